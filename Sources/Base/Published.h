@@ -1,0 +1,40 @@
+#pragma once
+
+#include <utility>
+
+namespace brimvale {
+
+/// A field that everybody may read, that only its owner may write, and whose every change is announced by the
+/// owner's signal `changed`. Setting an equal value announces nothing. Lives on the main thread.
+template<class Owner, class T, void (Owner::*changed)()>
+class Published {
+public:
+    explicit Published(Owner *owner, T value = {}) : owner_(owner), value_(std::move(value)) {}
+    Published(const Published &) = delete;
+    Published &operator=(const Published &) = delete;
+
+    const T &operator*() const { return value_; }
+    const T *operator->() const { return &value_; }
+
+private:
+    friend Owner;
+
+    void set(T value) {
+        if (value == value_)
+            return;
+        value_ = std::move(value);
+        (owner_->*changed)();
+    }
+
+    /// Changes the value in place through `change`, and always announces it.
+    template<class Change>
+    void update(Change change) {
+        change(value_);
+        (owner_->*changed)();
+    }
+
+    Owner *owner_;
+    T value_;
+};
+
+} // namespace brimvale

@@ -1,0 +1,60 @@
+#include "Base/Text.h"
+
+#include <cstddef>
+
+namespace brimvale {
+
+namespace {
+
+struct Sequence {
+    std::size_t length; ///< bytes that belong together: a character, or a part that is ill-formed as a whole
+    bool isWellFormed;
+};
+
+/// The sequence at the start of `bytes`, which is not empty. An ill-formed part ends before the first byte
+/// that cannot continue it, as Unicode recommends for replacement.
+Sequence firstSequence(std::string_view bytes) {
+    const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+    const unsigned char lead = byteAt(0);
+    if (lead < 0x80)
+        return {1, true};
+    if (lead < 0xC2 || lead > 0xF4)
+        return {1, false};
+    const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    // The second byte's range shuts out overlong forms, surrogates and what lies beyond U+10FFFF.
+    const unsigned char low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    const unsigned char high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    for (std::size_t i = 1; i < length; ++i) {
+        if (i == bytes.size())
+            return {i, false};
+        const unsigned char byte = byteAt(i);
+        if (byte < (i == 1 ? low : 0x80) || byte > (i == 1 ? high : 0xBF))
+            return {i, false};
+    }
+    return {length, true};
+}
+
+} // namespace
+
+bool isValidUtf8(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const Sequence sequence = firstSequence(bytes);
+        if (!sequence.isWellFormed)
+            return false;
+        bytes.remove_prefix(sequence.length);
+    }
+    return true;
+}
+
+std::string displayText(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        const Sequence sequence = firstSequence(bytes);
+        text += sequence.isWellFormed ? bytes.substr(0, sequence.length) : std::string_view("\uFFFD");
+        bytes.remove_prefix(sequence.length);
+    }
+    return text;
+}
+
+} // namespace brimvale

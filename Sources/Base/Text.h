@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace brimvale {
+
+/// Whether the bytes are well-formed UTF-8 (Unicode 15, table 3-7).
+[[nodiscard]] bool isValidUtf8(std::string_view bytes);
+
+/// Bytes as text for display: what is not UTF-8 becomes U+FFFD, one for each ill-formed part. For showing
+/// only; a path is never built from it.
+[[nodiscard]] std::string displayText(std::string_view bytes);
+
+} // namespace brimvale

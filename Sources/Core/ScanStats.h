@@ -1,0 +1,64 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+#include <string>
+#include <unordered_set>
+
+namespace brimvale {
+
+/// The progress of one scan, shared by its workers and whoever watches it. Every figure is read and written
+/// under the lock; `cancelled`, which is asked before every entry, is an atomic flag instead.
+class ScanStats {
+public:
+    /// Files counted so far, without further names of a file already counted.
+    [[nodiscard]] std::int64_t files() const;
+    /// Allocated bytes counted so far.
+    [[nodiscard]] std::int64_t bytes() const;
+    /// Entries that could not be read.
+    [[nodiscard]] std::int64_t unreadable() const;
+    /// The path of the folder near the scan's root that was entered last.
+    [[nodiscard]] std::string current() const;
+    /// Whether the scan is to stop.
+    [[nodiscard]] bool cancelled() const { return cancelled_.load(std::memory_order_relaxed); }
+
+    void add(std::int64_t files, std::int64_t bytes);
+    void addUnreadable();
+    void setCurrent(const std::string &path);
+    /// Stops the scan: the workers end before their next entry.
+    void cancel() { cancelled_.store(true, std::memory_order_relaxed); }
+
+private:
+    mutable std::mutex lock_;
+    std::int64_t files_ = 0;
+    std::int64_t bytes_ = 0;
+    std::int64_t unreadable_ = 0;
+    std::string current_;
+    std::atomic<bool> cancelled_ = false;
+};
+
+/// The files with several names that one scan has met, under a lock.
+class InodeSet {
+public:
+    /// Remembers a file; true when it was not yet known.
+    [[nodiscard]] bool insert(std::uint64_t device, std::uint64_t inode);
+
+private:
+    std::mutex lock_;
+    std::unordered_set<std::uint64_t> seen_;
+};
+
+/// A counter that parallel tasks share, under a lock.
+class Counter {
+public:
+    /// Adds and answers the new value.
+    std::int64_t add(std::int64_t amount);
+    [[nodiscard]] std::int64_t value() const;
+
+private:
+    mutable std::mutex lock_;
+    std::int64_t value_ = 0;
+};
+
+} // namespace brimvale

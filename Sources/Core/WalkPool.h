@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Platform/DirectoryWalk.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace brimvale {
+
+/// The threads that walk folders for the whole program. A walk runs on the thread that asked for it; whatever
+/// thread is idle takes over sub-folders that still wait in a running walk, so one huge folder keeps all of
+/// them busy. There are more threads than cores, since a first walk waits for the disk.
+class WalkPool {
+public:
+    explicit WalkPool(int workerCount);
+    ~WalkPool();
+    WalkPool(const WalkPool &) = delete;
+    WalkPool &operator=(const WalkPool &) = delete;
+
+    /// The program's pool, made at its first use.
+    static WalkPool &shared();
+
+    /// Makes the visitor of one walk; called on the thread that runs it.
+    using MakeVisitor = std::function<std::unique_ptr<WalkVisitor>()>;
+
+    /// Walks everything that `start` names, and returns when all of it is done. The calling thread takes
+    /// part, so this may be called from anywhere, from several threads at once, and on a pool without
+    /// workers.
+    void walk(PendingFolders start, bool crossesMountPoints, const MakeVisitor &makeVisitor);
+
+private:
+    struct Job {
+        bool crossesMountPoints;
+        const MakeVisitor &makeVisitor;
+        int unfinished = 1; ///< walks that wait or run, under the pool's lock
+    };
+    struct Task {
+        Job *job;
+        PendingFolders folders;
+    };
+
+    void work();
+    void run(Job &job, PendingFolders folders);
+    void offer(Job &job, DirectoryWalk &walk);
+
+    std::mutex lock_;
+    std::condition_variable queued_; ///< a task was queued, or the pool closes
+    std::condition_variable ended_;  ///< a job has ended
+    std::deque<Task> queue_;
+    std::atomic<int> hunger_ = 0; ///< idle workers minus queued tasks; written under the lock
+    bool isClosing_ = false;
+    std::vector<std::thread> workers_;
+};
+
+} // namespace brimvale

@@ -1,0 +1,21 @@
+#include "Platform/Host.h"
+
+#include <atomic>
+
+namespace brimvale {
+
+namespace {
+
+std::atomic<std::optional<System>> chosenSystem;
+
+} // namespace
+
+Host Host::current() {
+    return {chosenSystem.load().value_or(platformSystem()), homeFolder(), platformTools()};
+}
+
+void Host::useSystem(std::optional<System> system) {
+    chosenSystem = system;
+}
+
+} // namespace brimvale

@@ -1,0 +1,13 @@
+#include "Platform/Dataless.h"
+#include "Platform/Posix/StatusFlags.h"
+
+namespace brimvale {
+
+NoMaterialization::NoMaterialization() : earlierPolicy_(0) {}
+NoMaterialization::~NoMaterialization() = default;
+
+bool isDataless(const struct stat & /*status*/) {
+    return false;
+}
+
+} // namespace brimvale

@@ -1,0 +1,13 @@
+#include "Platform/Host.h"
+
+namespace brimvale {
+
+System platformSystem() {
+    return System::linux;
+}
+
+Tools platformTools() {
+    return {.shell = "/bin/sh"};
+}
+
+} // namespace brimvale

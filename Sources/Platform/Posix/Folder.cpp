@@ -1,0 +1,83 @@
+#include "Platform/Folder.h"
+
+#include "Platform/Posix/ShortPath.h"
+#include "Platform/Posix/Status.h"
+
+#include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+DIR *streamOf(void *stream) {
+    return static_cast<DIR *>(stream);
+}
+
+bool isDotEntry(const char *name) {
+    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+} // namespace
+
+Folder::Folder(Folder &&other) noexcept
+    : descriptor_(std::exchange(other.descriptor_, -1)), stream_(std::exchange(other.stream_, nullptr)) {}
+
+Folder &Folder::operator=(Folder &&other) noexcept {
+    std::swap(descriptor_, other.descriptor_);
+    std::swap(stream_, other.stream_);
+    return *this;
+}
+
+Folder::~Folder() {
+    close();
+}
+
+Folder Folder::at(const std::string &path, Links links) {
+    const int flags = links == Links::follow ? openFolderFlags : openFolderFlags | O_NOFOLLOW;
+    return Folder(
+        withShortPath(path, [&](int enclosing, const char *rest) { return openat(enclosing, rest, flags); }));
+}
+
+Folder Folder::subfolder(const char *name) const {
+    return Folder(openat(descriptor_, name, openFolderFlags | O_NOFOLLOW));
+}
+
+Folder Folder::duplicate() const {
+    return Folder(fcntl(descriptor_, F_DUPFD_CLOEXEC, 0));
+}
+
+void Folder::close() {
+    if (stream_ != nullptr)
+        closedir(streamOf(stream_));
+    else if (descriptor_ >= 0)
+        ::close(descriptor_);
+    stream_ = nullptr;
+    descriptor_ = -1;
+}
+
+const char *Folder::nextName() {
+    if (stream_ == nullptr)
+        stream_ = fdopendir(descriptor_);
+    if (stream_ == nullptr)
+        return nullptr;
+    const dirent *entry = nullptr;
+    do {
+        errno = 0;
+        entry = readdir(streamOf(stream_));
+    } while (entry != nullptr && isDotEntry(entry->d_name));
+    return entry == nullptr ? nullptr : entry->d_name;
+}
+
+std::optional<FileStatus> Folder::statusOfEntry(const char *name) const {
+    struct stat record {};
+    if (fstatat(descriptor_, name, &record, AT_SYMLINK_NOFOLLOW) != 0)
+        return std::nullopt;
+    return statusOf(record);
+}
+
+} // namespace brimvale

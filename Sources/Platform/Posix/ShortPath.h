@@ -1,0 +1,44 @@
+#pragma once
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <fcntl.h>
+#include <string>
+#include <unistd.h>
+
+namespace brimvale {
+
+/// How every folder is opened that is read or passed through.
+constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
+
+/// Runs `call(descriptor, rest)`, a system call of the …at family that answers −1 on failure, for a path of
+/// any length: `rest` is short enough for one call, `descriptor` is the folder that it is relative to.
+/// Answers what the call answers, −1 with errno set where an enclosing folder could not be opened.
+template<class Call>
+int withShortPath(std::string path, Call call) {
+    int enclosing = AT_FDCWD;
+    const auto leave = [&](int result) {
+        const int error = errno;
+        if (enclosing != AT_FDCWD)
+            ::close(enclosing);
+        errno = error;
+        return result;
+    };
+    while (path.size() >= PATH_MAX) {
+        const std::size_t cut = path.rfind('/', PATH_MAX - 2);
+        if (cut == std::string::npos || cut == 0) {
+            errno = ENAMETOOLONG;
+            return leave(-1);
+        }
+        const int next = openat(enclosing, path.substr(0, cut).c_str(), openFolderFlags);
+        if (next < 0)
+            return leave(-1);
+        leave(0);
+        enclosing = next;
+        path.erase(0, std::min(path.find_first_not_of('/', cut), path.size()));
+    }
+    return leave(call(enclosing, path.c_str()));
+}
+
+} // namespace brimvale

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+namespace brimvale {
+
+/// The external tools, by absolute path. The table follows the platform, never the catalog in force.
+struct Tools {
+    std::string shell; ///< a POSIX shell: -c SCRIPT
+};
+
+/// The tools of the platform that the program was built for.
+[[nodiscard]] Tools platformTools();
+
+} // namespace brimvale

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Base/FileURL.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace brimvale::testing {
+
+/// A fresh folder that goes with the object, whatever was put into it. Its path holds no link.
+class TemporaryFolder {
+public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder &) = delete;
+    TemporaryFolder &operator=(const TemporaryFolder &) = delete;
+
+    [[nodiscard]] const std::string &path() const { return path_; }
+    [[nodiscard]] std::string path(std::string_view inside) const { return joinPath(path_, inside); }
+
+    /// Makes a folder, enclosing ones included, and answers its path.
+    std::string makeFolder(std::string_view inside) const;
+    /// Makes a file of `bytes` bytes that are really allocated, enclosing folders included.
+    std::string makeFile(std::string_view inside, std::int64_t bytes = 0) const;
+    /// Makes a file with this content, enclosing folders included.
+    std::string writeFile(std::string_view inside, std::string_view content) const;
+    /// Makes a symbolic link with this target, taken as it stands.
+    std::string makeLink(std::string_view inside, std::string_view target) const;
+
+private:
+    std::string path_;
+};
+
+} // namespace brimvale::testing
