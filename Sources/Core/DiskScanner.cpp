@@ -6,9 +6,8 @@
 #include "Platform/DirectoryWalk.h"
 #include "Platform/Folder.h"
 
-#include <atomic>
-#include <filesystem>
-#include <system_error>
+#include <cerrno>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -23,60 +22,59 @@ std::vector<std::string> namesIn(Folder &folder) {
     return names;
 }
 
-/// A scan root that is no folder: its own figures, as far as they can be had.
-void measureFile(FSNode &root, const std::string &path) {
-    if (const std::optional<FileStatus> status = fileStatus(path)) {
-        root.size = status->allocatedBytes;
-        root.logicalSize = status->length;
-        root.fileCount = 1;
-    }
+void setFigures(FSNode &node, const FileStatus &status) {
+    node.size = status.allocatedBytes;
+    node.logicalSize = status.length;
+    node.fileCount = 1;
 }
 
-/// The entries right in the scan root: the skipped ones, unseen, then the others. Answers the folders among
-/// those, to be walked; each founds the device that its own walk stays on.
-PendingFolders addTopLevel(FSNode &root, Folder folder, const std::string &path, ScanState &state) {
-    const std::vector<std::string> names = namesIn(folder);
+/// The entries right in the scan root that are not to be looked at.
+void addSkipped(FSNode &root, const std::vector<std::string> &names, const std::string &path,
+                const ScanState &state) {
     for (const std::string &name : names) {
-        const std::string entryPath = joinPath(path, name);
-        if (!state.skipped.contains(entryPath))
+        if (!state.skipped.contains(path, name))
             continue;
         auto node = std::make_unique<FSNode>(name, root, true);
         node->isNotDescended = true;
-        node->isCloudProvider = state.options.cloudProviderPaths.contains(entryPath);
+        node->isCloudProvider = state.options.cloudProviderPaths.contains(joinPath(path, name));
         root.adopt(std::move(node));
     }
+}
 
-    Folder entries = std::move(folder);
-    std::vector<std::pair<FSNode *, FileIdentity>> found;
+/// A file right in the scan root: it has a node whatever its size, and counts under each of its names.
+void addFile(FSNode &root, FSNode &node, const FileStatus &status, ScanStats &stats) {
+    setFigures(node, status);
+    root.size = checkedAdd(root.size, node.size);
+    root.logicalSize = checkedAdd(root.logicalSize, node.logicalSize);
+    root.fileCount = checkedAdd(root.fileCount, 1);
+    stats.add(1, node.size);
+}
+
+/// The other entries right in the scan root. Answers the folders among them, to be walked; each founds the
+/// device that its own walk stays on.
+PendingFolders addEntries(FSNode &root, Folder folder, const std::vector<std::string> &names,
+                          const std::string &path, ScanState &state) {
     std::vector<std::unique_ptr<FSNode>> nodes;
+    std::vector<std::pair<FSNode *, FileIdentity>> folders;
     for (const std::string &name : names) {
         if (state.stats.cancelled())
             break;
         if (state.skipped.contains(path, name))
             continue;
-        const std::optional<FileStatus> status = entries.statusOfEntry(name.c_str());
+        const std::optional<FileStatus> status = folder.statusOfEntry(name.c_str());
         if (!status)
             continue;
         const bool isDirectory = status->kind == FileKind::directory;
         nodes.push_back(std::make_unique<FSNode>(name, root, isDirectory));
-        if (isDirectory) {
-            if (!status->isDataless)
-                found.emplace_back(nodes.back().get(), status->identity);
-            continue;
-        }
-        FSNode &node = *nodes.back();
-        node.size = status->allocatedBytes;
-        node.logicalSize = status->length;
-        node.fileCount = 1;
-        root.size = checkedAdd(root.size, node.size);
-        root.logicalSize = checkedAdd(root.logicalSize, node.logicalSize);
-        root.fileCount = checkedAdd(root.fileCount, 1);
-        state.stats.add(1, node.size);
+        if (!isDirectory)
+            addFile(root, *nodes.back(), *status, state.stats);
+        else if (!status->isDataless)
+            folders.emplace_back(nodes.back().get(), status->identity);
     }
     root.adopt(nodes);
 
-    PendingFolders pending(std::move(entries), path);
-    for (const auto &[node, identity] : found)
+    PendingFolders pending(std::move(folder), path);
+    for (const auto &[node, identity] : folders)
         pending.add(node->name, node, identity);
     return pending;
 }
@@ -116,23 +114,22 @@ std::unique_ptr<FSNode> DiskScanner::scan(const std::string &root, const ScanOpt
                                           ScanStats &stats, WalkPool &pool) {
     const std::string path = FileURL(root).standardized().path();
     auto node = std::make_unique<FSNode>(displayName(path), path, true);
-    std::error_code error;
-    const std::filesystem::file_status kind = std::filesystem::status(path, error);
-    if (!std::filesystem::exists(kind) && kind.type() != std::filesystem::file_type::none)
-        return node;
-    if (!std::filesystem::is_directory(kind)) {
-        measureFile(*node, path);
+    Folder folder = Folder::at(path, Folder::Links::follow);
+    if (!folder.isOpen()) {
+        const int error = errno;
+        const std::optional<FileStatus> status = fileStatus(path);
+        // A folder that cannot be listed, and a link that leads nowhere, stay empty.
+        if (status && (error == ENOTDIR || status->kind == FileKind::regularFile))
+            setFigures(*node, *status);
         return node;
     }
 
     ScanState state(options, stats);
-    Folder folder = Folder::at(path, Folder::Links::follow);
-    if (folder.isOpen()) {
-        PendingFolders pending = addTopLevel(*node, std::move(folder), path, state);
-        pool.walk(std::move(pending), options.crossesMountPoints,
-                  [&] { return std::make_unique<TreeBuilder>(state); });
-        rollUp(*node, state);
-    }
+    const std::vector<std::string> names = namesIn(folder);
+    addSkipped(*node, names, path, state);
+    pool.walk(addEntries(*node, std::move(folder), names, path, state), options.crossesMountPoints,
+              [&] { return std::make_unique<TreeBuilder>(state); });
+    rollUp(*node, state);
     return node;
 }
 

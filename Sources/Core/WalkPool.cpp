@@ -9,14 +9,29 @@ namespace brimvale {
 
 namespace {
 
-/// Enough that a cold disk's queue stays full (measured: 16 walk a cold tree twice as fast as 2), and few
-/// enough that their open folders stay well below the 256 descriptors a macOS process starts with.
-constexpr int sharedWorkerCount = 15;
+/// Enough that a cold disk's queue stays full: 16 threads, the asking one included, walk a cold tree twice as
+/// fast as 2.
+constexpr std::size_t mostWorkers = 15;
+
+/// Descriptors of one walk: those it keeps, the folders it started from and reads, and one that it hands
+/// over.
+constexpr std::size_t descriptorsPerWalk = DirectoryWalk::maximumOpenFolders + 3;
+
+/// Descriptors left to the rest of the program.
+constexpr std::size_t descriptorsElsewhere = 32;
+
+/// A low limit on descriptors makes fewer workers, never a folder that cannot be opened.
+int sharedWorkerCount() {
+    const std::size_t limit = descriptorLimit();
+    const std::size_t forWalks = limit > descriptorsElsewhere ? limit - descriptorsElsewhere : 0;
+    const std::size_t walks = std::max<std::size_t>(forWalks / descriptorsPerWalk, 1);
+    return static_cast<int>(std::min(walks - 1, mostWorkers));
+}
 
 } // namespace
 
 WalkPool &WalkPool::shared() {
-    static WalkPool pool(sharedWorkerCount);
+    static WalkPool pool(sharedWorkerCount());
     return pool;
 }
 

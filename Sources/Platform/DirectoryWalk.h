@@ -123,8 +123,7 @@ private:
         std::size_t pathLength; ///< how much of `path_` is this folder's
     };
 
-    [[nodiscard]] Folder open(std::size_t frame, const char *name);
-    bool reopen(std::size_t frame);
+    [[nodiscard]] Folder open(const char *name);
     bool read(Folder folder, FolderHandle handle, const FileIdentity &identity);
     void push(Siblings siblings);
     void abandon(const Siblings &siblings);

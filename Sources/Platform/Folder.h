@@ -2,9 +2,9 @@
 
 #include "Platform/FileStatus.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace brimvale {
 
@@ -32,6 +32,9 @@ public:
 
     [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
 
+    /// Which folder this is; nothing when it is not open.
+    [[nodiscard]] std::optional<FileIdentity> identity() const;
+
     /// Closes it early.
     void close();
 
@@ -49,5 +52,8 @@ private:
     void *stream_ =
         nullptr; ///< the system's DIR, once names have been asked for; it then owns the descriptor
 };
+
+/// How many descriptors this process may have open at once.
+[[nodiscard]] std::size_t descriptorLimit();
 
 } // namespace brimvale

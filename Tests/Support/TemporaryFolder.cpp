@@ -1,10 +1,16 @@
 #include "Support/TemporaryFolder.h"
 
+#include <cerrno>
+#include <cstdlib>
+#include <dirent.h>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
-#include <stdlib.h>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
+#include <vector>
 
 namespace brimvale::testing {
 
@@ -16,15 +22,47 @@ TemporaryFolder::TemporaryFolder()
         throw std::system_error(errno, std::generic_category(), path_);
 }
 
+namespace {
+
+/// Empties a folder whose tree may be deeper than paths are long and may hold folders without rights: what
+/// lies two levels down is moved up until nothing is left.
+void empty(const std::string &path) {
+    const int top = open(path.c_str(), O_RDONLY | O_DIRECTORY);
+    std::vector<std::string> waiting;
+    int count = 0;
+    const auto clear = [&](int folder) {
+        fchmod(folder, 0700);
+        DIR *stream = fdopendir(dup(folder));
+        while (const dirent *entry = readdir(stream)) {
+            const std::string name = entry->d_name;
+            if (name == "." || name == ".." || unlinkat(folder, name.c_str(), 0) == 0)
+                continue;
+            const std::string moved = "doomed-" + std::to_string(count++);
+            fchmodat(folder, name.c_str(), 0700, 0);
+            if (renameat(folder, name.c_str(), top, moved.c_str()) == 0)
+                waiting.push_back(moved);
+        }
+        closedir(stream);
+    };
+    clear(top);
+    while (!waiting.empty()) {
+        const std::string name = waiting.back();
+        waiting.pop_back();
+        const int folder = openat(top, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+        if (folder >= 0) {
+            clear(folder);
+            close(folder);
+        }
+        unlinkat(top, name.c_str(), AT_REMOVEDIR);
+    }
+    close(top);
+}
+
+} // namespace
+
 TemporaryFolder::~TemporaryFolder() {
-    // A test may have locked folders; without the owner's rights back they could not be emptied.
-    std::error_code error;
-    for (fs::recursive_directory_iterator it(path_, fs::directory_options::skip_permission_denied, error),
-         end;
-         it != end && !error; it.increment(error))
-        if (it->is_directory(error) && !it->is_symlink(error))
-            fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, error);
-    fs::remove_all(path_, error);
+    empty(path_);
+    rmdir(path_.c_str());
 }
 
 std::string TemporaryFolder::makeFolder(std::string_view inside) const {

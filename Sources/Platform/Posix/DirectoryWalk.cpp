@@ -59,8 +59,7 @@ bool DirectoryWalk::step() {
     Siblings &siblings = frames_[parent].siblings;
     const PendingFolders::Waiting next = siblings.waiting[siblings.next++];
     const char *name = siblings.nameOf(next);
-    // The folder before the path: reopening it reads the names of the frames from the old path.
-    Folder folder = open(parent, name);
+    Folder folder = open(name);
     path_.resize(frames_[parent].pathLength);
     if (!path_.empty() && path_.back() != '/')
         path_.push_back('/');
@@ -123,39 +122,20 @@ void DirectoryWalk::push(Siblings siblings) {
             return frames_[i].siblings.folder.close();
 }
 
-/// Opens what waits in a frame. Not open, with errno set, on failure.
-Folder DirectoryWalk::open(std::size_t frame, const char *name) {
-    const Folder &folder = frames_[frame].siblings.folder;
-    if (frame == 0 && !folder.isOpen())
-        return Folder::at(name, Folder::Links::refuse);
-    if (!folder.isOpen() && !reopen(frame))
-        return {};
-    return folder.subfolder(name);
-}
-
-/// Opens again the folder of a frame that was closed to save descriptors, name by name from the first frame
-/// so that no link is followed. The last few on the way stay open, since they are needed next.
-bool DirectoryWalk::reopen(std::size_t frame) {
-    Folder above;
-    const Folder *parent = &frames_[0].siblings.folder;
-    for (std::size_t i = 1; i <= frame; ++i) {
-        const std::size_t end = frames_[i].pathLength;
-        const std::size_t parentEnd = frames_[i - 1].pathLength;
-        const std::size_t start = path_[parentEnd] == '/' && parentEnd > 0 ? parentEnd + 1 : parentEnd;
-        const std::string name = path_.substr(start, end - start);
-        Folder folder = i == 1 && !parent->isOpen() ? Folder::at(name, Folder::Links::refuse)
-                                                    : parent->subfolder(name.c_str());
-        if (!folder.isOpen())
-            return false;
-        if (i + maximumOpenFolders > frame) {
-            frames_[i].siblings.folder = std::move(folder);
-            parent = &frames_[i].siblings.folder;
-        } else {
-            above = std::move(folder);
-            parent = &above;
+/// Opens what waits in the last frame. Not open, with errno set, on failure.
+Folder DirectoryWalk::open(const char *name) {
+    Folder &folder = frames_.back().siblings.folder;
+    if (!folder.isOpen()) {
+        if (frames_.size() == 1)
+            return Folder::at(name, Folder::Links::refuse);
+        // It was closed to save descriptors. Whatever its path leads to now, only the same folder will do.
+        folder = Folder::at(path_.substr(0, frames_.back().pathLength), Folder::Links::refuse);
+        if (folder.identity() != line_.back()) {
+            folder.close();
+            return {};
         }
     }
-    return true;
+    return folder.subfolder(name);
 }
 
 std::optional<PendingFolders> DirectoryWalk::handOver() {

@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
+#include <limits>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -51,6 +53,11 @@ Folder Folder::duplicate() const {
     return Folder(fcntl(descriptor_, F_DUPFD_CLOEXEC, 0));
 }
 
+std::optional<FileIdentity> Folder::identity() const {
+    struct stat record {};
+    return fstat(descriptor_, &record) == 0 ? std::optional(statusOf(record).identity) : std::nullopt;
+}
+
 void Folder::close() {
     if (stream_ != nullptr)
         closedir(streamOf(stream_));
@@ -78,6 +85,13 @@ std::optional<FileStatus> Folder::statusOfEntry(const char *name) const {
     if (fstatat(descriptor_, name, &record, AT_SYMLINK_NOFOLLOW) != 0)
         return std::nullopt;
     return statusOf(record);
+}
+
+std::size_t descriptorLimit() {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return _POSIX_OPEN_MAX;
+    return limit.rlim_cur == RLIM_INFINITY ? std::numeric_limits<std::size_t>::max() : limit.rlim_cur;
 }
 
 } // namespace brimvale

@@ -1,0 +1,93 @@
+#include "Core/DiskScanner.h"
+#include "Platform/Mounts.h"
+#include "Support/ReferenceScan.h"
+#include "Support/TemporaryFolder.h"
+
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace brimvale {
+
+namespace {
+
+using testing::describe;
+using testing::referenceScan;
+using testing::TemporaryFolder;
+
+constexpr int notPermitted = 77;
+
+/// Runs `body` in a child process with a mount table of its own; answers what `body` returns, or
+/// `notPermitted`.
+int runWithOwnMounts(const std::function<int()> &body) {
+    const pid_t child = fork();
+    if (child == 0) {
+        const int spaces = geteuid() == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER;
+        if (unshare(spaces) != 0 || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+            _exit(notPermitted);
+        _exit(body());
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+bool mountMemory(const std::string &path) {
+    return mount("none", path.c_str(), "tmpfs", 0, nullptr) == 0;
+}
+
+} // namespace
+
+TEST(Mounts, StayOutOfAWalkUnlessTheyAreItsOwnEntry) {
+    const TemporaryFolder folder;
+    folder.makeFile("disk/mount/under", 5000);
+    folder.makeFile("disk/plain/file", 5000);
+    folder.makeFolder("volume");
+    folder.makeFolder("loop/inside");
+    const int result = runWithOwnMounts([&] {
+        const std::string loop = folder.path("loop");
+        const std::string inside = folder.path("loop/inside");
+        if (!mountMemory(folder.path("disk/mount")) || !mountMemory(folder.path("volume")) ||
+            mount(loop.c_str(), inside.c_str(), nullptr, MS_BIND, nullptr) != 0)
+            return notPermitted;
+        folder.makeFile("disk/mount/on another device", 6000);
+        folder.makeFile("volume/on its own device", 7000);
+        folder.makeFile("loop/file", 5000);
+
+        for (const bool crosses : {false, true}) {
+            ScanOptions options;
+            options.crossesMountPoints = crosses;
+            ScanStats stats;
+            const auto tree = DiskScanner::scan(folder.path(), options, stats);
+            EXPECT_EQ(describe(*tree), describe(*referenceScan(folder.path(), options).root));
+            // The file under the mount is hidden, the one in the loop is met once.
+            EXPECT_EQ(tree->fileCount, crosses ? 4 : 3);
+        }
+        const auto size = [&](const char *inFolder) {
+            return DiskScanner::quickSize(folder.path(inFolder), {});
+        };
+        EXPECT_EQ(size("disk"), size("disk/plain"));
+        EXPECT_GT(size("volume"), 0);
+        EXPECT_EQ(size("loop"), size("loop/file"));
+        return ::testing::Test::HasFailure() ? 2 : 0;
+    });
+    if (result == notPermitted)
+        GTEST_SKIP() << "mounting is not permitted here";
+    EXPECT_EQ(result, 0);
+}
+
+TEST(Mounts, ListThoseWithoutStorage) {
+    const std::vector<std::string> points = pseudoMountPoints();
+    EXPECT_THAT(points, ::testing::Contains("/proc"));
+    EXPECT_THAT(points, ::testing::Not(::testing::Contains("/")));
+    // Skipped by name or by kind, whatever is mounted there.
+    const PathSet skipped = ScanOptions::defaultSkippedPaths({System::linux, FileURL("/home/u"), {}});
+    for (const char *path : {"/proc", "/sys", "/dev", "/run"})
+        EXPECT_TRUE(skipped.contains(path)) << path;
+}
+
+} // namespace brimvale
