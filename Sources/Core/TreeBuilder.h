@@ -19,7 +19,7 @@ struct ScanState {
     ScanState(const ScanOptions &scanOptions, ScanStats &scanStats)
         : options(scanOptions), skipped(scanOptions.skippedPaths), stats(scanStats) {}
 
-    const ScanOptions &options;
+    const ScanOptions options;
     const SkipList skipped;
     ScanStats &stats;
     InodeSet inodes;

@@ -29,9 +29,19 @@ ScanOptions optionsFor(std::int64_t minimumNodeSize) {
     return options;
 }
 
+// Each with a pool of its own: no thread of it is left when a later test forks.
+
 std::unique_ptr<FSNode> scan(const std::string &path, const ScanOptions &options = {}) {
+    WalkPool pool(3);
     ScanStats stats;
-    return DiskScanner::scan(path, options, stats);
+    return DiskScanner::scan(path, options, stats, pool);
+}
+
+std::int64_t quickSize(
+    const std::string &path, const ScanOptions &options = {},
+    const std::function<bool()> &cancelled = [] { return false; }) {
+    WalkPool pool(3);
+    return DiskScanner::quickSize(path, options, cancelled, pool);
 }
 
 const FSNode &childOf(const FSNode &node, const std::string &name) {
@@ -151,8 +161,7 @@ TEST(DiskScanner, StaysOutOfSkippedFolders) {
     ScanOptions options;
     options.cloudProviderPaths = {folder.path("a/Library/CloudStorage")};
     options.skippedPaths = {folder.path("dev"), folder.path("a/Library/CloudStorage")};
-    ScanStats stats;
-    const auto tree = DiskScanner::scan(folder.path(), options, stats);
+    const auto tree = scan(folder.path(), options);
     EXPECT_EQ(describe(*tree), describe(*referenceScan(folder.path(), options).root));
     const FSNode &dev = *tree->children().front();
     EXPECT_TRUE(dev.name == "dev" && dev.isNotDescended && !dev.isCloudProvider);
@@ -161,9 +170,9 @@ TEST(DiskScanner, StaysOutOfSkippedFolders) {
     EXPECT_EQ(tree->fileCount, 2);
     EXPECT_EQ(tree->dirCount, 6);
 
-    EXPECT_EQ(DiskScanner::quickSize(folder.path(), options), tree->size);
-    EXPECT_EQ(DiskScanner::quickSize(folder.path("dev/"), options), 0);
-    EXPECT_GT(DiskScanner::quickSize(folder.path("dev/device"), options), 0);
+    EXPECT_EQ(quickSize(folder.path(), options), tree->size);
+    EXPECT_EQ(quickSize(folder.path("dev/"), options), 0);
+    EXPECT_GT(quickSize(folder.path("dev/device"), options), 0);
 }
 
 TEST(DiskScanner, AnswersForRootsThatAreNoPlainFolder) {
@@ -190,8 +199,8 @@ TEST(DiskScanner, AnswersForRootsThatAreNoPlainFolder) {
         EXPECT_EQ(missing->fileCount, 0) << path;
     }
     EXPECT_EQ(DiskScanner::displayName("/"), "Macintosh HD");
-    EXPECT_EQ(DiskScanner::quickSize(folder.path("missing"), {}), 0);
-    EXPECT_EQ(DiskScanner::quickSize(toFolder, {}), fileStatus(toFolder)->allocatedBytes);
+    EXPECT_EQ(quickSize(folder.path("missing")), 0);
+    EXPECT_EQ(quickSize(toFolder), fileStatus(toFolder)->allocatedBytes);
 }
 
 TEST(DiskScanner, WalksAnyDepthWithFewDescriptors) {
@@ -223,7 +232,7 @@ TEST(DiskScanner, WalksAnyDepthWithFewDescriptors) {
     for (int i = 0; i < 300; ++i)
         inside.append("/").append(200, 'n');
     EXPECT_EQ(scan(inside)->fileCount, 100);
-    EXPECT_EQ(DiskScanner::quickSize(inside, {}), scan(inside)->size);
+    EXPECT_EQ(quickSize(inside), quickSize(folder.path("long")) / 4);
 }
 
 TEST(DiskScanner, SurvivesATreeThatChangesUnderIt) {
@@ -243,7 +252,6 @@ TEST(DiskScanner, SurvivesATreeThatChangesUnderIt) {
         }
     });
     for (int i = 0; i < 60; ++i) {
-        ScanStats stats;
         const auto tree = scan(folder.path());
         EXPECT_EQ(childOf(*tree, "stable").size, stable);
         for (const auto &child : tree->children())
@@ -262,13 +270,14 @@ TEST(DiskScanner, StopsWhenCancelled) {
     options.skippedPaths = {folder.path("skipped")};
     ScanStats stats;
     stats.cancel();
-    const auto tree = DiskScanner::scan(folder.path(), options, stats);
+    WalkPool pool(3);
+    const auto tree = DiskScanner::scan(folder.path(), options, stats, pool);
     ASSERT_EQ(tree->children().size(), 1U);
     EXPECT_TRUE(tree->children().front()->isNotDescended);
 
     std::atomic<int> asked = 0;
-    const std::int64_t whole = DiskScanner::quickSize(folder.path(), {});
-    const std::int64_t part = DiskScanner::quickSize(folder.path(), {}, [&] { return ++asked > 40; });
+    const std::int64_t whole = quickSize(folder.path());
+    const std::int64_t part = quickSize(folder.path(), {}, [&] { return ++asked > 40; });
     EXPECT_GT(part, 0);
     EXPECT_LT(part, whole);
 }
