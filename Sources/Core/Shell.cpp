@@ -1,0 +1,34 @@
+#include "Core/Shell.h"
+
+#include "Base/Text.h"
+
+#include <utility>
+
+namespace brimvale::Shell {
+
+namespace {
+
+std::optional<std::string> outputOf(std::optional<Result> result) {
+    return result ? std::optional(std::move(result->output)) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<std::string> run(const std::string &executable, const std::vector<std::string> &arguments) {
+    return outputOf(runWithStatus(executable, arguments, StandardError::discarded));
+}
+
+std::optional<std::string> runCombined(const std::string &executable,
+                                       const std::vector<std::string> &arguments) {
+    return outputOf(runWithStatus(executable, arguments, StandardError::withOutput));
+}
+
+std::optional<Result> runWithStatus(const std::string &executable, const std::vector<std::string> &arguments,
+                                    StandardError standardError) {
+    std::optional<ProcessResult> result = runProcess(executable, arguments, standardError);
+    if (!result || !isValidUtf8(result->output))
+        return std::nullopt;
+    return Result{std::move(result->output), result->exitStatus};
+}
+
+} // namespace brimvale::Shell

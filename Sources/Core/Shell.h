@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Platform/ProcessRunner.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace brimvale {
+
+/// Runs command line tools and answers what they print, as text. A tool is named by its absolute path and
+/// gets its arguments as they stand; no shell takes part. Every operation blocks until the tool has ended, so
+/// call it off the main thread. Each answers nothing when the tool cannot be started, or prints what is not
+/// UTF-8.
+namespace Shell {
+
+/// What the tool writes to its standard output, however it ends.
+[[nodiscard]] std::optional<std::string> run(const std::string &executable,
+                                             const std::vector<std::string> &arguments);
+
+/// What the tool writes to its standard output and its standard error, in the order in which it was written,
+/// however it ends.
+[[nodiscard]] std::optional<std::string> runCombined(const std::string &executable,
+                                                     const std::vector<std::string> &arguments);
+
+/// A tool's text and end.
+struct Result {
+    std::string output;
+    std::optional<int> exitStatus; ///< 0 to 255; nothing when a signal ended it, or how it ended is not known
+
+    /// Whether the tool itself says so.
+    [[nodiscard]] bool hasSucceeded() const { return exitStatus == 0; }
+};
+
+/// The same, where it matters how the tool ended.
+[[nodiscard]] std::optional<Result> runWithStatus(const std::string &executable,
+                                                  const std::vector<std::string> &arguments,
+                                                  StandardError standardError = StandardError::discarded);
+
+} // namespace Shell
+
+} // namespace brimvale

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace brimvale {
+
+/// What becomes of what a tool writes to its standard error.
+enum class StandardError {
+    discarded,
+    withOutput ///< into the output, in the order in which it was written
+};
+
+/// What a tool printed and how it ended.
+struct ProcessResult {
+    std::string output;            ///< the bytes as they came
+    std::optional<int> exitStatus; ///< 0 to 255; nothing when a signal ended it, or how it ended is not known
+};
+
+/// Runs the tool at an absolute path with these arguments, which reach it as they stand: no shell takes part.
+/// It reads nothing from its standard input and otherwise has this program's environment and working folder.
+/// Blocks until the tool has ended and its output is closed, which a process that it left behind may keep
+/// open. Nothing when it cannot be started. Thread-safe.
+[[nodiscard]] std::optional<ProcessResult> runProcess(const std::string &executable,
+                                                      const std::vector<std::string> &arguments,
+                                                      StandardError standardError);
+
+} // namespace brimvale

@@ -1,0 +1,63 @@
+#include "Support/ChildProcess.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <exception>
+#include <grp.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace brimvale::testing {
+
+namespace {
+
+constexpr unsigned ordinaryUser = 65534;
+
+[[noreturn]] void fail(const char *what) {
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
+[[noreturn]] void serve(const std::function<std::string()> &answer, int output) {
+    int status = 1;
+    try {
+        const std::string text = answer();
+        status = write(output, text.data(), text.size()) == static_cast<ssize_t>(text.size()) ? 0 : 1;
+    } catch (const std::exception &) {
+    }
+    _exit(status);
+}
+
+} // namespace
+
+std::string answerOfChild(const std::function<std::string()> &answer) {
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) != 0)
+        fail("pipe");
+    std::fflush(nullptr); // or the child would write out what is buffered, too
+    const pid_t child = fork();
+    if (child < 0)
+        fail("fork");
+    if (child == 0) {
+        close(ends[0]);
+        serve(answer, ends[1]);
+    }
+    close(ends[1]);
+    std::string text;
+    std::array<char, 4096> buffer;
+    for (ssize_t count = 0; (count = read(ends[0], buffer.data(), buffer.size())) > 0;)
+        text.append(buffer.data(), static_cast<std::size_t>(count));
+    close(ends[0]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status == 0 ? text : "died";
+}
+
+void becomeOrdinaryUser() {
+    if (geteuid() == 0 &&
+        (setgroups(0, nullptr) != 0 || setgid(ordinaryUser) != 0 || setuid(ordinaryUser) != 0))
+        fail("setuid");
+}
+
+} // namespace brimvale::testing
