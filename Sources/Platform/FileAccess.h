@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+namespace brimvale {
+
+/// What the user may do with what lies at an absolute path of any length; links are followed. Every failure
+/// counts as a no.
+
+/// Whether it exists and is reported readable. The system may still refuse to open it.
+[[nodiscard]] bool isReportedReadable(const std::string &path);
+
+/// Whether it opens for reading. It is closed at once, and never waited for.
+[[nodiscard]] bool opensForReading(const std::string &path);
+
+/// Whether it is a folder whose contents can be listed.
+[[nodiscard]] bool canListContents(const std::string &path);
+
+} // namespace brimvale
