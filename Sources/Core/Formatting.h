@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Base/Date.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace brimvale {
+
+/// Figures as they are shown everywhere in the program, in the user's locale. UTF-8. Thread-safe.
+namespace Fmt {
+
+/// A number of bytes in KB, MB, GB or TB (1 KB = 1,000 bytes): "12.35 GB".
+[[nodiscard]] std::string byteFormatter(std::int64_t bytes);
+
+/// A whole number with the locale's grouping: "1,234,567".
+[[nodiscard]] std::string count(std::int64_t number);
+
+/// How far a date is from `reference`: "2 hours ago", "in 1 day"; "unknown" for none.
+[[nodiscard]] std::string relativeDate(std::optional<Date> date, Date reference = now());
+
+} // namespace Fmt
+
+/// A colour in the sRGB colour space, opaque; each part from 0 to 1.
+struct Color {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+
+    friend bool operator==(const Color &, const Color &) = default;
+};
+
+/// The colours that tell things apart by name.
+namespace Palette {
+
+/// Eight muted colours.
+inline constexpr std::array<Color, 8> ramp = {{{0.40, 0.51, 0.72},
+                                               {0.39, 0.62, 0.67},
+                                               {0.47, 0.64, 0.49},
+                                               {0.76, 0.66, 0.44},
+                                               {0.76, 0.52, 0.47},
+                                               {0.62, 0.51, 0.71},
+                                               {0.52, 0.56, 0.62},
+                                               {0.72, 0.56, 0.63}}};
+
+/// One colour of the ramp: for the same key (bytes, taken as they stand) always the same, on every machine.
+[[nodiscard]] Color color(std::string_view key);
+
+} // namespace Palette
+
+} // namespace brimvale

@@ -1,0 +1,60 @@
+#include "Platform/Formatters.h"
+
+#import <Foundation/Foundation.h>
+#include <mutex>
+
+namespace brimvale::Formatters {
+
+namespace {
+
+/// The lock is there because Foundation does not promise that a formatter may serve several threads at once.
+struct NativeFormatters {
+    std::mutex lock;
+    NSByteCountFormatter *sizes = [[NSByteCountFormatter alloc] init];
+    NSNumberFormatter *numbers = [[NSNumberFormatter alloc] init];
+    NSRelativeDateTimeFormatter *dates = [[NSRelativeDateTimeFormatter alloc] init];
+
+    NativeFormatters() {
+        sizes.countStyle = NSByteCountFormatterCountStyleFile;
+        sizes.allowedUnits = NSByteCountFormatterUseKB | NSByteCountFormatterUseMB |
+                             NSByteCountFormatterUseGB | NSByteCountFormatterUseTB;
+        numbers.numberStyle = NSNumberFormatterDecimalStyle;
+        dates.unitsStyle = NSRelativeDateTimeFormatterUnitsStyleFull;
+    }
+};
+
+NativeFormatters &native() {
+    static NativeFormatters formatters;
+    return formatters;
+}
+
+NSDate *dateOf(Date date) {
+    const std::chrono::duration<double> seconds = date.time_since_epoch();
+    return [NSDate dateWithTimeIntervalSince1970:seconds.count()];
+}
+
+} // namespace
+
+std::string fileSize(std::int64_t bytes) {
+    @autoreleasepool {
+        const std::lock_guard guard(native().lock);
+        return [native().sizes stringFromByteCount:bytes].UTF8String;
+    }
+}
+
+std::string number(std::int64_t number) {
+    @autoreleasepool {
+        const std::lock_guard guard(native().lock);
+        return [native().numbers stringFromNumber:@(number)].UTF8String;
+    }
+}
+
+std::string relativeDate(Date date, Date reference) {
+    @autoreleasepool {
+        const std::lock_guard guard(native().lock);
+        return
+            [native().dates localizedStringForDate:dateOf(date) relativeToDate:dateOf(reference)].UTF8String;
+    }
+}
+
+} // namespace brimvale::Formatters
