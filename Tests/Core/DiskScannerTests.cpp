@@ -1,8 +1,8 @@
 #include "Core/DiskScanner.h"
+#include "Support/ChildProcess.h"
 #include "Support/HostileTree.h"
 #include "Support/ReferenceScan.h"
 #include "Support/TemporaryFolder.h"
-#include "Support/Unprivileged.h"
 
 #include <atomic>
 #include <filesystem>
@@ -42,6 +42,11 @@ std::int64_t quickSize(
     const std::function<bool()> &cancelled = [] { return false; }) {
     WalkPool pool(3);
     return DiskScanner::quickSize(path, options, cancelled, pool);
+}
+
+/// What a child process answers.
+std::string verdict() {
+    return ::testing::Test::HasFailure() ? "failed" : "passed";
 }
 
 const FSNode &childOf(const FSNode &node, const std::string &name) {
@@ -87,11 +92,10 @@ TEST(DiskScanner, MarksAndCountsWhatItMayNotRead) {
     chmod(folder.path("b/names only").c_str(), 0444);
     chmod(folder.path("top").c_str(), 0000);
 
-    EXPECT_EQ(0, testing::runUnprivileged([&] {
+    EXPECT_EQ("passed", testing::answerOfChild([&] {
+                  testing::becomeOrdinaryUser();
                   // A user without rights over the tree meets the closed folders and every locked one of the
                   // hostile tree.
-                  if (geteuid() == 0)
-                      return 1;
                   for (const int workers : {0, 7})
                       expectLikeReference(folder.path(), optionsFor(4097), workers);
                   const auto tree = scan(folder.path());
@@ -104,7 +108,7 @@ TEST(DiskScanner, MarksAndCountsWhatItMayNotRead) {
                   EXPECT_FALSE(childOf(b, "names only").unreadable);
                   EXPECT_EQ(b.fileCount, 0);
                   EXPECT_TRUE(childOf(*tree, "top").unreadable);
-                  return ::testing::Test::HasFailure() ? 2 : 0;
+                  return verdict();
               }));
 }
 
@@ -210,7 +214,8 @@ TEST(DiskScanner, WalksAnyDepthWithFewDescriptors) {
     // Each name alone is a twentieth of PATH_MAX.
     makeChain(folder.makeFolder("long"), std::string(200, 'n'), 400);
     std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
-    EXPECT_EQ(0, testing::runUnprivileged([&] {
+    EXPECT_EQ("passed", testing::answerOfChild([&] {
+                  testing::becomeOrdinaryUser();
                   rlimit limit{64, 64};
                   setrlimit(RLIMIT_NOFILE, &limit);
                   for (const int workers : {0, 3}) {
@@ -224,7 +229,7 @@ TEST(DiskScanner, WalksAnyDepthWithFewDescriptors) {
                                     folder.path(), {}, [] { return false; }, pool),
                                 tree->size);
                   }
-                  return ::testing::Test::HasFailure() ? 2 : 0;
+                  return verdict();
               }));
 
     // A root whose own path is longer than one system call takes.

@@ -41,10 +41,10 @@ constexpr std::array<DateUnit, 7> dateUnits = {{{UCAL_YEAR, UDAT_REL_UNIT_YEAR},
                                                 {UCAL_MINUTE, UDAT_REL_UNIT_MINUTE},
                                                 {UCAL_SECOND, UDAT_REL_UNIT_SECOND}}};
 
-/// The locale that the environment sets for a category, American English where it sets none. ICU's own
-/// default knows one category only, and takes "C" for a locale that does not group digits.
-icu::Locale userLocale(const char *category) {
-    for (const char *variable : {"LC_ALL", category, "LANG"}) {
+/// The locale that the environment sets for numbers, American English where it sets none. ICU's own default
+/// does not look at that category, and takes "C" for a locale that does not group digits.
+icu::Locale numberLocale() {
+    for (const char *variable : {"LC_ALL", "LC_NUMERIC", "LANG"}) {
         const char *value = std::getenv(variable);
         if (value == nullptr || *value == '\0')
             continue;
@@ -58,7 +58,7 @@ icu::Locale userLocale(const char *category) {
 /// Used under one lock: ICU calls some of these only mostly thread-safe, and the calendar is set each time.
 struct UserFormatters {
     std::mutex lock;
-    LocalizedNumberFormatter number = icu::number::NumberFormatter::withLocale(userLocale("LC_NUMERIC"));
+    LocalizedNumberFormatter number = icu::number::NumberFormatter::withLocale(numberLocale());
     std::array<LocalizedNumberFormatter, sizeUnits.size()> sizes;
     std::unique_ptr<icu::Calendar> calendar;
     std::unique_ptr<const icu::RelativeDateTimeFormatter> relativeDate;
@@ -70,7 +70,8 @@ struct UserFormatters {
                 .precision(icu::number::Precision::maxFraction(unit.fractionDigits))
                 .sign(UNUM_SIGN_NEGATIVE);
         });
-        const icu::Locale language = userLocale("LC_MESSAGES");
+        // The program speaks English, so its dates do too.
+        const icu::Locale &language = icu::Locale::getUS();
         UErrorCode status = U_ZERO_ERROR;
         calendar.reset(icu::Calendar::createInstance(language, status));
         relativeDate = std::make_unique<icu::RelativeDateTimeFormatter>(language, status);

@@ -1,5 +1,6 @@
 #include "Core/DiskScanner.h"
 #include "Platform/Mounts.h"
+#include "Support/ChildProcess.h"
 #include "Support/ReferenceScan.h"
 #include "Support/TemporaryFolder.h"
 
@@ -8,7 +9,6 @@
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace brimvale {
@@ -19,21 +19,10 @@ using testing::describe;
 using testing::referenceScan;
 using testing::TemporaryFolder;
 
-constexpr int notPermitted = 77;
-
-/// Runs `body` in a child process with a mount table of its own; answers what `body` returns, or
-/// `notPermitted`.
-int runWithOwnMounts(const std::function<int()> &body) {
-    const pid_t child = fork();
-    if (child == 0) {
-        const int spaces = geteuid() == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER;
-        if (unshare(spaces) != 0 || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
-            _exit(notPermitted);
-        _exit(body());
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+/// Gives this process, a child, a mount table of its own. False where that is not permitted.
+bool ownMounts() {
+    const int spaces = geteuid() == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER;
+    return unshare(spaces) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
 bool mountMemory(const std::string &path) {
@@ -48,12 +37,12 @@ TEST(Mounts, StayOutOfAWalkUnlessTheyAreItsOwnEntry) {
     folder.makeFile("disk/plain/file", 5000);
     folder.makeFolder("volume");
     folder.makeFolder("loop/inside");
-    const int result = runWithOwnMounts([&] {
+    const std::string answer = testing::answerOfChild([&]() -> std::string {
         const std::string loop = folder.path("loop");
         const std::string inside = folder.path("loop/inside");
-        if (!mountMemory(folder.path("disk/mount")) || !mountMemory(folder.path("volume")) ||
+        if (!ownMounts() || !mountMemory(folder.path("disk/mount")) || !mountMemory(folder.path("volume")) ||
             mount(loop.c_str(), inside.c_str(), nullptr, MS_BIND, nullptr) != 0)
-            return notPermitted;
+            return "not permitted";
         folder.makeFile("disk/mount/on another device", 6000);
         folder.makeFile("volume/on its own device", 7000);
         folder.makeFile("loop/file", 5000);
@@ -73,11 +62,11 @@ TEST(Mounts, StayOutOfAWalkUnlessTheyAreItsOwnEntry) {
         EXPECT_EQ(size("disk"), size("disk/plain"));
         EXPECT_GT(size("volume"), 0);
         EXPECT_EQ(size("loop"), size("loop/file"));
-        return ::testing::Test::HasFailure() ? 2 : 0;
+        return ::testing::Test::HasFailure() ? "failed" : "passed";
     });
-    if (result == notPermitted)
+    if (answer == "not permitted")
         GTEST_SKIP() << "mounting is not permitted here";
-    EXPECT_EQ(result, 0);
+    EXPECT_EQ(answer, "passed");
 }
 
 TEST(Mounts, ListThoseWithoutStorage) {
