@@ -1,10 +1,76 @@
-#include "Core/DiskScanner.h"
+#include "CommandLine/Command.h"
+#include "CommandLine/Help.h"
+#include "CommandLine/StandardStreams.h"
+#include "CommandLine/TerminalText.h"
+#include "Platform/Host.h"
+
+#include <algorithm>
+#include <array>
 #include <cstdio>
-int main(int, char **argv) {
-    using namespace brimvale;
-    ScanStats stats;
-    const auto tree = DiskScanner::scan(argv[1], ScanOptions::standard(), stats);
-    tree->sortRecursively();
-    std::printf("%ld files %ld bytes %ld dirs %ld unreadable\n", tree->fileCount, tree->size, tree->dirCount,
-                stats.unreadable());
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace {
+
+using namespace brimvale;
+using namespace brimvale::commandLine;
+
+constexpr std::array globalOptions = {
+    Option{"--system", Option::Value::text, "macos|linux", "Look with the catalogs of that system."},
+    Option{.name = "--help", .help = "Print this help."},
+    Option{.name = "--version", .help = "Print the version."},
+};
+
+/// Puts the named system in force; false when there is none of that name.
+bool useSystemNamed(std::string_view name) {
+    if (name != "macos" && name != "linux")
+        return false;
+    Host::useSystem(name == "macos" ? System::macOS : System::linux);
+    return true;
+}
+
+ExitStatus runProgram(std::span<const char *const> words, Output &output) {
+    const auto parsed = Arguments::parse(words, globalOptions, Arguments::Order::optionsFirst);
+    if (const auto *error = std::get_if<UsageError>(&parsed))
+        return refuseUsage(error->sentence);
+
+    const auto &arguments = std::get<Arguments>(parsed);
+    if (const auto system = arguments.text("--system"); system && !useSystemNamed(*system))
+        return refuseUsage("\"--system\" takes macos or linux, not " + quoted(*system));
+    if (arguments.has("--help")) {
+        output.write(programHelp(globalOptions));
+        return ExitStatus::done;
+    }
+    if (arguments.has("--version")) {
+        output.write("brimvalectl " BRIMVALE_VERSION "\n");
+        return ExitStatus::done;
+    }
+    if (arguments.operands().empty())
+        return refuseUsage("a command is missing");
+
+    const std::span<const char *const> rest = arguments.operands();
+    const std::string_view name = rest.front();
+    const auto commands = allCommands();
+    const auto command =
+        std::find_if(commands.begin(), commands.end(), [&](const Command *one) { return one->name == name; });
+    if (command == commands.end())
+        return refuseUsage("unknown command " + quoted(name));
+    return run(**command, rest.subspan(1), output);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    occupyStandardStreams();
+    const std::span<const char *const> words(argv, static_cast<std::size_t>(argc));
+    Output output(stdout);
+    ExitStatus status = runProgram(words.subspan(std::min<std::size_t>(1, words.size())), output);
+    if (const std::optional<FileError> failure = output.finish()) {
+        printError("standard output: " + failure->localizedDescription);
+        if (status == ExitStatus::done)
+            status = ExitStatus::failed;
+    }
+    return static_cast<int>(status);
 }

@@ -1,0 +1,58 @@
+#include "CommandLine/Command.h"
+
+#include "CommandLine/Help.h"
+#include "CommandLine/Size.h"
+#include "CommandLine/StandardStreams.h"
+#include "CommandLine/TerminalText.h"
+
+#include <array>
+#include <variant>
+
+namespace brimvale::commandLine {
+
+std::span<const Command *const> allCommands() {
+    static constexpr std::array commands = {&sizeCommand};
+    return commands;
+}
+
+std::vector<Option> optionsOf(const Command &command) {
+    std::vector<Option> options(command.options.begin(), command.options.end());
+    options.push_back({.name = "--json", .help = "Print one JSON document instead."});
+    options.push_back({.name = "--help", .help = "Print this help."});
+    return options;
+}
+
+ExitStatus run(const Command &command, std::span<const char *const> words, Output &output) {
+    const std::vector<Option> options = optionsOf(command);
+    const auto parsed = Arguments::parse(words, options, Arguments::Order::mixed);
+    if (const auto *error = std::get_if<UsageError>(&parsed))
+        return refuseUsage(error->sentence, &command);
+
+    const auto &arguments = std::get<Arguments>(parsed);
+    if (arguments.has("--help")) {
+        output.write(helpOf(command));
+        return ExitStatus::done;
+    }
+    const std::vector<const char *> &operands = arguments.operands();
+    if (operands.size() < command.operandCount.minimum)
+        return refuseUsage("missing argument: " + std::string(command.operands), &command);
+    if (operands.size() > command.operandCount.maximum)
+        return refuseUsage("unexpected argument " + quoted(operands[command.operandCount.maximum]), &command);
+    return command.run(arguments, output);
+}
+
+ExitStatus endInterrupted(Output &output) {
+    output.flush();
+    printError("interrupted: the figures are partial");
+    return ExitStatus::interrupted;
+}
+
+ExitStatus refuseUsage(const std::string &sentence, const Command *command) {
+    const std::string name(command == nullptr ? "" : command->name);
+    const std::string prefix = command == nullptr ? name : name + ": ";
+    const std::string words = command == nullptr ? name : name + " ";
+    printError(prefix + sentence + " (see \"brimvalectl " + words + "--help\")");
+    return ExitStatus::wrongUsage;
+}
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,72 @@
+#include "CommandLine/GivenPath.h"
+
+#include "CommandLine/StandardStreams.h"
+#include "CommandLine/TerminalText.h"
+#include "Platform/Dataless.h"
+#include "Platform/FileStatus.h"
+#include "Platform/Folder.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <system_error>
+
+namespace brimvale::commandLine {
+
+namespace fs = std::filesystem;
+
+std::variant<FileURL, FileError> resolveGivenPath(std::string_view typed) {
+    if (typed.empty())
+        return FileError::posix(ENOENT);
+    if (typed.starts_with('/'))
+        return FileURL(std::string(typed));
+    std::error_code error;
+    const fs::path workingDirectory = fs::current_path(error);
+    if (error)
+        return FileError::posix(error.value());
+    return FileURL::resolving(typed, FileURL(workingDirectory.native()));
+}
+
+std::variant<FileURL, FileError> placeToScan(std::string_view typed) {
+    std::variant<FileURL, FileError> resolved = resolveGivenPath(typed);
+    const auto *url = std::get_if<FileURL>(&resolved);
+    if (url == nullptr)
+        return resolved;
+    const NoMaterialization guard;
+    if (Folder::at(url->path(), Folder::Links::follow).isOpen())
+        return resolved;
+    if (errno != ENOTDIR)
+        return FileError::posix(errno);
+    // Either a file, which has a size of its own, or a path that leads through one.
+    std::error_code error;
+    if (fs::exists(fs::status(url->path(), error)))
+        return resolved;
+    return FileError::posix(error.value());
+}
+
+std::variant<FileURL, FileError> placeToMeasure(std::string_view typed, const PathSet &skippedPaths) {
+    const std::variant<FileURL, FileError> resolved = resolveGivenPath(typed);
+    const auto *url = std::get_if<FileURL>(&resolved);
+    if (url == nullptr)
+        return resolved;
+    // A slash behind a file's name is a mistake that the standardised form hides.
+    if (!fileStatus(url->path()))
+        return FileError::posix(errno);
+    const FileURL place = url->standardized();
+    const std::optional<FileStatus> status = fileStatus(place.path());
+    if (!status)
+        return FileError::posix(errno);
+    if (status->kind != FileKind::directory || status->isDataless || skippedPaths.contains(place.path()))
+        return place;
+    const NoMaterialization guard;
+    if (Folder::at(place.path(), Folder::Links::refuse).isOpen())
+        return place;
+    return FileError::posix(errno);
+}
+
+void printPathError(std::string_view typed, const FileError &error) {
+    printError(terminalText(typed) + ": " + error.localizedDescription);
+}
+
+} // namespace brimvale::commandLine

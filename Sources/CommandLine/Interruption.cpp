@@ -1,0 +1,53 @@
+#include "CommandLine/Interruption.h"
+
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <pthread.h>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+constexpr std::array caughtSignals = {SIGINT, SIGTERM};
+
+std::atomic<ScanStats *> interrupted = nullptr;
+// What a handler may do: lock-free atomics and functions that are async-signal-safe.
+static_assert(std::atomic<ScanStats *>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
+
+void replaceHandlers(void (*handler)(int)) {
+    struct sigaction action {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    for (const int signal : caughtSignals) {
+        struct sigaction current {};
+        if (sigaction(signal, nullptr, &current) == 0 && current.sa_handler != SIG_IGN)
+            sigaction(signal, &action, nullptr);
+    }
+}
+
+extern "C" void interrupt(int) {
+    replaceHandlers(SIG_DFL);
+    if (ScanStats *stats = interrupted.load())
+        stats->cancel();
+}
+
+} // namespace
+
+Interruption::Interruption(ScanStats &stats) {
+    interrupted = &stats;
+    replaceHandlers(interrupt);
+    // A program keeps the signals that were blocked where it was started, and no one could stop it then.
+    sigset_t caught{};
+    sigemptyset(&caught);
+    for (const int signal : caughtSignals)
+        sigaddset(&caught, signal);
+    pthread_sigmask(SIG_UNBLOCK, &caught, nullptr);
+}
+
+Interruption::~Interruption() {
+    replaceHandlers(SIG_DFL);
+    interrupted = nullptr;
+}
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,129 @@
+#include "CommandLine/JsonWriter.h"
+
+#include "Base/Text.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+template<class Number>
+void writeNumber(Output &output, Number number) {
+    std::array<char, 32> text{};
+    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), number);
+    output.write({text.data(), static_cast<std::size_t>(end - text.data())});
+}
+
+/// How many bytes at the start of `text` are one character that has to be written as an escape. Beyond what
+/// JSON asks for these are DEL and the C1 controls, since a terminal may obey them.
+std::size_t escapedLength(std::string_view text) {
+    const auto byte = static_cast<unsigned char>(text[0]);
+    if (byte < 0x20 || byte == '"' || byte == '\\' || byte == 0x7F)
+        return 1;
+    return byte == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0 ? 2 : 0;
+}
+
+std::string escape(std::string_view character) {
+    const auto byte = static_cast<unsigned char>(character.back());
+    switch (byte) {
+    case '"':
+        return "\\\"";
+    case '\\':
+        return "\\\\";
+    case '\n':
+        return "\\n";
+    case '\t':
+        return "\\t";
+    case '\r':
+        return "\\r";
+    default:
+        constexpr std::string_view digits = "0123456789abcdef";
+        return {'\\', 'u', '0', '0', digits[byte >> 4], digits[byte & 0xF]};
+    }
+}
+
+} // namespace
+
+void JsonWriter::begin(char bracket) {
+    separate();
+    output_.write({&bracket, 1});
+    open_.push_back(bracket);
+    needsComma_ = false;
+}
+
+void JsonWriter::end() {
+    output_.write(open_.back() == '{' ? "}" : "]");
+    open_.pop_back();
+    needsComma_ = true;
+    if (open_.empty())
+        output_.write("\n");
+}
+
+void JsonWriter::key(std::string_view name) {
+    separate();
+    writeText(name);
+    output_.write(":");
+    needsComma_ = false;
+}
+
+void JsonWriter::value(std::string_view bytes) {
+    separate();
+    if (isValidUtf8(bytes))
+        writeText(bytes);
+    else
+        writeText(displayText(bytes));
+}
+
+void JsonWriter::value(std::int64_t number) {
+    separate();
+    writeNumber(output_, number);
+}
+
+void JsonWriter::value(double number) {
+    if (!std::isfinite(number))
+        return null();
+    separate();
+    writeNumber(output_, number);
+}
+
+void JsonWriter::value(bool truth) {
+    separate();
+    output_.write(truth ? "true" : "false");
+}
+
+void JsonWriter::null() {
+    separate();
+    output_.write("null");
+}
+
+/// The comma before whatever comes next, where one is due.
+void JsonWriter::separate() {
+    if (needsComma_)
+        output_.write(",");
+    needsComma_ = true;
+}
+
+/// A string in quotes. `text` is well-formed UTF-8.
+void JsonWriter::writeText(std::string_view text) {
+    output_.write("\"");
+    std::size_t plain = 0; // how much at the start of `text` can be written as it is
+    while (plain < text.size()) {
+        const std::size_t length = escapedLength(text.substr(plain));
+        if (length == 0) {
+            ++plain;
+            continue;
+        }
+        output_.write(text.substr(0, plain));
+        output_.write(escape(text.substr(plain, length)));
+        text.remove_prefix(plain + length);
+        plain = 0;
+    }
+    output_.write(text);
+    output_.write("\"");
+}
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "CommandLine/Output.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace brimvale::commandLine {
+
+/// Writes one JSON document (RFC 8259) piece by piece, and puts in commas and closing brackets itself. Always
+/// valid UTF-8, and plain text on a terminal. Nothing is kept but the brackets that are open, so a document
+/// may be of any length and any depth.
+class JsonWriter {
+public:
+    explicit JsonWriter(Output &output) : output_(output) {}
+
+    void beginObject() { begin('{'); }
+    void beginArray() { begin('['); }
+    /// Closes the innermost object or array; the last one ends the line.
+    void end();
+
+    /// The name of the next value, in an object.
+    void key(std::string_view name);
+
+    /// A string; what is not UTF-8 in it becomes U+FFFD.
+    void value(std::string_view bytes);
+    void value(const char *text) { value(std::string_view(text)); }
+    void value(const std::string &bytes) { value(std::string_view(bytes)); }
+    void value(std::int64_t number);
+    /// A finite number; any other is null.
+    void value(double number);
+    void value(bool truth);
+    void null();
+
+    /// One member of an object: its name and its value.
+    template<class T>
+    void member(std::string_view name, const T &memberValue) {
+        key(name);
+        value(memberValue);
+    }
+
+private:
+    void begin(char bracket);
+    void separate();
+    void writeText(std::string_view text);
+
+    Output &output_;
+    std::string open_; ///< the brackets that are open, outermost first
+    bool needsComma_ = false;
+};
+
+} // namespace brimvale::commandLine

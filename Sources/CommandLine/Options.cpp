@@ -1,0 +1,80 @@
+#include "CommandLine/Options.h"
+
+#include "CommandLine/TerminalText.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+std::optional<std::int64_t> wholeNumber(std::string_view text) {
+    std::int64_t number = 0;
+    const char *end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && stop == end && number >= 0 ? std::optional(number) : std::nullopt;
+}
+
+bool isOption(std::string_view word) {
+    return word.size() > 1 && word.starts_with('-');
+}
+
+/// What is wrong with the value of an option, if anything. No value: none was given.
+std::optional<UsageError> faultOf(const Option &option, std::optional<std::string_view> value) {
+    if (option.value == Option::Value::none)
+        return value ? std::optional(UsageError{quoted(option.name) + " takes no value"}) : std::nullopt;
+    if (!value)
+        return UsageError{quoted(option.name) + " needs a value: " + std::string(option.valueName)};
+    if (option.value == Option::Value::number && !wholeNumber(*value))
+        return UsageError{quoted(option.name) + " takes a whole number from 0 up, not " + quoted(*value)};
+    return std::nullopt;
+}
+
+} // namespace
+
+std::variant<Arguments, UsageError> Arguments::parse(std::span<const char *const> words,
+                                                     std::span<const Option> options, Order order) {
+    Arguments arguments;
+    bool isPastOptions = false;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const std::string_view word = words[i];
+        if (isPastOptions || !isOption(word)) {
+            arguments.operands_.push_back(words[i]);
+            isPastOptions = isPastOptions || order == Order::optionsFirst;
+            continue;
+        }
+        if (word == "--") {
+            isPastOptions = true;
+            continue;
+        }
+        const std::string_view name = word.substr(0, word.find('='));
+        const auto option =
+            std::find_if(options.begin(), options.end(), [&](const Option &one) { return one.name == name; });
+        if (option == options.end())
+            return UsageError{"unknown option " + quoted(name)};
+        std::optional<std::string_view> value;
+        if (name.size() < word.size())
+            value = word.substr(name.size() + 1);
+        else if (option->value != Option::Value::none && i + 1 < words.size())
+            value = words[++i];
+        if (std::optional<UsageError> fault = faultOf(*option, value))
+            return *std::move(fault);
+        arguments.values_.emplace_back(option->name, value.value_or(""));
+    }
+    return arguments;
+}
+
+std::optional<std::string_view> Arguments::text(std::string_view option) const {
+    const auto last = std::find_if(values_.rbegin(), values_.rend(),
+                                   [&](const auto &value) { return value.first == option; });
+    return last == values_.rend() ? std::nullopt : std::optional(last->second);
+}
+
+std::optional<std::int64_t> Arguments::number(std::string_view option) const {
+    const std::optional<std::string_view> value = text(option);
+    return value ? wholeNumber(*value) : std::nullopt;
+}
+
+} // namespace brimvale::commandLine

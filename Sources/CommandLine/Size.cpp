@@ -1,0 +1,107 @@
+#include "CommandLine/Size.h"
+
+#include "CommandLine/GivenPath.h"
+#include "CommandLine/Interruption.h"
+#include "CommandLine/JsonWriter.h"
+#include "CommandLine/TerminalText.h"
+#include "Core/DiskScanner.h"
+#include "Core/Formatting.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+/// Prints one measured path after the other, as a table or as a JSON array.
+class Report {
+public:
+    Report(Output &output, bool isJson) : output_(output), json_(output), isJson_(isJson) {
+        if (isJson_)
+            json_.beginArray();
+    }
+
+    void add(std::string_view typed, const std::string &path, std::int64_t size, bool isSkipped) {
+        if (isJson_) {
+            json_.beginObject();
+            json_.member("path", path);
+            json_.member("size", size);
+            json_.end();
+            return;
+        }
+        if (!std::exchange(hasTitles_, true))
+            writeRow("SIZE", "PATH");
+        if (isSkipped)
+            writeRow("–", terminalText(typed) + "  [skipped]");
+        else
+            writeRow(Fmt::byteFormatter(size), terminalText(typed));
+        output_.flush();
+    }
+
+    void finish() {
+        if (isJson_)
+            json_.end();
+    }
+
+private:
+    void writeRow(std::string_view size, std::string_view path) {
+        output_.write(rightAligned(size, usualSizeWidth));
+        output_.write("  ");
+        output_.write(path);
+        output_.write("\n");
+    }
+
+    Output &output_;
+    JsonWriter json_;
+    bool isJson_;
+    bool hasTitles_ = false;
+};
+
+/// Measures one path and reports it; answers what was in the way instead.
+std::optional<FileError> measure(std::string_view typed, const ScanOptions &scanOptions,
+                                 const ScanStats &stats, Report &report) {
+    const auto place = placeToMeasure(typed, scanOptions.skippedPaths);
+    if (const auto *error = std::get_if<FileError>(&place))
+        return *error;
+    const std::string &path = std::get<FileURL>(place).path();
+    report.add(typed, path, DiskScanner::quickSize(path, scanOptions, [&] { return stats.cancelled(); }),
+               scanOptions.skippedPaths.contains(path));
+    return std::nullopt;
+}
+
+ExitStatus runSize(const Arguments &arguments, Output &output) {
+    const ScanOptions scanOptions = ScanOptions::standard();
+    ScanStats stats;
+    const Interruption interruption(stats);
+    Report report(output, arguments.has("--json"));
+    ExitStatus status = ExitStatus::done;
+    for (const std::string_view typed : arguments.operands()) {
+        if (stats.cancelled())
+            break;
+        if (const std::optional<FileError> fault = measure(typed, scanOptions, stats, report)) {
+            printPathError(typed, *fault);
+            status = ExitStatus::failed;
+        }
+    }
+    report.finish();
+    return stats.cancelled() ? endInterrupted(output) : status;
+}
+
+} // namespace
+
+constinit const Command sizeCommand = {
+    .name = "size",
+    .operands = "PATH…",
+    .operandCount = {.minimum = 1},
+    .summary = "Prints the allocated size of each path.",
+    .help = "\nA link counts itself, and a file with several names counts once a name. Other volumes and\n"
+            "system-managed folders are not entered.\n",
+    .run = runSize,
+};
+
+} // namespace brimvale::commandLine
