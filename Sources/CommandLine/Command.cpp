@@ -1,6 +1,7 @@
 #include "CommandLine/Command.h"
 
 #include "CommandLine/Help.h"
+#include "CommandLine/Scan.h"
 #include "CommandLine/Size.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
@@ -11,7 +12,7 @@
 namespace brimvale::commandLine {
 
 std::span<const Command *const> allCommands() {
-    static constexpr std::array commands = {&sizeCommand};
+    static constexpr std::array commands = {&scanCommand, &sizeCommand};
     return commands;
 }
 

@@ -1,0 +1,61 @@
+#include "CommandLine/TreeJson.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+/// A node whose object is not yet closed, and which of its children comes next.
+struct OpenNode {
+    const FSNode *node;
+    std::size_t next;
+    std::size_t end;
+};
+
+void writeMembers(JsonWriter &json, const FSNode &node, bool isRoot) {
+    json.member("name", node.name);
+    if (isRoot)
+        json.member("path", node.path());
+    json.member("isDirectory", node.isDirectory);
+    json.member("size", node.size);
+    json.member("logicalSize", node.logicalSize);
+    json.member("fileCount", node.fileCount);
+    json.member("dirCount", node.dirCount);
+    json.member("isAggregate", node.isAggregate);
+    json.member("unreadable", node.unreadable);
+    json.member("isNotDescended", node.isNotDescended);
+    json.member("isCloudProvider", node.isCloudProvider);
+}
+
+} // namespace
+
+void writeTree(JsonWriter &json, const FSNode &root, const TreeLimits &limits) {
+    std::vector<OpenNode> open;
+    const auto enter = [&](const FSNode &node) {
+        json.beginObject();
+        writeMembers(json, node, &node == &root);
+        const std::size_t count = limits.opensLevel(open.size()) ? limits.childrenToTell(node) : 0;
+        if (count > 0) {
+            json.key("children");
+            json.beginArray();
+        }
+        open.push_back({&node, 0, count});
+    };
+
+    enter(root);
+    while (!open.empty()) {
+        OpenNode &innermost = open.back();
+        if (innermost.next < innermost.end) {
+            enter(*innermost.node->children()[innermost.next++]);
+            continue;
+        }
+        if (innermost.end > 0)
+            json.end();
+        json.end();
+        open.pop_back();
+    }
+}
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Core/FSNode.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+
+namespace brimvale::commandLine {
+
+/// How much of a sorted tree is told.
+struct TreeLimits {
+    static constexpr std::int64_t unlimited = std::numeric_limits<std::int64_t>::max();
+
+    std::int64_t depth = unlimited; ///< levels beneath the root
+    std::int64_t top = unlimited;   ///< children of a node, from the first on
+
+    /// Whether anything is told of the children of a node that lies `level` levels beneath the root.
+    [[nodiscard]] bool opensLevel(std::size_t level) const {
+        return static_cast<std::int64_t>(level) < depth;
+    }
+
+    /// How many children of such a node are told one by one.
+    [[nodiscard]] std::size_t childrenToTell(const FSNode &node) const {
+        return static_cast<std::size_t>(std::min(top, static_cast<std::int64_t>(node.children().size())));
+    }
+};
+
+} // namespace brimvale::commandLine
