@@ -1,0 +1,105 @@
+#include "CommandLine/JsonWriter.h"
+
+#include <array>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <limits>
+#include <string>
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+/// What `write` makes of a document.
+template<class Write>
+std::string documentOf(Write write) {
+    std::FILE *file = std::tmpfile();
+    // Only a second stream on the file outlives the closing.
+    std::FILE *reader = fdopen(dup(fileno(file)), "r");
+    Output output(file);
+    JsonWriter json(output);
+    write(json);
+    EXPECT_FALSE(output.finish());
+    std::rewind(reader);
+    std::string document;
+    std::array<char, 4096> part{};
+    while (const std::size_t count = std::fread(part.data(), 1, part.size(), reader))
+        document.append(part.data(), count);
+    std::fclose(reader);
+    return document;
+}
+
+} // namespace
+
+TEST(JsonWriter, PutsCommasAndBracketsWhereTheyBelong) {
+    EXPECT_EQ(documentOf([](JsonWriter &json) {
+                  json.beginObject();
+                  json.member("text", "x");
+                  json.key("empty");
+                  json.beginArray();
+                  json.end();
+                  json.key("list");
+                  json.beginArray();
+                  json.value(true);
+                  json.beginObject();
+                  json.end();
+                  json.beginArray();
+                  json.null();
+                  json.end();
+                  json.value(false);
+                  json.end();
+                  json.member("last", std::string("y"));
+                  json.end();
+              }),
+              R"({"text":"x","empty":[],"list":[true,{},[null],false],"last":"y"})"
+              "\n");
+}
+
+TEST(JsonWriter, KeepsNumbersExact) {
+    constexpr auto largest = std::numeric_limits<std::int64_t>::max();
+    constexpr auto smallest = std::numeric_limits<std::int64_t>::min();
+    const std::string document = documentOf([&](JsonWriter &json) {
+        json.beginArray();
+        for (const std::int64_t number : {largest, smallest, std::int64_t{0}})
+            json.value(number);
+        for (const double number : {0.1, 1e300, -2.5, std::numeric_limits<double>::infinity(),
+                                    std::numeric_limits<double>::quiet_NaN()})
+            json.value(number);
+        json.end();
+    });
+    const QJsonArray array = QJsonDocument::fromJson(QByteArray::fromStdString(document)).array();
+    ASSERT_EQ(array.size(), 8) << document;
+    EXPECT_EQ(array[0].toInteger(), largest);
+    EXPECT_EQ(array[1].toInteger(), smallest);
+    EXPECT_EQ(array[2].toInteger(1), 0);
+    EXPECT_EQ(array[3].toDouble(), 0.1);
+    EXPECT_EQ(array[4].toDouble(), 1e300);
+    EXPECT_EQ(array[5].toDouble(), -2.5);
+    EXPECT_TRUE(array[6].isNull());
+    EXPECT_TRUE(array[7].isNull());
+}
+
+TEST(JsonWriter, TakesTextsLongerThanItsBuffer) {
+    // Pieces of every length around the buffer's, so that no edge of it is missed.
+    const std::string document = documentOf([](JsonWriter &json) {
+        json.beginArray();
+        for (const std::size_t length : {65'530U, 65'536U, 1U, 200'000U, 3U})
+            json.value(std::string(length, 'a') + "\n" + std::string(length, 'b'));
+        json.end();
+    });
+    const QJsonArray array = QJsonDocument::fromJson(QByteArray::fromStdString(document)).array();
+    ASSERT_EQ(array.size(), 5);
+    for (qsizetype i = 0; i < 5; ++i) {
+        const QString text = array[i].toString();
+        const qsizetype length = text.indexOf('\n');
+        EXPECT_EQ(text, QString(length, 'a') + "\n" + QString(length, 'b'));
+    }
+    EXPECT_EQ(array[3].toString().size(), 400'001);
+}
+
+} // namespace brimvale::commandLine

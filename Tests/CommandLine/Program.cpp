@@ -1,0 +1,116 @@
+#include "CommandLine/Program.h"
+
+#include "Base/FileURL.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <termios.h>
+#include <unistd.h>
+#include <utility>
+
+namespace brimvale::testing {
+
+namespace {
+
+using File = std::unique_ptr<std::FILE, decltype([](std::FILE *file) { std::fclose(file); })>;
+
+void require(bool isDone, const char *what) {
+    if (!isDone)
+        throw std::system_error(errno, std::generic_category(), what);
+}
+
+std::string contentOf(std::FILE *file) {
+    std::string content;
+    std::rewind(file);
+    std::array<char, 65536> part{};
+    while (const std::size_t count = std::fread(part.data(), 1, part.size(), file))
+        content.append(part.data(), count);
+    return content;
+}
+
+Outcome runFile(const std::string &program, const std::vector<std::string> &arguments,
+                const std::function<void()> &prepare) {
+    const File out(std::tmpfile());
+    const File err(std::tmpfile());
+    require(out != nullptr && err != nullptr, "tmpfile");
+    std::vector<char *> words{const_cast<char *>(program.c_str())};
+    for (const std::string &argument : arguments)
+        words.push_back(const_cast<char *>(argument.c_str()));
+    words.push_back(nullptr);
+
+    const pid_t child = fork();
+    require(child >= 0, "fork");
+    if (child == 0) {
+        // Whatever started the tests may ignore these, and every child would.
+        std::signal(SIGINT, SIG_DFL);
+        std::signal(SIGTERM, SIG_DFL);
+        setenv("LC_ALL", "C", 1);
+        dup2(fileno(out.get()), STDOUT_FILENO);
+        dup2(fileno(err.get()), STDERR_FILENO);
+        prepare();
+        execv(program.c_str(), words.data());
+        _exit(127);
+    }
+    int status = 0;
+    require(waitpid(child, &status, 0) == child, "waitpid");
+    return {WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status), contentOf(out.get()),
+            contentOf(err.get())};
+}
+
+} // namespace
+
+Outcome runProgram(const std::vector<std::string> &arguments, const std::function<void()> &prepare) {
+    return runFile(BRIMVALECTL, arguments, prepare);
+}
+
+Outcome runProgramUnprivileged(const std::string &folder, const std::vector<std::string> &arguments) {
+    // The build folder may lie where other users cannot go.
+    const std::string program = joinPath(folder, "brimvalectl");
+    std::filesystem::copy_file(BRIMVALECTL, program, std::filesystem::copy_options::overwrite_existing);
+    return runFile(program, arguments, [] {
+        constexpr unsigned nobody = 65534;
+        if (geteuid() == 0 && (setgid(nobody) != 0 || setuid(nobody) != 0))
+            _exit(126);
+    });
+}
+
+Terminal::Terminal(int columns) : controller_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+    require(controller_ >= 0 && grantpt(controller_) == 0 && unlockpt(controller_) == 0, "posix_openpt");
+    device_ = open(ptsname(controller_), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    require(device_ >= 0, "ptsname");
+    // As it is written, without a carriage return before every line feed.
+    termios modes{};
+    tcgetattr(device_, &modes);
+    modes.c_oflag &= ~static_cast<tcflag_t>(OPOST);
+    tcsetattr(device_, TCSANOW, &modes);
+    winsize size{};
+    size.ws_row = 24;
+    size.ws_col = static_cast<unsigned short>(columns);
+    ioctl(device_, TIOCSWINSZ, &size);
+}
+
+Terminal::~Terminal() {
+    close(device_);
+    close(controller_);
+}
+
+std::string Terminal::written() {
+    close(std::exchange(device_, -1));
+    std::string content;
+    std::array<char, 4096> part{};
+    for (ssize_t count = 0; (count = read(controller_, part.data(), part.size())) > 0;)
+        content.append(part.data(), static_cast<std::size_t>(count));
+    return content;
+}
+
+} // namespace brimvale::testing

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace brimvale::testing {
+
+/// How a run of the program went.
+struct Outcome {
+    int status = 0; ///< the exit status; of a program that a signal has ended, the signal's negative number
+    std::string out;
+    std::string err;
+};
+
+/// Runs brimvalectl with these arguments and waits for its end. `prepare` is called in the child before the
+/// program takes its place, for whatever the program is to inherit. Where it closes or replaces standard
+/// output or standard error, nothing is captured from there.
+[[nodiscard]] Outcome runProgram(
+    const std::vector<std::string> &arguments, const std::function<void()> &prepare = [] {});
+
+/// The same as a user without special rights, whoever runs the tests. `folder` has to be open to all users;
+/// a copy of the program is left there.
+[[nodiscard]] Outcome runProgramUnprivileged(const std::string &folder,
+                                             const std::vector<std::string> &arguments);
+
+/// A terminal of `columns` columns; what is written to `device` can be read back.
+class Terminal {
+public:
+    explicit Terminal(int columns = 80);
+    ~Terminal();
+    Terminal(const Terminal &) = delete;
+    Terminal &operator=(const Terminal &) = delete;
+
+    /// The descriptor for a program's standard stream.
+    [[nodiscard]] int device() const { return device_; }
+
+    /// All that has been written (a few thousand bytes at most), once every other holder of the device has
+    /// closed it. The device is closed here.
+    [[nodiscard]] std::string written();
+
+private:
+    int controller_;
+    int device_;
+};
+
+} // namespace brimvale::testing

@@ -1,0 +1,258 @@
+#include "CommandLine/Program.h"
+#include "Support/TemporaryFolder.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <limits>
+#include <map>
+#include <regex>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QString>
+
+namespace brimvale::testing {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The document that a successful run prints.
+QJsonObject documentOf(const std::vector<std::string> &arguments) {
+    const Outcome outcome = runProgram(arguments);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    // A document on a terminal must not command it: no control in one byte or (C1) in two.
+    EXPECT_EQ(outcome.out.find_first_of("\x1b\x07\x7f\n\r\t"), outcome.out.size() - 1);
+    EXPECT_FALSE(std::regex_search(outcome.out, std::regex("\xC2[\x80-\x9F]")));
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out), &error);
+    EXPECT_EQ(error.error, QJsonParseError::NoError) << error.errorString().toStdString();
+    return document.object();
+}
+
+/// What is at a path, found out without the scanner.
+struct Found {
+    bool isDirectory = false;
+    std::int64_t size = 0, logicalSize = 0, files = 0, folders = 0;
+    std::int64_t smallSize = 0, smallFiles = 0;
+    std::map<std::string, Found> shown = {}; ///< folders, and files from the minimum on
+};
+
+/// Right in the folder that is scanned every file is shown.
+Found walk(const fs::path &path, std::int64_t minimum, bool isRoot = true) {
+    struct stat status {};
+    EXPECT_EQ(lstat(path.c_str(), &status), 0) << path;
+    if (!S_ISDIR(status.st_mode))
+        return {.size = status.st_blocks * 512, .logicalSize = status.st_size, .files = 1};
+    Found folder{.isDirectory = true};
+    for (const fs::directory_entry &entry : fs::directory_iterator(path)) {
+        const Found found = walk(entry.path(), minimum, false);
+        folder.size += found.size;
+        folder.logicalSize += found.logicalSize;
+        folder.files += found.files;
+        folder.folders += found.folders + (found.isDirectory ? 1 : 0);
+        if (isRoot || found.isDirectory || found.size >= minimum) {
+            folder.shown[entry.path().filename()] = found;
+        } else {
+            folder.smallSize += found.size;
+            ++folder.smallFiles;
+        }
+    }
+    return folder;
+}
+
+void expectSame(const QJsonObject &node, const Found &found, const std::string &where) {
+    const ::testing::ScopedTrace trace(__FILE__, __LINE__, where);
+    EXPECT_EQ(node["isDirectory"].toBool(), found.isDirectory);
+    EXPECT_EQ(node["size"].toInteger(), found.size);
+    EXPECT_EQ(node["logicalSize"].toInteger(), found.logicalSize);
+    EXPECT_EQ(node["fileCount"].toInteger(), found.files);
+    EXPECT_EQ(node["dirCount"].toInteger(), found.folders);
+    for (const char *flag : {"unreadable", "isNotDescended", "isCloudProvider"})
+        EXPECT_TRUE(node[flag].isBool() && !node[flag].toBool()) << flag;
+
+    const QJsonArray children = node["children"].toArray();
+    EXPECT_EQ(node.contains("children"), !children.isEmpty());
+    std::size_t named = 0;
+    std::int64_t sizeBefore = std::numeric_limits<std::int64_t>::max();
+    for (const QJsonValue &value : children) {
+        const QJsonObject child = value.toObject();
+        EXPECT_LE(child["size"].toInteger(), sizeBefore);
+        sizeBefore = child["size"].toInteger();
+        EXPECT_FALSE(child.contains("path"));
+        if (child["isAggregate"].toBool()) {
+            EXPECT_EQ(child["fileCount"].toInteger(), found.smallFiles);
+            EXPECT_EQ(child["size"].toInteger(), found.smallSize);
+            continue;
+        }
+        ++named;
+        const std::string name = child["name"].toString().toStdString();
+        const auto match = found.shown.find(name);
+        if (match == found.shown.end())
+            ADD_FAILURE() << "not there: " << name;
+        else
+            expectSame(child, match->second, where + "/" + name);
+    }
+    EXPECT_EQ(named, found.shown.size());
+    EXPECT_EQ(static_cast<std::size_t>(children.size()), named + (found.smallFiles > 0 ? 1 : 0));
+}
+
+void fill(const TemporaryFolder &folder) {
+    for (const char *place : {"", "one/", "one/two/", "one/two/three/", "other/"}) {
+        const std::string inside = place;
+        folder.makeFile(inside + "large", 200'000 + static_cast<std::int64_t>(inside.size()) * 10'000);
+        folder.makeFile(inside + "medium", 100'000);
+        folder.makeFile(inside + "small", 1'000);
+        folder.makeFile(inside + "nothing");
+        folder.makeLink(inside + "link", "large");
+    }
+    folder.makeFolder("empty/emptier");
+    folder.makeLink("loop", ".");
+    EXPECT_EQ(mkfifo(folder.path("one/fifo").c_str(), 0600), 0);
+    EXPECT_EQ(truncate(folder.makeFile("other/hole").c_str(), 50'000'000), 0);
+}
+
+/// A node with no more than `top` children a level, `depth` levels down.
+QJsonObject pruned(QJsonObject node, int depth, qsizetype top) {
+    const QJsonArray children = node.take("children").toArray();
+    QJsonArray kept;
+    for (qsizetype i = 0; depth > 0 && i < std::min(top, children.size()); ++i)
+        kept.append(pruned(children[i].toObject(), depth - 1, top));
+    if (!kept.isEmpty())
+        node["children"] = kept;
+    return node;
+}
+
+} // namespace
+
+TEST(ScanJson, TellsWhatAnIndependentWalkFinds) {
+    const TemporaryFolder folder;
+    fill(folder);
+    for (const std::int64_t minimum : {0, 50'000, 1'048'576}) {
+        const QJsonObject document =
+            documentOf({"scan", folder.path(), "--json", "--min-size", std::to_string(minimum)});
+        const Found found = walk(folder.path(), minimum);
+        const QJsonObject root = document["root"].toObject();
+        EXPECT_EQ(root["path"].toString().toStdString(), folder.path());
+        EXPECT_EQ(root["name"].toString().toStdString(), fs::path(folder.path()).filename());
+        expectSame(root, found, "minimum " + std::to_string(minimum));
+        EXPECT_EQ(document["files"].toInteger(), found.files);
+        EXPECT_EQ(document["bytes"].toInteger(), found.size);
+        EXPECT_EQ(document["unreadable"].toInteger(-1), 0);
+        EXPECT_GT(document["elapsed"].toDouble(), 0);
+        EXPECT_LT(document["elapsed"].toDouble(), 200);
+    }
+}
+
+TEST(ScanJson, LeavesOutWhatLiesBeyondDepthAndTop) {
+    const TemporaryFolder folder;
+    fill(folder);
+    const std::vector<std::string> all = {"scan", "--json", "--min-size=0", folder.path()};
+    const QJsonObject whole = documentOf(all)["root"].toObject();
+    struct Case {
+        std::vector<std::string> options;
+        int depth;
+        qsizetype top;
+    };
+    constexpr int unlimited = 1000;
+    for (const Case &one : {Case{{"--depth", "0"}, 0, unlimited}, Case{{"--depth=2"}, 2, unlimited},
+                            Case{{"--top", "0"}, unlimited, 0}, Case{{"--top", "2"}, unlimited, 2},
+                            Case{{"--depth", "3", "--top", "1"}, 3, 1},
+                            Case{{"--depth", "1", "--depth", "9223372036854775807"}, unlimited, unlimited}}) {
+        std::vector<std::string> arguments = all;
+        arguments.insert(arguments.end(), one.options.begin(), one.options.end());
+        EXPECT_EQ(documentOf(arguments)["root"].toObject(), pruned(whole, one.depth, one.top))
+            << one.options.front();
+    }
+}
+
+TEST(ScanJson, TakesNamesOfAnyBytes) {
+    struct Case {
+        std::string name;
+        QString text;
+    };
+    const QChar replacement(0xFFFD);
+    for (const Case &one : {
+             Case{"line\nfeed\ttab\rreturn", "line\nfeed\ttab\rreturn"},
+             Case{"escape\x1b[2Jbell\x07\x01", "escape\x1b[2Jbell\x07\x01"},
+             Case{"\"quotes\" and \\back\\slashes\\", "\"quotes\" and \\back\\slashes\\"},
+             Case{"{\"json\":[1,2]},", "{\"json\":[1,2]},"},
+             Case{"delete\x7f and \u009b31m", QString::fromUtf8("delete\x7f and \u009b31m")},
+             Case{"Zo\u00EB \u6F22\u5B57 \U0001F600 \u2028",
+                  QString::fromUtf8("Zo\u00EB \u6F22\u5B57 \U0001F600 \u2028")},
+             Case{"latin caf\xE9", QString("latin caf") + replacement},
+             Case{"cut \xF0\x9F\x98", QString("cut ") + replacement},
+             Case{std::string(255, '\xFF'), QString(255, replacement)},
+             Case{"-option", "-option"},
+         }) {
+        const TemporaryFolder folder;
+        std::error_code error;
+        // Some file systems take no name that is not text.
+        if (!fs::create_directory(folder.path(one.name), error))
+            continue;
+        const QJsonObject document = documentOf({"scan", "--json", folder.path(one.name)});
+        EXPECT_EQ(document["root"]["name"].toString(), one.text);
+        EXPECT_TRUE(document["root"]["path"].toString().endsWith("/" + one.text));
+        const QJsonObject parent = documentOf({"scan", "--json", folder.path()});
+        EXPECT_EQ(parent["root"]["children"][0]["name"].toString(), one.text);
+    }
+}
+
+TEST(ScanJson, HoldsATreeOfAnyDepth) {
+    constexpr int depth = 3000;
+    const TemporaryFolder folder;
+    int enclosing = open(folder.path().c_str(), O_RDONLY | O_DIRECTORY);
+    for (int i = 0; i < depth; ++i) {
+        ASSERT_EQ(mkdirat(enclosing, "d", 0700), 0);
+        const int next = openat(enclosing, "d", O_RDONLY | O_DIRECTORY);
+        close(std::exchange(enclosing, next));
+    }
+    close(enclosing);
+
+    // Parsers give up on such a depth, so the whole document is only weighed, and a part of it is parsed.
+    const Outcome whole = runProgram({"scan", "--json", folder.path()});
+    EXPECT_EQ(whole.status, 0);
+    int brackets = 0;
+    int deepest = 0;
+    for (const char byte : whole.out) {
+        brackets += byte == '{' || byte == '[' ? 1 : byte == '}' || byte == ']' ? -1 : 0;
+        deepest = std::max(deepest, brackets);
+    }
+    EXPECT_EQ(brackets, 0);
+    EXPECT_EQ(deepest, 2 * depth + 2); // a child adds an array and an object
+
+    constexpr int told = 400;
+    QJsonObject node =
+        documentOf({"scan", "--json", "--depth", std::to_string(told), folder.path()})["root"].toObject();
+    for (int level = 0; level < told; ++level) {
+        ASSERT_EQ(node["dirCount"].toInt(), depth - level);
+        node = node["children"].toArray().first().toObject();
+    }
+    EXPECT_FALSE(node.contains("children"));
+}
+
+TEST(ScanJson, MarksWhatACloudProviderOwns) {
+    const TemporaryFolder home;
+    home.makeFile("Library/CloudStorage/Provider/file", 10'000);
+    setenv("HOME", home.path().c_str(), 1);
+    const QJsonObject document = documentOf({"--system", "macos", "scan", "--json", home.path("Library")});
+    const QJsonObject folder = document["root"]["children"][0].toObject();
+    EXPECT_EQ(folder["name"].toString(), "CloudStorage");
+    EXPECT_TRUE(folder["isNotDescended"].toBool());
+    EXPECT_TRUE(folder["isCloudProvider"].toBool());
+    EXPECT_EQ(document["files"].toInteger(), 0);
+}
+
+} // namespace brimvale::testing

@@ -1,0 +1,86 @@
+#include "CommandLine/Program.h"
+#include "Support/TemporaryFolder.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace brimvale::testing {
+
+namespace {
+
+std::int64_t allocated(const std::string &path) {
+    struct stat status {};
+    EXPECT_EQ(lstat(path.c_str(), &status), 0) << path;
+    return status.st_blocks * 512;
+}
+
+/// The path and the size of each element.
+using Measured = std::vector<std::pair<std::string, std::int64_t>>;
+
+Measured measuredIn(const std::string &document) {
+    Measured measured;
+    for (const QJsonValue &element : QJsonDocument::fromJson(QByteArray::fromStdString(document)).array())
+        measured.emplace_back(element["path"].toString().toStdString(), element["size"].toInteger(-1));
+    return measured;
+}
+
+} // namespace
+
+TEST(Size, MeasuresEachPathByItself) {
+    const TemporaryFolder folder;
+    const std::string first = folder.makeFile("folder/first", 300'000);
+    const std::string second = folder.makeFile("folder/sub/second", 70'000);
+    const std::string link = folder.makeLink("link", "folder");
+    std::filesystem::create_hard_link(first, folder.path("folder/again"));
+    const std::int64_t whole = 2 * allocated(first) + allocated(second);
+
+    const Outcome outcome = runProgram({"size", "folder", "--json", "./folder/../folder/first", "link",
+                                        "link/", "--", folder.path("folder/sub")},
+                                       [&] { static_cast<void>(chdir(folder.path().c_str())); });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(measuredIn(outcome.out), (Measured{{folder.path("folder"), whole},
+                                                 {first, allocated(first)},
+                                                 {link, allocated(link)},
+                                                 {link, allocated(link)},
+                                                 {folder.path("folder/sub"), allocated(second)}}));
+}
+
+TEST(Size, GoesOnAfterAPathThatCannotBeMeasured) {
+    const TemporaryFolder folder;
+    const std::string file = folder.makeFile("file", 10'000);
+    const Outcome json = runProgram({"size", "--json", folder.path("missing"), file});
+    EXPECT_EQ(json.status, 1);
+    EXPECT_EQ(json.err, "brimvalectl: " + folder.path("missing") + ": No such file or directory\n");
+    EXPECT_EQ(measuredIn(json.out), (Measured{{file, allocated(file)}}));
+
+    const Outcome table = runProgram({"size", file, folder.path("missing"), file});
+    EXPECT_EQ(table.status, 1);
+    EXPECT_THAT(table.out, ::testing::MatchesRegex(" +SIZE  PATH\n( +[0-9.]+ KB  " + file + "\n){2}"));
+}
+
+TEST(Size, DoesNotLookIntoACloudProvidersFolder) {
+    const TemporaryFolder home;
+    home.makeFile("Library/CloudStorage/Provider/file", 10'000);
+    setenv("HOME", home.path().c_str(), 1);
+    const std::string cloud = home.path("Library/CloudStorage");
+    const Outcome table = runProgram({"--system", "macos", "size", cloud});
+    EXPECT_EQ(table.status, 0);
+    EXPECT_THAT(table.out, ::testing::HasSubstr("–  " + cloud + "  [skipped]\n"));
+    const Outcome json = runProgram({"--system", "macos", "size", "--json", cloud});
+    EXPECT_EQ(measuredIn(json.out), (Measured{{cloud, 0}}));
+}
+
+} // namespace brimvale::testing

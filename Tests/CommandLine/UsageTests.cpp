@@ -1,0 +1,93 @@
+#include "CommandLine/Program.h"
+#include "Support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace brimvale::testing {
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+} // namespace
+
+TEST(Usage, IsRefusedWithASentence) {
+    struct Case {
+        std::vector<std::string> arguments;
+        std::string sentence;
+    };
+    for (const Case &one : {
+             Case{{}, "a command is missing (see \"brimvalectl --help\")"},
+             Case{{"--"}, "a command is missing"},
+             Case{{"scna"}, "unknown command \"scna\""},
+             Case{{"/"}, "unknown command \"/\""},
+             Case{{"", "scan"}, "unknown command \"\""},
+             Case{{"bad\033[2J\n\xFF"}, "unknown command \"bad␛[2J␊\uFFFD\""},
+             Case{{"--json", "scan"}, "unknown option \"--json\""},
+             Case{{"--system"}, "\"--system\" needs a value: macos|linux"},
+             Case{{"--system", "beos", "scan"}, "\"--system\" takes macos or linux, not \"beos\""},
+             Case{{"--version=2"}, "\"--version\" takes no value"},
+             Case{{"scan", "--system", "linux"}, "scan: unknown option \"--system\""},
+             Case{{"scan", "--dept", "1"},
+                  "scan: unknown option \"--dept\" (see \"brimvalectl scan --help\")"},
+             Case{{"scan", "-d"}, "scan: unknown option \"-d\""},
+             Case{{"scan", "a", "b"}, "scan: unexpected argument \"b\""},
+             Case{{"scan", "--depth"}, "scan: \"--depth\" needs a value: N"},
+             Case{{"scan", "--depth", "-1"}, "scan: \"--depth\" takes a whole number from 0 up, not \"-1\""},
+             Case{{"scan", "--depth", "--json"}, "scan: \"--depth\" takes a whole number"},
+             Case{{"scan", "--top="}, "scan: \"--top\" takes a whole number"},
+             Case{{"scan", "--top", "1.5"}, "scan: \"--top\" takes a whole number"},
+             Case{{"scan", "--top", "+1"}, "scan: \"--top\" takes a whole number"},
+             Case{{"scan", "--min-size", " 1"}, "scan: \"--min-size\" takes a whole number"},
+             Case{{"scan", "--min-size", "9223372036854775808"}, "scan: \"--min-size\" takes a whole number"},
+             Case{{"scan", "--json=yes"}, "scan: \"--json\" takes no value"},
+             Case{{"size"}, "size: missing argument: PATH…"},
+             Case{{"size", "--json", "--"}, "size: missing argument: PATH…"},
+         }) {
+        const Outcome outcome = runProgram(one.arguments);
+        EXPECT_EQ(outcome.status, 2) << one.sentence;
+        EXPECT_EQ(outcome.out, "") << one.sentence;
+        EXPECT_THAT(outcome.err, StartsWith("brimvalectl: " + one.sentence));
+        EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << one.sentence;
+    }
+}
+
+TEST(Usage, IsExplainedOnRequest) {
+    struct Case {
+        std::vector<std::string> arguments;
+        std::string begins, holds;
+    };
+    for (const Case &one : {
+             Case{{"--help"}, "Usage: brimvalectl ", "\n  scan [PATH]  "},
+             Case{{"--system", "macos", "--help", "nonsense"},
+                  "Usage: brimvalectl ",
+                  "\n  --system macos|linux  "},
+             Case{{"scan", "--help"},
+                  "Usage: brimvalectl scan [PATH] [--min-size BYTES] [--depth N] [--top N] [--json]\n",
+                  "\n  --depth N "},
+             Case{{"size", "--help"}, "Usage: brimvalectl size PATH… [--json]\n", "\n  --json "},
+             Case{{"--version"}, "brimvalectl ", "."},
+         }) {
+        const Outcome outcome = runProgram(one.arguments);
+        EXPECT_EQ(outcome.status, 0) << one.begins;
+        EXPECT_EQ(outcome.err, "");
+        EXPECT_THAT(outcome.out, StartsWith(one.begins));
+        EXPECT_THAT(outcome.out, HasSubstr(one.holds));
+    }
+}
+
+TEST(Usage, EndsOptionsAtTwoDashes) {
+    const TemporaryFolder folder;
+    folder.makeFile("--json/file", 2'000'000);
+    const auto enter = [&] { static_cast<void>(chdir(folder.path().c_str())); };
+    const Outcome outcome = runProgram({"--", "scan", "--depth", "0", "--", "--json"}, enter);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("  " + folder.path("--json") + "\n"));
+}
+
+} // namespace brimvale::testing
