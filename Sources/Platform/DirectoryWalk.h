@@ -123,17 +123,24 @@ private:
         std::size_t pathLength; ///< how much of `path_` is this folder's
     };
 
-    [[nodiscard]] Folder open(const char *name);
     bool read(Folder folder, FolderHandle handle, const FileIdentity &identity);
     void push(Siblings siblings);
+    void pop();
+    [[nodiscard]] Folder open(const char *name);
+    bool reopen();
     void abandon(const Siblings &siblings);
+    void abandonAll();
 
     WalkVisitor &visitor_;
     bool crossesMountPoints_;
     int depth_; ///< that the first frame's sub-folders are reported with
     std::vector<Frame> frames_;
+    std::vector<std::size_t> open_;  ///< the frames but the first whose folders are open, in order
+    std::size_t waitingCount_ = 0;   ///< in all frames
     std::vector<FileIdentity> line_; ///< of the frames' folders and those around the first
     std::string path_;               ///< of the folder that is read
+    Folder below_;                   ///< the last folder read that had nothing to descend into
+    std::size_t belowDepth_ = 0;     ///< how many frames lie above it
 };
 
 } // namespace brimvale

@@ -27,6 +27,9 @@ public:
     /// Opens the sub-folder `name`; a link is refused. Not open (with errno set) on failure.
     [[nodiscard]] Folder subfolder(const char *name) const;
 
+    /// The folder that many levels up, wherever it is by now. Not open on failure.
+    [[nodiscard]] Folder enclosing(std::size_t levels) const;
+
     /// The same folder under a descriptor of its own. Not open on failure.
     [[nodiscard]] Folder duplicate() const;
 

@@ -39,6 +39,7 @@ void PendingFolders::add(std::string_view name, FolderHandle handle, const FileI
 DirectoryWalk::DirectoryWalk(WalkVisitor &visitor, bool crossesMountPoints, PendingFolders start)
     : visitor_(visitor), crossesMountPoints_(crossesMountPoints), depth_(start.depth_),
       line_(std::move(start.line_)), path_(std::move(start.path_)) {
+    waitingCount_ = start.siblings_.count();
     frames_.push_back({std::move(start.siblings_), path_.size()});
 }
 
@@ -46,26 +47,28 @@ bool DirectoryWalk::step() {
     while (frames_.back().siblings.count() == 0) {
         if (frames_.size() == 1)
             return false;
-        frames_.pop_back();
-        line_.pop_back();
+        pop();
     }
     if (visitor_.isCancelled()) {
-        for (const Frame &frame : frames_)
-            abandon(frame.siblings);
+        abandonAll();
         return false;
     }
 
     const std::size_t parent = frames_.size() - 1;
     Siblings &siblings = frames_[parent].siblings;
     const PendingFolders::Waiting next = siblings.waiting[siblings.next++];
+    --waitingCount_;
     const char *name = siblings.nameOf(next);
     Folder folder = open(name);
     path_.resize(frames_[parent].pathLength);
     if (!path_.empty() && path_.back() != '/')
         path_.push_back('/');
     path_.append(name);
-    if (parent > 0 && siblings.count() == 0)
+
+    if (parent > 0 && siblings.count() == 0 && siblings.folder.isOpen()) {
         siblings.folder.close();
+        open_.pop_back();
+    }
 
     visitor_.enter(next.handle, path_, depth_ + static_cast<int>(parent));
     if (!folder.isOpen()) {
@@ -85,8 +88,7 @@ bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity 
         if (visitor_.isCancelled()) {
             visitor_.interrupted(handle);
             abandon(siblings);
-            for (const Frame &frame : frames_)
-                abandon(frame.siblings);
+            abandonAll();
             return false;
         }
         const std::optional<FileStatus> status = folder.statusOfEntry(name);
@@ -105,62 +107,89 @@ bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity 
         visitor_.unreadable(handle);
     visitor_.leave(handle);
 
-    if (siblings.count() == 0) {
-        line_.pop_back();
-    } else {
+    if (siblings.count() > 0) {
         siblings.folder = std::move(folder);
         push(std::move(siblings));
+    } else {
+        line_.pop_back();
+        below_ = std::move(folder);
+        belowDepth_ = frames_.size();
     }
     return true;
 }
 
 void DirectoryWalk::push(Siblings siblings) {
+    waitingCount_ += siblings.count();
+    open_.push_back(frames_.size());
     frames_.push_back({std::move(siblings), path_.size()});
-    std::size_t openCount = 0;
-    for (std::size_t i = frames_.size() - 1; i > 0; --i)
-        if (frames_[i].siblings.folder.isOpen() && ++openCount > maximumOpenFolders)
-            return frames_[i].siblings.folder.close();
+    if (open_.size() > maximumOpenFolders) {
+        frames_[open_.front()].siblings.folder.close();
+        open_.erase(open_.begin());
+    }
+}
+
+/// Drops the last frame, in which nothing waits any more.
+void DirectoryWalk::pop() {
+    if (frames_.back().siblings.folder.isOpen())
+        open_.pop_back();
+    frames_.pop_back();
+    line_.pop_back();
 }
 
 /// Opens what waits in the last frame. Not open, with errno set, on failure.
 Folder DirectoryWalk::open(const char *name) {
+    const Folder &folder = frames_.back().siblings.folder;
+    if (folder.isOpen() || (frames_.size() > 1 && reopen()))
+        return folder.subfolder(name);
+    return frames_.size() == 1 ? Folder::at(name, Folder::Links::refuse) : Folder();
+}
+
+/// Opens again the folder of the last frame, which was closed to save descriptors: upward from the folder
+/// left last, or by its path. Whatever either leads to now, only the same folder will do.
+bool DirectoryWalk::reopen() {
+    const std::size_t depth = frames_.size() - 1;
     Folder &folder = frames_.back().siblings.folder;
-    if (!folder.isOpen()) {
-        if (frames_.size() == 1)
-            return Folder::at(name, Folder::Links::refuse);
-        // It was closed to save descriptors. Whatever its path leads to now, only the same folder will do.
+    folder = below_.isOpen() && belowDepth_ > depth ? below_.enclosing(belowDepth_ - depth) : Folder();
+    if (folder.identity() != line_.back())
         folder = Folder::at(path_.substr(0, frames_.back().pathLength), Folder::Links::refuse);
-        if (folder.identity() != line_.back()) {
-            folder.close();
-            return {};
-        }
+    if (folder.identity() != line_.back()) {
+        folder.close();
+        return false;
     }
-    return folder.subfolder(name);
+    open_.push_back(depth);
+    return true;
 }
 
 std::optional<PendingFolders> DirectoryWalk::handOver() {
     // A walk that has but one folder left would only pass its own work on.
-    std::size_t spare = 0;
-    for (const Frame &frame : frames_)
-        spare += frame.siblings.count();
-    if (spare < 2)
+    if (waitingCount_ < 2)
         return std::nullopt;
-    for (std::size_t i = 0; i < frames_.size(); ++i) {
-        Siblings &siblings = frames_[i].siblings;
-        if (siblings.count() == 0 || !siblings.folder.isOpen())
-            continue;
-        Folder folder = siblings.folder.duplicate();
-        if (!folder.isOpen())
+    std::size_t frame = 0;
+    const auto canGive = [&](std::size_t i) {
+        return frames_[i].siblings.count() > 0 && frames_[i].siblings.folder.isOpen();
+    };
+    if (!canGive(0)) {
+        const auto found = std::find_if(open_.begin(), open_.end(), canGive);
+        if (found == open_.end())
             return std::nullopt;
-        PendingFolders given;
-        given.siblings_ = siblings.takeLaterHalf();
-        given.siblings_.folder = std::move(folder);
-        given.path_ = path_.substr(0, frames_[i].pathLength);
-        given.depth_ = depth_ + static_cast<int>(i);
-        given.line_.assign(line_.begin(), line_.end() - static_cast<std::ptrdiff_t>(frames_.size() - 1 - i));
-        return given;
+        frame = *found;
     }
-    return std::nullopt;
+    Folder folder = frames_[frame].siblings.folder.duplicate();
+    if (!folder.isOpen())
+        return std::nullopt;
+    PendingFolders given;
+    given.siblings_ = frames_[frame].siblings.takeLaterHalf();
+    given.siblings_.folder = std::move(folder);
+    given.path_ = path_.substr(0, frames_[frame].pathLength);
+    given.depth_ = depth_ + static_cast<int>(frame);
+    given.line_.assign(line_.begin(), line_.end() - static_cast<std::ptrdiff_t>(frames_.size() - 1 - frame));
+    waitingCount_ -= given.siblings_.count();
+    return given;
+}
+
+void DirectoryWalk::abandonAll() {
+    for (const Frame &frame : frames_)
+        abandon(frame.siblings);
 }
 
 void DirectoryWalk::abandon(const Siblings &siblings) {

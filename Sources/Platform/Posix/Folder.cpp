@@ -3,6 +3,7 @@
 #include "Platform/Posix/ShortPath.h"
 #include "Platform/Posix/Status.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
@@ -47,6 +48,23 @@ Folder Folder::at(const std::string &path, Links links) {
 
 Folder Folder::subfolder(const char *name) const {
     return Folder(openat(descriptor_, name, openFolderFlags | O_NOFOLLOW));
+}
+
+Folder Folder::enclosing(std::size_t levels) const {
+    constexpr std::size_t mostAtOnce = 256; // well below PATH_MAX
+    Folder folder;
+    while (levels > 0) {
+        const std::size_t count = std::min(levels, mostAtOnce);
+        std::string up = "..";
+        for (std::size_t i = 1; i < count; ++i)
+            up.append("/..");
+        folder =
+            Folder(openat(folder.isOpen() ? folder.descriptor_ : descriptor_, up.c_str(), openFolderFlags));
+        if (!folder.isOpen())
+            break;
+        levels -= count;
+    }
+    return folder;
 }
 
 Folder Folder::duplicate() const {
