@@ -13,7 +13,7 @@ public:
     NoMaterialization &operator=(const NoMaterialization &) = delete;
 
 private:
-    int earlierPolicy_;
+    [[maybe_unused]] int earlierPolicy_; ///< where the system has such a policy
 };
 
 } // namespace brimvale
