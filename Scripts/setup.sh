@@ -1,0 +1,206 @@
+# Finds out what this machine lacks, and installs only that. To be sourced by a script that then calls
+#
+#   set_up run|test|bench
+#
+# Where something is missing and cannot be installed, one sentence says so and the script ends with status 1.
+# Once everything is there, the look costs a few milliseconds and no package manager is asked. $top is the top
+# of the tree. Written for bash 3.2, which is what macOS has.
+# shellcheck shell=bash
+
+top=$(CDPATH='' cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+# One need a row: what for (with a question mark: goes without it, at a loss), what shows that it is there, and
+# the packages that bring it, with a comma between several and a dash where that system has none or needs none.
+# `test` and `bench` need all that `run` needs.
+needs='
+#        what shows it           apt-get          dnf                      pacman      brew
+run      compiler                g++              gcc-c++                  gcc         -
+run      cmake                   cmake            cmake                    cmake       cmake
+run      command:ninja           ninja-build      ninja-build              ninja       ninja
+run      config:Qt6              qt6-base-dev     qt6-qtbase-devel         qt6-base    qtbase
+run      config:Qt6Svg           qt6-svg-dev      qt6-qtsvg-devel          qt6-svg     qtsvg
+run      header:unicode/ucol.h   libicu-dev       libicu-devel             icu         -
+run      header:plist/plist.h    libplist-dev     libplist-devel           libplist    -
+test     config:GTest            libgtest-dev     gtest-devel              gtest       googletest
+test     header:gmock/gmock.h    libgmock-dev     gmock-devel              gtest       googletest
+test     library:tsan            -                libasan,libubsan,libtsan -           -
+test?    command:clang-format-14 clang-format-14  -                        -           -
+test?    command:clang-tidy-14   clang-tidy-14    -                        -           -
+test?    command:shellcheck      shellcheck       ShellCheck               shellcheck  shellcheck
+bench    config:benchmark        libbenchmark-dev google-benchmark-devel   benchmark   google-benchmark
+bench?   command:ncdu            ncdu             ncdu                     ncdu        ncdu
+bench?   command:gdu             gdu              -                        gdu         -
+'
+
+set_up() {
+    local purpose=$1 manager missing
+    manager=$(package_manager)
+    missing=$(missing_for "$purpose" "$manager" packages)
+    if [ -n "$missing" ]; then
+        [ -n "$manager" ] || end_set_up "No package manager is known here; please install" \
+            "$(missing_for "$purpose" "" names), then start again."
+        install_packages "$manager" "$missing" ||
+            end_set_up "Installing with $manager failed; please install $missing, then start again."
+    fi
+    missing=$(missing_for "$purpose" "$manager" names)
+    [ -z "$missing" ] || end_set_up "Please install $missing (${manager:-this machine} brings none), then start again."
+    add_optional "$purpose" "$manager"
+}
+
+end_set_up() {
+    printf '%s\n' "$*" >&2
+    exit 1
+}
+
+# The name of the package manager, which is that of its column; nothing where there is none.
+package_manager() {
+    local manager managers='apt-get dnf pacman'
+    [ "$(uname -s)" != Darwin ] || managers=brew
+    for manager in $managers; do
+        if command -v "$manager" >/dev/null; then
+            echo "$manager"
+            return
+        fi
+    done
+}
+
+# missing_for PURPOSE MANAGER packages|names: what is not there, on one line (without a manager, as Debian calls
+# it). A need that the manager's column has no package for counts as met, but for the compiler, which a Mac has
+# from elsewhere.
+missing_for() {
+    local purpose shows apt dnf pacman brew package packages='' names=''
+    while read -r purpose shows apt dnf pacman brew; do
+        [ "$purpose" = run ] || [ "$purpose" = "$1" ] || continue
+        case $2 in
+            dnf) package=$dnf ;;
+            pacman) package=$pacman ;;
+            brew) package=$brew ;;
+            *) package=$apt ;;
+        esac
+        if { [ "$package" = - ] && [ "$shows" != compiler ]; } || is_there "$shows"; then
+            continue
+        fi
+        names="$names${names:+, }$(name_of "$shows")"
+        [ "$package" = - ] || packages="$packages${packages:+ }${package//,/ }"
+    done <<<"$needs"
+    if [ "$3" = names ]; then echo "$names"; else echo "$packages"; fi
+}
+
+is_there() {
+    case $1 in
+        compiler) has_compiler ;;
+        cmake) has_recent_cmake ;;
+        command:*) command -v "${1#*:}" >/dev/null ;;
+        config:*) is_below_prefix "lib/cmake/${1#*:}" "lib64/cmake/${1#*:}" "lib/*/cmake/${1#*:}" ;;
+        header:*) is_below_prefix "include/${1#*:}" "include/*/${1#*:}" ;;
+        library:*) [ -e "$(${CXX:-c++} -print-file-name="lib${1#*:}.so")" ] ;;
+    esac
+}
+
+name_of() {
+    case $1 in
+        compiler) echo 'a C++20 compiler (on a Mac: xcode-select --install)' ;;
+        cmake) echo 'CMake 3.25 or newer' ;;
+        config:*) echo "the development files of ${1#*:}" ;;
+        *) echo "${1#*:}" ;;
+    esac
+}
+
+# Whether there is a compiler at all; whether it knows C++20 is CMake's to find out.
+has_compiler() {
+    # macOS has a c++ from the start, which only offers to install the real one.
+    if [ "$(uname -s)" = Darwin ]; then
+        xcode-select -p >/dev/null 2>&1
+    else
+        command -v "${CXX:-c++}" >/dev/null || command -v g++ >/dev/null || command -v clang++ >/dev/null
+    fi
+}
+
+has_recent_cmake() {
+    local version major minor
+    version=$(cmake --version 2>/dev/null) || return 1
+    version=${version#cmake version }
+    major=${version%%.*}
+    minor=${version#*.}
+    minor=${minor%%.*}
+    [ "$major" -gt 3 ] || { [ "$major" -eq 3 ] && [ "$minor" -ge 25 ]; }
+}
+
+# is_below_prefix PATTERN…: whether one of them names a file in a place where CMake looks by itself.
+is_below_prefix() {
+    local prefix pattern file prefixes
+    IFS=':;' read -r -a prefixes <<<"/usr:/usr/local:/opt/homebrew:${CMAKE_PREFIX_PATH:-}"
+    for prefix in "${prefixes[@]}"; do
+        for pattern in "$@"; do
+            for file in "$prefix"/$pattern; do # the pattern, not the prefix, is to be expanded
+                [ ! -e "$file" ] || return 0
+            done
+        done
+    done
+    return 1
+}
+
+# Installs what the purpose profits from but can do without. Tried once a machine and build folder: otherwise a
+# package that the system does not have would be asked for at every start.
+add_optional() {
+    local tried package
+    tried="$top/build/.tried-$1-$(uname -n)"
+    [ ! -e "$tried" ] || return 0
+    if [ -n "$2" ]; then
+        for package in $(missing_for "$1?" "$2" packages); do
+            install_packages "$2" "$package" || echo "Going on without $package." >&2
+        done
+    fi
+    mkdir -p "$top/build"
+    : >"$tried"
+}
+
+# install_packages MANAGER "PACKAGE…": quiet when it works; else everything that was said, and false.
+install_packages() {
+    local log="$top/build/set-up.log"
+    if [ "$1" != brew ] && [ "$(id -u)" != 0 ] && ! command -v sudo >/dev/null; then
+        echo "Only root can install $2, and there is no sudo." >&2
+        return 1
+    fi
+    mkdir -p "$top/build"
+    echo "Installing $2 (as told in build/set-up.log)" >&2
+    "install_with_${1%-get}" $2 >"$log" 2>&1 || {
+        cat "$log" >&2
+        return 1
+    }
+}
+
+install_with_apt() {
+    if [ -z "${package_lists_are_fresh:-}" ]; then
+        # It fails when only one of several sources does; whether that one was needed, the next step tells.
+        as_root apt-get update || true
+        package_lists_are_fresh=yes
+    fi
+    as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get -o DPkg::Lock::Timeout=120 install -y --no-install-recommends "$@"
+}
+
+install_with_dnf() {
+    as_root dnf install -y "$@"
+}
+
+install_with_pacman() {
+    # Fresh lists without a full upgrade could bring libraries that do not fit, so only where there are none.
+    if [ -e /var/lib/pacman/sync/core.db ]; then
+        as_root pacman -S --needed --noconfirm "$@"
+    else
+        as_root pacman -Sy --needed --noconfirm "$@"
+    fi
+}
+
+install_with_brew() {
+    brew install "$@"
+}
+
+as_root() {
+    if [ "$(id -u)" = 0 ]; then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
