@@ -67,16 +67,22 @@ Outcome runFile(const std::string &program, const std::vector<std::string> &argu
             contentOf(err.get())};
 }
 
+/// Where the program was built, unless the tests are told that it has moved.
+std::string programPath() {
+    const char *moved = std::getenv("BRIMVALECTL");
+    return moved != nullptr ? moved : BRIMVALECTL;
+}
+
 } // namespace
 
 Outcome runProgram(const std::vector<std::string> &arguments, const std::function<void()> &prepare) {
-    return runFile(BRIMVALECTL, arguments, prepare);
+    return runFile(programPath(), arguments, prepare);
 }
 
 Outcome runProgramUnprivileged(const std::string &folder, const std::vector<std::string> &arguments) {
     // The build folder may lie where other users cannot go.
     const std::string program = joinPath(folder, "brimvalectl");
-    std::filesystem::copy_file(BRIMVALECTL, program, std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::copy_file(programPath(), program, std::filesystem::copy_options::overwrite_existing);
     return runFile(program, arguments, [] {
         constexpr unsigned nobody = 65534;
         if (geteuid() == 0 && (setgid(nobody) != 0 || setuid(nobody) != 0))
