@@ -5,6 +5,7 @@
 #include "Support/TemporaryFolder.h"
 
 #include <algorithm>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sched.h>
@@ -19,10 +20,25 @@ using testing::describe;
 using testing::referenceScan;
 using testing::TemporaryFolder;
 
+bool write(const char *path, const std::string &text) {
+    std::ofstream file(path);
+    file << text;
+    file.close();
+    return file.good();
+}
+
+/// Gives this process user ids of its own, in which the one user that it is remains: a user that is unknown
+/// there could create nothing on what it mounts.
+bool ownUsers() {
+    const std::string user = std::to_string(geteuid()), group = std::to_string(getegid());
+    return unshare(CLONE_NEWUSER) == 0 && write("/proc/self/uid_map", user + " " + user + " 1") &&
+           write("/proc/self/setgroups", "deny") && write("/proc/self/gid_map", group + " " + group + " 1");
+}
+
 /// Gives this process, a child, a mount table of its own. False where that is not permitted.
 bool ownMounts() {
-    const int spaces = geteuid() == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER;
-    return unshare(spaces) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    return (geteuid() == 0 || ownUsers()) && unshare(CLONE_NEWNS) == 0 &&
+           mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
 bool mountMemory(const std::string &path) {
