@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <string>
 #include <sys/ioctl.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace brimvale::commandLine {
@@ -29,8 +30,11 @@ std::size_t terminalColumns() {
 ScanProgress::ScanProgress(const ScanStats &stats) : stats_(stats) {
     if (isatty(STDERR_FILENO) == 0)
         return;
-    draw();
-    thread_ = std::thread([this] { redrawUntilEnd(); });
+    try {
+        thread_ = std::thread([this] { drawUntilEnd(); });
+    } catch (const std::system_error &) {
+        // The system gives no thread, and the scan can do without being watched.
+    }
 }
 
 ScanProgress::~ScanProgress() {
@@ -45,10 +49,11 @@ ScanProgress::~ScanProgress() {
     std::fputs(wipedLine, stderr);
 }
 
-void ScanProgress::redrawUntilEnd() {
+void ScanProgress::drawUntilEnd() {
     std::unique_lock lock(lock_);
-    while (!ends_.wait_for(lock, interval, [this] { return isEnding_; }))
+    do {
         draw();
+    } while (!ends_.wait_for(lock, interval, [this] { return isEnding_; }));
 }
 
 void ScanProgress::draw() const {

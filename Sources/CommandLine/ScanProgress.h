@@ -9,7 +9,8 @@
 namespace brimvale::commandLine {
 
 /// How far a scan is, as one line on standard error: drawn at once, redrawn ten times a second while the
-/// object lives, and wiped with it. Does nothing where standard error is no terminal.
+/// object lives, and wiped with it. Does nothing where standard error is no terminal, or no thread can be
+/// had.
 class ScanProgress {
 public:
     explicit ScanProgress(const ScanStats &stats);
@@ -19,7 +20,7 @@ public:
 
 private:
     void draw() const;
-    void redrawUntilEnd();
+    void drawUntilEnd();
 
     const ScanStats &stats_;
     std::mutex lock_;

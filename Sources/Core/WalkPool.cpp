@@ -3,6 +3,7 @@
 #include "Platform/Dataless.h"
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 
 namespace brimvale {
@@ -36,8 +37,12 @@ WalkPool &WalkPool::shared() {
 }
 
 WalkPool::WalkPool(int workerCount) {
-    for (int i = 0; i < workerCount; ++i)
-        workers_.emplace_back([this] { work(); });
+    try {
+        for (int i = 0; i < workerCount; ++i)
+            workers_.emplace_back([this] { work(); });
+    } catch (const std::system_error &) {
+        // The system gives no more threads. Those that there are do, and if need be the caller's alone.
+    }
 }
 
 WalkPool::~WalkPool() {

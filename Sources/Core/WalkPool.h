@@ -18,6 +18,7 @@ namespace brimvale {
 /// them busy. There are more threads than cores, since a first walk waits for the disk.
 class WalkPool {
 public:
+    /// Fewer workers where the system does not give as many threads.
     explicit WalkPool(int workerCount);
     ~WalkPool();
     WalkPool(const WalkPool &) = delete;

@@ -1,12 +1,14 @@
 #include "CommandLine/ScanProgress.h"
 
 #include "CommandLine/Program.h"
+#include "Support/ChildProcess.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <regex>
 #include <string>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <QList>
@@ -45,6 +47,19 @@ TEST(ScanProgress, IsOneHarmlessLineThatGoesAway) {
             EXPECT_THAT(line, ::testing::HasSubstr("\u5B57/end"));
         }
     }
+}
+
+TEST(ScanProgress, StaysAwayWhereNoThreadCanBeStarted) {
+    Terminal terminal;
+    EXPECT_EQ("passed", answerOfChild([&] {
+                  becomeOrdinaryUser();
+                  const rlimit none{0, 0};
+                  setrlimit(RLIMIT_NPROC, &none);
+                  dup2(terminal.device(), STDERR_FILENO);
+                  const ScanStats stats;
+                  { const ScanProgress progress(stats); }
+                  return "passed";
+              }));
 }
 
 TEST(ScanProgress, IsDrawnForAScanOnATerminal) {

@@ -240,6 +240,19 @@ TEST(DiskScanner, WalksAnyDepthWithFewDescriptors) {
     EXPECT_EQ(quickSize(inside), quickSize(folder.path("long")) / 4);
 }
 
+TEST(DiskScanner, WalksWithTheThreadsThatItGets) {
+    const TemporaryFolder folder;
+    folder.makeFile("a/b/file", 5000);
+    std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
+    EXPECT_EQ("passed", testing::answerOfChild([&] {
+                  testing::becomeOrdinaryUser();
+                  const rlimit none{0, 0};
+                  setrlimit(RLIMIT_NPROC, &none);
+                  EXPECT_EQ(scan(folder.path())->fileCount, 1);
+                  return verdict();
+              }));
+}
+
 TEST(DiskScanner, SurvivesATreeThatChangesUnderIt) {
     const TemporaryFolder folder;
     for (int i = 0; i < 50; ++i)
