@@ -24,9 +24,12 @@ std::vector<std::string> pseudoMountPoints() {
         return points;
     mntent entry{};
     std::array<char, 16384> line{};
-    while (getmntent_r(table, &entry, line.data(), static_cast<int>(line.size())) != nullptr)
+    while (getmntent_r(table, &entry, line.data(), static_cast<int>(line.size())) != nullptr) {
+        // What is mounted over another mount hides it, as a disk does the automount trigger that called it.
+        std::erase(points, entry.mnt_dir);
         if (std::find(pseudoTypes.begin(), pseudoTypes.end(), entry.mnt_type) != pseudoTypes.end())
             points.emplace_back(entry.mnt_dir);
+    }
     endmntent(table);
     return points;
 }

@@ -95,4 +95,22 @@ TEST(Mounts, ListThoseWithoutStorage) {
         EXPECT_TRUE(skipped.contains(path)) << path;
 }
 
+TEST(Mounts, AreListedOnlyWhereNothingIsMountedOverThem) {
+    const TemporaryFolder folder;
+    const std::string trigger = folder.makeFolder("trigger");
+    const std::string answer = testing::answerOfChild([&]() -> std::string {
+        if (!ownMounts() || mount("none", trigger.c_str(), "devpts", 0, "newinstance") != 0)
+            return "not permitted";
+        EXPECT_THAT(pseudoMountPoints(), ::testing::Contains(trigger));
+        // As an automount does it when somebody comes by.
+        if (!mountMemory(trigger))
+            return "not permitted";
+        EXPECT_THAT(pseudoMountPoints(), ::testing::Not(::testing::Contains(trigger)));
+        return ::testing::Test::HasFailure() ? "failed" : "passed";
+    });
+    if (answer == "not permitted")
+        GTEST_SKIP() << "mounting is not permitted here";
+    EXPECT_EQ(answer, "passed");
+}
+
 } // namespace brimvale
