@@ -54,7 +54,7 @@ void writeDocument(Output &output, const Result &result, const ScanStats &stats,
     json.beginObject();
     json.key("root");
     writeTree(json, *result.tree, limits);
-    json.member("files", stats.files());
+    json.member("files", result.tree->fileCount);
     json.member("bytes", result.tree->size);
     json.member("unreadable", stats.unreadable());
     json.member("elapsed", result.elapsed.count());

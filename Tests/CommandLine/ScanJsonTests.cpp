@@ -156,6 +156,13 @@ TEST(ScanJson, TellsWhatAnIndependentWalkFinds) {
     }
 }
 
+TEST(ScanJson, CountsAFileThatIsGivenItself) {
+    const TemporaryFolder folder;
+    const QJsonObject document = documentOf({"scan", "--json", folder.makeFile("file", 5'000)});
+    EXPECT_EQ(document["files"].toInteger(), 1);
+    EXPECT_EQ(document["bytes"], document["root"]["size"]);
+}
+
 TEST(ScanJson, LeavesOutWhatLiesBeyondDepthAndTop) {
     const TemporaryFolder folder;
     fill(folder);
