@@ -3,6 +3,7 @@
 #include "Base/Bytes.h"
 #include "Base/FileURL.h"
 #include "Core/TreeBuilder.h"
+#include "Platform/Dataless.h"
 #include "Platform/DirectoryWalk.h"
 #include "Platform/Folder.h"
 
@@ -112,6 +113,7 @@ private:
 
 std::unique_ptr<FSNode> DiskScanner::scan(const std::string &root, const ScanOptions &options,
                                           ScanStats &stats, WalkPool &pool) {
+    const NoMaterialization guard;
     const std::string path = FileURL(root).standardized().path();
     auto node = std::make_unique<FSNode>(displayName(path), path, true);
     Folder folder = Folder::at(path, Folder::Links::follow);
@@ -135,6 +137,7 @@ std::unique_ptr<FSNode> DiskScanner::scan(const std::string &root, const ScanOpt
 
 std::int64_t DiskScanner::quickSize(const std::string &path, const ScanOptions &options,
                                     const std::function<bool()> &cancelled, WalkPool &pool) {
+    const NoMaterialization guard;
     const std::optional<FileStatus> status = fileStatus(path);
     if (!status)
         return 0;

@@ -61,20 +61,23 @@ void WalkPool::walk(PendingFolders start, bool crossesMountPoints, const MakeVis
     run(job, std::move(start));
 
     std::unique_lock lock(lock_);
+    ++hunger_;
     while (job.unfinished > 0) {
         const auto mine =
             std::find_if(queue_.begin(), queue_.end(), [&](const Task &task) { return task.job == &job; });
         if (mine == queue_.end()) {
-            ended_.wait(lock);
+            changed_.wait(lock);
             continue;
         }
+        // One idle thread and one queued task less: the hunger stays as it is.
         PendingFolders folders = std::move(mine->folders);
         queue_.erase(mine);
-        ++hunger_;
         lock.unlock();
         run(job, std::move(folders));
         lock.lock();
+        ++hunger_;
     }
+    --hunger_;
 }
 
 void WalkPool::work() {
@@ -87,7 +90,6 @@ void WalkPool::work() {
             return;
         Task task = std::move(queue_.front());
         queue_.pop_front();
-        // One idle worker and one queued task less: the hunger stays as it is.
         lock.unlock();
         run(*task.job, std::move(task.folders));
         lock.lock();
@@ -104,7 +106,7 @@ void WalkPool::run(Job &job, PendingFolders folders) {
     }
     const std::lock_guard guard(lock_);
     if (--job.unfinished == 0)
-        ended_.notify_all();
+        changed_.notify_all();
 }
 
 void WalkPool::offer(Job &job, DirectoryWalk &walk) {
@@ -119,6 +121,7 @@ void WalkPool::offer(Job &job, DirectoryWalk &walk) {
             --hunger_;
         }
         queued_.notify_one();
+        changed_.notify_all();
     }
 }
 

@@ -52,9 +52,10 @@ private:
 
     std::mutex lock_;
     std::condition_variable queued_; ///< a task was queued, or the pool closes
-    std::condition_variable ended_;  ///< a job has ended
+    std::condition_variable
+        changed_; ///< a task was queued, or a job has ended: for those who wait for their own
     std::deque<Task> queue_;
-    std::atomic<int> hunger_ = 0; ///< idle workers minus queued tasks; written under the lock
+    std::atomic<int> hunger_ = 0; ///< idle threads minus queued tasks; written under the lock
     bool isClosing_ = false;
     std::vector<std::thread> workers_;
 };

@@ -9,7 +9,7 @@ namespace brimvale {
 
 FileURL homeFolder() {
     if (const char *home = std::getenv("HOME"); home != nullptr && home[0] == '/')
-        return FileURL(home);
+        return FileURL(home).standardized();
     std::vector<char> buffer(16384);
     passwd entry{};
     passwd *found = nullptr;
