@@ -88,8 +88,9 @@ void FSNode::sortRecursively() {
     while (!waiting.empty()) {
         FSNode *node = waiting.back();
         waiting.pop_back();
-        std::stable_sort(node->children_.begin(), node->children_.end(),
-                         [](const auto &a, const auto &b) { return a->size > b->size; });
+        if (node->children_.size() > 1) // the sort would take memory for one, too
+            std::stable_sort(node->children_.begin(), node->children_.end(),
+                             [](const auto &a, const auto &b) { return a->size > b->size; });
         for (const std::unique_ptr<FSNode> &child : node->children_)
             if (child->hasOutlineChildren())
                 waiting.push_back(child.get());

@@ -52,8 +52,7 @@ private:
     explicit Folder(int descriptor) : descriptor_(descriptor) {}
 
     int descriptor_ = -1;
-    void *stream_ =
-        nullptr; ///< the system's DIR, once names have been asked for; it then owns the descriptor
+    void *names_ = nullptr; ///< how the system reads names, while they are asked for
 };
 
 /// How many descriptors this process may have open at once.

@@ -4,8 +4,6 @@
 #include "Platform/Posix/Status.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <dirent.h>
 #include <fcntl.h>
 #include <limits>
 #include <sys/resource.h>
@@ -15,24 +13,12 @@
 
 namespace brimvale {
 
-namespace {
-
-DIR *streamOf(void *stream) {
-    return static_cast<DIR *>(stream);
-}
-
-bool isDotEntry(const char *name) {
-    return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
-}
-
-} // namespace
-
 Folder::Folder(Folder &&other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)), stream_(std::exchange(other.stream_, nullptr)) {}
+    : descriptor_(std::exchange(other.descriptor_, -1)), names_(std::exchange(other.names_, nullptr)) {}
 
 Folder &Folder::operator=(Folder &&other) noexcept {
     std::swap(descriptor_, other.descriptor_);
-    std::swap(stream_, other.stream_);
+    std::swap(names_, other.names_);
     return *this;
 }
 
@@ -74,28 +60,6 @@ Folder Folder::duplicate() const {
 std::optional<FileIdentity> Folder::identity() const {
     struct stat record {};
     return fstat(descriptor_, &record) == 0 ? std::optional(statusOf(record).identity) : std::nullopt;
-}
-
-void Folder::close() {
-    if (stream_ != nullptr)
-        closedir(streamOf(stream_));
-    else if (descriptor_ >= 0)
-        ::close(descriptor_);
-    stream_ = nullptr;
-    descriptor_ = -1;
-}
-
-const char *Folder::nextName() {
-    if (stream_ == nullptr)
-        stream_ = fdopendir(descriptor_);
-    if (stream_ == nullptr)
-        return nullptr;
-    const dirent *entry = nullptr;
-    do {
-        errno = 0;
-        entry = readdir(streamOf(stream_));
-    } while (entry != nullptr && isDotEntry(entry->d_name));
-    return entry == nullptr ? nullptr : entry->d_name;
 }
 
 std::optional<FileStatus> Folder::statusOfEntry(const char *name) const {
