@@ -1,32 +1,34 @@
 #!/usr/bin/env bash
-# A scan of one large tree by Brimvale, by the usual tools, and by nothing but the system calls that it takes.
-# Run by ./bench, which says in $programs where everything was built.
+# A scan of one large tree, by Brimvale, by the usual tools, and by nothing but the system calls that it takes.
+# To be run by ./bench, which says in $programs where everything was built. Options:
 #
-# Options:
-#   --rounds N         warm rounds (11)
-#   --cold-rounds N    rounds with nothing read from disk before, as root on Linux (5; 0 leaves them out)
-#   --in FOLDER        where the tree is kept, 2 GB (the cache folder of the user)
-#   --tree FOLDER      another tree, which is only read
-#   --command WORDS    what is measured instead of "brimvalectl scan --depth 0"
+#   --rounds N         rounds with everything in memory (11)
+#   --cold-rounds N    rounds with nothing in memory, which need Linux and root (5; 0: none)
+#   --in FOLDER        keep the tree there, 2 GB (default: the user's cache folder)
+#   --tree FOLDER      scan another tree
+#   --command WORDS    measure this instead of "brimvalectl scan --depth 0"; the tree's path is added
 set -euo pipefail
 
-rounds=11 cold_rounds=5 tree=''
+rounds=11 coldRounds=5 tree=''
 make=("$programs/MakeTree")
-subject=("$programs/brimvalectl" scan --depth 0)
-while (($# > 0)); do
+scan=("$programs/brimvalectl" scan --depth 0)
+while [ $# -gt 1 ]; do
     case $1 in
-    --rounds) rounds=$2 ;;
-    --cold-rounds) cold_rounds=$2 ;;
-    --in) make+=(--in "$2") ;;
-    --tree) tree=$2 ;;
-    --command) read -ra subject <<<"$2" ;;
-    *) echo "bench: scan has no option $1" >&2 && exit 2 ;;
+        --rounds) rounds=$2 ;;
+        --cold-rounds) coldRounds=$2 ;;
+        --in) make+=(--in "$2") ;;
+        --tree) tree=$2 ;;
+        --command) read -r -a scan <<<"$2" ;;
+        *) break ;;
     esac
     shift 2
 done
-[[ -n $tree ]] || tree=$("${make[@]}")
-tree=$(cd "$tree" && pwd)
+if [ $# -gt 0 ]; then
+    sed -n '5,9s/^# *//p' "${BASH_SOURCE[0]}" >&2
+    exit 2
+fi
 
+# What figures depend on besides the programs.
 machine() {
     local volume
     volume=$(df -P "$tree" | tail -n 1 | sed -E 's/^([^ ]+ +){5}//')
@@ -34,20 +36,21 @@ machine() {
         "$(mount | sed -nE "s|^.* on $volume (type )?\(?([^ ,]+).*|\2|p" | tail -n 1)"
 }
 
-# Where another tool has taken the name gdu (GNU du on macOS), it goes by gdu-go.
+[ -n "$tree" ] || tree=$("${make[@]}")
+tree=$(cd "$tree" && pwd)
+# On a Mac the name gdu may be another tool's; then it goes by gdu-go.
 gdu=$(command -v gdu-go || echo gdu)
 contenders=(
-    + brimvalectl "${subject[@]}" "$tree"
+    + brimvalectl "${scan[@]}" "$tree"
     + floor "$programs/ScanFloor" "$tree"
     + du du -s "$tree"
     + ncdu ncdu --ignore-config -0 -o /dev/null "$tree"
     + gdu "$gdu" --non-interactive --no-progress --summarize "$tree")
 
-echo "Scan of $(basename "$tree") on $(machine)"
-echo
+printf 'Scan of %s on %s\n\n' "$(basename "$tree")" "$(machine)"
 "$programs/SideBySide" --rounds "$rounds" --at-most 1.25 floor --faster 1.8 du --faster 1.8 ncdu --memory 40 \
     "${contenders[@]}"
-if ((cold_rounds > 0)); then
+if [ "$coldRounds" -gt 0 ]; then
     echo
-    "$programs/SideBySide" --cold --rounds "$cold_rounds" --faster 2.5 du "${contenders[@]}"
+    "$programs/SideBySide" --cold --rounds "$coldRounds" --faster 2.5 du "${contenders[@]}"
 fi

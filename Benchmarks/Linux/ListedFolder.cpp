@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
@@ -25,7 +24,7 @@ ListedFolder::~ListedFolder() {
 const char *ListedFolder::nextName() {
     if (next_ == length_) {
         next_ = 0;
-        length_ = syscall(SYS_getdents64, descriptor_, buffer.data(), buffer.size());
+        length_ = getdents64(descriptor_, buffer.data(), buffer.size());
         if (length_ <= 0)
             return nullptr;
     }
