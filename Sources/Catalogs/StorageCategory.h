@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Catalogs/CleanupTarget.h"
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace brimvale {
+
+/// How the size of a category is obtained.
+enum class CategoryMeasurement {
+    measured, ///< the sum over its roots
+    remainder ///< what the volume's used space leaves after all measured categories
+};
+
+/// What may be done with a category's entries.
+struct ReadOnlyAction {
+    std::string reason; ///< shown instead of any removal control
+    friend bool operator==(const ReadOnlyAction &, const ReadOnlyAction &) = default;
+};
+struct BackupThenRemoveAction {
+    std::optional<std::string>
+        quitFirst; ///< bundle identifier of the application that must not run meanwhile
+    std::string warning;
+    friend bool operator==(const BackupThenRemoveAction &, const BackupThenRemoveAction &) = default;
+};
+struct ApplicationsAction {
+    friend bool operator==(const ApplicationsAction &, const ApplicationsAction &) = default;
+};
+struct RemovableAction {
+    friend bool operator==(const RemovableAction &, const RemovableAction &) = default;
+};
+using CategoryAction =
+    std::variant<ReadOnlyAction, BackupThenRemoveAction, ApplicationsAction, RemovableAction>;
+
+/// One part of the used space that the overview names.
+struct StorageCategory {
+    std::string id;
+    std::string title;
+    std::string symbol;
+    std::string colorName;
+    std::string detail;
+    std::vector<std::string> roots; ///< absolute paths, in order
+    bool listsContents = false;     ///< rows are the roots' immediate contents, not the roots
+    CleanupRisk risk = CleanupRisk::safe;
+    CategoryMeasurement measurement = CategoryMeasurement::measured;
+    CategoryAction action;
+    std::optional<std::string> caveat;
+
+    friend bool operator==(const StorageCategory &, const StorageCategory &) = default;
+};
+
+/// A category with its figures.
+struct MeasuredCategory {
+    StorageCategory category;
+    std::int64_t size = 0; ///< allocated bytes
+    std::vector<CleanupEntry> entries;
+    bool measured = false; ///< the figure is final
+
+    friend bool operator==(const MeasuredCategory &, const MeasuredCategory &) = default;
+};
+
+} // namespace brimvale

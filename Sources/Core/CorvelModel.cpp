@@ -1,0 +1,114 @@
+#include "Core/CorvelModel.h"
+
+#include "Core/DiskScanner.h"
+#include "Core/Permissions.h"
+#include "Platform/Host.h"
+
+#include <QtConcurrent/QtConcurrentRun>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr std::chrono::milliseconds progressInterval{200};
+
+} // namespace
+
+CorvelModel::CorvelModel(QObject *parent)
+    : QObject(parent), scanRootPath(this, homeFolder().path()),
+      backupRoot(this, homeFolder().appending("Documents/Brimvale Backups")) {
+    connect(&progressTimer_, &QTimer::timeout, this, &CorvelModel::pollScan);
+    refreshVolumes();
+}
+
+CorvelModel::~CorvelModel() {
+    if (scanStats_ != nullptr)
+        scanStats_->cancel();
+    workers_.waitForDone();
+}
+
+std::optional<VolumeInfo> CorvelModel::rootVolume() const {
+    for (const VolumeInfo &volume : *volumes)
+        if (volume.isRootVolume)
+            return volume;
+    return volumes->empty() ? std::nullopt : std::optional(volumes->front());
+}
+
+void CorvelModel::chooseScanRoot(std::string path) {
+    scanRootPath.set(std::move(path));
+}
+
+void CorvelModel::startScan(std::optional<std::string> path) {
+    if (*isScanning) {
+        if (scanStats_ != nullptr)
+            scanStats_->cancel();
+        finishScan(nullptr);
+    }
+    if (path)
+        scanRootPath.set(*std::move(path));
+    scanStats_ = std::make_shared<ScanStats>();
+    isScanning.set(true);
+    scanFiles.set(0);
+    scanBytes.set(0);
+    scanUnreadable.set(0);
+    scanElapsed.set(0);
+    scanCurrentPath.set(*scanRootPath);
+    letGo(*tree);
+    scanStart_ = std::chrono::steady_clock::now();
+    progressTimer_.start(progressInterval);
+
+    QtConcurrent::run(&workers_, [root = *scanRootPath, stats = scanStats_] {
+        std::shared_ptr<FSNode> found = DiskScanner::scan(root, ScanOptions::standard(), *stats);
+        found->sortRecursively();
+        return stats->cancelled() ? nullptr : found;
+    }).then(this, [this](const std::shared_ptr<FSNode> &found) { finishScan(found); });
+}
+
+void CorvelModel::pollScan() {
+    if (scanStats_ == nullptr)
+        return;
+    scanFiles.set(scanStats_->files());
+    scanBytes.set(scanStats_->bytes());
+    scanUnreadable.set(scanStats_->unreadable());
+    scanCurrentPath.set(scanStats_->current());
+    if (scanStart_)
+        scanElapsed.set(
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - *scanStart_).count());
+}
+
+// A superseded scan ends here too when its walk returns, and so ends the newer scan's progress early; the
+// newer scan's tree still comes.
+void CorvelModel::finishScan(std::shared_ptr<FSNode> found) {
+    progressTimer_.stop();
+    if (found != nullptr) {
+        letGo(*tree);
+        tree.set(found);
+        if (scanStats_ != nullptr) {
+            scanFiles.set(scanStats_->files());
+            scanUnreadable.set(scanStats_->unreadable());
+        }
+        scanBytes.set(found->size);
+        lastScanDate.set(now());
+    }
+    if (scanStart_)
+        scanElapsed.set(
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - *scanStart_).count());
+    isScanning.set(false);
+    scanStats_ = nullptr;
+    scanCurrentPath.set("");
+    refreshVolumes();
+}
+
+/// Withdraws the tree. Its many nodes are freed in the background.
+void CorvelModel::letGo(std::shared_ptr<FSNode> old) {
+    tree.set(nullptr);
+    if (old != nullptr)
+        workers_.start([old = std::move(old)]() mutable { old.reset(); });
+}
+
+void CorvelModel::refreshVolumes() {
+    hasFullDiskAccess.set(Permissions::hasFullDiskAccess());
+}
+
+} // namespace brimvale

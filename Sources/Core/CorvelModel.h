@@ -1,0 +1,122 @@
+#pragma once
+
+#include "Base/Published.h"
+#include "Catalogs/StorageCategory.h"
+#include "Core/FSNode.h"
+#include "Core/InstalledApp.h"
+#include "Core/PendingDeletion.h"
+#include "Core/RemovalResult.h"
+#include "Core/ScanStats.h"
+#include "Core/VolumeInfo.h"
+
+#include <QObject>
+#include <QThreadPool>
+#include <QTimer>
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace brimvale {
+
+/// The one observable object of the application: every page reads its published fields and calls its
+/// operations. Lives on the main thread; work runs in the background and its results come back here.
+class CorvelModel : public QObject {
+    Q_OBJECT
+
+public:
+    explicit CorvelModel(QObject *parent = nullptr);
+    /// Cancels what runs and waits for it.
+    ~CorvelModel() override;
+
+signals:
+    void volumesChanged();
+    void snapshotsChanged();
+    void hasFullDiskAccessChanged();
+    void scanRootPathChanged();
+    void treeChanged();
+    void isScanningChanged();
+    void scanFiguresChanged(); ///< any of the figures of the running or finished scan
+    void appsChanged();
+    void cleanupChanged();
+    void categoriesChanged();
+    void lastResultChanged();
+    void totalFreedThisSessionChanged();
+    void archiveChanged();
+
+public:
+    template<class T, void (CorvelModel::*changed)()>
+    using Field = Published<CorvelModel, T, changed>;
+
+    Field<std::vector<VolumeInfo>, &CorvelModel::volumesChanged> volumes{this};
+    Field<std::vector<LocalSnapshot>, &CorvelModel::snapshotsChanged> snapshots{this};
+    Field<bool, &CorvelModel::hasFullDiskAccessChanged> hasFullDiskAccess{this};
+
+    Field<std::string, &CorvelModel::scanRootPathChanged> scanRootPath;
+    /// The last finished scan, sorted; null before the first and while one runs. A page must let go of it
+    /// when the change is announced.
+    Field<std::shared_ptr<FSNode>, &CorvelModel::treeChanged> tree{this};
+    Field<bool, &CorvelModel::isScanningChanged> isScanning{this};
+    Field<std::int64_t, &CorvelModel::scanFiguresChanged> scanFiles{this};
+    Field<std::int64_t, &CorvelModel::scanFiguresChanged> scanBytes{this};      ///< allocated
+    Field<std::string, &CorvelModel::scanFiguresChanged> scanCurrentPath{this}; ///< empty when idle
+    Field<std::int64_t, &CorvelModel::scanFiguresChanged> scanUnreadable{this};
+    Field<double, &CorvelModel::scanFiguresChanged> scanElapsed{this}; ///< seconds
+    Field<std::optional<Date>, &CorvelModel::scanFiguresChanged> lastScanDate{this};
+
+    Field<std::vector<AppRow>, &CorvelModel::appsChanged> apps{this};
+    Field<bool, &CorvelModel::appsChanged> isLoadingApps{this};
+    Field<double, &CorvelModel::appsChanged> appProgress{this}; ///< 0 to 1
+    Field<bool, &CorvelModel::appsChanged> includeSystemApps{this};
+
+    Field<std::vector<CleanupTarget>, &CorvelModel::cleanupChanged> cleanupTargets{this};
+    Field<bool, &CorvelModel::cleanupChanged> isMeasuringCleanup{this};
+    Field<double, &CorvelModel::cleanupChanged> cleanupProgress{this}; ///< 0 to 1
+
+    Field<std::vector<MeasuredCategory>, &CorvelModel::categoriesChanged> categories{this};
+    Field<bool, &CorvelModel::categoriesChanged> isMeasuringCategories{this};
+    Field<double, &CorvelModel::categoriesChanged> categoryProgress{this}; ///< 0 to 1
+    Field<std::optional<Date>, &CorvelModel::categoriesChanged> lastCategoryScan{this};
+
+    /// The outcome of the most recent removal of any kind.
+    Field<std::optional<RemovalResult>, &CorvelModel::lastResultChanged> lastResult{this};
+    /// Bytes freed by every removal since launch.
+    Field<std::int64_t, &CorvelModel::totalFreedThisSessionChanged> totalFreedThisSession{this};
+
+    Field<bool, &CorvelModel::archiveChanged> isArchiving{this};
+    Field<std::optional<std::string>, &CorvelModel::archiveChanged> archiveStatus{this};
+    Field<std::optional<std::string>, &CorvelModel::archiveChanged> archiveError{this};
+    Field<std::optional<FileURL>, &CorvelModel::archiveChanged> lastArchiveDestination{this};
+    Field<FileURL, &CorvelModel::archiveChanged> backupRoot;
+    Field<std::optional<PendingDeletion>, &CorvelModel::archiveChanged> pendingDeletion{this};
+
+    /// The root file system's volume, else the first, else nothing.
+    [[nodiscard]] std::optional<VolumeInfo> rootVolume() const;
+
+    /// Sets the folder that the next scan measures (absolute); a running scan goes on.
+    void chooseScanRoot(std::string path);
+
+    /// Scans `path` if given, else the current scan root. A running scan is cancelled and superseded.
+    void startScan(std::optional<std::string> path = std::nullopt);
+
+    /// The running scan's progress, null when idle. A page stops the scan by cancelling it.
+    [[nodiscard]] const std::shared_ptr<ScanStats> &scanStats() const { return scanStats_; }
+
+    /// Ends the scan session, with the tree that it found or, after a cancellation, with none.
+    void finishScan(std::shared_ptr<FSNode> found);
+
+    /// Reads the volumes and the access probe again, and the snapshots in the background.
+    void refreshVolumes();
+
+private:
+    void pollScan();
+    void letGo(std::shared_ptr<FSNode> old);
+
+    std::shared_ptr<ScanStats> scanStats_;
+    QTimer progressTimer_;
+    std::optional<std::chrono::steady_clock::time_point> scanStart_;
+    QThreadPool workers_; ///< last, so that its work ends before anything else does
+};
+
+} // namespace brimvale
