@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QColor>
+#include <QIcon>
+#include <QPixmap>
+#include <QString>
+
+namespace brimvale {
+
+/// The line icons, drawn from the bundled SVG files in any colour. What has been drawn is kept.
+namespace Icons {
+
+/// The icon `name` (a file of the set, without its ending), `size` points square, for this device pixel ratio.
+[[nodiscard]] QPixmap pixmap(const QString &name, const QColor &color, int size, qreal devicePixelRatio);
+
+/// The same as an icon for a widget that is `size` points high, dimmed where the widget is disabled.
+[[nodiscard]] QIcon icon(const QString &name, const QColor &color, int size);
+
+} // namespace Icons
+
+} // namespace brimvale

@@ -1,0 +1,89 @@
+#include "Views/Components/Theme.h"
+
+#include <QGuiApplication>
+
+namespace brimvale {
+
+namespace {
+
+const Theme light = {
+    .isDark = false,
+    .window = QColor(0xf5, 0xf5, 0xf7),
+    .sidebar = QColor(0xe9, 0xe9, 0xec),
+    .card = QColor(0xff, 0xff, 0xff),
+    .border = QColor(0xdf, 0xdf, 0xe3),
+    .separator = QColor(0xe8, 0xe8, 0xeb),
+    .track = QColor(0xe5, 0xe5, 0xea),
+    .text = QColor(0x1d, 0x1d, 0x1f),
+    .secondaryText = QColor(0x5f, 0x5f, 0x66),
+    .tertiaryText = QColor(0x86, 0x86, 0x8d),
+    .accent = QColor(0x0a, 0x66, 0xff),
+    .onAccent = QColor(0xff, 0xff, 0xff),
+    .hover = QColor(0, 0, 0, 14),
+    .warning = QColor(0xb2, 0x5a, 0x00),
+    .danger = QColor(0xd7, 0x2c, 0x2c),
+};
+
+const Theme dark = {
+    .isDark = true,
+    .window = QColor(0x1c, 0x1c, 0x1e),
+    .sidebar = QColor(0x27, 0x27, 0x29),
+    .card = QColor(0x2a, 0x2a, 0x2c),
+    .border = QColor(0x3c, 0x3c, 0x40),
+    .separator = QColor(0x38, 0x38, 0x3b),
+    .track = QColor(0x3f, 0x3f, 0x44),
+    .text = QColor(0xf5, 0xf5, 0xf7),
+    .secondaryText = QColor(0xb0, 0xb0, 0xb6),
+    .tertiaryText = QColor(0x8a, 0x8a, 0x90),
+    .accent = QColor(0x2f, 0x7d, 0xff),
+    .onAccent = QColor(0xff, 0xff, 0xff),
+    .hover = QColor(255, 255, 255, 16),
+    .warning = QColor(0xff, 0xb3, 0x4d),
+    .danger = QColor(0xff, 0x69, 0x61),
+};
+
+} // namespace
+
+const Theme &Theme::matching(const QPalette &systemPalette) {
+    const bool isDark = systemPalette.color(QPalette::Window).lightnessF() <
+                        systemPalette.color(QPalette::WindowText).lightnessF();
+    return isDark ? dark : light;
+}
+
+const Theme &Theme::current() {
+    return matching(QGuiApplication::palette());
+}
+
+QPalette Theme::palette() const {
+    QPalette palette;
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::Base, card);
+    palette.setColor(QPalette::AlternateBase, card);
+    palette.setColor(QPalette::Button, card);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::PlaceholderText, tertiaryText);
+    palette.setColor(QPalette::Highlight, accent);
+    palette.setColor(QPalette::HighlightedText, onAccent);
+    palette.setColor(QPalette::Link, accent);
+    palette.setColor(QPalette::ToolTipBase, card);
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::Light, card);
+    palette.setColor(QPalette::Midlight, separator);
+    palette.setColor(QPalette::Mid, border);
+    palette.setColor(QPalette::Dark, border);
+    palette.setColor(QPalette::Shadow, border);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, tertiaryText);
+    return palette;
+}
+
+QFont Type::font(Size size, QFont::Weight weight) {
+    QFont font = QGuiApplication::font();
+    font.setPixelSize(static_cast<int>(size));
+    font.setWeight(weight);
+    return font;
+}
+
+} // namespace brimvale

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+
+namespace brimvale {
+
+/// The colours of one appearance, light or dark.
+struct Theme {
+    bool isDark;
+    QColor window;        ///< behind everything
+    QColor sidebar;
+    QColor card;          ///< raised surfaces: cards, lists, fields
+    QColor border;        ///< one pixel around a card
+    QColor separator;     ///< hairlines within a card
+    QColor track;         ///< the empty part of a bar
+    QColor text;
+    QColor secondaryText;
+    QColor tertiaryText;
+    QColor accent;
+    QColor onAccent;      ///< text and icons on the accent
+    QColor hover;         ///< under the pointer
+    QColor warning;
+    QColor danger;
+
+    /// The theme that goes with the system's palette: dark where its window is darker than its text.
+    [[nodiscard]] static const Theme &matching(const QPalette &systemPalette);
+    /// The theme of the application's palette of the moment.
+    [[nodiscard]] static const Theme &current();
+
+    /// The same colours as a palette, for the widgets that Qt paints.
+    [[nodiscard]] QPalette palette() const;
+};
+
+/// The type sizes of the window, in pixels.
+namespace Type {
+
+enum class Size : int { title = 24, heading = 15, body = 13, caption = 11 };
+
+/// The application's font in one of its sizes.
+[[nodiscard]] QFont font(Size size, QFont::Weight weight = QFont::Normal);
+
+} // namespace Type
+
+} // namespace brimvale
