@@ -4,7 +4,6 @@
 #include "Core/Permissions.h"
 #include "Platform/Host.h"
 
-#include <QtConcurrent/QtConcurrentRun>
 #include <utility>
 
 namespace brimvale {
@@ -58,11 +57,13 @@ void CorvelModel::startScan(std::optional<std::string> path) {
     scanStart_ = std::chrono::steady_clock::now();
     progressTimer_.start(progressInterval);
 
-    QtConcurrent::run(&workers_, [root = *scanRootPath, stats = scanStats_] {
-        std::shared_ptr<FSNode> found = DiskScanner::scan(root, ScanOptions::standard(), *stats);
-        found->sortRecursively();
-        return stats->cancelled() ? nullptr : found;
-    }).then(this, [this](const std::shared_ptr<FSNode> &found) { finishScan(found); });
+    inBackground(
+        [root = *scanRootPath, stats = scanStats_]() -> std::shared_ptr<FSNode> {
+            std::shared_ptr<FSNode> found = DiskScanner::scan(root, ScanOptions::standard(), *stats);
+            found->sortRecursively();
+            return stats->cancelled() ? nullptr : found;
+        },
+        [this](std::shared_ptr<FSNode> found) { finishScan(std::move(found)); });
 }
 
 void CorvelModel::pollScan() {

@@ -37,6 +37,7 @@ public:
     bool unreadable = false;      ///< could not be read, or not wholly
     bool isNotDescended = false;  ///< deliberately not entered; its sizes stay 0
     bool isCloudProvider = false; ///< not entered because a cloud provider owns it
+    std::uint32_t row = 0;        ///< its place among its siblings in the outline that shows it
     std::int64_t size = 0;        ///< allocated bytes at and beneath this node: what is shown and sorted on
     std::int64_t logicalSize = 0; ///< bytes as a reader sees them, likewise
     std::int64_t fileCount = 0;   ///< files at and beneath this node

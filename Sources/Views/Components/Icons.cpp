@@ -30,10 +30,8 @@ QByteArray svgOf(const QString &name, const QColor &color) {
 
 QPixmap Icons::pixmap(const QString &name, const QColor &color, int size, qreal devicePixelRatio) {
     static QHash<QString, QPixmap> drawn;
-    const QString key = QStringLiteral("%1 %2 %3 %4")
-                            .arg(name, color.name(QColor::HexArgb))
-                            .arg(size)
-                            .arg(devicePixelRatio);
+    const QString key =
+        QStringLiteral("%1 %2 %3 %4").arg(name, color.name(QColor::HexArgb)).arg(size).arg(devicePixelRatio);
     if (const auto found = drawn.constFind(key); found != drawn.constEnd())
         return *found;
 

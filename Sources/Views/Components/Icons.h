@@ -10,7 +10,8 @@ namespace brimvale {
 /// The line icons, drawn from the bundled SVG files in any colour. What has been drawn is kept.
 namespace Icons {
 
-/// The icon `name` (a file of the set, without its ending), `size` points square, for this device pixel ratio.
+/// The icon `name` (a file of the set, without its ending), `size` points square, for this device pixel
+/// ratio.
 [[nodiscard]] QPixmap pixmap(const QString &name, const QColor &color, int size, qreal devicePixelRatio);
 
 /// The same as an icon for a widget that is `size` points high, dimmed where the widget is disabled.

@@ -9,18 +9,18 @@ namespace brimvale {
 /// The colours of one appearance, light or dark.
 struct Theme {
     bool isDark;
-    QColor window;        ///< behind everything
+    QColor window; ///< behind everything
     QColor sidebar;
-    QColor card;          ///< raised surfaces: cards, lists, fields
-    QColor border;        ///< one pixel around a card
-    QColor separator;     ///< hairlines within a card
-    QColor track;         ///< the empty part of a bar
+    QColor card;      ///< raised surfaces: cards, lists, fields
+    QColor border;    ///< one pixel around a card
+    QColor separator; ///< hairlines within a card
+    QColor track;     ///< the empty part of a bar
     QColor text;
     QColor secondaryText;
     QColor tertiaryText;
     QColor accent;
-    QColor onAccent;      ///< text and icons on the accent
-    QColor hover;         ///< under the pointer
+    QColor onAccent; ///< text and icons on the accent
+    QColor hover;    ///< under the pointer
     QColor warning;
     QColor danger;
 

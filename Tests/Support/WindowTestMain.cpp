@@ -1,0 +1,29 @@
+#include <QApplication>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+/// A Qt warning is a fault: it fails the test that runs.
+void failOnWarning(QtMsgType type, const QMessageLogContext &, const QString &message) {
+    if (message == QLatin1String("This plugin does not support propagateSizeHints()"))
+        return;
+    if (type == QtWarningMsg || type == QtCriticalMsg)
+        ADD_FAILURE() << message.toStdString();
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    ::testing::InitGoogleTest(&argc, argv);
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QTemporaryDir runtimeFolder;
+    qputenv("XDG_RUNTIME_DIR", runtimeFolder.path().toLocal8Bit());
+    QStandardPaths::setTestModeEnabled(true);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    const QApplication application(argc, argv);
+    qInstallMessageHandler(failOnWarning);
+    return RUN_ALL_TESTS();
+}
