@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QWidget>
+
+namespace brimvale {
+
+/// A thin rounded bar that is filled to the used share of a volume. Its accessible description gives that
+/// share in percent; its owner names it.
+class CapacityBar : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit CapacityBar(QWidget *parent = nullptr);
+
+    /// From 0 to 1; what lies outside counts as the nearer end.
+    void setUsedShare(double share);
+    [[nodiscard]] double usedShare() const { return usedShare_; }
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    double usedShare_ = 0;
+};
+
+} // namespace brimvale

@@ -1,0 +1,28 @@
+#include "Views/Components/ApplicationFont.h"
+
+#include "Views/Components/Theme.h"
+
+#include <QFontDatabase>
+
+// In a static library a resource must be asked for, outside of any namespace.
+static void openFonts() {
+    Q_INIT_RESOURCE(fonts);
+}
+
+namespace brimvale {
+
+QFont applicationFont() {
+    openFonts();
+    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    for (const char *weight : {"Regular", "Medium", "SemiBold", "Bold"}) {
+        const int id = QFontDatabase::addApplicationFont(
+            QStringLiteral(":/fonts/Inter-%1.otf").arg(QLatin1String(weight)));
+        const QStringList families = QFontDatabase::applicationFontFamilies(id);
+        if (!families.isEmpty())
+            font.setFamilies({families.first()});
+    }
+    font.setPixelSize(static_cast<int>(Type::Size::body));
+    return font;
+}
+
+} // namespace brimvale

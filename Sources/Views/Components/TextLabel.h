@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Views/Components/Theme.h"
+
+#include <QLabel>
+
+namespace brimvale {
+
+/// A text in one of the window's sizes and tones, which follow the theme. Plain text, whatever it looks like.
+class TextLabel : public QLabel {
+    Q_OBJECT
+
+public:
+    enum class Tone { primary, secondary, tertiary };
+
+    TextLabel(Type::Size size, Tone tone, QWidget *parent = nullptr);
+    TextLabel(Type::Size size, QFont::Weight weight, QWidget *parent = nullptr);
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    void applyTheme();
+
+    Tone tone_ = Tone::primary;
+};
+
+} // namespace brimvale

@@ -1,0 +1,103 @@
+#include "Views/Components/WindowStyle.h"
+
+#include <QPainter>
+#include <QStyleOption>
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+constexpr qreal buttonRadius = 6;
+constexpr int buttonHeight = 28;
+constexpr int scrollBarWidth = 12;
+
+/// `over` mixed into `under`; `share` from 0 to 1.
+QColor mixed(const QColor &under, const QColor &over, float share) {
+    const auto mix = [share](float a, float b) { return a + (b - a) * share; };
+    return QColor::fromRgbF(mix(under.redF(), over.redF()), mix(under.greenF(), over.greenF()),
+                            mix(under.blueF(), over.blueF()));
+}
+
+void paintButton(const QStyleOption &option, QPainter &painter) {
+    const QPalette &palette = option.palette;
+    const bool isEnabled = option.state.testFlag(QStyle::State_Enabled);
+    const bool isDown = option.state & (QStyle::State_Sunken | QStyle::State_On);
+    const auto *button = qstyleoption_cast<const QStyleOptionButton *>(&option);
+    const bool isDefault = button != nullptr && button->features.testFlag(QStyleOptionButton::DefaultButton);
+    const bool hasFocus =
+        (option.state & QStyle::State_HasFocus) && (option.state & QStyle::State_KeyboardFocusChange);
+
+    float shade = 0;
+    if (isEnabled && isDown)
+        shade = 0.14F;
+    else if (isEnabled && option.state.testFlag(QStyle::State_MouseOver))
+        shade = 0.06F;
+    const bool isAccented = isEnabled && (isDefault || hasFocus);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(mixed(palette.color(QPalette::Button), palette.color(QPalette::ButtonText), shade));
+    painter.setPen(QPen(palette.color(isAccented ? QPalette::Highlight : QPalette::Mid), hasFocus ? 2 : 1));
+    const qreal inset = hasFocus ? 1 : 0.5;
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(inset, inset, -inset, -inset), buttonRadius,
+                            buttonRadius);
+    painter.restore();
+}
+
+void paintScrollBar(const QStyleOptionSlider &option, const QRect &handle, QPainter &painter) {
+    if (option.maximum <= option.minimum)
+        return;
+    const bool isHeld = option.activeSubControls.testFlag(QStyle::SC_ScrollBarSlider);
+    const QRectF bar = QRectF(handle).adjusted(3, 3, -3, -3);
+    const qreal radius = std::min(bar.width(), bar.height()) / 2;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(option.palette.color(QPalette::WindowText));
+    painter.setOpacity(isHeld ? 0.5 : 0.28);
+    painter.drawRoundedRect(bar, radius, radius);
+    painter.restore();
+}
+
+} // namespace
+
+WindowStyle::WindowStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                                const QWidget *widget) const {
+    if (element == PE_PanelButtonCommand)
+        paintButton(*option, *painter);
+    else
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+}
+
+// The ends of the bar still answer a click like the arrows that other styles draw there.
+void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                                     QPainter *painter, const QWidget *widget) const {
+    const auto *scrollBar = qstyleoption_cast<const QStyleOptionSlider *>(option);
+    if (control == CC_ScrollBar && scrollBar != nullptr)
+        paintScrollBar(*scrollBar, subControlRect(control, option, SC_ScrollBarSlider, widget), *painter);
+    else
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
+QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &size,
+                                    const QWidget *widget) const {
+    QSize whole = QProxyStyle::sizeFromContents(type, option, size, widget);
+    if (type == CT_PushButton)
+        whole.setHeight(std::max(whole.height(), buttonHeight));
+    return whole;
+}
+
+int WindowStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const {
+    return metric == PM_ScrollBarExtent ? scrollBarWidth : QProxyStyle::pixelMetric(metric, option, widget);
+}
+
+int WindowStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                           QStyleHintReturn *returned) const {
+    return hint == SH_DialogButtonBox_ButtonsHaveIcons
+               ? 0
+               : QProxyStyle::styleHint(hint, option, widget, returned);
+}
+
+} // namespace brimvale
