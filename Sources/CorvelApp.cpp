@@ -1,0 +1,24 @@
+#include "Views/Application.h"
+#include "Views/Launch.h"
+
+#include <cstddef>
+#include <cstdio>
+#include <span>
+#include <variant>
+
+int main(int argc, char **argv) {
+    using namespace brimvale;
+    const std::span<const char *const> words(argv, static_cast<std::size_t>(argc));
+    const auto read = Launch::read(words.subspan(1), Application::version());
+    if (const auto *refusal = std::get_if<Launch::Refusal>(&read)) {
+        std::fputs(refusal->text.c_str(), refusal->exitStatus == 0 ? stdout : stderr);
+        return refusal->exitStatus;
+    }
+    const auto &launch = std::get<Launch>(read);
+    Host::useSystem(launch.system);
+
+    int ownName = 1; // the other words are not for the toolkit
+    Application application(ownName, argv);
+    application.open(launch.folder);
+    return Application::run();
+}

@@ -1,0 +1,145 @@
+#include "Views/ContentView.h"
+
+#include "Core/CorvelModel.h"
+#include "Views/AboutSheet.h"
+#include "Views/BrowseView.h"
+#include "Views/Components/SidebarFooter.h"
+#include "Views/Components/Theme.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStackedWidget>
+#include <algorithm>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr QSize defaultSize{1180, 760};
+constexpr QSize minimumSizeOfWindow{900, 600};
+
+/// The key that goes to a page together with Command or Control; none for the storage categories.
+QKeySequence shortcutOf(const Section &section) {
+    switch (section.kind) {
+    case Section::Kind::overview:
+        return Qt::CTRL | Qt::Key_1;
+    case Section::Kind::browse:
+        return Qt::CTRL | Qt::Key_2;
+    case Section::Kind::cleanup:
+        return Qt::CTRL | Qt::Key_3;
+    case Section::Kind::category:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+ContentView::ContentView(CorvelModel &model, QWidget *parent)
+    : QMainWindow(parent), model_(model), sidebar_(new Sidebar(this)), stack_(new QStackedWidget(this)) {
+    setObjectName(QStringLiteral("contentView"));
+    setWindowTitle(QCoreApplication::applicationName());
+    setPalette(Theme::current().palette());
+    setMinimumSize(minimumSizeOfWindow);
+    resize(defaultSize);
+
+    auto *content = new QWidget(this);
+    auto *layout = new QHBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(sidebar_);
+    layout->addWidget(stack_, 1);
+    setCentralWidget(content);
+
+    buildMenus();
+    addPages();
+    followModel();
+    connect(sidebar_, &Sidebar::currentRowChanged, this, &ContentView::showPageOfRow);
+    goTo(pages_.front().section);
+}
+
+void ContentView::addPages() {
+    addPage({Section::Kind::browse}, {tr("Browse"), QStringLiteral("folder-tree")},
+            [this] { return new BrowseView(model_, this); });
+}
+
+void ContentView::addPage(Section section, const Sidebar::Row &row, std::function<QWidget *()> make) {
+    if (const QKeySequence shortcut = shortcutOf(section); !shortcut.isEmpty()) {
+        QAction *action = goMenu_->addAction(row.title, shortcut, this, [this, section] { goTo(section); });
+        action->setObjectName(QStringLiteral("goTo") + row.title);
+    }
+    pages_.push_back({std::move(section), sidebar_->addRow(row), std::move(make)});
+}
+
+QMenu *ContentView::addMenu(const QString &title) {
+    QMenu *menu = menuBar()->addMenu(title);
+    menu->setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
+    return menu;
+}
+
+void ContentView::buildMenus() {
+    QMenu *file = addMenu(tr("&File"));
+    QAction *rescan =
+        file->addAction(tr("&Rescan"), Qt::CTRL | Qt::Key_R, this, [this] { model_.startScan(); });
+    rescan->setObjectName(QStringLiteral("rescan"));
+    file->addSeparator();
+    QAction *quit = file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
+    quit->setObjectName(QStringLiteral("quit"));
+    quit->setMenuRole(QAction::QuitRole);
+
+    goMenu_ = addMenu(tr("&Go"));
+
+    QAction *about = addMenu(tr("&Help"))->addAction(tr("&About %1").arg(windowTitle()));
+    about->setObjectName(QStringLiteral("about"));
+    about->setMenuRole(QAction::AboutRole);
+    connect(about, &QAction::triggered, this, &ContentView::showAbout);
+}
+
+void ContentView::followModel() {
+    SidebarFooter &footer = sidebar_->footer();
+    const auto showVolume = [this, &footer] { footer.setVolume(model_.rootVolume()); };
+    const auto showFreed = [this, &footer] { footer.setFreed(*model_.totalFreedThisSession); };
+    const auto showAccess = [this, &footer] { footer.setHasFullDiskAccess(*model_.hasFullDiskAccess); };
+    connect(&model_, &CorvelModel::volumesChanged, this, showVolume);
+    connect(&model_, &CorvelModel::totalFreedThisSessionChanged, this, showFreed);
+    connect(&model_, &CorvelModel::hasFullDiskAccessChanged, this, showAccess);
+    showVolume();
+    showFreed();
+    showAccess();
+}
+
+void ContentView::goTo(const Section &section) {
+    for (const Page &page : pages_)
+        if (page.section == section)
+            sidebar_->setCurrentRow(page.row);
+}
+
+void ContentView::showPageOfRow(int row) {
+    const auto page =
+        std::find_if(pages_.begin(), pages_.end(), [row](const Page &one) { return one.row == row; });
+    if (page == pages_.end())
+        return;
+    if (page->widget == nullptr) {
+        page->widget = page->make();
+        stack_->addWidget(page->widget);
+    }
+    current_ = static_cast<std::size_t>(page - pages_.begin());
+    stack_->setCurrentWidget(page->widget);
+}
+
+void ContentView::showAbout() {
+    (new AboutSheet(this))->open();
+}
+
+bool ContentView::event(QEvent *event) {
+    if (event->type() == QEvent::ApplicationPaletteChange)
+        setPalette(Theme::current().palette());
+    return QMainWindow::event(event);
+}
+
+} // namespace brimvale

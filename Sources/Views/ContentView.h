@@ -1,0 +1,58 @@
+#pragma once
+
+#include "Views/Components/Sidebar.h"
+#include "Views/Section.h"
+
+#include <QMainWindow>
+#include <functional>
+#include <vector>
+
+class QMenu;
+class QStackedWidget;
+
+namespace brimvale {
+
+class CorvelModel;
+
+/// The one window: the sidebar at the left, the current page at the right. A page is built when it is first
+/// gone to. The window follows the system's light or dark appearance while it runs.
+class ContentView : public QMainWindow {
+    Q_OBJECT
+
+public:
+    /// The model must outlive the window.
+    explicit ContentView(CorvelModel &model, QWidget *parent = nullptr);
+
+    /// Shows a page; nothing happens where the window has no such page.
+    void goTo(const Section &section);
+    [[nodiscard]] const Section &currentSection() const { return pages_[current_].section; }
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    struct Page {
+        Section section;
+        int row; ///< in the sidebar
+        std::function<QWidget *()> make;
+        QWidget *widget = nullptr; ///< null until it is first gone to
+    };
+
+    void addPages();
+    /// Adds a page to the sidebar, and to the Go menu if it has a shortcut there.
+    void addPage(Section section, const Sidebar::Row &row, std::function<QWidget *()> make);
+    void buildMenus();
+    QMenu *addMenu(const QString &title);
+    void followModel();
+    void showPageOfRow(int row);
+    void showAbout();
+
+    CorvelModel &model_;
+    Sidebar *sidebar_;
+    QStackedWidget *stack_;
+    QMenu *goMenu_ = nullptr;
+    std::vector<Page> pages_;
+    std::size_t current_ = 0;
+};
+
+} // namespace brimvale

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace brimvale {
+
+/// A page of the window, as the sidebar lists them.
+struct Section {
+    enum class Kind { overview, browse, cleanup, category };
+
+    Kind kind = Kind::overview;
+    std::string id = {}; ///< of the storage category; empty for the other pages
+
+    friend bool operator==(const Section &, const Section &) = default;
+};
+
+} // namespace brimvale

@@ -1,0 +1,142 @@
+#include "Views/ContentView.h"
+
+#include "Core/CorvelModel.h"
+#include "Platform/Host.h"
+#include "Support/TemporaryFolder.h"
+#include "Views/BrowseView.h"
+#include "Views/Components/Theme.h"
+#include "Views/Components/WindowStyle.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace brimvale {
+
+namespace {
+
+using testing::TemporaryFolder;
+
+/// A window of a user who has an almost empty home, in the style of the program.
+class ContentViewTest : public ::testing::Test {
+protected:
+    ContentViewTest() {
+        QApplication::setStyle(new WindowStyle);
+        home.makeFile("folder/file", 5000);
+        qputenv("HOME", home.path().c_str());
+    }
+    ~ContentViewTest() override {
+        Host::useSystem(std::nullopt);
+        QApplication::setPalette(QPalette());
+        qputenv("HOME", homeBefore_);
+    }
+
+    void open() {
+        window.reset();
+        model = std::make_unique<CorvelModel>();
+        window = std::make_unique<ContentView>(*model);
+        window->show();
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    }
+
+    TemporaryFolder home;
+    std::unique_ptr<CorvelModel> model;
+    std::unique_ptr<ContentView> window;
+
+private:
+    QByteArray homeBefore_ = qgetenv("HOME");
+};
+
+QPalette systemPalette(const QColor &window, const QColor &text) {
+    QPalette palette(window);
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::WindowText, text);
+    return palette;
+}
+
+} // namespace
+
+TEST_F(ContentViewTest, OpensOnItsFirstPage) {
+    open();
+    EXPECT_EQ(window->currentSection(), Section{Section::Kind::browse});
+    EXPECT_TRUE(window->findChild<BrowseView *>()->isVisible());
+    EXPECT_EQ(window->findChild<QListWidget *>("pages")->currentItem()->text(), "Browse");
+    EXPECT_FALSE(*model->isScanning) << "nothing is read before the user asks";
+
+    window->goTo({Section::Kind::category, "unknown"});
+    EXPECT_EQ(window->currentSection(), Section{Section::Kind::browse});
+}
+
+TEST_F(ContentViewTest, RescansTheCurrentRootOnTheShortcut) {
+    open();
+    for (const std::string &root : {home.path(), home.path("folder")}) {
+        model->chooseScanRoot(root);
+        QTest::keyClick(window.get(), Qt::Key_R, Qt::ControlModifier);
+        EXPECT_TRUE(*model->isScanning);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !*model->isScanning; }, 20'000));
+        EXPECT_EQ((*model->tree)->path(), root);
+    }
+}
+
+TEST_F(ContentViewTest, OffersThePermissionUntilItIsGranted) {
+    for (const System system : {System::macOS, System::linux}) {
+        Host::useSystem(system);
+        open();
+        const auto *button = window->findChild<QPushButton *>("grantFullDiskAccess");
+        EXPECT_EQ(button->isHidden(), *model->hasFullDiskAccess);
+        EXPECT_TRUE(button->isHidden() || system == System::macOS) << "only there is such a permission";
+
+        home.makeFolder("Library/Messages");
+        model->refreshVolumes();
+        EXPECT_TRUE(button->isHidden());
+    }
+}
+
+TEST_F(ContentViewTest, FollowsTheSystemsAppearance) {
+    open();
+    const auto paintedAt = [this](QPoint where) {
+        return window->grab().toImage().pixelColor(where * window->devicePixelRatioF());
+    };
+    const QPalette light = systemPalette(Qt::white, Qt::black);
+    const QPalette dark = systemPalette(Qt::black, Qt::white);
+    const QMenu *menu = window->menuBar()->findChild<QMenu *>();
+    for (const QPalette &system : {dark, light, dark}) {
+        QApplication::setPalette(system);
+        QCoreApplication::processEvents();
+        const Theme &theme = Theme::matching(system);
+        EXPECT_EQ(QApplication::palette().color(QPalette::Window), system.color(QPalette::Window))
+            << "the system's palette stays as it is";
+        EXPECT_EQ(window->palette().color(QPalette::Window), theme.window);
+        EXPECT_EQ(menu->palette().color(QPalette::Window), theme.window) << "menus go along";
+        EXPECT_EQ(paintedAt({40, window->height() / 2}), theme.sidebar);
+        EXPECT_EQ(paintedAt(window->menuBar()->geometry().center()), theme.window);
+        const QWidget *list = window->findChild<QListWidget *>("pages");
+        EXPECT_EQ(paintedAt(list->mapTo(window.get(), QPoint(list->width() - 30, 16))), theme.accent)
+            << "the current row";
+    }
+}
+
+TEST_F(ContentViewTest, TellsAboutItselfInASheet) {
+    open();
+    QApplication::setPalette(systemPalette(Qt::black, Qt::white));
+    QCoreApplication::processEvents();
+    window->findChild<QAction *>("about")->trigger();
+    const QPointer<QDialog> sheet = window->findChild<QDialog *>("aboutSheet");
+    ASSERT_TRUE(sheet);
+    EXPECT_TRUE(sheet->isVisible());
+    EXPECT_EQ(sheet->windowModality(), Qt::WindowModal);
+    EXPECT_EQ(sheet->palette().color(QPalette::Window), Theme::current().window);
+    QTest::keyClick(sheet, Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return sheet.isNull(); }));
+}
+
+} // namespace brimvale
