@@ -37,7 +37,8 @@ public:
     bool unreadable = false;      ///< could not be read, or not wholly
     bool isNotDescended = false;  ///< deliberately not entered; its sizes stay 0
     bool isCloudProvider = false; ///< not entered because a cloud provider owns it
-    std::uint32_t row = 0;        ///< its place among its siblings in the outline that shows it
+    std::uint8_t marks = 0;       ///< what the outline that shows it remembers of it, as bits
+    std::uint32_t row = 0;        ///< its place among its siblings in that outline, or a later one
     std::int64_t size = 0;        ///< allocated bytes at and beneath this node: what is shown and sorted on
     std::int64_t logicalSize = 0; ///< bytes as a reader sees them, likewise
     std::int64_t fileCount = 0;   ///< files at and beneath this node
