@@ -5,6 +5,7 @@
 #include "CommandLine/Size.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
+#include "CommandLine/TreemapCommand.h"
 
 #include <array>
 #include <variant>
@@ -12,7 +13,7 @@
 namespace brimvale::commandLine {
 
 std::span<const Command *const> allCommands() {
-    static constexpr std::array commands = {&scanCommand, &sizeCommand};
+    static constexpr std::array commands = {&scanCommand, &sizeCommand, &treemapCommand};
     return commands;
 }
 

@@ -3,6 +3,8 @@
 #include "Base/Bytes.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace brimvale {
@@ -12,31 +14,51 @@ namespace {
 constexpr double thinnestDrawing = 4;
 constexpr double thinnestTile = 1;
 
+/// A child with a size. What is compared lies here together, since the nodes lie anywhere in memory.
+struct Candidate {
+    FSNode *node;
+    std::int64_t size;
+    std::size_t position; ///< among its siblings
+
+    /// Whether it is laid out before `other`: by falling size, equal ones as they stand in the tree.
+    bool operator<(const Candidate &other) const {
+        return size != other.size ? size > other.size : position < other.position;
+    }
+};
+
 } // namespace
 
 Treemap::Treemap(FSNode &folder, int maxTiles) : folder_(folder) {
-    std::vector<FSNode *> candidates;
+    std::vector<Candidate> candidates;
     candidates.reserve(folder.children().size());
-    for (const std::unique_ptr<FSNode> &child : folder.children())
-        if (child->size > 0)
-            candidates.push_back(child.get());
-    const auto isLarger = [](const FSNode *a, const FSNode *b) { return a->size > b->size; };
-    if (!std::is_sorted(candidates.begin(), candidates.end(), isLarger))
-        std::stable_sort(candidates.begin(), candidates.end(), isLarger);
+    std::int64_t logicalSize = 0;
+    std::int64_t fileCount = 0;
+    for (const std::unique_ptr<FSNode> &child : folder.children()) {
+        if (child->size <= 0)
+            continue;
+        candidates.push_back({child.get(), child->size, candidates.size()});
+        logicalSize = checkedAdd(logicalSize, child->logicalSize);
+        fileCount = checkedAdd(fileCount, child->fileCount);
+    }
 
     const std::size_t shown = std::min(candidates.size(), static_cast<std::size_t>(std::max(maxTiles, 0)));
-    for (std::size_t i = 0; i < shown; ++i)
-        items_.push_back({candidates[i], static_cast<double>(candidates[i]->size)});
-    if (shown == candidates.size())
+    const auto rest = candidates.begin() + static_cast<std::ptrdiff_t>(shown);
+    std::nth_element(candidates.begin(), rest, candidates.end());
+    std::sort(candidates.begin(), rest);
+    for (auto candidate = candidates.begin(); candidate != rest; ++candidate) {
+        items_.push_back({candidate->node, static_cast<double>(candidate->size)});
+        logicalSize -= candidate->node->logicalSize;
+        fileCount -= candidate->node->fileCount;
+    }
+    if (rest == candidates.end())
         return;
     rest_ =
         std::make_unique<FSNode>(std::to_string(candidates.size() - shown) + " smaller items", folder, false);
     rest_->isAggregate = true;
-    for (std::size_t i = shown; i < candidates.size(); ++i) {
-        rest_->size = checkedAdd(rest_->size, candidates[i]->size);
-        rest_->logicalSize = checkedAdd(rest_->logicalSize, candidates[i]->logicalSize);
-        rest_->fileCount = checkedAdd(rest_->fileCount, candidates[i]->fileCount);
-    }
+    for (auto candidate = rest; candidate != candidates.end(); ++candidate)
+        rest_->size = checkedAdd(rest_->size, candidate->size);
+    rest_->logicalSize = logicalSize;
+    rest_->fileCount = fileCount;
     items_.push_back({rest_.get(), static_cast<double>(rest_->size)});
 }
 

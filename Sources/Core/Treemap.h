@@ -20,6 +20,9 @@ struct TreemapTile {
 /// Made once for a folder, and laid out for any rectangle.
 class Treemap {
 public:
+    /// How many children get a tile of their own where nobody says otherwise.
+    static constexpr int usualMaxTiles = 80;
+
     /// Chooses the tiles of `folder`, which must outlive this; at most `maxTiles` of its children get their
     /// own (a negative limit counts as 0).
     Treemap(FSNode &folder, int maxTiles);
@@ -27,6 +30,9 @@ public:
     /// The tiles for a drawing rectangle in points, in layout order. None where it is 4 points thin or
     /// thinner; a tile less than one point wide or high is left out.
     [[nodiscard]] std::vector<TreemapTile> layout(Rect rect) const;
+
+    /// Whether `node` stands for the children without a tile of their own; it goes with this object.
+    [[nodiscard]] bool owns(const FSNode *node) const { return node != nullptr && node == rest_.get(); }
 
 private:
     FSNode &folder_;

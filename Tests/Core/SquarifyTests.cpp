@@ -122,6 +122,39 @@ TEST(Treemap, GathersWhatHasNoTileOfItsOwn) {
     }
 }
 
+TEST(Treemap, ShowsTheLargestInTheOrderOfAStableSort) {
+    std::mt19937 random(11);
+    for (int round = 0; round < 50; ++round) {
+        FSNode folder("f", "/f", true);
+        const std::size_t count = 1 + random() % 300;
+        for (std::size_t i = 0; i < count; ++i) {
+            // Many of the same size, some without any.
+            FSNode &child = add(folder, std::to_string(i), false, static_cast<std::int64_t>(random() % 20));
+            child.logicalSize = child.size * 3;
+            child.fileCount = 2;
+        }
+        std::vector<const FSNode *> expected;
+        for (const auto &child : folder.children())
+            if (child->size > 0)
+                expected.push_back(child.get());
+        std::stable_sort(expected.begin(), expected.end(),
+                         [](const FSNode *a, const FSNode *b) { return a->size > b->size; });
+        const std::size_t own = std::min<std::size_t>(expected.size(), 40);
+
+        const Treemap treemap(folder, 40);
+        const std::vector<TreemapTile> tiles = treemap.layout({0, 0, 4000, 3000});
+        ASSERT_EQ(tiles.size(), own + (expected.size() > own ? 1 : 0));
+        for (std::size_t i = 0; i < own; ++i)
+            EXPECT_EQ(tiles[i].node, expected[i]) << "round " << round << ", tile " << i;
+        if (tiles.size() == own)
+            continue;
+        const FSNode &rest = *tiles.back().node;
+        EXPECT_TRUE(treemap.owns(&rest));
+        EXPECT_EQ(rest.logicalSize, rest.size * 3);
+        EXPECT_EQ(rest.fileCount, 2 * static_cast<std::int64_t>(expected.size() - own));
+    }
+}
+
 TEST(Treemap, LeavesSliversOut) {
     FSNode folder("f", "/f", true);
     add(folder, "huge", false, 1'000'000'000);

@@ -1,0 +1,166 @@
+#include "CommandLine/TreemapCommand.h"
+
+#include "CommandLine/FileReplacement.h"
+#include "CommandLine/GivenPath.h"
+#include "CommandLine/Interruption.h"
+#include "CommandLine/JsonWriter.h"
+#include "CommandLine/ScanProgress.h"
+#include "CommandLine/StandardStreams.h"
+#include "CommandLine/TerminalText.h"
+#include "CommandLine/TreemapSvg.h"
+#include "Core/DiskScanner.h"
+#include "Core/Treemap.h"
+#include "Core/TreemapStyle.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+constexpr std::array options = {
+    Option{"--width", Option::Value::number, "W", "The width of the treemap in points; required."},
+    Option{"--height", Option::Value::number, "H", "Its height; required."},
+    Option{"--max-tiles", Option::Value::number, "N",
+           "Show N children by themselves, the others as one tile (80)."},
+    Option{"--svg", Option::Value::text, "FILE", "Draw a picture into FILE, which is overwritten."},
+};
+
+/// What cannot be done without the options that are required, if one is missing.
+std::optional<std::string_view> missingOption(const Arguments &arguments) {
+    for (const std::string_view name : {"--width", "--height"})
+        if (!arguments.has(name))
+            return name;
+    return std::nullopt;
+}
+
+int maxTilesOf(const Arguments &arguments) {
+    constexpr std::int64_t most = std::numeric_limits<int>::max();
+    return static_cast<int>(std::min(arguments.number("--max-tiles").value_or(Treemap::usualMaxTiles), most));
+}
+
+std::unique_ptr<FSNode> scan(const FileURL &url, ScanStats &stats) {
+    const Interruption interruption(stats);
+    const ScanProgress progress(stats);
+    return DiskScanner::scan(url.path(), ScanOptions::standard(), stats);
+}
+
+void writeDocument(Output &output, const std::vector<TreemapTile> &tiles) {
+    JsonWriter json(output);
+    json.beginArray();
+    for (const TreemapTile &tile : tiles) {
+        json.beginObject();
+        json.member("name", tile.node->name);
+        json.member("path", tile.node->path());
+        json.member("size", tile.node->size);
+        json.member("fraction", tile.fraction);
+        json.member("x", tile.rect.x);
+        json.member("y", tile.rect.y);
+        json.member("width", tile.rect.width);
+        json.member("height", tile.rect.height);
+        json.member("isDirectory", tile.node->isDirectory);
+        json.member("isAggregate", tile.node->isAggregate);
+        json.end();
+    }
+    json.end();
+}
+
+std::string withOneDecimal(double number) {
+    std::array<char, 400> text{}; // the longest finite one has 309 digits
+    const auto [end, error] =
+        std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed, 1);
+    return {text.data(), end};
+}
+
+std::string labelOf(const FSNode &node, bool isStyled) {
+    const std::string name = terminalText(node.name);
+    if (!node.isAggregate)
+        return node.isDirectory ? name + "/" : name;
+    return isStyled ? faint("… " + name) : "… " + name;
+}
+
+void writeRow(Output &output, const std::array<std::string, 6> &figures, std::string_view name) {
+    constexpr std::array<std::size_t, 6> widths = {usualSizeWidth, 6, 7, 7, 7, 7};
+    for (std::size_t i = 0; i < figures.size(); ++i)
+        output.write(rightAligned(figures[i], widths[i]).append("  "));
+    output.write(name);
+    output.write("\n");
+}
+
+void writeTable(Output &output, const std::vector<TreemapTile> &tiles) {
+    writeRow(output, {"SIZE", "SHARE", "X", "Y", "WIDTH", "HEIGHT"}, "NAME");
+    for (const TreemapTile &tile : tiles)
+        writeRow(output,
+                 {TreemapStyle::sizeText(*tile.node), withOneDecimal(tile.fraction * 100) + "%",
+                  withOneDecimal(tile.rect.x), withOneDecimal(tile.rect.y), withOneDecimal(tile.rect.width),
+                  withOneDecimal(tile.rect.height)},
+                 labelOf(*tile.node, output.isStyled()));
+}
+
+/// Draws the picture that was asked for; what was in the way is told on standard error.
+bool drawPicture(std::string_view typed, const LaidOutTreemap &treemap) {
+    const auto place = resolveGivenPath(typed);
+    const auto *error = std::get_if<FileError>(&place);
+    std::optional<FileError> failure = error == nullptr ? std::nullopt : std::optional(*error);
+    if (!failure)
+        failure = replaceFile(std::get<FileURL>(place),
+                              [&](Output &picture) { writeTreemapSvg(picture, treemap); });
+    if (failure)
+        printPathError(typed, *failure);
+    return !failure;
+}
+
+ExitStatus runTreemap(const Arguments &arguments, Output &output) {
+    if (const auto missing = missingOption(arguments))
+        return refuseUsage("missing option: " + std::string(*missing), &treemapCommand);
+    const std::string_view typed = arguments.operands().front();
+    const auto place = placeToScan(typed);
+    if (const auto *error = std::get_if<FileError>(&place)) {
+        printPathError(typed, *error);
+        return ExitStatus::failed;
+    }
+
+    ScanStats stats;
+    const std::unique_ptr<FSNode> folder = scan(std::get<FileURL>(place), stats);
+    const std::int64_t width = arguments.number("--width").value_or(0);
+    const std::int64_t height = arguments.number("--height").value_or(0);
+    const Treemap treemap(*folder, maxTilesOf(arguments));
+    const std::vector<TreemapTile> tiles =
+        treemap.layout({0, 0, static_cast<double>(width), static_cast<double>(height)});
+
+    const std::optional<std::string_view> picture = arguments.text("--svg");
+    if (picture && !drawPicture(*picture, {folder->path(), width, height, tiles}))
+        return ExitStatus::failed;
+    if (arguments.has("--json"))
+        writeDocument(output, tiles);
+    else if (!picture)
+        writeTable(output, tiles);
+    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+}
+
+} // namespace
+
+constinit const Command treemapCommand = {
+    .name = "treemap",
+    .operands = "PATH",
+    .operandCount = {.minimum = 1, .maximum = 1},
+    .options = options,
+    .summary = "Lays out the treemap of a folder: a tile for each child, as large as its share.",
+    .help = "\nPlaces are in points from the upper left corner, in layout order. What would be less than a "
+            "point\n"
+            "wide or high is left out. Ctrl-C stops early and shows what was counted until then.\n",
+    .run = runTreemap,
+};
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "CommandLine/Output.h"
+#include "Core/Treemap.h"
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace brimvale::commandLine {
+
+/// A treemap that has been laid out.
+struct LaidOutTreemap {
+    std::string_view title; ///< bytes
+    std::int64_t width = 0; ///< of the rectangle in which the tiles lie, in points
+    std::int64_t height = 0;
+    std::span<const TreemapTile> tiles;
+};
+
+/// Writes a picture of it that stands alone (SVG 1.1, UTF-8), in the light colours of the window. What is not
+/// text in a name, or is none in XML, is shown by a replacement.
+void writeTreemapSvg(Output &output, const LaidOutTreemap &treemap);
+
+} // namespace brimvale::commandLine

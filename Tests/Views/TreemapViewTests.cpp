@@ -1,0 +1,529 @@
+#include "Views/TreemapView.h"
+
+#include "Core/TreemapStyle.h"
+#include "Views/Components/Theme.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QHelpEvent>
+#include <QImage>
+#include <QPaintEvent>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
+#include <QToolTip>
+#include <cmath>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace brimvale {
+
+namespace {
+
+struct Child {
+    std::string name;
+    std::int64_t size;
+    bool isDirectory = false;
+    bool isAggregate = false;
+};
+
+std::unique_ptr<FSNode> makeFolder(const std::vector<Child> &children) {
+    auto folder = std::make_unique<FSNode>("folder", "/folder", true);
+    for (const Child &child : children) {
+        auto node = std::make_unique<FSNode>(child.name, *folder, child.isDirectory);
+        node->size = child.size;
+        node->isAggregate = child.isAggregate;
+        folder->size += child.size;
+        folder->adopt(std::move(node));
+    }
+    return folder;
+}
+
+/// A folder, a file and more small files than get a tile, in that order and of falling size.
+std::unique_ptr<FSNode> makeMixedFolder() {
+    return makeFolder({{"documents", 600'000'000, true},
+                       {"film.mov", 300'000'000},
+                       {"a", 40'000'000},
+                       {"b", 30'000'000},
+                       {"c", 30'000'000}});
+}
+
+/// Makes the application light or dark for as long as it lives.
+class Appearance {
+public:
+    explicit Appearance(bool isDark) : before_(QApplication::palette()) {
+        QPalette palette;
+        palette.setColor(QPalette::Window, isDark ? Qt::black : Qt::white);
+        palette.setColor(QPalette::WindowText, isDark ? Qt::white : Qt::black);
+        QApplication::setPalette(palette);
+    }
+    ~Appearance() { QApplication::setPalette(before_); }
+    Appearance(const Appearance &) = delete;
+    Appearance &operator=(const Appearance &) = delete;
+
+private:
+    const QPalette before_;
+};
+
+/// A shown treemap of 400 × 300 with at most three tiles for single children, and without the focus.
+class ShownTreemap {
+public:
+    explicit ShownTreemap(FSNode *node, int maxTiles = 3) {
+        view.resize(400, 300);
+        view.setMaxTiles(maxTiles);
+        view.setNode(node);
+        view.show();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
+        view.clearFocus();
+    }
+
+    [[nodiscard]] QPoint middleOf(std::size_t tile) const { return view.tileArea(tile).center(); }
+    void click(std::size_t tile) { QTest::mouseClick(&view, Qt::LeftButton, {}, middleOf(tile)); }
+    void doubleClick(std::size_t tile) { QTest::mouseDClick(&view, Qt::LeftButton, {}, middleOf(tile)); }
+
+    TreemapView view;
+    QSignalSpy selected{&view, &TreemapView::selected};
+    QSignalSpy drilledIn{&view, &TreemapView::drilledIn};
+    QSignalSpy menus{&view, &TreemapView::contextMenuRequested};
+};
+
+std::vector<const FSNode *> nodesIn(const QSignalSpy &spy) {
+    std::vector<const FSNode *> nodes;
+    for (const QList<QVariant> &arguments : spy)
+        nodes.push_back(arguments.front().value<FSNode *>());
+    return nodes;
+}
+
+std::string toolTipAt(TreemapView &view, QPoint position) {
+    QToolTip::hideText();
+    QHelpEvent event(QEvent::ToolTip, position, view.mapToGlobal(position));
+    QApplication::sendEvent(&view, &event);
+    const QString text = QToolTip::text();
+    return (Qt::mightBeRichText(text) ? QTextDocumentFragment::fromHtml(text).toPlainText() : text)
+        .toStdString();
+}
+
+QImage pictureOf(TreemapView &view, qreal devicePixelRatio) {
+    QImage image((QSizeF(view.size()) * devicePixelRatio).toSize(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(devicePixelRatio);
+    view.render(&image);
+    return image;
+}
+
+QColor mixed(const QColor &below, const QColor &above, double opacity) {
+    const auto mix = [&](float a, float b) { return a + (b - a) * static_cast<float>(opacity); };
+    return QColor::fromRgbF(mix(below.redF(), above.redF()), mix(below.greenF(), above.greenF()),
+                            mix(below.blueF(), above.blueF()));
+}
+
+QColor paletteColor(const std::string &name) {
+    const Color color = Palette::color(name);
+    return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
+                            static_cast<float>(color.blue));
+}
+
+bool isNear(const QColor &a, const QColor &b) {
+    constexpr int rounding = 2;
+    return std::abs(a.red() - b.red()) <= rounding && std::abs(a.green() - b.green()) <= rounding &&
+           std::abs(a.blue() - b.blue()) <= rounding;
+}
+
+std::string text(const QColor &color) {
+    return color.name().toStdString();
+}
+
+} // namespace
+
+TEST(TreemapView, SelectsWithAClickAndEntersWithADoubleClick) {
+    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    ShownTreemap map(folder.get());
+    const auto tiles = map.view.tiles();
+    ASSERT_EQ(tiles.size(), 4U);
+    ASSERT_EQ(tiles[3].node->name, "2 smaller items");
+    for (std::size_t i = 0; i < tiles.size(); ++i) {
+        map.selected.clear();
+        map.click(i);
+        EXPECT_EQ(nodesIn(map.selected), std::vector<const FSNode *>{tiles[i].node});
+        EXPECT_EQ(map.view.selectedTile(), i);
+    }
+    EXPECT_TRUE(map.drilledIn.isEmpty());
+    for (std::size_t i = 0; i < tiles.size(); ++i)
+        map.doubleClick(i);
+    EXPECT_EQ(nodesIn(map.drilledIn), std::vector<const FSNode *>{folder->children()[0].get()})
+        << "neither a file nor the rest can be entered";
+
+    map.selected.clear();
+    QTest::mouseClick(&map.view, Qt::RightButton, {}, map.middleOf(0));
+    EXPECT_TRUE(map.selected.isEmpty());
+}
+
+TEST(TreemapView, MovesWithTheArrowsAndEntersWithReturn) {
+    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    ShownTreemap map(folder.get());
+    const auto press = [&](Qt::Key key) { QTest::keyClick(&map.view, key); };
+    press(Qt::Key_Return);
+    EXPECT_TRUE(map.drilledIn.isEmpty()) << "nothing is selected yet";
+
+    press(Qt::Key_Left);
+    EXPECT_EQ(map.view.selectedTile(), 0U);
+    press(Qt::Key_Left);
+    EXPECT_EQ(map.selected.size(), 1) << "there is nothing further left";
+    press(Qt::Key_Return);
+    EXPECT_EQ(nodesIn(map.drilledIn), std::vector<const FSNode *>{folder->children()[0].get()});
+    press(Qt::Key_Right);
+    EXPECT_EQ(map.view.selectedTile(), 1U);
+    press(Qt::Key_Down);
+    EXPECT_GT(map.view.tiles()[*map.view.selectedTile()].rect.y, map.view.tiles()[1].rect.y);
+    press(Qt::Key_Up);
+    press(Qt::Key_Enter);
+    EXPECT_EQ(map.view.selectedTile(), 1U);
+    EXPECT_EQ(map.drilledIn.size(), 1) << "a file cannot be entered";
+
+    // What the window's shortcuts are made of passes by.
+    for (const Qt::KeyboardModifier modifier : {Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier}) {
+        QKeyEvent event(QEvent::KeyPress, Qt::Key_Up, modifier);
+        QApplication::sendEvent(&map.view, &event);
+        EXPECT_FALSE(event.isAccepted());
+    }
+    QTest::keyClick(&map.view, Qt::Key_Left, Qt::KeypadModifier);
+    EXPECT_EQ(map.view.selectedTile(), 0U);
+
+    map.view.setNode(nullptr);
+    map.selected.clear();
+    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Down, Qt::Key_Return})
+        press(key);
+    EXPECT_TRUE(map.selected.isEmpty());
+}
+
+TEST(TreemapView, AsksForAMenuOfTheTileThatItSelects) {
+    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    ShownTreemap map(folder.get());
+    const auto ask = [&](QContextMenuEvent::Reason reason, QPoint position) {
+        QContextMenuEvent event(reason, position, map.view.mapToGlobal(position));
+        QApplication::sendEvent(&map.view, &event);
+    };
+    ask(QContextMenuEvent::Keyboard, {});
+    EXPECT_TRUE(map.menus.isEmpty());
+    ask(QContextMenuEvent::Mouse, map.middleOf(1));
+    const std::vector<const FSNode *> file{folder->children()[1].get()};
+    EXPECT_EQ(nodesIn(map.selected), file);
+    EXPECT_EQ(nodesIn(map.menus), file);
+    EXPECT_EQ(map.menus[0][1].toPoint(), map.view.mapToGlobal(map.middleOf(1)));
+    map.menus.clear();
+    ask(QContextMenuEvent::Keyboard, {3, 3});
+    EXPECT_EQ(nodesIn(map.menus), file);
+    EXPECT_TRUE(map.view.tileArea(1).contains(map.view.mapFromGlobal(map.menus[0][1].toPoint())));
+
+    // Selecting may change the folder before the menu opens.
+    map.menus.clear();
+    QObject::connect(&map.view, &TreemapView::selected, &map.view, [&] { map.view.setNode(nullptr); });
+    ask(QContextMenuEvent::Mouse, map.middleOf(0));
+    EXPECT_TRUE(map.menus.isEmpty());
+}
+
+TEST(TreemapView, NamesATileInItsToolTip) {
+    for (const auto &[name, shown] : std::vector<std::pair<std::string, std::string>>{
+             {"film.mov", "film.mov"},
+             {"<b>bold</b>  &amp;", "<b>bold</b>  &amp;"},
+             {"<img src=\"/etc/hostname\">", "<img src=\"/etc/hostname\">"},
+             {"two\nlines\tand\x7f", "two\uFFFDlines\uFFFDand\uFFFD"},
+             {"exe.\u202Egpj", "exe.\uFFFDgpj"},
+             {"caf\xE9", "caf\uFFFD"},
+         }) {
+        const std::unique_ptr<FSNode> folder = makeFolder({{name, 1'500'000}});
+        ShownTreemap map(folder.get());
+        EXPECT_EQ(toolTipAt(map.view, map.middleOf(0)), shown + "\n1.5 MB");
+    }
+}
+
+TEST(TreemapView, SelectsOnlyWhatHasATileOfItsOwn) {
+    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    ShownTreemap map(folder.get());
+    map.view.setSelection(folder->children()[2].get());
+    EXPECT_EQ(map.view.selectedTile(), 2U);
+    map.view.setSelection(folder->children()[4].get());
+    EXPECT_EQ(map.view.selectedTile(), std::nullopt);
+    map.view.setMaxTiles(80);
+    EXPECT_EQ(map.view.selectedTile(), 4U) << "it has a tile now, and is still what is selected";
+    map.view.setSelection(nullptr);
+    EXPECT_EQ(map.view.selectedTile(), std::nullopt);
+    EXPECT_TRUE(map.selected.isEmpty()) << "only the user's selections are told";
+
+    map.view.setMaxTiles(3);
+    map.click(3);
+    map.view.setNode(folder.get());
+    EXPECT_EQ(map.view.selectedTile(), std::nullopt) << "that node is gone";
+}
+
+TEST(TreemapView, FillsTilesWithTheirColours) {
+    const std::vector<Child> children = {{"documents", 300'000'000, true},
+                                         {"film.mov", 300'000'000},
+                                         {"9 smaller items", 300'000'000, false, true}};
+    const std::unique_ptr<FSNode> folder = makeFolder(children);
+    for (const bool isDark : {false, true}) {
+        const Appearance appearance(isDark);
+        const Theme &theme = Theme::current();
+        ASSERT_EQ(theme.isDark, isDark);
+        ShownTreemap map(folder.get());
+        const std::vector<QColor> expected = {mixed(theme.card, paletteColor("documents"), 0.85),
+                                              mixed(theme.card, paletteColor("film.mov"), 0.55),
+                                              mixed(theme.card, theme.secondaryText, 0.35 * 0.55)};
+        for (const qreal ratio : {1.0, 1.5, 2.0}) {
+            const QImage picture = pictureOf(map.view, ratio);
+            for (std::size_t i = 0; i < expected.size(); ++i) {
+                const QColor color = picture.pixelColor((QPointF(map.middleOf(i)) * ratio).toPoint());
+                EXPECT_TRUE(isNear(color, expected[i])) << text(color) << " for " << text(expected[i]);
+            }
+            EXPECT_GT(std::abs(picture.pixelColor(0, 0).lightness() - expected[0].lightness()), 20)
+                << "the corners are round";
+        }
+    }
+}
+
+TEST(TreemapView, DrawsEdgesBetweenPixels) {
+    // The edge between the tiles lies at no whole pixel.
+    const std::unique_ptr<FSNode> folder =
+        makeFolder({{"documents", 500'000'300, true}, {"film.mov", 400'000'000}});
+    ShownTreemap map(folder.get());
+    const double edge = map.view.tiles()[1].rect.x;
+    ASSERT_GT(std::abs(edge - std::round(edge * 2) / 2), 0.1);
+    for (const qreal ratio : {1.0, 1.5, 2.0}) {
+        const QImage picture = pictureOf(map.view, ratio);
+        std::set<QRgb> colors;
+        for (int x = 0; x < picture.width(); ++x)
+            colors.insert(picture.pixel(x, picture.height() / 2));
+        EXPECT_EQ(colors.size(), 4U) << "two fills and two borders, and nothing smeared, at " << ratio;
+        const QColor border = picture.pixelColor(0, picture.height() / 2);
+        const QColor fill = mixed(Theme::current().card, paletteColor("documents"), 0.85);
+        EXPECT_TRUE(isNear(border, mixed(fill, Qt::black, 0.15 * 0.5 * ratio))) << text(border);
+    }
+}
+
+TEST(TreemapView, FramesTheSelectionAndTheFocus) {
+    const std::unique_ptr<FSNode> folder = makeFolder({{"documents", 400'000'000, true}});
+    for (const bool isDark : {false, true}) {
+        const Appearance appearance(isDark);
+        const Theme &theme = Theme::current();
+        ShownTreemap map(folder.get());
+        const QColor fill = mixed(theme.card, paletteColor("documents"), 0.85);
+        const auto pixel = [&](int x) { return pictureOf(map.view, 1).pixelColor(x, 150); };
+        EXPECT_TRUE(isNear(pixel(1), fill));
+        map.view.setSelection(folder->children()[0].get());
+        EXPECT_EQ(pixel(0), theme.text);
+        EXPECT_EQ(pixel(1), theme.text);
+        EXPECT_TRUE(isNear(pixel(2), fill));
+
+        map.view.setFocus();
+        ASSERT_TRUE(map.view.hasFocus());
+        EXPECT_EQ(pixel(1), theme.text);
+        EXPECT_EQ(pixel(2), theme.accent);
+        EXPECT_EQ(pixel(3), theme.accent);
+        EXPECT_TRUE(isNear(pixel(4), fill));
+        map.view.setSelection(nullptr);
+        EXPECT_EQ(pixel(1), theme.accent) << "without a selection the map as a whole shows the focus";
+    }
+}
+
+TEST(TreemapView, MarksTheTileUnderThePointer) {
+    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    ShownTreemap map(folder.get());
+    const QImage atRest = pictureOf(map.view, 1);
+    QTest::mouseMove(&map.view, map.middleOf(1));
+    QTest::qWait(0);
+    const QImage hovered = pictureOf(map.view, 1);
+    EXPECT_NE(hovered.pixel(map.middleOf(1)), atRest.pixel(map.middleOf(1)));
+    EXPECT_EQ(hovered.pixel(map.middleOf(0)), atRest.pixel(map.middleOf(0)));
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&map.view, &leave);
+    EXPECT_EQ(pictureOf(map.view, 1), atRest);
+}
+
+TEST(TreemapView, LabelsTilesThatAreLargeEnough) {
+    const Appearance dark(true);
+    struct Case {
+        QSize size;
+        bool isLabelled;
+    };
+    for (const Case &one :
+         {Case{{65, 31}, true}, Case{{64, 100}, false}, Case{{200, 30}, false}, Case{{200, 100}, true}}) {
+        const std::unique_ptr<FSNode> folder = makeFolder({{std::string(250, 'W'), 888'800'000'000, true}});
+        TreemapView view;
+        view.resize(one.size);
+        view.setNode(folder.get());
+        for (const qreal ratio : {1.0, 1.5, 2.0}) {
+            const QImage picture = pictureOf(view, ratio);
+            QRect white;
+            for (int y = 0; y < picture.height(); ++y)
+                for (int x = 0; x < picture.width(); ++x)
+                    if (picture.pixelColor(x, y).lightness() > 245)
+                        white |= QRect(x, y, 1, 1);
+            EXPECT_EQ(!white.isNull(), one.isLabelled) << one.size.width() << " at " << ratio;
+            if (!one.isLabelled)
+                continue;
+            // With the padding left and right, two lines high, and inside the tile even where it is low.
+            const QRectF label(QPointF(white.topLeft()) / ratio, QSizeF(white.size()) / ratio);
+            EXPECT_GE(label.left(), 5 - 1);
+            EXPECT_LE(label.right(), one.size.width() - 5 + 1);
+            EXPECT_GT(label.height(), 18);
+            EXPECT_GE(label.top(), 1);
+            EXPECT_LE(label.bottom(), std::min(one.size.height() - 1, 40));
+        }
+    }
+}
+
+TEST(TreemapView, StaysEmptyWhereThereIsNothingToShow) {
+    const std::unique_ptr<FSNode> folder = makeFolder({{"empty", 0, true}, {"nothing", 0}});
+    ShownTreemap map(folder.get());
+    EXPECT_TRUE(map.view.tiles().empty());
+    map.view.setNode(nullptr);
+    const QImage picture = pictureOf(map.view, 1);
+    QImage card(picture.size(), picture.format());
+    card.fill(Theme::current().card);
+    EXPECT_EQ(picture, card);
+
+    const std::unique_ptr<FSNode> full = makeMixedFolder();
+    map.view.setNode(full.get());
+    map.view.resize(4, 300);
+    EXPECT_TRUE(map.view.tiles().empty());
+    map.view.resize(200, 300);
+    EXPECT_EQ(map.view.tiles().size(), 4U);
+}
+
+TEST(TreemapView, RepaintsTwoTilesWhenTheSelectionChanges) {
+    class Painted : public QObject {
+    public:
+        bool eventFilter(QObject *, QEvent *event) override {
+            if (event->type() == QEvent::Paint)
+                region |= static_cast<QPaintEvent *>(event)->region();
+            return false;
+        }
+        QRegion region;
+    };
+    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    ShownTreemap map(folder.get());
+    map.click(0);
+    QTest::qWait(0);
+    Painted painted;
+    map.view.installEventFilter(&painted);
+    map.view.setSelection(folder->children()[1].get());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !painted.region.isEmpty(); }));
+    EXPECT_EQ(painted.region, QRegion(map.view.tileArea(0)) | map.view.tileArea(1));
+}
+
+TEST(TreemapView, FollowsTheAppearance) {
+    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    ShownTreemap map(folder.get());
+    for (const bool isDark : {true, false}) {
+        const Appearance appearance(isDark);
+        QCoreApplication::processEvents();
+        const QColor expected = mixed(Theme::current().card, paletteColor("documents"), 0.85);
+        const QColor color = pictureOf(map.view, 1).pixelColor(map.middleOf(0));
+        EXPECT_TRUE(isNear(color, expected)) << text(color) << " for " << text(expected);
+    }
+}
+
+TEST(TreemapView, LooksLikeThePictureOfTheCommandLine) {
+    const Appearance light(false);
+    const Theme &theme = Theme::current();
+    const auto same = [](const Color &a, const QColor &b) {
+        return isNear(b, QColor::fromRgbF(static_cast<float>(a.red), static_cast<float>(a.green),
+                                          static_cast<float>(a.blue)));
+    };
+    EXPECT_TRUE(same(TreemapStyle::paper.background, theme.card));
+    EXPECT_TRUE(same(TreemapStyle::paper.secondaryText, theme.secondaryText));
+}
+
+TEST(TreemapView, LetsGoOfTheTree) {
+    std::unique_ptr<FSNode> folder = makeMixedFolder();
+    ShownTreemap map(folder.get());
+    map.click(1);
+    QTest::mouseMove(&map.view, map.middleOf(0));
+    QAccessibleInterface *const accessible = QAccessible::queryAccessibleInterface(&map.view);
+    QAccessibleInterface *const tile = accessible->child(1);
+    ASSERT_TRUE(tile->isValid());
+    const QPoint middle = map.middleOf(0);
+
+    map.view.setNode(nullptr);
+    folder.reset();
+    EXPECT_TRUE(map.view.tiles().empty());
+    EXPECT_EQ(map.view.selectedTile(), std::nullopt);
+    EXPECT_EQ(map.view.node(), nullptr);
+    map.view.resize(300, 200);
+    static_cast<void>(pictureOf(map.view, 2));
+    QTest::mouseDClick(&map.view, Qt::LeftButton, {}, middle);
+    EXPECT_EQ(toolTipAt(map.view, middle), "");
+    EXPECT_FALSE(tile->isValid());
+    EXPECT_TRUE(tile->text(QAccessible::Name).isEmpty());
+    tile->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(map.selected.size(), 1);
+
+    // Children that are gone are not looked at when the folder is shown again.
+    folder = makeMixedFolder();
+    map.view.setNode(folder.get());
+    map.click(0);
+    EXPECT_TRUE(folder->drop([](const FSNode &child) { return child.name != "film.mov"; }));
+    map.view.setNode(folder.get());
+    ASSERT_EQ(map.view.tiles().size(), 1U);
+    EXPECT_EQ(map.view.tiles()[0].node->name, "film.mov");
+}
+
+TEST(TreemapView, ExposesItsTilesToAssistiveTechnology) {
+    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    ShownTreemap map(folder.get());
+    QAccessibleInterface *const list = QAccessible::queryAccessibleInterface(&map.view);
+    EXPECT_EQ(list->role(), QAccessible::List);
+    EXPECT_EQ(list->text(QAccessible::Name), QStringLiteral("Treemap of folder"));
+    ASSERT_EQ(list->childCount(), 4);
+    EXPECT_EQ(list->child(4), nullptr);
+    EXPECT_EQ(list->child(-1), nullptr);
+
+    std::vector<std::string> names;
+    for (int i = 0; i < list->childCount(); ++i) {
+        QAccessibleInterface *const tile = list->child(i);
+        names.push_back(tile->text(QAccessible::Name).toStdString());
+        EXPECT_EQ(tile->role(), QAccessible::ListItem);
+        EXPECT_EQ(tile->parent(), list);
+        EXPECT_EQ(list->indexOfChild(tile), i);
+        const QRect area = map.view.tileArea(static_cast<std::size_t>(i));
+        EXPECT_EQ(tile->rect(), area.translated(map.view.mapToGlobal(QPoint())));
+        EXPECT_EQ(list->childAt(tile->rect().center().x(), tile->rect().center().y()), tile);
+        EXPECT_FALSE(tile->state().selected);
+    }
+    EXPECT_THAT(names, ::testing::ElementsAre("documents, 600 MB, 60 percent", "film.mov, 300 MB, 30 percent",
+                                              "a, 40 MB, 4 percent", "2 smaller items, 60 MB, 6 percent"));
+
+    const auto act = [&](int tile, const QString &action) {
+        ASSERT_TRUE(list->child(tile)->actionInterface()->actionNames().contains(action));
+        list->child(tile)->actionInterface()->doAction(action);
+    };
+    const FSNode *const documents = folder->children()[0].get();
+    act(0, QStringLiteral("open"));
+    EXPECT_EQ(nodesIn(map.drilledIn), std::vector<const FSNode *>{documents});
+    EXPECT_FALSE(list->child(1)->actionInterface()->actionNames().contains(QStringLiteral("open")));
+    act(0, QAccessibleActionInterface::showMenuAction());
+    EXPECT_EQ(nodesIn(map.menus), std::vector<const FSNode *>{documents});
+    act(3, QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(list->child(3)->state().selected);
+    EXPECT_FALSE(list->child(0)->state().selected);
+}
+
+TEST(TreemapView, TellsAssistiveTechnologyWhereTheFocusIs) {
+    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    ShownTreemap map(folder.get());
+    QAccessibleInterface *const list = QAccessible::queryAccessibleInterface(&map.view);
+    map.view.setFocus();
+    ASSERT_TRUE(map.view.hasFocus());
+    EXPECT_EQ(list->focusChild(), nullptr);
+    QTest::keyClick(&map.view, Qt::Key_Down);
+    QTest::keyClick(&map.view, Qt::Key_Right);
+    EXPECT_EQ(list->focusChild(), list->child(1));
+    EXPECT_TRUE(list->child(1)->state().focused);
+}
+
+} // namespace brimvale
