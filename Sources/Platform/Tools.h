@@ -6,7 +6,8 @@ namespace brimvale {
 
 /// The external tools, by absolute path. The table follows the platform, never the catalog in force.
 struct Tools {
-    std::string shell; ///< a POSIX shell: -c SCRIPT
+    std::string shell;     ///< a POSIX shell: -c SCRIPT
+    std::string busCaller; ///< calls a method on the session bus, as dbus-send does; empty on macOS
 };
 
 /// The tools of the platform that the program was built for.

@@ -7,7 +7,7 @@ System platformSystem() {
 }
 
 Tools platformTools() {
-    return {.shell = "/bin/sh"};
+    return {.shell = "/bin/sh", .busCaller = ""};
 }
 
 } // namespace brimvale

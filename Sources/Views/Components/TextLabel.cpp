@@ -15,6 +15,8 @@ QColor colorOf(TextLabel::Tone tone) {
         return theme.secondaryText;
     case TextLabel::Tone::tertiary:
         return theme.tertiaryText;
+    case TextLabel::Tone::warning:
+        return theme.warning;
     }
     return theme.text;
 }

@@ -11,7 +11,7 @@ class TextLabel : public QLabel {
     Q_OBJECT
 
 public:
-    enum class Tone { primary, secondary, tertiary };
+    enum class Tone { primary, secondary, tertiary, warning };
 
     TextLabel(Type::Size size, Tone tone, QWidget *parent = nullptr);
     TextLabel(Type::Size size, QFont::Weight weight, QWidget *parent = nullptr);

@@ -10,6 +10,7 @@ namespace {
 
 constexpr qreal buttonRadius = 6;
 constexpr int buttonHeight = 28;
+constexpr int buttonPadding = 8; ///< beside what Fusion leaves
 constexpr int scrollBarWidth = 12;
 
 /// `over` mixed into `under`; `share` from 0 to 1.
@@ -19,25 +20,50 @@ QColor mixed(const QColor &under, const QColor &over, float share) {
                             mix(under.blueF(), over.blueF()));
 }
 
+bool isDefaultButton(const QStyleOption &option) {
+    const auto *button = qstyleoption_cast<const QStyleOptionButton *>(&option);
+    return button != nullptr && button->features.testFlag(QStyleOptionButton::DefaultButton) &&
+           option.state.testFlag(QStyle::State_Enabled);
+}
+
+/// Whether the widget has the focus and the user goes about with the keyboard.
+bool showsFocus(const QStyleOption &option) {
+    return option.state.testFlag(QStyle::State_HasFocus) &&
+           option.state.testFlag(QStyle::State_KeyboardFocusChange);
+}
+
 void paintButton(const QStyleOption &option, QPainter &painter) {
     const QPalette &palette = option.palette;
     const bool isEnabled = option.state.testFlag(QStyle::State_Enabled);
     const bool isDown = option.state & (QStyle::State_Sunken | QStyle::State_On);
-    const auto *button = qstyleoption_cast<const QStyleOptionButton *>(&option);
-    const bool isDefault = button != nullptr && button->features.testFlag(QStyleOptionButton::DefaultButton);
-    const bool hasFocus =
-        (option.state & QStyle::State_HasFocus) && (option.state & QStyle::State_KeyboardFocusChange);
-
+    const bool isDefault = isDefaultButton(option);
     float shade = 0;
     if (isEnabled && isDown)
         shade = 0.14F;
     else if (isEnabled && option.state.testFlag(QStyle::State_MouseOver))
         shade = 0.06F;
-    const bool isAccented = isEnabled && (isDefault || hasFocus);
+    const QColor ground = palette.color(isDefault ? QPalette::Highlight : QPalette::Button);
+    const bool hasFocus = showsFocus(option);
+    QColor line = palette.color(hasFocus ? QPalette::Highlight : QPalette::Mid);
+    if (isDefault)
+        line = hasFocus ? palette.color(QPalette::WindowText) : ground;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(mixed(palette.color(QPalette::Button), palette.color(QPalette::ButtonText), shade));
-    painter.setPen(QPen(palette.color(isAccented ? QPalette::Highlight : QPalette::Mid), hasFocus ? 2 : 1));
+    painter.setBrush(mixed(ground, palette.color(QPalette::ButtonText), shade));
+    painter.setPen(QPen(line, hasFocus ? 2 : 1));
+    const qreal inset = hasFocus ? 1 : 0.5;
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(inset, inset, -inset, -inset), buttonRadius,
+                            buttonRadius);
+    painter.restore();
+}
+
+void paintField(const QStyleOption &option, QPainter &painter) {
+    const bool hasFocus = option.state.testFlag(QStyle::State_HasFocus);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(option.palette.color(QPalette::Base));
+    painter.setPen(
+        QPen(option.palette.color(hasFocus ? QPalette::Highlight : QPalette::Mid), hasFocus ? 2 : 1));
     const qreal inset = hasFocus ? 1 : 0.5;
     painter.drawRoundedRect(QRectF(option.rect).adjusted(inset, inset, -inset, -inset), buttonRadius,
                             buttonRadius);
@@ -65,10 +91,25 @@ WindowStyle::WindowStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
 
 void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                                 const QWidget *widget) const {
+    const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
     if (element == PE_PanelButtonCommand)
         paintButton(*option, *painter);
+    else if (element == PE_PanelLineEdit && frame != nullptr && frame->lineWidth > 0)
+        paintField(*option, *painter);
     else
         QProxyStyle::drawPrimitive(element, option, painter, widget);
+}
+
+void WindowStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                              const QWidget *widget) const {
+    const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
+    if (element != CE_PushButtonLabel || button == nullptr || !isDefaultButton(*button)) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        return;
+    }
+    QStyleOptionButton onAccent = *button;
+    onAccent.palette.setColor(QPalette::ButtonText, option->palette.color(QPalette::HighlightedText));
+    QProxyStyle::drawControl(element, &onAccent, painter, widget);
 }
 
 // The ends of the bar still answer a click like the arrows that other styles draw there.
@@ -85,6 +126,8 @@ QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
                                     const QWidget *widget) const {
     QSize whole = QProxyStyle::sizeFromContents(type, option, size, widget);
     if (type == CT_PushButton)
+        whole = {whole.width() + 2 * buttonPadding, std::max(whole.height(), buttonHeight)};
+    else if (type == CT_LineEdit || type == CT_ComboBox)
         whole.setHeight(std::max(whole.height(), buttonHeight));
     return whole;
 }

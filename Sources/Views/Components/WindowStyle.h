@@ -4,8 +4,9 @@
 
 namespace brimvale {
 
-/// Fusion with flat, rounded buttons and slim scroll bars, in the colours of the widget's palette, and
-/// without the icons that some desktops put on the buttons of dialogs.
+/// Fusion with flat, rounded buttons and fields, an accent on the default button, and slim scroll bars, in
+/// the colours of the widget's palette, and without the icons that some desktops put on the buttons of
+/// dialogs.
 class WindowStyle : public QProxyStyle {
     Q_OBJECT
 
@@ -14,6 +15,8 @@ public:
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget) const override;
+    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                     const QWidget *widget) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,
                             const QWidget *widget) const override;
     [[nodiscard]] QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &size,

@@ -1,0 +1,293 @@
+#include "Views/BrowseView.h"
+
+#include "Platform/FileBrowser.h"
+#include "Platform/Folder.h"
+#include "Platform/Host.h"
+#include "Views/Components/Breadcrumb.h"
+#include "Views/Components/Card.h"
+#include "Views/Components/ScanBar.h"
+#include "Views/Components/StateMessage.h"
+#include "Views/DetailPanel.h"
+#include "Views/OutlineView.h"
+#include "Views/TreemapView.h"
+
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
+#include <QShortcut>
+#include <QSplitter>
+#include <QStackedLayout>
+#include <QThreadPool>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int pageMargin = 24;
+
+/// The node itself or the one around it that lies right in `folder`; null when it lies elsewhere.
+FSNode *childAround(FSNode *node, const FSNode *folder) {
+    while (node != nullptr && node->parent() != folder)
+        node = node->parent();
+    return node;
+}
+
+/// Whether it is a child of its parent, and not merely drawn in its place.
+bool isInTree(const FSNode &node) {
+    if (node.parent() == nullptr || !node.isAggregate)
+        return true;
+    const auto children = node.parent()->children();
+    return std::any_of(children.begin(), children.end(),
+                       [&](const auto &child) { return child.get() == &node; });
+}
+
+/// Shows the folder around the item by the desktop's ordinary means.
+void openEnclosing(const FileURL &item) {
+    const std::string uri = FileBrowser::fileURI(item.deletingLastPathComponent());
+    QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(uri)));
+}
+
+} // namespace
+
+BrowseView::BrowseView(CorvelModel &model, QWidget *parent)
+    : QWidget(parent), model_(model), bar_(new ScanBar(model, this)), message_(new StateMessage(this)),
+      body_(new QStackedLayout), breadcrumb_(new Breadcrumb(this)), filter_(new QLineEdit(this)),
+      outline_(new OutlineView(outlineModel_, this)), treemap_(new TreemapView(this)),
+      details_(new DetailPanel(this)) {
+    setObjectName(QStringLiteral("browsePage"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(pageMargin, pageMargin, pageMargin, pageMargin);
+    layout->setSpacing(16);
+    layout->addWidget(bar_);
+    layout->addLayout(body_, 1);
+    results_ = makeResults();
+    body_->addWidget(message_);
+    body_->addWidget(results_);
+    addShortcuts();
+
+    connect(&model_, &CorvelModel::treeChanged, this, &BrowseView::showTree);
+    connect(&model_, &CorvelModel::isScanningChanged, this, &BrowseView::showState);
+    connect(breadcrumb_, &Breadcrumb::chosen, this, &BrowseView::focusOn);
+    connect(outline_, &OutlineView::opened, this, &BrowseView::focusOn);
+    connect(outline_, &OutlineView::selectionChangedTo, this, &BrowseView::select);
+    connect(outline_, &OutlineView::menuRequested, this, &BrowseView::showMenu);
+    connect(treemap_, &TreemapView::selected, this, &BrowseView::selectTile);
+    connect(treemap_, &TreemapView::drilledIn, this, &BrowseView::focusOn);
+    connect(treemap_, &TreemapView::contextMenuRequested, this,
+            [this](FSNode *, QPoint place) { showMenu(place); });
+    connect(filter_, &QLineEdit::textChanged, &outlineModel_, &OutlineModel::setFilter);
+    connect(details_, &DetailPanel::revealRequested, this, &BrowseView::reveal);
+    connect(details_, &DetailPanel::copyPathRequested, this, &BrowseView::copyPaths);
+    showTree();
+}
+
+QWidget *BrowseView::makeResults() {
+    auto *splitter = new QSplitter(Qt::Horizontal, this);
+    splitter->setObjectName(QStringLiteral("results"));
+    splitter->setChildrenCollapsible(false);
+    splitter->setHandleWidth(16);
+    splitter->addWidget(makeOutlineSide());
+    splitter->addWidget(makeTreemapSide());
+    splitter->setStretchFactor(0, 1);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({1000, 1000}); // halves, whatever the width
+    return splitter;
+}
+
+QWidget *BrowseView::makeOutlineSide() {
+    filter_->setObjectName(QStringLiteral("filter"));
+    filter_->setPlaceholderText(tr("Filter by name"));
+    filter_->setAccessibleName(tr("Filter by name"));
+    filter_->setClearButtonEnabled(true);
+    filter_->setFixedWidth(150);
+    filter_->setTextMargins(4, 0, 4, 0);
+    outline_->setObjectName(QStringLiteral("outline"));
+    auto *head = new QHBoxLayout;
+    head->setContentsMargins(8, 8, 8, 0);
+    head->addWidget(breadcrumb_, 1);
+    head->addWidget(filter_);
+    auto *card = new Card(this);
+    auto *layout = new QVBoxLayout(card);
+    layout->setContentsMargins(1, 1, 1, 8);
+    layout->setSpacing(8);
+    layout->addLayout(head);
+    layout->addWidget(outline_, 1);
+    card->setMinimumWidth(320);
+    return card;
+}
+
+QWidget *BrowseView::makeTreemapSide() {
+    treemap_->setObjectName(QStringLiteral("treemap"));
+    auto *map = new Card(this);
+    auto *mapLayout = new QVBoxLayout(map);
+    mapLayout->setContentsMargins(8, 8, 8, 8);
+    mapLayout->addWidget(treemap_);
+    auto *detailCard = new Card(this);
+    auto *detailLayout = new QVBoxLayout(detailCard);
+    detailLayout->setContentsMargins(0, 0, 0, 0);
+    detailLayout->addWidget(details_);
+    auto *side = new QWidget(this);
+    auto *layout = new QVBoxLayout(side);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(16);
+    layout->addWidget(map, 1);
+    layout->addWidget(detailCard);
+    side->setMinimumWidth(260);
+    return side;
+}
+
+void BrowseView::addShortcuts() {
+    auto *find = new QShortcut(QKeySequence::Find, this);
+    connect(find, &QShortcut::activated, filter_, [this] {
+        filter_->setFocus(Qt::ShortcutFocusReason);
+        filter_->selectAll();
+    });
+    auto *up = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Up), this);
+    connect(up, &QShortcut::activated, this, &BrowseView::focusOnEnclosing);
+    auto *clear = new QShortcut(QKeySequence(Qt::Key_Escape), filter_);
+    clear->setContext(Qt::WidgetShortcut);
+    connect(clear, &QShortcut::activated, filter_, [this] {
+        filter_->clear();
+        outline_->setFocus();
+    });
+}
+
+void BrowseView::chooseFolder() {
+    bar_->chooseFolder();
+}
+
+/// The tree that the model has now, or none: nothing of an earlier one may be kept.
+void BrowseView::showTree() {
+    focus_ = nullptr;
+    breadcrumb_->setFolder(nullptr);
+    treemap_->setNode(nullptr);
+    showDetails({});
+    filter_->clear();
+    outlineModel_.setTree(*model_.tree);
+    if (*model_.tree != nullptr)
+        focusOn(model_.tree->get());
+    showState();
+}
+
+void BrowseView::showState() {
+    const std::shared_ptr<FSNode> &tree = *model_.tree;
+    const bool hasResults = tree != nullptr && !tree->children().empty();
+    body_->setCurrentWidget(hasResults ? results_ : message_);
+    if (hasResults)
+        return;
+    const QString path = QString::fromUtf8(*model_.scanRootPath);
+    if (*model_.isScanning) {
+        message_->setMessage(
+            QStringLiteral("search"), tr("Scanning…"),
+            tr("The outline and the treemap appear when the scan is done. You can stop it at any "
+               "time; nothing on the disk is changed."));
+    } else if (tree == nullptr) {
+        message_->setMessage(
+            QStringLiteral("folder-tree"), tr("See what takes the space"),
+            tr("Press Scan to measure the place chosen above, or choose another folder. A scan only "
+               "looks; it changes nothing."));
+    } else if (Folder::at(tree->path(), Folder::Links::follow).isOpen()) {
+        message_->setMessage(QStringLiteral("folder"), tr("Nothing in here"),
+                             tr("“%1” is an empty folder.").arg(path));
+    } else if (fileStatus(tree->path())) {
+        message_->setMessage(QStringLiteral("lock"), tr("This could not be read"),
+                             tr("“%1” is not a folder that you may list.").arg(path));
+    } else {
+        message_->setMessage(QStringLiteral("triangle-alert"), tr("Nothing to scan"),
+                             tr("There is nothing at “%1”.").arg(path));
+    }
+}
+
+void BrowseView::focusOn(FSNode *folder) {
+    if (folder == nullptr || !folder->hasOutlineChildren())
+        return;
+    focus_ = folder;
+    breadcrumb_->setFolder(folder);
+    treemap_->setNode(folder);
+    outline_->setFocusFolder(folder);
+    showDetails({folder});
+}
+
+void BrowseView::focusOnEnclosing() {
+    if (focus_ == nullptr || focus_->parent() == nullptr)
+        return;
+    FSNode *left = focus_;
+    focusOn(focus_->parent());
+    outline_->select(left);
+}
+
+/// What the outline has selected: the treemap marks the first of it, or the tile that it lies in.
+void BrowseView::select(const std::vector<FSNode *> &nodes) {
+    treemap_->setSelection(nodes.empty() ? nullptr : childAround(nodes.front(), focus_));
+    if (nodes.empty() && focus_ != nullptr)
+        showDetails({focus_});
+    else
+        showDetails(nodes);
+}
+
+/// A tile was clicked. The one for the many small children is no row of the outline.
+void BrowseView::selectTile(FSNode *node) {
+    outline_->select(isInTree(*node) ? node : nullptr);
+    treemap_->setSelection(node);
+    showDetails({node});
+}
+
+void BrowseView::showDetails(std::vector<FSNode *> nodes) {
+    shown_ = std::move(nodes);
+    details_->showNodes(shown_);
+}
+
+void BrowseView::showMenu(const QPoint &place) {
+    if (shown_.empty())
+        return;
+    auto *menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("nodeMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
+    if (shown_.size() == 1) {
+        FSNode *node = shown_.front();
+        if (node->hasOutlineChildren() && node != focus_)
+            menu->addAction(tr("Open"), this, [this, node] { focusOn(node); });
+        menu->addAction(QLatin1String(FileBrowser::revealTitle()), this, &BrowseView::reveal);
+    }
+    menu->addAction(shown_.size() == 1 ? tr("Copy Path") : tr("Copy Paths"), this, &BrowseView::copyPaths);
+    // The tree may be replaced while the menu is open.
+    connect(&model_, &CorvelModel::treeChanged, menu, &QMenu::close);
+    menu->popup(place);
+}
+
+void BrowseView::reveal() {
+    if (shown_.size() != 1)
+        return;
+    const FileURL item(shown_.front()->path());
+    QThreadPool::globalInstance()->start([item, tools = Host::current().tools] {
+        if (!FileBrowser::reveal(item, tools))
+            QMetaObject::invokeMethod(
+                qApp, [item] { openEnclosing(item); }, Qt::QueuedConnection);
+    });
+}
+
+/// As text for people, and as URIs for programs, which tell every byte of a name.
+void BrowseView::copyPaths() {
+    QString text;
+    QByteArray uris;
+    for (const FSNode *node : shown_) {
+        const FileURL item(node->path());
+        text.append(text.isEmpty() ? QString() : QStringLiteral("\n")).append(QString::fromUtf8(item.path()));
+        uris.append(QByteArray::fromStdString(FileBrowser::fileURI(item))).append("\r\n");
+    }
+    auto *mimeData = new QMimeData;
+    mimeData->setText(text);
+    mimeData->setData(QStringLiteral("text/uri-list"), uris);
+    QGuiApplication::clipboard()->setMimeData(mimeData);
+    details_->showNotice(shown_.size() == 1 ? tr("Path copied.") : tr("Paths copied."));
+}
+
+} // namespace brimvale

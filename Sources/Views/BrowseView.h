@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Core/CorvelModel.h"
+#include "Views/OutlineModel.h"
+
+#include <QWidget>
+#include <vector>
+
+class QLineEdit;
+class QMenu;
+class QStackedLayout;
+
+namespace brimvale {
+
+class Breadcrumb;
+class DetailPanel;
+class OutlineView;
+class ScanBar;
+class StateMessage;
+class TreemapView;
+
+/// The page that shows the scanned tree as an outline and as a treemap of the focused folder, in step.
+class BrowseView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit BrowseView(CorvelModel &model, QWidget *parent = nullptr);
+
+    /// Lets the user choose a folder to scan.
+    void chooseFolder();
+
+private:
+    QWidget *makeResults();
+    QWidget *makeOutlineSide();
+    QWidget *makeTreemapSide();
+    void addShortcuts();
+
+    void showTree();
+    void showState();
+    void focusOn(FSNode *folder);
+    void focusOnEnclosing();
+    void select(const std::vector<FSNode *> &nodes);
+    void selectTile(FSNode *node);
+    void showDetails(std::vector<FSNode *> nodes);
+    void showMenu(const QPoint &place);
+    void reveal();
+    void copyPaths();
+
+    CorvelModel &model_;
+    FSNode *focus_ = nullptr;     ///< the folder that both show; null without a tree
+    std::vector<FSNode *> shown_; ///< what the details are about, and the actions act on
+    ScanBar *bar_;
+    StateMessage *message_;
+    QWidget *results_ = nullptr;
+    QStackedLayout *body_;
+    Breadcrumb *breadcrumb_;
+    QLineEdit *filter_;
+    OutlineModel outlineModel_;
+    OutlineView *outline_;
+    TreemapView *treemap_;
+    DetailPanel *details_;
+};
+
+} // namespace brimvale

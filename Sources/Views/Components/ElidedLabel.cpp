@@ -1,0 +1,36 @@
+#include "Views/Components/ElidedLabel.h"
+
+#include <QPainter>
+
+namespace brimvale {
+
+ElidedLabel::ElidedLabel(Type::Size size, Tone tone, Qt::TextElideMode mode, QWidget *parent)
+    : TextLabel(size, tone, parent), mode_(mode) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+ElidedLabel::ElidedLabel(Type::Size size, QFont::Weight weight, Qt::TextElideMode mode, QWidget *parent)
+    : TextLabel(size, weight, parent), mode_(mode) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+QSize ElidedLabel::sizeHint() const {
+    return {fontMetrics().horizontalAdvance(text()) + 1, fontMetrics().height()};
+}
+
+QSize ElidedLabel::minimumSizeHint() const {
+    return {fontMetrics().averageCharWidth() * 3, fontMetrics().height()};
+}
+
+void ElidedLabel::paintEvent(QPaintEvent * /*event*/) {
+    // A path may hold line feeds; they must not break the line.
+    QString line = text();
+    line.replace(QLatin1Char('\n'), QChar(0x240A));
+    const QString shown = fontMetrics().elidedText(line, mode_, width());
+    setToolTip(shown == line ? QString() : text());
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    painter.drawText(rect(), Qt::AlignVCenter | Qt::TextSingleLine, shown);
+}
+
+} // namespace brimvale

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Views/Components/TextLabel.h"
+
+namespace brimvale {
+
+/// One line of text that never asks for more room than there is: what does not fit is elided, and the whole
+/// text is the tooltip then.
+class ElidedLabel : public TextLabel {
+    Q_OBJECT
+
+public:
+    ElidedLabel(Type::Size size, Tone tone, Qt::TextElideMode mode, QWidget *parent = nullptr);
+    ElidedLabel(Type::Size size, QFont::Weight weight, Qt::TextElideMode mode, QWidget *parent = nullptr);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    Qt::TextElideMode mode_;
+};
+
+} // namespace brimvale

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+class QLabel;
+
+namespace brimvale {
+
+class TextLabel;
+
+/// What a page shows in place of a list that has nothing to list: an icon, a title, and a sentence that says
+/// why or what to do.
+class StateMessage : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit StateMessage(QWidget *parent = nullptr);
+
+    void setMessage(const QString &iconName, const QString &title, const QString &sentence);
+    [[nodiscard]] QString title() const;
+    [[nodiscard]] QString sentence() const;
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    void drawIcon();
+
+    QString iconName_;
+    QLabel *icon_;
+    TextLabel *title_;
+    TextLabel *sentence_;
+};
+
+} // namespace brimvale

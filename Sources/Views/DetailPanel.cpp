@@ -1,0 +1,164 @@
+#include "Views/DetailPanel.h"
+
+#include "Base/Bytes.h"
+#include "Core/Formatting.h"
+#include "Core/NodeExplanation.h"
+#include "Platform/FileBrowser.h"
+#include "Views/Components/ElidedLabel.h"
+#include "Views/Components/Icons.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Components/Theme.h"
+#include "Views/OutlineModel.h"
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int iconSize = 20;
+
+QString text(const std::string &utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+QString shareOfParent(const FSNode &node) {
+    if (node.parent() == nullptr || node.parent()->size < 1)
+        return QStringLiteral("—");
+    const double share = 100.0 * static_cast<double>(node.size) / static_cast<double>(node.parent()->size);
+    return share > 0 && share < 0.1 ? DetailPanel::tr("under 0.1 %")
+                                    : QStringLiteral("%1 %").arg(share, 0, 'f', 1);
+}
+
+QPushButton *makeButton(QWidget *parent, const char *objectName, const QString &title) {
+    auto *button = new QPushButton(title, parent);
+    button->setObjectName(QLatin1String(objectName));
+    button->setAutoDefault(false);
+    return button;
+}
+
+} // namespace
+
+DetailPanel::DetailPanel(QWidget *parent)
+    : QWidget(parent), icon_(new QLabel(this)),
+      name_(new ElidedLabel(Type::Size::heading, QFont::DemiBold, Qt::ElideMiddle, this)),
+      path_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
+      explanation_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
+      notice_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
+      reveal_(makeButton(this, "reveal", QLatin1String(FileBrowser::revealTitle()))),
+      copyPath_(makeButton(this, "copyPath", tr("Copy Path"))) {
+    setObjectName(QStringLiteral("detailPanel"));
+    name_->setObjectName(QStringLiteral("detailName"));
+    path_->setObjectName(QStringLiteral("detailPath"));
+    explanation_->setObjectName(QStringLiteral("detailExplanation"));
+    explanation_->setWordWrap(true);
+
+    auto *names = new QVBoxLayout;
+    names->setSpacing(2);
+    names->addWidget(name_);
+    names->addWidget(path_);
+    auto *head = new QHBoxLayout;
+    head->setSpacing(10);
+    icon_->setFixedSize(iconSize, iconSize);
+    head->addWidget(icon_, 0, Qt::AlignTop);
+    head->addLayout(names, 1);
+
+    auto *figures = new QGridLayout;
+    figures->setHorizontalSpacing(16);
+    figures->setVerticalSpacing(2);
+    const std::array<QString, figureCount> titles = {tr("Allocated"), tr("Logical size"), tr("Files"),
+                                                     tr("Folders"), tr("Share of parent")};
+    const std::array<const char *, figureCount> objectNames = {"allocated", "logical", "files", "folders",
+                                                               "share"};
+    for (std::size_t i = 0; i < titles.size(); ++i) {
+        const int column = static_cast<int>(i);
+        titles_[i] = new TextLabel(Type::Size::caption, TextLabel::Tone::tertiary, this);
+        titles_[i]->setText(titles[i]);
+        values_[i] = new TextLabel(Type::Size::body, QFont::Medium, this);
+        values_[i]->setObjectName(QLatin1String(objectNames[i]));
+        figures->addWidget(titles_[i], 0, column);
+        figures->addWidget(values_[i], 1, column);
+        figures->setColumnStretch(column, 1);
+    }
+
+    auto *actions = new QHBoxLayout;
+    actions->setSpacing(8);
+    actions->addWidget(reveal_);
+    actions->addWidget(copyPath_);
+    actions->addWidget(notice_, 1);
+    actions->addStretch(1);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(16, 12, 16, 12);
+    layout->setSpacing(10);
+    layout->addLayout(head);
+    layout->addLayout(figures);
+    layout->addWidget(explanation_);
+    layout->addLayout(actions);
+
+    connect(reveal_, &QPushButton::clicked, this, &DetailPanel::revealRequested);
+    connect(copyPath_, &QPushButton::clicked, this, &DetailPanel::copyPathRequested);
+    showNodes({});
+}
+
+void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
+    std::int64_t size = 0, logicalSize = 0, fileCount = 0, dirCount = 0;
+    for (const FSNode *node : nodes) {
+        size = checkedAdd(size, node->size);
+        logicalSize = checkedAdd(logicalSize, node->logicalSize);
+        fileCount = checkedAdd(fileCount, node->fileCount);
+        dirCount = checkedAdd(dirCount, node->dirCount);
+    }
+    const FSNode *only = nodes.size() == 1 ? nodes.front() : nullptr;
+    iconName_ = only != nullptr ? OutlineModel::iconName(*only) : QStringLiteral("files");
+    name_->setText(
+        only != nullptr
+            ? text(only->name)
+            : tr("%1 items selected").arg(text(Fmt::count(static_cast<std::int64_t>(nodes.size())))));
+    path_->setText(only != nullptr ? text(only->path()) : QString());
+    const QString none = QStringLiteral("—");
+    if (nodes.empty()) {
+        name_->setText(tr("Nothing selected"));
+        showFigures({none, none, none, none, none});
+    } else {
+        showFigures({text(Fmt::byteFormatter(size)), text(Fmt::byteFormatter(logicalSize)),
+                     text(Fmt::count(fileCount)), text(Fmt::count(dirCount)),
+                     only != nullptr ? shareOfParent(*only) : none});
+    }
+    const std::optional<std::string> why = only != nullptr ? explanation(*only) : std::nullopt;
+    explanation_->setText(why ? text(*why) : QString());
+    explanation_->setVisible(why.has_value());
+    reveal_->setEnabled(only != nullptr);
+    copyPath_->setEnabled(!nodes.empty());
+    showNotice({});
+    drawIcon();
+}
+
+void DetailPanel::showNotice(const QString &notice) {
+    notice_->setText(notice);
+    notice_->setVisible(!notice.isEmpty());
+}
+
+void DetailPanel::showFigures(const std::array<QString, figureCount> &values) {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values_[i]->setText(values[i]);
+        values_[i]->setAccessibleName(titles_[i]->text() + QStringLiteral(": ") + values[i]);
+    }
+}
+
+void DetailPanel::changeEvent(QEvent *event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        drawIcon();
+}
+
+void DetailPanel::drawIcon() {
+    icon_->setPixmap(Icons::pixmap(iconName_, Theme::current().accent, iconSize, devicePixelRatioF()));
+}
+
+} // namespace brimvale
