@@ -6,4 +6,4 @@
 #   --rounds N     how often it is started
 #   --at-most MS   the target in milliseconds (60)
 set -euo pipefail
-exec "$programs/StartWindow" --at-most 60 "$@"
+exec "${programs:?}/StartWindow" --at-most 60 "$@"
