@@ -2,9 +2,11 @@
 // children. Drawn offscreen; every time includes the repaint that follows.
 
 #include "Core/FSNode.h"
+#include "Core/Treemap.h"
 #include "Views/Components/Theme.h"
 #include "Views/OutlineModel.h"
 #include "Views/OutlineView.h"
+#include "Views/TreemapView.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -92,7 +94,7 @@ void finish(FSNode &root) {
     std::vector<FSNode *> folders{&root};
     for (std::size_t i = 0; i < folders.size(); ++i)
         for (const auto &child : folders[i]->children())
-            if (child->hasOutlineChildren())
+            if (!child->outlineChildren().empty())
                 folders.push_back(child.get());
     for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder)
         for (const auto &child : (*folder)->children()) {
@@ -335,6 +337,33 @@ private:
     OutlineView view_;
 };
 
+/// The treemap of the folder with very many children.
+void measureTreemap(const SampleTree &tree, Report &report) {
+    constexpr int width = 900;
+    constexpr int height = 700;
+    std::vector<Milliseconds> choosing;
+    std::vector<Milliseconds> layingOut;
+    std::vector<Milliseconds> resizing;
+    TreemapView view;
+    view.resize(width, height);
+    view.show();
+    for (int i = 1; i <= repetitions; ++i) {
+        choosing.push_back(timeOf([&] { view.setNode(tree.bigFolder); }));
+        const Treemap treemap(*tree.bigFolder, Treemap::usualMaxTiles);
+        layingOut.push_back(timeOf([&] {
+            if (treemap.layout({0, 0, width + static_cast<double>(i), height}).empty())
+                std::puts("no tiles");
+        }));
+        resizing.push_back(timeOf([&] {
+            view.resize(width + i, height);
+            view.grab();
+        }));
+    }
+    report.row("Show another folder (choose its tiles)", choosing, Milliseconds(16));
+    report.row("Lay out for another size", layingOut, Milliseconds(4));
+    report.row("Resize and repaint everything", resizing, Milliseconds(16));
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -345,6 +374,8 @@ int main(int argc, char **argv) {
     const SampleTree tree = makeTree();
     Report report;
 
-    report.section("Outline");
+    report.section("Treemap");
+    measureTreemap(tree, report);
+    report.section("Outline"); // last, since it takes nodes out
     OutlineTimings(tree, report).measure();
 }

@@ -63,7 +63,7 @@ void CorvelModel::startScan(std::optional<std::string> path) {
             found->sortRecursively();
             return stats->cancelled() ? nullptr : found;
         },
-        [this](std::shared_ptr<FSNode> found) { finishScan(std::move(found)); });
+        [this](const std::shared_ptr<FSNode> &found) { finishScan(found); });
 }
 
 void CorvelModel::pollScan() {
@@ -80,7 +80,7 @@ void CorvelModel::pollScan() {
 
 // A superseded scan ends here too when its walk returns, and so ends the newer scan's progress early; the
 // newer scan's tree still comes.
-void CorvelModel::finishScan(std::shared_ptr<FSNode> found) {
+void CorvelModel::finishScan(const std::shared_ptr<FSNode> &found) {
     progressTimer_.stop();
     if (found != nullptr) {
         letGo(*tree);

@@ -104,7 +104,7 @@ public:
     [[nodiscard]] const std::shared_ptr<ScanStats> &scanStats() const { return scanStats_; }
 
     /// Ends the scan session, with the tree that it found or, after a cancellation, with none.
-    void finishScan(std::shared_ptr<FSNode> found);
+    void finishScan(const std::shared_ptr<FSNode> &found);
 
     /// Reads the volumes and the access probe again, and the snapshots in the background.
     void refreshVolumes();

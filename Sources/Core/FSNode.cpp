@@ -92,7 +92,7 @@ void FSNode::sortRecursively() {
             std::stable_sort(node->children_.begin(), node->children_.end(),
                              [](const auto &a, const auto &b) { return a->size > b->size; });
         for (const std::unique_ptr<FSNode> &child : node->children_)
-            if (child->hasOutlineChildren())
+            if (!child->outlineChildren().empty())
                 waiting.push_back(child.get());
     }
 }

@@ -50,8 +50,10 @@ public:
     [[nodiscard]] FSNode *parent() const { return parent_; }
     [[nodiscard]] std::span<const std::unique_ptr<FSNode>> children() const { return children_; }
 
-    /// Whether an outline shows a disclosure triangle: a folder with at least one child.
-    [[nodiscard]] bool hasOutlineChildren() const { return isDirectory && !children_.empty(); }
+    /// What an outline discloses beneath this node: a folder's children; none for anything else.
+    [[nodiscard]] std::span<const std::unique_ptr<FSNode>> outlineChildren() const {
+        return isDirectory ? children() : std::span<const std::unique_ptr<FSNode>>{};
+    }
 
     /// Appends a node that was made inside this one.
     void adopt(std::unique_ptr<FSNode> child);

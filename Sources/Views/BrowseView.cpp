@@ -206,7 +206,7 @@ void BrowseView::showState() {
 }
 
 void BrowseView::focusOn(FSNode *folder) {
-    if (folder == nullptr || !folder->hasOutlineChildren())
+    if (folder == nullptr || folder->outlineChildren().empty())
         return;
     focus_ = folder;
     breadcrumb_->setFolder(folder);
@@ -253,7 +253,7 @@ void BrowseView::showMenu(const QPoint &place) {
     menu->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
     if (shown_.size() == 1) {
         FSNode *node = shown_.front();
-        if (node->hasOutlineChildren() && node != focus_)
+        if (!node->outlineChildren().empty() && node != focus_)
             menu->addAction(tr("Open"), this, [this, node] { focusOn(node); });
         menu->addAction(QLatin1String(FileBrowser::revealTitle()), this, &BrowseView::reveal);
     }

@@ -22,6 +22,7 @@ namespace brimvale {
 namespace {
 
 constexpr int iconSize = 20;
+constexpr int figuresInARow = 3;
 
 QString text(const std::string &utf8) {
     return QString::fromUtf8(utf8);
@@ -71,19 +72,19 @@ DetailPanel::DetailPanel(QWidget *parent)
     auto *figures = new QGridLayout;
     figures->setHorizontalSpacing(16);
     figures->setVerticalSpacing(2);
-    const std::array<QString, figureCount> titles = {tr("Allocated"), tr("Logical size"), tr("Files"),
-                                                     tr("Folders"), tr("Share of parent")};
-    const std::array<const char *, figureCount> objectNames = {"allocated", "logical", "files", "folders",
-                                                               "share"};
+    const std::array<QString, figureCount> titles = {tr("Allocated"), tr("Logical size"),
+                                                     tr("Share of parent"), tr("Files"), tr("Folders")};
+    const std::array<const char *, figureCount> objectNames = {"allocated", "logical", "share", "files",
+                                                               "folders"};
     for (std::size_t i = 0; i < titles.size(); ++i) {
-        const int column = static_cast<int>(i);
+        const int place = static_cast<int>(i);
         titles_[i] = new TextLabel(Type::Size::caption, TextLabel::Tone::tertiary, this);
         titles_[i]->setText(titles[i]);
         values_[i] = new TextLabel(Type::Size::body, QFont::Medium, this);
         values_[i]->setObjectName(QLatin1String(objectNames[i]));
-        figures->addWidget(titles_[i], 0, column);
-        figures->addWidget(values_[i], 1, column);
-        figures->setColumnStretch(column, 1);
+        figures->addWidget(titles_[i], 2 * (place / figuresInARow), place % figuresInARow);
+        figures->addWidget(values_[i], 2 * (place / figuresInARow) + 1, place % figuresInARow);
+        figures->setColumnStretch(place % figuresInARow, 1);
     }
 
     auto *actions = new QHBoxLayout;
@@ -127,8 +128,8 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
         showFigures({none, none, none, none, none});
     } else {
         showFigures({text(Fmt::byteFormatter(size)), text(Fmt::byteFormatter(logicalSize)),
-                     text(Fmt::count(fileCount)), text(Fmt::count(dirCount)),
-                     only != nullptr ? shareOfParent(*only) : none});
+                     only != nullptr ? shareOfParent(*only) : none, text(Fmt::count(fileCount)),
+                     text(Fmt::count(dirCount))});
     }
     const std::optional<std::string> why = only != nullptr ? explanation(*only) : std::nullopt;
     explanation_->setText(why ? text(*why) : QString());

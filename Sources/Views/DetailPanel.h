@@ -36,7 +36,7 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    enum Figure { allocated, logical, files, folders, share, figureCount };
+    enum Figure { allocated, logical, share, files, folders, figureCount };
 
     void showFigures(const std::array<QString, figureCount> &values);
     void drawIcon();

@@ -89,7 +89,8 @@ void OutlineDelegate::paintShare(QPainter &painter, const QStyleOptionViewItem &
     const bool onAccent = isOnAccent(option);
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     QRectF bar = option.rect.adjusted(margin, 0, -margin, 0);
-    bar.setTop(option.rect.center().y() - barHeight / 2 + 1);
+    const int half = barHeight / 2;
+    bar.setTop(option.rect.center().y() - half + 1);
     bar.setHeight(barHeight);
     QColor track = isSelected ? theme.border : theme.track;
     if (onAccent) {

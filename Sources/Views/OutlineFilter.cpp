@@ -3,7 +3,6 @@
 #include "Views/Prefetch.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace brimvale {
 
@@ -19,8 +18,8 @@ QString composed(const QString &text) {
 
 } // namespace
 
-OutlineFilter::OutlineFilter(FSNode &root, QString text, OutlineMark::Filter marks)
-    : text_(composed(std::move(text))), marks_(marks), nodes_{&root} {}
+OutlineFilter::OutlineFilter(FSNode &root, const QString &text, OutlineMark::Filter marks)
+    : text_(composed(text)), marks_(marks), nodes_{&root} {}
 
 bool OutlineFilter::advance(std::chrono::microseconds time) {
     const auto end = std::chrono::steady_clock::now() + time;

@@ -15,7 +15,7 @@ class OutlineFilter {
 public:
     /// A pass over everything beneath `root` that marks the nodes whose names contain `text`, in whatever
     /// case, and the folders around them. An aggregate has no name of its own, so it never matches.
-    OutlineFilter(FSNode &root, QString text, OutlineMark::Filter marks);
+    OutlineFilter(FSNode &root, const QString &text, OutlineMark::Filter marks);
 
     /// Goes on for about this long; answers whether the pass is done.
     [[nodiscard]] bool advance(std::chrono::microseconds time);

@@ -172,7 +172,7 @@ void OutlineModel::aboutToRemove(const FSNode &node) {
     passTimer_.stop();
     pass_.reset();
     if (isWithin(focused_, node))
-        setFocused(node.parent());
+        setFocused(nullptr);
     const QModelIndex index = indexOf(node);
     removal_ = Removal{node.parent(), std::nullopt};
     if (index.isValid()) {
@@ -242,7 +242,7 @@ QModelIndex OutlineModel::parent(const QModelIndex &index) const {
 
 int OutlineModel::rowCount(const QModelIndex &parent) const {
     const FSNode *folder = nodeAt(parent);
-    if (folder == nullptr || parent.column() > 0 || !folder->hasOutlineChildren())
+    if (folder == nullptr || parent.column() > 0 || folder->outlineChildren().empty())
         return 0;
     return static_cast<int>(rowsOf(*folder).size());
 }
@@ -253,7 +253,7 @@ int OutlineModel::columnCount(const QModelIndex &) const {
 
 bool OutlineModel::hasChildren(const QModelIndex &parent) const {
     const FSNode *folder = nodeAt(parent);
-    if (folder == nullptr || parent.column() > 0 || !folder->hasOutlineChildren())
+    if (folder == nullptr || parent.column() > 0 || folder->outlineChildren().empty())
         return false;
     if (!isFiltered())
         return true;
@@ -266,7 +266,7 @@ Qt::ItemFlags OutlineModel::flags(const QModelIndex &index) const {
     if (!index.isValid())
         return Qt::NoItemFlags;
     const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-    return nodeAt(index)->hasOutlineChildren() ? flags : flags | Qt::ItemNeverHasChildren;
+    return !nodeAt(index)->outlineChildren().empty() ? flags : flags | Qt::ItemNeverHasChildren;
 }
 
 QVariant OutlineModel::data(const QModelIndex &index, int role) const {

@@ -59,8 +59,8 @@ public:
     void setFocused(FSNode *folder);
 
     /// Call right before `node`, which is not the root, is taken out of the tree, and then `removed` once the
-    /// figures of the folders around it are as they will be. An outline that is focused within `node` should
-    /// be focused elsewhere before.
+    /// figures of the folders around it are as they will be. An outline that is focused on `node` or within
+    /// it shows the whole tree then.
     void aboutToRemove(const FSNode &node);
     void removed();
 

@@ -240,7 +240,7 @@ void OutlineView::restoreExpansion(bool isEverythingOpen) {
         const FSNode *folder = waiting.back();
         waiting.pop_back();
         for (const FSNode *node : model_.rowsOf(*folder)) {
-            if (!node->hasOutlineChildren())
+            if (node->outlineChildren().empty())
                 continue;
             const QModelIndex index = model_.indexOf(*node);
             const bool isLaidOpen = isEverythingOpen && opened < laidOpenFoldersAtMost;
@@ -309,7 +309,7 @@ void OutlineView::keyboardSearch(const QString &typed) {
 
 /// Null beneath the last row.
 FSNode *OutlineView::rowBelow(const FSNode &node) const {
-    if (node.hasOutlineChildren()) {
+    if (!node.outlineChildren().empty()) {
         const QModelIndex index = model_.indexOf(node);
         if (isExpanded(index) && model_.hasChildren(index))
             return model_.rowsOf(node).front();

@@ -54,11 +54,11 @@ TEST(FSNode, NamesAggregatesByTheirCount) {
 
 TEST(FSNode, OffersADisclosureOnlyWhereThereIsSomethingToDisclose) {
     FSNode root("r", "/r", true);
-    EXPECT_FALSE(root.hasOutlineChildren());
+    EXPECT_TRUE(root.outlineChildren().empty());
     FSNode &file = add(root, "file", false);
-    EXPECT_TRUE(root.hasOutlineChildren());
-    EXPECT_FALSE(file.hasOutlineChildren());
-    EXPECT_FALSE(FSNode::aggregate(root, 3)->hasOutlineChildren());
+    EXPECT_FALSE(root.outlineChildren().empty());
+    EXPECT_TRUE(file.outlineChildren().empty());
+    EXPECT_TRUE(FSNode::aggregate(root, 3)->outlineChildren().empty());
 }
 
 TEST(FSNode, SortsEveryLevelAndKeepsTheWalkOrderOfEqualSizes) {

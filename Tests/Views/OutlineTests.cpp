@@ -211,7 +211,7 @@ protected:
 TEST(OutlineModel, StaysSoundWhateverIsDoneToIt) {
     static const std::array filters = {QStringLiteral("b"), QStringLiteral("é"), QStringLiteral("10"),
                                        QStringLiteral("no such name"), QString()};
-    for (unsigned seed = 0; seed < 12; ++seed) {
+    for (unsigned seed = 0; seed < 40; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);
         const std::shared_ptr<FSNode> tree = makeRandomTree(random, 60);
@@ -223,8 +223,10 @@ TEST(OutlineModel, StaysSoundWhateverIsDoneToIt) {
         view.expandAll();
         for (int step = 0; step < 30; ++step) {
             const std::vector<FSNode *> nodes = everythingBeneath(*tree);
+            if (nodes.empty())
+                break;
             FSNode &node = *nodes[random() % nodes.size()];
-            switch (random() % 5) {
+            switch (random() % 7) {
             case 0:
                 model.sort(static_cast<int>(random() % OutlineModel::columns),
                            random() % 2 == 0 ? Qt::AscendingOrder : Qt::DescendingOrder);
@@ -238,10 +240,18 @@ TEST(OutlineModel, StaysSoundWhateverIsDoneToIt) {
             case 3:
                 view.setFocusFolder(node.isDirectory ? &node : nullptr);
                 break;
-            default:
+            case 4:
                 view.select(&node);
+                break;
+            case 5:
+                view.selectAll();
+                break;
+            default:
+                view.setExpanded(model.indexOf(node), random() % 2 == 0);
             }
             view.viewport()->grab();
+            for (const FSNode *selected : view.selectedNodes())
+                EXPECT_FALSE(view.visualRect(model.indexOf(*selected)).isEmpty()) << "is out of sight";
         }
         view.setFocusFolder(nullptr);
         ASSERT_TRUE(waitUntilFiltered(model));
@@ -347,7 +357,7 @@ TEST(OutlineModel, SortsByEachColumnAndKeepsTheOrderOfEquals) {
     EXPECT_EQ(root->children().front()->name, "apple") << "the tree's own order stays";
 }
 
-TEST(OutlineModel, SortsTheNamesInAVeryLargeFolderByNumberAndWithoutCase) {
+TEST(OutlineModel, SortsAVeryLargeFolderByTheSameRules) {
     constexpr std::size_t count = 12'000;
     std::vector<std::string> expected{""};
     for (std::size_t i = 0; i < count; ++i)
@@ -357,10 +367,14 @@ TEST(OutlineModel, SortsTheNamesInAVeryLargeFolderByNumberAndWithoutCase) {
     std::vector<std::string> shuffled = expected;
     std::shuffle(shuffled.begin(), shuffled.end(), std::mt19937(1));
     const std::shared_ptr<FSNode> root = makeRoot();
-    for (const std::string &name : shuffled)
-        add(*root, name, 1);
+    for (std::size_t i = 0; i < shuffled.size(); ++i)
+        add(*root, shuffled[i], i % 2 == 0 ? 5 : 1);
     OutlineModel model;
     model.setTree(root);
+    std::vector<FSNode *> bySize = everythingBeneath(*root);
+    std::stable_partition(bySize.begin(), bySize.end(), [](const FSNode *node) { return node->size == 5; });
+    EXPECT_EQ(model.rowsOf(*root), bySize) << "equal sizes are in the tree's order";
+
     model.sort(OutlineModel::nameColumn, Qt::AscendingOrder);
     EXPECT_EQ(namesOf(model.rowsOf(*root)), expected);
     model.sort(OutlineModel::nameColumn, Qt::DescendingOrder);
@@ -455,6 +469,23 @@ TEST(OutlineModel, ShowsTheOldRowsUntilAFilterIsDone) {
     EXPECT_EQ(model.rowCount(), 2);
     ASSERT_TRUE(waitUntilFiltered(model));
     EXPECT_THAT(rowsIn(model), ElementsAre("new"));
+}
+
+TEST(OutlineModel, FoldersLookedIntoMeanwhileShowTheOldFilterToo) {
+    const std::shared_ptr<FSNode> root = makeRoot();
+    FSNode &folder = addFolder(*root, "folder");
+    for (int i = 0; i < 100'000; ++i)
+        add(folder, i % 1000 == 0 ? "old" : "new", 1);
+    OutlineModel model;
+    model.setTree(root);
+    model.setFilter(QStringLiteral("OLD"));
+    ASSERT_TRUE(waitUntilFiltered(model));
+    model.setFilter(QStringLiteral("NEW"));
+    QCoreApplication::processEvents(); // a part of the search
+    EXPECT_TRUE(model.isFiltering());
+    EXPECT_EQ(model.rowCount(model.indexOf(folder)), 100);
+    ASSERT_TRUE(waitUntilFiltered(model));
+    EXPECT_EQ(model.rowCount(model.indexOf(folder)), 99'900);
 }
 
 TEST(OutlineModel, LetsGoOfTheTreeAtOnce) {
@@ -671,6 +702,11 @@ TEST_F(OutlineWindow, StaysFocusedOnAFolderThatAFilterHides) {
     EXPECT_EQ(view_->focusFolder(), &empty_);
     view_->setFocusFolder(nullptr);
     EXPECT_THAT(rowsIn(model_), ElementsAre("big"));
+    view_->setFocusFolder(&deep_);
+    filter("file");
+    detachNode(deep_);
+    ASSERT_TRUE(waitUntilFiltered(model_));
+    EXPECT_THAT(rowsIn(model_), ElementsAre("file"));
     filter("");
     EXPECT_EQ(model_.rowCount(view_->rootIndex()), 4);
 }

@@ -37,6 +37,8 @@ void StateMessage::setMessage(const QString &iconName, const QString &title, con
     iconName_ = iconName;
     title_->setText(title);
     sentence_->setText(sentence);
+    // A layout asks an aligned label for one line only.
+    sentence_->setFixedHeight(sentence_->heightForWidth(textWidth));
     drawIcon();
 }
 
