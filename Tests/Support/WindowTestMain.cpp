@@ -22,8 +22,8 @@ int main(int argc, char **argv) {
     const QTemporaryDir runtimeFolder;
     qputenv("XDG_RUNTIME_DIR", runtimeFolder.path().toLocal8Bit());
     QStandardPaths::setTestModeEnabled(true);
-    QApplication::setStyle(QStringLiteral("Fusion"));
     const QApplication application(argc, argv);
+    QApplication::setStyle(QStringLiteral("Fusion")); // now that there is one to own it
     qInstallMessageHandler(failOnWarning);
     return RUN_ALL_TESTS();
 }
