@@ -53,17 +53,22 @@ void CorvelModel::startScan(std::optional<std::string> path) {
     scanUnreadable.set(0);
     scanElapsed.set(0);
     scanCurrentPath.set(*scanRootPath);
-    letGo(*tree);
+    withdrawTree();
     scanStart_ = std::chrono::steady_clock::now();
     progressTimer_.start(progressInterval);
 
     inBackground(
-        [root = *scanRootPath, stats = scanStats_]() -> std::shared_ptr<FSNode> {
+        [root = *scanRootPath, stats = scanStats_] {
             std::shared_ptr<FSNode> found = DiskScanner::scan(root, ScanOptions::standard(), *stats);
             found->sortRecursively();
-            return stats->cancelled() ? nullptr : found;
+            return found;
         },
-        [this](const std::shared_ptr<FSNode> &found) { finishScan(found); });
+        [this, stats = scanStats_](std::shared_ptr<FSNode> found) {
+            // Asked here, since a scan may be cancelled while its result waits for the event loop.
+            if (stats->cancelled())
+                freeInBackground(std::exchange(found, nullptr));
+            finishScan(found);
+        });
 }
 
 void CorvelModel::pollScan() {
@@ -83,7 +88,7 @@ void CorvelModel::pollScan() {
 void CorvelModel::finishScan(const std::shared_ptr<FSNode> &found) {
     progressTimer_.stop();
     if (found != nullptr) {
-        letGo(*tree);
+        withdrawTree();
         tree.set(found);
         if (scanStats_ != nullptr) {
             scanFiles.set(scanStats_->files());
@@ -101,9 +106,14 @@ void CorvelModel::finishScan(const std::shared_ptr<FSNode> &found) {
     refreshVolumes();
 }
 
-/// Withdraws the tree. Its many nodes are freed in the background.
-void CorvelModel::letGo(std::shared_ptr<FSNode> old) {
+void CorvelModel::withdrawTree() {
+    std::shared_ptr<FSNode> old = *tree;
     tree.set(nullptr);
+    freeInBackground(std::move(old));
+}
+
+/// A tree has so many nodes that the window would stand still meanwhile.
+void CorvelModel::freeInBackground(std::shared_ptr<FSNode> old) {
     if (old != nullptr)
         workers_.start([old = std::move(old)]() mutable { old.reset(); });
 }

@@ -110,18 +110,19 @@ public:
     void refreshVolumes();
 
 private:
-    /// Runs `work` on another thread and then, from the event loop, `use` with its result; not if the model
-    /// has gone by then.
+    /// Runs `work` on another thread and then, from the event loop, `use` with its result, which is handed
+    /// over; not if the model has gone by then.
     template<class Work, class Use>
     void inBackground(Work work, Use use) {
         workers_.start([this, work = std::move(work), use = std::move(use)] {
             QMetaObject::invokeMethod(
-                this, [use, result = work()] { use(result); }, Qt::QueuedConnection);
+                this, [use, result = work()]() mutable { use(std::move(result)); }, Qt::QueuedConnection);
         });
     }
 
     void pollScan();
-    void letGo(std::shared_ptr<FSNode> old);
+    void withdrawTree();
+    void freeInBackground(std::shared_ptr<FSNode> old);
 
     std::shared_ptr<ScanStats> scanStats_;
     QTimer progressTimer_;

@@ -5,8 +5,10 @@
 
 #include <QSignalSpy>
 #include <QTest>
-#include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
+#include <utility>
+#include <vector>
 
 namespace brimvale {
 
@@ -92,6 +94,37 @@ TEST(CorvelModel, NeverInstallsASupersededScan) {
         QCoreApplication::processEvents();
         EXPECT_EQ((*model.tree)->path(), folder.path("second"));
     }
+}
+
+TEST(CorvelModel, NeverInstallsAScanThatIsSupersededWhileItsResultWaits) {
+    /// Runs something once, just before the first result is delivered to the model.
+    class BeforeDelivery : public QObject {
+    public:
+        explicit BeforeDelivery(std::function<void()> action) : action_(std::move(action)) {}
+        bool eventFilter(QObject *, QEvent *event) override {
+            if (event->type() == QEvent::MetaCall && action_ != nullptr)
+                std::exchange(action_, nullptr)();
+            return false;
+        }
+
+    private:
+        std::function<void()> action_;
+    };
+
+    const TemporaryFolder folder;
+    folder.makeFile("first/file", 1);
+    folder.makeFile("second/file", 1);
+    CorvelModel model;
+    std::vector<std::string> shown;
+    QObject::connect(&model, &CorvelModel::treeChanged, [&] {
+        if (*model.tree != nullptr)
+            shown.push_back((*model.tree)->path());
+    });
+    BeforeDelivery filter([&] { model.startScan(folder.path("second")); });
+    model.installEventFilter(&filter);
+    model.startScan(folder.path("first"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return *model.tree != nullptr; }, 20'000));
+    EXPECT_EQ(shown, std::vector{folder.path("second")});
 }
 
 TEST(CorvelModel, EndsWithoutATreeWhenStopped) {
