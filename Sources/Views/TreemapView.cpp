@@ -2,6 +2,7 @@
 
 #include "Core/TreemapStyle.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/PlainToolTip.h"
 #include "Views/Components/Theme.h"
 #include "Views/TreemapAccessibility.h"
 #include "Views/TreemapPicture.h"
@@ -14,7 +15,6 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QTextDocument>
 #include <QToolTip>
 #include <algorithm>
 #include <utility>
@@ -25,11 +25,6 @@ namespace {
 
 constexpr qreal hoverFrameWidth = 1;
 constexpr int focusFrameWidth = 2;
-
-/// Plain text for a tool tip, which would take "<b>" in a file's name for markup.
-QString asToolTip(const QString &text) {
-    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text, Qt::WhiteSpacePre) : text;
-}
 
 } // namespace
 
@@ -297,7 +292,7 @@ void TreemapView::showToolTip(const QHelpEvent &event) {
     const std::optional<std::size_t> index = tileAt(event.pos());
     if (!index)
         return QToolTip::hideText();
-    QToolTip::showText(event.globalPos(), asToolTip(toolTipOf(*index)), this, tileArea(*index));
+    QToolTip::showText(event.globalPos(), plainToolTip(toolTipOf(*index)), this, tileArea(*index));
 }
 
 /// Tells assistive technology which tile is selected, and has the focus if the treemap does.
