@@ -2,8 +2,10 @@
 
 #include "Views/Components/Icons.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/PlainToolTip.h"
 #include "Views/Components/Theme.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -19,6 +21,11 @@ constexpr int chevronSize = 12;
 constexpr int buttonPadding = 14;
 constexpr int widestName = 220;
 constexpr std::size_t mostHiddenListed = 30;
+
+/// A name for a button or a menu, which take "&" for the mark of a key.
+QString asTitle(QString name) {
+    return name.replace(QLatin1Char('&'), QStringLiteral("&&"));
+}
 
 } // namespace
 
@@ -58,6 +65,7 @@ void Breadcrumb::changeEvent(QEvent *event) {
 }
 
 void Breadcrumb::rebuild() {
+    const bool hadFocus = isAncestorOf(QApplication::focusWidget());
     while (QLayoutItem *item = layout_->takeAt(0)) {
         // Later, since it may be the button whose click has led here.
         if (item->widget() != nullptr) {
@@ -73,9 +81,14 @@ void Breadcrumb::rebuild() {
         addFolder(*way_.front(), false);
     if (first > 1)
         addHidden(first);
+    QToolButton *last = nullptr;
     for (std::size_t i = first; i < way_.size(); ++i)
-        addFolder(*way_[i], i + 1 == way_.size());
+        last = addFolder(*way_[i], i + 1 == way_.size());
     layout_->addStretch(1);
+    if (!hadFocus)
+        return;
+    last->show(); // what is hidden cannot have it
+    last->setFocus(Qt::OtherFocusReason);
 }
 
 /// The index from which on all folders are shown, besides the root.
@@ -95,19 +108,20 @@ std::size_t Breadcrumb::firstThatFits() const {
     return std::min(first, way_.size() - 1);
 }
 
-void Breadcrumb::addFolder(FSNode &folder, bool isFocused) {
+QToolButton *Breadcrumb::addFolder(FSNode &folder, bool isFocused) {
     auto *button = new QToolButton(this);
     button->setAutoRaise(true);
     button->setFont(Type::font(Type::Size::body, isFocused ? QFont::DemiBold : QFont::Normal));
-    button->setText(
-        button->fontMetrics().elidedText(displayedName(folder), Qt::ElideMiddle, widestName - buttonPadding));
-    button->setToolTip(QString::fromUtf8(folder.path()));
+    button->setText(asTitle(button->fontMetrics().elidedText(displayedName(folder), Qt::ElideMiddle,
+                                                             widestName - buttonPadding)));
+    button->setToolTip(plainToolTip(QString::fromUtf8(folder.path())));
     button->setAccessibleName(displayedName(folder));
     button->setFocusPolicy(Qt::TabFocus);
     connect(button, &QToolButton::clicked, this, [this, &folder] { emit chosen(&folder); });
     layout_->addWidget(button);
     if (!isFocused)
         addChevron();
+    return button;
 }
 
 /// The folders between the root and the first one shown, behind a menu that lists the nearest of them.
@@ -118,9 +132,10 @@ void Breadcrumb::addHidden(std::size_t end) {
     button->setAccessibleName(tr("Folders in between"));
     button->setPopupMode(QToolButton::InstantPopup);
     auto *menu = new QMenu(button);
+    menu->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
     for (std::size_t i = end - 1; i > 0 && end - i <= mostHiddenListed; --i) {
         FSNode *folder = way_[i];
-        menu->addAction(displayedName(*folder), this, [this, folder] { emit chosen(folder); });
+        menu->addAction(asTitle(displayedName(*folder)), this, [this, folder] { emit chosen(folder); });
     }
     button->setMenu(menu);
     layout_->addWidget(button);

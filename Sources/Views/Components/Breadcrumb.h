@@ -34,7 +34,7 @@ protected:
 private:
     void rebuild();
     [[nodiscard]] std::size_t firstThatFits() const;
-    void addFolder(FSNode &folder, bool isFocused);
+    QToolButton *addFolder(FSNode &folder, bool isFocused);
     void addHidden(std::size_t end);
     void addChevron();
 
