@@ -78,7 +78,7 @@ BrowseView::BrowseView(CorvelModel &model, QWidget *parent)
     connect(outline_, &OutlineView::opened, this, &BrowseView::focusOn);
     connect(outline_, &OutlineView::selectionChangedTo, this, &BrowseView::select);
     connect(outline_, &OutlineView::menuRequested, this, &BrowseView::showMenu);
-    connect(treemap_, &TreemapView::selected, this, &BrowseView::selectTile);
+    connect(treemap_, &TreemapView::selected, this, &BrowseView::selectNode);
     connect(treemap_, &TreemapView::drilledIn, this, &BrowseView::focusOn);
     connect(treemap_, &TreemapView::contextMenuRequested, this,
             [this](FSNode *, QPoint place) { showMenu(place); });
@@ -159,10 +159,6 @@ void BrowseView::addShortcuts() {
     });
 }
 
-void BrowseView::chooseFolder() {
-    bar_->chooseFolder();
-}
-
 /// The tree that the model has now, or none: nothing of an earlier one may be kept.
 void BrowseView::showTree() {
     focus_ = nullptr;
@@ -182,7 +178,8 @@ void BrowseView::showState() {
     body_->setCurrentWidget(hasResults ? results_ : message_);
     if (hasResults)
         return;
-    const QString path = QString::fromUtf8(*model_.scanRootPath);
+    // Another place may have been chosen since the scan began.
+    const QString path = tree == nullptr ? QString() : QString::fromUtf8(tree->path());
     if (*model_.isScanning) {
         message_->setMessage(
             QStringLiteral("search"), tr("Scanning…"),
@@ -198,17 +195,24 @@ void BrowseView::showState() {
                              tr("“%1” is an empty folder.").arg(path));
     } else if (fileStatus(tree->path())) {
         message_->setMessage(QStringLiteral("lock"), tr("This could not be read"),
-                             tr("“%1” is not a folder that you may list.").arg(path));
+                             tr("“%1” is not a folder that you may list. %2").arg(path, whatHelps()));
     } else {
         message_->setMessage(QStringLiteral("triangle-alert"), tr("Nothing to scan"),
                              tr("There is nothing at “%1”.").arg(path));
     }
 }
 
+QString BrowseView::whatHelps() const {
+    return *model_.hasFullDiskAccess ? tr("Its owner or an administrator can change that.")
+                                     : tr("Full Disk Access would let this be measured.");
+}
+
 void BrowseView::focusOn(FSNode *folder) {
     if (folder == nullptr || folder->outlineChildren().empty())
         return;
     focus_ = folder;
+    outline_->select(nullptr);
+    treemap_->setSelection(nullptr);
     breadcrumb_->setFolder(folder);
     treemap_->setNode(folder);
     outline_->setFocusFolder(folder);
@@ -220,7 +224,7 @@ void BrowseView::focusOnEnclosing() {
         return;
     FSNode *left = focus_;
     focusOn(focus_->parent());
-    outline_->select(left);
+    selectNode(left);
 }
 
 /// What the outline has selected: the treemap marks the first of it, or the tile that it lies in.
@@ -232,8 +236,8 @@ void BrowseView::select(const std::vector<FSNode *> &nodes) {
         showDetails(nodes);
 }
 
-/// A tile was clicked. The one for the many small children is no row of the outline.
-void BrowseView::selectTile(FSNode *node) {
+/// Selects one node in both. The tile for the many small children is no row of the outline.
+void BrowseView::selectNode(FSNode *node) {
     outline_->select(isInTree(*node) ? node : nullptr);
     treemap_->setSelection(node);
     showDetails({node});

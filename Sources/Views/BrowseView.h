@@ -26,9 +26,6 @@ class BrowseView : public QWidget {
 public:
     explicit BrowseView(CorvelModel &model, QWidget *parent = nullptr);
 
-    /// Lets the user choose a folder to scan.
-    void chooseFolder();
-
 private:
     QWidget *makeResults();
     QWidget *makeOutlineSide();
@@ -37,10 +34,11 @@ private:
 
     void showTree();
     void showState();
+    [[nodiscard]] QString whatHelps() const;
     void focusOn(FSNode *folder);
     void focusOnEnclosing();
     void select(const std::vector<FSNode *> &nodes);
-    void selectTile(FSNode *node);
+    void selectNode(FSNode *node);
     void showDetails(std::vector<FSNode *> nodes);
     void showMenu(const QPoint &place);
     void reveal();

@@ -103,12 +103,15 @@ TEST_F(BrowsePage, SaysWhyThereIsNothingToShow) {
         QString title;
     };
     for (const Case &one : {Case{folder.path("empty"), QStringLiteral("Nothing in here")},
-                            Case{folder.path("missing"), QStringLiteral("Nothing to scan")}}) {
+                            Case{folder.path("missing"), QStringLiteral("Nothing to scan")},
+                            Case{folder.path("small/file"), QStringLiteral("This could not be read")}}) {
         model.startScan(one.path);
         EXPECT_EQ(message.title(), QStringLiteral("Scanning…"));
+        model.chooseScanRoot("/"); // which is not what is told about
         ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isScanning; }, 20'000));
         EXPECT_EQ(message.title(), one.title);
         EXPECT_TRUE(message.sentence().contains(QString::fromStdString(one.path)));
+        EXPECT_FALSE(message.sentence().contains(QStringLiteral("“/”")));
     }
 }
 
@@ -178,6 +181,9 @@ TEST_F(BrowsePage, EntersFoldersAndComesBack) {
     QTest::keyClick(&page, Qt::Key_Up, Qt::ControlModifier);
     EXPECT_EQ(treemap.node(), &node({"big"}));
     EXPECT_EQ(outline.selectedNodes(), std::vector<FSNode *>{&node({"big", "inner"})});
+    ASSERT_TRUE(treemap.selectedTile().has_value());
+    EXPECT_EQ(treemap.tiles()[*treemap.selectedTile()].node, &node({"big", "inner"}));
+    EXPECT_EQ(detailName(), QStringLiteral("inner"));
 
     const auto rootButton = [&]() -> QToolButton * {
         for (QToolButton *button : find<Breadcrumb>("breadcrumb").findChildren<QToolButton *>())
@@ -191,6 +197,39 @@ TEST_F(BrowsePage, EntersFoldersAndComesBack) {
     EXPECT_EQ(treemap.node(), model.tree->get());
     QTest::keyClick(&page, Qt::Key_Up, Qt::ControlModifier);
     EXPECT_EQ(treemap.node(), model.tree->get()) << "nothing lies around the scan root";
+}
+
+TEST_F(BrowsePage, DropsTheSelectionWhenTheFolderShownIsChosenAgain) {
+    scan();
+    clickTile(node({"small"}), false);
+    auto &breadcrumb = find<Breadcrumb>("breadcrumb");
+    emit breadcrumb.chosen(model.tree->get());
+    EXPECT_TRUE(find<OutlineView>("outline").selectedNodes().empty());
+    EXPECT_EQ(find<TreemapView>("treemap").selectedTile(), std::nullopt);
+    EXPECT_EQ(detailName(), QString::fromStdString((*model.tree)->name));
+}
+
+TEST_F(BrowsePage, NamesTheWayAsItStandsAndKeepsTheFocusOnIt) {
+    folder.makeFile("R&D/file", 200'000);
+    scan();
+    const std::string &rootName = (*model.tree)->name;
+    auto &breadcrumb = find<Breadcrumb>("breadcrumb");
+    const auto button = [&](const std::string &name) -> QToolButton * {
+        for (QToolButton *one : breadcrumb.findChildren<QToolButton *>())
+            if (!one->isHidden() && one->accessibleName() == QString::fromStdString(name))
+                return one;
+        return nullptr;
+    };
+    emit breadcrumb.chosen(&node({"R&D"}));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return button("R&D") != nullptr; }, 5'000));
+    EXPECT_TRUE(QKeySequence::mnemonic(button("R&D")->text()).isEmpty()) << "no key is hidden in a name";
+
+    page.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+    button(rootName)->setFocus();
+    QTest::keyClick(button(rootName), Qt::Key_Space);
+    EXPECT_EQ(find<TreemapView>("treemap").node(), model.tree->get());
+    EXPECT_TRUE(button(rootName)->hasFocus());
 }
 
 TEST_F(BrowsePage, FiltersByNameAndEscapesFromIt) {

@@ -139,7 +139,7 @@ void ScanBar::showFigures() {
     files_->setText(tr("%1 files").arg(text(Fmt::count(*model_.scanFiles))));
     bytes_->setText(text(Fmt::byteFormatter(*model_.scanBytes)));
     elapsed_->setText(elapsedText(*model_.scanElapsed));
-    unreadable_->setVisible(*model_.scanUnreadable > 0);
+    unreadable_->setVisible(hasFigures && *model_.scanUnreadable > 0);
     unreadable_->setText(tr("%1 unreadable").arg(text(Fmt::count(*model_.scanUnreadable))));
     current_->setText(text(*model_.scanCurrentPath));
 }
@@ -160,6 +160,7 @@ void ScanBar::startOrStop() {
         model_.finishScan(nullptr);
 }
 
+/// A folder that is chosen here is scanned at once.
 void ScanBar::chooseFolder() {
     auto *dialog = new QFileDialog(window(), tr("Choose a folder to scan"), text(*model_.scanRootPath));
     dialog->setObjectName(QStringLiteral("folderChooser"));

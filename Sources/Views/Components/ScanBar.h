@@ -20,9 +20,6 @@ class ScanBar : public QWidget {
 public:
     explicit ScanBar(CorvelModel &model, QWidget *parent = nullptr);
 
-    /// Lets the user choose a folder, and scans it at once.
-    void chooseFolder();
-
 protected:
     void changeEvent(QEvent *event) override;
 
@@ -34,6 +31,7 @@ private:
     void showFigures();
     void showState();
     void startOrStop();
+    void chooseFolder();
     void scanChosen(const QString &folder);
     void drawIcons();
 
