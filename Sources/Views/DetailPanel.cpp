@@ -3,6 +3,7 @@
 #include "Base/Bytes.h"
 #include "Core/Formatting.h"
 #include "Core/NodeExplanation.h"
+#include "Core/OutermostNodes.h"
 #include "Platform/FileBrowser.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/Icons.h"
@@ -109,7 +110,7 @@ DetailPanel::DetailPanel(QWidget *parent)
 
 void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
     std::int64_t size = 0, logicalSize = 0, fileCount = 0, dirCount = 0;
-    for (const FSNode *node : nodes) {
+    for (const FSNode *node : outermostNodes(nodes)) {
         size = checkedAdd(size, node->size);
         logicalSize = checkedAdd(logicalSize, node->logicalSize);
         fileCount = checkedAdd(fileCount, node->fileCount);

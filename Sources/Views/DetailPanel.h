@@ -22,7 +22,7 @@ class DetailPanel : public QWidget {
 public:
     explicit DetailPanel(QWidget *parent = nullptr);
 
-    /// Shows one node in full, several as a sum, none as nothing.
+    /// Shows one node in full, several as a sum that counts nothing twice, none as nothing.
     void showNodes(const std::vector<FSNode *> &nodes);
 
     /// Says below the actions what became of one; empty for nothing.

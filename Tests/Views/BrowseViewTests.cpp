@@ -164,6 +164,11 @@ TEST_F(BrowsePage, SelectsInOutlineAndTreemapTogether) {
     EXPECT_EQ(detailName(), QStringLiteral("inner"));
     ASSERT_TRUE(treemap.selectedTile().has_value());
     EXPECT_EQ(treemap.tiles()[*treemap.selectedTile()].node, &node({"big"}));
+
+    QTest::keyClick(&outline, Qt::Key_Up, Qt::ShiftModifier);
+    EXPECT_EQ(detailName(), QStringLiteral("2 items selected"));
+    EXPECT_EQ(detail("files"), QStringLiteral("2"))
+        << "what lies in another folder that is selected counts once";
 }
 
 TEST_F(BrowsePage, EntersFoldersAndComesBack) {

@@ -1,0 +1,41 @@
+#include "Core/OutermostNodes.h"
+
+#include <gtest/gtest.h>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace brimvale {
+
+TEST(OutermostNodes, LeavesOutWhatLiesInAnother) {
+    FSNode root("root", "/root", true);
+    std::map<std::string, FSNode *> nodes{{"root", &root}};
+    for (const auto &[name, parent] : std::vector<std::pair<std::string, std::string>>{
+             {"a", "root"}, {"b", "root"}, {"aa", "a"}, {"ab", "a"}, {"aaa", "aa"}, {"ba", "b"}}) {
+        nodes[parent]->adopt(std::make_unique<FSNode>(name, *nodes[parent], true));
+        nodes[name] = nodes[parent]->children().back().get();
+    }
+    struct Case {
+        std::vector<std::string> given;
+        std::vector<std::string> outermost;
+    };
+    for (const Case &one : {
+             Case{{}, {}},
+             Case{{"aa", "ab", "b"}, {"aa", "ab", "b"}},
+             Case{{"aaa", "a"}, {"a"}},
+             Case{{"b", "aaa", "ab", "a", "ba"}, {"b", "a"}},
+             Case{{"aa", "aaa", "ab", "ba"}, {"aa", "ab", "ba"}},
+             Case{{"aaa", "root", "b"}, {"root"}},
+         }) {
+        std::vector<FSNode *> given;
+        for (const std::string &name : one.given)
+            given.push_back(nodes[name]);
+        std::vector<std::string> outermost;
+        for (const FSNode *node : outermostNodes(given))
+            outermost.push_back(node->name);
+        EXPECT_EQ(outermost, one.outermost) << ::testing::PrintToString(one.given);
+    }
+}
+
+} // namespace brimvale
