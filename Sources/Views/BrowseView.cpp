@@ -143,13 +143,14 @@ QWidget *BrowseView::makeTreemapSide() {
     return side;
 }
 
+/// Those of the results are in force while these are visible.
 void BrowseView::addShortcuts() {
-    auto *find = new QShortcut(QKeySequence::Find, this);
+    auto *find = new QShortcut(QKeySequence::Find, results_);
     connect(find, &QShortcut::activated, filter_, [this] {
         filter_->setFocus(Qt::ShortcutFocusReason);
         filter_->selectAll();
     });
-    auto *up = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Up), this);
+    auto *up = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Up), results_);
     connect(up, &QShortcut::activated, this, &BrowseView::focusOnEnclosing);
     auto *clear = new QShortcut(QKeySequence(Qt::Key_Escape), filter_);
     clear->setContext(Qt::WidgetShortcut);

@@ -85,6 +85,10 @@ TEST_F(BrowsePage, InvitesToScanAndShowsWhatWasFound) {
     EXPECT_TRUE(page.findChild<StateMessage *>()->isVisible());
     EXPECT_FALSE(find<QWidget>("results").isVisible());
     EXPECT_FALSE(find<QLabel>("scanFiles").isVisible());
+    page.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+    QTest::keyClick(&page, Qt::Key_F, Qt::ControlModifier);
+    EXPECT_FALSE(find<QLineEdit>("filter").hasFocus()) << "there is nothing to filter yet";
     scan();
     EXPECT_FALSE(page.findChild<StateMessage *>()->isVisible());
     EXPECT_TRUE(find<QWidget>("results").isVisible());

@@ -136,7 +136,8 @@ void ScanBar::showFigures() {
     const bool hasFigures = *model_.isScanning || *model_.tree != nullptr;
     for (TextLabel *figure : {files_, bytes_, elapsed_})
         figure->setVisible(hasFigures);
-    files_->setText(tr("%1 files").arg(text(Fmt::count(*model_.scanFiles))));
+    files_->setText(*model_.scanFiles == 1 ? tr("1 file")
+                                           : tr("%1 files").arg(text(Fmt::count(*model_.scanFiles))));
     bytes_->setText(text(Fmt::byteFormatter(*model_.scanBytes)));
     elapsed_->setText(elapsedText(*model_.scanElapsed));
     unreadable_->setVisible(hasFigures && *model_.scanUnreadable > 0);
@@ -181,6 +182,7 @@ void ScanBar::scanChosen(const QString &folder) {
     // The chooser speaks text; a name that is not text does not come through it.
     auto *alert = new QMessageBox(QMessageBox::Warning, tr("Brimvale"),
                                   tr("“%1” could not be opened.").arg(folder), QMessageBox::Ok, window());
+    alert->setTextFormat(Qt::PlainText);
     alert->setInformativeText(
         tr("It is no longer there, or its name cannot be passed on by the folder chooser. In "
            "that case choose the folder around it."));
