@@ -1,3 +1,4 @@
+#include "Base/Version.h"
 #include "Views/Application.h"
 #include "Views/Launch.h"
 
@@ -9,7 +10,7 @@
 int main(int argc, char **argv) {
     using namespace brimvale;
     const std::span<const char *const> words(argv, static_cast<std::size_t>(argc));
-    const auto read = Launch::read(words.subspan(1), Application::version());
+    const auto read = Launch::read(words.subspan(1), version);
     if (const auto *refusal = std::get_if<Launch::Refusal>(&read)) {
         std::fputs(refusal->text.c_str(), refusal->exitStatus == 0 ? stdout : stderr);
         return refusal->exitStatus;

@@ -1,22 +1,14 @@
 #include "CommandLine/JsonWriter.h"
 
 #include "Base/Text.h"
+#include "CommandLine/Decimal.h"
 
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 
 namespace brimvale::commandLine {
 
 namespace {
-
-template<class Number>
-void writeNumber(Output &output, Number number) {
-    std::array<char, 32> text{};
-    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), number);
-    output.write({text.data(), static_cast<std::size_t>(end - text.data())});
-}
 
 /// How many bytes at the start of `text` are one character that has to be written as an escape. Beyond what
 /// JSON asks for these are DEL and the C1 controls, since a terminal may obey them.
@@ -80,14 +72,14 @@ void JsonWriter::value(std::string_view bytes) {
 
 void JsonWriter::value(std::int64_t number) {
     separate();
-    writeNumber(output_, number);
+    output_.write(std::to_string(number));
 }
 
 void JsonWriter::value(double number) {
     if (!std::isfinite(number))
         return null();
     separate();
-    writeNumber(output_, number);
+    output_.write(shortestDecimal(number));
 }
 
 void JsonWriter::value(bool truth) {

@@ -1,3 +1,4 @@
+#include "Base/Version.h"
 #include "CommandLine/Command.h"
 #include "CommandLine/Help.h"
 #include "CommandLine/StandardStreams.h"
@@ -44,7 +45,7 @@ ExitStatus runProgram(std::span<const char *const> words, Output &output) {
         return ExitStatus::done;
     }
     if (arguments.has("--version")) {
-        output.write("brimvalectl " BRIMVALE_VERSION "\n");
+        output.write(std::string("brimvalectl ") + version + "\n");
         return ExitStatus::done;
     }
     if (arguments.operands().empty())

@@ -1,5 +1,6 @@
 #include "CommandLine/TreemapCommand.h"
 
+#include "CommandLine/Decimal.h"
 #include "CommandLine/FileReplacement.h"
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
@@ -14,7 +15,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -77,10 +77,7 @@ void writeDocument(Output &output, const std::vector<TreemapTile> &tiles) {
 }
 
 std::string withOneDecimal(double number) {
-    std::array<char, 400> text{}; // the longest finite one has 309 digits
-    const auto [end, error] =
-        std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed, 1);
-    return {text.data(), end};
+    return fixedDecimal(number, 1);
 }
 
 std::string labelOf(const FSNode &node, bool isStyled) {

@@ -1,11 +1,11 @@
 #include "CommandLine/TreemapSvg.h"
 
+#include "CommandLine/Decimal.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/TreemapStyle.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdio>
@@ -23,14 +23,11 @@ constexpr double ascent = 10.6;
 
 /// A finite number, to a thousandth.
 std::string decimal(double number) {
-    std::array<char, 400> text{}; // the longest has 309 digits before the point
-    auto [end, error] =
-        std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed, 3);
-    while (end[-1] == '0')
-        --end;
-    if (end[-1] == '.')
-        --end;
-    return {text.data(), end};
+    std::string text = fixedDecimal(number, 3);
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.back() == '.')
+        text.pop_back();
+    return text;
 }
 
 std::string hexadecimal(const Color &color) {

@@ -1,5 +1,6 @@
 #include "Views/Application.h"
 
+#include "Base/Version.h"
 #include "Views/Components/ApplicationFont.h"
 #include "Views/Components/WindowStyle.h"
 
@@ -12,16 +13,12 @@ static void openResources() {
 
 namespace brimvale {
 
-std::string_view Application::version() {
-    return BRIMVALE_VERSION;
-}
-
 Application::Application(int &argumentCount, char **arguments) {
     QApplication::setStyle(new WindowStyle); // first, lest the toolkit loads a style of its own
     toolkit_.emplace(argumentCount, arguments);
     openResources();
     QApplication::setApplicationName(QStringLiteral("Brimvale"));
-    QApplication::setApplicationVersion(QStringLiteral(BRIMVALE_VERSION));
+    QApplication::setApplicationVersion(QLatin1String(version));
     QApplication::setDesktopFileName(QStringLiteral("brimvale"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/brimvale.svg")));
     QApplication::setFont(applicationFont());

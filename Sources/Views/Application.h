@@ -6,7 +6,6 @@
 
 #include <QApplication>
 #include <optional>
-#include <string_view>
 
 namespace brimvale {
 
@@ -14,9 +13,6 @@ namespace brimvale {
 /// display.
 class Application {
 public:
-    /// The version of the program.
-    [[nodiscard]] static std::string_view version();
-
     /// Makes everything, and shows nothing yet. The arguments are for the toolkit, which keeps referring to
     /// them.
     Application(int &argumentCount, char **arguments);

@@ -1,9 +1,12 @@
 #include "CommandLine/JsonWriter.h"
 
+#include "CommandLine/Decimal.h"
+
 #include <array>
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <limits>
+#include <locale>
 #include <string>
 
 #include <QByteArray>
@@ -82,6 +85,24 @@ TEST(JsonWriter, KeepsNumbersExact) {
     EXPECT_EQ(array[5].toDouble(), -2.5);
     EXPECT_TRUE(array[6].isNull());
     EXPECT_TRUE(array[7].isNull());
+}
+
+TEST(JsonWriter, WritesNumbersShortlyAndAlikeInEveryLocale) {
+    struct WithComma : std::numpunct<char> {
+        char do_decimal_point() const override { return ','; }
+        char do_thousands_sep() const override { return '.'; }
+        std::string do_grouping() const override { return "\3"; }
+    };
+    const std::locale before = std::locale::global(std::locale(std::locale(), new WithComma));
+    EXPECT_EQ(documentOf([](JsonWriter &json) {
+                  json.beginArray();
+                  for (const double number : {0.1, 1.0 / 3, 0.1 + 0.2, 1234567.0, -0.25, 1e22})
+                      json.value(number);
+                  json.end();
+              }),
+              "[0.1,0.3333333333333333,0.30000000000000004,1234567,-0.25,1e+22]\n");
+    EXPECT_EQ(fixedDecimal(1234567.25, 1), "1234567.2");
+    std::locale::global(before);
 }
 
 TEST(JsonWriter, TakesTextsLongerThanItsBuffer) {
