@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 
 namespace brimvale {
@@ -13,6 +14,10 @@ namespace {
 
 constexpr double thinnestDrawing = 4;
 constexpr double thinnestTile = 1;
+
+/// The children lie anywhere in memory, so that a loop over very many of them does little but wait for it;
+/// this many ahead they are asked for.
+constexpr std::size_t lookAhead = 16;
 
 /// A child with a size. What is compared lies here together, since the nodes lie anywhere in memory.
 struct Candidate {
@@ -29,22 +34,27 @@ struct Candidate {
 } // namespace
 
 Treemap::Treemap(FSNode &folder, int maxTiles) : folder_(folder) {
+    const std::span<const std::unique_ptr<FSNode>> children = folder.children();
     std::vector<Candidate> candidates;
-    candidates.reserve(folder.children().size());
+    candidates.reserve(children.size());
     std::int64_t logicalSize = 0;
     std::int64_t fileCount = 0;
-    for (const std::unique_ptr<FSNode> &child : folder.children()) {
-        if (child->size <= 0)
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        __builtin_prefetch(&children[std::min(i + lookAhead, children.size() - 1)]->size);
+        FSNode &child = *children[i];
+        if (child.size <= 0)
             continue;
-        candidates.push_back({child.get(), child->size, candidates.size()});
-        logicalSize = checkedAdd(logicalSize, child->logicalSize);
-        fileCount = checkedAdd(fileCount, child->fileCount);
+        candidates.push_back({&child, child.size, i});
+        logicalSize = checkedAdd(logicalSize, child.logicalSize);
+        fileCount = checkedAdd(fileCount, child.fileCount);
     }
 
     const std::size_t shown = std::min(candidates.size(), static_cast<std::size_t>(std::max(maxTiles, 0)));
     const auto rest = candidates.begin() + static_cast<std::ptrdiff_t>(shown);
-    std::nth_element(candidates.begin(), rest, candidates.end());
-    std::sort(candidates.begin(), rest);
+    if (!std::is_sorted(candidates.begin(), candidates.end())) { // as a scan leaves them, they are
+        std::nth_element(candidates.begin(), rest, candidates.end());
+        std::sort(candidates.begin(), rest);
+    }
     for (auto candidate = candidates.begin(); candidate != rest; ++candidate) {
         items_.push_back({candidate->node, static_cast<double>(candidate->size)});
         logicalSize -= candidate->node->logicalSize;
