@@ -7,9 +7,9 @@
 #include "Platform/FileBrowser.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/Icons.h"
+#include "Views/Components/NodeIcon.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Theme.h"
-#include "Views/OutlineModel.h"
 
 #include <QEvent>
 #include <QGridLayout>
@@ -117,7 +117,7 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
         dirCount = checkedAdd(dirCount, node->dirCount);
     }
     const FSNode *only = nodes.size() == 1 ? nodes.front() : nullptr;
-    iconName_ = only != nullptr ? OutlineModel::iconName(*only) : QStringLiteral("files");
+    iconName_ = only != nullptr ? nodeIconName(*only) : QStringLiteral("files");
     name_->setText(
         only != nullptr
             ? text(only->name)

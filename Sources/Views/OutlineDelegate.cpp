@@ -2,6 +2,7 @@
 
 #include "Core/NodeExplanation.h"
 #include "Views/Components/Icons.h"
+#include "Views/Components/NodeIcon.h"
 #include "Views/Components/Theme.h"
 #include "Views/OutlineModel.h"
 
@@ -64,9 +65,8 @@ void OutlineDelegate::paintName(QPainter &painter, const QStyleOptionViewItem &o
     const bool onAccent = isOnAccent(option);
     const int top = option.rect.center().y() - iconSize / 2 + 1;
     painter.drawPixmap(option.rect.left(), top,
-                       Icons::pixmap(OutlineModel::iconName(node),
-                                     onAccent ? theme.onAccent : iconColor(node, theme), iconSize,
-                                     painter.device()->devicePixelRatioF()));
+                       Icons::pixmap(nodeIconName(node), onAccent ? theme.onAccent : iconColor(node, theme),
+                                     iconSize, painter.device()->devicePixelRatioF()));
 
     const QRect words = option.rect.adjusted(iconSize + gap, 0, -margin, 0);
     painter.setFont(Type::font(Type::Size::body));

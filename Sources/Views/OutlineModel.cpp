@@ -12,9 +12,6 @@ namespace brimvale {
 
 namespace {
 
-/// Half of the time in which a window draws one frame.
-constexpr std::chrono::milliseconds filterSlice{8};
-
 QString text(const FSNode &node, int column) {
     switch (column) {
     case OutlineModel::nameColumn:
@@ -78,25 +75,10 @@ const std::vector<FSNode *> &OutlineModel::rowsOf(const FSNode &folder) const {
     return rows;
 }
 
-bool OutlineModel::isShown(const FSNode &node) const {
-    return !isFiltered() || OutlineMark::has(node, any(OutlineMark::filters[*marksInForce_])) ||
-           OutlineMark::has(node, OutlineMark::holdsFocused);
-}
-
 bool OutlineModel::isWithin(const FSNode *node, const FSNode &folder) {
     while (node != nullptr && node != &folder)
         node = node->parent();
     return node != nullptr;
-}
-
-QString OutlineModel::iconName(const FSNode &node) {
-    if (node.isNotDescended)
-        return node.isCloudProvider ? QStringLiteral("cloud-off") : QStringLiteral("ban");
-    if (node.unreadable)
-        return QStringLiteral("lock");
-    if (node.isAggregate)
-        return QStringLiteral("files");
-    return node.isDirectory ? QStringLiteral("folder") : QStringLiteral("file");
 }
 
 double OutlineModel::share(const FSNode &node) {
@@ -104,51 +86,6 @@ double OutlineModel::share(const FSNode &node) {
     return folder == nullptr || folder->size < 1
                ? 0
                : static_cast<double>(node.size) / static_cast<double>(folder->size);
-}
-
-void OutlineModel::setFilter(const QString &text) {
-    if (text == filter_)
-        return;
-    filter_ = text;
-    startFilter();
-}
-
-void OutlineModel::startFilter() {
-    passTimer_.stop();
-    pass_.reset();
-    if (!filter_.isEmpty() && tree_ != nullptr) {
-        marksOfPass_ = marksInForce_ == 0U ? 1 : 0;
-        pass_.emplace(*tree_, filter_, OutlineMark::filters[marksOfPass_]);
-        passTimer_.start(0);
-    } else if (isFiltered()) {
-        rearrange(NoLayoutChangeHint, [this] { marksInForce_.reset(); });
-        emit filtered(0);
-    }
-}
-
-void OutlineModel::advanceFilter() {
-    if (!pass_->advance(filterSlice))
-        return;
-    const std::int64_t matches = pass_->matches();
-    passTimer_.stop();
-    pass_.reset();
-    rearrange(NoLayoutChangeHint, [this] { marksInForce_ = marksOfPass_; });
-    emit filtered(matches);
-}
-
-void OutlineModel::setFocused(FSNode *folder) {
-    if (isFiltered())
-        rearrange(NoLayoutChangeHint, [this, folder] { markFocused(folder); });
-    else
-        markFocused(folder);
-}
-
-void OutlineModel::markFocused(FSNode *folder) {
-    for (FSNode *node = focused_; node != nullptr; node = node->parent())
-        OutlineMark::remove(*node, OutlineMark::holdsFocused);
-    focused_ = folder;
-    for (FSNode *node = focused_; node != nullptr; node = node->parent())
-        OutlineMark::add(*node, OutlineMark::holdsFocused);
 }
 
 /// The rows of all folders are made anew as they are asked for. An index whose node is no longer shown after

@@ -41,8 +41,6 @@ public:
 
     /// Whether `node`, which may be null, is `folder` or beneath it.
     [[nodiscard]] static bool isWithin(const FSNode *node, const FSNode &folder);
-    /// The icon that stands for a node of its kind and state.
-    [[nodiscard]] static QString iconName(const FSNode &node);
     /// Its part of the size of the folder that it is in, 0 to 1; 0 where that is smaller than a byte.
     [[nodiscard]] static double share(const FSNode &node);
 

@@ -1,6 +1,5 @@
 #include "Views/OutlineView.h"
 
-#include "Views/Components/Icons.h"
 #include "Views/Components/Theme.h"
 #include "Views/OutlineDelegate.h"
 #include "Views/OutlineHeader.h"
@@ -11,7 +10,6 @@
 #include <QContextMenuEvent>
 #include <QHoverEvent>
 #include <QKeyEvent>
-#include <QPainter>
 #include <algorithm>
 #include <utility>
 
@@ -20,10 +18,8 @@ namespace brimvale {
 namespace {
 
 constexpr int indent = 20;
-constexpr int chevronSize = 14;
 constexpr int shareWidth = 112;
 constexpr int minimumColumnWidth = 72;
-constexpr qreal groundRadius = 6;
 /// Where a filter leaves no more than this, all of it is laid open at once.
 constexpr int laidOpenAtMost = 100;
 constexpr int laidOpenFoldersAtMost = 1000;
@@ -98,119 +94,6 @@ void OutlineView::setFocusFolder(FSNode *folder) {
 
 FSNode *OutlineView::focusFolder() const {
     return model_.nodeAt(rootIndex());
-}
-
-void OutlineView::select(FSNode *node) {
-    const FSNode *focus = focusFolder();
-    const bool isInside = node != nullptr && node != focus && OutlineModel::isWithin(node, *focus);
-    const QModelIndex index = isInside ? model_.indexOf(*node) : QModelIndex();
-    isSilent_ = true;
-    if (index.isValid()) {
-        std::vector<const FSNode *> around;
-        for (const FSNode *folder = node->parent(); folder != focus; folder = folder->parent())
-            around.push_back(folder);
-        std::for_each(around.rbegin(), around.rend(),
-                      [this](const FSNode *folder) { expand(model_.indexOf(*folder)); });
-        selectionModel()->setCurrentIndex(index,
-                                          QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-        scrollTo(index);
-    } else {
-        clearSelection();
-    }
-    isSilent_ = false;
-}
-
-std::vector<FSNode *> OutlineView::selectedNodes() const {
-    std::vector<FSNode *> nodes;
-    for (const QItemSelectionRange &range : selectionModel()->selection()) {
-        if (range.left() > OutlineModel::nameColumn || !range.isValid())
-            continue;
-        const std::vector<FSNode *> &rows = model_.rowsOf(*model_.nodeAt(range.parent()));
-        nodes.insert(nodes.end(), rows.begin() + range.top(), rows.begin() + range.bottom() + 1);
-    }
-    return nodes;
-}
-
-void OutlineView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) {
-    QTreeView::selectionChanged(selected, deselected);
-    announceSelection();
-}
-
-void OutlineView::announceSelection() {
-    std::vector<FSNode *> nodes = selectedNodes();
-    if (nodes == announced_)
-        return;
-    announced_ = std::move(nodes);
-    if (!isSilent_)
-        emit selectionChangedTo(announced_);
-}
-
-void OutlineView::reset() {
-    QTreeView::reset();
-    if (!std::exchange(announced_, {}).empty())
-        emit selectionChangedTo({});
-}
-
-/// In as few ranges as there are, since the selection model goes through them for every cell.
-void OutlineView::selectNodes(const std::vector<FSNode *> &nodes) {
-    struct Row {
-        const FSNode *folder;
-        QModelIndex index;
-    };
-    std::vector<Row> rows;
-    rows.reserve(nodes.size());
-    for (const FSNode *node : nodes)
-        rows.push_back({node->parent(), model_.indexOf(*node)});
-    std::sort(rows.begin(), rows.end(), [](const Row &a, const Row &b) {
-        return a.folder != b.folder ? std::less()(a.folder, b.folder) : a.index.row() < b.index.row();
-    });
-    QItemSelection selection;
-    for (std::size_t first = 0, next = 0; first < rows.size(); first = next) {
-        do
-            ++next;
-        while (next < rows.size() && rows[next].folder == rows[first].folder &&
-               rows[next].index.row() == rows[next - 1].index.row() + 1);
-        selection.append(QItemSelectionRange(
-            rows[first].index, rows[next - 1].index.siblingAtColumn(OutlineModel::columns - 1)));
-    }
-    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-}
-
-/// The selection model would follow every single cell through the change, for a second where all of a large
-/// folder is selected.
-void OutlineView::setAsideSelection() {
-    const QSignalBlocker isQuiet(selectionModel());
-    setAside_ = selectedNodes();
-    selectionModel()->clearSelection();
-}
-
-void OutlineView::putBackSelection() {
-    std::erase_if(setAside_, [this](const FSNode *node) { return !model_.indexOf(*node).isValid(); });
-    const bool isWhole = setAside_.size() == announced_.size();
-    {
-        const QSignalBlocker isQuiet(selectionModel());
-        selectNodes(std::exchange(setAside_, {}));
-    }
-    if (isWhole)
-        announced_ = selectedNodes();
-    else
-        announceSelection();
-}
-
-/// Nothing stays selected out of sight.
-void OutlineView::leaveClosed(const QModelIndex &folder) {
-    if (isRestoring_)
-        return;
-    const FSNode &closed = *model_.nodeAt(folder);
-    OutlineMark::remove(*model_.nodeAt(folder), OutlineMark::expanded);
-    const auto isHidden = [&](const FSNode *node) {
-        return node != &closed && OutlineModel::isWithin(node, closed);
-    };
-    if (currentIndex().isValid() && isHidden(model_.nodeAt(currentIndex())))
-        selectionModel()->setCurrentIndex(folder, QItemSelectionModel::NoUpdate);
-    std::vector<FSNode *> nodes = selectedNodes();
-    if (std::erase_if(nodes, isHidden) > 0)
-        selectNodes(nodes);
 }
 
 void OutlineView::open(const QModelIndex &index) {
@@ -340,44 +223,6 @@ bool OutlineView::viewportEvent(QEvent *event) {
     else if (event->type() == QEvent::HoverLeave)
         pointerY_ = -1;
     return QTreeView::viewportEvent(event);
-}
-
-void OutlineView::drawRow(QPainter *painter, const QStyleOptionViewItem &option,
-                          const QModelIndex &index) const {
-    const Theme &theme = Theme::current();
-    const bool isSelected = selectionModel()->isSelected(index);
-    const bool isHovered = pointerY_ >= option.rect.top() && pointerY_ <= option.rect.bottom();
-    const bool isCurrent = hasFocus() && index == currentIndex().siblingAtColumn(index.column());
-    const QRectF ground = option.rect.adjusted(4, 1, -4, -1);
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    if (isSelected || isHovered) {
-        painter->setPen(Qt::NoPen);
-        painter->setBrush(!isSelected ? theme.hover : hasFocus() ? theme.accent : theme.track);
-        painter->drawRoundedRect(ground, groundRadius, groundRadius);
-    }
-    if (isCurrent && (!isSelected || announced_.size() > 1)) {
-        painter->setPen(isSelected ? theme.onAccent : theme.accent);
-        painter->setBrush(Qt::NoBrush);
-        painter->drawRoundedRect(ground.adjusted(0.5, 0.5, -0.5, -0.5), groundRadius, groundRadius);
-    }
-    painter->restore();
-
-    QStyleOptionViewItem bare = option;
-    bare.palette.setBrush(QPalette::Highlight, Qt::transparent);
-    QTreeView::drawRow(painter, bare, index);
-}
-
-void OutlineView::drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const {
-    if (!model_.hasChildren(index))
-        return;
-    const Theme &theme = Theme::current();
-    const bool isOnAccent = hasFocus() && selectionModel()->isSelected(index);
-    const QString name = isExpanded(index) ? QStringLiteral("chevron-down") : QStringLiteral("chevron-right");
-    painter->drawPixmap(rect.right() + 1 - (indent + chevronSize) / 2,
-                        rect.center().y() - chevronSize / 2 + 1,
-                        Icons::pixmap(name, isOnAccent ? theme.onAccent : theme.tertiaryText, chevronSize,
-                                      devicePixelRatioF()));
 }
 
 } // namespace brimvale
