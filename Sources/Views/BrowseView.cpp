@@ -211,6 +211,8 @@ QString BrowseView::whatHelps() const {
 void BrowseView::focusOn(FSNode *folder) {
     if (folder == nullptr || folder->outlineChildren().empty())
         return;
+    if (outlineModel_.hides(*folder))
+        filter_->clear(); // it would be an empty page
     focus_ = folder;
     outline_->select(nullptr);
     treemap_->setSelection(nullptr);

@@ -33,13 +33,15 @@ bool OutlineFilter::advance(std::chrono::microseconds time) {
     return next_ == nodes_.size();
 }
 
-/// A folder is visited before what it holds, so that what is left of an earlier pass is gone by the time
-/// something beneath it matches.
+/// A folder is visited before what it holds: what is left of an earlier pass is gone by the time something
+/// beneath it matches, and whether it matches itself is known.
 void OutlineFilter::visit(FSNode &node) {
     OutlineMark::remove(node, any(marks_));
     for (const std::unique_ptr<FSNode> &child : node.children())
         nodes_.push_back(child.get());
-    if (!isMatch(node))
+    if (node.parent() != nullptr && OutlineMark::has(*node.parent(), marks_.matches))
+        OutlineMark::add(node, marks_.matches);
+    if (!hasMatchingName(node))
         return;
     ++matches_;
     OutlineMark::add(node, marks_.matches);
@@ -48,7 +50,7 @@ void OutlineFilter::visit(FSNode &node) {
         OutlineMark::add(*folder, marks_.holds);
 }
 
-bool OutlineFilter::isMatch(const FSNode &node) const {
+bool OutlineFilter::hasMatchingName(const FSNode &node) const {
     const bool isRow = node.parent() != nullptr;
     return isRow && !node.isAggregate &&
            composed(QString::fromUtf8(node.name)).contains(text_, Qt::CaseInsensitive);

@@ -14,17 +14,17 @@ namespace brimvale {
 class OutlineFilter {
 public:
     /// A pass over everything beneath `root` that marks the nodes whose names contain `text`, in whatever
-    /// case, and the folders around them. An aggregate has no name of its own, so it never matches.
+    /// case, all that they hold, and the folders around them. An aggregate has no name of its own.
     OutlineFilter(FSNode &root, const QString &text, OutlineMark::Filter marks);
 
     /// Goes on for about this long; answers whether the pass is done.
     [[nodiscard]] bool advance(std::chrono::microseconds time);
 
-    /// How many nodes have matched so far.
+    /// How many names have matched so far.
     [[nodiscard]] std::int64_t matches() const { return matches_; }
 
 private:
-    [[nodiscard]] bool isMatch(const FSNode &node) const;
+    [[nodiscard]] bool hasMatchingName(const FSNode &node) const;
     void visit(FSNode &node);
 
     QString text_;

@@ -17,8 +17,8 @@ inline constexpr std::uint8_t holdsFocused =
 
 /// The outcome of a filter for a node.
 struct Filter {
-    std::uint8_t matches; ///< its name
-    std::uint8_t holds;   ///< a name beneath it
+    std::uint8_t matches; ///< its name, or that of a folder around it
+    std::uint8_t holds;   ///< the name of something beneath it
 };
 
 /// There are two, so that one outcome stays in force while the next comes about.

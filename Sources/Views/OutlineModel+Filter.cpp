@@ -10,9 +10,17 @@ constexpr std::chrono::milliseconds filterSlice{8};
 
 } // namespace
 
+bool OutlineModel::hides(const FSNode &node) const {
+    return isFiltered() && &node != tree_.get() &&
+           !OutlineMark::has(node, any(OutlineMark::filters[*marksInForce_]));
+}
+
+bool OutlineModel::leadsToMatch(const FSNode &folder) const {
+    return isFiltered() && OutlineMark::has(folder, OutlineMark::filters[*marksInForce_].holds);
+}
+
 bool OutlineModel::isShown(const FSNode &node) const {
-    return !isFiltered() || OutlineMark::has(node, any(OutlineMark::filters[*marksInForce_])) ||
-           OutlineMark::has(node, OutlineMark::holdsFocused);
+    return !hides(node) || OutlineMark::has(node, OutlineMark::holdsFocused);
 }
 
 void OutlineModel::setFilter(const QString &text) {

@@ -196,7 +196,7 @@ bool OutlineModel::hasChildren(const QModelIndex &parent) const {
         return true;
     if (OutlineMark::has(*folder, OutlineMark::holdsFocused) || rows_.contains(folder))
         return !rowsOf(*folder).empty();
-    return OutlineMark::has(*folder, OutlineMark::filters[*marksInForce_].holds);
+    return OutlineMark::has(*folder, any(OutlineMark::filters[*marksInForce_]));
 }
 
 Qt::ItemFlags OutlineModel::flags(const QModelIndex &index) const {

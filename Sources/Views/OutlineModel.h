@@ -44,14 +44,19 @@ public:
     /// Its part of the size of the folder that it is in, 0 to 1; 0 where that is smaller than a byte.
     [[nodiscard]] static double share(const FSNode &node);
 
-    /// Shows only the nodes whose names contain `text`, whatever the case, and the folders around them; all
-    /// for an empty text. A large tree is searched while the event loop runs: the rows stay as they are until
-    /// `filtered`. A filter that is set before then replaces this one.
+    /// Shows only the nodes whose names contain `text`, whatever the case, with all that they hold and the
+    /// folders around them; everything for an empty text. A large tree is searched while the event loop runs:
+    /// the rows stay as they are until `filtered`. A filter that is set before then replaces this one.
     void setFilter(const QString &text);
     /// The text that was last set; the rows may not show it yet.
     [[nodiscard]] const QString &filter() const { return filter_; }
     /// Whether the rows do not show the filter yet.
     [[nodiscard]] bool isFiltering() const { return pass_.has_value(); }
+
+    /// Whether the filter in force hides a node, but for the outline's focus.
+    [[nodiscard]] bool hides(const FSNode &node) const;
+    /// Whether there is a filter in force and the name of something beneath `folder` matches it.
+    [[nodiscard]] bool leadsToMatch(const FSNode &folder) const;
 
     /// Keeps a folder shown whatever the filter, since the outline is focused on it; null for none.
     void setFocused(FSNode *folder);
@@ -77,7 +82,7 @@ signals:
     /// Around every change of the rows' order or of which ones are shown. Not for the removal of one.
     void aboutToRearrange();
     void rearranged();
-    /// The rows show the filter now, by which `matches` nodes of the whole tree match; 0 for an empty filter.
+    /// The rows show the filter now, which `matches` names of the whole tree match; 0 for an empty filter.
     void filtered(qint64 matches);
 
 private:

@@ -102,7 +102,7 @@ void OutlineView::open(const QModelIndex &index) {
         emit opened(node);
 }
 
-/// A few matches are laid open wherever they are. Otherwise, and once the filter is gone, what the user had
+/// A few matches are laid open wherever they are, but not what they hold. Otherwise, and once the filter is gone, what the user had
 /// opened is open again. What leads to the selection always is.
 void OutlineView::showFiltered(qint64 matches) {
     const bool hasFilter = !model_.filter().isEmpty();
@@ -115,7 +115,7 @@ void OutlineView::showFiltered(qint64 matches) {
         scrollTo(currentIndex());
 }
 
-void OutlineView::restoreExpansion(bool isEverythingOpen) {
+void OutlineView::restoreExpansion(bool areMatchesOpen) {
     isRestoring_ = true;
     int opened = 0; // since a single match may be thousands of folders deep
     std::vector<const FSNode *> waiting{focusFolder()};
@@ -126,7 +126,8 @@ void OutlineView::restoreExpansion(bool isEverythingOpen) {
             if (node->outlineChildren().empty())
                 continue;
             const QModelIndex index = model_.indexOf(*node);
-            const bool isLaidOpen = isEverythingOpen && opened < laidOpenFoldersAtMost;
+            const bool isLaidOpen =
+                areMatchesOpen && opened < laidOpenFoldersAtMost && model_.leadsToMatch(*node);
             const bool isOpen =
                 (isLaidOpen || OutlineMark::has(*node, OutlineMark::expanded)) && model_.hasChildren(index);
             setExpanded(index, isOpen);

@@ -62,7 +62,7 @@ private:
     void selectNodes(const std::vector<FSNode *> &nodes);
     void open(const QModelIndex &index);
     void showFiltered(qint64 matches);
-    void restoreExpansion(bool isEverythingOpen);
+    void restoreExpansion(bool areMatchesOpen);
     void leaveClosed(const QModelIndex &folder);
     [[nodiscard]] FSNode *rowBelow(const FSNode &node) const;
 

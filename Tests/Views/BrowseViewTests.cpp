@@ -253,6 +253,21 @@ TEST_F(BrowsePage, FiltersByNameAndEscapesFromIt) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return rows.rowCount() == 2; }, 5'000));
 }
 
+TEST_F(BrowsePage, ClearsAFilterThatWouldHideTheFolderThatIsEntered) {
+    scan();
+    auto &filter = find<QLineEdit>("filter");
+    auto &outline = find<OutlineView>("outline");
+    filter.setText(QStringLiteral("inner"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return outline.model()->rowCount() == 1; }, 5'000));
+    clickTile(node({"big"}), true); // holds what matches
+    EXPECT_EQ(filter.text(), QStringLiteral("inner"));
+    QTest::keyClick(&page, Qt::Key_Up, Qt::ControlModifier);
+    clickTile(node({"small"}), true);
+    EXPECT_TRUE(filter.text().isEmpty());
+    EXPECT_EQ(outline.focusFolder(), &node({"small"}));
+    EXPECT_EQ(outline.model()->rowCount(outline.rootIndex()), 1);
+}
+
 TEST_F(BrowsePage, CopiesPathsAndLetsGoOfAReplacedTree) {
     scan();
     clickTile(node({"small"}), false);

@@ -37,12 +37,12 @@ TEST(OutlineModel, FiltersByNameWhateverTheCase) {
     const std::vector<Case> cases = {
         {"BEACH", 1, {"Holiday"}, {"beach.jpg"}},
         {"übers", 1, {"Holiday"}, {"Übersicht"}},
-        {"holi", 1, {"Holiday"}, {}},
+        {"holi", 1, {"Holiday"}, {"beach.jpg", "Übersicht", "4 smaller items"}}, // with all it holds
         {"\uFFFD", 1, {"not\uFFFDutf8"}, {}},
         {"smaller item", 0, {}, {}}, // an aggregate's words are no name
         {"root", 0, {}, {}},         // nor has the root a row
         {".*", 0, {}, {}},
-        {"i", 2, {"Holiday"}, {"Übersicht"}},
+        {"i", 2, {"Holiday"}, {"beach.jpg", "Übersicht", "4 smaller items"}},
     };
     for (const Case &one : cases) {
         SCOPED_TRACE(one.filter);
@@ -106,7 +106,7 @@ TEST(OutlineModel, ShowsTheOldRowsUntilAFilterIsDone) {
 
 TEST(OutlineModel, FoldersLookedIntoMeanwhileShowTheOldFilterToo) {
     const std::shared_ptr<FSNode> root = makeRoot();
-    FSNode &folder = addFolder(*root, "folder");
+    FSNode &folder = addFolder(*root, "box");
     for (int i = 0; i < 100'000; ++i)
         add(folder, i % 1000 == 0 ? "old" : "new", 1);
     OutlineModel model;
@@ -131,6 +131,10 @@ TEST_F(OutlineWindow, LaysFewMatchesOpenAndGoesBackToWhatTheUserHadOpened) {
     EXPECT_TRUE(view_->isExpanded(at(big_)));
     EXPECT_FALSE(view_->isExpanded(at(deep_)));
     EXPECT_FALSE(view_->isExpanded(at(small_)));
+
+    filter("big");
+    EXPECT_THAT(rowsIn(model_, at(deep_)), ElementsAre("needle", "thread")) << "is within a match";
+    EXPECT_FALSE(view_->isExpanded(at(deep_))) << "but does not lead to one";
 
     filter("case");
     click(otherNeedle_);

@@ -35,12 +35,23 @@ std::shared_ptr<FSNode> makeRandomTree(std::mt19937 &random, std::size_t nodes) 
     return root;
 }
 
+bool hasMatchingName(const FSNode &node, const QString &filter) {
+    return node.parent() != nullptr && !node.isAggregate &&
+           QString::fromUtf8(node.name).toCaseFolded().contains(filter.toCaseFolded());
+}
+
+bool hasMatchWithin(const FSNode &node, const QString &filter) {
+    return hasMatchingName(node, filter) ||
+           std::any_of(node.children().begin(), node.children().end(),
+                       [&](const auto &child) { return hasMatchWithin(*child, filter); });
+}
+
 /// Whether a filter shows a node, worked out in the plainest way.
 bool isToBeShown(const FSNode &node, const QString &filter) {
-    if (!node.isAggregate && QString::fromUtf8(node.name).toCaseFolded().contains(filter.toCaseFolded()))
-        return true;
-    return std::any_of(node.children().begin(), node.children().end(),
-                       [&](const auto &child) { return isToBeShown(*child, filter); });
+    for (const FSNode *folder = node.parent(); folder != nullptr; folder = folder->parent())
+        if (hasMatchingName(*folder, filter))
+            return true;
+    return hasMatchWithin(node, filter);
 }
 
 /// Expects that the model has, at every level, exactly the rows that it should, in order of their sizes.
