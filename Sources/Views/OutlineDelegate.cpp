@@ -3,6 +3,7 @@
 #include "Core/NodeExplanation.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/NodeIcon.h"
+#include "Views/Components/NodeName.h"
 #include "Views/Components/Theme.h"
 #include "Views/OutlineModel.h"
 
@@ -19,6 +20,7 @@ namespace {
 
 constexpr int iconSize = 16;
 constexpr int gap = 8;
+constexpr int narrowestName = 100; ///< with its icon
 constexpr int barHeight = 6;
 constexpr float trackOnAccent = 0.3F;
 
@@ -41,8 +43,16 @@ bool OutlineDelegate::isOnAccent(const QStyleOptionViewItem &option) {
            option.widget->hasFocus();
 }
 
+QRect OutlineDelegate::nameCell(const QRect &cell) {
+    QRect room = cell;
+    room.setLeft(std::min(cell.left(), cell.right() + 1 - narrowestName));
+    return room;
+}
+
 void OutlineDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                             const QModelIndex &index) const {
+    if (index.column() != OutlineModel::nameColumn && option.rect.isEmpty())
+        return;
     const Theme &theme = Theme::current();
     const FSNode &node = nodeAt(index);
     switch (index.column()) {
@@ -63,16 +73,17 @@ void OutlineDelegate::paintName(QPainter &painter, const QStyleOptionViewItem &o
     const Theme &theme = Theme::current();
     const bool isDimmed = node.isAggregate || explanation(node);
     const bool onAccent = isOnAccent(option);
-    const int top = option.rect.center().y() - iconSize / 2 + 1;
-    painter.drawPixmap(option.rect.left(), top,
+    const QRect cell = nameCell(option.rect);
+    const int top = cell.center().y() - iconSize / 2 + 1;
+    painter.drawPixmap(cell.left(), top,
                        Icons::pixmap(nodeIconName(node), onAccent ? theme.onAccent : iconColor(node, theme),
                                      iconSize, painter.device()->devicePixelRatioF()));
 
-    const QRect words = option.rect.adjusted(iconSize + gap, 0, -margin, 0);
+    const QRect words = cell.adjusted(iconSize + gap, 0, -margin, 0);
     painter.setFont(Type::font(Type::Size::body));
     painter.setPen(onAccent ? theme.onAccent : isDimmed ? theme.tertiaryText : theme.text);
-    const QString name = painter.fontMetrics().elidedText(QString::fromUtf8(node.name), Qt::ElideMiddle,
-                                                          std::max(words.width(), 0));
+    const QString name =
+        painter.fontMetrics().elidedText(displayedName(node), Qt::ElideMiddle, std::max(words.width(), 0));
     painter.drawText(words, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, name);
 }
 

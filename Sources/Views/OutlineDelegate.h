@@ -14,6 +14,9 @@ public:
     static constexpr int rowHeight = 28;
     static constexpr int margin = 12; ///< at both ends of a cell
 
+    /// The cell of a name, which is given room to the left where the row is too deep to leave it any.
+    [[nodiscard]] static QRect nameCell(const QRect &cell);
+
     using QStyledItemDelegate::QStyledItemDelegate;
 
     /// Whether a row that is drawn like this stands on the accent colour.

@@ -3,8 +3,11 @@
 #include "Views/Components/Icons.h"
 #include "Views/Components/Theme.h"
 #include "Views/OutlineDelegate.h"
+#include "Views/OutlineModel.h"
 
+#include <QEvent>
 #include <QPainter>
+#include <algorithm>
 
 namespace brimvale {
 
@@ -12,6 +15,15 @@ namespace {
 
 constexpr int headerHeight = 32;
 constexpr int chevronSize = 12;
+constexpr int nameWidth = 140; ///< at least, before another column gives way
+constexpr int shortestShareWidth = 64;
+constexpr int longestShareWidth = 112;
+
+/// As wide as the longest figure there is, so that nothing moves while it changes.
+int figureWidth(const QString &longest) {
+    const QFontMetrics metrics(Type::font(Type::Size::body));
+    return metrics.horizontalAdvance(longest) + 2 * OutlineDelegate::margin;
+}
 
 } // namespace
 
@@ -20,6 +32,40 @@ OutlineHeader::OutlineHeader(QWidget *parent) : QHeaderView(Qt::Horizontal, pare
     setSectionsClickable(true);
     setSortIndicatorShown(true);
     setHighlightSections(false);
+    setStretchLastSection(false);
+    setMinimumSectionSize(0); // of a column that has given way
+}
+
+void OutlineHeader::setModel(QAbstractItemModel *model) {
+    QHeaderView::setModel(model);
+    if (count() != OutlineModel::columns)
+        return;
+    setSectionResizeMode(Fixed);
+    setSectionResizeMode(OutlineModel::nameColumn, Stretch);
+    fitSections();
+}
+
+bool OutlineHeader::viewportEvent(QEvent *event) {
+    if (event->type() == QEvent::Resize)
+        fitSections(); // before the name takes what is left
+    return QHeaderView::viewportEvent(event);
+}
+
+void OutlineHeader::fitSections() {
+    const int size = figureWidth(QStringLiteral("888.88 MB"));
+    const int items = figureWidth(QStringLiteral("88,888,888"));
+    int left = viewport()->width() - nameWidth - size;
+    const bool hasShare = left >= shortestShareWidth;
+    if (hasShare)
+        left -= shortestShareWidth;
+    const bool hasItems = left >= items;
+    if (hasItems)
+        left -= items;
+    // Of what is left, the names get more than the bars.
+    const int share = std::min(shortestShareWidth + left / 3, longestShareWidth);
+    resizeSection(OutlineModel::sizeColumn, size);
+    resizeSection(OutlineModel::shareColumn, hasShare ? share : 0);
+    resizeSection(OutlineModel::itemsColumn, hasItems ? items : 0);
 }
 
 QSize OutlineHeader::sectionSizeFromContents(int section) const {
@@ -27,6 +73,8 @@ QSize OutlineHeader::sectionSizeFromContents(int section) const {
 }
 
 void OutlineHeader::paintSection(QPainter *painter, const QRect &rect, int section) const {
+    if (rect.isEmpty())
+        return;
     const Theme &theme = Theme::current();
     const bool isSorted = sortIndicatorSection() == section;
     const auto alignment =

@@ -2,6 +2,7 @@
 
 #include "Core/Formatting.h"
 #include "Core/NodeExplanation.h"
+#include "Views/Components/NodeName.h"
 #include "Views/OutlineMarks.h"
 #include "Views/Prefetch.h"
 
@@ -15,7 +16,7 @@ namespace {
 QString text(const FSNode &node, int column) {
     switch (column) {
     case OutlineModel::nameColumn:
-        return QString::fromUtf8(node.name);
+        return displayedName(node);
     case OutlineModel::sizeColumn:
         return QString::fromStdString(Fmt::byteFormatter(node.size));
     case OutlineModel::shareColumn:

@@ -1,5 +1,6 @@
 #include "Views/Components/Icons.h"
 #include "Views/Components/Theme.h"
+#include "Views/OutlineDelegate.h"
 #include "Views/OutlineView.h"
 
 #include <QPainter>
@@ -10,6 +11,7 @@ namespace {
 
 constexpr int chevronSize = 14;
 constexpr qreal groundRadius = 6;
+constexpr int messageMargin = 24;
 
 } // namespace
 
@@ -39,16 +41,42 @@ void OutlineView::drawRow(QPainter *painter, const QStyleOptionViewItem &option,
     QTreeView::drawRow(painter, bare, index);
 }
 
-void OutlineView::drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const {
+QRect OutlineView::visualRect(const QModelIndex &index) const {
+    const QRect cell = QTreeView::visualRect(index);
+    const bool isShownName = cell.height() > 0 && index.column() == OutlineModel::nameColumn;
+    return isShownName ? OutlineDelegate::nameCell(cell) : cell;
+}
+
+/// Right before the icon, wherever the row's depth has left that.
+QRect OutlineView::chevronRect(const QModelIndex &name) const {
+    const QRect cell = visualRect(name);
+    return {cell.left() - indentation(), cell.top(), indentation(), cell.height()};
+}
+
+void OutlineView::drawBranches(QPainter *painter, const QRect &, const QModelIndex &index) const {
     if (!model_.hasChildren(index))
         return;
     const Theme &theme = Theme::current();
     const bool isOnAccent = hasFocus() && selectionModel()->isSelected(index);
     const QString name = isExpanded(index) ? QStringLiteral("chevron-down") : QStringLiteral("chevron-right");
-    painter->drawPixmap(rect.right() + 1 - (indentation() + chevronSize) / 2,
-                        rect.center().y() - chevronSize / 2 + 1,
+    const QRect place = chevronRect(index);
+    painter->drawPixmap(place.center().x() - chevronSize / 2 + 1, place.center().y() - chevronSize / 2 + 1,
                         Icons::pixmap(name, isOnAccent ? theme.onAccent : theme.tertiaryText, chevronSize,
                                       devicePixelRatioF()));
+}
+
+void OutlineView::paintEvent(QPaintEvent *event) {
+    QTreeView::paintEvent(event);
+    const bool isFilteredOut = focusFolder() != nullptr && !model_.filter().isEmpty() &&
+                               !model_.isFiltering() && model_.rowCount(rootIndex()) == 0;
+    if (!isFilteredOut)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(Theme::current().tertiaryText);
+    painter.setFont(font());
+    const QRect place = viewport()->rect().adjusted(messageMargin, 0, -messageMargin, 0);
+    painter.drawText(place, Qt::AlignCenter | Qt::TextWordWrap,
+                     tr("No name in this folder contains “%1”.").arg(model_.filter()));
 }
 
 } // namespace brimvale

@@ -18,8 +18,6 @@ namespace brimvale {
 namespace {
 
 constexpr int indent = 20;
-constexpr int shareWidth = 112;
-constexpr int minimumColumnWidth = 72;
 /// Where a filter leaves no more than this, all of it is laid open at once.
 constexpr int laidOpenAtMost = 100;
 constexpr int laidOpenFoldersAtMost = 1000;
@@ -48,8 +46,11 @@ OutlineView::OutlineView(OutlineModel &model, QWidget *parent) : QTreeView(paren
     setHorizontalScrollMode(ScrollPerPixel);
     viewport()->setAttribute(Qt::WA_Hover);
 
+    auto *columns = new OutlineHeader(this);
+    setHeader(columns);
     setModel(&model_);
-    setUpColumns();
+    columns->setSortIndicator(OutlineModel::sizeColumn, Qt::DescendingOrder);
+    setSortingEnabled(true);
     connect(this, &QTreeView::doubleClicked, this, &OutlineView::open);
     connect(this, &QTreeView::expanded, this, [this](const QModelIndex &index) {
         if (!isRestoring_)
@@ -59,25 +60,6 @@ OutlineView::OutlineView(OutlineModel &model, QWidget *parent) : QTreeView(paren
     connect(&model_, &OutlineModel::aboutToRearrange, this, &OutlineView::setAsideSelection);
     connect(&model_, &OutlineModel::rearranged, this, &OutlineView::putBackSelection);
     connect(&model_, &OutlineModel::filtered, this, &OutlineView::showFiltered);
-}
-
-/// The figures have the width of the longest there are, so that nothing moves while they change.
-void OutlineView::setUpColumns() {
-    auto *columns = new OutlineHeader(this);
-    setHeader(columns);
-    columns->setStretchLastSection(false);
-    columns->setSectionsMovable(false);
-    columns->setMinimumSectionSize(minimumColumnWidth);
-    columns->setSectionResizeMode(QHeaderView::Interactive);
-    columns->setSectionResizeMode(OutlineModel::nameColumn, QHeaderView::Stretch);
-    const auto widthOf = [&](const QString &figure) {
-        return fontMetrics().horizontalAdvance(figure) + 2 * OutlineDelegate::margin;
-    };
-    columns->resizeSection(OutlineModel::sizeColumn, widthOf(QStringLiteral("8,888.88 GB")));
-    columns->resizeSection(OutlineModel::shareColumn, shareWidth);
-    columns->resizeSection(OutlineModel::itemsColumn, widthOf(QStringLiteral("88,888,888")));
-    columns->setSortIndicator(OutlineModel::sizeColumn, Qt::DescendingOrder);
-    setSortingEnabled(true);
 }
 
 void OutlineView::setFocusFolder(FSNode *folder) {
@@ -102,8 +84,8 @@ void OutlineView::open(const QModelIndex &index) {
         emit opened(node);
 }
 
-/// A few matches are laid open wherever they are, but not what they hold. Otherwise, and once the filter is gone, what the user had
-/// opened is open again. What leads to the selection always is.
+/// A few matches are laid open wherever they are, but not what they hold. Otherwise, and once the filter is
+/// gone, what the user had opened is open again. What leads to the selection always is.
 void OutlineView::showFiltered(qint64 matches) {
     const bool hasFilter = !model_.filter().isEmpty();
     for (const FSNode *node : selectedNodes())
@@ -162,6 +144,18 @@ void OutlineView::keyPressEvent(QKeyEvent *event) {
         return;
     }
     QTreeView::keyPressEvent(event);
+}
+
+/// QTreeView looks for a chevron at the depth of its row, which for a deep one is not where it is drawn.
+void OutlineView::mousePressEvent(QMouseEvent *event) {
+    const QPoint point = event->position().toPoint();
+    const QModelIndex name = indexAt(point).siblingAtColumn(OutlineModel::nameColumn);
+    const bool isMoved = name.isValid() && visualRect(name) != QTreeView::visualRect(name);
+    if (isMoved && event->button() == Qt::LeftButton && chevronRect(name).contains(point) &&
+        model_.hasChildren(name))
+        setExpanded(name, !isExpanded(name));
+    else
+        QTreeView::mousePressEvent(event);
 }
 
 void OutlineView::keyboardSearch(const QString &typed) {

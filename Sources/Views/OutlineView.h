@@ -31,6 +31,8 @@ public:
     /// The selected nodes, in no particular order.
     [[nodiscard]] std::vector<FSNode *> selectedNodes() const;
 
+    [[nodiscard]] QRect visualRect(const QModelIndex &index) const override;
+
     /// Type-ahead: goes to the next row shown whose name starts with what was typed in quick succession.
     void keyboardSearch(const QString &typed) override;
 
@@ -48,6 +50,8 @@ public:
 protected:
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     bool viewportEvent(QEvent *event) override;
     void drawRow(QPainter *painter, const QStyleOptionViewItem &option,
@@ -55,7 +59,6 @@ protected:
     void drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const override;
 
 private:
-    void setUpColumns();
     void setAsideSelection();
     void putBackSelection();
     void announceSelection();
@@ -64,6 +67,7 @@ private:
     void showFiltered(qint64 matches);
     void restoreExpansion(bool areMatchesOpen);
     void leaveClosed(const QModelIndex &folder);
+    [[nodiscard]] QRect chevronRect(const QModelIndex &name) const;
     [[nodiscard]] FSNode *rowBelow(const FSNode &node) const;
 
     OutlineModel &model_;

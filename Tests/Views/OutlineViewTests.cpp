@@ -7,6 +7,7 @@
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QHelpEvent>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QToolTip>
 #include <gmock/gmock.h>
@@ -212,6 +213,54 @@ TEST_F(OutlineWindow, ExplainsASpecialStateInATooltip) {
     qInstallMessageHandler(handler);
     EXPECT_EQ(QToolTip::text(), QStringLiteral("<p>%1</p>").arg(QString::fromStdString(*explanation(file_))));
     QToolTip::hideText();
+}
+
+TEST_F(OutlineWindow, FitsItsColumnsIntoAnyWidth) {
+    int narrowestWithShare = 0;
+    int narrowestWithItems = 0;
+    for (int width = 900; width >= 300; width -= 25) {
+        SCOPED_TRACE(width);
+        view_->resize(width, 400);
+        EXPECT_FALSE(view_->horizontalScrollBar()->isVisible());
+        EXPECT_EQ(view_->header()->length(), view_->viewport()->width());
+        EXPECT_GE(view_->columnWidth(OutlineModel::nameColumn), 140);
+        for (const auto &[column, narrowest] : {std::pair(OutlineModel::shareColumn, &narrowestWithShare),
+                                                {OutlineModel::itemsColumn, &narrowestWithItems}})
+            if (view_->columnWidth(column) > 0)
+                *narrowest = width;
+    }
+    EXPECT_LT(narrowestWithShare, narrowestWithItems) << "the items go first";
+    EXPECT_LT(narrowestWithItems, 500);
+
+    // What has no room is selected with its row all the same.
+    view_->resize(300, 400);
+    view_->selectAll();
+    click(small_, Qt::ControlModifier);
+    EXPECT_THAT(selected(), UnorderedElementsAre("big", "file", "empty"));
+    EXPECT_THAT(view_->selectionModel()->selectedRows(OutlineModel::itemsColumn), ::testing::SizeIs(3));
+}
+
+TEST_F(OutlineWindow, LeavesRoomForTheNamesOfDeepRows) {
+    FSNode *folder = &small_;
+    for (int depth = 0; depth < 40; ++depth)
+        folder = &addFolder(*folder, "folder");
+    add(*folder, "bottom", 1);
+    model_.setTree(tree_);
+    view_->select(folder);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view_->verticalScrollBar()->isVisible(); }));
+    const auto name = [&] { return view_->visualRect(at(*folder)); };
+    EXPECT_TRUE(view_->viewport()->rect().contains(name().center()));
+    EXPECT_GE(name().width(), 80);
+    for (const bool isToBeOpen : {true, false}) {
+        QTest::mouseClick(view_->viewport(), Qt::LeftButton, {}, name().center() - QPoint(60, 0));
+        EXPECT_EQ(view_->isExpanded(at(*folder)), isToBeOpen);
+    }
+}
+
+TEST_F(OutlineWindow, ShowsNoCharacterOfANameThatActs) {
+    FSNode &node = add(*tree_, "line\nfeed \u202Egnp.exe", 1);
+    model_.setTree(tree_);
+    EXPECT_EQ(at(node).data().toString(), QStringLiteral("line\uFFFDfeed \uFFFDgnp.exe"));
 }
 
 TEST_F(OutlineWindow, NeverMovesAColumnForWhatItShows) {
