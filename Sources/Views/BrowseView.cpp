@@ -5,6 +5,7 @@
 #include "Platform/Host.h"
 #include "Views/Components/Breadcrumb.h"
 #include "Views/Components/Card.h"
+#include "Views/Components/NodeName.h"
 #include "Views/Components/ScanBar.h"
 #include "Views/Components/StateMessage.h"
 #include "Views/DetailPanel.h"
@@ -180,7 +181,7 @@ void BrowseView::showState() {
     if (hasResults)
         return;
     // Another place may have been chosen since the scan began.
-    const QString path = tree == nullptr ? QString() : QString::fromUtf8(tree->path());
+    const QString path = tree == nullptr ? QString() : displayedText(tree->path());
     if (*model_.isScanning) {
         message_->setMessage(
             QStringLiteral("search"), tr("Scanning…"),

@@ -120,9 +120,9 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
     iconName_ = only != nullptr ? nodeIconName(*only) : QStringLiteral("files");
     name_->setText(
         only != nullptr
-            ? text(only->name)
+            ? displayedName(*only)
             : tr("%1 items selected").arg(text(Fmt::count(static_cast<std::int64_t>(nodes.size())))));
-    path_->setText(only != nullptr ? text(only->path()) : QString());
+    path_->setText(only != nullptr ? displayedText(only->path()) : QString());
     const QString none = QStringLiteral("—");
     if (nodes.empty()) {
         name_->setText(tr("Nothing selected"));

@@ -2,7 +2,6 @@
 
 #include "Core/TreemapStyle.h"
 #include "Views/Components/NodeName.h"
-#include "Views/Components/PlainToolTip.h"
 #include "Views/Components/Theme.h"
 #include "Views/TreemapAccessibility.h"
 #include "Views/TreemapPicture.h"
@@ -292,7 +291,7 @@ void TreemapView::showToolTip(const QHelpEvent &event) {
     const std::optional<std::size_t> index = tileAt(event.pos());
     if (!index)
         return QToolTip::hideText();
-    QToolTip::showText(event.globalPos(), plainToolTip(toolTipOf(*index)), this, tileArea(*index));
+    QToolTip::showText(event.globalPos(), asToolTip(toolTipOf(*index)), this, tileArea(*index));
 }
 
 /// Tells assistive technology which tile is selected, and has the focus if the treemap does.

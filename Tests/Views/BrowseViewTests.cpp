@@ -253,6 +253,21 @@ TEST_F(BrowsePage, FiltersByNameAndEscapesFromIt) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return rows.rowCount() == 2; }, 5'000));
 }
 
+TEST_F(BrowsePage, TakesNothingInANameForAShortcutOrMarkup) {
+    folder.makeFile("big/<b>Q&A && more/file", 200'000);
+    scan();
+    clickTile(node({"big"}), true);
+    clickTile(node({"big", "<b>Q&A && more"}), true);
+    const auto buttons = find<Breadcrumb>("breadcrumb").findChildren<QToolButton *>();
+    const auto focused = std::find_if(buttons.begin(), buttons.end(), [](const QToolButton *button) {
+        return button->accessibleName() == QStringLiteral("<b>Q&A && more");
+    });
+    ASSERT_NE(focused, buttons.end());
+    EXPECT_EQ((*focused)->text(), QStringLiteral("<b>Q&&A &&&& more"));
+    EXPECT_TRUE((*focused)->shortcut().isEmpty());
+    EXPECT_FALSE((*focused)->toolTip().contains(QStringLiteral("<b>")));
+}
+
 TEST_F(BrowsePage, ClearsAFilterThatWouldHideTheFolderThatIsEntered) {
     scan();
     auto &filter = find<QLineEdit>("filter");

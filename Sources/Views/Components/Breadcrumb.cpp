@@ -2,7 +2,6 @@
 
 #include "Views/Components/Icons.h"
 #include "Views/Components/NodeName.h"
-#include "Views/Components/PlainToolTip.h"
 #include "Views/Components/Theme.h"
 
 #include <QApplication>
@@ -21,11 +20,6 @@ constexpr int chevronSize = 12;
 constexpr int buttonPadding = 14;
 constexpr int widestName = 220;
 constexpr std::size_t mostHiddenListed = 30;
-
-/// A name for a button or a menu, which take "&" for the mark of a key.
-QString asTitle(QString name) {
-    return name.replace(QLatin1Char('&'), QStringLiteral("&&"));
-}
 
 } // namespace
 
@@ -112,9 +106,9 @@ QToolButton *Breadcrumb::addFolder(FSNode &folder, bool isFocused) {
     auto *button = new QToolButton(this);
     button->setAutoRaise(true);
     button->setFont(Type::font(Type::Size::body, isFocused ? QFont::DemiBold : QFont::Normal));
-    button->setText(asTitle(button->fontMetrics().elidedText(displayedName(folder), Qt::ElideMiddle,
+    button->setText(asLabel(button->fontMetrics().elidedText(displayedName(folder), Qt::ElideMiddle,
                                                              widestName - buttonPadding)));
-    button->setToolTip(plainToolTip(QString::fromUtf8(folder.path())));
+    button->setToolTip(asToolTip(displayedText(folder.path())));
     button->setAccessibleName(displayedName(folder));
     button->setFocusPolicy(Qt::TabFocus);
     connect(button, &QToolButton::clicked, this, [this, &folder] { emit chosen(&folder); });
@@ -130,14 +124,16 @@ void Breadcrumb::addHidden(std::size_t end) {
     button->setAutoRaise(true);
     button->setText(QStringLiteral("…"));
     button->setAccessibleName(tr("Folders in between"));
-    button->setPopupMode(QToolButton::InstantPopup);
+    button->setFocusPolicy(Qt::TabFocus);
     auto *menu = new QMenu(button);
     menu->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
     for (std::size_t i = end - 1; i > 0 && end - i <= mostHiddenListed; --i) {
         FSNode *folder = way_[i];
-        menu->addAction(asTitle(displayedName(*folder)), this, [this, folder] { emit chosen(folder); });
+        menu->addAction(asLabel(displayedName(*folder)), this, [this, folder] { emit chosen(folder); });
     }
-    button->setMenu(menu);
+    // Not as the button's own menu, for which it would draw an arrow over its text.
+    connect(button, &QToolButton::clicked, menu,
+            [button, menu] { menu->popup(button->mapToGlobal(button->rect().bottomLeft())); });
     layout_->addWidget(button);
     addChevron();
 }

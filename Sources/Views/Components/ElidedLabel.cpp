@@ -1,6 +1,6 @@
 #include "Views/Components/ElidedLabel.h"
 
-#include "Views/Components/PlainToolTip.h"
+#include "Views/Components/NodeName.h"
 
 #include <QPainter>
 
@@ -29,7 +29,7 @@ void ElidedLabel::paintEvent(QPaintEvent * /*event*/) {
     QString line = text();
     line.replace(QLatin1Char('\n'), QChar(0x240A));
     const QString shown = fontMetrics().elidedText(line, mode_, width());
-    setToolTip(shown == line ? QString() : plainToolTip(text()));
+    setToolTip(shown == line ? QString() : asToolTip(text()));
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
     painter.drawText(rect(), Qt::AlignVCenter | Qt::TextSingleLine, shown);

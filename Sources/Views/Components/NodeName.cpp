@@ -1,5 +1,6 @@
 #include "Views/Components/NodeName.h"
 
+#include <QTextDocument>
 #include <algorithm>
 
 namespace brimvale {
@@ -33,10 +34,18 @@ bool actsUnseen(QChar character) {
 
 } // namespace
 
-QString displayedName(const FSNode &node) {
-    QString name = QString::fromUtf8(node.name);
-    std::replace_if(name.begin(), name.end(), actsUnseen, QChar(QChar::ReplacementCharacter));
-    return name;
+QString displayedText(std::string_view bytes) {
+    QString text = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    std::replace_if(text.begin(), text.end(), actsUnseen, QChar(QChar::ReplacementCharacter));
+    return text;
+}
+
+QString asLabel(QString text) {
+    return text.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+QString asToolTip(const QString &text) {
+    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text, Qt::WhiteSpacePre) : text;
 }
 
 } // namespace brimvale

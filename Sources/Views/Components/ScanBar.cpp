@@ -5,6 +5,8 @@
 #include "Platform/FileStatus.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/Icons.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Components/ProgressLine.h"
 #include "Views/Components/Theme.h"
 
 #include <QComboBox>
@@ -13,7 +15,6 @@
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QMessageBox>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <cmath>
@@ -23,6 +24,7 @@ namespace brimvale {
 namespace {
 
 constexpr int buttonIconSize = 16;
+constexpr int progressWidth = 160;
 
 QString text(const std::string &bytes) {
     return QString::fromUtf8(bytes);
@@ -106,10 +108,10 @@ QWidget *ScanBar::makeProgress() {
     auto *layout = new QHBoxLayout(progress_);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(12);
-    auto *bar = new QProgressBar(progress_);
+    auto *bar = new ProgressLine(progress_);
+    bar->setObjectName(QStringLiteral("scanProgressLine"));
     bar->setRange(0, 0); // how much there is, is not known before the end
-    bar->setTextVisible(false);
-    bar->setFixedSize(160, 6);
+    bar->setFixedWidth(progressWidth);
     bar->setAccessibleName(tr("Scanning"));
     current_->setObjectName(QStringLiteral("scanCurrent"));
     layout->addWidget(bar);
@@ -123,7 +125,7 @@ void ScanBar::fillPresets() {
 }
 
 void ScanBar::showScanRoot() {
-    root_->setText(text(*model_.scanRootPath));
+    root_->setText(displayedText(*model_.scanRootPath));
     int shown = -1;
     const std::vector<ScanRootPreset> presets = ScanRootPreset::allCases();
     for (std::size_t i = 0; i < presets.size() && shown < 0; ++i)
@@ -142,7 +144,7 @@ void ScanBar::showFigures() {
     elapsed_->setText(elapsedText(*model_.scanElapsed));
     unreadable_->setVisible(hasFigures && *model_.scanUnreadable > 0);
     unreadable_->setText(tr("%1 unreadable").arg(text(Fmt::count(*model_.scanUnreadable))));
-    current_->setText(text(*model_.scanCurrentPath));
+    current_->setText(displayedText(*model_.scanCurrentPath));
 }
 
 void ScanBar::showState() {

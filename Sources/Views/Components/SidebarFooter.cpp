@@ -3,7 +3,7 @@
 #include "Core/Formatting.h"
 #include "Views/Components/CapacityBar.h"
 #include "Views/Components/Icons.h"
-#include "Views/Components/PlainToolTip.h"
+#include "Views/Components/NodeName.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/Theme.h"
 
@@ -105,7 +105,7 @@ void SidebarFooter::showName() {
     const QString shown =
         name_->fontMetrics().elidedText(volumeName_, Qt::ElideMiddle, width() - 2 * sideMargin);
     name_->setText(shown);
-    name_->setToolTip(shown == volumeName_ ? QString() : plainToolTip(volumeName_));
+    name_->setToolTip(shown == volumeName_ ? QString() : asToolTip(volumeName_));
     name_->setAccessibleName(volumeName_);
 }
 
