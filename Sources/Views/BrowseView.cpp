@@ -8,6 +8,7 @@
 #include "Views/Components/NodeName.h"
 #include "Views/Components/ScanBar.h"
 #include "Views/Components/StateMessage.h"
+#include "Views/Components/Theme.h"
 #include "Views/DetailPanel.h"
 #include "Views/OutlineView.h"
 #include "Views/TreemapView.h"
@@ -32,6 +33,7 @@ namespace brimvale {
 namespace {
 
 constexpr int pageMargin = 24;
+constexpr int widestPathInMessage = 400;
 
 /// The node itself or the one around it that lies right in `folder`; null when it lies elsewhere.
 FSNode *childAround(FSNode *node, const FSNode *folder) {
@@ -181,7 +183,10 @@ void BrowseView::showState() {
     if (hasResults)
         return;
     // Another place may have been chosen since the scan began.
-    const QString path = tree == nullptr ? QString() : displayedText(tree->path());
+    const QFontMetrics metrics(Type::font(Type::Size::body));
+    const QString path = tree == nullptr ? QString()
+                                         : metrics.elidedText(displayedText(tree->path()), Qt::ElideMiddle,
+                                                              widestPathInMessage);
     if (*model_.isScanning) {
         message_->setMessage(
             QStringLiteral("search"), tr("Scanning…"),

@@ -13,6 +13,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QStackedWidget>
+#include <QToolTip>
 #include <algorithm>
 #include <utility>
 
@@ -44,7 +45,7 @@ ContentView::ContentView(CorvelModel &model, QWidget *parent)
     : QMainWindow(parent), model_(model), sidebar_(new Sidebar(this)), stack_(new QStackedWidget(this)) {
     setObjectName(QStringLiteral("contentView"));
     setWindowTitle(QCoreApplication::applicationName());
-    setPalette(Theme::current().palette());
+    applyTheme();
     setMinimumSize(minimumSizeOfWindow);
     resize(defaultSize);
 
@@ -136,9 +137,16 @@ void ContentView::showAbout() {
     (new AboutSheet(this))->open();
 }
 
+/// Tool tips are no children of the window, and keep the system's palette otherwise.
+void ContentView::applyTheme() {
+    const QPalette palette = Theme::current().palette();
+    setPalette(palette);
+    QToolTip::setPalette(palette);
+}
+
 bool ContentView::event(QEvent *event) {
     if (event->type() == QEvent::ApplicationPaletteChange)
-        setPalette(Theme::current().palette());
+        applyTheme();
     return QMainWindow::event(event);
 }
 

@@ -46,6 +46,7 @@ private:
     void followModel();
     void showPageOfRow(int row);
     void showAbout();
+    void applyTheme();
 
     CorvelModel &model_;
     Sidebar *sidebar_;

@@ -16,6 +16,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QTest>
+#include <QToolTip>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -117,6 +118,7 @@ TEST_F(ContentViewTest, FollowsTheSystemsAppearance) {
             << "the system's palette stays as it is";
         EXPECT_EQ(window->palette().color(QPalette::Window), theme.window);
         EXPECT_EQ(menu->palette().color(QPalette::Window), theme.window) << "menus go along";
+        EXPECT_EQ(QToolTip::palette().color(QPalette::ToolTipBase), theme.card) << "and so do tool tips";
         EXPECT_EQ(paintedAt({40, window->height() / 2}), theme.sidebar);
         EXPECT_EQ(paintedAt(window->menuBar()->geometry().center()), theme.window);
         const QWidget *list = window->findChild<QListWidget *>("pages");
