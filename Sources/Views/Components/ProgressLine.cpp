@@ -63,7 +63,9 @@ void ProgressLine::paintEvent(QPaintEvent *) {
     line.addRoundedRect(rect(), height() / 2.0, height() / 2.0);
     painter.fillPath(line, theme.track);
     painter.setClipPath(line);
-    painter.fillRect(filledPart(), isEnabled() ? theme.accent : theme.tertiaryText);
+    QPainterPath part;
+    part.addRoundedRect(filledPart(), height() / 2.0, height() / 2.0);
+    painter.fillPath(part, isEnabled() ? theme.accent : theme.tertiaryText);
 }
 
 void ProgressLine::timerEvent(QTimerEvent *event) {
