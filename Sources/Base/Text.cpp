@@ -57,4 +57,18 @@ std::string displayText(std::string_view bytes) {
     return text;
 }
 
+std::string percentEncoded(std::string_view bytes) {
+    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/-._~";
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string text;
+    for (const char byte : bytes) {
+        const auto value = static_cast<unsigned char>(byte);
+        if (plain.find(byte) != std::string_view::npos)
+            text.push_back(byte);
+        else
+            text.append({'%', digits[value >> 4U], digits[value & 15U]});
+    }
+    return text;
+}
+
 } // namespace brimvale

@@ -12,4 +12,7 @@ namespace brimvale {
 /// only; a path is never built from it.
 [[nodiscard]] std::string displayText(std::string_view bytes);
 
+/// Bytes as part of a URI (RFC 3986): every byte but ASCII letters, digits and "/-._~" as "%" and two digits.
+[[nodiscard]] std::string percentEncoded(std::string_view bytes);
+
 } // namespace brimvale

@@ -14,6 +14,8 @@ class Folder {
 public:
     /// A folder that is not open.
     Folder() = default;
+    /// Takes over an open descriptor of a folder; not open for a negative one.
+    explicit Folder(int descriptor) : descriptor_(descriptor) {}
     Folder(Folder &&other) noexcept;
     Folder &operator=(Folder &&other) noexcept;
     ~Folder();
@@ -35,6 +37,9 @@ public:
 
     [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
 
+    /// For what else the system can do with an open folder; still the object's own.
+    [[nodiscard]] int descriptor() const { return descriptor_; }
+
     /// Which folder this is; nothing when it is not open.
     [[nodiscard]] std::optional<FileIdentity> identity() const;
 
@@ -49,8 +54,6 @@ public:
     [[nodiscard]] std::optional<FileStatus> statusOfEntry(const char *name) const;
 
 private:
-    explicit Folder(int descriptor) : descriptor_(descriptor) {}
-
     int descriptor_ = -1;
     void *names_ = nullptr; ///< how the system reads names, while they are asked for
 };

@@ -1,5 +1,6 @@
 #include "Platform/ProcessRunner.h"
 
+#include "Platform/Posix/Descriptor.h"
 #include "Platform/Posix/Spawn.h"
 
 #include <algorithm>
@@ -10,32 +11,12 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <utility>
 
 extern char **environ;
 
 namespace brimvale {
 
 namespace {
-
-/// An open descriptor, closed with the object.
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-
-    [[nodiscard]] int number() const { return number_; }
-
-    void close() {
-        if (number_ >= 0)
-            ::close(std::exchange(number_, -1));
-    }
-
-private:
-    int number_;
-};
 
 /// How a child's streams and signals are set up before the tool begins.
 class Preparation {
