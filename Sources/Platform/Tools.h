@@ -6,8 +6,10 @@ namespace brimvale {
 
 /// The external tools, by absolute path. The table follows the platform, never the catalog in force.
 struct Tools {
-    std::string shell;     ///< a POSIX shell: -c SCRIPT
-    std::string busCaller; ///< calls a method on the session bus, as dbus-send does; empty on macOS
+    std::string shell; ///< a POSIX shell: -c SCRIPT
+    std::string
+        administratorRunner; ///< asks for the rights to run PROGRAM ARGUMENT… as pkexec does; empty on macOS
+    std::string busCaller;   ///< calls a method on the session bus, as dbus-send does; empty on macOS
 };
 
 /// The tools of the platform that the program was built for.

@@ -7,7 +7,7 @@ System platformSystem() {
 }
 
 Tools platformTools() {
-    return {.shell = "/bin/sh", .busCaller = "/usr/bin/dbus-send"};
+    return {.shell = "/bin/sh", .administratorRunner = "/usr/bin/pkexec", .busCaller = "/usr/bin/dbus-send"};
 }
 
 } // namespace brimvale

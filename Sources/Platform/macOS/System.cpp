@@ -7,7 +7,7 @@ System platformSystem() {
 }
 
 Tools platformTools() {
-    return {.shell = "/bin/sh", .busCaller = ""};
+    return {.shell = "/bin/sh", .administratorRunner = "", .busCaller = ""};
 }
 
 } // namespace brimvale

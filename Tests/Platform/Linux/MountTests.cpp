@@ -1,49 +1,24 @@
 #include "Core/DiskScanner.h"
 #include "Platform/Mounts.h"
 #include "Support/ChildProcess.h"
+#include "Support/OwnMounts.h"
 #include "Support/ReferenceScan.h"
 #include "Support/TemporaryFolder.h"
 
 #include <algorithm>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sched.h>
 #include <sys/mount.h>
-#include <unistd.h>
 
 namespace brimvale {
 
 namespace {
 
 using testing::describe;
+using testing::mountMemory;
+using testing::ownMounts;
 using testing::referenceScan;
 using testing::TemporaryFolder;
-
-bool write(const char *path, const std::string &text) {
-    std::ofstream file(path);
-    file << text;
-    file.close();
-    return file.good();
-}
-
-/// Gives this process user ids of its own, in which the one user that it is remains: a user that is unknown
-/// there could create nothing on what it mounts.
-bool ownUsers() {
-    const std::string user = std::to_string(geteuid()), group = std::to_string(getegid());
-    return unshare(CLONE_NEWUSER) == 0 && write("/proc/self/uid_map", user + " " + user + " 1") &&
-           write("/proc/self/setgroups", "deny") && write("/proc/self/gid_map", group + " " + group + " 1");
-}
-
-/// Gives this process, a child, a mount table of its own. False where that is not permitted.
-bool ownMounts() {
-    return (geteuid() == 0 || ownUsers()) && unshare(CLONE_NEWNS) == 0 &&
-           mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-}
-
-bool mountMemory(const std::string &path) {
-    return mount("none", path.c_str(), "tmpfs", 0, nullptr) == 0;
-}
 
 } // namespace
 

@@ -1,0 +1,40 @@
+#include "Platform/PrivilegedRunner.h"
+
+#include "Platform/AppleScript.h"
+
+#import <Foundation/Foundation.h>
+#include <mutex>
+#include <thread>
+
+namespace brimvale {
+
+namespace {
+
+std::optional<PrivilegedRunError> run(const std::string &script) {
+    @autoreleasepool {
+        NSString *source = [NSString stringWithUTF8String:script.c_str()];
+        // What is no script cannot be run, and reports no error either.
+        NSAppleScript *object = source == nil ? nil : [[NSAppleScript alloc] initWithSource:source];
+        NSDictionary<NSString *, id> *information = nil;
+        [object executeAndReturnError:&information];
+        if (information == nil)
+            return std::nullopt;
+        id message = information[NSAppleScriptErrorMessage];
+        if (![message isKindOfClass:NSString.class])
+            return PrivilegedRunError{};
+        return PrivilegedRunError{std::string([message UTF8String])};
+    }
+}
+
+} // namespace
+
+std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command, const Tools & /*tools*/) {
+    static std::mutex oneQuestionAtATime;
+    const std::lock_guard guard(oneQuestionAtATime);
+    // A script belongs to the thread that made it, so each has a thread for itself from its start to its end.
+    std::optional<PrivilegedRunError> error;
+    std::thread([&] { error = run(administratorScript(command)); }).join();
+    return error;
+}
+
+} // namespace brimvale

@@ -1,0 +1,51 @@
+#include "Support/OwnMounts.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+namespace brimvale::testing {
+
+namespace {
+
+bool write(const char *path, const std::string &text) {
+    std::ofstream file(path);
+    file << text;
+    file.close();
+    return file.good();
+}
+
+/// Gives this process user ids of its own, in which the one user that it is remains: a user that is unknown
+/// there could create nothing on what it mounts.
+bool ownUsers() {
+    const std::string user = std::to_string(geteuid()), group = std::to_string(getegid());
+    return unshare(CLONE_NEWUSER) == 0 && write("/proc/self/uid_map", user + " " + user + " 1") &&
+           write("/proc/self/setgroups", "deny") && write("/proc/self/gid_map", group + " " + group + " 1");
+}
+
+} // namespace
+
+bool ownMounts() {
+    return (geteuid() == 0 || ownUsers()) && unshare(CLONE_NEWNS) == 0 &&
+           mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+bool mountMemory(const std::string &path, long bytes) {
+    const std::string size = "size=" + std::to_string(bytes);
+    return mount("none", path.c_str(), "tmpfs", 0, bytes > 0 ? size.c_str() : nullptr) == 0;
+}
+
+bool mountAlsoAt(const std::string &original, const std::string &path, bool isReadOnly) {
+    return mount(original.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
+           (!isReadOnly ||
+            mount(nullptr, path.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0);
+}
+
+void keepTemporaryFoldersInMemory(const std::string &path) {
+    if (ownMounts() && mountMemory(path))
+        setenv("TMPDIR", path.c_str(), 1);
+}
+
+} // namespace brimvale::testing
