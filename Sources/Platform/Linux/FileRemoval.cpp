@@ -1,0 +1,41 @@
+#include "Platform/FileRemoval.h"
+
+#include "Platform/Linux/FileOperation.h"
+#include "Platform/Linux/Place.h"
+#include "Platform/Linux/TreeRemoval.h"
+
+#include <cerrno>
+#include <string>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+/// 0, or the errno of what stood in the way.
+int remove(const FileURL &item, RemovalProgress &progress) {
+    if (!namesEntry(item))
+        return EINVAL;
+    Descriptor around = openFolderAround(item);
+    if (!around.isOpen())
+        return errno;
+    if (progress.cancelled)
+        return ECANCELED;
+    const std::string name(item.lastPathComponent());
+    // What is no folder goes at once, whatever it is by now; the system refuses a folder here.
+    if (unlinkat(around.number(), name.c_str(), 0) == 0) {
+        ++progress.entriesRemoved;
+        return 0;
+    }
+    return errno == EISDIR ? TreeRemoval(std::move(around), name, progress).run() : errno;
+}
+
+} // namespace
+
+std::optional<FileError> removeItem(const FileURL &item, RemovalProgress *progress) {
+    RemovalProgress unwatched;
+    const int error = remove(item, progress != nullptr ? *progress : unwatched);
+    return error == 0 ? std::nullopt : std::optional(fileError(FileOperation::remove, item, error));
+}
+
+} // namespace brimvale

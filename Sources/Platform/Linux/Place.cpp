@@ -1,0 +1,35 @@
+#include "Platform/Linux/Place.h"
+
+#include "Platform/Posix/ShortPath.h"
+
+#include <cerrno>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+namespace brimvale {
+
+std::optional<Place> placeOf(int descriptor) {
+    struct statx status {};
+    constexpr unsigned wanted = STATX_INO | STATX_MNT_ID;
+    if (statx(descriptor, "", AT_EMPTY_PATH, wanted, &status) != 0)
+        return std::nullopt;
+    if ((status.stx_mask & wanted) != wanted) {
+        errno = ENOSYS;
+        return std::nullopt;
+    }
+    return Place{{makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino}, status.stx_mnt_id};
+}
+
+bool namesEntry(const FileURL &item) {
+    const std::string_view name = item.lastPathComponent();
+    return name != "/" && name != "." && name != ".." && item.path().find('\0') == std::string::npos;
+}
+
+Descriptor openFolderAround(const FileURL &item) {
+    return Descriptor(
+        withShortPath(item.deletingLastPathComponent().path(), [](int enclosing, const char *rest) {
+            return openat(enclosing, rest, O_PATH | O_DIRECTORY | O_CLOEXEC);
+        }));
+}
+
+} // namespace brimvale

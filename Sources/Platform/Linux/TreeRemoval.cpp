@@ -1,0 +1,243 @@
+#include "Platform/Linux/TreeRemoval.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+/// A removal waits for the disk as much as it computes, so there are more threads than many a machine has
+/// cores; beyond these they only wait for each other in the file system's journal.
+constexpr std::size_t mostHelpers = 3;
+
+/// Folders that are kept open so that several threads can take from them.
+constexpr std::size_t usualOpenFolders = 64;
+
+} // namespace
+
+TreeRemoval::TreeRemoval(Descriptor around, const std::string &name, RemovalProgress &progress)
+    : progress_(progress), place_(placeOf(around.number())),
+      mostOpen_(std::min(usualOpenFolders, descriptorLimit() / 4)) {
+    if (!place_) {
+        error_ = errno;
+        return;
+    }
+    branches_.push_back({nullptr,
+                         "",
+                         place_->identity,
+                         {},
+                         std::make_shared<const Folder>(around.release()),
+                         {name + '\0', 1},
+                         1});
+}
+
+int TreeRemoval::run() {
+    if (error_ == 0)
+        work(take(branches_.front()));
+    std::vector<std::thread> helpers;
+    {
+        const std::lock_guard guard(lock_);
+        helpers.swap(helpers_);
+    }
+    for (std::thread &helper : helpers)
+        helper.join();
+    return error_;
+}
+
+void TreeRemoval::work(std::optional<Task> task) {
+    while (task || (task = waitForTask()))
+        task = task->isEmptied ? removeEmptied(*task) : empty(*task);
+}
+
+/// Takes from the folder that was opened first: what waits there is likely to be large. Nothing at the end.
+std::optional<TreeRemoval::Task> TreeRemoval::waitForTask() {
+    std::unique_lock lock(lock_);
+    ++idleThreads_;
+    while (!isDone_ && error_ == 0) {
+        const auto found = std::find_if(open_.begin(), open_.end(),
+                                        [](const Branch *branch) { return branch->waiting.count > 0; });
+        if (found != open_.end()) {
+            --idleThreads_;
+            return take(**found);
+        }
+        changed_.wait(lock);
+    }
+    return std::nullopt;
+}
+
+/// Removes everything from a folder but the folders in it, and goes on with these or, when there are none,
+/// with itself.
+std::optional<TreeRemoval::Task> TreeRemoval::empty(const Task &task) {
+    if (mustStop())
+        return std::nullopt;
+    Folder folder = task.folder->subfolder(task.name.c_str());
+    if (!folder.isOpen())
+        return removeUnopened(task);
+    const std::optional<Place> place = placeOf(folder.descriptor());
+    if (!place)
+        return fail(errno);
+    if (!place->isBeside(*place_))
+        return fail(EBUSY);
+
+    Subfolders subfolders;
+    while (const char *name = folder.nextName()) {
+        if (mustStop())
+            return std::nullopt;
+        if (unlinkat(folder.descriptor(), name, 0) == 0) {
+            progress_.entriesRemoved.fetch_add(1, std::memory_order_relaxed);
+        } else if (errno == EISDIR) {
+            subfolders.names.append(name).push_back('\0');
+            ++subfolders.count;
+        } else if (errno != ENOENT) {
+            return fail(errno);
+        }
+    }
+    if (errno != 0)
+        return fail(errno);
+    if (subfolders.count > 0)
+        return grow(task, std::move(folder), place->identity, std::move(subfolders));
+    return Task{task.branch, task.folder, task.name, true};
+}
+
+/// Deals with a folder that could not be opened, as errno says.
+std::optional<TreeRemoval::Task> TreeRemoval::removeUnopened(const Task &task) {
+    const int error = errno;
+    const bool isExchanged = error == ENOTDIR || error == ELOOP;
+    // What took a folder's place goes as it is; a folder that may not be read goes if it is empty.
+    if (error == ENOENT ||
+        unlinkat(task.folder->descriptor(), task.name.c_str(), isExchanged ? 0 : AT_REMOVEDIR) == 0) {
+        if (error != ENOENT)
+            progress_.entriesRemoved.fetch_add(1, std::memory_order_relaxed);
+        return afterRemoving(task);
+    }
+    return fail(error);
+}
+
+std::optional<TreeRemoval::Task> TreeRemoval::removeEmptied(const Task &task) {
+    if (mustStop())
+        return std::nullopt;
+    if (unlinkat(task.folder->descriptor(), task.name.c_str(), AT_REMOVEDIR) == 0)
+        progress_.entriesRemoved.fetch_add(1, std::memory_order_relaxed);
+    else if (errno != ENOENT)
+        return fail(errno);
+    return afterRemoving(task);
+}
+
+/// What to do where a folder has gone: the next one there, or, when it was the last, the one around it.
+std::optional<TreeRemoval::Task> TreeRemoval::afterRemoving(const Task &task) {
+    Task up;
+    FileIdentity identityAbove;
+    {
+        const std::lock_guard guard(lock_);
+        Branch &branch = *task.branch;
+        --branch.unfinished;
+        if (branch.waiting.count > 0) {
+            keepOpen(branch, task.folder);
+            return take(branch);
+        }
+        if (branch.unfinished > 0)
+            return std::nullopt; // others are at what is left
+        if (branch.around == nullptr) {
+            isDone_ = true;
+            changed_.notify_all();
+            return std::nullopt;
+        }
+        identityAbove = branch.around->identity;
+        up = {branch.around, branch.around->folder, std::move(branch.name), true};
+        forget(branch);
+    }
+    if (up.folder == nullptr) {
+        Folder above = task.folder->enclosing(1);
+        // Wherever the way up leads by now, only the folder that we came down from will do.
+        if (above.identity() != identityAbove)
+            return fail(ENOENT);
+        up.folder = std::make_shared<const Folder>(std::move(above));
+    }
+    return up;
+}
+
+/// Makes a branch of the folder and takes the first of the folders in it.
+std::optional<TreeRemoval::Task> TreeRemoval::grow(const Task &task, Folder folder,
+                                                   const FileIdentity &identity, Subfolders subfolders) {
+    const auto open = std::make_shared<const Folder>(std::move(folder));
+    const std::lock_guard guard(lock_);
+    const std::size_t count = subfolders.count;
+    branches_.push_back({task.branch, task.name, identity, {}, nullptr, std::move(subfolders), count});
+    Branch &branch = branches_.back();
+    branch.self = std::prev(branches_.end());
+    keepOpen(branch, open);
+    Task first = take(branch);
+    if (branch.waiting.count > 0)
+        callForHelp();
+    return first;
+}
+
+TreeRemoval::Task TreeRemoval::take(Branch &branch) {
+    Subfolders &waiting = branch.waiting;
+    Task task{&branch, branch.folder, waiting.names.c_str() + waiting.next, false};
+    waiting.next += task.name.size() + 1;
+    --waiting.count;
+    return task;
+}
+
+/// Lets others take from the branch. Where too many are open, the one that was opened first is closed,
+/// among those below which a thread is at work: that thread will come up to it and open it again.
+void TreeRemoval::keepOpen(Branch &branch, const OpenFolder &folder) {
+    if (branch.folder != nullptr)
+        return;
+    if (open_.size() >= mostOpen_) {
+        const auto isWorkedOn = [](const Branch *one) { return one->unfinished > one->waiting.count; };
+        auto found = std::find_if(open_.begin(), open_.end(), [&](const Branch *one) {
+            return one->waiting.count == 0 && isWorkedOn(one);
+        });
+        if (found == open_.end())
+            found = std::find_if(open_.begin(), open_.end(), isWorkedOn);
+        if (found != open_.end()) {
+            (*found)->folder.reset();
+            open_.erase(found);
+        }
+    }
+    branch.folder = folder;
+    open_.push_back(&branch);
+    changed_.notify_all();
+}
+
+void TreeRemoval::forget(Branch &branch) {
+    std::erase(open_, &branch);
+    branches_.erase(branch.self);
+}
+
+/// Adds a thread where all are at work.
+void TreeRemoval::callForHelp() {
+    if (idleThreads_ > 0 || helpers_.size() == mostHelpers || error_ != 0)
+        return;
+    try {
+        helpers_.emplace_back([this] { work(std::nullopt); });
+    } catch (const std::system_error &) {
+        // The system gives no more threads. Those that there are do, and if need be the caller's alone.
+    }
+}
+
+bool TreeRemoval::mustStop() {
+    if (progress_.cancelled.load(std::memory_order_relaxed))
+        fail(ECANCELED);
+    return error_.load(std::memory_order_relaxed) != 0;
+}
+
+/// Ends the removal, unless it has ended already.
+std::nullopt_t TreeRemoval::fail(int errorNumber) {
+    {
+        const std::lock_guard guard(lock_);
+        int none = 0;
+        error_.compare_exchange_strong(none, errorNumber);
+    }
+    changed_.notify_all();
+    return std::nullopt;
+}
+
+} // namespace brimvale

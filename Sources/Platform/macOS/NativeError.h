@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Base/FileError.h"
+
+@class NSError;
+
+namespace brimvale {
+
+/// The system's error with its description and the errors beneath it. A domain that is neither POSIX nor
+/// Cocoa counts as Cocoa's: the codes of the others are negative, so they are never taken for one of its own.
+[[nodiscard]] FileError fileErrorOf(NSError *error);
+
+} // namespace brimvale

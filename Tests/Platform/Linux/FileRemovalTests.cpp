@@ -1,0 +1,293 @@
+#include "Platform/FileRemoval.h"
+#include "Support/ChildProcess.h"
+#include "Support/HostileTree.h"
+#include "Support/OwnMounts.h"
+#include "Support/TemporaryFolder.h"
+#include "Support/TreeListing.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace brimvale {
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::listing;
+using testing::TemporaryFolder;
+
+/// The outcome of a removal in a word: "gone", or the two codes of its error.
+std::string outcomeOf(const std::optional<FileError> &error) {
+    if (!error)
+        return "gone";
+    const bool isCocoa = error->domain == FileError::Domain::cocoa;
+    const bool hasPosix = error->underlying && error->underlying->domain == FileError::Domain::posix;
+    return isCocoa && hasPosix
+               ? std::to_string(error->code) + " over " + std::to_string(error->underlying->code)
+               : "not an error of the file functions";
+}
+
+std::string outcome(const std::string &path) {
+    return outcomeOf(removeItem(FileURL(path)));
+}
+
+std::string over(int code, int errorNumber) {
+    return std::to_string(code) + " over " + std::to_string(errorNumber);
+}
+
+bool isThere(const std::string &path) {
+    return fs::exists(fs::symlink_status(path));
+}
+
+/// Passes a test that answers nothing, in a child that may have mounts of its own, in a folder of its own.
+/// What the test answers is why it is skipped.
+void inChild(const std::function<std::string(const TemporaryFolder &)> &test) {
+    const std::string answer = testing::answerOfChild([&]() -> std::string {
+        const TemporaryFolder folder;
+        const std::string reason = test(folder);
+        return ::testing::Test::HasFailure() ? "failed" : reason.empty() ? "passed" : "skipped: " + reason;
+    });
+    if (answer.starts_with("skipped"))
+        GTEST_SKIP() << answer;
+    EXPECT_EQ(answer, "passed");
+}
+
+} // namespace
+
+TEST(FileRemoval, RemovesTheItemWhateverItIsAndNothingBesideIt) {
+    const TemporaryFolder folder;
+    const std::string outside = folder.makeFolder("outside");
+    folder.writeFile("outside/inner/kept", "kept");
+    for (unsigned seed = 1; seed <= 2; ++seed) {
+        const TemporaryFolder tree;
+        makeHostileTree(tree, seed, true);
+        tree.makeLink("to folder", outside);
+        tree.makeLink("below/to folder", outside + "/inner");
+        fs::create_hard_link(folder.path("outside/inner/kept"), tree.path("below/second name"));
+        if (geteuid() != 0) // what may not be read can be neither removed nor listed
+            for (const auto &entry : fs::recursive_directory_iterator(tree.path()))
+                if (entry.is_directory() && !entry.is_symlink())
+                    fs::permissions(entry.path(), fs::perms::owner_all);
+        EXPECT_EQ(outcome(tree.path()), "gone") << seed;
+        EXPECT_FALSE(isThere(tree.path()));
+        fs::create_directory(tree.path()); // which goes with the object
+    }
+    for (const std::string &item :
+         {folder.makeFile("file"), folder.makeLink("link", outside), folder.makeLink("dangling", "nowhere"),
+          folder.makeLink("link before slash", outside) + "/", folder.makeFolder("empty"),
+          folder.makeFolder("slashed") + "//", folder.makeFile("caf\xE9 \xFF\n'\"\\")})
+        EXPECT_EQ(outcome(item), "gone") << item;
+    EXPECT_THAT(listing(folder.path()), ::testing::ElementsAre("/outside: folder", "/outside/inner: folder",
+                                                               "/outside/inner/kept: file kept"));
+}
+
+TEST(FileRemoval, RemovesThroughALinkInThePathOnlyWhatThePathNames) {
+    const TemporaryFolder folder;
+    folder.writeFile("real/kept", "kept");
+    folder.writeFile("real/doomed/file", "");
+    folder.makeLink("way", "real");
+    EXPECT_EQ(outcome(folder.path("way/doomed")), "gone");
+    EXPECT_THAT(listing(folder.path()),
+                ::testing::ElementsAre("/real: folder", "/real/kept: file kept", "/way: link to real"));
+}
+
+TEST(FileRemoval, RefusesWhatNamesNoEntry) {
+    const TemporaryFolder folder;
+    folder.writeFile("a/b/file", "kept");
+    const std::vector<std::string> before = listing(folder.path());
+    const std::string inside = folder.path("a/b");
+    for (const std::string &path : {inside + "/..", inside + "/.", inside + "/../", inside + "/./",
+                                    inside + std::string("\0x", 2), folder.path("a") + std::string("/\0", 2)})
+        EXPECT_EQ(outcome(path), over(512, EINVAL)) << path;
+    EXPECT_EQ(outcome(folder.path("missing")), over(4, ENOENT));
+    EXPECT_EQ(outcome(folder.path("missing/deeper")), over(4, ENOENT));
+    EXPECT_EQ(outcome(inside + "/file/deeper"), over(512, ENOTDIR));
+    EXPECT_EQ(outcome(folder.path(std::string(300, 'n'))), over(514, ENAMETOOLONG));
+    EXPECT_EQ(listing(folder.path()), before);
+}
+
+TEST(FileRemoval, SaysWhatStoodInTheWayOfTheItemAskedFor) {
+    const TemporaryFolder folder;
+    const auto error = removeItem(FileURL(folder.path("caf\xE9 “x”")));
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->localizedDescription, "“caf\uFFFD “x”” couldn’t be removed.");
+}
+
+TEST(FileRemoval, TakesTreesOfAnyDepthWithFewDescriptors) {
+    constexpr int depth = 3'000;
+    const TemporaryFolder outer;
+    const std::string answer = testing::answerOfChild([&] {
+        testing::keepTemporaryFoldersInMemory(outer.path());
+        const TemporaryFolder folder;
+        const std::string item = folder.makeFolder("item");
+        testing::makeChain(item, std::string(200, 'd'), depth);
+        testing::makeChain(folder.makeFolder("item/second"), "d", 100);
+        const rlimit few{48, 48};
+        setrlimit(RLIMIT_NOFILE, &few);
+        RemovalProgress progress;
+        const std::string end = outcomeOf(removeItem(FileURL(item), &progress));
+        return end + ", " + std::to_string(progress.entriesRemoved) + (isThere(item) ? ", but there" : "");
+    });
+    EXPECT_EQ(answer, "gone, " + std::to_string(3 * (depth + 100) + 2));
+}
+
+TEST(FileRemoval, TakesPathsOfAnyLength) {
+    const TemporaryFolder folder;
+    const std::string name(200, 'n');
+    testing::makeChain(folder.makeFolder("deep"), name, 60);
+    std::string path = folder.path("deep");
+    for (int i = 0; i < 40; ++i)
+        path += "/" + name;
+    EXPECT_EQ(outcome(path + "/sibling"), "gone");
+    EXPECT_EQ(outcome(path + "/sibling"), over(4, ENOENT));
+    EXPECT_EQ(outcome(path), "gone");
+    EXPECT_EQ(outcome(path), over(4, ENOENT));
+    EXPECT_EQ(outcome(folder.path("deep/" + name + "/file")), "gone");
+}
+
+TEST(FileRemoval, CountsAndStopsWhenCancelled) {
+    const TemporaryFolder folder;
+    const std::string item = folder.makeFolder("item");
+    for (int i = 0; i < 900; ++i)
+        folder.makeFile("item/" + std::to_string(i % 30) + "/" + std::to_string(i));
+    const auto entries = [&] { return std::distance(fs::recursive_directory_iterator(item), {}); };
+    const auto before = entries();
+
+    RemovalProgress progress;
+    progress.cancelled = true;
+    EXPECT_EQ(outcomeOf(removeItem(FileURL(item), &progress)), over(3072, ECANCELED));
+    EXPECT_EQ(outcomeOf(removeItem(FileURL(item + "/0/0"), &progress)), over(3072, ECANCELED));
+    EXPECT_EQ(entries(), before);
+
+    progress.cancelled = false;
+    std::thread watcher([&] {
+        while (progress.entriesRemoved < 20)
+            std::this_thread::yield();
+        progress.cancelled = true;
+    });
+    const std::string end = outcomeOf(removeItem(FileURL(item), &progress));
+    watcher.join();
+    if (end == "gone") { // the watcher came late
+        EXPECT_EQ(progress.entriesRemoved, before + 1);
+        return;
+    }
+    // What the figure says is gone, and not an entry more, now that it has ended.
+    EXPECT_EQ(end, over(3072, ECANCELED));
+    EXPECT_EQ(before - entries(), progress.entriesRemoved);
+    progress.cancelled = false;
+    EXPECT_EQ(outcomeOf(removeItem(FileURL(item), &progress)), "gone");
+    EXPECT_EQ(progress.entriesRemoved, before + 1);
+}
+
+TEST(FileRemoval, LeavesWhatTheUserMayNotRemove) {
+    const std::string answer = testing::answerOfChild([] {
+        testing::becomeOrdinaryUser();
+        const TemporaryFolder folder;
+        folder.makeFile("locked/file");
+        folder.makeFile("locked/folder/file");
+        folder.makeFile("item/inner/deep/file");
+        folder.makeFile("unreadable/file");
+        folder.makeFolder("unreadable and empty");
+        fs::permissions(folder.path("locked"), fs::perms(0555));
+        fs::permissions(folder.path("item/inner/deep"), fs::perms(0555));
+        fs::permissions(folder.path("unreadable"), fs::perms(0333));
+        fs::permissions(folder.path("unreadable and empty"), fs::perms(0000));
+        const std::vector<std::string> before = listing(folder.path());
+
+        for (const char *item :
+             {"locked/file", "locked/folder", "locked", "item", "item/inner", "unreadable"})
+            EXPECT_EQ(outcome(folder.path(item)), over(513, EACCES)) << item;
+        EXPECT_EQ(removeItem(FileURL(folder.path("item")))->localizedDescription,
+                  "“item” couldn’t be removed because you don’t have permission to access it.");
+        EXPECT_EQ(listing(folder.path()), before);
+        // Neither the folder around an item nor an empty folder has to be readable.
+        EXPECT_EQ(outcome(folder.path("unreadable/file")), "gone");
+        EXPECT_EQ(outcome(folder.path("unreadable and empty")), "gone");
+        return std::string(::testing::Test::HasFailure() ? "failed" : "passed");
+    });
+    EXPECT_EQ(answer, "passed");
+}
+
+TEST(FileRemoval, LeavesWhatIsMarkedImmutable) {
+    const TemporaryFolder folder;
+    folder.makeFile("item/immutable/file");
+    const int immutable = open(folder.path("item/immutable").c_str(), O_RDONLY | O_DIRECTORY);
+    int flags = 0;
+    const auto mark = [&](int mask) {
+        const int marked = (flags & ~FS_IMMUTABLE_FL) | mask;
+        return ioctl(immutable, FS_IOC_SETFLAGS, &marked) == 0;
+    };
+    if (ioctl(immutable, FS_IOC_GETFLAGS, &flags) != 0 || !mark(FS_IMMUTABLE_FL)) {
+        close(immutable);
+        GTEST_SKIP() << "files cannot be marked immutable here";
+    }
+    const std::string inside = outcome(folder.path("item/immutable/file"));
+    const std::string around = outcome(folder.path("item"));
+    const bool isWhole = isThere(folder.path("item/immutable/file"));
+    EXPECT_TRUE(mark(0));
+    close(immutable);
+    EXPECT_EQ(inside, over(513, EPERM));
+    EXPECT_EQ(around, over(513, EPERM));
+    EXPECT_TRUE(isWhole);
+    EXPECT_EQ(outcome(folder.path("item")), "gone");
+}
+
+TEST(FileRemoval, NeverGoesBehindAMountPoint) {
+    inChild([](const TemporaryFolder &folder) -> std::string {
+        const std::string elsewhere = folder.makeFolder("elsewhere");
+        folder.writeFile("elsewhere/kept", "kept");
+        folder.makeFolder("memory/mount");
+        folder.makeFolder("same device/mount");
+        folder.makeFile("a file/mount");
+        folder.makeFolder("itself/inside");
+        folder.makeFolder("mount as item");
+        if (!testing::ownMounts() || !testing::mountMemory(folder.path("memory/mount")) ||
+            !testing::mountAlsoAt(elsewhere, folder.path("same device/mount")) ||
+            !testing::mountAlsoAt(elsewhere + "/kept", folder.path("a file/mount")) ||
+            !testing::mountAlsoAt(folder.path("itself"), folder.path("itself/inside")) ||
+            !testing::mountAlsoAt(elsewhere, folder.path("mount as item")))
+            return "mounting is not permitted here";
+        folder.writeFile("memory/mount/folder/kept", "kept");
+        for (const char *item : {"memory", "memory/mount", "same device", "same device/mount", "a file",
+                                 "a file/mount", "itself", "mount as item"}) {
+            EXPECT_EQ(outcome(folder.path(item)), over(512, EBUSY)) << item;
+            EXPECT_TRUE(isThere(folder.path(item))) << item;
+        }
+        EXPECT_THAT(listing(elsewhere), ::testing::ElementsAre("/kept: file kept"));
+        EXPECT_THAT(listing(folder.path("memory/mount")),
+                    ::testing::ElementsAre("/folder: folder", "/folder/kept: file kept"));
+        // An item on another device than the folder of a link to it is like any other.
+        folder.makeLink("way", "memory/mount");
+        EXPECT_EQ(outcome(folder.path("way/folder")), "gone");
+        return {};
+    });
+}
+
+TEST(FileRemoval, ReportsAReadOnlyVolume) {
+    inChild([](const TemporaryFolder &folder) -> std::string {
+        folder.writeFile("real/item/kept", "kept");
+        const std::string view = folder.makeFolder("view");
+        if (!testing::ownMounts() || !testing::mountAlsoAt(folder.path("real"), view, true))
+            return "mounting is not permitted here";
+        for (const char *item : {"/item", "/item/kept"}) {
+            const auto error = removeItem(FileURL(view + item));
+            EXPECT_EQ(outcomeOf(error), over(642, EROFS));
+            EXPECT_THAT(error->localizedDescription,
+                        ::testing::EndsWith(" because the volume is read only."));
+        }
+        EXPECT_THAT(listing(folder.path("real")),
+                    ::testing::ElementsAre("/item: folder", "/item/kept: file kept"));
+        return {};
+    });
+}
+
+} // namespace brimvale
