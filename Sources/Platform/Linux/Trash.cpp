@@ -1,0 +1,179 @@
+#include "Platform/Trash.h"
+
+#include "Base/Text.h"
+#include "Platform/Linux/FileOperation.h"
+#include "Platform/Linux/TrashFolder.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <ctime>
+#include <fcntl.h>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr std::string_view infoSuffix = ".trashinfo";
+
+std::string localTime() {
+    const std::time_t now = std::time(nullptr);
+    std::tm time{};
+    localtime_r(&now, &time);
+    std::array<char, 32> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &time)};
+}
+
+/// Where the item is to be put back to: for the home trash the path that the user knows it by, else its path
+/// from the top of the volume, which may be mounted somewhere else by then.
+std::string originalPath(const FileURL &item, const Descriptor &around, const WayUp &way, bool isInHome) {
+    const FileURL known = item.deletingLastPathComponent().standardized().appending(item.lastPathComponent());
+    if (isInHome)
+        return known.path();
+    std::string top = pathOf(way.top);
+    const std::string folder = pathOf(around);
+    if (top.empty() || folder.empty() || !folder.starts_with(top))
+        return known.path();
+    const std::string path = joinPath(folder, item.lastPathComponent());
+    return path.substr(top == "/" ? 1 : top.size() + 1);
+}
+
+std::string infoText(const std::string &path) {
+    return "[Trash Info]\nPath=" + percentEncoded(path) + "\nDeletionDate=" + localTime() + "\n";
+}
+
+/// The beginning of a name that is too long, not cut within a character.
+std::string_view shortened(std::string_view name, std::size_t room) {
+    if (name.size() <= room)
+        return name;
+    constexpr std::size_t longestCharacter = 4;
+    std::size_t end = room;
+    while (end > 0 && room - end < longestCharacter && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80)
+        --end;
+    return name.substr(0, end);
+}
+
+/// The name in the trash at the n-th attempt: "a.txt", "a.2.txt", …
+std::string nameInTrash(std::string_view name, int attempt, std::size_t longest) {
+    constexpr std::size_t longestExtension = 16;
+    const std::size_t dot = name.rfind('.');
+    const bool hasExtension = dot != std::string_view::npos && dot > 0 && name.size() - dot <= longestExtension;
+    const std::string_view extension = hasExtension ? name.substr(dot) : std::string_view();
+    const std::string number = attempt == 1 ? "" : '.' + std::to_string(attempt);
+    const std::string_view stem = name.substr(0, name.size() - extension.size());
+    const std::size_t others = number.size() + extension.size();
+    return std::string(shortened(stem, longest - std::min(longest, others))).append(number).append(extension);
+}
+
+std::size_t longestName(const TrashFolder &trash) {
+    const long longest = fpathconf(trash.files.number(), _PC_NAME_MAX);
+    constexpr std::size_t usual = 255;
+    return (longest > 0 ? static_cast<std::size_t>(longest) : usual) - infoSuffix.size();
+}
+
+/// Writes what is known of an item, which takes its name in the trash. 0, or errno with nothing left behind.
+int writeInfo(const TrashFolder &trash, const std::string &name, const std::string &text) {
+    Descriptor file(openat(trash.info.number(), name.c_str(),
+                           O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
+    if (!file.isOpen())
+        return errno;
+    std::string_view rest = text;
+    int error = 0;
+    while (!rest.empty() && error == 0) {
+        const ssize_t written = write(file.number(), rest.data(), rest.size());
+        if (written >= 0)
+            rest.remove_prefix(static_cast<std::size_t>(written));
+        else if (errno != EINTR)
+            error = errno;
+    }
+    // Some file systems tell only now that there was no room.
+    if (::close(file.release()) != 0 && error == 0 && errno != EINTR)
+        error = errno;
+    if (error != 0)
+        unlinkat(trash.info.number(), name.c_str(), 0);
+    return error;
+}
+
+/// A rename that replaces nothing. 0, or errno.
+int move(const Descriptor &from, const std::string &name, const Descriptor &to, const std::string &newName) {
+    if (renameat2(from.number(), name.c_str(), to.number(), newName.c_str(), RENAME_NOREPLACE) == 0)
+        return 0;
+    if (errno != EINVAL)
+        return errno;
+    // A file system that cannot promise it. The name is ours by its info file, so nobody else who keeps to
+    // the layout takes it; what lies there without one is looked for.
+    struct stat status {};
+    if (fstatat(to.number(), newName.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0)
+        return EEXIST;
+    return renameat(from.number(), name.c_str(), to.number(), newName.c_str()) == 0 ? 0 : errno;
+}
+
+/// Moves the item under the first name that is free. 0, or errno with everything as it was.
+int moveInto(const TrashFolder &trash, const Descriptor &around, const std::string &name,
+             const std::string &info) {
+    const std::size_t longest = longestName(trash);
+    for (int attempt = 1;; ++attempt) {
+        const std::string newName = nameInTrash(name, attempt, longest);
+        const std::string infoName = newName + std::string(infoSuffix);
+        int error = writeInfo(trash, infoName, info);
+        if (error == 0) {
+            error = move(around, name, trash.files, newName);
+            if (error == 0)
+                return 0;
+            unlinkat(trash.info.number(), infoName.c_str(), 0);
+        }
+        if (error != EEXIST)
+            return error;
+    }
+}
+
+/// 0, or errno of why the item cannot be moved anywhere.
+int reasonToStay(const Descriptor &around, const std::string &name) {
+    struct stat status {};
+    const bool mayBe = fstatat(around.number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+                       faccessat(around.number(), ".", W_OK | X_OK, AT_EACCESS) == 0;
+    return mayBe ? 0 : errno;
+}
+
+/// Whether the error says something about the whole volume that is truer than that it has no trash.
+bool isOfVolume(int error) {
+    return error == ENOSPC || error == EDQUOT || error == EROFS;
+}
+
+} // namespace
+
+std::optional<FileError> moveToTrash(const FileURL &item) {
+    const auto failure = [&](int error) { return fileError(FileOperation::trash, item, error); };
+    if (!namesEntry(item))
+        return failure(EINVAL);
+    const std::string name(item.lastPathComponent());
+    const Descriptor around = openFolderAround(item);
+    if (!around.isOpen())
+        return failure(errno);
+    if (const int error = reasonToStay(around, name); error != 0)
+        return failure(error);
+    const WayUp way = WayUp::from(around);
+    if (!way.top.isOpen())
+        return failure(errno);
+
+    const TrashFolder trash = TrashFolder::forItemsAt(way);
+    const auto noTrash = [&] { return noTrashError(item, pathOf(way.top)); };
+    if (!trash.isOpen())
+        return isOfVolume(trash.error) ? failure(trash.error) : noTrash();
+    // What is in the trash already, or is the trash's own, stays.
+    if (std::find(way.folders.begin(), way.folders.end(), trash.identity) != way.folders.end())
+        return failure(EINVAL);
+    const std::string path = originalPath(item, around, way, trash.isInHome);
+    const int error = moveInto(trash, around, name, infoText(path));
+    if (error == EXDEV)
+        return noTrash();
+    return error == 0 ? std::nullopt : std::optional(failure(error));
+}
+
+} // namespace brimvale

@@ -1,0 +1,21 @@
+#include "Platform/Trash.h"
+
+#include "Platform/macOS/NativeError.h"
+
+#import <Foundation/Foundation.h>
+
+namespace brimvale {
+
+std::optional<FileError> moveToTrash(const FileURL &item) {
+    @autoreleasepool {
+        NSURL *url = [NSURL fileURLWithFileSystemRepresentation:item.path().c_str()
+                                                    isDirectory:NO
+                                                  relativeToURL:nil];
+        NSError *error = nil;
+        if ([NSFileManager.defaultManager trashItemAtURL:url resultingItemURL:nil error:&error])
+            return std::nullopt;
+        return fileErrorOf(error);
+    }
+}
+
+} // namespace brimvale
