@@ -91,6 +91,11 @@ std::string_view FileURL::lastPathComponent() const {
     return path.size() == 1 ? path : path.substr(path.rfind('/') + 1);
 }
 
+bool FileURL::namesEntry() const {
+    const std::string_view name = lastPathComponent();
+    return name != "/" && name != "." && name != ".." && path_.find('\0') == std::string::npos;
+}
+
 FileURL FileURL::appending(std::string_view component) const {
     return FileURL(joinPath(path_, component));
 }

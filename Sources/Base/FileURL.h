@@ -23,6 +23,10 @@ public:
     /// The last component: "b" of "/a/b" and of "/a/b/", "/" of "/".
     [[nodiscard]] std::string_view lastPathComponent() const;
 
+    /// Whether the last component names an entry of the enclosing folder, so that it can be removed or moved:
+    /// it is not "/", "." or "..", and no zero byte cuts the path short for the system.
+    [[nodiscard]] bool namesEntry() const;
+
     /// This path, a slash, and `component` (which may hold several components, but no leading slash).
     [[nodiscard]] FileURL appending(std::string_view component) const;
 

@@ -25,9 +25,8 @@ std::string commandIn(const std::string &script) {
 } // namespace
 
 TEST(AppleScript, IsWhatTheScriptRunnerExpects) {
-    EXPECT_EQ(
-        administratorScript("/bin/rm -rf -- " + quotedForShell("/Users/a/it's \"b\\")),
-        R"(do shell script "/bin/rm -rf -- '/Users/a/it'\\''s \"b\\'" with administrator privileges)");
+    EXPECT_EQ(administratorScript("/bin/rm -rf -- " + quotedForShell("/Users/a/it's \"b\\")),
+              R"(do shell script "/bin/rm -rf -- '/Users/a/it'\\''s \"b\\'" with administrator privileges)");
 }
 
 TEST(AppleScript, HandsEveryCommandOverAsItStands) {

@@ -14,7 +14,7 @@ namespace {
 
 /// 0, or the errno of what stood in the way.
 int remove(const FileURL &item, RemovalProgress &progress) {
-    if (!namesEntry(item))
+    if (!item.namesEntry())
         return EINVAL;
     Descriptor around = openFolderAround(item);
     if (!around.isOpen())

@@ -20,11 +20,6 @@ std::optional<Place> placeOf(int descriptor) {
     return Place{{makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino}, status.stx_mnt_id};
 }
 
-bool namesEntry(const FileURL &item) {
-    const std::string_view name = item.lastPathComponent();
-    return name != "/" && name != "." && name != ".." && item.path().find('\0') == std::string::npos;
-}
-
 Descriptor openFolderAround(const FileURL &item) {
     return Descriptor(
         withShortPath(item.deletingLastPathComponent().path(), [](int enclosing, const char *rest) {

@@ -25,10 +25,6 @@ struct Place {
 /// it, as Linux before 5.8 does not.
 [[nodiscard]] std::optional<Place> placeOf(int descriptor);
 
-/// Whether the path names an entry of a folder, and all of it would reach the system: neither "/" nor "." or
-/// ".." at its end, and no zero byte.
-[[nodiscard]] bool namesEntry(const FileURL &item);
-
 /// The folder around an item, opened by a path of any length for acting on its entries; it need not be
 /// readable. Not open, with errno set, on failure.
 [[nodiscard]] Descriptor openFolderAround(const FileURL &item);

@@ -54,7 +54,8 @@ std::string_view shortened(std::string_view name, std::size_t room) {
         return name;
     constexpr std::size_t longestCharacter = 4;
     std::size_t end = room;
-    while (end > 0 && room - end < longestCharacter && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80)
+    while (end > 0 && room - end < longestCharacter &&
+           (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80)
         --end;
     return name.substr(0, end);
 }
@@ -63,7 +64,8 @@ std::string_view shortened(std::string_view name, std::size_t room) {
 std::string nameInTrash(std::string_view name, int attempt, std::size_t longest) {
     constexpr std::size_t longestExtension = 16;
     const std::size_t dot = name.rfind('.');
-    const bool hasExtension = dot != std::string_view::npos && dot > 0 && name.size() - dot <= longestExtension;
+    const bool hasExtension =
+        dot != std::string_view::npos && dot > 0 && name.size() - dot <= longestExtension;
     const std::string_view extension = hasExtension ? name.substr(dot) : std::string_view();
     const std::string number = attempt == 1 ? "" : '.' + std::to_string(attempt);
     const std::string_view stem = name.substr(0, name.size() - extension.size());
@@ -150,7 +152,7 @@ bool isOfVolume(int error) {
 
 std::optional<FileError> moveToTrash(const FileURL &item) {
     const auto failure = [&](int error) { return fileError(FileOperation::trash, item, error); };
-    if (!namesEntry(item))
+    if (!item.namesEntry())
         return failure(EINVAL);
     const std::string name(item.lastPathComponent());
     const Descriptor around = openFolderAround(item);

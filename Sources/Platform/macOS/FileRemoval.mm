@@ -24,6 +24,10 @@ namespace brimvale {
 
 std::optional<FileError> removeItem(const FileURL &item, RemovalProgress *progress) {
     @autoreleasepool {
+        if (!item.namesEntry())
+            return fileErrorOf([NSError errorWithDomain:NSCocoaErrorDomain
+                                                   code:NSFileWriteUnknownError
+                                               userInfo:nil]);
         NSURL *url = [NSURL fileURLWithFileSystemRepresentation:item.path().c_str()
                                                     isDirectory:NO
                                                   relativeToURL:nil];

@@ -8,6 +8,10 @@ namespace brimvale {
 
 std::optional<FileError> moveToTrash(const FileURL &item) {
     @autoreleasepool {
+        if (!item.namesEntry())
+            return fileErrorOf([NSError errorWithDomain:NSCocoaErrorDomain
+                                                   code:NSFileWriteUnknownError
+                                               userInfo:nil]);
         NSURL *url = [NSURL fileURLWithFileSystemRepresentation:item.path().c_str()
                                                     isDirectory:NO
                                                   relativeToURL:nil];
