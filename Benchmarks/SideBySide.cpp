@@ -6,6 +6,8 @@
 // The first command is the subject; the others are compared with it by the median of the rounds' own ratios.
 // A command that is not there is listed as not installed. Options:
 //     --rounds N              how often each command is measured (11), after one run that is not
+//     --before SCRIPT         before every run, let the shell make what the command uses up; no run goes
+//     unmeasured
 //     --cold                  before every run, let the system forget what it has read (Linux, as root)
 //     --at-most RATIO NAME    a target: the subject takes at most RATIO times as long as NAME
 //     --faster RATIO NAME     a target: NAME takes at least RATIO times as long as the subject
@@ -46,12 +48,14 @@ struct Target {
 struct Settings {
     int rounds = 11;
     bool isCold = false;
+    std::string before; ///< a script; empty where nothing is to be made
     std::vector<Target> targets;
     std::vector<Contender> contenders;
 };
 
 [[noreturn]] void failUsage() {
-    std::fputs("usage: SideBySide [--rounds N] [--cold] [--at-most RATIO NAME]… [--faster RATIO NAME]… "
+    std::fputs("usage: SideBySide [--rounds N] [--before SCRIPT] [--cold] [--at-most RATIO NAME]… [--faster "
+               "RATIO NAME]… "
                "[--memory MIB] + NAME COMMAND… [+ NAME COMMAND…]…\n",
                stderr);
     std::exit(2);
@@ -88,6 +92,8 @@ Settings settingsFrom(Words words) {
             settings.contenders.push_back(std::move(contender));
         } else if (word == "--rounds") {
             settings.rounds = std::max(1, static_cast<int>(words.takeNumber()));
+        } else if (word == "--before") {
+            settings.before = words.take();
         } else if (word == "--cold") {
             settings.isCold = true;
         } else if (word == "--memory") {
@@ -145,10 +151,14 @@ void run(Contender &contender, bool isMeasured) {
 }
 
 void runAll(Settings &settings) {
-    for (int round = 0; round <= settings.rounds; ++round)
+    for (int round = settings.before.empty() ? 0 : 1; round <= settings.rounds; ++round)
         for (Contender &contender : settings.contenders) {
             if (!contender.absence.empty())
                 continue;
+            if (!settings.before.empty() && std::system(settings.before.c_str()) != 0) {
+                contender.absence = "could not be prepared";
+                continue;
+            }
             if (settings.isCold && round > 0)
                 dropCaches();
             run(contender, round > 0);

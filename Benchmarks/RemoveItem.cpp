@@ -1,0 +1,20 @@
+// Removes one item as the program does, and nothing else.
+//
+//     RemoveItem PATH
+
+#include "Platform/FileRemoval.h"
+
+#include <cstdio>
+#include <filesystem>
+
+int main(int argumentCount, char **arguments) {
+    if (argumentCount != 2) {
+        std::fputs("usage: RemoveItem PATH\n", stderr);
+        return 2;
+    }
+    const brimvale::FileURL here(std::filesystem::current_path().native());
+    const auto error = brimvale::removeItem(brimvale::FileURL::resolving(arguments[1], here));
+    if (error)
+        std::fprintf(stderr, "RemoveItem: %s\n", error->localizedDescription.c_str());
+    return error ? 1 : 0;
+}
