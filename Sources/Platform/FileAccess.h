@@ -7,6 +7,9 @@ namespace brimvale {
 /// What the user may do with what lies at an absolute path of any length; links are followed. Every failure
 /// counts as a no.
 
+/// Whether it exists; a link that leads nowhere does not.
+[[nodiscard]] bool itemExists(const std::string &path);
+
 /// Whether it exists and is reported readable. The system may still refuse to open it.
 [[nodiscard]] bool isReportedReadable(const std::string &path);
 

@@ -9,6 +9,12 @@
 
 namespace brimvale {
 
+bool itemExists(const std::string &path) {
+    return withShortPath(path, [](int enclosing, const char *rest) {
+               return faccessat(enclosing, rest, F_OK, 0);
+           }) == 0;
+}
+
 bool isReportedReadable(const std::string &path) {
     return withShortPath(path, [](int enclosing, const char *rest) {
                return faccessat(enclosing, rest, R_OK, 0);

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Base/FileURL.h"
+#include "Platform/Host.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace brimvale {
+
+/// The gate in front of every removal: what is structural or belongs to the system does not pass, whoever
+/// asks.
+///
+/// Immutable, and made for one host: its home is looked at once, when the guards are made. A path is judged
+/// by its standardised text, byte by byte. Where a link in it leads is not considered, so what lies behind a
+/// link into a protected place is kept by its owner's permissions alone.
+class RemovalGuards {
+public:
+    explicit RemovalGuards(const Host &host);
+
+    /// Nothing when the item may be removed; otherwise why not, as one readable sentence. The disk is asked
+    /// for nothing but what standardising needs, and whether the item exists (a link that leads nowhere does
+    /// not). Never fails. Thread-safe.
+    ///
+    /// Where the host's system is not the one that the program was built for, the guards of both have to
+    /// admit the item; those of the host's system speak first.
+    [[nodiscard]] std::optional<std::string> check(const FileURL &url) const;
+
+private:
+    /// The guards of one system.
+    class Catalog {
+    public:
+        explicit Catalog(const Host &host);
+        [[nodiscard]] std::optional<std::string> refusal(const std::string &path) const;
+
+    private:
+        struct Prefix {
+            std::string protectedPrefix;
+            std::string withoutPrivate; ///< the same place as macOS also calls it; empty where there is none
+        };
+
+        std::unordered_set<std::string> structural_;
+        std::vector<Prefix> protectedPrefixes_;
+        std::vector<std::string> openPrefixes_;
+    };
+
+    Catalog inForce_;
+    std::optional<Catalog> platform_; ///< where it is another one
+};
+
+} // namespace brimvale
