@@ -1,15 +1,13 @@
 #pragma once
 
 #include "Base/FileURL.h"
+#include "Core/RemovalMode.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
 namespace brimvale {
-
-/// How something is removed.
-enum class RemovalMode { trash, deleteNow };
 
 /// What became of every item of one removal: each stands in exactly one list.
 struct RemovalResult {

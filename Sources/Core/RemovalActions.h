@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Base/FileError.h"
+#include "Base/FileURL.h"
+#include "Platform/PrivilegedRunner.h"
+#include "Platform/RemovalProgress.h"
+
+#include <optional>
+#include <string>
+
+namespace brimvale {
+
+/// All that a removal does to the world outside. Everything destructive in the program goes through one such
+/// object, so that a test can put its own in the place of the platform's and see every call. Called from
+/// several threads, one call at a time for each removal.
+class RemovalActions {
+public:
+    virtual ~RemovalActions() = default;
+
+    /// Deletes the item with all that is in it.
+    [[nodiscard]] virtual std::optional<FileError> removeItem(const FileURL &url,
+                                                              RemovalProgress *progress) = 0;
+
+    /// Moves the item into the user's Trash.
+    [[nodiscard]] virtual std::optional<FileError> moveToTrash(const FileURL &url) = 0;
+
+    /// Runs a shell command as the administrator, after the system has asked for the password.
+    [[nodiscard]] virtual std::optional<PrivilegedRunError>
+    runAsAdministrator(const std::string &command) = 0;
+
+    /// Those of the platform; without state.
+    [[nodiscard]] static RemovalActions &platform();
+};
+
+} // namespace brimvale

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Core/RemovalResult.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brimvale {
+
+/// The words in which the outcome of a removal is told, in the window and in the terminal.
+namespace RemovalReport {
+
+/// "Done", or "Finished with problems" where something has failed.
+[[nodiscard]] std::string_view title(const RemovalResult &result);
+
+/// "Removed 3 items, reclaiming 1.2 GB".
+[[nodiscard]] std::string summary(const RemovalResult &result);
+
+/// One line a failure, the path and the reason, as text for display. Of five or more only the first four are
+/// shown, and a last line tells how many more there are.
+[[nodiscard]] std::vector<std::string> failureLines(const RemovalResult &result);
+
+} // namespace RemovalReport
+
+} // namespace brimvale
