@@ -1,6 +1,8 @@
 #include "CommandLine/Command.h"
 
+#include "CommandLine/Check.h"
 #include "CommandLine/Help.h"
+#include "CommandLine/Remove.h"
 #include "CommandLine/Scan.h"
 #include "CommandLine/Size.h"
 #include "CommandLine/StandardStreams.h"
@@ -13,7 +15,8 @@
 namespace brimvale::commandLine {
 
 std::span<const Command *const> allCommands() {
-    static constexpr std::array commands = {&scanCommand, &sizeCommand, &treemapCommand};
+    static constexpr std::array commands = {&scanCommand, &sizeCommand, &treemapCommand, &checkCommand,
+                                            &removeCommand};
     return commands;
 }
 

@@ -65,6 +65,10 @@ std::variant<FileURL, FileError> placeToMeasure(std::string_view typed, const Pa
     return FileError::posix(errno);
 }
 
+std::variant<FileURL, FileError> placeToRemove(std::string_view typed) {
+    return typed.empty() ? FileURL("/") : resolveGivenPath(typed);
+}
+
 void printPathError(std::string_view typed, const FileError &error) {
     printError(terminalText(typed) + ": " + error.localizedDescription);
 }

@@ -22,6 +22,10 @@ namespace brimvale::commandLine {
 [[nodiscard]] std::variant<FileURL, FileError> placeToMeasure(std::string_view typed,
                                                               const PathSet &skippedPaths);
 
+/// The item that `check` judges and `remove` removes: absolute, as it was typed. An empty path, most likely a
+/// variable that was never set, means the root, as it does to the removal guards.
+[[nodiscard]] std::variant<FileURL, FileError> placeToRemove(std::string_view typed);
+
 /// Tells on standard error what is wrong with a path, which is shown as it was typed.
 void printPathError(std::string_view typed, const FileError &error);
 

@@ -11,9 +11,10 @@ namespace {
 
 constexpr std::array caughtSignals = {SIGINT, SIGTERM};
 
-std::atomic<ScanStats *> interrupted = nullptr;
+std::atomic<std::atomic<bool> *> interrupted = nullptr;
 // What a handler may do: lock-free atomics and functions that are async-signal-safe.
-static_assert(std::atomic<ScanStats *>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
+static_assert(std::atomic<std::atomic<bool> *>::is_always_lock_free &&
+              std::atomic<bool>::is_always_lock_free);
 
 void replaceHandlers(void (*handler)(int)) {
     struct sigaction action {};
@@ -28,14 +29,14 @@ void replaceHandlers(void (*handler)(int)) {
 
 extern "C" void interrupt(int) {
     replaceHandlers(SIG_DFL);
-    if (ScanStats *stats = interrupted.load())
-        stats->cancel();
+    if (std::atomic<bool> *flag = interrupted.load())
+        *flag = true;
 }
 
 } // namespace
 
-Interruption::Interruption(ScanStats &stats) {
-    interrupted = &stats;
+Interruption::Interruption(std::atomic<bool> &flag) {
+    interrupted = &flag;
     replaceHandlers(interrupt);
     // A program keeps the signals that were blocked where it was started, and no one could stop it then.
     sigset_t caught{};

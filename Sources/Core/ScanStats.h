@@ -28,6 +28,8 @@ public:
     void setCurrent(const std::string &path);
     /// Stops the scan: the workers end before their next entry.
     void cancel() { cancelled_.store(true, std::memory_order_relaxed); }
+    /// What `cancel` sets, for whoever may do no more than set it, such as a signal handler.
+    [[nodiscard]] std::atomic<bool> &cancelFlag() { return cancelled_; }
 
 private:
     mutable std::mutex lock_;

@@ -1,0 +1,68 @@
+#include "CommandLine/Check.h"
+
+#include "CommandLine/GivenPath.h"
+#include "CommandLine/JsonWriter.h"
+#include "CommandLine/TerminalText.h"
+#include "Core/Remover.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+void writeElement(JsonWriter &json, const FileURL &url, const std::optional<std::string> &reason) {
+    json.beginObject();
+    json.member("url", url.path());
+    json.key("reason");
+    if (reason)
+        json.value(*reason);
+    else
+        json.null();
+    json.end();
+}
+
+ExitStatus runCheck(const Arguments &arguments, Output &output) {
+    const bool isJson = arguments.has("--json");
+    JsonWriter json(output);
+    if (isJson)
+        json.beginArray();
+    ExitStatus status = ExitStatus::done;
+    for (const std::string_view typed : arguments.operands()) {
+        const std::variant<FileURL, FileError> place = placeToRemove(typed);
+        if (const auto *error = std::get_if<FileError>(&place)) {
+            printPathError(typed, *error);
+            status = ExitStatus::failed;
+            continue;
+        }
+        const auto &url = std::get<FileURL>(place);
+        const std::optional<std::string> reason = Remover::check(url);
+        if (reason)
+            status = ExitStatus::failed;
+        if (isJson)
+            writeElement(json, url, reason);
+        else
+            output.write((reason ? terminalText(*reason) : "ok") + "\n");
+    }
+    if (isJson)
+        json.end();
+    return status;
+}
+
+} // namespace
+
+constinit const Command checkCommand = {
+    .name = "check",
+    .operands = "PATH…",
+    .operandCount = {.minimum = 1},
+    .summary = "Tells whether each path may be removed at all.",
+    .help = "\nPrints a line for each path, in their order: \"ok\", or the reason why it is never removed. "
+            "Whether\n"
+            "its owner lets you remove it is not looked at.\n",
+    .run = runCheck,
+};
+
+} // namespace brimvale::commandLine

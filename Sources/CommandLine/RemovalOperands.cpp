@@ -1,0 +1,75 @@
+#include "CommandLine/RemovalOperands.h"
+
+#include "CommandLine/GivenPath.h"
+#include "Core/Remover.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <string_view>
+#include <system_error>
+#include <variant>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+/// Where the item itself is, whatever links its path goes through.
+FileURL realPlace(const FileURL &item) {
+    const FileURL standardized = item.standardized();
+    std::error_code error;
+    const std::filesystem::path folder =
+        std::filesystem::canonical(standardized.deletingLastPathComponent().path(), error);
+    return error ? standardized : FileURL(folder.native()).appending(standardized.lastPathComponent());
+}
+
+/// The admitted places, with the operand that names each first.
+using Places = std::map<FileURL, std::size_t>;
+
+bool goesWithAnother(const FileURL &place, std::size_t operand, const Places &admitted) {
+    const auto same = admitted.find(place);
+    if (same != admitted.end() && same->second != operand)
+        return true;
+    for (FileURL folder = place; folder.path() != "/";) {
+        folder = folder.deletingLastPathComponent();
+        if (admitted.contains(folder))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+std::optional<RemovalOperands> RemovalOperands::from(std::span<const char *const> typed) {
+    struct Operand {
+        FileURL url;
+        FileURL place;
+        bool isAdmitted;
+    };
+    std::vector<Operand> operands;
+    Places admittedPlaces;
+    for (const std::string_view path : typed) {
+        const std::variant<FileURL, FileError> resolved = placeToRemove(path);
+        if (const auto *error = std::get_if<FileError>(&resolved)) {
+            printPathError(path, *error);
+            return std::nullopt;
+        }
+        const auto &url = std::get<FileURL>(resolved);
+        operands.push_back({url, realPlace(url), !Remover::check(url)});
+        if (operands.back().isAdmitted)
+            admittedPlaces.try_emplace(operands.back().place, operands.size() - 1);
+    }
+
+    RemovalOperands result;
+    for (std::size_t i = 0; i < operands.size(); ++i) {
+        const Operand &operand = operands[i];
+        if (goesWithAnother(operand.place, i, admittedPlaces))
+            continue;
+        result.urls.push_back(operand.url);
+        if (operand.isAdmitted)
+            result.admitted.push_back(operand.url);
+    }
+    return result;
+}
+
+} // namespace brimvale::commandLine
