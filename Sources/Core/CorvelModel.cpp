@@ -4,6 +4,7 @@
 #include "Core/Permissions.h"
 #include "Platform/Host.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace brimvale {
@@ -11,19 +12,26 @@ namespace brimvale {
 namespace {
 
 constexpr std::chrono::milliseconds progressInterval{200};
+constexpr int leastWorkers = 6;
 
 } // namespace
 
-CorvelModel::CorvelModel(QObject *parent)
+CorvelModel::CorvelModel(QObject *parent, RemovalActions &actions)
     : QObject(parent), scanRootPath(this, homeFolder().path()),
-      backupRoot(this, homeFolder().appending("Documents/Brimvale Backups")) {
+      backupRoot(this, homeFolder().appending("Documents/Brimvale Backups")), removalActions_(actions) {
     connect(&progressTimer_, &QTimer::timeout, this, &CorvelModel::pollScan);
+    connect(&removalTimer_, &QTimer::timeout, this,
+            [this] { removedEntries.set(removal_->progress->entriesRemoved); });
+    // Most of them wait, for the disk or for a password.
+    workers_.setMaxThreadCount(std::max(workers_.maxThreadCount(), leastWorkers));
     refreshVolumes();
 }
 
 CorvelModel::~CorvelModel() {
     if (scanStats_ != nullptr)
         scanStats_->cancel();
+    if (removal_)
+        removal_->progress->cancelled = true;
     workers_.waitForDone();
 }
 

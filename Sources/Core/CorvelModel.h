@@ -5,6 +5,7 @@
 #include "Core/FSNode.h"
 #include "Core/InstalledApp.h"
 #include "Core/PendingDeletion.h"
+#include "Core/RemovalActions.h"
 #include "Core/RemovalResult.h"
 #include "Core/ScanStats.h"
 #include "Core/VolumeInfo.h"
@@ -13,6 +14,7 @@
 #include <QThreadPool>
 #include <QTimer>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,14 +22,23 @@
 
 namespace brimvale {
 
+/// What a removal that is under way is doing.
+enum class RemovalActivity {
+    none,
+    removing,
+    stopping,       ///< it was told to, and ends before its next entry
+    asAdministrator ///< waits for a password or for the command, and cannot be stopped
+};
+
 /// The one observable object of the application: every page reads its published fields and calls its
 /// operations. Lives on the main thread; work runs in the background and its results come back here.
 class CorvelModel : public QObject {
     Q_OBJECT
 
 public:
-    explicit CorvelModel(QObject *parent = nullptr);
-    /// Cancels what runs and waits for it.
+    /// `actions` carries out removals and outlives the model.
+    explicit CorvelModel(QObject *parent = nullptr, RemovalActions &actions = RemovalActions::platform());
+    /// Cancels what runs and waits for it, also for an administrator's command.
     ~CorvelModel() override;
 
 signals:
@@ -43,7 +54,14 @@ signals:
     void categoriesChanged();
     void lastResultChanged();
     void totalFreedThisSessionChanged();
+    void removalChanged(); ///< what the removal under way does, and how far it is
     void archiveChanged();
+
+    /// Around the removal of one node from `tree`. Before, it is still in its place; afterwards it stands
+    /// alone and the figures of the folders that it was in are as they are to be. Only those who listen may
+    /// still have it; it must be let go of before the second announcement is over.
+    void nodeAboutToBeDetached(FSNode *node);
+    void nodeDetached(FSNode *node);
 
 public:
     template<class T, void (CorvelModel::*changed)()>
@@ -79,7 +97,11 @@ public:
     Field<double, &CorvelModel::categoriesChanged> categoryProgress{this}; ///< 0 to 1
     Field<std::optional<Date>, &CorvelModel::categoriesChanged> lastCategoryScan{this};
 
-    /// The outcome of the most recent removal of any kind.
+    Field<RemovalActivity, &CorvelModel::removalChanged> removalActivity{this};
+    Field<std::int64_t, &CorvelModel::removalChanged> removedEntries{this}; ///< by the removal under way
+
+    /// The outcome of the most recent removal of any kind. Every one is announced, also one that went like
+    /// the one before.
     Field<std::optional<RemovalResult>, &CorvelModel::lastResultChanged> lastResult{this};
     /// Bytes freed by every removal since launch.
     Field<std::int64_t, &CorvelModel::totalFreedThisSessionChanged> totalFreedThisSession{this};
@@ -106,6 +128,23 @@ public:
     /// Ends the scan session, with the tree that it found or, after a cancellation, with none.
     void finishScan(const std::shared_ptr<FSNode> &found);
 
+    /// Whether a removal is under way. Until it has ended, a further one is not begun.
+    [[nodiscard]] bool isRemoving() const { return *removalActivity != RemovalActivity::none; }
+
+    /// Removes nodes of `tree`. Aggregates are left alone, and what lies in a node that is removed goes with
+    /// it. The result is published; then the nodes that are gone leave the tree.
+    void removeNodes(const std::vector<FSNode *> &nodes, RemovalMode mode);
+
+    /// Removes for good, as the administrator, what a removal has put into `needsAdmin`. The result is
+    /// published; then what is gone leaves `apps` and `cleanupTargets`.
+    void escalate(const std::vector<FileURL> &urls);
+
+    /// Stops the removal under way before its next entry, where that is possible.
+    void stopRemoval();
+
+    /// Takes the result back, for when the user has read it.
+    void dismissLastResult();
+
     /// Reads the volumes and the access probe again, and the snapshots in the background.
     void refreshVolumes();
 
@@ -124,9 +163,27 @@ private:
     void withdrawTree();
     void freeInBackground(std::shared_ptr<FSNode> old);
 
+    /// A removal under way.
+    struct Removal {
+        std::shared_ptr<RemovalProgress> progress = std::make_shared<RemovalProgress>();
+        /// What it was begun for: kept while it lasts, though another scan may have replaced it in the model.
+        std::shared_ptr<FSNode> tree;
+        std::vector<FSNode *> nodes;                   ///< to be detached, once they are gone
+        std::vector<std::unique_ptr<FSNode>> detached; ///< from the end of `nodes`
+    };
+
+    void beginRemoval(Removal removal, RemovalActivity activity, std::function<RemovalResult()> work,
+                      std::function<void(const RemovalResult &)> finish);
+    void detachRemoved();
+    void detach(FSNode &node);
+    void endRemoval();
+
     std::shared_ptr<ScanStats> scanStats_;
     QTimer progressTimer_;
     std::optional<std::chrono::steady_clock::time_point> scanStart_;
+    RemovalActions &removalActions_;
+    std::optional<Removal> removal_;
+    QTimer removalTimer_;
     QThreadPool workers_; ///< last, so that its work ends before anything else does
 };
 
