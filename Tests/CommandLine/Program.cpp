@@ -110,6 +110,10 @@ Terminal::~Terminal() {
     close(controller_);
 }
 
+void Terminal::type(std::string_view text) const {
+    require(write(controller_, text.data(), text.size()) == static_cast<ssize_t>(text.size()), "write");
+}
+
 std::string Terminal::written() {
     close(std::exchange(device_, -1));
     std::string content;

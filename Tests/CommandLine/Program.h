@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brimvale::testing {
@@ -34,6 +35,9 @@ public:
 
     /// The descriptor for a program's standard stream.
     [[nodiscard]] int device() const { return device_; }
+
+    /// Types a few words, which the next reader of the device gets.
+    void type(std::string_view text) const;
 
     /// All that has been written (a few thousand bytes at most), once every other holder of the device has
     /// closed it. The device is closed here.

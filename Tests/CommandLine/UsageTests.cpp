@@ -48,6 +48,9 @@ TEST(Usage, IsRefusedWithASentence) {
              Case{{"scan", "--json=yes"}, "scan: \"--json\" takes no value"},
              Case{{"size"}, "size: missing argument: PATH…"},
              Case{{"size", "--json", "--"}, "size: missing argument: PATH…"},
+             Case{{"check"}, "check: missing argument: PATH…"},
+             Case{{"remove", "--yes"}, "remove: missing argument: PATH…"},
+             Case{{"remove", "--yes=no", "/"}, "remove: \"--yes\" takes no value"},
          }) {
         const Outcome outcome = runProgram(one.arguments);
         EXPECT_EQ(outcome.status, 2) << one.sentence;

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Core/RemovalActions.h"
+
+#include <functional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace brimvale::testing {
+
+/// Removal as a test sees it: every call is noted, and nothing happens beyond what the test says.
+class RecordingActions final : public RemovalActions {
+public:
+    std::vector<std::string> calls; ///< "delete PATH", "trash PATH", "admin COMMAND"
+
+    std::unordered_map<std::string, FileError> errors;    ///< by the item's path
+    std::function<void(RemovalProgress *)> onItem;        ///< before an item is removed or trashed
+    std::function<void(const std::string &)> onCommand;   ///< in the place of the administrator
+    std::optional<PrivilegedRunError> privilegedRunError; ///< instead of running the command
+
+    std::optional<FileError> removeItem(const FileURL &url, RemovalProgress *progress) override;
+    std::optional<FileError> moveToTrash(const FileURL &url) override;
+    std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override;
+
+private:
+    std::optional<FileError> note(const char *verb, const FileURL &url, RemovalProgress *progress);
+};
+
+} // namespace brimvale::testing
