@@ -5,9 +5,9 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <map>
 #include <string_view>
 #include <system_error>
+#include <unordered_map>
 #include <variant>
 
 namespace brimvale::commandLine {
@@ -24,7 +24,7 @@ FileURL realPlace(const FileURL &item) {
 }
 
 /// The admitted places, with the operand that names each first.
-using Places = std::map<FileURL, std::size_t>;
+using Places = std::unordered_map<FileURL, std::size_t>;
 
 bool goesWithAnother(const FileURL &place, std::size_t operand, const Places &admitted) {
     const auto same = admitted.find(place);
