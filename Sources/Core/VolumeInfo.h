@@ -2,10 +2,15 @@
 
 #include "Base/Date.h"
 #include "Base/FileURL.h"
+#include "Platform/Tools.h"
+#include "Platform/Volumes.h"
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace brimvale {
 
@@ -19,15 +24,55 @@ struct VolumeInfo {
     bool isInternal = false;
     bool isRootVolume = false;
 
+    /// How long `current` may wait where the window is about to be drawn.
+    static constexpr std::chrono::milliseconds beforePaint{5};
+
+    /// The mounted volumes, the root volume first, then by name. One whose capacity is not known is left out,
+    /// so a volume on a network or behind another program is missing until it has answered once; no more than
+    /// `patience` is spent on all of them. Never fails. Thread-safe.
+    [[nodiscard]] static std::vector<VolumeInfo> current(std::chrono::milliseconds patience = beforePaint);
+
+    /// Those of them that are to be listed, in order, from what the system reports.
+    [[nodiscard]] static std::vector<VolumeInfo> from(const std::vector<MountedVolume> &mounted);
+
+    /// The root volume, else the first, else nothing.
+    [[nodiscard]] static std::optional<VolumeInfo> root(const std::vector<VolumeInfo> &volumes);
+
+    /// The space to show as available. Some file systems do not say what is there for important usage.
+    [[nodiscard]] std::int64_t shownAvailable() const {
+        return availableForImportantUsage > 0 ? availableForImportantUsage : trueFree;
+    }
+
+    /// What the system would give back under pressure; 0 or less where it holds nothing back.
+    [[nodiscard]] std::int64_t purgeable() const { return availableForImportantUsage - trueFree; }
+
     friend bool operator==(const VolumeInfo &, const VolumeInfo &) = default;
 };
 
-/// A local snapshot of the root volume.
+/// What to say of a volume's purgeable space; nothing where there is none.
+[[nodiscard]] std::optional<std::string> purgeableSentence(const VolumeInfo &volume);
+
+/// A local snapshot of a volume.
 struct LocalSnapshot {
     std::string name;
     std::optional<Date> date; ///< nothing where the name does not tell
 
+    /// The local snapshots of the volume mounted at `volume`, newest first, those without a date last. Empty
+    /// on any failure, and where there is no such tool. Blocks while the tool runs.
+    [[nodiscard]] static std::vector<LocalSnapshot> list(const std::string &volume,
+                                                         const Tools &tools = platformTools());
+
     friend bool operator==(const LocalSnapshot &, const LocalSnapshot &) = default;
 };
+
+/// The title of the note about local snapshots.
+inline constexpr std::string_view snapshotTitle = "Time Machine local snapshots";
+
+/// The note for that many snapshots; nothing where there are none.
+[[nodiscard]] std::optional<std::string> snapshotNote(std::size_t count);
+
+/// The remark to the list of snapshots.
+inline constexpr std::string_view snapshotRemark =
+    "macOS does not report a size per snapshot. Their combined weight shows up as purgeable space above.";
 
 } // namespace brimvale

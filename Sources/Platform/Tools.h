@@ -10,6 +10,8 @@ struct Tools {
     std::string
         administratorRunner; ///< asks for the rights to run PROGRAM ARGUMENT… as pkexec does; empty on macOS
     std::string busCaller;   ///< calls a method on the session bus, as dbus-send does; empty on macOS
+    std::string tmutil;      ///< listlocalsnapshots VOLUME, as Time Machine's does; empty on Linux
+    std::string fileStatus;  ///< GNU stat: -f -c FORMAT -- PATH; empty on macOS
 };
 
 /// The tools of the platform that the program was built for.

@@ -19,4 +19,7 @@ namespace brimvale::testing {
 /// that is permitted: thousands of files are made there many times as fast as on a disk.
 void keepTemporaryFoldersInMemory(const std::string &path);
 
+/// Mounts a file system at `path` that takes questions and never answers. Needs the rights of root.
+[[nodiscard]] bool mountSilent(const std::string &path);
+
 } // namespace brimvale::testing

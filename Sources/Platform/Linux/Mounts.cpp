@@ -1,8 +1,9 @@
 #include "Platform/Mounts.h"
 
+#include "Platform/Linux/MountTable.h"
+
 #include <algorithm>
 #include <array>
-#include <mntent.h>
 #include <string_view>
 
 namespace brimvale {
@@ -19,18 +20,9 @@ constexpr std::array<std::string_view, 22> pseudoTypes = {
 
 std::vector<std::string> pseudoMountPoints() {
     std::vector<std::string> points;
-    std::FILE *table = setmntent("/proc/self/mounts", "re");
-    if (table == nullptr)
-        return points;
-    mntent entry{};
-    std::array<char, 16384> line{};
-    while (getmntent_r(table, &entry, line.data(), static_cast<int>(line.size())) != nullptr) {
-        // What is mounted over another mount hides it, as a disk does the automount trigger that called it.
-        std::erase(points, entry.mnt_dir);
-        if (std::find(pseudoTypes.begin(), pseudoTypes.end(), entry.mnt_type) != pseudoTypes.end())
-            points.emplace_back(entry.mnt_dir);
-    }
-    endmntent(table);
+    for (const Mount &mount : currentMounts())
+        if (std::find(pseudoTypes.begin(), pseudoTypes.end(), mount.type) != pseudoTypes.end())
+            points.push_back(mount.point);
     return points;
 }
 

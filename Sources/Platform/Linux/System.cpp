@@ -7,7 +7,11 @@ System platformSystem() {
 }
 
 Tools platformTools() {
-    return {.shell = "/bin/sh", .administratorRunner = "/usr/bin/pkexec", .busCaller = "/usr/bin/dbus-send"};
+    return {.shell = "/bin/sh",
+            .administratorRunner = "/usr/bin/pkexec",
+            .busCaller = "/usr/bin/dbus-send",
+            .tmutil = "",
+            .fileStatus = "/usr/bin/stat"};
 }
 
 } // namespace brimvale

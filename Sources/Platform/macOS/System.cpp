@@ -7,7 +7,11 @@ System platformSystem() {
 }
 
 Tools platformTools() {
-    return {.shell = "/bin/sh", .administratorRunner = "", .busCaller = ""};
+    return {.shell = "/bin/sh",
+            .administratorRunner = "",
+            .busCaller = "",
+            .tmutil = "/usr/bin/tmutil",
+            .fileStatus = ""};
 }
 
 } // namespace brimvale

@@ -14,6 +14,7 @@ namespace brimvale {
 
 namespace {
 
+using testing::bindMount;
 using testing::describe;
 using testing::mountMemory;
 using testing::ownMounts;
@@ -32,7 +33,7 @@ TEST(Mounts, StayOutOfAWalkUnlessTheyAreItsOwnEntry) {
         const std::string loop = folder.path("loop");
         const std::string inside = folder.path("loop/inside");
         if (!ownMounts() || !mountMemory(folder.path("disk/mount")) || !mountMemory(folder.path("volume")) ||
-            mount(loop.c_str(), inside.c_str(), nullptr, MS_BIND, nullptr) != 0)
+            !mountAlsoAt(loop, inside))
             return "not permitted";
         folder.makeFile("disk/mount/on another device", 6000);
         folder.makeFile("volume/on its own device", 7000);

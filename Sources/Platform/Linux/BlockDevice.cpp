@@ -1,0 +1,81 @@
+#include "Platform/Linux/BlockDevice.h"
+
+#include <filesystem>
+#include <fstream>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <system_error>
+
+namespace brimvale {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int deepestStack = 8;
+
+/// A name as the device manager writes it: a byte that could do harm stands as "\x" and two digits.
+std::string unescaped(const std::string &name) {
+    std::string text;
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        const std::string digits = name.substr(i, 2) == "\\x" ? name.substr(i + 2, 2) : "";
+        if (digits.size() == 2 && digits.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos) {
+            text.push_back(static_cast<char>(std::stoi(digits, nullptr, 16)));
+            i += 3;
+        } else {
+            text.push_back(name[i]);
+        }
+    }
+    return text;
+}
+
+/// Any device below the given one in a stack; itself where it is not stacked.
+fs::path lowestDevice(fs::path device) {
+    std::error_code error;
+    for (int depth = 0; depth < deepestStack; ++depth) {
+        const fs::directory_iterator below(device / "slaves", error);
+        if (error || below == fs::directory_iterator())
+            break;
+        device = fs::canonical(below->path(), error);
+    }
+    return device;
+}
+
+} // namespace
+
+std::optional<std::string> labelOf(const std::string &device) {
+    std::error_code error;
+    const fs::path wanted = fs::canonical(device, error);
+    if (error)
+        return std::nullopt;
+    for (fs::directory_iterator label("/dev/disk/by-label", error), end; !error && label != end;
+         label.increment(error)) {
+        std::error_code dangling;
+        if (fs::canonical(label->path(), dangling) == wanted && !dangling)
+            return unescaped(label->path().filename().native());
+    }
+    return std::nullopt;
+}
+
+std::optional<bool> isInternalDevice(const std::string &device) {
+    struct stat record {};
+    if (stat(device.c_str(), &record) != 0 || !S_ISBLK(record.st_mode))
+        return std::nullopt;
+    const std::string number =
+        std::to_string(major(record.st_rdev)) + ":" + std::to_string(minor(record.st_rdev));
+    std::error_code error;
+    fs::path folder = fs::canonical("/sys/dev/block/" + number, error);
+    if (error)
+        return std::nullopt;
+    folder = lowestDevice(folder);
+    if (fs::exists(folder / "partition", error))
+        folder = folder.parent_path();
+    char removable = '0';
+    std::ifstream(folder / "removable") >> removable;
+    const std::string &path = folder.native();
+    // A disk in a case calls itself fixed.
+    const bool isPluggedIn = path.find("/usb") != std::string::npos || path.find("/fw") != std::string::npos;
+    return removable == '0' && !isPluggedIn;
+}
+
+} // namespace brimvale

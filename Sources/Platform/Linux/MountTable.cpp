@@ -1,0 +1,181 @@
+#include "Platform/Linux/MountTable.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <sstream>
+#include <unordered_map>
+
+namespace brimvale {
+
+namespace {
+
+/// Network file systems, shares of a virtual machine's host, and programs that serve storage (FUSE). Of the
+/// last there are many that serve no storage at all, so those that do are named.
+constexpr std::array<std::string_view, 30> distantTypes = {"9p",
+                                                           "afs",
+                                                           "beegfs",
+                                                           "ceph",
+                                                           "cifs",
+                                                           "davfs",
+                                                           "fuse",
+                                                           "fuse.ceph",
+                                                           "fuse.ceph-fuse",
+                                                           "fuse.curlftpfs",
+                                                           "fuse.davfs",
+                                                           "fuse.davfs2",
+                                                           "fuse.gcsfuse",
+                                                           "fuse.glusterfs",
+                                                           "fuse.mergerfs",
+                                                           "fuse.rclone",
+                                                           "fuse.s3fs",
+                                                           "fuse.sshfs",
+                                                           "fuse.vmhgfs-fuse",
+                                                           "fuseblk",
+                                                           "glusterfs",
+                                                           "gpfs",
+                                                           "lustre",
+                                                           "ncpfs",
+                                                           "nfs",
+                                                           "nfs4",
+                                                           "smb3",
+                                                           "smbfs",
+                                                           "vboxsf",
+                                                           "virtiofs"};
+
+/// Local storage that is not named by a block device.
+constexpr std::array<std::string_view, 2> pooledTypes = {"zfs", "bcachefs"};
+
+bool contains(const auto &types, std::string_view type) {
+    return std::find(types.begin(), types.end(), type) != types.end();
+}
+
+/// A field without its escapes: space, tab, line feed and backslash stand as three octal digits.
+std::string unescaped(std::string_view field) {
+    std::string text;
+    for (std::size_t i = 0; i < field.size(); ++i) {
+        const std::string_view digits = field.substr(i + 1, 3);
+        const bool isEscape = field[i] == '\\' && digits.size() == 3 &&
+                              digits.find_first_not_of("01234567") == std::string_view::npos;
+        if (!isEscape) {
+            text.push_back(field[i]);
+            continue;
+        }
+        text.push_back(static_cast<char>((digits[0] - '0') * 64 + (digits[1] - '0') * 8 + (digits[2] - '0')));
+        i += digits.size();
+    }
+    return text;
+}
+
+std::optional<Mount> mountOf(const std::string &line) {
+    std::istringstream fields(line);
+    Mount mount;
+    std::string options;
+    if (!(fields >> mount.id >> mount.parent >> mount.device >> mount.root >> mount.point >> options))
+        return std::nullopt;
+    // Optional fields follow, up to a hyphen.
+    std::string field;
+    while (fields >> field && field != "-") {
+    }
+    if (!(fields >> mount.type))
+        return std::nullopt;
+    fields >> mount.source;
+    mount.root = unescaped(mount.root);
+    mount.point = unescaped(mount.point);
+    mount.source = unescaped(mount.source);
+    return mount.point.starts_with('/') ? std::optional(std::move(mount)) : std::nullopt;
+}
+
+bool isStrictlyBelow(const std::string &path, const std::string &folder) {
+    const std::size_t length = folder == "/" ? 0 : folder.size();
+    return path.size() > length + 1 && path.starts_with(folder) && path[length] == '/';
+}
+
+/// The table's order is no help: mounts may have been moved. But each says what it was mounted in.
+class Visibility {
+public:
+    explicit Visibility(const std::vector<Mount> &mounts) {
+        for (const Mount &mount : mounts) {
+            byId_[mount.id] = &mount;
+            if (mount.parent != mount.id)
+                inside_[mount.parent].push_back(&mount);
+        }
+    }
+
+    [[nodiscard]] bool isHidden(const Mount &mount) const {
+        if (const auto inside = inside_.find(mount.id); inside != inside_.end())
+            for (const Mount *other : inside->second)
+                if (other->point == mount.point)
+                    return true;
+        return isBehindAnother(mount);
+    }
+
+private:
+    /// Whether the way to the mount point leads into another mount.
+    [[nodiscard]] bool isBehindAnother(const Mount &mount) const {
+        const Mount *inner = &mount;
+        for (std::size_t steps = 0; steps < byId_.size(); ++steps) {
+            const auto parent = byId_.find(inner->parent);
+            if (parent == byId_.end() || parent->second == inner)
+                return false;
+            for (const Mount *other : inside_.at(inner->parent))
+                if (other != inner && isStrictlyBelow(inner->point, other->point))
+                    return true;
+            inner = parent->second;
+        }
+        return false;
+    }
+
+    std::unordered_map<int, const Mount *> byId_;
+    std::unordered_map<int, std::vector<const Mount *>> inside_;
+};
+
+} // namespace
+
+std::vector<Mount> mountsIn(std::string_view table) {
+    std::vector<Mount> all;
+    std::istringstream lines{std::string(table)};
+    for (std::string line; std::getline(lines, line);)
+        if (std::optional<Mount> mount = mountOf(line))
+            all.push_back(*std::move(mount));
+    const Visibility visibility(all);
+    std::vector<Mount> visible;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(visible),
+                 [&](const Mount &mount) { return !visibility.isHidden(mount); });
+    return visible;
+}
+
+std::vector<Mount> currentMounts() {
+    std::ifstream file("/proc/self/mountinfo", std::ios::binary);
+    return mountsIn(std::string(std::istreambuf_iterator<char>(file), {}));
+}
+
+StorageKind storageKind(const Mount &mount) {
+    if (contains(distantTypes, mount.type))
+        return StorageKind::distant;
+    if (mount.type == "squashfs")
+        return StorageKind::none;
+    const bool isLocal = mount.source.starts_with("/dev/") || contains(pooledTypes, mount.type);
+    return isLocal ? StorageKind::local : StorageKind::none;
+}
+
+std::vector<Mount> storageMounts(const std::vector<Mount> &mounts) {
+    // Smaller is better.
+    const auto rank = [](const Mount &mount) { return mount.point == "/" ? 0 : mount.root == "/" ? 1 : 2; };
+    std::vector<Mount> chosen;
+    for (const Mount &mount : mounts) {
+        if (mount.point != "/" && storageKind(mount) == StorageKind::none)
+            continue;
+        const auto same = std::find_if(chosen.begin(), chosen.end(),
+                                       [&](const Mount &other) { return other.device == mount.device; });
+        if (same == chosen.end())
+            chosen.push_back(mount);
+        else if (rank(mount) < rank(*same))
+            *same = mount;
+    }
+    return chosen;
+}
+
+} // namespace brimvale

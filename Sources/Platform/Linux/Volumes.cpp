@@ -1,0 +1,69 @@
+#include "Platform/Volumes.h"
+
+#include "Platform/FileStatus.h"
+#include "Platform/Linux/BlockDevice.h"
+#include "Platform/Linux/DistantCapacity.h"
+#include "Platform/Linux/MountTable.h"
+
+#include <algorithm>
+#include <iterator>
+#include <sys/statvfs.h>
+
+namespace brimvale {
+
+namespace {
+
+/// The file system at "/" answers whatever it is: the program runs from it.
+bool isDistant(const Mount &mount) {
+    return mount.point != "/" && storageKind(mount) == StorageKind::distant;
+}
+
+/// A container has single files of its host's disk mounted into it.
+bool isSingleFile(const Mount &mount) {
+    if (mount.root == "/" || storageKind(mount) != StorageKind::local)
+        return false;
+    const std::optional<FileStatus> status = fileStatus(mount.point);
+    return status && status->kind != FileKind::directory;
+}
+
+std::optional<Capacity> localCapacity(const Mount &mount) {
+    struct statvfs figures {};
+    if (statvfs(mount.point.c_str(), &figures) != 0)
+        return std::nullopt;
+    return capacityOf(figures.f_frsize, figures.f_blocks, figures.f_bfree, figures.f_bavail);
+}
+
+MountedVolume volumeOf(const Mount &mount, const std::optional<Capacity> &capacity) {
+    MountedVolume volume{.url = FileURL(mount.point)};
+    if (capacity) {
+        volume.totalCapacity = capacity->total;
+        volume.available = capacity->available;
+        // Nothing is held here that would be purged on demand.
+        volume.availableForImportantUsage = capacity->available;
+    }
+    if (mount.source.starts_with("/dev/")) {
+        volume.name = labelOf(mount.source);
+        volume.isInternal = isInternalDevice(mount.source);
+    }
+    volume.isRootFileSystem = mount.point == "/";
+    return volume;
+}
+
+} // namespace
+
+std::vector<MountedVolume> mountedVolumes(std::chrono::milliseconds patience, const Tools &tools) {
+    std::vector<Mount> mounts = currentMounts();
+    std::erase_if(mounts, isSingleFile);
+    mounts = storageMounts(mounts);
+    std::vector<Mount> distant;
+    std::copy_if(mounts.begin(), mounts.end(), std::back_inserter(distant), isDistant);
+    const std::vector<std::optional<Capacity>> answers = distantCapacities(distant, patience, tools);
+
+    std::vector<MountedVolume> volumes;
+    auto answer = answers.begin();
+    for (const Mount &mount : mounts)
+        volumes.push_back(volumeOf(mount, isDistant(mount) ? *answer++ : localCapacity(mount)));
+    return volumes;
+}
+
+} // namespace brimvale

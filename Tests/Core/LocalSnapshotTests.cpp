@@ -1,0 +1,95 @@
+#include "Core/VolumeInfo.h"
+#include "Support/ChildProcess.h"
+#include "Support/TemporaryFolder.h"
+
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace brimvale {
+
+namespace {
+
+using testing::TemporaryFolder;
+
+Tools toolsWith(const std::string &tmutil) {
+    Tools tools = platformTools();
+    tools.tmutil = tmutil;
+    return tools;
+}
+
+/// What is listed where the tool prints this, one name and date a line. In a child, whose time zone is its
+/// own.
+std::string listed(const std::string &printed, const char *zone = "America/New_York", int status = 0) {
+    const TemporaryFolder folder;
+    folder.writeFile("printed", printed);
+    const std::string tool =
+        folder.writeFile("tmutil", "#!/bin/sh\n[ \"$*\" = 'listlocalsnapshots /a volume' ] && cat '" +
+                                       folder.path("printed") + "'\nexit " + std::to_string(status) + "\n");
+    std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+    return testing::answerOfChild([&] {
+        setenv("TZ", zone, 1);
+        tzset();
+        std::string text;
+        for (const LocalSnapshot &one : LocalSnapshot::list("/a volume", toolsWith(tool)))
+            text += one.name + " " + (one.date ? iso8601(*one.date) : "none") + "\n";
+        return text;
+    });
+}
+
+} // namespace
+
+TEST(LocalSnapshot, ListsTheNewestFirst) {
+    const std::string expected = "com.apple.TimeMachine.2024-11-03-000000 2024-11-03T04:00:00Z\n"
+                                 "com.apple.TimeMachine.2024-05-01-101500.local 2024-05-01T14:15:00Z\n"
+                                 "com.apple.TimeMachine.2024-01-31-235959.local 2024-02-01T04:59:59Z\n"
+                                 "com.apple.TimeMachine.garbage.local none\n";
+    for (const char *header : {"Snapshots for disk /:\n", "Snapshots for volume group containing disk /:\n"})
+        EXPECT_EQ(listed(std::string(header) + "\tcom.apple.TimeMachine.2024-01-31-235959.local \n\n"
+                                               "com.apple.TimeMachine.garbage.local\n"
+                                               "com.apple.os.update-0123456789ABCDEF\n"
+                                               " com.apple.TimeMachine.2024-05-01-101500.local\n"
+                                               "com.apple.TimeMachine.2024-11-03-000000"),
+                  expected);
+    // Whatever the tool's status, what it printed counts.
+    EXPECT_EQ(listed("com.apple.TimeMachine.2024-05-01-101500.local\n", "UTC", 3),
+              "com.apple.TimeMachine.2024-05-01-101500.local 2024-05-01T10:15:00Z\n");
+}
+
+TEST(LocalSnapshot, HasNoDateWhereTheNameIsNotOne) {
+    for (const char *name :
+         {"2024-13-01-000000", "2024-02-30-000000", "2024-02-28-240000", "2024-02-28-006000",
+          "2024-02-28-00600", "2024-02-28-000060", "-024-02-28-000000", "2024-+2-28-000000",
+          "2024-02-28-0000001", "2024/02/28-000000", "9999-02-28-000000", "", "2024-02-28"}) {
+        const std::string line = std::string("com.apple.TimeMachine.") + name + ".local";
+        EXPECT_EQ(listed(line), line + " none\n");
+    }
+}
+
+TEST(LocalSnapshot, ListsManyInOrder) {
+    std::string printed = "Snapshots for disk /:\n";
+    for (int i = 0; i < 200; ++i)
+        printed += "com.apple.TimeMachine.2024-01-01-" +
+                   std::to_string(100000 + (i * 37) % 60 + 100 * (i % 60)) + ".local\n";
+    std::istringstream lines(listed(printed, "UTC"));
+    std::string previous = "9";
+    int count = 0;
+    for (std::string name, date; lines >> name >> date; ++count) {
+        EXPECT_LE(date, previous);
+        previous = date;
+    }
+    EXPECT_EQ(count, 200);
+}
+
+TEST(LocalSnapshot, ListsNothingWithoutTheTool) {
+    EXPECT_EQ(LocalSnapshot::list("/", toolsWith("")).size(), 0U);
+    EXPECT_EQ(LocalSnapshot::list("/", toolsWith("/nowhere/tmutil")).size(), 0U);
+    EXPECT_EQ(listed("com.apple.TimeMachine.\xFF\n"), "") << "not text";
+    EXPECT_EQ(listed(""), "");
+    EXPECT_FALSE(snapshotNote(0));
+    EXPECT_TRUE(snapshotNote(1)->starts_with("1 snapshot. These hold"));
+    EXPECT_TRUE(snapshotNote(3)->starts_with("3 snapshots. These hold"));
+}
+
+} // namespace brimvale

@@ -1,0 +1,98 @@
+#include "Platform/Linux/MountTable.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace brimvale {
+
+namespace {
+
+using ::testing::ElementsAre;
+
+std::vector<std::string> pointsOf(const std::vector<Mount> &mounts) {
+    std::vector<std::string> points;
+    for (const Mount &mount : mounts)
+        points.push_back(mount.point);
+    return points;
+}
+
+std::vector<std::string> storagePoints(std::string_view table) {
+    return pointsOf(storageMounts(mountsIn(table)));
+}
+
+} // namespace
+
+TEST(MountTable, ReadsWhatAPersonMayHaveNamed) {
+    const std::vector<Mount> mounts = mountsIn(
+        "30 1 8:2 / / rw,noatime shared:1 master:2 - ext4 /dev/sda2 rw\n"
+        "31 30 8:17 /part\\040two /mnt/a\\040b\\134c\\011d\\012e\\777 rw - xfs /dev/sdb1 rw,logbufs=8\n"
+        "32 30 0:50 / /no\\04digits rw - tmpfs\n"
+        "not a line of the table\n33 30 0:51\n");
+    ASSERT_EQ(mounts.size(), 3U);
+    EXPECT_EQ(mounts[0].type, "ext4");
+    EXPECT_EQ(mounts[0].source, "/dev/sda2");
+    EXPECT_EQ(mounts[1].root, "/part two");
+    EXPECT_EQ(mounts[1].point, "/mnt/a b\\c\td\ne\xFF");
+    EXPECT_EQ(mounts[1].device, "8:17");
+    EXPECT_EQ(mounts[2].point, "/no\\04digits");
+    EXPECT_EQ(mounts[2].source, "");
+}
+
+TEST(MountTable, LeavesOutWhatNoPathLeadsTo) {
+    // Kernel interfaces may stand before the root that they were moved to.
+    EXPECT_THAT(pointsOf(mountsIn("22 27 0:21 / /proc rw - proc proc rw\n"
+                                  "27 1 254:0 / / rw - ext4 /dev/vda rw\n"
+                                  "30 27 8:1 / /data rw - ext4 /dev/sda1 rw\n"
+                                  "31 30 8:2 / /data/inner rw - ext4 /dev/sdb1 rw\n"
+                                  "32 31 8:3 / /data/inner/most rw - ext4 /dev/sdc1 rw\n"
+                                  "33 27 8:4 / /database rw - ext4 /dev/sdd1 rw\n"
+                                  "34 30 8:5 / /data rw - ext4 /dev/sde1 rw\n")),
+                ElementsAre("/proc", "/", "/database", "/data"));
+    // Mounted earlier than the folder above it.
+    EXPECT_THAT(pointsOf(mountsIn("27 1 254:0 / / rw - ext4 /dev/vda rw\n"
+                                  "30 27 8:1 / /a/b rw - ext4 /dev/sda1 rw\n"
+                                  "31 27 8:2 / /a rw - ext4 /dev/sdb1 rw\n")),
+                ElementsAre("/", "/a"));
+    // A table that goes round in circles ends, too.
+    EXPECT_EQ(mountsIn("1 2 8:1 / /a rw - ext4 /dev/a rw\n2 1 8:2 / /b rw - ext4 /dev/b rw\n"
+                       "3 3 8:3 / /c rw - ext4 /dev/c rw\n")
+                  .size(),
+              3U);
+}
+
+TEST(MountTable, ShowsStorageOnceADevice) {
+    // A desktop: subvolumes of one file system, packaged software, and the services of a session.
+    EXPECT_THAT(storagePoints("25 1 0:30 /@ / rw - btrfs /dev/nvme0n1p2 rw\n"
+                              "26 25 0:30 /@home /home rw - btrfs /dev/nvme0n1p2 rw\n"
+                              "27 25 0:5 / /dev rw - devtmpfs udev rw\n"
+                              "28 25 0:31 / /run rw - tmpfs tmpfs rw\n"
+                              "29 25 7:3 / /snap/core/17 ro - squashfs /dev/loop3 ro\n"
+                              "30 25 0:40 / /var/snap/x ro - fuse.snapfuse snapfuse ro\n"
+                              "31 25 259:1 / /boot/efi rw - vfat /dev/nvme0n1p1 rw\n"
+                              "32 28 8:17 / /run/media/u/STICK rw - exfat /dev/sdb1 rw\n"
+                              "33 28 8:33 / /run/media/u/Disk rw - fuseblk /dev/sdc1 rw\n"
+                              "34 28 0:41 / /run/user/1000/gvfs rw - fuse.gvfsd-fuse gvfsd-fuse rw\n"
+                              "35 28 0:42 / /run/user/1000/doc rw - fuse.portal portal rw\n"
+                              "36 25 0:43 / /net rw - autofs /etc/auto.net rw\n"
+                              "37 25 0:44 / /srv/nfs rw - nfs4 server:/export rw\n"
+                              "38 25 0:44 /sub /srv/again rw - nfs4 server:/export/sub rw\n"
+                              "39 25 0:45 / /tank rw - zfs tank rw\n"
+                              "40 26 0:46 / /home/u/far rw - fuse.sshfs u@host: rw\n"),
+                ElementsAre("/", "/boot/efi", "/run/media/u/STICK", "/run/media/u/Disk", "/srv/nfs", "/tank",
+                            "/home/u/far"));
+    // A container: the root is an overlay, and of one disk there are only parts.
+    EXPECT_THAT(storagePoints("50 1 0:60 / / rw - overlay overlay rw\n"
+                              "51 50 8:1 /volumes/a /data rw - ext4 /dev/sda1 rw\n"
+                              "52 50 8:1 /volumes/b /cache rw - ext4 /dev/sda1 rw\n"
+                              "53 50 8:2 /part /first rw - ext4 /dev/sda2 rw\n"
+                              "54 50 8:2 / /whole rw - ext4 /dev/sda2 rw\n"),
+                ElementsAre("/", "/data", "/whole"));
+    // The device of "/" is shown there, even where something lies at another place in whole.
+    EXPECT_THAT(storagePoints("51 50 8:1 / /host rw - ext4 /dev/sda1 rw\n"
+                              "50 1 8:1 /root / rw - ext4 /dev/sda1 rw\n"),
+                ElementsAre("/"));
+}
+
+} // namespace brimvale
