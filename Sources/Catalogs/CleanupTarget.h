@@ -17,7 +17,7 @@ enum class CleanupRisk { safe, review, careful };
 struct CleanupEntry {
     FileURL url;
     std::int64_t size = 0; ///< allocated bytes
-    std::optional<Date> modified;
+    std::optional<Date> modified = {};
 
     friend bool operator==(const CleanupEntry &, const CleanupEntry &) = default;
 };
@@ -28,9 +28,9 @@ struct CleanupTarget {
     std::string title;
     std::string detail;
     CleanupRisk risk = CleanupRisk::safe;
-    std::vector<std::string> roots;    ///< absolute paths
-    bool contentsOnly = true;          ///< a root's immediate children are its entries, never the root itself
-    std::vector<CleanupEntry> entries; ///< empty until measured
+    std::vector<std::string> roots; ///< absolute paths
+    bool contentsOnly = true;       ///< a root's immediate children are its entries, never the root itself
+    std::vector<CleanupEntry> entries = {}; ///< empty until measured
     bool scanned = false;
 
     friend bool operator==(const CleanupTarget &, const CleanupTarget &) = default;

@@ -42,12 +42,12 @@ struct StorageCategory {
     std::string symbol;
     std::string colorName;
     std::string detail;
-    std::vector<std::string> roots; ///< absolute paths, in order
-    bool listsContents = false;     ///< rows are the roots' immediate contents, not the roots
+    std::vector<std::string> roots = {}; ///< absolute paths, in order
+    bool listsContents = false;          ///< rows are the roots' immediate contents, not the roots
     CleanupRisk risk = CleanupRisk::safe;
     CategoryMeasurement measurement = CategoryMeasurement::measured;
     CategoryAction action;
-    std::optional<std::string> caveat;
+    std::optional<std::string> caveat = {};
 
     friend bool operator==(const StorageCategory &, const StorageCategory &) = default;
 };
@@ -56,7 +56,7 @@ struct StorageCategory {
 struct MeasuredCategory {
     StorageCategory category;
     std::int64_t size = 0; ///< allocated bytes
-    std::vector<CleanupEntry> entries;
+    std::vector<CleanupEntry> entries = {};
     bool measured = false; ///< the figure is final
 
     friend bool operator==(const MeasuredCategory &, const MeasuredCategory &) = default;
