@@ -92,8 +92,8 @@ public:
     void file(FolderHandle, std::string_view, const FileStatus &status) override {
         bytes_ = checkedAdd(bytes_, status.allocatedBytes);
     }
-    std::optional<FolderHandle> subfolder(FolderHandle, const std::string &folderPath,
-                                          std::string_view name) override {
+    std::optional<FolderHandle> subfolder(FolderHandle, const std::string &folderPath, std::string_view name,
+                                          bool) override {
         return skipped_.contains(folderPath, name) ? std::nullopt : std::optional<FolderHandle>(nullptr);
     }
     void noStatus(FolderHandle) override {}

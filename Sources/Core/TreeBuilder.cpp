@@ -56,7 +56,7 @@ void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileSta
 }
 
 std::optional<FolderHandle> TreeBuilder::subfolder(FolderHandle folder, const std::string &folderPath,
-                                                   std::string_view name) {
+                                                   std::string_view name, bool /*canBeEntered*/) {
     children_.push_back(std::make_unique<FSNode>(std::string(name), nodeOf(folder), true));
     FSNode *child = children_.back().get();
     if (!state_.skipped.contains(folderPath, name))

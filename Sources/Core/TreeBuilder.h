@@ -41,7 +41,7 @@ public:
     void enter(FolderHandle folder, const std::string &path, int depth) override;
     void file(FolderHandle folder, std::string_view name, const FileStatus &status) override;
     std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
-                                          std::string_view name) override;
+                                          std::string_view name, bool) override;
     void noStatus(FolderHandle folder) override;
     void unreadable(FolderHandle folder) override;
     void leave(FolderHandle folder) override;

@@ -56,9 +56,25 @@ WalkPool::~WalkPool() {
 }
 
 void WalkPool::walk(PendingFolders start, bool crossesMountPoints, const MakeVisitor &makeVisitor) {
+    std::vector<PendingFolders> starts;
+    starts.push_back(std::move(start));
+    walk(std::move(starts), crossesMountPoints, makeVisitor);
+}
+
+void WalkPool::walk(std::vector<PendingFolders> starts, bool crossesMountPoints,
+                    const MakeVisitor &makeVisitor) {
+    if (starts.empty())
+        return;
     const NoMaterialization guard;
-    Job job{crossesMountPoints, makeVisitor};
-    run(job, std::move(start));
+    Job job{crossesMountPoints, makeVisitor, 1};
+    {
+        const std::lock_guard guardOfQueue(lock_);
+        for (std::size_t i = 1; i < starts.size(); ++i)
+            queue(job, std::move(starts[i]));
+    }
+    if (starts.size() > 1)
+        queued_.notify_all();
+    run(job, std::move(starts.front()));
 
     std::unique_lock lock(lock_);
     ++hunger_;
@@ -100,13 +116,20 @@ void WalkPool::work() {
 void WalkPool::run(Job &job, PendingFolders folders) {
     {
         const std::unique_ptr<WalkVisitor> visitor = job.makeVisitor();
-        DirectoryWalk walk(*visitor, job.crossesMountPoints, std::move(folders));
+        DirectoryWalk walk(*visitor, job.crossesMountPoints, std::move(folders), &isShutDown_);
         while (walk.step())
             offer(job, walk);
     }
     const std::lock_guard guard(lock_);
     if (--job.unfinished == 0)
         changed_.notify_all();
+}
+
+/// Under the lock.
+void WalkPool::queue(Job &job, PendingFolders folders) {
+    queue_.push_back({&job, std::move(folders)});
+    ++job.unfinished;
+    --hunger_;
 }
 
 void WalkPool::offer(Job &job, DirectoryWalk &walk) {
@@ -116,9 +139,7 @@ void WalkPool::offer(Job &job, DirectoryWalk &walk) {
             return;
         {
             const std::lock_guard guard(lock_);
-            queue_.push_back({&job, std::move(*folders)});
-            ++job.unfinished;
-            --hunger_;
+            queue(job, std::move(*folders));
         }
         queued_.notify_one();
         changed_.notify_all();

@@ -35,17 +35,26 @@ public:
     /// workers.
     void walk(PendingFolders start, bool crossesMountPoints, const MakeVisitor &makeVisitor);
 
+    /// The same for several starts, begun in their order; the later ones wait while every thread is busy.
+    void walk(std::vector<PendingFolders> starts, bool crossesMountPoints, const MakeVisitor &makeVisitor);
+
+    /// Ends every walk, those that run and those that are still asked for, before its next entry, as if its
+    /// visitor had cancelled it. For good: to be called where the program ends.
+    void shutDown() { isShutDown_.store(true, std::memory_order_relaxed); }
+    [[nodiscard]] bool isShutDown() const { return isShutDown_.load(std::memory_order_relaxed); }
+
 private:
     struct Job {
         bool crossesMountPoints;
         const MakeVisitor &makeVisitor;
-        int unfinished = 1; ///< walks that wait or run, under the pool's lock
+        int unfinished; ///< walks that wait or run, under the pool's lock
     };
     struct Task {
         Job *job;
         PendingFolders folders;
     };
 
+    void queue(Job &job, PendingFolders folders);
     void work();
     void run(Job &job, PendingFolders folders);
     void offer(Job &job, DirectoryWalk &walk);
@@ -57,6 +66,7 @@ private:
     std::deque<Task> queue_;
     std::atomic<int> hunger_ = 0; ///< idle threads minus queued tasks; written under the lock
     bool isClosing_ = false;
+    std::atomic<bool> isShutDown_ = false;
     std::vector<std::thread> workers_;
 };
 

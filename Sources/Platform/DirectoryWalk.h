@@ -3,6 +3,7 @@
 #include "Platform/FileStatus.h"
 #include "Platform/Folder.h"
 
+#include <atomic>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -30,9 +31,13 @@ public:
     virtual void file(FolderHandle folder, std::string_view name, const FileStatus &status) = 0;
 
     /// A sub-folder. Answers the handle under which it is reported later, or nothing when it is not to be
-    /// entered. A mount point and a folder kept by a cloud provider are reported here and never entered.
+    /// entered. A mount point and a folder kept by a cloud provider are reported here and cannot be entered.
     virtual std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
-                                                  std::string_view name) = 0;
+                                                  std::string_view name, bool canBeEntered) = 0;
+
+    /// `folder` has a sub-folder that is itself one of the folders around it (mounted there once more). It is
+    /// not entered.
+    virtual void enclosing(FolderHandle /*folder*/) {}
 
     /// An entry of `folder` whose status could not be had.
     virtual void noStatus(FolderHandle folder) = 0;
@@ -54,8 +59,10 @@ public:
 /// another.
 class PendingFolders {
 public:
-    /// The single folder at `path`, reported under `handle`; its own links are not followed.
-    PendingFolders(const std::string &path, FolderHandle handle, const FileIdentity &identity);
+    /// The single folder at `path`, reported under `handle`; its own links are not followed. Nor are the
+    /// folders `around` it, which the walk does not come by, entered within it.
+    PendingFolders(const std::string &path, FolderHandle handle, const FileIdentity &identity,
+                   std::vector<FileIdentity> around = {});
 
     /// Sub-folders of the open folder at `path`, to be named by `add`.
     PendingFolders(Folder folder, std::string path);
@@ -100,15 +107,18 @@ private:
 /// `maximumOpenFolders` folders open besides the one it started from and the one it reads, however deep it
 /// goes, and never recurses.
 ///
+/// `isStopped`, where given, ends the walk from outside as the visitor can from within.
+///
 /// The work is cut into steps of one folder each, and between two steps about half of what waits nearest to
 /// the start can be handed over to another walk.
 class DirectoryWalk {
 public:
     static constexpr std::size_t maximumOpenFolders = 6;
 
-    DirectoryWalk(WalkVisitor &visitor, bool crossesMountPoints, PendingFolders start);
+    DirectoryWalk(WalkVisitor &visitor, bool crossesMountPoints, PendingFolders start,
+                  const std::atomic<bool> *isStopped = nullptr);
 
-    /// Enters and reads the next folder. False when none is left, or the visitor has cancelled.
+    /// Enters and reads the next folder. False when none is left, or the walk was cancelled.
     bool step();
 
     /// Takes waiting sub-folders away from this walk, for another one. Nothing when it has none to spare.
@@ -123,6 +133,7 @@ private:
         std::size_t pathLength; ///< how much of `path_` is this folder's
     };
 
+    [[nodiscard]] bool isCancelled();
     bool read(Folder folder, FolderHandle handle, const FileIdentity &identity);
     void push(Siblings siblings);
     void pop();
@@ -133,6 +144,7 @@ private:
 
     WalkVisitor &visitor_;
     bool crossesMountPoints_;
+    const std::atomic<bool> *isStopped_;
     int depth_; ///< that the first frame's sub-folders are reported with
     std::vector<Frame> frames_;
     std::vector<std::size_t> open_;  ///< the frames but the first whose folders are open, in order

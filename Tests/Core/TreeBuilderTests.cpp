@@ -68,8 +68,8 @@ private:
             builder.file(folder, name, status);
         }
         std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &path,
-                                              std::string_view name) override {
-            return builder.subfolder(folder, path, name);
+                                              std::string_view name, bool canBeEntered) override {
+            return builder.subfolder(folder, path, name, canBeEntered);
         }
         void noStatus(FolderHandle folder) override { builder.noStatus(folder); }
         void unreadable(FolderHandle folder) override { builder.unreadable(folder); }

@@ -24,7 +24,9 @@ PendingFolders::Siblings PendingFolders::Siblings::takeLaterHalf() {
     return later;
 }
 
-PendingFolders::PendingFolders(const std::string &path, FolderHandle handle, const FileIdentity &identity) {
+PendingFolders::PendingFolders(const std::string &path, FolderHandle handle, const FileIdentity &identity,
+                               std::vector<FileIdentity> around)
+    : line_(std::move(around)) {
     siblings_.add(path, handle, identity);
 }
 
@@ -36,11 +38,16 @@ void PendingFolders::add(std::string_view name, FolderHandle handle, const FileI
     siblings_.add(name, handle, identity);
 }
 
-DirectoryWalk::DirectoryWalk(WalkVisitor &visitor, bool crossesMountPoints, PendingFolders start)
-    : visitor_(visitor), crossesMountPoints_(crossesMountPoints), depth_(start.depth_),
+DirectoryWalk::DirectoryWalk(WalkVisitor &visitor, bool crossesMountPoints, PendingFolders start,
+                             const std::atomic<bool> *isStopped)
+    : visitor_(visitor), crossesMountPoints_(crossesMountPoints), isStopped_(isStopped), depth_(start.depth_),
       line_(std::move(start.line_)), path_(std::move(start.path_)) {
     waitingCount_ = start.siblings_.count();
     frames_.push_back({std::move(start.siblings_), path_.size()});
+}
+
+bool DirectoryWalk::isCancelled() {
+    return visitor_.isCancelled() || (isStopped_ != nullptr && isStopped_->load(std::memory_order_relaxed));
 }
 
 bool DirectoryWalk::step() {
@@ -49,7 +56,7 @@ bool DirectoryWalk::step() {
             return false;
         pop();
     }
-    if (visitor_.isCancelled()) {
+    if (isCancelled()) {
         abandonAll();
         return false;
     }
@@ -85,7 +92,7 @@ bool DirectoryWalk::step() {
 bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity &identity) {
     Siblings siblings;
     while (const char *name = folder.nextName()) {
-        if (visitor_.isCancelled()) {
+        if (isCancelled()) {
             visitor_.interrupted(handle);
             abandon(siblings);
             abandonAll();
@@ -96,10 +103,13 @@ bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity 
             visitor_.noStatus(handle);
         } else if (status->kind != FileKind::directory) {
             visitor_.file(handle, name, *status);
-        } else if (std::find(line_.begin(), line_.end(), status->identity) == line_.end()) {
-            const std::optional<FolderHandle> sub = visitor_.subfolder(handle, path_, name);
+        } else if (std::find(line_.begin(), line_.end(), status->identity) != line_.end()) {
+            visitor_.enclosing(handle);
+        } else {
             const bool isOnWalkedDevice = crossesMountPoints_ || status->identity.device == identity.device;
-            if (sub && isOnWalkedDevice && !status->isDataless)
+            const bool canBeEntered = isOnWalkedDevice && !status->isDataless;
+            const std::optional<FolderHandle> sub = visitor_.subfolder(handle, path_, name, canBeEntered);
+            if (sub && canBeEntered)
                 siblings.add(name, *sub, status->identity);
         }
     }

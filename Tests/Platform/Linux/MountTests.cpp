@@ -1,4 +1,5 @@
 #include "Core/DiskScanner.h"
+#include "Core/SubtreeSizes.h"
 #include "Platform/Mounts.h"
 #include "Support/ChildProcess.h"
 #include "Support/OwnMounts.h"
@@ -54,6 +55,51 @@ TEST(Mounts, StayOutOfAWalkUnlessTheyAreItsOwnEntry) {
         EXPECT_EQ(size("disk"), size("disk/plain"));
         EXPECT_GT(size("volume"), 0);
         EXPECT_EQ(size("loop"), size("loop/file"));
+        return ::testing::Test::HasFailure() ? "failed" : "passed";
+    });
+    if (answer == "not permitted")
+        GTEST_SKIP() << "mounting is not permitted here";
+    EXPECT_EQ(answer, "passed");
+}
+
+// Nested things that are measured together keep each to its own device, and one that is mounted within itself
+// is entered where its own walk would enter it.
+TEST(Mounts, DoNotMixWhatIsMeasuredTogether) {
+    const TemporaryFolder folder;
+    for (const char *name : {"a/file", "a/x/file", "a/x/b/file", "a/x/b/c/file", "other/deep/file"})
+        folder.makeFile(name, 5000);
+    for (const char *name : {"a/x/b/c/loop", "a/disk/inner", "a/twin", "a/x/self"})
+        folder.makeFolder(name);
+    const std::string answer = testing::answerOfChild([&]() -> std::string {
+        if (!ownMounts() || !mountMemory(folder.path("a/disk")) ||
+            !bindMount(folder.path("a"), folder.path("a/x/b/c/loop")) ||
+            !bindMount(folder.path("other"), folder.path("a/twin")) ||
+            !bindMount(folder.path("a/x"), folder.path("a/x/self")))
+            return "not permitted";
+        folder.makeFile("a/disk/inner/on another device", 9000);
+        folder.makeFolder("a/disk/back");
+        if (!bindMount(folder.path("a/x/b"), folder.path("a/disk/back")))
+            return "not permitted";
+        SubtreeSizes::Group all;
+        for (const char *name :
+             {"a", "a/x", "a/x/b", "a/x/b/c", "a/x/b/c/loop", "a/x/b/c/loop/x", "a/twin", "a/twin/deep",
+              "a/disk", "a/disk/inner", "a/disk/back", "a/disk/back/c", "a/x/self", "a/x/self/b"})
+            all.push_back(folder.path(name));
+        for (std::size_t without = 0; without <= all.size(); ++without) {
+            SubtreeSizes::Group some = all;
+            if (without < all.size())
+                some.erase(some.begin() + static_cast<std::ptrdiff_t>(without));
+            std::vector<std::int64_t> alone;
+            for (const std::string &path : some)
+                alone.push_back(DiskScanner::quickSize(path, {}));
+            for (const int workers : {0, 5}) {
+                WalkPool pool(workers);
+                SubtreeSizes::measure(
+                    {some}, {}, [] { return false; },
+                    [&](std::size_t, const std::vector<std::int64_t> &sizes) { EXPECT_EQ(sizes, alone); },
+                    pool);
+            }
+        }
         return ::testing::Test::HasFailure() ? "failed" : "passed";
     });
     if (answer == "not permitted")
