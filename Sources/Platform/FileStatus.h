@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Base/Date.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -30,5 +32,9 @@ struct FileStatus {
 /// The status of the entry at an absolute path of any length, without following a link in its last
 /// component; nothing when it cannot be had (missing, no permission).
 [[nodiscard]] std::optional<FileStatus> fileStatus(const std::string &path);
+
+/// When the entry at an absolute path was last modified, to the second and without following a link in its
+/// last component; nothing when it cannot be had, or is out of all measure.
+[[nodiscard]] std::optional<Date> modificationDate(const std::string &path);
 
 } // namespace brimvale

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace brimvale {
 
@@ -57,6 +58,10 @@ private:
     int descriptor_ = -1;
     void *names_ = nullptr; ///< how the system reads names, while they are asked for
 };
+
+/// The names in the folder at an absolute path (a link to a folder is followed), "." and ".." left out, in
+/// the order of the system; nothing when it cannot be listed to its end.
+[[nodiscard]] std::optional<std::vector<std::string>> namesIn(const std::string &path);
 
 /// How many descriptors this process may have open at once.
 [[nodiscard]] std::size_t descriptorLimit();

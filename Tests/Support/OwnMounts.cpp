@@ -1,10 +1,15 @@
 #include "Support/OwnMounts.h"
 
+#include "Support/ChildProcess.h"
+
+#include <array>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
+#include <linux/capability.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace brimvale::testing {
@@ -55,6 +60,16 @@ bool mountSilent(const std::string &path) {
                                 ",rootmode=40000,user_id=" + std::to_string(geteuid()) +
                                 ",group_id=" + std::to_string(getegid());
     return server >= 0 && mount("user@host:", path.c_str(), "fuse.sshfs", 0, options.c_str()) == 0;
+}
+
+bool enterRoot(const std::string &root) {
+    if ((geteuid() != 0 && !ownUsers()) || chroot(root.c_str()) != 0 || chdir("/") != 0)
+        return false;
+    becomeOrdinaryUser();
+    // Users of one's own come with every capability over one's own files.
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> none{};
+    return syscall(SYS_capset, &header, none.data()) == 0;
 }
 
 } // namespace brimvale::testing

@@ -22,4 +22,8 @@ void keepTemporaryFoldersInMemory(const std::string &path);
 /// Mounts a file system at `path` that takes questions and never answers. Needs the rights of root.
 [[nodiscard]] bool mountSilent(const std::string &path);
 
+/// Makes `root` the root folder of this process, a child, and leaves it with the rights of an ordinary user.
+/// False where that is not permitted.
+[[nodiscard]] bool enterRoot(const std::string &root);
+
 } // namespace brimvale::testing

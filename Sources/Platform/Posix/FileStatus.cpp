@@ -5,6 +5,7 @@
 #include "Platform/Posix/Status.h"
 #include "Platform/Posix/StatusFlags.h"
 
+#include <ctime>
 #include <sys/stat.h>
 
 namespace brimvale {
@@ -22,12 +23,29 @@ FileStatus statusOf(const struct stat &record) {
     return status;
 }
 
-std::optional<FileStatus> fileStatus(const std::string &path) {
+namespace {
+
+std::optional<struct stat> recordOf(const std::string &path) {
     struct stat record {};
     const int result = withShortPath(path, [&](int enclosing, const char *rest) {
         return fstatat(enclosing, rest, &record, AT_SYMLINK_NOFOLLOW);
     });
-    return result == 0 ? std::optional(statusOf(record)) : std::nullopt;
+    return result == 0 ? std::optional(record) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<FileStatus> fileStatus(const std::string &path) {
+    const std::optional<struct stat> record = recordOf(path);
+    return record ? std::optional(statusOf(*record)) : std::nullopt;
+}
+
+std::optional<Date> modificationDate(const std::string &path) {
+    constexpr std::time_t farthest = 9'000'000'000; // as far as nanoseconds reach
+    const std::optional<struct stat> record = recordOf(path);
+    if (!record || record->st_mtime < -farthest || record->st_mtime > farthest)
+        return std::nullopt;
+    return Date(std::chrono::seconds(record->st_mtime));
 }
 
 } // namespace brimvale

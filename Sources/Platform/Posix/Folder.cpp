@@ -4,6 +4,7 @@
 #include "Platform/Posix/Status.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
 #include <limits>
 #include <sys/resource.h>
@@ -67,6 +68,16 @@ std::optional<FileStatus> Folder::statusOfEntry(const char *name) const {
     if (fstatat(descriptor_, name, &record, AT_SYMLINK_NOFOLLOW) != 0)
         return std::nullopt;
     return statusOf(record);
+}
+
+std::optional<std::vector<std::string>> namesIn(const std::string &path) {
+    Folder folder = Folder::at(path, Folder::Links::follow);
+    if (!folder.isOpen())
+        return std::nullopt;
+    std::vector<std::string> names;
+    while (const char *name = folder.nextName())
+        names.emplace_back(name);
+    return errno == 0 ? std::optional(std::move(names)) : std::nullopt;
 }
 
 std::size_t descriptorLimit() {

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Catalogs/CleanupTarget.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace brimvale {
+
+/// The rows of cleanup targets and storage categories. What cannot be read is left out without a word.
+namespace CleanupEntries {
+
+/// The paths to be measured for `roots`: the roots themselves as far as they exist, or what lies right in
+/// them, hidden entries included, in the order of the roots and of the system.
+[[nodiscard]] std::vector<std::string> paths(const std::vector<std::string> &roots, bool listsContents);
+
+/// The same for one folder's contents, by name; empty where it cannot be listed.
+[[nodiscard]] std::vector<std::string> names(const std::string &folder);
+
+/// The rows of measured paths, the largest first and equal ones in the given order. A path with less than
+/// `minimum` allocated bytes has none.
+[[nodiscard]] std::vector<CleanupEntry> measured(const std::vector<std::string> &paths,
+                                                 const std::vector<std::int64_t> &sizes,
+                                                 std::int64_t minimum = 1);
+
+/// The bytes of all rows.
+[[nodiscard]] std::int64_t totalSize(const std::vector<CleanupEntry> &entries);
+
+} // namespace CleanupEntries
+
+} // namespace brimvale

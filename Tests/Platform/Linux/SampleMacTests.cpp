@@ -1,0 +1,159 @@
+// The whole catalog, system-wide places included, on a sample Mac that is the root of a process.
+
+#include "Core/CleanupCatalog.h"
+#include "Core/StorageCategories.h"
+#include "Core/StorageFigures.h"
+#include "Platform/ProcessRunner.h"
+#include "Support/ChildProcess.h"
+#include "Support/OwnMounts.h"
+#include "Support/SampleMac.h"
+#include "Support/TemporaryFolder.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <set>
+#include <sstream>
+#include <sys/stat.h>
+
+namespace brimvale {
+
+namespace {
+
+using testing::TemporaryFolder;
+
+using Lines = std::set<std::string>;
+
+Lines linesOf(const std::string &text) {
+    Lines lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.insert(line);
+    return lines;
+}
+
+void addRows(std::string &text, const std::string &id, const std::vector<CleanupEntry> &entries) {
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        text += id + "\t" + std::to_string(entries[i].size) + "\t" + entries[i].url.path() + "\n";
+        if (!entries[i].modified || (i > 0 && entries[i].size > entries[i - 1].size))
+            text += id + " is out of order or undated\n";
+    }
+}
+
+std::string catalogOf(const Host &host) {
+    std::string text;
+    for (const CleanupTarget &target : CleanupCatalog::definitions(host))
+        for (const std::string &root : target.roots)
+            text += "cleanup\t" + target.id + "\tcontents\t" + root + "\n";
+    for (const StorageCategory &category : StorageCategories::all(host))
+        for (const std::string &root : category.roots)
+            text += "category\t" + category.id + (category.listsContents ? "\tcontents\t" : "\twhole\t") +
+                    root + "\n";
+    return text;
+}
+
+/// Every row that is measured on `host`, all in one run or each target and category by itself.
+std::string measuredRows(const Host &host, int workers, bool isOneRun) {
+    const auto never = [] { return false; };
+    WalkPool pool(workers);
+    std::string text;
+    const auto addTarget = [&](const CleanupTarget &target) {
+        addRows(text, "cleanup\t" + target.id, target.entries);
+    };
+    const auto addCategory = [&](const MeasuredCategory &category) {
+        addRows(text, "category\t" + category.category.id, category.entries);
+    };
+    const std::vector<CleanupTarget> targets = CleanupCatalog::definitions(host);
+    const std::vector<StorageCategory> categories = StorageCategories::all(host);
+    if (isOneRun) {
+        CleanupCatalog::measureAll(targets, addTarget, never, host, pool);
+        const auto systemData = StorageCategories::measureAll(categories, addCategory, never, host, pool);
+        addRows(text, "category\tsystemData", systemData);
+        return text;
+    }
+    for (const CleanupTarget &target : targets)
+        addTarget(CleanupCatalog::measure(target, never, host, pool));
+    for (const StorageCategory &category : categories)
+        addCategory(StorageCategories::measure(category, never, host, pool));
+    addRows(text, "category\tsystemData", StorageCategories::measureSystemDataEntries(never, host, pool));
+    return text;
+}
+
+std::string inSampleMac(const TemporaryFolder &folder,
+                        const std::function<std::string(const Host &)> &answer) {
+    return testing::answerOfChild([&]() -> std::string {
+        if (!testing::enterRoot(folder.path()))
+            return "not permitted";
+        return answer({System::macOS, FileURL(testing::sampleHome), platformTools()});
+    });
+}
+
+} // namespace
+
+TEST(SampleMac, HasTheRowsThatAnIndependentSearchFinds) {
+    const TemporaryFolder folder;
+    testing::makeSampleMac(folder.path());
+    chmod(folder.path().c_str(), 0755);
+    const std::string catalog = inSampleMac(folder, catalogOf);
+    if (catalog == "not permitted")
+        GTEST_SKIP() << "a root folder of one's own is not permitted here";
+    const std::string catalogFile = folder.writeFile("catalog", catalog);
+    const std::string expected = testing::answerOfChild([&]() -> std::string {
+        testing::becomeOrdinaryUser();
+        const auto result = runProcess(platformTools().shell,
+                                       {"-c", std::string("python3 " EXPECTED_ROWS " '") + folder.path() +
+                                                  "' " + testing::sampleHome + " < '" + catalogFile + "'"},
+                                       StandardError::withOutput);
+        return result ? result->output : "";
+    });
+    if (expected.find("python3: not found") != std::string::npos)
+        GTEST_SKIP() << "there is no python3 here";
+
+    for (const int workers : {0, 5})
+        for (const bool isOneRun : {true, false})
+            EXPECT_EQ(linesOf(inSampleMac(
+                          folder, [&](const Host &host) { return measuredRows(host, workers, isOneRun); })),
+                      linesOf(expected))
+                << workers << (isOneRun ? " in one run" : " one by one");
+
+    // The sample would show nothing if it were missing something.
+    std::set<std::string> populated;
+    for (const std::string &line : linesOf(expected))
+        populated.insert(line.substr(0, line.find('\t', line.find('\t') + 1)));
+    EXPECT_EQ(populated.size(), 15U + 12U);
+}
+
+TEST(SampleMac, CountsAgainAsOftenAsAsked) {
+    const TemporaryFolder folder;
+    testing::makeSampleMac(folder.path());
+    chmod(folder.path().c_str(), 0755);
+    const std::string answer = inSampleMac(folder, [](const Host &host) -> std::string {
+        std::vector<MeasuredCategory> categories = StorageFigures::unmeasured(StorageCategories::all(host));
+        std::size_t told = 0;
+        WalkPool pool(2);
+        const auto rows = StorageCategories::measureAll(
+            StorageCategories::all(host),
+            [&](const MeasuredCategory &one) {
+                ++told;
+                for (MeasuredCategory &category : categories)
+                    if (category.category.id == one.category.id)
+                        category = one;
+            },
+            [] { return false; }, host, pool);
+        categories.back().entries = rows;
+        EXPECT_EQ(told, 11U);
+        EXPECT_FALSE(categories.back().measured);
+        const std::int64_t categorised = StorageFigures::categorisedBytes(categories);
+        const VolumeInfo root{
+            .url = FileURL("/"), .name = "", .totalCapacity = categorised + 1000, .trueFree = 400};
+        categories = StorageFigures::resolvingRemainder(std::move(categories), root);
+        EXPECT_EQ(categories.back().size, 600);
+        EXPECT_TRUE(categories.back().measured);
+        return ::testing::Test::HasFailure() ? "failed" : "passed";
+    });
+    if (answer == "not permitted")
+        GTEST_SKIP() << "a root folder of one's own is not permitted here";
+    EXPECT_EQ(answer, "passed");
+}
+
+} // namespace brimvale
