@@ -1,13 +1,18 @@
 #include "CommandLine/Command.h"
 
+#include "CommandLine/Category.h"
 #include "CommandLine/Check.h"
+#include "CommandLine/Cleanup.h"
 #include "CommandLine/Help.h"
+#include "CommandLine/Overview.h"
 #include "CommandLine/Remove.h"
 #include "CommandLine/Scan.h"
 #include "CommandLine/Size.h"
+#include "CommandLine/Snapshots.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/TreemapCommand.h"
+#include "CommandLine/Volumes.h"
 
 #include <array>
 #include <variant>
@@ -15,8 +20,9 @@
 namespace brimvale::commandLine {
 
 std::span<const Command *const> allCommands() {
-    static constexpr std::array commands = {&scanCommand, &sizeCommand, &treemapCommand, &checkCommand,
-                                            &removeCommand};
+    static constexpr std::array commands = {
+        &scanCommand,    &sizeCommand,      &treemapCommand, &checkCommand,    &removeCommand,
+        &volumesCommand, &snapshotsCommand, &cleanupCommand, &overviewCommand, &categoryCommand};
     return commands;
 }
 

@@ -15,7 +15,7 @@ namespace brimvale {
 
 namespace {
 
-using testing::bindMount;
+using testing::mountAlsoAt;
 using testing::describe;
 using testing::mountMemory;
 using testing::ownMounts;
@@ -72,13 +72,13 @@ TEST(Mounts, DoNotMixWhatIsMeasuredTogether) {
         folder.makeFolder(name);
     const std::string answer = testing::answerOfChild([&]() -> std::string {
         if (!ownMounts() || !mountMemory(folder.path("a/disk")) ||
-            !bindMount(folder.path("a"), folder.path("a/x/b/c/loop")) ||
-            !bindMount(folder.path("other"), folder.path("a/twin")) ||
-            !bindMount(folder.path("a/x"), folder.path("a/x/self")))
+            !mountAlsoAt(folder.path("a"), folder.path("a/x/b/c/loop")) ||
+            !mountAlsoAt(folder.path("other"), folder.path("a/twin")) ||
+            !mountAlsoAt(folder.path("a/x"), folder.path("a/x/self")))
             return "not permitted";
         folder.makeFile("a/disk/inner/on another device", 9000);
         folder.makeFolder("a/disk/back");
-        if (!bindMount(folder.path("a/x/b"), folder.path("a/disk/back")))
+        if (!mountAlsoAt(folder.path("a/x/b"), folder.path("a/disk/back")))
             return "not permitted";
         SubtreeSizes::Group all;
         for (const char *name :

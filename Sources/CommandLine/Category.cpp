@@ -1,0 +1,82 @@
+#include "CommandLine/Category.h"
+
+#include "CommandLine/EntryTable.h"
+#include "CommandLine/Interruption.h"
+#include "CommandLine/OverviewRun.h"
+#include "CommandLine/RecordJson.h"
+#include "CommandLine/TerminalText.h"
+#include "Core/CleanupRiskTexts.h"
+#include "Core/Formatting.h"
+#include "Core/StorageFigures.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+/// The remainder takes the measure of all the others.
+MeasuredCategory measure(const StorageCategory &category, const ScanStats &stats) {
+    if (category.measurement == CategoryMeasurement::measured)
+        return StorageCategories::measure(category, [&] { return stats.cancelled(); });
+    const OverviewFigures figures = measureOverview(stats);
+    return *std::find_if(figures.categories.begin(), figures.categories.end(),
+                         [&](const MeasuredCategory &one) { return one.category.id == category.id; });
+}
+
+void writeText(Output &output, const MeasuredCategory &measured) {
+    const StorageCategory &category = measured.category;
+    output.write(category.title + ", " + (measured.measured ? Fmt::byteFormatter(measured.size) : "–") +
+                 " (" + std::string(label(category.risk)) + ")\n" + category.detail + "\n");
+    if (category.caveat)
+        output.write(*category.caveat + "\n");
+    if (const auto *readOnly = std::get_if<ReadOnlyAction>(&category.action))
+        output.write(readOnly->reason + "\n");
+    if (const auto *backup = std::get_if<BackupThenRemoveAction>(&category.action))
+        output.write(backup->warning + "\n");
+    if (!measured.entries.empty())
+        output.write("\n");
+    writeEntryTable(output, measured.entries);
+    if (const auto sentence = StorageFigures::systemDataSentence({measured}))
+        output.write("\n" + *sentence + "\n");
+}
+
+ExitStatus runCategory(const Arguments &arguments, Output &output) {
+    const std::string_view id = arguments.operands().front();
+    const std::vector<StorageCategory> categories = StorageCategories::all();
+    const auto category = std::find_if(categories.begin(), categories.end(),
+                                       [&](const StorageCategory &one) { return one.id == id; });
+    if (category == categories.end()) {
+        std::string known;
+        for (const StorageCategory &one : categories)
+            known.append(known.empty() ? "" : ", ").append(one.id);
+        return refuseUsage("unknown category " + quoted(id) + "; there are " + known, &categoryCommand);
+    }
+
+    ScanStats stats;
+    const Interruption interruption(stats);
+    const MeasuredCategory measured = measure(*category, stats);
+    if (arguments.has("--json")) {
+        JsonWriter json(output);
+        writeRecord(json, measured);
+    } else {
+        writeText(output, measured);
+    }
+    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+}
+
+} // namespace
+
+constinit const Command categoryCommand = {
+    .name = "category",
+    .operands = "ID",
+    .operandCount = {.minimum = 1, .maximum = 1},
+    .summary = "Measures one category of the overview, and shows what lies in it.",
+    .help = "\n\"brimvalectl overview\" shows the IDs.\n",
+    .run = runCategory,
+};
+
+} // namespace brimvale::commandLine

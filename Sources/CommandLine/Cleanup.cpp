@@ -1,0 +1,110 @@
+#include "CommandLine/Cleanup.h"
+
+#include "CommandLine/EntryTable.h"
+#include "CommandLine/Interruption.h"
+#include "CommandLine/RecordJson.h"
+#include "CommandLine/StepProgress.h"
+#include "CommandLine/TerminalText.h"
+#include "Core/CleanupCatalog.h"
+#include "Core/CleanupEntries.h"
+#include "Core/CleanupRiskTexts.h"
+#include "Core/Formatting.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+using Targets = std::vector<CleanupTarget>;
+
+auto targetNamed(Targets &targets, std::string_view id) {
+    return std::find_if(targets.begin(), targets.end(),
+                        [&](const CleanupTarget &one) { return one.id == id; });
+}
+
+ExitStatus refuseUnknown(std::string_view id, const Targets &targets) {
+    std::string known;
+    for (const CleanupTarget &target : targets)
+        known.append(known.empty() ? "" : ", ").append(target.id);
+    return refuseUsage("unknown target " + quoted(id) + "; there are " + known, &cleanupCommand);
+}
+
+void measure(Targets &targets, const ScanStats &stats) {
+    StepProgress progress(targets.size());
+    CleanupCatalog::measureAll(
+        targets,
+        [&](CleanupTarget measured) {
+            *targetNamed(targets, measured.id) = std::move(measured);
+            progress.step();
+        },
+        [&] { return stats.cancelled(); });
+}
+
+void writeSummary(Output &output, const Targets &targets) {
+    std::size_t idWidth = 0;
+    for (const CleanupTarget &target : targets)
+        idWidth = std::max(idWidth, target.id.size());
+    const auto writeRow = [&](const std::string &size, std::string_view risk, const std::string &id,
+                              std::string_view title) {
+        constexpr int riskWidth = 7;
+        writeColumns(
+            output,
+            {{size, usualSizeWidth}, {std::string(risk), -riskWidth}, {id, -static_cast<int>(idWidth)}},
+            title);
+    };
+    writeRow("SIZE", "RISK", "ID", "TARGET");
+    for (const CleanupTarget &target : targets)
+        writeRow(Fmt::byteFormatter(CleanupEntries::totalSize(target.entries)), label(target.risk), target.id,
+                 target.title);
+}
+
+void writeDetails(Output &output, const CleanupTarget &target) {
+    output.write(target.title + ", " + Fmt::byteFormatter(CleanupEntries::totalSize(target.entries)) + " (" +
+                 std::string(label(target.risk)) + ")\n" + target.detail + "\n");
+    writeEntryTable(output, target.entries);
+}
+
+ExitStatus runCleanup(const Arguments &arguments, Output &output) {
+    Targets targets = CleanupCatalog::definitions();
+    const auto &ids = arguments.operands();
+    for (const std::string_view id : ids)
+        if (targetNamed(targets, id) == targets.end())
+            return refuseUnknown(id, targets);
+    if (!ids.empty())
+        std::erase_if(targets, [&](const CleanupTarget &one) {
+            return std::find(ids.begin(), ids.end(), one.id) == ids.end();
+        });
+
+    ScanStats stats;
+    const Interruption interruption(stats);
+    measure(targets, stats);
+    if (arguments.has("--json")) {
+        JsonWriter json(output);
+        writeRecords(json, targets);
+    } else if (ids.empty()) {
+        writeSummary(output, targets);
+    } else {
+        for (const CleanupTarget &target : targets) {
+            output.write(&target == &targets.front() ? "" : "\n");
+            writeDetails(output, target);
+        }
+    }
+    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+}
+
+} // namespace
+
+constinit const Command cleanupCommand = {
+    .name = "cleanup",
+    .operands = "[ID…]",
+    .operandCount = {},
+    .summary = "Measures the places where data collects that comes back on its own.",
+    .help = "\nWith IDs only those, and what lies in each. Nothing is removed.\n",
+    .run = runCleanup,
+};
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,84 @@
+#include "CommandLine/Overview.h"
+
+#include "CommandLine/EntryTable.h"
+#include "CommandLine/Interruption.h"
+#include "CommandLine/OverviewRun.h"
+#include "CommandLine/RecordJson.h"
+#include "CommandLine/TerminalText.h"
+#include "Core/Formatting.h"
+#include "Core/StorageFigures.h"
+
+#include <algorithm>
+#include <string>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+void writeDocument(Output &output, const OverviewFigures &figures) {
+    JsonWriter json(output);
+    json.beginObject();
+    json.key("volumes");
+    writeRecords(json, figures.volumes);
+    json.key("categories");
+    writeRecords(json, figures.categories);
+    json.member("categorisedBytes", StorageFigures::categorisedBytes(figures.categories));
+    json.member("systemDataAccounted", StorageFigures::systemDataAccounted(figures.categories));
+    json.key("sentence");
+    if (const auto sentence = StorageFigures::systemDataSentence(figures.categories))
+        json.value(*sentence);
+    else
+        json.null();
+    json.end();
+}
+
+void writeVolume(Output &output, const VolumeInfo &volume) {
+    output.write(terminalText(volume.name) + ": " +
+                 Fmt::byteFormatter(volume.totalCapacity - volume.trueFree) + " of " +
+                 Fmt::byteFormatter(volume.totalCapacity) + " used, " +
+                 Fmt::byteFormatter(volume.shownAvailable()) + " available\n");
+    if (const auto sentence = purgeableSentence(volume))
+        output.write(*sentence + "\n");
+    output.write("\n");
+}
+
+void writeTable(Output &output, const std::vector<MeasuredCategory> &categories) {
+    std::size_t idWidth = 0;
+    for (const MeasuredCategory &one : categories)
+        idWidth = std::max(idWidth, one.category.id.size());
+    const auto writeRow = [&](const std::string &size, const std::string &id, std::string_view title) {
+        writeColumns(output, {{size, usualSizeWidth}, {id, -static_cast<int>(idWidth)}}, title);
+    };
+    writeRow("SIZE", "ID", "CATEGORY");
+    for (const MeasuredCategory &one : categories)
+        writeRow(one.measured ? Fmt::byteFormatter(one.size) : "–", one.category.id, one.category.title);
+}
+
+ExitStatus runOverview(const Arguments &arguments, Output &output) {
+    ScanStats stats;
+    const Interruption interruption(stats);
+    const OverviewFigures figures = measureOverview(stats);
+    if (arguments.has("--json")) {
+        writeDocument(output, figures);
+    } else {
+        if (const auto root = VolumeInfo::root(figures.volumes))
+            writeVolume(output, *root);
+        writeTable(output, figures.categories);
+    }
+    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+}
+
+} // namespace
+
+constinit const Command overviewCommand = {
+    .name = "overview",
+    .operands = "",
+    .operandCount = {.minimum = 0, .maximum = 0},
+    .summary = "Measures what the space of the root volume is used for.",
+    .help =
+        "\nSystem Data is what the other categories leave of the used space. \"brimvalectl category ID\"\n"
+        "shows what lies in one of them.\n",
+    .run = runOverview,
+};
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,36 @@
+#include "CommandLine/OverviewRun.h"
+
+#include "CommandLine/StepProgress.h"
+#include "Core/StorageFigures.h"
+
+#include <chrono>
+#include <utility>
+
+namespace brimvale::commandLine {
+
+OverviewFigures measureOverview(const ScanStats &stats) {
+    const std::vector<StorageCategory> definitions = StorageCategories::all();
+    OverviewFigures figures{VolumeInfo::current(std::chrono::seconds(2)),
+                            StorageFigures::unmeasured(definitions)};
+    std::vector<MeasuredCategory> &categories = figures.categories;
+    std::vector<CleanupEntry> systemData;
+    {
+        StepProgress progress(definitions.size());
+        systemData = StorageCategories::measureAll(
+            definitions,
+            [&](MeasuredCategory measured) {
+                for (MeasuredCategory &one : categories)
+                    if (one.category.id == measured.category.id)
+                        one = std::move(measured);
+                progress.step();
+            },
+            [&] { return stats.cancelled(); });
+    }
+    for (MeasuredCategory &one : categories)
+        if (one.category.measurement == CategoryMeasurement::remainder)
+            one.entries = systemData;
+    categories = StorageFigures::resolvingRemainder(std::move(categories), VolumeInfo::root(figures.volumes));
+    return figures;
+}
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,137 @@
+#include "CommandLine/RecordJson.h"
+
+#include <string_view>
+#include <variant>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+std::string_view nameOf(CleanupRisk risk) {
+    switch (risk) {
+    case CleanupRisk::safe:
+        return "safe";
+    case CleanupRisk::review:
+        return "review";
+    case CleanupRisk::careful:
+        break;
+    }
+    return "careful";
+}
+
+void writeDate(JsonWriter &json, std::string_view name, const std::optional<Date> &date) {
+    json.key(name);
+    if (date)
+        json.value(iso8601(*date));
+    else
+        json.null();
+}
+
+void writeText(JsonWriter &json, std::string_view name, const std::optional<std::string> &text) {
+    json.key(name);
+    if (text)
+        json.value(*text);
+    else
+        json.null();
+}
+
+void writeTexts(JsonWriter &json, std::string_view name, const std::vector<std::string> &texts) {
+    json.key(name);
+    json.beginArray();
+    for (const std::string &text : texts)
+        json.value(text);
+    json.end();
+}
+
+/// The members of each kind of action, after its case.
+struct ActionWriter {
+    JsonWriter &json;
+
+    void operator()(const ReadOnlyAction &action) const {
+        json.member("case", "readOnly");
+        json.member("reason", action.reason);
+    }
+    void operator()(const BackupThenRemoveAction &action) const {
+        json.member("case", "backupThenRemove");
+        writeText(json, "quitFirst", action.quitFirst);
+        json.member("warning", action.warning);
+    }
+    void operator()(const ApplicationsAction &) const { json.member("case", "applications"); }
+    void operator()(const RemovableAction &) const { json.member("case", "removable"); }
+};
+
+} // namespace
+
+void writeRecord(JsonWriter &json, const VolumeInfo &volume) {
+    json.beginObject();
+    json.member("url", volume.url.path());
+    json.member("name", volume.name);
+    json.member("totalCapacity", volume.totalCapacity);
+    json.member("availableForImportantUsage", volume.availableForImportantUsage);
+    json.member("trueFree", volume.trueFree);
+    json.member("isInternal", volume.isInternal);
+    json.member("isRootVolume", volume.isRootVolume);
+    json.end();
+}
+
+void writeRecord(JsonWriter &json, const LocalSnapshot &snapshot) {
+    json.beginObject();
+    json.member("name", snapshot.name);
+    writeDate(json, "date", snapshot.date);
+    json.end();
+}
+
+void writeRecord(JsonWriter &json, const CleanupEntry &entry) {
+    json.beginObject();
+    json.member("url", entry.url.path());
+    json.member("size", entry.size);
+    writeDate(json, "modified", entry.modified);
+    json.end();
+}
+
+void writeRecord(JsonWriter &json, const CleanupTarget &target) {
+    json.beginObject();
+    json.member("id", target.id);
+    json.member("title", target.title);
+    json.member("detail", target.detail);
+    json.member("risk", nameOf(target.risk));
+    writeTexts(json, "roots", target.roots);
+    json.member("contentsOnly", target.contentsOnly);
+    json.key("entries");
+    writeRecords(json, target.entries);
+    json.member("scanned", target.scanned);
+    json.end();
+}
+
+void writeRecord(JsonWriter &json, const StorageCategory &category) {
+    json.beginObject();
+    json.member("id", category.id);
+    json.member("title", category.title);
+    json.member("symbol", category.symbol);
+    json.member("colorName", category.colorName);
+    json.member("detail", category.detail);
+    writeTexts(json, "roots", category.roots);
+    json.member("listsContents", category.listsContents);
+    json.member("risk", nameOf(category.risk));
+    json.member("measurement",
+                category.measurement == CategoryMeasurement::measured ? "measured" : "remainder");
+    json.key("action");
+    json.beginObject();
+    std::visit(ActionWriter{json}, category.action);
+    json.end();
+    writeText(json, "caveat", category.caveat);
+    json.end();
+}
+
+void writeRecord(JsonWriter &json, const MeasuredCategory &category) {
+    json.beginObject();
+    json.key("category");
+    writeRecord(json, category.category);
+    json.member("size", category.size);
+    json.key("entries");
+    writeRecords(json, category.entries);
+    json.member("measured", category.measured);
+    json.end();
+}
+
+} // namespace brimvale::commandLine

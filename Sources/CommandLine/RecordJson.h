@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Catalogs/CleanupTarget.h"
+#include "Catalogs/StorageCategory.h"
+#include "CommandLine/JsonWriter.h"
+#include "Core/VolumeInfo.h"
+
+namespace brimvale::commandLine {
+
+// Each record as one JSON object with its members by their names: a date in ISO 8601, a place as its path, an
+// enumerator by its name, what is absent as null.
+
+void writeRecord(JsonWriter &json, const VolumeInfo &volume);
+void writeRecord(JsonWriter &json, const LocalSnapshot &snapshot);
+void writeRecord(JsonWriter &json, const CleanupEntry &entry);
+void writeRecord(JsonWriter &json, const CleanupTarget &target);
+void writeRecord(JsonWriter &json, const StorageCategory &category);
+void writeRecord(JsonWriter &json, const MeasuredCategory &category);
+
+/// An array of records.
+template<class Records>
+void writeRecords(JsonWriter &json, const Records &records) {
+    json.beginArray();
+    for (const auto &record : records)
+        writeRecord(json, record);
+    json.end();
+}
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,55 @@
+#include "CommandLine/Snapshots.h"
+
+#include "CommandLine/EntryTable.h"
+#include "CommandLine/GivenPath.h"
+#include "CommandLine/RecordJson.h"
+#include "CommandLine/TerminalText.h"
+#include "Core/Formatting.h"
+
+namespace brimvale::commandLine {
+
+namespace {
+
+void writeTable(Output &output, const std::vector<LocalSnapshot> &snapshots) {
+    constexpr int ageWidth = 14;
+    const std::optional<std::string> note = snapshotNote(snapshots.size());
+    if (!note) {
+        output.write("There are no local snapshots.\n");
+        return;
+    }
+    writeColumns(output, {{"CREATED", ageWidth}}, "NAME");
+    for (const LocalSnapshot &snapshot : snapshots)
+        writeColumns(output, {{Fmt::relativeDate(snapshot.date), ageWidth}}, terminalText(snapshot.name));
+    output.write("\n" + *note + "\n");
+    output.write(std::string(snapshotRemark) + "\n");
+}
+
+ExitStatus runSnapshots(const Arguments &arguments, Output &output) {
+    const std::string_view typed = arguments.operands().empty() ? "/" : arguments.operands().front();
+    const auto place = resolveGivenPath(typed);
+    if (const auto *error = std::get_if<FileError>(&place)) {
+        printPathError(typed, *error);
+        return ExitStatus::failed;
+    }
+    const std::vector<LocalSnapshot> snapshots = LocalSnapshot::list(std::get<FileURL>(place).path());
+    if (arguments.has("--json")) {
+        JsonWriter json(output);
+        writeRecords(json, snapshots);
+    } else {
+        writeTable(output, snapshots);
+    }
+    return ExitStatus::done;
+}
+
+} // namespace
+
+constinit const Command snapshotsCommand = {
+    .name = "snapshots",
+    .operands = "[VOLUME]",
+    .operandCount = {.minimum = 0, .maximum = 1},
+    .summary = "Lists the local snapshots that Time Machine keeps on a volume (the root volume).",
+    .help = "\nThe newest comes first. Only macOS has them.\n",
+    .run = runSnapshots,
+};
+
+} // namespace brimvale::commandLine
