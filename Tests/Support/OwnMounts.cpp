@@ -4,12 +4,15 @@
 
 #include <array>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <linux/capability.h>
+#include <linux/fuse.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/syscall.h>
+#include <thread>
 #include <unistd.h>
 
 namespace brimvale::testing {
@@ -59,7 +62,30 @@ bool mountSilent(const std::string &path) {
     const std::string options = "fd=" + std::to_string(server) +
                                 ",rootmode=40000,user_id=" + std::to_string(geteuid()) +
                                 ",group_id=" + std::to_string(getegid());
-    return server >= 0 && mount("user@host:", path.c_str(), "fuse.sshfs", 0, options.c_str()) == 0;
+    if (server < 0 || mount("user@host:", path.c_str(), "fuse.sshfs", 0, options.c_str()) != 0)
+        return false;
+    // The greeting has to be answered, or nobody's question would get through.
+    struct {
+        fuse_out_header header;
+        fuse_init_out greeting;
+    } reply{};
+    std::array<char, 1 << 17> request{};
+    if (read(server, request.data(), request.size()) <= 0)
+        return false;
+    fuse_in_header question{};
+    std::memcpy(&question, request.data(), sizeof(question));
+    reply.header = {sizeof(reply), 0, question.unique};
+    reply.greeting.major = FUSE_KERNEL_VERSION;
+    reply.greeting.minor = FUSE_KERNEL_MINOR_VERSION;
+    reply.greeting.max_write = 4096;
+    if (::write(server, &reply, sizeof(reply)) != sizeof(reply))
+        return false;
+    std::thread([server] {
+        std::array<char, 1 << 17> ignored{};
+        while (read(server, ignored.data(), ignored.size()) > 0) {
+        }
+    }).detach();
+    return true;
 }
 
 bool enterRoot(const std::string &root) {

@@ -19,7 +19,7 @@ namespace brimvale::testing {
 /// that is permitted: thousands of files are made there many times as fast as on a disk.
 void keepTemporaryFoldersInMemory(const std::string &path);
 
-/// Mounts a file system at `path` that takes questions and never answers. Needs the rights of root.
+/// Mounts a file system at `path` that takes every question and answers none, as long as this process lives.
 [[nodiscard]] bool mountSilent(const std::string &path);
 
 /// Makes `root` the root folder of this process, a child, and leaves it with the rights of an ordinary user.

@@ -1,0 +1,32 @@
+#include "CommandLine/Program.h"
+#include "Support/ChildProcess.h"
+#include "Support/OwnMounts.h"
+#include "Support/TemporaryFolder.h"
+
+#include <chrono>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace brimvale::testing {
+
+// Nor does the end of the program wait for whoever has asked it.
+TEST(DeadVolume, IsLeftOutOfTheList) {
+    const TemporaryFolder folder;
+    const std::string dead = folder.makeFolder("dead");
+    const std::string answer = answerOfChild([&]() -> std::string {
+        if (!ownMounts() || !mountSilent(dead))
+            return "not permitted";
+        const auto start = std::chrono::steady_clock::now();
+        const Outcome outcome = runProgram({"volumes"});
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_THAT(outcome.out, ::testing::HasSubstr("MOUNTED AT\n"));
+        EXPECT_THAT(outcome.out, ::testing::Not(::testing::HasSubstr(dead)));
+        return ::testing::Test::HasFailure() ? "failed" : "passed";
+    });
+    if (answer == "not permitted")
+        GTEST_SKIP() << "mounting is not permitted here";
+    EXPECT_EQ(answer, "passed");
+}
+
+} // namespace brimvale::testing

@@ -1,0 +1,169 @@
+#include "CommandLine/Program.h"
+#include "Support/SampleMac.h"
+#include "Support/TemporaryFolder.h"
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace brimvale::testing {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+QJsonDocument documentOf(const Outcome &outcome) {
+    EXPECT_EQ(outcome.err, "");
+    return QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out));
+}
+
+std::int64_t allocated(const std::string &path) {
+    struct stat status {};
+    EXPECT_EQ(lstat(path.c_str(), &status), 0) << path;
+    return status.st_blocks * 512;
+}
+
+QJsonObject withId(const QJsonArray &records, const char *id) {
+    for (const QJsonValue &record : records)
+        if (record["id"] == id || record["category"]["id"] == id)
+            return record.toObject();
+    ADD_FAILURE() << id << " is missing";
+    return {};
+}
+
+std::vector<std::string> pathsOf(const QJsonValue &entries) {
+    std::vector<std::string> paths;
+    for (const QJsonValue &entry : entries.toArray())
+        paths.push_back(entry["url"].toString().toStdString());
+    return paths;
+}
+
+/// A sample Mac whose home folder is the user's.
+class Storage : public ::testing::Test {
+protected:
+    Storage() {
+        makeSampleMac(folder.path());
+        setenv("HOME", homeIn(folder.path()).c_str(), 1);
+    }
+
+    [[nodiscard]] std::string home(const std::string &inside) const { return homeIn(folder.path()) + inside; }
+
+    const TemporaryFolder folder;
+};
+
+} // namespace
+
+TEST_F(Storage, ListsCleanupTargetsWithTheirEntries) {
+    const QJsonArray targets = documentOf(runProgram({"--system", "macos", "cleanup", "--json"})).array();
+    EXPECT_EQ(targets.size(), 15);
+    const QJsonObject trash = withId(targets, "trash");
+    EXPECT_EQ(trash.keys().join(' ').toStdString(),
+              "contentsOnly detail entries id risk roots scanned title");
+    EXPECT_TRUE(trash["scanned"].toBool());
+    EXPECT_THAT(pathsOf(trash["entries"]),
+                ElementsAre(home("/.Trash/Old Project"), home("/.Trash/Übung.pdf")));
+    EXPECT_EQ(trash["entries"][1]["size"].toInteger(), allocated(home("/.Trash/Übung.pdf")));
+    EXPECT_THAT(trash["entries"][0]["modified"].toString().toStdString(),
+                ::testing::MatchesRegex("....-..-..T..:..:..Z"));
+    // One item under two cards has one size.
+    const QJsonObject caches = withId(targets, "user-caches");
+    EXPECT_THAT(pathsOf(caches["entries"]), ::testing::Contains(home("/Library/Caches/ms-playwright")));
+    EXPECT_THAT(pathsOf(caches["entries"]), ::testing::Not(::testing::Contains(HasSubstr("DS_Store"))));
+    EXPECT_THAT(pathsOf(caches["entries"]), ::testing::Not(::testing::Contains(HasSubstr("mpty"))));
+
+    const QJsonArray two =
+        documentOf(runProgram({"--system", "macos", "cleanup", "--json", "trash", "logs", "trash"})).array();
+    EXPECT_EQ(two.size(), 2);
+    EXPECT_EQ(two[1].toObject(), trash);
+
+    const Outcome table = runProgram({"cleanup", "trash"});
+    EXPECT_THAT(table.out, HasSubstr("Items already thrown away, still occupying the disk.\n"));
+    EXPECT_THAT(table.out, HasSubstr(home("/.Trash/Old Project") + "\n"));
+}
+
+TEST_F(Storage, DividesTheUsedSpace) {
+    const QJsonObject overview = documentOf(runProgram({"--system", "macos", "overview", "--json"})).object();
+    EXPECT_EQ(overview.keys().join(' ').toStdString(),
+              "categories categorisedBytes sentence systemDataAccounted volumes");
+    const QJsonArray categories = overview["categories"].toArray();
+    EXPECT_EQ(categories.size(), 12);
+    std::int64_t sum = 0;
+    for (const QJsonValue &category : categories)
+        if (category["category"]["measurement"] == "measured") {
+            std::int64_t rows = 0;
+            for (const QJsonValue &entry : category["entries"].toArray())
+                rows += entry["size"].toInteger();
+            EXPECT_EQ(category["size"].toInteger(), rows);
+            sum += rows;
+        }
+    EXPECT_EQ(overview["categorisedBytes"].toInteger(), sum);
+    const QJsonObject root = overview["volumes"][0].toObject();
+    EXPECT_TRUE(root["isRootVolume"].toBool());
+    const QJsonObject systemData = withId(categories, "systemData");
+    EXPECT_TRUE(systemData["measured"].toBool());
+    EXPECT_EQ(
+        systemData["size"].toInteger(),
+        std::max<std::int64_t>(root["totalCapacity"].toInteger() - root["trueFree"].toInteger() - sum, 0));
+    EXPECT_THAT(pathsOf(systemData["entries"]), ::testing::Contains(home("/.ollama")));
+    EXPECT_THAT(overview["sentence"].toString().toStdString(), ::testing::StartsWith("The locations above "));
+
+    const QJsonObject documents =
+        documentOf(runProgram({"--system", "macos", "category", "documents", "--json"})).object();
+    EXPECT_EQ(documents, withId(categories, "documents"));
+    EXPECT_EQ(documents["category"]["action"].toObject(), (QJsonObject{{"case", "removable"}}));
+    EXPECT_THAT(runProgram({"category", "photos"}).out, HasSubstr("A photo library is a bundle"));
+}
+
+TEST_F(Storage, StopsAtASignal) {
+    const auto pending = [] {
+        sigset_t blocked{};
+        sigemptyset(&blocked);
+        sigaddset(&blocked, SIGINT);
+        sigprocmask(SIG_BLOCK, &blocked, nullptr);
+        std::raise(SIGINT);
+    };
+    for (const std::vector<std::string> &arguments : {std::vector<std::string>{"cleanup", "--json"},
+                                                      {"overview"},
+                                                      {"category", "systemData", "--json"}}) {
+        const Outcome outcome = runProgram(arguments, pending);
+        EXPECT_EQ(outcome.status, 130);
+        EXPECT_THAT(outcome.err, HasSubstr("the figures are partial\n"));
+        EXPECT_NE(outcome.out, "");
+    }
+}
+
+TEST(StorageUsage, NamesTheIdsThatThereAre) {
+    for (const char *command : {"cleanup", "category"}) {
+        const Outcome outcome = runProgram({command, "Trash"});
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_THAT(outcome.err, HasSubstr(std::string(command) + ": unknown "));
+        EXPECT_THAT(outcome.err, HasSubstr(", trash"));
+    }
+    EXPECT_EQ(runProgram({"category"}).status, 2);
+    EXPECT_EQ(runProgram({"volumes", "/"}).status, 2);
+}
+
+TEST(StorageVolumes, ListTheRootFirst) {
+    const QJsonArray volumes = documentOf(runProgram({"volumes", "--json"})).array();
+    ASSERT_FALSE(volumes.isEmpty());
+    EXPECT_EQ(volumes[0]["url"], "/");
+    EXPECT_EQ(volumes[0].toObject().keys().join(' ').toStdString(),
+              "availableForImportantUsage isInternal isRootVolume name totalCapacity trueFree url");
+    EXPECT_THAT(runProgram({"volumes"}).out, HasSubstr("MOUNTED AT\n"));
+    // Here is no Time Machine, or it has what it has.
+    EXPECT_TRUE(documentOf(runProgram({"snapshots", "--json"})).isArray());
+}
+
+} // namespace brimvale::testing
