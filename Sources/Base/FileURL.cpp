@@ -133,6 +133,14 @@ std::string joinPath(std::string_view path, std::string_view name) {
     return joined.append(name);
 }
 
+std::string_view deletingPathExtension(std::string_view name) {
+    const std::size_t dot = name.rfind('.');
+    if (dot == std::string_view::npos || dot == 0 || dot + 1 == name.size() ||
+        name.find(' ', dot) != std::string_view::npos)
+        return name;
+    return name.substr(0, dot);
+}
+
 std::string expandingTilde(std::string_view path, std::string_view home) {
     if (path == "~")
         return std::string(home);

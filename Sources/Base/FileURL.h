@@ -49,6 +49,10 @@ private:
 /// `name` inside the folder `path`, with one slash between them.
 [[nodiscard]] std::string joinPath(std::string_view path, std::string_view name);
 
+/// A name without its path extension: "a.b" of "a.b.c". A name that only begins with a dot has none, and what
+/// holds a space is none ("Dr. Who").
+[[nodiscard]] std::string_view deletingPathExtension(std::string_view name);
+
 /// A leading "~" that stands alone or before a slash replaced by `home`; any other path as it is.
 [[nodiscard]] std::string expandingTilde(std::string_view path, std::string_view home);
 

@@ -48,4 +48,16 @@ TEST(FileURL, StandardisesWithoutResolvingLinksUnlessAParentFollows) {
     EXPECT_EQ(FileURL("/private/nowhere").standardized().path(), "/private/nowhere");
 }
 
+TEST(FileURL, TellsWhatIsAPathExtension) {
+    struct Case {
+        const char *name, *rest;
+    };
+    for (const Case &one :
+         {Case{"a.b.c", "a.b"}, Case{"Safari.app", "Safari"}, Case{"none", "none"},
+          Case{".hidden", ".hidden"}, Case{".hidden.plist", ".hidden"}, Case{"end.", "end."},
+          Case{"Dr. Who", "Dr. Who"}, Case{"Version 1.2", "Version 1"}, Case{"a..b", "a."}, Case{"", ""},
+          Case{".", "."}})
+        EXPECT_EQ(deletingPathExtension(one.name), one.rest) << one.name;
+}
+
 } // namespace brimvale

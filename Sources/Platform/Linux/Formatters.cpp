@@ -1,14 +1,14 @@
 #include "Platform/Formatters.h"
 
+#include "Platform/Linux/UserLocale.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <mutex>
 #include <unicode/calendar.h>
-#include <unicode/locid.h>
 #include <unicode/numberformatter.h>
 #include <unicode/reldatefmt.h>
 
@@ -41,24 +41,10 @@ constexpr std::array<DateUnit, 7> dateUnits = {{{UCAL_YEAR, UDAT_REL_UNIT_YEAR},
                                                 {UCAL_MINUTE, UDAT_REL_UNIT_MINUTE},
                                                 {UCAL_SECOND, UDAT_REL_UNIT_SECOND}}};
 
-/// The locale that the environment sets for numbers, American English where it sets none. ICU's own default
-/// does not look at that category, and takes "C" for a locale that does not group digits.
-icu::Locale numberLocale() {
-    for (const char *variable : {"LC_ALL", "LC_NUMERIC", "LANG"}) {
-        const char *value = std::getenv(variable);
-        if (value == nullptr || *value == '\0')
-            continue;
-        const std::string name(value, std::strcspn(value, ".@"));
-        return name == "C" || name == "POSIX" ? icu::Locale::getUS()
-                                              : icu::Locale::createCanonical(name.c_str());
-    }
-    return icu::Locale::getUS();
-}
-
 /// Used under one lock: ICU calls some of these only mostly thread-safe, and the calendar is set each time.
 struct UserFormatters {
     std::mutex lock;
-    LocalizedNumberFormatter number = icu::number::NumberFormatter::withLocale(numberLocale());
+    LocalizedNumberFormatter number = icu::number::NumberFormatter::withLocale(userLocale("LC_NUMERIC"));
     std::array<LocalizedNumberFormatter, sizeUnits.size()> sizes;
     std::unique_ptr<icu::Calendar> calendar;
     std::unique_ptr<const icu::RelativeDateTimeFormatter> relativeDate;

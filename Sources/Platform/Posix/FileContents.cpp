@@ -1,0 +1,52 @@
+#include "Platform/FileContents.h"
+
+#include "Platform/Posix/ShortPath.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brimvale {
+
+namespace {
+
+/// What can be read up to `mostBytes` bytes; nothing on failure.
+std::optional<std::string> readUpTo(int descriptor, std::size_t mostBytes) {
+    std::string contents(mostBytes, '\0');
+    std::size_t length = 0;
+    while (length < mostBytes) {
+        const ssize_t count = ::read(descriptor, contents.data() + length, mostBytes - length);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return std::nullopt;
+        if (count == 0)
+            break;
+        length += static_cast<std::size_t>(count);
+    }
+    contents.resize(length);
+    return contents;
+}
+
+} // namespace
+
+std::optional<std::string> contentsOfFile(const std::string &path, std::size_t mostBytes) {
+    const int descriptor = withShortPath(path, [](int enclosing, const char *rest) {
+        return openat(enclosing, rest, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    });
+    if (descriptor < 0)
+        return std::nullopt;
+    struct stat record {};
+    std::optional<std::string> contents;
+    if (fstat(descriptor, &record) == 0 && S_ISREG(record.st_mode)) {
+        // One byte more than it may have tells whether it is too long, whatever its status says.
+        contents = readUpTo(descriptor, mostBytes + 1);
+        if (contents && contents->size() > mostBytes)
+            contents.reset();
+    }
+    ::close(descriptor);
+    return contents;
+}
+
+} // namespace brimvale
