@@ -29,6 +29,12 @@ enum class MatchConfidence {
     likely ///< by name only
 };
 
+/// The confidence as a heading: "Definitely this app".
+[[nodiscard]] const char *title(MatchConfidence confidence);
+
+/// What the confidence rests on, in whole sentences.
+[[nodiscard]] const char *explanation(MatchConfidence confidence);
+
 /// Something that an application left outside its bundle.
 struct LeftoverItem {
     FileURL url;

@@ -1,0 +1,115 @@
+#include "Core/Uninstall.h"
+
+#include "Core/Formatting.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace brimvale {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+LeftoverItem leftover(const std::string &path, std::int64_t size) {
+    return {FileURL(path), "Cache", MatchConfidence::exact, size, false};
+}
+
+AppRow row(const std::string &name, std::vector<LeftoverItem> leftovers, bool isSystemApp = false) {
+    AppRow row{.app = {.url = FileURL("/Applications/" + name + ".app"),
+                       .name = name,
+                       .bundleID = {},
+                       .version = {},
+                       .isSystemApp = isSystemApp,
+                       .isMASApp = false,
+                       .lastUsed = {}},
+               .bundleSize = 1'000'000,
+               .leftovers = std::move(leftovers),
+               .analyzed = true};
+    return row;
+}
+
+RemovalResult removalOf(std::vector<FileURL> urls) {
+    RemovalResult result;
+    result.succeeded = std::move(urls);
+    return result;
+}
+
+const LeftoverItem first = leftover("/first", 200'000);
+const LeftoverItem second = leftover("/second", 300'000);
+
+} // namespace
+
+TEST(Uninstall, NamesWhatItRemoves) {
+    const AppRow app = row("Acme", {first, second});
+    const AppRow systemApp = row("System", {first}, true);
+    struct Case {
+        const AppRow &row;
+        std::vector<LeftoverItem> leftovers;
+        bool includeBundle;
+        std::string sentence;
+        std::vector<FileURL> urls;
+    };
+    for (const Case &one : {
+             Case{app,
+                  {first, second},
+                  true,
+                  "This removes the app bundle and 2 supporting items, freeing about " +
+                      Fmt::byteFormatter(1'500'000),
+                  {first.url, second.url, app.app.url}},
+             Case{app,
+                  {second},
+                  false,
+                  "This removes 1 supporting item, freeing about " + Fmt::byteFormatter(300'000),
+                  {second.url}},
+             Case{app,
+                  {},
+                  true,
+                  "This removes the app bundle and 0 supporting items, freeing about " +
+                      Fmt::byteFormatter(1'000'000),
+                  {app.app.url}},
+             Case{systemApp,
+                  {first},
+                  true,
+                  "This removes 1 supporting item, freeing about " + Fmt::byteFormatter(200'000),
+                  {first.url}},
+         }) {
+        EXPECT_EQ(Uninstall::confirmation(one.row, one.leftovers, one.includeBundle), one.sentence);
+        const Uninstall::Items items = Uninstall::items(one.row, one.leftovers, one.includeBundle);
+        EXPECT_EQ(items.urls, one.urls);
+        EXPECT_EQ(items.sizes.size(), one.urls.size());
+    }
+    const Uninstall::Items items = Uninstall::items(app, {second}, true);
+    EXPECT_EQ(items.sizes.at(second.url), 300'000);
+    EXPECT_EQ(items.sizes.at(app.app.url), 1'000'000);
+}
+
+TEST(Uninstall, KeepsTheRowUntilTheBundleHasGone) {
+    const FileURL acme("/Applications/Acme.app");
+    const std::vector<AppRow> rows = {row("Other", {first}), row("Acme", {first, second})};
+
+    std::vector<AppRow> onlyLeftovers = rows;
+    Uninstall::update(onlyLeftovers, acme, removalOf({first.url}));
+    EXPECT_THAT(onlyLeftovers, ElementsAre(rows[0], row("Acme", {second})));
+
+    std::vector<AppRow> everything = rows;
+    Uninstall::update(everything, acme, removalOf({first.url, acme}));
+    EXPECT_THAT(everything, ElementsAre(rows[0]));
+
+    std::vector<AppRow> unknown = rows;
+    Uninstall::update(unknown, FileURL("/gone.app"), removalOf({first.url}));
+    EXPECT_EQ(unknown, rows);
+}
+
+TEST(Uninstall, TellsWhoElseClaimsALeftover) {
+    const std::vector<AppRow> rows = {row("Acme", {first, second}), row("Pro", {second}),
+                                      row("Max", {second})};
+    EXPECT_THAT(Uninstall::otherClaims(first, rows[0].app.url, rows), IsEmpty());
+    EXPECT_EQ(Uninstall::otherClaims(second, rows[0].app.url, rows), "Also claimed by Pro, Max");
+    EXPECT_EQ(Uninstall::otherClaims(second, rows[1].app.url, rows), "Also claimed by Acme, Max");
+}
+
+} // namespace brimvale
