@@ -1,9 +1,11 @@
 #include "CommandLine/Command.h"
 
+#include "CommandLine/Apps.h"
 #include "CommandLine/Category.h"
 #include "CommandLine/Check.h"
 #include "CommandLine/Cleanup.h"
 #include "CommandLine/Help.h"
+#include "CommandLine/Leftovers.h"
 #include "CommandLine/Overview.h"
 #include "CommandLine/Remove.h"
 #include "CommandLine/Scan.h"
@@ -20,9 +22,10 @@
 namespace brimvale::commandLine {
 
 std::span<const Command *const> allCommands() {
-    static constexpr std::array commands = {
-        &scanCommand,    &sizeCommand,      &treemapCommand, &checkCommand,    &removeCommand,
-        &volumesCommand, &snapshotsCommand, &cleanupCommand, &overviewCommand, &categoryCommand};
+    static constexpr std::array commands = {&scanCommand,      &sizeCommand,    &treemapCommand,
+                                            &checkCommand,     &removeCommand,  &volumesCommand,
+                                            &snapshotsCommand, &cleanupCommand, &overviewCommand,
+                                            &categoryCommand,  &appsCommand,    &leftoversCommand};
     return commands;
 }
 

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "CommandLine/JsonWriter.h"
+#include "Core/InstalledApp.h"
+
+#include <vector>
+
+namespace brimvale::commandLine {
+
+/// Writes the records of applications as JSON objects with their members by name.
+void writeAppRow(JsonWriter &json, const AppRow &row);
+void writeLeftovers(JsonWriter &json, const std::vector<LeftoverItem> &items);
+
+} // namespace brimvale::commandLine

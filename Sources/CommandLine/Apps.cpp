@@ -1,0 +1,107 @@
+#include "CommandLine/Apps.h"
+
+#include "Base/Bytes.h"
+#include "CommandLine/AppJson.h"
+#include "CommandLine/Interruption.h"
+#include "CommandLine/TerminalText.h"
+#include "CommandLine/TextTable.h"
+#include "Core/AppAnalysis.h"
+#include "Core/AppInventory.h"
+#include "Core/Formatting.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+constexpr std::array options = {
+    Option{.name = "--include-system", .help = "List the applications of the system too."},
+    Option{.name = "--analyze", .help = "Measure each one and its leftovers."},
+};
+
+void analyze(std::vector<AppRow> &rows, const ScanStats &stats) {
+    std::vector<InstalledApp> apps;
+    for (const AppRow &row : rows)
+        apps.push_back(row.app);
+    const auto use = [&](AppFigures figures) {
+        const auto row = std::find_if(rows.begin(), rows.end(),
+                                      [&](const AppRow &one) { return one.app.url == figures.url; });
+        row->bundleSize = figures.bundleSize;
+        row->leftovers = std::move(figures.leftovers);
+        row->analyzed = true;
+    };
+    AppAnalysis::analyze(apps, use, [&] { return stats.cancelled(); });
+}
+
+std::string leftoversSize(const AppRow &row) {
+    std::int64_t size = 0;
+    for (const LeftoverItem &item : row.leftovers)
+        size = checkedAdd(size, item.size);
+    return Fmt::byteFormatter(size);
+}
+
+void writeTable(Output &output, const std::vector<AppRow> &rows, bool hasSizes) {
+    if (rows.empty()) {
+        output.write("No applications found.\n");
+        return;
+    }
+    std::vector<TextTable::Column> columns;
+    if (hasSizes)
+        columns = {TextTable::sizeColumn("SIZE"), TextTable::sizeColumn("LEFTOVERS")};
+    columns.insert(columns.end(), {{"NAME"}, {"VERSION"}, {"IDENTIFIER"}, {"PATH"}});
+
+    TextTable table(std::move(columns));
+    for (const AppRow &row : rows) {
+        std::vector<std::string> cells;
+        if (hasSizes)
+            cells = {row.analyzed ? Fmt::byteFormatter(row.bundleSize) : "–",
+                     row.analyzed ? leftoversSize(row) : "–"};
+        for (const std::string &text : {row.app.name, row.app.version.value_or("–"),
+                                        row.app.bundleID.value_or("–"), row.app.url.path()})
+            cells.push_back(terminalText(text));
+        table.add(std::move(cells));
+    }
+    table.write(output);
+}
+
+ExitStatus runApps(const Arguments &arguments, Output &output) {
+    ScanStats stats;
+    const Interruption interruption(stats);
+    std::vector<AppRow> rows;
+    for (InstalledApp &app : AppInventory::scan(arguments.has("--include-system")))
+        rows.push_back({.app = std::move(app), .bundleSize = 0, .leftovers = {}, .analyzed = false});
+    if (arguments.has("--analyze"))
+        analyze(rows, stats);
+
+    if (arguments.has("--json")) {
+        JsonWriter json(output);
+        json.beginArray();
+        for (const AppRow &row : rows)
+            writeAppRow(json, row);
+        json.end();
+    } else {
+        writeTable(output, rows, arguments.has("--analyze"));
+    }
+    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+}
+
+} // namespace
+
+constinit const Command appsCommand = {
+    .name = "apps",
+    .operands = "",
+    .operandCount = {.minimum = 0, .maximum = 0},
+    .options = options,
+    .summary = "Lists the installed applications.",
+    .help =
+        "\nApplications are bundles in the folders where the system keeps them, and in your own folder for\n"
+        "them. Without --analyze sizes are 0 and leftovers are not looked for.\n",
+    .run = runApps,
+};
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,115 @@
+#include "CommandLine/Leftovers.h"
+
+#include "CommandLine/AppJson.h"
+#include "CommandLine/GivenPath.h"
+#include "CommandLine/Interruption.h"
+#include "CommandLine/StandardStreams.h"
+#include "CommandLine/TerminalText.h"
+#include "CommandLine/TextTable.h"
+#include "Core/AppInventory.h"
+#include "Core/Formatting.h"
+#include "Core/LeftoverFinder.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+/// The bundle at a path as it was typed; nothing where there is none.
+std::optional<InstalledApp> appAt(std::string_view typed) {
+    const auto place = resolveGivenPath(typed);
+    if (!std::holds_alternative<FileURL>(place))
+        return std::nullopt;
+    const std::string path = std::get<FileURL>(place).standardized().path();
+    return AppInventory::describe(path, appRoots(Host::current()).isSystem(path));
+}
+
+std::vector<InstalledApp> appsIdentifiedBy(std::string_view identifier) {
+    std::vector<InstalledApp> apps = AppInventory::scan(true);
+    std::erase_if(apps, [&](const InstalledApp &app) { return app.bundleID != identifier; });
+    return apps;
+}
+
+/// The application that is meant; nothing, and a sentence on standard error, where that is not clear.
+std::optional<InstalledApp> appMeantBy(std::string_view typed) {
+    if (typed.find('/') == std::string_view::npos) {
+        const std::vector<InstalledApp> apps = appsIdentifiedBy(typed);
+        if (apps.size() == 1)
+            return apps.front();
+        if (apps.size() > 1) {
+            std::string paths;
+            for (const InstalledApp &app : apps)
+                paths.append(paths.empty() ? "" : ", ").append(quoted(app.url.path()));
+            printError("several applications are identified by " + quoted(typed) +
+                       "; name one by its path: " + paths);
+            return std::nullopt;
+        }
+    }
+    std::optional<InstalledApp> app = appAt(typed);
+    if (!app)
+        printError(quoted(typed) + " is neither an application's bundle nor the identifier of one");
+    return app;
+}
+
+void writeTable(Output &output, const std::vector<LeftoverItem> &items, MatchConfidence confidence) {
+    TextTable table({TextTable::sizeColumn("SIZE"), {"CATEGORY"}, {"PATH"}});
+    bool isEmpty = true;
+    for (const LeftoverItem &item : items) {
+        if (item.confidence != confidence)
+            continue;
+        table.add({Fmt::byteFormatter(item.size), terminalText(item.category),
+                   terminalText(item.url.path()) + (item.requiresAdmin ? "  [administrator]" : "")});
+        isEmpty = false;
+    }
+    if (isEmpty)
+        return;
+    output.write(std::string(title(confidence)).append(": ").append(explanation(confidence)).append("\n"));
+    table.write(output);
+}
+
+void writeReport(Output &output, const std::vector<LeftoverItem> &items) {
+    if (items.empty())
+        output.write("No files found outside the bundle.\n");
+    writeTable(output, items, MatchConfidence::exact);
+    if (!items.empty() && items.front().confidence != items.back().confidence)
+        output.write("\n");
+    writeTable(output, items, MatchConfidence::likely);
+}
+
+ExitStatus runLeftovers(const Arguments &arguments, Output &output) {
+    const std::optional<InstalledApp> app = appMeantBy(arguments.operands().front());
+    if (!app)
+        return ExitStatus::failed;
+    ScanStats stats;
+    const Interruption interruption(stats);
+    const std::vector<LeftoverItem> items =
+        LeftoverFinder().leftovers(*app, [&] { return stats.cancelled(); });
+    if (arguments.has("--json")) {
+        JsonWriter json(output);
+        writeLeftovers(json, items);
+    } else {
+        writeReport(output, items);
+    }
+    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+}
+
+} // namespace
+
+constinit const Command leftoversCommand = {
+    .name = "leftovers",
+    .operands = "APP",
+    .operandCount = {.minimum = 1, .maximum = 1},
+    .summary = "Finds the files that an application keeps outside its bundle.",
+    .help = "\nAPP is the path of a bundle, or the bundle identifier of an installed application. What is "
+            "marked\n"
+            "[administrator] can only be removed as one.\n",
+    .run = runLeftovers,
+};
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "CommandLine/Output.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace brimvale::commandLine {
+
+/// Rows for reading: one line each, in columns two spaces apart and as wide as what stands in them.
+class TextTable {
+public:
+    struct Column {
+        std::string_view title;
+        enum class Side { left, right } side = Side::left;
+        std::size_t minimumWidth = 0;
+    };
+
+    /// A column of formatted sizes.
+    [[nodiscard]] static Column sizeColumn(std::string_view title);
+
+    explicit TextTable(std::vector<Column> columns) : columns_(std::move(columns)) {}
+
+    /// Adds a row with a cell for each column, harmless on a terminal already (`terminalText`).
+    void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+
+    /// Writes the titles and the rows.
+    void write(Output &output) const;
+
+private:
+    std::vector<Column> columns_;
+    std::vector<std::vector<std::string>> rows_;
+};
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,142 @@
+#include "CommandLine/Program.h"
+#include "Support/PropertyLists.h"
+#include "Support/SampleApps.h"
+#include "Support/TemporaryFolder.h"
+
+#include <cstdlib>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace brimvale::testing {
+
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
+
+/// The program with the catalogs of macOS, for a user whose home this is.
+Outcome runIn(const TemporaryFolder &home, std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"--system", "macos"});
+    return runProgram(arguments, [&] {
+        setenv("HOME", home.path().c_str(), 1);
+        static_cast<void>(chdir(home.path().c_str()));
+    });
+}
+
+QJsonArray arrayIn(const Outcome &outcome) {
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out)).array();
+}
+
+/// The row of the application in this bundle, null where there is none.
+QJsonObject rowOf(const QJsonArray &rows, const std::string &path) {
+    for (const QJsonValue &row : rows)
+        if (row["app"]["url"].toString().toStdString() == path)
+            return row.toObject();
+    return {};
+}
+
+} // namespace
+
+TEST(Apps, AreListedWithTheMembersOfTheirRecords) {
+    const TemporaryFolder home;
+    makeSampleApps(home, "");
+    const QJsonArray rows = arrayIn(runIn(home, {"apps", "--json"}));
+    const QJsonObject row = rowOf(rows, home.path("Applications/Acme.app"));
+    EXPECT_EQ(row["app"].toObject(),
+              (QJsonObject{{"url", QString::fromStdString(home.path("Applications/Acme.app"))},
+                           {"name", "Acme"},
+                           {"bundleID", "com.example.acme"},
+                           {"version", "1.2"},
+                           {"isSystemApp", false},
+                           {"isMASApp", false},
+                           {"lastUsed", QJsonValue::Null}}));
+    EXPECT_EQ(row["bundleSize"], 0);
+    EXPECT_EQ(row["leftovers"], QJsonArray());
+    EXPECT_EQ(row["analyzed"], false);
+    EXPECT_EQ(row.size(), 4);
+    EXPECT_TRUE(rowOf(rows, home.path("Applications/Invalid.app")).isEmpty());
+    const QJsonObject bare = rowOf(rows, home.path("Applications/No dictionary.app"));
+    EXPECT_TRUE(bare["app"]["bundleID"].isNull());
+    EXPECT_TRUE(bare["app"]["version"].isNull());
+
+    const Outcome table = runIn(home, {"apps"});
+    EXPECT_THAT(table.out, HasSubstr("Acme  "));
+    EXPECT_THAT(table.out, HasSubstr("  1.2"));
+    EXPECT_THAT(table.out, HasSubstr("  " + home.path("Applications/Acme.app") + "\n"));
+}
+
+TEST(Apps, AreMeasuredOnRequest) {
+    const TemporaryFolder home;
+    makeBundle(home, "Applications/Acme.app", {"com.example.acme", "Acme", {}, {}, {}});
+    home.makeFile("Library/Caches/com.example.acme/data", 50'000);
+    home.makeFile("Library/LaunchAgents/Acme.plist", 100);
+    const QJsonObject row =
+        rowOf(arrayIn(runIn(home, {"apps", "--analyze", "--json"})), home.path("Applications/Acme.app"));
+    EXPECT_GE(row["bundleSize"].toInteger(), 10'000);
+    EXPECT_EQ(row["analyzed"], true);
+    const QJsonArray leftovers = row["leftovers"].toArray();
+    ASSERT_EQ(leftovers.size(), 2);
+    EXPECT_GE(leftovers[0]["size"].toInteger(), 50'000);
+    EXPECT_EQ(leftovers[1].toObject(),
+              (QJsonObject{{"url", QString::fromStdString(home.path("Library/LaunchAgents/Acme.plist"))},
+                           {"category", "Login item"},
+                           {"confidence", "likely"},
+                           {"size", leftovers[1]["size"]},
+                           {"requiresAdmin", false}}));
+    EXPECT_EQ(arrayIn(runIn(home, {"leftovers", "com.example.acme", "--json"})), leftovers);
+    EXPECT_THAT(runIn(home, {"apps", "--analyze"}).out,
+                MatchesRegex("(.|\n)* +[0-9.]+ KB +[0-9.]+ KB  Acme (.|\n)*"));
+}
+
+TEST(Leftovers, AreFoundForABundleOrAnIdentifier) {
+    const TemporaryFolder home;
+    makeBundle(home, "Applications/Acme.app", {"com.example.acme", "Acme", {}, {}, {}});
+    makeBundle(home, "Elsewhere/Old.app", {"com.example.old", {}, {}, {}, {}});
+    makeBundle(home, "com.example.here.app", {"com.example.here", {}, {}, {}, {}});
+    const std::string cache = home.path("Library/Caches/com.example.acme");
+    home.makeFile("Library/Caches/com.example.acme/data", 50'000);
+    home.makeFile("Library/LaunchAgents/Acme.plist", 100);
+    home.makeFile("Library/Logs/com.example.old", 100);
+    for (const char *app :
+         {"com.example.acme", "Applications/Acme.app", "./Applications/../Applications/Acme.app/"})
+        EXPECT_THAT(runIn(home, {"leftovers", app}).out,
+                    MatchesRegex("Definitely this app: Matched on bundle identifier.\n"
+                                 " +SIZE  CATEGORY  PATH\n +[0-9.]+ KB  Cache     " +
+                                 cache +
+                                 "\n\n"
+                                 "Possibly this app: Matched on name only, [^\n]+\n"
+                                 " +SIZE  CATEGORY    PATH\n[^\n]+/Acme.plist\n"))
+            << app;
+    EXPECT_EQ(arrayIn(runIn(home, {"leftovers", "Elsewhere/Old.app", "--json"})).size(), 1);
+    EXPECT_EQ(runIn(home, {"leftovers", "com.example.here.app"}).out, "No files found outside the bundle.\n");
+}
+
+TEST(Leftovers, NeedAnApplicationThatIsMeantClearly) {
+    const TemporaryFolder home;
+    makeBundle(home, "Applications/One.app", {"com.example.same", {}, {}, {}, {}});
+    makeBundle(home, "Applications/Two.app", {"com.example.same", {}, {}, {}, {}});
+    home.makeFolder("Applications/Invalid.app");
+    for (const char *app : {"com.example.unknown", "Applications/Invalid.app", "/nowhere.app", ""}) {
+        const Outcome outcome = runIn(home, {"leftovers", app});
+        EXPECT_EQ(outcome.status, 1) << app;
+        EXPECT_EQ(outcome.out, "") << app;
+        EXPECT_EQ(outcome.err, "brimvalectl: \"" + std::string(app) +
+                                   "\" is neither an application's bundle nor the identifier of one\n");
+    }
+    const Outcome ambiguous = runIn(home, {"leftovers", "com.example.same", "--json"});
+    EXPECT_EQ(ambiguous.status, 1);
+    EXPECT_EQ(ambiguous.out, "");
+    EXPECT_THAT(ambiguous.err, HasSubstr("\"" + home.path("Applications/One.app") + "\", \"" +
+                                         home.path("Applications/Two.app") + "\""));
+    EXPECT_EQ(runIn(home, {"leftovers", "Applications/One.app"}).status, 0);
+}
+
+} // namespace brimvale::testing
