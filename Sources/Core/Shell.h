@@ -2,6 +2,7 @@
 
 #include "Platform/ProcessRunner.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,6 +23,13 @@ namespace Shell {
 /// however it ends.
 [[nodiscard]] std::optional<std::string> runCombined(const std::string &executable,
                                                      const std::vector<std::string> &arguments);
+
+/// The same for a tool that works long: `isStopped` is asked on this thread about ten times a second, which
+/// is also the time to look how far it is. Once it answers true the tool is ended at once, and what it has
+/// written until then is the answer.
+[[nodiscard]] std::optional<std::string> runCombined(const std::string &executable,
+                                                     const std::vector<std::string> &arguments,
+                                                     const std::function<bool()> &isStopped);
 
 /// A tool's text and end.
 struct Result {

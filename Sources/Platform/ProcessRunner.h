@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,8 +23,13 @@ struct ProcessResult {
 /// It reads nothing from its standard input and otherwise has this program's environment and working folder.
 /// Blocks until the tool has ended and its output is closed, which a process that it left behind may keep
 /// open. Nothing when it cannot be started. Thread-safe.
+///
+/// `isStopped`, where there is one, is asked on this thread about ten times a second while the tool runs.
+/// Once it answers true the tool is ended at once, with no chance to clean up, and what it has printed until
+/// then is the result.
 [[nodiscard]] std::optional<ProcessResult> runProcess(const std::string &executable,
                                                       const std::vector<std::string> &arguments,
-                                                      StandardError standardError);
+                                                      StandardError standardError,
+                                                      const std::function<bool()> &isStopped = {});
 
 } // namespace brimvale

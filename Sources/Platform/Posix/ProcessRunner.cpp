@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -83,31 +85,83 @@ std::optional<pid_t> start(const std::string &executable, const std::vector<std:
     return child;
 }
 
-std::string readToEnd(int descriptor) {
+/// Asks whether to stop, at most once an interval, and ends the child as soon as the answer is yes.
+class Stopper {
+public:
+    static constexpr std::chrono::milliseconds interval{100};
+
+    Stopper(const std::function<bool()> &isStopped, pid_t child) : isStopped_(isStopped), child_(child) {}
+
+    [[nodiscard]] bool isNeeded() const { return isStopped_ && !hasStopped_; }
+    [[nodiscard]] bool hasStopped() const { return hasStopped_; }
+
+    void ask() {
+        if (!isNeeded() || std::chrono::steady_clock::now() < next_)
+            return;
+        hasStopped_ = isStopped_();
+        if (hasStopped_)
+            kill(child_, SIGKILL);
+        next_ = std::chrono::steady_clock::now() + interval;
+    }
+
+private:
+    const std::function<bool()> &isStopped_;
+    pid_t child_;
+    bool hasStopped_ = false;
+    std::chrono::steady_clock::time_point next_{};
+};
+
+/// Waits for the descriptor to become readable, and no longer than the stopper may.
+void awaitOutput(int descriptor, const Stopper &stopper) {
+    pollfd waited{.fd = descriptor, .events = POLLIN, .revents = 0};
+    if (stopper.isNeeded())
+        poll(&waited, 1, static_cast<int>(Stopper::interval.count()));
+}
+
+/// Whether reading the descriptor, which is not to wait, has to wait nevertheless.
+bool isStillEmpty() {
+    return errno == EAGAIN || errno == EWOULDBLOCK;
+}
+
+/// All that is written until the last writer is gone, or the child has been stopped.
+std::string readToEnd(int descriptor, Stopper &stopper) {
+    if (stopper.isNeeded())
+        fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) | O_NONBLOCK);
     std::string bytes;
     std::array<char, 65536> buffer;
-    while (true) {
+    while (!stopper.hasStopped()) {
+        awaitOutput(descriptor, stopper);
+        stopper.ask();
         const ssize_t count = read(descriptor, buffer.data(), buffer.size());
         if (count > 0)
             bytes.append(buffer.data(), static_cast<std::size_t>(count));
-        else if (count == 0 || errno != EINTR)
-            return bytes;
+        else if (count == 0 || (errno != EINTR && !isStillEmpty()))
+            break;
     }
+    return bytes;
 }
 
-std::optional<int> exitStatusOf(pid_t child) {
+/// Waits for a child that may work on after its output is closed, so that it can be stopped even then.
+std::optional<int> exitStatusOf(pid_t child, Stopper &stopper) {
     int status = 0;
-    while (waitpid(child, &status, 0) < 0)
-        if (errno != EINTR)
+    while (true) {
+        const pid_t ended = waitpid(child, &status, stopper.isNeeded() ? WNOHANG : 0);
+        if (ended > 0)
+            return WIFEXITED(status) ? std::optional(WEXITSTATUS(status)) : std::nullopt;
+        if (ended < 0 && errno != EINTR)
             return std::nullopt;
-    return WIFEXITED(status) ? std::optional(WEXITSTATUS(status)) : std::nullopt;
+        if (ended == 0) {
+            stopper.ask();
+            poll(nullptr, 0, 10); // a child's end wakes nobody here
+        }
+    }
 }
 
 } // namespace
 
 std::optional<ProcessResult> runProcess(const std::string &executable,
                                         const std::vector<std::string> &arguments,
-                                        StandardError standardError) {
+                                        StandardError standardError, const std::function<bool()> &isStopped) {
     if (!executable.starts_with('/') || hasZeroByte(executable) ||
         std::any_of(arguments.begin(), arguments.end(), hasZeroByte))
         return std::nullopt;
@@ -122,10 +176,11 @@ std::optional<ProcessResult> runProcess(const std::string &executable,
         return std::nullopt;
     // The output ends only when nobody holds its writing end, so not this program either.
     writing.close();
-    std::string output = readToEnd(reading.number());
+    Stopper stopper(isStopped, *child);
+    std::string output = readToEnd(reading.number(), stopper);
     // Had reading failed, the tool must not wait for a reader while it is waited for.
     reading.close();
-    return ProcessResult{std::move(output), exitStatusOf(*child)};
+    return ProcessResult{std::move(output), exitStatusOf(*child, stopper)};
 }
 
 } // namespace brimvale
