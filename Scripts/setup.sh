@@ -23,6 +23,8 @@ run      header:unicode/ucol.h   libicu-dev       libicu-devel             icu  
 run      header:plist/plist.h    libplist-dev     libplist-devel           libplist    -
 test     config:GTest            libgtest-dev     gtest-devel              gtest       googletest
 test     header:gmock/gmock.h    libgmock-dev     gmock-devel              gtest       googletest
+test     command:sqlite3         sqlite3          sqlite                   sqlite      -
+test?    command:chromium        chromium         chromium                 chromium    -
 test     library:tsan            -                libasan,libubsan,libtsan -           -
 test?    command:clang-format-14 clang-format-14  -                        -           -
 test?    command:clang-tidy-14   clang-tidy-14    -                        -           -

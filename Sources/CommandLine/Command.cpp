@@ -13,6 +13,7 @@
 #include "CommandLine/Snapshots.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
+#include "CommandLine/Transcript.h"
 #include "CommandLine/TreemapCommand.h"
 #include "CommandLine/Volumes.h"
 
@@ -22,10 +23,10 @@
 namespace brimvale::commandLine {
 
 std::span<const Command *const> allCommands() {
-    static constexpr std::array commands = {&scanCommand,      &sizeCommand,    &treemapCommand,
-                                            &checkCommand,     &removeCommand,  &volumesCommand,
-                                            &snapshotsCommand, &cleanupCommand, &overviewCommand,
-                                            &categoryCommand,  &appsCommand,    &leftoversCommand};
+    static constexpr std::array commands = {
+        &scanCommand,    &sizeCommand,      &treemapCommand,   &checkCommand,    &removeCommand,
+        &volumesCommand, &snapshotsCommand, &cleanupCommand,   &overviewCommand, &categoryCommand,
+        &appsCommand,    &leftoversCommand, &transcriptCommand};
     return commands;
 }
 

@@ -12,6 +12,7 @@ struct Tools {
     std::string busCaller;   ///< calls a method on the session bus, as dbus-send does; empty on macOS
     std::string tmutil;      ///< listlocalsnapshots VOLUME, as Time Machine's does; empty on Linux
     std::string fileStatus;  ///< GNU stat: -f -c FORMAT -- PATH; empty on macOS
+    std::string databaseShell; ///< sqlite3: -readonly -separator S DATABASE SQL
 };
 
 /// The tools of the platform that the program was built for.

@@ -11,7 +11,8 @@ Tools platformTools() {
             .administratorRunner = "/usr/bin/pkexec",
             .busCaller = "/usr/bin/dbus-send",
             .tmutil = "",
-            .fileStatus = "/usr/bin/stat"};
+            .fileStatus = "/usr/bin/stat",
+            .databaseShell = "/usr/bin/sqlite3"};
 }
 
 } // namespace brimvale

@@ -11,7 +11,8 @@ Tools platformTools() {
             .administratorRunner = "",
             .busCaller = "",
             .tmutil = "/usr/bin/tmutil",
-            .fileStatus = ""};
+            .fileStatus = "",
+            .databaseShell = "/usr/bin/sqlite3"};
 }
 
 } // namespace brimvale

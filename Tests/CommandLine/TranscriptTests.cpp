@@ -1,0 +1,70 @@
+#include "CommandLine/Program.h"
+#include "Support/SampleMessages.h"
+#include "Support/TemporaryFolder.h"
+
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace brimvale::testing {
+
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+TEST(Transcript, IsAPageOrADocument) {
+    const TemporaryFolder folder;
+    const std::string database = folder.path("chat.db");
+    if (!makeDatabase(database, {{1, "Team", "id"}},
+                      {{.text = "one <b>", .fromMe = true, .hasAttachment = true, .service = "SMS"},
+                       {.text = "two", .date = 700'000'001}}))
+        GTEST_SKIP() << "sqlite3 is not installed";
+
+    const Outcome printed = runProgram({"transcript", database});
+    EXPECT_EQ(printed.status, 0) << printed.err;
+    EXPECT_THAT(printed.out, StartsWith("<!doctype html>\n"));
+    EXPECT_THAT(printed.out, HasSubstr("one &lt;b&gt;"));
+
+    const Outcome written =
+        runProgram({"transcript", database, "--limit", "1", "--output", folder.path("page.html")});
+    EXPECT_EQ(written.status, 0) << written.err;
+    EXPECT_EQ(written.out, "");
+    std::ifstream stream(folder.path("page.html"));
+    const std::string page{std::istreambuf_iterator<char>(stream), {}};
+    EXPECT_THAT(page, HasSubstr("\">1 messages<br>"));
+    EXPECT_THAT(page, EndsWith("</html>\n"));
+
+    const Outcome json = runProgram({"transcript", "--json", database});
+    const QJsonArray chats = QJsonDocument::fromJson(QByteArray::fromStdString(json.out)).array();
+    ASSERT_EQ(chats.size(), 1) << json.out;
+    EXPECT_EQ(chats[0].toObject()["name"].toString(), "Team");
+    const QJsonArray messages = chats[0].toObject()["messages"].toArray();
+    ASSERT_EQ(messages.size(), 2);
+    EXPECT_EQ(messages[0].toObject(), (QJsonObject{{"text", "one <b>"},
+                                                   {"fromMe", true},
+                                                   {"date", "2023-03-08T20:26:40Z"},
+                                                   {"hasAttachment", true},
+                                                   {"service", "SMS"}}));
+}
+
+TEST(Transcript, FailsForWhatIsNoDatabase) {
+    const TemporaryFolder folder;
+    const std::string garbage = folder.writeFile("garbage", std::string(5000, 'x'));
+    const std::string output = folder.path("page.html");
+    const Outcome missing = runProgram({"transcript", folder.path("missing"), "--output", output});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_THAT(missing.err, EndsWith("missing: No such file or directory\n"));
+    const Outcome wrong = runProgram({"transcript", garbage, "--output", output});
+    EXPECT_EQ(wrong.status, 1);
+    EXPECT_THAT(wrong.err, HasSubstr("could not be read whole as a Messages database"));
+    EXPECT_FALSE(std::ifstream(output).good());
+}
+
+} // namespace brimvale::testing
