@@ -1,6 +1,7 @@
 #include "CommandLine/Command.h"
 
 #include "CommandLine/Apps.h"
+#include "CommandLine/Backup.h"
 #include "CommandLine/Category.h"
 #include "CommandLine/Check.h"
 #include "CommandLine/Cleanup.h"
@@ -24,9 +25,9 @@ namespace brimvale::commandLine {
 
 std::span<const Command *const> allCommands() {
     static constexpr std::array commands = {
-        &scanCommand,    &sizeCommand,      &treemapCommand,   &checkCommand,    &removeCommand,
-        &volumesCommand, &snapshotsCommand, &cleanupCommand,   &overviewCommand, &categoryCommand,
-        &appsCommand,    &leftoversCommand, &transcriptCommand};
+        &scanCommand,    &sizeCommand,      &treemapCommand, &checkCommand,     &removeCommand,
+        &volumesCommand, &snapshotsCommand, &cleanupCommand, &overviewCommand,  &categoryCommand,
+        &appsCommand,    &leftoversCommand, &backupCommand,  &transcriptCommand};
     return commands;
 }
 

@@ -29,6 +29,7 @@ struct PendingDeletion {
     RemovalMode mode = RemovalMode::trash;
     std::optional<FileURL> readableExport;
     bool sameVolumeAsSource = false;
+    std::vector<FileURL> differing; ///< originals whose copies do not hold the same bytes
 
     friend bool operator==(const PendingDeletion &, const PendingDeletion &) = default;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace brimvale {
 
@@ -13,6 +14,7 @@ struct Tools {
     std::string tmutil;      ///< listlocalsnapshots VOLUME, as Time Machine's does; empty on Linux
     std::string fileStatus;  ///< GNU stat: -f -c FORMAT -- PATH; empty on macOS
     std::string databaseShell; ///< sqlite3: -readonly -separator S DATABASE SQL
+    std::string copier; ///< copies an item with all that belongs to it, into what is already there: … SRC DST
 };
 
 /// The tools of the platform that the program was built for.

@@ -12,7 +12,8 @@ Tools platformTools() {
             .busCaller = "/usr/bin/dbus-send",
             .tmutil = "",
             .fileStatus = "/usr/bin/stat",
-            .databaseShell = "/usr/bin/sqlite3"};
+            .databaseShell = "/usr/bin/sqlite3",
+            .copier = "/bin/cp"};
 }
 
 } // namespace brimvale

@@ -12,7 +12,8 @@ Tools platformTools() {
             .busCaller = "",
             .tmutil = "/usr/bin/tmutil",
             .fileStatus = "",
-            .databaseShell = "/usr/bin/sqlite3"};
+            .databaseShell = "/usr/bin/sqlite3",
+            .copier = "/usr/bin/ditto"};
 }
 
 } // namespace brimvale

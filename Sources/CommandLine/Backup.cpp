@@ -1,0 +1,183 @@
+#include "CommandLine/Backup.h"
+
+#include "Base/Bytes.h"
+#include "CommandLine/BackupReport.h"
+#include "CommandLine/GivenPath.h"
+#include "CommandLine/Interruption.h"
+#include "CommandLine/ProgressLine.h"
+#include "CommandLine/StandardStreams.h"
+#include "CommandLine/TerminalText.h"
+#include "Core/Archiver.h"
+#include "Core/BackupManifest.h"
+#include "Core/BackupPlan.h"
+#include "Core/DiskScanner.h"
+#include "Core/Formatting.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+constexpr std::array options = {
+    Option{"--label", Option::Value::text, "TEXT", "What the folder's name begins with; required."},
+    Option{"--into", Option::Value::text, "FOLDER",
+           "Where the folder is made (\"Brimvale Backups\" among the documents)."},
+    Option{"--verify", Option::Value::text, "FOLDER",
+           "Compare an earlier backup with its manifest, and copy nothing."},
+};
+
+/// What is wrong with the command line, if anything.
+std::optional<std::string> faultOf(const Arguments &arguments) {
+    if (arguments.has("--verify")) {
+        if (!arguments.operands().empty() || arguments.has("--label") || arguments.has("--into"))
+            return "\"--verify\" goes with nothing else";
+        return std::nullopt;
+    }
+    if (arguments.operands().empty())
+        return "missing argument: PATH…";
+    const std::optional<std::string_view> label = arguments.text("--label");
+    if (!label)
+        return "missing option: --label";
+    if (label->empty() || label->find('/') != std::string_view::npos)
+        return "\"--label\" takes the beginning of a name, not " + quoted(*label);
+    return std::nullopt;
+}
+
+/// The items that the operands name; nothing, with every fault told, where one is missing.
+std::optional<std::vector<FileURL>> itemsOf(const Arguments &arguments, const ScanOptions &scanOptions) {
+    std::vector<FileURL> items;
+    for (const std::string_view typed : arguments.operands()) {
+        const auto place = placeToMeasure(typed, scanOptions.skippedPaths);
+        if (const auto *error = std::get_if<FileError>(&place))
+            printPathError(typed, *error);
+        else
+            items.push_back(std::get<FileURL>(place));
+    }
+    return items.size() == arguments.operands().size() ? std::optional(items) : std::nullopt;
+}
+
+/// The folder for backups; nothing, with the fault told, where it cannot be had.
+std::optional<FileURL> rootOf(const Arguments &arguments) {
+    const std::optional<std::string_view> typed = arguments.text("--into");
+    if (!typed)
+        return Archiver::defaultDestination();
+    const auto place = resolveGivenPath(*typed);
+    if (const auto *error = std::get_if<FileError>(&place)) {
+        printPathError(*typed, *error);
+        return std::nullopt;
+    }
+    return std::get<FileURL>(place).standardized();
+}
+
+std::int64_t sizeOf(const std::vector<FileURL> &items, const ScanOptions &scanOptions,
+                    const std::function<bool()> &isCancelled) {
+    std::int64_t size = 0;
+    for (const FileURL &item : items)
+        size = checkedAdd(size, DiskScanner::quickSize(item.path(), scanOptions, isCancelled));
+    return size;
+}
+
+std::string progressText(const ArchiveProgress &progress, const std::vector<FileURL> &items,
+                         std::int64_t total) {
+    if (progress.phase == ArchiveProgress::Phase::finishing)
+        return "Writing the manifest";
+    const std::string_view verb =
+        progress.phase == ArchiveProgress::Phase::copying ? "Copying: " : "Comparing: ";
+    return std::string(verb) + Fmt::byteFormatter(progress.bytes) + " of " + Fmt::byteFormatter(total) +
+           "  " + terminalText(items[progress.item].lastPathComponent());
+}
+
+ArchiveResult archive(const std::vector<FileURL> &items, std::string_view label, const FileURL &root,
+                      const ScanOptions &scanOptions) {
+    ScanStats stopping;
+    const Interruption interruption(stopping);
+    const ProgressLine line;
+    ArchiveWatch watch;
+    watch.isCancelled = [&] { return stopping.cancelled(); };
+    const std::int64_t total = sizeOf(items, scanOptions, watch.isCancelled);
+    if (const auto shortage = BackupPlan::shortage(items, total, root))
+        printError("warning: " + BackupPlan::sentence(*shortage));
+    watch.onProgress = [&](const ArchiveProgress &progress) {
+        line.show(progressText(progress, items, total));
+    };
+    return Archiver::archive(items, std::string(label), root, watch);
+}
+
+ExitStatus backUp(const Arguments &arguments, Output &output) {
+    const ScanOptions scanOptions = ScanOptions::standard();
+    const auto items = itemsOf(arguments, scanOptions);
+    const auto root = rootOf(arguments);
+    if (!items || !root)
+        return ExitStatus::failed;
+    if (const auto refusal = BackupPlan::refusal(*items, *root)) {
+        printError(terminalText(*refusal));
+        return ExitStatus::failed;
+    }
+    const ArchiveResult result = archive(*items, arguments.text("--label").value_or(""), *root, scanOptions);
+    if (arguments.has("--json"))
+        printBackupDocument(output, result);
+    else
+        printBackup(output, result);
+    if (result.isCancelled)
+        return ExitStatus::interrupted;
+    const bool isGood = result.failed.empty() && result.differing.empty() && result.manifest;
+    return isGood ? ExitStatus::done : ExitStatus::failed;
+}
+
+ExitStatus verify(std::string_view typed, bool isJson, Output &output) {
+    const auto place = resolveGivenPath(typed);
+    if (const auto *error = std::get_if<FileError>(&place)) {
+        printPathError(typed, *error);
+        return ExitStatus::failed;
+    }
+    ScanStats stopping;
+    const Interruption interruption(stopping);
+    const auto verified =
+        BackupManifest::verify(std::get<FileURL>(place), [&] { return stopping.cancelled(); });
+    if (const auto *error = std::get_if<FileError>(&verified)) {
+        printPathError(typed, *error);
+        return ExitStatus::failed;
+    }
+    const auto &verification = std::get<BackupManifest::Verification>(verified);
+    if (verification.isCancelled) {
+        printError("interrupted: nothing was found out");
+        return ExitStatus::interrupted;
+    }
+    if (isJson)
+        printVerificationDocument(output, verification);
+    else
+        printVerification(output, verification);
+    return verification.isIntact() ? ExitStatus::done : ExitStatus::failed;
+}
+
+ExitStatus runBackup(const Arguments &arguments, Output &output) {
+    if (const std::optional<std::string> fault = faultOf(arguments))
+        return refuseUsage(*fault, &backupCommand);
+    if (const std::optional<std::string_view> folder = arguments.text("--verify"))
+        return verify(*folder, arguments.has("--json"), output);
+    return backUp(arguments, output);
+}
+
+} // namespace
+
+constinit const Command backupCommand = {
+    .name = "backup",
+    .operands = "PATH…",
+    .operandCount = {},
+    .options = options,
+    .summary = "Copies items into a dated folder and verifies the copies, or an earlier backup.",
+    .help = "\nNothing is removed. Every copy is compared with its original, and a manifest is written, by\n"
+            "which the backup can be verified years later. A Messages database gets a readable page beside\n"
+            "it. Files that a backup has beyond its manifest are told, but are no failure. Ctrl-C stops the\n"
+            "copying; what was copied until then stays in the folder.\n",
+    .run = runBackup,
+};
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Base/Date.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brimvale {
+
+/// What a backup holds in one place: a file with its digest, or a symbolic link.
+struct BackedUpFile {
+    std::string path; ///< relative to the backup's folder, as bytes
+    std::int64_t size = 0;
+    std::string sha256 = {}; ///< 64 hexadecimal digits
+    Date modified = {};
+    std::optional<std::string> linkTarget = {}; ///< of a link, which has none of the other figures
+
+    friend bool operator==(const BackedUpFile &, const BackedUpFile &) = default;
+};
+
+/// Reads the file or link at `path` (absolute); it is listed as `relativePath`. Nothing where it cannot be
+/// read to its end, or `isCancelled` answers true meanwhile. `alsoRead` is shown every piece in order.
+[[nodiscard]] std::optional<BackedUpFile> readBackedUpFile(
+    const std::string &path, const std::string &relativePath, const std::function<bool()> &isCancelled,
+    const std::function<void(std::string_view piece)> &alsoRead = [](std::string_view) {});
+
+/// What comparing an original with its copy came to.
+struct CopyComparison {
+    std::vector<BackedUpFile> copies;   ///< those that could be read, as the backup holds them
+    std::vector<std::string> differing; ///< originals whose copies are missing, unreadable or not the same
+};
+
+/// Compares every file and link of the original at `source` with its copy at `destination` (absolute paths),
+/// byte for byte and from the disk where the system allows that. `relativePath` is where the copy lies in the
+/// backup. What only the copy has is no difference. Works on several threads; after `isCancelled` answers
+/// true the result is of no use.
+[[nodiscard]] CopyComparison compareCopy(const std::string &source, const std::string &destination,
+                                         const std::string &relativePath,
+                                         const std::function<bool()> &isCancelled);
+
+} // namespace brimvale

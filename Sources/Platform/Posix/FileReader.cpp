@@ -1,0 +1,67 @@
+#include "Platform/FileReader.h"
+
+#include "Platform/Posix/OpenFile.h"
+#include "Platform/Posix/ShortPath.h"
+
+#include <cerrno>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brimvale {
+
+FileReader::FileReader(const std::string &path, Source source)
+    : descriptor_(withShortPath(path, [](int enclosing, const char *rest) {
+          return openat(enclosing, rest, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+      })) {
+    struct stat record {};
+    if (descriptor_ < 0)
+        return;
+    if (fstat(descriptor_, &record) != 0 || !S_ISREG(record.st_mode)) {
+        ::close(descriptor_);
+        descriptor_ = -1;
+        errno = EINVAL;
+        return;
+    }
+    length_ = record.st_size;
+    modified_ = modificationDate(record);
+    if (source == Source::disk)
+        readFromDisk(descriptor_);
+}
+
+FileReader::~FileReader() {
+    if (descriptor_ >= 0)
+        ::close(descriptor_);
+}
+
+std::optional<std::string_view> FileReader::read(std::span<char> buffer) {
+    std::size_t filled = 0;
+    while (filled < buffer.size()) {
+        const ssize_t count = ::read(descriptor_, buffer.data() + filled, buffer.size() - filled);
+        if (count == 0)
+            break;
+        if (count > 0)
+            filled += static_cast<std::size_t>(count);
+        else if (errno != EINTR)
+            return std::nullopt;
+    }
+    return std::string_view(buffer.data(), filled);
+}
+
+std::optional<std::string> linkTarget(const std::string &path) {
+    std::string target(1024, '\0');
+    while (true) {
+        const int length = withShortPath(path, [&](int enclosing, const char *rest) {
+            return static_cast<int>(readlinkat(enclosing, rest, target.data(), target.size()));
+        });
+        if (length < 0)
+            return std::nullopt;
+        const auto count = static_cast<std::size_t>(length);
+        if (count < target.size()) {
+            target.resize(count);
+            return target;
+        }
+        target.resize(2 * target.size()); // it may have been cut
+    }
+}
+
+} // namespace brimvale

@@ -1,0 +1,126 @@
+#include "CommandLine/Program.h"
+#include "Support/TemporaryFolder.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace brimvale::testing {
+
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+QJsonObject objectIn(const Outcome &outcome) {
+    const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out));
+    EXPECT_TRUE(document.isObject()) << outcome.out << outcome.err;
+    return document.object();
+}
+
+std::vector<std::string> textsIn(const QJsonValue &array) {
+    std::vector<std::string> texts;
+    for (const QJsonValue &text : array.toArray())
+        texts.push_back(text.toString().toStdString());
+    return texts;
+}
+
+} // namespace
+
+TEST(Backup, CopiesAndIsVerifiedLater) {
+    const TemporaryFolder folder;
+    const std::string one = folder.makeFile("from/one", 70'000);
+    const std::string two = folder.makeFolder("from/two");
+    folder.writeFile("from/two/file", "content");
+    const Outcome made =
+        runProgram({"backup", one, two + "/", "--label", "Photos", "--into", folder.path("to"), "--json"});
+    EXPECT_EQ(made.status, 0) << made.err;
+    EXPECT_EQ(made.err, "");
+    const QJsonObject result = objectIn(made);
+    const std::string destination = result["destination"].toString().toStdString();
+    EXPECT_THAT(destination, ::testing::MatchesRegex(folder.path("to/Photos ") + "[0-9-]+ [0-9]{4}"));
+    EXPECT_THAT(textsIn(result["copied"]), ElementsAre(one, two));
+    EXPECT_TRUE(result["failed"].toArray().isEmpty());
+    EXPECT_TRUE(result["readableExport"].isNull());
+    EXPECT_EQ(result["manifest"].toString().toStdString(), destination + "/manifest.json");
+    const QJsonObject item = result["items"].toArray()[0].toObject();
+    EXPECT_EQ(item["source"].toString().toStdString(), one);
+    EXPECT_EQ(item["destination"].toString().toStdString(), destination + "/one");
+    EXPECT_EQ(item["copiedBytes"].toInteger(), item["originalBytes"].toInteger());
+
+    const Outcome intact = runProgram({"backup", "--verify", destination});
+    EXPECT_EQ(intact.status, 0) << intact.err;
+    EXPECT_EQ(intact.out, "2 files are as backed up.\n");
+
+    // A further file does no harm to what was backed up.
+    std::ofstream(destination + "/two/later") << "extra";
+    const Outcome extra = runProgram({"backup", "--verify", destination});
+    EXPECT_EQ(extra.status, 0);
+    EXPECT_THAT(extra.out, StartsWith("extra       two/later\n"));
+
+    std::ofstream(destination + "/two/file") << "CONTENT";
+    fs::remove(destination + "/one");
+    const Outcome changed = runProgram({"backup", "--json", "--verify", destination});
+    EXPECT_EQ(changed.status, 1);
+    const QJsonObject verification = objectIn(changed);
+    EXPECT_THAT(textsIn(verification["missing"]), ElementsAre("one"));
+    EXPECT_THAT(textsIn(verification["changed"]), ElementsAre("two/file"));
+    EXPECT_THAT(textsIn(verification["extra"]), ElementsAre("two/later"));
+}
+
+TEST(Backup, TellsWhatWentWhere) {
+    const TemporaryFolder home;
+    setenv("HOME", home.path().c_str(), 1);
+    unsetenv("XDG_CONFIG_HOME");
+    const std::string item = home.makeFile("item\n", 70'000);
+    const Outcome outcome = runProgram({"backup", item, "--label", "x"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("  " + home.path("item␊") + "\n\nBacked up to " +
+                                       home.path("Documents/Brimvale Backups/x ")));
+}
+
+TEST(Backup, CopiesNothingThatCannotBeBackedUpTogether) {
+    const TemporaryFolder folder;
+    folder.makeFile("a/same", 10);
+    folder.makeFile("b/same", 10);
+    const std::string to = folder.path("to");
+    struct Case {
+        std::vector<std::string> operands;
+        int status;
+        std::string error;
+    };
+    for (const Case &one : {
+             Case{{folder.path("a/same"), folder.path("b/same"), "--label", "x"}, 1, "Two of the items"},
+             Case{{folder.path("a"), folder.path("missing"), "--label", "x"}, 1, "No such file"},
+             Case{{folder.path(), "--label", "x"}, 1, "cannot be backed up into a folder inside itself"},
+             Case{{folder.path("a")}, 2, "backup: missing option: --label"},
+             Case{{"--label", "x"}, 2, "backup: missing argument: PATH…"},
+             Case{{folder.path("a"), "--label", "../x"}, 2, "backup: \"--label\" takes"},
+             Case{{folder.path("a"), "--label", ""}, 2, "backup: \"--label\" takes"},
+             Case{{folder.path("a"), "--verify", "x"}, 2, "backup: \"--verify\" goes with nothing else"},
+         }) {
+        std::vector<std::string> arguments = {"backup", "--into", to};
+        arguments.insert(arguments.end(), one.operands.begin(), one.operands.end());
+        const Outcome outcome = runProgram(arguments);
+        EXPECT_EQ(outcome.status, one.status) << one.error;
+        EXPECT_THAT(outcome.err, HasSubstr(one.error));
+        EXPECT_EQ(outcome.out, "");
+    }
+    EXPECT_FALSE(fs::exists(to));
+    const Outcome none = runProgram({"backup", "--verify", folder.path("a")});
+    EXPECT_EQ(none.status, 1);
+    EXPECT_THAT(none.err, HasSubstr("There is no manifest of a backup that can be read."));
+}
+
+} // namespace brimvale::testing

@@ -1,0 +1,98 @@
+#include "Core/Archiver.h"
+#include "Support/ChildProcess.h"
+#include "Support/OwnMounts.h"
+#include "Support/TemporaryFolder.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+
+namespace brimvale {
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::TemporaryFolder;
+
+struct stat statusOf(const std::string &path) {
+    struct stat status {};
+    EXPECT_EQ(lstat(path.c_str(), &status), 0) << path;
+    return status;
+}
+
+std::string attributeOf(const std::string &path) {
+    std::string value(100, '\0');
+    const ssize_t size = getxattr(path.c_str(), "user.brimvale", value.data(), value.size());
+    value.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+    return value;
+}
+
+ArchiveResult archive(const TemporaryFolder &folder, const std::vector<FileURL> &items,
+                      const std::string &root) {
+    return Archiver::archive(items, "x", FileURL(root), {},
+                             {System::linux, FileURL(folder.path()), platformTools()}, Date{});
+}
+
+} // namespace
+
+TEST(Copy, KeepsAllThatBelongsToAnItem) {
+    const TemporaryFolder folder;
+    const std::string item = folder.makeFolder("item");
+    const std::string file = folder.makeFile("item/file", 20'000);
+    const std::string hole = folder.makeFile("item/hole");
+    fs::create_hard_link(file, folder.path("item/again"));
+    folder.makeLink("item/link", "../elsewhere");
+    folder.makeFile("item/sub/\xFF\n", 10);
+    ASSERT_EQ(truncate(hole.c_str(), 50'000'000), 0);
+    const bool hasAttributes = setxattr(file.c_str(), "user.brimvale", "kept", 4, 0) == 0;
+    fs::permissions(file, fs::perms(0751));
+    fs::permissions(folder.path("item/sub"), fs::perms(0700));
+    for (const char *path : {"item/file", "item/sub"})
+        fs::last_write_time(folder.path(path), fs::file_time_type::clock::now() - std::chrono::hours(50));
+
+    const ArchiveResult result = archive(folder, {FileURL(item)}, folder.path("to"));
+    ASSERT_THAT(result.copied, ::testing::ElementsAre(FileURL(item)));
+    EXPECT_THAT(result.differing, ::testing::IsEmpty());
+    const auto copy = [&](const std::string &name) { return result.destination.appending(name).path(); };
+    for (const char *path : {"item/file", "item/sub", "item/link", "item/sub/\xFF\n"}) {
+        const struct stat before = statusOf(folder.path(path)), after = statusOf(copy(path));
+        EXPECT_EQ(before.st_mode, after.st_mode) << path;
+        EXPECT_EQ(before.st_mtim.tv_sec, after.st_mtim.tv_sec) << path;
+        EXPECT_EQ(before.st_mtim.tv_nsec, after.st_mtim.tv_nsec) << path;
+    }
+    EXPECT_EQ(statusOf(copy("item/file")).st_ino, statusOf(copy("item/again")).st_ino);
+    EXPECT_LT(statusOf(copy("item/hole")).st_blocks, 1000);
+    EXPECT_EQ(attributeOf(copy("item/file")), hasAttributes ? "kept" : "");
+}
+
+TEST(Copy, FailsOnAFullDiskAndLeavesTheOriginals) {
+    const TemporaryFolder folder;
+    const std::string disk = folder.makeFolder("disk");
+    const FileURL large(folder.makeFolder("large"));
+    for (int i = 0; i < 30; ++i)
+        folder.makeFile("large/" + std::to_string(i), 100'000);
+    const FileURL small(folder.makeFile("small", 1000));
+    const std::string answer = testing::answerOfChild([&]() -> std::string {
+        if (!testing::ownMounts() || !testing::mountMemory(disk, 1 << 20))
+            return "not permitted";
+        const ArchiveResult result = archive(folder, {large, small}, disk);
+        EXPECT_EQ(result.failed.size(), 2U);
+        EXPECT_TRUE(result.failed[0].second.starts_with("The copy is ")) << result.failed[0].second;
+        EXPECT_EQ(result.items.size(), 0U);
+        EXPECT_FALSE(result.manifest);
+        // Without the room for a manifest there is none, but no part of one either.
+        for (const auto &entry : fs::directory_iterator(result.destination.path()))
+            EXPECT_TRUE(entry.path().filename() == "large" || entry.path().filename() == "small") << entry;
+        return ::testing::Test::HasFailure() ? "failed" : "passed";
+    });
+    if (answer == "not permitted")
+        GTEST_SKIP() << "mounting is not permitted here";
+    EXPECT_EQ(answer, "passed");
+    for (int i = 0; i < 30; ++i)
+        EXPECT_EQ(fs::file_size(folder.path("large/" + std::to_string(i))), 100'000U);
+    EXPECT_EQ(fs::file_size(small.path()), 1000U);
+}
+
+} // namespace brimvale
