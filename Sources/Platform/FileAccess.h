@@ -13,6 +13,9 @@ namespace brimvale {
 /// Whether it exists and is reported readable. The system may still refuse to open it.
 [[nodiscard]] bool isReportedReadable(const std::string &path);
 
+/// Whether it exists and is reported writable; of a folder, whether entries can be made in it and removed.
+[[nodiscard]] bool isReportedWritable(const std::string &path);
+
 /// Whether it opens for reading. It is closed at once, and never waited for.
 [[nodiscard]] bool opensForReading(const std::string &path);
 

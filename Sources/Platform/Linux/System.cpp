@@ -13,7 +13,10 @@ Tools platformTools() {
             .tmutil = "",
             .fileStatus = "/usr/bin/stat",
             .databaseShell = "/usr/bin/sqlite3",
-            .copier = "/bin/cp"};
+            .copier = "/bin/cp",
+            .shasum = "",
+            .unpacker = "",
+            .codesign = ""};
 }
 
 } // namespace brimvale

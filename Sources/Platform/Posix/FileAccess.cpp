@@ -9,16 +9,26 @@
 
 namespace brimvale {
 
-bool itemExists(const std::string &path) {
-    return withShortPath(path, [](int enclosing, const char *rest) {
-               return faccessat(enclosing, rest, F_OK, 0);
+namespace {
+
+bool isReportedAccessible(const std::string &path, int access) {
+    return withShortPath(path, [access](int enclosing, const char *rest) {
+               return faccessat(enclosing, rest, access, 0);
            }) == 0;
 }
 
+} // namespace
+
+bool itemExists(const std::string &path) {
+    return isReportedAccessible(path, F_OK);
+}
+
 bool isReportedReadable(const std::string &path) {
-    return withShortPath(path, [](int enclosing, const char *rest) {
-               return faccessat(enclosing, rest, R_OK, 0);
-           }) == 0;
+    return isReportedAccessible(path, R_OK);
+}
+
+bool isReportedWritable(const std::string &path) {
+    return isReportedAccessible(path, W_OK);
 }
 
 bool opensForReading(const std::string &path) {

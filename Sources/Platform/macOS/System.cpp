@@ -13,7 +13,10 @@ Tools platformTools() {
             .tmutil = "/usr/bin/tmutil",
             .fileStatus = "",
             .databaseShell = "/usr/bin/sqlite3",
-            .copier = "/usr/bin/ditto"};
+            .copier = "/usr/bin/ditto",
+            .shasum = "/usr/bin/shasum",
+            .unpacker = "/usr/bin/ditto",
+            .codesign = "/usr/bin/codesign"};
 }
 
 } // namespace brimvale
