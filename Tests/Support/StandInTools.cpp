@@ -1,0 +1,104 @@
+#include "Support/StandInTools.h"
+
+#include "Core/Shell.h"
+
+#include <QByteArray>
+#include <QCryptographicHash>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <unistd.h>
+
+namespace brimvale::testing {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string contentOf(const std::string &path) {
+    std::ifstream stream(path, std::ios::binary);
+    std::ostringstream content;
+    content << stream.rdbuf();
+    return content.str();
+}
+
+// Unpacks a tar archive where the real one takes a zip archive, since every system has tar.
+constexpr std::string_view ditto = R"sh(
+case $1 in
+    -x) [ "$2" = -k ] && tar -xf "$3" -C "$4" ;;
+    *) mkdir -p "$2" && cp -R "$1/." "$2" ;;
+esac
+)sh";
+
+// An application is whole when its last file is there. Says nothing about one that is not, and prints the
+// details to standard error.
+constexpr std::string_view codesign = R"sh(
+case $1 in
+    -dv)
+        printf 'Executable=%s\nFormat=app bundle\n' "$2" >&2
+        printf 'TeamIdentifier=%s\n' "$(cat "$2/Contents/team")" >&2
+        ;;
+    --verify)
+        for app; do :; done
+        [ -e "$app/Contents/last" ]
+        ;;
+esac
+)sh";
+
+} // namespace
+
+std::string makeApp(const TemporaryFolder &folder, std::string_view inside, const SampleApp &app) {
+    const std::string path(inside);
+    const std::string executable =
+        folder.writeFile(path + "/Contents/MacOS/" + app.executable, "#!/bin/sh\nexit 0\n");
+    fs::permissions(executable, fs::perms::owner_all);
+    folder.writeFile(path + "/Contents/content", app.content);
+    folder.writeFile(path + "/Contents/team", app.team);
+    if (app.isWhole)
+        folder.makeFile(path + "/Contents/last");
+    return folder.path(path);
+}
+
+std::optional<std::string> workingContent(const std::string &path) {
+    std::error_code error;
+    bool hasExecutable = false;
+    for (const auto &file : fs::directory_iterator(path + "/Contents/MacOS", error))
+        hasExecutable = hasExecutable || access(file.path().c_str(), X_OK) == 0;
+    if (!hasExecutable || !fs::exists(path + "/Contents/last"))
+        return std::nullopt;
+    return contentOf(path + "/Contents/content");
+}
+
+std::string archiveOf(const std::string &folder) {
+    const TemporaryFolder place;
+    const std::string file = place.path("archive");
+    const auto result = Shell::runWithStatus("/bin/sh", {"-c", "tar -cf \"$0\" -C \"$1\" .", file, folder});
+    return result && result->hasSucceeded() ? contentOf(file) : "";
+}
+
+std::string sha256Of(const std::string &bytes) {
+    return QCryptographicHash::hash(QByteArray::fromStdString(bytes), QCryptographicHash::Sha256)
+        .toHex()
+        .toStdString();
+}
+
+std::string makeTool(const TemporaryFolder &folder, std::string_view name, std::string_view body) {
+    const std::string path =
+        folder.writeFile("tools/" + std::string(name), "#!/bin/sh\n" + std::string(body) + "\n");
+    fs::permissions(path, fs::perms::owner_all);
+    return path;
+}
+
+Tools makeUpdateTools(const TemporaryFolder &folder) {
+    makeTool(folder, "xattr", "exit 1");
+    makeTool(folder, "open", "printf '%s' \"$1\" >'" + folder.path("opened") + "'");
+    return {.shell = "/bin/sh",
+            .busCaller = "",
+            .shasum = makeTool(folder, "shasum",
+                               "[ \"$1 $2\" = '-a 256' ] || exit 64\n"
+                               "sha256sum \"$3\" 2>/dev/null || /usr/bin/shasum -a 256 \"$3\""),
+            .unpacker = makeTool(folder, "ditto", ditto),
+            .codesign = makeTool(folder, "codesign", codesign)};
+}
+
+} // namespace brimvale::testing
