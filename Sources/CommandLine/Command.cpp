@@ -16,6 +16,7 @@
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/Transcript.h"
 #include "CommandLine/TreemapCommand.h"
+#include "CommandLine/Update.h"
 #include "CommandLine/Volumes.h"
 
 #include <array>
@@ -25,9 +26,9 @@ namespace brimvale::commandLine {
 
 std::span<const Command *const> allCommands() {
     static constexpr std::array commands = {
-        &scanCommand,    &sizeCommand,      &treemapCommand, &checkCommand,     &removeCommand,
-        &volumesCommand, &snapshotsCommand, &cleanupCommand, &overviewCommand,  &categoryCommand,
-        &appsCommand,    &leftoversCommand, &backupCommand,  &transcriptCommand};
+        &scanCommand,    &sizeCommand,      &treemapCommand, &checkCommand,      &removeCommand,
+        &volumesCommand, &snapshotsCommand, &cleanupCommand, &overviewCommand,   &categoryCommand,
+        &appsCommand,    &leftoversCommand, &backupCommand,  &transcriptCommand, &updateCommand};
     return commands;
 }
 

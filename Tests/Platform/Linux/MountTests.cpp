@@ -15,8 +15,8 @@ namespace brimvale {
 
 namespace {
 
-using testing::mountAlsoAt;
 using testing::describe;
+using testing::mountAlsoAt;
 using testing::mountMemory;
 using testing::ownMounts;
 using testing::referenceScan;
