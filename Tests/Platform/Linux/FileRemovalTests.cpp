@@ -75,7 +75,7 @@ TEST(FileRemoval, RemovesTheItemWhateverItIsAndNothingBesideIt) {
         fs::create_hard_link(folder.path("outside/inner/kept"), tree.path("below/second name"));
         if (geteuid() != 0) // what may not be read can be neither removed nor listed
             for (const auto &entry : fs::recursive_directory_iterator(tree.path()))
-                if (entry.is_directory() && !entry.is_symlink())
+                if (!entry.is_symlink() && entry.is_directory())
                     fs::permissions(entry.path(), fs::perms::owner_all);
         EXPECT_EQ(outcome(tree.path()), "gone") << seed;
         EXPECT_FALSE(isThere(tree.path()));

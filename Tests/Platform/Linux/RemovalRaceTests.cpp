@@ -31,11 +31,13 @@ class Exchanger {
 public:
     Exchanger(const std::vector<Entry> &folders, const std::vector<Entry> &links)
         : thread_([this, folders, links] {
-              while (!isEnding_)
+              while (!isEnding_) {
                   for (std::size_t i = 0; i < folders.size(); ++i)
                       if (renameat2(folders[i].folder, folders[i].name.c_str(), links[i].folder,
                                     links[i].name.c_str(), RENAME_EXCHANGE) == 0)
                           ++exchanges_;
+                  std::this_thread::yield(); // or on few cores the removal would hardly get on
+              }
           }) {}
     ~Exchanger() {
         isEnding_ = true;
