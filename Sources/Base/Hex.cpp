@@ -13,10 +13,10 @@ constexpr int noDigit = -1;
 constexpr std::array<int, 256> digitValues = [] {
     std::array<int, 256> values{};
     values.fill(noDigit);
-    for (int i = 0; i < 10; ++i)
-        values[static_cast<std::size_t>('0' + i)] = i;
-    for (int i = 0; i < 6; ++i)
-        values[static_cast<std::size_t>('a' + i)] = values[static_cast<std::size_t>('A' + i)] = 10 + i;
+    constexpr std::string_view digits = "0123456789abcdef", capitals = "0123456789ABCDEF";
+    for (std::size_t i = 0; i < digits.size(); ++i)
+        values[static_cast<unsigned char>(digits[i])] = values[static_cast<unsigned char>(capitals[i])] =
+            static_cast<int>(i);
     return values;
 }();
 

@@ -37,6 +37,7 @@ public:
 
 private:
     int descriptor_ = -1;
+    std::int64_t position_ = 0;
     std::int64_t length_ = 0;
     Date modified_{};
 };

@@ -36,12 +36,13 @@ FileReader::~FileReader() {
 std::optional<std::string_view> FileReader::read(std::span<char> buffer) {
     std::size_t filled = 0;
     while (filled < buffer.size()) {
-        const ssize_t count = ::read(descriptor_, buffer.data() + filled, buffer.size() - filled);
+        const ssize_t count = pread(descriptor_, buffer.data() + filled, buffer.size() - filled, position_);
         if (count == 0)
             break;
-        if (count > 0)
+        if (count > 0) {
             filled += static_cast<std::size_t>(count);
-        else if (errno != EINTR)
+            position_ += count;
+        } else if (errno != EINTR)
             return std::nullopt;
     }
     return std::string_view(buffer.data(), filled);
