@@ -1,7 +1,12 @@
 #include "Core/CorvelModel.h"
 
+#include "Core/Archiver.h"
+#include "Core/CleanupCatalog.h"
 #include "Core/DiskScanner.h"
 #include "Core/Permissions.h"
+#include "Core/Remover.h"
+#include "Core/StorageCategories.h"
+#include "Core/StorageFigures.h"
 #include "Platform/Host.h"
 
 #include <algorithm>
@@ -13,12 +18,16 @@ namespace {
 
 constexpr std::chrono::milliseconds progressInterval{200};
 constexpr int leastWorkers = 6;
+/// For volumes that did not answer at once: they are on a network, or behind another program.
+constexpr std::chrono::seconds patienceForDistantVolumes{2};
 
 } // namespace
 
 CorvelModel::CorvelModel(QObject *parent, RemovalActions &actions)
     : QObject(parent), scanRootPath(this, homeFolder().path()),
-      backupRoot(this, homeFolder().appending("Documents/Brimvale Backups")), removalActions_(actions) {
+      cleanupTargets(this, CleanupCatalog::definitions()),
+      categories(this, StorageFigures::unmeasured(StorageCategories::all())),
+      backupRoot(this, Archiver::defaultDestination()), removalActions_(actions) {
     connect(&progressTimer_, &QTimer::timeout, this, &CorvelModel::pollScan);
     connect(&removalTimer_, &QTimer::timeout, this,
             [this] { removedEntries.set(removal_->progress->entriesRemoved); });
@@ -32,14 +41,13 @@ CorvelModel::~CorvelModel() {
         scanStats_->cancel();
     if (removal_)
         removal_->progress->cancelled = true;
+    cancelArchive();
+    isClosing_->store(true);
     workers_.waitForDone();
 }
 
 std::optional<VolumeInfo> CorvelModel::rootVolume() const {
-    for (const VolumeInfo &volume : *volumes)
-        if (volume.isRootVolume)
-            return volume;
-    return volumes->empty() ? std::nullopt : std::optional(volumes->front());
+    return VolumeInfo::root(*volumes);
 }
 
 void CorvelModel::chooseScanRoot(std::string path) {
@@ -127,7 +135,35 @@ void CorvelModel::freeInBackground(std::shared_ptr<FSNode> old) {
 }
 
 void CorvelModel::refreshVolumes() {
+    volumes.set(VolumeInfo::current());
     hasFullDiskAccess.set(Permissions::hasFullDiskAccess());
+    struct Found {
+        std::vector<VolumeInfo> volumes;
+        std::vector<LocalSnapshot> snapshots;
+    };
+    inBackground(
+        [] {
+            return Found{VolumeInfo::current(patienceForDistantVolumes), LocalSnapshot::list("/")};
+        },
+        [this](Found found) {
+            volumes.set(std::move(found.volumes));
+            snapshots.set(std::move(found.snapshots));
+        });
+}
+
+void CorvelModel::deleteSnapshot(const LocalSnapshot &snapshot, const std::function<void(bool)> &done) {
+    if (*isDeletingSnapshot)
+        return;
+    isDeletingSnapshot.set(true);
+    inBackground(
+        [name = snapshot.name, &actions = removalActions_] {
+            return Remover::deleteSnapshot(name, FileURL("/"), actions);
+        },
+        [this, done](bool isDeleted) {
+            isDeletingSnapshot.set(false);
+            refreshVolumes();
+            done(isDeleted);
+        });
 }
 
 } // namespace brimvale

@@ -18,12 +18,12 @@ std::optional<std::string_view> folderOf(std::string_view path) {
 
 } // namespace
 
-NestedItem &NestedItems::add(const std::string &path, std::size_t group) {
+NestedItem &NestedItems::add(const std::string &path, std::size_t group, bool isTimeLeft) {
     NestedItem *&known = byPath_[path];
     if (known == nullptr) {
         auto item = std::make_unique<NestedItem>();
         item->path = path;
-        const std::optional<FileStatus> status = fileStatus(path);
+        const std::optional<FileStatus> status = isTimeLeft ? fileStatus(path) : std::nullopt;
         if (status && status->kind == FileKind::directory) {
             item->path = FileURL(path).standardized().path();
             if (!skipped_.contains(item->path) && !status->isDataless)

@@ -38,8 +38,9 @@ class NestedItems {
 public:
     explicit NestedItems(const SkipList &skipped) : skipped_(skipped) {}
 
-    /// Adds a path for a group, and looks at it if it is new. Answers where it now is, for good.
-    NestedItem &add(const std::string &path, std::size_t group);
+    /// Adds a path for a group, and looks at it if it is new and there is still time. Answers where it now
+    /// is, for good.
+    NestedItem &add(const std::string &path, std::size_t group, bool isTimeLeft);
 
     /// Finds out which lies in which, once all are added.
     void nest();

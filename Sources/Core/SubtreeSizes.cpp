@@ -105,7 +105,7 @@ Run::Run(const std::vector<SubtreeSizes::Group> &groups, const ScanOptions &opti
       pool_(pool), items_(skipped_), groups_(groups.size()) {
     for (std::size_t group = 0; group < groups.size(); ++group) {
         for (const std::string &path : groups[group])
-            groups_[group].push_back(&items_.add(path, group));
+            groups_[group].push_back(&items_.add(path, group, !pool_.isShutDown() && !cancelled_()));
         unsettled_.push_back(groups[group].size());
         if (groups[group].empty())
             settled_.push_back(group);

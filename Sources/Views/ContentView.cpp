@@ -86,7 +86,7 @@ QMenu *ContentView::addMenu(const QString &title) {
 void ContentView::buildMenus() {
     QMenu *file = addMenu(tr("&File"));
     QAction *rescan =
-        file->addAction(tr("&Rescan"), Qt::CTRL | Qt::Key_R, this, [this] { model_.startScan(); });
+        file->addAction(tr("&Rescan"), Qt::CTRL | Qt::Key_R, this, &ContentView::rescan);
     rescan->setObjectName(QStringLiteral("rescan"));
     file->addSeparator();
     QAction *quit = file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
@@ -131,6 +131,11 @@ void ContentView::showPageOfRow(int row) {
     }
     current_ = static_cast<std::size_t>(page - pages_.begin());
     stack_->setCurrentWidget(page->widget);
+}
+
+void ContentView::rescan() {
+    goTo({Section::Kind::browse});
+    model_.startScan();
 }
 
 void ContentView::showAbout() {

@@ -45,6 +45,7 @@ private:
     QMenu *addMenu(const QString &title);
     void followModel();
     void showPageOfRow(int row);
+    void rescan();
     void showAbout();
     void applyTheme();
 

@@ -92,13 +92,13 @@ std::string makeTool(const TemporaryFolder &folder, std::string_view name, std::
 Tools makeUpdateTools(const TemporaryFolder &folder) {
     makeTool(folder, "xattr", "exit 1");
     makeTool(folder, "open", "printf '%s' \"$1\" >'" + folder.path("opened") + "'");
-    return {.shell = "/bin/sh",
-            .busCaller = "",
-            .shasum = makeTool(folder, "shasum",
-                               "[ \"$1 $2\" = '-a 256' ] || exit 64\n"
-                               "sha256sum \"$3\" 2>/dev/null || /usr/bin/shasum -a 256 \"$3\""),
-            .unpacker = makeTool(folder, "ditto", ditto),
-            .codesign = makeTool(folder, "codesign", codesign)};
+    Tools tools = platformTools();
+    tools.shasum = makeTool(folder, "shasum",
+                            "[ \"$1 $2\" = '-a 256' ] || exit 64\n"
+                            "sha256sum \"$3\" 2>/dev/null || /usr/bin/shasum -a 256 \"$3\"");
+    tools.unpacker = makeTool(folder, "ditto", ditto);
+    tools.codesign = makeTool(folder, "codesign", codesign);
+    return tools;
 }
 
 } // namespace brimvale::testing

@@ -2,8 +2,9 @@
 
 #include "Core/CorvelModel.h"
 #include "Platform/Host.h"
+#include "Core/Updater.h"
 #include "Support/TemporaryFolder.h"
-#include "Views/BrowseView.h"
+#include "Views/OverviewView.h"
 #include "Views/Components/Theme.h"
 #include "Views/Components/WindowStyle.h"
 
@@ -43,13 +44,14 @@ protected:
     void open() {
         window.reset();
         model = std::make_unique<CorvelModel>();
-        window = std::make_unique<ContentView>(*model);
+        window = std::make_unique<ContentView>(*model, updater);
         window->show();
         window->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
     }
 
     TemporaryFolder home;
+    Updater updater;
     std::unique_ptr<CorvelModel> model;
     std::unique_ptr<ContentView> window;
 
@@ -68,13 +70,14 @@ QPalette systemPalette(const QColor &window, const QColor &text) {
 
 TEST_F(ContentViewTest, OpensOnItsFirstPage) {
     open();
-    EXPECT_EQ(window->currentSection(), Section{Section::Kind::browse});
-    EXPECT_TRUE(window->findChild<BrowseView *>()->isVisible());
-    EXPECT_EQ(window->findChild<QListWidget *>("pages")->currentItem()->text(), "Browse");
+    EXPECT_EQ(window->currentSection(), Section{Section::Kind::overview});
+    EXPECT_TRUE(window->findChild<OverviewView *>()->isVisible());
+    EXPECT_EQ(window->findChild<QListWidget *>("pages")->currentItem()->text(), "Overview");
+    EXPECT_FALSE(*model->isMeasuringCategories);
     EXPECT_FALSE(*model->isScanning) << "nothing is read before the user asks";
 
     window->goTo({Section::Kind::category, "unknown"});
-    EXPECT_EQ(window->currentSection(), Section{Section::Kind::browse});
+    EXPECT_EQ(window->currentSection(), Section{Section::Kind::overview});
 }
 
 TEST_F(ContentViewTest, RescansTheCurrentRootOnTheShortcut) {
@@ -83,6 +86,7 @@ TEST_F(ContentViewTest, RescansTheCurrentRootOnTheShortcut) {
         model->chooseScanRoot(root);
         QTest::keyClick(window.get(), Qt::Key_R, Qt::ControlModifier);
         EXPECT_TRUE(*model->isScanning);
+        EXPECT_EQ(window->currentSection(), Section{Section::Kind::browse});
         ASSERT_TRUE(QTest::qWaitFor([&] { return !*model->isScanning; }, 20'000));
         EXPECT_EQ((*model->tree)->path(), root);
     }
