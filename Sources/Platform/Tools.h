@@ -15,8 +15,9 @@ struct Tools {
     std::string fileStatus;  ///< GNU stat: -f -c FORMAT -- PATH; empty on macOS
     std::string databaseShell; ///< sqlite3: -readonly -separator S DATABASE SQL
     std::string copier; ///< copies an item with all that belongs to it, into what is already there: … SRC DST
-    std::string shasum;   ///< prints a digest: -a 256 FILE
-    std::string unpacker; ///< unpacks a zip archive, as ditto does: -x -k ARCHIVE FOLDER
+    std::vector<std::string> copierOptions; ///< that stand before them
+    std::string shasum;                     ///< prints a digest: -a 256 FILE
+    std::string unpacker;                   ///< unpacks a zip archive, as ditto does: -x -k ARCHIVE FOLDER
     std::string codesign; ///< verifies and shows a signature: --verify --deep --strict APP, -dv APP
 };
 

@@ -14,6 +14,7 @@ Tools platformTools() {
             .fileStatus = "",
             .databaseShell = "/usr/bin/sqlite3",
             .copier = "/usr/bin/ditto",
+            .copierOptions = {},
             .shasum = "/usr/bin/shasum",
             .unpacker = "/usr/bin/ditto",
             .codesign = "/usr/bin/codesign"};
