@@ -53,6 +53,7 @@ void CorvelModel::removeNodes(const std::vector<FSNode *> &nodes, RemovalMode mo
         [urls = std::move(urls), mode, sizes = std::move(sizes), progress = std::move(progress),
          &actions = removalActions_] { return Remover::remove(urls, mode, sizes, progress.get(), actions); },
         [this](const RemovalResult &result) {
+            refreshVolumes();
             const std::unordered_set<FileURL> gone(result.succeeded.begin(), result.succeeded.end());
             std::erase_if(removal_->nodes,
                           [&](const FSNode *node) { return !gone.contains(FileURL(node->path())); });
@@ -67,18 +68,24 @@ void CorvelModel::escalate(const std::vector<FileURL> &urls) {
         {}, RemovalActivity::asAdministrator,
         [urls, &actions = removalActions_] { return Remover::removeWithAdmin(urls, actions); },
         [this](const RemovalResult &result) {
-            const std::unordered_set<FileURL> gone(result.succeeded.begin(), result.succeeded.end());
-            const auto isGone = [&](const auto &one) { return gone.contains(one.url); };
-            std::vector<AppRow> rows = *apps;
-            for (AppRow &row : rows)
-                std::erase_if(row.leftovers, isGone);
-            apps.set(std::move(rows));
-            std::vector<CleanupTarget> targets = *cleanupTargets;
-            for (CleanupTarget &target : targets)
-                std::erase_if(target.entries, isGone);
-            cleanupTargets.set(std::move(targets));
+            refreshVolumes();
+            forget(result);
             endRemoval();
         });
+}
+
+/// Takes what is gone out of the cleanup targets and out of the leftovers of the applications.
+void CorvelModel::forget(const RemovalResult &result) {
+    const std::unordered_set<FileURL> gone(result.succeeded.begin(), result.succeeded.end());
+    const auto isGone = [&](const auto &one) { return gone.contains(one.url); };
+    std::vector<AppRow> rows = *apps;
+    for (AppRow &row : rows)
+        std::erase_if(row.leftovers, isGone);
+    apps.set(std::move(rows));
+    std::vector<CleanupTarget> targets = *cleanupTargets;
+    for (CleanupTarget &target : targets)
+        std::erase_if(target.entries, isGone);
+    cleanupTargets.set(std::move(targets));
 }
 
 void CorvelModel::stopRemoval() {
@@ -92,7 +99,8 @@ void CorvelModel::dismissLastResult() {
     lastResult.set(std::nullopt);
 }
 
-/// Runs `work` in the background, publishes its result and then calls `finish`, which sees to `endRemoval`.
+/// Runs `work` in the background, publishes its result and then calls `finish`, which sees to
+/// `refreshVolumes` and `endRemoval`.
 void CorvelModel::beginRemoval(Removal removal, RemovalActivity activity, std::function<RemovalResult()> work,
                                std::function<void(const RemovalResult &)> finish) {
     removal_ = std::move(removal);
@@ -102,9 +110,28 @@ void CorvelModel::beginRemoval(Removal removal, RemovalActivity activity, std::f
     inBackground(std::move(work), [this, finish = std::move(finish)](const RemovalResult &result) {
         lastResult.update([&](std::optional<RemovalResult> &last) { last = result; });
         totalFreedThisSession.set(checkedAdd(*totalFreedThisSession, result.bytesFreed));
-        refreshVolumes();
         finish(result);
     });
+}
+
+/// The same for entries with known sizes; nothing happens while another removal is under way.
+void CorvelModel::beginRemoval(const std::vector<CleanupEntry> &entries, RemovalMode mode,
+                               std::function<void(const RemovalResult &)> finish) {
+    if (isRemoving())
+        return;
+    std::vector<FileURL> urls;
+    Remover::Sizes sizes;
+    for (const CleanupEntry &entry : entries) {
+        urls.push_back(entry.url);
+        sizes.emplace(entry.url, entry.size);
+    }
+    Removal removal;
+    std::shared_ptr<RemovalProgress> progress = removal.progress;
+    beginRemoval(
+        std::move(removal), RemovalActivity::removing,
+        [urls = std::move(urls), mode, sizes = std::move(sizes), progress = std::move(progress),
+         &actions = removalActions_] { return Remover::remove(urls, mode, sizes, progress.get(), actions); },
+        std::move(finish));
 }
 
 /// Takes what is gone out of the tree, a slice at a time: it may be many nodes of one large folder, and the
@@ -147,6 +174,7 @@ void CorvelModel::endRemoval() {
         ended.reset();
     });
     removalActivity.set(RemovalActivity::none);
+    removeConfirmed();
 }
 
 } // namespace brimvale

@@ -13,14 +13,18 @@
 #include <QObject>
 #include <QThreadPool>
 #include <QTimer>
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brimvale {
+
+struct ArchiveResult;
 
 /// What a removal that is under way is doing.
 enum class RemovalActivity {
@@ -56,6 +60,7 @@ signals:
     void totalFreedThisSessionChanged();
     void removalChanged(); ///< what the removal under way does, and how far it is
     void archiveChanged();
+    void isDeletingSnapshotChanged();
 
     /// Around the removal of one node from `tree`. Before, it is still in its place; afterwards it stands
     /// alone and the figures of the folders that it was in are as they are to be. Only those who listen may
@@ -70,6 +75,7 @@ public:
     Field<std::vector<VolumeInfo>, &CorvelModel::volumesChanged> volumes{this};
     Field<std::vector<LocalSnapshot>, &CorvelModel::snapshotsChanged> snapshots{this};
     Field<bool, &CorvelModel::hasFullDiskAccessChanged> hasFullDiskAccess{this};
+    Field<bool, &CorvelModel::isDeletingSnapshotChanged> isDeletingSnapshot{this};
 
     Field<std::string, &CorvelModel::scanRootPathChanged> scanRootPath;
     /// The last finished scan, sorted; null before the first and while one runs. A page must let go of it
@@ -88,11 +94,11 @@ public:
     Field<double, &CorvelModel::appsChanged> appProgress{this}; ///< 0 to 1
     Field<bool, &CorvelModel::appsChanged> includeSystemApps{this};
 
-    Field<std::vector<CleanupTarget>, &CorvelModel::cleanupChanged> cleanupTargets{this};
+    Field<std::vector<CleanupTarget>, &CorvelModel::cleanupChanged> cleanupTargets;
     Field<bool, &CorvelModel::cleanupChanged> isMeasuringCleanup{this};
     Field<double, &CorvelModel::cleanupChanged> cleanupProgress{this}; ///< 0 to 1
 
-    Field<std::vector<MeasuredCategory>, &CorvelModel::categoriesChanged> categories{this};
+    Field<std::vector<MeasuredCategory>, &CorvelModel::categoriesChanged> categories;
     Field<bool, &CorvelModel::categoriesChanged> isMeasuringCategories{this};
     Field<double, &CorvelModel::categoriesChanged> categoryProgress{this}; ///< 0 to 1
     Field<std::optional<Date>, &CorvelModel::categoriesChanged> lastCategoryScan{this};
@@ -107,6 +113,7 @@ public:
     Field<std::int64_t, &CorvelModel::totalFreedThisSessionChanged> totalFreedThisSession{this};
 
     Field<bool, &CorvelModel::archiveChanged> isArchiving{this};
+    Field<double, &CorvelModel::archiveChanged> archiveProgress{this}; ///< 0 to 1, by bytes
     Field<std::optional<std::string>, &CorvelModel::archiveChanged> archiveStatus{this};
     Field<std::optional<std::string>, &CorvelModel::archiveChanged> archiveError{this};
     Field<std::optional<FileURL>, &CorvelModel::archiveChanged> lastArchiveDestination{this};
@@ -148,6 +155,58 @@ public:
     /// Reads the volumes and the access probe again, and the snapshots in the background.
     void refreshVolumes();
 
+    /// Deletes a local snapshot as the administrator and reads the list of them again. `done` is told whether
+    /// it was deleted. Does nothing while another one is being deleted.
+    void deleteSnapshot(const LocalSnapshot &snapshot, const std::function<void(bool)> &done);
+
+    /// Measures every cleanup target; each is published as it is done. Does nothing while one runs.
+    void measureCleanup();
+
+    /// Removes entries of cleanup targets. What is gone leaves every target, and the leftovers of `apps`.
+    void removeCleanupEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode);
+
+    /// Measures every storage category; each is published as it is done, the rows of System Data last. Does
+    /// nothing while one runs.
+    void measureCategories();
+
+    /// The category of that identifier; null where there is none. Valid until `categories` changes.
+    [[nodiscard]] const MeasuredCategory *category(std::string_view id) const;
+    /// Bytes of all categories but System Data.
+    [[nodiscard]] std::int64_t categorisedBytes() const;
+    /// Bytes of the rows of System Data.
+    [[nodiscard]] std::int64_t systemDataAccounted() const;
+    /// Makes System Data what the used space of the root volume leaves after all other categories.
+    void resolveRemainder();
+
+    /// Removes rows of storage categories. What is gone leaves its category, and System Data follows.
+    void removeCategoryEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode);
+
+    /// Whether `loadApps` lists the applications of the system too.
+    void setIncludeSystemApps(bool include);
+
+    /// Lists the installed applications, then analyses them; each one's figures are published as they are
+    /// ready. Does nothing while it runs.
+    void loadApps();
+
+    /// Removes an application's leftovers and, if asked, the application itself.
+    void uninstall(const InstalledApp &app, const std::vector<LeftoverItem> &leftovers, bool includeBundle,
+                   RemovalMode mode);
+
+    /// Sets the folder that backups go to.
+    void chooseBackupRoot(FileURL folder);
+
+    /// Copies entries into a backup folder in `destination` and verifies the copies. Where all are good, the
+    /// backup is published for review and the originals stay until that is confirmed; else the first reason
+    /// is published as an error. Does nothing while another backup is made.
+    void archiveThenReview(const std::string &label, const FileURL &destination,
+                           const std::vector<CleanupEntry> &entries, RemovalMode mode);
+    /// Gives the backup under way up; the originals stay.
+    void cancelArchive();
+    /// Removes the originals of the reviewed backup.
+    void confirmPendingDeletion();
+    /// Keeps the originals of the reviewed backup, and the backup.
+    void cancelPendingDeletion();
+
 private:
     /// Runs `work` on another thread and then, from the event loop, `use` with its result, which is handed
     /// over; not if the model has gone by then.
@@ -157,6 +216,18 @@ private:
             QMetaObject::invokeMethod(
                 this, [use, result = work()]() mutable { use(std::move(result)); }, Qt::QueuedConnection);
         });
+    }
+
+    /// Has the event loop call `use`, from whatever thread; not if the model has gone by then. For work in
+    /// the background that has something to tell before it ends.
+    template<class Use>
+    void publish(Use use) {
+        QMetaObject::invokeMethod(this, std::move(use), Qt::QueuedConnection);
+    }
+
+    /// Whether the model is about to go, for the work in the background to ask.
+    [[nodiscard]] std::function<bool()> closing() const {
+        return [flag = isClosing_] { return flag->load(); };
     }
 
     void pollScan();
@@ -174,9 +245,16 @@ private:
 
     void beginRemoval(Removal removal, RemovalActivity activity, std::function<RemovalResult()> work,
                       std::function<void(const RemovalResult &)> finish);
+    void beginRemoval(const std::vector<CleanupEntry> &entries, RemovalMode mode,
+                      std::function<void(const RemovalResult &)> finish);
     void detachRemoved();
     void detach(FSNode &node);
     void endRemoval();
+    void forget(const RemovalResult &result);
+    void show(const MeasuredCategory &measured);
+    void removeConfirmed();
+    void finishArchive(const ArchiveResult &result, const std::vector<CleanupEntry> &entries,
+                       RemovalMode mode, bool isSameVolume);
 
     std::shared_ptr<ScanStats> scanStats_;
     QTimer progressTimer_;
@@ -184,6 +262,9 @@ private:
     RemovalActions &removalActions_;
     std::optional<Removal> removal_;
     QTimer removalTimer_;
+    std::optional<PendingDeletion> confirmed_; ///< goes as soon as another removal has ended
+    std::shared_ptr<std::atomic<bool>> isArchiveCancelled_;
+    std::shared_ptr<std::atomic<bool>> isClosing_ = std::make_shared<std::atomic<bool>>(false);
     QThreadPool workers_; ///< last, so that its work ends before anything else does
 };
 

@@ -29,4 +29,9 @@ std::vector<std::string> failureLines(const RemovalResult &result) {
     return lines;
 }
 
+std::string trashRemark(std::int64_t bytes) {
+    return "This frees about " + Fmt::byteFormatter(bytes) +
+           ". Moving to Trash does not free space until the Trash is emptied.";
+}
+
 } // namespace brimvale::RemovalReport

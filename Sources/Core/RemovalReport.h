@@ -2,6 +2,7 @@
 
 #include "Core/RemovalResult.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,10 @@ namespace RemovalReport {
 /// One line a failure, the path and the reason, as text for display. Of five or more only the first four are
 /// shown, and a last line tells how many more there are.
 [[nodiscard]] std::vector<std::string> failureLines(const RemovalResult &result);
+
+/// What a removal to the Trash gives: "This frees about 4.2 GB. Moving to Trash does not free space until the
+/// Trash is emptied."
+[[nodiscard]] std::string trashRemark(std::int64_t bytes);
 
 } // namespace RemovalReport
 

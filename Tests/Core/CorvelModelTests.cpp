@@ -30,7 +30,8 @@ TEST(CorvelModel, StartsWithItsDefaults) {
     EXPECT_FALSE(*model.isScanning);
     EXPECT_EQ(*model.scanCurrentPath, "");
     EXPECT_EQ(*model.lastScanDate, std::nullopt);
-    EXPECT_EQ(model.rootVolume(), std::nullopt);
+    EXPECT_TRUE(model.rootVolume().has_value()) << "before anything is drawn";
+    EXPECT_FALSE(*model.isMeasuringCleanup || *model.isMeasuringCategories || *model.isLoadingApps);
     EXPECT_EQ(*model.backupRoot, homeFolder().appending("Documents/Brimvale Backups"));
     EXPECT_EQ(model.scanStats(), nullptr);
 }

@@ -1,0 +1,46 @@
+#include "Core/CleanupCatalog.h"
+#include "Core/CorvelModel.h"
+#include "Core/Remover.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace brimvale {
+
+void CorvelModel::measureCleanup() {
+    if (*isMeasuringCleanup)
+        return;
+    isMeasuringCleanup.set(true);
+    cleanupProgress.set(0);
+    inBackground(
+        [this, definitions = CleanupCatalog::definitions(), cancelled = closing()] {
+            const auto completed = std::make_shared<Counter>();
+            const auto total = static_cast<double>(definitions.size());
+            const auto finished = [&](CleanupTarget measured) {
+                publish([this, measured = std::move(measured), completed, total] {
+                    cleanupTargets.update([&](std::vector<CleanupTarget> &targets) {
+                        for (CleanupTarget &target : targets)
+                            if (target.id == measured.id)
+                                target = measured;
+                    });
+                    cleanupProgress.set(static_cast<double>(completed->add(1)) / total);
+                });
+            };
+            CleanupCatalog::measureAll(definitions, finished, cancelled);
+            return true;
+        },
+        [this](bool) {
+            isMeasuringCleanup.set(false);
+            cleanupProgress.set(1);
+        });
+}
+
+void CorvelModel::removeCleanupEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
+    beginRemoval(entries, mode, [this](const RemovalResult &result) {
+        refreshVolumes();
+        forget(result);
+        endRemoval();
+    });
+}
+
+} // namespace brimvale
