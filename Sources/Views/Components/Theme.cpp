@@ -22,6 +22,8 @@ const Theme light = {
     .hover = QColor(0, 0, 0, 14),
     .warning = QColor(0xb2, 0x5a, 0x00),
     .danger = QColor(0xd7, 0x2c, 0x2c),
+    .green = QColor(0x1d, 0x80, 0x3a),
+    .orange = QColor(0xb2, 0x5a, 0x00),
 };
 
 const Theme dark = {
@@ -40,6 +42,8 @@ const Theme dark = {
     .hover = QColor(255, 255, 255, 16),
     .warning = QColor(0xff, 0xb3, 0x4d),
     .danger = QColor(0xff, 0x69, 0x61),
+    .green = QColor(0x4c, 0xd0, 0x6c),
+    .orange = QColor(0xff, 0xb3, 0x4d),
 };
 
 } // namespace

@@ -23,6 +23,8 @@ struct Theme {
     QColor hover;    ///< under the pointer
     QColor warning;
     QColor danger;
+    QColor green;  ///< what is safe
+    QColor orange; ///< what deserves a look
 
     /// The theme that goes with the system's palette: dark where its window is darker than its text.
     [[nodiscard]] static const Theme &matching(const QPalette &systemPalette);

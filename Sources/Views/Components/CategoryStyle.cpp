@@ -1,0 +1,28 @@
+#include "Views/Components/CategoryStyle.h"
+
+#include "Core/StorageCategories.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace brimvale {
+
+QString categoryIcon(const StorageCategory &category) {
+    static const std::map<std::string_view, const char *> icons = {
+        {"app.badge", "layout-grid"},  {"doc", "file-text"},         {"photo", "image"},
+        {"message", "message-circle"}, {"envelope", "mail"},         {"music.note", "music"},
+        {"icloud", "cloud"},           {"hammer", "hammer"},         {"trash", "trash-2"},
+        {"person.2", "users"},         {"laptopcomputer", "laptop"}, {"ellipsis.circle", "circle-ellipsis"},
+    };
+    const auto found = icons.find(category.symbol);
+    return QLatin1String(found == icons.end() ? "folder" : found->second);
+}
+
+QColor categoryColor(const StorageCategory &category) {
+    const Color color = StorageCategories::color(category);
+    return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
+                            static_cast<float>(color.blue));
+}
+
+} // namespace brimvale

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QWidget>
+
+class QHBoxLayout;
+
+namespace brimvale {
+
+class TextLabel;
+
+/// The head of a page: its title, a line under it, and the controls at the right.
+class PageHeader : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PageHeader(const QString &title, QWidget *parent = nullptr);
+
+    /// An empty text hides the line.
+    void setSubtitle(const QString &subtitle);
+    /// Adds a control at the right end.
+    void addControl(QWidget *control);
+
+private:
+    TextLabel *subtitle_;
+    QHBoxLayout *controls_;
+};
+
+} // namespace brimvale

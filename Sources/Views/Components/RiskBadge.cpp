@@ -1,0 +1,61 @@
+#include "Views/Components/RiskBadge.h"
+
+#include "Core/CleanupRiskTexts.h"
+#include "Views/Components/Theme.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+namespace brimvale {
+
+namespace {
+
+constexpr float groundOpacity = 0.16F;
+constexpr int sidePadding = 8;
+constexpr int badgeHeight = 18;
+
+QFont badgeFont() {
+    return Type::font(Type::Size::caption, QFont::DemiBold);
+}
+
+QColor colorOf(CleanupRisk risk) {
+    const Theme &theme = Theme::current();
+    switch (risk) {
+    case CleanupRisk::safe:
+        return theme.green;
+    case CleanupRisk::review:
+        return theme.orange;
+    case CleanupRisk::careful:
+        break;
+    }
+    return theme.danger;
+}
+
+} // namespace
+
+RiskBadge::RiskBadge(CleanupRisk risk, QWidget *parent)
+    : QWidget(parent), risk_(risk), label_(QString::fromStdString(std::string(label(risk)))) {
+    setObjectName(QStringLiteral("riskBadge"));
+    setAccessibleName(tr("Risk: %1").arg(label_));
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+QSize RiskBadge::sizeHint() const {
+    return {QFontMetrics(badgeFont()).horizontalAdvance(label_) + 2 * sidePadding, badgeHeight};
+}
+
+void RiskBadge::paintEvent(QPaintEvent * /*event*/) {
+    const QColor color = colorOf(risk_);
+    QColor ground = color;
+    ground.setAlphaF(groundOpacity);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ground);
+    painter.drawRoundedRect(rect(), badgeHeight / 2.0, badgeHeight / 2.0);
+    painter.setPen(color);
+    painter.setFont(badgeFont());
+    painter.drawText(rect(), Qt::AlignCenter, label_);
+}
+
+} // namespace brimvale

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Catalogs/CleanupTarget.h"
+
+#include <QWidget>
+
+namespace brimvale {
+
+/// How much thought a removal deserves: a word in the risk's colour on a thin layer of the same colour.
+class RiskBadge : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit RiskBadge(CleanupRisk risk, QWidget *parent = nullptr);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    CleanupRisk risk_;
+    QString label_;
+};
+
+} // namespace brimvale

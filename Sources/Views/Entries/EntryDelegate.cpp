@@ -1,0 +1,150 @@
+#include "Views/Entries/EntryDelegate.h"
+
+#include "Views/Components/Icons.h"
+#include "Views/Components/Theme.h"
+#include "Views/Components/TickBox.h"
+#include "Views/Entries/EntryListModel.h"
+
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QToolTip>
+#include <algorithm>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int rowHeight = 32;
+constexpr int secondLineHeight = 12;
+constexpr int thirdLineHeight = 16;
+constexpr int margin = 16;
+constexpr int gap = 10;
+constexpr int iconSize = 16;
+constexpr int sizeWidth = 88;
+constexpr int dateWidth = 110;
+
+QRect tickBoxOf(const QRect &row) {
+    return {row.left() + margin, row.center().y() - tickBoxSize / 2 + 1, tickBoxSize, tickBoxSize};
+}
+
+void drawWords(QPainter &painter, const QRect &place, Qt::Alignment alignment, Type::Size size,
+               const QColor &color, const QString &words) {
+    painter.setFont(Type::font(size));
+    painter.setPen(color);
+    const QString shown =
+        painter.fontMetrics().elidedText(words, Qt::ElideMiddle, std::max(place.width(), 0));
+    painter.drawText(place, static_cast<int>(alignment) | Qt::TextSingleLine, shown);
+}
+
+/// Takes `width` off the right end of `row`, and the gap before it.
+QRect takeRight(QRect &row, int width) {
+    const QRect taken(row.right() - width + 1, row.top(), width, row.height());
+    row.setRight(taken.left() - gap);
+    return taken;
+}
+
+void paintGround(QPainter &painter, const QStyleOptionViewItem &option) {
+    const Theme &theme = Theme::current();
+    const bool hasFocus = option.state.testFlag(QStyle::State_HasFocus);
+    if (!hasFocus && !option.state.testFlag(QStyle::State_MouseOver))
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(option.state.testFlag(QStyle::State_MouseOver) ? theme.hover : QColor(Qt::transparent));
+    painter.setPen(hasFocus ? QPen(theme.accent, 1.5) : QPen(Qt::NoPen));
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(6, 1, -6, -1), 6, 6);
+    painter.restore();
+}
+
+} // namespace
+
+void EntryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                          const QModelIndex &index) const {
+    const Theme &theme = Theme::current();
+    paintGround(*painter, option);
+    QRect row = option.rect.adjusted(margin, 0, -margin, 0);
+    const QVariant ticked = index.data(Qt::CheckStateRole);
+    if (ticked.isValid()) {
+        paintTickBox(*painter, tickBoxOf(option.rect), ticked.value<Qt::CheckState>());
+        row.setLeft(row.left() + tickBoxSize + gap);
+    }
+    painter->drawPixmap(row.left(), row.center().y() - iconSize / 2 + 1,
+                        Icons::pixmap(index.data(EntryListModel::iconRole).toString(), theme.secondaryText,
+                                      iconSize, painter->device()->devicePixelRatioF()));
+    row.setLeft(row.left() + iconSize + gap);
+
+    constexpr Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
+    drawWords(*painter, takeRight(row, sizeWidth), right, Type::Size::body, theme.text,
+              index.data(EntryListModel::sizeRole).toString());
+    drawWords(*painter, takeRight(row, dateWidth), right, Type::Size::caption, theme.secondaryText,
+              index.data(EntryListModel::dateRole).toString());
+    paintLines(*painter, row, index);
+}
+
+/// The name, and under it what else there is to say.
+void EntryDelegate::paintLines(QPainter &painter, const QRect &place, const QModelIndex &index) const {
+    const Theme &theme = Theme::current();
+    constexpr Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
+    const QString folder = index.data(EntryListModel::folderRole).toString();
+    const QString note = index.data(EntryListModel::noteRole).toString();
+    if (folder.isEmpty() && note.isEmpty()) {
+        drawWords(painter, place, left, Type::Size::body, theme.text, index.data().toString());
+        return;
+    }
+    QRect line(place.left(), place.top() + 5, place.width(), 18);
+    drawWords(painter, line, left, Type::Size::body, theme.text, index.data().toString());
+    for (const auto &[words, color] :
+         {std::pair(folder, theme.tertiaryText), std::pair(note, theme.warning)}) {
+        if (words.isEmpty())
+            continue;
+        line = QRect(place.left(), line.bottom() + 1, place.width(), 16);
+        drawWords(painter, line, left, Type::Size::caption, color, words);
+    }
+}
+
+QSize EntryDelegate::sizeHint(const QStyleOptionViewItem & /*option*/, const QModelIndex &index) const {
+    int height = rowHeight;
+    if (!index.data(EntryListModel::folderRole).toString().isEmpty())
+        height += secondLineHeight;
+    if (!index.data(EntryListModel::noteRole).toString().isEmpty())
+        height += thirdLineHeight;
+    return {0, height};
+}
+
+bool EntryDelegate::editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+                                const QModelIndex &index) {
+    const QVariant ticked = index.data(Qt::CheckStateRole);
+    if (!ticked.isValid())
+        return false;
+    const auto toggle = [&] {
+        const Qt::CheckState now = ticked.value<Qt::CheckState>();
+        return model->setData(index, now == Qt::Checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+    };
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        return key == Qt::Key_Space || key == Qt::Key_Select ? toggle() : false;
+    }
+    if (event->type() == QEvent::MouseButtonRelease) {
+        const auto *mouse = static_cast<QMouseEvent *>(event);
+        QRect target = tickBoxOf(option.rect).adjusted(-gap, 0, gap, 0);
+        target.setTop(option.rect.top());
+        target.setBottom(option.rect.bottom());
+        return mouse->button() == Qt::LeftButton && target.contains(mouse->pos()) ? toggle() : false;
+    }
+    return false;
+}
+
+bool EntryDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+                              const QModelIndex &index) {
+    const QString words = index.data(Qt::ToolTipRole).toString();
+    if (event->type() != QEvent::ToolTip || words.isEmpty())
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    // Only rich text is broken into lines.
+    QToolTip::showText(event->globalPos(), QStringLiteral("<p>%1</p>").arg(words.toHtmlEscaped()), view);
+    return true;
+}
+
+} // namespace brimvale

@@ -1,0 +1,108 @@
+#include "Views/Entries/EntryListModel.h"
+
+#include "Core/Formatting.h"
+#include "Platform/FileStatus.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Entries/TickedEntries.h"
+
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+QString text(const std::string &utf8) {
+    return QString::fromStdString(utf8);
+}
+
+QString dateText(const CleanupEntry &entry) {
+    return entry.modified ? text(Fmt::relativeDate(entry.modified)) : QString();
+}
+
+QString iconName(const CleanupEntry &entry) {
+    const auto status = fileStatus(entry.url.path());
+    return status && status->kind == FileKind::directory ? QStringLiteral("folder") : QStringLiteral("file");
+}
+
+bool lieInSeveralFolders(const std::vector<CleanupEntry> &entries) {
+    return std::any_of(entries.begin(), entries.end(), [&](const CleanupEntry &entry) {
+        return entry.url.deletingLastPathComponent() != entries.front().url.deletingLastPathComponent();
+    });
+}
+
+} // namespace
+
+EntryListModel::EntryListModel(TickedEntries *ticked, QObject *parent)
+    : QAbstractListModel(parent), ticked_(ticked) {
+    if (ticked_ != nullptr)
+        connect(ticked_, &TickedEntries::changed, this, [this] {
+            if (!entries_.empty())
+                emit dataChanged(index(0), index(rowCount() - 1), {Qt::CheckStateRole});
+        });
+}
+
+void EntryListModel::setEntries(const std::vector<CleanupEntry> &entries) {
+    if (entries == entries_)
+        return;
+    beginResetModel();
+    entries_ = entries;
+    showsFolders_ = lieInSeveralFolders(entries_);
+    endResetModel();
+}
+
+int EntryListModel::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(entries_.size());
+}
+
+QVariant EntryListModel::data(const QModelIndex &index, int role) const {
+    if (!index.isValid())
+        return {};
+    const CleanupEntry &entry = entries_[static_cast<std::size_t>(index.row())];
+    switch (role) {
+    case Qt::DisplayRole:
+        return displayedText(entry.url.lastPathComponent());
+    case Qt::ToolTipRole:
+        return displayedText(entry.url.path());
+    case Qt::AccessibleTextRole:
+        return accessibleText(entry);
+    case Qt::CheckStateRole:
+        return ticked_ == nullptr ? QVariant()
+                                  : QVariant(ticked_->contains(entry.url) ? Qt::Checked : Qt::Unchecked);
+    case sizeRole:
+        return text(Fmt::byteFormatter(entry.size));
+    case dateRole:
+        return dateText(entry);
+    case folderRole:
+        return showsFolders_ ? displayedText(entry.url.deletingLastPathComponent().path()) : QString();
+    case noteRole:
+        return QString();
+    case iconRole:
+        return iconName(entry);
+    default:
+        return {};
+    }
+}
+
+QString EntryListModel::accessibleText(const CleanupEntry &entry) const {
+    QStringList parts = {displayedText(entry.url.lastPathComponent()), text(Fmt::byteFormatter(entry.size))};
+    if (entry.modified)
+        parts.append(tr("modified %1").arg(dateText(entry)));
+    return parts.join(QStringLiteral(", "));
+}
+
+bool EntryListModel::setData(const QModelIndex &index, const QVariant &value, int role) {
+    if (!index.isValid() || role != Qt::CheckStateRole || ticked_ == nullptr)
+        return false;
+    ticked_->setTicked({entries_[static_cast<std::size_t>(index.row())]},
+                       value.value<Qt::CheckState>() == Qt::Checked);
+    return true;
+}
+
+Qt::ItemFlags EntryListModel::flags(const QModelIndex &index) const {
+    Qt::ItemFlags flags = QAbstractListModel::flags(index) | Qt::ItemNeverHasChildren;
+    if (ticked_ != nullptr)
+        flags |= Qt::ItemIsUserCheckable;
+    return flags;
+}
+
+} // namespace brimvale

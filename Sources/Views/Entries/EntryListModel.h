@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Catalogs/CleanupTarget.h"
+
+#include <QAbstractListModel>
+#include <vector>
+
+namespace brimvale {
+
+class TickedEntries;
+
+/// The rows of a list of entries that can be ticked.
+class EntryListModel : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    enum Role {
+        sizeRole = Qt::UserRole, ///< formatted
+        dateRole,                ///< formatted; empty where it is not known
+        folderRole,              ///< a second line; empty for none
+        noteRole,                ///< a third line, that deserves attention; empty for none
+        iconRole                 ///< the name of an icon
+    };
+
+    /// Without `ticked` nothing can be ticked.
+    explicit EntryListModel(TickedEntries *ticked, QObject *parent = nullptr);
+
+    void setEntries(const std::vector<CleanupEntry> &entries);
+    [[nodiscard]] const std::vector<CleanupEntry> &entries() const { return entries_; }
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+private:
+    [[nodiscard]] QString accessibleText(const CleanupEntry &entry) const;
+
+    TickedEntries *ticked_;
+    std::vector<CleanupEntry> entries_;
+    bool showsFolders_ = false;
+};
+
+} // namespace brimvale

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Core/RemovalResult.h"
+
+#include <QDialog>
+#include <vector>
+
+class QVBoxLayout;
+
+namespace brimvale {
+
+/// Tells what became of a removal, and offers to try again with an administrator's rights what needs them.
+/// Deletes itself when it is closed.
+class ResultAlert : public QDialog {
+    Q_OBJECT
+
+public:
+    ResultAlert(const RemovalResult &result, QWidget *parent);
+
+signals:
+    /// The user wants these removed with an administrator's rights.
+    void escalated(std::vector<FileURL> items);
+
+private:
+    void addFailures(QVBoxLayout &layout, const RemovalResult &result);
+    void addAdminSection(QVBoxLayout &layout, const std::vector<FileURL> &items);
+    QWidget *makeButtons(const std::vector<FileURL> &needsAdmin);
+};
+
+} // namespace brimvale
