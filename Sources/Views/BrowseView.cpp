@@ -1,8 +1,9 @@
 #include "Views/BrowseView.h"
 
+#include "Base/Bytes.h"
+#include "Core/OutermostNodes.h"
 #include "Platform/FileBrowser.h"
 #include "Platform/Folder.h"
-#include "Platform/Host.h"
 #include "Views/Components/Breadcrumb.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/NodeName.h"
@@ -10,21 +11,18 @@
 #include "Views/Components/StateMessage.h"
 #include "Views/Components/Theme.h"
 #include "Views/DetailPanel.h"
+#include "Views/ItemActions.h"
 #include "Views/OutlineView.h"
+#include "Views/RemovalSheet.h"
 #include "Views/TreemapView.h"
 
-#include <QClipboard>
-#include <QDesktopServices>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMimeData>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedLayout>
-#include <QThreadPool>
-#include <QUrl>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -51,10 +49,10 @@ bool isInTree(const FSNode &node) {
                        [&](const auto &child) { return child.get() == &node; });
 }
 
-/// Shows the folder around the item by the desktop's ordinary means.
-void openEnclosing(const FileURL &item) {
-    const std::string uri = FileBrowser::fileURI(item.deletingLastPathComponent());
-    QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(uri)));
+/// What of the nodes can be removed: each by itself, and nothing that stands for many files.
+std::vector<FSNode *> removable(std::vector<FSNode *> nodes) {
+    std::erase_if(nodes, [](const FSNode *node) { return node->isAggregate; });
+    return outermostNodes(nodes);
 }
 
 } // namespace
@@ -88,6 +86,10 @@ BrowseView::BrowseView(CorvelModel &model, QWidget *parent)
     connect(filter_, &QLineEdit::textChanged, &outlineModel_, &OutlineModel::setFilter);
     connect(details_, &DetailPanel::revealRequested, this, &BrowseView::reveal);
     connect(details_, &DetailPanel::copyPathRequested, this, &BrowseView::copyPaths);
+    connect(details_, &DetailPanel::removalRequested, this, &BrowseView::confirmRemoval);
+    connect(&model_, &CorvelModel::nodeAboutToBeDetached, this, &BrowseView::letGoOf);
+    connect(&model_, &CorvelModel::nodeDetached, &outlineModel_, &OutlineModel::removed);
+    connect(&model_, &CorvelModel::removalChanged, this, &BrowseView::showRemoval);
     showTree();
 }
 
@@ -155,6 +157,11 @@ void BrowseView::addShortcuts() {
     });
     auto *up = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Up), results_);
     connect(up, &QShortcut::activated, this, &BrowseView::focusOnEnclosing);
+    for (const QKeySequence &key :
+         {QKeySequence(QKeySequence::Delete), QKeySequence(Qt::CTRL | Qt::Key_Backspace)}) {
+        auto *remove = new QShortcut(key, results_);
+        connect(remove, &QShortcut::activated, this, &BrowseView::confirmRemoval);
+    }
     auto *clear = new QShortcut(QKeySequence(Qt::Key_Escape), filter_);
     clear->setContext(Qt::WidgetShortcut);
     connect(clear, &QShortcut::activated, filter_, [this] {
@@ -166,9 +173,10 @@ void BrowseView::addShortcuts() {
 /// The tree that the model has now, or none: nothing of an earlier one may be kept.
 void BrowseView::showTree() {
     focus_ = nullptr;
+    isStale_ = false;
     breadcrumb_->setFolder(nullptr);
     treemap_->setNode(nullptr);
-    showDetails({});
+    showDetails({}, false);
     filter_->clear();
     outlineModel_.setTree(*model_.tree);
     if (*model_.tree != nullptr)
@@ -225,7 +233,7 @@ void BrowseView::focusOn(FSNode *folder) {
     breadcrumb_->setFolder(folder);
     treemap_->setNode(folder);
     outline_->setFocusFolder(folder);
-    showDetails({folder});
+    showDetails({folder}, false);
 }
 
 void BrowseView::focusOnEnclosing() {
@@ -240,21 +248,23 @@ void BrowseView::focusOnEnclosing() {
 void BrowseView::select(const std::vector<FSNode *> &nodes) {
     treemap_->setSelection(nodes.empty() ? nullptr : childAround(nodes.front(), focus_));
     if (nodes.empty() && focus_ != nullptr)
-        showDetails({focus_});
+        showDetails({focus_}, false);
     else
-        showDetails(nodes);
+        showDetails(nodes, true);
 }
 
 /// Selects one node in both. The tile for the many small children is no row of the outline.
 void BrowseView::selectNode(FSNode *node) {
     outline_->select(isInTree(*node) ? node : nullptr);
     treemap_->setSelection(node);
-    showDetails({node});
+    showDetails({node}, true);
 }
 
-void BrowseView::showDetails(std::vector<FSNode *> nodes) {
+void BrowseView::showDetails(std::vector<FSNode *> nodes, bool isSelected) {
     shown_ = std::move(nodes);
+    isSelected_ = isSelected;
     details_->showNodes(shown_);
+    showRemoval();
 }
 
 void BrowseView::showMenu(const QPoint &place) {
@@ -271,36 +281,80 @@ void BrowseView::showMenu(const QPoint &place) {
         menu->addAction(QLatin1String(FileBrowser::revealTitle()), this, &BrowseView::reveal);
     }
     menu->addAction(shown_.size() == 1 ? tr("Copy Path") : tr("Copy Paths"), this, &BrowseView::copyPaths);
-    // The tree may be replaced while the menu is open.
+    if (isSelected_ && !removable(shown_).empty()) {
+        menu->addSeparator();
+        QAction *remove = menu->addAction(tr("Remove…"), this, &BrowseView::confirmRemoval);
+        remove->setEnabled(!model_.isRemoving());
+    }
+    // The tree may be replaced, or lose nodes, while the menu is open.
     connect(&model_, &CorvelModel::treeChanged, menu, &QMenu::close);
+    connect(&model_, &CorvelModel::nodeAboutToBeDetached, menu, &QMenu::close);
     menu->popup(place);
 }
 
 void BrowseView::reveal() {
-    if (shown_.size() != 1)
-        return;
-    const FileURL item(shown_.front()->path());
-    QThreadPool::globalInstance()->start([item, tools = Host::current().tools] {
-        if (!FileBrowser::reveal(item, tools))
-            QMetaObject::invokeMethod(
-                qApp, [item] { openEnclosing(item); }, Qt::QueuedConnection);
-    });
+    if (shown_.size() == 1)
+        ItemActions::reveal(FileURL(shown_.front()->path()));
 }
 
-/// As text for people, and as URIs for programs, which tell every byte of a name.
 void BrowseView::copyPaths() {
-    QString text;
-    QByteArray uris;
-    for (const FSNode *node : shown_) {
-        const FileURL item(node->path());
-        text.append(text.isEmpty() ? QString() : QStringLiteral("\n")).append(QString::fromUtf8(item.path()));
-        uris.append(QByteArray::fromStdString(FileBrowser::fileURI(item))).append("\r\n");
+    std::vector<FileURL> items;
+    for (const FSNode *node : shown_)
+        items.emplace_back(node->path());
+    ItemActions::copyPaths(items);
+    details_->showNotice(items.size() == 1 ? tr("Path copied.") : tr("Paths copied."));
+}
+
+/// Whether what is shown can be removed, and what that would free.
+void BrowseView::showRemoval() {
+    std::int64_t bytes = 0;
+    const std::vector<FSNode *> nodes = isSelected_ ? removable(shown_) : std::vector<FSNode *>();
+    for (const FSNode *node : nodes)
+        bytes = checkedAdd(bytes, node->size);
+    details_->showRemoval(static_cast<std::int64_t>(nodes.size()), bytes, model_.isRemoving());
+}
+
+void BrowseView::confirmRemoval() {
+    const std::vector<FSNode *> nodes = isSelected_ ? removable(shown_) : std::vector<FSNode *>();
+    if (nodes.empty() || model_.isRemoving())
+        return;
+    RemovalRequest request;
+    for (const FSNode *node : nodes)
+        request.items.push_back({.url = FileURL(node->path()), .size = node->size});
+    auto *sheet = new RemovalSheet(request, this);
+    connect(sheet, &RemovalSheet::confirmed, this, [this, nodes, tree = *model_.tree](RemovalMode mode) {
+        if (*model_.tree == tree)
+            model_.removeNodes(nodes, mode);
+    });
+    // What the sheet asks about may be another tree's by then.
+    connect(&model_, &CorvelModel::treeChanged, sheet, &QDialog::reject);
+    sheet->open();
+}
+
+/// A node is about to leave the tree: nothing of it, and nothing beneath it, may be kept.
+void BrowseView::letGoOf(FSNode *node) {
+    if (focus_ == nullptr)
+        return;
+    if (OutlineModel::isWithin(focus_, *node))
+        focusOn(node->parent());
+    std::erase_if(
+        shown_, [node](const FSNode *one) { return OutlineModel::isWithin(one, *node) || !isInTree(*one); });
+    if (!isStale_) {
+        isStale_ = true;
+        treemap_->setNode(nullptr);
+        QTimer::singleShot(0, this, &BrowseView::showAfterRemoval);
     }
-    auto *mimeData = new QMimeData;
-    mimeData->setText(text);
-    mimeData->setData(QStringLiteral("text/uri-list"), uris);
-    QGuiApplication::clipboard()->setMimeData(mimeData);
-    details_->showNotice(shown_.size() == 1 ? tr("Path copied.") : tr("Paths copied."));
+    outlineModel_.aboutToRemove(*node);
+}
+
+/// Draws once what many removed nodes have changed.
+void BrowseView::showAfterRemoval() {
+    if (!isStale_ || focus_ == nullptr)
+        return;
+    isStale_ = false;
+    treemap_->setNode(focus_);
+    select(outline_->selectedNodes());
+    showState();
 }
 
 } // namespace brimvale

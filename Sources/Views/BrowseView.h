@@ -39,14 +39,20 @@ private:
     void focusOnEnclosing();
     void select(const std::vector<FSNode *> &nodes);
     void selectNode(FSNode *node);
-    void showDetails(std::vector<FSNode *> nodes);
+    void showDetails(std::vector<FSNode *> nodes, bool isSelected);
     void showMenu(const QPoint &place);
     void reveal();
     void copyPaths();
+    void showRemoval();
+    void confirmRemoval();
+    void letGoOf(FSNode *node);
+    void showAfterRemoval();
 
     CorvelModel &model_;
     FSNode *focus_ = nullptr;     ///< the folder that both show; null without a tree
     std::vector<FSNode *> shown_; ///< what the details are about, and the actions act on
+    bool isSelected_ = false;     ///< the user has selected what is shown; else it is the focused folder
+    bool isStale_ = false;        ///< nodes were taken out since the treemap was drawn
     ScanBar *bar_;
     StateMessage *message_;
     QWidget *results_ = nullptr;

@@ -5,6 +5,7 @@
 #include "Core/NodeExplanation.h"
 #include "Core/OutermostNodes.h"
 #include "Platform/FileBrowser.h"
+#include "Views/Components/DestructiveButton.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/NodeIcon.h"
@@ -23,6 +24,7 @@ namespace brimvale {
 namespace {
 
 constexpr int iconSize = 20;
+constexpr int copyIconSize = 14;
 constexpr int figuresInARow = 3;
 
 QString text(const std::string &utf8) {
@@ -53,7 +55,7 @@ DetailPanel::DetailPanel(QWidget *parent)
       explanation_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       notice_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       reveal_(makeButton(this, "reveal", QLatin1String(FileBrowser::revealTitle()))),
-      copyPath_(makeButton(this, "copyPath", tr("Copy Path"))) {
+      copyPath_(makeButton(this, "copyPath", QString())), remove_(new DestructiveButton(this)) {
     setObjectName(QStringLiteral("detailPanel"));
     name_->setObjectName(QStringLiteral("detailName"));
     path_->setObjectName(QStringLiteral("detailPath"));
@@ -69,6 +71,10 @@ DetailPanel::DetailPanel(QWidget *parent)
     icon_->setFixedSize(iconSize, iconSize);
     head->addWidget(icon_, 0, Qt::AlignTop);
     head->addLayout(names, 1);
+    copyPath_->setFlat(true);
+    copyPath_->setToolTip(tr("Copy Path"));
+    copyPath_->setAccessibleName(tr("Copy Path"));
+    head->addWidget(copyPath_, 0, Qt::AlignTop);
 
     auto *figures = new QGridLayout;
     figures->setHorizontalSpacing(16);
@@ -91,7 +97,7 @@ DetailPanel::DetailPanel(QWidget *parent)
     auto *actions = new QHBoxLayout;
     actions->setSpacing(8);
     actions->addWidget(reveal_);
-    actions->addWidget(copyPath_);
+    actions->addWidget(remove_);
     actions->addWidget(notice_, 1);
     actions->addStretch(1);
 
@@ -105,6 +111,9 @@ DetailPanel::DetailPanel(QWidget *parent)
 
     connect(reveal_, &QPushButton::clicked, this, &DetailPanel::revealRequested);
     connect(copyPath_, &QPushButton::clicked, this, &DetailPanel::copyPathRequested);
+    remove_->setObjectName(QStringLiteral("remove"));
+    connect(remove_, &QPushButton::clicked, this, &DetailPanel::removalRequested);
+    showRemoval(0, 0, false);
     showNodes({});
 }
 
@@ -141,6 +150,11 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
     drawIcon();
 }
 
+void DetailPanel::showRemoval(std::int64_t count, std::int64_t bytes, bool isRemoving) {
+    remove_->setText(removalTitle(count, bytes));
+    remove_->setEnabled(count > 0 && !isRemoving);
+}
+
 void DetailPanel::showNotice(const QString &notice) {
     notice_->setText(notice);
     notice_->setVisible(!notice.isEmpty());
@@ -160,6 +174,7 @@ void DetailPanel::changeEvent(QEvent *event) {
 }
 
 void DetailPanel::drawIcon() {
+    copyPath_->setIcon(Icons::icon(QStringLiteral("copy"), Theme::current().secondaryText, copyIconSize));
     icon_->setPixmap(Icons::pixmap(iconName_, Theme::current().accent, iconSize, devicePixelRatioF()));
 }
 

@@ -4,6 +4,7 @@
 
 #include <QWidget>
 #include <array>
+#include <cstdint>
 #include <vector>
 
 class QLabel;
@@ -11,6 +12,7 @@ class QPushButton;
 
 namespace brimvale {
 
+class DestructiveButton;
 class ElidedLabel;
 class TextLabel;
 
@@ -25,12 +27,16 @@ public:
     /// Shows one node in full, several as a sum that counts nothing twice, none as nothing.
     void showNodes(const std::vector<FSNode *> &nodes);
 
+    /// How many of them can be removed, and how much that frees; nothing can while a removal runs.
+    void showRemoval(std::int64_t count, std::int64_t bytes, bool isRemoving);
+
     /// Says below the actions what became of one; empty for nothing.
     void showNotice(const QString &notice);
 
 signals:
     void revealRequested();
     void copyPathRequested();
+    void removalRequested();
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -50,6 +56,7 @@ private:
     TextLabel *notice_;
     QPushButton *reveal_;
     QPushButton *copyPath_;
+    DestructiveButton *remove_;
     QString iconName_;
 };
 
