@@ -1,0 +1,175 @@
+#include "Views/Cleanup/TargetCard.h"
+
+#include "Core/Formatting.h"
+#include "Platform/FileAccess.h"
+#include "Platform/FileStatus.h"
+#include "Views/Components/Icons.h"
+#include "Views/Components/RiskBadge.h"
+#include "Views/Components/TextLabel.h"
+#include "Views/Components/TickBox.h"
+#include "Views/Entries/EntryList.h"
+#include "Views/Entries/TickedEntries.h"
+#include "Views/RemovalSheet.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QMouseEvent>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int iconSize = 16;
+
+QString text(const std::string &utf8) {
+    return QString::fromStdString(utf8);
+}
+
+bool hasUnreadableRoot(const CleanupTarget &target) {
+    return std::any_of(target.roots.begin(), target.roots.end(), [](const std::string &root) {
+        return fileStatus(root).has_value() && !canListContents(root);
+    });
+}
+
+QString whyEmpty(const CleanupTarget &target) {
+    if (!target.scanned)
+        return TargetCard::tr(
+            "Not measured yet. Measure looks at every place on this page and changes nothing.");
+    if (hasUnreadableRoot(target))
+        return TargetCard::tr("This could not be read: you may not list its folder. Full Disk Access, or the "
+                              "rights of the folder's owner, would help.");
+    return TargetCard::tr("Nothing found. There is nothing here to remove.");
+}
+
+} // namespace
+
+TargetCard::TargetCard(const CleanupTarget &target, TickedEntries &ticked, QWidget *parent)
+    : Card(parent), target_(target), ticked_(ticked), disclosure_(new QToolButton(this)),
+      all_(new TickBox(this)), total_(new TextLabel(Type::Size::heading, QFont::DemiBold, this)),
+      body_(new QWidget(this)), entries_(new EntryList(&ticked, body_)),
+      state_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, body_)) {
+    setObjectName(QStringLiteral("target:") + text(target.id));
+    state_->setObjectName(QStringLiteral("targetState"));
+    state_->setWordWrap(true);
+    state_->setContentsMargins(16, 4, 16, 8);
+    entries_->setAccessibleName(text(target.title));
+    auto *inBody = new QVBoxLayout(body_);
+    inBody->setContentsMargins(1, 0, 1, 8);
+    inBody->setSpacing(0);
+    inBody->addWidget(state_);
+    inBody->addWidget(entries_);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    head_ = makeHead();
+    layout->addWidget(head_);
+    layout->addWidget(body_);
+
+    connect(&ticked_, &TickedEntries::changed, this, &TargetCard::showTicks);
+    connect(all_, &TickBox::asked, this, [this](bool tick) { ticked_.setTicked(target_.entries, tick); });
+    connect(disclosure_, &QToolButton::toggled, this, [this](bool isOpen) {
+        body_->setVisible(isOpen);
+        drawIcons();
+    });
+    body_->hide();
+    drawIcons();
+    showEntries();
+}
+
+QWidget *TargetCard::makeHead() {
+    disclosure_->setObjectName(QStringLiteral("disclosure"));
+    disclosure_->setAccessibleName(tr("Show what is in %1").arg(text(target_.title)));
+    disclosure_->setCheckable(true);
+    disclosure_->setAutoRaise(true);
+    all_->setObjectName(QStringLiteral("tickAll"));
+    all_->setAccessibleName(tr("All of %1").arg(text(target_.title)));
+    total_->setObjectName(QStringLiteral("total"));
+
+    auto *title = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
+    title->setObjectName(QStringLiteral("targetTitle"));
+    title->setText(text(target_.title));
+    auto *detail = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this);
+    detail->setObjectName(QStringLiteral("targetDetail"));
+    detail->setText(text(target_.detail));
+    detail->setWordWrap(true);
+    auto *firstLine = new QHBoxLayout;
+    firstLine->setSpacing(8);
+    firstLine->addWidget(title);
+    firstLine->addWidget(new RiskBadge(target_.risk, this));
+    firstLine->addStretch(1);
+    auto *words = new QVBoxLayout;
+    words->setSpacing(3);
+    words->addLayout(firstLine);
+    words->addWidget(detail);
+
+    auto *head = new QWidget(this);
+    auto *layout = new QHBoxLayout(head);
+    layout->setContentsMargins(13, 12, 16, 12);
+    layout->setSpacing(8);
+    layout->addWidget(all_);
+    layout->addWidget(disclosure_);
+    layout->addLayout(words, 1);
+    layout->addWidget(total_);
+    return head;
+}
+
+void TargetCard::setTarget(const CleanupTarget &target) {
+    if (target == target_)
+        return;
+    target_ = target;
+    showEntries();
+}
+
+void TargetCard::setOpen(bool isOpen) {
+    disclosure_->setChecked(isOpen);
+}
+
+bool TargetCard::isOpen() const {
+    return disclosure_->isChecked();
+}
+
+void TargetCard::showEntries() {
+    entries_->setEntries(target_.entries);
+    entries_->setHidden(target_.entries.empty());
+    state_->setHidden(!target_.entries.empty());
+    if (target_.entries.empty())
+        state_->setText(whyEmpty(target_));
+    total_->setText(target_.scanned ? text(Fmt::byteFormatter(totalSize(target_.entries)))
+                                    : QStringLiteral("—"));
+    all_->setEnabled(!target_.entries.empty());
+    showTicks();
+}
+
+void TargetCard::showTicks() {
+    const auto ticked =
+        std::count_if(target_.entries.begin(), target_.entries.end(),
+                      [this](const CleanupEntry &entry) { return ticked_.contains(entry.url); });
+    if (ticked == 0)
+        all_->setState(Qt::Unchecked);
+    else
+        all_->setState(static_cast<std::size_t>(ticked) == target_.entries.size() ? Qt::Checked
+                                                                                  : Qt::PartiallyChecked);
+}
+
+void TargetCard::changeEvent(QEvent *event) {
+    Card::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        drawIcons();
+}
+
+/// A click anywhere on the head opens and closes the card.
+void TargetCard::mouseReleaseEvent(QMouseEvent *event) {
+    Card::mouseReleaseEvent(event);
+    if (event->button() == Qt::LeftButton && head_->geometry().contains(event->pos()))
+        disclosure_->toggle();
+}
+
+void TargetCard::drawIcons() {
+    const QString name = isOpen() ? QStringLiteral("chevron-down") : QStringLiteral("chevron-right");
+    disclosure_->setIcon(Icons::icon(name, Theme::current().secondaryText, iconSize));
+}
+
+} // namespace brimvale

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Catalogs/CleanupTarget.h"
+#include "Views/Components/Card.h"
+
+class QToolButton;
+
+namespace brimvale {
+
+class EntryList;
+class TextLabel;
+class TickBox;
+class TickedEntries;
+
+/// One cleanup target: its head always, and its entries once it is opened.
+class TargetCard : public Card {
+    Q_OBJECT
+
+public:
+    TargetCard(const CleanupTarget &target, TickedEntries &ticked, QWidget *parent = nullptr);
+
+    /// Shows the same target with other entries.
+    void setTarget(const CleanupTarget &target);
+    [[nodiscard]] const CleanupTarget &target() const { return target_; }
+
+    void setOpen(bool isOpen);
+    [[nodiscard]] bool isOpen() const;
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    QWidget *makeHead();
+    void showEntries();
+    void showTicks();
+    void drawIcons();
+
+    CleanupTarget target_;
+    TickedEntries &ticked_;
+    QToolButton *disclosure_;
+    TickBox *all_;
+    TextLabel *total_;
+    QWidget *head_ = nullptr;
+    QWidget *body_;
+    EntryList *entries_;
+    TextLabel *state_; ///< why there are no entries
+};
+
+} // namespace brimvale
