@@ -1,0 +1,143 @@
+#include "Views/Category/BackupBar.h"
+
+#include "Core/Formatting.h"
+#include "Views/Components/ElidedLabel.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Components/ProgressNote.h"
+#include "Views/Components/RemovalModePicker.h"
+
+#include <QFile>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace brimvale {
+
+namespace {
+
+QString text(const std::string &utf8) {
+    return QString::fromStdString(utf8);
+}
+
+QPushButton *makeButton(const char *objectName, const QString &title, QWidget *parent) {
+    auto *button = new QPushButton(title, parent);
+    button->setObjectName(QLatin1String(objectName));
+    button->setAutoDefault(false);
+    return button;
+}
+
+} // namespace
+
+BackupBar::BackupBar(CorvelModel &model, QWidget *parent)
+    : QWidget(parent), model_(model),
+      folder_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
+      status_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      selection_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      picker_(new RemovalModePicker(this)), backUp_(makeButton("backUp", {}, this)),
+      progress_(new ProgressNote({}, this)), cancel_(makeButton("cancelBackup", tr("Cancel"), this)) {
+    setObjectName(QStringLiteral("backupBar"));
+    status_->setObjectName(QStringLiteral("archiveStatus"));
+    status_->setWordWrap(true);
+    progress_->setObjectName(QStringLiteral("archiveProgress"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(24, 10, 24, 12);
+    layout->setSpacing(8);
+    layout->addWidget(status_);
+    layout->addWidget(makeFolderRow());
+    layout->addWidget(makeActionRow());
+    connect(&model_, &CorvelModel::archiveChanged, this, &BackupBar::showState);
+    connect(&model_, &CorvelModel::removalChanged, this, &BackupBar::showState);
+    connect(backUp_, &QPushButton::clicked, this, [this] { emit backupAsked(picker_->mode()); });
+    connect(cancel_, &QPushButton::clicked, &model_, &CorvelModel::cancelArchive);
+    showState();
+}
+
+QWidget *BackupBar::makeFolderRow() {
+    auto *title = new TextLabel(Type::Size::body, TextLabel::Tone::tertiary, this);
+    title->setText(tr("Backup folder"));
+    folder_->setObjectName(QStringLiteral("backupRoot"));
+    QPushButton *change = makeButton("changeFolder", tr("Change…"), this);
+    connect(change, &QPushButton::clicked, this, &BackupBar::chooseFolder);
+    auto *row = new QWidget(this);
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(12);
+    layout->addWidget(title);
+    layout->addWidget(folder_, 1);
+    layout->addWidget(change);
+    return row;
+}
+
+QWidget *BackupBar::makeActionRow() {
+    selection_->setObjectName(QStringLiteral("selection"));
+    auto *row = new QWidget(this);
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(12);
+    layout->addWidget(selection_, 1);
+    layout->addWidget(progress_, 1);
+    layout->addWidget(picker_);
+    layout->addWidget(backUp_);
+    layout->addWidget(cancel_);
+    return row;
+}
+
+void BackupBar::chooseFolder() {
+    auto *dialog = new QFileDialog(this, tr("Choose a folder for backups"),
+                                   QFile::decodeName(QByteArray::fromStdString(model_.backupRoot->path())));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &chosen) {
+        model_.chooseBackupRoot(FileURL(QFile::encodeName(chosen).toStdString()));
+    });
+    dialog->open();
+}
+
+void BackupBar::setSelection(std::int64_t count, std::int64_t bytes) {
+    count_ = count;
+    bytes_ = bytes;
+    showState();
+}
+
+void BackupBar::showState() {
+    const bool isArchiving = *model_.isArchiving;
+    folder_->setText(displayedText(model_.backupRoot->path()));
+    const QString count = text(Fmt::count(count_)), bytes = text(Fmt::byteFormatter(bytes_));
+    if (count_ == 0)
+        selection_->setText(tr("Nothing selected"));
+    else
+        selection_->setText(count_ == 1 ? tr("1 item selected, %1").arg(bytes)
+                                        : tr("%1 items selected, %2").arg(count, bytes));
+    if (count_ == 0)
+        backUp_->setText(tr("Back Up and Review…"));
+    else
+        backUp_->setText(count_ == 1 ? tr("Back Up 1 Item, %1, and Review…").arg(bytes)
+                                     : tr("Back Up %1 Items, %2, and Review…").arg(count, bytes));
+    backUp_->setEnabled(count_ > 0 && !model_.isRemoving());
+
+    const QString status = text(archiveNote());
+    status_->setText(isArchiving ? QString() : status);
+    status_->setHidden(isArchiving || status.isEmpty());
+    progress_->setWork(text(model_.archiveStatus->value_or("")));
+    progress_->setProgress(*model_.archiveProgress);
+    progress_->setVisible(isArchiving);
+    cancel_->setVisible(isArchiving);
+    selection_->setHidden(isArchiving);
+    picker_->setHidden(isArchiving);
+    backUp_->setHidden(isArchiving);
+}
+
+std::string BackupBar::archiveNote() const {
+    return model_.archiveError->value_or(model_.archiveStatus->value_or(""));
+}
+
+void BackupBar::paintEvent(QPaintEvent * /*event*/) {
+    QPainter painter(this);
+    painter.fillRect(rect(), Theme::current().card);
+    painter.fillRect(QRect(0, 0, width(), 1), Theme::current().border);
+}
+
+} // namespace brimvale

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Core/CorvelModel.h"
+
+#include <QWidget>
+#include <cstdint>
+#include <string>
+
+class QPushButton;
+
+namespace brimvale {
+
+class ElidedLabel;
+class ProgressNote;
+class RemovalModePicker;
+class TextLabel;
+
+/// The bar of a category whose items are backed up before they are removed: where the backup goes, how the
+/// originals are removed afterwards, and how far a backup is.
+class BackupBar : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The model must outlive the bar.
+    explicit BackupBar(CorvelModel &model, QWidget *parent = nullptr);
+
+    /// How many items are ticked, and their bytes together. With none the button is dead.
+    void setSelection(std::int64_t count, std::int64_t bytes);
+
+signals:
+    void backupAsked(RemovalMode mode);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QWidget *makeFolderRow();
+    QWidget *makeActionRow();
+    void chooseFolder();
+    void showState();
+    /// What became of the last backup.
+    [[nodiscard]] std::string archiveNote() const;
+
+    CorvelModel &model_;
+    std::int64_t count_ = 0;
+    std::int64_t bytes_ = 0;
+    ElidedLabel *folder_;
+    TextLabel *status_;
+    TextLabel *selection_;
+    RemovalModePicker *picker_;
+    QPushButton *backUp_;
+    ProgressNote *progress_;
+    QPushButton *cancel_;
+};
+
+} // namespace brimvale

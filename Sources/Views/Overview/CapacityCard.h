@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Catalogs/StorageCategory.h"
+#include "Core/VolumeInfo.h"
+#include "Views/Components/Card.h"
+
+#include <optional>
+#include <vector>
+
+namespace brimvale {
+
+class ElidedLabel;
+class Legend;
+class SegmentedBar;
+class TextLabel;
+
+/// How full the root volume is, and with what.
+class CapacityCard : public Card {
+    Q_OBJECT
+
+public:
+    explicit CapacityCard(QWidget *parent = nullptr);
+
+    /// The categories that are measured become segments, the remainder last.
+    void show(const std::optional<VolumeInfo> &volume, const std::vector<MeasuredCategory> &categories);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    ElidedLabel *name_;
+    TextLabel *used_;
+    TextLabel *free_;
+    SegmentedBar *bar_;
+    Legend *legend_;
+    TextLabel *purgeable_;
+};
+
+} // namespace brimvale

@@ -1,0 +1,116 @@
+#include "Views/Overview/CategoryRow.h"
+
+#include "Core/Formatting.h"
+#include "Views/Components/CategoryStyle.h"
+#include "Views/Components/IconTile.h"
+#include "Views/Components/Icons.h"
+#include "Views/Components/Theme.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int rowHeight = 54;
+constexpr int margin = 20;
+constexpr int tileSize = 32;
+constexpr int gap = 12;
+constexpr int barWidth = 120;
+constexpr int barHeight = 6;
+constexpr int sizeWidth = 84;
+constexpr int chevronSize = 16;
+
+QRect takeRight(QRect &row, int width) {
+    const QRect taken(row.right() - width + 1, row.top(), width, row.height());
+    row.setRight(taken.left() - gap);
+    return taken;
+}
+
+void paintShare(QPainter &painter, const QRect &place, double share, const QColor &color) {
+    QRectF bar(place.left(), place.center().y() - barHeight / 2.0 + 1, place.width(), barHeight);
+    QPainterPath outline;
+    outline.addRoundedRect(bar, barHeight / 2.0, barHeight / 2.0);
+    painter.fillPath(outline, Theme::current().track);
+    QPainterPath filled;
+    filled.addRect(bar.adjusted(0, 0, bar.width() * (share - 1), 0));
+    painter.fillPath(outline.intersected(filled), color);
+}
+
+} // namespace
+
+CategoryRow::CategoryRow(QWidget *parent) : QAbstractButton(parent) {
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_Hover);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void CategoryRow::setCategory(const MeasuredCategory &category, double share, bool isLast) {
+    category_ = category;
+    share_ = std::clamp(share, 0.0, 1.0);
+    isLast_ = isLast;
+    const QString title = QString::fromStdString(category.category.title);
+    setObjectName(QStringLiteral("category:") + QString::fromStdString(category.category.id));
+    setText(title);
+    setAccessibleName(category.measured ? title + QStringLiteral(", ") + sizeText() : title);
+    setAccessibleDescription(QString::fromStdString(category.category.detail));
+    update();
+}
+
+QString CategoryRow::sizeText() const {
+    return category_.measured ? QString::fromStdString(Fmt::byteFormatter(category_.size))
+                              : QStringLiteral("—");
+}
+
+QSize CategoryRow::sizeHint() const {
+    return {400, rowHeight};
+}
+
+void CategoryRow::paintEvent(QPaintEvent * /*event*/) {
+    const Theme &theme = Theme::current();
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (underMouse() || hasFocus()) {
+        painter.setBrush(underMouse() ? theme.hover : QColor(Qt::transparent));
+        painter.setPen(hasFocus() ? QPen(theme.accent, 1.5) : QPen(Qt::NoPen));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(6, 2, -6, -2), 8, 8);
+    }
+    QRect row = rect().adjusted(margin, 0, -margin, 0);
+    const QColor color = categoryColor(category_.category);
+    paintIconTile(painter, QRectF(row.left(), (rowHeight - tileSize) / 2.0, tileSize, tileSize),
+                  categoryIcon(category_.category), color);
+    row.setLeft(row.left() + tileSize + gap);
+    if (!isLast_)
+        painter.fillRect(QRect(row.left(), height() - 1, width() - row.left(), 1), theme.separator);
+
+    const QRect chevron = takeRight(row, chevronSize);
+    painter.drawPixmap(
+        chevron.left(), chevron.center().y() - chevronSize / 2 + 1,
+        Icons::pixmap(QStringLiteral("chevron-right"), theme.tertiaryText, chevronSize, devicePixelRatioF()));
+    painter.setFont(Type::font(Type::Size::body, QFont::Medium));
+    painter.setPen(category_.measured ? theme.text : theme.tertiaryText);
+    painter.drawText(takeRight(row, sizeWidth), Qt::AlignRight | Qt::AlignVCenter, sizeText());
+    paintShare(painter, takeRight(row, barWidth), share_, color);
+
+    painter.setPen(theme.text);
+    const QFontMetrics titleMetrics = painter.fontMetrics();
+    painter.drawText(row.adjusted(0, 9, 0, 0), Qt::AlignLeft | Qt::AlignTop,
+                     titleMetrics.elidedText(text(), Qt::ElideRight, row.width()));
+    painter.setFont(Type::font(Type::Size::caption));
+    painter.setPen(theme.secondaryText);
+    painter.drawText(row.adjusted(0, 28, 0, 0), Qt::AlignLeft | Qt::AlignTop,
+                     painter.fontMetrics().elidedText(QString::fromStdString(category_.category.detail),
+                                                      Qt::ElideRight, row.width()));
+}
+
+void CategoryRow::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
+}
+
+} // namespace brimvale

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Catalogs/StorageCategory.h"
+
+#include <QAbstractButton>
+
+namespace brimvale {
+
+/// One storage category in a list: what it is, its share and its size. Pressing it opens the category.
+class CategoryRow : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    explicit CategoryRow(QWidget *parent = nullptr);
+
+    /// `share` of the used space, from 0 to 1. `isLast` leaves out the line beneath.
+    void setCategory(const MeasuredCategory &category, double share, bool isLast);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    [[nodiscard]] QString sizeText() const;
+
+    MeasuredCategory category_;
+    double share_ = 0;
+    bool isLast_ = false;
+};
+
+} // namespace brimvale

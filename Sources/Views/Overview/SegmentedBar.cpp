@@ -1,0 +1,93 @@
+#include "Views/Overview/SegmentedBar.h"
+
+#include "Base/Bytes.h"
+#include "Core/Formatting.h"
+#include "Views/Components/Theme.h"
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QToolTip>
+#include <algorithm>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int barHeight = 24;
+constexpr qreal cornerRadius = 6;
+constexpr qreal gap = 2;
+
+QString named(const BarSegment &segment) {
+    return segment.name + QStringLiteral(", ") + QString::fromStdString(Fmt::byteFormatter(segment.bytes));
+}
+
+} // namespace
+
+SegmentedBar::SegmentedBar(QWidget *parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("segmentedBar"));
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setAccessibleName(tr("What the used space consists of"));
+}
+
+void SegmentedBar::setSegments(std::vector<BarSegment> segments, std::int64_t whole) {
+    std::erase_if(segments, [](const BarSegment &segment) { return segment.bytes < 1; });
+    if (segments == segments_ && whole == whole_)
+        return;
+    segments_ = std::move(segments);
+    whole_ = whole;
+    QStringList names;
+    for (const BarSegment &segment : segments_)
+        names.append(named(segment));
+    setAccessibleDescription(names.join(QStringLiteral("; ")));
+    update();
+}
+
+QRectF SegmentedBar::rectOf(std::size_t segment) const {
+    std::int64_t before = 0;
+    std::int64_t all = 0;
+    for (std::size_t i = 0; i < segments_.size(); ++i) {
+        if (i < segment)
+            before = checkedAdd(before, segments_[i].bytes);
+        all = checkedAdd(all, segments_[i].bytes);
+    }
+    const double whole = static_cast<double>(std::max({whole_, all, std::int64_t{1}}));
+    const double perByte = width() / whole;
+    return {static_cast<double>(before) * perByte, 0, static_cast<double>(segments_[segment].bytes) * perByte,
+            static_cast<double>(height())};
+}
+
+QSize SegmentedBar::sizeHint() const {
+    return {200, barHeight};
+}
+
+void SegmentedBar::paintEvent(QPaintEvent * /*event*/) {
+    const Theme &theme = Theme::current();
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath outline;
+    outline.addRoundedRect(rect(), cornerRadius, cornerRadius);
+    painter.setClipPath(outline);
+    painter.fillRect(rect(), theme.track);
+    for (std::size_t i = 0; i < segments_.size(); ++i) {
+        const QRectF place = rectOf(i);
+        painter.fillRect(place, segments_[i].color);
+        painter.fillRect(QRectF(place.right() - gap, 0, gap, height()), theme.card);
+    }
+}
+
+bool SegmentedBar::event(QEvent *event) {
+    if (event->type() != QEvent::ToolTip)
+        return QWidget::event(event);
+    const auto *help = static_cast<QHelpEvent *>(event);
+    for (std::size_t i = 0; i < segments_.size(); ++i)
+        if (rectOf(i).contains(help->pos())) {
+            QToolTip::showText(help->globalPos(), named(segments_[i]), this, rectOf(i).toRect());
+            return true;
+        }
+    QToolTip::hideText();
+    return true;
+}
+
+} // namespace brimvale

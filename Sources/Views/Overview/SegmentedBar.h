@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QColor>
+#include <QString>
+#include <QWidget>
+#include <cstdint>
+#include <vector>
+
+namespace brimvale {
+
+/// One part of a segmented bar.
+struct BarSegment {
+    QString name;
+    std::int64_t bytes = 0;
+    QColor color;
+
+    friend bool operator==(const BarSegment &, const BarSegment &) = default;
+};
+
+/// A thick rounded bar of coloured segments, each as wide as its part of the whole; what is left over is
+/// empty. Pointing at a segment names it.
+class SegmentedBar : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit SegmentedBar(QWidget *parent = nullptr);
+
+    /// Segments of no bytes are left out. Where they add up to more than `whole`, they share the bar.
+    void setSegments(std::vector<BarSegment> segments, std::int64_t whole);
+    [[nodiscard]] const std::vector<BarSegment> &segments() const { return segments_; }
+    /// Where a segment is drawn.
+    [[nodiscard]] QRectF rectOf(std::size_t segment) const;
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    bool event(QEvent *event) override;
+
+private:
+    std::vector<BarSegment> segments_;
+    std::int64_t whole_ = 0;
+};
+
+} // namespace brimvale

@@ -1,0 +1,85 @@
+#include "Views/Overview/SnapshotsCard.h"
+
+#include "Core/Formatting.h"
+#include "Views/Components/DestructiveButton.h"
+#include "Views/Components/ElidedLabel.h"
+#include "Views/Components/TextLabel.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int margin = 20;
+
+QString text(const std::string &utf8) {
+    return QString::fromStdString(utf8);
+}
+
+} // namespace
+
+SnapshotsCard::SnapshotsCard(QWidget *parent)
+    : Card(parent), note_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      rows_(new QVBoxLayout) {
+    setObjectName(QStringLiteral("snapshotsCard"));
+    auto *title = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
+    title->setText(text(std::string(snapshotTitle)));
+    note_->setObjectName(QStringLiteral("snapshotsNote"));
+    note_->setWordWrap(true);
+    auto *remark = new TextLabel(Type::Size::caption, TextLabel::Tone::tertiary, this);
+    remark->setObjectName(QStringLiteral("snapshotsRemark"));
+    remark->setText(
+        tr("macOS does not report a size per snapshot. Their combined weight shows up as purgeable "
+           "space above."));
+    remark->setWordWrap(true);
+    rows_->setSpacing(6);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, 16, margin, 16);
+    layout->setSpacing(8);
+    layout->addWidget(title);
+    layout->addWidget(note_);
+    layout->addLayout(rows_);
+    layout->addWidget(remark);
+    hide();
+}
+
+void SnapshotsCard::setSnapshots(const std::vector<LocalSnapshot> &snapshots, bool isBusy) {
+    setHidden(snapshots.empty());
+    if (snapshots == shown_ && isBusy == isBusy_)
+        return;
+    shown_ = snapshots;
+    isBusy_ = isBusy;
+    note_->setText(text(snapshotNote(snapshots.size()).value_or("")));
+    while (QLayoutItem *row = rows_->takeAt(0)) {
+        row->widget()->deleteLater();
+        delete row;
+    }
+    for (const LocalSnapshot &snapshot : snapshots)
+        rows_->addWidget(makeRow(snapshot, isBusy));
+}
+
+QWidget *SnapshotsCard::makeRow(const LocalSnapshot &snapshot, bool isBusy) {
+    auto *row = new QWidget(this);
+    auto *name = new ElidedLabel(Type::Size::body, TextLabel::Tone::primary, Qt::ElideMiddle, row);
+    name->setObjectName(QStringLiteral("snapshotName"));
+    name->setText(text(snapshot.name));
+    auto *date = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, row);
+    date->setText(snapshot.date ? text(Fmt::relativeDate(snapshot.date)) : QString());
+    auto *remove = new DestructiveButton(row);
+    remove->setObjectName(QStringLiteral("deleteSnapshot"));
+    remove->setText(tr("Delete…"));
+    remove->setAccessibleName(tr("Delete %1").arg(text(snapshot.name)));
+    remove->setEnabled(!isBusy);
+    connect(remove, &QPushButton::clicked, this, [this, snapshot] { emit deletionAsked(snapshot); });
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(12);
+    layout->addWidget(name, 1);
+    layout->addWidget(date);
+    layout->addWidget(remove);
+    return row;
+}
+
+} // namespace brimvale

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Core/VolumeInfo.h"
+#include "Views/Components/Card.h"
+
+#include <vector>
+
+class QVBoxLayout;
+
+namespace brimvale {
+
+class TextLabel;
+
+/// The local snapshots of the root volume, newest first, each with a button that deletes it.
+class SnapshotsCard : public Card {
+    Q_OBJECT
+
+public:
+    explicit SnapshotsCard(QWidget *parent = nullptr);
+
+    /// None hides the card. While one is deleted (`isBusy`), no other can be.
+    void setSnapshots(const std::vector<LocalSnapshot> &snapshots, bool isBusy);
+
+signals:
+    void deletionAsked(const LocalSnapshot &snapshot);
+
+private:
+    QWidget *makeRow(const LocalSnapshot &snapshot, bool isBusy);
+
+    TextLabel *note_;
+    QVBoxLayout *rows_;
+    std::vector<LocalSnapshot> shown_;
+    bool isBusy_ = false;
+};
+
+} // namespace brimvale

@@ -1,0 +1,72 @@
+#include "Views/Overview/VolumesCard.h"
+
+#include "Core/Formatting.h"
+#include "Views/Components/CapacityBar.h"
+#include "Views/Components/ElidedLabel.h"
+#include "Views/Components/IconLabel.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Components/TextLabel.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int margin = 20;
+constexpr int barWidth = 120;
+constexpr int freeWidth = 190;
+
+QString sizeText(std::int64_t bytes) {
+    return QString::fromStdString(Fmt::byteFormatter(bytes));
+}
+
+} // namespace
+
+VolumesCard::VolumesCard(QWidget *parent) : Card(parent) {
+    setObjectName(QStringLiteral("volumesCard"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, 12, margin, 12);
+    layout->setSpacing(10);
+}
+
+void VolumesCard::setVolumes(const std::vector<VolumeInfo> &volumes) {
+    if (volumes == shown_)
+        return;
+    shown_ = volumes;
+    while (QLayoutItem *row = layout()->takeAt(0)) {
+        row->widget()->deleteLater();
+        delete row;
+    }
+    for (const VolumeInfo &volume : volumes)
+        layout()->addWidget(makeRow(volume));
+}
+
+QWidget *VolumesCard::makeRow(const VolumeInfo &volume) {
+    auto *row = new QWidget(this);
+    row->setObjectName(QStringLiteral("volumeRow"));
+    row->setToolTip(displayedText(volume.url.path()));
+    auto *name = new ElidedLabel(Type::Size::body, TextLabel::Tone::primary, Qt::ElideMiddle, row);
+    name->setText(QString::fromStdString(volume.name));
+    auto *bar = new CapacityBar(row);
+    bar->setFixedWidth(barWidth);
+    bar->setAccessibleName(tr("Capacity of %1").arg(name->text()));
+    const double total = static_cast<double>(std::max<std::int64_t>(volume.totalCapacity, 1));
+    bar->setUsedShare(1 - static_cast<double>(volume.trueFree) / total);
+    auto *free = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, row);
+    free->setText(tr("%1 free of %2").arg(sizeText(volume.trueFree), sizeText(volume.totalCapacity)));
+    free->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    free->setMinimumWidth(freeWidth);
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 4, 0, 4);
+    layout->setSpacing(12);
+    layout->addWidget(new IconLabel(QStringLiteral("hard-drive"), IconLabel::Tone::accent, row));
+    layout->addWidget(name, 1);
+    layout->addWidget(bar);
+    layout->addWidget(free);
+    return row;
+}
+
+} // namespace brimvale

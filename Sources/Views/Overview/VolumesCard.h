@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Core/VolumeInfo.h"
+#include "Views/Components/Card.h"
+
+#include <vector>
+
+namespace brimvale {
+
+/// The volumes besides the root volume: how full each one is.
+class VolumesCard : public Card {
+    Q_OBJECT
+
+public:
+    explicit VolumesCard(QWidget *parent = nullptr);
+
+    void setVolumes(const std::vector<VolumeInfo> &volumes);
+
+private:
+    QWidget *makeRow(const VolumeInfo &volume);
+
+    std::vector<VolumeInfo> shown_;
+};
+
+} // namespace brimvale
