@@ -1,0 +1,161 @@
+#include "Views/Apps/AppDetail.h"
+
+#include "Core/Formatting.h"
+#include "Core/Uninstall.h"
+#include "Platform/FileBrowser.h"
+#include "Views/Apps/LeftoverGroup.h"
+#include "Views/Components/ElidedLabel.h"
+#include "Views/Components/IconLabel.h"
+#include "Views/Components/NodeName.h"
+#include "Views/ItemActions.h"
+
+#include <QCheckBox>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int iconSize = 40;
+
+QString text(const std::string &utf8) {
+    return QString::fromStdString(utf8);
+}
+
+} // namespace
+
+AppDetail::AppDetail(QWidget *parent)
+    : QWidget(parent), name_(new TextLabel(Type::Size::title, QFont::Bold, this)),
+      identity_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
+      path_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::tertiary, Qt::ElideMiddle, this)),
+      facts_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      bundle_(new QCheckBox(tr("Remove the app itself"), this)),
+      systemApp_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      state_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      exact_(new LeftoverGroup(MatchConfidence::exact, ticked_, this)),
+      likely_(new LeftoverGroup(MatchConfidence::likely, ticked_, this)) {
+    setObjectName(QStringLiteral("appDetail"));
+    state_->setObjectName(QStringLiteral("leftoverState"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(16);
+    layout->addWidget(makeHead());
+    layout->addWidget(makeBundleChoice());
+    layout->addWidget(state_);
+    layout->addWidget(exact_);
+    layout->addWidget(likely_);
+    layout->addStretch(1);
+    connect(&ticked_, &TickedEntries::changed, this, &AppDetail::selectionChanged);
+    connect(bundle_, &QCheckBox::toggled, this, &AppDetail::selectionChanged);
+}
+
+QWidget *AppDetail::makeHead() {
+    name_->setObjectName(QStringLiteral("appName"));
+    name_->setWordWrap(true);
+    identity_->setObjectName(QStringLiteral("appIdentity"));
+    facts_->setObjectName(QStringLiteral("appFacts"));
+    auto *words = new QVBoxLayout;
+    words->setSpacing(3);
+    words->addWidget(name_);
+    words->addWidget(identity_);
+    words->addWidget(facts_);
+    words->addWidget(path_);
+    auto *reveal = new QPushButton(QLatin1String(FileBrowser::revealTitle()), this);
+    reveal->setObjectName(QStringLiteral("reveal"));
+    reveal->setAutoDefault(false);
+    connect(reveal, &QPushButton::clicked, this, [this] {
+        if (row_)
+            ItemActions::reveal(row_->app.url);
+    });
+    auto *head = new QWidget(this);
+    auto *layout = new QHBoxLayout(head);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(14);
+    layout->addWidget(new IconLabel(QStringLiteral("app-window"), IconLabel::Tone::accent, this, iconSize), 0,
+                      Qt::AlignTop);
+    layout->addLayout(words, 1);
+    layout->addWidget(reveal, 0, Qt::AlignTop);
+    return head;
+}
+
+QWidget *AppDetail::makeBundleChoice() {
+    bundle_->setObjectName(QStringLiteral("includeBundle"));
+    systemApp_->setObjectName(QStringLiteral("systemApp"));
+    systemApp_->setText(tr("This is a system app. Brimvale will not remove it."));
+    auto *choice = new QWidget(this);
+    auto *layout = new QVBoxLayout(choice);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(bundle_);
+    layout->addWidget(systemApp_);
+    return choice;
+}
+
+void AppDetail::show(const AppRow &row, const std::vector<AppRow> &rows) {
+    const bool isAnother = !row_ || row_->app.url != row.app.url;
+    row_ = row;
+    if (isAnother)
+        clearTicks();
+    bundle_->setHidden(row.app.isSystemApp);
+    systemApp_->setVisible(row.app.isSystemApp);
+    showFacts();
+    showLeftovers(rows);
+}
+
+void AppDetail::clearTicks() {
+    ticked_.clear();
+    bundle_->setChecked(false);
+}
+
+void AppDetail::showFacts() {
+    const InstalledApp &app = row_->app;
+    name_->setText(text(app.name));
+    QStringList identity;
+    if (app.version)
+        identity.append(tr("Version %1").arg(text(*app.version)));
+    if (app.bundleID)
+        identity.append(text(*app.bundleID));
+    if (app.isMASApp)
+        identity.append(tr("from the App Store"));
+    identity_->setText(identity.join(QStringLiteral(" · ")));
+    identity_->setHidden(identity.isEmpty());
+    QStringList facts = {row_->analyzed ? text(Fmt::byteFormatter(row_->bundleSize))
+                                        : tr("Not analysed yet")};
+    if (app.lastUsed)
+        facts.append(tr("last used %1").arg(text(Fmt::relativeDate(app.lastUsed))));
+    facts_->setText(facts.join(QStringLiteral(" · ")));
+    path_->setText(displayedText(app.url.path()));
+}
+
+void AppDetail::showLeftovers(const std::vector<AppRow> &rows) {
+    std::vector<LeftoverListModel::Row> exact, likely;
+    std::vector<CleanupEntry> all;
+    for (const LeftoverItem &item : row_->leftovers) {
+        std::vector<LeftoverListModel::Row> &group =
+            item.confidence == MatchConfidence::exact ? exact : likely;
+        group.push_back({item, text(Uninstall::otherClaims(item, row_->app.url, rows))});
+        all.push_back({.url = item.url, .size = item.size});
+    }
+    ticked_.retain({&all});
+    exact_->setRows(exact);
+    likely_->setRows(likely);
+    state_->setHidden(!row_->leftovers.empty());
+    state_->setText(row_->analyzed ? tr("No files found outside the bundle.")
+                                   : tr("The files outside the bundle are still being looked for."));
+}
+
+std::vector<LeftoverItem> AppDetail::leftovers() const {
+    std::vector<LeftoverItem> ticked;
+    if (row_)
+        for (const LeftoverItem &item : row_->leftovers)
+            if (ticked_.contains(item.url))
+                ticked.push_back(item);
+    return ticked;
+}
+
+bool AppDetail::includesBundle() const {
+    return row_ && !row_->app.isSystemApp && bundle_->isChecked();
+}
+
+} // namespace brimvale

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "Core/InstalledApp.h"
+#include "Views/Entries/TickedEntries.h"
+
+#include <QWidget>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QCheckBox;
+class QVBoxLayout;
+
+namespace brimvale {
+
+class ElidedLabel;
+class LeftoverGroup;
+class TextLabel;
+
+/// One application and what it leaves outside its bundle, to be ticked.
+class AppDetail : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit AppDetail(QWidget *parent = nullptr);
+
+    /// Shows one of `rows`. Ticks are kept while the same application is shown.
+    void show(const AppRow &row, const std::vector<AppRow> &rows);
+
+    /// What is ticked, in the order of the page.
+    [[nodiscard]] std::vector<LeftoverItem> leftovers() const;
+    /// Whether the application itself is to be removed.
+    [[nodiscard]] bool includesBundle() const;
+    void clearTicks();
+
+signals:
+    void selectionChanged();
+
+private:
+    QWidget *makeHead();
+    QWidget *makeBundleChoice();
+    void showFacts();
+    void showLeftovers(const std::vector<AppRow> &rows);
+
+    std::optional<AppRow> row_;
+    TickedEntries ticked_;
+    TextLabel *name_;
+    ElidedLabel *identity_;
+    ElidedLabel *path_;
+    TextLabel *facts_;
+    QCheckBox *bundle_;
+    TextLabel *systemApp_;
+    TextLabel *state_;
+    LeftoverGroup *exact_;
+    LeftoverGroup *likely_;
+};
+
+} // namespace brimvale

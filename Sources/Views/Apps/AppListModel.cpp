@@ -1,0 +1,95 @@
+#include "Views/Apps/AppListModel.h"
+
+#include "Core/Formatting.h"
+#include "Views/Components/NodeName.h"
+
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+QString text(const std::string &utf8) {
+    return QString::fromStdString(utf8);
+}
+
+bool areSameApps(const std::vector<AppRow> &a, const std::vector<AppRow> &b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const AppRow &one, const AppRow &other) { return one.app == other.app; });
+}
+
+QString sizeText(const AppRow &row) {
+    return row.analyzed ? text(Fmt::byteFormatter(row.bundleSize)) : QString();
+}
+
+} // namespace
+
+void AppListModel::setApps(const std::vector<AppRow> &apps) {
+    if (areSameApps(apps, apps_)) {
+        apps_ = apps;
+        if (!shown_.empty())
+            emit dataChanged(index(0), index(rowCount() - 1));
+        return;
+    }
+    beginResetModel();
+    apps_ = apps;
+    filter();
+    endResetModel();
+}
+
+void AppListModel::setSearch(const QString &search) {
+    beginResetModel();
+    search_ = search.trimmed();
+    filter();
+    endResetModel();
+}
+
+bool AppListModel::matches(const AppRow &row) const {
+    return search_.isEmpty() || text(row.app.name).contains(search_, Qt::CaseInsensitive) ||
+           text(row.app.bundleID.value_or("")).contains(search_, Qt::CaseInsensitive);
+}
+
+void AppListModel::filter() {
+    shown_.clear();
+    for (std::size_t i = 0; i < apps_.size(); ++i)
+        if (matches(apps_[i]))
+            shown_.push_back(i);
+}
+
+QModelIndex AppListModel::indexOf(const FileURL &app) const {
+    for (std::size_t row = 0; row < shown_.size(); ++row)
+        if (apps_[shown_[row]].app.url == app)
+            return index(static_cast<int>(row));
+    return {};
+}
+
+const AppRow &AppListModel::rowAt(const QModelIndex &index) const {
+    return apps_[shown_[static_cast<std::size_t>(index.row())]];
+}
+
+int AppListModel::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(shown_.size());
+}
+
+QVariant AppListModel::data(const QModelIndex &index, int role) const {
+    if (!index.isValid())
+        return {};
+    const AppRow &row = rowAt(index);
+    switch (role) {
+    case Qt::DisplayRole:
+        return text(row.app.name);
+    case Qt::ToolTipRole:
+        return displayedText(row.app.url.path());
+    case Qt::AccessibleTextRole:
+        return row.analyzed ? text(row.app.name) + QStringLiteral(", ") + sizeText(row)
+                            : tr("%1, not analysed yet").arg(text(row.app.name));
+    case sizeRole:
+        return sizeText(row);
+    case analyzedRole:
+        return row.analyzed;
+    default:
+        return {};
+    }
+}
+
+} // namespace brimvale

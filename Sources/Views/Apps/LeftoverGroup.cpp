@@ -1,0 +1,86 @@
+#include "Views/Apps/LeftoverGroup.h"
+
+#include "Views/Components/TextLabel.h"
+#include "Views/Components/TickBox.h"
+#include "Views/Entries/RowList.h"
+#include "Views/Entries/TickedEntries.h"
+#include "Views/ItemActions.h"
+
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace brimvale {
+
+LeftoverGroup::LeftoverGroup(MatchConfidence confidence, TickedEntries &ticked, QWidget *parent)
+    : Card(parent), ticked_(ticked), model_(ticked), all_(new TickBox(this)),
+      list_(new RowList(model_, this)) {
+    setObjectName(confidence == MatchConfidence::exact ? QStringLiteral("exactLeftovers")
+                                                       : QStringLiteral("likelyLeftovers"));
+    list_->setObjectName(QStringLiteral("leftovers"));
+    list_->setAccessibleName(QString::fromUtf8(title(confidence)));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(1, 12, 1, 8);
+    layout->setSpacing(6);
+    layout->addWidget(makeHead(confidence));
+    layout->addWidget(list_);
+
+    connect(&ticked_, &TickedEntries::changed, this, &LeftoverGroup::showTicks);
+    connect(all_, &TickBox::asked, this, [this](bool tick) { ticked_.setTicked(entries(), tick); });
+    connect(list_, &QAbstractItemView::activated, this,
+            [this](const QModelIndex &row) { ItemActions::reveal(model_.itemAt(row).url); });
+    connect(list_, &RowList::menuRequested, this, [this](const QModelIndex &row, const QPoint &place) {
+        ItemActions::menuFor({model_.itemAt(row).url}, this)->popup(place);
+    });
+    hide();
+}
+
+QWidget *LeftoverGroup::makeHead(MatchConfidence confidence) {
+    const QString words = QString::fromUtf8(title(confidence));
+    all_->setObjectName(QStringLiteral("tickAll"));
+    all_->setAccessibleName(tr("All of: %1").arg(words));
+    auto *heading = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
+    heading->setObjectName(QStringLiteral("confidence"));
+    heading->setText(words);
+    auto *why = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this);
+    why->setText(QString::fromUtf8(explanation(confidence)));
+    why->setWordWrap(true);
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    texts->addWidget(heading);
+    texts->addWidget(why);
+    auto *head = new QWidget(this);
+    auto *layout = new QHBoxLayout(head);
+    layout->setContentsMargins(12, 0, 16, 0);
+    layout->setSpacing(8);
+    layout->addWidget(all_, 0, Qt::AlignTop);
+    layout->addLayout(texts, 1);
+    return head;
+}
+
+void LeftoverGroup::setRows(const std::vector<LeftoverListModel::Row> &rows) {
+    rows_ = rows;
+    model_.setRows(rows);
+    setHidden(rows.empty());
+    showTicks();
+}
+
+std::vector<CleanupEntry> LeftoverGroup::entries() const {
+    std::vector<CleanupEntry> entries;
+    for (const LeftoverListModel::Row &row : rows_)
+        entries.push_back({.url = row.item.url, .size = row.item.size});
+    return entries;
+}
+
+void LeftoverGroup::showTicks() {
+    const auto count = std::count_if(rows_.begin(), rows_.end(), [this](const LeftoverListModel::Row &row) {
+        return ticked_.contains(row.item.url);
+    });
+    if (count == 0)
+        all_->setState(Qt::Unchecked);
+    else
+        all_->setState(static_cast<std::size_t>(count) == rows_.size() ? Qt::Checked : Qt::PartiallyChecked);
+}
+
+} // namespace brimvale

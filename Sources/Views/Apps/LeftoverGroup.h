@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Catalogs/CleanupTarget.h"
+#include "Views/Apps/LeftoverListModel.h"
+#include "Views/Components/Card.h"
+
+namespace brimvale {
+
+class RowList;
+class TickBox;
+
+/// The leftovers that are tied to an application with the same confidence, under a heading that says so.
+class LeftoverGroup : public Card {
+    Q_OBJECT
+
+public:
+    LeftoverGroup(MatchConfidence confidence, TickedEntries &ticked, QWidget *parent = nullptr);
+
+    /// None hides the group.
+    void setRows(const std::vector<LeftoverListModel::Row> &rows);
+
+private:
+    QWidget *makeHead(MatchConfidence confidence);
+    void showTicks();
+    [[nodiscard]] std::vector<CleanupEntry> entries() const;
+
+    TickedEntries &ticked_;
+    std::vector<LeftoverListModel::Row> rows_;
+    LeftoverListModel model_;
+    TickBox *all_;
+    RowList *list_;
+};
+
+} // namespace brimvale

@@ -1,0 +1,99 @@
+#include "Views/Apps/LeftoverListModel.h"
+
+#include "Core/Formatting.h"
+#include "Platform/FileStatus.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Entries/EntryListModel.h"
+#include "Views/Entries/TickedEntries.h"
+
+namespace brimvale {
+
+namespace {
+
+QString text(const std::string &utf8) {
+    return QString::fromStdString(utf8);
+}
+
+QString noteOn(const LeftoverListModel::Row &row) {
+    QStringList notes;
+    if (row.item.requiresAdmin)
+        notes.append(LeftoverListModel::tr("Owned by the system. Removing it asks for your password."));
+    if (!row.otherClaims.isEmpty())
+        notes.append(row.otherClaims);
+    return notes.join(QStringLiteral("  "));
+}
+
+QString iconName(const LeftoverItem &item) {
+    const auto status = fileStatus(item.url.path());
+    return status && status->kind == FileKind::directory ? QStringLiteral("folder") : QStringLiteral("file");
+}
+
+} // namespace
+
+LeftoverListModel::LeftoverListModel(TickedEntries &ticked, QObject *parent)
+    : QAbstractListModel(parent), ticked_(ticked) {
+    connect(&ticked_, &TickedEntries::changed, this, [this] {
+        if (!rows_.empty())
+            emit dataChanged(index(0), index(rowCount() - 1), {Qt::CheckStateRole});
+    });
+}
+
+void LeftoverListModel::setRows(const std::vector<Row> &rows) {
+    if (rows == rows_)
+        return;
+    beginResetModel();
+    rows_ = rows;
+    endResetModel();
+}
+
+const LeftoverItem &LeftoverListModel::itemAt(const QModelIndex &index) const {
+    return rows_[static_cast<std::size_t>(index.row())].item;
+}
+
+int LeftoverListModel::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
+    if (!index.isValid())
+        return {};
+    const Row &row = rows_[static_cast<std::size_t>(index.row())];
+    const QString size = text(Fmt::byteFormatter(row.item.size));
+    switch (role) {
+    case Qt::DisplayRole:
+        return displayedText(row.item.url.lastPathComponent());
+    case Qt::ToolTipRole:
+        return displayedText(row.item.url.path());
+    case Qt::AccessibleTextRole:
+        return QStringList{data(index).toString(), text(row.item.category), size, noteOn(row)}.join(
+            QStringLiteral(", "));
+    case Qt::CheckStateRole:
+        return ticked_.contains(row.item.url) ? Qt::Checked : Qt::Unchecked;
+    case EntryListModel::sizeRole:
+        return size;
+    case EntryListModel::dateRole:
+        return text(row.item.category);
+    case EntryListModel::folderRole:
+        return displayedText(row.item.url.deletingLastPathComponent().path());
+    case EntryListModel::noteRole:
+        return noteOn(row);
+    case EntryListModel::iconRole:
+        return row.item.requiresAdmin ? QStringLiteral("shield-alert") : iconName(row.item);
+    default:
+        return {};
+    }
+}
+
+bool LeftoverListModel::setData(const QModelIndex &index, const QVariant &value, int role) {
+    if (!index.isValid() || role != Qt::CheckStateRole)
+        return false;
+    const LeftoverItem &item = itemAt(index);
+    ticked_.setTicked({{.url = item.url, .size = item.size}}, value.value<Qt::CheckState>() == Qt::Checked);
+    return true;
+}
+
+Qt::ItemFlags LeftoverListModel::flags(const QModelIndex &index) const {
+    return QAbstractListModel::flags(index) | Qt::ItemIsUserCheckable | Qt::ItemNeverHasChildren;
+}
+
+} // namespace brimvale

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Core/InstalledApp.h"
+
+#include <QAbstractListModel>
+#include <QString>
+#include <vector>
+
+namespace brimvale {
+
+class TickedEntries;
+
+/// The rows of one application's leftovers of one confidence, with the roles of `EntryListModel`.
+class LeftoverListModel : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    struct Row {
+        LeftoverItem item;
+        QString otherClaims; ///< who else it may belong to; empty for nobody
+        friend bool operator==(const Row &, const Row &) = default;
+    };
+
+    explicit LeftoverListModel(TickedEntries &ticked, QObject *parent = nullptr);
+
+    void setRows(const std::vector<Row> &rows);
+    [[nodiscard]] const LeftoverItem &itemAt(const QModelIndex &index) const;
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+private:
+    TickedEntries &ticked_;
+    std::vector<Row> rows_;
+};
+
+} // namespace brimvale
