@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Core/Updater.h"
+
+#include <QDialog>
+
+class QPlainTextEdit;
+class QPushButton;
+
+namespace brimvale {
+
+class ProgressLine;
+class TextLabel;
+
+/// The update window: what the updater is doing or has found, and the button that takes the next step.
+/// Closing it stops nothing. Deletes itself when it is closed.
+class UpdateView : public QDialog {
+    Q_OBJECT
+
+public:
+    /// The updater must outlive the window.
+    UpdateView(Updater &updater, QWidget *parent);
+
+private:
+    /// What the window shows of one state.
+    struct Content {
+        QString title;
+        QString text;
+        QString notes;  ///< empty for none
+        QString action; ///< the button's title; empty for no button
+    };
+
+    [[nodiscard]] Content content() const;
+    void showState();
+    void act();
+
+    Updater &updater_;
+    TextLabel *title_;
+    TextLabel *text_;
+    QPlainTextEdit *notes_;
+    ProgressLine *progress_;
+    TextLabel *lastChecked_;
+    QPushButton *action_;
+};
+
+} // namespace brimvale
