@@ -5,6 +5,7 @@
 #include "Views/Components/WindowStyle.h"
 
 #include <QIcon>
+#include <QTimer>
 
 // In a static library a resource must be asked for, outside of any namespace.
 static void openResources() {
@@ -23,11 +24,14 @@ Application::Application(int &argumentCount, char **arguments) {
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/brimvale.svg")));
     QApplication::setFont(applicationFont());
     model_.emplace();
-    window_.emplace(*model_);
+    updater_.emplace();
+    window_.emplace(*model_, *updater_);
 }
 
 void Application::open(const std::optional<FileURL> &folder) {
     window_->show();
+    // Once the window has been drawn: nothing but it belongs into the start.
+    QTimer::singleShot(0, &*updater_, [this] { updater_->check(true); });
     if (!folder)
         return;
     window_->goTo({Section::Kind::browse});

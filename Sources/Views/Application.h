@@ -2,6 +2,7 @@
 
 #include "Base/FileURL.h"
 #include "Core/CorvelModel.h"
+#include "Core/Updater.h"
 #include "Views/ContentView.h"
 
 #include <QApplication>
@@ -29,6 +30,7 @@ private:
     // Made one after the other in the constructor; the last goes first.
     std::optional<QApplication> toolkit_;
     std::optional<CorvelModel> model_;
+    std::optional<Updater> updater_;
     std::optional<ContentView> window_;
 };
 

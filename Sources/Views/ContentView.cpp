@@ -1,10 +1,21 @@
 #include "Views/ContentView.h"
 
 #include "Core/CorvelModel.h"
+#include "Core/Formatting.h"
+#include "Core/Updater.h"
 #include "Views/AboutSheet.h"
+#include "Views/AppsView.h"
+#include "Views/BackupReviewView.h"
 #include "Views/BrowseView.h"
+#include "Views/CategoryDetailView.h"
+#include "Views/CleanupView.h"
+#include "Views/Components/CategoryStyle.h"
+#include "Views/Components/RemovalBar.h"
 #include "Views/Components/SidebarFooter.h"
 #include "Views/Components/Theme.h"
+#include "Views/OverviewView.h"
+#include "Views/ResultAlert.h"
+#include "Views/UpdateView.h"
 
 #include <QAction>
 #include <QCoreApplication>
@@ -14,6 +25,7 @@
 #include <QMenuBar>
 #include <QStackedWidget>
 #include <QToolTip>
+#include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
 
@@ -33,6 +45,7 @@ QKeySequence shortcutOf(const Section &section) {
         return Qt::CTRL | Qt::Key_2;
     case Section::Kind::cleanup:
         return Qt::CTRL | Qt::Key_3;
+    case Section::Kind::apps:
     case Section::Kind::category:
         break;
     }
@@ -41,8 +54,9 @@ QKeySequence shortcutOf(const Section &section) {
 
 } // namespace
 
-ContentView::ContentView(CorvelModel &model, QWidget *parent)
-    : QMainWindow(parent), model_(model), sidebar_(new Sidebar(this)), stack_(new QStackedWidget(this)) {
+ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
+    : QMainWindow(parent), model_(model), updater_(updater), sidebar_(new Sidebar(this)),
+      stack_(new QStackedWidget(this)) {
     setObjectName(QStringLiteral("contentView"));
     setWindowTitle(QCoreApplication::applicationName());
     applyTheme();
@@ -54,7 +68,11 @@ ContentView::ContentView(CorvelModel &model, QWidget *parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(sidebar_);
-    layout->addWidget(stack_, 1);
+    auto *page = new QVBoxLayout;
+    page->setSpacing(0);
+    page->addWidget(stack_, 1);
+    page->addWidget(new RemovalBar(model_, this));
+    layout->addLayout(page, 1);
     setCentralWidget(content);
 
     buildMenus();
@@ -65,8 +83,32 @@ ContentView::ContentView(CorvelModel &model, QWidget *parent)
 }
 
 void ContentView::addPages() {
+    addPage({Section::Kind::overview}, {tr("Overview"), QStringLiteral("chart-pie")}, [this] {
+        auto *page = new OverviewView(model_, this);
+        connect(page, &OverviewView::categoryOpened, this, [this](const std::string &id) {
+            goTo({Section::Kind::category, id});
+        });
+        return page;
+    });
     addPage({Section::Kind::browse}, {tr("Browse"), QStringLiteral("folder-tree")},
             [this] { return new BrowseView(model_, this); });
+    addPage({Section::Kind::cleanup}, {tr("Cleanup"), QStringLiteral("sparkles")},
+            [this] { return new CleanupView(model_, this); });
+    addPage({Section::Kind::apps}, {tr("Apps"), QStringLiteral("layout-grid")},
+            [this] { return new AppsView(model_, this); });
+    sidebar_->addHeading(tr("Storage"));
+    for (const MeasuredCategory &one : *model_.categories)
+        addCategoryPage(one.category);
+}
+
+void ContentView::addCategoryPage(const StorageCategory &category) {
+    addPage({Section::Kind::category, category.id},
+            {QString::fromStdString(category.title), categoryIcon(category), categoryColor(category)},
+            [this, id = category.id] {
+                auto *page = new CategoryDetailView(model_, id, this);
+                connect(page, &CategoryDetailView::appsAsked, this, [this] { goTo({Section::Kind::apps}); });
+                return page;
+            });
 }
 
 void ContentView::addPage(Section section, const Sidebar::Row &row, std::function<QWidget *()> make) {
@@ -85,8 +127,7 @@ QMenu *ContentView::addMenu(const QString &title) {
 
 void ContentView::buildMenus() {
     QMenu *file = addMenu(tr("&File"));
-    QAction *rescan =
-        file->addAction(tr("&Rescan"), Qt::CTRL | Qt::Key_R, this, &ContentView::rescan);
+    QAction *rescan = file->addAction(tr("&Rescan"), Qt::CTRL | Qt::Key_R, this, &ContentView::rescan);
     rescan->setObjectName(QStringLiteral("rescan"));
     file->addSeparator();
     QAction *quit = file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
@@ -95,7 +136,11 @@ void ContentView::buildMenus() {
 
     goMenu_ = addMenu(tr("&Go"));
 
-    QAction *about = addMenu(tr("&Help"))->addAction(tr("&About %1").arg(windowTitle()));
+    QMenu *help = addMenu(tr("&Help"));
+    QAction *update = help->addAction(tr("Check for &Updates…"), this, &ContentView::checkForUpdates);
+    update->setObjectName(QStringLiteral("checkForUpdates"));
+    update->setMenuRole(QAction::ApplicationSpecificRole);
+    QAction *about = help->addAction(tr("&About %1").arg(windowTitle()));
     about->setObjectName(QStringLiteral("about"));
     about->setMenuRole(QAction::AboutRole);
     connect(about, &QAction::triggered, this, &ContentView::showAbout);
@@ -109,9 +154,54 @@ void ContentView::followModel() {
     connect(&model_, &CorvelModel::volumesChanged, this, showVolume);
     connect(&model_, &CorvelModel::totalFreedThisSessionChanged, this, showFreed);
     connect(&model_, &CorvelModel::hasFullDiskAccessChanged, this, showAccess);
+    connect(&model_, &CorvelModel::lastResultChanged, this, &ContentView::showResult);
+    connect(&model_, &CorvelModel::categoriesChanged, this, &ContentView::showCategorySizes);
+    connect(&model_, &CorvelModel::archiveChanged, this, &ContentView::showReview);
     showVolume();
     showFreed();
     showAccess();
+}
+
+void ContentView::showCategorySizes() {
+    for (const Page &page : pages_) {
+        const MeasuredCategory *category = model_.category(page.section.id);
+        if (category != nullptr)
+            sidebar_->setValue(page.row, category->measured
+                                             ? QString::fromStdString(Fmt::byteFormatter(category->size))
+                                             : QString());
+    }
+}
+
+/// Shows a backup that waits for the user, whatever page is in front.
+void ContentView::showReview() {
+    if (!*model_.pendingDeletion || review_ != nullptr)
+        return;
+    auto *review = new BackupReviewView(**model_.pendingDeletion, this);
+    review_ = review;
+    connect(review, &QDialog::accepted, &model_, &CorvelModel::confirmPendingDeletion);
+    connect(review, &QDialog::rejected, &model_, &CorvelModel::cancelPendingDeletion);
+    review->open();
+}
+
+void ContentView::checkForUpdates() {
+    updater_.check(false);
+    if (updateWindow_ == nullptr)
+        updateWindow_ = new UpdateView(updater_, this);
+    updateWindow_->show();
+    updateWindow_->raise();
+    updateWindow_->activateWindow();
+}
+
+/// Tells what became of a removal, whatever page it came from.
+void ContentView::showResult() {
+    if (resultAlert_ != nullptr)
+        resultAlert_->close();
+    if (!*model_.lastResult)
+        return;
+    auto *alert = new ResultAlert(**model_.lastResult, this);
+    resultAlert_ = alert;
+    connect(alert, &ResultAlert::escalated, &model_, &CorvelModel::escalate);
+    alert->open();
 }
 
 void ContentView::goTo(const Section &section) {

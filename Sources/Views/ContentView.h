@@ -3,7 +3,9 @@
 #include "Views/Components/Sidebar.h"
 #include "Views/Section.h"
 
+#include <QDialog>
 #include <QMainWindow>
+#include <QPointer>
 #include <functional>
 #include <vector>
 
@@ -13,6 +15,8 @@ class QStackedWidget;
 namespace brimvale {
 
 class CorvelModel;
+class Updater;
+struct StorageCategory;
 
 /// The one window: the sidebar at the left, the current page at the right. A page is built when it is first
 /// gone to. The window follows the system's light or dark appearance while it runs.
@@ -20,8 +24,8 @@ class ContentView : public QMainWindow {
     Q_OBJECT
 
 public:
-    /// The model must outlive the window.
-    explicit ContentView(CorvelModel &model, QWidget *parent = nullptr);
+    /// Both must outlive the window.
+    ContentView(CorvelModel &model, Updater &updater, QWidget *parent = nullptr);
 
     /// Shows a page; nothing happens where the window has no such page.
     void goTo(const Section &section);
@@ -47,14 +51,24 @@ private:
     void showPageOfRow(int row);
     void rescan();
     void showAbout();
+    void addCategoryPage(const StorageCategory &category);
+    void showCategorySizes();
+    void showResult();
+    void showReview();
+    void checkForUpdates();
     void applyTheme();
 
     CorvelModel &model_;
+    Updater &updater_;
     Sidebar *sidebar_;
     QStackedWidget *stack_;
     QMenu *goMenu_ = nullptr;
     std::vector<Page> pages_;
     std::size_t current_ = 0;
+    // Those that are open, if any.
+    QPointer<QDialog> resultAlert_;
+    QPointer<QDialog> review_;
+    QPointer<QDialog> updateWindow_;
 };
 
 } // namespace brimvale

@@ -6,7 +6,7 @@ namespace brimvale {
 
 /// A page of the window, as the sidebar lists them.
 struct Section {
-    enum class Kind { overview, browse, cleanup, category };
+    enum class Kind { overview, browse, cleanup, apps, category };
 
     Kind kind = Kind::overview;
     std::string id = {}; ///< of the storage category; empty for the other pages

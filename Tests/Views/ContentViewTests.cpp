@@ -1,12 +1,12 @@
 #include "Views/ContentView.h"
 
 #include "Core/CorvelModel.h"
-#include "Platform/Host.h"
 #include "Core/Updater.h"
+#include "Platform/Host.h"
 #include "Support/TemporaryFolder.h"
-#include "Views/OverviewView.h"
 #include "Views/Components/Theme.h"
 #include "Views/Components/WindowStyle.h"
+#include "Views/OverviewView.h"
 
 #include <QAction>
 #include <QApplication>
