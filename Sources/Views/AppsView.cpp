@@ -29,7 +29,7 @@ namespace brimvale {
 namespace {
 
 constexpr int pageMargin = 24;
-constexpr int listWidth = 280;
+constexpr int listWidth = 260;
 constexpr std::chrono::seconds runningInterval{2};
 
 } // namespace
@@ -73,6 +73,7 @@ QWidget *AppsView::makeListSide() {
     search_->setPlaceholderText(tr("Search"));
     search_->setAccessibleName(tr("Search the apps"));
     search_->setClearButtonEnabled(true);
+    search_->setTextMargins(4, 0, 4, 0);
     system_->setObjectName(QStringLiteral("includeSystemApps"));
     list_->setObjectName(QStringLiteral("apps"));
     list_->setAccessibleName(tr("Apps"));

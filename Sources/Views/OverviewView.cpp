@@ -1,6 +1,5 @@
 #include "Views/OverviewView.h"
 
-#include "Core/Formatting.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/PageHeader.h"
 #include "Views/Components/ProgressNote.h"
@@ -11,6 +10,8 @@
 #include "Views/Overview/SnapshotsCard.h"
 #include "Views/Overview/VolumesCard.h"
 
+#include <QDateTime>
+#include <QLocale>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -22,6 +23,12 @@ namespace {
 
 constexpr int pageMargin = 24;
 constexpr int gap = 16;
+
+/// The time of day; the page may stay open long, and a span of time would grow stale on it.
+QString timeText(Date date) {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(date.time_since_epoch()).count();
+    return QLocale().toString(QDateTime::fromSecsSinceEpoch(seconds).time(), QLocale::ShortFormat);
+}
 
 TextLabel *makeHeading(const QString &title, QWidget *parent) {
     auto *heading = new TextLabel(Type::Size::heading, QFont::DemiBold, parent);
@@ -117,8 +124,7 @@ void OverviewView::showCategories() {
     if (isMeasuring)
         header_->setSubtitle(tr("Categories appear as they are measured."));
     else if (*model_.lastCategoryScan)
-        header_->setSubtitle(
-            tr("Measured %1").arg(QString::fromStdString(Fmt::relativeDate(*model_.lastCategoryScan))));
+        header_->setSubtitle(tr("Measured at %1").arg(timeText(**model_.lastCategoryScan)));
     else
         header_->setSubtitle(tr("Not measured yet. Measure looks at every category and changes nothing."));
 }

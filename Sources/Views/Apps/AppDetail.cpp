@@ -62,13 +62,6 @@ QWidget *AppDetail::makeHead() {
     words->addWidget(identity_);
     words->addWidget(facts_);
     words->addWidget(path_);
-    auto *reveal = new QPushButton(QLatin1String(FileBrowser::revealTitle()), this);
-    reveal->setObjectName(QStringLiteral("reveal"));
-    reveal->setAutoDefault(false);
-    connect(reveal, &QPushButton::clicked, this, [this] {
-        if (row_)
-            ItemActions::reveal(row_->app.url);
-    });
     auto *head = new QWidget(this);
     auto *layout = new QHBoxLayout(head);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -76,7 +69,6 @@ QWidget *AppDetail::makeHead() {
     layout->addWidget(new IconLabel(QStringLiteral("app-window"), IconLabel::Tone::accent, this, iconSize), 0,
                       Qt::AlignTop);
     layout->addLayout(words, 1);
-    layout->addWidget(reveal, 0, Qt::AlignTop);
     return head;
 }
 
@@ -84,11 +76,20 @@ QWidget *AppDetail::makeBundleChoice() {
     bundle_->setObjectName(QStringLiteral("includeBundle"));
     systemApp_->setObjectName(QStringLiteral("systemApp"));
     systemApp_->setText(tr("This is a system app. Brimvale will not remove it."));
+    auto *reveal = new QPushButton(QLatin1String(FileBrowser::revealTitle()), this);
+    reveal->setObjectName(QStringLiteral("reveal"));
+    reveal->setAutoDefault(false);
+    connect(reveal, &QPushButton::clicked, this, [this] {
+        if (row_)
+            ItemActions::reveal(row_->app.url);
+    });
+    systemApp_->setWordWrap(true);
     auto *choice = new QWidget(this);
-    auto *layout = new QVBoxLayout(choice);
+    auto *layout = new QHBoxLayout(choice);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(bundle_);
-    layout->addWidget(systemApp_);
+    layout->addWidget(bundle_, 1);
+    layout->addWidget(systemApp_, 1);
+    layout->addWidget(reveal);
     return choice;
 }
 

@@ -20,6 +20,8 @@ ProgressNote::ProgressNote(const QString &work, QWidget *parent)
       percent_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       line_(new ProgressLine(this)) {
     work_->setObjectName(QStringLiteral("progressWork"));
+    percent_->setAlignment(Qt::AlignRight);
+    percent_->setMinimumWidth(percent_->fontMetrics().horizontalAdvance(tr("%1 %").arg(100)));
     line_->setRange(0, wholeRange);
     auto *words = new QHBoxLayout;
     words->addWidget(work_, 1);

@@ -1,5 +1,7 @@
 #include "Views/Components/WindowStyle.h"
 
+#include "Views/Components/TickBox.h"
+
 #include <QPainter>
 #include <QStyleOption>
 #include <algorithm>
@@ -70,6 +72,17 @@ void paintField(const QStyleOption &option, QPainter &painter) {
     painter.restore();
 }
 
+void paintIndicator(const QStyleOption &option, QPainter &painter) {
+    Qt::CheckState state = Qt::Unchecked;
+    if (option.state.testFlag(QStyle::State_On))
+        state = Qt::Checked;
+    else if (option.state.testFlag(QStyle::State_NoChange))
+        state = Qt::PartiallyChecked;
+    QRectF box(0, 0, tickBoxSize, tickBoxSize);
+    box.moveCenter(QRectF(option.rect).center());
+    paintTickBox(painter, box, state, option.state.testFlag(QStyle::State_Enabled));
+}
+
 void paintScrollBar(const QStyleOptionSlider &option, const QRect &handle, QPainter &painter) {
     if (option.maximum <= option.minimum)
         return;
@@ -94,6 +107,8 @@ void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
     const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
     if (element == PE_PanelButtonCommand)
         paintButton(*option, *painter);
+    else if (element == PE_IndicatorCheckBox)
+        paintIndicator(*option, *painter);
     else if (element == PE_PanelLineEdit && frame != nullptr && frame->lineWidth > 0)
         paintField(*option, *painter);
     else
@@ -133,6 +148,8 @@ QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
 }
 
 int WindowStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const {
+    if (metric == PM_IndicatorWidth || metric == PM_IndicatorHeight)
+        return tickBoxSize;
     return metric == PM_ScrollBarExtent ? scrollBarWidth : QProxyStyle::pixelMetric(metric, option, widget);
 }
 

@@ -4,9 +4,9 @@
 
 namespace brimvale {
 
-/// Fusion with flat, rounded buttons and fields, an accent on the default button, and slim scroll bars, in
-/// the colours of the widget's palette, and without the icons that some desktops put on the buttons of
-/// dialogs.
+/// Fusion with flat, rounded buttons, fields and tick boxes, an accent on the default button, and slim scroll
+/// bars, in the colours of the widget's palette, and without the icons that some desktops put on the buttons
+/// of dialogs.
 class WindowStyle : public QProxyStyle {
     Q_OBJECT
 

@@ -25,6 +25,7 @@ constexpr int gap = 10;
 constexpr int iconSize = 16;
 constexpr int sizeWidth = 88;
 constexpr int dateWidth = 110;
+constexpr int leastNameWidth = 180; ///< beside a date
 
 QRect tickBoxOf(const QRect &row) {
     return {row.left() + margin, row.center().y() - tickBoxSize / 2 + 1, tickBoxSize, tickBoxSize};
@@ -79,16 +80,21 @@ void EntryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     constexpr Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
     drawWords(*painter, takeRight(row, sizeWidth), right, Type::Size::body, theme.text,
               index.data(EntryListModel::sizeRole).toString());
-    drawWords(*painter, takeRight(row, dateWidth), right, Type::Size::caption, theme.secondaryText,
-              index.data(EntryListModel::dateRole).toString());
-    paintLines(*painter, row, index);
+    const QString date = index.data(EntryListModel::dateRole).toString();
+    const bool hasRoom = row.width() - dateWidth - gap >= leastNameWidth;
+    if (hasRoom)
+        drawWords(*painter, takeRight(row, dateWidth), right, Type::Size::caption, theme.secondaryText, date);
+    paintLines(*painter, row, index, hasRoom ? QString() : date);
 }
 
-/// The name, and under it what else there is to say.
-void EntryDelegate::paintLines(QPainter &painter, const QRect &place, const QModelIndex &index) const {
+/// The name, and under it what else there is to say, after what had no room beside it.
+void EntryDelegate::paintLines(QPainter &painter, const QRect &place, const QModelIndex &index,
+                               const QString &crowdedOut) const {
     const Theme &theme = Theme::current();
     constexpr Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
-    const QString folder = index.data(EntryListModel::folderRole).toString();
+    QString folder = index.data(EntryListModel::folderRole).toString();
+    if (!folder.isEmpty() && !crowdedOut.isEmpty())
+        folder = crowdedOut + QStringLiteral(" · ") + folder;
     const QString note = index.data(EntryListModel::noteRole).toString();
     if (folder.isEmpty() && note.isEmpty()) {
         drawWords(painter, place, left, Type::Size::body, theme.text, index.data().toString());

@@ -21,7 +21,8 @@ public:
                    const QModelIndex &index) override;
 
 private:
-    void paintLines(QPainter &painter, const QRect &place, const QModelIndex &index) const;
+    void paintLines(QPainter &painter, const QRect &place, const QModelIndex &index,
+                    const QString &crowdedOut) const;
 };
 
 } // namespace brimvale

@@ -73,7 +73,9 @@ void SegmentedBar::paintEvent(QPaintEvent * /*event*/) {
     for (std::size_t i = 0; i < segments_.size(); ++i) {
         const QRectF place = rectOf(i);
         painter.fillRect(place, segments_[i].color);
-        painter.fillRect(QRectF(place.right() - gap, 0, gap, height()), theme.card);
+        // A segment narrower than the gap would be nothing but gap.
+        if (place.width() > 2 * gap)
+            painter.fillRect(QRectF(place.right() - gap, 0, gap, height()), theme.card);
     }
 }
 
