@@ -25,6 +25,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 namespace brimvale {
 
@@ -323,8 +324,11 @@ void BrowseView::confirmRemoval() {
         request.items.push_back({.url = FileURL(node->path()), .size = node->size});
     auto *sheet = new RemovalSheet(request, this);
     connect(sheet, &RemovalSheet::confirmed, this, [this, nodes, tree = *model_.tree](RemovalMode mode) {
-        if (*model_.tree == tree)
-            model_.removeNodes(nodes, mode);
+        if (*model_.tree != tree)
+            return;
+        if (details_->isAncestorOf(window()->focusWidget()))
+            outline_->setFocus(); // the button cannot keep it
+        model_.removeNodes(nodes, mode);
     });
     // What the sheet asks about may be another tree's by then.
     connect(&model_, &CorvelModel::treeChanged, sheet, &QDialog::reject);
@@ -339,11 +343,11 @@ void BrowseView::letGoOf(FSNode *node) {
         focusOn(node->parent());
     std::erase_if(
         shown_, [node](const FSNode *one) { return OutlineModel::isWithin(one, *node) || !isInTree(*one); });
-    if (!isStale_) {
-        isStale_ = true;
+    // Not only the first time: to come out of the node, or to enter a folder, draws the treemap again.
+    if (treemap_->node() != nullptr)
         treemap_->setNode(nullptr);
+    if (!std::exchange(isStale_, true))
         QTimer::singleShot(0, this, &BrowseView::showAfterRemoval);
-    }
     outlineModel_.aboutToRemove(*node);
 }
 
