@@ -201,6 +201,10 @@ void ContentView::showResult() {
     auto *alert = new ResultAlert(**model_.lastResult, this);
     resultAlert_ = alert;
     connect(alert, &ResultAlert::escalated, &model_, &CorvelModel::escalate);
+    // What the result tells of is still leaving the tree, or the next removal has begun.
+    const auto allowWhenIdle = [this, alert] { alert->setCanEscalate(!model_.isRemoving()); };
+    connect(&model_, &CorvelModel::removalChanged, alert, allowWhenIdle);
+    allowWhenIdle();
     alert->open();
 }
 

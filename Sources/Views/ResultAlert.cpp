@@ -54,6 +54,12 @@ ResultAlert::ResultAlert(const RemovalResult &result, QWidget *parent) : QDialog
     layout->addSpacing(4);
     layout->addWidget(makeButtons(result.needsAdmin));
     setFixedWidth(alertWidth);
+    resize(alertWidth, layout->totalHeightForWidth(alertWidth));
+}
+
+void ResultAlert::setCanEscalate(bool can) {
+    if (authenticate_ != nullptr)
+        authenticate_->setEnabled(can);
 }
 
 void ResultAlert::addFailures(QVBoxLayout &layout, const RemovalResult &result) {
@@ -106,14 +112,14 @@ QWidget *ResultAlert::makeButtons(const std::vector<FileURL> &needsAdmin) {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addStretch(1);
     if (!needsAdmin.empty()) {
-        auto *authenticate = new QPushButton(tr("Authenticate and remove"), row);
-        authenticate->setObjectName(QStringLiteral("authenticate"));
-        authenticate->setAutoDefault(false);
-        connect(authenticate, &QPushButton::clicked, this, [this, needsAdmin] {
+        authenticate_ = new QPushButton(tr("Authenticate and remove"), row);
+        authenticate_->setObjectName(QStringLiteral("authenticate"));
+        authenticate_->setAutoDefault(false);
+        connect(authenticate_, &QPushButton::clicked, this, [this, needsAdmin] {
             emit escalated(needsAdmin);
             accept();
         });
-        layout->addWidget(authenticate);
+        layout->addWidget(authenticate_);
     }
     auto *close = new QPushButton(needsAdmin.empty() ? tr("OK") : tr("Skip"), row);
     close->setObjectName(needsAdmin.empty() ? QStringLiteral("ok") : QStringLiteral("skip"));

@@ -5,6 +5,7 @@
 #include <QDialog>
 #include <vector>
 
+class QPushButton;
 class QVBoxLayout;
 
 namespace brimvale {
@@ -17,6 +18,9 @@ class ResultAlert : public QDialog {
 public:
     ResultAlert(const RemovalResult &result, QWidget *parent);
 
+    /// Whether the offer to try again can be taken at the moment.
+    void setCanEscalate(bool can);
+
 signals:
     /// The user wants these removed with an administrator's rights.
     void escalated(std::vector<FileURL> items);
@@ -25,6 +29,8 @@ private:
     void addFailures(QVBoxLayout &layout, const RemovalResult &result);
     void addAdminSection(QVBoxLayout &layout, const std::vector<FileURL> &items);
     QWidget *makeButtons(const std::vector<FileURL> &needsAdmin);
+
+    QPushButton *authenticate_ = nullptr; ///< null where nothing needs it
 };
 
 } // namespace brimvale
