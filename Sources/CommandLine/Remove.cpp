@@ -1,7 +1,6 @@
 #include "CommandLine/Remove.h"
 
 #include "Base/Bytes.h"
-#include "Base/Text.h"
 #include "CommandLine/Confirmation.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/JsonWriter.h"
@@ -101,12 +100,6 @@ void writeDocument(Output &output, const RemovalResult &result) {
     json.end();
 }
 
-/// Path and reason, where the reason does not begin with the path by itself.
-std::string sentenceOf(const RemovalResult::Failure &failure) {
-    const std::string path = displayText(failure.url.path());
-    return failure.reason.starts_with(path) ? failure.reason : path + ": " + failure.reason;
-}
-
 void report(Output &output, const RemovalResult &result, bool isJson) {
     if (isJson)
         return writeDocument(output, result);
@@ -115,7 +108,7 @@ void report(Output &output, const RemovalResult &result, bool isJson) {
     output.write(RemovalReport::summary(result) + "\n");
     output.flush();
     for (const RemovalResult::Failure &failure : result.failed)
-        printError(terminalText(sentenceOf(failure)));
+        printError(terminalText(RemovalReport::failureLine(failure)));
     for (const FileURL &url : result.needsAdmin)
         printError(terminalText(url.path()) + ": needs admin rights (see --as-admin)");
 }

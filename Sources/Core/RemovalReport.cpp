@@ -17,13 +17,18 @@ std::string summary(const RemovalResult &result) {
            Fmt::byteFormatter(result.bytesFreed);
 }
 
+std::string failureLine(const RemovalResult::Failure &failure) {
+    const std::string path = displayText(failure.url.path());
+    return failure.reason.starts_with(path + " ") ? failure.reason : path + ": " + failure.reason;
+}
+
 std::vector<std::string> failureLines(const RemovalResult &result) {
     constexpr std::size_t shownOfMany = 4;
     const std::size_t count = result.failed.size();
     const std::size_t shown = count > shownOfMany ? shownOfMany : count;
     std::vector<std::string> lines;
     for (std::size_t i = 0; i < shown; ++i)
-        lines.push_back(displayText(result.failed[i].url.path()) + ": " + result.failed[i].reason);
+        lines.push_back(failureLine(result.failed[i]));
     if (shown < count)
         lines.push_back("and " + std::to_string(count - shown) + " more.");
     return lines;

@@ -18,7 +18,10 @@ namespace RemovalReport {
 /// "Removed 3 items, reclaiming 1.2 GB".
 [[nodiscard]] std::string summary(const RemovalResult &result);
 
-/// One line a failure, the path and the reason, as text for display. Of five or more only the first four are
+/// The path and the reason, which may begin with the path by itself; as text for display.
+[[nodiscard]] std::string failureLine(const RemovalResult::Failure &failure);
+
+/// One line a failure. Of five or more only the first four are
 /// shown, and a last line tells how many more there are.
 [[nodiscard]] std::vector<std::string> failureLines(const RemovalResult &result);
 

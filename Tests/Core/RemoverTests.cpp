@@ -280,6 +280,10 @@ TEST(RemovalReport, TellsTheOutcomeInWords) {
     EXPECT_EQ(RemovalReport::failureLines(result),
               (std::vector<std::string>{"/f\uFFFD0: Why.", "/f\uFFFD1: Why.", "/f\uFFFD2: Why.",
                                         "/f\uFFFD3: Why.", "and 1 more."}));
+    EXPECT_EQ(RemovalReport::failureLine({FileURL("/a/b"), "/a/b no longer exists."}),
+              "/a/b no longer exists.");
+    EXPECT_EQ(RemovalReport::failureLine({FileURL("/a"), "/a/b no longer exists."}),
+              "/a: /a/b no longer exists.");
 }
 
 } // namespace brimvale
