@@ -80,10 +80,11 @@ RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
     layout->addWidget(makeItemList());
     layout->addWidget(picker_, 0, Qt::AlignLeft);
     layout->addWidget(remark_);
-    layout->addSpacing(4);
+    layout->addStretch(1);
     layout->addWidget(makeButtons());
     setFixedWidth(sheetWidth);
     showMode();
+    resize(sheetWidth, layout->totalHeightForWidth(sheetWidth));
 }
 
 /// The first few, each with what it takes, and how many others there are.

@@ -1,5 +1,7 @@
 #include "Views/Components/RemovalModePicker.h"
 
+#include <QAbstractItemView>
+
 namespace brimvale {
 
 RemovalModePicker::RemovalModePicker(QWidget *parent) : QComboBox(parent) {
@@ -7,6 +9,7 @@ RemovalModePicker::RemovalModePicker(QWidget *parent) : QComboBox(parent) {
     setAccessibleName(tr("How to remove"));
     for (const RemovalMode mode : allRemovalModes)
         addItem(QString::fromUtf8(title(mode).data(), static_cast<qsizetype>(title(mode).size())));
+    view()->window()->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
     connect(this, &QComboBox::currentIndexChanged, this, [this] { emit modeChanged(mode()); });
 }
 
