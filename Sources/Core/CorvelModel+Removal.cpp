@@ -95,10 +95,6 @@ void CorvelModel::stopRemoval() {
     removalActivity.set(RemovalActivity::stopping);
 }
 
-void CorvelModel::dismissLastResult() {
-    lastResult.set(std::nullopt);
-}
-
 /// Runs `work` in the background, publishes its result and then calls `finish`, which sees to
 /// `refreshVolumes` and `endRemoval`.
 void CorvelModel::beginRemoval(Removal removal, RemovalActivity activity, std::function<RemovalResult()> work,

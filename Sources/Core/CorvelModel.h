@@ -149,9 +149,6 @@ public:
     /// Stops the removal under way before its next entry, where that is possible.
     void stopRemoval();
 
-    /// Takes the result back, for when the user has read it.
-    void dismissLastResult();
-
     /// Reads the volumes and the access probe again, and the snapshots in the background.
     void refreshVolumes();
 

@@ -1,7 +1,9 @@
 #include "Core/CorvelModel.h"
 
 #include "Core/Remover.h"
+#include "Platform/Host.h"
 #include "Support/RecordingActions.h"
+#include "Support/SampleApps.h"
 #include "Support/TemporaryFolder.h"
 
 #include <QSignalSpy>
@@ -236,8 +238,6 @@ TEST(CorvelModelRemoval, AnnouncesEveryResult) {
         EXPECT_EQ(results.count(), i) << "also one that went like the one before";
     }
     EXPECT_EQ((*model.lastResult)->failed.front().reason, "Authorization failed.");
-    model.dismissLastResult();
-    EXPECT_EQ(*model.lastResult, std::nullopt);
 }
 
 TEST(CorvelModelRemoval, AddsUpWhatTheAdministratorFrees) {
@@ -259,6 +259,64 @@ TEST(CorvelModelRemoval, AddsUpWhatTheAdministratorFrees) {
     EXPECT_EQ((*model.lastResult)->succeeded, Urls{b});
     EXPECT_EQ(*model.totalFreedThisSession, first + (*model.lastResult)->bytesFreed);
     EXPECT_GE((*model.lastResult)->bytesFreed, 20'000);
+}
+
+TEST(CorvelModelRemoval, ForgetsWhatTheAdministratorRemoved) {
+    const TemporaryFolder home;
+    const QByteArray homeBefore = qgetenv("HOME");
+    qputenv("HOME", home.path().c_str());
+    Host::useSystem(System::macOS);
+    makeBundle(home, "Applications/Sample.app", {"com.sample.tool", "Sample", {}, {}, {}});
+    // Both an entry of a cleanup target and something that the application leaves behind.
+    const FileURL cache(home.makeFolder("Library/Caches/com.sample.tool"));
+    home.makeFile("Library/Caches/com.sample.tool/data", 50'000);
+    const FileURL settings(home.makeFile("Library/Preferences/com.sample.tool.plist", 5'000));
+    const FileURL other(home.makeFolder("Library/Caches/com.sample.other"));
+    home.makeFile("Library/Caches/com.sample.other/data", 20'000);
+
+    RecordingActions actions;
+    actions.onCommand = [&](const std::string &) { std::filesystem::remove_all(cache.path()); };
+    {
+        CorvelModel model(nullptr, actions);
+        model.measureCleanup();
+        model.loadApps();
+        ASSERT_TRUE(
+            QTest::qWaitFor([&] { return !*model.isMeasuringCleanup && !*model.isLoadingApps; }, 20'000));
+        const auto entries = [&] {
+            std::vector<std::string> paths;
+            for (const CleanupTarget &target : *model.cleanupTargets)
+                for (const CleanupEntry &entry : target.entries)
+                    paths.push_back(entry.url.path());
+            std::sort(paths.begin(), paths.end());
+            return paths;
+        };
+        const auto leftovers = [&] {
+            std::vector<std::string> paths;
+            for (const AppRow &row : *model.apps)
+                for (const LeftoverItem &item : row.leftovers)
+                    paths.push_back(item.url.path());
+            std::sort(paths.begin(), paths.end());
+            return paths;
+        };
+        ASSERT_EQ(entries(), (std::vector<std::string>{other.path(), cache.path()}));
+        ASSERT_EQ(leftovers(), (std::vector<std::string>{cache.path(), settings.path()}));
+
+        std::vector<std::string> announced;
+        QObject::connect(&model, &CorvelModel::lastResultChanged, [&] { announced.push_back("result"); });
+        QObject::connect(&model, &CorvelModel::totalFreedThisSessionChanged,
+                         [&] { announced.push_back("freed"); });
+        QObject::connect(&model, &CorvelModel::appsChanged, [&] { announced.push_back("apps"); });
+        QObject::connect(&model, &CorvelModel::cleanupChanged, [&] { announced.push_back("cleanup"); });
+        model.escalate({cache, settings});
+        ASSERT_TRUE(waitUntilRemoved(model));
+        EXPECT_EQ(announced, (std::vector<std::string>{"result", "freed", "apps", "cleanup"}));
+        EXPECT_EQ(entries(), std::vector<std::string>{other.path()});
+        EXPECT_EQ(leftovers(), std::vector<std::string>{settings.path()}) << "it is still there";
+        EXPECT_EQ((*model.lastResult)->failed,
+                  (std::vector<RemovalResult::Failure>{{settings, "Still present after removal."}}));
+    }
+    Host::useSystem(std::nullopt);
+    qputenv("HOME", homeBefore);
 }
 
 TEST(CorvelModelRemoval, MayLoseItsModel) {
