@@ -57,6 +57,8 @@ void CorvelModel::removeNodes(const std::vector<FSNode *> &nodes, RemovalMode mo
             const std::unordered_set<FileURL> gone(result.succeeded.begin(), result.succeeded.end());
             std::erase_if(removal_->nodes,
                           [&](const FSNode *node) { return !gone.contains(FileURL(node->path())); });
+            if (*tree == removal_->tree)
+                emit nodesAboutToBeDetached(removal_->nodes);
             detachRemoved();
         });
 }

@@ -62,6 +62,8 @@ signals:
     void archiveChanged();
     void isDeletingSnapshotChanged();
 
+    /// These are going to be removed from `tree`, one after the other: time to let go of all at once.
+    void nodesAboutToBeDetached(const std::vector<FSNode *> &nodes);
     /// Around the removal of one node from `tree`. Before, it is still in its place; afterwards it stands
     /// alone and the figures of the folders that it was in are as they are to be. Only those who listen may
     /// still have it; it must be let go of before the second announcement is over.

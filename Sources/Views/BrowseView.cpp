@@ -88,6 +88,7 @@ BrowseView::BrowseView(CorvelModel &model, QWidget *parent)
     connect(details_, &DetailPanel::revealRequested, this, &BrowseView::reveal);
     connect(details_, &DetailPanel::copyPathRequested, this, &BrowseView::copyPaths);
     connect(details_, &DetailPanel::removalRequested, this, &BrowseView::confirmRemoval);
+    connect(&model_, &CorvelModel::nodesAboutToBeDetached, outline_, &OutlineView::deselectWithin);
     connect(&model_, &CorvelModel::nodeAboutToBeDetached, this, &BrowseView::letGoOf);
     connect(&model_, &CorvelModel::nodeDetached, &outlineModel_, &OutlineModel::removed);
     connect(&model_, &CorvelModel::removalChanged, this, &BrowseView::showRemoval);

@@ -2,6 +2,7 @@
 #include "Views/OutlineView.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 namespace brimvale {
@@ -24,6 +25,19 @@ void OutlineView::select(FSNode *node) {
         clearSelection();
     }
     isSilent_ = false;
+}
+
+/// To follow one node after the other out of a large selection would take a second for a hundred of them.
+void OutlineView::deselectWithin(const std::vector<FSNode *> &folders) {
+    const std::unordered_set<const FSNode *> leaving(folders.begin(), folders.end());
+    const auto isLeaving = [&](const FSNode *node) {
+        while (node != nullptr && !leaving.contains(node))
+            node = node->parent();
+        return node != nullptr;
+    };
+    std::vector<FSNode *> nodes = selectedNodes();
+    if (std::erase_if(nodes, isLeaving) > 0)
+        selectNodes(nodes);
 }
 
 std::vector<FSNode *> OutlineView::selectedNodes() const {

@@ -28,6 +28,8 @@ public:
     /// Selects one node of the tree and nothing else, opens the folders around it and scrolls to it. Selects
     /// nothing for null, a node that is filtered out, or one outside the focused folder. Does not announce.
     void select(FSNode *node);
+    /// Takes these nodes, and what lies within them, out of the selection.
+    void deselectWithin(const std::vector<FSNode *> &folders);
     /// The selected nodes, in no particular order.
     [[nodiscard]] std::vector<FSNode *> selectedNodes() const;
 

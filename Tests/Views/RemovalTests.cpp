@@ -18,6 +18,7 @@
 #include <QMenu>
 #include <QPointer>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -413,6 +414,24 @@ TEST_F(RemovalInBrowse, ComesOutOfAFolderThatGoesAway) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return page.findChild<StateMessage *>()->isVisible(); }, patience))
         << "nothing is left";
     EXPECT_FALSE(remove.isEnabled());
+}
+
+TEST_F(RemovalInBrowse, LetsGoOfALargeSelectionAtOnce) {
+    for (int i = 0; i < 20; ++i)
+        folder.makeFile("many/file" + std::to_string(i), 1'100'000);
+    scan();
+    Nodes many{node({"small"}), node({"many", "file3"})};
+    for (int i = 4; i < 20; ++i)
+        many.push_back(node({"many", ("file" + std::to_string(i)).c_str()}));
+    choose(many);
+    actions.errors.emplace(folder.path("small"), FileError{FileError::Domain::cocoa, 4, "Gone.", nullptr});
+    QTest::keyClick(&outline, Qt::Key_Delete);
+    const QSignalSpy selections(&outline, &OutlineView::selectionChangedTo);
+    confirm();
+    EXPECT_EQ(node({"many"})->children().size(), 3U);
+    EXPECT_LE(selections.size(), 2) << "not once for each";
+    EXPECT_EQ(outline.selectedNodes(), Nodes{node({"small"})});
+    EXPECT_EQ(detail(), QStringLiteral("small"));
 }
 
 TEST_F(RemovalInBrowse, KeepsWhatIsSelectedMeanwhile) {
