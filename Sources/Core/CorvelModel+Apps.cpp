@@ -52,7 +52,11 @@ void CorvelModel::loadApps() {
             AppAnalysis::analyze(found, use, cancelled);
             return true;
         },
-        [this](bool) { isLoadingApps.set(false); });
+        [this, includeSystem = *includeSystemApps](bool) {
+            isLoadingApps.set(false);
+            if (includeSystem != *includeSystemApps)
+                loadApps();
+        });
 }
 
 void CorvelModel::uninstall(const InstalledApp &app, const std::vector<LeftoverItem> &leftovers,

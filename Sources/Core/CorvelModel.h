@@ -180,7 +180,8 @@ public:
     /// Removes rows of storage categories. What is gone leaves its category, and System Data follows.
     void removeCategoryEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode);
 
-    /// Whether `loadApps` lists the applications of the system too.
+    /// Whether `loadApps` lists the applications of the system too. They are listed afresh: at once, or when
+    /// the analysis under way is done.
     void setIncludeSystemApps(bool include);
 
     /// Lists the installed applications, then analyses them; each one's figures are published as they are

@@ -10,6 +10,8 @@
 #include "Views/Components/PageHeader.h"
 #include "Views/Components/ProgressNote.h"
 #include "Views/Components/StateMessage.h"
+#include "Views/Components/TextLabel.h"
+#include "Views/ItemActions.h"
 #include "Views/RemovalSheet.h"
 
 #include <QCheckBox>
@@ -38,6 +40,7 @@ AppsView::AppsView(CorvelModel &model, QWidget *parent)
     : QWidget(parent), model_(model), search_(new QLineEdit(this)),
       system_(new QCheckBox(tr("Include Apple apps"), this)),
       progress_(new ProgressNote(tr("Analysing apps"), this)), list_(new QListView(this)),
+      noMatch_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       message_(new StateMessage(this)), detail_(new AppDetail(this)), bar_(new ActionBar(this)) {
     setObjectName(QStringLiteral("appsPage"));
     auto *sides = new QHBoxLayout;
@@ -65,6 +68,7 @@ AppsView::AppsView(CorvelModel &model, QWidget *parent)
     connect(&model_, &CorvelModel::removalChanged, this, &AppsView::showSelection);
     connect(detail_, &AppDetail::selectionChanged, this, &AppsView::showSelection);
     connect(bar_, &ActionBar::removalAsked, this, &AppsView::confirmUninstall);
+    bar_->listenForKeys();
     showApps();
 }
 
@@ -95,17 +99,37 @@ QWidget *AppsView::makeListSide() {
     controls->addWidget(system_);
     layout->addLayout(controls);
     layout->addWidget(list_, 1);
+    noMatch_->setObjectName(QStringLiteral("noMatch"));
+    noMatch_->setText(tr("No app matches the search."));
+    noMatch_->setAlignment(Qt::AlignHCenter);
+    noMatch_->setContentsMargins(10, 24, 10, 0);
+    layout->addWidget(noMatch_, 1, Qt::AlignTop);
+    followListSide();
+    return card;
+}
 
+void AppsView::followListSide() {
     connect(search_, &QLineEdit::textChanged, this, [this](const QString &words) {
         listModel_.setSearch(words);
+        showMatches();
         showChosen();
     });
     connect(system_, &QCheckBox::toggled, &model_, &CorvelModel::setIncludeSystemApps);
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex &row) { choose(row); });
+    connect(list_, &QAbstractItemView::activated, this,
+            [this](const QModelIndex &row) { ItemActions::reveal(listModel_.rowAt(row).app.url); });
     auto *find = new QShortcut(QKeySequence::Find, this);
-    connect(find, &QShortcut::activated, search_, [this] { search_->setFocus(Qt::ShortcutFocusReason); });
-    return card;
+    connect(find, &QShortcut::activated, search_, [this] {
+        search_->setFocus(Qt::ShortcutFocusReason);
+        search_->selectAll();
+    });
+    auto *clear = new QShortcut(QKeySequence(Qt::Key_Escape), search_);
+    clear->setContext(Qt::WidgetShortcut);
+    connect(clear, &QShortcut::activated, search_, [this] {
+        search_->clear();
+        list_->setFocus(Qt::ShortcutFocusReason);
+    });
 }
 
 QWidget *AppsView::makeDetailSide() {
@@ -157,11 +181,18 @@ void AppsView::choose(const QModelIndex &row) {
 
 void AppsView::showApps() {
     listModel_.setApps(*model_.apps);
+    showMatches();
     system_->setChecked(*model_.includeSystemApps);
-    system_->setEnabled(!*model_.isLoadingApps);
     progress_->setVisible(*model_.isLoadingApps);
     progress_->setProgress(*model_.appProgress);
     showChosen();
+}
+
+/// Says so where the search leaves nothing of the list.
+void AppsView::showMatches() {
+    const bool hasNone = listModel_.rowCount() == 0 && !model_.apps->empty();
+    noMatch_->setVisible(hasNone);
+    list_->setHidden(hasNone);
 }
 
 void AppsView::showChosen() {
@@ -171,7 +202,8 @@ void AppsView::showChosen() {
     if (row != nullptr) {
         detail_->show(*row, *model_.apps);
         const QModelIndex place = listModel_.indexOf(row->app.url);
-        if (place.isValid() && list_->currentIndex() != place)
+        // A list that is entered by a key has a current row that is not selected.
+        if (place.isValid() && !list_->selectionModel()->isSelected(place))
             list_->setCurrentIndex(place);
     } else if (!model_.apps->empty()) {
         message_->setMessage(QStringLiteral("app-window"), tr("No app selected"),
@@ -183,6 +215,8 @@ void AppsView::showChosen() {
         message_->setMessage(QStringLiteral("app-window"), tr("No apps found"),
                              tr("There is no app in the folders where apps are installed."));
     }
+    if (row == nullptr)
+        bar_->setNote({});
     showSelection();
 }
 

@@ -18,6 +18,7 @@ class ActionBar;
 class AppDetail;
 class ProgressNote;
 class StateMessage;
+class TextLabel;
 
 /// The page of the installed applications: one of them can be removed with what it leaves behind.
 class AppsView : public QWidget {
@@ -32,10 +33,12 @@ protected:
 
 private:
     QWidget *makeListSide();
+    void followListSide();
     QWidget *makeDetailSide();
     [[nodiscard]] const AppRow *chosen() const;
     void choose(const QModelIndex &row);
     void showApps();
+    void showMatches();
     void showChosen();
     void showSelection();
     void checkRunning();
@@ -50,6 +53,7 @@ private:
     QCheckBox *system_;
     ProgressNote *progress_;
     QListView *list_;
+    TextLabel *noMatch_;
     StateMessage *message_;
     QScrollArea *detailArea_ = nullptr;
     AppDetail *detail_;

@@ -99,6 +99,10 @@ void AppDetail::show(const AppRow &row, const std::vector<AppRow> &rows) {
     if (isAnother)
         clearTicks();
     bundle_->setHidden(row.app.isSystemApp);
+    // What its removal frees is to be known before anybody asks for it.
+    bundle_->setEnabled(row.analyzed);
+    if (!row.analyzed)
+        bundle_->setChecked(false);
     systemApp_->setVisible(row.app.isSystemApp);
     showFacts();
     showLeftovers(rows);

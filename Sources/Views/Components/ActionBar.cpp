@@ -8,6 +8,7 @@
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace brimvale {
@@ -59,6 +60,12 @@ void ActionBar::setNote(const QString &note) {
 void ActionBar::setBusy(bool isBusy) {
     isBusy_ = isBusy;
     showSelection();
+}
+
+void ActionBar::listenForKeys() {
+    for (const QKeySequence &key :
+         {QKeySequence(QKeySequence::Delete), QKeySequence(Qt::CTRL | Qt::Key_Backspace)})
+        connect(new QShortcut(key, this), &QShortcut::activated, remove_, &QPushButton::click);
 }
 
 void ActionBar::resetMode() {

@@ -24,6 +24,8 @@ public:
     void setNote(const QString &note);
     /// Shows whether a removal runs, during which no other can be asked for.
     void setBusy(bool isBusy);
+    /// Asks for the removal by key as well, while the bar is on the screen.
+    void listenForKeys();
     /// Goes back to the Trash, which everything starts from.
     void resetMode();
 
