@@ -1,0 +1,377 @@
+#include "Views/AppsView.h"
+
+#include "Core/Formatting.h"
+#include "Platform/Host.h"
+#include "Support/RecordingActions.h"
+#include "Support/SampleApps.h"
+#include "Support/TemporaryFolder.h"
+#include "Views/Apps/AppDetail.h"
+#include "Views/Apps/AppListModel.h"
+#include "Views/Components/StateMessage.h"
+#include "Views/Components/TickBox.h"
+#include "Views/Entries/EntryListModel.h"
+
+#include <QCheckBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPointer>
+#include <QProcess>
+#include <QPushButton>
+#include <QTest>
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace brimvale {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// A part of the page, by its object name.
+template<class Widget>
+Widget &find(const QWidget &in, const char *name) {
+    return *in.findChild<Widget *>(QLatin1String(name));
+}
+
+/// The leftovers that are shown under a heading.
+QListView &leftovers(const QWidget &in, const char *group) {
+    return find<QListView>(find<QWidget>(in, group), "leftovers");
+}
+
+QString shown(const QListView &list, int row, int role = Qt::DisplayRole) {
+    return list.model()->index(row, 0).data(role).toString();
+}
+
+int tickedIn(const QListView &list) {
+    int count = 0;
+    for (int row = 0; row < list.model()->rowCount(); ++row)
+        count += list.model()->index(row, 0).data(Qt::CheckStateRole) == Qt::Checked ? 1 : 0;
+    return count;
+}
+
+/// The page of a user of macOS with a few applications. "Acme" has leftovers of both kinds, of which one is
+/// claimed by "Acme Pro" too; "Bare" has none.
+class AppsPage : public ::testing::Test {
+protected:
+    AppsPage() {
+        qputenv("HOME", home.path().c_str());
+        Host::useSystem(System::macOS);
+        makeApp("Acme", "com.example.acme");
+        makeApp("Acme Pro", "com.example.acme.pro");
+        makeApp("Bare", "com.example.bare");
+        home.makeFile("Library/Caches/com.example.acme/data", 50'000);
+        home.makeFile("Library/LaunchAgents/com.example.acme.pro.plist", 100);
+        home.makeFile("Library/LaunchAgents/Acme.plist", 100);
+        page.resize(1000, 700);
+    }
+    ~AppsPage() override {
+        Host::useSystem(std::nullopt);
+        qputenv("HOME", homeBefore_);
+    }
+
+    void makeApp(const std::string &name, const std::string &identifier) {
+        testing::makeBundle(home, "Applications/" + name + ".app", {identifier, name, {}, {}, {}});
+    }
+
+    void open() {
+        page.show();
+        page.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isLoadingApps; }, 20'000));
+    }
+
+    template<class Widget>
+    Widget &find(const char *name) {
+        return brimvale::find<Widget>(page, name);
+    }
+
+    void choose(const std::string &name) {
+        const QModelIndex row = rowOf(name);
+        list.scrollTo(row);
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(row).center());
+        EXPECT_EQ(find<QLabel>("appName").text().toStdString(), name);
+    }
+
+    QModelIndex rowOf(const std::string &name) {
+        for (int row = 0; row < list.model()->rowCount(); ++row)
+            if (list.model()->index(row, 0).data(Qt::ToolTipRole).toString().toStdString() ==
+                home.path("Applications/" + name + ".app"))
+                return list.model()->index(row, 0);
+        return {};
+    }
+
+    bool isSelected(const std::string &name) { return list.selectionModel()->isSelected(rowOf(name)); }
+
+    QString chosen() { return find<QLabel>("appName").text(); }
+    QPushButton &remove() { return find<QPushButton>("remove"); }
+    QDialog *sheet() { return page.findChild<QDialog *>(QStringLiteral("removalSheet")); }
+
+    void confirm() {
+        QTest::mouseClick(&brimvale::find<QPushButton>(*sheet(), "confirm"), Qt::LeftButton);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !model.isRemoving() && sheet() == nullptr; }, 20'000));
+    }
+
+    testing::TemporaryFolder home;
+    testing::RecordingActions actions;
+    CorvelModel model{nullptr, actions};
+    AppsView page{model};
+    QListView &list = find<QListView>("apps");
+
+private:
+    QByteArray homeBefore_ = qgetenv("HOME");
+};
+
+} // namespace
+
+TEST_F(AppsPage, ListsTheAppsBeforeTheyAreAnalysed) {
+    bool wasListed = false;
+    QObject::connect(&model, &CorvelModel::appsChanged, &page, [&] {
+        if (model.apps->empty() || std::exchange(wasListed, true))
+            return;
+        EXPECT_EQ(list.model()->rowCount(), static_cast<int>(model.apps->size()));
+        EXPECT_EQ(rowOf("Acme").data(AppListModel::sizeRole).toString(), QString());
+        EXPECT_TRUE(find<QWidget>("appProgress").isVisible());
+        list.setCurrentIndex(rowOf("Acme"));
+        EXPECT_EQ(find<QLabel>("appFacts").text(), QStringLiteral("Not analysed yet"));
+        EXPECT_FALSE(find<QCheckBox>("includeBundle").isEnabled()) << "nobody knows what that frees";
+    });
+    open();
+    EXPECT_TRUE(wasListed);
+    EXPECT_FALSE(find<QWidget>("appProgress").isVisible());
+    EXPECT_NE(rowOf("Acme").data(AppListModel::sizeRole).toString(), QString());
+    EXPECT_NE(find<QLabel>("appFacts").text(), QStringLiteral("Not analysed yet"));
+    EXPECT_TRUE(find<QCheckBox>("includeBundle").isEnabled());
+}
+
+TEST_F(AppsPage, ShowsTheLeftoversOfOneAppAndTicksNone) {
+    open();
+    EXPECT_TRUE(page.findChild<StateMessage *>()->isVisible());
+    choose("Acme");
+    QListView &exact = leftovers(page, "exactLeftovers");
+    QListView &likely = leftovers(page, "likelyLeftovers");
+    ASSERT_EQ(exact.model()->rowCount(), 2);
+    EXPECT_EQ(shown(exact, 0), QStringLiteral("com.example.acme"));
+    EXPECT_EQ(shown(exact, 0, EntryListModel::noteRole), QString());
+    EXPECT_EQ(shown(exact, 1), QStringLiteral("com.example.acme.pro.plist"));
+    EXPECT_EQ(shown(exact, 1, EntryListModel::noteRole), QStringLiteral("Also claimed by Acme Pro"));
+    ASSERT_EQ(likely.model()->rowCount(), 1);
+    EXPECT_FALSE(find<QLabel>("leftoverState").isVisible());
+    EXPECT_EQ(tickedIn(exact) + tickedIn(likely), 0);
+    EXPECT_FALSE(find<QCheckBox>("includeBundle").isChecked());
+    EXPECT_FALSE(remove().isEnabled());
+
+    // What is ticked is ticked for the app that is shown.
+    QTest::mouseClick(&brimvale::find<TickBox>(find<QWidget>("exactLeftovers"), "tickAll"), Qt::LeftButton);
+    EXPECT_EQ(tickedIn(exact), 2);
+    EXPECT_EQ(tickedIn(likely), 0);
+    choose("Acme Pro");
+    EXPECT_EQ(exact.model()->rowCount(), 1);
+    EXPECT_EQ(tickedIn(exact), 0);
+    EXPECT_FALSE(remove().isEnabled());
+    EXPECT_FALSE(find<QWidget>("likelyLeftovers").isVisible());
+    choose("Bare");
+    EXPECT_FALSE(find<QWidget>("exactLeftovers").isVisible());
+    EXPECT_EQ(find<QLabel>("leftoverState").text(), QStringLiteral("No files found outside the bundle."));
+    EXPECT_TRUE(find<QLabel>("leftoverState").isVisible());
+}
+
+TEST_F(AppsPage, IsWorkedByKeys) {
+    open();
+    find<QCheckBox>("includeSystemApps").setFocus();
+    QTest::keyClick(page.focusWidget(), Qt::Key_Tab);
+    ASSERT_TRUE(list.hasFocus());
+    EXPECT_EQ(list.selectionModel()->selectedIndexes().size(), 1) << "what is shown can be seen in the list";
+    QTest::keyClicks(&list, QStringLiteral("acme p"));
+    EXPECT_EQ(chosen(), QStringLiteral("Acme Pro"));
+    EXPECT_TRUE(isSelected("Acme Pro"));
+    QTest::keyClick(&list, Qt::Key_Up);
+    EXPECT_EQ(chosen(), QStringLiteral("Acme"));
+    QTest::keyClick(&list, Qt::Key_Delete);
+    EXPECT_EQ(sheet(), nullptr) << "nothing is ticked";
+
+    QListView &exact = leftovers(page, "exactLeftovers");
+    exact.setFocus(Qt::TabFocusReason);
+    QTest::keyClick(&exact, Qt::Key_Down);
+    QTest::keyClick(&exact, Qt::Key_Space);
+    EXPECT_EQ(tickedIn(exact), 1);
+    EXPECT_EQ(exact.model()->index(1, 0).data(Qt::CheckStateRole), Qt::Checked);
+    QTest::keyClick(&exact, Qt::Key_Delete);
+    ASSERT_NE(sheet(), nullptr);
+    const QPointer<QDialog> asked = sheet();
+    QTest::keyClick(asked, Qt::Key_Escape);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return asked.isNull(); }));
+    EXPECT_EQ(tickedIn(exact), 1);
+    EXPECT_THAT(actions.calls, IsEmpty());
+}
+
+TEST_F(AppsPage, KeepsTheFocusAtTheToggleWhileItLoads) {
+    open();
+    auto &toggle = find<QCheckBox>("includeSystemApps");
+    EXPECT_FALSE(toggle.isChecked());
+    toggle.setFocus();
+    QTest::keyClick(&toggle, Qt::Key_Space);
+    EXPECT_TRUE(*model.includeSystemApps);
+    EXPECT_TRUE(*model.isLoadingApps);
+    EXPECT_TRUE(toggle.hasFocus());
+    QTest::keyClick(&toggle, Qt::Key_Space);
+    EXPECT_FALSE(*model.includeSystemApps);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isLoadingApps; }, 20'000));
+    EXPECT_FALSE(toggle.isChecked());
+    EXPECT_TRUE(toggle.hasFocus());
+    EXPECT_TRUE(rowOf("Acme").isValid());
+}
+
+TEST_F(AppsPage, ForgetsTheTicksWhenTheAppsAreLoadedAgain) {
+    open();
+    choose("Acme");
+    QTest::mouseClick(&brimvale::find<TickBox>(find<QWidget>("exactLeftovers"), "tickAll"), Qt::LeftButton);
+    find<QCheckBox>("includeBundle").click();
+    EXPECT_TRUE(remove().isEnabled());
+    find<QCheckBox>("includeSystemApps").click();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isLoadingApps; }, 20'000));
+    EXPECT_EQ(chosen(), QStringLiteral("Acme")) << "the app stays chosen";
+    EXPECT_TRUE(isSelected("Acme"));
+    EXPECT_FALSE(find<QCheckBox>("includeBundle").isChecked());
+    EXPECT_FALSE(remove().isEnabled());
+}
+
+TEST_F(AppsPage, NarrowsTheListByNameAndIdentifier) {
+    open();
+    choose("Acme");
+    find<QCheckBox>("includeBundle").click();
+    auto &search = find<QLineEdit>("search");
+    QTest::keyClick(&page, Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(search.hasFocus());
+    QTest::keyClicks(&search, QStringLiteral("ACME.PRO"));
+    EXPECT_EQ(list.model()->rowCount(), 1);
+    EXPECT_TRUE(rowOf("Acme Pro").isValid());
+    QTest::keyClicks(&search, QStringLiteral("zz"));
+    EXPECT_TRUE(find<QLabel>("noMatch").isVisible());
+    EXPECT_EQ(chosen(), QStringLiteral("Acme"));
+    EXPECT_TRUE(find<QCheckBox>("includeBundle").isChecked()) << "a search chooses nothing";
+    QTest::keyClick(&search, Qt::Key_Home);
+    QTest::keyClick(&search, Qt::Key_Delete);
+    EXPECT_EQ(search.text(), QStringLiteral("CME.PROzz"));
+    EXPECT_EQ(sheet(), nullptr) << "the key belongs to the text";
+    QTest::keyClick(&search, Qt::Key_Escape);
+    EXPECT_EQ(search.text(), QString());
+    EXPECT_FALSE(find<QLabel>("noMatch").isVisible());
+    EXPECT_TRUE(list.hasFocus());
+    EXPECT_TRUE(isSelected("Acme"));
+}
+
+TEST_F(AppsPage, RemovesWhatWasConfirmed) {
+    open();
+    choose("Acme");
+    QTest::mouseClick(&brimvale::find<TickBox>(find<QWidget>("likelyLeftovers"), "tickAll"), Qt::LeftButton);
+    find<QCheckBox>("includeBundle").click();
+    const AppRow row = *std::find_if(model.apps->begin(), model.apps->end(),
+                                     [](const AppRow &one) { return one.app.name == "Acme"; });
+    const std::string size = Fmt::byteFormatter(row.bundleSize + row.leftovers.back().size);
+    EXPECT_EQ(remove().text().toStdString(), "Remove 2 Items, " + size + "…");
+    QTest::mouseClick(&remove(), Qt::LeftButton);
+    ASSERT_NE(sheet(), nullptr);
+    EXPECT_EQ(brimvale::find<QLabel>(*sheet(), "remark").text().toStdString(),
+              "This removes the app bundle and 1 supporting item, freeing about " + size);
+    confirm();
+    EXPECT_THAT(actions.calls, ElementsAre("trash " + home.path("Library/LaunchAgents/Acme.plist"),
+                                           "trash " + home.path("Applications/Acme.app")));
+    EXPECT_FALSE(rowOf("Acme").isValid());
+    EXPECT_TRUE(page.findChild<StateMessage *>()->isVisible());
+    EXPECT_FALSE(find<QWidget>("appDetail").isVisible());
+    EXPECT_FALSE(remove().isEnabled());
+}
+
+TEST_F(AppsPage, KeepsAnAppWhoseBundleCannotBeRemoved) {
+    actions.errors.emplace(home.path("Applications/Acme.app"), FileError::posix(EBUSY));
+    open();
+    choose("Acme");
+    QListView &exact = leftovers(page, "exactLeftovers");
+    QTest::mouseClick(
+        exact.viewport(), Qt::LeftButton, {},
+        QPoint(16 + tickBoxSize / 2, exact.visualRect(exact.model()->index(0, 0)).center().y()));
+    ASSERT_EQ(tickedIn(exact), 1);
+    find<QCheckBox>("includeBundle").click();
+    QTest::mouseClick(&remove(), Qt::LeftButton);
+    ASSERT_NE(sheet(), nullptr);
+    confirm();
+    EXPECT_TRUE(isSelected("Acme"));
+    EXPECT_EQ(chosen(), QStringLiteral("Acme"));
+    EXPECT_EQ(exact.model()->rowCount(), 1) << "the leftover has gone";
+    EXPECT_EQ(find<QLabel>("selection").text().left(7), QStringLiteral("1 item ")) << "which is the bundle";
+}
+
+TEST_F(AppsPage, WarnsOfAnAppThatRuns) {
+    if (platformSystem() != System::linux)
+        GTEST_SKIP() << "the system only knows programs that it has started as applications";
+    const std::string identifier = "com.example.running." + home.path().substr(home.path().rfind('/') + 1);
+    makeApp("Running", identifier);
+    const std::string program = home.path("Applications/Running.app/Contents/MacOS/cat");
+    std::filesystem::copy_file("/bin/cat", program);
+    QProcess process;
+    process.start(QString::fromStdString(program), QStringList());
+    ASSERT_TRUE(process.waitForStarted());
+    open();
+    auto &note = find<QLabel>("note");
+    choose("Running");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return note.isVisible(); }, 20'000));
+    EXPECT_EQ(note.text(),
+              QStringLiteral("The app is running. Quit it first so it does not rewrite its files."));
+    choose("Bare");
+    EXPECT_FALSE(note.isVisible());
+    choose("Running");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return note.isVisible(); }, 20'000));
+    process.closeWriteChannel();
+    process.waitForFinished();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !note.isVisible(); }, 20'000)) << "it has been quit";
+}
+
+TEST(AppDetail, RemovesNoSystemAppAndMarksWhatTheSystemOwns) {
+    AppDetail detail;
+    const LeftoverItem owned{FileURL("/Library/LaunchDaemons/com.example.acme.plist"), "Background daemon",
+                             MatchConfidence::exact, 5000, true};
+    AppRow row{.app = {.url = FileURL("/Applications/Acme.app"),
+                       .name = "Acme",
+                       .bundleID = "com.example.acme",
+                       .version = "1.2",
+                       .isSystemApp = false,
+                       .isMASApp = false,
+                       .lastUsed = {}},
+               .bundleSize = 1000,
+               .leftovers = {owned},
+               .analyzed = true};
+    AppRow other = row;
+    other.app.url = FileURL("/Applications/Other.app");
+    other.app.name = "Other";
+    detail.show(row, {row, other});
+    detail.setVisible(true);
+    auto &bundle = find<QCheckBox>(detail, "includeBundle");
+    EXPECT_EQ(bundle.text(), QStringLiteral("Remove the app itself"));
+    EXPECT_FALSE(find<QLabel>(detail, "systemApp").isVisible());
+    EXPECT_EQ(shown(leftovers(detail, "exactLeftovers"), 0, EntryListModel::noteRole),
+              QStringLiteral("Owned by the system. Removing it asks for your password.  "
+                             "Also claimed by Other"));
+    bundle.click();
+    EXPECT_TRUE(detail.includesBundle());
+
+    AppRow system = row;
+    system.app.isSystemApp = true;
+    detail.show(system, {system});
+    EXPECT_FALSE(bundle.isVisible());
+    EXPECT_EQ(find<QLabel>(detail, "systemApp").text(),
+              QStringLiteral("This is a system app. Brimvale will not remove it."));
+    EXPECT_TRUE(find<QLabel>(detail, "systemApp").isVisible());
+    EXPECT_FALSE(detail.includesBundle()) << "though the box was ticked";
+    EXPECT_THAT(detail.leftovers(), IsEmpty());
+}
+
+} // namespace brimvale
