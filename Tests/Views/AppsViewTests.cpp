@@ -358,7 +358,7 @@ TEST(AppDetail, RemovesNoSystemAppAndMarksWhatTheSystemOwns) {
     EXPECT_EQ(bundle.text(), QStringLiteral("Remove the app itself"));
     EXPECT_FALSE(find<QLabel>(detail, "systemApp").isVisible());
     EXPECT_EQ(shown(leftovers(detail, "exactLeftovers"), 0, EntryListModel::noteRole),
-              QStringLiteral("Owned by the system. Removing it asks for your password.  "
+              QStringLiteral("Owned by the system. Removing it asks for your password.\n"
                              "Also claimed by Other"));
     bundle.click();
     EXPECT_TRUE(detail.includesBundle());

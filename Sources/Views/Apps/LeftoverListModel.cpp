@@ -14,13 +14,13 @@ QString text(const std::string &utf8) {
     return QString::fromStdString(utf8);
 }
 
-QString noteOn(const LeftoverListModel::Row &row) {
+QStringList notesOn(const LeftoverListModel::Row &row) {
     QStringList notes;
     if (row.item.requiresAdmin)
         notes.append(LeftoverListModel::tr("Owned by the system. Removing it asks for your password."));
     if (!row.otherClaims.isEmpty())
         notes.append(row.otherClaims);
-    return notes.join(QStringLiteral("  "));
+    return notes;
 }
 
 QString iconName(const LeftoverItem &item) {
@@ -65,8 +65,8 @@ QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
     case Qt::ToolTipRole:
         return displayedText(row.item.url.path());
     case Qt::AccessibleTextRole:
-        return QStringList{data(index).toString(), text(row.item.category), size, noteOn(row)}.join(
-            QStringLiteral(", "));
+        return (QStringList{data(index).toString(), text(row.item.category), size} + notesOn(row))
+            .join(QStringLiteral(", "));
     case Qt::CheckStateRole:
         return ticked_.contains(row.item.url) ? Qt::Checked : Qt::Unchecked;
     case EntryListModel::sizeRole:
@@ -76,7 +76,7 @@ QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
     case EntryListModel::folderRole:
         return displayedText(row.item.url.deletingLastPathComponent().path());
     case EntryListModel::noteRole:
-        return noteOn(row);
+        return notesOn(row).join(QLatin1Char('\n'));
     case EntryListModel::iconRole:
         return row.item.requiresAdmin ? QStringLiteral("shield-alert") : iconName(row.item);
     default:

@@ -11,7 +11,6 @@
 #include <QPainter>
 #include <QToolTip>
 #include <algorithm>
-#include <utility>
 
 namespace brimvale {
 
@@ -19,13 +18,17 @@ namespace {
 
 constexpr int rowHeight = 32;
 constexpr int secondLineHeight = 12;
-constexpr int thirdLineHeight = 16;
+constexpr int noteHeight = 16;
 constexpr int margin = 16;
 constexpr int gap = 10;
 constexpr int iconSize = 16;
 constexpr int sizeWidth = 88;
 constexpr int dateWidth = 110;
 constexpr int leastNameWidth = 180; ///< beside a date
+
+QStringList notesOn(const QModelIndex &index) {
+    return index.data(EntryListModel::noteRole).toString().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
 
 QRect tickBoxOf(const QRect &row) {
     return {row.left() + margin, row.center().y() - tickBoxSize / 2 + 1, tickBoxSize, tickBoxSize};
@@ -47,6 +50,17 @@ QRect takeRight(QRect &row, int width) {
     return taken;
 }
 
+/// The notes, one a line, below the rest: they are to be read in full, and have the whole width for that.
+void paintNotes(QPainter &painter, const QRect &above, const QStringList &notes) {
+    constexpr int nearer = 5; // the rest ends a little before its place does
+    QRect line(above.left(), above.bottom() + 1 - nearer, above.width(), noteHeight);
+    for (const QString &note : notes) {
+        drawWords(painter, line, Qt::AlignLeft | Qt::AlignVCenter, Type::Size::caption,
+                  Theme::current().warning, note);
+        line.translate(0, noteHeight);
+    }
+}
+
 void paintGround(QPainter &painter, const QStyleOptionViewItem &option) {
     const Theme &theme = Theme::current();
     const bool hasFocus = option.state.testFlag(QStyle::State_HasFocus);
@@ -66,16 +80,19 @@ void EntryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const {
     const Theme &theme = Theme::current();
     paintGround(*painter, option);
-    QRect row = option.rect.adjusted(margin, 0, -margin, 0);
+    const QStringList notes = notesOn(index);
+    const QRect upper = option.rect.adjusted(0, 0, 0, -noteHeight * static_cast<int>(notes.size()));
+    QRect row = upper.adjusted(margin, 0, -margin, 0);
     const QVariant ticked = index.data(Qt::CheckStateRole);
     if (ticked.isValid()) {
-        paintTickBox(*painter, tickBoxOf(option.rect), ticked.value<Qt::CheckState>());
+        paintTickBox(*painter, tickBoxOf(upper), ticked.value<Qt::CheckState>());
         row.setLeft(row.left() + tickBoxSize + gap);
     }
     painter->drawPixmap(row.left(), row.center().y() - iconSize / 2 + 1,
                         Icons::pixmap(index.data(EntryListModel::iconRole).toString(), theme.secondaryText,
                                       iconSize, painter->device()->devicePixelRatioF()));
     row.setLeft(row.left() + iconSize + gap);
+    paintNotes(*painter, row, notes);
 
     constexpr Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
     drawWords(*painter, takeRight(row, sizeWidth), right, Type::Size::body, theme.text,
@@ -95,29 +112,21 @@ void EntryDelegate::paintLines(QPainter &painter, const QRect &place, const QMod
     QString folder = index.data(EntryListModel::folderRole).toString();
     if (!folder.isEmpty() && !crowdedOut.isEmpty())
         folder = crowdedOut + QStringLiteral(" · ") + folder;
-    const QString note = index.data(EntryListModel::noteRole).toString();
-    if (folder.isEmpty() && note.isEmpty()) {
+    if (folder.isEmpty()) {
         drawWords(painter, place, left, Type::Size::body, theme.text, index.data().toString());
         return;
     }
-    QRect line(place.left(), place.top() + 5, place.width(), 18);
+    const QRect line(place.left(), place.top() + 5, place.width(), 18);
     drawWords(painter, line, left, Type::Size::body, theme.text, index.data().toString());
-    for (const auto &[words, color] :
-         {std::pair(folder, theme.tertiaryText), std::pair(note, theme.warning)}) {
-        if (words.isEmpty())
-            continue;
-        line = QRect(place.left(), line.bottom() + 1, place.width(), 16);
-        drawWords(painter, line, left, Type::Size::caption, color, words);
-    }
+    drawWords(painter, QRect(line.left(), line.bottom() + 1, line.width(), 16), left, Type::Size::caption,
+              theme.tertiaryText, folder);
 }
 
 QSize EntryDelegate::sizeHint(const QStyleOptionViewItem & /*option*/, const QModelIndex &index) const {
     int height = rowHeight;
     if (!index.data(EntryListModel::folderRole).toString().isEmpty())
         height += secondLineHeight;
-    if (!index.data(EntryListModel::noteRole).toString().isEmpty())
-        height += thirdLineHeight;
-    return {0, height};
+    return {0, height + noteHeight * static_cast<int>(notesOn(index).size())};
 }
 
 bool EntryDelegate::editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,

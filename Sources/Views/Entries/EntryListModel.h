@@ -18,7 +18,7 @@ public:
         sizeRole = Qt::UserRole, ///< formatted
         dateRole,                ///< formatted; empty where it is not known
         folderRole,              ///< a second line; empty for none
-        noteRole,                ///< a third line, that deserves attention; empty for none
+        noteRole,                ///< further lines, that deserve attention; empty for none
         iconRole                 ///< the name of an icon
     };
 
