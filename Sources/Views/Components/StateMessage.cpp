@@ -5,13 +5,15 @@
 
 #include <QEvent>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace brimvale {
 
 namespace {
 
 constexpr int iconSize = 40;
-constexpr int textWidth = 420;
+constexpr int textWidth = 420; ///< at most
+constexpr int margin = 8;
 
 } // namespace
 
@@ -22,8 +24,8 @@ StateMessage::StateMessage(QWidget *parent)
     title_->setObjectName(QStringLiteral("stateTitle"));
     sentence_->setObjectName(QStringLiteral("stateSentence"));
     sentence_->setWordWrap(true);
-    sentence_->setFixedWidth(textWidth);
     auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, margin, margin, margin);
     layout->setSpacing(8);
     layout->addStretch(2);
     for (QLabel *label : {icon_, static_cast<QLabel *>(title_), static_cast<QLabel *>(sentence_)}) {
@@ -37,9 +39,23 @@ void StateMessage::setMessage(const QString &iconName, const QString &title, con
     iconName_ = iconName;
     title_->setText(title);
     sentence_->setText(sentence);
-    // A layout asks an aligned label for one line only.
-    sentence_->setFixedHeight(sentence_->heightForWidth(textWidth));
+    fitSentence();
     drawIcon();
+}
+
+/// A layout asks an aligned label for one line only.
+void StateMessage::fitSentence() {
+    const int width = std::clamp(contentsRect().width() - 2 * margin, 1, textWidth);
+    sentence_->setFixedSize(width, sentence_->heightForWidth(width));
+}
+
+QSize StateMessage::minimumSizeHint() const {
+    return {0, QWidget::minimumSizeHint().height()};
+}
+
+void StateMessage::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    fitSentence();
 }
 
 QString StateMessage::title() const {

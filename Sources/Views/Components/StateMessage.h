@@ -21,10 +21,15 @@ public:
     [[nodiscard]] QString title() const;
     [[nodiscard]] QString sentence() const;
 
+    /// As narrow as need be: the sentence breaks into more lines.
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void fitSentence();
     void drawIcon();
 
     QString iconName_;
