@@ -47,14 +47,10 @@ void update(std::vector<AppRow> &rows, const FileURL &app, const RemovalResult &
     const auto hasGone = [&](const FileURL &url) {
         return std::find(result.succeeded.begin(), result.succeeded.end(), url) != result.succeeded.end();
     };
-    const auto row =
-        std::find_if(rows.begin(), rows.end(), [&](const AppRow &one) { return one.app.url == app; });
-    if (row == rows.end())
-        return;
     if (hasGone(app))
-        rows.erase(row);
-    else
-        std::erase_if(row->leftovers, [&](const LeftoverItem &item) { return hasGone(item.url); });
+        std::erase_if(rows, [&](const AppRow &row) { return row.app.url == app; });
+    for (AppRow &row : rows)
+        std::erase_if(row.leftovers, [&](const LeftoverItem &item) { return hasGone(item.url); });
 }
 
 std::string otherClaims(const LeftoverItem &item, const FileURL &claimant, std::span<const AppRow> rows) {

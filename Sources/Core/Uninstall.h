@@ -28,8 +28,8 @@ struct Items {
 [[nodiscard]] std::string confirmation(const AppRow &row, const std::vector<LeftoverItem> &leftovers,
                                        bool includeBundle);
 
-/// Brings the list up to date after a removal: the application's row goes when its bundle has gone, else the
-/// leftovers that have gone leave the row.
+/// Brings the list up to date after a removal: the application's row goes when its bundle has gone, and the
+/// leftovers that have gone leave its row and those of the others that claim them.
 void update(std::vector<AppRow> &rows, const FileURL &app, const RemovalResult &result);
 
 /// Says who else a leftover may belong to: "Also claimed by NAME", names in the order of the rows and with a
