@@ -3,6 +3,7 @@
 #include "Base/Bytes.h"
 #include "Core/Formatting.h"
 #include "Views/Components/Theme.h"
+#include "Views/Overview/SegmentAccessibility.h"
 
 #include <QHelpEvent>
 #include <QPainter>
@@ -19,16 +20,17 @@ constexpr int barHeight = 24;
 constexpr qreal cornerRadius = 6;
 constexpr qreal gap = 2;
 
-QString named(const BarSegment &segment) {
-    return segment.name + QStringLiteral(", ") + QString::fromStdString(Fmt::byteFormatter(segment.bytes));
-}
-
 } // namespace
+
+QString BarSegment::words() const {
+    return name + QStringLiteral(", ") + QString::fromStdString(Fmt::byteFormatter(bytes));
+}
 
 SegmentedBar::SegmentedBar(QWidget *parent) : QWidget(parent) {
     setObjectName(QStringLiteral("segmentedBar"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setAccessibleName(tr("What the used space consists of"));
+    SegmentAccessibility::install();
 }
 
 void SegmentedBar::setSegments(std::vector<BarSegment> segments, std::int64_t whole) {
@@ -37,10 +39,6 @@ void SegmentedBar::setSegments(std::vector<BarSegment> segments, std::int64_t wh
         return;
     segments_ = std::move(segments);
     whole_ = whole;
-    QStringList names;
-    for (const BarSegment &segment : segments_)
-        names.append(named(segment));
-    setAccessibleDescription(names.join(QStringLiteral("; ")));
     update();
 }
 
@@ -85,7 +83,7 @@ bool SegmentedBar::event(QEvent *event) {
     const auto *help = static_cast<QHelpEvent *>(event);
     for (std::size_t i = 0; i < segments_.size(); ++i)
         if (rectOf(i).contains(help->pos())) {
-            QToolTip::showText(help->globalPos(), named(segments_[i]), this, rectOf(i).toRect());
+            QToolTip::showText(help->globalPos(), segments_[i].words(), this, rectOf(i).toRect());
             return true;
         }
     QToolTip::hideText();

@@ -14,6 +14,9 @@ struct BarSegment {
     std::int64_t bytes = 0;
     QColor color;
 
+    /// The name with the size.
+    [[nodiscard]] QString words() const;
+
     friend bool operator==(const BarSegment &, const BarSegment &) = default;
 };
 
