@@ -4,6 +4,8 @@
 
 namespace brimvale {
 
+struct PublishedWriter;
+
 /// A field that everybody may read, that only its owner may write, and whose every change is announced by the
 /// owner's signal `changed`. Setting an equal value announces nothing. Lives on the main thread.
 template<class Owner, class T, void (Owner::*changed)()>
@@ -18,6 +20,7 @@ public:
 
 private:
     friend Owner;
+    friend PublishedWriter; // by which a test has a page show what it likes
 
     void set(T value) {
         if (value == value_)

@@ -1,13 +1,16 @@
 #include "Core/CleanupEntries.h"
 
 #include "Base/Bytes.h"
+#include "Core/EnclosingFolders.h"
 #include "Platform/Dataless.h"
+#include "Platform/FileAccess.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Folder.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
+#include <unordered_set>
 
 namespace brimvale {
 
@@ -42,6 +45,25 @@ std::vector<CleanupEntry> CleanupEntries::measured(const std::vector<std::string
     std::stable_sort(entries.begin(), entries.end(),
                      [](const CleanupEntry &a, const CleanupEntry &b) { return a.size > b.size; });
     return entries;
+}
+
+std::vector<CleanupEntry> CleanupEntries::outermost(const std::vector<CleanupEntry> &entries) {
+    std::unordered_set<FileURL> all;
+    for (const CleanupEntry &entry : entries)
+        all.insert(entry.url);
+    EnclosingFolders folders(all);
+    std::unordered_set<FileURL> taken;
+    std::vector<CleanupEntry> outermost;
+    for (const CleanupEntry &entry : entries)
+        if (!folders.enclose(entry.url) && taken.insert(entry.url).second)
+            outermost.push_back(entry);
+    return outermost;
+}
+
+bool CleanupEntries::hasUnreadableRoot(const std::vector<std::string> &roots) {
+    return std::any_of(roots.begin(), roots.end(), [](const std::string &root) {
+        return fileStatus(root).has_value() && !canListContents(root);
+    });
 }
 
 std::int64_t CleanupEntries::totalSize(const std::vector<CleanupEntry> &entries) {

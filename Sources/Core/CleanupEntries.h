@@ -24,6 +24,12 @@ namespace CleanupEntries {
                                                  const std::vector<std::int64_t> &sizes,
                                                  std::int64_t minimum = 1);
 
+/// The rows that a removal has to be asked for: each item once, and none that goes with a folder among them.
+[[nodiscard]] std::vector<CleanupEntry> outermost(const std::vector<CleanupEntry> &entries);
+
+/// Whether one of the roots exists and may not be listed.
+[[nodiscard]] bool hasUnreadableRoot(const std::vector<std::string> &roots);
+
 /// The bytes of all rows.
 [[nodiscard]] std::int64_t totalSize(const std::vector<CleanupEntry> &entries);
 

@@ -1,5 +1,6 @@
 #include "Core/CleanupEntries.h"
 #include "Core/CorvelModel.h"
+#include "Core/EnclosingFolders.h"
 #include "Core/StorageCategories.h"
 #include "Core/StorageFigures.h"
 
@@ -8,6 +9,20 @@
 #include <utility>
 
 namespace brimvale {
+
+namespace {
+
+/// Takes the rows of what is gone out of a category, what lay in a folder that is gone included.
+void withdraw(const std::unordered_set<FileURL> &gone, MeasuredCategory &category) {
+    EnclosingFolders folders(gone);
+    const auto removed = std::erase_if(category.entries, [&](const CleanupEntry &entry) {
+        return gone.contains(entry.url) || folders.enclose(entry.url);
+    });
+    if (removed > 0 && category.category.measurement == CategoryMeasurement::measured)
+        category.size = CleanupEntries::totalSize(category.entries);
+}
+
+} // namespace
 
 const MeasuredCategory *CorvelModel::category(std::string_view id) const {
     const auto found = std::find_if(categories->begin(), categories->end(),
@@ -30,6 +45,8 @@ void CorvelModel::resolveRemainder() {
 void CorvelModel::measureCategories() {
     if (*isMeasuringCategories)
         return;
+    if (!*isMeasuringCleanup)
+        goneMeanwhile_.clear();
     isMeasuringCategories.set(true);
     categoryProgress.set(0);
     const std::vector<StorageCategory> all = StorageCategories::all();
@@ -52,8 +69,10 @@ void CorvelModel::measureCategories() {
         [this](std::vector<CleanupEntry> rows) {
             categories.update([&](std::vector<MeasuredCategory> &measured) {
                 for (MeasuredCategory &one : measured)
-                    if (one.category.measurement == CategoryMeasurement::remainder)
+                    if (one.category.measurement == CategoryMeasurement::remainder) {
                         one.entries = std::move(rows);
+                        withdraw(goneMeanwhile_, one);
+                    }
             });
             resolveRemainder();
             lastCategoryScan.set(now());
@@ -62,8 +81,9 @@ void CorvelModel::measureCategories() {
         });
 }
 
-/// Puts a category that has been measured in its place.
-void CorvelModel::show(const MeasuredCategory &measured) {
+/// Puts a category that has been measured in its place, without what was removed before it got here.
+void CorvelModel::show(MeasuredCategory measured) {
+    withdraw(goneMeanwhile_, measured);
     categories.update([&](std::vector<MeasuredCategory> &all) {
         for (MeasuredCategory &one : all)
             if (one.category.id == measured.category.id)
@@ -76,12 +96,8 @@ void CorvelModel::removeCategoryEntries(const std::vector<CleanupEntry> &entries
     beginRemoval(entries, mode, [this](const RemovalResult &result) {
         const std::unordered_set<FileURL> gone(result.succeeded.begin(), result.succeeded.end());
         std::vector<MeasuredCategory> left = *categories;
-        for (MeasuredCategory &one : left) {
-            const auto removed = std::erase_if(
-                one.entries, [&](const CleanupEntry &entry) { return gone.contains(entry.url); });
-            if (removed > 0 && one.category.measurement == CategoryMeasurement::measured)
-                one.size = CleanupEntries::totalSize(one.entries);
-        }
+        for (MeasuredCategory &one : left)
+            withdraw(gone, one);
         categories.set(std::move(left));
         resolveRemainder();
         refreshVolumes();

@@ -1,5 +1,6 @@
 #include "Core/CleanupCatalog.h"
 #include "Core/CorvelModel.h"
+#include "Core/EnclosingFolders.h"
 #include "Core/Remover.h"
 
 #include <algorithm>
@@ -10,6 +11,8 @@ namespace brimvale {
 void CorvelModel::measureCleanup() {
     if (*isMeasuringCleanup)
         return;
+    if (!*isMeasuringCategories)
+        goneMeanwhile_.clear();
     isMeasuringCleanup.set(true);
     cleanupProgress.set(0);
     inBackground(
@@ -17,7 +20,11 @@ void CorvelModel::measureCleanup() {
             const auto completed = std::make_shared<Counter>();
             const auto total = static_cast<double>(definitions.size());
             const auto finished = [&](CleanupTarget measured) {
-                publish([this, measured = std::move(measured), completed, total] {
+                publish([this, measured = std::move(measured), completed, total]() mutable {
+                    EnclosingFolders folders(goneMeanwhile_);
+                    std::erase_if(measured.entries, [&](const CleanupEntry &entry) {
+                        return goneMeanwhile_.contains(entry.url) || folders.enclose(entry.url);
+                    });
                     cleanupTargets.update([&](std::vector<CleanupTarget> &targets) {
                         for (CleanupTarget &target : targets)
                             if (target.id == measured.id)

@@ -1,6 +1,7 @@
 #include "Core/CorvelModel.h"
 
 #include "Base/Bytes.h"
+#include "Core/EnclosingFolders.h"
 #include "Core/Remover.h"
 
 #include <unordered_set>
@@ -76,10 +77,12 @@ void CorvelModel::escalate(const std::vector<FileURL> &urls) {
         });
 }
 
-/// Takes what is gone out of the cleanup targets and out of the leftovers of the applications.
+/// Takes what is gone out of the cleanup targets and out of the leftovers of the applications, what lay in a
+/// folder that is gone included.
 void CorvelModel::forget(const RemovalResult &result) {
     const std::unordered_set<FileURL> gone(result.succeeded.begin(), result.succeeded.end());
-    const auto isGone = [&](const auto &one) { return gone.contains(one.url); };
+    EnclosingFolders folders(gone);
+    const auto isGone = [&](const auto &one) { return gone.contains(one.url) || folders.enclose(one.url); };
     std::vector<AppRow> rows = *apps;
     for (AppRow &row : rows)
         std::erase_if(row.leftovers, isGone);
@@ -109,6 +112,8 @@ void CorvelModel::beginRemoval(Removal removal, RemovalActivity activity, std::f
     inBackground(std::move(work), [this, finish = std::move(finish)](const RemovalResult &result) {
         lastResult.update([&](std::optional<RemovalResult> &last) { last = result; });
         totalFreedThisSession.set(checkedAdd(*totalFreedThisSession, result.bytesFreed));
+        if (*isMeasuringCleanup || *isMeasuringCategories)
+            goneMeanwhile_.insert(result.succeeded.begin(), result.succeeded.end());
         finish(result);
     });
 }

@@ -162,6 +162,8 @@ void CorvelModel::deleteSnapshot(const LocalSnapshot &snapshot, const std::funct
         [this, done](bool isDeleted) {
             isDeletingSnapshot.set(false);
             refreshVolumes();
+            if (*isMeasuringCategories || *lastCategoryScan)
+                resolveRemainder();
             done(isDeleted);
         });
 }

@@ -20,6 +20,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace brimvale {
@@ -251,7 +252,7 @@ private:
     void detach(FSNode &node);
     void endRemoval();
     void forget(const RemovalResult &result);
-    void show(const MeasuredCategory &measured);
+    void show(MeasuredCategory measured);
     void removeConfirmed();
     void finishArchive(const ArchiveResult &result, const std::vector<CleanupEntry> &entries,
                        RemovalMode mode, bool isSameVolume);
@@ -262,6 +263,8 @@ private:
     RemovalActions &removalActions_;
     std::optional<Removal> removal_;
     QTimer removalTimer_;
+    /// Removed while something is measured: what was measured before must not bring it back.
+    std::unordered_set<FileURL> goneMeanwhile_;
     std::optional<PendingDeletion> confirmed_; ///< goes as soon as another removal has ended
     std::shared_ptr<std::atomic<bool>> isArchiveCancelled_;
     std::shared_ptr<std::atomic<bool>> isClosing_ = std::make_shared<std::atomic<bool>>(false);
