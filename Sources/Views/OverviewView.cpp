@@ -11,7 +11,9 @@
 #include "Views/Overview/VolumesCard.h"
 
 #include <QDateTime>
+#include <QKeyEvent>
 #include <QLocale>
+#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -92,13 +94,13 @@ QWidget *OverviewView::makeContent() {
     layout->addWidget(volumesTitle_);
     layout->addWidget(volumes_);
     layout->addStretch(1);
-    auto *area = new QScrollArea(this);
-    area->setObjectName(QStringLiteral("overviewContent"));
-    area->setWidget(content);
-    area->setWidgetResizable(true);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setFocusPolicy(Qt::NoFocus);
-    return area;
+    area_ = new QScrollArea(this);
+    area_->setObjectName(QStringLiteral("overviewContent"));
+    area_->setWidget(content);
+    area_->setWidgetResizable(true);
+    area_->setFrameShape(QFrame::NoFrame);
+    area_->setFocusPolicy(Qt::NoFocus);
+    return area_;
 }
 
 void OverviewView::showCategories() {
@@ -143,6 +145,26 @@ void OverviewView::showSnapshots() {
     snapshots_->setSnapshots(*model_.snapshots, *model_.isDeletingSnapshot);
 }
 
+/// A letter goes to the next category that begins with it.
+void OverviewView::keyPressEvent(QKeyEvent *event) {
+    const auto focused =
+        std::find_if(rows_.begin(), rows_.end(), [](const CategoryRow *row) { return row->hasFocus(); });
+    const QString typed = event->text();
+    if (focused == rows_.end() || typed.isEmpty() || !typed.front().isLetter()) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    std::vector<CategoryRow *> others(std::next(focused), rows_.end());
+    others.insert(others.end(), rows_.begin(), focused);
+    const auto next = std::find_if(others.begin(), others.end(), [&](const CategoryRow *row) {
+        return row->text().startsWith(typed, Qt::CaseInsensitive);
+    });
+    if (next == others.end())
+        return;
+    (*next)->setFocus(Qt::TabFocusReason);
+    area_->ensureWidgetVisible(*next);
+}
+
 void OverviewView::confirmDeletion(const LocalSnapshot &snapshot) {
     auto *sheet = new ConfirmationSheet(tr("Delete this snapshot?"),
                                         tr("“%1” will be deleted for good. The states of your files that "
@@ -151,8 +173,8 @@ void OverviewView::confirmDeletion(const LocalSnapshot &snapshot) {
                                             .arg(QString::fromStdString(snapshot.name)),
                                         tr("Delete"), this);
     connect(sheet, &QDialog::accepted, this, [this, snapshot] {
-        model_.deleteSnapshot(snapshot, [this, snapshot](bool isDeleted) {
-            if (!isDeleted)
+        model_.deleteSnapshot(snapshot, [this, page = QPointer(this), snapshot](bool isDeleted) {
+            if (!isDeleted && !page.isNull())
                 (new NoticeSheet(tr("The snapshot is still there"),
                                  tr("“%1” could not be deleted, or the password was not given.")
                                      .arg(QString::fromStdString(snapshot.name)),

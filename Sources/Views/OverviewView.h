@@ -7,6 +7,7 @@
 #include <vector>
 
 class QPushButton;
+class QScrollArea;
 class QVBoxLayout;
 
 namespace brimvale {
@@ -29,6 +30,9 @@ public:
 signals:
     void categoryOpened(const std::string &id);
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
     QWidget *makeHead();
     QWidget *makeContent();
@@ -42,6 +46,7 @@ private:
     QPushButton *measure_;
     ProgressNote *progress_;
     CapacityCard *capacity_;
+    QScrollArea *area_ = nullptr;
     QVBoxLayout *rowLayout_ = nullptr;
     std::vector<CategoryRow *> rows_;
     SnapshotsCard *snapshots_;

@@ -79,7 +79,7 @@ void CapacityCard::show(const std::optional<VolumeInfo> &volume,
     const std::int64_t used = volume ? std::max<std::int64_t>(capacity - volume->trueFree, 0) : 0;
     name_->setText(volume ? QString::fromStdString(volume->name) : tr("No volume"));
     used_->setText(tr("%1 of %2 used").arg(sizeText(used), sizeText(capacity)));
-    free_->setText(sizeText(volume ? volume->trueFree : 0));
+    free_->setText(sizeText(volume ? volume->shownAvailable() : 0));
     bar_->setSegments(segments, capacity);
     legend_->setSegments(segments);
     legend_->setHidden(segments.empty());

@@ -30,9 +30,7 @@ SnapshotsCard::SnapshotsCard(QWidget *parent)
     note_->setWordWrap(true);
     auto *remark = new TextLabel(Type::Size::caption, TextLabel::Tone::tertiary, this);
     remark->setObjectName(QStringLiteral("snapshotsRemark"));
-    remark->setText(
-        tr("macOS does not report a size per snapshot. Their combined weight shows up as purgeable "
-           "space above."));
+    remark->setText(text(std::string(snapshotRemark)));
     remark->setWordWrap(true);
     rows_->setSpacing(6);
     auto *layout = new QVBoxLayout(this);

@@ -56,7 +56,7 @@ QWidget *VolumesCard::makeRow(const VolumeInfo &volume) {
     const double total = static_cast<double>(std::max<std::int64_t>(volume.totalCapacity, 1));
     bar->setUsedShare(1 - static_cast<double>(volume.trueFree) / total);
     auto *free = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, row);
-    free->setText(tr("%1 free of %2").arg(sizeText(volume.trueFree), sizeText(volume.totalCapacity)));
+    free->setText(tr("%1 free of %2").arg(sizeText(volume.shownAvailable()), sizeText(volume.totalCapacity)));
     free->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     free->setMinimumWidth(freeWidth);
     auto *layout = new QHBoxLayout(row);
