@@ -1,6 +1,7 @@
 #include "Views/CategoryDetailView.h"
 
 #include "Core/BackupPlan.h"
+#include "Core/CleanupEntries.h"
 #include "Core/CleanupRiskTexts.h"
 #include "Core/StorageFigures.h"
 #include "Platform/RunningApps.h"
@@ -40,9 +41,10 @@ QString whyEmpty(const MeasuredCategory &category) {
             "Not measured yet. Measure looks at every category and changes nothing.");
     if (category.category.measurement == CategoryMeasurement::remainder)
         return CategoryDetailView::tr("No folder that would explain this figure has been found yet.");
-    return CategoryDetailView::tr(
-        "Nothing found. Either there is nothing here, or it may not be read; Full Disk "
-        "Access would help with that.");
+    if (CleanupEntries::hasUnreadableRoot(category.category.roots))
+        return CategoryDetailView::tr("This could not be read: you may not list its folder. Full Disk "
+                                      "Access, or the rights of the folder's owner, would help.");
+    return CategoryDetailView::tr("Nothing found. There is nothing in here.");
 }
 
 } // namespace
@@ -78,6 +80,7 @@ bool CategoryDetailView::canTick() const {
 
 QWidget *CategoryDetailView::makeHead() {
     measure_->setObjectName(QStringLiteral("measure"));
+    measure_->setAutoDefault(true); // Return presses it
     progress_->setObjectName(QStringLiteral("categoryProgress"));
     progress_->setFixedWidth(200);
     header_->addControl(measure_);
@@ -135,6 +138,7 @@ void CategoryDetailView::addActions(QVBoxLayout &layout) {
     if (std::holds_alternative<RemovableAction>(action_)) {
         bar_ = new ActionBar(this);
         layout.addWidget(bar_);
+        bar_->listenForKeys();
         connect(bar_, &ActionBar::removalAsked, this, &CategoryDetailView::confirmRemoval);
     } else if (std::holds_alternative<BackupThenRemoveAction>(action_)) {
         backupBar_ = new BackupBar(model_, this);

@@ -1,5 +1,7 @@
 #include "Views/CleanupView.h"
 
+#include "Core/CleanupEntries.h"
+#include "Core/RemovalReport.h"
 #include "Views/Cleanup/TargetCard.h"
 #include "Views/Components/ActionBar.h"
 #include "Views/Components/PageHeader.h"
@@ -9,7 +11,6 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
-#include <unordered_set>
 
 namespace brimvale {
 
@@ -30,6 +31,7 @@ CleanupView::CleanupView(CorvelModel &model, QWidget *parent)
     layout->addWidget(makeHeader());
     layout->addWidget(makeCards(), 1);
     layout->addWidget(bar_);
+    bar_->listenForKeys();
 
     connect(measure_, &QPushButton::clicked, &model_, &CorvelModel::measureCleanup);
     connect(&model_, &CorvelModel::cleanupChanged, this, &CleanupView::showTargets);
@@ -96,7 +98,11 @@ void CleanupView::showSelection() {
 }
 
 void CleanupView::confirmRemoval(RemovalMode mode) {
-    RemovalRequest request{.items = tickedEntries(), .mode = mode};
+    const std::vector<CleanupEntry> entries = tickedEntries();
+    const auto remark = [bytes = CleanupEntries::totalSize(entries)](RemovalMode chosen) {
+        return chosen == RemovalMode::trash ? RemovalReport::trashRemark(bytes) : std::string();
+    };
+    const RemovalRequest request{.items = entries, .mode = mode, .remark = remark};
     auto *sheet = new RemovalSheet(request, this);
     connect(sheet, &RemovalSheet::confirmed, this, [this, items = request.items](RemovalMode chosen) {
         model_.removeCleanupEntries(items, chosen);
@@ -105,15 +111,14 @@ void CleanupView::confirmRemoval(RemovalMode mode) {
     sheet->open();
 }
 
-/// What is ticked, in the order of the page, each item once.
+/// What is ticked, in the order of the page; what lies in a folder that is ticked as well goes with that.
 std::vector<CleanupEntry> CleanupView::tickedEntries() const {
     std::vector<CleanupEntry> entries;
-    std::unordered_set<FileURL> taken;
     for (const CleanupTarget &target : *model_.cleanupTargets)
         for (const CleanupEntry &entry : target.entries)
-            if (ticked_.contains(entry.url) && taken.insert(entry.url).second)
+            if (ticked_.contains(entry.url))
                 entries.push_back(entry);
-    return entries;
+    return CleanupEntries::outermost(entries);
 }
 
 } // namespace brimvale

@@ -1,8 +1,7 @@
 #include "Views/Cleanup/TargetCard.h"
 
+#include "Core/CleanupEntries.h"
 #include "Core/Formatting.h"
-#include "Platform/FileAccess.h"
-#include "Platform/FileStatus.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/RiskBadge.h"
 #include "Views/Components/TextLabel.h"
@@ -13,6 +12,7 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -28,17 +28,11 @@ QString text(const std::string &utf8) {
     return QString::fromStdString(utf8);
 }
 
-bool hasUnreadableRoot(const CleanupTarget &target) {
-    return std::any_of(target.roots.begin(), target.roots.end(), [](const std::string &root) {
-        return fileStatus(root).has_value() && !canListContents(root);
-    });
-}
-
 QString whyEmpty(const CleanupTarget &target) {
     if (!target.scanned)
         return TargetCard::tr(
             "Not measured yet. Measure looks at every place on this page and changes nothing.");
-    if (hasUnreadableRoot(target))
+    if (CleanupEntries::hasUnreadableRoot(target.roots))
         return TargetCard::tr("This could not be read: you may not list its folder. Full Disk Access, or the "
                               "rights of the folder's owner, would help.");
     return TargetCard::tr("Nothing found. There is nothing here to remove.");
@@ -158,6 +152,15 @@ void TargetCard::changeEvent(QEvent *event) {
     Card::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         drawIcons();
+}
+
+void TargetCard::keyPressEvent(QKeyEvent *event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    // In the list, Return means an entry.
+    if (isReturn && (disclosure_->hasFocus() || all_->hasFocus()))
+        disclosure_->toggle();
+    else
+        Card::keyPressEvent(event);
 }
 
 /// A click anywhere on the head opens and closes the card.

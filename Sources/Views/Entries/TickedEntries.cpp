@@ -1,17 +1,10 @@
 #include "Views/Entries/TickedEntries.h"
 
-#include "Base/Bytes.h"
+#include "Core/CleanupEntries.h"
 
 #include <utility>
 
 namespace brimvale {
-
-std::int64_t TickedEntries::bytes() const {
-    std::int64_t total = 0;
-    for (const auto &[url, size] : sizes_)
-        total = checkedAdd(total, size);
-    return total;
-}
 
 void TickedEntries::setTicked(const std::vector<CleanupEntry> &entries, bool isTicked) {
     for (const CleanupEntry &entry : entries) {
@@ -20,6 +13,7 @@ void TickedEntries::setTicked(const std::vector<CleanupEntry> &entries, bool isT
         else
             sizes_.erase(entry.url);
     }
+    sumUp();
     emit changed();
 }
 
@@ -32,6 +26,7 @@ void TickedEntries::retain(const std::vector<const std::vector<CleanupEntry> *> 
     if (kept == sizes_)
         return;
     sizes_ = std::move(kept);
+    sumUp();
     emit changed();
 }
 
@@ -39,7 +34,17 @@ void TickedEntries::clear() {
     if (sizes_.empty())
         return;
     sizes_.clear();
+    sumUp();
     emit changed();
+}
+
+void TickedEntries::sumUp() {
+    std::vector<CleanupEntry> entries;
+    for (const auto &[url, size] : sizes_)
+        entries.push_back({url, size});
+    const std::vector<CleanupEntry> outermost = CleanupEntries::outermost(entries);
+    count_ = static_cast<std::int64_t>(outermost.size());
+    bytes_ = CleanupEntries::totalSize(outermost);
 }
 
 } // namespace brimvale

@@ -17,10 +17,11 @@ public:
     using QObject::QObject;
 
     [[nodiscard]] bool contains(const FileURL &url) const { return sizes_.contains(url); }
-    [[nodiscard]] std::int64_t count() const { return static_cast<std::int64_t>(sizes_.size()); }
+    /// How many there are to remove: what lies in a folder that is ticked as well goes with that.
+    [[nodiscard]] std::int64_t count() const { return count_; }
     [[nodiscard]] bool isEmpty() const { return sizes_.empty(); }
     /// Allocated bytes of all of them together.
-    [[nodiscard]] std::int64_t bytes() const;
+    [[nodiscard]] std::int64_t bytes() const { return bytes_; }
 
     void setTicked(const std::vector<CleanupEntry> &entries, bool isTicked);
     /// Unticks what is in none of the lists any more, and takes over the sizes of the others.
@@ -31,7 +32,11 @@ signals:
     void changed();
 
 private:
+    void sumUp();
+
     std::unordered_map<FileURL, std::int64_t> sizes_;
+    std::int64_t count_ = 0;
+    std::int64_t bytes_ = 0;
 };
 
 } // namespace brimvale
