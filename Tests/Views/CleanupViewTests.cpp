@@ -1,0 +1,254 @@
+#include "Views/CleanupView.h"
+
+#include "Core/CleanupCatalog.h"
+#include "Core/Formatting.h"
+#include "Support/PublishedWriter.h"
+#include "Support/RecordingActions.h"
+#include "Support/SampleHome.h"
+#include "Views/Cleanup/TargetCard.h"
+#include "Views/Components/ActionBar.h"
+#include "Views/Components/RemovalModePicker.h"
+#include "Views/Components/TickBox.h"
+#include "Views/Entries/EntryList.h"
+#include "Views/RemovalSheet.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+namespace brimvale {
+
+namespace {
+
+QString sizeText(std::int64_t bytes) {
+    return QString::fromStdString(Fmt::byteFormatter(bytes));
+}
+
+class CleanupPage : public ::testing::Test {
+protected:
+    CleanupPage() {
+        page.resize(900, 700);
+        page.show();
+        page.activateWindow();
+    }
+
+    void measure() {
+        click(find<QPushButton>("measure"));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isMeasuringCleanup; }, 60'000));
+    }
+
+    template<class Widget>
+    Widget &find(const char *name) {
+        return *page.findChild<Widget *>(QLatin1String(name));
+    }
+    static void click(QWidget &widget) { QTest::mouseClick(&widget, Qt::LeftButton); }
+
+    TargetCard &card(const char *id) {
+        return *page.findChild<TargetCard *>(QStringLiteral("target:") + QLatin1String(id));
+    }
+    EntryList &entries(const char *id) { return *card(id).findChild<EntryList *>(); }
+    TickBox &all(const char *id) { return *card(id).findChild<TickBox *>(); }
+    QString label(const char *id, const char *name) {
+        return card(id).findChild<QLabel *>(QLatin1String(name))->text();
+    }
+    /// The list's row for an entry of that name.
+    QModelIndex row(const char *id, const char *name) {
+        EntryList &list = entries(id);
+        for (int i = 0; i < list.model()->rowCount(); ++i)
+            if (list.model()->index(i, 0).data().toString() == QLatin1String(name))
+                return list.model()->index(i, 0);
+        return {};
+    }
+    /// A click on the entry's box.
+    void tick(const char *id, const char *name) {
+        card(id).setOpen(true);
+        EntryList &list = entries(id);
+        const QRect place = list.visualRect(row(id, name));
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, {place.left() + 22, place.center().y()});
+    }
+    Qt::CheckState state(const char *id, const char *name) {
+        return row(id, name).data(Qt::CheckStateRole).value<Qt::CheckState>();
+    }
+    QString selection() { return find<QLabel>("selection").text(); }
+    RemovalSheet *sheet() { return page.findChild<RemovalSheet *>(); }
+    void confirm() {
+        click(*sheet()->findChild<QPushButton *>(QStringLiteral("confirm")));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !model.isRemoving(); }, 60'000));
+    }
+
+    testing::SampleHome home;
+    testing::RecordingActions actions;
+    CorvelModel model{nullptr, actions};
+    CleanupView page{model};
+};
+
+} // namespace
+
+TEST_F(CleanupPage, SaysWhyThereIsNothing) {
+    home.makeFile("Library/Logs/system.log", 5'000);
+    home.makeFile("go/pkg/mod/cache/download/empty");
+    home.makeFile(".android/avd"); // where a folder should be that can be listed
+    EXPECT_EQ(label("logs", "total"), QStringLiteral("—"));
+    EXPECT_TRUE(label("logs", "targetState").startsWith(QStringLiteral("Not measured yet")));
+    EXPECT_FALSE(all("logs").isEnabled());
+    EXPECT_FALSE(find<QPushButton>("remove").isEnabled());
+    EXPECT_FALSE(find<QWidget>("cleanupProgress").isVisible());
+
+    click(find<QPushButton>("measure"));
+    EXPECT_TRUE(find<QWidget>("cleanupProgress").isVisible());
+    EXPECT_EQ(find<QLabel>("progressWork").text(), QStringLiteral("Measuring cleanup targets"));
+    EXPECT_FALSE(find<QPushButton>("measure").isEnabled());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isMeasuringCleanup; }, 60'000));
+    EXPECT_FALSE(find<QWidget>("cleanupProgress").isVisible());
+    EXPECT_TRUE(find<QPushButton>("measure").isEnabled());
+
+    EXPECT_EQ(label("logs", "total"), sizeText(model.cleanupTargets->at(8).entries.at(0).size));
+    EXPECT_TRUE(label("package-caches", "targetState").startsWith(QStringLiteral("Nothing found")));
+    EXPECT_TRUE(label("android-avd", "targetState").startsWith(QStringLiteral("This could not be read")));
+    EXPECT_EQ(selection(), QStringLiteral("Nothing selected"));
+    EXPECT_EQ(state("logs", "system.log"), Qt::Unchecked);
+}
+
+TEST_F(CleanupPage, CardsAreInTheOrderOfTheCatalog) {
+    int above = -1;
+    for (const CleanupTarget &target : CleanupCatalog::definitions()) {
+        const TargetCard &one = card(target.id.c_str());
+        EXPECT_GT(one.y(), above) << target.id;
+        EXPECT_FALSE(one.isOpen());
+        above = one.y();
+    }
+}
+
+TEST_F(CleanupPage, ABoxStandsForAllOfItsEntries) {
+    home.makeFile("Library/Logs/a", 30'000);
+    home.makeFile("Library/Logs/b", 20'000);
+    home.makeFile("Library/Logs/c", 10'000);
+    measure();
+    TickBox &box = all("logs");
+    const auto description = [&] { return box.accessibleDescription(); };
+    EXPECT_EQ(description(), QStringLiteral("not ticked"));
+    click(box);
+    EXPECT_EQ(description(), QStringLiteral("ticked"));
+    EXPECT_TRUE(selection().startsWith(QStringLiteral("3 items selected")));
+    tick("logs", "b");
+    EXPECT_EQ(state("logs", "b"), Qt::Unchecked);
+    EXPECT_EQ(description(), QStringLiteral("partly ticked"));
+    box.setFocus();
+    QTest::keyClick(&box, Qt::Key_Space);
+    EXPECT_EQ(description(), QStringLiteral("ticked"));
+    QTest::keyClick(&box, Qt::Key_Space);
+    EXPECT_EQ(description(), QStringLiteral("not ticked"));
+    EXPECT_EQ(selection(), QStringLiteral("Nothing selected"));
+}
+
+TEST_F(CleanupPage, TheSameItemUnderTwoCardsIsOne) {
+    std::vector<CleanupTarget> targets = *model.cleanupTargets;
+    const FileURL shared(home.makeFile("shared", 10));
+    targets[0].entries = {{shared, 4'000}, {FileURL(home.makeFile("other", 10)), 1'000}};
+    targets[1].entries = {{shared, 4'000}};
+    targets[0].scanned = targets[1].scanned = true;
+    PublishedWriter::set(model.cleanupTargets, targets);
+    tick("ios-device-support", "shared");
+    EXPECT_EQ(state("derived-data", "shared"), Qt::Checked);
+    EXPECT_EQ(selection(), QStringLiteral("1 item selected, %1").arg(sizeText(4'000)));
+    tick("ios-device-support", "other");
+    tick("derived-data", "shared");
+    EXPECT_EQ(state("ios-device-support", "shared"), Qt::Unchecked);
+    tick("derived-data", "shared");
+
+    click(find<QPushButton>("remove"));
+    confirm();
+    EXPECT_EQ(actions.calls.size(), 2U);
+    EXPECT_TRUE(row("ios-device-support", "shared") == QModelIndex());
+    EXPECT_TRUE(row("derived-data", "shared") == QModelIndex());
+    EXPECT_EQ(*model.totalFreedThisSession, 5'000);
+}
+
+TEST_F(CleanupPage, WhatLiesInATickedFolderIsCountedWithIt) {
+    home.makeFile("Library/Caches/Homebrew/downloads/bottle", 40'000);
+    measure();
+    tick("package-caches", "downloads");
+    tick("user-caches", "Homebrew");
+    const std::int64_t size = model.cleanupTargets->at(7).entries.at(0).size;
+    EXPECT_EQ(selection(), QStringLiteral("1 item selected, %1").arg(sizeText(size)));
+    click(find<QPushButton>("remove"));
+    confirm();
+    EXPECT_EQ(actions.calls, std::vector<std::string>{"trash " + home.path("Library/Caches/Homebrew")});
+    EXPECT_EQ(entries("package-caches").model()->rowCount(), 0);
+    EXPECT_EQ(selection(), QStringLiteral("Nothing selected"));
+}
+
+TEST_F(CleanupPage, IsWorkedByKeysAlone) {
+    home.makeFile("Library/Logs/alpha", 30'000);
+    home.makeFile("Library/Logs/beta", 20'000);
+    home.makeFile("Library/Logs/gamma", 10'000);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+    QTest::keyClick(&page, Qt::Key_Delete);
+    EXPECT_EQ(sheet(), nullptr) << "nothing is ticked";
+    find<QPushButton>("measure").setFocus();
+    QTest::keyClick(&find<QPushButton>("measure"), Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isMeasuringCleanup; }, 60'000));
+
+    auto &disclosure = *card("logs").findChild<QToolButton *>(QStringLiteral("disclosure"));
+    disclosure.setFocus();
+    QTest::keyClick(&disclosure, Qt::Key_Return);
+    EXPECT_TRUE(card("logs").isOpen());
+    EntryList &list = entries("logs");
+    list.setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(list.currentIndex().data().toString(), QStringLiteral("alpha"));
+    QTest::keyClick(&list, Qt::Key_Down);
+    QTest::keyClick(&list, Qt::Key_Space);
+    EXPECT_EQ(state("logs", "beta"), Qt::Checked);
+    QTest::keyClick(&list, Qt::Key_G);
+    EXPECT_EQ(list.currentIndex().data().toString(), QStringLiteral("gamma"));
+    QTest::keyClick(&list, Qt::Key_Space);
+    EXPECT_TRUE(selection().startsWith(QStringLiteral("2 items selected")));
+
+    QTest::keyClick(&list, Qt::Key_Delete);
+    ASSERT_NE(sheet(), nullptr);
+    QTest::keyClick(sheet(), Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return sheet() == nullptr; }));
+    EXPECT_FALSE(model.isRemoving());
+    EXPECT_TRUE(actions.calls.empty());
+    EXPECT_TRUE(selection().startsWith(QStringLiteral("2 items selected")));
+}
+
+TEST_F(CleanupPage, TheConfirmationSpeaksOfTheTrashOnly) {
+    home.makeFile("Library/Developer/Xcode/Archives/app", 30'000);
+    measure();
+    tick("xcode-archives", "app");
+    find<RemovalModePicker>("modePicker").setMode(RemovalMode::deleteNow);
+    click(find<QPushButton>("remove"));
+    const QLabel &remark = *sheet()->findChild<QLabel *>(QStringLiteral("remark"));
+    EXPECT_FALSE(remark.isVisible());
+    sheet()->findChild<RemovalModePicker *>()->setMode(RemovalMode::trash);
+    EXPECT_TRUE(remark.isVisible());
+    const std::int64_t size = model.cleanupTargets->at(2).entries.at(0).size;
+    EXPECT_EQ(
+        remark.text(),
+        QStringLiteral("This frees about %1. Moving to Trash does not free space until the Trash is emptied.")
+            .arg(sizeText(size)));
+    EXPECT_TRUE(sheet()->findChild<QPushButton *>(QStringLiteral("cancel"))->isDefault());
+    sheet()->findChild<RemovalModePicker *>()->setMode(RemovalMode::deleteNow);
+    confirm();
+    EXPECT_EQ(actions.calls,
+              std::vector<std::string>{"delete " + home.path("Library/Developer/Xcode/Archives/app")});
+    EXPECT_EQ(find<RemovalModePicker>("modePicker").mode(), RemovalMode::trash) << "for the next time";
+}
+
+TEST_F(CleanupPage, NamesOfAnyKindAreShownAndRemoved) {
+    const std::string odd = "two\nlines \xff<b>&amp; \u202e.txt";
+    home.makeFile("Library/Logs/" + odd, 5'000);
+    measure();
+    click(all("logs"));
+    card("logs").setOpen(true);
+    page.grab();
+    click(find<QPushButton>("remove"));
+    EXPECT_FALSE(sheet()->findChild<QLabel *>(QStringLiteral("question"))->text().contains('\n'));
+    confirm();
+    EXPECT_EQ(actions.calls, std::vector<std::string>{"trash " + home.path("Library/Logs/" + odd)});
+}
+
+} // namespace brimvale
