@@ -156,8 +156,14 @@ void CategoryDetailView::addActions(QVBoxLayout &layout) {
 void CategoryDetailView::showCategory() {
     const MeasuredCategory &category = *model_.category(id_);
     header_->showSize(category);
-    measure_->setHidden(*model_.isMeasuringCategories);
-    progress_->setVisible(*model_.isMeasuringCategories);
+    const bool isMeasuring = *model_.isMeasuringCategories;
+    // The button's focus waits here meanwhile, and does not go to what comes after it.
+    if (isMeasuring && measure_->hasFocus())
+        setFocus();
+    measure_->setHidden(isMeasuring);
+    if (!isMeasuring && hasFocus())
+        measure_->setFocus();
+    progress_->setVisible(isMeasuring);
     progress_->setProgress(*model_.categoryProgress);
     showEntries(category);
     const bool isRemainder = category.category.measurement == CategoryMeasurement::remainder;

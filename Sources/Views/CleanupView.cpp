@@ -87,8 +87,14 @@ void CleanupView::showTargets() {
         lists.push_back(&targets[i].entries);
     }
     ticked_.retain(lists);
-    measure_->setEnabled(!*model_.isMeasuringCleanup);
-    progress_->setVisible(*model_.isMeasuringCleanup);
+    const bool isMeasuring = *model_.isMeasuringCleanup;
+    // The button's focus waits here meanwhile, and does not go to what comes after it.
+    if (isMeasuring && measure_->hasFocus())
+        setFocus();
+    measure_->setEnabled(!isMeasuring);
+    if (!isMeasuring && hasFocus())
+        measure_->setFocus();
+    progress_->setVisible(isMeasuring);
     progress_->setProgress(*model_.cleanupProgress);
 }
 

@@ -120,7 +120,12 @@ void OverviewView::showCategories() {
     capacity_->show(volume, categories);
 
     const bool isMeasuring = *model_.isMeasuringCategories;
+    // The button's focus waits here meanwhile, and does not go to what comes after it.
+    if (isMeasuring && measure_->hasFocus())
+        setFocus();
     measure_->setHidden(isMeasuring);
+    if (!isMeasuring && hasFocus())
+        measure_->setFocus();
     progress_->setVisible(isMeasuring);
     progress_->setProgress(*model_.categoryProgress);
     if (isMeasuring)

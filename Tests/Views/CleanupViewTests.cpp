@@ -189,7 +189,9 @@ TEST_F(CleanupPage, IsWorkedByKeysAlone) {
     EXPECT_EQ(sheet(), nullptr) << "nothing is ticked";
     find<QPushButton>("measure").setFocus();
     QTest::keyClick(&find<QPushButton>("measure"), Qt::Key_Return);
+    EXPECT_TRUE(page.hasFocus()) << "another Return is to do nothing";
     ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isMeasuringCleanup; }, 60'000));
+    EXPECT_TRUE(find<QPushButton>("measure").hasFocus());
 
     auto &disclosure = *card("logs").findChild<QToolButton *>(QStringLiteral("disclosure"));
     disclosure.setFocus();
