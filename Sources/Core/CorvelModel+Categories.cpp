@@ -66,11 +66,11 @@ void CorvelModel::measureCategories() {
             };
             return StorageCategories::measureAll(all, finished, cancelled);
         },
-        [this](std::vector<CleanupEntry> rows) {
+        [this](const std::vector<CleanupEntry> &rows) {
             categories.update([&](std::vector<MeasuredCategory> &measured) {
                 for (MeasuredCategory &one : measured)
                     if (one.category.measurement == CategoryMeasurement::remainder) {
-                        one.entries = std::move(rows);
+                        one.entries = rows;
                         withdraw(goneMeanwhile_, one);
                     }
             });
