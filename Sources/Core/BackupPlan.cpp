@@ -25,6 +25,17 @@ FileURL nearestExisting(FileURL folder) {
     return folder;
 }
 
+/// Where a place really lies, as far as it exists: no link is left in its path.
+std::string withoutLinks(const FileURL &place) {
+    std::error_code error;
+    const std::filesystem::path real = std::filesystem::weakly_canonical(place.path(), error);
+    return error ? place.path() : real.native();
+}
+
+bool isAtOrUnder(const std::string &inner, const std::string &outer) {
+    return inner.starts_with(outer) && (inner.size() == outer.size() || inner[outer.size()] == '/');
+}
+
 } // namespace
 
 bool isSameName(std::string_view a, std::string_view b) {
@@ -36,9 +47,12 @@ bool holds(const FileURL &item, const FileURL &place) {
     const std::string_view name = item.lastPathComponent();
     if (name == "/" || name == "." || name == "..")
         return true;
-    const std::string outer = item.standardized().path();
-    const std::string inner = place.standardized().path();
-    return inner.starts_with(outer) && (inner.size() == outer.size() || inner[outer.size()] == '/');
+    const FileURL outer = item.standardized();
+    if (isAtOrUnder(place.standardized().path(), outer.path()))
+        return true;
+    // A link that is an item is copied as a link, and holds nothing.
+    const FileURL folder(withoutLinks(outer.deletingLastPathComponent()));
+    return isAtOrUnder(withoutLinks(place), folder.appending(name).path());
 }
 
 std::optional<std::string> refusal(const std::vector<FileURL> &items, const FileURL &root) {

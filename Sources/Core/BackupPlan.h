@@ -17,12 +17,12 @@ namespace BackupPlan {
 /// them apart.
 [[nodiscard]] bool isSameName(std::string_view a, std::string_view b);
 
-/// Whether the folder `place` is the item itself or lies inside it, as their standardised paths say; also
-/// for an item without a name of its own, such as "/".
+/// Whether the folder `place` is the item itself or lies inside it, as their paths say or by links on the way
+/// there; also for an item without a name of its own, such as "/".
 [[nodiscard]] bool holds(const FileURL &item, const FileURL &place);
 
 /// Why these items cannot be copied into one backup inside `root`, as a sentence: two of the same name would
-/// become one, and none can be copied into itself. Nothing where they can. Looks at nothing but the paths.
+/// become one, and none can be copied into itself. Nothing where they can.
 [[nodiscard]] std::optional<std::string> refusal(const std::vector<FileURL> &items, const FileURL &root);
 
 /// Too little room for a backup, in bytes.

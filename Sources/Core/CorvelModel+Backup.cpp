@@ -2,6 +2,7 @@
 #include "Base/Text.h"
 #include "Core/Archiver.h"
 #include "Core/CorvelModel.h"
+#include "Core/Formatting.h"
 
 #include <algorithm>
 #include <utility>
@@ -16,6 +17,16 @@ std::string countedItems(std::size_t count) {
 
 std::string nameOf(const FileURL &folder) {
     return displayText(folder.lastPathComponent());
+}
+
+std::string detailOf(const ArchiveProgress &progress, const std::vector<FileURL> &sources,
+                     std::int64_t total) {
+    if (progress.phase == ArchiveProgress::Phase::finishing)
+        return "Writing the manifest";
+    const std::string name = nameOf(sources[progress.item]);
+    if (progress.phase == ArchiveProgress::Phase::comparing)
+        return "Comparing “" + name + "” with its original";
+    return "“" + name + "”, " + Fmt::byteFormatter(progress.bytes) + " of " + Fmt::byteFormatter(total);
 }
 
 } // namespace
@@ -47,10 +58,12 @@ void CorvelModel::archiveThenReview(const std::string &label, const FileURL &des
     const ArchiveWatch watch{
         .isCancelled = [flag = isArchiveCancelled_] { return flag->load(); },
         .onProgress =
-            [this,
-             total = static_cast<double>(std::max<std::int64_t>(bytes, 1))](const ArchiveProgress &progress) {
-                publish([this, share = std::min(static_cast<double>(progress.bytes) / total, 1.0)] {
+            [this, sources, bytes](const ArchiveProgress &progress) {
+                const auto total = static_cast<double>(std::max<std::int64_t>(bytes, 1));
+                publish([this, share = std::min(static_cast<double>(progress.bytes) / total, 1.0),
+                         detail = detailOf(progress, sources, bytes)] {
                     archiveProgress.set(share);
+                    archiveDetail.set(detail);
                 });
             }};
     inBackground(
@@ -69,7 +82,10 @@ void CorvelModel::finishArchive(const ArchiveResult &result, const std::vector<C
                                 RemovalMode mode, bool isSameVolume) {
     isArchiving.set(false);
     archiveStatus.set(std::nullopt);
-    if (result.failed.empty() && !result.copied.empty()) {
+    archiveDetail.set("");
+    // The user may have cancelled when all was copied, and must not be asked to delete anything then.
+    const bool isCancelled = result.isCancelled || isArchiveCancelled_->load();
+    if (!isCancelled && result.failed.empty() && !result.copied.empty()) {
         lastArchiveDestination.set(result.destination);
         pendingDeletion.set(PendingDeletion{.destination = result.destination,
                                             .items = result.items,
@@ -81,9 +97,10 @@ void CorvelModel::finishArchive(const ArchiveResult &result, const std::vector<C
                                             .differing = result.differing});
         return;
     }
-    archiveError.set("Nothing was deleted. " + (result.failed.empty() ? "The copy could not be verified."
-                                                                      : result.failed.front().second));
-    if (result.isCancelled)
+    const std::string unnamed = isCancelled ? "The backup was cancelled." : "The copy could not be verified.";
+    archiveError.set("Nothing was deleted. " +
+                     (result.failed.empty() ? unnamed : result.failed.front().second));
+    if (isCancelled)
         return; // the user knows
     RemovalResult failures;
     for (const auto &[url, reason] : result.failed)

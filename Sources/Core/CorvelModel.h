@@ -118,6 +118,8 @@ public:
     Field<bool, &CorvelModel::archiveChanged> isArchiving{this};
     Field<double, &CorvelModel::archiveChanged> archiveProgress{this}; ///< 0 to 1, by bytes
     Field<std::optional<std::string>, &CorvelModel::archiveChanged> archiveStatus{this};
+    /// The item that a backup is at, and how many bytes of how many are copied; empty when idle.
+    Field<std::string, &CorvelModel::archiveChanged> archiveDetail{this};
     Field<std::optional<std::string>, &CorvelModel::archiveChanged> archiveError{this};
     Field<std::optional<FileURL>, &CorvelModel::archiveChanged> lastArchiveDestination{this};
     Field<FileURL, &CorvelModel::archiveChanged> backupRoot;

@@ -221,6 +221,8 @@ void CategoryDetailView::prepareBackup(RemovalMode mode) {
         planBackup(mode);
         return;
     }
+    if (std::exchange(isPreparing_, true))
+        return;
     QThreadPool::globalInstance()->start([page = QPointer(this), application, mode] {
         const bool isRunning = isApplicationRunning(*application);
         QMetaObject::invokeMethod(
@@ -228,6 +230,7 @@ void CategoryDetailView::prepareBackup(RemovalMode mode) {
             [page, isRunning, mode] {
                 if (page.isNull())
                     return;
+                page->isPreparing_ = false;
                 if (!isRunning) {
                     page->planBackup(mode);
                     return;

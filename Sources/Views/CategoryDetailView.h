@@ -51,6 +51,7 @@ private:
     std::string id_;
     CategoryAction action_;
     TickedEntries ticked_;
+    bool isPreparing_ = false; ///< asked whether a backup may begin
     CategoryHeader *header_;
     QPushButton *measure_;
     ProgressNote *progress_;

@@ -33,6 +33,8 @@ QPushButton *makeButton(const char *objectName, const QString &title, QWidget *p
 BackupBar::BackupBar(CorvelModel &model, QWidget *parent)
     : QWidget(parent), model_(model),
       folder_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
+      change_(makeButton("changeFolder", tr("Change…"), this)),
+      detail_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       status_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       selection_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       picker_(new RemovalModePicker(this)), backUp_(makeButton("backUp", {}, this)),
@@ -40,11 +42,13 @@ BackupBar::BackupBar(CorvelModel &model, QWidget *parent)
     setObjectName(QStringLiteral("backupBar"));
     status_->setObjectName(QStringLiteral("archiveStatus"));
     status_->setWordWrap(true);
+    detail_->setObjectName(QStringLiteral("archiveDetail"));
     progress_->setObjectName(QStringLiteral("archiveProgress"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(24, 10, 24, 12);
     layout->setSpacing(8);
     layout->addWidget(status_);
+    layout->addWidget(detail_);
     layout->addWidget(makeFolderRow());
     layout->addWidget(makeActionRow());
     connect(&model_, &CorvelModel::archiveChanged, this, &BackupBar::showState);
@@ -58,15 +62,14 @@ QWidget *BackupBar::makeFolderRow() {
     auto *title = new TextLabel(Type::Size::body, TextLabel::Tone::tertiary, this);
     title->setText(tr("Backup folder"));
     folder_->setObjectName(QStringLiteral("backupRoot"));
-    QPushButton *change = makeButton("changeFolder", tr("Change…"), this);
-    connect(change, &QPushButton::clicked, this, &BackupBar::chooseFolder);
+    connect(change_, &QPushButton::clicked, this, &BackupBar::chooseFolder);
     auto *row = new QWidget(this);
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(12);
     layout->addWidget(title);
     layout->addWidget(folder_, 1);
-    layout->addWidget(change);
+    layout->addWidget(change_);
     return row;
 }
 
@@ -121,6 +124,8 @@ void BackupBar::showState() {
     const QString status = text(archiveNote());
     status_->setText(isArchiving ? QString() : status);
     status_->setHidden(isArchiving || status.isEmpty());
+    detail_->setText(text(*model_.archiveDetail));
+    detail_->setVisible(isArchiving);
     progress_->setWork(text(model_.archiveStatus->value_or("")));
     progress_->setProgress(*model_.archiveProgress);
     progress_->setVisible(isArchiving);
@@ -128,6 +133,9 @@ void BackupBar::showState() {
     selection_->setHidden(isArchiving);
     picker_->setHidden(isArchiving);
     backUp_->setHidden(isArchiving);
+    change_->setEnabled(!isArchiving);
+    if (isArchiving)
+        picker_->setMode(RemovalMode::trash); // the way out of it is chosen for each backup
 }
 
 std::string BackupBar::archiveNote() const {

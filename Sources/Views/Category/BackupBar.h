@@ -45,6 +45,8 @@ private:
     std::int64_t count_ = 0;
     std::int64_t bytes_ = 0;
     ElidedLabel *folder_;
+    QPushButton *change_;
+    ElidedLabel *detail_; ///< what a backup is at
     TextLabel *status_;
     TextLabel *selection_;
     RemovalModePicker *picker_;
