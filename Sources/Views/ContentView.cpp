@@ -184,9 +184,9 @@ void ContentView::showReview() {
 }
 
 void ContentView::checkForUpdates() {
-    updater_.check(false);
     if (updateWindow_ == nullptr)
         updateWindow_ = new UpdateView(updater_, this);
+    updateWindow_->check();
     updateWindow_->show();
     updateWindow_->raise();
     updateWindow_->activateWindow();

@@ -15,6 +15,7 @@ class QStackedWidget;
 namespace brimvale {
 
 class CorvelModel;
+class UpdateView;
 class Updater;
 struct StorageCategory;
 
@@ -68,7 +69,7 @@ private:
     // Those that are open, if any.
     QPointer<QDialog> resultAlert_;
     QPointer<QDialog> review_;
-    QPointer<QDialog> updateWindow_;
+    QPointer<UpdateView> updateWindow_;
 };
 
 } // namespace brimvale

@@ -1,14 +1,16 @@
 #include "Views/UpdateView.h"
 
-#include "Core/Formatting.h"
 #include "Views/Components/ProgressLine.h"
 #include "Views/Components/TextLabel.h"
 
+#include <QDateTime>
 #include <QDesktopServices>
 #include <QHBoxLayout>
+#include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <chrono>
 
 namespace brimvale {
 
@@ -21,6 +23,13 @@ constexpr int wholeRange = 1000;
 
 QString text(const std::string &utf8) {
     return QString::fromStdString(utf8);
+}
+
+/// The moment as the user's locale writes it.
+QString text(Date moment) {
+    const auto sinceEpoch = std::chrono::floor<std::chrono::milliseconds>(moment).time_since_epoch();
+    return QLocale::system().toString(QDateTime::fromMSecsSinceEpoch(sinceEpoch.count()),
+                                      QLocale::ShortFormat);
 }
 
 } // namespace
@@ -67,7 +76,11 @@ UpdateView::UpdateView(Updater &updater, QWidget *parent)
     layout->addLayout(buttons);
     setFixedWidth(windowWidth);
 
-    connect(&updater_, &Updater::stateChanged, this, &UpdateView::showState);
+    connect(&updater_, &Updater::stateChanged, this, [this] {
+        showState();
+        if (isAnswerDue_ && !std::holds_alternative<updateState::Checking>(*updater_.state))
+            answer();
+    });
     connect(&updater_, &Updater::lastCheckedChanged, this, &UpdateView::showState);
     showState();
 }
@@ -128,7 +141,19 @@ void UpdateView::showState() {
 
     lastChecked_->setHidden(!*updater_.lastChecked);
     if (*updater_.lastChecked)
-        lastChecked_->setText(tr("Last checked %1").arg(text(Fmt::relativeDate(*updater_.lastChecked))));
+        lastChecked_->setText(tr("Last checked %1").arg(text(**updater_.lastChecked)));
+}
+
+void UpdateView::check() {
+    updater_.check(false);
+    isAnswerDue_ = std::holds_alternative<updateState::Checking>(*updater_.state);
+}
+
+/// The check that the user waited for has ended.
+void UpdateView::answer() {
+    isAnswerDue_ = false;
+    if (std::holds_alternative<updateState::Idle>(*updater_.state))
+        updater_.check(false);
 }
 
 void UpdateView::act() {
@@ -136,7 +161,7 @@ void UpdateView::act() {
     if (std::holds_alternative<updateState::ReadyToRelaunch>(state))
         updater_.installAndRelaunch();
     else if (!std::holds_alternative<updateState::Available>(state))
-        updater_.check(false);
+        check();
     else if (updater_.canInstallItself())
         updater_.downloadAndStage();
     else

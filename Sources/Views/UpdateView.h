@@ -21,6 +21,9 @@ public:
     /// The updater must outlive the window.
     UpdateView(Updater &updater, QWidget *parent);
 
+    /// Looks for an update. Where a silent look is under way that ends without a word, looks once more.
+    void check();
+
 private:
     /// What the window shows of one state.
     struct Content {
@@ -32,9 +35,11 @@ private:
 
     [[nodiscard]] Content content() const;
     void showState();
+    void answer();
     void act();
 
     Updater &updater_;
+    bool isAnswerDue_ = false; ///< the user has asked, and was not told anything yet
     TextLabel *title_;
     TextLabel *text_;
     QPlainTextEdit *notes_;
