@@ -107,7 +107,7 @@ void BackupReviewView::addHeading(QVBoxLayout &layout) {
     words->addWidget(summary);
     auto *row = new QHBoxLayout;
     row->setSpacing(12);
-    row->addWidget(new IconLabel(QStringLiteral("circle-check"), IconLabel::Tone::good, this, 28), 0,
+    row->addWidget(new IconLabel(QStringLiteral("circle-check-filled"), IconLabel::Tone::good, this, 28), 0,
                    Qt::AlignTop);
     row->addLayout(words, 1);
     layout.addLayout(row);
@@ -169,8 +169,7 @@ void BackupReviewView::addWarnings(QVBoxLayout &layout) {
     if (pending_.sameVolumeAsSource)
         warn("sameVolumeWarning", "hard-drive",
              tr("This backup is on the same disk as the originals, so deleting them will not free space "
-                "until you "
-                "move this folder off the disk or delete it too."));
+                "until you move this folder off the disk or delete it too."));
 }
 
 QWidget *BackupReviewView::makeButtons() {
