@@ -63,7 +63,8 @@ UpdateView::UpdateView(Updater &updater, QWidget *parent)
     connect(action_, &QPushButton::clicked, this, &UpdateView::act);
 
     auto *buttons = new QHBoxLayout;
-    buttons->addWidget(lastChecked_, 1);
+    buttons->addWidget(lastChecked_);
+    buttons->addStretch(1);
     buttons->addWidget(close);
     buttons->addWidget(action_);
     auto *layout = new QVBoxLayout(this);
