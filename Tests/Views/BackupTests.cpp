@@ -1,0 +1,337 @@
+#include "Core/Updater.h"
+#include "Platform/Host.h"
+#include "Support/RecordingActions.h"
+#include "Support/SampleMessages.h"
+#include "Support/TemporaryFolder.h"
+#include "Views/BackupReviewView.h"
+#include "Views/CategoryDetailView.h"
+#include "Views/Components/NoteLabel.h"
+#include "Views/Components/RemovalModePicker.h"
+#include "Views/ContentView.h"
+#include "Views/Entries/EntryList.h"
+
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <filesystem>
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace brimvale {
+
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+using testing::TemporaryFolder;
+
+/// The text of a label or note in a window; empty where it is not to be seen.
+std::string shown(const QWidget &window, const char *name) {
+    const auto *part = window.findChild<QWidget *>(QLatin1String(name));
+    if (part == nullptr || !part->isVisible())
+        return "";
+    const auto *note = qobject_cast<const NoteLabel *>(part);
+    return (note != nullptr ? note->text() : qobject_cast<const QLabel *>(part)->text()).toStdString();
+}
+
+void click(const QWidget &window, const char *name) {
+    QTest::mouseClick(window.findChild<QPushButton *>(QLatin1String(name)), Qt::LeftButton);
+}
+
+/// The window, on the Messages page of a Mac with a database and an attachment.
+class MessagesPage : public ::testing::Test {
+protected:
+    MessagesPage() {
+        home.makeFile("Library/Messages/Attachments/photo", 3'000'000);
+        EXPECT_TRUE(testing::makeDatabase(database(), {{.id = 1, .displayName = "Ada", .identifier = "1"}},
+                                          {{.text = "Hello"}}));
+        qputenv("HOME", home.path().c_str());
+        Host::useSystem(System::macOS);
+        model.emplace(nullptr, actions);
+        window.emplace(*model, updater);
+        window->goTo({Section::Kind::category, "messages"});
+        window->show();
+        window->activateWindow();
+    }
+    ~MessagesPage() override {
+        window.reset();
+        model.reset();
+        Host::useSystem(std::nullopt);
+        qputenv("HOME", homeBefore_);
+    }
+
+    [[nodiscard]] std::string database() const { return home.path("Library/Messages/chat.db"); }
+    [[nodiscard]] std::string attachments() const { return home.path("Library/Messages/Attachments"); }
+    [[nodiscard]] QWidget &page() const { return *window->findChild<CategoryDetailView *>(); }
+
+    /// Measures, and ticks the attachments and the database with the keyboard.
+    void tickAll() {
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&*window));
+        click(page(), "measure");
+        ASSERT_TRUE(QTest::qWaitFor([&] { return model->category("messages")->measured; }, 60'000));
+        auto *list = page().findChild<EntryList *>();
+        ASSERT_EQ(list->entries().size(), 2U);
+        for (int row = 0; row < 2; ++row) {
+            list->setCurrentIndex(list->model()->index(row, 0));
+            QTest::keyClick(list, Qt::Key_Space);
+        }
+    }
+
+    /// Calls `act` once, as soon as a backup is under way.
+    void onceArchiving(std::function<void()> act) {
+        auto *once = new QObject(&*model);
+        QObject::connect(&*model, &CorvelModel::archiveChanged, once, [this, once, act = std::move(act)] {
+            if (!*model->isArchiving || !*model->archiveStatus)
+                return;
+            const auto call = act; // goes with the connection
+            QObject::disconnect(&*model, nullptr, once, nullptr);
+            call();
+        });
+    }
+
+    [[nodiscard]] QDialog *sheet(const char *name) const {
+        QDialog *found = nullptr;
+        static_cast<void>(QTest::qWaitFor(
+            [&] {
+                found = window->findChild<QDialog *>(QLatin1String(name));
+                return found != nullptr && found->isVisible();
+            },
+            20'000));
+        return found;
+    }
+
+    void closeWith(QPointer<QDialog> dialog, const char *button) {
+        click(*dialog, button);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return dialog.isNull(); }, 20'000));
+    }
+
+    TemporaryFolder home;
+    testing::RecordingActions actions;
+    Updater updater;
+    std::optional<CorvelModel> model;
+    std::optional<ContentView> window;
+
+private:
+    QByteArray homeBefore_ = qgetenv("HOME");
+};
+
+FileURL item(const char *name) {
+    return FileURL(std::string("/items/") + name);
+}
+
+/// A review that has nothing to remark.
+PendingDeletion plainBackup() {
+    return {.destination = FileURL("/backups/Items 2024-05-01 1015"),
+            .items = {{item("a"), FileURL("/b/a"), 1'000'000, 1'000'000}},
+            .entries = {},
+            .bytes = 1'000'000,
+            .readableExport = {},
+            .differing = {}};
+}
+
+} // namespace
+
+TEST_F(MessagesPage, BacksUpAndKeepsBothOrDeletesTheOriginals) {
+    EXPECT_FALSE(page().findChild<QPushButton *>("backUp")->isEnabled());
+    tickAll();
+    EXPECT_EQ(shown(page(), "backupRoot"), home.path("Documents/Brimvale Backups"));
+    EXPECT_TRUE(page().findChild<QPushButton *>("backUp")->isEnabled());
+    bool wasArchiving = false;
+    onceArchiving([&] {
+        wasArchiving = true;
+        EXPECT_FALSE(page().findChild<QPushButton *>("backUp")->isVisible());
+        EXPECT_EQ(shown(*page().findChild<QWidget *>("archiveProgress"), "progressWork"), "Copying 2 items…");
+        EXPECT_TRUE(page().findChild<QPushButton *>("cancelBackup")->isVisible());
+        EXPECT_FALSE(page().findChild<QPushButton *>("changeFolder")->isEnabled());
+    });
+    click(page(), "backUp");
+
+    QDialog *review = sheet("backupReview");
+    ASSERT_NE(review, nullptr);
+    EXPECT_TRUE(wasArchiving);
+    const FileURL backup = (*model->pendingDeletion)->destination;
+    EXPECT_EQ(shown(*review, "backupFolder"), backup.path());
+    EXPECT_THAT(shown(*review, "reviewSummary"), StartsWith("2 items copied, 3"));
+    EXPECT_EQ(shown(*review, "transcriptNote"), "A readable transcript was written alongside the database.");
+    EXPECT_NE(shown(*review, "sameVolumeWarning"), "");
+    EXPECT_EQ(shown(*review, "modeLine"), "Originals will go to the Trash.");
+    for (const char *name : {"chat.db", "Attachments/photo", "index.html", "manifest.json"})
+        EXPECT_TRUE(fs::exists(backup.appending(name).path())) << name;
+    closeWith(review, "keepBoth");
+    EXPECT_EQ(shown(page(), "archiveStatus"),
+              "Backup kept at " + std::string(backup.lastPathComponent()) + ". Nothing was deleted.");
+    EXPECT_THAT(actions.calls, IsEmpty());
+    EXPECT_TRUE(fs::exists(backup.appending("chat.db").path()));
+
+    auto *picker = page().findChild<RemovalModePicker *>();
+    picker->setMode(RemovalMode::deleteNow);
+    click(page(), "backUp");
+    review = sheet("backupReview");
+    ASSERT_NE(review, nullptr);
+    EXPECT_EQ(shown(*review, "modeLine"),
+              "Originals will be deleted immediately, with no Trash to fall back on.");
+    EXPECT_EQ(picker->mode(), RemovalMode::trash) << "for the next time";
+    closeWith(review, "deleteOriginals");
+    ASSERT_NE(sheet("resultAlert"), nullptr);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !model->isRemoving(); }, 20'000));
+    EXPECT_THAT(actions.calls, ElementsAre("delete " + attachments(), "delete " + database()));
+    EXPECT_THAT(shown(page(), "archiveStatus"), HasSubstr(", then removed the originals."));
+    EXPECT_TRUE(model->category("messages")->entries.empty());
+    EXPECT_FALSE(page().findChild<QPushButton *>("backUp")->isEnabled());
+}
+
+TEST_F(MessagesPage, LeavesTheOriginalsWhenItIsCancelled) {
+    tickAll();
+    onceArchiving([this] { click(page(), "cancelBackup"); });
+    click(page(), "backUp");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return model->archiveError->has_value(); }, 20'000));
+    EXPECT_EQ(shown(page(), "archiveStatus"), "Nothing was deleted. The backup was cancelled.");
+    EXPECT_EQ(window->findChild<QDialog *>("backupReview"), nullptr);
+    EXPECT_THAT(actions.calls, IsEmpty());
+    EXPECT_TRUE(page().findChild<QPushButton *>("backUp")->isVisible());
+}
+
+TEST_F(MessagesPage, RefusesABackupIntoTheSelectionAndTellsWhatFailed) {
+    tickAll();
+    fs::create_directory_symlink(attachments(), home.path("elsewhere"));
+    model->chooseBackupRoot(FileURL(home.path("elsewhere/backups")));
+    click(page(), "backUp");
+    QDialog *notice = sheet("noticeSheet");
+    ASSERT_NE(notice, nullptr);
+    EXPECT_EQ(shown(*notice, "explanation"),
+              "“Attachments” cannot be backed up into a folder inside itself.");
+    EXPECT_FALSE(*model->isArchiving);
+    closeWith(notice, "ok");
+    EXPECT_FALSE(fs::exists(attachments() + "/backups"));
+
+    model->chooseBackupRoot(FileURL(home.writeFile("file", "")));
+    click(page(), "backUp");
+    QDialog *alert = sheet("resultAlert");
+    ASSERT_NE(alert, nullptr);
+    EXPECT_THAT(shown(page(), "archiveStatus"),
+                StartsWith("Nothing was deleted. Could not create " + home.path("file/Messages ")));
+    closeWith(alert, "ok");
+    EXPECT_EQ(window->findChild<QDialog *>("backupReview"), nullptr);
+    EXPECT_THAT(actions.calls, IsEmpty());
+}
+
+TEST_F(MessagesPage, AsksWhereThereIsTooLittleRoom) {
+    const char *full = "/proc"; // where nothing is ever free
+    if (!fs::exists(full))
+        GTEST_SKIP() << "no file system here without any room";
+    tickAll();
+    model->chooseBackupRoot(FileURL(std::string(full) + "/backups"));
+    click(page(), "backUp");
+    QDialog *question = sheet("confirmationSheet");
+    ASSERT_NE(question, nullptr);
+    EXPECT_THAT(shown(*question, "explanation"), StartsWith("The backup needs 3"));
+    EXPECT_THAT(shown(*question, "explanation"), HasSubstr(", but only Zero KB are free there."));
+    closeWith(question, "cancel");
+    EXPECT_FALSE(*model->isArchiving);
+    EXPECT_EQ(*model->archiveError, std::nullopt);
+
+    click(page(), "backUp");
+    question = sheet("confirmationSheet");
+    ASSERT_NE(question, nullptr);
+    click(*question, "confirm");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return model->archiveError->has_value(); }, 20'000));
+}
+
+TEST(BackupReview, SaysNoMoreThanThereIs) {
+    QWidget window;
+    window.show();
+    auto *review = new BackupReviewView(plainBackup(), &window);
+    review->open();
+    EXPECT_EQ(shown(*review, "reviewHeading"), "Backup complete. Nothing has been deleted yet.");
+    EXPECT_EQ(shown(*review, "reviewSummary"), "1 item copied, 1 MB");
+    EXPECT_EQ(shown(*review, "modeLine"), "Originals will go to the Trash.");
+    for (const char *name : {"transcriptNote", "mismatchWarning", "differenceWarning", "sameVolumeWarning"})
+        EXPECT_EQ(shown(*review, name), "") << name;
+    EXPECT_EQ(review->findChild<QPushButton *>("openTranscript"), nullptr);
+    for (const auto &[name, title] : {std::pair("openFolder", "Open in Finder"),
+                                      {"deleteOriginals", "Delete Originals"},
+                                      {"keepBoth", "Keep Both"}})
+        EXPECT_EQ(review->findChild<QPushButton *>(QLatin1String(name))->text(), QLatin1String(title));
+}
+
+TEST(BackupReview, NamesWhatDidNotCopyAtFullSize) {
+    struct Case {
+        std::vector<std::pair<std::int64_t, std::int64_t>> sizes; ///< of originals and copies
+        std::string warning;
+    };
+    const std::string end = " not copy at full size. Check those before deleting anything.";
+    QWidget window;
+    window.show();
+    for (const Case &one :
+         {Case{{{100, 98}, {100, 500}, {0, 0}}, ""}, Case{{{100, 97}, {100, 100}}, "1 item did" + end},
+          Case{{{0, 1}}, "1 item did" + end}, Case{{{0, 4096}, {1, 0}, {5, 5}}, "2 items did" + end}}) {
+        PendingDeletion pending = plainBackup();
+        pending.items.clear();
+        for (const auto &[original, copy] : one.sizes)
+            pending.items.push_back({item("a"), FileURL("/b/a"), original, copy});
+        auto *review = new BackupReviewView(pending, &window);
+        review->open();
+        EXPECT_EQ(shown(*review, "mismatchWarning"), one.warning);
+        EXPECT_TRUE(review->findChild<QPushButton *>("deleteOriginals")->isEnabled());
+        review->close();
+    }
+}
+
+TEST(BackupReview, NamesTheCopiesThatDiffer) {
+    QWidget window;
+    window.show();
+    PendingDeletion pending = plainBackup();
+    pending.differing = {item("a"), item("<b>")};
+    pending.bytes = 0;
+    pending.readableExport = FileURL("/backups/index.html");
+    pending.sameVolumeAsSource = true;
+    pending.mode = RemovalMode::deleteNow;
+    auto *review = new BackupReviewView(pending, &window);
+    review->open();
+    EXPECT_THAT(shown(*review, "differenceWarning"), HasSubstr("copies of 2 files"));
+    EXPECT_THAT(shown(*review, "differenceWarning"), HasSubstr("/items/a, /items/<b>"));
+    EXPECT_EQ(shown(*review, "mismatchWarning"), "") << "they have their full size";
+    EXPECT_EQ(shown(*review, "reviewSummary"), "1 item copied, Zero KB");
+    EXPECT_EQ(shown(*review, "transcriptNote"), "A readable transcript was written alongside the database.");
+    EXPECT_EQ(shown(*review, "sameVolumeWarning"),
+              "This backup is on the same disk as the originals, so deleting them will not free space until "
+              "you move this folder off the disk or delete it too.");
+    EXPECT_EQ(review->findChild<QPushButton *>("openTranscript")->text(), "Open Messages Archive");
+    review->close();
+
+    for (const char *name : {"c", "d", "e"})
+        pending.differing.push_back(item(name));
+    review = new BackupReviewView(pending, &window);
+    review->open();
+    EXPECT_THAT(shown(*review, "differenceWarning"), HasSubstr("copies of 5 files"));
+    EXPECT_THAT(shown(*review, "differenceWarning"), HasSubstr("/items/c, and 2 more"));
+}
+
+TEST(BackupReview, KeepsBothUnlessDeletionIsChosen) {
+    QWidget window;
+    window.show();
+    const auto leave = [&](const std::function<void(BackupReviewView &)> &way) {
+        auto *review = new BackupReviewView(plainBackup(), &window);
+        QSignalSpy accepted(review, &QDialog::accepted);
+        QSignalSpy rejected(review, &QDialog::rejected);
+        review->open();
+        review->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(review));
+        way(*review);
+        return std::pair(accepted.count(), rejected.count());
+    };
+    const std::pair<qsizetype, qsizetype> keptBoth(0, 1), deleted(1, 0);
+    EXPECT_EQ(leave([](auto &review) { QTest::keyClick(&review, Qt::Key_Escape); }), keptBoth);
+    EXPECT_EQ(leave([](auto &review) { QTest::keyClick(&review, Qt::Key_Return); }), keptBoth);
+    EXPECT_EQ(leave([](auto &review) { review.close(); }), keptBoth);
+    EXPECT_EQ(leave([](auto &review) { click(review, "keepBoth"); }), keptBoth);
+    EXPECT_EQ(leave([](auto &review) { click(review, "deleteOriginals"); }), deleted);
+}
+
+} // namespace brimvale
