@@ -1,5 +1,6 @@
 #include "Views/UpdateView.h"
 
+#include "Views/Components/Card.h"
 #include "Views/Components/ProgressLine.h"
 #include "Views/Components/TextLabel.h"
 
@@ -36,8 +37,8 @@ QString text(Date moment) {
 
 UpdateView::UpdateView(Updater &updater, QWidget *parent)
     : QDialog(parent), updater_(updater), title_(new TextLabel(Type::Size::heading, QFont::DemiBold, this)),
-      text_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
-      notes_(new QPlainTextEdit(this)), progress_(new ProgressLine(this)),
+      text_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)), notesCard_(new Card(this)),
+      notes_(new QPlainTextEdit(notesCard_)), progress_(new ProgressLine(this)),
       lastChecked_(new TextLabel(Type::Size::caption, TextLabel::Tone::tertiary, this)),
       action_(new QPushButton(this)) {
     setObjectName(QStringLiteral("updateWindow"));
@@ -52,31 +53,13 @@ UpdateView::UpdateView(Updater &updater, QWidget *parent)
     notes_->setAccessibleName(tr("Release notes"));
     notes_->setReadOnly(true);
     notes_->setFixedHeight(notesHeight);
+    notes_->setFrameShape(QFrame::NoFrame);
     progress_->setObjectName(QStringLiteral("updateProgress"));
     progress_->setAccessibleName(tr("Download"));
     lastChecked_->setObjectName(QStringLiteral("lastChecked"));
     action_->setObjectName(QStringLiteral("updateAction"));
-    auto *close = new QPushButton(tr("Close"), this);
-    close->setObjectName(QStringLiteral("close"));
-    close->setAutoDefault(false);
-    connect(close, &QPushButton::clicked, this, &QDialog::reject);
     connect(action_, &QPushButton::clicked, this, &UpdateView::act);
-
-    auto *buttons = new QHBoxLayout;
-    buttons->addWidget(lastChecked_);
-    buttons->addStretch(1);
-    buttons->addWidget(close);
-    buttons->addWidget(action_);
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, margin, margin, 16);
-    layout->setSpacing(12);
-    for (QWidget *part : {static_cast<QWidget *>(title_), static_cast<QWidget *>(text_),
-                          static_cast<QWidget *>(notes_), static_cast<QWidget *>(progress_)})
-        layout->addWidget(part);
-    layout->addStretch(1);
-    layout->addLayout(buttons);
-    setFixedWidth(windowWidth);
-
+    arrange();
     connect(&updater_, &Updater::stateChanged, this, [this] {
         showState();
         if (isAnswerDue_ && !std::holds_alternative<updateState::Checking>(*updater_.state))
@@ -84,6 +67,30 @@ UpdateView::UpdateView(Updater &updater, QWidget *parent)
     });
     connect(&updater_, &Updater::lastCheckedChanged, this, &UpdateView::showState);
     showState();
+}
+
+void UpdateView::arrange() {
+    auto *inCard = new QVBoxLayout(notesCard_);
+    inCard->setContentsMargins(8, 8, 8, 8);
+    inCard->addWidget(notes_);
+    auto *close = new QPushButton(tr("Close"), this);
+    close->setObjectName(QStringLiteral("close"));
+    close->setAutoDefault(false);
+    connect(close, &QPushButton::clicked, this, &QDialog::reject);
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(close);
+    buttons->addWidget(action_);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, margin, margin, 16);
+    layout->setSpacing(12);
+    for (QWidget *part :
+         {static_cast<QWidget *>(title_), static_cast<QWidget *>(text_), static_cast<QWidget *>(notesCard_),
+          static_cast<QWidget *>(progress_), static_cast<QWidget *>(lastChecked_)})
+        layout->addWidget(part);
+    layout->addStretch(1);
+    layout->addLayout(buttons);
+    setFixedWidth(windowWidth);
 }
 
 UpdateView::Content UpdateView::content() const {
@@ -127,7 +134,7 @@ void UpdateView::showState() {
     text_->setText(shown.text);
     text_->setHidden(shown.text.isEmpty());
     notes_->setPlainText(shown.notes);
-    notes_->setHidden(shown.notes.isEmpty());
+    notesCard_->setHidden(shown.notes.isEmpty());
     action_->setText(shown.action);
     action_->setHidden(shown.action.isEmpty());
     action_->setDefault(true);
@@ -143,6 +150,7 @@ void UpdateView::showState() {
     lastChecked_->setHidden(!*updater_.lastChecked);
     if (*updater_.lastChecked)
         lastChecked_->setText(tr("Last checked %1").arg(text(**updater_.lastChecked)));
+    adjustSize(); // to what this state shows
 }
 
 void UpdateView::check() {

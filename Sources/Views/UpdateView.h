@@ -9,6 +9,7 @@ class QPushButton;
 
 namespace brimvale {
 
+class Card;
 class ProgressLine;
 class TextLabel;
 
@@ -33,6 +34,7 @@ private:
         QString action; ///< the button's title; empty for no button
     };
 
+    void arrange();
     [[nodiscard]] Content content() const;
     void showState();
     void answer();
@@ -42,6 +44,7 @@ private:
     bool isAnswerDue_ = false; ///< the user has asked, and was not told anything yet
     TextLabel *title_;
     TextLabel *text_;
+    Card *notesCard_;
     QPlainTextEdit *notes_;
     ProgressLine *progress_;
     TextLabel *lastChecked_;
