@@ -36,6 +36,22 @@ TEST(BackupPlan, RefusesWhatWouldMixOrNotEnd) {
     }
 }
 
+TEST(BackupPlan, SeesThroughLinks) {
+    const testing::TemporaryFolder folder;
+    folder.makeFolder("home/item/inside");
+    folder.makeLink("link", "home/item");
+    folder.makeLink("other", "home");
+    const auto holds = [&](const char *item, const char *place) {
+        return BackupPlan::holds(FileURL(folder.path(item)), FileURL(folder.path(place)));
+    };
+    EXPECT_TRUE(holds("home/item", "link"));
+    EXPECT_TRUE(holds("home/item", "link/not/yet/there"));
+    EXPECT_TRUE(holds("other/item", "home/item/inside"));
+    EXPECT_FALSE(holds("home/item/inside", "link"));
+    EXPECT_FALSE(holds("link", "home/item/inside")) << "a link is copied as a link";
+    EXPECT_TRUE(holds("link", "link/inside"));
+}
+
 TEST(BackupPlan, TellsBothFiguresWhereRoomIsShort) {
     const testing::TemporaryFolder folder;
     const FileURL root(folder.path("not yet/there"));
