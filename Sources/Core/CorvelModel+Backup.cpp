@@ -1,6 +1,6 @@
-#include "Base/Bytes.h"
 #include "Base/Text.h"
 #include "Core/Archiver.h"
+#include "Core/CleanupEntries.h"
 #include "Core/CorvelModel.h"
 #include "Core/Formatting.h"
 
@@ -17,6 +17,10 @@ std::string countedItems(std::size_t count) {
 
 std::string nameOf(const FileURL &folder) {
     return displayText(folder.lastPathComponent());
+}
+
+double shareOf(std::int64_t bytes, std::int64_t total) {
+    return std::min(static_cast<double>(bytes) / static_cast<double>(std::max<std::int64_t>(total, 1)), 1.0);
 }
 
 std::string detailOf(const ArchiveProgress &progress, const std::vector<FileURL> &sources,
@@ -40,11 +44,9 @@ void CorvelModel::archiveThenReview(const std::string &label, const FileURL &des
     if (*isArchiving)
         return;
     std::vector<FileURL> sources;
-    std::int64_t bytes = 0;
-    for (const CleanupEntry &entry : entries) {
+    for (const CleanupEntry &entry : entries)
         sources.push_back(entry.url);
-        bytes = checkedAdd(bytes, entry.size);
-    }
+    const std::int64_t bytes = CleanupEntries::totalSize(entries);
     isArchiveCancelled_ = std::make_shared<std::atomic<bool>>(false);
     archiveError.set(std::nullopt);
     archiveProgress.set(0);
@@ -55,17 +57,15 @@ void CorvelModel::archiveThenReview(const std::string &label, const FileURL &des
         ArchiveResult result;
         bool isSameVolume;
     };
-    const ArchiveWatch watch{
-        .isCancelled = [flag = isArchiveCancelled_] { return flag->load(); },
-        .onProgress =
-            [this, sources, bytes](const ArchiveProgress &progress) {
-                const auto total = static_cast<double>(std::max<std::int64_t>(bytes, 1));
-                publish([this, share = std::min(static_cast<double>(progress.bytes) / total, 1.0),
-                         detail = detailOf(progress, sources, bytes)] {
-                    archiveProgress.set(share);
-                    archiveDetail.set(detail);
-                });
-            }};
+    const ArchiveWatch watch{.isCancelled = [flag = isArchiveCancelled_] { return flag->load(); },
+                             .onProgress =
+                                 [this, sources, bytes](const ArchiveProgress &progress) {
+                                     publish([this, share = shareOf(progress.bytes, bytes),
+                                              detail = detailOf(progress, sources, bytes)] {
+                                         archiveProgress.set(share);
+                                         archiveDetail.set(detail);
+                                     });
+                                 }};
     inBackground(
         [sources, label, destination, watch] {
             ArchiveResult result = Archiver::archive(sources, label, destination, watch);
