@@ -86,7 +86,6 @@ void CorvelModel::forget(const RemovalResult &result) {
     std::vector<AppRow> rows = *apps;
     for (AppRow &row : rows)
         std::erase_if(row.leftovers, isGone);
-    std::erase_if(rows, [&](const AppRow &row) { return isGone(row.app); });
     apps.set(std::move(rows));
     std::vector<CleanupTarget> targets = *cleanupTargets;
     for (CleanupTarget &target : targets)
