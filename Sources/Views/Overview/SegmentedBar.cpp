@@ -29,8 +29,8 @@ QString BarSegment::words() const {
 SegmentedBar::SegmentedBar(QWidget *parent) : QWidget(parent) {
     setObjectName(QStringLiteral("segmentedBar"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    SegmentAccessibility::install(); // first: a name makes it known to accessibility, for good
     setAccessibleName(tr("What the used space consists of"));
-    SegmentAccessibility::install();
 }
 
 void SegmentedBar::setSegments(std::vector<BarSegment> segments, std::int64_t whole) {
