@@ -1,6 +1,6 @@
 #include "Platform/Capitals.h"
 
-#import <Foundation/Foundation.h>
+#include "Platform/macOS/Text.h"
 
 namespace brimvale {
 
@@ -12,7 +12,7 @@ std::string capitalInitial(std::string_view text) {
         if (string.length == 0)
             return {};
         const NSRange first = [string rangeOfComposedCharacterSequenceAtIndex:0];
-        return [string substringWithRange:first].uppercaseString.UTF8String;
+        return bytesOf([string substringWithRange:first].uppercaseString);
     }
 }
 

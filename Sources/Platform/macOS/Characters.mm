@@ -21,7 +21,7 @@ std::string caseFolded(std::string_view text) {
         NSString *folded = [stringOf(text).decomposedStringWithCanonicalMapping
             stringByFoldingWithOptions:NSCaseInsensitiveSearch
                                 locale:nil];
-        return folded.decomposedStringWithCanonicalMapping.UTF8String;
+        return bytesOf(folded.decomposedStringWithCanonicalMapping);
     }
 }
 

@@ -4,8 +4,11 @@
 
 namespace brimvale {
 
-std::optional<FileURL> documentsFolder(const FileURL &) {
+std::optional<FileURL> documentsFolder(const FileURL &home) {
     @autoreleasepool {
+        // The system answers for the account that runs the program, and for no other home.
+        if (FileURL(NSHomeDirectory().fileSystemRepresentation).standardized() != home.standardized())
+            return std::nullopt;
         NSURL *folder = [NSFileManager.defaultManager URLsForDirectory:NSDocumentDirectory
                                                              inDomains:NSUserDomainMask]
                             .firstObject;

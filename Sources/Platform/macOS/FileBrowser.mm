@@ -1,5 +1,7 @@
 #include "Platform/FileBrowser.h"
 
+#include "Platform/macOS/NativeURL.h"
+
 #import <AppKit/AppKit.h>
 
 namespace brimvale {
@@ -10,9 +12,10 @@ const char *FileBrowser::revealTitle() {
 
 bool FileBrowser::reveal(const FileURL &item, const Tools & /*tools*/) {
     @autoreleasepool {
-        NSURL *url = [NSURL fileURLWithFileSystemRepresentation:item.path().c_str()
-                                                    isDirectory:NO
-                                                  relativeToURL:nil];
+        // A Finder that selects a missing item opens nothing and reports nothing.
+        NSURL *url = urlOf(item);
+        if (![url checkResourceIsReachableAndReturnError:nil])
+            return false;
         [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:@[ url ]];
         return true;
     }

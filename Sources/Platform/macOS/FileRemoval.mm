@@ -1,8 +1,7 @@
 #include "Platform/FileRemoval.h"
 
 #include "Platform/macOS/NativeError.h"
-
-#import <Foundation/Foundation.h>
+#include "Platform/macOS/NativeURL.h"
 
 /// Counts what a file manager is about to remove, and refuses it once the removal is cancelled.
 @interface BrimvaleRemovalWatcher : NSObject <NSFileManagerDelegate>
@@ -25,12 +24,8 @@ namespace brimvale {
 std::optional<FileError> removeItem(const FileURL &item, RemovalProgress *progress) {
     @autoreleasepool {
         if (!item.namesEntry())
-            return fileErrorOf([NSError errorWithDomain:NSCocoaErrorDomain
-                                                   code:NSFileWriteUnknownError
-                                               userInfo:nil]);
-        NSURL *url = [NSURL fileURLWithFileSystemRepresentation:item.path().c_str()
-                                                    isDirectory:NO
-                                                  relativeToURL:nil];
+            return fileErrorOf(nil);
+        NSURL *url = urlOf(item);
         // A manager of its own, since the shared one may have no delegate, which it would not keep alive.
         NSFileManager *manager = [[NSFileManager alloc] init];
         BrimvaleRemovalWatcher *watcher = [[BrimvaleRemovalWatcher alloc] init];

@@ -1,6 +1,7 @@
 #include "Platform/Formatters.h"
 
-#import <Foundation/Foundation.h>
+#include "Platform/macOS/Text.h"
+
 #include <mutex>
 
 namespace brimvale::Formatters {
@@ -38,22 +39,21 @@ NSDate *dateOf(Date date) {
 std::string fileSize(std::int64_t bytes) {
     @autoreleasepool {
         const std::lock_guard guard(native().lock);
-        return [native().sizes stringFromByteCount:bytes].UTF8String;
+        return bytesOf([native().sizes stringFromByteCount:bytes]);
     }
 }
 
 std::string number(std::int64_t number) {
     @autoreleasepool {
         const std::lock_guard guard(native().lock);
-        return [native().numbers stringFromNumber:@(number)].UTF8String;
+        return bytesOf([native().numbers stringFromNumber:@(number)]);
     }
 }
 
 std::string relativeDate(Date date, Date reference) {
     @autoreleasepool {
         const std::lock_guard guard(native().lock);
-        return
-            [native().dates localizedStringForDate:dateOf(date) relativeToDate:dateOf(reference)].UTF8String;
+        return bytesOf([native().dates localizedStringForDate:dateOf(date) relativeToDate:dateOf(reference)]);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "Base/Text.h"
 
 #import <Foundation/Foundation.h>
+#include <string>
 #include <string_view>
 
 namespace brimvale {
@@ -10,6 +11,13 @@ namespace brimvale {
 /// The text as Foundation has it; what is not UTF-8 becomes U+FFFD.
 [[nodiscard]] inline NSString *stringOf(std::string_view bytes) {
     return @(displayText(bytes).c_str());
+}
+
+/// The text as UTF-8, empty for nil. Half a surrogate pair, of which `UTF8String` would make a null pointer,
+/// is replaced.
+[[nodiscard]] inline std::string bytesOf(NSString *text) {
+    NSData *bytes = [text dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
+    return {static_cast<const char *>(bytes.bytes), bytes.length};
 }
 
 } // namespace brimvale

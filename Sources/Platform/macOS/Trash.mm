@@ -1,20 +1,15 @@
 #include "Platform/Trash.h"
 
 #include "Platform/macOS/NativeError.h"
-
-#import <Foundation/Foundation.h>
+#include "Platform/macOS/NativeURL.h"
 
 namespace brimvale {
 
 std::optional<FileError> moveToTrash(const FileURL &item) {
     @autoreleasepool {
         if (!item.namesEntry())
-            return fileErrorOf([NSError errorWithDomain:NSCocoaErrorDomain
-                                                   code:NSFileWriteUnknownError
-                                               userInfo:nil]);
-        NSURL *url = [NSURL fileURLWithFileSystemRepresentation:item.path().c_str()
-                                                    isDirectory:NO
-                                                  relativeToURL:nil];
+            return fileErrorOf(nil);
+        NSURL *url = urlOf(item);
         NSError *error = nil;
         if ([NSFileManager.defaultManager trashItemAtURL:url resultingItemURL:nil error:&error])
             return std::nullopt;

@@ -1,6 +1,6 @@
 #include "Platform/Volumes.h"
 
-#import <Foundation/Foundation.h>
+#include "Platform/macOS/Text.h"
 
 namespace brimvale {
 
@@ -20,7 +20,7 @@ std::optional<bool> flagOf(NSDictionary<NSURLResourceKey, id> *values, NSURLReso
 MountedVolume volumeOf(NSURL *url, NSDictionary<NSURLResourceKey, id> *values) {
     MountedVolume volume{.url = FileURL(url.fileSystemRepresentation)};
     if (NSString *name = values[NSURLVolumeNameKey])
-        volume.name = name.UTF8String;
+        volume.name = bytesOf(name);
     volume.totalCapacity = numberOf<std::int64_t>(values, NSURLVolumeTotalCapacityKey);
     volume.availableForImportantUsage =
         numberOf<std::int64_t>(values, NSURLVolumeAvailableCapacityForImportantUsageKey);
