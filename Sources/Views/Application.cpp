@@ -5,9 +5,12 @@
 #include "Views/Components/WindowStyle.h"
 
 #include <QEvent>
+#include <QFile>
+#include <QFileOpenEvent>
 #include <QIcon>
 #include <QTimer>
 #include <QWindow>
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -53,6 +56,25 @@ private:
     std::function<void()> action_;
 };
 
+/// Hears of folders that are dropped on the icon in the Dock, or opened with the program in the Finder.
+class OpenRequests : public QObject {
+public:
+    OpenRequests(std::function<void(const FileURL &)> open, QObject *parent)
+        : QObject(parent), open_(std::move(open)) {}
+
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        if (event->type() != QEvent::FileOpen)
+            return QObject::eventFilter(watched, event);
+        const QByteArray path = QFile::encodeName(static_cast<QFileOpenEvent *>(event)->file());
+        if (path.startsWith('/'))
+            open_(FileURL(path.toStdString()));
+        return true;
+    }
+
+private:
+    std::function<void(const FileURL &)> open_;
+};
+
 } // namespace
 
 Application::Application(int &argumentCount, char **arguments) {
@@ -64,19 +86,26 @@ Application::Application(int &argumentCount, char **arguments) {
     QApplication::setDesktopFileName(QStringLiteral("brimvale"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/brimvale.svg")));
     QApplication::setFont(applicationFont());
+    // A utility with one window has nothing left to do without it, on macOS as well.
+    QApplication::setQuitOnLastWindowClosed(true);
     model_.emplace();
     updater_.emplace(updateEnvironment());
     window_.emplace(*model_, *updater_);
+    toolkit_->installEventFilter(
+        new OpenRequests([this](const FileURL &folder) { scan(folder); }, &*toolkit_));
 }
 
 void Application::open(const std::optional<FileURL> &folder) {
     window_->show();
     // Nothing but the window belongs into the start.
     new AfterFirstDrawing(window_->windowHandle(), [this] { updater_->check(true); });
-    if (!folder)
-        return;
+    if (folder)
+        scan(*folder);
+}
+
+void Application::scan(const FileURL &folder) {
     window_->goTo({Section::Kind::browse});
-    model_->startScan(folder->path());
+    model_->startScan(folder.path());
 }
 
 } // namespace brimvale

@@ -27,6 +27,8 @@ public:
     [[nodiscard]] ContentView &window() { return *window_; }
 
 private:
+    void scan(const FileURL &folder);
+
     // Made one after the other in the constructor; the last goes first.
     std::optional<QApplication> toolkit_;
     std::optional<CorvelModel> model_;

@@ -300,6 +300,8 @@ void BrowseView::reveal() {
 }
 
 void BrowseView::copyPaths() {
+    if (shown_.empty())
+        return;
     std::vector<FileURL> items;
     for (const FSNode *node : shown_)
         items.emplace_back(node->path());

@@ -42,7 +42,7 @@ private:
     void showDetails(std::vector<FSNode *> nodes, bool isSelected);
     void showMenu(const QPoint &place);
     void reveal();
-    void copyPaths();
+    Q_INVOKABLE void copyPaths();
     void showRemoval();
     void confirmRemoval();
     void letGoOf(FSNode *node);

@@ -15,6 +15,7 @@
 #include "Views/Components/Theme.h"
 #include "Views/OverviewView.h"
 #include "Views/ResultAlert.h"
+#include "Views/StandardMenus.h"
 #include "Views/UpdateView.h"
 
 #include <QAction>
@@ -130,11 +131,14 @@ void ContentView::buildMenus() {
     QAction *rescan = file->addAction(tr("&Rescan"), Qt::CTRL | Qt::Key_R, this, &ContentView::rescan);
     rescan->setObjectName(QStringLiteral("rescan"));
     file->addSeparator();
+    StandardMenus::addClosing(*file, *this);
     QAction *quit = file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
     quit->setObjectName(QStringLiteral("quit"));
     quit->setMenuRole(QAction::QuitRole);
 
+    StandardMenus::addEditing(*addMenu(tr("&Edit")));
     goMenu_ = addMenu(tr("&Go"));
+    StandardMenus::addWindow(*addMenu(tr("&Window")), *this);
 
     QMenu *help = addMenu(tr("&Help"));
     QAction *update = help->addAction(tr("Check for &Updates…"), this, &ContentView::checkForUpdates);

@@ -1,6 +1,9 @@
 #include "Views/Components/Theme.h"
 
+#include "Views/Components/SystemAccent.h"
+
 #include <QGuiApplication>
+#include <cmath>
 
 namespace brimvale {
 
@@ -46,6 +49,14 @@ const Theme dark = {
     .orange = QColor(0xff, 0xb3, 0x4d),
 };
 
+/// Relative luminance as WCAG defines it, from 0 for black to 1 for white.
+double luminanceOf(const QColor &color) {
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
 } // namespace
 
 const Theme &Theme::matching(const QPalette &systemPalette) {
@@ -55,7 +66,21 @@ const Theme &Theme::matching(const QPalette &systemPalette) {
 }
 
 const Theme &Theme::current() {
-    return matching(QGuiApplication::palette());
+    static Theme accented;
+    const Theme &theme = matching(QGuiApplication::palette());
+    const std::optional<QColor> accent = systemAccent();
+    if (!accent)
+        return theme;
+    accented = theme.withAccent(*accent);
+    return accented;
+}
+
+Theme Theme::withAccent(const QColor &color) const {
+    constexpr double lightest = 0.4; // white on it has a contrast of 2.3 to 1, as the system allows itself
+    Theme theme = *this;
+    theme.accent = color;
+    theme.onAccent = luminanceOf(color) > lightest ? light.text : light.card;
+    return theme;
 }
 
 QPalette Theme::palette() const {

@@ -28,8 +28,12 @@ struct Theme {
 
     /// The theme that goes with the system's palette: dark where its window is darker than its text.
     [[nodiscard]] static const Theme &matching(const QPalette &systemPalette);
-    /// The theme of the application's palette of the moment.
+    /// The theme of the application's palette and the user's accent colour, both of the moment. Belongs to
+    /// the main thread.
     [[nodiscard]] static const Theme &current();
+
+    /// The same with another accent, and with text on it that can be read.
+    [[nodiscard]] Theme withAccent(const QColor &color) const;
 
     /// The same colours as a palette, for the widgets that Qt paints.
     [[nodiscard]] QPalette palette() const;
