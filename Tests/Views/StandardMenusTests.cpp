@@ -90,11 +90,12 @@ TEST_F(StandardMenusTest, ClosesTheWindowInFront) {
     QDialog dialog(&window);
     dialog.show();
     dialog.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &dialog; }));
     choose("closeWindow");
     EXPECT_FALSE(dialog.isVisible());
     EXPECT_TRUE(window.isVisible());
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &window; }));
     choose("closeWindow");
     EXPECT_FALSE(window.isVisible());
 }
