@@ -41,7 +41,7 @@ public:
 
 private:
     void measureAlone();
-    void add(NestedItem &item, std::int64_t bytes, std::int64_t opened);
+    void add(NestedItem &first, std::int64_t firstBytes, std::int64_t opened);
     void settle(const NestedItem &item);
     void tellSettled();
 

@@ -24,7 +24,7 @@ namespace brimvale {
 namespace {
 
 constexpr int iconSize = 20;
-constexpr int copyIconSize = 14;
+constexpr int buttonIconSize = 14;
 constexpr int figuresInARow = 3;
 
 QString text(const std::string &utf8) {
@@ -39,10 +39,14 @@ QString shareOfParent(const FSNode &node) {
                                     : QStringLiteral("%1 %").arg(share, 0, 'f', 1);
 }
 
+/// A button that is an icon only, whose title is its tool tip.
 QPushButton *makeButton(QWidget *parent, const char *objectName, const QString &title) {
-    auto *button = new QPushButton(title, parent);
+    auto *button = new QPushButton(parent);
     button->setObjectName(QLatin1String(objectName));
     button->setAutoDefault(false);
+    button->setFlat(true);
+    button->setToolTip(title);
+    button->setAccessibleName(title);
     return button;
 }
 
@@ -55,7 +59,7 @@ DetailPanel::DetailPanel(QWidget *parent)
       explanation_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       notice_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       reveal_(makeButton(this, "reveal", QLatin1String(FileBrowser::revealTitle()))),
-      copyPath_(makeButton(this, "copyPath", QString())), remove_(new DestructiveButton(this)) {
+      copyPath_(makeButton(this, "copyPath", tr("Copy Path"))), remove_(new DestructiveButton(this)) {
     setObjectName(QStringLiteral("detailPanel"));
     name_->setObjectName(QStringLiteral("detailName"));
     path_->setObjectName(QStringLiteral("detailPath"));
@@ -71,9 +75,7 @@ DetailPanel::DetailPanel(QWidget *parent)
     icon_->setFixedSize(iconSize, iconSize);
     head->addWidget(icon_, 0, Qt::AlignTop);
     head->addLayout(names, 1);
-    copyPath_->setFlat(true);
-    copyPath_->setToolTip(tr("Copy Path"));
-    copyPath_->setAccessibleName(tr("Copy Path"));
+    head->addWidget(reveal_, 0, Qt::AlignTop);
     head->addWidget(copyPath_, 0, Qt::AlignTop);
 
     auto *figures = new QGridLayout;
@@ -96,7 +98,6 @@ DetailPanel::DetailPanel(QWidget *parent)
 
     auto *actions = new QHBoxLayout;
     actions->setSpacing(8);
-    actions->addWidget(reveal_);
     actions->addWidget(remove_);
     actions->addWidget(notice_, 1);
     actions->addStretch(1);
@@ -174,7 +175,9 @@ void DetailPanel::changeEvent(QEvent *event) {
 }
 
 void DetailPanel::drawIcon() {
-    copyPath_->setIcon(Icons::icon(QStringLiteral("copy"), Theme::current().secondaryText, copyIconSize));
+    const QColor quiet = Theme::current().secondaryText;
+    reveal_->setIcon(Icons::icon(QStringLiteral("external-link"), quiet, buttonIconSize));
+    copyPath_->setIcon(Icons::icon(QStringLiteral("copy"), quiet, buttonIconSize));
     icon_->setPixmap(Icons::pixmap(iconName_, Theme::current().accent, iconSize, devicePixelRatioF()));
 }
 
