@@ -18,10 +18,10 @@ OverviewFigures measureOverview(const ScanStats &stats) {
         StepProgress progress(definitions.size());
         systemData = StorageCategories::measureAll(
             definitions,
-            [&](MeasuredCategory measured) {
+            [&](const MeasuredCategory &measured) {
                 for (MeasuredCategory &one : categories)
                     if (one.category.id == measured.category.id)
-                        one = std::move(measured);
+                        one = measured;
                 progress.step();
             },
             [&] { return stats.cancelled(); });

@@ -5,8 +5,8 @@
 
 #include <atomic>
 #include <gtest/gtest.h>
-#include <map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace brimvale {
@@ -40,7 +40,7 @@ TEST(AppAnalysis, ReportsEveryApplicationOnce) {
     const TemporaryFolder home;
     const Host host{System::macOS, FileURL(home.path()), {}};
     const std::vector<InstalledApp> apps = makeApps(home, 60);
-    std::map<FileURL, int> reports;
+    std::unordered_map<FileURL, int> reports;
     bool isReporting = false;
     AppAnalysis::analyze(
         apps,

@@ -16,10 +16,8 @@ std::vector<std::string> fuzzSeeds() {
     const std::string binary = binaryPropertyList(
         {dictionaryObject({1, 2, 3, 4}), asciiObject("CFBundleName"), asciiObject("Other"),
          utf16Object(u"\xD83D\xDE00 text"), arrayObject({5, 6, 7, 8, 9, 10, 3}), "\x08\x09",
-         "\x13\x7F\x7F\x7F\x7F"
-         "\x7F\x7F\x7F\x7F",
-         "\x23\x41\x42\x43\x44\x45\x46\x47\x48", "\x33\x41\x42\x43\x44\x45\x46\x47\x48", "\x43\x01\x02\x03",
-         "\x80\x01"});
+         "\x13" + std::string(8, '\x7F'), "\x23\x41\x42\x43\x44\x45\x46\x47\x48",
+         "\x33\x41\x42\x43\x44\x45\x46\x47\x48", "\x43\x01\x02\x03", "\x80\x01"});
     return {infoPlist({"com.example.app", "Display", "Name", "1.2", "120"}), everything, binaryInfoPlist(),
             binary};
 }

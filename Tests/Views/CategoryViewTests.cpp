@@ -36,11 +36,11 @@ protected:
         EXPECT_TRUE(QTest::qWaitForWindowActive(page.get()));
     }
 
-    void show(std::string_view id, std::int64_t size, std::vector<CleanupEntry> entries) {
+    void show(std::string_view id, std::int64_t size, const std::vector<CleanupEntry> &entries) {
         PublishedWriter::update(model.categories, [&](std::vector<MeasuredCategory> &categories) {
             for (MeasuredCategory &one : categories)
                 if (one.category.id == id)
-                    one = {one.category, size, std::move(entries), true};
+                    one = {one.category, size, entries, true};
         });
     }
 
