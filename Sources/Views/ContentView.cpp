@@ -196,15 +196,24 @@ void ContentView::checkForUpdates() {
     updateWindow_->activateWindow();
 }
 
-/// Tells what became of a removal, whatever page it came from.
+/// Tells what became of a removal, whatever page it came from; one after the other.
 void ContentView::showResult() {
-    if (resultAlert_ != nullptr)
-        resultAlert_->close();
-    if (!*model_.lastResult)
+    if (*model_.lastResult)
+        results_.push_back(**model_.lastResult);
+    showNextResult();
+}
+
+void ContentView::showNextResult() {
+    if (resultAlert_ != nullptr || results_.empty())
         return;
-    auto *alert = new ResultAlert(**model_.lastResult, this);
+    auto *alert = new ResultAlert(results_.front(), this);
+    results_.pop_front();
     resultAlert_ = alert;
     connect(alert, &ResultAlert::escalated, &model_, &CorvelModel::escalate);
+    connect(alert, &QDialog::finished, this, [this] {
+        resultAlert_ = nullptr;
+        showNextResult();
+    });
     // What the result tells of is still leaving the tree, or the next removal has begun.
     const auto allowWhenIdle = [this, alert] { alert->setCanEscalate(!model_.isRemoving()); };
     connect(&model_, &CorvelModel::removalChanged, alert, allowWhenIdle);

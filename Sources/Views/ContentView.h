@@ -1,11 +1,13 @@
 #pragma once
 
+#include "Core/RemovalResult.h"
 #include "Views/Components/Sidebar.h"
 #include "Views/Section.h"
 
 #include <QDialog>
 #include <QMainWindow>
 #include <QPointer>
+#include <deque>
 #include <functional>
 #include <vector>
 
@@ -55,6 +57,7 @@ private:
     void addCategoryPage(const StorageCategory &category);
     void showCategorySizes();
     void showResult();
+    void showNextResult();
     void showReview();
     void checkForUpdates();
     void applyTheme();
@@ -66,6 +69,7 @@ private:
     QMenu *goMenu_ = nullptr;
     std::vector<Page> pages_;
     std::size_t current_ = 0;
+    std::deque<RemovalResult> results_; ///< not shown yet
     // Those that are open, if any.
     QPointer<QDialog> resultAlert_;
     QPointer<QDialog> review_;
