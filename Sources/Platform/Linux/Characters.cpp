@@ -6,6 +6,7 @@
 #include <unicode/brkiter.h>
 #include <unicode/normalizer2.h>
 #include <unicode/unistr.h>
+#include <utility>
 
 namespace brimvale {
 
@@ -16,14 +17,35 @@ icu::UnicodeString unicodeOf(std::string_view text) {
         icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
 }
 
+// What ICU loads at its first use it loads here once, for whichever thread comes first; the others wait, and
+// a copy costs less than another one.
+
+std::unique_ptr<icu::BreakIterator> characterBoundaries() {
+    static const std::unique_ptr<const icu::BreakIterator> original = [] {
+        UErrorCode status = U_ZERO_ERROR;
+        std::unique_ptr<icu::BreakIterator> made(
+            icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+        return U_SUCCESS(status) ? std::move(made) : nullptr;
+    }();
+    return std::unique_ptr<icu::BreakIterator>(original == nullptr ? nullptr : original->clone());
+}
+
+/// Null where ICU has no data for it.
+const icu::Normalizer2 *canonicalDecomposition() {
+    static const icu::Normalizer2 *const decomposition = [] {
+        UErrorCode status = U_ZERO_ERROR;
+        const icu::Normalizer2 *found = icu::Normalizer2::getNFDInstance(status);
+        return U_SUCCESS(status) ? found : nullptr;
+    }();
+    return decomposition;
+}
+
 } // namespace
 
 std::size_t perceivedLength(std::string_view text) {
     const icu::UnicodeString characters = unicodeOf(text);
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::BreakIterator> boundaries(
-        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
-    if (U_FAILURE(status))
+    const std::unique_ptr<icu::BreakIterator> boundaries = characterBoundaries();
+    if (boundaries == nullptr)
         return static_cast<std::size_t>(characters.countChar32());
     boundaries->setText(characters);
     std::size_t count = 0;
@@ -35,10 +57,10 @@ std::size_t perceivedLength(std::string_view text) {
 std::string caseFolded(std::string_view text) {
     if (!isValidUtf8(text))
         return std::string(text);
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::Normalizer2 *decomposition = icu::Normalizer2::getNFDInstance(status);
-    if (U_FAILURE(status))
+    const icu::Normalizer2 *decomposition = canonicalDecomposition();
+    if (decomposition == nullptr)
         return std::string(text);
+    UErrorCode status = U_ZERO_ERROR;
     // Folding may take apart what was put together, so the last word is the normaliser's.
     icu::UnicodeString folded = decomposition->normalize(unicodeOf(text), status);
     folded = decomposition->normalize(folded.foldCase(), status);
