@@ -22,7 +22,6 @@ run      config:Qt6Svg           qt6-svg-dev      qt6-qtsvg-devel          qt6-s
 run      header:unicode/ucol.h   libicu-dev       libicu-devel             icu         -
 run      header:plist/plist.h    libplist-dev     libplist-devel           libplist    -
 run      header:nettle/sha2.h    nettle-dev       nettle-devel             nettle      -
-run      header:nlohmann/json.hpp nlohmann-json3-dev json-devel            nlohmann-json nlohmann-json
 test     config:GTest            libgtest-dev     gtest-devel              gtest       googletest
 test     header:gmock/gmock.h    libgmock-dev     gmock-devel              gtest       googletest
 test     command:sqlite3         sqlite3          sqlite                   sqlite      -

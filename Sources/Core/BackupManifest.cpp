@@ -1,74 +1,73 @@
 #include "Core/BackupManifest.h"
 
 #include "Base/Hex.h"
-#include "Base/Text.h"
 #include "Core/FileListing.h"
 #include "Core/ParallelLoop.h"
 #include "Platform/FileReader.h"
 #include "Platform/FileWriting.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <algorithm>
 #include <cerrno>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 namespace brimvale::BackupManifest {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 constexpr int formatVersion = 1;
 
-/// Bytes under a key; those that are not UTF-8, which JSON cannot hold, as digits under a key of their own.
-void putBytes(Json &object, const std::string &key, const std::string &bytes) {
-    if (isValidUtf8(bytes))
-        object[key] = bytes;
+/// Bytes under a key; those that a text does not give back, such as what is not UTF-8 or begins with a byte
+/// order mark, as digits under a key of their own.
+void putBytes(QJsonObject &object, const QString &key, const std::string &bytes) {
+    const QString text = QString::fromStdString(bytes);
+    if (text.toStdString() == bytes)
+        object[key] = text;
     else
-        object[key + "Hex"] = hexString(bytes);
+        object[key + "Hex"] = QString::fromStdString(hexString(bytes));
 }
 
-std::optional<std::string> textUnder(const Json &object, const std::string &key) {
-    const auto found = object.find(key);
-    return found != object.end() && found->is_string() ? std::optional(found->get<std::string>())
-                                                       : std::nullopt;
+std::optional<std::string> textUnder(const QJsonObject &object, const QString &key) {
+    const QJsonValue value = object.value(key);
+    return value.isString() ? std::optional(value.toString().toStdString()) : std::nullopt;
 }
 
-std::optional<std::string> bytesUnder(const Json &object, const std::string &key) {
+std::optional<std::string> bytesUnder(const QJsonObject &object, const QString &key) {
     if (std::optional<std::string> bytes = textUnder(object, key))
         return bytes;
     const std::optional<std::string> digits = textUnder(object, key + "Hex");
     return digits ? bytesOfHex(*digits) : std::nullopt;
 }
 
-Json entryOf(const BackedUpFile &file) {
-    Json entry = Json::object();
+QJsonObject entryOf(const BackedUpFile &file) {
+    QJsonObject entry;
     putBytes(entry, "path", file.path);
     if (file.linkTarget) {
         putBytes(entry, "linkTarget", *file.linkTarget);
         return entry;
     }
-    entry["size"] = file.size;
-    entry["sha256"] = file.sha256;
-    entry["modified"] = iso8601(file.modified);
+    entry["size"] = qint64{file.size};
+    entry["sha256"] = QString::fromStdString(file.sha256);
+    entry["modified"] = QString::fromStdString(iso8601(file.modified));
     return entry;
 }
 
 /// An entry without its modification time, which nothing is compared with.
-std::optional<BackedUpFile> fileOf(const Json &entry) {
-    if (!entry.is_object())
-        return std::nullopt;
+std::optional<BackedUpFile> fileOf(const QJsonObject &entry) {
     const std::optional<std::string> path = bytesUnder(entry, "path");
     if (!path)
         return std::nullopt;
     if (std::optional<std::string> target = bytesUnder(entry, "linkTarget"))
         return BackedUpFile{.path = *path, .linkTarget = std::move(target)};
-    const auto size = entry.find("size");
+    constexpr qint64 none = -1;
+    const qint64 size = entry.value("size").toInteger(none);
     const std::optional<std::string> sha256 = textUnder(entry, "sha256");
-    if (size == entry.end() || !size->is_number_integer() || !sha256)
+    if (size == none || !sha256)
         return std::nullopt;
-    return BackedUpFile{.path = *path, .size = size->get<std::int64_t>(), .sha256 = *sha256};
+    return BackedUpFile{.path = *path, .size = size, .sha256 = *sha256};
 }
 
 bool isAtOrUnder(const std::string &path, const std::string &place) {
@@ -128,28 +127,23 @@ bool holdSame(const BackedUpFile &a, const BackedUpFile &b) {
 } // namespace
 
 std::string document(const std::vector<BackedUpFile> &files) {
-    Json entries = Json::array();
+    QJsonArray entries;
     for (const BackedUpFile &file : files)
-        entries.push_back(entryOf(file));
-    Json manifest = Json::object();
-    manifest["version"] = formatVersion;
-    manifest["files"] = std::move(entries);
-    return manifest.dump(1) + "\n";
+        entries.append(entryOf(file));
+    const QJsonObject manifest{{"version", formatVersion}, {"files", entries}};
+    return QJsonDocument(manifest).toJson().toStdString();
 }
 
 std::optional<std::vector<BackedUpFile>> filesOf(std::string_view document) {
-    const Json manifest = Json::parse(document, nullptr, false);
-    if (!manifest.is_object())
-        return std::nullopt;
-    const auto version = manifest.find("version");
-    if (version == manifest.end() || *version != formatVersion)
-        return std::nullopt;
-    const auto entries = manifest.find("files");
-    if (entries == manifest.end() || !entries->is_array())
+    const auto bytes = QByteArray::fromRawData(document.data(), static_cast<qsizetype>(document.size()));
+    const QJsonObject manifest = QJsonDocument::fromJson(bytes).object();
+    const QJsonValue entries = manifest.value("files");
+    if (manifest.value("version") != formatVersion || !entries.isArray())
         return std::nullopt;
     std::vector<BackedUpFile> files;
-    for (const Json &entry : *entries) {
-        std::optional<BackedUpFile> file = fileOf(entry);
+    for (const QJsonValueConstRef entry : entries.toArray()) {
+        // What is no object counts as one without a path.
+        std::optional<BackedUpFile> file = fileOf(entry.toObject());
         if (!file)
             return std::nullopt;
         files.push_back(*std::move(file));

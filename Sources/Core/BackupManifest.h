@@ -15,8 +15,8 @@ namespace brimvale {
 
 /// The list of all that a backup holds, in its folder, so that many years later it can be told whether the
 /// backup is still what it was: a JSON document with the path, size, SHA-256 digest and modification time of
-/// every file, and the target of every symbolic link. A path that is not UTF-8 stands there in hexadecimal
-/// digits, under another key.
+/// every file, and the target of every symbolic link. A path that JSON cannot hold exactly stands there in
+/// hexadecimal digits, under another key.
 namespace BackupManifest {
 
 /// Its name in the backup's folder.

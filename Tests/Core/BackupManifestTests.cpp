@@ -38,7 +38,8 @@ std::string manifestOf(const TemporaryFolder &folder) {
 
 TEST(BackupManifest, TellsWhatBecameOfABackup) {
     const TemporaryFolder folder;
-    for (const char *name : {"kept", "sub/changed", "sub/missing", "grown", "to link", "\xFF odd\n\"name"})
+    for (const char *name :
+         {"kept", "sub/changed", "sub/missing", "grown", "to link", "\xFF odd\n\"name", "\uFEFFmarked"})
         folder.writeFile(name, "content");
     folder.makeFile("empty");
     folder.makeLink("link", "kept");
@@ -46,7 +47,7 @@ TEST(BackupManifest, TellsWhatBecameOfABackup) {
     folder.makeLink("link to \xFF", "\xFE");
     ASSERT_FALSE(writeManifest(folder));
     EXPECT_TRUE(verify(folder).isIntact());
-    EXPECT_EQ(verify(folder).verified, 10U);
+    EXPECT_EQ(verify(folder).verified, 11U);
 
     folder.writeFile("sub/changed", "Content"); // as long as it was
     folder.writeFile("grown", "content and more");
@@ -63,7 +64,7 @@ TEST(BackupManifest, TellsWhatBecameOfABackup) {
     EXPECT_THAT(verification.changed, ElementsAre("grown", "moved link", "sub/changed", "to link"));
     EXPECT_THAT(verification.extra, ElementsAre("sub/deep/extra"));
     EXPECT_THAT(verification.unreadable, IsEmpty());
-    EXPECT_EQ(verification.verified, 5U);
+    EXPECT_EQ(verification.verified, 6U);
     EXPECT_FALSE(verification.isIntact());
 }
 
