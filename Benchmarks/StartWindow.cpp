@@ -12,7 +12,7 @@
 #include "Views/Application.h"
 
 #include <QEvent>
-#include <QTimer>
+#include <QMetaObject>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -46,8 +46,9 @@ public:
     bool eventFilter(QObject *window, QEvent *event) override {
         if (event->type() == QEvent::Paint) {
             window->removeEventFilter(this);
-            // The paint event is one step of a refresh that also shows what was painted.
-            QTimer::singleShot(0, this, then_);
+            // The paint event is one step of a refresh that also shows what was painted. A posted call comes
+            // right after that, before any timer and so before what the program has put off until now.
+            QMetaObject::invokeMethod(this, then_, Qt::QueuedConnection);
         }
         return false;
     }
