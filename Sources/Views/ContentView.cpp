@@ -19,7 +19,8 @@
 #include "Views/UpdateView.h"
 
 #include <QAction>
-#include <QCoreApplication>
+#include <QApplication>
+#include <QDialog>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QMenu>
@@ -59,7 +60,7 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     : QMainWindow(parent), model_(model), updater_(updater), sidebar_(new Sidebar(this)),
       stack_(new QStackedWidget(this)) {
     setObjectName(QStringLiteral("contentView"));
-    setWindowTitle(QCoreApplication::applicationName());
+    setWindowTitle(QApplication::applicationName());
     applyTheme();
     setMinimumSize(minimumSizeOfWindow);
     resize(defaultSize);
@@ -176,9 +177,19 @@ void ContentView::showCategorySizes() {
     }
 }
 
+/// Whether the user is still busy with a sheet, so that `then` is called once that has ended.
+bool ContentView::waitsForSheet(void (ContentView::*then)()) {
+    const auto *sheet = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+    if (sheet == nullptr)
+        return false;
+    // A sheet may end in order that another one takes its place.
+    connect(sheet, &QDialog::finished, this, then, Qt::QueuedConnection);
+    return true;
+}
+
 /// Shows a backup that waits for the user, whatever page is in front.
 void ContentView::showReview() {
-    if (!*model_.pendingDeletion || review_ != nullptr)
+    if (!*model_.pendingDeletion || review_ != nullptr || waitsForSheet(&ContentView::showReview))
         return;
     auto *review = new BackupReviewView(**model_.pendingDeletion, this);
     review_ = review;
@@ -204,7 +215,7 @@ void ContentView::showResult() {
 }
 
 void ContentView::showNextResult() {
-    if (resultAlert_ != nullptr || results_.empty())
+    if (resultAlert_ != nullptr || results_.empty() || waitsForSheet(&ContentView::showNextResult))
         return;
     auto *alert = new ResultAlert(results_.front(), this);
     results_.pop_front();

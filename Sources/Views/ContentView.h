@@ -57,6 +57,7 @@ private:
     void addCategoryPage(const StorageCategory &category);
     void showCategorySizes();
     void showResult();
+    [[nodiscard]] bool waitsForSheet(void (ContentView::*then)());
     void showNextResult();
     void showReview();
     void checkForUpdates();

@@ -13,6 +13,9 @@
 #include "Views/ResultAlert.h"
 #include "Views/TreemapView.h"
 
+#include <QAction>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -573,6 +576,29 @@ TEST(RemovalInWindow, OffersTheAdministratorOnlyWhileNothingIsRemoved) {
     EXPECT_FALSE(authenticate->isEnabled());
     held.letGoOn();
     ASSERT_TRUE(QTest::qWaitFor([&] { return !model.isRemoving(); }, patience));
+}
+
+TEST(RemovalInWindow, TellsTheOutcomeOnceTheSheetInFrontHasEnded) {
+    const TemporaryFolder folder;
+    RecordingActions actions;
+    CorvelModel model(nullptr, actions);
+    Updater updater;
+    ContentView window(model, updater);
+    window.show();
+    window.findChild<QAction *>("about")->trigger();
+    for (const char *name : {"first", "second"}) {
+        model.removeCategoryEntries({{.url = FileURL(folder.makeFile(name)), .size = 1}}, RemovalMode::trash);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !model.isRemoving(); }, patience));
+    }
+    EXPECT_EQ(window.findChild<ResultAlert *>(), nullptr);
+
+    QTest::keyClick(window.findChild<QDialog *>("aboutSheet"), Qt::Key_Escape);
+    for (const char *result : {"first", "second"}) {
+        const auto alert = [&] { return QPointer(window.findChild<ResultAlert *>()); };
+        ASSERT_TRUE(QTest::qWaitFor([&] { return alert() != nullptr; }, patience)) << result;
+        QTest::keyClick(alert(), Qt::Key_Escape);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
 }
 
 } // namespace brimvale
