@@ -1,23 +1,33 @@
 #!/usr/bin/env bash
-# Builds the application with everything that it needs inside, and signs it: build/dist/Brimvale.app
+# Builds the application with everything that it needs inside, and signs it: build/dist/Brimvale.app, which is
+# there only when all of that worked.
 #
 #   Packaging/macOS/application.sh [CMAKE-OPTION…]
 #
 # SIGNING_IDENTITY  the certificate to sign with, as `security find-identity -v -p codesigning` lists it. Without
 #                   it the application is signed for this Mac only.
-set -euo pipefail
+set -euo pipefail # which bash 3.2 heeds only after simple commands, so others say what is to become of them
 top=$(CDPATH='' cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
-app="$top/build/dist/Brimvale.app"
+out="$top/build/dist"
+work="$top/build/package/dist"
+app="$work/Brimvale.app"
 contents="$app/Contents"
 
 main() {
+    local tool
     command -v macdeployqt >/dev/null || end 'macdeployqt, which comes with Qt, is not in the PATH.'
+    for tool in codesign otool plutil; do
+        command -v "$tool" >/dev/null || end "$tool is missing: packaging takes a Mac with Xcode's tools."
+    done
+    rm -rf "$out" # what an earlier version left there would pass for a part of this one
     build "$@"
     deploy
     check_minimum
     sign
     check_signature
-    echo "$app"
+    mkdir -p "$out"
+    mv "$app" "$out"
+    echo "$out/${app##*/}"
 }
 
 end() {
@@ -26,10 +36,10 @@ end() {
 }
 
 build() {
-    (cd "$top" && cmake --preset package "$@")
+    (cd "$top" && cmake --preset package "$@") || end 'the build could not be configured.'
     cmake --build "$top/build/package"
-    rm -rf "$app"
-    cmake --install "$top/build/package" --prefix "${app%/*}"
+    rm -rf "$work"
+    cmake --install "$top/build/package" --prefix "$work"
 }
 
 # Copies Qt and its plug-ins into the bundle. It answers 0 even when something was missing, and tells so only.
@@ -41,24 +51,31 @@ deploy() {
     esac
 }
 
-# No library inside may need a newer macOS than the bundle says it does: it would not start there.
+entry() {
+    plutil -extract "$1" raw -o - "$contents/Info.plist" || end "Info.plist says nothing of $1."
+}
+
+# No library inside may need a newer macOS than the bundle says it does, on either kind of Mac: it would not start
+# there.
 check_minimum() {
-    local promised file needed
-    promised=$(plutil -extract LSMinimumSystemVersion raw -o - "$contents/Info.plist")
+    local promised file needed isKnown=''
+    promised=$(entry LSMinimumSystemVersion)
     while IFS= read -r -d '' file; do
-        for needed in $(otool -l "$file" 2>/dev/null | awk '$1 == "minos" { print $2 }'); do
+        for needed in $(otool -arch all -l "$file" 2>/dev/null | awk '$1 == "minos" { print $2 }'); do
+            isKnown=yes
             is_at_least "$promised" "$needed" ||
                 end "${file##*/} needs macOS $needed, and the application promises $promised:" \
                     "use a Qt for older systems, or give -DCMAKE_OSX_DEPLOYMENT_TARGET=$needed."
         done
     done < <(find "$contents" -type f -print0)
+    [ -n "$isKnown" ] || end 'otool does not tell which macOS the programs need.'
 }
 
 # is_at_least VERSION MINIMUM: compares their first two numbers.
 is_at_least() {
     awk -v version="$1" -v minimum="$2" 'BEGIN {
         split(version, a, "."); split(minimum, b, ".")
-        exit !(a[1] > b[1] || (a[1] == b[1] && a[2] + 0 >= b[2] + 0))
+        exit !(a[1] + 0 > b[1] + 0 || (a[1] + 0 == b[1] + 0 && a[2] + 0 >= b[2] + 0))
     }'
 }
 
@@ -66,11 +83,11 @@ is_at_least() {
 # entitlements.
 sign() {
     local item identifier entitlements="$top/Resources/macOS/Brimvale.entitlements"
-    identifier=$(plutil -extract CFBundleIdentifier raw -o - "$contents/Info.plist")
-    find "$contents/Frameworks" "$contents/PlugIns" -depth \( -name '*.framework' -o -name '*.dylib' \) -print0 |
-        while IFS= read -r -d '' item; do
-            sign_item "$item"
-        done
+    identifier=$(entry CFBundleIdentifier)
+    while IFS= read -r -d '' item; do
+        sign_item "$item"
+    done < <(find "$contents/Frameworks" "$contents/PlugIns" -depth \
+        \( -name '*.framework' -o -name '*.dylib' \) -print0)
     sign_item "$contents/MacOS/brimvalectl" --identifier "$identifier.brimvalectl" --entitlements "$entitlements"
     sign_item "$app" --entitlements "$entitlements"
 }
@@ -84,19 +101,20 @@ sign_item() {
     else
         # The hardened runtime loads only libraries of the program's own team, and such a signature has none.
         codesign --force --sign - "$@" "$item"
-    fi
+    fi || end "${item##*/} could not be signed."
 }
 
 check_signature() {
     local team signed
-    codesign --verify --deep --strict "$app"
+    codesign --verify --deep --strict "$app" || end 'the signature is not valid.'
     if [ -z "${SIGNING_IDENTITY:-}" ]; then
         echo 'Without SIGNING_IDENTITY the application is signed for this Mac only.' >&2
         return
     fi
     # An installed copy takes no update from anybody else.
     team=$(sed -n 's/.*"TeamIdentifier=\(.*\)".*/\1/p' "$top/Sources/Core/UpdateStaging.cpp")
-    signed=$(codesign -dv "$app" 2>&1)
+    [ -n "$team" ] || end 'which team installed copies take updates from is not to be found in UpdateStaging.cpp.'
+    signed=$(codesign -dv "$app" 2>&1) || end "$signed"
     case $signed in
         *"TeamIdentifier=$team"*) ;;
         *) end "SIGNING_IDENTITY is not one of team $team, and installed copies take updates from no other." ;;

@@ -6,14 +6,39 @@
 # SIGNING_IDENTITY  the certificate to sign the image with; without it, it is not signed.
 set -euo pipefail
 
-if [ $# -ne 2 ] || [ ! -d "$1" ]; then
+end() {
+    printf '%s: %s\n' "${0##*/}" "$*" >&2
+    exit 1
+}
+
+if [ $# -ne 2 ] || [ ! -d "$1" ] || [[ $2 != *.dmg ]]; then
     sed -n '4s/^# *//p' "${BASH_SOURCE[0]}" >&2
     exit 2
 fi
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
-ditto "$1" "$folder/${1##*/}"
-ln -s /Applications "$folder/Applications"
-name=${1##*/}
-hdiutil create -quiet -ov -volname "${name%.app}" -srcfolder "$folder" -fs HFS+ -format ULFO "$2"
-[ -z "${SIGNING_IDENTITY:-}" ] || codesign --force --sign "$SIGNING_IDENTITY" --timestamp "$2"
+app=${1%/}
+name=${app##*/}
+# Beside the image, whose name it gets only once it is whole.
+work=$(mktemp -d "$(dirname "$2")/disk-image-XXXXXX")
+trap 'rm -rf "$work"' EXIT
+
+make_image() {
+    local said
+    for _ in 1 2 3; do
+        said=$(hdiutil create -ov -volname "${name%.app}" -srcfolder "$work/contents" -fs HFS+ -format ULFO \
+            "$work/image.dmg" 2>&1) && return
+        # The system may still be looking at files that are new to it.
+        case $said in
+            *'Resource busy'*) sleep 5 ;;
+            *) break ;;
+        esac
+    done
+    end "$said"
+}
+
+mkdir "$work/contents"
+ditto "$app" "$work/contents/$name"
+ln -s /Applications "$work/contents/Applications"
+make_image
+[ -z "${SIGNING_IDENTITY:-}" ] || codesign --force --sign "$SIGNING_IDENTITY" --timestamp "$work/image.dmg" ||
+    end 'the image could not be signed.'
+mv -f "$work/image.dmg" "$2"

@@ -13,22 +13,23 @@
 set -euo pipefail
 
 main() {
-    local item=${1:-} archive
+    local item=${1:-}
+    item=${item%/}
     [ $# -eq 1 ] && [ -e "$item" ] || end 'give the application or the disk image to notarise.'
     account
     command -v xcrun >/dev/null || end 'xcrun is missing: notarising takes a Mac with Xcode.'
     case $item in
         *.app)
             # The service takes no folders.
-            archive=$(mktemp -d)/${item##*/}.zip
-            ditto -c -k --keepParent "$item" "$archive"
-            submit "$archive"
-            rm -r "${archive%/*}"
+            work=$(mktemp -d)
+            trap 'rm -rf "$work"' EXIT
+            ditto -c -k --keepParent "$item" "$work/${item##*/}.zip"
+            submit "$work/${item##*/}.zip"
             ;;
         *) submit "$item" ;;
     esac
-    xcrun stapler staple "$item"
-    xcrun stapler validate "$item"
+    xcrun stapler staple "$item" || end "the ticket could not be attached to ${item##*/}."
+    xcrun stapler validate "$item" || end "the ticket of ${item##*/} is not valid."
 }
 
 end() {
@@ -40,25 +41,24 @@ account() {
     if [ -n "${NOTARY_PROFILE:-}" ]; then
         account=(--keychain-profile "$NOTARY_PROFILE")
     elif [ -n "${NOTARY_KEY:-}" ] && [ -n "${NOTARY_KEY_ID:-}" ] && [ -n "${NOTARY_ISSUER:-}" ]; then
+        [ -r "$NOTARY_KEY" ] || end 'NOTARY_KEY is to name a file that can be read.' # and may be the key itself
         account=(--key "$NOTARY_KEY" --key-id "$NOTARY_KEY_ID" --issuer "$NOTARY_ISSUER")
     else
         end 'set NOTARY_PROFILE, or NOTARY_KEY, NOTARY_KEY_ID and NOTARY_ISSUER.'
     fi
 }
 
-# Waits for the verdict. A refusal has status 0 as well, so the words count; the log tells the reasons.
+# Waits for the verdict. A refusal may have status 0 as well, so the words count; the log tells the reasons.
 submit() {
-    local said
-    said=$(xcrun notarytool submit "$1" "${account[@]}" --wait 2>&1) || end "$said"
-    printf '%s\n' "$said"
-    case $said in
-        *'status: Accepted'*) ;;
-        *)
-            xcrun notarytool log "$(printf '%s\n' "$said" | awk '$1 == "id:" { print $2; exit }')" \
-                "${account[@]}" >&2 || true
-            end "${1##*/} was not accepted."
-            ;;
+    local said identifier status=0
+    said=$(xcrun notarytool submit "$1" "${account[@]}" --wait 2>&1) || status=$?
+    printf '%s\n' "$said" >&2
+    case $status$said in
+        0*'status: Accepted'*) return ;;
     esac
+    identifier=$(printf '%s\n' "$said" | awk '$1 == "id:" { print $2; exit }')
+    [ -z "$identifier" ] || xcrun notarytool log "$identifier" "${account[@]}" >&2 || true
+    end "${1##*/} was not accepted."
 }
 
 main "$@"

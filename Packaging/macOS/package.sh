@@ -4,7 +4,8 @@
 #
 #   Packaging/macOS/package.sh [CMAKE-OPTION…]
 #
-# With SIGNING_IDENTITY it is signed (see application.sh), and notarised if notarise.sh finds an account besides.
+# With SIGNING_IDENTITY it is signed (see application.sh), and notarised if there is an account for notarise.sh
+# besides.
 set -euo pipefail
 here=$(CDPATH='' cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 out=$(CDPATH='' cd "$here/../.." && pwd)/build/dist
@@ -12,26 +13,37 @@ app="$out/Brimvale.app"
 downloads=https://updates.brimvale.example
 
 main() {
-    local version image archive
+    local version name
     "$here/application.sh" "$@"
     notarise "$app"
     version=$(entry CFBundleShortVersionString)
-    image="$out/Brimvale-$version.dmg" archive="$out/Brimvale-$version.zip"
-    "$here/disk-image.sh" "$app" "$image"
-    notarise "$image"
-    rm -f "$archive"
-    ditto -c -k --keepParent "$app" "$archive"
-    announce "$version" "$archive" >"$out/appcast.json"
+    name="Brimvale-$version"
+    # All or nothing: what lies beside the application can be published as it is.
+    work=$(mktemp -d "$out/unfinished-XXXXXX")
+    trap 'rm -rf "$work"' EXIT
+    "$here/disk-image.sh" "$app" "$work/$name.dmg"
+    notarise "$work/$name.dmg"
+    ditto -c -k --keepParent "$app" "$work/$name.zip"
+    announce "$version" "$work/$name.zip" >"$work/appcast.json"
+    mv "$work"/* "$out"
+    rmdir "$work"
     ls -l "$out"
+}
+
+end() {
+    printf '%s: %s\n' "${0##*/}" "$*" >&2
+    exit 1
 }
 
 # What the bundle itself says, so that nothing else can contradict it.
 entry() {
-    plutil -extract "$1" raw -o - "$app/Contents/Info.plist"
+    plutil -extract "$1" raw -o - "$app/Contents/Info.plist" || end "Info.plist says nothing of $1."
 }
 
+# An account that is given in part only is notarise.sh's to object to.
 notarise() {
-    if [ -n "${SIGNING_IDENTITY:-}" ] && [ -n "${NOTARY_PROFILE:-}${NOTARY_KEY:-}" ]; then
+    if [ -n "${SIGNING_IDENTITY:-}" ] &&
+        [ -n "${NOTARY_PROFILE:-}${NOTARY_KEY:-}${NOTARY_KEY_ID:-}${NOTARY_ISSUER:-}" ]; then
         "$here/notarise.sh" "$1"
     else
         echo "${1##*/} is not notarised: that takes SIGNING_IDENTITY and an account (see notarise.sh)." >&2
@@ -39,10 +51,12 @@ notarise() {
 }
 
 announce() {
-    local digest
-    digest=$(shasum -a 256 "$2")
+    local build minimum digest
+    build=$(entry CFBundleVersion)
+    minimum=$(entry LSMinimumSystemVersion)
+    digest=$(shasum -a 256 "$2") || end "the digest of ${2##*/} could not be had."
     printf '{"version": "%s", "build": %s, "url": "%s", "sha256": "%s", "minimumSystemVersion": "%s"}\n' \
-        "$1" "$(entry CFBundleVersion)" "$downloads/${2##*/}" "${digest%% *}" "$(entry LSMinimumSystemVersion)"
+        "$1" "$build" "$downloads/${2##*/}" "${digest%% *}" "$minimum"
 }
 
 main "$@"
