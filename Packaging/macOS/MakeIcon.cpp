@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QImage>
 #include <QPainter>
+#include <QSaveFile>
 #include <QSvgRenderer>
 #include <QtEndian>
 #include <array>
@@ -77,8 +78,9 @@ int main(int argc, char **argv) {
         std::fprintf(stderr, "MakeIcon: %s cannot be drawn\n", argv[1]);
         return 1;
     }
-    QFile file(QFile::decodeName(argv[2]));
-    if (!file.open(QIODevice::WriteOnly) || file.write(*icon) != icon->size() || !file.flush()) {
+    // All or nothing: the build would take a part of it for finished.
+    QSaveFile file(QFile::decodeName(argv[2]));
+    if (!file.open(QIODevice::WriteOnly) || file.write(*icon) != icon->size() || !file.commit()) {
         std::fprintf(stderr, "MakeIcon: %s cannot be written\n", argv[2]);
         return 1;
     }
