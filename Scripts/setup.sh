@@ -30,6 +30,11 @@ test     library:tsan            -                libasan,libubsan,libtsan -    
 test?    command:clang-format-14 clang-format-14  -                        -           -
 test?    command:clang-tidy-14   clang-tidy-14    -                        -           -
 test?    command:shellcheck      shellcheck       ShellCheck               shellcheck  shellcheck
+test?    command:python3         python3          python3                  python      -
+test?    command:plistutil       libplist-utils   libplist                 libplist    -
+test?    command:desktop-file-validate desktop-file-utils desktop-file-utils desktop-file-utils -
+test?    command:appstreamcli    appstream        appstream                appstream   -
+test?    command:xmllint         libxml2-utils    libxml2                  libxml2     -
 bench    config:benchmark        libbenchmark-dev google-benchmark-devel   benchmark   google-benchmark
 bench?   command:ncdu            ncdu             ncdu                     ncdu        ncdu
 bench?   command:gdu             gdu              -                        gdu         -
