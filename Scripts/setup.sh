@@ -41,16 +41,18 @@ bench?   command:gdu             gdu              -                        gdu  
 '
 
 set_up() {
-    local purpose=$1 manager missing
+    local purpose=$1 manager column missing
     manager=$(package_manager)
-    missing=$(missing_for "$purpose" "$manager" packages)
+    column=$manager
+    [ "$(uname -s)" != Darwin ] || column=brew # what a Mac needs, with or without it
+    missing=$(missing_for "$purpose" "$column" packages)
     if [ -n "$missing" ]; then
-        [ -n "$manager" ] || end_set_up "No package manager is known here; please install" \
-            "$(missing_for "$purpose" "" names), then start again."
+        [ -n "$manager" ] || end_set_up "No package manager is known here (on a Mac that is Homebrew); please install" \
+            "$(missing_for "$purpose" "$column" names), then start again."
         install_packages "$manager" "$missing" ||
             end_set_up "Installing with $manager failed; please install $missing, then start again."
     fi
-    missing=$(missing_for "$purpose" "$manager" names)
+    missing=$(missing_for "$purpose" "$column" names)
     [ -z "$missing" ] || end_set_up "Please install $missing (${manager:-this machine} brings none), then start again."
     add_optional "$purpose" "$manager"
 }
@@ -134,10 +136,12 @@ has_recent_cmake() {
     [ "$major" -gt 3 ] || { [ "$major" -eq 3 ] && [ "$minor" -ge 25 ]; }
 }
 
-# is_below_prefix PATTERN…: whether one of them names a file in a place where CMake looks by itself.
+# is_below_prefix PATTERN…: whether one of them names a file in a place where CMake looks by itself, which it does
+# in what contains a folder of the PATH as well.
 is_below_prefix() {
-    local prefix pattern file prefixes
-    IFS=':;' read -r -a prefixes <<<"/usr:/usr/local:/opt/homebrew:${CMAKE_PREFIX_PATH:-}"
+    local prefix pattern file prefixes brew
+    brew=$(command -v brew) || brew=
+    IFS=':;' read -r -a prefixes <<<"/usr:/usr/local:/opt/homebrew:${brew%/bin/brew}:${CMAKE_PREFIX_PATH:-}"
     for prefix in "${prefixes[@]}"; do
         for pattern in "$@"; do
             for file in "$prefix"/$pattern; do # the pattern, not the prefix, is to be expanded
@@ -202,7 +206,17 @@ install_with_pacman() {
 }
 
 install_with_brew() {
-    brew install "$@"
+    local package packages=''
+    brew install "$@" && return
+    # One that has not been brought up to date since Qt was divided has all of it in one package.
+    ! brew info --formula qtbase >/dev/null 2>&1 || return
+    for package in "$@"; do
+        case $package in
+            qt*) packages="qt $packages" ;;
+            *) packages="$packages $package" ;;
+        esac
+    done
+    brew install $packages
 }
 
 as_root() {
