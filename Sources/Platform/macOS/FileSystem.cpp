@@ -1,18 +1,13 @@
 #include "Platform/FileSystem.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace brimvale {
 
 void syncFileSystem(const std::string &path) {
-    // sync only begins to write; the full flush of one descriptor waits for the drive.
-    sync();
-    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0)
-        return;
-    fcntl(descriptor, F_FULLFSYNC);
-    close(descriptor);
+    // sync alone only begins to write, but is all there is for some network volumes.
+    if (sync_volume_np(path.c_str(), SYNC_VOLUME_FULLSYNC | SYNC_VOLUME_WAIT) != 0)
+        sync();
 }
 
 bool copiesShareBlocks(const std::string &, const std::string &) {
