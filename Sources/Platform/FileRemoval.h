@@ -11,7 +11,8 @@ namespace brimvale {
 /// Removes the item for good, a folder with everything in it. No link is followed, neither the item itself
 /// nor any below it, and what is exchanged for a link meanwhile is not followed either. No mount point is
 /// entered, whatever device is behind it: meeting one is an error (POSIX EBUSY), and what is behind it stays.
-/// Paths may be of any length, trees of any depth.
+/// Paths may be of any length, trees of any depth; on macOS the path of the item itself has less than 1,024
+/// bytes, and a longer one is an error.
 ///
 /// Ends at the first error, and answers it: the code of the file functions of macOS with the POSIX error
 /// beneath it, and a sentence that names the item, whichever entry in it stood in the way. What was removed

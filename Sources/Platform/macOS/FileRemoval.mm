@@ -1,9 +1,11 @@
 #include "Platform/FileRemoval.h"
 
+#include "Platform/FileStatus.h"
 #include "Platform/macOS/NativeError.h"
 #include "Platform/macOS/NativeURL.h"
 
-/// Counts what a file manager is about to remove, and refuses it once the removal is cancelled.
+/// Counts what a file manager is about to remove, refuses it once the removal is cancelled, and lets pass
+/// what somebody else has removed meanwhile.
 @interface BrimvaleRemovalWatcher : NSObject <NSFileManagerDelegate>
 @property(nonatomic) brimvale::RemovalProgress *progress;
 @end
@@ -11,10 +13,18 @@
 @implementation BrimvaleRemovalWatcher
 
 - (BOOL)fileManager:(NSFileManager *)__unused manager shouldRemoveItemAtURL:(NSURL *)__unused url {
+    if (self.progress == nullptr)
+        return YES;
     if (self.progress->cancelled)
         return NO;
     ++self.progress->entriesRemoved;
     return YES;
+}
+
+- (BOOL)fileManager:(NSFileManager *)__unused manager
+    shouldProceedAfterError:(NSError *)error
+          removingItemAtURL:(NSURL *)__unused url {
+    return [error.domain isEqualToString:NSCocoaErrorDomain] && error.code == NSFileNoSuchFileError;
 }
 
 @end
@@ -26,16 +36,16 @@ std::optional<FileError> removeItem(const FileURL &item, RemovalProgress *progre
         if (!item.namesEntry())
             return fileErrorOf(nil);
         NSURL *url = urlOf(item);
-        // A manager of its own, since the shared one may have no delegate, which it would not keep alive.
+        // The shared manager may have no delegate. None keeps its delegate alive.
         NSFileManager *manager = [[NSFileManager alloc] init];
         BrimvaleRemovalWatcher *watcher = [[BrimvaleRemovalWatcher alloc] init];
         watcher.progress = progress;
-        manager.delegate = progress != nullptr ? watcher : nil;
+        // For what is missing from the start the watcher is not asked, who would let it pass.
+        manager.delegate = fileStatus(item.path()) ? watcher : nil;
         NSError *error = nil;
         const BOOL isRemoved = [manager removeItemAtURL:url error:&error];
         // What was refused may not count as an error.
-        if (progress != nullptr && progress->cancelled &&
-            (!isRemoved || [url checkResourceIsReachableAndReturnError:nil]))
+        if (progress != nullptr && progress->cancelled && (!isRemoved || fileStatus(item.path())))
             error = [NSError errorWithDomain:NSCocoaErrorDomain code:NSUserCancelledError userInfo:nil];
         else if (isRemoved)
             return std::nullopt;
