@@ -1,5 +1,6 @@
 #include "Platform/FileBrowser.h"
 
+#include "Platform/FileStatus.h"
 #include "Platform/macOS/NativeURL.h"
 
 #import <AppKit/AppKit.h>
@@ -11,14 +12,17 @@ const char *FileBrowser::revealTitle() {
 }
 
 bool FileBrowser::reveal(const FileURL &item, const Tools & /*tools*/) {
+    // A Finder that selects a missing item opens nothing and reports nothing.
+    if (!fileStatus(item.path()))
+        return false;
     @autoreleasepool {
-        // A Finder that selects a missing item opens nothing and reports nothing.
         NSURL *url = urlOf(item);
-        if (![url checkResourceIsReachableAndReturnError:nil])
-            return false;
-        [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:@[ url ]];
-        return true;
+        // AppKit promises nothing for other threads.
+        dispatch_async(dispatch_get_main_queue(), ^{
+          [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:@[ url ]];
+        });
     }
+    return true;
 }
 
 } // namespace brimvale
