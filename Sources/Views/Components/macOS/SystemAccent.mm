@@ -6,8 +6,12 @@ namespace brimvale {
 
 std::optional<QColor> systemAccent() {
     @autoreleasepool {
-        // It has components only after it has been resolved for the appearance of the moment.
-        NSColor *color = [NSColor.controlAccentColor colorUsingColorSpace:NSColorSpace.sRGBColorSpace];
+        // It has components only after it has been resolved for an appearance, and outside of drawing none is
+        // in force.
+        __block NSColor *color = nil;
+        [NSApp.effectiveAppearance performAsCurrentDrawingAppearance:^{
+          color = [NSColor.controlAccentColor colorUsingColorSpace:NSColorSpace.sRGBColorSpace];
+        }];
         if (color == nil)
             return std::nullopt;
         return QColor::fromRgbF(static_cast<float>(color.redComponent),
