@@ -23,9 +23,11 @@ std::optional<std::string> textOf(CFBundleRef bundle, CFStringRef key) {
     return bytes;
 }
 
+/// A program that lies by itself gets a bundle, too, which is the folder around it, but no identifier.
 FileURL locationOf(CFBundleRef bundle) {
     std::array<char, PATH_MAX> path{};
-    const CFURLRef url = CFBundleCopyBundleURL(bundle);
+    const bool isPacked = CFBundleGetIdentifier(bundle) != nullptr;
+    const CFURLRef url = isPacked ? CFBundleCopyBundleURL(bundle) : CFBundleCopyExecutableURL(bundle);
     const bool isKnown =
         url != nullptr && CFURLGetFileSystemRepresentation(url, true, reinterpret_cast<UInt8 *>(path.data()),
                                                            static_cast<CFIndex>(path.size()));
