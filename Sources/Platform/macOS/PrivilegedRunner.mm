@@ -1,8 +1,8 @@
 #include "Platform/PrivilegedRunner.h"
 
 #include "Platform/AppleScript.h"
+#include "Platform/macOS/Text.h"
 
-#import <Foundation/Foundation.h>
 #include <mutex>
 #include <thread>
 
@@ -22,7 +22,7 @@ std::optional<PrivilegedRunError> run(const std::string &script) {
         id message = information[NSAppleScriptErrorMessage];
         if (![message isKindOfClass:NSString.class])
             return PrivilegedRunError{};
-        return PrivilegedRunError{std::string([message UTF8String])};
+        return PrivilegedRunError{bytesOf(message)};
     }
 }
 
