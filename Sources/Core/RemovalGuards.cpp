@@ -2,7 +2,9 @@
 
 #include "Base/Text.h"
 #include "Catalogs/RemovalGuards.h"
+#include "Platform/Characters.h"
 #include "Platform/FileAccess.h"
+#include "Platform/FileStatus.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -34,6 +36,21 @@ bool isAtTheTop(const std::string &path) {
     return path.rfind('/') == 0;
 }
 
+/// As much of the path as `other` has components.
+std::string asDeepAs(const std::string &other, const std::string &path) {
+    std::size_t end = 0;
+    for (auto slashes = std::count(other.begin(), other.end(), '/'); slashes > 0 && end < path.size();
+         --slashes)
+        end = std::min(path.find('/', end + 1), path.size());
+    return path.substr(0, end);
+}
+
+bool areTheSameItem(const std::string &a, const std::string &b) {
+    const std::optional<FileStatus> one = fileStatus(a);
+    const std::optional<FileStatus> other = fileStatus(b);
+    return one && other && one->identity == other->identity;
+}
+
 } // namespace
 
 RemovalGuards::Catalog::Catalog(const Host &host) {
@@ -51,11 +68,41 @@ RemovalGuards::Catalog::Catalog(const Host &host) {
         std::string without = prefix.starts_with("/private/") ? prefix.substr(privateFolder.size()) : "";
         protectedPrefixes_.push_back({std::move(prefix), std::move(without)});
     }
+
+    const auto addSpelling = [&](const std::string &folder) {
+        if (folder.size() > 1)
+            spellings_.emplace_back(caseFolded(folder), folder);
+    };
+    std::for_each(structural_.begin(), structural_.end(), addSpelling);
+    for (const Prefix &prefix : protectedPrefixes_)
+        for (const std::string &text : {prefix.protectedPrefix, prefix.withoutPrivate})
+            addSpelling(text.substr(0, text.rfind('/')));
 }
 
-std::optional<std::string> RemovalGuards::Catalog::refusal(const std::string &path) const {
+/// The path with the deepest guarded folder on it spelled as the guards have it, where the file system takes
+/// both spellings for the same folder.
+std::string RemovalGuards::Catalog::asGuarded(const std::string &path) const {
+    const std::string folded = caseFolded(path);
+    std::string result = path;
+    std::size_t deepest = 0;
+    for (const auto &[foldedFolder, folder] : spellings_) {
+        const bool leadsThere = folded.starts_with(foldedFolder) &&
+                                (folded.size() == foldedFolder.size() || folded[foldedFolder.size()] == '/');
+        if (!leadsThere || foldedFolder.size() <= deepest || path.starts_with(folder))
+            continue;
+        const std::string spelled = asDeepAs(folder, path);
+        if (!areTheSameItem(spelled, folder))
+            continue;
+        deepest = foldedFolder.size();
+        result = folder + path.substr(spelled.size());
+    }
+    return result;
+}
+
+std::optional<std::string> RemovalGuards::Catalog::refusal(const std::string &given) const {
+    const std::string path = asGuarded(given);
     if (structural_.contains(path))
-        return sentence(path, " is a structural directory and is never removed.");
+        return sentence(given, " is a structural directory and is never removed.");
     const bool isProtected =
         std::any_of(protectedPrefixes_.begin(), protectedPrefixes_.end(), [&](const Prefix &prefix) {
             return path.starts_with(prefix.protectedPrefix) ||
@@ -64,7 +111,7 @@ std::optional<std::string> RemovalGuards::Catalog::refusal(const std::string &pa
     const bool isOpen = std::any_of(openPrefixes_.begin(), openPrefixes_.end(),
                                     [&](const std::string &prefix) { return path.starts_with(prefix); });
     if (isProtected && !isOpen)
-        return sentence(path, " lives inside a protected system location.");
+        return sentence(given, " lives inside a protected system location.");
     return std::nullopt;
 }
 

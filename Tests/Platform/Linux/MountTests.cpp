@@ -1,4 +1,5 @@
 #include "Core/DiskScanner.h"
+#include "Core/RemovalGuards.h"
 #include "Core/SubtreeSizes.h"
 #include "Platform/Mounts.h"
 #include "Support/ChildProcess.h"
@@ -100,6 +101,30 @@ TEST(Mounts, DoNotMixWhatIsMeasuredTogether) {
                     pool);
             }
         }
+        return ::testing::Test::HasFailure() ? "failed" : "passed";
+    });
+    if (answer == "not permitted")
+        GTEST_SKIP() << "mounting is not permitted here";
+    EXPECT_EQ(answer, "passed");
+}
+
+// A mount stands here for a file system that takes no heed of case: the same folder under two spellings.
+TEST(Mounts, DoNotOpenAGuardedFolderToAnotherSpelling) {
+    const TemporaryFolder folder;
+    for (const char *name : {"u/Documents/inner", "u/documents", "u/Music/MOVIES", "u/Movies", "u/LIBRARY",
+                             "u/Library/Caches/app", "u/music"})
+        folder.makeFolder(name);
+    const std::string answer = testing::answerOfChild([&]() -> std::string {
+        if (!ownMounts() || !mountAlsoAt(folder.path("u/Documents"), folder.path("u/documents")) ||
+            !mountAlsoAt(folder.path("u/Library"), folder.path("u/LIBRARY")))
+            return "not permitted";
+        const RemovalGuards guards({System::macOS, FileURL(folder.path("u")), {}});
+        for (const char *kept : {"u/Documents", "u/documents", "u/LIBRARY", "u/LIBRARY/Caches"})
+            EXPECT_EQ(guards.check(FileURL(folder.path(kept))),
+                      folder.path(kept) + " is a structural directory and is never removed.");
+        for (const char *admitted :
+             {"u/documents/inner", "u/LIBRARY/Caches/app", "u/music", "u/Music/MOVIES"})
+            EXPECT_EQ(guards.check(FileURL(folder.path(admitted))), std::nullopt) << admitted;
         return ::testing::Test::HasFailure() ? "failed" : "passed";
     });
     if (answer == "not permitted")
