@@ -1,10 +1,10 @@
 #include "Views/AboutSheet.h"
 
+#include "Views/Components/ApplicationIcon.h"
 #include "Views/Components/TextLabel.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
-#include <QIcon>
 #include <QVBoxLayout>
 
 namespace brimvale {
@@ -23,7 +23,7 @@ AboutSheet::AboutSheet(QWidget *parent) : QDialog(parent, Qt::Sheet) {
     setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
 
     auto *icon = new QLabel(this);
-    icon->setPixmap(QApplication::windowIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+    icon->setPixmap(programPicture().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
     auto *name = new TextLabel(Type::Size::title, QFont::Bold, this);
     name->setText(QCoreApplication::applicationName());
     auto *version = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);

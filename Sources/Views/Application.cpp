@@ -2,22 +2,17 @@
 
 #include "Base/Version.h"
 #include "Views/Components/ApplicationFont.h"
+#include "Views/Components/ApplicationIcon.h"
 #include "Views/Components/WindowStyle.h"
 
 #include <QEvent>
 #include <QFile>
 #include <QFileOpenEvent>
-#include <QIcon>
 #include <QTimer>
 #include <QWindow>
 #include <functional>
 #include <memory>
 #include <utility>
-
-// In a static library a resource must be asked for, outside of any namespace.
-static void openResources() {
-    Q_INIT_RESOURCE(brimvale);
-}
 
 namespace brimvale {
 
@@ -80,11 +75,10 @@ private:
 Application::Application(int &argumentCount, char **arguments) {
     QApplication::setStyle(new WindowStyle); // first, lest the toolkit loads a style of its own
     toolkit_.emplace(argumentCount, arguments);
-    openResources();
     QApplication::setApplicationName(QStringLiteral("Brimvale"));
     QApplication::setApplicationVersion(QLatin1String(version));
     QApplication::setDesktopFileName(QStringLiteral("brimvale"));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/brimvale.svg")));
+    QApplication::setWindowIcon(applicationIcon());
     QApplication::setFont(applicationFont());
     // A utility with one window has nothing left to do without it, on macOS as well.
     QApplication::setQuitOnLastWindowClosed(true);

@@ -8,6 +8,7 @@
 #include "Views/Components/Card.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/ScanBar.h"
+#include "Views/Components/Shortcuts.h"
 #include "Views/Components/StateMessage.h"
 #include "Views/Components/Theme.h"
 #include "Views/DetailPanel.h"
@@ -157,10 +158,9 @@ void BrowseView::addShortcuts() {
         filter_->setFocus(Qt::ShortcutFocusReason);
         filter_->selectAll();
     });
-    auto *up = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Up), results_);
+    auto *up = new QShortcut(Shortcuts::enclosingFolder(), results_);
     connect(up, &QShortcut::activated, this, &BrowseView::focusOnEnclosing);
-    for (const QKeySequence &key :
-         {QKeySequence(QKeySequence::Delete), QKeySequence(Qt::CTRL | Qt::Key_Backspace)}) {
+    for (const QKeySequence &key : Shortcuts::removal()) {
         auto *remove = new QShortcut(key, results_);
         connect(remove, &QShortcut::activated, this, &BrowseView::confirmRemoval);
     }

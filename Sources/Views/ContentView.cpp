@@ -11,10 +11,12 @@
 #include "Views/CleanupView.h"
 #include "Views/Components/CategoryStyle.h"
 #include "Views/Components/RemovalBar.h"
+#include "Views/Components/Shortcuts.h"
 #include "Views/Components/SidebarFooter.h"
 #include "Views/Components/Theme.h"
 #include "Views/OverviewView.h"
 #include "Views/ResultAlert.h"
+#include "Views/ShortcutsSheet.h"
 #include "Views/StandardMenus.h"
 #include "Views/UpdateView.h"
 
@@ -129,7 +131,7 @@ QMenu *ContentView::addMenu(const QString &title) {
 
 void ContentView::buildMenus() {
     QMenu *file = addMenu(tr("&File"));
-    QAction *rescan = file->addAction(tr("&Rescan"), Qt::CTRL | Qt::Key_R, this, &ContentView::rescan);
+    QAction *rescan = file->addAction(tr("&Rescan"), Shortcuts::rescan(), this, &ContentView::rescan);
     rescan->setObjectName(QStringLiteral("rescan"));
     file->addSeparator();
     StandardMenus::addClosing(*file, *this);
@@ -141,7 +143,10 @@ void ContentView::buildMenus() {
     goMenu_ = addMenu(tr("&Go"));
     StandardMenus::addWindow(*addMenu(tr("&Window")), *this);
 
+    // On a Mac the entries with roles leave their menus, and a menu without any is not shown.
     QMenu *help = addMenu(tr("&Help"));
+    QAction *shortcuts = help->addAction(tr("&Keyboard Shortcuts"), this, &ContentView::showShortcuts);
+    shortcuts->setObjectName(QStringLiteral("keyboardShortcuts"));
     QAction *update = help->addAction(tr("Check for &Updates…"), this, &ContentView::checkForUpdates);
     update->setObjectName(QStringLiteral("checkForUpdates"));
     update->setMenuRole(QAction::ApplicationSpecificRole);
@@ -254,6 +259,10 @@ void ContentView::showPageOfRow(int row) {
 void ContentView::rescan() {
     goTo({Section::Kind::browse});
     model_.startScan();
+}
+
+void ContentView::showShortcuts() {
+    (new ShortcutsSheet(this))->open();
 }
 
 void ContentView::showAbout() {

@@ -53,6 +53,7 @@ private:
     void followModel();
     void showPageOfRow(int row);
     void rescan();
+    void showShortcuts();
     void showAbout();
     void addCategoryPage(const StorageCategory &category);
     void showCategorySizes();

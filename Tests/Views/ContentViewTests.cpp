@@ -18,8 +18,10 @@
 #include <QPushButton>
 #include <QTest>
 #include <QToolTip>
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
+#include <utility>
 
 namespace brimvale {
 
@@ -131,18 +133,42 @@ TEST_F(ContentViewTest, FollowsTheSystemsAppearance) {
     }
 }
 
-TEST_F(ContentViewTest, TellsAboutItselfInASheet) {
+TEST_F(ContentViewTest, TellsAboutItselfInSheets) {
     open();
     QApplication::setPalette(systemPalette(Qt::black, Qt::white));
     QCoreApplication::processEvents();
-    window->findChild<QAction *>("about")->trigger();
-    const QPointer<QDialog> sheet = window->findChild<QDialog *>("aboutSheet");
-    ASSERT_TRUE(sheet);
-    EXPECT_TRUE(sheet->isVisible());
-    EXPECT_EQ(sheet->windowModality(), Qt::WindowModal);
-    EXPECT_EQ(sheet->palette().color(QPalette::Window), Theme::current().window);
-    QTest::keyClick(sheet, Qt::Key_Escape);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return sheet.isNull(); }));
+    for (const auto &[entry, name] :
+         {std::pair("about", "aboutSheet"), {"keyboardShortcuts", "shortcutsSheet"}}) {
+        window->findChild<QAction *>(entry)->trigger();
+        const QPointer<QDialog> sheet = window->findChild<QDialog *>(name);
+        ASSERT_TRUE(sheet);
+        EXPECT_TRUE(sheet->isVisible());
+        EXPECT_EQ(sheet->windowModality(), Qt::WindowModal);
+        EXPECT_EQ(sheet->palette().color(QPalette::Window), Theme::current().window);
+        QTest::keyClick(sheet, Qt::Key_Escape);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return sheet.isNull(); }));
+    }
+}
+
+// There, entries with a role and those that are called like them leave for the application's menu, and a menu
+// that has none left is not shown.
+TEST_F(ContentViewTest, KeepsEveryMenuOnAMac) {
+    open();
+    const QStringList moved = {"about",   "config", "preference", "options",
+                               "setting", "setup",  "quit",       "exit"};
+    for (const QAction *menu : window->menuBar()->actions()) {
+        int stays = 0;
+        for (const QAction *entry : menu->menu()->actions()) {
+            const QString text = entry->text().remove('&').toLower();
+            const bool isNamedSo = std::any_of(moved.begin(), moved.end(), [&](const QString &word) {
+                return text.startsWith(word) || text.endsWith("about");
+            });
+            const bool hasRole = entry->menuRole() != QAction::TextHeuristicRole;
+            EXPECT_TRUE(hasRole || !isNamedSo) << text.toStdString();
+            stays += entry->isSeparator() || hasRole ? 0 : 1;
+        }
+        EXPECT_GT(stays, 0) << menu->text().toStdString();
+    }
 }
 
 } // namespace brimvale

@@ -3,6 +3,7 @@
 #include "Core/Formatting.h"
 #include "Views/Components/DestructiveButton.h"
 #include "Views/Components/RemovalModePicker.h"
+#include "Views/Components/Shortcuts.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/Theme.h"
 
@@ -63,8 +64,7 @@ void ActionBar::setBusy(bool isBusy) {
 }
 
 void ActionBar::listenForKeys() {
-    for (const QKeySequence &key :
-         {QKeySequence(QKeySequence::Delete), QKeySequence(Qt::CTRL | Qt::Key_Backspace)})
+    for (const QKeySequence &key : Shortcuts::removal())
         connect(new QShortcut(key, this), &QShortcut::activated, remove_, &QPushButton::click);
 }
 
