@@ -1,8 +1,10 @@
 #include "Support/HostileTree.h"
 
+#include <algorithm>
 #include <array>
 #include <fcntl.h>
 #include <random>
+#include <string>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -19,13 +21,17 @@ constexpr std::array<const char *, 10> names = {"plain",       "with space",    
 
 class Maker {
 public:
-    Maker(unsigned seed, bool hardLinks) : random_(seed), hardLinks_(hardLinks) {}
+    Maker(const TemporaryFolder &folder, unsigned seed, bool hardLinks)
+        : random_(seed), hardLinks_(hardLinks) {
+        std::transform(names.begin(), names.end(), names_.begin(),
+                       [&](const char *name) { return folder.possibleName(name); });
+    }
 
     void fill(const TemporaryFolder &folder, const std::string &inside, int depth) {
         const int count = upTo(depth == 0 ? 14 : 9);
         for (int i = 0; i < count; ++i) {
             const std::string name =
-                inside + names.at(static_cast<std::size_t>(upTo(names.size() - 1))) + std::to_string(i);
+                inside + names_.at(static_cast<std::size_t>(upTo(names_.size() - 1))) + std::to_string(i);
             if (depth < 6 && upTo(2) == 0) {
                 folder.makeFolder(name);
                 fill(folder, name + "/", depth + 1);
@@ -92,13 +98,14 @@ private:
 
     std::mt19937 random_;
     bool hardLinks_;
+    std::array<std::string, names.size()> names_;
     std::vector<std::string> files_;
 };
 
 } // namespace
 
 void makeHostileTree(const TemporaryFolder &folder, unsigned seed, bool hardLinks) {
-    Maker(seed, hardLinks).fill(folder, "", 0);
+    Maker(folder, seed, hardLinks).fill(folder, "", 0);
     for (int i = 0; i < 300; ++i)
         folder.makeFile("wide/folder " + std::to_string(i) + "/file", i % 7 == 0 ? 5000 : 0);
     makeChain(folder.makeFolder("deep"), "d", 40);

@@ -16,7 +16,7 @@ void makeBundlesWithNames(const TemporaryFolder &folder, const std::string &apps
     makeBundle(folder, apps + "Foo.app", {"com.example.foo", "Foo", {}, {}, {}});
     makeBundle(folder, apps + "écran.app", {"com.example.ecran", "Écran &amp; son", {}, {}, {}});
     makeBundle(folder, apps + "日本語.app");
-    makeBundle(folder, apps + "caf\xE9.app");
+    makeBundle(folder, apps + folder.possibleName("caf\xE9.app"));
     folder.writeFile(apps + "Numbers.app/Contents/Info.plist",
                      "<plist><dict><key>CFBundleDisplayName</key><integer>4</integer>"
                      "<key>CFBundleVersion</key><string>4</string></dict></plist>");

@@ -1,5 +1,7 @@
 #include "Support/TemporaryFolder.h"
 
+#include "Base/Text.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <dirent.h>
@@ -17,7 +19,10 @@ namespace brimvale::testing {
 namespace fs = std::filesystem;
 
 TemporaryFolder::TemporaryFolder()
-    : path_((fs::canonical(fs::temp_directory_path()) / "brimvale-XXXXXX").string()) {
+    : path_(FileURL(fs::canonical(fs::temp_directory_path()).string())
+                .standardized()
+                .appending("brimvale-XXXXXX")
+                .path()) {
     if (mkdtemp(path_.data()) == nullptr)
         throw std::system_error(errno, std::generic_category(), path_);
 }
@@ -83,6 +88,15 @@ std::string TemporaryFolder::writeFile(std::string_view inside, std::string_view
     if (!stream)
         throw std::runtime_error("could not write " + file);
     return file;
+}
+
+std::string TemporaryFolder::possibleName(std::string_view name) const {
+    std::error_code error;
+    fs::create_directory(path(name), error);
+    if (error)
+        return displayText(name);
+    fs::remove(path(name));
+    return std::string(name);
 }
 
 std::string TemporaryFolder::makeLink(std::string_view inside, std::string_view target) const {

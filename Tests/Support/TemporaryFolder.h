@@ -8,7 +8,8 @@
 
 namespace brimvale::testing {
 
-/// A fresh folder that goes with the object, whatever was put into it. Its path holds no link.
+/// A fresh folder that goes with the object, whatever was put into it. Its path is in the plain form, in
+/// which `FileURL::standardized` leaves it, and holds no link but those of the system.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -25,6 +26,9 @@ public:
     std::string makeFile(std::string_view inside, std::int64_t bytes = 0) const;
     /// Makes a file with this content, enclosing folders included.
     std::string writeFile(std::string_view inside, std::string_view content) const;
+    /// `name` where a file can be called so here, else the same as text: file systems of Macs take UTF-8
+    /// only.
+    [[nodiscard]] std::string possibleName(std::string_view name) const;
     /// Makes a symbolic link with this target, taken as it stands.
     std::string makeLink(std::string_view inside, std::string_view target) const;
 
