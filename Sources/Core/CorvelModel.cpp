@@ -18,6 +18,8 @@ namespace {
 
 constexpr std::chrono::milliseconds progressInterval{200};
 constexpr int leastWorkers = 6;
+/// A Mac gives half a megabyte, too little for its parser of property lists on the worst that we let it have.
+constexpr unsigned stackSize = 8 * 1024 * 1024;
 /// For volumes that did not answer at once: they are on a network, or behind another program.
 constexpr std::chrono::seconds patienceForDistantVolumes{2};
 
@@ -33,6 +35,7 @@ CorvelModel::CorvelModel(QObject *parent, RemovalActions &actions)
             [this] { removedEntries.set(removal_->progress->entriesRemoved); });
     // Most of them wait, for the disk or for a password.
     workers_.setMaxThreadCount(std::max(workers_.maxThreadCount(), leastWorkers));
+    workers_.setStackSize(stackSize);
     refreshVolumes();
 }
 

@@ -1,5 +1,6 @@
 #include "Platform/Bundle.h"
 
+#include "Platform/FileContents.h"
 #include "Platform/InfoDictionary.h"
 
 #include <algorithm>
@@ -8,6 +9,20 @@
 #include <system_error>
 
 namespace brimvale {
+
+namespace {
+
+BundleInfo infoDictionary(const FileURL &bundle) {
+    // An application made for another device lies wrapped in a bundle of its own.
+    static constexpr std::array places = {"Contents/Info.plist", "Info.plist",
+                                          "WrappedBundle/Contents/Info.plist", "WrappedBundle/Info.plist"};
+    for (const char *place : places)
+        if (const auto contents = contentsOfFile(bundle.appending(place).path(), mostInfoDictionaryBytes))
+            return parseInfoDictionary(*contents);
+    return {};
+}
+
+} // namespace
 
 std::optional<BundleInfo> bundleInfo(const FileURL &bundle) {
     static constexpr std::array parts = {"Contents", "Info.plist", "WrappedBundle"};

@@ -1,5 +1,5 @@
 #include "Fuzz/FuzzTarget.h"
-#include "Platform/Linux/InfoDictionary.h"
+#include "Platform/InfoDictionary.h"
 #include "Support/PropertyLists.h"
 
 #include <cstdlib>

@@ -1,6 +1,8 @@
 #include "Platform/InfoDictionary.h"
 
-#import <Foundation/Foundation.h>
+#include "Platform/macOS/Text.h"
+
+#include <utility>
 
 namespace brimvale {
 
@@ -8,24 +10,29 @@ namespace {
 
 std::optional<std::string> stringIn(NSDictionary *dictionary, NSString *key) {
     id value = dictionary[key];
-    const char *text = [value isKindOfClass:NSString.class] ? [value UTF8String] : nullptr;
-    return text == nullptr ? std::nullopt : std::optional<std::string>(text);
+    if (![value isKindOfClass:NSString.class])
+        return std::nullopt;
+    std::string text = bytesOf(value);
+    return text.find('\0') == std::string::npos ? std::optional(std::move(text)) : std::nullopt;
 }
 
 } // namespace
 
-BundleInfo infoDictionary(const FileURL &bundle) {
+// A bundle object would wait for ever where the file is a pipe, and keep what it has read first.
+BundleInfo parseModestInfoDictionary(std::string_view bytes) {
     @autoreleasepool {
-        NSURL *url = [NSURL fileURLWithFileSystemRepresentation:bundle.path().c_str()
-                                                    isDirectory:YES
-                                                  relativeToURL:nil];
-        // A bundle object would keep the dictionary that it read first.
-        NSDictionary *info = CFBridgingRelease(CFBundleCopyInfoDictionaryInDirectory((__bridge CFURLRef)url));
-        return {.identifier = stringIn(info, @"CFBundleIdentifier"),
-                .displayName = stringIn(info, @"CFBundleDisplayName"),
-                .name = stringIn(info, @"CFBundleName"),
-                .shortVersion = stringIn(info, @"CFBundleShortVersionString"),
-                .version = stringIn(info, @"CFBundleVersion")};
+        NSData *data = [NSData dataWithBytes:bytes.data() length:bytes.size()];
+        id list = [NSPropertyListSerialization propertyListWithData:data
+                                                            options:NSPropertyListImmutable
+                                                             format:nil
+                                                              error:nil];
+        if (![list isKindOfClass:NSDictionary.class])
+            return {};
+        return {.identifier = stringIn(list, @"CFBundleIdentifier"),
+                .displayName = stringIn(list, @"CFBundleDisplayName"),
+                .name = stringIn(list, @"CFBundleName"),
+                .shortVersion = stringIn(list, @"CFBundleShortVersionString"),
+                .version = stringIn(list, @"CFBundleVersion")};
     }
 }
 

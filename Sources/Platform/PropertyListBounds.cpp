@@ -1,4 +1,4 @@
-#include "Platform/Linux/PropertyListBounds.h"
+#include "Platform/PropertyListBounds.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "Platform/Linux/InfoDictionary.h"
+#include "Platform/InfoDictionary.h"
 
 #include "Support/PropertyLists.h"
 #include "Support/TemporaryFolder.h"
