@@ -14,6 +14,7 @@
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/SidebarFooter.h"
 #include "Views/Components/Theme.h"
+#include "Views/ConfirmationSheet.h"
 #include "Views/OverviewView.h"
 #include "Views/ResultAlert.h"
 #include "Views/ShortcutsSheet.h"
@@ -22,6 +23,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDialog>
 #include <QEvent>
 #include <QHBoxLayout>
@@ -274,6 +276,35 @@ void ContentView::applyTheme() {
     const QPalette palette = Theme::current().palette();
     setPalette(palette);
     QToolTip::setPalette(palette);
+}
+
+void ContentView::askToClose() {
+    if (closeQuestion_ != nullptr)
+        return;
+    QString question = tr("Stop the backup and quit?");
+    QString loss = tr("It remains unfinished. No original is touched.");
+    if (*model_.removalActivity == RemovalActivity::asAdministrator) {
+        question = tr("Quit while the administrator's command runs?");
+        loss = tr("It goes on until it is done.");
+    } else if (model_.isRemoving()) {
+        question = tr("Stop removing and quit?");
+        loss = tr("What is gone by now stays gone, the rest stays where it is.");
+    }
+    closeQuestion_ = new ConfirmationSheet(question, loss, tr("Quit"), this);
+    connect(closeQuestion_, &QDialog::accepted, this, [this] {
+        mayClose_ = true;
+        close();
+    });
+    closeQuestion_->open();
+}
+
+void ContentView::closeEvent(QCloseEvent *event) {
+    if (mayClose_ || (!model_.isRemoving() && !*model_.isArchiving)) {
+        QMainWindow::closeEvent(event);
+        return;
+    }
+    event->ignore();
+    askToClose();
 }
 
 bool ContentView::event(QEvent *event) {

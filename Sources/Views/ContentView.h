@@ -22,7 +22,8 @@ class Updater;
 struct StorageCategory;
 
 /// The one window: the sidebar at the left, the current page at the right. A page is built when it is first
-/// gone to. The window follows the system's light or dark appearance while it runs.
+/// gone to. The window follows the system's light or dark appearance while it runs. While something is
+/// removed or backed up it asks before it closes, since that ends it.
 class ContentView : public QMainWindow {
     Q_OBJECT
 
@@ -36,6 +37,7 @@ public:
 
 protected:
     bool event(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     struct Page {
@@ -62,6 +64,7 @@ private:
     void showNextResult();
     void showReview();
     void checkForUpdates();
+    void askToClose();
     void applyTheme();
 
     CorvelModel &model_;
@@ -72,9 +75,11 @@ private:
     std::vector<Page> pages_;
     std::size_t current_ = 0;
     std::deque<RemovalResult> results_; ///< not shown yet
+    bool mayClose_ = false;             ///< whatever is going on
     // Those that are open, if any.
     QPointer<QDialog> resultAlert_;
     QPointer<QDialog> review_;
+    QPointer<QDialog> closeQuestion_;
     QPointer<UpdateView> updateWindow_;
 };
 

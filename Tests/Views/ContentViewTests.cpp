@@ -3,6 +3,7 @@
 #include "Core/CorvelModel.h"
 #include "Core/Updater.h"
 #include "Platform/Host.h"
+#include "Support/RecordingActions.h"
 #include "Support/TemporaryFolder.h"
 #include "Views/Components/Theme.h"
 #include "Views/Components/WindowStyle.h"
@@ -21,6 +22,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
+#include <semaphore>
 #include <utility>
 
 namespace brimvale {
@@ -45,7 +47,7 @@ protected:
 
     void open() {
         window.reset();
-        model = std::make_unique<CorvelModel>();
+        model = std::make_unique<CorvelModel>(nullptr, actions);
         window = std::make_unique<ContentView>(*model, updater);
         window->show();
         window->activateWindow();
@@ -53,6 +55,7 @@ protected:
     }
 
     TemporaryFolder home;
+    testing::RecordingActions actions;
     Updater updater;
     std::unique_ptr<CorvelModel> model;
     std::unique_ptr<ContentView> window;
@@ -169,6 +172,35 @@ TEST_F(ContentViewTest, KeepsEveryMenuOnAMac) {
         }
         EXPECT_GT(stays, 0) << menu->text().toStdString();
     }
+}
+
+TEST_F(ContentViewTest, AsksBeforeItClosesOnARemoval) {
+    open();
+    std::binary_semaphore goOn{0};
+    actions.onItem = [&](RemovalProgress *) { goOn.acquire(); };
+    const FileURL item(home.path("folder/file"));
+    const auto closeAndAnswer = [&](const char *answer) {
+        window->close();
+        EXPECT_TRUE(window->isVisible());
+        const QPointer<QDialog> question = window->findChild<QDialog *>("confirmationSheet");
+        ASSERT_TRUE(question);
+        window->close();
+        EXPECT_EQ(window->findChildren<QDialog *>("confirmationSheet").size(), 1) << "one question at a time";
+        question->findChild<QPushButton *>(answer)->click();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return question.isNull(); }));
+    };
+    model->removeCleanupEntries({{item, 5000, {}}}, RemovalMode::deleteNow);
+    ASSERT_TRUE(model->isRemoving());
+    closeAndAnswer("cancel");
+    EXPECT_TRUE(window->isVisible());
+    closeAndAnswer("confirm");
+    EXPECT_FALSE(window->isVisible());
+    goOn.release();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !model->isRemoving(); }, 20'000));
+
+    open();
+    window->close();
+    EXPECT_FALSE(window->isVisible()) << "nothing to lose";
 }
 
 } // namespace brimvale
