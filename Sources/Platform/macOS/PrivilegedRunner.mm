@@ -4,6 +4,7 @@
 #include "Platform/macOS/Text.h"
 
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 namespace brimvale {
@@ -33,7 +34,11 @@ std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command,
     const std::lock_guard guard(oneQuestionAtATime);
     // A script belongs to the thread that made it, so each has a thread for itself from its start to its end.
     std::optional<PrivilegedRunError> error;
-    std::thread([&] { error = run(administratorScript(command)); }).join();
+    try {
+        std::thread([&] { error = run(administratorScript(command)); }).join();
+    } catch (const std::system_error &) { // no thread to be had
+        error.emplace();
+    }
     return error;
 }
 
