@@ -29,7 +29,7 @@ TEST(CorvelModel, StartsWithItsDefaults) {
     EXPECT_EQ(*model.tree, nullptr);
     EXPECT_FALSE(*model.isScanning);
     EXPECT_EQ(*model.scanCurrentPath, "");
-    EXPECT_EQ(*model.lastScanDate, std::nullopt);
+    EXPECT_FALSE(model.lastScanDate->has_value());
     EXPECT_TRUE(model.rootVolume().has_value()) << "before anything is drawn";
     EXPECT_FALSE(*model.isMeasuringCleanup || *model.isMeasuringCategories || *model.isLoadingApps);
     EXPECT_EQ(*model.backupRoot, homeFolder().appending("Documents/Brimvale Backups"));
@@ -136,7 +136,7 @@ TEST(CorvelModel, EndsWithoutATreeWhenStopped) {
     model.scanStats()->cancel();
     ASSERT_TRUE(waitUntilIdle(model));
     EXPECT_EQ(*model.tree, nullptr);
-    EXPECT_EQ(*model.lastScanDate, std::nullopt);
+    EXPECT_FALSE(model.lastScanDate->has_value());
 
     // A page that wants to stop a session without a scan ends it itself.
     model.finishScan(nullptr);
