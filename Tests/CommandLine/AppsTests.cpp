@@ -1,18 +1,11 @@
 #include "CommandLine/Program.h"
-#include "Support/PropertyLists.h"
 #include "Support/SampleApps.h"
 #include "Support/TemporaryFolder.h"
 
-#include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
-
-#include <QByteArray>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 namespace brimvale::testing {
 
@@ -24,15 +17,12 @@ using ::testing::MatchesRegex;
 /// The program with the catalogs of macOS, for a user whose home this is.
 Outcome runIn(const TemporaryFolder &home, std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), {"--system", "macos"});
-    return runProgram(arguments, [&] {
-        setenv("HOME", home.path().c_str(), 1);
-        static_cast<void>(chdir(home.path().c_str()));
-    });
+    return runProgram(arguments, inHome(home.path()));
 }
 
 QJsonArray arrayIn(const Outcome &outcome) {
     EXPECT_EQ(outcome.status, 0) << outcome.err;
-    return QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out)).array();
+    return jsonIn(outcome).array();
 }
 
 /// The row of the application in this bundle, null where there is none.

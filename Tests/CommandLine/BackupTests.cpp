@@ -1,18 +1,13 @@
 #include "CommandLine/Program.h"
+#include "Support/EnvironmentVariable.h"
 #include "Support/TemporaryFolder.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
-
-#include <QByteArray>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 namespace brimvale::testing {
 
@@ -22,19 +17,6 @@ namespace fs = std::filesystem;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
-
-QJsonObject objectIn(const Outcome &outcome) {
-    const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out));
-    EXPECT_TRUE(document.isObject()) << outcome.out << outcome.err;
-    return document.object();
-}
-
-std::vector<std::string> textsIn(const QJsonValue &array) {
-    std::vector<std::string> texts;
-    for (const QJsonValue &text : array.toArray())
-        texts.push_back(text.toString().toStdString());
-    return texts;
-}
 
 } // namespace
 
@@ -47,10 +29,10 @@ TEST(Backup, CopiesAndIsVerifiedLater) {
         runProgram({"backup", one, two + "/", "--label", "Photos", "--into", folder.path("to"), "--json"});
     EXPECT_EQ(made.status, 0) << made.err;
     EXPECT_EQ(made.err, "");
-    const QJsonObject result = objectIn(made);
+    const QJsonObject result = jsonIn(made).object();
     const std::string destination = result["destination"].toString().toStdString();
     EXPECT_THAT(destination, ::testing::MatchesRegex(folder.path("to/Photos ") + "[0-9-]+ [0-9]{4}"));
-    EXPECT_THAT(textsIn(result["copied"]), ElementsAre(one, two));
+    EXPECT_THAT(pathsIn(result["copied"]), ElementsAre(one, two));
     EXPECT_TRUE(result["failed"].toArray().isEmpty());
     EXPECT_TRUE(result["readableExport"].isNull());
     EXPECT_EQ(result["manifest"].toString().toStdString(), destination + "/manifest.json");
@@ -73,18 +55,17 @@ TEST(Backup, CopiesAndIsVerifiedLater) {
     fs::remove(destination + "/one");
     const Outcome changed = runProgram({"backup", "--json", "--verify", destination});
     EXPECT_EQ(changed.status, 1);
-    const QJsonObject verification = objectIn(changed);
-    EXPECT_THAT(textsIn(verification["missing"]), ElementsAre("one"));
-    EXPECT_THAT(textsIn(verification["changed"]), ElementsAre("two/file"));
-    EXPECT_THAT(textsIn(verification["extra"]), ElementsAre("two/later"));
+    const QJsonObject verification = jsonIn(changed).object();
+    EXPECT_THAT(pathsIn(verification["missing"]), ElementsAre("one"));
+    EXPECT_THAT(pathsIn(verification["changed"]), ElementsAre("two/file"));
+    EXPECT_THAT(pathsIn(verification["extra"]), ElementsAre("two/later"));
 }
 
 TEST(Backup, TellsWhatWentWhere) {
     const TemporaryFolder home;
-    setenv("HOME", home.path().c_str(), 1);
-    unsetenv("XDG_CONFIG_HOME");
+    const EnvironmentVariable settings("XDG_CONFIG_HOME", std::nullopt);
     const std::string item = home.makeFile("item\n", 70'000);
-    const Outcome outcome = runProgram({"backup", item, "--label", "x"});
+    const Outcome outcome = runProgram({"backup", item, "--label", "x"}, inHome(home.path()));
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_THAT(outcome.out, HasSubstr("  " + home.path("item␊") + "\n\nBacked up to " +
                                        home.path("Documents/Brimvale Backups/x ")));

@@ -1,22 +1,15 @@
 #include "CommandLine/Program.h"
 #include "Support/TemporaryFolder.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
-#include <unistd.h>
-
-#include <QByteArray>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 namespace brimvale::testing {
 
 TEST(Check, AnswersALineForEachPath) {
     const TemporaryFolder folder;
     const std::string file = folder.makeFile("file");
-    const auto enter = [&] { static_cast<void>(chdir(folder.path().c_str())); };
+    const auto enter = inFolder(folder.path());
     const Outcome fine = runProgram({"check", file, "file", "./file/"}, enter);
     EXPECT_EQ(fine.status, 0);
     EXPECT_EQ(fine.out, "ok\nok\nok\n");
@@ -36,19 +29,15 @@ TEST(Check, AnswersALineForEachPath) {
 TEST(Check, GuardsTheHomeOfTheSystemInForce) {
     const TemporaryFolder home;
     home.makeFolder("Library/Caches/some.app");
-    const auto enter = [&] {
-        setenv("HOME", home.path().c_str(), 1);
-        static_cast<void>(chdir(home.path().c_str()));
-    };
+    const auto enter = inHome(home.path());
     const Outcome mac =
         runProgram({"--system", "macos", "check", "--json", "Library", "Library/Caches/some.app"}, enter);
     EXPECT_EQ(mac.status, 1);
-    const QJsonArray document = QJsonDocument::fromJson(QByteArray::fromStdString(mac.out)).array();
+    const QJsonArray document = jsonIn(mac).array();
     ASSERT_EQ(document.size(), 2);
-    EXPECT_EQ(document[0]["url"].toString().toStdString(), home.path("Library"));
+    EXPECT_EQ(pathsIn(document), (std::vector{home.path("Library"), home.path("Library/Caches/some.app")}));
     EXPECT_EQ(document[0]["reason"].toString().toStdString(),
               home.path("Library") + " is a structural directory and is never removed.");
-    EXPECT_EQ(document[1]["url"].toString().toStdString(), home.path("Library/Caches/some.app"));
     EXPECT_TRUE(document[1].toObject().contains("reason"));
     EXPECT_TRUE(document[1]["reason"].isNull());
 

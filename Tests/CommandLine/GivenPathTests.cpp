@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 namespace brimvale::testing {
@@ -15,7 +14,7 @@ TEST(GivenPath, IsNamedAsItWasTypedWhereNothingCanBeMeasured) {
     folder.makeFile("file", 1'000);
     folder.makeLink("dangling", "nowhere");
     folder.makeLink("circle", "circle");
-    const auto enter = [&] { static_cast<void>(chdir(folder.path().c_str())); };
+    const auto enter = inFolder(folder.path());
     struct Case {
         std::string command, path, reason;
     };
@@ -60,7 +59,7 @@ TEST(GivenPath, IsResolvedByItsBytes) {
         GTEST_SKIP() << "the file system takes no such name";
     folder.makeFile(name + "/file", 5'000'000);
     folder.makeLink("link", name);
-    const auto enter = [&] { static_cast<void>(chdir(folder.path(name).c_str())); };
+    const auto enter = inFolder(folder.path(name));
     for (const std::vector<std::string> &arguments : {std::vector<std::string>{"scan"},
                                                       {"scan", "."},
                                                       {"scan", "../" + name},

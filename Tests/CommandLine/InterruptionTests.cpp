@@ -11,11 +11,6 @@
 #include <unistd.h>
 #include <vector>
 
-#include <QByteArray>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-
 namespace brimvale::testing {
 
 using commandLine::Interruption;
@@ -23,17 +18,6 @@ using ::testing::ExitedWithCode;
 using ::testing::KilledBySignal;
 
 namespace {
-
-/// Lets the program find `signal` waiting for it as soon as it listens, that is before the first entry.
-auto pending(int signal) {
-    return [signal] {
-        sigset_t blocked{};
-        sigemptyset(&blocked);
-        sigaddset(&blocked, signal);
-        sigprocmask(SIG_BLOCK, &blocked, nullptr);
-        std::raise(signal);
-    };
-}
 
 constexpr const char *remark = "brimvalectl: interrupted: the figures are partial\n";
 
@@ -46,7 +30,7 @@ TEST(Interruption, StillPrintsWhatWasCounted) {
         const Outcome json = runProgram({"scan", "--json", folder.path()}, pending(signal));
         EXPECT_EQ(json.status, 130);
         EXPECT_EQ(json.err, remark);
-        const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(json.out));
+        const QJsonDocument document = jsonIn(json);
         EXPECT_EQ(document["root"]["path"].toString().toStdString(), folder.path());
         EXPECT_EQ(document["files"].toInteger(-1), 0);
 

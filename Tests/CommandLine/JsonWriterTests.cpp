@@ -39,30 +39,6 @@ std::string documentOf(Write write) {
 
 } // namespace
 
-TEST(JsonWriter, PutsCommasAndBracketsWhereTheyBelong) {
-    EXPECT_EQ(documentOf([](JsonWriter &json) {
-                  json.beginObject();
-                  json.member("text", "x");
-                  json.key("empty");
-                  json.beginArray();
-                  json.end();
-                  json.key("list");
-                  json.beginArray();
-                  json.value(true);
-                  json.beginObject();
-                  json.end();
-                  json.beginArray();
-                  json.null();
-                  json.end();
-                  json.value(false);
-                  json.end();
-                  json.member("last", std::string("y"));
-                  json.end();
-              }),
-              R"({"text":"x","empty":[],"list":[true,{},[null],false],"last":"y"})"
-              "\n");
-}
-
 TEST(JsonWriter, KeepsNumbersExact) {
     constexpr auto largest = std::numeric_limits<std::int64_t>::max();
     constexpr auto smallest = std::numeric_limits<std::int64_t>::min();

@@ -90,6 +90,38 @@ Outcome runProgramUnprivileged(const std::string &folder, const std::vector<std:
     });
 }
 
+std::function<void()> inFolder(const std::string &path) {
+    return [path] { require(chdir(path.c_str()) == 0, "chdir"); };
+}
+
+std::function<void()> inHome(const std::string &path) {
+    return [path] {
+        setenv("HOME", path.c_str(), 1);
+        require(chdir(path.c_str()) == 0, "chdir");
+    };
+}
+
+std::function<void()> pending(int signal) {
+    return [signal] {
+        sigset_t blocked{};
+        sigemptyset(&blocked);
+        sigaddset(&blocked, signal);
+        sigprocmask(SIG_BLOCK, &blocked, nullptr);
+        std::raise(signal);
+    };
+}
+
+QJsonDocument jsonIn(const Outcome &outcome) {
+    return QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out));
+}
+
+std::vector<std::string> pathsIn(const QJsonValue &array) {
+    std::vector<std::string> paths;
+    for (const QJsonValue &one : array.toArray())
+        paths.push_back((one.isObject() ? one["url"] : one).toString().toStdString());
+    return paths;
+}
+
 Terminal::Terminal(int columns) : controller_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
     require(controller_ >= 0 && grantpt(controller_) == 0 && unlockpt(controller_) == 0, "posix_openpt");
     device_ = open(ptsname(controller_), O_RDWR | O_NOCTTY | O_CLOEXEC);

@@ -5,6 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 namespace brimvale::testing {
 
 /// How a run of the program went.
@@ -24,6 +28,18 @@ struct Outcome {
 /// a copy of the program is left there.
 [[nodiscard]] Outcome runProgramUnprivileged(const std::string &folder,
                                              const std::vector<std::string> &arguments);
+
+// What a program may find when it starts, for `prepare`: the folder that it is in, which is the user's home
+// as well, and a signal that is waiting as soon as it listens, that is before the first entry.
+[[nodiscard]] std::function<void()> inFolder(const std::string &path);
+[[nodiscard]] std::function<void()> inHome(const std::string &path);
+[[nodiscard]] std::function<void()> pending(int signal);
+
+/// The document that a program printed.
+[[nodiscard]] QJsonDocument jsonIn(const Outcome &outcome);
+
+/// The elements of an array that are texts, or the URLs of those that are records.
+[[nodiscard]] std::vector<std::string> pathsIn(const QJsonValue &array);
 
 /// A terminal of `columns` columns; what is written to `device` can be read back.
 class Terminal {

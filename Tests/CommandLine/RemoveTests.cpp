@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -13,11 +12,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
-
-#include <QByteArray>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 namespace brimvale::testing {
 
@@ -36,17 +30,6 @@ Paths inventory(const std::string &folder) {
                                                      : ""));
     std::sort(paths.begin(), paths.end());
     return paths;
-}
-
-Paths pathsIn(const QJsonValue &array) {
-    Paths paths;
-    for (const QJsonValue &one : array.toArray())
-        paths.push_back(one.isObject() ? one["url"].toString().toStdString() : one.toString().toStdString());
-    return paths;
-}
-
-QJsonDocument documentOf(const Outcome &outcome) {
-    return QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out));
 }
 
 /// Runs the program on a terminal on which the answer has been typed ahead; answers what stood there.
@@ -83,7 +66,7 @@ TEST(Remove, DeletesWhatIsNamedAndNothingElse) {
     });
     const auto enter = [&] {
         closeInput();
-        static_cast<void>(chdir(folder.path().c_str()));
+        inFolder(folder.path())();
     };
     const Outcome outcome =
         runProgram({"remove", "doomed", "--delete", "link/", odd, "--yes", "--", "-rf"}, enter);
@@ -111,7 +94,7 @@ TEST(Remove, TellsWhatBecameOfEachItem) {
         program, {"remove", "--json", "--delete", "--yes", open, "/usr", locked, missing});
     EXPECT_EQ(json.status, 1);
     EXPECT_EQ(json.err, "");
-    const QJsonDocument document = documentOf(json);
+    const QJsonDocument document = jsonIn(json);
     EXPECT_EQ(pathsIn(document["succeeded"]), Paths{open});
     EXPECT_EQ(pathsIn(document["failed"]), (Paths{"/usr", missing}));
     EXPECT_EQ(document["failed"][0]["reason"].toString().toStdString(),
@@ -171,7 +154,7 @@ TEST(Remove, AsksOnATerminal) {
     const Outcome json = runOnTerminal({"remove", "--json", folder.path("a")}, "\n");
     EXPECT_THAT(json.err, HasSubstr("Move 1 item ("));
     EXPECT_THAT(json.err, HasSubstr(") to the Trash? [y/N] "));
-    EXPECT_TRUE(pathsIn(documentOf(json)["succeeded"]).empty());
+    EXPECT_TRUE(pathsIn(jsonIn(json)["succeeded"]).empty());
     EXPECT_EQ(inventory(folder.path()), before);
 
     const Outcome outcome = runOnTerminal(command, "Yes\n");
@@ -201,7 +184,7 @@ TEST(Remove, TakesAnItemOnce) {
     const Outcome outcome =
         runProgram({"remove", "--json", "--delete", "--yes", folder.path("a/b/file"), a, a + "/", a + "/b",
                     folder.path("name/b"), folder.path("a/link/file")});
-    const QJsonDocument document = documentOf(outcome);
+    const QJsonDocument document = jsonIn(outcome);
     EXPECT_EQ(pathsIn(document["succeeded"]), Paths{a});
     EXPECT_EQ(pathsIn(document["failed"]), Paths{folder.path("a/link/file")});
     EXPECT_EQ(document["bytesFreed"].toInteger(-1), size);
@@ -215,25 +198,19 @@ TEST(Remove, KeepsAnItemOfAFolderThatIsRefused) {
     home.makeFile("Downloads/other", 5'000);
     const Outcome outcome = runProgram(
         {"remove", "--json", "--delete", "--yes", home.path("Downloads"), home.path("Downloads/file")},
-        [&] { setenv("HOME", home.path().c_str(), 1); });
-    EXPECT_EQ(pathsIn(documentOf(outcome)["failed"]), Paths{home.path("Downloads")});
-    EXPECT_EQ(pathsIn(documentOf(outcome)["succeeded"]), Paths{home.path("Downloads/file")});
+        inHome(home.path()));
+    EXPECT_EQ(pathsIn(jsonIn(outcome)["failed"]), Paths{home.path("Downloads")});
+    EXPECT_EQ(pathsIn(jsonIn(outcome)["succeeded"]), Paths{home.path("Downloads/file")});
     EXPECT_TRUE(std::filesystem::exists(home.path("Downloads/other")));
 }
 
 TEST(Remove, StopsAtASignal) {
     const TemporaryFolder folder;
     const std::string file = folder.makeFile("folder/file", 5'000);
-    const Outcome outcome = runProgram({"remove", "--json", "--delete", "--yes", file}, [] {
-        sigset_t blocked{};
-        sigemptyset(&blocked);
-        sigaddset(&blocked, SIGINT);
-        sigprocmask(SIG_BLOCK, &blocked, nullptr);
-        std::raise(SIGINT);
-    });
+    const Outcome outcome = runProgram({"remove", "--json", "--delete", "--yes", file}, pending(SIGINT));
     EXPECT_EQ(outcome.status, 130);
     EXPECT_EQ(outcome.err, "brimvalectl: interrupted\n");
-    EXPECT_EQ(pathsIn(documentOf(outcome)["failed"]), Paths{file});
+    EXPECT_EQ(pathsIn(jsonIn(outcome)["failed"]), Paths{file});
     EXPECT_TRUE(std::filesystem::exists(file));
 }
 

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -16,12 +15,6 @@
 #include <utility>
 #include <vector>
 
-#include <QByteArray>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QString>
-
 namespace brimvale::testing {
 
 namespace {
@@ -29,17 +22,16 @@ namespace {
 namespace fs = std::filesystem;
 
 /// The document that a successful run prints.
-QJsonObject documentOf(const std::vector<std::string> &arguments) {
-    const Outcome outcome = runProgram(arguments);
+QJsonObject documentOf(
+    const std::vector<std::string> &arguments, const std::function<void()> &prepare = [] {}) {
+    const Outcome outcome = runProgram(arguments, prepare);
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
     // A document on a terminal must not command it: no control in one byte or (C1) in two.
     EXPECT_EQ(outcome.out.find_first_of("\x1b\x07\x7f\n\r\t"), outcome.out.size() - 1);
     EXPECT_FALSE(std::regex_search(outcome.out, std::regex("\xC2[\x80-\x9F]")));
-    QJsonParseError error{};
-    const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out), &error);
-    EXPECT_EQ(error.error, QJsonParseError::NoError) << error.errorString().toStdString();
-    return document.object();
+    EXPECT_TRUE(jsonIn(outcome).isObject()) << outcome.out;
+    return jsonIn(outcome).object();
 }
 
 /// What is at a path, found out without the scanner.
@@ -253,8 +245,8 @@ TEST(ScanJson, HoldsATreeOfAnyDepth) {
 TEST(ScanJson, MarksWhatACloudProviderOwns) {
     const TemporaryFolder home;
     home.makeFile("Library/CloudStorage/Provider/file", 10'000);
-    setenv("HOME", home.path().c_str(), 1);
-    const QJsonObject document = documentOf({"--system", "macos", "scan", "--json", home.path("Library")});
+    const QJsonObject document =
+        documentOf({"--system", "macos", "scan", "--json", home.path("Library")}, inHome(home.path()));
     const QJsonObject folder = document["root"]["children"][0].toObject();
     EXPECT_EQ(folder["name"].toString(), "CloudStorage");
     EXPECT_TRUE(folder["isNotDescended"].toBool());

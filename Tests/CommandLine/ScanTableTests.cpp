@@ -1,4 +1,5 @@
 #include "CommandLine/Program.h"
+#include "Support/EnvironmentVariable.h"
 #include "Support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -102,7 +103,7 @@ TEST(ScanTable, MarksWhatWasNotMeasured) {
     folder.makeFile("Library/closed/file", 10'000);
     std::filesystem::permissions(folder.path("Library/closed"), std::filesystem::perms::none);
     std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
-    setenv("HOME", folder.path().c_str(), 1);
+    const EnvironmentVariable home("HOME", folder.path());
     const Outcome outcome =
         runProgramUnprivileged(folder.path(), {"--system=macos", "scan", folder.path("Library")});
     EXPECT_EQ(outcome.status, 0);

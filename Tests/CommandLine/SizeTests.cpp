@@ -2,36 +2,22 @@
 #include "Support/TemporaryFolder.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <vector>
-
-#include <QByteArray>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 namespace brimvale::testing {
 
 namespace {
 
-std::int64_t allocated(const std::string &path) {
-    struct stat status {};
-    EXPECT_EQ(lstat(path.c_str(), &status), 0) << path;
-    return status.st_blocks * 512;
-}
-
 /// The path and the size of each element.
 using Measured = std::vector<std::pair<std::string, std::int64_t>>;
 
-Measured measuredIn(const std::string &document) {
+Measured measuredIn(const Outcome &outcome) {
     Measured measured;
-    for (const QJsonValue &element : QJsonDocument::fromJson(QByteArray::fromStdString(document)).array())
+    for (const QJsonValue &element : jsonIn(outcome).array())
         measured.emplace_back(element["path"].toString().toStdString(), element["size"].toInteger(-1));
     return measured;
 }
@@ -44,18 +30,18 @@ TEST(Size, MeasuresEachPathByItself) {
     const std::string second = folder.makeFile("folder/sub/second", 70'000);
     const std::string link = folder.makeLink("link", "folder");
     std::filesystem::create_hard_link(first, folder.path("folder/again"));
-    const std::int64_t whole = 2 * allocated(first) + allocated(second);
+    const std::int64_t whole = 2 * allocatedBytes(first) + allocatedBytes(second);
 
     const Outcome outcome = runProgram({"size", "folder", "--json", "./folder/../folder/first", "link",
                                         "link/", "--", folder.path("folder/sub")},
-                                       [&] { static_cast<void>(chdir(folder.path().c_str())); });
+                                       inFolder(folder.path()));
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(measuredIn(outcome.out), (Measured{{folder.path("folder"), whole},
-                                                 {first, allocated(first)},
-                                                 {link, allocated(link)},
-                                                 {link, allocated(link)},
-                                                 {folder.path("folder/sub"), allocated(second)}}));
+    EXPECT_EQ(measuredIn(outcome), (Measured{{folder.path("folder"), whole},
+                                             {first, allocatedBytes(first)},
+                                             {link, allocatedBytes(link)},
+                                             {link, allocatedBytes(link)},
+                                             {folder.path("folder/sub"), allocatedBytes(second)}}));
 }
 
 TEST(Size, GoesOnAfterAPathThatCannotBeMeasured) {
@@ -64,7 +50,7 @@ TEST(Size, GoesOnAfterAPathThatCannotBeMeasured) {
     const Outcome json = runProgram({"size", "--json", folder.path("missing"), file});
     EXPECT_EQ(json.status, 1);
     EXPECT_EQ(json.err, "brimvalectl: " + folder.path("missing") + ": No such file or directory\n");
-    EXPECT_EQ(measuredIn(json.out), (Measured{{file, allocated(file)}}));
+    EXPECT_EQ(measuredIn(json), (Measured{{file, allocatedBytes(file)}}));
 
     const Outcome table = runProgram({"size", file, folder.path("missing"), file});
     EXPECT_EQ(table.status, 1);
@@ -74,13 +60,12 @@ TEST(Size, GoesOnAfterAPathThatCannotBeMeasured) {
 TEST(Size, DoesNotLookIntoACloudProvidersFolder) {
     const TemporaryFolder home;
     home.makeFile("Library/CloudStorage/Provider/file", 10'000);
-    setenv("HOME", home.path().c_str(), 1);
     const std::string cloud = home.path("Library/CloudStorage");
-    const Outcome table = runProgram({"--system", "macos", "size", cloud});
+    const Outcome table = runProgram({"--system", "macos", "size", cloud}, inHome(home.path()));
     EXPECT_EQ(table.status, 0);
     EXPECT_THAT(table.out, ::testing::HasSubstr("–  " + cloud + "  [skipped]\n"));
-    const Outcome json = runProgram({"--system", "macos", "size", "--json", cloud});
-    EXPECT_EQ(measuredIn(json.out), (Measured{{cloud, 0}}));
+    const Outcome json = runProgram({"--system", "macos", "size", "--json", cloud}, inHome(home.path()));
+    EXPECT_EQ(measuredIn(json), (Measured{{cloud, 0}}));
 }
 
 } // namespace brimvale::testing

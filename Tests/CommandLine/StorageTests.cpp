@@ -1,20 +1,13 @@
 #include "CommandLine/Program.h"
+#include "Support/EnvironmentVariable.h"
 #include "Support/SampleMac.h"
 #include "Support/TemporaryFolder.h"
 
-#include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/stat.h>
 #include <vector>
-
-#include <QByteArray>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 namespace brimvale::testing {
 
@@ -25,13 +18,7 @@ using ::testing::HasSubstr;
 
 QJsonDocument documentOf(const Outcome &outcome) {
     EXPECT_EQ(outcome.err, "");
-    return QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out));
-}
-
-std::int64_t allocated(const std::string &path) {
-    struct stat status {};
-    EXPECT_EQ(lstat(path.c_str(), &status), 0) << path;
-    return status.st_blocks * 512;
+    return jsonIn(outcome);
 }
 
 QJsonObject withId(const QJsonArray &records, const char *id) {
@@ -42,24 +29,15 @@ QJsonObject withId(const QJsonArray &records, const char *id) {
     return {};
 }
 
-std::vector<std::string> pathsOf(const QJsonValue &entries) {
-    std::vector<std::string> paths;
-    for (const QJsonValue &entry : entries.toArray())
-        paths.push_back(entry["url"].toString().toStdString());
-    return paths;
-}
-
 /// A sample Mac whose home folder is the user's.
 class Storage : public ::testing::Test {
 protected:
-    Storage() {
-        makeSampleMac(folder.path());
-        setenv("HOME", homeIn(folder.path()).c_str(), 1);
-    }
+    Storage() { makeSampleMac(folder.path()); }
 
     [[nodiscard]] std::string home(const std::string &inside) const { return homeIn(folder.path()) + inside; }
 
     const TemporaryFolder folder;
+    const EnvironmentVariable variable{"HOME", homeIn(folder.path())};
 };
 
 } // namespace
@@ -71,16 +49,16 @@ TEST_F(Storage, ListsCleanupTargetsWithTheirEntries) {
     EXPECT_EQ(trash.keys().join(' ').toStdString(),
               "contentsOnly detail entries id risk roots scanned title");
     EXPECT_TRUE(trash["scanned"].toBool());
-    EXPECT_THAT(pathsOf(trash["entries"]),
+    EXPECT_THAT(pathsIn(trash["entries"]),
                 ElementsAre(home("/.Trash/Old Project"), home("/.Trash/Übung.pdf")));
-    EXPECT_EQ(trash["entries"][1]["size"].toInteger(), allocated(home("/.Trash/Übung.pdf")));
+    EXPECT_EQ(trash["entries"][1]["size"].toInteger(), allocatedBytes(home("/.Trash/Übung.pdf")));
     EXPECT_THAT(trash["entries"][0]["modified"].toString().toStdString(),
                 ::testing::MatchesRegex("....-..-..T..:..:..Z"));
     // One item under two cards has one size.
     const QJsonObject caches = withId(targets, "user-caches");
-    EXPECT_THAT(pathsOf(caches["entries"]), ::testing::Contains(home("/Library/Caches/ms-playwright")));
-    EXPECT_THAT(pathsOf(caches["entries"]), ::testing::Not(::testing::Contains(HasSubstr("DS_Store"))));
-    EXPECT_THAT(pathsOf(caches["entries"]), ::testing::Not(::testing::Contains(HasSubstr("mpty"))));
+    EXPECT_THAT(pathsIn(caches["entries"]), ::testing::Contains(home("/Library/Caches/ms-playwright")));
+    EXPECT_THAT(pathsIn(caches["entries"]), ::testing::Not(::testing::Contains(HasSubstr("DS_Store"))));
+    EXPECT_THAT(pathsIn(caches["entries"]), ::testing::Not(::testing::Contains(HasSubstr("mpty"))));
 
     const QJsonArray two =
         documentOf(runProgram({"--system", "macos", "cleanup", "--json", "trash", "logs", "trash"})).array();
@@ -115,7 +93,7 @@ TEST_F(Storage, DividesTheUsedSpace) {
     EXPECT_EQ(
         systemData["size"].toInteger(),
         std::max<std::int64_t>(root["totalCapacity"].toInteger() - root["trueFree"].toInteger() - sum, 0));
-    EXPECT_THAT(pathsOf(systemData["entries"]), ::testing::Contains(home("/.ollama")));
+    EXPECT_THAT(pathsIn(systemData["entries"]), ::testing::Contains(home("/.ollama")));
     EXPECT_THAT(overview["sentence"].toString().toStdString(), ::testing::StartsWith("The locations above "));
 
     const QJsonObject documents =
@@ -126,17 +104,10 @@ TEST_F(Storage, DividesTheUsedSpace) {
 }
 
 TEST_F(Storage, StopsAtASignal) {
-    const auto pending = [] {
-        sigset_t blocked{};
-        sigemptyset(&blocked);
-        sigaddset(&blocked, SIGINT);
-        sigprocmask(SIG_BLOCK, &blocked, nullptr);
-        std::raise(SIGINT);
-    };
     for (const std::vector<std::string> &arguments : {std::vector<std::string>{"cleanup", "--json"},
                                                       {"overview"},
                                                       {"category", "systemData", "--json"}}) {
-        const Outcome outcome = runProgram(arguments, pending);
+        const Outcome outcome = runProgram(arguments, pending(SIGINT));
         EXPECT_EQ(outcome.status, 130);
         EXPECT_THAT(outcome.err, HasSubstr("the figures are partial\n"));
         EXPECT_NE(outcome.out, "");

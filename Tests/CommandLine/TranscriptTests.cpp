@@ -2,16 +2,10 @@
 #include "Support/SampleMessages.h"
 #include "Support/TemporaryFolder.h"
 
-#include <fstream>
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
-
-#include <QByteArray>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 namespace brimvale::testing {
 
@@ -36,13 +30,12 @@ TEST(Transcript, IsAPageOrADocument) {
         runProgram({"transcript", database, "--limit", "1", "--output", folder.path("page.html")});
     EXPECT_EQ(written.status, 0) << written.err;
     EXPECT_EQ(written.out, "");
-    std::ifstream stream(folder.path("page.html"));
-    const std::string page{std::istreambuf_iterator<char>(stream), {}};
+    const std::string page = contentOf(folder.path("page.html"));
     EXPECT_THAT(page, HasSubstr("\">1 messages<br>"));
     EXPECT_THAT(page, EndsWith("</html>\n"));
 
     const Outcome json = runProgram({"transcript", "--json", database});
-    const QJsonArray chats = QJsonDocument::fromJson(QByteArray::fromStdString(json.out)).array();
+    const QJsonArray chats = jsonIn(json).array();
     ASSERT_EQ(chats.size(), 1) << json.out;
     EXPECT_EQ(chats[0].toObject()["name"].toString(), "Team");
     const QJsonArray messages = chats[0].toObject()["messages"].toArray();
@@ -64,7 +57,7 @@ TEST(Transcript, FailsForWhatIsNoDatabase) {
     const Outcome wrong = runProgram({"transcript", garbage, "--output", output});
     EXPECT_EQ(wrong.status, 1);
     EXPECT_THAT(wrong.err, HasSubstr("could not be read whole as a Messages database"));
-    EXPECT_FALSE(std::ifstream(output).good());
+    EXPECT_FALSE(std::filesystem::exists(output));
 }
 
 } // namespace brimvale::testing

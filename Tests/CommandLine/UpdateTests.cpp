@@ -1,8 +1,6 @@
 #include "CommandLine/Program.h"
 #include "Support/LoopbackServer.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,12 +17,6 @@ Outcome runUpdate(const LoopbackServer &server, std::vector<std::string> argumen
         for (const char *proxy : {"http_proxy", "HTTP_PROXY", "all_proxy", "ALL_PROXY"})
             unsetenv(proxy);
     });
-}
-
-QJsonObject documentIn(const std::string &text) {
-    const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text));
-    EXPECT_TRUE(document.isObject()) << text;
-    return document.object();
 }
 
 QJsonObject state(const char *name, const QJsonObject &members = {}) {
@@ -49,10 +41,10 @@ TEST(UpdateCommand, PrintsTheStateThatACheckEndsIn) {
     Outcome outcome = runUpdate(server, {"--json"});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(documentIn(outcome.out), state("available", {{"version", "9.9"}, {"build", 2'000'000'000}}));
+    EXPECT_EQ(jsonIn(outcome).object(), state("available", {{"version", "9.9"}, {"build", 2'000'000'000}}));
     feed["notes"] = "First\n\u001B[2JSecond\n";
     publish();
-    EXPECT_EQ(documentIn(runUpdate(server, {"--json"}).out)["notes"], feed["notes"]);
+    EXPECT_EQ(jsonIn(runUpdate(server, {"--json"}))["notes"], feed["notes"]);
     outcome = runUpdate(server);
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
@@ -62,7 +54,7 @@ TEST(UpdateCommand, PrintsTheStateThatACheckEndsIn) {
     publish();
     outcome = runUpdate(server, {"--json"});
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(documentIn(outcome.out), state("upToDate"));
+    EXPECT_EQ(jsonIn(outcome).object(), state("upToDate"));
     EXPECT_EQ(runUpdate(server).out, "Brimvale is up to date\n");
 }
 
@@ -71,7 +63,7 @@ TEST(UpdateCommand, FailsWithAMessage) {
     Outcome outcome = runUpdate(server, {"--json"});
     EXPECT_EQ(outcome.status, 1);
     const std::string message = "The update server did not answer properly.";
-    EXPECT_EQ(documentIn(outcome.out), state("failed", {{"message", QString::fromStdString(message)}}));
+    EXPECT_EQ(jsonIn(outcome).object(), state("failed", {{"message", QString::fromStdString(message)}}));
     EXPECT_EQ(outcome.err, "brimvalectl: could not update: " + message + "\n");
     outcome = runUpdate(server);
     EXPECT_EQ(outcome.status, 1);

@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 namespace brimvale::testing {
@@ -87,7 +86,7 @@ TEST(Usage, IsExplainedOnRequest) {
 TEST(Usage, EndsOptionsAtTwoDashes) {
     const TemporaryFolder folder;
     folder.makeFile("--json/file", 2'000'000);
-    const auto enter = [&] { static_cast<void>(chdir(folder.path().c_str())); };
+    const auto enter = inFolder(folder.path());
     const Outcome outcome = runProgram({"--", "scan", "--depth", "0", "--", "--json"}, enter);
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_THAT(outcome.out, HasSubstr("  " + folder.path("--json") + "\n"));

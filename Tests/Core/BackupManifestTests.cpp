@@ -2,10 +2,8 @@
 #include "Support/TemporaryFolder.h"
 
 #include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <iterator>
 
 namespace brimvale {
 
@@ -27,11 +25,6 @@ Verification verify(const TemporaryFolder &folder) {
     const auto *verification = std::get_if<Verification>(&verified);
     EXPECT_NE(verification, nullptr);
     return verification == nullptr ? Verification{} : *verification;
-}
-
-std::string manifestOf(const TemporaryFolder &folder) {
-    std::ifstream stream(folder.path("manifest.json"));
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 } // namespace
@@ -80,7 +73,8 @@ TEST(BackupManifest, HoldsTheFiguresOfEveryFile) {
     const sys_seconds time = sys_days(March / 1 / 2026) + hours(9) + minutes(30);
     fs::last_write_time(folder.path("abc"), file_clock::from_sys(time));
     ASSERT_FALSE(writeManifest(folder, {"failed"}));
-    const auto files = BackupManifest::filesOf(manifestOf(folder));
+    const std::string manifest = testing::contentOf(folder.path("manifest.json"));
+    const auto files = BackupManifest::filesOf(manifest);
     ASSERT_TRUE(files);
     // The digests are those that the standard gives as examples.
     EXPECT_THAT(
@@ -94,7 +88,7 @@ TEST(BackupManifest, HoldsTheFiguresOfEveryFile) {
                          .sha256 = "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0"},
             ::testing::Field(&BackedUpFile::path, "failed too"),
             BackedUpFile{.path = "link", .linkTarget = "abc"}));
-    EXPECT_THAT(manifestOf(folder), ::testing::HasSubstr("\"modified\": \"2026-03-01T09:30:00Z\""));
+    EXPECT_THAT(manifest, ::testing::HasSubstr("\"modified\": \"2026-03-01T09:30:00Z\""));
     EXPECT_THAT(verify(folder).extra, ElementsAre("failed/part"));
 }
 

@@ -2,6 +2,7 @@
 #include "Support/ChildProcess.h"
 #include "Support/HostileTree.h"
 #include "Support/ReferenceScan.h"
+#include "Support/SampleTree.h"
 #include "Support/TemporaryFolder.h"
 
 #include <atomic>
@@ -44,16 +45,8 @@ std::int64_t quickSize(
     return DiskScanner::quickSize(path, options, cancelled, pool);
 }
 
-/// What a child process answers.
-std::string verdict() {
-    return ::testing::Test::HasFailure() ? "failed" : "passed";
-}
-
-const FSNode &childOf(const FSNode &node, const std::string &name) {
-    for (const auto &child : node.children())
-        if (child->name == name)
-            return *child;
-    throw std::runtime_error(node.path() + " has no " + name);
+FSNode &childOf(FSNode &node, std::string_view name) {
+    return *testing::descendant(node, {name});
 }
 
 /// Compares a scan by `workers` workers with the sequential reference, figures, flags and order.
@@ -92,24 +85,23 @@ TEST(DiskScanner, MarksAndCountsWhatItMayNotRead) {
     chmod(folder.path("b/names only").c_str(), 0444);
     chmod(folder.path("top").c_str(), 0000);
 
-    EXPECT_EQ("passed", testing::answerOfChild([&] {
-                  testing::becomeOrdinaryUser();
-                  // A user without rights over the tree meets the closed folders and every locked one of the
-                  // hostile tree.
-                  for (const int workers : {0, 7})
-                      expectLikeReference(folder.path(), optionsFor(4097), workers);
-                  const auto tree = scan(folder.path());
-                  const FSNode &a = childOf(*tree, "a");
-                  EXPECT_TRUE(childOf(a, "locked").unreadable);
-                  EXPECT_FALSE(a.unreadable);
-                  EXPECT_EQ(childOf(a, "later").fileCount, 1);
-                  const FSNode &b = childOf(*tree, "b");
-                  EXPECT_TRUE(b.unreadable) << "an entry without status marks the top-level entry";
-                  EXPECT_FALSE(childOf(b, "names only").unreadable);
-                  EXPECT_EQ(b.fileCount, 0);
-                  EXPECT_TRUE(childOf(*tree, "top").unreadable);
-                  return verdict();
-              }));
+    testing::inChild([&] {
+        testing::becomeOrdinaryUser();
+        // A user without rights over the tree meets the closed folders and every locked one of the
+        // hostile tree.
+        for (const int workers : {0, 7})
+            expectLikeReference(folder.path(), optionsFor(4097), workers);
+        const auto tree = scan(folder.path());
+        FSNode &a = childOf(*tree, "a");
+        EXPECT_TRUE(childOf(a, "locked").unreadable);
+        EXPECT_FALSE(a.unreadable);
+        EXPECT_EQ(childOf(a, "later").fileCount, 1);
+        FSNode &b = childOf(*tree, "b");
+        EXPECT_TRUE(b.unreadable) << "an entry without status marks the top-level entry";
+        EXPECT_FALSE(childOf(b, "names only").unreadable);
+        EXPECT_EQ(b.fileCount, 0);
+        EXPECT_TRUE(childOf(*tree, "top").unreadable);
+    });
 }
 
 TEST(DiskScanner, CountsAFileWithSeveralNamesOnce) {
@@ -142,7 +134,7 @@ TEST(DiskScanner, GivesLargeFilesNodesAndFoldsTheRest) {
         folder.makeFile(name, 10'000);
     folder.makeFolder("empty");
     const auto tree = scan(folder.path());
-    const FSNode &f = childOf(*tree, "f");
+    FSNode &f = childOf(*tree, "f");
     EXPECT_EQ(f.children().size(), 3U);
     EXPECT_EQ(f.fileCount, 5);
     EXPECT_EQ(childOf(f, "exact").size, 1 << 20);
@@ -169,7 +161,7 @@ TEST(DiskScanner, StaysOutOfSkippedFolders) {
     EXPECT_EQ(describe(*tree), describe(*referenceScan(folder.path(), options).root));
     const FSNode &dev = *tree->children().front();
     EXPECT_TRUE(dev.name == "dev" && dev.isNotDescended && !dev.isCloudProvider);
-    const FSNode &cloud = childOf(childOf(childOf(*tree, "a"), "Library"), "CloudStorage");
+    const FSNode &cloud = *testing::descendant(*tree, {"a", "Library", "CloudStorage"});
     EXPECT_TRUE(cloud.isNotDescended && cloud.isCloudProvider && cloud.size == 0);
     EXPECT_EQ(tree->fileCount, 2);
     EXPECT_EQ(tree->dirCount, 6);
@@ -214,23 +206,22 @@ TEST(DiskScanner, WalksAnyDepthWithFewDescriptors) {
     // Each name alone is a twentieth of PATH_MAX.
     makeChain(folder.makeFolder("long"), std::string(200, 'n'), 400);
     std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
-    EXPECT_EQ("passed", testing::answerOfChild([&] {
-                  testing::becomeOrdinaryUser();
-                  rlimit limit{64, 64};
-                  setrlimit(RLIMIT_NOFILE, &limit);
-                  for (const int workers : {0, 3}) {
-                      WalkPool pool(workers);
-                      ScanStats stats;
-                      const auto tree = DiskScanner::scan(folder.path(), {}, stats, pool);
-                      EXPECT_EQ(stats.unreadable(), 0);
-                      EXPECT_EQ(tree->fileCount, depth + 400);
-                      EXPECT_EQ(tree->dirCount, 2 * (depth + 400) + 2);
-                      EXPECT_EQ(DiskScanner::quickSize(
-                                    folder.path(), {}, [] { return false; }, pool),
-                                tree->size);
-                  }
-                  return verdict();
-              }));
+    testing::inChild([&] {
+        testing::becomeOrdinaryUser();
+        rlimit limit{64, 64};
+        setrlimit(RLIMIT_NOFILE, &limit);
+        for (const int workers : {0, 3}) {
+            WalkPool pool(workers);
+            ScanStats stats;
+            const auto tree = DiskScanner::scan(folder.path(), {}, stats, pool);
+            EXPECT_EQ(stats.unreadable(), 0);
+            EXPECT_EQ(tree->fileCount, depth + 400);
+            EXPECT_EQ(tree->dirCount, 2 * (depth + 400) + 2);
+            EXPECT_EQ(DiskScanner::quickSize(
+                          folder.path(), {}, [] { return false; }, pool),
+                      tree->size);
+        }
+    });
 
     // A root whose own path is longer than one system call takes.
     std::string inside = folder.path("long");
@@ -244,13 +235,12 @@ TEST(DiskScanner, WalksWithTheThreadsThatItGets) {
     const TemporaryFolder folder;
     folder.makeFile("a/b/file", 5000);
     std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
-    EXPECT_EQ("passed", testing::answerOfChild([&] {
-                  testing::becomeOrdinaryUser();
-                  const rlimit none{0, 0};
-                  setrlimit(RLIMIT_NPROC, &none);
-                  EXPECT_EQ(scan(folder.path())->fileCount, 1);
-                  return verdict();
-              }));
+    testing::inChild([&] {
+        testing::becomeOrdinaryUser();
+        const rlimit none{0, 0};
+        setrlimit(RLIMIT_NPROC, &none);
+        EXPECT_EQ(scan(folder.path())->fileCount, 1);
+    });
 }
 
 TEST(DiskScanner, SurvivesATreeThatChangesUnderIt) {

@@ -1,4 +1,5 @@
 #include "Core/FSNode.h"
+#include "Support/SampleTree.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,30 +8,21 @@ namespace brimvale {
 
 namespace {
 
-FSNode &add(FSNode &parent, const std::string &name, bool isDirectory, std::int64_t size = 0) {
-    parent.adopt(std::make_unique<FSNode>(name, parent, isDirectory));
-    parent.children().back()->size = size;
-    return *parent.children().back();
-}
-
-std::vector<std::string> namesIn(const FSNode &node) {
-    std::vector<std::string> names;
-    for (const auto &child : node.children())
-        names.push_back(child->name);
-    return names;
-}
+using testing::add;
+using testing::addFolder;
+using testing::namesIn;
 
 } // namespace
 
 TEST(FSNode, ComposesItsPathAndKeepsItOnceReleased) {
     FSNode volume("Macintosh HD", "/", true);
-    FSNode &users = add(volume, "Users", true);
-    FSNode &home = add(users, "u\n\xFF", true);
+    FSNode &users = addFolder(volume, "Users");
+    FSNode &home = addFolder(users, "u\n\xFF");
     EXPECT_EQ(volume.path(), "/");
     EXPECT_EQ(users.path(), "/Users");
     EXPECT_EQ(home.path(), "/Users/u\n\xFF");
     home.adopt(FSNode::aggregate(home, 2));
-    FSNode &file = add(home, "file", false);
+    FSNode &file = add(home, "file", 0);
     FSNode &aggregate = *home.children().front();
     EXPECT_EQ(aggregate.path(), home.path());
 
@@ -55,7 +47,7 @@ TEST(FSNode, NamesAggregatesByTheirCount) {
 TEST(FSNode, OffersADisclosureOnlyWhereThereIsSomethingToDisclose) {
     FSNode root("r", "/r", true);
     EXPECT_TRUE(root.outlineChildren().empty());
-    FSNode &file = add(root, "file", false);
+    FSNode &file = add(root, "file", 0);
     EXPECT_FALSE(root.outlineChildren().empty());
     EXPECT_TRUE(file.outlineChildren().empty());
     EXPECT_TRUE(FSNode::aggregate(root, 3)->outlineChildren().empty());
@@ -63,13 +55,13 @@ TEST(FSNode, OffersADisclosureOnlyWhereThereIsSomethingToDisclose) {
 
 TEST(FSNode, SortsEveryLevelAndKeepsTheWalkOrderOfEqualSizes) {
     FSNode root("r", "/r", true);
-    add(root, "small", false, 1);
-    FSNode &folder = add(root, "folder", true, 5);
-    add(root, "first", false, 5);
-    add(root, "big", false, 9);
-    add(root, "second", false, 5);
-    add(folder, "a", false, 2);
-    add(folder, "b", false, 3);
+    add(root, "small", 1);
+    FSNode &folder = addFolder(root, "folder");
+    add(root, "first", 5);
+    add(root, "big", 9);
+    add(root, "second", 5);
+    add(folder, "a", 2);
+    add(folder, "b", 3);
     root.sortRecursively();
     EXPECT_THAT(namesIn(root), ::testing::ElementsAre("big", "folder", "first", "second", "small"));
     EXPECT_THAT(namesIn(folder), ::testing::ElementsAre("b", "a"));
@@ -80,8 +72,10 @@ TEST(FSNode, NeverRecursesHoweverDeepTheTree) {
     FSNode *node = root.get();
     constexpr int depth = 100'000;
     for (int i = 0; i < depth; ++i) {
-        add(*node, "leaf", false, 1);
-        node = &add(*node, "d", true, 2);
+        node->adopt(std::make_unique<FSNode>("leaf", *node, false));
+        node->adopt(std::make_unique<FSNode>("d", *node, true));
+        node = node->children().back().get();
+        node->size = 1; // so that the sort turns the two round
     }
     root->sortRecursively();
     EXPECT_EQ(node->path().size(), 2 + 2U * depth);

@@ -1,11 +1,8 @@
 #include "Core/VolumeInfo.h"
-#include "Support/ChildProcess.h"
 #include "Support/TemporaryFolder.h"
 
-#include <cstdlib>
-#include <ctime>
-#include <filesystem>
 #include <gtest/gtest.h>
+#include <sstream>
 
 namespace brimvale {
 
@@ -19,31 +16,24 @@ Tools toolsWith(const std::string &tmutil) {
     return tools;
 }
 
-/// What is listed where the tool prints this, one name and date a line. In a child, whose time zone is its
-/// own.
-std::string listed(const std::string &printed, const char *zone = "America/New_York", int status = 0) {
+/// What is listed where the tool prints this, one name and date a line.
+std::string listed(const std::string &printed, int status = 0) {
     const TemporaryFolder folder;
-    folder.writeFile("printed", printed);
-    const std::string tool =
-        folder.writeFile("tmutil", "#!/bin/sh\n[ \"$*\" = 'listlocalsnapshots /a volume' ] && cat '" +
-                                       folder.path("printed") + "'\nexit " + std::to_string(status) + "\n");
-    std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
-    return testing::answerOfChild([&] {
-        setenv("TZ", zone, 1);
-        tzset();
-        std::string text;
-        for (const LocalSnapshot &one : LocalSnapshot::list("/a volume", toolsWith(tool)))
-            text += one.name + " " + (one.date ? iso8601(*one.date) : "none") + "\n";
-        return text;
-    });
+    const std::string tool = folder.makeScript(
+        "tmutil", "[ \"$*\" = 'listlocalsnapshots /a volume' ] && cat '" +
+                      folder.writeFile("printed", printed) + "'\nexit " + std::to_string(status));
+    std::string text;
+    for (const LocalSnapshot &one : LocalSnapshot::list("/a volume", toolsWith(tool)))
+        text += one.name + " " + (one.date ? iso8601(*one.date) : "none") + "\n";
+    return text;
 }
 
 } // namespace
 
 TEST(LocalSnapshot, ListsTheNewestFirst) {
-    const std::string expected = "com.apple.TimeMachine.2024-11-03-000000 2024-11-03T04:00:00Z\n"
-                                 "com.apple.TimeMachine.2024-05-01-101500.local 2024-05-01T14:15:00Z\n"
-                                 "com.apple.TimeMachine.2024-01-31-235959.local 2024-02-01T04:59:59Z\n"
+    const std::string expected = "com.apple.TimeMachine.2024-11-03-000000 2024-11-02T23:00:00Z\n"
+                                 "com.apple.TimeMachine.2024-05-01-101500.local 2024-05-01T08:15:00Z\n"
+                                 "com.apple.TimeMachine.2024-01-31-235959.local 2024-01-31T22:59:59Z\n"
                                  "com.apple.TimeMachine.garbage.local none\n";
     for (const char *header : {"Snapshots for disk /:\n", "Snapshots for volume group containing disk /:\n"})
         EXPECT_EQ(listed(std::string(header) + "\tcom.apple.TimeMachine.2024-01-31-235959.local \n\n"
@@ -53,8 +43,8 @@ TEST(LocalSnapshot, ListsTheNewestFirst) {
                                                "com.apple.TimeMachine.2024-11-03-000000"),
                   expected);
     // Whatever the tool's status, what it printed counts.
-    EXPECT_EQ(listed("com.apple.TimeMachine.2024-05-01-101500.local\n", "UTC", 3),
-              "com.apple.TimeMachine.2024-05-01-101500.local 2024-05-01T10:15:00Z\n");
+    EXPECT_EQ(listed("com.apple.TimeMachine.2024-05-01-101500.local\n", 3),
+              "com.apple.TimeMachine.2024-05-01-101500.local 2024-05-01T08:15:00Z\n");
 }
 
 TEST(LocalSnapshot, HasNoDateWhereTheNameIsNotOne) {
@@ -72,7 +62,7 @@ TEST(LocalSnapshot, ListsManyInOrder) {
     for (int i = 0; i < 200; ++i)
         printed += "com.apple.TimeMachine.2024-01-01-" +
                    std::to_string(100000 + (i * 37) % 60 + 100 * (i % 60)) + ".local\n";
-    std::istringstream lines(listed(printed, "UTC"));
+    std::istringstream lines(listed(printed));
     std::string previous = "9";
     int count = 0;
     for (std::string name, date; lines >> name >> date; ++count) {

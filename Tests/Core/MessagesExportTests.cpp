@@ -3,11 +3,8 @@
 #include "Support/TemporaryFolder.h"
 
 #include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <iterator>
 
 namespace brimvale {
 
@@ -44,11 +41,9 @@ std::vector<std::string> namesOf(const std::vector<Conversation> &conversations)
 /// Tools whose database shell notes its arguments and prints `answer`, whatever it is asked.
 Tools shellThatPrints(const TemporaryFolder &folder, std::string_view answer, int status = 0) {
     Tools tools = platformTools();
-    const std::string content = folder.writeFile("answer", answer);
-    tools.databaseShell =
-        folder.writeFile("shell", "#!" + tools.shell + "\nprintf '%s|' \"$@\" >'" + folder.path("arguments") +
-                                      "'\ncat '" + content + "'\nexit " + std::to_string(status) + "\n");
-    std::filesystem::permissions(tools.databaseShell, std::filesystem::perms::owner_all);
+    tools.databaseShell = folder.makeScript("shell", "printf '%s|' \"$@\" >'" + folder.path("arguments") +
+                                                         "'\ncat '" + folder.writeFile("answer", answer) +
+                                                         "'\nexit " + std::to_string(status));
     return tools;
 }
 
@@ -141,8 +136,7 @@ TEST(MessagesExport, AsksTheShellForReadingOnlyAndParsesWhateverItAnswers) {
     EXPECT_TRUE(conversations[0].messages[0].date == Date::max());
     EXPECT_TRUE(conversations[2].messages[0].date == Date::min());
 
-    std::ifstream stream(folder.path("arguments"));
-    const std::string arguments{std::istreambuf_iterator<char>(stream), {}};
+    const std::string arguments = testing::contentOf(folder.path("arguments"));
     EXPECT_THAT(arguments, StartsWith("-readonly|-separator|\x01|" + database +
                                       "|SELECT c.display_name, c.chat_identifier, m.is_from_me, m.date,\n"));
     EXPECT_THAT(arguments, HasSubstr("\nORDER BY c.ROWID, m.date;|"));

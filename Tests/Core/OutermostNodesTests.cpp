@@ -1,4 +1,5 @@
 #include "Core/OutermostNodes.h"
+#include "Support/SampleTree.h"
 
 #include <gtest/gtest.h>
 #include <map>
@@ -12,10 +13,8 @@ TEST(OutermostNodes, LeavesOutWhatLiesInAnother) {
     FSNode root("root", "/root", true);
     std::map<std::string, FSNode *> nodes{{"root", &root}};
     for (const auto &[name, parent] : std::vector<std::pair<std::string, std::string>>{
-             {"a", "root"}, {"b", "root"}, {"aa", "a"}, {"ab", "a"}, {"aaa", "aa"}, {"ba", "b"}}) {
-        nodes[parent]->adopt(std::make_unique<FSNode>(name, *nodes[parent], true));
-        nodes[name] = nodes[parent]->children().back().get();
-    }
+             {"a", "root"}, {"b", "root"}, {"aa", "a"}, {"ab", "a"}, {"aaa", "aa"}, {"ba", "b"}})
+        nodes[name] = &testing::addFolder(*nodes[parent], name);
     struct Case {
         std::vector<std::string> given;
         std::vector<std::string> outermost;
@@ -31,10 +30,8 @@ TEST(OutermostNodes, LeavesOutWhatLiesInAnother) {
         std::vector<FSNode *> given;
         for (const std::string &name : one.given)
             given.push_back(nodes[name]);
-        std::vector<std::string> outermost;
-        for (const FSNode *node : outermostNodes(given))
-            outermost.push_back(node->name);
-        EXPECT_EQ(outermost, one.outermost) << ::testing::PrintToString(one.given);
+        EXPECT_EQ(testing::namesOf(outermostNodes(given)), one.outermost)
+            << ::testing::PrintToString(one.given);
     }
 }
 

@@ -1,13 +1,12 @@
 #include "Core/ScanRootPreset.h"
+#include "Support/EnvironmentVariable.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
 
 namespace brimvale {
 
 TEST(ScanRootPreset, FollowsTheCatalogAndTheHomeOfTheMoment) {
-    const std::string earlier = homeFolder().path();
-    setenv("HOME", "/somewhere/else", 1);
+    const testing::EnvironmentVariable home("HOME", "/somewhere/else");
     for (const System system : {System::macOS, System::linux}) {
         const std::vector<ScanRootPreset> presets = ScanRootPreset::allCases(system);
         ASSERT_EQ(presets.size(), 6U);
@@ -20,7 +19,6 @@ TEST(ScanRootPreset, FollowsTheCatalogAndTheHomeOfTheMoment) {
     EXPECT_EQ(ScanRootPreset::fromRawValue("User data", System::linux)->path(),
               "/somewhere/else/.local/share");
     EXPECT_EQ(ScanRootPreset::fromRawValue("User data", System::macOS), std::nullopt);
-    setenv("HOME", earlier.c_str(), 1);
 }
 
 } // namespace brimvale

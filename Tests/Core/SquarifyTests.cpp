@@ -1,5 +1,6 @@
 #include "Core/Squarify.h"
 #include "Core/Treemap.h"
+#include "Support/SampleTree.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,6 +11,8 @@
 namespace brimvale {
 
 namespace {
+
+using testing::add;
 
 constexpr double tolerance = 1e-6;
 
@@ -22,14 +25,6 @@ bool isInside(const Rect &inner, const Rect &outer) {
     return inner.x >= outer.x - tolerance && inner.y >= outer.y - tolerance &&
            inner.x + inner.width <= outer.x + outer.width + tolerance &&
            inner.y + inner.height <= outer.y + outer.height + tolerance;
-}
-
-FSNode &add(FSNode &parent, const std::string &name, bool isDirectory, std::int64_t size) {
-    parent.adopt(std::make_unique<FSNode>(name, parent, isDirectory));
-    FSNode &child = *parent.children().back();
-    child.size = size;
-    parent.size += size;
-    return child;
 }
 
 } // namespace
@@ -101,7 +96,7 @@ TEST(Treemap, GathersWhatHasNoTileOfItsOwn) {
          }) {
         FSNode folder("f", "/f", true);
         for (const std::int64_t size : one.sizes)
-            add(folder, std::to_string(size), false, size);
+            add(folder, std::to_string(size), size);
         const Treemap treemap(folder, one.maxTiles);
         std::vector<std::string> names;
         double fractions = 0;
@@ -129,7 +124,7 @@ TEST(Treemap, ShowsTheLargestInTheOrderOfAStableSort) {
         const std::size_t count = 1 + random() % 300;
         for (std::size_t i = 0; i < count; ++i) {
             // Many of the same size, some without any.
-            FSNode &child = add(folder, std::to_string(i), false, static_cast<std::int64_t>(random() % 20));
+            FSNode &child = add(folder, std::to_string(i), static_cast<std::int64_t>(random() % 20));
             child.logicalSize = child.size * 3;
             child.fileCount = 2;
         }
@@ -157,9 +152,9 @@ TEST(Treemap, ShowsTheLargestInTheOrderOfAStableSort) {
 
 TEST(Treemap, LeavesSliversOut) {
     FSNode folder("f", "/f", true);
-    add(folder, "huge", false, 1'000'000'000);
+    add(folder, "huge", 1'000'000'000);
     for (int i = 0; i < 50; ++i)
-        add(folder, std::to_string(i), false, 1);
+        add(folder, std::to_string(i), 1);
     const std::vector<TreemapTile> tiles = Treemap(folder, 80).layout({0, 0, 200, 100});
     ASSERT_EQ(tiles.size(), 1U);
     EXPECT_EQ(tiles.front().node->name, "huge");

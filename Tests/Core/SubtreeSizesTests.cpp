@@ -126,17 +126,15 @@ TEST(SubtreeSizes, AreThoseOfEachPathAloneWithoutRights) {
     chmod(folder.path("closed").c_str(), 0000);
     // What lies inside can be measured, but no walk from outside finds it.
     chmod(folder.path("through").c_str(), 0111);
-    EXPECT_EQ("passed", testing::answerOfChild([&] {
-                  testing::becomeOrdinaryUser();
-                  expectAsAlone(folder, 4);
-                  const std::vector<Group> groups = {
-                      {folder.path(), folder.path("closed"), folder.path("through")},
-                      {folder.path("through/inside"), folder.path("closed/inside")}};
-                  const Sizes sizes = measured(groups, {}, 3);
-                  EXPECT_EQ(sizes, eachAlone(groups, {}));
-                  EXPECT_GT(sizes[1][0], sizes[0][2]);
-                  return ::testing::Test::HasFailure() ? "failed" : "passed";
-              }));
+    testing::inChild([&] {
+        testing::becomeOrdinaryUser();
+        expectAsAlone(folder, 4);
+        const std::vector<Group> groups = {{folder.path(), folder.path("closed"), folder.path("through")},
+                                           {folder.path("through/inside"), folder.path("closed/inside")}};
+        const Sizes sizes = measured(groups, {}, 3);
+        EXPECT_EQ(sizes, eachAlone(groups, {}));
+        EXPECT_GT(sizes[1][0], sizes[0][2]);
+    });
 }
 
 TEST(SubtreeSizes, FollowNoLinkFromOneIntoAnother) {

@@ -1,4 +1,5 @@
 #include "Core/TreemapNavigation.h"
+#include "Support/SampleTree.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -59,10 +60,8 @@ TEST(TreemapNavigation, ReachesEveryTileOfAMapFromTheFirst) {
     for (int round = 0; round < 100; ++round) {
         FSNode folder("f", "/f", true);
         std::lognormal_distribution<double> sizes(12, 0.1 + round * 0.02);
-        for (unsigned i = 0; i < 2 + random() % 90; ++i) {
-            folder.adopt(std::make_unique<FSNode>(std::to_string(i), folder, false));
-            folder.children().back()->size = std::lround(sizes(random)) + 1;
-        }
+        for (unsigned i = 0; i < 2 + random() % 90; ++i)
+            testing::add(folder, std::to_string(i), std::lround(sizes(random)) + 1);
         const Treemap treemap(folder, 80);
         const std::vector<TreemapTile> tiles =
             treemap.layout({0, 0, 100.0 + static_cast<double>(random() % 900), 400});

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <exception>
 #include <grp.h>
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -52,6 +53,16 @@ std::string answerOfChild(const std::function<std::string()> &answer) {
     int status = 0;
     waitpid(child, &status, 0);
     return status == 0 ? text : "died";
+}
+
+void inChild(const std::function<void()> &test) {
+    const std::string answer = answerOfChild([&] {
+        test();
+        return ::testing::Test::HasFailure() ? "failed" : ::testing::Test::IsSkipped() ? "skipped" : "passed";
+    });
+    if (answer == "skipped")
+        GTEST_SKIP() << "for the reason that the child has told";
+    EXPECT_EQ(answer, "passed");
 }
 
 void becomeOrdinaryUser() {

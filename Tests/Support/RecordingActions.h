@@ -19,6 +19,11 @@ public:
     std::function<void(const std::string &)> onCommand;   ///< in the place of the administrator
     std::optional<PrivilegedRunError> privilegedRunError; ///< instead of running the command
 
+    /// Has what is at `path` need an administrator.
+    void refuse(const std::string &path) {
+        errors.emplace(path, FileError{FileError::Domain::cocoa, 513, "no", nullptr});
+    }
+
     std::optional<FileError> removeItem(const FileURL &url, RemovalProgress *progress) override;
     std::optional<FileError> moveToTrash(const FileURL &url) override;
     std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override;

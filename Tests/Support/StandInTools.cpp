@@ -5,8 +5,6 @@
 #include <QByteArray>
 #include <QCryptographicHash>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <unistd.h>
 
 namespace brimvale::testing {
@@ -14,13 +12,6 @@ namespace brimvale::testing {
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string contentOf(const std::string &path) {
-    std::ifstream stream(path, std::ios::binary);
-    std::ostringstream content;
-    content << stream.rdbuf();
-    return content.str();
-}
 
 // Unpacks a tar archive where the real one takes a zip archive, since every system has tar.
 constexpr std::string_view ditto = R"sh(
@@ -49,9 +40,7 @@ esac
 
 std::string makeApp(const TemporaryFolder &folder, std::string_view inside, const SampleApp &app) {
     const std::string path(inside);
-    const std::string executable =
-        folder.writeFile(path + "/Contents/MacOS/" + app.executable, "#!/bin/sh\nexit 0\n");
-    fs::permissions(executable, fs::perms::owner_all);
+    folder.makeScript(path + "/Contents/MacOS/" + app.executable, "exit 0");
     folder.writeFile(path + "/Contents/content", app.content);
     folder.writeFile(path + "/Contents/team", app.team);
     if (app.isWhole)
@@ -83,10 +72,7 @@ std::string sha256Of(const std::string &bytes) {
 }
 
 std::string makeTool(const TemporaryFolder &folder, std::string_view name, std::string_view body) {
-    const std::string path =
-        folder.writeFile("tools/" + std::string(name), "#!/bin/sh\n" + std::string(body) + "\n");
-    fs::permissions(path, fs::perms::owner_all);
-    return path;
+    return folder.makeScript("tools/" + std::string(name), body);
 }
 
 Tools makeUpdateTools(const TemporaryFolder &folder) {

@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <sys/stat.h>
 #include <system_error>
@@ -99,10 +100,28 @@ std::string TemporaryFolder::possibleName(std::string_view name) const {
     return std::string(name);
 }
 
+std::string TemporaryFolder::makeScript(std::string_view inside, std::string_view commands) const {
+    const std::string file = writeFile(inside, "#!/bin/sh\n" + std::string(commands) + "\n");
+    fs::permissions(file, fs::perms::owner_all);
+    return file;
+}
+
 std::string TemporaryFolder::makeLink(std::string_view inside, std::string_view target) const {
     fs::create_directories(fs::path(path(inside)).parent_path());
     fs::create_symlink(target, path(inside));
     return path(inside);
+}
+
+std::string contentOf(const std::string &path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::int64_t allocatedBytes(const std::string &path) {
+    struct stat status {};
+    if (lstat(path.c_str(), &status) != 0)
+        throw std::system_error(errno, std::generic_category(), path);
+    return status.st_blocks * 512;
 }
 
 } // namespace brimvale::testing

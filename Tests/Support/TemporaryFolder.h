@@ -29,11 +29,19 @@ public:
     /// `name` where a file can be called so here, else the same as text: file systems of Macs take UTF-8
     /// only.
     [[nodiscard]] std::string possibleName(std::string_view name) const;
+    /// Makes a program that a shell runs, enclosing folders included.
+    std::string makeScript(std::string_view inside, std::string_view commands) const;
     /// Makes a symbolic link with this target, taken as it stands.
     std::string makeLink(std::string_view inside, std::string_view target) const;
 
 private:
     std::string path_;
 };
+
+/// What is in a file; empty where there is none.
+[[nodiscard]] std::string contentOf(const std::string &path);
+
+/// What an entry itself takes on the disk, links not followed.
+[[nodiscard]] std::int64_t allocatedBytes(const std::string &path);
 
 } // namespace brimvale::testing

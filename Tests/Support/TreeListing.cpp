@@ -1,9 +1,9 @@
 #include "Support/TreeListing.h"
 
+#include "Support/TemporaryFolder.h"
+
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace brimvale::testing {
 
@@ -18,8 +18,7 @@ std::string described(const fs::directory_entry &entry) {
         return "folder";
     if (!entry.is_regular_file())
         return "other";
-    std::ifstream file(entry.path(), std::ios::binary);
-    return "file " + std::string(std::istreambuf_iterator<char>(file), {});
+    return "file " + contentOf(entry.path());
 }
 
 } // namespace

@@ -1,4 +1,7 @@
+#include "Support/EnvironmentVariable.h"
+
 #include <QApplication>
+#include <QNetworkProxy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -16,6 +19,7 @@ void failOnWarning(QtMsgType type, const QMessageLogContext &, const QString &me
 } // namespace
 
 int main(int argc, char **argv) {
+    brimvale::testing::useTheLocaleOfTheTests();
     ::testing::InitGoogleTest(&argc, argv);
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -24,6 +28,8 @@ int main(int argc, char **argv) {
     QStandardPaths::setTestModeEnabled(true);
     const QApplication application(argc, argv);
     QApplication::setStyle(QStringLiteral("Fusion")); // now that there is one to own it
+    QApplication::setKeyboardInputInterval(60'000);   // however slow the machine, keys follow on another
+    QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy); // whatever the environment says
     qInstallMessageHandler(failOnWarning);
     return RUN_ALL_TESTS();
 }

@@ -1,24 +1,12 @@
 #pragma once
 
-#include "Core/FSNode.h"
+#include "Support/SampleTree.h"
 #include "Views/OutlineModel.h"
 
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace brimvale::testing {
-
-/// Adds a child of this size, and its figures to those of the folders around it.
-FSNode &add(FSNode &parent, const std::string &name, std::int64_t size, bool isDirectory = false);
-FSNode &addFolder(FSNode &parent, const std::string &name);
-FSNode &addAggregate(FSNode &parent, std::int64_t count, std::int64_t size);
-
-/// A folder to make a tree of.
-[[nodiscard]] std::shared_ptr<FSNode> makeRoot();
-
-[[nodiscard]] std::vector<FSNode *> everythingBeneath(FSNode &root);
-[[nodiscard]] std::vector<std::string> namesOf(const std::vector<FSNode *> &nodes);
 
 /// The names of the rows within a folder, as a view reads them.
 [[nodiscard]] std::vector<std::string> rowsIn(const QAbstractItemModel &model,

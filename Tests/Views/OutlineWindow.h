@@ -3,7 +3,6 @@
 #include "Views/OutlineTree.h"
 #include "Views/OutlineView.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -29,7 +28,6 @@ protected:
     };
 
     OutlineWindow() {
-        QApplication::setKeyboardInputInterval(60'000); // however slow the machine, keys follow on another
         tree_->sortRecursively();
         model_.setTree(tree_);
         host_.resize(600, 400);

@@ -14,8 +14,7 @@ using testing::TemporaryFolder;
 /// Tools with a stand-in for the one that asks: a script that gets what pkexec gets.
 Tools toolsWithRunner(const TemporaryFolder &folder, const std::string &script) {
     Tools tools = platformTools();
-    tools.administratorRunner = folder.writeFile("runner", "#!" + tools.shell + "\n" + script + "\n");
-    std::filesystem::permissions(tools.administratorRunner, std::filesystem::perms::owner_all);
+    tools.administratorRunner = folder.makeScript("runner", script);
     return tools;
 }
 

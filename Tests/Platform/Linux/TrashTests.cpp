@@ -25,6 +25,7 @@ namespace brimvale {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::contentOf;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::listing;
@@ -44,11 +45,6 @@ std::string over(int code, int errorNumber) {
 
 bool isThere(const std::string &path) {
     return fs::exists(fs::symlink_status(path));
-}
-
-std::string contentOf(const std::string &path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 std::string decoded(const std::string &text) {
@@ -89,27 +85,22 @@ std::map<std::string, std::string> originalPaths(const std::string &trash) {
 
 enum class As { whoeverRunsIt, ordinaryUser };
 
-/// Passes a test that answers nothing, in a child whose user has the home trash home/data/Trash in the folder
-/// that the test gets. What the test answers is why it is skipped.
-void inChild(const std::function<std::string(const TemporaryFolder &)> &test, As user = As::whoeverRunsIt) {
-    const std::string answer = testing::answerOfChild([&]() -> std::string {
+/// Passes a test in a child whose user has the home trash home/data/Trash in the folder that the test gets.
+void inHome(const std::function<void(const TemporaryFolder &)> &test, As user = As::whoeverRunsIt) {
+    testing::inChild([&] {
         if (user == As::ordinaryUser)
             testing::becomeOrdinaryUser();
         const TemporaryFolder folder;
         setenv("XDG_DATA_HOME", folder.path("home/data").c_str(), 1);
         folder.makeFolder("home");
-        const std::string reason = test(folder);
-        return ::testing::Test::HasFailure() ? "failed" : reason.empty() ? "passed" : "skipped: " + reason;
+        test(folder);
     });
-    if (answer.starts_with("skipped"))
-        GTEST_SKIP() << answer;
-    EXPECT_EQ(answer, "passed");
 }
 
 } // namespace
 
 TEST(Trash, TakesItemsOfEveryKindAsTheyAre) {
-    inChild([](const TemporaryFolder &folder) -> std::string {
+    inHome([](const TemporaryFolder &folder) {
         folder.writeFile("place/file.txt", "file");
         folder.writeFile("place/folder/inner/file", "inner");
         folder.writeFile("place/kept", "kept");
@@ -133,12 +124,11 @@ TEST(Trash, TakesItemsOfEveryKindAsTheyAre) {
             EXPECT_EQ(stat((folder.path("home/data") + own).c_str(), &status), 0);
             EXPECT_EQ(status.st_mode & 07777U, 0700U) << own;
         }
-        return {};
     });
 }
 
 TEST(Trash, GivesEveryItemANameOfItsOwn) {
-    inChild([](const TemporaryFolder &folder) -> std::string {
+    inHome([](const TemporaryFolder &folder) {
         const std::string trash = folder.path("home/data/Trash");
         // What others left: an item without info, and info without an item.
         folder.writeFile("home/data/Trash/files/a.txt", "theirs");
@@ -173,12 +163,11 @@ TEST(Trash, GivesEveryItemANameOfItsOwn) {
         for (const auto &[name, path] : originalPaths(trash))
             found += path.starts_with(folder.path("place/")) ? 1U : 0U;
         EXPECT_EQ(found, 6U);
-        return {};
     });
 }
 
 TEST(Trash, EncodesEveryByteOfAPath) {
-    inChild([](const TemporaryFolder &folder) -> std::string {
+    inHome([](const TemporaryFolder &folder) {
         std::map<std::string, std::string> expected;
         for (int byte = 1; byte < 256; ++byte) {
             const std::string name = {'n', static_cast<char>(byte), 'n'};
@@ -189,12 +178,11 @@ TEST(Trash, EncodesEveryByteOfAPath) {
             EXPECT_EQ(outcome(path), "trashed") << byte;
         }
         EXPECT_EQ(originalPaths(folder.path("home/data/Trash")), expected);
-        return {};
     });
 }
 
 TEST(Trash, LeavesWhatIsInTheTrashOrHoldsIt) {
-    inChild([](const TemporaryFolder &folder) -> std::string {
+    inHome([](const TemporaryFolder &folder) {
         EXPECT_EQ(outcome(folder.makeFile("file")), "trashed");
         EXPECT_EQ(outcome(folder.makeFolder("folder")), "trashed");
         folder.makeFile("home/data/Trash/files/folder/inner");
@@ -206,13 +194,12 @@ TEST(Trash, LeavesWhatIsInTheTrashOrHoldsIt) {
         EXPECT_EQ(outcome(folder.path("missing")), over(4, ENOENT));
         EXPECT_EQ(outcome(folder.path("home/.")), over(512, EINVAL));
         EXPECT_EQ(listing(folder.path()), before);
-        return {};
     });
 }
 
 TEST(Trash, LeavesWhatTheUserMayNotMove) {
-    inChild(
-        [](const TemporaryFolder &folder) -> std::string {
+    inHome(
+        [](const TemporaryFolder &folder) {
             const std::string file = folder.makeFile("locked/file");
             const std::string inner = folder.makeFolder("place/not writable");
             fs::permissions(folder.path("locked"), fs::perms(0555));
@@ -231,14 +218,13 @@ TEST(Trash, LeavesWhatTheUserMayNotMove) {
             const std::string hidden = folder.makeFile("unreadable/file");
             fs::permissions(folder.path("unreadable"), fs::perms(0333));
             EXPECT_EQ(outcome(hidden), "trashed");
-            return {};
         },
         As::ordinaryUser);
 }
 
 TEST(Trash, FailsWhereTheTrashCannotBeUsed) {
-    inChild(
-        [](const TemporaryFolder &folder) -> std::string {
+    inHome(
+        [](const TemporaryFolder &folder) {
             const std::string file = folder.makeFile("file");
             folder.makeFolder("home/data/Trash/info");
             const std::string trash = folder.path("home/data/Trash");
@@ -265,17 +251,16 @@ TEST(Trash, FailsWhereTheTrashCannotBeUsed) {
             fs::permissions(trash + "/info", fs::perms(0555));
             EXPECT_EQ(outcome(file), over(513, EACCES));
             EXPECT_TRUE(isThere(file));
-            return {};
         },
         As::ordinaryUser);
 }
 
 TEST(Trash, UsesTheTrashOfTheItemsVolume) {
-    inChild([](const TemporaryFolder &folder) -> std::string {
+    inHome([](const TemporaryFolder &folder) {
         const std::string volume = folder.makeFolder("volume"), other = folder.makeFolder("other");
         const std::string user = std::to_string(geteuid());
         if (!testing::ownMounts() || !testing::mountMemory(volume) || !testing::mountMemory(other))
-            return "mounting is not permitted here";
+            GTEST_SKIP() << "mounting is not permitted here";
         // Shared trashes that must not be used: without the sticky bit, a link.
         folder.makeFolder("volume/.Trash");
         folder.makeLink("other/.Trash", volume);
@@ -298,22 +283,21 @@ TEST(Trash, UsesTheTrashOfTheItemsVolume) {
         folder.writeFile("place/file", "kept");
         const std::string view = folder.makeFolder("view");
         if (!testing::mountAlsoAt(folder.path("place"), view))
-            return "mounting is not permitted here";
+            GTEST_SKIP() << "mounting is not permitted here";
         EXPECT_EQ(outcome(view + "/file"), "trashed");
         EXPECT_THAT(originalPaths(view + "/.Trash-" + user), ElementsAre(std::pair("file", "file")));
         EXPECT_EQ(contentOf(folder.path("place/.Trash-" + user + "/files/file")), "kept");
-        return {};
     });
 }
 
 TEST(Trash, LeavesTheItemWhereItsVolumeIsFullOrReadOnly) {
-    inChild([](const TemporaryFolder &folder) -> std::string {
+    inHome([](const TemporaryFolder &folder) {
         const std::string full = folder.makeFolder("full"), place = folder.makeFolder("place");
         const std::string fixed = folder.makeFolder("fixed");
         folder.writeFile("place/file", "kept");
         if (!testing::ownMounts() || !testing::mountMemory(full, 65'536) ||
             !testing::mountAlsoAt(place, fixed, true))
-            return "mounting is not permitted here";
+            GTEST_SKIP() << "mounting is not permitted here";
         folder.writeFile("full/first", "kept");
         folder.writeFile("full/second", "kept");
         EXPECT_EQ(outcome(full + "/first"), "trashed");
@@ -326,30 +310,28 @@ TEST(Trash, LeavesTheItemWhereItsVolumeIsFullOrReadOnly) {
         EXPECT_EQ(outcome(fixed + "/file"), over(642, EROFS));
         EXPECT_THAT(listing(place), ElementsAre("/file: file kept"));
         EXPECT_FALSE(isThere(folder.path("home/data")));
-        return {};
     });
 }
 
 TEST(Trash, RefusesAFolderThatSomebodyElsePrepared) {
     if (geteuid() != 0)
         GTEST_SKIP() << "only root can make folders of others";
-    inChild([](const TemporaryFolder &folder) -> std::string {
+    inHome([](const TemporaryFolder &folder) {
         const std::string volume = folder.makeFolder("volume");
         if (!testing::ownMounts() || !testing::mountMemory(volume))
-            return "mounting is not permitted here";
+            GTEST_SKIP() << "mounting is not permitted here";
         const std::string prepared = folder.makeFolder("volume/.Trash-0");
         folder.makeFolder("volume/.Trash-0/files");
         if (chown(prepared.c_str(), 65534, 65534) != 0)
-            return "mounting is not permitted here";
+            GTEST_SKIP() << "mounting is not permitted here";
         EXPECT_EQ(outcome(folder.makeFile("volume/file")), "3328");
         EXPECT_TRUE(isThere(volume + "/file"));
         EXPECT_THAT(listing(prepared), ElementsAre("/files: folder"));
-        return {};
     });
 }
 
 TEST(Trash, LooksAsTheDesktopsOwnToolLeavesIt) {
-    inChild([](const TemporaryFolder &folder) -> std::string {
+    inHome([](const TemporaryFolder &folder) {
         std::map<std::string, std::string> theirs;
         const std::vector<std::string> names = {"plain.txt", "a b%c", "caf\u00EB", "#?&+=;,:@!$'()*",
                                                 "x\xFF\n~"};
@@ -365,12 +347,11 @@ TEST(Trash, LooksAsTheDesktopsOwnToolLeavesIt) {
                     runProcess(platformTools().shell, {"-c", "exec gio trash " + quotedForShell(file)},
                                StandardError::withOutput);
                 if (!tool || tool->exitStatus != 0 || isThere(file))
-                    return "gio trash does not work here";
+                    GTEST_SKIP() << "gio trash does not work here";
             }
         }
         EXPECT_EQ(originalPaths(folder.path("ours/Trash")), originalPaths(folder.path("theirs/Trash")));
         EXPECT_EQ(listing(folder.path("ours/Trash/files")), listing(folder.path("theirs/Trash/files")));
-        return {};
     });
 }
 

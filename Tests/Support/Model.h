@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Core/CorvelModel.h"
+
+#include <QTest>
+
+namespace brimvale::testing {
+
+/// Lets the event loop run until a scan has given a tree; false when it has not after a minute.
+[[nodiscard]] inline bool waitUntilScanned(const CorvelModel &model) {
+    return QTest::qWaitFor([&] { return !*model.isScanning && *model.tree != nullptr; }, 60'000);
+}
+
+/// The same until no removal is under way.
+[[nodiscard]] inline bool waitUntilRemoved(const CorvelModel &model) {
+    return QTest::qWaitFor([&] { return !model.isRemoving(); }, 60'000);
+}
+
+} // namespace brimvale::testing
