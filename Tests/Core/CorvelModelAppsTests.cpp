@@ -1,9 +1,9 @@
 #include "Core/CorvelModel.h"
 
-#include "Platform/Host.h"
+#include "Support/Model.h"
 #include "Support/RecordingActions.h"
 #include "Support/SampleApps.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/SampleHome.h"
 
 #include <QTest>
 #include <algorithm>
@@ -23,22 +23,17 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
+using testing::waitUntilRemoved;
 
 /// A user of macOS with two applications that have leftovers, and a few more that have none.
 class CorvelModelApps : public ::testing::Test {
 protected:
     CorvelModelApps() {
-        qputenv("HOME", home.path().c_str());
-        Host::useSystem(System::macOS);
         for (const char *name : {"Acme", "Beta", "Tool 2", "Tool 10"})
             testing::makeBundle(home, bundle(name), {std::string("com.example.") + name, name, {}, {}, {}});
         home.makeFile("Library/Caches/com.example.Acme/data", 50'000);
         home.makeFile("Library/Preferences/com.example.Acme.plist", 100);
         home.makeFile("Library/Logs/com.example.Beta", 100);
-    }
-    ~CorvelModelApps() override {
-        Host::useSystem(std::nullopt);
-        qputenv("HOME", homeBefore_);
     }
 
     static std::string bundle(const std::string &name) { return "Applications/" + name + ".app"; }
@@ -49,9 +44,6 @@ protected:
     }
     bool waitUntilLoaded() const {
         return QTest::qWaitFor([&] { return !*model.isLoadingApps; }, 20'000);
-    }
-    bool waitUntilRemoved() const {
-        return QTest::qWaitFor([&] { return !model.isRemoving(); }, 20'000);
     }
 
     /// The row of an application, null where it is not listed.
@@ -69,12 +61,9 @@ protected:
         return names;
     }
 
-    testing::TemporaryFolder home;
+    testing::SampleHome home;
     testing::RecordingActions actions;
     CorvelModel model{nullptr, actions};
-
-private:
-    QByteArray homeBefore_ = qgetenv("HOME");
 };
 
 /// Notes how often a list is published that nothing in has been analysed yet.
@@ -95,8 +84,6 @@ public:
 private:
     std::ptrdiff_t analyzedBefore_ = 0;
 };
-
-const FileError noPermission{FileError::Domain::cocoa, 513, "no", nullptr};
 
 } // namespace
 
@@ -155,17 +142,11 @@ TEST_F(CorvelModelApps, AreLoadedOnceAtATime) {
 
 TEST_F(CorvelModelApps, ThatVanishAreFollowed) {
     load();
+    const InstalledApp beta = find("Beta")->app;
     std::filesystem::remove_all(home.path(bundle("Beta")));
     load();
     EXPECT_EQ(find("Beta"), nullptr);
-    model.uninstall({.url = FileURL(home.path(bundle("Beta"))),
-                     .name = "Beta",
-                     .bundleID = {},
-                     .version = {},
-                     .isSystemApp = false,
-                     .isMASApp = false,
-                     .lastUsed = {}},
-                    {}, true, RemovalMode::trash);
+    model.uninstall(beta, {}, true, RemovalMode::trash);
     EXPECT_FALSE(model.isRemoving()) << "what is not listed is not removed";
     EXPECT_THAT(actions.calls, IsEmpty());
 }
@@ -174,7 +155,7 @@ TEST_F(CorvelModelApps, KeepTheirRowWithoutTheLeftoversThatAreGone) {
     load();
     const AppRow acme = *find("Acme");
     model.uninstall(acme.app, {acme.leftovers[0]}, false, RemovalMode::deleteNow);
-    ASSERT_TRUE(waitUntilRemoved());
+    ASSERT_TRUE(waitUntilRemoved(model));
     EXPECT_THAT(actions.calls, ElementsAre("delete " + home.path("Library/Caches/com.example.Acme")));
     EXPECT_THAT(leftoversOf("Acme"), ElementsAre("com.example.Acme.plist"));
     EXPECT_EQ(find("Acme")->bundleSize, acme.bundleSize);
@@ -187,7 +168,7 @@ TEST_F(CorvelModelApps, GoWithTheirBundle) {
     const AppRow acme = *find("Acme");
     const std::size_t others = model.apps->size() - 1;
     model.uninstall(acme.app, acme.leftovers, true, RemovalMode::trash);
-    ASSERT_TRUE(waitUntilRemoved());
+    ASSERT_TRUE(waitUntilRemoved(model));
     EXPECT_THAT(actions.calls, ElementsAre("trash " + home.path("Library/Caches/com.example.Acme"),
                                            "trash " + home.path("Library/Preferences/com.example.Acme.plist"),
                                            "trash " + home.path(bundle("Acme"))));
@@ -202,7 +183,7 @@ TEST_F(CorvelModelApps, StayWhereTheirBundleCannotBeRemoved) {
     const AppRow acme = *find("Acme");
     actions.errors.emplace(acme.app.url.path(), FileError::posix(EBUSY));
     model.uninstall(acme.app, {acme.leftovers[1]}, true, RemovalMode::deleteNow);
-    ASSERT_TRUE(waitUntilRemoved());
+    ASSERT_TRUE(waitUntilRemoved(model));
     ASSERT_EQ((*model.lastResult)->failed.size(), 1U);
     EXPECT_EQ((*model.lastResult)->failed[0].url, acme.app.url);
     ASSERT_NE(find("Acme"), nullptr);
@@ -212,9 +193,10 @@ TEST_F(CorvelModelApps, StayWhereTheirBundleCannotBeRemoved) {
 TEST_F(CorvelModelApps, LoseTheLeftoversThatTheAdministratorRemoves) {
     load();
     const AppRow acme = *find("Acme");
-    actions.errors = {{acme.app.url.path(), noPermission}, {acme.leftovers[0].url.path(), noPermission}};
+    actions.refuse(acme.app.url.path());
+    actions.refuse(acme.leftovers[0].url.path());
     model.uninstall(acme.app, acme.leftovers, true, RemovalMode::deleteNow);
-    ASSERT_TRUE(waitUntilRemoved());
+    ASSERT_TRUE(waitUntilRemoved(model));
     EXPECT_THAT((*model.lastResult)->needsAdmin, UnorderedElementsAre(acme.app.url, acme.leftovers[0].url));
     EXPECT_THAT(actions.calls, ::testing::SizeIs(3)) << "nobody is asked for a password unbidden";
     ASSERT_NE(find("Acme"), nullptr);
@@ -224,7 +206,7 @@ TEST_F(CorvelModelApps, LoseTheLeftoversThatTheAdministratorRemoves) {
         std::filesystem::remove_all(acme.leftovers[0].url.path());
     };
     model.escalate((*model.lastResult)->needsAdmin);
-    ASSERT_TRUE(waitUntilRemoved());
+    ASSERT_TRUE(waitUntilRemoved(model));
     ASSERT_NE(find("Acme"), nullptr) << "its bundle is still there";
     EXPECT_THAT(leftoversOf("Acme"), IsEmpty());
     EXPECT_NE(find("Beta"), nullptr);

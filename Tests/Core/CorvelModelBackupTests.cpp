@@ -1,12 +1,12 @@
 #include "Core/CorvelModel.h"
-#include "Support/RecordingActions.h"
+#include "Support/HeldRemoval.h"
+#include "Support/Model.h"
 #include "Support/TemporaryFolder.h"
 
 #include <QTest>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <semaphore>
 
 namespace brimvale {
 
@@ -19,6 +19,7 @@ using ::testing::IsEmpty;
 using testing::RecordingActions;
 using ::testing::StartsWith;
 using testing::TemporaryFolder;
+using testing::waitUntilRemoved;
 
 /// A model, two items, and a folder for backups that is not there yet.
 class CorvelModelBackup : public ::testing::Test {
@@ -38,10 +39,6 @@ protected:
 
     [[nodiscard]] bool waitUntilArchived() const {
         return QTest::qWaitFor([this] { return !*model->isArchiving; }, 20'000);
-    }
-
-    [[nodiscard]] bool waitUntilRemoved() const {
-        return QTest::qWaitFor([this] { return !model->isRemoving(); }, 20'000);
     }
 
     TemporaryFolder folder;
@@ -82,7 +79,7 @@ TEST_F(CorvelModelBackup, IsReviewedBeforeAnythingGoes) {
     const std::string second((*model->pendingDeletion)->destination.lastPathComponent());
     model->confirmPendingDeletion();
     EXPECT_EQ(*model->pendingDeletion, std::nullopt);
-    ASSERT_TRUE(waitUntilRemoved());
+    ASSERT_TRUE(waitUntilRemoved(*model));
     EXPECT_EQ(*model->archiveStatus, "Backed up to " + second + ", then removed the originals.");
     EXPECT_THAT(actions.calls, ElementsAre("delete " + folder.path("items/two")));
 }
@@ -151,21 +148,15 @@ TEST_F(CorvelModelBackup, WaitsWithTheOriginalsForAnotherRemoval) {
     begin({entry("two")});
     ASSERT_TRUE(waitUntilArchived());
     ASSERT_TRUE(*model->pendingDeletion);
-    std::binary_semaphore begun{0}, goOn{0};
-    actions.onItem = [&](RemovalProgress *) {
-        begun.release();
-        goOn.acquire();
-    };
+    testing::HeldRemoval held(actions);
     model->removeCleanupEntries({entry("one")}, RemovalMode::trash);
-    begun.acquire();
+    held.waitUntilCalled();
     model->confirmPendingDeletion();
     EXPECT_EQ(*model->pendingDeletion, std::nullopt);
     EXPECT_EQ(*model->archiveStatus, std::nullopt) << "they are not removed yet";
-    goOn.release();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return begun.try_acquire(); }, 20'000));
+    held.letGoOn(2);
+    ASSERT_TRUE(waitUntilRemoved(*model));
     EXPECT_THAT(model->archiveStatus->value_or(""), EndsWith(", then removed the originals."));
-    goOn.release();
-    ASSERT_TRUE(waitUntilRemoved());
     EXPECT_THAT(actions.calls,
                 ElementsAre("trash " + folder.path("items/one"), "trash " + folder.path("items/two")));
 }

@@ -3,6 +3,7 @@
 #include "Core/CleanupCatalog.h"
 #include "Core/CleanupEntries.h"
 #include "Core/StorageFigures.h"
+#include "Support/Model.h"
 #include "Support/PublishedWriter.h"
 #include "Support/RecordingActions.h"
 #include "Support/SampleHome.h"
@@ -15,6 +16,8 @@ namespace brimvale {
 
 namespace {
 
+using testing::waitUntilRemoved;
+
 constexpr int patience = 60'000;
 
 class CorvelModelMeasuring : public ::testing::Test {
@@ -22,10 +25,6 @@ protected:
     void measureCleanup() {
         model.measureCleanup();
         ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isMeasuringCleanup; }, patience));
-    }
-
-    void waitUntilRemoved() {
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !model.isRemoving(); }, patience));
     }
 
     [[nodiscard]] const CleanupTarget &target(std::string_view id) const {
@@ -128,10 +127,10 @@ TEST_F(CorvelModelMeasuring, CleanupForgetsWhatIsGone) {
     for (const std::size_t i : {1U, 2U})
         app.leftovers.push_back({caches[i].url, "Caches", MatchConfidence::exact, caches[i].size, false});
     PublishedWriter::set(model.apps, {app});
-    actions.errors.emplace(caches[2].url.path(), FileError{FileError::Domain::cocoa, 513, "no", nullptr});
+    actions.refuse(caches[2].url.path());
 
     model.removeCleanupEntries(caches, RemovalMode::deleteNow);
-    waitUntilRemoved();
+    ASSERT_TRUE(waitUntilRemoved(model));
 
     ASSERT_TRUE(*model.lastResult);
     EXPECT_EQ((*model.lastResult)->succeeded.size(), 2U);
@@ -214,11 +213,11 @@ TEST_F(CorvelModelMeasuring, TheRemainderIsWhatTheVolumeLeaves) {
 TEST_F(CorvelModelMeasuring, RemovedRowsLeaveTheirCategoryBeforeTheVolumesAreRead) {
     showCategories();
     const std::vector<CleanupEntry> rows = model.category("documents")->entries;
-    actions.errors.emplace(rows[1].url.path(), FileError{FileError::Domain::cocoa, 513, "no", nullptr});
+    actions.refuse(rows[1].url.path());
     QObject::connect(&model, &CorvelModel::lastResultChanged,
                      [&] { PublishedWriter::set(model.volumes, {volumeUsing(5'000)}); });
     model.removeCategoryEntries(rows, RemovalMode::trash);
-    waitUntilRemoved();
+    ASSERT_TRUE(waitUntilRemoved(model));
 
     EXPECT_EQ(actions.calls.size(), 2U);
     EXPECT_EQ(places(model.category("documents")->entries), Places{"Documents/small"});

@@ -66,16 +66,6 @@ TEST(CorvelModel, PublishesAFinishedScan) {
     EXPECT_EQ((*model.tree)->path(), folder.path());
 }
 
-TEST(CorvelModel, InstallsAnEmptyRootWhereNothingExists) {
-    const TemporaryFolder folder;
-    CorvelModel model;
-    model.startScan(folder.path("missing"));
-    ASSERT_TRUE(waitUntilIdle(model));
-    ASSERT_NE(*model.tree, nullptr);
-    EXPECT_TRUE((*model.tree)->children().empty());
-    EXPECT_EQ(*model.scanBytes, 0);
-}
-
 TEST(CorvelModel, NeverInstallsASupersededScan) {
     const TemporaryFolder folder;
     for (int i = 0; i < 300; ++i)
@@ -141,19 +131,6 @@ TEST(CorvelModel, EndsWithoutATreeWhenStopped) {
     // A page that wants to stop a session without a scan ends it itself.
     model.finishScan(nullptr);
     EXPECT_FALSE(*model.isScanning);
-}
-
-TEST(CorvelModel, KeepsAScanRunningWhenAnotherRootIsChosen) {
-    const TemporaryFolder folder;
-    folder.makeFile("a/file", 1);
-    CorvelModel model;
-    model.startScan(folder.path());
-    QSignalSpy changes(&model, &CorvelModel::scanRootPathChanged);
-    model.chooseScanRoot("/elsewhere");
-    EXPECT_EQ(changes.count(), 1);
-    EXPECT_TRUE(*model.isScanning);
-    ASSERT_TRUE(waitUntilIdle(model));
-    EXPECT_EQ((*model.tree)->path(), folder.path());
 }
 
 TEST(CorvelModel, MayGoWhileItScans) {
