@@ -1,10 +1,8 @@
 #include "Views/AppsView.h"
 
 #include "Core/Formatting.h"
-#include "Platform/Host.h"
-#include "Support/RecordingActions.h"
+#include "Support/PageTest.h"
 #include "Support/SampleApps.h"
-#include "Support/TemporaryFolder.h"
 #include "Views/Apps/AppDetail.h"
 #include "Views/Apps/AppListModel.h"
 #include "Views/Components/StateMessage.h"
@@ -18,8 +16,6 @@
 #include <QListView>
 #include <QPointer>
 #include <QProcess>
-#include <QPushButton>
-#include <QTest>
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
@@ -34,13 +30,9 @@ namespace brimvale {
 namespace {
 
 using ::testing::ElementsAre;
+using testing::eventually;
+using testing::find;
 using ::testing::IsEmpty;
-
-/// A part of the page, by its object name.
-template<class Widget>
-Widget &find(const QWidget &in, const char *name) {
-    return *in.findChild<Widget *>(QLatin1String(name));
-}
 
 /// The leftovers that are shown under a heading.
 QListView &leftovers(const QWidget &in, const char *group) {
@@ -60,22 +52,15 @@ int tickedIn(const QListView &list) {
 
 /// The page of a user of macOS with a few applications. "Acme" has leftovers of both kinds, of which one is
 /// claimed by "Acme Pro" too; "Bare" has none.
-class AppsPage : public ::testing::Test {
+class AppsPage : public testing::PageTest<AppsView> {
 protected:
     AppsPage() {
-        qputenv("HOME", home.path().c_str());
-        Host::useSystem(System::macOS);
         makeApp("Acme", "com.example.acme");
         makeApp("Acme Pro", "com.example.acme.pro");
         makeApp("Bare", "com.example.bare");
         home.makeFile("Library/Caches/com.example.acme/data", 50'000);
         home.makeFile("Library/LaunchAgents/com.example.acme.pro.plist", 100);
         home.makeFile("Library/LaunchAgents/Acme.plist", 100);
-        page.resize(1000, 700);
-    }
-    ~AppsPage() override {
-        Host::useSystem(std::nullopt);
-        qputenv("HOME", homeBefore_);
     }
 
     void makeApp(const std::string &name, const std::string &identifier) {
@@ -83,22 +68,15 @@ protected:
     }
 
     void open() {
-        page.show();
-        page.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isLoadingApps; }, 20'000));
-    }
-
-    template<class Widget>
-    Widget &find(const char *name) {
-        return brimvale::find<Widget>(page, name);
+        testing::activate(page);
+        ASSERT_TRUE(eventually([&] { return !*model.isLoadingApps; }));
     }
 
     void choose(const std::string &name) {
         const QModelIndex row = rowOf(name);
         list.scrollTo(row);
         QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(row).center());
-        EXPECT_EQ(find<QLabel>("appName").text().toStdString(), name);
+        EXPECT_EQ(chosen(), name);
     }
 
     QModelIndex rowOf(const std::string &name) {
@@ -111,23 +89,17 @@ protected:
 
     bool isSelected(const std::string &name) { return list.selectionModel()->isSelected(rowOf(name)); }
 
-    QString chosen() { return find<QLabel>("appName").text(); }
+    std::string chosen() { return text("appName"); }
+    void tickAll(const char *group) { click(testing::find<TickBox>(find<QWidget>(group), "tickAll")); }
     QPushButton &remove() { return find<QPushButton>("remove"); }
-    QDialog *sheet() { return page.findChild<QDialog *>(QStringLiteral("removalSheet")); }
+    QDialog *sheet() { return page.findChild<QDialog *>("removalSheet"); }
 
     void confirm() {
-        QTest::mouseClick(&brimvale::find<QPushButton>(*sheet(), "confirm"), Qt::LeftButton);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !model.isRemoving() && sheet() == nullptr; }, 20'000));
+        testing::click(*sheet(), "confirm");
+        ASSERT_TRUE(eventually([&] { return !model.isRemoving() && sheet() == nullptr; }));
     }
 
-    testing::TemporaryFolder home;
-    testing::RecordingActions actions;
-    CorvelModel model{nullptr, actions};
-    AppsView page{model};
     QListView &list = find<QListView>("apps");
-
-private:
-    QByteArray homeBefore_ = qgetenv("HOME");
 };
 
 } // namespace
@@ -139,16 +111,16 @@ TEST_F(AppsPage, ListsTheAppsBeforeTheyAreAnalysed) {
             return;
         EXPECT_EQ(list.model()->rowCount(), static_cast<int>(model.apps->size()));
         EXPECT_EQ(rowOf("Acme").data(AppListModel::sizeRole).toString(), QString());
-        EXPECT_TRUE(find<QWidget>("appProgress").isVisible());
+        EXPECT_TRUE(isVisible("appProgress"));
         list.setCurrentIndex(rowOf("Acme"));
-        EXPECT_EQ(find<QLabel>("appFacts").text(), QStringLiteral("Not analysed yet"));
+        EXPECT_EQ(text("appFacts"), "Not analysed yet");
         EXPECT_FALSE(find<QCheckBox>("includeBundle").isEnabled()) << "nobody knows what that frees";
     });
     open();
     EXPECT_TRUE(wasListed);
-    EXPECT_FALSE(find<QWidget>("appProgress").isVisible());
+    EXPECT_FALSE(isVisible("appProgress"));
     EXPECT_NE(rowOf("Acme").data(AppListModel::sizeRole).toString(), QString());
-    EXPECT_NE(find<QLabel>("appFacts").text(), QStringLiteral("Not analysed yet"));
+    EXPECT_NE(text("appFacts"), "Not analysed yet");
     EXPECT_TRUE(find<QCheckBox>("includeBundle").isEnabled());
 }
 
@@ -159,29 +131,29 @@ TEST_F(AppsPage, ShowsTheLeftoversOfOneAppAndTicksNone) {
     QListView &exact = leftovers(page, "exactLeftovers");
     QListView &likely = leftovers(page, "likelyLeftovers");
     ASSERT_EQ(exact.model()->rowCount(), 2);
-    EXPECT_EQ(shown(exact, 0), QStringLiteral("com.example.acme"));
+    EXPECT_EQ(shown(exact, 0), "com.example.acme");
     EXPECT_EQ(shown(exact, 0, EntryListModel::noteRole), QString());
-    EXPECT_EQ(shown(exact, 1), QStringLiteral("com.example.acme.pro.plist"));
-    EXPECT_EQ(shown(exact, 1, EntryListModel::noteRole), QStringLiteral("Also claimed by Acme Pro"));
+    EXPECT_EQ(shown(exact, 1), "com.example.acme.pro.plist");
+    EXPECT_EQ(shown(exact, 1, EntryListModel::noteRole), "Also claimed by Acme Pro");
     ASSERT_EQ(likely.model()->rowCount(), 1);
-    EXPECT_FALSE(find<QLabel>("leftoverState").isVisible());
+    EXPECT_FALSE(isVisible("leftoverState"));
     EXPECT_EQ(tickedIn(exact) + tickedIn(likely), 0);
     EXPECT_FALSE(find<QCheckBox>("includeBundle").isChecked());
     EXPECT_FALSE(remove().isEnabled());
 
     // What is ticked is ticked for the app that is shown.
-    QTest::mouseClick(&brimvale::find<TickBox>(find<QWidget>("exactLeftovers"), "tickAll"), Qt::LeftButton);
+    tickAll("exactLeftovers");
     EXPECT_EQ(tickedIn(exact), 2);
     EXPECT_EQ(tickedIn(likely), 0);
     choose("Acme Pro");
     EXPECT_EQ(exact.model()->rowCount(), 1);
     EXPECT_EQ(tickedIn(exact), 0);
     EXPECT_FALSE(remove().isEnabled());
-    EXPECT_FALSE(find<QWidget>("likelyLeftovers").isVisible());
+    EXPECT_FALSE(isVisible("likelyLeftovers"));
     choose("Bare");
-    EXPECT_FALSE(find<QWidget>("exactLeftovers").isVisible());
-    EXPECT_EQ(find<QLabel>("leftoverState").text(), QStringLiteral("No files found outside the bundle."));
-    EXPECT_TRUE(find<QLabel>("leftoverState").isVisible());
+    EXPECT_FALSE(isVisible("exactLeftovers"));
+    EXPECT_EQ(text("leftoverState"), "No files found outside the bundle.");
+    EXPECT_TRUE(isVisible("leftoverState"));
 }
 
 TEST_F(AppsPage, IsWorkedByKeys) {
@@ -190,11 +162,11 @@ TEST_F(AppsPage, IsWorkedByKeys) {
     QTest::keyClick(page.focusWidget(), Qt::Key_Tab);
     ASSERT_TRUE(list.hasFocus());
     EXPECT_EQ(list.selectionModel()->selectedIndexes().size(), 1) << "what is shown can be seen in the list";
-    QTest::keyClicks(&list, QStringLiteral("acme p"));
-    EXPECT_EQ(chosen(), QStringLiteral("Acme Pro"));
+    QTest::keyClicks(&list, "acme p");
+    EXPECT_EQ(chosen(), "Acme Pro");
     EXPECT_TRUE(isSelected("Acme Pro"));
     QTest::keyClick(&list, Qt::Key_Up);
-    EXPECT_EQ(chosen(), QStringLiteral("Acme"));
+    EXPECT_EQ(chosen(), "Acme");
     QTest::keyClick(&list, Qt::Key_Delete);
     EXPECT_EQ(sheet(), nullptr) << "nothing is ticked";
 
@@ -208,7 +180,7 @@ TEST_F(AppsPage, IsWorkedByKeys) {
     ASSERT_NE(sheet(), nullptr);
     const QPointer<QDialog> asked = sheet();
     QTest::keyClick(asked, Qt::Key_Escape);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return asked.isNull(); }));
+    ASSERT_TRUE(eventually([&] { return asked.isNull(); }));
     EXPECT_EQ(tickedIn(exact), 1);
     EXPECT_THAT(actions.calls, IsEmpty());
 }
@@ -224,7 +196,7 @@ TEST_F(AppsPage, KeepsTheFocusAtTheToggleWhileItLoads) {
     EXPECT_TRUE(toggle.hasFocus());
     QTest::keyClick(&toggle, Qt::Key_Space);
     EXPECT_FALSE(*model.includeSystemApps);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isLoadingApps; }, 20'000));
+    ASSERT_TRUE(eventually([&] { return !*model.isLoadingApps; }));
     EXPECT_FALSE(toggle.isChecked());
     EXPECT_TRUE(toggle.hasFocus());
     EXPECT_TRUE(rowOf("Acme").isValid());
@@ -233,12 +205,12 @@ TEST_F(AppsPage, KeepsTheFocusAtTheToggleWhileItLoads) {
 TEST_F(AppsPage, ForgetsTheTicksWhenTheAppsAreLoadedAgain) {
     open();
     choose("Acme");
-    QTest::mouseClick(&brimvale::find<TickBox>(find<QWidget>("exactLeftovers"), "tickAll"), Qt::LeftButton);
+    tickAll("exactLeftovers");
     find<QCheckBox>("includeBundle").click();
     EXPECT_TRUE(remove().isEnabled());
     find<QCheckBox>("includeSystemApps").click();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isLoadingApps; }, 20'000));
-    EXPECT_EQ(chosen(), QStringLiteral("Acme")) << "the app stays chosen";
+    ASSERT_TRUE(eventually([&] { return !*model.isLoadingApps; }));
+    EXPECT_EQ(chosen(), "Acme") << "the app stays chosen";
     EXPECT_TRUE(isSelected("Acme"));
     EXPECT_FALSE(find<QCheckBox>("includeBundle").isChecked());
     EXPECT_FALSE(remove().isEnabled());
@@ -251,20 +223,20 @@ TEST_F(AppsPage, NarrowsTheListByNameAndIdentifier) {
     auto &search = find<QLineEdit>("search");
     QTest::keyClick(&page, Qt::Key_F, Qt::ControlModifier);
     ASSERT_TRUE(search.hasFocus());
-    QTest::keyClicks(&search, QStringLiteral("ACME.PRO"));
+    QTest::keyClicks(&search, "ACME.PRO");
     EXPECT_EQ(list.model()->rowCount(), 1);
     EXPECT_TRUE(rowOf("Acme Pro").isValid());
-    QTest::keyClicks(&search, QStringLiteral("zz"));
-    EXPECT_TRUE(find<QLabel>("noMatch").isVisible());
-    EXPECT_EQ(chosen(), QStringLiteral("Acme"));
+    QTest::keyClicks(&search, "zz");
+    EXPECT_TRUE(isVisible("noMatch"));
+    EXPECT_EQ(chosen(), "Acme");
     EXPECT_TRUE(find<QCheckBox>("includeBundle").isChecked()) << "a search chooses nothing";
     QTest::keyClick(&search, Qt::Key_Home);
     QTest::keyClick(&search, Qt::Key_Delete);
-    EXPECT_EQ(search.text(), QStringLiteral("CME.PROzz"));
+    EXPECT_EQ(search.text(), "CME.PROzz");
     EXPECT_EQ(sheet(), nullptr) << "the key belongs to the text";
     QTest::keyClick(&search, Qt::Key_Escape);
     EXPECT_EQ(search.text(), QString());
-    EXPECT_FALSE(find<QLabel>("noMatch").isVisible());
+    EXPECT_FALSE(isVisible("noMatch"));
     EXPECT_TRUE(list.hasFocus());
     EXPECT_TRUE(isSelected("Acme"));
 }
@@ -272,22 +244,22 @@ TEST_F(AppsPage, NarrowsTheListByNameAndIdentifier) {
 TEST_F(AppsPage, RemovesWhatWasConfirmed) {
     open();
     choose("Acme");
-    QTest::mouseClick(&brimvale::find<TickBox>(find<QWidget>("likelyLeftovers"), "tickAll"), Qt::LeftButton);
+    tickAll("likelyLeftovers");
     find<QCheckBox>("includeBundle").click();
     const AppRow row = *std::find_if(model.apps->begin(), model.apps->end(),
                                      [](const AppRow &one) { return one.app.name == "Acme"; });
     const std::string size = Fmt::byteFormatter(row.bundleSize + row.leftovers.back().size);
     EXPECT_EQ(remove().text().toStdString(), "Remove 2 Items, " + size + "…");
-    QTest::mouseClick(&remove(), Qt::LeftButton);
+    click(remove());
     ASSERT_NE(sheet(), nullptr);
-    EXPECT_EQ(brimvale::find<QLabel>(*sheet(), "remark").text().toStdString(),
+    EXPECT_EQ(testing::shown(*sheet(), "remark"),
               "This removes the app bundle and 1 supporting item, freeing about " + size);
     confirm();
     EXPECT_THAT(actions.calls, ElementsAre("trash " + home.path("Library/LaunchAgents/Acme.plist"),
                                            "trash " + home.path("Applications/Acme.app")));
     EXPECT_FALSE(rowOf("Acme").isValid());
     EXPECT_TRUE(page.findChild<StateMessage *>()->isVisible());
-    EXPECT_FALSE(find<QWidget>("appDetail").isVisible());
+    EXPECT_FALSE(isVisible("appDetail"));
     EXPECT_FALSE(remove().isEnabled());
 }
 
@@ -301,13 +273,13 @@ TEST_F(AppsPage, KeepsAnAppWhoseBundleCannotBeRemoved) {
         QPoint(16 + tickBoxSize / 2, exact.visualRect(exact.model()->index(0, 0)).center().y()));
     ASSERT_EQ(tickedIn(exact), 1);
     find<QCheckBox>("includeBundle").click();
-    QTest::mouseClick(&remove(), Qt::LeftButton);
+    click(remove());
     ASSERT_NE(sheet(), nullptr);
     confirm();
     EXPECT_TRUE(isSelected("Acme"));
-    EXPECT_EQ(chosen(), QStringLiteral("Acme"));
+    EXPECT_EQ(chosen(), "Acme");
     EXPECT_EQ(exact.model()->rowCount(), 1) << "the leftover has gone";
-    EXPECT_EQ(find<QLabel>("selection").text().left(7), QStringLiteral("1 item ")) << "which is the bundle";
+    EXPECT_EQ(text("selection").substr(0, 7), "1 item ") << "which is the bundle";
 }
 
 TEST_F(AppsPage, WarnsOfAnAppThatRuns) {
@@ -323,16 +295,15 @@ TEST_F(AppsPage, WarnsOfAnAppThatRuns) {
     open();
     auto &note = find<QLabel>("note");
     choose("Running");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return note.isVisible(); }, 20'000));
-    EXPECT_EQ(note.text(),
-              QStringLiteral("The app is running. Quit it first so it does not rewrite its files."));
+    EXPECT_TRUE(eventually([&] { return note.isVisible(); }));
+    EXPECT_EQ(note.text(), "The app is running. Quit it first so it does not rewrite its files.");
     choose("Bare");
     EXPECT_FALSE(note.isVisible());
     choose("Running");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return note.isVisible(); }, 20'000));
+    EXPECT_TRUE(eventually([&] { return note.isVisible(); }));
     process.closeWriteChannel();
     process.waitForFinished();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !note.isVisible(); }, 20'000)) << "it has been quit";
+    EXPECT_TRUE(eventually([&] { return !note.isVisible(); })) << "it has been quit";
 }
 
 TEST(AppDetail, RemovesNoSystemAppAndMarksWhatTheSystemOwns) {
@@ -355,11 +326,11 @@ TEST(AppDetail, RemovesNoSystemAppAndMarksWhatTheSystemOwns) {
     detail.show(row, {row, other});
     detail.setVisible(true);
     auto &bundle = find<QCheckBox>(detail, "includeBundle");
-    EXPECT_EQ(bundle.text(), QStringLiteral("Remove the app itself"));
+    EXPECT_EQ(bundle.text(), "Remove the app itself");
     EXPECT_FALSE(find<QLabel>(detail, "systemApp").isVisible());
     EXPECT_EQ(shown(leftovers(detail, "exactLeftovers"), 0, EntryListModel::noteRole),
-              QStringLiteral("Owned by the system. Removing it asks for your password.\n"
-                             "Also claimed by Other"));
+              "Owned by the system. Removing it asks for your password.\n"
+              "Also claimed by Other");
     bundle.click();
     EXPECT_TRUE(detail.includesBundle());
 
@@ -367,8 +338,7 @@ TEST(AppDetail, RemovesNoSystemAppAndMarksWhatTheSystemOwns) {
     system.app.isSystemApp = true;
     detail.show(system, {system});
     EXPECT_FALSE(bundle.isVisible());
-    EXPECT_EQ(find<QLabel>(detail, "systemApp").text(),
-              QStringLiteral("This is a system app. Brimvale will not remove it."));
+    EXPECT_EQ(find<QLabel>(detail, "systemApp").text(), "This is a system app. Brimvale will not remove it.");
     EXPECT_TRUE(find<QLabel>(detail, "systemApp").isVisible());
     EXPECT_FALSE(detail.includesBundle()) << "though the box was ticked";
     EXPECT_THAT(detail.leftovers(), IsEmpty());

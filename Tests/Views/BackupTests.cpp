@@ -1,20 +1,13 @@
-#include "Core/Updater.h"
-#include "Platform/Host.h"
-#include "Support/RecordingActions.h"
+#include "Support/PageTest.h"
 #include "Support/SampleMessages.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/WholeWindow.h"
 #include "Views/BackupReviewView.h"
 #include "Views/CategoryDetailView.h"
-#include "Views/Components/NoteLabel.h"
 #include "Views/Components/RemovalModePicker.h"
-#include "Views/ContentView.h"
 #include "Views/Entries/EntryList.h"
 
-#include <QLabel>
 #include <QPointer>
-#include <QPushButton>
 #include <QSignalSpy>
-#include <QTest>
 #include <filesystem>
 #include <functional>
 #include <gmock/gmock.h>
@@ -26,56 +19,32 @@ namespace {
 
 namespace fs = std::filesystem;
 using ::testing::ElementsAre;
+using testing::eventually;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using testing::shown;
 using ::testing::StartsWith;
-using testing::TemporaryFolder;
-
-/// The text of a label or note in a window; empty where it is not to be seen.
-std::string shown(const QWidget &window, const char *name) {
-    const auto *part = window.findChild<QWidget *>(QLatin1String(name));
-    if (part == nullptr || !part->isVisible())
-        return "";
-    const auto *note = qobject_cast<const NoteLabel *>(part);
-    return (note != nullptr ? note->text() : qobject_cast<const QLabel *>(part)->text()).toStdString();
-}
-
-void click(const QWidget &window, const char *name) {
-    QTest::mouseClick(window.findChild<QPushButton *>(QLatin1String(name)), Qt::LeftButton);
-}
 
 /// The window, on the Messages page of a Mac with a database and an attachment.
-class MessagesPage : public ::testing::Test {
+class MessagesPage : public testing::PageTest<testing::WholeWindow> {
 protected:
     MessagesPage() {
         home.makeFile("Library/Messages/Attachments/photo", 3'000'000);
         EXPECT_TRUE(testing::makeDatabase(database(), {{.id = 1, .displayName = "Ada", .identifier = "1"}},
                                           {{.text = "Hello"}}));
-        qputenv("HOME", home.path().c_str());
-        Host::useSystem(System::macOS);
-        model.emplace(nullptr, actions);
-        window.emplace(*model, updater);
-        window->goTo({Section::Kind::category, "messages"});
-        window->show();
-        window->activateWindow();
-    }
-    ~MessagesPage() override {
-        window.reset();
-        model.reset();
-        Host::useSystem(std::nullopt);
-        qputenv("HOME", homeBefore_);
+        page.goTo({Section::Kind::category, "messages"});
     }
 
     [[nodiscard]] std::string database() const { return home.path("Library/Messages/chat.db"); }
     [[nodiscard]] std::string attachments() const { return home.path("Library/Messages/Attachments"); }
-    [[nodiscard]] QWidget &page() const { return *window->findChild<CategoryDetailView *>(); }
+    [[nodiscard]] QWidget &category() const { return *page.findChild<CategoryDetailView *>(); }
 
     /// Measures, and ticks the attachments and the database with the keyboard.
     void tickAll() {
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&*window));
-        click(page(), "measure");
-        ASSERT_TRUE(QTest::qWaitFor([&] { return model->category("messages")->measured; }, 60'000));
-        auto *list = page().findChild<EntryList *>();
+        testing::activate(page);
+        testing::click(category(), "measure");
+        ASSERT_TRUE(eventually([&] { return model.category("messages")->measured; }));
+        auto *list = category().findChild<EntryList *>();
         ASSERT_EQ(list->entries().size(), 2U);
         for (int row = 0; row < 2; ++row) {
             list->setCurrentIndex(list->model()->index(row, 0));
@@ -85,40 +54,29 @@ protected:
 
     /// Calls `act` once, as soon as a backup is under way.
     void onceArchiving(std::function<void()> act) {
-        auto *once = new QObject(&*model);
-        QObject::connect(&*model, &CorvelModel::archiveChanged, once, [this, once, act = std::move(act)] {
-            if (!*model->isArchiving || !*model->archiveStatus)
+        auto *once = new QObject(&model);
+        QObject::connect(&model, &CorvelModel::archiveChanged, once, [this, once, act = std::move(act)] {
+            if (!*model.isArchiving || !*model.archiveStatus)
                 return;
             const auto call = act; // goes with the connection
-            QObject::disconnect(&*model, nullptr, once, nullptr);
+            QObject::disconnect(&model, nullptr, once, nullptr);
             call();
         });
     }
 
     [[nodiscard]] QDialog *sheet(const char *name) const {
         QDialog *found = nullptr;
-        static_cast<void>(QTest::qWaitFor(
-            [&] {
-                found = window->findChild<QDialog *>(QLatin1String(name));
-                return found != nullptr && found->isVisible();
-            },
-            20'000));
+        EXPECT_TRUE(eventually([&] {
+            found = page.findChild<QDialog *>(name);
+            return found != nullptr && found->isVisible();
+        })) << name;
         return found;
     }
 
     void closeWith(QPointer<QDialog> dialog, const char *button) {
-        click(*dialog, button);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return dialog.isNull(); }, 20'000));
+        testing::click(*dialog, button);
+        ASSERT_TRUE(eventually([&] { return dialog.isNull(); }));
     }
-
-    TemporaryFolder home;
-    testing::RecordingActions actions;
-    Updater updater;
-    std::optional<CorvelModel> model;
-    std::optional<ContentView> window;
-
-private:
-    QByteArray homeBefore_ = qgetenv("HOME");
 };
 
 FileURL item(const char *name) {
@@ -138,24 +96,24 @@ PendingDeletion plainBackup() {
 } // namespace
 
 TEST_F(MessagesPage, BacksUpAndKeepsBothOrDeletesTheOriginals) {
-    EXPECT_FALSE(page().findChild<QPushButton *>("backUp")->isEnabled());
+    EXPECT_FALSE(testing::find(category(), "backUp").isEnabled());
     tickAll();
-    EXPECT_EQ(shown(page(), "backupRoot"), home.path("Documents/Brimvale Backups"));
-    EXPECT_TRUE(page().findChild<QPushButton *>("backUp")->isEnabled());
+    EXPECT_EQ(shown(category(), "backupRoot"), home.path("Documents/Brimvale Backups"));
+    EXPECT_TRUE(testing::find(category(), "backUp").isEnabled());
     bool wasArchiving = false;
     onceArchiving([&] {
         wasArchiving = true;
-        EXPECT_FALSE(page().findChild<QPushButton *>("backUp")->isVisible());
-        EXPECT_EQ(shown(*page().findChild<QWidget *>("archiveProgress"), "progressWork"), "Copying 2 items…");
-        EXPECT_TRUE(page().findChild<QPushButton *>("cancelBackup")->isVisible());
-        EXPECT_FALSE(page().findChild<QPushButton *>("changeFolder")->isEnabled());
+        EXPECT_FALSE(testing::find(category(), "backUp").isVisible());
+        EXPECT_EQ(shown(testing::find(category(), "archiveProgress"), "progressWork"), "Copying 2 items…");
+        EXPECT_TRUE(testing::find(category(), "cancelBackup").isVisible());
+        EXPECT_FALSE(testing::find(category(), "changeFolder").isEnabled());
     });
-    click(page(), "backUp");
+    testing::click(category(), "backUp");
 
     QDialog *review = sheet("backupReview");
     ASSERT_NE(review, nullptr);
     EXPECT_TRUE(wasArchiving);
-    const FileURL backup = (*model->pendingDeletion)->destination;
+    const FileURL backup = (*model.pendingDeletion)->destination;
     EXPECT_EQ(shown(*review, "backupFolder"), backup.path());
     EXPECT_THAT(shown(*review, "reviewSummary"), StartsWith("2 items copied, 3"));
     EXPECT_EQ(shown(*review, "transcriptNote"), "A readable transcript was written alongside the database.");
@@ -164,14 +122,14 @@ TEST_F(MessagesPage, BacksUpAndKeepsBothOrDeletesTheOriginals) {
     for (const char *name : {"chat.db", "Attachments/photo", "index.html", "manifest.json"})
         EXPECT_TRUE(fs::exists(backup.appending(name).path())) << name;
     closeWith(review, "keepBoth");
-    EXPECT_EQ(shown(page(), "archiveStatus"),
+    EXPECT_EQ(shown(category(), "archiveStatus"),
               "Backup kept at " + std::string(backup.lastPathComponent()) + ". Nothing was deleted.");
     EXPECT_THAT(actions.calls, IsEmpty());
     EXPECT_TRUE(fs::exists(backup.appending("chat.db").path()));
 
-    auto *picker = page().findChild<RemovalModePicker *>();
+    auto *picker = category().findChild<RemovalModePicker *>();
     picker->setMode(RemovalMode::deleteNow);
-    click(page(), "backUp");
+    testing::click(category(), "backUp");
     review = sheet("backupReview");
     ASSERT_NE(review, nullptr);
     EXPECT_EQ(shown(*review, "modeLine"),
@@ -179,45 +137,45 @@ TEST_F(MessagesPage, BacksUpAndKeepsBothOrDeletesTheOriginals) {
     EXPECT_EQ(picker->mode(), RemovalMode::trash) << "for the next time";
     closeWith(review, "deleteOriginals");
     ASSERT_NE(sheet("resultAlert"), nullptr);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !model->isRemoving(); }, 20'000));
+    ASSERT_TRUE(eventually([&] { return !model.isRemoving(); }));
     EXPECT_THAT(actions.calls, ElementsAre("delete " + attachments(), "delete " + database()));
-    EXPECT_THAT(shown(page(), "archiveStatus"), HasSubstr(", then removed the originals."));
-    EXPECT_TRUE(model->category("messages")->entries.empty());
-    EXPECT_FALSE(page().findChild<QPushButton *>("backUp")->isEnabled());
+    EXPECT_THAT(shown(category(), "archiveStatus"), HasSubstr(", then removed the originals."));
+    EXPECT_TRUE(model.category("messages")->entries.empty());
+    EXPECT_FALSE(testing::find(category(), "backUp").isEnabled());
 }
 
 TEST_F(MessagesPage, LeavesTheOriginalsWhenItIsCancelled) {
     tickAll();
-    onceArchiving([this] { click(page(), "cancelBackup"); });
-    click(page(), "backUp");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return model->archiveError->has_value(); }, 20'000));
-    EXPECT_EQ(shown(page(), "archiveStatus"), "Nothing was deleted. The backup was cancelled.");
-    EXPECT_EQ(window->findChild<QDialog *>("backupReview"), nullptr);
+    onceArchiving([this] { testing::click(category(), "cancelBackup"); });
+    testing::click(category(), "backUp");
+    ASSERT_TRUE(eventually([&] { return model.archiveError->has_value(); }));
+    EXPECT_EQ(shown(category(), "archiveStatus"), "Nothing was deleted. The backup was cancelled.");
+    EXPECT_EQ(page.findChild<QDialog *>("backupReview"), nullptr);
     EXPECT_THAT(actions.calls, IsEmpty());
-    EXPECT_TRUE(page().findChild<QPushButton *>("backUp")->isVisible());
+    EXPECT_TRUE(testing::find(category(), "backUp").isVisible());
 }
 
 TEST_F(MessagesPage, RefusesABackupIntoTheSelectionAndTellsWhatFailed) {
     tickAll();
     fs::create_directory_symlink(attachments(), home.path("elsewhere"));
-    model->chooseBackupRoot(FileURL(home.path("elsewhere/backups")));
-    click(page(), "backUp");
+    model.chooseBackupRoot(FileURL(home.path("elsewhere/backups")));
+    testing::click(category(), "backUp");
     QDialog *notice = sheet("noticeSheet");
     ASSERT_NE(notice, nullptr);
     EXPECT_EQ(shown(*notice, "explanation"),
               "“Attachments” cannot be backed up into a folder inside itself.");
-    EXPECT_FALSE(*model->isArchiving);
+    EXPECT_FALSE(*model.isArchiving);
     closeWith(notice, "ok");
     EXPECT_FALSE(fs::exists(attachments() + "/backups"));
 
-    model->chooseBackupRoot(FileURL(home.writeFile("file", "")));
-    click(page(), "backUp");
+    model.chooseBackupRoot(FileURL(home.writeFile("file", "")));
+    testing::click(category(), "backUp");
     QDialog *alert = sheet("resultAlert");
     ASSERT_NE(alert, nullptr);
-    EXPECT_THAT(shown(page(), "archiveStatus"),
+    EXPECT_THAT(shown(category(), "archiveStatus"),
                 StartsWith("Nothing was deleted. Could not create " + home.path("file/Messages ")));
     closeWith(alert, "ok");
-    EXPECT_EQ(window->findChild<QDialog *>("backupReview"), nullptr);
+    EXPECT_EQ(page.findChild<QDialog *>("backupReview"), nullptr);
     EXPECT_THAT(actions.calls, IsEmpty());
 }
 
@@ -226,21 +184,21 @@ TEST_F(MessagesPage, AsksWhereThereIsTooLittleRoom) {
     if (!fs::exists(full))
         GTEST_SKIP() << "no file system here without any room";
     tickAll();
-    model->chooseBackupRoot(FileURL(std::string(full) + "/backups"));
-    click(page(), "backUp");
+    model.chooseBackupRoot(FileURL(std::string(full) + "/backups"));
+    testing::click(category(), "backUp");
     QDialog *question = sheet("confirmationSheet");
     ASSERT_NE(question, nullptr);
     EXPECT_THAT(shown(*question, "explanation"), StartsWith("The backup needs 3"));
     EXPECT_THAT(shown(*question, "explanation"), HasSubstr(", but only Zero KB are free there."));
     closeWith(question, "cancel");
-    EXPECT_FALSE(*model->isArchiving);
-    EXPECT_EQ(*model->archiveError, std::nullopt);
+    EXPECT_FALSE(*model.isArchiving);
+    EXPECT_EQ(*model.archiveError, std::nullopt);
 
-    click(page(), "backUp");
+    testing::click(category(), "backUp");
     question = sheet("confirmationSheet");
     ASSERT_NE(question, nullptr);
-    click(*question, "confirm");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return model->archiveError->has_value(); }, 20'000));
+    testing::click(*question, "confirm");
+    ASSERT_TRUE(eventually([&] { return model.archiveError->has_value(); }));
 }
 
 TEST(BackupReview, SaysNoMoreThanThereIs) {
@@ -261,24 +219,17 @@ TEST(BackupReview, SaysNoMoreThanThereIs) {
 }
 
 TEST(BackupReview, NamesWhatDidNotCopyAtFullSize) {
-    struct Case {
-        std::vector<std::pair<std::int64_t, std::int64_t>> sizes; ///< of originals and copies
-        std::string warning;
-    };
     const std::string end = " not copy at full size. Check those before deleting anything.";
     QWidget window;
     window.show();
-    for (const Case &one :
-         {Case{{{100, 98}, {100, 500}, {0, 0}}, ""}, Case{{{100, 97}, {100, 100}}, "1 item did" + end},
-          Case{{{0, 1}}, "1 item did" + end}, Case{{{0, 4096}, {1, 0}, {5, 5}}, "2 items did" + end}}) {
-        PendingDeletion pending = plainBackup();
-        pending.items.clear();
-        for (const auto &[original, copy] : one.sizes)
-            pending.items.push_back({item("a"), FileURL("/b/a"), original, copy});
+    PendingDeletion pending = plainBackup();
+    for (const auto &[copy, warning] :
+         {std::pair(98, ""), std::pair(97, "1 item did"), std::pair(0, "2 items did")}) {
+        pending.items.push_back({item("b"), FileURL("/b/b"), 100, copy});
         auto *review = new BackupReviewView(pending, &window);
         review->open();
-        EXPECT_EQ(shown(*review, "mismatchWarning"), one.warning);
-        EXPECT_TRUE(review->findChild<QPushButton *>("deleteOriginals")->isEnabled());
+        EXPECT_EQ(shown(*review, "mismatchWarning"), *warning == '\0' ? "" : warning + end);
+        EXPECT_TRUE(testing::find(*review, "deleteOriginals").isEnabled());
         review->close();
     }
 }
@@ -330,8 +281,8 @@ TEST(BackupReview, KeepsBothUnlessDeletionIsChosen) {
     EXPECT_EQ(leave([](auto &review) { QTest::keyClick(&review, Qt::Key_Escape); }), keptBoth);
     EXPECT_EQ(leave([](auto &review) { QTest::keyClick(&review, Qt::Key_Return); }), keptBoth);
     EXPECT_EQ(leave([](auto &review) { review.close(); }), keptBoth);
-    EXPECT_EQ(leave([](auto &review) { click(review, "keepBoth"); }), keptBoth);
-    EXPECT_EQ(leave([](auto &review) { click(review, "deleteOriginals"); }), deleted);
+    EXPECT_EQ(leave([](auto &review) { testing::click(review, "keepBoth"); }), keptBoth);
+    EXPECT_EQ(leave([](auto &review) { testing::click(review, "deleteOriginals"); }), deleted);
 }
 
 } // namespace brimvale

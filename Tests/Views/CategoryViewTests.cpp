@@ -2,17 +2,16 @@
 
 #include "Core/CleanupRiskTexts.h"
 #include "Core/Formatting.h"
+#include "Core/StorageFigures.h"
 #include "Support/PublishedWriter.h"
 #include "Support/RecordingActions.h"
 #include "Support/SampleHome.h"
+#include "Support/Window.h"
 #include "Views/Components/NoteLabel.h"
 #include "Views/Components/RemovalModePicker.h"
 #include "Views/Entries/EntryList.h"
 #include "Views/RemovalSheet.h"
 
-#include <QLabel>
-#include <QPushButton>
-#include <QTest>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -20,10 +19,12 @@ namespace brimvale {
 
 namespace {
 
+using testing::eventually;
+
 constexpr std::int64_t gigabyte = 1'000'000'000;
 
-QString sizeText(std::int64_t bytes) {
-    return QString::fromStdString(Fmt::byteFormatter(bytes));
+std::string sizeText(std::int64_t bytes) {
+    return Fmt::byteFormatter(bytes);
 }
 
 class CategoryPage : public ::testing::Test {
@@ -31,9 +32,7 @@ protected:
     void open(const char *id) {
         page = std::make_unique<CategoryDetailView>(model, id);
         page->resize(900, 700);
-        page->show();
-        page->activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(page.get()));
+        testing::activate(*page);
     }
 
     void show(std::string_view id, std::int64_t size, const std::vector<CleanupEntry> &entries) {
@@ -44,12 +43,12 @@ protected:
         });
     }
 
-    template<class Widget>
+    template<class Widget = QWidget>
     Widget *find(const char *name) {
-        return page->findChild<Widget *>(QLatin1String(name));
+        return page->findChild<Widget *>(name);
     }
-    QString label(const char *name) { return find<QLabel>(name)->text(); }
-    static void click(QWidget *widget) { QTest::mouseClick(widget, Qt::LeftButton); }
+    std::string text(const char *name) { return testing::shown(*page, name); }
+    void click(const char *button) { testing::click(*page, button); }
     EntryList &list() { return *find<EntryList>("entries"); }
     RemovalSheet *sheet() { return page->findChild<RemovalSheet *>(); }
 
@@ -79,9 +78,9 @@ TEST_F(CategoryPage, OffersWhatItsActionAllows) {
                             Case{"systemData", true, false, false, true, "caveat"}}) {
         show(one.id, 500, {entry("file", 500)});
         open(one.id);
-        EXPECT_EQ(find<QWidget>("actionBar") != nullptr, one.hasBar) << one.id;
-        EXPECT_EQ(find<QWidget>("backupBar") != nullptr, one.hasBackupBar) << one.id;
-        EXPECT_EQ(find<QWidget>("openApps") != nullptr, one.opensApps) << one.id;
+        EXPECT_EQ(find("actionBar") != nullptr, one.hasBar) << one.id;
+        EXPECT_EQ(find("backupBar") != nullptr, one.hasBackupBar) << one.id;
+        EXPECT_EQ(find("openApps") != nullptr, one.opensApps) << one.id;
         EXPECT_EQ(list().model()->index(0, 0).data(Qt::CheckStateRole).isValid(), one.canTick) << one.id;
         for (const char *note : {"caveat", "reason", "warning"})
             EXPECT_EQ(find<NoteLabel>(note) != nullptr,
@@ -98,7 +97,7 @@ TEST_F(CategoryPage, OpensTheApplications) {
     open("applications");
     bool isAsked = false;
     QObject::connect(page.get(), &CategoryDetailView::appsAsked, [&] { isAsked = true; });
-    click(find<QPushButton>("openApps"));
+    click("openApps");
     EXPECT_TRUE(isAsked);
 }
 
@@ -108,12 +107,12 @@ TEST_F(CategoryPage, SaysWhyThereIsNothing) {
     for (const auto &[id, why] :
          {std::pair("music", "This could not be read"), std::pair("documents", "Nothing found")}) {
         open(id);
-        EXPECT_TRUE(label("categoryState").startsWith(QStringLiteral("Not measured yet"))) << id;
-        EXPECT_EQ(label("categorySize"), QStringLiteral("—"));
+        EXPECT_TRUE(text("categoryState").starts_with("Not measured yet")) << id;
+        EXPECT_EQ(text("categorySize"), "—");
         show(id, 0, {});
-        EXPECT_TRUE(label("categoryState").startsWith(QLatin1String(why))) << id;
+        EXPECT_TRUE(text("categoryState").starts_with(why)) << id;
         EXPECT_FALSE(list().isVisible());
-        EXPECT_FALSE(find<QPushButton>("remove")->isEnabled());
+        EXPECT_FALSE(find("remove")->isEnabled());
     }
 }
 
@@ -121,41 +120,31 @@ TEST_F(CategoryPage, WarnsByRiskAndModeAndForgetsWhatIsGone) {
     const std::vector<CleanupEntry> entries = {entry("Documents/large", 700), entry("Documents/small", 200)};
     show("documents", 900, entries);
     open("documents");
-    EXPECT_EQ(find<QLabel>("selection")->text(), QStringLiteral("Nothing selected"));
+    EXPECT_EQ(text("selection"), "Nothing selected");
     list().setFocus(Qt::TabFocusReason);
     QTest::keyClick(&list(), Qt::Key_Space);
-    click(find<QPushButton>("remove"));
+    click("remove");
     ASSERT_NE(sheet(), nullptr);
-    const QLabel &remark = *sheet()->findChild<QLabel *>(QStringLiteral("remark"));
     for (const RemovalMode mode : {RemovalMode::deleteNow, RemovalMode::trash}) {
         sheet()->findChild<RemovalModePicker *>()->setMode(mode);
-        EXPECT_EQ(remark.text().toStdString(), removalWarning(CleanupRisk::careful, mode));
+        EXPECT_EQ(testing::shown(*sheet(), "remark"), removalWarning(CleanupRisk::careful, mode));
     }
-    click(sheet()->findChild<QPushButton *>(QStringLiteral("confirm")));
-    EXPECT_FALSE(find<QPushButton>("remove")->isEnabled()) << "a removal runs";
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !model.isRemoving(); }, 20'000));
+    testing::click(*sheet(), "confirm");
+    EXPECT_FALSE(find("remove")->isEnabled()) << "a removal runs";
+    ASSERT_TRUE(eventually([&] { return !model.isRemoving(); }));
     EXPECT_EQ(actions.calls, std::vector<std::string>{"trash " + entries[0].url.path()});
     EXPECT_EQ(list().model()->rowCount(), 1);
-    EXPECT_EQ(label("categorySize"), sizeText(200));
-    EXPECT_EQ(find<QLabel>("selection")->text(), QStringLiteral("Nothing selected"));
+    EXPECT_EQ(text("categorySize"), sizeText(200));
+    EXPECT_EQ(text("selection"), "Nothing selected");
 }
 
 TEST_F(CategoryPage, ComparesSystemDataWithItsRows) {
     open("systemData");
-    const QLabel &sentence = *find<QLabel>("sentence");
-    EXPECT_FALSE(sentence.isVisible());
+    EXPECT_EQ(text("sentence"), "");
     show("systemData", 50 * gigabyte, {});
-    EXPECT_FALSE(sentence.isVisible());
+    EXPECT_EQ(text("sentence"), "");
     show("systemData", 50 * gigabyte, {entry(".tool/blob", 30 * gigabyte)});
-    EXPECT_TRUE(sentence.isVisible());
-    EXPECT_TRUE(sentence.text().startsWith(
-        QStringLiteral("The locations above account for %1 of the %2. The remaining %3 is not attributable")
-            .arg(sizeText(30 * gigabyte), sizeText(50 * gigabyte), sizeText(20 * gigabyte))));
-    show("systemData", 30 * gigabyte, {entry(".tool/blob", 30 * gigabyte)});
-    EXPECT_TRUE(sentence.text().startsWith(
-        QStringLiteral("The locations above cover all of it, and then some: they total %1 against a headline "
-                       "of %1.")
-            .arg(sizeText(30 * gigabyte))));
+    EXPECT_EQ(text("sentence"), StorageFigures::systemDataSentence(30 * gigabyte, 50 * gigabyte));
 }
 
 TEST_F(CategoryPage, IsWorkedByKeysHoweverLongItIs) {
@@ -171,7 +160,7 @@ TEST_F(CategoryPage, IsWorkedByKeysHoweverLongItIs) {
     EXPECT_FALSE(list().visibleRegion().intersected(list().visualRect(list().currentIndex())).isEmpty())
         << "the page follows";
     QTest::keyClick(&list(), Qt::Key_Space);
-    EXPECT_EQ(find<QLabel>("selection")->text(), QStringLiteral("1 item selected, %1").arg(sizeText(1)));
+    EXPECT_EQ(text("selection"), "1 item selected, " + sizeText(1));
 }
 
 } // namespace brimvale

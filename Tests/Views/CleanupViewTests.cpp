@@ -2,9 +2,8 @@
 
 #include "Core/CleanupCatalog.h"
 #include "Core/Formatting.h"
+#include "Support/PageTest.h"
 #include "Support/PublishedWriter.h"
-#include "Support/RecordingActions.h"
-#include "Support/SampleHome.h"
 #include "Views/Cleanup/TargetCard.h"
 #include "Views/Components/ActionBar.h"
 #include "Views/Components/RemovalModePicker.h"
@@ -14,7 +13,6 @@
 
 #include <QLabel>
 #include <QPushButton>
-#include <QTest>
 #include <QToolButton>
 #include <gtest/gtest.h>
 
@@ -22,37 +20,27 @@ namespace brimvale {
 
 namespace {
 
-QString sizeText(std::int64_t bytes) {
-    return QString::fromStdString(Fmt::byteFormatter(bytes));
+using testing::eventually;
+
+std::string sizeText(std::int64_t bytes) {
+    return Fmt::byteFormatter(bytes);
 }
 
-class CleanupPage : public ::testing::Test {
+class CleanupPage : public testing::PageTest<CleanupView> {
 protected:
-    CleanupPage() {
-        page.resize(900, 700);
-        page.show();
-        page.activateWindow();
-    }
+    CleanupPage() { testing::activate(page); }
 
     void measure() {
-        click(find<QPushButton>("measure"));
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isMeasuringCleanup; }, 60'000));
+        click("measure");
+        ASSERT_TRUE(eventually([&] { return !*model.isMeasuringCleanup; }));
     }
-
-    template<class Widget>
-    Widget &find(const char *name) {
-        return *page.findChild<Widget *>(QLatin1String(name));
-    }
-    static void click(QWidget &widget) { QTest::mouseClick(&widget, Qt::LeftButton); }
 
     TargetCard &card(const char *id) {
         return *page.findChild<TargetCard *>(QStringLiteral("target:") + QLatin1String(id));
     }
     EntryList &entries(const char *id) { return *card(id).findChild<EntryList *>(); }
     TickBox &all(const char *id) { return *card(id).findChild<TickBox *>(); }
-    QString label(const char *id, const char *name) {
-        return card(id).findChild<QLabel *>(QLatin1String(name))->text();
-    }
+    std::string label(const char *id, const char *name) { return testing::labels(card(id), name).at(0); }
     /// The list's row for an entry of that name.
     QModelIndex row(const char *id, const char *name) {
         EntryList &list = entries(id);
@@ -71,17 +59,12 @@ protected:
     Qt::CheckState state(const char *id, const char *name) {
         return row(id, name).data(Qt::CheckStateRole).value<Qt::CheckState>();
     }
-    QString selection() { return find<QLabel>("selection").text(); }
+    std::string selection() { return text("selection"); }
     RemovalSheet *sheet() { return page.findChild<RemovalSheet *>(); }
     void confirm() {
-        click(*sheet()->findChild<QPushButton *>(QStringLiteral("confirm")));
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !model.isRemoving(); }, 60'000));
+        testing::click(*sheet(), "confirm");
+        ASSERT_TRUE(eventually([&] { return !model.isRemoving(); }));
     }
-
-    testing::SampleHome home;
-    testing::RecordingActions actions;
-    CorvelModel model{nullptr, actions};
-    CleanupView page{model};
 };
 
 } // namespace
@@ -90,35 +73,25 @@ TEST_F(CleanupPage, SaysWhyThereIsNothing) {
     home.makeFile("Library/Logs/system.log", 5'000);
     home.makeFile("go/pkg/mod/cache/download/empty");
     home.makeFile(".android/avd"); // where a folder should be that can be listed
-    EXPECT_EQ(label("logs", "total"), QStringLiteral("—"));
-    EXPECT_TRUE(label("logs", "targetState").startsWith(QStringLiteral("Not measured yet")));
+    EXPECT_EQ(label("logs", "total"), "—");
+    EXPECT_TRUE(label("logs", "targetState").starts_with("Not measured yet"));
     EXPECT_FALSE(all("logs").isEnabled());
-    EXPECT_FALSE(find<QPushButton>("remove").isEnabled());
-    EXPECT_FALSE(find<QWidget>("cleanupProgress").isVisible());
+    EXPECT_FALSE(find("remove").isEnabled());
+    EXPECT_FALSE(isVisible("cleanupProgress"));
 
-    click(find<QPushButton>("measure"));
-    EXPECT_TRUE(find<QWidget>("cleanupProgress").isVisible());
-    EXPECT_EQ(find<QLabel>("progressWork").text(), QStringLiteral("Measuring cleanup targets"));
-    EXPECT_FALSE(find<QPushButton>("measure").isEnabled());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isMeasuringCleanup; }, 60'000));
-    EXPECT_FALSE(find<QWidget>("cleanupProgress").isVisible());
-    EXPECT_TRUE(find<QPushButton>("measure").isEnabled());
+    click("measure");
+    EXPECT_TRUE(isVisible("cleanupProgress"));
+    EXPECT_EQ(text("progressWork"), "Measuring cleanup targets");
+    EXPECT_FALSE(find("measure").isEnabled());
+    ASSERT_TRUE(eventually([&] { return !*model.isMeasuringCleanup; }));
+    EXPECT_FALSE(isVisible("cleanupProgress"));
+    EXPECT_TRUE(find("measure").isEnabled());
 
     EXPECT_EQ(label("logs", "total"), sizeText(model.cleanupTargets->at(8).entries.at(0).size));
-    EXPECT_TRUE(label("package-caches", "targetState").startsWith(QStringLiteral("Nothing found")));
-    EXPECT_TRUE(label("android-avd", "targetState").startsWith(QStringLiteral("This could not be read")));
-    EXPECT_EQ(selection(), QStringLiteral("Nothing selected"));
+    EXPECT_TRUE(label("package-caches", "targetState").starts_with("Nothing found"));
+    EXPECT_TRUE(label("android-avd", "targetState").starts_with("This could not be read"));
+    EXPECT_EQ(selection(), "Nothing selected");
     EXPECT_EQ(state("logs", "system.log"), Qt::Unchecked);
-}
-
-TEST_F(CleanupPage, CardsAreInTheOrderOfTheCatalog) {
-    int above = -1;
-    for (const CleanupTarget &target : CleanupCatalog::definitions()) {
-        const TargetCard &one = card(target.id.c_str());
-        EXPECT_GT(one.y(), above) << target.id;
-        EXPECT_FALSE(one.isOpen());
-        above = one.y();
-    }
 }
 
 TEST_F(CleanupPage, ABoxStandsForAllOfItsEntries) {
@@ -128,19 +101,19 @@ TEST_F(CleanupPage, ABoxStandsForAllOfItsEntries) {
     measure();
     TickBox &box = all("logs");
     const auto description = [&] { return box.accessibleDescription(); };
-    EXPECT_EQ(description(), QStringLiteral("not ticked"));
+    EXPECT_EQ(description(), "not ticked");
     click(box);
-    EXPECT_EQ(description(), QStringLiteral("ticked"));
-    EXPECT_TRUE(selection().startsWith(QStringLiteral("3 items selected")));
+    EXPECT_EQ(description(), "ticked");
+    EXPECT_TRUE(selection().starts_with("3 items selected"));
     tick("logs", "b");
     EXPECT_EQ(state("logs", "b"), Qt::Unchecked);
-    EXPECT_EQ(description(), QStringLiteral("partly ticked"));
+    EXPECT_EQ(description(), "partly ticked");
     box.setFocus();
     QTest::keyClick(&box, Qt::Key_Space);
-    EXPECT_EQ(description(), QStringLiteral("ticked"));
+    EXPECT_EQ(description(), "ticked");
     QTest::keyClick(&box, Qt::Key_Space);
-    EXPECT_EQ(description(), QStringLiteral("not ticked"));
-    EXPECT_EQ(selection(), QStringLiteral("Nothing selected"));
+    EXPECT_EQ(description(), "not ticked");
+    EXPECT_EQ(selection(), "Nothing selected");
 }
 
 TEST_F(CleanupPage, TheSameItemUnderTwoCardsIsOne) {
@@ -152,13 +125,13 @@ TEST_F(CleanupPage, TheSameItemUnderTwoCardsIsOne) {
     PublishedWriter::set(model.cleanupTargets, targets);
     tick("ios-device-support", "shared");
     EXPECT_EQ(state("derived-data", "shared"), Qt::Checked);
-    EXPECT_EQ(selection(), QStringLiteral("1 item selected, %1").arg(sizeText(4'000)));
+    EXPECT_EQ(selection(), "1 item selected, " + sizeText(4'000));
     tick("ios-device-support", "other");
     tick("derived-data", "shared");
     EXPECT_EQ(state("ios-device-support", "shared"), Qt::Unchecked);
     tick("derived-data", "shared");
 
-    click(find<QPushButton>("remove"));
+    click("remove");
     confirm();
     EXPECT_EQ(actions.calls.size(), 2U);
     EXPECT_TRUE(row("ios-device-support", "shared") == QModelIndex());
@@ -172,49 +145,48 @@ TEST_F(CleanupPage, WhatLiesInATickedFolderIsCountedWithIt) {
     tick("package-caches", "downloads");
     tick("user-caches", "Homebrew");
     const std::int64_t size = model.cleanupTargets->at(7).entries.at(0).size;
-    EXPECT_EQ(selection(), QStringLiteral("1 item selected, %1").arg(sizeText(size)));
-    click(find<QPushButton>("remove"));
+    EXPECT_EQ(selection(), "1 item selected, " + sizeText(size));
+    click("remove");
     confirm();
     EXPECT_EQ(actions.calls, std::vector<std::string>{"trash " + home.path("Library/Caches/Homebrew")});
     EXPECT_EQ(entries("package-caches").model()->rowCount(), 0);
-    EXPECT_EQ(selection(), QStringLiteral("Nothing selected"));
+    EXPECT_EQ(selection(), "Nothing selected");
 }
 
 TEST_F(CleanupPage, IsWorkedByKeysAlone) {
     home.makeFile("Library/Logs/alpha", 30'000);
     home.makeFile("Library/Logs/beta", 20'000);
     home.makeFile("Library/Logs/gamma", 10'000);
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
     QTest::keyClick(&page, Qt::Key_Delete);
     EXPECT_EQ(sheet(), nullptr) << "nothing is ticked";
-    find<QPushButton>("measure").setFocus();
-    QTest::keyClick(&find<QPushButton>("measure"), Qt::Key_Return);
+    find("measure").setFocus();
+    QTest::keyClick(&find("measure"), Qt::Key_Return);
     EXPECT_TRUE(page.hasFocus()) << "another Return is to do nothing";
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isMeasuringCleanup; }, 60'000));
-    EXPECT_TRUE(find<QPushButton>("measure").hasFocus());
+    ASSERT_TRUE(eventually([&] { return !*model.isMeasuringCleanup; }));
+    EXPECT_TRUE(find("measure").hasFocus());
 
-    auto &disclosure = *card("logs").findChild<QToolButton *>(QStringLiteral("disclosure"));
+    auto &disclosure = *card("logs").findChild<QToolButton *>("disclosure");
     disclosure.setFocus();
     QTest::keyClick(&disclosure, Qt::Key_Return);
     EXPECT_TRUE(card("logs").isOpen());
     EntryList &list = entries("logs");
     list.setFocus(Qt::TabFocusReason);
-    EXPECT_EQ(list.currentIndex().data().toString(), QStringLiteral("alpha"));
+    EXPECT_EQ(list.currentIndex().data().toString(), "alpha");
     QTest::keyClick(&list, Qt::Key_Down);
     QTest::keyClick(&list, Qt::Key_Space);
     EXPECT_EQ(state("logs", "beta"), Qt::Checked);
     QTest::keyClick(&list, Qt::Key_G);
-    EXPECT_EQ(list.currentIndex().data().toString(), QStringLiteral("gamma"));
+    EXPECT_EQ(list.currentIndex().data().toString(), "gamma");
     QTest::keyClick(&list, Qt::Key_Space);
-    EXPECT_TRUE(selection().startsWith(QStringLiteral("2 items selected")));
+    EXPECT_TRUE(selection().starts_with("2 items selected"));
 
     QTest::keyClick(&list, Qt::Key_Delete);
     ASSERT_NE(sheet(), nullptr);
     QTest::keyClick(sheet(), Qt::Key_Escape);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return sheet() == nullptr; }));
+    EXPECT_TRUE(eventually([&] { return sheet() == nullptr; }));
     EXPECT_FALSE(model.isRemoving());
     EXPECT_TRUE(actions.calls.empty());
-    EXPECT_TRUE(selection().startsWith(QStringLiteral("2 items selected")));
+    EXPECT_TRUE(selection().starts_with("2 items selected"));
 }
 
 TEST_F(CleanupPage, TheConfirmationSpeaksOfTheTrashOnly) {
@@ -222,17 +194,14 @@ TEST_F(CleanupPage, TheConfirmationSpeaksOfTheTrashOnly) {
     measure();
     tick("xcode-archives", "app");
     find<RemovalModePicker>("modePicker").setMode(RemovalMode::deleteNow);
-    click(find<QPushButton>("remove"));
-    const QLabel &remark = *sheet()->findChild<QLabel *>(QStringLiteral("remark"));
-    EXPECT_FALSE(remark.isVisible());
+    click("remove");
+    EXPECT_EQ(testing::shown(*sheet(), "remark"), "");
     sheet()->findChild<RemovalModePicker *>()->setMode(RemovalMode::trash);
-    EXPECT_TRUE(remark.isVisible());
     const std::int64_t size = model.cleanupTargets->at(2).entries.at(0).size;
-    EXPECT_EQ(
-        remark.text(),
-        QStringLiteral("This frees about %1. Moving to Trash does not free space until the Trash is emptied.")
-            .arg(sizeText(size)));
-    EXPECT_TRUE(sheet()->findChild<QPushButton *>(QStringLiteral("cancel"))->isDefault());
+    EXPECT_EQ(testing::shown(*sheet(), "remark"),
+              "This frees about " + sizeText(size) +
+                  ". Moving to Trash does not free space until the Trash is emptied.");
+    EXPECT_TRUE(sheet()->findChild<QPushButton *>("cancel")->isDefault());
     sheet()->findChild<RemovalModePicker *>()->setMode(RemovalMode::deleteNow);
     confirm();
     EXPECT_EQ(actions.calls,
@@ -247,8 +216,8 @@ TEST_F(CleanupPage, NamesOfAnyKindAreShownAndRemoved) {
     click(all("logs"));
     card("logs").setOpen(true);
     page.grab();
-    click(find<QPushButton>("remove"));
-    EXPECT_FALSE(sheet()->findChild<QLabel *>(QStringLiteral("question"))->text().contains('\n'));
+    click("remove");
+    EXPECT_FALSE(sheet()->findChild<QLabel *>("question")->text().contains('\n'));
     confirm();
     EXPECT_EQ(actions.calls, std::vector<std::string>{"trash " + home.path("Library/Logs/" + odd)});
 }

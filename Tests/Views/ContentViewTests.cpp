@@ -1,10 +1,10 @@
 #include "Views/ContentView.h"
 
-#include "Core/CorvelModel.h"
-#include "Core/Updater.h"
-#include "Platform/Host.h"
-#include "Support/RecordingActions.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/HeldRemoval.h"
+#include "Support/Model.h"
+#include "Support/SampleHome.h"
+#include "Support/WholeWindow.h"
+#include "Support/Window.h"
 #include "Views/Components/Theme.h"
 #include "Views/Components/WindowStyle.h"
 #include "Views/OverviewView.h"
@@ -16,20 +16,15 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
-#include <QPushButton>
-#include <QTest>
 #include <QToolTip>
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
-#include <semaphore>
 #include <utility>
 
 namespace brimvale {
 
 namespace {
-
-using testing::TemporaryFolder;
 
 /// A window of a user who has an almost empty home, in the style of the program.
 class ContentViewTest : public ::testing::Test {
@@ -37,31 +32,23 @@ protected:
     ContentViewTest() {
         QApplication::setStyle(new WindowStyle);
         home.makeFile("folder/file", 5000);
-        qputenv("HOME", home.path().c_str());
     }
     ~ContentViewTest() override {
-        Host::useSystem(std::nullopt);
         QApplication::setPalette(QPalette());
-        qputenv("HOME", homeBefore_);
+        QApplication::setStyle("Fusion");
     }
 
     void open() {
         window.reset();
         model = std::make_unique<CorvelModel>(nullptr, actions);
-        window = std::make_unique<ContentView>(*model, updater);
-        window->show();
-        window->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        window = std::make_unique<testing::WholeWindow>(*model);
+        testing::activate(*window);
     }
 
-    TemporaryFolder home;
+    testing::SampleHome home;
     testing::RecordingActions actions;
-    Updater updater;
     std::unique_ptr<CorvelModel> model;
-    std::unique_ptr<ContentView> window;
-
-private:
-    QByteArray homeBefore_ = qgetenv("HOME");
+    std::unique_ptr<testing::WholeWindow> window;
 };
 
 QPalette systemPalette(const QColor &window, const QColor &text) {
@@ -92,7 +79,7 @@ TEST_F(ContentViewTest, RescansTheCurrentRootOnTheShortcut) {
         QTest::keyClick(window.get(), Qt::Key_R, Qt::ControlModifier);
         EXPECT_TRUE(*model->isScanning);
         EXPECT_EQ(window->currentSection(), Section{Section::Kind::browse});
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !*model->isScanning; }, 20'000));
+        ASSERT_TRUE(testing::eventually([&] { return !*model->isScanning; }));
         EXPECT_EQ((*model->tree)->path(), root);
     }
 }
@@ -149,7 +136,7 @@ TEST_F(ContentViewTest, TellsAboutItselfInSheets) {
         EXPECT_EQ(sheet->windowModality(), Qt::WindowModal);
         EXPECT_EQ(sheet->palette().color(QPalette::Window), Theme::current().window);
         QTest::keyClick(sheet, Qt::Key_Escape);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return sheet.isNull(); }));
+        EXPECT_TRUE(testing::eventually([&] { return sheet.isNull(); }));
     }
 }
 
@@ -176,8 +163,7 @@ TEST_F(ContentViewTest, KeepsEveryMenuOnAMac) {
 
 TEST_F(ContentViewTest, AsksBeforeItClosesOnARemoval) {
     open();
-    std::binary_semaphore goOn{0};
-    actions.onItem = [&](RemovalProgress *) { goOn.acquire(); };
+    testing::HeldRemoval held(actions);
     const FileURL item(home.path("folder/file"));
     const auto closeAndAnswer = [&](const char *answer) {
         window->close();
@@ -186,8 +172,8 @@ TEST_F(ContentViewTest, AsksBeforeItClosesOnARemoval) {
         ASSERT_TRUE(question);
         window->close();
         EXPECT_EQ(window->findChildren<QDialog *>("confirmationSheet").size(), 1) << "one question at a time";
-        question->findChild<QPushButton *>(answer)->click();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return question.isNull(); }));
+        testing::click(*question, answer);
+        EXPECT_TRUE(testing::eventually([&] { return question.isNull(); }));
     };
     model->removeCleanupEntries({{item, 5000, {}}}, RemovalMode::deleteNow);
     ASSERT_TRUE(model->isRemoving());
@@ -195,8 +181,8 @@ TEST_F(ContentViewTest, AsksBeforeItClosesOnARemoval) {
     EXPECT_TRUE(window->isVisible());
     closeAndAnswer("confirm");
     EXPECT_FALSE(window->isVisible());
-    goOn.release();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !model->isRemoving(); }, 20'000));
+    held.letGoOn();
+    EXPECT_TRUE(testing::waitUntilRemoved(*model));
 
     open();
     window->close();

@@ -74,27 +74,27 @@ TEST(OutlineModel, ShowsTheOldRowsUntilAFilterIsDone) {
     OutlineModel model;
     model.setTree(root);
     QSignalSpy done(&model, &OutlineModel::filtered);
-    model.setFilter(QStringLiteral("a"));
+    model.setFilter("a");
     EXPECT_EQ(model.rowCount(), 3);
-    model.setFilter(QStringLiteral("ab")); // typed on before the first was done
+    model.setFilter("ab"); // typed on before the first was done
     ASSERT_TRUE(waitUntilFiltered(model));
     EXPECT_EQ(done.count(), 1);
     EXPECT_THAT(rowsIn(model), ElementsAre("abc", "ab"));
 
-    model.setFilter(QStringLiteral("abc"));
+    model.setFilter("abc");
     EXPECT_THAT(rowsIn(model), ElementsAre("abc", "ab"));
-    model.setFilter(QStringLiteral("b"));
-    model.setFilter(QStringLiteral("abc"));
+    model.setFilter("b");
+    model.setFilter("abc");
     ASSERT_TRUE(waitUntilFiltered(model));
     EXPECT_THAT(rowsIn(model), ElementsAre("abc"));
 
-    model.setFilter(QStringLiteral("b"));
+    model.setFilter("b");
     model.setFilter({});
     QCoreApplication::processEvents();
     EXPECT_EQ(model.rowCount(), 3) << "an abandoned filter has no effect";
 
     // The text stays in force for the next tree.
-    model.setFilter(QStringLiteral("new"));
+    model.setFilter("new");
     const std::shared_ptr<FSNode> next = makeRoot();
     add(*next, "new", 1);
     add(*next, "old", 1);
@@ -111,9 +111,9 @@ TEST(OutlineModel, FoldersLookedIntoMeanwhileShowTheOldFilterToo) {
         add(folder, i % 1000 == 0 ? "old" : "new", 1);
     OutlineModel model;
     model.setTree(root);
-    model.setFilter(QStringLiteral("OLD"));
+    model.setFilter("OLD");
     ASSERT_TRUE(waitUntilFiltered(model));
-    model.setFilter(QStringLiteral("NEW"));
+    model.setFilter("NEW");
     QCoreApplication::processEvents(); // a part of the search
     EXPECT_TRUE(model.isFiltering());
     EXPECT_EQ(model.rowCount(model.indexOf(folder)), 100);
@@ -154,7 +154,7 @@ TEST_F(OutlineWindow, FiltersAgainOnceANodeIsRemoved) {
     ASSERT_TRUE(waitUntilFiltered(model_));
     EXPECT_THAT(rowsIn(model_), ElementsAre("big")) << "nothing in the other folder matches any more";
     detachNode(file_); // which the filter hides
-    model_.setFilter(QStringLiteral("e"));
+    model_.setFilter("e");
     detachNode(deep_); // while it is searched
     ASSERT_TRUE(waitUntilFiltered(model_));
     EXPECT_THAT(rowsIn(model_), ElementsAre("big", "empty"));

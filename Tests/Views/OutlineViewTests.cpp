@@ -260,7 +260,7 @@ TEST_F(OutlineWindow, LeavesRoomForTheNamesOfDeepRows) {
 TEST_F(OutlineWindow, ShowsNoCharacterOfANameThatActs) {
     FSNode &node = add(*tree_, "line\nfeed \u202Egnp.exe", 1);
     model_.setTree(tree_);
-    EXPECT_EQ(at(node).data().toString(), QStringLiteral("line\uFFFDfeed \uFFFDgnp.exe"));
+    EXPECT_EQ(at(node).data().toString(), "line\uFFFDfeed \uFFFDgnp.exe");
 }
 
 TEST_F(OutlineWindow, NeverMovesAColumnForWhatItShows) {

@@ -1,41 +1,20 @@
 #include "Views/Components/Sidebar.h"
 
 #include "Core/Formatting.h"
+#include "Support/OpenedAddresses.h"
+#include "Support/Window.h"
 #include "Views/Components/CapacityBar.h"
 #include "Views/Components/SidebarFooter.h"
 
 #include <QAccessible>
-#include <QDesktopServices>
 #include <QLabel>
 #include <QListWidget>
-#include <QPushButton>
 #include <QSignalSpy>
-#include <QTest>
-#include <QUrl>
 #include <functional>
 #include <gtest/gtest.h>
 #include <limits>
 
 namespace brimvale {
-
-/// Takes the addresses of one scheme in place of the system.
-class OpenedAddresses : public QObject {
-    Q_OBJECT
-
-public:
-    explicit OpenedAddresses(const QString &scheme) : scheme_(scheme) {
-        QDesktopServices::setUrlHandler(scheme_, this, "open");
-    }
-    ~OpenedAddresses() override { QDesktopServices::unsetUrlHandler(scheme_); }
-
-    QStringList all;
-
-public slots:
-    void open(const QUrl &address) { all.append(address.toString()); }
-
-private:
-    QString scheme_;
-};
 
 namespace {
 
@@ -150,25 +129,24 @@ TEST_F(SidebarTest, FooterTellsHowFullTheVolumeIs) {
     struct Case {
         std::int64_t total, important, plain;
         double used;
-        std::int64_t free;
     };
     constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
     for (const Case &one : {
-             Case{1000, 250, 200, 0.75, 250}, // what would be purged counts as free
-             Case{1000, 0, 200, 0.8, 200},    // a system that knows no purging
-             Case{1000, 0, 0, 1, 0},          // full
-             Case{1000, 2000, 0, 0, 2000},    // more free than there is
-             Case{0, 0, 0, 1, 0},             // of unknown size
-             Case{most, most, most, 0, most}, // as large as it gets
+             Case{1000, 250, 200, 0.75}, // what would be purged counts as free
+             Case{1000, 0, 200, 0.8},    // a system that knows no purging
+             Case{1000, 2000, 0, 0},     // more free than there is
+             Case{0, 0, 0, 1},           // of unknown size
+             Case{most, most, most, 0},  // as large as it gets
          }) {
-        sidebar.footer().setVolume(VolumeInfo{.url = FileURL("/"),
-                                              .name = "Disk",
-                                              .totalCapacity = one.total,
-                                              .availableForImportantUsage = one.important,
-                                              .trueFree = one.plain});
+        const VolumeInfo volume{.url = FileURL("/"),
+                                .name = "Disk",
+                                .totalCapacity = one.total,
+                                .availableForImportantUsage = one.important,
+                                .trueFree = one.plain};
+        sidebar.footer().setVolume(volume);
         EXPECT_DOUBLE_EQ(sidebar.findChild<CapacityBar *>("capacityBar")->usedShare(), one.used);
-        EXPECT_EQ(sidebar.findChild<QLabel *>("freeSpace")->text().toStdString(),
-                  Fmt::byteFormatter(one.free) + " free of " + Fmt::byteFormatter(one.total));
+        EXPECT_EQ(testing::shown(sidebar, "freeSpace"),
+                  Fmt::byteFormatter(volume.shownAvailable()) + " free of " + Fmt::byteFormatter(one.total));
     }
 }
 
@@ -188,7 +166,7 @@ TEST_F(SidebarTest, FooterKeepsAnyNameWithinTheSidebar) {
 }
 
 TEST_F(SidebarTest, FooterOpensThePrivacySettings) {
-    const OpenedAddresses opened("x-apple.systempreferences");
+    const testing::OpenedAddresses opened("x-apple.systempreferences");
     sidebar.footer().setHasFullDiskAccess(false);
     auto *button = sidebar.findChild<QPushButton *>("grantFullDiskAccess");
     button->setFocus();
@@ -198,5 +176,3 @@ TEST_F(SidebarTest, FooterOpensThePrivacySettings) {
 }
 
 } // namespace brimvale
-
-#include "SidebarTests.moc"

@@ -30,7 +30,7 @@ public:
 class StandardMenusTest : public ::testing::Test {
 protected:
     StandardMenusTest() {
-        QMenu *menu = window.menuBar()->addMenu(QStringLiteral("All"));
+        QMenu *menu = window.menuBar()->addMenu("All");
         StandardMenus::addEditing(*menu);
         StandardMenus::addWindow(*menu, window);
         StandardMenus::addClosing(*menu, window);
@@ -42,7 +42,7 @@ protected:
         pageLayout->addWidget(pageList = new QListWidget(page));
         pageLayout->addWidget(field = new QLineEdit(page));
         for (QListWidget *one : {list, pageList})
-            one->addItem(QStringLiteral("row"));
+            one->addItem("row");
         window.setCentralWidget(content);
         window.show();
         window.activateWindow();
@@ -63,8 +63,8 @@ protected:
 
 TEST_F(StandardMenusTest, CopiesWhatTheFocusedWidgetIsAbout) {
     QClipboard *clipboard = QGuiApplication::clipboard();
-    clipboard->setText(QStringLiteral("before"));
-    field->setText(QStringLiteral("text of the field"));
+    clipboard->setText("before");
+    field->setText("text of the field");
     field->setSelection(0, 4);
     field->setFocus();
     choose("copy");

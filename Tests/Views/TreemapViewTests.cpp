@@ -1,7 +1,6 @@
-#include "Views/TreemapView.h"
-
-#include "Core/TreemapStyle.h"
+#include "Core/Formatting.h"
 #include "Views/Components/Theme.h"
+#include "Views/ShownTreemap.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -9,15 +8,11 @@
 #include <QHelpEvent>
 #include <QImage>
 #include <QPaintEvent>
-#include <QSignalSpy>
-#include <QTest>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QToolTip>
 #include <cmath>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -26,33 +21,12 @@ namespace brimvale {
 
 namespace {
 
-struct Child {
-    std::string name;
-    std::int64_t size;
-    bool isDirectory = false;
-    bool isAggregate = false;
-};
-
-std::unique_ptr<FSNode> makeFolder(const std::vector<Child> &children) {
-    auto folder = std::make_unique<FSNode>("folder", "/folder", true);
-    for (const Child &child : children) {
-        auto node = std::make_unique<FSNode>(child.name, *folder, child.isDirectory);
-        node->size = child.size;
-        node->isAggregate = child.isAggregate;
-        folder->size += child.size;
-        folder->adopt(std::move(node));
-    }
-    return folder;
-}
-
-/// A folder, a file and more small files than get a tile, in that order and of falling size.
-std::unique_ptr<FSNode> makeMixedFolder() {
-    return makeFolder({{"documents", 600'000'000, true},
-                       {"film.mov", 300'000'000},
-                       {"a", 40'000'000},
-                       {"b", 30'000'000},
-                       {"c", 30'000'000}});
-}
+using testing::add;
+using testing::addFolder;
+using testing::makeMixedFolder;
+using testing::makeRoot;
+using testing::nodesIn;
+using testing::ShownTreemap;
 
 /// Makes the application light or dark for as long as it lives.
 class Appearance {
@@ -70,35 +44,6 @@ public:
 private:
     const QPalette before_;
 };
-
-/// A shown treemap of 400 × 300 with at most three tiles for single children, and without the focus.
-class ShownTreemap {
-public:
-    explicit ShownTreemap(FSNode *node, int maxTiles = 3) {
-        view.resize(400, 300);
-        view.setMaxTiles(maxTiles);
-        view.setNode(node);
-        view.show();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
-        view.clearFocus();
-    }
-
-    [[nodiscard]] QPoint middleOf(std::size_t tile) const { return view.tileArea(tile).center(); }
-    void click(std::size_t tile) { QTest::mouseClick(&view, Qt::LeftButton, {}, middleOf(tile)); }
-    void doubleClick(std::size_t tile) { QTest::mouseDClick(&view, Qt::LeftButton, {}, middleOf(tile)); }
-
-    TreemapView view;
-    QSignalSpy selected{&view, &TreemapView::selected};
-    QSignalSpy drilledIn{&view, &TreemapView::drilledIn};
-    QSignalSpy menus{&view, &TreemapView::contextMenuRequested};
-};
-
-std::vector<const FSNode *> nodesIn(const QSignalSpy &spy) {
-    std::vector<const FSNode *> nodes;
-    for (const QList<QVariant> &arguments : spy)
-        nodes.push_back(arguments.front().value<FSNode *>());
-    return nodes;
-}
 
 std::string toolTipAt(TreemapView &view, QPoint position) {
     QToolTip::hideText();
@@ -141,7 +86,7 @@ std::string text(const QColor &color) {
 } // namespace
 
 TEST(TreemapView, SelectsWithAClickAndEntersWithADoubleClick) {
-    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    const std::shared_ptr<FSNode> folder = makeMixedFolder();
     ShownTreemap map(folder.get());
     const auto tiles = map.view.tiles();
     ASSERT_EQ(tiles.size(), 4U);
@@ -164,7 +109,7 @@ TEST(TreemapView, SelectsWithAClickAndEntersWithADoubleClick) {
 }
 
 TEST(TreemapView, MovesWithTheArrowsAndEntersWithReturn) {
-    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    const std::shared_ptr<FSNode> folder = makeMixedFolder();
     ShownTreemap map(folder.get());
     const auto press = [&](Qt::Key key) { QTest::keyClick(&map.view, key); };
     press(Qt::Key_Return);
@@ -202,7 +147,7 @@ TEST(TreemapView, MovesWithTheArrowsAndEntersWithReturn) {
 }
 
 TEST(TreemapView, AsksForAMenuOfTheTileThatItSelects) {
-    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    const std::shared_ptr<FSNode> folder = makeMixedFolder();
     ShownTreemap map(folder.get());
     const auto ask = [&](QContextMenuEvent::Reason reason, QPoint position) {
         QContextMenuEvent event(reason, position, map.view.mapToGlobal(position));
@@ -236,14 +181,15 @@ TEST(TreemapView, NamesATileInItsToolTip) {
              {"exe.\u202Egpj", "exe.\uFFFDgpj"},
              {"caf\xE9", "caf\uFFFD"},
          }) {
-        const std::unique_ptr<FSNode> folder = makeFolder({{name, 1'500'000}});
+        const std::shared_ptr<FSNode> folder = makeRoot();
+        add(*folder, name, 1'500'000);
         ShownTreemap map(folder.get());
         EXPECT_EQ(toolTipAt(map.view, map.middleOf(0)), shown + "\n1.5 MB");
     }
 }
 
 TEST(TreemapView, SelectsOnlyWhatHasATileOfItsOwn) {
-    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    const std::shared_ptr<FSNode> folder = makeMixedFolder();
     ShownTreemap map(folder.get());
     map.view.setSelection(folder->children()[2].get());
     EXPECT_EQ(map.view.selectedTile(), 2U);
@@ -262,15 +208,17 @@ TEST(TreemapView, SelectsOnlyWhatHasATileOfItsOwn) {
 }
 
 TEST(TreemapView, FillsTilesWithTheirColours) {
-    const std::vector<Child> children = {{"documents", 300'000'000, true},
-                                         {"film.mov", 300'000'000},
-                                         {"9 smaller items", 300'000'000, false, true}};
-    const std::unique_ptr<FSNode> folder = makeFolder(children);
+    const std::shared_ptr<FSNode> folder = makeRoot();
+    addFolder(*folder, "documents", 300'000'000);
+    add(*folder, "film.mov", 300'000'000);
+    testing::addAggregate(*folder, 9, 300'000'000);
+    folder->size += 300'000'000;
+    ShownTreemap map(folder.get()); // which goes along with the appearance
     for (const bool isDark : {false, true}) {
         const Appearance appearance(isDark);
         const Theme &theme = Theme::current();
         ASSERT_EQ(theme.isDark, isDark);
-        ShownTreemap map(folder.get());
+        QCoreApplication::processEvents();
         const std::vector<QColor> expected = {mixed(theme.card, paletteColor("documents"), 0.85),
                                               mixed(theme.card, paletteColor("film.mov"), 0.55),
                                               mixed(theme.card, theme.secondaryText, 0.35 * 0.55)};
@@ -288,8 +236,9 @@ TEST(TreemapView, FillsTilesWithTheirColours) {
 
 TEST(TreemapView, DrawsEdgesBetweenPixels) {
     // The edge between the tiles lies at no whole pixel.
-    const std::unique_ptr<FSNode> folder =
-        makeFolder({{"documents", 500'000'300, true}, {"film.mov", 400'000'000}});
+    const std::shared_ptr<FSNode> folder = makeRoot();
+    addFolder(*folder, "documents", 500'000'300);
+    add(*folder, "film.mov", 400'000'000);
     ShownTreemap map(folder.get());
     const double edge = map.view.tiles()[1].rect.x;
     ASSERT_GT(std::abs(edge - std::round(edge * 2) / 2), 0.1);
@@ -306,7 +255,8 @@ TEST(TreemapView, DrawsEdgesBetweenPixels) {
 }
 
 TEST(TreemapView, FramesTheSelectionAndTheFocus) {
-    const std::unique_ptr<FSNode> folder = makeFolder({{"documents", 400'000'000, true}});
+    const std::shared_ptr<FSNode> folder = makeRoot();
+    addFolder(*folder, "documents", 400'000'000);
     for (const bool isDark : {false, true}) {
         const Appearance appearance(isDark);
         const Theme &theme = Theme::current();
@@ -331,15 +281,17 @@ TEST(TreemapView, FramesTheSelectionAndTheFocus) {
 }
 
 TEST(TreemapView, MarksTheTileUnderThePointer) {
-    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    const std::shared_ptr<FSNode> folder = makeMixedFolder();
     ShownTreemap map(folder.get());
+    QTest::mouseMove(&map.view, map.middleOf(2)); // another test may have left it anywhere
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&map.view, &leave);
     const QImage atRest = pictureOf(map.view, 1);
     QTest::mouseMove(&map.view, map.middleOf(1));
     QTest::qWait(0);
     const QImage hovered = pictureOf(map.view, 1);
     EXPECT_NE(hovered.pixel(map.middleOf(1)), atRest.pixel(map.middleOf(1)));
     EXPECT_EQ(hovered.pixel(map.middleOf(0)), atRest.pixel(map.middleOf(0)));
-    QEvent leave(QEvent::Leave);
     QApplication::sendEvent(&map.view, &leave);
     EXPECT_EQ(pictureOf(map.view, 1), atRest);
 }
@@ -352,7 +304,8 @@ TEST(TreemapView, LabelsTilesThatAreLargeEnough) {
     };
     for (const Case &one :
          {Case{{65, 31}, true}, Case{{64, 100}, false}, Case{{200, 30}, false}, Case{{200, 100}, true}}) {
-        const std::unique_ptr<FSNode> folder = makeFolder({{std::string(250, 'W'), 888'800'000'000, true}});
+        const std::shared_ptr<FSNode> folder = makeRoot();
+        addFolder(*folder, std::string(250, 'W'), 888'800'000'000);
         TreemapView view;
         view.resize(one.size);
         view.setNode(folder.get());
@@ -378,7 +331,9 @@ TEST(TreemapView, LabelsTilesThatAreLargeEnough) {
 }
 
 TEST(TreemapView, StaysEmptyWhereThereIsNothingToShow) {
-    const std::unique_ptr<FSNode> folder = makeFolder({{"empty", 0, true}, {"nothing", 0}});
+    const std::shared_ptr<FSNode> folder = makeRoot();
+    addFolder(*folder, "empty");
+    add(*folder, "nothing", 0);
     ShownTreemap map(folder.get());
     EXPECT_TRUE(map.view.tiles().empty());
     map.view.setNode(nullptr);
@@ -387,7 +342,7 @@ TEST(TreemapView, StaysEmptyWhereThereIsNothingToShow) {
     card.fill(Theme::current().card);
     EXPECT_EQ(picture, card);
 
-    const std::unique_ptr<FSNode> full = makeMixedFolder();
+    const std::shared_ptr<FSNode> full = makeMixedFolder();
     map.view.setNode(full.get());
     map.view.resize(4, 300);
     EXPECT_TRUE(map.view.tiles().empty());
@@ -405,7 +360,7 @@ TEST(TreemapView, RepaintsTwoTilesWhenTheSelectionChanges) {
         }
         QRegion region;
     };
-    const std::unique_ptr<FSNode> folder = makeMixedFolder();
+    const std::shared_ptr<FSNode> folder = makeMixedFolder();
     ShownTreemap map(folder.get());
     map.click(0);
     QTest::qWait(0);
@@ -416,31 +371,8 @@ TEST(TreemapView, RepaintsTwoTilesWhenTheSelectionChanges) {
     EXPECT_EQ(painted.region, QRegion(map.view.tileArea(0)) | map.view.tileArea(1));
 }
 
-TEST(TreemapView, FollowsTheAppearance) {
-    const std::unique_ptr<FSNode> folder = makeMixedFolder();
-    ShownTreemap map(folder.get());
-    for (const bool isDark : {true, false}) {
-        const Appearance appearance(isDark);
-        QCoreApplication::processEvents();
-        const QColor expected = mixed(Theme::current().card, paletteColor("documents"), 0.85);
-        const QColor color = pictureOf(map.view, 1).pixelColor(map.middleOf(0));
-        EXPECT_TRUE(isNear(color, expected)) << text(color) << " for " << text(expected);
-    }
-}
-
-TEST(TreemapView, LooksLikeThePictureOfTheCommandLine) {
-    const Appearance light(false);
-    const Theme &theme = Theme::current();
-    const auto same = [](const Color &a, const QColor &b) {
-        return isNear(b, QColor::fromRgbF(static_cast<float>(a.red), static_cast<float>(a.green),
-                                          static_cast<float>(a.blue)));
-    };
-    EXPECT_TRUE(same(TreemapStyle::paper.background, theme.card));
-    EXPECT_TRUE(same(TreemapStyle::paper.secondaryText, theme.secondaryText));
-}
-
 TEST(TreemapView, LetsGoOfTheTree) {
-    std::unique_ptr<FSNode> folder = makeMixedFolder();
+    std::shared_ptr<FSNode> folder = makeMixedFolder();
     ShownTreemap map(folder.get());
     map.click(1);
     QTest::mouseMove(&map.view, map.middleOf(0));
@@ -471,59 +403,6 @@ TEST(TreemapView, LetsGoOfTheTree) {
     map.view.setNode(folder.get());
     ASSERT_EQ(map.view.tiles().size(), 1U);
     EXPECT_EQ(map.view.tiles()[0].node->name, "film.mov");
-}
-
-TEST(TreemapView, ExposesItsTilesToAssistiveTechnology) {
-    const std::unique_ptr<FSNode> folder = makeMixedFolder();
-    ShownTreemap map(folder.get());
-    QAccessibleInterface *const list = QAccessible::queryAccessibleInterface(&map.view);
-    EXPECT_EQ(list->role(), QAccessible::List);
-    EXPECT_EQ(list->text(QAccessible::Name), QStringLiteral("Treemap of folder"));
-    ASSERT_EQ(list->childCount(), 4);
-    EXPECT_EQ(list->child(4), nullptr);
-    EXPECT_EQ(list->child(-1), nullptr);
-
-    std::vector<std::string> names;
-    for (int i = 0; i < list->childCount(); ++i) {
-        QAccessibleInterface *const tile = list->child(i);
-        names.push_back(tile->text(QAccessible::Name).toStdString());
-        EXPECT_EQ(tile->role(), QAccessible::ListItem);
-        EXPECT_EQ(tile->parent(), list);
-        EXPECT_EQ(list->indexOfChild(tile), i);
-        const QRect area = map.view.tileArea(static_cast<std::size_t>(i));
-        EXPECT_EQ(tile->rect(), area.translated(map.view.mapToGlobal(QPoint())));
-        EXPECT_EQ(list->childAt(tile->rect().center().x(), tile->rect().center().y()), tile);
-        EXPECT_FALSE(tile->state().selected);
-    }
-    EXPECT_THAT(names, ::testing::ElementsAre("documents, 600 MB, 60 percent", "film.mov, 300 MB, 30 percent",
-                                              "a, 40 MB, 4 percent", "2 smaller items, 60 MB, 6 percent"));
-
-    const auto act = [&](int tile, const QString &action) {
-        ASSERT_TRUE(list->child(tile)->actionInterface()->actionNames().contains(action));
-        list->child(tile)->actionInterface()->doAction(action);
-    };
-    const FSNode *const documents = folder->children()[0].get();
-    act(0, QStringLiteral("open"));
-    EXPECT_EQ(nodesIn(map.drilledIn), std::vector<const FSNode *>{documents});
-    EXPECT_FALSE(list->child(1)->actionInterface()->actionNames().contains(QStringLiteral("open")));
-    act(0, QAccessibleActionInterface::showMenuAction());
-    EXPECT_EQ(nodesIn(map.menus), std::vector<const FSNode *>{documents});
-    act(3, QAccessibleActionInterface::pressAction());
-    EXPECT_TRUE(list->child(3)->state().selected);
-    EXPECT_FALSE(list->child(0)->state().selected);
-}
-
-TEST(TreemapView, TellsAssistiveTechnologyWhereTheFocusIs) {
-    const std::unique_ptr<FSNode> folder = makeMixedFolder();
-    ShownTreemap map(folder.get());
-    QAccessibleInterface *const list = QAccessible::queryAccessibleInterface(&map.view);
-    map.view.setFocus();
-    ASSERT_TRUE(map.view.hasFocus());
-    EXPECT_EQ(list->focusChild(), nullptr);
-    QTest::keyClick(&map.view, Qt::Key_Down);
-    QTest::keyClick(&map.view, Qt::Key_Right);
-    EXPECT_EQ(list->focusChild(), list->child(1));
-    EXPECT_TRUE(list->child(1)->state().focused);
 }
 
 } // namespace brimvale

@@ -39,8 +39,8 @@ class Browser : public QObject {
     Q_OBJECT
 
 public:
-    Browser() { QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "open"); }
-    ~Browser() override { QDesktopServices::unsetUrlHandler(QStringLiteral("https")); }
+    Browser() { QDesktopServices::setUrlHandler("https", this, "open"); }
+    ~Browser() override { QDesktopServices::unsetUrlHandler("https"); }
 
     std::vector<QUrl> opened;
 

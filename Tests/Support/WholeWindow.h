@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Core/Updater.h"
+#include "Views/ContentView.h"
+
+namespace brimvale::testing {
+
+struct HasUpdater {
+    Updater updater;
+};
+
+/// The whole window, with an updater of its own.
+class WholeWindow : private HasUpdater, public ContentView {
+public:
+    explicit WholeWindow(CorvelModel &model) : ContentView(model, updater) {}
+};
+
+} // namespace brimvale::testing
