@@ -30,18 +30,13 @@ TEST(FileURL, StandardisesWithoutResolvingLinksUnlessAParentFollows) {
     struct Case {
         std::string path, standardised;
     };
-    for (const Case &one : {
-             Case{"/", "/"},
-             Case{"//", "/"},
-             Case{"/..", "/"},
-             Case{"/./nowhere//at/./all/", "/nowhere/at/all"},
-             Case{"/nowhere/at/../all", "/nowhere/all"},
-             Case{folder.path("link/"), folder.path("link")},
-             Case{folder.path("link/x"), folder.path("link/x")},
-             Case{folder.path("link/.."), folder.path("real")},
-             Case{folder.path("link/../x"), folder.path("real/x")},
-             Case{folder.path("gone/../real"), folder.path("real")},
-         })
+    for (const Case &one :
+         {Case{"/", "/"}, Case{"//", "/"}, Case{"/..", "/"}, Case{"/./nowhere//at/./all/", "/nowhere/at/all"},
+          Case{"/nowhere/at/../all", "/nowhere/all"}, Case{folder.path("link/"), folder.path("link")},
+          Case{folder.path("link/x"), folder.path("link/x")},
+          Case{folder.path("link/.."), folder.path("real")},
+          Case{folder.path("link/../x"), folder.path("real/x")},
+          Case{folder.path("gone/../real"), folder.path("real")}})
         EXPECT_EQ(FileURL(one.path).standardized().path(), one.standardised) << one.path;
     // /private stands for the top only where macOS has it so, never for a folder that merely has the name.
     EXPECT_EQ(FileURL("/private/Users").standardized().path(), "/private/Users");

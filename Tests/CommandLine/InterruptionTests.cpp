@@ -17,33 +17,24 @@ using commandLine::Interruption;
 using ::testing::ExitedWithCode;
 using ::testing::KilledBySignal;
 
-namespace {
-
-constexpr const char *remark = "brimvalectl: interrupted: the figures are partial\n";
-
-} // namespace
-
 TEST(Interruption, StillPrintsWhatWasCounted) {
     const TemporaryFolder folder;
     folder.makeFile("sub/file", 2'000'000);
-    for (const int signal : {SIGINT, SIGTERM}) {
-        const Outcome json = runProgram({"scan", "--json", folder.path()}, pending(signal));
-        EXPECT_EQ(json.status, 130);
-        EXPECT_EQ(json.err, remark);
-        const QJsonDocument document = jsonIn(json);
-        EXPECT_EQ(document["root"]["path"].toString().toStdString(), folder.path());
-        EXPECT_EQ(document["files"].toInteger(-1), 0);
-
-        const Outcome table = runProgram({"scan", folder.path()}, pending(signal));
-        EXPECT_EQ(table.status, 130);
-        EXPECT_EQ(table.err, remark);
-        EXPECT_THAT(table.out, ::testing::HasSubstr("\n0 files in 0 folders, "));
-
-        const Outcome size = runProgram({"size", "--json", folder.path()}, pending(signal));
-        EXPECT_EQ(size.status, 130);
-        EXPECT_EQ(size.err, remark);
-        EXPECT_EQ(size.out, "[]\n");
-    }
+    struct Case {
+        std::vector<std::string> arguments;
+        std::string output; ///< a part of it
+    };
+    for (const int signal : {SIGINT, SIGTERM})
+        for (const Case &one :
+             {Case{{"scan", "--json", folder.path()}, "\"files\":0,"},
+              Case{{"scan", folder.path()}, "\n0 files in 0 folders, "},
+              Case{{"size", "--json", folder.path()}, "[]\n"}, Case{{"cleanup", "--json"}, "\"entries\":[]"},
+              Case{{"overview"}, "\n"}, Case{{"category", "systemData", "--json"}, "\"measured\":"}}) {
+            const Outcome outcome = runProgram(one.arguments, pending(signal));
+            EXPECT_EQ(outcome.status, 130) << one.arguments.front();
+            EXPECT_EQ(outcome.err, "brimvalectl: interrupted: the figures are partial\n");
+            EXPECT_THAT(outcome.out, ::testing::HasSubstr(one.output)) << one.arguments.front();
+        }
 }
 
 TEST(Interruption, StopsAWalkThatIsUnderWay) {

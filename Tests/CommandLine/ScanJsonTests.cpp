@@ -1,4 +1,5 @@
 #include "CommandLine/Program.h"
+#include "Support/ReferenceScan.h"
 #include "Support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -6,8 +7,6 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <limits>
-#include <map>
 #include <regex>
 #include <string>
 #include <sys/stat.h>
@@ -34,71 +33,23 @@ QJsonObject documentOf(
     return jsonIn(outcome).object();
 }
 
-/// What is at a path, found out without the scanner.
-struct Found {
-    bool isDirectory = false;
-    std::int64_t size = 0, logicalSize = 0, files = 0, folders = 0;
-    std::int64_t smallSize = 0, smallFiles = 0;
-    std::map<std::string, Found> shown = {}; ///< folders, and files from the minimum on
-};
-
-/// Right in the folder that is scanned every file is shown.
-Found walk(const fs::path &path, std::int64_t minimum, bool isRoot = true) {
-    struct stat status {};
-    EXPECT_EQ(lstat(path.c_str(), &status), 0) << path;
-    if (!S_ISDIR(status.st_mode))
-        return {.size = status.st_blocks * 512, .logicalSize = status.st_size, .files = 1};
-    Found folder{.isDirectory = true};
-    for (const fs::directory_entry &entry : fs::directory_iterator(path)) {
-        const Found found = walk(entry.path(), minimum, false);
-        folder.size += found.size;
-        folder.logicalSize += found.logicalSize;
-        folder.files += found.files;
-        folder.folders += found.folders + (found.isDirectory ? 1 : 0);
-        if (isRoot || found.isDirectory || found.size >= minimum) {
-            folder.shown[entry.path().filename()] = found;
-        } else {
-            folder.smallSize += found.size;
-            ++folder.smallFiles;
-        }
+/// A node and what is beneath it as a tree, with every figure and flag that the document has.
+void adoptFrom(FSNode &node, const QJsonObject &json) {
+    node.isAggregate = json["isAggregate"].toBool(true);
+    node.unreadable = json["unreadable"].toBool(true);
+    node.isNotDescended = json["isNotDescended"].toBool(true);
+    node.isCloudProvider = json["isCloudProvider"].toBool(true);
+    node.size = json["size"].toInteger(-1);
+    node.logicalSize = json["logicalSize"].toInteger(-1);
+    node.fileCount = json["fileCount"].toInteger(-1);
+    node.dirCount = json["dirCount"].toInteger(-1);
+    const QJsonArray children = json["children"].toArray();
+    EXPECT_EQ(json.contains("children"), !children.isEmpty());
+    for (const QJsonValue &child : children) {
+        node.adopt(std::make_unique<FSNode>(child["name"].toString().toStdString(), node,
+                                            child["isDirectory"].toBool(false)));
+        adoptFrom(*node.children().back(), child.toObject());
     }
-    return folder;
-}
-
-void expectSame(const QJsonObject &node, const Found &found, const std::string &where) {
-    const ::testing::ScopedTrace trace(__FILE__, __LINE__, where);
-    EXPECT_EQ(node["isDirectory"].toBool(), found.isDirectory);
-    EXPECT_EQ(node["size"].toInteger(), found.size);
-    EXPECT_EQ(node["logicalSize"].toInteger(), found.logicalSize);
-    EXPECT_EQ(node["fileCount"].toInteger(), found.files);
-    EXPECT_EQ(node["dirCount"].toInteger(), found.folders);
-    for (const char *flag : {"unreadable", "isNotDescended", "isCloudProvider"})
-        EXPECT_TRUE(node[flag].isBool() && !node[flag].toBool()) << flag;
-
-    const QJsonArray children = node["children"].toArray();
-    EXPECT_EQ(node.contains("children"), !children.isEmpty());
-    std::size_t named = 0;
-    std::int64_t sizeBefore = std::numeric_limits<std::int64_t>::max();
-    for (const QJsonValue &value : children) {
-        const QJsonObject child = value.toObject();
-        EXPECT_LE(child["size"].toInteger(), sizeBefore);
-        sizeBefore = child["size"].toInteger();
-        EXPECT_FALSE(child.contains("path"));
-        if (child["isAggregate"].toBool()) {
-            EXPECT_EQ(child["fileCount"].toInteger(), found.smallFiles);
-            EXPECT_EQ(child["size"].toInteger(), found.smallSize);
-            continue;
-        }
-        ++named;
-        const std::string name = child["name"].toString().toStdString();
-        const auto match = found.shown.find(name);
-        if (match == found.shown.end())
-            ADD_FAILURE() << "not there: " << name;
-        else
-            expectSame(child, match->second, where + "/" + name);
-    }
-    EXPECT_EQ(named, found.shown.size());
-    EXPECT_EQ(static_cast<std::size_t>(children.size()), named + (found.smallFiles > 0 ? 1 : 0));
 }
 
 void fill(const TemporaryFolder &folder) {
@@ -132,16 +83,19 @@ QJsonObject pruned(QJsonObject node, int depth, qsizetype top) {
 TEST(ScanJson, TellsWhatAnIndependentWalkFinds) {
     const TemporaryFolder folder;
     fill(folder);
+    ScanOptions options;
     for (const std::int64_t minimum : {0, 50'000, 1'048'576}) {
+        options.minimumNodeSize = minimum;
         const QJsonObject document =
             documentOf({"scan", folder.path(), "--json", "--min-size", std::to_string(minimum)});
-        const Found found = walk(folder.path(), minimum);
-        const QJsonObject root = document["root"].toObject();
-        EXPECT_EQ(root["path"].toString().toStdString(), folder.path());
-        EXPECT_EQ(root["name"].toString().toStdString(), fs::path(folder.path()).filename());
-        expectSame(root, found, "minimum " + std::to_string(minimum));
-        EXPECT_EQ(document["files"].toInteger(), found.files);
-        EXPECT_EQ(document["bytes"].toInteger(), found.size);
+        const ReferenceScan expected = referenceScan(folder.path(), options);
+        expected.root->sortRecursively();
+        EXPECT_EQ(document["root"]["path"].toString().toStdString(), folder.path());
+        FSNode root(document["root"]["name"].toString().toStdString(), folder.path(), true);
+        adoptFrom(root, document["root"].toObject());
+        EXPECT_EQ(describe(root), describe(*expected.root)) << minimum;
+        EXPECT_EQ(document["files"].toInteger(), expected.files);
+        EXPECT_EQ(document["bytes"].toInteger(), expected.bytes);
         EXPECT_EQ(document["unreadable"].toInteger(-1), 0);
         EXPECT_GT(document["elapsed"].toDouble(), 0);
         EXPECT_LT(document["elapsed"].toDouble(), 200);

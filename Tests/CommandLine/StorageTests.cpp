@@ -3,7 +3,6 @@
 #include "Support/SampleMac.h"
 #include "Support/TemporaryFolder.h"
 
-#include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string>
@@ -101,17 +100,6 @@ TEST_F(Storage, DividesTheUsedSpace) {
     EXPECT_EQ(documents, withId(categories, "documents"));
     EXPECT_EQ(documents["category"]["action"].toObject(), (QJsonObject{{"case", "removable"}}));
     EXPECT_THAT(runProgram({"category", "photos"}).out, HasSubstr("A photo library is a bundle"));
-}
-
-TEST_F(Storage, StopsAtASignal) {
-    for (const std::vector<std::string> &arguments : {std::vector<std::string>{"cleanup", "--json"},
-                                                      {"overview"},
-                                                      {"category", "systemData", "--json"}}) {
-        const Outcome outcome = runProgram(arguments, pending(SIGINT));
-        EXPECT_EQ(outcome.status, 130);
-        EXPECT_THAT(outcome.err, HasSubstr("the figures are partial\n"));
-        EXPECT_NE(outcome.out, "");
-    }
 }
 
 TEST(StorageUsage, NamesTheIdsThatThereAre) {

@@ -304,33 +304,4 @@ TEST(TreemapCommand, ReplacesAFileAsAWhole) {
     }
 }
 
-TEST(TreemapCommand, IsRefusedWithoutASize) {
-    const TemporaryFolder folder;
-    struct Case {
-        std::vector<std::string> options;
-        std::string sentence;
-    };
-    for (const Case &one : {
-             Case{{}, "missing option: --width"},
-             Case{{"--width", "100"}, "missing option: --height"},
-             Case{{"--width", "100", "--height", "-1"},
-                  "\"--height\" takes a whole number from 0 up, not \"-1\""},
-             Case{{"--width", "nan", "--height", "1"}, "\"--width\" takes a whole number"},
-             Case{{"--width", "1e3", "--height", "1"}, "\"--width\" takes a whole number"},
-             Case{{"--width=1", "--height=1", "--max-tiles=-1"}, "\"--max-tiles\" takes a whole number"},
-             Case{{"--width=1", "--height=1", "--svg"}, "\"--svg\" needs a value: FILE"},
-         }) {
-        std::vector<std::string> arguments = {"treemap", folder.path()};
-        arguments.insert(arguments.end(), one.options.begin(), one.options.end());
-        const Outcome outcome = runProgram(arguments);
-        EXPECT_EQ(outcome.status, 2) << one.sentence;
-        EXPECT_EQ(outcome.out, "");
-        EXPECT_THAT(outcome.err, StartsWith("brimvalectl: treemap: " + one.sentence));
-    }
-    EXPECT_EQ(runProgram({"treemap", "--width=1", "--height=1"}).status, 2);
-    const Outcome missing = runProgram({"treemap", folder.path("missing"), "--width=1", "--height=1"});
-    EXPECT_EQ(missing.status, 1);
-    EXPECT_THAT(missing.err, HasSubstr("No such file or directory"));
-}
-
 } // namespace brimvale::testing

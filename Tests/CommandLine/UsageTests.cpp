@@ -50,6 +50,13 @@ TEST(Usage, IsRefusedWithASentence) {
              Case{{"check"}, "check: missing argument: PATH…"},
              Case{{"remove", "--yes"}, "remove: missing argument: PATH…"},
              Case{{"remove", "--yes=no", "/"}, "remove: \"--yes\" takes no value"},
+             Case{{"treemap", "/"}, "treemap: missing option: --width"},
+             Case{{"treemap", "/", "--width", "100"}, "treemap: missing option: --height"},
+             Case{{"treemap", "--width=1", "--height=1"}, "treemap: missing argument: PATH"},
+             Case{{"treemap", "/", "--width", "nan", "--height", "1"},
+                  "treemap: \"--width\" takes a whole number"},
+             Case{{"treemap", "/", "--width=1", "--height=1", "--svg"},
+                  "treemap: \"--svg\" needs a value: FILE"},
          }) {
         const Outcome outcome = runProgram(one.arguments);
         EXPECT_EQ(outcome.status, 2) << one.sentence;

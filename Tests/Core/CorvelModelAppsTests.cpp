@@ -178,18 +178,6 @@ TEST_F(CorvelModelApps, GoWithTheirBundle) {
               acme.bundleSize + acme.leftovers[0].size + acme.leftovers[1].size);
 }
 
-TEST_F(CorvelModelApps, StayWhereTheirBundleCannotBeRemoved) {
-    load();
-    const AppRow acme = *find("Acme");
-    actions.errors.emplace(acme.app.url.path(), FileError::posix(EBUSY));
-    model.uninstall(acme.app, {acme.leftovers[1]}, true, RemovalMode::deleteNow);
-    ASSERT_TRUE(waitUntilRemoved(model));
-    ASSERT_EQ((*model.lastResult)->failed.size(), 1U);
-    EXPECT_EQ((*model.lastResult)->failed[0].url, acme.app.url);
-    ASSERT_NE(find("Acme"), nullptr);
-    EXPECT_THAT(leftoversOf("Acme"), ElementsAre("com.example.Acme"));
-}
-
 TEST_F(CorvelModelApps, LoseTheLeftoversThatTheAdministratorRemoves) {
     load();
     const AppRow acme = *find("Acme");

@@ -23,19 +23,6 @@ bool waitUntilIdle(const CorvelModel &model) {
 
 } // namespace
 
-TEST(CorvelModel, StartsWithItsDefaults) {
-    const CorvelModel model;
-    EXPECT_EQ(*model.scanRootPath, homeFolder().path());
-    EXPECT_EQ(*model.tree, nullptr);
-    EXPECT_FALSE(*model.isScanning);
-    EXPECT_EQ(*model.scanCurrentPath, "");
-    EXPECT_FALSE(model.lastScanDate->has_value());
-    EXPECT_TRUE(model.rootVolume().has_value()) << "before anything is drawn";
-    EXPECT_FALSE(*model.isMeasuringCleanup || *model.isMeasuringCategories || *model.isLoadingApps);
-    EXPECT_EQ(*model.backupRoot, homeFolder().appending("Documents/Brimvale Backups"));
-    EXPECT_EQ(model.scanStats(), nullptr);
-}
-
 TEST(CorvelModel, PublishesAFinishedScan) {
     const TemporaryFolder folder;
     folder.makeFile("small/file", 5000);
@@ -126,7 +113,7 @@ TEST(CorvelModel, EndsWithoutATreeWhenStopped) {
     model.scanStats()->cancel();
     ASSERT_TRUE(waitUntilIdle(model));
     EXPECT_EQ(*model.tree, nullptr);
-    EXPECT_FALSE(model.lastScanDate->has_value());
+    EXPECT_EQ(*model.lastScanDate, std::nullopt);
 
     // A page that wants to stop a session without a scan ends it itself.
     model.finishScan(nullptr);

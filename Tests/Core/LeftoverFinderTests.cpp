@@ -67,50 +67,34 @@ private:
 } // namespace
 
 TEST_F(LeftoverFinderTest, FindsWhatIsNamedAfterTheIdentifier) {
-    for (const char *file : {
-             "home/Library/Application Support/com.example.acme/data",
-             "home/Library/Caches/com.example.acme/data",
-             "home/Library/Containers/com.example.acme/data",
-             "home/Library/Application Scripts/com.example.acme/script",
-             "home/Library/HTTPStorages/com.example.acme/data",
-             "home/Library/HTTPStorages/com.example.acme.binarycookies",
-             "home/Library/WebKit/com.example.acme/data",
-             "home/Library/Logs/com.example.acme/log",
-             "home/Library/Preferences/com.example.acme.plist",
-             "home/Library/Saved Application State/com.example.acme.savedState/data",
-             "home/Library/Cookies/com.example.acme.binarycookies",
-             "machine/Library/Application Support/com.example.acme/data",
-             "machine/Library/Caches/com.example.acme/data",
-             "machine/Library/Preferences/com.example.acme.plist",
-             "machine/Library/Logs/com.example.acme/log",
-             // not these
-             "home/Library/Application Support/Acme/data",
-             "home/Library/Application Support/com.example.acme.pro/data",
-             "home/Library/Preferences/com.example.acme",
-             "home/Library/Preferences/com.example.acme.plist.lockfile",
-             "home/Library/Saved Application State/com.example.acme",
-             "home/Library/com.example.acme",
-             "machine/Library/com.example.acme/data",
-         })
-        make(file);
-    EXPECT_THAT(
-        find(app("Acme", "com.example.acme")),
-        UnorderedElementsAre("Application Support: home/Library/Application Support/com.example.acme",
-                             "Cache: home/Library/Caches/com.example.acme",
-                             "Sandbox container: home/Library/Containers/com.example.acme",
-                             "App scripts: home/Library/Application Scripts/com.example.acme",
-                             "Web storage: home/Library/HTTPStorages/com.example.acme",
-                             "Web storage: home/Library/HTTPStorages/com.example.acme.binarycookies",
-                             "WebKit data: home/Library/WebKit/com.example.acme",
-                             "Logs: home/Library/Logs/com.example.acme",
-                             "Preferences: home/Library/Preferences/com.example.acme.plist",
-                             "Saved state: home/Library/Saved Application State/com.example.acme.savedState",
-                             "Cookies: home/Library/Cookies/com.example.acme.binarycookies",
-                             "*Application Support (system): "
-                             "machine/Library/Application Support/com.example.acme",
-                             "*Cache (system): machine/Library/Caches/com.example.acme",
-                             "*Preferences (system): machine/Library/Preferences/com.example.acme.plist",
-                             "*Logs (system): machine/Library/Logs/com.example.acme"));
+    std::vector<std::string> expected;
+    for (const std::string place : {
+             "Application Support: home/Library/Application Support/com.example.acme",
+             "Cache: home/Library/Caches/com.example.acme",
+             "Sandbox container: home/Library/Containers/com.example.acme",
+             "App scripts: home/Library/Application Scripts/com.example.acme",
+             "Web storage: home/Library/HTTPStorages/com.example.acme",
+             "Web storage: home/Library/HTTPStorages/com.example.acme.binarycookies",
+             "WebKit data: home/Library/WebKit/com.example.acme",
+             "Logs: home/Library/Logs/com.example.acme",
+             "Preferences: home/Library/Preferences/com.example.acme.plist",
+             "Saved state: home/Library/Saved Application State/com.example.acme.savedState",
+             "Cookies: home/Library/Cookies/com.example.acme.binarycookies",
+             "*Application Support (system): machine/Library/Application Support/com.example.acme",
+             "*Cache (system): machine/Library/Caches/com.example.acme",
+             "*Preferences (system): machine/Library/Preferences/com.example.acme.plist",
+             "*Logs (system): machine/Library/Logs/com.example.acme",
+         }) {
+        make(place.substr(place.find(": ") + 2));
+        expected.push_back(place);
+    }
+    for (const char *other :
+         {"home/Library/Application Support/Acme/data", "home/Library/Caches/com.example.acme.pro/data",
+          "home/Library/Preferences/com.example.acme", "machine/Library/com.example.acme/data",
+          "home/Library/Preferences/com.example.acme.plist.lockfile", "home/Library/com.example.acme",
+          "home/Library/Saved Application State/com.example.acme"})
+        make(other);
+    EXPECT_THAT(find(app("Acme", "com.example.acme")), ::testing::UnorderedElementsAreArray(expected));
 }
 
 TEST_F(LeftoverFinderTest, MatchesEntriesByIdentifierAndByName) {

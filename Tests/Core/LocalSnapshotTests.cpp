@@ -2,7 +2,6 @@
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-#include <sstream>
 
 namespace brimvale {
 
@@ -55,21 +54,6 @@ TEST(LocalSnapshot, HasNoDateWhereTheNameIsNotOne) {
         const std::string line = std::string("com.apple.TimeMachine.") + name + ".local";
         EXPECT_EQ(listed(line), line + " none\n");
     }
-}
-
-TEST(LocalSnapshot, ListsManyInOrder) {
-    std::string printed = "Snapshots for disk /:\n";
-    for (int i = 0; i < 200; ++i)
-        printed += "com.apple.TimeMachine.2024-01-01-" +
-                   std::to_string(100000 + (i * 37) % 60 + 100 * (i % 60)) + ".local\n";
-    std::istringstream lines(listed(printed));
-    std::string previous = "9";
-    int count = 0;
-    for (std::string name, date; lines >> name >> date; ++count) {
-        EXPECT_LE(date, previous);
-        previous = date;
-    }
-    EXPECT_EQ(count, 200);
 }
 
 TEST(LocalSnapshot, ListsNothingWithoutTheTool) {

@@ -19,14 +19,10 @@ TEST(OutermostNodes, LeavesOutWhatLiesInAnother) {
         std::vector<std::string> given;
         std::vector<std::string> outermost;
     };
-    for (const Case &one : {
-             Case{{}, {}},
-             Case{{"aa", "ab", "b"}, {"aa", "ab", "b"}},
-             Case{{"aaa", "a"}, {"a"}},
-             Case{{"b", "aaa", "ab", "a", "ba"}, {"b", "a"}},
-             Case{{"aa", "aaa", "ab", "ba"}, {"aa", "ab", "ba"}},
-             Case{{"aaa", "root", "b"}, {"root"}},
-         }) {
+    for (const Case &one :
+         {Case{{}, {}}, Case{{"aa", "ab", "b"}, {"aa", "ab", "b"}}, Case{{"aaa", "a"}, {"a"}},
+          Case{{"b", "aaa", "ab", "a", "ba"}, {"b", "a"}},
+          Case{{"aa", "aaa", "ab", "ba"}, {"aa", "ab", "ba"}}, Case{{"aaa", "root", "b"}, {"root"}}}) {
         std::vector<FSNode *> given;
         for (const std::string &name : one.given)
             given.push_back(nodes[name]);

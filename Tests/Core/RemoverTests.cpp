@@ -47,21 +47,19 @@ TEST(Remover, SortsItemsByWhatBecameOfThem) {
         FileError error;
         bool needsAdmin;
     };
-    const std::vector<Case> cases = {
-        {cocoa(513), true},
-        {cocoa(642), true},
-        {{FileError::Domain::posix, 642, "no luck", nullptr}, true},
-        {FileError::posix(EACCES), true},
-        {cocoa(512, FileError::posix(EACCES)), true},
-        {cocoa(512), false},
-        {cocoa(512, FileError::posix(EPERM)), false},
-        {FileError::posix(EPERM), false},
-        {cocoa(EACCES), false},
-        {cocoa(512, cocoa(EACCES)), false},
-        {cocoa(512, cocoa(513)), false},
-        {cocoa(512, cocoa(512, FileError::posix(EACCES))), false},
-        {cocoa(4, FileError::posix(ENOENT)), false},
-    };
+    const std::vector<Case> cases = {{cocoa(513), true},
+                                     {cocoa(642), true},
+                                     {{FileError::Domain::posix, 642, "no luck", nullptr}, true},
+                                     {FileError::posix(EACCES), true},
+                                     {cocoa(512, FileError::posix(EACCES)), true},
+                                     {cocoa(512), false},
+                                     {cocoa(512, FileError::posix(EPERM)), false},
+                                     {FileError::posix(EPERM), false},
+                                     {cocoa(EACCES), false},
+                                     {cocoa(512, cocoa(EACCES)), false},
+                                     {cocoa(512, cocoa(513)), false},
+                                     {cocoa(512, cocoa(512, FileError::posix(EACCES))), false},
+                                     {cocoa(4, FileError::posix(ENOENT)), false}};
     const TemporaryFolder folder;
     RecordingActions actions;
     Urls urls, needsAdmin;
@@ -240,19 +238,12 @@ TEST(RemoverOfSnapshots, PutsNothingButADateIntoTheCommand) {
         std::string name;
         std::string stamp; ///< empty: no command is run
     };
-    for (const Case &one : {
-             Case{"com.apple.TimeMachine.2024-05-01-101010.local", "2024-05-01-101010"},
-             Case{"2024-05-01-101010", "2024-05-01-101010"},
-             Case{"com.apple.TimeMachine.com.apple.TimeMachine.1.local.local", "1"},
-             Case{"com.apple.os.update-0A_z", "com.apple.os.update-0A_z"},
-             Case{"com.apple.TimeMachine.1; rm x.local", ""},
-             Case{"/", ""},
-             Case{"1 2", ""},
-             Case{"1\n", ""},
-             Case{"$HOME", ""},
-             Case{"\"", ""},
-             Case{"1\xC3\xA9", ""},
-         }) {
+    for (const Case &one : {Case{"com.apple.TimeMachine.2024-05-01-101010.local", "2024-05-01-101010"},
+                            Case{"2024-05-01-101010", "2024-05-01-101010"},
+                            Case{"com.apple.TimeMachine.com.apple.TimeMachine.1.local.local", "1"},
+                            Case{"com.apple.os.update-0A_z", "com.apple.os.update-0A_z"},
+                            Case{"com.apple.TimeMachine.1; rm x.local", ""}, Case{"/", ""}, Case{"1 2", ""},
+                            Case{"1\n", ""}, Case{"$HOME", ""}, Case{"\"", ""}, Case{"1\xC3\xA9", ""}}) {
         RecordingActions actions;
         EXPECT_EQ(Remover::deleteSnapshot(one.name, FileURL("/"), actions), !one.stamp.empty()) << one.name;
         const std::vector<std::string> command = {"admin /usr/bin/tmutil deletelocalsnapshots " + one.stamp};

@@ -50,41 +50,29 @@ TEST(Uninstall, NamesWhatItRemoves) {
         const AppRow &row;
         std::vector<LeftoverItem> leftovers;
         bool includeBundle;
-        std::string sentence;
+        std::string what;
+        std::int64_t bytes;
         std::vector<FileURL> urls;
     };
-    for (const Case &one : {
-             Case{app,
-                  {first, second},
-                  true,
-                  "This removes the app bundle and 2 supporting items, freeing about " +
-                      Fmt::byteFormatter(1'500'000),
-                  {first.url, second.url, app.app.url}},
-             Case{app,
-                  {second},
-                  false,
-                  "This removes 1 supporting item, freeing about " + Fmt::byteFormatter(300'000),
-                  {second.url}},
-             Case{app,
-                  {},
-                  true,
-                  "This removes the app bundle and 0 supporting items, freeing about " +
-                      Fmt::byteFormatter(1'000'000),
-                  {app.app.url}},
-             Case{systemApp,
-                  {first},
-                  true,
-                  "This removes 1 supporting item, freeing about " + Fmt::byteFormatter(200'000),
-                  {first.url}},
-         }) {
-        EXPECT_EQ(Uninstall::confirmation(one.row, one.leftovers, one.includeBundle), one.sentence);
+    const FileURL &bundle = app.app.url;
+    for (const Case &one : {Case{app,
+                                 {first, second},
+                                 true,
+                                 "the app bundle and 2 supporting items",
+                                 1'500'000,
+                                 {first.url, second.url, bundle}},
+                            Case{app, {second}, false, "1 supporting item", 300'000, {second.url}},
+                            Case{app, {}, true, "the app bundle and 0 supporting items", 1'000'000, {bundle}},
+                            Case{systemApp, {first}, true, "1 supporting item", 200'000, {first.url}}}) {
+        EXPECT_EQ(Uninstall::confirmation(one.row, one.leftovers, one.includeBundle),
+                  "This removes " + one.what + ", freeing about " + Fmt::byteFormatter(one.bytes));
         const Uninstall::Items items = Uninstall::items(one.row, one.leftovers, one.includeBundle);
         EXPECT_EQ(items.urls, one.urls);
-        EXPECT_EQ(items.sizes.size(), one.urls.size());
+        std::int64_t bytes = 0;
+        for (const FileURL &url : one.urls)
+            bytes += items.sizes.at(url);
+        EXPECT_EQ(bytes, one.bytes);
     }
-    const Uninstall::Items items = Uninstall::items(app, {second}, true);
-    EXPECT_EQ(items.sizes.at(second.url), 300'000);
-    EXPECT_EQ(items.sizes.at(app.app.url), 1'000'000);
 }
 
 TEST(Uninstall, KeepsTheRowUntilTheBundleHasGone) {

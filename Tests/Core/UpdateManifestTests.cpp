@@ -78,18 +78,11 @@ TEST(UpdateManifest, TakesABuildOnlyWhereItIsAWholeNumberOf64Bits) {
         QByteArray text;
         std::optional<std::int64_t> build;
     };
-    for (const Case &one : {
-             Case{"0", 0},
-             Case{"-7", -7},
-             Case{"42.0", 42},
-             Case{"1e3", 1000},
-             Case{"9223372036854775807", std::numeric_limits<std::int64_t>::max()},
-             Case{"-9223372036854775808", std::numeric_limits<std::int64_t>::min()},
-             Case{"9223372036854775808", std::nullopt},
-             Case{"1e300", std::nullopt},
-             Case{"0.5", std::nullopt},
-             Case{"42.0000001", std::nullopt},
-         }) {
+    for (const Case &one : {Case{"0", 0}, Case{"-7", -7}, Case{"42.0", 42}, Case{"1e3", 1000},
+                            Case{"9223372036854775807", std::numeric_limits<std::int64_t>::max()},
+                            Case{"-9223372036854775808", std::numeric_limits<std::int64_t>::min()},
+                            Case{"9223372036854775808", std::nullopt}, Case{"1e300", std::nullopt},
+                            Case{"0.5", std::nullopt}, Case{"42.0000001", std::nullopt}}) {
         const auto decoded = UpdateManifest::decode(feedWith("build", one.text));
         const auto *manifest = std::get_if<UpdateManifest>(&decoded);
         EXPECT_EQ(manifest == nullptr ? std::nullopt : std::optional(manifest->build), one.build)
@@ -112,23 +105,11 @@ TEST(UpdateVersion, ReadsTheBuildNumberOfABundle) {
         std::optional<std::string> text;
         std::int64_t number;
     };
-    for (const Case &one : {
-             Case{std::nullopt, 0},
-             Case{"", 0},
-             Case{"42", 42},
-             Case{"+42", 42},
-             Case{"-42", -42},
-             Case{"007", 7},
-             Case{"9223372036854775807", std::numeric_limits<std::int64_t>::max()},
-             Case{"9223372036854775808", 0},
-             Case{"1.4.2", 0},
-             Case{"42 ", 0},
-             Case{" 42", 0},
-             Case{"+", 0},
-             Case{"+-42", 0},
-             Case{"0x2A", 0},
-             Case{"four", 0},
-         })
+    for (const Case &one :
+         {Case{std::nullopt, 0}, Case{"", 0}, Case{"42", 42}, Case{"+42", 42}, Case{"-42", -42},
+          Case{"007", 7}, Case{"9223372036854775807", std::numeric_limits<std::int64_t>::max()},
+          Case{"9223372036854775808", 0}, Case{"1.4.2", 0}, Case{"42 ", 0}, Case{" 42", 0}, Case{"+", 0},
+          Case{"+-42", 0}, Case{"0x2A", 0}, Case{"four", 0}})
         EXPECT_EQ(buildNumber(one.text), one.number) << one.text.value_or("absent");
 }
 
@@ -137,24 +118,10 @@ TEST(UpdateVersion, ComparesTheMajorAndTheMinorNumberOfASystem) {
         std::string minimum;
         bool isMet; ///< by 14.6
     };
-    for (const Case &one : {
-             Case{"15", false},
-             Case{"15.0", false},
-             Case{"14", true},
-             Case{"14.5", true},
-             Case{"14.6", true},
-             Case{"14.6.3", true},
-             Case{"14.7", false},
-             Case{"13.9", true},
-             Case{"9", true},
-             Case{"14.10", false},
-             Case{"14.x", true},
-             Case{"x.14.7", false},
-             Case{"14..7", false},
-             Case{"..15", false},
-             Case{"macOS", true},
-             Case{"", true},
-         })
+    for (const Case &one : {Case{"15", false}, Case{"15.0", false}, Case{"14", true}, Case{"14.5", true},
+                            Case{"14.6", true}, Case{"14.6.3", true}, Case{"14.7", false}, Case{"13.9", true},
+                            Case{"9", true}, Case{"14.10", false}, Case{"14.x", true}, Case{"x.14.7", false},
+                            Case{"14..7", false}, Case{"..15", false}, Case{"macOS", true}, Case{"", true}})
         EXPECT_EQ(systemMeets(one.minimum, {.major = 14, .minor = 6}), one.isMet) << one.minimum;
 }
 

@@ -1,20 +1,14 @@
 #include "Core/Updater.h"
 
 #include "Core/UpdateDownload.h"
-#include "Support/LoopbackServer.h"
-#include "Support/StandInTools.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/UpdateScene.h"
 
 #include <QJsonDocument>
-#include <QJsonObject>
-#include <QNetworkAccessManager>
-#include <QNetworkProxy>
 #include <QSignalSpy>
 #include <QTest>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <mutex>
 
 namespace brimvale {
 
@@ -24,74 +18,14 @@ namespace fs = std::filesystem;
 using namespace updateState;
 using ::testing::ElementsAre;
 using testing::HttpAnswer;
-using testing::LoopbackServer;
-using testing::makeApp;
 using testing::makeTool;
 using ::testing::StartsWith;
-using testing::TemporaryFolder;
 
 const UpdateState badResponse = Failed{"The update server did not answer properly."};
 const std::string wrongFormat = "The data couldn\u2019t be read because it isn\u2019t in the correct format.";
 
-/// What an update did to the application and wrote to the log, in order.
-class Record {
-public:
-    void add(const std::string &line) {
-        const std::lock_guard guard(lock_);
-        lines_.push_back(line);
-    }
-    [[nodiscard]] std::vector<std::string> lines() const {
-        const std::lock_guard guard(lock_);
-        return lines_;
-    }
-
-private:
-    mutable std::mutex lock_;
-    std::vector<std::string> lines_;
-};
-
-/// An application that refuses to end, and does not even when it is ended.
-class RecordedQuit : public ApplicationQuit {
-public:
-    explicit RecordedQuit(std::shared_ptr<Record> record) : record_(std::move(record)) {}
-    void closeAllWindows() override { record_->add("close windows"); }
-    void terminate() override { record_->add("terminate"); }
-    void exitNow() override { record_->add("exit"); }
-
-private:
-    std::shared_ptr<Record> record_;
-};
-
-/// A server with a feed and an archive, an installed application of build 41, and the tools.
-class UpdaterTest : public ::testing::Test {
+class UpdaterTest : public testing::UpdateScene {
 protected:
-    UpdaterTest() {
-        QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy); // whatever the environment says
-        makeApp(folder, "release/Brimvale.app", {.executable = "Brimvale"});
-        archive = testing::archiveOf(folder.path("release"));
-        server.put("/app.zip", {.body = archive});
-        feed = {{"version", "1.4.2"},
-                {"build", 42},
-                {"url", server.url("/app.zip").toString()},
-                {"sha256", QString::fromStdString(testing::sha256Of(archive))},
-                {"notes", "New."}};
-        folder.makeFolder("tmp");
-        environment.feedURL = server.url("/appcast.json");
-        environment.bundle = {
-            .url = FileURL(makeApp(folder, "My Applications/Brimvale.app", {.content = "old"})),
-            .version = "1.4.1",
-            .build = "41"};
-        environment.canInstallItself = true;
-        environment.macOSVersion = SystemVersion{14, 6};
-        environment.temporaryFolder = FileURL(folder.path("tmp"));
-        environment.installLog = FileURL(folder.path("install.log"));
-        environment.tools = testing::makeUpdateTools(folder);
-        environment.quit = std::make_shared<RecordedQuit>(record);
-        environment.log = [record = record](const std::string &line) { record->add(line); };
-    }
-
-    void publish() { server.put("/appcast.json", {.body = QJsonDocument(feed).toJson().toStdString()}); }
-
     /// Lets the event loop run until nothing is under way.
     static UpdateState settled(const Updater &updater) {
         EXPECT_TRUE(QTest::qWaitFor(
@@ -101,6 +35,11 @@ protected:
             },
             20'000));
         return *updater.state;
+    }
+
+    static void check(Updater &updater) {
+        updater.check(false);
+        settled(updater);
     }
 
     UpdateState checked(bool silent = false) const {
@@ -132,13 +71,6 @@ protected:
                 names.push_back(name);
         return names;
     }
-
-    TemporaryFolder folder;
-    LoopbackServer server;
-    std::string archive;
-    QJsonObject feed;
-    std::shared_ptr<Record> record = std::make_shared<Record>();
-    UpdateEnvironment environment = UpdateEnvironment::current();
 };
 
 } // namespace
@@ -170,56 +102,40 @@ TEST_F(UpdaterTest, OffersANewerBuildAndRemembersIt) {
 TEST_F(UpdaterTest, EndsACheckAsItsLoudnessAsks) {
     struct Case {
         std::string name;
-        std::function<void()> prepare;
+        QJsonObject changes;
         UpdateState loud;
-        std::optional<UpdateState> silent = Idle{};
+        UpdateState silent = Idle{};
     };
     const Available available{"1.4.2", 42, "New."};
-    const auto set = [&](const char *key, const QJsonValue &value) {
-        return [this, key, value] { feed[QLatin1String(key)] = value; };
-    };
     for (const Case &one : std::vector<Case>{
-             {"newer", [] {}, available, available},
-             {"the same", set("build", 41), UpToDate{}},
-             {"older", set("build", 40), UpToDate{}},
-             {"only the version is newer",
-              [&] {
-                  feed["version"] = "9";
-                  feed["build"] = 41;
-              },
-              UpToDate{}},
-             {"needs more", set("minimumSystemVersion", "15"),
-              Failed{"This update needs macOS 15 or newer."}},
-             {"needs more, and is older",
-              [&] {
-                  feed["minimumSystemVersion"] = "14.7";
-                  feed["build"] = 1;
-              },
+             {"newer", {}, available, available},
+             {"the same", {{"build", 41}}, UpToDate{}},
+             {"only the version is newer", {{"build", 40}, {"version", "9"}}, UpToDate{}},
+             {"needs more",
+              {{"minimumSystemVersion", "14.7"}, {"build", 1}},
               Failed{"This update needs macOS 14.7 or newer."}},
-             {"needs this", set("minimumSystemVersion", "14.6.3"), available, available},
-             {"the running one has no number", [&] { environment.bundle.build.reset(); }, available,
-              available},
-             {"not for macOS",
-              [&] {
-                  feed["minimumSystemVersion"] = "99";
-                  environment.macOSVersion.reset();
-              },
-              available, available},
-             {"an archive over plain http", set("url", "http://updates.brimvale.example/app.zip"),
+             {"needs this", {{"minimumSystemVersion", "14.6.3"}}, available, available},
+             {"an archive over plain http",
+              {{"url", "http://updates.brimvale.example/app.zip"}},
               badResponse},
-             {"an archive from the disk", set("url", "file:///tmp/app.zip"), badResponse},
-             {"an archive from nowhere", set("url", "app.zip"), badResponse},
-             {"a wrong type", set("notes", 5), Failed{wrongFormat}},
+             {"an archive from the disk", {{"url", "file:///tmp/app.zip"}}, badResponse},
+             {"an archive from nowhere", {{"url", "app.zip"}}, badResponse},
+             {"a wrong type", {{"notes", 5}}, Failed{wrongFormat}},
          }) {
         const QJsonObject honestFeed = feed;
-        const UpdateEnvironment honestEnvironment = environment;
-        one.prepare();
+        for (const QString &key : one.changes.keys())
+            feed[key] = one.changes[key];
         publish();
         EXPECT_EQ(checked(false), one.loud) << one.name;
         EXPECT_EQ(checked(true), one.silent) << one.name;
         feed = honestFeed;
-        environment = honestEnvironment;
     }
+    // No number of its own counts as 0, and only macOS has versions of macOS.
+    environment.bundle.build.reset();
+    environment.macOSVersion.reset();
+    feed["minimumSystemVersion"] = "99";
+    publish();
+    EXPECT_EQ(checked(), UpdateState(available));
 }
 
 TEST_F(UpdaterTest, TakesNothingButAProperAnswer) {
@@ -237,8 +153,6 @@ TEST_F(UpdaterTest, TakesNothingButAProperAnswer) {
     const std::string improper = std::get<Failed>(badResponse).message;
     for (const Case &one : std::vector<Case>{
              {"status 404", {.status = "404 Not Found", .body = good}, improper},
-             {"status 500", {.status = "500 Internal Server Error", .body = good}, improper},
-             {"status 401", {.status = "401 Unauthorized", .body = good}, improper},
              {"status 206", {.status = "206 Partial Content", .body = good}, improper},
              {"status 204", {.status = "204 No Content"}, improper},
              {"an empty body", {.body = ""}, wrongFormat},
@@ -328,8 +242,7 @@ TEST_F(UpdaterTest, MayGoAtAnyMoment) {
     server.put("/app.zip", {.body = archive, .held = archive.size() / 2, .hangsUp = false});
     {
         Updater downloading(environment);
-        downloading.check(false);
-        settled(downloading);
+        check(downloading);
         downloading.downloadAndStage();
         EXPECT_TRUE(QTest::qWaitFor([&] { return !archivesLeft().empty(); }));
     }
@@ -337,8 +250,7 @@ TEST_F(UpdaterTest, MayGoAtAnyMoment) {
     server.put("/app.zip", {.body = archive});
     {
         Updater staging(environment);
-        staging.check(false);
-        settled(staging);
+        check(staging);
         staging.downloadAndStage();
         EXPECT_TRUE(QTest::qWaitFor([&] { return fs::exists(folder.path("hashing")); }));
     }
@@ -349,8 +261,7 @@ TEST_F(UpdaterTest, MayGoAtAnyMoment) {
 TEST_F(UpdaterTest, StagesWhatItDownloadedAndTellsHowFarItIs) {
     publish();
     Updater updater(environment);
-    updater.check(false);
-    settled(updater);
+    check(updater);
     std::vector<double> progress;
     QObject::connect(&updater, &Updater::stateChanged, [&] {
         if (const auto *downloading = std::get_if<Downloading>(&*updater.state))
@@ -400,17 +311,6 @@ TEST_F(UpdaterTest, EndsInFailedWithoutAStagedApplication) {
     EXPECT_TRUE(std::holds_alternative<Failed>(downloaded())) << "nowhere to put it";
 }
 
-TEST_F(UpdaterTest, OnlyAnnouncesWhereItDoesNotInstallItself) {
-    publish();
-    environment.canInstallItself = false;
-    Updater updater(environment);
-    updater.check(false);
-    EXPECT_TRUE(std::holds_alternative<Available>(settled(updater)));
-    updater.downloadAndStage();
-    EXPECT_TRUE(std::holds_alternative<Available>(*updater.state));
-    EXPECT_EQ(server.requestsFor("/app.zip"), 0);
-}
-
 TEST_F(UpdaterTest, InstallsAndRelaunches) {
     publish();
     environment.tools.shell =
@@ -420,8 +320,7 @@ TEST_F(UpdaterTest, InstallsAndRelaunches) {
                      // This process goes on, which the script would wait for.
                      "exec /bin/sh -c \"$(printf '%s' \"$2\" | sed 's/^process=.*/process=999999999/')\"");
     Updater updater(environment);
-    updater.check(false);
-    settled(updater);
+    check(updater);
     updater.downloadAndStage();
     ASSERT_EQ(settled(updater), UpdateState(ReadyToRelaunch{}));
     const std::string current = environment.bundle.url.path();
@@ -451,8 +350,7 @@ TEST_F(UpdaterTest, SaysWhyItCannotInstall) {
     publish();
     environment.tools.shell = folder.path("tools/missing");
     Updater updater(environment);
-    updater.check(false);
-    settled(updater);
+    check(updater);
     updater.downloadAndStage();
     settled(updater);
     updater.installAndRelaunch();

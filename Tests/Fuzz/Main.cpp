@@ -7,6 +7,7 @@
 //   PROGRAM FILE               the input in this file
 
 #include "Fuzz/FuzzTarget.h"
+#include "Support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <chrono>
@@ -15,8 +16,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
 #include <unistd.h>
@@ -29,7 +28,7 @@ namespace {
 constexpr std::size_t longestInput = 4096;
 constexpr unsigned mostSecondsPerInput = 20;
 
-/// Makes inputs: seeds, and what came of them, with some changes on top.
+/// Makes inputs: what some changes make of the seeds, and of a few earlier inputs, so that changes add up.
 class Mutator {
 public:
     Mutator(std::vector<std::string> seeds, std::uint64_t randomSeed)
@@ -37,10 +36,12 @@ public:
 
     std::string next() {
         std::string input = anyInput();
-        for (std::size_t changes = upTo(7) + 1; changes > 0; --changes)
-            change(input);
+        for (std::size_t changes = upTo(7) + 1; changes > 0; --changes) {
+            const std::size_t at = upTo(input.size());
+            const std::size_t replaced = upTo(1) == 0 ? 0 : upTo(upTo(3) == 0 ? 100 : 4);
+            input.replace(at, std::min(replaced, input.size() - at), anyPart());
+        }
         input.resize(std::min(input.size(), longestInput));
-        // A few are kept, so that changes add up.
         constexpr std::size_t mostKept = 64;
         if (inputs_.size() < seedCount_ + mostKept)
             inputs_.push_back(input);
@@ -54,40 +55,23 @@ private:
         return std::uniform_int_distribution<std::size_t>(0, most)(random_);
     }
 
-    char anyByte() {
-        using namespace std::string_view_literals;
-        static constexpr std::string_view telling = "\x00\x01\x0F\x10\x7F\x80\xFE\xFF<>&;/\"0"sv;
-        return upTo(1) == 0 ? telling[upTo(telling.size() - 1)] : static_cast<char>(upTo(255));
-    }
-
     const std::string &anyInput() { return inputs_[upTo(inputs_.size() - 1)]; }
 
-    /// A part of some input, mostly a short one.
+    /// Nothing, a byte that may tell a parser something, any byte, or a part of some input, mostly a short
+    /// one.
     std::string anyPart() {
-        const std::string &input = anyInput();
-        const std::size_t start = upTo(input.size());
-        return input.substr(start, upTo(upTo(3) == 0 ? 200 : 8));
-    }
-
-    void change(std::string &input) {
-        const std::size_t at = upTo(input.size());
-        switch (upTo(5)) {
+        using namespace std::string_view_literals;
+        static constexpr std::string_view telling = "\x00\x01\x0F\x10\x7F\x80\xFE\xFF<>&;/\"0"sv;
+        switch (upTo(3)) {
         case 0:
-            input.insert(at, 1, anyByte());
-            break;
+            return {};
         case 1:
-            input.erase(at, upTo(upTo(3) == 0 ? 100 : 4));
-            break;
+            return {telling[upTo(telling.size() - 1)]};
         case 2:
-            input.insert(at, anyPart());
-            break;
-        case 3:
-            input.replace(at, std::min<std::size_t>(8, input.size() - at), anyPart());
-            break;
+            return {static_cast<char>(upTo(255))};
         default:
-            if (at < input.size())
-                input[at] = anyByte();
-            break;
+            const std::string &input = anyInput();
+            return input.substr(upTo(input.size()), upTo(upTo(3) == 0 ? 200 : 8));
         }
     }
 
@@ -120,12 +104,7 @@ private:
 };
 
 int fuzzFile(const char *path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        std::perror(path);
-        return 2;
-    }
-    fuzz(std::string(std::istreambuf_iterator<char>(file), {}));
+    fuzz(contentOf(path));
     return 0;
 }
 

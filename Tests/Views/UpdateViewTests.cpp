@@ -1,19 +1,12 @@
 #include "Views/UpdateView.h"
 
-#include "Support/LoopbackServer.h"
-#include "Support/StandInTools.h"
-#include "Support/TemporaryFolder.h"
+#include "Support/OpenedAddresses.h"
+#include "Support/UpdateScene.h"
+#include "Support/Window.h"
 #include "Views/Components/ProgressLine.h"
 
-#include <QDesktopServices>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QLabel>
-#include <QNetworkProxy>
 #include <QPlainTextEdit>
 #include <QPointer>
-#include <QPushButton>
-#include <QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -23,59 +16,19 @@ namespace {
 
 using namespace updateState;
 using ::testing::Contains;
-using testing::HttpAnswer;
 
-/// An application that does not end, but says that it was to.
-class KeptOpen : public ApplicationQuit {
-public:
-    void closeAllWindows() override { isAskedToClose = true; }
-    void terminate() override {}
-    void exitNow() override {}
-    bool isAskedToClose = false;
-};
-
-/// What addresses the window opens, instead of a browser.
-class Browser : public QObject {
-    Q_OBJECT
-
-public:
-    Browser() { QDesktopServices::setUrlHandler("https", this, "open"); }
-    ~Browser() override { QDesktopServices::unsetUrlHandler("https"); }
-
-    std::vector<QUrl> opened;
-
-public slots:
-    void open(const QUrl &url) { opened.push_back(url); }
-};
-
-/// The window of an application of build 41, before a server with a feed.
-class UpdateViewTest : public ::testing::Test {
+/// The window of an application, before a server with a feed.
+class UpdateViewTest : public testing::UpdateScene {
 protected:
     UpdateViewTest() {
-        QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy); // whatever the environment says
-        makeApp(folder, "release/Brimvale.app");
-        archive = testing::archiveOf(folder.path("release"));
-        server.put("/app.zip", {.body = archive});
-        publish(42);
-        environment.feedURL = server.url("/appcast.json");
-        environment.bundle = {
-            .url = FileURL(makeApp(folder, "Brimvale.app")), .version = "1.4.1", .build = "41"};
-        environment.canInstallItself = true;
-        environment.macOSVersion.reset();
-        environment.temporaryFolder = FileURL(folder.makeFolder("tmp"));
-        environment.installLog = FileURL(folder.path("install.log"));
-        environment.tools = testing::makeUpdateTools(folder);
+        feed["notes"] = "First line\n<b>Second</b> line";
         environment.tools.shell = testing::makeTool(folder, "shell", "exit 0");
-        environment.quit = quit;
-        environment.log = [](const std::string &) {};
+        publish(42);
     }
 
     void publish(int build) {
-        const QJsonObject feed{{"version", "1.4.2"},
-                               {"build", build},
-                               {"url", server.url("/app.zip").toString()},
-                               {"notes", "First line\n<b>Second</b> line"}};
-        server.put("/appcast.json", {.body = QJsonDocument(feed).toJson().toStdString()});
+        feed["build"] = build;
+        UpdateScene::publish();
     }
 
     void open() {
@@ -88,29 +41,18 @@ protected:
         window->show();
     }
 
-    template<class Widget = QLabel>
-    [[nodiscard]] Widget &find(const char *name) const {
-        return *window->findChild<Widget *>(QLatin1String(name));
-    }
+    [[nodiscard]] bool isVisible(const char *name) const { return testing::find(*window, name).isVisible(); }
 
-    [[nodiscard]] std::string title() const { return find("updateTitle").text().toStdString(); }
-    [[nodiscard]] std::string words() const { return find("updateText").text().toStdString(); }
+    [[nodiscard]] std::string title() const { return testing::shown(*window, "updateTitle"); }
+    [[nodiscard]] std::string words() const { return testing::shown(*window, "updateText"); }
     /// The title of the button for the next step; empty where there is none.
-    [[nodiscard]] std::string action() const {
-        const auto &button = find<QPushButton>("updateAction");
-        return button.isVisible() ? button.text().toStdString() : "";
-    }
-    void act() const { QTest::mouseClick(&find<QPushButton>("updateAction"), Qt::LeftButton); }
+    [[nodiscard]] std::string action() const { return testing::shown(*window, "updateAction"); }
+    void act() const { testing::click(*window, "updateAction"); }
 
     bool waitFor(const std::string &wanted) const {
-        return QTest::qWaitFor([&] { return title() == wanted; }, 20'000);
+        return testing::eventually([&] { return title() == wanted; });
     }
 
-    testing::TemporaryFolder folder;
-    testing::LoopbackServer server;
-    std::string archive;
-    std::shared_ptr<KeptOpen> quit = std::make_shared<KeptOpen>();
-    UpdateEnvironment environment = UpdateEnvironment::current();
     std::optional<Updater> updater;
     QWidget parent;
     QPointer<UpdateView> window;
@@ -121,36 +63,37 @@ protected:
 TEST_F(UpdateViewTest, LeadsFromTheCheckToTheRelaunch) {
     open();
     EXPECT_EQ(action(), "Check for Updates");
-    EXPECT_FALSE(find("lastChecked").isVisible());
+    EXPECT_FALSE(isVisible("lastChecked"));
     act();
     EXPECT_EQ(title(), "Checking for updates");
     EXPECT_EQ(action(), "");
-    EXPECT_TRUE(find<ProgressLine>("updateProgress").isVisible());
+    EXPECT_TRUE(isVisible("updateProgress"));
     ASSERT_TRUE(waitFor("Version 1.4.2 is available"));
     EXPECT_EQ(words(), "You have version 1.4.1.");
-    EXPECT_EQ(find<QPlainTextEdit>("updateNotes").toPlainText(), "First line\n<b>Second</b> line");
-    EXPECT_TRUE(find<QPlainTextEdit>("updateNotes").isVisible());
-    EXPECT_FALSE(find<ProgressLine>("updateProgress").isVisible());
-    EXPECT_TRUE(find("lastChecked").isVisible());
+    EXPECT_EQ(testing::find<QPlainTextEdit>(*window, "updateNotes").toPlainText(),
+              "First line\n<b>Second</b> line");
+    EXPECT_TRUE(isVisible("updateNotes"));
+    EXPECT_FALSE(isVisible("updateProgress"));
+    EXPECT_TRUE(isVisible("lastChecked"));
     EXPECT_EQ(action(), "Download and Install");
 
     std::vector<int> shown;
     QObject::connect(&*updater, &Updater::stateChanged, window, [&] {
-        const auto &line = find<ProgressLine>("updateProgress");
+        const auto &line = testing::find<ProgressLine>(*window, "updateProgress");
         if (std::holds_alternative<Downloading>(*updater->state) && line.maximum() > 0)
             shown.push_back(line.value());
     });
     act();
     EXPECT_EQ(title(), "Downloading the update");
     EXPECT_EQ(action(), "");
-    EXPECT_FALSE(find<QPlainTextEdit>("updateNotes").isVisible());
+    EXPECT_FALSE(isVisible("updateNotes"));
     ASSERT_TRUE(waitFor("Ready to install"));
     EXPECT_THAT(shown, Contains(1000)) << "all of it";
     EXPECT_EQ(words(), "Downloaded and signature-checked. Brimvale will quit and reopen on the new version.");
     EXPECT_EQ(action(), "Install");
-    EXPECT_FALSE(quit->isAskedToClose);
+    EXPECT_EQ(record->lines().size(), 0U);
     act();
-    EXPECT_TRUE(quit->isAskedToClose);
+    EXPECT_THAT(record->lines(), Contains("close windows"));
 }
 
 TEST_F(UpdateViewTest, SaysWhatACheckCameTo) {
@@ -160,7 +103,7 @@ TEST_F(UpdateViewTest, SaysWhatACheckCameTo) {
     ASSERT_TRUE(waitFor("Brimvale is up to date"));
     EXPECT_EQ(words(), "You have version 1.4.1.");
     EXPECT_EQ(action(), "Check Again");
-    EXPECT_TRUE(find("lastChecked").isVisible());
+    EXPECT_TRUE(isVisible("lastChecked"));
 
     server.put("/appcast.json", {.status = "500 Internal Server Error"});
     act();
@@ -176,7 +119,7 @@ TEST_F(UpdateViewTest, SaysWhatACheckCameTo) {
     act();
     ASSERT_TRUE(waitFor("Could not update"));
     EXPECT_EQ(action(), "Check Again");
-    EXPECT_FALSE(quit->isAskedToClose);
+    EXPECT_EQ(record->lines().size(), 0U);
 }
 
 TEST_F(UpdateViewTest, OpensTheDownloadPageWhereThePackageManagerInstalls) {
@@ -185,11 +128,11 @@ TEST_F(UpdateViewTest, OpensTheDownloadPageWhereThePackageManagerInstalls) {
     window->check();
     ASSERT_TRUE(waitFor("Version 1.4.2 is available"));
     EXPECT_THAT(words(), ::testing::HasSubstr("package manager"));
-    EXPECT_TRUE(find<QPlainTextEdit>("updateNotes").isVisible());
+    EXPECT_TRUE(isVisible("updateNotes"));
     EXPECT_EQ(action(), "Open Download Page");
-    const Browser browser;
+    const testing::OpenedAddresses browser("https");
     act();
-    EXPECT_THAT(browser.opened, ::testing::ElementsAre(Updater::downloadPage()));
+    EXPECT_EQ(browser.all, QStringList(Updater::downloadPage().toString()));
     EXPECT_EQ(server.requestsFor("/app.zip"), 0);
 }
 
@@ -215,7 +158,7 @@ TEST_F(UpdateViewTest, AnswersWhoAsksDuringTheSilentCheck) {
     updater->check(true);
     window->check();
     window->close();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return *updater->state == UpdateState(Idle{}); }, 20'000));
+    ASSERT_TRUE(testing::eventually([&] { return *updater->state == UpdateState(Idle{}); }));
     EXPECT_TRUE(window.isNull());
     EXPECT_EQ(server.requestsFor("/appcast.json"), 4);
 }
@@ -226,16 +169,14 @@ TEST_F(UpdateViewTest, StopsNothingWhenItIsClosed) {
     window->check();
     ASSERT_TRUE(waitFor("Version 1.4.2 is available"));
     act();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return server.requestsFor("/app.zip") > 0; }, 20'000));
+    ASSERT_TRUE(testing::eventually([&] { return server.requestsFor("/app.zip") > 0; }));
     QTest::keyClick(window, Qt::Key_Escape);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window.isNull(); }, 20'000));
+    ASSERT_TRUE(testing::eventually([&] { return window.isNull(); }));
     show();
     EXPECT_EQ(title(), "Downloading the update");
-    EXPECT_TRUE(find<ProgressLine>("updateProgress").isVisible());
+    EXPECT_TRUE(isVisible("updateProgress"));
     window->check();
     EXPECT_EQ(title(), "Downloading the update");
 }
 
 } // namespace brimvale
-
-#include "UpdateViewTests.moc"
