@@ -7,23 +7,15 @@ namespace brimvale::commandLine {
 
 namespace {
 
-void writeOptional(JsonWriter &json, std::string_view name, const std::optional<std::string> &text) {
-    json.key(name);
-    if (text)
-        json.value(*text);
-    else
-        json.null();
-}
-
 void writeApp(JsonWriter &json, const InstalledApp &app) {
     json.beginObject();
     json.member("url", app.url.path());
     json.member("name", app.name);
-    writeOptional(json, "bundleID", app.bundleID);
-    writeOptional(json, "version", app.version);
+    json.member("bundleID", app.bundleID);
+    json.member("version", app.version);
     json.member("isSystemApp", app.isSystemApp);
     json.member("isMASApp", app.isMASApp);
-    writeOptional(json, "lastUsed", app.lastUsed ? std::optional(iso8601(*app.lastUsed)) : std::nullopt);
+    json.member("lastUsed", app.lastUsed ? std::optional(iso8601(*app.lastUsed)) : std::nullopt);
     json.end();
 }
 

@@ -29,11 +29,7 @@ void writeRow(Output &output, std::string_view size, std::string_view name) {
 }
 
 void writeURL(JsonWriter &json, std::string_view name, const std::optional<FileURL> &url) {
-    json.key(name);
-    if (url)
-        json.value(url->path());
-    else
-        json.null();
+    json.member(name, url ? std::optional(url->path()) : std::nullopt);
 }
 
 void writeURLs(JsonWriter &json, std::string_view name, const std::vector<FileURL> &urls) {

@@ -17,11 +17,7 @@ namespace {
 void writeElement(JsonWriter &json, const FileURL &url, const std::optional<std::string> &reason) {
     json.beginObject();
     json.member("url", url.path());
-    json.key("reason");
-    if (reason)
-        json.value(*reason);
-    else
-        json.null();
+    json.member("reason", reason);
     json.end();
 }
 

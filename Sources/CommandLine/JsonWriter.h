@@ -3,6 +3,7 @@
 #include "CommandLine/Output.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -38,6 +39,16 @@ public:
     void member(std::string_view name, const T &memberValue) {
         key(name);
         value(memberValue);
+    }
+
+    /// The same where there is a value, else null.
+    template<class T>
+    void member(std::string_view name, const std::optional<T> &memberValue) {
+        key(name);
+        if (memberValue)
+            value(*memberValue);
+        else
+            null();
     }
 
 private:

@@ -24,11 +24,7 @@ void writeDocument(Output &output, const OverviewFigures &figures) {
     writeRecords(json, figures.categories);
     json.member("categorisedBytes", StorageFigures::categorisedBytes(figures.categories));
     json.member("systemDataAccounted", StorageFigures::systemDataAccounted(figures.categories));
-    json.key("sentence");
-    if (const auto sentence = StorageFigures::systemDataSentence(figures.categories))
-        json.value(*sentence);
-    else
-        json.null();
+    json.member("sentence", StorageFigures::systemDataSentence(figures.categories));
     json.end();
 }
 

@@ -20,19 +20,7 @@ std::string_view nameOf(CleanupRisk risk) {
 }
 
 void writeDate(JsonWriter &json, std::string_view name, const std::optional<Date> &date) {
-    json.key(name);
-    if (date)
-        json.value(iso8601(*date));
-    else
-        json.null();
-}
-
-void writeText(JsonWriter &json, std::string_view name, const std::optional<std::string> &text) {
-    json.key(name);
-    if (text)
-        json.value(*text);
-    else
-        json.null();
+    json.member(name, date ? std::optional(iso8601(*date)) : std::nullopt);
 }
 
 void writeTexts(JsonWriter &json, std::string_view name, const std::vector<std::string> &texts) {
@@ -53,7 +41,7 @@ struct ActionWriter {
     }
     void operator()(const BackupThenRemoveAction &action) const {
         json.member("case", "backupThenRemove");
-        writeText(json, "quitFirst", action.quitFirst);
+        json.member("quitFirst", action.quitFirst);
         json.member("warning", action.warning);
     }
     void operator()(const ApplicationsAction &) const { json.member("case", "applications"); }
@@ -119,7 +107,7 @@ void writeRecord(JsonWriter &json, const StorageCategory &category) {
     json.beginObject();
     std::visit(ActionWriter{json}, category.action);
     json.end();
-    writeText(json, "caveat", category.caveat);
+    json.member("caveat", category.caveat);
     json.end();
 }
 
