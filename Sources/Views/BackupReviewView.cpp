@@ -8,6 +8,7 @@
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/NoteLabel.h"
+#include "Views/Components/Text.h"
 #include "Views/ItemActions.h"
 
 #include <QDesktopServices>
@@ -24,10 +25,6 @@ namespace {
 constexpr int margin = 24;
 constexpr int sheetWidth = 540;
 constexpr std::size_t mostNamesShown = 3;
-
-QString text(const std::string &utf8) {
-    return QString::fromStdString(utf8);
-}
 
 QString countOf(std::size_t count) {
     return text(Fmt::count(static_cast<std::int64_t>(count)));

@@ -11,6 +11,7 @@
 #include "Views/Components/Card.h"
 #include "Views/Components/NoteLabel.h"
 #include "Views/Components/ProgressNote.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/ConfirmationSheet.h"
 #include "Views/Entries/EntryList.h"
@@ -30,10 +31,6 @@ namespace {
 
 constexpr int pageMargin = 24;
 constexpr int gap = 16;
-
-QString text(const std::string &utf8) {
-    return QString::fromStdString(utf8);
-}
 
 QString whyEmpty(const MeasuredCategory &category) {
     if (!category.measured)

@@ -10,6 +10,7 @@
 #include "Views/Components/Icons.h"
 #include "Views/Components/NodeIcon.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
 
 #include <QEvent>
@@ -26,10 +27,6 @@ namespace {
 constexpr int iconSize = 20;
 constexpr int buttonIconSize = 14;
 constexpr int figuresInARow = 3;
-
-QString text(const std::string &utf8) {
-    return QString::fromUtf8(utf8);
-}
 
 QString shareOfParent(const FSNode &node) {
     if (node.parent() == nullptr || node.parent()->size < 1)

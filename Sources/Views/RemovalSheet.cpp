@@ -8,6 +8,7 @@
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/RemovalModePicker.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 
 #include <QGridLayout>
@@ -23,10 +24,6 @@ namespace {
 constexpr int margin = 24;
 constexpr int sheetWidth = 480;
 constexpr std::size_t mostItemsShown = 6;
-
-QString text(const std::string &utf8) {
-    return QString::fromStdString(utf8);
-}
 
 QString question(const std::vector<CleanupEntry> &items) {
     const QString bytes = text(Fmt::byteFormatter(totalSize(items)));

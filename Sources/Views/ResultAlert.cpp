@@ -5,6 +5,7 @@
 #include "Views/Components/Card.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 
 #include <QHBoxLayout>
@@ -19,10 +20,6 @@ namespace {
 constexpr int margin = 24;
 constexpr int alertWidth = 480;
 constexpr std::size_t mostItemsShown = 8;
-
-QString text(const std::string &utf8) {
-    return QString::fromStdString(utf8);
-}
 
 } // namespace
 

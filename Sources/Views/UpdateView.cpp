@@ -2,6 +2,7 @@
 
 #include "Views/Components/Card.h"
 #include "Views/Components/ProgressLine.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 
 #include <QDateTime>
@@ -21,10 +22,6 @@ constexpr int margin = 24;
 constexpr int windowWidth = 460;
 constexpr int notesHeight = 160;
 constexpr int wholeRange = 1000;
-
-QString text(const std::string &utf8) {
-    return QString::fromStdString(utf8);
-}
 
 /// The moment as the user's locale writes it.
 QString text(Date moment) {

@@ -7,6 +7,7 @@
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/IconLabel.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
 #include "Views/ItemActions.h"
 
 #include <QCheckBox>
@@ -19,10 +20,6 @@ namespace brimvale {
 namespace {
 
 constexpr int iconSize = 40;
-
-QString text(const std::string &utf8) {
-    return QString::fromStdString(utf8);
-}
 
 } // namespace
 

@@ -2,16 +2,13 @@
 
 #include "Core/Formatting.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
 
 #include <algorithm>
 
 namespace brimvale {
 
 namespace {
-
-QString text(const std::string &utf8) {
-    return QString::fromStdString(utf8);
-}
 
 bool areSameApps(const std::vector<AppRow> &a, const std::vector<AppRow> &b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),

@@ -3,16 +3,13 @@
 #include "Core/Formatting.h"
 #include "Platform/FileStatus.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
 #include "Views/Entries/EntryListModel.h"
 #include "Views/Entries/TickedEntries.h"
 
 namespace brimvale {
 
 namespace {
-
-QString text(const std::string &utf8) {
-    return QString::fromStdString(utf8);
-}
 
 QStringList notesOn(const LeftoverListModel::Row &row) {
     QStringList notes;

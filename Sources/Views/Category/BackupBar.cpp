@@ -5,6 +5,7 @@
 #include "Views/Components/NodeName.h"
 #include "Views/Components/ProgressNote.h"
 #include "Views/Components/RemovalModePicker.h"
+#include "Views/Components/Text.h"
 
 #include <QFile>
 #include <QFileDialog>
@@ -16,10 +17,6 @@
 namespace brimvale {
 
 namespace {
-
-QString text(const std::string &utf8) {
-    return QString::fromStdString(utf8);
-}
 
 QPushButton *makeButton(const char *objectName, const QString &title, QWidget *parent) {
     auto *button = new QPushButton(title, parent);

@@ -4,6 +4,7 @@
 #include "Core/Formatting.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/RiskBadge.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/TickBox.h"
 #include "Views/Entries/EntryList.h"
@@ -23,10 +24,6 @@ namespace brimvale {
 namespace {
 
 constexpr int iconSize = 16;
-
-QString text(const std::string &utf8) {
-    return QString::fromStdString(utf8);
-}
 
 QString whyEmpty(const CleanupTarget &target) {
     if (!target.scanned)

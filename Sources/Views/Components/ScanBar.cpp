@@ -7,6 +7,7 @@
 #include "Views/Components/Icons.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/ProgressLine.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
 
 #include <QComboBox>
@@ -25,10 +26,6 @@ namespace {
 
 constexpr int buttonIconSize = 16;
 constexpr int progressWidth = 160;
-
-QString text(const std::string &bytes) {
-    return QString::fromUtf8(bytes);
-}
 
 /// A label for a figure that counts up: right-aligned, and as wide from the start as `widest` is.
 TextLabel *makeFigure(QWidget *parent, TextLabel::Tone tone, const char *objectName, const QString &widest) {

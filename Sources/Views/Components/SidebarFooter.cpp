@@ -1,9 +1,9 @@
 #include "Views/Components/SidebarFooter.h"
 
-#include "Core/Formatting.h"
 #include "Views/Components/CapacityBar.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/Theme.h"
 
@@ -25,10 +25,6 @@ constexpr int iconSize = 16;
 void openPrivacySettings() {
     QDesktopServices::openUrl(
         QUrl(QStringLiteral("x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles")));
-}
-
-QString sizeText(std::int64_t bytes) {
-    return QString::fromStdString(Fmt::byteFormatter(bytes));
 }
 
 } // namespace

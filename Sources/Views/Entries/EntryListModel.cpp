@@ -3,6 +3,7 @@
 #include "Core/Formatting.h"
 #include "Platform/FileStatus.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
 #include "Views/Entries/TickedEntries.h"
 
 #include <algorithm>
@@ -10,10 +11,6 @@
 namespace brimvale {
 
 namespace {
-
-QString text(const std::string &utf8) {
-    return QString::fromStdString(utf8);
-}
 
 QString dateText(const CleanupEntry &entry) {
     return entry.modified ? text(Fmt::relativeDate(entry.modified)) : QString();

@@ -1,9 +1,9 @@
 #include "Views/Overview/CapacityCard.h"
 
-#include "Core/Formatting.h"
 #include "Views/Components/CategoryStyle.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/IconTile.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/Theme.h"
 #include "Views/Overview/Legend.h"
@@ -20,10 +20,6 @@ namespace {
 
 constexpr int margin = 20;
 constexpr int tileSize = 32;
-
-QString sizeText(std::int64_t bytes) {
-    return QString::fromStdString(Fmt::byteFormatter(bytes));
-}
 
 std::vector<BarSegment> segmentsOf(const std::vector<MeasuredCategory> &categories) {
     std::vector<BarSegment> segments;

@@ -3,6 +3,7 @@
 #include "Core/Formatting.h"
 #include "Views/Components/DestructiveButton.h"
 #include "Views/Components/ElidedLabel.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 
 #include <QHBoxLayout>
@@ -13,10 +14,6 @@ namespace brimvale {
 namespace {
 
 constexpr int margin = 20;
-
-QString text(const std::string &utf8) {
-    return QString::fromStdString(utf8);
-}
 
 } // namespace
 

@@ -1,10 +1,10 @@
 #include "Views/Overview/VolumesCard.h"
 
-#include "Core/Formatting.h"
 #include "Views/Components/CapacityBar.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/IconLabel.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 
 #include <QHBoxLayout>
@@ -18,10 +18,6 @@ namespace {
 constexpr int margin = 20;
 constexpr int barWidth = 120;
 constexpr int freeWidth = 190;
-
-QString sizeText(std::int64_t bytes) {
-    return QString::fromStdString(Fmt::byteFormatter(bytes));
-}
 
 } // namespace
 

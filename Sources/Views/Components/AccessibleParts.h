@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QAccessibleInterface>
+#include <QAccessibleWidget>
+#include <QPointer>
+#include <QWidget>
+#include <cstddef>
+#include <vector>
+
+namespace brimvale {
+
+/// The part in one place of a widget that draws its parts itself, as an item of a list, whatever it shows at
+/// the moment. Invalid where there are fewer parts, and once the widget is gone.
+class AccessiblePart : public QAccessibleInterface {
+public:
+    AccessiblePart(QWidget &widget, std::size_t index) : widget_(&widget), index_(index) {}
+
+    [[nodiscard]] bool isValid() const override { return widget_ != nullptr && index_ < count(); }
+    [[nodiscard]] QObject *object() const override { return nullptr; }
+    [[nodiscard]] QWindow *window() const override;
+    [[nodiscard]] QAccessibleInterface *parent() const override;
+    [[nodiscard]] QAccessibleInterface *child(int) const override { return nullptr; }
+    [[nodiscard]] QAccessibleInterface *childAt(int, int) const override { return nullptr; }
+    [[nodiscard]] int childCount() const override { return 0; }
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface *) const override { return -1; }
+    [[nodiscard]] QAccessible::Role role() const override { return QAccessible::ListItem; }
+    void setText(QAccessible::Text, const QString &) override {}
+    /// Its name is `name`.
+    [[nodiscard]] QString text(QAccessible::Text kind) const override;
+    /// On the screen.
+    [[nodiscard]] QRect rect() const override;
+
+protected:
+    /// How many parts the widget has; asked only while it lives.
+    [[nodiscard]] virtual std::size_t count() const = 0;
+    /// What the part is called, and where it lies in the widget; asked only while it is valid.
+    [[nodiscard]] virtual QString name() const = 0;
+    [[nodiscard]] virtual QRect area() const = 0;
+
+    [[nodiscard]] QWidget *widget() const { return widget_; }
+    [[nodiscard]] std::size_t index() const { return index_; }
+
+private:
+    const QPointer<QWidget> widget_;
+    const std::size_t index_;
+};
+
+/// Such a widget, as a list of its parts.
+class AccessibleParts : public QAccessibleWidget {
+public:
+    explicit AccessibleParts(QWidget &widget) : QAccessibleWidget(&widget, QAccessible::List) {}
+    ~AccessibleParts() override;
+    AccessibleParts(const AccessibleParts &) = delete;
+    AccessibleParts &operator=(const AccessibleParts &) = delete;
+
+    [[nodiscard]] QAccessibleInterface *child(int index) const override;
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface *child) const override;
+
+protected:
+    [[nodiscard]] virtual AccessiblePart *makePart(std::size_t index) const = 0;
+
+private:
+    /// Those that have been asked for, up to the last one. Qt owns them until they are deleted here.
+    mutable std::vector<QAccessible::Id> parts_;
+};
+
+} // namespace brimvale
