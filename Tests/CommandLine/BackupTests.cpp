@@ -5,9 +5,6 @@
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 namespace brimvale::testing {
 

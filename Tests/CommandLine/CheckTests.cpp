@@ -2,7 +2,6 @@
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-#include <string>
 
 namespace brimvale::testing {
 

@@ -6,10 +6,7 @@
 
 #include <csignal>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
 #include <unistd.h>
-#include <vector>
 
 namespace brimvale::testing {
 

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <locale>
-#include <string>
 
 #include <QByteArray>
 #include <QJsonArray>

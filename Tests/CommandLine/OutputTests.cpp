@@ -4,9 +4,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <string>
 #include <unistd.h>
-#include <vector>
 
 namespace brimvale::testing {
 

@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
-#include <memory>
 #include <stdexcept>
 #include <sys/ioctl.h>
 #include <sys/wait.h>

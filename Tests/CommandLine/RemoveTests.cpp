@@ -7,11 +7,8 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
 
 namespace brimvale::testing {
 

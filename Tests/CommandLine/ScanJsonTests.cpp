@@ -3,16 +3,13 @@
 #include "Support/TemporaryFolder.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <regex>
-#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
-#include <vector>
 
 namespace brimvale::testing {
 

@@ -5,9 +5,7 @@
 #include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <regex>
-#include <string>
 #include <sys/resource.h>
 #include <unistd.h>
 

@@ -5,12 +5,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <regex>
 #include <sstream>
-#include <string>
 #include <unistd.h>
-#include <vector>
 
 namespace brimvale::testing {
 

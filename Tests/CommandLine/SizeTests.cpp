@@ -1,12 +1,8 @@
 #include "CommandLine/Program.h"
 #include "Support/TemporaryFolder.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 namespace brimvale::testing {
 

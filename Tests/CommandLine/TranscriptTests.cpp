@@ -4,8 +4,6 @@
 
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
 
 namespace brimvale::testing {
 

@@ -4,16 +4,12 @@
 
 #include <cmath>
 #include <csignal>
-#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <map>
-#include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <vector>
 
 #include <QStringList>
 #include <QXmlStreamReader>

@@ -3,7 +3,6 @@
 
 #include <cstdlib>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace brimvale::testing {
 

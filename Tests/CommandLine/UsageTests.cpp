@@ -2,18 +2,11 @@
 #include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 namespace brimvale::testing {
 
-namespace {
-
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
-
-} // namespace
 
 TEST(Usage, IsRefusedWithASentence) {
     struct Case {

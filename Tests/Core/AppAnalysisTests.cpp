@@ -5,9 +5,7 @@
 
 #include <atomic>
 #include <gtest/gtest.h>
-#include <string>
 #include <unordered_map>
-#include <vector>
 
 namespace brimvale {
 

@@ -6,9 +6,6 @@
 
 #include <algorithm>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 namespace brimvale {
 

@@ -2,7 +2,6 @@
 #include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <limits>
 
 namespace brimvale {

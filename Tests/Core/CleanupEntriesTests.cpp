@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <atomic>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <set>
 
 namespace brimvale {

@@ -11,10 +11,6 @@
 #include <cstddef>
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace brimvale {
 

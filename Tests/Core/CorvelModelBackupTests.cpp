@@ -6,7 +6,6 @@
 #include <QTest>
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace brimvale {
 

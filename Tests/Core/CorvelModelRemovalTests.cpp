@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace brimvale {
 

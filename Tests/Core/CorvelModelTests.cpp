@@ -8,7 +8,6 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <utility>
-#include <vector>
 
 namespace brimvale {
 

@@ -2,17 +2,12 @@
 #include "Support/SampleTree.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace brimvale {
-
-namespace {
 
 using testing::add;
 using testing::addFolder;
 using testing::namesIn;
-
-} // namespace
 
 TEST(FSNode, ComposesItsPathAndKeepsItOnceReleased) {
     FSNode volume("Macintosh HD", "/", true);

@@ -9,7 +9,6 @@
 #include <fstream>
 #include <functional>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>

@@ -3,9 +3,6 @@
 #include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 namespace brimvale {
 

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace brimvale {
 

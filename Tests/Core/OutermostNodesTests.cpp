@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 #include <map>
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace brimvale {
 

@@ -5,9 +5,7 @@
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-#include <string>
 #include <sys/stat.h>
-#include <vector>
 
 namespace brimvale {
 
@@ -57,47 +55,43 @@ TEST(RemovalGuards, KeepWhatTheMacOSCatalogNames) {
     folder.makeFolder("u/Library/Caches/some.app");
     folder.makeFile("u/Documents/file");
     expectAnswers(RemovalGuards(hostOf(System::macOS, home)),
-                  {
-                      {home, structural},
-                      {home + "/", structural, home},
-                      {home + "/Library", structural},
-                      {home + "/./Library//Caches/", structural, home + "/Library/Caches"},
-                      {home + "/Library/Caches/../Caches", structural, home + "/Library/Caches"},
-                      {home + "/Library/Caches/some.app", admitted},
-                      {home + "/Documents", structural},
-                      {home + "/Documents/file", admitted},
-                      {home + "/documents", gone},
-                      {"/System", structural},
-                      {"/System/Library/Foo", isProtected},
-                      {"/Systematic/x", gone},
-                      {"/usr/local/bin-of-nobody/tool", gone},
-                      {"/usr/libexec/x", isProtected},
-                      {"/usr/lib", structural},
-                      {"/Applications", structural},
-                      {"/Applications/Some.app", gone},
-                      {"/applications", tooClose},
-                      {"/tmp", tooClose},
-                      {"/Foo", tooClose},
-                      {"//Foo", tooClose, "/Foo"},
-                      {"/Users/someone/x", gone},
-                      {"/opt/homebrew", structural},
-                      {"/opt/homebrew/Cellar-of-nobody", gone},
-                  });
+                  {{home, structural},
+                   {home + "/", structural, home},
+                   {home + "/Library", structural},
+                   {home + "/./Library//Caches/", structural, home + "/Library/Caches"},
+                   {home + "/Library/Caches/../Caches", structural, home + "/Library/Caches"},
+                   {home + "/Library/Caches/some.app", admitted},
+                   {home + "/Documents", structural},
+                   {home + "/Documents/file", admitted},
+                   {home + "/documents", gone},
+                   {"/System", structural},
+                   {"/System/Library/Foo", isProtected},
+                   {"/Systematic/x", gone},
+                   {"/usr/local/bin-of-nobody/tool", gone},
+                   {"/usr/libexec/x", isProtected},
+                   {"/usr/lib", structural},
+                   {"/Applications", structural},
+                   {"/Applications/Some.app", gone},
+                   {"/applications", tooClose},
+                   {"/tmp", tooClose},
+                   {"/Foo", tooClose},
+                   {"//Foo", tooClose, "/Foo"},
+                   {"/Users/someone/x", gone},
+                   {"/opt/homebrew", structural},
+                   {"/opt/homebrew/Cellar-of-nobody", gone}});
 }
 
 TEST(RemovalGuards, KnowWhatLiesInPrivateByBothNames) {
     const TemporaryFolder home;
     const RemovalGuards guards(hostOf(System::macOS, home.path()));
     for (const std::string prefix : {"", "/private"})
-        expectAnswers(guards, {
-                                  {prefix + "/var/db", structural},
-                                  {prefix + "/var/folders", structural},
-                                  {prefix + "/var/folders/of/nobody", gone},
-                                  {prefix + "/var/db/other-of-nobody", gone},
-                                  {prefix + "/var/db/dslocal/nodes", isProtected},
-                                  {prefix + "/etc/hosts", isProtected},
-                                  {prefix + "/etc/nothing/of/this/name", isProtected},
-                              });
+        expectAnswers(guards, {{prefix + "/var/db", structural},
+                               {prefix + "/var/folders", structural},
+                               {prefix + "/var/folders/of/nobody", gone},
+                               {prefix + "/var/db/other-of-nobody", gone},
+                               {prefix + "/var/db/dslocal/nodes", isProtected},
+                               {prefix + "/etc/hosts", isProtected},
+                               {prefix + "/etc/nothing/of/this/name", isProtected}});
     expectAnswers(guards, {{"/private", structural}, {"/private/tmp-of-nobody", gone}});
 }
 
@@ -108,44 +102,42 @@ TEST(RemovalGuards, KeepWhatTheLinuxCatalogNames) {
     folder.makeFile("people/u/Pictures/picture");
     folder.makeFile("people/other/file");
     const RemovalGuards guards(hostOf(System::linux, home));
-    expectAnswers(guards, {
-                              {home, structural},
-                              {folder.path("people"), structural}, // it holds the home
-                              {folder.path("people/other"), admitted},
-                              {home + "/.cache", structural},
-                              {home + "/.cache/program", admitted},
-                              {home + "/.local/share", structural},
-                              {home + "/.ssh", structural},
-                              {home + "/Pictures", structural},
-                              {home + "/Pictures/picture", admitted},
-                              {"/Foo", tooClose},
-                              {"/home", structural},
-                              {"/home/other-of-nobody", gone},
-                              {"/usr/bin", structural},
-                              {"/usr/bin/env", isProtected},
-                              {"/usr/share/doc", isProtected},
-                              {"/usr/local", structural},
-                              {"/usr/local/share", structural},
-                              {"/usr/local/share/of-nobody", gone},
-                              {"/lib/x", isProtected},
-                              {"/lib64/x", isProtected},
-                              {"/library-of-nobody/x", gone},
-                              {"/etc/passwd", isProtected},
-                              {"/proc/self", isProtected},
-                              {"/run", structural},
-                              {"/run/user/1000", isProtected},
-                              {"/run/media", structural},
-                              {"/run/media/u", structural},
-                              {"/run/media/u/Stick/file", gone},
-                              {"/var/run/program", isProtected},
-                              {"/var/lib/dpkg", structural},
-                              {"/var/lib/dpkg/status", isProtected},
-                              {"/var/lib/apt/extended_states", isProtected},
-                              {"/var/lib/apt/lists", structural},
-                              {"/var/lib/apt/lists/of-nobody", gone},
-                              {"/var/lib/program-of-nobody", gone},
-                              {"/var/log", structural},
-                          });
+    expectAnswers(guards, {{home, structural},
+                           {folder.path("people"), structural},
+                           {folder.path("people/other"), admitted},
+                           {home + "/.cache", structural},
+                           {home + "/.cache/program", admitted},
+                           {home + "/.local/share", structural},
+                           {home + "/.ssh", structural},
+                           {home + "/Pictures", structural},
+                           {home + "/Pictures/picture", admitted},
+                           {"/Foo", tooClose},
+                           {"/home", structural},
+                           {"/home/other-of-nobody", gone},
+                           {"/usr/bin", structural},
+                           {"/usr/bin/env", isProtected},
+                           {"/usr/share/doc", isProtected},
+                           {"/usr/local", structural},
+                           {"/usr/local/share", structural},
+                           {"/usr/local/share/of-nobody", gone},
+                           {"/lib/x", isProtected},
+                           {"/lib64/x", isProtected},
+                           {"/library-of-nobody/x", gone},
+                           {"/etc/passwd", isProtected},
+                           {"/proc/self", isProtected},
+                           {"/run", structural},
+                           {"/run/user/1000", isProtected},
+                           {"/run/media", structural},
+                           {"/run/media/u", structural},
+                           {"/run/media/u/Stick/file", gone},
+                           {"/var/run/program", isProtected},
+                           {"/var/lib/dpkg", structural},
+                           {"/var/lib/dpkg/status", isProtected},
+                           {"/var/lib/apt/extended_states", isProtected},
+                           {"/var/lib/apt/lists", structural},
+                           {"/var/lib/apt/lists/of-nobody", gone},
+                           {"/var/lib/program-of-nobody", gone},
+                           {"/var/log", structural}});
 }
 
 TEST(RemovalGuards, KnowTheUsersFoldersByTheirLocalNames) {
@@ -209,15 +201,13 @@ TEST(RemovalGuards, JudgeAPathByItsText) {
     home.makeFile("file");
     for (const System system : {System::macOS, System::linux}) {
         const RemovalGuards guards(hostOf(system, home.path()));
-        expectAnswers(guards, {
-                                  {home.path("system"), admitted},
-                                  {home.path("system/passwd"), admitted},
-                                  {home.path("dangling"), gone},
-                                  {home.path("circle"), gone},
-                                  {home.path("file/below"), gone},
-                                  {home.path("ill-formed\xFF"), gone, home.path("ill-formed\uFFFD")},
-                                  {home.path(std::string(300, 'n')), gone},
-                              });
+        expectAnswers(guards, {{home.path("system"), admitted},
+                               {home.path("system/passwd"), admitted},
+                               {home.path("dangling"), gone},
+                               {home.path("circle"), gone},
+                               {home.path("file/below"), gone},
+                               {home.path("ill-formed\xFF"), gone, home.path("ill-formed\uFFFD")},
+                               {home.path(std::string(300, 'n')), gone}});
         // Only a ".." goes through the links before it, as it does when the system follows the path.
         EXPECT_NE(guards.check(FileURL(home.path("system/../etc/passwd"))), std::nullopt);
     }

@@ -11,8 +11,6 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <limits>
-#include <string>
-#include <vector>
 
 namespace brimvale {
 

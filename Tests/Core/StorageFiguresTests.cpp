@@ -3,7 +3,6 @@
 #include "Core/CleanupRiskTexts.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace brimvale {
 

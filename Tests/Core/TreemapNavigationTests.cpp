@@ -3,11 +3,8 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <memory>
-#include <optional>
 #include <random>
 #include <set>
-#include <vector>
 
 namespace brimvale {
 

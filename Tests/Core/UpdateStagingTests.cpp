@@ -8,8 +8,6 @@
 #include <filesystem>
 #include <functional>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <vector>
 
 namespace brimvale {
 

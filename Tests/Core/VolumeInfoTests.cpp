@@ -1,7 +1,6 @@
 #include "Core/VolumeInfo.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace brimvale {
 

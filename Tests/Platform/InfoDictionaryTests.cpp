@@ -4,8 +4,6 @@
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 namespace brimvale {
 

@@ -13,7 +13,6 @@
 #include "Views/RemovalSheet.h"
 
 #include <gtest/gtest.h>
-#include <memory>
 
 namespace brimvale {
 

@@ -19,7 +19,6 @@
 #include <QToolTip>
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <memory>
 #include <utility>
 
 namespace brimvale {

@@ -5,9 +5,7 @@
 
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <system_error>
-#include <vector>
 
 namespace brimvale {
 
@@ -47,22 +45,16 @@ TEST(Launch, ReadsWhatTheWindowIsToShow) {
         std::optional<std::string> folder;
         std::optional<System> system;
     };
-    for (const Case &one : {
-             Case{{}, std::nullopt, std::nullopt},
-             Case{{"--"}, std::nullopt, std::nullopt},
-             Case{{absolute.c_str()}, absolute, std::nullopt},
-             Case{{"folder"}, absolute, std::nullopt},
-             Case{{"./folder/inner/.."}, absolute, std::nullopt},
-             Case{{"."}, here.path(), std::nullopt},
-             Case{{"/"}, "/", std::nullopt},
-             Case{{"link/"}, here.path("link"), std::nullopt},
-             Case{{"link/.."}, absolute, std::nullopt},
-             Case{{"ta\tb"}, here.path("ta\tb"), std::nullopt},
-             Case{{"--", "-dashed"}, here.path("-dashed"), std::nullopt},
-             Case{{"--system", "macos", "folder"}, absolute, System::macOS},
-             Case{{"folder", "--system=linux"}, absolute, System::linux},
-             Case{{"--system", "linux", "--system", "macos"}, std::nullopt, System::macOS},
-         }) {
+    for (const Case &one :
+         {Case{{}, std::nullopt, std::nullopt}, Case{{"--"}, std::nullopt, std::nullopt},
+          Case{{absolute.c_str()}, absolute, std::nullopt}, Case{{"folder"}, absolute, std::nullopt},
+          Case{{"./folder/inner/.."}, absolute, std::nullopt}, Case{{"."}, here.path(), std::nullopt},
+          Case{{"/"}, "/", std::nullopt}, Case{{"link/"}, here.path("link"), std::nullopt},
+          Case{{"link/.."}, absolute, std::nullopt}, Case{{"ta\tb"}, here.path("ta\tb"), std::nullopt},
+          Case{{"--", "-dashed"}, here.path("-dashed"), std::nullopt},
+          Case{{"--system", "macos", "folder"}, absolute, System::macOS},
+          Case{{"folder", "--system=linux"}, absolute, System::linux},
+          Case{{"--system", "linux", "--system", "macos"}, std::nullopt, System::macOS}}) {
         SCOPED_TRACE(::testing::PrintToString(one.words));
         const auto launch = read(one.words);
         ASSERT_TRUE(std::holds_alternative<Launch>(launch)) << std::get<Launch::Refusal>(launch).text;

@@ -2,18 +2,13 @@
 
 #include <QSignalSpy>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace brimvale {
-
-namespace {
 
 using namespace brimvale::testing;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
-
-} // namespace
 
 TEST(OutlineModel, FiltersByNameWhateverTheCase) {
     const std::shared_ptr<FSNode> root = makeRoot();

@@ -7,17 +7,12 @@
 
 #include <algorithm>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <random>
 
 namespace brimvale {
 
-namespace {
-
 using namespace brimvale::testing;
 using ::testing::ElementsAre;
-
-} // namespace
 
 TEST(OutlineModel, ShowsTheFiguresOfANode) {
     const std::shared_ptr<FSNode> root = makeRoot();

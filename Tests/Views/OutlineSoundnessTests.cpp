@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <random>
 
 namespace brimvale {

@@ -11,18 +11,13 @@
 #include <QSignalSpy>
 #include <QToolTip>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace brimvale {
-
-namespace {
 
 using namespace brimvale::testing;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
-
-} // namespace
 
 TEST_F(OutlineWindow, SelectsNothingUntilTheUserDoes) {
     EXPECT_THAT(selected(), IsEmpty());

@@ -10,7 +10,6 @@
 #include <QAccessible>
 #include <QPushButton>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace brimvale {
 

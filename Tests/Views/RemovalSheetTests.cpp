@@ -8,7 +8,6 @@
 #include <QPointer>
 #include <algorithm>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace brimvale {
 

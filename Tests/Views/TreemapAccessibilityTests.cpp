@@ -2,18 +2,13 @@
 
 #include <QAccessible>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace brimvale {
-
-namespace {
 
 using ::testing::ElementsAre;
 using testing::makeMixedFolder;
 using testing::nodesIn;
 using testing::ShownTreemap;
-
-} // namespace
 
 TEST(TreemapAccessibility, ExposesItsTilesToAssistiveTechnology) {
     const std::shared_ptr<FSNode> folder = makeMixedFolder();

@@ -14,8 +14,6 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <set>
-#include <string>
-#include <vector>
 
 namespace brimvale {
 

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 namespace brimvale {
 

@@ -9,12 +9,9 @@
 
 #include <algorithm>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/mount.h>
 
 namespace brimvale {
-
-namespace {
 
 using testing::describe;
 using testing::mountAlsoAt;
@@ -22,8 +19,6 @@ using testing::mountMemory;
 using testing::ownMounts;
 using testing::referenceScan;
 using testing::TemporaryFolder;
-
-} // namespace
 
 TEST(Mounts, StayOutOfAWalkUnlessTheyAreItsOwnEntry) {
     const TemporaryFolder folder;

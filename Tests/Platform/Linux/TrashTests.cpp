@@ -14,7 +14,6 @@
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <map>
 #include <sys/resource.h>
 #include <sys/stat.h>

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <chrono>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <set>
 #include <sstream>
 
