@@ -49,6 +49,7 @@ TEST_F(RemovalSheetTest, KeepsEverythingUnlessTheUserSaysSo) {
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space, Qt::Key_Escape}) {
         ask({.items = entries(2, 1000)});
         EXPECT_TRUE(find(*sheet, "cancel").hasFocus());
+        EXPECT_TRUE(find<QPushButton>(*sheet, "cancel").isDefault());
         QTest::keyClick(sheet->windowHandle(), key);
         EXPECT_TRUE(eventually([&] { return sheet == nullptr; })) << key;
     }
