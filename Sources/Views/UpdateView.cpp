@@ -59,7 +59,8 @@ UpdateView::UpdateView(Updater &updater, QWidget *parent)
     arrange();
     connect(&updater_, &Updater::stateChanged, this, [this] {
         showState();
-        if (isAnswerDue_ && !std::holds_alternative<updateState::Checking>(*updater_.state))
+        // A window that was closed lives until the event loop comes round; nobody waits for its answer.
+        if (isAnswerDue_ && isVisible() && !std::holds_alternative<updateState::Checking>(*updater_.state))
             answer();
     });
     connect(&updater_, &Updater::lastCheckedChanged, this, &UpdateView::showState);
