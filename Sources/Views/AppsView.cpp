@@ -68,7 +68,6 @@ AppsView::AppsView(CorvelModel &model, QWidget *parent)
     connect(&model_, &CorvelModel::removalChanged, this, &AppsView::showSelection);
     connect(detail_, &AppDetail::selectionChanged, this, &AppsView::showSelection);
     connect(bar_, &ActionBar::removalAsked, this, &AppsView::confirmUninstall);
-    bar_->listenForKeys();
     showApps();
 }
 

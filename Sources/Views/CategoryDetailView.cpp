@@ -135,7 +135,6 @@ void CategoryDetailView::addActions(QVBoxLayout &layout) {
     if (std::holds_alternative<RemovableAction>(action_)) {
         bar_ = new ActionBar(this);
         layout.addWidget(bar_);
-        bar_->listenForKeys();
         connect(bar_, &ActionBar::removalAsked, this, &CategoryDetailView::confirmRemoval);
     } else if (std::holds_alternative<BackupThenRemoveAction>(action_)) {
         backupBar_ = new BackupBar(model_, this);

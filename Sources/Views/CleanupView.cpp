@@ -31,7 +31,6 @@ CleanupView::CleanupView(CorvelModel &model, QWidget *parent)
     layout->addWidget(makeHeader());
     layout->addWidget(makeCards(), 1);
     layout->addWidget(bar_);
-    bar_->listenForKeys();
 
     connect(measure_, &QPushButton::clicked, &model_, &CorvelModel::measureCleanup);
     connect(&model_, &CorvelModel::cleanupChanged, this, &CleanupView::showTargets);

@@ -10,6 +10,7 @@
 #include "Views/Components/Icons.h"
 #include "Views/Components/NodeIcon.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/SelectionTexts.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
 

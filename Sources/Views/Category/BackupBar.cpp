@@ -5,6 +5,8 @@
 #include "Views/Components/NodeName.h"
 #include "Views/Components/ProgressNote.h"
 #include "Views/Components/RemovalModePicker.h"
+#include "Views/Components/SelectionTexts.h"
+#include "Views/Components/Shortcuts.h"
 #include "Views/Components/Text.h"
 
 #include <QFile>
@@ -52,6 +54,7 @@ BackupBar::BackupBar(CorvelModel &model, QWidget *parent)
     connect(&model_, &CorvelModel::removalChanged, this, &BackupBar::showState);
     connect(backUp_, &QPushButton::clicked, this, [this] { emit backupAsked(picker_->mode()); });
     connect(cancel_, &QPushButton::clicked, &model_, &CorvelModel::cancelArchive);
+    Shortcuts::askForRemovalWith(*backUp_);
     showState();
 }
 
@@ -106,11 +109,7 @@ void BackupBar::showState() {
     const bool isArchiving = *model_.isArchiving;
     folder_->setText(displayedText(model_.backupRoot->path()));
     const QString count = text(Fmt::count(count_)), bytes = text(Fmt::byteFormatter(bytes_));
-    if (count_ == 0)
-        selection_->setText(tr("Nothing selected"));
-    else
-        selection_->setText(count_ == 1 ? tr("1 item selected, %1").arg(bytes)
-                                        : tr("%1 items selected, %2").arg(count, bytes));
+    selection_->setText(selectionText(count_, bytes_));
     if (count_ == 0)
         backUp_->setText(tr("Back Up and Review…"));
     else

@@ -1,26 +1,17 @@
 #include "Views/Components/ActionBar.h"
 
-#include "Core/Formatting.h"
 #include "Views/Components/DestructiveButton.h"
 #include "Views/Components/RemovalModePicker.h"
+#include "Views/Components/SelectionTexts.h"
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/Theme.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace brimvale {
-
-namespace {
-
-QString text(const std::string &utf8) {
-    return QString::fromStdString(utf8);
-}
-
-} // namespace
 
 ActionBar::ActionBar(QWidget *parent)
     : QWidget(parent), selection_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
@@ -33,6 +24,7 @@ ActionBar::ActionBar(QWidget *parent)
     note_->hide();
     remove_->setObjectName(QStringLiteral("remove"));
     connect(remove_, &QPushButton::clicked, this, [this] { emit removalAsked(picker_->mode()); });
+    Shortcuts::askForRemovalWith(*remove_);
 
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(24, 12, 24, 12);
@@ -63,25 +55,12 @@ void ActionBar::setBusy(bool isBusy) {
     showSelection();
 }
 
-void ActionBar::listenForKeys() {
-    for (const QKeySequence &key : Shortcuts::removal())
-        connect(new QShortcut(key, this), &QShortcut::activated, remove_, &QPushButton::click);
-}
-
 void ActionBar::resetMode() {
     picker_->setMode(RemovalMode::trash);
 }
 
 void ActionBar::showSelection() {
-    const QString count = text(Fmt::count(count_));
-    const QString bytes = text(Fmt::byteFormatter(bytes_));
-    if (isBusy_)
-        selection_->setText(tr("Removing…"));
-    else if (count_ == 0)
-        selection_->setText(tr("Nothing selected"));
-    else
-        selection_->setText(count_ == 1 ? tr("1 item selected, %1").arg(bytes)
-                                        : tr("%1 items selected, %2").arg(count, bytes));
+    selection_->setText(isBusy_ ? tr("Removing…") : selectionText(count_, bytes_));
     remove_->setText(removalTitle(count_, bytes_));
     remove_->setEnabled(count_ > 0 && !isBusy_);
 }

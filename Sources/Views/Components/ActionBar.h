@@ -11,7 +11,7 @@ class DestructiveButton;
 class RemovalModePicker;
 class TextLabel;
 
-/// The bar at the bottom of a page that says what is ticked, and removes it.
+/// The bar at the bottom of a page that says what is ticked, and removes it, asked by button or by key.
 class ActionBar : public QWidget {
     Q_OBJECT
 
@@ -24,8 +24,6 @@ public:
     void setNote(const QString &note);
     /// Shows whether a removal runs, during which no other can be asked for.
     void setBusy(bool isBusy);
-    /// Asks for the removal by key as well, while the bar is on the screen.
-    void listenForKeys();
     /// Goes back to the Trash, which everything starts from.
     void resetMode();
 

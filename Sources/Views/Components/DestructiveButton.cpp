@@ -1,6 +1,5 @@
 #include "Views/Components/DestructiveButton.h"
 
-#include "Core/Formatting.h"
 #include "Views/Components/Theme.h"
 
 #include <QEvent>
@@ -27,15 +26,6 @@ void DestructiveButton::applyTheme() {
     own.setColor(QPalette::Active, QPalette::ButtonText, color);
     own.setColor(QPalette::Inactive, QPalette::ButtonText, color);
     setPalette(own);
-}
-
-QString removalTitle(std::int64_t count, std::int64_t bytes) {
-    if (count == 0)
-        return DestructiveButton::tr("Remove…");
-    const QString size = QString::fromStdString(Fmt::byteFormatter(bytes));
-    return count == 1 ? DestructiveButton::tr("Remove 1 Item, %1…").arg(size)
-                      : DestructiveButton::tr("Remove %1 Items, %2…")
-                            .arg(QString::fromStdString(Fmt::count(count)), size);
 }
 
 } // namespace brimvale

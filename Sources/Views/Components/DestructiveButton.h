@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QPushButton>
-#include <cstdint>
 
 namespace brimvale {
 
@@ -18,8 +17,5 @@ protected:
 private:
     void applyTheme();
 };
-
-/// What the button says that asks for a removal: "Remove 3 Items, 4.2 GB…", or "Remove…" for none.
-[[nodiscard]] QString removalTitle(std::int64_t count, std::int64_t bytes);
 
 } // namespace brimvale

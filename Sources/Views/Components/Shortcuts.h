@@ -2,6 +2,8 @@
 
 #include <QKeySequence>
 #include <QList>
+#include <QPushButton>
+#include <QShortcut>
 
 namespace brimvale {
 
@@ -20,6 +22,12 @@ inline QKeySequence enclosingFolder() {
 /// by itself there.
 inline QList<QKeySequence> removal() {
     return {Qt::Key_Delete, Qt::CTRL | Qt::Key_Backspace};
+}
+
+/// Has these keys press a button, while it is on the screen.
+inline void askForRemovalWith(QPushButton &button) {
+    for (const QKeySequence &key : removal())
+        QObject::connect(new QShortcut(key, &button), &QShortcut::activated, &button, &QPushButton::click);
 }
 
 } // namespace Shortcuts
