@@ -185,7 +185,7 @@ void ContentView::showCategorySizes() {
 }
 
 /// Whether the user is still busy with a sheet, so that `then` is called once that has ended.
-bool ContentView::waitsForSheet(void (ContentView::*then)()) {
+bool ContentView::waitsForSheet(void (ContentView::*then)()) const {
     const auto *sheet = qobject_cast<QDialog *>(QApplication::activeModalWidget());
     if (sheet == nullptr)
         return false;

@@ -60,7 +60,7 @@ private:
     void addCategoryPage(const StorageCategory &category);
     void showCategorySizes();
     void showResult();
-    [[nodiscard]] bool waitsForSheet(void (ContentView::*then)());
+    [[nodiscard]] bool waitsForSheet(void (ContentView::*then)()) const;
     void showNextResult();
     void showReview();
     void checkForUpdates();
