@@ -11,6 +11,7 @@
 #include "Views/Components/Card.h"
 #include "Views/Components/NoteLabel.h"
 #include "Views/Components/ProgressNote.h"
+#include "Views/Components/SheetOrder.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/ConfirmationSheet.h"
@@ -226,19 +227,24 @@ void CategoryDetailView::prepareBackup(RemovalMode mode) {
             [page, isRunning, mode] {
                 if (page.isNull())
                     return;
-                page->isPreparing_ = false;
-                if (!isRunning) {
-                    page->planBackup(mode);
-                    return;
-                }
-                (new NoticeSheet(tr("Quit Messages first"),
-                                 tr("Messages is running. Copying its database while it is open produces a "
-                                    "backup that will not restore, so quit Messages and try again."),
-                                 page))
-                    ->open();
+                whenNoSheetIsOpen(page, [page, isRunning, mode] {
+                    page->isPreparing_ = false;
+                    if (isRunning)
+                        page->askToQuitMessages();
+                    else
+                        page->planBackup(mode);
+                });
             },
             Qt::QueuedConnection);
     });
+}
+
+void CategoryDetailView::askToQuitMessages() {
+    (new NoticeSheet(tr("Quit Messages first"),
+                     tr("Messages is running. Copying its database while it is open produces a "
+                        "backup that will not restore, so quit Messages and try again."),
+                     this))
+        ->open();
 }
 
 /// Refuses what cannot be one backup, and asks where there is too little room.
@@ -253,7 +259,7 @@ void CategoryDetailView::planBackup(RemovalMode mode) {
         (new NoticeSheet(tr("This cannot be one backup"), text(*refusal), this))->open();
         return;
     }
-    const auto shortage = BackupPlan::shortage(items, totalSize(entries), *model_.backupRoot);
+    const auto shortage = BackupPlan::shortage(items, CleanupEntries::totalSize(entries), *model_.backupRoot);
     if (!shortage) {
         backUp(entries, mode);
         return;

@@ -1,7 +1,6 @@
 #include "Views/ContentView.h"
 
 #include "Core/CorvelModel.h"
-#include "Core/Formatting.h"
 #include "Core/Updater.h"
 #include "Views/AboutSheet.h"
 #include "Views/AppsView.h"
@@ -9,12 +8,14 @@
 #include "Views/BrowseView.h"
 #include "Views/CategoryDetailView.h"
 #include "Views/CleanupView.h"
+#include "Views/ClosingQuestion.h"
 #include "Views/Components/CategoryStyle.h"
 #include "Views/Components/RemovalBar.h"
+#include "Views/Components/SheetOrder.h"
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/SidebarFooter.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
-#include "Views/ConfirmationSheet.h"
 #include "Views/OverviewView.h"
 #include "Views/ResultAlert.h"
 #include "Views/ShortcutsSheet.h"
@@ -62,7 +63,7 @@ QKeySequence shortcutOf(const Section &section) {
 
 ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     : QMainWindow(parent), model_(model), updater_(updater), sidebar_(new Sidebar(this)),
-      stack_(new QStackedWidget(this)) {
+      stack_(new QStackedWidget(this)), closing_(new ClosingQuestion(model, *this)) {
     setObjectName(QStringLiteral("contentView"));
     setWindowTitle(QApplication::applicationName());
     applyTheme();
@@ -178,51 +179,54 @@ void ContentView::showCategorySizes() {
     for (const Page &page : pages_) {
         const MeasuredCategory *category = model_.category(page.section.id);
         if (category != nullptr)
-            sidebar_->setValue(page.row, category->measured
-                                             ? QString::fromStdString(Fmt::byteFormatter(category->size))
-                                             : QString());
+            sidebar_->setValue(page.row, category->measured ? sizeText(category->size) : QString());
     }
-}
-
-/// Whether the user is still busy with a sheet, so that `then` is called once that has ended.
-bool ContentView::waitsForSheet(void (ContentView::*then)()) const {
-    const auto *sheet = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-    if (sheet == nullptr)
-        return false;
-    // A sheet may end in order that another one takes its place.
-    connect(sheet, &QDialog::finished, this, then, Qt::QueuedConnection);
-    return true;
 }
 
 /// Shows a backup that waits for the user, whatever page is in front.
 void ContentView::showReview() {
-    if (!*model_.pendingDeletion || review_ != nullptr || waitsForSheet(&ContentView::showReview))
-        return;
-    auto *review = new BackupReviewView(**model_.pendingDeletion, this);
-    review_ = review;
-    connect(review, &QDialog::accepted, &model_, &CorvelModel::confirmPendingDeletion);
-    connect(review, &QDialog::rejected, &model_, &CorvelModel::cancelPendingDeletion);
-    review->open();
+    whenNoSheetIsOpen(this, [this] {
+        if (!*model_.pendingDeletion || review_ != nullptr || !isVisible())
+            return;
+        auto *review = new BackupReviewView(**model_.pendingDeletion, this);
+        review_ = review;
+        connect(review, &QDialog::accepted, &model_, &CorvelModel::confirmPendingDeletion);
+        connect(review, &QDialog::rejected, &model_, &CorvelModel::cancelPendingDeletion);
+        review->open();
+    });
 }
 
 void ContentView::checkForUpdates() {
-    if (updateWindow_ == nullptr)
+    if (updateWindow_ == nullptr) {
         updateWindow_ = new UpdateView(updater_, this);
+        connect(updateWindow_, &UpdateView::installAsked, this, &ContentView::installUpdate);
+    }
     updateWindow_->check();
     updateWindow_->show();
     updateWindow_->raise();
     updateWindow_->activateWindow();
 }
 
+/// Installing ends the program, and with it what runs.
+void ContentView::installUpdate() {
+    if (!closing_->isDue())
+        return updater_.installAndRelaunch();
+    closing_->ask(tr("Quit and Install"), [this] {
+        mayClose_ = true;
+        updater_.installAndRelaunch();
+        mayClose_ = !isVisible(); // it may have failed
+    });
+}
+
 /// Tells what became of a removal, whatever page it came from; one after the other.
 void ContentView::showResult() {
     if (*model_.lastResult)
         results_.push_back(**model_.lastResult);
-    showNextResult();
+    whenNoSheetIsOpen(this, [this] { showNextResult(); });
 }
 
 void ContentView::showNextResult() {
-    if (resultAlert_ != nullptr || results_.empty() || waitsForSheet(&ContentView::showNextResult))
+    if (resultAlert_ != nullptr || results_.empty() || !isVisible())
         return;
     auto *alert = new ResultAlert(results_.front(), this);
     results_.pop_front();
@@ -230,7 +234,7 @@ void ContentView::showNextResult() {
     connect(alert, &ResultAlert::escalated, &model_, &CorvelModel::escalate);
     connect(alert, &QDialog::finished, this, [this] {
         resultAlert_ = nullptr;
-        showNextResult();
+        whenNoSheetIsOpen(this, [this] { showNextResult(); });
     });
     // What the result tells of is still leaving the tree, or the next removal has begun.
     const auto allowWhenIdle = [this, alert] { alert->setCanEscalate(!model_.isRemoving()); };
@@ -264,11 +268,13 @@ void ContentView::rescan() {
 }
 
 void ContentView::showShortcuts() {
-    (new ShortcutsSheet(this))->open();
+    if (!isSheetOpen())
+        (new ShortcutsSheet(this))->open();
 }
 
 void ContentView::showAbout() {
-    (new AboutSheet(this))->open();
+    if (!isSheetOpen())
+        (new AboutSheet(this))->open();
 }
 
 /// Tool tips are no children of the window, and keep the system's palette otherwise.
@@ -278,33 +284,16 @@ void ContentView::applyTheme() {
     QToolTip::setPalette(palette);
 }
 
-void ContentView::askToClose() {
-    if (closeQuestion_ != nullptr)
-        return;
-    QString question = tr("Stop the backup and quit?");
-    QString loss = tr("It remains unfinished. No original is touched.");
-    if (*model_.removalActivity == RemovalActivity::asAdministrator) {
-        question = tr("Quit while the administrator's command runs?");
-        loss = tr("It goes on until it is done.");
-    } else if (model_.isRemoving()) {
-        question = tr("Stop removing and quit?");
-        loss = tr("What is gone by now stays gone, the rest stays where it is.");
-    }
-    closeQuestion_ = new ConfirmationSheet(question, loss, tr("Quit"), this);
-    connect(closeQuestion_, &QDialog::accepted, this, [this] {
-        mayClose_ = true;
-        close();
-    });
-    closeQuestion_->open();
-}
-
 void ContentView::closeEvent(QCloseEvent *event) {
-    if (mayClose_ || (!model_.isRemoving() && !*model_.isArchiving)) {
+    if (mayClose_ || !closing_->isDue()) {
         QMainWindow::closeEvent(event);
         return;
     }
     event->ignore();
-    askToClose();
+    closing_->ask(tr("Quit"), [this] {
+        mayClose_ = true;
+        close();
+    });
 }
 
 bool ContentView::event(QEvent *event) {

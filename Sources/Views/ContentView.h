@@ -16,6 +16,7 @@ class QStackedWidget;
 
 namespace brimvale {
 
+class ClosingQuestion;
 class CorvelModel;
 class UpdateView;
 class Updater;
@@ -23,7 +24,7 @@ struct StorageCategory;
 
 /// The one window: the sidebar at the left, the current page at the right. A page is built when it is first
 /// gone to. The window follows the system's light or dark appearance while it runs. While something is
-/// removed or backed up it asks before it closes, since that ends it.
+/// removed or backed up it asks before it closes, or lets an update be installed.
 class ContentView : public QMainWindow {
     Q_OBJECT
 
@@ -60,11 +61,10 @@ private:
     void addCategoryPage(const StorageCategory &category);
     void showCategorySizes();
     void showResult();
-    [[nodiscard]] bool waitsForSheet(void (ContentView::*then)()) const;
     void showNextResult();
     void showReview();
     void checkForUpdates();
-    void askToClose();
+    void installUpdate();
     void applyTheme();
 
     CorvelModel &model_;
@@ -75,11 +75,11 @@ private:
     std::vector<Page> pages_;
     std::size_t current_ = 0;
     std::deque<RemovalResult> results_; ///< not shown yet
-    bool mayClose_ = false;             ///< whatever is going on
+    ClosingQuestion *closing_;
+    bool mayClose_ = false; ///< whatever is going on
     // Those that are open, if any.
     QPointer<QDialog> resultAlert_;
     QPointer<QDialog> review_;
-    QPointer<QDialog> closeQuestion_;
     QPointer<UpdateView> updateWindow_;
 };
 

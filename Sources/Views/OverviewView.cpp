@@ -3,6 +3,7 @@
 #include "Views/Components/Card.h"
 #include "Views/Components/PageHeader.h"
 #include "Views/Components/ProgressNote.h"
+#include "Views/Components/SheetOrder.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/ConfirmationSheet.h"
 #include "Views/Overview/CapacityCard.h"
@@ -179,12 +180,15 @@ void OverviewView::confirmDeletion(const LocalSnapshot &snapshot) {
                                         tr("Delete"), this);
     connect(sheet, &QDialog::accepted, this, [this, snapshot] {
         model_.deleteSnapshot(snapshot, [this, page = QPointer(this), snapshot](bool isDeleted) {
-            if (!isDeleted && !page.isNull())
+            if (isDeleted || page.isNull())
+                return;
+            whenNoSheetIsOpen(this, [this, snapshot] {
                 (new NoticeSheet(tr("The snapshot is still there"),
                                  tr("“%1” could not be deleted, or the password was not given.")
                                      .arg(QString::fromStdString(snapshot.name)),
                                  this))
                     ->open();
+            });
         });
     });
     sheet->open();

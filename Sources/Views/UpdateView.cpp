@@ -166,7 +166,7 @@ void UpdateView::answer() {
 void UpdateView::act() {
     const UpdateState &state = *updater_.state;
     if (std::holds_alternative<updateState::ReadyToRelaunch>(state))
-        updater_.installAndRelaunch();
+        emit installAsked();
     else if (!std::holds_alternative<updateState::Available>(state))
         check();
     else if (updater_.canInstallItself())

@@ -25,6 +25,10 @@ public:
     /// Looks for an update. Where a silent look is under way that ends without a word, looks once more.
     void check();
 
+signals:
+    /// The user wants what is ready to be installed, which ends the program.
+    void installAsked();
+
 private:
     /// What the window shows of one state.
     struct Content {

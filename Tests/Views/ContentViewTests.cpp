@@ -174,10 +174,24 @@ TEST_F(ContentViewTest, AsksBeforeItClosesOnARemoval) {
         testing::click(*question, answer);
         EXPECT_TRUE(testing::eventually([&] { return question.isNull(); }));
     };
-    model->removeCleanupEntries({{item, 5000, {}}}, RemovalMode::deleteNow);
-    ASSERT_TRUE(model->isRemoving());
+    const auto remove = [&] {
+        model->removeCleanupEntries({{item, 5000, {}}}, RemovalMode::deleteNow);
+        ASSERT_TRUE(model->isRemoving());
+    };
+    remove();
     closeAndAnswer("cancel");
     EXPECT_TRUE(window->isVisible());
+
+    // The question ends with what it is about, which is told of then.
+    window->close();
+    held.letGoOn();
+    const auto sheet = [&] { return qobject_cast<QDialog *>(QApplication::activeModalWidget()); };
+    EXPECT_TRUE(
+        testing::eventually([&] { return sheet() != nullptr && sheet()->objectName() == "resultAlert"; }));
+    EXPECT_TRUE(window->isVisible());
+    sheet()->reject();
+
+    remove();
     closeAndAnswer("confirm");
     EXPECT_FALSE(window->isVisible());
     held.letGoOn();

@@ -37,6 +37,7 @@ protected:
 
     void show() {
         window = new UpdateView(*updater, &parent);
+        QObject::connect(window, &UpdateView::installAsked, &*updater, &Updater::installAndRelaunch);
         window->show();
     }
 

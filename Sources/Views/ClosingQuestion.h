@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <functional>
+
+class QDialog;
+
+namespace brimvale {
+
+class CorvelModel;
+
+/// Asks before the window goes while something is removed or backed up, which ends with it, or while an
+/// administrator's command runs, whose end nobody would be told of.
+class ClosingQuestion : public QObject {
+    Q_OBJECT
+
+public:
+    /// Both must outlive the question.
+    ClosingQuestion(CorvelModel &model, QWidget &window);
+
+    /// Whether there is anything to ask about.
+    [[nodiscard]] bool isDue() const;
+
+    /// Asks in a sheet of the window, one at a time; `then` is called when the user agrees. `action` is what
+    /// the button for that says. The sheet ends by itself once there is nothing left to ask about.
+    void ask(const QString &action, std::function<void()> then);
+
+private:
+    [[nodiscard]] QString question() const;
+    [[nodiscard]] QString loss() const;
+    void withdrawWhenIdle();
+
+    CorvelModel &model_;
+    QWidget &window_;
+    QPointer<QDialog> sheet_;
+};
+
+} // namespace brimvale
