@@ -25,6 +25,7 @@ run      header:nettle/sha2.h    nettle-dev       nettle-devel             nettl
 test     config:GTest            libgtest-dev     gtest-devel              gtest       googletest
 test     header:gmock/gmock.h    libgmock-dev     gmock-devel              gtest       googletest
 test     command:sqlite3         sqlite3          sqlite                   sqlite      -
+test     file:/usr/share/zoneinfo/Europe/Berlin tzdata tzdata              tzdata      -
 test?    command:chromium        chromium         chromium                 chromium    -
 test     library:tsan            -                libasan,libubsan,libtsan -           -
 test?    command:clang-format-14 clang-format-14  -                        -           -
@@ -103,6 +104,7 @@ is_there() {
         command:*) command -v "${1#*:}" >/dev/null ;;
         config:*) is_below_prefix "lib/cmake/${1#*:}" "lib64/cmake/${1#*:}" "lib/*/cmake/${1#*:}" ;;
         header:*) is_below_prefix "include/${1#*:}" "include/*/${1#*:}" ;;
+        file:*) [ -e "${1#*:}" ] ;;
         library:*) [ -e "$(${CXX:-c++} -print-file-name="lib${1#*:}.so")" ] ;;
     esac
 }

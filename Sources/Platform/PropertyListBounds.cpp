@@ -145,8 +145,10 @@ private:
 } // namespace
 
 bool isModestXmlPropertyList(std::string_view bytes) {
-    // Counted without a look at comments or closing tags: no trick of an attacker's makes it too few.
-    return occurrences(bytes, "<dict") + occurrences(bytes, "<array") <= mostXmlContainers &&
+    // Counted without a look at comments or closing tags: no trick of an attacker's makes it too few. The
+    // outermost element may lie within itself for some parsers.
+    return occurrences(bytes, "<dict") + occurrences(bytes, "<array") + occurrences(bytes, "<plist") <=
+               mostXmlContainers &&
            std::count(bytes.begin(), bytes.end(), '&') <= mostXmlReferences;
 }
 

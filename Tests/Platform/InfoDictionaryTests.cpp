@@ -94,6 +94,7 @@ TEST(InfoDictionary, RefusesWhatWouldOverwhelmAParser) {
     EXPECT_EQ(nameIn(dictionary(named + "<key>x</key>" + repeated("<array><!--</array>-->", deep / 3) +
                                 repeated("</array>", deep / 3))),
               "(none)");
+    EXPECT_EQ(nameIn(repeated("<plist>", deep) + dictionary(named)), "(none)");
     EXPECT_EQ(
         nameIn(dictionary("<key>CFBundleName</key><string>" + repeated("&amp;", 100'000) + "</string>")),
         "(none)");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <clocale>
 #include <cstdlib>
 #include <optional>
 #include <string>
@@ -34,7 +35,8 @@ private:
 /// Gives this process, before it reads and keeps them, the language and the local time that tests expect:
 /// that of a place with a summer time, and never UTC.
 inline void useTheLocaleOfTheTests() {
-    setenv("LC_ALL", "C.UTF-8", 1);
+    if (std::setlocale(LC_ALL, "C.UTF-8") != nullptr) // which not every Mac has
+        setenv("LC_ALL", "C.UTF-8", 1);
     setenv("TZ", "Europe/Berlin", 1);
 }
 

@@ -38,7 +38,7 @@ std::optional<FileError> removeItem(const FileURL &item, RemovalProgress *progre
         NSURL *url = urlOf(item);
         // The shared manager may have no delegate. None keeps its delegate alive.
         NSFileManager *manager = [[NSFileManager alloc] init];
-        BrimvaleRemovalWatcher *watcher = [[BrimvaleRemovalWatcher alloc] init];
+        NS_VALID_UNTIL_END_OF_SCOPE BrimvaleRemovalWatcher *watcher = [[BrimvaleRemovalWatcher alloc] init];
         watcher.progress = progress;
         // For what is missing from the start the watcher is not asked, who would let it pass.
         manager.delegate = fileStatus(item.path()) ? watcher : nil;
