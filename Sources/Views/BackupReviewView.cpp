@@ -95,7 +95,7 @@ void BackupReviewView::addHeading(QVBoxLayout &layout) {
     auto *summary = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);
     summary->setObjectName(QStringLiteral("reviewSummary"));
     const std::size_t count = pending_.items.size();
-    const QString bytes = text(Fmt::byteFormatter(pending_.bytes));
+    const QString bytes = sizeText(pending_.bytes);
     summary->setText(count == 1 ? tr("1 item copied, %1").arg(bytes)
                                 : tr("%1 items copied, %2").arg(countOf(count), bytes));
     auto *words = new QVBoxLayout;

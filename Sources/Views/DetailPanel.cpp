@@ -136,9 +136,8 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
         name_->setText(tr("Nothing selected"));
         showFigures({none, none, none, none, none});
     } else {
-        showFigures({text(Fmt::byteFormatter(size)), text(Fmt::byteFormatter(logicalSize)),
-                     only != nullptr ? shareOfParent(*only) : none, text(Fmt::count(fileCount)),
-                     text(Fmt::count(dirCount))});
+        showFigures({sizeText(size), sizeText(logicalSize), only != nullptr ? shareOfParent(*only) : none,
+                     text(Fmt::count(fileCount)), text(Fmt::count(dirCount))});
     }
     const std::optional<std::string> why = only != nullptr ? explanation(*only) : std::nullopt;
     explanation_->setText(why ? text(*why) : QString());

@@ -3,6 +3,7 @@
 #include "Core/Formatting.h"
 #include "Core/NodeExplanation.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
 #include "Views/OutlineMarks.h"
 #include "Views/Prefetch.h"
 
@@ -18,7 +19,7 @@ QString text(const FSNode &node, int column) {
     case OutlineModel::nameColumn:
         return displayedName(node);
     case OutlineModel::sizeColumn:
-        return QString::fromStdString(Fmt::byteFormatter(node.size));
+        return sizeText(node.size);
     case OutlineModel::shareColumn:
         return QStringLiteral("%1%").arg(qRound(100 * OutlineModel::share(node)));
     default:

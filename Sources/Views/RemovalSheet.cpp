@@ -1,6 +1,6 @@
 #include "Views/RemovalSheet.h"
 
-#include "Base/Bytes.h"
+#include "Core/CleanupEntries.h"
 #include "Core/Formatting.h"
 #include "Core/RemovalReport.h"
 #include "Views/Components/Card.h"
@@ -26,7 +26,7 @@ constexpr int sheetWidth = 480;
 constexpr std::size_t mostItemsShown = 6;
 
 QString question(const std::vector<CleanupEntry> &items) {
-    const QString bytes = text(Fmt::byteFormatter(totalSize(items)));
+    const QString bytes = sizeText(CleanupEntries::totalSize(items));
     if (items.size() == 1)
         return RemovalSheet::tr("Remove “%1”, %2?")
             .arg(displayedText(items.front().url.lastPathComponent()), bytes);
@@ -38,18 +38,11 @@ std::string remarkOn(const RemovalRequest &request, RemovalMode mode) {
     if (request.remark)
         return request.remark(mode);
     if (mode == RemovalMode::trash)
-        return RemovalReport::trashRemark(totalSize(request.items));
+        return RemovalReport::trashRemark(CleanupEntries::totalSize(request.items));
     return "What is deleted immediately cannot be put back.";
 }
 
 } // namespace
-
-std::int64_t totalSize(const std::vector<CleanupEntry> &items) {
-    std::int64_t bytes = 0;
-    for (const CleanupEntry &item : items)
-        bytes = checkedAdd(bytes, item.size);
-    return bytes;
-}
 
 RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
     : QDialog(parent, Qt::Sheet), request_(std::move(request)), picker_(new RemovalModePicker(this)),
@@ -103,11 +96,11 @@ QWidget *RemovalSheet::makeItemList() {
     const std::size_t shown = std::min(request_.items.size(), mostItemsShown);
     for (std::size_t i = 0; i < shown; ++i) {
         const CleanupEntry &item = request_.items[i];
-        addRow(displayedText(item.url.path()), text(Fmt::byteFormatter(item.size)));
+        addRow(displayedText(item.url.path()), sizeText(item.size));
     }
     if (const std::size_t rest = request_.items.size() - shown; rest > 0)
         addRow(tr("and %1 more").arg(text(Fmt::count(static_cast<std::int64_t>(rest)))),
-               tr("%1 in all").arg(text(Fmt::byteFormatter(totalSize(request_.items)))));
+               tr("%1 in all").arg(sizeText(CleanupEntries::totalSize(request_.items))));
     return card;
 }
 

@@ -24,9 +24,6 @@ struct RemovalRequest {
     std::function<std::string(RemovalMode mode)> remark = {};
 };
 
-/// The bytes of all items together.
-[[nodiscard]] std::int64_t totalSize(const std::vector<CleanupEntry> &items);
-
 /// Asks before anything is removed: what, how many, how much, and how. The way out is the default. Deletes
 /// itself when it is closed.
 class RemovalSheet : public QDialog {

@@ -122,8 +122,7 @@ void AppDetail::showFacts() {
         identity.append(tr("from the App Store"));
     identity_->setText(identity.join(QStringLiteral(" · ")));
     identity_->setHidden(identity.isEmpty());
-    QStringList facts = {row_->analyzed ? text(Fmt::byteFormatter(row_->bundleSize))
-                                        : tr("Not analysed yet")};
+    QStringList facts = {row_->analyzed ? sizeText(row_->bundleSize) : tr("Not analysed yet")};
     if (app.lastUsed)
         facts.append(tr("last used %1").arg(text(Fmt::relativeDate(app.lastUsed))));
     facts_->setText(facts.join(QStringLiteral(" · ")));

@@ -1,6 +1,5 @@
 #include "Views/Apps/AppListModel.h"
 
-#include "Core/Formatting.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 
@@ -15,8 +14,8 @@ bool areSameApps(const std::vector<AppRow> &a, const std::vector<AppRow> &b) {
                       [](const AppRow &one, const AppRow &other) { return one.app == other.app; });
 }
 
-QString sizeText(const AppRow &row) {
-    return row.analyzed ? text(Fmt::byteFormatter(row.bundleSize)) : QString();
+QString bundleSizeText(const AppRow &row) {
+    return row.analyzed ? sizeText(row.bundleSize) : QString();
 }
 
 } // namespace
@@ -78,10 +77,10 @@ QVariant AppListModel::data(const QModelIndex &index, int role) const {
     case Qt::ToolTipRole:
         return displayedText(row.app.url.path());
     case Qt::AccessibleTextRole:
-        return row.analyzed ? text(row.app.name) + QStringLiteral(", ") + sizeText(row)
+        return row.analyzed ? text(row.app.name) + QStringLiteral(", ") + bundleSizeText(row)
                             : tr("%1, not analysed yet").arg(text(row.app.name));
     case sizeRole:
-        return sizeText(row);
+        return bundleSizeText(row);
     case analyzedRole:
         return row.analyzed;
     default:

@@ -1,6 +1,5 @@
 #include "Views/Apps/LeftoverListModel.h"
 
-#include "Core/Formatting.h"
 #include "Platform/FileStatus.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
@@ -55,7 +54,7 @@ QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
     if (!index.isValid())
         return {};
     const Row &row = rows_[static_cast<std::size_t>(index.row())];
-    const QString size = text(Fmt::byteFormatter(row.item.size));
+    const QString size = sizeText(row.item.size);
     switch (role) {
     case Qt::DisplayRole:
         return displayedText(row.item.url.lastPathComponent());

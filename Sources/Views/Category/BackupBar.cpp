@@ -108,7 +108,7 @@ void BackupBar::setSelection(std::int64_t count, std::int64_t bytes) {
 void BackupBar::showState() {
     const bool isArchiving = *model_.isArchiving;
     folder_->setText(displayedText(model_.backupRoot->path()));
-    const QString count = text(Fmt::count(count_)), bytes = text(Fmt::byteFormatter(bytes_));
+    const QString count = text(Fmt::count(count_)), bytes = sizeText(bytes_);
     selection_->setText(selectionText(count_, bytes_));
     if (count_ == 0)
         backUp_->setText(tr("Back Up and Review…"));

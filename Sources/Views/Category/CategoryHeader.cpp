@@ -1,9 +1,9 @@
 #include "Views/Category/CategoryHeader.h"
 
-#include "Core/Formatting.h"
 #include "Views/Components/CategoryStyle.h"
 #include "Views/Components/IconTile.h"
 #include "Views/Components/RiskBadge.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 
 #include <QHBoxLayout>
@@ -51,8 +51,7 @@ CategoryHeader::CategoryHeader(const StorageCategory &category, QWidget *parent)
 }
 
 void CategoryHeader::showSize(const MeasuredCategory &category) {
-    size_->setText(category.measured ? QString::fromStdString(Fmt::byteFormatter(category.size))
-                                     : QStringLiteral("—"));
+    size_->setText(category.measured ? sizeText(category.size) : QStringLiteral("—"));
 }
 
 void CategoryHeader::addControl(QWidget *control) {

@@ -1,7 +1,6 @@
 #include "Views/Cleanup/TargetCard.h"
 
 #include "Core/CleanupEntries.h"
-#include "Core/Formatting.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/RiskBadge.h"
 #include "Views/Components/Text.h"
@@ -9,7 +8,6 @@
 #include "Views/Components/TickBox.h"
 #include "Views/Entries/EntryList.h"
 #include "Views/Entries/TickedEntries.h"
-#include "Views/RemovalSheet.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -128,7 +126,7 @@ void TargetCard::showEntries() {
     state_->setHidden(!target_.entries.empty());
     if (target_.entries.empty())
         state_->setText(whyEmpty(target_));
-    total_->setText(target_.scanned ? text(Fmt::byteFormatter(totalSize(target_.entries)))
+    total_->setText(target_.scanned ? sizeText(CleanupEntries::totalSize(target_.entries))
                                     : QStringLiteral("—"));
     all_->setEnabled(!target_.entries.empty());
     showTicks();

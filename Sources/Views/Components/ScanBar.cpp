@@ -137,7 +137,7 @@ void ScanBar::showFigures() {
         figure->setVisible(hasFigures);
     files_->setText(*model_.scanFiles == 1 ? tr("1 file")
                                            : tr("%1 files").arg(text(Fmt::count(*model_.scanFiles))));
-    bytes_->setText(text(Fmt::byteFormatter(*model_.scanBytes)));
+    bytes_->setText(sizeText(*model_.scanBytes));
     elapsed_->setText(elapsedText(*model_.scanElapsed));
     unreadable_->setVisible(hasFigures && *model_.scanUnreadable > 0);
     unreadable_->setText(tr("%1 unreadable").arg(text(Fmt::count(*model_.scanUnreadable))));
@@ -162,7 +162,8 @@ void ScanBar::startOrStop() {
 
 /// A folder that is chosen here is scanned at once.
 void ScanBar::chooseFolder() {
-    auto *dialog = new QFileDialog(window(), tr("Choose a folder to scan"), text(*model_.scanRootPath));
+    auto *dialog = new QFileDialog(window(), tr("Choose a folder to scan"),
+                                   QFile::decodeName(QByteArray::fromStdString(*model_.scanRootPath)));
     dialog->setObjectName(QStringLiteral("folderChooser"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAttribute(Qt::WA_WindowPropagation); // for the window's palette

@@ -16,7 +16,7 @@ QString word(const char *english) {
 } // namespace
 
 QString selectionText(std::int64_t count, std::int64_t bytes) {
-    const QString size = text(Fmt::byteFormatter(bytes));
+    const QString size = sizeText(bytes);
     if (count == 0)
         return word("Nothing selected");
     return count == 1 ? word("1 item selected, %1").arg(size)
@@ -24,7 +24,7 @@ QString selectionText(std::int64_t count, std::int64_t bytes) {
 }
 
 QString removalTitle(std::int64_t count, std::int64_t bytes) {
-    const QString size = text(Fmt::byteFormatter(bytes));
+    const QString size = sizeText(bytes);
     if (count == 0)
         return word("Remove…");
     return count == 1 ? word("Remove 1 Item, %1…").arg(size)

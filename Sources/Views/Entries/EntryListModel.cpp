@@ -66,7 +66,7 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
         return ticked_ == nullptr ? QVariant()
                                   : QVariant(ticked_->contains(entry.url) ? Qt::Checked : Qt::Unchecked);
     case sizeRole:
-        return text(Fmt::byteFormatter(entry.size));
+        return sizeText(entry.size);
     case dateRole:
         return dateText(entry);
     case folderRole:
@@ -81,7 +81,7 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
 }
 
 QString EntryListModel::accessibleText(const CleanupEntry &entry) const {
-    QStringList parts = {displayedText(entry.url.lastPathComponent()), text(Fmt::byteFormatter(entry.size))};
+    QStringList parts = {displayedText(entry.url.lastPathComponent()), sizeText(entry.size)};
     if (entry.modified)
         parts.append(tr("modified %1").arg(dateText(entry)));
     return parts.join(QStringLiteral(", "));

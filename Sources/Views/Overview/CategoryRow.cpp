@@ -1,9 +1,9 @@
 #include "Views/Overview/CategoryRow.h"
 
-#include "Core/Formatting.h"
 #include "Views/Components/CategoryStyle.h"
 #include "Views/Components/IconTile.h"
 #include "Views/Components/Icons.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
 
 #include <QKeyEvent>
@@ -55,14 +55,13 @@ void CategoryRow::setCategory(const MeasuredCategory &category, double share, bo
     const QString title = QString::fromStdString(category.category.title);
     setObjectName(QStringLiteral("category:") + QString::fromStdString(category.category.id));
     setText(title);
-    setAccessibleName(category.measured ? title + QStringLiteral(", ") + sizeText() : title);
+    setAccessibleName(category.measured ? title + QStringLiteral(", ") + measuredSize() : title);
     setAccessibleDescription(QString::fromStdString(category.category.detail));
     update();
 }
 
-QString CategoryRow::sizeText() const {
-    return category_.measured ? QString::fromStdString(Fmt::byteFormatter(category_.size))
-                              : QStringLiteral("—");
+QString CategoryRow::measuredSize() const {
+    return category_.measured ? sizeText(category_.size) : QStringLiteral("—");
 }
 
 QSize CategoryRow::sizeHint() const {
@@ -92,7 +91,7 @@ void CategoryRow::paintEvent(QPaintEvent * /*event*/) {
         Icons::pixmap(QStringLiteral("chevron-right"), theme.tertiaryText, chevronSize, devicePixelRatioF()));
     painter.setFont(Type::font(Type::Size::body, QFont::Medium));
     painter.setPen(category_.measured ? theme.text : theme.tertiaryText);
-    painter.drawText(takeRight(row, sizeWidth), Qt::AlignRight | Qt::AlignVCenter, sizeText());
+    painter.drawText(takeRight(row, sizeWidth), Qt::AlignRight | Qt::AlignVCenter, measuredSize());
     paintShare(painter, takeRight(row, barWidth), share_, color);
 
     painter.setPen(theme.text);

@@ -23,7 +23,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    [[nodiscard]] QString sizeText() const;
+    [[nodiscard]] QString measuredSize() const;
 
     MeasuredCategory category_;
     double share_ = 0;

@@ -1,7 +1,7 @@
 #include "Views/Overview/SegmentedBar.h"
 
 #include "Base/Bytes.h"
-#include "Core/Formatting.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
 #include "Views/Overview/SegmentAccessibility.h"
 
@@ -23,7 +23,7 @@ constexpr qreal gap = 2;
 } // namespace
 
 QString BarSegment::words() const {
-    return name + QStringLiteral(", ") + QString::fromStdString(Fmt::byteFormatter(bytes));
+    return name + QStringLiteral(", ") + sizeText(bytes);
 }
 
 SegmentedBar::SegmentedBar(QWidget *parent) : QWidget(parent) {
