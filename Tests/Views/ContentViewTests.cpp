@@ -2,6 +2,7 @@
 
 #include "Support/HeldRemoval.h"
 #include "Support/Model.h"
+#include "Support/PublishedWriter.h"
 #include "Support/SampleHome.h"
 #include "Support/WholeWindow.h"
 #include "Support/Window.h"
@@ -200,6 +201,28 @@ TEST_F(ContentViewTest, AsksBeforeItClosesOnARemoval) {
     open();
     window->close();
     EXPECT_FALSE(window->isVisible()) << "nothing to lose";
+}
+
+TEST_F(ContentViewTest, SaysWhatWouldEndWithIt) {
+    open();
+    const std::string backup = "The backup remains unfinished. No original of it is touched.";
+    const auto expectQuestion = [&](const std::string &question, const std::string &loss) {
+        window->close();
+        auto *sheet = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        ASSERT_NE(sheet, nullptr);
+        EXPECT_EQ(testing::shown(*sheet, "question"), question);
+        EXPECT_EQ(testing::shown(*sheet, "explanation"), loss);
+        sheet->reject(); // and may ask again at once
+    };
+    PublishedWriter::set(model->isArchiving, true);
+    expectQuestion("Stop the backup and quit?", backup);
+    PublishedWriter::set(model->removalActivity, RemovalActivity::asAdministrator);
+    expectQuestion("Quit while the administrator's command runs?",
+                   "It goes on until it is done, but you will not be told what became of it. " + backup);
+    PublishedWriter::set(model->isArchiving, false);
+    PublishedWriter::set(model->removalActivity, RemovalActivity::none);
+    window->close();
+    EXPECT_FALSE(window->isVisible());
 }
 
 } // namespace brimvale
