@@ -31,17 +31,21 @@ void ClosingQuestion::ask(const QString &action, std::function<void()> then) {
     sheet_->open();
 }
 
+bool ClosingQuestion::administratorRuns() const {
+    return *model_.removalActivity == RemovalActivity::asAdministrator || *model_.isDeletingSnapshot;
+}
+
 QString ClosingQuestion::question() const {
-    if (*model_.removalActivity == RemovalActivity::asAdministrator || *model_.isDeletingSnapshot)
+    if (administratorRuns())
         return tr("Quit while the administrator's command runs?");
     return model_.isRemoving() ? tr("Stop removing and quit?") : tr("Stop the backup and quit?");
 }
 
 QString ClosingQuestion::loss() const {
     QStringList sentences;
-    if (*model_.removalActivity == RemovalActivity::asAdministrator || *model_.isDeletingSnapshot)
+    if (administratorRuns())
         sentences.append(tr("It goes on until it is done, but you will not be told what became of it."));
-    else if (model_.isRemoving())
+    if (model_.isRemoving() && *model_.removalActivity != RemovalActivity::asAdministrator)
         sentences.append(tr("What is gone by now stays gone, the rest stays where it is."));
     if (*model_.isArchiving)
         sentences.append(tr("The backup remains unfinished. No original of it is touched."));

@@ -27,6 +27,7 @@ public:
     void ask(const QString &action, std::function<void()> then);
 
 private:
+    [[nodiscard]] bool administratorRuns() const;
     [[nodiscard]] QString question() const;
     [[nodiscard]] QString loss() const;
     void withdrawWhenIdle();

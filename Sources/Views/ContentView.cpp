@@ -47,11 +47,11 @@ constexpr QSize minimumSizeOfWindow{900, 600};
 QKeySequence shortcutOf(const Section &section) {
     switch (section.kind) {
     case Section::Kind::overview:
-        return Qt::CTRL | Qt::Key_1;
+        return Shortcuts::page(1);
     case Section::Kind::browse:
-        return Qt::CTRL | Qt::Key_2;
+        return Shortcuts::page(2);
     case Section::Kind::cleanup:
-        return Qt::CTRL | Qt::Key_3;
+        return Shortcuts::page(3);
     case Section::Kind::apps:
     case Section::Kind::category:
         break;

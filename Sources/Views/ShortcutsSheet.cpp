@@ -32,7 +32,7 @@ ShortcutsSheet::ShortcutsSheet(QWidget *parent) : QDialog(parent, Qt::Sheet) {
     setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
 
     const QList<Row> rows = {
-        {{Qt::CTRL | Qt::Key_1, Qt::CTRL | Qt::Key_2, Qt::CTRL | Qt::Key_3},
+        {{Shortcuts::page(1), Shortcuts::page(2), Shortcuts::page(3)},
          tr("Go to Overview, Browse or Cleanup")},
         {{Shortcuts::rescan()}, tr("Scan again")},
         {{Qt::Key_Return}, tr("Go into the selected folder")},

@@ -10,6 +10,11 @@ namespace brimvale {
 /// Keys that several pages have, or that are told about elsewhere. Ctrl is Command on a Mac.
 namespace Shortcuts {
 
+/// Goes to a page: 1 is the Overview, 2 Browse, 3 Cleanup.
+inline QKeySequence page(int number) {
+    return Qt::CTRL | static_cast<Qt::Key>(Qt::Key_0 + number);
+}
+
 inline QKeySequence rescan() {
     return Qt::CTRL | Qt::Key_R;
 }
