@@ -56,7 +56,7 @@ submit() {
     case $status$said in
         0*'status: Accepted'*) return ;;
     esac
-    identifier=$(printf '%s\n' "$said" | awk '$1 == "id:" { print $2; exit }')
+    identifier=$(printf '%s\n' "$said" | awk '$1 == "id:" && !found++ { print $2 }')
     [ -z "$identifier" ] || xcrun notarytool log "$identifier" "${account[@]}" >&2 || true
     end "${1##*/} was not accepted."
 }
