@@ -77,7 +77,8 @@ std::string removeWhileExchanging(const TemporaryFolder &folder) {
     const auto end = std::chrono::steady_clock::now() + 5s;
     int rounds = 0, failures = 0;
     long exchanges = 0;
-    for (; rounds < 5'000 && std::chrono::steady_clock::now() < end; ++rounds) {
+    // Five seconds, and however long it takes on a busy machine until one of them has met a link.
+    for (; rounds < 5'000 && (failures == 0 || std::chrono::steady_clock::now() < end); ++rounds) {
         makeItem(folder);
         const Descriptor item = opened(folder.path("item")), inner = opened(folder.path("item/inner"));
         const std::vector<Entry> folders = {
@@ -100,7 +101,7 @@ std::string removeWhileExchanging(const TemporaryFolder &folder) {
     }
     std::printf("%d rounds, %ld exchanges, %d removals broken off\n", rounds, exchanges, failures);
     std::fflush(stdout);
-    return exchanges > rounds ? "passed" : "nothing was exchanged";
+    return failures > 0 ? "passed" : "no removal met an exchange";
 }
 
 } // namespace
