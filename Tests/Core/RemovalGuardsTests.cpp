@@ -72,6 +72,8 @@ TEST(RemovalGuards, KeepWhatTheMacOSCatalogNames) {
                    {"/Systematic/x", gone},
                    {"/usr/local/bin-of-nobody/tool", gone},
                    {"/usr/libexec/x", isProtected},
+                   {"/.vol/16777220/2", isProtected},
+                   {"/.nofollow" + home, isProtected},
                    {"/usr/lib", structural},
                    {"/Applications", structural},
                    {"/Applications/Some.app", gone},

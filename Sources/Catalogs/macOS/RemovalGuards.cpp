@@ -50,8 +50,11 @@ GuardedPaths guardedPaths(const FileURL &home) {
                 "/private/var/db",
                 "/private/var/folders",
             },
+        // The last three are the kernel's other ways to say a path, by numbers or past links: any folder may
+        // be behind one, under a name that no list knows.
         .protectedPrefixes = {"/System/", "/bin/", "/sbin/", "/usr/bin/", "/usr/lib/", "/usr/libexec/",
-                              "/private/etc/", "/private/var/db/dslocal/"},
+                              "/private/etc/", "/private/var/db/dslocal/", "/.vol/", "/.nofollow/",
+                              "/.resolve/"},
         .openPrefixes = {},
     };
 }
