@@ -1,20 +1,16 @@
 #include "Views/BrowseView.h"
 
 #include "Base/Bytes.h"
-#include "Core/OutermostNodes.h"
 #include "Platform/FileBrowser.h"
-#include "Platform/Folder.h"
+#include "Views/Browse/NodeRemoval.h"
+#include "Views/Browse/ScanMessage.h"
 #include "Views/Components/Breadcrumb.h"
 #include "Views/Components/Card.h"
-#include "Views/Components/NodeName.h"
 #include "Views/Components/ScanBar.h"
 #include "Views/Components/Shortcuts.h"
-#include "Views/Components/StateMessage.h"
-#include "Views/Components/Theme.h"
 #include "Views/DetailPanel.h"
 #include "Views/ItemActions.h"
 #include "Views/OutlineView.h"
-#include "Views/RemovalSheet.h"
 #include "Views/TreemapView.h"
 
 #include <QHBoxLayout>
@@ -33,7 +29,6 @@ namespace brimvale {
 namespace {
 
 constexpr int pageMargin = 24;
-constexpr int widestPathInMessage = 400;
 
 /// The node itself or the one around it that lies right in `folder`; null when it lies elsewhere.
 FSNode *childAround(FSNode *node, const FSNode *folder) {
@@ -51,19 +46,13 @@ bool isInTree(const FSNode &node) {
                        [&](const auto &child) { return child.get() == &node; });
 }
 
-/// What of the nodes can be removed: each by itself, and nothing that stands for many files.
-std::vector<FSNode *> removable(std::vector<FSNode *> nodes) {
-    std::erase_if(nodes, [](const FSNode *node) { return node->isAggregate; });
-    return outermostNodes(nodes);
-}
-
 } // namespace
 
 BrowseView::BrowseView(CorvelModel &model, QWidget *parent)
-    : QWidget(parent), model_(model), bar_(new ScanBar(model, this)), message_(new StateMessage(this)),
+    : QWidget(parent), model_(model), bar_(new ScanBar(model, this)), message_(new ScanMessage(model, this)),
       body_(new QStackedLayout), breadcrumb_(new Breadcrumb(this)), filter_(new QLineEdit(this)),
       outline_(new OutlineView(outlineModel_, this)), treemap_(new TreemapView(this)),
-      details_(new DetailPanel(this)) {
+      details_(new DetailPanel(this)), removal_(new NodeRemoval(model, *this)) {
     setObjectName(QStringLiteral("browsePage"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(pageMargin, pageMargin, pageMargin, pageMargin);
@@ -89,6 +78,10 @@ BrowseView::BrowseView(CorvelModel &model, QWidget *parent)
     connect(details_, &DetailPanel::revealRequested, this, &BrowseView::reveal);
     connect(details_, &DetailPanel::copyPathRequested, this, &BrowseView::copyPaths);
     connect(details_, &DetailPanel::removalRequested, this, &BrowseView::confirmRemoval);
+    connect(removal_, &NodeRemoval::confirmed, this, [this] {
+        if (details_->isAncestorOf(window()->focusWidget()))
+            outline_->setFocus(); // the button cannot keep it
+    });
     connect(&model_, &CorvelModel::nodesAboutToBeDetached, outline_, &OutlineView::deselectWithin);
     connect(&model_, &CorvelModel::nodeAboutToBeDetached, this, &BrowseView::letGoOf);
     connect(&model_, &CorvelModel::nodeDetached, &outlineModel_, &OutlineModel::removed);
@@ -190,38 +183,8 @@ void BrowseView::showState() {
     const std::shared_ptr<FSNode> &tree = *model_.tree;
     const bool hasResults = tree != nullptr && !tree->children().empty();
     body_->setCurrentWidget(hasResults ? results_ : message_);
-    if (hasResults)
-        return;
-    // Another place may have been chosen since the scan began.
-    const QFontMetrics metrics(Type::font(Type::Size::body));
-    const QString path = tree == nullptr ? QString()
-                                         : metrics.elidedText(displayedText(tree->path()), Qt::ElideMiddle,
-                                                              widestPathInMessage);
-    if (*model_.isScanning) {
-        message_->setMessage(
-            QStringLiteral("search"), tr("Scanning…"),
-            tr("The outline and the treemap appear when the scan is done. You can stop it at any "
-               "time; nothing on the disk is changed."));
-    } else if (tree == nullptr) {
-        message_->setMessage(
-            QStringLiteral("folder-tree"), tr("See what takes the space"),
-            tr("Press Scan to measure the place chosen above, or choose another folder. A scan only "
-               "looks; it changes nothing."));
-    } else if (Folder::at(tree->path(), Folder::Links::follow).isOpen()) {
-        message_->setMessage(QStringLiteral("folder"), tr("Nothing in here"),
-                             tr("“%1” is an empty folder.").arg(path));
-    } else if (fileStatus(tree->path())) {
-        message_->setMessage(QStringLiteral("lock"), tr("This could not be read"),
-                             tr("“%1” is not a folder that you may list. %2").arg(path, whatHelps()));
-    } else {
-        message_->setMessage(QStringLiteral("triangle-alert"), tr("Nothing to scan"),
-                             tr("There is nothing at “%1”.").arg(path));
-    }
-}
-
-QString BrowseView::whatHelps() const {
-    return *model_.hasFullDiskAccess ? tr("Its owner or an administrator can change that.")
-                                     : tr("Full Disk Access would let this be measured.");
+    if (!hasResults)
+        message_->showState();
 }
 
 void BrowseView::focusOn(FSNode *folder) {
@@ -283,7 +246,7 @@ void BrowseView::showMenu(const QPoint &place) {
         menu->addAction(QLatin1String(FileBrowser::revealTitle()), this, &BrowseView::reveal);
     }
     menu->addAction(shown_.size() == 1 ? tr("Copy Path") : tr("Copy Paths"), this, &BrowseView::copyPaths);
-    if (isSelected_ && !removable(shown_).empty()) {
+    if (!removableNodes().empty()) {
         menu->addSeparator();
         QAction *remove = menu->addAction(tr("Remove…"), this, &BrowseView::confirmRemoval);
         remove->setEnabled(!model_.isRemoving());
@@ -309,33 +272,22 @@ void BrowseView::copyPaths() {
     details_->showNotice(items.size() == 1 ? tr("Path copied.") : tr("Paths copied."));
 }
 
+/// What can be removed of what the user has selected.
+std::vector<FSNode *> BrowseView::removableNodes() const {
+    return isSelected_ ? NodeRemoval::removable(shown_) : std::vector<FSNode *>();
+}
+
 /// Whether what is shown can be removed, and what that would free.
 void BrowseView::showRemoval() {
     std::int64_t bytes = 0;
-    const std::vector<FSNode *> nodes = isSelected_ ? removable(shown_) : std::vector<FSNode *>();
+    const std::vector<FSNode *> nodes = removableNodes();
     for (const FSNode *node : nodes)
         bytes = checkedAdd(bytes, node->size);
     details_->showRemoval(static_cast<std::int64_t>(nodes.size()), bytes, model_.isRemoving());
 }
 
 void BrowseView::confirmRemoval() {
-    const std::vector<FSNode *> nodes = isSelected_ ? removable(shown_) : std::vector<FSNode *>();
-    if (nodes.empty() || model_.isRemoving())
-        return;
-    RemovalRequest request;
-    for (const FSNode *node : nodes)
-        request.items.push_back({.url = FileURL(node->path()), .size = node->size});
-    auto *sheet = new RemovalSheet(request, this);
-    connect(sheet, &RemovalSheet::confirmed, this, [this, nodes, tree = *model_.tree](RemovalMode mode) {
-        if (*model_.tree != tree)
-            return;
-        if (details_->isAncestorOf(window()->focusWidget()))
-            outline_->setFocus(); // the button cannot keep it
-        model_.removeNodes(nodes, mode);
-    });
-    // What the sheet asks about may be another tree's by then.
-    connect(&model_, &CorvelModel::treeChanged, sheet, &QDialog::reject);
-    sheet->open();
+    removal_->ask(removableNodes());
 }
 
 /// A node is about to leave the tree: nothing of it, and nothing beneath it, may be kept.

@@ -14,9 +14,10 @@ namespace brimvale {
 
 class Breadcrumb;
 class DetailPanel;
+class NodeRemoval;
 class OutlineView;
 class ScanBar;
-class StateMessage;
+class ScanMessage;
 class TreemapView;
 
 /// The page that shows the scanned tree as an outline and as a treemap of the focused folder, in step.
@@ -34,7 +35,6 @@ private:
 
     void showTree();
     void showState();
-    [[nodiscard]] QString whatHelps() const;
     void focusOn(FSNode *folder);
     void focusOnEnclosing();
     void select(const std::vector<FSNode *> &nodes);
@@ -43,6 +43,7 @@ private:
     void showMenu(const QPoint &place);
     void reveal();
     Q_INVOKABLE void copyPaths();
+    [[nodiscard]] std::vector<FSNode *> removableNodes() const;
     void showRemoval();
     void confirmRemoval();
     void letGoOf(FSNode *node);
@@ -54,7 +55,7 @@ private:
     bool isSelected_ = false;     ///< the user has selected what is shown; else it is the focused folder
     bool isStale_ = false;        ///< nodes were taken out since the treemap was drawn
     ScanBar *bar_;
-    StateMessage *message_;
+    ScanMessage *message_;
     QWidget *results_ = nullptr;
     QStackedLayout *body_;
     Breadcrumb *breadcrumb_;
@@ -63,6 +64,7 @@ private:
     OutlineView *outline_;
     TreemapView *treemap_;
     DetailPanel *details_;
+    NodeRemoval *removal_;
 };
 
 } // namespace brimvale
