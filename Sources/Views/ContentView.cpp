@@ -4,7 +4,6 @@
 #include "Core/Updater.h"
 #include "Views/AboutSheet.h"
 #include "Views/AppsView.h"
-#include "Views/BackupReviewView.h"
 #include "Views/BrowseView.h"
 #include "Views/CategoryDetailView.h"
 #include "Views/CleanupView.h"
@@ -16,8 +15,8 @@
 #include "Views/Components/SidebarFooter.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
+#include "Views/OutcomeSheets.h"
 #include "Views/OverviewView.h"
-#include "Views/ResultAlert.h"
 #include "Views/ShortcutsSheet.h"
 #include "Views/StandardMenus.h"
 #include "Views/UpdateView.h"
@@ -85,6 +84,7 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     buildMenus();
     addPages();
     followModel();
+    new OutcomeSheets(model_, *this);
     connect(sidebar_, &Sidebar::currentRowChanged, this, &ContentView::showPageOfRow);
     goTo(pages_.front().section);
 }
@@ -167,9 +167,7 @@ void ContentView::followModel() {
     connect(&model_, &CorvelModel::volumesChanged, this, showVolume);
     connect(&model_, &CorvelModel::totalFreedThisSessionChanged, this, showFreed);
     connect(&model_, &CorvelModel::hasFullDiskAccessChanged, this, showAccess);
-    connect(&model_, &CorvelModel::lastResultChanged, this, &ContentView::showResult);
     connect(&model_, &CorvelModel::categoriesChanged, this, &ContentView::showCategorySizes);
-    connect(&model_, &CorvelModel::archiveChanged, this, &ContentView::showReview);
     showVolume();
     showFreed();
     showAccess();
@@ -181,19 +179,6 @@ void ContentView::showCategorySizes() {
         if (category != nullptr)
             sidebar_->setValue(page.row, category->measured ? sizeText(category->size) : QString());
     }
-}
-
-/// Shows a backup that waits for the user, whatever page is in front.
-void ContentView::showReview() {
-    whenNoSheetIsOpen(this, [this] {
-        if (!*model_.pendingDeletion || review_ != nullptr || !isVisible())
-            return;
-        auto *review = new BackupReviewView(**model_.pendingDeletion, this);
-        review_ = review;
-        connect(review, &QDialog::accepted, &model_, &CorvelModel::confirmPendingDeletion);
-        connect(review, &QDialog::rejected, &model_, &CorvelModel::cancelPendingDeletion);
-        review->open();
-    });
 }
 
 void ContentView::checkForUpdates() {
@@ -216,31 +201,6 @@ void ContentView::installUpdate() {
         updater_.installAndRelaunch();
         mayClose_ = !isVisible(); // it may have failed
     });
-}
-
-/// Tells what became of a removal, whatever page it came from; one after the other.
-void ContentView::showResult() {
-    if (*model_.lastResult)
-        results_.push_back(**model_.lastResult);
-    whenNoSheetIsOpen(this, [this] { showNextResult(); });
-}
-
-void ContentView::showNextResult() {
-    if (resultAlert_ != nullptr || results_.empty() || !isVisible())
-        return;
-    auto *alert = new ResultAlert(results_.front(), this);
-    results_.pop_front();
-    resultAlert_ = alert;
-    connect(alert, &ResultAlert::escalated, &model_, &CorvelModel::escalate);
-    connect(alert, &QDialog::finished, this, [this] {
-        resultAlert_ = nullptr;
-        whenNoSheetIsOpen(this, [this] { showNextResult(); });
-    });
-    // What the result tells of is still leaving the tree, or the next removal has begun.
-    const auto allowWhenIdle = [this, alert] { alert->setCanEscalate(!model_.isRemoving()); };
-    connect(&model_, &CorvelModel::removalChanged, alert, allowWhenIdle);
-    allowWhenIdle();
-    alert->open();
 }
 
 void ContentView::goTo(const Section &section) {

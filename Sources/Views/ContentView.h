@@ -1,13 +1,10 @@
 #pragma once
 
-#include "Core/RemovalResult.h"
 #include "Views/Components/Sidebar.h"
 #include "Views/Section.h"
 
-#include <QDialog>
 #include <QMainWindow>
 #include <QPointer>
-#include <deque>
 #include <functional>
 #include <vector>
 
@@ -60,9 +57,6 @@ private:
     void showAbout();
     void addCategoryPage(const StorageCategory &category);
     void showCategorySizes();
-    void showResult();
-    void showNextResult();
-    void showReview();
     void checkForUpdates();
     void installUpdate();
     void applyTheme();
@@ -74,13 +68,9 @@ private:
     QMenu *goMenu_ = nullptr;
     std::vector<Page> pages_;
     std::size_t current_ = 0;
-    std::deque<RemovalResult> results_; ///< not shown yet
     ClosingQuestion *closing_;
-    bool mayClose_ = false; ///< whatever is going on
-    // Those that are open, if any.
-    QPointer<QDialog> resultAlert_;
-    QPointer<QDialog> review_;
-    QPointer<UpdateView> updateWindow_;
+    bool mayClose_ = false;             ///< whatever is going on
+    QPointer<UpdateView> updateWindow_; ///< where it is open
 };
 
 } // namespace brimvale
