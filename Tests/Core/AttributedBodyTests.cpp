@@ -1,5 +1,7 @@
 #include "Base/Hex.h"
+#include "Base/Text.h"
 #include "Core/MessagesExport.h"
+#include "Support/RandomInputs.h"
 #include "Support/SampleMessages.h"
 
 #include <gtest/gtest.h>
@@ -51,6 +53,24 @@ TEST(AttributedBody, IsNeverReadBeyondAnyOfItsPrefixes) {
     for (std::size_t size = 0; size <= whole.size(); ++size) {
         const std::string prefix(whole, 0, size); // which the address sanitizer watches
         EXPECT_EQ(decodeAttributedBody(prefix).has_value(), size >= needed) << size;
+    }
+}
+
+// Whatever is decoded is text, and stands in those bytes behind the name.
+TEST(AttributedBody, TakesRandomInput) {
+    using namespace std::string_literals;
+    testing::RandomInputs inputs({"streamtyped NSString\x01\x94\x84\x01+\x05Hello\x86"s,
+                                  "NSMutableString NSString+\x81\x2C\x01"s + std::string(300, 'x'),
+                                  "NSString"s, "NSString+\x81"s});
+    for (int i = 0; i < 2000; ++i) {
+        const std::string input = inputs.next();
+        const std::optional<std::string> text = decodeAttributedBody(input);
+        if (!text)
+            continue;
+        const std::optional<std::size_t> name = MessagesExport::indexOf(input, "NSString");
+        EXPECT_TRUE(name && isValidUtf8(*text) && text->size() <= 65'535 &&
+                    MessagesExport::indexOf(input.substr(*name), *text))
+            << hexString(input);
     }
 }
 
