@@ -112,6 +112,10 @@ std::string TemporaryFolder::makeLink(std::string_view inside, std::string_view 
     return path(inside);
 }
 
+bool isThere(const std::string &path) {
+    return fs::exists(fs::symlink_status(path));
+}
+
 std::string contentOf(const std::string &path) {
     std::ifstream stream(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};

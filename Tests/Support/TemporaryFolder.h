@@ -38,6 +38,9 @@ private:
     std::string path_;
 };
 
+/// Whether there is anything of that name, be it a link that leads nowhere.
+[[nodiscard]] bool isThere(const std::string &path);
+
 /// What is in a file; empty where there is none.
 [[nodiscard]] std::string contentOf(const std::string &path);
 

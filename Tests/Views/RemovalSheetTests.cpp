@@ -1,8 +1,6 @@
-#include "Core/RemovalReport.h"
 #include "Support/Window.h"
 #include "Views/Components/RemovalModePicker.h"
 #include "Views/RemovalSheet.h"
-#include "Views/ResultAlert.h"
 
 #include <QLabel>
 #include <QPointer>
@@ -13,7 +11,6 @@ namespace brimvale {
 
 namespace {
 
-using testing::click;
 using testing::eventually;
 using testing::find;
 using testing::labels;
@@ -101,56 +98,6 @@ TEST_F(RemovalSheetTest, NamesWhatGoesAndCountsTheRest) {
     ask({.items = {{.url = FileURL("/a/<b>" + std::string(240, 'W') + "</b>"), .size = 1}}});
     EXPECT_EQ(find<QLabel>(*sheet, "question").textFormat(), Qt::PlainText);
     EXPECT_LE(find(*sheet, "question").minimumSizeHint().width(), sheet->width());
-}
-
-TEST(ResultAlertTest, TellsWhatBecameOfEveryItem) {
-    QWidget window;
-    window.show();
-    for (const bool needsAdmin : {false, true}) {
-        RemovalResult result{{FileURL("/gone")}, {}, 3'000'000, {}};
-        for (int i = 1; i <= 5; ++i)
-            result.failed.push_back({FileURL("/a/<i>" + std::to_string(i)), "It is in use."});
-        if (needsAdmin)
-            result.needsAdmin = {FileURL("/b/locked")};
-        auto *alert = new ResultAlert(result, &window);
-        alert->open();
-        EXPECT_EQ(shown(*alert, "resultTitle"), "Finished with problems");
-        EXPECT_EQ(shown(*alert, "resultSummary"), "Removed 1 item, reclaiming 3 MB");
-        EXPECT_EQ(labels(*alert, "failure"), RemovalReport::failureLines(result));
-        for (const QLabel *line : alert->findChildren<QLabel *>("failure"))
-            EXPECT_EQ(line->textFormat(), Qt::PlainText);
-        EXPECT_EQ(shown(*alert, "adminTitle"), needsAdmin ? "Some items need admin rights" : "");
-        for (const char *button : {"authenticate", "skip"})
-            EXPECT_EQ(alert->findChild<QPushButton *>(button) != nullptr, needsAdmin) << button;
-        EXPECT_EQ(alert->findChild<QPushButton *>("ok") != nullptr, !needsAdmin);
-    }
-}
-
-TEST(ResultAlertTest, TriesAgainOnlyWhenAskedTo) {
-    RemovalResult result;
-    result.needsAdmin = {FileURL("/b/one"), FileURL("/b/two")};
-    std::vector<FileURL> escalated;
-    QWidget window;
-    window.show();
-    const auto open = [&] {
-        auto *alert = new ResultAlert(result, &window);
-        QObject::connect(alert, &ResultAlert::escalated,
-                         [&](const std::vector<FileURL> &items) { escalated = items; });
-        alert->open();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(alert));
-        return QPointer<ResultAlert>(alert);
-    };
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
-        const QPointer<ResultAlert> alert = open();
-        QTest::keyClick(alert->windowHandle(), key);
-        EXPECT_TRUE(eventually([&] { return alert == nullptr; }));
-        EXPECT_TRUE(escalated.empty()) << key;
-    }
-    const QPointer<ResultAlert> alert = open();
-    EXPECT_EQ(shown(*alert, "authenticate"), "Authenticate and remove");
-    click(*alert, "authenticate");
-    EXPECT_EQ(escalated, result.needsAdmin);
-    EXPECT_TRUE(eventually([&] { return alert == nullptr; }));
 }
 
 } // namespace brimvale

@@ -12,7 +12,6 @@
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -21,6 +20,7 @@ namespace brimvale {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::isThere;
 using testing::listing;
 using testing::TemporaryFolder;
 
@@ -41,10 +41,6 @@ std::string outcome(const std::string &path) {
 
 std::string over(int code, int errorNumber) {
     return std::to_string(code) + " over " + std::to_string(errorNumber);
-}
-
-bool isThere(const std::string &path) {
-    return fs::exists(fs::symlink_status(path));
 }
 
 } // namespace

@@ -1,102 +1,19 @@
-#include "Platform/ProcessRunner.h"
-#include "Platform/ShellQuoting.h"
-#include "Platform/Tools.h"
+#include "Platform/Linux/TrashScene.h"
 #include "Platform/Trash.h"
-#include "Support/ChildProcess.h"
-#include "Support/OwnMounts.h"
-#include "Support/TemporaryFolder.h"
 #include "Support/TreeListing.h"
 
 #include <cerrno>
-#include <cstdlib>
-#include <ctime>
-#include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <map>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace brimvale {
 
-namespace {
-
 namespace fs = std::filesystem;
-using testing::contentOf;
+using namespace testing;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using testing::listing;
-using testing::TemporaryFolder;
-
-std::string outcome(const std::string &path) {
-    const std::optional<FileError> error = moveToTrash(FileURL(path));
-    if (!error)
-        return "trashed";
-    return std::to_string(error->code) +
-           (error->underlying ? " over " + std::to_string(error->underlying->code) : "");
-}
-
-std::string over(int code, int errorNumber) {
-    return std::to_string(code) + " over " + std::to_string(errorNumber);
-}
-
-bool isThere(const std::string &path) {
-    return fs::exists(fs::symlink_status(path));
-}
-
-std::string decoded(const std::string &text) {
-    std::string bytes;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        bytes.push_back(text[i] != '%' ? text[i]
-                                       : static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16)));
-        i += text[i] == '%' ? 2U : 0U;
-    }
-    return bytes;
-}
-
-/// What a file manager reads in a trash: for each item in it the path that it came from. An info file without
-/// an item, an item without one, and an info file of another form are listed as such.
-std::map<std::string, std::string> originalPaths(const std::string &trash) {
-    std::map<std::string, std::string> paths;
-    const std::string suffix = ".trashinfo";
-    for (const auto &entry : fs::directory_iterator(trash + "/info")) {
-        const std::string name = entry.path().filename().native();
-        const std::string text = contentOf(entry.path().native());
-        const std::string item = name.substr(0, name.size() - suffix.size());
-        constexpr std::string_view head = "[Trash Info]\nPath=", date = "\nDeletionDate=";
-        const std::size_t end = text.find(date);
-        std::tm time{};
-        const bool isWellFormed = name.ends_with(suffix) && text.starts_with(head) &&
-                                  end != std::string::npos &&
-                                  strptime(text.c_str() + end + date.size(), "%Y-%m-%dT%H:%M:%S", &time) ==
-                                      text.data() + text.size() - 1;
-        paths[item] = !isWellFormed ? "ill-formed: " + text
-                      : !isThere(trash + "/files/" + item)
-                          ? "no item"
-                          : decoded(text.substr(head.size(), end - head.size()));
-    }
-    for (const auto &entry : fs::directory_iterator(trash + "/files"))
-        paths.try_emplace(entry.path().filename().native(), "no info");
-    return paths;
-}
-
-enum class As { whoeverRunsIt, ordinaryUser };
-
-/// Passes a test in a child whose user has the home trash home/data/Trash in the folder that the test gets.
-void inHome(const std::function<void(const TemporaryFolder &)> &test, As user = As::whoeverRunsIt) {
-    testing::inChild([&] {
-        if (user == As::ordinaryUser)
-            testing::becomeOrdinaryUser();
-        const TemporaryFolder folder;
-        setenv("XDG_DATA_HOME", folder.path("home/data").c_str(), 1);
-        folder.makeFolder("home");
-        test(folder);
-    });
-}
-
-} // namespace
 
 TEST(Trash, TakesItemsOfEveryKindAsTheyAre) {
     inHome([](const TemporaryFolder &folder) {
@@ -252,106 +169,6 @@ TEST(Trash, FailsWhereTheTrashCannotBeUsed) {
             EXPECT_TRUE(isThere(file));
         },
         As::ordinaryUser);
-}
-
-TEST(Trash, UsesTheTrashOfTheItemsVolume) {
-    inHome([](const TemporaryFolder &folder) {
-        const std::string volume = folder.makeFolder("volume"), other = folder.makeFolder("other");
-        const std::string user = std::to_string(geteuid());
-        if (!testing::ownMounts() || !testing::mountMemory(volume) || !testing::mountMemory(other))
-            GTEST_SKIP() << "mounting is not permitted here";
-        // Shared trashes that must not be used: without the sticky bit, a link.
-        folder.makeFolder("volume/.Trash");
-        folder.makeLink("other/.Trash", volume);
-        EXPECT_EQ(outcome(folder.makeFile("volume/deep/er/a b")), "trashed");
-        EXPECT_EQ(outcome(folder.makeFile("other/file")), "trashed");
-        EXPECT_THAT(originalPaths(volume + "/.Trash-" + user), ElementsAre(std::pair("a b", "deep/er/a b")));
-        EXPECT_THAT(originalPaths(other + "/.Trash-" + user), ElementsAre(std::pair("file", "file")));
-        EXPECT_THAT(listing(volume + "/.Trash"), IsEmpty());
-
-        fs::permissions(volume + "/.Trash", fs::perms(01777));
-        folder.makeLink("way", "volume/deep");
-        EXPECT_EQ(outcome(folder.makeFile("way/er/second")), "trashed");
-        EXPECT_THAT(originalPaths(volume + "/.Trash/" + user),
-                    ElementsAre(std::pair("second", "deep/er/second")));
-        // The mount point is not in the volume, and stays.
-        EXPECT_EQ(outcome(volume), over(512, EBUSY));
-        EXPECT_THAT(originalPaths(folder.path("home/data/Trash")), IsEmpty());
-        EXPECT_TRUE(isThere(volume + "/deep/er"));
-        // A folder of the same device that is shown elsewhere by a mount is a volume, too.
-        folder.writeFile("place/file", "kept");
-        const std::string view = folder.makeFolder("view");
-        if (!testing::mountAlsoAt(folder.path("place"), view))
-            GTEST_SKIP() << "mounting is not permitted here";
-        EXPECT_EQ(outcome(view + "/file"), "trashed");
-        EXPECT_THAT(originalPaths(view + "/.Trash-" + user), ElementsAre(std::pair("file", "file")));
-        EXPECT_EQ(contentOf(folder.path("place/.Trash-" + user + "/files/file")), "kept");
-    });
-}
-
-TEST(Trash, LeavesTheItemWhereItsVolumeIsFullOrReadOnly) {
-    inHome([](const TemporaryFolder &folder) {
-        const std::string full = folder.makeFolder("full"), place = folder.makeFolder("place");
-        const std::string fixed = folder.makeFolder("fixed");
-        folder.writeFile("place/file", "kept");
-        if (!testing::ownMounts() || !testing::mountMemory(full, 65'536) ||
-            !testing::mountAlsoAt(place, fixed, true))
-            GTEST_SKIP() << "mounting is not permitted here";
-        folder.writeFile("full/first", "kept");
-        folder.writeFile("full/second", "kept");
-        EXPECT_EQ(outcome(full + "/first"), "trashed");
-        std::ofstream filler(full + "/filler", std::ios::binary);
-        while (filler.put('x').flush()) {
-        }
-        const std::vector<std::string> before = listing(full);
-        EXPECT_EQ(outcome(full + "/second"), over(640, ENOSPC));
-        EXPECT_EQ(listing(full), before);
-        EXPECT_EQ(outcome(fixed + "/file"), over(642, EROFS));
-        EXPECT_THAT(listing(place), ElementsAre("/file: file kept"));
-        EXPECT_FALSE(isThere(folder.path("home/data")));
-    });
-}
-
-TEST(Trash, RefusesAFolderThatSomebodyElsePrepared) {
-    if (geteuid() != 0)
-        GTEST_SKIP() << "only root can make folders of others";
-    inHome([](const TemporaryFolder &folder) {
-        const std::string volume = folder.makeFolder("volume");
-        if (!testing::ownMounts() || !testing::mountMemory(volume))
-            GTEST_SKIP() << "mounting is not permitted here";
-        const std::string prepared = folder.makeFolder("volume/.Trash-0");
-        folder.makeFolder("volume/.Trash-0/files");
-        if (chown(prepared.c_str(), 65534, 65534) != 0)
-            GTEST_SKIP() << "mounting is not permitted here";
-        EXPECT_EQ(outcome(folder.makeFile("volume/file")), "3328");
-        EXPECT_TRUE(isThere(volume + "/file"));
-        EXPECT_THAT(listing(prepared), ElementsAre("/files: folder"));
-    });
-}
-
-TEST(Trash, LooksAsTheDesktopsOwnToolLeavesIt) {
-    inHome([](const TemporaryFolder &folder) {
-        std::map<std::string, std::string> theirs;
-        const std::vector<std::string> names = {"plain.txt", "a b%c", "caf\u00EB", "#?&+=;,:@!$'()*",
-                                                "x\xFF\n~"};
-        for (const bool isOurs : {false, true}) {
-            setenv("XDG_DATA_HOME", folder.path(isOurs ? "ours" : "theirs").c_str(), 1);
-            for (const std::string &name : names) {
-                const std::string file = folder.makeFile("place/" + name);
-                if (isOurs) {
-                    EXPECT_EQ(outcome(file), "trashed");
-                    continue;
-                }
-                const auto tool =
-                    runProcess(platformTools().shell, {"-c", "exec gio trash " + quotedForShell(file)},
-                               StandardError::withOutput);
-                if (!tool || tool->exitStatus != 0 || isThere(file))
-                    GTEST_SKIP() << "gio trash does not work here";
-            }
-        }
-        EXPECT_EQ(originalPaths(folder.path("ours/Trash")), originalPaths(folder.path("theirs/Trash")));
-        EXPECT_EQ(listing(folder.path("ours/Trash/files")), listing(folder.path("theirs/Trash/files")));
-    });
 }
 
 } // namespace brimvale
