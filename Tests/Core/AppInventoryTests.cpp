@@ -4,7 +4,6 @@
 #include "Support/SampleApps.h"
 #include "Support/TemporaryFolder.h"
 
-#include <algorithm>
 #include <gmock/gmock.h>
 
 namespace brimvale {
@@ -112,19 +111,6 @@ TEST(AppInventory, TellsSystemApplicationsByTheirFolder) {
     EXPECT_THAT(described(AppInventory::scan(true, roots)), ElementsAre("System|-|- system", "User|-|-"));
     EXPECT_TRUE(roots.isSystem(folder.path("System/Applications/Utilities/System.app")));
     EXPECT_FALSE(roots.isSystem(folder.path("Applications/User.app")));
-}
-
-TEST(AppInventory, SearchesTheHostsHome) {
-    const TemporaryFolder home;
-    makeBundle(home, "Applications/Mine.app");
-    const Host host{System::macOS, FileURL(home.path()), {}};
-    EXPECT_THAT(AppInventory::user(host), ElementsAre("/Applications", home.path("Applications")));
-    const std::vector<InstalledApp> apps = AppInventory::scan(false, host);
-    EXPECT_EQ(std::count_if(apps.begin(), apps.end(),
-                            [&](const InstalledApp &app) {
-                                return app.url == FileURL(home.path("Applications/Mine.app"));
-                            }),
-              1);
 }
 
 } // namespace brimvale

@@ -18,7 +18,6 @@ using testing::contentOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 using testing::TemporaryFolder;
 
 const Date date{};
@@ -173,16 +172,6 @@ TEST(Archiver, GoesOnAfterAVanishedSource) {
     EXPECT_THAT(result.copied, ElementsAre(file));
     EXPECT_THAT(reasonsOf(result), ElementsAre(HasSubstr("vanished")));
     EXPECT_TRUE(verificationOf(result.destination).isIntact());
-}
-
-TEST(Archiver, CopiesNothingWhereItCannotMakeItsFolder) {
-    const TemporaryFolder folder;
-    const FileURL file(folder.makeFile("file", 5000));
-    const FileURL root(file.appending("inside"));
-    const ArchiveResult result = Archiver::archive({file, file}, "x", root, {}, hostIn(folder), date);
-    const std::string reason = "Could not create " + result.destination.path() + ": Not a directory";
-    EXPECT_THAT(reasonsOf(result), ElementsAre(reason, reason));
-    EXPECT_EQ(result.manifest, std::nullopt);
 }
 
 TEST(Archiver, CopiesNothingIntoItself) {

@@ -3,8 +3,6 @@
 #include "Core/CleanupCatalog.h"
 #include "Support/TemporaryFolder.h"
 
-#include <algorithm>
-#include <atomic>
 #include <gmock/gmock.h>
 #include <set>
 
@@ -68,33 +66,6 @@ TEST(CleanupCatalog, IsMadeAfreshForEachHome) {
         }
     }
     EXPECT_EQ(ids.size(), 15U);
-}
-
-TEST(CleanupCatalog, TellsEveryTargetOnceEvenIfCancelled) {
-    const TemporaryFolder home;
-    for (int i = 0; i < 50; ++i)
-        home.makeFile("Library/Caches/app " + std::to_string(i) + "/file", 5000);
-    const Host host{System::macOS, home.path().empty() ? FileURL("/") : FileURL(home.path()),
-                    platformTools()};
-    const std::vector<CleanupTarget> targets = CleanupCatalog::definitions(host);
-    for (const int patience : {0, 10, 1'000'000}) {
-        WalkPool pool(3);
-        std::atomic<int> left = patience;
-        std::vector<std::string> told;
-        std::size_t entries = 0;
-        CleanupCatalog::measureAll(
-            targets,
-            [&](const CleanupTarget &target) {
-                EXPECT_TRUE(target.scanned);
-                told.push_back(target.id);
-                entries += target.entries.size();
-            },
-            [&] { return --left < 0; }, host, pool);
-        EXPECT_EQ(std::set<std::string>(told.begin(), told.end()).size(), targets.size());
-        EXPECT_EQ(told.size(), targets.size());
-        EXPECT_LE(entries, patience == 0 ? 0U : 50U);
-        EXPECT_TRUE(patience < 1000 || entries == 50);
-    }
 }
 
 } // namespace brimvale

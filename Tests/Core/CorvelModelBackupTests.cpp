@@ -61,7 +61,6 @@ TEST_F(CorvelModelBackup, IsReviewedBeforeAnythingGoes) {
     EXPECT_TRUE(pending.sameVolumeAsSource);
     EXPECT_EQ(*model->lastArchiveDestination, pending.destination);
     EXPECT_EQ(*model->archiveStatus, std::nullopt);
-    EXPECT_EQ(*model->archiveDetail, "");
     EXPECT_EQ(*model->archiveError, std::nullopt);
     EXPECT_THAT(actions.calls, IsEmpty());
 

@@ -33,12 +33,6 @@ TEST(FSNode, ComposesItsPathAndKeepsItOnceReleased) {
     EXPECT_TRUE(users.children().empty());
 }
 
-TEST(FSNode, NamesAggregatesByTheirCount) {
-    FSNode folder("f", "/f", true);
-    EXPECT_EQ(FSNode::aggregate(folder, 1)->name, "1 smaller item");
-    EXPECT_EQ(FSNode::aggregate(folder, 37)->name, "37 smaller items");
-}
-
 TEST(FSNode, OffersADisclosureOnlyWhereThereIsSomethingToDisclose) {
     FSNode root("r", "/r", true);
     EXPECT_TRUE(root.outlineChildren().empty());

@@ -14,7 +14,6 @@ using MessagesExport::Message;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using testing::SampleMessage;
 using ::testing::StartsWith;
 using testing::TemporaryFolder;
 

@@ -80,9 +80,4 @@ TEST(Permissions, LooksIntoTheHostsHome) {
     }
 }
 
-TEST(Permissions, LacksNothingWhereThereIsNoSuchPermission) {
-    const testing::TemporaryFolder folder;
-    EXPECT_TRUE(Permissions::hasFullDiskAccess({System::linux, FileURL(folder.path()), {}}));
-}
-
 } // namespace brimvale

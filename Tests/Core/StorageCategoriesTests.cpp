@@ -29,22 +29,6 @@ TEST(StorageCategories, NameTheirRootsInPlainForm) {
             EXPECT_EQ(FileURL(root).standardized().path(), root);
     }
     EXPECT_EQ(ids.size(), 12U);
-    EXPECT_EQ(StorageCategories::color({.id = "",
-                                        .title = "",
-                                        .symbol = "",
-                                        .colorName = "no such colour",
-                                        .detail = "",
-                                        .action = RemovableAction{}}),
-              (Color{0.55, 0.56, 0.60}));
-}
-
-TEST(StorageCategories, ClaimWhatIsNoRowOfSystemData) {
-    const PathSet claimed = StorageCategories::claimedPaths(macWith("/Users/a"));
-    for (const char *path : {"/Users/a/.npm", "/Users/a/Library/CloudStorage", "/System/Volumes/Data/dev",
-                             "/Users/a/.Trash", "/Library/Developer", "/Users/Shared"})
-        EXPECT_TRUE(claimed.contains(path)) << path;
-    for (const char *path : {"/Users/a/Library", "/Library", "/Users/a", "/private/var", "/Users/a/.ollama"})
-        EXPECT_FALSE(claimed.contains(path)) << path;
 }
 
 TEST(StorageCategories, LeaveWhatNobodyClaimsToSystemDataIfItIsLarge) {

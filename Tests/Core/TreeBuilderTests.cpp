@@ -52,33 +52,17 @@ public:
     FSNode root;
 
 private:
-    /// Passes everything on, and counts.
-    struct Counting final : WalkVisitor {
-        explicit Counting(SteppedScan &owner) : scan(owner), builder(owner.state) {}
+    /// Counts what is looked at.
+    struct Counting final : TreeBuilder {
+        explicit Counting(SteppedScan &owner) : TreeBuilder(owner.state), scan(owner) {}
         bool isCancelled() override {
             if (scan.remaining_ == 0)
                 scan.stats.cancel();
             --scan.remaining_;
-            return builder.isCancelled();
+            return TreeBuilder::isCancelled();
         }
-        void enter(FolderHandle folder, const std::string &path, int depth) override {
-            builder.enter(folder, path, depth);
-        }
-        void file(FolderHandle folder, std::string_view name, const FileStatus &status) override {
-            builder.file(folder, name, status);
-        }
-        std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &path,
-                                              std::string_view name, bool canBeEntered) override {
-            return builder.subfolder(folder, path, name, canBeEntered);
-        }
-        void noStatus(FolderHandle folder) override { builder.noStatus(folder); }
-        void unreadable(FolderHandle folder) override { builder.unreadable(folder); }
-        void leave(FolderHandle folder) override { builder.leave(folder); }
-        void interrupted(FolderHandle folder) override { builder.interrupted(folder); }
-        void abandoned(FolderHandle folder) override { builder.abandoned(folder); }
 
         SteppedScan &scan;
-        TreeBuilder builder;
     };
 
     struct Walk {

@@ -5,6 +5,8 @@
 #include "Support/StandInTools.h"
 #include "Support/TemporaryFolder.h"
 
+#include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <functional>
 #include <gmock/gmock.h>
@@ -53,12 +55,8 @@ const std::string otherTeam = "The downloaded app is signed by someone else and 
 TEST(UpdateStaging, StagesAVerifiedApplicationInAFolderThatNobodyElseCanEnter) {
     const Release release;
     const std::string digest = testing::sha256Of(testing::archiveOf(release.content.path()));
-    const std::string upperCase = [&] {
-        std::string text = digest;
-        for (char &digit : text)
-            digit = static_cast<char>(std::toupper(digit));
-        return text;
-    }();
+    std::string upperCase = digest;
+    std::transform(digest.begin(), digest.end(), upperCase.begin(), ::toupper);
     for (const auto &sha256 :
          {std::optional(digest), std::optional(upperCase), std::optional<std::string>()}) {
         const auto result = release.stage(sha256);
@@ -88,11 +86,8 @@ TEST(UpdateStaging, StagesNothingThatIsNotVerified) {
         {"an empty digest", noChecksum, [](Release &) {}, ""},
         {"shasum fails", noChecksum, tool("shasum", "echo 'aa  x'; exit 1"), "aa"},
         {"shasum says nothing", noChecksum, tool("shasum", "exit 0"), ""},
-        {"shasum begins with a blank", noChecksum, tool("shasum", "echo ' aa'"), ""},
         {"there is no shasum", noChecksum, [](Release &release) { release.tools.shasum = ""; }, digest},
         {"ditto fails halfway", notUnpacked, tool("ditto", "tar -xf \"$3\" -C \"$4\"; exit 1")},
-        {"ditto is killed", notUnpacked, tool("ditto", "tar -xf \"$3\" -C \"$4\"; kill -9 $$")},
-        {"there is no ditto", notUnpacked, [](Release &release) { release.tools.unpacker = ""; }},
         {"no application", notUnpacked,
          [](Release &release) { fs::remove_all(release.content.path("Brimvale.app")); }},
         {"a file called so", notUnpacked,
@@ -106,7 +101,6 @@ TEST(UpdateStaging, StagesNothingThatIsNotVerified) {
              release.content.makeLink("Brimvale.app", release.folder.path("Elsewhere.app"));
          }},
         {"codesign rejects without a word", notSigned, tool("codesign", "exit 1")},
-        {"codesign is killed", notSigned, tool("codesign", "kill -9 $$")},
         {"there is no codesign", notSigned, [](Release &release) { release.tools.codesign = ""; }},
         {"codesign has no details", notSigned, tool("codesign", "exit 0")},
         {"codesign fails at the details", notSigned,

@@ -7,7 +7,6 @@
 #include "Views/Entries/EntryList.h"
 
 #include <QPointer>
-#include <QSignalSpy>
 #include <filesystem>
 #include <functional>
 #include <gmock/gmock.h>
@@ -17,6 +16,7 @@ namespace brimvale {
 namespace {
 
 namespace fs = std::filesystem;
+using ::testing::AllOf;
 using ::testing::ElementsAre;
 using testing::eventually;
 using ::testing::HasSubstr;
@@ -92,6 +92,24 @@ PendingDeletion plainBackup() {
             .differing = {}};
 }
 
+/// Reviews of backups over a window.
+class BackupReview : public ::testing::Test {
+protected:
+    BackupReviewView &open(const PendingDeletion &pending) {
+        if (opened != nullptr)
+            opened->close();
+        window.show();
+        opened = new BackupReviewView(pending, &window);
+        opened->open();
+        opened->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(opened));
+        return *opened;
+    }
+
+    QWidget window;
+    QPointer<BackupReviewView> opened;
+};
+
 } // namespace
 
 TEST_F(MessagesPage, BacksUpAndKeepsBothOrDeletesTheOriginals) {
@@ -152,7 +170,7 @@ TEST_F(MessagesPage, LeavesTheOriginalsWhenItIsCancelled) {
     EXPECT_TRUE(testing::find(category(), "backUp").isVisible());
 }
 
-TEST_F(MessagesPage, RefusesABackupIntoTheSelectionAndTellsWhatFailed) {
+TEST_F(MessagesPage, RefusesABackupIntoTheSelection) {
     tickAll();
     fs::create_directory_symlink(attachments(), home.path("elsewhere"));
     model.chooseBackupRoot(FileURL(home.path("elsewhere/backups")));
@@ -164,15 +182,6 @@ TEST_F(MessagesPage, RefusesABackupIntoTheSelectionAndTellsWhatFailed) {
     EXPECT_FALSE(*model.isArchiving);
     closeWith(notice, "ok");
     EXPECT_FALSE(fs::exists(attachments() + "/backups"));
-
-    model.chooseBackupRoot(FileURL(home.writeFile("file", "")));
-    testing::click(category(), "backUp");
-    QDialog *alert = sheet("resultAlert");
-    ASSERT_NE(alert, nullptr);
-    EXPECT_THAT(shown(category(), "archiveStatus"),
-                StartsWith("Nothing was deleted. Could not create " + home.path("file/Messages ")));
-    closeWith(alert, "ok");
-    EXPECT_EQ(page.findChild<QDialog *>("backupReview"), nullptr);
     EXPECT_THAT(actions.calls, IsEmpty());
 }
 
@@ -198,82 +207,53 @@ TEST_F(MessagesPage, AsksWhereThereIsTooLittleRoom) {
     ASSERT_TRUE(eventually([&] { return model.archiveError->has_value(); }));
 }
 
-TEST(BackupReview, SaysNoMoreThanThereIs) {
-    QWidget window;
-    window.show();
-    auto *review = new BackupReviewView(plainBackup(), &window);
-    review->open();
-    EXPECT_EQ(shown(*review, "reviewHeading"), "Backup complete. Nothing has been deleted yet.");
-    EXPECT_EQ(shown(*review, "reviewSummary"), "1 item copied, 1 MB");
-    EXPECT_EQ(shown(*review, "modeLine"), "Originals will go to the Trash.");
+TEST_F(BackupReview, SaysNoMoreThanThereIs) {
+    const BackupReviewView &review = open(plainBackup());
+    EXPECT_EQ(shown(review, "reviewHeading"), "Backup complete. Nothing has been deleted yet.");
+    EXPECT_EQ(shown(review, "reviewSummary"), "1 item copied, 1 MB");
     for (const char *name : {"transcriptNote", "mismatchWarning", "differenceWarning", "sameVolumeWarning"})
-        EXPECT_EQ(shown(*review, name), "") << name;
-    EXPECT_EQ(review->findChild<QPushButton *>("openTranscript"), nullptr);
+        EXPECT_EQ(shown(review, name), "") << name;
+    EXPECT_EQ(review.findChild<QPushButton *>("openTranscript"), nullptr);
 }
 
-TEST(BackupReview, NamesWhatDidNotCopyAtFullSize) {
+TEST_F(BackupReview, NamesWhatDidNotCopyAtFullSize) {
     const std::string end = " not copy at full size. Check those before deleting anything.";
-    QWidget window;
-    window.show();
     PendingDeletion pending = plainBackup();
     for (const auto &[copy, warning] :
          {std::pair(98, ""), std::pair(97, "1 item did"), std::pair(0, "2 items did")}) {
         pending.items.push_back({item("b"), FileURL("/b/b"), 100, copy});
-        auto *review = new BackupReviewView(pending, &window);
-        review->open();
-        EXPECT_EQ(shown(*review, "mismatchWarning"), *warning == '\0' ? "" : warning + end);
-        EXPECT_TRUE(testing::find(*review, "deleteOriginals").isEnabled());
-        review->close();
+        const BackupReviewView &review = open(pending);
+        EXPECT_EQ(shown(review, "mismatchWarning"), *warning == '\0' ? "" : warning + end);
+        EXPECT_TRUE(testing::find(review, "deleteOriginals").isEnabled());
     }
 }
 
-TEST(BackupReview, NamesTheCopiesThatDiffer) {
-    QWidget window;
-    window.show();
+TEST_F(BackupReview, NamesTheCopiesThatDiffer) {
     PendingDeletion pending = plainBackup();
-    pending.differing = {item("a"), item("<b>")};
-    pending.bytes = 0;
-    pending.readableExport = FileURL("/backups/index.html");
-    pending.sameVolumeAsSource = true;
-    pending.mode = RemovalMode::deleteNow;
-    auto *review = new BackupReviewView(pending, &window);
-    review->open();
-    EXPECT_THAT(shown(*review, "differenceWarning"), HasSubstr("copies of 2 files"));
-    EXPECT_THAT(shown(*review, "differenceWarning"), HasSubstr("/items/a, /items/<b>"));
-    EXPECT_EQ(shown(*review, "mismatchWarning"), "") << "they have their full size";
-    EXPECT_EQ(shown(*review, "reviewSummary"), "1 item copied, Zero KB");
-    EXPECT_EQ(shown(*review, "transcriptNote"), "A readable transcript was written alongside the database.");
-    EXPECT_NE(shown(*review, "sameVolumeWarning"), "");
-    EXPECT_NE(shown(*review, "openTranscript"), "");
-    review->close();
-
-    for (const char *name : {"c", "d", "e"})
-        pending.differing.push_back(item(name));
-    review = new BackupReviewView(pending, &window);
-    review->open();
-    EXPECT_THAT(shown(*review, "differenceWarning"), HasSubstr("copies of 5 files"));
-    EXPECT_THAT(shown(*review, "differenceWarning"), HasSubstr("/items/c, and 2 more"));
+    pending.differing = {item("a"), item("<b>"), item("c")};
+    EXPECT_THAT(shown(open(pending), "differenceWarning"),
+                AllOf(HasSubstr("copies of 3 files"), HasSubstr("/items/a, /items/<b>, /items/c")));
+    pending.differing.insert(pending.differing.end(), {item("d"), item("e")});
+    EXPECT_THAT(shown(open(pending), "differenceWarning"),
+                AllOf(HasSubstr("copies of 5 files"), HasSubstr("/items/c, and 2 more")));
 }
 
-TEST(BackupReview, KeepsBothUnlessDeletionIsChosen) {
-    QWidget window;
-    window.show();
-    const auto leave = [&](const std::function<void(BackupReviewView &)> &way) {
-        auto *review = new BackupReviewView(plainBackup(), &window);
-        QSignalSpy accepted(review, &QDialog::accepted);
-        QSignalSpy rejected(review, &QDialog::rejected);
-        review->open();
-        review->activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(review));
-        way(*review);
-        return std::pair(accepted.count(), rejected.count());
+TEST_F(BackupReview, KeepsBothUnlessDeletionIsChosen) {
+    const std::function<void(BackupReviewView &)> waysToKeep[] = {
+        [](auto &review) { QTest::keyClick(&review, Qt::Key_Escape); },
+        [](auto &review) { QTest::keyClick(&review, Qt::Key_Return); },
+        [](auto &review) { review.close(); },
+        [](auto &review) { testing::click(review, "keepBoth"); },
     };
-    const std::pair<qsizetype, qsizetype> keptBoth(0, 1), deleted(1, 0);
-    EXPECT_EQ(leave([](auto &review) { QTest::keyClick(&review, Qt::Key_Escape); }), keptBoth);
-    EXPECT_EQ(leave([](auto &review) { QTest::keyClick(&review, Qt::Key_Return); }), keptBoth);
-    EXPECT_EQ(leave([](auto &review) { review.close(); }), keptBoth);
-    EXPECT_EQ(leave([](auto &review) { testing::click(review, "keepBoth"); }), keptBoth);
-    EXPECT_EQ(leave([](auto &review) { testing::click(review, "deleteOriginals"); }), deleted);
+    for (const auto &keep : waysToKeep) {
+        BackupReviewView &review = open(plainBackup());
+        keep(review);
+        EXPECT_FALSE(review.isVisible());
+        EXPECT_EQ(review.result(), QDialog::Rejected);
+    }
+    BackupReviewView &review = open(plainBackup());
+    testing::click(review, "deleteOriginals");
+    EXPECT_EQ(review.result(), QDialog::Accepted);
 }
 
 } // namespace brimvale

@@ -22,9 +22,7 @@ using testing::eventually;
 
 constexpr std::int64_t gigabyte = 1'000'000'000;
 
-std::string sizeText(std::int64_t bytes) {
-    return Fmt::byteFormatter(bytes);
-}
+constexpr auto sizeText = Fmt::byteFormatter;
 
 class CategoryPage : public ::testing::Test {
 protected:

@@ -111,15 +111,6 @@ TEST_F(UpdateViewTest, SaysWhatACheckCameTo) {
     ASSERT_TRUE(waitFor("Could not update"));
     EXPECT_EQ(words(), "The update server did not answer properly.");
     EXPECT_EQ(action(), "Check Again");
-
-    publish(42);
-    act();
-    ASSERT_TRUE(waitFor("Version 1.4.2 is available"));
-    server.put("/app.zip", {.status = "404 Not Found"});
-    act();
-    ASSERT_TRUE(waitFor("Could not update"));
-    EXPECT_EQ(action(), "Check Again");
-    EXPECT_EQ(record->lines().size(), 0U);
 }
 
 TEST_F(UpdateViewTest, OpensTheDownloadPageWhereThePackageManagerInstalls) {

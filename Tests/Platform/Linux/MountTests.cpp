@@ -7,7 +7,6 @@
 #include "Support/ReferenceScan.h"
 #include "Support/TemporaryFolder.h"
 
-#include <algorithm>
 #include <gmock/gmock.h>
 #include <sys/mount.h>
 

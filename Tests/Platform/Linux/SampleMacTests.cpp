@@ -2,14 +2,12 @@
 
 #include "Core/CleanupCatalog.h"
 #include "Core/StorageCategories.h"
-#include "Core/StorageFigures.h"
 #include "Platform/ProcessRunner.h"
 #include "Support/ChildProcess.h"
 #include "Support/OwnMounts.h"
 #include "Support/SampleMac.h"
 #include "Support/TemporaryFolder.h"
 
-#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <set>
@@ -125,38 +123,6 @@ TEST(SampleMac, HasTheRowsThatAnIndependentSearchFinds) {
     for (const std::string &line : linesOf(expected))
         populated.insert(line.substr(0, line.find('\t', line.find('\t') + 1)));
     EXPECT_EQ(populated.size(), 15U + 12U);
-}
-
-TEST(SampleMac, CountsAgainAsOftenAsAsked) {
-    const TemporaryFolder folder;
-    testing::makeSampleMac(folder.path());
-    chmod(folder.path().c_str(), 0755);
-    testing::inChild([&] {
-        if (!testing::enterRoot(folder.path()))
-            GTEST_SKIP() << "a root folder of one's own is not permitted here";
-        const Host host = sampleHost();
-        std::vector<MeasuredCategory> categories = StorageFigures::unmeasured(StorageCategories::all(host));
-        std::size_t told = 0;
-        WalkPool pool(2);
-        const auto rows = StorageCategories::measureAll(
-            StorageCategories::all(host),
-            [&](const MeasuredCategory &one) {
-                ++told;
-                for (MeasuredCategory &category : categories)
-                    if (category.category.id == one.category.id)
-                        category = one;
-            },
-            [] { return false; }, host, pool);
-        categories.back().entries = rows;
-        EXPECT_EQ(told, 11U);
-        EXPECT_FALSE(categories.back().measured);
-        const std::int64_t categorised = StorageFigures::categorisedBytes(categories);
-        const VolumeInfo root{
-            .url = FileURL("/"), .name = "", .totalCapacity = categorised + 1000, .trueFree = 400};
-        categories = StorageFigures::resolvingRemainder(std::move(categories), root);
-        EXPECT_EQ(categories.back().size, 600);
-        EXPECT_TRUE(categories.back().measured);
-    });
 }
 
 } // namespace brimvale
