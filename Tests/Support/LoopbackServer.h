@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QThread>
 #include <QUrl>
-#include <map>
 #include <memory>
 #include <string>
 
@@ -25,7 +24,7 @@ struct HttpAnswer {
 /// is waited for. Anything that it has no answer for is not found.
 class LoopbackServer {
 public:
-    explicit LoopbackServer(std::map<std::string, HttpAnswer> answers = {});
+    LoopbackServer();
     ~LoopbackServer();
     LoopbackServer(const LoopbackServer &) = delete;
     LoopbackServer &operator=(const LoopbackServer &) = delete;

@@ -107,8 +107,6 @@ TEST_F(OverviewPage, SegmentsGrowAndTellNameAndSize) {
     QAccessibleInterface *systemData = list->child(1);
     EXPECT_EQ(nameOf(documents), "Documents, " + sizeText(100 * gigabyte));
     EXPECT_EQ(nameOf(systemData), "System Data, " + sizeText(200 * gigabyte));
-    EXPECT_EQ(list->indexOfChild(systemData), 1);
-    EXPECT_EQ(documents->parent(), list);
     EXPECT_LE(documents->rect().right(), systemData->rect().left() + 1);
     EXPECT_NEAR(bar.rectOf(1).width(), widthBefore * 2 / 3, 1);
     EXPECT_LT(bar.rectOf(1).right(), bar.width()) << "the free space stays empty";
