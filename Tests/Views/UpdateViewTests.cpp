@@ -1,10 +1,15 @@
 #include "Views/UpdateView.h"
 
+#include "Core/CorvelModel.h"
 #include "Support/OpenedAddresses.h"
+#include "Support/PublishedWriter.h"
+#include "Support/SampleHome.h"
 #include "Support/UpdateScene.h"
 #include "Support/Window.h"
 #include "Views/Components/ProgressLine.h"
+#include "Views/ContentView.h"
 
+#include <QAction>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <gmock/gmock.h>
@@ -168,6 +173,35 @@ TEST_F(UpdateViewTest, StopsNothingWhenItIsClosed) {
     EXPECT_TRUE(isVisible("updateProgress"));
     window->check();
     EXPECT_EQ(title(), "Downloading the update");
+}
+
+TEST_F(UpdateViewTest, AsksBeforeItEndsWhatIsUnderWay) {
+    updater.emplace(environment);
+    const testing::SampleHome home;
+    CorvelModel model;
+    ContentView content(model, *updater);
+    testing::activate(content);
+    testing::find<QAction>(content, "checkForUpdates").trigger();
+    window = content.findChild<UpdateView *>();
+    ASSERT_TRUE(window && waitFor("Version 1.4.2 is available"));
+    act();
+    ASSERT_TRUE(waitFor("Ready to install"));
+
+    PublishedWriter::set(model.isArchiving, true);
+    const auto answer = [&](const char *button) {
+        act();
+        auto *question = content.findChild<QDialog *>("confirmationSheet");
+        ASSERT_NE(question, nullptr);
+        EXPECT_EQ(testing::shown(*question, "confirm"), "Quit and Install");
+        EXPECT_EQ(record->lines().size(), 0U);
+        testing::click(*question, button);
+    };
+    answer("cancel");
+    EXPECT_EQ(record->lines().size(), 0U);
+    ASSERT_TRUE(
+        testing::eventually([&] { return content.findChild<QDialog *>("confirmationSheet") == nullptr; }));
+    answer("confirm");
+    EXPECT_THAT(record->lines(), Contains("close windows"));
 }
 
 } // namespace brimvale
