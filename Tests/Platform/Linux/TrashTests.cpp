@@ -1,4 +1,7 @@
 #include "Platform/Linux/TrashScene.h"
+#include "Platform/ProcessRunner.h"
+#include "Platform/ShellQuoting.h"
+#include "Platform/Tools.h"
 #include "Platform/Trash.h"
 #include "Support/TreeListing.h"
 
@@ -169,6 +172,31 @@ TEST(Trash, FailsWhereTheTrashCannotBeUsed) {
             EXPECT_TRUE(isThere(file));
         },
         As::ordinaryUser);
+}
+
+TEST(Trash, LooksAsTheDesktopsOwnToolLeavesIt) {
+    inHome([](const TemporaryFolder &folder) {
+        std::map<std::string, std::string> theirs;
+        const std::vector<std::string> names = {"plain.txt", "a b%c", "caf\u00EB", "#?&+=;,:@!$'()*",
+                                                "x\xFF\n~"};
+        for (const bool isOurs : {false, true}) {
+            setenv("XDG_DATA_HOME", folder.path(isOurs ? "ours" : "theirs").c_str(), 1);
+            for (const std::string &name : names) {
+                const std::string file = folder.makeFile("place/" + name);
+                if (isOurs) {
+                    EXPECT_EQ(outcome(file), "trashed");
+                    continue;
+                }
+                const auto tool =
+                    runProcess(platformTools().shell, {"-c", "exec gio trash " + quotedForShell(file)},
+                               StandardError::withOutput);
+                if (!tool || tool->exitStatus != 0 || isThere(file))
+                    GTEST_SKIP() << "gio trash does not work here";
+            }
+        }
+        EXPECT_EQ(originalPaths(folder.path("ours/Trash")), originalPaths(folder.path("theirs/Trash")));
+        EXPECT_EQ(listing(folder.path("ours/Trash/files")), listing(folder.path("theirs/Trash/files")));
+    });
 }
 
 } // namespace brimvale

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <chrono>
 #include <gmock/gmock.h>
+#include <set>
 #include <sstream>
 
 namespace brimvale {
@@ -52,6 +53,31 @@ TEST(Volumes, HaveTheFiguresOfDf) {
                     tolerance)
             << volume.url.path();
         EXPECT_NEAR(static_cast<double>(volume.trueFree), static_cast<double>(available), tolerance);
+    }
+}
+
+TEST(Volumes, AreThoseOfTheMountTable) {
+    std::set<std::string> devices;
+    std::istringstream table(outputOf("findmnt -rno MAJ:MIN,FSTYPE,SOURCE --real"));
+    for (std::string device, type, source; table >> device >> type >> source;)
+        if (source.starts_with("/dev/") && type != "squashfs")
+            devices.insert(device);
+    const std::vector<MountedVolume> volumes = mountedVolumes(2s);
+    std::set<std::string> shown;
+    for (const MountedVolume &volume : volumes) {
+        const std::string device =
+            outputOf("findmnt -rno MAJ:MIN --mountpoint '" + volume.url.path() + "' | tail -n 1");
+        EXPECT_TRUE(shown.insert(device.substr(0, device.find('\n'))).second) << volume.url.path();
+    }
+    ASSERT_NE(volumeAt(volumes, "/"), nullptr);
+    EXPECT_TRUE(*volumeAt(volumes, "/")->isRootFileSystem);
+    EXPECT_GT(*volumeAt(volumes, "/")->totalCapacity, 0);
+    // Where single files of a disk are all that is mounted of it, the disk is not shown.
+    for (const std::string &device : devices) {
+        const std::string folders =
+            outputOf("findmnt -rno TARGET,MAJ:MIN | grep ' " + device +
+                     "$' | while read -r point _; do [ -d \"$point\" ] && echo folder; done");
+        EXPECT_TRUE(folders.empty() || shown.count(device) > 0) << device;
     }
 }
 
