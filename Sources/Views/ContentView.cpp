@@ -24,7 +24,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDialog>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QMenu>
