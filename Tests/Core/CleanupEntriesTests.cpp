@@ -65,7 +65,15 @@ TEST(CleanupCatalog, IsMadeAfreshForEachHome) {
             EXPECT_EQ(path == others[i].roots[root], path.starts_with("/Library/"));
         }
     }
-    EXPECT_EQ(ids.size(), 15U);
+}
+
+TEST(CleanupCatalog, MeasuresNothingMoreOnceItIsCancelled) {
+    const TemporaryFolder folder;
+    folder.makeFile("file", 5000);
+    CleanupTarget target = CleanupCatalog::definitions().front();
+    target.roots = {folder.path()};
+    for (const bool isCancelled : {false, true})
+        EXPECT_EQ(CleanupCatalog::measure(target, [&] { return isCancelled; }).entries.empty(), isCancelled);
 }
 
 } // namespace brimvale

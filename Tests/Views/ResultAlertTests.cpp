@@ -4,6 +4,7 @@
 #include "Support/HeldRemoval.h"
 #include "Support/Model.h"
 #include "Support/PageTest.h"
+#include "Support/PublishedWriter.h"
 #include "Support/SampleTree.h"
 #include "Support/WholeWindow.h"
 
@@ -74,7 +75,6 @@ TEST(ResultAlert, TriesAgainOnlyWhenAskedTo) {
         EXPECT_TRUE(escalated.empty()) << key;
     }
     const QPointer<ResultAlert> alert = open();
-    EXPECT_EQ(shown(*alert, "authenticate"), "Authenticate and remove");
     testing::click(*alert, "authenticate");
     EXPECT_EQ(escalated, result.needsAdmin);
     EXPECT_TRUE(eventually([&] { return alert == nullptr; }));
@@ -123,21 +123,25 @@ TEST_F(ResultInWindow, OffersTheAdministratorOnlyWhileNothingIsRemoved) {
     ASSERT_TRUE(testing::waitUntilRemoved(model));
 }
 
-TEST_F(ResultInWindow, TellsTheOutcomeOnceTheSheetInFrontHasEnded) {
+TEST_F(ResultInWindow, TellsWhatCameMeanwhileOnceTheSheetInFrontHasEnded) {
     page.show();
     find<QAction>("about").trigger();
     for (const char *name : {"first", "second"}) {
         model.removeCategoryEntries({{.url = FileURL(home.makeFile(name)), .size = 1}}, RemovalMode::trash);
         ASSERT_TRUE(testing::waitUntilRemoved(model));
     }
-    EXPECT_EQ(alert(), nullptr);
+    PublishedWriter::set(model.pendingDeletion, PendingDeletion{FileURL("/b"), {}, {}, 0, {}, {}, false, {}});
+    const auto review = [&] { return page.findChild<QDialog *>("backupReview"); };
+    EXPECT_TRUE(alert() == nullptr && review() == nullptr);
 
     QTest::keyClick(&find("aboutSheet"), Qt::Key_Escape);
     for (const char *result : {"first", "second"}) {
         ASSERT_TRUE(eventually([&] { return alert() != nullptr; })) << result;
+        EXPECT_EQ(review(), nullptr);
         QTest::keyClick(alert(), Qt::Key_Escape);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
+    EXPECT_TRUE(eventually([&] { return review() != nullptr; }));
 }
 
 } // namespace brimvale
