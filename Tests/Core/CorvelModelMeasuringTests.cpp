@@ -138,8 +138,15 @@ TEST_F(CorvelModelMeasuring, CleanupForgetsWhatIsGone) {
     EXPECT_EQ(model.apps->front().leftovers.front().url, caches[2].url);
 
     actions.onCommand = [&](const std::string &) { std::filesystem::remove_all(caches[2].url.path()); };
+    std::vector<std::string> announced;
+    const auto note = [&](const char *what) { return [&announced, what] { announced.emplace_back(what); }; };
+    QObject::connect(&model, &CorvelModel::lastResultChanged, note("result"));
+    QObject::connect(&model, &CorvelModel::totalFreedThisSessionChanged, note("freed"));
+    QObject::connect(&model, &CorvelModel::appsChanged, note("apps"));
+    QObject::connect(&model, &CorvelModel::cleanupChanged, note("cleanup"));
     model.escalate({caches[2].url});
     ASSERT_TRUE(waitUntilRemoved(model));
+    EXPECT_EQ(announced, (std::vector<std::string>{"result", "freed", "apps", "cleanup"}));
     EXPECT_TRUE(target("user-caches").entries.empty());
     EXPECT_TRUE(model.apps->front().leftovers.empty());
 }

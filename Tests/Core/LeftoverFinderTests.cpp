@@ -67,11 +67,20 @@ TEST_F(LeftoverFinderTest, FindsWhatIsNamedAfterTheIdentifier) {
     std::vector<std::string> expected;
     for (const std::string place : {
              "Application Support: home/Library/Application Support/com.example.acme",
+             "Cache: home/Library/Caches/com.example.acme",
+             "Sandbox container: home/Library/Containers/com.example.acme",
+             "App scripts: home/Library/Application Scripts/com.example.acme",
+             "Web storage: home/Library/HTTPStorages/com.example.acme",
              "Web storage: home/Library/HTTPStorages/com.example.acme.binarycookies",
+             "WebKit data: home/Library/WebKit/com.example.acme",
+             "Logs: home/Library/Logs/com.example.acme",
              "Preferences: home/Library/Preferences/com.example.acme.plist",
              "Saved state: home/Library/Saved Application State/com.example.acme.savedState",
+             "Cookies: home/Library/Cookies/com.example.acme.binarycookies",
+             "*Application Support (system): machine/Library/Application Support/com.example.acme",
              "*Cache (system): machine/Library/Caches/com.example.acme",
              "*Preferences (system): machine/Library/Preferences/com.example.acme.plist",
+             "*Logs (system): machine/Library/Logs/com.example.acme",
          }) {
         make(place.substr(place.find(": ") + 2));
         expected.push_back(place);

@@ -14,6 +14,7 @@ using MessagesExport::Conversation;
 using MessagesExport::Message;
 using ::testing::HasSubstr;
 using ::testing::Not;
+using ::testing::StartsWith;
 using testing::TemporaryFolder;
 
 Date moment(int day, int hour) {
@@ -101,6 +102,14 @@ TEST(TranscriptPage, PutsMessagesUnderTheirLocalDays) {
         position = found;
     }
     EXPECT_EQ(answer.find("daysep\"><span>", answer.find("after midnight")), std::string::npos);
+}
+
+TEST(TranscriptPage, IsWholeWithoutConversations) {
+    const std::string page = MessagesExport::html({});
+    EXPECT_THAT(page, StartsWith("<!doctype html>\n<html lang=\"en\">"));
+    EXPECT_THAT(page, HasSubstr("\n.clip,.att{display:block;"));
+    EXPECT_THAT(page, HasSubstr("<div class=\"hdr\">0 messages<br>Exported by Brimvale</div>"));
+    EXPECT_THAT(page, ::testing::EndsWith("</html>\n"));
 }
 
 } // namespace brimvale
