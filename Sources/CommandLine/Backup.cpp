@@ -46,7 +46,7 @@ std::optional<std::string> faultOf(const Arguments &arguments) {
     if (!label)
         return "missing option: --label";
     if (label->empty() || label->find('/') != std::string_view::npos)
-        return "\"--label\" takes the beginning of a name, not " + quoted(*label);
+        return "\"--label\" takes the beginning of a name, not " + inQuotes(*label);
     return std::nullopt;
 }
 

@@ -53,7 +53,7 @@ ExitStatus runCategory(const Arguments &arguments, Output &output) {
         std::string known;
         for (const StorageCategory &one : categories)
             known.append(known.empty() ? "" : ", ").append(one.id);
-        return refuseUsage("unknown category " + quoted(id) + "; there are " + known, &categoryCommand);
+        return refuseUsage("unknown category " + inQuotes(id) + "; there are " + known, &categoryCommand);
     }
 
     ScanStats stats;

@@ -30,7 +30,7 @@ ExitStatus refuseUnknown(std::string_view id, const Targets &targets) {
     std::string known;
     for (const CleanupTarget &target : targets)
         known.append(known.empty() ? "" : ", ").append(target.id);
-    return refuseUsage("unknown target " + quoted(id) + "; there are " + known, &cleanupCommand);
+    return refuseUsage("unknown target " + inQuotes(id) + "; there are " + known, &cleanupCommand);
 }
 
 void measure(Targets &targets, const ScanStats &stats) {

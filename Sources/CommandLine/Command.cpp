@@ -54,7 +54,8 @@ ExitStatus run(const Command &command, std::span<const char *const> words, Outpu
     if (operands.size() < command.operandCount.minimum)
         return refuseUsage("missing argument: " + std::string(command.operands), &command);
     if (operands.size() > command.operandCount.maximum)
-        return refuseUsage("unexpected argument " + quoted(operands[command.operandCount.maximum]), &command);
+        return refuseUsage("unexpected argument " + inQuotes(operands[command.operandCount.maximum]),
+                           &command);
     return command.run(arguments, output);
 }
 

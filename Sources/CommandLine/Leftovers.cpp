@@ -45,15 +45,15 @@ std::optional<InstalledApp> appMeantBy(std::string_view typed) {
         if (apps.size() > 1) {
             std::string paths;
             for (const InstalledApp &app : apps)
-                paths.append(paths.empty() ? "" : ", ").append(quoted(app.url.path()));
-            printError("several applications are identified by " + quoted(typed) +
+                paths.append(paths.empty() ? "" : ", ").append(inQuotes(app.url.path()));
+            printError("several applications are identified by " + inQuotes(typed) +
                        "; name one by its path: " + paths);
             return std::nullopt;
         }
     }
     std::optional<InstalledApp> app = appAt(typed);
     if (!app)
-        printError(quoted(typed) + " is neither an application's bundle nor the identifier of one");
+        printError(inQuotes(typed) + " is neither an application's bundle nor the identifier of one");
     return app;
 }
 

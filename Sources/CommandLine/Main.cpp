@@ -39,7 +39,7 @@ ExitStatus runProgram(std::span<const char *const> words, Output &output) {
 
     const auto &arguments = std::get<Arguments>(parsed);
     if (const auto system = arguments.text("--system"); system && !useSystemNamed(*system))
-        return refuseUsage("\"--system\" takes macos or linux, not " + quoted(*system));
+        return refuseUsage("\"--system\" takes macos or linux, not " + inQuotes(*system));
     if (arguments.has("--help")) {
         output.write(programHelp(globalOptions));
         return ExitStatus::done;
@@ -57,7 +57,7 @@ ExitStatus runProgram(std::span<const char *const> words, Output &output) {
     const auto command =
         std::find_if(commands.begin(), commands.end(), [&](const Command *one) { return one->name == name; });
     if (command == commands.end())
-        return refuseUsage("unknown command " + quoted(name));
+        return refuseUsage("unknown command " + inQuotes(name));
     return run(**command, rest.subspan(1), output);
 }
 

@@ -24,11 +24,11 @@ bool isOption(std::string_view word) {
 /// What is wrong with the value of an option, if anything. No value: none was given.
 std::optional<UsageError> faultOf(const Option &option, std::optional<std::string_view> value) {
     if (option.value == Option::Value::none)
-        return value ? std::optional(UsageError{quoted(option.name) + " takes no value"}) : std::nullopt;
+        return value ? std::optional(UsageError{inQuotes(option.name) + " takes no value"}) : std::nullopt;
     if (!value)
-        return UsageError{quoted(option.name) + " needs a value: " + std::string(option.valueName)};
+        return UsageError{inQuotes(option.name) + " needs a value: " + std::string(option.valueName)};
     if (option.value == Option::Value::number && !wholeNumber(*value))
-        return UsageError{quoted(option.name) + " takes a whole number from 0 up, not " + quoted(*value)};
+        return UsageError{inQuotes(option.name) + " takes a whole number from 0 up, not " + inQuotes(*value)};
     return std::nullopt;
 }
 
@@ -53,7 +53,7 @@ std::variant<Arguments, UsageError> Arguments::parse(std::span<const char *const
         const auto option =
             std::find_if(options.begin(), options.end(), [&](const Option &one) { return one.name == name; });
         if (option == options.end())
-            return UsageError{"unknown option " + quoted(name)};
+            return UsageError{"unknown option " + inQuotes(name)};
         std::optional<std::string_view> value;
         if (name.size() < word.size())
             value = word.substr(name.size() + 1);

@@ -64,7 +64,7 @@ std::string terminalText(std::string_view bytes) {
     return text;
 }
 
-std::string quoted(std::string_view bytes) {
+std::string inQuotes(std::string_view bytes) {
     return std::string("\"").append(terminalText(bytes)).append("\"");
 }
 

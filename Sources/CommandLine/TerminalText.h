@@ -12,7 +12,7 @@ namespace brimvale::commandLine {
 [[nodiscard]] std::string terminalText(std::string_view bytes);
 
 /// The same, in quotation marks.
-[[nodiscard]] std::string quoted(std::string_view bytes);
+[[nodiscard]] std::string inQuotes(std::string_view bytes);
 
 /// `text` in fainter letters, for an output that `isStyled`.
 [[nodiscard]] std::string faint(std::string_view text);

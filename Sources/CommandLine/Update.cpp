@@ -84,7 +84,7 @@ ExitStatus runUpdate(const Arguments &arguments, Output &output) {
     if (const auto feed = arguments.text("--feed")) {
         environment.feedURL = QUrl(QString::fromUtf8(feed->data(), static_cast<qsizetype>(feed->size())));
         if (!isSafeUpdateURL(environment.feedURL))
-            return refuseUsage("\"--feed\" takes an https address, not " + quoted(*feed), &updateCommand);
+            return refuseUsage("\"--feed\" takes an https address, not " + inQuotes(*feed), &updateCommand);
     }
     const UpdateState state = check(std::move(environment));
     if (arguments.has("--json"))

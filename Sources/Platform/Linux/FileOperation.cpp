@@ -62,12 +62,12 @@ const char *reasonOf(CocoaCode code) {
     }
 }
 
-std::string quoted(std::string_view name) {
+std::string inQuotes(std::string_view name) {
     return "“" + displayText(name) + "”";
 }
 
 std::string refusal(FileOperation operation, const FileURL &item) {
-    return quoted(item.lastPathComponent()) +
+    return inQuotes(item.lastPathComponent()) +
            (operation == FileOperation::remove ? " couldn’t be removed" : " couldn’t be moved to the trash");
 }
 
@@ -83,7 +83,7 @@ FileError noTrashError(const FileURL &item, std::string_view mountPoint) {
     const FileURL volume{mountPoint.empty() ? "/" : std::string(mountPoint)};
     return {FileError::Domain::cocoa, trashUnsupported,
             refusal(FileOperation::trash, item) + " because the volume " +
-                quoted(volume.lastPathComponent()) + " doesn’t have one.",
+                inQuotes(volume.lastPathComponent()) + " doesn’t have one.",
             nullptr};
 }
 
