@@ -8,8 +8,8 @@
 //
 // Without a display of its own choice (QT_QPA_PLATFORM) the window is opened off screen.
 
-#include "Core/Shell.h"
-#include "Views/Application.h"
+#include "Core/Text/Shell.h"
+#include "Views/Window/Application.h"
 
 #include <QEvent>
 #include <QMetaObject>

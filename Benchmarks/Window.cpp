@@ -1,12 +1,12 @@
 // How long the window is held up by a large tree: one of a million nodes, in which one folder has 200,000
 // children. Drawn offscreen; every time includes the repaint that follows.
 
-#include "Core/FSNode.h"
-#include "Core/Treemap.h"
+#include "Core/Scan/FSNode.h"
+#include "Core/Treemap/Treemap.h"
+#include "Views/Browse/Outline/OutlineModel.h"
+#include "Views/Browse/Outline/OutlineView.h"
+#include "Views/Browse/Treemap/TreemapView.h"
 #include "Views/Components/Theme.h"
-#include "Views/OutlineModel.h"
-#include "Views/OutlineView.h"
-#include "Views/TreemapView.h"
 
 #include <QApplication>
 #include <QHeaderView>

@@ -1,6 +1,6 @@
 #include "Base/Version.h"
-#include "Views/Application.h"
-#include "Views/Launch.h"
+#include "Views/Window/Application.h"
+#include "Views/Window/Launch.h"
 
 #include <cstddef>
 #include <cstdio>

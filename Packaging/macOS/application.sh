@@ -112,7 +112,7 @@ check_signature() {
         return
     fi
     # An installed copy takes no update from anybody else.
-    team=$(sed -n 's/.*"TeamIdentifier=\(.*\)".*/\1/p' "$top/Sources/Core/UpdateStaging.cpp")
+    team=$(sed -n 's/.*"TeamIdentifier=\(.*\)".*/\1/p' "$top/Sources/Core/Update/UpdateStaging.cpp")
     [ -n "$team" ] || end 'which team installed copies take updates from is not to be found in UpdateStaging.cpp.'
     signed=$(codesign -dv "$app" 2>&1) || end "$signed"
     case $signed in

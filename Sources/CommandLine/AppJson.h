@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CommandLine/JsonWriter.h"
-#include "Core/InstalledApp.h"
+#include "Core/Apps/InstalledApp.h"
 
 #include <vector>
 

@@ -5,9 +5,9 @@
 #include "CommandLine/Interruption.h"
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/TextTable.h"
-#include "Core/AppAnalysis.h"
-#include "Core/AppInventory.h"
-#include "Core/Formatting.h"
+#include "Core/Apps/AppAnalysis.h"
+#include "Core/Apps/AppInventory.h"
+#include "Core/Text/Formatting.h"
 
 #include <algorithm>
 #include <array>

@@ -7,11 +7,11 @@
 #include "CommandLine/ProgressLine.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/Archiver.h"
-#include "Core/BackupManifest.h"
-#include "Core/BackupPlan.h"
-#include "Core/DiskScanner.h"
-#include "Core/Formatting.h"
+#include "Core/Backup/Archiver.h"
+#include "Core/Backup/BackupManifest.h"
+#include "Core/Backup/BackupPlan.h"
+#include "Core/Scan/DiskScanner.h"
+#include "Core/Text/Formatting.h"
 
 #include <array>
 #include <cstdint>

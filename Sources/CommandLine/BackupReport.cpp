@@ -3,7 +3,7 @@
 #include "CommandLine/JsonWriter.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/Formatting.h"
+#include "Core/Text/Formatting.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "CommandLine/Output.h"
-#include "Core/Archiver.h"
-#include "Core/BackupManifest.h"
+#include "Core/Backup/Archiver.h"
+#include "Core/Backup/BackupManifest.h"
 
 namespace brimvale::commandLine {
 

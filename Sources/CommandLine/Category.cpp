@@ -5,9 +5,9 @@
 #include "CommandLine/OverviewRun.h"
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/CleanupRiskTexts.h"
-#include "Core/Formatting.h"
-#include "Core/StorageFigures.h"
+#include "Core/Storage/CleanupRiskTexts.h"
+#include "Core/Storage/StorageFigures.h"
+#include "Core/Text/Formatting.h"
 
 #include <algorithm>
 #include <string>

@@ -3,7 +3,7 @@
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/JsonWriter.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/Remover.h"
+#include "Core/Removal/Remover.h"
 
 #include <optional>
 #include <string>

@@ -5,10 +5,10 @@
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/StepProgress.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/CleanupCatalog.h"
-#include "Core/CleanupEntries.h"
-#include "Core/CleanupRiskTexts.h"
-#include "Core/Formatting.h"
+#include "Core/Storage/CleanupCatalog.h"
+#include "Core/Storage/CleanupEntries.h"
+#include "Core/Storage/CleanupRiskTexts.h"
+#include "Core/Text/Formatting.h"
 
 #include <algorithm>
 #include <string>

@@ -1,7 +1,7 @@
 #include "CommandLine/EntryTable.h"
 
 #include "CommandLine/TerminalText.h"
-#include "Core/Formatting.h"
+#include "Core/Text/Formatting.h"
 
 namespace brimvale::commandLine {
 

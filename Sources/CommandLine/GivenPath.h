@@ -2,7 +2,7 @@
 
 #include "Base/FileError.h"
 #include "Base/FileURL.h"
-#include "Core/ScanOptions.h"
+#include "Core/Scan/ScanOptions.h"
 
 #include <string_view>
 #include <variant>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/ScanStats.h"
+#include "Core/Scan/ScanStats.h"
 
 #include <atomic>
 

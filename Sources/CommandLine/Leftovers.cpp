@@ -6,9 +6,9 @@
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/TextTable.h"
-#include "Core/AppInventory.h"
-#include "Core/Formatting.h"
-#include "Core/LeftoverFinder.h"
+#include "Core/Apps/AppInventory.h"
+#include "Core/Apps/LeftoverFinder.h"
+#include "Core/Text/Formatting.h"
 
 #include <algorithm>
 #include <optional>

@@ -5,8 +5,8 @@
 #include "CommandLine/OverviewRun.h"
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/Formatting.h"
-#include "Core/StorageFigures.h"
+#include "Core/Storage/StorageFigures.h"
+#include "Core/Text/Formatting.h"
 
 #include <algorithm>
 #include <string>

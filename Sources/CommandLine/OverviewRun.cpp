@@ -1,7 +1,7 @@
 #include "CommandLine/OverviewRun.h"
 
 #include "CommandLine/StepProgress.h"
-#include "Core/StorageFigures.h"
+#include "Core/Storage/StorageFigures.h"
 
 #include <chrono>
 #include <utility>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Core/ScanStats.h"
-#include "Core/StorageCategories.h"
-#include "Core/VolumeInfo.h"
+#include "Core/Scan/ScanStats.h"
+#include "Core/Storage/StorageCategories.h"
+#include "Core/Storage/VolumeInfo.h"
 
 #include <vector>
 

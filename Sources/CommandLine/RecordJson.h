@@ -3,7 +3,7 @@
 #include "Catalogs/CleanupTarget.h"
 #include "Catalogs/StorageCategory.h"
 #include "CommandLine/JsonWriter.h"
-#include "Core/VolumeInfo.h"
+#include "Core/Storage/VolumeInfo.h"
 
 namespace brimvale::commandLine {
 

@@ -1,7 +1,7 @@
 #include "CommandLine/RemovalOperands.h"
 
 #include "CommandLine/GivenPath.h"
-#include "Core/Remover.h"
+#include "Core/Removal/Remover.h"
 
 #include <cstddef>
 #include <filesystem>

@@ -7,10 +7,10 @@
 #include "CommandLine/RemovalOperands.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/DiskScanner.h"
-#include "Core/Formatting.h"
-#include "Core/RemovalReport.h"
-#include "Core/Remover.h"
+#include "Core/Removal/RemovalReport.h"
+#include "Core/Removal/Remover.h"
+#include "Core/Scan/DiskScanner.h"
+#include "Core/Text/Formatting.h"
 
 #include <array>
 #include <atomic>

@@ -7,8 +7,8 @@
 #include "CommandLine/TreeJson.h"
 #include "CommandLine/TreeLimits.h"
 #include "CommandLine/TreeTable.h"
-#include "Core/DiskScanner.h"
-#include "Core/Formatting.h"
+#include "Core/Scan/DiskScanner.h"
+#include "Core/Text/Formatting.h"
 
 #include <array>
 #include <chrono>

@@ -1,7 +1,7 @@
 #include "CommandLine/ScanProgress.h"
 
 #include "CommandLine/TerminalText.h"
-#include "Core/Formatting.h"
+#include "Core/Text/Formatting.h"
 
 #include <chrono>
 #include <cstddef>

@@ -4,8 +4,8 @@
 #include "CommandLine/Interruption.h"
 #include "CommandLine/JsonWriter.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/DiskScanner.h"
-#include "Core/Formatting.h"
+#include "Core/Scan/DiskScanner.h"
+#include "Core/Text/Formatting.h"
 
 #include <cstdint>
 #include <optional>

@@ -4,7 +4,7 @@
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/Formatting.h"
+#include "Core/Text/Formatting.h"
 
 namespace brimvale::commandLine {
 

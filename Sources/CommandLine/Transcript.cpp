@@ -5,7 +5,7 @@
 #include "CommandLine/JsonWriter.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/MessagesExport.h"
+#include "Core/Backup/MessagesExport.h"
 #include "Platform/FileAccess.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "Base/Bytes.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/Formatting.h"
+#include "Core/Text/Formatting.h"
 
 #include <algorithm>
 #include <cstddef>

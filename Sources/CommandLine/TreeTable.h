@@ -2,7 +2,7 @@
 
 #include "CommandLine/Output.h"
 #include "CommandLine/TreeLimits.h"
-#include "Core/FSNode.h"
+#include "Core/Scan/FSNode.h"
 
 namespace brimvale::commandLine {
 

@@ -9,9 +9,9 @@
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/TreemapSvg.h"
-#include "Core/DiskScanner.h"
-#include "Core/Treemap.h"
-#include "Core/TreemapStyle.h"
+#include "Core/Scan/DiskScanner.h"
+#include "Core/Treemap/Treemap.h"
+#include "Core/Treemap/TreemapStyle.h"
 
 #include <algorithm>
 #include <array>

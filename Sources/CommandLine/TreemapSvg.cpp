@@ -2,7 +2,7 @@
 
 #include "CommandLine/Decimal.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/TreemapStyle.h"
+#include "Core/Treemap/TreemapStyle.h"
 
 #include <algorithm>
 #include <array>

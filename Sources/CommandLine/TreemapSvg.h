@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CommandLine/Output.h"
-#include "Core/Treemap.h"
+#include "Core/Treemap/Treemap.h"
 
 #include <cstdint>
 #include <span>

@@ -3,7 +3,7 @@
 #include "CommandLine/JsonWriter.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/Updater.h"
+#include "Core/Update/Updater.h"
 
 #include <QCoreApplication>
 #include <algorithm>

@@ -3,7 +3,7 @@
 #include "CommandLine/EntryTable.h"
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/Formatting.h"
+#include "Core/Text/Formatting.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,6 +1,6 @@
 #include "Catalogs/SkippedPaths.h"
 
-#include "Core/ScanOptions.h"
+#include "Core/Scan/ScanOptions.h"
 
 #include <gtest/gtest.h>
 

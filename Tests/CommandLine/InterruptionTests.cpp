@@ -1,7 +1,7 @@
 #include "CommandLine/Interruption.h"
 
 #include "CommandLine/Program.h"
-#include "Core/ScanStats.h"
+#include "Core/Scan/ScanStats.h"
 #include "Support/TemporaryFolder.h"
 
 #include <csignal>

@@ -1,5 +1,5 @@
 #include "CommandLine/Program.h"
-#include "Core/Formatting.h"
+#include "Core/Text/Formatting.h"
 #include "Support/TemporaryFolder.h"
 
 #include <cmath>

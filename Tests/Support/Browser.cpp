@@ -1,6 +1,6 @@
 #include "Support/Browser.h"
 
-#include "Core/Shell.h"
+#include "Core/Text/Shell.h"
 
 #include <chrono>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/CorvelModel.h"
+#include "Core/Model/CorvelModel.h"
 #include "Support/RecordingActions.h"
 #include "Support/SampleHome.h"
 #include "Support/Window.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/RemovalActions.h"
+#include "Core/Removal/RemovalActions.h"
 
 #include <functional>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Core/FSNode.h"
-#include "Core/ScanOptions.h"
+#include "Core/Scan/FSNode.h"
+#include "Core/Scan/ScanOptions.h"
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 #include "Support/SampleMessages.h"
 
 #include "Base/Hex.h"
-#include "Core/Shell.h"
+#include "Core/Text/Shell.h"
 #include "Platform/Tools.h"
 
 #include <filesystem>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/FSNode.h"
+#include "Core/Scan/FSNode.h"
 
 #include <cstdint>
 #include <initializer_list>

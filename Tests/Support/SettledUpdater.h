@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/Updater.h"
+#include "Core/Update/Updater.h"
 
 #include <QTest>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "Support/StandInTools.h"
 
-#include "Core/Shell.h"
+#include "Core/Text/Shell.h"
 
 #include <QByteArray>
 #include <QCryptographicHash>

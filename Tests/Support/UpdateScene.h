@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/Updater.h"
+#include "Core/Update/Updater.h"
 #include "Support/LoopbackServer.h"
 #include "Support/StandInTools.h"
 #include "Support/TemporaryFolder.h"

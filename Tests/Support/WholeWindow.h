@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Core/Updater.h"
-#include "Views/ContentView.h"
+#include "Core/Update/Updater.h"
+#include "Views/Window/ContentView.h"
 
 namespace brimvale::testing {
 

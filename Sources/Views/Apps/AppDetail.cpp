@@ -1,14 +1,14 @@
 #include "Views/Apps/AppDetail.h"
 
-#include "Core/Formatting.h"
-#include "Core/Uninstall.h"
+#include "Core/Apps/Uninstall.h"
+#include "Core/Text/Formatting.h"
 #include "Platform/FileBrowser.h"
 #include "Views/Apps/LeftoverGroup.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/IconLabel.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
-#include "Views/ItemActions.h"
+#include "Views/Entries/ItemActions.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>

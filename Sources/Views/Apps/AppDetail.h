@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/InstalledApp.h"
+#include "Core/Apps/InstalledApp.h"
 #include "Views/Entries/TickedEntries.h"
 
 #include <QWidget>

@@ -2,9 +2,9 @@
 
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/TickBox.h"
+#include "Views/Entries/ItemActions.h"
 #include "Views/Entries/RowList.h"
 #include "Views/Entries/TickedEntries.h"
-#include "Views/ItemActions.h"
 
 #include <QHBoxLayout>
 #include <QMenu>

@@ -1,8 +1,8 @@
 #include "Views/Browse/NodeRemoval.h"
 
-#include "Core/CorvelModel.h"
-#include "Core/OutermostNodes.h"
-#include "Views/RemovalSheet.h"
+#include "Core/Model/CorvelModel.h"
+#include "Core/Scan/OutermostNodes.h"
+#include "Views/Removing/RemovalSheet.h"
 
 namespace brimvale {
 

@@ -1,6 +1,6 @@
 #include "Views/Browse/ScanMessage.h"
 
-#include "Core/CorvelModel.h"
+#include "Core/Model/CorvelModel.h"
 #include "Platform/Folder.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Theme.h"

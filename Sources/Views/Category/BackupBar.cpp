@@ -1,13 +1,13 @@
 #include "Views/Category/BackupBar.h"
 
-#include "Core/Formatting.h"
+#include "Core/Text/Formatting.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/ProgressNote.h"
-#include "Views/Components/RemovalModePicker.h"
-#include "Views/Components/SelectionTexts.h"
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/Text.h"
+#include "Views/Removing/RemovalModePicker.h"
+#include "Views/Removing/SelectionTexts.h"
 
 #include <QFile>
 #include <QFileDialog>

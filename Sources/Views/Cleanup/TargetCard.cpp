@@ -1,6 +1,6 @@
 #include "Views/Cleanup/TargetCard.h"
 
-#include "Core/CleanupEntries.h"
+#include "Core/Storage/CleanupEntries.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/RiskBadge.h"
 #include "Views/Components/Text.h"

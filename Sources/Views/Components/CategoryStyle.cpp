@@ -1,6 +1,6 @@
 #include "Views/Components/CategoryStyle.h"
 
-#include "Core/StorageCategories.h"
+#include "Core/Storage/StorageCategories.h"
 
 #include <map>
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/FSNode.h"
+#include "Core/Scan/FSNode.h"
 
 #include <QString>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "Views/Components/RiskBadge.h"
 
-#include "Core/CleanupRiskTexts.h"
+#include "Core/Storage/CleanupRiskTexts.h"
 #include "Views/Components/Theme.h"
 
 #include <QFontMetrics>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/Formatting.h"
+#include "Core/Text/Formatting.h"
 
 #include <QString>
 #include <cstdint>

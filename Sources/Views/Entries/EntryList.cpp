@@ -1,6 +1,6 @@
 #include "Views/Entries/EntryList.h"
 
-#include "Views/ItemActions.h"
+#include "Views/Entries/ItemActions.h"
 
 #include <QMenu>
 #include <utility>

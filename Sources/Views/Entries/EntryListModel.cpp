@@ -1,6 +1,6 @@
 #include "Views/Entries/EntryListModel.h"
 
-#include "Core/Formatting.h"
+#include "Core/Text/Formatting.h"
 #include "Platform/FileStatus.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"

@@ -1,6 +1,6 @@
 #include "Views/Entries/TickedEntries.h"
 
-#include "Core/CleanupEntries.h"
+#include "Core/Storage/CleanupEntries.h"
 
 #include <utility>
 

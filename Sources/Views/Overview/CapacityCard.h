@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Catalogs/StorageCategory.h"
-#include "Core/VolumeInfo.h"
+#include "Core/Storage/VolumeInfo.h"
 #include "Views/Components/Card.h"
 
 #include <optional>

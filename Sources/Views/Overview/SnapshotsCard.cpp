@@ -1,6 +1,6 @@
 #include "Views/Overview/SnapshotsCard.h"
 
-#include "Core/Formatting.h"
+#include "Core/Text/Formatting.h"
 #include "Views/Components/DestructiveButton.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/Text.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/VolumeInfo.h"
+#include "Core/Storage/VolumeInfo.h"
 #include "Views/Components/Card.h"
 
 #include <vector>

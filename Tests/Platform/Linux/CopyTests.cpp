@@ -1,4 +1,4 @@
-#include "Core/Archiver.h"
+#include "Core/Backup/Archiver.h"
 #include "Support/ChildProcess.h"
 #include "Support/OwnMounts.h"
 #include "Support/TemporaryFolder.h"

@@ -1,7 +1,7 @@
 // The whole catalog, system-wide places included, on a sample Mac that is the root of a process.
 
-#include "Core/CleanupCatalog.h"
-#include "Core/StorageCategories.h"
+#include "Core/Storage/CleanupCatalog.h"
+#include "Core/Storage/StorageCategories.h"
 #include "Platform/ProcessRunner.h"
 #include "Support/ChildProcess.h"
 #include "Support/OwnMounts.h"

@@ -1,4 +1,4 @@
-#include "Core/VolumeInfo.h"
+#include "Core/Storage/VolumeInfo.h"
 #include "Platform/Linux/DistantCapacity.h"
 #include "Platform/ProcessRunner.h"
 #include "Support/ChildProcess.h"

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Core/Apps/InstalledApp.h"
+#include "Platform/Host.h"
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+namespace brimvale {
+
+/// What the analysis of one application has found.
+struct AppFigures {
+    FileURL url;                 ///< of the bundle
+    std::int64_t bundleSize = 0; ///< allocated bytes
+    std::vector<LeftoverItem> leftovers;
+};
+
+/// Measures applications and finds their leftovers, many at a time.
+namespace AppAnalysis {
+
+/// Analyses each of the applications once. Blocks until all are done, or `cancelled`, which is asked from
+/// several threads, answers true. `use` gets each one's figures as they are ready, on any thread but never
+/// two at once; an application whose analysis was cut short is left out.
+void analyze(const std::vector<InstalledApp> &apps, const std::function<void(AppFigures)> &use,
+             const std::function<bool()> &cancelled, const Host &host = Host::current());
+
+} // namespace AppAnalysis
+
+} // namespace brimvale

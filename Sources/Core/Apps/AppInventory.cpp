@@ -1,0 +1,133 @@
+#include "Core/Apps/AppInventory.h"
+
+#include "Platform/Bundle.h"
+#include "Platform/Collation.h"
+#include "Platform/Dataless.h"
+#include "Platform/Folder.h"
+#include "Platform/LastUsed.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <queue>
+#include <string_view>
+#include <system_error>
+#include <unordered_set>
+#include <utility>
+
+namespace brimvale::AppInventory {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int levelsSearched = 3;
+
+/// The place that a folder's path leads to, through all links; the path itself where that cannot be told.
+std::string placeOf(const std::string &folder) {
+    std::error_code error;
+    const fs::path place = fs::canonical(folder, error);
+    return error ? folder : place.native();
+}
+
+bool isFolder(const std::string &path) {
+    std::error_code error;
+    return fs::is_directory(path, error);
+}
+
+/// The names in a folder that are not hidden, in the order of their bytes.
+std::vector<std::string> visibleNames(const std::string &path) {
+    std::vector<std::string> names;
+    Folder folder = Folder::at(path, Folder::Links::follow);
+    while (const char *name = folder.nextName())
+        if (name[0] != '.')
+            names.emplace_back(name);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+/// The first of these that says something.
+std::string firstText(const std::optional<std::string> &first, const std::optional<std::string> &second,
+                      std::string_view third) {
+    if (first && !first->empty())
+        return *first;
+    return second && !second->empty() ? *second : std::string(third);
+}
+
+} // namespace
+
+std::vector<std::string> user(const Host &host) {
+    return appRoots(host).user;
+}
+
+std::vector<InstalledApp> scan(bool includeSystem, const Host &host) {
+    return scan(includeSystem, appRoots(host));
+}
+
+std::vector<InstalledApp> scan(bool includeSystem, const AppRoots &roots) {
+    const NoMaterialization guard;
+    std::vector<std::string> searched = roots.user;
+    if (includeSystem)
+        searched.insert(searched.end(), roots.system.begin(), roots.system.end());
+
+    std::vector<InstalledApp> apps;
+    std::unordered_set<std::string> seen;
+    for (const std::string &root : searched) {
+        const bool isSystem = roots.isSystem(root);
+        for (const std::string &path : bundles(root, levelsSearched)) {
+            const FileURL url(path);
+            const std::string folder = placeOf(url.deletingLastPathComponent().path());
+            if (!seen.insert(joinPath(folder, url.lastPathComponent())).second)
+                continue;
+            if (std::optional<InstalledApp> app = describe(path, isSystem))
+                apps.push_back(*std::move(app));
+        }
+    }
+    std::stable_sort(apps.begin(), apps.end(), [](const InstalledApp &a, const InstalledApp &b) {
+        return compareAsInFinder(a.name, b.name) < 0;
+    });
+    return apps;
+}
+
+std::vector<std::string> bundles(const std::string &root, int maxDepth) {
+    const NoMaterialization guard;
+    std::vector<std::string> found;
+    std::queue<std::pair<std::string, int>> waiting;
+    // Nearest folders first, so that a folder which several links lead to is entered where it reaches
+    // deepest.
+    std::unordered_set<std::string> entered = {placeOf(root)};
+    waiting.emplace(root, 0);
+    while (!waiting.empty()) {
+        const auto [folder, depth] = std::move(waiting.front());
+        waiting.pop();
+        for (const std::string &name : visibleNames(folder)) {
+            std::string path = joinPath(folder, name);
+            if (!isFolder(path))
+                continue;
+            if (name.ends_with(".app"))
+                found.push_back(std::move(path));
+            else if (depth < maxDepth && entered.insert(placeOf(path)).second)
+                waiting.emplace(std::move(path), depth + 1);
+        }
+    }
+    return found;
+}
+
+std::optional<InstalledApp> describe(const std::string &path, bool isSystem) {
+    const NoMaterialization guard;
+    const FileURL url(path);
+    const std::optional<BundleInfo> info = bundleInfo(url);
+    if (!info)
+        return std::nullopt;
+    std::error_code error;
+    return InstalledApp{
+        .url = url,
+        .name = firstText(info->displayName, info->name, deletingPathExtension(url.lastPathComponent())),
+        .bundleID = info->identifier,
+        .version = info->shortVersion ? info->shortVersion : info->version,
+        .isSystemApp = isSystem,
+        .isMASApp = fs::exists(url.appending("Contents/_MASReceipt/receipt").path(), error),
+        .lastUsed = lastUsedDate(url),
+    };
+}
+
+} // namespace brimvale::AppInventory

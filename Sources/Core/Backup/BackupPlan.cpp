@@ -1,0 +1,94 @@
+#include "Core/Backup/BackupPlan.h"
+
+#include "Base/Text.h"
+#include "Core/Text/Formatting.h"
+#include "Platform/FileStatus.h"
+#include "Platform/FileSystem.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <limits>
+#include <system_error>
+
+namespace brimvale::BackupPlan {
+
+namespace {
+
+char lowered(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+/// The folder itself, or the nearest around it that exists.
+FileURL nearestExisting(FileURL folder) {
+    while (folder.path() != "/" && !fileStatus(folder.path()))
+        folder = folder.deletingLastPathComponent();
+    return folder;
+}
+
+/// Where a place really lies, as far as it exists: no link is left in its path.
+std::string withoutLinks(const FileURL &place) {
+    std::error_code error;
+    const std::filesystem::path real = std::filesystem::weakly_canonical(place.path(), error);
+    return error ? place.path() : real.native();
+}
+
+bool isAtOrUnder(const std::string &inner, const std::string &outer) {
+    return inner.starts_with(outer) && (inner.size() == outer.size() || inner[outer.size()] == '/');
+}
+
+} // namespace
+
+bool isSameName(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char one, char other) { return lowered(one) == lowered(other); });
+}
+
+bool holds(const FileURL &item, const FileURL &place) {
+    const std::string_view name = item.lastPathComponent();
+    if (name == "/" || name == "." || name == "..")
+        return true;
+    const FileURL outer = item.standardized();
+    if (isAtOrUnder(place.standardized().path(), outer.path()))
+        return true;
+    // A link that is an item is copied as a link, and holds nothing.
+    const FileURL folder(withoutLinks(outer.deletingLastPathComponent()));
+    return isAtOrUnder(withoutLinks(place), folder.appending(name).path());
+}
+
+std::optional<std::string> refusal(const std::vector<FileURL> &items, const FileURL &root) {
+    for (auto item = items.begin(); item != items.end(); ++item) {
+        const std::string name = displayText(item->lastPathComponent());
+        if (holds(*item, root))
+            return "“" + name + "” cannot be backed up into a folder inside itself.";
+        const bool isRepeated = std::any_of(items.begin(), item, [&](const FileURL &earlier) {
+            return isSameName(earlier.lastPathComponent(), item->lastPathComponent());
+        });
+        if (isRepeated)
+            return "Two of the items are named “" + name + "”. Back them up one after the other.";
+    }
+    return std::nullopt;
+}
+
+std::optional<Shortage> shortage(const std::vector<FileURL> &items, std::int64_t neededBytes,
+                                 const FileURL &root) {
+    const FileURL folder = nearestExisting(root);
+    std::error_code error;
+    const std::filesystem::space_info space = std::filesystem::space(folder.path(), error);
+    if (error)
+        return std::nullopt;
+    constexpr std::uintmax_t most = std::numeric_limits<std::int64_t>::max();
+    const auto available = static_cast<std::int64_t>(std::min(space.available, most));
+    const bool areCloned = std::all_of(items.begin(), items.end(), [&](const FileURL &item) {
+        return copiesShareBlocks(item.path(), folder.path());
+    });
+    if (neededBytes <= available || areCloned)
+        return std::nullopt;
+    return Shortage{neededBytes, available};
+}
+
+std::string sentence(const Shortage &shortage) {
+    return "The backup needs " + Fmt::byteFormatter(shortage.needed) + ", but only " +
+           Fmt::byteFormatter(shortage.available) + " are free there.";
+}
+
+} // namespace brimvale::BackupPlan

@@ -1,0 +1,177 @@
+#include "Core/Backup/MessagesExport.h"
+
+#include "Base/Hex.h"
+#include "Base/Text.h"
+#include "Platform/ProcessRunner.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <filesystem>
+#include <limits>
+#include <system_error>
+#include <unordered_map>
+#include <utility>
+
+namespace brimvale::MessagesExport {
+
+namespace {
+
+constexpr char separator = '\x01';
+
+constexpr const char *query = "SELECT c.display_name, c.chat_identifier, m.is_from_me, m.date,\n"
+                              "       COALESCE(m.text,''), COALESCE(hex(m.attributedBody),''),\n"
+                              "       COALESCE(m.cache_has_attachments,0), COALESCE(m.service,'')\n"
+                              "FROM message m\n"
+                              "JOIN chat_message_join cmj ON cmj.message_id = m.ROWID\n"
+                              "JOIN chat c ON c.ROWID = cmj.chat_id\n"
+                              "WHERE m.associated_message_type = 0\n"
+                              "ORDER BY c.ROWID, m.date;";
+
+/// One line of the answer, in its fields.
+struct Row {
+    std::string_view displayName, chatIdentifier, isFromMe, date, text, attributedBody, hasAttachments,
+        service;
+};
+
+/// Cuts off the part of `rest` before its first separator; false where there is none.
+bool takeFirst(std::string_view &rest, std::string_view &field) {
+    const std::size_t end = rest.find(separator);
+    if (end == std::string_view::npos)
+        return false;
+    field = rest.substr(0, end);
+    rest.remove_prefix(end + 1);
+    return true;
+}
+
+/// Cuts off the part of `rest` behind its last separator; false where there is none.
+bool takeLast(std::string_view &rest, std::string_view &field) {
+    const std::size_t end = rest.rfind(separator);
+    if (end == std::string_view::npos)
+        return false;
+    field = rest.substr(end + 1);
+    rest.remove_suffix(rest.size() - end);
+    return true;
+}
+
+/// Nothing for a line that is only part of a row, which happens where a message holds a line feed. A message
+/// may hold the separator, too (newer shells print that one in another way), so its text is whatever the
+/// fields at both ends leave.
+std::optional<Row> rowOf(std::string_view line) {
+    Row row;
+    const bool isWhole = takeFirst(line, row.displayName) && takeFirst(line, row.chatIdentifier) &&
+                         takeFirst(line, row.isFromMe) && takeFirst(line, row.date) &&
+                         takeLast(line, row.service) && takeLast(line, row.hasAttachments) &&
+                         takeLast(line, row.attributedBody);
+    row.text = line;
+    return isWhole ? std::optional(row) : std::nullopt;
+}
+
+std::string_view nameOf(const Row &row) {
+    if (!row.displayName.empty())
+        return row.displayName;
+    return row.chatIdentifier.empty() ? std::string_view("Unknown") : row.chatIdentifier;
+}
+
+std::string textOf(std::string_view bytes) {
+    return isValidUtf8(bytes) ? std::string(bytes) : displayText(bytes);
+}
+
+std::string textOf(const Row &row) {
+    if (!row.text.empty() || row.attributedBody.empty())
+        return textOf(row.text);
+    const std::optional<std::string> body = bytesOfHex(row.attributedBody);
+    return body ? decodeAttributedBody(*body).value_or("") : "";
+}
+
+/// The moment that a count since the start of 2001, UTC, stands for: of seconds in older databases, of
+/// nanoseconds in newer ones. What lies beyond the range of dates becomes its end.
+Date dateOf(std::string_view text) {
+    constexpr std::int64_t mostSeconds = 1'000'000'000'000;
+    constexpr std::int64_t referenceSeconds = 978'307'200; // 2001-01-01 in the time of Unix
+    constexpr std::int64_t perSecond = 1'000'000'000;
+    std::int64_t count = 0;
+    std::from_chars(text.data(), text.data() + text.size(), count);
+
+    const std::int64_t unit = count <= mostSeconds ? perSecond : 1;
+    std::int64_t nanoseconds = 0;
+    if (__builtin_mul_overflow(count, unit, &nanoseconds) ||
+        __builtin_add_overflow(nanoseconds, referenceSeconds * perSecond, &nanoseconds))
+        return count < 0 ? Date::min() : Date::max();
+    return Date(std::chrono::nanoseconds(nanoseconds));
+}
+
+/// Puts the rows, which come chat by chat, together to conversations.
+class Collector {
+public:
+    explicit Collector(int limitPerChat) : limit_(static_cast<std::size_t>(std::max(limitPerChat, 0))) {}
+
+    void add(const Row &row) {
+        std::vector<Message> &messages = conversationOf(nameOf(row)).messages;
+        if (messages.size() < limit_)
+            messages.push_back({textOf(row), row.isFromMe == "1", dateOf(row.date), row.hasAttachments == "1",
+                                textOf(row.service)});
+    }
+
+    /// All of them, the one with the most recent last message first.
+    std::vector<Conversation> take() {
+        const auto last = [](const Conversation &one) {
+            return one.messages.empty() ? Date::min() : one.messages.back().date;
+        };
+        std::stable_sort(conversations_.begin(), conversations_.end(),
+                         [&](const auto &a, const auto &b) { return last(a) > last(b); });
+        return std::move(conversations_);
+    }
+
+private:
+    Conversation &conversationOf(std::string_view name) {
+        // Nearly every row is of the same chat as the one before.
+        if (conversations_.empty() || name != currentName_) {
+            const auto [found, isNew] = indices_.try_emplace(std::string(name), conversations_.size());
+            if (isNew)
+                conversations_.push_back({textOf(name), {}});
+            current_ = found->second;
+            currentName_ = name;
+        }
+        return conversations_[current_];
+    }
+
+    std::size_t limit_;
+    std::vector<Conversation> conversations_;
+    std::unordered_map<std::string, std::size_t> indices_; ///< by the name's bytes
+    std::size_t current_ = 0;
+    std::string_view currentName_; ///< into the shell's answer
+};
+
+std::vector<Conversation> conversationsIn(std::string_view answer, int limitPerChat) {
+    Collector collector(limitPerChat);
+    while (!answer.empty()) {
+        const std::string_view line = answer.substr(0, answer.find('\n'));
+        answer.remove_prefix(std::min(line.size() + 1, answer.size()));
+        if (const std::optional<Row> row = rowOf(line))
+            collector.add(*row);
+    }
+    return collector.take();
+}
+
+} // namespace
+
+std::vector<Conversation> read(const std::string &path, int limitPerChat, const Tools &tools) {
+    return readChecked(path, limitPerChat, tools).conversations;
+}
+
+Reading readChecked(const std::string &path, int limitPerChat, const Tools &tools) {
+    std::error_code error;
+    if (!std::filesystem::exists(path, error))
+        return {};
+    // Not as text: a single ill-formed message would make everything unreadable.
+    const std::optional<ProcessResult> result =
+        runProcess(tools.databaseShell, {"-readonly", "-separator", std::string(1, separator), path, query},
+                   StandardError::discarded);
+    if (!result)
+        return {};
+    return {conversationsIn(result->output, limitPerChat), result->exitStatus == 0};
+}
+
+} // namespace brimvale::MessagesExport

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Base/FileURL.h"
+#include "Catalogs/CleanupTarget.h"
+#include "Core/Removal/RemovalResult.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace brimvale {
+
+/// One item that was copied into a backup, with allocated bytes of original and copy.
+struct ArchivedItem {
+    FileURL source;
+    FileURL destination;
+    std::int64_t originalBytes = 0;
+    std::int64_t copiedBytes = 0;
+
+    friend bool operator==(const ArchivedItem &, const ArchivedItem &) = default;
+};
+
+/// A backup that waits for the user's review before its originals are removed.
+struct PendingDeletion {
+    FileURL destination; ///< the backup's folder
+    std::vector<ArchivedItem> items;
+    std::vector<CleanupEntry> entries; ///< what will be removed
+    std::int64_t bytes = 0;            ///< copied, in total
+    RemovalMode mode = RemovalMode::trash;
+    std::optional<FileURL> readableExport;
+    bool sameVolumeAsSource = false;
+    std::vector<FileURL> differing; ///< originals whose copies do not hold the same bytes
+
+    friend bool operator==(const PendingDeletion &, const PendingDeletion &) = default;
+};
+
+} // namespace brimvale

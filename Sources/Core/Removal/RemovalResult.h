@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Base/FileURL.h"
+#include "Core/Removal/RemovalMode.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace brimvale {
+
+/// What became of every item of one removal: each stands in exactly one list.
+struct RemovalResult {
+    struct Failure {
+        FileURL url;
+        std::string reason; ///< a readable sentence
+        friend bool operator==(const Failure &, const Failure &) = default;
+    };
+
+    std::vector<FileURL> succeeded;
+    std::vector<Failure> failed;
+    std::int64_t bytesFreed = 0;
+    std::vector<FileURL> needsAdmin; ///< may be retried with administrator rights
+
+    friend bool operator==(const RemovalResult &, const RemovalResult &) = default;
+};
+
+} // namespace brimvale

@@ -1,0 +1,170 @@
+#include "Core/Removal/Remover.h"
+
+#include "Base/Bytes.h"
+#include "Core/Removal/RemovalGuards.h"
+#include "Core/Scan/DiskScanner.h"
+#include "Core/Scan/ScanOptions.h"
+#include "Platform/FileStatus.h"
+#include "Platform/Host.h"
+#include "Platform/ShellQuoting.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+namespace brimvale::Remover {
+
+namespace {
+
+constexpr int noPermissionToWrite = 513; // these two are codes of Cocoa's file functions
+constexpr int volumeIsReadOnly = 642;
+
+/// In bytes. Linux takes no longer argument (MAX_ARG_STRLEN, 128 KiB with the zero at its end), and the
+/// command is one; macOS takes more.
+constexpr std::size_t longestCommand = 131'071;
+
+constexpr const char *stoppedReason = "Not removed: the removal was stopped.";
+constexpr const char *doesNotFitReason =
+    "Not removed: these are too many items for one administrator command. Remove the rest in another step.";
+
+bool isStopped(const RemovalProgress *progress) {
+    return progress != nullptr && progress->cancelled;
+}
+
+/// What the item takes on the disk, in allocated bytes.
+std::int64_t measuredSize(const FileURL &item, const RemovalProgress *progress = nullptr) {
+    return DiskScanner::quickSize(item.path(), ScanOptions::standard(),
+                                  [progress] { return isStopped(progress); });
+}
+
+bool needsAdministrator(const FileError &error) {
+    return error.code == noPermissionToWrite || error.code == volumeIsReadOnly || isPermissionDenied(error);
+}
+
+/// Whether there is certainly nothing at the path any more, not even a link that leads nowhere.
+bool isGone(const FileURL &item) {
+    return !fileStatus(item.path()) && (errno == ENOENT || errno == ENOTDIR);
+}
+
+/// The move of an item counts as one entry, whatever is in it.
+std::optional<FileError> moveToTrash(const FileURL &item, RemovalProgress *progress,
+                                     RemovalActions &actions) {
+    std::optional<FileError> error = actions.moveToTrash(item);
+    if (!error && progress != nullptr)
+        ++progress->entriesRemoved;
+    return error;
+}
+
+void addSuccess(RemovalResult &result, const FileURL &url, std::int64_t size) {
+    result.succeeded.push_back(url);
+    result.bytesFreed = checkedAdd(result.bytesFreed, size);
+}
+
+std::string withoutEvery(std::string text, std::string_view part) {
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at))
+        text.erase(at, part.size());
+    return text;
+}
+
+/// Whether the text means nothing but itself to a shell and in a script.
+bool isHarmless(std::string_view text) {
+    return text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789.-_") ==
+           std::string_view::npos;
+}
+
+} // namespace
+
+std::optional<std::string> check(const FileURL &url) {
+    static const RemovalGuards guards(Host::current());
+    return guards.check(url);
+}
+
+bool isPermissionDenied(const FileError &error) {
+    const auto isDenied = [](const FileError &one) {
+        return one.domain == FileError::Domain::posix && one.code == EACCES;
+    };
+    return isDenied(error) || (error.underlying != nullptr && isDenied(*error.underlying));
+}
+
+RemovalResult remove(const std::vector<FileURL> &urls, RemovalMode mode, const Sizes &precomputedSizes,
+                     RemovalProgress *progress, RemovalActions &actions) {
+    RemovalResult result;
+    for (const FileURL &url : urls) {
+        if (isStopped(progress)) {
+            result.failed.push_back({url, stoppedReason});
+            continue;
+        }
+        const FileURL item = url.standardized();
+        if (std::optional<std::string> refusal = check(item)) {
+            result.failed.push_back({url, *std::move(refusal)});
+            continue;
+        }
+        const auto known = precomputedSizes.find(url);
+        const std::int64_t size =
+            known != precomputedSizes.end() ? known->second : measuredSize(item, progress);
+        if (isStopped(progress)) {
+            result.failed.push_back({url, stoppedReason});
+            continue;
+        }
+        const std::optional<FileError> error = mode == RemovalMode::deleteNow
+                                                   ? actions.removeItem(item, progress)
+                                                   : moveToTrash(item, progress, actions);
+        if (!error)
+            addSuccess(result, url, size);
+        else if (needsAdministrator(*error))
+            result.needsAdmin.push_back(url);
+        else
+            result.failed.push_back({url, error->localizedDescription});
+    }
+    return result;
+}
+
+// The command names the paths that were judged a moment ago. Whoever can rename their enclosing folders until
+// it runs can lead it elsewhere: that is the user alone, for whom the guards are no barrier but a railing.
+RemovalResult removeWithAdmin(const std::vector<FileURL> &urls, RemovalActions &actions) {
+    RemovalResult result;
+    std::vector<FileURL> admitted;
+    std::string command = "/bin/rm -rf --";
+    for (const FileURL &url : urls) {
+        const FileURL item = url.standardized();
+        std::optional<std::string> refusal = check(item);
+        const std::string word = refusal ? "" : " " + quotedForShell(item.path());
+        if (!refusal && command.size() + word.size() > longestCommand)
+            refusal = doesNotFitReason;
+        if (refusal) {
+            result.failed.push_back({url, *std::move(refusal)});
+            continue;
+        }
+        command += word;
+        admitted.push_back(item);
+    }
+    if (admitted.empty())
+        return result;
+
+    Sizes sizes;
+    for (const FileURL &item : admitted)
+        if (!sizes.contains(item))
+            sizes[item] = measuredSize(item);
+    if (const std::optional<PrivilegedRunError> error = actions.runAsAdministrator(command)) {
+        for (const FileURL &item : admitted)
+            result.failed.push_back({item, error->message.value_or("Authorization failed.")});
+        return result;
+    }
+    for (const FileURL &item : admitted) {
+        if (!isGone(item))
+            result.failed.push_back({item, "Still present after removal."});
+        else
+            addSuccess(result, item, std::exchange(sizes[item], 0)); // named twice, it was there once
+    }
+    return result;
+}
+
+bool deleteSnapshot(const std::string &name, const FileURL & /*volume*/, RemovalActions &actions) {
+    const std::string stamp = withoutEvery(withoutEvery(name, "com.apple.TimeMachine."), ".local");
+    // The stamp goes to the administrator's shell unquoted, and no real one has any other character.
+    return isHarmless(stamp) && !actions.runAsAdministrator("/usr/bin/tmutil deletelocalsnapshots " + stamp);
+}
+
+} // namespace brimvale::Remover

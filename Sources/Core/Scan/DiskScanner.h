@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Core/Scan/FSNode.h"
+#include "Core/Scan/ScanOptions.h"
+#include "Core/Scan/ScanStats.h"
+#include "Core/Scan/WalkPool.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace brimvale {
+
+/// Measures folders. Never follows a symbolic link below the path it is given, never crosses onto another
+/// volume unless told to, never enters a skipped folder, and counts a file with several names once a scan.
+/// What cannot be read becomes a flag or a count, never an error. A size or count that no longer fits into 64
+/// bits ends the program.
+namespace DiskScanner {
+
+/// The sized tree of the folder at `root` (absolute; a link to a folder is followed). Blocks; call it off the
+/// main thread. Always answers a node: one without children where nothing exists, or nothing can be listed; a
+/// node with the file's figures where `root` is no folder. The children are not yet sorted.
+///
+/// After `stats.cancel()` it answers what was counted until then: folders not yet entered are missing, and
+/// those not yet finished have no aggregate and keep their logical size to themselves.
+[[nodiscard]] std::unique_ptr<FSNode> scan(const std::string &root, const ScanOptions &options,
+                                           ScanStats &stats, WalkPool &pool = WalkPool::shared());
+
+/// The allocated bytes at and under `path` (absolute), which may be a file; a link counts itself. Files with
+/// several names count once a name. Always stays on the path's own device. 0 when it cannot be examined or is
+/// skipped; after `cancelled` answers true, what was counted until then. `cancelled` is asked from several
+/// threads.
+[[nodiscard]] std::int64_t quickSize(
+    const std::string &path, const ScanOptions &options,
+    const std::function<bool()> &cancelled = [] { return false; }, WalkPool &pool = WalkPool::shared());
+
+/// "Macintosh HD" for "/", else the path's last component.
+[[nodiscard]] std::string displayName(const std::string &path);
+
+} // namespace DiskScanner
+
+} // namespace brimvale

@@ -1,0 +1,100 @@
+#include "Core/Scan/FSNode.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace brimvale {
+
+FSNode::FSNode(std::string nodeName, std::string path, bool directory)
+    : name(std::move(nodeName)), isDirectory(directory),
+      ownPath_(std::make_unique<std::string>(std::move(path))) {}
+
+FSNode::FSNode(std::string nodeName, FSNode &parent, bool directory)
+    : name(std::move(nodeName)), isDirectory(directory), parent_(&parent) {}
+
+std::unique_ptr<FSNode> FSNode::aggregate(FSNode &parent, std::int64_t count) {
+    auto node = std::make_unique<FSNode>(
+        std::to_string(count) + (count == 1 ? " smaller item" : " smaller items"), parent, false);
+    node->isAggregate = true;
+    node->fileCount = count;
+    return node;
+}
+
+/// Leaf by leaf: a chain of a million folders must not recurse through their destructors.
+FSNode::~FSNode() {
+    FSNode *node = this;
+    while (node != this || !children_.empty()) {
+        if (!node->children_.empty()) {
+            node = node->children_.back().get();
+        } else {
+            node = node->parent_;
+            node->children_.pop_back();
+        }
+    }
+}
+
+std::string FSNode::path() const {
+    const FSNode *top = isAggregate && parent_ != nullptr ? parent_ : this;
+    std::size_t length = 0;
+    const FSNode *node = top;
+    for (; node->ownPath_ == nullptr; node = node->parent_)
+        length += node->name.size() + 1;
+    const std::string &rootPath = *node->ownPath_;
+    const std::size_t rootLength = rootPath == "/" && node != top ? 0 : rootPath.size();
+
+    std::string path(rootLength + length, '/');
+    std::copy_n(rootPath.begin(), rootLength, path.begin());
+    std::size_t end = path.size();
+    for (node = top; node->ownPath_ == nullptr; node = node->parent_) {
+        end -= node->name.size();
+        std::copy(node->name.begin(), node->name.end(), path.begin() + static_cast<std::ptrdiff_t>(end));
+        --end;
+    }
+    return path;
+}
+
+void FSNode::adopt(std::unique_ptr<FSNode> child) {
+    child->parent_ = this;
+    child->ownPath_.reset();
+    children_.push_back(std::move(child));
+}
+
+void FSNode::adopt(std::vector<std::unique_ptr<FSNode>> &children) {
+    children_.reserve(children_.size() + children.size());
+    for (std::unique_ptr<FSNode> &child : children)
+        adopt(std::move(child));
+    children.clear();
+}
+
+std::unique_ptr<FSNode> FSNode::release(const FSNode &child) {
+    const auto found = std::find_if(children_.begin(), children_.end(),
+                                    [&](const std::unique_ptr<FSNode> &one) { return one.get() == &child; });
+    if (found == children_.end())
+        return nullptr;
+    (*found)->ownPath_ = std::make_unique<std::string>((*found)->path());
+    (*found)->parent_ = nullptr;
+    std::unique_ptr<FSNode> released = std::move(*found);
+    children_.erase(found);
+    return released;
+}
+
+bool FSNode::drop(const std::function<bool(const FSNode &)> &isUnwanted) {
+    return std::erase_if(children_,
+                         [&](const std::unique_ptr<FSNode> &child) { return isUnwanted(*child); }) > 0;
+}
+
+void FSNode::sortRecursively() {
+    std::vector<FSNode *> waiting{this};
+    while (!waiting.empty()) {
+        FSNode *node = waiting.back();
+        waiting.pop_back();
+        if (node->children_.size() > 1) // the sort would take memory for one, too
+            std::stable_sort(node->children_.begin(), node->children_.end(),
+                             [](const auto &a, const auto &b) { return a->size > b->size; });
+        for (const std::unique_ptr<FSNode> &child : node->children_)
+            if (!child->outlineChildren().empty())
+                waiting.push_back(child.get());
+    }
+}
+
+} // namespace brimvale

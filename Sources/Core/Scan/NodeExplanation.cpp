@@ -1,0 +1,16 @@
+#include "Core/Scan/NodeExplanation.h"
+
+namespace brimvale {
+
+std::optional<std::string> explanation(const FSNode &node) {
+    if (node.isNotDescended && node.isCloudProvider)
+        return "Skipped. A cloud provider owns this folder, and measuring it would make the provider pull "
+               "down the whole remote tree. Files that are not downloaded take no space here anyway.";
+    if (node.isNotDescended)
+        return "Skipped. System-managed location, not counted toward this scan.";
+    if (node.unreadable)
+        return "Not readable. Full Disk Access would let this be measured.";
+    return std::nullopt;
+}
+
+} // namespace brimvale

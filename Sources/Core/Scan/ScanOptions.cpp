@@ -1,0 +1,46 @@
+#include "Core/Scan/ScanOptions.h"
+
+#include "Catalogs/SkippedPaths.h"
+#include "Platform/Mounts.h"
+
+#include <iterator>
+#include <vector>
+
+namespace brimvale {
+
+namespace {
+
+PathSet setOf(std::vector<std::string> paths) {
+    return {std::move_iterator(paths.begin()), std::move_iterator(paths.end())};
+}
+
+} // namespace
+
+ScanOptions ScanOptions::standard(const Host &host) {
+    ScanOptions options;
+    options.skippedPaths = defaultSkippedPaths(host);
+    options.cloudProviderPaths = cloudProviderRoots(host);
+    options.skippedPaths.insert(options.cloudProviderPaths.begin(), options.cloudProviderPaths.end());
+    return options;
+}
+
+PathSet ScanOptions::defaultSkippedPaths(const Host &host) {
+    PathSet paths = setOf(brimvale::skippedPaths(host));
+    paths.merge(setOf(pseudoMountPoints()));
+    return paths;
+}
+
+PathSet ScanOptions::cloudProviderRoots(const Host &host) {
+    return setOf(brimvale::cloudProviderRoots(host));
+}
+
+SkipList::SkipList(const PathSet &paths) : paths_(paths) {
+    for (const std::string &path : paths_)
+        lastNames_.insert(std::string_view(path).substr(path.rfind('/') + 1));
+}
+
+bool SkipList::contains(const std::string &folderPath, std::string_view name) const {
+    return lastNames_.contains(name) && paths_.contains(joinPath(folderPath, name));
+}
+
+} // namespace brimvale

@@ -1,0 +1,214 @@
+#include "Core/Scan/SubtreeSizes.h"
+
+#include "Base/Bytes.h"
+#include "Core/Scan/DiskScanner.h"
+#include "Core/Scan/NestedItems.h"
+#include "Platform/Dataless.h"
+
+#include <memory>
+#include <mutex>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+/// One run. Each folder that is wanted has a walk of its own, which leaves out the wanted folders inside it;
+/// their bytes are added once it has come by and they are finished. So nothing is walked twice, and all of
+/// it is begun in the order in which it is wanted, inner or outer.
+class Run {
+public:
+    Run(const std::vector<SubtreeSizes::Group> &groups, const ScanOptions &options,
+        const std::function<bool()> &cancelled, const SubtreeSizes::Finished &finished, WalkPool &pool);
+
+    void measure();
+
+    // For the walks:
+
+    [[nodiscard]] bool isCancelled() const { return cancelled_(); }
+    [[nodiscard]] bool isSkipped(const std::string &folderPath, std::string_view name) const {
+        return skipped_.contains(folderPath, name);
+    }
+    [[nodiscard]] NestedItem *innerItem(const std::string &folderPath, std::string_view name) const {
+        return items_.inner(folderPath, name);
+    }
+    /// A walk has come by an item inside its own, whose bytes count there, too: now or when they are known.
+    void meet(NestedItem &inner);
+    /// A folder of the item is done with. It has `bytes`, and `begun` folders in it wait.
+    void close(NestedItem &item, std::int64_t bytes, std::int64_t begun);
+    /// A folder around the item lies within it. Alone its walk would have entered that.
+    void markEnclosing(NestedItem &item);
+
+private:
+    void measureAlone();
+    void add(NestedItem &first, std::int64_t firstBytes, std::int64_t opened);
+    void settle(const NestedItem &item);
+    void tellSettled();
+
+    const ScanOptions &options_;
+    const SkipList skipped_;
+    const std::function<bool()> &cancelled_;
+    const SubtreeSizes::Finished &finished_;
+    WalkPool &pool_;
+    NestedItems items_;
+    std::vector<std::vector<const NestedItem *>> groups_; ///< the item of each path
+
+    std::mutex lock_;                    ///< guards what changes in the items, and the next two
+    std::vector<std::size_t> unsettled_; ///< how many items each group waits for
+    std::vector<std::size_t> settled_;   ///< groups to be told
+    std::mutex telling_;                 ///< one at a time
+};
+
+/// Adds up what one walk meets of one item.
+class Adding final : public WalkVisitor {
+public:
+    explicit Adding(Run &run) : run_(run) {}
+
+    bool isCancelled() override { return run_.isCancelled(); }
+    void enter(FolderHandle, const std::string &, int) override { bytes_ = begun_ = 0; }
+    void file(FolderHandle, std::string_view, const FileStatus &status) override {
+        bytes_ = checkedAdd(bytes_, status.allocatedBytes);
+    }
+    std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
+                                          std::string_view name, bool canBeEntered) override;
+    void noStatus(FolderHandle) override {}
+    void unreadable(FolderHandle) override {}
+    void enclosing(FolderHandle folder) override { run_.markEnclosing(itemOf(folder)); }
+    void leave(FolderHandle folder) override { run_.close(itemOf(folder), bytes_, begun_); }
+    void interrupted(FolderHandle folder) override { leave(folder); }
+    void abandoned(FolderHandle folder) override { run_.close(itemOf(folder), 0, 0); }
+
+private:
+    static NestedItem &itemOf(FolderHandle folder) { return *static_cast<NestedItem *>(folder); }
+
+    Run &run_;
+    // Of the folder that is read:
+    std::int64_t bytes_ = 0;
+    std::int64_t begun_ = 0;
+};
+
+std::optional<FolderHandle> Adding::subfolder(FolderHandle folder, const std::string &folderPath,
+                                              std::string_view name, bool canBeEntered) {
+    if (!canBeEntered || run_.isSkipped(folderPath, name))
+        return std::nullopt;
+    if (NestedItem *inner = run_.innerItem(folderPath, name)) {
+        run_.meet(*inner);
+        return std::nullopt;
+    }
+    ++begun_;
+    return folder;
+}
+
+Run::Run(const std::vector<SubtreeSizes::Group> &groups, const ScanOptions &options,
+         const std::function<bool()> &cancelled, const SubtreeSizes::Finished &finished, WalkPool &pool)
+    : options_(options), skipped_(options.skippedPaths), cancelled_(cancelled), finished_(finished),
+      pool_(pool), items_(skipped_), groups_(groups.size()) {
+    for (std::size_t group = 0; group < groups.size(); ++group) {
+        for (const std::string &path : groups[group])
+            groups_[group].push_back(&items_.add(path, group, !pool_.isShutDown() && !cancelled_()));
+        unsettled_.push_back(groups[group].size());
+        if (groups[group].empty())
+            settled_.push_back(group);
+    }
+    items_.nest();
+}
+
+void Run::measure() {
+    std::vector<PendingFolders> starts;
+    for (const std::unique_ptr<NestedItem> &item : items_.all()) {
+        if (item->folder)
+            starts.emplace_back(item->path, item.get(), *item->folder, item->around);
+        else
+            settle(*item);
+    }
+    tellSettled();
+    pool_.walk(std::move(starts), false, [this] { return std::make_unique<Adding>(*this); });
+    measureAlone();
+}
+
+/// What encloses itself, which takes a folder that is mounted once more inside itself.
+void Run::measureAlone() {
+    for (const std::unique_ptr<NestedItem> &item : items_.all()) {
+        if (!item->needsWalkOfItsOwn)
+            continue;
+        item->bytes = DiskScanner::quickSize(item->path, options_, cancelled_, pool_);
+        settle(*item);
+        tellSettled();
+    }
+}
+
+void Run::meet(NestedItem &inner) {
+    const std::lock_guard guard(lock_);
+    // A folder that changes meanwhile may show a name twice.
+    if (std::exchange(inner.isMet, true))
+        return;
+    NestedItem &outer = *inner.outer;
+    if (inner.isFinished)
+        outer.bytes = checkedAdd(outer.bytes, inner.bytes);
+    else
+        ++outer.open;
+}
+
+void Run::close(NestedItem &item, std::int64_t bytes, std::int64_t begun) {
+    {
+        const std::lock_guard guard(lock_);
+        add(item, bytes, begun - 1);
+    }
+    tellSettled();
+}
+
+/// Under the lock. What is complete now completes the item around it, and so on.
+void Run::add(NestedItem &first, std::int64_t firstBytes, std::int64_t opened) {
+    std::int64_t bytes = firstBytes;
+    for (NestedItem *item = &first; item != nullptr; item = item->isMet ? item->outer : nullptr) {
+        item->bytes = checkedAdd(item->bytes, bytes);
+        item->open += std::exchange(opened, -1);
+        if (item->open > 0)
+            return;
+        item->isFinished = true;
+        if (!item->needsWalkOfItsOwn)
+            settle(*item);
+        bytes = item->bytes;
+    }
+}
+
+void Run::markEnclosing(NestedItem &item) {
+    const std::lock_guard guard(lock_);
+    if (item.outer == nullptr)
+        return; // it is the outermost, and refused the folder as it does alone
+    for (NestedItem *one = &item; one != nullptr && !one->isFinished; one = one->outer)
+        one->needsWalkOfItsOwn = true;
+}
+
+/// Under the lock, or while nothing is walked.
+void Run::settle(const NestedItem &item) {
+    for (const std::size_t group : item.groups)
+        if (--unsettled_[group] == 0)
+            settled_.push_back(group);
+}
+
+void Run::tellSettled() {
+    std::vector<std::size_t> settled;
+    {
+        const std::lock_guard guard(lock_);
+        settled.swap(settled_);
+    }
+    for (const std::size_t group : settled) {
+        // Nobody changes a settled group's items any more.
+        std::vector<std::int64_t> sizes;
+        for (const NestedItem *item : groups_[group])
+            sizes.push_back(item->bytes);
+        const std::lock_guard guard(telling_);
+        finished_(group, sizes);
+    }
+}
+
+} // namespace
+
+void SubtreeSizes::measure(const std::vector<Group> &groups, const ScanOptions &options,
+                           const std::function<bool()> &cancelled, const Finished &finished, WalkPool &pool) {
+    const NoMaterialization guard;
+    Run(groups, options, cancelled, finished, pool).measure();
+}
+
+} // namespace brimvale

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Core/Scan/ScanOptions.h"
+#include "Core/Scan/WalkPool.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace brimvale {
+
+/// Measures many files and folders in one run. Each has the size that `DiskScanner::quickSize` answers for it
+/// alone; but a folder that lies in several of them is walked once, and answers for all.
+namespace SubtreeSizes {
+
+/// Absolute paths that are wanted together. A path may stand in several groups, and lie inside another's.
+using Group = std::vector<std::string>;
+
+/// Takes the allocated bytes of a group's paths, in their order.
+using Finished = std::function<void(std::size_t group, const std::vector<std::int64_t> &sizes)>;
+
+/// Measures the paths of all groups, and tells each group's sizes as soon as they are known: on any of the
+/// pool's threads, one group at a time, every group once. The groups are begun in their order. Blocks until
+/// the last one is told. After `cancelled` (asked from several threads) answers true, or the pool is shut
+/// down, the sizes are what was counted until then.
+void measure(const std::vector<Group> &groups, const ScanOptions &options,
+             const std::function<bool()> &cancelled, const Finished &finished,
+             WalkPool &pool = WalkPool::shared());
+
+} // namespace SubtreeSizes
+
+} // namespace brimvale

@@ -1,0 +1,147 @@
+#include "Core/Scan/TreeBuilder.h"
+
+#include "Base/Bytes.h"
+
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+/// How many files a walk counts before it tells the shared figures.
+constexpr std::int64_t publishEvery = 4096;
+
+/// A walk's starting folder and the two levels below it are shown as what is being scanned.
+constexpr int deepestShown = 2;
+
+FSNode &nodeOf(FolderHandle folder) {
+    return *static_cast<FSNode *>(folder);
+}
+
+void addFile(FSNode &node, std::int64_t size, std::int64_t logicalSize) {
+    node.size = checkedAdd(node.size, size);
+    node.logicalSize = checkedAdd(node.logicalSize, logicalSize);
+    node.fileCount = checkedAdd(node.fileCount, 1);
+}
+
+} // namespace
+
+void TreeBuilder::enter(FolderHandle /*folder*/, const std::string &path, int depth) {
+    if (depth > deepestShown)
+        return;
+    publish();
+    state_.stats.setCurrent(path);
+}
+
+void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileStatus &status) {
+    if (status.linkCount > 1 && status.kind == FileKind::regularFile &&
+        !state_.inodes.insert(status.identity.device, status.identity.inode))
+        return;
+    const std::int64_t size = status.allocatedBytes;
+    unpublishedBytes_ = checkedAdd(unpublishedBytes_, size);
+    if (++unpublishedFiles_ == publishEvery)
+        publish();
+
+    FSNode &node = nodeOf(folder);
+    addFile(node, size, status.length);
+    if (size >= state_.options.minimumNodeSize) {
+        auto child = std::make_unique<FSNode>(std::string(name), node, false);
+        addFile(*child, size, status.length);
+        children_.push_back(std::move(child));
+    } else {
+        smallBytes_ = checkedAdd(smallBytes_, size);
+        smallLogical_ = checkedAdd(smallLogical_, status.length);
+        ++smallCount_;
+    }
+}
+
+std::optional<FolderHandle> TreeBuilder::subfolder(FolderHandle folder, const std::string &folderPath,
+                                                   std::string_view name, bool /*canBeEntered*/) {
+    children_.push_back(std::make_unique<FSNode>(std::string(name), nodeOf(folder), true));
+    FSNode *child = children_.back().get();
+    if (!state_.skipped.contains(folderPath, name))
+        return child;
+    child->isNotDescended = true;
+    child->isCloudProvider = state_.options.cloudProviderPaths.contains(child->path());
+    return std::nullopt;
+}
+
+void TreeBuilder::noStatus(FolderHandle folder) {
+    state_.stats.addUnreadable();
+    // The mark belongs to the top-level entry that is walked, which several walks may share.
+    FSNode *top = &nodeOf(folder);
+    while (top->parent()->parent() != nullptr)
+        top = top->parent();
+    const std::lock_guard guard(state_.lock);
+    top->unreadable = true;
+}
+
+void TreeBuilder::unreadable(FolderHandle folder) {
+    state_.stats.addUnreadable();
+    const std::lock_guard guard(state_.lock);
+    nodeOf(folder).unreadable = true;
+}
+
+void TreeBuilder::leave(FolderHandle folder) {
+    FSNode &node = nodeOf(folder);
+    if (smallCount_ > 0) {
+        children_.push_back(FSNode::aggregate(node, smallCount_));
+        children_.back()->size = smallBytes_;
+        children_.back()->logicalSize = smallLogical_;
+    }
+    finishFolder(node);
+}
+
+void TreeBuilder::interrupted(FolderHandle folder) {
+    finishFolder(nodeOf(folder));
+    const std::lock_guard guard(state_.lock);
+    state_.unfinished.insert(&nodeOf(folder));
+}
+
+void TreeBuilder::abandoned(FolderHandle folder) {
+    const std::lock_guard guard(state_.lock);
+    state_.unentered.insert(&nodeOf(folder));
+}
+
+void TreeBuilder::finishFolder(FSNode &node) {
+    node.adopt(children_);
+    smallBytes_ = smallLogical_ = smallCount_ = 0;
+}
+
+void TreeBuilder::publish() {
+    if (unpublishedFiles_ == 0)
+        return;
+    state_.stats.add(unpublishedFiles_, unpublishedBytes_);
+    unpublishedFiles_ = unpublishedBytes_ = 0;
+}
+
+void rollUp(FSNode &root, const ScanState &state) {
+    std::unordered_set<const FSNode *> unfinished = state.unfinished;
+    std::vector<FSNode *> folders{&root};
+    for (std::size_t i = 0; i < folders.size(); ++i) {
+        FSNode &folder = *folders[i];
+        if (!state.unentered.empty() &&
+            folder.drop([&](const FSNode &child) { return state.unentered.contains(&child); }))
+            unfinished.insert(&folder);
+        for (const std::unique_ptr<FSNode> &child : folder.children())
+            if (child->isDirectory)
+                folders.push_back(child.get());
+    }
+    // Backwards every folder comes after all that lie in it.
+    for (std::size_t i = folders.size() - 1; i > 0; --i) {
+        FSNode &folder = *folders[i];
+        FSNode &parent = *folder.parent();
+        const bool isUnfinished = unfinished.contains(&folder);
+        if (isUnfinished) {
+            folder.drop([](const FSNode &child) { return child.isAggregate; });
+            unfinished.insert(&parent);
+        }
+        parent.size = checkedAdd(parent.size, folder.size);
+        parent.fileCount = checkedAdd(parent.fileCount, folder.fileCount);
+        parent.dirCount = checkedAdd(parent.dirCount, checkedAdd(folder.dirCount, 1));
+        if (!isUnfinished || &parent == &root)
+            parent.logicalSize = checkedAdd(parent.logicalSize, folder.logicalSize);
+    }
+}
+
+} // namespace brimvale

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "Core/Scan/FSNode.h"
+#include "Core/Scan/ScanOptions.h"
+#include "Core/Scan/ScanStats.h"
+#include "Platform/DirectoryWalk.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace brimvale {
+
+/// What all walks of one scan share.
+struct ScanState {
+    ScanState(const ScanOptions &scanOptions, ScanStats &scanStats)
+        : options(scanOptions), skipped(scanOptions.skippedPaths), stats(scanStats) {}
+
+    const ScanOptions options;
+    const SkipList skipped;
+    ScanStats &stats;
+    InodeSet inodes;
+
+    std::mutex lock;                               ///< guards the two sets
+    std::unordered_set<const FSNode *> unentered;  ///< folders that a cancelled scan did not come to
+    std::unordered_set<const FSNode *> unfinished; ///< folders that a cancelled scan was reading
+};
+
+/// Makes the nodes of what one walk meets. A folder's node gets what lies directly in it; `rollUp` adds up
+/// the levels when all walks are done, so no two walks ever write the same node, and the children of a folder
+/// stand in the order of the walk whoever walked them.
+class TreeBuilder : public WalkVisitor {
+public:
+    explicit TreeBuilder(ScanState &state) : state_(state) {}
+    ~TreeBuilder() override { publish(); }
+
+    bool isCancelled() override { return state_.stats.cancelled(); }
+    void enter(FolderHandle folder, const std::string &path, int depth) override;
+    void file(FolderHandle folder, std::string_view name, const FileStatus &status) override;
+    std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
+                                          std::string_view name, bool) override;
+    void noStatus(FolderHandle folder) override;
+    void unreadable(FolderHandle folder) override;
+    void leave(FolderHandle folder) override;
+    void interrupted(FolderHandle folder) override;
+    void abandoned(FolderHandle folder) override;
+
+private:
+    void publish();
+    void finishFolder(FSNode &node);
+
+    ScanState &state_;
+    std::int64_t unpublishedFiles_ = 0;
+    std::int64_t unpublishedBytes_ = 0;
+
+    // Of the folder that is read:
+    std::vector<std::unique_ptr<FSNode>> children_;
+    std::int64_t smallBytes_ = 0;
+    std::int64_t smallLogical_ = 0;
+    std::int64_t smallCount_ = 0;
+};
+
+/// Adds every folder's figures to those of the folder it lies in, up to `root`, once all walks are done.
+void rollUp(FSNode &root, const ScanState &state);
+
+} // namespace brimvale

@@ -1,0 +1,149 @@
+#include "Core/Scan/WalkPool.h"
+
+#include "Platform/Dataless.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+/// Enough that a cold disk's queue stays full: 16 threads, the asking one included, walk a cold tree twice as
+/// fast as 2.
+constexpr std::size_t mostWorkers = 15;
+
+/// Descriptors of one walk: those it keeps, the folders it started from and reads, and one that it hands
+/// over.
+constexpr std::size_t descriptorsPerWalk = DirectoryWalk::maximumOpenFolders + 3;
+
+/// Descriptors left to the rest of the program.
+constexpr std::size_t descriptorsElsewhere = 32;
+
+/// A low limit on descriptors makes fewer workers, never a folder that cannot be opened.
+int sharedWorkerCount() {
+    const std::size_t limit = descriptorLimit();
+    const std::size_t forWalks = limit > descriptorsElsewhere ? limit - descriptorsElsewhere : 0;
+    const std::size_t walks = std::max<std::size_t>(forWalks / descriptorsPerWalk, 1);
+    return static_cast<int>(std::min(walks - 1, mostWorkers));
+}
+
+} // namespace
+
+WalkPool &WalkPool::shared() {
+    static WalkPool pool(sharedWorkerCount());
+    return pool;
+}
+
+WalkPool::WalkPool(int workerCount) {
+    try {
+        for (int i = 0; i < workerCount; ++i)
+            workers_.emplace_back([this] { work(); });
+    } catch (const std::system_error &) {
+        // The system gives no more threads. Those that there are do, and if need be the caller's alone.
+    }
+}
+
+WalkPool::~WalkPool() {
+    {
+        const std::lock_guard guard(lock_);
+        isClosing_ = true;
+    }
+    queued_.notify_all();
+    for (std::thread &worker : workers_)
+        worker.join();
+}
+
+void WalkPool::walk(PendingFolders start, bool crossesMountPoints, const MakeVisitor &makeVisitor) {
+    std::vector<PendingFolders> starts;
+    starts.push_back(std::move(start));
+    walk(std::move(starts), crossesMountPoints, makeVisitor);
+}
+
+void WalkPool::walk(std::vector<PendingFolders> starts, bool crossesMountPoints,
+                    const MakeVisitor &makeVisitor) {
+    if (starts.empty())
+        return;
+    const NoMaterialization guard;
+    Job job{crossesMountPoints, makeVisitor, 1};
+    {
+        const std::lock_guard guardOfQueue(lock_);
+        for (std::size_t i = 1; i < starts.size(); ++i)
+            queue(job, std::move(starts[i]));
+    }
+    if (starts.size() > 1)
+        queued_.notify_all();
+    run(job, std::move(starts.front()));
+
+    std::unique_lock lock(lock_);
+    ++hunger_;
+    while (job.unfinished > 0) {
+        const auto mine =
+            std::find_if(queue_.begin(), queue_.end(), [&](const Task &task) { return task.job == &job; });
+        if (mine == queue_.end()) {
+            changed_.wait(lock);
+            continue;
+        }
+        // One idle thread and one queued task less: the hunger stays as it is.
+        PendingFolders folders = std::move(mine->folders);
+        queue_.erase(mine);
+        lock.unlock();
+        run(job, std::move(folders));
+        lock.lock();
+        ++hunger_;
+    }
+    --hunger_;
+}
+
+void WalkPool::work() {
+    const NoMaterialization guard;
+    std::unique_lock lock(lock_);
+    while (true) {
+        ++hunger_;
+        queued_.wait(lock, [this] { return isClosing_ || !queue_.empty(); });
+        if (isClosing_)
+            return;
+        Task task = std::move(queue_.front());
+        queue_.pop_front();
+        lock.unlock();
+        run(*task.job, std::move(task.folders));
+        lock.lock();
+    }
+}
+
+/// One walk of a job, from its start to its end.
+void WalkPool::run(Job &job, PendingFolders folders) {
+    {
+        const std::unique_ptr<WalkVisitor> visitor = job.makeVisitor();
+        DirectoryWalk walk(*visitor, job.crossesMountPoints, std::move(folders), &isShutDown_);
+        while (walk.step())
+            offer(job, walk);
+    }
+    const std::lock_guard guard(lock_);
+    if (--job.unfinished == 0)
+        changed_.notify_all();
+}
+
+/// Under the lock.
+void WalkPool::queue(Job &job, PendingFolders folders) {
+    queue_.push_back({&job, std::move(folders)});
+    ++job.unfinished;
+    --hunger_;
+}
+
+void WalkPool::offer(Job &job, DirectoryWalk &walk) {
+    while (hunger_.load(std::memory_order_relaxed) > 0) {
+        std::optional<PendingFolders> folders = walk.handOver();
+        if (!folders)
+            return;
+        {
+            const std::lock_guard guard(lock_);
+            queue(job, std::move(*folders));
+        }
+        queued_.notify_one();
+        changed_.notify_all();
+    }
+}
+
+} // namespace brimvale

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Catalogs/CleanupTarget.h"
+#include "Core/Scan/WalkPool.h"
+#include "Platform/Host.h"
+
+#include <functional>
+#include <vector>
+
+namespace brimvale {
+
+/// The places where data collects that comes back on its own, and what lies in them. Measuring never fails:
+/// what cannot be read is left out. It blocks; call it off the main thread.
+namespace CleanupCatalog {
+
+/// The targets of the host's catalog, not yet measured, in the order in which they are shown.
+[[nodiscard]] std::vector<CleanupTarget> definitions(const Host &host = Host::current());
+
+/// The target with its entries, the largest first. After `cancelled` (asked from several threads) answers
+/// true they are what was counted until then.
+[[nodiscard]] CleanupTarget measure(
+    CleanupTarget target, const std::function<bool()> &cancelled = [] { return false; },
+    const Host &host = Host::current(), WalkPool &pool = WalkPool::shared());
+
+/// Measures several targets at once, what they share once, and tells each as soon as it is known: on any
+/// thread of the pool, one at a time, every target once.
+void measureAll(
+    const std::vector<CleanupTarget> &targets, const std::function<void(CleanupTarget)> &finished,
+    const std::function<bool()> &cancelled = [] { return false; }, const Host &host = Host::current(),
+    WalkPool &pool = WalkPool::shared());
+
+} // namespace CleanupCatalog
+
+} // namespace brimvale

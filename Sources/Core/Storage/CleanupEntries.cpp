@@ -1,0 +1,76 @@
+#include "Core/Storage/CleanupEntries.h"
+
+#include "Base/Bytes.h"
+#include "Core/Removal/EnclosingFolders.h"
+#include "Platform/Dataless.h"
+#include "Platform/FileAccess.h"
+#include "Platform/FileStatus.h"
+#include "Platform/Folder.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <unordered_set>
+
+namespace brimvale {
+
+std::vector<std::string> CleanupEntries::paths(const std::vector<std::string> &roots, bool listsContents) {
+    std::vector<std::string> paths;
+    for (const std::string &root : roots) {
+        std::error_code error;
+        if (listsContents) {
+            for (const std::string &name : names(root))
+                paths.push_back(joinPath(root, name));
+        } else if (std::filesystem::exists(root, error)) {
+            paths.push_back(root);
+        }
+    }
+    return paths;
+}
+
+std::vector<std::string> CleanupEntries::names(const std::string &folder) {
+    const NoMaterialization guard;
+    std::vector<std::string> names = namesIn(folder).value_or(std::vector<std::string>());
+    std::erase(names, ".DS_Store"); // how a window of the Finder looked
+    return names;
+}
+
+std::vector<CleanupEntry> CleanupEntries::measured(const std::vector<std::string> &paths,
+                                                   const std::vector<std::int64_t> &sizes,
+                                                   std::int64_t minimum) {
+    std::vector<CleanupEntry> entries;
+    for (std::size_t i = 0; i < paths.size(); ++i)
+        if (sizes[i] >= minimum)
+            entries.push_back({FileURL(paths[i]), sizes[i], modificationDate(paths[i])});
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const CleanupEntry &a, const CleanupEntry &b) { return a.size > b.size; });
+    return entries;
+}
+
+std::vector<CleanupEntry> CleanupEntries::outermost(const std::vector<CleanupEntry> &entries) {
+    std::unordered_set<FileURL> all;
+    for (const CleanupEntry &entry : entries)
+        all.insert(entry.url);
+    EnclosingFolders folders(all);
+    std::unordered_set<FileURL> taken;
+    std::vector<CleanupEntry> outermost;
+    for (const CleanupEntry &entry : entries)
+        if (!folders.enclose(entry.url) && taken.insert(entry.url).second)
+            outermost.push_back(entry);
+    return outermost;
+}
+
+bool CleanupEntries::hasUnreadableRoot(const std::vector<std::string> &roots) {
+    return std::any_of(roots.begin(), roots.end(), [](const std::string &root) {
+        return fileStatus(root).has_value() && !canListContents(root);
+    });
+}
+
+std::int64_t CleanupEntries::totalSize(const std::vector<CleanupEntry> &entries) {
+    std::int64_t total = 0;
+    for (const CleanupEntry &entry : entries)
+        total = checkedAdd(total, entry.size);
+    return total;
+}
+
+} // namespace brimvale

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Catalogs/CleanupTarget.h"
+#include "Core/Removal/RemovalResult.h"
+
+#include <string_view>
+
+namespace brimvale {
+
+/// The label of a risk's badge: "Safe".
+[[nodiscard]] std::string_view label(CleanupRisk risk);
+
+/// The name of a risk's colour: "green", "orange" or "red".
+[[nodiscard]] std::string_view colorName(CleanupRisk risk);
+
+/// What the confirmation warns of before something of that risk is removed.
+[[nodiscard]] std::string_view removalWarning(CleanupRisk risk, RemovalMode mode);
+
+} // namespace brimvale

@@ -1,0 +1,161 @@
+#include "Core/Storage/StorageCategories.h"
+
+#include "Catalogs/SkippedPaths.h"
+#include "Catalogs/StorageCategories.h"
+#include "Core/Scan/SubtreeSizes.h"
+#include "Core/Storage/CleanupEntries.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+/// Smaller folders do not explain a large System Data.
+constexpr std::int64_t smallestSystemDataRow = 10'000'000;
+
+struct NamedColor {
+    std::string_view name;
+    Color color;
+};
+
+constexpr std::array<NamedColor, 11> colors = {{{"blue", {0.36, 0.52, 0.80}},
+                                                {"orange", {0.84, 0.62, 0.36}},
+                                                {"pink", {0.78, 0.51, 0.60}},
+                                                {"green", {0.45, 0.67, 0.49}},
+                                                {"indigo", {0.49, 0.49, 0.74}},
+                                                {"red", {0.79, 0.46, 0.43}},
+                                                {"cyan", {0.41, 0.67, 0.74}},
+                                                {"purple", {0.60, 0.49, 0.74}},
+                                                {"teal", {0.39, 0.65, 0.62}},
+                                                {"yellow", {0.83, 0.72, 0.40}},
+                                                {"brown", {0.64, 0.55, 0.45}}}};
+constexpr Color otherColor = {0.55, 0.56, 0.60};
+
+std::string standardised(const std::string &path) {
+    return FileURL(path).standardized().path();
+}
+
+/// What may become a row of System Data.
+std::vector<std::string> systemDataCandidates(const Host &host) {
+    const PathSet claimed = StorageCategories::claimedPaths(host);
+    std::vector<std::string> candidates;
+    for (const std::string &root : StorageCategories::systemDataRoots(host)) {
+        const bool isHome = root == host.home.path();
+        for (const std::string &name : CleanupEntries::names(root)) {
+            // What is visible at home belongs to the categories, and so does the Trash.
+            if (isHome && (!name.starts_with('.') || name == ".Trash"))
+                continue;
+            std::string path = standardised(joinPath(root, name));
+            if (!claimed.contains(path))
+                candidates.push_back(std::move(path));
+        }
+    }
+    return candidates;
+}
+
+std::vector<CleanupEntry> systemDataEntries(const std::vector<std::string> &candidates,
+                                            const std::vector<std::int64_t> &sizes) {
+    std::vector<CleanupEntry> entries = CleanupEntries::measured(candidates, sizes, smallestSystemDataRow);
+    // One folder may lie in two of the roots. The sort has kept its two rows in order.
+    PathSet taken;
+    std::erase_if(entries, [&](const CleanupEntry &entry) { return !taken.insert(entry.url.path()).second; });
+    return entries;
+}
+
+MeasuredCategory measuredCategory(const StorageCategory &category, const std::vector<std::string> &paths,
+                                  const std::vector<std::int64_t> &sizes) {
+    MeasuredCategory measured{.category = category, .entries = CleanupEntries::measured(paths, sizes)};
+    measured.size = CleanupEntries::totalSize(measured.entries);
+    measured.measured = true;
+    return measured;
+}
+
+} // namespace
+
+std::vector<StorageCategory> StorageCategories::all(const Host &host) {
+    return storageCategories(host, otherUserRoots(host));
+}
+
+std::vector<std::string> StorageCategories::otherUserRoots(const Host &host) {
+    const OtherUsers others = otherUsers(host);
+    const std::string_view own = host.home.lastPathComponent();
+    std::vector<std::string> roots = {joinPath(others.homes, others.shared)};
+    for (const std::string &name : CleanupEntries::names(others.homes))
+        if (name != own && name != others.shared && !name.starts_with('.'))
+            roots.push_back(joinPath(others.homes, name));
+    return roots;
+}
+
+PathSet StorageCategories::claimedPaths(const Host &host) {
+    PathSet claimed;
+    for (const StorageCategory &category : all(host))
+        for (const std::string &root : category.roots)
+            claimed.insert(standardised(root));
+    for (std::string &path : skippedPaths(host))
+        claimed.insert(std::move(path));
+    for (std::string &path : cloudProviderRoots(host))
+        claimed.insert(std::move(path));
+    return claimed;
+}
+
+std::vector<std::string> StorageCategories::systemDataRoots(const Host &host) {
+    return brimvale::systemDataRoots(host);
+}
+
+Color StorageCategories::color(const StorageCategory &category) {
+    const auto found = std::find_if(colors.begin(), colors.end(),
+                                    [&](const NamedColor &one) { return one.name == category.colorName; });
+    return found == colors.end() ? otherColor : found->color;
+}
+
+MeasuredCategory StorageCategories::measure(const StorageCategory &category,
+                                            const std::function<bool()> &cancelled, const Host &host,
+                                            WalkPool &pool) {
+    const SubtreeSizes::Group paths = CleanupEntries::paths(category.roots, category.listsContents);
+    MeasuredCategory measured;
+    SubtreeSizes::measure(
+        {paths}, ScanOptions::standard(host), cancelled,
+        [&](std::size_t, const std::vector<std::int64_t> &sizes) {
+            measured = measuredCategory(category, paths, sizes);
+        },
+        pool);
+    return measured;
+}
+
+std::vector<CleanupEntry> StorageCategories::measureSystemDataEntries(const std::function<bool()> &cancelled,
+                                                                      const Host &host, WalkPool &pool) {
+    return measureAll(
+        {}, [](const MeasuredCategory &) {}, cancelled, host, pool);
+}
+
+std::vector<CleanupEntry> StorageCategories::measureAll(const std::vector<StorageCategory> &categories,
+                                                        const std::function<void(MeasuredCategory)> &finished,
+                                                        const std::function<bool()> &cancelled,
+                                                        const Host &host, WalkPool &pool) {
+    std::vector<const StorageCategory *> measured;
+    std::vector<SubtreeSizes::Group> paths;
+    for (const StorageCategory &category : categories) {
+        if (category.measurement != CategoryMeasurement::measured)
+            continue;
+        measured.push_back(&category);
+        paths.push_back(CleanupEntries::paths(category.roots, category.listsContents));
+    }
+    paths.push_back(systemDataCandidates(host));
+
+    std::vector<CleanupEntry> systemData;
+    SubtreeSizes::measure(
+        paths, ScanOptions::standard(host), cancelled,
+        [&](std::size_t i, const std::vector<std::int64_t> &sizes) {
+            if (i < measured.size())
+                finished(measuredCategory(*measured[i], paths[i], sizes));
+            else
+                systemData = systemDataEntries(paths[i], sizes);
+        },
+        pool);
+    return systemData;
+}
+
+} // namespace brimvale

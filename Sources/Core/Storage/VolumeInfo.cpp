@@ -1,0 +1,50 @@
+#include "Core/Storage/VolumeInfo.h"
+
+#include "Core/Text/Formatting.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace brimvale {
+
+std::vector<VolumeInfo> VolumeInfo::current(std::chrono::milliseconds patience) {
+    return from(mountedVolumes(patience));
+}
+
+std::vector<VolumeInfo> VolumeInfo::from(const std::vector<MountedVolume> &mounted) {
+    std::vector<VolumeInfo> volumes;
+    for (const MountedVolume &one : mounted) {
+        if (!one.isBrowsable.value_or(true) || one.totalCapacity.value_or(0) < 1)
+            continue;
+        volumes.push_back({.url = one.url,
+                           .name = one.name.value_or(std::string(one.url.lastPathComponent())),
+                           .totalCapacity = *one.totalCapacity,
+                           .availableForImportantUsage = one.availableForImportantUsage.value_or(0),
+                           .trueFree = one.available.value_or(0),
+                           .isInternal = one.isInternal.value_or(false),
+                           .isRootVolume = one.isRootFileSystem.value_or(false)});
+    }
+    std::stable_sort(volumes.begin(), volumes.end(), [](const VolumeInfo &a, const VolumeInfo &b) {
+        return std::tuple(!a.isRootVolume, std::string_view(a.name)) <
+               std::tuple(!b.isRootVolume, std::string_view(b.name));
+    });
+    return volumes;
+}
+
+std::optional<VolumeInfo> VolumeInfo::root(const std::vector<VolumeInfo> &volumes) {
+    const auto root = std::find_if(volumes.begin(), volumes.end(),
+                                   [](const VolumeInfo &volume) { return volume.isRootVolume; });
+    if (root != volumes.end())
+        return *root;
+    return volumes.empty() ? std::nullopt : std::optional(volumes.front());
+}
+
+std::optional<std::string> purgeableSentence(const VolumeInfo &volume) {
+    if (volume.purgeable() < 1)
+        return std::nullopt;
+    return Fmt::byteFormatter(volume.purgeable()) +
+           " of the free space is purgeable, meaning macOS is holding it but will give it back under "
+           "pressure. Mostly Time Machine snapshots and evictable caches.";
+}
+
+} // namespace brimvale

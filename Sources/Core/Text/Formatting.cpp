@@ -1,0 +1,26 @@
+#include "Core/Text/Formatting.h"
+
+#include "Platform/Formatters.h"
+
+namespace brimvale {
+
+std::string Fmt::byteFormatter(std::int64_t bytes) {
+    return Formatters::fileSize(bytes);
+}
+
+std::string Fmt::count(std::int64_t number) {
+    return Formatters::number(number);
+}
+
+std::string Fmt::relativeDate(std::optional<Date> date, Date reference) {
+    return date ? Formatters::relativeDate(*date, reference) : "unknown";
+}
+
+Color Palette::color(std::string_view key) {
+    std::uint64_t hash = 5381; // djb2, which unlike std::hash is the same in every build
+    for (const char byte : key)
+        hash = hash * 33 + static_cast<unsigned char>(byte);
+    return ramp[hash % ramp.size()];
+}
+
+} // namespace brimvale

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Core/Scan/FSNode.h"
+#include "Core/Treemap/Squarify.h"
+
+#include <memory>
+#include <vector>
+
+namespace brimvale {
+
+/// One tile of a folder's treemap.
+struct TreemapTile {
+    FSNode *node;
+    Rect rect;
+    double fraction; ///< the tile's share of the folder's size, 0 to 1; 0 where the folder is smaller than a
+                     ///< byte
+};
+
+/// The children of one folder that its treemap shows: the largest as tiles of their own, all others as one.
+/// Made once for a folder, and laid out for any rectangle.
+class Treemap {
+public:
+    /// How many children get a tile of their own where nobody says otherwise.
+    static constexpr int usualMaxTiles = 80;
+
+    /// Chooses the tiles of `folder`, which must outlive this; at most `maxTiles` of its children get their
+    /// own (a negative limit counts as 0).
+    Treemap(FSNode &folder, int maxTiles);
+
+    /// The tiles for a drawing rectangle in points, in layout order. None where it is 4 points thin or
+    /// thinner; a tile less than one point wide or high is left out.
+    [[nodiscard]] std::vector<TreemapTile> layout(Rect rect) const;
+
+    /// Whether `node` stands for the children without a tile of their own; it goes with this object.
+    [[nodiscard]] bool owns(const FSNode *node) const { return node != nullptr && node == rest_.get(); }
+
+private:
+    FSNode &folder_;
+    std::unique_ptr<FSNode> rest_; ///< stands for the children without a tile of their own; not in the tree
+    std::vector<Squarify::Item<FSNode *>> items_;
+};
+
+} // namespace brimvale

@@ -1,0 +1,39 @@
+#include "Core/Treemap/TreemapStyle.h"
+
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+constexpr double directoryOpacity = 0.85;
+constexpr double fileOpacity = 0.55;
+constexpr double aggregateOpacity = 0.35; // on top of that of a file
+
+// A label is drawn in a tile that is larger than this.
+constexpr double labelWidth = 64;
+constexpr double labelHeight = 30;
+
+} // namespace
+
+TreemapStyle::Fill TreemapStyle::fill(const FSNode &node, const Surface &surface) {
+    const double opacity = node.isDirectory ? directoryOpacity : fileOpacity;
+    if (node.isAggregate)
+        return {surface.secondaryText, opacity * aggregateOpacity};
+    return {Palette::color(node.name), opacity};
+}
+
+bool TreemapStyle::hasLabel(const Rect &tile) {
+    return tile.width > labelWidth && tile.height > labelHeight;
+}
+
+Rect TreemapStyle::labelArea(const Rect &tile, double height) {
+    const double above = std::clamp((tile.height - height) / 2, 0.0, labelPadding);
+    return {tile.x + labelPadding, tile.y + above, tile.width - 2 * labelPadding, height};
+}
+
+std::string TreemapStyle::sizeText(const FSNode &node) {
+    return node.size < 1 ? "Zero KB" : Fmt::byteFormatter(node.size);
+}
+
+} // namespace brimvale

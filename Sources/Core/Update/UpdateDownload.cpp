@@ -1,0 +1,55 @@
+#include "Core/Update/UpdateDownload.h"
+
+#include <QUuid>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+std::string archiveName() {
+    return "Corvel-update-" + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString() +
+           ".zip";
+}
+
+} // namespace
+
+DownloadedArchive::DownloadedArchive(const FileURL &folder)
+    : url_(folder.appending(archiveName())), file_(QFile::decodeName(url_.path().c_str())) {}
+
+DownloadedArchive::~DownloadedArchive() {
+    remove();
+}
+
+std::optional<UpdateFailure> DownloadedArchive::append(const QByteArray &piece) {
+    constexpr auto mode = QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered;
+    const bool isOpen = file_.isOpen() || file_.open(mode, QFile::ReadOwner | QFile::WriteOwner);
+    if (!isOpen || file_.write(piece) != piece.size())
+        return UpdateFailure(file_.errorString().toStdString());
+    return std::nullopt;
+}
+
+// What was never open is not ours.
+void DownloadedArchive::remove() {
+    if (file_.isOpen())
+        file_.remove();
+}
+
+void downloadArchive(
+    QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits, const FileURL &folder,
+    QObject *context, const std::function<void(double)> &progressed,
+    std::function<void(const std::variant<std::shared_ptr<DownloadedArchive>, UpdateFailure> &)> done) {
+    const auto archive = std::make_shared<DownloadedArchive>(folder);
+    auto *transfer = new UpdateTransfer(
+        network, url, limits, [archive](const QByteArray &piece) { return archive->append(piece); }, context);
+    QObject::connect(transfer, &UpdateTransfer::progressed, context, progressed);
+    QObject::connect(transfer, &UpdateTransfer::finished, context,
+                     [archive, done = std::move(done)](const std::optional<UpdateFailure> &failure) {
+                         if (!failure)
+                             return done(archive);
+                         archive->remove();
+                         done(*failure);
+                     });
+}
+
+} // namespace brimvale

@@ -1,0 +1,41 @@
+#include "Core/Update/UpdateEnvironment.h"
+
+#include "Core/Update/Updater.h"
+#include "Platform/SystemLog.h"
+
+#include <QDir>
+#include <QFile>
+#include <QOperatingSystemVersion>
+
+namespace brimvale {
+
+namespace {
+
+constexpr TransferLimits feedLimits{.bytes = 1024 * 1024, .silence = std::chrono::seconds(15)};
+constexpr TransferLimits archiveLimits{.bytes = qint64{2} * 1024 * 1024 * 1024,
+                                       .silence = std::chrono::seconds(60)};
+
+std::optional<SystemVersion> runningMacOSVersion() {
+    const auto version = QOperatingSystemVersion::current();
+    if (version.type() != QOperatingSystemVersion::MacOS)
+        return std::nullopt;
+    return SystemVersion{version.majorVersion(), version.minorVersion()};
+}
+
+} // namespace
+
+UpdateEnvironment UpdateEnvironment::current() {
+    return {.feedURL = Updater::feedURL(),
+            .bundle = mainBundle(),
+            .canInstallItself = brimvale::canInstallItself(),
+            .macOSVersion = runningMacOSVersion(),
+            .temporaryFolder = FileURL(QFile::encodeName(QDir::tempPath()).toStdString()),
+            .installLog = FileURL("/tmp/corvel-update.log"),
+            .tools = platformTools(),
+            .feedLimits = brimvale::feedLimits,
+            .archiveLimits = brimvale::archiveLimits,
+            .quit = std::make_shared<ApplicationQuit>(),
+            .log = writeToSystemLog};
+}
+
+} // namespace brimvale

@@ -1,0 +1,86 @@
+#include "Core/Update/UpdateManifest.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+/// Takes the members out of an object, and keeps the first thing that is wrong with one.
+class Decoder {
+public:
+    explicit Decoder(QJsonObject object) : object_(std::move(object)) {}
+
+    std::string text(const char *key) {
+        const QJsonValue value = required(key);
+        if (!value.isString())
+            fail(wrongFormat);
+        return value.toString().toStdString();
+    }
+
+    std::optional<std::string> optionalText(const char *key) {
+        const QJsonValue value = object_.value(QLatin1String(key));
+        return value.isUndefined() || value.isNull() ? std::nullopt : std::optional(text(key));
+    }
+
+    std::int64_t wholeNumber(const char *key) {
+        const QJsonValue value = required(key);
+        // Of what is no whole number in range, the answer is the one passed in.
+        if (value.toInteger(0) != value.toInteger(1))
+            fail(wrongFormat);
+        return value.toInteger();
+    }
+
+    QUrl url(const char *key) {
+        QUrl url(QString::fromStdString(text(key)), QUrl::StrictMode);
+        if (!url.isValid())
+            fail(wrongFormat);
+        return url;
+    }
+
+    [[nodiscard]] const std::optional<UpdateFailure> &failure() const { return failure_; }
+
+    static constexpr const char *wrongFormat =
+        "The data couldn\u2019t be read because it isn\u2019t in the correct format.";
+    static constexpr const char *missing = "The data couldn\u2019t be read because it is missing.";
+
+private:
+    QJsonValue required(const char *key) {
+        const QJsonValue value = object_.value(QLatin1String(key));
+        if (value.isUndefined() || value.isNull())
+            fail(missing);
+        return value;
+    }
+
+    void fail(const char *sentence) {
+        if (!failure_)
+            failure_ = UpdateFailure(sentence);
+    }
+
+    QJsonObject object_;
+    std::optional<UpdateFailure> failure_;
+};
+
+} // namespace
+
+std::variant<UpdateManifest, UpdateFailure> UpdateManifest::decode(const QByteArray &json) {
+    const QJsonDocument document = QJsonDocument::fromJson(json);
+    if (!document.isObject())
+        return UpdateFailure(Decoder::wrongFormat);
+    Decoder decoder(document.object());
+    UpdateManifest manifest;
+    manifest.version = decoder.text("version");
+    manifest.build = decoder.wholeNumber("build");
+    manifest.url = decoder.url("url");
+    manifest.sha256 = decoder.optionalText("sha256");
+    manifest.notes = decoder.optionalText("notes");
+    manifest.minimumSystemVersion = decoder.optionalText("minimumSystemVersion");
+    if (decoder.failure())
+        return *decoder.failure();
+    return manifest;
+}
+
+} // namespace brimvale

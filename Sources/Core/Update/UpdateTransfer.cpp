@@ -1,0 +1,144 @@
+#include "Core/Update/UpdateTransfer.h"
+
+#include <QHostAddress>
+#include <QNetworkRequest>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr qint64 pieceSize = 256 * 1024;
+constexpr int okStatus = 200;
+constexpr int maximumRedirects = 10;
+
+QNetworkRequest requestFor(const QUrl &url, const TransferLimits &limits) {
+    QNetworkRequest request(url);
+    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
+    request.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    // As it lies on the server: nothing is inflated on the way, and lengths are those of the file.
+    request.setRawHeader("Accept-Encoding", "identity");
+    request.setTransferTimeout(static_cast<int>(limits.silence.count()));
+    return request;
+}
+
+} // namespace
+
+bool isSafeUpdateURL(const QUrl &url) {
+    if (!url.isValid() || url.host().isEmpty())
+        return false;
+    if (url.scheme() == QLatin1String("https"))
+        return true;
+    return url.scheme() == QLatin1String("http") &&
+           (url.host() == QLatin1String("localhost") || QHostAddress(url.host()).isLoopback());
+}
+
+UpdateTransfer::UpdateTransfer(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
+                               Sink sink, QObject *parent)
+    : QObject(parent), network_(&network), url_(url), limits_(limits), sink_(std::move(sink)) {
+    if (isSafeUpdateURL(url))
+        request();
+    else
+        QMetaObject::invokeMethod(
+            this, [this] { finish(UpdateError::badResponse); }, Qt::QueuedConnection);
+}
+
+UpdateTransfer::~UpdateTransfer() {
+    letGo();
+}
+
+void UpdateTransfer::request() {
+    reply_ = network_->get(requestFor(url_, limits_));
+    reply_->setReadBufferSize(pieceSize);
+    connect(reply_, &QNetworkReply::readyRead, this, &UpdateTransfer::receive);
+    connect(reply_, &QNetworkReply::finished, this, &UpdateTransfer::conclude);
+    connect(reply_, &QNetworkReply::downloadProgress, this, [this](qint64 received, qint64 total) {
+        if (total > 0)
+            emit progressed(static_cast<double>(received) / static_cast<double>(total));
+    });
+}
+
+/// Goes where the server sends us instead. False when it does not.
+bool UpdateTransfer::follow() {
+    const QVariant target = reply_->attribute(QNetworkRequest::RedirectionTargetAttribute);
+    if (!target.isValid())
+        return false;
+    const QUrl next = url_.resolved(target.toUrl());
+    const bool isLessSafe = url_.scheme() != next.scheme() && next.scheme() != QLatin1String("https");
+    if (isLessSafe || !isSafeUpdateURL(next) || ++redirects_ > maximumRedirects) {
+        finish(UpdateError::badResponse);
+    } else {
+        letGo();
+        url_ = next;
+        request();
+    }
+    return true;
+}
+
+void UpdateTransfer::receive() {
+    if (follow())
+        return;
+    if (const auto fault = faultOfHead())
+        return finish(fault);
+    while (reply_ != nullptr && reply_->bytesAvailable() > 0) {
+        const QByteArray piece = reply_->read(pieceSize);
+        received_ += piece.size();
+        if (received_ > limits_.bytes)
+            return finish(UpdateError::badResponse);
+        if (const auto fault = sink_(piece))
+            return finish(fault);
+    }
+}
+
+void UpdateTransfer::conclude() {
+    if (follow())
+        return;
+    if (const auto fault = faultOfEnd())
+        return finish(fault);
+    receive();
+    if (reply_ != nullptr)
+        finish(std::nullopt);
+}
+
+/// What is wrong with the answer as far as its head tells.
+std::optional<UpdateFailure> UpdateTransfer::faultOfHead() const {
+    const QVariant status = reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    const QVariant length = reply_->header(QNetworkRequest::ContentLengthHeader);
+    if (status.toInt() != okStatus || length.toLongLong() > limits_.bytes)
+        return UpdateError::badResponse;
+    return std::nullopt;
+}
+
+/// What is wrong with it when no more comes. Whatever the status, an error of the network is told as such
+/// only where there is no better reason, since a status other than 200 is one, too.
+std::optional<UpdateFailure> UpdateTransfer::faultOfEnd() const {
+    const bool hasAnswered = reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
+    if (hasAnswered || reply_->error() == QNetworkReply::NoError)
+        if (auto fault = faultOfHead())
+            return fault;
+    if (reply_->error() == QNetworkReply::OperationCanceledError)
+        return UpdateFailure("The request timed out.");
+    if (reply_->error() != QNetworkReply::NoError)
+        return UpdateFailure(reply_->errorString().toStdString());
+    const QVariant length = reply_->header(QNetworkRequest::ContentLengthHeader);
+    if (length.isValid() && received_ + reply_->bytesAvailable() != length.toLongLong())
+        return UpdateFailure("The network connection was lost.");
+    return std::nullopt;
+}
+
+void UpdateTransfer::finish(const std::optional<UpdateFailure> &failure) {
+    letGo();
+    deleteLater();
+    emit finished(failure);
+}
+
+void UpdateTransfer::letGo() {
+    if (reply_ == nullptr)
+        return;
+    reply_->disconnect(this);
+    reply_->deleteLater(); // which ends it, too
+    reply_ = nullptr;
+}
+
+} // namespace brimvale

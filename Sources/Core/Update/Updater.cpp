@@ -1,0 +1,125 @@
+#include "Core/Update/Updater.h"
+
+#include "Core/Update/InstallScript.h"
+#include "Core/Update/UpdateDownload.h"
+#include "Core/Update/UpdateFeed.h"
+#include "Core/Update/UpdateStaging.h"
+#include "Platform/DetachedProcess.h"
+
+#include <QCoreApplication>
+#include <QNetworkAccessManager>
+#include <utility>
+
+namespace brimvale {
+
+Updater::Updater(UpdateEnvironment environment, QObject *parent)
+    : QObject(parent), environment_(std::move(environment)) {}
+
+Updater::~Updater() {
+    workers_.waitForDone();
+}
+
+QUrl Updater::feedURL() {
+    return QUrl(QStringLiteral("https://updates.brimvale.example/appcast.json"));
+}
+
+QUrl Updater::downloadPage() {
+    return QUrl(QStringLiteral("https://updates.brimvale.example/"));
+}
+
+std::string Updater::currentVersion() const {
+    return environment_.bundle.version.value_or("?");
+}
+
+std::int64_t Updater::currentBuild() const {
+    return buildNumber(environment_.bundle.build);
+}
+
+bool Updater::systemMeets(std::string_view minimum) const {
+    return !environment_.macOSVersion || brimvale::systemMeets(minimum, *environment_.macOSVersion);
+}
+
+void Updater::check(bool silent) {
+    if (std::holds_alternative<updateState::Checking>(*state) ||
+        std::holds_alternative<updateState::Downloading>(*state) ||
+        std::holds_alternative<updateState::ReadyToRelaunch>(*state))
+        return;
+    state.set(updateState::Checking{});
+    fetchManifest(network(), environment_.feedURL, environment_.feedLimits, this,
+                  [this, silent](const auto &fetched) { conclude(fetched, silent); });
+}
+
+void Updater::conclude(const std::variant<UpdateManifest, UpdateFailure> &fetched, bool silent) {
+    const auto endWith = [&](UpdateState loud) { state.set(silent ? updateState::Idle{} : std::move(loud)); };
+    if (const auto *failure = std::get_if<UpdateFailure>(&fetched))
+        return endWith(updateState::Failed{failure->localizedDescription});
+    const auto &manifest = std::get<UpdateManifest>(fetched);
+    lastChecked.set(now());
+    const std::optional<std::string> &minimum = manifest.minimumSystemVersion;
+    if (minimum && !systemMeets(*minimum))
+        return endWith(updateState::Failed{"This update needs macOS " + *minimum + " or newer."});
+    if (currentBuild() >= manifest.build)
+        return endWith(updateState::UpToDate{});
+    pending.set(manifest);
+    state.set(updateState::Available{manifest.version, manifest.build, manifest.notes});
+}
+
+void Updater::downloadAndStage() {
+    const bool isDue = std::holds_alternative<updateState::Available>(*state) ||
+                       std::holds_alternative<updateState::Failed>(*state);
+    if (!isDue || !*pending || !canInstallItself())
+        return;
+    state.set(updateState::Downloading{});
+    const UpdateManifest &manifest = **pending;
+    downloadArchive(
+        network(), manifest.url, environment_.archiveLimits, environment_.temporaryFolder, this,
+        [this](double progress) { state.set(updateState::Downloading{progress}); },
+        [this, sha256 = manifest.sha256](const auto &downloaded) { stage(downloaded, sha256); });
+}
+
+void Updater::stage(const std::variant<std::shared_ptr<DownloadedArchive>, UpdateFailure> &downloaded,
+                    const std::optional<std::string> &sha256) {
+    if (const auto *failure = std::get_if<UpdateFailure>(&downloaded))
+        return fail(*failure);
+    workers_.start([this, archive = std::get<std::shared_ptr<DownloadedArchive>>(downloaded), sha256,
+                    folder = environment_.temporaryFolder, tools = environment_.tools] {
+        const auto result = stageUpdate(archive->url(), sha256, folder, tools);
+        archive->remove();
+        QMetaObject::invokeMethod(
+            this, [this, result] { finishStaging(result); }, Qt::QueuedConnection);
+    });
+}
+
+void Updater::finishStaging(const std::variant<FileURL, UpdateFailure> &result) {
+    if (const auto *failure = std::get_if<UpdateFailure>(&result))
+        return fail(*failure);
+    staged.set(std::get<FileURL>(result));
+    state.set(updateState::ReadyToRelaunch{});
+}
+
+void Updater::installAndRelaunch() {
+    if (isInstalling_)
+        return;
+    const auto prepared =
+        prepareInstallation(*staged, environment_.bundle.url, QCoreApplication::applicationPid(),
+                            environment_.installLog, environment_.log);
+    if (const auto *failure = std::get_if<UpdateFailure>(&prepared))
+        return fail(*failure);
+    const std::string script = installScript(std::get<Installation>(prepared));
+    if (const auto error = startDetached(environment_.tools.shell, {"-c", script}))
+        return fail(UpdateFailure("Could not start the installer: " + error->localizedDescription));
+    isInstalling_ = true;
+    quitForUpdate(environment_.quit, environment_.log);
+}
+
+void Updater::fail(const UpdateFailure &failure) {
+    state.set(updateState::Failed{failure.localizedDescription});
+}
+
+QNetworkAccessManager &Updater::network() {
+    if (network_ == nullptr)
+        network_ = new QNetworkAccessManager(this);
+    return *network_;
+}
+
+} // namespace brimvale

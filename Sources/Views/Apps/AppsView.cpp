@@ -1,0 +1,292 @@
+#include "Views/Apps/AppsView.h"
+
+#include "Base/Bytes.h"
+#include "Core/Apps/Uninstall.h"
+#include "Platform/RunningApps.h"
+#include "Views/Apps/AppDetail.h"
+#include "Views/Apps/AppListDelegate.h"
+#include "Views/Components/Card.h"
+#include "Views/Components/PageHeader.h"
+#include "Views/Components/ProgressNote.h"
+#include "Views/Components/StateMessage.h"
+#include "Views/Components/TextLabel.h"
+#include "Views/Entries/ItemActions.h"
+#include "Views/Removing/ActionBar.h"
+#include "Views/Removing/RemovalSheet.h"
+
+#include <QCheckBox>
+#include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QListView>
+#include <QPointer>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QThreadPool>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int pageMargin = 24;
+constexpr int listWidth = 260;
+constexpr std::chrono::seconds runningInterval{2};
+
+} // namespace
+
+AppsView::AppsView(CorvelModel &model, QWidget *parent)
+    : QWidget(parent), model_(model), search_(new QLineEdit(this)),
+      system_(new QCheckBox(tr("Include Apple apps"), this)),
+      progress_(new ProgressNote(tr("Analysing apps"), this)), list_(new QListView(this)),
+      noMatch_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      message_(new StateMessage(this)), detail_(new AppDetail(this)), bar_(new ActionBar(this)) {
+    setObjectName(QStringLiteral("appsPage"));
+    auto *sides = new QHBoxLayout;
+    sides->setContentsMargins(pageMargin, 0, pageMargin, 0);
+    sides->setSpacing(16);
+    sides->addWidget(makeListSide());
+    sides->addWidget(makeDetailSide(), 1);
+    auto *header = new PageHeader(tr("Apps"), this);
+    header->addControl(progress_);
+    progress_->setObjectName(QStringLiteral("appProgress"));
+    progress_->setFixedWidth(220);
+    auto *headMargin = new QHBoxLayout;
+    headMargin->setContentsMargins(pageMargin, pageMargin, pageMargin, 0);
+    headMargin->addWidget(header);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(16);
+    layout->addLayout(headMargin);
+    layout->addLayout(sides, 1);
+    layout->addWidget(bar_);
+
+    runningTimer_.setInterval(runningInterval);
+    connect(&runningTimer_, &QTimer::timeout, this, &AppsView::checkRunning);
+    connect(&model_, &CorvelModel::appsChanged, this, &AppsView::showApps);
+    connect(&model_, &CorvelModel::removalChanged, this, &AppsView::showSelection);
+    connect(detail_, &AppDetail::selectionChanged, this, &AppsView::showSelection);
+    connect(bar_, &ActionBar::removalAsked, this, &AppsView::confirmUninstall);
+    showApps();
+}
+
+QWidget *AppsView::makeListSide() {
+    search_->setObjectName(QStringLiteral("search"));
+    search_->setPlaceholderText(tr("Search"));
+    search_->setAccessibleName(tr("Search the apps"));
+    search_->setClearButtonEnabled(true);
+    search_->setTextMargins(4, 0, 4, 0);
+    system_->setObjectName(QStringLiteral("includeSystemApps"));
+    list_->setObjectName(QStringLiteral("apps"));
+    list_->setAccessibleName(tr("Apps"));
+    list_->setModel(&listModel_);
+    list_->setItemDelegate(new AppListDelegate(list_));
+    list_->setUniformItemSizes(true);
+    list_->setMouseTracking(true);
+    list_->setFrameShape(QFrame::NoFrame);
+    list_->setAttribute(Qt::WA_MacShowFocusRect, false);
+    list_->viewport()->setAutoFillBackground(false);
+    auto *card = new Card(this);
+    card->setFixedWidth(listWidth);
+    auto *layout = new QVBoxLayout(card);
+    layout->setContentsMargins(1, 10, 1, 8);
+    layout->setSpacing(8);
+    auto *controls = new QVBoxLayout;
+    controls->setContentsMargins(10, 0, 10, 0);
+    controls->addWidget(search_);
+    controls->addWidget(system_);
+    layout->addLayout(controls);
+    layout->addWidget(list_, 1);
+    noMatch_->setObjectName(QStringLiteral("noMatch"));
+    noMatch_->setText(tr("No app matches the search."));
+    noMatch_->setAlignment(Qt::AlignHCenter);
+    noMatch_->setContentsMargins(10, 24, 10, 0);
+    layout->addWidget(noMatch_, 1, Qt::AlignTop);
+    followListSide();
+    return card;
+}
+
+void AppsView::followListSide() {
+    connect(search_, &QLineEdit::textChanged, this, [this](const QString &words) {
+        listModel_.setSearch(words);
+        showMatches();
+        showChosen();
+    });
+    connect(system_, &QCheckBox::toggled, &model_, &CorvelModel::setIncludeSystemApps);
+    connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            [this](const QModelIndex &row) { choose(row); });
+    connect(list_, &QAbstractItemView::activated, this,
+            [this](const QModelIndex &row) { ItemActions::reveal(listModel_.rowAt(row).app.url); });
+    auto *find = new QShortcut(QKeySequence::Find, this);
+    connect(find, &QShortcut::activated, search_, [this] {
+        search_->setFocus(Qt::ShortcutFocusReason);
+        search_->selectAll();
+    });
+    auto *clear = new QShortcut(QKeySequence(Qt::Key_Escape), search_);
+    clear->setContext(Qt::WidgetShortcut);
+    connect(clear, &QShortcut::activated, search_, [this] {
+        search_->clear();
+        list_->setFocus(Qt::ShortcutFocusReason);
+    });
+}
+
+QWidget *AppsView::makeDetailSide() {
+    auto *content = new QWidget(this);
+    auto *inContent = new QVBoxLayout(content);
+    inContent->setContentsMargins(0, 4, 8, 16);
+    inContent->addWidget(detail_);
+    detailArea_ = new QScrollArea(this);
+    detailArea_->setWidget(content);
+    detailArea_->setWidgetResizable(true);
+    detailArea_->setFrameShape(QFrame::NoFrame);
+    detailArea_->setFocusPolicy(Qt::NoFocus);
+    auto *side = new QWidget(this);
+    auto *layout = new QVBoxLayout(side);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(message_);
+    layout->addWidget(detailArea_);
+    return side;
+}
+
+/// The applications are looked for when the page is first seen.
+void AppsView::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    if (model_.apps->empty())
+        model_.loadApps();
+    runningTimer_.start();
+    checkRunning();
+}
+
+void AppsView::hideEvent(QHideEvent *event) {
+    QWidget::hideEvent(event);
+    runningTimer_.stop();
+}
+
+const AppRow *AppsView::chosen() const {
+    const auto row = std::find_if(model_.apps->begin(), model_.apps->end(),
+                                  [this](const AppRow &one) { return chosen_ && one.app.url == *chosen_; });
+    return row == model_.apps->end() ? nullptr : &*row;
+}
+
+void AppsView::choose(const QModelIndex &row) {
+    if (!row.isValid() || chosen_ == listModel_.rowAt(row).app.url)
+        return;
+    chosen_ = listModel_.rowAt(row).app.url;
+    bar_->setNote({});
+    showChosen();
+    checkRunning();
+}
+
+void AppsView::showApps() {
+    listModel_.setApps(*model_.apps);
+    showMatches();
+    system_->setChecked(*model_.includeSystemApps);
+    progress_->setVisible(*model_.isLoadingApps);
+    progress_->setProgress(*model_.appProgress);
+    showChosen();
+}
+
+/// Says so where the search leaves nothing of the list.
+void AppsView::showMatches() {
+    const bool hasNone = listModel_.rowCount() == 0 && !model_.apps->empty();
+    noMatch_->setVisible(hasNone);
+    list_->setHidden(hasNone);
+}
+
+void AppsView::showChosen() {
+    const AppRow *row = chosen();
+    detailArea_->setVisible(row != nullptr);
+    message_->setVisible(row == nullptr);
+    if (row != nullptr) {
+        detail_->show(*row, *model_.apps);
+        const QModelIndex place = listModel_.indexOf(row->app.url);
+        // A list that is entered by a key has a current row that is not selected.
+        if (place.isValid() && !list_->selectionModel()->isSelected(place))
+            list_->setCurrentIndex(place);
+    } else if (!model_.apps->empty()) {
+        message_->setMessage(QStringLiteral("app-window"), tr("No app selected"),
+                             tr("Select an app to see the files that it keeps outside its bundle."));
+    } else if (*model_.isLoadingApps) {
+        message_->setMessage(QStringLiteral("search"), tr("Looking for apps…"),
+                             tr("The list appears in a moment."));
+    } else {
+        message_->setMessage(QStringLiteral("app-window"), tr("No apps found"),
+                             tr("There is no app in the folders where apps are installed."));
+    }
+    if (row == nullptr)
+        bar_->setNote({});
+    showSelection();
+}
+
+void AppsView::showSelection() {
+    const AppRow *row = chosen();
+    std::int64_t count = 0;
+    std::int64_t bytes = 0;
+    if (row != nullptr) {
+        for (const LeftoverItem &item : detail_->leftovers()) {
+            ++count;
+            bytes = checkedAdd(bytes, item.size);
+        }
+        if (detail_->includesBundle()) {
+            ++count;
+            bytes = checkedAdd(bytes, row->bundleSize);
+        }
+    }
+    bar_->setSelection(count, bytes);
+    bar_->setBusy(model_.isRemoving());
+}
+
+/// Asks in the background whether the chosen application runs, since looking may take a while.
+void AppsView::checkRunning() {
+    const AppRow *row = chosen();
+    if (row == nullptr || row->app.isSystemApp || !row->app.bundleID || row->app.bundleID->empty()) {
+        bar_->setNote({});
+        return;
+    }
+    if (isCheckingRunning_)
+        return;
+    isCheckingRunning_ = true;
+    QThreadPool::globalInstance()->start(
+        [page = QPointer(this), url = row->app.url, identifier = *row->app.bundleID] {
+            const bool isRunning = isApplicationRunning(identifier);
+            QMetaObject::invokeMethod(
+                qApp,
+                [page, url, isRunning] {
+                    if (page.isNull())
+                        return;
+                    page->isCheckingRunning_ = false;
+                    if (page->chosen_ != url)
+                        page->checkRunning();
+                    else
+                        page->bar_->setNote(isRunning ? tr("The app is running. Quit it first so it does not "
+                                                           "rewrite its files.")
+                                                      : QString());
+                },
+                Qt::QueuedConnection);
+        });
+}
+
+void AppsView::confirmUninstall(RemovalMode mode) {
+    const AppRow *row = chosen();
+    if (row == nullptr)
+        return;
+    const std::vector<LeftoverItem> leftovers = detail_->leftovers();
+    const bool includeBundle = detail_->includesBundle();
+    RemovalRequest request{.mode = mode,
+                           .remark = [words = Uninstall::confirmation(*row, leftovers, includeBundle)](
+                                         RemovalMode) { return words; }};
+    if (includeBundle)
+        request.items.push_back({.url = row->app.url, .size = row->bundleSize});
+    for (const LeftoverItem &item : leftovers)
+        request.items.push_back({.url = item.url, .size = item.size});
+    auto *sheet = new RemovalSheet(request, this);
+    connect(sheet, &RemovalSheet::confirmed, this,
+            [this, app = row->app, leftovers, includeBundle](RemovalMode chosenMode) {
+                model_.uninstall(app, leftovers, includeBundle, chosenMode);
+                bar_->resetMode();
+            });
+    sheet->open();
+}
+
+} // namespace brimvale

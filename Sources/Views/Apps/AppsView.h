@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Core/Model/CorvelModel.h"
+#include "Views/Apps/AppListModel.h"
+
+#include <QTimer>
+#include <QWidget>
+#include <optional>
+
+class QCheckBox;
+class QLineEdit;
+class QListView;
+class QScrollArea;
+
+namespace brimvale {
+
+class ActionBar;
+class AppDetail;
+class ProgressNote;
+class StateMessage;
+class TextLabel;
+
+/// The page of the installed applications: one of them can be removed with what it leaves behind.
+class AppsView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit AppsView(CorvelModel &model, QWidget *parent = nullptr);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    QWidget *makeListSide();
+    void followListSide();
+    QWidget *makeDetailSide();
+    [[nodiscard]] const AppRow *chosen() const;
+    void choose(const QModelIndex &row);
+    void showApps();
+    void showMatches();
+    void showChosen();
+    void showSelection();
+    void checkRunning();
+    void confirmUninstall(RemovalMode mode);
+
+    CorvelModel &model_;
+    AppListModel listModel_;
+    std::optional<FileURL> chosen_;
+    QTimer runningTimer_;
+    bool isCheckingRunning_ = false;
+    QLineEdit *search_;
+    QCheckBox *system_;
+    ProgressNote *progress_;
+    QListView *list_;
+    TextLabel *noMatch_;
+    StateMessage *message_;
+    QScrollArea *detailArea_ = nullptr;
+    AppDetail *detail_;
+    ActionBar *bar_;
+};
+
+} // namespace brimvale

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Core/Scan/FSNode.h"
+
+#include <QWidget>
+#include <vector>
+
+class QHBoxLayout;
+class QToolButton;
+
+namespace brimvale {
+
+/// The way from the scan root to the focused folder; each folder on it can be chosen. Where there is no room
+/// for all, the outer ones but the root hide behind "…".
+class Breadcrumb : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit Breadcrumb(QWidget *parent = nullptr);
+
+    /// Shows the way to `folder`; nothing for null. Lets go of what was shown before.
+    void setFolder(FSNode *folder);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+signals:
+    void chosen(brimvale::FSNode *folder);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void rebuild();
+    [[nodiscard]] std::size_t firstThatFits() const;
+    QToolButton *addFolder(FSNode &folder, bool isFocused);
+    void addHidden(std::size_t end);
+    void addChevron();
+
+    QHBoxLayout *layout_;
+    std::vector<FSNode *> way_;
+};
+
+} // namespace brimvale

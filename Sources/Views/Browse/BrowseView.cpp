@@ -1,0 +1,319 @@
+#include "Views/Browse/BrowseView.h"
+
+#include "Base/Bytes.h"
+#include "Platform/FileBrowser.h"
+#include "Views/Browse/Breadcrumb.h"
+#include "Views/Browse/DetailPanel.h"
+#include "Views/Browse/NodeRemoval.h"
+#include "Views/Browse/Outline/OutlineView.h"
+#include "Views/Browse/ScanBar.h"
+#include "Views/Browse/ScanMessage.h"
+#include "Views/Browse/Treemap/TreemapView.h"
+#include "Views/Components/Card.h"
+#include "Views/Components/Shortcuts.h"
+#include "Views/Entries/ItemActions.h"
+
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QMenu>
+#include <QShortcut>
+#include <QSplitter>
+#include <QStackedLayout>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int pageMargin = 24;
+
+/// The node itself or the one around it that lies right in `folder`; null when it lies elsewhere.
+FSNode *childAround(FSNode *node, const FSNode *folder) {
+    while (node != nullptr && node->parent() != folder)
+        node = node->parent();
+    return node;
+}
+
+/// Whether it is a child of its parent, and not merely drawn in its place.
+bool isInTree(const FSNode &node) {
+    if (node.parent() == nullptr || !node.isAggregate)
+        return true;
+    const auto children = node.parent()->children();
+    return std::any_of(children.begin(), children.end(),
+                       [&](const auto &child) { return child.get() == &node; });
+}
+
+} // namespace
+
+BrowseView::BrowseView(CorvelModel &model, QWidget *parent)
+    : QWidget(parent), model_(model), bar_(new ScanBar(model, this)), message_(new ScanMessage(model, this)),
+      body_(new QStackedLayout), breadcrumb_(new Breadcrumb(this)), filter_(new QLineEdit(this)),
+      outline_(new OutlineView(outlineModel_, this)), treemap_(new TreemapView(this)),
+      details_(new DetailPanel(this)), removal_(new NodeRemoval(model, *this)) {
+    setObjectName(QStringLiteral("browsePage"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(pageMargin, pageMargin, pageMargin, pageMargin);
+    layout->setSpacing(16);
+    layout->addWidget(bar_);
+    layout->addLayout(body_, 1);
+    results_ = makeResults();
+    body_->addWidget(message_);
+    body_->addWidget(results_);
+    addShortcuts();
+
+    connect(&model_, &CorvelModel::treeChanged, this, &BrowseView::showTree);
+    connect(&model_, &CorvelModel::isScanningChanged, this, &BrowseView::showState);
+    connect(breadcrumb_, &Breadcrumb::chosen, this, &BrowseView::focusOn);
+    connect(outline_, &OutlineView::opened, this, &BrowseView::focusOn);
+    connect(outline_, &OutlineView::selectionChangedTo, this, &BrowseView::select);
+    connect(outline_, &OutlineView::menuRequested, this, &BrowseView::showMenu);
+    connect(treemap_, &TreemapView::selected, this, &BrowseView::selectNode);
+    connect(treemap_, &TreemapView::drilledIn, this, &BrowseView::focusOn);
+    connect(treemap_, &TreemapView::contextMenuRequested, this,
+            [this](FSNode *, QPoint place) { showMenu(place); });
+    connect(filter_, &QLineEdit::textChanged, &outlineModel_, &OutlineModel::setFilter);
+    connect(details_, &DetailPanel::revealRequested, this, &BrowseView::reveal);
+    connect(details_, &DetailPanel::copyPathRequested, this, &BrowseView::copyPaths);
+    connect(details_, &DetailPanel::removalRequested, this, &BrowseView::confirmRemoval);
+    connect(removal_, &NodeRemoval::confirmed, this, [this] {
+        if (details_->isAncestorOf(window()->focusWidget()))
+            outline_->setFocus(); // the button cannot keep it
+    });
+    connect(&model_, &CorvelModel::nodesAboutToBeDetached, outline_, &OutlineView::deselectWithin);
+    connect(&model_, &CorvelModel::nodeAboutToBeDetached, this, &BrowseView::letGoOf);
+    connect(&model_, &CorvelModel::nodeDetached, &outlineModel_, &OutlineModel::removed);
+    connect(&model_, &CorvelModel::removalChanged, this, &BrowseView::showRemoval);
+    showTree();
+}
+
+QWidget *BrowseView::makeResults() {
+    auto *splitter = new QSplitter(Qt::Horizontal, this);
+    splitter->setObjectName(QStringLiteral("results"));
+    splitter->setChildrenCollapsible(false);
+    splitter->setHandleWidth(16);
+    splitter->addWidget(makeOutlineSide());
+    splitter->addWidget(makeTreemapSide());
+    splitter->setStretchFactor(0, 1);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({1000, 1000}); // halves, whatever the width
+    return splitter;
+}
+
+QWidget *BrowseView::makeOutlineSide() {
+    filter_->setObjectName(QStringLiteral("filter"));
+    filter_->setPlaceholderText(tr("Filter by name"));
+    filter_->setAccessibleName(tr("Filter by name"));
+    filter_->setClearButtonEnabled(true);
+    filter_->setFixedWidth(150);
+    filter_->setTextMargins(4, 0, 4, 0);
+    outline_->setObjectName(QStringLiteral("outline"));
+    auto *head = new QHBoxLayout;
+    head->setContentsMargins(8, 8, 8, 0);
+    head->addWidget(breadcrumb_, 1);
+    head->addWidget(filter_);
+    auto *card = new Card(this);
+    auto *layout = new QVBoxLayout(card);
+    layout->setContentsMargins(1, 1, 1, 8);
+    layout->setSpacing(8);
+    layout->addLayout(head);
+    layout->addWidget(outline_, 1);
+    card->setMinimumWidth(320);
+    return card;
+}
+
+QWidget *BrowseView::makeTreemapSide() {
+    treemap_->setObjectName(QStringLiteral("treemap"));
+    auto *map = new Card(this);
+    auto *mapLayout = new QVBoxLayout(map);
+    mapLayout->setContentsMargins(8, 8, 8, 8);
+    mapLayout->addWidget(treemap_);
+    auto *detailCard = new Card(this);
+    auto *detailLayout = new QVBoxLayout(detailCard);
+    detailLayout->setContentsMargins(0, 0, 0, 0);
+    detailLayout->addWidget(details_);
+    auto *side = new QWidget(this);
+    auto *layout = new QVBoxLayout(side);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(16);
+    layout->addWidget(map, 1);
+    layout->addWidget(detailCard);
+    side->setMinimumWidth(260);
+    return side;
+}
+
+/// Those of the results are in force while these are visible.
+void BrowseView::addShortcuts() {
+    auto *find = new QShortcut(QKeySequence::Find, results_);
+    connect(find, &QShortcut::activated, filter_, [this] {
+        filter_->setFocus(Qt::ShortcutFocusReason);
+        filter_->selectAll();
+    });
+    auto *up = new QShortcut(Shortcuts::enclosingFolder(), results_);
+    connect(up, &QShortcut::activated, this, &BrowseView::focusOnEnclosing);
+    for (const QKeySequence &key : Shortcuts::removal()) {
+        auto *remove = new QShortcut(key, results_);
+        connect(remove, &QShortcut::activated, this, &BrowseView::confirmRemoval);
+    }
+    auto *clear = new QShortcut(QKeySequence(Qt::Key_Escape), filter_);
+    clear->setContext(Qt::WidgetShortcut);
+    connect(clear, &QShortcut::activated, filter_, [this] {
+        filter_->clear();
+        outline_->setFocus();
+    });
+}
+
+/// The tree that the model has now, or none: nothing of an earlier one may be kept.
+void BrowseView::showTree() {
+    focus_ = nullptr;
+    isStale_ = false;
+    breadcrumb_->setFolder(nullptr);
+    treemap_->setNode(nullptr);
+    showDetails({}, false);
+    filter_->clear();
+    outlineModel_.setTree(*model_.tree);
+    if (*model_.tree != nullptr)
+        focusOn(model_.tree->get());
+    showState();
+}
+
+void BrowseView::showState() {
+    const std::shared_ptr<FSNode> &tree = *model_.tree;
+    const bool hasResults = tree != nullptr && !tree->children().empty();
+    body_->setCurrentWidget(hasResults ? results_ : message_);
+    if (!hasResults)
+        message_->showState();
+}
+
+void BrowseView::focusOn(FSNode *folder) {
+    if (folder == nullptr || folder->outlineChildren().empty())
+        return;
+    if (outlineModel_.hides(*folder))
+        filter_->clear(); // it would be an empty page
+    focus_ = folder;
+    outline_->select(nullptr);
+    treemap_->setSelection(nullptr);
+    breadcrumb_->setFolder(folder);
+    treemap_->setNode(folder);
+    outline_->setFocusFolder(folder);
+    showDetails({folder}, false);
+}
+
+void BrowseView::focusOnEnclosing() {
+    if (focus_ == nullptr || focus_->parent() == nullptr)
+        return;
+    FSNode *left = focus_;
+    focusOn(focus_->parent());
+    selectNode(left);
+}
+
+/// What the outline has selected: the treemap marks the first of it, or the tile that it lies in.
+void BrowseView::select(const std::vector<FSNode *> &nodes) {
+    treemap_->setSelection(nodes.empty() ? nullptr : childAround(nodes.front(), focus_));
+    if (nodes.empty() && focus_ != nullptr)
+        showDetails({focus_}, false);
+    else
+        showDetails(nodes, true);
+}
+
+/// Selects one node in both. The tile for the many small children is no row of the outline.
+void BrowseView::selectNode(FSNode *node) {
+    outline_->select(isInTree(*node) ? node : nullptr);
+    treemap_->setSelection(node);
+    showDetails({node}, true);
+}
+
+void BrowseView::showDetails(std::vector<FSNode *> nodes, bool isSelected) {
+    shown_ = std::move(nodes);
+    isSelected_ = isSelected;
+    details_->showNodes(shown_);
+    showRemoval();
+}
+
+void BrowseView::showMenu(const QPoint &place) {
+    if (shown_.empty())
+        return;
+    auto *menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("nodeMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
+    if (shown_.size() == 1) {
+        FSNode *node = shown_.front();
+        if (!node->outlineChildren().empty() && node != focus_)
+            menu->addAction(tr("Open"), this, [this, node] { focusOn(node); });
+        menu->addAction(QLatin1String(FileBrowser::revealTitle()), this, &BrowseView::reveal);
+    }
+    menu->addAction(shown_.size() == 1 ? tr("Copy Path") : tr("Copy Paths"), this, &BrowseView::copyPaths);
+    if (!removableNodes().empty()) {
+        menu->addSeparator();
+        QAction *remove = menu->addAction(tr("Remove…"), this, &BrowseView::confirmRemoval);
+        remove->setEnabled(!model_.isRemoving());
+    }
+    // The tree may be replaced, or lose nodes, while the menu is open.
+    connect(&model_, &CorvelModel::treeChanged, menu, &QMenu::close);
+    connect(&model_, &CorvelModel::nodeAboutToBeDetached, menu, &QMenu::close);
+    menu->popup(place);
+}
+
+void BrowseView::reveal() {
+    if (shown_.size() == 1)
+        ItemActions::reveal(FileURL(shown_.front()->path()));
+}
+
+void BrowseView::copyPaths() {
+    if (shown_.empty())
+        return;
+    std::vector<FileURL> items;
+    for (const FSNode *node : shown_)
+        items.emplace_back(node->path());
+    ItemActions::copyPaths(items);
+    details_->showNotice(items.size() == 1 ? tr("Path copied.") : tr("Paths copied."));
+}
+
+/// What can be removed of what the user has selected.
+std::vector<FSNode *> BrowseView::removableNodes() const {
+    return isSelected_ ? NodeRemoval::removable(shown_) : std::vector<FSNode *>();
+}
+
+/// Whether what is shown can be removed, and what that would free.
+void BrowseView::showRemoval() {
+    std::int64_t bytes = 0;
+    const std::vector<FSNode *> nodes = removableNodes();
+    for (const FSNode *node : nodes)
+        bytes = checkedAdd(bytes, node->size);
+    details_->showRemoval(static_cast<std::int64_t>(nodes.size()), bytes, model_.isRemoving());
+}
+
+void BrowseView::confirmRemoval() {
+    removal_->ask(removableNodes());
+}
+
+/// A node is about to leave the tree: nothing of it, and nothing beneath it, may be kept.
+void BrowseView::letGoOf(FSNode *node) {
+    if (focus_ == nullptr)
+        return;
+    if (OutlineModel::isWithin(focus_, *node))
+        focusOn(node->parent());
+    std::erase_if(
+        shown_, [node](const FSNode *one) { return OutlineModel::isWithin(one, *node) || !isInTree(*one); });
+    // Not only the first time: to come out of the node, or to enter a folder, draws the treemap again.
+    if (treemap_->node() != nullptr)
+        treemap_->setNode(nullptr);
+    if (!std::exchange(isStale_, true))
+        QTimer::singleShot(0, this, &BrowseView::showAfterRemoval);
+    outlineModel_.aboutToRemove(*node);
+}
+
+/// Draws once what many removed nodes have changed.
+void BrowseView::showAfterRemoval() {
+    if (!isStale_ || focus_ == nullptr)
+        return;
+    isStale_ = false;
+    treemap_->setNode(focus_);
+    select(outline_->selectedNodes());
+    showState();
+}
+
+} // namespace brimvale

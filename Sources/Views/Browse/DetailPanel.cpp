@@ -1,0 +1,181 @@
+#include "Views/Browse/DetailPanel.h"
+
+#include "Base/Bytes.h"
+#include "Core/Scan/NodeExplanation.h"
+#include "Core/Scan/OutermostNodes.h"
+#include "Core/Text/Formatting.h"
+#include "Platform/FileBrowser.h"
+#include "Views/Browse/Outline/NodeIcon.h"
+#include "Views/Components/DestructiveButton.h"
+#include "Views/Components/ElidedLabel.h"
+#include "Views/Components/Icons.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
+#include "Views/Components/Theme.h"
+#include "Views/Removing/SelectionTexts.h"
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int iconSize = 20;
+constexpr int buttonIconSize = 14;
+constexpr int figuresInARow = 3;
+
+QString shareOfParent(const FSNode &node) {
+    if (node.parent() == nullptr || node.parent()->size < 1)
+        return QStringLiteral("—");
+    const double share = 100.0 * static_cast<double>(node.size) / static_cast<double>(node.parent()->size);
+    return share > 0 && share < 0.1 ? DetailPanel::tr("under 0.1 %")
+                                    : QStringLiteral("%1 %").arg(share, 0, 'f', 1);
+}
+
+/// A button that is an icon only, whose title is its tool tip.
+QPushButton *makeButton(QWidget *parent, const char *objectName, const QString &title) {
+    auto *button = new QPushButton(parent);
+    button->setObjectName(QLatin1String(objectName));
+    button->setAutoDefault(false);
+    button->setFlat(true);
+    button->setToolTip(title);
+    button->setAccessibleName(title);
+    return button;
+}
+
+} // namespace
+
+DetailPanel::DetailPanel(QWidget *parent)
+    : QWidget(parent), icon_(new QLabel(this)),
+      name_(new ElidedLabel(Type::Size::heading, QFont::DemiBold, Qt::ElideMiddle, this)),
+      path_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
+      explanation_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
+      notice_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
+      reveal_(makeButton(this, "reveal", QLatin1String(FileBrowser::revealTitle()))),
+      copyPath_(makeButton(this, "copyPath", tr("Copy Path"))), remove_(new DestructiveButton(this)) {
+    setObjectName(QStringLiteral("detailPanel"));
+    name_->setObjectName(QStringLiteral("detailName"));
+    path_->setObjectName(QStringLiteral("detailPath"));
+    explanation_->setObjectName(QStringLiteral("detailExplanation"));
+    explanation_->setWordWrap(true);
+
+    auto *names = new QVBoxLayout;
+    names->setSpacing(2);
+    names->addWidget(name_);
+    names->addWidget(path_);
+    auto *head = new QHBoxLayout;
+    head->setSpacing(10);
+    icon_->setFixedSize(iconSize, iconSize);
+    head->addWidget(icon_, 0, Qt::AlignTop);
+    head->addLayout(names, 1);
+    head->addWidget(reveal_, 0, Qt::AlignTop);
+    head->addWidget(copyPath_, 0, Qt::AlignTop);
+
+    auto *figures = new QGridLayout;
+    figures->setHorizontalSpacing(16);
+    figures->setVerticalSpacing(2);
+    const std::array<QString, figureCount> titles = {tr("Allocated"), tr("Logical size"),
+                                                     tr("Share of parent"), tr("Files"), tr("Folders")};
+    const std::array<const char *, figureCount> objectNames = {"allocated", "logical", "share", "files",
+                                                               "folders"};
+    for (std::size_t i = 0; i < titles.size(); ++i) {
+        const int place = static_cast<int>(i);
+        titles_[i] = new TextLabel(Type::Size::caption, TextLabel::Tone::tertiary, this);
+        titles_[i]->setText(titles[i]);
+        values_[i] = new TextLabel(Type::Size::body, QFont::Medium, this);
+        values_[i]->setObjectName(QLatin1String(objectNames[i]));
+        figures->addWidget(titles_[i], 2 * (place / figuresInARow), place % figuresInARow);
+        figures->addWidget(values_[i], 2 * (place / figuresInARow) + 1, place % figuresInARow);
+        figures->setColumnStretch(place % figuresInARow, 1);
+    }
+
+    auto *actions = new QHBoxLayout;
+    actions->setSpacing(8);
+    actions->addWidget(remove_);
+    actions->addWidget(notice_, 1);
+    actions->addStretch(1);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(16, 12, 16, 12);
+    layout->setSpacing(10);
+    layout->addLayout(head);
+    layout->addLayout(figures);
+    layout->addWidget(explanation_);
+    layout->addLayout(actions);
+
+    connect(reveal_, &QPushButton::clicked, this, &DetailPanel::revealRequested);
+    connect(copyPath_, &QPushButton::clicked, this, &DetailPanel::copyPathRequested);
+    remove_->setObjectName(QStringLiteral("remove"));
+    connect(remove_, &QPushButton::clicked, this, &DetailPanel::removalRequested);
+    showRemoval(0, 0, false);
+    showNodes({});
+}
+
+void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
+    std::int64_t size = 0, logicalSize = 0, fileCount = 0, dirCount = 0;
+    for (const FSNode *node : outermostNodes(nodes)) {
+        size = checkedAdd(size, node->size);
+        logicalSize = checkedAdd(logicalSize, node->logicalSize);
+        fileCount = checkedAdd(fileCount, node->fileCount);
+        dirCount = checkedAdd(dirCount, node->dirCount);
+    }
+    const FSNode *only = nodes.size() == 1 ? nodes.front() : nullptr;
+    iconName_ = only != nullptr ? nodeIconName(*only) : QStringLiteral("files");
+    name_->setText(
+        only != nullptr
+            ? displayedName(*only)
+            : tr("%1 items selected").arg(text(Fmt::count(static_cast<std::int64_t>(nodes.size())))));
+    path_->setText(only != nullptr ? displayedText(only->path()) : QString());
+    const QString none = QStringLiteral("—");
+    if (nodes.empty()) {
+        name_->setText(tr("Nothing selected"));
+        showFigures({none, none, none, none, none});
+    } else {
+        showFigures({sizeText(size), sizeText(logicalSize), only != nullptr ? shareOfParent(*only) : none,
+                     text(Fmt::count(fileCount)), text(Fmt::count(dirCount))});
+    }
+    const std::optional<std::string> why = only != nullptr ? explanation(*only) : std::nullopt;
+    explanation_->setText(why ? text(*why) : QString());
+    explanation_->setVisible(why.has_value());
+    reveal_->setEnabled(only != nullptr);
+    copyPath_->setEnabled(!nodes.empty());
+    showNotice({});
+    drawIcon();
+}
+
+void DetailPanel::showRemoval(std::int64_t count, std::int64_t bytes, bool isRemoving) {
+    remove_->setText(removalTitle(count, bytes));
+    remove_->setEnabled(count > 0 && !isRemoving);
+}
+
+void DetailPanel::showNotice(const QString &notice) {
+    notice_->setText(notice);
+    notice_->setVisible(!notice.isEmpty());
+}
+
+void DetailPanel::showFigures(const std::array<QString, figureCount> &values) {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values_[i]->setText(values[i]);
+        values_[i]->setAccessibleName(titles_[i]->text() + QStringLiteral(": ") + values[i]);
+    }
+}
+
+void DetailPanel::changeEvent(QEvent *event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        drawIcon();
+}
+
+void DetailPanel::drawIcon() {
+    const QColor quiet = Theme::current().secondaryText;
+    reveal_->setIcon(Icons::icon(QStringLiteral("external-link"), quiet, buttonIconSize));
+    copyPath_->setIcon(Icons::icon(QStringLiteral("copy"), quiet, buttonIconSize));
+    icon_->setPixmap(Icons::pixmap(iconName_, Theme::current().accent, iconSize, devicePixelRatioF()));
+}
+
+} // namespace brimvale

@@ -1,0 +1,15 @@
+#include "Views/Browse/Outline/NodeIcon.h"
+
+namespace brimvale {
+
+QString nodeIconName(const FSNode &node) {
+    if (node.isNotDescended)
+        return node.isCloudProvider ? QStringLiteral("cloud-off") : QStringLiteral("ban");
+    if (node.unreadable)
+        return QStringLiteral("lock");
+    if (node.isAggregate)
+        return QStringLiteral("files");
+    return node.isDirectory ? QStringLiteral("folder") : QStringLiteral("file");
+}
+
+} // namespace brimvale

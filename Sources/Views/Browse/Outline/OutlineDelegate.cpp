@@ -1,0 +1,137 @@
+#include "Views/Browse/Outline/OutlineDelegate.h"
+
+#include "Core/Scan/NodeExplanation.h"
+#include "Views/Browse/Outline/NodeIcon.h"
+#include "Views/Browse/Outline/OutlineModel.h"
+#include "Views/Components/Icons.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Components/Theme.h"
+
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QToolTip>
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int iconSize = 16;
+constexpr int gap = 8;
+constexpr int narrowestName = 100; ///< with its icon
+constexpr int barHeight = 6;
+constexpr float trackOnAccent = 0.3F;
+
+const FSNode &nodeAt(const QModelIndex &index) {
+    return *static_cast<const FSNode *>(index.internalPointer());
+}
+
+QColor iconColor(const FSNode &node, const Theme &theme) {
+    if (node.unreadable)
+        return theme.warning;
+    if (node.isNotDescended || node.isAggregate)
+        return theme.tertiaryText;
+    return node.isDirectory ? theme.accent : theme.secondaryText;
+}
+
+} // namespace
+
+bool OutlineDelegate::isOnAccent(const QStyleOptionViewItem &option) {
+    return option.state.testFlag(QStyle::State_Selected) && option.widget != nullptr &&
+           option.widget->hasFocus();
+}
+
+QRect OutlineDelegate::nameCell(const QRect &cell) {
+    QRect room = cell;
+    room.setLeft(std::min(cell.left(), cell.right() + 1 - narrowestName));
+    return room;
+}
+
+void OutlineDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                            const QModelIndex &index) const {
+    if (index.column() != OutlineModel::nameColumn && option.rect.isEmpty())
+        return;
+    const Theme &theme = Theme::current();
+    const FSNode &node = nodeAt(index);
+    switch (index.column()) {
+    case OutlineModel::nameColumn:
+        return paintName(*painter, option, node);
+    case OutlineModel::shareColumn:
+        return paintShare(*painter, option, OutlineModel::share(node));
+    case OutlineModel::sizeColumn:
+        return paintText(*painter, option, index, explanation(node) ? theme.tertiaryText : theme.text);
+    default:
+        return paintText(*painter, option, index,
+                         explanation(node) ? theme.tertiaryText : theme.secondaryText);
+    }
+}
+
+void OutlineDelegate::paintName(QPainter &painter, const QStyleOptionViewItem &option,
+                                const FSNode &node) const {
+    const Theme &theme = Theme::current();
+    const bool isDimmed = node.isAggregate || explanation(node);
+    const bool onAccent = isOnAccent(option);
+    const QRect cell = nameCell(option.rect);
+    const int top = cell.center().y() - iconSize / 2 + 1;
+    painter.drawPixmap(cell.left(), top,
+                       Icons::pixmap(nodeIconName(node), onAccent ? theme.onAccent : iconColor(node, theme),
+                                     iconSize, painter.device()->devicePixelRatioF()));
+
+    const QRect words = cell.adjusted(iconSize + gap, 0, -margin, 0);
+    painter.setFont(Type::font(Type::Size::body));
+    painter.setPen(onAccent ? theme.onAccent : isDimmed ? theme.tertiaryText : theme.text);
+    const QString name =
+        painter.fontMetrics().elidedText(displayedName(node), Qt::ElideMiddle, std::max(words.width(), 0));
+    painter.drawText(words, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, name);
+}
+
+void OutlineDelegate::paintText(QPainter &painter, const QStyleOptionViewItem &option,
+                                const QModelIndex &index, const QColor &color) const {
+    painter.setFont(Type::font(Type::Size::body));
+    painter.setPen(isOnAccent(option) ? Theme::current().onAccent : color);
+    painter.drawText(option.rect.adjusted(margin, 0, -margin, 0),
+                     Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, index.data().toString());
+}
+
+void OutlineDelegate::paintShare(QPainter &painter, const QStyleOptionViewItem &option, double share) const {
+    const Theme &theme = Theme::current();
+    const bool onAccent = isOnAccent(option);
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    QRectF bar = option.rect.adjusted(margin, 0, -margin, 0);
+    const int half = barHeight / 2;
+    bar.setTop(option.rect.center().y() - half + 1);
+    bar.setHeight(barHeight);
+    QColor track = isSelected ? theme.border : theme.track;
+    if (onAccent) {
+        track = theme.onAccent;
+        track.setAlphaF(trackOnAccent);
+    }
+
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath shape;
+    shape.addRoundedRect(bar, barHeight / 2.0, barHeight / 2.0);
+    painter.fillPath(shape, track);
+    painter.setClipPath(shape, Qt::IntersectClip);
+    bar.setWidth(bar.width() * std::clamp(share, 0.0, 1.0));
+    painter.fillRect(bar, onAccent ? theme.onAccent : theme.accent);
+    painter.restore();
+}
+
+QSize OutlineDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const {
+    return {0, rowHeight};
+}
+
+bool OutlineDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
+                                const QStyleOptionViewItem &option, const QModelIndex &index) {
+    const QString text = index.data(Qt::ToolTipRole).toString();
+    if (event->type() != QEvent::ToolTip || text.isEmpty())
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    // Only rich text is broken into lines.
+    QToolTip::showText(event->globalPos(), QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped()), view);
+    return true;
+}
+
+} // namespace brimvale

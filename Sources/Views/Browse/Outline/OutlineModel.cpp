@@ -1,0 +1,259 @@
+#include "Views/Browse/Outline/OutlineModel.h"
+
+#include "Core/Scan/NodeExplanation.h"
+#include "Core/Text/Formatting.h"
+#include "Views/Browse/Outline/OutlineMarks.h"
+#include "Views/Browse/Outline/Prefetch.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+QString text(const FSNode &node, int column) {
+    switch (column) {
+    case OutlineModel::nameColumn:
+        return displayedName(node);
+    case OutlineModel::sizeColumn:
+        return sizeText(node.size);
+    case OutlineModel::shareColumn:
+        return QStringLiteral("%1%").arg(qRound(100 * OutlineModel::share(node)));
+    default:
+        return QString::fromStdString(Fmt::count(node.fileCount));
+    }
+}
+
+} // namespace
+
+OutlineModel::OutlineModel(QObject *parent) : QAbstractItemModel(parent) {
+    connect(&passTimer_, &QTimer::timeout, this, &OutlineModel::advanceFilter);
+}
+
+void OutlineModel::setTree(std::shared_ptr<FSNode> tree) {
+    beginResetModel();
+    passTimer_.stop();
+    pass_.reset();
+    marksInForce_.reset();
+    removal_.reset();
+    markFocused(nullptr);
+    rows_.clear();
+    tree_ = std::move(tree);
+    endResetModel();
+    startFilter();
+}
+
+FSNode *OutlineModel::nodeAt(const QModelIndex &index) const {
+    return index.isValid() ? static_cast<FSNode *>(index.internalPointer()) : tree_.get();
+}
+
+QModelIndex OutlineModel::indexOf(const FSNode &node, int column) const {
+    if (&node == tree_.get() || !isShown(node))
+        return {};
+    const std::vector<FSNode *> &rows = rowsOf(*node.parent());
+    std::size_t row = std::min<std::size_t>(node.row, rows.size() - 1);
+    while (rows[row] != &node) // some above it have been removed since
+        --row;
+    rows[row]->row = static_cast<std::uint32_t>(row);
+    return createIndex(static_cast<int>(row), column, &node);
+}
+
+const std::vector<FSNode *> &OutlineModel::rowsOf(const FSNode &folder) const {
+    const auto [entry, isNew] = rows_.try_emplace(&folder);
+    std::vector<FSNode *> &rows = entry->second;
+    if (!isNew)
+        return rows;
+    rows.reserve(folder.children().size());
+    for (const std::unique_ptr<FSNode> &child : folder.children())
+        if (isShown(*child))
+            rows.push_back(child.get());
+    order_.sort(rows);
+    std::uint32_t row = 0;
+    for (FSNode *node : rows)
+        node->row = row++;
+    return rows;
+}
+
+bool OutlineModel::isWithin(const FSNode *node, const FSNode &folder) {
+    while (node != nullptr && node != &folder)
+        node = node->parent();
+    return node != nullptr;
+}
+
+double OutlineModel::share(const FSNode &node) {
+    const FSNode *folder = node.parent();
+    return folder == nullptr || folder->size < 1
+               ? 0
+               : static_cast<double>(node.size) / static_cast<double>(folder->size);
+}
+
+/// The rows of all folders are made anew as they are asked for. An index whose node is no longer shown after
+/// `change` becomes invalid.
+void OutlineModel::rearrange(LayoutChangeHint hint, const std::function<void()> &change) {
+    emit aboutToRearrange();
+    emit layoutAboutToBeChanged({}, hint);
+    change();
+    rows_.clear();
+    const QModelIndexList before = persistentIndexList();
+    QModelIndexList after;
+    after.reserve(before.size());
+    for (const QModelIndex &index : before)
+        after.append(indexOf(*nodeAt(index), index.column()));
+    changePersistentIndexList(before, after);
+    emit layoutChanged({}, hint);
+    emit rearranged();
+}
+
+void OutlineModel::aboutToRemove(const FSNode &node) {
+    passTimer_.stop();
+    pass_.reset();
+    if (isWithin(focused_, node))
+        setFocused(nullptr);
+    const QModelIndex index = indexOf(node);
+    removal_ = Removal{node.parent(), std::nullopt};
+    if (index.isValid()) {
+        beginRemoveRows(index.parent(), index.row(), index.row());
+        removal_->row = static_cast<std::size_t>(index.row());
+    }
+    forgetRowsWithin(node);
+}
+
+void OutlineModel::forgetRowsWithin(const FSNode &node) {
+    if (node.isDirectory)
+        std::erase_if(rows_, [&](const auto &entry) { return isWithin(entry.first, node); });
+}
+
+void OutlineModel::removed() {
+    if (!removal_)
+        return;
+    const Removal removal = *std::exchange(removal_, std::nullopt);
+    if (removal.row) {
+        std::vector<FSNode *> &rows = rows_[removal.folder];
+        rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(*removal.row));
+        endRemoveRows();
+    }
+    announceChangedFigures(*removal.folder);
+    startFilter(); // what is left around the node may match no more
+}
+
+/// Of the rows in `folder`, whose shares have changed, and likewise of all folders around it, whose sizes
+/// have too.
+void OutlineModel::announceChangedFigures(const FSNode &folder) {
+    bool isInOrder = true;
+    for (const FSNode *changed = &folder; changed != nullptr; changed = changed->parent()) {
+        isInOrder = isInOrder && isInPlace(*changed);
+        const auto listed = rows_.find(changed);
+        if (listed == rows_.end() || listed->second.empty())
+            continue;
+        const std::vector<FSNode *> &rows = listed->second;
+        emit dataChanged(createIndex(0, 0, rows.front()),
+                         createIndex(static_cast<int>(rows.size()) - 1, columns - 1, rows.back()));
+    }
+    if (!isInOrder)
+        rearrange(VerticalSortHint, [] {});
+}
+
+/// Whether the rows next to a node may be where they are.
+bool OutlineModel::isInPlace(const FSNode &node) const {
+    const QModelIndex index = indexOf(node);
+    if (!index.isValid())
+        return true;
+    const std::vector<FSNode *> &rows = rowsOf(*node.parent());
+    const auto row = static_cast<std::size_t>(index.row());
+    return (row == 0 || order_.allows(*rows[row - 1], node)) &&
+           (row + 1 == rows.size() || order_.allows(node, *rows[row + 1]));
+}
+
+QModelIndex OutlineModel::index(int row, int column, const QModelIndex &parent) const {
+    if (row < 0 || row >= rowCount(parent) || column < 0 || column >= columns)
+        return {};
+    const std::vector<FSNode *> &rows = rowsOf(*nodeAt(parent));
+    prefetchNodes(rows, static_cast<std::size_t>(row)); // a view asks for one row after another
+    return createIndex(row, column, rows[static_cast<std::size_t>(row)]);
+}
+
+QModelIndex OutlineModel::parent(const QModelIndex &index) const {
+    return index.isValid() ? indexOf(*nodeAt(index)->parent()) : QModelIndex();
+}
+
+int OutlineModel::rowCount(const QModelIndex &parent) const {
+    const FSNode *folder = nodeAt(parent);
+    if (folder == nullptr || parent.column() > 0 || folder->outlineChildren().empty())
+        return 0;
+    return static_cast<int>(rowsOf(*folder).size());
+}
+
+int OutlineModel::columnCount(const QModelIndex &) const {
+    return columns;
+}
+
+bool OutlineModel::hasChildren(const QModelIndex &parent) const {
+    const FSNode *folder = nodeAt(parent);
+    if (folder == nullptr || parent.column() > 0 || folder->outlineChildren().empty())
+        return false;
+    if (!isFiltered())
+        return true;
+    if (OutlineMark::has(*folder, OutlineMark::holdsFocused) || rows_.contains(folder))
+        return !rowsOf(*folder).empty();
+    return OutlineMark::has(*folder, any(OutlineMark::filters[*marksInForce_]));
+}
+
+Qt::ItemFlags OutlineModel::flags(const QModelIndex &index) const {
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    return !nodeAt(index)->outlineChildren().empty() ? flags : flags | Qt::ItemNeverHasChildren;
+}
+
+QVariant OutlineModel::data(const QModelIndex &index, int role) const {
+    if (!index.isValid())
+        return {};
+    const FSNode &node = *nodeAt(index);
+    switch (role) {
+    case Qt::DisplayRole:
+        return text(node, index.column());
+    case Qt::ToolTipRole:
+    case Qt::AccessibleDescriptionRole:
+        if (const std::optional<std::string> words = explanation(node))
+            return QString::fromStdString(*words);
+        return {};
+    case Qt::TextAlignmentRole:
+        return headerData(index.column(), Qt::Horizontal, role);
+    default:
+        return {};
+    }
+}
+
+QVariant OutlineModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal)
+        return {};
+    const bool isFigure = section == sizeColumn || section == itemsColumn;
+    switch (role) {
+    case Qt::DisplayRole:
+        return QStringList{QStringLiteral("Name"), QStringLiteral("Size"), QStringLiteral("Share"),
+                           QStringLiteral("Items")}
+            .value(section);
+    case Qt::TextAlignmentRole:
+        return QVariant::fromValue<Qt::Alignment>((isFigure ? Qt::AlignRight : Qt::AlignLeft) |
+                                                  Qt::AlignVCenter);
+    case Qt::InitialSortOrderRole:
+        return static_cast<int>(section == nameColumn ? Qt::AscendingOrder : Qt::DescendingOrder);
+    default:
+        return {};
+    }
+}
+
+void OutlineModel::sort(int column, Qt::SortOrder order) {
+    const OutlineOrder::Key key = column == nameColumn    ? OutlineOrder::Key::name
+                                  : column == itemsColumn ? OutlineOrder::Key::fileCount
+                                                          : OutlineOrder::Key::size;
+    const OutlineOrder wanted{key, order == Qt::DescendingOrder};
+    if (wanted == order_)
+        return;
+    rearrange(VerticalSortHint, [&] { order_ = wanted; });
+}
+
+} // namespace brimvale

@@ -1,0 +1,207 @@
+#include "Views/Browse/ScanBar.h"
+
+#include "Core/Scan/ScanRootPreset.h"
+#include "Core/Text/Formatting.h"
+#include "Platform/FileStatus.h"
+#include "Views/Components/ElidedLabel.h"
+#include "Views/Components/Icons.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Components/ProgressLine.h"
+#include "Views/Components/Text.h"
+#include "Views/Components/Theme.h"
+
+#include <QComboBox>
+#include <QEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <cmath>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int buttonIconSize = 16;
+constexpr int progressWidth = 160;
+
+/// A label for a figure that counts up: right-aligned, and as wide from the start as `widest` is.
+TextLabel *makeFigure(QWidget *parent, TextLabel::Tone tone, const char *objectName, const QString &widest) {
+    auto *label = new TextLabel(Type::Size::body, tone, parent);
+    label->setObjectName(QLatin1String(objectName));
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
+    return label;
+}
+
+QString elapsedText(double seconds) {
+    if (seconds < 60)
+        return QStringLiteral("%1 s").arg(seconds, 0, 'f', 1);
+    const auto whole = static_cast<int>(std::floor(seconds));
+    return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QLatin1Char('0'));
+}
+
+} // namespace
+
+ScanBar::ScanBar(CorvelModel &model, QWidget *parent)
+    : QWidget(parent), model_(model), presets_(new QComboBox(this)),
+      choose_(new QPushButton(tr("Choose Folder"), this)), scan_(new QPushButton(this)),
+      root_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
+      files_(makeFigure(this, TextLabel::Tone::primary, "scanFiles", QStringLiteral("8,888,888 files"))),
+      bytes_(makeFigure(this, TextLabel::Tone::primary, "scanBytes", QStringLiteral("888.88 GB"))),
+      elapsed_(makeFigure(this, TextLabel::Tone::secondary, "scanElapsed", QStringLiteral("88.8 s"))),
+      unreadable_(makeFigure(this, TextLabel::Tone::warning, "scanUnreadable", {})),
+      current_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::tertiary, Qt::ElideMiddle, this)) {
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    layout->addWidget(makeControls());
+    layout->addWidget(makeProgress());
+    fillPresets();
+
+    connect(presets_, &QComboBox::activated, this, [this](int index) {
+        model_.chooseScanRoot(ScanRootPreset::allCases().at(static_cast<std::size_t>(index)).path());
+    });
+    connect(choose_, &QPushButton::clicked, this, &ScanBar::chooseFolder);
+    connect(scan_, &QPushButton::clicked, this, &ScanBar::startOrStop);
+    connect(&model_, &CorvelModel::scanRootPathChanged, this, &ScanBar::showScanRoot);
+    connect(&model_, &CorvelModel::scanFiguresChanged, this, &ScanBar::showFigures);
+    connect(&model_, &CorvelModel::isScanningChanged, this, &ScanBar::showState);
+    showScanRoot();
+    showFigures();
+    showState();
+}
+
+QWidget *ScanBar::makeControls() {
+    auto *controls = new QWidget(this);
+    auto *layout = new QHBoxLayout(controls);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    presets_->setObjectName(QStringLiteral("presets"));
+    presets_->setAccessibleName(tr("Place to scan"));
+    presets_->setPlaceholderText(tr("Other folder"));
+    presets_->setMinimumContentsLength(14);
+    choose_->setObjectName(QStringLiteral("chooseFolder"));
+    scan_->setObjectName(QStringLiteral("scan"));
+    scan_->setDefault(true);
+    scan_->setMinimumWidth(88);
+    root_->setObjectName(QStringLiteral("scanRoot"));
+    for (QWidget *widget :
+         {static_cast<QWidget *>(presets_), static_cast<QWidget *>(choose_), static_cast<QWidget *>(scan_)})
+        layout->addWidget(widget);
+    layout->addSpacing(8);
+    layout->addWidget(root_, 1);
+    layout->addSpacing(8);
+    for (TextLabel *figure : {unreadable_, files_, bytes_, elapsed_})
+        layout->addWidget(figure);
+    return controls;
+}
+
+QWidget *ScanBar::makeProgress() {
+    progress_ = new QWidget(this);
+    progress_->setObjectName(QStringLiteral("scanProgress"));
+    auto *layout = new QHBoxLayout(progress_);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(12);
+    auto *bar = new ProgressLine(progress_);
+    bar->setObjectName(QStringLiteral("scanProgressLine"));
+    bar->setRange(0, 0); // how much there is, is not known before the end
+    bar->setFixedWidth(progressWidth);
+    bar->setAccessibleName(tr("Scanning"));
+    current_->setObjectName(QStringLiteral("scanCurrent"));
+    layout->addWidget(bar);
+    layout->addWidget(current_, 1);
+    return progress_;
+}
+
+void ScanBar::fillPresets() {
+    for (const ScanRootPreset &preset : ScanRootPreset::allCases())
+        presets_->addItem(text(preset.rawValue()));
+}
+
+void ScanBar::showScanRoot() {
+    root_->setText(displayedText(*model_.scanRootPath));
+    int shown = -1;
+    const std::vector<ScanRootPreset> presets = ScanRootPreset::allCases();
+    for (std::size_t i = 0; i < presets.size() && shown < 0; ++i)
+        if (presets[i].path() == *model_.scanRootPath)
+            shown = static_cast<int>(i);
+    presets_->setCurrentIndex(shown);
+}
+
+void ScanBar::showFigures() {
+    const bool hasFigures = *model_.isScanning || *model_.tree != nullptr;
+    for (TextLabel *figure : {files_, bytes_, elapsed_})
+        figure->setVisible(hasFigures);
+    files_->setText(*model_.scanFiles == 1 ? tr("1 file")
+                                           : tr("%1 files").arg(text(Fmt::count(*model_.scanFiles))));
+    bytes_->setText(sizeText(*model_.scanBytes));
+    elapsed_->setText(elapsedText(*model_.scanElapsed));
+    unreadable_->setVisible(hasFigures && *model_.scanUnreadable > 0);
+    unreadable_->setText(tr("%1 unreadable").arg(text(Fmt::count(*model_.scanUnreadable))));
+    current_->setText(displayedText(*model_.scanCurrentPath));
+}
+
+void ScanBar::showState() {
+    scan_->setText(*model_.isScanning ? tr("Stop") : tr("Scan"));
+    progress_->setVisible(*model_.isScanning);
+    drawIcons();
+    showFigures();
+}
+
+void ScanBar::startOrStop() {
+    if (!*model_.isScanning)
+        model_.startScan();
+    else if (model_.scanStats() != nullptr)
+        model_.scanStats()->cancel();
+    else
+        model_.finishScan(nullptr);
+}
+
+/// A folder that is chosen here is scanned at once.
+void ScanBar::chooseFolder() {
+    auto *dialog = new QFileDialog(window(), tr("Choose a folder to scan"),
+                                   QFile::decodeName(QByteArray::fromStdString(*model_.scanRootPath)));
+    dialog->setObjectName(QStringLiteral("folderChooser"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    connect(dialog, &QFileDialog::fileSelected, this, &ScanBar::scanChosen);
+    dialog->open();
+}
+
+void ScanBar::scanChosen(const QString &folder) {
+    const std::string path = QFile::encodeName(folder).toStdString();
+    if (fileStatus(path)) {
+        model_.startScan(path);
+        return;
+    }
+    // The chooser speaks text; a name that is not text does not come through it.
+    auto *alert = new QMessageBox(QMessageBox::Warning, tr("Brimvale"),
+                                  tr("“%1” could not be opened.").arg(folder), QMessageBox::Ok, window());
+    alert->setTextFormat(Qt::PlainText);
+    alert->setInformativeText(
+        tr("It is no longer there, or its name cannot be passed on by the folder chooser. In "
+           "that case choose the folder around it."));
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setAttribute(Qt::WA_WindowPropagation);
+    alert->open();
+}
+
+void ScanBar::changeEvent(QEvent *event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && progress_ != nullptr)
+        drawIcons();
+}
+
+void ScanBar::drawIcons() {
+    const Theme &theme = Theme::current();
+    choose_->setIcon(Icons::icon(QStringLiteral("folder"), theme.text, buttonIconSize));
+    scan_->setIcon(Icons::icon(*model_.isScanning ? QStringLiteral("square") : QStringLiteral("search"),
+                               theme.onAccent, buttonIconSize));
+}
+
+} // namespace brimvale

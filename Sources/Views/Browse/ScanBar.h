@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Core/Model/CorvelModel.h"
+
+#include <QWidget>
+
+class QComboBox;
+class QPushButton;
+
+namespace brimvale {
+
+class ElidedLabel;
+class TextLabel;
+
+/// The control bar of the Browse page: what to scan, start and stop, and the scan's figures while it runs and
+/// after.
+class ScanBar : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ScanBar(CorvelModel &model, QWidget *parent = nullptr);
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    QWidget *makeControls();
+    QWidget *makeProgress();
+    void fillPresets();
+    void showScanRoot();
+    void showFigures();
+    void showState();
+    void startOrStop();
+    void chooseFolder();
+    void scanChosen(const QString &folder);
+    void drawIcons();
+
+    CorvelModel &model_;
+    QComboBox *presets_;
+    QPushButton *choose_;
+    QPushButton *scan_;
+    ElidedLabel *root_;
+    TextLabel *files_;
+    TextLabel *bytes_;
+    TextLabel *elapsed_;
+    TextLabel *unreadable_;
+    QWidget *progress_ = nullptr;
+    ElidedLabel *current_;
+};
+
+} // namespace brimvale

@@ -1,0 +1,191 @@
+#include "Views/Category/BackupReviewView.h"
+
+#include "Core/Backup/Archiver.h"
+#include "Core/Text/Formatting.h"
+#include "Platform/FileBrowser.h"
+#include "Views/Components/Card.h"
+#include "Views/Components/DestructiveButton.h"
+#include "Views/Components/ElidedLabel.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Components/NoteLabel.h"
+#include "Views/Components/Text.h"
+#include "Views/Entries/ItemActions.h"
+
+#include <QDesktopServices>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int margin = 24;
+constexpr int sheetWidth = 540;
+constexpr std::size_t mostNamesShown = 3;
+
+QString countOf(std::size_t count) {
+    return text(Fmt::count(static_cast<std::int64_t>(count)));
+}
+
+/// "2 items did not copy at full size. Check those before deleting anything."
+QString mismatchWarning(std::size_t count) {
+    return countOf(count) + (count == 1 ? QStringLiteral(" item did") : QStringLiteral(" items did")) +
+           QStringLiteral(" not copy at full size. Check those before deleting anything.");
+}
+
+/// How many copies hold other bytes than their originals, and which.
+QString differenceWarning(const std::vector<FileURL> &differing) {
+    QStringList names;
+    for (std::size_t i = 0; i < std::min(differing.size(), mostNamesShown); ++i)
+        names.append(displayedText(differing[i].path()));
+    if (differing.size() > mostNamesShown)
+        names.append(BackupReviewView::tr("and %1 more").arg(countOf(differing.size() - mostNamesShown)));
+    const QString list = names.join(QStringLiteral(", "));
+    return differing.size() == 1
+               ? BackupReviewView::tr("The copy of 1 file does not hold the same bytes as its original: %1")
+                     .arg(list)
+               : BackupReviewView::tr(
+                     "The copies of %1 files do not hold the same bytes as their originals: %2")
+                     .arg(countOf(differing.size()), list);
+}
+
+QPushButton *makeButton(const char *objectName, const QString &title, QWidget *parent) {
+    auto *button = new QPushButton(title, parent);
+    button->setObjectName(QLatin1String(objectName));
+    button->setAutoDefault(false);
+    return button;
+}
+
+} // namespace
+
+BackupReviewView::BackupReviewView(const PendingDeletion &pending, QWidget *parent)
+    : QDialog(parent, Qt::Sheet), pending_(pending) {
+    setObjectName(QStringLiteral("backupReview"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
+    setWindowModality(Qt::WindowModal);
+    setWindowTitle(tr("Backup complete"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, margin, margin, 16);
+    layout->setSpacing(14);
+    addHeading(*layout);
+    addFolder(*layout);
+    addTranscript(*layout);
+    addWarnings(*layout);
+    auto *mode = new TextLabel(Type::Size::body, QFont::Medium, this);
+    mode->setObjectName(QStringLiteral("modeLine"));
+    mode->setWordWrap(true);
+    mode->setText(pending_.mode == RemovalMode::trash
+                      ? tr("Originals will go to the Trash.")
+                      : tr("Originals will be deleted immediately, with no Trash to fall back on."));
+    layout->addWidget(mode);
+    layout->addSpacing(2);
+    layout->addWidget(makeButtons());
+    setFixedWidth(sheetWidth);
+}
+
+void BackupReviewView::addHeading(QVBoxLayout &layout) {
+    auto *heading = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
+    heading->setObjectName(QStringLiteral("reviewHeading"));
+    heading->setText(tr("Backup complete. Nothing has been deleted yet."));
+    heading->setWordWrap(true);
+    auto *summary = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);
+    summary->setObjectName(QStringLiteral("reviewSummary"));
+    const std::size_t count = pending_.items.size();
+    const QString bytes = sizeText(pending_.bytes);
+    summary->setText(count == 1 ? tr("1 item copied, %1").arg(bytes)
+                                : tr("%1 items copied, %2").arg(countOf(count), bytes));
+    auto *words = new QVBoxLayout;
+    words->setSpacing(3);
+    words->addWidget(heading);
+    words->addWidget(summary);
+    auto *row = new QHBoxLayout;
+    row->setSpacing(12);
+    row->addWidget(new IconLabel(QStringLiteral("circle-check-filled"), IconLabel::Tone::good, this, 28), 0,
+                   Qt::AlignTop);
+    row->addLayout(words, 1);
+    layout.addLayout(row);
+}
+
+void BackupReviewView::addFolder(QVBoxLayout &layout) {
+    auto *card = new Card(this);
+    auto *title = new TextLabel(Type::Size::body, QFont::Medium, card);
+    title->setText(tr("Show this copy in Finder"));
+    auto *advice = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, card);
+    advice->setText(tr("Open the folder and check it first."));
+    auto *path = new ElidedLabel(Type::Size::caption, TextLabel::Tone::tertiary, Qt::ElideMiddle, card);
+    path->setObjectName(QStringLiteral("backupFolder"));
+    path->setText(displayedText(pending_.destination.path()));
+    QPushButton *open = makeButton("openFolder", tr("Open in Finder"), card);
+    connect(open, &QPushButton::clicked, this, [this] { ItemActions::reveal(pending_.destination); });
+    auto *words = new QVBoxLayout;
+    words->setSpacing(2);
+    words->addWidget(title);
+    words->addWidget(advice);
+    words->addWidget(path);
+    auto *row = new QHBoxLayout(card);
+    row->setContentsMargins(14, 10, 14, 10);
+    row->addLayout(words, 1);
+    row->addWidget(open);
+    layout.addWidget(card);
+}
+
+void BackupReviewView::addTranscript(QVBoxLayout &layout) {
+    if (!pending_.readableExport)
+        return;
+    auto *note = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);
+    note->setObjectName(QStringLiteral("transcriptNote"));
+    note->setText(tr("A readable transcript was written alongside the database."));
+    note->setWordWrap(true);
+    QPushButton *open = makeButton("openTranscript", tr("Open Messages Archive"), this);
+    connect(open, &QPushButton::clicked, this, [page = *pending_.readableExport] {
+        QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(FileBrowser::fileURI(page))));
+    });
+    auto *row = new QHBoxLayout;
+    row->addWidget(note, 1);
+    row->addWidget(open);
+    layout.addLayout(row);
+}
+
+void BackupReviewView::addWarnings(QVBoxLayout &layout) {
+    const auto warn = [&](const char *objectName, const char *icon, const QString &words) {
+        auto *note = new NoteLabel(QLatin1String(icon), IconLabel::Tone::warning, this);
+        note->setObjectName(QLatin1String(objectName));
+        note->setText(words);
+        layout.addWidget(note);
+    };
+    const auto mismatched =
+        std::count_if(pending_.items.begin(), pending_.items.end(), Archiver::isMismatched);
+    if (mismatched > 0)
+        warn("mismatchWarning", "triangle-alert", mismatchWarning(static_cast<std::size_t>(mismatched)));
+    if (!pending_.differing.empty())
+        warn("differenceWarning", "triangle-alert", differenceWarning(pending_.differing));
+    if (pending_.sameVolumeAsSource)
+        warn("sameVolumeWarning", "hard-drive",
+             tr("This backup is on the same disk as the originals, so deleting them will not free space "
+                "until you move this folder off the disk or delete it too."));
+}
+
+QWidget *BackupReviewView::makeButtons() {
+    auto *row = new QWidget(this);
+    auto *remove = new DestructiveButton(row);
+    remove->setObjectName(QStringLiteral("deleteOriginals"));
+    remove->setText(tr("Delete Originals"));
+    connect(remove, &QPushButton::clicked, this, &QDialog::accept);
+    auto *keep = new QPushButton(tr("Keep Both"), row);
+    keep->setObjectName(QStringLiteral("keepBoth"));
+    keep->setDefault(true);
+    connect(keep, &QPushButton::clicked, this, &QDialog::reject);
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addStretch(1);
+    layout->addWidget(remove);
+    layout->addWidget(keep);
+    keep->setFocus();
+    return row;
+}
+
+} // namespace brimvale

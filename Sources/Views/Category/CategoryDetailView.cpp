@@ -1,0 +1,277 @@
+#include "Views/Category/CategoryDetailView.h"
+
+#include "Core/Backup/BackupPlan.h"
+#include "Core/Storage/CleanupEntries.h"
+#include "Core/Storage/CleanupRiskTexts.h"
+#include "Core/Storage/StorageFigures.h"
+#include "Platform/RunningApps.h"
+#include "Views/Category/BackupBar.h"
+#include "Views/Category/CategoryHeader.h"
+#include "Views/Components/Card.h"
+#include "Views/Components/NoteLabel.h"
+#include "Views/Components/ProgressNote.h"
+#include "Views/Components/Text.h"
+#include "Views/Components/TextLabel.h"
+#include "Views/Entries/EntryList.h"
+#include "Views/Removing/ActionBar.h"
+#include "Views/Removing/ConfirmationSheet.h"
+#include "Views/Removing/RemovalSheet.h"
+#include "Views/Removing/SheetOrder.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QThreadPool>
+#include <QVBoxLayout>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int pageMargin = 24;
+constexpr int gap = 16;
+
+QString whyEmpty(const MeasuredCategory &category) {
+    if (!category.measured)
+        return CategoryDetailView::tr(
+            "Not measured yet. Measure looks at every category and changes nothing.");
+    if (category.category.measurement == CategoryMeasurement::remainder)
+        return CategoryDetailView::tr("No folder that would explain this figure has been found yet.");
+    if (CleanupEntries::hasUnreadableRoot(category.category.roots))
+        return CategoryDetailView::tr("This could not be read: you may not list its folder. Full Disk "
+                                      "Access, or the rights of the folder's owner, would help.");
+    return CategoryDetailView::tr("Nothing found. There is nothing in here.");
+}
+
+} // namespace
+
+CategoryDetailView::CategoryDetailView(CorvelModel &model, std::string id, QWidget *parent)
+    : QWidget(parent), model_(model), id_(std::move(id)), action_(model.category(id_)->category.action),
+      header_(new CategoryHeader(model.category(id_)->category, this)),
+      measure_(new QPushButton(tr("Measure"), this)),
+      progress_(new ProgressNote(tr("Measuring storage"), this)),
+      entries_(new EntryList(canTick() ? &ticked_ : nullptr, this)),
+      state_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      sentence_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)) {
+    setObjectName(QStringLiteral("categoryPage:") + text(id_));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(makeHead());
+    layout->addWidget(makeContent(), 1);
+    addActions(*layout);
+
+    connect(measure_, &QPushButton::clicked, &model_, &CorvelModel::measureCategories);
+    connect(&model_, &CorvelModel::categoriesChanged, this, &CategoryDetailView::showCategory);
+    connect(&model_, &CorvelModel::removalChanged, this, &CategoryDetailView::showSelection);
+    connect(&ticked_, &TickedEntries::changed, this, &CategoryDetailView::showSelection);
+    showCategory();
+    showSelection();
+}
+
+bool CategoryDetailView::canTick() const {
+    return std::holds_alternative<RemovableAction>(action_) ||
+           std::holds_alternative<BackupThenRemoveAction>(action_);
+}
+
+QWidget *CategoryDetailView::makeHead() {
+    measure_->setObjectName(QStringLiteral("measure"));
+    measure_->setAutoDefault(true); // Return presses it
+    progress_->setObjectName(QStringLiteral("categoryProgress"));
+    progress_->setFixedWidth(200);
+    header_->addControl(measure_);
+    header_->addControl(progress_);
+    auto *head = new QWidget(this);
+    auto *layout = new QVBoxLayout(head);
+    layout->setContentsMargins(pageMargin, pageMargin, pageMargin, gap);
+    layout->addWidget(header_);
+    return head;
+}
+
+QWidget *CategoryDetailView::makeContent() {
+    const StorageCategory &category = model_.category(id_)->category;
+    auto *content = new QWidget(this);
+    auto *layout = new QVBoxLayout(content);
+    layout->setContentsMargins(pageMargin, 0, pageMargin, pageMargin);
+    layout->setSpacing(gap);
+    const auto addNote = [&](const char *name, const char *icon, const std::string &words) {
+        auto *note = new NoteLabel(QLatin1String(icon), IconLabel::Tone::quiet, content);
+        note->setObjectName(QLatin1String(name));
+        note->setText(text(words));
+        layout->addWidget(note);
+    };
+    if (category.caveat)
+        addNote("caveat", "info", *category.caveat);
+    if (const auto *readOnly = std::get_if<ReadOnlyAction>(&category.action))
+        addNote("reason", "lock", readOnly->reason);
+    if (const auto *backup = std::get_if<BackupThenRemoveAction>(&category.action))
+        addNote("warning", "info", backup->warning);
+
+    auto *card = new Card(content);
+    auto *inCard = new QVBoxLayout(card);
+    inCard->setContentsMargins(1, 8, 1, 8);
+    inCard->setSpacing(0);
+    state_->setObjectName(QStringLiteral("categoryState"));
+    state_->setWordWrap(true);
+    state_->setContentsMargins(16, 8, 16, 8);
+    entries_->setAccessibleName(text(category.title));
+    inCard->addWidget(state_);
+    inCard->addWidget(entries_);
+    sentence_->setObjectName(QStringLiteral("sentence"));
+    sentence_->setWordWrap(true);
+    layout->addWidget(card);
+    layout->addWidget(sentence_);
+    layout->addStretch(1);
+    auto *area = new QScrollArea(this);
+    area->setWidget(content);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    return area;
+}
+
+void CategoryDetailView::addActions(QVBoxLayout &layout) {
+    if (std::holds_alternative<RemovableAction>(action_)) {
+        bar_ = new ActionBar(this);
+        layout.addWidget(bar_);
+        connect(bar_, &ActionBar::removalAsked, this, &CategoryDetailView::confirmRemoval);
+    } else if (std::holds_alternative<BackupThenRemoveAction>(action_)) {
+        backupBar_ = new BackupBar(model_, this);
+        layout.addWidget(backupBar_);
+        connect(backupBar_, &BackupBar::backupAsked, this, &CategoryDetailView::prepareBackup);
+    } else if (std::holds_alternative<ApplicationsAction>(action_)) {
+        auto *open = new QPushButton(tr("Open Apps"), this);
+        open->setObjectName(QStringLiteral("openApps"));
+        open->setDefault(true);
+        connect(open, &QPushButton::clicked, this, &CategoryDetailView::appsAsked);
+        header_->addControl(open);
+    }
+}
+
+void CategoryDetailView::showCategory() {
+    const MeasuredCategory &category = *model_.category(id_);
+    header_->showSize(category);
+    const bool isMeasuring = *model_.isMeasuringCategories;
+    // The button's focus waits here meanwhile, and does not go to what comes after it.
+    if (isMeasuring && measure_->hasFocus())
+        setFocus();
+    measure_->setHidden(isMeasuring);
+    if (!isMeasuring && hasFocus())
+        measure_->setFocus();
+    progress_->setVisible(isMeasuring);
+    progress_->setProgress(*model_.categoryProgress);
+    showEntries(category);
+    const bool isRemainder = category.category.measurement == CategoryMeasurement::remainder;
+    const std::optional<std::string> sentence =
+        isRemainder ? StorageFigures::systemDataSentence(*model_.categories) : std::nullopt;
+    sentence_->setText(text(sentence.value_or("")));
+    sentence_->setHidden(!sentence);
+}
+
+void CategoryDetailView::showEntries(const MeasuredCategory &category) {
+    entries_->setEntries(category.entries);
+    entries_->setHidden(category.entries.empty());
+    state_->setHidden(!category.entries.empty());
+    if (category.entries.empty())
+        state_->setText(whyEmpty(category));
+    ticked_.retain({&category.entries});
+}
+
+void CategoryDetailView::showSelection() {
+    if (bar_ != nullptr) {
+        bar_->setSelection(ticked_.count(), ticked_.bytes());
+        bar_->setBusy(model_.isRemoving());
+    }
+    if (backupBar_ != nullptr)
+        backupBar_->setSelection(ticked_.count(), ticked_.bytes());
+}
+
+/// What is ticked, in the order of the page.
+std::vector<CleanupEntry> CategoryDetailView::tickedEntries() const {
+    std::vector<CleanupEntry> entries;
+    for (const CleanupEntry &entry : model_.category(id_)->entries)
+        if (ticked_.contains(entry.url))
+            entries.push_back(entry);
+    return entries;
+}
+
+void CategoryDetailView::confirmRemoval(RemovalMode mode) {
+    const CleanupRisk risk = model_.category(id_)->category.risk;
+    const RemovalRequest request{
+        .items = tickedEntries(), .mode = mode, .remark = [risk](RemovalMode chosen) {
+            return std::string(removalWarning(risk, chosen));
+        }};
+    auto *sheet = new RemovalSheet(request, this);
+    connect(sheet, &RemovalSheet::confirmed, this, [this, items = request.items](RemovalMode chosen) {
+        model_.removeCategoryEntries(items, chosen);
+        bar_->resetMode();
+    });
+    sheet->open();
+}
+
+/// A backup of a database that is in use would be worthless. Whether it is takes a while to find out.
+void CategoryDetailView::prepareBackup(RemovalMode mode) {
+    const std::optional<std::string> application = std::get<BackupThenRemoveAction>(action_).quitFirst;
+    if (!application) {
+        planBackup(mode);
+        return;
+    }
+    if (std::exchange(isPreparing_, true))
+        return;
+    QThreadPool::globalInstance()->start([page = QPointer(this), application, mode] {
+        const bool isRunning = isApplicationRunning(*application);
+        QMetaObject::invokeMethod(
+            qApp,
+            [page, isRunning, mode] {
+                if (page.isNull())
+                    return;
+                whenNoSheetIsOpen(page, [page, isRunning, mode] {
+                    page->isPreparing_ = false;
+                    if (isRunning)
+                        page->askToQuitMessages();
+                    else
+                        page->planBackup(mode);
+                });
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void CategoryDetailView::askToQuitMessages() {
+    (new NoticeSheet(tr("Quit Messages first"),
+                     tr("Messages is running. Copying its database while it is open produces a "
+                        "backup that will not restore, so quit Messages and try again."),
+                     this))
+        ->open();
+}
+
+/// Refuses what cannot be one backup, and asks where there is too little room.
+void CategoryDetailView::planBackup(RemovalMode mode) {
+    const std::vector<CleanupEntry> entries = tickedEntries();
+    std::vector<FileURL> items;
+    for (const CleanupEntry &entry : entries)
+        items.push_back(entry.url);
+    if (items.empty())
+        return;
+    if (const auto refusal = BackupPlan::refusal(items, *model_.backupRoot)) {
+        (new NoticeSheet(tr("This cannot be one backup"), text(*refusal), this))->open();
+        return;
+    }
+    const auto shortage = BackupPlan::shortage(items, CleanupEntries::totalSize(entries), *model_.backupRoot);
+    if (!shortage) {
+        backUp(entries, mode);
+        return;
+    }
+    auto *sheet = new ConfirmationSheet(tr("There may be too little room for the backup"),
+                                        text(BackupPlan::sentence(*shortage)), tr("Back Up Anyway"), this);
+    connect(sheet, &QDialog::accepted, this, [this, entries, mode] { backUp(entries, mode); });
+    sheet->open();
+}
+
+void CategoryDetailView::backUp(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
+    model_.archiveThenReview(model_.category(id_)->category.title, *model_.backupRoot, entries, mode);
+}
+
+} // namespace brimvale

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "Core/Model/CorvelModel.h"
+#include "Views/Entries/TickedEntries.h"
+
+#include <QWidget>
+#include <string>
+#include <vector>
+
+class QPushButton;
+class QVBoxLayout;
+
+namespace brimvale {
+
+class ActionBar;
+class BackupBar;
+class CategoryHeader;
+class EntryList;
+class NoteLabel;
+class ProgressNote;
+class StateMessage;
+class TextLabel;
+
+/// The page of one storage category: what it is, what is in it, and what may be done with that.
+class CategoryDetailView : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `id` is one of the model's categories.
+    CategoryDetailView(CorvelModel &model, std::string id, QWidget *parent = nullptr);
+
+signals:
+    /// The user wants to see the applications.
+    void appsAsked();
+
+private:
+    [[nodiscard]] bool canTick() const;
+    QWidget *makeHead();
+    QWidget *makeContent();
+    void addActions(QVBoxLayout &layout);
+    void showCategory();
+    void showEntries(const MeasuredCategory &category);
+    void showSelection();
+    [[nodiscard]] std::vector<CleanupEntry> tickedEntries() const;
+    void confirmRemoval(RemovalMode mode);
+    void prepareBackup(RemovalMode mode);
+    void askToQuitMessages();
+    void planBackup(RemovalMode mode);
+    void backUp(const std::vector<CleanupEntry> &entries, RemovalMode mode);
+
+    CorvelModel &model_;
+    std::string id_;
+    CategoryAction action_;
+    TickedEntries ticked_;
+    bool isPreparing_ = false; ///< asked whether a backup may begin
+    CategoryHeader *header_;
+    QPushButton *measure_;
+    ProgressNote *progress_;
+    EntryList *entries_;
+    TextLabel *state_;               ///< why there are no entries
+    TextLabel *sentence_;            ///< how the entries compare with the figure
+    ActionBar *bar_ = nullptr;       ///< where entries may be removed
+    BackupBar *backupBar_ = nullptr; ///< where they are backed up before
+};
+
+} // namespace brimvale

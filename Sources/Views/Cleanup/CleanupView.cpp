@@ -1,0 +1,129 @@
+#include "Views/Cleanup/CleanupView.h"
+
+#include "Core/Removal/RemovalReport.h"
+#include "Core/Storage/CleanupEntries.h"
+#include "Views/Cleanup/TargetCard.h"
+#include "Views/Components/PageHeader.h"
+#include "Views/Components/ProgressNote.h"
+#include "Views/Removing/ActionBar.h"
+#include "Views/Removing/RemovalSheet.h"
+
+#include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int pageMargin = 24;
+constexpr int cardGap = 12;
+
+} // namespace
+
+CleanupView::CleanupView(CorvelModel &model, QWidget *parent)
+    : QWidget(parent), model_(model), measure_(new QPushButton(tr("Measure"), this)),
+      progress_(new ProgressNote(tr("Measuring cleanup targets"), this)), bar_(new ActionBar(this)) {
+    setObjectName(QStringLiteral("cleanupPage"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(makeHeader());
+    layout->addWidget(makeCards(), 1);
+    layout->addWidget(bar_);
+
+    connect(measure_, &QPushButton::clicked, &model_, &CorvelModel::measureCleanup);
+    connect(&model_, &CorvelModel::cleanupChanged, this, &CleanupView::showTargets);
+    connect(&model_, &CorvelModel::removalChanged, this, &CleanupView::showSelection);
+    connect(&ticked_, &TickedEntries::changed, this, &CleanupView::showSelection);
+    connect(bar_, &ActionBar::removalAsked, this, &CleanupView::confirmRemoval);
+    showTargets();
+    showSelection();
+}
+
+QWidget *CleanupView::makeHeader() {
+    auto *header = new PageHeader(tr("Cleanup"), this);
+    header->setSubtitle(
+        tr("Everything here is measured on this Mac. Nothing is selected by default, and nothing "
+           "is removed until you say so."));
+    measure_->setObjectName(QStringLiteral("measure"));
+    measure_->setDefault(true);
+    header->addControl(measure_);
+    progress_->setObjectName(QStringLiteral("cleanupProgress"));
+    auto *head = new QWidget(this);
+    auto *layout = new QVBoxLayout(head);
+    layout->setContentsMargins(pageMargin, pageMargin, pageMargin, cardGap);
+    layout->setSpacing(cardGap);
+    layout->addWidget(header);
+    layout->addWidget(progress_);
+    return head;
+}
+
+QWidget *CleanupView::makeCards() {
+    auto *content = new QWidget(this);
+    cards_ = new QVBoxLayout(content);
+    cards_->setContentsMargins(pageMargin, 0, pageMargin, pageMargin);
+    cards_->setSpacing(cardGap);
+    cards_->addStretch(1);
+    auto *area = new QScrollArea(this);
+    area->setObjectName(QStringLiteral("cleanupCards"));
+    area->setWidget(content);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    return area;
+}
+
+void CleanupView::showTargets() {
+    const std::vector<CleanupTarget> &targets = *model_.cleanupTargets;
+    for (std::size_t i = targets_.size(); i < targets.size(); ++i) {
+        targets_.push_back(new TargetCard(targets[i], ticked_, this));
+        cards_->insertWidget(static_cast<int>(i), targets_.back());
+    }
+    std::vector<const std::vector<CleanupEntry> *> lists;
+    for (std::size_t i = 0; i < targets.size(); ++i) {
+        targets_[i]->setTarget(targets[i]);
+        lists.push_back(&targets[i].entries);
+    }
+    ticked_.retain(lists);
+    const bool isMeasuring = *model_.isMeasuringCleanup;
+    // The button's focus waits here meanwhile, and does not go to what comes after it.
+    if (isMeasuring && measure_->hasFocus())
+        setFocus();
+    measure_->setEnabled(!isMeasuring);
+    if (!isMeasuring && hasFocus())
+        measure_->setFocus();
+    progress_->setVisible(isMeasuring);
+    progress_->setProgress(*model_.cleanupProgress);
+}
+
+void CleanupView::showSelection() {
+    bar_->setSelection(ticked_.count(), ticked_.bytes());
+    bar_->setBusy(model_.isRemoving());
+}
+
+void CleanupView::confirmRemoval(RemovalMode mode) {
+    const std::vector<CleanupEntry> entries = tickedEntries();
+    const auto remark = [bytes = CleanupEntries::totalSize(entries)](RemovalMode chosen) {
+        return chosen == RemovalMode::trash ? RemovalReport::trashRemark(bytes) : std::string();
+    };
+    const RemovalRequest request{.items = entries, .mode = mode, .remark = remark};
+    auto *sheet = new RemovalSheet(request, this);
+    connect(sheet, &RemovalSheet::confirmed, this, [this, items = request.items](RemovalMode chosen) {
+        model_.removeCleanupEntries(items, chosen);
+        bar_->resetMode();
+    });
+    sheet->open();
+}
+
+/// What is ticked, in the order of the page; what lies in a folder that is ticked as well goes with that.
+std::vector<CleanupEntry> CleanupView::tickedEntries() const {
+    std::vector<CleanupEntry> entries;
+    for (const CleanupTarget &target : *model_.cleanupTargets)
+        for (const CleanupEntry &entry : target.entries)
+            if (ticked_.contains(entry.url))
+                entries.push_back(entry);
+    return CleanupEntries::outermost(entries);
+}
+
+} // namespace brimvale

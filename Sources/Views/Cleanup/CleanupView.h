@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Core/Model/CorvelModel.h"
+#include "Views/Entries/TickedEntries.h"
+
+#include <QWidget>
+#include <vector>
+
+class QPushButton;
+class QVBoxLayout;
+
+namespace brimvale {
+
+class ActionBar;
+class ProgressNote;
+class TargetCard;
+
+/// The page of places whose contents can be removed and come back on their own: one card a place, what is in
+/// them to be ticked, and the bar that removes what is ticked.
+class CleanupView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit CleanupView(CorvelModel &model, QWidget *parent = nullptr);
+
+private:
+    QWidget *makeHeader();
+    QWidget *makeCards();
+    void showTargets();
+    void showSelection();
+    void confirmRemoval(RemovalMode mode);
+    [[nodiscard]] std::vector<CleanupEntry> tickedEntries() const;
+
+    CorvelModel &model_;
+    TickedEntries ticked_;
+    QPushButton *measure_;
+    ProgressNote *progress_;
+    QVBoxLayout *cards_ = nullptr;
+    ActionBar *bar_;
+    std::vector<TargetCard *> targets_;
+};
+
+} // namespace brimvale

@@ -1,9 +1,0 @@
-#include "Views/Components/ApplicationIcon.h"
-
-namespace brimvale {
-
-QIcon applicationIcon() {
-    return programPicture();
-}
-
-} // namespace brimvale

@@ -1,0 +1,65 @@
+#include "Views/Entries/ItemActions.h"
+
+#include "Platform/FileBrowser.h"
+#include "Platform/Host.h"
+
+#include <QClipboard>
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QMimeData>
+#include <QThreadPool>
+#include <QUrl>
+
+namespace brimvale::ItemActions {
+
+namespace {
+
+/// Shows the folder around the item by the desktop's ordinary means.
+void openEnclosing(const FileURL &item) {
+    const std::string uri = FileBrowser::fileURI(item.deletingLastPathComponent());
+    QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(uri)));
+}
+
+QString word(const char *english) {
+    return QCoreApplication::translate("ItemActions", english);
+}
+
+} // namespace
+
+void reveal(const FileURL &item) {
+    QThreadPool::globalInstance()->start([item, tools = Host::current().tools] {
+        if (!FileBrowser::reveal(item, tools))
+            QMetaObject::invokeMethod(
+                qApp, [item] { openEnclosing(item); }, Qt::QueuedConnection);
+    });
+}
+
+void copyPaths(const std::vector<FileURL> &items) {
+    QString text;
+    QByteArray uris;
+    for (const FileURL &item : items) {
+        text.append(text.isEmpty() ? QString() : QStringLiteral("\n")).append(QString::fromUtf8(item.path()));
+        uris.append(QByteArray::fromStdString(FileBrowser::fileURI(item))).append("\r\n");
+    }
+    auto *mimeData = new QMimeData;
+    mimeData->setText(text);
+    mimeData->setData(QStringLiteral("text/uri-list"), uris);
+    QGuiApplication::clipboard()->setMimeData(mimeData);
+}
+
+QMenu *menuFor(const std::vector<FileURL> &items, QWidget *parent) {
+    auto *menu = new QMenu(parent);
+    menu->setObjectName(QStringLiteral("itemMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
+    if (items.size() == 1)
+        menu->addAction(QLatin1String(FileBrowser::revealTitle()), menu,
+                        [item = items.front()] { reveal(item); });
+    menu->addAction(items.size() == 1 ? word("Copy Path") : word("Copy Paths"), menu,
+                    [items] { copyPaths(items); });
+    return menu;
+}
+
+} // namespace brimvale::ItemActions

@@ -1,0 +1,197 @@
+#include "Views/Overview/OverviewView.h"
+
+#include "Views/Components/Card.h"
+#include "Views/Components/PageHeader.h"
+#include "Views/Components/ProgressNote.h"
+#include "Views/Components/TextLabel.h"
+#include "Views/Overview/CapacityCard.h"
+#include "Views/Overview/CategoryRow.h"
+#include "Views/Overview/SnapshotsCard.h"
+#include "Views/Overview/VolumesCard.h"
+#include "Views/Removing/ConfirmationSheet.h"
+#include "Views/Removing/SheetOrder.h"
+
+#include <QDateTime>
+#include <QKeyEvent>
+#include <QLocale>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int pageMargin = 24;
+constexpr int gap = 16;
+
+/// The time of day; the page may stay open long, and a span of time would grow stale on it.
+QString timeText(Date date) {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(date.time_since_epoch()).count();
+    return QLocale().toString(QDateTime::fromSecsSinceEpoch(seconds).time(), QLocale::ShortFormat);
+}
+
+TextLabel *makeHeading(const QString &title, QWidget *parent) {
+    auto *heading = new TextLabel(Type::Size::heading, QFont::DemiBold, parent);
+    heading->setText(title);
+    return heading;
+}
+
+} // namespace
+
+OverviewView::OverviewView(CorvelModel &model, QWidget *parent)
+    : QWidget(parent), model_(model), measure_(new QPushButton(tr("Measure"), this)),
+      progress_(new ProgressNote(tr("Measuring storage"), this)), capacity_(new CapacityCard(this)),
+      snapshots_(new SnapshotsCard(this)), volumesTitle_(makeHeading(tr("Other volumes"), this)),
+      volumes_(new VolumesCard(this)) {
+    setObjectName(QStringLiteral("overviewPage"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(makeHead());
+    layout->addWidget(makeContent(), 1);
+
+    connect(measure_, &QPushButton::clicked, &model_, &CorvelModel::measureCategories);
+    connect(&model_, &CorvelModel::categoriesChanged, this, &OverviewView::showCategories);
+    connect(&model_, &CorvelModel::volumesChanged, this, &OverviewView::showVolumes);
+    connect(&model_, &CorvelModel::snapshotsChanged, this, &OverviewView::showSnapshots);
+    connect(&model_, &CorvelModel::isDeletingSnapshotChanged, this, &OverviewView::showSnapshots);
+    connect(snapshots_, &SnapshotsCard::deletionAsked, this, &OverviewView::confirmDeletion);
+    showCategories();
+    showVolumes();
+    showSnapshots();
+}
+
+QWidget *OverviewView::makeHead() {
+    header_ = new PageHeader(tr("Overview"), this);
+    measure_->setObjectName(QStringLiteral("measure"));
+    measure_->setDefault(true);
+    progress_->setObjectName(QStringLiteral("categoryProgress"));
+    progress_->setFixedWidth(220);
+    header_->addControl(measure_);
+    header_->addControl(progress_);
+    auto *head = new QWidget(this);
+    auto *layout = new QVBoxLayout(head);
+    layout->setContentsMargins(pageMargin, pageMargin, pageMargin, gap);
+    layout->addWidget(header_);
+    return head;
+}
+
+QWidget *OverviewView::makeContent() {
+    auto *content = new QWidget(this);
+    auto *categories = new Card(content);
+    rowLayout_ = new QVBoxLayout(categories);
+    rowLayout_->setContentsMargins(0, 4, 0, 4);
+    rowLayout_->setSpacing(0);
+    auto *layout = new QVBoxLayout(content);
+    layout->setContentsMargins(pageMargin, 0, pageMargin, pageMargin);
+    layout->setSpacing(gap);
+    layout->addWidget(capacity_);
+    layout->addWidget(makeHeading(tr("Categories"), content));
+    layout->addWidget(categories);
+    layout->addWidget(snapshots_);
+    layout->addWidget(volumesTitle_);
+    layout->addWidget(volumes_);
+    layout->addStretch(1);
+    area_ = new QScrollArea(this);
+    area_->setObjectName(QStringLiteral("overviewContent"));
+    area_->setWidget(content);
+    area_->setWidgetResizable(true);
+    area_->setFrameShape(QFrame::NoFrame);
+    area_->setFocusPolicy(Qt::NoFocus);
+    return area_;
+}
+
+void OverviewView::showCategories() {
+    const std::vector<MeasuredCategory> &categories = *model_.categories;
+    const std::optional<VolumeInfo> volume = model_.rootVolume();
+    const double used =
+        volume ? static_cast<double>(std::max<std::int64_t>(volume->totalCapacity - volume->trueFree, 1)) : 1;
+    for (std::size_t i = rows_.size(); i < categories.size(); ++i) {
+        rows_.push_back(new CategoryRow(this));
+        rowLayout_->addWidget(rows_.back());
+        connect(rows_.back(), &QAbstractButton::clicked, this,
+                [this, i] { emit categoryOpened((*model_.categories)[i].category.id); });
+    }
+    for (std::size_t i = 0; i < categories.size(); ++i)
+        rows_[i]->setCategory(categories[i], static_cast<double>(categories[i].size) / used,
+                              i + 1 == categories.size());
+    capacity_->show(volume, categories);
+
+    const bool isMeasuring = *model_.isMeasuringCategories;
+    // The button's focus waits here meanwhile, and does not go to what comes after it.
+    if (isMeasuring && measure_->hasFocus())
+        setFocus();
+    measure_->setHidden(isMeasuring);
+    if (!isMeasuring && hasFocus())
+        measure_->setFocus();
+    progress_->setVisible(isMeasuring);
+    progress_->setProgress(*model_.categoryProgress);
+    if (isMeasuring)
+        header_->setSubtitle(tr("Categories appear as they are measured."));
+    else if (*model_.lastCategoryScan)
+        header_->setSubtitle(tr("Measured at %1").arg(timeText(**model_.lastCategoryScan)));
+    else
+        header_->setSubtitle(tr("Not measured yet. Measure looks at every category and changes nothing."));
+}
+
+void OverviewView::showVolumes() {
+    std::vector<VolumeInfo> others = *model_.volumes;
+    const std::optional<VolumeInfo> root = model_.rootVolume();
+    std::erase_if(others, [&](const VolumeInfo &volume) { return root && volume.url == root->url; });
+    volumes_->setVolumes(others);
+    volumes_->setHidden(others.empty());
+    volumesTitle_->setHidden(others.empty());
+    capacity_->show(root, *model_.categories);
+}
+
+void OverviewView::showSnapshots() {
+    snapshots_->setSnapshots(*model_.snapshots, *model_.isDeletingSnapshot);
+}
+
+/// A letter goes to the next category that begins with it.
+void OverviewView::keyPressEvent(QKeyEvent *event) {
+    const auto focused =
+        std::find_if(rows_.begin(), rows_.end(), [](const CategoryRow *row) { return row->hasFocus(); });
+    const QString typed = event->text();
+    if (focused == rows_.end() || typed.isEmpty() || !typed.front().isLetter()) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    std::vector<CategoryRow *> others(std::next(focused), rows_.end());
+    others.insert(others.end(), rows_.begin(), focused);
+    const auto next = std::find_if(others.begin(), others.end(), [&](const CategoryRow *row) {
+        return row->text().startsWith(typed, Qt::CaseInsensitive);
+    });
+    if (next == others.end())
+        return;
+    (*next)->setFocus(Qt::TabFocusReason);
+    area_->ensureWidgetVisible(*next);
+}
+
+void OverviewView::confirmDeletion(const LocalSnapshot &snapshot) {
+    auto *sheet = new ConfirmationSheet(tr("Delete this snapshot?"),
+                                        tr("“%1” will be deleted for good. The states of your files that "
+                                           "only it holds are gone then. The system "
+                                           "asks for an administrator's password.")
+                                            .arg(QString::fromStdString(snapshot.name)),
+                                        tr("Delete"), this);
+    connect(sheet, &QDialog::accepted, this, [this, snapshot] {
+        model_.deleteSnapshot(snapshot, [this, page = QPointer(this), snapshot](bool isDeleted) {
+            if (isDeleted || page.isNull())
+                return;
+            whenNoSheetIsOpen(this, [this, snapshot] {
+                (new NoticeSheet(tr("The snapshot is still there"),
+                                 tr("“%1” could not be deleted, or the password was not given.")
+                                     .arg(QString::fromStdString(snapshot.name)),
+                                 this))
+                    ->open();
+            });
+        });
+    });
+    sheet->open();
+}
+
+} // namespace brimvale

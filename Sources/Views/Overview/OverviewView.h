@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Core/Model/CorvelModel.h"
+
+#include <QWidget>
+#include <string>
+#include <vector>
+
+class QPushButton;
+class QScrollArea;
+class QVBoxLayout;
+
+namespace brimvale {
+
+class CapacityCard;
+class CategoryRow;
+class PageHeader;
+class ProgressNote;
+class SnapshotsCard;
+class TextLabel;
+class VolumesCard;
+
+/// The page that breaks the used space into categories, and shows the volumes and snapshots around it.
+class OverviewView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit OverviewView(CorvelModel &model, QWidget *parent = nullptr);
+
+signals:
+    void categoryOpened(const std::string &id);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    QWidget *makeHead();
+    QWidget *makeContent();
+    void showCategories();
+    void showVolumes();
+    void showSnapshots();
+    void confirmDeletion(const LocalSnapshot &snapshot);
+
+    CorvelModel &model_;
+    PageHeader *header_ = nullptr;
+    QPushButton *measure_;
+    ProgressNote *progress_;
+    CapacityCard *capacity_;
+    QScrollArea *area_ = nullptr;
+    QVBoxLayout *rowLayout_ = nullptr;
+    std::vector<CategoryRow *> rows_;
+    SnapshotsCard *snapshots_;
+    TextLabel *volumesTitle_;
+    VolumesCard *volumes_;
+};
+
+} // namespace brimvale

@@ -1,0 +1,75 @@
+#include "Views/Removing/ActionBar.h"
+
+#include "Views/Components/DestructiveButton.h"
+#include "Views/Components/Shortcuts.h"
+#include "Views/Components/TextLabel.h"
+#include "Views/Components/Theme.h"
+#include "Views/Removing/RemovalModePicker.h"
+#include "Views/Removing/SelectionTexts.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace brimvale {
+
+ActionBar::ActionBar(QWidget *parent)
+    : QWidget(parent), selection_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      note_(new TextLabel(Type::Size::caption, TextLabel::Tone::warning, this)),
+      picker_(new RemovalModePicker(this)), remove_(new DestructiveButton(this)) {
+    setObjectName(QStringLiteral("actionBar"));
+    selection_->setObjectName(QStringLiteral("selection"));
+    note_->setObjectName(QStringLiteral("note"));
+    note_->setWordWrap(true);
+    note_->hide();
+    remove_->setObjectName(QStringLiteral("remove"));
+    connect(remove_, &QPushButton::clicked, this, [this] { emit removalAsked(picker_->mode()); });
+    Shortcuts::askForRemovalWith(*remove_);
+
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(24, 12, 24, 12);
+    layout->setSpacing(12);
+    auto *words = new QVBoxLayout;
+    words->setSpacing(2);
+    words->addWidget(selection_);
+    words->addWidget(note_);
+    layout->addLayout(words, 1);
+    layout->addWidget(picker_);
+    layout->addWidget(remove_);
+    showSelection();
+}
+
+void ActionBar::setSelection(std::int64_t count, std::int64_t bytes) {
+    count_ = count;
+    bytes_ = bytes;
+    showSelection();
+}
+
+void ActionBar::setNote(const QString &note) {
+    note_->setText(note);
+    note_->setHidden(note.isEmpty());
+}
+
+void ActionBar::setBusy(bool isBusy) {
+    isBusy_ = isBusy;
+    showSelection();
+}
+
+void ActionBar::resetMode() {
+    picker_->setMode(RemovalMode::trash);
+}
+
+void ActionBar::showSelection() {
+    selection_->setText(isBusy_ ? tr("Removing…") : selectionText(count_, bytes_));
+    remove_->setText(removalTitle(count_, bytes_));
+    remove_->setEnabled(count_ > 0 && !isBusy_);
+}
+
+void ActionBar::paintEvent(QPaintEvent * /*event*/) {
+    QPainter painter(this);
+    const Theme &theme = Theme::current();
+    painter.fillRect(rect(), theme.card);
+    painter.fillRect(QRect(0, 0, width(), 1), theme.border);
+}
+
+} // namespace brimvale

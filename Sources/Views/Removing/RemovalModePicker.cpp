@@ -1,0 +1,26 @@
+#include "Views/Removing/RemovalModePicker.h"
+
+#include <QAbstractItemView>
+
+namespace brimvale {
+
+RemovalModePicker::RemovalModePicker(QWidget *parent) : QComboBox(parent) {
+    setObjectName(QStringLiteral("modePicker"));
+    setAccessibleName(tr("How to remove"));
+    for (const RemovalMode mode : allRemovalModes)
+        addItem(QString::fromUtf8(title(mode).data(), static_cast<qsizetype>(title(mode).size())));
+    view()->window()->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
+    connect(this, &QComboBox::currentIndexChanged, this, [this] { emit modeChanged(mode()); });
+}
+
+void RemovalModePicker::setMode(RemovalMode mode) {
+    for (std::size_t i = 0; i < allRemovalModes.size(); ++i)
+        if (allRemovalModes[i] == mode)
+            setCurrentIndex(static_cast<int>(i));
+}
+
+RemovalMode RemovalModePicker::mode() const {
+    return allRemovalModes[static_cast<std::size_t>(currentIndex())];
+}
+
+} // namespace brimvale

@@ -1,0 +1,135 @@
+#include "Views/Removing/RemovalSheet.h"
+
+#include "Core/Removal/RemovalReport.h"
+#include "Core/Storage/CleanupEntries.h"
+#include "Core/Text/Formatting.h"
+#include "Views/Components/Card.h"
+#include "Views/Components/DestructiveButton.h"
+#include "Views/Components/ElidedLabel.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
+#include "Views/Components/TextLabel.h"
+#include "Views/Removing/RemovalModePicker.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int margin = 24;
+constexpr int sheetWidth = 480;
+constexpr std::size_t mostItemsShown = 6;
+
+QString question(const std::vector<CleanupEntry> &items) {
+    const QString bytes = sizeText(CleanupEntries::totalSize(items));
+    if (items.size() == 1)
+        return RemovalSheet::tr("Remove “%1”, %2?")
+            .arg(displayedText(items.front().url.lastPathComponent()), bytes);
+    return RemovalSheet::tr("Remove %1 items, %2?")
+        .arg(text(Fmt::count(static_cast<std::int64_t>(items.size()))), bytes);
+}
+
+std::string remarkOn(const RemovalRequest &request, RemovalMode mode) {
+    if (request.remark)
+        return request.remark(mode);
+    if (mode == RemovalMode::trash)
+        return RemovalReport::trashRemark(CleanupEntries::totalSize(request.items));
+    return "What is deleted immediately cannot be put back.";
+}
+
+} // namespace
+
+RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
+    : QDialog(parent, Qt::Sheet), request_(std::move(request)), picker_(new RemovalModePicker(this)),
+      remark_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      remove_(new DestructiveButton(this)) {
+    setObjectName(QStringLiteral("removalSheet"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
+    setWindowModality(Qt::WindowModal);
+    setWindowTitle(tr("Remove"));
+
+    auto *title = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
+    title->setObjectName(QStringLiteral("question"));
+    title->setText(question(request_.items));
+    title->setWordWrap(true);
+    picker_->setMode(request_.mode);
+    remark_->setObjectName(QStringLiteral("remark"));
+    remark_->setWordWrap(true);
+    connect(picker_, &RemovalModePicker::modeChanged, this, &RemovalSheet::showMode);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, margin, margin, 16);
+    layout->setSpacing(12);
+    layout->addWidget(title);
+    layout->addWidget(makeItemList());
+    layout->addWidget(picker_, 0, Qt::AlignLeft);
+    layout->addWidget(remark_);
+    layout->addStretch(1);
+    layout->addWidget(makeButtons());
+    setFixedWidth(sheetWidth);
+    showMode();
+    resize(sheetWidth, layout->totalHeightForWidth(sheetWidth));
+}
+
+/// The first few, each with what it takes, and how many others there are.
+QWidget *RemovalSheet::makeItemList() {
+    auto *card = new Card(this);
+    auto *rows = new QGridLayout(card);
+    rows->setContentsMargins(12, 10, 12, 10);
+    rows->setVerticalSpacing(6);
+    rows->setColumnStretch(0, 1);
+    const auto addRow = [&](const QString &left, const QString &right) {
+        auto *name = new ElidedLabel(Type::Size::body, TextLabel::Tone::primary, Qt::ElideMiddle, card);
+        name->setText(left);
+        auto *size = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, card);
+        size->setText(right);
+        const int row = rows->rowCount();
+        rows->addWidget(name, row, 0);
+        rows->addWidget(size, row, 1, Qt::AlignRight);
+    };
+    const std::size_t shown = std::min(request_.items.size(), mostItemsShown);
+    for (std::size_t i = 0; i < shown; ++i) {
+        const CleanupEntry &item = request_.items[i];
+        addRow(displayedText(item.url.path()), sizeText(item.size));
+    }
+    if (const std::size_t rest = request_.items.size() - shown; rest > 0)
+        addRow(tr("and %1 more").arg(text(Fmt::count(static_cast<std::int64_t>(rest)))),
+               tr("%1 in all").arg(sizeText(CleanupEntries::totalSize(request_.items))));
+    return card;
+}
+
+QWidget *RemovalSheet::makeButtons() {
+    auto *row = new QWidget(this);
+    auto *cancel = new QPushButton(tr("Cancel"), row);
+    cancel->setObjectName(QStringLiteral("cancel"));
+    cancel->setDefault(true);
+    remove_->setObjectName(QStringLiteral("confirm"));
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(remove_, &QPushButton::clicked, this, [this] {
+        emit confirmed(picker_->mode());
+        accept();
+    });
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addStretch(1);
+    layout->addWidget(remove_);
+    layout->addWidget(cancel);
+    cancel->setFocus();
+    return row;
+}
+
+void RemovalSheet::showMode() {
+    const RemovalMode mode = picker_->mode();
+    remove_->setText(mode == RemovalMode::trash ? tr("Move to Trash") : tr("Delete Immediately"));
+    const QString remark = text(remarkOn(request_, mode));
+    remark_->setText(remark);
+    remark_->setVisible(!remark.isEmpty());
+}
+
+} // namespace brimvale

@@ -1,0 +1,178 @@
+#include "Views/Update/UpdateView.h"
+
+#include "Views/Components/Card.h"
+#include "Views/Components/ProgressLine.h"
+#include "Views/Components/Text.h"
+#include "Views/Components/TextLabel.h"
+
+#include <QDateTime>
+#include <QDesktopServices>
+#include <QHBoxLayout>
+#include <QLocale>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <chrono>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int margin = 24;
+constexpr int windowWidth = 460;
+constexpr int notesHeight = 160;
+constexpr int wholeRange = 1000;
+
+/// The moment as the user's locale writes it.
+QString text(Date moment) {
+    const auto sinceEpoch = std::chrono::floor<std::chrono::milliseconds>(moment).time_since_epoch();
+    return QLocale::system().toString(QDateTime::fromMSecsSinceEpoch(sinceEpoch.count()),
+                                      QLocale::ShortFormat);
+}
+
+} // namespace
+
+UpdateView::UpdateView(Updater &updater, QWidget *parent)
+    : QDialog(parent), updater_(updater), title_(new TextLabel(Type::Size::heading, QFont::DemiBold, this)),
+      text_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)), notesCard_(new Card(this)),
+      notes_(new QPlainTextEdit(notesCard_)), progress_(new ProgressLine(this)),
+      lastChecked_(new TextLabel(Type::Size::caption, TextLabel::Tone::tertiary, this)),
+      action_(new QPushButton(this)) {
+    setObjectName(QStringLiteral("updateWindow"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
+    setWindowTitle(tr("Software Update"));
+    title_->setObjectName(QStringLiteral("updateTitle"));
+    title_->setWordWrap(true);
+    text_->setObjectName(QStringLiteral("updateText"));
+    text_->setWordWrap(true);
+    notes_->setObjectName(QStringLiteral("updateNotes"));
+    notes_->setAccessibleName(tr("Release notes"));
+    notes_->setReadOnly(true);
+    notes_->setFixedHeight(notesHeight);
+    notes_->setFrameShape(QFrame::NoFrame);
+    progress_->setObjectName(QStringLiteral("updateProgress"));
+    progress_->setAccessibleName(tr("Download"));
+    lastChecked_->setObjectName(QStringLiteral("lastChecked"));
+    action_->setObjectName(QStringLiteral("updateAction"));
+    connect(action_, &QPushButton::clicked, this, &UpdateView::act);
+    arrange();
+    connect(&updater_, &Updater::stateChanged, this, [this] {
+        showState();
+        // A window that was closed lives until the event loop comes round; nobody waits for its answer.
+        if (isAnswerDue_ && isVisible() && !std::holds_alternative<updateState::Checking>(*updater_.state))
+            answer();
+    });
+    connect(&updater_, &Updater::lastCheckedChanged, this, &UpdateView::showState);
+    showState();
+}
+
+void UpdateView::arrange() {
+    auto *inCard = new QVBoxLayout(notesCard_);
+    inCard->setContentsMargins(8, 8, 8, 8);
+    inCard->addWidget(notes_);
+    auto *close = new QPushButton(tr("Close"), this);
+    close->setObjectName(QStringLiteral("close"));
+    close->setAutoDefault(false);
+    connect(close, &QPushButton::clicked, this, &QDialog::reject);
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(close);
+    buttons->addWidget(action_);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, margin, margin, 16);
+    layout->setSpacing(12);
+    for (QWidget *part :
+         {static_cast<QWidget *>(title_), static_cast<QWidget *>(text_), static_cast<QWidget *>(notesCard_),
+          static_cast<QWidget *>(progress_), static_cast<QWidget *>(lastChecked_)})
+        layout->addWidget(part);
+    layout->addStretch(1);
+    layout->addLayout(buttons);
+    setFixedWidth(windowWidth);
+}
+
+UpdateView::Content UpdateView::content() const {
+    using namespace updateState;
+    const QString again = tr("Check Again");
+    const QString running = tr("You have version %1.").arg(text(updater_.currentVersion()));
+    const UpdateState &state = *updater_.state;
+    if (std::holds_alternative<Checking>(state))
+        return {tr("Checking for updates"), running, {}, {}};
+    if (std::holds_alternative<UpToDate>(state))
+        return {tr("Brimvale is up to date"), running, {}, again};
+    if (const auto *available = std::get_if<Available>(&state)) {
+        const QString advice =
+            updater_.canInstallItself()
+                ? running
+                : tr("%1 Install it with your system's package manager, or from the download page.")
+                      .arg(running);
+        return {tr("Version %1 is available").arg(text(available->version)), advice,
+                text(available->notes.value_or("")),
+                updater_.canInstallItself() ? tr("Download and Install") : tr("Open Download Page")};
+    }
+    if (const auto *downloading = std::get_if<Downloading>(&state))
+        return {tr("Downloading the update"),
+                downloading->progress < 1 ? tr("You can go on working meanwhile.")
+                                          : tr("Checking what was downloaded."),
+                {},
+                {}};
+    if (std::holds_alternative<ReadyToRelaunch>(state))
+        return {tr("Ready to install"),
+                tr("Downloaded and signature-checked. Brimvale will quit and reopen on the new version."),
+                {},
+                tr("Install")};
+    if (const auto *failed = std::get_if<Failed>(&state))
+        return {tr("Could not update"), text(failed->message), {}, again};
+    return {tr("Software Update"), running, {}, tr("Check for Updates")};
+}
+
+void UpdateView::showState() {
+    const Content shown = content();
+    title_->setText(shown.title);
+    text_->setText(shown.text);
+    text_->setHidden(shown.text.isEmpty());
+    notes_->setPlainText(shown.notes);
+    notesCard_->setHidden(shown.notes.isEmpty());
+    action_->setText(shown.action);
+    action_->setHidden(shown.action.isEmpty());
+    action_->setDefault(true);
+
+    const auto *downloading = std::get_if<updateState::Downloading>(&*updater_.state);
+    const bool isChecking = std::holds_alternative<updateState::Checking>(*updater_.state);
+    progress_->setHidden(downloading == nullptr && !isChecking);
+    const bool isMeasured = downloading != nullptr && downloading->progress > 0;
+    progress_->setRange(0, isMeasured ? wholeRange : 0);
+    if (isMeasured)
+        progress_->setValue(static_cast<int>(downloading->progress * wholeRange));
+
+    lastChecked_->setHidden(!*updater_.lastChecked);
+    if (*updater_.lastChecked)
+        lastChecked_->setText(tr("Last checked %1").arg(text(**updater_.lastChecked)));
+    adjustSize(); // to what this state shows
+}
+
+void UpdateView::check() {
+    updater_.check(false);
+    isAnswerDue_ = std::holds_alternative<updateState::Checking>(*updater_.state);
+}
+
+/// The check that the user waited for has ended.
+void UpdateView::answer() {
+    isAnswerDue_ = false;
+    if (std::holds_alternative<updateState::Idle>(*updater_.state))
+        updater_.check(false);
+}
+
+void UpdateView::act() {
+    const UpdateState &state = *updater_.state;
+    if (std::holds_alternative<updateState::ReadyToRelaunch>(state))
+        emit installAsked();
+    else if (!std::holds_alternative<updateState::Available>(state))
+        check();
+    else if (updater_.canInstallItself())
+        updater_.downloadAndStage();
+    else
+        QDesktopServices::openUrl(Updater::downloadPage());
+}
+
+} // namespace brimvale

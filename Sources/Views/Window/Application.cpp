@@ -1,0 +1,105 @@
+#include "Views/Window/Application.h"
+
+#include "Base/Version.h"
+#include "Views/Components/ApplicationFont.h"
+#include "Views/Window/ApplicationIcon.h"
+#include "Views/Window/WindowStyle.h"
+
+#include <QEvent>
+#include <QFile>
+#include <QFileOpenEvent>
+#include <QTimer>
+#include <QWindow>
+#include <functional>
+#include <memory>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+class WindowedQuit : public ApplicationQuit {
+public:
+    void closeAllWindows() override { QApplication::closeAllWindows(); }
+};
+
+UpdateEnvironment updateEnvironment() {
+    UpdateEnvironment environment = UpdateEnvironment::current();
+    environment.quit = std::make_shared<WindowedQuit>();
+    return environment;
+}
+
+/// Calls `action` once, when the window has been drawn for the first time.
+class AfterFirstDrawing : public QObject {
+public:
+    AfterFirstDrawing(QWindow *window, std::function<void()> action)
+        : QObject(window), action_(std::move(action)) {
+        window->installEventFilter(this);
+    }
+
+    // The window draws while it handles the exposure, and goes back to the event loop only then.
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        if (event->type() == QEvent::Expose) {
+            watched->removeEventFilter(this);
+            QTimer::singleShot(0, watched, std::move(action_));
+            deleteLater();
+        }
+        return false;
+    }
+
+private:
+    std::function<void()> action_;
+};
+
+/// Hears of folders that are dropped on the icon in the Dock, or opened with the program in the Finder.
+class OpenRequests : public QObject {
+public:
+    OpenRequests(std::function<void(const FileURL &)> open, QObject *parent)
+        : QObject(parent), open_(std::move(open)) {}
+
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        if (event->type() != QEvent::FileOpen)
+            return QObject::eventFilter(watched, event);
+        const QByteArray path = QFile::encodeName(static_cast<QFileOpenEvent *>(event)->file());
+        if (path.startsWith('/'))
+            open_(FileURL(path.toStdString()));
+        return true;
+    }
+
+private:
+    std::function<void(const FileURL &)> open_;
+};
+
+} // namespace
+
+Application::Application(int &argumentCount, char **arguments) {
+    QApplication::setStyle(new WindowStyle); // first, lest the toolkit loads a style of its own
+    toolkit_.emplace(argumentCount, arguments);
+    QApplication::setApplicationName(QStringLiteral("Brimvale"));
+    QApplication::setApplicationVersion(QLatin1String(version));
+    QApplication::setDesktopFileName(QStringLiteral("brimvale"));
+    QApplication::setWindowIcon(applicationIcon());
+    QApplication::setFont(applicationFont());
+    // A utility with one window has nothing left to do without it, on macOS as well.
+    QApplication::setQuitOnLastWindowClosed(true);
+    model_.emplace();
+    updater_.emplace(updateEnvironment());
+    window_.emplace(*model_, *updater_);
+    toolkit_->installEventFilter(
+        new OpenRequests([this](const FileURL &folder) { scan(folder); }, &*toolkit_));
+}
+
+void Application::open(const std::optional<FileURL> &folder) {
+    window_->show();
+    // Nothing but the window belongs into the start.
+    new AfterFirstDrawing(window_->windowHandle(), [this] { updater_->check(true); });
+    if (folder)
+        scan(*folder);
+}
+
+void Application::scan(const FileURL &folder) {
+    window_->goTo({Section::Kind::browse});
+    model_->startScan(folder.path());
+}
+
+} // namespace brimvale

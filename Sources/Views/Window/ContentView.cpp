@@ -1,0 +1,264 @@
+#include "Views/Window/ContentView.h"
+
+#include "Core/Model/CorvelModel.h"
+#include "Core/Update/Updater.h"
+#include "Views/Apps/AppsView.h"
+#include "Views/Browse/BrowseView.h"
+#include "Views/Category/CategoryDetailView.h"
+#include "Views/Cleanup/CleanupView.h"
+#include "Views/Components/CategoryStyle.h"
+#include "Views/Components/Shortcuts.h"
+#include "Views/Components/Text.h"
+#include "Views/Components/Theme.h"
+#include "Views/Overview/OverviewView.h"
+#include "Views/Removing/SheetOrder.h"
+#include "Views/Update/UpdateView.h"
+#include "Views/Window/AboutSheet.h"
+#include "Views/Window/ClosingQuestion.h"
+#include "Views/Window/OutcomeSheets.h"
+#include "Views/Window/RemovalBar.h"
+#include "Views/Window/ShortcutsSheet.h"
+#include "Views/Window/SidebarFooter.h"
+#include "Views/Window/StandardMenus.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStackedWidget>
+#include <QToolTip>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr QSize defaultSize{1180, 760};
+constexpr QSize minimumSizeOfWindow{900, 600};
+
+/// The key that goes to a page together with Command or Control; none for the storage categories.
+QKeySequence shortcutOf(const Section &section) {
+    switch (section.kind) {
+    case Section::Kind::overview:
+        return Shortcuts::page(1);
+    case Section::Kind::browse:
+        return Shortcuts::page(2);
+    case Section::Kind::cleanup:
+        return Shortcuts::page(3);
+    case Section::Kind::apps:
+    case Section::Kind::category:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
+    : QMainWindow(parent), model_(model), updater_(updater), sidebar_(new Sidebar(this)),
+      stack_(new QStackedWidget(this)), closing_(new ClosingQuestion(model, *this)) {
+    setObjectName(QStringLiteral("contentView"));
+    setWindowTitle(QApplication::applicationName());
+    applyTheme();
+    setMinimumSize(minimumSizeOfWindow);
+    resize(defaultSize);
+
+    auto *content = new QWidget(this);
+    auto *layout = new QHBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(sidebar_);
+    auto *page = new QVBoxLayout;
+    page->setSpacing(0);
+    page->addWidget(stack_, 1);
+    page->addWidget(new RemovalBar(model_, this));
+    layout->addLayout(page, 1);
+    setCentralWidget(content);
+
+    buildMenus();
+    addPages();
+    followModel();
+    new OutcomeSheets(model_, *this);
+    connect(sidebar_, &Sidebar::currentRowChanged, this, &ContentView::showPageOfRow);
+    goTo(pages_.front().section);
+}
+
+void ContentView::addPages() {
+    addPage({Section::Kind::overview}, {tr("Overview"), QStringLiteral("chart-pie")}, [this] {
+        auto *page = new OverviewView(model_, this);
+        connect(page, &OverviewView::categoryOpened, this, [this](const std::string &id) {
+            goTo({Section::Kind::category, id});
+        });
+        return page;
+    });
+    addPage({Section::Kind::browse}, {tr("Browse"), QStringLiteral("folder-tree")},
+            [this] { return new BrowseView(model_, this); });
+    addPage({Section::Kind::cleanup}, {tr("Cleanup"), QStringLiteral("sparkles")},
+            [this] { return new CleanupView(model_, this); });
+    addPage({Section::Kind::apps}, {tr("Apps"), QStringLiteral("layout-grid")},
+            [this] { return new AppsView(model_, this); });
+    sidebar_->addHeading(tr("Storage"));
+    for (const MeasuredCategory &one : *model_.categories)
+        addCategoryPage(one.category);
+}
+
+void ContentView::addCategoryPage(const StorageCategory &category) {
+    addPage({Section::Kind::category, category.id},
+            {QString::fromStdString(category.title), categoryIcon(category), categoryColor(category)},
+            [this, id = category.id] {
+                auto *page = new CategoryDetailView(model_, id, this);
+                connect(page, &CategoryDetailView::appsAsked, this, [this] { goTo({Section::Kind::apps}); });
+                return page;
+            });
+}
+
+void ContentView::addPage(Section section, const Sidebar::Row &row, std::function<QWidget *()> make) {
+    if (const QKeySequence shortcut = shortcutOf(section); !shortcut.isEmpty()) {
+        QAction *action = goMenu_->addAction(row.title, shortcut, this, [this, section] { goTo(section); });
+        action->setObjectName(QStringLiteral("goTo") + row.title);
+    }
+    pages_.push_back({std::move(section), sidebar_->addRow(row), std::move(make)});
+}
+
+QMenu *ContentView::addMenu(const QString &title) {
+    QMenu *menu = menuBar()->addMenu(title);
+    menu->setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
+    return menu;
+}
+
+void ContentView::buildMenus() {
+    QMenu *file = addMenu(tr("&File"));
+    QAction *rescan = file->addAction(tr("&Rescan"), Shortcuts::rescan(), this, &ContentView::rescan);
+    rescan->setObjectName(QStringLiteral("rescan"));
+    file->addSeparator();
+    StandardMenus::addClosing(*file, *this);
+    QAction *quit = file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
+    quit->setObjectName(QStringLiteral("quit"));
+    quit->setMenuRole(QAction::QuitRole);
+
+    StandardMenus::addEditing(*addMenu(tr("&Edit")));
+    goMenu_ = addMenu(tr("&Go"));
+    StandardMenus::addWindow(*addMenu(tr("&Window")), *this);
+
+    // On a Mac the entries with roles leave their menus, and a menu without any is not shown.
+    QMenu *help = addMenu(tr("&Help"));
+    QAction *shortcuts = help->addAction(tr("&Keyboard Shortcuts"), this, &ContentView::showShortcuts);
+    shortcuts->setObjectName(QStringLiteral("keyboardShortcuts"));
+    QAction *update = help->addAction(tr("Check for &Updates…"), this, &ContentView::checkForUpdates);
+    update->setObjectName(QStringLiteral("checkForUpdates"));
+    update->setMenuRole(QAction::ApplicationSpecificRole);
+    QAction *about = help->addAction(tr("&About %1").arg(windowTitle()));
+    about->setObjectName(QStringLiteral("about"));
+    about->setMenuRole(QAction::AboutRole);
+    connect(about, &QAction::triggered, this, &ContentView::showAbout);
+}
+
+void ContentView::followModel() {
+    SidebarFooter &footer = sidebar_->footer();
+    const auto showVolume = [this, &footer] { footer.setVolume(model_.rootVolume()); };
+    const auto showFreed = [this, &footer] { footer.setFreed(*model_.totalFreedThisSession); };
+    const auto showAccess = [this, &footer] { footer.setHasFullDiskAccess(*model_.hasFullDiskAccess); };
+    connect(&model_, &CorvelModel::volumesChanged, this, showVolume);
+    connect(&model_, &CorvelModel::totalFreedThisSessionChanged, this, showFreed);
+    connect(&model_, &CorvelModel::hasFullDiskAccessChanged, this, showAccess);
+    connect(&model_, &CorvelModel::categoriesChanged, this, &ContentView::showCategorySizes);
+    showVolume();
+    showFreed();
+    showAccess();
+}
+
+void ContentView::showCategorySizes() {
+    for (const Page &page : pages_) {
+        const MeasuredCategory *category = model_.category(page.section.id);
+        if (category != nullptr)
+            sidebar_->setValue(page.row, category->measured ? sizeText(category->size) : QString());
+    }
+}
+
+void ContentView::checkForUpdates() {
+    if (updateWindow_ == nullptr) {
+        updateWindow_ = new UpdateView(updater_, this);
+        connect(updateWindow_, &UpdateView::installAsked, this, &ContentView::installUpdate);
+    }
+    updateWindow_->check();
+    updateWindow_->show();
+    updateWindow_->raise();
+    updateWindow_->activateWindow();
+}
+
+/// Installing ends the program, and with it what runs.
+void ContentView::installUpdate() {
+    if (!closing_->isDue())
+        return updater_.installAndRelaunch();
+    closing_->ask(tr("Quit and Install"), [this] {
+        mayClose_ = true;
+        updater_.installAndRelaunch();
+        mayClose_ = !isVisible(); // it may have failed
+    });
+}
+
+void ContentView::goTo(const Section &section) {
+    for (const Page &page : pages_)
+        if (page.section == section)
+            sidebar_->setCurrentRow(page.row);
+}
+
+void ContentView::showPageOfRow(int row) {
+    const auto page =
+        std::find_if(pages_.begin(), pages_.end(), [row](const Page &one) { return one.row == row; });
+    if (page == pages_.end())
+        return;
+    if (page->widget == nullptr) {
+        page->widget = page->make();
+        stack_->addWidget(page->widget);
+    }
+    current_ = static_cast<std::size_t>(page - pages_.begin());
+    stack_->setCurrentWidget(page->widget);
+}
+
+void ContentView::rescan() {
+    goTo({Section::Kind::browse});
+    model_.startScan();
+}
+
+void ContentView::showShortcuts() {
+    if (!isSheetOpen())
+        (new ShortcutsSheet(this))->open();
+}
+
+void ContentView::showAbout() {
+    if (!isSheetOpen())
+        (new AboutSheet(this))->open();
+}
+
+/// Tool tips are no children of the window, and keep the system's palette otherwise.
+void ContentView::applyTheme() {
+    const QPalette palette = Theme::current().palette();
+    setPalette(palette);
+    QToolTip::setPalette(palette);
+}
+
+void ContentView::closeEvent(QCloseEvent *event) {
+    if (mayClose_ || !closing_->isDue()) {
+        QMainWindow::closeEvent(event);
+        return;
+    }
+    event->ignore();
+    closing_->ask(tr("Quit"), [this] {
+        mayClose_ = true;
+        close();
+    });
+}
+
+bool ContentView::event(QEvent *event) {
+    if (event->type() == QEvent::ApplicationPaletteChange)
+        applyTheme();
+    return QMainWindow::event(event);
+}
+
+} // namespace brimvale

@@ -1,0 +1,79 @@
+#include "Views/Window/RemovalBar.h"
+
+#include "Core/Text/Formatting.h"
+#include "Views/Components/ProgressLine.h"
+#include "Views/Components/TextLabel.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QPushButton>
+#include <chrono>
+
+namespace brimvale {
+
+namespace {
+
+constexpr std::chrono::milliseconds delayBeforeShown{400};
+constexpr int lineWidth = 160;
+
+} // namespace
+
+RemovalBar::RemovalBar(CorvelModel &model, QWidget *parent)
+    : QWidget(parent), model_(model),
+      what_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)), line_(new ProgressLine(this)),
+      stop_(new QPushButton(tr("Stop"), this)) {
+    setObjectName(QStringLiteral("removalBar"));
+    what_->setObjectName(QStringLiteral("removalActivity"));
+    line_->setRange(0, 0);
+    line_->setFixedWidth(lineWidth);
+    line_->setAccessibleName(tr("Removal"));
+    stop_->setObjectName(QStringLiteral("stopRemoval"));
+    stop_->setAutoDefault(false);
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(24, 8, 24, 8);
+    layout->setSpacing(16);
+    layout->addWidget(what_);
+    layout->addWidget(line_);
+    layout->addStretch(1);
+    layout->addWidget(stop_);
+    hide();
+
+    delay_.setSingleShot(true);
+    delay_.setInterval(delayBeforeShown);
+    connect(&delay_, &QTimer::timeout, this, &QWidget::show);
+    connect(stop_, &QPushButton::clicked, &model_, &CorvelModel::stopRemoval);
+    connect(&model_, &CorvelModel::removalChanged, this, &RemovalBar::showActivity);
+    showActivity();
+}
+
+void RemovalBar::showActivity() {
+    stop_->setVisible(*model_.removalActivity == RemovalActivity::removing);
+    switch (*model_.removalActivity) {
+    case RemovalActivity::none:
+        delay_.stop();
+        hide();
+        return;
+    case RemovalActivity::removing:
+        what_->setText(*model_.removedEntries > 0
+                           ? tr("Removing… %1 files and folders so far")
+                                 .arg(QString::fromStdString(Fmt::count(*model_.removedEntries)))
+                           : tr("Removing…"));
+        break;
+    case RemovalActivity::stopping:
+        what_->setText(tr("Stopping…"));
+        break;
+    case RemovalActivity::asAdministrator:
+        what_->setText(tr("Removing as an administrator. The system may ask for a password."));
+        break;
+    }
+    if (!isVisible() && !delay_.isActive())
+        delay_.start();
+}
+
+void RemovalBar::paintEvent(QPaintEvent * /*event*/) {
+    QPainter painter(this);
+    painter.fillRect(rect(), Theme::current().card);
+    painter.fillRect(QRect(0, 0, width(), 1), Theme::current().border);
+}
+
+} // namespace brimvale

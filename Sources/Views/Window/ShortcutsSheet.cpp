@@ -1,0 +1,72 @@
+#include "Views/Window/ShortcutsSheet.h"
+
+#include "Views/Components/Shortcuts.h"
+#include "Views/Components/TextLabel.h"
+
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QVBoxLayout>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int margin = 24;
+
+struct Row {
+    QList<QKeySequence> keys;
+    QString effect;
+};
+
+QString text(const QList<QKeySequence> &keys) {
+    return QKeySequence::listToString(keys, QKeySequence::NativeText)
+        .replace(QLatin1String("; "), QLatin1String(", "));
+}
+
+} // namespace
+
+ShortcutsSheet::ShortcutsSheet(QWidget *parent) : QDialog(parent, Qt::Sheet) {
+    setObjectName(QStringLiteral("shortcutsSheet"));
+    setWindowTitle(tr("Keyboard Shortcuts"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
+
+    const QList<Row> rows = {
+        {{Shortcuts::page(1), Shortcuts::page(2), Shortcuts::page(3)},
+         tr("Go to Overview, Browse or Cleanup")},
+        {{Shortcuts::rescan()}, tr("Scan again")},
+        {{Qt::Key_Return}, tr("Go into the selected folder")},
+        {{Shortcuts::enclosingFolder()}, tr("Come back out to the folder around it")},
+        {{QKeySequence(QKeySequence::Find)}, tr("Look for a name")},
+        {{QKeySequence(QKeySequence::Copy)}, tr("Copy the paths of the selection")},
+        {{Qt::Key_Space}, tr("Tick the current row, or take the tick away")},
+        {Shortcuts::removal(), tr("Ask to remove the selection")},
+        {{Qt::Key_Escape}, tr("Close a sheet, or clear the field for names")},
+    };
+    auto *title = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
+    title->setText(windowTitle());
+    auto *grid = new QGridLayout;
+    grid->setHorizontalSpacing(16);
+    grid->setVerticalSpacing(8);
+    for (const Row &row : rows) {
+        auto *keys = new TextLabel(Type::Size::body, QFont::DemiBold, this);
+        keys->setText(text(row.keys));
+        auto *effect = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);
+        effect->setText(row.effect);
+        const int line = grid->rowCount();
+        grid->addWidget(keys, line, 0, Qt::AlignRight);
+        grid->addWidget(effect, line, 1);
+    }
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, margin, margin, 16);
+    layout->setSpacing(16);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->addWidget(title);
+    layout->addLayout(grid);
+    layout->addWidget(buttons);
+}
+
+} // namespace brimvale

@@ -1,0 +1,127 @@
+#include "Views/Window/SidebarFooter.h"
+
+#include "Views/Components/CapacityBar.h"
+#include "Views/Components/Icons.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
+#include "Views/Components/TextLabel.h"
+#include "Views/Components/Theme.h"
+
+#include <QDesktopServices>
+#include <QEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int sideMargin = 18;
+constexpr int iconSize = 16;
+
+void openPrivacySettings() {
+    QDesktopServices::openUrl(
+        QUrl(QStringLiteral("x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles")));
+}
+
+} // namespace
+
+SidebarFooter::SidebarFooter(QWidget *parent)
+    : QWidget(parent), volume_(new QWidget(this)),
+      name_(new TextLabel(Type::Size::body, QFont::Medium, volume_)), bar_(new CapacityBar(volume_)),
+      free_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, volume_)),
+      freed_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
+      grantAccess_(new QPushButton(tr("Grant Full Disk Access"), this)) {
+    setObjectName(QStringLiteral("sidebarFooter"));
+    volume_->setObjectName(QStringLiteral("volume"));
+    name_->setObjectName(QStringLiteral("volumeName"));
+    bar_->setObjectName(QStringLiteral("capacityBar"));
+    free_->setObjectName(QStringLiteral("freeSpace"));
+    freed_->setObjectName(QStringLiteral("freedThisSession"));
+    name_->setMinimumWidth(1);
+    grantAccess_->setObjectName(QStringLiteral("grantFullDiskAccess"));
+    grantAccess_->setAccessibleName(grantAccess_->text());
+    grantAccess_->setToolTip(tr("Without it, protected folders such as Mail and Messages read as empty. "
+                                "Opens the privacy settings."));
+    connect(grantAccess_, &QPushButton::clicked, this, openPrivacySettings);
+
+    auto *inVolume = new QVBoxLayout(volume_);
+    inVolume->setContentsMargins(0, 0, 0, 0);
+    inVolume->setSpacing(6);
+    inVolume->addWidget(name_);
+    inVolume->addWidget(bar_);
+    inVolume->addWidget(free_);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(sideMargin, 12, sideMargin, 16);
+    layout->setSpacing(8);
+    layout->addWidget(volume_);
+    layout->addWidget(freed_);
+    layout->addWidget(grantAccess_);
+
+    setVolume(std::nullopt);
+    setFreed(0);
+    setHasFullDiskAccess(true);
+    tintIcon();
+}
+
+void SidebarFooter::setVolume(const std::optional<VolumeInfo> &volume) {
+    volume_->setHidden(!volume);
+    if (volume) {
+        // What the system would clear away by itself counts as free, as it does in the system's own figures.
+        const std::int64_t free = std::max(volume->availableForImportantUsage, volume->trueFree);
+        const double total = static_cast<double>(std::max<std::int64_t>(volume->totalCapacity, 1));
+        volumeName_ = QString::fromStdString(volume->name);
+        showName();
+        bar_->setAccessibleName(tr("Capacity of %1").arg(volumeName_));
+        bar_->setUsedShare(1 - static_cast<double>(free) / total);
+        free_->setText(tr("%1 free of %2").arg(sizeText(free), sizeText(volume->totalCapacity)));
+    }
+    showWhatThereIs();
+}
+
+void SidebarFooter::setFreed(std::int64_t bytes) {
+    freed_->setText(tr("%1 freed this session").arg(sizeText(bytes)));
+    freed_->setHidden(bytes <= 0);
+    showWhatThereIs();
+}
+
+void SidebarFooter::setHasFullDiskAccess(bool hasAccess) {
+    grantAccess_->setHidden(hasAccess);
+    showWhatThereIs();
+}
+
+void SidebarFooter::showWhatThereIs() {
+    setHidden(volume_->isHidden() && freed_->isHidden() && grantAccess_->isHidden());
+}
+
+void SidebarFooter::showName() {
+    const QString shown =
+        name_->fontMetrics().elidedText(volumeName_, Qt::ElideMiddle, width() - 2 * sideMargin);
+    name_->setText(shown);
+    name_->setToolTip(shown == volumeName_ ? QString() : asToolTip(volumeName_));
+    name_->setAccessibleName(volumeName_);
+}
+
+void SidebarFooter::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    showName();
+}
+
+void SidebarFooter::paintEvent(QPaintEvent *) {
+    QPainter(this).fillRect(QRect(0, 0, width(), 1), Theme::current().border);
+}
+
+void SidebarFooter::changeEvent(QEvent *event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        tintIcon();
+}
+
+void SidebarFooter::tintIcon() {
+    grantAccess_->setIcon(Icons::icon(QStringLiteral("shield-alert"), Theme::current().warning, iconSize));
+}
+
+} // namespace brimvale

@@ -1,0 +1,65 @@
+#include "Views/Window/StandardMenus.h"
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QCoreApplication>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMetaObject>
+
+namespace brimvale::StandardMenus {
+
+namespace {
+
+QString word(const char *english) {
+    return QCoreApplication::translate("StandardMenus", english);
+}
+
+/// Fields copy what is marked in them, pages the paths of what is selected in them, other lists their current
+/// row. The innermost that knows how to do it does it.
+void copyFromFocus() {
+    for (QWidget *widget = QApplication::focusWidget(); widget != nullptr; widget = widget->parentWidget())
+        for (const char *slot : {"copy", "copyPaths"})
+            if (widget->metaObject()->indexOfMethod(QByteArray(slot) + "()") >= 0) {
+                QMetaObject::invokeMethod(widget, slot);
+                return;
+            }
+    const auto *list = qobject_cast<QAbstractItemView *>(QApplication::focusWidget());
+    const QString text = list == nullptr ? QString() : list->currentIndex().data().toString();
+    if (!text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
+}
+
+} // namespace
+
+void addEditing(QMenu &menu) {
+    // macOS finds the entry by this text, and has it serve the dialogs of its own as well.
+    QAction *copy = menu.addAction(word("&Copy"), QKeySequence::Copy, &menu, copyFromFocus);
+    copy->setObjectName(QStringLiteral("copy"));
+}
+
+void addWindow(QMenu &menu, QMainWindow &window) {
+    QAction *minimize =
+        menu.addAction(word("&Minimize"), Qt::CTRL | Qt::Key_M, &window, &QWidget::showMinimized);
+    minimize->setObjectName(QStringLiteral("minimize"));
+    QAction *zoom = menu.addAction(word("&Zoom"), &window, [&window] {
+        window.isMaximized() ? window.showNormal() : window.showMaximized();
+    });
+    zoom->setObjectName(QStringLiteral("zoom"));
+    QAction *fullScreen = menu.addAction(word("&Full Screen"), QKeySequence::FullScreen, &window, [&window] {
+        window.setWindowState(window.windowState() ^ Qt::WindowFullScreen);
+    });
+    fullScreen->setObjectName(QStringLiteral("fullScreen"));
+}
+
+void addClosing(QMenu &menu, QMainWindow &window) {
+    QAction *close = menu.addAction(word("&Close Window"), QKeySequence::Close, &window, [&window] {
+        QWidget *front = QApplication::activeWindow();
+        (front != nullptr ? front : &window)->close();
+    });
+    close->setObjectName(QStringLiteral("closeWindow"));
+}
+
+} // namespace brimvale::StandardMenus

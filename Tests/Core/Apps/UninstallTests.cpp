@@ -1,0 +1,101 @@
+#include "Core/Apps/Uninstall.h"
+
+#include "Core/Text/Formatting.h"
+
+#include <gmock/gmock.h>
+
+namespace brimvale {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+LeftoverItem leftover(const std::string &path, std::int64_t size) {
+    return {FileURL(path), "Cache", MatchConfidence::exact, size, false};
+}
+
+AppRow row(const std::string &name, std::vector<LeftoverItem> leftovers, bool isSystemApp = false) {
+    AppRow row{.app = {.url = FileURL("/Applications/" + name + ".app"),
+                       .name = name,
+                       .bundleID = {},
+                       .version = {},
+                       .isSystemApp = isSystemApp,
+                       .isMASApp = false,
+                       .lastUsed = {}},
+               .bundleSize = 1'000'000,
+               .leftovers = std::move(leftovers),
+               .analyzed = true};
+    return row;
+}
+
+RemovalResult removalOf(std::vector<FileURL> urls) {
+    RemovalResult result;
+    result.succeeded = std::move(urls);
+    return result;
+}
+
+const LeftoverItem first = leftover("/first", 200'000);
+const LeftoverItem second = leftover("/second", 300'000);
+
+} // namespace
+
+TEST(Uninstall, NamesWhatItRemoves) {
+    const AppRow app = row("Acme", {first, second});
+    const AppRow systemApp = row("System", {first}, true);
+    struct Case {
+        const AppRow &row;
+        std::vector<LeftoverItem> leftovers;
+        bool includeBundle;
+        std::string what;
+        std::int64_t bytes;
+        std::vector<FileURL> urls;
+    };
+    const FileURL &bundle = app.app.url;
+    for (const Case &one : {Case{app,
+                                 {first, second},
+                                 true,
+                                 "the app bundle and 2 supporting items",
+                                 1'500'000,
+                                 {first.url, second.url, bundle}},
+                            Case{app, {second}, false, "1 supporting item", 300'000, {second.url}},
+                            Case{app, {}, true, "the app bundle and 0 supporting items", 1'000'000, {bundle}},
+                            Case{systemApp, {first}, true, "1 supporting item", 200'000, {first.url}}}) {
+        EXPECT_EQ(Uninstall::confirmation(one.row, one.leftovers, one.includeBundle),
+                  "This removes " + one.what + ", freeing about " + Fmt::byteFormatter(one.bytes));
+        const Uninstall::Items items = Uninstall::items(one.row, one.leftovers, one.includeBundle);
+        EXPECT_EQ(items.urls, one.urls);
+        std::int64_t bytes = 0;
+        for (const FileURL &url : one.urls)
+            bytes += items.sizes.at(url);
+        EXPECT_EQ(bytes, one.bytes);
+    }
+}
+
+TEST(Uninstall, KeepsTheRowUntilTheBundleHasGone) {
+    const FileURL acme("/Applications/Acme.app");
+    const std::vector<AppRow> rows = {row("Other", {first, second}), row("Acme", {first, second})};
+
+    std::vector<AppRow> onlyLeftovers = rows;
+    Uninstall::update(onlyLeftovers, acme, removalOf({first.url}));
+    EXPECT_THAT(onlyLeftovers, ElementsAre(row("Other", {second}), row("Acme", {second})))
+        << "nobody claims what has gone";
+
+    std::vector<AppRow> everything = rows;
+    Uninstall::update(everything, acme, removalOf({first.url, acme}));
+    EXPECT_THAT(everything, ElementsAre(row("Other", {second})));
+
+    std::vector<AppRow> unknown = rows;
+    Uninstall::update(unknown, FileURL("/gone.app"), removalOf({FileURL("/gone.app")}));
+    EXPECT_EQ(unknown, rows);
+}
+
+TEST(Uninstall, TellsWhoElseClaimsALeftover) {
+    const std::vector<AppRow> rows = {row("Acme", {first, second}), row("Pro", {second}),
+                                      row("Max", {second})};
+    EXPECT_THAT(Uninstall::otherClaims(first, rows[0].app.url, rows), IsEmpty());
+    EXPECT_EQ(Uninstall::otherClaims(second, rows[0].app.url, rows), "Also claimed by Pro, Max");
+    EXPECT_EQ(Uninstall::otherClaims(second, rows[1].app.url, rows), "Also claimed by Acme, Max");
+}
+
+} // namespace brimvale

@@ -1,0 +1,114 @@
+#include "Core/Backup/BackupManifest.h"
+#include "Support/TemporaryFolder.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+
+namespace brimvale {
+
+namespace {
+
+namespace fs = std::filesystem;
+using BackupManifest::Verification;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testing::TemporaryFolder;
+
+std::optional<FileError> writeManifest(const TemporaryFolder &folder,
+                                       const std::vector<std::string> &leftOut = {}) {
+    return BackupManifest::write(FileURL(folder.path()), {}, leftOut, [] { return false; });
+}
+
+Verification verify(const TemporaryFolder &folder) {
+    const auto verified = BackupManifest::verify(FileURL(folder.path()));
+    const auto *verification = std::get_if<Verification>(&verified);
+    EXPECT_NE(verification, nullptr);
+    return verification == nullptr ? Verification{} : *verification;
+}
+
+} // namespace
+
+TEST(BackupManifest, TellsWhatBecameOfABackup) {
+    const TemporaryFolder folder;
+    for (const char *name : {"kept", "sub/changed", "sub/missing", "grown", "to link", "\uFEFFmarked"})
+        folder.writeFile(name, "content");
+    folder.writeFile(folder.possibleName("\xFF odd\n\"name"), "content");
+    folder.makeFile("empty");
+    folder.makeLink("link", "kept");
+    folder.makeLink("moved link", "kept");
+    folder.makeLink(folder.possibleName("link to \xFF"), folder.possibleName("\xFE"));
+    ASSERT_FALSE(writeManifest(folder));
+    EXPECT_TRUE(verify(folder).isIntact());
+    EXPECT_EQ(verify(folder).verified, 11U);
+
+    folder.writeFile("sub/changed", "Content"); // as long as it was
+    folder.writeFile("grown", "content and more");
+    fs::remove(folder.path("sub/missing"));
+    fs::remove(folder.path("moved link"));
+    folder.makeLink("moved link", "empty");
+    fs::remove(folder.path("to link"));
+    folder.makeLink("to link", "kept"); // which reads as it did
+    folder.writeFile("sub/deep/extra", "");
+    fs::last_write_time(folder.path("kept"), fs::file_time_type::clock::now() - std::chrono::hours(5));
+
+    const Verification verification = verify(folder);
+    EXPECT_THAT(verification.missing, ElementsAre("sub/missing"));
+    EXPECT_THAT(verification.changed, ElementsAre("grown", "moved link", "sub/changed", "to link"));
+    EXPECT_THAT(verification.extra, ElementsAre("sub/deep/extra"));
+    EXPECT_THAT(verification.unreadable, IsEmpty());
+    EXPECT_EQ(verification.verified, 6U);
+    EXPECT_FALSE(verification.isIntact());
+}
+
+TEST(BackupManifest, HoldsTheFiguresOfEveryFile) {
+    const TemporaryFolder folder;
+    folder.writeFile("abc", "abc");
+    const std::string odd = folder.possibleName("a\xE9");
+    folder.writeFile(odd, std::string(1'000'000, 'a'));
+    folder.makeFile("failed/part", 10);
+    folder.makeFile("failed too", 10);
+    folder.makeLink("link", "abc");
+    using namespace std::chrono;
+    const sys_seconds time = sys_days(March / 1 / 2026) + hours(9) + minutes(30);
+    fs::last_write_time(folder.path("abc"), file_clock::from_sys(time));
+    ASSERT_FALSE(writeManifest(folder, {"failed"}));
+    const std::string manifest = testing::contentOf(folder.path("manifest.json"));
+    const auto files = BackupManifest::filesOf(manifest);
+    ASSERT_TRUE(files);
+    // The digests are those that the standard gives as examples.
+    EXPECT_THAT(
+        *files,
+        ElementsAre(
+            BackedUpFile{.path = "abc",
+                         .size = 3,
+                         .sha256 = "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
+            BackedUpFile{.path = odd,
+                         .size = 1'000'000,
+                         .sha256 = "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0"},
+            ::testing::Field(&BackedUpFile::path, "failed too"),
+            BackedUpFile{.path = "link", .linkTarget = "abc"}));
+    EXPECT_THAT(manifest, ::testing::HasSubstr("\"modified\": \"2026-03-01T09:30:00Z\""));
+    EXPECT_THAT(verify(folder).extra, ElementsAre("failed/part"));
+}
+
+TEST(BackupManifest, IsRefusedWhereItIsNoManifest) {
+    const TemporaryFolder folder;
+    EXPECT_TRUE(std::holds_alternative<FileError>(BackupManifest::verify(FileURL(folder.path()))));
+    for (const char *document :
+         {"", "null", "[]", "{", R"({"version":1})", R"({"version":"1","files":[]})",
+          R"({"version":2,"files":[]})", R"({"version":1,"files":{}})", R"({"version":1,"files":[1]})",
+          R"({"version":1,"files":[{"path":1}]})", R"({"version":1,"files":[{"path":"a","size":1}]})",
+          R"({"version":1,"files":[{"path":"a","size":"1","sha256":"b"}]})",
+          R"({"version":1,"files":[{"pathHex":"0","linkTarget":"b"}]})",
+          "{\"version\":1,\"files\":[\"\xFF\"]}"}) {
+        folder.writeFile("manifest.json", document);
+        EXPECT_TRUE(std::holds_alternative<FileError>(BackupManifest::verify(FileURL(folder.path()))))
+            << document;
+    }
+    // No path in a manifest leads out of the folder.
+    folder.writeFile("manifest.json", R"({"version":1,"files":[{"path":"../../etc/passwd","linkTarget":"x"},)"
+                                      R"({"path":"/etc/passwd","size":0,"sha256":""}]})");
+    EXPECT_THAT(verify(folder).missing, ElementsAre("../../etc/passwd", "/etc/passwd"));
+}
+
+} // namespace brimvale

@@ -1,0 +1,209 @@
+#include "Core/Model/CorvelModel.h"
+
+#include "Core/Removal/Remover.h"
+#include "Support/HeldRemoval.h"
+#include "Support/Model.h"
+#include "Support/SampleHome.h"
+#include "Support/SampleTree.h"
+
+#include <QSignalSpy>
+#include <filesystem>
+#include <gmock/gmock.h>
+
+namespace brimvale {
+
+namespace {
+
+using testing::descendant;
+using ::testing::ElementsAre;
+using testing::HeldRemoval;
+using testing::namesIn;
+using ::testing::UnorderedElementsAre;
+using testing::waitUntilRemoved;
+using testing::waitUntilScanned;
+
+/// A model whose removals the test only records, and a folder that is the user's home on a Mac.
+class CorvelModelRemoval : public ::testing::Test {
+protected:
+    void scan() {
+        model.startScan(folder.path());
+        ASSERT_TRUE(waitUntilScanned(model));
+    }
+    [[nodiscard]] FSNode &root() const { return **model.tree; }
+    [[nodiscard]] FSNode *node(std::initializer_list<std::string_view> names) const {
+        return descendant(root(), names);
+    }
+
+    testing::SampleHome folder;
+    testing::RecordingActions actions;
+    CorvelModel model{nullptr, actions};
+};
+
+} // namespace
+
+TEST_F(CorvelModelRemoval, TakesWhatIsGoneOutOfTheTree) {
+    folder.makeFile("a/b/large", 3'000'000);
+    folder.makeFile("a/b/c/inner", 2'000'000);
+    folder.makeFile("a/b/small", 5'000);
+    folder.makeFile("a/other", 1'500'000);
+    folder.makeFile("a/stays", 1'200'000);
+    scan();
+    FSNode &a = *node({"a"});
+    FSNode &b = *node({"a", "b"});
+    FSNode *stays = node({"a", "stays"}), *other = node({"a", "other"}),
+           *inner = node({"a", "b", "c", "inner"});
+    FSNode *aggregate = node({"a", "b", "1 smaller item"});
+    ASSERT_TRUE(aggregate != nullptr && inner != nullptr && other != nullptr && stays != nullptr);
+    const std::int64_t size = root().size, logicalSize = root().logicalSize;
+    const std::int64_t removedSize = b.size + other->size;
+    const FileURL removedFolder(b.path()), removedFile(other->path()), kept(stays->path());
+    actions.refuse(kept.path());
+
+    std::vector<std::string> announced;
+    QObject::connect(&model, &CorvelModel::nodeAboutToBeDetached, [&](FSNode *node) {
+        announced.push_back("before " + node->name);
+        EXPECT_EQ(descendant(*node->parent(), {node->name}), node);
+    });
+    QObject::connect(&model, &CorvelModel::nodeDetached, [&](FSNode *node) {
+        announced.push_back("after " + node->name);
+        EXPECT_EQ(node->parent(), nullptr);
+        EXPECT_EQ(node->path(), folder.path("a/" + node->name));
+        EXPECT_EQ(descendant(a, {node->name}), nullptr);
+    });
+    QSignalSpy results(&model, &CorvelModel::lastResultChanged);
+    QSignalSpy trees(&model, &CorvelModel::treeChanged);
+
+    // An aggregate stands for many files, `inner` goes with `b`, and nothing is removed twice.
+    model.removeNodes({aggregate, inner, &b, other, stays, other}, RemovalMode::deleteNow);
+    EXPECT_TRUE(model.isRemoving());
+    EXPECT_TRUE(announced.empty());
+    ASSERT_TRUE(waitUntilRemoved(model));
+
+    EXPECT_THAT(actions.calls, ElementsAre("delete " + removedFolder.path(), "delete " + removedFile.path(),
+                                           "delete " + kept.path()));
+    EXPECT_EQ(results.count(), 1);
+    EXPECT_EQ(**model.lastResult, (RemovalResult{{removedFolder, removedFile}, {}, removedSize, {kept}}));
+    EXPECT_EQ(*model.totalFreedThisSession, removedSize);
+    EXPECT_THAT(announced, UnorderedElementsAre("after b", "after other", "before b", "before other"));
+    EXPECT_EQ(trees.count(), 0);
+    EXPECT_THAT(namesIn(a), ElementsAre("stays"));
+    for (const FSNode *around : {&a, &root()}) {
+        EXPECT_EQ(around->size, size - removedSize);
+        EXPECT_EQ(around->fileCount, 1);
+    }
+    EXPECT_EQ(root().logicalSize, logicalSize);
+    EXPECT_EQ(root().dirCount, 3) << "only sizes and files are subtracted";
+}
+
+TEST_F(CorvelModelRemoval, KeepsTheOrderOfWhatIsLeft) {
+    const std::string file = folder.makeFile("file", 1);
+    for (int i = 0; i < 3'000; ++i) // more than are taken out of a tree at once
+        std::filesystem::create_hard_link(file, folder.path(std::to_string(i)));
+    scan();
+    std::vector<std::string> left;
+    std::vector<FSNode *> removed;
+    for (const std::unique_ptr<FSNode> &child : root().children()) {
+        if (removed.size() <= 2 * left.size())
+            removed.push_back(child.get());
+        else
+            left.push_back(child->name);
+    }
+    model.removeNodes(removed, RemovalMode::trash);
+    ASSERT_TRUE(waitUntilRemoved(model));
+    EXPECT_EQ(namesIn(root()), left);
+    EXPECT_THAT(actions.calls, ::testing::SizeIs(removed.size()));
+    EXPECT_THAT(actions.calls, ::testing::Each(::testing::StartsWith("trash ")));
+}
+
+TEST_F(CorvelModelRemoval, LeavesATreeAloneThatCameMeanwhile) {
+    folder.makeFile("item/file", 2'000'000);
+    HeldRemoval held(actions);
+    scan();
+    QSignalSpy detached(&model, &CorvelModel::nodeAboutToBeDetached);
+    model.removeNodes({node({"item"})}, RemovalMode::deleteNow);
+    held.waitUntilCalled();
+    scan();
+    held.letGoOn();
+    ASSERT_TRUE(waitUntilRemoved(model));
+    EXPECT_THAT((*model.lastResult)->succeeded, ElementsAre(FileURL(folder.path("item"))));
+    EXPECT_EQ(detached.count(), 0);
+    EXPECT_THAT(namesIn(root()), ElementsAre("item"));
+    EXPECT_EQ(root().fileCount, 1);
+}
+
+TEST_F(CorvelModelRemoval, RunsOneRemovalAtATimeAndStopsIt) {
+    folder.makeFile("a", 1);
+    folder.makeFile("b", 1);
+    HeldRemoval held(actions);
+    model.stopRemoval(); // there is none
+    scan();
+    const auto wait = actions.onItem;
+    actions.onItem = [&](RemovalProgress *progress) {
+        progress->entriesRemoved = 41;
+        wait(progress);
+        progress->entriesRemoved = 42;
+    };
+    model.removeNodes({node({"a"}), node({"b"})}, RemovalMode::deleteNow);
+    EXPECT_EQ(*model.removalActivity, RemovalActivity::removing);
+    held.waitUntilCalled();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return *model.removedEntries == 41; }, 60'000)) << "how far it is";
+    model.removeNodes({node({"b"})}, RemovalMode::deleteNow);
+    model.escalate({FileURL(folder.path("b"))});
+    model.stopRemoval();
+    EXPECT_EQ(*model.removalActivity, RemovalActivity::stopping);
+    held.letGoOn();
+    ASSERT_TRUE(waitUntilRemoved(model));
+    EXPECT_EQ(*model.removedEntries, 42);
+    EXPECT_THAT(actions.calls, ElementsAre("delete " + folder.path("a")));
+    EXPECT_EQ((*model.lastResult)->succeeded.size(), 1U);
+    EXPECT_EQ((*model.lastResult)->failed.size(), 1U);
+    EXPECT_THAT(namesIn(root()), ElementsAre("b"));
+}
+
+TEST_F(CorvelModelRemoval, AnnouncesEveryResult) {
+    const FileURL file(folder.makeFile("a", 1));
+    actions.privilegedRunError = PrivilegedRunError{};
+    QSignalSpy results(&model, &CorvelModel::lastResultChanged);
+    for (int i = 1; i <= 2; ++i) {
+        model.escalate({file});
+        EXPECT_EQ(*model.removalActivity, RemovalActivity::asAdministrator);
+        model.stopRemoval();
+        EXPECT_EQ(*model.removalActivity, RemovalActivity::asAdministrator) << "cannot be stopped";
+        ASSERT_TRUE(waitUntilRemoved(model));
+        EXPECT_EQ(results.count(), i) << "also one that went like the one before";
+    }
+    EXPECT_EQ((*model.lastResult)->failed.front().reason, "Authorization failed.");
+}
+
+TEST_F(CorvelModelRemoval, AddsUpWhatTheAdministratorFrees) {
+    const FileURL a(folder.makeFile("a", 10'000)), b(folder.makeFile("b", 20'000));
+    actions.onCommand = [&](const std::string &) {
+        std::filesystem::remove(a.path());
+        std::filesystem::remove(b.path());
+    };
+    model.escalate({a});
+    ASSERT_TRUE(waitUntilRemoved(model));
+    const std::int64_t first = *model.totalFreedThisSession;
+    EXPECT_GE(first, 10'000);
+    folder.makeFile("b", 20'000);
+    model.escalate({b});
+    ASSERT_TRUE(waitUntilRemoved(model));
+    EXPECT_THAT((*model.lastResult)->succeeded, ElementsAre(b));
+    EXPECT_EQ(*model.totalFreedThisSession, first + (*model.lastResult)->bytesFreed);
+    EXPECT_GE((*model.lastResult)->bytesFreed, 20'000);
+}
+
+TEST_F(CorvelModelRemoval, MayLoseItsModel) {
+    for (int i = 0; i < 50; ++i)
+        folder.makeFile(std::to_string(i), 1);
+    for (int round = 0; round < 10; ++round) {
+        CorvelModel lost(nullptr, actions);
+        lost.startScan(folder.path());
+        ASSERT_TRUE(waitUntilScanned(lost));
+        lost.removeNodes(testing::everythingBeneath(**lost.tree), RemovalMode::deleteNow);
+    }
+    QCoreApplication::processEvents();
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 50);
+}
+
+} // namespace brimvale

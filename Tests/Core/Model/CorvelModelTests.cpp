@@ -1,0 +1,115 @@
+#include "Core/Model/CorvelModel.h"
+
+#include "Support/ReferenceScan.h"
+#include "Support/TemporaryFolder.h"
+
+#include <QTest>
+#include <functional>
+#include <gtest/gtest.h>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+using testing::TemporaryFolder;
+
+/// Lets the event loop run until the model has nothing under way.
+bool waitUntilIdle(const CorvelModel &model) {
+    return QTest::qWaitFor([&] { return !*model.isScanning; }, 20'000);
+}
+
+} // namespace
+
+TEST(CorvelModel, PublishesAFinishedScan) {
+    const TemporaryFolder folder;
+    folder.makeFile("small/file", 5000);
+    folder.makeFile("large/file", 50'000);
+    CorvelModel model;
+    model.startScan(folder.path());
+    EXPECT_TRUE(*model.isScanning);
+    EXPECT_EQ(*model.scanCurrentPath, folder.path());
+    ASSERT_NE(model.scanStats(), nullptr);
+    ASSERT_TRUE(waitUntilIdle(model));
+
+    ASSERT_NE(*model.tree, nullptr);
+    const FSNode &tree = **model.tree;
+    EXPECT_EQ(tree.path(), folder.path());
+    EXPECT_EQ(tree.children().front()->name, "large") << "sorted by size";
+    EXPECT_EQ(*model.scanFiles, 2);
+    EXPECT_EQ(*model.scanBytes, tree.size);
+    EXPECT_GT(*model.scanElapsed, 0);
+    EXPECT_TRUE(model.lastScanDate->has_value());
+    EXPECT_EQ(*model.scanCurrentPath, "");
+    EXPECT_EQ(model.scanStats(), nullptr);
+
+    // The next scan of the same root withdraws the tree at once.
+    model.startScan();
+    EXPECT_EQ(*model.tree, nullptr);
+    EXPECT_EQ(*model.scanFiles, 0);
+    ASSERT_TRUE(waitUntilIdle(model));
+    EXPECT_EQ((*model.tree)->path(), folder.path());
+}
+
+TEST(CorvelModel, NeverInstallsAScanThatIsSupersededWhileItsResultWaits) {
+    /// Runs something once, just before the first result is delivered to the model.
+    class BeforeDelivery : public QObject {
+    public:
+        explicit BeforeDelivery(std::function<void()> action) : action_(std::move(action)) {}
+        bool eventFilter(QObject *, QEvent *event) override {
+            if (event->type() == QEvent::MetaCall && action_ != nullptr)
+                std::exchange(action_, nullptr)();
+            return false;
+        }
+
+    private:
+        std::function<void()> action_;
+    };
+
+    const TemporaryFolder folder;
+    folder.makeFile("first/file", 1);
+    folder.makeFile("second/file", 1);
+    CorvelModel model;
+    std::vector<std::string> shown;
+    QObject::connect(&model, &CorvelModel::treeChanged, [&] {
+        if (*model.tree != nullptr)
+            shown.push_back((*model.tree)->path());
+    });
+    BeforeDelivery filter([&] { model.startScan(folder.path("second")); });
+    model.installEventFilter(&filter);
+    model.startScan(folder.path("first"));
+    const std::shared_ptr<ScanStats> first = model.scanStats();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return *model.tree != nullptr; }, 20'000));
+    EXPECT_TRUE(first->cancelled());
+    ASSERT_TRUE(waitUntilIdle(model));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(shown, std::vector{folder.path("second")});
+}
+
+TEST(CorvelModel, EndsWithoutATreeWhenStopped) {
+    const TemporaryFolder folder;
+    folder.makeFile("file", 1);
+    CorvelModel model;
+    model.startScan(folder.path());
+    model.scanStats()->cancel();
+    ASSERT_TRUE(waitUntilIdle(model));
+    EXPECT_EQ(*model.tree, nullptr);
+    EXPECT_EQ(*model.lastScanDate, std::nullopt);
+
+    // A page that wants to stop a session without a scan ends it itself.
+    model.finishScan(nullptr);
+    EXPECT_FALSE(*model.isScanning);
+}
+
+TEST(CorvelModel, MayGoWhileItScans) {
+    const TemporaryFolder folder;
+    for (int i = 0; i < 300; ++i)
+        folder.makeFile(std::to_string(i) + "/file", 1);
+    for (int round = 0; round < 20; ++round) {
+        CorvelModel model;
+        model.startScan(folder.path());
+    }
+    QCoreApplication::processEvents();
+}
+
+} // namespace brimvale

@@ -1,0 +1,246 @@
+#include "Core/Removal/RemovalGuards.h"
+
+#include "Catalogs/Linux/UserFolders.h"
+#include "Catalogs/RemovalGuards.h"
+#include "Platform/FileAccess.h"
+#include "Support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace brimvale {
+
+namespace {
+
+using testing::TemporaryFolder;
+
+constexpr const char *structural = " is a structural directory and is never removed.";
+constexpr const char *isProtected = " lives inside a protected system location.";
+constexpr const char *tooClose = " is too close to the volume root to remove safely.";
+constexpr const char *gone = " no longer exists."; // the last test, so all others have let it pass
+constexpr const char *admitted = "";
+
+/// A path, the predicate of its refusal, and how the sentence names it where that is not the path itself.
+struct Case {
+    std::string path;
+    const char *predicate;
+    std::string named = {};
+};
+
+void expectAnswers(const RemovalGuards &guards, const std::vector<Case> &cases) {
+    for (const Case &one : cases) {
+        const std::string &named = one.named.empty() ? one.path : one.named;
+        const std::string expected = *one.predicate == '\0' ? "" : named + one.predicate;
+        EXPECT_EQ(guards.check(FileURL(one.path)).value_or(""), expected) << one.path;
+    }
+}
+
+Host hostOf(System system, const std::string &home) {
+    return {system, FileURL(home), {}};
+}
+
+} // namespace
+
+TEST(RemovalGuards, RefuseTheVolumeRootUnderEveryName) {
+    const TemporaryFolder home;
+    for (const System system : {System::macOS, System::linux}) {
+        const RemovalGuards guards(hostOf(system, home.path()));
+        for (const char *path : {"/", "/.", "//", "/..", "/usr/..", "/missing/../."})
+            EXPECT_EQ(guards.check(FileURL(path)), "Refusing to operate on the volume root.") << path;
+    }
+}
+
+TEST(RemovalGuards, KeepWhatTheMacOSCatalogNames) {
+    const TemporaryFolder folder;
+    const std::string home = folder.makeFolder("u");
+    folder.makeFolder("u/Library/Caches/some.app");
+    folder.makeFile("u/Documents/file");
+    // Where case does not matter, these are the guarded folders.
+    const bool isAnyCase = itemExists(home + "/documents");
+    expectAnswers(RemovalGuards(hostOf(System::macOS, home)),
+                  {{home, structural},
+                   {home + "/", structural, home},
+                   {home + "/Library", structural},
+                   {home + "/./Library//Caches/", structural, home + "/Library/Caches"},
+                   {home + "/Library/Caches/../Caches", structural, home + "/Library/Caches"},
+                   {home + "/Library/Caches/some.app", admitted},
+                   {home + "/Documents", structural},
+                   {home + "/Documents/file", admitted},
+                   {home + "/documents", isAnyCase ? structural : gone},
+                   {"/System", structural},
+                   {"/System/Library/Foo", isProtected},
+                   {"/Systematic/x", gone},
+                   {"/usr/local/bin-of-nobody/tool", gone},
+                   {"/usr/libexec/x", isProtected},
+                   {"/.vol/16777220/2", isProtected},
+                   {"/.nofollow" + home, isProtected},
+                   {"/usr/lib", structural},
+                   {"/Applications", structural},
+                   {"/Applications/Some.app", gone},
+                   {"/applications", isAnyCase ? structural : tooClose},
+                   {"/tmp", tooClose},
+                   {"/Foo", tooClose},
+                   {"//Foo", tooClose, "/Foo"},
+                   {"/Users/someone/x", gone},
+                   {"/opt/homebrew", structural},
+                   {"/opt/homebrew/Cellar-of-nobody", gone}});
+}
+
+TEST(RemovalGuards, KnowWhatLiesInPrivateByBothNames) {
+    const TemporaryFolder home;
+    const RemovalGuards guards(hostOf(System::macOS, home.path()));
+    for (const std::string prefix : {"", "/private"})
+        expectAnswers(guards, {{prefix + "/var/db", structural},
+                               {prefix + "/var/folders", structural},
+                               {prefix + "/var/folders/of/nobody", gone},
+                               {prefix + "/var/db/other-of-nobody", gone},
+                               {prefix + "/var/db/dslocal/nodes", isProtected},
+                               {prefix + "/etc/hosts", isProtected},
+                               {prefix + "/etc/nothing/of/this/name", isProtected}});
+    expectAnswers(guards, {{"/private", structural}, {"/private/tmp-of-nobody", gone}});
+}
+
+TEST(RemovalGuards, KeepWhatTheLinuxCatalogNames) {
+    const TemporaryFolder folder;
+    const std::string home = folder.makeFolder("people/u");
+    folder.makeFile("people/u/.cache/program/data");
+    folder.makeFile("people/u/Pictures/picture");
+    folder.makeFile("people/other/file");
+    const RemovalGuards guards(hostOf(System::linux, home));
+    expectAnswers(guards, {{home, structural},
+                           {folder.path("people"), structural},
+                           {folder.path("people/other"), admitted},
+                           {home + "/.cache", structural},
+                           {home + "/.cache/program", admitted},
+                           {home + "/.local/share", structural},
+                           {home + "/.ssh", structural},
+                           {home + "/Pictures", structural},
+                           {home + "/Pictures/picture", admitted},
+                           {"/Foo", tooClose},
+                           {"/home", structural},
+                           {"/home/other-of-nobody", gone},
+                           {"/usr/bin", structural},
+                           {"/usr/bin/env", isProtected},
+                           {"/usr/share/doc", isProtected},
+                           {"/usr/local", structural},
+                           {"/usr/local/share", structural},
+                           {"/usr/local/share/of-nobody", gone},
+                           {"/lib/x", isProtected},
+                           {"/lib64/x", isProtected},
+                           {"/library-of-nobody/x", gone},
+                           {"/etc/passwd", isProtected},
+                           {"/proc/self", isProtected},
+                           {"/run", structural},
+                           {"/run/user/1000", isProtected},
+                           {"/run/media", structural},
+                           {"/run/media/u", structural},
+                           {"/run/media/u/Stick/file", gone},
+                           {"/var/run/program", isProtected},
+                           {"/var/lib/dpkg", structural},
+                           {"/var/lib/dpkg/status", isProtected},
+                           {"/var/lib/apt/extended_states", isProtected},
+                           {"/var/lib/apt/lists", structural},
+                           {"/var/lib/apt/lists/of-nobody", gone},
+                           {"/var/lib/program-of-nobody", gone},
+                           {"/var/log", structural}});
+}
+
+TEST(RemovalGuards, KnowTheUsersFoldersByTheirLocalNames) {
+    const TemporaryFolder home;
+    home.makeFolder("Bilder");
+    home.writeFile(".config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
+    const RemovalGuards guards(hostOf(System::linux, home.path()));
+    expectAnswers(guards, {{home.path("Bilder"), structural}, {home.path("Pictures"), structural}});
+}
+
+TEST(RemovalGuards, WaitForNoPipeInThePlaceOfSettings) {
+    const TemporaryFolder home;
+    home.makeFolder(".config");
+    ASSERT_EQ(mkfifo(home.path(".config/user-dirs.dirs").c_str(), 0600), 0);
+    expectAnswers(RemovalGuards(hostOf(System::linux, home.path())), {{home.path("Music"), structural}});
+}
+
+TEST(UserFolders, AreReadFromTheDesktopsSettings) {
+    const FileURL home("/home/u");
+    struct Case {
+        const char *settings;
+        std::vector<std::string> folders;
+    };
+    for (const Case &one : {
+             Case{"# a comment\nXDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n  XDG_MUSIC_DIR=\"/data/Musik/\"",
+                  {"/home/u/Schreibtisch", "/data/Musik"}},
+             Case{"XDG_VIDEOS_DIR=\"$HOME/a \\\"b\\\" \\$c\\\\\"\n", {"/home/u/a \"b\" $c\\"}},
+             Case{"XDG_TEMPLATES_DIR=\"$HOME/\"\n", {"/home/u"}}, // how a folder is switched off
+             Case{"XDG_MUSIC_DIR=\"$HOME/never closed\nXDG_MUSIC_DIR=Music\nXDG_MUSIC_DIR=\"Music\"\n", {}},
+             Case{"XDG_MUSIC_DIR=\"$HOMEY/Music\"\nMUSIC_DIR=\"/x\"\n#XDG_MUSIC_DIR=\"/x\"\nXDG_MUSIC=", {}},
+             Case{"XDG_MUSIC_DIR=\"", {}},
+             Case{"XDG_MUSIC_DIR=\"\\", {}},
+             Case{"\n\n", {}},
+         }) {
+        std::vector<std::string> paths;
+        for (const FileURL &folder : linuxCatalog::userFoldersNamedIn(one.settings, home))
+            paths.push_back(folder.path());
+        EXPECT_EQ(paths, one.folders) << one.settings;
+    }
+}
+
+TEST(RemovalGuards, KnowTheHomeUnderBothNamesWhereALinkLeadsToIt) {
+    const TemporaryFolder folder;
+    const std::string real = folder.makeFolder("var/home/u");
+    folder.makeFolder("var/home/u/Downloads");
+    folder.makeLink("home", "var/home");
+    for (const System system : {System::macOS, System::linux}) {
+        const RemovalGuards guards(hostOf(system, folder.path("home/u")));
+        expectAnswers(guards, {{real, structural},
+                               {real + "/Downloads", structural},
+                               {folder.path("home/u"), structural},
+                               {folder.path("home/u/Downloads"), structural}});
+    }
+}
+
+TEST(RemovalGuards, JudgeAPathByItsText) {
+    const TemporaryFolder home;
+    home.makeLink("system", "/etc");
+    home.makeLink("dangling", "nowhere");
+    home.makeLink("circle", "circle");
+    home.makeFile("file");
+    for (const System system : {System::macOS, System::linux}) {
+        const RemovalGuards guards(hostOf(system, home.path()));
+        expectAnswers(guards, {{home.path("system"), admitted},
+                               {home.path("system/passwd"), admitted},
+                               {home.path("dangling"), gone},
+                               {home.path("circle"), gone},
+                               {home.path("file/below"), gone},
+                               {home.path("ill-formed\xFF"), gone, home.path("ill-formed\uFFFD")},
+                               {home.path(std::string(300, 'n')), gone}});
+        // Only a ".." goes through the links before it, as it does when the system follows the path.
+        EXPECT_NE(guards.check(FileURL(home.path("system/../etc/passwd"))), std::nullopt);
+    }
+}
+
+TEST(RemovalGuards, NeedTheConsentOfThePlatformToo) {
+    const TemporaryFolder home;
+    const bool isMac = platformSystem() == System::macOS;
+    const RemovalGuards guards(hostOf(isMac ? System::linux : System::macOS, home.path()));
+    if (isMac)
+        expectAnswers(guards, {{"/Library/Caches", structural}, {"/usr", structural}, {"/cores", tooClose}});
+    else
+        expectAnswers(guards, {{"/usr/share", structural},
+                               {"/proc/self", isProtected},
+                               {"/home", tooClose}, // the catalog in force speaks first
+                               {"/lib/of-nobody", gone}});
+}
+
+TEST(RemovalGuards, AreDataInPlainForm) {
+    const FileURL home("/Users/u");
+    for (const GuardedPaths &paths : {macOSCatalog::guardedPaths(home), linuxCatalog::guardedPaths(home)}) {
+        for (const std::string &path : paths.structural)
+            EXPECT_TRUE(path == "/" || (path.starts_with('/') && !path.ends_with('/'))) << path;
+        for (const std::string &prefix : paths.protectedPrefixes)
+            EXPECT_TRUE(prefix.starts_with('/') && prefix.ends_with('/')) << prefix;
+        for (const std::string &prefix : paths.openPrefixes)
+            EXPECT_TRUE(prefix.starts_with('/') && prefix.ends_with('/')) << prefix;
+    }
+}
+
+} // namespace brimvale

@@ -1,0 +1,278 @@
+#include "Core/Removal/Remover.h"
+
+#include "Core/Removal/RemovalReport.h"
+#include "Core/Scan/DiskScanner.h"
+#include "Core/Text/Shell.h"
+#include "Support/RecordingActions.h"
+#include "Support/TemporaryFolder.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <functional>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace brimvale {
+
+namespace {
+
+using testing::RecordingActions;
+using testing::TemporaryFolder;
+using Urls = std::vector<FileURL>;
+using Failures = std::vector<RemovalResult::Failure>;
+
+FileError cocoa(int code, std::optional<FileError> underlying = std::nullopt) {
+    return {FileError::Domain::cocoa, code, "no luck",
+            underlying ? std::make_shared<const FileError>(*underlying) : nullptr};
+}
+
+std::int64_t sizeOf(const std::string &path) {
+    return DiskScanner::quickSize(path, ScanOptions());
+}
+
+/// What lets a real shell run a command, without more rights than the tests have, and inside `folder`: a path
+/// that fell apart would name something in there.
+std::function<void(const std::string &)> shellIn(const TemporaryFolder &folder) {
+    return [enter = "cd '" + folder.path() + "' || exit; "](const std::string &command) {
+        EXPECT_TRUE(Shell::runWithStatus("/bin/sh", {"-c", enter + command}).has_value());
+    };
+}
+
+} // namespace
+
+TEST(Remover, SortsItemsByWhatBecameOfThem) {
+    struct Case {
+        FileError error;
+        bool needsAdmin;
+    };
+    const std::vector<Case> cases = {{cocoa(513), true},
+                                     {cocoa(642), true},
+                                     {{FileError::Domain::posix, 642, "no luck", nullptr}, true},
+                                     {FileError::posix(EACCES), true},
+                                     {cocoa(512, FileError::posix(EACCES)), true},
+                                     {cocoa(512), false},
+                                     {cocoa(512, FileError::posix(EPERM)), false},
+                                     {FileError::posix(EPERM), false},
+                                     {cocoa(EACCES), false},
+                                     {cocoa(512, cocoa(EACCES)), false},
+                                     {cocoa(512, cocoa(513)), false},
+                                     {cocoa(512, cocoa(512, FileError::posix(EACCES))), false},
+                                     {cocoa(4, FileError::posix(ENOENT)), false}};
+    const TemporaryFolder folder;
+    RecordingActions actions;
+    Urls urls, needsAdmin;
+    Failures failed;
+    std::vector<std::string> deletions;
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        const FileURL url(folder.makeFile(std::to_string(i), 5'000));
+        urls.push_back(url);
+        deletions.push_back("delete " + url.path());
+        actions.errors.emplace(url.path(), cases[i].error);
+        if (cases[i].needsAdmin)
+            needsAdmin.push_back(url);
+        else
+            failed.push_back({url, cases[i].error.localizedDescription});
+    }
+    const RemovalResult result = Remover::remove(urls, RemovalMode::deleteNow, {}, nullptr, actions);
+    EXPECT_EQ(result, (RemovalResult{{}, failed, 0, needsAdmin}));
+    EXPECT_EQ(actions.calls, deletions) << "none tried twice";
+}
+
+TEST(Remover, TakesItemsInOrderAndRefusesBeforeItTouches) {
+    const TemporaryFolder folder;
+    const FileURL second(folder.makeFile("b/second", 9'000));
+    const FileURL first(folder.makeFile("first", 5'000));
+    const FileURL missing(folder.path("missing"));
+    const FileURL root("/");
+    RecordingActions actions;
+    const RemovalResult result =
+        Remover::remove({second, root, missing, first}, RemovalMode::trash, {{first, 7}}, nullptr, actions);
+    EXPECT_EQ(result.succeeded, (Urls{second, first}));
+    EXPECT_EQ(result.failed, (Failures{{root, "Refusing to operate on the volume root."},
+                                       {missing, missing.path() + " no longer exists."}}));
+    EXPECT_EQ(result.bytesFreed, sizeOf(second.path()) + 7) << "known sizes are not measured again";
+    EXPECT_EQ(actions.calls, (std::vector<std::string>{"trash " + second.path(), "trash " + first.path()}));
+    EXPECT_EQ(Remover::remove({}, RemovalMode::deleteNow, {}, nullptr, actions), RemovalResult());
+}
+
+TEST(Remover, ActsOnThePathThatWasJudged) {
+    const TemporaryFolder folder;
+    folder.makeFile("target/kept");
+    const std::string link = folder.makeLink("link", "target");
+    const FileURL throughSlash(link + "/");
+    const FileURL throughParent(folder.path("link/../link"));
+    RecordingActions actions;
+    const RemovalResult result =
+        Remover::remove({throughSlash, throughParent}, RemovalMode::deleteNow, {}, nullptr, actions);
+    EXPECT_EQ(result.succeeded, (Urls{throughSlash, throughParent}));
+    EXPECT_EQ(actions.calls, (std::vector<std::string>{"delete " + link, "delete " + link}));
+}
+
+TEST(Remover, MeasuresBeforeItRemoves) {
+    const TemporaryFolder folder;
+    folder.makeFile("d/a", 5'000);
+    folder.makeFile("d/e/b", 70'000);
+    const FileURL url(folder.path("d"));
+    const std::int64_t size = sizeOf(url.path());
+    RecordingActions actions;
+    actions.onItem = [&](RemovalProgress *) { std::filesystem::remove_all(url.path()); };
+    EXPECT_EQ(Remover::remove({url, url}, RemovalMode::deleteNow, {}, nullptr, actions),
+              (RemovalResult{{url}, {{url, url.path() + " no longer exists."}}, size, {}}));
+    EXPECT_GT(size, 70'000);
+}
+
+TEST(Remover, StopsBetweenItems) {
+    const TemporaryFolder folder;
+    Urls urls;
+    for (int i = 0; i < 4; ++i)
+        urls.emplace_back(folder.makeFile(std::to_string(i)));
+    RecordingActions actions;
+    RemovalProgress progress;
+    actions.onItem = [&](RemovalProgress *) { progress.cancelled = actions.calls.size() == 2; };
+    const RemovalResult result = Remover::remove(urls, RemovalMode::trash, {}, &progress, actions);
+    EXPECT_EQ(result.succeeded, (Urls{urls[0], urls[1]})) << "what was done stays done";
+    EXPECT_EQ(result.failed, (Failures{{urls[2], "Not removed: the removal was stopped."},
+                                       {urls[3], "Not removed: the removal was stopped."}}));
+    EXPECT_EQ(actions.calls.size(), 2U);
+    EXPECT_EQ(progress.entriesRemoved, 2);
+}
+
+TEST(RemoverDeathTest, NeverWrapsASumOfBytes) {
+    const TemporaryFolder folder;
+    const FileURL a(folder.makeFile("a")), b(folder.makeFile("b"));
+    RecordingActions actions;
+    const Remover::Sizes sizes{{a, std::numeric_limits<std::int64_t>::max()}, {b, 1}};
+    EXPECT_DEATH(static_cast<void>(Remover::remove({a, b}, RemovalMode::trash, sizes, nullptr, actions)),
+                 "64 bits");
+}
+
+TEST(RemoverAsAdministrator, DeletesWithOneCommand) {
+    const TemporaryFolder folder;
+    const FileURL gone(folder.makeFile("gone", 5'000));
+    const FileURL kept(folder.makeFile("kept", 9'000));
+    const FileURL again(folder.path("./gone/"));
+    const std::int64_t size = sizeOf(gone.path());
+    RecordingActions actions;
+    actions.onCommand = [&](const std::string &) { std::filesystem::remove(gone.path()); };
+    const RemovalResult result = Remover::removeWithAdmin({gone, FileURL("/"), kept, again}, actions);
+    EXPECT_EQ(result.succeeded, (Urls{gone, gone}));
+    EXPECT_EQ(result.failed, (Failures{{FileURL("/"), "Refusing to operate on the volume root."},
+                                       {kept, "Still present after removal."}}));
+    EXPECT_EQ(result.bytesFreed, size) << "counted once";
+    EXPECT_EQ(actions.calls, (std::vector<std::string>{"admin /bin/rm -rf -- '" + gone.path() + "' '" +
+                                                       kept.path() + "' '" + gone.path() + "'"}));
+}
+
+TEST(RemoverAsAdministrator, AsksForNothingWhereNothingIsAdmitted) {
+    RecordingActions actions;
+    EXPECT_EQ(Remover::removeWithAdmin({}, actions), RemovalResult());
+    EXPECT_EQ(Remover::removeWithAdmin({FileURL("/")}, actions).failed.size(), 1U);
+    EXPECT_TRUE(actions.calls.empty());
+}
+
+TEST(RemoverAsAdministrator, FailsAsAWholeWhereTheCommandDoesNotRun) {
+    const TemporaryFolder folder;
+    const FileURL a(folder.makeFile("a")), b(folder.makeFile("b"));
+    RecordingActions actions;
+    for (const auto &[message, reason] :
+         {std::pair<std::optional<std::string>, std::string>{"User canceled.", "User canceled."},
+          {std::nullopt, "Authorization failed."}}) {
+        actions.privilegedRunError = PrivilegedRunError{message};
+        EXPECT_EQ(Remover::removeWithAdmin({a, b}, actions),
+                  (RemovalResult{{}, {{a, reason}, {b, reason}}, 0, {}}));
+    }
+}
+
+TEST(RemoverAsAdministrator, RemovesExactlyWhatItNames) {
+    const TemporaryFolder folder;
+    std::string everyByte;
+    for (int byte = 1; byte < 256; ++byte)
+        if (byte != '/')
+            everyByte += static_cast<char>(byte);
+    Urls urls;
+    for (const std::string &name : std::vector<std::string>{"it's", "a \"quoted\" name", "back\\slash", "-rf",
+                                                            "$(touch pwned)", "a\nb", "*", "' '", everyByte})
+        urls.emplace_back(folder.makeFile("doomed/" + name));
+    const std::string keptBeside = folder.makeFile("doomed/a");
+    RecordingActions actions;
+    actions.onCommand = shellIn(folder);
+    EXPECT_EQ(Remover::removeWithAdmin(urls, actions).succeeded, urls);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path("doomed")), {}), 1);
+    EXPECT_TRUE(std::filesystem::exists(keptBeside));
+}
+
+TEST(RemoverAsAdministrator, SeesALinkThatIsLeftOver) {
+    const TemporaryFolder folder;
+    const std::string target = folder.makeFile("target");
+    const FileURL link(folder.makeLink("link", "target"));
+    RecordingActions actions;
+    actions.onCommand = [&](const std::string &) { std::filesystem::remove(target); };
+    EXPECT_EQ(Remover::removeWithAdmin({link}, actions).failed,
+              (Failures{{link, "Still present after removal."}}));
+}
+
+TEST(RemoverAsAdministrator, TellsWhatOneCommandCannotHold) {
+    const TemporaryFolder folder;
+    const std::string deep = std::string(200, 'a') + "/" + std::string(200, 'b') + "/";
+    Urls urls;
+    for (int i = 0; i < 400; ++i)
+        urls.emplace_back(folder.makeFile(deep + std::to_string(i)));
+    RecordingActions actions;
+    actions.onCommand = [](const std::string &command) { // as one argument of a program
+        EXPECT_TRUE(Shell::runWithStatus("/bin/sh", {"-c", command}).has_value());
+    };
+    const RemovalResult result = Remover::removeWithAdmin(urls, actions);
+    EXPECT_EQ(actions.calls.size(), 1U);
+    EXPECT_GT(result.succeeded.size(), 250U);
+    EXPECT_GT(result.failed.size(), 50U);
+    EXPECT_EQ(result.succeeded.size() + result.failed.size(), urls.size());
+    for (const RemovalResult::Failure &failure : result.failed)
+        EXPECT_TRUE(std::filesystem::exists(failure.url.path()) &&
+                    failure.reason.starts_with("Not removed: "));
+}
+
+TEST(RemoverOfSnapshots, PutsNothingButADateIntoTheCommand) {
+    struct Case {
+        std::string name;
+        std::string stamp; ///< empty: no command is run
+    };
+    for (const Case &one : {Case{"com.apple.TimeMachine.2024-05-01-101010.local", "2024-05-01-101010"},
+                            Case{"2024-05-01-101010", "2024-05-01-101010"},
+                            Case{"com.apple.TimeMachine.com.apple.TimeMachine.1.local.local", "1"},
+                            Case{"com.apple.os.update-0A_z", "com.apple.os.update-0A_z"},
+                            Case{"com.apple.TimeMachine.1; rm x.local", ""}, Case{"/", ""}, Case{"1 2", ""},
+                            Case{"1\n", ""}, Case{"$HOME", ""}, Case{"\"", ""}, Case{"1\xC3\xA9", ""}}) {
+        RecordingActions actions;
+        EXPECT_EQ(Remover::deleteSnapshot(one.name, FileURL("/"), actions), !one.stamp.empty()) << one.name;
+        const std::vector<std::string> command = {"admin /usr/bin/tmutil deletelocalsnapshots " + one.stamp};
+        EXPECT_EQ(actions.calls, one.stamp.empty() ? std::vector<std::string>() : command);
+    }
+    RecordingActions refusing;
+    refusing.privilegedRunError = PrivilegedRunError{};
+    EXPECT_FALSE(Remover::deleteSnapshot("com.apple.TimeMachine.1.local", FileURL("/"), refusing));
+}
+
+TEST(RemovalReport, TellsTheOutcomeInWords) {
+    RemovalResult result;
+    EXPECT_EQ(RemovalReport::title(result), "Done");
+    EXPECT_EQ(RemovalReport::summary(result), "Removed 0 items, reclaiming Zero KB");
+    result.succeeded = {FileURL("/a")};
+    result.bytesFreed = 5'500'000;
+    result.needsAdmin = {FileURL("/b")};
+    EXPECT_EQ(RemovalReport::title(result), "Done");
+    EXPECT_EQ(RemovalReport::summary(result), "Removed 1 item, reclaiming 5.5 MB");
+    for (int i = 0; i < 4; ++i)
+        result.failed.push_back({FileURL("/f\xFF" + std::to_string(i)), "Why."});
+    EXPECT_EQ(RemovalReport::title(result), "Finished with problems");
+    EXPECT_EQ(RemovalReport::failureLines(result).size(), 4U);
+    result.failed.push_back({FileURL("/f4"), "Why."});
+    EXPECT_EQ(RemovalReport::failureLines(result),
+              (std::vector<std::string>{"/f\uFFFD0: Why.", "/f\uFFFD1: Why.", "/f\uFFFD2: Why.",
+                                        "/f\uFFFD3: Why.", "and 1 more."}));
+    EXPECT_EQ(RemovalReport::failureLine({FileURL("/a/b"), "/a/b no longer exists."}),
+              "/a/b no longer exists.");
+    EXPECT_EQ(RemovalReport::failureLine({FileURL("/a"), "/a/b no longer exists."}),
+              "/a: /a/b no longer exists.");
+}
+
+} // namespace brimvale

@@ -1,0 +1,260 @@
+#include "Core/Scan/DiskScanner.h"
+#include "Support/ChildProcess.h"
+#include "Support/HostileTree.h"
+#include "Support/ReferenceScan.h"
+#include "Support/SampleTree.h"
+#include "Support/TemporaryFolder.h"
+
+#include <atomic>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
+
+namespace brimvale {
+
+namespace {
+
+using testing::describe;
+using testing::makeChain;
+using testing::makeHostileTree;
+using testing::ReferenceScan;
+using testing::referenceScan;
+using testing::TemporaryFolder;
+
+ScanOptions optionsFor(std::int64_t minimumNodeSize) {
+    ScanOptions options;
+    options.minimumNodeSize = minimumNodeSize;
+    return options;
+}
+
+// Each with a pool of its own: no thread of it is left when a later test forks.
+
+std::unique_ptr<FSNode> scan(const std::string &path, const ScanOptions &options = {}) {
+    WalkPool pool(3);
+    ScanStats stats;
+    return DiskScanner::scan(path, options, stats, pool);
+}
+
+std::int64_t quickSize(
+    const std::string &path, const ScanOptions &options = {},
+    const std::function<bool()> &cancelled = [] { return false; }) {
+    WalkPool pool(3);
+    return DiskScanner::quickSize(path, options, cancelled, pool);
+}
+
+FSNode &childOf(FSNode &node, std::string_view name) {
+    return *testing::descendant(node, {name});
+}
+
+/// Compares a scan by `workers` workers with the sequential reference, figures, flags and order.
+void expectLikeReference(const std::string &path, const ScanOptions &options, int workers) {
+    WalkPool pool(workers);
+    ScanStats stats;
+    const auto tree = DiskScanner::scan(path, options, stats, pool);
+    const ReferenceScan reference = referenceScan(path, options);
+    EXPECT_EQ(describe(*tree), describe(*reference.root)) << workers << " workers";
+    EXPECT_EQ(stats.files(), reference.files);
+    EXPECT_EQ(stats.bytes(), reference.bytes);
+    EXPECT_EQ(stats.unreadable(), reference.unreadable);
+}
+
+} // namespace
+
+TEST(DiskScanner, FindsWhatASequentialTraversalFindsInTheSameOrder) {
+    for (const unsigned seed : {1U, 2U, 3U}) {
+        const TemporaryFolder folder;
+        makeHostileTree(folder, seed, false);
+        for (const int workers : {0, 1, 3, 15})
+            expectLikeReference(folder.path(), optionsFor(8192), workers);
+    }
+}
+
+TEST(DiskScanner, MarksAndCountsWhatItMayNotRead) {
+    const TemporaryFolder folder;
+    folder.makeFile("a/locked/hidden", 10);
+    folder.makeFile("a/later/file", 10);
+    folder.makeFile("b/names only/unknown 1");
+    folder.makeFile("b/names only/unknown 2");
+    folder.makeFile("top/file");
+    makeHostileTree(folder, 4, false);
+    std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
+    chmod(folder.path("a/locked").c_str(), 0000);
+    chmod(folder.path("b/names only").c_str(), 0444);
+    chmod(folder.path("top").c_str(), 0000);
+
+    testing::inChild([&] {
+        testing::becomeOrdinaryUser();
+        // A user without rights over the tree meets the closed folders and every locked one of the
+        // hostile tree.
+        for (const int workers : {0, 7})
+            expectLikeReference(folder.path(), optionsFor(8192), workers);
+    });
+}
+
+TEST(DiskScanner, CountsAFileWithSeveralNamesOnce) {
+    const TemporaryFolder folder;
+    makeHostileTree(folder, 5, true);
+    const std::string file = folder.makeFile("one/file", 50'000);
+    for (int i = 0; i < 20; ++i)
+        std::filesystem::create_hard_link(file, folder.makeFolder("names " + std::to_string(i)) + "/name");
+    const ReferenceScan reference = referenceScan(folder.path(), {});
+    for (const int workers : {0, 15}) {
+        WalkPool pool(workers);
+        ScanStats stats;
+        const auto tree = DiskScanner::scan(folder.path(), {}, stats, pool);
+        EXPECT_EQ(tree->size, reference.root->size);
+        EXPECT_EQ(tree->logicalSize, reference.root->logicalSize);
+        EXPECT_EQ(tree->fileCount, reference.root->fileCount);
+        EXPECT_EQ(stats.bytes(), reference.bytes);
+    }
+    // Right in the scan root every name counts.
+    const TemporaryFolder flat;
+    std::filesystem::create_hard_link(flat.makeFile("a", 5000), flat.path("b"));
+    EXPECT_EQ(scan(flat.path())->fileCount, 2);
+}
+
+TEST(DiskScanner, StaysOutOfSkippedFolders) {
+    const TemporaryFolder folder;
+    folder.makeFile("dev/device", 5000);
+    folder.makeFile("a/Library/CloudStorage/remote", 5000);
+    folder.makeFile("a/Library/dev/local", 5000);
+    folder.makeFile("a/dev/local", 5000);
+    ScanOptions options;
+    options.cloudProviderPaths = {folder.path("a/Library/CloudStorage")};
+    options.skippedPaths = {folder.path("dev"), folder.path("a/Library/CloudStorage")};
+    const auto tree = scan(folder.path(), options);
+    EXPECT_EQ(describe(*tree), describe(*referenceScan(folder.path(), options).root));
+    const FSNode &dev = *tree->children().front();
+    EXPECT_TRUE(dev.name == "dev" && dev.isNotDescended && !dev.isCloudProvider);
+    const FSNode &cloud = *testing::descendant(*tree, {"a", "Library", "CloudStorage"});
+    EXPECT_TRUE(cloud.isNotDescended && cloud.isCloudProvider && cloud.size == 0);
+    EXPECT_EQ(tree->fileCount, 2);
+    EXPECT_EQ(tree->dirCount, 6);
+
+    EXPECT_EQ(quickSize(folder.path(), options), tree->size);
+    EXPECT_EQ(quickSize(folder.path("dev/"), options), 0);
+    EXPECT_GT(quickSize(folder.path("dev/device"), options), 0);
+}
+
+TEST(DiskScanner, AnswersForRootsThatAreNoPlainFolder) {
+    const TemporaryFolder folder;
+    folder.makeFile("real/file", 5000);
+    const std::string toFolder = folder.makeLink("to folder", "real");
+    const std::string toFile = folder.makeLink("to file", "real/file");
+    const std::string dangling = folder.makeLink("dangling", "nowhere");
+
+    const auto linked = scan(toFolder + "/");
+    EXPECT_EQ(linked->path(), toFolder);
+    EXPECT_EQ(linked->name, "to folder");
+    EXPECT_EQ(linked->children().front()->path(), toFolder + "/file");
+
+    const auto file = scan(folder.path("real/file"));
+    EXPECT_TRUE(file->isDirectory && file->children().empty());
+    EXPECT_EQ(file->fileCount, 1);
+    EXPECT_EQ(file->logicalSize, 5000);
+    EXPECT_EQ(scan(toFile)->logicalSize, static_cast<std::int64_t>(std::string("real/file").size()));
+
+    for (const std::string &path : {folder.path("missing"), dangling}) {
+        const auto missing = scan(path);
+        EXPECT_TRUE(missing->children().empty()) << path;
+        EXPECT_EQ(missing->fileCount, 0) << path;
+    }
+    EXPECT_EQ(DiskScanner::displayName("/"), "Macintosh HD");
+    EXPECT_EQ(quickSize(folder.path("missing")), 0);
+    EXPECT_EQ(quickSize(toFolder), fileStatus(toFolder)->allocatedBytes);
+}
+
+TEST(DiskScanner, WalksAnyDepthWithFewDescriptors) {
+    const TemporaryFolder folder;
+    constexpr int depth = 5000;
+    makeChain(folder.makeFolder("short"), "d", depth);
+    // Each name alone is a twentieth of PATH_MAX.
+    makeChain(folder.makeFolder("long"), std::string(200, 'n'), 400);
+    std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
+    testing::inChild([&] {
+        testing::becomeOrdinaryUser();
+        rlimit limit{64, 64};
+        setrlimit(RLIMIT_NOFILE, &limit);
+        for (const int workers : {0, 3}) {
+            WalkPool pool(workers);
+            ScanStats stats;
+            const auto tree = DiskScanner::scan(folder.path(), {}, stats, pool);
+            EXPECT_EQ(stats.unreadable(), 0);
+            EXPECT_EQ(tree->fileCount, depth + 400);
+            EXPECT_EQ(tree->dirCount, 2 * (depth + 400) + 2);
+            EXPECT_EQ(DiskScanner::quickSize(
+                          folder.path(), {}, [] { return false; }, pool),
+                      tree->size);
+        }
+    });
+
+    // A root whose own path is longer than one system call takes.
+    std::string inside = folder.path("long");
+    for (int i = 0; i < 300; ++i)
+        inside.append("/").append(200, 'n');
+    EXPECT_EQ(scan(inside)->fileCount, 100);
+    EXPECT_EQ(quickSize(inside), quickSize(folder.path("long")) / 4);
+}
+
+TEST(DiskScanner, WalksWithTheThreadsThatItGets) {
+    const TemporaryFolder folder;
+    folder.makeFile("a/b/file", 5000);
+    std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
+    testing::inChild([&] {
+        testing::becomeOrdinaryUser();
+        const rlimit none{0, 0};
+        setrlimit(RLIMIT_NPROC, &none);
+        EXPECT_EQ(scan(folder.path())->fileCount, 1);
+    });
+}
+
+TEST(DiskScanner, SurvivesATreeThatChangesUnderIt) {
+    const TemporaryFolder folder;
+    for (int i = 0; i < 50; ++i)
+        folder.makeFile("stable/" + std::to_string(i) + "/file", 5000);
+    const std::int64_t stable = scan(folder.path("stable"))->size;
+    std::atomic<bool> isDone = false;
+    std::thread vandal([&] {
+        while (!isDone) {
+            for (int i = 0; i < 40; ++i)
+                folder.makeFile("moving/" + std::to_string(i) + "/a/b", 100);
+            std::filesystem::rename(folder.path("moving"), folder.path("moved"));
+            folder.makeLink("moving", folder.path("stable"));
+            std::filesystem::remove_all(folder.path("moved"));
+            std::filesystem::remove(folder.path("moving"));
+        }
+    });
+    for (int i = 0; i < 60; ++i) {
+        const auto tree = scan(folder.path());
+        EXPECT_EQ(childOf(*tree, "stable").size, stable);
+        for (const auto &child : tree->children())
+            EXPECT_LE(child->fileCount, 50) << "a link was followed";
+    }
+    isDone = true;
+    vandal.join();
+}
+
+TEST(DiskScanner, StopsWhenCancelled) {
+    const TemporaryFolder folder;
+    folder.makeFile("skipped/file", 10);
+    for (int i = 0; i < 30; ++i)
+        folder.makeFile("folder " + std::to_string(i) + "/file", 5000);
+    ScanOptions options;
+    options.skippedPaths = {folder.path("skipped")};
+    ScanStats stats;
+    stats.cancel();
+    WalkPool pool(3);
+    const auto tree = DiskScanner::scan(folder.path(), options, stats, pool);
+    ASSERT_EQ(tree->children().size(), 1U);
+    EXPECT_TRUE(tree->children().front()->isNotDescended);
+
+    std::atomic<int> asked = 0;
+    const std::int64_t whole = quickSize(folder.path());
+    const std::int64_t part = quickSize(folder.path(), {}, [&] { return ++asked > 40; });
+    EXPECT_GT(part, 0);
+    EXPECT_LT(part, whole);
+}
+
+} // namespace brimvale

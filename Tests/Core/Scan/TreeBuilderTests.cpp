@@ -1,0 +1,149 @@
+#include "Core/Scan/TreeBuilder.h"
+#include "Platform/DirectoryWalk.h"
+#include "Support/HostileTree.h"
+#include "Support/ReferenceScan.h"
+#include "Support/TemporaryFolder.h"
+
+#include <deque>
+#include <gtest/gtest.h>
+#include <random>
+
+namespace brimvale {
+
+namespace {
+
+using testing::describe;
+using testing::makeChain;
+using testing::TemporaryFolder;
+
+/// One folder scanned by walks that run in turn on this thread, so that who takes over what, and where the
+/// scan is cancelled, is decided by the test.
+class SteppedScan {
+public:
+    SteppedScan(const TemporaryFolder &folder, const ScanOptions &options)
+        : state(options, stats), root("root", folder.path(), true) {
+        const std::string top = folder.path("top");
+        root.adopt(std::make_unique<FSNode>("top", root, true));
+        start(PendingFolders(top, root.children().front().get(), fileStatus(top)->identity));
+    }
+
+    /// Runs a walk chosen at random for a step, until none is left; now and then it hands over some of its
+    /// work.
+    void run(unsigned seed) {
+        std::mt19937 random(seed);
+        while (!walks_.empty()) {
+            const std::size_t chosen = random() % walks_.size();
+            Walk &walk = *walks_[chosen];
+            if (!walk.walk.step()) {
+                walks_.erase(walks_.begin() + static_cast<std::ptrdiff_t>(chosen));
+            } else if (random() % 2 == 0) {
+                if (std::optional<PendingFolders> given = walk.walk.handOver())
+                    start(std::move(*given));
+            }
+        }
+        rollUp(root, state);
+    }
+
+    /// Cancels once `count` entries have been looked at.
+    void cancelAfter(int count) { remaining_ = count; }
+
+    ScanStats stats;
+    ScanState state;
+    FSNode root;
+
+private:
+    /// Counts what is looked at.
+    struct Counting final : TreeBuilder {
+        explicit Counting(SteppedScan &owner) : TreeBuilder(owner.state), scan(owner) {}
+        bool isCancelled() override {
+            if (scan.remaining_ == 0)
+                scan.stats.cancel();
+            --scan.remaining_;
+            return TreeBuilder::isCancelled();
+        }
+
+        SteppedScan &scan;
+    };
+
+    struct Walk {
+        Walk(SteppedScan &scan, PendingFolders folders)
+            : visitor(scan), walk(visitor, false, std::move(folders)) {}
+        Counting visitor;
+        DirectoryWalk walk;
+    };
+
+    void start(PendingFolders folders) {
+        walks_.push_back(std::make_unique<Walk>(*this, std::move(folders)));
+    }
+
+    std::deque<std::unique_ptr<Walk>> walks_;
+    int remaining_ = -1;
+};
+
+/// What must hold at every node of a partial tree: the sums of the rules for folders that were not finished.
+void expectPartialSums(const FSNode &root) {
+    std::vector<const FSNode *> waiting{&root};
+    while (!waiting.empty()) {
+        const FSNode &node = *waiting.back();
+        waiting.pop_back();
+        std::int64_t fromChildren = 0, filesFromChildren = 0, folders = 0;
+        for (const auto &child : node.children()) {
+            fromChildren += child->size;
+            filesFromChildren += child->fileCount;
+            folders += child->isDirectory ? child->dirCount + 1 : 0;
+            waiting.push_back(child.get());
+        }
+        if (!node.isDirectory)
+            continue;
+        EXPECT_LE(fromChildren, node.size) << node.path();
+        EXPECT_LE(filesFromChildren, node.fileCount) << node.path();
+        EXPECT_EQ(folders, node.dirCount) << node.path();
+    }
+}
+
+} // namespace
+
+TEST(TreeBuilder, BuildsTheSameTreeWhoeverTakesOverWhat) {
+    const TemporaryFolder folder;
+    folder.makeFolder("top");
+    for (int i = 0; i < 12; ++i)
+        folder.makeFile("top/" + std::to_string(i % 4) + "/" + std::to_string(i) + "/deep/er/file", i * 1000);
+    makeChain(folder.makeFolder("top/chain"), "d", 60);
+    const std::string expected = describe(*testing::referenceScan(folder.path(), {}).root);
+    for (unsigned seed = 0; seed < 40; ++seed) {
+        SteppedScan scan(folder, {});
+        scan.run(seed);
+        const std::string found = describe(scan.root);
+        EXPECT_EQ(found.substr(found.find('\n')), expected.substr(expected.find('\n'))) << "seed " << seed;
+    }
+}
+
+TEST(TreeBuilder, LeavesAPartialTreeThatAddsUpWhereverItIsCancelled) {
+    const TemporaryFolder folder;
+    for (int i = 0; i < 12; ++i)
+        folder.makeFile("top/" + std::to_string(i % 3) + "/" + std::to_string(i) + "/file", 3000);
+    for (int count = 0; count < 60; ++count) {
+        SteppedScan scan(folder, {});
+        scan.cancelAfter(count);
+        scan.run(static_cast<unsigned>(count));
+        expectPartialSums(scan.root);
+        EXPECT_EQ(scan.stats.bytes(), scan.root.size);
+        EXPECT_EQ(scan.stats.files(), scan.root.fileCount);
+    }
+
+    // In the walk's own order: top, then the first of its folders, which is left unfinished.
+    const TemporaryFolder nested;
+    nested.makeFile("top/outer/inner/file", 3000);
+    nested.makeFile("top/outer/file", 3000);
+    SteppedScan scan(nested, {});
+    scan.cancelAfter(6);
+    scan.run(0);
+    const FSNode &top = *scan.root.children().front();
+    const FSNode &outer = *top.children().front();
+    EXPECT_EQ(outer.fileCount, top.fileCount);
+    EXPECT_EQ(top.logicalSize, 0) << "an unfinished folder keeps its logical size to itself";
+    for (const auto &child : outer.children())
+        EXPECT_FALSE(child->isAggregate);
+}
+
+} // namespace brimvale

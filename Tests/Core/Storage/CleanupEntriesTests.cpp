@@ -1,0 +1,79 @@
+#include "Core/Storage/CleanupEntries.h"
+
+#include "Core/Storage/CleanupCatalog.h"
+#include "Support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <set>
+
+namespace brimvale {
+
+namespace {
+
+using ::testing::ElementsAre;
+using testing::TemporaryFolder;
+
+std::vector<std::string> pathsOf(const std::vector<CleanupEntry> &entries) {
+    std::vector<std::string> paths;
+    for (const CleanupEntry &entry : entries)
+        paths.push_back(entry.url.path());
+    return paths;
+}
+
+} // namespace
+
+TEST(CleanupEntries, KeepTheLargestFirstAndTheirOrderWhereEqual) {
+    const std::vector<CleanupEntry> entries =
+        CleanupEntries::measured({"/z", "/b", "/none", "/a", "/large", "/c"}, {5, 9, 0, 5, 100, 5});
+    EXPECT_THAT(pathsOf(entries), ElementsAre("/large", "/b", "/z", "/a", "/c"));
+    EXPECT_FALSE(entries.front().modified) << "what is gone has no date";
+    EXPECT_EQ(CleanupEntries::totalSize(entries), 124);
+    EXPECT_THAT(pathsOf(CleanupEntries::measured({"/a", "/b"}, {9'999'999, 10'000'000}, 10'000'000)),
+                ElementsAre("/b"));
+}
+
+TEST(CleanupEntries, ComeFromRootsAsFarAsTheyExist) {
+    const TemporaryFolder folder;
+    folder.makeFile("root/.hidden", 1);
+    folder.makeFile("root/.DS_Store", 1);
+    folder.makeFile("root/folder/below", 1);
+    folder.makeLink("link", "root/folder");
+    folder.makeLink("dangling", "nowhere");
+    const std::vector<std::string> roots = {folder.path("missing"), folder.path("link"), folder.path("root"),
+                                            folder.path("dangling"), folder.path("root/.hidden")};
+    EXPECT_THAT(CleanupEntries::paths(roots, false),
+                ElementsAre(folder.path("link"), folder.path("root"), folder.path("root/.hidden")));
+    EXPECT_THAT(CleanupEntries::paths(roots, true),
+                ::testing::UnorderedElementsAre(folder.path("link/below"), folder.path("root/.hidden"),
+                                                folder.path("root/folder")));
+}
+
+TEST(CleanupCatalog, IsMadeAfreshForEachHome) {
+    const auto definitions = [](const char *home) {
+        return CleanupCatalog::definitions({System::macOS, FileURL(home), platformTools()});
+    };
+    EXPECT_EQ(definitions("/Users/a"), definitions("/Users/a/"));
+    const std::vector<CleanupTarget> targets = definitions("/Users/a"), others = definitions("/Users/b");
+    std::set<std::string> ids;
+    for (std::size_t i = 0; i < targets.size(); ++i) {
+        const CleanupTarget &target = targets[i];
+        EXPECT_TRUE(ids.insert(target.id).second);
+        EXPECT_TRUE(target.contentsOnly && target.entries.empty() && !target.scanned) << target.id;
+        for (std::size_t root = 0; root < target.roots.size(); ++root) {
+            const std::string &path = target.roots[root];
+            EXPECT_TRUE(path.starts_with("/Users/a/") || path.starts_with("/Library/")) << path;
+            EXPECT_EQ(path == others[i].roots[root], path.starts_with("/Library/"));
+        }
+    }
+}
+
+TEST(CleanupCatalog, MeasuresNothingMoreOnceItIsCancelled) {
+    const TemporaryFolder folder;
+    folder.makeFile("file", 5000);
+    CleanupTarget target = CleanupCatalog::definitions().front();
+    target.roots = {folder.path()};
+    for (const bool isCancelled : {false, true})
+        EXPECT_EQ(CleanupCatalog::measure(target, [&] { return isCancelled; }).entries.empty(), isCancelled);
+}
+
+} // namespace brimvale

@@ -1,0 +1,52 @@
+#include "Core/Storage/StorageCategories.h"
+
+#include "Support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <set>
+
+namespace brimvale {
+
+namespace {
+
+using testing::TemporaryFolder;
+
+Host macWith(const std::string &home) {
+    return {System::macOS, FileURL(home), platformTools()};
+}
+
+} // namespace
+
+TEST(StorageCategories, NameTheirRootsInPlainForm) {
+    std::set<std::string> ids, colors;
+    for (const StorageCategory &category : StorageCategories::all(macWith("/Users/a"))) {
+        EXPECT_TRUE(ids.insert(category.id).second);
+        const Color color = StorageCategories::color(category);
+        EXPECT_TRUE(colors.insert(std::to_string(color.red) + std::to_string(color.green)).second)
+            << "two categories look the same";
+        EXPECT_EQ(category.measurement == CategoryMeasurement::remainder, category.roots.empty());
+        for (const std::string &root : category.roots)
+            EXPECT_EQ(FileURL(root).standardized().path(), root);
+    }
+    EXPECT_EQ(ids.size(), 12U);
+}
+
+TEST(StorageCategories, LeaveWhatNobodyClaimsToSystemDataIfItIsLarge) {
+    const TemporaryFolder folder;
+    const std::string home = folder.path("Library");
+    folder.makeFile("Library/Library/Large/file", 10'100'000);
+    folder.makeFile("Library/Library/Small/file", 9'000'000);
+    folder.makeFile("Library/.tool/file", 10'200'000);
+    folder.makeFile("Library/Documents/file", 10'300'000);
+    folder.makeFile("Library/.npm/file", 10'300'000);
+    folder.makeFile("Library/.Trash/file", 10'300'000);
+    WalkPool pool(2);
+    std::vector<std::string> rows;
+    for (const CleanupEntry &entry :
+         StorageCategories::measureSystemDataEntries([] { return false; }, macWith(home), pool))
+        if (entry.url.path().starts_with(folder.path()))
+            rows.push_back(entry.url.path());
+    EXPECT_EQ(rows, (std::vector<std::string>{home + "/.tool", home + "/Library/Large"}));
+}
+
+} // namespace brimvale

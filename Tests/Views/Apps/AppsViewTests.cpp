@@ -1,0 +1,299 @@
+#include "Views/Apps/AppsView.h"
+
+#include "Core/Text/Formatting.h"
+#include "Support/PageTest.h"
+#include "Support/SampleApps.h"
+#include "Views/Apps/AppDetail.h"
+#include "Views/Apps/AppListModel.h"
+#include "Views/Components/StateMessage.h"
+#include "Views/Components/TickBox.h"
+#include "Views/Entries/EntryListModel.h"
+
+#include <QCheckBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QPointer>
+#include <QProcess>
+#include <algorithm>
+#include <filesystem>
+#include <gmock/gmock.h>
+
+namespace brimvale {
+
+namespace {
+
+using ::testing::ElementsAre;
+using testing::eventually;
+using testing::find;
+using ::testing::IsEmpty;
+
+/// The leftovers that are shown under a heading.
+QListView &leftovers(const QWidget &in, const char *group) {
+    return find<QListView>(find<QWidget>(in, group), "leftovers");
+}
+
+QString shown(const QListView &list, int row, int role = Qt::DisplayRole) {
+    return list.model()->index(row, 0).data(role).toString();
+}
+
+int tickedIn(const QListView &list) {
+    int count = 0;
+    for (int row = 0; row < list.model()->rowCount(); ++row)
+        count += list.model()->index(row, 0).data(Qt::CheckStateRole) == Qt::Checked ? 1 : 0;
+    return count;
+}
+
+/// The page of a user of macOS with a few applications. "Acme" has leftovers of both kinds, of which one is
+/// claimed by "Acme Pro" too; "Bare" has none.
+class AppsPage : public testing::PageTest<AppsView> {
+protected:
+    AppsPage() {
+        makeApp("Acme", "com.example.acme");
+        makeApp("Acme Pro", "com.example.acme.pro");
+        makeApp("Bare", "com.example.bare");
+        home.makeFile("Library/Caches/com.example.acme/data", 50'000);
+        home.makeFile("Library/LaunchAgents/com.example.acme.pro.plist", 100);
+        home.makeFile("Library/LaunchAgents/Acme.plist", 100);
+    }
+
+    void makeApp(const std::string &name, const std::string &identifier) {
+        testing::makeBundle(home, "Applications/" + name + ".app", {identifier, name, {}, {}, {}});
+    }
+
+    void open() {
+        testing::activate(page);
+        ASSERT_TRUE(eventually([&] { return !*model.isLoadingApps; }));
+    }
+
+    void choose(const std::string &name) {
+        const QModelIndex row = rowOf(name);
+        list.scrollTo(row);
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(row).center());
+        EXPECT_EQ(chosen(), name);
+    }
+
+    QModelIndex rowOf(const std::string &name) {
+        for (int row = 0; row < list.model()->rowCount(); ++row)
+            if (list.model()->index(row, 0).data(Qt::ToolTipRole).toString().toStdString() ==
+                home.path("Applications/" + name + ".app"))
+                return list.model()->index(row, 0);
+        return {};
+    }
+
+    bool isSelected(const std::string &name) { return list.selectionModel()->isSelected(rowOf(name)); }
+
+    std::string chosen() { return text("appName"); }
+    void tickAll(const char *group) { click(testing::find<TickBox>(find<QWidget>(group), "tickAll")); }
+    QPushButton &remove() { return find<QPushButton>("remove"); }
+    QDialog *sheet() { return page.findChild<QDialog *>("removalSheet"); }
+
+    void confirm() {
+        testing::click(*sheet(), "confirm");
+        ASSERT_TRUE(eventually([&] { return !model.isRemoving() && sheet() == nullptr; }));
+    }
+
+    QListView &list = find<QListView>("apps");
+};
+
+} // namespace
+
+TEST_F(AppsPage, ListsTheAppsBeforeTheyAreAnalysed) {
+    bool wasListed = false;
+    QObject::connect(&model, &CorvelModel::appsChanged, &page, [&] {
+        if (model.apps->empty() || std::exchange(wasListed, true))
+            return;
+        EXPECT_EQ(list.model()->rowCount(), static_cast<int>(model.apps->size()));
+        EXPECT_EQ(rowOf("Acme").data(AppListModel::sizeRole).toString(), QString());
+        EXPECT_TRUE(isVisible("appProgress"));
+        list.setCurrentIndex(rowOf("Acme"));
+        EXPECT_EQ(text("appFacts"), "Not analysed yet");
+        EXPECT_FALSE(find<QCheckBox>("includeBundle").isEnabled()) << "nobody knows what that frees";
+    });
+    open();
+    EXPECT_TRUE(wasListed);
+    EXPECT_FALSE(isVisible("appProgress"));
+    EXPECT_NE(rowOf("Acme").data(AppListModel::sizeRole).toString(), QString());
+    EXPECT_NE(text("appFacts"), "Not analysed yet");
+    EXPECT_TRUE(find<QCheckBox>("includeBundle").isEnabled());
+}
+
+TEST_F(AppsPage, ShowsTheLeftoversOfOneAppAndTicksNone) {
+    open();
+    EXPECT_TRUE(page.findChild<StateMessage *>()->isVisible());
+    choose("Acme");
+    QListView &exact = leftovers(page, "exactLeftovers");
+    QListView &likely = leftovers(page, "likelyLeftovers");
+    ASSERT_EQ(exact.model()->rowCount(), 2);
+    EXPECT_EQ(shown(exact, 0), "com.example.acme");
+    EXPECT_EQ(shown(exact, 0, EntryListModel::noteRole), QString());
+    EXPECT_EQ(shown(exact, 1), "com.example.acme.pro.plist");
+    EXPECT_EQ(shown(exact, 1, EntryListModel::noteRole), "Also claimed by Acme Pro");
+    ASSERT_EQ(likely.model()->rowCount(), 1);
+    EXPECT_FALSE(isVisible("leftoverState"));
+    EXPECT_EQ(tickedIn(exact) + tickedIn(likely), 0);
+    EXPECT_FALSE(find<QCheckBox>("includeBundle").isChecked());
+    EXPECT_FALSE(remove().isEnabled());
+
+    // What is ticked is ticked for the app that is shown.
+    tickAll("exactLeftovers");
+    EXPECT_EQ(tickedIn(exact), 2);
+    EXPECT_EQ(tickedIn(likely), 0);
+    choose("Acme Pro");
+    EXPECT_EQ(exact.model()->rowCount(), 1);
+    EXPECT_EQ(tickedIn(exact), 0);
+    EXPECT_FALSE(remove().isEnabled());
+    EXPECT_FALSE(isVisible("likelyLeftovers"));
+    choose("Bare");
+    EXPECT_FALSE(isVisible("exactLeftovers"));
+    EXPECT_EQ(text("leftoverState"), "No files found outside the bundle.");
+}
+
+TEST_F(AppsPage, IsWorkedByKeys) {
+    open();
+    find<QCheckBox>("includeSystemApps").setFocus();
+    QTest::keyClick(page.focusWidget(), Qt::Key_Tab);
+    ASSERT_TRUE(list.hasFocus());
+    EXPECT_EQ(list.selectionModel()->selectedIndexes().size(), 1) << "what is shown can be seen in the list";
+    QTest::keyClicks(&list, "acme p");
+    EXPECT_EQ(chosen(), "Acme Pro");
+    EXPECT_TRUE(isSelected("Acme Pro"));
+    QTest::keyClick(&list, Qt::Key_Up);
+    EXPECT_EQ(chosen(), "Acme");
+    QTest::keyClick(&list, Qt::Key_Delete);
+    EXPECT_EQ(sheet(), nullptr) << "nothing is ticked";
+
+    QListView &exact = leftovers(page, "exactLeftovers");
+    tickAll("exactLeftovers");
+    QTest::keyClick(&exact, Qt::Key_Delete);
+    ASSERT_NE(sheet(), nullptr);
+    const QPointer<QDialog> asked = sheet();
+    QTest::keyClick(asked, Qt::Key_Escape);
+    ASSERT_TRUE(eventually([&] { return asked.isNull(); }));
+    EXPECT_EQ(tickedIn(exact), 2);
+    EXPECT_THAT(actions.calls, IsEmpty());
+}
+
+TEST_F(AppsPage, ForgetsTheTicksButNeitherFocusNorAppWhenTheyAreLoadedAgain) {
+    open();
+    choose("Acme");
+    tickAll("exactLeftovers");
+    find<QCheckBox>("includeBundle").click();
+    EXPECT_TRUE(remove().isEnabled());
+    auto &toggle = find<QCheckBox>("includeSystemApps");
+    toggle.setFocus();
+    for (const bool isOn : {true, false}) {
+        QTest::keyClick(&toggle, Qt::Key_Space);
+        EXPECT_EQ(*model.includeSystemApps, isOn);
+        EXPECT_TRUE(*model.isLoadingApps);
+    }
+    ASSERT_TRUE(eventually([&] { return !*model.isLoadingApps; }));
+    EXPECT_FALSE(toggle.isChecked());
+    EXPECT_TRUE(toggle.hasFocus());
+    EXPECT_EQ(chosen(), "Acme");
+    EXPECT_TRUE(isSelected("Acme"));
+    EXPECT_FALSE(find<QCheckBox>("includeBundle").isChecked());
+    EXPECT_FALSE(remove().isEnabled());
+}
+
+TEST_F(AppsPage, NarrowsTheListByNameAndIdentifier) {
+    open();
+    choose("Acme");
+    find<QCheckBox>("includeBundle").click();
+    auto &search = find<QLineEdit>("search");
+    QTest::keyClick(&page, Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(search.hasFocus());
+    QTest::keyClicks(&search, "ACME.PRO");
+    EXPECT_EQ(list.model()->rowCount(), 1);
+    EXPECT_TRUE(rowOf("Acme Pro").isValid());
+    QTest::keyClicks(&search, "zz");
+    EXPECT_TRUE(isVisible("noMatch"));
+    EXPECT_EQ(chosen(), "Acme");
+    EXPECT_TRUE(find<QCheckBox>("includeBundle").isChecked()) << "a search chooses nothing";
+    QTest::keyClick(&search, Qt::Key_Home);
+    QTest::keyClick(&search, Qt::Key_Delete);
+    EXPECT_EQ(search.text(), "CME.PROzz");
+    EXPECT_EQ(sheet(), nullptr) << "the key belongs to the text";
+    QTest::keyClick(&search, Qt::Key_Escape);
+    EXPECT_EQ(search.text(), QString());
+    EXPECT_FALSE(isVisible("noMatch"));
+    EXPECT_TRUE(list.hasFocus());
+    EXPECT_TRUE(isSelected("Acme"));
+}
+
+TEST_F(AppsPage, RemovesWhatWasConfirmed) {
+    open();
+    choose("Acme");
+    tickAll("likelyLeftovers");
+    find<QCheckBox>("includeBundle").click();
+    const AppRow row = *std::find_if(model.apps->begin(), model.apps->end(),
+                                     [](const AppRow &one) { return one.app.name == "Acme"; });
+    const std::string size = Fmt::byteFormatter(row.bundleSize + row.leftovers.back().size);
+    EXPECT_EQ(remove().text().toStdString(), "Remove 2 Items, " + size + "…");
+    click(remove());
+    ASSERT_NE(sheet(), nullptr);
+    EXPECT_EQ(testing::shown(*sheet(), "remark"),
+              "This removes the app bundle and 1 supporting item, freeing about " + size);
+    confirm();
+    EXPECT_THAT(actions.calls, ElementsAre("trash " + home.path("Library/LaunchAgents/Acme.plist"),
+                                           "trash " + home.path("Applications/Acme.app")));
+    EXPECT_FALSE(rowOf("Acme").isValid());
+    EXPECT_TRUE(page.findChild<StateMessage *>()->isVisible());
+    EXPECT_FALSE(isVisible("appDetail"));
+    EXPECT_FALSE(remove().isEnabled());
+}
+
+TEST_F(AppsPage, WarnsOfAnAppThatRuns) {
+    if (platformSystem() != System::linux)
+        GTEST_SKIP() << "the system only knows programs that it has started as applications";
+    const std::string identifier = "com.example.running." + home.path().substr(home.path().rfind('/') + 1);
+    makeApp("Running", identifier);
+    const std::string program = home.path("Applications/Running.app/Contents/MacOS/cat");
+    std::filesystem::copy_file("/bin/cat", program);
+    QProcess process;
+    process.start(QString::fromStdString(program), QStringList());
+    ASSERT_TRUE(process.waitForStarted());
+    open();
+    auto &note = find<QLabel>("note");
+    choose("Running");
+    EXPECT_TRUE(eventually([&] { return note.isVisible(); }));
+    EXPECT_EQ(note.text(), "The app is running. Quit it first so it does not rewrite its files.");
+    choose("Bare");
+    EXPECT_FALSE(note.isVisible());
+    choose("Running");
+    EXPECT_TRUE(eventually([&] { return note.isVisible(); }));
+    process.closeWriteChannel();
+    process.waitForFinished();
+    EXPECT_TRUE(eventually([&] { return !note.isVisible(); })) << "it has been quit";
+}
+
+TEST(AppDetail, RemovesNoSystemAppAndMarksWhatTheSystemOwns) {
+    AppDetail detail;
+    const LeftoverItem owned{FileURL("/Library/LaunchDaemons/com.example.acme.plist"), "Background daemon",
+                             MatchConfidence::exact, 5000, true};
+    AppRow row{{FileURL("/Applications/Acme.app"), "Acme", {}, {}, false, false, {}}, 1000, {owned}, true};
+    AppRow other = row;
+    other.app.url = FileURL("/Applications/Other.app");
+    other.app.name = "Other";
+    detail.show(row, {row, other});
+    detail.setVisible(true);
+    auto &bundle = find<QCheckBox>(detail, "includeBundle");
+    EXPECT_EQ(bundle.text(), "Remove the app itself");
+    EXPECT_EQ(testing::shown(detail, "systemApp"), "");
+    EXPECT_EQ(shown(leftovers(detail, "exactLeftovers"), 0, EntryListModel::noteRole),
+              "Owned by the system. Removing it asks for your password.\n"
+              "Also claimed by Other");
+    bundle.click();
+    EXPECT_TRUE(detail.includesBundle());
+
+    AppRow system = row;
+    system.app.isSystemApp = true;
+    detail.show(system, {system});
+    EXPECT_FALSE(bundle.isVisible());
+    EXPECT_EQ(testing::shown(detail, "systemApp"), "This is a system app. Brimvale will not remove it.");
+    EXPECT_FALSE(detail.includesBundle()) << "though the box was ticked";
+    EXPECT_THAT(detail.leftovers(), IsEmpty());
+}
+
+} // namespace brimvale

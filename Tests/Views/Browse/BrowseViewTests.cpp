@@ -1,0 +1,263 @@
+#include "Views/Browse/BrowseView.h"
+
+#include "Support/PageTest.h"
+#include "Support/SampleTree.h"
+#include "Views/Browse/Breadcrumb.h"
+#include "Views/Browse/Outline/OutlineView.h"
+#include "Views/Browse/Treemap/TreemapView.h"
+#include "Views/Components/StateMessage.h"
+
+#include <QClipboard>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+namespace brimvale {
+
+namespace {
+
+using testing::eventually;
+
+/// The page with a scanned folder: big/inner/file, big/other, small/file.
+class BrowsePage : public testing::PageTest<BrowseView> {
+protected:
+    BrowsePage() {
+        folder.makeFile("big/inner/file", 90'000);
+        folder.makeFile("big/other/file", 20'000);
+        folder.makeFile("small/file", 5'000);
+        page.show();
+    }
+
+    void scan() {
+        model.startScan(folder.path());
+        ASSERT_TRUE(eventually([&] { return *model.tree != nullptr; }));
+    }
+
+    [[nodiscard]] FSNode &node(std::initializer_list<std::string_view> names) const {
+        return *testing::descendant(**model.tree, names);
+    }
+
+    void clickTile(const FSNode &of, bool twice) {
+        TreemapView &treemap = find<TreemapView>("treemap");
+        for (std::size_t i = 0; i < treemap.tiles().size(); ++i)
+            if (treemap.tiles()[i].node == &of) {
+                QTest::mouseClick(&treemap, Qt::LeftButton, {}, treemap.tileArea(i).center());
+                if (twice)
+                    QTest::mouseDClick(&treemap, Qt::LeftButton, {}, treemap.tileArea(i).center());
+                return;
+            }
+        FAIL() << of.name << " has no tile";
+    }
+
+    /// The button for a folder in the way from the root; null where it is not to be seen.
+    QToolButton *button(const std::string &name) {
+        for (QToolButton *one : find<Breadcrumb>("breadcrumb").findChildren<QToolButton *>())
+            if (!one->isHidden() && one->accessibleName().toStdString() == name)
+                return one;
+        return nullptr;
+    }
+
+    testing::TemporaryFolder folder;
+};
+
+} // namespace
+
+TEST_F(BrowsePage, InvitesToScanAndShowsWhatWasFound) {
+    EXPECT_TRUE(page.findChild<StateMessage *>()->isVisible());
+    EXPECT_FALSE(isVisible("results"));
+    EXPECT_FALSE(isVisible("scanFiles"));
+    testing::activate(page);
+    QTest::keyClick(&page, Qt::Key_F, Qt::ControlModifier);
+    EXPECT_FALSE(find<QLineEdit>("filter").hasFocus()) << "there is nothing to filter yet";
+    scan();
+    EXPECT_FALSE(page.findChild<StateMessage *>()->isVisible());
+    EXPECT_TRUE(isVisible("results"));
+    EXPECT_EQ(text("scanFiles"), "3 files");
+    EXPECT_FALSE(isVisible("scanUnreadable"));
+    EXPECT_EQ(find<TreemapView>("treemap").node(), model.tree->get());
+    EXPECT_EQ(find<OutlineView>("outline").model()->rowCount(), 2);
+    EXPECT_EQ(text("detailName"), (*model.tree)->name);
+}
+
+TEST_F(BrowsePage, SaysWhyThereIsNothingToShow) {
+    const StateMessage &message = *page.findChild<StateMessage *>();
+    folder.makeFolder("empty");
+    struct Case {
+        std::string path;
+        QString title;
+    };
+    const std::string longest(255, 'W');
+    folder.makeFolder(longest + "/" + longest);
+    for (const Case &one :
+         {Case{folder.path(longest + "/" + longest), "Nothing in here"},
+          Case{folder.path("empty"), "Nothing in here"}, Case{folder.path("missing"), "Nothing to scan"},
+          Case{folder.path("small/file"), "This could not be read"}}) {
+        model.startScan(one.path);
+        EXPECT_EQ(message.title(), "Scanning…");
+        model.chooseScanRoot("/"); // which is not what is told about
+        ASSERT_TRUE(eventually([&] { return !*model.isScanning; }));
+        EXPECT_EQ(message.title(), one.title);
+        const QString ending = QString::fromStdString(one.path).right(5) + QStringLiteral("”");
+        EXPECT_TRUE(message.sentence().contains(ending)) << "the path, or its ends";
+        const auto *sentence = message.findChild<QLabel *>("stateSentence");
+        EXPECT_LE(sentence->sizeHint().width(), sentence->width());
+        EXPECT_FALSE(message.sentence().contains("“/”"));
+    }
+}
+
+TEST_F(BrowsePage, StartsAndStopsFromTheBar) {
+    auto &presets = find<QComboBox>("presets");
+    presets.setCurrentIndex(presets.count() - 1);
+    emit presets.activated(presets.count() - 1);
+    EXPECT_EQ(*model.scanRootPath, "/");
+    EXPECT_FALSE(*model.isScanning) << "choosing a place does not scan it";
+    EXPECT_EQ(text("scanRoot"), "/");
+
+    model.chooseScanRoot(folder.path());
+    EXPECT_EQ(presets.currentIndex(), -1) << "no preset is this folder";
+    click("scan");
+    EXPECT_TRUE(*model.isScanning);
+    EXPECT_EQ(text("scan"), "Stop");
+    EXPECT_TRUE(isVisible("scanProgress"));
+    click("scan");
+    EXPECT_TRUE(model.scanStats()->cancelled());
+    ASSERT_TRUE(eventually([&] { return !*model.isScanning; }));
+    EXPECT_EQ(*model.tree, nullptr);
+    EXPECT_EQ(text("scan"), "Scan");
+}
+
+TEST_F(BrowsePage, ScansAChosenFolderAtOnce) {
+    click("chooseFolder");
+    auto *chooser = page.window()->findChild<QFileDialog *>("folderChooser");
+    ASSERT_NE(chooser, nullptr);
+    emit chooser->fileSelected(QString::fromStdString(folder.path("small")));
+    chooser->close();
+    EXPECT_EQ(*model.scanRootPath, folder.path("small"));
+    EXPECT_TRUE(*model.isScanning);
+    ASSERT_TRUE(eventually([&] { return !*model.isScanning; }));
+}
+
+TEST_F(BrowsePage, SelectsInOutlineAndTreemapTogether) {
+    scan();
+    auto &outline = find<OutlineView>("outline");
+    auto &treemap = find<TreemapView>("treemap");
+    clickTile(node({"small"}), false);
+    EXPECT_EQ(outline.selectedNodes(), std::vector<FSNode *>{&node({"small"})});
+    EXPECT_EQ(text("detailName"), "small");
+    EXPECT_EQ(text("files"), "1");
+
+    // A row deeper in the outline marks the tile that it lies in.
+    outline.setFocus();
+    outline.setCurrentIndex(outline.model()->index(0, 0));
+    QTest::keyClick(&outline, Qt::Key_Right);
+    QTest::keyClick(&outline, Qt::Key_Down);
+    EXPECT_EQ(text("detailName"), "inner");
+    ASSERT_TRUE(treemap.selectedTile().has_value());
+    EXPECT_EQ(treemap.tiles()[*treemap.selectedTile()].node, &node({"big"}));
+
+    QTest::keyClick(&outline, Qt::Key_Up, Qt::ShiftModifier);
+    EXPECT_EQ(text("detailName"), "2 items selected");
+    EXPECT_EQ(text("files"), "2") << "what lies in another folder that is selected counts once";
+}
+
+TEST_F(BrowsePage, EntersFoldersAndComesBack) {
+    scan();
+    auto &treemap = find<TreemapView>("treemap");
+    auto &outline = find<OutlineView>("outline");
+    clickTile(node({"big"}), true);
+    EXPECT_EQ(treemap.node(), &node({"big"}));
+    EXPECT_EQ(outline.focusFolder(), &node({"big"}));
+
+    outline.setFocus();
+    outline.setCurrentIndex(outline.model()->index(0, 0, outline.rootIndex()));
+    QTest::keyClick(&outline, Qt::Key_Return);
+    EXPECT_EQ(treemap.node(), &node({"big", "inner"}));
+    QTest::keyClick(&page, Qt::Key_Up, Qt::ControlModifier);
+    EXPECT_EQ(treemap.node(), &node({"big"}));
+    EXPECT_EQ(outline.selectedNodes(), std::vector<FSNode *>{&node({"big", "inner"})});
+    ASSERT_TRUE(treemap.selectedTile().has_value());
+    EXPECT_EQ(treemap.tiles()[*treemap.selectedTile()].node, &node({"big", "inner"}));
+    EXPECT_EQ(text("detailName"), "inner");
+
+    const std::string &rootName = (*model.tree)->name;
+    ASSERT_TRUE(eventually([&] { return button(rootName) != nullptr; }));
+    click(*button(rootName));
+    EXPECT_EQ(treemap.node(), model.tree->get());
+    QTest::keyClick(&page, Qt::Key_Up, Qt::ControlModifier);
+    EXPECT_EQ(treemap.node(), model.tree->get()) << "nothing lies around the scan root";
+}
+
+TEST_F(BrowsePage, DropsTheSelectionWhenTheFolderShownIsChosenAgain) {
+    scan();
+    clickTile(node({"small"}), false);
+    auto &breadcrumb = find<Breadcrumb>("breadcrumb");
+    emit breadcrumb.chosen(model.tree->get());
+    EXPECT_TRUE(find<OutlineView>("outline").selectedNodes().empty());
+    EXPECT_EQ(find<TreemapView>("treemap").selectedTile(), std::nullopt);
+    EXPECT_EQ(text("detailName"), (*model.tree)->name);
+}
+
+TEST_F(BrowsePage, NamesTheWayAsItStandsAndKeepsTheFocusOnIt) {
+    folder.makeFile("<b>Q&A && more/file", 200'000);
+    scan();
+    const std::string &rootName = (*model.tree)->name;
+    clickTile(node({"<b>Q&A && more"}), true);
+    const QToolButton *focused = nullptr;
+    ASSERT_TRUE(eventually([&] { return (focused = button("<b>Q&A && more")) != nullptr; }));
+    EXPECT_EQ(focused->text(), "<b>Q&&A &&&& more") << "no key is hidden in a name";
+    EXPECT_TRUE(focused->shortcut().isEmpty());
+    EXPECT_FALSE(focused->toolTip().contains("<b>"));
+
+    testing::activate(page);
+    button(rootName)->setFocus();
+    QTest::keyClick(button(rootName), Qt::Key_Space);
+    EXPECT_EQ(find<TreemapView>("treemap").node(), model.tree->get());
+    EXPECT_TRUE(button(rootName)->hasFocus());
+}
+
+TEST_F(BrowsePage, FiltersByNameAndEscapesFromIt) {
+    scan();
+    auto &filter = find<QLineEdit>("filter");
+    const QAbstractItemModel &rows = *find<OutlineView>("outline").model();
+    QTest::keyClick(&page, Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(&filter, "SMALL");
+    ASSERT_TRUE(eventually([&] { return rows.rowCount() == 1; }));
+    QTest::keyClick(&filter, Qt::Key_Escape);
+    EXPECT_TRUE(filter.text().isEmpty());
+    EXPECT_TRUE(eventually([&] { return rows.rowCount() == 2; }));
+}
+
+TEST_F(BrowsePage, ClearsAFilterThatWouldHideTheFolderThatIsEntered) {
+    scan();
+    auto &filter = find<QLineEdit>("filter");
+    auto &outline = find<OutlineView>("outline");
+    filter.setText("inner");
+    ASSERT_TRUE(eventually([&] { return outline.model()->rowCount() == 1; }));
+    clickTile(node({"big"}), true); // holds what matches
+    EXPECT_EQ(filter.text(), "inner");
+    QTest::keyClick(&page, Qt::Key_Up, Qt::ControlModifier);
+    clickTile(node({"small"}), true);
+    EXPECT_TRUE(filter.text().isEmpty());
+    EXPECT_EQ(outline.focusFolder(), &node({"small"}));
+    EXPECT_EQ(outline.model()->rowCount(outline.rootIndex()), 1);
+}
+
+TEST_F(BrowsePage, CopiesPathsAndLetsGoOfAReplacedTree) {
+    scan();
+    clickTile(node({"small"}), false);
+    click("copyPath");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromStdString(folder.path("small")));
+
+    const std::weak_ptr<FSNode> earlier = *model.tree;
+    model.startScan();
+    EXPECT_EQ(find<TreemapView>("treemap").node(), nullptr);
+    EXPECT_FALSE(find<QPushButton>("copyPath").isEnabled());
+    ASSERT_TRUE(eventually([&] { return *model.tree != nullptr && earlier.expired(); }));
+    EXPECT_EQ(find<TreemapView>("treemap").node(), model.tree->get());
+}
+
+} // namespace brimvale

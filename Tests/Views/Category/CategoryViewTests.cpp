@@ -1,0 +1,163 @@
+#include "Views/Category/CategoryDetailView.h"
+
+#include "Core/Storage/CleanupRiskTexts.h"
+#include "Core/Storage/StorageFigures.h"
+#include "Core/Text/Formatting.h"
+#include "Support/PublishedWriter.h"
+#include "Support/RecordingActions.h"
+#include "Support/SampleHome.h"
+#include "Support/Window.h"
+#include "Views/Components/NoteLabel.h"
+#include "Views/Entries/EntryList.h"
+#include "Views/Removing/RemovalModePicker.h"
+#include "Views/Removing/RemovalSheet.h"
+
+#include <gtest/gtest.h>
+
+namespace brimvale {
+
+namespace {
+
+using testing::eventually;
+
+constexpr std::int64_t gigabyte = 1'000'000'000;
+
+constexpr auto sizeText = Fmt::byteFormatter;
+
+class CategoryPage : public ::testing::Test {
+protected:
+    void open(const char *id) {
+        page = std::make_unique<CategoryDetailView>(model, id);
+        page->resize(900, 700);
+        testing::activate(*page);
+    }
+
+    void show(std::string_view id, std::int64_t size, const std::vector<CleanupEntry> &entries) {
+        PublishedWriter::update(model.categories, [&](std::vector<MeasuredCategory> &categories) {
+            for (MeasuredCategory &one : categories)
+                if (one.category.id == id)
+                    one = {one.category, size, entries, true};
+        });
+    }
+
+    template<class Widget = QWidget>
+    Widget *find(const char *name) {
+        return page->findChild<Widget *>(name);
+    }
+    std::string text(const char *name) { return testing::shown(*page, name); }
+    void click(const char *button) { testing::click(*page, button); }
+    EntryList &list() { return *find<EntryList>("entries"); }
+    RemovalSheet *sheet() { return page->findChild<RemovalSheet *>(); }
+
+    CleanupEntry entry(const char *place, std::int64_t size) {
+        return {FileURL(home.makeFile(place, 10)), size};
+    }
+
+    testing::SampleHome home;
+    testing::RecordingActions actions;
+    CorvelModel model{nullptr, actions};
+    std::unique_ptr<CategoryDetailView> page;
+};
+
+} // namespace
+
+TEST_F(CategoryPage, OffersWhatItsActionAllows) {
+    struct Case {
+        const char *id;
+        bool hasBar, hasBackupBar, opensApps, canTick;
+        const char *note;
+    };
+    for (const Case &one : {Case{"applications", false, false, true, false, nullptr},
+                            Case{"documents", true, false, false, true, "caveat"},
+                            Case{"photos", false, false, false, false, "reason"},
+                            Case{"messages", false, true, false, true, "warning"},
+                            Case{"macos", false, false, false, false, "reason"},
+                            Case{"systemData", true, false, false, true, "caveat"}}) {
+        show(one.id, 500, {entry("file", 500)});
+        open(one.id);
+        EXPECT_EQ(find("actionBar") != nullptr, one.hasBar) << one.id;
+        EXPECT_EQ(find("backupBar") != nullptr, one.hasBackupBar) << one.id;
+        EXPECT_EQ(find("openApps") != nullptr, one.opensApps) << one.id;
+        EXPECT_EQ(list().model()->index(0, 0).data(Qt::CheckStateRole).isValid(), one.canTick) << one.id;
+        for (const char *note : {"caveat", "reason", "warning"})
+            EXPECT_EQ(find<NoteLabel>(note) != nullptr,
+                      one.note != nullptr && std::string_view(note) == one.note)
+                << one.id;
+        list().setFocus(Qt::TabFocusReason);
+        QTest::keyClick(&list(), Qt::Key_Space);
+        QTest::keyClick(page.get(), Qt::Key_Delete);
+        EXPECT_EQ(sheet() != nullptr, one.hasBar) << one.id;
+    }
+}
+
+TEST_F(CategoryPage, OpensTheApplications) {
+    open("applications");
+    bool isAsked = false;
+    QObject::connect(page.get(), &CategoryDetailView::appsAsked, [&] { isAsked = true; });
+    click("openApps");
+    EXPECT_TRUE(isAsked);
+}
+
+TEST_F(CategoryPage, SaysWhyThereIsNothing) {
+    home.makeFile("Music"); // where a folder should be that can be listed
+    home.makeFolder("Documents");
+    for (const auto &[id, why] :
+         {std::pair("music", "This could not be read"), std::pair("documents", "Nothing found")}) {
+        open(id);
+        EXPECT_TRUE(text("categoryState").starts_with("Not measured yet")) << id;
+        EXPECT_EQ(text("categorySize"), "—");
+        show(id, 0, {});
+        EXPECT_TRUE(text("categoryState").starts_with(why)) << id;
+        EXPECT_FALSE(list().isVisible());
+        EXPECT_FALSE(find("remove")->isEnabled());
+    }
+}
+
+TEST_F(CategoryPage, WarnsByRiskAndModeAndForgetsWhatIsGone) {
+    const std::vector<CleanupEntry> entries = {entry("Documents/large", 700), entry("Documents/small", 200)};
+    show("documents", 900, entries);
+    open("documents");
+    EXPECT_EQ(text("selection"), "Nothing selected");
+    list().setFocus(Qt::TabFocusReason);
+    QTest::keyClick(&list(), Qt::Key_Space);
+    click("remove");
+    ASSERT_NE(sheet(), nullptr);
+    for (const RemovalMode mode : {RemovalMode::deleteNow, RemovalMode::trash}) {
+        sheet()->findChild<RemovalModePicker *>()->setMode(mode);
+        EXPECT_EQ(testing::shown(*sheet(), "remark"), removalWarning(CleanupRisk::careful, mode));
+    }
+    testing::click(*sheet(), "confirm");
+    EXPECT_FALSE(find("remove")->isEnabled()) << "a removal runs";
+    ASSERT_TRUE(eventually([&] { return !model.isRemoving(); }));
+    EXPECT_EQ(actions.calls, std::vector<std::string>{"trash " + entries[0].url.path()});
+    EXPECT_EQ(list().model()->rowCount(), 1);
+    EXPECT_EQ(text("categorySize"), sizeText(200));
+    EXPECT_EQ(text("selection"), "Nothing selected");
+}
+
+TEST_F(CategoryPage, ComparesSystemDataWithItsRows) {
+    open("systemData");
+    EXPECT_FALSE(find("sentence")->isVisible());
+    show("systemData", 50 * gigabyte, {});
+    EXPECT_FALSE(find("sentence")->isVisible());
+    show("systemData", 50 * gigabyte, {entry(".tool/blob", 30 * gigabyte)});
+    EXPECT_EQ(text("sentence"), StorageFigures::systemDataSentence(30 * gigabyte, 50 * gigabyte));
+}
+
+TEST_F(CategoryPage, IsWorkedByKeysHoweverLongItIs) {
+    std::vector<CleanupEntry> entries;
+    for (int i = 0; i < 20'000; ++i)
+        entries.push_back({FileURL(home.path("Downloads/file " + std::to_string(i))), 20'000 - i});
+    show("documents", 200'010'000, entries);
+    open("documents");
+    ASSERT_EQ(list().model()->rowCount(), 20'000);
+    list().setFocus(Qt::TabFocusReason);
+    QTest::keyClick(&list(), Qt::Key_End);
+    EXPECT_EQ(list().currentIndex().row(), 19'999);
+    EXPECT_FALSE(list().visibleRegion().intersected(list().visualRect(list().currentIndex())).isEmpty())
+        << "the page follows";
+    QTest::keyClick(&list(), Qt::Key_Space);
+    EXPECT_EQ(text("selection"), "1 item selected, " + sizeText(1));
+}
+
+} // namespace brimvale

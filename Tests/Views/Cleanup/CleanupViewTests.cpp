@@ -1,0 +1,217 @@
+#include "Views/Cleanup/CleanupView.h"
+
+#include "Core/Storage/CleanupCatalog.h"
+#include "Core/Text/Formatting.h"
+#include "Support/PageTest.h"
+#include "Support/PublishedWriter.h"
+#include "Views/Cleanup/TargetCard.h"
+#include "Views/Components/TickBox.h"
+#include "Views/Entries/EntryList.h"
+#include "Views/Removing/ActionBar.h"
+#include "Views/Removing/RemovalModePicker.h"
+#include "Views/Removing/RemovalSheet.h"
+
+#include <QLabel>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+namespace brimvale {
+
+namespace {
+
+using testing::eventually;
+
+constexpr auto sizeText = Fmt::byteFormatter;
+
+class CleanupPage : public testing::PageTest<CleanupView> {
+protected:
+    CleanupPage() { testing::activate(page); }
+
+    void measure() {
+        click("measure");
+        ASSERT_TRUE(eventually([&] { return !*model.isMeasuringCleanup; }));
+    }
+
+    TargetCard &card(const char *id) {
+        return *page.findChild<TargetCard *>(QStringLiteral("target:") + QLatin1String(id));
+    }
+    EntryList &entries(const char *id) { return *card(id).findChild<EntryList *>(); }
+    TickBox &all(const char *id) { return *card(id).findChild<TickBox *>(); }
+    std::string label(const char *id, const char *name) { return testing::labels(card(id), name).at(0); }
+    /// The list's row for an entry of that name.
+    QModelIndex row(const char *id, const char *name) {
+        EntryList &list = entries(id);
+        for (int i = 0; i < list.model()->rowCount(); ++i)
+            if (list.model()->index(i, 0).data().toString() == QLatin1String(name))
+                return list.model()->index(i, 0);
+        return {};
+    }
+    /// A click on the entry's box.
+    void tick(const char *id, const char *name) {
+        card(id).setOpen(true);
+        EntryList &list = entries(id);
+        const QRect place = list.visualRect(row(id, name));
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, {place.left() + 22, place.center().y()});
+    }
+    Qt::CheckState state(const char *id, const char *name) {
+        return row(id, name).data(Qt::CheckStateRole).value<Qt::CheckState>();
+    }
+    std::string selection() { return text("selection"); }
+    RemovalSheet *sheet() { return page.findChild<RemovalSheet *>(); }
+    void confirm() {
+        testing::click(*sheet(), "confirm");
+        ASSERT_TRUE(eventually([&] { return !model.isRemoving(); }));
+    }
+};
+
+} // namespace
+
+TEST_F(CleanupPage, SaysWhyThereIsNothing) {
+    home.makeFile("Library/Logs/system.log", 5'000);
+    home.makeFile("go/pkg/mod/cache/download/empty");
+    home.makeFile(".android/avd"); // where a folder should be that can be listed
+    EXPECT_EQ(label("logs", "total"), "—");
+    EXPECT_TRUE(label("logs", "targetState").starts_with("Not measured yet"));
+    EXPECT_FALSE(all("logs").isEnabled());
+    EXPECT_FALSE(find("remove").isEnabled());
+    EXPECT_FALSE(isVisible("cleanupProgress"));
+
+    click("measure");
+    EXPECT_TRUE(isVisible("cleanupProgress"));
+    EXPECT_FALSE(find("measure").isEnabled());
+    ASSERT_TRUE(eventually([&] { return !*model.isMeasuringCleanup; }));
+    EXPECT_FALSE(isVisible("cleanupProgress"));
+    EXPECT_TRUE(find("measure").isEnabled());
+
+    EXPECT_EQ(label("logs", "total"), sizeText(model.cleanupTargets->at(8).entries.at(0).size));
+    EXPECT_TRUE(label("package-caches", "targetState").starts_with("Nothing found"));
+    EXPECT_TRUE(label("android-avd", "targetState").starts_with("This could not be read"));
+    EXPECT_EQ(selection(), "Nothing selected");
+    EXPECT_EQ(state("logs", "system.log"), Qt::Unchecked);
+}
+
+TEST_F(CleanupPage, ABoxStandsForAllOfItsEntries) {
+    home.makeFile("Library/Logs/a", 30'000);
+    home.makeFile("Library/Logs/b", 20'000);
+    home.makeFile("Library/Logs/c", 10'000);
+    measure();
+    TickBox &box = all("logs");
+    const auto description = [&] { return box.accessibleDescription(); };
+    EXPECT_EQ(description(), "not ticked");
+    click(box);
+    EXPECT_EQ(description(), "ticked");
+    EXPECT_TRUE(selection().starts_with("3 items selected"));
+    tick("logs", "b");
+    EXPECT_EQ(state("logs", "b"), Qt::Unchecked);
+    EXPECT_EQ(description(), "partly ticked");
+    box.setFocus();
+    QTest::keyClick(&box, Qt::Key_Space);
+    EXPECT_EQ(description(), "ticked");
+    QTest::keyClick(&box, Qt::Key_Space);
+    EXPECT_EQ(description(), "not ticked");
+    EXPECT_EQ(selection(), "Nothing selected");
+}
+
+TEST_F(CleanupPage, TheSameItemUnderTwoCardsIsOne) {
+    std::vector<CleanupTarget> targets = *model.cleanupTargets;
+    const FileURL shared(home.makeFile("shared", 10));
+    targets[0].entries = {{shared, 4'000}, {FileURL(home.makeFile("other", 10)), 1'000}};
+    targets[1].entries = {{shared, 4'000}};
+    targets[0].scanned = targets[1].scanned = true;
+    PublishedWriter::set(model.cleanupTargets, targets);
+    tick("ios-device-support", "shared");
+    EXPECT_EQ(state("derived-data", "shared"), Qt::Checked);
+    EXPECT_EQ(selection(), "1 item selected, " + sizeText(4'000));
+    tick("ios-device-support", "other");
+    tick("derived-data", "shared");
+    EXPECT_EQ(state("ios-device-support", "shared"), Qt::Unchecked);
+    tick("derived-data", "shared");
+
+    click("remove");
+    confirm();
+    EXPECT_EQ(actions.calls.size(), 2U);
+    EXPECT_TRUE(row("ios-device-support", "shared") == QModelIndex());
+    EXPECT_TRUE(row("derived-data", "shared") == QModelIndex());
+    EXPECT_EQ(*model.totalFreedThisSession, 5'000);
+}
+
+TEST_F(CleanupPage, WhatLiesInATickedFolderIsCountedWithIt) {
+    home.makeFile("Library/Caches/Homebrew/downloads/bottle", 40'000);
+    measure();
+    tick("package-caches", "downloads");
+    tick("user-caches", "Homebrew");
+    const std::int64_t size = model.cleanupTargets->at(7).entries.at(0).size;
+    EXPECT_EQ(selection(), "1 item selected, " + sizeText(size));
+    click("remove");
+    confirm();
+    EXPECT_EQ(actions.calls, std::vector<std::string>{"trash " + home.path("Library/Caches/Homebrew")});
+    EXPECT_EQ(entries("package-caches").model()->rowCount(), 0);
+    EXPECT_EQ(selection(), "Nothing selected");
+}
+
+TEST_F(CleanupPage, IsWorkedByKeysAlone) {
+    home.makeFile("Library/Logs/alpha", 30'000);
+    home.makeFile("Library/Logs/beta", 20'000);
+    home.makeFile("Library/Logs/gamma", 10'000);
+    QTest::keyClick(&page, Qt::Key_Delete);
+    EXPECT_EQ(sheet(), nullptr) << "nothing is ticked";
+    find("measure").setFocus();
+    QTest::keyClick(&find("measure"), Qt::Key_Return);
+    EXPECT_TRUE(page.hasFocus()) << "another Return is to do nothing";
+    ASSERT_TRUE(eventually([&] { return !*model.isMeasuringCleanup; }));
+    EXPECT_TRUE(find("measure").hasFocus());
+
+    auto &disclosure = *card("logs").findChild<QToolButton *>("disclosure");
+    disclosure.setFocus();
+    QTest::keyClick(&disclosure, Qt::Key_Return);
+    EXPECT_TRUE(card("logs").isOpen());
+    EntryList &list = entries("logs");
+    list.setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(list.currentIndex().data().toString(), "alpha");
+    QTest::keyClick(&list, Qt::Key_Down);
+    QTest::keyClick(&list, Qt::Key_Space);
+    EXPECT_EQ(state("logs", "beta"), Qt::Checked);
+    QTest::keyClick(&list, Qt::Key_G);
+    EXPECT_EQ(list.currentIndex().data().toString(), "gamma");
+    QTest::keyClick(&list, Qt::Key_Space);
+    EXPECT_TRUE(selection().starts_with("2 items selected"));
+
+    QTest::keyClick(&list, Qt::Key_Delete);
+    ASSERT_NE(sheet(), nullptr);
+    QTest::keyClick(sheet(), Qt::Key_Escape);
+    EXPECT_TRUE(eventually([&] { return sheet() == nullptr; }));
+    EXPECT_FALSE(model.isRemoving());
+    EXPECT_TRUE(actions.calls.empty());
+    EXPECT_TRUE(selection().starts_with("2 items selected"));
+}
+
+TEST_F(CleanupPage, TheConfirmationSpeaksOfTheTrashOnly) {
+    home.makeFile("Library/Developer/Xcode/Archives/app", 30'000);
+    measure();
+    tick("xcode-archives", "app");
+    find<RemovalModePicker>("modePicker").setMode(RemovalMode::deleteNow);
+    click("remove");
+    auto &picker = *sheet()->findChild<RemovalModePicker *>();
+    EXPECT_EQ(testing::shown(*sheet(), "remark"), "");
+    picker.setMode(RemovalMode::trash);
+    EXPECT_NE(testing::shown(*sheet(), "remark"), "");
+    picker.setMode(RemovalMode::deleteNow);
+    confirm();
+    EXPECT_EQ(actions.calls, std::vector{"delete " + home.path("Library/Developer/Xcode/Archives/app")});
+    EXPECT_EQ(find<RemovalModePicker>("modePicker").mode(), RemovalMode::trash) << "for the next time";
+}
+
+TEST_F(CleanupPage, NamesOfAnyKindAreShownAndRemoved) {
+    const std::string odd = home.possibleName("two\nlines \xff<b>&amp; \u202e.txt");
+    home.makeFile("Library/Logs/" + odd, 5'000);
+    measure();
+    click(all("logs"));
+    card("logs").setOpen(true);
+    page.grab();
+    click("remove");
+    EXPECT_FALSE(sheet()->findChild<QLabel *>("question")->text().contains('\n'));
+    confirm();
+    EXPECT_EQ(actions.calls, std::vector<std::string>{"trash " + home.path("Library/Logs/" + odd)});
+}
+
+} // namespace brimvale

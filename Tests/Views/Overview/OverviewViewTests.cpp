@@ -1,0 +1,174 @@
+#include "Views/Overview/OverviewView.h"
+
+#include "Core/Text/Formatting.h"
+#include "Support/PageTest.h"
+#include "Support/PublishedWriter.h"
+#include "Views/Overview/CategoryRow.h"
+#include "Views/Overview/SegmentedBar.h"
+#include "Views/Removing/ConfirmationSheet.h"
+
+#include <QAccessible>
+#include <QPushButton>
+#include <gmock/gmock.h>
+
+namespace brimvale {
+
+namespace {
+
+using testing::eventually;
+
+constexpr std::int64_t gigabyte = 1'000'000'000;
+
+constexpr auto sizeText = Fmt::byteFormatter;
+
+VolumeInfo volume(const char *path, const char *name, std::int64_t free, std::int64_t available) {
+    return {.url = FileURL(path),
+            .name = name,
+            .totalCapacity = 500 * gigabyte,
+            .availableForImportantUsage = available,
+            .trueFree = free,
+            .isInternal = true,
+            .isRootVolume = std::string_view(path) == "/"};
+}
+
+/// The model reads the real volumes and snapshots in the background. What a test puts in their place holds
+/// until it lets the event loop run.
+class OverviewPage : public testing::PageTest<OverviewView> {
+protected:
+    OverviewPage() {
+        page.show();
+        QObject::connect(&page, &OverviewView::categoryOpened,
+                         [this](const std::string &id) { opened.push_back(id); });
+    }
+
+    void showVolumes(std::vector<VolumeInfo> volumes) {
+        PublishedWriter::set(model.volumes, std::move(volumes));
+    }
+
+    void showSize(std::string_view id, std::int64_t bytes) {
+        PublishedWriter::update(model.categories, [&](std::vector<MeasuredCategory> &categories) {
+            for (MeasuredCategory &one : categories)
+                if (one.category.id == id) {
+                    one.size = bytes;
+                    one.measured = true;
+                }
+        });
+    }
+
+    CategoryRow &row(const char *id) {
+        return *page.findChild<CategoryRow *>(QStringLiteral("category:") + QLatin1String(id));
+    }
+
+    std::vector<std::string> opened;
+};
+
+std::string nameOf(QAccessibleInterface *item) {
+    return item == nullptr ? "" : item->text(QAccessible::Name).toStdString();
+}
+
+} // namespace
+
+TEST_F(OverviewPage, ShowsTheCapacityOfTheRootVolume) {
+    showVolumes({volume("/", "Macintosh HD", 100 * gigabyte, 120 * gigabyte),
+                 volume("/Volumes/Backup", "Backup", 40 * gigabyte, 0)});
+    EXPECT_EQ(text("capacityName"), "Macintosh HD");
+    EXPECT_EQ(text("capacityUsed"), sizeText(400 * gigabyte) + " of " + sizeText(500 * gigabyte) + " used");
+    EXPECT_EQ(text("capacityFree"), sizeText(120 * gigabyte)) << "purgeable space is free space";
+    EXPECT_TRUE(text("purgeable").starts_with(sizeText(20 * gigabyte) + " of the free space is purgeable, "));
+    const QList<QWidget *> others = page.findChildren<QWidget *>("volumeRow");
+    ASSERT_EQ(others.size(), 1);
+    EXPECT_THAT(testing::labels(*others.front(), ""),
+                ::testing::Contains(sizeText(40 * gigabyte) + " free of " + sizeText(500 * gigabyte)))
+        << "where nothing is known of purgeable space, what is free";
+
+    showVolumes({volume("/", "Macintosh HD", 100 * gigabyte, 100 * gigabyte)});
+    EXPECT_TRUE(find("purgeable").isHidden());
+    EXPECT_TRUE(find("volumesCard").isHidden());
+    showVolumes({});
+    EXPECT_EQ(text("capacityName"), "No volume");
+    EXPECT_TRUE(find("volumesCard").isHidden());
+}
+
+TEST_F(OverviewPage, SegmentsGrowAndTellNameAndSize) {
+    showVolumes({volume("/", "Macintosh HD", 100 * gigabyte, 0)});
+    SegmentedBar &bar = find<SegmentedBar>("segmentedBar");
+    QAccessibleInterface *list = QAccessible::queryAccessibleInterface(&bar);
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->childCount(), 0);
+
+    showSize("systemData", 300 * gigabyte);
+    ASSERT_EQ(list->childCount(), 1);
+    const double widthBefore = bar.rectOf(0).width();
+    showSize("documents", 100 * gigabyte);
+    showSize("systemData", 200 * gigabyte);
+    showSize("trash", 0);
+    ASSERT_EQ(list->childCount(), 2);
+    QAccessibleInterface *documents = list->child(0);
+    QAccessibleInterface *systemData = list->child(1);
+    EXPECT_EQ(nameOf(documents), "Documents, " + sizeText(100 * gigabyte));
+    EXPECT_EQ(nameOf(systemData), "System Data, " + sizeText(200 * gigabyte));
+    EXPECT_LE(documents->rect().right(), systemData->rect().left() + 1);
+    EXPECT_NEAR(bar.rectOf(1).width(), widthBefore * 2 / 3, 1);
+    EXPECT_LT(bar.rectOf(1).right(), bar.width()) << "the free space stays empty";
+
+    showSize("documents", 0);
+    EXPECT_EQ(list->childCount(), 1);
+    EXPECT_FALSE(systemData->isValid()) << "there is no second one any more";
+    EXPECT_EQ(nameOf(documents), "System Data, " + sizeText(200 * gigabyte));
+
+    showSize("documents", 900 * gigabyte);
+    EXPECT_NEAR(bar.rectOf(1).right(), bar.width(), 1) << "what is more than the volume shares the bar";
+}
+
+TEST_F(OverviewPage, RowsOpenTheirCategory) {
+    showSize("mail", 5 * gigabyte);
+    EXPECT_EQ(row("mail").accessibleName().toStdString(), "Mail, " + sizeText(5 * gigabyte));
+    EXPECT_EQ(row("music").accessibleName(), "Music") << "not measured yet";
+    click(row("documents"));
+    row("applications").setFocus();
+    QTest::keyClick(&row("applications"), Qt::Key_Return);
+    EXPECT_EQ(opened, (std::vector<std::string>{"documents", "applications"}));
+
+    testing::activate(page);
+    QTest::keyClick(&row("applications"), Qt::Key_Down);
+    EXPECT_TRUE(row("documents").hasFocus());
+    for (const char *next : {"messages", "mail", "music", "macos", "messages"}) {
+        QTest::keyClick(page.focusWidget(), Qt::Key_M);
+        EXPECT_TRUE(row(next).hasFocus()) << next;
+    }
+    EXPECT_FALSE(row("messages").visibleRegion().isEmpty());
+}
+
+TEST_F(OverviewPage, SnapshotsAreDeletedAfterAQuestion) {
+    EXPECT_TRUE(find("snapshotsCard").isHidden());
+    const std::vector<LocalSnapshot> snapshots = {
+        {"com.apple.TimeMachine.2026-02-01-101500.local", Date(std::chrono::seconds(1'770'000'000))},
+        {"com.apple.TimeMachine.garbage.local", std::nullopt}};
+    PublishedWriter::set(model.snapshots, snapshots);
+    EXPECT_FALSE(find("snapshotsCard").isHidden());
+    EXPECT_EQ(text("snapshotsNote"), snapshotNote(2));
+    const auto buttons = [&] { return page.findChildren<QPushButton *>("deleteSnapshot"); };
+    ASSERT_EQ(buttons().size(), 2);
+    EXPECT_TRUE(buttons().at(1)->accessibleName().contains("garbage"));
+
+    const auto sheet = [&] { return page.findChild<ConfirmationSheet *>(); };
+    buttons().front()->click();
+    ASSERT_NE(sheet(), nullptr);
+    EXPECT_TRUE(sheet()->findChild<QPushButton *>("cancel")->isDefault());
+    QTest::keyClick(sheet(), Qt::Key_Escape);
+    EXPECT_FALSE(*model.isDeletingSnapshot);
+    EXPECT_TRUE(eventually([&] { return sheet() == nullptr; }));
+
+    PublishedWriter::set(model.snapshots, snapshots);
+    actions.privilegedRunError = PrivilegedRunError{};
+    buttons().front()->click();
+    testing::click(*sheet(), "confirm");
+    EXPECT_TRUE(*model.isDeletingSnapshot);
+    EXPECT_FALSE(buttons().back()->isEnabled()) << "one at a time";
+    ASSERT_TRUE(eventually([&] { return !*model.isDeletingSnapshot; }));
+    EXPECT_EQ(actions.calls,
+              std::vector<std::string>{"admin /usr/bin/tmutil deletelocalsnapshots 2026-02-01-101500"});
+    EXPECT_NE(page.findChild<NoticeSheet *>(), nullptr) << "it is still there";
+}
+
+} // namespace brimvale

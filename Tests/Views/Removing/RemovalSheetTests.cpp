@@ -1,0 +1,103 @@
+#include "Support/Window.h"
+#include "Views/Removing/RemovalModePicker.h"
+#include "Views/Removing/RemovalSheet.h"
+
+#include <QLabel>
+#include <QPointer>
+#include <algorithm>
+#include <gmock/gmock.h>
+
+namespace brimvale {
+
+namespace {
+
+using testing::eventually;
+using testing::find;
+using testing::labels;
+using testing::shown;
+
+std::vector<CleanupEntry> entries(int count, std::int64_t size) {
+    std::vector<CleanupEntry> made;
+    for (int i = 1; i <= count; ++i)
+        made.push_back({.url = FileURL("/home/user/item" + std::to_string(i)), .size = size});
+    return made;
+}
+
+/// A sheet over a window.
+class RemovalSheetTest : public ::testing::Test {
+protected:
+    void ask(RemovalRequest request) {
+        window.show();
+        sheet = new RemovalSheet(std::move(request), &window);
+        QObject::connect(sheet, &RemovalSheet::confirmed,
+                         [this](RemovalMode mode) { answers.push_back(mode); });
+        sheet->open();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(sheet));
+    }
+
+    QWidget window;
+    QPointer<RemovalSheet> sheet;
+    std::vector<RemovalMode> answers;
+};
+
+} // namespace
+
+TEST_F(RemovalSheetTest, KeepsEverythingUnlessTheUserSaysSo) {
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space, Qt::Key_Escape}) {
+        ask({.items = entries(2, 1000)});
+        EXPECT_TRUE(find(*sheet, "cancel").hasFocus());
+        EXPECT_TRUE(find<QPushButton>(*sheet, "cancel").isDefault());
+        QTest::keyClick(sheet->windowHandle(), key);
+        EXPECT_TRUE(eventually([&] { return sheet == nullptr; })) << key;
+    }
+    // Return goes to the way out also from where the mode is chosen.
+    ask({.items = entries(1, 1000)});
+    find(*sheet, "modePicker").setFocus();
+    QTest::keyClick(sheet->windowHandle(), Qt::Key_Return);
+    EXPECT_TRUE(eventually([&] { return sheet == nullptr; }));
+    EXPECT_TRUE(answers.empty());
+}
+
+TEST_F(RemovalSheetTest, OffersTheTrashFirstAndTellsWhatEachModeDoes) {
+    ask({.items = entries(3, 1'400'000'000)});
+    auto &picker = find<RemovalModePicker>(*sheet, "modePicker");
+    ASSERT_EQ(picker.count(), 2);
+    EXPECT_EQ(picker.currentText(), "Move to Trash");
+    EXPECT_EQ(picker.itemText(1), "Delete immediately");
+    EXPECT_EQ(shown(*sheet, "question"), "Remove 3 items, 4.2 GB?");
+    EXPECT_EQ(shown(*sheet, "remark"), "This frees about 4.2 GB. Moving to Trash does not free space until "
+                                       "the Trash is emptied.");
+    auto &confirm = find<QPushButton>(*sheet, "confirm");
+    EXPECT_EQ(confirm.text(), "Move to Trash");
+
+    picker.setFocus();
+    QTest::keyClick(&picker, Qt::Key_Down);
+    EXPECT_EQ(confirm.text(), "Delete Immediately");
+    EXPECT_THAT(shown(*sheet, "remark"), ::testing::Not(::testing::HasSubstr("Trash")));
+    confirm.setFocus();
+    QTest::keyClick(&confirm, Qt::Key_Space);
+    EXPECT_EQ(answers, std::vector<RemovalMode>{RemovalMode::deleteNow});
+    EXPECT_TRUE(eventually([&] { return sheet == nullptr; }));
+
+    ask({.items = entries(1, 0)});
+    EXPECT_EQ(find<RemovalModePicker>(*sheet, "modePicker").mode(), RemovalMode::trash)
+        << "whatever was chosen the time before";
+}
+
+TEST_F(RemovalSheetTest, NamesWhatGoesAndCountsTheRest) {
+    for (const auto &[count, question] :
+         {std::pair(1, "Remove “item1”, 2 KB?"), std::pair(6, "Remove 6 items, 12 KB?"),
+          std::pair(1207, "Remove 1,207 items, 2.4 MB?")}) {
+        ask({.items = entries(count, 2000)});
+        EXPECT_EQ(shown(*sheet, "question"), question);
+        const std::vector<std::string> all = labels(*sheet, "");
+        EXPECT_EQ(std::count(all.begin(), all.end(), "and 1,201 more"), count == 1207 ? 1 : 0);
+        delete sheet;
+    }
+    // A name is no markup, and no longer than the sheet.
+    ask({.items = {{.url = FileURL("/a/<b>" + std::string(240, 'W') + "</b>"), .size = 1}}});
+    EXPECT_EQ(find<QLabel>(*sheet, "question").textFormat(), Qt::PlainText);
+    EXPECT_LE(find(*sheet, "question").minimumSizeHint().width(), sheet->width());
+}
+
+} // namespace brimvale

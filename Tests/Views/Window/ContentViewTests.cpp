@@ -1,0 +1,228 @@
+#include "Views/Window/ContentView.h"
+
+#include "Support/HeldRemoval.h"
+#include "Support/Model.h"
+#include "Support/PublishedWriter.h"
+#include "Support/SampleHome.h"
+#include "Support/WholeWindow.h"
+#include "Support/Window.h"
+#include "Views/Components/Theme.h"
+#include "Views/Overview/OverviewView.h"
+#include "Views/Window/WindowStyle.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+#include <QToolTip>
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+/// A window of a user who has an almost empty home, in the style of the program.
+class ContentViewTest : public ::testing::Test {
+protected:
+    ContentViewTest() {
+        QApplication::setStyle(new WindowStyle);
+        home.makeFile("folder/file", 5000);
+    }
+    ~ContentViewTest() override {
+        QApplication::setPalette(QPalette());
+        QApplication::setStyle("Fusion");
+    }
+
+    void open() {
+        window.reset();
+        model = std::make_unique<CorvelModel>(nullptr, actions);
+        window = std::make_unique<testing::WholeWindow>(*model);
+        testing::activate(*window);
+    }
+
+    testing::SampleHome home;
+    testing::RecordingActions actions;
+    std::unique_ptr<CorvelModel> model;
+    std::unique_ptr<testing::WholeWindow> window;
+};
+
+QPalette systemPalette(const QColor &window, const QColor &text) {
+    QPalette palette(window);
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::WindowText, text);
+    return palette;
+}
+
+} // namespace
+
+TEST_F(ContentViewTest, OpensOnItsFirstPage) {
+    open();
+    EXPECT_EQ(window->currentSection(), Section{Section::Kind::overview});
+    EXPECT_TRUE(window->findChild<OverviewView *>()->isVisible());
+    EXPECT_EQ(window->findChild<QListWidget *>("pages")->currentItem()->text(), "Overview");
+    EXPECT_FALSE(*model->isMeasuringCategories);
+    EXPECT_FALSE(*model->isScanning) << "nothing is read before the user asks";
+
+    window->goTo({Section::Kind::category, "unknown"});
+    EXPECT_EQ(window->currentSection(), Section{Section::Kind::overview});
+}
+
+TEST_F(ContentViewTest, RescansTheCurrentRootOnTheShortcut) {
+    open();
+    for (const std::string &root : {home.path(), home.path("folder")}) {
+        model->chooseScanRoot(root);
+        QTest::keyClick(window.get(), Qt::Key_R, Qt::ControlModifier);
+        EXPECT_TRUE(*model->isScanning);
+        EXPECT_EQ(window->currentSection(), Section{Section::Kind::browse});
+        ASSERT_TRUE(testing::eventually([&] { return !*model->isScanning; }));
+        EXPECT_EQ((*model->tree)->path(), root);
+    }
+}
+
+TEST_F(ContentViewTest, OffersThePermissionUntilItIsGranted) {
+    for (const System system : {System::macOS, System::linux}) {
+        Host::useSystem(system);
+        open();
+        const auto *button = window->findChild<QPushButton *>("grantFullDiskAccess");
+        EXPECT_EQ(button->isHidden(), *model->hasFullDiskAccess);
+        EXPECT_TRUE(button->isHidden() || system == System::macOS) << "only there is such a permission";
+
+        home.makeFolder("Library/Messages");
+        model->refreshVolumes();
+        EXPECT_TRUE(button->isHidden());
+    }
+}
+
+TEST_F(ContentViewTest, FollowsTheSystemsAppearance) {
+    open();
+    const auto paintedAt = [this](QPoint where) {
+        return window->grab().toImage().pixelColor(where * window->devicePixelRatioF());
+    };
+    const QPalette light = systemPalette(Qt::white, Qt::black);
+    const QPalette dark = systemPalette(Qt::black, Qt::white);
+    const QMenu *menu = window->menuBar()->findChild<QMenu *>();
+    for (const QPalette &system : {dark, light, dark}) {
+        QApplication::setPalette(system);
+        QCoreApplication::processEvents();
+        const Theme &theme = Theme::matching(system);
+        EXPECT_EQ(QApplication::palette().color(QPalette::Window), system.color(QPalette::Window))
+            << "the system's palette stays as it is";
+        EXPECT_EQ(window->palette().color(QPalette::Window), theme.window);
+        EXPECT_EQ(menu->palette().color(QPalette::Window), theme.window) << "menus go along";
+        EXPECT_EQ(QToolTip::palette().color(QPalette::ToolTipBase), theme.card) << "and so do tool tips";
+        EXPECT_EQ(paintedAt({40, window->height() / 2}), theme.sidebar);
+        EXPECT_EQ(paintedAt(window->menuBar()->geometry().center()), theme.window);
+        const QWidget *list = window->findChild<QListWidget *>("pages");
+        EXPECT_EQ(paintedAt(list->mapTo(window.get(), QPoint(list->width() - 30, 16))), theme.accent)
+            << "the current row";
+    }
+}
+
+TEST_F(ContentViewTest, TellsAboutItselfInSheets) {
+    open();
+    QApplication::setPalette(systemPalette(Qt::black, Qt::white));
+    QCoreApplication::processEvents();
+    for (const auto &[entry, name] :
+         {std::pair("about", "aboutSheet"), {"keyboardShortcuts", "shortcutsSheet"}}) {
+        window->findChild<QAction *>(entry)->trigger();
+        const QPointer<QDialog> sheet = window->findChild<QDialog *>(name);
+        ASSERT_TRUE(sheet);
+        EXPECT_TRUE(sheet->isVisible());
+        EXPECT_EQ(sheet->windowModality(), Qt::WindowModal);
+        EXPECT_EQ(sheet->palette().color(QPalette::Window), Theme::current().window);
+        QTest::keyClick(sheet, Qt::Key_Escape);
+        EXPECT_TRUE(testing::eventually([&] { return sheet.isNull(); }));
+    }
+}
+
+// There, entries with a role and those that are called like them leave for the application's menu, and a menu
+// that has none left is not shown.
+TEST_F(ContentViewTest, KeepsEveryMenuOnAMac) {
+    open();
+    const QStringList moved = {"about",   "config", "preference", "options",
+                               "setting", "setup",  "quit",       "exit"};
+    for (const QAction *menu : window->menuBar()->actions()) {
+        int stays = 0;
+        for (const QAction *entry : menu->menu()->actions()) {
+            const QString text = entry->text().remove('&').toLower();
+            const bool isNamedSo = std::any_of(moved.begin(), moved.end(), [&](const QString &word) {
+                return text.startsWith(word) || text.endsWith("about");
+            });
+            const bool hasRole = entry->menuRole() != QAction::TextHeuristicRole;
+            EXPECT_TRUE(hasRole || !isNamedSo) << text.toStdString();
+            stays += entry->isSeparator() || hasRole ? 0 : 1;
+        }
+        EXPECT_GT(stays, 0) << menu->text().toStdString();
+    }
+}
+
+TEST_F(ContentViewTest, AsksBeforeItClosesOnARemoval) {
+    open();
+    testing::HeldRemoval held(actions);
+    const FileURL item(home.path("folder/file"));
+    const auto closeAndAnswer = [&](const char *answer) {
+        window->close();
+        EXPECT_TRUE(window->isVisible());
+        const QPointer<QDialog> question = window->findChild<QDialog *>("confirmationSheet");
+        ASSERT_TRUE(question);
+        window->close();
+        EXPECT_EQ(window->findChildren<QDialog *>("confirmationSheet").size(), 1) << "one question at a time";
+        testing::click(*question, answer);
+        EXPECT_TRUE(testing::eventually([&] { return question.isNull(); }));
+    };
+    const auto remove = [&] {
+        model->removeCleanupEntries({{item, 5000, {}}}, RemovalMode::deleteNow);
+        ASSERT_TRUE(model->isRemoving());
+    };
+    remove();
+    closeAndAnswer("cancel");
+    EXPECT_TRUE(window->isVisible());
+
+    // The question ends with what it is about, which is told of then.
+    window->close();
+    held.letGoOn();
+    const auto sheet = [&] { return qobject_cast<QDialog *>(QApplication::activeModalWidget()); };
+    EXPECT_TRUE(
+        testing::eventually([&] { return sheet() != nullptr && sheet()->objectName() == "resultAlert"; }));
+    EXPECT_TRUE(window->isVisible());
+    sheet()->reject();
+
+    remove();
+    closeAndAnswer("confirm");
+    EXPECT_FALSE(window->isVisible());
+    held.letGoOn();
+    EXPECT_TRUE(testing::waitUntilRemoved(*model));
+
+    open();
+    window->close();
+    EXPECT_FALSE(window->isVisible()) << "nothing to lose";
+}
+
+TEST_F(ContentViewTest, SaysWhatWouldEndWithIt) {
+    open();
+    const std::string backup = "The backup remains unfinished. No original of it is touched.";
+    const auto expectQuestion = [&](const std::string &question, const std::string &loss) {
+        window->close();
+        auto *sheet = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        ASSERT_NE(sheet, nullptr);
+        EXPECT_EQ(testing::shown(*sheet, "question"), question);
+        EXPECT_EQ(testing::shown(*sheet, "explanation"), loss);
+        sheet->reject(); // and may ask again at once
+    };
+    PublishedWriter::set(model->isArchiving, true);
+    expectQuestion("Stop the backup and quit?", backup);
+    PublishedWriter::set(model->removalActivity, RemovalActivity::asAdministrator);
+    expectQuestion("Quit while the administrator's command runs?",
+                   "It goes on until it is done, but you will not be told what became of it. " + backup);
+    PublishedWriter::set(model->isArchiving, false);
+    PublishedWriter::set(model->removalActivity, RemovalActivity::none);
+    window->close();
+    EXPECT_FALSE(window->isVisible());
+}
+
+} // namespace brimvale

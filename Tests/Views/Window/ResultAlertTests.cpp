@@ -1,0 +1,147 @@
+#include "Views/Window/ResultAlert.h"
+
+#include "Core/Removal/RemovalReport.h"
+#include "Support/HeldRemoval.h"
+#include "Support/Model.h"
+#include "Support/PageTest.h"
+#include "Support/PublishedWriter.h"
+#include "Support/SampleTree.h"
+#include "Support/WholeWindow.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QLabel>
+#include <QPointer>
+
+namespace brimvale {
+
+namespace {
+
+using testing::descendant;
+using testing::eventually;
+using testing::HeldRemoval;
+using testing::labels;
+using testing::shown;
+
+/// The whole window.
+class ResultInWindow : public testing::PageTest<testing::WholeWindow> {
+protected:
+    [[nodiscard]] QPointer<ResultAlert> alert() const { return page.findChild<ResultAlert *>(); }
+};
+
+} // namespace
+
+TEST(ResultAlert, TellsWhatBecameOfEveryItem) {
+    QWidget window;
+    window.show();
+    for (const bool needsAdmin : {false, true}) {
+        RemovalResult result{{FileURL("/gone")}, {}, 3'000'000, {}};
+        for (int i = 1; i <= 5; ++i)
+            result.failed.push_back({FileURL("/a/<i>" + std::to_string(i)), "It is in use."});
+        if (needsAdmin)
+            result.needsAdmin = {FileURL("/b/locked")};
+        auto *alert = new ResultAlert(result, &window);
+        alert->open();
+        EXPECT_EQ(shown(*alert, "resultTitle"), "Finished with problems");
+        EXPECT_EQ(shown(*alert, "resultSummary"), "Removed 1 item, reclaiming 3 MB");
+        EXPECT_EQ(labels(*alert, "failure"), RemovalReport::failureLines(result));
+        for (const QLabel *line : alert->findChildren<QLabel *>("failure"))
+            EXPECT_EQ(line->textFormat(), Qt::PlainText);
+        EXPECT_EQ(shown(*alert, "adminTitle"), needsAdmin ? "Some items need admin rights" : "");
+        for (const char *button : {"authenticate", "skip"})
+            EXPECT_EQ(alert->findChild<QPushButton *>(button) != nullptr, needsAdmin) << button;
+        EXPECT_EQ(alert->findChild<QPushButton *>("ok") != nullptr, !needsAdmin);
+    }
+}
+
+TEST(ResultAlert, TriesAgainOnlyWhenAskedTo) {
+    RemovalResult result;
+    result.needsAdmin = {FileURL("/b/one"), FileURL("/b/two")};
+    std::vector<FileURL> escalated;
+    QWidget window;
+    window.show();
+    const auto open = [&] {
+        auto *alert = new ResultAlert(result, &window);
+        QObject::connect(alert, &ResultAlert::escalated,
+                         [&](const std::vector<FileURL> &items) { escalated = items; });
+        alert->open();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(alert));
+        return QPointer<ResultAlert>(alert);
+    };
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+        const QPointer<ResultAlert> alert = open();
+        QTest::keyClick(alert->windowHandle(), key);
+        EXPECT_TRUE(eventually([&] { return alert == nullptr; }));
+        EXPECT_TRUE(escalated.empty()) << key;
+    }
+    const QPointer<ResultAlert> alert = open();
+    testing::click(*alert, "authenticate");
+    EXPECT_EQ(escalated, result.needsAdmin);
+    EXPECT_TRUE(eventually([&] { return alert == nullptr; }));
+}
+
+TEST_F(ResultInWindow, TellsTheOutcomeAndOffersTheAdministrator) {
+    const std::string locked = home.makeFile("locked", 2'000'000);
+    home.makeFile("large", 3'000'000);
+    actions.refuse(locked);
+    actions.privilegedRunError = PrivilegedRunError{"Not today."};
+    page.goTo({Section::Kind::browse});
+    page.show();
+    EXPECT_FALSE(isVisible("freedThisSession"));
+    model.startScan(home.path());
+    ASSERT_TRUE(testing::waitUntilScanned(model));
+    FSNode &root = **model.tree;
+    model.removeNodes({descendant(root, {"large"}), descendant(root, {"locked"})}, RemovalMode::trash);
+    ASSERT_TRUE(eventually([&] { return !model.isRemoving() && alert() != nullptr; }));
+    EXPECT_TRUE(isVisible("freedThisSession"));
+    EXPECT_EQ(shown(*alert(), "resultSummary"), RemovalReport::summary(**model.lastResult));
+    EXPECT_EQ(labels(*alert(), "adminItem").size(), 1U);
+
+    const QPointer<ResultAlert> first = alert();
+    testing::click(*first, "authenticate");
+    ASSERT_TRUE(eventually([&] { return first == nullptr && alert() != nullptr; }));
+    EXPECT_EQ(actions.calls.back(), "admin /bin/rm -rf -- '" + locked + "'");
+    EXPECT_EQ(labels(*alert(), "failure"), std::vector{locked + ": Not today."});
+    EXPECT_EQ(alert()->findChild<QPushButton *>("authenticate"), nullptr) << "nothing is tried a third time";
+    EXPECT_NE(descendant(root, {"locked"}), nullptr);
+}
+
+TEST_F(ResultInWindow, OffersTheAdministratorOnlyWhileNothingIsRemoved) {
+    const std::vector<CleanupEntry> locked = {{.url = FileURL(home.makeFile("locked")), .size = 1}};
+    actions.refuse(home.path("locked"));
+    page.show();
+    model.removeCategoryEntries(locked, RemovalMode::trash);
+    ASSERT_TRUE(eventually([&] { return !model.isRemoving() && alert() != nullptr; }));
+    EXPECT_TRUE(find("authenticate").isEnabled());
+
+    // Another page's removal begins behind the alert: what is asked for then would be lost.
+    HeldRemoval held(actions);
+    model.removeCategoryEntries(locked, RemovalMode::trash);
+    held.waitUntilCalled();
+    EXPECT_FALSE(find("authenticate").isEnabled());
+    held.letGoOn();
+    ASSERT_TRUE(testing::waitUntilRemoved(model));
+}
+
+TEST_F(ResultInWindow, TellsWhatCameMeanwhileOnceTheSheetInFrontHasEnded) {
+    page.show();
+    find<QAction>("about").trigger();
+    for (const char *name : {"first", "second"}) {
+        model.removeCategoryEntries({{.url = FileURL(home.makeFile(name)), .size = 1}}, RemovalMode::trash);
+        ASSERT_TRUE(testing::waitUntilRemoved(model));
+    }
+    PublishedWriter::set(model.pendingDeletion, PendingDeletion{FileURL("/b"), {}, {}, 0, {}, {}, false, {}});
+    const auto review = [&] { return page.findChild<QDialog *>("backupReview"); };
+    EXPECT_TRUE(alert() == nullptr && review() == nullptr);
+
+    QTest::keyClick(&find("aboutSheet"), Qt::Key_Escape);
+    for (const char *result : {"first", "second"}) {
+        ASSERT_TRUE(eventually([&] { return alert() != nullptr; })) << result;
+        EXPECT_EQ(review(), nullptr);
+        QTest::keyClick(alert(), Qt::Key_Escape);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    EXPECT_TRUE(eventually([&] { return review() != nullptr; }));
+}
+
+} // namespace brimvale
