@@ -15,6 +15,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -28,7 +30,7 @@ AppDetail::AppDetail(QWidget *parent)
       identity_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       path_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::tertiary, Qt::ElideMiddle, this)),
       facts_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
-      bundle_(new QCheckBox(tr("Remove the app itself"), this)),
+      bundle_(new QCheckBox(u"Remove the app itself"_s, this)),
       systemApp_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       state_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       exact_(new LeftoverGroup(MatchConfidence::exact, ticked_, this)),
@@ -72,7 +74,7 @@ QWidget *AppDetail::makeHead() {
 QWidget *AppDetail::makeBundleChoice() {
     bundle_->setObjectName(QStringLiteral("includeBundle"));
     systemApp_->setObjectName(QStringLiteral("systemApp"));
-    systemApp_->setText(tr("This is a system app. Brimvale will not remove it."));
+    systemApp_->setText(u"This is a system app. Brimvale will not remove it."_s);
     auto *reveal = new QPushButton(QLatin1String(FileBrowser::revealTitle()), this);
     reveal->setObjectName(QStringLiteral("reveal"));
     reveal->setAutoDefault(false);
@@ -115,16 +117,16 @@ void AppDetail::showFacts() {
     name_->setText(text(app.name));
     QStringList identity;
     if (app.version)
-        identity.append(tr("Version %1").arg(text(*app.version)));
+        identity.append(u"Version %1"_s.arg(text(*app.version)));
     if (app.bundleID)
         identity.append(text(*app.bundleID));
     if (app.isMASApp)
-        identity.append(tr("from the App Store"));
+        identity.append(u"from the App Store"_s);
     identity_->setText(identity.join(QStringLiteral(" · ")));
     identity_->setHidden(identity.isEmpty());
-    QStringList facts = {row_->analyzed ? sizeText(row_->bundleSize) : tr("Not analysed yet")};
+    QStringList facts = {row_->analyzed ? sizeText(row_->bundleSize) : u"Not analysed yet"_s};
     if (app.lastUsed)
-        facts.append(tr("last used %1").arg(text(Fmt::relativeDate(app.lastUsed))));
+        facts.append(u"last used %1"_s.arg(text(Fmt::relativeDate(app.lastUsed))));
     facts_->setText(facts.join(QStringLiteral(" · ")));
     path_->setText(displayedText(app.url.path()));
 }
@@ -142,8 +144,8 @@ void AppDetail::showLeftovers(const std::vector<AppRow> &rows) {
     exact_->setRows(exact);
     likely_->setRows(likely);
     state_->setHidden(!row_->leftovers.empty());
-    state_->setText(row_->analyzed ? tr("No files found outside the bundle.")
-                                   : tr("The files outside the bundle are still being looked for."));
+    state_->setText(row_->analyzed ? u"No files found outside the bundle."_s
+                                   : u"The files outside the bundle are still being looked for."_s);
 }
 
 std::vector<LeftoverItem> AppDetail::leftovers() const {

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -78,7 +80,7 @@ QVariant AppListModel::data(const QModelIndex &index, int role) const {
         return displayedText(row.app.url.path());
     case Qt::AccessibleTextRole:
         return row.analyzed ? text(row.app.name) + QStringLiteral(", ") + bundleSizeText(row)
-                            : tr("%1, not analysed yet").arg(text(row.app.name));
+                            : u"%1, not analysed yet"_s.arg(text(row.app.name));
     case sizeRole:
         return bundleSizeText(row);
     case analyzedRole:

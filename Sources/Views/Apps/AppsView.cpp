@@ -26,6 +26,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -38,8 +40,8 @@ constexpr std::chrono::seconds runningInterval{2};
 
 AppsView::AppsView(CorvelModel &model, QWidget *parent)
     : QWidget(parent), model_(model), search_(new QLineEdit(this)),
-      system_(new QCheckBox(tr("Include Apple apps"), this)),
-      progress_(new ProgressNote(tr("Analysing apps"), this)), list_(new QListView(this)),
+      system_(new QCheckBox(u"Include Apple apps"_s, this)),
+      progress_(new ProgressNote(u"Analysing apps"_s, this)), list_(new QListView(this)),
       noMatch_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       message_(new StateMessage(this)), detail_(new AppDetail(this)), bar_(new ActionBar(this)) {
     setObjectName(QStringLiteral("appsPage"));
@@ -48,7 +50,7 @@ AppsView::AppsView(CorvelModel &model, QWidget *parent)
     sides->setSpacing(16);
     sides->addWidget(makeListSide());
     sides->addWidget(makeDetailSide(), 1);
-    auto *header = new PageHeader(tr("Apps"), this);
+    auto *header = new PageHeader(u"Apps"_s, this);
     header->addControl(progress_);
     progress_->setObjectName(QStringLiteral("appProgress"));
     progress_->setFixedWidth(220);
@@ -73,13 +75,13 @@ AppsView::AppsView(CorvelModel &model, QWidget *parent)
 
 QWidget *AppsView::makeListSide() {
     search_->setObjectName(QStringLiteral("search"));
-    search_->setPlaceholderText(tr("Search"));
-    search_->setAccessibleName(tr("Search the apps"));
+    search_->setPlaceholderText(u"Search"_s);
+    search_->setAccessibleName(u"Search the apps"_s);
     search_->setClearButtonEnabled(true);
     search_->setTextMargins(4, 0, 4, 0);
     system_->setObjectName(QStringLiteral("includeSystemApps"));
     list_->setObjectName(QStringLiteral("apps"));
-    list_->setAccessibleName(tr("Apps"));
+    list_->setAccessibleName(u"Apps"_s);
     list_->setModel(&listModel_);
     list_->setItemDelegate(new AppListDelegate(list_));
     list_->setUniformItemSizes(true);
@@ -99,7 +101,7 @@ QWidget *AppsView::makeListSide() {
     layout->addLayout(controls);
     layout->addWidget(list_, 1);
     noMatch_->setObjectName(QStringLiteral("noMatch"));
-    noMatch_->setText(tr("No app matches the search."));
+    noMatch_->setText(u"No app matches the search."_s);
     noMatch_->setAlignment(Qt::AlignHCenter);
     noMatch_->setContentsMargins(10, 24, 10, 0);
     layout->addWidget(noMatch_, 1, Qt::AlignTop);
@@ -205,14 +207,14 @@ void AppsView::showChosen() {
         if (place.isValid() && !list_->selectionModel()->isSelected(place))
             list_->setCurrentIndex(place);
     } else if (!model_.apps->empty()) {
-        message_->setMessage(QStringLiteral("app-window"), tr("No app selected"),
-                             tr("Select an app to see the files that it keeps outside its bundle."));
+        message_->setMessage(QStringLiteral("app-window"), u"No app selected"_s,
+                             u"Select an app to see the files that it keeps outside its bundle."_s);
     } else if (*model_.isLoadingApps) {
-        message_->setMessage(QStringLiteral("search"), tr("Looking for apps…"),
-                             tr("The list appears in a moment."));
+        message_->setMessage(QStringLiteral("search"), u"Looking for apps…"_s,
+                             u"The list appears in a moment."_s);
     } else {
-        message_->setMessage(QStringLiteral("app-window"), tr("No apps found"),
-                             tr("There is no app in the folders where apps are installed."));
+        message_->setMessage(QStringLiteral("app-window"), u"No apps found"_s,
+                             u"There is no app in the folders where apps are installed."_s);
     }
     if (row == nullptr)
         bar_->setNote({});
@@ -259,8 +261,8 @@ void AppsView::checkRunning() {
                     if (page->chosen_ != url)
                         page->checkRunning();
                     else
-                        page->bar_->setNote(isRunning ? tr("The app is running. Quit it first so it does not "
-                                                           "rewrite its files.")
+                        page->bar_->setNote(isRunning ? u"The app is running. Quit it first so it does not "
+                                                        "rewrite its files."_s
                                                       : QString());
                 },
                 Qt::QueuedConnection);

@@ -11,6 +11,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 LeftoverGroup::LeftoverGroup(MatchConfidence confidence, TickedEntries &ticked, QWidget *parent)
@@ -39,7 +41,7 @@ LeftoverGroup::LeftoverGroup(MatchConfidence confidence, TickedEntries &ticked, 
 QWidget *LeftoverGroup::makeHead(MatchConfidence confidence) {
     const QString words = QString::fromUtf8(title(confidence));
     all_->setObjectName(QStringLiteral("tickAll"));
-    all_->setAccessibleName(tr("All of: %1").arg(words));
+    all_->setAccessibleName(u"All of: %1"_s.arg(words));
     auto *heading = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
     heading->setObjectName(QStringLiteral("confidence"));
     heading->setText(words);

@@ -6,6 +6,8 @@
 #include "Views/Entries/EntryListModel.h"
 #include "Views/Entries/TickedEntries.h"
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -13,7 +15,7 @@ namespace {
 QStringList notesOn(const LeftoverListModel::Row &row) {
     QStringList notes;
     if (row.item.requiresAdmin)
-        notes.append(LeftoverListModel::tr("Owned by the system. Removing it asks for your password."));
+        notes.append(u"Owned by the system. Removing it asks for your password."_s);
     if (!row.otherClaims.isEmpty())
         notes.append(row.otherClaims);
     return notes;

@@ -12,6 +12,8 @@
 #include <QToolButton>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -25,7 +27,7 @@ constexpr std::size_t mostHiddenListed = 30;
 
 Breadcrumb::Breadcrumb(QWidget *parent) : QWidget(parent), layout_(new QHBoxLayout(this)) {
     setObjectName(QStringLiteral("breadcrumb"));
-    setAccessibleName(tr("Enclosing folders"));
+    setAccessibleName(u"Enclosing folders"_s);
     layout_->setContentsMargins(0, 0, 0, 0);
     layout_->setSpacing(0);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
@@ -123,7 +125,7 @@ void Breadcrumb::addHidden(std::size_t end) {
     auto *button = new QToolButton(this);
     button->setAutoRaise(true);
     button->setText(QStringLiteral("…"));
-    button->setAccessibleName(tr("Folders in between"));
+    button->setAccessibleName(u"Folders in between"_s);
     button->setFocusPolicy(Qt::TabFocus);
     auto *menu = new QMenu(button);
     menu->setAttribute(Qt::WA_WindowPropagation); // for the window's palette

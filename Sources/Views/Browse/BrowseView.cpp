@@ -24,6 +24,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -104,8 +106,8 @@ QWidget *BrowseView::makeResults() {
 
 QWidget *BrowseView::makeOutlineSide() {
     filter_->setObjectName(QStringLiteral("filter"));
-    filter_->setPlaceholderText(tr("Filter by name"));
-    filter_->setAccessibleName(tr("Filter by name"));
+    filter_->setPlaceholderText(u"Filter by name"_s);
+    filter_->setAccessibleName(u"Filter by name"_s);
     filter_->setClearButtonEnabled(true);
     filter_->setFixedWidth(150);
     filter_->setTextMargins(4, 0, 4, 0);
@@ -242,13 +244,13 @@ void BrowseView::showMenu(const QPoint &place) {
     if (shown_.size() == 1) {
         FSNode *node = shown_.front();
         if (!node->outlineChildren().empty() && node != focus_)
-            menu->addAction(tr("Open"), this, [this, node] { focusOn(node); });
+            menu->addAction(u"Open"_s, this, [this, node] { focusOn(node); });
         menu->addAction(QLatin1String(FileBrowser::revealTitle()), this, &BrowseView::reveal);
     }
-    menu->addAction(shown_.size() == 1 ? tr("Copy Path") : tr("Copy Paths"), this, &BrowseView::copyPaths);
+    menu->addAction(shown_.size() == 1 ? u"Copy Path"_s : u"Copy Paths"_s, this, &BrowseView::copyPaths);
     if (!removableNodes().empty()) {
         menu->addSeparator();
-        QAction *remove = menu->addAction(tr("Remove…"), this, &BrowseView::confirmRemoval);
+        QAction *remove = menu->addAction(u"Remove…"_s, this, &BrowseView::confirmRemoval);
         remove->setEnabled(!model_.isRemoving());
     }
     // The tree may be replaced, or lose nodes, while the menu is open.
@@ -269,7 +271,7 @@ void BrowseView::copyPaths() {
     for (const FSNode *node : shown_)
         items.emplace_back(node->path());
     ItemActions::copyPaths(items);
-    details_->showNotice(items.size() == 1 ? tr("Path copied.") : tr("Paths copied."));
+    details_->showNotice(items.size() == 1 ? u"Path copied."_s : u"Paths copied."_s);
 }
 
 /// What can be removed of what the user has selected.

@@ -21,6 +21,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -33,8 +35,7 @@ QString shareOfParent(const FSNode &node) {
     if (node.parent() == nullptr || node.parent()->size < 1)
         return QStringLiteral("—");
     const double share = 100.0 * static_cast<double>(node.size) / static_cast<double>(node.parent()->size);
-    return share > 0 && share < 0.1 ? DetailPanel::tr("under 0.1 %")
-                                    : QStringLiteral("%1 %").arg(share, 0, 'f', 1);
+    return share > 0 && share < 0.1 ? u"under 0.1 %"_s : QStringLiteral("%1 %").arg(share, 0, 'f', 1);
 }
 
 /// A button that is an icon only, whose title is its tool tip.
@@ -57,7 +58,7 @@ DetailPanel::DetailPanel(QWidget *parent)
       explanation_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       notice_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       reveal_(makeButton(this, "reveal", QLatin1String(FileBrowser::revealTitle()))),
-      copyPath_(makeButton(this, "copyPath", tr("Copy Path"))), remove_(new DestructiveButton(this)) {
+      copyPath_(makeButton(this, "copyPath", u"Copy Path"_s)), remove_(new DestructiveButton(this)) {
     setObjectName(QStringLiteral("detailPanel"));
     name_->setObjectName(QStringLiteral("detailName"));
     path_->setObjectName(QStringLiteral("detailPath"));
@@ -79,8 +80,8 @@ DetailPanel::DetailPanel(QWidget *parent)
     auto *figures = new QGridLayout;
     figures->setHorizontalSpacing(16);
     figures->setVerticalSpacing(2);
-    const std::array<QString, figureCount> titles = {tr("Allocated"), tr("Logical size"),
-                                                     tr("Share of parent"), tr("Files"), tr("Folders")};
+    const std::array<QString, figureCount> titles = {u"Allocated"_s, u"Logical size"_s, u"Share of parent"_s,
+                                                     u"Files"_s, u"Folders"_s};
     const std::array<const char *, figureCount> objectNames = {"allocated", "logical", "share", "files",
                                                                "folders"};
     for (std::size_t i = 0; i < titles.size(); ++i) {
@@ -126,14 +127,13 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
     }
     const FSNode *only = nodes.size() == 1 ? nodes.front() : nullptr;
     iconName_ = only != nullptr ? nodeIconName(*only) : QStringLiteral("files");
-    name_->setText(
-        only != nullptr
-            ? displayedName(*only)
-            : tr("%1 items selected").arg(text(Fmt::count(static_cast<std::int64_t>(nodes.size())))));
+    name_->setText(only != nullptr ? displayedName(*only)
+                                   : u"%1 items selected"_s.arg(
+                                         text(Fmt::count(static_cast<std::int64_t>(nodes.size())))));
     path_->setText(only != nullptr ? displayedText(only->path()) : QString());
     const QString none = QStringLiteral("—");
     if (nodes.empty()) {
-        name_->setText(tr("Nothing selected"));
+        name_->setText(u"Nothing selected"_s);
         showFigures({none, none, none, none, none});
     } else {
         showFigures({sizeText(size), sizeText(logicalSize), only != nullptr ? shareOfParent(*only) : none,

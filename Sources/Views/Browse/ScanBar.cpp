@@ -20,6 +20,8 @@
 #include <QVBoxLayout>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -47,7 +49,7 @@ QString elapsedText(double seconds) {
 
 ScanBar::ScanBar(CorvelModel &model, QWidget *parent)
     : QWidget(parent), model_(model), presets_(new QComboBox(this)),
-      choose_(new QPushButton(tr("Choose Folder"), this)), scan_(new QPushButton(this)),
+      choose_(new QPushButton(u"Choose Folder"_s, this)), scan_(new QPushButton(this)),
       root_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       files_(makeFigure(this, TextLabel::Tone::primary, "scanFiles", QStringLiteral("8,888,888 files"))),
       bytes_(makeFigure(this, TextLabel::Tone::primary, "scanBytes", QStringLiteral("888.88 GB"))),
@@ -80,8 +82,8 @@ QWidget *ScanBar::makeControls() {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
     presets_->setObjectName(QStringLiteral("presets"));
-    presets_->setAccessibleName(tr("Place to scan"));
-    presets_->setPlaceholderText(tr("Other folder"));
+    presets_->setAccessibleName(u"Place to scan"_s);
+    presets_->setPlaceholderText(u"Other folder"_s);
     presets_->setMinimumContentsLength(14);
     choose_->setObjectName(QStringLiteral("chooseFolder"));
     scan_->setObjectName(QStringLiteral("scan"));
@@ -109,7 +111,7 @@ QWidget *ScanBar::makeProgress() {
     bar->setObjectName(QStringLiteral("scanProgressLine"));
     bar->setRange(0, 0); // how much there is, is not known before the end
     bar->setFixedWidth(progressWidth);
-    bar->setAccessibleName(tr("Scanning"));
+    bar->setAccessibleName(u"Scanning"_s);
     current_->setObjectName(QStringLiteral("scanCurrent"));
     layout->addWidget(bar);
     layout->addWidget(current_, 1);
@@ -135,17 +137,17 @@ void ScanBar::showFigures() {
     const bool hasFigures = *model_.isScanning || *model_.tree != nullptr;
     for (TextLabel *figure : {files_, bytes_, elapsed_})
         figure->setVisible(hasFigures);
-    files_->setText(*model_.scanFiles == 1 ? tr("1 file")
-                                           : tr("%1 files").arg(text(Fmt::count(*model_.scanFiles))));
+    files_->setText(*model_.scanFiles == 1 ? u"1 file"_s
+                                           : u"%1 files"_s.arg(text(Fmt::count(*model_.scanFiles))));
     bytes_->setText(sizeText(*model_.scanBytes));
     elapsed_->setText(elapsedText(*model_.scanElapsed));
     unreadable_->setVisible(hasFigures && *model_.scanUnreadable > 0);
-    unreadable_->setText(tr("%1 unreadable").arg(text(Fmt::count(*model_.scanUnreadable))));
+    unreadable_->setText(u"%1 unreadable"_s.arg(text(Fmt::count(*model_.scanUnreadable))));
     current_->setText(displayedText(*model_.scanCurrentPath));
 }
 
 void ScanBar::showState() {
-    scan_->setText(*model_.isScanning ? tr("Stop") : tr("Scan"));
+    scan_->setText(*model_.isScanning ? u"Stop"_s : u"Scan"_s);
     progress_->setVisible(*model_.isScanning);
     drawIcons();
     showFigures();
@@ -162,7 +164,7 @@ void ScanBar::startOrStop() {
 
 /// A folder that is chosen here is scanned at once.
 void ScanBar::chooseFolder() {
-    auto *dialog = new QFileDialog(window(), tr("Choose a folder to scan"),
+    auto *dialog = new QFileDialog(window(), u"Choose a folder to scan"_s,
                                    QFile::decodeName(QByteArray::fromStdString(*model_.scanRootPath)));
     dialog->setObjectName(QStringLiteral("folderChooser"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
@@ -180,12 +182,12 @@ void ScanBar::scanChosen(const QString &folder) {
         return;
     }
     // The chooser speaks text; a name that is not text does not come through it.
-    auto *alert = new QMessageBox(QMessageBox::Warning, tr("Brimvale"),
-                                  tr("“%1” could not be opened.").arg(folder), QMessageBox::Ok, window());
+    auto *alert = new QMessageBox(QMessageBox::Warning, u"Brimvale"_s,
+                                  u"“%1” could not be opened."_s.arg(folder), QMessageBox::Ok, window());
     alert->setTextFormat(Qt::PlainText);
     alert->setInformativeText(
-        tr("It is no longer there, or its name cannot be passed on by the folder chooser. In "
-           "that case choose the folder around it."));
+        u"It is no longer there, or its name cannot be passed on by the folder chooser. In "
+        "that case choose the folder around it."_s);
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setAttribute(Qt::WA_WindowPropagation);
     alert->open();

@@ -7,6 +7,8 @@
 
 #include <QFontMetrics>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -19,13 +21,13 @@ ScanMessage::ScanMessage(const CorvelModel &model, QWidget *parent) : StateMessa
 
 void ScanMessage::showState() {
     if (*model_.isScanning)
-        setMessage(QStringLiteral("search"), tr("Scanning…"),
-                   tr("The outline and the treemap appear when the scan is done. You can stop it at any "
-                      "time; nothing on the disk is changed."));
+        setMessage(QStringLiteral("search"), u"Scanning…"_s,
+                   u"The outline and the treemap appear when the scan is done. You can stop it at any "
+                   "time; nothing on the disk is changed."_s);
     else if (*model_.tree == nullptr)
-        setMessage(QStringLiteral("folder-tree"), tr("See what takes the space"),
-                   tr("Press Scan to measure the place chosen above, or choose another folder. A scan only "
-                      "looks; it changes nothing."));
+        setMessage(QStringLiteral("folder-tree"), u"See what takes the space"_s,
+                   u"Press Scan to measure the place chosen above, or choose another folder. A scan only "
+                   "looks; it changes nothing."_s);
     else
         showWhyItIsEmpty((*model_.tree)->path()); // another place may have been chosen since the scan began
 }
@@ -34,19 +36,18 @@ void ScanMessage::showWhyItIsEmpty(const std::string &path) {
     const QFontMetrics metrics(Type::font(Type::Size::body));
     const QString shown = metrics.elidedText(displayedText(path), Qt::ElideMiddle, widestPath);
     if (Folder::at(path, Folder::Links::follow).isOpen())
-        setMessage(QStringLiteral("folder"), tr("Nothing in here"),
-                   tr("“%1” is an empty folder.").arg(shown));
+        setMessage(QStringLiteral("folder"), u"Nothing in here"_s, u"“%1” is an empty folder."_s.arg(shown));
     else if (fileStatus(path))
-        setMessage(QStringLiteral("lock"), tr("This could not be read"),
-                   tr("“%1” is not a folder that you may list. %2").arg(shown, whatHelps()));
+        setMessage(QStringLiteral("lock"), u"This could not be read"_s,
+                   u"“%1” is not a folder that you may list. %2"_s.arg(shown, whatHelps()));
     else
-        setMessage(QStringLiteral("triangle-alert"), tr("Nothing to scan"),
-                   tr("There is nothing at “%1”.").arg(shown));
+        setMessage(QStringLiteral("triangle-alert"), u"Nothing to scan"_s,
+                   u"There is nothing at “%1”."_s.arg(shown));
 }
 
 QString ScanMessage::whatHelps() const {
-    return *model_.hasFullDiskAccess ? tr("Its owner or an administrator can change that.")
-                                     : tr("Full Disk Access would let this be measured.");
+    return *model_.hasFullDiskAccess ? u"Its owner or an administrator can change that."_s
+                                     : u"Full Disk Access would let this be measured."_s;
 }
 
 } // namespace brimvale

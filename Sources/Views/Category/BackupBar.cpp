@@ -16,6 +16,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -32,12 +34,12 @@ QPushButton *makeButton(const char *objectName, const QString &title, QWidget *p
 BackupBar::BackupBar(CorvelModel &model, QWidget *parent)
     : QWidget(parent), model_(model),
       folder_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
-      change_(makeButton("changeFolder", tr("Change…"), this)),
+      change_(makeButton("changeFolder", u"Change…"_s, this)),
       detail_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       status_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       selection_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       picker_(new RemovalModePicker(this)), backUp_(makeButton("backUp", {}, this)),
-      progress_(new ProgressNote({}, this)), cancel_(makeButton("cancelBackup", tr("Cancel"), this)) {
+      progress_(new ProgressNote({}, this)), cancel_(makeButton("cancelBackup", u"Cancel"_s, this)) {
     setObjectName(QStringLiteral("backupBar"));
     status_->setObjectName(QStringLiteral("archiveStatus"));
     status_->setWordWrap(true);
@@ -60,7 +62,7 @@ BackupBar::BackupBar(CorvelModel &model, QWidget *parent)
 
 QWidget *BackupBar::makeFolderRow() {
     auto *title = new TextLabel(Type::Size::body, TextLabel::Tone::tertiary, this);
-    title->setText(tr("Backup folder"));
+    title->setText(u"Backup folder"_s);
     folder_->setObjectName(QStringLiteral("backupRoot"));
     connect(change_, &QPushButton::clicked, this, &BackupBar::chooseFolder);
     auto *row = new QWidget(this);
@@ -88,7 +90,7 @@ QWidget *BackupBar::makeActionRow() {
 }
 
 void BackupBar::chooseFolder() {
-    auto *dialog = new QFileDialog(this, tr("Choose a folder for backups"),
+    auto *dialog = new QFileDialog(this, u"Choose a folder for backups"_s,
                                    QFile::decodeName(QByteArray::fromStdString(model_.backupRoot->path())));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::Directory);
@@ -111,10 +113,10 @@ void BackupBar::showState() {
     const QString count = text(Fmt::count(count_)), bytes = sizeText(bytes_);
     selection_->setText(selectionText(count_, bytes_));
     if (count_ == 0)
-        backUp_->setText(tr("Back Up and Review…"));
+        backUp_->setText(u"Back Up and Review…"_s);
     else
-        backUp_->setText(count_ == 1 ? tr("Back Up 1 Item, %1, and Review…").arg(bytes)
-                                     : tr("Back Up %1 Items, %2, and Review…").arg(count, bytes));
+        backUp_->setText(count_ == 1 ? u"Back Up 1 Item, %1, and Review…"_s.arg(bytes)
+                                     : u"Back Up %1 Items, %2, and Review…"_s.arg(count, bytes));
     backUp_->setEnabled(count_ > 0 && !model_.isRemoving());
 
     const QString status = text(archiveNote());

@@ -18,6 +18,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -42,14 +44,12 @@ QString differenceWarning(const std::vector<FileURL> &differing) {
     for (std::size_t i = 0; i < std::min(differing.size(), mostNamesShown); ++i)
         names.append(displayedText(differing[i].path()));
     if (differing.size() > mostNamesShown)
-        names.append(BackupReviewView::tr("and %1 more").arg(countOf(differing.size() - mostNamesShown)));
+        names.append(u"and %1 more"_s.arg(countOf(differing.size() - mostNamesShown)));
     const QString list = names.join(QStringLiteral(", "));
     return differing.size() == 1
-               ? BackupReviewView::tr("The copy of 1 file does not hold the same bytes as its original: %1")
-                     .arg(list)
-               : BackupReviewView::tr(
-                     "The copies of %1 files do not hold the same bytes as their originals: %2")
-                     .arg(countOf(differing.size()), list);
+               ? u"The copy of 1 file does not hold the same bytes as its original: %1"_s.arg(list)
+               : u"The copies of %1 files do not hold the same bytes as their originals: %2"_s.arg(
+                     countOf(differing.size()), list);
 }
 
 QPushButton *makeButton(const char *objectName, const QString &title, QWidget *parent) {
@@ -67,7 +67,7 @@ BackupReviewView::BackupReviewView(const PendingDeletion &pending, QWidget *pare
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
     setWindowModality(Qt::WindowModal);
-    setWindowTitle(tr("Backup complete"));
+    setWindowTitle(u"Backup complete"_s);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(margin, margin, margin, 16);
     layout->setSpacing(14);
@@ -79,8 +79,8 @@ BackupReviewView::BackupReviewView(const PendingDeletion &pending, QWidget *pare
     mode->setObjectName(QStringLiteral("modeLine"));
     mode->setWordWrap(true);
     mode->setText(pending_.mode == RemovalMode::trash
-                      ? tr("Originals will go to the Trash.")
-                      : tr("Originals will be deleted immediately, with no Trash to fall back on."));
+                      ? u"Originals will go to the Trash."_s
+                      : u"Originals will be deleted immediately, with no Trash to fall back on."_s);
     layout->addWidget(mode);
     layout->addSpacing(2);
     layout->addWidget(makeButtons());
@@ -90,14 +90,14 @@ BackupReviewView::BackupReviewView(const PendingDeletion &pending, QWidget *pare
 void BackupReviewView::addHeading(QVBoxLayout &layout) {
     auto *heading = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
     heading->setObjectName(QStringLiteral("reviewHeading"));
-    heading->setText(tr("Backup complete. Nothing has been deleted yet."));
+    heading->setText(u"Backup complete. Nothing has been deleted yet."_s);
     heading->setWordWrap(true);
     auto *summary = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);
     summary->setObjectName(QStringLiteral("reviewSummary"));
     const std::size_t count = pending_.items.size();
     const QString bytes = sizeText(pending_.bytes);
-    summary->setText(count == 1 ? tr("1 item copied, %1").arg(bytes)
-                                : tr("%1 items copied, %2").arg(countOf(count), bytes));
+    summary->setText(count == 1 ? u"1 item copied, %1"_s.arg(bytes)
+                                : u"%1 items copied, %2"_s.arg(countOf(count), bytes));
     auto *words = new QVBoxLayout;
     words->setSpacing(3);
     words->addWidget(heading);
@@ -113,13 +113,13 @@ void BackupReviewView::addHeading(QVBoxLayout &layout) {
 void BackupReviewView::addFolder(QVBoxLayout &layout) {
     auto *card = new Card(this);
     auto *title = new TextLabel(Type::Size::body, QFont::Medium, card);
-    title->setText(tr("Show this copy in Finder"));
+    title->setText(u"Show this copy in Finder"_s);
     auto *advice = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, card);
-    advice->setText(tr("Open the folder and check it first."));
+    advice->setText(u"Open the folder and check it first."_s);
     auto *path = new ElidedLabel(Type::Size::caption, TextLabel::Tone::tertiary, Qt::ElideMiddle, card);
     path->setObjectName(QStringLiteral("backupFolder"));
     path->setText(displayedText(pending_.destination.path()));
-    QPushButton *open = makeButton("openFolder", tr("Open in Finder"), card);
+    QPushButton *open = makeButton("openFolder", u"Open in Finder"_s, card);
     connect(open, &QPushButton::clicked, this, [this] { ItemActions::reveal(pending_.destination); });
     auto *words = new QVBoxLayout;
     words->setSpacing(2);
@@ -138,9 +138,9 @@ void BackupReviewView::addTranscript(QVBoxLayout &layout) {
         return;
     auto *note = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);
     note->setObjectName(QStringLiteral("transcriptNote"));
-    note->setText(tr("A readable transcript was written alongside the database."));
+    note->setText(u"A readable transcript was written alongside the database."_s);
     note->setWordWrap(true);
-    QPushButton *open = makeButton("openTranscript", tr("Open Messages Archive"), this);
+    QPushButton *open = makeButton("openTranscript", u"Open Messages Archive"_s, this);
     connect(open, &QPushButton::clicked, this, [page = *pending_.readableExport] {
         QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(FileBrowser::fileURI(page))));
     });
@@ -165,17 +165,17 @@ void BackupReviewView::addWarnings(QVBoxLayout &layout) {
         warn("differenceWarning", "triangle-alert", differenceWarning(pending_.differing));
     if (pending_.sameVolumeAsSource)
         warn("sameVolumeWarning", "hard-drive",
-             tr("This backup is on the same disk as the originals, so deleting them will not free space "
-                "until you move this folder off the disk or delete it too."));
+             u"This backup is on the same disk as the originals, so deleting them will not free space "
+             "until you move this folder off the disk or delete it too."_s);
 }
 
 QWidget *BackupReviewView::makeButtons() {
     auto *row = new QWidget(this);
     auto *remove = new DestructiveButton(row);
     remove->setObjectName(QStringLiteral("deleteOriginals"));
-    remove->setText(tr("Delete Originals"));
+    remove->setText(u"Delete Originals"_s);
     connect(remove, &QPushButton::clicked, this, &QDialog::accept);
-    auto *keep = new QPushButton(tr("Keep Both"), row);
+    auto *keep = new QPushButton(u"Keep Both"_s, row);
     keep->setObjectName(QStringLiteral("keepBoth"));
     keep->setDefault(true);
     connect(keep, &QPushButton::clicked, this, &QDialog::reject);

@@ -26,6 +26,8 @@
 #include <QVBoxLayout>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -35,14 +37,13 @@ constexpr int gap = 16;
 
 QString whyEmpty(const MeasuredCategory &category) {
     if (!category.measured)
-        return CategoryDetailView::tr(
-            "Not measured yet. Measure looks at every category and changes nothing.");
+        return u"Not measured yet. Measure looks at every category and changes nothing."_s;
     if (category.category.measurement == CategoryMeasurement::remainder)
-        return CategoryDetailView::tr("No folder that would explain this figure has been found yet.");
+        return u"No folder that would explain this figure has been found yet."_s;
     if (CleanupEntries::hasUnreadableRoot(category.category.roots))
-        return CategoryDetailView::tr("This could not be read: you may not list its folder. Full Disk "
-                                      "Access, or the rights of the folder's owner, would help.");
-    return CategoryDetailView::tr("Nothing found. There is nothing in here.");
+        return u"This could not be read: you may not list its folder. Full Disk "
+               "Access, or the rights of the folder's owner, would help."_s;
+    return u"Nothing found. There is nothing in here."_s;
 }
 
 } // namespace
@@ -50,8 +51,8 @@ QString whyEmpty(const MeasuredCategory &category) {
 CategoryDetailView::CategoryDetailView(CorvelModel &model, std::string id, QWidget *parent)
     : QWidget(parent), model_(model), id_(std::move(id)), action_(model.category(id_)->category.action),
       header_(new CategoryHeader(model.category(id_)->category, this)),
-      measure_(new QPushButton(tr("Measure"), this)),
-      progress_(new ProgressNote(tr("Measuring storage"), this)),
+      measure_(new QPushButton(u"Measure"_s, this)),
+      progress_(new ProgressNote(u"Measuring storage"_s, this)),
       entries_(new EntryList(canTick() ? &ticked_ : nullptr, this)),
       state_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       sentence_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)) {
@@ -142,7 +143,7 @@ void CategoryDetailView::addActions(QVBoxLayout &layout) {
         layout.addWidget(backupBar_);
         connect(backupBar_, &BackupBar::backupAsked, this, &CategoryDetailView::prepareBackup);
     } else if (std::holds_alternative<ApplicationsAction>(action_)) {
-        auto *open = new QPushButton(tr("Open Apps"), this);
+        auto *open = new QPushButton(u"Open Apps"_s, this);
         open->setObjectName(QStringLiteral("openApps"));
         open->setDefault(true);
         connect(open, &QPushButton::clicked, this, &CategoryDetailView::appsAsked);
@@ -240,9 +241,9 @@ void CategoryDetailView::prepareBackup(RemovalMode mode) {
 }
 
 void CategoryDetailView::askToQuitMessages() {
-    (new NoticeSheet(tr("Quit Messages first"),
-                     tr("Messages is running. Copying its database while it is open produces a "
-                        "backup that will not restore, so quit Messages and try again."),
+    (new NoticeSheet(u"Quit Messages first"_s,
+                     u"Messages is running. Copying its database while it is open produces a "
+                     "backup that will not restore, so quit Messages and try again."_s,
                      this))
         ->open();
 }
@@ -256,7 +257,7 @@ void CategoryDetailView::planBackup(RemovalMode mode) {
     if (items.empty())
         return;
     if (const auto refusal = BackupPlan::refusal(items, *model_.backupRoot)) {
-        (new NoticeSheet(tr("This cannot be one backup"), text(*refusal), this))->open();
+        (new NoticeSheet(u"This cannot be one backup"_s, text(*refusal), this))->open();
         return;
     }
     const auto shortage = BackupPlan::shortage(items, CleanupEntries::totalSize(entries), *model_.backupRoot);
@@ -264,8 +265,8 @@ void CategoryDetailView::planBackup(RemovalMode mode) {
         backUp(entries, mode);
         return;
     }
-    auto *sheet = new ConfirmationSheet(tr("There may be too little room for the backup"),
-                                        text(BackupPlan::sentence(*shortage)), tr("Back Up Anyway"), this);
+    auto *sheet = new ConfirmationSheet(u"There may be too little room for the backup"_s,
+                                        text(BackupPlan::sentence(*shortage)), u"Back Up Anyway"_s, this);
     connect(sheet, &QDialog::accepted, this, [this, entries, mode] { backUp(entries, mode); });
     sheet->open();
 }

@@ -12,6 +12,8 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -22,8 +24,8 @@ constexpr int cardGap = 12;
 } // namespace
 
 CleanupView::CleanupView(CorvelModel &model, QWidget *parent)
-    : QWidget(parent), model_(model), measure_(new QPushButton(tr("Measure"), this)),
-      progress_(new ProgressNote(tr("Measuring cleanup targets"), this)), bar_(new ActionBar(this)) {
+    : QWidget(parent), model_(model), measure_(new QPushButton(u"Measure"_s, this)),
+      progress_(new ProgressNote(u"Measuring cleanup targets"_s, this)), bar_(new ActionBar(this)) {
     setObjectName(QStringLiteral("cleanupPage"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -42,10 +44,10 @@ CleanupView::CleanupView(CorvelModel &model, QWidget *parent)
 }
 
 QWidget *CleanupView::makeHeader() {
-    auto *header = new PageHeader(tr("Cleanup"), this);
+    auto *header = new PageHeader(u"Cleanup"_s, this);
     header->setSubtitle(
-        tr("Everything here is measured on this Mac. Nothing is selected by default, and nothing "
-           "is removed until you say so."));
+        u"Everything here is measured on this Mac. Nothing is selected by default, and nothing "
+        "is removed until you say so."_s);
     measure_->setObjectName(QStringLiteral("measure"));
     measure_->setDefault(true);
     header->addControl(measure_);

@@ -17,6 +17,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -25,12 +27,11 @@ constexpr int iconSize = 16;
 
 QString whyEmpty(const CleanupTarget &target) {
     if (!target.scanned)
-        return TargetCard::tr(
-            "Not measured yet. Measure looks at every place on this page and changes nothing.");
+        return u"Not measured yet. Measure looks at every place on this page and changes nothing."_s;
     if (CleanupEntries::hasUnreadableRoot(target.roots))
-        return TargetCard::tr("This could not be read: you may not list its folder. Full Disk Access, or the "
-                              "rights of the folder's owner, would help.");
-    return TargetCard::tr("Nothing found. There is nothing here to remove.");
+        return u"This could not be read: you may not list its folder. Full Disk Access, or the "
+               "rights of the folder's owner, would help."_s;
+    return u"Nothing found. There is nothing here to remove."_s;
 }
 
 } // namespace
@@ -70,11 +71,11 @@ TargetCard::TargetCard(const CleanupTarget &target, TickedEntries &ticked, QWidg
 
 QWidget *TargetCard::makeHead() {
     disclosure_->setObjectName(QStringLiteral("disclosure"));
-    disclosure_->setAccessibleName(tr("Show what is in %1").arg(text(target_.title)));
+    disclosure_->setAccessibleName(u"Show what is in %1"_s.arg(text(target_.title)));
     disclosure_->setCheckable(true);
     disclosure_->setAutoRaise(true);
     all_->setObjectName(QStringLiteral("tickAll"));
-    all_->setAccessibleName(tr("All of %1").arg(text(target_.title)));
+    all_->setAccessibleName(u"All of %1"_s.arg(text(target_.title)));
     total_->setObjectName(QStringLiteral("total"));
 
     auto *title = new TextLabel(Type::Size::heading, QFont::DemiBold, this);

@@ -6,6 +6,8 @@
 #include <QPainterPath>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -21,7 +23,7 @@ CapacityBar::CapacityBar(QWidget *parent) : QWidget(parent) {
 
 void CapacityBar::setUsedShare(double share) {
     usedShare_ = std::clamp(share, 0.0, 1.0);
-    setAccessibleDescription(tr("%1 % used").arg(qRound(usedShare_ * 100)));
+    setAccessibleDescription(u"%1 % used"_s.arg(qRound(usedShare_ * 100)));
     update();
 }
 

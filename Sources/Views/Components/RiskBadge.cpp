@@ -6,6 +6,8 @@
 #include <QFontMetrics>
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -36,7 +38,7 @@ QColor colorOf(CleanupRisk risk) {
 RiskBadge::RiskBadge(CleanupRisk risk, QWidget *parent)
     : QWidget(parent), risk_(risk), label_(QString::fromStdString(std::string(label(risk)))) {
     setObjectName(QStringLiteral("riskBadge"));
-    setAccessibleName(tr("Risk: %1").arg(label_));
+    setAccessibleName(u"Risk: %1"_s.arg(label_));
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 

@@ -6,6 +6,8 @@
 #include <QPainterPath>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -53,9 +55,9 @@ TickBox::TickBox(QWidget *parent) : QAbstractButton(parent) {
 
 void TickBox::setState(Qt::CheckState state) {
     state_ = state;
-    const QString word = state == Qt::Checked            ? tr("ticked")
-                         : state == Qt::PartiallyChecked ? tr("partly ticked")
-                                                         : tr("not ticked");
+    const QString word = state == Qt::Checked            ? u"ticked"_s
+                         : state == Qt::PartiallyChecked ? u"partly ticked"_s
+                                                         : u"not ticked"_s;
     setAccessibleDescription(word);
     update();
 }

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -83,7 +85,7 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
 QString EntryListModel::accessibleText(const CleanupEntry &entry) const {
     QStringList parts = {displayedText(entry.url.lastPathComponent()), sizeText(entry.size)};
     if (entry.modified)
-        parts.append(tr("modified %1").arg(dateText(entry)));
+        parts.append(u"modified %1"_s.arg(dateText(entry)));
     return parts.join(QStringLiteral(", "));
 }
 

@@ -4,13 +4,14 @@
 #include "Platform/Host.h"
 
 #include <QClipboard>
-#include <QCoreApplication>
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QMimeData>
 #include <QThreadPool>
 #include <QUrl>
+
+using namespace Qt::StringLiterals;
 
 namespace brimvale::ItemActions {
 
@@ -20,10 +21,6 @@ namespace {
 void openEnclosing(const FileURL &item) {
     const std::string uri = FileBrowser::fileURI(item.deletingLastPathComponent());
     QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(uri)));
-}
-
-QString word(const char *english) {
-    return QCoreApplication::translate("ItemActions", english);
 }
 
 } // namespace
@@ -57,7 +54,7 @@ QMenu *menuFor(const std::vector<FileURL> &items, QWidget *parent) {
     if (items.size() == 1)
         menu->addAction(QLatin1String(FileBrowser::revealTitle()), menu,
                         [item = items.front()] { reveal(item); });
-    menu->addAction(items.size() == 1 ? word("Copy Path") : word("Copy Paths"), menu,
+    menu->addAction(items.size() == 1 ? u"Copy Path"_s : u"Copy Paths"_s, menu,
                     [items] { copyPaths(items); });
     return menu;
 }

@@ -14,6 +14,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -45,7 +47,7 @@ CapacityCard::CapacityCard(QWidget *parent)
     purgeable_->setObjectName(QStringLiteral("purgeable"));
     purgeable_->setWordWrap(true);
     auto *available = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this);
-    available->setText(tr("free"));
+    available->setText(u"free"_s);
 
     auto *left = new QVBoxLayout;
     left->setContentsMargins(tileSize + 12, 0, 0, 0);
@@ -73,8 +75,8 @@ void CapacityCard::show(const std::optional<VolumeInfo> &volume,
     const std::vector<BarSegment> segments = segmentsOf(categories);
     const std::int64_t capacity = volume ? volume->totalCapacity : 0;
     const std::int64_t used = volume ? std::max<std::int64_t>(capacity - volume->trueFree, 0) : 0;
-    name_->setText(volume ? QString::fromStdString(volume->name) : tr("No volume"));
-    used_->setText(tr("%1 of %2 used").arg(sizeText(used), sizeText(capacity)));
+    name_->setText(volume ? QString::fromStdString(volume->name) : u"No volume"_s);
+    used_->setText(u"%1 of %2 used"_s.arg(sizeText(used), sizeText(capacity)));
     free_->setText(sizeText(volume ? volume->shownAvailable() : 0));
     bar_->setSegments(segments, capacity);
     legend_->setSegments(segments);

@@ -20,6 +20,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -42,9 +44,9 @@ TextLabel *makeHeading(const QString &title, QWidget *parent) {
 } // namespace
 
 OverviewView::OverviewView(CorvelModel &model, QWidget *parent)
-    : QWidget(parent), model_(model), measure_(new QPushButton(tr("Measure"), this)),
-      progress_(new ProgressNote(tr("Measuring storage"), this)), capacity_(new CapacityCard(this)),
-      snapshots_(new SnapshotsCard(this)), volumesTitle_(makeHeading(tr("Other volumes"), this)),
+    : QWidget(parent), model_(model), measure_(new QPushButton(u"Measure"_s, this)),
+      progress_(new ProgressNote(u"Measuring storage"_s, this)), capacity_(new CapacityCard(this)),
+      snapshots_(new SnapshotsCard(this)), volumesTitle_(makeHeading(u"Other volumes"_s, this)),
       volumes_(new VolumesCard(this)) {
     setObjectName(QStringLiteral("overviewPage"));
     auto *layout = new QVBoxLayout(this);
@@ -65,7 +67,7 @@ OverviewView::OverviewView(CorvelModel &model, QWidget *parent)
 }
 
 QWidget *OverviewView::makeHead() {
-    header_ = new PageHeader(tr("Overview"), this);
+    header_ = new PageHeader(u"Overview"_s, this);
     measure_->setObjectName(QStringLiteral("measure"));
     measure_->setDefault(true);
     progress_->setObjectName(QStringLiteral("categoryProgress"));
@@ -89,7 +91,7 @@ QWidget *OverviewView::makeContent() {
     layout->setContentsMargins(pageMargin, 0, pageMargin, pageMargin);
     layout->setSpacing(gap);
     layout->addWidget(capacity_);
-    layout->addWidget(makeHeading(tr("Categories"), content));
+    layout->addWidget(makeHeading(u"Categories"_s, content));
     layout->addWidget(categories);
     layout->addWidget(snapshots_);
     layout->addWidget(volumesTitle_);
@@ -130,11 +132,11 @@ void OverviewView::showCategories() {
     progress_->setVisible(isMeasuring);
     progress_->setProgress(*model_.categoryProgress);
     if (isMeasuring)
-        header_->setSubtitle(tr("Categories appear as they are measured."));
+        header_->setSubtitle(u"Categories appear as they are measured."_s);
     else if (*model_.lastCategoryScan)
-        header_->setSubtitle(tr("Measured at %1").arg(timeText(**model_.lastCategoryScan)));
+        header_->setSubtitle(u"Measured at %1"_s.arg(timeText(**model_.lastCategoryScan)));
     else
-        header_->setSubtitle(tr("Not measured yet. Measure looks at every category and changes nothing."));
+        header_->setSubtitle(u"Not measured yet. Measure looks at every category and changes nothing."_s);
 }
 
 void OverviewView::showVolumes() {
@@ -172,20 +174,20 @@ void OverviewView::keyPressEvent(QKeyEvent *event) {
 }
 
 void OverviewView::confirmDeletion(const LocalSnapshot &snapshot) {
-    auto *sheet = new ConfirmationSheet(tr("Delete this snapshot?"),
-                                        tr("“%1” will be deleted for good. The states of your files that "
-                                           "only it holds are gone then. The system "
-                                           "asks for an administrator's password.")
-                                            .arg(QString::fromStdString(snapshot.name)),
-                                        tr("Delete"), this);
+    auto *sheet = new ConfirmationSheet(
+        u"Delete this snapshot?"_s,
+        u"“%1” will be deleted for good. The states of your files that "
+        "only it holds are gone then. The system "
+        "asks for an administrator's password."_s.arg(QString::fromStdString(snapshot.name)),
+        u"Delete"_s, this);
     connect(sheet, &QDialog::accepted, this, [this, snapshot] {
         model_.deleteSnapshot(snapshot, [this, page = QPointer(this), snapshot](bool isDeleted) {
             if (isDeleted || page.isNull())
                 return;
             whenNoSheetIsOpen(this, [this, snapshot] {
-                (new NoticeSheet(tr("The snapshot is still there"),
-                                 tr("“%1” could not be deleted, or the password was not given.")
-                                     .arg(QString::fromStdString(snapshot.name)),
+                (new NoticeSheet(u"The snapshot is still there"_s,
+                                 u"“%1” could not be deleted, or the password was not given."_s.arg(
+                                     QString::fromStdString(snapshot.name)),
                                  this))
                     ->open();
             });

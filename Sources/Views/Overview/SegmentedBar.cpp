@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -30,7 +32,7 @@ SegmentedBar::SegmentedBar(QWidget *parent) : QWidget(parent) {
     setObjectName(QStringLiteral("segmentedBar"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     SegmentAccessibility::install(); // first: a name makes it known to accessibility, for good
-    setAccessibleName(tr("What the used space consists of"));
+    setAccessibleName(u"What the used space consists of"_s);
 }
 
 void SegmentedBar::setSegments(std::vector<BarSegment> segments, std::int64_t whole) {

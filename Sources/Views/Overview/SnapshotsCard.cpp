@@ -9,6 +9,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -64,8 +66,8 @@ QWidget *SnapshotsCard::makeRow(const LocalSnapshot &snapshot, bool isBusy) {
     date->setText(snapshot.date ? text(Fmt::relativeDate(snapshot.date)) : QString());
     auto *remove = new DestructiveButton(row);
     remove->setObjectName(QStringLiteral("deleteSnapshot"));
-    remove->setText(tr("Delete…"));
-    remove->setAccessibleName(tr("Delete %1").arg(text(snapshot.name)));
+    remove->setText(u"Delete…"_s);
+    remove->setAccessibleName(u"Delete %1"_s.arg(text(snapshot.name)));
     remove->setEnabled(!isBusy);
     connect(remove, &QPushButton::clicked, this, [this, snapshot] { emit deletionAsked(snapshot); });
     auto *layout = new QHBoxLayout(row);

@@ -11,6 +11,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -48,11 +50,11 @@ QWidget *VolumesCard::makeRow(const VolumeInfo &volume) {
     name->setText(QString::fromStdString(volume.name));
     auto *bar = new CapacityBar(row);
     bar->setFixedWidth(barWidth);
-    bar->setAccessibleName(tr("Capacity of %1").arg(name->text()));
+    bar->setAccessibleName(u"Capacity of %1"_s.arg(name->text()));
     const double total = static_cast<double>(std::max<std::int64_t>(volume.totalCapacity, 1));
     bar->setUsedShare(1 - static_cast<double>(volume.trueFree) / total);
     auto *free = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, row);
-    free->setText(tr("%1 free of %2").arg(sizeText(volume.shownAvailable()), sizeText(volume.totalCapacity)));
+    free->setText(u"%1 free of %2"_s.arg(sizeText(volume.shownAvailable()), sizeText(volume.totalCapacity)));
     free->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     free->setMinimumWidth(freeWidth);
     auto *layout = new QHBoxLayout(row);

@@ -11,6 +11,8 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 ActionBar::ActionBar(QWidget *parent)
@@ -60,7 +62,7 @@ void ActionBar::resetMode() {
 }
 
 void ActionBar::showSelection() {
-    selection_->setText(isBusy_ ? tr("Removing…") : selectionText(count_, bytes_));
+    selection_->setText(isBusy_ ? u"Removing…"_s : selectionText(count_, bytes_));
     remove_->setText(removalTitle(count_, bytes_));
     remove_->setEnabled(count_ > 0 && !isBusy_);
 }

@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -52,7 +54,7 @@ ConfirmationSheet::ConfirmationSheet(const QString &question, const QString &exp
     act->setObjectName(QStringLiteral("confirm"));
     act->setText(action);
     connect(act, &QPushButton::clicked, this, &QDialog::accept);
-    auto *cancel = new QPushButton(tr("Cancel"), this);
+    auto *cancel = new QPushButton(u"Cancel"_s, this);
     cancel->setObjectName(QStringLiteral("cancel"));
     cancel->setDefault(true);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
@@ -64,7 +66,7 @@ ConfirmationSheet::ConfirmationSheet(const QString &question, const QString &exp
 NoticeSheet::NoticeSheet(const QString &title, const QString &text, QWidget *parent)
     : QDialog(parent, Qt::Sheet) {
     setObjectName(QStringLiteral("noticeSheet"));
-    auto *close = new QPushButton(tr("OK"), this);
+    auto *close = new QPushButton(u"OK"_s, this);
     close->setObjectName(QStringLiteral("ok"));
     close->setDefault(true);
     connect(close, &QPushButton::clicked, this, &QDialog::reject);

@@ -2,11 +2,13 @@
 
 #include <QAbstractItemView>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 RemovalModePicker::RemovalModePicker(QWidget *parent) : QComboBox(parent) {
     setObjectName(QStringLiteral("modePicker"));
-    setAccessibleName(tr("How to remove"));
+    setAccessibleName(u"How to remove"_s);
     for (const RemovalMode mode : allRemovalModes)
         addItem(QString::fromUtf8(title(mode).data(), static_cast<qsizetype>(title(mode).size())));
     view()->window()->setAttribute(Qt::WA_WindowPropagation); // for the window's palette

@@ -17,6 +17,8 @@
 #include <QVBoxLayout>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -28,10 +30,8 @@ constexpr std::size_t mostItemsShown = 6;
 QString question(const std::vector<CleanupEntry> &items) {
     const QString bytes = sizeText(CleanupEntries::totalSize(items));
     if (items.size() == 1)
-        return RemovalSheet::tr("Remove “%1”, %2?")
-            .arg(displayedText(items.front().url.lastPathComponent()), bytes);
-    return RemovalSheet::tr("Remove %1 items, %2?")
-        .arg(text(Fmt::count(static_cast<std::int64_t>(items.size()))), bytes);
+        return u"Remove “%1”, %2?"_s.arg(displayedText(items.front().url.lastPathComponent()), bytes);
+    return u"Remove %1 items, %2?"_s.arg(text(Fmt::count(static_cast<std::int64_t>(items.size()))), bytes);
 }
 
 std::string remarkOn(const RemovalRequest &request, RemovalMode mode) {
@@ -52,7 +52,7 @@ RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
     setWindowModality(Qt::WindowModal);
-    setWindowTitle(tr("Remove"));
+    setWindowTitle(u"Remove"_s);
 
     auto *title = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
     title->setObjectName(QStringLiteral("question"));
@@ -99,14 +99,14 @@ QWidget *RemovalSheet::makeItemList() {
         addRow(displayedText(item.url.path()), sizeText(item.size));
     }
     if (const std::size_t rest = request_.items.size() - shown; rest > 0)
-        addRow(tr("and %1 more").arg(text(Fmt::count(static_cast<std::int64_t>(rest)))),
-               tr("%1 in all").arg(sizeText(CleanupEntries::totalSize(request_.items))));
+        addRow(u"and %1 more"_s.arg(text(Fmt::count(static_cast<std::int64_t>(rest)))),
+               u"%1 in all"_s.arg(sizeText(CleanupEntries::totalSize(request_.items))));
     return card;
 }
 
 QWidget *RemovalSheet::makeButtons() {
     auto *row = new QWidget(this);
-    auto *cancel = new QPushButton(tr("Cancel"), row);
+    auto *cancel = new QPushButton(u"Cancel"_s, row);
     cancel->setObjectName(QStringLiteral("cancel"));
     cancel->setDefault(true);
     remove_->setObjectName(QStringLiteral("confirm"));
@@ -126,7 +126,7 @@ QWidget *RemovalSheet::makeButtons() {
 
 void RemovalSheet::showMode() {
     const RemovalMode mode = picker_->mode();
-    remove_->setText(mode == RemovalMode::trash ? tr("Move to Trash") : tr("Delete Immediately"));
+    remove_->setText(mode == RemovalMode::trash ? u"Move to Trash"_s : u"Delete Immediately"_s);
     const QString remark = text(remarkOn(request_, mode));
     remark_->setText(remark);
     remark_->setVisible(!remark.isEmpty());

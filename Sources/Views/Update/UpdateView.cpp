@@ -14,6 +14,8 @@
 #include <QVBoxLayout>
 #include <chrono>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -41,18 +43,18 @@ UpdateView::UpdateView(Updater &updater, QWidget *parent)
     setObjectName(QStringLiteral("updateWindow"));
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
-    setWindowTitle(tr("Software Update"));
+    setWindowTitle(u"Software Update"_s);
     title_->setObjectName(QStringLiteral("updateTitle"));
     title_->setWordWrap(true);
     text_->setObjectName(QStringLiteral("updateText"));
     text_->setWordWrap(true);
     notes_->setObjectName(QStringLiteral("updateNotes"));
-    notes_->setAccessibleName(tr("Release notes"));
+    notes_->setAccessibleName(u"Release notes"_s);
     notes_->setReadOnly(true);
     notes_->setFixedHeight(notesHeight);
     notes_->setFrameShape(QFrame::NoFrame);
     progress_->setObjectName(QStringLiteral("updateProgress"));
-    progress_->setAccessibleName(tr("Download"));
+    progress_->setAccessibleName(u"Download"_s);
     lastChecked_->setObjectName(QStringLiteral("lastChecked"));
     action_->setObjectName(QStringLiteral("updateAction"));
     connect(action_, &QPushButton::clicked, this, &UpdateView::act);
@@ -71,7 +73,7 @@ void UpdateView::arrange() {
     auto *inCard = new QVBoxLayout(notesCard_);
     inCard->setContentsMargins(8, 8, 8, 8);
     inCard->addWidget(notes_);
-    auto *close = new QPushButton(tr("Close"), this);
+    auto *close = new QPushButton(u"Close"_s, this);
     close->setObjectName(QStringLiteral("close"));
     close->setAutoDefault(false);
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
@@ -93,37 +95,37 @@ void UpdateView::arrange() {
 
 UpdateView::Content UpdateView::content() const {
     using namespace updateState;
-    const QString again = tr("Check Again");
-    const QString running = tr("You have version %1.").arg(text(updater_.currentVersion()));
+    const QString again = u"Check Again"_s;
+    const QString running = u"You have version %1."_s.arg(text(updater_.currentVersion()));
     const UpdateState &state = *updater_.state;
     if (std::holds_alternative<Checking>(state))
-        return {tr("Checking for updates"), running, {}, {}};
+        return {u"Checking for updates"_s, running, {}, {}};
     if (std::holds_alternative<UpToDate>(state))
-        return {tr("Brimvale is up to date"), running, {}, again};
+        return {u"Brimvale is up to date"_s, running, {}, again};
     if (const auto *available = std::get_if<Available>(&state)) {
         const QString advice =
             updater_.canInstallItself()
                 ? running
-                : tr("%1 Install it with your system's package manager, or from the download page.")
-                      .arg(running);
-        return {tr("Version %1 is available").arg(text(available->version)), advice,
+                : u"%1 Install it with your system's package manager, or from the download page."_s.arg(
+                      running);
+        return {u"Version %1 is available"_s.arg(text(available->version)), advice,
                 text(available->notes.value_or("")),
-                updater_.canInstallItself() ? tr("Download and Install") : tr("Open Download Page")};
+                updater_.canInstallItself() ? u"Download and Install"_s : u"Open Download Page"_s};
     }
     if (const auto *downloading = std::get_if<Downloading>(&state))
-        return {tr("Downloading the update"),
-                downloading->progress < 1 ? tr("You can go on working meanwhile.")
-                                          : tr("Checking what was downloaded."),
+        return {u"Downloading the update"_s,
+                downloading->progress < 1 ? u"You can go on working meanwhile."_s
+                                          : u"Checking what was downloaded."_s,
                 {},
                 {}};
     if (std::holds_alternative<ReadyToRelaunch>(state))
-        return {tr("Ready to install"),
-                tr("Downloaded and signature-checked. Brimvale will quit and reopen on the new version."),
+        return {u"Ready to install"_s,
+                u"Downloaded and signature-checked. Brimvale will quit and reopen on the new version."_s,
                 {},
-                tr("Install")};
+                u"Install"_s};
     if (const auto *failed = std::get_if<Failed>(&state))
-        return {tr("Could not update"), text(failed->message), {}, again};
-    return {tr("Software Update"), running, {}, tr("Check for Updates")};
+        return {u"Could not update"_s, text(failed->message), {}, again};
+    return {u"Software Update"_s, running, {}, u"Check for Updates"_s};
 }
 
 void UpdateView::showState() {
@@ -147,7 +149,7 @@ void UpdateView::showState() {
 
     lastChecked_->setHidden(!*updater_.lastChecked);
     if (*updater_.lastChecked)
-        lastChecked_->setText(tr("Last checked %1").arg(text(**updater_.lastChecked)));
+        lastChecked_->setText(u"Last checked %1"_s.arg(text(**updater_.lastChecked)));
     adjustSize(); // to what this state shows
 }
 

@@ -7,6 +7,8 @@
 #include <QDialogButtonBox>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -18,7 +20,7 @@ constexpr int margin = 32;
 
 AboutSheet::AboutSheet(QWidget *parent) : QDialog(parent, Qt::Sheet) {
     setObjectName(QStringLiteral("aboutSheet"));
-    setWindowTitle(tr("About %1").arg(QCoreApplication::applicationName()));
+    setWindowTitle(u"About %1"_s.arg(QCoreApplication::applicationName()));
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
 
@@ -27,13 +29,13 @@ AboutSheet::AboutSheet(QWidget *parent) : QDialog(parent, Qt::Sheet) {
     auto *name = new TextLabel(Type::Size::title, QFont::Bold, this);
     name->setText(QCoreApplication::applicationName());
     auto *version = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);
-    version->setText(tr("Version %1").arg(QCoreApplication::applicationVersion()));
+    version->setText(u"Version %1"_s.arg(QCoreApplication::applicationVersion()));
     version->setObjectName(QStringLiteral("version"));
     version->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     auto *purpose = new TextLabel(Type::Size::body, TextLabel::Tone::primary, this);
-    purpose->setText(tr("Shows where disk space has gone and gets it back safely."));
+    purpose->setText(u"Shows where disk space has gone and gets it back safely."_s);
     auto *credits = new TextLabel(Type::Size::caption, TextLabel::Tone::tertiary, this);
-    credits->setText(tr("Made with Qt %1, the Lucide icons and the typeface Inter.").arg(qVersion()));
+    credits->setText(u"Made with Qt %1, the Lucide icons and the typeface Inter."_s.arg(qVersion()));
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 

@@ -5,6 +5,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 ClosingQuestion::ClosingQuestion(CorvelModel &model, QWidget &window)
@@ -37,18 +39,18 @@ bool ClosingQuestion::administratorRuns() const {
 
 QString ClosingQuestion::question() const {
     if (administratorRuns())
-        return tr("Quit while the administrator's command runs?");
-    return model_.isRemoving() ? tr("Stop removing and quit?") : tr("Stop the backup and quit?");
+        return u"Quit while the administrator's command runs?"_s;
+    return model_.isRemoving() ? u"Stop removing and quit?"_s : u"Stop the backup and quit?"_s;
 }
 
 QString ClosingQuestion::loss() const {
     QStringList sentences;
     if (administratorRuns())
-        sentences.append(tr("It goes on until it is done, but you will not be told what became of it."));
+        sentences.append(u"It goes on until it is done, but you will not be told what became of it."_s);
     if (model_.isRemoving() && *model_.removalActivity != RemovalActivity::asAdministrator)
-        sentences.append(tr("What is gone by now stays gone, the rest stays where it is."));
+        sentences.append(u"What is gone by now stays gone, the rest stays where it is."_s);
     if (*model_.isArchiving)
-        sentences.append(tr("The backup remains unfinished. No original of it is touched."));
+        sentences.append(u"The backup remains unfinished. No original of it is touched."_s);
     return sentences.join(' ');
 }
 

@@ -34,6 +34,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -89,20 +91,20 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
 }
 
 void ContentView::addPages() {
-    addPage({Section::Kind::overview}, {tr("Overview"), QStringLiteral("chart-pie")}, [this] {
+    addPage({Section::Kind::overview}, {u"Overview"_s, QStringLiteral("chart-pie")}, [this] {
         auto *page = new OverviewView(model_, this);
         connect(page, &OverviewView::categoryOpened, this, [this](const std::string &id) {
             goTo({Section::Kind::category, id});
         });
         return page;
     });
-    addPage({Section::Kind::browse}, {tr("Browse"), QStringLiteral("folder-tree")},
+    addPage({Section::Kind::browse}, {u"Browse"_s, QStringLiteral("folder-tree")},
             [this] { return new BrowseView(model_, this); });
-    addPage({Section::Kind::cleanup}, {tr("Cleanup"), QStringLiteral("sparkles")},
+    addPage({Section::Kind::cleanup}, {u"Cleanup"_s, QStringLiteral("sparkles")},
             [this] { return new CleanupView(model_, this); });
-    addPage({Section::Kind::apps}, {tr("Apps"), QStringLiteral("layout-grid")},
+    addPage({Section::Kind::apps}, {u"Apps"_s, QStringLiteral("layout-grid")},
             [this] { return new AppsView(model_, this); });
-    sidebar_->addHeading(tr("Storage"));
+    sidebar_->addHeading(u"Storage"_s);
     for (const MeasuredCategory &one : *model_.categories)
         addCategoryPage(one.category);
 }
@@ -132,27 +134,27 @@ QMenu *ContentView::addMenu(const QString &title) {
 }
 
 void ContentView::buildMenus() {
-    QMenu *file = addMenu(tr("&File"));
-    QAction *rescan = file->addAction(tr("&Rescan"), Shortcuts::rescan(), this, &ContentView::rescan);
+    QMenu *file = addMenu(u"&File"_s);
+    QAction *rescan = file->addAction(u"&Rescan"_s, Shortcuts::rescan(), this, &ContentView::rescan);
     rescan->setObjectName(QStringLiteral("rescan"));
     file->addSeparator();
     StandardMenus::addClosing(*file, *this);
-    QAction *quit = file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
+    QAction *quit = file->addAction(u"&Quit"_s, QKeySequence::Quit, this, &QWidget::close);
     quit->setObjectName(QStringLiteral("quit"));
     quit->setMenuRole(QAction::QuitRole);
 
-    StandardMenus::addEditing(*addMenu(tr("&Edit")));
-    goMenu_ = addMenu(tr("&Go"));
-    StandardMenus::addWindow(*addMenu(tr("&Window")), *this);
+    StandardMenus::addEditing(*addMenu(u"&Edit"_s));
+    goMenu_ = addMenu(u"&Go"_s);
+    StandardMenus::addWindow(*addMenu(u"&Window"_s), *this);
 
     // On a Mac the entries with roles leave their menus, and a menu without any is not shown.
-    QMenu *help = addMenu(tr("&Help"));
-    QAction *shortcuts = help->addAction(tr("&Keyboard Shortcuts"), this, &ContentView::showShortcuts);
+    QMenu *help = addMenu(u"&Help"_s);
+    QAction *shortcuts = help->addAction(u"&Keyboard Shortcuts"_s, this, &ContentView::showShortcuts);
     shortcuts->setObjectName(QStringLiteral("keyboardShortcuts"));
-    QAction *update = help->addAction(tr("Check for &Updates…"), this, &ContentView::checkForUpdates);
+    QAction *update = help->addAction(u"Check for &Updates…"_s, this, &ContentView::checkForUpdates);
     update->setObjectName(QStringLiteral("checkForUpdates"));
     update->setMenuRole(QAction::ApplicationSpecificRole);
-    QAction *about = help->addAction(tr("&About %1").arg(windowTitle()));
+    QAction *about = help->addAction(u"&About %1"_s.arg(windowTitle()));
     about->setObjectName(QStringLiteral("about"));
     about->setMenuRole(QAction::AboutRole);
     connect(about, &QAction::triggered, this, &ContentView::showAbout);
@@ -195,7 +197,7 @@ void ContentView::checkForUpdates() {
 void ContentView::installUpdate() {
     if (!closing_->isDue())
         return updater_.installAndRelaunch();
-    closing_->ask(tr("Quit and Install"), [this] {
+    closing_->ask(u"Quit and Install"_s, [this] {
         mayClose_ = true;
         updater_.installAndRelaunch();
         mayClose_ = !isVisible(); // it may have failed
@@ -249,7 +251,7 @@ void ContentView::closeEvent(QCloseEvent *event) {
         return;
     }
     event->ignore();
-    closing_->ask(tr("Quit"), [this] {
+    closing_->ask(u"Quit"_s, [this] {
         mayClose_ = true;
         close();
     });

@@ -9,6 +9,8 @@
 #include <QPushButton>
 #include <chrono>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -21,12 +23,12 @@ constexpr int lineWidth = 160;
 RemovalBar::RemovalBar(CorvelModel &model, QWidget *parent)
     : QWidget(parent), model_(model),
       what_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)), line_(new ProgressLine(this)),
-      stop_(new QPushButton(tr("Stop"), this)) {
+      stop_(new QPushButton(u"Stop"_s, this)) {
     setObjectName(QStringLiteral("removalBar"));
     what_->setObjectName(QStringLiteral("removalActivity"));
     line_->setRange(0, 0);
     line_->setFixedWidth(lineWidth);
-    line_->setAccessibleName(tr("Removal"));
+    line_->setAccessibleName(u"Removal"_s);
     stop_->setObjectName(QStringLiteral("stopRemoval"));
     stop_->setAutoDefault(false);
     auto *layout = new QHBoxLayout(this);
@@ -55,15 +57,15 @@ void RemovalBar::showActivity() {
         return;
     case RemovalActivity::removing:
         what_->setText(*model_.removedEntries > 0
-                           ? tr("Removing… %1 files and folders so far")
-                                 .arg(QString::fromStdString(Fmt::count(*model_.removedEntries)))
-                           : tr("Removing…"));
+                           ? u"Removing… %1 files and folders so far"_s.arg(
+                                 QString::fromStdString(Fmt::count(*model_.removedEntries)))
+                           : u"Removing…"_s);
         break;
     case RemovalActivity::stopping:
-        what_->setText(tr("Stopping…"));
+        what_->setText(u"Stopping…"_s);
         break;
     case RemovalActivity::asAdministrator:
-        what_->setText(tr("Removing as an administrator. The system may ask for a password."));
+        what_->setText(u"Removing as an administrator. The system may ask for a password."_s);
         break;
     }
     if (!isVisible() && !delay_.isActive())

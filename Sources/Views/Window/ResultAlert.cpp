@@ -13,6 +13,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -78,7 +80,7 @@ void ResultAlert::addFailures(QVBoxLayout &layout, const RemovalResult &result) 
 void ResultAlert::addAdminSection(QVBoxLayout &layout, const std::vector<FileURL> &items) {
     auto *heading = new TextLabel(Type::Size::body, QFont::DemiBold, this);
     heading->setObjectName(QStringLiteral("adminTitle"));
-    heading->setText(tr("Some items need admin rights"));
+    heading->setText(u"Some items need admin rights"_s);
     auto *card = new Card(this);
     auto *lines = new QVBoxLayout(card);
     lines->setContentsMargins(12, 10, 12, 10);
@@ -92,11 +94,11 @@ void ResultAlert::addAdminSection(QVBoxLayout &layout, const std::vector<FileURL
     }
     if (const std::size_t rest = items.size() - shown; rest > 0) {
         auto *line = new TextLabel(Type::Size::body, TextLabel::Tone::tertiary, card);
-        line->setText(tr("and %1 more.").arg(text(Fmt::count(static_cast<std::int64_t>(rest)))));
+        line->setText(u"and %1 more."_s.arg(text(Fmt::count(static_cast<std::int64_t>(rest)))));
         lines->addWidget(line);
     }
     auto *note = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this);
-    note->setText(tr("There is no Trash for what an administrator removes: it is deleted immediately."));
+    note->setText(u"There is no Trash for what an administrator removes: it is deleted immediately."_s);
     note->setWordWrap(true);
     layout.addWidget(heading);
     layout.addWidget(card);
@@ -109,7 +111,7 @@ QWidget *ResultAlert::makeButtons(const std::vector<FileURL> &needsAdmin) {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addStretch(1);
     if (!needsAdmin.empty()) {
-        authenticate_ = new QPushButton(tr("Authenticate and remove"), row);
+        authenticate_ = new QPushButton(u"Authenticate and remove"_s, row);
         authenticate_->setObjectName(QStringLiteral("authenticate"));
         authenticate_->setAutoDefault(false);
         connect(authenticate_, &QPushButton::clicked, this, [this, needsAdmin] {
@@ -118,7 +120,7 @@ QWidget *ResultAlert::makeButtons(const std::vector<FileURL> &needsAdmin) {
         });
         layout->addWidget(authenticate_);
     }
-    auto *close = new QPushButton(needsAdmin.empty() ? tr("OK") : tr("Skip"), row);
+    auto *close = new QPushButton(needsAdmin.empty() ? u"OK"_s : u"Skip"_s, row);
     close->setObjectName(needsAdmin.empty() ? QStringLiteral("ok") : QStringLiteral("skip"));
     close->setDefault(true);
     connect(close, &QPushButton::clicked, this, &QDialog::reject);

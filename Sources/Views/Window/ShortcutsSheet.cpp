@@ -7,6 +7,8 @@
 #include <QGridLayout>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -27,21 +29,21 @@ QString text(const QList<QKeySequence> &keys) {
 
 ShortcutsSheet::ShortcutsSheet(QWidget *parent) : QDialog(parent, Qt::Sheet) {
     setObjectName(QStringLiteral("shortcutsSheet"));
-    setWindowTitle(tr("Keyboard Shortcuts"));
+    setWindowTitle(u"Keyboard Shortcuts"_s);
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
 
     const QList<Row> rows = {
         {{Shortcuts::page(1), Shortcuts::page(2), Shortcuts::page(3)},
-         tr("Go to Overview, Browse or Cleanup")},
-        {{Shortcuts::rescan()}, tr("Scan again")},
-        {{Qt::Key_Return}, tr("Go into the selected folder")},
-        {{Shortcuts::enclosingFolder()}, tr("Come back out to the folder around it")},
-        {{QKeySequence(QKeySequence::Find)}, tr("Look for a name")},
-        {{QKeySequence(QKeySequence::Copy)}, tr("Copy the paths of the selection")},
-        {{Qt::Key_Space}, tr("Tick the current row, or take the tick away")},
-        {Shortcuts::removal(), tr("Ask to remove the selection")},
-        {{Qt::Key_Escape}, tr("Close a sheet, or clear the field for names")},
+         u"Go to Overview, Browse or Cleanup"_s},
+        {{Shortcuts::rescan()}, u"Scan again"_s},
+        {{Qt::Key_Return}, u"Go into the selected folder"_s},
+        {{Shortcuts::enclosingFolder()}, u"Come back out to the folder around it"_s},
+        {{QKeySequence(QKeySequence::Find)}, u"Look for a name"_s},
+        {{QKeySequence(QKeySequence::Copy)}, u"Copy the paths of the selection"_s},
+        {{Qt::Key_Space}, u"Tick the current row, or take the tick away"_s},
+        {Shortcuts::removal(), u"Ask to remove the selection"_s},
+        {{Qt::Key_Escape}, u"Close a sheet, or clear the field for names"_s},
     };
     auto *title = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
     title->setText(windowTitle());

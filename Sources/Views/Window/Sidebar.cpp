@@ -8,6 +8,8 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -34,7 +36,7 @@ Sidebar::Sidebar(QWidget *parent)
     setObjectName(QStringLiteral("sidebar"));
     setFixedWidth(sidebarWidth);
     list_->setObjectName(QStringLiteral("pages"));
-    list_->setAccessibleName(tr("Pages"));
+    list_->setAccessibleName(u"Pages"_s);
     list_->setItemDelegate(new SidebarDelegate(list_));
     list_->setFrameShape(QFrame::NoFrame);
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -70,7 +72,7 @@ void Sidebar::setValue(int row, const QString &value) {
     QListWidgetItem *item = list_->item(row);
     item->setData(SidebarDelegate::valueRole, value);
     item->setData(Qt::AccessibleTextRole,
-                  value.isEmpty() ? item->text() : tr("%1, %2").arg(item->text(), value));
+                  value.isEmpty() ? item->text() : u"%1, %2"_s.arg(item->text(), value));
 }
 
 void Sidebar::setCurrentRow(int row) {

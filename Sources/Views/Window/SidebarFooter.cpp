@@ -15,6 +15,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -34,7 +36,7 @@ SidebarFooter::SidebarFooter(QWidget *parent)
       name_(new TextLabel(Type::Size::body, QFont::Medium, volume_)), bar_(new CapacityBar(volume_)),
       free_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, volume_)),
       freed_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
-      grantAccess_(new QPushButton(tr("Grant Full Disk Access"), this)) {
+      grantAccess_(new QPushButton(u"Grant Full Disk Access"_s, this)) {
     setObjectName(QStringLiteral("sidebarFooter"));
     volume_->setObjectName(QStringLiteral("volume"));
     name_->setObjectName(QStringLiteral("volumeName"));
@@ -44,8 +46,8 @@ SidebarFooter::SidebarFooter(QWidget *parent)
     name_->setMinimumWidth(1);
     grantAccess_->setObjectName(QStringLiteral("grantFullDiskAccess"));
     grantAccess_->setAccessibleName(grantAccess_->text());
-    grantAccess_->setToolTip(tr("Without it, protected folders such as Mail and Messages read as empty. "
-                                "Opens the privacy settings."));
+    grantAccess_->setToolTip(u"Without it, protected folders such as Mail and Messages read as empty. "
+                             "Opens the privacy settings."_s);
     connect(grantAccess_, &QPushButton::clicked, this, openPrivacySettings);
 
     auto *inVolume = new QVBoxLayout(volume_);
@@ -75,15 +77,15 @@ void SidebarFooter::setVolume(const std::optional<VolumeInfo> &volume) {
         const double total = static_cast<double>(std::max<std::int64_t>(volume->totalCapacity, 1));
         volumeName_ = QString::fromStdString(volume->name);
         showName();
-        bar_->setAccessibleName(tr("Capacity of %1").arg(volumeName_));
+        bar_->setAccessibleName(u"Capacity of %1"_s.arg(volumeName_));
         bar_->setUsedShare(1 - static_cast<double>(free) / total);
-        free_->setText(tr("%1 free of %2").arg(sizeText(free), sizeText(volume->totalCapacity)));
+        free_->setText(u"%1 free of %2"_s.arg(sizeText(free), sizeText(volume->totalCapacity)));
     }
     showWhatThereIs();
 }
 
 void SidebarFooter::setFreed(std::int64_t bytes) {
-    freed_->setText(tr("%1 freed this session").arg(sizeText(bytes)));
+    freed_->setText(u"%1 freed this session"_s.arg(sizeText(bytes)));
     freed_->setHidden(bytes <= 0);
     showWhatThereIs();
 }

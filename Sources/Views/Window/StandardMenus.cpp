@@ -4,18 +4,15 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
-#include <QCoreApplication>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMetaObject>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale::StandardMenus {
 
 namespace {
-
-QString word(const char *english) {
-    return QCoreApplication::translate("StandardMenus", english);
-}
 
 /// Fields copy what is marked in them, pages the paths of what is selected in them, other lists their current
 /// row. The innermost that knows how to do it does it.
@@ -36,26 +33,26 @@ void copyFromFocus() {
 
 void addEditing(QMenu &menu) {
     // macOS finds the entry by this text, and has it serve the dialogs of its own as well.
-    QAction *copy = menu.addAction(word("&Copy"), QKeySequence::Copy, &menu, copyFromFocus);
+    QAction *copy = menu.addAction(u"&Copy"_s, QKeySequence::Copy, &menu, copyFromFocus);
     copy->setObjectName(QStringLiteral("copy"));
 }
 
 void addWindow(QMenu &menu, QMainWindow &window) {
     QAction *minimize =
-        menu.addAction(word("&Minimize"), Qt::CTRL | Qt::Key_M, &window, &QWidget::showMinimized);
+        menu.addAction(u"&Minimize"_s, Qt::CTRL | Qt::Key_M, &window, &QWidget::showMinimized);
     minimize->setObjectName(QStringLiteral("minimize"));
-    QAction *zoom = menu.addAction(word("&Zoom"), &window, [&window] {
+    QAction *zoom = menu.addAction(u"&Zoom"_s, &window, [&window] {
         window.isMaximized() ? window.showNormal() : window.showMaximized();
     });
     zoom->setObjectName(QStringLiteral("zoom"));
-    QAction *fullScreen = menu.addAction(word("&Full Screen"), QKeySequence::FullScreen, &window, [&window] {
+    QAction *fullScreen = menu.addAction(u"&Full Screen"_s, QKeySequence::FullScreen, &window, [&window] {
         window.setWindowState(window.windowState() ^ Qt::WindowFullScreen);
     });
     fullScreen->setObjectName(QStringLiteral("fullScreen"));
 }
 
 void addClosing(QMenu &menu, QMainWindow &window) {
-    QAction *close = menu.addAction(word("&Close Window"), QKeySequence::Close, &window, [&window] {
+    QAction *close = menu.addAction(u"&Close Window"_s, QKeySequence::Close, &window, [&window] {
         QWidget *front = QApplication::activeWindow();
         (front != nullptr ? front : &window)->close();
     });

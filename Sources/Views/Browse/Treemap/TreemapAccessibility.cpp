@@ -6,17 +6,14 @@
 #include "Views/Components/NodeName.h"
 
 #include <QAccessible>
-#include <QCoreApplication>
 #include <QStringList>
 #include <cmath>
+
+using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
 namespace {
-
-QString translated(const char *text) {
-    return QCoreApplication::translate("TreemapAccessibility", text);
-}
 
 const QString &openAction() {
     static const QString name = QStringLiteral("open");
@@ -49,9 +46,9 @@ private:
 };
 
 QString AccessibleTile::name() const {
-    return translated("%1, %2, %3 percent")
-        .arg(displayedName(*tile().node), QString::fromStdString(TreemapStyle::sizeText(*tile().node)),
-             QString::number(std::lround(tile().fraction * 100)));
+    return u"%1, %2, %3 percent"_s.arg(displayedName(*tile().node),
+                                       QString::fromStdString(TreemapStyle::sizeText(*tile().node)),
+                                       QString::number(std::lround(tile().fraction * 100)));
 }
 
 QAccessible::State AccessibleTile::state() const {
@@ -78,8 +75,8 @@ QStringList AccessibleTile::actionNames() const {
 
 QString AccessibleTile::localizedActionName(const QString &name) const {
     if (name == pressAction())
-        return translated("Select");
-    return name == openAction() ? translated("Open") : QAccessibleActionInterface::localizedActionName(name);
+        return u"Select"_s;
+    return name == openAction() ? u"Open"_s : QAccessibleActionInterface::localizedActionName(name);
 }
 
 void AccessibleTile::doAction(const QString &name) {

@@ -18,6 +18,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace brimvale {
 
 namespace {
@@ -30,7 +32,7 @@ constexpr int focusFrameWidth = 2;
 TreemapView::TreemapView(QWidget *parent) : QWidget(parent) {
     TreemapAccessibility::install();
     setObjectName(QStringLiteral("treemap"));
-    setAccessibleName(tr("Treemap"));
+    setAccessibleName(u"Treemap"_s);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -44,7 +46,7 @@ void TreemapView::setNode(FSNode *node) {
     if (node == nullptr)
         selection_ = nullptr;
     rebuild();
-    setAccessibleName(node == nullptr ? tr("Treemap") : tr("Treemap of %1").arg(displayedName(*node)));
+    setAccessibleName(node == nullptr ? u"Treemap"_s : u"Treemap of %1"_s.arg(displayedName(*node)));
 }
 
 void TreemapView::setMaxTiles(int maxTiles) {
@@ -143,7 +145,7 @@ void TreemapView::paintEvent(QPaintEvent *) {
     if (node_ != nullptr && tiles_.empty()) {
         painter.setPen(theme.tertiaryText);
         painter.setFont(Type::font(Type::Size::body));
-        painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, tr("Nothing here takes up space."));
+        painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, u"Nothing here takes up space."_s);
     }
     drawStates(painter, theme, ratio);
 }
