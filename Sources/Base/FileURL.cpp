@@ -84,7 +84,7 @@ FileURL FileURL::resolving(std::string_view path, const FileURL &base) {
     return path.starts_with('/') ? FileURL(std::string(path)) : base.appending(path);
 }
 
-std::string_view FileURL::lastPathComponent() const {
+std::string_view FileURL::fileName() const {
     std::string_view path = path_;
     while (path.size() > 1 && path.ends_with('/'))
         path.remove_suffix(1);
@@ -92,7 +92,7 @@ std::string_view FileURL::lastPathComponent() const {
 }
 
 bool FileURL::namesEntry() const {
-    const std::string_view name = lastPathComponent();
+    const std::string_view name = fileName();
     return name != "/" && name != "." && name != ".." && path_.find('\0') == std::string::npos;
 }
 
@@ -100,8 +100,8 @@ FileURL FileURL::appending(std::string_view component) const {
     return FileURL(joinPath(path_, component));
 }
 
-FileURL FileURL::deletingLastPathComponent() const {
-    const std::string_view last = lastPathComponent();
+FileURL FileURL::parent() const {
+    const std::string_view last = fileName();
     std::size_t end = static_cast<std::size_t>(last.data() - path_.data());
     while (end > 1 && path_[end - 1] == '/')
         --end;

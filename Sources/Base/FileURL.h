@@ -20,7 +20,7 @@ public:
     [[nodiscard]] const std::string &path() const { return path_; }
 
     /// The last component: "b" of "/a/b" and of "/a/b/", "/" of "/".
-    [[nodiscard]] std::string_view lastPathComponent() const;
+    [[nodiscard]] std::string_view fileName() const;
 
     /// Whether the last component names an entry of the enclosing folder, so that it can be removed or moved:
     /// it is not "/", "." or "..", and no zero byte cuts the path short for the system.
@@ -30,7 +30,7 @@ public:
     [[nodiscard]] FileURL appending(std::string_view component) const;
 
     /// The enclosing folder; that of "/" is "/".
-    [[nodiscard]] FileURL deletingLastPathComponent() const;
+    [[nodiscard]] FileURL parent() const;
 
     /// The same place in its plain form: no "//", no "/./", no trailing slash, no "..". Links are resolved
     /// only where a ".." follows them; where that fails, ".." drops the component before it. A leading

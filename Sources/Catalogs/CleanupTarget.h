@@ -1,10 +1,7 @@
 #pragma once
 
-#include "Base/Date.h"
-#include "Base/FileURL.h"
+#include "Catalogs/CleanupEntry.h"
 
-#include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,15 +9,6 @@ namespace brimvale {
 
 /// How much thought the removal of something deserves.
 enum class CleanupRisk { safe, review, careful };
-
-/// One item that can be removed: a row of a cleanup target or of a storage category.
-struct CleanupEntry {
-    FileURL url;
-    std::int64_t size = 0; ///< allocated bytes
-    std::optional<Date> modified = {};
-
-    friend bool operator==(const CleanupEntry &, const CleanupEntry &) = default;
-};
 
 /// A place whose contents can be removed and come back on their own.
 struct CleanupTarget {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Catalogs/CleanupEntry.h"
 #include "Catalogs/CleanupTarget.h"
 
 #include <optional>

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "CommandLine/JsonWriter.h"
+#include "Core/Apps/AppRow.h"
 #include "Core/Apps/InstalledApp.h"
+#include "Core/Apps/LeftoverItem.h"
 
 #include <vector>
 

@@ -91,7 +91,7 @@ std::string progressText(const ArchiveProgress &progress, const std::vector<File
     const std::string_view verb =
         progress.phase == ArchiveProgress::Phase::copying ? "Copying: " : "Comparing: ";
     return std::string(verb) + Fmt::byteFormatter(progress.bytes) + " of " + Fmt::byteFormatter(total) +
-           "  " + terminalText(items[progress.item].lastPathComponent());
+           "  " + terminalText(items[progress.item].fileName());
 }
 
 ArchiveResult archive(const std::vector<FileURL> &items, std::string_view label, const FileURL &root,

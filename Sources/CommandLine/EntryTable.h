@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Catalogs/CleanupTarget.h"
+#include "Catalogs/CleanupEntry.h"
 #include "CommandLine/Output.h"
 
 #include <string_view>

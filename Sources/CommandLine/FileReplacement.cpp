@@ -65,7 +65,7 @@ std::optional<FileError> replaceFile(const FileURL &url, const std::function<voi
     std::error_code error;
     const std::filesystem::path resolved = std::filesystem::canonical(url.path(), error);
     const std::string target = error ? url.path() : resolved.native();
-    std::string growing = FileURL(target).deletingLastPathComponent().appending(".brimvalectl-XXXXXX").path();
+    std::string growing = FileURL(target).parent().appending(".brimvalectl-XXXXXX").path();
     const int descriptor = mkstemp(growing.data());
     if (descriptor < 0)
         return lastError();

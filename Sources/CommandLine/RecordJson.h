@@ -1,8 +1,10 @@
 #pragma once
 
+#include "Catalogs/CleanupEntry.h"
 #include "Catalogs/CleanupTarget.h"
 #include "Catalogs/StorageCategory.h"
 #include "CommandLine/JsonWriter.h"
+#include "Core/Storage/LocalSnapshot.h"
 #include "Core/Storage/VolumeInfo.h"
 
 namespace brimvale::commandLine {

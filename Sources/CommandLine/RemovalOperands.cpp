@@ -18,9 +18,8 @@ namespace {
 FileURL realPlace(const FileURL &item) {
     const FileURL standardized = item.standardized();
     std::error_code error;
-    const std::filesystem::path folder =
-        std::filesystem::canonical(standardized.deletingLastPathComponent().path(), error);
-    return error ? standardized : FileURL(folder.native()).appending(standardized.lastPathComponent());
+    const std::filesystem::path folder = std::filesystem::canonical(standardized.parent().path(), error);
+    return error ? standardized : FileURL(folder.native()).appending(standardized.fileName());
 }
 
 /// The admitted places, with the operand that names each first.
@@ -31,7 +30,7 @@ bool goesWithAnother(const FileURL &place, std::size_t operand, const Places &ad
     if (same != admitted.end() && same->second != operand)
         return true;
     for (FileURL folder = place; folder.path() != "/";) {
-        folder = folder.deletingLastPathComponent();
+        folder = folder.parent();
         if (admitted.contains(folder))
             return true;
     }

@@ -97,9 +97,9 @@ private:
     PendingFolders() = default;
 
     Siblings siblings_;
-    std::string path_;               ///< of the folder they lie in; empty where it is not open
-    int depth_ = 0;                  ///< that they are reported with
-    std::vector<FileIdentity> line_; ///< of that folder and those around it, as far as they were walked
+    std::string path_;                    ///< of the folder they lie in; empty where it is not open
+    int depth_ = 0;                       ///< that they are reported with
+    std::vector<FileIdentity> ancestors_; ///< of that folder and those around it, as far as they were walked
 };
 
 /// A physical walk of folders: no link is followed, no folder is entered within itself, and, unless mount
@@ -147,12 +147,12 @@ private:
     const std::atomic<bool> *isStopped_;
     int depth_; ///< that the first frame's sub-folders are reported with
     std::vector<Frame> frames_;
-    std::vector<std::size_t> open_;  ///< the frames but the first whose folders are open, in order
-    std::size_t waitingCount_ = 0;   ///< in all frames
-    std::vector<FileIdentity> line_; ///< of the frames' folders and those around the first
-    std::string path_;               ///< of the folder that is read
-    Folder below_;                   ///< the last folder read that had nothing to descend into
-    std::size_t belowDepth_ = 0;     ///< how many frames lie above it
+    std::vector<std::size_t> open_;       ///< the frames but the first whose folders are open, in order
+    std::size_t waitingCount_ = 0;        ///< in all frames
+    std::vector<FileIdentity> ancestors_; ///< of the frames' folders and those around the first
+    std::string path_;                    ///< of the folder that is read
+    Folder below_;                        ///< the last folder read that had nothing to descend into
+    std::size_t belowDepth_ = 0;          ///< how many frames lie above it
 };
 
 } // namespace brimvale

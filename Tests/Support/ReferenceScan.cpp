@@ -146,8 +146,7 @@ private:
 
 ReferenceScan referenceScan(const std::string &rootPath, const ScanOptions &options) {
     ReferenceScan result;
-    result.root =
-        std::make_unique<FSNode>(std::string(FileURL(rootPath).lastPathComponent()), rootPath, true);
+    result.root = std::make_unique<FSNode>(std::string(FileURL(rootPath).fileName()), rootPath, true);
     FSNode &root = *result.root;
     std::vector<std::string> names;
     DIR *stream = opendir(rootPath.c_str());

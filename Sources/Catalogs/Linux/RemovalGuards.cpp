@@ -68,7 +68,7 @@ GuardedPaths guardedPaths(const FileURL &home) {
     structural.insert(structural.end(), structuralPlaces.begin(), structuralPlaces.end());
 
     // A home may lie anywhere, and its enclosing folders hold it.
-    for (FileURL folder = home; folder.path() != "/"; folder = folder.deletingLastPathComponent())
+    for (FileURL folder = home; folder.path() != "/"; folder = folder.parent())
         structural.push_back(folder.path());
     for (const char *inside : structuralInHome)
         structural.push_back(home.appending(inside).path());
@@ -77,7 +77,7 @@ GuardedPaths guardedPaths(const FileURL &home) {
 
     // The user's volumes are mounted in these.
     for (const char *media : {"/media", "/run/media"})
-        structural.push_back(joinPath(media, home.lastPathComponent()));
+        structural.push_back(joinPath(media, home.fileName()));
     return paths;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Apps/InstalledApp.h"
+#include "Core/Apps/LeftoverItem.h"
 #include "Platform/Host.h"
 
 #include <cstdint>

@@ -75,8 +75,8 @@ std::vector<InstalledApp> scan(bool includeSystem, const AppRoots &roots) {
         const bool isSystem = roots.isSystem(root);
         for (const std::string &path : bundles(root, levelsSearched)) {
             const FileURL url(path);
-            const std::string folder = placeOf(url.deletingLastPathComponent().path());
-            if (!seen.insert(joinPath(folder, url.lastPathComponent())).second)
+            const std::string folder = placeOf(url.parent().path());
+            if (!seen.insert(joinPath(folder, url.fileName())).second)
                 continue;
             if (std::optional<InstalledApp> app = describe(path, isSystem))
                 apps.push_back(*std::move(app));
@@ -121,7 +121,7 @@ std::optional<InstalledApp> describe(const std::string &path, bool isSystem) {
     std::error_code error;
     return InstalledApp{
         .url = url,
-        .name = firstText(info->displayName, info->name, deletingPathExtension(url.lastPathComponent())),
+        .name = firstText(info->displayName, info->name, deletingPathExtension(url.fileName())),
         .bundleID = info->identifier,
         .version = info->shortVersion ? info->shortVersion : info->version,
         .isSystemApp = isSystem,

@@ -109,7 +109,7 @@ LeftoverFinder::Keys LeftoverFinder::keysOf(const InstalledApp &app) {
     Keys keys;
     if (app.bundleID && isFileName(*app.bundleID))
         keys.identifier = *app.bundleID;
-    const std::string_view fileName = deletingPathExtension(app.url.lastPathComponent());
+    const std::string_view fileName = deletingPathExtension(app.url.fileName());
     for (const std::string_view name : {std::string_view(app.name), fileName})
         if (perceivedLength(name) >= shortestNameKey)
             keys.names.push_back(caseFolded(name));

@@ -2,6 +2,7 @@
 
 #include "Catalogs/AppLocations.h"
 #include "Core/Apps/InstalledApp.h"
+#include "Core/Apps/LeftoverItem.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Platform/Host.h"
 

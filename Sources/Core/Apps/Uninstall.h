@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Core/Apps/AppRow.h"
 #include "Core/Apps/InstalledApp.h"
+#include "Core/Apps/LeftoverItem.h"
 #include "Core/Removal/RemovalResult.h"
 
 #include <cstdint>

@@ -131,7 +131,7 @@ void Run::archive(const FileURL &source, std::size_t index) {
     if (BackupPlan::holds(source, destination_))
         return fail(source, "An item cannot be backed up into itself.");
 
-    const FileURL target = destination_.appending(source.lastPathComponent());
+    const FileURL target = destination_.appending(source.fileName());
     const std::string output = copy(source, target, index);
     if (watch_.isCancelled())
         return fail(source, cancelled);
@@ -153,8 +153,8 @@ void Run::archive(const FileURL &source, std::size_t index) {
 
 /// False when it was cancelled.
 bool Run::compare(const FileURL &source, const FileURL &target) {
-    CopyComparison comparison = compareCopy(source.path(), target.path(),
-                                            std::string(target.lastPathComponent()), watch_.isCancelled);
+    CopyComparison comparison =
+        compareCopy(source.path(), target.path(), std::string(target.fileName()), watch_.isCancelled);
     if (watch_.isCancelled())
         return false;
     for (std::string &path : comparison.differing)
@@ -175,7 +175,7 @@ void Run::finish() {
 
 bool Run::isNameOfCopy(std::string_view name) const {
     return std::any_of(result_.items.begin(), result_.items.end(), [&](const ArchivedItem &item) {
-        return BackupPlan::isSameName(item.destination.lastPathComponent(), name);
+        return BackupPlan::isSameName(item.destination.fileName(), name);
     });
 }
 
@@ -184,7 +184,7 @@ void Run::writeExport() {
     const FileListing listing = listFiles(destination_.path(), watch_.isCancelled);
     const auto database =
         std::find_if(listing.files.begin(), listing.files.end(), [&](const ListedFile &file) {
-            return !file.isLink && destination_.appending(file.path).lastPathComponent() == databaseName;
+            return !file.isLink && destination_.appending(file.path).fileName() == databaseName;
         });
     if (database == listing.files.end() || isNameOfCopy(exportName))
         return;
@@ -202,7 +202,7 @@ void Run::writeManifest() {
         return;
     std::vector<std::string> leftOut;
     for (const auto &[source, reason] : result_.failed)
-        leftOut.emplace_back(source.lastPathComponent());
+        leftOut.emplace_back(source.fileName());
     if (!BackupManifest::write(destination_, std::move(compared_), leftOut, watch_.isCancelled))
         result_.manifest = destination_.appending(BackupManifest::fileName);
 }

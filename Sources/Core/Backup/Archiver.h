@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Date.h"
+#include "Core/Backup/ArchivedItem.h"
 #include "Core/Backup/PendingDeletion.h"
 #include "Platform/Host.h"
 

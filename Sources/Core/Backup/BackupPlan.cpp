@@ -21,7 +21,7 @@ char lowered(char letter) {
 /// The folder itself, or the nearest around it that exists.
 FileURL nearestExisting(FileURL folder) {
     while (folder.path() != "/" && !fileStatus(folder.path()))
-        folder = folder.deletingLastPathComponent();
+        folder = folder.parent();
     return folder;
 }
 
@@ -44,24 +44,24 @@ bool isSameName(std::string_view a, std::string_view b) {
 }
 
 bool holds(const FileURL &item, const FileURL &place) {
-    const std::string_view name = item.lastPathComponent();
+    const std::string_view name = item.fileName();
     if (name == "/" || name == "." || name == "..")
         return true;
     const FileURL outer = item.standardized();
     if (isAtOrUnder(place.standardized().path(), outer.path()))
         return true;
     // A link that is an item is copied as a link, and holds nothing.
-    const FileURL folder(withoutLinks(outer.deletingLastPathComponent()));
+    const FileURL folder(withoutLinks(outer.parent()));
     return isAtOrUnder(withoutLinks(place), folder.appending(name).path());
 }
 
 std::optional<std::string> refusal(const std::vector<FileURL> &items, const FileURL &root) {
     for (auto item = items.begin(); item != items.end(); ++item) {
-        const std::string name = displayText(item->lastPathComponent());
+        const std::string name = displayText(item->fileName());
         if (holds(*item, root))
             return "“" + name + "” cannot be backed up into a folder inside itself.";
         const bool isRepeated = std::any_of(items.begin(), item, [&](const FileURL &earlier) {
-            return isSameName(earlier.lastPathComponent(), item->lastPathComponent());
+            return isSameName(earlier.fileName(), item->fileName());
         });
         if (isRepeated)
             return "Two of the items are named “" + name + "”. Back them up one after the other.";

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "Base/FileURL.h"
-#include "Catalogs/CleanupTarget.h"
+#include "Catalogs/CleanupEntry.h"
+#include "Core/Backup/ArchivedItem.h"
 #include "Core/Removal/RemovalResult.h"
 
 #include <cstdint>
@@ -9,16 +10,6 @@
 #include <vector>
 
 namespace brimvale {
-
-/// One item that was copied into a backup, with allocated bytes of original and copy.
-struct ArchivedItem {
-    FileURL source;
-    FileURL destination;
-    std::int64_t originalBytes = 0;
-    std::int64_t copiedBytes = 0;
-
-    friend bool operator==(const ArchivedItem &, const ArchivedItem &) = default;
-};
 
 /// A backup that waits for the user's review before its originals are removed.
 struct PendingDeletion {

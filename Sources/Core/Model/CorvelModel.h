@@ -2,12 +2,15 @@
 
 #include "Base/Published.h"
 #include "Catalogs/StorageCategory.h"
+#include "Core/Apps/AppRow.h"
 #include "Core/Apps/InstalledApp.h"
+#include "Core/Apps/LeftoverItem.h"
 #include "Core/Backup/PendingDeletion.h"
 #include "Core/Removal/RemovalActions.h"
 #include "Core/Removal/RemovalResult.h"
 #include "Core/Scan/FSNode.h"
 #include "Core/Scan/ScanStats.h"
+#include "Core/Storage/LocalSnapshot.h"
 #include "Core/Storage/VolumeInfo.h"
 
 #include <QObject>

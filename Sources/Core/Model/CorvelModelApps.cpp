@@ -3,6 +3,7 @@
 #include "Core/Apps/Uninstall.h"
 #include "Core/Model/CorvelModel.h"
 #include "Core/Removal/Remover.h"
+#include "Core/Scan/Counter.h"
 
 #include <algorithm>
 #include <utility>

@@ -16,7 +16,7 @@ std::string countedItems(std::size_t count) {
 }
 
 std::string nameOf(const FileURL &folder) {
-    return displayText(folder.lastPathComponent());
+    return displayText(folder.fileName());
 }
 
 double shareOf(std::int64_t bytes, std::int64_t total) {

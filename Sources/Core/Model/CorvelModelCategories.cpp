@@ -1,5 +1,6 @@
 #include "Core/Model/CorvelModel.h"
 #include "Core/Removal/EnclosingFolders.h"
+#include "Core/Scan/Counter.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Storage/StorageCategories.h"
 #include "Core/Storage/StorageFigures.h"

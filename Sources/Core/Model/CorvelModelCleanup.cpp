@@ -1,6 +1,7 @@
 #include "Core/Model/CorvelModel.h"
 #include "Core/Removal/EnclosingFolders.h"
 #include "Core/Removal/Remover.h"
+#include "Core/Scan/Counter.h"
 #include "Core/Storage/CleanupCatalog.h"
 
 #include <algorithm>

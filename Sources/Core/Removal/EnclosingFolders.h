@@ -15,7 +15,7 @@ public:
     explicit EnclosingFolders(const std::unordered_set<FileURL> &folders) : folders_(folders) {}
 
     /// Whether the item lies in one of them; an item of the set does not lie in itself.
-    [[nodiscard]] bool enclose(const FileURL &item) { return areOrEnclose(item.deletingLastPathComponent()); }
+    [[nodiscard]] bool enclose(const FileURL &item) { return areOrEnclose(item.parent()); }
 
 private:
     [[nodiscard]] bool areOrEnclose(const FileURL &folder);

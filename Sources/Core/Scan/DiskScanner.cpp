@@ -2,6 +2,8 @@
 
 #include "Base/Bytes.h"
 #include "Base/FileURL.h"
+#include "Core/Scan/Counter.h"
+#include "Core/Scan/InodeSet.h"
 #include "Core/Scan/TreeBuilder.h"
 #include "Platform/Dataless.h"
 #include "Platform/DirectoryWalk.h"
@@ -155,7 +157,7 @@ std::int64_t DiskScanner::quickSize(const std::string &path, const ScanOptions &
 }
 
 std::string DiskScanner::displayName(const std::string &path) {
-    return path == "/" ? "Macintosh HD" : std::string(FileURL(path).lastPathComponent());
+    return path == "/" ? "Macintosh HD" : std::string(FileURL(path).fileName());
 }
 
 } // namespace brimvale

@@ -42,21 +42,4 @@ void ScanStats::setCurrent(const std::string &path) {
     current_ = path;
 }
 
-bool InodeSet::insert(std::uint64_t device, std::uint64_t inode) {
-    const std::uint64_t key = inode ^ (device * 0x9E3779B97F4A7C15U);
-    const Guard guard(lock_);
-    return seen_.insert(key).second;
-}
-
-std::int64_t Counter::add(std::int64_t amount) {
-    const Guard guard(lock_);
-    value_ = checkedAdd(value_, amount);
-    return value_;
-}
-
-std::int64_t Counter::value() const {
-    const Guard guard(lock_);
-    return value_;
-}
-
 } // namespace brimvale

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <mutex>
 #include <string>
-#include <unordered_set>
 
 namespace brimvale {
 
@@ -38,29 +37,6 @@ private:
     std::int64_t unreadable_ = 0;
     std::string current_;
     std::atomic<bool> cancelled_ = false;
-};
-
-/// The files with several names that one scan has met, under a lock.
-class InodeSet {
-public:
-    /// Remembers a file; true when it was not yet known.
-    [[nodiscard]] bool insert(std::uint64_t device, std::uint64_t inode);
-
-private:
-    std::mutex lock_;
-    std::unordered_set<std::uint64_t> seen_;
-};
-
-/// A counter that parallel tasks share, under a lock.
-class Counter {
-public:
-    /// Adds and answers the new value.
-    std::int64_t add(std::int64_t amount);
-    [[nodiscard]] std::int64_t value() const;
-
-private:
-    mutable std::mutex lock_;
-    std::int64_t value_ = 0;
 };
 
 } // namespace brimvale

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Scan/FSNode.h"
+#include "Core/Scan/InodeSet.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Core/Scan/ScanStats.h"
 #include "Platform/DirectoryWalk.h"

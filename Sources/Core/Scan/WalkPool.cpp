@@ -77,7 +77,7 @@ void WalkPool::walk(std::vector<PendingFolders> starts, bool crossesMountPoints,
     run(job, std::move(starts.front()));
 
     std::unique_lock lock(lock_);
-    ++hunger_;
+    ++idleWorkers_;
     while (job.unfinished > 0) {
         const auto mine =
             std::find_if(queue_.begin(), queue_.end(), [&](const Task &task) { return task.job == &job; });
@@ -85,22 +85,22 @@ void WalkPool::walk(std::vector<PendingFolders> starts, bool crossesMountPoints,
             changed_.wait(lock);
             continue;
         }
-        // One idle thread and one queued task less: the hunger stays as it is.
+        // One idle thread and one queued task less: the difference stays.
         PendingFolders folders = std::move(mine->folders);
         queue_.erase(mine);
         lock.unlock();
         run(job, std::move(folders));
         lock.lock();
-        ++hunger_;
+        ++idleWorkers_;
     }
-    --hunger_;
+    --idleWorkers_;
 }
 
 void WalkPool::work() {
     const NoMaterialization guard;
     std::unique_lock lock(lock_);
     while (true) {
-        ++hunger_;
+        ++idleWorkers_;
         queued_.wait(lock, [this] { return isClosing_ || !queue_.empty(); });
         if (isClosing_)
             return;
@@ -129,11 +129,11 @@ void WalkPool::run(Job &job, PendingFolders folders) {
 void WalkPool::queue(Job &job, PendingFolders folders) {
     queue_.push_back({&job, std::move(folders)});
     ++job.unfinished;
-    --hunger_;
+    --idleWorkers_;
 }
 
 void WalkPool::offer(Job &job, DirectoryWalk &walk) {
-    while (hunger_.load(std::memory_order_relaxed) > 0) {
+    while (idleWorkers_.load(std::memory_order_relaxed) > 0) {
         std::optional<PendingFolders> folders = walk.handOver();
         if (!folders)
             return;

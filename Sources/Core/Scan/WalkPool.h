@@ -64,7 +64,7 @@ private:
     std::condition_variable
         changed_; ///< a task was queued, or a job has ended: for those who wait for their own
     std::deque<Task> queue_;
-    std::atomic<int> hunger_ = 0; ///< idle threads minus queued tasks; written under the lock
+    std::atomic<int> idleWorkers_ = 0; ///< idle threads minus queued tasks; written under the lock
     bool isClosing_ = false;
     std::atomic<bool> isShutDown_ = false;
     std::vector<std::thread> workers_;

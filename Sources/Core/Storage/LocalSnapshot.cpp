@@ -1,4 +1,5 @@
-#include "Core/Storage/VolumeInfo.h"
+#include "Core/Storage/LocalSnapshot.h"
+
 #include "Core/Text/Shell.h"
 
 #include <algorithm>

@@ -81,7 +81,7 @@ std::vector<StorageCategory> StorageCategories::all(const Host &host) {
 
 std::vector<std::string> StorageCategories::otherUserRoots(const Host &host) {
     const OtherUsers others = otherUsers(host);
-    const std::string_view own = host.home.lastPathComponent();
+    const std::string_view own = host.home.fileName();
     std::vector<std::string> roots = {joinPath(others.homes, others.shared)};
     for (const std::string &name : CleanupEntries::names(others.homes))
         if (name != own && name != others.shared && !name.starts_with('.'))

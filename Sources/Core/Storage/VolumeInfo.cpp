@@ -17,7 +17,7 @@ std::vector<VolumeInfo> VolumeInfo::from(const std::vector<MountedVolume> &mount
         if (!one.isBrowsable.value_or(true) || one.totalCapacity.value_or(0) < 1)
             continue;
         volumes.push_back({.url = one.url,
-                           .name = one.name.value_or(std::string(one.url.lastPathComponent())),
+                           .name = one.name.value_or(std::string(one.url.fileName())),
                            .totalCapacity = *one.totalCapacity,
                            .availableForImportantUsage = one.availableForImportantUsage.value_or(0),
                            .trueFree = one.available.value_or(0),

@@ -1,15 +1,12 @@
 #pragma once
 
-#include "Base/Date.h"
 #include "Base/FileURL.h"
-#include "Platform/Tools.h"
 #include "Platform/Volumes.h"
 
 #include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace brimvale {
@@ -51,28 +48,5 @@ struct VolumeInfo {
 
 /// What to say of a volume's purgeable space; nothing where there is none.
 [[nodiscard]] std::optional<std::string> purgeableSentence(const VolumeInfo &volume);
-
-/// A local snapshot of a volume.
-struct LocalSnapshot {
-    std::string name;
-    std::optional<Date> date; ///< nothing where the name does not tell
-
-    /// The local snapshots of the volume mounted at `volume`, newest first, those without a date last. Empty
-    /// on any failure, and where there is no such tool. Blocks while the tool runs.
-    [[nodiscard]] static std::vector<LocalSnapshot> list(const std::string &volume,
-                                                         const Tools &tools = platformTools());
-
-    friend bool operator==(const LocalSnapshot &, const LocalSnapshot &) = default;
-};
-
-/// The title of the note about local snapshots.
-inline constexpr std::string_view snapshotTitle = "Time Machine local snapshots";
-
-/// The note for that many snapshots; nothing where there are none.
-[[nodiscard]] std::optional<std::string> snapshotNote(std::size_t count);
-
-/// The remark to the list of snapshots.
-inline constexpr std::string_view snapshotRemark =
-    "macOS does not report a size per snapshot. Their combined weight shows up as purgeable space above.";
 
 } // namespace brimvale

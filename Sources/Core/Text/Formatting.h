@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/Color.h"
 #include "Base/Date.h"
 
 #include <array>
@@ -23,15 +24,6 @@ namespace Fmt {
 [[nodiscard]] std::string relativeDate(std::optional<Date> date, Date reference = now());
 
 } // namespace Fmt
-
-/// A colour in the sRGB colour space, opaque; each part from 0 to 1.
-struct Color {
-    double red = 0;
-    double green = 0;
-    double blue = 0;
-
-    friend bool operator==(const Color &, const Color &) = default;
-};
 
 /// The colours that tell things apart by name.
 namespace Palette {

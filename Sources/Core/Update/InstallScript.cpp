@@ -106,7 +106,7 @@ std::string installScript(const Installation &installation) {
            singleQuoted(installation.current.path()) +
            "\n"
            "staging=" +
-           singleQuoted(installation.staged.deletingLastPathComponent().path()) +
+           singleQuoted(installation.staged.parent().path()) +
            "\n"
            "executable=" +
            singleQuoted(installation.executable) +

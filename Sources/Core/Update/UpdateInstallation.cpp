@@ -14,7 +14,7 @@ constexpr const char *operation = "[Corvel] installAndRelaunch: ";
 
 /// An application names its executable after its bundle.
 std::string executableIn(const FileURL &bundle) {
-    const std::string_view name = bundle.lastPathComponent();
+    const std::string_view name = bundle.fileName();
     const std::size_t dot = name.rfind('.');
     return "Contents/MacOS/" + std::string(name.substr(0, dot == 0 ? name.npos : dot));
 }
@@ -48,7 +48,7 @@ std::variant<Installation, UpdateFailure> prepareInstallation(const std::optiona
         return UpdateFailure("The downloaded copy is no longer on disk. Download the update again.");
     }
     log(operation + ("current=" + target.path() + " staged=" + staged->path()));
-    const std::string folder = target.deletingLastPathComponent().path();
+    const std::string folder = target.parent().path();
     if (!isReportedWritable(folder))
         return UpdateFailure(folder + " is not writable by this account. Move the app somewhere you own, or "
                                       "install the update manually.");

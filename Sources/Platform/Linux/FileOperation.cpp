@@ -67,7 +67,7 @@ std::string inQuotes(std::string_view name) {
 }
 
 std::string refusal(FileOperation operation, const FileURL &item) {
-    return inQuotes(item.lastPathComponent()) +
+    return inQuotes(item.fileName()) +
            (operation == FileOperation::remove ? " couldn’t be removed" : " couldn’t be moved to the trash");
 }
 
@@ -82,8 +82,8 @@ FileError fileError(FileOperation operation, const FileURL &item, int errorNumbe
 FileError noTrashError(const FileURL &item, std::string_view mountPoint) {
     const FileURL volume{mountPoint.empty() ? "/" : std::string(mountPoint)};
     return {FileError::Domain::cocoa, trashUnsupported,
-            refusal(FileOperation::trash, item) + " because the volume " +
-                inQuotes(volume.lastPathComponent()) + " doesn’t have one.",
+            refusal(FileOperation::trash, item) + " because the volume " + inQuotes(volume.fileName()) +
+                " doesn’t have one.",
             nullptr};
 }
 

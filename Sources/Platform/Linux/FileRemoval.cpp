@@ -21,7 +21,7 @@ int remove(const FileURL &item, RemovalProgress &progress) {
         return errno;
     if (progress.cancelled)
         return ECANCELED;
-    const std::string name(item.lastPathComponent());
+    const std::string name(item.fileName());
     // What is no folder goes at once, whatever it is by now; the system refuses a folder here.
     if (unlinkat(around.number(), name.c_str(), 0) == 0) {
         ++progress.entriesRemoved;

@@ -21,10 +21,9 @@ std::optional<Place> placeOf(int descriptor) {
 }
 
 Descriptor openFolderAround(const FileURL &item) {
-    return Descriptor(
-        withShortPath(item.deletingLastPathComponent().path(), [](int enclosing, const char *rest) {
-            return openat(enclosing, rest, O_PATH | O_DIRECTORY | O_CLOEXEC);
-        }));
+    return Descriptor(withShortPath(item.parent().path(), [](int enclosing, const char *rest) {
+        return openat(enclosing, rest, O_PATH | O_DIRECTORY | O_CLOEXEC);
+    }));
 }
 
 } // namespace brimvale

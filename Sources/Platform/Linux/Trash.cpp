@@ -33,14 +33,14 @@ std::string localTime() {
 /// Where the item is to be put back to: for the home trash the path that the user knows it by, else its path
 /// from the top of the volume, which may be mounted somewhere else by then.
 std::string originalPath(const FileURL &item, const Descriptor &around, const WayUp &way, bool isInHome) {
-    const FileURL known = item.deletingLastPathComponent().standardized().appending(item.lastPathComponent());
+    const FileURL known = item.parent().standardized().appending(item.fileName());
     if (isInHome)
         return known.path();
     std::string top = pathOf(way.top);
     const std::string folder = pathOf(around);
     if (top.empty() || folder.empty() || !folder.starts_with(top))
         return known.path();
-    const std::string path = joinPath(folder, item.lastPathComponent());
+    const std::string path = joinPath(folder, item.fileName());
     return path.substr(top == "/" ? 1 : top.size() + 1);
 }
 
@@ -154,7 +154,7 @@ std::optional<FileError> moveToTrash(const FileURL &item) {
     const auto failure = [&](int error) { return fileError(FileOperation::trash, item, error); };
     if (!item.namesEntry())
         return failure(EINVAL);
-    const std::string name(item.lastPathComponent());
+    const std::string name(item.fileName());
     const Descriptor around = openFolderAround(item);
     if (!around.isOpen())
         return failure(errno);

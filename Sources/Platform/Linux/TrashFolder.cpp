@@ -37,7 +37,7 @@ bool isAt(const Place &place, FileURL path) {
         }
         if (errno != ENOENT || path.path() == "/")
             return false;
-        path = path.deletingLastPathComponent();
+        path = path.parent();
     }
 }
 
@@ -45,7 +45,7 @@ bool isAt(const Place &place, FileURL path) {
 void makeFolders(const FileURL &path) {
     std::vector<FileURL> missing;
     for (FileURL folder = path; mkdir(folder.path().c_str(), ownersOnly) != 0 && errno == ENOENT;
-         folder = folder.deletingLastPathComponent())
+         folder = folder.parent())
         missing.push_back(folder);
     for (; !missing.empty(); missing.pop_back())
         mkdir(missing.back().path().c_str(), ownersOnly);

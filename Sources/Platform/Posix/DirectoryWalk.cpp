@@ -26,7 +26,7 @@ PendingFolders::Siblings PendingFolders::Siblings::takeLaterHalf() {
 
 PendingFolders::PendingFolders(const std::string &path, FolderHandle handle, const FileIdentity &identity,
                                std::vector<FileIdentity> around)
-    : line_(std::move(around)) {
+    : ancestors_(std::move(around)) {
     siblings_.add(path, handle, identity);
 }
 
@@ -41,7 +41,7 @@ void PendingFolders::add(std::string_view name, FolderHandle handle, const FileI
 DirectoryWalk::DirectoryWalk(WalkVisitor &visitor, bool crossesMountPoints, PendingFolders start,
                              const std::atomic<bool> *isStopped)
     : visitor_(visitor), crossesMountPoints_(crossesMountPoints), isStopped_(isStopped), depth_(start.depth_),
-      line_(std::move(start.line_)), path_(std::move(start.path_)) {
+      ancestors_(std::move(start.ancestors_)), path_(std::move(start.path_)) {
     waitingCount_ = start.siblings_.count();
     frames_.push_back({std::move(start.siblings_), path_.size()});
 }
@@ -83,12 +83,12 @@ bool DirectoryWalk::step() {
         visitor_.leave(next.handle);
         return true;
     }
-    line_.push_back(next.identity);
+    ancestors_.push_back(next.identity);
     return read(std::move(folder), next.handle, next.identity);
 }
 
-/// Reports everything in the folder that `path_` and the end of `line_` name, and makes it the last frame if
-/// any of its sub-folders are to be walked. False when the walk was cancelled.
+/// Reports everything in the folder that `path_` and the end of `ancestors_` name, and makes it the last
+/// frame if any of its sub-folders are to be walked. False when the walk was cancelled.
 bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity &identity) {
     Siblings siblings;
     while (const char *name = folder.nextName()) {
@@ -103,7 +103,7 @@ bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity 
             visitor_.noStatus(handle);
         } else if (status->kind != FileKind::directory) {
             visitor_.file(handle, name, *status);
-        } else if (std::find(line_.begin(), line_.end(), status->identity) != line_.end()) {
+        } else if (std::find(ancestors_.begin(), ancestors_.end(), status->identity) != ancestors_.end()) {
             visitor_.enclosing(handle);
         } else {
             const bool isOnWalkedDevice = crossesMountPoints_ || status->identity.device == identity.device;
@@ -121,7 +121,7 @@ bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity 
         siblings.folder = std::move(folder);
         push(std::move(siblings));
     } else {
-        line_.pop_back();
+        ancestors_.pop_back();
         below_ = std::move(folder);
         belowDepth_ = frames_.size();
     }
@@ -143,7 +143,7 @@ void DirectoryWalk::pop() {
     if (frames_.back().siblings.folder.isOpen())
         open_.pop_back();
     frames_.pop_back();
-    line_.pop_back();
+    ancestors_.pop_back();
 }
 
 /// Opens what waits in the last frame. Not open, with errno set, on failure.
@@ -160,9 +160,9 @@ bool DirectoryWalk::reopen() {
     const std::size_t depth = frames_.size() - 1;
     Folder &folder = frames_.back().siblings.folder;
     folder = below_.isOpen() && belowDepth_ > depth ? below_.enclosing(belowDepth_ - depth) : Folder();
-    if (folder.identity() != line_.back())
+    if (folder.identity() != ancestors_.back())
         folder = Folder::at(path_.substr(0, frames_.back().pathLength), Folder::Links::refuse);
-    if (folder.identity() != line_.back()) {
+    if (folder.identity() != ancestors_.back()) {
         folder.close();
         return false;
     }
@@ -192,7 +192,8 @@ std::optional<PendingFolders> DirectoryWalk::handOver() {
     given.siblings_.folder = std::move(folder);
     given.path_ = path_.substr(0, frames_[frame].pathLength);
     given.depth_ = depth_ + static_cast<int>(frame);
-    given.line_.assign(line_.begin(), line_.end() - static_cast<std::ptrdiff_t>(frames_.size() - 1 - frame));
+    given.ancestors_.assign(ancestors_.begin(),
+                            ancestors_.end() - static_cast<std::ptrdiff_t>(frames_.size() - 1 - frame));
     waitingCount_ -= given.siblings_.count();
     return given;
 }

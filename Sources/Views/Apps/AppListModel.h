@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Apps/AppRow.h"
 #include "Core/Apps/InstalledApp.h"
 
 #include <QAbstractListModel>

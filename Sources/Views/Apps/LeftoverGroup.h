@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Catalogs/CleanupTarget.h"
+#include "Catalogs/CleanupEntry.h"
 #include "Views/Apps/LeftoverListModel.h"
 #include "Views/Components/Card.h"
 

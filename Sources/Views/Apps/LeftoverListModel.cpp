@@ -59,7 +59,7 @@ QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
     const QString size = sizeText(row.item.size);
     switch (role) {
     case Qt::DisplayRole:
-        return displayedText(row.item.url.lastPathComponent());
+        return displayedText(row.item.url.fileName());
     case Qt::ToolTipRole:
         return displayedText(row.item.url.path());
     case Qt::AccessibleTextRole:
@@ -72,7 +72,7 @@ QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
     case EntryListModel::dateRole:
         return text(row.item.category);
     case EntryListModel::folderRole:
-        return displayedText(row.item.url.deletingLastPathComponent().path());
+        return displayedText(row.item.url.parent().path());
     case EntryListModel::noteRole:
         return notesOn(row).join(QLatin1Char('\n'));
     case EntryListModel::iconRole:

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/Apps/InstalledApp.h"
+#include "Core/Apps/LeftoverItem.h"
 
 #include <QAbstractListModel>
 #include <QString>

@@ -25,7 +25,7 @@ QString iconName(const CleanupEntry &entry) {
 
 bool lieInSeveralFolders(const std::vector<CleanupEntry> &entries) {
     return std::any_of(entries.begin(), entries.end(), [&](const CleanupEntry &entry) {
-        return entry.url.deletingLastPathComponent() != entries.front().url.deletingLastPathComponent();
+        return entry.url.parent() != entries.front().url.parent();
     });
 }
 
@@ -59,7 +59,7 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
     const CleanupEntry &entry = entries_[static_cast<std::size_t>(index.row())];
     switch (role) {
     case Qt::DisplayRole:
-        return displayedText(entry.url.lastPathComponent());
+        return displayedText(entry.url.fileName());
     case Qt::ToolTipRole:
         return displayedText(entry.url.path());
     case Qt::AccessibleTextRole:
@@ -72,7 +72,7 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
     case dateRole:
         return dateText(entry);
     case folderRole:
-        return showsFolders_ ? displayedText(entry.url.deletingLastPathComponent().path()) : QString();
+        return showsFolders_ ? displayedText(entry.url.parent().path()) : QString();
     case noteRole:
         return QString();
     case iconRole:
@@ -83,7 +83,7 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
 }
 
 QString EntryListModel::accessibleText(const CleanupEntry &entry) const {
-    QStringList parts = {displayedText(entry.url.lastPathComponent()), sizeText(entry.size)};
+    QStringList parts = {displayedText(entry.url.fileName()), sizeText(entry.size)};
     if (entry.modified)
         parts.append(u"modified %1"_s.arg(dateText(entry)));
     return parts.join(QStringLiteral(", "));

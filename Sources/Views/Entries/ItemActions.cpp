@@ -19,7 +19,7 @@ namespace {
 
 /// Shows the folder around the item by the desktop's ordinary means.
 void openEnclosing(const FileURL &item) {
-    const std::string uri = FileBrowser::fileURI(item.deletingLastPathComponent());
+    const std::string uri = FileBrowser::fileURI(item.parent());
     QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(uri)));
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/Storage/VolumeInfo.h"
+#include "Core/Storage/LocalSnapshot.h"
 #include "Views/Components/Card.h"
 
 #include <vector>

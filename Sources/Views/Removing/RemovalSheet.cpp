@@ -30,7 +30,7 @@ constexpr std::size_t mostItemsShown = 6;
 QString question(const std::vector<CleanupEntry> &items) {
     const QString bytes = sizeText(CleanupEntries::totalSize(items));
     if (items.size() == 1)
-        return u"Remove “%1”, %2?"_s.arg(displayedText(items.front().url.lastPathComponent()), bytes);
+        return u"Remove “%1”, %2?"_s.arg(displayedText(items.front().url.fileName()), bytes);
     return u"Remove %1 items, %2?"_s.arg(text(Fmt::count(static_cast<std::int64_t>(items.size()))), bytes);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Catalogs/CleanupTarget.h"
+#include "Catalogs/CleanupEntry.h"
 #include "Core/Removal/RemovalResult.h"
 
 #include <QDialog>

@@ -96,7 +96,7 @@ TEST(Archiver, CopiesAndVerifiesEveryItem) {
     std::int64_t bytes = 0;
     for (std::size_t i = 0; i < result.items.size(); ++i) {
         EXPECT_EQ(result.items[i].source, items[i]);
-        EXPECT_EQ(result.items[i].destination, result.destination.appending(items[i].lastPathComponent()));
+        EXPECT_EQ(result.items[i].destination, result.destination.appending(items[i].fileName()));
         EXPECT_EQ(result.items[i].copiedBytes,
                   DiskScanner::quickSize(result.items[i].destination.path(), {}));
         bytes += result.items[i].copiedBytes;

@@ -51,7 +51,7 @@ protected:
     std::vector<std::string> leftoversOf(const std::string &name) const {
         std::vector<std::string> names;
         for (const LeftoverItem &item : find(name)->leftovers)
-            names.emplace_back(item.url.lastPathComponent());
+            names.emplace_back(item.url.fileName());
         return names;
     }
 

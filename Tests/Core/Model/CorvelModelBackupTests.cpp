@@ -65,7 +65,7 @@ TEST_F(CorvelModelBackup, IsReviewedBeforeAnythingGoes) {
     EXPECT_THAT(actions.calls, IsEmpty());
 
     model->cancelPendingDeletion();
-    const std::string name(pending.destination.lastPathComponent());
+    const std::string name(pending.destination.fileName());
     EXPECT_EQ(*model->archiveStatus, "Backup kept at " + name + ". Nothing was deleted.");
     EXPECT_TRUE(fs::exists(pending.destination.appending("two/file").path()));
     model->confirmPendingDeletion();
@@ -74,7 +74,7 @@ TEST_F(CorvelModelBackup, IsReviewedBeforeAnythingGoes) {
     begin({entry("two")}, RemovalMode::deleteNow);
     EXPECT_EQ(*model->archiveStatus, "Copying 1 item…");
     ASSERT_TRUE(waitUntilArchived());
-    const std::string second((*model->pendingDeletion)->destination.lastPathComponent());
+    const std::string second((*model->pendingDeletion)->destination.fileName());
     model->confirmPendingDeletion();
     EXPECT_EQ(*model->pendingDeletion, std::nullopt);
     ASSERT_TRUE(waitUntilRemoved(*model));

@@ -1,4 +1,4 @@
-#include "Core/Storage/VolumeInfo.h"
+#include "Core/Storage/LocalSnapshot.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

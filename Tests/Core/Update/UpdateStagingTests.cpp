@@ -62,10 +62,10 @@ TEST(UpdateStaging, StagesAVerifiedApplicationInAFolderThatNobodyElseCanEnter) {
         const auto result = release.stage(sha256);
         ASSERT_EQ(sentenceOf(result), "no failure");
         const FileURL &app = std::get<FileURL>(result);
-        EXPECT_EQ(app.lastPathComponent(), "Brimvale.app");
+        EXPECT_EQ(app.fileName(), "Brimvale.app");
         EXPECT_EQ(testing::workingContent(app.path()), "new");
-        const FileURL folder = app.deletingLastPathComponent();
-        EXPECT_THAT(std::string(folder.lastPathComponent()),
+        const FileURL folder = app.parent();
+        EXPECT_THAT(std::string(folder.fileName()),
                     ::testing::MatchesRegex("update-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}"));
         EXPECT_EQ(fs::status(folder.path()).permissions(), fs::perms::owner_all);
     }

@@ -14,7 +14,7 @@ namespace brimvale {
 TEST(RunningApps, AreThoseWithAProgramInTheirBundle) {
     const testing::TemporaryFolder folder;
     // An identifier of its own, since other programs run on this machine.
-    const std::string unique = std::string(FileURL(folder.path()).lastPathComponent());
+    const std::string unique = std::string(FileURL(folder.path()).fileName());
     const std::string outer = "com.example.outer." + unique;
     const std::string helper = "com.example.helper." + unique;
     testing::makeBundle(folder, "Outer.app", {outer, {}, {}, {}, {}});

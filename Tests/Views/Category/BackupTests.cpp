@@ -138,7 +138,7 @@ TEST_F(MessagesPage, BacksUpAndKeepsBothOrDeletesTheOriginals) {
     EXPECT_EQ(shown(*review, "modeLine"), "Originals will go to the Trash.");
     closeWith(review, "keepBoth");
     EXPECT_EQ(shown(category(), "archiveStatus"),
-              "Backup kept at " + std::string(backup.lastPathComponent()) + ". Nothing was deleted.");
+              "Backup kept at " + std::string(backup.fileName()) + ". Nothing was deleted.");
     EXPECT_THAT(actions.calls, IsEmpty());
     EXPECT_TRUE(fs::exists(backup.appending("chat.db").path()));
 

@@ -1,4 +1,4 @@
-#include "Core/Apps/InstalledApp.h"
+#include "Core/Apps/LeftoverItem.h"
 
 namespace brimvale {
 

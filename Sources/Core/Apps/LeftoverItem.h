@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Base/FileURL.h"
+
+#include <cstdint>
+#include <string>
+
+namespace brimvale {
+
+/// How surely a leftover belongs to its application.
+enum class MatchConfidence {
+    exact, ///< by bundle identifier
+    likely ///< by name only
+};
+
+/// The confidence as a heading: "Definitely this app".
+[[nodiscard]] const char *title(MatchConfidence confidence);
+
+/// What the confidence rests on, in whole sentences.
+[[nodiscard]] const char *explanation(MatchConfidence confidence);
+
+/// Something that an application left outside its bundle.
+struct LeftoverItem {
+    FileURL url;
+    std::string category;
+    MatchConfidence confidence = MatchConfidence::exact;
+    std::int64_t size = 0; ///< allocated bytes
+    bool requiresAdmin = false;
+
+    friend bool operator==(const LeftoverItem &, const LeftoverItem &) = default;
+};
+
+} // namespace brimvale
