@@ -26,8 +26,7 @@ GuardedPaths guardedPaths(const FileURL &home);
 }
 
 namespace linuxCatalog {
-/// Looks into the home for the names of the user's own folders (`userFolders`), and nowhere else.
 GuardedPaths guardedPaths(const FileURL &home);
-} // namespace linuxCatalog
+}
 
 } // namespace brimvale

@@ -1,7 +1,5 @@
 #include "Catalogs/RemovalGuards.h"
 
-#include "Catalogs/Linux/UserFolders.h"
-
 #include <initializer_list>
 
 namespace brimvale::linuxCatalog {
@@ -39,6 +37,7 @@ const std::initializer_list<const char *> structuralPlaces = {
     "/var/lib/snapd/cache", "/var/lib/systemd", "/var/local", "/var/log", "/var/log/journal", "/var/mail",
     "/var/opt", "/var/roothome", "/var/snap", "/var/spool", "/var/srv", "/var/tmp", "/var/www"};
 
+/// The folders for documents and the like stand here under their usual English names.
 const std::initializer_list<const char *> structuralInHome = {".cache",
                                                               ".config",
                                                               ".gnupg",
@@ -54,6 +53,14 @@ const std::initializer_list<const char *> structuralInHome = {".cache",
                                                               ".ssh",
                                                               ".var",
                                                               ".var/app",
+                                                              "Desktop",
+                                                              "Documents",
+                                                              "Downloads",
+                                                              "Music",
+                                                              "Pictures",
+                                                              "Public",
+                                                              "Templates",
+                                                              "Videos",
                                                               "snap"};
 
 } // namespace
@@ -72,8 +79,6 @@ GuardedPaths guardedPaths(const FileURL &home) {
         structural.push_back(folder.path());
     for (const char *inside : structuralInHome)
         structural.push_back(home.appending(inside).path());
-    for (const FileURL &folder : userFolders(home))
-        structural.push_back(folder.path());
 
     // The user's volumes are mounted in these.
     for (const char *media : {"/media", "/run/media"})

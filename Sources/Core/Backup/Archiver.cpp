@@ -10,11 +10,11 @@
 #include "Core/Scan/FileListing.h"
 #include "Core/Text/Formatting.h"
 #include "Core/Text/Shell.h"
-#include "Platform/DocumentsFolder.h"
 #include "Platform/FileStatus.h"
 #include "Platform/FileSystem.h"
 #include "Platform/FileWriting.h"
 #include "Platform/LocalTime.h"
+#include "Platform/UserDirectories.h"
 
 #include <algorithm>
 #include <array>
@@ -210,8 +210,8 @@ void Run::writeManifest() {
 } // namespace
 
 FileURL defaultDestination(const Host &host) {
-    return documentsFolder(host.home)
-        .value_or(host.home.appending("Documents"))
+    return userDirectories(host.home)
+        .documents.value_or(host.home.appending("Documents"))
         .appending("Brimvale Backups");
 }
 

@@ -5,6 +5,7 @@
 #include "Platform/Characters.h"
 #include "Platform/FileAccess.h"
 #include "Platform/FileStatus.h"
+#include "Platform/UserDirectories.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -14,6 +15,14 @@
 namespace brimvale {
 
 namespace {
+
+/// What is structural for the host: the catalog's folders, and the user's own, whatever their names.
+std::vector<std::string> structuralFolders(const Host &host) {
+    std::vector<std::string> folders = guardedPaths(host).structural;
+    for (const FileURL &folder : userDirectories(host.home).all)
+        folders.push_back(folder.path());
+    return folders;
+}
 
 /// The host with its home under the name that has no link in it, where that is another one: both spellings of
 /// a home are met, as in a scan of the whole disk.
@@ -54,12 +63,13 @@ bool areTheSameItem(const std::string &a, const std::string &b) {
 } // namespace
 
 RemovalGuards::Catalog::Catalog(const Host &host) {
-    GuardedPaths paths = guardedPaths(host);
+    const std::vector<std::string> folders = structuralFolders(host);
+    structural_.insert(folders.begin(), folders.end());
     if (const std::optional<Host> resolved = withResolvedHome(host)) {
-        const std::vector<std::string> more = guardedPaths(*resolved).structural;
+        const std::vector<std::string> more = structuralFolders(*resolved);
         structural_.insert(more.begin(), more.end());
     }
-    structural_.insert(paths.structural.begin(), paths.structural.end());
+    GuardedPaths paths = guardedPaths(host);
     openPrefixes_ = std::move(paths.openPrefixes);
 
     // Standardising may have dropped a leading /private from the path, so both forms are looked for.

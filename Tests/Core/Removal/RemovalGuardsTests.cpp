@@ -1,12 +1,10 @@
 #include "Core/Removal/RemovalGuards.h"
 
-#include "Catalogs/Linux/UserFolders.h"
 #include "Catalogs/RemovalGuards.h"
 #include "Platform/FileAccess.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 namespace brimvale {
 
@@ -143,45 +141,6 @@ TEST(RemovalGuards, KeepWhatTheLinuxCatalogNames) {
                            {"/var/lib/apt/lists/of-nobody", gone},
                            {"/var/lib/program-of-nobody", gone},
                            {"/var/log", structural}});
-}
-
-TEST(RemovalGuards, KnowTheUsersFoldersByTheirLocalNames) {
-    const TemporaryFolder home;
-    home.makeFolder("Bilder");
-    home.writeFile(".config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
-    const RemovalGuards guards(hostOf(System::linux, home.path()));
-    expectAnswers(guards, {{home.path("Bilder"), structural}, {home.path("Pictures"), structural}});
-}
-
-TEST(RemovalGuards, WaitForNoPipeInThePlaceOfSettings) {
-    const TemporaryFolder home;
-    home.makeFolder(".config");
-    ASSERT_EQ(mkfifo(home.path(".config/user-dirs.dirs").c_str(), 0600), 0);
-    expectAnswers(RemovalGuards(hostOf(System::linux, home.path())), {{home.path("Music"), structural}});
-}
-
-TEST(UserFolders, AreReadFromTheDesktopsSettings) {
-    const FileURL home("/home/u");
-    struct Case {
-        const char *settings;
-        std::vector<std::string> folders;
-    };
-    for (const Case &one : {
-             Case{"# a comment\nXDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n  XDG_MUSIC_DIR=\"/data/Musik/\"",
-                  {"/home/u/Schreibtisch", "/data/Musik"}},
-             Case{"XDG_VIDEOS_DIR=\"$HOME/a \\\"b\\\" \\$c\\\\\"\n", {"/home/u/a \"b\" $c\\"}},
-             Case{"XDG_TEMPLATES_DIR=\"$HOME/\"\n", {"/home/u"}}, // how a folder is switched off
-             Case{"XDG_MUSIC_DIR=\"$HOME/never closed\nXDG_MUSIC_DIR=Music\nXDG_MUSIC_DIR=\"Music\"\n", {}},
-             Case{"XDG_MUSIC_DIR=\"$HOMEY/Music\"\nMUSIC_DIR=\"/x\"\n#XDG_MUSIC_DIR=\"/x\"\nXDG_MUSIC=", {}},
-             Case{"XDG_MUSIC_DIR=\"", {}},
-             Case{"XDG_MUSIC_DIR=\"\\", {}},
-             Case{"\n\n", {}},
-         }) {
-        std::vector<std::string> paths;
-        for (const FileURL &folder : linuxCatalog::userFoldersNamedIn(one.settings, home))
-            paths.push_back(folder.path());
-        EXPECT_EQ(paths, one.folders) << one.settings;
-    }
 }
 
 TEST(RemovalGuards, KnowTheHomeUnderBothNamesWhereALinkLeadsToIt) {

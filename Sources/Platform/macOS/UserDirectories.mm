@@ -1,18 +1,22 @@
-#include "Platform/DocumentsFolder.h"
+#include "Platform/UserDirectories.h"
 
 #import <Foundation/Foundation.h>
 
 namespace brimvale {
 
-std::optional<FileURL> documentsFolder(const FileURL &home) {
+/// Only the folder for documents is asked for: these folders have the same names on every Mac.
+UserDirectories userDirectories(const FileURL &home) {
     @autoreleasepool {
         // The system answers for the account that runs the program, and for no other home.
         if (FileURL(NSHomeDirectory().fileSystemRepresentation).standardized() != home.standardized())
-            return std::nullopt;
+            return {};
         NSURL *folder = [NSFileManager.defaultManager URLsForDirectory:NSDocumentDirectory
                                                              inDomains:NSUserDomainMask]
                             .firstObject;
-        return folder == nil ? std::nullopt : std::optional(FileURL(folder.fileSystemRepresentation));
+        if (folder == nil)
+            return {};
+        const FileURL documents(folder.fileSystemRepresentation);
+        return {documents, {documents}};
     }
 }
 

@@ -1,0 +1,108 @@
+// The settings are those of xdg-user-dirs, which most desktops fill in the user's language: a file of lines
+// like XDG_MUSIC_DIR="$HOME/Musik" or XDG_MUSIC_DIR="/data/Musik". The home itself says that there is no such
+// folder.
+
+#include "Platform/UserDirectories.h"
+
+#include "Platform/FileContents.h"
+#include "Platform/Host.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr std::size_t settingsLimit = 1'048'576; // bytes; the file has a few hundred
+constexpr std::string_view documentsKey = "XDG_DOCUMENTS_DIR";
+
+/// A key, and the folder it names; none where it names the home.
+using Setting = std::pair<std::string_view, std::optional<FileURL>>;
+
+/// Whether this is the home of the user who runs the program, under any name.
+bool isOwnHome(const FileURL &home) {
+    std::error_code error;
+    return home == homeFolder() || std::filesystem::equivalent(home.path(), homeFolder().path(), error);
+}
+
+/// Where the user keeps settings. The environment speaks of the user who runs the program, and of no other
+/// home; the base directory standard has relative paths in it ignored.
+FileURL configurationFolder(const FileURL &home) {
+    const char *chosen = std::getenv("XDG_CONFIG_HOME");
+    return chosen != nullptr && chosen[0] == '/' && isOwnHome(home) ? FileURL(chosen)
+                                                                    : home.appending(".config");
+}
+
+std::string_view withoutBlanks(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    return text.substr(0, text.find_last_not_of(" \t") + 1);
+}
+
+/// What stands between double quotes at the start of `text`, where a backslash takes the next character as it
+/// is. Nothing where there are no such quotes.
+std::optional<std::string> quotedValue(std::string_view text) {
+    if (!text.starts_with('"'))
+        return std::nullopt;
+    std::string value;
+    for (std::size_t i = 1; i < text.size(); ++i) {
+        if (text[i] == '"')
+            return value;
+        if (text[i] == '\\' && i + 1 < text.size())
+            ++i;
+        value += text[i];
+    }
+    return std::nullopt;
+}
+
+/// The setting in one line; nothing where the line has none, or one that is not as it should be.
+std::optional<Setting> settingIn(std::string_view line, const FileURL &home) {
+    const std::size_t equals = std::min(line.find('='), line.size());
+    const std::string_view key = withoutBlanks(line.substr(0, equals));
+    if (equals == line.size() || !key.starts_with("XDG_") || !key.ends_with("_DIR"))
+        return std::nullopt;
+    std::optional<std::string> value = quotedValue(withoutBlanks(line.substr(equals + 1)));
+    constexpr std::string_view homeVariable = "$HOME";
+    if (value && (*value == homeVariable || value->starts_with("$HOME/")))
+        value->replace(0, homeVariable.size(), home.path());
+    if (!value || !value->starts_with('/'))
+        return std::nullopt;
+    FileURL folder = FileURL(*std::move(value)).standardized();
+    const bool isHome = folder == home.standardized();
+    return Setting(key, isHome ? std::nullopt : std::optional(std::move(folder)));
+}
+
+} // namespace
+
+UserDirectories userDirectories(const FileURL &home) {
+    const std::string settings =
+        contentsOfFile(configurationFolder(home).appending("user-dirs.dirs").path(), settingsLimit)
+            .value_or("");
+    std::map<std::string_view, std::optional<FileURL>> folders;
+    for (std::string_view rest = settings; !rest.empty();) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        if (std::optional<Setting> setting = settingIn(line, home))
+            folders.insert_or_assign(setting->first, std::move(setting->second)); // the last one counts
+        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+    }
+
+    UserDirectories directories;
+    for (auto &[key, folder] : folders) {
+        if (!folder)
+            continue;
+        if (key == documentsKey)
+            directories.documents = folder;
+        if (std::find(directories.all.begin(), directories.all.end(), *folder) == directories.all.end())
+            directories.all.push_back(*std::move(folder));
+    }
+    return directories;
+}
+
+} // namespace brimvale
