@@ -16,14 +16,4 @@ std::vector<std::string> ExactRule::names(std::string_view identifier) const {
     return names;
 }
 
-AppRoots appRoots(const Host &host) {
-    return host.system == System::macOS ? macOSCatalog::appRoots(host.home)
-                                        : linuxCatalog::appRoots(host.home);
-}
-
-LeftoverRules leftoverRules(const Host &host) {
-    return host.system == System::macOS ? macOSCatalog::leftoverRules(host.home)
-                                        : linuxCatalog::leftoverRules(host.home);
-}
-
 } // namespace brimvale

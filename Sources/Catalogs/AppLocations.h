@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Platform/Host.h"
-
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,20 +39,5 @@ struct LeftoverRules {
     std::vector<ExactRule> exactRules;
     std::vector<ScanRule> scanRules;
 };
-
-/// The places of the host's system.
-[[nodiscard]] AppRoots appRoots(const Host &host);
-[[nodiscard]] LeftoverRules leftoverRules(const Host &host);
-
-/// The places of one system each.
-namespace macOSCatalog {
-AppRoots appRoots(const FileURL &home);
-LeftoverRules leftoverRules(const FileURL &home);
-} // namespace macOSCatalog
-
-namespace linuxCatalog {
-AppRoots appRoots(const FileURL &home);
-LeftoverRules leftoverRules(const FileURL &home);
-} // namespace linuxCatalog
 
 } // namespace brimvale

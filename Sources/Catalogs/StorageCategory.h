@@ -53,6 +53,12 @@ struct StorageCategory {
     friend bool operator==(const StorageCategory &, const StorageCategory &) = default;
 };
 
+/// Where other people's files are.
+struct OtherUsers {
+    std::string homes;  ///< the folder that holds one home folder a user
+    std::string shared; ///< the name of the folder in it that all of them share
+};
+
 /// A category with its figures.
 struct MeasuredCategory {
     StorageCategory category;

@@ -1,5 +1,6 @@
 #include "CommandLine/Leftovers.h"
 
+#include "Catalogs/Catalog.h"
 #include "CommandLine/AppJson.h"
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
@@ -27,7 +28,8 @@ std::optional<InstalledApp> appAt(std::string_view typed) {
     if (!std::holds_alternative<FileURL>(place))
         return std::nullopt;
     const std::string path = std::get<FileURL>(place).standardized().path();
-    return AppInventory::describe(path, appRoots(Host::current()).isSystem(path));
+    const Host host = Host::current();
+    return AppInventory::describe(path, catalogOf(host.system).appRoots(host.home).isSystem(path));
 }
 
 std::vector<InstalledApp> appsIdentifiedBy(std::string_view identifier) {

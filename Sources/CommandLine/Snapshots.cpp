@@ -1,5 +1,6 @@
 #include "CommandLine/Snapshots.h"
 
+#include "Catalogs/Words.h"
 #include "CommandLine/EntryTable.h"
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/RecordJson.h"
@@ -21,7 +22,7 @@ void writeTable(Output &output, const std::vector<LocalSnapshot> &snapshots) {
     for (const LocalSnapshot &snapshot : snapshots)
         writeColumns(output, {{Fmt::relativeDate(snapshot.date), ageWidth}}, terminalText(snapshot.name));
     output.write("\n" + *note + "\n");
-    output.write(std::string(snapshotRemark) + "\n");
+    output.write(Words::current().snapshotsRemark + "\n");
 }
 
 ExitStatus runSnapshots(const Arguments &arguments, Output &output) {

@@ -8,9 +8,6 @@ namespace brimvale {
 /// The system's program for looking at files.
 namespace FileBrowser {
 
-/// What showing an item there is called on this system: "Reveal in Finder" or "Show in File Manager".
-[[nodiscard]] const char *revealTitle();
-
 /// Shows the item, selected in its folder. False when no such program answered. May block for seconds: call
 /// it off the main thread.
 [[nodiscard]] bool reveal(const FileURL &item, const Tools &tools);

@@ -11,7 +11,11 @@ std::atomic<std::optional<System>> chosenSystem;
 } // namespace
 
 Host Host::current() {
-    return {chosenSystem.load().value_or(platformSystem()), homeFolder(), platformTools()};
+    return {currentSystem(), homeFolder(), platformTools()};
+}
+
+System Host::currentSystem() {
+    return chosenSystem.load().value_or(platformSystem());
 }
 
 void Host::useSystem(std::optional<System> system) {

@@ -20,6 +20,9 @@ struct Host {
     /// the user's home, read afresh; the platform's tools. Thread-safe.
     [[nodiscard]] static Host current();
 
+    /// The system of `current`, without asking for the rest.
+    [[nodiscard]] static System currentSystem();
+
     /// Puts another system's catalogs in force for the whole program, or, with nothing, its own again.
     static void useSystem(std::optional<System> system);
 };

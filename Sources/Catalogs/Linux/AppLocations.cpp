@@ -1,4 +1,4 @@
-#include "Catalogs/AppLocations.h"
+#include "Catalogs/Linux/Catalog.h"
 
 namespace brimvale::linuxCatalog {
 

@@ -1,4 +1,4 @@
-#include "Catalogs/AppLocations.h"
+#include "Catalogs/macOS/Catalog.h"
 
 namespace brimvale::macOSCatalog {
 

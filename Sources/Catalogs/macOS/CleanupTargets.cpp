@@ -1,4 +1,4 @@
-#include "Catalogs/CleanupTargets.h"
+#include "Catalogs/macOS/Catalog.h"
 
 namespace brimvale::macOSCatalog {
 

@@ -1,4 +1,4 @@
-#include "Catalogs/StorageCategories.h"
+#include "Catalogs/macOS/Catalog.h"
 
 #include <utility>
 
@@ -142,14 +142,6 @@ std::vector<StorageCategory> storageCategories(const FileURL &home, std::vector<
         for (std::string &root : category.roots)
             root = expandingTilde(root, home.path());
     return categories;
-}
-
-std::vector<std::string> systemDataRoots(const FileURL &home) {
-    return {home.appending("Library").path(), "/Library", "/private/var", home.path()};
-}
-
-OtherUsers otherUsers() {
-    return {.homes = "/Users", .shared = "Shared"};
 }
 
 } // namespace brimvale::macOSCatalog

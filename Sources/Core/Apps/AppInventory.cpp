@@ -1,5 +1,6 @@
 #include "Core/Apps/AppInventory.h"
 
+#include "Catalogs/Catalog.h"
 #include "Platform/Bundle.h"
 #include "Platform/Collation.h"
 #include "Platform/Dataless.h"
@@ -56,11 +57,11 @@ std::string firstText(const std::optional<std::string> &first, const std::option
 } // namespace
 
 std::vector<std::string> user(const Host &host) {
-    return appRoots(host).user;
+    return catalogOf(host.system).appRoots(host.home).user;
 }
 
 std::vector<InstalledApp> scan(bool includeSystem, const Host &host) {
-    return scan(includeSystem, appRoots(host));
+    return scan(includeSystem, catalogOf(host.system).appRoots(host.home));
 }
 
 std::vector<InstalledApp> scan(bool includeSystem, const AppRoots &roots) {

@@ -1,5 +1,6 @@
 #include "Core/Apps/LeftoverFinder.h"
 
+#include "Catalogs/Catalog.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Platform/Characters.h"
 #include "Platform/Dataless.h"
@@ -64,7 +65,8 @@ struct LeftoverFinder::Keys {
     std::vector<std::string> names; ///< case-folded
 };
 
-LeftoverFinder::LeftoverFinder(const Host &host) : LeftoverFinder(leftoverRules(host), host) {}
+LeftoverFinder::LeftoverFinder(const Host &host)
+    : LeftoverFinder(catalogOf(host.system).leftoverRules(host.home), host) {}
 
 LeftoverFinder::LeftoverFinder(LeftoverRules rules, const Host &host)
     : rules_(std::move(rules)), home_(host.home.path()) {

@@ -1,16 +1,18 @@
 #include "Core/Apps/LeftoverItem.h"
 
+#include "Catalogs/Words.h"
+
 namespace brimvale {
 
 const char *title(MatchConfidence confidence) {
     return confidence == MatchConfidence::exact ? "Definitely this app" : "Possibly this app";
 }
 
-const char *explanation(MatchConfidence confidence) {
-    return confidence == MatchConfidence::exact
-               ? "Matched on bundle identifier."
-               : "Matched on name only, so check these before removing. Another app or macOS itself may own "
-                 "them.";
+std::string explanation(MatchConfidence confidence) {
+    if (confidence == MatchConfidence::exact)
+        return "Matched on bundle identifier.";
+    return "Matched on name only, so check these before removing. Another app or " +
+           Words::current().theSystem + " itself may own them.";
 }
 
 } // namespace brimvale

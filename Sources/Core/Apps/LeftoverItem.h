@@ -17,7 +17,7 @@ enum class MatchConfidence {
 [[nodiscard]] const char *title(MatchConfidence confidence);
 
 /// What the confidence rests on, in whole sentences.
-[[nodiscard]] const char *explanation(MatchConfidence confidence);
+[[nodiscard]] std::string explanation(MatchConfidence confidence);
 
 /// Something that an application left outside its bundle.
 struct LeftoverItem {

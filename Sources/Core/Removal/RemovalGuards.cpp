@@ -1,7 +1,7 @@
 #include "Core/Removal/RemovalGuards.h"
 
 #include "Base/Text.h"
-#include "Catalogs/RemovalGuards.h"
+#include "Catalogs/Catalog.h"
 #include "Platform/Characters.h"
 #include "Platform/FileAccess.h"
 #include "Platform/FileStatus.h"
@@ -18,7 +18,7 @@ namespace {
 
 /// What is structural for the host: the catalog's folders, and the user's own, whatever their names.
 std::vector<std::string> structuralFolders(const Host &host) {
-    std::vector<std::string> folders = guardedPaths(host).structural;
+    std::vector<std::string> folders = catalogOf(host.system).guardedPaths(host.home).structural;
     for (const FileURL &folder : userDirectories(host.home).all)
         folders.push_back(folder.path());
     return folders;
@@ -62,14 +62,14 @@ bool areTheSameItem(const std::string &a, const std::string &b) {
 
 } // namespace
 
-RemovalGuards::Catalog::Catalog(const Host &host) {
+RemovalGuards::SystemGuards::SystemGuards(const Host &host) {
     const std::vector<std::string> folders = structuralFolders(host);
     structural_.insert(folders.begin(), folders.end());
     if (const std::optional<Host> resolved = withResolvedHome(host)) {
         const std::vector<std::string> more = structuralFolders(*resolved);
         structural_.insert(more.begin(), more.end());
     }
-    GuardedPaths paths = guardedPaths(host);
+    GuardedPaths paths = catalogOf(host.system).guardedPaths(host.home);
     openPrefixes_ = std::move(paths.openPrefixes);
 
     // Standardising may have dropped a leading /private from the path, so both forms are looked for.
@@ -91,7 +91,7 @@ RemovalGuards::Catalog::Catalog(const Host &host) {
 
 /// The path with the deepest guarded folder on it spelled as the guards have it, where the file system takes
 /// both spellings for the same folder.
-std::string RemovalGuards::Catalog::asGuarded(const std::string &path) const {
+std::string RemovalGuards::SystemGuards::asGuarded(const std::string &path) const {
     const std::string folded = caseFolded(path);
     std::string result = path;
     std::size_t deepest = 0;
@@ -109,7 +109,7 @@ std::string RemovalGuards::Catalog::asGuarded(const std::string &path) const {
     return result;
 }
 
-std::optional<std::string> RemovalGuards::Catalog::refusal(const std::string &given) const {
+std::optional<std::string> RemovalGuards::SystemGuards::refusal(const std::string &given) const {
     const std::string path = asGuarded(given);
     if (structural_.contains(path))
         return sentence(given, " is a structural directory and is never removed.");

@@ -35,9 +35,9 @@ public:
 
 private:
     /// The guards of one system.
-    class Catalog {
+    class SystemGuards {
     public:
-        explicit Catalog(const Host &host);
+        explicit SystemGuards(const Host &host);
         [[nodiscard]] std::optional<std::string> refusal(const std::string &given) const;
 
     private:
@@ -55,8 +55,8 @@ private:
             spellings_; ///< each guarded folder, case-folded first
     };
 
-    Catalog inForce_;
-    std::optional<Catalog> platform_; ///< where it is another one
+    SystemGuards inForce_;
+    std::optional<SystemGuards> platform_; ///< where it is another one
 };
 
 } // namespace brimvale

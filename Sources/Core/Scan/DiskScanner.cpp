@@ -2,6 +2,7 @@
 
 #include "Base/Bytes.h"
 #include "Base/FileURL.h"
+#include "Catalogs/Words.h"
 #include "Core/Scan/Counter.h"
 #include "Core/Scan/InodeSet.h"
 #include "Core/Scan/TreeBuilder.h"
@@ -157,7 +158,7 @@ std::int64_t DiskScanner::quickSize(const std::string &path, const ScanOptions &
 }
 
 std::string DiskScanner::displayName(const std::string &path) {
-    return path == "/" ? "Macintosh HD" : std::string(FileURL(path).fileName());
+    return path == "/" ? Words::current().rootName : std::string(FileURL(path).fileName());
 }
 
 } // namespace brimvale

@@ -35,7 +35,7 @@ namespace DiskScanner {
     const std::string &path, const ScanOptions &options,
     const std::function<bool()> &cancelled = [] { return false; }, WalkPool &pool = WalkPool::shared());
 
-/// "Macintosh HD" for "/", else the path's last component.
+/// What the system in force calls "/" ("Macintosh HD"), else the path's last component.
 [[nodiscard]] std::string displayName(const std::string &path);
 
 } // namespace DiskScanner

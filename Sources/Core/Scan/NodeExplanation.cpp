@@ -1,5 +1,7 @@
 #include "Core/Scan/NodeExplanation.h"
 
+#include "Catalogs/Words.h"
+
 namespace brimvale {
 
 std::optional<std::string> explanation(const FSNode &node) {
@@ -9,7 +11,7 @@ std::optional<std::string> explanation(const FSNode &node) {
     if (node.isNotDescended)
         return "Skipped. System-managed location, not counted toward this scan.";
     if (node.unreadable)
-        return "Not readable. Full Disk Access would let this be measured.";
+        return "Not readable. " + Words::current().measuringHelp;
     return std::nullopt;
 }
 

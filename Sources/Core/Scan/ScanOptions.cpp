@@ -1,6 +1,6 @@
 #include "Core/Scan/ScanOptions.h"
 
-#include "Catalogs/SkippedPaths.h"
+#include "Catalogs/Catalog.h"
 #include "Platform/Mounts.h"
 
 #include <iterator>
@@ -25,13 +25,13 @@ ScanOptions ScanOptions::standard(const Host &host) {
 }
 
 PathSet ScanOptions::defaultSkippedPaths(const Host &host) {
-    PathSet paths = setOf(brimvale::skippedPaths(host));
+    PathSet paths = setOf(catalogOf(host.system).skippedPaths);
     paths.merge(setOf(pseudoMountPoints()));
     return paths;
 }
 
 PathSet ScanOptions::cloudProviderRoots(const Host &host) {
-    return setOf(brimvale::cloudProviderRoots(host));
+    return setOf(catalogOf(host.system).cloudProviderRoots(host.home));
 }
 
 SkipList::SkipList(const PathSet &paths) : paths_(paths) {

@@ -1,6 +1,6 @@
 #include "Core/Storage/CleanupCatalog.h"
 
-#include "Catalogs/CleanupTargets.h"
+#include "Catalogs/Catalog.h"
 #include "Core/Scan/SubtreeSizes.h"
 #include "Core/Storage/CleanupEntries.h"
 
@@ -9,7 +9,7 @@
 namespace brimvale {
 
 std::vector<CleanupTarget> CleanupCatalog::definitions(const Host &host) {
-    return cleanupTargets(host);
+    return catalogOf(host.system).cleanupTargets(host.home);
 }
 
 CleanupTarget CleanupCatalog::measure(CleanupTarget target, const std::function<bool()> &cancelled,

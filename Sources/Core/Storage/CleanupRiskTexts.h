@@ -3,6 +3,7 @@
 #include "Catalogs/CleanupTarget.h"
 #include "Core/Removal/RemovalResult.h"
 
+#include <string>
 #include <string_view>
 
 namespace brimvale {
@@ -14,6 +15,6 @@ namespace brimvale {
 [[nodiscard]] std::string_view colorName(CleanupRisk risk);
 
 /// What the confirmation warns of before something of that risk is removed.
-[[nodiscard]] std::string_view removalWarning(CleanupRisk risk, RemovalMode mode);
+[[nodiscard]] std::string removalWarning(CleanupRisk risk, RemovalMode mode);
 
 } // namespace brimvale

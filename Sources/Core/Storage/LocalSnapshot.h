@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace brimvale {
@@ -24,14 +23,7 @@ struct LocalSnapshot {
     friend bool operator==(const LocalSnapshot &, const LocalSnapshot &) = default;
 };
 
-/// The title of the note about local snapshots.
-inline constexpr std::string_view snapshotTitle = "Time Machine local snapshots";
-
 /// The note for that many snapshots; nothing where there are none.
 [[nodiscard]] std::optional<std::string> snapshotNote(std::size_t count);
-
-/// The remark to the list of snapshots.
-inline constexpr std::string_view snapshotRemark =
-    "macOS does not report a size per snapshot. Their combined weight shows up as purgeable space above.";
 
 } // namespace brimvale

@@ -1,5 +1,6 @@
 #include "Core/Storage/Permissions.h"
 
+#include "Catalogs/Catalog.h"
 #include "Platform/FileAccess.h"
 
 #include <algorithm>
@@ -8,7 +9,7 @@
 namespace brimvale::Permissions {
 
 bool hasFullDiskAccess(const Host &host) {
-    const std::optional<AccessProbes> probes = accessProbes(host);
+    const std::optional<AccessProbes> probes = catalogOf(host.system).accessProbes(host.home);
     return !probes || hasFullDiskAccess(*probes);
 }
 

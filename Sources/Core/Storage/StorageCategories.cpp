@@ -1,7 +1,6 @@
 #include "Core/Storage/StorageCategories.h"
 
-#include "Catalogs/SkippedPaths.h"
-#include "Catalogs/StorageCategories.h"
+#include "Catalogs/Catalog.h"
 #include "Core/Scan/SubtreeSizes.h"
 #include "Core/Storage/CleanupEntries.h"
 
@@ -21,7 +20,8 @@ struct NamedColor {
     Color color;
 };
 
-constexpr std::array<NamedColor, 11> colors = {{{"blue", {0.36, 0.52, 0.80}},
+constexpr Color gray = {0.55, 0.56, 0.60};
+constexpr std::array<NamedColor, 12> colors = {{{"blue", {0.36, 0.52, 0.80}},
                                                 {"orange", {0.84, 0.62, 0.36}},
                                                 {"pink", {0.78, 0.51, 0.60}},
                                                 {"green", {0.45, 0.67, 0.49}},
@@ -31,8 +31,8 @@ constexpr std::array<NamedColor, 11> colors = {{{"blue", {0.36, 0.52, 0.80}},
                                                 {"purple", {0.60, 0.49, 0.74}},
                                                 {"teal", {0.39, 0.65, 0.62}},
                                                 {"yellow", {0.83, 0.72, 0.40}},
-                                                {"brown", {0.64, 0.55, 0.45}}}};
-constexpr Color otherColor = {0.55, 0.56, 0.60};
+                                                {"brown", {0.64, 0.55, 0.45}},
+                                                {"gray", gray}}};
 
 std::string standardised(const std::string &path) {
     return FileURL(path).standardized().path();
@@ -76,11 +76,11 @@ MeasuredCategory measuredCategory(const StorageCategory &category, const std::ve
 } // namespace
 
 std::vector<StorageCategory> StorageCategories::all(const Host &host) {
-    return storageCategories(host, otherUserRoots(host));
+    return catalogOf(host.system).storageCategories(host.home, otherUserRoots(host));
 }
 
 std::vector<std::string> StorageCategories::otherUserRoots(const Host &host) {
-    const OtherUsers others = otherUsers(host);
+    const OtherUsers &others = catalogOf(host.system).otherUsers;
     const std::string_view own = host.home.fileName();
     std::vector<std::string> roots = {joinPath(others.homes, others.shared)};
     for (const std::string &name : CleanupEntries::names(others.homes))
@@ -94,21 +94,24 @@ PathSet StorageCategories::claimedPaths(const Host &host) {
     for (const StorageCategory &category : all(host))
         for (const std::string &root : category.roots)
             claimed.insert(standardised(root));
-    for (std::string &path : skippedPaths(host))
-        claimed.insert(std::move(path));
-    for (std::string &path : cloudProviderRoots(host))
-        claimed.insert(std::move(path));
+    const Catalog &catalog = catalogOf(host.system);
+    claimed.insert(catalog.skippedPaths.begin(), catalog.skippedPaths.end());
+    claimed.merge(ScanOptions::cloudProviderRoots(host));
     return claimed;
 }
 
 std::vector<std::string> StorageCategories::systemDataRoots(const Host &host) {
-    return brimvale::systemDataRoots(host);
+    return catalogOf(host.system).systemDataRoots(host.home);
 }
 
 Color StorageCategories::color(const StorageCategory &category) {
-    const auto found = std::find_if(colors.begin(), colors.end(),
-                                    [&](const NamedColor &one) { return one.name == category.colorName; });
-    return found == colors.end() ? otherColor : found->color;
+    return colorNamed(category.colorName).value_or(gray);
+}
+
+std::optional<Color> StorageCategories::colorNamed(std::string_view name) {
+    const auto found =
+        std::find_if(colors.begin(), colors.end(), [&](const NamedColor &one) { return one.name == name; });
+    return found == colors.end() ? std::nullopt : std::optional(found->color);
 }
 
 MeasuredCategory StorageCategories::measure(const StorageCategory &category,

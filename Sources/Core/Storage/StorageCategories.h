@@ -7,7 +7,9 @@
 #include "Platform/Host.h"
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brimvale {
@@ -29,8 +31,11 @@ namespace StorageCategories {
 /// The folders whose contents may be rows of System Data, in order.
 [[nodiscard]] std::vector<std::string> systemDataRoots(const Host &host = Host::current());
 
-/// The colour that a category is shown in.
+/// The colour that a category is shown in; grey where its colour has a name that nobody knows.
 [[nodiscard]] Color color(const StorageCategory &category);
+
+/// The colour with a name that categories use; nothing where there is none.
+[[nodiscard]] std::optional<Color> colorNamed(std::string_view name);
 
 /// One category with its rows, the largest first, and their sum. Not for the one that is a remainder.
 [[nodiscard]] MeasuredCategory measure(

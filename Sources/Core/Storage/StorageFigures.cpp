@@ -1,6 +1,7 @@
 #include "Core/Storage/StorageFigures.h"
 
 #include "Base/Bytes.h"
+#include "Catalogs/Words.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Text/Formatting.h"
 
@@ -56,9 +57,7 @@ std::optional<std::string> StorageFigures::systemDataSentence(std::int64_t accou
     if (remaining > 0)
         return "The locations above account for " + Fmt::byteFormatter(accounted) + " of the " +
                Fmt::byteFormatter(headline) + ". The remaining " + Fmt::byteFormatter(remaining) +
-               " is not attributable to anything readable: mostly Time Machine local snapshots, which count "
-               "as purgeable rather than used, plus system areas that need an administrator. Deleting "
-               "snapshots from the Overview page is usually what moves that number.";
+               " is not attributable to anything readable: " + Words::current().unreadableSpace;
     return "The locations above cover all of it, and then some: they total " + Fmt::byteFormatter(accounted) +
            " against a headline of " + Fmt::byteFormatter(headline) +
            ". Folders are listed whole even when another category already counted part of them, so the two "

@@ -1,5 +1,6 @@
 #include "Core/Storage/VolumeInfo.h"
 
+#include "Catalogs/Words.h"
 #include "Core/Text/Formatting.h"
 
 #include <algorithm>
@@ -42,9 +43,7 @@ std::optional<VolumeInfo> VolumeInfo::root(const std::vector<VolumeInfo> &volume
 std::optional<std::string> purgeableSentence(const VolumeInfo &volume) {
     if (volume.purgeable() < 1)
         return std::nullopt;
-    return Fmt::byteFormatter(volume.purgeable()) +
-           " of the free space is purgeable, meaning macOS is holding it but will give it back under "
-           "pressure. Mostly Time Machine snapshots and evictable caches.";
+    return Fmt::byteFormatter(volume.purgeable()) + " " + Words::current().purgeableSpace;
 }
 
 } // namespace brimvale

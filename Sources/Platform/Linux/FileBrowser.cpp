@@ -4,10 +4,6 @@
 
 namespace brimvale {
 
-const char *FileBrowser::revealTitle() {
-    return "Show in File Manager";
-}
-
 bool FileBrowser::reveal(const FileURL &item, const Tools &tools) {
     // The desktops' common interface: https://www.freedesktop.org/wiki/Specifications/file-manager-interface
     const std::optional<ProcessResult> result = runProcess(

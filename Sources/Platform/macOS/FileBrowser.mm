@@ -7,10 +7,6 @@
 
 namespace brimvale {
 
-const char *FileBrowser::revealTitle() {
-    return "Reveal in Finder";
-}
-
 bool FileBrowser::reveal(const FileURL &item, const Tools & /*tools*/) {
     // A Finder that selects a missing item opens nothing and reports nothing.
     if (!fileStatus(item.path()))

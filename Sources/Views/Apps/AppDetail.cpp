@@ -1,8 +1,8 @@
 #include "Views/Apps/AppDetail.h"
 
+#include "Catalogs/Words.h"
 #include "Core/Apps/Uninstall.h"
 #include "Core/Text/Formatting.h"
-#include "Platform/FileBrowser.h"
 #include "Views/Apps/LeftoverGroup.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/IconLabel.h"
@@ -75,7 +75,7 @@ QWidget *AppDetail::makeBundleChoice() {
     bundle_->setObjectName(QStringLiteral("includeBundle"));
     systemApp_->setObjectName(QStringLiteral("systemApp"));
     systemApp_->setText(u"This is a system app. Brimvale will not remove it."_s);
-    auto *reveal = new QPushButton(QLatin1String(FileBrowser::revealTitle()), this);
+    auto *reveal = new QPushButton(text(Words::current().revealItem), this);
     reveal->setObjectName(QStringLiteral("reveal"));
     reveal->setAutoDefault(false);
     connect(reveal, &QPushButton::clicked, this, [this] {

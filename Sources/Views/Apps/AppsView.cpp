@@ -1,6 +1,7 @@
 #include "Views/Apps/AppsView.h"
 
 #include "Base/Bytes.h"
+#include "Catalogs/Words.h"
 #include "Core/Apps/Uninstall.h"
 #include "Platform/RunningApps.h"
 #include "Views/Apps/AppDetail.h"
@@ -9,6 +10,7 @@
 #include "Views/Components/PageHeader.h"
 #include "Views/Components/ProgressNote.h"
 #include "Views/Components/StateMessage.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Entries/ItemActions.h"
 #include "Views/Removing/ActionBar.h"
@@ -40,7 +42,7 @@ constexpr std::chrono::seconds runningInterval{2};
 
 AppsView::AppsView(CorvelModel &model, QWidget *parent)
     : QWidget(parent), model_(model), search_(new QLineEdit(this)),
-      system_(new QCheckBox(u"Include Apple apps"_s, this)),
+      system_(new QCheckBox(text(Words::current().includeSystemApps), this)),
       progress_(new ProgressNote(u"Analysing apps"_s, this)), list_(new QListView(this)),
       noMatch_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       message_(new StateMessage(this)), detail_(new AppDetail(this)), bar_(new ActionBar(this)) {

@@ -1,5 +1,6 @@
 #include "Views/Apps/LeftoverGroup.h"
 
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/TickBox.h"
 #include "Views/Entries/ItemActions.h"
@@ -46,7 +47,7 @@ QWidget *LeftoverGroup::makeHead(MatchConfidence confidence) {
     heading->setObjectName(QStringLiteral("confidence"));
     heading->setText(words);
     auto *why = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this);
-    why->setText(QString::fromUtf8(explanation(confidence)));
+    why->setText(text(explanation(confidence)));
     why->setWordWrap(true);
     auto *texts = new QVBoxLayout;
     texts->setSpacing(2);

@@ -1,7 +1,7 @@
 #include "Views/Browse/BrowseView.h"
 
 #include "Base/Bytes.h"
-#include "Platform/FileBrowser.h"
+#include "Catalogs/Words.h"
 #include "Views/Browse/Breadcrumb.h"
 #include "Views/Browse/DetailPanel.h"
 #include "Views/Browse/NodeRemoval.h"
@@ -11,6 +11,7 @@
 #include "Views/Browse/Treemap/TreemapView.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/Shortcuts.h"
+#include "Views/Components/Text.h"
 #include "Views/Entries/ItemActions.h"
 
 #include <QHBoxLayout>
@@ -245,7 +246,7 @@ void BrowseView::showMenu(const QPoint &place) {
         FSNode *node = shown_.front();
         if (!node->outlineChildren().empty() && node != focus_)
             menu->addAction(u"Open"_s, this, [this, node] { focusOn(node); });
-        menu->addAction(QLatin1String(FileBrowser::revealTitle()), this, &BrowseView::reveal);
+        menu->addAction(text(Words::current().revealItem), this, &BrowseView::reveal);
     }
     menu->addAction(shown_.size() == 1 ? u"Copy Path"_s : u"Copy Paths"_s, this, &BrowseView::copyPaths);
     if (!removableNodes().empty()) {

@@ -1,10 +1,10 @@
 #include "Views/Browse/DetailPanel.h"
 
 #include "Base/Bytes.h"
+#include "Catalogs/Words.h"
 #include "Core/Scan/NodeExplanation.h"
 #include "Core/Scan/OutermostNodes.h"
 #include "Core/Text/Formatting.h"
-#include "Platform/FileBrowser.h"
 #include "Views/Browse/Outline/NodeIcon.h"
 #include "Views/Components/DestructiveButton.h"
 #include "Views/Components/ElidedLabel.h"
@@ -57,7 +57,7 @@ DetailPanel::DetailPanel(QWidget *parent)
       path_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       explanation_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       notice_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
-      reveal_(makeButton(this, "reveal", QLatin1String(FileBrowser::revealTitle()))),
+      reveal_(makeButton(this, "reveal", text(Words::current().revealItem))),
       copyPath_(makeButton(this, "copyPath", u"Copy Path"_s)), remove_(new DestructiveButton(this)) {
     setObjectName(QStringLiteral("detailPanel"));
     name_->setObjectName(QStringLiteral("detailName"));

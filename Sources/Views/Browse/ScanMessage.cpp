@@ -1,8 +1,10 @@
 #include "Views/Browse/ScanMessage.h"
 
+#include "Catalogs/Words.h"
 #include "Core/Model/CorvelModel.h"
 #include "Platform/Folder.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
 
 #include <QFontMetrics>
@@ -47,7 +49,7 @@ void ScanMessage::showWhyItIsEmpty(const std::string &path) {
 
 QString ScanMessage::whatHelps() const {
     return *model_.hasFullDiskAccess ? u"Its owner or an administrator can change that."_s
-                                     : u"Full Disk Access would let this be measured."_s;
+                                     : text(Words::current().measuringHelp);
 }
 
 } // namespace brimvale

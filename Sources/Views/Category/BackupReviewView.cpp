@@ -1,5 +1,6 @@
 #include "Views/Category/BackupReviewView.h"
 
+#include "Catalogs/Words.h"
 #include "Core/Backup/Archiver.h"
 #include "Core/Text/Formatting.h"
 #include "Platform/FileBrowser.h"
@@ -113,13 +114,13 @@ void BackupReviewView::addHeading(QVBoxLayout &layout) {
 void BackupReviewView::addFolder(QVBoxLayout &layout) {
     auto *card = new Card(this);
     auto *title = new TextLabel(Type::Size::body, QFont::Medium, card);
-    title->setText(u"Show this copy in Finder"_s);
+    title->setText(text(Words::current().showBackupCopy));
     auto *advice = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, card);
     advice->setText(u"Open the folder and check it first."_s);
     auto *path = new ElidedLabel(Type::Size::caption, TextLabel::Tone::tertiary, Qt::ElideMiddle, card);
     path->setObjectName(QStringLiteral("backupFolder"));
     path->setText(displayedText(pending_.destination.path()));
-    QPushButton *open = makeButton("openFolder", u"Open in Finder"_s, card);
+    QPushButton *open = makeButton("openFolder", text(Words::current().openFolder), card);
     connect(open, &QPushButton::clicked, this, [this] { ItemActions::reveal(pending_.destination); });
     auto *words = new QVBoxLayout;
     words->setSpacing(2);

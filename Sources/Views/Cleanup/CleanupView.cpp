@@ -1,10 +1,12 @@
 #include "Views/Cleanup/CleanupView.h"
 
+#include "Catalogs/Words.h"
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Views/Cleanup/TargetCard.h"
 #include "Views/Components/PageHeader.h"
 #include "Views/Components/ProgressNote.h"
+#include "Views/Components/Text.h"
 #include "Views/Removing/ActionBar.h"
 #include "Views/Removing/RemovalSheet.h"
 
@@ -46,8 +48,8 @@ CleanupView::CleanupView(CorvelModel &model, QWidget *parent)
 QWidget *CleanupView::makeHeader() {
     auto *header = new PageHeader(u"Cleanup"_s, this);
     header->setSubtitle(
-        u"Everything here is measured on this Mac. Nothing is selected by default, and nothing "
-        "is removed until you say so."_s);
+        u"Everything here is measured on %1. Nothing is selected by default, and nothing is removed until "
+        "you say so."_s.arg(text(Words::current().thisComputer)));
     measure_->setObjectName(QStringLiteral("measure"));
     measure_->setDefault(true);
     header->addControl(measure_);

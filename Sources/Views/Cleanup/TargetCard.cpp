@@ -1,5 +1,6 @@
 #include "Views/Cleanup/TargetCard.h"
 
+#include "Catalogs/Words.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/RiskBadge.h"
@@ -29,8 +30,8 @@ QString whyEmpty(const CleanupTarget &target) {
     if (!target.scanned)
         return u"Not measured yet. Measure looks at every place on this page and changes nothing."_s;
     if (CleanupEntries::hasUnreadableRoot(target.roots))
-        return u"This could not be read: you may not list its folder. Full Disk Access, or the "
-               "rights of the folder's owner, would help."_s;
+        return u"This could not be read: you may not list its folder. %1"_s.arg(
+            text(Words::current().listingHelp));
     return u"Nothing found. There is nothing here to remove."_s;
 }
 

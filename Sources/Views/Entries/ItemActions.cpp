@@ -1,7 +1,9 @@
 #include "Views/Entries/ItemActions.h"
 
+#include "Catalogs/Words.h"
 #include "Platform/FileBrowser.h"
 #include "Platform/Host.h"
+#include "Views/Components/Text.h"
 
 #include <QClipboard>
 #include <QDesktopServices>
@@ -52,8 +54,7 @@ QMenu *menuFor(const std::vector<FileURL> &items, QWidget *parent) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
     if (items.size() == 1)
-        menu->addAction(QLatin1String(FileBrowser::revealTitle()), menu,
-                        [item = items.front()] { reveal(item); });
+        menu->addAction(text(Words::current().revealItem), menu, [item = items.front()] { reveal(item); });
     menu->addAction(items.size() == 1 ? u"Copy Path"_s : u"Copy Paths"_s, menu,
                     [items] { copyPaths(items); });
     return menu;

@@ -1,5 +1,6 @@
 #include "Views/Overview/SnapshotsCard.h"
 
+#include "Catalogs/Words.h"
 #include "Core/Text/Formatting.h"
 #include "Views/Components/DestructiveButton.h"
 #include "Views/Components/ElidedLabel.h"
@@ -24,12 +25,12 @@ SnapshotsCard::SnapshotsCard(QWidget *parent)
       rows_(new QVBoxLayout) {
     setObjectName(QStringLiteral("snapshotsCard"));
     auto *title = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
-    title->setText(text(std::string(snapshotTitle)));
+    title->setText(text(Words::current().snapshotsTitle));
     note_->setObjectName(QStringLiteral("snapshotsNote"));
     note_->setWordWrap(true);
     auto *remark = new TextLabel(Type::Size::caption, TextLabel::Tone::tertiary, this);
     remark->setObjectName(QStringLiteral("snapshotsRemark"));
-    remark->setText(text(std::string(snapshotRemark)));
+    remark->setText(text(Words::current().snapshotsRemark));
     remark->setWordWrap(true);
     rows_->setSpacing(6);
     auto *layout = new QVBoxLayout(this);

@@ -1,5 +1,6 @@
 #include "Views/Window/SidebarFooter.h"
 
+#include "Catalogs/Words.h"
 #include "Views/Components/CapacityBar.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/NodeName.h"
@@ -36,7 +37,7 @@ SidebarFooter::SidebarFooter(QWidget *parent)
       name_(new TextLabel(Type::Size::body, QFont::Medium, volume_)), bar_(new CapacityBar(volume_)),
       free_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, volume_)),
       freed_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
-      grantAccess_(new QPushButton(u"Grant Full Disk Access"_s, this)) {
+      grantAccess_(new QPushButton(text(Words::current().grantAccess), this)) {
     setObjectName(QStringLiteral("sidebarFooter"));
     volume_->setObjectName(QStringLiteral("volume"));
     name_->setObjectName(QStringLiteral("volumeName"));
@@ -46,8 +47,7 @@ SidebarFooter::SidebarFooter(QWidget *parent)
     name_->setMinimumWidth(1);
     grantAccess_->setObjectName(QStringLiteral("grantFullDiskAccess"));
     grantAccess_->setAccessibleName(grantAccess_->text());
-    grantAccess_->setToolTip(u"Without it, protected folders such as Mail and Messages read as empty. "
-                             "Opens the privacy settings."_s);
+    grantAccess_->setToolTip(text(Words::current().whyGrantAccess));
     connect(grantAccess_, &QPushButton::clicked, this, openPrivacySettings);
 
     auto *inVolume = new QVBoxLayout(volume_);

@@ -1,5 +1,6 @@
 #include "Core/Apps/LeftoverFinder.h"
 
+#include "Catalogs/Catalog.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -52,7 +53,7 @@ protected:
 
     TemporaryFolder folder;
     Host host{System::macOS, FileURL(folder.path("home")), {}};
-    LeftoverRules rules = leftoverRules(host);
+    LeftoverRules rules = catalogOf(host.system).leftoverRules(host.home);
 
 private:
     void move(std::string &directory) const {

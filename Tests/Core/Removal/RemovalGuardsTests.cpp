@@ -1,6 +1,5 @@
 #include "Core/Removal/RemovalGuards.h"
 
-#include "Catalogs/RemovalGuards.h"
 #include "Platform/FileAccess.h"
 #include "Support/TemporaryFolder.h"
 
@@ -188,18 +187,6 @@ TEST(RemovalGuards, NeedTheConsentOfThePlatformToo) {
                                {"/proc/self", isProtected},
                                {"/home", tooClose}, // the catalog in force speaks first
                                {"/lib/of-nobody", gone}});
-}
-
-TEST(RemovalGuards, AreDataInPlainForm) {
-    const FileURL home("/Users/u");
-    for (const GuardedPaths &paths : {macOSCatalog::guardedPaths(home), linuxCatalog::guardedPaths(home)}) {
-        for (const std::string &path : paths.structural)
-            EXPECT_TRUE(path == "/" || (path.starts_with('/') && !path.ends_with('/'))) << path;
-        for (const std::string &prefix : paths.protectedPrefixes)
-            EXPECT_TRUE(prefix.starts_with('/') && prefix.ends_with('/')) << prefix;
-        for (const std::string &prefix : paths.openPrefixes)
-            EXPECT_TRUE(prefix.starts_with('/') && prefix.ends_with('/')) << prefix;
-    }
 }
 
 } // namespace brimvale

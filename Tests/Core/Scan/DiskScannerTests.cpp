@@ -1,4 +1,6 @@
 #include "Core/Scan/DiskScanner.h"
+
+#include "Catalogs/Words.h"
 #include "Support/ChildProcess.h"
 #include "Support/HostileTree.h"
 #include "Support/ReferenceScan.h"
@@ -161,7 +163,7 @@ TEST(DiskScanner, AnswersForRootsThatAreNoPlainFolder) {
         EXPECT_TRUE(missing->children().empty()) << path;
         EXPECT_EQ(missing->fileCount, 0) << path;
     }
-    EXPECT_EQ(DiskScanner::displayName("/"), "Macintosh HD");
+    EXPECT_EQ(DiskScanner::displayName("/"), Words::current().rootName);
     EXPECT_EQ(quickSize(folder.path("missing")), 0);
     EXPECT_EQ(quickSize(toFolder), fileStatus(toFolder)->allocatedBytes);
 }

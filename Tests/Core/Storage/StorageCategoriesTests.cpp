@@ -3,7 +3,6 @@
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-#include <set>
 
 namespace brimvale {
 
@@ -16,20 +15,6 @@ Host macWith(const std::string &home) {
 }
 
 } // namespace
-
-TEST(StorageCategories, NameTheirRootsInPlainForm) {
-    std::set<std::string> ids, colors;
-    for (const StorageCategory &category : StorageCategories::all(macWith("/Users/a"))) {
-        EXPECT_TRUE(ids.insert(category.id).second);
-        const Color color = StorageCategories::color(category);
-        EXPECT_TRUE(colors.insert(std::to_string(color.red) + std::to_string(color.green)).second)
-            << "two categories look the same";
-        EXPECT_EQ(category.measurement == CategoryMeasurement::remainder, category.roots.empty());
-        for (const std::string &root : category.roots)
-            EXPECT_EQ(FileURL(root).standardized().path(), root);
-    }
-    EXPECT_EQ(ids.size(), 12U);
-}
 
 TEST(StorageCategories, LeaveWhatNobodyClaimsToSystemDataIfItIsLarge) {
     const TemporaryFolder folder;

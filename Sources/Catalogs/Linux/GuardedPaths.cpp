@@ -1,4 +1,4 @@
-#include "Catalogs/RemovalGuards.h"
+#include "Catalogs/Linux/Catalog.h"
 
 #include <initializer_list>
 

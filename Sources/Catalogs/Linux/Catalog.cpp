@@ -1,0 +1,47 @@
+#include "Catalogs/Linux/Catalog.h"
+
+#include "Catalogs/macOS/Catalog.h"
+
+namespace brimvale::linuxCatalog {
+
+namespace {
+
+/// Cloud folders are either plain files that a client synchronises, or a FUSE mount, which a scan of their
+/// parent does not enter.
+std::vector<std::string> cloudProviderRoots(const FileURL & /*home*/) {
+    return {};
+}
+
+/// No program needs a permission of its own to read what its user may read.
+std::optional<AccessProbes> accessProbes(const FileURL & /*home*/) {
+    return std::nullopt;
+}
+
+} // namespace
+
+const Catalog &catalog() {
+    // Linux has no lists of its own yet for what is measured.
+    const Catalog &mac = macOSCatalog::catalog();
+    static const Catalog catalog = {
+        .words = words(),
+        .scanRoots = {{"Home folder", "~"},
+                      {"Applications", "/opt"},
+                      {"User data", "~/.local/share"},
+                      {"System", "/usr"},
+                      {"Variable data", "/var"},
+                      {"Whole system", "/"}},
+        .skippedPaths = {"/dev", "/proc", "/run", "/sys"},
+        .cloudProviderRoots = cloudProviderRoots,
+        .guardedPaths = guardedPaths,
+        .accessProbes = accessProbes,
+        .appRoots = appRoots,
+        .leftoverRules = leftoverRules,
+        .cleanupTargets = mac.cleanupTargets,
+        .storageCategories = mac.storageCategories,
+        .systemDataRoots = mac.systemDataRoots,
+        .otherUsers = mac.otherUsers,
+    };
+    return catalog;
+}
+
+} // namespace brimvale::linuxCatalog

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Catalogs/Catalog.h"
+
+namespace brimvale::linuxCatalog {
+
+[[nodiscard]] const Catalog &catalog();
+
+// Its longer parts, each in a file of its own.
+[[nodiscard]] Words words();
+[[nodiscard]] GuardedPaths guardedPaths(const FileURL &home);
+[[nodiscard]] AppRoots appRoots(const FileURL &home);
+[[nodiscard]] LeftoverRules leftoverRules(const FileURL &home);
+
+} // namespace brimvale::linuxCatalog

@@ -1,0 +1,30 @@
+#include "Catalogs/Linux/Catalog.h"
+
+namespace brimvale::linuxCatalog {
+
+/// Of the permission and the snapshots nothing is shown as long as Linux has neither.
+Words words() {
+    return {
+        .thisComputer = "this computer",
+        .theSystem = "the system",
+        .rootName = "File system",
+        .includeSystemApps = "Include system apps",
+        .revealItem = "Show in File Manager",
+        .openFolder = "Open in File Manager",
+        .showBackupCopy = "Show this copy in the file manager",
+        .grantAccess = "Grant access to all files",
+        .whyGrantAccess = "Without it, protected folders read as empty.",
+        .measuringHelp = "Its owner or an administrator can change that.",
+        .listingHelp = "The rights of the folder's owner, or of an administrator, would help.",
+        .purgeableSpace = "of the free space is purgeable, meaning the system is holding it but will give it "
+                          "back under pressure. Mostly caches that are built again when needed.",
+        .unreadableSpace = "mostly folders that need an administrator, plus what the file system keeps for "
+                           "itself.",
+        .snapshotsTitle = "Local snapshots",
+        .snapshotsRemark =
+            "The system does not report a size per snapshot. Their combined weight shows up as "
+            "purgeable space above.",
+    };
+}
+
+} // namespace brimvale::linuxCatalog

@@ -1,0 +1,73 @@
+#include "Catalogs/macOS/Catalog.h"
+
+namespace brimvale::macOSCatalog {
+
+namespace {
+
+std::vector<ScanRoot> scanRoots() {
+    return {
+        {"Home folder", "~"},
+        {"Applications", "/Applications"},
+        {"User Library", "~/Library"},
+        {"System Library", "/Library"},
+        {"Whole data volume", "/System/Volumes/Data"},
+        {"System volume", "/"},
+    };
+}
+
+std::vector<std::string> skippedPaths() {
+    return {
+        "/dev",
+        "/net",
+        "/home",
+        "/.vol",
+        "/Volumes",
+        // Scanning "/" reaches the other system volumes, and the data volume a second time, through here.
+        "/System/Volumes",
+        // The same trees once more when the data volume itself is scanned.
+        "/System/Volumes/Data/Volumes",
+        "/System/Volumes/Data/dev",
+        "/System/Volumes/Data/net",
+        "/System/Volumes/Data/home",
+        "/System/Volumes/Data/.vol",
+        "/System/Volumes/Update/mnt1",
+        "/System/Volumes/VM/.snapshots",
+    };
+}
+
+std::vector<std::string> cloudProviderRoots(const FileURL &home) {
+    return {home.appending("Library/CloudStorage").path(), home.appending("Library/Mobile Documents").path()};
+}
+
+std::optional<AccessProbes> accessProbes(const FileURL &home) {
+    // The privacy databases, the system's and the user's, are themselves what the permission protects.
+    const FileURL database("/Library/Application Support/com.apple.TCC/TCC.db");
+    return AccessProbes{.files = {database, home.appending(database.path().substr(1))},
+                        .folder = home.appending("Library/Messages")};
+}
+
+std::vector<std::string> systemDataRoots(const FileURL &home) {
+    return {home.appending("Library").path(), "/Library", "/private/var", home.path()};
+}
+
+} // namespace
+
+const Catalog &catalog() {
+    static const Catalog catalog = {
+        .words = words(),
+        .scanRoots = scanRoots(),
+        .skippedPaths = skippedPaths(),
+        .cloudProviderRoots = cloudProviderRoots,
+        .guardedPaths = guardedPaths,
+        .accessProbes = accessProbes,
+        .appRoots = appRoots,
+        .leftoverRules = leftoverRules,
+        .cleanupTargets = cleanupTargets,
+        .storageCategories = storageCategories,
+        .systemDataRoots = systemDataRoots,
+        .otherUsers = {.homes = "/Users", .shared = "Shared"},
+    };
+    return catalog;
+}
+
+} // namespace brimvale::macOSCatalog

@@ -1,0 +1,30 @@
+#include "Catalogs/macOS/Catalog.h"
+
+namespace brimvale::macOSCatalog {
+
+Words words() {
+    return {
+        .thisComputer = "this Mac",
+        .theSystem = "macOS",
+        .rootName = "Macintosh HD",
+        .includeSystemApps = "Include Apple apps",
+        .revealItem = "Reveal in Finder",
+        .openFolder = "Open in Finder",
+        .showBackupCopy = "Show this copy in Finder",
+        .grantAccess = "Grant Full Disk Access",
+        .whyGrantAccess = "Without it, protected folders such as Mail and Messages read as empty. Opens the "
+                          "privacy settings.",
+        .measuringHelp = "Full Disk Access would let this be measured.",
+        .listingHelp = "Full Disk Access, or the rights of the folder's owner, would help.",
+        .purgeableSpace = "of the free space is purgeable, meaning macOS is holding it but will give it back "
+                          "under pressure. Mostly Time Machine snapshots and evictable caches.",
+        .unreadableSpace = "mostly Time Machine local snapshots, which count as purgeable rather than used, "
+                           "plus system areas that need an administrator. Deleting snapshots from the "
+                           "Overview page is usually what moves that number.",
+        .snapshotsTitle = "Time Machine local snapshots",
+        .snapshotsRemark = "macOS does not report a size per snapshot. Their combined weight shows up as "
+                           "purgeable space above.",
+    };
+}
+
+} // namespace brimvale::macOSCatalog
