@@ -3,20 +3,23 @@
 #include "Core/Storage/StorageCategories.h"
 
 #include <map>
-#include <string>
 #include <string_view>
 
 namespace brimvale {
 
-QString categoryIcon(const StorageCategory &category) {
+std::optional<QString> iconForSymbol(std::string_view symbol) {
     static const std::map<std::string_view, const char *> icons = {
         {"app.badge", "layout-grid"},  {"doc", "file-text"},         {"photo", "image"},
         {"message", "message-circle"}, {"envelope", "mail"},         {"music.note", "music"},
         {"icloud", "cloud"},           {"hammer", "hammer"},         {"trash", "trash-2"},
         {"person.2", "users"},         {"laptopcomputer", "laptop"}, {"ellipsis.circle", "circle-ellipsis"},
     };
-    const auto found = icons.find(category.symbol);
-    return QLatin1String(found == icons.end() ? "folder" : found->second);
+    const auto found = icons.find(symbol);
+    return found == icons.end() ? std::nullopt : std::optional<QString>(QLatin1String(found->second));
+}
+
+QString categoryIcon(const StorageCategory &category) {
+    return iconForSymbol(category.symbol).value_or(QStringLiteral("folder"));
 }
 
 QColor categoryColor(const StorageCategory &category) {
