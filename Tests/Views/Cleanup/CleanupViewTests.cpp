@@ -4,6 +4,7 @@
 #include "Core/Text/Formatting.h"
 #include "Support/PageTest.h"
 #include "Support/PublishedWriter.h"
+#include "Support/WithId.h"
 #include "Views/Cleanup/TargetCard.h"
 #include "Views/Components/TickBox.h"
 #include "Views/Entries/EntryList.h"
@@ -20,6 +21,7 @@ namespace brimvale {
 namespace {
 
 using testing::eventually;
+using testing::withId;
 
 constexpr auto sizeText = Fmt::byteFormatter;
 
@@ -83,7 +85,7 @@ TEST_F(CleanupPage, SaysWhyThereIsNothing) {
     EXPECT_FALSE(isVisible("cleanupProgress"));
     EXPECT_TRUE(find("measure").isEnabled());
 
-    EXPECT_EQ(label("logs", "total"), sizeText(model.cleanupTargets->at(8).entries.at(0).size));
+    EXPECT_EQ(label("logs", "total"), sizeText(withId(*model.cleanupTargets, "logs").entries.at(0).size));
     EXPECT_TRUE(label("package-caches", "targetState").starts_with("Nothing found"));
     EXPECT_TRUE(label("android-avd", "targetState").starts_with("This could not be read"));
     EXPECT_EQ(selection(), "Nothing selected");
@@ -115,9 +117,11 @@ TEST_F(CleanupPage, ABoxStandsForAllOfItsEntries) {
 TEST_F(CleanupPage, TheSameItemUnderTwoCardsIsOne) {
     std::vector<CleanupTarget> targets = *model.cleanupTargets;
     const FileURL shared(home.makeFile("shared", 10));
-    targets[0].entries = {{shared, 4'000}, {FileURL(home.makeFile("other", 10)), 1'000}};
-    targets[1].entries = {{shared, 4'000}};
-    targets[0].scanned = targets[1].scanned = true;
+    CleanupTarget &first = withId(targets, "ios-device-support");
+    CleanupTarget &second = withId(targets, "derived-data");
+    first.entries = {{shared, 4'000}, {FileURL(home.makeFile("other", 10)), 1'000}};
+    second.entries = {{shared, 4'000}};
+    first.scanned = second.scanned = true;
     PublishedWriter::set(model.cleanupTargets, targets);
     tick("ios-device-support", "shared");
     EXPECT_EQ(state("derived-data", "shared"), Qt::Checked);
@@ -140,7 +144,7 @@ TEST_F(CleanupPage, WhatLiesInATickedFolderIsCountedWithIt) {
     measure();
     tick("package-caches", "downloads");
     tick("user-caches", "Homebrew");
-    const std::int64_t size = model.cleanupTargets->at(7).entries.at(0).size;
+    const std::int64_t size = withId(*model.cleanupTargets, "user-caches").entries.at(0).size;
     EXPECT_EQ(selection(), "1 item selected, " + sizeText(size));
     click("remove");
     confirm();

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Catalogs/StorageCategory.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace brimvale::testing {
+
+[[nodiscard]] inline const std::string &idOf(const CleanupTarget &target) {
+    return target.id;
+}
+
+[[nodiscard]] inline const std::string &idOf(const MeasuredCategory &measured) {
+    return measured.category.id;
+}
+
+/// The target, or the measured category, with this id. The test fails where there is none.
+[[nodiscard]] auto &withId(auto &entries, const std::string &id) {
+    const auto found =
+        std::find_if(entries.begin(), entries.end(), [&](const auto &one) { return idOf(one) == id; });
+    if (found == entries.end())
+        throw std::out_of_range("no entry has the id " + id);
+    return *found;
+}
+
+} // namespace brimvale::testing
