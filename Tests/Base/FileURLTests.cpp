@@ -5,7 +5,7 @@
 
 namespace brimvale {
 
-TEST(FileURL, TakesPathsApartAndPutsThemTogether) {
+TEST(FileURL, SplitsAndJoinsPaths) {
     struct Case {
         std::string path, last, enclosing;
     };
@@ -23,7 +23,7 @@ TEST(FileURL, TakesPathsApartAndPutsThemTogether) {
     EXPECT_EQ(expandingTilde("~other/x", "/home/u"), "~other/x");
 }
 
-TEST(FileURL, StandardisesWithoutResolvingLinksUnlessAParentFollows) {
+TEST(FileURL, StandardizedResolvesLinksOnlyBeforeDotDot) {
     const testing::TemporaryFolder folder;
     folder.makeFolder("real/inner");
     folder.makeLink("link", "real/inner");
@@ -43,7 +43,7 @@ TEST(FileURL, StandardisesWithoutResolvingLinksUnlessAParentFollows) {
     EXPECT_EQ(FileURL("/private/nowhere").standardized().path(), "/private/nowhere");
 }
 
-TEST(FileURL, TellsWhatIsAPathExtension) {
+TEST(FileURL, DeletesPathExtension) {
     struct Case {
         const char *name, *rest;
     };

@@ -21,7 +21,7 @@ public:
 
 } // namespace
 
-TEST(Published, AnnouncesChangesOnly) {
+TEST(Published, AnnouncesOnlyChanges) {
     Model model;
     model.assign({});
     EXPECT_EQ(model.announcements, 0);

@@ -4,7 +4,7 @@
 
 namespace brimvale {
 
-TEST(Text, ReplacesWhatIsNotUtf8AndKeepsTheRest) {
+TEST(Text, ReplacesInvalidUtf8) {
     struct Case {
         std::string bytes, text;
     };

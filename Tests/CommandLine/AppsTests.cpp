@@ -32,7 +32,7 @@ QJsonObject rowOf(const QJsonArray &rows, const std::string &path) {
 
 } // namespace
 
-TEST(Apps, AreListedWithTheMembersOfTheirRecords) {
+TEST(Apps, JsonHasEveryMember) {
     const TemporaryFolder home;
     makeSampleApps(home, "");
     const QJsonArray rows = arrayIn(runIn(home, {"apps", "--json"}));
@@ -58,7 +58,7 @@ TEST(Apps, AreListedWithTheMembersOfTheirRecords) {
     EXPECT_THAT(table.out, HasSubstr("  " + home.path("Applications/Acme.app") + "\n"));
 }
 
-TEST(Apps, AreMeasuredOnRequest) {
+TEST(Apps, AnalyzeMeasuresAppsAndLeftovers) {
     const TemporaryFolder home;
     makeBundle(home, "Applications/Acme.app", {"com.example.acme", "Acme", {}, {}, {}});
     home.makeFile("Library/Caches/com.example.acme/data", 50'000);
@@ -79,7 +79,7 @@ TEST(Apps, AreMeasuredOnRequest) {
     EXPECT_EQ(arrayIn(runIn(home, {"leftovers", "com.example.acme", "--json"})), leftovers);
 }
 
-TEST(Leftovers, AreFoundForABundleOrAnIdentifier) {
+TEST(Leftovers, AcceptsBundlePathOrBundleID) {
     const TemporaryFolder home;
     makeBundle(home, "Applications/Acme.app", {"com.example.acme", "Acme", {}, {}, {}});
     makeBundle(home, "Elsewhere/Old.app", {"com.example.old", {}, {}, {}, {}});
@@ -102,7 +102,7 @@ TEST(Leftovers, AreFoundForABundleOrAnIdentifier) {
     EXPECT_EQ(runIn(home, {"leftovers", "com.example.here.app"}).out, "No files found outside the bundle.\n");
 }
 
-TEST(Leftovers, NeedAnApplicationThatIsMeantClearly) {
+TEST(Leftovers, UnknownOrAmbiguousAppIsAnError) {
     const TemporaryFolder home;
     makeBundle(home, "Applications/One.app", {"com.example.same", {}, {}, {}, {}});
     makeBundle(home, "Applications/Two.app", {"com.example.same", {}, {}, {}, {}});

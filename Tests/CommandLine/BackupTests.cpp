@@ -17,7 +17,7 @@ using ::testing::StartsWith;
 
 } // namespace
 
-TEST(Backup, CopiesAndIsVerifiedLater) {
+TEST(Backup, CopiesAndVerifiesLater) {
     const TemporaryFolder folder;
     const std::string one = folder.makeFile("from/one", 70'000);
     const std::string two = folder.makeFolder("from/two");
@@ -54,7 +54,7 @@ TEST(Backup, CopiesAndIsVerifiedLater) {
     EXPECT_THAT(pathsIn(verification["extra"]), ElementsAre("two/later"));
 }
 
-TEST(Backup, TellsWhatWentWhere) {
+TEST(Backup, PrintsCopiesAndDestination) {
     const TemporaryFolder home;
     const EnvironmentVariable settings("XDG_CONFIG_HOME", std::nullopt);
     const std::string item = home.makeFile("item\n", 70'000);
@@ -64,7 +64,7 @@ TEST(Backup, TellsWhatWentWhere) {
                                        home.path("Documents/Brimvale Backups/x ")));
 }
 
-TEST(Backup, CopiesNothingThatCannotBeBackedUpTogether) {
+TEST(Backup, RefusesItemsThatCannotShareABackup) {
     const TemporaryFolder folder;
     folder.makeFile("a/same", 10);
     folder.makeFile("b/same", 10);

@@ -5,7 +5,7 @@
 
 namespace brimvale::testing {
 
-TEST(Check, AnswersALineForEachPath) {
+TEST(Check, PrintsOneLinePerPath) {
     const TemporaryFolder folder;
     const std::string file = folder.makeFile("file");
     const auto enter = inFolder(folder.path());
@@ -25,7 +25,7 @@ TEST(Check, AnswersALineForEachPath) {
     EXPECT_EQ(mixed.err, "");
 }
 
-TEST(Check, GuardsTheHomeOfTheSystemInForce) {
+TEST(Check, FollowsTheSelectedSystem) {
     const TemporaryFolder home;
     home.makeFolder("Library/Caches/some.app");
     const auto enter = inHome(home.path());

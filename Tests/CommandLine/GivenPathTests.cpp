@@ -6,7 +6,7 @@
 
 namespace brimvale::testing {
 
-TEST(GivenPath, IsNamedAsItWasTypedWhereNothingCanBeMeasured) {
+TEST(GivenPath, ErrorNamesThePathAsTyped) {
     const TemporaryFolder folder;
     folder.makeFile("file", 1'000);
     folder.makeLink("dangling", "nowhere");
@@ -31,7 +31,7 @@ TEST(GivenPath, IsNamedAsItWasTypedWhereNothingCanBeMeasured) {
               "brimvalectl: circle: Too many levels of symbolic links\n");
 }
 
-TEST(GivenPath, OfAFolderThatCannotBeListedIsAnError) {
+TEST(GivenPath, UnreadableFolderIsAnError) {
     const TemporaryFolder folder;
     folder.makeFile("closed/file", 1'000);
     std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
@@ -43,7 +43,7 @@ TEST(GivenPath, OfAFolderThatCannotBeListedIsAnError) {
     }
 }
 
-TEST(GivenPath, IsResolvedByItsBytes) {
+TEST(GivenPath, ResolvesPathsOfAnyBytes) {
     const TemporaryFolder folder;
     const std::string name = "caf\xE9 \n";
     std::error_code error;

@@ -14,7 +14,7 @@ using commandLine::Interruption;
 using ::testing::ExitedWithCode;
 using ::testing::KilledBySignal;
 
-TEST(Interruption, StillPrintsWhatWasCounted) {
+TEST(Interruption, PrintsPartialResult) {
     const TemporaryFolder folder;
     folder.makeFile("sub/file", 2'000'000);
     struct Case {
@@ -34,7 +34,7 @@ TEST(Interruption, StillPrintsWhatWasCounted) {
         }
 }
 
-TEST(Interruption, LeavesTheSecondSignalItsForce) {
+TEST(Interruption, SecondSignalEndsTheProgram) {
     // The first one is taken; whichever comes second ends the program.
     for (const int second : {SIGINT, SIGTERM})
         EXPECT_EXIT(

@@ -38,7 +38,7 @@ std::string documentOf(Write write) {
 
 } // namespace
 
-TEST(JsonWriter, WritesNumbersExactlyAndAlikeInEveryLocale) {
+TEST(JsonWriter, WritesNumbersExactlyInEveryLocale) {
     struct WithComma : std::numpunct<char> {
         char do_decimal_point() const override { return ','; }
         char do_thousands_sep() const override { return '.'; }
@@ -62,7 +62,7 @@ TEST(JsonWriter, WritesNumbersExactlyAndAlikeInEveryLocale) {
     std::locale::global(before);
 }
 
-TEST(JsonWriter, TakesTextsLongerThanItsBuffer) {
+TEST(JsonWriter, WritesTextsLongerThanTheBuffer) {
     // Pieces of every length around the buffer's, so that no edge of it is missed.
     const std::string document = documentOf([](JsonWriter &json) {
         json.beginArray();

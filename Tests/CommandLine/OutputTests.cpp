@@ -8,7 +8,7 @@
 
 namespace brimvale::testing {
 
-TEST(Output, IsAnErrorWhereNothingTakesIt) {
+TEST(Output, WriteFailureIsAnError) {
     const TemporaryFolder folder;
     for (int i = 0; i < 500; ++i) // more than one buffer full
         folder.makeFolder("folder " + std::to_string(i) + std::string(200, '.'));

@@ -48,7 +48,7 @@ void closeInput() {
 
 } // namespace
 
-TEST(Remove, DeletesWhatIsNamedAndNothingElse) {
+TEST(Remove, DeletesOnlyNamedItems) {
     const TemporaryFolder folder;
     folder.makeFile("outside/kept", 5'000);
     folder.makeFile("doomed/a/b/file", 9'000);
@@ -75,7 +75,7 @@ TEST(Remove, DeletesWhatIsNamedAndNothingElse) {
     EXPECT_EQ(inventory(folder.path()), expected);
 }
 
-TEST(Remove, TellsWhatBecameOfEachItem) {
+TEST(Remove, ReportsEachItem) {
     const TemporaryFolder folder;
     const std::string file = folder.makeFile("file", 5'000);
     chmod(folder.path().c_str(), 0755);
@@ -113,7 +113,7 @@ TEST(Remove, TellsWhatBecameOfEachItem) {
                             locked + ": needs admin rights (see --as-admin)\n");
 }
 
-TEST(Remove, NeedsAnAnswerOrYes) {
+TEST(Remove, NeedsTerminalOrYes) {
     const TemporaryFolder folder;
     const std::string file = folder.makeFile("file", 5'000);
     const Outcome outcome = runProgram({"remove", "--delete", file}, closeInput);
@@ -159,7 +159,7 @@ TEST(Remove, AsksOnATerminal) {
     EXPECT_TRUE(inventory(folder.path()).empty());
 }
 
-TEST(Remove, AsksOnlyAboutWhatIsAdmitted) {
+TEST(Remove, QuestionCountsOnlyAllowedItems) {
     const TemporaryFolder folder;
     const std::string file = folder.makeFile("file", 5'000);
     const Outcome some = runOnTerminal({"remove", "--delete", "/usr", file}, "n\n");
@@ -169,7 +169,7 @@ TEST(Remove, AsksOnlyAboutWhatIsAdmitted) {
     EXPECT_EQ(none.err, "brimvalectl: /usr is a structural directory and is never removed.\n");
 }
 
-TEST(Remove, TakesAnItemOnce) {
+TEST(Remove, RemovesNestedAndRepeatedItemsOnce) {
     const TemporaryFolder folder;
     folder.makeFile("a/b/file", 9'000);
     folder.makeFile("beside/file", 9'000);
@@ -189,7 +189,7 @@ TEST(Remove, TakesAnItemOnce) {
     EXPECT_TRUE(std::filesystem::is_symlink(folder.path("name")));
 }
 
-TEST(Remove, KeepsAnItemOfAFolderThatIsRefused) {
+TEST(Remove, RemovesItemInsideARefusedFolder) {
     const TemporaryFolder home;
     home.makeFile("Downloads/file", 5'000);
     home.makeFile("Downloads/other", 5'000);
@@ -201,7 +201,7 @@ TEST(Remove, KeepsAnItemOfAFolderThatIsRefused) {
     EXPECT_TRUE(std::filesystem::exists(home.path("Downloads/other")));
 }
 
-TEST(Remove, StopsAtASignal) {
+TEST(Remove, StopsOnSignal) {
     const TemporaryFolder folder;
     const std::string file = folder.makeFile("folder/file", 5'000);
     const Outcome outcome = runProgram({"remove", "--json", "--delete", "--yes", file}, pending(SIGINT));

@@ -76,7 +76,7 @@ QJsonObject pruned(QJsonObject node, int depth, qsizetype top) {
 
 } // namespace
 
-TEST(ScanJson, TellsWhatAnIndependentWalkFinds) {
+TEST(ScanJson, MatchesReferenceScan) {
     const TemporaryFolder folder;
     fill(folder);
     ScanOptions options;
@@ -98,7 +98,7 @@ TEST(ScanJson, TellsWhatAnIndependentWalkFinds) {
     }
 }
 
-TEST(ScanJson, LeavesOutWhatLiesBeyondDepthAndTop) {
+TEST(ScanJson, DepthAndTopLimitTheTree) {
     const TemporaryFolder folder;
     fill(folder);
     const std::vector<std::string> all = {"scan", "--json", "--min-size=0", folder.path()};
@@ -120,7 +120,7 @@ TEST(ScanJson, LeavesOutWhatLiesBeyondDepthAndTop) {
     }
 }
 
-TEST(ScanJson, TakesNamesOfAnyBytes) {
+TEST(ScanJson, WritesNamesOfAnyBytes) {
     struct Case {
         std::string name;
         QString text;
@@ -152,7 +152,7 @@ TEST(ScanJson, TakesNamesOfAnyBytes) {
     }
 }
 
-TEST(ScanJson, HoldsATreeOfAnyDepth) {
+TEST(ScanJson, WritesDeepTree) {
     constexpr int depth = 3000;
     const TemporaryFolder folder;
     makeChain(folder.path(), "d", depth);
@@ -179,7 +179,7 @@ TEST(ScanJson, HoldsATreeOfAnyDepth) {
     EXPECT_FALSE(node.contains("children"));
 }
 
-TEST(ScanJson, MarksWhatACloudProviderOwns) {
+TEST(ScanJson, MarksCloudProviderFolders) {
     const TemporaryFolder home;
     home.makeFile("Library/CloudStorage/Provider/file", 10'000);
     const QJsonObject document =

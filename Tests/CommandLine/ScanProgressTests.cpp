@@ -18,7 +18,7 @@ using commandLine::ScanProgress;
 using ::testing::EndsWith;
 using ::testing::StartsWith;
 
-TEST(ScanProgress, IsOneHarmlessLineThatGoesAway) {
+TEST(ScanProgress, PrintsOneSafeLineAndErasesIt) {
     for (const int columns : {5, 20, 40, 300}) {
         Terminal terminal(columns);
         ScanStats stats;
@@ -47,7 +47,7 @@ TEST(ScanProgress, IsOneHarmlessLineThatGoesAway) {
     }
 }
 
-TEST(ScanProgress, StaysAwayWhereNoThreadCanBeStarted) {
+TEST(ScanProgress, IsSilentWithoutAThread) {
     Terminal terminal;
     EXPECT_EQ("passed", answerOfChild([&] {
                   becomeOrdinaryUser();
@@ -60,7 +60,7 @@ TEST(ScanProgress, StaysAwayWhereNoThreadCanBeStarted) {
               }));
 }
 
-TEST(ScanProgress, IsDrawnForAScanOnATerminal) {
+TEST(ScanProgress, ShowsOnATerminal) {
     const TemporaryFolder folder;
     folder.makeFile("file", 1'000);
     Terminal terminal;

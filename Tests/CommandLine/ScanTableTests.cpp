@@ -43,7 +43,7 @@ std::vector<std::string> namesOf(const std::string &table) {
 
 } // namespace
 
-TEST(ScanTable, DrawsTheLargestOfEachFolderAndSumsUpTheRest) {
+TEST(ScanTable, ShowsLargestAndSumsUpTheRest) {
     const TemporaryFolder folder;
     folder.makeFile("big/first", 900'000);
     folder.makeFile("big/second", 800'000);
@@ -80,7 +80,7 @@ TEST(ScanTable, DrawsTheLargestOfEachFolderAndSumsUpTheRest) {
     }
 }
 
-TEST(ScanTable, StaysWholeWhateverANameHolds) {
+TEST(ScanTable, EscapesControlCharactersInNames) {
     const TemporaryFolder folder;
     const std::string name = "a\nb\tc\x1b[31md\x7f"
                              "e\u009b2Jf\u202Eg\u2028h";
@@ -93,7 +93,7 @@ TEST(ScanTable, StaysWholeWhateverANameHolds) {
     EXPECT_EQ(missing.err, "brimvalectl: " + folder.path() + "/" + shown + "?: No such file or directory\n");
 }
 
-TEST(ScanTable, MarksWhatWasNotMeasured) {
+TEST(ScanTable, MarksSkippedAndUnreadableFolders) {
     const TemporaryFolder folder;
     folder.makeFile("Library/CloudStorage/Provider/file", 10'000);
     folder.makeFile("Library/closed/file", 10'000);
@@ -109,7 +109,7 @@ TEST(ScanTable, MarksWhatWasNotMeasured) {
     EXPECT_THAT(outcome.out, HasSubstr(", 1 unreadable, "));
 }
 
-TEST(ScanTable, UsesStylesOnlyOnATerminalThatIsToShowThem) {
+TEST(ScanTable, UsesStylesOnlyOnSuitableTerminals) {
     const TemporaryFolder folder;
     folder.makeFile("sub/file", 1'000);
     const std::vector<std::string> arguments = {"scan", folder.path()};

@@ -20,7 +20,7 @@ Measured measuredIn(const Outcome &outcome) {
 
 } // namespace
 
-TEST(Size, MeasuresEachPathByItself) {
+TEST(Size, MeasuresEachPathAlone) {
     const TemporaryFolder folder;
     const std::string first = folder.makeFile("folder/first", 300'000);
     const std::string second = folder.makeFile("folder/sub/second", 70'000);
@@ -40,7 +40,7 @@ TEST(Size, MeasuresEachPathByItself) {
                                              {folder.path("folder/sub"), allocatedBytes(second)}}));
 }
 
-TEST(Size, GoesOnAfterAPathThatCannotBeMeasured) {
+TEST(Size, ContinuesAfterAnError) {
     const TemporaryFolder folder;
     const std::string file = folder.makeFile("file", 10'000);
     const Outcome json = runProgram({"size", "--json", folder.path("missing"), file});
@@ -53,7 +53,7 @@ TEST(Size, GoesOnAfterAPathThatCannotBeMeasured) {
     EXPECT_THAT(table.out, ::testing::MatchesRegex(" +SIZE  PATH\n( +[0-9.]+ KB  " + file + "\n){2}"));
 }
 
-TEST(Size, DoesNotLookIntoACloudProvidersFolder) {
+TEST(Size, SkipsCloudProviderFolders) {
     const TemporaryFolder home;
     home.makeFile("Library/CloudStorage/Provider/file", 10'000);
     const std::string cloud = home.path("Library/CloudStorage");

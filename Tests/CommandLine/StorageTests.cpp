@@ -64,7 +64,7 @@ TEST_F(Storage, ListsCleanupTargetsWithTheirEntries) {
     EXPECT_THAT(table.out, HasSubstr(home("/.Trash/Old Project") + "\n"));
 }
 
-TEST_F(Storage, DividesTheUsedSpace) {
+TEST_F(Storage, OverviewCategoriesSumToUsedSpace) {
     const QJsonObject overview = documentOf(runProgram({"--system", "macos", "overview", "--json"})).object();
     EXPECT_EQ(overview.keys().join(' ').toStdString(),
               "categories categorisedBytes sentence systemDataAccounted volumes");
@@ -96,7 +96,7 @@ TEST_F(Storage, DividesTheUsedSpace) {
     EXPECT_THAT(runProgram({"category", "photos"}).out, HasSubstr("A photo library is a bundle"));
 }
 
-TEST(StorageUsage, NamesTheIdsThatThereAre) {
+TEST(StorageUsage, UnknownIdListsValidIds) {
     for (const char *command : {"cleanup", "category"}) {
         const Outcome outcome = runProgram({command, "Trash"});
         EXPECT_EQ(outcome.status, 2);
@@ -108,7 +108,7 @@ TEST(StorageUsage, NamesTheIdsThatThereAre) {
     EXPECT_EQ(runProgram({"volumes", "/"}).status, 2);
 }
 
-TEST(StorageVolumes, ListTheRootFirst) {
+TEST(StorageVolumes, ListsRootFirst) {
     const QJsonArray volumes = documentOf(runProgram({"volumes", "--json"})).array();
     ASSERT_FALSE(volumes.isEmpty());
     EXPECT_EQ(volumes[0]["url"], "/");

@@ -11,7 +11,7 @@ using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-TEST(Transcript, IsAPageOrADocument) {
+TEST(Transcript, WritesHtmlOrJson) {
     const TemporaryFolder folder;
     const std::string database = folder.path("chat.db");
     if (!makeDatabase(database, {{1, "Team", "id"}},
@@ -45,7 +45,7 @@ TEST(Transcript, IsAPageOrADocument) {
                                                    {"service", "SMS"}}));
 }
 
-TEST(Transcript, FailsForWhatIsNoDatabase) {
+TEST(Transcript, InvalidDatabaseIsAnError) {
     const TemporaryFolder folder;
     const std::string garbage = folder.writeFile("garbage", std::string(5000, 'x'));
     const std::string output = folder.path("page.html");

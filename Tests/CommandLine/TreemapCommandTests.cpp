@@ -98,7 +98,7 @@ std::string paletteColor(const std::string &name) {
 
 } // namespace
 
-TEST(TreemapCommand, TellsTheTilesInLayoutOrder) {
+TEST(TreemapCommand, JsonListsTilesInLayoutOrder) {
     const TemporaryFolder folder;
     const std::int64_t large = allocatedBytes(folder.makeFile("large", 3'145'728));
     folder.makeFile("small/inside", 1'048'576);
@@ -124,7 +124,7 @@ TEST(TreemapCommand, TellsTheTilesInLayoutOrder) {
     }
 }
 
-TEST(TreemapCommand, GathersTheRest) {
+TEST(TreemapCommand, GathersSmallerItems) {
     const TemporaryFolder folder;
     for (int i = 1; i <= 85; ++i)
         folder.makeFile(std::to_string(i), i * 8192);
@@ -159,7 +159,7 @@ TEST(TreemapCommand, PrintsATable) {
             " +1 MB +16\\.[0-9]% +1(49|50)\\.[0-9] +13[0-9]\\.[0-9] +[0-9.]+ +[0-9.]+  … 1 smaller items\n"));
 }
 
-TEST(TreemapCommand, DrawsAPicture) {
+TEST(TreemapCommand, DrawsSvg) {
     const TemporaryFolder folder;
     folder.makeFile("folder/inside", 3'000'000);
     folder.makeFile("file", 2'000'000);
@@ -195,7 +195,7 @@ TEST(TreemapCommand, DrawsAPicture) {
     EXPECT_EQ(read(contentOf(file)).tiles.size(), 22U);
 }
 
-TEST(TreemapCommand, DrawsNamesOfAnyBytes) {
+TEST(TreemapCommand, SvgEscapesNamesOfAnyBytes) {
     struct Case {
         std::string name, shown;
     };
@@ -224,7 +224,7 @@ TEST(TreemapCommand, DrawsNamesOfAnyBytes) {
     }
 }
 
-TEST(TreemapCommand, ShortensLabelsInTheMiddle) {
+TEST(TreemapCommand, ElidesLabelsInTheMiddle) {
     const TemporaryFolder folder;
     std::string name = "Ω begin ";
     for (int i = 0; i < 40; ++i)
@@ -239,7 +239,7 @@ TEST(TreemapCommand, ShortensLabelsInTheMiddle) {
     EXPECT_LT(length, 35);
 }
 
-TEST(TreemapCommand, ReplacesAFileAsAWhole) {
+TEST(TreemapCommand, ReplacesFileAtomically) {
     const TemporaryFolder folder;
     for (int i = 0; i < 200; ++i)
         folder.makeFile("some file " + std::to_string(i), 5'000);

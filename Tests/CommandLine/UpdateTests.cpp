@@ -31,7 +31,7 @@ QJsonObject state(const char *name, const QJsonObject &members = {}) {
 
 } // namespace
 
-TEST(UpdateCommand, PrintsTheStateThatACheckEndsIn) {
+TEST(UpdateCommand, PrintsResultOfTheCheck) {
     LoopbackServer server;
     QJsonObject feed{{"version", "9.9"}, {"build", 2'000'000'000}, {"url", "https://host/app.zip"}};
     const auto publish = [&] { server.put("/feed", {.body = QJsonDocument(feed).toJson().toStdString()}); };
@@ -57,7 +57,7 @@ TEST(UpdateCommand, PrintsTheStateThatACheckEndsIn) {
     EXPECT_EQ(runUpdate(server).out, "Brimvale is up to date\n");
 }
 
-TEST(UpdateCommand, FailsWithAMessage) {
+TEST(UpdateCommand, FailurePrintsAMessage) {
     const LoopbackServer server;
     Outcome outcome = runUpdate(server, {"--json"});
     EXPECT_EQ(outcome.status, 1);

@@ -8,7 +8,7 @@ namespace brimvale::testing {
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-TEST(Usage, IsRefusedWithASentence) {
+TEST(Usage, WrongUsageIsExplained) {
     struct Case {
         std::vector<std::string> arguments;
         std::string sentence;
@@ -48,7 +48,7 @@ TEST(Usage, IsRefusedWithASentence) {
     }
 }
 
-TEST(Usage, IsExplainedOnRequest) {
+TEST(Usage, HelpIsPrinted) {
     struct Case {
         std::vector<std::string> arguments;
         std::string begins, holds;
@@ -71,7 +71,7 @@ TEST(Usage, IsExplainedOnRequest) {
     }
 }
 
-TEST(Usage, EndsOptionsAtTwoDashes) {
+TEST(Usage, TwoDashesEndOptions) {
     const TemporaryFolder folder;
     folder.makeFile("--json/file", 2'000'000);
     const auto enter = inFolder(folder.path());

@@ -24,12 +24,12 @@ std::string commandIn(const std::string &script) {
 
 } // namespace
 
-TEST(AppleScript, IsWhatTheScriptRunnerExpects) {
+TEST(AppleScript, AdministratorScriptHasExpectedForm) {
     EXPECT_EQ(administratorScript("/bin/rm -rf -- " + quotedForShell("/Users/a/it's \"b\\")),
               R"(do shell script "/bin/rm -rf -- '/Users/a/it'\\''s \"b\\'" with administrator privileges)");
 }
 
-TEST(AppleScript, HandsEveryCommandOverAsItStands) {
+TEST(AppleScript, EscapingKeepsEveryByteOfTheCommand) {
     std::string everyByte;
     for (int byte = 1; byte < 256; ++byte)
         everyByte.push_back(static_cast<char>(byte));

@@ -39,7 +39,7 @@ std::string binaryWith(std::vector<std::string> others) {
 
 } // namespace
 
-TEST(InfoDictionary, ReadsBothForms) {
+TEST(InfoDictionary, ReadsXmlAndBinary) {
     const BundleInfo info{"com.example.app", "Display", "Näme", "1.2", "120"};
     EXPECT_EQ(parseInfoDictionary(infoPlist(info)), info);
     EXPECT_EQ(parseInfoDictionary("\xEF\xBB\xBF" + infoPlist(info)), info);
@@ -52,7 +52,7 @@ TEST(InfoDictionary, ReadsBothForms) {
     EXPECT_EQ(nameIn(binaryWith({asciiObject("value")})), "Named");
 }
 
-TEST(InfoDictionary, IsEmptyWhereTheFileIsBroken) {
+TEST(InfoDictionary, BrokenFileGivesEmptyInfo) {
     for (const std::string &broken : {
              std::string(),
              std::string("<"),
@@ -78,7 +78,7 @@ TEST(InfoDictionary, IsEmptyWhereTheFileIsBroken) {
         EXPECT_EQ(parseInfoDictionary(whole.substr(0, length)), BundleInfo{}) << length;
 }
 
-TEST(InfoDictionary, TakesWhatLargeApplicationsHave) {
+TEST(InfoDictionary, AcceptsLargeDictionaries) {
     EXPECT_EQ(nameIn(dictionary("<key>Types</key><array>" + repeated("<dict/>", 9'000) + "</array>" + named)),
               "Named");
     EXPECT_EQ(
@@ -88,7 +88,7 @@ TEST(InfoDictionary, TakesWhatLargeApplicationsHave) {
     EXPECT_EQ(nameIn(binaryWith({arrayObject(references), asciiObject("the same text")})), "Named");
 }
 
-TEST(InfoDictionary, RefusesWhatWouldOverwhelmAParser) {
+TEST(InfoDictionary, RefusesDeepCyclicAndHugeInput) {
     // Nested so deeply that recursion would end the program, with closing tags that do not close.
     const int deep = 60'000;
     EXPECT_EQ(nameIn(dictionary(named + "<key>x</key>" + repeated("<array>", deep))), "(none)");
@@ -139,7 +139,7 @@ TEST(InfoDictionary, TakesRandomInput) {
     }
 }
 
-TEST(InfoDictionary, IsFoundWhereBundlesKeepIt) {
+TEST(InfoDictionary, FindsInfoPlistInEveryBundleLayout) {
     const TemporaryFolder folder;
     const auto nameOf = [&](const char *bundle) -> std::string {
         const auto info = bundleInfo(FileURL(folder.path(bundle)));

@@ -6,7 +6,7 @@
 
 namespace brimvale {
 
-TEST(ShellQuoting, BringsEveryNameThroughARealShell) {
+TEST(ShellQuoting, NamesSurviveARealShell) {
     std::vector<std::string> names = {"",           "it's",      "'",    "''",    "-rf",
                                       "\\'",        "\"$HOME\"", "`id`", "$(id)", "a  b\n\tc\n",
                                       "*?[a]{b,c}", "~",         "!!",   "#",     "caf\u00E9"};

@@ -9,7 +9,7 @@
 namespace brimvale::testing {
 
 // Nor does the end of the program wait for whoever has asked it.
-TEST(DeadVolume, IsLeftOutOfTheList) {
+TEST(DeadVolume, IsNotListed) {
     const TemporaryFolder folder;
     const std::string dead = folder.makeFolder("dead");
     inChild([&] {

@@ -34,7 +34,7 @@ std::vector<InstalledApp> makeApps(const TemporaryFolder &home, int count) {
 
 } // namespace
 
-TEST(AppAnalysis, ReportsEveryApplicationOnce) {
+TEST(AppAnalysis, ReportsEachAppOnce) {
     const TemporaryFolder home;
     const Host host{System::macOS, FileURL(home.path()), {}};
     const std::vector<InstalledApp> apps = makeApps(home, 60);
@@ -57,7 +57,7 @@ TEST(AppAnalysis, ReportsEveryApplicationOnce) {
         {}, [](const AppFigures &) { FAIL(); }, [] { return false; }, host);
 }
 
-TEST(AppAnalysis, ReportsNothingAfterItWasCancelled) {
+TEST(AppAnalysis, ReportsNothingAfterCancel) {
     const TemporaryFolder home;
     const Host host{System::macOS, FileURL(home.path()), {}};
     const std::vector<InstalledApp> apps = makeApps(home, 30);

@@ -66,7 +66,7 @@ TEST(AppInventory, ListsBundlesInFinderOrder) {
                 }));
 }
 
-TEST(AppInventory, ListsABundleOnceThatSeveralFoldersLeadTo) {
+TEST(AppInventory, ListsBundleOnceForSeveralRoots) {
     const TemporaryFolder folder;
     makeBundle(folder, "Applications/One.app");
     makeBundle(folder, "Applications/Suite/Two.app");
@@ -84,7 +84,7 @@ TEST(AppInventory, ListsABundleOnceThatSeveralFoldersLeadTo) {
                 ElementsAre("home/Applications/One.app", "home/Applications/Suite/Two.app"));
 }
 
-TEST(AppInventory, ComesToAnEndWhereLinksGoRoundInCircles) {
+TEST(AppInventory, LinkCyclesEnd) {
     const TemporaryFolder folder;
     for (int i = 0; i < 12; ++i) {
         const std::string inside = "root/" + std::to_string(i);
@@ -102,7 +102,7 @@ TEST(AppInventory, ComesToAnEndWhereLinksGoRoundInCircles) {
     EXPECT_TRUE(AppInventory::bundles(folder.path("missing"), 3).empty());
 }
 
-TEST(AppInventory, TellsSystemApplicationsByTheirFolder) {
+TEST(AppInventory, RecognizesSystemAppsByFolder) {
     const TemporaryFolder folder;
     makeBundle(folder, "Applications/User.app");
     makeBundle(folder, "System/Applications/Utilities/System.app");

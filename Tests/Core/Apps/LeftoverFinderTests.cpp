@@ -64,7 +64,7 @@ private:
 
 } // namespace
 
-TEST_F(LeftoverFinderTest, FindsWhatIsNamedAfterTheIdentifier) {
+TEST_F(LeftoverFinderTest, FindsItemsNamedAfterBundleID) {
     std::vector<std::string> expected;
     for (const std::string place : {
              "Application Support: home/Library/Application Support/com.example.acme",
@@ -95,7 +95,7 @@ TEST_F(LeftoverFinderTest, FindsWhatIsNamedAfterTheIdentifier) {
     EXPECT_THAT(find(app("Acme", "com.example.acme")), ::testing::UnorderedElementsAreArray(expected));
 }
 
-TEST_F(LeftoverFinderTest, MatchesEntriesByIdentifierAndByName) {
+TEST_F(LeftoverFinderTest, MatchesByBundleIDAndName) {
     struct Case {
         const char *entry;
         const char *found; ///< "" exact, "?" likely, null not at all
@@ -138,7 +138,7 @@ TEST_F(LeftoverFinderTest, MatchesEntriesByIdentifierAndByName) {
     }
 }
 
-TEST_F(LeftoverFinderTest, KnowsGroupContainersOfATeam) {
+TEST_F(LeftoverFinderTest, FindsGroupContainersOfATeam) {
     const std::string groups = "home/Library/Group Containers/";
     for (const char *entry :
          {"ABCDE12345.com.example.acme", "ABCDE12345.com.example.acme.shared",
@@ -152,7 +152,7 @@ TEST_F(LeftoverFinderTest, KnowsGroupContainersOfATeam) {
                                      "Group container: " + groups + "ABCDE12345.group.com.example.acme"));
 }
 
-TEST_F(LeftoverFinderTest, TakesNamesOfFourCharactersAndMore) {
+TEST_F(LeftoverFinderTest, MatchesNamesOfFourCharactersOrMore) {
     const std::string agents = "home/Library/LaunchAgents/";
     for (const char *entry : {"Foo.plist", "Mail.plist", "Foe\u0301.plist", "CAFE\u0301.plist", "ab.plist"})
         make(agents + entry);
@@ -164,7 +164,7 @@ TEST_F(LeftoverFinderTest, TakesNamesOfFourCharactersAndMore) {
     EXPECT_THAT(find(app("ab", {}, "Mail")), ElementsAre("?Login item: " + agents + "Mail.plist"));
 }
 
-TEST_F(LeftoverFinderTest, TakesNoIdentifierThatLeadsElsewhere) {
+TEST_F(LeftoverFinderTest, IgnoresBundleIDsThatArePaths) {
     make("home/Documents/precious");
     make("home/Library/Caches/other/data");
     make("home/Library/LaunchAgents/..plist");
@@ -172,7 +172,7 @@ TEST_F(LeftoverFinderTest, TakesNoIdentifierThatLeadsElsewhere) {
         EXPECT_THAT(find(app("Evil", identifier)), IsEmpty()) << identifier;
 }
 
-TEST_F(LeftoverFinderTest, ReportsAPathOnceAndNotWhatHasGone) {
+TEST_F(LeftoverFinderTest, ReportsEachPathOnceAndOnlyIfPresent) {
     // Rules that reach the same path: the first one names it.
     const std::string support = "home/Library/Application Support/com.example.acme";
     make(support + "/data");
@@ -181,7 +181,7 @@ TEST_F(LeftoverFinderTest, ReportsAPathOnceAndNotWhatHasGone) {
     EXPECT_THAT(find(app("Acme", "com.example.acme")), ElementsAre("Application Support: " + support));
 }
 
-TEST_F(LeftoverFinderTest, ListsWhatIsSureFirstAndThenTheLargest) {
+TEST_F(LeftoverFinderTest, SortsByConfidenceThenSize) {
     folder.makeFile("home/Library/LaunchAgents/Acme.plist", 900'000);
     folder.makeFile("home/Library/Caches/com.example.acme/a/b", 100'000);
     folder.makeFile("home/Library/Caches/com.example.acme/c", 100'000);
@@ -198,7 +198,7 @@ TEST_F(LeftoverFinderTest, ListsWhatIsSureFirstAndThenTheLargest) {
     EXPECT_GT(items[3].size, items[0].size);
 }
 
-TEST_F(LeftoverFinderTest, DoesNotLookIntoACloudProvidersFolder) {
+TEST_F(LeftoverFinderTest, SkipsCloudProviderFolders) {
     folder.makeFile("home/Library/Mobile Documents/com.example.acme/data", 100'000);
     folder.makeFile("home/Library/Mobile Documents/file", 100'000);
     rules.exactRules = {{folder.path("home/Library"), "Library", {""}}};

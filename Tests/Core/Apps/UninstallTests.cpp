@@ -40,7 +40,7 @@ const LeftoverItem second = leftover("/second", 300'000);
 
 } // namespace
 
-TEST(Uninstall, NamesWhatItRemoves) {
+TEST(Uninstall, ConfirmationAndItemsMatchTheSelection) {
     const AppRow app = row("Acme", {first, second});
     const AppRow systemApp = row("System", {first}, true);
     struct Case {
@@ -72,7 +72,7 @@ TEST(Uninstall, NamesWhatItRemoves) {
     }
 }
 
-TEST(Uninstall, KeepsTheRowUntilTheBundleHasGone) {
+TEST(Uninstall, KeepsAppRowUntilBundleIsRemoved) {
     const FileURL acme("/Applications/Acme.app");
     const std::vector<AppRow> rows = {row("Other", {first, second}), row("Acme", {first, second})};
 
@@ -90,7 +90,7 @@ TEST(Uninstall, KeepsTheRowUntilTheBundleHasGone) {
     EXPECT_EQ(unknown, rows);
 }
 
-TEST(Uninstall, TellsWhoElseClaimsALeftover) {
+TEST(Uninstall, NamesOtherAppsThatClaimALeftover) {
     const std::vector<AppRow> rows = {row("Acme", {first, second}), row("Pro", {second}),
                                       row("Max", {second})};
     EXPECT_THAT(Uninstall::otherClaims(first, rows[0].app.url, rows), IsEmpty());

@@ -50,7 +50,7 @@ BackupManifest::Verification verificationOf(const FileURL &folder) {
 
 } // namespace
 
-TEST(Archiver, JudgesACopyByItsSize) {
+TEST(Archiver, ComparesSizesOfCopies) {
     struct Case {
         std::int64_t original, copy;
         bool isTooShort, isMismatched;
@@ -64,7 +64,7 @@ TEST(Archiver, JudgesACopyByItsSize) {
     }
 }
 
-TEST(Archiver, NamesItsFolders) {
+TEST(Archiver, FolderNameAndDefaultDestination) {
     EXPECT_EQ(Archiver::folderName("Messages", Date{} - std::chrono::minutes(30)),
               "Messages 1970-01-01 0030");
     const TemporaryFolder folder;
@@ -113,7 +113,7 @@ TEST(Archiver, CopiesAndVerifiesEveryItem) {
     EXPECT_EQ(phases.back(), ArchiveProgress::Phase::finishing);
 }
 
-TEST(Archiver, FailsWhatDoesNotArriveWhole) {
+TEST(Archiver, IncompleteCopyFails) {
     const TemporaryFolder folder;
     const std::int64_t original = 100 * 65'536;
     const FileURL source(folder.makeFile("from/file", original));
@@ -147,7 +147,7 @@ TEST(Archiver, FailsWhatDoesNotArriveWhole) {
     }
 }
 
-TEST(Archiver, TellsWhichFilesDiffer) {
+TEST(Archiver, ListsDifferingFiles) {
     const TemporaryFolder folder;
     const FileURL source(folder.makeFolder("from/item"));
     folder.makeFile("from/item/large", 3'000'000);
@@ -163,7 +163,7 @@ mkdir -p "$2/sub" && cp "$1/large" "$1/same" "$2" && printf abd >"$2/changed" &&
                                               source.appending("sub/missing")));
 }
 
-TEST(Archiver, GoesOnAfterAVanishedSource) {
+TEST(Archiver, ContinuesAfterMissingSource) {
     const TemporaryFolder folder;
     const FileURL vanished(folder.path("from/vanished"));
     const FileURL file(folder.makeFile("from/file", 5000));
@@ -174,7 +174,7 @@ TEST(Archiver, GoesOnAfterAVanishedSource) {
     EXPECT_TRUE(verificationOf(result.destination).isIntact());
 }
 
-TEST(Archiver, CopiesNothingIntoItself) {
+TEST(Archiver, RefusesToCopyIntoItself) {
     const TemporaryFolder folder;
     folder.makeFile("item/file", 5000);
     const FileURL item(folder.path("item"));
@@ -184,7 +184,7 @@ TEST(Archiver, CopiesNothingIntoItself) {
     EXPECT_TRUE(fs::is_empty(result.destination.path()) || result.manifest);
 }
 
-TEST(Archiver, MergesIntoTheFolderOfTheSameMinute) {
+TEST(Archiver, MergesBackupsOfTheSameMinute) {
     const TemporaryFolder folder;
     const FileURL root(folder.path("to"));
     const std::string outside = folder.writeFile("outside", "untouched");
@@ -211,7 +211,7 @@ TEST(Archiver, MergesIntoTheFolderOfTheSameMinute) {
     EXPECT_EQ(verificationOf(second.destination).verified, 3U);
 }
 
-TEST(Archiver, StopsAtOnceAndLeavesTheOriginals) {
+TEST(Archiver, CancelStopsAndKeepsOriginals) {
     const TemporaryFolder folder;
     const FileURL first(folder.makeFile("from/first", 500'000));
     const FileURL second(folder.makeFile("from/second", 500'000));
@@ -232,7 +232,7 @@ TEST(Archiver, StopsAtOnceAndLeavesTheOriginals) {
     EXPECT_FALSE(fs::exists(result.destination.appending("second").path()));
 }
 
-TEST(Archiver, WritesATranscriptOfTheCopy) {
+TEST(Archiver, WritesTranscriptOfTheCopy) {
     const TemporaryFolder folder;
     const std::string live = folder.path("live/chat.db");
     // A database in use: what was written last is not yet in its main file.
@@ -261,7 +261,7 @@ TEST(Archiver, WritesATranscriptOfTheCopy) {
     EXPECT_EQ(std::distance(fs::directory_iterator(item), fs::directory_iterator()), 3);
 }
 
-TEST(Archiver, WritesOverNoCopy) {
+TEST(Archiver, NeverOverwritesACopy) {
     const TemporaryFolder folder;
     const FileURL manifest(folder.writeFile("from/Manifest.json", "mine"));
     const FileURL page(folder.writeFile("from/index.html", "mine too"));

@@ -10,7 +10,7 @@ namespace brimvale {
 
 using MessagesExport::decodeAttributedBody;
 
-TEST(AttributedBody, IsDecodedOnlyWhereItIsWhole) {
+TEST(AttributedBody, DecodesOnlyCompleteData) {
     using namespace std::string_literals;
     const std::string name = "head NSString";
     const std::string thousand(1000, 'x');
@@ -46,7 +46,7 @@ TEST(AttributedBody, IsDecodedOnlyWhereItIsWhole) {
         EXPECT_EQ(decodeAttributedBody(one.data), one.text) << hexString(one.data).substr(0, 100);
 }
 
-TEST(AttributedBody, IsNeverReadBeyondAnyOfItsPrefixes) {
+TEST(AttributedBody, TruncatedDataIsNotReadPastTheEnd) {
     const std::string text(300, 'x');
     const std::string whole = testing::attributedBodyOf(text);
     const std::size_t needed = whole.find(text) + text.size();

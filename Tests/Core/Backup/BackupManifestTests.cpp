@@ -28,7 +28,7 @@ Verification verify(const TemporaryFolder &folder) {
 
 } // namespace
 
-TEST(BackupManifest, TellsWhatBecameOfABackup) {
+TEST(BackupManifest, VerifyFindsMissingChangedAndExtraFiles) {
     const TemporaryFolder folder;
     for (const char *name : {"kept", "sub/changed", "sub/missing", "grown", "to link", "\uFEFFmarked"})
         folder.writeFile(name, "content");
@@ -60,7 +60,7 @@ TEST(BackupManifest, TellsWhatBecameOfABackup) {
     EXPECT_FALSE(verification.isIntact());
 }
 
-TEST(BackupManifest, HoldsTheFiguresOfEveryFile) {
+TEST(BackupManifest, RecordsSizeAndDigestOfEveryFile) {
     const TemporaryFolder folder;
     folder.writeFile("abc", "abc");
     const std::string odd = folder.possibleName("a\xE9");
@@ -91,7 +91,7 @@ TEST(BackupManifest, HoldsTheFiguresOfEveryFile) {
     EXPECT_THAT(verify(folder).extra, ElementsAre("failed/part"));
 }
 
-TEST(BackupManifest, IsRefusedWhereItIsNoManifest) {
+TEST(BackupManifest, RefusesInvalidManifests) {
     const TemporaryFolder folder;
     EXPECT_TRUE(std::holds_alternative<FileError>(BackupManifest::verify(FileURL(folder.path()))));
     for (const char *document :

@@ -6,7 +6,7 @@
 
 namespace brimvale {
 
-TEST(BackupPlan, RefusesWhatWouldMixOrNotEnd) {
+TEST(BackupPlan, RefusesEqualNamesAndFoldersInsideThemselves) {
     struct Case {
         std::vector<std::string> items;
         std::string root;
@@ -35,7 +35,7 @@ TEST(BackupPlan, RefusesWhatWouldMixOrNotEnd) {
     }
 }
 
-TEST(BackupPlan, SeesThroughLinks) {
+TEST(BackupPlan, HoldsResolvesLinks) {
     const testing::TemporaryFolder folder;
     folder.makeFolder("home/item/inside");
     folder.makeLink("link", "home/item");
@@ -51,7 +51,7 @@ TEST(BackupPlan, SeesThroughLinks) {
     EXPECT_TRUE(holds("link", "link/inside"));
 }
 
-TEST(BackupPlan, TellsBothFiguresWhereRoomIsShort) {
+TEST(BackupPlan, ShortageNamesNeededAndAvailable) {
     const testing::TemporaryFolder folder;
     const FileURL root(folder.path("not yet/there"));
     // Not there, so nothing is cloned.

@@ -47,7 +47,7 @@ Tools shellThatPrints(const TemporaryFolder &folder, std::string_view answer, in
 
 } // namespace
 
-TEST(MessagesExport, ReadsARealDatabase) {
+TEST(MessagesExport, ReadsRealDatabase) {
     const TemporaryFolder folder;
     const std::string database = folder.path("chat.db");
     const std::int64_t nano = 1'000'000'000;
@@ -90,7 +90,7 @@ TEST(MessagesExport, ReadsARealDatabase) {
                 ElementsAre("Élan & friends", "+49 123", "Unknown"));
 }
 
-TEST(MessagesExport, TakesAnyBytesForText) {
+TEST(MessagesExport, AcceptsAnyBytesAsText) {
     const TemporaryFolder folder;
     const std::string database = folder.path("chat.db");
     if (!testing::makeDatabase(database, {{1, "caf\xE9 \x02", "id"}},
@@ -113,7 +113,7 @@ TEST(MessagesExport, TakesAnyBytesForText) {
     EXPECT_THAT(texts[3], StartsWith("|,\"'\\ \t"));
 }
 
-TEST(MessagesExport, AsksTheShellForReadingOnlyAndParsesWhateverItAnswers) {
+TEST(MessagesExport, OpensReadOnlyAndParsesAnyOutput) {
     const TemporaryFolder folder;
     const std::string database = folder.writeFile("any.db", "");
     // Fields: name, identifier, from me, date, text, rich text, attachments, service.
@@ -140,7 +140,7 @@ TEST(MessagesExport, AsksTheShellForReadingOnlyAndParsesWhateverItAnswers) {
     EXPECT_THAT(arguments, HasSubstr("\nORDER BY c.ROWID, m.date;|"));
 }
 
-TEST(MessagesExport, IsEmptyForWhatCannotBeRead) {
+TEST(MessagesExport, UnreadableDatabaseIsEmptyAndIncomplete) {
     const TemporaryFolder folder;
     const std::string garbage = folder.writeFile("garbage.db", std::string(5000, 'x'));
     Tools none = platformTools();

@@ -49,7 +49,7 @@ addEventListener('load', () => {
 
 } // namespace
 
-TEST(TranscriptPage, ShowsHostileTextsAndDoesNothingThatTheySay) {
+TEST(TranscriptPage, HostileTextsAreShownButNeverRun) {
     const TemporaryFolder folder;
     // Each text is the name of a conversation and its only message.
     std::vector<Conversation> conversations;
@@ -79,7 +79,7 @@ TEST(TranscriptPage, EscapesNamesAndTexts) {
     EXPECT_THAT(page, HasSubstr("a<br>b&amp;c"));
 }
 
-TEST(TranscriptPage, PutsMessagesUnderTheirLocalDays) {
+TEST(TranscriptPage, GroupsMessagesByLocalDay) {
     const std::string answer = MessagesExport::html({{"élan",
                                                       {{"late", false, moment(1, 21), false, "SMS"},
                                                        {"after midnight", true, moment(1, 22), false, "SMS"},
@@ -104,7 +104,7 @@ TEST(TranscriptPage, PutsMessagesUnderTheirLocalDays) {
     EXPECT_EQ(answer.find("daysep\"><span>", answer.find("after midnight")), std::string::npos);
 }
 
-TEST(TranscriptPage, IsWholeWithoutConversations) {
+TEST(TranscriptPage, WorksWithoutConversations) {
     const std::string page = MessagesExport::html({});
     EXPECT_THAT(page, StartsWith("<!doctype html>\n<html lang=\"en\">"));
     EXPECT_THAT(page, HasSubstr("\n.clip,.att{display:block;"));

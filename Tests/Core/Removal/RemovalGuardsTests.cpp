@@ -38,7 +38,7 @@ Host hostOf(System system, const std::string &home) {
 
 } // namespace
 
-TEST(RemovalGuards, RefuseTheVolumeRootUnderEveryName) {
+TEST(RemovalGuards, RefuseEverySpellingOfTheVolumeRoot) {
     const TemporaryFolder home;
     for (const System system : {System::macOS, System::linux}) {
         const RemovalGuards guards(hostOf(system, home.path()));
@@ -47,7 +47,7 @@ TEST(RemovalGuards, RefuseTheVolumeRootUnderEveryName) {
     }
 }
 
-TEST(RemovalGuards, KeepWhatTheMacOSCatalogNames) {
+TEST(RemovalGuards, RefuseMacOSCatalogPaths) {
     const TemporaryFolder folder;
     const std::string home = folder.makeFolder("u");
     folder.makeFolder("u/Library/Caches/some.app");
@@ -83,7 +83,7 @@ TEST(RemovalGuards, KeepWhatTheMacOSCatalogNames) {
                    {"/opt/homebrew/Cellar-of-nobody", gone}});
 }
 
-TEST(RemovalGuards, KnowWhatLiesInPrivateByBothNames) {
+TEST(RemovalGuards, RefusePathsWithAndWithoutPrivate) {
     const TemporaryFolder home;
     const RemovalGuards guards(hostOf(System::macOS, home.path()));
     for (const std::string prefix : {"", "/private"})
@@ -97,7 +97,7 @@ TEST(RemovalGuards, KnowWhatLiesInPrivateByBothNames) {
     expectAnswers(guards, {{"/private", structural}, {"/private/tmp-of-nobody", gone}});
 }
 
-TEST(RemovalGuards, KeepWhatTheLinuxCatalogNames) {
+TEST(RemovalGuards, RefuseLinuxCatalogPaths) {
     const TemporaryFolder folder;
     const std::string home = folder.makeFolder("people/u");
     folder.makeFile("people/u/.cache/program/data");
@@ -142,7 +142,7 @@ TEST(RemovalGuards, KeepWhatTheLinuxCatalogNames) {
                            {"/var/log", structural}});
 }
 
-TEST(RemovalGuards, KnowTheHomeUnderBothNamesWhereALinkLeadsToIt) {
+TEST(RemovalGuards, RefuseLinkedHomeByBothPaths) {
     const TemporaryFolder folder;
     const std::string real = folder.makeFolder("var/home/u");
     folder.makeFolder("var/home/u/Downloads");
@@ -156,7 +156,7 @@ TEST(RemovalGuards, KnowTheHomeUnderBothNamesWhereALinkLeadsToIt) {
     }
 }
 
-TEST(RemovalGuards, JudgeAPathByItsText) {
+TEST(RemovalGuards, JudgePathsWithoutFollowingLinks) {
     const TemporaryFolder home;
     home.makeLink("system", "/etc");
     home.makeLink("dangling", "nowhere");
@@ -176,7 +176,7 @@ TEST(RemovalGuards, JudgeAPathByItsText) {
     }
 }
 
-TEST(RemovalGuards, NeedTheConsentOfThePlatformToo) {
+TEST(RemovalGuards, CatalogOfThePlatformAlwaysApplies) {
     const TemporaryFolder home;
     const bool isMac = platformSystem() == System::macOS;
     const RemovalGuards guards(hostOf(isMac ? System::linux : System::macOS, home.path()));

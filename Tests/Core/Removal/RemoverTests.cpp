@@ -40,7 +40,7 @@ std::function<void(const std::string &)> shellIn(const TemporaryFolder &folder) 
 
 } // namespace
 
-TEST(Remover, SortsItemsByWhatBecameOfThem) {
+TEST(Remover, ErrorCodeDecidesFailedOrNeedsAdmin) {
     struct Case {
         FileError error;
         bool needsAdmin;
@@ -78,7 +78,7 @@ TEST(Remover, SortsItemsByWhatBecameOfThem) {
     EXPECT_EQ(actions.calls, deletions) << "none tried twice";
 }
 
-TEST(Remover, TakesItemsInOrderAndRefusesBeforeItTouches) {
+TEST(Remover, RemovesInOrderAndChecksGuardsFirst) {
     const TemporaryFolder folder;
     const FileURL second(folder.makeFile("b/second", 9'000));
     const FileURL first(folder.makeFile("first", 5'000));
@@ -95,7 +95,7 @@ TEST(Remover, TakesItemsInOrderAndRefusesBeforeItTouches) {
     EXPECT_EQ(Remover::remove({}, RemovalMode::deleteNow, {}, nullptr, actions), RemovalResult());
 }
 
-TEST(Remover, ActsOnThePathThatWasJudged) {
+TEST(Remover, RemovesThePathThatWasChecked) {
     const TemporaryFolder folder;
     folder.makeFile("target/kept");
     const std::string link = folder.makeLink("link", "target");
@@ -108,7 +108,7 @@ TEST(Remover, ActsOnThePathThatWasJudged) {
     EXPECT_EQ(actions.calls, (std::vector<std::string>{"delete " + link, "delete " + link}));
 }
 
-TEST(Remover, MeasuresBeforeItRemoves) {
+TEST(Remover, MeasuresBeforeRemoving) {
     const TemporaryFolder folder;
     folder.makeFile("d/a", 5'000);
     folder.makeFile("d/e/b", 70'000);
@@ -121,7 +121,7 @@ TEST(Remover, MeasuresBeforeItRemoves) {
     EXPECT_GT(size, 70'000);
 }
 
-TEST(Remover, StopsBetweenItems) {
+TEST(Remover, CancelStopsBetweenItems) {
     const TemporaryFolder folder;
     Urls urls;
     for (int i = 0; i < 4; ++i)
@@ -137,7 +137,7 @@ TEST(Remover, StopsBetweenItems) {
     EXPECT_EQ(progress.entriesRemoved, 2);
 }
 
-TEST(RemoverDeathTest, NeverWrapsASumOfBytes) {
+TEST(RemoverDeathTest, ByteOverflowEndsTheProgram) {
     const TemporaryFolder folder;
     const FileURL a(folder.makeFile("a")), b(folder.makeFile("b"));
     RecordingActions actions;
@@ -163,14 +163,14 @@ TEST(RemoverAsAdministrator, DeletesWithOneCommand) {
                                                        kept.path() + "' '" + gone.path() + "'"}));
 }
 
-TEST(RemoverAsAdministrator, AsksForNothingWhereNothingIsAdmitted) {
+TEST(RemoverAsAdministrator, NoPromptWhenEverythingIsRefused) {
     RecordingActions actions;
     EXPECT_EQ(Remover::removeWithAdmin({}, actions), RemovalResult());
     EXPECT_EQ(Remover::removeWithAdmin({FileURL("/")}, actions).failed.size(), 1U);
     EXPECT_TRUE(actions.calls.empty());
 }
 
-TEST(RemoverAsAdministrator, FailsAsAWholeWhereTheCommandDoesNotRun) {
+TEST(RemoverAsAdministrator, FailsEveryItemWhenTheCommandDoesNotRun) {
     const TemporaryFolder folder;
     const FileURL a(folder.makeFile("a")), b(folder.makeFile("b"));
     RecordingActions actions;
@@ -183,7 +183,7 @@ TEST(RemoverAsAdministrator, FailsAsAWholeWhereTheCommandDoesNotRun) {
     }
 }
 
-TEST(RemoverAsAdministrator, RemovesExactlyWhatItNames) {
+TEST(RemoverAsAdministrator, QuotesEveryName) {
     const TemporaryFolder folder;
     std::string everyByte;
     for (int byte = 1; byte < 256; ++byte)
@@ -201,7 +201,7 @@ TEST(RemoverAsAdministrator, RemovesExactlyWhatItNames) {
     EXPECT_TRUE(std::filesystem::exists(keptBeside));
 }
 
-TEST(RemoverAsAdministrator, SeesALinkThatIsLeftOver) {
+TEST(RemoverAsAdministrator, ReportsLeftOverLink) {
     const TemporaryFolder folder;
     const std::string target = folder.makeFile("target");
     const FileURL link(folder.makeLink("link", "target"));
@@ -211,7 +211,7 @@ TEST(RemoverAsAdministrator, SeesALinkThatIsLeftOver) {
               (Failures{{link, "Still present after removal."}}));
 }
 
-TEST(RemoverAsAdministrator, TellsWhatOneCommandCannotHold) {
+TEST(RemoverAsAdministrator, ReportsItemsBeyondTheCommandLimit) {
     const TemporaryFolder folder;
     const std::string deep = std::string(200, 'a') + "/" + std::string(200, 'b') + "/";
     Urls urls;
@@ -231,7 +231,7 @@ TEST(RemoverAsAdministrator, TellsWhatOneCommandCannotHold) {
                     failure.reason.starts_with("Not removed: "));
 }
 
-TEST(RemoverOfSnapshots, PutsNothingButADateIntoTheCommand) {
+TEST(RemoverOfSnapshots, AcceptsOnlyPlainSnapshotNames) {
     struct Case {
         std::string name;
         std::string stamp; ///< empty: no command is run
@@ -252,7 +252,7 @@ TEST(RemoverOfSnapshots, PutsNothingButADateIntoTheCommand) {
     EXPECT_FALSE(Remover::deleteSnapshot("com.apple.TimeMachine.1.local", FileURL("/"), refusing));
 }
 
-TEST(RemovalReport, TellsTheOutcomeInWords) {
+TEST(RemovalReport, TitleSummaryAndFailureLines) {
     RemovalResult result;
     EXPECT_EQ(RemovalReport::title(result), "Done");
     EXPECT_EQ(RemovalReport::summary(result), "Removed 0 items, reclaiming Zero KB");

@@ -64,7 +64,7 @@ void expectLikeReference(const std::string &path, const ScanOptions &options, in
 
 } // namespace
 
-TEST(DiskScanner, FindsWhatASequentialTraversalFindsInTheSameOrder) {
+TEST(DiskScanner, ScanMatchesSequentialReference) {
     for (const unsigned seed : {1U, 2U, 3U}) {
         const TemporaryFolder folder;
         makeHostileTree(folder, seed, false);
@@ -73,7 +73,7 @@ TEST(DiskScanner, FindsWhatASequentialTraversalFindsInTheSameOrder) {
     }
 }
 
-TEST(DiskScanner, MarksAndCountsWhatItMayNotRead) {
+TEST(DiskScanner, MarksUnreadableFolders) {
     const TemporaryFolder folder;
     folder.makeFile("a/locked/hidden", 10);
     folder.makeFile("a/later/file", 10);
@@ -95,7 +95,7 @@ TEST(DiskScanner, MarksAndCountsWhatItMayNotRead) {
     });
 }
 
-TEST(DiskScanner, CountsAFileWithSeveralNamesOnce) {
+TEST(DiskScanner, CountsHardLinksOnce) {
     const TemporaryFolder folder;
     makeHostileTree(folder, 5, true);
     const std::string file = folder.makeFile("one/file", 50'000);
@@ -117,7 +117,7 @@ TEST(DiskScanner, CountsAFileWithSeveralNamesOnce) {
     EXPECT_EQ(scan(flat.path())->fileCount, 2);
 }
 
-TEST(DiskScanner, StaysOutOfSkippedFolders) {
+TEST(DiskScanner, SkippedFoldersAreNotEntered) {
     const TemporaryFolder folder;
     folder.makeFile("dev/device", 5000);
     folder.makeFile("a/Library/CloudStorage/remote", 5000);
@@ -140,7 +140,7 @@ TEST(DiskScanner, StaysOutOfSkippedFolders) {
     EXPECT_GT(quickSize(folder.path("dev/device"), options), 0);
 }
 
-TEST(DiskScanner, AnswersForRootsThatAreNoPlainFolder) {
+TEST(DiskScanner, RootMayBeLinkFileOrMissing) {
     const TemporaryFolder folder;
     folder.makeFile("real/file", 5000);
     const std::string toFolder = folder.makeLink("to folder", "real");
@@ -168,7 +168,7 @@ TEST(DiskScanner, AnswersForRootsThatAreNoPlainFolder) {
     EXPECT_EQ(quickSize(toFolder), fileStatus(toFolder)->allocatedBytes);
 }
 
-TEST(DiskScanner, WalksAnyDepthWithFewDescriptors) {
+TEST(DiskScanner, ScansDeepTreeWithFewDescriptors) {
     const TemporaryFolder folder;
     constexpr int depth = 5000;
     makeChain(folder.makeFolder("short"), "d", depth);
@@ -200,7 +200,7 @@ TEST(DiskScanner, WalksAnyDepthWithFewDescriptors) {
     EXPECT_EQ(quickSize(inside), quickSize(folder.path("long")) / 4);
 }
 
-TEST(DiskScanner, WalksWithTheThreadsThatItGets) {
+TEST(DiskScanner, ScansWithoutExtraThreads) {
     const TemporaryFolder folder;
     folder.makeFile("a/b/file", 5000);
     std::filesystem::permissions(folder.path(), std::filesystem::perms::all);
@@ -212,7 +212,7 @@ TEST(DiskScanner, WalksWithTheThreadsThatItGets) {
     });
 }
 
-TEST(DiskScanner, SurvivesATreeThatChangesUnderIt) {
+TEST(DiskScanner, TreeMayChangeDuringScan) {
     const TemporaryFolder folder;
     for (int i = 0; i < 50; ++i)
         folder.makeFile("stable/" + std::to_string(i) + "/file", 5000);
@@ -238,7 +238,7 @@ TEST(DiskScanner, SurvivesATreeThatChangesUnderIt) {
     vandal.join();
 }
 
-TEST(DiskScanner, StopsWhenCancelled) {
+TEST(DiskScanner, CancelStopsScan) {
     const TemporaryFolder folder;
     folder.makeFile("skipped/file", 10);
     for (int i = 0; i < 30; ++i)

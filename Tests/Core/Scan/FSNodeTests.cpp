@@ -9,7 +9,7 @@ using testing::add;
 using testing::addFolder;
 using testing::namesIn;
 
-TEST(FSNode, ComposesItsPathAndKeepsItOnceReleased) {
+TEST(FSNode, KeepsPathAfterRelease) {
     FSNode volume("Macintosh HD", "/", true);
     FSNode &users = addFolder(volume, "Users");
     FSNode &home = addFolder(users, "u\n\xFF");
@@ -33,7 +33,7 @@ TEST(FSNode, ComposesItsPathAndKeepsItOnceReleased) {
     EXPECT_TRUE(users.children().empty());
 }
 
-TEST(FSNode, OffersADisclosureOnlyWhereThereIsSomethingToDisclose) {
+TEST(FSNode, OnlyFoldersWithChildrenCanExpand) {
     FSNode root("r", "/r", true);
     EXPECT_TRUE(root.outlineChildren().empty());
     FSNode &file = add(root, "file", 0);
@@ -42,7 +42,7 @@ TEST(FSNode, OffersADisclosureOnlyWhereThereIsSomethingToDisclose) {
     EXPECT_TRUE(FSNode::aggregate(root, 3)->outlineChildren().empty());
 }
 
-TEST(FSNode, SortsEveryLevelAndKeepsTheWalkOrderOfEqualSizes) {
+TEST(FSNode, SortsBySizeAndIsStable) {
     FSNode root("r", "/r", true);
     add(root, "small", 1);
     FSNode &folder = addFolder(root, "folder");
@@ -56,7 +56,7 @@ TEST(FSNode, SortsEveryLevelAndKeepsTheWalkOrderOfEqualSizes) {
     EXPECT_THAT(namesIn(folder), ::testing::ElementsAre("b", "a"));
 }
 
-TEST(FSNode, NeverRecursesHoweverDeepTheTree) {
+TEST(FSNode, DeepTreeDoesNotOverflowTheStack) {
     auto root = std::make_unique<FSNode>("r", "/r", true);
     FSNode *node = root.get();
     constexpr int depth = 100'000;

@@ -6,7 +6,7 @@
 
 namespace brimvale {
 
-TEST(OutermostNodes, LeavesOutWhatLiesInAnother) {
+TEST(OutermostNodes, LeavesOutDescendants) {
     FSNode root("root", "/root", true);
     std::map<std::string, FSNode *> nodes{{"root", &root}};
     for (const auto &[name, parent] : std::vector<std::pair<std::string, std::string>>{

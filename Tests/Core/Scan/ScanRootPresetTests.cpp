@@ -5,7 +5,7 @@
 
 namespace brimvale {
 
-TEST(ScanRootPreset, FollowsTheCatalogAndTheHomeOfTheMoment) {
+TEST(ScanRootPreset, FollowsSystemAndHome) {
     const testing::EnvironmentVariable home("HOME", "/somewhere/else");
     for (const System system : {System::macOS, System::linux}) {
         const std::vector<ScanRootPreset> presets = ScanRootPreset::allCases(system);

@@ -109,7 +109,7 @@ void expectAsAlone(const TemporaryFolder &folder, unsigned seed) {
 
 } // namespace
 
-TEST(SubtreeSizes, AreThoseOfEachPathAlone) {
+TEST(SubtreeSizes, MatchQuickSizeOfEachPath) {
     for (const unsigned seed : {1U, 2U}) {
         const TemporaryFolder folder;
         testing::makeHostileTree(folder, seed, true);
@@ -117,7 +117,7 @@ TEST(SubtreeSizes, AreThoseOfEachPathAlone) {
     }
 }
 
-TEST(SubtreeSizes, AreThoseOfEachPathAloneWithoutRights) {
+TEST(SubtreeSizes, MatchQuickSizeWithUnreadableFolders) {
     const TemporaryFolder folder;
     testing::makeHostileTree(folder, 4, true);
     folder.makeFile("closed/inside/deeper/file", 5000);
@@ -137,7 +137,7 @@ TEST(SubtreeSizes, AreThoseOfEachPathAloneWithoutRights) {
     });
 }
 
-TEST(SubtreeSizes, FollowNoLinkFromOneIntoAnother) {
+TEST(SubtreeSizes, DoNotFollowLinks) {
     const TemporaryFolder folder;
     folder.makeFile("real/inside/file", 5000);
     folder.makeFile("around/file", 5000);
@@ -149,7 +149,7 @@ TEST(SubtreeSizes, FollowNoLinkFromOneIntoAnother) {
     EXPECT_GT(sizes[1][0], 0);
 }
 
-TEST(SubtreeSizes, LookAtEveryEntryOnce) {
+TEST(SubtreeSizes, VisitEachEntryOnce) {
     const TemporaryFolder folder;
     testing::makeHostileTree(folder, 6, true);
     std::vector<std::string> paths = pathsIn(folder.path());
@@ -170,7 +170,7 @@ TEST(SubtreeSizes, LookAtEveryEntryOnce) {
     }
 }
 
-TEST(SubtreeSizes, AreToldAsSoonAsTheyAreKnown) {
+TEST(SubtreeSizes, ReportEachGroupWhenDone) {
     const TemporaryFolder folder;
     folder.makeFile("outer/first/file", 5000);
     folder.makeFile("outer/inner/file", 5000);
@@ -191,7 +191,7 @@ TEST(SubtreeSizes, AreToldAsSoonAsTheyAreKnown) {
     EXPECT_EQ(pollsWhenTold[1], 3) << "each path, and no entry yet";
 }
 
-TEST(SubtreeSizes, EndWhereverTheyAreCancelled) {
+TEST(SubtreeSizes, CancelGivesPartialSizes) {
     const TemporaryFolder folder;
     testing::makeHostileTree(folder, 7, true);
     const std::vector<std::string> paths = pathsIn(folder.path());

@@ -103,7 +103,7 @@ void expectPartialSums(const FSNode &root) {
 
 } // namespace
 
-TEST(TreeBuilder, BuildsTheSameTreeWhoeverTakesOverWhat) {
+TEST(TreeBuilder, HandOverOrderDoesNotChangeTheTree) {
     const TemporaryFolder folder;
     folder.makeFolder("top");
     for (int i = 0; i < 12; ++i)
@@ -118,7 +118,7 @@ TEST(TreeBuilder, BuildsTheSameTreeWhoeverTakesOverWhat) {
     }
 }
 
-TEST(TreeBuilder, LeavesAPartialTreeThatAddsUpWhereverItIsCancelled) {
+TEST(TreeBuilder, CancelLeavesConsistentPartialTree) {
     const TemporaryFolder folder;
     for (int i = 0; i < 12; ++i)
         folder.makeFile("top/" + std::to_string(i % 3) + "/" + std::to_string(i) + "/file", 3000);

@@ -22,7 +22,7 @@ std::vector<std::string> pathsOf(const std::vector<CleanupEntry> &entries) {
 
 } // namespace
 
-TEST(CleanupEntries, KeepTheLargestFirstAndTheirOrderWhereEqual) {
+TEST(CleanupEntries, SortBySizeAndAreStable) {
     const std::vector<CleanupEntry> entries =
         CleanupEntries::measured({"/z", "/b", "/none", "/a", "/large", "/c"}, {5, 9, 0, 5, 100, 5});
     EXPECT_THAT(pathsOf(entries), ElementsAre("/large", "/b", "/z", "/a", "/c"));
@@ -32,7 +32,7 @@ TEST(CleanupEntries, KeepTheLargestFirstAndTheirOrderWhereEqual) {
                 ElementsAre("/b"));
 }
 
-TEST(CleanupEntries, ComeFromRootsAsFarAsTheyExist) {
+TEST(CleanupEntries, ListExistingRootsOrTheirContents) {
     const TemporaryFolder folder;
     folder.makeFile("root/.hidden", 1);
     folder.makeFile("root/.DS_Store", 1);
@@ -48,7 +48,7 @@ TEST(CleanupEntries, ComeFromRootsAsFarAsTheyExist) {
                                                 folder.path("root/folder")));
 }
 
-TEST(CleanupCatalog, IsMadeAfreshForEachHome) {
+TEST(CleanupCatalog, DefinitionsFollowTheHome) {
     const auto definitions = [](const char *home) {
         return CleanupCatalog::definitions({System::macOS, FileURL(home), platformTools()});
     };
@@ -67,7 +67,7 @@ TEST(CleanupCatalog, IsMadeAfreshForEachHome) {
     }
 }
 
-TEST(CleanupCatalog, MeasuresNothingMoreOnceItIsCancelled) {
+TEST(CleanupCatalog, MeasuresNothingAfterCancel) {
     const TemporaryFolder folder;
     folder.makeFile("file", 5000);
     CleanupTarget target = CleanupCatalog::definitions().front();

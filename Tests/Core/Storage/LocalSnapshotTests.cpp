@@ -29,7 +29,7 @@ std::string listed(const std::string &printed, int status = 0) {
 
 } // namespace
 
-TEST(LocalSnapshot, ListsTheNewestFirst) {
+TEST(LocalSnapshot, ListsNewestFirst) {
     const std::string expected = "com.apple.TimeMachine.2024-11-03-000000 2024-11-02T23:00:00Z\n"
                                  "com.apple.TimeMachine.2024-05-01-101500.local 2024-05-01T08:15:00Z\n"
                                  "com.apple.TimeMachine.2024-01-31-235959.local 2024-01-31T22:59:59Z\n"
@@ -46,7 +46,7 @@ TEST(LocalSnapshot, ListsTheNewestFirst) {
               "com.apple.TimeMachine.2024-05-01-101500.local 2024-05-01T08:15:00Z\n");
 }
 
-TEST(LocalSnapshot, HasNoDateWhereTheNameIsNotOne) {
+TEST(LocalSnapshot, HasNoDateWhenTheNameHoldsNone) {
     for (const char *name :
          {"2024-13-01-000000", "2024-02-30-000000", "2024-02-28-240000", "2024-02-28-006000",
           "2024-02-28-00600", "2024-02-28-000060", "-024-02-28-000000", "2024-+2-28-000000",
@@ -56,7 +56,7 @@ TEST(LocalSnapshot, HasNoDateWhereTheNameIsNotOne) {
     }
 }
 
-TEST(LocalSnapshot, ListsNothingWithoutTheTool) {
+TEST(LocalSnapshot, ListsNothingWithoutTmutil) {
     EXPECT_EQ(LocalSnapshot::list("/", toolsWith("")).size(), 0U);
     EXPECT_EQ(LocalSnapshot::list("/", toolsWith("/nowhere/tmutil")).size(), 0U);
     EXPECT_EQ(listed("com.apple.TimeMachine.\xFF\n"), "") << "not text";

@@ -17,7 +17,7 @@ void setMode(const std::string &path, unsigned mode) {
 
 } // namespace
 
-TEST(Permissions, HasFullDiskAccessWhereOneOfThePlacesCanBeRead) {
+TEST(Permissions, FullDiskAccessNeedsOneReadablePlace) {
     using Folder = testing::TemporaryFolder;
     struct Case {
         const char *description;
@@ -66,7 +66,7 @@ TEST(Permissions, HasFullDiskAccessWhereOneOfThePlacesCanBeRead) {
     }
 }
 
-TEST(Permissions, LooksIntoTheHostsHome) {
+TEST(Permissions, FullDiskAccessLooksInTheHostsHome) {
     for (const bool isDatabase : {true, false}) {
         const testing::TemporaryFolder folder;
         const Host host{System::macOS, FileURL(folder.path("home")), {}};

@@ -16,7 +16,7 @@ Host macWith(const std::string &home) {
 
 } // namespace
 
-TEST(StorageCategories, LeaveWhatNobodyClaimsToSystemDataIfItIsLarge) {
+TEST(StorageCategories, SystemDataListsLargeUnclaimedFolders) {
     const TemporaryFolder folder;
     const std::string home = folder.path("Library");
     folder.makeFile("Library/Library/Large/file", 10'100'000);

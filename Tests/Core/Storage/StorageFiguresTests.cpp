@@ -33,7 +33,7 @@ VolumeInfo volume(std::int64_t capacity, std::int64_t free) {
 
 } // namespace
 
-TEST(StorageFigures, LeaveTheRestToSystemData) {
+TEST(StorageFigures, SystemDataIsTheRemainder) {
     struct Case {
         std::int64_t capacity, free, first, second, expected;
     };
@@ -55,7 +55,7 @@ TEST(StorageFigures, LeaveTheRestToSystemData) {
     EXPECT_FALSE(StorageFigures::systemDataSentence(none));
 }
 
-TEST(StorageFigures, CompareTheRowsWithTheHeadline) {
+TEST(StorageFigures, SentenceComparesRowsWithHeadline) {
     EXPECT_FALSE(StorageFigures::systemDataSentence(0, 5'000'000));
     EXPECT_THAT(*StorageFigures::systemDataSentence(2'000'000, 5'000'000),
                 HasSubstr("account for 2 MB of the 5 MB. The remaining 3 MB is not attributable"));
@@ -70,7 +70,7 @@ TEST(StorageFigures, CompareTheRowsWithTheHeadline) {
     EXPECT_EQ(StorageFigures::systemDataSentence(measured), StorageFigures::systemDataSentence(100, 77));
 }
 
-TEST(CleanupRiskTexts, WarnForTheModeThatIsChosen) {
+TEST(CleanupRiskTexts, WarningNamesTheRemovalMode) {
     for (const CleanupRisk risk : {CleanupRisk::safe, CleanupRisk::review, CleanupRisk::careful}) {
         EXPECT_THAT(std::string(removalWarning(risk, RemovalMode::trash)), HasSubstr("to the Trash"));
         EXPECT_THAT(std::string(removalWarning(risk, RemovalMode::deleteNow)), HasSubstr("immediately"));

@@ -19,7 +19,7 @@ MountedVolume mounted(const char *path, std::optional<std::string> name) {
 
 } // namespace
 
-TEST(VolumeInfo, ListsWhatCanBeUsedTheRootFirst) {
+TEST(VolumeInfo, ListsUsableVolumesRootFirst) {
     MountedVolume root = mounted("/", "z");
     root.isRootFileSystem = true;
     MountedVolume hidden = mounted("/hidden", "hidden");
@@ -42,7 +42,7 @@ TEST(VolumeInfo, ListsWhatCanBeUsedTheRootFirst) {
     EXPECT_FALSE(VolumeInfo::root({}));
 }
 
-TEST(VolumeInfo, TellsWhatIsPurgeable) {
+TEST(VolumeInfo, ShowsPurgeableSpace) {
     struct Case {
         std::int64_t important, free, shown;
         bool hasSentence;

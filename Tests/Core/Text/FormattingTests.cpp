@@ -15,7 +15,7 @@ Date moment(int year, unsigned month, unsigned day, std::chrono::nanoseconds tim
 
 } // namespace
 
-TEST(Fmt, ShowsSizesInDecimalUnits) {
+TEST(Fmt, FormatsSizesInDecimalUnits) {
     struct Case {
         std::int64_t bytes;
         std::string text;
@@ -31,13 +31,13 @@ TEST(Fmt, ShowsSizesInDecimalUnits) {
         EXPECT_EQ(Fmt::byteFormatter(one.bytes), one.text) << one.bytes;
 }
 
-TEST(Fmt, GroupsCounts) {
+TEST(Fmt, GroupsDigits) {
     EXPECT_EQ(Fmt::count(999), "999");
     EXPECT_EQ(Fmt::count(-1'000), "-1,000");
     EXPECT_EQ(Fmt::count(std::numeric_limits<std::int64_t>::min()), "-9,223,372,036,854,775,808");
 }
 
-TEST(Fmt, ShowsHowFarADateIsInItsLargestCalendarUnit) {
+TEST(Fmt, RelativeDateUsesLargestCalendarUnit) {
     using namespace std::chrono_literals;
     const Date noon = moment(2026, 3, 31, 12h);
     struct Case {
@@ -70,14 +70,14 @@ TEST(Fmt, ShowsHowFarADateIsInItsLargestCalendarUnit) {
     EXPECT_EQ(Fmt::relativeDate(now() - 90min), "1 hour ago");
 }
 
-TEST(Fmt, CountsDaysInLocalTime) {
+TEST(Fmt, RelativeDateCountsLocalDays) {
     using namespace std::chrono_literals;
     // The night of 29 March 2026 is an hour short in Berlin, so one calendar day is 23 hours.
     EXPECT_EQ(Fmt::relativeDate(moment(2026, 3, 28, 11h), moment(2026, 3, 29, 10h)), "1 day ago");
     EXPECT_EQ(Fmt::relativeDate(moment(2026, 3, 29, 11h), moment(2026, 3, 30, 10h)), "23 hours ago");
 }
 
-TEST(Palette, GivesANameTheSameColourEverywhere) {
+TEST(Palette, SameNameGetsSameColor) {
     struct Case {
         std::string key;
         std::size_t index;

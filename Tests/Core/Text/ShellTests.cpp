@@ -30,7 +30,7 @@ int openDescriptors() {
 
 } // namespace
 
-TEST(Shell, AnswersWhatAToolPrintsHoweverItEnds) {
+TEST(Shell, ReturnsOutputAndExitStatus) {
     struct Case {
         std::string script;
         std::string output, combined;
@@ -55,13 +55,13 @@ TEST(Shell, AnswersWhatAToolPrintsHoweverItEnds) {
     }
 }
 
-TEST(Shell, HandsArgumentsOverAsTheyStand) {
+TEST(Shell, PassesArgumentsUnchanged) {
     EXPECT_EQ(Shell::run(shell, {"-c", "printf '<%s>' \"$@\"", shell, "a  b", "$HOME", "*", "", "'\"\\", "\n",
                                  "-n", "caf\u00E9"}),
               "<a  b><$HOME><*><><'\"\\><\n><-n><caf\u00E9>");
 }
 
-TEST(Shell, AnswersNothingForWhatCannotBeStartedOrIsNoText) {
+TEST(Shell, ReturnsNulloptWhenNotStartedOrNotUtf8) {
     const testing::TemporaryFolder folder;
     const std::string plain = folder.writeFile("plain", "echo plain");
     const std::string unfit = folder.writeFile("unfit", "#!/nowhere/at/all\n");
@@ -83,7 +83,7 @@ TEST(Shell, AnswersNothingForWhatCannotBeStartedOrIsNoText) {
     EXPECT_EQ(Shell::runCombined(shell, latin1OnError), std::nullopt);
 }
 
-TEST(Shell, TakesFloodsOnBothStreamsWhileSignalsInterruptIt) {
+TEST(Shell, ReadsLargeOutputDespiteSignals) {
     struct sigaction onAlarm {};
     struct sigaction earlierAction {};
     onAlarm.sa_handler = [](int) {};
@@ -111,7 +111,7 @@ TEST(Shell, TakesFloodsOnBothStreamsWhileSignalsInterruptIt) {
     EXPECT_EQ(silent->exitStatus, 5);
 }
 
-TEST(Shell, ReadsUntilTheLastProcessClosesTheOutput) {
+TEST(Shell, ReadsUntilLastProcessClosesOutput) {
     const testing::TemporaryFolder folder;
     const std::string gate = folder.path("gate");
     ASSERT_EQ(mkfifo(gate.c_str(), 0600), 0);
@@ -121,7 +121,7 @@ TEST(Shell, ReadsUntilTheLastProcessClosesTheOutput) {
     EXPECT_EQ(output, "late\n");
 }
 
-TEST(Shell, LeavesNoDescriptorAndNoProcessBehindFromAnyThread) {
+TEST(Shell, LeaksNoDescriptorsOrProcesses) {
     const int before = openDescriptors();
     std::vector<std::thread> threads;
     for (int number = 0; number < 4; ++number)
@@ -138,7 +138,7 @@ TEST(Shell, LeavesNoDescriptorAndNoProcessBehindFromAnyThread) {
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
 }
 
-TEST(Shell, EndsAToolThatIsStopped) {
+TEST(Shell, CancelEndsTheTool) {
     const testing::TemporaryFolder folder;
     // One that prints for ever, one that ignores requests, one that has closed its output, and one that
     // leaves it to another process.
@@ -154,7 +154,7 @@ TEST(Shell, EndsAToolThatIsStopped) {
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
 }
 
-TEST(Shell, RunsAToolToItsEndUnlessItIsStopped) {
+TEST(Shell, RunsToTheEndUnlessCancelled) {
     const auto never = [] { return false; };
     EXPECT_EQ(Shell::runCombined(shell, {"-c", "echo one; sleep 0.3; echo two >&2"}, never), "one\ntwo\n");
     const std::vector<std::string> flood = {"-c", "head -c 3000000 /dev/zero; exec >&- 2>&-; sleep 0.1"};
@@ -163,7 +163,7 @@ TEST(Shell, RunsAToolToItsEndUnlessItIsStopped) {
     EXPECT_EQ(Shell::runCombined("/nowhere/at/all", {}, never), std::nullopt);
 }
 
-TEST(Shell, RunsToolsWithDefaultSignalsWhateverTheProgramIgnores) {
+TEST(Shell, ToolsGetDefaultSignalHandling) {
     const std::string answer = testing::answerOfChild([] {
         std::signal(SIGPIPE, SIG_IGN);
         sigset_t all;
@@ -175,7 +175,7 @@ TEST(Shell, RunsToolsWithDefaultSignalsWhateverTheProgramIgnores) {
     EXPECT_EQ(answer, "");
 }
 
-TEST(Shell, WorksInAProgramWithoutStandardStreams) {
+TEST(Shell, WorksWithClosedStandardStreams) {
     for (const std::vector<int> &closed :
          {std::vector{0, 1, 2}, std::vector{0}, std::vector{1}, std::vector{2}, std::vector{0, 1}}) {
         const std::string answer = testing::answerOfChild([&] {
@@ -189,7 +189,7 @@ TEST(Shell, WorksInAProgramWithoutStandardStreams) {
     }
 }
 
-TEST(Shell, AnswersTheOutputWhereTheSystemReapsChildrenItself) {
+TEST(Shell, ReturnsOutputWhenSigchldIsIgnored) {
     const std::string answer = testing::answerOfChild([] {
         std::signal(SIGCHLD, SIG_IGN);
         const auto result = Shell::runWithStatus(shell, {"-c", "echo reaped"});

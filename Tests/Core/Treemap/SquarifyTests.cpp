@@ -29,7 +29,7 @@ bool isInside(const Rect &inner, const Rect &outer) {
 
 } // namespace
 
-TEST(Squarify, LaysOutWorkedExamples) {
+TEST(Squarify, LayoutMatchesWorkedExamples) {
     EXPECT_EQ(Squarify::layout(std::vector<double>{3, 1}, {0, 0, 400, 100}),
               (std::vector<Rect>{{0, 0, 300, 100}, {300, 0, 100, 100}}));
     // The example of the method's paper: 6 6 4 3 2 2 1 in 6 × 4.
@@ -43,7 +43,7 @@ TEST(Squarify, LaysOutWorkedExamples) {
     EXPECT_EQ(Squarify::layout(std::vector<double>{1, 1, 1, 1}, {10, 20, 2, 2})[1], (Rect{10, 21, 1, 1}));
 }
 
-TEST(Squarify, HasNothingToShowWithoutAreaOrValue) {
+TEST(Squarify, NoAreaOrValueGivesNoTiles) {
     EXPECT_TRUE(Squarify::layout(std::vector<double>{}, {0, 0, 10, 10}).empty());
     EXPECT_TRUE(Squarify::layout(std::vector<double>{0, 0}, {0, 0, 10, 10}).empty());
     EXPECT_TRUE(Squarify::layout(std::vector<double>{1}, {0, 0, 0, 10}).empty());
@@ -51,7 +51,7 @@ TEST(Squarify, HasNothingToShowWithoutAreaOrValue) {
     EXPECT_TRUE(Squarify::layout(std::vector<double>{1}, {0, 0, 10, 0.5}).empty());
 }
 
-TEST(Squarify, CoversTheRectangleInProportionWithoutOverlap) {
+TEST(Squarify, TilesAreProportionalAndDoNotOverlap) {
     std::mt19937 random(7);
     for (int round = 0; round < 200; ++round) {
         std::vector<double> values(1 + random() % 90);
@@ -80,7 +80,7 @@ TEST(Squarify, CoversTheRectangleInProportionWithoutOverlap) {
     }
 }
 
-TEST(Treemap, GathersWhatHasNoTileOfItsOwn) {
+TEST(Treemap, GathersSmallerItemsInOneTile) {
     struct Case {
         std::vector<std::int64_t> sizes;
         int maxTiles;
@@ -114,7 +114,7 @@ TEST(Treemap, GathersWhatHasNoTileOfItsOwn) {
     }
 }
 
-TEST(Treemap, ShowsTheLargestInTheOrderOfAStableSort) {
+TEST(Treemap, ShowsTheLargestInStableOrder) {
     std::mt19937 random(11);
     for (int round = 0; round < 50; ++round) {
         FSNode folder("f", "/f", true);

@@ -21,7 +21,7 @@ std::vector<TreemapTile> tilesAt(const std::vector<Rect> &rects) {
 
 } // namespace
 
-TEST(TreemapNavigation, LeadsToTheNearestTileOnThatSide) {
+TEST(TreemapNavigation, ArrowGoesToNearestTile) {
     // 0 0 1 1
     // 0 0 2 3
     // 4 4 4 4
@@ -52,7 +52,7 @@ TEST(TreemapNavigation, LeadsToTheNearestTileOnThatSide) {
     EXPECT_EQ(TreemapNavigation::next(tilesAt({{0, 0, 10, 10}}), 0, Direction::right), std::nullopt);
 }
 
-TEST(TreemapNavigation, ReachesEveryTileOfAMapFromTheFirst) {
+TEST(TreemapNavigation, ArrowsReachEveryTile) {
     std::mt19937 random(3);
     for (int round = 0; round < 100; ++round) {
         FSNode folder("f", "/f", true);

@@ -36,7 +36,7 @@ ArchiveResult archive(const TemporaryFolder &folder, const std::vector<FileURL> 
 
 } // namespace
 
-TEST(Copy, KeepsAllThatBelongsToAnItem) {
+TEST(Copy, KeepsModesTimesLinksHolesAndAttributes) {
     const TemporaryFolder folder;
     const std::string item = folder.makeFolder("item");
     const std::string file = folder.makeFile("item/file", 20'000);
@@ -66,7 +66,7 @@ TEST(Copy, KeepsAllThatBelongsToAnItem) {
     EXPECT_EQ(attributeOf(copy("item/file")), hasAttributes ? "kept" : "");
 }
 
-TEST(Copy, FailsOnAFullDiskAndLeavesTheOriginals) {
+TEST(Copy, FullDiskFailsAndKeepsOriginals) {
     const TemporaryFolder folder;
     const std::string disk = folder.makeFolder("disk");
     const FileURL large(folder.makeFolder("large"));

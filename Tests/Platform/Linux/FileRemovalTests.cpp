@@ -45,7 +45,7 @@ std::string over(int code, int errorNumber) {
 
 } // namespace
 
-TEST(FileRemoval, RemovesTheItemWhateverItIsAndNothingBesideIt) {
+TEST(FileRemoval, RemovesItemsOfEveryKindAndNothingElse) {
     const TemporaryFolder folder;
     const std::string outside = folder.makeFolder("outside");
     folder.writeFile("outside/inner/kept", "kept");
@@ -72,7 +72,7 @@ TEST(FileRemoval, RemovesTheItemWhateverItIsAndNothingBesideIt) {
                                                                "/outside/inner/kept: file kept"));
 }
 
-TEST(FileRemoval, RemovesThroughALinkInThePathOnlyWhatThePathNames) {
+TEST(FileRemoval, FollowsLinksInParentsOnly) {
     const TemporaryFolder folder;
     folder.writeFile("real/kept", "kept");
     folder.writeFile("real/doomed/file", "");
@@ -82,7 +82,7 @@ TEST(FileRemoval, RemovesThroughALinkInThePathOnlyWhatThePathNames) {
                 ::testing::ElementsAre("/real: folder", "/real/kept: file kept", "/way: link to real"));
 }
 
-TEST(FileRemoval, RefusesWhatNamesNoEntry) {
+TEST(FileRemoval, RefusesPathsThatNameNoEntry) {
     const TemporaryFolder folder;
     folder.writeFile("a/b/file", "kept");
     const std::vector<std::string> before = listing(folder.path());
@@ -97,14 +97,14 @@ TEST(FileRemoval, RefusesWhatNamesNoEntry) {
     EXPECT_EQ(listing(folder.path()), before);
 }
 
-TEST(FileRemoval, SaysWhatStoodInTheWayOfTheItemAskedFor) {
+TEST(FileRemoval, ErrorNamesTheRequestedItem) {
     const TemporaryFolder folder;
     const auto error = removeItem(FileURL(folder.path("caf\xE9 “x”")));
     ASSERT_TRUE(error);
     EXPECT_EQ(error->localizedDescription, "“caf\uFFFD “x”” couldn’t be removed.");
 }
 
-TEST(FileRemoval, TakesTreesOfAnyDepthWithFewDescriptors) {
+TEST(FileRemoval, RemovesDeepTreeWithFewDescriptors) {
     constexpr int depth = 3'000;
     const TemporaryFolder outer;
     const std::string answer = testing::answerOfChild([&] {
@@ -122,7 +122,7 @@ TEST(FileRemoval, TakesTreesOfAnyDepthWithFewDescriptors) {
     EXPECT_EQ(answer, "gone, " + std::to_string(3 * (depth + 100) + 2));
 }
 
-TEST(FileRemoval, TakesPathsOfAnyLength) {
+TEST(FileRemoval, RemovesPathsLongerThanPathMax) {
     const TemporaryFolder folder;
     const std::string name(200, 'n');
     testing::makeChain(folder.makeFolder("deep"), name, 60);
@@ -136,7 +136,7 @@ TEST(FileRemoval, TakesPathsOfAnyLength) {
     EXPECT_EQ(outcome(folder.path("deep/" + name + "/file")), "gone");
 }
 
-TEST(FileRemoval, CountsAndStopsWhenCancelled) {
+TEST(FileRemoval, CancelStopsAndCountIsExact) {
     const TemporaryFolder folder;
     const std::string item = folder.makeFolder("item");
     for (int i = 0; i < 900; ++i)
@@ -170,7 +170,7 @@ TEST(FileRemoval, CountsAndStopsWhenCancelled) {
     EXPECT_EQ(progress.entriesRemoved, before + 1);
 }
 
-TEST(FileRemoval, LeavesWhatTheUserMayNotRemove) {
+TEST(FileRemoval, MissingPermissionKeepsEverything) {
     testing::inChild([] {
         testing::becomeOrdinaryUser();
         const TemporaryFolder folder;
@@ -197,7 +197,7 @@ TEST(FileRemoval, LeavesWhatTheUserMayNotRemove) {
     });
 }
 
-TEST(FileRemoval, LeavesWhatIsMarkedImmutable) {
+TEST(FileRemoval, KeepsImmutableFolder) {
     const TemporaryFolder folder;
     folder.makeFile("item/immutable/file");
     const int immutable = open(folder.path("item/immutable").c_str(), O_RDONLY | O_DIRECTORY);
@@ -221,7 +221,7 @@ TEST(FileRemoval, LeavesWhatIsMarkedImmutable) {
     EXPECT_EQ(outcome(folder.path("item")), "gone");
 }
 
-TEST(FileRemoval, NeverGoesBehindAMountPoint) {
+TEST(FileRemoval, NeverEntersMountPoints) {
     testing::inChild([] {
         const TemporaryFolder folder;
         const std::string elsewhere = folder.makeFolder("elsewhere");
@@ -252,7 +252,7 @@ TEST(FileRemoval, NeverGoesBehindAMountPoint) {
     });
 }
 
-TEST(FileRemoval, ReportsAReadOnlyVolume) {
+TEST(FileRemoval, ReportsReadOnlyVolume) {
     testing::inChild([] {
         const TemporaryFolder folder;
         folder.writeFile("real/item/kept", "kept");

@@ -8,7 +8,7 @@
 
 namespace brimvale {
 
-TEST(Formatters, FollowTheLocaleOfTheEnvironment) {
+TEST(Formatters, FollowLocaleVariables) {
     using namespace std::chrono_literals;
     using Environment = std::map<std::string, std::string>;
     struct Case {
@@ -38,7 +38,7 @@ TEST(Formatters, FollowTheLocaleOfTheEnvironment) {
     }
 }
 
-TEST(Formatters, ServeSeveralThreadsAtOnce) {
+TEST(Formatters, AreThreadSafe) {
     using namespace std::chrono_literals;
     const Date date = now();
     const auto everything = [&] {

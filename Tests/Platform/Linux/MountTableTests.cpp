@@ -23,7 +23,7 @@ std::vector<std::string> storagePoints(std::string_view table) {
 
 } // namespace
 
-TEST(MountTable, ReadsWhatAPersonMayHaveNamed) {
+TEST(MountTable, DecodesEscapesInNames) {
     const std::vector<Mount> mounts = mountsIn(
         "30 1 8:2 / / rw,noatime shared:1 master:2 - ext4 /dev/sda2 rw\n"
         "31 30 8:17 /part\\040two /mnt/a\\040b\\134c\\011d\\012e\\777 rw - xfs /dev/sdb1 rw,logbufs=8\n"
@@ -39,7 +39,7 @@ TEST(MountTable, ReadsWhatAPersonMayHaveNamed) {
     EXPECT_EQ(mounts[2].source, "");
 }
 
-TEST(MountTable, LeavesOutWhatNoPathLeadsTo) {
+TEST(MountTable, LeavesOutHiddenMounts) {
     // Kernel interfaces may stand before the root that they were moved to.
     EXPECT_THAT(pointsOf(mountsIn("22 27 0:21 / /proc rw - proc proc rw\n"
                                   "27 1 254:0 / / rw - ext4 /dev/vda rw\n"
@@ -61,7 +61,7 @@ TEST(MountTable, LeavesOutWhatNoPathLeadsTo) {
               3U);
 }
 
-TEST(MountTable, ShowsStorageOnceADevice) {
+TEST(MountTable, ListsEachStorageDeviceOnce) {
     // A desktop: subvolumes of one file system, packaged software, and the services of a session.
     EXPECT_THAT(storagePoints("25 1 0:30 /@ / rw - btrfs /dev/nvme0n1p2 rw\n"
                               "26 25 0:30 /@home /home rw - btrfs /dev/nvme0n1p2 rw\n"

@@ -19,7 +19,7 @@ using testing::ownMounts;
 using testing::referenceScan;
 using testing::TemporaryFolder;
 
-TEST(Mounts, StayOutOfAWalkUnlessTheyAreItsOwnEntry) {
+TEST(Mounts, ScanEntersOnlyMountsDirectlyInRoot) {
     const TemporaryFolder folder;
     folder.makeFile("disk/mount/under", 5000);
     folder.makeFile("disk/plain/file", 5000);
@@ -55,7 +55,7 @@ TEST(Mounts, StayOutOfAWalkUnlessTheyAreItsOwnEntry) {
 
 // Nested things that are measured together keep each to its own device, and one that is mounted within itself
 // is entered where its own walk would enter it.
-TEST(Mounts, DoNotMixWhatIsMeasuredTogether) {
+TEST(Mounts, SubtreeSizesStayOnTheirDevice) {
     const TemporaryFolder folder;
     for (const char *name : {"a/file", "a/x/file", "a/x/b/file", "a/x/b/c/file", "other/deep/file"})
         folder.makeFile(name, 5000);
@@ -95,7 +95,7 @@ TEST(Mounts, DoNotMixWhatIsMeasuredTogether) {
 }
 
 // A mount stands here for a file system that takes no heed of case: the same folder under two spellings.
-TEST(Mounts, DoNotOpenAGuardedFolderToAnotherSpelling) {
+TEST(Mounts, GuardsCoverOtherSpellingsOfAFolder) {
     const TemporaryFolder folder;
     for (const char *name : {"u/Documents/inner", "u/documents", "u/Music/MOVIES", "u/Movies", "u/LIBRARY",
                              "u/Library/Caches/app", "u/music"})
@@ -118,7 +118,7 @@ TEST(Mounts, DoNotOpenAGuardedFolderToAnotherSpelling) {
     EXPECT_EQ(answer, "passed");
 }
 
-TEST(Mounts, ListThoseWithoutStorage) {
+TEST(Mounts, PseudoMountsAreListedAndSkipped) {
     const std::vector<std::string> points = pseudoMountPoints();
     EXPECT_THAT(points, ::testing::Contains("/proc"));
     EXPECT_THAT(points, ::testing::Not(::testing::Contains("/")));
@@ -128,7 +128,7 @@ TEST(Mounts, ListThoseWithoutStorage) {
         EXPECT_TRUE(skipped.contains(path)) << path;
 }
 
-TEST(Mounts, AreListedOnlyWhereNothingIsMountedOverThem) {
+TEST(Mounts, PseudoMountIsHiddenByAMountOverIt) {
     const TemporaryFolder folder;
     const std::string trigger = folder.makeFolder("trigger");
     testing::inChild([&] {

@@ -20,7 +20,7 @@ Tools toolsWithRunner(const TemporaryFolder &folder, const std::string &script) 
 
 } // namespace
 
-TEST(PrivilegedRunner, RunsTheCommandInAShellAndLeavesTheVerdictToItsEffects) {
+TEST(PrivilegedRunner, RunsCommandInShellAndIgnoresItsStatus) {
     const TemporaryFolder folder;
     const Tools tools = toolsWithRunner(folder, "exec \"$@\"");
     const std::string victim = folder.makeFile("it's \"a\\ victim$(touch ran)\n", 1);
@@ -33,7 +33,7 @@ TEST(PrivilegedRunner, RunsTheCommandInAShellAndLeavesTheVerdictToItsEffects) {
     EXPECT_FALSE(runAsAdministrator("kill -KILL $$", tools));
 }
 
-TEST(PrivilegedRunner, ReportsAnErrorWithoutWordsWhereNoRightWasHad) {
+TEST(PrivilegedRunner, MissingAuthorizationIsAnErrorWithoutMessage) {
     const TemporaryFolder folder;
     const std::string command = "touch " + quotedForShell(folder.path("ran"));
     const auto isRefusedBy = [&](const Tools &tools) {

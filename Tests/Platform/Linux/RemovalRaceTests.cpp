@@ -106,7 +106,7 @@ std::string removeWhileExchanging(const TemporaryFolder &folder) {
 
 } // namespace
 
-TEST(FileRemoval, IsNotLedAstrayByFoldersExchangedForLinks) {
+TEST(FileRemoval, NeverFollowsFoldersSwappedForLinks) {
     const TemporaryFolder outer;
     const std::string answer = testing::answerOfChild([&] {
         testing::keepTemporaryFoldersInMemory(outer.path());

@@ -11,7 +11,7 @@
 
 namespace brimvale {
 
-TEST(RunningApps, AreThoseWithAProgramInTheirBundle) {
+TEST(RunningApps, FindsAppsByProgramsInTheirBundle) {
     const testing::TemporaryFolder folder;
     // An identifier of its own, since other programs run on this machine.
     const std::string unique = std::string(FileURL(folder.path()).fileName());

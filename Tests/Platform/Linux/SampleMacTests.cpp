@@ -92,7 +92,7 @@ std::string inSampleMac(const TemporaryFolder &folder,
 
 } // namespace
 
-TEST(SampleMac, HasTheRowsThatAnIndependentSearchFinds) {
+TEST(SampleMac, RowsMatchAnIndependentSearch) {
     const TemporaryFolder folder;
     testing::makeSampleMac(folder.path());
     chmod(folder.path().c_str(), 0755);

@@ -18,7 +18,7 @@ using namespace testing;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST(Trash, TakesItemsOfEveryKindAsTheyAre) {
+TEST(Trash, MovesItemsOfEveryKindUnchanged) {
     inHome([](const TemporaryFolder &folder) {
         folder.writeFile("place/file.txt", "file");
         folder.writeFile("place/folder/inner/file", "inner");
@@ -46,7 +46,7 @@ TEST(Trash, TakesItemsOfEveryKindAsTheyAre) {
     });
 }
 
-TEST(Trash, GivesEveryItemANameOfItsOwn) {
+TEST(Trash, EqualNamesGetUniqueTrashNames) {
     inHome([](const TemporaryFolder &folder) {
         const std::string trash = folder.path("home/data/Trash");
         // What others left: an item without info, and info without an item.
@@ -85,7 +85,7 @@ TEST(Trash, GivesEveryItemANameOfItsOwn) {
     });
 }
 
-TEST(Trash, EncodesEveryByteOfAPath) {
+TEST(Trash, TrashInfoEncodesEveryByte) {
     inHome([](const TemporaryFolder &folder) {
         std::map<std::string, std::string> expected;
         for (int byte = 1; byte < 256; ++byte) {
@@ -100,7 +100,7 @@ TEST(Trash, EncodesEveryByteOfAPath) {
     });
 }
 
-TEST(Trash, LeavesWhatIsInTheTrashOrHoldsIt) {
+TEST(Trash, RefusesTheTrashItselfAndItsItems) {
     inHome([](const TemporaryFolder &folder) {
         EXPECT_EQ(outcome(folder.makeFile("file")), "trashed");
         EXPECT_EQ(outcome(folder.makeFolder("folder")), "trashed");
@@ -116,7 +116,7 @@ TEST(Trash, LeavesWhatIsInTheTrashOrHoldsIt) {
     });
 }
 
-TEST(Trash, LeavesWhatTheUserMayNotMove) {
+TEST(Trash, MissingPermissionKeepsItem) {
     inHome(
         [](const TemporaryFolder &folder) {
             const std::string file = folder.makeFile("locked/file");
@@ -141,7 +141,7 @@ TEST(Trash, LeavesWhatTheUserMayNotMove) {
         As::ordinaryUser);
 }
 
-TEST(Trash, FailsWhereTheTrashCannotBeUsed) {
+TEST(Trash, UnusableTrashFolderIsAnError) {
     inHome(
         [](const TemporaryFolder &folder) {
             const std::string file = folder.makeFile("file");
@@ -174,7 +174,7 @@ TEST(Trash, FailsWhereTheTrashCannotBeUsed) {
         As::ordinaryUser);
 }
 
-TEST(Trash, LooksAsTheDesktopsOwnToolLeavesIt) {
+TEST(Trash, TrashLayoutMatchesGio) {
     inHome([](const TemporaryFolder &folder) {
         std::map<std::string, std::string> theirs;
         const std::vector<std::string> names = {"plain.txt", "a b%c", "caf\u00EB", "#?&+=;,:@!$'()*",

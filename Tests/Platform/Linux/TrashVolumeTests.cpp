@@ -15,7 +15,7 @@ using namespace testing;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST(Trash, UsesTheTrashOfTheItemsVolume) {
+TEST(Trash, UsesTrashOfTheItemsVolume) {
     inHome([](const TemporaryFolder &folder) {
         const std::string volume = folder.makeFolder("volume"), other = folder.makeFolder("other");
         const std::string user = std::to_string(geteuid());
@@ -50,7 +50,7 @@ TEST(Trash, UsesTheTrashOfTheItemsVolume) {
     });
 }
 
-TEST(Trash, LeavesTheItemWhereItsVolumeIsFullOrReadOnly) {
+TEST(Trash, FullOrReadOnlyVolumeKeepsItem) {
     inHome([](const TemporaryFolder &folder) {
         const std::string full = folder.makeFolder("full"), place = folder.makeFolder("place");
         const std::string fixed = folder.makeFolder("fixed");
@@ -72,7 +72,7 @@ TEST(Trash, LeavesTheItemWhereItsVolumeIsFullOrReadOnly) {
     });
 }
 
-TEST(Trash, RefusesAFolderThatSomebodyElsePrepared) {
+TEST(Trash, RefusesTrashFolderOfAnotherUser) {
     if (geteuid() != 0)
         GTEST_SKIP() << "only root can make folders of others";
     inHome([](const TemporaryFolder &folder) {

@@ -40,7 +40,7 @@ const MountedVolume *volumeAt(const std::vector<MountedVolume> &volumes, const s
 
 } // namespace
 
-TEST(Volumes, HaveTheFiguresOfDf) {
+TEST(Volumes, FiguresMatchDf) {
     for (const VolumeInfo &volume : VolumeInfo::current(2s)) {
         std::istringstream df(
             outputOf("df -B1 --output=used,avail -- '" + volume.url.path() + "' | tail -n 1"));
@@ -56,7 +56,7 @@ TEST(Volumes, HaveTheFiguresOfDf) {
     }
 }
 
-TEST(Volumes, AreThoseOfTheMountTable) {
+TEST(Volumes, MatchFindmnt) {
     std::set<std::string> devices;
     std::istringstream table(outputOf("findmnt -rno MAJ:MIN,FSTYPE,SOURCE --real"));
     for (std::string device, type, source; table >> device >> type >> source;)
@@ -81,7 +81,7 @@ TEST(Volumes, AreThoseOfTheMountTable) {
     }
 }
 
-TEST(Volumes, ShowADiskOnceAndNoMemory) {
+TEST(Volumes, ListDiskOnceAndNoMemory) {
     const TemporaryFolder folder;
     const std::string disk = folder.makeFolder("disk"), again = folder.makeFolder("again"),
                       memory = folder.makeFolder("memory"), file = folder.makeFile("file"),
@@ -112,7 +112,7 @@ TEST(Volumes, ShowADiskOnceAndNoMemory) {
     });
 }
 
-TEST(Volumes, WaitForNoOneWhoDoesNotAnswer) {
+TEST(Volumes, DeadFileSystemTimesOut) {
     const TemporaryFolder folder;
     const std::string dead = folder.makeFolder("dead"), second = folder.makeFolder("second");
     testing::inChild([&] {
@@ -131,7 +131,7 @@ TEST(Volumes, WaitForNoOneWhoDoesNotAnswer) {
     });
 }
 
-TEST(Volumes, KeepWhatADistantFileSystemLastAnswered) {
+TEST(Volumes, RemoteCapacityIsCachedWhileAsking) {
     const TemporaryFolder folder;
     const Mount mount{1, 0, "0:99", "/", folder.path(), "nfs", "server:/"};
     const auto ask = [&](std::chrono::milliseconds patience, const std::string &tool) {
