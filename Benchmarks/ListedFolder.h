@@ -4,8 +4,8 @@
 /// thread reads one folder to its end before it starts on the next.
 class ListedFolder {
 public:
-    /// Opens `name` inside the open folder `enclosing` (AT_FDCWD for a path by itself); a link is refused.
-    ListedFolder(int enclosing, const char *name);
+    /// Opens `name` inside the open folder `parent` (AT_FDCWD for a path by itself); a link is refused.
+    ListedFolder(int parent, const char *name);
     ~ListedFolder();
     ListedFolder(const ListedFolder &) = delete;
     ListedFolder &operator=(const ListedFolder &) = delete;

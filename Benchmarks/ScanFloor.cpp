@@ -31,7 +31,7 @@ constexpr int usualThreads = 16;
 
 /// A folder to be read. The one that it lies in stays open for as long as one of its sub-folders waits.
 struct Waiting {
-    std::shared_ptr<const ListedFolder> enclosing;
+    std::shared_ptr<const ListedFolder> parent;
     std::string name;
 };
 
@@ -86,8 +86,8 @@ bool isDotEntry(const char *name) {
 
 /// Counts what lies in one folder; its sub-folders are appended to `found`.
 void read(const Waiting &folder, Totals &totals, std::vector<Waiting> &found) {
-    const int enclosing = folder.enclosing ? folder.enclosing->descriptor() : AT_FDCWD;
-    const auto opened = std::make_shared<ListedFolder>(enclosing, folder.name.c_str());
+    const int parent = folder.parent ? folder.parent->descriptor() : AT_FDCWD;
+    const auto opened = std::make_shared<ListedFolder>(parent, folder.name.c_str());
     if (opened->descriptor() < 0) {
         ++totals.failures;
         return;

@@ -13,8 +13,8 @@ alignas(dirent64) thread_local std::array<char, 65536> buffer;
 
 } // namespace
 
-ListedFolder::ListedFolder(int enclosing, const char *name)
-    : descriptor_(openat(enclosing, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)) {}
+ListedFolder::ListedFolder(int parent, const char *name)
+    : descriptor_(openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)) {}
 
 ListedFolder::~ListedFolder() {
     if (descriptor_ >= 0)

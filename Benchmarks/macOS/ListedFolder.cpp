@@ -4,8 +4,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-ListedFolder::ListedFolder(int enclosing, const char *name)
-    : descriptor_(openat(enclosing, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)),
+ListedFolder::ListedFolder(int parent, const char *name)
+    : descriptor_(openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)),
       stream_(descriptor_ < 0 ? nullptr : fdopendir(descriptor_)) {}
 
 ListedFolder::~ListedFolder() {

@@ -37,7 +37,7 @@ public:
 
     /// `folder` has a sub-folder that is itself one of the folders around it (mounted there once more). It is
     /// not entered.
-    virtual void enclosing(FolderHandle /*folder*/) {}
+    virtual void containsAncestor(FolderHandle /*folder*/) {}
 
     /// An entry of `folder` whose status could not be had.
     virtual void noStatus(FolderHandle folder) = 0;
@@ -62,7 +62,7 @@ public:
     /// The single folder at `path`, reported under `handle`; its own links are not followed. Nor are the
     /// folders `around` it, which the walk does not come by, entered within it.
     PendingFolders(const std::string &path, FolderHandle handle, const FileIdentity &identity,
-                   std::vector<FileIdentity> around = {});
+                   std::vector<FileIdentity> ancestors = {});
 
     /// Sub-folders of the open folder at `path`, to be named by `add`.
     PendingFolders(Folder folder, std::string path);

@@ -31,7 +31,7 @@ public:
     [[nodiscard]] Folder subfolder(const char *name) const;
 
     /// The folder that many levels up, wherever it is by now. Not open on failure.
-    [[nodiscard]] Folder enclosing(std::size_t levels) const;
+    [[nodiscard]] Folder ancestor(std::size_t levels) const;
 
     /// The same folder under a descriptor of its own. Not open on failure.
     [[nodiscard]] Folder duplicate() const;

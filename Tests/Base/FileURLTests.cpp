@@ -7,12 +7,12 @@ namespace brimvale {
 
 TEST(FileURL, SplitsAndJoinsPaths) {
     struct Case {
-        std::string path, last, enclosing;
+        std::string path, last, parent;
     };
     for (const Case &one : {Case{"/", "/", "/"}, Case{"/a", "a", "/"}, Case{"/a/b", "b", "/a"},
                             Case{"/a/b//", "b", "/a"}, Case{"/a\n/\xFF", "\xFF", "/a\n"}}) {
         EXPECT_EQ(FileURL(one.path).fileName(), one.last) << one.path;
-        EXPECT_EQ(FileURL(one.path).parent().path(), one.enclosing) << one.path;
+        EXPECT_EQ(FileURL(one.path).parent().path(), one.parent) << one.path;
     }
     EXPECT_EQ(FileURL("/").appending("a").path(), "/a");
     EXPECT_EQ(FileURL("/a").appending("b/c").path(), "/a/b/c");

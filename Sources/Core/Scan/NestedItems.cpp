@@ -55,8 +55,8 @@ void NestedItems::nest() {
         return a->path.size() < b->path.size();
     });
     for (NestedItem *item : outerFirst) {
-        NestedItem *outer = enclosing(*item);
-        if (outer == nullptr || !findAround(*item, *outer))
+        NestedItem *outer = outerItemOf(*item);
+        if (outer == nullptr || !findAncestors(*item, *outer))
             continue;
         item->outer = outer;
         innerNames_.insert(std::string_view(item->path).substr(item->path.rfind('/') + 1));
@@ -74,7 +74,7 @@ NestedItem *NestedItems::inner(const std::string &folderPath, std::string_view n
     return isInner ? found->second : nullptr;
 }
 
-NestedItem *NestedItems::enclosing(const NestedItem &item) const {
+NestedItem *NestedItems::outerItemOf(const NestedItem &item) const {
     for (auto folder = folderOf(item.path); folder; folder = folderOf(*folder)) {
         const auto found = byPath_.find(std::string(*folder));
         if (found != byPath_.end() && found->second->folder && found->second->path == *folder)
@@ -84,7 +84,7 @@ NestedItem *NestedItems::enclosing(const NestedItem &item) const {
 }
 
 /// Collects the folders around `item`. False where no walk of `outer` leads to it.
-bool NestedItems::findAround(NestedItem &item, const NestedItem &outer) {
+bool NestedItems::findAncestors(NestedItem &item, const NestedItem &outer) {
     if (item.folder->device != outer.folder->device)
         return false;
     std::vector<FileIdentity> between;
@@ -94,9 +94,9 @@ bool NestedItems::findAround(NestedItem &item, const NestedItem &outer) {
             return false;
         between.push_back(status->identity);
     }
-    item.around = outer.around;
-    item.around.push_back(*outer.folder);
-    item.around.insert(item.around.end(), between.rbegin(), between.rend());
+    item.ancestors = outer.ancestors;
+    item.ancestors.push_back(*outer.folder);
+    item.ancestors.insert(item.ancestors.end(), between.rbegin(), between.rend());
     return true;
 }
 

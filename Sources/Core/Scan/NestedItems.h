@@ -22,8 +22,8 @@ struct NestedItem {
     std::int64_t bytes = 0;             ///< of a file its allocation; of a folder nothing yet
     std::vector<std::size_t> groups;    ///< those that it was added for, once for each time
 
-    NestedItem *outer = nullptr;      ///< the innermost item whose walk may come by this one
-    std::vector<FileIdentity> around; ///< the folders around this one, from the outermost item inwards
+    NestedItem *outer = nullptr;         ///< the innermost item whose walk may come by this one
+    std::vector<FileIdentity> ancestors; ///< the folders around this one, from the outermost item inwards
 
     // What the run that measures keeps here, under its lock:
     std::int64_t open = 1; ///< folders not yet read, and items inside not yet finished
@@ -52,8 +52,8 @@ public:
     [[nodiscard]] NestedItem *inner(const std::string &folderPath, std::string_view name) const;
 
 private:
-    [[nodiscard]] NestedItem *enclosing(const NestedItem &item) const;
-    [[nodiscard]] bool findAround(NestedItem &item, const NestedItem &outer);
+    [[nodiscard]] NestedItem *outerItemOf(const NestedItem &item) const;
+    [[nodiscard]] bool findAncestors(NestedItem &item, const NestedItem &outer);
     [[nodiscard]] std::optional<FileStatus> statusOf(const std::string &folder);
 
     const SkipList &skipped_;

@@ -11,7 +11,7 @@ namespace {
 using NodeSet = std::unordered_set<const FSNode *>;
 
 /// All folders in which one of `nodes` lies: few, even where many nodes of the same folder are given.
-NodeSet foldersAround(std::span<FSNode *const> nodes) {
+NodeSet ancestorsOf(std::span<FSNode *const> nodes) {
     NodeSet folders;
     for (const FSNode *node : nodes) {
         const FSNode *folder = node->parent();
@@ -30,10 +30,10 @@ bool isInOneOf(const NodeSet &folders, const FSNode *folder) {
 } // namespace
 
 std::vector<FSNode *> outermostNodes(std::span<FSNode *const> nodes) {
-    const NodeSet around = foldersAround(nodes);
+    const NodeSet ancestors = ancestorsOf(nodes);
     NodeSet holding;
     std::copy_if(nodes.begin(), nodes.end(), std::inserter(holding, holding.end()),
-                 [&](const FSNode *node) { return around.contains(node); });
+                 [&](const FSNode *node) { return ancestors.contains(node); });
     std::vector<FSNode *> outermost;
     outermost.reserve(nodes.size());
     const FSNode *folder = nullptr; // of the node before, which is often that of the next

@@ -37,7 +37,7 @@ public:
     /// A folder of the item is done with. It has `bytes`, and `begun` folders in it wait.
     void close(NestedItem &item, std::int64_t bytes, std::int64_t begun);
     /// A folder around the item lies within it. Alone its walk would have entered that.
-    void markEnclosing(NestedItem &item);
+    void markContainsAncestor(NestedItem &item);
 
 private:
     void measureAlone();
@@ -73,7 +73,7 @@ public:
                                           std::string_view name, bool canBeEntered) override;
     void noStatus(FolderHandle) override {}
     void unreadable(FolderHandle) override {}
-    void enclosing(FolderHandle folder) override { run_.markEnclosing(itemOf(folder)); }
+    void containsAncestor(FolderHandle folder) override { run_.markContainsAncestor(itemOf(folder)); }
     void leave(FolderHandle folder) override { run_.close(itemOf(folder), bytes_, begun_); }
     void interrupted(FolderHandle folder) override { leave(folder); }
     void abandoned(FolderHandle folder) override { run_.close(itemOf(folder), 0, 0); }
@@ -117,7 +117,7 @@ void Run::measure() {
     std::vector<PendingFolders> starts;
     for (const std::unique_ptr<NestedItem> &item : items_.all()) {
         if (item->folder)
-            starts.emplace_back(item->path, item.get(), *item->folder, item->around);
+            starts.emplace_back(item->path, item.get(), *item->folder, item->ancestors);
         else
             settle(*item);
     }
@@ -172,7 +172,7 @@ void Run::add(NestedItem &first, std::int64_t firstBytes, std::int64_t opened) {
     }
 }
 
-void Run::markEnclosing(NestedItem &item) {
+void Run::markContainsAncestor(NestedItem &item) {
     const std::lock_guard guard(lock_);
     if (item.outer == nullptr)
         return; // it is the outermost, and refused the folder as it does alone

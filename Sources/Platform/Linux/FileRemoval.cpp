@@ -16,18 +16,18 @@ namespace {
 int remove(const FileURL &item, RemovalProgress &progress) {
     if (!item.namesEntry())
         return EINVAL;
-    Descriptor around = openFolderAround(item);
-    if (!around.isOpen())
+    Descriptor parent = openParentFolder(item);
+    if (!parent.isOpen())
         return errno;
     if (progress.cancelled)
         return ECANCELED;
     const std::string name(item.fileName());
     // What is no folder goes at once, whatever it is by now; the system refuses a folder here.
-    if (unlinkat(around.number(), name.c_str(), 0) == 0) {
+    if (unlinkat(parent.number(), name.c_str(), 0) == 0) {
         ++progress.entriesRemoved;
         return 0;
     }
-    return errno == EISDIR ? TreeRemoval(std::move(around), name, progress).run() : errno;
+    return errno == EISDIR ? TreeRemoval(std::move(parent), name, progress).run() : errno;
 }
 
 } // namespace

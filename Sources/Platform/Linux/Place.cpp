@@ -20,9 +20,9 @@ std::optional<Place> placeOf(int descriptor) {
     return Place{{makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino}, status.stx_mnt_id};
 }
 
-Descriptor openFolderAround(const FileURL &item) {
-    return Descriptor(withShortPath(item.parent().path(), [](int enclosing, const char *rest) {
-        return openat(enclosing, rest, O_PATH | O_DIRECTORY | O_CLOEXEC);
+Descriptor openParentFolder(const FileURL &item) {
+    return Descriptor(withShortPath(item.parent().path(), [](int parent, const char *rest) {
+        return openat(parent, rest, O_PATH | O_DIRECTORY | O_CLOEXEC);
     }));
 }
 

@@ -27,6 +27,6 @@ struct Place {
 
 /// The folder around an item, opened by a path of any length for acting on its entries; it need not be
 /// readable. Not open, with errno set, on failure.
-[[nodiscard]] Descriptor openFolderAround(const FileURL &item);
+[[nodiscard]] Descriptor openParentFolder(const FileURL &item);
 
 } // namespace brimvale

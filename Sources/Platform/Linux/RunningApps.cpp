@@ -14,7 +14,7 @@ namespace brimvale {
 namespace {
 
 /// Adds the folders around a file that are named like bundles.
-void addBundlesAround(std::string_view file, std::unordered_set<std::string> &bundles) {
+void addParentBundles(std::string_view file, std::unordered_set<std::string> &bundles) {
     constexpr std::string_view bundleEnd = ".app/";
     for (std::size_t at = file.find(bundleEnd); at != std::string_view::npos;
          at = file.find(bundleEnd, at + 1))
@@ -33,7 +33,7 @@ std::unordered_set<std::string> runningBundles() {
         const std::filesystem::path program =
             std::filesystem::read_symlink(std::string("/proc/") + name + "/exe", error);
         if (!error)
-            addBundlesAround(program.native(), bundles);
+            addParentBundles(program.native(), bundles);
     }
     return bundles;
 }

@@ -32,12 +32,12 @@ std::string localTime() {
 
 /// Where the item is to be put back to: for the home trash the path that the user knows it by, else its path
 /// from the top of the volume, which may be mounted somewhere else by then.
-std::string originalPath(const FileURL &item, const Descriptor &around, const WayUp &way, bool isInHome) {
+std::string originalPath(const FileURL &item, const Descriptor &parent, const WayUp &way, bool isInHome) {
     const FileURL known = item.parent().standardized().appending(item.fileName());
     if (isInHome)
         return known.path();
     std::string top = pathOf(way.top);
-    const std::string folder = pathOf(around);
+    const std::string folder = pathOf(parent);
     if (top.empty() || folder.empty() || !folder.starts_with(top))
         return known.path();
     const std::string path = joinPath(folder, item.fileName());
@@ -117,7 +117,7 @@ int move(const Descriptor &from, const std::string &name, const Descriptor &to, 
 }
 
 /// Moves the item under the first name that is free. 0, or errno with everything as it was.
-int moveInto(const TrashFolder &trash, const Descriptor &around, const std::string &name,
+int moveInto(const TrashFolder &trash, const Descriptor &parent, const std::string &name,
              const std::string &info) {
     const std::size_t longest = longestName(trash);
     for (int attempt = 1;; ++attempt) {
@@ -125,7 +125,7 @@ int moveInto(const TrashFolder &trash, const Descriptor &around, const std::stri
         const std::string infoName = newName + std::string(infoSuffix);
         int error = writeInfo(trash, infoName, info);
         if (error == 0) {
-            error = move(around, name, trash.files, newName);
+            error = move(parent, name, trash.files, newName);
             if (error == 0)
                 return 0;
             unlinkat(trash.info.number(), infoName.c_str(), 0);
@@ -136,10 +136,10 @@ int moveInto(const TrashFolder &trash, const Descriptor &around, const std::stri
 }
 
 /// 0, or errno of why the item cannot be moved anywhere.
-int reasonToStay(const Descriptor &around, const std::string &name) {
+int reasonToStay(const Descriptor &parent, const std::string &name) {
     struct stat status {};
-    const bool mayBe = fstatat(around.number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-                       faccessat(around.number(), ".", W_OK | X_OK, AT_EACCESS) == 0;
+    const bool mayBe = fstatat(parent.number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+                       faccessat(parent.number(), ".", W_OK | X_OK, AT_EACCESS) == 0;
     return mayBe ? 0 : errno;
 }
 
@@ -155,12 +155,12 @@ std::optional<FileError> moveToTrash(const FileURL &item) {
     if (!item.namesEntry())
         return failure(EINVAL);
     const std::string name(item.fileName());
-    const Descriptor around = openFolderAround(item);
-    if (!around.isOpen())
+    const Descriptor parent = openParentFolder(item);
+    if (!parent.isOpen())
         return failure(errno);
-    if (const int error = reasonToStay(around, name); error != 0)
+    if (const int error = reasonToStay(parent, name); error != 0)
         return failure(error);
-    const WayUp way = WayUp::from(around);
+    const WayUp way = WayUp::from(parent);
     if (!way.top.isOpen())
         return failure(errno);
 
@@ -171,8 +171,8 @@ std::optional<FileError> moveToTrash(const FileURL &item) {
     // What is in the trash already, or is the trash's own, stays.
     if (std::find(way.folders.begin(), way.folders.end(), trash.identity) != way.folders.end())
         return failure(EINVAL);
-    const std::string path = originalPath(item, around, way, trash.isInHome);
-    const int error = moveInto(trash, around, name, infoText(path));
+    const std::string path = originalPath(item, parent, way, trash.isInHome);
+    const int error = moveInto(trash, parent, name, infoText(path));
     if (error == EXDEV)
         return noTrash();
     return error == 0 ? std::nullopt : std::optional(failure(error));

@@ -54,10 +54,10 @@ void makeFolders(const FileURL &path) {
 /// The folder `name`, made where it is not there. Taken only if it is the user's own and lies beside the
 /// folder around it: somebody else's, or a link, could lead our items anywhere. Not open, with errno set,
 /// else.
-Descriptor ownFolder(const Descriptor &around, const std::string &name, const Place &place) {
-    const bool isMade = mkdirat(around.number(), name.c_str(), ownersOnly) == 0;
+Descriptor ownFolder(const Descriptor &parent, const std::string &name, const Place &place) {
+    const bool isMade = mkdirat(parent.number(), name.c_str(), ownersOnly) == 0;
     const int error = errno;
-    Descriptor folder(openat(around.number(), name.c_str(), passThrough | O_NOFOLLOW));
+    Descriptor folder(openat(parent.number(), name.c_str(), passThrough | O_NOFOLLOW));
     if (!folder.isOpen()) {
         if (!isMade && errno == ENOENT)
             errno = error; // which says why it is missing

@@ -20,8 +20,8 @@ constexpr std::size_t usualOpenFolders = 64;
 
 } // namespace
 
-TreeRemoval::TreeRemoval(Descriptor around, const std::string &name, RemovalProgress &progress)
-    : progress_(progress), place_(placeOf(around.number())),
+TreeRemoval::TreeRemoval(Descriptor parent, const std::string &name, RemovalProgress &progress)
+    : progress_(progress), place_(placeOf(parent.number())),
       mostOpen_(std::min(usualOpenFolders, descriptorLimit() / 4)) {
     if (!place_) {
         error_ = errno;
@@ -31,7 +31,7 @@ TreeRemoval::TreeRemoval(Descriptor around, const std::string &name, RemovalProg
                          "",
                          place_->identity,
                          {},
-                         std::make_shared<const Folder>(around.release()),
+                         std::make_shared<const Folder>(parent.release()),
                          {name + '\0', 1},
                          1});
 }
@@ -142,17 +142,17 @@ std::optional<TreeRemoval::Task> TreeRemoval::afterRemoving(const Task &task) {
         }
         if (branch.unfinished > 0)
             return std::nullopt; // others are at what is left
-        if (branch.around == nullptr) {
+        if (branch.parent == nullptr) {
             isDone_ = true;
             changed_.notify_all();
             return std::nullopt;
         }
-        identityAbove = branch.around->identity;
-        up = {branch.around, branch.around->folder, std::move(branch.name), true};
+        identityAbove = branch.parent->identity;
+        up = {branch.parent, branch.parent->folder, std::move(branch.name), true};
         forget(branch);
     }
     if (up.folder == nullptr) {
-        Folder above = task.folder->enclosing(1);
+        Folder above = task.folder->ancestor(1);
         // Wherever the way up leads by now, only the folder that we came down from will do.
         if (above.identity() != identityAbove)
             return fail(ENOENT);

@@ -27,8 +27,8 @@ namespace brimvale {
 /// opened again from below, by the thread that comes up from there.
 class TreeRemoval {
 public:
-    /// The folder `name` in the open folder `around`, which stays.
-    TreeRemoval(Descriptor around, const std::string &name, RemovalProgress &progress);
+    /// The folder `name` in the open folder `parent`, which stays.
+    TreeRemoval(Descriptor parent, const std::string &name, RemovalProgress &progress);
 
     /// Removes it. 0, or the errno of the first failure, after which nothing more is removed.
     [[nodiscard]] int run();
@@ -46,7 +46,7 @@ private:
     /// A folder with folders in it that are still to be removed; all of it is under the lock but what never
     /// changes: the first four.
     struct Branch {
-        Branch *around;
+        Branch *parent;
         std::string name;
         FileIdentity identity;
         std::list<Branch>::iterator self;
@@ -82,12 +82,12 @@ private:
 
     RemovalProgress &progress_;
     std::atomic<int> error_ = 0; ///< the first failure's
-    std::optional<Place> place_; ///< of the folder around the item
+    std::optional<Place> place_; ///< of the parent folder of the item
 
     std::mutex lock_;
     std::condition_variable changed_; ///< there is more to take, or the end has come
     bool isDone_ = false;
-    std::list<Branch> branches_; ///< the first is the folder around the item
+    std::list<Branch> branches_; ///< the first is the parent folder of the item
     std::vector<Branch *> open_; ///< those that are open and not the first, longest open first
     std::size_t mostOpen_;
     std::vector<std::thread> helpers_;

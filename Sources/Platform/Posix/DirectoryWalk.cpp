@@ -25,8 +25,8 @@ PendingFolders::Siblings PendingFolders::Siblings::takeLaterHalf() {
 }
 
 PendingFolders::PendingFolders(const std::string &path, FolderHandle handle, const FileIdentity &identity,
-                               std::vector<FileIdentity> around)
-    : ancestors_(std::move(around)) {
+                               std::vector<FileIdentity> ancestors)
+    : ancestors_(std::move(ancestors)) {
     siblings_.add(path, handle, identity);
 }
 
@@ -104,7 +104,7 @@ bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity 
         } else if (status->kind != FileKind::directory) {
             visitor_.file(handle, name, *status);
         } else if (std::find(ancestors_.begin(), ancestors_.end(), status->identity) != ancestors_.end()) {
-            visitor_.enclosing(handle);
+            visitor_.containsAncestor(handle);
         } else {
             const bool isOnWalkedDevice = crossesMountPoints_ || status->identity.device == identity.device;
             const bool canBeEntered = isOnWalkedDevice && !status->isDataless;
@@ -159,7 +159,7 @@ Folder DirectoryWalk::open(const char *name) {
 bool DirectoryWalk::reopen() {
     const std::size_t depth = frames_.size() - 1;
     Folder &folder = frames_.back().siblings.folder;
-    folder = below_.isOpen() && belowDepth_ > depth ? below_.enclosing(belowDepth_ - depth) : Folder();
+    folder = below_.isOpen() && belowDepth_ > depth ? below_.ancestor(belowDepth_ - depth) : Folder();
     if (folder.identity() != ancestors_.back())
         folder = Folder::at(path_.substr(0, frames_.back().pathLength), Folder::Links::refuse);
     if (folder.identity() != ancestors_.back()) {

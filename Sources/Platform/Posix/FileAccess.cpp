@@ -12,8 +12,8 @@ namespace brimvale {
 namespace {
 
 bool isReportedAccessible(const std::string &path, int access) {
-    return withShortPath(path, [access](int enclosing, const char *rest) {
-               return faccessat(enclosing, rest, access, 0);
+    return withShortPath(path, [access](int parent, const char *rest) {
+               return faccessat(parent, rest, access, 0);
            }) == 0;
 }
 
@@ -32,8 +32,8 @@ bool isReportedWritable(const std::string &path) {
 }
 
 bool opensForReading(const std::string &path) {
-    const int descriptor = withShortPath(path, [](int enclosing, const char *rest) {
-        return openat(enclosing, rest, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    const int descriptor = withShortPath(path, [](int parent, const char *rest) {
+        return openat(parent, rest, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     });
     if (descriptor < 0)
         return false;

@@ -32,8 +32,8 @@ std::optional<std::string> readUpTo(int descriptor, std::size_t mostBytes) {
 } // namespace
 
 std::optional<std::string> contentsOfFile(const std::string &path, std::size_t mostBytes) {
-    const int descriptor = withShortPath(path, [](int enclosing, const char *rest) {
-        return openat(enclosing, rest, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    const int descriptor = withShortPath(path, [](int parent, const char *rest) {
+        return openat(parent, rest, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     });
     if (descriptor < 0)
         return std::nullopt;

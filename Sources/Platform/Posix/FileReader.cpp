@@ -10,8 +10,8 @@
 namespace brimvale {
 
 FileReader::FileReader(const std::string &path, Source source)
-    : descriptor_(withShortPath(path, [](int enclosing, const char *rest) {
-          return openat(enclosing, rest, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    : descriptor_(withShortPath(path, [](int parent, const char *rest) {
+          return openat(parent, rest, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
       })) {
     struct stat record {};
     if (descriptor_ < 0)
@@ -51,8 +51,8 @@ std::optional<std::string_view> FileReader::read(std::span<char> buffer) {
 std::optional<std::string> linkTarget(const std::string &path) {
     std::string target(1024, '\0');
     while (true) {
-        const int length = withShortPath(path, [&](int enclosing, const char *rest) {
-            return static_cast<int>(readlinkat(enclosing, rest, target.data(), target.size()));
+        const int length = withShortPath(path, [&](int parent, const char *rest) {
+            return static_cast<int>(readlinkat(parent, rest, target.data(), target.size()));
         });
         if (length < 0)
             return std::nullopt;

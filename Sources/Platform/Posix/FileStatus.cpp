@@ -27,8 +27,8 @@ namespace {
 
 std::optional<struct stat> recordOf(const std::string &path) {
     struct stat record {};
-    const int result = withShortPath(path, [&](int enclosing, const char *rest) {
-        return fstatat(enclosing, rest, &record, AT_SYMLINK_NOFOLLOW);
+    const int result = withShortPath(path, [&](int parent, const char *rest) {
+        return fstatat(parent, rest, &record, AT_SYMLINK_NOFOLLOW);
     });
     return result == 0 ? std::optional(record) : std::nullopt;
 }

@@ -30,14 +30,14 @@ Folder::~Folder() {
 Folder Folder::at(const std::string &path, Links links) {
     const int flags = links == Links::follow ? openFolderFlags : openFolderFlags | O_NOFOLLOW;
     return Folder(
-        withShortPath(path, [&](int enclosing, const char *rest) { return openat(enclosing, rest, flags); }));
+        withShortPath(path, [&](int parent, const char *rest) { return openat(parent, rest, flags); }));
 }
 
 Folder Folder::subfolder(const char *name) const {
     return Folder(openat(descriptor_, name, openFolderFlags | O_NOFOLLOW));
 }
 
-Folder Folder::enclosing(std::size_t levels) const {
+Folder Folder::ancestor(std::size_t levels) const {
     constexpr std::size_t mostAtOnce = 256; // well below PATH_MAX
     Folder folder;
     while (levels > 0) {

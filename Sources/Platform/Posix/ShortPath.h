@@ -17,11 +17,11 @@ constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
 /// Answers what the call answers, −1 with errno set where an enclosing folder could not be opened.
 template<class Call>
 int withShortPath(std::string path, Call call) {
-    int enclosing = AT_FDCWD;
+    int parent = AT_FDCWD;
     const auto leave = [&](int result) {
         const int error = errno;
-        if (enclosing != AT_FDCWD)
-            ::close(enclosing);
+        if (parent != AT_FDCWD)
+            ::close(parent);
         errno = error;
         return result;
     };
@@ -31,14 +31,14 @@ int withShortPath(std::string path, Call call) {
             errno = ENAMETOOLONG;
             return leave(-1);
         }
-        const int next = openat(enclosing, path.substr(0, cut).c_str(), openFolderFlags);
+        const int next = openat(parent, path.substr(0, cut).c_str(), openFolderFlags);
         if (next < 0)
             return leave(-1);
         leave(0);
-        enclosing = next;
+        parent = next;
         path.erase(0, std::min(path.find_first_not_of('/', cut), path.size()));
     }
-    return leave(call(enclosing, path.c_str()));
+    return leave(call(parent, path.c_str()));
 }
 
 } // namespace brimvale

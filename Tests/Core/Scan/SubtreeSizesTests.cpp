@@ -140,10 +140,10 @@ TEST(SubtreeSizes, MatchQuickSizeWithUnreadableFolders) {
 TEST(SubtreeSizes, DoNotFollowLinks) {
     const TemporaryFolder folder;
     folder.makeFile("real/inside/file", 5000);
-    folder.makeFile("around/file", 5000);
-    folder.makeLink("around/link", "../real");
-    const std::vector<Group> groups = {{folder.path("around"), folder.path("around/link")},
-                                       {folder.path("around/link/inside"), folder.path("real")}};
+    folder.makeFile("outer/file", 5000);
+    folder.makeLink("outer/link", "../real");
+    const std::vector<Group> groups = {{folder.path("outer"), folder.path("outer/link")},
+                                       {folder.path("outer/link/inside"), folder.path("real")}};
     const Sizes sizes = measured(groups, {}, 0);
     EXPECT_EQ(sizes, eachAlone(groups, {}));
     EXPECT_GT(sizes[1][0], 0);

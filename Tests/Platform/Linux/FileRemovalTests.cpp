@@ -211,12 +211,12 @@ TEST(FileRemoval, KeepsImmutableFolder) {
         GTEST_SKIP() << "files cannot be marked immutable here";
     }
     const std::string inside = outcome(folder.path("item/immutable/file"));
-    const std::string around = outcome(folder.path("item"));
+    const std::string parent = outcome(folder.path("item"));
     const bool isWhole = isThere(folder.path("item/immutable/file"));
     EXPECT_TRUE(mark(0));
     close(immutable);
     EXPECT_EQ(inside, over(513, EPERM));
-    EXPECT_EQ(around, over(513, EPERM));
+    EXPECT_EQ(parent, over(513, EPERM));
     EXPECT_TRUE(isWhole);
     EXPECT_EQ(outcome(folder.path("item")), "gone");
 }
