@@ -35,7 +35,8 @@ std::string pathOf(const Components &components) {
     return path.empty() ? "/" : path;
 }
 
-/// The path without "..": through the links before it where the folder exists, else by dropping a component.
+/// The path without "..". Links before a ".." are followed where the folder exists; otherwise ".." drops a
+/// component.
 std::string resolvingParents(const Components &components) {
     std::string path;
     for (const std::string_view component : components) {
@@ -56,8 +57,8 @@ bool isInside(std::string_view path, std::string_view folder) {
     return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
 }
 
-/// Whether `rest` may stand for "/private" + `rest`: macOS keeps /etc, /tmp and /var as links into /private.
-/// Only where that really is the same folder, so that a /private of another make is left alone.
+/// Whether the "/private" before `rest` may be dropped: macOS keeps /etc, /tmp and /var as links into
+/// /private. Only where both are the same folder, so another folder named /private is left alone.
 bool dropsPrivate(const std::string &rest) {
     static constexpr std::array<std::string_view, 12> standing = {
         "/Applications", "/Library", "/System", "/Users",   "/Volumes", "/bin",

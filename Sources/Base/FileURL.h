@@ -6,12 +6,11 @@
 
 namespace brimvale {
 
-/// An absolute path, kept as the bytes that the file system knows it by. Nothing here changes those bytes
-/// for display, and no operation but `standardized` looks at the disk.
+/// An absolute path as the bytes of the file system. Nothing here changes those bytes for display, and only
+/// `standardized` looks at the disk.
 class FileURL {
 public:
-    /// `path` as it stands; it must begin with a slash (a relative path stops the program: it has no meaning
-    /// without a folder, see `resolving`).
+    /// `path` unchanged; it must begin with a slash (a relative path stops the program, see `resolving`).
     explicit FileURL(std::string path);
 
     /// `path` itself when it is absolute, else the path inside the folder `base`.
@@ -22,20 +21,20 @@ public:
     /// The last component: "b" of "/a/b" and of "/a/b/", "/" of "/".
     [[nodiscard]] std::string_view fileName() const;
 
-    /// Whether the last component names an entry of the enclosing folder, so that it can be removed or moved:
-    /// it is not "/", "." or "..", and no zero byte cuts the path short for the system.
+    /// Whether the last component names an entry of the parent folder, so that it can be removed or moved: it
+    /// is not "/", "." or "..", and the path holds no zero byte, which would cut it short in a system call.
     [[nodiscard]] bool namesEntry() const;
 
     /// This path, a slash, and `component` (which may hold several components, but no leading slash).
     [[nodiscard]] FileURL appending(std::string_view component) const;
 
-    /// The enclosing folder; that of "/" is "/".
+    /// The parent folder; the parent of "/" is "/".
     [[nodiscard]] FileURL parent() const;
 
-    /// The same place in its plain form: no "//", no "/./", no trailing slash, no "..". Links are resolved
-    /// only where a ".." follows them; where that fails, ".." drops the component before it. A leading
-    /// "/private" goes when the rest exists, is the same place, and is not inside a folder that macOS keeps
-    /// at the top by itself (/Users, /Library …).
+    /// The same place without "//", "/./", "..", or a trailing slash. Links are resolved only where a ".."
+    /// follows them; where that fails, ".." drops the component before it. A leading "/private" is dropped
+    /// when the rest exists, is the same place, and is not inside one of macOS's own top-level folders
+    /// (/Users, /Library …).
     [[nodiscard]] FileURL standardized() const;
 
     friend bool operator==(const FileURL &, const FileURL &) = default;
@@ -48,11 +47,11 @@ private:
 /// `name` inside the folder `path`, with one slash between them.
 [[nodiscard]] std::string joinPath(std::string_view path, std::string_view name);
 
-/// A name without its path extension: "a.b" of "a.b.c". A name that only begins with a dot has none, and what
-/// holds a space is none ("Dr. Who").
+/// A name without its path extension: "a.b" of "a.b.c". The leading dot of ".name" starts no extension, and
+/// an extension holds no space ("Dr. Who" has none).
 [[nodiscard]] std::string_view deletingPathExtension(std::string_view name);
 
-/// A leading "~" that stands alone or before a slash replaced by `home`; any other path as it is.
+/// Replaces a leading "~" that stands alone or before a slash by `home`; any other path stays unchanged.
 [[nodiscard]] std::string expandingTilde(std::string_view path, std::string_view home);
 
 } // namespace brimvale

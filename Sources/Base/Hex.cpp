@@ -9,7 +9,8 @@ namespace {
 
 constexpr int noDigit = -1;
 
-/// The value of every byte as a digit. A table, for a database prints hundreds of megabytes of digits.
+/// The value of every byte as a hexadecimal digit. A table, because databases print hundreds of megabytes of
+/// them.
 constexpr std::array<int, 256> digitValues = [] {
     std::array<int, 256> values{};
     values.fill(noDigit);

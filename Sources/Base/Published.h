@@ -6,8 +6,8 @@ namespace brimvale {
 
 struct PublishedWriter;
 
-/// A field that everybody may read, that only its owner may write, and whose every change is announced by the
-/// owner's signal `changed`. Setting an equal value announces nothing. Lives on the main thread.
+/// A field that anyone may read and only its owner may write. Every change is announced by the owner's signal
+/// `changed`; setting an equal value announces nothing. Lives on the main thread.
 template<class Owner, class T, void (Owner::*changed)()>
 class Published {
 public:
@@ -20,7 +20,7 @@ public:
 
 private:
     friend Owner;
-    friend PublishedWriter; // by which a test has a page show what it likes
+    friend PublishedWriter; // lets tests set any value
 
     void set(T value) {
         if (value == value_)
@@ -29,7 +29,7 @@ private:
         (owner_->*changed)();
     }
 
-    /// Changes the value in place through `change`, and always announces it.
+    /// Changes the value in place with `change`; always announced.
     template<class Change>
     void update(Change change) {
         change(value_);

@@ -7,7 +7,7 @@ namespace brimvale {
 namespace {
 
 struct Sequence {
-    std::size_t length; ///< bytes that belong together: a character, or a part that is ill-formed as a whole
+    std::size_t length; ///< bytes of one character, or of one ill-formed part
     bool isWellFormed;
 };
 
@@ -21,7 +21,7 @@ Sequence firstSequence(std::string_view bytes) {
     if (lead < 0xC2 || lead > 0xF4)
         return {1, false};
     const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    // The second byte's range shuts out overlong forms, surrogates and what lies beyond U+10FFFF.
+    // The range of the second byte excludes overlong forms, surrogates and values above U+10FFFF.
     const unsigned char low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
     const unsigned char high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
     for (std::size_t i = 1; i < length; ++i) {

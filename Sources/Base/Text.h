@@ -8,8 +8,7 @@ namespace brimvale {
 /// Whether the bytes are well-formed UTF-8 (Unicode 15, table 3-7).
 [[nodiscard]] bool isValidUtf8(std::string_view bytes);
 
-/// Bytes as text for display: what is not UTF-8 becomes U+FFFD, one for each ill-formed part. For showing
-/// only; a path is never built from it.
+/// Bytes as text for display: every ill-formed part of UTF-8 becomes one U+FFFD. Never build a path from it.
 [[nodiscard]] std::string displayText(std::string_view bytes);
 
 /// Bytes as part of a URI (RFC 3986): every byte but ASCII letters, digits and "/-._~" as "%" and two digits.

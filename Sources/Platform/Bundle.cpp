@@ -13,7 +13,7 @@ namespace brimvale {
 namespace {
 
 BundleInfo infoDictionary(const FileURL &bundle) {
-    // An application made for another device lies wrapped in a bundle of its own.
+    // An application for another device is wrapped in a bundle of its own.
     static constexpr std::array places = {"Contents/Info.plist", "Info.plist",
                                           "WrappedBundle/Contents/Info.plist", "WrappedBundle/Info.plist"};
     for (const char *place : places)

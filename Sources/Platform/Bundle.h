@@ -7,7 +7,7 @@
 
 namespace brimvale {
 
-/// What a bundle says of itself in its dictionary, Info.plist, as UTF-8. Absent: missing there, or no string.
+/// The entries of a bundle's Info.plist, as UTF-8. Nothing where an entry is missing or not a string.
 struct BundleInfo {
     std::optional<std::string> identifier;   ///< CFBundleIdentifier
     std::optional<std::string> displayName;  ///< CFBundleDisplayName
@@ -18,8 +18,8 @@ struct BundleInfo {
     friend bool operator==(const BundleInfo &, const BundleInfo &) = default;
 };
 
-/// The dictionary of the bundle at `bundle`, read afresh; empty where it has none, or a broken one. Nothing
-/// where there is no folder, or where it holds neither Contents, Info.plist nor WrappedBundle and so is no
+/// The Info.plist of the bundle at `bundle`, read again on each call; empty where it is missing or broken.
+/// Nothing where `bundle` is no folder, or holds neither Contents, Info.plist nor WrappedBundle and so is no
 /// bundle.
 [[nodiscard]] std::optional<BundleInfo> bundleInfo(const FileURL &bundle);
 

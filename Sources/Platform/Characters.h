@@ -6,12 +6,11 @@
 
 namespace brimvale {
 
-/// How many characters a reader sees in a text (UTF-8), however many code points each is made of.
-/// Thread-safe.
+/// The number of characters a reader sees in a text (UTF-8); each may have several code points. Thread-safe.
 [[nodiscard]] std::size_t perceivedLength(std::string_view text);
 
-/// The text in a form that is the same for all texts which only differ in case, or in how their accents are
-/// encoded. What is not UTF-8 stays as it is. Thread-safe.
+/// A form of the text that is equal for texts that differ only in case or in the encoding of accents. Bytes
+/// that are not UTF-8 stay unchanged. Thread-safe.
 [[nodiscard]] std::string caseFolded(std::string_view text);
 
 } // namespace brimvale

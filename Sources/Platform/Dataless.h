@@ -2,9 +2,9 @@
 
 namespace brimvale {
 
-/// While it lives, the calling thread never makes a cloud provider download a file by looking at it: opening
-/// such a file or folder fails instead. Does nothing on systems without such files. The thread's earlier
-/// policy returns with its end.
+/// While this object lives, the calling thread never makes a cloud provider download a file: opening such a
+/// file or folder fails instead. Restores the thread's earlier policy at the end. Does nothing on systems
+/// without such files.
 class NoMaterialization {
 public:
     NoMaterialization();

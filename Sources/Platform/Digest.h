@@ -6,7 +6,7 @@
 
 namespace brimvale {
 
-/// The SHA-256 digest (FIPS 180-4) of bytes that come in pieces.
+/// The SHA-256 digest (FIPS 180-4) of bytes added in pieces.
 class Sha256 {
 public:
     Sha256();
@@ -16,7 +16,7 @@ public:
 
     void add(std::string_view bytes);
 
-    /// The digest of all that was added, as 64 hexadecimal digits in lower case. The object starts afresh.
+    /// The digest of everything added, as 64 hexadecimal digits in lower case. The object then starts again.
     [[nodiscard]] std::string finish();
 
 private:

@@ -15,31 +15,30 @@ namespace brimvale {
 /// The visitor's own name for a folder: the walk passes it back untouched.
 using FolderHandle = void *;
 
-/// What a walk tells. One visitor serves one walk and is called on the walk's thread only. A folder is
-/// reported as a whole, from `enter` to `leave` or `interrupted`, before any of its sub-folders is entered.
+/// Receives what a walk finds. One visitor serves one walk and is called only on the walk's thread. A folder
+/// is reported completely, from `enter` to `leave` or `interrupted`, before any of its subfolders is entered.
 class WalkVisitor {
 public:
     virtual ~WalkVisitor() = default;
 
-    /// Asked before every entry. True ends the walk.
+    /// Called before every entry. True cancels the walk.
     virtual bool isCancelled() = 0;
 
     /// `folder` is about to be read. `depth` is 0 for the folders that a walk was started with.
     virtual void enter(FolderHandle folder, const std::string &path, int depth) = 0;
 
-    /// A file, a link or anything else that is no folder.
+    /// A file, a link or anything else that is not a folder.
     virtual void file(FolderHandle folder, std::string_view name, const FileStatus &status) = 0;
 
-    /// A sub-folder. Answers the handle under which it is reported later, or nothing when it is not to be
-    /// entered. A mount point and a folder kept by a cloud provider are reported here and cannot be entered.
+    /// A subfolder. Returns the handle for later calls, or nothing if it should not be entered. Mount points
+    /// and folders of cloud providers are reported here and cannot be entered.
     virtual std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
                                                   std::string_view name, bool canBeEntered) = 0;
 
-    /// `folder` has a sub-folder that is itself one of the folders around it (mounted there once more). It is
-    /// not entered.
+    /// `folder` contains one of its own ancestors, mounted there a second time. It is not entered.
     virtual void containsAncestor(FolderHandle /*folder*/) {}
 
-    /// An entry of `folder` whose status could not be had.
+    /// The status of an entry of `folder` could not be read.
     virtual void noStatus(FolderHandle folder) = 0;
 
     /// `folder` could not be opened, or not read to its end.
@@ -55,19 +54,19 @@ public:
     virtual void abandoned(FolderHandle folder) = 0;
 };
 
-/// Sub-folders of one folder that wait to be walked: what a walk starts from, and what one walk can hand to
+/// Subfolders of one folder that wait for a walk: the start of a walk, or the part that one walk hands to
 /// another.
 class PendingFolders {
 public:
-    /// The single folder at `path`, reported under `handle`; its own links are not followed. Nor are the
-    /// folders `around` it, which the walk does not come by, entered within it.
+    /// The single folder at `path`, reported with `handle`; a link is not followed. Its `ancestors`, which
+    /// this walk does not visit, are not entered again below it.
     PendingFolders(const std::string &path, FolderHandle handle, const FileIdentity &identity,
                    std::vector<FileIdentity> ancestors = {});
 
-    /// Sub-folders of the open folder at `path`, to be named by `add`.
+    /// Subfolders of the open folder at `path`; name them with `add`.
     PendingFolders(Folder folder, std::string path);
 
-    /// Adds the sub-folder `name`.
+    /// Adds the subfolder `name`.
     void add(std::string_view name, FolderHandle handle, const FileIdentity &identity);
 
     [[nodiscard]] bool isEmpty() const { return siblings_.count() == 0; }
@@ -81,9 +80,9 @@ private:
         FileIdentity identity;
     };
 
-    /// What waits in one folder, in the order in which it was met.
+    /// The waiting subfolders of one folder, in the order in which they were found.
     struct Siblings {
-        Folder folder; ///< the folder they lie in; not open where a name is an absolute path
+        Folder folder; ///< their parent; not open where a name is an absolute path
         std::vector<Waiting> waiting;
         std::size_t next = 0;
         std::string names;
@@ -97,9 +96,9 @@ private:
     PendingFolders() = default;
 
     Siblings siblings_;
-    std::string path_;                    ///< of the folder they lie in; empty where it is not open
-    int depth_ = 0;                       ///< that they are reported with
-    std::vector<FileIdentity> ancestors_; ///< of that folder and those around it, as far as they were walked
+    std::string path_;                    ///< of their parent; empty where it is not open
+    int depth_ = 0;                       ///< reported with them
+    std::vector<FileIdentity> ancestors_; ///< of that parent and its walked ancestors, outermost first
 };
 
 /// A physical walk of folders: no link is followed, no folder is entered within itself, and, unless mount
@@ -118,19 +117,19 @@ public:
     DirectoryWalk(WalkVisitor &visitor, bool crossesMountPoints, PendingFolders start,
                   const std::atomic<bool> *isStopped = nullptr);
 
-    /// Enters and reads the next folder. False when none is left, or the walk was cancelled.
+    /// Enters and reads the next folder. False when none is left or the walk was cancelled.
     bool step();
 
-    /// Takes waiting sub-folders away from this walk, for another one. Nothing when it has none to spare.
+    /// Takes waiting subfolders from this walk for another one. Nothing when it has none to spare.
     [[nodiscard]] std::optional<PendingFolders> handOver();
 
 private:
     using Siblings = PendingFolders::Siblings;
 
-    /// A folder on the way from the start to the one that is read, with what still waits in it.
+    /// A folder between the start and the current folder, with its subfolders that still wait.
     struct Frame {
         Siblings siblings;
-        std::size_t pathLength; ///< how much of `path_` is this folder's
+        std::size_t pathLength; ///< the length of this folder's path in `path_`
     };
 
     [[nodiscard]] bool isCancelled();
@@ -145,14 +144,14 @@ private:
     WalkVisitor &visitor_;
     bool crossesMountPoints_;
     const std::atomic<bool> *isStopped_;
-    int depth_; ///< that the first frame's sub-folders are reported with
+    int depth_; ///< of the subfolders of the first frame
     std::vector<Frame> frames_;
-    std::vector<std::size_t> open_;       ///< the frames but the first whose folders are open, in order
+    std::vector<std::size_t> open_;       ///< the frames after the first whose folders are open, in order
     std::size_t waitingCount_ = 0;        ///< in all frames
-    std::vector<FileIdentity> ancestors_; ///< of the frames' folders and those around the first
-    std::string path_;                    ///< of the folder that is read
-    Folder below_;                        ///< the last folder read that had nothing to descend into
-    std::size_t belowDepth_ = 0;          ///< how many frames lie above it
+    std::vector<FileIdentity> ancestors_; ///< of the frames' folders and the ancestors of the first
+    std::string path_;                    ///< of the current folder
+    Folder below_;                        ///< the last folder that had nothing to descend into
+    std::size_t belowDepth_ = 0;          ///< the number of frames above it
 };
 
 } // namespace brimvale

@@ -4,8 +4,8 @@
 
 namespace brimvale {
 
-/// What the user may do with what lies at an absolute path of any length; links are followed. Every failure
-/// counts as a no.
+/// What the user may do with the item at an absolute path of any length; links are followed. Every failure
+/// counts as no.
 
 /// Whether it exists; a link that leads nowhere does not.
 [[nodiscard]] bool itemExists(const std::string &path);
@@ -16,7 +16,7 @@ namespace brimvale {
 /// Whether it exists and is reported writable; of a folder, whether entries can be made in it and removed.
 [[nodiscard]] bool isReportedWritable(const std::string &path);
 
-/// Whether it opens for reading. It is closed at once, and never waited for.
+/// Whether it opens for reading. It is closed at once; a pipe does not block the call.
 [[nodiscard]] bool opensForReading(const std::string &path);
 
 /// Whether it is a folder whose contents can be listed.

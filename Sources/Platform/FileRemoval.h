@@ -8,18 +8,18 @@
 
 namespace brimvale {
 
-/// Removes the item for good, a folder with everything in it. No link is followed, neither the item itself
-/// nor any below it, and what is exchanged for a link meanwhile is not followed either. No mount point is
-/// entered, whatever device is behind it: meeting one is an error (POSIX EBUSY), and what is behind it stays.
-/// Paths may be of any length, trees of any depth; on macOS the path of the item itself has less than 1,024
-/// bytes, and a longer one is an error.
+/// Deletes the item permanently, a folder with all its contents. No link is followed: not the item itself,
+/// none below it, and none swapped in during the removal. No mount point is entered, even of the same device:
+/// meeting one is an error (POSIX EBUSY), and its contents stay. Paths may have any length and trees any
+/// depth; on macOS the path of the item itself must be shorter than 1,024 bytes, and a longer one is an
+/// error.
 ///
-/// Ends at the first error, and answers it: the code of the file functions of macOS with the POSIX error
-/// beneath it, and a sentence that names the item, whichever entry in it stood in the way. What was removed
-/// before is gone; after it nothing more is. An entry that somebody else removes meanwhile is no error, an
-/// item that is not there to begin with is one (code 4). A cancelled removal is the error 3072.
+/// Stops at the first error and returns it: the code of the macOS file functions with the POSIX error
+/// underneath, and a sentence that names the item, even if an entry inside it caused the error. Everything
+/// removed before stays removed. An entry that another program removes during the removal is no error; an
+/// item missing from the start is one (code 4). A cancelled removal is the error 3072.
 ///
-/// Blocks, for large trees for many seconds. Thread-safe; works with several threads of its own.
+/// Blocks, for large trees for many seconds. Thread-safe; uses several threads of its own.
 [[nodiscard]] std::optional<FileError> removeItem(const FileURL &item, RemovalProgress *progress = nullptr);
 
 } // namespace brimvale

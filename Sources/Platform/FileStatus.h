@@ -8,7 +8,7 @@
 
 namespace brimvale {
 
-/// What tells one file from every other on the machine.
+/// Identifies a file on this machine.
 struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
@@ -16,16 +16,16 @@ struct FileIdentity {
     friend bool operator==(const FileIdentity &, const FileIdentity &) = default;
 };
 
-/// What an entry is, as far as measuring cares. A symbolic link is `other`.
+/// The kind of an entry, as measuring needs it. A symbolic link is `other`.
 enum class FileKind : std::uint8_t { directory, regularFile, other };
 
-/// The status record of one entry, of the link itself where the entry is a link.
+/// The status of one entry; of a link, that of the link itself.
 struct FileStatus {
     FileKind kind = FileKind::other;
     bool isDataless = false;         ///< a placeholder; its contents are with a cloud provider
     std::int64_t allocatedBytes = 0; ///< blocks × 512
     std::int64_t length = 0;         ///< bytes as a reader sees them
-    std::uint64_t linkCount = 1;     ///< names that the file has
+    std::uint64_t linkCount = 1;     ///< the number of its names
     FileIdentity identity;
 };
 

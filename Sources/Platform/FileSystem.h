@@ -4,14 +4,14 @@
 
 namespace brimvale {
 
-/// What a copy needs to know and to ask of the file system that an absolute path lies on.
+/// Questions and requests to the file system of an absolute path, for copying.
 
-/// Writes out everything that waits in memory for the file system of the existing file or folder at `path`,
-/// so that its figures are final. What cannot be written is told by nobody here: the copy then lacks it.
+/// Writes everything in memory to the disk for the file system of the existing item at `path`, so that its
+/// figures are final. Errors are not reported: the copy then lacks the data and fails its check.
 void syncFileSystem(const std::string &path);
 
-/// Whether a copy of `source` into the existing folder `folder` shares its blocks instead of taking up more.
-/// No on doubt.
+/// Whether a copy of `source` in the existing folder `folder` shares its blocks and takes no extra space.
+/// False when unsure.
 [[nodiscard]] bool copiesShareBlocks(const std::string &source, const std::string &folder);
 
 } // namespace brimvale

@@ -7,8 +7,7 @@
 
 namespace brimvale {
 
-/// Numbers and times as the platform words them for people, in the user's locale as it was at the first use.
-/// UTF-8. Thread-safe.
+/// Numbers and times in words of the platform, in the user's locale at the first use. UTF-8. Thread-safe.
 namespace Formatters {
 
 /// A number of bytes in KB, MB, GB or TB (1 KB = 1,000 bytes), with no, one, two and two fraction digits at
@@ -18,8 +17,8 @@ namespace Formatters {
 /// A whole number with the locale's grouping: "1,234,567".
 [[nodiscard]] std::string number(std::int64_t number);
 
-/// How far `date` is from `reference`, in the largest unit of the calendar, in local time, of which at least
-/// one lies between them: "3 weeks ago", "in 1 year". The same moment is "in 0 seconds".
+/// The distance from `reference` to `date` in the largest calendar unit, in local time, of which at least one
+/// has passed: "3 weeks ago", "in 1 year". The same moment is "in 0 seconds".
 [[nodiscard]] std::string relativeDate(Date date, Date reference);
 
 } // namespace Formatters

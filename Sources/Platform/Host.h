@@ -7,23 +7,23 @@
 
 namespace brimvale {
 
-/// The systems that there are catalogs for.
+/// The systems that have catalogs.
 enum class System { macOS, linux };
 
-/// For whom the program looks: which system's catalogs hold, whose home, which external tools.
+/// Selects the catalog, the home folder and the external tools.
 struct Host {
     System system;
     FileURL home;
     Tools tools;
 
-    /// The host in force: the system put in force with `useSystem`, else the one the program was built for;
-    /// the user's home, read afresh; the platform's tools. Thread-safe.
+    /// The current host: the system selected with `useSystem`, else the one the program was built for; the
+    /// user's home, read again on each call; the platform's tools. Thread-safe.
     [[nodiscard]] static Host current();
 
-    /// The system of `current`, without asking for the rest.
+    /// The system of `current`, without reading the rest.
     [[nodiscard]] static System currentSystem();
 
-    /// Puts another system's catalogs in force for the whole program, or, with nothing, its own again.
+    /// Selects another system's catalogs for the whole program; without a value, its own again.
     static void useSystem(std::optional<System> system);
 };
 

@@ -7,16 +7,16 @@
 
 namespace brimvale {
 
-/// How long an Info.plist may be: several times what the largest applications have.
+/// The longest Info.plist that is read: several times the size of the largest known ones.
 inline constexpr std::size_t mostInfoDictionaryBytes = 512 * 1024;
 
-/// What an Info.plist says, given as its bytes, binary or XML in UTF-8. Empty where they are in any other
-/// form, broken, hold no dictionary, or would take a parser more than a moment and a few megabytes. Recurses
-/// on up to 8 MB of stack.
+/// The entries of an Info.plist, given as its bytes, binary or XML in UTF-8. Empty where they have another
+/// form, are broken, hold no dictionary, or would cost a parser more than a moment and a few megabytes.
+/// Recurses on up to 8 MB of stack.
 [[nodiscard]] BundleInfo parseInfoDictionary(std::string_view bytes);
 
-/// The same by the system's parser, for bytes that are known to be harmless for it and begin as a property
-/// list in one of these forms does. For `parseInfoDictionary` only.
+/// The same with the system's parser, for bytes already known to be harmless and to start like a property
+/// list. Only for `parseInfoDictionary`.
 [[nodiscard]] BundleInfo parseModestInfoDictionary(std::string_view bytes);
 
 } // namespace brimvale

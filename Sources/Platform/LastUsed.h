@@ -7,8 +7,8 @@
 
 namespace brimvale {
 
-/// When the item was last opened, as the system's search index knows. Nothing where it does not know, or
-/// where the system keeps no such date; no other source is asked.
+/// When the item was last opened, from the system's search index. Nothing where the index has no date or the
+/// system keeps none.
 [[nodiscard]] std::optional<Date> lastUsedDate(const FileURL &item);
 
 } // namespace brimvale

@@ -4,7 +4,7 @@
 
 namespace brimvale {
 
-/// A moment as the clock and the Gregorian calendar of the local time zone show it.
+/// A moment in the Gregorian calendar and the local time zone.
 struct LocalTime {
     int year = 1970;
     int month = 1;   ///< from 1
@@ -18,7 +18,7 @@ struct LocalTime {
     }
 };
 
-/// The local time zone, as it is set when the object is made. Thread-safe.
+/// The local time zone when the object is made. Thread-safe.
 class LocalTimeZone {
 public:
     LocalTimeZone();

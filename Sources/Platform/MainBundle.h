@@ -7,19 +7,18 @@
 
 namespace brimvale {
 
-/// The program that runs, as it is installed.
+/// The installed program that is running.
 struct MainBundle {
     FileURL url;                        ///< the application's bundle; without one, the executable
     std::optional<std::string> version; ///< as people read it: "1.4.2"
     std::optional<std::string> build;   ///< the build number, as text
 };
 
-/// What the system tells about the running program's bundle; where there are no bundles, what it was built
-/// with.
+/// The system's figures for the running program's bundle; on systems without bundles, the values of the
+/// build.
 [[nodiscard]] MainBundle mainBundle();
 
-/// Whether the program replaces its bundle by a newer one itself. It does not where applications are
-/// installed by the system's package manager.
+/// Whether the program installs its own updates. False where the system's package manager does that.
 [[nodiscard]] bool canInstallItself();
 
 } // namespace brimvale

@@ -5,9 +5,9 @@
 
 namespace brimvale {
 
-/// Where file systems are mounted that hold no storage (kernel interfaces such as proc, sysfs or cgroup, and
-/// automount triggers), as absolute paths. Read from the mount table alone, so a dead mount cannot hold it
-/// up; empty where the table cannot be read.
+/// The absolute mount points of file systems without storage (kernel interfaces such as proc, sysfs or
+/// cgroup, and automount triggers). Reads only the mount table, so a dead mount cannot block it; empty where
+/// the table cannot be read.
 [[nodiscard]] std::vector<std::string> pseudoMountPoints();
 
 } // namespace brimvale

@@ -7,7 +7,7 @@
 
 namespace brimvale {
 
-/// What becomes of what a tool writes to its standard error.
+/// What to do with a tool's standard error.
 enum class StandardError {
     discarded,
     withOutput ///< into the output, in the order in which it was written
@@ -15,8 +15,8 @@ enum class StandardError {
 
 /// What a tool printed and how it ended.
 struct ProcessResult {
-    std::string output;            ///< the bytes as they came
-    std::optional<int> exitStatus; ///< 0 to 255; nothing when a signal ended it, or how it ended is not known
+    std::string output;            ///< the unchanged bytes
+    std::optional<int> exitStatus; ///< 0 to 255; nothing when a signal ended it or the status is unknown
 };
 
 /// Runs the tool at an absolute path with these arguments, which reach it as they stand: no shell takes part.

@@ -5,10 +5,10 @@
 
 namespace brimvale {
 
-/// What a long removal shares with those who watch it. It must outlive the removal, and may serve several
+/// State that a long removal shares with its observers. It must outlive the removal, and may serve several
 /// removals one after another.
 struct RemovalProgress {
-    /// Files, links and folders that are gone; only ever added to.
+    /// The number of files, links and folders removed; it only grows.
     std::atomic<std::int64_t> entriesRemoved = 0;
 
     /// Set by whoever watches, to end the removal: what is gone by then stays gone.

@@ -5,7 +5,7 @@
 
 namespace brimvale {
 
-/// The text as one word for a POSIX shell, which takes every byte of it as it stands.
+/// The text as one word for a POSIX shell, which then takes every byte literally.
 [[nodiscard]] std::string quotedForShell(std::string_view text);
 
 } // namespace brimvale

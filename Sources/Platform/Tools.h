@@ -5,7 +5,7 @@
 
 namespace brimvale {
 
-/// The external tools, by absolute path. The table follows the platform, never the catalog in force.
+/// The external tools, by absolute path. They depend on the platform, not on the selected catalog.
 struct Tools {
     std::string shell; ///< a POSIX shell: -c SCRIPT
     std::string
@@ -14,8 +14,8 @@ struct Tools {
     std::string tmutil;      ///< listlocalsnapshots VOLUME, as Time Machine's does; empty on Linux
     std::string fileStatus;  ///< GNU stat: -f -c FORMAT -- PATH; empty on macOS
     std::string databaseShell; ///< sqlite3: -readonly -separator S DATABASE SQL
-    std::string copier; ///< copies an item with all that belongs to it, into what is already there: … SRC DST
-    std::vector<std::string> copierOptions; ///< that stand before them
+    std::string copier; ///< copies an item with all its metadata, merging into what exists: … SRC DST
+    std::vector<std::string> copierOptions; ///< its options, before SRC
     std::string shasum;                     ///< prints a digest: -a 256 FILE
     std::string unpacker;                   ///< unpacks a zip archive, as ditto does: -x -k ARCHIVE FOLDER
     std::string codesign; ///< verifies and shows a signature: --verify --deep --strict APP, -dv APP
