@@ -7,9 +7,9 @@ namespace brimvale {
 namespace {
 
 constexpr std::string_view binaryMark = "bplist00";
-constexpr std::string_view utf8Mark = "\xEF\xBB\xBF"; // which not every parser knows
+constexpr std::string_view utf8Mark = "\xEF\xBB\xBF"; // not every parser accepts it
 
-/// The first forms of property lists, which a parser may try as well, begin with anything.
+/// Parsers may also accept the older formats of property lists, which can begin with anything.
 bool isModest(std::string_view bytes) {
     if (bytes.starts_with(binaryMark))
         return isModestBinaryPropertyList(bytes);

@@ -10,14 +10,14 @@ namespace brimvale {
 
 namespace {
 
-/// Large applications come to a few thousand. Each level takes some hundred bytes of the parser's stack.
+/// Large applications have a few thousand. Each level takes some hundred bytes of the parser's stack.
 constexpr std::size_t mostXmlContainers = 10'000;
 constexpr std::ptrdiff_t mostXmlReferences = 20'000;
 
 constexpr int mostBinaryLevels = 64;
-constexpr std::uint64_t mostBinaryBytes = 8'000'000; ///< in memory, about
+constexpr std::uint64_t mostBinaryBytes = 8'000'000; ///< in memory, roughly
 constexpr std::uint64_t bytesPerObject = 64;
-constexpr std::uint64_t mostBytesPerUnit = 4; ///< of a text, while UTF-16 becomes UTF-8
+constexpr std::uint64_t mostBytesPerUnit = 4; ///< of a text converted from UTF-16 to UTF-8
 
 std::size_t occurrences(std::string_view text, std::string_view part) {
     std::size_t count = 0;
@@ -26,8 +26,8 @@ std::size_t occurrences(std::string_view text, std::string_view part) {
     return count;
 }
 
-/// Walks a binary property list as the parser will, without building anything. Numbers are big-endian. What
-/// does not fit together makes it give up.
+/// Walks a binary property list as the parser will, without building anything. Numbers are big-endian. Gives
+/// up on inconsistent data.
 class BinaryOutline {
 public:
     explicit BinaryOutline(std::string_view bytes) : bytes_(bytes) {}
@@ -50,7 +50,7 @@ private:
         int level;
     };
 
-    /// The number of `width` bytes (at most 8) at `at`, if it lies before `end`.
+    /// The number of `width` bytes (at most 8) at `at`, if it ends before `end`.
     [[nodiscard]] std::optional<std::uint64_t> number(std::uint64_t at, std::uint64_t width,
                                                       std::uint64_t end) const {
         if (width == 0 || width > 8 || at > end || end - at < width)
@@ -75,7 +75,7 @@ private:
                objectCount_ <= (end - table_) / offsetWidth_;
     }
 
-    /// Claims the memory of an object's contents, and has what it refers to wait. False to give up.
+    /// Counts the memory of an object's contents, and queues the objects it refers to. False to give up.
     bool visit(const Reference &reference) {
         if (reference.object >= objectCount_)
             return false;
@@ -100,7 +100,7 @@ private:
         }
     }
 
-    /// A length of 15 or more stands in a number object of its own.
+    /// A length of 15 or more is stored in a number object of its own.
     bool readLength(std::uint64_t &length, std::uint64_t &at) const {
         if (length == 0xF) {
             const auto marker = number(at, 1, table_);
@@ -137,7 +137,7 @@ private:
     std::uint64_t offsetWidth_ = 0;
     std::uint64_t referenceWidth_ = 0;
     std::uint64_t objectCount_ = 0;
-    std::uint64_t table_ = 0; ///< where the objects' offsets stand, behind the objects
+    std::uint64_t table_ = 0; ///< the table of the objects' offsets, after the objects
     std::uint64_t claimed_ = 0;
     std::vector<Reference> waiting_;
 };
@@ -145,8 +145,8 @@ private:
 } // namespace
 
 bool isModestXmlPropertyList(std::string_view bytes) {
-    // Counted without a look at comments or closing tags: no trick of an attacker's makes it too few. The
-    // outermost element may lie within itself for some parsers.
+    // Counted without regard to comments or closing tags, so no trick makes the count too low. Some parsers
+    // let the outermost element contain itself.
     return occurrences(bytes, "<dict") + occurrences(bytes, "<array") + occurrences(bytes, "<plist") <=
                mostXmlContainers &&
            std::count(bytes.begin(), bytes.end(), '&') <= mostXmlReferences;

@@ -5,7 +5,7 @@ namespace brimvale {
 std::string quotedForShell(std::string_view text) {
     std::string word = "'";
     for (const char byte : text) {
-        // Nothing escapes a quote between quotes: they end, an escaped one follows, and they begin again.
+        // Nothing escapes a quote between quotes: close them, add an escaped quote, and open them again.
         if (byte == '\'')
             word.append("'\\''");
         else

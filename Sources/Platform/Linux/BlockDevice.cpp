@@ -14,7 +14,7 @@ namespace {
 
 constexpr int deepestStack = 8;
 
-/// A name as the device manager writes it: a byte that could do harm stands as "\x" and two digits.
+/// Decodes a name of the device manager, which writes unsafe bytes as "\x" and two digits.
 std::string unescaped(const std::string &name) {
     std::string text;
     for (std::size_t i = 0; i < name.size(); ++i) {
@@ -29,7 +29,7 @@ std::string unescaped(const std::string &name) {
     return text;
 }
 
-/// Any device below the given one in a stack; itself where it is not stacked.
+/// A device at the bottom of a stack of devices; `device` itself where it is not stacked.
 fs::path lowestDevice(fs::path device) {
     std::error_code error;
     for (int depth = 0; depth < deepestStack; ++depth) {
@@ -73,7 +73,7 @@ std::optional<bool> isInternalDevice(const std::string &device) {
     char removable = '0';
     std::ifstream(folder / "removable") >> removable;
     const std::string &path = folder.native();
-    // A disk in a case calls itself fixed.
+    // A disk in a USB case reports itself as not removable.
     const bool isPluggedIn = path.find("/usb") != std::string::npos || path.find("/fw") != std::string::npos;
     return removable == '0' && !isPluggedIn;
 }

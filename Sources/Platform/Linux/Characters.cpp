@@ -17,8 +17,8 @@ icu::UnicodeString unicodeOf(std::string_view text) {
         icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
 }
 
-// What ICU loads at its first use it loads here once, for whichever thread comes first; the others wait, and
-// a copy costs less than another one.
+// ICU loads its data here, once, for the first thread that needs it; the others wait. A copy is cheaper than
+// loading again.
 
 std::unique_ptr<icu::BreakIterator> characterBoundaries() {
     static const std::unique_ptr<const icu::BreakIterator> original = [] {
@@ -61,7 +61,7 @@ std::string caseFolded(std::string_view text) {
     if (decomposition == nullptr)
         return std::string(text);
     UErrorCode status = U_ZERO_ERROR;
-    // Folding may take apart what was put together, so the last word is the normaliser's.
+    // Folding may split composed characters, so the text is normalised again.
     icu::UnicodeString folded = decomposition->normalize(unicodeOf(text), status);
     folded = decomposition->normalize(folded.foldCase(), status);
     std::string result;

@@ -16,7 +16,7 @@ namespace brimvale {
 
 namespace {
 
-/// What is known of one mount. A file system that comes to the same place later is another one.
+/// What is known about one mount. A file system mounted there later is another one.
 struct Answer {
     std::optional<Capacity> last;
     bool isAwaited = false;
@@ -28,7 +28,7 @@ struct Answers {
     std::map<std::string, Answer> byMount; ///< by device and mount point
 };
 
-/// Kept until the program has ended, since a thread may still wait for an answer then.
+/// Never destroyed, because a thread may still wait for an answer when the program ends.
 Answers &answers() {
     static auto *const kept = new Answers;
     return *kept;
@@ -50,7 +50,7 @@ std::optional<Capacity> ask(const Mount &mount, const Tools &tools) {
     return capacityOf(blockSize, blocks, free, available);
 }
 
-/// Asks on a thread of its own, which nothing waits for. The answer's lock is held.
+/// Asks on a new thread without waiting for it. Call with the answer's lock held.
 void askInBackground(Answer &answer, const Mount &mount, const Tools &tools) {
     try {
         std::thread([mount, tools, &answer] {
@@ -61,7 +61,7 @@ void askInBackground(Answer &answer, const Mount &mount, const Tools &tools) {
         }).detach();
         answer.isAwaited = true;
     } catch (const std::system_error &) {
-        // The system gives no thread. The next time it may.
+        // The system has no thread to spare. Try again next time.
     }
 }
 

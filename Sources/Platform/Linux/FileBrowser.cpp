@@ -5,7 +5,8 @@
 namespace brimvale {
 
 bool FileBrowser::reveal(const FileURL &item, const Tools &tools) {
-    // The desktops' common interface: https://www.freedesktop.org/wiki/Specifications/file-manager-interface
+    // The common interface of desktops:
+    // https://www.freedesktop.org/wiki/Specifications/file-manager-interface
     const std::optional<ProcessResult> result = runProcess(
         tools.busCaller,
         {"--session", "--print-reply", "--reply-timeout=5000", "--dest=org.freedesktop.FileManager1",

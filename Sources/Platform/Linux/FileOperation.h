@@ -7,15 +7,15 @@
 
 namespace brimvale {
 
-/// What was to be done with an item.
+/// The operation on an item that failed.
 enum class FileOperation { remove, trash };
 
-/// The failure of `operation` on `item` as the file functions of macOS report it: their code and a sentence,
-/// with the POSIX error beneath.
+/// The failure of `operation` on `item` as the macOS file functions report it: their code and a sentence,
+/// with the POSIX error underneath.
 [[nodiscard]] FileError fileError(FileOperation operation, const FileURL &item, int errorNumber);
 
-/// The item cannot be moved to a trash, since the volume with this mount point, "/" where it is not known,
-/// has none to be used.
+/// The item cannot be moved to a Trash, because its volume has no usable one. The volume is named by its
+/// mount point, "/" where that is unknown.
 [[nodiscard]] FileError noTrashError(const FileURL &item, std::string_view mountPoint);
 
 } // namespace brimvale

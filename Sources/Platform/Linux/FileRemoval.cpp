@@ -12,7 +12,7 @@ namespace brimvale {
 
 namespace {
 
-/// 0, or the errno of what stood in the way.
+/// 0, or the errno of the failure.
 int remove(const FileURL &item, RemovalProgress &progress) {
     if (!item.namesEntry())
         return EINVAL;
@@ -22,7 +22,7 @@ int remove(const FileURL &item, RemovalProgress &progress) {
     if (progress.cancelled)
         return ECANCELED;
     const std::string name(item.fileName());
-    // What is no folder goes at once, whatever it is by now; the system refuses a folder here.
+    // Removes anything but a folder at once; the system refuses folders here.
     if (unlinkat(parent.number(), name.c_str(), 0) == 0) {
         ++progress.entriesRemoved;
         return 0;

@@ -12,7 +12,7 @@ namespace brimvale {
 void syncFileSystem(const std::string &path) {
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0) {
-        sync(); // no permission to open it, but what was copied has to be written out all the same
+        sync(); // no permission to open it; write out everything instead
         return;
     }
     static_cast<void>(syncfs(descriptor));
@@ -24,7 +24,7 @@ bool copiesShareBlocks(const std::string &source, const std::string &folder) {
     const auto to = fileStatus(folder);
     if (!from || !to || from->identity.device != to->identity.device)
         return false;
-    // The only sure answer is that of the file system itself, for two files without names.
+    // Only the file system itself can answer for sure: try it with two unnamed files.
     const int first = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
     const int second = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
     const bool areCloned = first >= 0 && second >= 0 && ioctl(second, FICLONE, first) == 0;

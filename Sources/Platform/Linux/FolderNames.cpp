@@ -12,8 +12,8 @@ namespace brimvale {
 
 namespace {
 
-/// What the system handed out last. A directory stream would do, at three more system calls a folder, and
-/// would keep its memory for as long as the folder is open.
+/// The names that the system returned last. A directory stream would also work, but costs three more system
+/// calls per folder and keeps its memory while the folder is open.
 struct Names {
     std::size_t next = 0;
     std::size_t length = 0;

@@ -41,7 +41,8 @@ constexpr std::array<DateUnit, 7> dateUnits = {{{UCAL_YEAR, UDAT_REL_UNIT_YEAR},
                                                 {UCAL_MINUTE, UDAT_REL_UNIT_MINUTE},
                                                 {UCAL_SECOND, UDAT_REL_UNIT_SECOND}}};
 
-/// Used under one lock: ICU calls some of these only mostly thread-safe, and the calendar is set each time.
+/// Used under one lock: some of these ICU functions are not fully thread-safe, and the calendar is set each
+/// time.
 struct UserFormatters {
     std::mutex lock;
     LocalizedNumberFormatter number = icu::number::NumberFormatter::withLocale(userLocale("LC_NUMERIC"));

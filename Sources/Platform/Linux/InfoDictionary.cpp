@@ -30,7 +30,7 @@ std::optional<std::string> stringIn(const PropertyList &dictionary, const char *
     const plist_t value = plist_dict_get_item(dictionary.get(), key);
     if (value == nullptr || plist_get_node_type(value) != PLIST_STRING)
         return std::nullopt;
-    // The library's own copy is not to be had of a text that holds a zero byte: it ends the program.
+    // The library cannot copy a text that holds a zero byte: it ends the program.
     std::uint64_t length = 0;
     const char *text = plist_get_string_ptr(value, &length);
     if (text == nullptr || std::memchr(text, '\0', length) != nullptr)

@@ -12,8 +12,8 @@ namespace brimvale {
 
 namespace {
 
-/// Network file systems, shares of a virtual machine's host, and programs that serve storage (FUSE). Of the
-/// last there are many that serve no storage at all, so those that do are named.
+/// Network file systems, shares from the host of a virtual machine, and programs that serve storage (FUSE).
+/// Most FUSE programs serve no storage, so those that do are listed.
 constexpr std::array<std::string_view, 30> distantTypes = {"9p",
                                                            "afs",
                                                            "beegfs",
@@ -45,14 +45,14 @@ constexpr std::array<std::string_view, 30> distantTypes = {"9p",
                                                            "vboxsf",
                                                            "virtiofs"};
 
-/// Local storage that is not named by a block device.
+/// Local storage whose source is no block device.
 constexpr std::array<std::string_view, 2> pooledTypes = {"zfs", "bcachefs"};
 
 bool contains(const auto &types, std::string_view type) {
     return std::find(types.begin(), types.end(), type) != types.end();
 }
 
-/// A field without its escapes: space, tab, line feed and backslash stand as three octal digits.
+/// Decodes a field: space, tab, line feed and backslash are written as three octal digits.
 std::string unescaped(std::string_view field) {
     std::string text;
     for (std::size_t i = 0; i < field.size(); ++i) {
@@ -93,7 +93,8 @@ bool isStrictlyBelow(const std::string &path, const std::string &folder) {
     return path.size() > length + 1 && path.starts_with(folder) && path[length] == '/';
 }
 
-/// The table's order is no help: mounts may have been moved. But each says what it was mounted in.
+/// The order of the table does not help, because mounts may have been moved. But each mount names its parent
+/// mount.
 class Visibility {
 public:
     explicit Visibility(const std::vector<Mount> &mounts) {
@@ -113,7 +114,7 @@ public:
     }
 
 private:
-    /// Whether the way to the mount point leads into another mount.
+    /// Whether the path to the mount point leads into another mount.
     [[nodiscard]] bool isBehindAnother(const Mount &mount) const {
         const Mount *inner = &mount;
         for (std::size_t steps = 0; steps < byId_.size(); ++steps) {

@@ -9,33 +9,33 @@ namespace brimvale {
 /// One line of the mount table (proc_pid_mountinfo(5)).
 struct Mount {
     int id = 0;
-    int parent = 0;     ///< the mount that the mount point lies in
+    int parent = 0;     ///< the mount that contains the mount point
     std::string device; ///< "MAJOR:MINOR" of the file system
-    std::string root;   ///< which folder of the file system is mounted; "/" is all of it
-    std::string point;  ///< where
+    std::string root;   ///< the mounted folder of the file system; "/" is all of it
+    std::string point;  ///< the mount point
     std::string type;
     std::string source;
 };
 
-/// The mounts that a path can lead to, in the table's order: what lies under a later mount is left out. Lines
-/// that are not understood are, too.
+/// The mounts that a path can reach, in the order of the table. Mounts hidden by a later one and invalid
+/// lines are left out.
 [[nodiscard]] std::vector<Mount> mountsIn(std::string_view table);
 
-/// Those of this process. Reads the table alone, so a dead mount cannot hold it up; empty where it cannot be
-/// read.
+/// The mounts of this process. Reads only the table, so a dead mount cannot block it; empty where the table
+/// cannot be read.
 [[nodiscard]] std::vector<Mount> currentMounts();
 
-/// What a mount is for whoever looks for disk space.
+/// What a mount means for disk space.
 enum class StorageKind {
-    none,   ///< kernel interface, memory, image of read-only software, or not known
-    local,  ///< answers for itself at once
-    distant ///< another machine or program answers for it, or does not
+    none,   ///< kernel interface, memory, read-only software image, or unknown
+    local,  ///< answers at once
+    distant ///< another machine or program answers for it, or never does
 };
 
 [[nodiscard]] StorageKind storageKind(const Mount &mount);
 
-/// The mounts to be shown as volumes: the one at "/", and of each other device with storage one, the whole of
-/// it rather than a part, else the first in the table.
+/// The mounts to show as volumes: the one at "/", and one for each other device with storage. Of several
+/// mounts of a device it is one of the whole device, else the first in the table.
 [[nodiscard]] std::vector<Mount> storageMounts(const std::vector<Mount> &mounts);
 
 } // namespace brimvale

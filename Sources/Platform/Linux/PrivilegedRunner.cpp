@@ -8,7 +8,7 @@ namespace brimvale {
 
 namespace {
 
-/// Statuses of pkexec itself (pkexec(1)): the user dismissed the question; no right could be had, or the
+/// Statuses of pkexec itself (pkexec(1)): the user dismissed the question; permission was refused, or the
 /// program could not be started.
 constexpr int dismissed = 126;
 constexpr int notAuthorized = 127;

@@ -13,7 +13,7 @@ namespace brimvale {
 
 namespace {
 
-/// Adds the folders around a file that are named like bundles.
+/// Adds the ancestors of a file that are named like bundles.
 void addParentBundles(std::string_view file, std::unordered_set<std::string> &bundles) {
     constexpr std::string_view bundleEnd = ".app/";
     for (std::size_t at = file.find(bundleEnd); at != std::string_view::npos;
@@ -21,8 +21,7 @@ void addParentBundles(std::string_view file, std::unordered_set<std::string> &bu
         bundles.emplace(file.substr(0, at + bundleEnd.size() - 1));
 }
 
-/// The bundles that running programs lie in; those of programs whose place this user may not know are
-/// missing.
+/// The bundles of running programs. Programs whose path this user may not read are missing.
 std::unordered_set<std::string> runningBundles() {
     std::unordered_set<std::string> bundles;
     Folder processes = Folder::at("/proc", Folder::Links::follow);

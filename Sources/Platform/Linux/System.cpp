@@ -14,8 +14,8 @@ Tools platformTools() {
             .fileStatus = "/usr/bin/stat",
             .databaseShell = "/usr/bin/sqlite3",
             .copier = "/bin/cp",
-            // A file or link that is in the way goes first: one that is read-only would stay, and one that
-            // leads elsewhere would be written through.
+            // An existing file or link is removed first: a read-only file would stay, and a link would be
+            // written through.
             .copierOptions = {"-aT", "--remove-destination", "--reflink=auto", "--"},
             .shasum = "",
             .unpacker = "",

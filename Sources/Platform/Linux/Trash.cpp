@@ -30,8 +30,8 @@ std::string localTime() {
     return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &time)};
 }
 
-/// Where the item is to be put back to: for the home trash the path that the user knows it by, else its path
-/// from the top of the volume, which may be mounted somewhere else by then.
+/// The path to restore the item to: for the home Trash the path that the user knows, else the path from the
+/// top of the volume, which may be mounted elsewhere by then.
 std::string originalPath(const FileURL &item, const Descriptor &parent, const WayUp &way, bool isInHome) {
     const FileURL known = item.parent().standardized().appending(item.fileName());
     if (isInHome)
@@ -48,7 +48,7 @@ std::string infoText(const std::string &path) {
     return "[Trash Info]\nPath=" + percentEncoded(path) + "\nDeletionDate=" + localTime() + "\n";
 }
 
-/// The beginning of a name that is too long, not cut within a character.
+/// The beginning of a name that is too long, cut between characters.
 std::string_view shortened(std::string_view name, std::size_t room) {
     if (name.size() <= room)
         return name;
@@ -60,7 +60,7 @@ std::string_view shortened(std::string_view name, std::size_t room) {
     return name.substr(0, end);
 }
 
-/// The name in the trash at the n-th attempt: "a.txt", "a.2.txt", …
+/// The name in the Trash at the n-th attempt: "a.txt", "a.2.txt", …
 std::string nameInTrash(std::string_view name, int attempt, std::size_t longest) {
     constexpr std::size_t longestExtension = 16;
     const std::size_t dot = name.rfind('.');
@@ -79,7 +79,8 @@ std::size_t longestName(const TrashFolder &trash) {
     return (longest > 0 ? static_cast<std::size_t>(longest) : usual) - infoSuffix.size();
 }
 
-/// Writes what is known of an item, which takes its name in the trash. 0, or errno with nothing left behind.
+/// Writes the info file of an item, which reserves its name in the Trash. 0, or errno with nothing left
+/// behind.
 int writeInfo(const TrashFolder &trash, const std::string &name, const std::string &text) {
     Descriptor file(openat(trash.info.number(), name.c_str(),
                            O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
@@ -94,7 +95,7 @@ int writeInfo(const TrashFolder &trash, const std::string &name, const std::stri
         else if (errno != EINTR)
             error = errno;
     }
-    // Some file systems tell only now that there was no room.
+    // Some file systems report only on closing that they are full.
     if (::close(file.release()) != 0 && error == 0 && errno != EINTR)
         error = errno;
     if (error != 0)
@@ -102,21 +103,21 @@ int writeInfo(const TrashFolder &trash, const std::string &name, const std::stri
     return error;
 }
 
-/// A rename that replaces nothing. 0, or errno.
+/// Renames without replacing anything. 0, or errno.
 int move(const Descriptor &from, const std::string &name, const Descriptor &to, const std::string &newName) {
     if (renameat2(from.number(), name.c_str(), to.number(), newName.c_str(), RENAME_NOREPLACE) == 0)
         return 0;
     if (errno != EINVAL)
         return errno;
-    // A file system that cannot promise it. The name is ours by its info file, so nobody else who keeps to
-    // the layout takes it; what lies there without one is looked for.
+    // This file system cannot rename without replacing. The info file reserves the name, so no other program
+    // that follows the layout takes it; an item without an info file is checked for here.
     struct stat status {};
     if (fstatat(to.number(), newName.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0)
         return EEXIST;
     return renameat(from.number(), name.c_str(), to.number(), newName.c_str()) == 0 ? 0 : errno;
 }
 
-/// Moves the item under the first name that is free. 0, or errno with everything as it was.
+/// Moves the item to the first free name. 0, or errno with everything unchanged.
 int moveInto(const TrashFolder &trash, const Descriptor &parent, const std::string &name,
              const std::string &info) {
     const std::size_t longest = longestName(trash);
@@ -135,7 +136,7 @@ int moveInto(const TrashFolder &trash, const Descriptor &parent, const std::stri
     }
 }
 
-/// 0, or errno of why the item cannot be moved anywhere.
+/// 0, or the errno that says why the item cannot be moved anywhere.
 int reasonToStay(const Descriptor &parent, const std::string &name) {
     struct stat status {};
     const bool mayBe = fstatat(parent.number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
@@ -143,7 +144,7 @@ int reasonToStay(const Descriptor &parent, const std::string &name) {
     return mayBe ? 0 : errno;
 }
 
-/// Whether the error says something about the whole volume that is truer than that it has no trash.
+/// Whether the error describes the volume better than "it has no Trash".
 bool isOfVolume(int error) {
     return error == ENOSPC || error == EDQUOT || error == EROFS;
 }
@@ -168,7 +169,7 @@ std::optional<FileError> moveToTrash(const FileURL &item) {
     const auto noTrash = [&] { return noTrashError(item, pathOf(way.top)); };
     if (!trash.isOpen())
         return isOfVolume(trash.error) ? failure(trash.error) : noTrash();
-    // What is in the trash already, or is the trash's own, stays.
+    // Items in the Trash and folders of the Trash itself are not moved.
     if (std::find(way.folders.begin(), way.folders.end(), trash.identity) != way.folders.end())
         return failure(EINVAL);
     const std::string path = originalPath(item, parent, way, trash.isInHome);

@@ -21,13 +21,13 @@ constexpr mode_t ownersOnly = 0700;
 
 FileURL homeTrash() {
     const char *data = std::getenv("XDG_DATA_HOME");
-    // The standard wants relative paths ignored.
+    // The standard says to ignore relative paths.
     const FileURL dataFolder =
         data != nullptr && data[0] == '/' ? FileURL(data) : homeFolder().appending(".local/share");
     return dataFolder.standardized().appending("Trash");
 }
 
-/// Whether the folder at that path, or the one around it in which it would be made, lies at a place.
+/// Whether the folder at that path, or the ancestor in which it would be made, is at `place`.
 bool isAt(const Place &place, FileURL path) {
     while (true) {
         const Descriptor folder(open(path.path().c_str(), passThrough));
@@ -41,7 +41,7 @@ bool isAt(const Place &place, FileURL path) {
     }
 }
 
-/// Makes the folder and those around it as far as they are missing.
+/// Makes the folder and its missing ancestors.
 void makeFolders(const FileURL &path) {
     std::vector<FileURL> missing;
     for (FileURL folder = path; mkdir(folder.path().c_str(), ownersOnly) != 0 && errno == ENOENT;
@@ -51,16 +51,16 @@ void makeFolders(const FileURL &path) {
         mkdir(missing.back().path().c_str(), ownersOnly);
 }
 
-/// The folder `name`, made where it is not there. Taken only if it is the user's own and lies beside the
-/// folder around it: somebody else's, or a link, could lead our items anywhere. Not open, with errno set,
-/// else.
+/// The folder `name`, made where it is missing. Accepted only if the user owns it and it is on the same mount
+/// as its parent: a link or another user's folder could send our items anywhere. Otherwise not open, with
+/// errno set.
 Descriptor ownFolder(const Descriptor &parent, const std::string &name, const Place &place) {
     const bool isMade = mkdirat(parent.number(), name.c_str(), ownersOnly) == 0;
     const int error = errno;
     Descriptor folder(openat(parent.number(), name.c_str(), passThrough | O_NOFOLLOW));
     if (!folder.isOpen()) {
         if (!isMade && errno == ENOENT)
-            errno = error; // which says why it is missing
+            errno = error; // the reason why it is missing
         return folder;
     }
     struct stat status {};
@@ -72,8 +72,8 @@ Descriptor ownFolder(const Descriptor &parent, const std::string &name, const Pl
     return folder;
 }
 
-/// The user's folder in the trash that an administrator made for all; it has to be a real folder in which
-/// nobody can exchange what belongs to others.
+/// The user's folder in the Trash that an administrator made for everyone. That Trash must be a real folder
+/// in which users cannot replace each other's files.
 Descriptor ownFolderInShared(const WayUp &way, const std::string &user) {
     const Descriptor shared(openat(way.top.number(), ".Trash", passThrough | O_NOFOLLOW));
     struct stat status {};
@@ -108,7 +108,7 @@ WayUp WayUp::from(const Descriptor &folder) {
         const std::optional<Place> place = above.isOpen() ? placeOf(above.number()) : std::nullopt;
         if (!place)
             return way;
-        // At the very top the way up leads back to itself.
+        // The parent of "/" is "/" itself.
         if (!place->isBeside(way.place) || place->identity == way.folders.back())
             break;
         way.folders.push_back(place->identity);

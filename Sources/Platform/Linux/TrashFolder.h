@@ -9,32 +9,30 @@
 
 namespace brimvale {
 
-/// The way from a folder up to the top of its volume: the mount point, or what else is the last folder on the
-/// same device.
+/// The ancestors of a folder up to the top of its volume: the mount point, or the last folder on the same
+/// device.
 struct WayUp {
-    std::vector<FileIdentity> folders; ///< from the first one to the top, both included
-    Place place;                       ///< of the first one
+    std::vector<FileIdentity> folders; ///< from the first folder to the top, both included
+    Place place;                       ///< of the first folder
     Descriptor top;
 
-    /// The way up from an open folder. Its `top` is not open, with errno set, on failure.
+    /// The ancestors of an open folder. `top` is not open, with errno set, on failure.
     [[nodiscard]] static WayUp from(const Descriptor &folder);
 };
 
-/// The path at which an open file lies, without links in it; empty where the system does not tell.
+/// The path of an open file, without links in it; empty where the system does not report it.
 [[nodiscard]] std::string pathOf(const Descriptor &file);
 
-/// A folder of trashed items as the freedesktop.org trash specification 1.0 lays it out: the items in
-/// "files", what is known of each in "info". Opened by descriptor, so that nothing exchanged later is
-/// followed.
+/// A Trash in the layout of the freedesktop.org trash specification 1.0: the items in "files", what is known
+/// about each in "info". Opened by descriptor, so folders swapped later are not followed.
 struct TrashFolder {
     FileIdentity identity;
     Descriptor files, info; ///< both open, or neither
-    bool isInHome = false;  ///< the user's own; else it lies at the top of its volume
-    int error = 0;          ///< errno of why it is not open
+    bool isInHome = false;  ///< in the user's home; otherwise at the top of its volume
+    int error = 0;          ///< the errno of the failure
 
-    /// The one to be used for what lies at that place: the home trash for what is on its volume, else one at
-    /// the top of the volume, first the administrator's shared one, then the user's. Made where it is not
-    /// there.
+    /// The Trash for items at that place: the home Trash for its own volume, otherwise one at the top of the
+    /// volume, first the administrator's shared one, then the user's. Made where it is missing.
     [[nodiscard]] static TrashFolder forItemsAt(const WayUp &way);
 
     [[nodiscard]] bool isOpen() const { return files.isOpen() && info.isOpen(); }

@@ -11,11 +11,11 @@ namespace brimvale {
 
 namespace {
 
-/// A removal waits for the disk as much as it computes, so there are more threads than many a machine has
-/// cores; beyond these they only wait for each other in the file system's journal.
+/// A removal waits for the disk as much as it computes, so it uses more threads than many machines have
+/// cores. More than these would only wait for each other in the file system's journal.
 constexpr std::size_t mostHelpers = 3;
 
-/// Folders that are kept open so that several threads can take from them.
+/// The number of folders kept open so that several threads can take work from them.
 constexpr std::size_t usualOpenFolders = 64;
 
 } // namespace
@@ -54,7 +54,8 @@ void TreeRemoval::work(std::optional<Task> task) {
         task = task->isEmptied ? removeEmptied(*task) : empty(*task);
 }
 
-/// Takes from the folder that was opened first: what waits there is likely to be large. Nothing at the end.
+/// Takes work from the folder that was opened first, because its subfolders are likely to be large. Nothing
+/// at the end.
 std::optional<TreeRemoval::Task> TreeRemoval::waitForTask() {
     std::unique_lock lock(lock_);
     ++idleThreads_;
@@ -70,8 +71,8 @@ std::optional<TreeRemoval::Task> TreeRemoval::waitForTask() {
     return std::nullopt;
 }
 
-/// Removes everything from a folder but the folders in it, and goes on with these or, when there are none,
-/// with itself.
+/// Removes everything but the subfolders from a folder, and continues with these or, when there are none,
+/// with the folder itself.
 std::optional<TreeRemoval::Task> TreeRemoval::empty(const Task &task) {
     if (mustStop())
         return std::nullopt;
@@ -104,11 +105,12 @@ std::optional<TreeRemoval::Task> TreeRemoval::empty(const Task &task) {
     return Task{task.branch, task.folder, task.name, true};
 }
 
-/// Deals with a folder that could not be opened, as errno says.
+/// Handles a folder that could not be opened; errno says why.
 std::optional<TreeRemoval::Task> TreeRemoval::removeUnopened(const Task &task) {
     const int error = errno;
     const bool isExchanged = error == ENOTDIR || error == ELOOP;
-    // What took a folder's place goes as it is; a folder that may not be read goes if it is empty.
+    // Anything that took the folder's place is removed as it is; an unreadable folder is removed if it is
+    // empty.
     if (error == ENOENT ||
         unlinkat(task.folder->descriptor(), task.name.c_str(), isExchanged ? 0 : AT_REMOVEDIR) == 0) {
         if (error != ENOENT)
@@ -128,7 +130,7 @@ std::optional<TreeRemoval::Task> TreeRemoval::removeEmptied(const Task &task) {
     return afterRemoving(task);
 }
 
-/// What to do where a folder has gone: the next one there, or, when it was the last, the one around it.
+/// The task after a folder is removed: its next sibling or, after the last one, its parent.
 std::optional<TreeRemoval::Task> TreeRemoval::afterRemoving(const Task &task) {
     Task up;
     FileIdentity identityAbove;
@@ -141,7 +143,7 @@ std::optional<TreeRemoval::Task> TreeRemoval::afterRemoving(const Task &task) {
             return take(branch);
         }
         if (branch.unfinished > 0)
-            return std::nullopt; // others are at what is left
+            return std::nullopt; // other threads work on the rest
         if (branch.parent == nullptr) {
             isDone_ = true;
             changed_.notify_all();
@@ -153,7 +155,7 @@ std::optional<TreeRemoval::Task> TreeRemoval::afterRemoving(const Task &task) {
     }
     if (up.folder == nullptr) {
         Folder above = task.folder->ancestor(1);
-        // Wherever the way up leads by now, only the folder that we came down from will do.
+        // ".." may lead elsewhere by now: accept only the parent that we came from.
         if (above.identity() != identityAbove)
             return fail(ENOENT);
         up.folder = std::make_shared<const Folder>(std::move(above));
@@ -161,7 +163,7 @@ std::optional<TreeRemoval::Task> TreeRemoval::afterRemoving(const Task &task) {
     return up;
 }
 
-/// Makes a branch of the folder and takes the first of the folders in it.
+/// Makes a branch of the folder and takes its first subfolder.
 std::optional<TreeRemoval::Task> TreeRemoval::grow(const Task &task, Folder folder,
                                                    const FileIdentity &identity, Subfolders subfolders) {
     const auto open = std::make_shared<const Folder>(std::move(folder));
@@ -185,8 +187,8 @@ TreeRemoval::Task TreeRemoval::take(Branch &branch) {
     return task;
 }
 
-/// Lets others take from the branch. Where too many are open, the one that was opened first is closed,
-/// among those below which a thread is at work: that thread will come up to it and open it again.
+/// Lets other threads take work from the branch. When too many branches are open, the oldest one with a
+/// thread at work below it is closed: that thread opens it again on its way up.
 void TreeRemoval::keepOpen(Branch &branch, const OpenFolder &folder) {
     if (branch.folder != nullptr)
         return;
@@ -212,14 +214,14 @@ void TreeRemoval::forget(Branch &branch) {
     branches_.erase(branch.self);
 }
 
-/// Adds a thread where all are at work.
+/// Starts another thread when all are busy.
 void TreeRemoval::callForHelp() {
     if (idleThreads_ > 0 || helpers_.size() == mostHelpers || error_ != 0)
         return;
     try {
         helpers_.emplace_back([this] { work(std::nullopt); });
     } catch (const std::system_error &) {
-        // The system gives no more threads. Those that there are do, and if need be the caller's alone.
+        // The system has no thread to spare. The existing ones finish the work, if need be only the caller's.
     }
 }
 
@@ -229,7 +231,7 @@ bool TreeRemoval::mustStop() {
     return error_.load(std::memory_order_relaxed) != 0;
 }
 
-/// Ends the removal, unless it has ended already.
+/// Ends the removal with this error, unless it has ended already.
 std::nullopt_t TreeRemoval::fail(int errorNumber) {
     {
         const std::lock_guard guard(lock_);

@@ -18,49 +18,49 @@
 
 namespace brimvale {
 
-/// The removal of one folder with everything in it, by several threads. Every entry is removed by its name in
-/// the open folder that holds it, and every folder is opened so from the one around it, refusing links and
-/// mount points. So nothing is reached that was not in the tree, whatever is moved or exchanged meanwhile.
+/// Removes one folder with all its contents, with several threads. Every entry is removed by its name in its
+/// open parent, and every subfolder is opened relative to its parent, refusing links and mount points. So
+/// nothing outside the tree is reached, even if folders are moved or swapped during the removal.
 ///
-/// A thread goes down into a folder and stays at it until nothing waits there any more; others take what
-/// waits in any folder that is open. Few folders are kept open, however deep the tree: one that was closed is
-/// opened again from below, by the thread that comes up from there.
+/// A thread enters a folder and stays until no subfolder waits there; other threads take subfolders from any
+/// open folder. Few folders stay open, however deep the tree: a closed one is opened again by the thread that
+/// comes back up to it.
 class TreeRemoval {
 public:
-    /// The folder `name` in the open folder `parent`, which stays.
+    /// The folder `name` in the open folder `parent`, which is not removed.
     TreeRemoval(Descriptor parent, const std::string &name, RemovalProgress &progress);
 
-    /// Removes it. 0, or the errno of the first failure, after which nothing more is removed.
+    /// Removes it. 0, or the errno of the first failure; nothing more is removed after a failure.
     [[nodiscard]] int run();
 
 private:
     using OpenFolder = std::shared_ptr<const Folder>;
 
-    /// The names of folders, a zero byte after each.
+    /// The names of subfolders, a zero byte after each.
     struct Subfolders {
         std::string names;
-        std::size_t count = 0; ///< of those that were not taken yet
-        std::size_t next = 0;  ///< where the first of them begins
+        std::size_t count = 0; ///< the number not yet taken
+        std::size_t next = 0;  ///< the start of the first of them
     };
 
-    /// A folder with folders in it that are still to be removed; all of it is under the lock but what never
-    /// changes: the first four.
+    /// A folder whose subfolders are still being removed. Everything is protected by the lock except the
+    /// first four fields, which never change.
     struct Branch {
         Branch *parent;
         std::string name;
         FileIdentity identity;
         std::list<Branch>::iterator self;
-        OpenFolder folder; ///< null while it is closed to save descriptors
+        OpenFolder folder; ///< null while closed to save descriptors
         Subfolders waiting;
-        std::size_t unfinished; ///< those that wait and those that are being removed
+        std::size_t unfinished; ///< subfolders that wait or are being removed
     };
 
-    /// The next thing that a thread does: to remove a folder in a branch.
+    /// The next work of a thread: remove one folder of a branch.
     struct Task {
         Branch *branch;
-        OpenFolder folder; ///< the branch's
+        OpenFolder folder; ///< of the branch
         std::string name;
-        bool isEmptied; ///< its entries are gone, only itself is left
+        bool isEmptied; ///< only the folder itself is left
     };
 
     void work(std::optional<Task> task);
@@ -81,14 +81,14 @@ private:
     std::nullopt_t fail(int errorNumber);
 
     RemovalProgress &progress_;
-    std::atomic<int> error_ = 0; ///< the first failure's
-    std::optional<Place> place_; ///< of the parent folder of the item
+    std::atomic<int> error_ = 0; ///< of the first failure
+    std::optional<Place> place_; ///< of the item's parent folder
 
     std::mutex lock_;
-    std::condition_variable changed_; ///< there is more to take, or the end has come
+    std::condition_variable changed_; ///< work waits, or the removal has ended
     bool isDone_ = false;
-    std::list<Branch> branches_; ///< the first is the parent folder of the item
-    std::vector<Branch *> open_; ///< those that are open and not the first, longest open first
+    std::list<Branch> branches_; ///< the first is the item's parent folder
+    std::vector<Branch *> open_; ///< the open ones after the first, oldest first
     std::size_t mostOpen_;
     std::vector<std::thread> helpers_;
     std::size_t idleThreads_ = 0;

@@ -4,9 +4,9 @@
 
 namespace brimvale {
 
-/// The locale that the environment sets for `category` ("LC_NUMERIC"), American English where it sets none.
-/// ICU's own default does not look at the category, and takes "C" for a locale that neither groups digits nor
-/// orders names as a reader would.
+/// The locale that the environment sets for `category` ("LC_NUMERIC"); American English by default. ICU's own
+/// default ignores the category, and treats "C" as a locale that neither groups digits nor orders names for
+/// readers.
 [[nodiscard]] icu::Locale userLocale(const char *category);
 
 } // namespace brimvale

@@ -13,12 +13,12 @@ namespace brimvale {
 
 namespace {
 
-/// The file system at "/" answers whatever it is: the program runs from it.
+/// The file system at "/" always answers: the program runs from it.
 bool isDistant(const Mount &mount) {
     return mount.point != "/" && storageKind(mount) == StorageKind::distant;
 }
 
-/// A container has single files of its host's disk mounted into it.
+/// In a container, single files of the host's disk are mounted.
 bool isSingleFile(const Mount &mount) {
     if (mount.root == "/" || storageKind(mount) != StorageKind::local)
         return false;
@@ -38,7 +38,7 @@ MountedVolume volumeOf(const Mount &mount, const std::optional<Capacity> &capaci
     if (capacity) {
         volume.totalCapacity = capacity->total;
         volume.available = capacity->available;
-        // Nothing is held here that would be purged on demand.
+        // Linux keeps nothing here that it would purge on demand.
         volume.availableForImportantUsage = capacity->available;
     }
     if (mount.source.starts_with("/dev/")) {

@@ -11,7 +11,7 @@ void PendingFolders::Siblings::add(std::string_view name, FolderHandle handle, c
     names.append(name).push_back('\0');
 }
 
-/// A copy of the names goes along; the folder does not.
+/// Copies the names, but not the folder.
 PendingFolders::Siblings PendingFolders::Siblings::takeLaterHalf() {
     Siblings later;
     const std::size_t kept = waiting.size() - (count() + 1) / 2;
@@ -87,8 +87,8 @@ bool DirectoryWalk::step() {
     return read(std::move(folder), next.handle, next.identity);
 }
 
-/// Reports everything in the folder that `path_` and the end of `ancestors_` name, and makes it the last
-/// frame if any of its sub-folders are to be walked. False when the walk was cancelled.
+/// Reports every entry of the folder that `path_` and the end of `ancestors_` describe. If it has subfolders
+/// to walk, it becomes the last frame. False when the walk was cancelled.
 bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity &identity) {
     Siblings siblings;
     while (const char *name = folder.nextName()) {
@@ -138,7 +138,7 @@ void DirectoryWalk::push(Siblings siblings) {
     }
 }
 
-/// Drops the last frame, in which nothing waits any more.
+/// Drops the last frame, which has no waiting subfolders.
 void DirectoryWalk::pop() {
     if (frames_.back().siblings.folder.isOpen())
         open_.pop_back();
@@ -146,7 +146,7 @@ void DirectoryWalk::pop() {
     ancestors_.pop_back();
 }
 
-/// Opens what waits in the last frame. Not open, with errno set, on failure.
+/// Opens a waiting subfolder of the last frame. Not open, with errno set, on failure.
 Folder DirectoryWalk::open(const char *name) {
     const Folder &folder = frames_.back().siblings.folder;
     if (folder.isOpen() || (frames_.size() > 1 && reopen()))
@@ -154,8 +154,8 @@ Folder DirectoryWalk::open(const char *name) {
     return frames_.size() == 1 ? Folder::at(name, Folder::Links::refuse) : Folder();
 }
 
-/// Opens again the folder of the last frame, which was closed to save descriptors: upward from the folder
-/// left last, or by its path. Whatever either leads to now, only the same folder will do.
+/// Opens the folder of the last frame again after it was closed to save descriptors: upward from the folder
+/// left last, or by its path. Accepted only if it is the same folder.
 bool DirectoryWalk::reopen() {
     const std::size_t depth = frames_.size() - 1;
     Folder &folder = frames_.back().siblings.folder;
@@ -171,7 +171,7 @@ bool DirectoryWalk::reopen() {
 }
 
 std::optional<PendingFolders> DirectoryWalk::handOver() {
-    // A walk that has but one folder left would only pass its own work on.
+    // A walk with one folder left would only pass on its own work.
     if (waitingCount_ < 2)
         return std::nullopt;
     std::size_t frame = 0;

@@ -2,7 +2,7 @@
 
 namespace brimvale {
 
-/// Whether a name is "." or "..", with which a system lists a folder itself and the one around it.
+/// Whether a name is "." or "..", the entries for a folder itself and for its parent.
 [[nodiscard]] constexpr bool isDotEntry(const char *name) {
     return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }

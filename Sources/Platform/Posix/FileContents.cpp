@@ -11,7 +11,7 @@ namespace brimvale {
 
 namespace {
 
-/// What can be read up to `mostBytes` bytes; nothing on failure.
+/// Up to `mostBytes` bytes; nothing on failure.
 std::optional<std::string> readUpTo(int descriptor, std::size_t mostBytes) {
     std::string contents(mostBytes, '\0');
     std::size_t length = 0;
@@ -40,7 +40,7 @@ std::optional<std::string> contentsOfFile(const std::string &path, std::size_t m
     struct stat record {};
     std::optional<std::string> contents;
     if (fstat(descriptor, &record) == 0 && S_ISREG(record.st_mode)) {
-        // One byte more than it may have tells whether it is too long, whatever its status says.
+        // One byte more than allowed shows that the file is too long, even if its status says otherwise.
         contents = readUpTo(descriptor, mostBytes + 1);
         if (contents && contents->size() > mostBytes)
             contents.reset();

@@ -61,7 +61,7 @@ std::optional<std::string> linkTarget(const std::string &path) {
             target.resize(count);
             return target;
         }
-        target.resize(2 * target.size()); // it may have been cut
+        target.resize(2 * target.size()); // it may be truncated
     }
 }
 

@@ -4,7 +4,7 @@
 
 namespace brimvale {
 
-// localtime_r does not look whether the user has gone elsewhere since it was first called.
+// localtime_r does not notice when the time zone changes after its first call.
 LocalTimeZone::LocalTimeZone() {
     tzset();
 }
@@ -13,7 +13,7 @@ LocalTime LocalTimeZone::at(Date date) const {
     const auto moment =
         static_cast<std::time_t>(std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count());
     std::tm parts{};
-    // A date of 64 bits of nanoseconds never lies beyond what the calendar can count.
+    // A 64-bit date in nanoseconds is always within the calendar's range.
     localtime_r(&moment, &parts);
     return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
             parts.tm_wday,        parts.tm_hour,    parts.tm_min};

@@ -6,8 +6,8 @@ struct stat;
 
 namespace brimvale {
 
-/// Lets the open file's bytes come from the disk when they are read next, as far as the system does that for
-/// bytes that have been written out.
+/// Makes the next read of the open file come from the disk, where the system allows it for bytes that are
+/// already written out.
 void readFromDisk(int descriptor);
 
 /// When the content was last changed.

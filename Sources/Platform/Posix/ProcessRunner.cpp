@@ -20,14 +20,14 @@ namespace brimvale {
 
 namespace {
 
-/// How a child's streams and signals are set up before the tool begins.
+/// The streams and signals of the child before the tool starts.
 class Preparation {
 public:
     Preparation(int output, StandardError standardError) {
         note(posix_spawn_file_actions_init(&streams));
         note(posix_spawnattr_init(&attributes));
-        // The output goes first: where this program runs without standard streams, the pipe itself may have
-        // one of their numbers, which the others then take.
+        // The output goes first: if this program has no standard streams, the pipe itself may have one of
+        // their numbers, which the others overwrite.
         note(posix_spawn_file_actions_adddup2(&streams, output, STDOUT_FILENO));
         if (standardError == StandardError::withOutput)
             note(posix_spawn_file_actions_adddup2(&streams, STDOUT_FILENO, STDERR_FILENO));
@@ -35,7 +35,7 @@ public:
             note(posix_spawn_file_actions_addopen(&streams, STDERR_FILENO, "/dev/null", O_WRONLY, 0));
         note(posix_spawn_file_actions_addopen(&streams, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
 
-        // Signals that this program, or only the calling thread, ignores or blocks would stay so in the tool.
+        // Otherwise the tool would inherit the signals that this program or thread ignores or blocks.
         sigset_t none;
         sigset_t ignored;
         sigemptyset(&none);
@@ -64,7 +64,7 @@ private:
     bool isComplete_ = true;
 };
 
-/// Whether the system's call would take the text for a shorter one.
+/// Whether a system call would cut the text short.
 bool hasZeroByte(const std::string &text) {
     return text.find('\0') != std::string::npos;
 }
@@ -85,7 +85,7 @@ std::optional<pid_t> start(const std::string &executable, const std::vector<std:
     return child;
 }
 
-/// Asks whether to stop, at most once an interval, and ends the child as soon as the answer is yes.
+/// Asks whether to stop, at most once an interval, and kills the child when the answer is yes.
 class Stopper {
 public:
     static constexpr std::chrono::milliseconds interval{100};
@@ -111,19 +111,19 @@ private:
     std::chrono::steady_clock::time_point next_{};
 };
 
-/// Waits for the descriptor to become readable, and no longer than the stopper may.
+/// Waits until the descriptor is readable or the stopper wants to ask again.
 void awaitOutput(int descriptor, const Stopper &stopper) {
     pollfd waited{.fd = descriptor, .events = POLLIN, .revents = 0};
     if (stopper.isNeeded())
         poll(&waited, 1, static_cast<int>(Stopper::interval.count()));
 }
 
-/// Whether reading the descriptor, which is not to wait, has to wait nevertheless.
+/// Whether the last read, which does not block, found no data yet.
 bool isStillEmpty() {
     return errno == EAGAIN || errno == EWOULDBLOCK;
 }
 
-/// All that is written until the last writer is gone, or the child has been stopped.
+/// Everything written until the last writer closes or the child is stopped.
 std::string readToEnd(int descriptor, Stopper &stopper) {
     if (stopper.isNeeded())
         fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) | O_NONBLOCK);
@@ -141,7 +141,7 @@ std::string readToEnd(int descriptor, Stopper &stopper) {
     return bytes;
 }
 
-/// Waits for a child that may work on after its output is closed, so that it can be stopped even then.
+/// Waits for a child that may keep running after its output is closed, and can still stop it.
 std::optional<int> exitStatusOf(pid_t child, Stopper &stopper) {
     int status = 0;
     while (true) {
@@ -152,7 +152,7 @@ std::optional<int> exitStatusOf(pid_t child, Stopper &stopper) {
             return std::nullopt;
         if (ended == 0) {
             stopper.ask();
-            poll(nullptr, 0, 10); // a child's end wakes nobody here
+            poll(nullptr, 0, 10); // the end of a child does not wake poll
         }
     }
 }
@@ -174,11 +174,11 @@ std::optional<ProcessResult> runProcess(const std::string &executable,
     const std::optional<pid_t> child = start(executable, arguments, standardError, writing.number());
     if (!child)
         return std::nullopt;
-    // The output ends only when nobody holds its writing end, so not this program either.
+    // The output ends only when every writing end is closed, including this one.
     writing.close();
     Stopper stopper(isStopped, *child);
     std::string output = readToEnd(reading.number(), stopper);
-    // Had reading failed, the tool must not wait for a reader while it is waited for.
+    // If reading failed, the tool must not block on writing while we wait for it.
     reading.close();
     return ProcessResult{std::move(output), exitStatusOf(*child, stopper)};
 }

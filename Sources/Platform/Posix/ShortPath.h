@@ -9,12 +9,12 @@
 
 namespace brimvale {
 
-/// How every folder is opened that is read or passed through.
+/// The flags for opening a folder to read it or to reach what is below it.
 constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
 
-/// Runs `call(descriptor, rest)`, a system call of the …at family that answers −1 on failure, for a path of
-/// any length: `rest` is short enough for one call, `descriptor` is the folder that it is relative to.
-/// Answers what the call answers, −1 with errno set where an enclosing folder could not be opened.
+/// Runs `call(descriptor, rest)`, a system call of the …at family that returns −1 on failure, for a path of
+/// any length: `rest` is short enough for one call and relative to the folder `descriptor`. Returns the
+/// result of the call, or −1 with errno set where an ancestor could not be opened.
 template<class Call>
 int withShortPath(std::string path, Call call) {
     int parent = AT_FDCWD;

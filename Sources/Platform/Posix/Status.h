@@ -6,7 +6,7 @@ struct stat;
 
 namespace brimvale {
 
-/// The system's record as ours.
+/// Converts the system's status record.
 [[nodiscard]] FileStatus statusOf(const struct stat &record);
 
 } // namespace brimvale

@@ -19,7 +19,7 @@ Sha256::Sha256() : state_(std::make_unique<State>()) {
 Sha256::~Sha256() = default;
 
 void Sha256::add(std::string_view bytes) {
-    // One call takes 32 bits' worth at the most.
+    // One call takes at most 32 bits of length.
     constexpr std::size_t most = std::numeric_limits<CC_LONG>::max();
     while (!bytes.empty()) {
         const std::string_view part = bytes.substr(0, most);

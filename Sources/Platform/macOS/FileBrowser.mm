@@ -8,12 +8,12 @@
 namespace brimvale {
 
 bool FileBrowser::reveal(const FileURL &item, const Tools & /*tools*/) {
-    // A Finder that selects a missing item opens nothing and reports nothing.
+    // For a missing item the Finder opens nothing and reports no error.
     if (!fileStatus(item.path()))
         return false;
     @autoreleasepool {
         NSURL *url = urlOf(item);
-        // AppKit promises nothing for other threads.
+        // AppKit is not documented as safe on other threads.
         dispatch_async(dispatch_get_main_queue(), ^{
           [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:@[ url ]];
         });

@@ -4,8 +4,8 @@
 #include "Platform/macOS/NativeError.h"
 #include "Platform/macOS/NativeURL.h"
 
-/// Counts what a file manager is about to remove, refuses it once the removal is cancelled, and lets pass
-/// what somebody else has removed meanwhile.
+/// Counts what a file manager is about to remove, refuses it once the removal is cancelled, and ignores
+/// entries that another program removed first.
 @interface BrimvaleRemovalWatcher : NSObject <NSFileManagerDelegate>
 @property(nonatomic) brimvale::RemovalProgress *progress;
 @end
@@ -36,15 +36,15 @@ std::optional<FileError> removeItem(const FileURL &item, RemovalProgress *progre
         if (!item.namesEntry())
             return fileErrorOf(nil);
         NSURL *url = urlOf(item);
-        // The shared manager may have no delegate. None keeps its delegate alive.
+        // The shared manager may have no delegate. A manager does not keep its delegate alive.
         NSFileManager *manager = [[NSFileManager alloc] init];
         NS_VALID_UNTIL_END_OF_SCOPE BrimvaleRemovalWatcher *watcher = [[BrimvaleRemovalWatcher alloc] init];
         watcher.progress = progress;
-        // For what is missing from the start the watcher is not asked, who would let it pass.
+        // Without the watcher, because it would ignore the error for an item that is missing from the start.
         manager.delegate = fileStatus(item.path()) ? watcher : nil;
         NSError *error = nil;
         const BOOL isRemoved = [manager removeItemAtURL:url error:&error];
-        // What was refused may not count as an error.
+        // A refused entry may not count as an error.
         if (progress != nullptr && progress->cancelled && (!isRemoved || fileStatus(item.path())))
             error = [NSError errorWithDomain:NSCocoaErrorDomain code:NSUserCancelledError userInfo:nil];
         else if (isRemoved)

@@ -5,7 +5,7 @@
 namespace brimvale {
 
 void syncFileSystem(const std::string &path) {
-    // sync alone only begins to write, but is all there is for some network volumes.
+    // sync only starts writing, but some network volumes support nothing else.
     if (sync_volume_np(path.c_str(), SYNC_VOLUME_FULLSYNC | SYNC_VOLUME_WAIT) != 0)
         sync();
 }

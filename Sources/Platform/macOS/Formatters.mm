@@ -8,7 +8,7 @@ namespace brimvale::Formatters {
 
 namespace {
 
-/// The lock is there because Foundation does not promise that a formatter may serve several threads at once.
+/// Locked, because Foundation does not promise that formatters are thread-safe.
 struct NativeFormatters {
     std::mutex lock;
     NSByteCountFormatter *sizes = [[NSByteCountFormatter alloc] init];

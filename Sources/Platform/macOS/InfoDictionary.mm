@@ -18,7 +18,7 @@ std::optional<std::string> stringIn(NSDictionary *dictionary, NSString *key) {
 
 } // namespace
 
-// A bundle object would wait for ever where the file is a pipe, and keep what it has read first.
+// An NSBundle would block on a pipe, and would cache what it read first.
 BundleInfo parseModestInfoDictionary(std::string_view bytes) {
     @autoreleasepool {
         NSData *data = [NSData dataWithBytes:bytes.data() length:bytes.size()];

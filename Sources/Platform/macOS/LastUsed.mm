@@ -10,7 +10,7 @@ std::optional<Date> lastUsedDate(const FileURL &item) {
     @autoreleasepool {
         NSString *path = [NSFileManager.defaultManager stringWithFileSystemRepresentation:item.path().c_str()
                                                                                    length:item.path().size()];
-        if (path == nil) // a name that is no UTF-8, which the index cannot have
+        if (path == nil) // the name is not UTF-8, so the index cannot hold it
             return std::nullopt;
         id metadata = CFBridgingRelease(MDItemCreate(kCFAllocatorDefault, (__bridge CFStringRef)path));
         if (metadata == nil)

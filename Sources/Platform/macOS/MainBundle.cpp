@@ -8,7 +8,7 @@ namespace brimvale {
 
 namespace {
 
-/// The text of an entry of the bundle's dictionary; nothing when it is absent or no text.
+/// The text of an entry of the bundle's Info.plist; nothing when it is missing or no text.
 std::optional<std::string> textOf(CFBundleRef bundle, CFStringRef key) {
     const CFTypeRef value = CFBundleGetValueForInfoDictionaryKey(bundle, key);
     if (value == nullptr || CFGetTypeID(value) != CFStringGetTypeID())
@@ -23,7 +23,7 @@ std::optional<std::string> textOf(CFBundleRef bundle, CFStringRef key) {
     return bytes;
 }
 
-/// A program that lies by itself gets a bundle, too, which is the folder around it, but no identifier.
+/// A program outside a bundle also gets one, its parent folder, but without an identifier.
 FileURL locationOf(CFBundleRef bundle) {
     std::array<char, PATH_MAX> path{};
     const bool isPacked = CFBundleGetIdentifier(bundle) != nullptr;

@@ -6,9 +6,9 @@
 
 namespace brimvale {
 
-/// The system's error with its description and the errors beneath it. A domain that is neither POSIX nor
-/// Cocoa counts as Cocoa's: the codes of the others are negative, so they are never taken for one of its own.
-/// Nil, where the system failed without a reason, counts as "unknown error" on writing.
+/// The system's error with its description and its underlying errors. Domains other than POSIX count as
+/// Cocoa: the codes of the others are negative, so none is mistaken for one of Cocoa's. Nil, when the system
+/// failed without a reason, counts as "unknown error" on writing.
 [[nodiscard]] FileError fileErrorOf(NSError *error);
 
 } // namespace brimvale

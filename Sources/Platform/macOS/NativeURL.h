@@ -7,8 +7,8 @@
 
 namespace brimvale {
 
-/// The location of an item as Foundation has it, byte for byte, but without a slash at its end, which would
-/// lead through a link. The item need not exist.
+/// The item as an NSURL, byte for byte, but without a trailing slash, which would follow a link. The item
+/// need not exist.
 [[nodiscard]] inline NSURL *urlOf(const FileURL &item) {
     std::string path = item.path();
     while (path.size() > 1 && path.back() == '/')

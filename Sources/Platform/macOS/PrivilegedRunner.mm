@@ -14,7 +14,7 @@ namespace {
 std::optional<PrivilegedRunError> run(const std::string &script) {
     @autoreleasepool {
         NSString *source = [NSString stringWithUTF8String:script.c_str()];
-        // What is no script cannot be run, and reports no error either.
+        // An invalid script cannot be run, and reports no error either.
         NSAppleScript *object = source == nil ? nil : [[NSAppleScript alloc] initWithSource:source];
         NSDictionary<NSString *, id> *information = nil;
         [object executeAndReturnError:&information];
@@ -32,7 +32,7 @@ std::optional<PrivilegedRunError> run(const std::string &script) {
 std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command, const Tools & /*tools*/) {
     static std::mutex oneQuestionAtATime;
     const std::lock_guard guard(oneQuestionAtATime);
-    // A script belongs to the thread that made it, so each has a thread for itself from its start to its end.
+    // A script must be used on the thread that made it, so each gets a thread of its own.
     std::optional<PrivilegedRunError> error;
     try {
         std::thread([&] { error = run(administratorScript(command)); }).join();

@@ -7,8 +7,8 @@
 namespace brimvale {
 
 bool openPipe(std::array<int, 2> &ends) {
-    // There is no pipe2 here. Between the calls another thread may start a tool, which `inheritanceFlags`
-    // keeps from inheriting the ends.
+    // There is no pipe2 here. Another thread may start a tool between the calls; `inheritanceFlags` keeps it
+    // from inheriting the ends.
     if (pipe(ends.data()) != 0)
         return false;
     for (const int end : ends)

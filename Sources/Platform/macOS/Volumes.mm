@@ -33,7 +33,7 @@ MountedVolume volumeOf(NSURL *url, NSDictionary<NSURLResourceKey, id> *values) {
 
 } // namespace
 
-// The system itself keeps what its network volumes last answered.
+// The system itself caches the last answers of network volumes.
 std::vector<MountedVolume> mountedVolumes(std::chrono::milliseconds /*patience*/, const Tools & /*tools*/) {
     std::vector<MountedVolume> volumes;
     @autoreleasepool {
