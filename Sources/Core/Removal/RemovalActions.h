@@ -10,25 +10,25 @@
 
 namespace brimvale {
 
-/// All that a removal does to the world outside. Everything destructive in the program goes through one such
-/// object, so that a test can put its own in the place of the platform's and see every call. Called from
-/// several threads, one call at a time for each removal.
+/// Everything a removal does to the outside world. All destructive operations of the program go through one
+/// such object, so a test can replace the platform's and see every call. Called from several threads, one
+/// call at a time for each removal.
 class RemovalActions {
 public:
     virtual ~RemovalActions() = default;
 
-    /// Deletes the item with all that is in it.
+    /// Deletes the item with all its contents.
     [[nodiscard]] virtual std::optional<FileError> removeItem(const FileURL &url,
                                                               RemovalProgress *progress) = 0;
 
     /// Moves the item into the user's Trash.
     [[nodiscard]] virtual std::optional<FileError> moveToTrash(const FileURL &url) = 0;
 
-    /// Runs a shell command as the administrator, after the system has asked for the password.
+    /// Runs a shell command as administrator, after the system has asked for the password.
     [[nodiscard]] virtual std::optional<PrivilegedRunError>
     runAsAdministrator(const std::string &command) = 0;
 
-    /// Those of the platform; without state.
+    /// The actions of the platform; without state.
     [[nodiscard]] static RemovalActions &platform();
 };
 

@@ -16,7 +16,7 @@ namespace brimvale {
 
 namespace {
 
-/// What is structural for the host: the catalog's folders, and the user's own, whatever their names.
+/// The structural folders of the host: those of the catalog and the user's own, by their local names.
 std::vector<std::string> structuralFolders(const Host &host) {
     std::vector<std::string> folders = catalogOf(host.system).guardedPaths(host.home).structural;
     for (const FileURL &folder : userDirectories(host.home).all)
@@ -24,8 +24,8 @@ std::vector<std::string> structuralFolders(const Host &host) {
     return folders;
 }
 
-/// The host with its home under the name that has no link in it, where that is another one: both spellings of
-/// a home are met, as in a scan of the whole disk.
+/// The host with the resolved path of its home, where that is different: a scan of the whole disk finds the
+/// home by both paths.
 std::optional<Host> withResolvedHome(const Host &host) {
     std::error_code error;
     const std::filesystem::path resolved = std::filesystem::canonical(host.home.path(), error);
@@ -40,12 +40,12 @@ std::string sentence(const std::string &path, std::string_view predicate) {
     return displayText(path).append(predicate);
 }
 
-/// Whether the path is that of an item right at the top of the file system. It is in its plain form.
+/// Whether the standardised path is directly below "/".
 bool isAtTheTop(const std::string &path) {
     return path.rfind('/') == 0;
 }
 
-/// As much of the path as `other` has components.
+/// The first components of `path`, as many as `other` has.
 std::string asDeepAs(const std::string &other, const std::string &path) {
     std::size_t end = 0;
     for (auto slashes = std::count(other.begin(), other.end(), '/'); slashes > 0 && end < path.size();
@@ -72,7 +72,7 @@ RemovalGuards::SystemGuards::SystemGuards(const Host &host) {
     GuardedPaths paths = catalogOf(host.system).guardedPaths(host.home);
     openPrefixes_ = std::move(paths.openPrefixes);
 
-    // Standardising may have dropped a leading /private from the path, so both forms are looked for.
+    // Standardising may have dropped a leading /private, so both forms are checked.
     constexpr std::string_view privateFolder = "/private";
     for (std::string &prefix : paths.protectedPrefixes) {
         std::string without = prefix.starts_with("/private/") ? prefix.substr(privateFolder.size()) : "";
@@ -89,8 +89,8 @@ RemovalGuards::SystemGuards::SystemGuards(const Host &host) {
             addSpelling(text.substr(0, text.rfind('/')));
 }
 
-/// The path with the deepest guarded folder on it spelled as the guards have it, where the file system takes
-/// both spellings for the same folder.
+/// The path with its deepest guarded folder spelled as in the guards, if both spellings are the same folder
+/// on this disk.
 std::string RemovalGuards::SystemGuards::asGuarded(const std::string &path) const {
     const std::string folded = caseFolded(path);
     std::string result = path;

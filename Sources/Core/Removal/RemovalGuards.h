@@ -12,25 +12,23 @@
 
 namespace brimvale {
 
-/// The gate in front of every removal: what is structural or belongs to the system does not pass, whoever
-/// asks.
+/// Every removal is checked here first. Structural and system paths are always refused. Immutable, and made
+/// for one host: its home is read once, when the guards are made.
 ///
-/// Immutable, and made for one host: its home is looked at once, when the guards are made. A path is judged
-/// by its standardised text, byte by byte, except that a folder which is guarded stays so under every
-/// spelling that the file system takes for it ("~/documents" where case does not matter). Where a link in it
-/// leads is not considered, so what lies behind a link into a protected place is kept by its owner's
-/// permissions alone.
+/// A path is checked as its standardised text, byte by byte. But a guarded folder is guarded in every
+/// spelling that the file system accepts for it ("~/documents" where case does not matter). The targets of
+/// links in the path are not checked, so only file permissions protect what is behind a link into a protected
+/// place.
 class RemovalGuards {
 public:
     explicit RemovalGuards(const Host &host);
 
-    /// Nothing when the item may be removed; otherwise why not, as one readable sentence. The disk is asked
-    /// for nothing but what standardising needs, whether the item exists (a link that leads nowhere does
-    /// not), and whether what is spelled almost like a guarded folder is that folder. Never fails.
-    /// Thread-safe.
+    /// Nothing when the item may be removed; otherwise the reason, as one readable sentence. Asks the disk
+    /// only to standardise the path, to see whether the item exists (a link that leads nowhere does not), and
+    /// to compare a path spelled almost like a guarded folder with that folder. Never fails. Thread-safe.
     ///
-    /// Where the host's system is not the one that the program was built for, the guards of both have to
-    /// admit the item; those of the host's system speak first.
+    /// If the host's system is not the one the program was built for, the guards of both must allow the item;
+    /// the reason of the host's system comes first.
     [[nodiscard]] std::optional<std::string> check(const FileURL &url) const;
 
 private:
@@ -45,18 +43,18 @@ private:
 
         struct Prefix {
             std::string protectedPrefix;
-            std::string withoutPrivate; ///< the same place as macOS also calls it; empty where there is none
+            std::string withoutPrivate; ///< the same place without /private; empty where there is none
         };
 
         std::unordered_set<std::string> structural_;
         std::vector<Prefix> protectedPrefixes_;
         std::vector<std::string> openPrefixes_;
         std::vector<std::pair<std::string, std::string>>
-            spellings_; ///< each guarded folder, case-folded first
+            spellings_; ///< guarded folders by their case-folded paths
     };
 
     SystemGuards inForce_;
-    std::optional<SystemGuards> platform_; ///< where it is another one
+    std::optional<SystemGuards> platform_; ///< where it differs
 };
 
 } // namespace brimvale

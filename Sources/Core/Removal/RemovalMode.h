@@ -5,13 +5,13 @@
 
 namespace brimvale {
 
-/// How something is removed.
+/// The ways to remove something.
 enum class RemovalMode { trash, deleteNow };
 
-/// Every mode, in the order in which they are offered; the first is the one to begin with.
+/// Every mode, in the order of the menus; the first is the default.
 inline constexpr std::array allRemovalModes = {RemovalMode::trash, RemovalMode::deleteNow};
 
-/// What the user reads for it in a list of modes.
+/// The mode's title in a menu.
 [[nodiscard]] constexpr std::string_view title(RemovalMode mode) {
     return mode == RemovalMode::trash ? "Move to Trash" : "Delete immediately";
 }

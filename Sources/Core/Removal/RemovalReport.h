@@ -9,23 +9,23 @@
 
 namespace brimvale {
 
-/// The words in which the outcome of a removal is told, in the window and in the terminal.
+/// The texts that report the outcome of a removal, in the window and in the terminal.
 namespace RemovalReport {
 
-/// "Done", or "Finished with problems" where something has failed.
+/// "Done", or "Finished with problems" if anything failed.
 [[nodiscard]] std::string_view title(const RemovalResult &result);
 
 /// "Removed 3 items, reclaiming 1.2 GB".
 [[nodiscard]] std::string summary(const RemovalResult &result);
 
-/// The path and the reason, which may begin with the path by itself; as text for display.
+/// The path and the reason, for display. A reason that begins with the path stands alone.
 [[nodiscard]] std::string failureLine(const RemovalResult::Failure &failure);
 
-/// One line a failure. Of five or more only the first four are
-/// shown, and a last line tells how many more there are.
+/// One line per failure. Of five or more only the first four are shown, and a last line gives the number of
+/// the others.
 [[nodiscard]] std::vector<std::string> failureLines(const RemovalResult &result);
 
-/// What a removal to the Trash gives: "This frees about 4.2 GB. Moving to Trash does not free space until the
+/// The remark on moving to the Trash: "This frees about 4.2 GB. Moving to Trash does not free space until the
 /// Trash is emptied."
 [[nodiscard]] std::string trashRemark(std::int64_t bytes);
 

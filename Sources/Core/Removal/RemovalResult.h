@@ -9,7 +9,7 @@
 
 namespace brimvale {
 
-/// What became of every item of one removal: each stands in exactly one list.
+/// The outcome of one removal: every item is in exactly one list.
 struct RemovalResult {
     struct Failure {
         FileURL url;
@@ -20,7 +20,7 @@ struct RemovalResult {
     std::vector<FileURL> succeeded;
     std::vector<Failure> failed;
     std::int64_t bytesFreed = 0;
-    std::vector<FileURL> needsAdmin; ///< may be retried with administrator rights
+    std::vector<FileURL> needsAdmin; ///< can be retried as administrator
 
     friend bool operator==(const RemovalResult &, const RemovalResult &) = default;
 };

@@ -18,11 +18,11 @@ namespace brimvale::Remover {
 
 namespace {
 
-constexpr int noPermissionToWrite = 513; // these two are codes of Cocoa's file functions
+constexpr int noPermissionToWrite = 513; // both are codes of Cocoa's file functions
 constexpr int volumeIsReadOnly = 642;
 
-/// In bytes. Linux takes no longer argument (MAX_ARG_STRLEN, 128 KiB with the zero at its end), and the
-/// command is one; macOS takes more.
+/// In bytes. The command is one argument, and Linux allows no longer ones (MAX_ARG_STRLEN, 128 KiB including
+/// the zero); macOS allows more.
 constexpr std::size_t longestCommand = 131'071;
 
 constexpr const char *stoppedReason = "Not removed: the removal was stopped.";
@@ -33,7 +33,7 @@ bool isStopped(const RemovalProgress *progress) {
     return progress != nullptr && progress->cancelled;
 }
 
-/// What the item takes on the disk, in allocated bytes.
+/// The size of the item in allocated bytes.
 std::int64_t measuredSize(const FileURL &item, const RemovalProgress *progress = nullptr) {
     return DiskScanner::quickSize(item.path(), ScanOptions::standard(),
                                   [progress] { return isStopped(progress); });
@@ -43,12 +43,12 @@ bool needsAdministrator(const FileError &error) {
     return error.code == noPermissionToWrite || error.code == volumeIsReadOnly || isPermissionDenied(error);
 }
 
-/// Whether there is certainly nothing at the path any more, not even a link that leads nowhere.
+/// Whether certainly nothing is left at the path, not even a link that leads nowhere.
 bool isGone(const FileURL &item) {
     return !fileStatus(item.path()) && (errno == ENOENT || errno == ENOTDIR);
 }
 
-/// The move of an item counts as one entry, whatever is in it.
+/// Moving an item counts as one entry, whatever it contains.
 std::optional<FileError> moveToTrash(const FileURL &item, RemovalProgress *progress,
                                      RemovalActions &actions) {
     std::optional<FileError> error = actions.moveToTrash(item);
@@ -68,7 +68,7 @@ std::string withoutEvery(std::string text, std::string_view part) {
     return text;
 }
 
-/// Whether the text means nothing but itself to a shell and in a script.
+/// Whether a shell and a script take every character of the text literally.
 bool isHarmless(std::string_view text) {
     return text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789.-_") ==
            std::string_view::npos;
@@ -121,8 +121,9 @@ RemovalResult remove(const std::vector<FileURL> &urls, RemovalMode mode, const S
     return result;
 }
 
-// The command names the paths that were judged a moment ago. Whoever can rename their enclosing folders until
-// it runs can lead it elsewhere: that is the user alone, for whom the guards are no barrier but a railing.
+// The command uses the paths that were just checked. If a parent folder is renamed before it runs, it may
+// delete something else, but only the user can do that. The guards prevent accidents; they cannot stop users
+// from deleting their own files.
 RemovalResult removeWithAdmin(const std::vector<FileURL> &urls, RemovalActions &actions) {
     RemovalResult result;
     std::vector<FileURL> admitted;
@@ -156,14 +157,14 @@ RemovalResult removeWithAdmin(const std::vector<FileURL> &urls, RemovalActions &
         if (!isGone(item))
             result.failed.push_back({item, "Still present after removal."});
         else
-            addSuccess(result, item, std::exchange(sizes[item], 0)); // named twice, it was there once
+            addSuccess(result, item, std::exchange(sizes[item], 0)); // an item named twice counts once
     }
     return result;
 }
 
 bool deleteSnapshot(const std::string &name, const FileURL & /*volume*/, RemovalActions &actions) {
     const std::string stamp = withoutEvery(withoutEvery(name, "com.apple.TimeMachine."), ".local");
-    // The stamp goes to the administrator's shell unquoted, and no real one has any other character.
+    // The date goes to the administrator's shell unquoted, so names with any other character are refused.
     return isHarmless(stamp) && !actions.runAsAdministrator("/usr/bin/tmutil deletelocalsnapshots " + stamp);
 }
 

@@ -12,38 +12,37 @@
 
 namespace brimvale {
 
-/// Carries out removals that the user has confirmed. Every item passes the guards first, and what was judged,
-/// the standardised path, is what is removed. Nothing is ever tried twice, and an item that fails stops no
-/// other. Without state; everything blocks, so call it off the main thread.
+/// Carries out confirmed removals. Every item is checked by the guards first, and the path removed is the
+/// standardised path that was checked. Nothing is tried twice, and a failed item does not stop the others.
+/// Without state; every function blocks, so call it off the main thread.
 namespace Remover {
 
-/// Allocated bytes of items that have been measured already.
+/// Allocated bytes of items already measured.
 using Sizes = std::unordered_map<FileURL, std::int64_t>;
 
-/// Nothing when the item may be removed; otherwise why not, as one readable sentence. The guards are those of
-/// the host in force when this is first called, for good.
+/// Nothing when the item may be removed; otherwise the reason, as one readable sentence. Uses the guards of
+/// the host at the first call, for the whole run of the program.
 [[nodiscard]] std::optional<std::string> check(const FileURL &url);
 
-/// Whether the file layer's error means that the user may not do this: it, or the error right beneath it, is
-/// the system's EACCES.
+/// Whether the error means that the user lacks permission: the error itself, or the one directly underneath,
+/// is POSIX EACCES.
 [[nodiscard]] bool isPermissionDenied(const FileError &error);
 
-/// Moves the items to the Trash or deletes them, in this order. Sizes are taken from `precomputedSizes`, else
-/// measured right before. Once `progress` is cancelled, nothing further is removed: the items that were not
-/// reached are failures that say so. A sum of bytes beyond 64 bits ends the program.
+/// Moves the items to the Trash or deletes them, in this order. Sizes come from `precomputedSizes`, or are
+/// measured just before the removal. Once `progress` is cancelled nothing more is removed, and the remaining
+/// items are failures that say so. A sum above 64 bits ends the program.
 [[nodiscard]] RemovalResult remove(const std::vector<FileURL> &urls, RemovalMode mode,
                                    const Sizes &precomputedSizes = {}, RemovalProgress *progress = nullptr,
                                    RemovalActions &actions = RemovalActions::platform());
 
-/// Deletes the items for good with one command as the administrator, for which the system asks once for the
-/// password; not at all where no item is admitted. Whether an item is gone is then seen on the disk, whatever
-/// the command says. What no longer fits into the longest command that every system takes is not attempted,
-/// and a failure that says so.
+/// Deletes the items as administrator with one command; the system asks once for the password, or not at all
+/// if every item is refused. Whether an item is gone is checked on the disk, whatever the command reports.
+/// Items that do not fit into the longest possible command are failures that say so.
 [[nodiscard]] RemovalResult removeWithAdmin(const std::vector<FileURL> &urls,
                                             RemovalActions &actions = RemovalActions::platform());
 
-/// Deletes a local snapshot as the administrator, by the date in its name; false when that fails. `volume` is
-/// not used: the system deletes the snapshot of that date wherever it is.
+/// Deletes a local snapshot as administrator, by the date in its name; false on failure. `volume` is not
+/// used: the system deletes the snapshots of that date on every volume.
 [[nodiscard]] bool deleteSnapshot(const std::string &name, const FileURL &volume,
                                   RemovalActions &actions = RemovalActions::platform());
 

@@ -7,10 +7,10 @@
 
 namespace brimvale {
 
-/// A counter that parallel tasks share, under a lock.
+/// A counter shared by parallel tasks, with a lock.
 class Counter {
 public:
-    /// Adds and answers the new value.
+    /// Adds `amount` and returns the new value.
     std::int64_t add(std::int64_t amount) {
         const std::lock_guard guard(lock_);
         value_ = checkedAdd(value_, amount);

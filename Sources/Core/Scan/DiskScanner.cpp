@@ -32,7 +32,7 @@ void setFigures(FSNode &node, const FileStatus &status) {
     node.fileCount = 1;
 }
 
-/// The entries right in the scan root that are not to be looked at.
+/// Adds the skipped entries directly in the scan root.
 void addSkipped(FSNode &root, const std::vector<std::string> &names, const std::string &path,
                 const ScanState &state) {
     for (const std::string &name : names) {
@@ -45,7 +45,7 @@ void addSkipped(FSNode &root, const std::vector<std::string> &names, const std::
     }
 }
 
-/// A file right in the scan root: it has a node whatever its size, and counts under each of its names.
+/// A file directly in the scan root always gets a node, and counts under each of its names.
 void addFile(FSNode &root, FSNode &node, const FileStatus &status, ScanStats &stats) {
     setFigures(node, status);
     root.size = checkedAdd(root.size, node.size);
@@ -54,8 +54,8 @@ void addFile(FSNode &root, FSNode &node, const FileStatus &status, ScanStats &st
     stats.add(1, node.size);
 }
 
-/// The other entries right in the scan root. Answers the folders among them, to be walked; each founds the
-/// device that its own walk stays on.
+/// Adds the other entries directly in the scan root, and returns the folders among them for the walk. Each
+/// folder sets the device that its own walk stays on.
 PendingFolders addEntries(FSNode &root, Folder folder, const std::vector<std::string> &names,
                           const std::string &path, ScanState &state) {
     std::vector<std::unique_ptr<FSNode>> nodes;
@@ -83,7 +83,7 @@ PendingFolders addEntries(FSNode &root, Folder folder, const std::vector<std::st
     return pending;
 }
 
-/// Adds up what one walk meets.
+/// Sums up one walk.
 class Summing final : public WalkVisitor {
 public:
     Summing(const SkipList &skipped, const std::function<bool()> &cancelled, Counter &total)
@@ -123,7 +123,7 @@ std::unique_ptr<FSNode> DiskScanner::scan(const std::string &root, const ScanOpt
     if (!folder.isOpen()) {
         const int error = errno;
         const std::optional<FileStatus> status = fileStatus(path);
-        // A folder that cannot be listed, and a link that leads nowhere, stay empty.
+        // A folder that cannot be listed and a link that leads nowhere stay empty.
         if (status && (error == ENOTDIR || status->kind == FileKind::regularFile))
             setFigures(*node, *status);
         return node;

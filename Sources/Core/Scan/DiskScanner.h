@@ -12,18 +12,17 @@
 
 namespace brimvale {
 
-/// Measures folders. Never follows a symbolic link below the path it is given, never crosses onto another
-/// volume unless told to, never enters a skipped folder, and counts a file with several names once a scan.
-/// What cannot be read becomes a flag or a count, never an error. A size or count that no longer fits into 64
-/// bits ends the program.
+/// Measures folders. Never follows a symbolic link below the given path, never enters another volume unless
+/// told to, never enters a skipped folder, and counts a file with several names once per scan. Anything
+/// unreadable sets a flag or a count, and is never an error. A size or count above 64 bits ends the program.
 namespace DiskScanner {
 
-/// The sized tree of the folder at `root` (absolute; a link to a folder is followed). Blocks; call it off the
-/// main thread. Always answers a node: one without children where nothing exists, or nothing can be listed; a
-/// node with the file's figures where `root` is no folder. The children are not yet sorted.
+/// The tree with sizes of the folder at `root` (absolute; a link to a folder is followed). Blocks; call it
+/// off the main thread. Always returns a node: without children where nothing exists or can be listed; with
+/// the file's figures where `root` is no folder. The children are not sorted yet.
 ///
-/// After `stats.cancel()` it answers what was counted until then: folders not yet entered are missing, and
-/// those not yet finished have no aggregate and keep their logical size to themselves.
+/// After `stats.cancel()` it returns what was counted until then: folders not yet entered are missing, and
+/// unfinished ones have no aggregate and do not add their logical size to their parent.
 [[nodiscard]] std::unique_ptr<FSNode> scan(const std::string &root, const ScanOptions &options,
                                            ScanStats &stats, WalkPool &pool = WalkPool::shared());
 

@@ -20,7 +20,7 @@ std::unique_ptr<FSNode> FSNode::aggregate(FSNode &parent, std::int64_t count) {
     return node;
 }
 
-/// Leaf by leaf: a chain of a million folders must not recurse through their destructors.
+/// Destroyed leaf by leaf: a chain of a million folders must not recurse through the destructors.
 FSNode::~FSNode() {
     FSNode *node = this;
     while (node != this || !children_.empty()) {
@@ -88,7 +88,7 @@ void FSNode::sortRecursively() {
     while (!waiting.empty()) {
         FSNode *node = waiting.back();
         waiting.pop_back();
-        if (node->children_.size() > 1) // the sort would take memory for one, too
+        if (node->children_.size() > 1) // sorting would allocate memory for a single child, too
             std::stable_sort(node->children_.begin(), node->children_.end(),
                              [](const auto &a, const auto &b) { return a->size > b->size; });
         for (const std::unique_ptr<FSNode> &child : node->children_)

@@ -30,7 +30,7 @@ public:
             listing_.files.push_back({relative, true});
     }
 
-    /// Lists the next folder that waits; false when none is left.
+    /// Lists the next waiting folder; false when none is left.
     bool step() {
         if (folders_.empty())
             return false;

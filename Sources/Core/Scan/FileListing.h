@@ -6,16 +6,16 @@
 
 namespace brimvale {
 
-/// A file or symbolic link somewhere inside a folder.
+/// A file or symbolic link at any depth in a folder.
 struct ListedFile {
-    std::string path; ///< relative to that folder; empty where the place asked for is no folder itself
+    std::string path; ///< relative to that folder; empty if the listed place is no folder
     bool isLink = false;
 };
 
-/// What a place holds, with everything below it.
+/// The files of a place, at any depth.
 struct FileListing {
     std::vector<ListedFile> files;       ///< regular files and symbolic links, sorted by path
-    std::vector<std::string> unreadable; ///< folders not listed whole, and entries that hide what they are
+    std::vector<std::string> unreadable; ///< folders not fully listed, and entries of unknown kind
 };
 
 /// Lists what the folder at an absolute path holds, or the file or link there by itself. No link is followed.

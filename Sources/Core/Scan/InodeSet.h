@@ -6,10 +6,10 @@
 
 namespace brimvale {
 
-/// The files with several names that one scan has met, under a lock.
+/// The files with several names found by one scan, with a lock.
 class InodeSet {
 public:
-    /// Remembers a file; true when it was not yet known.
+    /// Adds a file; true when it is new.
     [[nodiscard]] bool insert(std::uint64_t device, std::uint64_t inode) {
         const std::uint64_t key = inode ^ (device * 0x9E3779B97F4A7C15U);
         const std::lock_guard guard(lock_);

@@ -8,7 +8,7 @@ namespace brimvale {
 
 namespace {
 
-/// The folder that a standardised path lies in; nothing for "/".
+/// The parent of a standardised path; nothing for "/".
 std::optional<std::string_view> folderOf(std::string_view path) {
     if (path == "/")
         return std::nullopt;
@@ -31,7 +31,7 @@ NestedItem &NestedItems::add(const std::string &path, std::size_t group, bool is
         } else if (status) {
             item->bytes = status->allocatedBytes;
         }
-        // The same folder may have been added in another spelling.
+        // The folder may already be there with another spelling.
         const auto same = item->folder ? byPath_.find(item->path) : byPath_.end();
         if (same != byPath_.end() && same->second != nullptr) {
             known = same->second;
@@ -83,7 +83,7 @@ NestedItem *NestedItems::outerItemOf(const NestedItem &item) const {
     return nullptr;
 }
 
-/// Collects the folders around `item`. False where no walk of `outer` leads to it.
+/// Collects the ancestors of `item`. False where no walk of `outer` reaches it.
 bool NestedItems::findAncestors(NestedItem &item, const NestedItem &outer) {
     if (item.folder->device != outer.folder->device)
         return false;

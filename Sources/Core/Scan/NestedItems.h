@@ -17,38 +17,38 @@ namespace brimvale {
 
 /// A file or folder that is measured together with others.
 struct NestedItem {
-    std::string path;                   ///< as it was given; of a folder the standardised form
-    std::optional<FileIdentity> folder; ///< of a folder that is to be walked
-    std::int64_t bytes = 0;             ///< of a file its allocation; of a folder nothing yet
-    std::vector<std::size_t> groups;    ///< those that it was added for, once for each time
+    std::string path;                   ///< as given; for a folder, standardised
+    std::optional<FileIdentity> folder; ///< for a folder that needs a walk
+    std::int64_t bytes = 0;             ///< of a file; 0 for a folder at first
+    std::vector<std::size_t> groups;    ///< the groups it was added for, once each time
 
-    NestedItem *outer = nullptr;         ///< the innermost item whose walk may come by this one
-    std::vector<FileIdentity> ancestors; ///< the folders around this one, from the outermost item inwards
+    NestedItem *outer = nullptr;         ///< the innermost item whose walk may reach this one
+    std::vector<FileIdentity> ancestors; ///< its ancestors, from the outermost item inwards
 
-    // What the run that measures keeps here, under its lock:
-    std::int64_t open = 1; ///< folders not yet read, and items inside not yet finished
-    bool isMet = false;    ///< the walk of `outer` has come by
+    // State of the run that measures, protected by its lock:
+    std::int64_t open = 1; ///< unread folders, and unfinished items inside it
+    bool isMet = false;    ///< the walk of `outer` has reached it
     bool isFinished = false;
-    bool needsWalkOfItsOwn = false; ///< its bytes are not what it would have alone
+    bool needsWalkOfItsOwn = false; ///< its shared result differs from a walk of its own
 };
 
-/// The items of one run, each distinct one once, and which lies in which. An item lies in another one when
-/// plain folders on the same device lead from there to it: so far only can a walk of that one come.
+/// The distinct items of one run, and which contains which. An item is inside another one when plain folders
+/// on the same device lead to it: only those can a walk pass.
 class NestedItems {
 public:
     explicit NestedItems(const SkipList &skipped) : skipped_(skipped) {}
 
-    /// Adds a path for a group, and looks at it if it is new and there is still time. Answers where it now
-    /// is, for good.
+    /// Adds a path for a group, and reads its status if it is new and the run is not cancelled. Returns the
+    /// item, which stays in place.
     NestedItem &add(const std::string &path, std::size_t group, bool isTimeLeft);
 
-    /// Finds out which lies in which, once all are added.
+    /// Finds out which item contains which; call it once all are added.
     void nest();
 
     /// In the order in which they were added.
     [[nodiscard]] const std::vector<std::unique_ptr<NestedItem>> &all() const { return items_; }
 
-    /// The item that the folder `name` is, where it lies in another item; else null.
+    /// The item for the folder `name`, if it is inside another item; otherwise null.
     [[nodiscard]] NestedItem *inner(const std::string &folderPath, std::string_view name) const;
 
 private:
@@ -58,8 +58,8 @@ private:
 
     const SkipList &skipped_;
     std::vector<std::unique_ptr<NestedItem>> items_;
-    std::unordered_map<std::string, NestedItem *> byPath_; ///< by every path given, and every item's
-    std::unordered_set<std::string_view> innerNames_;      ///< last components of the items inside others
+    std::unordered_map<std::string, NestedItem *> byPath_; ///< by every given path and every item's path
+    std::unordered_set<std::string_view> innerNames_;      ///< last components of the inner items
     std::unordered_map<std::string, std::optional<FileStatus>> statuses_; ///< of folders between two items
 };
 

@@ -7,7 +7,7 @@
 
 namespace brimvale {
 
-/// Why the figures of `node` are not those of everything beneath it, for people; none where they are.
+/// A sentence that says why the figures of `node` are incomplete; nothing where they are complete.
 [[nodiscard]] std::optional<std::string> explanation(const FSNode &node);
 
 } // namespace brimvale

@@ -10,7 +10,7 @@ namespace {
 
 using NodeSet = std::unordered_set<const FSNode *>;
 
-/// All folders in which one of `nodes` lies: few, even where many nodes of the same folder are given.
+/// All ancestors of `nodes`: few, even where many nodes of the same folder are given.
 NodeSet ancestorsOf(std::span<FSNode *const> nodes) {
     NodeSet folders;
     for (const FSNode *node : nodes) {
@@ -36,7 +36,7 @@ std::vector<FSNode *> outermostNodes(std::span<FSNode *const> nodes) {
                  [&](const FSNode *node) { return ancestors.contains(node); });
     std::vector<FSNode *> outermost;
     outermost.reserve(nodes.size());
-    const FSNode *folder = nullptr; // of the node before, which is often that of the next
+    const FSNode *folder = nullptr; // of the previous node; often the next one has the same
     bool isWithin = false;
     for (FSNode *node : nodes) {
         if (node->parent() != folder) {

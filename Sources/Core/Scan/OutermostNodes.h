@@ -7,8 +7,9 @@
 
 namespace brimvale {
 
-/// Those of `nodes`, in their order, that lie within no other of them: what counts where figures are added
-/// up, since a folder's already hold those of everything beneath it. Nodes of one tree, none of them twice.
+/// The given nodes, in their order, without those that are inside another one of them. Use it before adding
+/// up figures, because a folder's figures already include its descendants. All nodes are from one tree, none
+/// given twice.
 [[nodiscard]] std::vector<FSNode *> outermostNodes(std::span<FSNode *const> nodes);
 
 } // namespace brimvale

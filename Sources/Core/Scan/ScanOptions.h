@@ -11,30 +11,30 @@ namespace brimvale {
 
 using PathSet = std::unordered_set<std::string>;
 
-/// How a folder is measured.
+/// Options for measuring a folder.
 struct ScanOptions {
-    /// Allocated bytes from which on a file gets a node of its own; smaller ones share their folder's
-    /// aggregate.
+    /// Files with at least this many allocated bytes get a node of their own; smaller ones share their
+    /// folder's aggregate.
     std::int64_t minimumNodeSize = 1'048'576;
-    /// False: a walk stays on the device of the path that it started from.
+    /// False: a walk stays on the device where it started.
     bool crossesMountPoints = false;
     /// Folders that are never entered, as absolute standardised paths.
     PathSet skippedPaths;
-    /// Those of them that belong to cloud providers.
+    /// The skipped folders that belong to cloud providers.
     PathSet cloudProviderPaths;
 
-    /// The options of a scan for `host`: everything skipped that should be.
+    /// The standard options of a scan for `host`, with everything to skip.
     [[nodiscard]] static ScanOptions standard(const Host &host = Host::current());
 
-    /// What the host's catalog skips, and whatever the running system has mounted that holds no storage.
+    /// The paths in the host's catalog, and the current mount points of file systems without storage.
     [[nodiscard]] static PathSet defaultSkippedPaths(const Host &host = Host::current());
 
     /// The cloud providers' folders in the host's home.
     [[nodiscard]] static PathSet cloudProviderRoots(const Host &host = Host::current());
 };
 
-/// Answers quickly whether a folder met during a walk is to be skipped: its path is composed only where its
-/// name is the last component of a skipped path.
+/// Tells quickly whether a folder found in a walk is skipped: composes its path only if its name is the last
+/// component of a skipped path.
 class SkipList {
 public:
     explicit SkipList(const PathSet &paths);

@@ -10,21 +10,22 @@
 
 namespace brimvale {
 
-/// One of the places that the catalog in force offers as scan roots. Choosing one only sets the scan root.
+/// A scan root offered by the selected catalog. Choosing one only sets the scan root.
 struct ScanRootPreset {
     ScanRoot root;
 
-    /// All of them, in the order of the menu.
+    /// All presets, in menu order.
     [[nodiscard]] static std::vector<ScanRootPreset> allCases(System system = Host::currentSystem());
 
-    /// The one with this title; nothing where no preset has it.
+
+    /// The preset with this title; nothing where there is none.
     [[nodiscard]] static std::optional<ScanRootPreset> fromRawValue(std::string_view title,
                                                                     System system = Host::currentSystem());
 
     /// The title shown in the menu.
     [[nodiscard]] const std::string &rawValue() const { return root.title; }
 
-    /// The place, absolute; follows the home folder of the moment.
+    /// The absolute path, from the current home folder.
     [[nodiscard]] std::string path() const;
 
     friend bool operator==(const ScanRootPreset &, const ScanRootPreset &) = default;

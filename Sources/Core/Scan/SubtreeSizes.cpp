@@ -13,9 +13,9 @@ namespace brimvale {
 
 namespace {
 
-/// One run. Each folder that is wanted has a walk of its own, which leaves out the wanted folders inside it;
-/// their bytes are added once it has come by and they are finished. So nothing is walked twice, and all of
-/// it is begun in the order in which it is wanted, inner or outer.
+/// One run. Each wanted folder gets a walk of its own, which leaves out the wanted folders inside it; their
+/// bytes are added once the walk has reached them and they are finished. So nothing is walked twice, and
+/// walks start in the order of the groups, inner or outer.
 class Run {
 public:
     Run(const std::vector<SubtreeSizes::Group> &groups, const ScanOptions &options,
@@ -32,11 +32,12 @@ public:
     [[nodiscard]] NestedItem *innerItem(const std::string &folderPath, std::string_view name) const {
         return items_.inner(folderPath, name);
     }
-    /// A walk has come by an item inside its own, whose bytes count there, too: now or when they are known.
+    /// A walk has reached an item inside its own. Its bytes count for the outer item as well: now, or when
+    /// they are known.
     void meet(NestedItem &inner);
-    /// A folder of the item is done with. It has `bytes`, and `begun` folders in it wait.
+    /// A folder of the item is finished. It has `bytes`, and `begun` of its subfolders wait.
     void close(NestedItem &item, std::int64_t bytes, std::int64_t begun);
-    /// A folder around the item lies within it. Alone its walk would have entered that.
+    /// The item contains one of its ancestors. A walk of its own would have entered that.
     void markContainsAncestor(NestedItem &item);
 
 private:
@@ -53,13 +54,13 @@ private:
     NestedItems items_;
     std::vector<std::vector<const NestedItem *>> groups_; ///< the item of each path
 
-    std::mutex lock_;                    ///< guards what changes in the items, and the next two
-    std::vector<std::size_t> unsettled_; ///< how many items each group waits for
-    std::vector<std::size_t> settled_;   ///< groups to be told
-    std::mutex telling_;                 ///< one at a time
+    std::mutex lock_;                    ///< protects the changing fields of items, and the next two
+    std::vector<std::size_t> unsettled_; ///< the number of items each group waits for
+    std::vector<std::size_t> settled_;   ///< groups to report
+    std::mutex telling_;                 ///< one report at a time
 };
 
-/// Adds up what one walk meets of one item.
+/// Sums up one walk of one item.
 class Adding final : public WalkVisitor {
 public:
     explicit Adding(Run &run) : run_(run) {}
@@ -82,7 +83,7 @@ private:
     static NestedItem &itemOf(FolderHandle folder) { return *static_cast<NestedItem *>(folder); }
 
     Run &run_;
-    // Of the folder that is read:
+    // Of the current folder:
     std::int64_t bytes_ = 0;
     std::int64_t begun_ = 0;
 };
@@ -126,7 +127,7 @@ void Run::measure() {
     measureAlone();
 }
 
-/// What encloses itself, which takes a folder that is mounted once more inside itself.
+/// Measures items that contain one of their own ancestors, which needs a mount of a folder inside itself.
 void Run::measureAlone() {
     for (const std::unique_ptr<NestedItem> &item : items_.all()) {
         if (!item->needsWalkOfItsOwn)
@@ -139,7 +140,7 @@ void Run::measureAlone() {
 
 void Run::meet(NestedItem &inner) {
     const std::lock_guard guard(lock_);
-    // A folder that changes meanwhile may show a name twice.
+    // If a folder changes during the walk, a name may appear twice.
     if (std::exchange(inner.isMet, true))
         return;
     NestedItem &outer = *inner.outer;
@@ -157,7 +158,7 @@ void Run::close(NestedItem &item, std::int64_t bytes, std::int64_t begun) {
     tellSettled();
 }
 
-/// Under the lock. What is complete now completes the item around it, and so on.
+/// Call with the lock held. A completed item may complete its outer item, and so on.
 void Run::add(NestedItem &first, std::int64_t firstBytes, std::int64_t opened) {
     std::int64_t bytes = firstBytes;
     for (NestedItem *item = &first; item != nullptr; item = item->isMet ? item->outer : nullptr) {
@@ -175,12 +176,12 @@ void Run::add(NestedItem &first, std::int64_t firstBytes, std::int64_t opened) {
 void Run::markContainsAncestor(NestedItem &item) {
     const std::lock_guard guard(lock_);
     if (item.outer == nullptr)
-        return; // it is the outermost, and refused the folder as it does alone
+        return; // the outermost item refuses the folder just as a walk of its own does
     for (NestedItem *one = &item; one != nullptr && !one->isFinished; one = one->outer)
         one->needsWalkOfItsOwn = true;
 }
 
-/// Under the lock, or while nothing is walked.
+/// Call with the lock held, or while nothing is walked.
 void Run::settle(const NestedItem &item) {
     for (const std::size_t group : item.groups)
         if (--unsettled_[group] == 0)
@@ -194,7 +195,7 @@ void Run::tellSettled() {
         settled.swap(settled_);
     }
     for (const std::size_t group : settled) {
-        // Nobody changes a settled group's items any more.
+        // The items of a settled group no longer change.
         std::vector<std::int64_t> sizes;
         for (const NestedItem *item : groups_[group])
             sizes.push_back(item->bytes);

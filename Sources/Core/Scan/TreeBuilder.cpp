@@ -8,10 +8,10 @@ namespace brimvale {
 
 namespace {
 
-/// How many files a walk counts before it tells the shared figures.
+/// The number of files a walk counts before it updates the shared figures.
 constexpr std::int64_t publishEvery = 4096;
 
-/// A walk's starting folder and the two levels below it are shown as what is being scanned.
+/// The progress shows folders down to this depth below the start of a walk.
 constexpr int deepestShown = 2;
 
 FSNode &nodeOf(FolderHandle folder) {
@@ -68,7 +68,7 @@ std::optional<FolderHandle> TreeBuilder::subfolder(FolderHandle folder, const st
 
 void TreeBuilder::noStatus(FolderHandle folder) {
     state_.stats.addUnreadable();
-    // The mark belongs to the top-level entry that is walked, which several walks may share.
+    // The flag belongs to the top-level entry, which several walks may share.
     FSNode *top = &nodeOf(folder);
     while (top->parent()->parent() != nullptr)
         top = top->parent();
@@ -127,7 +127,7 @@ void rollUp(FSNode &root, const ScanState &state) {
             if (child->isDirectory)
                 folders.push_back(child.get());
     }
-    // Backwards every folder comes after all that lie in it.
+    // Backwards, so every folder comes after its descendants.
     for (std::size_t i = folders.size() - 1; i > 0; --i) {
         FSNode &folder = *folders[i];
         FSNode &parent = *folder.parent();

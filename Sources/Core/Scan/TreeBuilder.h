@@ -15,7 +15,7 @@
 
 namespace brimvale {
 
-/// What all walks of one scan share.
+/// State shared by all walks of one scan.
 struct ScanState {
     ScanState(const ScanOptions &scanOptions, ScanStats &scanStats)
         : options(scanOptions), skipped(scanOptions.skippedPaths), stats(scanStats) {}
@@ -25,14 +25,14 @@ struct ScanState {
     ScanStats &stats;
     InodeSet inodes;
 
-    std::mutex lock;                               ///< guards the two sets
-    std::unordered_set<const FSNode *> unentered;  ///< folders that a cancelled scan did not come to
+    std::mutex lock;                               ///< protects the two sets
+    std::unordered_set<const FSNode *> unentered;  ///< folders that a cancelled scan did not reach
     std::unordered_set<const FSNode *> unfinished; ///< folders that a cancelled scan was reading
 };
 
-/// Makes the nodes of what one walk meets. A folder's node gets what lies directly in it; `rollUp` adds up
-/// the levels when all walks are done, so no two walks ever write the same node, and the children of a folder
-/// stand in the order of the walk whoever walked them.
+/// Makes the nodes of one walk. A folder's node gets the figures of its own files; `rollUp` adds up the
+/// levels when all walks are done. So no two walks write the same node, and the children of a folder keep the
+/// order of the disk, whichever walk made them.
 class TreeBuilder : public WalkVisitor {
 public:
     explicit TreeBuilder(ScanState &state) : state_(state) {}
@@ -57,14 +57,14 @@ private:
     std::int64_t unpublishedFiles_ = 0;
     std::int64_t unpublishedBytes_ = 0;
 
-    // Of the folder that is read:
+    // Of the current folder:
     std::vector<std::unique_ptr<FSNode>> children_;
     std::int64_t smallBytes_ = 0;
     std::int64_t smallLogical_ = 0;
     std::int64_t smallCount_ = 0;
 };
 
-/// Adds every folder's figures to those of the folder it lies in, up to `root`, once all walks are done.
+/// Adds every folder's figures to its parent's, up to `root`; call it once all walks are done.
 void rollUp(FSNode &root, const ScanState &state);
 
 } // namespace brimvale

@@ -10,18 +10,17 @@ namespace brimvale {
 
 namespace {
 
-/// Enough that a cold disk's queue stays full: 16 threads, the asking one included, walk a cold tree twice as
+/// Enough to keep the queue of a cold disk full: 16 threads, including the caller, walk a cold tree twice as
 /// fast as 2.
 constexpr std::size_t mostWorkers = 15;
 
-/// Descriptors of one walk: those it keeps, the folders it started from and reads, and one that it hands
-/// over.
+/// Descriptors of one walk: the folders it keeps open, its start, the current folder, and one to hand over.
 constexpr std::size_t descriptorsPerWalk = DirectoryWalk::maximumOpenFolders + 3;
 
-/// Descriptors left to the rest of the program.
+/// Descriptors reserved for the rest of the program.
 constexpr std::size_t descriptorsElsewhere = 32;
 
-/// A low limit on descriptors makes fewer workers, never a folder that cannot be opened.
+/// A low limit on descriptors means fewer workers, never a folder that cannot be opened.
 int sharedWorkerCount() {
     const std::size_t limit = descriptorLimit();
     const std::size_t forWalks = limit > descriptorsElsewhere ? limit - descriptorsElsewhere : 0;
@@ -85,7 +84,7 @@ void WalkPool::walk(std::vector<PendingFolders> starts, bool crossesMountPoints,
             changed_.wait(lock);
             continue;
         }
-        // One idle thread and one queued task less: the difference stays.
+        // One idle worker and one queued task less: the difference stays.
         PendingFolders folders = std::move(mine->folders);
         queue_.erase(mine);
         lock.unlock();
@@ -125,7 +124,7 @@ void WalkPool::run(Job &job, PendingFolders folders) {
         changed_.notify_all();
 }
 
-/// Under the lock.
+/// Call with the lock held.
 void WalkPool::queue(Job &job, PendingFolders folders) {
     queue_.push_back({&job, std::move(folders)});
     ++job.unfinished;

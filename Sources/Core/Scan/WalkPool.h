@@ -13,29 +13,28 @@
 
 namespace brimvale {
 
-/// The threads that walk folders for the whole program. A walk runs on the thread that asked for it; whatever
-/// thread is idle takes over sub-folders that still wait in a running walk, so one huge folder keeps all of
-/// them busy. There are more threads than cores, since a first walk waits for the disk.
+/// The threads that walk folders for the whole program. A walk runs on the thread that asked for it, and idle
+/// workers take over subfolders that wait in it, so one huge folder keeps all of them busy. There are more
+/// threads than cores, because a first walk waits for the disk.
 class WalkPool {
 public:
-    /// Fewer workers where the system does not give as many threads.
+    /// Starts fewer workers if the system has no more threads.
     explicit WalkPool(int workerCount);
     ~WalkPool();
     WalkPool(const WalkPool &) = delete;
     WalkPool &operator=(const WalkPool &) = delete;
 
-    /// The program's pool, made at its first use.
+    /// The program's pool, created at its first use.
     static WalkPool &shared();
 
-    /// Makes the visitor of one walk; called on the thread that runs it.
+    /// Makes the visitor of one walk, on the thread that runs the walk.
     using MakeVisitor = std::function<std::unique_ptr<WalkVisitor>()>;
 
-    /// Walks everything that `start` names, and returns when all of it is done. The calling thread takes
-    /// part, so this may be called from anywhere, from several threads at once, and on a pool without
-    /// workers.
+    /// Walks everything in `start` and returns when it is done. The calling thread takes part, so this works
+    /// from anywhere, from several threads at once, and on a pool without workers.
     void walk(PendingFolders start, bool crossesMountPoints, const MakeVisitor &makeVisitor);
 
-    /// The same for several starts, begun in their order; the later ones wait while every thread is busy.
+    /// The same for several starts, begun in their order; later ones wait while every worker is busy.
     void walk(std::vector<PendingFolders> starts, bool crossesMountPoints, const MakeVisitor &makeVisitor);
 
     /// Ends every walk, those that run and those that are still asked for, before its next entry, as if its
@@ -47,7 +46,7 @@ private:
     struct Job {
         bool crossesMountPoints;
         const MakeVisitor &makeVisitor;
-        int unfinished; ///< walks that wait or run, under the pool's lock
+        int unfinished; ///< walks that wait or run; protected by the pool's lock
     };
     struct Task {
         Job *job;
@@ -62,9 +61,9 @@ private:
     std::mutex lock_;
     std::condition_variable queued_; ///< a task was queued, or the pool closes
     std::condition_variable
-        changed_; ///< a task was queued, or a job has ended: for those who wait for their own
+        changed_; ///< a task was queued, or a job has ended: for callers that wait for their own
     std::deque<Task> queue_;
-    std::atomic<int> idleWorkers_ = 0; ///< idle threads minus queued tasks; written under the lock
+    std::atomic<int> idleWorkers_ = 0; ///< idle workers minus queued tasks; written with the lock held
     bool isClosing_ = false;
     std::atomic<bool> isShutDown_ = false;
     std::vector<std::thread> workers_;

@@ -17,7 +17,7 @@ std::string Fmt::relativeDate(std::optional<Date> date, Date reference) {
 }
 
 Color Palette::color(std::string_view key) {
-    std::uint64_t hash = 5381; // djb2, which unlike std::hash is the same in every build
+    std::uint64_t hash = 5381; // djb2: unlike std::hash it is the same in every build
     for (const char byte : key)
         hash = hash * 33 + static_cast<unsigned char>(byte);
     return ramp[hash % ramp.size()];

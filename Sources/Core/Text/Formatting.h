@@ -11,7 +11,7 @@
 
 namespace brimvale {
 
-/// Figures as they are shown everywhere in the program, in the user's locale. UTF-8. Thread-safe.
+/// Figures as shown everywhere in the program, in the user's locale. UTF-8. Thread-safe.
 namespace Fmt {
 
 /// A number of bytes in KB, MB, GB or TB (1 KB = 1,000 bytes): "12.35 GB".
@@ -20,12 +20,12 @@ namespace Fmt {
 /// A whole number with the locale's grouping: "1,234,567".
 [[nodiscard]] std::string count(std::int64_t number);
 
-/// How far a date is from `reference`: "2 hours ago", "in 1 day"; "unknown" for none.
+/// The distance of a date from `reference`: "2 hours ago", "in 1 day"; "unknown" for no date.
 [[nodiscard]] std::string relativeDate(std::optional<Date> date, Date reference = now());
 
 } // namespace Fmt
 
-/// The colours that tell things apart by name.
+/// The colours for things identified by name.
 namespace Palette {
 
 /// Eight muted colours.
@@ -38,7 +38,7 @@ inline constexpr std::array<Color, 8> ramp = {{{0.40, 0.51, 0.72},
                                                {0.52, 0.56, 0.62},
                                                {0.72, 0.56, 0.63}}};
 
-/// One colour of the ramp: for the same key (bytes, taken as they stand) always the same, on every machine.
+/// A colour of the ramp. The same key (bytes) gets the same colour on every machine.
 [[nodiscard]] Color color(std::string_view key);
 
 } // namespace Palette

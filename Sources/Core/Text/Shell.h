@@ -9,18 +9,16 @@
 
 namespace brimvale {
 
-/// Runs command line tools and answers what they print, as text. A tool is named by its absolute path and
-/// gets its arguments as they stand; no shell takes part. Every operation blocks until the tool has ended, so
-/// call it off the main thread. Each answers nothing when the tool cannot be started, or prints what is not
-/// UTF-8.
+/// Runs command line tools and returns their output as text. A tool is named by its absolute path and gets
+/// its arguments unchanged; no shell is involved. Every function blocks until the tool has ended, so call it
+/// off the main thread. Each returns nothing when the tool cannot be started or its output is not UTF-8.
 namespace Shell {
 
-/// What the tool writes to its standard output, however it ends.
+/// The tool's standard output, whatever its exit status.
 [[nodiscard]] std::optional<std::string> run(const std::string &executable,
                                              const std::vector<std::string> &arguments);
 
-/// What the tool writes to its standard output and its standard error, in the order in which it was written,
-/// however it ends.
+/// The tool's standard output and standard error in the order written, whatever its exit status.
 [[nodiscard]] std::optional<std::string> runCombined(const std::string &executable,
                                                      const std::vector<std::string> &arguments);
 

@@ -8,7 +8,7 @@ namespace brimvale {
 
 namespace {
 
-/// A remaining rectangle thinner than this takes no more rows.
+/// No rows are added to a remaining rectangle thinner than this.
 constexpr double thinnestSide = 0.5;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -20,7 +20,7 @@ double worstRatio(double side, double smallest, double largest, double sum) {
     return std::max(side * side * largest / (sum * sum), sum * sum / (side * side * smallest));
 }
 
-/// How many of the leading areas make the row along `side`: as many as do not worsen its worst ratio.
+/// The number of leading areas in the row along `side`: as many as do not worsen its worst ratio.
 std::size_t rowLength(std::span<const double> areas, double side) {
     double best = infinity;
     double sum = 0;
@@ -40,7 +40,7 @@ std::size_t rowLength(std::span<const double> areas, double side) {
     return length;
 }
 
-/// Lays one row along the shorter side of `rest`, appends its rectangles, and takes it off `rest`.
+/// Lays out one row along the shorter side of `rest`, appends its rectangles, and removes it from `rest`.
 void layRow(std::span<const double> row, double rowArea, Rect &rest, std::vector<Rect> &rects) {
     if (rest.height <= rest.width) {
         const double thickness = rowArea / rest.height;

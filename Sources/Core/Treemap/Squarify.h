@@ -15,14 +15,14 @@ struct Rect {
     friend bool operator==(const Rect &, const Rect &) = default;
 };
 
-/// The squarified treemap of Bruls, Huizing and van Wijk (2000): rectangles with areas in proportion to
-/// values, in rows that grow for as long as that improves their worst aspect ratio. Pure and linear in the
-/// number of values.
+/// The squarified treemap of Bruls, Huizing and van Wijk (2000): rectangles with areas proportional to
+/// values, in rows that grow as long as their worst aspect ratio improves. Pure and linear in the number of
+/// values.
 namespace Squarify {
 
-/// One rectangle for each value, from the first on, inside `rect`. `values` must fall and must not be
-/// negative; they are never reordered. Fewer rectangles than values come back where what is left of `rect`
-/// becomes thinner than half a point; none where there is no area or nothing to share it.
+/// One rectangle per value, in order, inside `rect`. `values` must be in descending order and not negative.
+/// Returns fewer rectangles than values where the rest of `rect` becomes thinner than half a point; none
+/// without area or positive values.
 [[nodiscard]] std::vector<Rect> layout(std::span<const double> values, Rect rect);
 
 template<class Payload>
@@ -37,7 +37,7 @@ struct Tile {
     Rect rect;
 };
 
-/// The same for values that stand for something.
+/// The same for values with a payload.
 template<class Payload>
 [[nodiscard]] std::vector<Tile<Payload>> layout(std::span<const Item<Payload>> items, Rect rect) {
     std::vector<double> values;

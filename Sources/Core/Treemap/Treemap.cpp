@@ -15,17 +15,18 @@ namespace {
 constexpr double thinnestDrawing = 4;
 constexpr double thinnestTile = 1;
 
-/// The children lie anywhere in memory, so that a loop over very many of them does little but wait for it;
-/// this many ahead they are asked for.
+/// The children are scattered in memory, and a loop over very many of them mostly waits for it. So each is
+/// prefetched this many steps ahead.
 constexpr std::size_t lookAhead = 16;
 
-/// A child with a size. What is compared lies here together, since the nodes lie anywhere in memory.
+/// A child and its size. The compared values are copied here, next to each other, because nodes are scattered
+/// in memory.
 struct Candidate {
     FSNode *node;
     std::int64_t size;
     std::size_t position; ///< among its siblings
 
-    /// Whether it is laid out before `other`: by falling size, equal ones as they stand in the tree.
+    /// Whether it is laid out before `other`: larger first, equal ones in tree order.
     bool operator<(const Candidate &other) const {
         return size != other.size ? size > other.size : position < other.position;
     }
@@ -51,7 +52,7 @@ Treemap::Treemap(FSNode &folder, int maxTiles) : folder_(folder) {
 
     const std::size_t shown = std::min(candidates.size(), static_cast<std::size_t>(std::max(maxTiles, 0)));
     const auto rest = candidates.begin() + static_cast<std::ptrdiff_t>(shown);
-    if (!std::is_sorted(candidates.begin(), candidates.end())) { // as a scan leaves them, they are
+    if (!std::is_sorted(candidates.begin(), candidates.end())) { // a scan leaves them sorted
         std::nth_element(candidates.begin(), rest, candidates.end());
         std::sort(candidates.begin(), rest);
     }

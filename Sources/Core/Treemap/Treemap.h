@@ -16,22 +16,22 @@ struct TreemapTile {
                      ///< byte
 };
 
-/// The children of one folder that its treemap shows: the largest as tiles of their own, all others as one.
-/// Made once for a folder, and laid out for any rectangle.
+/// The children of one folder in its treemap: the largest as tiles of their own, all others as one tile. Made
+/// once for a folder, and laid out for any rectangle.
 class Treemap {
 public:
-    /// How many children get a tile of their own where nobody says otherwise.
+    /// The default number of children with a tile of their own.
     static constexpr int usualMaxTiles = 80;
 
-    /// Chooses the tiles of `folder`, which must outlive this; at most `maxTiles` of its children get their
+    /// Selects the tiles of `folder`, which must outlive this object; at most `maxTiles` children get their
     /// own (a negative limit counts as 0).
     Treemap(FSNode &folder, int maxTiles);
 
-    /// The tiles for a drawing rectangle in points, in layout order. None where it is 4 points thin or
+    /// The tiles for a rectangle in points, in layout order. None where the rectangle is 4 points thin or
     /// thinner; a tile less than one point wide or high is left out.
     [[nodiscard]] std::vector<TreemapTile> layout(Rect rect) const;
 
-    /// Whether `node` stands for the children without a tile of their own; it goes with this object.
+    /// Whether `node` stands for the children without a tile of their own; this object owns it.
     [[nodiscard]] bool owns(const FSNode *node) const { return node != nullptr && node == rest_.get(); }
 
 private:

@@ -8,10 +8,10 @@ namespace brimvale {
 
 namespace {
 
-/// Neighbours share an edge, but for the rounding of their coordinates.
+/// Neighbours share an edge, apart from rounding of their coordinates.
 constexpr double tolerance = 1e-3;
 
-/// The rectangle in a map that is mirrored or swapped about its diagonal so that `direction` leads right.
+/// The rectangle in a map that is mirrored or transposed so that `direction` points right.
 Rect turned(const Rect &rect, TreemapNavigation::Direction direction) {
     switch (direction) {
     case TreemapNavigation::Direction::left:
@@ -26,7 +26,7 @@ Rect turned(const Rect &rect, TreemapNavigation::Direction direction) {
     return rect;
 }
 
-/// How far `to` is from the middle of the right edge of `from`; infinity where it does not lie beyond.
+/// The distance from the middle of the right edge of `from` to `to`; infinity where `to` is not to the right.
 double distance(const Rect &from, const Rect &to) {
     const double across = to.x - (from.x + from.width);
     if (across < -tolerance)

@@ -8,9 +8,9 @@ namespace {
 
 constexpr double directoryOpacity = 0.85;
 constexpr double fileOpacity = 0.55;
-constexpr double aggregateOpacity = 0.35; // on top of that of a file
+constexpr double aggregateOpacity = 0.35; // multiplied with that of a file
 
-// A label is drawn in a tile that is larger than this.
+// A tile larger than this gets a label.
 constexpr double labelWidth = 64;
 constexpr double labelHeight = 30;
 

@@ -8,30 +8,30 @@
 
 namespace brimvale {
 
-/// How the tiles of a treemap look, wherever they are drawn. Lengths are in points.
+/// The look of treemap tiles, in the window and in pictures. Lengths are in points.
 namespace TreemapStyle {
 
 inline constexpr double cornerRadius = 3;
 
-/// A border lies inside the edge of its tile: black, or in the colour of primary text where it is selected.
+/// The border is drawn inside the tile's edge: black, or the colour of primary text for the selected tile.
 inline constexpr double borderWidth = 0.5;
 inline constexpr double borderOpacity = 0.15;
 inline constexpr double selectedBorderWidth = 2;
 
-/// A label is white, its shadow is black.
+/// A label is white with a black shadow.
 inline constexpr double labelPadding = 5;
 inline constexpr double shadowOpacity = 0.45;
 
-/// What a treemap is drawn on, and in which colour secondary text is written there.
+/// The background of a treemap, and the colour of secondary text on it.
 struct Surface {
     Color background;
     Color secondaryText;
 };
 
-/// The light surface of the window, for pictures that stand alone.
+/// The light background of the window, for pictures outside it.
 inline constexpr Surface paper = {{1, 1, 1}, {0x5f / 255.0, 0x5f / 255.0, 0x66 / 255.0}};
 
-/// The colour of a tile, over what the treemap is drawn on.
+/// The colour of a tile, drawn over the background.
 struct Fill {
     Color color;
     double opacity;
@@ -45,8 +45,8 @@ struct Fill {
 /// Whether a tile is large enough for its name and size.
 [[nodiscard]] bool hasLabel(const Rect &tile);
 
-/// Where the two lines of a label go that are `height` high together: with the padding on all sides, of which
-/// a low tile gives up as much above as below.
+/// The area of a label whose two lines are `height` high together, with padding on all sides. A low tile
+/// loses as much padding above as below.
 [[nodiscard]] Rect labelArea(const Rect &tile, double height);
 
 /// A node's size as it is shown.
