@@ -15,8 +15,8 @@ namespace brimvale::AppAnalysis {
 
 namespace {
 
-/// Applications under analysis at once. The pool that walks their folders is the same for all, and as soon as
-/// one has nothing left but a few large folders, its threads help the others.
+/// The number of applications analysed at once. They share the pool that walks their folders, and its idle
+/// threads help where only a few large folders are left.
 constexpr std::size_t mostAtOnce = 4;
 
 /// Calls `work` on several threads, this one included, and returns when all have done. Fewer where the system

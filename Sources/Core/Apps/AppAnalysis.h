@@ -10,7 +10,7 @@
 
 namespace brimvale {
 
-/// What the analysis of one application has found.
+/// The results of analysing one application.
 struct AppFigures {
     FileURL url;                 ///< of the bundle
     std::int64_t bundleSize = 0; ///< allocated bytes

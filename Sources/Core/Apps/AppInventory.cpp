@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 
 constexpr int levelsSearched = 3;
 
-/// The place that a folder's path leads to, through all links; the path itself where that cannot be told.
+/// The folder's path with all links resolved; the path itself where that fails.
 std::string placeOf(const std::string &folder) {
     std::error_code error;
     const fs::path place = fs::canonical(folder, error);
@@ -35,7 +35,7 @@ bool isFolder(const std::string &path) {
     return fs::is_directory(path, error);
 }
 
-/// The names in a folder that are not hidden, in the order of their bytes.
+/// The names in a folder that are not hidden, in byte order.
 std::vector<std::string> visibleNames(const std::string &path) {
     std::vector<std::string> names;
     Folder folder = Folder::at(path, Folder::Links::follow);
@@ -46,7 +46,7 @@ std::vector<std::string> visibleNames(const std::string &path) {
     return names;
 }
 
-/// The first of these that says something.
+/// The first of these texts that is not empty.
 std::string firstText(const std::optional<std::string> &first, const std::optional<std::string> &second,
                       std::string_view third) {
     if (first && !first->empty())
@@ -93,8 +93,7 @@ std::vector<std::string> bundles(const std::string &root, int maxDepth) {
     const NoMaterialization guard;
     std::vector<std::string> found;
     std::queue<std::pair<std::string, int>> waiting;
-    // Nearest folders first, so that a folder which several links lead to is entered where it reaches
-    // deepest.
+    // Breadth first, so a folder with several links to it is entered where it is searched deepest.
     std::unordered_set<std::string> entered = {placeOf(root)};
     waiting.emplace(root, 0);
     while (!waiting.empty()) {

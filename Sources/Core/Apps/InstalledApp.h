@@ -14,8 +14,8 @@ struct InstalledApp {
     std::string name;
     std::optional<std::string> bundleID;
     std::optional<std::string> version;
-    bool isSystemApp = false; ///< lies under a folder of the system
-    bool isMASApp = false;    ///< carries a store receipt
+    bool isSystemApp = false; ///< in a folder of the system
+    bool isMASApp = false;    ///< has a store receipt
     std::optional<Date> lastUsed;
 
     friend bool operator==(const InstalledApp &, const InstalledApp &) = default;

@@ -24,7 +24,7 @@ constexpr std::size_t shortestNameKey = 4;
 
 constexpr std::string_view groupPrefix = "group.";
 
-/// The identifier, alone or followed by a dot and whatever comes.
+/// The identifier, alone or followed by a dot and more.
 bool beginsWithIdentifier(std::string_view text, std::string_view identifier) {
     return text.starts_with(identifier) &&
            (text.size() == identifier.size() || text[identifier.size()] == '.');
@@ -36,7 +36,7 @@ bool matchesIdentifier(std::string_view text, std::string_view identifier) {
             beginsWithIdentifier(text.substr(groupPrefix.size()), identifier));
 }
 
-/// What follows a team identifier and its dot; empty where the text does not begin with them.
+/// The text after a team identifier and its dot; empty where it does not begin with them.
 std::string_view withoutTeam(std::string_view text) {
     constexpr std::size_t teamLength = 10;
     const auto isTeamCharacter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); };
@@ -46,8 +46,8 @@ std::string_view withoutTeam(std::string_view text) {
     return text.substr(teamLength + 1);
 }
 
-/// Whether `text` can be the name of one file. An identifier that cannot comes from a faulty bundle, or one
-/// that would like other files to be taken for its own ("../Documents").
+/// Whether `text` can be a file name. An identifier that cannot is from a faulty bundle, or from one that
+/// tries to claim other files ("../Documents").
 bool isFileName(std::string_view text) {
     return !text.empty() && text != "." && text != ".." && text.find('/') == std::string_view::npos;
 }
@@ -59,7 +59,7 @@ bool exists(const std::string &path) {
 
 } // namespace
 
-/// What an application's files are recognised by.
+/// The names that identify an application's files.
 struct LeftoverFinder::Keys {
     std::string identifier;         ///< empty for none
     std::vector<std::string> names; ///< case-folded
@@ -118,10 +118,10 @@ LeftoverFinder::Keys LeftoverFinder::keysOf(const InstalledApp &app) {
     return keys;
 }
 
-/// How surely an entry belongs to the application that has the keys; nothing where it does not.
+/// How surely an entry belongs to the application with these keys; nothing where it does not.
 std::optional<MatchConfidence> LeftoverFinder::match(const Entry &entry, const ScanRule &rule,
                                                      const Keys &keys) {
-    // An extension is no part of the identifier, and what looks like one may be: both are tried.
+    // What looks like an extension may be part of the identifier, so both readings are tried.
     if (!keys.identifier.empty()) {
         const std::string_view base = deletingPathExtension(entry.name);
         for (const std::string_view text : {base, std::string_view(entry.name)})

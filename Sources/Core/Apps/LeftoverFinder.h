@@ -28,7 +28,7 @@ public:
 private:
     struct Entry {
         std::string name;
-        std::string foldedBase; ///< without its path extension and its case
+        std::string foldedBase; ///< case-folded, without the path extension
     };
     struct Keys;
 

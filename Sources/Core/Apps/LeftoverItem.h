@@ -16,10 +16,10 @@ enum class MatchConfidence {
 /// The confidence as a heading: "Definitely this app".
 [[nodiscard]] const char *title(MatchConfidence confidence);
 
-/// What the confidence rests on, in whole sentences.
+/// The reason for the confidence, in full sentences.
 [[nodiscard]] std::string explanation(MatchConfidence confidence);
 
-/// Something that an application left outside its bundle.
+/// An item that an application left outside its bundle.
 struct LeftoverItem {
     FileURL url;
     std::string category;

@@ -13,7 +13,7 @@
 
 namespace brimvale {
 
-/// What uninstalling an application comes to, as values; nothing is removed here.
+/// Prepares the removal of an application, as values; nothing is removed here.
 namespace Uninstall {
 
 /// What is to be removed, with its allocated bytes as the analysis has measured them.

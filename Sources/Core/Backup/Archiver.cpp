@@ -28,7 +28,7 @@ namespace brimvale::Archiver {
 
 namespace {
 
-/// What a copy must have of its original.
+/// The smallest share of its original that a good copy may have.
 constexpr double leastShare = 0.98;
 
 constexpr const char *databaseName = "chat.db";
@@ -47,7 +47,7 @@ std::string tooShortReason(std::int64_t originalBytes, std::int64_t copiedBytes)
     return "The copy is " + copy + " against an original of " + Fmt::byteFormatter(originalBytes) + ".";
 }
 
-/// Measures a copy while it grows, so seldom that it takes up a tenth of the time at the most.
+/// Measures a growing copy, rarely enough to take at most a tenth of the time.
 class CopyMeter {
 public:
     using Clock = std::chrono::steady_clock;
@@ -68,7 +68,7 @@ private:
     Clock::time_point next_ = Clock::now() + std::chrono::milliseconds(500);
 };
 
-/// One run of `archive`, from a destination that is there to the result.
+/// One run of `archive` in an existing destination.
 class Run {
 public:
     Run(const FileURL &destination, const ArchiveWatch &watch, const Host &host)
@@ -98,7 +98,7 @@ private:
     const Host &host_;
     ScanOptions options_;
     ArchiveResult result_;
-    std::vector<BackedUpFile> compared_; ///< what the backup holds, as far as it was read
+    std::vector<BackedUpFile> compared_; ///< the verified contents of the backup
 };
 
 void Run::tell(ArchiveProgress::Phase phase, std::size_t index, std::int64_t bytesOfItem) {
@@ -109,7 +109,7 @@ std::int64_t Run::sizeOf(const FileURL &item) const {
     return DiskScanner::quickSize(item.path(), options_, watch_.isCancelled);
 }
 
-/// Runs the copier, and answers what it had to say.
+/// Runs the copier and returns its output.
 std::string Run::copy(const FileURL &source, const FileURL &target, std::size_t index) {
     std::vector<std::string> arguments = host_.tools.copierOptions;
     arguments.push_back(source.path());
@@ -138,7 +138,7 @@ void Run::archive(const FileURL &source, std::size_t index) {
     if (!fileStatus(target.path()))
         return fail(source, output.empty() ? "The copy did not appear at the destination." : output);
 
-    // Some file systems decide only when they write how much room something takes.
+    // Some file systems allocate space only when they write the data out.
     syncFileSystem(destination_.path());
     const ArchivedItem item{source, target, sizeOf(source), sizeOf(target)};
     if (isTooShort(item.originalBytes, item.copiedBytes))
@@ -179,7 +179,7 @@ bool Run::isNameOfCopy(std::string_view name) const {
     });
 }
 
-/// The page of conversations, made from the copy of a Messages database if there is one.
+/// Writes the page of conversations if the copies include a Messages database.
 void Run::writeExport() {
     const FileListing listing = listFiles(destination_.path(), watch_.isCancelled);
     const auto database =
@@ -190,7 +190,7 @@ void Run::writeExport() {
         return;
     const std::string page = MessagesExport::html(MessagesExport::read(
         destination_.appending(database->path).path(), MessagesExport::usualLimitPerChat, host_.tools));
-    // Even a reader changes the files that it keeps beside the database.
+    // Even reading a database changes the files beside it.
     std::erase_if(compared_, [&](const BackedUpFile &file) { return file.path.starts_with(database->path); });
     const FileURL file = destination_.appending(exportName);
     if (!writeFileAtomically(file.path(), page))

@@ -15,7 +15,7 @@
 
 namespace brimvale {
 
-/// What became of a backup. Every source stands in `copied` or in `failed`.
+/// The outcome of a backup. Every source is in `copied` or in `failed`.
 struct ArchiveResult {
     /// The dated folder of the backup.
     FileURL destination;
@@ -23,26 +23,26 @@ struct ArchiveResult {
     std::vector<FileURL> copied = {};
     /// The other originals, each with a readable reason.
     std::vector<std::pair<FileURL, std::string>> failed = {};
-    /// Allocated by the copies in `items`.
+    /// Allocated bytes of the copies in `items`.
     std::int64_t bytes = 0;
-    /// One for each original in `copied`.
+    /// One per original in `copied`.
     std::vector<ArchivedItem> items = {};
     /// The page of conversations, where one was written.
     std::optional<FileURL> readableExport = {};
-    /// Files in `copied`, or in folders there, whose copies do not hold the same bytes.
+    /// Files in `copied`, or inside folders there, whose copies hold other bytes.
     std::vector<FileURL> differing = {};
-    /// What the backup can be verified with later; nothing where it could not be written.
+    /// The manifest for later verification; nothing where it could not be written.
     std::optional<FileURL> manifest = {};
     bool isCancelled = false;
 };
 
-/// How far a backup is.
+/// The progress of a backup.
 struct ArchiveProgress {
     enum class Phase { copying, comparing, finishing };
 
     Phase phase = Phase::copying;
-    std::size_t item = 0;   ///< which of the sources, from 0
-    std::int64_t bytes = 0; ///< allocated by copies until now, of what is being copied too
+    std::size_t item = 0;   ///< index of the current source
+    std::int64_t bytes = 0; ///< allocated by all copies so far, the current one included
 };
 
 /// Who watches a backup, and may stop it.
@@ -60,18 +60,18 @@ namespace Archiver {
 /// The folder "Brimvale Backups" among the user's documents.
 [[nodiscard]] FileURL defaultDestination(const Host &host = Host::current());
 
-/// The name of a backup's folder: "Messages 2024-05-01 1015", in local time.
+/// The name of a backup's folder in local time: "Messages 2024-05-01 1015".
 [[nodiscard]] std::string folderName(const std::string &label, Date date);
 
-/// Whether two existing items lie on the same volume; false where that is not known. Links are not followed.
+/// Whether two existing items are on the same volume; false where that is unknown. Links are not followed.
 [[nodiscard]] bool sameVolume(const FileURL &a, const FileURL &b);
 
-/// Whether a copy has so much less than its original (allocated bytes) that it failed. What is 2 % smaller
-/// may be packed better; an original of nothing is not questioned.
+/// Whether a copy failed because it is too small (allocated bytes). A copy may be 2 % smaller, because it may
+/// be stored more tightly; any copy of an empty original is accepted.
 [[nodiscard]] bool isTooShort(std::int64_t originalBytes, std::int64_t copiedBytes);
 
-/// Whether a copy is to be looked at before its original goes. Stricter than `isTooShort`: where the original
-/// is nothing, so must be the copy.
+/// Whether the user should look at a copy before its original is removed. Stricter than `isTooShort`: the
+/// copy of an empty original must be empty.
 [[nodiscard]] bool isMismatched(const ArchivedItem &item);
 
 /// Copies the sources into a folder for `label` and `date` inside `root`, or into that folder as it already

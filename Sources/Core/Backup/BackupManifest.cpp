@@ -20,8 +20,8 @@ namespace {
 
 constexpr int formatVersion = 1;
 
-/// Bytes under a key; those that a text does not give back, such as what is not UTF-8 or begins with a byte
-/// order mark, as digits under a key of their own.
+/// Writes bytes under `key`. Bytes that would not survive as JSON text, such as invalid UTF-8 or a leading
+/// byte order mark, are written as digits under a key of their own.
 void putBytes(QJsonObject &object, const QString &key, const std::string &bytes) {
     const QString text = QString::fromStdString(bytes);
     if (text.toStdString() == bytes)
@@ -55,7 +55,7 @@ QJsonObject entryOf(const BackedUpFile &file) {
     return entry;
 }
 
-/// An entry without its modification time, which nothing is compared with.
+/// An entry without its modification time, which is never compared.
 std::optional<BackedUpFile> fileOf(const QJsonObject &entry) {
     const std::optional<std::string> path = bytesUnder(entry, "path");
     if (!path)
@@ -96,8 +96,7 @@ std::optional<std::string> contentOf(const std::string &path) {
     }
 }
 
-/// Every file and link of a backup but the manifest, each read; nothing in the place of one that could not
-/// be.
+/// Every file and link of a backup except the manifest; nothing for one that cannot be read.
 using Contents = std::map<std::string, std::optional<BackedUpFile>>;
 
 Contents readAll(const FileURL &folder, const FileListing &listing, Contents known,
@@ -119,7 +118,7 @@ FileError noManifest() {
     return {FileError::Domain::posix, ENOENT, "There is no manifest of a backup that can be read.", nullptr};
 }
 
-/// Whether the same content is in both places, which are not to be at the same time.
+/// Whether both have the same content; their modification times may differ.
 bool holdSame(const BackedUpFile &a, const BackedUpFile &b) {
     return a.size == b.size && a.sha256 == b.sha256 && a.linkTarget == b.linkTarget;
 }
@@ -142,7 +141,7 @@ std::optional<std::vector<BackedUpFile>> filesOf(std::string_view document) {
         return std::nullopt;
     std::vector<BackedUpFile> files;
     for (const QJsonValueConstRef entry : entries.toArray()) {
-        // What is no object counts as one without a path.
+        // An entry that is no object counts as one without a path.
         std::optional<BackedUpFile> file = fileOf(entry.toObject());
         if (!file)
             return std::nullopt;
@@ -159,7 +158,7 @@ std::optional<FileError> write(const FileURL &folder, std::vector<BackedUpFile> 
     std::erase_if(listing.files, [&](const ListedFile &file) { return isLeftOut(file.path); });
     std::erase_if(listing.unreadable, isLeftOut);
     if (!listing.unreadable.empty())
-        return FileError::posix(EACCES); // a list that is not whole would call the rest an addition
+        return FileError::posix(EACCES); // with an incomplete list the other files would look like additions
     Contents contents;
     for (BackedUpFile &file : known)
         contents.emplace(file.path, std::move(file));

@@ -13,10 +13,10 @@
 
 namespace brimvale {
 
-/// The list of all that a backup holds, in its folder, so that many years later it can be told whether the
-/// backup is still what it was: a JSON document with the path, size, SHA-256 digest and modification time of
-/// every file, and the target of every symbolic link. A path that JSON cannot hold exactly stands there in
-/// hexadecimal digits, under another key.
+/// The list of all files in a backup, stored in its folder, so that the backup can be verified many years
+/// later: a JSON document with the path, size, SHA-256 digest and modification time of every file, and the
+/// target of every symbolic link. A path that JSON cannot hold exactly is written in hexadecimal digits,
+/// under another key.
 namespace BackupManifest {
 
 /// Its name in the backup's folder.
@@ -25,7 +25,7 @@ constexpr std::string_view fileName = "manifest.json";
 /// The document for these files.
 [[nodiscard]] std::string document(const std::vector<BackedUpFile> &files);
 
-/// The files that a document lists; nothing where it is no such document.
+/// The files listed in a document; nothing where it is no valid manifest.
 [[nodiscard]] std::optional<std::vector<BackedUpFile>> filesOf(std::string_view document);
 
 /// Writes the manifest of the backup in `folder`, atomically. `known` are files whose figures are at hand;
@@ -35,16 +35,17 @@ constexpr std::string_view fileName = "manifest.json";
                                              const std::vector<std::string> &leftOut,
                                              const std::function<bool()> &isCancelled);
 
-/// How a backup differs from its manifest; all paths are relative to its folder, as bytes, sorted.
+/// The differences between a backup and its manifest. Paths are bytes, relative to the backup's folder, and
+/// sorted.
 struct Verification {
     std::vector<std::string> missing;
-    std::vector<std::string> changed; ///< other bytes, another target, or not even of the same kind
+    std::vector<std::string> changed; ///< other bytes, another target or another kind
     std::vector<std::string> extra;   ///< not in the manifest
     std::vector<std::string> unreadable;
-    std::size_t verified = 0; ///< files and links that are as they were
+    std::size_t verified = 0; ///< unchanged files and links
     bool isCancelled = false;
 
-    /// Whether all that was backed up is there and as it was.
+    /// Whether every file of the backup is present and unchanged.
     [[nodiscard]] bool isIntact() const {
         return missing.empty() && changed.empty() && unreadable.empty() && !isCancelled;
     }

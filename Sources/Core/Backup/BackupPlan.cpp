@@ -18,14 +18,14 @@ char lowered(char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
-/// The folder itself, or the nearest around it that exists.
+/// The folder itself, or its nearest existing ancestor.
 FileURL nearestExisting(FileURL folder) {
     while (folder.path() != "/" && !fileStatus(folder.path()))
         folder = folder.parent();
     return folder;
 }
 
-/// Where a place really lies, as far as it exists: no link is left in its path.
+/// The place with all links in its path resolved, as far as it exists.
 std::string withoutLinks(const FileURL &place) {
     std::error_code error;
     const std::filesystem::path real = std::filesystem::weakly_canonical(place.path(), error);
@@ -50,7 +50,7 @@ bool holds(const FileURL &item, const FileURL &place) {
     const FileURL outer = item.standardized();
     if (isAtOrUnder(place.standardized().path(), outer.path()))
         return true;
-    // A link that is an item is copied as a link, and holds nothing.
+    // A link given as an item is copied as a link, and contains nothing.
     const FileURL folder(withoutLinks(outer.parent()));
     return isAtOrUnder(withoutLinks(place), folder.appending(name).path());
 }

@@ -10,19 +10,19 @@
 
 namespace brimvale {
 
-/// What is to be found out before a backup begins.
+/// Checks before a backup starts.
 namespace BackupPlan {
 
-/// Whether two names may mean the same file: they do on many disks where only the case of ASCII letters tells
-/// them apart.
+/// Whether two names may mean the same file: on many disks they do when they differ only in the case of ASCII
+/// letters.
 [[nodiscard]] bool isSameName(std::string_view a, std::string_view b);
 
-/// Whether the folder `place` is the item itself or lies inside it, as their paths say or by links on the way
-/// there; also for an item without a name of its own, such as "/".
+/// Whether the folder `place` is the item itself or inside it, by their paths or through links; also for an
+/// item without a name of its own, such as "/".
 [[nodiscard]] bool holds(const FileURL &item, const FileURL &place);
 
-/// Why these items cannot be copied into one backup inside `root`, as a sentence: two of the same name would
-/// become one, and none can be copied into itself. Nothing where they can.
+/// Why these items cannot be copied into one backup inside `root`, as a sentence: two of them have the same
+/// name, or one would be copied into itself. Nothing where they can.
 [[nodiscard]] std::optional<std::string> refusal(const std::vector<FileURL> &items, const FileURL &root);
 
 /// Too little room for a backup, in bytes.
@@ -33,8 +33,8 @@ struct Shortage {
     friend bool operator==(const Shortage &, const Shortage &) = default;
 };
 
-/// Whether the items, which take up `neededBytes`, are more than fits where `root` is or would be; nothing
-/// also where their copies share their blocks, and where it cannot be told.
+/// The missing room where `root` is or would be, for items of `neededBytes`. Nothing where there is enough
+/// room, where copies share blocks with their originals, or where it is unknown.
 [[nodiscard]] std::optional<Shortage> shortage(const std::vector<FileURL> &items, std::int64_t neededBytes,
                                                const FileURL &root);
 

@@ -18,12 +18,12 @@ namespace {
 
 constexpr std::size_t pieceSize = 262'144;
 
-/// `relative` inside `place`; the place itself where that is empty.
+/// `relative` inside `place`; the place itself where `relative` is empty.
 std::string within(const std::string &place, const std::string &relative) {
     return relative.empty() ? place : joinPath(place, relative);
 }
 
-/// A file that is read alongside another one, to see whether they hold the same.
+/// A file that is read beside another one to compare them.
 class Twin {
 public:
     explicit Twin(const std::string &path) : reader_(path), isSame_(reader_.isOpen()) {}
@@ -34,7 +34,7 @@ public:
             isSame_ = reader_.read(std::span(buffer_).first(piece.size())) == piece;
     }
 
-    /// Whether nothing is left of it either.
+    /// Whether this file is also at its end.
     [[nodiscard]] bool isSameToTheEnd() {
         std::array<char, 1> rest{};
         return isSame_ && reader_.read(rest) == std::string_view();
@@ -75,7 +75,7 @@ std::optional<BackedUpFile> readBackedUpFile(const std::string &path, const std:
     if (!reader.isOpen())
         return std::nullopt;
     BackedUpFile file{.path = relativePath, .modified = reader.modified()};
-    // Room for all of a small file and for one byte more, whose absence is its end.
+    // Room for a small file and one byte more, so that one read shows its end.
     std::vector<char> buffer(std::min(pieceSize, static_cast<std::size_t>(reader.length()) + 1));
     Sha256 digest;
     while (!isCancelled()) {

@@ -11,13 +11,13 @@
 
 namespace brimvale {
 
-/// What a backup holds in one place: a file with its digest, or a symbolic link.
+/// One entry of a backup: a file with its digest, or a symbolic link.
 struct BackedUpFile {
     std::string path; ///< relative to the backup's folder, as bytes
     std::int64_t size = 0;
     std::string sha256 = {}; ///< 64 hexadecimal digits
     Date modified = {};
-    std::optional<std::string> linkTarget = {}; ///< of a link, which has none of the other figures
+    std::optional<std::string> linkTarget = {}; ///< for a link; it has none of the other figures
 
     friend bool operator==(const BackedUpFile &, const BackedUpFile &) = default;
 };
@@ -28,10 +28,10 @@ struct BackedUpFile {
     const std::string &path, const std::string &relativePath, const std::function<bool()> &isCancelled,
     const std::function<void(std::string_view piece)> &alsoRead = [](std::string_view) {});
 
-/// What comparing an original with its copy came to.
+/// The result of comparing an original with its copy.
 struct CopyComparison {
-    std::vector<BackedUpFile> copies;   ///< those that could be read, as the backup holds them
-    std::vector<std::string> differing; ///< originals whose copies are missing, unreadable or not the same
+    std::vector<BackedUpFile> copies;   ///< the readable ones, as the backup holds them
+    std::vector<std::string> differing; ///< originals whose copies are missing, unreadable or different
 };
 
 /// Compares every file and link of the original at `source` with its copy at `destination` (absolute paths),

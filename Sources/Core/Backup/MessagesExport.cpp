@@ -29,7 +29,7 @@ constexpr const char *query = "SELECT c.display_name, c.chat_identifier, m.is_fr
                               "WHERE m.associated_message_type = 0\n"
                               "ORDER BY c.ROWID, m.date;";
 
-/// One line of the answer, in its fields.
+/// The fields of one line of the answer.
 struct Row {
     std::string_view displayName, chatIdentifier, isFromMe, date, text, attributedBody, hasAttachments,
         service;
@@ -45,7 +45,7 @@ bool takeFirst(std::string_view &rest, std::string_view &field) {
     return true;
 }
 
-/// Cuts off the part of `rest` behind its last separator; false where there is none.
+/// Cuts off the part of `rest` after its last separator; false where there is none.
 bool takeLast(std::string_view &rest, std::string_view &field) {
     const std::size_t end = rest.rfind(separator);
     if (end == std::string_view::npos)
@@ -55,9 +55,9 @@ bool takeLast(std::string_view &rest, std::string_view &field) {
     return true;
 }
 
-/// Nothing for a line that is only part of a row, which happens where a message holds a line feed. A message
-/// may hold the separator, too (newer shells print that one in another way), so its text is whatever the
-/// fields at both ends leave.
+/// Nothing for an incomplete row, which happens where a message holds a line feed. A message may also hold
+/// the separator (newer shells print that one in another way), so its text is whatever remains between the
+/// fields at both ends.
 std::optional<Row> rowOf(std::string_view line) {
     Row row;
     const bool isWhole = takeFirst(line, row.displayName) && takeFirst(line, row.chatIdentifier) &&
@@ -85,11 +85,11 @@ std::string textOf(const Row &row) {
     return body ? decodeAttributedBody(*body).value_or("") : "";
 }
 
-/// The moment that a count since the start of 2001, UTC, stands for: of seconds in older databases, of
-/// nanoseconds in newer ones. What lies beyond the range of dates becomes its end.
+/// The moment for a count since the start of 2001, UTC: in seconds in older databases, in nanoseconds in
+/// newer ones. A count out of range becomes the first or last possible date.
 Date dateOf(std::string_view text) {
     constexpr std::int64_t mostSeconds = 1'000'000'000'000;
-    constexpr std::int64_t referenceSeconds = 978'307'200; // 2001-01-01 in the time of Unix
+    constexpr std::int64_t referenceSeconds = 978'307'200; // 2001-01-01 in Unix time
     constexpr std::int64_t perSecond = 1'000'000'000;
     std::int64_t count = 0;
     std::from_chars(text.data(), text.data() + text.size(), count);
@@ -102,7 +102,7 @@ Date dateOf(std::string_view text) {
     return Date(std::chrono::nanoseconds(nanoseconds));
 }
 
-/// Puts the rows, which come chat by chat, together to conversations.
+/// Collects rows, which arrive chat by chat, into conversations.
 class Collector {
 public:
     explicit Collector(int limitPerChat) : limit_(static_cast<std::size_t>(std::max(limitPerChat, 0))) {}
@@ -114,7 +114,7 @@ public:
                                 textOf(row.service)});
     }
 
-    /// All of them, the one with the most recent last message first.
+    /// All conversations, the one with the most recent last message first.
     std::vector<Conversation> take() {
         const auto last = [](const Conversation &one) {
             return one.messages.empty() ? Date::min() : one.messages.back().date;
@@ -126,7 +126,7 @@ public:
 
 private:
     Conversation &conversationOf(std::string_view name) {
-        // Nearly every row is of the same chat as the one before.
+        // Nearly every row has the same chat as the previous one.
         if (conversations_.empty() || name != currentName_) {
             const auto [found, isNew] = indices_.try_emplace(std::string(name), conversations_.size());
             if (isNew)
@@ -165,7 +165,7 @@ Reading readChecked(const std::string &path, int limitPerChat, const Tools &tool
     std::error_code error;
     if (!std::filesystem::exists(path, error))
         return {};
-    // Not as text: a single ill-formed message would make everything unreadable.
+    // Read as bytes: as text, a single ill-formed message would make everything unreadable.
     const std::optional<ProcessResult> result =
         runProcess(tools.databaseShell, {"-readonly", "-separator", std::string(1, separator), path, query},
                    StandardError::discarded);

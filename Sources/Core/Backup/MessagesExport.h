@@ -11,17 +11,17 @@
 
 namespace brimvale {
 
-/// Makes a Messages database readable without Messages: a page of conversations that any browser shows. The
-/// database is read by the system's own shell for such databases, and never written. Nothing here fails: what
-/// cannot be read is no conversation.
+/// Makes a Messages database readable without Messages, as a page of conversations for any browser. The
+/// system's own database shell reads the database and never writes to it. Nothing here fails: unreadable
+/// conversations are left out.
 namespace MessagesExport {
 
 struct Message {
-    std::string text; ///< well-formed UTF-8; empty for one that is only an attachment
+    std::string text; ///< well-formed UTF-8; empty for an attachment alone
     bool fromMe = false;
     Date date{};
     bool hasAttachment = false;
-    std::string service; ///< as the database names it: "iMessage", "SMS"
+    std::string service; ///< the name in the database: "iMessage", "SMS"
 
     friend bool operator==(const Message &, const Message &) = default;
 };
@@ -33,7 +33,7 @@ struct Conversation {
     friend bool operator==(const Conversation &, const Conversation &) = default;
 };
 
-/// How many messages of one conversation a transcript shows where nobody says otherwise.
+/// The default number of messages of one conversation in a transcript.
 constexpr int usualLimitPerChat = 5000;
 
 /// The conversations of the database at an absolute path, the most recent one first, each with its oldest
@@ -42,22 +42,22 @@ constexpr int usualLimitPerChat = 5000;
 [[nodiscard]] std::vector<Conversation> read(const std::string &path, int limitPerChat,
                                              const Tools &tools = platformTools());
 
-/// What a reading came to.
+/// The result of reading a database.
 struct Reading {
     std::vector<Conversation> conversations;
-    bool isComplete = false; ///< false where there is no database, or its shell could not read it to the end
+    bool isComplete = false; ///< false without a database, or if its shell could not read all of it
 };
 
-/// The same, for whoever has to tell an empty database from one that cannot be read.
+/// The same, and whether everything could be read.
 [[nodiscard]] Reading readChecked(const std::string &path, int limitPerChat,
                                   const Tools &tools = platformTools());
 
-/// One self-contained HTML page: the conversations at the left, the messages of the chosen one at the right,
-/// in local time. No text of a conversation becomes markup or script.
+/// One self-contained HTML page: the conversations on the left, the messages of the selected one on the
+/// right, in local time. Texts of a conversation never become markup or script.
 [[nodiscard]] std::string html(const std::vector<Conversation> &conversations);
 
-/// The text of a message that is stored only as rich text, in the serialised form of an attributed string.
-/// Nothing where it is not found whole, or is not UTF-8.
+/// The text of a message that is stored only as rich text, a serialised attributed string. Nothing where the
+/// text is incomplete or not UTF-8.
 [[nodiscard]] std::optional<std::string> decodeAttributedBody(std::string_view data);
 
 /// Where `pattern` first occurs in `bytes`.

@@ -6,15 +6,15 @@ namespace brimvale::MessagesExport {
 
 namespace {
 
-/// A string's class is named, and a little further its bytes follow a plus sign and their count.
+/// A string is stored as its class name and, a little later, a plus sign, its length and its bytes.
 constexpr std::string_view className = "NSString";
 constexpr std::string_view bytesMark = "+";
 constexpr std::size_t mostBetween = 16;
 
-/// The count that follows is one of 16 bits, the lower byte first.
+/// Before a length of 16 bits, lower byte first.
 constexpr unsigned char longCountMark = 0x81;
 
-/// Cuts the count of bytes off `rest`.
+/// Reads the length from the start of `rest` and removes it there.
 std::optional<std::size_t> takeCount(std::string_view &rest) {
     const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(rest[i]); };
     if (rest.empty())

@@ -29,16 +29,16 @@ constexpr std::string_view tail = "</main>\n<script>\n"
                                   "  });\n"
                                   "</script>\n</body>\n</html>\n";
 
-/// The markup of a message comes to about that many bytes.
+/// The approximate markup of one message, in bytes.
 constexpr std::size_t usualMarkup = 64;
 
-/// Messages that a browser lays out together, only once they come into view: with all of a long conversation
-/// at once it would take a minute.
+/// The number of messages that a browser lays out together, when they come into view. Laying out all of a
+/// long conversation at once would take a minute.
 constexpr std::size_t chunkSize = 200;
-/// About how high one is, in pixels, for the scroll bar until then.
+/// The approximate height of a message in pixels, for the scroll bar before the layout.
 constexpr std::size_t usualHeight = 44;
 
-/// What stands in the page for a character that means something in markup; empty for any other.
+/// The escaped form of a character that has a meaning in markup; empty for any other.
 std::string_view replacementOf(char character) {
     switch (character) {
     case '&':
@@ -58,7 +58,7 @@ std::string_view replacementOf(char character) {
     }
 }
 
-/// Adds text, so that a browser shows it and does nothing else with it.
+/// Adds text that a browser only displays.
 void addEscaped(std::string &page, std::string_view text) {
     std::size_t start = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -89,7 +89,7 @@ std::string shortDay(const LocalTime &time) {
            std::to_string(time.year);
 }
 
-/// What ties a button to its pane: a number, for a name could be anything.
+/// The id that links a button to its pane: a number, because names may hold anything.
 std::string paneId(std::size_t index) {
     return "pane-" + std::to_string(index);
 }

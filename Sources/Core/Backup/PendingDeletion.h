@@ -11,16 +11,16 @@
 
 namespace brimvale {
 
-/// A backup that waits for the user's review before its originals are removed.
+/// A backup that the user reviews before its originals are removed.
 struct PendingDeletion {
     FileURL destination; ///< the backup's folder
     std::vector<ArchivedItem> items;
-    std::vector<CleanupEntry> entries; ///< what will be removed
-    std::int64_t bytes = 0;            ///< copied, in total
+    std::vector<CleanupEntry> entries; ///< the items to remove
+    std::int64_t bytes = 0;            ///< copied in total
     RemovalMode mode = RemovalMode::trash;
     std::optional<FileURL> readableExport;
     bool sameVolumeAsSource = false;
-    std::vector<FileURL> differing; ///< originals whose copies do not hold the same bytes
+    std::vector<FileURL> differing; ///< originals whose copies hold other bytes
 
     friend bool operator==(const PendingDeletion &, const PendingDeletion &) = default;
 };

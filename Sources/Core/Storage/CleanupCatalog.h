@@ -9,11 +9,11 @@
 
 namespace brimvale {
 
-/// The places where data collects that comes back on its own, and what lies in them. Measuring never fails:
-/// what cannot be read is left out. It blocks; call it off the main thread.
+/// Measures the places where data collects that programs create again by themselves. Measuring never fails:
+/// unreadable items are left out. It blocks; call it off the main thread.
 namespace CleanupCatalog {
 
-/// The targets of the host's catalog, not yet measured, in the order in which they are shown.
+/// The targets of the host's catalog in the order shown, not yet measured.
 [[nodiscard]] std::vector<CleanupTarget> definitions(const Host &host = Host::current());
 
 /// The target with its entries, the largest first. After `cancelled` (asked from several threads) answers

@@ -8,7 +8,7 @@
 
 namespace brimvale {
 
-/// The rows of cleanup targets and storage categories. What cannot be read is left out without a word.
+/// The rows of cleanup targets and storage categories. Unreadable items are left out silently.
 namespace CleanupEntries {
 
 /// The paths to be measured for `roots`: the roots themselves as far as they exist, or what lies right in
@@ -27,7 +27,7 @@ namespace CleanupEntries {
 /// The rows that a removal has to be asked for: each item once, and none that goes with a folder among them.
 [[nodiscard]] std::vector<CleanupEntry> outermost(const std::vector<CleanupEntry> &entries);
 
-/// Whether one of the roots exists and may not be listed.
+/// Whether one of the roots exists but cannot be listed.
 [[nodiscard]] bool hasUnreadableRoot(const std::vector<std::string> &roots);
 
 /// The bytes of all rows.

@@ -14,7 +14,7 @@ namespace brimvale {
 /// The name of a risk's colour: "green", "orange" or "red".
 [[nodiscard]] std::string_view colorName(CleanupRisk risk);
 
-/// What the confirmation warns of before something of that risk is removed.
+/// The warning in the confirmation before something of that risk is removed.
 [[nodiscard]] std::string removalWarning(CleanupRisk risk, RemovalMode mode);
 
 } // namespace brimvale

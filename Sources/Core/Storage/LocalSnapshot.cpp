@@ -25,7 +25,7 @@ std::string without(std::string text, std::string_view part) {
     return text;
 }
 
-/// The number that stands in `text` from `start` on, all `length` characters of it digits; else nothing.
+/// The number in the `length` characters of `text` from `start` on; nothing unless all of them are digits.
 std::optional<int> digits(std::string_view text, std::size_t start, std::size_t length) {
     const std::string_view part = text.substr(start, length);
     int number = 0;
@@ -34,7 +34,7 @@ std::optional<int> digits(std::string_view text, std::size_t start, std::size_t 
     return isNumber ? std::optional(number) : std::nullopt;
 }
 
-/// The moment that a text in the form "yyyy-MM-dd-HHmmss" names in the current time zone.
+/// The moment for a text in the form "yyyy-MM-dd-HHmmss" in the current time zone.
 std::optional<Date> localDate(std::string_view text) {
     if (text.size() != 17 || text[4] != '-' || text[7] != '-' || text[10] != '-')
         return std::nullopt;
@@ -54,7 +54,7 @@ std::optional<Date> localDate(std::string_view text) {
     civil.tm_hour = *hour;
     civil.tm_min = *minute;
     civil.tm_sec = *second;
-    civil.tm_isdst = -1; // as the time zone has it on that day
+    civil.tm_isdst = -1; // let the time zone decide for that day
     const std::time_t moment = std::mktime(&civil);
     constexpr std::time_t farthest = 9'000'000'000; // as far as nanoseconds reach
     if (moment < -farthest || moment > farthest)
@@ -74,7 +74,7 @@ std::vector<LocalSnapshot> LocalSnapshot::list(const std::string &volume, const 
         if (name.starts_with(namePrefix))
             snapshots.push_back({name, localDate(without(without(name, namePrefix), nameSuffix))});
     }
-    // No date comes before every date.
+    // A missing date sorts before every date.
     std::stable_sort(snapshots.begin(), snapshots.end(),
                      [](const LocalSnapshot &a, const LocalSnapshot &b) { return a.date > b.date; });
     return snapshots;

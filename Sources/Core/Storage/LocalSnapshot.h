@@ -13,7 +13,7 @@ namespace brimvale {
 /// A local snapshot of a volume.
 struct LocalSnapshot {
     std::string name;
-    std::optional<Date> date; ///< nothing where the name does not tell
+    std::optional<Date> date; ///< nothing where the name has none
 
     /// The local snapshots of the volume mounted at `volume`, newest first, those without a date last. Empty
     /// on any failure, and where there is no such tool. Blocks while the tool runs.
@@ -23,7 +23,7 @@ struct LocalSnapshot {
     friend bool operator==(const LocalSnapshot &, const LocalSnapshot &) = default;
 };
 
-/// The note for that many snapshots; nothing where there are none.
+/// The note for this number of snapshots; nothing for 0.
 [[nodiscard]] std::optional<std::string> snapshotNote(std::size_t count);
 
 } // namespace brimvale

@@ -5,11 +5,11 @@
 
 namespace brimvale {
 
-/// What the system lets the program do. It is found out by trying; the system is never asked for anything.
+/// The permissions of this program. They are found by trying; the system is never asked for more.
 namespace Permissions {
 
-/// Whether the program may read the folders that the system protects from programs in general. True where the
-/// system has no such protection. Looks afresh each time.
+/// Whether the program may read the folders that the system protects from most programs. True on systems
+/// without such protection. Checks again on each call.
 [[nodiscard]] bool hasFullDiskAccess(const Host &host = Host::current());
 
 /// Whether one of these places can be read.

@@ -38,14 +38,14 @@ std::string standardised(const std::string &path) {
     return FileURL(path).standardized().path();
 }
 
-/// What may become a row of System Data.
+/// The folders that may become rows of System Data.
 std::vector<std::string> systemDataCandidates(const Host &host) {
     const PathSet claimed = StorageCategories::claimedPaths(host);
     std::vector<std::string> candidates;
     for (const std::string &root : StorageCategories::systemDataRoots(host)) {
         const bool isHome = root == host.home.path();
         for (const std::string &name : CleanupEntries::names(root)) {
-            // What is visible at home belongs to the categories, and so does the Trash.
+            // The visible folders in the home and the Trash belong to other categories.
             if (isHome && (!name.starts_with('.') || name == ".Trash"))
                 continue;
             std::string path = standardised(joinPath(root, name));

@@ -14,24 +14,25 @@
 
 namespace brimvale {
 
-/// The categories into which the used space of the root volume is divided, and what lies in them. Measuring
-/// never fails: what cannot be read is left out. It blocks; call it off the main thread. Its results are what
-/// was counted until `cancelled` (asked from several threads) answers true.
+/// The categories of used space on the root volume, and their contents. Measuring never fails: unreadable
+/// items are left out. It blocks; call it off the main thread. After `cancelled` (called from several
+/// threads) returns true, the results are what was counted until then.
 namespace StorageCategories {
 
-/// The categories of the host's catalog, in the order in which they are shown.
+/// The categories of the host's catalog, in the order shown.
 [[nodiscard]] std::vector<StorageCategory> all(const Host &host = Host::current());
 
-/// The folders of the other users: the one that all share, then the home folders as the system lists them.
+/// The folders of other users: the shared one first, then the home folders in the system's order.
 [[nodiscard]] std::vector<std::string> otherUserRoots(const Host &host = Host::current());
 
-/// Every path that a category, or nobody, accounts for, and that is no row of System Data therefore.
+/// Every path that is never a row of System Data: the roots of the other categories, and paths excluded on
+/// purpose.
 [[nodiscard]] PathSet claimedPaths(const Host &host = Host::current());
 
 /// The folders whose contents may be rows of System Data, in order.
 [[nodiscard]] std::vector<std::string> systemDataRoots(const Host &host = Host::current());
 
-/// The colour that a category is shown in; grey where its colour has a name that nobody knows.
+/// The colour of a category; grey where the name of its colour is unknown.
 [[nodiscard]] Color color(const StorageCategory &category);
 
 /// The colour with a name that categories use; nothing where there is none.

@@ -11,7 +11,7 @@
 
 namespace brimvale {
 
-/// A mounted volume. Sizes in bytes; 0 where the system gives none.
+/// A mounted volume. Sizes in bytes; 0 where unknown.
 struct VolumeInfo {
     FileURL url; ///< the mount point
     std::string name;
@@ -21,32 +21,32 @@ struct VolumeInfo {
     bool isInternal = false;
     bool isRootVolume = false;
 
-    /// How long `current` may wait where the window is about to be drawn.
+    /// The longest wait in `current` just before the window is drawn.
     static constexpr std::chrono::milliseconds beforePaint{5};
 
-    /// The mounted volumes, the root volume first, then by name. One whose capacity is not known is left out,
-    /// so a volume on a network or behind another program is missing until it has answered once; no more than
-    /// `patience` is spent on all of them. Never fails. Thread-safe.
+    /// The mounted volumes, the root volume first, then by name. A volume of unknown capacity is left out, so
+    /// one on a network or served by another program is missing until it has answered once. Waits at most
+    /// `patience` for all of them. Never fails. Thread-safe.
     [[nodiscard]] static std::vector<VolumeInfo> current(std::chrono::milliseconds patience = beforePaint);
 
-    /// Those of them that are to be listed, in order, from what the system reports.
+    /// The volumes to list, in order, from the system's report.
     [[nodiscard]] static std::vector<VolumeInfo> from(const std::vector<MountedVolume> &mounted);
 
     /// The root volume, else the first, else nothing.
     [[nodiscard]] static std::optional<VolumeInfo> root(const std::vector<VolumeInfo> &volumes);
 
-    /// The space to show as available. Some file systems do not say what is there for important usage.
+    /// The available space to show. Some file systems do not report the space for important usage.
     [[nodiscard]] std::int64_t shownAvailable() const {
         return availableForImportantUsage > 0 ? availableForImportantUsage : trueFree;
     }
 
-    /// What the system would give back under pressure; 0 or less where it holds nothing back.
+    /// The space the system would free when it runs low; 0 or less where there is none.
     [[nodiscard]] std::int64_t purgeable() const { return availableForImportantUsage - trueFree; }
 
     friend bool operator==(const VolumeInfo &, const VolumeInfo &) = default;
 };
 
-/// What to say of a volume's purgeable space; nothing where there is none.
+/// A sentence about a volume's purgeable space; nothing where there is none.
 [[nodiscard]] std::optional<std::string> purgeableSentence(const VolumeInfo &volume);
 
 } // namespace brimvale
