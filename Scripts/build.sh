@@ -2,8 +2,8 @@
 #
 #   build PRESET [CMAKE-OPTION…]
 #
-# which configures the preset where that is due, and builds it. Says nothing where there is nothing to do, one
-# line where there is, and everything where it fails.
+# which configures the preset if needed, and builds it. Prints nothing when everything is up to date, one line when
+# it builds, and the whole log when it fails.
 # shellcheck shell=bash
 
 top=$(CDPATH='' cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -12,7 +12,7 @@ build() {
     local preset=$1 folder="$top/build/$1" log="$top/build/$1.log"
     shift
     if [ $# -eq 0 ] && [ "$folder/build.ninja" -nt "$top/CMakePresets.json" ]; then
-        # Ninja sees by itself when CMake is to run again, save for the presets.
+        # Ninja notices by itself when CMake must run again, except for changed presets.
         case $(cmake --build "$folder" -- -n 2>&1) in
             *'no work to do'*) return ;;
         esac

@@ -1,17 +1,17 @@
-# Finds out what this machine lacks, and installs only that. To be sourced by a script that then calls
+# Finds what is missing on this machine and installs only that. To be sourced by a script that then calls
 #
 #   set_up run|test|bench
 #
-# Where something is missing and cannot be installed, one sentence says so and the script ends with status 1.
-# Once everything is there, the look costs a few milliseconds and no package manager is asked. $top is the top
-# of the tree. Written for bash 3.2, which is what macOS has.
+# If something is missing and cannot be installed, one sentence says so and the script ends with status 1. When
+# nothing is missing, the check takes a few milliseconds and asks no package manager. $top is the top of the tree.
+# Written for bash 3.2, the version of macOS.
 # shellcheck shell=bash
 
 top=$(CDPATH='' cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-# One need a row: what for (with a question mark: goes without it, at a loss), what shows that it is there, and
-# the packages that bring it, with a comma between several and a dash where that system has none or needs none.
-# `test` and `bench` need all that `run` needs.
+# One requirement per row: its purpose (with a question mark if optional), how to see that it is installed, and the
+# packages to install, with commas between several and a dash where that system needs or has none. `test` and
+# `bench` also need everything for `run`.
 needs='
 #        what shows it           apt-get          dnf                      pacman      brew
 run      compiler                g++              gcc-c++                  gcc         -
@@ -45,7 +45,7 @@ set_up() {
     local purpose=$1 manager column missing
     manager=$(package_manager)
     column=$manager
-    [ "$(uname -s)" != Darwin ] || column=brew # what a Mac needs, with or without it
+    [ "$(uname -s)" != Darwin ] || column=brew # a Mac's requirements, even without Homebrew
     missing=$(missing_for "$purpose" "$column" packages)
     if [ -n "$missing" ]; then
         [ -n "$manager" ] || end_set_up "No package manager is known here (on a Mac that is Homebrew); please install" \
@@ -63,7 +63,7 @@ end_set_up() {
     exit 1
 }
 
-# The name of the package manager, which is that of its column; nothing where there is none.
+# The name of the package manager, as in the header of its column; nothing where there is none.
 package_manager() {
     local manager managers='apt-get dnf pacman'
     [ "$(uname -s)" != Darwin ] || managers=brew
@@ -75,9 +75,9 @@ package_manager() {
     done
 }
 
-# missing_for PURPOSE MANAGER packages|names: what is not there, on one line (without a manager, as Debian calls
-# it). A need that the manager's column has no package for counts as met, but for the compiler, which a Mac has
-# from elsewhere.
+# missing_for PURPOSE MANAGER packages|names: what is missing, on one line (without a manager, with Debian's
+# package names). A requirement with a dash in the manager's column counts as met, except the compiler, which a Mac
+# gets elsewhere.
 missing_for() {
     local purpose shows apt dnf pacman brew package packages='' names=''
     while read -r purpose shows apt dnf pacman brew; do
@@ -118,9 +118,9 @@ name_of() {
     esac
 }
 
-# Whether there is a compiler at all; whether it knows C++20 is CMake's to find out.
+# Whether there is a compiler at all; CMake checks that it supports C++20.
 has_compiler() {
-    # macOS has a c++ from the start, which only offers to install the real one.
+    # macOS always has a c++, but without the real compiler it only offers to install it.
     if [ "$(uname -s)" = Darwin ]; then
         xcode-select -p >/dev/null 2>&1
     else
@@ -138,15 +138,15 @@ has_recent_cmake() {
     [ "$major" -gt 3 ] || { [ "$major" -eq 3 ] && [ "$minor" -ge 25 ]; }
 }
 
-# is_below_prefix PATTERN…: whether one of them names a file in a place where CMake looks by itself, which it does
-# in what contains a folder of the PATH as well.
+# is_below_prefix PATTERN…: whether one of them matches a file where CMake searches by default. CMake also searches
+# the parents of the folders in PATH.
 is_below_prefix() {
     local prefix pattern file prefixes brew
     brew=$(command -v brew) || brew=
     IFS=':;' read -r -a prefixes <<<"/usr:/usr/local:/opt/homebrew:${brew%/bin/brew}:${CMAKE_PREFIX_PATH:-}"
     for prefix in "${prefixes[@]}"; do
         for pattern in "$@"; do
-            for file in "$prefix"/$pattern; do # the pattern, not the prefix, is to be expanded
+            for file in "$prefix"/$pattern; do # expand the pattern, not the prefix
                 [ ! -e "$file" ] || return 0
             done
         done
@@ -154,8 +154,8 @@ is_below_prefix() {
     return 1
 }
 
-# Installs what the purpose profits from but can do without. Tried once a machine and build folder: otherwise a
-# package that the system does not have would be asked for at every start.
+# Installs the optional packages. Tried once per machine and build folder; otherwise a package that does not exist
+# there would be requested at every start.
 add_optional() {
     local tried package
     tried="$top/build/.tried-$1-$(uname -n)"
@@ -169,7 +169,7 @@ add_optional() {
     : >"$tried"
 }
 
-# install_packages MANAGER "PACKAGE…": quiet when it works; else everything that was said, and false.
+# install_packages MANAGER "PACKAGE…": quiet on success; otherwise prints the whole log and returns false.
 install_packages() {
     local log="$top/build/set-up.log"
     if [ "$1" != brew ] && [ "$(id -u)" != 0 ] && ! command -v sudo >/dev/null; then
@@ -186,7 +186,7 @@ install_packages() {
 
 install_with_apt() {
     if [ -z "${package_lists_are_fresh:-}" ]; then
-        # It fails when only one of several sources does; whether that one was needed, the next step tells.
+        # It fails even if only one of several sources fails; the next step shows whether that one was needed.
         as_root apt-get update || true
         package_lists_are_fresh=yes
     fi
@@ -199,7 +199,8 @@ install_with_dnf() {
 }
 
 install_with_pacman() {
-    # Fresh lists without a full upgrade could bring libraries that do not fit, so only where there are none.
+    # New lists without a full upgrade could install libraries that do not fit together, so only if there are no
+    # lists yet.
     if [ -e /var/lib/pacman/sync/core.db ]; then
         as_root pacman -S --needed --noconfirm "$@"
     else
@@ -210,7 +211,7 @@ install_with_pacman() {
 install_with_brew() {
     local package packages=''
     brew install "$@" && return
-    # One that has not been brought up to date since Qt was divided has all of it in one package.
+    # An outdated Homebrew from before Qt was split has all of Qt in one package.
     ! brew info --formula qtbase >/dev/null 2>&1 || return
     for package in "$@"; do
         case $package in

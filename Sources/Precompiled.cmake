@@ -1,6 +1,6 @@
-# Most of a compile goes into parsing headers, so those that nearly every file has are parsed once for each kind of
-# target: `brimvale_precompiled(NAME LINKS LIBRARY… HEADERS HEADER…)` makes one, and targets that are compiled with the
-# same flags reuse it. A file still includes what it uses: lint builds without them.
+# Most of the compile time is parsing headers, so common headers are parsed once for each kind of target.
+# `brimvale_precompiled(NAME LINKS LIBRARY… HEADERS HEADER…)` makes a precompiled header, and targets compiled with
+# the same flags reuse it. Every file still includes what it uses: lint builds without precompiled headers.
 function(brimvale_precompiled name)
     cmake_parse_arguments(PRECOMPILED "" "" "LINKS;HEADERS" ${ARGN})
     file(CONFIGURE OUTPUT Empty.cpp CONTENT "")

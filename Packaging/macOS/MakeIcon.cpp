@@ -12,8 +12,8 @@
 
 namespace {
 
-/// One picture of an icon file. Sizes of 16 and 32 points are there for displays of two pixels a point only;
-/// the system scales those down for others.
+/// One picture of an icon file. 16 and 32 points are only included for displays with two pixels per point;
+/// other displays scale those down.
 struct Entry {
     const char *type;
     int pixels;
@@ -30,7 +30,7 @@ constexpr std::array<Entry, 8> entries = {{
     {"ic10", 1024},
 }};
 
-/// The plate of a Mac icon takes 824 of 1024 pixels, that of the picture 224 of 256.
+/// The plate of a Mac icon is 824 of 1024 pixels wide, the plate in our picture 224 of 256.
 constexpr double shareOfPicture = (824.0 / 1024) / (224.0 / 256);
 
 QByteArray drawn(QSvgRenderer &picture, int pixels) {
@@ -46,7 +46,8 @@ QByteArray drawn(QSvgRenderer &picture, int pixels) {
     return image.save(&buffer, "PNG") ? png : QByteArray();
 }
 
-/// A part of an icon file, or the whole: four letters, its length with these eight bytes, its contents.
+/// A part of an icon file, or the whole file: four letters, its length including these eight bytes, its
+/// contents.
 QByteArray part(const char *type, const QByteArray &contents) {
     const quint32 length = qToBigEndian(static_cast<quint32>(contents.size() + 8));
     return QByteArray(type, 4) + QByteArray(reinterpret_cast<const char *>(&length), sizeof length) +
@@ -78,7 +79,7 @@ int main(int argc, char **argv) {
         std::fprintf(stderr, "MakeIcon: %s cannot be drawn\n", argv[1]);
         return 1;
     }
-    // All or nothing: the build would take a part of it for finished.
+    // All or nothing: the build would take a partial file for a finished one.
     QSaveFile file(QFile::decodeName(argv[2]));
     if (!file.open(QIODevice::WriteOnly) || file.write(*icon) != icon->size() || !file.commit()) {
         std::fprintf(stderr, "MakeIcon: %s cannot be written\n", argv[2]);

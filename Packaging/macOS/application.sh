@@ -6,7 +6,7 @@
 #
 # SIGNING_IDENTITY  the certificate to sign with, as `security find-identity -v -p codesigning` lists it. Without
 #                   it the application is signed for this Mac only.
-set -euo pipefail # which bash 3.2 heeds only after simple commands, so others say what is to become of them
+set -euo pipefail # bash 3.2 applies -e to simple commands only, so others handle their failures
 top=$(CDPATH='' cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 out="$top/build/dist"
 work="$top/build/package/dist"
@@ -19,7 +19,7 @@ main() {
     for tool in codesign otool plutil; do
         command -v "$tool" >/dev/null || end "$tool is missing: packaging takes a Mac with Xcode's tools."
     done
-    rm -rf "$out" # what an earlier version left there would pass for a part of this one
+    rm -rf "$out" # leftovers of an earlier version would look like parts of this one
     build "$@"
     deploy
     check_minimum
@@ -42,7 +42,7 @@ build() {
     cmake --install "$top/build/package" --prefix "$work"
 }
 
-# Copies Qt and its plug-ins into the bundle. It answers 0 even when something was missing, and tells so only.
+# Copies Qt and its plug-ins into the bundle. macdeployqt reports missing files but still exits with status 0.
 deploy() {
     local said
     said=$(macdeployqt "$app" -executable="$contents/MacOS/brimvalectl" 2>&1) || end "$said"
@@ -55,8 +55,8 @@ entry() {
     plutil -extract "$1" raw -o - "$contents/Info.plist" || end "Info.plist says nothing of $1."
 }
 
-# No library inside may need a newer macOS than the bundle says it does, on either kind of Mac: it would not start
-# there.
+# No library in the bundle may need a newer macOS than the bundle claims, on either kind of Mac: the application
+# would not start there.
 check_minimum() {
     local promised file needed isKnown=''
     promised=$(entry LSMinimumSystemVersion)
@@ -79,7 +79,7 @@ is_at_least() {
     }'
 }
 
-# From the inside out, since a signature covers those within it. macdeployqt can sign as well, but takes no
+# From the inside out, because a signature covers those inside it. macdeployqt can sign as well, but without
 # entitlements.
 sign() {
     local item identifier entitlements="$top/Resources/macOS/Brimvale.entitlements"
@@ -99,7 +99,7 @@ sign_item() {
     if [ -n "${SIGNING_IDENTITY:-}" ]; then
         codesign --force --sign "$SIGNING_IDENTITY" --options runtime --timestamp "$@" "$item"
     else
-        # The hardened runtime loads only libraries of the program's own team, and such a signature has none.
+        # The hardened runtime loads only libraries of the program's own team, and an ad-hoc signature has no team.
         codesign --force --sign - "$@" "$item"
     fi || end "${item##*/} could not be signed."
 }
@@ -111,7 +111,7 @@ check_signature() {
         echo 'Without SIGNING_IDENTITY the application is signed for this Mac only.' >&2
         return
     fi
-    # An installed copy takes no update from anybody else.
+    # Installed copies refuse updates from any other team.
     team=$(sed -n 's/.*"TeamIdentifier=\(.*\)".*/\1/p' "$top/Sources/Core/Update/UpdateStaging.cpp")
     [ -n "$team" ] || end 'which team installed copies take updates from is not to be found in UpdateStaging.cpp.'
     signed=$(codesign -dv "$app" 2>&1) || end "$signed"

@@ -17,7 +17,7 @@ if [ $# -ne 2 ] || [ ! -d "$1" ] || [[ $2 != *.dmg ]]; then
 fi
 app=${1%/}
 name=${app##*/}
-# Beside the image, whose name it gets only once it is whole.
+# In the folder of the image; it gets its name only when it is complete.
 work=$(mktemp -d "$(dirname "$2")/disk-image-XXXXXX")
 trap 'rm -rf "$work"' EXIT
 
@@ -26,7 +26,7 @@ make_image() {
     for _ in 1 2 3; do
         said=$(hdiutil create -ov -volname "${name%.app}" -srcfolder "$work/contents" -fs HFS+ -format ULFO \
             "$work/image.dmg" 2>&1) && return
-        # The system may still be looking at files that are new to it.
+        # The system may still be scanning the new files.
         case $said in
             *'Resource busy'*) sleep 5 ;;
             *) break ;;

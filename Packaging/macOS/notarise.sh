@@ -20,7 +20,7 @@ main() {
     command -v xcrun >/dev/null || end 'xcrun is missing: notarising takes a Mac with Xcode.'
     case $item in
         *.app)
-            # The service takes no folders.
+            # The service does not accept folders.
             work=$(mktemp -d)
             trap 'rm -rf "$work"' EXIT
             ditto -c -k --keepParent "$item" "$work/${item##*/}.zip"
@@ -48,7 +48,7 @@ account() {
     fi
 }
 
-# Waits for the verdict. A refusal may have status 0 as well, so the words count; the log tells the reasons.
+# Waits for the result. A refusal may also have status 0, so the words decide; the log gives the reasons.
 submit() {
     local said identifier status=0
     said=$(xcrun notarytool submit "$1" "${account[@]}" --wait 2>&1) || status=$?

@@ -18,7 +18,7 @@ main() {
     notarise "$app"
     version=$(entry CFBundleShortVersionString)
     name="Brimvale-$version"
-    # All or nothing: what lies beside the application can be published as it is.
+    # All or nothing: everything in build/dist can be published as it is.
     work=$(mktemp -d "$out/unfinished-XXXXXX")
     trap 'rm -rf "$work"' EXIT
     "$here/disk-image.sh" "$app" "$work/$name.dmg"
@@ -35,12 +35,12 @@ end() {
     exit 1
 }
 
-# What the bundle itself says, so that nothing else can contradict it.
+# Read from the bundle itself, so that the two always agree.
 entry() {
     plutil -extract "$1" raw -o - "$app/Contents/Info.plist" || end "Info.plist says nothing of $1."
 }
 
-# An account that is given in part only is notarise.sh's to object to.
+# notarise.sh reports an incomplete account.
 notarise() {
     if [ -n "${SIGNING_IDENTITY:-}" ] &&
         [ -n "${NOTARY_PROFILE:-}${NOTARY_KEY:-}${NOTARY_KEY_ID:-}${NOTARY_ISSUER:-}" ]; then

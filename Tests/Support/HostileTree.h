@@ -6,7 +6,7 @@ namespace brimvale::testing {
 
 /// Fills a folder with everything that a walk may stumble over, at random but the same for the same seed:
 /// names with line feeds, quotes and, where there can be such, bytes that are not UTF-8, links (dangling, to
-/// themselves, to enclosing folders), pipes, sockets, sparse and empty files, empty and locked folders, wide
+/// themselves, to their ancestors), pipes, sockets, sparse and empty files, empty and locked folders, wide
 /// ones, and a deep chain with siblings. Without `hardLinks` no file has a second name.
 void makeHostileTree(const TemporaryFolder &folder, unsigned seed, bool hardLinks);
 

@@ -129,7 +129,7 @@ constexpr SampleFile files[] = {
 constexpr const char *emptyFolders[] = {"~/Library/Caches/Empty Folder", "~/Library/Developer/Xcode/UserData",
                                         "/Users/.hidden", "~/.Trash/Empty"};
 
-/// The folder around each is closed to everybody.
+/// The parent folder of each is closed to everyone.
 constexpr SampleFile closedFolders[] = {
     {"~/Library/Logs/Closed/secret.log", 30 * kilobyte},
     {"~/Library/Saved Application State/Closed/state", 30 * kilobyte},

@@ -14,7 +14,7 @@ namespace brimvale::testing {
 /// A folder to make a tree of.
 [[nodiscard]] std::shared_ptr<FSNode> makeRoot();
 
-/// Adds a child of this size, and its figures to those of the folders around it.
+/// Adds a child of this size, and adds its figures to its ancestors.
 FSNode &add(FSNode &parent, const std::string &name, std::int64_t size, bool isDirectory = false);
 FSNode &addFolder(FSNode &parent, const std::string &name, std::int64_t size = 0);
 FSNode &addAggregate(FSNode &parent, std::int64_t count, std::int64_t size);

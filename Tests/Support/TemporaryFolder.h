@@ -20,16 +20,16 @@ public:
     [[nodiscard]] const std::string &path() const { return path_; }
     [[nodiscard]] std::string path(std::string_view inside) const { return joinPath(path_, inside); }
 
-    /// Makes a folder, enclosing ones included, and answers its path.
+    /// Makes a folder and its missing ancestors, and returns its path.
     std::string makeFolder(std::string_view inside) const;
-    /// Makes a file of `bytes` bytes that are really allocated, enclosing folders included.
+    /// Makes a file of `bytes` bytes that are really allocated, and its missing ancestors.
     std::string makeFile(std::string_view inside, std::int64_t bytes = 0) const;
-    /// Makes a file with this content, enclosing folders included.
+    /// Makes a file with this content, and its missing ancestors.
     std::string writeFile(std::string_view inside, std::string_view content) const;
     /// `name` where a file can be called so here, else the same as text: file systems of Macs take UTF-8
     /// only.
     [[nodiscard]] std::string possibleName(std::string_view name) const;
-    /// Makes a program that a shell runs, enclosing folders included.
+    /// Makes a program that a shell runs, and its missing ancestors.
     std::string makeScript(std::string_view inside, std::string_view commands) const;
     /// Makes a symbolic link with this target, taken as it stands.
     std::string makeLink(std::string_view inside, std::string_view target) const;

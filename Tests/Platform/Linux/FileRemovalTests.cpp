@@ -191,7 +191,7 @@ TEST(FileRemoval, MissingPermissionKeepsEverything) {
         EXPECT_EQ(removeItem(FileURL(folder.path("item")))->localizedDescription,
                   "“item” couldn’t be removed because you don’t have permission to access it.");
         EXPECT_EQ(listing(folder.path()), before);
-        // Neither the folder around an item nor an empty folder has to be readable.
+        // Neither the parent of an item nor an empty folder has to be readable.
         EXPECT_EQ(outcome(folder.path("unreadable/file")), "gone");
         EXPECT_EQ(outcome(folder.path("unreadable and empty")), "gone");
     });

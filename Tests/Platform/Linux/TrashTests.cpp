@@ -129,11 +129,11 @@ TEST(Trash, MissingPermissionKeepsItem) {
                       "it.");
             EXPECT_TRUE(isThere(file));
             EXPECT_FALSE(isThere(folder.path("home/data")));
-            // Its own way up would have to be written into it.
+            // Moving it would change its own ".." entry.
             EXPECT_EQ(outcome(inner), over(513, EACCES));
             EXPECT_TRUE(isThere(inner));
             EXPECT_THAT(originalPaths(folder.path("home/data/Trash")), IsEmpty());
-            // The folder around it need not be readable.
+            // Its parent folder need not be readable.
             const std::string hidden = folder.makeFile("unreadable/file");
             fs::permissions(folder.path("unreadable"), fs::perms(0333));
             EXPECT_EQ(outcome(hidden), "trashed");
