@@ -36,7 +36,7 @@ std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command,
     std::optional<PrivilegedRunError> error;
     try {
         std::thread([&] { error = run(administratorScript(command)); }).join();
-    } catch (const std::system_error &) { // no thread to be had
+    } catch (const std::system_error &) { // no thread is available
         error.emplace();
     }
     return error;
