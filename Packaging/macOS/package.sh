@@ -54,7 +54,7 @@ announce() {
     local build minimum digest
     build=$(entry CFBundleVersion)
     minimum=$(entry LSMinimumSystemVersion)
-    digest=$(shasum -a 256 "$2") || end "the digest of ${2##*/} could not be had."
+    digest=$(shasum -a 256 "$2") || end "the digest of ${2##*/} could not be computed."
     printf '{"version": "%s", "build": %s, "url": "%s", "sha256": "%s", "minimumSystemVersion": "%s"}\n' \
         "$1" "$build" "$downloads/${2##*/}" "${digest%% *}" "$minimum"
 }
