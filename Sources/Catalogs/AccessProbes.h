@@ -6,10 +6,10 @@
 
 namespace brimvale {
 
-/// Places that only a program with Full Disk Access can read.
+/// Places that only programs with Full Disk Access can read.
 struct AccessProbes {
-    std::vector<FileURL> files; ///< one that opens for reading proves the access
-    FileURL folder;             ///< and so does this one when its contents can be listed
+    std::vector<FileURL> files; ///< access is granted if one of them opens for reading
+    FileURL folder;             ///< or if this one can be listed
 };
 
 } // namespace brimvale

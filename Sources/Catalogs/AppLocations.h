@@ -6,12 +6,12 @@
 
 namespace brimvale {
 
-/// Where application bundles lie. Absolute paths, in the order in which they are searched.
+/// The folders with application bundles: absolute paths, in search order.
 struct AppRoots {
     std::vector<std::string> user;
-    std::vector<std::string> system; ///< whose applications belong to the system
+    std::vector<std::string> system; ///< applications in these belong to the system
 
-    /// Whether a path begins like one of the system's, as plain text.
+    /// Whether a path begins with one of the system's folders, as plain text.
     [[nodiscard]] bool isSystem(std::string_view path) const;
 };
 
@@ -21,11 +21,11 @@ struct ExactRule {
     std::string category;
     std::vector<std::string> endings = {""};
 
-    /// The names looked for: the identifier with each ending, in order.
+    /// The names to look for: the identifier with each ending, in order.
     [[nodiscard]] std::vector<std::string> names(std::string_view identifier) const;
 };
 
-/// Looks at all entries of a folder for those that match an application.
+/// Compares every entry of a folder with an application.
 struct ScanRule {
     std::string directory; ///< absolute
     std::string category;
@@ -34,7 +34,7 @@ struct ScanRule {
     bool allowsTeamPrefix = false;
 };
 
-/// Where applications leave files outside their bundles.
+/// The places where applications leave files outside their bundles.
 struct LeftoverRules {
     std::vector<ExactRule> exactRules;
     std::vector<ScanRule> scanRules;

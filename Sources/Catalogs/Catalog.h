@@ -15,33 +15,32 @@
 
 namespace brimvale {
 
-/// Everything that the program knows about a system as data. What depends on a home folder is a function of
-/// it; none of them looks at the disk.
+/// Everything the program knows about a system, as data. Values that depend on a home folder are functions of
+/// it; none of them reads the disk.
 struct Catalog {
     Words words;
 
-    /// The places offered for a scan, in the order of the menu.
+    /// The places offered for a scan, in menu order.
     std::vector<ScanRoot> scanRoots;
-    /// Folders that a scan never enters: device and automount trees, the other volumes, the same volume under
-    /// a second name. Absolute paths.
+    /// Folders that a scan never enters: device and automount trees, the other volumes, the same volume by a
+    /// second path. Absolute paths.
     std::vector<std::string> skippedPaths;
-    /// Folders whose contents a cloud provider keeps: listing them would make it download them.
+    /// Folders of cloud providers, which would download their contents to list them.
     std::vector<std::string> (*cloudProviderRoots)(const FileURL &home);
 
     GuardedPaths (*guardedPaths)(const FileURL &home);
-    /// Nothing where there is no such permission, so that none can be missing.
+    /// Nothing on systems without such a permission.
     std::optional<AccessProbes> (*accessProbes)(const FileURL &home);
 
     AppRoots (*appRoots)(const FileURL &home);
     LeftoverRules (*leftoverRules)(const FileURL &home);
 
-    /// The places where data collects that comes back on its own, in the order in which they are shown; not
-    /// yet measured.
+    /// The places where data collects that programs create again by themselves, in the order shown; not yet
+    /// measured.
     std::vector<CleanupTarget> (*cleanupTargets)(const FileURL &home);
-    /// The parts of the used space, in the order in which they are shown. `others` are the folders of other
-    /// users.
+    /// The parts of the used space, in the order shown. `others` are the folders of other users.
     std::vector<StorageCategory> (*storageCategories)(const FileURL &home, std::vector<std::string> others);
-    /// The folders whose contents are looked through for what no category accounts for, the home folder last.
+    /// The folders to search for data outside all categories, the home folder last.
     std::vector<std::string> (*systemDataRoots)(const FileURL &home);
     OtherUsers otherUsers;
 };

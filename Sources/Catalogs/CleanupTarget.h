@@ -7,17 +7,17 @@
 
 namespace brimvale {
 
-/// How much thought the removal of something deserves.
+/// How carefully to consider a removal.
 enum class CleanupRisk { safe, review, careful };
 
-/// A place whose contents can be removed and come back on their own.
+/// A place whose contents can be removed, because programs create them again.
 struct CleanupTarget {
     std::string id;
     std::string title;
     std::string detail;
     CleanupRisk risk = CleanupRisk::safe;
     std::vector<std::string> roots; ///< absolute paths
-    bool contentsOnly = true;       ///< a root's immediate children are its entries, never the root itself
+    bool contentsOnly = true;       ///< the entries are the children of each root, never the root itself
     std::vector<CleanupEntry> entries = {}; ///< empty until measured
     bool scanned = false;
 

@@ -5,13 +5,13 @@
 
 namespace brimvale {
 
-/// What is never removed. Absolute paths in their plain form, compared byte by byte.
+/// Paths that are never removed. Absolute and standardised, compared byte by byte.
 struct GuardedPaths {
-    /// Folders that everything else depends on: they themselves stay, their contents may go.
+    /// Folders that the system or the user depends on: they stay, but their contents may be removed.
     std::vector<std::string> structural;
-    /// Whatever begins with one of these stays; each ends with a slash.
+    /// Every path that begins with one of these is protected; each ends with a slash.
     std::vector<std::string> protectedPrefixes;
-    /// What begins with one of these is no part of a protected place although its path says so.
+    /// Exceptions: paths that begin with one of these are not protected by the prefixes.
     std::vector<std::string> openPrefixes;
 };
 

@@ -10,10 +10,10 @@
 
 namespace brimvale {
 
-/// How the size of a category is obtained.
+/// How a category gets its size.
 enum class CategoryMeasurement {
     measured, ///< the sum over its roots
-    remainder ///< what the volume's used space leaves after all measured categories
+    remainder ///< the volume's used space minus all measured categories
 };
 
 /// What may be done with a category's entries.
@@ -22,8 +22,7 @@ struct ReadOnlyAction {
     friend bool operator==(const ReadOnlyAction &, const ReadOnlyAction &) = default;
 };
 struct BackupThenRemoveAction {
-    std::optional<std::string>
-        quitFirst; ///< bundle identifier of the application that must not run meanwhile
+    std::optional<std::string> quitFirst; ///< bundle identifier of the application that must not run then
     std::string warning;
     friend bool operator==(const BackupThenRemoveAction &, const BackupThenRemoveAction &) = default;
 };
@@ -36,7 +35,7 @@ struct RemovableAction {
 using CategoryAction =
     std::variant<ReadOnlyAction, BackupThenRemoveAction, ApplicationsAction, RemovableAction>;
 
-/// One part of the used space that the overview names.
+/// A named part of the used space in the overview.
 struct StorageCategory {
     std::string id;
     std::string title;
@@ -44,7 +43,7 @@ struct StorageCategory {
     std::string colorName;
     std::string detail;
     std::vector<std::string> roots = {}; ///< absolute paths, in order
-    bool listsContents = false;          ///< rows are the roots' immediate contents, not the roots
+    bool listsContents = false;          ///< rows are the children of the roots, not the roots
     CleanupRisk risk = CleanupRisk::safe;
     CategoryMeasurement measurement = CategoryMeasurement::measured;
     CategoryAction action;
@@ -53,10 +52,10 @@ struct StorageCategory {
     friend bool operator==(const StorageCategory &, const StorageCategory &) = default;
 };
 
-/// Where other people's files are.
+/// The places of other users' files.
 struct OtherUsers {
-    std::string homes;  ///< the folder that holds one home folder a user
-    std::string shared; ///< the name of the folder in it that all of them share
+    std::string homes;  ///< the parent of all home folders
+    std::string shared; ///< the name of the folder in it that all users share
 };
 
 /// A category with its figures.

@@ -7,14 +7,14 @@
 
 namespace brimvale {
 
-/// The folders for a user's documents, pictures and the like, as the system's settings name them.
+/// A user's folders for documents, pictures and so on, from the system's settings.
 struct UserDirectories {
-    std::optional<FileURL> documents; ///< nothing where the settings name none
-    std::vector<FileURL> all;         ///< each once, documents included
+    std::optional<FileURL> documents; ///< nothing where the settings have none
+    std::vector<FileURL> all;         ///< each once, including documents
 };
 
-/// The folders of the user whose home this is; they need not exist. What the settings do not name, or name
-/// the home itself for, is left out. Reads the settings afresh. Never fails, and never waits.
+/// The folders of the user with this home; they need not exist. Folders that the settings leave out or set to
+/// the home itself are missing. Reads the settings on each call. Never fails or blocks.
 [[nodiscard]] UserDirectories userDirectories(const FileURL &home);
 
 } // namespace brimvale

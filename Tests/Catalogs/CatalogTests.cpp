@@ -30,7 +30,7 @@ std::vector<std::string> fieldsOf(const Words &words) {
 
 } // namespace
 
-TEST(Words, AreThereForBothSystems) {
+TEST(Words, AreCompleteForBothSystems) {
     for (const System system : bothSystems)
         for (const std::string &one : fieldsOf(catalogOf(system).words))
             EXPECT_NE(one, "");
@@ -40,7 +40,7 @@ TEST(Words, AreThereForBothSystems) {
             EXPECT_THAT(one, ::testing::Not(::testing::HasSubstr(mac)));
 }
 
-TEST(Words, FollowTheSystemInForce) {
+TEST(Words, FollowTheSelectedSystem) {
     const VolumeInfo volume{
         .url = FileURL("/"), .name = "", .availableForImportantUsage = 2'000'000, .trueFree = 1'000'000};
     struct Case {
@@ -61,7 +61,7 @@ TEST(Words, FollowTheSystemInForce) {
     EXPECT_EQ(&Words::current(), &catalogOf(platformSystem()).words);
 }
 
-TEST(Catalog, SkipsFoldersInPlainForm) {
+TEST(Catalog, SkippedPathsAreWellFormed) {
     const ScanOptions options = ScanOptions::standard(hostOf(System::macOS));
     for (const char *path : {"/Volumes", "/System/Volumes", "/Users/u/Library/CloudStorage",
                              "/Users/u/Library/Mobile Documents"})
@@ -76,7 +76,7 @@ TEST(Catalog, SkipsFoldersInPlainForm) {
             EXPECT_EQ(FileURL(path).standardized().path(), path);
 }
 
-TEST(Catalog, GuardsPathsInPlainForm) {
+TEST(Catalog, GuardedPathsAreWellFormed) {
     for (const System system : bothSystems) {
         const GuardedPaths paths = catalogOf(system).guardedPaths(hostOf(system).home);
         for (const std::string &path : paths.structural)
@@ -88,7 +88,7 @@ TEST(Catalog, GuardsPathsInPlainForm) {
     }
 }
 
-TEST(Catalog, CleansUpUnderIdsOfTheirOwnInPlainForm) {
+TEST(Catalog, CleanupTargetsHaveUniqueIdsAndWellFormedRoots) {
     for (const System system : bothSystems) {
         std::set<std::string> ids;
         for (const CleanupTarget &target : catalogOf(system).cleanupTargets(hostOf(system).home)) {
@@ -100,7 +100,7 @@ TEST(Catalog, CleansUpUnderIdsOfTheirOwnInPlainForm) {
     }
 }
 
-TEST(Catalog, ShowsEachCategoryInAColourOfItsOwn) {
+TEST(Catalog, EachCategoryHasItsOwnColor) {
     for (const System system : bothSystems) {
         std::set<std::string> ids, colors;
         for (const StorageCategory &category : StorageCategories::all(hostOf(system))) {

@@ -2,13 +2,13 @@
 
 namespace brimvale::linuxCatalog {
 
-/// What the package manager installs is the package manager's to remove. Bundles are what users put down by
-/// themselves, where their makers say.
+/// Packages are removed with the package manager. Bundles are applications that users install by themselves,
+/// in the folders that their makers suggest.
 AppRoots appRoots(const FileURL &home) {
     return {.user = {"/Applications", home.appending("Applications").path()}, .system = {}};
 }
 
-/// The base directories of the desktops (freedesktop.org), and those of sandboxed applications.
+/// The base directories of desktops (freedesktop.org), and those of sandboxed applications.
 LeftoverRules leftoverRules(const FileURL &home) {
     const auto user = [&](const char *folder) { return home.appending(folder).path(); };
     return {

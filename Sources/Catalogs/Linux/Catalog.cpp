@@ -12,7 +12,7 @@ std::vector<std::string> cloudProviderRoots(const FileURL & /*home*/) {
     return {};
 }
 
-/// No program needs a permission of its own to read what its user may read.
+/// A program may read whatever its user may read.
 std::optional<AccessProbes> accessProbes(const FileURL & /*home*/) {
     return std::nullopt;
 }
@@ -20,7 +20,7 @@ std::optional<AccessProbes> accessProbes(const FileURL & /*home*/) {
 } // namespace
 
 const Catalog &catalog() {
-    // Linux has no lists of its own yet for what is measured.
+    // Linux has no lists of its own yet for measuring.
     const Catalog &mac = macOSCatalog::catalog();
     static const Catalog catalog = {
         .words = words(),

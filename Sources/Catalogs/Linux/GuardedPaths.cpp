@@ -6,7 +6,7 @@ namespace brimvale::linuxCatalog {
 
 namespace {
 
-/// Whole trees that the system, or a package manager, keeps by itself.
+/// Complete trees that belong to the system or a package manager.
 const std::initializer_list<const char *> systemTrees = {
     "/bin/", "/boot/", "/dev/", "/efi/", "/etc/", "/lib/", "/lib32/", "/lib64/", "/libx32/", "/proc/",
     "/run/", "/sbin/", "/sys/", "/usr/",
@@ -19,8 +19,8 @@ const std::initializer_list<const char *> systemTrees = {
     "/var/lib/dpkg/", "/var/lib/flatpak/repo/", "/var/lib/pacman/", "/var/lib/rpm/", "/var/lib/snapd/",
     "/var/lib/zypp/"};
 
-/// What lies there and is not the system's: volumes of the user, programs of the administrator, downloads
-/// that come back.
+/// Places inside them that do not belong to the system: volumes of the user, programs of the administrator,
+/// downloads that can be repeated.
 const std::initializer_list<const char *> openPlaces = {"/run/media/", "/usr/local/", "/var/lib/apt/lists/",
                                                         "/var/lib/snapd/cache/"};
 
@@ -37,7 +37,7 @@ const std::initializer_list<const char *> structuralPlaces = {
     "/var/lib/snapd/cache", "/var/lib/systemd", "/var/local", "/var/log", "/var/log/journal", "/var/mail",
     "/var/opt", "/var/roothome", "/var/snap", "/var/spool", "/var/srv", "/var/tmp", "/var/www"};
 
-/// The folders for documents and the like stand here under their usual English names.
+/// The usual English names of the folders for documents and so on.
 const std::initializer_list<const char *> structuralInHome = {".cache",
                                                               ".config",
                                                               ".gnupg",
@@ -74,13 +74,13 @@ GuardedPaths guardedPaths(const FileURL &home) {
         structural.push_back(tree.substr(0, tree.size() - 1));
     structural.insert(structural.end(), structuralPlaces.begin(), structuralPlaces.end());
 
-    // A home may lie anywhere, and its enclosing folders hold it.
+    // A home may be anywhere; removing an ancestor would remove it.
     for (FileURL folder = home; folder.path() != "/"; folder = folder.parent())
         structural.push_back(folder.path());
     for (const char *inside : structuralInHome)
         structural.push_back(home.appending(inside).path());
 
-    // The user's volumes are mounted in these.
+    // The user's volumes are mounted here.
     for (const char *media : {"/media", "/run/media"})
         structural.push_back(joinPath(media, home.fileName()));
     return paths;

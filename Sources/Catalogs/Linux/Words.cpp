@@ -2,7 +2,7 @@
 
 namespace brimvale::linuxCatalog {
 
-/// Of the permission and the snapshots nothing is shown as long as Linux has neither.
+/// Linux has neither this permission nor snapshots, so their texts are never shown.
 Words words() {
     return {
         .thisComputer = "this computer",

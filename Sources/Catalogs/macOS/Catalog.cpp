@@ -22,9 +22,9 @@ std::vector<std::string> skippedPaths() {
         "/home",
         "/.vol",
         "/Volumes",
-        // Scanning "/" reaches the other system volumes, and the data volume a second time, through here.
+        // From "/", this leads to the other system volumes, and to the data volume a second time.
         "/System/Volumes",
-        // The same trees once more when the data volume itself is scanned.
+        // The same trees again when the data volume itself is scanned.
         "/System/Volumes/Data/Volumes",
         "/System/Volumes/Data/dev",
         "/System/Volumes/Data/net",
@@ -40,7 +40,7 @@ std::vector<std::string> cloudProviderRoots(const FileURL &home) {
 }
 
 std::optional<AccessProbes> accessProbes(const FileURL &home) {
-    // The privacy databases, the system's and the user's, are themselves what the permission protects.
+    // The permission protects the privacy databases of the system and of the user.
     const FileURL database("/Library/Application Support/com.apple.TCC/TCC.db");
     return AccessProbes{.files = {database, home.appending(database.path().substr(1))},
                         .folder = home.appending("Library/Messages")};

@@ -50,8 +50,8 @@ GuardedPaths guardedPaths(const FileURL &home) {
                 "/private/var/db",
                 "/private/var/folders",
             },
-        // The last three are the kernel's other ways to say a path, by numbers or past links: any folder may
-        // be behind one, under a name that no list knows.
+        // The last three are other ways of the kernel to name files, by numbers or without following links:
+        // any folder may be behind them, under a name that no list contains.
         .protectedPrefixes = {"/System/", "/bin/", "/sbin/", "/usr/bin/", "/usr/lib/", "/usr/libexec/",
                               "/private/etc/", "/private/var/db/dslocal/", "/.vol/", "/.nofollow/",
                               "/.resolve/"},

@@ -34,7 +34,7 @@ namespace DiskScanner {
     const std::string &path, const ScanOptions &options,
     const std::function<bool()> &cancelled = [] { return false; }, WalkPool &pool = WalkPool::shared());
 
-/// What the system in force calls "/" ("Macintosh HD"), else the path's last component.
+/// The system's name for "/" ("Macintosh HD"), otherwise the path's last component.
 [[nodiscard]] std::string displayName(const std::string &path);
 
 } // namespace DiskScanner

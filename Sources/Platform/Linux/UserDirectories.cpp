@@ -1,6 +1,6 @@
-// The settings are those of xdg-user-dirs, which most desktops fill in the user's language: a file of lines
-// like XDG_MUSIC_DIR="$HOME/Musik" or XDG_MUSIC_DIR="/data/Musik". The home itself says that there is no such
-// folder.
+// The settings of xdg-user-dirs, which most desktops fill in in the user's language: a file of lines like
+// XDG_MUSIC_DIR="$HOME/Musik" or XDG_MUSIC_DIR="/data/Musik". The home itself as a value means that there is
+// no such folder.
 
 #include "Platform/UserDirectories.h"
 
@@ -24,17 +24,17 @@ namespace {
 constexpr std::size_t settingsLimit = 1'048'576; // bytes; the file has a few hundred
 constexpr std::string_view documentsKey = "XDG_DOCUMENTS_DIR";
 
-/// A key, and the folder it names; none where it names the home.
+/// A key and its folder; no folder where the value is the home.
 using Setting = std::pair<std::string_view, std::optional<FileURL>>;
 
-/// Whether this is the home of the user who runs the program, under any name.
+/// Whether this is the home of the user who runs the program, by any path.
 bool isOwnHome(const FileURL &home) {
     std::error_code error;
     return home == homeFolder() || std::filesystem::equivalent(home.path(), homeFolder().path(), error);
 }
 
-/// Where the user keeps settings. The environment speaks of the user who runs the program, and of no other
-/// home; the base directory standard has relative paths in it ignored.
+/// The folder with the user's settings. The environment applies only to the user who runs the program; the
+/// base directory standard says to ignore relative paths.
 FileURL configurationFolder(const FileURL &home) {
     const char *chosen = std::getenv("XDG_CONFIG_HOME");
     return chosen != nullptr && chosen[0] == '/' && isOwnHome(home) ? FileURL(chosen)
@@ -46,8 +46,8 @@ std::string_view withoutBlanks(std::string_view text) {
     return text.substr(0, text.find_last_not_of(" \t") + 1);
 }
 
-/// What stands between double quotes at the start of `text`, where a backslash takes the next character as it
-/// is. Nothing where there are no such quotes.
+/// The value in double quotes at the start of `text`, where a backslash escapes the next character. Nothing
+/// without such quotes.
 std::optional<std::string> quotedValue(std::string_view text) {
     if (!text.starts_with('"'))
         return std::nullopt;
@@ -62,7 +62,7 @@ std::optional<std::string> quotedValue(std::string_view text) {
     return std::nullopt;
 }
 
-/// The setting in one line; nothing where the line has none, or one that is not as it should be.
+/// The setting in one line; nothing where the line has none or an invalid one.
 std::optional<Setting> settingIn(std::string_view line, const FileURL &home) {
     const std::size_t equals = std::min(line.find('='), line.size());
     const std::string_view key = withoutBlanks(line.substr(0, equals));
@@ -89,7 +89,7 @@ UserDirectories userDirectories(const FileURL &home) {
     for (std::string_view rest = settings; !rest.empty();) {
         const std::string_view line = rest.substr(0, rest.find('\n'));
         if (std::optional<Setting> setting = settingIn(line, home))
-            folders.insert_or_assign(setting->first, std::move(setting->second)); // the last one counts
+            folders.insert_or_assign(setting->first, std::move(setting->second)); // the last one wins
         rest.remove_prefix(std::min(line.size() + 1, rest.size()));
     }
 

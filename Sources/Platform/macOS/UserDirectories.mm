@@ -4,10 +4,10 @@
 
 namespace brimvale {
 
-/// Only the folder for documents is asked for: these folders have the same names on every Mac.
+/// Asks only for the documents folder: the others have the same names on every Mac.
 UserDirectories userDirectories(const FileURL &home) {
     @autoreleasepool {
-        // The system answers for the account that runs the program, and for no other home.
+        // The system answers only for the account that runs the program.
         if (FileURL(NSHomeDirectory().fileSystemRepresentation).standardized() != home.standardized())
             return {};
         NSURL *folder = [NSFileManager.defaultManager URLsForDirectory:NSDocumentDirectory

@@ -31,7 +31,7 @@ Paths foldersOf(const std::string &home) {
 
 } // namespace
 
-TEST(UserDirectories, AreWhatTheSettingsSay) {
+TEST(UserDirectories, ReadTheSettings) {
     struct Case {
         std::string settings;
         Paths folders;
@@ -62,7 +62,7 @@ TEST(UserDirectories, AreWhatTheSettingsSay) {
     }
 }
 
-TEST(UserDirectories, AreLookedUpWhereTheUserKeepsSettings) {
+TEST(UserDirectories, FollowXdgConfigHome) {
     const TemporaryFolder home, other;
     home.writeFile(settingsFile, "XDG_DOCUMENTS_DIR=\"$HOME/usual\"\n");
     home.writeFile("own/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"$HOME/chosen\"\n");
@@ -82,7 +82,7 @@ TEST(UserDirectories, AreLookedUpWhereTheUserKeepsSettings) {
     }
 }
 
-TEST(UserDirectories, WaitForNoPipeInThePlaceOfTheSettings) {
+TEST(UserDirectories, PipeAsSettingsFileDoesNotBlock) {
     const TemporaryFolder home;
     home.makeFolder(".config");
     ASSERT_EQ(mkfifo(home.path(settingsFile).c_str(), 0600), 0);
