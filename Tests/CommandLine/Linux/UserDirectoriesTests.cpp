@@ -6,7 +6,7 @@
 
 namespace brimvale::testing {
 
-TEST(Check, KeepsTheUsersFoldersWhereverTheirSettingsAre) {
+TEST(Check, RefusesUserFoldersFromXdgConfigHome) {
     const TemporaryFolder folder;
     const std::string home = folder.makeFolder("real/u");
     folder.makeFolder("real/u/Dokumente/letters");
