@@ -13,8 +13,12 @@ struct CleanupEntry {
     FileURL url;
     std::int64_t size = 0; ///< allocated bytes
     std::optional<Date> modified = {};
+    bool isFolder = false; ///< as it was measured; a link is none
 
-    friend bool operator==(const CleanupEntry &, const CleanupEntry &) = default;
+    /// Whether they say the same of the same item. Its kind does not count.
+    friend bool operator==(const CleanupEntry &a, const CleanupEntry &b) {
+        return a.url == b.url && a.size == b.size && a.modified == b.modified;
+    }
 };
 
 } // namespace brimvale

@@ -41,6 +41,7 @@ void writeLeftovers(JsonWriter &json, const std::vector<LeftoverItem> &items) {
         json.member("confidence", item.confidence == MatchConfidence::exact ? "exact" : "likely");
         json.member("size", item.size);
         json.member("requiresAdmin", item.requiresAdmin);
+        json.member("isFolder", item.isFolder);
         json.end();
     }
     json.end();

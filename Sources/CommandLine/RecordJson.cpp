@@ -74,6 +74,7 @@ void writeRecord(JsonWriter &json, const CleanupEntry &entry) {
     json.member("url", entry.url.path());
     json.member("size", entry.size);
     writeDate(json, "modified", entry.modified);
+    json.member("isFolder", entry.isFolder);
     json.end();
 }
 

@@ -27,14 +27,11 @@ struct FileStatus {
     std::int64_t length = 0;         ///< bytes as a reader sees them
     std::uint64_t linkCount = 1;     ///< the number of its names
     FileIdentity identity;
+    std::optional<Date> modified = {}; ///< to the second; nothing when it is out of all measure
 };
 
 /// The status of the entry at an absolute path of any length, without following a link in its last
 /// component; nothing when it cannot be had (missing, no permission).
 [[nodiscard]] std::optional<FileStatus> fileStatus(const std::string &path);
-
-/// When the entry at an absolute path was last modified, to the second and without following a link in its
-/// last component; nothing when it cannot be had, or is out of all measure.
-[[nodiscard]] std::optional<Date> modificationDate(const std::string &path);
 
 } // namespace brimvale

@@ -75,7 +75,9 @@ TEST(Apps, AnalyzeMeasuresAppsAndLeftovers) {
                            {"category", "Login item"},
                            {"confidence", "likely"},
                            {"size", leftovers[1]["size"]},
-                           {"requiresAdmin", false}}));
+                           {"requiresAdmin", false},
+                           {"isFolder", false}}));
+    EXPECT_EQ(leftovers[0]["isFolder"], true);
     EXPECT_EQ(arrayIn(runIn(home, {"leftovers", "com.example.acme", "--json"})), leftovers);
 }
 

@@ -50,6 +50,8 @@ TEST_F(Storage, ListsCleanupTargetsWithTheirEntries) {
     EXPECT_EQ(trash["entries"][1]["size"].toInteger(), allocatedBytes(home("/.Trash/Übung.pdf")));
     EXPECT_THAT(trash["entries"][0]["modified"].toString().toStdString(),
                 ::testing::MatchesRegex("....-..-..T..:..:..Z"));
+    EXPECT_EQ(trash["entries"][0]["isFolder"], true);
+    EXPECT_EQ(trash["entries"][1]["isFolder"], false);
     // One item under two cards has one size.
     const QJsonObject caches = withId(targets, "user-caches");
     EXPECT_THAT(pathsIn(caches["entries"]), ::testing::Contains(home("/Library/Caches/ms-playwright")));

@@ -4,11 +4,13 @@
 #include "Core/Scan/DiskScanner.h"
 #include "Platform/Characters.h"
 #include "Platform/Dataless.h"
+#include "Platform/FileStatus.h"
 #include "Platform/Folder.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <tuple>
@@ -52,9 +54,13 @@ bool isFileName(std::string_view text) {
     return !text.empty() && text != "." && text != ".." && text.find('/') == std::string_view::npos;
 }
 
-bool exists(const std::string &path) {
+/// The status of what exists at `path`; nothing also for a link that leads nowhere.
+std::optional<FileStatus> statusOfExisting(const std::string &path) {
+    const std::optional<FileStatus> status = fileStatus(path);
     std::error_code error;
-    return std::filesystem::exists(path, error);
+    if (status && status->kind == FileKind::other && !std::filesystem::exists(path, error))
+        return std::nullopt;
+    return status;
 }
 
 } // namespace
@@ -83,11 +89,15 @@ std::vector<LeftoverItem> LeftoverFinder::leftovers(const InstalledApp &app,
     std::unordered_set<std::string> found;
     const auto add = [&](std::string path, const std::string &category, MatchConfidence confidence,
                          bool requiresAdmin) {
-        if (cancelled() || found.contains(path) || !exists(path))
+        if (cancelled() || found.contains(path))
+            return;
+        const std::optional<FileStatus> status = statusOfExisting(path);
+        if (!status)
             return;
         const std::int64_t size = DiskScanner::quickSize(path, measuring_, cancelled);
         found.insert(path);
-        items.push_back({FileURL(std::move(path)), category, confidence, size, requiresAdmin});
+        items.push_back({FileURL(std::move(path)), category, confidence, size, requiresAdmin,
+                         status->kind == FileKind::directory});
     };
 
     if (!keys.identifier.empty())

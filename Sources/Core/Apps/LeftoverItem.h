@@ -26,6 +26,7 @@ struct LeftoverItem {
     MatchConfidence confidence = MatchConfidence::exact;
     std::int64_t size = 0; ///< allocated bytes
     bool requiresAdmin = false;
+    bool isFolder = false; ///< as it was found; a link is none
 
     friend bool operator==(const LeftoverItem &, const LeftoverItem &) = default;
 };

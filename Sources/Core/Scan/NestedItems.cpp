@@ -24,12 +24,14 @@ NestedItem &NestedItems::add(const std::string &path, std::size_t group, bool is
         auto item = std::make_unique<NestedItem>();
         item->path = path;
         const std::optional<FileStatus> status = isTimeLeft ? fileStatus(path) : std::nullopt;
-        if (status && status->kind == FileKind::directory) {
+        if (status)
+            item->measured = {.modified = status->modified, .isFolder = status->kind == FileKind::directory};
+        if (item->measured.isFolder) {
             item->path = FileURL(path).standardized().path();
             if (!skipped_.contains(item->path) && !status->isDataless)
                 item->folder = status->identity;
         } else if (status) {
-            item->bytes = status->allocatedBytes;
+            item->measured.bytes = status->allocatedBytes;
         }
         // The folder may already be there with another spelling.
         const auto same = item->folder ? byPath_.find(item->path) : byPath_.end();

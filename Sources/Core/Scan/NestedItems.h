@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Scan/MeasuredItem.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Platform/FileStatus.h"
 
@@ -19,7 +20,7 @@ namespace brimvale {
 struct NestedItem {
     std::string path;                   ///< as given; for a folder, standardised
     std::optional<FileIdentity> folder; ///< for a folder that needs a walk
-    std::int64_t bytes = 0;             ///< of a file; 0 for a folder at first
+    MeasuredItem measured;              ///< of a folder without bytes at first
     std::vector<std::size_t> groups;    ///< the groups it was added for, once each time
 
     NestedItem *outer = nullptr;         ///< the innermost item whose walk may reach this one

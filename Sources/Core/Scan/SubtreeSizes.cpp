@@ -132,7 +132,7 @@ void Run::measureAlone() {
     for (const std::unique_ptr<NestedItem> &item : items_.all()) {
         if (!item->needsWalkOfItsOwn)
             continue;
-        item->bytes = DiskScanner::quickSize(item->path, options_, cancelled_, pool_);
+        item->measured.bytes = DiskScanner::quickSize(item->path, options_, cancelled_, pool_);
         settle(*item);
         tellSettled();
     }
@@ -145,7 +145,7 @@ void Run::meet(NestedItem &inner) {
         return;
     NestedItem &outer = *inner.outer;
     if (inner.isFinished)
-        outer.bytes = checkedAdd(outer.bytes, inner.bytes);
+        outer.measured.bytes = checkedAdd(outer.measured.bytes, inner.measured.bytes);
     else
         ++outer.open;
 }
@@ -162,14 +162,14 @@ void Run::close(NestedItem &item, std::int64_t bytes, std::int64_t begun) {
 void Run::add(NestedItem &first, std::int64_t firstBytes, std::int64_t opened) {
     std::int64_t bytes = firstBytes;
     for (NestedItem *item = &first; item != nullptr; item = item->isMet ? item->outer : nullptr) {
-        item->bytes = checkedAdd(item->bytes, bytes);
+        item->measured.bytes = checkedAdd(item->measured.bytes, bytes);
         item->open += std::exchange(opened, -1);
         if (item->open > 0)
             return;
         item->isFinished = true;
         if (!item->needsWalkOfItsOwn)
             settle(*item);
-        bytes = item->bytes;
+        bytes = item->measured.bytes;
     }
 }
 
@@ -196,11 +196,11 @@ void Run::tellSettled() {
     }
     for (const std::size_t group : settled) {
         // The items of a settled group no longer change.
-        std::vector<std::int64_t> sizes;
+        std::vector<MeasuredItem> measured;
         for (const NestedItem *item : groups_[group])
-            sizes.push_back(item->bytes);
+            measured.push_back(item->measured);
         const std::lock_guard guard(telling_);
-        finished_(group, sizes);
+        finished_(group, measured);
     }
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "Core/Scan/MeasuredItem.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Core/Scan/WalkPool.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -18,10 +18,10 @@ namespace SubtreeSizes {
 /// Absolute paths that are wanted together. A path may stand in several groups, and lie inside another's.
 using Group = std::vector<std::string>;
 
-/// Takes the allocated bytes of a group's paths, in their order.
-using Finished = std::function<void(std::size_t group, const std::vector<std::int64_t> &sizes)>;
+/// Takes what was measured of a group's paths, in their order.
+using Finished = std::function<void(std::size_t group, const std::vector<MeasuredItem> &measured)>;
 
-/// Measures the paths of all groups, and tells each group's sizes as soon as they are known: on any of the
+/// Measures the paths of all groups, and tells each group's figures as soon as they are known: on any of the
 /// pool's threads, one group at a time, every group once. The groups are begun in their order. Blocks until
 /// the last one is told. After `cancelled` (asked from several threads) answers true, or the pool is shut
 /// down, the sizes are what was counted until then.

@@ -28,9 +28,9 @@ void CleanupCatalog::measureAll(const std::vector<CleanupTarget> &targets,
         paths.push_back(CleanupEntries::paths(target.roots, target.contentsOnly));
     SubtreeSizes::measure(
         paths, ScanOptions::standard(host), cancelled,
-        [&](std::size_t i, const std::vector<std::int64_t> &sizes) {
+        [&](std::size_t i, const std::vector<MeasuredItem> &items) {
             CleanupTarget measured = targets[i];
-            measured.entries = CleanupEntries::measured(paths[i], sizes);
+            measured.entries = CleanupEntries::measured(paths[i], items);
             measured.scanned = true;
             finished(std::move(measured));
         },

@@ -8,23 +8,17 @@
 #include "Platform/Folder.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 #include <unordered_set>
 
 namespace brimvale {
 
 std::vector<std::string> CleanupEntries::paths(const std::vector<std::string> &roots, bool listsContents) {
+    if (!listsContents)
+        return roots;
     std::vector<std::string> paths;
-    for (const std::string &root : roots) {
-        std::error_code error;
-        if (listsContents) {
-            for (const std::string &name : names(root))
-                paths.push_back(joinPath(root, name));
-        } else if (std::filesystem::exists(root, error)) {
-            paths.push_back(root);
-        }
-    }
+    for (const std::string &root : roots)
+        for (const std::string &name : names(root))
+            paths.push_back(joinPath(root, name));
     return paths;
 }
 
@@ -36,12 +30,12 @@ std::vector<std::string> CleanupEntries::names(const std::string &folder) {
 }
 
 std::vector<CleanupEntry> CleanupEntries::measured(const std::vector<std::string> &paths,
-                                                   const std::vector<std::int64_t> &sizes,
+                                                   const std::vector<MeasuredItem> &items,
                                                    std::int64_t minimum) {
     std::vector<CleanupEntry> entries;
     for (std::size_t i = 0; i < paths.size(); ++i)
-        if (sizes[i] >= minimum)
-            entries.push_back({FileURL(paths[i]), sizes[i], modificationDate(paths[i])});
+        if (items[i].bytes >= minimum)
+            entries.push_back({FileURL(paths[i]), items[i].bytes, items[i].modified, items[i].isFolder});
     std::stable_sort(entries.begin(), entries.end(),
                      [](const CleanupEntry &a, const CleanupEntry &b) { return a.size > b.size; });
     return entries;

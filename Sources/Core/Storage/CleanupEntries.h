@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Catalogs/CleanupEntry.h"
+#include "Core/Scan/MeasuredItem.h"
 
 #include <cstdint>
 #include <string>
@@ -11,8 +12,8 @@ namespace brimvale {
 /// The rows of cleanup targets and storage categories. Unreadable items are left out silently.
 namespace CleanupEntries {
 
-/// The paths to be measured for `roots`: the roots themselves as far as they exist, or what lies right in
-/// them, hidden entries included, in the order of the roots and of the system.
+/// The paths to be measured for `roots`: the roots themselves, or what lies right in them, hidden entries
+/// included, in the order of the roots and of the system.
 [[nodiscard]] std::vector<std::string> paths(const std::vector<std::string> &roots, bool listsContents);
 
 /// The same for one folder's contents, by name; empty where it cannot be listed.
@@ -21,7 +22,7 @@ namespace CleanupEntries {
 /// The rows of measured paths, the largest first and equal ones in the given order. A path with less than
 /// `minimum` allocated bytes has none.
 [[nodiscard]] std::vector<CleanupEntry> measured(const std::vector<std::string> &paths,
-                                                 const std::vector<std::int64_t> &sizes,
+                                                 const std::vector<MeasuredItem> &items,
                                                  std::int64_t minimum = 1);
 
 /// The rows that a removal has to be asked for: each item once, and none that goes with a folder among them.

@@ -57,8 +57,8 @@ std::vector<std::string> systemDataCandidates(const Host &host) {
 }
 
 std::vector<CleanupEntry> systemDataEntries(const std::vector<std::string> &candidates,
-                                            const std::vector<std::int64_t> &sizes) {
-    std::vector<CleanupEntry> entries = CleanupEntries::measured(candidates, sizes, smallestSystemDataRow);
+                                            const std::vector<MeasuredItem> &items) {
+    std::vector<CleanupEntry> entries = CleanupEntries::measured(candidates, items, smallestSystemDataRow);
     // One folder may lie in two of the roots. The sort has kept its two rows in order.
     PathSet taken;
     std::erase_if(entries, [&](const CleanupEntry &entry) { return !taken.insert(entry.url.path()).second; });
@@ -66,8 +66,8 @@ std::vector<CleanupEntry> systemDataEntries(const std::vector<std::string> &cand
 }
 
 MeasuredCategory measuredCategory(const StorageCategory &category, const std::vector<std::string> &paths,
-                                  const std::vector<std::int64_t> &sizes) {
-    MeasuredCategory measured{.category = category, .entries = CleanupEntries::measured(paths, sizes)};
+                                  const std::vector<MeasuredItem> &items) {
+    MeasuredCategory measured{.category = category, .entries = CleanupEntries::measured(paths, items)};
     measured.size = CleanupEntries::totalSize(measured.entries);
     measured.measured = true;
     return measured;
@@ -121,8 +121,8 @@ MeasuredCategory StorageCategories::measure(const StorageCategory &category,
     MeasuredCategory measured;
     SubtreeSizes::measure(
         {paths}, ScanOptions::standard(host), cancelled,
-        [&](std::size_t, const std::vector<std::int64_t> &sizes) {
-            measured = measuredCategory(category, paths, sizes);
+        [&](std::size_t, const std::vector<MeasuredItem> &items) {
+            measured = measuredCategory(category, paths, items);
         },
         pool);
     return measured;
@@ -151,11 +151,11 @@ std::vector<CleanupEntry> StorageCategories::measureAll(const std::vector<Storag
     std::vector<CleanupEntry> systemData;
     SubtreeSizes::measure(
         paths, ScanOptions::standard(host), cancelled,
-        [&](std::size_t i, const std::vector<std::int64_t> &sizes) {
+        [&](std::size_t i, const std::vector<MeasuredItem> &items) {
             if (i < measured.size())
-                finished(measuredCategory(*measured[i], paths[i], sizes));
+                finished(measuredCategory(*measured[i], paths[i], items));
             else
-                systemData = systemDataEntries(paths[i], sizes);
+                systemData = systemDataEntries(paths[i], items);
         },
         pool);
     return systemData;

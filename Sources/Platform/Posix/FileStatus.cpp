@@ -10,6 +10,17 @@
 
 namespace brimvale {
 
+namespace {
+
+std::optional<Date> modificationTime(const struct stat &record) {
+    constexpr std::time_t farthest = 9'000'000'000; // as far as nanoseconds reach
+    if (record.st_mtime < -farthest || record.st_mtime > farthest)
+        return std::nullopt;
+    return Date(std::chrono::seconds(record.st_mtime));
+}
+
+} // namespace
+
 FileStatus statusOf(const struct stat &record) {
     FileStatus status;
     status.kind = S_ISDIR(record.st_mode)   ? FileKind::directory
@@ -20,32 +31,16 @@ FileStatus statusOf(const struct stat &record) {
     status.length = record.st_size;
     status.linkCount = record.st_nlink;
     status.identity = {static_cast<std::uint64_t>(record.st_dev), record.st_ino};
+    status.modified = modificationTime(record);
     return status;
 }
 
-namespace {
-
-std::optional<struct stat> recordOf(const std::string &path) {
+std::optional<FileStatus> fileStatus(const std::string &path) {
     struct stat record {};
     const int result = withShortPath(path, [&](int parent, const char *rest) {
         return fstatat(parent, rest, &record, AT_SYMLINK_NOFOLLOW);
     });
-    return result == 0 ? std::optional(record) : std::nullopt;
-}
-
-} // namespace
-
-std::optional<FileStatus> fileStatus(const std::string &path) {
-    const std::optional<struct stat> record = recordOf(path);
-    return record ? std::optional(statusOf(*record)) : std::nullopt;
-}
-
-std::optional<Date> modificationDate(const std::string &path) {
-    constexpr std::time_t farthest = 9'000'000'000; // as far as nanoseconds reach
-    const std::optional<struct stat> record = recordOf(path);
-    if (!record || record->st_mtime < -farthest || record->st_mtime > farthest)
-        return std::nullopt;
-    return Date(std::chrono::seconds(record->st_mtime));
+    return result == 0 ? std::optional(statusOf(record)) : std::nullopt;
 }
 
 } // namespace brimvale

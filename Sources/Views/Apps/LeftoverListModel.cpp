@@ -1,6 +1,6 @@
 #include "Views/Apps/LeftoverListModel.h"
 
-#include "Platform/FileStatus.h"
+#include "Views/Components/Icons.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 #include "Views/Entries/EntryListModel.h"
@@ -19,11 +19,6 @@ QStringList notesOn(const LeftoverListModel::Row &row) {
     if (!row.otherClaims.isEmpty())
         notes.append(row.otherClaims);
     return notes;
-}
-
-QString iconName(const LeftoverItem &item) {
-    const auto status = fileStatus(item.url.path());
-    return status && status->kind == FileKind::directory ? QStringLiteral("folder") : QStringLiteral("file");
 }
 
 } // namespace
@@ -76,7 +71,7 @@ QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
     case EntryListModel::noteRole:
         return notesOn(row).join(QLatin1Char('\n'));
     case EntryListModel::iconRole:
-        return row.item.requiresAdmin ? QStringLiteral("shield-alert") : iconName(row.item);
+        return row.item.requiresAdmin ? QStringLiteral("shield-alert") : Icons::nameFor(row.item.isFolder);
     default:
         return {};
     }

@@ -60,4 +60,8 @@ QIcon Icons::icon(const QString &name, const QColor &color, int size) {
     return icon;
 }
 
+QString Icons::nameFor(bool isFolder) {
+    return isFolder ? QStringLiteral("folder") : QStringLiteral("file");
+}
+
 } // namespace brimvale

@@ -17,6 +17,9 @@ namespace Icons {
 /// The same as an icon for a widget that is `size` points high, dimmed where the widget is disabled.
 [[nodiscard]] QIcon icon(const QString &name, const QColor &color, int size);
 
+/// The name of the icon that stands for a folder, or for any other file.
+[[nodiscard]] QString nameFor(bool isFolder);
+
 } // namespace Icons
 
 } // namespace brimvale

@@ -1,7 +1,7 @@
 #include "Views/Entries/EntryListModel.h"
 
 #include "Core/Text/Formatting.h"
-#include "Platform/FileStatus.h"
+#include "Views/Components/Icons.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 #include "Views/Entries/TickedEntries.h"
@@ -16,11 +16,6 @@ namespace {
 
 QString dateText(const CleanupEntry &entry) {
     return entry.modified ? text(Fmt::relativeDate(entry.modified)) : QString();
-}
-
-QString iconName(const CleanupEntry &entry) {
-    const auto status = fileStatus(entry.url.path());
-    return status && status->kind == FileKind::directory ? QStringLiteral("folder") : QStringLiteral("file");
 }
 
 bool lieInSeveralFolders(const std::vector<CleanupEntry> &entries) {
@@ -76,7 +71,7 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
     case noteRole:
         return QString();
     case iconRole:
-        return iconName(entry);
+        return Icons::nameFor(entry.isFolder);
     default:
         return {};
     }

@@ -32,9 +32,10 @@ Sizes measured(const std::vector<Group> &groups, const ScanOptions &options, int
     std::vector<int> told(groups.size());
     SubtreeSizes::measure(
         groups, options, cancelled,
-        [&](std::size_t group, const std::vector<std::int64_t> &one) {
+        [&](std::size_t group, const std::vector<MeasuredItem> &items) {
             ++told[group];
-            sizes[group] = one;
+            for (const MeasuredItem &item : items)
+                sizes[group].push_back(item.bytes);
         },
         pool);
     EXPECT_EQ(told, std::vector<int>(groups.size(), 1));

@@ -20,19 +20,25 @@ std::vector<std::string> pathsOf(const std::vector<CleanupEntry> &entries) {
     return paths;
 }
 
+std::vector<MeasuredItem> itemsOf(const std::vector<std::int64_t> &sizes) {
+    std::vector<MeasuredItem> items;
+    for (const std::int64_t size : sizes)
+        items.push_back({.bytes = size});
+    return items;
+}
+
 } // namespace
 
 TEST(CleanupEntries, SortBySizeAndAreStable) {
     const std::vector<CleanupEntry> entries =
-        CleanupEntries::measured({"/z", "/b", "/none", "/a", "/large", "/c"}, {5, 9, 0, 5, 100, 5});
+        CleanupEntries::measured({"/z", "/b", "/none", "/a", "/large", "/c"}, itemsOf({5, 9, 0, 5, 100, 5}));
     EXPECT_THAT(pathsOf(entries), ElementsAre("/large", "/b", "/z", "/a", "/c"));
-    EXPECT_FALSE(entries.front().modified) << "what is gone has no date";
     EXPECT_EQ(CleanupEntries::totalSize(entries), 124);
-    EXPECT_THAT(pathsOf(CleanupEntries::measured({"/a", "/b"}, {9'999'999, 10'000'000}, 10'000'000)),
+    EXPECT_THAT(pathsOf(CleanupEntries::measured({"/a", "/b"}, itemsOf({9'999'999, 10'000'000}), 10'000'000)),
                 ElementsAre("/b"));
 }
 
-TEST(CleanupEntries, ListExistingRootsOrTheirContents) {
+TEST(CleanupEntries, ListRootsOrTheirContents) {
     const TemporaryFolder folder;
     folder.makeFile("root/.hidden", 1);
     folder.makeFile("root/.DS_Store", 1);
@@ -41,8 +47,7 @@ TEST(CleanupEntries, ListExistingRootsOrTheirContents) {
     folder.makeLink("dangling", "nowhere");
     const std::vector<std::string> roots = {folder.path("missing"), folder.path("link"), folder.path("root"),
                                             folder.path("dangling"), folder.path("root/.hidden")};
-    EXPECT_THAT(CleanupEntries::paths(roots, false),
-                ElementsAre(folder.path("link"), folder.path("root"), folder.path("root/.hidden")));
+    EXPECT_EQ(CleanupEntries::paths(roots, false), roots);
     EXPECT_THAT(CleanupEntries::paths(roots, true),
                 ::testing::UnorderedElementsAre(folder.path("link/below"), folder.path("root/.hidden"),
                                                 folder.path("root/folder")));
@@ -65,6 +70,30 @@ TEST(CleanupCatalog, DefinitionsFollowTheHome) {
             EXPECT_EQ(path == others[i].roots[root], path.starts_with("/Library/"));
         }
     }
+}
+
+TEST(CleanupCatalog, TellsFoldersFromOtherItems) {
+    const TemporaryFolder folder;
+    folder.makeFile("root/folder/file", 9000);
+    folder.makeFile("root/file", 5000);
+    std::string way = "root/folder";
+    while (way.size() < 200)
+        way.insert(0, "./");
+    folder.makeLink("link to a folder", way); // long enough to take space
+    CleanupTarget target = CleanupCatalog::definitions().front();
+    const auto rows = [&](const std::vector<std::string> &roots, bool contentsOnly) {
+        target.roots = roots;
+        target.contentsOnly = contentsOnly;
+        std::vector<std::string> lines;
+        for (const CleanupEntry &entry : CleanupCatalog::measure(target).entries)
+            lines.push_back(std::string(entry.url.fileName()) + (entry.isFolder ? "/" : "") +
+                            (entry.modified ? "" : " undated"));
+        return lines;
+    };
+    EXPECT_THAT(rows({folder.path("root"), folder.path("missing")}, true), ElementsAre("folder/", "file"));
+    EXPECT_THAT(rows({folder.path("missing"), folder.path("root")}, false), ElementsAre("root/"));
+    for (const std::string &row : rows({folder.path()}, true))
+        EXPECT_TRUE(row == "root/" || row == "link to a folder") << row;
 }
 
 TEST(CleanupCatalog, MeasuresNothingAfterCancel) {

@@ -87,7 +87,10 @@ TEST(Mounts, SubtreeSizesStayOnTheirDevice) {
                 WalkPool pool(workers);
                 SubtreeSizes::measure(
                     {some}, {}, [] { return false; },
-                    [&](std::size_t, const std::vector<std::int64_t> &sizes) { EXPECT_EQ(sizes, alone); },
+                    [&](std::size_t, const std::vector<MeasuredItem> &items) {
+                        for (std::size_t i = 0; i < alone.size(); ++i)
+                            EXPECT_EQ(items.at(i).bytes, alone[i]) << some[i];
+                    },
                     pool);
             }
         }

@@ -128,6 +128,10 @@ TEST_F(AppsPage, ShowsTheLeftoversOfOneAppAndTicksNone) {
     ASSERT_EQ(exact.model()->rowCount(), 2);
     EXPECT_EQ(shown(exact, 0), "com.example.acme");
     EXPECT_EQ(shown(exact, 0, EntryListModel::noteRole), QString());
+    std::filesystem::rename(home.path("Library"), home.path("elsewhere")); // a row is no look at the disk
+    EXPECT_EQ(shown(exact, 0, EntryListModel::iconRole), "folder");
+    EXPECT_EQ(shown(likely, 0, EntryListModel::iconRole), "file");
+    std::filesystem::rename(home.path("elsewhere"), home.path("Library"));
     EXPECT_EQ(shown(exact, 1), "com.example.acme.pro.plist");
     EXPECT_EQ(shown(exact, 1, EntryListModel::noteRole), "Also claimed by Acme Pro");
     ASSERT_EQ(likely.model()->rowCount(), 1);

@@ -14,6 +14,7 @@
 
 #include <QLabel>
 #include <QToolButton>
+#include <filesystem>
 #include <gtest/gtest.h>
 
 namespace brimvale {
@@ -90,6 +91,15 @@ TEST_F(CleanupPage, SaysWhyThereIsNothing) {
     EXPECT_TRUE(label("android-avd", "targetState").starts_with("This could not be read"));
     EXPECT_EQ(selection(), "Nothing selected");
     EXPECT_EQ(state("logs", "system.log"), Qt::Unchecked);
+}
+
+TEST_F(CleanupPage, ItsRowsAreDrawnWithoutALookAtTheDisk) {
+    home.makeFile("Library/Logs/folder/log", 30'000);
+    home.makeFile("Library/Logs/file", 10'000);
+    measure();
+    std::filesystem::rename(home.path("Library/Logs"), home.path("elsewhere"));
+    EXPECT_EQ(row("logs", "folder").data(EntryListModel::iconRole), "folder");
+    EXPECT_EQ(row("logs", "file").data(EntryListModel::iconRole), "file");
 }
 
 TEST_F(CleanupPage, ABoxStandsForAllOfItsEntries) {

@@ -1,5 +1,7 @@
 #include "Views/Browse/Outline/NodeIcon.h"
 
+#include "Views/Components/Icons.h"
+
 namespace brimvale {
 
 QString nodeIconName(const FSNode &node) {
@@ -9,7 +11,7 @@ QString nodeIconName(const FSNode &node) {
         return QStringLiteral("lock");
     if (node.isAggregate)
         return QStringLiteral("files");
-    return node.isDirectory ? QStringLiteral("folder") : QStringLiteral("file");
+    return Icons::nameFor(node.isDirectory);
 }
 
 } // namespace brimvale
