@@ -7,6 +7,7 @@
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/IconLabel.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/PageParts.h"
 #include "Views/Components/Text.h"
 #include "Views/Entries/ItemActions.h"
 
@@ -21,7 +22,7 @@ namespace brimvale {
 
 namespace {
 
-constexpr int iconSize = 40;
+constexpr int pictureSize = 40;
 
 } // namespace
 
@@ -65,8 +66,8 @@ QWidget *AppDetail::makeHead() {
     auto *layout = new QHBoxLayout(head);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(14);
-    layout->addWidget(new IconLabel(QStringLiteral("app-window"), IconLabel::Tone::accent, this, iconSize), 0,
-                      Qt::AlignTop);
+    layout->addWidget(new IconLabel(QStringLiteral("app-window"), IconLabel::Tone::accent, this, pictureSize),
+                      0, Qt::AlignTop);
     layout->addLayout(words, 1);
     return head;
 }
@@ -75,9 +76,7 @@ QWidget *AppDetail::makeBundleChoice() {
     bundle_->setObjectName(QStringLiteral("includeBundle"));
     systemApp_->setObjectName(QStringLiteral("systemApp"));
     systemApp_->setText(u"This is a system app. Brimvale will not remove it."_s);
-    auto *reveal = new QPushButton(text(Words::current().revealItem), this);
-    reveal->setObjectName(QStringLiteral("reveal"));
-    reveal->setAutoDefault(false);
+    QPushButton *reveal = makeButton("reveal", text(Words::current().revealItem), this);
     connect(reveal, &QPushButton::clicked, this, [this] {
         if (row_)
             ItemActions::reveal(row_->app.url);

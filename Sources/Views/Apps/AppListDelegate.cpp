@@ -2,6 +2,7 @@
 
 #include "Views/Apps/AppListModel.h"
 #include "Views/Components/Icons.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/Theme.h"
 
 #include <QPainter>
@@ -11,10 +12,8 @@ namespace brimvale {
 
 namespace {
 
-constexpr int rowHeight = 32;
 constexpr int margin = 14;
 constexpr int gap = 10;
-constexpr int iconSize = 16;
 constexpr int sizeWidth = 76;
 constexpr int dotSize = 6;
 
@@ -33,10 +32,10 @@ void AppListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
         painter->drawRoundedRect(QRectF(option.rect).adjusted(6, 1, -6, -1), 6, 6);
     }
     QRect row = option.rect.adjusted(margin, 0, -margin, 0);
-    painter->drawPixmap(row.left(), row.center().y() - iconSize / 2 + 1,
+    painter->drawPixmap(row.left(), row.center().y() - Metrics::iconSize / 2 + 1,
                         Icons::pixmap(QStringLiteral("app-window"), isActive ? theme.onAccent : theme.accent,
-                                      iconSize, painter->device()->devicePixelRatioF()));
-    row.setLeft(row.left() + iconSize + gap);
+                                      Metrics::iconSize, painter->device()->devicePixelRatioF()));
+    row.setLeft(row.left() + Metrics::iconSize + gap);
     const QRect size(row.right() - sizeWidth + 1, row.top(), sizeWidth, row.height());
     row.setRight(size.left() - gap);
     painter->setFont(Type::font(Type::Size::body));
@@ -58,7 +57,7 @@ void AppListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
 
 QSize AppListDelegate::sizeHint(const QStyleOptionViewItem & /*option*/,
                                 const QModelIndex & /*index*/) const {
-    return {0, rowHeight};
+    return {0, Metrics::rowHeight};
 }
 
 } // namespace brimvale

@@ -7,7 +7,9 @@
 #include "Views/Apps/AppDetail.h"
 #include "Views/Apps/AppListDelegate.h"
 #include "Views/Components/Card.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/PageHeader.h"
+#include "Views/Components/PageParts.h"
 #include "Views/Components/ProgressNote.h"
 #include "Views/Components/StateMessage.h"
 #include "Views/Components/Text.h"
@@ -34,7 +36,6 @@ namespace brimvale {
 
 namespace {
 
-constexpr int pageMargin = 24;
 constexpr int listWidth = 260;
 constexpr std::chrono::seconds runningInterval{2};
 
@@ -48,7 +49,7 @@ AppsView::AppsView(CorvelModel &model, QWidget *parent)
       message_(new StateMessage(this)), detail_(new AppDetail(this)), bar_(new ActionBar(this)) {
     setObjectName(QStringLiteral("appsPage"));
     auto *sides = new QHBoxLayout;
-    sides->setContentsMargins(pageMargin, 0, pageMargin, 0);
+    sides->setContentsMargins(Metrics::pageMargin, 0, Metrics::pageMargin, 0);
     sides->setSpacing(16);
     sides->addWidget(makeListSide());
     sides->addWidget(makeDetailSide(), 1);
@@ -56,13 +57,10 @@ AppsView::AppsView(CorvelModel &model, QWidget *parent)
     header->addControl(progress_);
     progress_->setObjectName(QStringLiteral("appProgress"));
     progress_->setFixedWidth(220);
-    auto *headMargin = new QHBoxLayout;
-    headMargin->setContentsMargins(pageMargin, pageMargin, pageMargin, 0);
-    headMargin->addWidget(header);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(16);
-    layout->addLayout(headMargin);
+    layout->setSpacing(Metrics::pageGap);
+    layout->addWidget(makePageHead(header, 0, this));
     layout->addLayout(sides, 1);
     layout->addWidget(bar_);
 
@@ -140,11 +138,7 @@ QWidget *AppsView::makeDetailSide() {
     auto *inContent = new QVBoxLayout(content);
     inContent->setContentsMargins(0, 4, 8, 16);
     inContent->addWidget(detail_);
-    detailArea_ = new QScrollArea(this);
-    detailArea_->setWidget(content);
-    detailArea_->setWidgetResizable(true);
-    detailArea_->setFrameShape(QFrame::NoFrame);
-    detailArea_->setFocusPolicy(Qt::NoFocus);
+    detailArea_ = makeScrollArea(content, this);
     auto *side = new QWidget(this);
     auto *layout = new QVBoxLayout(side);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -10,7 +10,6 @@
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QVBoxLayout>
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -77,13 +76,7 @@ std::vector<CleanupEntry> LeftoverGroup::entries() const {
 }
 
 void LeftoverGroup::showTicks() {
-    const auto count = std::count_if(rows_.begin(), rows_.end(), [this](const LeftoverListModel::Row &row) {
-        return ticked_.contains(row.item.url);
-    });
-    if (count == 0)
-        all_->setState(Qt::Unchecked);
-    else
-        all_->setState(static_cast<std::size_t>(count) == rows_.size() ? Qt::Checked : Qt::PartiallyChecked);
+    all_->setState(ticked_.stateOf(entries()));
 }
 
 } // namespace brimvale

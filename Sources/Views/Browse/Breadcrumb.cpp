@@ -2,6 +2,7 @@
 
 #include "Views/Components/Icons.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/Popup.h"
 #include "Views/Components/Theme.h"
 
 #include <QApplication>
@@ -127,15 +128,15 @@ void Breadcrumb::addHidden(std::size_t end) {
     button->setText(QStringLiteral("…"));
     button->setAccessibleName(u"Folders in between"_s);
     button->setFocusPolicy(Qt::TabFocus);
-    auto *menu = new QMenu(button);
-    menu->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
-    for (std::size_t i = end - 1; i > 0 && end - i <= mostHiddenListed; --i) {
-        FSNode *folder = way_[i];
-        menu->addAction(asLabel(displayedName(*folder)), this, [this, folder] { emit chosen(folder); });
-    }
     // Not as the button's own menu, for which it would draw an arrow over its text.
-    connect(button, &QToolButton::clicked, menu,
-            [button, menu] { menu->popup(button->mapToGlobal(button->rect().bottomLeft())); });
+    connect(button, &QToolButton::clicked, this, [this, button, end] {
+        QMenu *menu = makeMenu(button);
+        for (std::size_t i = end - 1; i > 0 && end - i <= mostHiddenListed; --i) {
+            FSNode *folder = way_[i];
+            menu->addAction(asLabel(displayedName(*folder)), this, [this, folder] { emit chosen(folder); });
+        }
+        menu->popup(button->mapToGlobal(button->rect().bottomLeft()));
+    });
     layout_->addWidget(button);
     addChevron();
 }

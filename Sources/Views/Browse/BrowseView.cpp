@@ -10,6 +10,8 @@
 #include "Views/Browse/ScanMessage.h"
 #include "Views/Browse/Treemap/TreemapView.h"
 #include "Views/Components/Card.h"
+#include "Views/Components/Metrics.h"
+#include "Views/Components/Popup.h"
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/Text.h"
 #include "Views/Entries/ItemActions.h"
@@ -30,8 +32,6 @@ using namespace Qt::StringLiterals;
 namespace brimvale {
 
 namespace {
-
-constexpr int pageMargin = 24;
 
 /// The node itself or the one around it that lies right in `folder`; null when it lies elsewhere.
 FSNode *childAround(FSNode *node, const FSNode *folder) {
@@ -58,7 +58,8 @@ BrowseView::BrowseView(CorvelModel &model, QWidget *parent)
       details_(new DetailPanel(this)), removal_(new NodeRemoval(model, *this)) {
     setObjectName(QStringLiteral("browsePage"));
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(pageMargin, pageMargin, pageMargin, pageMargin);
+    layout->setContentsMargins(Metrics::pageMargin, Metrics::pageMargin, Metrics::pageMargin,
+                               Metrics::pageMargin);
     layout->setSpacing(16);
     layout->addWidget(bar_);
     layout->addLayout(body_, 1);
@@ -238,17 +239,15 @@ void BrowseView::showDetails(std::vector<FSNode *> nodes, bool isSelected) {
 void BrowseView::showMenu(const QPoint &place) {
     if (shown_.empty())
         return;
-    auto *menu = new QMenu(this);
+    QMenu *menu = makeMenu(this);
     menu->setObjectName(QStringLiteral("nodeMenu"));
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
     if (shown_.size() == 1) {
         FSNode *node = shown_.front();
         if (!node->outlineChildren().empty() && node != focus_)
             menu->addAction(u"Open"_s, this, [this, node] { focusOn(node); });
         menu->addAction(text(Words::current().revealItem), this, &BrowseView::reveal);
     }
-    menu->addAction(shown_.size() == 1 ? u"Copy Path"_s : u"Copy Paths"_s, this, &BrowseView::copyPaths);
+    menu->addAction(ItemActions::copyTitle(shown_.size()), this, &BrowseView::copyPaths);
     if (!removableNodes().empty()) {
         menu->addSeparator();
         QAction *remove = menu->addAction(u"Remove…"_s, this, &BrowseView::confirmRemoval);

@@ -4,16 +4,17 @@
 #include "Core/Text/Formatting.h"
 #include "Platform/FileStatus.h"
 #include "Views/Components/ElidedLabel.h"
+#include "Views/Components/FolderChooser.h"
 #include "Views/Components/Icons.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/Popup.h"
 #include "Views/Components/ProgressLine.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
 
 #include <QComboBox>
 #include <QEvent>
-#include <QFile>
-#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QMessageBox>
 #include <QPushButton>
@@ -26,7 +27,6 @@ namespace brimvale {
 
 namespace {
 
-constexpr int buttonIconSize = 16;
 constexpr int progressWidth = 160;
 
 /// A label for a figure that counts up: right-aligned, and as wide from the start as `widest` is.
@@ -137,8 +137,7 @@ void ScanBar::showFigures() {
     const bool hasFigures = *model_.isScanning || *model_.tree != nullptr;
     for (TextLabel *figure : {files_, bytes_, elapsed_})
         figure->setVisible(hasFigures);
-    files_->setText(*model_.scanFiles == 1 ? u"1 file"_s
-                                           : u"%1 files"_s.arg(text(Fmt::count(*model_.scanFiles))));
+    files_->setText(counted(*model_.scanFiles, "file"));
     bytes_->setText(sizeText(*model_.scanBytes));
     elapsed_->setText(elapsedText(*model_.scanElapsed));
     unreadable_->setVisible(hasFigures && *model_.scanUnreadable > 0);
@@ -164,32 +163,25 @@ void ScanBar::startOrStop() {
 
 /// A folder that is chosen here is scanned at once.
 void ScanBar::chooseFolder() {
-    auto *dialog = new QFileDialog(window(), u"Choose a folder to scan"_s,
-                                   QFile::decodeName(QByteArray::fromStdString(*model_.scanRootPath)));
-    dialog->setObjectName(QStringLiteral("folderChooser"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    connect(dialog, &QFileDialog::fileSelected, this, &ScanBar::scanChosen);
-    dialog->open();
+    brimvale::chooseFolder(*this, u"Choose a folder to scan"_s, *model_.scanRootPath,
+                           [this](const std::string &path) { scanChosen(path); });
 }
 
-void ScanBar::scanChosen(const QString &folder) {
-    const std::string path = QFile::encodeName(folder).toStdString();
+void ScanBar::scanChosen(const std::string &path) {
     if (fileStatus(path)) {
         model_.startScan(path);
         return;
     }
     // The chooser speaks text; a name that is not text does not come through it.
-    auto *alert = new QMessageBox(QMessageBox::Warning, u"Brimvale"_s,
-                                  u"“%1” could not be opened."_s.arg(folder), QMessageBox::Ok, window());
+    auto *alert =
+        new QMessageBox(QMessageBox::Warning, u"Brimvale"_s,
+                        u"“%1” could not be opened."_s.arg(displayedText(path)), QMessageBox::Ok, window());
     alert->setTextFormat(Qt::PlainText);
     alert->setInformativeText(
         u"It is no longer there, or its name cannot be passed on by the folder chooser. In "
         "that case choose the folder around it."_s);
     alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setAttribute(Qt::WA_WindowPropagation);
+    usePaletteOfParent(*alert);
     alert->open();
 }
 
@@ -201,9 +193,9 @@ void ScanBar::changeEvent(QEvent *event) {
 
 void ScanBar::drawIcons() {
     const Theme &theme = Theme::current();
-    choose_->setIcon(Icons::icon(QStringLiteral("folder"), theme.text, buttonIconSize));
+    choose_->setIcon(Icons::icon(QStringLiteral("folder"), theme.text, Metrics::iconSize));
     scan_->setIcon(Icons::icon(*model_.isScanning ? QStringLiteral("square") : QStringLiteral("search"),
-                               theme.onAccent, buttonIconSize));
+                               theme.onAccent, Metrics::iconSize));
 }
 
 } // namespace brimvale

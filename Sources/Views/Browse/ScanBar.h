@@ -32,7 +32,7 @@ private:
     void showState();
     void startOrStop();
     void chooseFolder();
-    void scanChosen(const QString &folder);
+    void scanChosen(const std::string &path);
     void drawIcons();
 
     CorvelModel &model_;

@@ -1,18 +1,17 @@
 #include "Views/Category/BackupBar.h"
 
-#include "Core/Text/Formatting.h"
 #include "Views/Components/ElidedLabel.h"
+#include "Views/Components/FolderChooser.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/PageParts.h"
 #include "Views/Components/ProgressNote.h"
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/Text.h"
 #include "Views/Removing/RemovalModePicker.h"
 #include "Views/Removing/SelectionTexts.h"
 
-#include <QFile>
-#include <QFileDialog>
 #include <QHBoxLayout>
-#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -20,19 +19,8 @@ using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
-namespace {
-
-QPushButton *makeButton(const char *objectName, const QString &title, QWidget *parent) {
-    auto *button = new QPushButton(title, parent);
-    button->setObjectName(QLatin1String(objectName));
-    button->setAutoDefault(false);
-    return button;
-}
-
-} // namespace
-
 BackupBar::BackupBar(CorvelModel &model, QWidget *parent)
-    : QWidget(parent), model_(model),
+    : Bar(parent), model_(model),
       folder_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       change_(makeButton("changeFolder", u"Change…"_s, this)),
       detail_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
@@ -46,7 +34,7 @@ BackupBar::BackupBar(CorvelModel &model, QWidget *parent)
     detail_->setObjectName(QStringLiteral("archiveDetail"));
     progress_->setObjectName(QStringLiteral("archiveProgress"));
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(24, 10, 24, 12);
+    layout->setContentsMargins(Metrics::pageMargin, 10, Metrics::pageMargin, 12);
     layout->setSpacing(8);
     layout->addWidget(status_);
     layout->addWidget(detail_);
@@ -90,15 +78,8 @@ QWidget *BackupBar::makeActionRow() {
 }
 
 void BackupBar::chooseFolder() {
-    auto *dialog = new QFileDialog(this, u"Choose a folder for backups"_s,
-                                   QFile::decodeName(QByteArray::fromStdString(model_.backupRoot->path())));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &chosen) {
-        model_.chooseBackupRoot(FileURL(QFile::encodeName(chosen).toStdString()));
-    });
-    dialog->open();
+    brimvale::chooseFolder(*this, u"Choose a folder for backups"_s, model_.backupRoot->path(),
+                           [this](const std::string &path) { model_.chooseBackupRoot(FileURL(path)); });
 }
 
 void BackupBar::setSelection(std::int64_t count, std::int64_t bytes) {
@@ -110,13 +91,10 @@ void BackupBar::setSelection(std::int64_t count, std::int64_t bytes) {
 void BackupBar::showState() {
     const bool isArchiving = *model_.isArchiving;
     folder_->setText(displayedText(model_.backupRoot->path()));
-    const QString count = text(Fmt::count(count_)), bytes = sizeText(bytes_);
     selection_->setText(selectionText(count_, bytes_));
-    if (count_ == 0)
-        backUp_->setText(u"Back Up and Review…"_s);
-    else
-        backUp_->setText(count_ == 1 ? u"Back Up 1 Item, %1, and Review…"_s.arg(bytes)
-                                     : u"Back Up %1 Items, %2, and Review…"_s.arg(count, bytes));
+    backUp_->setText(count_ == 0
+                         ? u"Back Up and Review…"_s
+                         : u"Back Up %1, %2, and Review…"_s.arg(counted(count_, "Item"), sizeText(bytes_)));
     backUp_->setEnabled(count_ > 0 && !model_.isRemoving());
 
     const QString status = text(archiveNote());
@@ -138,12 +116,6 @@ void BackupBar::showState() {
 
 std::string BackupBar::archiveNote() const {
     return model_.archiveError->value_or(model_.archiveStatus->value_or(""));
-}
-
-void BackupBar::paintEvent(QPaintEvent * /*event*/) {
-    QPainter painter(this);
-    painter.fillRect(rect(), Theme::current().card);
-    painter.fillRect(QRect(0, 0, width(), 1), Theme::current().border);
 }
 
 } // namespace brimvale

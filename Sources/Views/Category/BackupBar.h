@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Core/Model/CorvelModel.h"
+#include "Views/Components/Bar.h"
 
-#include <QWidget>
 #include <cstdint>
 #include <string>
 
@@ -17,7 +17,7 @@ class TextLabel;
 
 /// The bar of a category whose items are backed up before they are removed: where the backup goes, how the
 /// originals are removed afterwards, and how far a backup is.
-class BackupBar : public QWidget {
+class BackupBar : public Bar {
     Q_OBJECT
 
 public:
@@ -29,9 +29,6 @@ public:
 
 signals:
     void backupAsked(RemovalMode mode);
-
-protected:
-    void paintEvent(QPaintEvent *event) override;
 
 private:
     QWidget *makeFolderRow();

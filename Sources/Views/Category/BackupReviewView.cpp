@@ -9,6 +9,7 @@
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/NoteLabel.h"
+#include "Views/Components/PageParts.h"
 #include "Views/Components/Text.h"
 #include "Views/Entries/ItemActions.h"
 
@@ -25,7 +26,6 @@ namespace brimvale {
 
 namespace {
 
-constexpr int margin = 24;
 constexpr int sheetWidth = 540;
 constexpr std::size_t mostNamesShown = 3;
 
@@ -34,9 +34,9 @@ QString countOf(std::size_t count) {
 }
 
 /// "2 items did not copy at full size. Check those before deleting anything."
-QString mismatchWarning(std::size_t count) {
-    return countOf(count) + (count == 1 ? QStringLiteral(" item did") : QStringLiteral(" items did")) +
-           QStringLiteral(" not copy at full size. Check those before deleting anything.");
+QString mismatchWarning(std::int64_t count) {
+    return u"%1 did not copy at full size. Check those before deleting anything."_s.arg(
+        counted(count, "item"));
 }
 
 /// How many copies hold other bytes than their originals, and which.
@@ -53,25 +53,11 @@ QString differenceWarning(const std::vector<FileURL> &differing) {
                      countOf(differing.size()), list);
 }
 
-QPushButton *makeButton(const char *objectName, const QString &title, QWidget *parent) {
-    auto *button = new QPushButton(title, parent);
-    button->setObjectName(QLatin1String(objectName));
-    button->setAutoDefault(false);
-    return button;
-}
-
 } // namespace
 
 BackupReviewView::BackupReviewView(const PendingDeletion &pending, QWidget *parent)
-    : QDialog(parent, Qt::Sheet), pending_(pending) {
-    setObjectName(QStringLiteral("backupReview"));
-    setAttribute(Qt::WA_DeleteOnClose);
-    setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
-    setWindowModality(Qt::WindowModal);
-    setWindowTitle(u"Backup complete"_s);
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, margin, margin, 16);
-    layout->setSpacing(14);
+    : Sheet("backupReview", u"Backup complete"_s, parent), pending_(pending) {
+    QVBoxLayout *layout = makeLayout(14);
     addHeading(*layout);
     addFolder(*layout);
     addTranscript(*layout);
@@ -84,24 +70,18 @@ BackupReviewView::BackupReviewView(const PendingDeletion &pending, QWidget *pare
                       : u"Originals will be deleted immediately, with no Trash to fall back on."_s);
     layout->addWidget(mode);
     layout->addSpacing(2);
-    layout->addWidget(makeButtons());
+    addChoice(*layout);
     setFixedWidth(sheetWidth);
 }
 
 void BackupReviewView::addHeading(QVBoxLayout &layout) {
-    auto *heading = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
-    heading->setObjectName(QStringLiteral("reviewHeading"));
-    heading->setText(u"Backup complete. Nothing has been deleted yet."_s);
-    heading->setWordWrap(true);
     auto *summary = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);
     summary->setObjectName(QStringLiteral("reviewSummary"));
-    const std::size_t count = pending_.items.size();
-    const QString bytes = sizeText(pending_.bytes);
-    summary->setText(count == 1 ? u"1 item copied, %1"_s.arg(bytes)
-                                : u"%1 items copied, %2"_s.arg(countOf(count), bytes));
+    const auto count = static_cast<std::int64_t>(pending_.items.size());
+    summary->setText(u"%1 copied, %2"_s.arg(counted(count, "item"), sizeText(pending_.bytes)));
     auto *words = new QVBoxLayout;
     words->setSpacing(3);
-    words->addWidget(heading);
+    words->addWidget(makeHeading("reviewHeading", u"Backup complete. Nothing has been deleted yet."_s));
     words->addWidget(summary);
     auto *row = new QHBoxLayout;
     row->setSpacing(12);
@@ -161,7 +141,7 @@ void BackupReviewView::addWarnings(QVBoxLayout &layout) {
     const auto mismatched =
         std::count_if(pending_.items.begin(), pending_.items.end(), Archiver::isMismatched);
     if (mismatched > 0)
-        warn("mismatchWarning", "triangle-alert", mismatchWarning(static_cast<std::size_t>(mismatched)));
+        warn("mismatchWarning", "triangle-alert", mismatchWarning(mismatched));
     if (!pending_.differing.empty())
         warn("differenceWarning", "triangle-alert", differenceWarning(pending_.differing));
     if (pending_.sameVolumeAsSource)
@@ -170,23 +150,12 @@ void BackupReviewView::addWarnings(QVBoxLayout &layout) {
              "until you move this folder off the disk or delete it too."_s);
 }
 
-QWidget *BackupReviewView::makeButtons() {
-    auto *row = new QWidget(this);
-    auto *remove = new DestructiveButton(row);
+void BackupReviewView::addChoice(QVBoxLayout &layout) {
+    auto *remove = new DestructiveButton(this);
     remove->setObjectName(QStringLiteral("deleteOriginals"));
     remove->setText(u"Delete Originals"_s);
     connect(remove, &QPushButton::clicked, this, &QDialog::accept);
-    auto *keep = new QPushButton(u"Keep Both"_s, row);
-    keep->setObjectName(QStringLiteral("keepBoth"));
-    keep->setDefault(true);
-    connect(keep, &QPushButton::clicked, this, &QDialog::reject);
-    auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addStretch(1);
-    layout->addWidget(remove);
-    layout->addWidget(keep);
-    keep->setFocus();
-    return row;
+    addButtons(layout, {remove, makeWayOut("keepBoth", u"Keep Both"_s)});
 }
 
 } // namespace brimvale

@@ -1,16 +1,13 @@
 #pragma once
 
 #include "Core/Backup/PendingDeletion.h"
-
-#include <QDialog>
-
-class QVBoxLayout;
+#include "Views/Components/Sheet.h"
 
 namespace brimvale {
 
 /// Shows what a backup holds before the originals are removed. `accepted` means that they shall go; closing
-/// it in any other way keeps both. Deletes itself when it is closed.
-class BackupReviewView : public QDialog {
+/// it in any other way keeps both.
+class BackupReviewView : public Sheet {
     Q_OBJECT
 
 public:
@@ -21,7 +18,7 @@ private:
     void addFolder(QVBoxLayout &layout);
     void addTranscript(QVBoxLayout &layout);
     void addWarnings(QVBoxLayout &layout);
-    QWidget *makeButtons();
+    void addChoice(QVBoxLayout &layout);
 
     PendingDeletion pending_;
 };

@@ -8,7 +8,10 @@
 #include "Views/Category/BackupBar.h"
 #include "Views/Category/CategoryHeader.h"
 #include "Views/Components/Card.h"
+#include "Views/Components/MeasureButton.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/NoteLabel.h"
+#include "Views/Components/PageParts.h"
 #include "Views/Components/ProgressNote.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
@@ -32,17 +35,13 @@ namespace brimvale {
 
 namespace {
 
-constexpr int pageMargin = 24;
-constexpr int gap = 16;
-
 QString whyEmpty(const MeasuredCategory &category) {
     if (!category.measured)
         return u"Not measured yet. Measure looks at every category and changes nothing."_s;
     if (category.category.measurement == CategoryMeasurement::remainder)
         return u"No folder that would explain this figure has been found yet."_s;
     if (CleanupEntries::hasUnreadableRoot(category.category.roots))
-        return u"This could not be read: you may not list its folder. Full Disk "
-               "Access, or the rights of the folder's owner, would help."_s;
+        return EntryList::unreadableText();
     return u"Nothing found. There is nothing in here."_s;
 }
 
@@ -51,8 +50,7 @@ QString whyEmpty(const MeasuredCategory &category) {
 CategoryDetailView::CategoryDetailView(CorvelModel &model, std::string id, QWidget *parent)
     : QWidget(parent), model_(model), id_(std::move(id)), action_(model.category(id_)->category.action),
       header_(new CategoryHeader(model.category(id_)->category, this)),
-      measure_(new QPushButton(u"Measure"_s, this)),
-      progress_(new ProgressNote(u"Measuring storage"_s, this)),
+      measure_(new MeasureButton(u"Measuring storage"_s, MeasureButton::WhileMeasuring::hidden, this)),
       entries_(new EntryList(canTick() ? &ticked_ : nullptr, this)),
       state_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       sentence_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)) {
@@ -78,25 +76,20 @@ bool CategoryDetailView::canTick() const {
 }
 
 QWidget *CategoryDetailView::makeHead() {
-    measure_->setObjectName(QStringLiteral("measure"));
     measure_->setAutoDefault(true); // Return presses it
-    progress_->setObjectName(QStringLiteral("categoryProgress"));
-    progress_->setFixedWidth(200);
+    measure_->progress()->setObjectName(QStringLiteral("categoryProgress"));
+    measure_->progress()->setFixedWidth(200);
     header_->addControl(measure_);
-    header_->addControl(progress_);
-    auto *head = new QWidget(this);
-    auto *layout = new QVBoxLayout(head);
-    layout->setContentsMargins(pageMargin, pageMargin, pageMargin, gap);
-    layout->addWidget(header_);
-    return head;
+    header_->addControl(measure_->progress());
+    return makePageHead(header_, Metrics::pageGap, this);
 }
 
 QWidget *CategoryDetailView::makeContent() {
     const StorageCategory &category = model_.category(id_)->category;
     auto *content = new QWidget(this);
     auto *layout = new QVBoxLayout(content);
-    layout->setContentsMargins(pageMargin, 0, pageMargin, pageMargin);
-    layout->setSpacing(gap);
+    layout->setContentsMargins(Metrics::pageMargin, 0, Metrics::pageMargin, Metrics::pageMargin);
+    layout->setSpacing(Metrics::pageGap);
     const auto addNote = [&](const char *name, const char *icon, const std::string &words) {
         auto *note = new NoteLabel(QLatin1String(icon), IconLabel::Tone::quiet, content);
         note->setObjectName(QLatin1String(name));
@@ -125,12 +118,7 @@ QWidget *CategoryDetailView::makeContent() {
     layout->addWidget(card);
     layout->addWidget(sentence_);
     layout->addStretch(1);
-    auto *area = new QScrollArea(this);
-    area->setWidget(content);
-    area->setWidgetResizable(true);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setFocusPolicy(Qt::NoFocus);
-    return area;
+    return makeScrollArea(content, this);
 }
 
 void CategoryDetailView::addActions(QVBoxLayout &layout) {
@@ -154,15 +142,7 @@ void CategoryDetailView::addActions(QVBoxLayout &layout) {
 void CategoryDetailView::showCategory() {
     const MeasuredCategory &category = *model_.category(id_);
     header_->showSize(category);
-    const bool isMeasuring = *model_.isMeasuringCategories;
-    // The button's focus waits here meanwhile, and does not go to what comes after it.
-    if (isMeasuring && measure_->hasFocus())
-        setFocus();
-    measure_->setHidden(isMeasuring);
-    if (!isMeasuring && hasFocus())
-        measure_->setFocus();
-    progress_->setVisible(isMeasuring);
-    progress_->setProgress(*model_.categoryProgress);
+    measure_->showState(*model_.isMeasuringCategories, *model_.categoryProgress);
     showEntries(category);
     const bool isRemainder = category.category.measurement == CategoryMeasurement::remainder;
     const std::optional<std::string> sentence =

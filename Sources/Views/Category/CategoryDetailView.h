@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-class QPushButton;
 class QVBoxLayout;
 
 namespace brimvale {
@@ -16,9 +15,7 @@ class ActionBar;
 class BackupBar;
 class CategoryHeader;
 class EntryList;
-class NoteLabel;
-class ProgressNote;
-class StateMessage;
+class MeasureButton;
 class TextLabel;
 
 /// The page of one storage category: what it is, what is in it, and what may be done with that.
@@ -54,8 +51,7 @@ private:
     TickedEntries ticked_;
     bool isPreparing_ = false; ///< asked whether a backup may begin
     CategoryHeader *header_;
-    QPushButton *measure_;
-    ProgressNote *progress_;
+    MeasureButton *measure_;
     EntryList *entries_;
     TextLabel *state_;               ///< why there are no entries
     TextLabel *sentence_;            ///< how the entries compare with the figure

@@ -1,7 +1,7 @@
 #include "Views/Category/CategoryHeader.h"
 
 #include "Views/Components/CategoryStyle.h"
-#include "Views/Components/IconTile.h"
+#include "Views/Components/Icons.h"
 #include "Views/Components/RiskBadge.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
@@ -60,8 +60,8 @@ void CategoryHeader::addControl(QWidget *control) {
 
 void CategoryHeader::paintEvent(QPaintEvent * /*event*/) {
     QPainter painter(this);
-    paintIconTile(painter, QRectF(0, 1, tileSize, tileSize), categoryIcon(category_),
-                  categoryColor(category_));
+    Icons::paintTile(painter, QRectF(0, 1, tileSize, tileSize), categoryIcon(category_),
+                     categoryColor(category_));
 }
 
 } // namespace brimvale

@@ -4,13 +4,15 @@
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Views/Cleanup/TargetCard.h"
+#include "Views/Components/MeasureButton.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/PageHeader.h"
+#include "Views/Components/PageParts.h"
 #include "Views/Components/ProgressNote.h"
 #include "Views/Components/Text.h"
 #include "Views/Removing/ActionBar.h"
 #include "Views/Removing/RemovalSheet.h"
 
-#include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
@@ -20,14 +22,15 @@ namespace brimvale {
 
 namespace {
 
-constexpr int pageMargin = 24;
 constexpr int cardGap = 12;
 
 } // namespace
 
 CleanupView::CleanupView(CorvelModel &model, QWidget *parent)
-    : QWidget(parent), model_(model), measure_(new QPushButton(u"Measure"_s, this)),
-      progress_(new ProgressNote(u"Measuring cleanup targets"_s, this)), bar_(new ActionBar(this)) {
+    : QWidget(parent), model_(model),
+      measure_(
+          new MeasureButton(u"Measuring cleanup targets"_s, MeasureButton::WhileMeasuring::disabled, this)),
+      bar_(new ActionBar(this)) {
     setObjectName(QStringLiteral("cleanupPage"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -50,31 +53,23 @@ QWidget *CleanupView::makeHeader() {
     header->setSubtitle(
         u"Everything here is measured on %1. Nothing is selected by default, and nothing is removed until "
         "you say so."_s.arg(text(Words::current().thisComputer)));
-    measure_->setObjectName(QStringLiteral("measure"));
     measure_->setDefault(true);
     header->addControl(measure_);
-    progress_->setObjectName(QStringLiteral("cleanupProgress"));
-    auto *head = new QWidget(this);
-    auto *layout = new QVBoxLayout(head);
-    layout->setContentsMargins(pageMargin, pageMargin, pageMargin, cardGap);
-    layout->setSpacing(cardGap);
-    layout->addWidget(header);
-    layout->addWidget(progress_);
+    measure_->progress()->setObjectName(QStringLiteral("cleanupProgress"));
+    QWidget *head = makePageHead(header, cardGap, this);
+    head->layout()->setSpacing(cardGap);
+    head->layout()->addWidget(measure_->progress());
     return head;
 }
 
 QWidget *CleanupView::makeCards() {
     auto *content = new QWidget(this);
     cards_ = new QVBoxLayout(content);
-    cards_->setContentsMargins(pageMargin, 0, pageMargin, pageMargin);
+    cards_->setContentsMargins(Metrics::pageMargin, 0, Metrics::pageMargin, Metrics::pageMargin);
     cards_->setSpacing(cardGap);
     cards_->addStretch(1);
-    auto *area = new QScrollArea(this);
+    QScrollArea *area = makeScrollArea(content, this);
     area->setObjectName(QStringLiteral("cleanupCards"));
-    area->setWidget(content);
-    area->setWidgetResizable(true);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setFocusPolicy(Qt::NoFocus);
     return area;
 }
 
@@ -90,15 +85,7 @@ void CleanupView::showTargets() {
         lists.push_back(&targets[i].entries);
     }
     ticked_.retain(lists);
-    const bool isMeasuring = *model_.isMeasuringCleanup;
-    // The button's focus waits here meanwhile, and does not go to what comes after it.
-    if (isMeasuring && measure_->hasFocus())
-        setFocus();
-    measure_->setEnabled(!isMeasuring);
-    if (!isMeasuring && hasFocus())
-        measure_->setFocus();
-    progress_->setVisible(isMeasuring);
-    progress_->setProgress(*model_.cleanupProgress);
+    measure_->showState(*model_.isMeasuringCleanup, *model_.cleanupProgress);
 }
 
 void CleanupView::showSelection() {

@@ -6,13 +6,12 @@
 #include <QWidget>
 #include <vector>
 
-class QPushButton;
 class QVBoxLayout;
 
 namespace brimvale {
 
 class ActionBar;
-class ProgressNote;
+class MeasureButton;
 class TargetCard;
 
 /// The page of places whose contents can be removed and come back on their own: one card a place, what is in
@@ -33,8 +32,7 @@ private:
 
     CorvelModel &model_;
     TickedEntries ticked_;
-    QPushButton *measure_;
-    ProgressNote *progress_;
+    MeasureButton *measure_;
     QVBoxLayout *cards_ = nullptr;
     ActionBar *bar_;
     std::vector<TargetCard *> targets_;

@@ -1,8 +1,8 @@
 #include "Views/Cleanup/TargetCard.h"
 
-#include "Catalogs/Words.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Views/Components/Icons.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/RiskBadge.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
@@ -16,7 +16,6 @@
 #include <QMouseEvent>
 #include <QToolButton>
 #include <QVBoxLayout>
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -24,14 +23,11 @@ namespace brimvale {
 
 namespace {
 
-constexpr int iconSize = 16;
-
 QString whyEmpty(const CleanupTarget &target) {
     if (!target.scanned)
         return u"Not measured yet. Measure looks at every place on this page and changes nothing."_s;
     if (CleanupEntries::hasUnreadableRoot(target.roots))
-        return u"This could not be read: you may not list its folder. %1"_s.arg(
-            text(Words::current().listingHelp));
+        return EntryList::unreadableText();
     return u"Nothing found. There is nothing here to remove."_s;
 }
 
@@ -135,14 +131,7 @@ void TargetCard::showEntries() {
 }
 
 void TargetCard::showTicks() {
-    const auto ticked =
-        std::count_if(target_.entries.begin(), target_.entries.end(),
-                      [this](const CleanupEntry &entry) { return ticked_.contains(entry.url); });
-    if (ticked == 0)
-        all_->setState(Qt::Unchecked);
-    else
-        all_->setState(static_cast<std::size_t>(ticked) == target_.entries.size() ? Qt::Checked
-                                                                                  : Qt::PartiallyChecked);
+    all_->setState(ticked_.stateOf(target_.entries));
 }
 
 void TargetCard::changeEvent(QEvent *event) {
@@ -169,7 +158,7 @@ void TargetCard::mouseReleaseEvent(QMouseEvent *event) {
 
 void TargetCard::drawIcons() {
     const QString name = isOpen() ? QStringLiteral("chevron-down") : QStringLiteral("chevron-right");
-    disclosure_->setIcon(Icons::icon(name, Theme::current().secondaryText, iconSize));
+    disclosure_->setIcon(Icons::icon(name, Theme::current().secondaryText, Metrics::iconSize));
 }
 
 } // namespace brimvale

@@ -1,8 +1,11 @@
 #include "Views/Components/Icons.h"
 
+#include "Views/Components/Theme.h"
+
 #include <QFile>
 #include <QGuiApplication>
 #include <QHash>
+#include <QLinearGradient>
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -58,6 +61,23 @@ QIcon Icons::icon(const QString &name, const QColor &color, int size) {
         icon.addPixmap(pixmap(name, dimmed, size, ratio), QIcon::Disabled);
     }
     return icon;
+}
+
+void Icons::paintTile(QPainter &painter, const QRectF &tile, const QString &name, const QColor &color) {
+    QLinearGradient gradient(tile.topLeft(), tile.bottomLeft());
+    gradient.setColorAt(0, color.lighter(112));
+    gradient.setColorAt(1, color);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(gradient);
+    painter.drawRoundedRect(tile, tile.height() / 4, tile.height() / 4);
+
+    const int size = qRound(tile.height() * 0.6);
+    const QPixmap drawn =
+        pixmap(name, Theme::current().onAccent, size, painter.device()->devicePixelRatioF());
+    painter.drawPixmap(tile.center() - QPointF(size, size) / 2, drawn);
+    painter.restore();
 }
 
 QString Icons::nameFor(bool isFolder) {

@@ -17,4 +17,10 @@ namespace brimvale {
     return text(Fmt::byteFormatter(bytes));
 }
 
+/// A number with its noun, which takes an "s" for all but one: "1 file", "2,345 files".
+[[nodiscard]] inline QString counted(std::int64_t count, const char *noun) {
+    return text(Fmt::count(count)) + QLatin1Char(' ') + QLatin1String(noun) +
+           QLatin1String(count == 1 ? "" : "s");
+}
+
 } // namespace brimvale

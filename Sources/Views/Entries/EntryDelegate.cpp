@@ -1,6 +1,7 @@
 #include "Views/Entries/EntryDelegate.h"
 
 #include "Views/Components/Icons.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/Theme.h"
 #include "Views/Components/TickBox.h"
 #include "Views/Entries/EntryListModel.h"
@@ -16,12 +17,10 @@ namespace brimvale {
 
 namespace {
 
-constexpr int rowHeight = 32;
 constexpr int secondLineHeight = 12;
 constexpr int noteHeight = 16;
 constexpr int margin = 16;
 constexpr int gap = 10;
-constexpr int iconSize = 16;
 constexpr int sizeWidth = 88;
 constexpr int dateWidth = 110;
 constexpr int leastNameWidth = 180; ///< beside a date
@@ -88,10 +87,10 @@ void EntryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
         paintTickBox(*painter, tickBoxOf(upper), ticked.value<Qt::CheckState>());
         row.setLeft(row.left() + tickBoxSize + gap);
     }
-    painter->drawPixmap(row.left(), row.center().y() - iconSize / 2 + 1,
+    painter->drawPixmap(row.left(), row.center().y() - Metrics::iconSize / 2 + 1,
                         Icons::pixmap(index.data(EntryListModel::iconRole).toString(), theme.secondaryText,
-                                      iconSize, painter->device()->devicePixelRatioF()));
-    row.setLeft(row.left() + iconSize + gap);
+                                      Metrics::iconSize, painter->device()->devicePixelRatioF()));
+    row.setLeft(row.left() + Metrics::iconSize + gap);
     paintNotes(*painter, row, notes);
 
     constexpr Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
@@ -123,7 +122,7 @@ void EntryDelegate::paintLines(QPainter &painter, const QRect &place, const QMod
 }
 
 QSize EntryDelegate::sizeHint(const QStyleOptionViewItem & /*option*/, const QModelIndex &index) const {
-    int height = rowHeight;
+    int height = Metrics::rowHeight;
     if (!index.data(EntryListModel::folderRole).toString().isEmpty())
         height += secondLineHeight;
     return {0, height + noteHeight * static_cast<int>(notesOn(index).size())};

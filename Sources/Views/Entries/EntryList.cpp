@@ -1,9 +1,13 @@
 #include "Views/Entries/EntryList.h"
 
+#include "Catalogs/Words.h"
+#include "Views/Components/Text.h"
 #include "Views/Entries/ItemActions.h"
 
 #include <QMenu>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
@@ -27,6 +31,11 @@ EntryList::~EntryList() {
 
 void EntryList::setEntries(const std::vector<CleanupEntry> &entries) {
     model_->setEntries(entries);
+}
+
+QString EntryList::unreadableText() {
+    return u"This could not be read: you may not list its folder. %1"_s.arg(
+        text(Words::current().listingHelp));
 }
 
 const FileURL &EntryList::urlAt(const QModelIndex &row) const {

@@ -20,6 +20,9 @@ public:
     void setEntries(const std::vector<CleanupEntry> &entries);
     [[nodiscard]] const std::vector<CleanupEntry> &entries() const { return model_->entries(); }
 
+    /// What to show in place of a list whose folder may not be listed.
+    [[nodiscard]] static QString unreadableText();
+
 private:
     EntryList(std::unique_ptr<EntryListModel> model, QWidget *parent);
     [[nodiscard]] const FileURL &urlAt(const QModelIndex &row) const;

@@ -3,6 +3,7 @@
 #include "Catalogs/Words.h"
 #include "Platform/FileBrowser.h"
 #include "Platform/Host.h"
+#include "Views/Components/Popup.h"
 #include "Views/Components/Text.h"
 
 #include <QClipboard>
@@ -48,15 +49,16 @@ void copyPaths(const std::vector<FileURL> &items) {
     QGuiApplication::clipboard()->setMimeData(mimeData);
 }
 
+QString copyTitle(std::size_t items) {
+    return items == 1 ? u"Copy Path"_s : u"Copy Paths"_s;
+}
+
 QMenu *menuFor(const std::vector<FileURL> &items, QWidget *parent) {
-    auto *menu = new QMenu(parent);
+    QMenu *menu = makeMenu(parent);
     menu->setObjectName(QStringLiteral("itemMenu"));
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
     if (items.size() == 1)
         menu->addAction(text(Words::current().revealItem), menu, [item = items.front()] { reveal(item); });
-    menu->addAction(items.size() == 1 ? u"Copy Path"_s : u"Copy Paths"_s, menu,
-                    [items] { copyPaths(items); });
+    menu->addAction(copyTitle(items.size()), menu, [items] { copyPaths(items); });
     return menu;
 }
 

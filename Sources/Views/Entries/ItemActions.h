@@ -2,6 +2,8 @@
 
 #include "Base/FileURL.h"
 
+#include <QString>
+#include <cstddef>
 #include <vector>
 
 class QMenu;
@@ -19,6 +21,9 @@ void reveal(const FileURL &item);
 /// Puts the paths on the clipboard: as text for people, and as URIs for programs, which tell every byte of a
 /// name.
 void copyPaths(const std::vector<FileURL> &items);
+
+/// What a menu says that offers to copy the paths of so many items.
+[[nodiscard]] QString copyTitle(std::size_t items);
 
 /// A menu of the above for the items, which deletes itself when it is closed.
 [[nodiscard]] QMenu *menuFor(const std::vector<FileURL> &items, QWidget *parent);

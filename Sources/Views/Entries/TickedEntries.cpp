@@ -2,9 +2,18 @@
 
 #include "Core/Storage/CleanupEntries.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace brimvale {
+
+Qt::CheckState TickedEntries::stateOf(const std::vector<CleanupEntry> &entries) const {
+    const auto ticked = std::count_if(entries.begin(), entries.end(),
+                                      [this](const CleanupEntry &entry) { return contains(entry.url); });
+    if (ticked == 0)
+        return Qt::Unchecked;
+    return static_cast<std::size_t>(ticked) == entries.size() ? Qt::Checked : Qt::PartiallyChecked;
+}
 
 void TickedEntries::setTicked(const std::vector<CleanupEntry> &entries, bool isTicked) {
     for (const CleanupEntry &entry : entries) {

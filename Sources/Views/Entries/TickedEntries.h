@@ -23,6 +23,9 @@ public:
     /// Allocated bytes of all of them together.
     [[nodiscard]] std::int64_t bytes() const { return bytes_; }
 
+    /// How many of these are ticked: all (and there are some), some or none.
+    [[nodiscard]] Qt::CheckState stateOf(const std::vector<CleanupEntry> &entries) const;
+
     void setTicked(const std::vector<CleanupEntry> &entries, bool isTicked);
     /// Unticks what is in none of the lists any more, and takes over the sizes of the others.
     void retain(const std::vector<const std::vector<CleanupEntry> *> &lists);

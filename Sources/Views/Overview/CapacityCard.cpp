@@ -2,7 +2,8 @@
 
 #include "Views/Components/CategoryStyle.h"
 #include "Views/Components/ElidedLabel.h"
-#include "Views/Components/IconTile.h"
+#include "Views/Components/Icons.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/Theme.h"
@@ -20,7 +21,6 @@ namespace brimvale {
 
 namespace {
 
-constexpr int margin = 20;
 constexpr int tileSize = 32;
 
 std::vector<BarSegment> segmentsOf(const std::vector<MeasuredCategory> &categories) {
@@ -62,7 +62,8 @@ CapacityCard::CapacityCard(QWidget *parent)
     head->addLayout(left, 1);
     head->addLayout(right);
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, margin - 2, margin, margin - 4);
+    layout->setContentsMargins(Metrics::cardMargin, Metrics::cardMargin - 2, Metrics::cardMargin,
+                               Metrics::cardMargin - 4);
     layout->setSpacing(12);
     layout->addLayout(head);
     layout->addWidget(bar_);
@@ -89,8 +90,8 @@ void CapacityCard::show(const std::optional<VolumeInfo> &volume,
 void CapacityCard::paintEvent(QPaintEvent *event) {
     Card::paintEvent(event);
     QPainter painter(this);
-    paintIconTile(painter, QRectF(margin, margin, tileSize, tileSize), QStringLiteral("hard-drive"),
-                  Theme::current().tertiaryText);
+    Icons::paintTile(painter, QRectF(Metrics::cardMargin, Metrics::cardMargin, tileSize, tileSize),
+                     QStringLiteral("hard-drive"), Theme::current().tertiaryText);
 }
 
 } // namespace brimvale

@@ -1,8 +1,8 @@
 #include "Views/Overview/CategoryRow.h"
 
 #include "Views/Components/CategoryStyle.h"
-#include "Views/Components/IconTile.h"
 #include "Views/Components/Icons.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
 
@@ -16,7 +16,6 @@ namespace brimvale {
 namespace {
 
 constexpr int rowHeight = 54;
-constexpr int margin = 20;
 constexpr int tileSize = 32;
 constexpr int gap = 12;
 constexpr int barWidth = 120;
@@ -77,10 +76,10 @@ void CategoryRow::paintEvent(QPaintEvent * /*event*/) {
         painter.setPen(hasFocus() ? QPen(theme.accent, 1.5) : QPen(Qt::NoPen));
         painter.drawRoundedRect(QRectF(rect()).adjusted(6, 2, -6, -2), 8, 8);
     }
-    QRect row = rect().adjusted(margin, 0, -margin, 0);
+    QRect row = rect().adjusted(Metrics::cardMargin, 0, -Metrics::cardMargin, 0);
     const QColor color = categoryColor(category_.category);
-    paintIconTile(painter, QRectF(row.left(), (rowHeight - tileSize) / 2.0, tileSize, tileSize),
-                  categoryIcon(category_.category), color);
+    Icons::paintTile(painter, QRectF(row.left(), (rowHeight - tileSize) / 2.0, tileSize, tileSize),
+                     categoryIcon(category_.category), color);
     row.setLeft(row.left() + tileSize + gap);
     if (!isLast_)
         painter.fillRect(QRect(row.left(), height() - 1, width() - row.left(), 1), theme.separator);

@@ -1,7 +1,10 @@
 #include "Views/Overview/OverviewView.h"
 
 #include "Views/Components/Card.h"
+#include "Views/Components/MeasureButton.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/PageHeader.h"
+#include "Views/Components/PageParts.h"
 #include "Views/Components/ProgressNote.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Overview/CapacityCard.h"
@@ -15,7 +18,6 @@
 #include <QKeyEvent>
 #include <QLocale>
 #include <QPointer>
-#include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -25,9 +27,6 @@ using namespace Qt::StringLiterals;
 namespace brimvale {
 
 namespace {
-
-constexpr int pageMargin = 24;
-constexpr int gap = 16;
 
 /// The time of day; the page may stay open long, and a span of time would grow stale on it.
 QString timeText(Date date) {
@@ -44,10 +43,10 @@ TextLabel *makeHeading(const QString &title, QWidget *parent) {
 } // namespace
 
 OverviewView::OverviewView(CorvelModel &model, QWidget *parent)
-    : QWidget(parent), model_(model), measure_(new QPushButton(u"Measure"_s, this)),
-      progress_(new ProgressNote(u"Measuring storage"_s, this)), capacity_(new CapacityCard(this)),
-      snapshots_(new SnapshotsCard(this)), volumesTitle_(makeHeading(u"Other volumes"_s, this)),
-      volumes_(new VolumesCard(this)) {
+    : QWidget(parent), model_(model),
+      measure_(new MeasureButton(u"Measuring storage"_s, MeasureButton::WhileMeasuring::hidden, this)),
+      capacity_(new CapacityCard(this)), snapshots_(new SnapshotsCard(this)),
+      volumesTitle_(makeHeading(u"Other volumes"_s, this)), volumes_(new VolumesCard(this)) {
     setObjectName(QStringLiteral("overviewPage"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -68,17 +67,12 @@ OverviewView::OverviewView(CorvelModel &model, QWidget *parent)
 
 QWidget *OverviewView::makeHead() {
     header_ = new PageHeader(u"Overview"_s, this);
-    measure_->setObjectName(QStringLiteral("measure"));
     measure_->setDefault(true);
-    progress_->setObjectName(QStringLiteral("categoryProgress"));
-    progress_->setFixedWidth(220);
+    measure_->progress()->setObjectName(QStringLiteral("categoryProgress"));
+    measure_->progress()->setFixedWidth(220);
     header_->addControl(measure_);
-    header_->addControl(progress_);
-    auto *head = new QWidget(this);
-    auto *layout = new QVBoxLayout(head);
-    layout->setContentsMargins(pageMargin, pageMargin, pageMargin, gap);
-    layout->addWidget(header_);
-    return head;
+    header_->addControl(measure_->progress());
+    return makePageHead(header_, Metrics::pageGap, this);
 }
 
 QWidget *OverviewView::makeContent() {
@@ -88,8 +82,8 @@ QWidget *OverviewView::makeContent() {
     rowLayout_->setContentsMargins(0, 4, 0, 4);
     rowLayout_->setSpacing(0);
     auto *layout = new QVBoxLayout(content);
-    layout->setContentsMargins(pageMargin, 0, pageMargin, pageMargin);
-    layout->setSpacing(gap);
+    layout->setContentsMargins(Metrics::pageMargin, 0, Metrics::pageMargin, Metrics::pageMargin);
+    layout->setSpacing(Metrics::pageGap);
     layout->addWidget(capacity_);
     layout->addWidget(makeHeading(u"Categories"_s, content));
     layout->addWidget(categories);
@@ -97,12 +91,8 @@ QWidget *OverviewView::makeContent() {
     layout->addWidget(volumesTitle_);
     layout->addWidget(volumes_);
     layout->addStretch(1);
-    area_ = new QScrollArea(this);
+    area_ = makeScrollArea(content, this);
     area_->setObjectName(QStringLiteral("overviewContent"));
-    area_->setWidget(content);
-    area_->setWidgetResizable(true);
-    area_->setFrameShape(QFrame::NoFrame);
-    area_->setFocusPolicy(Qt::NoFocus);
     return area_;
 }
 
@@ -123,14 +113,7 @@ void OverviewView::showCategories() {
     capacity_->show(volume, categories);
 
     const bool isMeasuring = *model_.isMeasuringCategories;
-    // The button's focus waits here meanwhile, and does not go to what comes after it.
-    if (isMeasuring && measure_->hasFocus())
-        setFocus();
-    measure_->setHidden(isMeasuring);
-    if (!isMeasuring && hasFocus())
-        measure_->setFocus();
-    progress_->setVisible(isMeasuring);
-    progress_->setProgress(*model_.categoryProgress);
+    measure_->showState(isMeasuring, *model_.categoryProgress);
     if (isMeasuring)
         header_->setSubtitle(u"Categories appear as they are measured."_s);
     else if (*model_.lastCategoryScan)

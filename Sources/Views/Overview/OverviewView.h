@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-class QPushButton;
 class QScrollArea;
 class QVBoxLayout;
 
@@ -14,8 +13,8 @@ namespace brimvale {
 
 class CapacityCard;
 class CategoryRow;
+class MeasureButton;
 class PageHeader;
-class ProgressNote;
 class SnapshotsCard;
 class TextLabel;
 class VolumesCard;
@@ -43,8 +42,7 @@ private:
 
     CorvelModel &model_;
     PageHeader *header_ = nullptr;
-    QPushButton *measure_;
-    ProgressNote *progress_;
+    MeasureButton *measure_;
     CapacityCard *capacity_;
     QScrollArea *area_ = nullptr;
     QVBoxLayout *rowLayout_ = nullptr;

@@ -4,6 +4,7 @@
 #include "Core/Text/Formatting.h"
 #include "Views/Components/DestructiveButton.h"
 #include "Views/Components/ElidedLabel.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 
@@ -13,12 +14,6 @@
 using namespace Qt::StringLiterals;
 
 namespace brimvale {
-
-namespace {
-
-constexpr int margin = 20;
-
-} // namespace
 
 SnapshotsCard::SnapshotsCard(QWidget *parent)
     : Card(parent), note_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
@@ -34,7 +29,7 @@ SnapshotsCard::SnapshotsCard(QWidget *parent)
     remark->setWordWrap(true);
     rows_->setSpacing(6);
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, 16, margin, 16);
+    layout->setContentsMargins(Metrics::cardMargin, 16, Metrics::cardMargin, 16);
     layout->setSpacing(8);
     layout->addWidget(title);
     layout->addWidget(note_);

@@ -3,6 +3,7 @@
 #include "Views/Components/CapacityBar.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/IconLabel.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
@@ -17,7 +18,6 @@ namespace brimvale {
 
 namespace {
 
-constexpr int margin = 20;
 constexpr int barWidth = 120;
 constexpr int freeWidth = 190;
 
@@ -26,7 +26,7 @@ constexpr int freeWidth = 190;
 VolumesCard::VolumesCard(QWidget *parent) : Card(parent) {
     setObjectName(QStringLiteral("volumesCard"));
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, 12, margin, 12);
+    layout->setContentsMargins(Metrics::cardMargin, 12, Metrics::cardMargin, 12);
     layout->setSpacing(10);
 }
 

@@ -1,14 +1,13 @@
 #include "Views/Removing/ActionBar.h"
 
 #include "Views/Components/DestructiveButton.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/TextLabel.h"
-#include "Views/Components/Theme.h"
 #include "Views/Removing/RemovalModePicker.h"
 #include "Views/Removing/SelectionTexts.h"
 
 #include <QHBoxLayout>
-#include <QPainter>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -16,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace brimvale {
 
 ActionBar::ActionBar(QWidget *parent)
-    : QWidget(parent), selection_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+    : Bar(parent), selection_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       note_(new TextLabel(Type::Size::caption, TextLabel::Tone::warning, this)),
       picker_(new RemovalModePicker(this)), remove_(new DestructiveButton(this)) {
     setObjectName(QStringLiteral("actionBar"));
@@ -29,7 +28,7 @@ ActionBar::ActionBar(QWidget *parent)
     Shortcuts::askForRemovalWith(*remove_);
 
     auto *layout = new QHBoxLayout(this);
-    layout->setContentsMargins(24, 12, 24, 12);
+    layout->setContentsMargins(Metrics::pageMargin, 12, Metrics::pageMargin, 12);
     layout->setSpacing(12);
     auto *words = new QVBoxLayout;
     words->setSpacing(2);
@@ -65,13 +64,6 @@ void ActionBar::showSelection() {
     selection_->setText(isBusy_ ? u"Removing…"_s : selectionText(count_, bytes_));
     remove_->setText(removalTitle(count_, bytes_));
     remove_->setEnabled(count_ > 0 && !isBusy_);
-}
-
-void ActionBar::paintEvent(QPaintEvent * /*event*/) {
-    QPainter painter(this);
-    const Theme &theme = Theme::current();
-    painter.fillRect(rect(), theme.card);
-    painter.fillRect(QRect(0, 0, width(), 1), theme.border);
 }
 
 } // namespace brimvale

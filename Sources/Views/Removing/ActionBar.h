@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Core/Removal/RemovalResult.h"
+#include "Core/Removal/RemovalMode.h"
+#include "Views/Components/Bar.h"
 
-#include <QWidget>
 #include <cstdint>
 
 namespace brimvale {
@@ -12,7 +12,7 @@ class RemovalModePicker;
 class TextLabel;
 
 /// The bar at the bottom of a page that says what is ticked, and removes it, asked by button or by key.
-class ActionBar : public QWidget {
+class ActionBar : public Bar {
     Q_OBJECT
 
 public:
@@ -29,9 +29,6 @@ public:
 
 signals:
     void removalAsked(RemovalMode mode);
-
-protected:
-    void paintEvent(QPaintEvent *event) override;
 
 private:
     void showSelection();

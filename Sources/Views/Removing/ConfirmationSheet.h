@@ -1,12 +1,24 @@
 #pragma once
 
-#include <QDialog>
+#include "Views/Components/Sheet.h"
 
 namespace brimvale {
 
-/// Asks before something is done that cannot be undone. The way out is the default. Deletes itself when it is
-/// closed; `accepted` means yes.
-class ConfirmationSheet : public QDialog {
+/// A sheet of a heading and a text under it.
+class TextSheet : public Sheet {
+    Q_OBJECT
+
+protected:
+    TextSheet(const char *objectName, const QString &title, const QString &text, QWidget *parent);
+    /// To add the buttons to.
+    [[nodiscard]] QVBoxLayout &content() { return *content_; }
+
+private:
+    QVBoxLayout *content_;
+};
+
+/// Asks before something is done that cannot be undone. The way out is the default. `accepted` means yes.
+class ConfirmationSheet : public TextSheet {
     Q_OBJECT
 
 public:
@@ -15,8 +27,8 @@ public:
                       QWidget *parent);
 };
 
-/// Tells something that only has to be read. Deletes itself when it is closed.
-class NoticeSheet : public QDialog {
+/// Tells something that only has to be read.
+class NoticeSheet : public TextSheet {
     Q_OBJECT
 
 public:

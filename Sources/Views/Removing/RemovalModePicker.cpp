@@ -1,5 +1,7 @@
 #include "Views/Removing/RemovalModePicker.h"
 
+#include "Views/Components/Popup.h"
+
 #include <QAbstractItemView>
 
 using namespace Qt::StringLiterals;
@@ -11,7 +13,7 @@ RemovalModePicker::RemovalModePicker(QWidget *parent) : QComboBox(parent) {
     setAccessibleName(u"How to remove"_s);
     for (const RemovalMode mode : allRemovalModes)
         addItem(QString::fromUtf8(title(mode).data(), static_cast<qsizetype>(title(mode).size())));
-    view()->window()->setAttribute(Qt::WA_WindowPropagation); // for the window's palette
+    usePaletteOfParent(*view()->window());
     connect(this, &QComboBox::currentIndexChanged, this, [this] { emit modeChanged(mode()); });
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/Removal/RemovalResult.h"
+#include "Core/Removal/RemovalMode.h"
 
 #include <QComboBox>
 

@@ -12,8 +12,6 @@
 #include "Views/Removing/RemovalModePicker.h"
 
 #include <QGridLayout>
-#include <QHBoxLayout>
-#include <QPushButton>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -23,7 +21,6 @@ namespace brimvale {
 
 namespace {
 
-constexpr int margin = 24;
 constexpr int sheetWidth = 480;
 constexpr std::size_t mostItemsShown = 6;
 
@@ -45,33 +42,28 @@ std::string remarkOn(const RemovalRequest &request, RemovalMode mode) {
 } // namespace
 
 RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
-    : QDialog(parent, Qt::Sheet), request_(std::move(request)), picker_(new RemovalModePicker(this)),
+    : Sheet("removalSheet", u"Remove"_s, parent), request_(std::move(request)),
+      picker_(new RemovalModePicker(this)),
       remark_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       remove_(new DestructiveButton(this)) {
-    setObjectName(QStringLiteral("removalSheet"));
-    setAttribute(Qt::WA_DeleteOnClose);
-    setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
-    setWindowModality(Qt::WindowModal);
-    setWindowTitle(u"Remove"_s);
-
-    auto *title = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
-    title->setObjectName(QStringLiteral("question"));
-    title->setText(question(request_.items));
-    title->setWordWrap(true);
     picker_->setMode(request_.mode);
     remark_->setObjectName(QStringLiteral("remark"));
     remark_->setWordWrap(true);
     connect(picker_, &RemovalModePicker::modeChanged, this, &RemovalSheet::showMode);
 
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, margin, margin, 16);
-    layout->setSpacing(12);
-    layout->addWidget(title);
+    remove_->setObjectName(QStringLiteral("confirm"));
+    connect(remove_, &QPushButton::clicked, this, [this] {
+        emit confirmed(picker_->mode());
+        accept();
+    });
+
+    QVBoxLayout *layout = makeLayout();
+    layout->addWidget(makeHeading("question", question(request_.items)));
     layout->addWidget(makeItemList());
     layout->addWidget(picker_, 0, Qt::AlignLeft);
     layout->addWidget(remark_);
     layout->addStretch(1);
-    layout->addWidget(makeButtons());
+    addButtons(*layout, {remove_, makeWayOut("cancel", u"Cancel"_s)});
     setFixedWidth(sheetWidth);
     showMode();
     resize(sheetWidth, layout->totalHeightForWidth(sheetWidth));
@@ -102,26 +94,6 @@ QWidget *RemovalSheet::makeItemList() {
         addRow(u"and %1 more"_s.arg(text(Fmt::count(static_cast<std::int64_t>(rest)))),
                u"%1 in all"_s.arg(sizeText(CleanupEntries::totalSize(request_.items))));
     return card;
-}
-
-QWidget *RemovalSheet::makeButtons() {
-    auto *row = new QWidget(this);
-    auto *cancel = new QPushButton(u"Cancel"_s, row);
-    cancel->setObjectName(QStringLiteral("cancel"));
-    cancel->setDefault(true);
-    remove_->setObjectName(QStringLiteral("confirm"));
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-    connect(remove_, &QPushButton::clicked, this, [this] {
-        emit confirmed(picker_->mode());
-        accept();
-    });
-    auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addStretch(1);
-    layout->addWidget(remove_);
-    layout->addWidget(cancel);
-    cancel->setFocus();
-    return row;
 }
 
 void RemovalSheet::showMode() {

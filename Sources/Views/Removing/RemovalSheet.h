@@ -1,14 +1,12 @@
 #pragma once
 
 #include "Catalogs/CleanupEntry.h"
-#include "Core/Removal/RemovalResult.h"
+#include "Core/Removal/RemovalMode.h"
+#include "Views/Components/Sheet.h"
 
-#include <QDialog>
 #include <functional>
 #include <string>
 #include <vector>
-
-class QGridLayout;
 
 namespace brimvale {
 
@@ -24,9 +22,8 @@ struct RemovalRequest {
     std::function<std::string(RemovalMode mode)> remark = {};
 };
 
-/// Asks before anything is removed: what, how many, how much, and how. The way out is the default. Deletes
-/// itself when it is closed.
-class RemovalSheet : public QDialog {
+/// Asks before anything is removed: what, how many, how much, and how. The way out is the default.
+class RemovalSheet : public Sheet {
     Q_OBJECT
 
 public:
@@ -38,7 +35,6 @@ signals:
 
 private:
     QWidget *makeItemList();
-    QWidget *makeButtons();
     void showMode();
 
     RemovalRequest request_;

@@ -1,6 +1,5 @@
 #include "Views/Removing/SelectionTexts.h"
 
-#include "Core/Text/Formatting.h"
 #include "Views/Components/Text.h"
 
 using namespace Qt::StringLiterals;
@@ -8,19 +7,12 @@ using namespace Qt::StringLiterals;
 namespace brimvale {
 
 QString selectionText(std::int64_t count, std::int64_t bytes) {
-    const QString size = sizeText(bytes);
-    if (count == 0)
-        return u"Nothing selected"_s;
-    return count == 1 ? u"1 item selected, %1"_s.arg(size)
-                      : u"%1 items selected, %2"_s.arg(text(Fmt::count(count)), size);
+    return count == 0 ? u"Nothing selected"_s
+                      : u"%1 selected, %2"_s.arg(counted(count, "item"), sizeText(bytes));
 }
 
 QString removalTitle(std::int64_t count, std::int64_t bytes) {
-    const QString size = sizeText(bytes);
-    if (count == 0)
-        return u"Remove…"_s;
-    return count == 1 ? u"Remove 1 Item, %1…"_s.arg(size)
-                      : u"Remove %1 Items, %2…"_s.arg(text(Fmt::count(count)), size);
+    return count == 0 ? u"Remove…"_s : u"Remove %1, %2…"_s.arg(counted(count, "Item"), sizeText(bytes));
 }
 
 } // namespace brimvale

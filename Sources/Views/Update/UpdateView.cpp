@@ -1,6 +1,10 @@
 #include "Views/Update/UpdateView.h"
 
+#include "Core/Update/Updater.h"
 #include "Views/Components/Card.h"
+#include "Views/Components/Metrics.h"
+#include "Views/Components/PageParts.h"
+#include "Views/Components/Popup.h"
 #include "Views/Components/ProgressLine.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
@@ -20,7 +24,6 @@ namespace brimvale {
 
 namespace {
 
-constexpr int margin = 24;
 constexpr int windowWidth = 460;
 constexpr int notesHeight = 160;
 constexpr int wholeRange = 1000;
@@ -42,7 +45,7 @@ UpdateView::UpdateView(Updater &updater, QWidget *parent)
       action_(new QPushButton(this)) {
     setObjectName(QStringLiteral("updateWindow"));
     setAttribute(Qt::WA_DeleteOnClose);
-    setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
+    usePaletteOfParent(*this);
     setWindowTitle(u"Software Update"_s);
     title_->setObjectName(QStringLiteral("updateTitle"));
     title_->setWordWrap(true);
@@ -73,16 +76,15 @@ void UpdateView::arrange() {
     auto *inCard = new QVBoxLayout(notesCard_);
     inCard->setContentsMargins(8, 8, 8, 8);
     inCard->addWidget(notes_);
-    auto *close = new QPushButton(u"Close"_s, this);
-    close->setObjectName(QStringLiteral("close"));
-    close->setAutoDefault(false);
+    QPushButton *close = makeButton("close", u"Close"_s, this);
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch(1);
     buttons->addWidget(close);
     buttons->addWidget(action_);
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, margin, margin, 16);
+    layout->setContentsMargins(Metrics::sheetMargin, Metrics::sheetMargin, Metrics::sheetMargin,
+                               Metrics::sheetFoot);
     layout->setSpacing(12);
     for (QWidget *part :
          {static_cast<QWidget *>(title_), static_cast<QWidget *>(text_), static_cast<QWidget *>(notesCard_),

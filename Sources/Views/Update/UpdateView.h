@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Core/Update/Updater.h"
-
 #include <QDialog>
 
 class QPlainTextEdit;
@@ -12,6 +10,7 @@ namespace brimvale {
 class Card;
 class ProgressLine;
 class TextLabel;
+class Updater;
 
 /// The update window: what the updater is doing or has found, and the button that takes the next step.
 /// Closing it stops nothing. Deletes itself when it is closed.

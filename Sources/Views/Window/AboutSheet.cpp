@@ -13,19 +13,15 @@ namespace brimvale {
 
 namespace {
 
-constexpr int iconSize = 96;
+constexpr int pictureSize = 96;
 constexpr int margin = 32;
 
 } // namespace
 
-AboutSheet::AboutSheet(QWidget *parent) : QDialog(parent, Qt::Sheet) {
-    setObjectName(QStringLiteral("aboutSheet"));
-    setWindowTitle(u"About %1"_s.arg(QCoreApplication::applicationName()));
-    setAttribute(Qt::WA_DeleteOnClose);
-    setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
-
+AboutSheet::AboutSheet(QWidget *parent)
+    : Sheet("aboutSheet", u"About %1"_s.arg(QCoreApplication::applicationName()), parent) {
     auto *icon = new QLabel(this);
-    icon->setPixmap(programPicture().pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+    icon->setPixmap(programPicture().pixmap(QSize(pictureSize, pictureSize), devicePixelRatioF()));
     auto *name = new TextLabel(Type::Size::title, QFont::Bold, this);
     name->setText(QCoreApplication::applicationName());
     auto *version = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);

@@ -1,12 +1,11 @@
 #pragma once
 
-#include <QDialog>
+#include "Views/Components/Sheet.h"
 
 namespace brimvale {
 
-/// Tells what the program is, which version, and whose work it shows. To be opened with `open()`; deletes
-/// itself when closed.
-class AboutSheet : public QDialog {
+/// Tells what the program is, which version, and whose work it shows.
+class AboutSheet : public Sheet {
     Q_OBJECT
 
 public:

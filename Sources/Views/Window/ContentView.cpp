@@ -7,6 +7,7 @@
 #include "Views/Category/CategoryDetailView.h"
 #include "Views/Cleanup/CleanupView.h"
 #include "Views/Components/CategoryStyle.h"
+#include "Views/Components/Popup.h"
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
@@ -129,7 +130,7 @@ void ContentView::addPage(Section section, const Sidebar::Row &row, std::functio
 
 QMenu *ContentView::addMenu(const QString &title) {
     QMenu *menu = menuBar()->addMenu(title);
-    menu->setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
+    usePaletteOfParent(*menu);
     return menu;
 }
 

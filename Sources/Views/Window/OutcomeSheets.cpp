@@ -3,7 +3,7 @@
 #include "Core/Model/CorvelModel.h"
 #include "Views/Category/BackupReviewView.h"
 #include "Views/Removing/SheetOrder.h"
-#include "Views/Window/ResultAlert.h"
+#include "Views/Window/ResultSheet.h"
 
 namespace brimvale {
 
@@ -32,21 +32,21 @@ void OutcomeSheets::showResult() {
 }
 
 void OutcomeSheets::showNextResult() {
-    if (resultAlert_ != nullptr || results_.empty() || !window_.isVisible())
+    if (resultSheet_ != nullptr || results_.empty() || !window_.isVisible())
         return;
-    auto *alert = new ResultAlert(results_.front(), &window_);
+    auto *sheet = new ResultSheet(results_.front(), &window_);
     results_.pop_front();
-    resultAlert_ = alert;
-    connect(alert, &ResultAlert::escalated, &model_, &CorvelModel::escalate);
-    connect(alert, &QDialog::finished, this, [this] {
-        resultAlert_ = nullptr;
+    resultSheet_ = sheet;
+    connect(sheet, &ResultSheet::escalated, &model_, &CorvelModel::escalate);
+    connect(sheet, &QDialog::finished, this, [this] {
+        resultSheet_ = nullptr;
         whenNoSheetIsOpen(this, [this] { showNextResult(); });
     });
     // What the result tells of is still leaving the tree, or the next removal has begun.
-    const auto allowWhenIdle = [this, alert] { alert->setCanEscalate(!model_.isRemoving()); };
-    connect(&model_, &CorvelModel::removalChanged, alert, allowWhenIdle);
+    const auto allowWhenIdle = [this, sheet] { sheet->setCanEscalate(!model_.isRemoving()); };
+    connect(&model_, &CorvelModel::removalChanged, sheet, allowWhenIdle);
     allowWhenIdle();
-    alert->open();
+    sheet->open();
 }
 
 } // namespace brimvale

@@ -30,7 +30,7 @@ private:
     QWidget &window_;
     std::deque<RemovalResult> results_; ///< not shown yet
     // Those that are open, if any.
-    QPointer<QDialog> resultAlert_;
+    QPointer<QDialog> resultSheet_;
     QPointer<QDialog> review_;
 };
 

@@ -1,11 +1,12 @@
 #include "Views/Window/RemovalBar.h"
 
 #include "Core/Text/Formatting.h"
+#include "Views/Components/Metrics.h"
+#include "Views/Components/PageParts.h"
 #include "Views/Components/ProgressLine.h"
 #include "Views/Components/TextLabel.h"
 
 #include <QHBoxLayout>
-#include <QPainter>
 #include <QPushButton>
 #include <chrono>
 
@@ -21,18 +22,15 @@ constexpr int lineWidth = 160;
 } // namespace
 
 RemovalBar::RemovalBar(CorvelModel &model, QWidget *parent)
-    : QWidget(parent), model_(model),
-      what_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)), line_(new ProgressLine(this)),
-      stop_(new QPushButton(u"Stop"_s, this)) {
+    : Bar(parent), model_(model), what_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      line_(new ProgressLine(this)), stop_(makeButton("stopRemoval", u"Stop"_s, this)) {
     setObjectName(QStringLiteral("removalBar"));
     what_->setObjectName(QStringLiteral("removalActivity"));
     line_->setRange(0, 0);
     line_->setFixedWidth(lineWidth);
     line_->setAccessibleName(u"Removal"_s);
-    stop_->setObjectName(QStringLiteral("stopRemoval"));
-    stop_->setAutoDefault(false);
     auto *layout = new QHBoxLayout(this);
-    layout->setContentsMargins(24, 8, 24, 8);
+    layout->setContentsMargins(Metrics::pageMargin, 8, Metrics::pageMargin, 8);
     layout->setSpacing(16);
     layout->addWidget(what_);
     layout->addWidget(line_);
@@ -70,12 +68,6 @@ void RemovalBar::showActivity() {
     }
     if (!isVisible() && !delay_.isActive())
         delay_.start();
-}
-
-void RemovalBar::paintEvent(QPaintEvent * /*event*/) {
-    QPainter painter(this);
-    painter.fillRect(rect(), Theme::current().card);
-    painter.fillRect(QRect(0, 0, width(), 1), Theme::current().border);
 }
 
 } // namespace brimvale

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Core/Model/CorvelModel.h"
+#include "Views/Components/Bar.h"
 
 #include <QTimer>
-#include <QWidget>
 
 class QPushButton;
 
@@ -14,15 +14,12 @@ class TextLabel;
 
 /// Shows at the foot of the window that a removal runs, on whatever page, and stops it. A removal that is
 /// done at once is not worth it.
-class RemovalBar : public QWidget {
+class RemovalBar : public Bar {
     Q_OBJECT
 
 public:
     /// The model must outlive the bar.
     explicit RemovalBar(CorvelModel &model, QWidget *parent = nullptr);
-
-protected:
-    void paintEvent(QPaintEvent *event) override;
 
 private:
     void showActivity();

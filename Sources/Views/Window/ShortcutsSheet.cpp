@@ -13,8 +13,6 @@ namespace brimvale {
 
 namespace {
 
-constexpr int margin = 24;
-
 struct Row {
     QList<QKeySequence> keys;
     QString effect;
@@ -27,12 +25,7 @@ QString text(const QList<QKeySequence> &keys) {
 
 } // namespace
 
-ShortcutsSheet::ShortcutsSheet(QWidget *parent) : QDialog(parent, Qt::Sheet) {
-    setObjectName(QStringLiteral("shortcutsSheet"));
-    setWindowTitle(u"Keyboard Shortcuts"_s);
-    setAttribute(Qt::WA_DeleteOnClose);
-    setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
-
+ShortcutsSheet::ShortcutsSheet(QWidget *parent) : Sheet("shortcutsSheet", u"Keyboard Shortcuts"_s, parent) {
     const QList<Row> rows = {
         {{Shortcuts::page(1), Shortcuts::page(2), Shortcuts::page(3)},
          u"Go to Overview, Browse or Cleanup"_s},
@@ -62,9 +55,7 @@ ShortcutsSheet::ShortcutsSheet(QWidget *parent) : QDialog(parent, Qt::Sheet) {
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, margin, margin, 16);
-    layout->setSpacing(16);
+    QVBoxLayout *layout = makeLayout(16);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addWidget(title);
     layout->addLayout(grid);

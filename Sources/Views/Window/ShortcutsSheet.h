@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QDialog>
+#include "Views/Components/Sheet.h"
 
 namespace brimvale {
 
-/// Lists what the keys of the window do. To be opened with `open()`; deletes itself when closed.
-class ShortcutsSheet : public QDialog {
+/// Lists what the keys of the window do.
+class ShortcutsSheet : public Sheet {
     Q_OBJECT
 
 public:

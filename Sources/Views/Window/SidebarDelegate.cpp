@@ -1,7 +1,7 @@
 #include "Views/Window/SidebarDelegate.h"
 
-#include "Views/Components/IconTile.h"
 #include "Views/Components/Icons.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/Theme.h"
 
 #include <QPainter>
@@ -10,10 +10,8 @@ namespace brimvale {
 
 namespace {
 
-constexpr int rowHeight = 32;
 constexpr int headingHeight = 36;
 constexpr int padding = 8;
-constexpr int iconSize = 16;
 constexpr int tileSize = 20;
 constexpr qreal pillRadius = 6;
 constexpr qreal ringWidth = 2;
@@ -51,11 +49,11 @@ void paintPill(QPainter &painter, const QRectF &pill, const QStyleOptionViewItem
 void paintIcon(QPainter &painter, const QRect &place, const QModelIndex &index, const QColor &color) {
     const QString icon = index.data(SidebarDelegate::iconRole).toString();
     const auto tint = index.data(SidebarDelegate::tintRole).value<QColor>();
-    const int size = tint.isValid() ? tileSize : iconSize;
+    const int size = tint.isValid() ? tileSize : Metrics::iconSize;
     QRect rect(0, 0, size, size);
     rect.moveCenter(place.center());
     if (tint.isValid())
-        paintIconTile(painter, rect, icon, tint);
+        Icons::paintTile(painter, rect, icon, tint);
     else
         painter.drawPixmap(rect.topLeft(),
                            Icons::pixmap(icon, color, size, painter.device()->devicePixelRatioF()));
@@ -97,7 +95,7 @@ void SidebarDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
 }
 
 QSize SidebarDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const {
-    return {0, isHeading(index) ? headingHeight : rowHeight};
+    return {0, isHeading(index) ? headingHeight : Metrics::rowHeight};
 }
 
 } // namespace brimvale

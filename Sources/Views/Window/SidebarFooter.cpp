@@ -3,6 +3,7 @@
 #include "Catalogs/Words.h"
 #include "Views/Components/CapacityBar.h"
 #include "Views/Components/Icons.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
@@ -23,7 +24,6 @@ namespace brimvale {
 namespace {
 
 constexpr int sideMargin = 18;
-constexpr int iconSize = 16;
 
 void openPrivacySettings() {
     QDesktopServices::openUrl(
@@ -123,7 +123,8 @@ void SidebarFooter::changeEvent(QEvent *event) {
 }
 
 void SidebarFooter::tintIcon() {
-    grantAccess_->setIcon(Icons::icon(QStringLiteral("shield-alert"), Theme::current().warning, iconSize));
+    grantAccess_->setIcon(
+        Icons::icon(QStringLiteral("shield-alert"), Theme::current().warning, Metrics::iconSize));
 }
 
 } // namespace brimvale

@@ -151,7 +151,7 @@ TEST_F(MessagesPage, BacksUpAndKeepsBothOrDeletesTheOriginals) {
               "Originals will be deleted immediately, with no Trash to fall back on.");
     EXPECT_EQ(picker->mode(), RemovalMode::trash) << "for the next time";
     closeWith(review, "deleteOriginals");
-    ASSERT_NE(sheet("resultAlert"), nullptr);
+    ASSERT_NE(sheet("resultSheet"), nullptr);
     ASSERT_TRUE(eventually([&] { return !model.isRemoving(); }));
     EXPECT_THAT(actions.calls, ElementsAre("delete " + attachments(), "delete " + database()));
     EXPECT_THAT(shown(category(), "archiveStatus"), HasSubstr(", then removed the originals."));

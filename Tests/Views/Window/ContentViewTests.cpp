@@ -188,7 +188,7 @@ TEST_F(ContentViewTest, AsksBeforeItClosesOnARemoval) {
     held.letGoOn();
     const auto sheet = [&] { return qobject_cast<QDialog *>(QApplication::activeModalWidget()); };
     EXPECT_TRUE(
-        testing::eventually([&] { return sheet() != nullptr && sheet()->objectName() == "resultAlert"; }));
+        testing::eventually([&] { return sheet() != nullptr && sheet()->objectName() == "resultSheet"; }));
     EXPECT_TRUE(window->isVisible());
     sheet()->reject();
 

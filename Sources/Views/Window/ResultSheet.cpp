@@ -1,14 +1,14 @@
-#include "Views/Window/ResultAlert.h"
+#include "Views/Window/ResultSheet.h"
 
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Text/Formatting.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/PageParts.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 
-#include <QHBoxLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -19,49 +19,37 @@ namespace brimvale {
 
 namespace {
 
-constexpr int margin = 24;
-constexpr int alertWidth = 480;
+constexpr int sheetWidth = 480;
 constexpr std::size_t mostItemsShown = 8;
 
 } // namespace
 
-ResultAlert::ResultAlert(const RemovalResult &result, QWidget *parent) : QDialog(parent, Qt::Sheet) {
-    setObjectName(QStringLiteral("resultAlert"));
-    setAttribute(Qt::WA_DeleteOnClose);
-    setAttribute(Qt::WA_WindowPropagation); // so that it has the window's palette
-    setWindowModality(Qt::WindowModal);
-
-    const QString titleText = text(std::string(RemovalReport::title(result)));
-    setWindowTitle(titleText);
-    auto *title = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
-    title->setObjectName(QStringLiteral("resultTitle"));
-    title->setText(titleText);
+ResultSheet::ResultSheet(const RemovalResult &result, QWidget *parent)
+    : Sheet("resultSheet", text(std::string(RemovalReport::title(result))), parent) {
     auto *summary = new TextLabel(Type::Size::body, TextLabel::Tone::primary, this);
     summary->setObjectName(QStringLiteral("resultSummary"));
     summary->setText(text(RemovalReport::summary(result)));
     summary->setWordWrap(true);
 
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin, margin, margin, 16);
-    layout->setSpacing(12);
-    layout->addWidget(title);
+    QVBoxLayout *layout = makeLayout();
+    layout->addWidget(makeHeading("resultTitle", windowTitle()));
     layout->addWidget(summary);
     if (!result.failed.empty())
         addFailures(*layout, result);
     if (!result.needsAdmin.empty())
         addAdminSection(*layout, result.needsAdmin);
     layout->addSpacing(4);
-    layout->addWidget(makeButtons(result.needsAdmin));
-    setFixedWidth(alertWidth);
-    resize(alertWidth, layout->totalHeightForWidth(alertWidth));
+    addChoice(*layout, result.needsAdmin);
+    setFixedWidth(sheetWidth);
+    resize(sheetWidth, layout->totalHeightForWidth(sheetWidth));
 }
 
-void ResultAlert::setCanEscalate(bool can) {
+void ResultSheet::setCanEscalate(bool can) {
     if (authenticate_ != nullptr)
         authenticate_->setEnabled(can);
 }
 
-void ResultAlert::addFailures(QVBoxLayout &layout, const RemovalResult &result) {
+void ResultSheet::addFailures(QVBoxLayout &layout, const RemovalResult &result) {
     auto *card = new Card(this);
     auto *lines = new QVBoxLayout(card);
     lines->setContentsMargins(12, 10, 12, 10);
@@ -77,7 +65,7 @@ void ResultAlert::addFailures(QVBoxLayout &layout, const RemovalResult &result) 
     layout.addWidget(card);
 }
 
-void ResultAlert::addAdminSection(QVBoxLayout &layout, const std::vector<FileURL> &items) {
+void ResultSheet::addAdminSection(QVBoxLayout &layout, const std::vector<FileURL> &items) {
     auto *heading = new TextLabel(Type::Size::body, QFont::DemiBold, this);
     heading->setObjectName(QStringLiteral("adminTitle"));
     heading->setText(u"Some items need admin rights"_s);
@@ -105,28 +93,15 @@ void ResultAlert::addAdminSection(QVBoxLayout &layout, const std::vector<FileURL
     layout.addWidget(note);
 }
 
-QWidget *ResultAlert::makeButtons(const std::vector<FileURL> &needsAdmin) {
-    auto *row = new QWidget(this);
-    auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addStretch(1);
-    if (!needsAdmin.empty()) {
-        authenticate_ = new QPushButton(u"Authenticate and remove"_s, row);
-        authenticate_->setObjectName(QStringLiteral("authenticate"));
-        authenticate_->setAutoDefault(false);
-        connect(authenticate_, &QPushButton::clicked, this, [this, needsAdmin] {
-            emit escalated(needsAdmin);
-            accept();
-        });
-        layout->addWidget(authenticate_);
-    }
-    auto *close = new QPushButton(needsAdmin.empty() ? u"OK"_s : u"Skip"_s, row);
-    close->setObjectName(needsAdmin.empty() ? QStringLiteral("ok") : QStringLiteral("skip"));
-    close->setDefault(true);
-    connect(close, &QPushButton::clicked, this, &QDialog::reject);
-    layout->addWidget(close);
-    close->setFocus();
-    return row;
+void ResultSheet::addChoice(QVBoxLayout &layout, const std::vector<FileURL> &needsAdmin) {
+    if (needsAdmin.empty())
+        return addButtons(layout, {makeWayOut("ok", u"OK"_s)});
+    authenticate_ = makeButton("authenticate", u"Authenticate and remove"_s, this);
+    connect(authenticate_, &QPushButton::clicked, this, [this, needsAdmin] {
+        emit escalated(needsAdmin);
+        accept();
+    });
+    addButtons(layout, {authenticate_, makeWayOut("skip", u"Skip"_s)});
 }
 
 } // namespace brimvale

@@ -1,22 +1,20 @@
 #pragma once
 
-#include "Core/Removal/RemovalResult.h"
+#include "Base/FileURL.h"
+#include "Views/Components/Sheet.h"
 
-#include <QDialog>
 #include <vector>
-
-class QPushButton;
-class QVBoxLayout;
 
 namespace brimvale {
 
+struct RemovalResult;
+
 /// Tells what became of a removal, and offers to try again with an administrator's rights what needs them.
-/// Deletes itself when it is closed.
-class ResultAlert : public QDialog {
+class ResultSheet : public Sheet {
     Q_OBJECT
 
 public:
-    ResultAlert(const RemovalResult &result, QWidget *parent);
+    ResultSheet(const RemovalResult &result, QWidget *parent);
 
     /// Whether the offer to try again can be taken at the moment.
     void setCanEscalate(bool can);
@@ -28,7 +26,7 @@ signals:
 private:
     void addFailures(QVBoxLayout &layout, const RemovalResult &result);
     void addAdminSection(QVBoxLayout &layout, const std::vector<FileURL> &items);
-    QWidget *makeButtons(const std::vector<FileURL> &needsAdmin);
+    void addChoice(QVBoxLayout &layout, const std::vector<FileURL> &needsAdmin);
 
     QPushButton *authenticate_ = nullptr; ///< null where nothing needs it
 };

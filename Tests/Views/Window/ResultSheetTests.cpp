@@ -1,4 +1,4 @@
-#include "Views/Window/ResultAlert.h"
+#include "Views/Window/ResultSheet.h"
 
 #include "Core/Removal/RemovalReport.h"
 #include "Support/HeldRemoval.h"
@@ -26,12 +26,12 @@ using testing::shown;
 /// The whole window.
 class ResultInWindow : public testing::PageTest<testing::WholeWindow> {
 protected:
-    [[nodiscard]] QPointer<ResultAlert> alert() const { return page.findChild<ResultAlert *>(); }
+    [[nodiscard]] QPointer<ResultSheet> alert() const { return page.findChild<ResultSheet *>(); }
 };
 
 } // namespace
 
-TEST(ResultAlert, TellsWhatBecameOfEveryItem) {
+TEST(ResultSheet, TellsWhatBecameOfEveryItem) {
     QWidget window;
     window.show();
     for (const bool needsAdmin : {false, true}) {
@@ -40,7 +40,7 @@ TEST(ResultAlert, TellsWhatBecameOfEveryItem) {
             result.failed.push_back({FileURL("/a/<i>" + std::to_string(i)), "It is in use."});
         if (needsAdmin)
             result.needsAdmin = {FileURL("/b/locked")};
-        auto *alert = new ResultAlert(result, &window);
+        auto *alert = new ResultSheet(result, &window);
         alert->open();
         EXPECT_EQ(shown(*alert, "resultTitle"), "Finished with problems");
         EXPECT_EQ(shown(*alert, "resultSummary"), "Removed 1 item, reclaiming 3 MB");
@@ -54,27 +54,27 @@ TEST(ResultAlert, TellsWhatBecameOfEveryItem) {
     }
 }
 
-TEST(ResultAlert, TriesAgainOnlyWhenAskedTo) {
+TEST(ResultSheet, TriesAgainOnlyWhenAskedTo) {
     RemovalResult result;
     result.needsAdmin = {FileURL("/b/one"), FileURL("/b/two")};
     std::vector<FileURL> escalated;
     QWidget window;
     window.show();
     const auto open = [&] {
-        auto *alert = new ResultAlert(result, &window);
-        QObject::connect(alert, &ResultAlert::escalated,
+        auto *alert = new ResultSheet(result, &window);
+        QObject::connect(alert, &ResultSheet::escalated,
                          [&](const std::vector<FileURL> &items) { escalated = items; });
         alert->open();
         EXPECT_TRUE(QTest::qWaitForWindowActive(alert));
-        return QPointer<ResultAlert>(alert);
+        return QPointer<ResultSheet>(alert);
     };
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
-        const QPointer<ResultAlert> alert = open();
+        const QPointer<ResultSheet> alert = open();
         QTest::keyClick(alert->windowHandle(), key);
         EXPECT_TRUE(eventually([&] { return alert == nullptr; }));
         EXPECT_TRUE(escalated.empty()) << key;
     }
-    const QPointer<ResultAlert> alert = open();
+    const QPointer<ResultSheet> alert = open();
     testing::click(*alert, "authenticate");
     EXPECT_EQ(escalated, result.needsAdmin);
     EXPECT_TRUE(eventually([&] { return alert == nullptr; }));
@@ -97,7 +97,7 @@ TEST_F(ResultInWindow, TellsTheOutcomeAndOffersTheAdministrator) {
     EXPECT_EQ(shown(*alert(), "resultSummary"), RemovalReport::summary(**model.lastResult));
     EXPECT_EQ(labels(*alert(), "adminItem").size(), 1U);
 
-    const QPointer<ResultAlert> first = alert();
+    const QPointer<ResultSheet> first = alert();
     testing::click(*first, "authenticate");
     ASSERT_TRUE(eventually([&] { return first == nullptr && alert() != nullptr; }));
     EXPECT_EQ(actions.calls.back(), "admin /bin/rm -rf -- '" + locked + "'");

@@ -1,0 +1,27 @@
+#include "Views/Components/FolderChooser.h"
+
+#include "Views/Components/Popup.h"
+
+#include <QFile>
+#include <QFileDialog>
+#include <utility>
+
+namespace brimvale {
+
+void chooseFolder(QWidget &asking, const QString &title, const std::string &start,
+                  std::function<void(const std::string &path)> chosen) {
+    auto *dialog =
+        new QFileDialog(asking.window(), title, QFile::decodeName(QByteArray::fromStdString(start)));
+    dialog->setObjectName(QStringLiteral("folderChooser"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    usePaletteOfParent(*dialog);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    QObject::connect(dialog, &QFileDialog::fileSelected, &asking,
+                     [chosen = std::move(chosen)](const QString &folder) {
+                         chosen(QFile::encodeName(folder).toStdString());
+                     });
+    dialog->open();
+}
+
+} // namespace brimvale
