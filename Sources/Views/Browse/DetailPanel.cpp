@@ -5,11 +5,12 @@
 #include "Core/Scan/NodeExplanation.h"
 #include "Core/Scan/OutermostNodes.h"
 #include "Core/Text/Formatting.h"
-#include "Views/Browse/Outline/NodeIcon.h"
+#include "Views/Browse/Outline/OutlineColumns.h"
 #include "Views/Components/DestructiveButton.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/PageParts.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
 #include "Views/Removing/SelectionTexts.h"
@@ -27,22 +28,20 @@ namespace brimvale {
 
 namespace {
 
-constexpr int iconSize = 20;
+constexpr int pictureSize = 20;
 constexpr int buttonIconSize = 14;
 constexpr int figuresInARow = 3;
 
-QString shareOfParent(const FSNode &node) {
+QString shareText(const FSNode &node) {
     if (node.parent() == nullptr || node.parent()->size < 1)
         return QStringLiteral("—");
-    const double share = 100.0 * static_cast<double>(node.size) / static_cast<double>(node.parent()->size);
+    const double share = 100 * shareOfParent(node);
     return share > 0 && share < 0.1 ? u"under 0.1 %"_s : QStringLiteral("%1 %").arg(share, 0, 'f', 1);
 }
 
 /// A button that is an icon only, whose title is its tool tip.
-QPushButton *makeButton(QWidget *parent, const char *objectName, const QString &title) {
-    auto *button = new QPushButton(parent);
-    button->setObjectName(QLatin1String(objectName));
-    button->setAutoDefault(false);
+QPushButton *makeIconButton(const char *objectName, const QString &title, QWidget *parent) {
+    QPushButton *button = makeButton(objectName, {}, parent);
     button->setFlat(true);
     button->setToolTip(title);
     button->setAccessibleName(title);
@@ -57,8 +56,8 @@ DetailPanel::DetailPanel(QWidget *parent)
       path_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       explanation_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       notice_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
-      reveal_(makeButton(this, "reveal", text(Words::current().revealItem))),
-      copyPath_(makeButton(this, "copyPath", u"Copy Path"_s)), remove_(new DestructiveButton(this)) {
+      reveal_(makeIconButton("reveal", text(Words::current().revealItem), this)),
+      copyPath_(makeIconButton("copyPath", u"Copy Path"_s, this)), remove_(new DestructiveButton(this)) {
     setObjectName(QStringLiteral("detailPanel"));
     name_->setObjectName(QStringLiteral("detailName"));
     path_->setObjectName(QStringLiteral("detailPath"));
@@ -71,7 +70,7 @@ DetailPanel::DetailPanel(QWidget *parent)
     names->addWidget(path_);
     auto *head = new QHBoxLayout;
     head->setSpacing(10);
-    icon_->setFixedSize(iconSize, iconSize);
+    icon_->setFixedSize(pictureSize, pictureSize);
     head->addWidget(icon_, 0, Qt::AlignTop);
     head->addLayout(names, 1);
     head->addWidget(reveal_, 0, Qt::AlignTop);
@@ -127,16 +126,16 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
     }
     const FSNode *only = nodes.size() == 1 ? nodes.front() : nullptr;
     iconName_ = only != nullptr ? nodeIconName(*only) : QStringLiteral("files");
-    name_->setText(only != nullptr ? displayedName(*only)
-                                   : u"%1 items selected"_s.arg(
-                                         text(Fmt::count(static_cast<std::int64_t>(nodes.size())))));
+    name_->setText(only != nullptr
+                       ? displayedName(*only)
+                       : u"%1 selected"_s.arg(counted(static_cast<std::int64_t>(nodes.size()), "item")));
     path_->setText(only != nullptr ? displayedText(only->path()) : QString());
     const QString none = QStringLiteral("—");
     if (nodes.empty()) {
         name_->setText(u"Nothing selected"_s);
         showFigures({none, none, none, none, none});
     } else {
-        showFigures({sizeText(size), sizeText(logicalSize), only != nullptr ? shareOfParent(*only) : none,
+        showFigures({sizeText(size), sizeText(logicalSize), only != nullptr ? shareText(*only) : none,
                      text(Fmt::count(fileCount)), text(Fmt::count(dirCount))});
     }
     const std::optional<std::string> why = only != nullptr ? explanation(*only) : std::nullopt;
@@ -175,7 +174,7 @@ void DetailPanel::drawIcon() {
     const QColor quiet = Theme::current().secondaryText;
     reveal_->setIcon(Icons::icon(QStringLiteral("external-link"), quiet, buttonIconSize));
     copyPath_->setIcon(Icons::icon(QStringLiteral("copy"), quiet, buttonIconSize));
-    icon_->setPixmap(Icons::pixmap(iconName_, Theme::current().accent, iconSize, devicePixelRatioF()));
+    icon_->setPixmap(Icons::pixmap(iconName_, Theme::current().accent, pictureSize, devicePixelRatioF()));
 }
 
 } // namespace brimvale

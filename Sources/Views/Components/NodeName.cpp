@@ -1,5 +1,7 @@
 #include "Views/Components/NodeName.h"
 
+#include "Views/Components/Icons.h"
+
 #include <QTextDocument>
 #include <algorithm>
 
@@ -38,6 +40,16 @@ QString displayedText(std::string_view bytes) {
     QString text = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
     std::replace_if(text.begin(), text.end(), actsUnseen, QChar(QChar::ReplacementCharacter));
     return text;
+}
+
+QString nodeIconName(const FSNode &node) {
+    if (node.isNotDescended)
+        return node.isCloudProvider ? QStringLiteral("cloud-off") : QStringLiteral("ban");
+    if (node.unreadable)
+        return QStringLiteral("lock");
+    if (node.isAggregate)
+        return QStringLiteral("files");
+    return Icons::nameFor(node.isDirectory);
 }
 
 QString asLabel(QString text) {

@@ -14,6 +14,9 @@ namespace brimvale {
     return displayedText(node.name);
 }
 
+/// The name of the icon that stands for a node of its kind and state.
+[[nodiscard]] QString nodeIconName(const FSNode &node);
+
 /// Text as it stands for a button or a menu, which would take "&" for the mark of a shortcut.
 [[nodiscard]] QString asLabel(QString text);
 

@@ -1,9 +1,10 @@
 #include "Views/Browse/Outline/OutlineDelegate.h"
 
 #include "Core/Scan/NodeExplanation.h"
-#include "Views/Browse/Outline/NodeIcon.h"
+#include "Views/Browse/Outline/OutlineColumns.h"
 #include "Views/Browse/Outline/OutlineModel.h"
 #include "Views/Components/Icons.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Theme.h"
 
@@ -18,7 +19,6 @@ namespace brimvale {
 
 namespace {
 
-constexpr int iconSize = 16;
 constexpr int gap = 8;
 constexpr int narrowestName = 100; ///< with its icon
 constexpr int barHeight = 6;
@@ -55,16 +55,15 @@ void OutlineDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
         return;
     const Theme &theme = Theme::current();
     const FSNode &node = nodeAt(index);
-    switch (index.column()) {
-    case OutlineModel::nameColumn:
+    const OutlineColumn &column = outlineColumns()[static_cast<std::size_t>(index.column())];
+    switch (column.drawing) {
+    case OutlineColumn::Drawing::name:
         return paintName(*painter, option, node);
-    case OutlineModel::shareColumn:
-        return paintShare(*painter, option, OutlineModel::share(node));
-    case OutlineModel::sizeColumn:
-        return paintText(*painter, option, index, explanation(node) ? theme.tertiaryText : theme.text);
-    default:
-        return paintText(*painter, option, index,
-                         explanation(node) ? theme.tertiaryText : theme.secondaryText);
+    case OutlineColumn::Drawing::bar:
+        return paintShare(*painter, option, shareOfParent(node));
+    case OutlineColumn::Drawing::figure:
+        const QColor color = column.isQuiet ? theme.secondaryText : theme.text;
+        return paintText(*painter, option, index, explanation(node) ? theme.tertiaryText : color);
     }
 }
 
@@ -74,12 +73,12 @@ void OutlineDelegate::paintName(QPainter &painter, const QStyleOptionViewItem &o
     const bool isDimmed = node.isAggregate || explanation(node);
     const bool onAccent = isOnAccent(option);
     const QRect cell = nameCell(option.rect);
-    const int top = cell.center().y() - iconSize / 2 + 1;
+    const int top = cell.center().y() - Metrics::iconSize / 2 + 1;
     painter.drawPixmap(cell.left(), top,
                        Icons::pixmap(nodeIconName(node), onAccent ? theme.onAccent : iconColor(node, theme),
-                                     iconSize, painter.device()->devicePixelRatioF()));
+                                     Metrics::iconSize, painter.device()->devicePixelRatioF()));
 
-    const QRect words = cell.adjusted(iconSize + gap, 0, -margin, 0);
+    const QRect words = cell.adjusted(Metrics::iconSize + gap, 0, -margin, 0);
     painter.setFont(Type::font(Type::Size::body));
     painter.setPen(onAccent ? theme.onAccent : isDimmed ? theme.tertiaryText : theme.text);
     const QString name =

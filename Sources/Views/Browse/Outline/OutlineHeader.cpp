@@ -1,5 +1,6 @@
 #include "Views/Browse/Outline/OutlineHeader.h"
 
+#include "Views/Browse/Outline/OutlineColumns.h"
 #include "Views/Browse/Outline/OutlineDelegate.h"
 #include "Views/Browse/Outline/OutlineModel.h"
 #include "Views/Components/Icons.h"
@@ -8,6 +9,8 @@
 #include <QEvent>
 #include <QPainter>
 #include <algorithm>
+#include <numeric>
+#include <vector>
 
 namespace brimvale {
 
@@ -15,14 +18,18 @@ namespace {
 
 constexpr int headerHeight = 32;
 constexpr int chevronSize = 12;
-constexpr int nameWidth = 140; ///< at least, before another column gives way
-constexpr int shortestShareWidth = 64;
-constexpr int longestShareWidth = 112;
+constexpr int columnsNeverLeftOut = 2; ///< the most important ones
 
-/// As wide as the longest figure there is, so that nothing moves while it changes.
-int figureWidth(const QString &longest) {
-    const QFontMetrics metrics(Type::font(Type::Size::body));
-    return metrics.horizontalAdvance(longest) + 2 * OutlineDelegate::margin;
+/// The places of the columns, the most important one first.
+std::vector<int> byImportance() {
+    const std::span<const OutlineColumn> columns = outlineColumns();
+    std::vector<int> places(columns.size());
+    std::iota(places.begin(), places.end(), 0);
+    std::sort(places.begin(), places.end(), [&](int a, int b) {
+        return columns[static_cast<std::size_t>(a)].importance >
+               columns[static_cast<std::size_t>(b)].importance;
+    });
+    return places;
 }
 
 } // namespace
@@ -38,7 +45,7 @@ OutlineHeader::OutlineHeader(QWidget *parent) : QHeaderView(Qt::Horizontal, pare
 
 void OutlineHeader::setModel(QAbstractItemModel *model) {
     QHeaderView::setModel(model);
-    if (count() != OutlineModel::columns)
+    if (count() == 0) // the empty model that a view begins with
         return;
     setSectionResizeMode(Fixed);
     setSectionResizeMode(OutlineModel::nameColumn, Stretch);
@@ -52,20 +59,21 @@ bool OutlineHeader::viewportEvent(QEvent *event) {
 }
 
 void OutlineHeader::fitSections() {
-    const int size = figureWidth(QStringLiteral("888.88 MB"));
-    const int items = figureWidth(QStringLiteral("88,888,888"));
-    int left = viewport()->width() - nameWidth - size;
-    const bool hasShare = left >= shortestShareWidth;
-    if (hasShare)
-        left -= shortestShareWidth;
-    const bool hasItems = left >= items;
-    if (hasItems)
-        left -= items;
-    // Of what is left, the names get more than the bars.
-    const int share = std::min(shortestShareWidth + left / 3, longestShareWidth);
-    resizeSection(OutlineModel::sizeColumn, size);
-    resizeSection(OutlineModel::shareColumn, hasShare ? share : 0);
-    resizeSection(OutlineModel::itemsColumn, hasItems ? items : 0);
+    const std::vector<int> columns = byImportance();
+    std::vector<OutlineColumn::Width> widths;
+    int left = viewport()->width();
+    for (const int column : columns) {
+        OutlineColumn::Width width = outlineColumns()[static_cast<std::size_t>(column)].width();
+        if (static_cast<int>(widths.size()) >= columnsNeverLeftOut && left < width.least)
+            width = {0, 0};
+        left -= width.least;
+        widths.push_back(width);
+    }
+    // Of what is left, the names get more than what else can grow.
+    const int growth = std::max(left, 0) / 3;
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        if (columns[i] != OutlineModel::nameColumn)
+            resizeSection(columns[i], std::min(widths[i].least + growth, widths[i].most));
 }
 
 QSize OutlineHeader::sectionSizeFromContents(int section) const {

@@ -1,11 +1,9 @@
 #include "Views/Browse/Outline/OutlineModel.h"
 
 #include "Core/Scan/NodeExplanation.h"
-#include "Core/Text/Formatting.h"
+#include "Views/Browse/Outline/OutlineColumns.h"
 #include "Views/Browse/Outline/OutlineMarks.h"
 #include "Views/Browse/Outline/Prefetch.h"
-#include "Views/Components/NodeName.h"
-#include "Views/Components/Text.h"
 
 #include <algorithm>
 #include <utility>
@@ -14,17 +12,8 @@ namespace brimvale {
 
 namespace {
 
-QString text(const FSNode &node, int column) {
-    switch (column) {
-    case OutlineModel::nameColumn:
-        return displayedName(node);
-    case OutlineModel::sizeColumn:
-        return sizeText(node.size);
-    case OutlineModel::shareColumn:
-        return QStringLiteral("%1%").arg(qRound(100 * OutlineModel::share(node)));
-    default:
-        return QString::fromStdString(Fmt::count(node.fileCount));
-    }
+const OutlineColumn &columnAt(int column) {
+    return outlineColumns()[static_cast<std::size_t>(column)];
 }
 
 } // namespace
@@ -81,13 +70,6 @@ bool OutlineModel::isWithin(const FSNode *node, const FSNode &folder) {
     while (node != nullptr && node != &folder)
         node = node->parent();
     return node != nullptr;
-}
-
-double OutlineModel::share(const FSNode &node) {
-    const FSNode *folder = node.parent();
-    return folder == nullptr || folder->size < 1
-               ? 0
-               : static_cast<double>(node.size) / static_cast<double>(folder->size);
 }
 
 /// The rows of all folders are made anew as they are asked for. An index whose node is no longer shown after
@@ -150,7 +132,7 @@ void OutlineModel::announceChangedFigures(const FSNode &folder) {
             continue;
         const std::vector<FSNode *> &rows = listed->second;
         emit dataChanged(createIndex(0, 0, rows.front()),
-                         createIndex(static_cast<int>(rows.size()) - 1, columns - 1, rows.back()));
+                         createIndex(static_cast<int>(rows.size()) - 1, columnCount() - 1, rows.back()));
     }
     if (!isInOrder)
         rearrange(VerticalSortHint, [] {});
@@ -168,7 +150,7 @@ bool OutlineModel::isInPlace(const FSNode &node) const {
 }
 
 QModelIndex OutlineModel::index(int row, int column, const QModelIndex &parent) const {
-    if (row < 0 || row >= rowCount(parent) || column < 0 || column >= columns)
+    if (row < 0 || row >= rowCount(parent) || column < 0 || column >= columnCount())
         return {};
     const std::vector<FSNode *> &rows = rowsOf(*nodeAt(parent));
     prefetchNodes(rows, static_cast<std::size_t>(row)); // a view asks for one row after another
@@ -187,7 +169,7 @@ int OutlineModel::rowCount(const QModelIndex &parent) const {
 }
 
 int OutlineModel::columnCount(const QModelIndex &) const {
-    return columns;
+    return static_cast<int>(outlineColumns().size());
 }
 
 bool OutlineModel::hasChildren(const QModelIndex &parent) const {
@@ -214,7 +196,7 @@ QVariant OutlineModel::data(const QModelIndex &index, int role) const {
     const FSNode &node = *nodeAt(index);
     switch (role) {
     case Qt::DisplayRole:
-        return text(node, index.column());
+        return columnAt(index.column()).text(node);
     case Qt::ToolTipRole:
     case Qt::AccessibleDescriptionRole:
         if (const std::optional<std::string> words = explanation(node))
@@ -228,29 +210,25 @@ QVariant OutlineModel::data(const QModelIndex &index, int role) const {
 }
 
 QVariant OutlineModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal)
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnCount())
         return {};
-    const bool isFigure = section == sizeColumn || section == itemsColumn;
+    const OutlineColumn &column = columnAt(section);
     switch (role) {
     case Qt::DisplayRole:
-        return QStringList{QStringLiteral("Name"), QStringLiteral("Size"), QStringLiteral("Share"),
-                           QStringLiteral("Items")}
-            .value(section);
+        return column.title;
     case Qt::TextAlignmentRole:
-        return QVariant::fromValue<Qt::Alignment>((isFigure ? Qt::AlignRight : Qt::AlignLeft) |
-                                                  Qt::AlignVCenter);
+        return QVariant::fromValue<Qt::Alignment>(column.alignment());
     case Qt::InitialSortOrderRole:
-        return static_cast<int>(section == nameColumn ? Qt::AscendingOrder : Qt::DescendingOrder);
+        return static_cast<int>(column.firstOrder());
     default:
         return {};
     }
 }
 
 void OutlineModel::sort(int column, Qt::SortOrder order) {
-    const OutlineOrder::Key key = column == nameColumn    ? OutlineOrder::Key::name
-                                  : column == itemsColumn ? OutlineOrder::Key::fileCount
-                                                          : OutlineOrder::Key::size;
-    const OutlineOrder wanted{key, order == Qt::DescendingOrder};
+    const OutlineOrder wanted = column < 0
+                                    ? OutlineOrder() // no column is chosen
+                                    : OutlineOrder{columnAt(column).figure, order == Qt::DescendingOrder};
     if (wanted == order_)
         return;
     rearrange(VerticalSortHint, [&] { order_ = wanted; });

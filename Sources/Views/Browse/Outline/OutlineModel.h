@@ -23,8 +23,8 @@ class OutlineModel : public QAbstractItemModel {
     Q_OBJECT
 
 public:
+    /// The places of some of the `outlineColumns`.
     enum Column { nameColumn, sizeColumn, shareColumn, itemsColumn };
-    static constexpr int columns = itemsColumn + 1;
 
     explicit OutlineModel(QObject *parent = nullptr);
 
@@ -41,8 +41,6 @@ public:
 
     /// Whether `node`, which may be null, is `folder` or beneath it.
     [[nodiscard]] static bool isWithin(const FSNode *node, const FSNode &folder);
-    /// Its part of the size of the folder that it is in, 0 to 1; 0 where that is smaller than a byte.
-    [[nodiscard]] static double share(const FSNode &node);
 
     /// Shows only the nodes whose names contain `text`, whatever the case, with all that they hold and the
     /// folders around them; everything for an empty text. A large tree is searched while the event loop runs:

@@ -120,10 +120,8 @@ void sortByFoldedName(bool isFalling, std::vector<FSNode *> &nodes) {
 } // namespace
 
 void OutlineOrder::sort(std::vector<FSNode *> &nodes) const {
-    if (key == Key::size)
-        sortByNumber(&FSNode::size, isFalling, nodes);
-    else if (key == Key::fileCount)
-        sortByNumber(&FSNode::fileCount, isFalling, nodes);
+    if (figure != nullptr)
+        sortByNumber(figure, isFalling, nodes);
     else if (nodes.size() <= collatedAtMost)
         sortByCollation(isFalling, nodes);
     else
@@ -131,10 +129,9 @@ void OutlineOrder::sort(std::vector<FSNode *> &nodes) const {
 }
 
 bool OutlineOrder::allows(const FSNode &first, const FSNode &second) const {
-    if (key == Key::name)
+    if (figure == nullptr)
         return true;
-    const auto number = key == Key::size ? &FSNode::size : &FSNode::fileCount;
-    return isFalling ? first.*number >= second.*number : first.*number <= second.*number;
+    return isFalling ? first.*figure >= second.*figure : first.*figure <= second.*figure;
 }
 
 } // namespace brimvale

@@ -2,19 +2,16 @@
 
 #include "Core/Scan/FSNode.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace brimvale {
 
 /// The order of the rows within each folder of an outline.
 struct OutlineOrder {
-    enum class Key {
-        name, ///< as the user's language sorts, whatever the case, and numbers by their value
-        size,
-        fileCount,
-    };
-
-    Key key = Key::size;
+    /// What is compared; null for the names, as the user's language sorts, whatever the case, and numbers in
+    /// them by their value.
+    std::int64_t FSNode::*figure = &FSNode::size;
     bool isFalling = true;
 
     friend bool operator==(const OutlineOrder &, const OutlineOrder &) = default;

@@ -90,8 +90,8 @@ void OutlineView::selectNodes(const std::vector<FSNode *> &nodes) {
             ++next;
         while (next < rows.size() && rows[next].folder == rows[first].folder &&
                rows[next].index.row() == rows[next - 1].index.row() + 1);
-        selection.append(QItemSelectionRange(
-            rows[first].index, rows[next - 1].index.siblingAtColumn(OutlineModel::columns - 1)));
+        selection.append(QItemSelectionRange(rows[first].index,
+                                             rows[next - 1].index.siblingAtColumn(model_.columnCount() - 1)));
     }
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }

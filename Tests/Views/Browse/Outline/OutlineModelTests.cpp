@@ -2,8 +2,9 @@
 
 #include "Core/Scan/NodeExplanation.h"
 #include "Core/Text/Formatting.h"
-#include "Views/Browse/Outline/NodeIcon.h"
+#include "Views/Browse/Outline/OutlineColumns.h"
 #include "Views/Browse/Outline/OutlineTree.h"
+#include "Views/Components/NodeName.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>
@@ -32,9 +33,9 @@ TEST(OutlineModel, ShowsTheFiguresOfANode) {
     EXPECT_EQ(text(empty, OutlineModel::sizeColumn), "Zero KB");
     EXPECT_EQ(text(folder, OutlineModel::shareColumn), "75%");
     EXPECT_EQ(text(folder, OutlineModel::itemsColumn).toStdString(), Fmt::count(1234));
-    EXPECT_DOUBLE_EQ(OutlineModel::share(file), 1);
-    EXPECT_EQ(OutlineModel::share(*root), 0);
-    EXPECT_EQ(OutlineModel::share(add(empty, "nothing", 0)), 0) << "nor is anything divided by zero";
+    EXPECT_DOUBLE_EQ(shareOfParent(file), 1);
+    EXPECT_EQ(shareOfParent(*root), 0);
+    EXPECT_EQ(shareOfParent(add(empty, "nothing", 0)), 0) << "nor is anything divided by zero";
 }
 
 TEST(OutlineModel, TellsSpecialStatesByIconAndWords) {

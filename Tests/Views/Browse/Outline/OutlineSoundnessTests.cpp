@@ -1,3 +1,4 @@
+#include "Views/Browse/Outline/OutlineColumns.h"
 #include "Views/Browse/Outline/OutlineTree.h"
 #include "Views/Browse/Outline/OutlineView.h"
 
@@ -96,7 +97,7 @@ TEST(OutlineModel, StaysSoundWhateverIsDoneToIt) {
             FSNode &node = *nodes[random() % nodes.size()];
             switch (random() % 7) {
             case 0:
-                model.sort(static_cast<int>(random() % OutlineModel::columns),
+                model.sort(static_cast<int>(random() % outlineColumns().size()),
                            random() % 2 == 0 ? Qt::AscendingOrder : Qt::DescendingOrder);
                 break;
             case 1:

@@ -239,7 +239,7 @@ TEST_F(OutlineWindow, LeavesRoomForTheNamesOfDeepRows) {
 TEST_F(OutlineWindow, NeverMovesAColumnForWhatItShows) {
     const auto widths = [&] {
         std::vector<int> all;
-        for (int column = 0; column < OutlineModel::columns; ++column)
+        for (int column = 0; column < model_.columnCount(); ++column)
             all.push_back(view_->columnWidth(column));
         return all;
     };
