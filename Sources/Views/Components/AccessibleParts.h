@@ -64,4 +64,15 @@ private:
     mutable std::vector<QAccessible::Id> parts_;
 };
 
+/// Has each `Widget` be known to accessibility as a `Parts`. To be called before the first one is asked
+/// about.
+template<class Widget, class Parts>
+void makeAccessibleAs() {
+    static const auto make = [](const QString &, QObject *object) -> QAccessibleInterface * {
+        auto *widget = qobject_cast<Widget *>(object);
+        return widget == nullptr ? nullptr : new Parts(*widget);
+    };
+    [[maybe_unused]] static const bool isInstalled = (QAccessible::installFactory(make), true);
+}
+
 } // namespace brimvale

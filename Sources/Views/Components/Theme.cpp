@@ -1,6 +1,6 @@
 #include "Views/Components/Theme.h"
 
-#include "Views/Components/SystemAccent.h"
+#include "Views/Components/SystemStyle.h"
 
 #include <QGuiApplication>
 #include <cmath>

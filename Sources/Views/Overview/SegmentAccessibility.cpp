@@ -1,7 +1,6 @@
-#include "Views/Overview/SegmentAccessibility.h"
+#include "Views/Overview/SegmentedBar.h"
 
 #include "Views/Components/AccessibleParts.h"
-#include "Views/Overview/SegmentedBar.h"
 
 #include <QAccessible>
 
@@ -44,16 +43,10 @@ protected:
     }
 };
 
-QAccessibleInterface *makeAccessible(const QString &, QObject *object) {
-    auto *bar = qobject_cast<SegmentedBar *>(object);
-    return bar == nullptr ? nullptr : new AccessibleBar(*bar);
-}
-
 } // namespace
 
-void SegmentAccessibility::install() {
-    static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
-    Q_UNUSED(isInstalled)
+void SegmentedBar::makeAccessible() {
+    makeAccessibleAs<SegmentedBar, AccessibleBar>();
 }
 
 } // namespace brimvale

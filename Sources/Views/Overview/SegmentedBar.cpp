@@ -3,7 +3,6 @@
 #include "Base/Bytes.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
-#include "Views/Overview/SegmentAccessibility.h"
 
 #include <QHelpEvent>
 #include <QPainter>
@@ -31,7 +30,7 @@ QString BarSegment::words() const {
 SegmentedBar::SegmentedBar(QWidget *parent) : QWidget(parent) {
     setObjectName(QStringLiteral("segmentedBar"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    SegmentAccessibility::install(); // first: a name makes it known to accessibility, for good
+    makeAccessible(); // first: a name makes it known to accessibility, for good
     setAccessibleName(u"What the used space consists of"_s);
 }
 

@@ -41,6 +41,9 @@ protected:
     bool event(QEvent *event) override;
 
 private:
+    /// Lets those who do not see the bar have its segments as the items of a list.
+    static void makeAccessible();
+
     std::vector<BarSegment> segments_;
     std::int64_t whole_ = 0;
 };

@@ -1,7 +1,7 @@
 #include "Views/Window/Application.h"
 
 #include "Base/Version.h"
-#include "Views/Components/ApplicationFont.h"
+#include "Views/Components/SystemStyle.h"
 #include "Views/Window/ApplicationIcon.h"
 #include "Views/Window/WindowStyle.h"
 

@@ -1,7 +1,6 @@
-#include "Views/Browse/Treemap/TreemapAccessibility.h"
+#include "Views/Browse/Treemap/TreemapView.h"
 
 #include "Core/Treemap/TreemapStyle.h"
-#include "Views/Browse/Treemap/TreemapView.h"
 #include "Views/Components/AccessibleParts.h"
 #include "Views/Components/NodeName.h"
 
@@ -110,16 +109,10 @@ private:
     [[nodiscard]] const TreemapView &view() const { return static_cast<const TreemapView &>(*widget()); }
 };
 
-QAccessibleInterface *makeAccessible(const QString &, QObject *object) {
-    auto *view = qobject_cast<TreemapView *>(object);
-    return view == nullptr ? nullptr : new AccessibleTreemap(*view);
-}
-
 } // namespace
 
-void TreemapAccessibility::install() {
-    static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
-    Q_UNUSED(isInstalled)
+void TreemapView::makeAccessible() {
+    makeAccessibleAs<TreemapView, AccessibleTreemap>();
 }
 
 } // namespace brimvale

@@ -1,7 +1,6 @@
 #include "Views/Browse/Treemap/TreemapView.h"
 
 #include "Core/Treemap/TreemapStyle.h"
-#include "Views/Browse/Treemap/TreemapAccessibility.h"
 #include "Views/Browse/Treemap/TreemapPicture.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Theme.h"
@@ -30,7 +29,7 @@ constexpr int focusFrameWidth = 2;
 } // namespace
 
 TreemapView::TreemapView(QWidget *parent) : QWidget(parent) {
-    TreemapAccessibility::install();
+    makeAccessible();
     setObjectName(QStringLiteral("treemap"));
     setAccessibleName(u"Treemap"_s);
     setFocusPolicy(Qt::StrongFocus);

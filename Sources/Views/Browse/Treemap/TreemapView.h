@@ -83,6 +83,9 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
+    /// Lets those who do not see the treemap have its tiles as the items of a list, with what can be done
+    /// with them.
+    static void makeAccessible();
     void rebuild();
     void layOut();
     void forgetPicture();

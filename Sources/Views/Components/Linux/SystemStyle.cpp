@@ -1,4 +1,4 @@
-#include "Views/Components/ApplicationFont.h"
+#include "Views/Components/SystemStyle.h"
 
 #include "Views/Components/Theme.h"
 
@@ -23,6 +23,10 @@ QFont applicationFont() {
     }
     font.setPixelSize(static_cast<int>(Type::Size::body));
     return font;
+}
+
+std::optional<QColor> systemAccent() {
+    return std::nullopt;
 }
 
 } // namespace brimvale

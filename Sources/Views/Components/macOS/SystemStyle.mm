@@ -1,8 +1,17 @@
-#include "Views/Components/SystemAccent.h"
+#include "Views/Components/SystemStyle.h"
+
+#include "Views/Components/Theme.h"
 
 #import <AppKit/AppKit.h>
+#include <QFontDatabase>
 
 namespace brimvale {
+
+QFont applicationFont() {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    font.setPixelSize(static_cast<int>(Type::Size::body));
+    return font;
+}
 
 std::optional<QColor> systemAccent() {
     @autoreleasepool {

@@ -1,9 +1,0 @@
-#include "Views/Components/SystemAccent.h"
-
-namespace brimvale {
-
-std::optional<QColor> systemAccent() {
-    return std::nullopt;
-}
-
-} // namespace brimvale
