@@ -19,7 +19,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-constexpr std::array options = {
+constexpr std::array appsOptions = {
     Option{.name = "--include-system", .help = "List the applications of the system too."},
     Option{.name = "--analyze", .help = "Measure each one and its leftovers."},
 };
@@ -45,7 +45,7 @@ std::string leftoversSize(const AppRow &row) {
     return Fmt::byteFormatter(size);
 }
 
-void writeTable(Output &output, const std::vector<AppRow> &rows, bool hasSizes) {
+void writeApps(Output &output, const std::vector<AppRow> &rows, bool hasSizes) {
     if (rows.empty()) {
         output.write("No applications found.\n");
         return;
@@ -85,7 +85,7 @@ ExitStatus runApps(const Arguments &arguments, Output &output) {
             writeAppRow(json, row);
         json.end();
     } else {
-        writeTable(output, rows, arguments.has("--analyze"));
+        writeApps(output, rows, arguments.has("--analyze"));
     }
     return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
 }
@@ -96,7 +96,7 @@ constinit const Command appsCommand = {
     .name = "apps",
     .operands = "",
     .operandCount = {.minimum = 0, .maximum = 0},
-    .options = options,
+    .options = appsOptions,
     .summary = "Lists the installed applications.",
     .help =
         "\nApplications are bundles in the folders where the system keeps them, and in your own folder for\n"

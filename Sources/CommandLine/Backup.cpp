@@ -25,7 +25,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-constexpr std::array options = {
+constexpr std::array backupOptions = {
     Option{"--label", Option::Value::text, "TEXT", "What the folder's name begins with; required."},
     Option{"--into", Option::Value::text, "FOLDER",
            "Where the folder is made (\"Brimvale Backups\" among the documents)."},
@@ -34,7 +34,7 @@ constexpr std::array options = {
 };
 
 /// What is wrong with the command line, if anything.
-std::optional<std::string> faultOf(const Arguments &arguments) {
+std::optional<std::string> backupFault(const Arguments &arguments) {
     if (arguments.has("--verify")) {
         if (!arguments.operands().empty() || arguments.has("--label") || arguments.has("--into"))
             return "\"--verify\" goes with nothing else";
@@ -158,7 +158,7 @@ ExitStatus verify(std::string_view typed, bool isJson, Output &output) {
 }
 
 ExitStatus runBackup(const Arguments &arguments, Output &output) {
-    if (const std::optional<std::string> fault = faultOf(arguments))
+    if (const std::optional<std::string> fault = backupFault(arguments))
         return refuseUsage(*fault, &backupCommand);
     if (const std::optional<std::string_view> folder = arguments.text("--verify"))
         return verify(*folder, arguments.has("--json"), output);
@@ -171,7 +171,7 @@ constinit const Command backupCommand = {
     .name = "backup",
     .operands = "PATH…",
     .operandCount = {},
-    .options = options,
+    .options = backupOptions,
     .summary = "Copies items into a dated folder and verifies the copies, or an earlier backup.",
     .help = "\nNothing is removed. Every copy is compared with its original, and a manifest is written, by\n"
             "which the backup can be verified years later. A Messages database gets a readable page beside\n"

@@ -24,7 +24,7 @@ void printFailures(const ArchiveResult &result) {
         printError("the manifest could not be written, so this backup cannot be verified later");
 }
 
-void writeRow(Output &output, std::string_view size, std::string_view name) {
+void writeCopy(Output &output, std::string_view size, std::string_view name) {
     output.write(rightAligned(size, usualSizeWidth).append("  ").append(name).append("\n"));
 }
 
@@ -66,9 +66,9 @@ void listPaths(Output &output, std::string_view title, const std::vector<std::st
 
 void printBackup(Output &output, const ArchiveResult &result) {
     if (!result.items.empty())
-        writeRow(output, "SIZE", "COPIED");
+        writeCopy(output, "SIZE", "COPIED");
     for (const ArchivedItem &item : result.items)
-        writeRow(output, Fmt::byteFormatter(item.copiedBytes), terminalText(item.source.path()));
+        writeCopy(output, Fmt::byteFormatter(item.copiedBytes), terminalText(item.source.path()));
     if (!result.items.empty())
         output.write("\nBacked up to " + terminalText(result.destination.path()) + "\n");
     if (result.readableExport)

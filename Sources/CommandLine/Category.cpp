@@ -19,7 +19,7 @@ namespace brimvale::commandLine {
 namespace {
 
 /// The remainder takes the measure of all the others.
-MeasuredCategory measure(const StorageCategory &category, const ScanStats &stats) {
+MeasuredCategory measureOf(const StorageCategory &category, const ScanStats &stats) {
     if (category.measurement == CategoryMeasurement::measured)
         return StorageCategories::measure(category, [&] { return stats.cancelled(); });
     const OverviewFigures figures = measureOverview(stats);
@@ -27,7 +27,7 @@ MeasuredCategory measure(const StorageCategory &category, const ScanStats &stats
                          [&](const MeasuredCategory &one) { return one.category.id == category.id; });
 }
 
-void writeText(Output &output, const MeasuredCategory &measured) {
+void writeCategory(Output &output, const MeasuredCategory &measured) {
     const StorageCategory &category = measured.category;
     output.write(category.title + ", " + (measured.measured ? Fmt::byteFormatter(measured.size) : "–") +
                  " (" + std::string(label(category.risk)) + ")\n" + category.detail + "\n");
@@ -58,12 +58,12 @@ ExitStatus runCategory(const Arguments &arguments, Output &output) {
 
     ScanStats stats;
     const Interruption interruption(stats);
-    const MeasuredCategory measured = measure(*category, stats);
+    const MeasuredCategory measured = measureOf(*category, stats);
     if (arguments.has("--json")) {
         JsonWriter json(output);
         writeRecord(json, measured);
     } else {
-        writeText(output, measured);
+        writeCategory(output, measured);
     }
     return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
 }

@@ -33,7 +33,7 @@ ExitStatus refuseUnknown(std::string_view id, const Targets &targets) {
     return refuseUsage("unknown target " + inQuotes(id) + "; there are " + known, &cleanupCommand);
 }
 
-void measure(Targets &targets, const ScanStats &stats) {
+void measureTargets(Targets &targets, const ScanStats &stats) {
     StepProgress progress(targets.size());
     CleanupCatalog::measureAll(
         targets,
@@ -44,7 +44,7 @@ void measure(Targets &targets, const ScanStats &stats) {
         [&] { return stats.cancelled(); });
 }
 
-void writeSummary(Output &output, const Targets &targets) {
+void writeTargets(Output &output, const Targets &targets) {
     std::size_t idWidth = 0;
     for (const CleanupTarget &target : targets)
         idWidth = std::max(idWidth, target.id.size());
@@ -81,12 +81,12 @@ ExitStatus runCleanup(const Arguments &arguments, Output &output) {
 
     ScanStats stats;
     const Interruption interruption(stats);
-    measure(targets, stats);
+    measureTargets(targets, stats);
     if (arguments.has("--json")) {
         JsonWriter json(output);
         writeRecords(json, targets);
     } else if (ids.empty()) {
-        writeSummary(output, targets);
+        writeTargets(output, targets);
     } else {
         for (const CleanupTarget &target : targets) {
             output.write(&target == &targets.front() ? "" : "\n");

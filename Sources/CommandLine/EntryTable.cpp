@@ -10,7 +10,7 @@ namespace {
 /// The characters of "11 months ago".
 constexpr int usualAgeWidth = 14;
 
-void writeRow(Output &output, const std::string &size, const std::string &age, std::string_view path) {
+void writeEntry(Output &output, const std::string &size, const std::string &age, std::string_view path) {
     writeColumns(output, {{size, static_cast<int>(usualSizeWidth)}, {age, usualAgeWidth}}, path);
 }
 
@@ -19,10 +19,10 @@ void writeRow(Output &output, const std::string &size, const std::string &age, s
 void writeEntryTable(Output &output, const std::vector<CleanupEntry> &entries) {
     if (entries.empty())
         return;
-    writeRow(output, "SIZE", "MODIFIED", "PATH");
+    writeEntry(output, "SIZE", "MODIFIED", "PATH");
     for (const CleanupEntry &entry : entries)
-        writeRow(output, Fmt::byteFormatter(entry.size), Fmt::relativeDate(entry.modified),
-                 terminalText(entry.url.path()));
+        writeEntry(output, Fmt::byteFormatter(entry.size), Fmt::relativeDate(entry.modified),
+                   terminalText(entry.url.path()));
 }
 
 void writeColumns(Output &output, const std::vector<std::pair<std::string, int>> &cells,

@@ -59,7 +59,7 @@ std::optional<InstalledApp> appMeantBy(std::string_view typed) {
     return app;
 }
 
-void writeTable(Output &output, const std::vector<LeftoverItem> &items, MatchConfidence confidence) {
+void writeLeftovers(Output &output, const std::vector<LeftoverItem> &items, MatchConfidence confidence) {
     TextTable table({TextTable::sizeColumn("SIZE"), {"CATEGORY"}, {"PATH"}});
     bool isEmpty = true;
     for (const LeftoverItem &item : items) {
@@ -78,10 +78,10 @@ void writeTable(Output &output, const std::vector<LeftoverItem> &items, MatchCon
 void writeReport(Output &output, const std::vector<LeftoverItem> &items) {
     if (items.empty())
         output.write("No files found outside the bundle.\n");
-    writeTable(output, items, MatchConfidence::exact);
+    writeLeftovers(output, items, MatchConfidence::exact);
     if (!items.empty() && items.front().confidence != items.back().confidence)
         output.write("\n");
-    writeTable(output, items, MatchConfidence::likely);
+    writeLeftovers(output, items, MatchConfidence::likely);
 }
 
 ExitStatus runLeftovers(const Arguments &arguments, Output &output) {

@@ -15,7 +15,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-void writeDocument(Output &output, const OverviewFigures &figures) {
+void writeOverview(Output &output, const OverviewFigures &figures) {
     JsonWriter json(output);
     json.beginObject();
     json.key("volumes");
@@ -38,7 +38,7 @@ void writeVolume(Output &output, const VolumeInfo &volume) {
     output.write("\n");
 }
 
-void writeTable(Output &output, const std::vector<MeasuredCategory> &categories) {
+void writeCategories(Output &output, const std::vector<MeasuredCategory> &categories) {
     std::size_t idWidth = 0;
     for (const MeasuredCategory &one : categories)
         idWidth = std::max(idWidth, one.category.id.size());
@@ -55,11 +55,11 @@ ExitStatus runOverview(const Arguments &arguments, Output &output) {
     const Interruption interruption(stats);
     const OverviewFigures figures = measureOverview(stats);
     if (arguments.has("--json")) {
-        writeDocument(output, figures);
+        writeOverview(output, figures);
     } else {
         if (const auto root = VolumeInfo::root(figures.volumes))
             writeVolume(output, *root);
-        writeTable(output, figures.categories);
+        writeCategories(output, figures.categories);
     }
     return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
 }

@@ -24,7 +24,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-constexpr std::array options = {
+constexpr std::array removeOptions = {
     Option{.name = "--delete", .help = "Delete for good instead of moving to the Trash."},
     Option{.name = "--as-admin",
            .help = "Delete for good as the administrator; the system asks for the password."},
@@ -40,7 +40,7 @@ Route routeIn(const Arguments &arguments) {
 }
 
 /// Measures what would be removed, until `isStopped`.
-Remover::Sizes measure(const std::vector<FileURL> &urls, const std::atomic<bool> &isStopped) {
+Remover::Sizes measureOperands(const std::vector<FileURL> &urls, const std::atomic<bool> &isStopped) {
     const ScanOptions scanOptions = ScanOptions::standard();
     Remover::Sizes sizes;
     for (const FileURL &url : urls)
@@ -82,7 +82,7 @@ void writeUrls(JsonWriter &json, std::string_view key, const std::vector<FileURL
     json.end();
 }
 
-void writeDocument(Output &output, const RemovalResult &result) {
+void writeResult(Output &output, const RemovalResult &result) {
     JsonWriter json(output);
     json.beginObject();
     writeUrls(json, "succeeded", result.succeeded);
@@ -102,7 +102,7 @@ void writeDocument(Output &output, const RemovalResult &result) {
 
 void report(Output &output, const RemovalResult &result, bool isJson) {
     if (isJson)
-        return writeDocument(output, result);
+        return writeResult(output, result);
     for (const FileURL &url : result.succeeded)
         output.write("removed  " + terminalText(url.path()) + "\n");
     output.write(RemovalReport::summary(result) + "\n");
@@ -116,7 +116,7 @@ void report(Output &output, const RemovalResult &result, bool isJson) {
 /// How the command ends that was stopped, or that was told not to go on, before anything was removed.
 ExitStatus endUnbegun(Output &output, bool isJson, ExitStatus status) {
     if (isJson)
-        writeDocument(output, {});
+        writeResult(output, {});
     output.flush();
     printError(status == ExitStatus::interrupted ? "interrupted: nothing was removed"
                                                  : "nothing was removed");
@@ -139,7 +139,7 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
     if (asks && !operands->admitted.empty()) {
         {
             const Interruption interruption(progress.cancelled);
-            sizes = measure(operands->admitted, progress.cancelled);
+            sizes = measureOperands(operands->admitted, progress.cancelled);
         }
         if (progress.cancelled)
             return endUnbegun(output, isJson, ExitStatus::interrupted);
@@ -164,7 +164,7 @@ constinit const Command removeCommand = {
     .name = "remove",
     .operands = "PATH…",
     .operandCount = {.minimum = 1},
-    .options = options,
+    .options = removeOptions,
     .summary = "Moves what is at each path to the Trash, or deletes it.",
     .help =
         "\nAsks first, with the number of items and their allocated size; where there is no terminal to ask "

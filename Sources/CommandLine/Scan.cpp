@@ -24,7 +24,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-constexpr std::array options = {
+constexpr std::array scanCommandOptions = {
     Option{"--min-size", Option::Value::number, "BYTES",
            "Show a file by itself from this allocated size on (1048576)."},
     Option{"--depth", Option::Value::number, "N", "Show N levels of folders (2; with --json all)."},
@@ -49,7 +49,7 @@ Result scan(const FileURL &url, const ScanOptions &scanOptions, ScanStats &stats
     return result;
 }
 
-void writeDocument(Output &output, const Result &result, const ScanStats &stats, const TreeLimits &limits) {
+void writeScan(Output &output, const Result &result, const ScanStats &stats, const TreeLimits &limits) {
     JsonWriter json(output);
     json.beginObject();
     json.key("root");
@@ -103,7 +103,7 @@ ExitStatus runScan(const Arguments &arguments, Output &output) {
     const TreeLimits limits{.depth = arguments.number("--depth").value_or(usual.depth),
                             .top = arguments.number("--top").value_or(usual.top)};
     if (isJson) {
-        writeDocument(output, result, stats, limits);
+        writeScan(output, result, stats, limits);
     } else {
         writeTreeTable(output, *result.tree, limits);
         writeSummary(output, result, stats);
@@ -118,7 +118,7 @@ constinit const Command scanCommand = {
     .name = "scan",
     .operands = "[PATH]",
     .operandCount = {.minimum = 0, .maximum = 1},
-    .options = options,
+    .options = scanCommandOptions,
     .summary = "Shows what takes the space in a folder (the current one), largest first.",
     .help =
         "\nSizes are allocated bytes. Links are not followed, other volumes and system-managed folders not\n"

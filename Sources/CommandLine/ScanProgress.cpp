@@ -18,7 +18,7 @@ namespace {
 constexpr auto interval = std::chrono::milliseconds(100);
 
 /// Back to the start of the line, and nothing on it (ECMA-48).
-constexpr const char *wipedLine = "\r\033[K";
+constexpr const char *clearedLine = "\r\033[K";
 
 std::size_t terminalColumns() {
     winsize size{};
@@ -46,7 +46,7 @@ ScanProgress::~ScanProgress() {
     }
     ends_.notify_one();
     thread_.join();
-    std::fputs(wipedLine, stderr);
+    std::fputs(clearedLine, stderr);
 }
 
 void ScanProgress::drawUntilEnd() {
@@ -66,7 +66,7 @@ void ScanProgress::draw() const {
         line += endOfText(terminalText(stats_.current()), columns - used);
     else
         line = endOfText(line, columns);
-    std::fputs((wipedLine + line).c_str(), stderr);
+    std::fputs((clearedLine + line).c_str(), stderr);
 }
 
 } // namespace brimvale::commandLine

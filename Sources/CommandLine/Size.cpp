@@ -63,8 +63,8 @@ private:
 };
 
 /// Measures one path and reports it; answers what was in the way instead.
-std::optional<FileError> measure(std::string_view typed, const ScanOptions &scanOptions,
-                                 const ScanStats &stats, Report &report) {
+std::optional<FileError> measureOperand(std::string_view typed, const ScanOptions &scanOptions,
+                                        const ScanStats &stats, Report &report) {
     const auto place = placeToMeasure(typed, scanOptions.skippedPaths);
     if (const auto *error = std::get_if<FileError>(&place))
         return *error;
@@ -83,7 +83,7 @@ ExitStatus runSize(const Arguments &arguments, Output &output) {
     for (const std::string_view typed : arguments.operands()) {
         if (stats.cancelled())
             break;
-        if (const std::optional<FileError> fault = measure(typed, scanOptions, stats, report)) {
+        if (const std::optional<FileError> fault = measureOperand(typed, scanOptions, stats, report)) {
             printPathError(typed, *fault);
             status = ExitStatus::failed;
         }

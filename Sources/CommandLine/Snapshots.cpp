@@ -11,7 +11,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-void writeTable(Output &output, const std::vector<LocalSnapshot> &snapshots) {
+void writeSnapshots(Output &output, const std::vector<LocalSnapshot> &snapshots) {
     constexpr int ageWidth = 14;
     const std::optional<std::string> note = snapshotNote(snapshots.size());
     if (!note) {
@@ -37,7 +37,7 @@ ExitStatus runSnapshots(const Arguments &arguments, Output &output) {
         JsonWriter json(output);
         writeRecords(json, snapshots);
     } else {
-        writeTable(output, snapshots);
+        writeSnapshots(output, snapshots);
     }
     return ExitStatus::done;
 }

@@ -26,7 +26,7 @@ namespace {
 using MessagesExport::Conversation;
 using MessagesExport::Message;
 
-constexpr std::array options = {
+constexpr std::array transcriptOptions = {
     Option{"--limit", Option::Value::number, "N", "Show the oldest N messages of a conversation (5000)."},
     Option{"--output", Option::Value::text, "FILE", "Write the page into FILE, which is overwritten."},
 };
@@ -47,7 +47,7 @@ void writeMessage(JsonWriter &json, const Message &message) {
     json.end();
 }
 
-void writeDocument(Output &output, const std::vector<Conversation> &conversations) {
+void writeConversations(Output &output, const std::vector<Conversation> &conversations) {
     JsonWriter json(output);
     json.beginArray();
     for (const Conversation &conversation : conversations) {
@@ -96,7 +96,7 @@ ExitStatus runTranscript(const Arguments &arguments, Output &output) {
     if (page && !writePage(*page, reading.conversations))
         return ExitStatus::failed;
     if (arguments.has("--json"))
-        writeDocument(output, reading.conversations);
+        writeConversations(output, reading.conversations);
     else if (!page)
         output.write(MessagesExport::html(reading.conversations));
     return reading.isComplete ? ExitStatus::done : ExitStatus::failed;
@@ -108,7 +108,7 @@ constinit const Command transcriptCommand = {
     .name = "transcript",
     .operands = "DATABASE",
     .operandCount = {.minimum = 1, .maximum = 1},
-    .options = options,
+    .options = transcriptOptions,
     .summary = "Makes a Messages database (chat.db) readable, as a page for any browser.",
     .help =
         "\nThe database is only read, by the system's sqlite3. Reactions are left out. Without \"--output\"\n"

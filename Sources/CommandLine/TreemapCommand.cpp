@@ -29,7 +29,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-constexpr std::array options = {
+constexpr std::array treemapOptions = {
     Option{"--width", Option::Value::number, "W", "The width of the treemap in points; required."},
     Option{"--height", Option::Value::number, "H", "Its height; required."},
     Option{"--max-tiles", Option::Value::number, "N",
@@ -50,13 +50,13 @@ int maxTilesOf(const Arguments &arguments) {
     return static_cast<int>(std::min(arguments.number("--max-tiles").value_or(Treemap::usualMaxTiles), most));
 }
 
-std::unique_ptr<FSNode> scan(const FileURL &url, ScanStats &stats) {
+std::unique_ptr<FSNode> scanFolder(const FileURL &url, ScanStats &stats) {
     const Interruption interruption(stats);
     const ScanProgress progress(stats);
     return DiskScanner::scan(url.path(), ScanOptions::standard(), stats);
 }
 
-void writeDocument(Output &output, const std::vector<TreemapTile> &tiles) {
+void writeTreemap(Output &output, const std::vector<TreemapTile> &tiles) {
     JsonWriter json(output);
     json.beginArray();
     for (const TreemapTile &tile : tiles) {
@@ -87,7 +87,7 @@ std::string labelOf(const FSNode &node, bool isStyled) {
     return isStyled ? faint("… " + name) : "… " + name;
 }
 
-void writeRow(Output &output, const std::array<std::string, 6> &figures, std::string_view name) {
+void writeTileRow(Output &output, const std::array<std::string, 6> &figures, std::string_view name) {
     constexpr std::array<std::size_t, 6> widths = {usualSizeWidth, 6, 7, 7, 7, 7};
     for (std::size_t i = 0; i < figures.size(); ++i)
         output.write(rightAligned(figures[i], widths[i]).append("  "));
@@ -95,14 +95,14 @@ void writeRow(Output &output, const std::array<std::string, 6> &figures, std::st
     output.write("\n");
 }
 
-void writeTable(Output &output, const std::vector<TreemapTile> &tiles) {
-    writeRow(output, {"SIZE", "SHARE", "X", "Y", "WIDTH", "HEIGHT"}, "NAME");
+void writeTiles(Output &output, const std::vector<TreemapTile> &tiles) {
+    writeTileRow(output, {"SIZE", "SHARE", "X", "Y", "WIDTH", "HEIGHT"}, "NAME");
     for (const TreemapTile &tile : tiles)
-        writeRow(output,
-                 {TreemapStyle::sizeText(*tile.node), withOneDecimal(tile.fraction * 100) + "%",
-                  withOneDecimal(tile.rect.x), withOneDecimal(tile.rect.y), withOneDecimal(tile.rect.width),
-                  withOneDecimal(tile.rect.height)},
-                 labelOf(*tile.node, output.isStyled()));
+        writeTileRow(output,
+                     {TreemapStyle::sizeText(*tile.node), withOneDecimal(tile.fraction * 100) + "%",
+                      withOneDecimal(tile.rect.x), withOneDecimal(tile.rect.y),
+                      withOneDecimal(tile.rect.width), withOneDecimal(tile.rect.height)},
+                     labelOf(*tile.node, output.isStyled()));
 }
 
 /// Draws the picture that was asked for; what was in the way is told on standard error.
@@ -129,7 +129,7 @@ ExitStatus runTreemap(const Arguments &arguments, Output &output) {
     }
 
     ScanStats stats;
-    const std::unique_ptr<FSNode> folder = scan(std::get<FileURL>(place), stats);
+    const std::unique_ptr<FSNode> folder = scanFolder(std::get<FileURL>(place), stats);
     const std::int64_t width = arguments.number("--width").value_or(0);
     const std::int64_t height = arguments.number("--height").value_or(0);
     const Treemap treemap(*folder, maxTilesOf(arguments));
@@ -140,9 +140,9 @@ ExitStatus runTreemap(const Arguments &arguments, Output &output) {
     if (picture && !drawPicture(*picture, {folder->path(), width, height, tiles}))
         return ExitStatus::failed;
     if (arguments.has("--json"))
-        writeDocument(output, tiles);
+        writeTreemap(output, tiles);
     else if (!picture)
-        writeTable(output, tiles);
+        writeTiles(output, tiles);
     return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
 }
 
@@ -152,7 +152,7 @@ constinit const Command treemapCommand = {
     .name = "treemap",
     .operands = "PATH",
     .operandCount = {.minimum = 1, .maximum = 1},
-    .options = options,
+    .options = treemapOptions,
     .summary = "Lays out the treemap of a folder: a tile for each child, as large as its share.",
     .help = "\nPlaces are in points from the upper left corner, in layout order. What would be less than a "
             "point\n"

@@ -63,7 +63,7 @@ void writeJson(Output &output, const UpdateState &state) {
     json.end();
 }
 
-void writeText(Output &output, const UpdateState &state) {
+void writeState(Output &output, const UpdateState &state) {
     if (std::holds_alternative<UpToDate>(state))
         output.write("Brimvale is up to date\n");
     const auto *available = std::get_if<Available>(&state);
@@ -90,7 +90,7 @@ ExitStatus runUpdate(const Arguments &arguments, Output &output) {
     if (arguments.has("--json"))
         writeJson(output, state);
     else
-        writeText(output, state);
+        writeState(output, state);
     if (const auto *failed = std::get_if<Failed>(&state)) {
         printError("could not update: " + terminalText(failed->message));
         return ExitStatus::failed;

@@ -15,7 +15,7 @@ namespace {
 /// Nobody waits for a first paint here, and a server in another town may answer yet.
 constexpr std::chrono::seconds patience{2};
 
-void writeTable(Output &output, const std::vector<VolumeInfo> &volumes) {
+void writeVolumes(Output &output, const std::vector<VolumeInfo> &volumes) {
     constexpr int sizeWidth = usualSizeWidth;
     std::size_t nameWidth = std::string_view("NAME").size();
     for (const VolumeInfo &volume : volumes)
@@ -44,7 +44,7 @@ ExitStatus runVolumes(const Arguments &arguments, Output &output) {
         writeRecords(json, volumes);
         return ExitStatus::done;
     }
-    writeTable(output, volumes);
+    writeVolumes(output, volumes);
     if (const auto root = VolumeInfo::root(volumes))
         if (const auto sentence = purgeableSentence(*root))
             output.write("\n" + *sentence + "\n");

@@ -32,7 +32,7 @@ std::string withoutLinks(const FileURL &place) {
     return error ? place.path() : real.native();
 }
 
-bool isAtOrUnder(const std::string &inner, const std::string &outer) {
+bool isInside(const std::string &inner, const std::string &outer) {
     return inner.starts_with(outer) && (inner.size() == outer.size() || inner[outer.size()] == '/');
 }
 
@@ -48,11 +48,11 @@ bool holds(const FileURL &item, const FileURL &place) {
     if (name == "/" || name == "." || name == "..")
         return true;
     const FileURL outer = item.standardized();
-    if (isAtOrUnder(place.standardized().path(), outer.path()))
+    if (isInside(place.standardized().path(), outer.path()))
         return true;
     // A link given as an item is copied as a link, and contains nothing.
     const FileURL folder(withoutLinks(outer.parent()));
-    return isAtOrUnder(withoutLinks(place), folder.appending(name).path());
+    return isInside(withoutLinks(place), folder.appending(name).path());
 }
 
 std::optional<std::string> refusal(const std::vector<FileURL> &items, const FileURL &root) {

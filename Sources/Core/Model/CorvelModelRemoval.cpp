@@ -11,7 +11,7 @@ namespace brimvale {
 
 namespace {
 
-constexpr std::chrono::milliseconds progressInterval{200};
+constexpr std::chrono::milliseconds removalInterval{200};
 constexpr std::chrono::milliseconds sliceOfDetaching{8};
 
 /// The nodes that can be removed by themselves: once each, no aggregate, and none that goes with another one.
@@ -107,7 +107,7 @@ void CorvelModel::beginRemoval(Removal removal, RemovalActivity activity, std::f
     removal_ = std::move(removal);
     removedEntries.set(0);
     removalActivity.set(activity);
-    removalTimer_.start(progressInterval);
+    removalTimer_.start(removalInterval);
     inBackground(std::move(work), [this, finish = std::move(finish)](const RemovalResult &result) {
         lastResult.update([&](std::optional<RemovalResult> &last) { last = result; });
         totalFreedThisSession.set(checkedAdd(*totalFreedThisSession, result.bytesFreed));

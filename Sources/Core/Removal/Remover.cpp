@@ -131,7 +131,9 @@ RemovalResult removeWithAdmin(const std::vector<FileURL> &urls, RemovalActions &
     for (const FileURL &url : urls) {
         const FileURL item = url.standardized();
         std::optional<std::string> refusal = check(item);
-        const std::string word = refusal ? "" : " " + quotedForShell(item.path());
+        std::string word;
+        if (!refusal)
+            word.append(" ").append(quotedForShell(item.path()));
         if (!refusal && command.size() + word.size() > longestCommand)
             refusal = doesNotFitReason;
         if (refusal) {

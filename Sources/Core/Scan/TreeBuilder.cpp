@@ -18,7 +18,7 @@ FSNode &nodeOf(FolderHandle folder) {
     return *static_cast<FSNode *>(folder);
 }
 
-void addFile(FSNode &node, std::int64_t size, std::int64_t logicalSize) {
+void addSize(FSNode &node, std::int64_t size, std::int64_t logicalSize) {
     node.size = checkedAdd(node.size, size);
     node.logicalSize = checkedAdd(node.logicalSize, logicalSize);
     node.fileCount = checkedAdd(node.fileCount, 1);
@@ -43,10 +43,10 @@ void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileSta
         publish();
 
     FSNode &node = nodeOf(folder);
-    addFile(node, size, status.length);
+    addSize(node, size, status.length);
     if (size >= state_.options.minimumNodeSize) {
         auto child = std::make_unique<FSNode>(std::string(name), node, false);
-        addFile(*child, size, status.length);
+        addSize(*child, size, status.length);
         children_.push_back(std::move(child));
     } else {
         smallBytes_ = checkedAdd(smallBytes_, size);

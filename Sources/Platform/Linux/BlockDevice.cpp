@@ -15,7 +15,7 @@ namespace {
 constexpr int deepestStack = 8;
 
 /// Decodes a name of the device manager, which writes unsafe bytes as "\x" and two digits.
-std::string unescaped(const std::string &name) {
+std::string unescapedLabel(const std::string &name) {
     std::string text;
     for (std::size_t i = 0; i < name.size(); ++i) {
         const std::string digits = name.substr(i, 2) == "\\x" ? name.substr(i + 2, 2) : "";
@@ -52,7 +52,7 @@ std::optional<std::string> labelOf(const std::string &device) {
          label.increment(error)) {
         std::error_code dangling;
         if (fs::canonical(label->path(), dangling) == wanted && !dangling)
-            return unescaped(label->path().filename().native());
+            return unescapedLabel(label->path().filename().native());
     }
     return std::nullopt;
 }

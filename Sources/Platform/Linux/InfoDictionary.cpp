@@ -26,8 +26,8 @@ PropertyList parse(std::string_view bytes) {
     return PropertyList(list);
 }
 
-std::optional<std::string> stringIn(const PropertyList &dictionary, const char *key) {
-    const plist_t value = plist_dict_get_item(dictionary.get(), key);
+std::optional<std::string> stringIn(const PropertyList &dictionary, const char *name) {
+    const plist_t value = plist_dict_get_item(dictionary.get(), name);
     if (value == nullptr || plist_get_node_type(value) != PLIST_STRING)
         return std::nullopt;
     // The library cannot copy a text that holds a zero byte: it ends the program.

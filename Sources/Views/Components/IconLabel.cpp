@@ -10,7 +10,7 @@ namespace brimvale {
 
 namespace {
 
-QColor colorOf(IconLabel::Tone tone) {
+QColor iconColor(IconLabel::Tone tone) {
     const Theme &theme = Theme::current();
     switch (tone) {
     case IconLabel::Tone::accent:
@@ -40,7 +40,7 @@ void IconLabel::changeEvent(QEvent *event) {
 }
 
 void IconLabel::draw() {
-    setPixmap(Icons::pixmap(iconName_, colorOf(tone_), size_, devicePixelRatioF()));
+    setPixmap(Icons::pixmap(iconName_, iconColor(tone_), size_, devicePixelRatioF()));
 }
 
 } // namespace brimvale

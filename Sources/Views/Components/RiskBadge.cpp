@@ -20,7 +20,7 @@ QFont badgeFont() {
     return Type::font(Type::Size::caption, QFont::DemiBold);
 }
 
-QColor colorOf(CleanupRisk risk) {
+QColor riskColor(CleanupRisk risk) {
     const Theme &theme = Theme::current();
     switch (risk) {
     case CleanupRisk::safe:
@@ -47,7 +47,7 @@ QSize RiskBadge::sizeHint() const {
 }
 
 void RiskBadge::paintEvent(QPaintEvent * /*event*/) {
-    const QColor color = colorOf(risk_);
+    const QColor color = riskColor(risk_);
     QColor ground = color;
     ground.setAlphaF(groundOpacity);
     QPainter painter(this);

@@ -12,7 +12,7 @@ namespace brimvale {
 
 namespace {
 
-constexpr qreal cornerRadius = 4;
+constexpr qreal boxRadius = 4;
 constexpr int focusMargin = 3;
 
 } // namespace
@@ -27,7 +27,7 @@ void paintTickBox(QPainter &painter, const QRectF &box, Qt::CheckState state, bo
     painter.setPen(isOff ? QPen(theme.tertiaryText, 1) : QPen(Qt::NoPen));
     painter.setBrush(isOff ? theme.card : theme.accent);
     const qreal inset = isOff ? 0.5 : 0;
-    painter.drawRoundedRect(box.adjusted(inset, inset, -inset, -inset), cornerRadius, cornerRadius);
+    painter.drawRoundedRect(box.adjusted(inset, inset, -inset, -inset), boxRadius, boxRadius);
 
     QPainterPath mark;
     const auto at = [&box](qreal x, qreal y) {
@@ -74,7 +74,7 @@ void TickBox::paintEvent(QPaintEvent * /*event*/) {
         return;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(Theme::current().accent, 1.5));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), cornerRadius + 2, cornerRadius + 2);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), boxRadius + 2, boxRadius + 2);
 }
 
 } // namespace brimvale

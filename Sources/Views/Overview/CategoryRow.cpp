@@ -16,7 +16,7 @@ namespace brimvale {
 namespace {
 
 constexpr int rowHeight = 54;
-constexpr int tileSize = 32;
+constexpr int rowTileSize = 32;
 constexpr int gap = 12;
 constexpr int barWidth = 120;
 constexpr int barHeight = 6;
@@ -78,9 +78,9 @@ void CategoryRow::paintEvent(QPaintEvent * /*event*/) {
     }
     QRect row = rect().adjusted(Metrics::cardMargin, 0, -Metrics::cardMargin, 0);
     const QColor color = categoryColor(category_.category);
-    Icons::paintTile(painter, QRectF(row.left(), (rowHeight - tileSize) / 2.0, tileSize, tileSize),
+    Icons::paintTile(painter, QRectF(row.left(), (rowHeight - rowTileSize) / 2.0, rowTileSize, rowTileSize),
                      categoryIcon(category_.category), color);
-    row.setLeft(row.left() + tileSize + gap);
+    row.setLeft(row.left() + rowTileSize + gap);
     if (!isLast_)
         painter.fillRect(QRect(row.left(), height() - 1, width() - row.left(), 1), theme.separator);
 

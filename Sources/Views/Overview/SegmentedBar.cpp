@@ -17,9 +17,9 @@ namespace brimvale {
 
 namespace {
 
-constexpr int barHeight = 24;
+constexpr int segmentHeight = 24;
 constexpr qreal cornerRadius = 6;
-constexpr qreal gap = 2;
+constexpr qreal segmentGap = 2;
 
 } // namespace
 
@@ -58,7 +58,7 @@ QRectF SegmentedBar::rectOf(std::size_t segment) const {
 }
 
 QSize SegmentedBar::sizeHint() const {
-    return {200, barHeight};
+    return {200, segmentHeight};
 }
 
 void SegmentedBar::paintEvent(QPaintEvent * /*event*/) {
@@ -73,8 +73,8 @@ void SegmentedBar::paintEvent(QPaintEvent * /*event*/) {
         const QRectF place = rectOf(i);
         painter.fillRect(place, segments_[i].color);
         // A segment narrower than the gap would be nothing but gap.
-        if (place.width() > 2 * gap)
-            painter.fillRect(QRectF(place.right() - gap, 0, gap, height()), theme.card);
+        if (place.width() > 2 * segmentGap)
+            painter.fillRect(QRectF(place.right() - segmentGap, 0, segmentGap, height()), theme.card);
     }
 }
 

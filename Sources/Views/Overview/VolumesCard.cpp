@@ -18,7 +18,7 @@ namespace brimvale {
 
 namespace {
 
-constexpr int barWidth = 120;
+constexpr int usageBarWidth = 120;
 constexpr int freeWidth = 190;
 
 } // namespace
@@ -49,7 +49,7 @@ QWidget *VolumesCard::makeRow(const VolumeInfo &volume) {
     auto *name = new ElidedLabel(Type::Size::body, TextLabel::Tone::primary, Qt::ElideMiddle, row);
     name->setText(QString::fromStdString(volume.name));
     auto *bar = new CapacityBar(row);
-    bar->setFixedWidth(barWidth);
+    bar->setFixedWidth(usageBarWidth);
     bar->setAccessibleName(u"Capacity of %1"_s.arg(name->text()));
     const double total = static_cast<double>(std::max<std::int64_t>(volume.totalCapacity, 1));
     bar->setUsedShare(1 - static_cast<double>(volume.trueFree) / total);

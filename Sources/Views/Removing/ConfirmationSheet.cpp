@@ -11,7 +11,7 @@ namespace brimvale {
 
 namespace {
 
-constexpr int sheetWidth = 420;
+constexpr int confirmationWidth = 420;
 
 } // namespace
 
@@ -24,7 +24,7 @@ TextSheet::TextSheet(const char *objectName, const QString &title, const QString
     content_->addWidget(makeHeading("question", title));
     content_->addWidget(explanation);
     content_->addSpacing(4);
-    setFixedWidth(sheetWidth);
+    setFixedWidth(confirmationWidth);
 }
 
 ConfirmationSheet::ConfirmationSheet(const QString &question, const QString &explanation,

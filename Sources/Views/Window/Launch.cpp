@@ -45,9 +45,9 @@ std::optional<System> systemNamed(std::string_view name) {
     return name == "linux" ? std::optional(System::linux) : std::nullopt;
 }
 
-using Words = std::span<const char *const>;
+using Arguments = std::span<const char *const>;
 
-std::string_view takeFirst(Words &words) {
+std::string_view takeFirst(Arguments &words) {
     const std::string_view first = words.empty() ? std::string_view() : words.front();
     words = words.subspan(words.empty() ? 0 : 1);
     return first;
@@ -55,7 +55,7 @@ std::string_view takeFirst(Words &words) {
 
 /// The value of the option `name` if `word` is that option: what follows "=" in it, else the next word, which
 /// is taken. Nothing where `word` is something else.
-std::optional<std::string_view> valueOf(std::string_view name, std::string_view word, Words &rest) {
+std::optional<std::string_view> valueOf(std::string_view name, std::string_view word, Arguments &rest) {
     if (!word.starts_with(name))
         return std::nullopt;
     word.remove_prefix(name.size());
@@ -83,7 +83,7 @@ std::variant<FileURL, FileError> folderAt(std::string_view typed) {
 
 } // namespace
 
-std::variant<Launch, Launch::Refusal> Launch::read(Words words, std::string_view version) {
+std::variant<Launch, Launch::Refusal> Launch::read(Arguments words, std::string_view programVersion) {
     Launch launch;
     std::optional<std::string_view> folder;
     bool isPastOptions = false;
@@ -98,7 +98,7 @@ std::variant<Launch, Launch::Refusal> Launch::read(Words words, std::string_view
         } else if (word == "--help") {
             return Refusal{.text = std::string(help)};
         } else if (word == "--version") {
-            return Refusal{.text = "brimvale " + std::string(version) + "\n"};
+            return Refusal{.text = "brimvale " + std::string(programVersion) + "\n"};
         } else if (const auto name = valueOf("--system", word, words)) {
             launch.system = systemNamed(*name);
             if (!launch.system)

@@ -25,7 +25,7 @@ struct Launch {
     /// Reads the words behind the program's name. A relative folder lies in the working directory; one that
     /// exists but cannot be read is the page's to tell about.
     [[nodiscard]] static std::variant<Launch, Refusal> read(std::span<const char *const> words,
-                                                            std::string_view version);
+                                                            std::string_view programVersion);
 };
 
 } // namespace brimvale

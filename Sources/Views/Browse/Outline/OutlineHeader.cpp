@@ -17,7 +17,7 @@ namespace brimvale {
 namespace {
 
 constexpr int headerHeight = 32;
-constexpr int chevronSize = 12;
+constexpr int arrowSize = 12;
 constexpr int columnsNeverLeftOut = 2; ///< the most important ones
 
 /// The places of the columns, the most important one first.
@@ -98,9 +98,9 @@ void OutlineHeader::paintSection(QPainter *painter, const QRect &rect, int secti
         return;
     const QString name = sortIndicatorOrder() == Qt::AscendingOrder ? QStringLiteral("chevron-up")
                                                                     : QStringLiteral("chevron-down");
-    const int x = alignment.testFlag(Qt::AlignRight) ? words.left() - chevronSize - 2 : words.right() + 3;
-    painter->drawPixmap(x, rect.center().y() - chevronSize / 2 + 1,
-                        Icons::pixmap(name, theme.secondaryText, chevronSize, devicePixelRatioF()));
+    const int x = alignment.testFlag(Qt::AlignRight) ? words.left() - arrowSize - 2 : words.right() + 3;
+    painter->drawPixmap(x, rect.center().y() - arrowSize / 2 + 1,
+                        Icons::pixmap(name, theme.secondaryText, arrowSize, devicePixelRatioF()));
 }
 
 void OutlineHeader::paintEvent(QPaintEvent *event) {
