@@ -3,7 +3,7 @@
 #   build PRESET [CMAKE-OPTION…]
 #
 # which configures the preset if needed, and builds it. Prints nothing when everything is up to date, one line when
-# it builds, and the whole log when it fails.
+# it builds, and the whole log when it fails. The build stops after $faults failures (default: 1; 0: never).
 # shellcheck shell=bash
 
 top=$(CDPATH='' cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -22,7 +22,7 @@ build() {
         mkdir -p "$top/build"
         (cd "$top" && cmake --preset "$preset" "$@") >"$log" 2>&1 || show_failed_build "$log" || return
     fi
-    cmake --build "$folder" >"$log" 2>&1 || show_failed_build "$log"
+    cmake --build "$folder" -- -k "${faults:-1}" >"$log" 2>&1 || show_failed_build "$log"
 }
 
 show_failed_build() {
