@@ -153,7 +153,7 @@ TEST(ScanJson, WritesNamesOfAnyBytes) {
 }
 
 TEST(ScanJson, WritesDeepTree) {
-    constexpr int depth = 3000;
+    constexpr int depth = BRIMVALE_CHAIN_DEPTH;
     const TemporaryFolder folder;
     makeChain(folder.path(), "d", depth);
 

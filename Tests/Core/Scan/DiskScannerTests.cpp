@@ -170,7 +170,7 @@ TEST(DiskScanner, RootMayBeLinkFileOrMissing) {
 
 TEST(DiskScanner, ScansDeepTreeWithFewDescriptors) {
     const TemporaryFolder folder;
-    constexpr int depth = 5000;
+    constexpr int depth = BRIMVALE_CHAIN_DEPTH;
     makeChain(folder.makeFolder("short"), "d", depth);
     // Each name alone is a twentieth of PATH_MAX.
     makeChain(folder.makeFolder("long"), std::string(200, 'n'), 400);
