@@ -1,5 +1,6 @@
 #include "Views/Apps/LeftoverGroup.h"
 
+#include "Catalogs/CleanupEntry.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/TickBox.h"

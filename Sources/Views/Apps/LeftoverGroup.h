@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Catalogs/CleanupEntry.h"
 #include "Views/Apps/LeftoverListModel.h"
 #include "Views/Components/Card.h"
 
@@ -8,6 +7,7 @@ namespace brimvale {
 
 class RowList;
 class TickBox;
+struct CleanupEntry;
 
 /// The leftovers that are tied to an application with the same confidence, under a heading that says so.
 class LeftoverGroup : public Card {

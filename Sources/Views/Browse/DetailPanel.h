@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Core/Scan/FSNode.h"
-
 #include <QWidget>
 #include <array>
 #include <cstdint>
@@ -14,6 +12,7 @@ namespace brimvale {
 
 class DestructiveButton;
 class ElidedLabel;
+class FSNode;
 class TextLabel;
 
 /// What is known of the selected nodes, and what can be done with them. Keeps no node: figures are

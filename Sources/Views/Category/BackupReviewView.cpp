@@ -155,7 +155,7 @@ void BackupReviewView::addChoice(QVBoxLayout &layout) {
     remove->setObjectName(QStringLiteral("deleteOriginals"));
     remove->setText(u"Delete Originals"_s);
     connect(remove, &QPushButton::clicked, this, &QDialog::accept);
-    addButtons(layout, {remove, makeWayOut("keepBoth", u"Keep Both"_s)});
+    addButtons(layout, {remove, makeCloseButton("keepBoth", u"Keep Both"_s)});
 }
 
 } // namespace brimvale

@@ -35,7 +35,7 @@ TextLabel *Sheet::makeHeading(const char *objectName, const QString &words) {
     return heading;
 }
 
-QPushButton *Sheet::makeWayOut(const char *objectName, const QString &title) {
+QPushButton *Sheet::makeCloseButton(const char *objectName, const QString &title) {
     auto *button = new QPushButton(title, this);
     button->setObjectName(QLatin1String(objectName));
     button->setDefault(true);

@@ -23,8 +23,9 @@ protected:
     QVBoxLayout *makeLayout(int gap = 12);
     [[nodiscard]] TextLabel *makeHeading(const char *objectName, const QString &words);
     /// The button that closes the sheet and does nothing else, which is the default.
-    [[nodiscard]] QPushButton *makeWayOut(const char *objectName, const QString &title);
-    /// Adds a row of buttons, in this order at its right end. The last one, the way out, has the focus.
+    [[nodiscard]] QPushButton *makeCloseButton(const char *objectName, const QString &title);
+    /// Adds a row of buttons, in this order at its right end. The last one, which closes the sheet, has the
+    /// focus.
     void addButtons(QVBoxLayout &layout, std::initializer_list<QPushButton *> buttons);
 };
 

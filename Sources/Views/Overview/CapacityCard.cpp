@@ -1,5 +1,7 @@
 #include "Views/Overview/CapacityCard.h"
 
+#include "Catalogs/StorageCategory.h"
+#include "Core/Storage/VolumeInfo.h"
 #include "Views/Components/CategoryStyle.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/Icons.h"

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Catalogs/StorageCategory.h"
-#include "Core/Storage/VolumeInfo.h"
 #include "Views/Components/Card.h"
 
 #include <optional>
@@ -13,6 +11,8 @@ class ElidedLabel;
 class Legend;
 class SegmentedBar;
 class TextLabel;
+struct MeasuredCategory;
+struct VolumeInfo;
 
 /// How full the root volume is, and with what.
 class CapacityCard : public Card {

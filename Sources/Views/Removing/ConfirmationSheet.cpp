@@ -34,12 +34,12 @@ ConfirmationSheet::ConfirmationSheet(const QString &question, const QString &exp
     act->setObjectName(QStringLiteral("confirm"));
     act->setText(action);
     connect(act, &QPushButton::clicked, this, &QDialog::accept);
-    addButtons(content(), {act, makeWayOut("cancel", u"Cancel"_s)});
+    addButtons(content(), {act, makeCloseButton("cancel", u"Cancel"_s)});
 }
 
 NoticeSheet::NoticeSheet(const QString &title, const QString &text, QWidget *parent)
     : TextSheet("noticeSheet", title, text, parent) {
-    addButtons(content(), {makeWayOut("ok", u"OK"_s)});
+    addButtons(content(), {makeCloseButton("ok", u"OK"_s)});
 }
 
 } // namespace brimvale

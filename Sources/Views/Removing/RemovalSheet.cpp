@@ -63,7 +63,7 @@ RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
     layout->addWidget(picker_, 0, Qt::AlignLeft);
     layout->addWidget(remark_);
     layout->addStretch(1);
-    addButtons(*layout, {remove_, makeWayOut("cancel", u"Cancel"_s)});
+    addButtons(*layout, {remove_, makeCloseButton("cancel", u"Cancel"_s)});
     setFixedWidth(sheetWidth);
     showMode();
     resize(sheetWidth, layout->totalHeightForWidth(sheetWidth));

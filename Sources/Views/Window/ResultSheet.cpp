@@ -95,13 +95,13 @@ void ResultSheet::addAdminSection(QVBoxLayout &layout, const std::vector<FileURL
 
 void ResultSheet::addChoice(QVBoxLayout &layout, const std::vector<FileURL> &needsAdmin) {
     if (needsAdmin.empty())
-        return addButtons(layout, {makeWayOut("ok", u"OK"_s)});
+        return addButtons(layout, {makeCloseButton("ok", u"OK"_s)});
     authenticate_ = makeButton("authenticate", u"Authenticate and remove"_s, this);
     connect(authenticate_, &QPushButton::clicked, this, [this, needsAdmin] {
         emit escalated(needsAdmin);
         accept();
     });
-    addButtons(layout, {authenticate_, makeWayOut("skip", u"Skip"_s)});
+    addButtons(layout, {authenticate_, makeCloseButton("skip", u"Skip"_s)});
 }
 
 } // namespace brimvale

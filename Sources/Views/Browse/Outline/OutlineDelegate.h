@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Core/Scan/FSNode.h"
-
 #include <QStyledItemDelegate>
 
 namespace brimvale {
+
+class FSNode;
 
 /// Paints the cells of an outline; the view paints the ground of the rows.
 class OutlineDelegate : public QStyledItemDelegate {
