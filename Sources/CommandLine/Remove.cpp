@@ -1,6 +1,5 @@
 #include "CommandLine/Remove.h"
 
-#include "Base/Bytes.h"
 #include "CommandLine/Confirmation.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/JsonWriter.h"
@@ -10,6 +9,7 @@
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Removal/Remover.h"
 #include "Core/Scan/DiskScanner.h"
+#include "Core/Storage/CleanupEntries.h"
 #include "Core/Text/Formatting.h"
 
 #include <array>
@@ -18,6 +18,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace brimvale::commandLine {
@@ -39,20 +40,24 @@ Route routeIn(const Arguments &arguments) {
     return arguments.has("--delete") ? Route::deletion : Route::trash;
 }
 
-/// Measures what would be removed, until `isStopped`.
-Remover::Sizes measureOperands(const std::vector<FileURL> &urls, const std::atomic<bool> &isStopped) {
+/// The items with their sizes, as far as they were measured before `isStopped`. What the guards refuse is not
+/// measured, and will not be removed.
+std::vector<CleanupEntry> measureOperands(const RemovalOperands &operands,
+                                          const std::atomic<bool> &isStopped) {
     const ScanOptions scanOptions = ScanOptions::standard();
-    Remover::Sizes sizes;
-    for (const FileURL &url : urls)
-        sizes[url] =
-            DiskScanner::quickSize(url.standardized().path(), scanOptions, [&] { return isStopped.load(); });
-    return sizes;
+    const std::unordered_set<FileURL> admitted(operands.admitted.begin(), operands.admitted.end());
+    std::vector<CleanupEntry> entries;
+    for (const FileURL &url : operands.urls) {
+        entries.push_back({.url = url});
+        if (admitted.contains(url))
+            entries.back().size = DiskScanner::quickSize(url.standardized().path(), scanOptions,
+                                                         [&] { return isStopped.load(); });
+    }
+    return entries;
 }
 
-std::string question(const RemovalOperands &operands, const Remover::Sizes &sizes, Route route) {
-    std::int64_t bytes = 0;
-    for (const auto &[url, size] : sizes)
-        bytes = checkedAdd(bytes, size);
+std::string question(const RemovalOperands &operands, const std::vector<CleanupEntry> &entries, Route route) {
+    const std::int64_t bytes = CleanupEntries::totalSize(entries);
     const auto count = static_cast<std::int64_t>(operands.admitted.size());
     const auto all = static_cast<std::int64_t>(operands.urls.size());
     std::string items = Fmt::count(count);
@@ -66,12 +71,13 @@ std::string question(const RemovalOperands &operands, const Remover::Sizes &size
            " This cannot be undone.";
 }
 
-RemovalResult removeBy(Route route, const std::vector<FileURL> &urls, const Remover::Sizes &sizes,
-                       RemovalProgress &progress) {
+/// Removes the items; they come with their sizes where they were `measured` for the question.
+RemovalResult removeBy(Route route, const std::vector<FileURL> &urls,
+                       const std::optional<std::vector<CleanupEntry>> &measured, RemovalProgress &progress) {
     if (route == Route::administrator)
         return Remover::removeWithAdmin(urls);
     const RemovalMode mode = route == Route::deletion ? RemovalMode::deleteNow : RemovalMode::trash;
-    return Remover::remove(urls, mode, sizes, &progress);
+    return measured ? Remover::remove(*measured, mode, &progress) : Remover::remove(urls, mode, &progress);
 }
 
 void writeUrls(JsonWriter &json, std::string_view key, const std::vector<FileURL> &urls) {
@@ -135,20 +141,20 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
     const Route route = routeIn(arguments);
     const bool isJson = arguments.has("--json");
     RemovalProgress progress;
-    Remover::Sizes sizes;
+    std::optional<std::vector<CleanupEntry>> entries;
     if (asks && !operands->admitted.empty()) {
         {
             const Interruption interruption(progress.cancelled);
-            sizes = measureOperands(operands->admitted, progress.cancelled);
+            entries = measureOperands(*operands, progress.cancelled);
         }
         if (progress.cancelled)
             return endUnbegun(output, isJson, ExitStatus::interrupted);
-        if (!confirm(question(*operands, sizes, route)))
+        if (!confirm(question(*operands, *entries, route)))
             return endUnbegun(output, isJson, ExitStatus::failed);
     }
 
     const Interruption interruption(progress.cancelled);
-    const RemovalResult result = removeBy(route, operands->urls, sizes, progress);
+    const RemovalResult result = removeBy(route, operands->urls, entries, progress);
     report(output, result, isJson);
     if (progress.cancelled) {
         output.flush();

@@ -27,7 +27,7 @@ protected:
 
     SampleHome home;
     RecordingActions actions;
-    CorvelModel model{nullptr, actions};
+    CorvelModel model{actions};
     Page page{model};
 };
 

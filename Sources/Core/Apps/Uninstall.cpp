@@ -15,17 +15,14 @@ bool removesBundle(const AppRow &row, bool includeBundle) {
 
 } // namespace
 
-Items items(const AppRow &row, const std::vector<LeftoverItem> &leftovers, bool includeBundle) {
-    Items items;
-    const auto add = [&](const FileURL &url, std::int64_t size) {
-        items.urls.push_back(url);
-        items.sizes.emplace(url, size);
-    };
+std::vector<CleanupEntry> entries(const AppRow &row, const std::vector<LeftoverItem> &leftovers,
+                                  bool includeBundle) {
+    std::vector<CleanupEntry> entries;
     for (const LeftoverItem &leftover : leftovers)
-        add(leftover.url, leftover.size);
+        entries.push_back({.url = leftover.url, .size = leftover.size});
     if (removesBundle(row, includeBundle))
-        add(row.app.url, row.bundleSize);
-    return items;
+        entries.push_back({.url = row.app.url, .size = row.bundleSize});
+    return entries;
 }
 
 std::string confirmation(const AppRow &row, const std::vector<LeftoverItem> &leftovers, bool includeBundle) {
@@ -41,16 +38,6 @@ std::string confirmation(const AppRow &row, const std::vector<LeftoverItem> &lef
     if (leftovers.size() != 1)
         text += 's';
     return text.append(", freeing about ").append(Fmt::byteFormatter(size));
-}
-
-void update(std::vector<AppRow> &rows, const FileURL &app, const RemovalResult &result) {
-    const auto hasGone = [&](const FileURL &url) {
-        return std::find(result.succeeded.begin(), result.succeeded.end(), url) != result.succeeded.end();
-    };
-    if (hasGone(app))
-        std::erase_if(rows, [&](const AppRow &row) { return row.app.url == app; });
-    for (AppRow &row : rows)
-        std::erase_if(row.leftovers, [&](const LeftoverItem &item) { return hasGone(item.url); });
 }
 
 std::string otherClaims(const LeftoverItem &item, const FileURL &claimant, std::span<const AppRow> rows) {

@@ -1,174 +1,46 @@
 #include "Core/Model/CorvelModel.h"
 
-#include "Core/Backup/Archiver.h"
-#include "Core/Removal/Remover.h"
-#include "Core/Scan/DiskScanner.h"
-#include "Core/Storage/CleanupCatalog.h"
-#include "Core/Storage/Permissions.h"
-#include "Core/Storage/StorageCategories.h"
-#include "Core/Storage/StorageFigures.h"
-#include "Platform/Host.h"
-
-#include <algorithm>
-#include <utility>
+#include "Core/Model/Apps.h"
+#include "Core/Model/Backups.h"
+#include "Core/Model/Cleanup.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/ScanSession.h"
+#include "Core/Model/Storage.h"
+#include "Core/Model/Volumes.h"
+#include "Core/Model/Workers.h"
+#include "Core/Removal/RemovalActions.h"
 
 namespace brimvale {
 
-namespace {
+/// In the order in which they need each other.
+struct CorvelModel::Parts {
+    explicit Parts(RemovalActions &removalActions) : actions(removalActions) {}
 
-constexpr std::chrono::milliseconds progressInterval{200};
-constexpr int leastWorkers = 6;
-/// A Mac gives half a megabyte, too little for its parser of property lists on the worst that we let it have.
-constexpr unsigned stackSize = 8 * 1024 * 1024;
-/// For volumes that did not answer at once: they are on a network, or behind another program.
-constexpr std::chrono::seconds patienceForDistantVolumes{2};
+    RemovalActions &actions;
+    Workers workers; // destroyed after the parts have cancelled what runs
+    Volumes volumes{workers, actions};
+    ScanSession scan{workers, volumes};
+    Removals removals{workers, actions, volumes, scan};
+    Cleanup cleanup{workers};
+    Storage storage{workers, volumes};
+    Apps apps{workers, removals};
+    Backups backups{workers, removals};
+};
 
-} // namespace
+CorvelModel::CorvelModel() : CorvelModel(RemovalActions::platform()) {}
 
-CorvelModel::CorvelModel(QObject *parent, RemovalActions &actions)
-    : QObject(parent), scanRootPath(this, homeFolder().path()),
-      cleanupTargets(this, CleanupCatalog::definitions()),
-      categories(this, StorageFigures::unmeasured(StorageCategories::all())),
-      backupRoot(this, Archiver::defaultDestination()), removalActions_(actions) {
-    connect(&progressTimer_, &QTimer::timeout, this, &CorvelModel::pollScan);
-    connect(&removalTimer_, &QTimer::timeout, this,
-            [this] { removedEntries.set(removal_->progress->entriesRemoved); });
-    // Most of them wait, for the disk or for a password.
-    workers_.setMaxThreadCount(std::max(workers_.maxThreadCount(), leastWorkers));
-    workers_.setStackSize(stackSize);
-    refreshVolumes();
+CorvelModel::CorvelModel(RemovalActions &actions)
+    : parts_(std::make_unique<Parts>(actions)), volumes(parts_->volumes), scan(parts_->scan),
+      removals(parts_->removals), cleanup(parts_->cleanup), storage(parts_->storage), apps(parts_->apps),
+      backups(parts_->backups) {
+    QObject::connect(&removals, &Removals::gone, &apps, &Apps::drop);
+    QObject::connect(&removals, &Removals::gone, &cleanup, &Cleanup::drop);
+    QObject::connect(&removals, &Removals::gone, &storage, &Storage::drop);
+    QObject::connect(&removals, &Removals::gone, &scan, &ScanSession::drop);
+    QObject::connect(&volumes, &Volumes::snapshotDeletionEnded, &storage,
+                     qOverload<>(&Storage::resolveRemainder));
 }
 
-CorvelModel::~CorvelModel() {
-    if (scanStats_ != nullptr)
-        scanStats_->cancel();
-    if (removal_)
-        removal_->progress->cancelled = true;
-    cancelArchive();
-    isClosing_->store(true);
-    workers_.waitForDone();
-}
-
-std::optional<VolumeInfo> CorvelModel::rootVolume() const {
-    return VolumeInfo::root(*volumes);
-}
-
-void CorvelModel::chooseScanRoot(std::string path) {
-    scanRootPath.set(std::move(path));
-}
-
-void CorvelModel::startScan(std::optional<std::string> path) {
-    if (*isScanning) {
-        if (scanStats_ != nullptr)
-            scanStats_->cancel();
-        finishScan(nullptr);
-    }
-    if (path)
-        scanRootPath.set(*std::move(path));
-    scanStats_ = std::make_shared<ScanStats>();
-    isScanning.set(true);
-    scanFiles.set(0);
-    scanBytes.set(0);
-    scanUnreadable.set(0);
-    scanElapsed.set(0);
-    scanCurrentPath.set(*scanRootPath);
-    withdrawTree();
-    scanStart_ = std::chrono::steady_clock::now();
-    progressTimer_.start(progressInterval);
-
-    inBackground(
-        [root = *scanRootPath, stats = scanStats_] {
-            std::shared_ptr<FSNode> found = DiskScanner::scan(root, ScanOptions::standard(), *stats);
-            found->sortRecursively();
-            return found;
-        },
-        [this, stats = scanStats_](std::shared_ptr<FSNode> found) {
-            // Asked here, since a scan may be cancelled while its result waits for the event loop.
-            if (stats->cancelled())
-                freeInBackground(std::exchange(found, nullptr));
-            finishScan(found);
-        });
-}
-
-void CorvelModel::pollScan() {
-    if (scanStats_ == nullptr)
-        return;
-    scanFiles.set(scanStats_->files());
-    scanBytes.set(scanStats_->bytes());
-    scanUnreadable.set(scanStats_->unreadable());
-    scanCurrentPath.set(scanStats_->current());
-    if (scanStart_)
-        scanElapsed.set(
-            std::chrono::duration<double>(std::chrono::steady_clock::now() - *scanStart_).count());
-}
-
-// A superseded scan ends here too when its walk returns, and so ends the newer scan's progress early; the
-// newer scan's tree still comes.
-void CorvelModel::finishScan(const std::shared_ptr<FSNode> &found) {
-    progressTimer_.stop();
-    if (found != nullptr) {
-        withdrawTree();
-        tree.set(found);
-        if (scanStats_ != nullptr) {
-            scanFiles.set(scanStats_->files());
-            scanUnreadable.set(scanStats_->unreadable());
-        }
-        scanBytes.set(found->size);
-        lastScanDate.set(now());
-    }
-    if (scanStart_)
-        scanElapsed.set(
-            std::chrono::duration<double>(std::chrono::steady_clock::now() - *scanStart_).count());
-    isScanning.set(false);
-    scanStats_ = nullptr;
-    scanCurrentPath.set("");
-    refreshVolumes();
-}
-
-void CorvelModel::withdrawTree() {
-    std::shared_ptr<FSNode> old = *tree;
-    tree.set(nullptr);
-    freeInBackground(std::move(old));
-}
-
-/// A tree has so many nodes that the window would stand still meanwhile.
-void CorvelModel::freeInBackground(std::shared_ptr<FSNode> old) {
-    if (old != nullptr)
-        workers_.start([old = std::move(old)]() mutable { old.reset(); });
-}
-
-void CorvelModel::refreshVolumes() {
-    volumes.set(VolumeInfo::current());
-    hasFullDiskAccess.set(Permissions::hasFullDiskAccess());
-    struct Found {
-        std::vector<VolumeInfo> volumes;
-        std::vector<LocalSnapshot> snapshots;
-    };
-    inBackground(
-        [] {
-            return Found{VolumeInfo::current(patienceForDistantVolumes), LocalSnapshot::list("/")};
-        },
-        [this](Found found) {
-            volumes.set(std::move(found.volumes));
-            snapshots.set(std::move(found.snapshots));
-        });
-}
-
-void CorvelModel::deleteSnapshot(const LocalSnapshot &snapshot, const std::function<void(bool)> &done) {
-    if (*isDeletingSnapshot)
-        return;
-    isDeletingSnapshot.set(true);
-    inBackground(
-        [name = snapshot.name, &actions = removalActions_] {
-            return Remover::deleteSnapshot(name, FileURL("/"), actions);
-        },
-        [this, done](bool isDeleted) {
-            isDeletingSnapshot.set(false);
-            refreshVolumes();
-            if (*isMeasuringCategories || *lastCategoryScan)
-                resolveRemainder();
-            done(isDeleted);
-        });
-}
+CorvelModel::~CorvelModel() = default;
 
 } // namespace brimvale

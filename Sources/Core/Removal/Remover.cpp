@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 namespace brimvale::Remover {
@@ -62,6 +63,39 @@ void addSuccess(RemovalResult &result, const FileURL &url, std::int64_t size) {
     result.bytesFreed = checkedAdd(result.bytesFreed, size);
 }
 
+struct Item {
+    const FileURL &url;
+    std::optional<std::int64_t> size; ///< allocated bytes, where they are known
+};
+
+void removeOne(const Item &asked, RemovalMode mode, RemovalProgress *progress, RemovalActions &actions,
+               RemovalResult &result) {
+    const FileURL &url = asked.url;
+    if (isStopped(progress)) {
+        result.failed.push_back({url, stoppedReason});
+        return;
+    }
+    const FileURL item = url.standardized();
+    if (std::optional<std::string> refusal = check(item)) {
+        result.failed.push_back({url, *std::move(refusal)});
+        return;
+    }
+    const std::int64_t size = asked.size ? *asked.size : measuredSize(item, progress);
+    if (isStopped(progress)) {
+        result.failed.push_back({url, stoppedReason});
+        return;
+    }
+    const std::optional<FileError> error = mode == RemovalMode::deleteNow
+                                               ? actions.removeItem(item, progress)
+                                               : moveToTrash(item, progress, actions);
+    if (!error)
+        addSuccess(result, url, size);
+    else if (needsAdministrator(*error))
+        result.needsAdmin.push_back(url);
+    else
+        result.failed.push_back({url, error->localizedDescription});
+}
+
 std::string withoutEvery(std::string text, std::string_view part) {
     for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at))
         text.erase(at, part.size());
@@ -88,36 +122,19 @@ bool isPermissionDenied(const FileError &error) {
     return isDenied(error) || (error.underlying != nullptr && isDenied(*error.underlying));
 }
 
-RemovalResult remove(const std::vector<FileURL> &urls, RemovalMode mode, const Sizes &precomputedSizes,
-                     RemovalProgress *progress, RemovalActions &actions) {
+RemovalResult remove(const std::vector<CleanupEntry> &entries, RemovalMode mode, RemovalProgress *progress,
+                     RemovalActions &actions) {
     RemovalResult result;
-    for (const FileURL &url : urls) {
-        if (isStopped(progress)) {
-            result.failed.push_back({url, stoppedReason});
-            continue;
-        }
-        const FileURL item = url.standardized();
-        if (std::optional<std::string> refusal = check(item)) {
-            result.failed.push_back({url, *std::move(refusal)});
-            continue;
-        }
-        const auto known = precomputedSizes.find(url);
-        const std::int64_t size =
-            known != precomputedSizes.end() ? known->second : measuredSize(item, progress);
-        if (isStopped(progress)) {
-            result.failed.push_back({url, stoppedReason});
-            continue;
-        }
-        const std::optional<FileError> error = mode == RemovalMode::deleteNow
-                                                   ? actions.removeItem(item, progress)
-                                                   : moveToTrash(item, progress, actions);
-        if (!error)
-            addSuccess(result, url, size);
-        else if (needsAdministrator(*error))
-            result.needsAdmin.push_back(url);
-        else
-            result.failed.push_back({url, error->localizedDescription});
-    }
+    for (const CleanupEntry &entry : entries)
+        removeOne({entry.url, entry.size}, mode, progress, actions, result);
+    return result;
+}
+
+RemovalResult remove(const std::vector<FileURL> &urls, RemovalMode mode, RemovalProgress *progress,
+                     RemovalActions &actions) {
+    RemovalResult result;
+    for (const FileURL &url : urls)
+        removeOne({url, std::nullopt}, mode, progress, actions, result);
     return result;
 }
 
@@ -146,7 +163,7 @@ RemovalResult removeWithAdmin(const std::vector<FileURL> &urls, RemovalActions &
     if (admitted.empty())
         return result;
 
-    Sizes sizes;
+    std::unordered_map<FileURL, std::int64_t> sizes;
     for (const FileURL &item : admitted)
         if (!sizes.contains(item))
             sizes[item] = measuredSize(item);

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "Catalogs/CleanupEntry.h"
 #include "Core/Removal/RemovalActions.h"
 #include "Core/Removal/RemovalMode.h"
 #include "Core/Removal/RemovalResult.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace brimvale {
@@ -17,9 +16,6 @@ namespace brimvale {
 /// Without state; every function blocks, so call it off the main thread.
 namespace Remover {
 
-/// Allocated bytes of items already measured.
-using Sizes = std::unordered_map<FileURL, std::int64_t>;
-
 /// Nothing when the item may be removed; otherwise the reason, as one readable sentence. Uses the guards of
 /// the host at the first call, for the whole run of the program.
 [[nodiscard]] std::optional<std::string> check(const FileURL &url);
@@ -28,11 +24,16 @@ using Sizes = std::unordered_map<FileURL, std::int64_t>;
 /// is POSIX EACCES.
 [[nodiscard]] bool isPermissionDenied(const FileError &error);
 
-/// Moves the items to the Trash or deletes them, in this order. Sizes come from `precomputedSizes`, or are
-/// measured just before the removal. Once `progress` is cancelled nothing more is removed, and the remaining
-/// items are failures that say so. A sum above 64 bits ends the program.
+/// Moves the items to the Trash or deletes them, in this order; each counts with the size that it comes with.
+/// Once `progress` is cancelled nothing more is removed, and the remaining items are failures that say so. A
+/// sum above 64 bits ends the program.
+[[nodiscard]] RemovalResult remove(const std::vector<CleanupEntry> &entries, RemovalMode mode,
+                                   RemovalProgress *progress = nullptr,
+                                   RemovalActions &actions = RemovalActions::platform());
+
+/// The same for items that have not been measured: each is measured just before it is removed.
 [[nodiscard]] RemovalResult remove(const std::vector<FileURL> &urls, RemovalMode mode,
-                                   const Sizes &precomputedSizes = {}, RemovalProgress *progress = nullptr,
+                                   RemovalProgress *progress = nullptr,
                                    RemovalActions &actions = RemovalActions::platform());
 
 /// Deletes the items as administrator with one command; the system asks once for the password, or not at all

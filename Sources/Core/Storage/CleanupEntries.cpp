@@ -1,7 +1,7 @@
 #include "Core/Storage/CleanupEntries.h"
 
 #include "Base/Bytes.h"
-#include "Core/Removal/EnclosingFolders.h"
+#include "Core/Removal/GonePaths.h"
 #include "Platform/Dataless.h"
 #include "Platform/FileAccess.h"
 #include "Platform/FileStatus.h"
@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <unordered_set>
+#include <utility>
 
 namespace brimvale {
 
@@ -42,14 +43,14 @@ std::vector<CleanupEntry> CleanupEntries::measured(const std::vector<std::string
 }
 
 std::vector<CleanupEntry> CleanupEntries::outermost(const std::vector<CleanupEntry> &entries) {
-    std::unordered_set<FileURL> all;
+    std::vector<FileURL> all;
     for (const CleanupEntry &entry : entries)
-        all.insert(entry.url);
-    EnclosingFolders folders(all);
-    std::unordered_set<FileURL> taken;
+        all.push_back(entry.url);
+    const GonePaths gone(std::move(all));
+    std::unordered_set<FileURL> left(gone.outermost().begin(), gone.outermost().end());
     std::vector<CleanupEntry> outermost;
     for (const CleanupEntry &entry : entries)
-        if (!folders.enclose(entry.url) && taken.insert(entry.url).second)
+        if (left.erase(entry.url) > 0)
             outermost.push_back(entry);
     return outermost;
 }

@@ -1,5 +1,6 @@
 #include "Core/Update/Updater.h"
 
+#include "Base/Background.h"
 #include "Core/Update/InstallScript.h"
 #include "Core/Update/UpdateDownload.h"
 #include "Core/Update/UpdateFeed.h"
@@ -81,13 +82,15 @@ void Updater::stage(const std::variant<std::shared_ptr<DownloadedArchive>, Updat
                     const std::optional<std::string> &sha256) {
     if (const auto *failure = std::get_if<UpdateFailure>(&downloaded))
         return fail(*failure);
-    workers_.start([this, archive = std::get<std::shared_ptr<DownloadedArchive>>(downloaded), sha256,
-                    folder = environment_.temporaryFolder, tools = environment_.tools] {
-        const auto result = stageUpdate(archive->url(), sha256, folder, tools);
-        archive->remove();
-        QMetaObject::invokeMethod(
-            this, [this, result] { finishStaging(result); }, Qt::QueuedConnection);
-    });
+    inBackground(
+        workers_, this,
+        [archive = std::get<std::shared_ptr<DownloadedArchive>>(downloaded), sha256,
+         folder = environment_.temporaryFolder, tools = environment_.tools] {
+            auto result = stageUpdate(archive->url(), sha256, folder, tools);
+            archive->remove();
+            return result;
+        },
+        [this](const std::variant<FileURL, UpdateFailure> &result) { finishStaging(result); });
 }
 
 void Updater::finishStaging(const std::variant<FileURL, UpdateFailure> &result) {

@@ -1,8 +1,11 @@
 #include "Views/Apps/AppsView.h"
 
+#include "Base/Background.h"
 #include "Base/Bytes.h"
 #include "Catalogs/Words.h"
 #include "Core/Apps/Uninstall.h"
+#include "Core/Model/Apps.h"
+#include "Core/Model/Removals.h"
 #include "Platform/RunningApps.h"
 #include "Views/Apps/AppDetail.h"
 #include "Views/Apps/AppListDelegate.h"
@@ -19,14 +22,11 @@
 #include "Views/Removing/RemovalSheet.h"
 
 #include <QCheckBox>
-#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListView>
-#include <QPointer>
 #include <QScrollArea>
 #include <QShortcut>
-#include <QThreadPool>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -41,8 +41,8 @@ constexpr std::chrono::seconds runningInterval{2};
 
 } // namespace
 
-AppsView::AppsView(CorvelModel &model, QWidget *parent)
-    : QWidget(parent), model_(model), search_(new QLineEdit(this)),
+AppsView::AppsView(Apps &apps, const Removals &removals, QWidget *parent)
+    : QWidget(parent), apps_(apps), removals_(removals), search_(new QLineEdit(this)),
       system_(new QCheckBox(text(Words::current().includeSystemApps), this)),
       progress_(new ProgressNote(u"Analysing apps"_s, this)), list_(new QListView(this)),
       noMatch_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
@@ -66,8 +66,8 @@ AppsView::AppsView(CorvelModel &model, QWidget *parent)
 
     runningTimer_.setInterval(runningInterval);
     connect(&runningTimer_, &QTimer::timeout, this, &AppsView::checkRunning);
-    connect(&model_, &CorvelModel::appsChanged, this, &AppsView::showApps);
-    connect(&model_, &CorvelModel::removalChanged, this, &AppsView::showSelection);
+    connect(&apps_, &Apps::changed, this, &AppsView::showApps);
+    connect(&removals_, &Removals::changed, this, &AppsView::showSelection);
     connect(detail_, &AppDetail::selectionChanged, this, &AppsView::showSelection);
     connect(bar_, &ActionBar::removalAsked, this, &AppsView::confirmUninstall);
     showApps();
@@ -115,7 +115,7 @@ void AppsView::followListSide() {
         showMatches();
         showChosen();
     });
-    connect(system_, &QCheckBox::toggled, &model_, &CorvelModel::setIncludeSystemApps);
+    connect(system_, &QCheckBox::toggled, &apps_, &Apps::setIncludeSystemApps);
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex &row) { choose(row); });
     connect(list_, &QAbstractItemView::activated, this,
@@ -150,8 +150,8 @@ QWidget *AppsView::makeDetailSide() {
 /// The applications are looked for when the page is first seen.
 void AppsView::showEvent(QShowEvent *event) {
     QWidget::showEvent(event);
-    if (model_.apps->empty())
-        model_.loadApps();
+    if (apps_->apps.empty())
+        apps_.loadApps();
     runningTimer_.start();
     checkRunning();
 }
@@ -162,9 +162,9 @@ void AppsView::hideEvent(QHideEvent *event) {
 }
 
 const AppRow *AppsView::chosen() const {
-    const auto row = std::find_if(model_.apps->begin(), model_.apps->end(),
+    const auto row = std::find_if(apps_->apps.begin(), apps_->apps.end(),
                                   [this](const AppRow &one) { return chosen_ && one.app.url == *chosen_; });
-    return row == model_.apps->end() ? nullptr : &*row;
+    return row == apps_->apps.end() ? nullptr : &*row;
 }
 
 void AppsView::choose(const QModelIndex &row) {
@@ -177,17 +177,17 @@ void AppsView::choose(const QModelIndex &row) {
 }
 
 void AppsView::showApps() {
-    listModel_.setApps(*model_.apps);
+    listModel_.setApps(apps_->apps);
     showMatches();
-    system_->setChecked(*model_.includeSystemApps);
-    progress_->setVisible(*model_.isLoadingApps);
-    progress_->setProgress(*model_.appProgress);
+    system_->setChecked(apps_->includeSystemApps);
+    progress_->setVisible(apps_->isLoadingApps);
+    progress_->setProgress(apps_->appProgress);
     showChosen();
 }
 
 /// Says so where the search leaves nothing of the list.
 void AppsView::showMatches() {
-    const bool hasNone = listModel_.rowCount() == 0 && !model_.apps->empty();
+    const bool hasNone = listModel_.rowCount() == 0 && !apps_->apps.empty();
     noMatch_->setVisible(hasNone);
     list_->setHidden(hasNone);
 }
@@ -197,15 +197,15 @@ void AppsView::showChosen() {
     detailArea_->setVisible(row != nullptr);
     message_->setVisible(row == nullptr);
     if (row != nullptr) {
-        detail_->show(*row, *model_.apps);
+        detail_->show(*row, apps_->apps);
         const QModelIndex place = listModel_.indexOf(row->app.url);
         // A list that is entered by a key has a current row that is not selected.
         if (place.isValid() && !list_->selectionModel()->isSelected(place))
             list_->setCurrentIndex(place);
-    } else if (!model_.apps->empty()) {
+    } else if (!apps_->apps.empty()) {
         message_->setMessage(QStringLiteral("app-window"), u"No app selected"_s,
                              u"Select an app to see the files that it keeps outside its bundle."_s);
-    } else if (*model_.isLoadingApps) {
+    } else if (apps_->isLoadingApps) {
         message_->setMessage(QStringLiteral("search"), u"Looking for apps…"_s,
                              u"The list appears in a moment."_s);
     } else {
@@ -232,7 +232,7 @@ void AppsView::showSelection() {
         }
     }
     bar_->setSelection(count, bytes);
-    bar_->setBusy(model_.isRemoving());
+    bar_->setBusy(removals_.isRemoving());
 }
 
 /// Asks in the background whether the chosen application runs, since looking may take a while.
@@ -245,23 +245,17 @@ void AppsView::checkRunning() {
     if (isCheckingRunning_)
         return;
     isCheckingRunning_ = true;
-    QThreadPool::globalInstance()->start(
-        [page = QPointer(this), url = row->app.url, identifier = *row->app.bundleID] {
-            const bool isRunning = isApplicationRunning(identifier);
-            QMetaObject::invokeMethod(
-                qApp,
-                [page, url, isRunning] {
-                    if (page.isNull())
-                        return;
-                    page->isCheckingRunning_ = false;
-                    if (page->chosen_ != url)
-                        page->checkRunning();
-                    else
-                        page->bar_->setNote(isRunning ? u"The app is running. Quit it first so it does not "
-                                                        "rewrite its files."_s
-                                                      : QString());
-                },
-                Qt::QueuedConnection);
+    inBackground(
+        *QThreadPool::globalInstance(), this,
+        [identifier = *row->app.bundleID] { return isApplicationRunning(identifier); },
+        [this, url = row->app.url](bool isRunning) {
+            isCheckingRunning_ = false;
+            if (chosen_ != url)
+                checkRunning();
+            else
+                bar_->setNote(isRunning
+                                  ? u"The app is running. Quit it first so it does not rewrite its files."_s
+                                  : QString());
         });
 }
 
@@ -281,7 +275,7 @@ void AppsView::confirmUninstall(RemovalMode mode) {
     auto *sheet = new RemovalSheet(request, this);
     connect(sheet, &RemovalSheet::confirmed, this,
             [this, app = row->app, leftovers, includeBundle](RemovalMode chosenMode) {
-                model_.uninstall(app, leftovers, includeBundle, chosenMode);
+                apps_.uninstall(app, leftovers, includeBundle, chosenMode);
                 bar_->resetMode();
             });
     sheet->open();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/Model/CorvelModel.h"
+#include "Core/Removal/RemovalMode.h"
 #include "Views/Apps/AppListModel.h"
 
 #include <QTimer>
@@ -16,7 +16,9 @@ namespace brimvale {
 
 class ActionBar;
 class AppDetail;
+class Apps;
 class ProgressNote;
+class Removals;
 class StateMessage;
 class TextLabel;
 
@@ -25,7 +27,8 @@ class AppsView : public QWidget {
     Q_OBJECT
 
 public:
-    explicit AppsView(CorvelModel &model, QWidget *parent = nullptr);
+    /// Both must outlive the page.
+    AppsView(Apps &apps, const Removals &removals, QWidget *parent = nullptr);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -44,7 +47,8 @@ private:
     void checkRunning();
     void confirmUninstall(RemovalMode mode);
 
-    CorvelModel &model_;
+    Apps &apps_;
+    const Removals &removals_;
     AppListModel listModel_;
     std::optional<FileURL> chosen_;
     QTimer runningTimer_;

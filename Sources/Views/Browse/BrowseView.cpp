@@ -2,6 +2,9 @@
 
 #include "Base/Bytes.h"
 #include "Catalogs/Words.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/ScanSession.h"
+#include "Core/Removal/NodesToRemove.h"
 #include "Views/Browse/Breadcrumb.h"
 #include "Views/Browse/DetailPanel.h"
 #include "Views/Browse/NodeRemoval.h"
@@ -51,11 +54,12 @@ bool isInTree(const FSNode &node) {
 
 } // namespace
 
-BrowseView::BrowseView(CorvelModel &model, QWidget *parent)
-    : QWidget(parent), model_(model), bar_(new ScanBar(model, this)), message_(new ScanMessage(model, this)),
-      body_(new QStackedLayout), breadcrumb_(new Breadcrumb(this)), filter_(new QLineEdit(this)),
+BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &volumes, QWidget *parent)
+    : QWidget(parent), scan_(scan), removals_(removals), bar_(new ScanBar(scan, this)),
+      message_(new ScanMessage(scan, volumes, this)), body_(new QStackedLayout),
+      breadcrumb_(new Breadcrumb(this)), filter_(new QLineEdit(this)),
       outline_(new OutlineView(outlineModel_, this)), treemap_(new TreemapView(this)),
-      details_(new DetailPanel(this)), removal_(new NodeRemoval(model, *this)) {
+      details_(new DetailPanel(this)), removal_(new NodeRemoval(scan, removals, *this)) {
     setObjectName(QStringLiteral("browsePage"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(Metrics::pageMargin, Metrics::pageMargin, Metrics::pageMargin,
@@ -68,8 +72,11 @@ BrowseView::BrowseView(CorvelModel &model, QWidget *parent)
     body_->addWidget(results_);
     addShortcuts();
 
-    connect(&model_, &CorvelModel::treeChanged, this, &BrowseView::showTree);
-    connect(&model_, &CorvelModel::isScanningChanged, this, &BrowseView::showState);
+    connect(&scan_, &ScanSession::treeChanged, this, &BrowseView::showTree);
+    connect(&scan_, &ScanSession::changed, this, [this] {
+        if (std::exchange(wasScanning_, scan_->isScanning) != scan_->isScanning)
+            showState();
+    });
     connect(breadcrumb_, &Breadcrumb::chosen, this, &BrowseView::focusOn);
     connect(outline_, &OutlineView::opened, this, &BrowseView::focusOn);
     connect(outline_, &OutlineView::selectionChangedTo, this, &BrowseView::select);
@@ -86,10 +93,10 @@ BrowseView::BrowseView(CorvelModel &model, QWidget *parent)
         if (details_->isAncestorOf(window()->focusWidget()))
             outline_->setFocus(); // the button cannot keep it
     });
-    connect(&model_, &CorvelModel::nodesAboutToBeDetached, outline_, &OutlineView::deselectWithin);
-    connect(&model_, &CorvelModel::nodeAboutToBeDetached, this, &BrowseView::letGoOf);
-    connect(&model_, &CorvelModel::nodeDetached, &outlineModel_, &OutlineModel::removed);
-    connect(&model_, &CorvelModel::removalChanged, this, &BrowseView::showRemoval);
+    connect(&scan_, &ScanSession::nodesAboutToBeDetached, outline_, &OutlineView::deselectWithin);
+    connect(&scan_, &ScanSession::nodeAboutToBeDetached, this, &BrowseView::letGoOf);
+    connect(&scan_, &ScanSession::nodeDetached, &outlineModel_, &OutlineModel::removed);
+    connect(&removals_, &Removals::changed, this, &BrowseView::showRemoval);
     showTree();
 }
 
@@ -177,14 +184,14 @@ void BrowseView::showTree() {
     treemap_->setNode(nullptr);
     showDetails({}, false);
     filter_->clear();
-    outlineModel_.setTree(*model_.tree);
-    if (*model_.tree != nullptr)
-        focusOn(model_.tree->get());
+    outlineModel_.setTree(scan_->tree);
+    if (scan_->tree != nullptr)
+        focusOn(scan_->tree.get());
     showState();
 }
 
 void BrowseView::showState() {
-    const std::shared_ptr<FSNode> &tree = *model_.tree;
+    const std::shared_ptr<FSNode> &tree = scan_->tree;
     const bool hasResults = tree != nullptr && !tree->children().empty();
     body_->setCurrentWidget(hasResults ? results_ : message_);
     if (!hasResults)
@@ -248,14 +255,14 @@ void BrowseView::showMenu(const QPoint &place) {
         menu->addAction(text(Words::current().revealItem), this, &BrowseView::reveal);
     }
     menu->addAction(ItemActions::copyTitle(shown_.size()), this, &BrowseView::copyPaths);
-    if (!removableNodes().empty()) {
+    if (!nodesToRemove().empty()) {
         menu->addSeparator();
         QAction *remove = menu->addAction(u"Remove…"_s, this, &BrowseView::confirmRemoval);
-        remove->setEnabled(!model_.isRemoving());
+        remove->setEnabled(!removals_.isRemoving());
     }
     // The tree may be replaced, or lose nodes, while the menu is open.
-    connect(&model_, &CorvelModel::treeChanged, menu, &QMenu::close);
-    connect(&model_, &CorvelModel::nodeAboutToBeDetached, menu, &QMenu::close);
+    connect(&scan_, &ScanSession::treeChanged, menu, &QMenu::close);
+    connect(&scan_, &ScanSession::nodeAboutToBeDetached, menu, &QMenu::close);
     menu->popup(place);
 }
 
@@ -275,21 +282,21 @@ void BrowseView::copyPaths() {
 }
 
 /// What can be removed of what the user has selected.
-std::vector<FSNode *> BrowseView::removableNodes() const {
-    return isSelected_ ? NodeRemoval::removable(shown_) : std::vector<FSNode *>();
+std::vector<FSNode *> BrowseView::nodesToRemove() const {
+    return isSelected_ ? removableNodes(shown_) : std::vector<FSNode *>();
 }
 
 /// Whether what is shown can be removed, and what that would free.
 void BrowseView::showRemoval() {
     std::int64_t bytes = 0;
-    const std::vector<FSNode *> nodes = removableNodes();
+    const std::vector<FSNode *> nodes = nodesToRemove();
     for (const FSNode *node : nodes)
         bytes = checkedAdd(bytes, node->size);
-    details_->showRemoval(static_cast<std::int64_t>(nodes.size()), bytes, model_.isRemoving());
+    details_->showRemoval(static_cast<std::int64_t>(nodes.size()), bytes, removals_.isRemoving());
 }
 
 void BrowseView::confirmRemoval() {
-    removal_->ask(removableNodes());
+    removal_->ask(nodesToRemove());
 }
 
 /// A node is about to leave the tree: nothing of it, and nothing beneath it, may be kept.

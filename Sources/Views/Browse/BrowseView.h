@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Core/Model/CorvelModel.h"
 #include "Views/Browse/Outline/OutlineModel.h"
 
 #include <QWidget>
@@ -16,16 +15,20 @@ class Breadcrumb;
 class DetailPanel;
 class NodeRemoval;
 class OutlineView;
+class Removals;
 class ScanBar;
 class ScanMessage;
+class ScanSession;
 class TreemapView;
+class Volumes;
 
 /// The page that shows the scanned tree as an outline and as a treemap of the focused folder, in step.
 class BrowseView : public QWidget {
     Q_OBJECT
 
 public:
-    explicit BrowseView(CorvelModel &model, QWidget *parent = nullptr);
+    /// All must outlive the page.
+    BrowseView(ScanSession &scan, Removals &removals, const Volumes &volumes, QWidget *parent = nullptr);
 
 private:
     QWidget *makeResults();
@@ -43,16 +46,18 @@ private:
     void showMenu(const QPoint &place);
     void reveal();
     Q_INVOKABLE void copyPaths();
-    [[nodiscard]] std::vector<FSNode *> removableNodes() const;
+    [[nodiscard]] std::vector<FSNode *> nodesToRemove() const;
     void showRemoval();
     void confirmRemoval();
     void letGoOf(FSNode *node);
     void showAfterRemoval();
 
-    CorvelModel &model_;
+    ScanSession &scan_;
+    const Removals &removals_;
     FSNode *focus_ = nullptr;     ///< the folder that both show; null without a tree
     std::vector<FSNode *> shown_; ///< what the details are about, and the actions act on
     bool isSelected_ = false;     ///< the user has selected what is shown; else it is the focused folder
+    bool wasScanning_ = false;    ///< what is shown
     bool isStale_ = false;        ///< nodes were taken out since the treemap was drawn
     ScanBar *bar_;
     ScanMessage *message_;

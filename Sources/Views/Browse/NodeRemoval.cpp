@@ -1,33 +1,28 @@
 #include "Views/Browse/NodeRemoval.h"
 
-#include "Core/Model/CorvelModel.h"
-#include "Core/Scan/OutermostNodes.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/ScanSession.h"
+#include "Core/Removal/NodesToRemove.h"
 #include "Views/Removing/RemovalSheet.h"
 
 namespace brimvale {
 
-NodeRemoval::NodeRemoval(CorvelModel &model, QWidget &page) : QObject(&page), model_(model), page_(page) {}
-
-std::vector<FSNode *> NodeRemoval::removable(std::vector<FSNode *> nodes) {
-    std::erase_if(nodes, [](const FSNode *node) { return node->isAggregate; });
-    return outermostNodes(nodes);
-}
+NodeRemoval::NodeRemoval(const ScanSession &scan, Removals &removals, QWidget &page)
+    : QObject(&page), scan_(scan), removals_(removals), page_(page) {}
 
 void NodeRemoval::ask(const std::vector<FSNode *> &nodes) {
-    if (nodes.empty() || model_.isRemoving())
+    if (nodes.empty() || removals_.isRemoving())
         return;
-    RemovalRequest request;
-    for (const FSNode *node : nodes)
-        request.items.push_back({.url = FileURL(node->path()), .size = node->size});
-    auto *sheet = new RemovalSheet(request, &page_);
-    connect(sheet, &RemovalSheet::confirmed, this, [this, nodes, tree = *model_.tree](RemovalMode mode) {
-        if (*model_.tree != tree)
+    auto *sheet = new RemovalSheet({.items = entriesOf(nodes)}, &page_);
+    connect(sheet, &RemovalSheet::confirmed, this, [this, nodes, tree = scan_->tree](RemovalMode mode) {
+        if (scan_->tree != tree)
             return;
         emit confirmed();
-        model_.removeNodes(nodes, mode);
+        removals_.removeNodes(nodes, mode);
     });
-    // What the sheet asks about may be another tree's by then.
-    connect(&model_, &CorvelModel::treeChanged, sheet, &QDialog::reject);
+    // The nodes that the sheet asks about may not be there any more.
+    connect(&scan_, &ScanSession::treeChanged, sheet, &QDialog::reject);
+    connect(&scan_, &ScanSession::nodeAboutToBeDetached, sheet, &QDialog::reject);
     sheet->open();
 }
 

@@ -7,22 +7,20 @@ class QWidget;
 
 namespace brimvale {
 
-class CorvelModel;
 class FSNode;
+class Removals;
+class ScanSession;
 
-/// The removal of nodes of the scanned tree: what of a selection can go, and the question before it does.
+/// The removal of nodes of the scanned tree, and the question before it.
 class NodeRemoval : public QObject {
     Q_OBJECT
 
 public:
-    /// Both must outlive it. The question is asked in a sheet over the page's window.
-    NodeRemoval(CorvelModel &model, QWidget &page);
-
-    /// What of the nodes can be removed: each by itself, and nothing that stands for many files.
-    [[nodiscard]] static std::vector<FSNode *> removable(std::vector<FSNode *> nodes);
+    /// All must outlive it. The question is asked in a sheet over the page's window.
+    NodeRemoval(const ScanSession &scan, Removals &removals, QWidget &page);
 
     /// Asks about nodes that can be removed, and removes them if the user agrees. Nothing happens without
-    /// any, or while a removal runs; the question is withdrawn when the tree is replaced.
+    /// any, or while a removal runs; the question is withdrawn when the tree is replaced or loses nodes.
     void ask(const std::vector<FSNode *> &nodes);
 
 signals:
@@ -30,7 +28,8 @@ signals:
     void confirmed();
 
 private:
-    CorvelModel &model_;
+    const ScanSession &scan_;
+    Removals &removals_;
     QWidget &page_;
 };
 

@@ -1,6 +1,8 @@
 #include "Views/Browse/ScanBar.h"
 
+#include "Core/Model/ScanSession.h"
 #include "Core/Scan/ScanRootPreset.h"
+#include "Core/Scan/ScanStats.h"
 #include "Core/Text/Formatting.h"
 #include "Platform/FileStatus.h"
 #include "Views/Components/ElidedLabel.h"
@@ -20,6 +22,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <cmath>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -47,8 +50,8 @@ QString elapsedText(double seconds) {
 
 } // namespace
 
-ScanBar::ScanBar(CorvelModel &model, QWidget *parent)
-    : QWidget(parent), model_(model), presets_(new QComboBox(this)),
+ScanBar::ScanBar(ScanSession &scan, QWidget *parent)
+    : QWidget(parent), session_(scan), presets_(new QComboBox(this)),
       choose_(new QPushButton(u"Choose Folder"_s, this)), scan_(new QPushButton(this)),
       root_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       files_(makeFigure(this, TextLabel::Tone::primary, "scanFiles", QStringLiteral("8,888,888 files"))),
@@ -64,16 +67,12 @@ ScanBar::ScanBar(CorvelModel &model, QWidget *parent)
     fillPresets();
 
     connect(presets_, &QComboBox::activated, this, [this](int index) {
-        model_.chooseScanRoot(ScanRootPreset::allCases().at(static_cast<std::size_t>(index)).path());
+        session_.chooseScanRoot(ScanRootPreset::allCases().at(static_cast<std::size_t>(index)).path());
     });
     connect(choose_, &QPushButton::clicked, this, &ScanBar::chooseFolder);
     connect(scan_, &QPushButton::clicked, this, &ScanBar::startOrStop);
-    connect(&model_, &CorvelModel::scanRootPathChanged, this, &ScanBar::showScanRoot);
-    connect(&model_, &CorvelModel::scanFiguresChanged, this, &ScanBar::showFigures);
-    connect(&model_, &CorvelModel::isScanningChanged, this, &ScanBar::showState);
-    showScanRoot();
-    showFigures();
-    showState();
+    connect(&session_, &ScanSession::changed, this, &ScanBar::showSession);
+    showSession();
 }
 
 QWidget *ScanBar::makeControls() {
@@ -123,53 +122,61 @@ void ScanBar::fillPresets() {
         presets_->addItem(text(preset.rawValue()));
 }
 
+/// While a scan runs only its figures change, and they often do.
+void ScanBar::showSession() {
+    if (std::exchange(shownRoot_, session_->scanRootPath) != session_->scanRootPath)
+        showScanRoot();
+    if (std::exchange(wasScanning_, session_->isScanning) != session_->isScanning)
+        showState();
+    showFigures();
+}
+
 void ScanBar::showScanRoot() {
-    root_->setText(displayedText(*model_.scanRootPath));
+    root_->setText(displayedText(session_->scanRootPath));
     int shown = -1;
     const std::vector<ScanRootPreset> presets = ScanRootPreset::allCases();
     for (std::size_t i = 0; i < presets.size() && shown < 0; ++i)
-        if (presets[i].path() == *model_.scanRootPath)
+        if (presets[i].path() == session_->scanRootPath)
             shown = static_cast<int>(i);
     presets_->setCurrentIndex(shown);
 }
 
 void ScanBar::showFigures() {
-    const bool hasFigures = *model_.isScanning || *model_.tree != nullptr;
+    const bool hasFigures = session_->isScanning || session_->tree != nullptr;
     for (TextLabel *figure : {files_, bytes_, elapsed_})
         figure->setVisible(hasFigures);
-    files_->setText(counted(*model_.scanFiles, "file"));
-    bytes_->setText(sizeText(*model_.scanBytes));
-    elapsed_->setText(elapsedText(*model_.scanElapsed));
-    unreadable_->setVisible(hasFigures && *model_.scanUnreadable > 0);
-    unreadable_->setText(u"%1 unreadable"_s.arg(text(Fmt::count(*model_.scanUnreadable))));
-    current_->setText(displayedText(*model_.scanCurrentPath));
+    files_->setText(counted(session_->scanFiles, "file"));
+    bytes_->setText(sizeText(session_->scanBytes));
+    elapsed_->setText(elapsedText(session_->scanElapsed));
+    unreadable_->setVisible(hasFigures && session_->scanUnreadable > 0);
+    unreadable_->setText(u"%1 unreadable"_s.arg(text(Fmt::count(session_->scanUnreadable))));
+    current_->setText(displayedText(session_->scanCurrentPath));
 }
 
 void ScanBar::showState() {
-    scan_->setText(*model_.isScanning ? u"Stop"_s : u"Scan"_s);
-    progress_->setVisible(*model_.isScanning);
+    scan_->setText(session_->isScanning ? u"Stop"_s : u"Scan"_s);
+    progress_->setVisible(session_->isScanning);
     drawIcons();
-    showFigures();
 }
 
 void ScanBar::startOrStop() {
-    if (!*model_.isScanning)
-        model_.startScan();
-    else if (model_.scanStats() != nullptr)
-        model_.scanStats()->cancel();
+    if (!session_->isScanning)
+        session_.startScan();
+    else if (session_.scanStats() != nullptr)
+        session_.scanStats()->cancel();
     else
-        model_.finishScan(nullptr);
+        session_.finishScan(nullptr);
 }
 
 /// A folder that is chosen here is scanned at once.
 void ScanBar::chooseFolder() {
-    brimvale::chooseFolder(*this, u"Choose a folder to scan"_s, *model_.scanRootPath,
+    brimvale::chooseFolder(*this, u"Choose a folder to scan"_s, session_->scanRootPath,
                            [this](const std::string &path) { scanChosen(path); });
 }
 
 void ScanBar::scanChosen(const std::string &path) {
     if (fileStatus(path)) {
-        model_.startScan(path);
+        session_.startScan(path);
         return;
     }
     // The chooser speaks text; a name that is not text does not come through it.
@@ -194,7 +201,7 @@ void ScanBar::changeEvent(QEvent *event) {
 void ScanBar::drawIcons() {
     const Theme &theme = Theme::current();
     choose_->setIcon(Icons::icon(QStringLiteral("folder"), theme.text, Metrics::iconSize));
-    scan_->setIcon(Icons::icon(*model_.isScanning ? QStringLiteral("square") : QStringLiteral("search"),
+    scan_->setIcon(Icons::icon(session_->isScanning ? QStringLiteral("square") : QStringLiteral("search"),
                                theme.onAccent, Metrics::iconSize));
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Core/Model/CorvelModel.h"
-
 #include <QWidget>
+#include <optional>
+#include <string>
 
 class QComboBox;
 class QPushButton;
@@ -10,6 +10,7 @@ class QPushButton;
 namespace brimvale {
 
 class ElidedLabel;
+class ScanSession;
 class TextLabel;
 
 /// The control bar of the Browse page: what to scan, start and stop, and the scan's figures while it runs and
@@ -18,7 +19,8 @@ class ScanBar : public QWidget {
     Q_OBJECT
 
 public:
-    explicit ScanBar(CorvelModel &model, QWidget *parent = nullptr);
+    /// `scan` must outlive the bar.
+    explicit ScanBar(ScanSession &scan, QWidget *parent = nullptr);
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -27,6 +29,7 @@ private:
     QWidget *makeControls();
     QWidget *makeProgress();
     void fillPresets();
+    void showSession();
     void showScanRoot();
     void showFigures();
     void showState();
@@ -35,7 +38,9 @@ private:
     void scanChosen(const std::string &path);
     void drawIcons();
 
-    CorvelModel &model_;
+    ScanSession &session_;
+    std::optional<std::string> shownRoot_;
+    std::optional<bool> wasScanning_; ///< what is shown
     QComboBox *presets_;
     QPushButton *choose_;
     QPushButton *scan_;

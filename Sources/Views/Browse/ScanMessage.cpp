@@ -1,7 +1,8 @@
 #include "Views/Browse/ScanMessage.h"
 
 #include "Catalogs/Words.h"
-#include "Core/Model/CorvelModel.h"
+#include "Core/Model/ScanSession.h"
+#include "Core/Model/Volumes.h"
 #include "Platform/Folder.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
@@ -19,19 +20,20 @@ constexpr int widestPath = 400;
 
 } // namespace
 
-ScanMessage::ScanMessage(const CorvelModel &model, QWidget *parent) : StateMessage(parent), model_(model) {}
+ScanMessage::ScanMessage(const ScanSession &scan, const Volumes &volumes, QWidget *parent)
+    : StateMessage(parent), scan_(scan), volumes_(volumes) {}
 
 void ScanMessage::showState() {
-    if (*model_.isScanning)
+    if (scan_->isScanning)
         setMessage(QStringLiteral("search"), u"Scanning…"_s,
                    u"The outline and the treemap appear when the scan is done. You can stop it at any "
                    "time; nothing on the disk is changed."_s);
-    else if (*model_.tree == nullptr)
+    else if (scan_->tree == nullptr)
         setMessage(QStringLiteral("folder-tree"), u"See what takes the space"_s,
                    u"Press Scan to measure the place chosen above, or choose another folder. A scan only "
                    "looks; it changes nothing."_s);
     else
-        showWhyItIsEmpty((*model_.tree)->path()); // another place may have been chosen since the scan began
+        showWhyItIsEmpty(scan_->tree->path()); // another place may have been chosen since the scan began
 }
 
 void ScanMessage::showWhyItIsEmpty(const std::string &path) {
@@ -48,8 +50,8 @@ void ScanMessage::showWhyItIsEmpty(const std::string &path) {
 }
 
 QString ScanMessage::whatHelps() const {
-    return *model_.hasFullDiskAccess ? u"Its owner or an administrator can change that."_s
-                                     : text(Words::current().measuringHelp);
+    return volumes_->hasFullDiskAccess ? u"Its owner or an administrator can change that."_s
+                                       : text(Words::current().measuringHelp);
 }
 
 } // namespace brimvale

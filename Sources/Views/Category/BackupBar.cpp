@@ -1,5 +1,7 @@
 #include "Views/Category/BackupBar.h"
 
+#include "Core/Model/Backups.h"
+#include "Core/Model/Removals.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/FolderChooser.h"
 #include "Views/Components/Metrics.h"
@@ -19,8 +21,8 @@ using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
-BackupBar::BackupBar(CorvelModel &model, QWidget *parent)
-    : Bar(parent), model_(model),
+BackupBar::BackupBar(Backups &backups, const Removals &removals, QWidget *parent)
+    : Bar(parent), backups_(backups), removals_(removals),
       folder_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       change_(makeButton("changeFolder", u"Change…"_s, this)),
       detail_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
@@ -40,10 +42,10 @@ BackupBar::BackupBar(CorvelModel &model, QWidget *parent)
     layout->addWidget(detail_);
     layout->addWidget(makeFolderRow());
     layout->addWidget(makeActionRow());
-    connect(&model_, &CorvelModel::archiveChanged, this, &BackupBar::showState);
-    connect(&model_, &CorvelModel::removalChanged, this, &BackupBar::showState);
+    connect(&backups_, &Backups::changed, this, &BackupBar::showState);
+    connect(&removals_, &Removals::changed, this, &BackupBar::showState);
     connect(backUp_, &QPushButton::clicked, this, [this] { emit backupAsked(picker_->mode()); });
-    connect(cancel_, &QPushButton::clicked, &model_, &CorvelModel::cancelArchive);
+    connect(cancel_, &QPushButton::clicked, &backups_, &Backups::cancelArchive);
     Shortcuts::askForRemovalWith(*backUp_);
     showState();
 }
@@ -78,8 +80,8 @@ QWidget *BackupBar::makeActionRow() {
 }
 
 void BackupBar::chooseFolder() {
-    brimvale::chooseFolder(*this, u"Choose a folder for backups"_s, model_.backupRoot->path(),
-                           [this](const std::string &path) { model_.chooseBackupRoot(FileURL(path)); });
+    brimvale::chooseFolder(*this, u"Choose a folder for backups"_s, backups_->backupRoot.path(),
+                           [this](const std::string &path) { backups_.chooseBackupRoot(FileURL(path)); });
 }
 
 void BackupBar::setSelection(std::int64_t count, std::int64_t bytes) {
@@ -89,21 +91,21 @@ void BackupBar::setSelection(std::int64_t count, std::int64_t bytes) {
 }
 
 void BackupBar::showState() {
-    const bool isArchiving = *model_.isArchiving;
-    folder_->setText(displayedText(model_.backupRoot->path()));
+    const bool isArchiving = backups_->isArchiving;
+    folder_->setText(displayedText(backups_->backupRoot.path()));
     selection_->setText(selectionText(count_, bytes_));
     backUp_->setText(count_ == 0
                          ? u"Back Up and Review…"_s
                          : u"Back Up %1, %2, and Review…"_s.arg(counted(count_, "Item"), sizeText(bytes_)));
-    backUp_->setEnabled(count_ > 0 && !model_.isRemoving());
+    backUp_->setEnabled(count_ > 0 && !removals_.isRemoving());
 
     const QString status = text(archiveNote());
     status_->setText(isArchiving ? QString() : status);
     status_->setHidden(isArchiving || status.isEmpty());
-    detail_->setText(text(*model_.archiveDetail));
+    detail_->setText(text(backups_->archiveDetail));
     detail_->setVisible(isArchiving);
-    progress_->setWork(text(model_.archiveStatus->value_or("")));
-    progress_->setProgress(*model_.archiveProgress);
+    progress_->setWork(text(backups_->archiveStatus.value_or("")));
+    progress_->setProgress(backups_->archiveProgress);
     progress_->setVisible(isArchiving);
     cancel_->setVisible(isArchiving);
     selection_->setHidden(isArchiving);
@@ -115,7 +117,7 @@ void BackupBar::showState() {
 }
 
 std::string BackupBar::archiveNote() const {
-    return model_.archiveError->value_or(model_.archiveStatus->value_or(""));
+    return backups_->archiveError.value_or(backups_->archiveStatus.value_or(""));
 }
 
 } // namespace brimvale

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/Model/CorvelModel.h"
+#include "Core/Removal/RemovalMode.h"
 #include "Views/Components/Bar.h"
 
 #include <cstdint>
@@ -10,9 +10,11 @@ class QPushButton;
 
 namespace brimvale {
 
+class Backups;
 class ElidedLabel;
 class ProgressNote;
 class RemovalModePicker;
+class Removals;
 class TextLabel;
 
 /// The bar of a category whose items are backed up before they are removed: where the backup goes, how the
@@ -21,8 +23,8 @@ class BackupBar : public Bar {
     Q_OBJECT
 
 public:
-    /// The model must outlive the bar.
-    explicit BackupBar(CorvelModel &model, QWidget *parent = nullptr);
+    /// Both must outlive the bar.
+    BackupBar(Backups &backups, const Removals &removals, QWidget *parent = nullptr);
 
     /// How many items are ticked, and their bytes together. With none the button is dead.
     void setSelection(std::int64_t count, std::int64_t bytes);
@@ -38,7 +40,8 @@ private:
     /// What became of the last backup.
     [[nodiscard]] std::string archiveNote() const;
 
-    CorvelModel &model_;
+    Backups &backups_;
+    const Removals &removals_;
     std::int64_t count_ = 0;
     std::int64_t bytes_ = 0;
     ElidedLabel *folder_;

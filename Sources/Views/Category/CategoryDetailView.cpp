@@ -1,6 +1,10 @@
 #include "Views/Category/CategoryDetailView.h"
 
+#include "Base/Background.h"
 #include "Core/Backup/BackupPlan.h"
+#include "Core/Model/Backups.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/Storage.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Storage/CleanupRiskTexts.h"
 #include "Core/Storage/StorageFigures.h"
@@ -21,11 +25,8 @@
 #include "Views/Removing/RemovalSheet.h"
 #include "Views/Removing/SheetOrder.h"
 
-#include <QCoreApplication>
-#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
-#include <QThreadPool>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -47,9 +48,11 @@ QString whyEmpty(const MeasuredCategory &category) {
 
 } // namespace
 
-CategoryDetailView::CategoryDetailView(CorvelModel &model, std::string id, QWidget *parent)
-    : QWidget(parent), model_(model), id_(std::move(id)), action_(model.category(id_)->category.action),
-      header_(new CategoryHeader(model.category(id_)->category, this)),
+CategoryDetailView::CategoryDetailView(std::string id, Storage &storage, Removals &removals, Backups &backups,
+                                       QWidget *parent)
+    : QWidget(parent), id_(std::move(id)), storage_(storage), removals_(removals), backups_(backups),
+      action_(storage.category(id_)->category.action),
+      header_(new CategoryHeader(storage.category(id_)->category, this)),
       measure_(new MeasureButton(u"Measuring storage"_s, MeasureButton::WhileMeasuring::hidden, this)),
       entries_(new EntryList(canTick() ? &ticked_ : nullptr, this)),
       state_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
@@ -62,9 +65,9 @@ CategoryDetailView::CategoryDetailView(CorvelModel &model, std::string id, QWidg
     layout->addWidget(makeContent(), 1);
     addActions(*layout);
 
-    connect(measure_, &QPushButton::clicked, &model_, &CorvelModel::measureCategories);
-    connect(&model_, &CorvelModel::categoriesChanged, this, &CategoryDetailView::showCategory);
-    connect(&model_, &CorvelModel::removalChanged, this, &CategoryDetailView::showSelection);
+    connect(measure_, &QPushButton::clicked, &storage_, &Storage::measureCategories);
+    connect(&storage_, &Storage::changed, this, &CategoryDetailView::showCategory);
+    connect(&removals_, &Removals::changed, this, &CategoryDetailView::showSelection);
     connect(&ticked_, &TickedEntries::changed, this, &CategoryDetailView::showSelection);
     showCategory();
     showSelection();
@@ -85,7 +88,7 @@ QWidget *CategoryDetailView::makeHead() {
 }
 
 QWidget *CategoryDetailView::makeContent() {
-    const StorageCategory &category = model_.category(id_)->category;
+    const StorageCategory &category = storage_.category(id_)->category;
     auto *content = new QWidget(this);
     auto *layout = new QVBoxLayout(content);
     layout->setContentsMargins(Metrics::pageMargin, 0, Metrics::pageMargin, Metrics::pageMargin);
@@ -127,7 +130,7 @@ void CategoryDetailView::addActions(QVBoxLayout &layout) {
         layout.addWidget(bar_);
         connect(bar_, &ActionBar::removalAsked, this, &CategoryDetailView::confirmRemoval);
     } else if (std::holds_alternative<BackupThenRemoveAction>(action_)) {
-        backupBar_ = new BackupBar(model_, this);
+        backupBar_ = new BackupBar(backups_, removals_, this);
         layout.addWidget(backupBar_);
         connect(backupBar_, &BackupBar::backupAsked, this, &CategoryDetailView::prepareBackup);
     } else if (std::holds_alternative<ApplicationsAction>(action_)) {
@@ -140,13 +143,13 @@ void CategoryDetailView::addActions(QVBoxLayout &layout) {
 }
 
 void CategoryDetailView::showCategory() {
-    const MeasuredCategory &category = *model_.category(id_);
+    const MeasuredCategory &category = *storage_.category(id_);
     header_->showSize(category);
-    measure_->showState(*model_.isMeasuringCategories, *model_.categoryProgress);
+    measure_->showState(storage_->isMeasuringCategories, storage_->categoryProgress);
     showEntries(category);
     const bool isRemainder = category.category.measurement == CategoryMeasurement::remainder;
     const std::optional<std::string> sentence =
-        isRemainder ? StorageFigures::systemDataSentence(*model_.categories) : std::nullopt;
+        isRemainder ? StorageFigures::systemDataSentence(storage_->categories) : std::nullopt;
     sentence_->setText(text(sentence.value_or("")));
     sentence_->setHidden(!sentence);
 }
@@ -163,7 +166,7 @@ void CategoryDetailView::showEntries(const MeasuredCategory &category) {
 void CategoryDetailView::showSelection() {
     if (bar_ != nullptr) {
         bar_->setSelection(ticked_.count(), ticked_.bytes());
-        bar_->setBusy(model_.isRemoving());
+        bar_->setBusy(removals_.isRemoving());
     }
     if (backupBar_ != nullptr)
         backupBar_->setSelection(ticked_.count(), ticked_.bytes());
@@ -172,21 +175,21 @@ void CategoryDetailView::showSelection() {
 /// What is ticked, in the order of the page.
 std::vector<CleanupEntry> CategoryDetailView::tickedEntries() const {
     std::vector<CleanupEntry> entries;
-    for (const CleanupEntry &entry : model_.category(id_)->entries)
+    for (const CleanupEntry &entry : storage_.category(id_)->entries)
         if (ticked_.contains(entry.url))
             entries.push_back(entry);
     return entries;
 }
 
 void CategoryDetailView::confirmRemoval(RemovalMode mode) {
-    const CleanupRisk risk = model_.category(id_)->category.risk;
+    const CleanupRisk risk = storage_.category(id_)->category.risk;
     const RemovalRequest request{
         .items = tickedEntries(), .mode = mode, .remark = [risk](RemovalMode chosen) {
             return std::string(removalWarning(risk, chosen));
         }};
     auto *sheet = new RemovalSheet(request, this);
     connect(sheet, &RemovalSheet::confirmed, this, [this, items = request.items](RemovalMode chosen) {
-        model_.removeCategoryEntries(items, chosen);
+        removals_.removeCategoryEntries(items, chosen);
         bar_->resetMode();
     });
     sheet->open();
@@ -201,23 +204,17 @@ void CategoryDetailView::prepareBackup(RemovalMode mode) {
     }
     if (std::exchange(isPreparing_, true))
         return;
-    QThreadPool::globalInstance()->start([page = QPointer(this), application, mode] {
-        const bool isRunning = isApplicationRunning(*application);
-        QMetaObject::invokeMethod(
-            qApp,
-            [page, isRunning, mode] {
-                if (page.isNull())
-                    return;
-                whenNoSheetIsOpen(page, [page, isRunning, mode] {
-                    page->isPreparing_ = false;
-                    if (isRunning)
-                        page->askToQuitMessages();
-                    else
-                        page->planBackup(mode);
-                });
-            },
-            Qt::QueuedConnection);
-    });
+    inBackground(
+        *QThreadPool::globalInstance(), this, [application] { return isApplicationRunning(*application); },
+        [this, mode](bool isRunning) {
+            whenNoSheetIsOpen(this, [this, isRunning, mode] {
+                isPreparing_ = false;
+                if (isRunning)
+                    askToQuitMessages();
+                else
+                    planBackup(mode);
+            });
+        });
 }
 
 void CategoryDetailView::askToQuitMessages() {
@@ -236,11 +233,12 @@ void CategoryDetailView::planBackup(RemovalMode mode) {
         items.push_back(entry.url);
     if (items.empty())
         return;
-    if (const auto refusal = BackupPlan::refusal(items, *model_.backupRoot)) {
+    if (const auto refusal = BackupPlan::refusal(items, backups_->backupRoot)) {
         (new NoticeSheet(u"This cannot be one backup"_s, text(*refusal), this))->open();
         return;
     }
-    const auto shortage = BackupPlan::shortage(items, CleanupEntries::totalSize(entries), *model_.backupRoot);
+    const auto shortage =
+        BackupPlan::shortage(items, CleanupEntries::totalSize(entries), backups_->backupRoot);
     if (!shortage) {
         backUp(entries, mode);
         return;
@@ -252,7 +250,7 @@ void CategoryDetailView::planBackup(RemovalMode mode) {
 }
 
 void CategoryDetailView::backUp(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
-    model_.archiveThenReview(model_.category(id_)->category.title, *model_.backupRoot, entries, mode);
+    backups_.archiveThenReview(storage_.category(id_)->category.title, backups_->backupRoot, entries, mode);
 }
 
 } // namespace brimvale

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "Core/Model/CorvelModel.h"
+#include "Catalogs/StorageCategory.h"
+#include "Core/Removal/RemovalMode.h"
 #include "Views/Entries/TickedEntries.h"
 
 #include <QWidget>
@@ -13,9 +14,12 @@ namespace brimvale {
 
 class ActionBar;
 class BackupBar;
+class Backups;
 class CategoryHeader;
 class EntryList;
 class MeasureButton;
+class Removals;
+class Storage;
 class TextLabel;
 
 /// The page of one storage category: what it is, what is in it, and what may be done with that.
@@ -23,8 +27,9 @@ class CategoryDetailView : public QWidget {
     Q_OBJECT
 
 public:
-    /// `id` is one of the model's categories.
-    CategoryDetailView(CorvelModel &model, std::string id, QWidget *parent = nullptr);
+    /// `id` is that of one of the categories. The others must outlive the page.
+    CategoryDetailView(std::string id, Storage &storage, Removals &removals, Backups &backups,
+                       QWidget *parent = nullptr);
 
 signals:
     /// The user wants to see the applications.
@@ -45,8 +50,10 @@ private:
     void planBackup(RemovalMode mode);
     void backUp(const std::vector<CleanupEntry> &entries, RemovalMode mode);
 
-    CorvelModel &model_;
     std::string id_;
+    Storage &storage_;
+    Removals &removals_;
+    Backups &backups_;
     CategoryAction action_;
     TickedEntries ticked_;
     bool isPreparing_ = false; ///< asked whether a backup may begin

@@ -1,6 +1,8 @@
 #include "Views/Cleanup/CleanupView.h"
 
 #include "Catalogs/Words.h"
+#include "Core/Model/Cleanup.h"
+#include "Core/Model/Removals.h"
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Views/Cleanup/TargetCard.h"
@@ -26,8 +28,8 @@ constexpr int cardGap = 12;
 
 } // namespace
 
-CleanupView::CleanupView(CorvelModel &model, QWidget *parent)
-    : QWidget(parent), model_(model),
+CleanupView::CleanupView(Cleanup &cleanup, Removals &removals, QWidget *parent)
+    : QWidget(parent), cleanup_(cleanup), removals_(removals),
       measure_(
           new MeasureButton(u"Measuring cleanup targets"_s, MeasureButton::WhileMeasuring::disabled, this)),
       bar_(new ActionBar(this)) {
@@ -39,9 +41,9 @@ CleanupView::CleanupView(CorvelModel &model, QWidget *parent)
     layout->addWidget(makeCards(), 1);
     layout->addWidget(bar_);
 
-    connect(measure_, &QPushButton::clicked, &model_, &CorvelModel::measureCleanup);
-    connect(&model_, &CorvelModel::cleanupChanged, this, &CleanupView::showTargets);
-    connect(&model_, &CorvelModel::removalChanged, this, &CleanupView::showSelection);
+    connect(measure_, &QPushButton::clicked, &cleanup_, &Cleanup::measureCleanup);
+    connect(&cleanup_, &Cleanup::changed, this, &CleanupView::showTargets);
+    connect(&removals_, &Removals::changed, this, &CleanupView::showSelection);
     connect(&ticked_, &TickedEntries::changed, this, &CleanupView::showSelection);
     connect(bar_, &ActionBar::removalAsked, this, &CleanupView::confirmRemoval);
     showTargets();
@@ -74,7 +76,7 @@ QWidget *CleanupView::makeCards() {
 }
 
 void CleanupView::showTargets() {
-    const std::vector<CleanupTarget> &targets = *model_.cleanupTargets;
+    const std::vector<CleanupTarget> &targets = cleanup_->cleanupTargets;
     for (std::size_t i = targets_.size(); i < targets.size(); ++i) {
         targets_.push_back(new TargetCard(targets[i], ticked_, this));
         cards_->insertWidget(static_cast<int>(i), targets_.back());
@@ -85,12 +87,12 @@ void CleanupView::showTargets() {
         lists.push_back(&targets[i].entries);
     }
     ticked_.retain(lists);
-    measure_->showState(*model_.isMeasuringCleanup, *model_.cleanupProgress);
+    measure_->showState(cleanup_->isMeasuringCleanup, cleanup_->cleanupProgress);
 }
 
 void CleanupView::showSelection() {
     bar_->setSelection(ticked_.count(), ticked_.bytes());
-    bar_->setBusy(model_.isRemoving());
+    bar_->setBusy(removals_.isRemoving());
 }
 
 void CleanupView::confirmRemoval(RemovalMode mode) {
@@ -101,7 +103,7 @@ void CleanupView::confirmRemoval(RemovalMode mode) {
     const RemovalRequest request{.items = entries, .mode = mode, .remark = remark};
     auto *sheet = new RemovalSheet(request, this);
     connect(sheet, &RemovalSheet::confirmed, this, [this, items = request.items](RemovalMode chosen) {
-        model_.removeCleanupEntries(items, chosen);
+        removals_.removeCleanupEntries(items, chosen);
         bar_->resetMode();
     });
     sheet->open();
@@ -110,7 +112,7 @@ void CleanupView::confirmRemoval(RemovalMode mode) {
 /// What is ticked, in the order of the page; what lies in a folder that is ticked as well goes with that.
 std::vector<CleanupEntry> CleanupView::tickedEntries() const {
     std::vector<CleanupEntry> entries;
-    for (const CleanupTarget &target : *model_.cleanupTargets)
+    for (const CleanupTarget &target : cleanup_->cleanupTargets)
         for (const CleanupEntry &entry : target.entries)
             if (ticked_.contains(entry.url))
                 entries.push_back(entry);

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "Core/Model/CorvelModel.h"
+#include "Catalogs/CleanupEntry.h"
+#include "Core/Removal/RemovalMode.h"
 #include "Views/Entries/TickedEntries.h"
 
 #include <QWidget>
@@ -11,7 +12,9 @@ class QVBoxLayout;
 namespace brimvale {
 
 class ActionBar;
+class Cleanup;
 class MeasureButton;
+class Removals;
 class TargetCard;
 
 /// The page of places whose contents can be removed and come back on their own: one card a place, what is in
@@ -20,7 +23,8 @@ class CleanupView : public QWidget {
     Q_OBJECT
 
 public:
-    explicit CleanupView(CorvelModel &model, QWidget *parent = nullptr);
+    /// Both must outlive the page.
+    CleanupView(Cleanup &cleanup, Removals &removals, QWidget *parent = nullptr);
 
 private:
     QWidget *makeHeader();
@@ -30,7 +34,8 @@ private:
     void confirmRemoval(RemovalMode mode);
     [[nodiscard]] std::vector<CleanupEntry> tickedEntries() const;
 
-    CorvelModel &model_;
+    Cleanup &cleanup_;
+    Removals &removals_;
     TickedEntries ticked_;
     MeasureButton *measure_;
     QVBoxLayout *cards_ = nullptr;

@@ -1,5 +1,6 @@
 #include "Views/Entries/ItemActions.h"
 
+#include "Base/Background.h"
 #include "Catalogs/Words.h"
 #include "Platform/FileBrowser.h"
 #include "Platform/Host.h"
@@ -11,7 +12,6 @@
 #include <QGuiApplication>
 #include <QMenu>
 #include <QMimeData>
-#include <QThreadPool>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -29,11 +29,13 @@ void openEnclosing(const FileURL &item) {
 } // namespace
 
 void reveal(const FileURL &item) {
-    QThreadPool::globalInstance()->start([item, tools = Host::current().tools] {
-        if (!FileBrowser::reveal(item, tools))
-            QMetaObject::invokeMethod(
-                qApp, [item] { openEnclosing(item); }, Qt::QueuedConnection);
-    });
+    inBackground(
+        *QThreadPool::globalInstance(), qApp,
+        [item, tools = Host::current().tools] { return FileBrowser::reveal(item, tools); },
+        [item](bool isShown) {
+            if (!isShown)
+                openEnclosing(item);
+        });
 }
 
 void copyPaths(const std::vector<FileURL> &items) {

@@ -1,5 +1,7 @@
 #include "Views/Overview/OverviewView.h"
 
+#include "Core/Model/Storage.h"
+#include "Core/Model/Volumes.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/MeasureButton.h"
 #include "Views/Components/Metrics.h"
@@ -42,11 +44,11 @@ TextLabel *makeHeading(const QString &title, QWidget *parent) {
 
 } // namespace
 
-OverviewView::OverviewView(CorvelModel &model, QWidget *parent)
-    : QWidget(parent), model_(model),
+OverviewView::OverviewView(Storage &storage, Volumes &volumes, QWidget *parent)
+    : QWidget(parent), storage_(storage), volumes_(volumes),
       measure_(new MeasureButton(u"Measuring storage"_s, MeasureButton::WhileMeasuring::hidden, this)),
       capacity_(new CapacityCard(this)), snapshots_(new SnapshotsCard(this)),
-      volumesTitle_(makeHeading(u"Other volumes"_s, this)), volumes_(new VolumesCard(this)) {
+      otherVolumesTitle_(makeHeading(u"Other volumes"_s, this)), otherVolumes_(new VolumesCard(this)) {
     setObjectName(QStringLiteral("overviewPage"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -54,11 +56,10 @@ OverviewView::OverviewView(CorvelModel &model, QWidget *parent)
     layout->addWidget(makeHead());
     layout->addWidget(makeContent(), 1);
 
-    connect(measure_, &QPushButton::clicked, &model_, &CorvelModel::measureCategories);
-    connect(&model_, &CorvelModel::categoriesChanged, this, &OverviewView::showCategories);
-    connect(&model_, &CorvelModel::volumesChanged, this, &OverviewView::showVolumes);
-    connect(&model_, &CorvelModel::snapshotsChanged, this, &OverviewView::showSnapshots);
-    connect(&model_, &CorvelModel::isDeletingSnapshotChanged, this, &OverviewView::showSnapshots);
+    connect(measure_, &QPushButton::clicked, &storage_, &Storage::measureCategories);
+    connect(&storage_, &Storage::changed, this, &OverviewView::showCategories);
+    connect(&volumes_, &Volumes::changed, this, &OverviewView::showVolumes);
+    connect(&volumes_, &Volumes::changed, this, &OverviewView::showSnapshots);
     connect(snapshots_, &SnapshotsCard::deletionAsked, this, &OverviewView::confirmDeletion);
     showCategories();
     showVolumes();
@@ -88,8 +89,8 @@ QWidget *OverviewView::makeContent() {
     layout->addWidget(makeHeading(u"Categories"_s, content));
     layout->addWidget(categories);
     layout->addWidget(snapshots_);
-    layout->addWidget(volumesTitle_);
-    layout->addWidget(volumes_);
+    layout->addWidget(otherVolumesTitle_);
+    layout->addWidget(otherVolumes_);
     layout->addStretch(1);
     area_ = makeScrollArea(content, this);
     area_->setObjectName(QStringLiteral("overviewContent"));
@@ -97,43 +98,43 @@ QWidget *OverviewView::makeContent() {
 }
 
 void OverviewView::showCategories() {
-    const std::vector<MeasuredCategory> &categories = *model_.categories;
-    const std::optional<VolumeInfo> volume = model_.rootVolume();
+    const std::vector<MeasuredCategory> &categories = storage_->categories;
+    const std::optional<VolumeInfo> volume = volumes_.rootVolume();
     const double used =
         volume ? static_cast<double>(std::max<std::int64_t>(volume->totalCapacity - volume->trueFree, 1)) : 1;
     for (std::size_t i = rows_.size(); i < categories.size(); ++i) {
         rows_.push_back(new CategoryRow(this));
         rowLayout_->addWidget(rows_.back());
         connect(rows_.back(), &QAbstractButton::clicked, this,
-                [this, i] { emit categoryOpened((*model_.categories)[i].category.id); });
+                [this, i] { emit categoryOpened(storage_->categories[i].category.id); });
     }
     for (std::size_t i = 0; i < categories.size(); ++i)
         rows_[i]->setCategory(categories[i], static_cast<double>(categories[i].size) / used,
                               i + 1 == categories.size());
     capacity_->show(volume, categories);
 
-    const bool isMeasuring = *model_.isMeasuringCategories;
-    measure_->showState(isMeasuring, *model_.categoryProgress);
+    const bool isMeasuring = storage_->isMeasuringCategories;
+    measure_->showState(isMeasuring, storage_->categoryProgress);
     if (isMeasuring)
         header_->setSubtitle(u"Categories appear as they are measured."_s);
-    else if (*model_.lastCategoryScan)
-        header_->setSubtitle(u"Measured at %1"_s.arg(timeText(**model_.lastCategoryScan)));
+    else if (storage_->lastCategoryScan)
+        header_->setSubtitle(u"Measured at %1"_s.arg(timeText(*storage_->lastCategoryScan)));
     else
         header_->setSubtitle(u"Not measured yet. Measure looks at every category and changes nothing."_s);
 }
 
 void OverviewView::showVolumes() {
-    std::vector<VolumeInfo> others = *model_.volumes;
-    const std::optional<VolumeInfo> root = model_.rootVolume();
+    std::vector<VolumeInfo> others = volumes_->volumes;
+    const std::optional<VolumeInfo> root = volumes_.rootVolume();
     std::erase_if(others, [&](const VolumeInfo &volume) { return root && volume.url == root->url; });
-    volumes_->setVolumes(others);
-    volumes_->setHidden(others.empty());
-    volumesTitle_->setHidden(others.empty());
-    capacity_->show(root, *model_.categories);
+    otherVolumes_->setVolumes(others);
+    otherVolumes_->setHidden(others.empty());
+    otherVolumesTitle_->setHidden(others.empty());
+    capacity_->show(root, storage_->categories);
 }
 
 void OverviewView::showSnapshots() {
-    snapshots_->setSnapshots(*model_.snapshots, *model_.isDeletingSnapshot);
+    snapshots_->setSnapshots(volumes_->snapshots, volumes_->isDeletingSnapshot);
 }
 
 /// A letter goes to the next category that begins with it.
@@ -164,7 +165,7 @@ void OverviewView::confirmDeletion(const LocalSnapshot &snapshot) {
         "asks for an administrator's password."_s.arg(QString::fromStdString(snapshot.name)),
         u"Delete"_s, this);
     connect(sheet, &QDialog::accepted, this, [this, snapshot] {
-        model_.deleteSnapshot(snapshot, [this, page = QPointer(this), snapshot](bool isDeleted) {
+        volumes_.deleteSnapshot(snapshot, [this, page = QPointer(this), snapshot](bool isDeleted) {
             if (isDeleted || page.isNull())
                 return;
             whenNoSheetIsOpen(this, [this, snapshot] {

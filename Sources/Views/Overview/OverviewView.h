@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Core/Model/CorvelModel.h"
-
 #include <QWidget>
 #include <string>
 #include <vector>
@@ -16,15 +14,19 @@ class CategoryRow;
 class MeasureButton;
 class PageHeader;
 class SnapshotsCard;
+class Storage;
 class TextLabel;
+class Volumes;
 class VolumesCard;
+struct LocalSnapshot;
 
 /// The page that breaks the used space into categories, and shows the volumes and snapshots around it.
 class OverviewView : public QWidget {
     Q_OBJECT
 
 public:
-    explicit OverviewView(CorvelModel &model, QWidget *parent = nullptr);
+    /// Both must outlive the page.
+    OverviewView(Storage &storage, Volumes &volumes, QWidget *parent = nullptr);
 
 signals:
     void categoryOpened(const std::string &id);
@@ -40,7 +42,8 @@ private:
     void showSnapshots();
     void confirmDeletion(const LocalSnapshot &snapshot);
 
-    CorvelModel &model_;
+    Storage &storage_;
+    Volumes &volumes_;
     PageHeader *header_ = nullptr;
     MeasureButton *measure_;
     CapacityCard *capacity_;
@@ -48,8 +51,8 @@ private:
     QVBoxLayout *rowLayout_ = nullptr;
     std::vector<CategoryRow *> rows_;
     SnapshotsCard *snapshots_;
-    TextLabel *volumesTitle_;
-    VolumesCard *volumes_;
+    TextLabel *otherVolumesTitle_;
+    VolumesCard *otherVolumes_;
 };
 
 } // namespace brimvale

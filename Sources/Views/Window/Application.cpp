@@ -1,6 +1,7 @@
 #include "Views/Window/Application.h"
 
 #include "Base/Version.h"
+#include "Core/Model/ScanSession.h"
 #include "Views/Components/SystemStyle.h"
 #include "Views/Window/ApplicationIcon.h"
 #include "Views/Window/WindowStyle.h"
@@ -99,7 +100,7 @@ void Application::open(const std::optional<FileURL> &folder) {
 
 void Application::scan(const FileURL &folder) {
     window_->goTo({Section::Kind::browse});
-    model_->startScan(folder.path());
+    model_->scan.startScan(folder.path());
 }
 
 } // namespace brimvale

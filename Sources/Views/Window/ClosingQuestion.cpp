@@ -1,6 +1,8 @@
 #include "Views/Window/ClosingQuestion.h"
 
-#include "Core/Model/CorvelModel.h"
+#include "Core/Model/Backups.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/Volumes.h"
 #include "Views/Removing/ConfirmationSheet.h"
 
 #include <utility>
@@ -9,15 +11,16 @@ using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
-ClosingQuestion::ClosingQuestion(CorvelModel &model, QWidget &window)
-    : QObject(&window), model_(model), window_(window) {
-    connect(&model_, &CorvelModel::removalChanged, this, &ClosingQuestion::withdrawWhenIdle);
-    connect(&model_, &CorvelModel::archiveChanged, this, &ClosingQuestion::withdrawWhenIdle);
-    connect(&model_, &CorvelModel::isDeletingSnapshotChanged, this, &ClosingQuestion::withdrawWhenIdle);
+ClosingQuestion::ClosingQuestion(const Removals &removals, const Backups &backups, const Volumes &volumes,
+                                 QWidget &window)
+    : QObject(&window), removals_(removals), backups_(backups), volumes_(volumes), window_(window) {
+    connect(&removals_, &Removals::changed, this, &ClosingQuestion::withdrawWhenIdle);
+    connect(&backups_, &Backups::changed, this, &ClosingQuestion::withdrawWhenIdle);
+    connect(&volumes_, &Volumes::changed, this, &ClosingQuestion::withdrawWhenIdle);
 }
 
 bool ClosingQuestion::isDue() const {
-    return model_.isRemoving() || *model_.isArchiving || *model_.isDeletingSnapshot;
+    return removals_.isRemoving() || backups_->isArchiving || volumes_->isDeletingSnapshot;
 }
 
 void ClosingQuestion::ask(const QString &action, std::function<void()> then) {
@@ -34,22 +37,22 @@ void ClosingQuestion::ask(const QString &action, std::function<void()> then) {
 }
 
 bool ClosingQuestion::administratorRuns() const {
-    return *model_.removalActivity == RemovalActivity::asAdministrator || *model_.isDeletingSnapshot;
+    return removals_->removalActivity == RemovalActivity::asAdministrator || volumes_->isDeletingSnapshot;
 }
 
 QString ClosingQuestion::question() const {
     if (administratorRuns())
         return u"Quit while the administrator's command runs?"_s;
-    return model_.isRemoving() ? u"Stop removing and quit?"_s : u"Stop the backup and quit?"_s;
+    return removals_.isRemoving() ? u"Stop removing and quit?"_s : u"Stop the backup and quit?"_s;
 }
 
 QString ClosingQuestion::loss() const {
     QStringList sentences;
     if (administratorRuns())
         sentences.append(u"It goes on until it is done, but you will not be told what became of it."_s);
-    if (model_.isRemoving() && *model_.removalActivity != RemovalActivity::asAdministrator)
+    if (removals_.isRemoving() && removals_->removalActivity != RemovalActivity::asAdministrator)
         sentences.append(u"What is gone by now stays gone, the rest stays where it is."_s);
-    if (*model_.isArchiving)
+    if (backups_->isArchiving)
         sentences.append(u"The backup remains unfinished. No original of it is touched."_s);
     return sentences.join(' ');
 }

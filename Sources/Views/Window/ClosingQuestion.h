@@ -8,7 +8,9 @@ class QDialog;
 
 namespace brimvale {
 
-class CorvelModel;
+class Backups;
+class Removals;
+class Volumes;
 
 /// Asks before the window goes while something is removed or backed up, which ends with it, or while an
 /// administrator's command runs, whose end nobody would be told of.
@@ -16,8 +18,9 @@ class ClosingQuestion : public QObject {
     Q_OBJECT
 
 public:
-    /// Both must outlive the question.
-    ClosingQuestion(CorvelModel &model, QWidget &window);
+    /// All must outlive the question.
+    ClosingQuestion(const Removals &removals, const Backups &backups, const Volumes &volumes,
+                    QWidget &window);
 
     /// Whether there is anything to ask about.
     [[nodiscard]] bool isDue() const;
@@ -32,7 +35,9 @@ private:
     [[nodiscard]] QString loss() const;
     void withdrawWhenIdle();
 
-    CorvelModel &model_;
+    const Removals &removals_;
+    const Backups &backups_;
+    const Volumes &volumes_;
     QWidget &window_;
     QPointer<QDialog> sheet_;
 };

@@ -1,6 +1,10 @@
 #include "Views/Window/ContentView.h"
 
 #include "Core/Model/CorvelModel.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/ScanSession.h"
+#include "Core/Model/Storage.h"
+#include "Core/Model/Volumes.h"
 #include "Core/Update/Updater.h"
 #include "Views/Apps/AppsView.h"
 #include "Views/Browse/BrowseView.h"
@@ -64,7 +68,8 @@ QKeySequence shortcutOf(const Section &section) {
 
 ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     : QMainWindow(parent), model_(model), updater_(updater), sidebar_(new Sidebar(this)),
-      stack_(new QStackedWidget(this)), closing_(new ClosingQuestion(model, *this)) {
+      stack_(new QStackedWidget(this)),
+      closing_(new ClosingQuestion(model.removals, model.backups, model.volumes, *this)) {
     setObjectName(QStringLiteral("contentView"));
     setWindowTitle(QApplication::applicationName());
     applyTheme();
@@ -79,34 +84,34 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     auto *page = new QVBoxLayout;
     page->setSpacing(0);
     page->addWidget(stack_, 1);
-    page->addWidget(new RemovalBar(model_, this));
+    page->addWidget(new RemovalBar(model_.removals, this));
     layout->addLayout(page, 1);
     setCentralWidget(content);
 
     buildMenus();
     addPages();
     followModel();
-    new OutcomeSheets(model_, *this);
+    new OutcomeSheets(model_.removals, model_.backups, *this);
     connect(sidebar_, &Sidebar::currentRowChanged, this, &ContentView::showPageOfRow);
     goTo(pages_.front().section);
 }
 
 void ContentView::addPages() {
     addPage({Section::Kind::overview}, {u"Overview"_s, QStringLiteral("chart-pie")}, [this] {
-        auto *page = new OverviewView(model_, this);
+        auto *page = new OverviewView(model_.storage, model_.volumes, this);
         connect(page, &OverviewView::categoryOpened, this, [this](const std::string &id) {
             goTo({Section::Kind::category, id});
         });
         return page;
     });
     addPage({Section::Kind::browse}, {u"Browse"_s, QStringLiteral("folder-tree")},
-            [this] { return new BrowseView(model_, this); });
+            [this] { return new BrowseView(model_.scan, model_.removals, model_.volumes, this); });
     addPage({Section::Kind::cleanup}, {u"Cleanup"_s, QStringLiteral("sparkles")},
-            [this] { return new CleanupView(model_, this); });
+            [this] { return new CleanupView(model_.cleanup, model_.removals, this); });
     addPage({Section::Kind::apps}, {u"Apps"_s, QStringLiteral("layout-grid")},
-            [this] { return new AppsView(model_, this); });
+            [this] { return new AppsView(model_.apps, model_.removals, this); });
     sidebar_->addHeading(u"Storage"_s);
-    for (const MeasuredCategory &one : *model_.categories)
+    for (const MeasuredCategory &one : model_.storage->categories)
         addCategoryPage(one.category);
 }
 
@@ -114,7 +119,8 @@ void ContentView::addCategoryPage(const StorageCategory &category) {
     addPage({Section::Kind::category, category.id},
             {QString::fromStdString(category.title), categoryIcon(category), categoryColor(category)},
             [this, id = category.id] {
-                auto *page = new CategoryDetailView(model_, id, this);
+                auto *page =
+                    new CategoryDetailView(id, model_.storage, model_.removals, model_.backups, this);
                 connect(page, &CategoryDetailView::appsAsked, this, [this] { goTo({Section::Kind::apps}); });
                 return page;
             });
@@ -163,21 +169,21 @@ void ContentView::buildMenus() {
 
 void ContentView::followModel() {
     SidebarFooter &footer = sidebar_->footer();
-    const auto showVolume = [this, &footer] { footer.setVolume(model_.rootVolume()); };
-    const auto showFreed = [this, &footer] { footer.setFreed(*model_.totalFreedThisSession); };
-    const auto showAccess = [this, &footer] { footer.setHasFullDiskAccess(*model_.hasFullDiskAccess); };
-    connect(&model_, &CorvelModel::volumesChanged, this, showVolume);
-    connect(&model_, &CorvelModel::totalFreedThisSessionChanged, this, showFreed);
-    connect(&model_, &CorvelModel::hasFullDiskAccessChanged, this, showAccess);
-    connect(&model_, &CorvelModel::categoriesChanged, this, &ContentView::showCategorySizes);
-    showVolume();
+    const auto showVolumes = [this, &footer] {
+        footer.setVolume(model_.volumes.rootVolume());
+        footer.setHasFullDiskAccess(model_.volumes->hasFullDiskAccess);
+    };
+    const auto showFreed = [this, &footer] { footer.setFreed(model_.removals->totalFreedThisSession); };
+    connect(&model_.volumes, &Volumes::changed, this, showVolumes);
+    connect(&model_.removals, &Removals::changed, this, showFreed);
+    connect(&model_.storage, &Storage::changed, this, &ContentView::showCategorySizes);
+    showVolumes();
     showFreed();
-    showAccess();
 }
 
 void ContentView::showCategorySizes() {
     for (const Page &page : pages_) {
-        const MeasuredCategory *category = model_.category(page.section.id);
+        const MeasuredCategory *category = model_.storage.category(page.section.id);
         if (category != nullptr)
             sidebar_->setValue(page.row, category->measured ? sizeText(category->size) : QString());
     }
@@ -226,7 +232,7 @@ void ContentView::showPageOfRow(int row) {
 
 void ContentView::rescan() {
     goTo({Section::Kind::browse});
-    model_.startScan();
+    model_.scan.startScan();
 }
 
 void ContentView::showShortcuts() {

@@ -1,33 +1,34 @@
 #include "Views/Window/OutcomeSheets.h"
 
-#include "Core/Model/CorvelModel.h"
+#include "Core/Model/Backups.h"
+#include "Core/Model/Removals.h"
 #include "Views/Category/BackupReviewView.h"
 #include "Views/Removing/SheetOrder.h"
 #include "Views/Window/ResultSheet.h"
 
 namespace brimvale {
 
-OutcomeSheets::OutcomeSheets(CorvelModel &model, QWidget &window)
-    : QObject(&window), model_(model), window_(window) {
-    connect(&model_, &CorvelModel::lastResultChanged, this, &OutcomeSheets::showResult);
-    connect(&model_, &CorvelModel::archiveChanged, this, &OutcomeSheets::showReview);
+OutcomeSheets::OutcomeSheets(Removals &removals, Backups &backups, QWidget &window)
+    : QObject(&window), removals_(removals), backups_(backups), window_(window) {
+    connect(&removals_, &Removals::lastResultChanged, this, &OutcomeSheets::showResult);
+    connect(&backups_, &Backups::changed, this, &OutcomeSheets::showReview);
 }
 
 void OutcomeSheets::showReview() {
     whenNoSheetIsOpen(this, [this] {
-        if (!*model_.pendingDeletion || review_ != nullptr || !window_.isVisible())
+        if (!backups_->pendingDeletion || review_ != nullptr || !window_.isVisible())
             return;
-        auto *review = new BackupReviewView(**model_.pendingDeletion, &window_);
+        auto *review = new BackupReviewView(*backups_->pendingDeletion, &window_);
         review_ = review;
-        connect(review, &QDialog::accepted, &model_, &CorvelModel::confirmPendingDeletion);
-        connect(review, &QDialog::rejected, &model_, &CorvelModel::cancelPendingDeletion);
+        connect(review, &QDialog::accepted, &backups_, &Backups::confirmPendingDeletion);
+        connect(review, &QDialog::rejected, &backups_, &Backups::cancelPendingDeletion);
         review->open();
     });
 }
 
 void OutcomeSheets::showResult() {
-    if (*model_.lastResult)
-        results_.push_back(**model_.lastResult);
+    if (removals_->lastResult)
+        results_.push_back(*removals_->lastResult);
     whenNoSheetIsOpen(this, [this] { showNextResult(); });
 }
 
@@ -37,14 +38,14 @@ void OutcomeSheets::showNextResult() {
     auto *sheet = new ResultSheet(results_.front(), &window_);
     results_.pop_front();
     resultSheet_ = sheet;
-    connect(sheet, &ResultSheet::escalated, &model_, &CorvelModel::escalate);
+    connect(sheet, &ResultSheet::escalated, &removals_, &Removals::escalate);
     connect(sheet, &QDialog::finished, this, [this] {
         resultSheet_ = nullptr;
         whenNoSheetIsOpen(this, [this] { showNextResult(); });
     });
     // What the result tells of is still leaving the tree, or the next removal has begun.
-    const auto allowWhenIdle = [this, sheet] { sheet->setCanEscalate(!model_.isRemoving()); };
-    connect(&model_, &CorvelModel::removalChanged, sheet, allowWhenIdle);
+    const auto allowWhenIdle = [this, sheet] { sheet->setCanEscalate(!removals_.isRemoving()); };
+    connect(&removals_, &Removals::changed, sheet, allowWhenIdle);
     allowWhenIdle();
     sheet->open();
 }

@@ -10,7 +10,8 @@ class QDialog;
 
 namespace brimvale {
 
-class CorvelModel;
+class Backups;
+class Removals;
 
 /// Tells in sheets of the window what became of each removal, and which backup waits for the user, whatever
 /// page they came from: one after the other, and none while another sheet is open.
@@ -18,15 +19,16 @@ class OutcomeSheets : public QObject {
     Q_OBJECT
 
 public:
-    /// Both must outlive it.
-    OutcomeSheets(CorvelModel &model, QWidget &window);
+    /// All must outlive it.
+    OutcomeSheets(Removals &removals, Backups &backups, QWidget &window);
 
 private:
     void showResult();
     void showNextResult();
     void showReview();
 
-    CorvelModel &model_;
+    Removals &removals_;
+    Backups &backups_;
     QWidget &window_;
     std::deque<RemovalResult> results_; ///< not shown yet
     // Those that are open, if any.

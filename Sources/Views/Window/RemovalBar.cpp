@@ -1,5 +1,6 @@
 #include "Views/Window/RemovalBar.h"
 
+#include "Core/Model/Removals.h"
 #include "Core/Text/Formatting.h"
 #include "Views/Components/Metrics.h"
 #include "Views/Components/PageParts.h"
@@ -21,9 +22,10 @@ constexpr int lineWidth = 160;
 
 } // namespace
 
-RemovalBar::RemovalBar(CorvelModel &model, QWidget *parent)
-    : Bar(parent), model_(model), what_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
-      line_(new ProgressLine(this)), stop_(makeButton("stopRemoval", u"Stop"_s, this)) {
+RemovalBar::RemovalBar(Removals &removals, QWidget *parent)
+    : Bar(parent), removals_(removals),
+      what_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)), line_(new ProgressLine(this)),
+      stop_(makeButton("stopRemoval", u"Stop"_s, this)) {
     setObjectName(QStringLiteral("removalBar"));
     what_->setObjectName(QStringLiteral("removalActivity"));
     line_->setRange(0, 0);
@@ -41,22 +43,22 @@ RemovalBar::RemovalBar(CorvelModel &model, QWidget *parent)
     delay_.setSingleShot(true);
     delay_.setInterval(delayBeforeShown);
     connect(&delay_, &QTimer::timeout, this, &QWidget::show);
-    connect(stop_, &QPushButton::clicked, &model_, &CorvelModel::stopRemoval);
-    connect(&model_, &CorvelModel::removalChanged, this, &RemovalBar::showActivity);
+    connect(stop_, &QPushButton::clicked, &removals, &Removals::stopRemoval);
+    connect(&removals_, &Removals::changed, this, &RemovalBar::showActivity);
     showActivity();
 }
 
 void RemovalBar::showActivity() {
-    stop_->setVisible(*model_.removalActivity == RemovalActivity::removing);
-    switch (*model_.removalActivity) {
+    stop_->setVisible(removals_->removalActivity == RemovalActivity::removing);
+    switch (removals_->removalActivity) {
     case RemovalActivity::none:
         delay_.stop();
         hide();
         return;
     case RemovalActivity::removing:
-        what_->setText(*model_.removedEntries > 0
+        what_->setText(removals_->removedEntries > 0
                            ? u"Removing… %1 files and folders so far"_s.arg(
-                                 QString::fromStdString(Fmt::count(*model_.removedEntries)))
+                                 QString::fromStdString(Fmt::count(removals_->removedEntries)))
                            : u"Removing…"_s);
         break;
     case RemovalActivity::stopping:

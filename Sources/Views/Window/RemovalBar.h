@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Core/Model/CorvelModel.h"
 #include "Views/Components/Bar.h"
 
 #include <QTimer>
@@ -10,6 +9,7 @@ class QPushButton;
 namespace brimvale {
 
 class ProgressLine;
+class Removals;
 class TextLabel;
 
 /// Shows at the foot of the window that a removal runs, on whatever page, and stops it. A removal that is
@@ -18,13 +18,13 @@ class RemovalBar : public Bar {
     Q_OBJECT
 
 public:
-    /// The model must outlive the bar.
-    explicit RemovalBar(CorvelModel &model, QWidget *parent = nullptr);
+    /// `removals` must outlive the bar.
+    explicit RemovalBar(Removals &removals, QWidget *parent = nullptr);
 
 private:
     void showActivity();
 
-    CorvelModel &model_;
+    const Removals &removals_;
     QTimer delay_;
     TextLabel *what_;
     ProgressLine *line_;

@@ -8,7 +8,6 @@ namespace brimvale {
 
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 LeftoverItem leftover(const std::string &path, std::int64_t size) {
@@ -27,12 +26,6 @@ AppRow row(const std::string &name, std::vector<LeftoverItem> leftovers, bool is
                .leftovers = std::move(leftovers),
                .analyzed = true};
     return row;
-}
-
-RemovalResult removalOf(std::vector<FileURL> urls) {
-    RemovalResult result;
-    result.succeeded = std::move(urls);
-    return result;
 }
 
 const LeftoverItem first = leftover("/first", 200'000);
@@ -63,31 +56,15 @@ TEST(Uninstall, ConfirmationAndItemsMatchTheSelection) {
                             Case{systemApp, {first}, true, "1 supporting item", 200'000, {first.url}}}) {
         EXPECT_EQ(Uninstall::confirmation(one.row, one.leftovers, one.includeBundle),
                   "This removes " + one.what + ", freeing about " + Fmt::byteFormatter(one.bytes));
-        const Uninstall::Items items = Uninstall::items(one.row, one.leftovers, one.includeBundle);
-        EXPECT_EQ(items.urls, one.urls);
+        std::vector<FileURL> urls;
         std::int64_t bytes = 0;
-        for (const FileURL &url : one.urls)
-            bytes += items.sizes.at(url);
+        for (const CleanupEntry &entry : Uninstall::entries(one.row, one.leftovers, one.includeBundle)) {
+            urls.push_back(entry.url);
+            bytes += entry.size;
+        }
+        EXPECT_EQ(urls, one.urls);
         EXPECT_EQ(bytes, one.bytes);
     }
-}
-
-TEST(Uninstall, KeepsAppRowUntilBundleIsRemoved) {
-    const FileURL acme("/Applications/Acme.app");
-    const std::vector<AppRow> rows = {row("Other", {first, second}), row("Acme", {first, second})};
-
-    std::vector<AppRow> onlyLeftovers = rows;
-    Uninstall::update(onlyLeftovers, acme, removalOf({first.url}));
-    EXPECT_THAT(onlyLeftovers, ElementsAre(row("Other", {second}), row("Acme", {second})))
-        << "nobody claims what has gone";
-
-    std::vector<AppRow> everything = rows;
-    Uninstall::update(everything, acme, removalOf({first.url, acme}));
-    EXPECT_THAT(everything, ElementsAre(row("Other", {second})));
-
-    std::vector<AppRow> unknown = rows;
-    Uninstall::update(unknown, FileURL("/gone.app"), removalOf({FileURL("/gone.app")}));
-    EXPECT_EQ(unknown, rows);
 }
 
 TEST(Uninstall, NamesOtherAppsThatClaimALeftover) {

@@ -1,10 +1,13 @@
+#include "Core/Model/Apps.h"
 #include "Core/Model/CorvelModel.h"
+#include "Core/Model/Removals.h"
 
 #include "Support/Model.h"
 #include "Support/RecordingActions.h"
 #include "Support/SampleApps.h"
 #include "Support/SampleHome.h"
 
+#include <QSignalSpy>
 #include <QTest>
 #include <algorithm>
 #include <filesystem>
@@ -33,19 +36,19 @@ protected:
     static std::string bundle(const std::string &name) { return "Applications/" + name + ".app"; }
 
     void load() {
-        model.loadApps();
+        model.apps.loadApps();
         ASSERT_TRUE(waitUntilLoaded());
     }
     bool waitUntilLoaded() const {
-        return QTest::qWaitFor([&] { return !*model.isLoadingApps; }, 20'000);
+        return QTest::qWaitFor([&] { return !model.apps->isLoadingApps; }, 20'000);
     }
 
     /// The row of an application, null where it is not listed.
     const AppRow *find(const std::string &name) const {
         const FileURL url(home.path(bundle(name)));
-        const auto row = std::find_if(model.apps->begin(), model.apps->end(),
+        const auto row = std::find_if(model.apps->apps.begin(), model.apps->apps.end(),
                                       [&](const AppRow &one) { return one.app.url == url; });
-        return row == model.apps->end() ? nullptr : &*row;
+        return row == model.apps->apps.end() ? nullptr : &*row;
     }
 
     std::vector<std::string> leftoversOf(const std::string &name) const {
@@ -57,7 +60,7 @@ protected:
 
     testing::SampleHome home;
     testing::RecordingActions actions;
-    CorvelModel model{nullptr, actions};
+    CorvelModel model{actions};
 };
 
 } // namespace
@@ -65,23 +68,26 @@ protected:
 TEST_F(CorvelModelApps, AreListedAtOnceAndAnalysedOneByOne) {
     std::vector<FileURL> order;
     double progress = 0;
-    QObject::connect(&model, &CorvelModel::appsChanged, &model, [&] {
-        EXPECT_GE(*model.appProgress, progress) << "never goes back";
-        progress = *model.appProgress;
+    QObject::connect(&model.apps, &Apps::changed, [&] {
+        EXPECT_GE(model.apps->appProgress, progress) << "never goes back";
+        progress = model.apps->appProgress;
         if (order.empty())
-            for (const AppRow &row : *model.apps) {
+            for (const AppRow &row : model.apps->apps) {
                 EXPECT_FALSE(row.analyzed);
-                EXPECT_TRUE(*model.isLoadingApps);
+                EXPECT_TRUE(model.apps->isLoadingApps);
                 EXPECT_EQ(row.bundleSize, 0);
                 EXPECT_THAT(row.leftovers, IsEmpty());
                 order.push_back(row.app.url);
             }
     });
+    const QSignalSpy announcements(&model.apps, &Apps::changed);
     load();
+    EXPECT_EQ(announcements.count(), static_cast<int>(model.apps->apps.size()) + 3)
+        << "one an application, and the begin, the list and the end";
     EXPECT_EQ(progress, 1);
     std::vector<FileURL> mine;
     for (std::size_t i = 0; i < order.size(); ++i) {
-        const AppRow &row = (*model.apps)[i];
+        const AppRow &row = model.apps->apps[i];
         EXPECT_EQ(row.app.url, order[i]) << "the analysis changes no order";
         EXPECT_TRUE(row.analyzed);
         if (row.app.url.path().starts_with(home.path()))
@@ -99,27 +105,27 @@ TEST_F(CorvelModelApps, AreLoadedOnceAtATime) {
     // How often a list is published that nothing in has been analysed yet.
     int lists = 0;
     bool wasFresh = false;
-    QObject::connect(&model, &CorvelModel::appsChanged, &model, [&] {
+    QObject::connect(&model.apps, &Apps::changed, [&] {
         const bool isFresh =
-            !model.apps->empty() && std::none_of(model.apps->begin(), model.apps->end(),
-                                                 [](const AppRow &row) { return row.analyzed; });
+            !model.apps->apps.empty() && std::none_of(model.apps->apps.begin(), model.apps->apps.end(),
+                                                      [](const AppRow &row) { return row.analyzed; });
         lists += isFresh && !wasFresh ? 1 : 0;
         wasFresh = isFresh;
     });
-    model.loadApps();
-    model.loadApps();
-    EXPECT_EQ(*model.appProgress, 0);
+    model.apps.loadApps();
+    model.apps.loadApps();
+    EXPECT_EQ(model.apps->appProgress, 0);
     ASSERT_TRUE(waitUntilLoaded());
     EXPECT_EQ(lists, 1);
 
     // Apple's are listed as soon as they may be, if they still are wanted then.
-    model.loadApps();
-    model.setIncludeSystemApps(true);
+    model.apps.loadApps();
+    model.apps.setIncludeSystemApps(true);
     ASSERT_TRUE(waitUntilLoaded());
     EXPECT_EQ(lists, 3);
-    model.setIncludeSystemApps(false);
-    model.setIncludeSystemApps(true);
-    model.setIncludeSystemApps(false);
+    model.apps.setIncludeSystemApps(false);
+    model.apps.setIncludeSystemApps(true);
+    model.apps.setIncludeSystemApps(false);
     ASSERT_TRUE(waitUntilLoaded());
     EXPECT_EQ(lists, 4);
 }
@@ -130,21 +136,21 @@ TEST_F(CorvelModelApps, ThatVanishAreFollowed) {
     std::filesystem::remove_all(home.path(bundle("Beta")));
     load();
     EXPECT_EQ(find("Beta"), nullptr);
-    model.uninstall(beta, {}, true, RemovalMode::trash);
-    EXPECT_FALSE(model.isRemoving()) << "what is not listed is not removed";
+    model.apps.uninstall(beta, {}, true, RemovalMode::trash);
+    EXPECT_FALSE(model.removals.isRemoving()) << "what is not listed is not removed";
     EXPECT_THAT(actions.calls, IsEmpty());
 }
 
 TEST_F(CorvelModelApps, KeepTheirRowWithoutTheLeftoversThatAreGone) {
     load();
     const AppRow acme = *find("Acme");
-    model.uninstall(acme.app, {acme.leftovers[0]}, false, RemovalMode::deleteNow);
+    model.apps.uninstall(acme.app, {acme.leftovers[0]}, false, RemovalMode::deleteNow);
     ASSERT_TRUE(waitUntilRemoved(model));
     EXPECT_THAT(actions.calls, ElementsAre("delete " + home.path("Library/Caches/com.example.Acme")));
     EXPECT_THAT(leftoversOf("Acme"), ElementsAre("com.example.Acme.plist"));
     EXPECT_EQ(find("Acme")->bundleSize, acme.bundleSize);
-    EXPECT_EQ((*model.lastResult)->bytesFreed, acme.leftovers[0].size);
-    EXPECT_EQ(*model.totalFreedThisSession, acme.leftovers[0].size);
+    EXPECT_EQ(model.removals->lastResult->bytesFreed, acme.leftovers[0].size);
+    EXPECT_EQ(model.removals->totalFreedThisSession, acme.leftovers[0].size);
 }
 
 TEST_F(CorvelModelApps, LoseTheLeftoversThatTheAdministratorRemoves) {
@@ -152,9 +158,10 @@ TEST_F(CorvelModelApps, LoseTheLeftoversThatTheAdministratorRemoves) {
     const AppRow acme = *find("Acme");
     actions.refuse(acme.app.url.path());
     actions.refuse(acme.leftovers[0].url.path());
-    model.uninstall(acme.app, acme.leftovers, true, RemovalMode::deleteNow);
+    model.apps.uninstall(acme.app, acme.leftovers, true, RemovalMode::deleteNow);
     ASSERT_TRUE(waitUntilRemoved(model));
-    EXPECT_THAT((*model.lastResult)->needsAdmin, UnorderedElementsAre(acme.app.url, acme.leftovers[0].url));
+    EXPECT_THAT(model.removals->lastResult->needsAdmin,
+                UnorderedElementsAre(acme.app.url, acme.leftovers[0].url));
     EXPECT_THAT(actions.calls, ::testing::SizeIs(3)) << "nobody is asked for a password unbidden";
     ASSERT_NE(find("Acme"), nullptr);
     EXPECT_THAT(leftoversOf("Acme"), ElementsAre("com.example.Acme"));
@@ -162,7 +169,7 @@ TEST_F(CorvelModelApps, LoseTheLeftoversThatTheAdministratorRemoves) {
     actions.onCommand = [&](const std::string &) {
         std::filesystem::remove_all(acme.leftovers[0].url.path());
     };
-    model.escalate((*model.lastResult)->needsAdmin);
+    model.removals.escalate(model.removals->lastResult->needsAdmin);
     ASSERT_TRUE(waitUntilRemoved(model));
     ASSERT_NE(find("Acme"), nullptr) << "its bundle is still there";
     EXPECT_THAT(leftoversOf("Acme"), IsEmpty());

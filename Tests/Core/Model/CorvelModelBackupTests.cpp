@@ -1,4 +1,6 @@
+#include "Core/Model/Backups.h"
 #include "Core/Model/CorvelModel.h"
+#include "Core/Model/Removals.h"
 #include "Support/HeldRemoval.h"
 #include "Support/Model.h"
 #include "Support/TemporaryFolder.h"
@@ -33,16 +35,16 @@ protected:
     }
 
     void begin(const std::vector<CleanupEntry> &entries, RemovalMode mode = RemovalMode::trash) {
-        model->archiveThenReview("Items", FileURL(folder.path("backups")), entries, mode);
+        model->backups.archiveThenReview("Items", FileURL(folder.path("backups")), entries, mode);
     }
 
     [[nodiscard]] bool waitUntilArchived() const {
-        return QTest::qWaitFor([this] { return !*model->isArchiving; }, 20'000);
+        return QTest::qWaitFor([this] { return !model->backups->isArchiving; }, 20'000);
     }
 
     TemporaryFolder folder;
     RecordingActions actions;
-    std::optional<CorvelModel> model{std::in_place, nullptr, actions};
+    std::optional<CorvelModel> model{std::in_place, actions};
 };
 
 } // namespace
@@ -50,35 +52,35 @@ protected:
 TEST_F(CorvelModelBackup, IsReviewedBeforeAnythingGoes) {
     const std::vector<CleanupEntry> entries{entry("one"), entry("two")};
     begin(entries, RemovalMode::deleteNow);
-    EXPECT_EQ(*model->archiveStatus, "Copying 2 items…");
+    EXPECT_EQ(model->backups->archiveStatus, "Copying 2 items…");
     begin({entry("one")}); // one at a time
     ASSERT_TRUE(waitUntilArchived());
-    ASSERT_TRUE(*model->pendingDeletion);
-    const PendingDeletion pending = **model->pendingDeletion;
+    ASSERT_TRUE(model->backups->pendingDeletion);
+    const PendingDeletion pending = *model->backups->pendingDeletion;
     EXPECT_EQ(pending.entries, entries);
     EXPECT_EQ(pending.items.size(), 2U);
     EXPECT_EQ(pending.mode, RemovalMode::deleteNow);
     EXPECT_TRUE(pending.sameVolumeAsSource);
-    EXPECT_EQ(*model->lastArchiveDestination, pending.destination);
-    EXPECT_EQ(*model->archiveStatus, std::nullopt);
-    EXPECT_EQ(*model->archiveError, std::nullopt);
+    EXPECT_EQ(model->backups->lastArchiveDestination, pending.destination);
+    EXPECT_EQ(model->backups->archiveStatus, std::nullopt);
+    EXPECT_EQ(model->backups->archiveError, std::nullopt);
     EXPECT_THAT(actions.calls, IsEmpty());
 
-    model->cancelPendingDeletion();
+    model->backups.cancelPendingDeletion();
     const std::string name(pending.destination.fileName());
-    EXPECT_EQ(*model->archiveStatus, "Backup kept at " + name + ". Nothing was deleted.");
+    EXPECT_EQ(model->backups->archiveStatus, "Backup kept at " + name + ". Nothing was deleted.");
     EXPECT_TRUE(fs::exists(pending.destination.appending("two/file").path()));
-    model->confirmPendingDeletion();
-    EXPECT_FALSE(model->isRemoving()) << "there is nothing to confirm any more";
+    model->backups.confirmPendingDeletion();
+    EXPECT_FALSE(model->removals.isRemoving()) << "there is nothing to confirm any more";
 
     begin({entry("two")}, RemovalMode::deleteNow);
-    EXPECT_EQ(*model->archiveStatus, "Copying 1 item…");
+    EXPECT_EQ(model->backups->archiveStatus, "Copying 1 item…");
     ASSERT_TRUE(waitUntilArchived());
-    const std::string second((*model->pendingDeletion)->destination.fileName());
-    model->confirmPendingDeletion();
-    EXPECT_EQ(*model->pendingDeletion, std::nullopt);
+    const std::string second(model->backups->pendingDeletion->destination.fileName());
+    model->backups.confirmPendingDeletion();
+    EXPECT_EQ(model->backups->pendingDeletion, std::nullopt);
     ASSERT_TRUE(waitUntilRemoved(*model));
-    EXPECT_EQ(*model->archiveStatus, "Backed up to " + second + ", then removed the originals.");
+    EXPECT_EQ(model->backups->archiveStatus, "Backed up to " + second + ", then removed the originals.");
     EXPECT_THAT(actions.calls, ElementsAre("delete " + folder.path("items/two")));
 }
 
@@ -102,59 +104,60 @@ TEST_F(CorvelModelBackup, IsNotReviewedWhereAnythingFailed) {
                   1},
              Case{"backups", {}, "Nothing was deleted. The copy could not be verified.", 0},
          }) {
-        model->archiveThenReview("Items", FileURL(folder.path(one.root)), one.entries, RemovalMode::trash);
-        EXPECT_EQ(*model->archiveError, std::nullopt) << "what is told is about this backup";
+        model->backups.archiveThenReview("Items", FileURL(folder.path(one.root)), one.entries,
+                                         RemovalMode::trash);
+        EXPECT_EQ(model->backups->archiveError, std::nullopt) << "what is told is about this backup";
         ASSERT_TRUE(waitUntilArchived());
-        EXPECT_EQ(*model->pendingDeletion, std::nullopt);
-        EXPECT_EQ(*model->lastArchiveDestination, std::nullopt);
-        EXPECT_EQ(*model->archiveStatus, std::nullopt);
-        ASSERT_TRUE(*model->archiveError);
-        EXPECT_THAT(**model->archiveError, StartsWith(one.error));
-        ASSERT_TRUE(*model->lastResult);
-        const RemovalResult &result = **model->lastResult;
+        EXPECT_EQ(model->backups->pendingDeletion, std::nullopt);
+        EXPECT_EQ(model->backups->lastArchiveDestination, std::nullopt);
+        EXPECT_EQ(model->backups->archiveStatus, std::nullopt);
+        ASSERT_TRUE(model->backups->archiveError);
+        EXPECT_THAT(*model->backups->archiveError, StartsWith(one.error));
+        ASSERT_TRUE(model->removals->lastResult);
+        const RemovalResult &result = *model->removals->lastResult;
         EXPECT_THAT(result.succeeded, IsEmpty());
         ASSERT_EQ(result.failed.size(), one.failures);
         if (one.failures > 0) {
-            EXPECT_EQ(**model->archiveError, "Nothing was deleted. " + result.failed.front().reason);
+            EXPECT_EQ(*model->backups->archiveError, "Nothing was deleted. " + result.failed.front().reason);
         }
     }
     EXPECT_THAT(actions.calls, IsEmpty());
 }
 
 TEST_F(CorvelModelBackup, IsNotReviewedAfterACancellation) {
-    model->cancelArchive(); // there is none
+    model->backups.cancelArchive(); // there is none
     begin({entry("one"), entry("two")});
-    model->cancelArchive();
+    model->backups.cancelArchive();
     ASSERT_TRUE(waitUntilArchived());
-    EXPECT_EQ(*model->pendingDeletion, std::nullopt);
-    EXPECT_EQ(**model->archiveError, "Nothing was deleted. The backup was cancelled.");
-    EXPECT_EQ(*model->lastResult, std::nullopt) << "the user knows";
+    EXPECT_EQ(model->backups->pendingDeletion, std::nullopt);
+    EXPECT_EQ(*model->backups->archiveError, "Nothing was deleted. The backup was cancelled.");
+    EXPECT_EQ(model->removals->lastResult, std::nullopt) << "the user knows";
 
     // Nor when everything is copied already.
-    QObject::connect(&*model, &CorvelModel::archiveChanged, [this] {
-        if (*model->archiveDetail == "Writing the manifest")
-            model->cancelArchive();
+    QObject::connect(&model->backups, &Backups::changed, [this] {
+        if (model->backups->archiveDetail == "Writing the manifest")
+            model->backups.cancelArchive();
     });
     begin({entry("one"), entry("two")});
     ASSERT_TRUE(waitUntilArchived());
-    EXPECT_EQ(*model->pendingDeletion, std::nullopt);
-    EXPECT_EQ(**model->archiveError, "Nothing was deleted. The backup was cancelled.");
+    EXPECT_EQ(model->backups->pendingDeletion, std::nullopt);
+    EXPECT_EQ(*model->backups->archiveError, "Nothing was deleted. The backup was cancelled.");
     EXPECT_TRUE(fs::exists(folder.path("items/one")) && fs::exists(folder.path("items/two/file")));
 }
 
 TEST_F(CorvelModelBackup, WaitsWithTheOriginalsForAnotherRemoval) {
     begin({entry("two")});
     ASSERT_TRUE(waitUntilArchived());
-    ASSERT_TRUE(*model->pendingDeletion);
+    ASSERT_TRUE(model->backups->pendingDeletion);
     testing::HeldRemoval held(actions);
-    model->removeCleanupEntries({entry("one")}, RemovalMode::trash);
+    model->removals.removeCleanupEntries({entry("one")}, RemovalMode::trash);
     held.waitUntilCalled();
-    model->confirmPendingDeletion();
-    EXPECT_EQ(*model->pendingDeletion, std::nullopt);
-    EXPECT_EQ(*model->archiveStatus, std::nullopt) << "they are not removed yet";
+    model->backups.confirmPendingDeletion();
+    EXPECT_EQ(model->backups->pendingDeletion, std::nullopt);
+    EXPECT_EQ(model->backups->archiveStatus, std::nullopt) << "they are not removed yet";
     held.letGoOn(2);
     ASSERT_TRUE(waitUntilRemoved(*model));
-    EXPECT_THAT(model->archiveStatus->value_or(""), EndsWith(", then removed the originals."));
+    EXPECT_THAT(model->backups->archiveStatus.value_or(""), EndsWith(", then removed the originals."));
     EXPECT_THAT(actions.calls,
                 ElementsAre("trash " + folder.path("items/one"), "trash " + folder.path("items/two")));
 }
@@ -162,10 +165,10 @@ TEST_F(CorvelModelBackup, WaitsWithTheOriginalsForAnotherRemoval) {
 TEST_F(CorvelModelBackup, EndsWithItsModel) {
     for (int round = 0; round < 3; ++round) {
         begin({entry("one"), entry("two")});
-        model.emplace(nullptr, actions);
+        model.emplace(actions);
     }
     QCoreApplication::processEvents();
-    EXPECT_FALSE(*model->isArchiving);
+    EXPECT_FALSE(model->backups->isArchiving);
     EXPECT_TRUE(fs::exists(folder.path("items/one")) && fs::exists(folder.path("items/two/file")));
 }
 

@@ -1,4 +1,9 @@
+#include "Core/Model/Apps.h"
+#include "Core/Model/Cleanup.h"
 #include "Core/Model/CorvelModel.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/Storage.h"
+#include "Core/Model/Volumes.h"
 
 #include "Core/Storage/CleanupCatalog.h"
 #include "Core/Storage/CleanupEntries.h"
@@ -8,6 +13,7 @@
 #include "Support/RecordingActions.h"
 #include "Support/SampleHome.h"
 
+#include <QSignalSpy>
 #include <QTest>
 #include <algorithm>
 #include <filesystem>
@@ -24,12 +30,12 @@ constexpr int patience = 60'000;
 class CorvelModelMeasuring : public ::testing::Test {
 protected:
     void measureCleanup() {
-        model.measureCleanup();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isMeasuringCleanup; }, patience));
+        model.cleanup.measureCleanup();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !model.cleanup->isMeasuringCleanup; }, patience));
     }
 
     [[nodiscard]] const CleanupTarget &target(std::string_view id) const {
-        return *std::find_if(model.cleanupTargets->begin(), model.cleanupTargets->end(),
+        return *std::find_if(model.cleanup->cleanupTargets.begin(), model.cleanup->cleanupTargets.end(),
                              [id](const CleanupTarget &one) { return one.id == id; });
     }
 
@@ -43,7 +49,7 @@ protected:
 
     /// Has the categories show these figures: "documents" with two rows, and the remainder.
     void showCategories() {
-        std::vector<MeasuredCategory> categories = *model.categories;
+        std::vector<MeasuredCategory> categories = model.storage->categories;
         for (MeasuredCategory &one : categories)
             if (one.category.id == "documents") {
                 one.entries = {{FileURL(home.makeFile("Documents/large")), 700},
@@ -51,7 +57,7 @@ protected:
                 one.size = 900;
                 one.measured = true;
             }
-        PublishedWriter::set(model.categories, std::move(categories));
+        PublishedWriter::set(model.storage, &StorageState::categories, std::move(categories));
     }
 
     /// A root volume of which so many bytes are used.
@@ -67,7 +73,7 @@ protected:
 
     testing::SampleHome home;
     testing::RecordingActions actions;
-    CorvelModel model{nullptr, actions};
+    CorvelModel model{actions};
 };
 
 using Places = std::vector<std::string>;
@@ -83,25 +89,28 @@ TEST_F(CorvelModelMeasuring, CleanupRunsOnceAndKeepsTheOrder) {
     std::vector<double> progress;
     std::size_t mostAtOnce = 0;
     std::size_t measuredBefore = 0;
-    QObject::connect(&model, &CorvelModel::cleanupChanged, [&] {
-        const auto measured =
-            static_cast<std::size_t>(std::count_if(model.cleanupTargets->begin(), model.cleanupTargets->end(),
-                                                   [](const CleanupTarget &one) { return one.scanned; }));
+    QObject::connect(&model.cleanup, &Cleanup::changed, [&] {
+        const auto measured = static_cast<std::size_t>(
+            std::count_if(model.cleanup->cleanupTargets.begin(), model.cleanup->cleanupTargets.end(),
+                          [](const CleanupTarget &one) { return one.scanned; }));
         mostAtOnce = std::max(mostAtOnce, measured - measuredBefore);
         measuredBefore = measured;
-        if (progress.empty() || progress.back() != *model.cleanupProgress)
-            progress.push_back(*model.cleanupProgress);
+        if (progress.empty() || progress.back() != model.cleanup->cleanupProgress)
+            progress.push_back(model.cleanup->cleanupProgress);
     });
-    model.measureCleanup();
-    EXPECT_TRUE(*model.isMeasuringCleanup);
-    model.measureCleanup(); // changes nothing
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isMeasuringCleanup; }, patience));
+    const QSignalSpy announcements(&model.cleanup, &Cleanup::changed);
+    model.cleanup.measureCleanup();
+    EXPECT_TRUE(model.cleanup->isMeasuringCleanup);
+    model.cleanup.measureCleanup(); // changes nothing
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !model.cleanup->isMeasuringCleanup; }, patience));
 
-    EXPECT_EQ(*model.cleanupProgress, 1);
+    EXPECT_EQ(announcements.count(), static_cast<int>(CleanupCatalog::definitions().size()) + 2)
+        << "one a target, and the begin and the end";
+    EXPECT_EQ(model.cleanup->cleanupProgress, 1);
     EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end())) << "begun a second time";
     EXPECT_EQ(progress.size(), CleanupCatalog::definitions().size() + 1) << "one step a target";
     EXPECT_EQ(mostAtOnce, 1U) << "each is published as it is ready";
-    std::vector<CleanupTarget> blank = *model.cleanupTargets;
+    std::vector<CleanupTarget> blank = model.cleanup->cleanupTargets;
     for (CleanupTarget &one : blank) {
         EXPECT_TRUE(one.scanned) << one.id;
         one.entries.clear();
@@ -123,49 +132,34 @@ TEST_F(CorvelModelMeasuring, CleanupForgetsWhatIsGone) {
     AppRow app{{FileURL("/Applications/Example.app"), "Example", {}, {}, false, false, {}}, 0, {}, true};
     for (const std::size_t i : {1U, 2U})
         app.leftovers.push_back({caches[i].url, "Caches", MatchConfidence::exact, caches[i].size, false});
-    PublishedWriter::set(model.apps, {app});
+    PublishedWriter::set(model.apps, &AppState::apps, {app});
     actions.refuse(caches[2].url.path());
 
-    model.removeCleanupEntries(caches, RemovalMode::deleteNow);
+    model.removals.removeCleanupEntries(caches, RemovalMode::deleteNow);
     ASSERT_TRUE(waitUntilRemoved(model));
 
-    ASSERT_TRUE(*model.lastResult);
-    EXPECT_EQ((*model.lastResult)->succeeded.size(), 2U);
-    EXPECT_EQ(*model.totalFreedThisSession, caches[0].size + caches[1].size);
+    ASSERT_TRUE(model.removals->lastResult);
+    EXPECT_EQ(model.removals->lastResult->succeeded.size(), 2U);
+    EXPECT_EQ(model.removals->totalFreedThisSession, caches[0].size + caches[1].size);
     EXPECT_EQ(places(target("user-caches").entries), Places{"Library/Caches/kept"});
     EXPECT_TRUE(target("package-caches").entries.empty()) << "it lay in a folder that is gone";
-    ASSERT_EQ(model.apps->front().leftovers.size(), 1U);
-    EXPECT_EQ(model.apps->front().leftovers.front().url, caches[2].url);
+    ASSERT_EQ(model.apps->apps.front().leftovers.size(), 1U);
+    EXPECT_EQ(model.apps->apps.front().leftovers.front().url, caches[2].url);
 
     actions.onCommand = [&](const std::string &) { std::filesystem::remove_all(caches[2].url.path()); };
     std::vector<std::string> announced;
     const auto note = [&](const char *what) { return [&announced, what] { announced.emplace_back(what); }; };
-    QObject::connect(&model, &CorvelModel::lastResultChanged, note("result"));
-    QObject::connect(&model, &CorvelModel::totalFreedThisSessionChanged, note("freed"));
-    QObject::connect(&model, &CorvelModel::appsChanged, note("apps"));
-    QObject::connect(&model, &CorvelModel::cleanupChanged, note("cleanup"));
-    model.escalate({caches[2].url});
+    QObject::connect(&model.removals, &Removals::lastResultChanged, note("result"));
+    QObject::connect(&model.removals, &Removals::changed, note("removals"));
+    QObject::connect(&model.apps, &Apps::changed, note("apps"));
+    QObject::connect(&model.cleanup, &Cleanup::changed, note("cleanup"));
+    model.removals.escalate({caches[2].url});
     ASSERT_TRUE(waitUntilRemoved(model));
-    EXPECT_EQ(announced, (std::vector<std::string>{"result", "freed", "apps", "cleanup"}));
+    EXPECT_EQ(announced,
+              (std::vector<std::string>{"removals", "result", "removals", "apps", "cleanup", "removals"}))
+        << "begun, the bytes freed, ended";
     EXPECT_TRUE(target("user-caches").entries.empty());
-    EXPECT_TRUE(model.apps->front().leftovers.empty());
-}
-
-// Nothing is really removed here, so that whatever is measured finds it still.
-TEST_F(CorvelModelMeasuring, WhatIsRemovedMeanwhileDoesNotComeBack) {
-    for (int i = 0; i < 500; ++i) // so that the removal is over first
-        home.makeFile(".Trash/old/" + std::to_string(i) + "/file", 10);
-    measureCleanup();
-    const std::vector<CleanupEntry> trash = target("trash").entries;
-    ASSERT_EQ(trash.size(), 1U);
-
-    model.removeCleanupEntries(trash, RemovalMode::deleteNow);
-    model.measureCleanup();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !model.isRemoving() && !*model.isMeasuringCleanup; }, patience));
-    EXPECT_TRUE(target("trash").entries.empty());
-
-    measureCleanup();
-    EXPECT_EQ(target("trash").entries.size(), 1U) << "what is there again is shown again";
+    EXPECT_TRUE(model.apps->apps.front().leftovers.empty());
 }
 
 TEST_F(CorvelModelMeasuring, CategoriesRunOnceFromNothing) {
@@ -173,69 +167,74 @@ TEST_F(CorvelModelMeasuring, CategoriesRunOnceFromNothing) {
     home.makeFile(".config-tool/blob", 11'000'000);
     showCategories();
     std::vector<double> progress;
-    QObject::connect(&model, &CorvelModel::categoriesChanged, [&] {
-        if (progress.empty() || progress.back() != *model.categoryProgress)
-            progress.push_back(*model.categoryProgress);
+    QObject::connect(&model.storage, &Storage::changed, [&] {
+        if (progress.empty() || progress.back() != model.storage->categoryProgress)
+            progress.push_back(model.storage->categoryProgress);
     });
-    model.measureCategories();
-    EXPECT_TRUE(std::all_of(model.categories->begin(), model.categories->end(), [](const auto &one) {
-        return one.size == 0 && one.entries.empty() && !one.measured;
-    }));
-    model.measureCategories(); // changes nothing
-    EXPECT_FALSE(*model.lastCategoryScan);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !*model.isMeasuringCategories; }, patience));
+    const QSignalSpy announcements(&model.storage, &Storage::changed);
+    model.storage.measureCategories();
+    EXPECT_TRUE(
+        std::all_of(model.storage->categories.begin(), model.storage->categories.end(),
+                    [](const auto &one) { return one.size == 0 && one.entries.empty() && !one.measured; }));
+    model.storage.measureCategories(); // changes nothing
+    EXPECT_FALSE(model.storage->lastCategoryScan);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !model.storage->isMeasuringCategories; }, patience));
 
-    EXPECT_TRUE(*model.lastCategoryScan);
-    EXPECT_EQ(*model.categoryProgress, 1);
+    EXPECT_EQ(announcements.count(), static_cast<int>(model.storage->categories.size()) - 1 + 2)
+        << "one a measured category, and the begin and the end";
+    EXPECT_TRUE(model.storage->lastCategoryScan);
+    EXPECT_EQ(model.storage->categoryProgress, 1);
     EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));
-    EXPECT_EQ(progress.size(), model.categories->size()) << "one step a measured category, from 0";
-    EXPECT_TRUE(std::all_of(model.categories->begin(), model.categories->end(),
+    EXPECT_EQ(progress.size(), model.storage->categories.size()) << "one step a measured category, from 0";
+    EXPECT_TRUE(std::all_of(model.storage->categories.begin(), model.storage->categories.end(),
                             [](const auto &one) { return one.measured; }));
-    EXPECT_EQ(places(model.category("documents")->entries), Places{"Documents/report"});
-    EXPECT_EQ(model.categories->back().category.id, "systemData");
-    const std::vector<CleanupEntry> &rows = model.categories->back().entries;
+    EXPECT_EQ(places(model.storage.category("documents")->entries), Places{"Documents/report"});
+    EXPECT_EQ(model.storage->categories.back().category.id, "systemData");
+    const std::vector<CleanupEntry> &rows = model.storage->categories.back().entries;
     EXPECT_TRUE(std::any_of(rows.begin(), rows.end(),
                             [&](const auto &row) { return row.url.path() == home.path(".config-tool"); }));
-    EXPECT_EQ(model.systemDataAccounted(), CleanupEntries::totalSize(rows));
-    EXPECT_EQ(model.category("nothing"), nullptr);
+    EXPECT_EQ(model.storage.systemDataAccounted(), CleanupEntries::totalSize(rows));
+    EXPECT_EQ(model.storage.category("nothing"), nullptr);
 }
 
 TEST_F(CorvelModelMeasuring, RemovedRowsLeaveTheirCategoryBeforeTheVolumesAreRead) {
     showCategories();
-    const std::vector<CleanupEntry> rows = model.category("documents")->entries;
+    const std::vector<CleanupEntry> rows = model.storage.category("documents")->entries;
     actions.refuse(rows[1].url.path());
-    QObject::connect(&model, &CorvelModel::lastResultChanged,
-                     [&] { PublishedWriter::set(model.volumes, {volumeUsing(5'000)}); });
-    model.removeCategoryEntries(rows, RemovalMode::trash);
+    QObject::connect(&model.removals, &Removals::lastResultChanged, [&] {
+        PublishedWriter::set(model.volumes, &VolumeState::volumes, {volumeUsing(5'000)});
+    });
+    model.removals.removeCategoryEntries(rows, RemovalMode::trash);
     ASSERT_TRUE(waitUntilRemoved(model));
 
     EXPECT_EQ(actions.calls.size(), 2U);
-    EXPECT_EQ(places(model.category("documents")->entries), Places{"Documents/small"});
-    EXPECT_EQ(model.category("documents")->size, 200);
-    EXPECT_EQ(model.categories->back().size, 4'800) << "by the volumes as they were";
-    EXPECT_NE(model.volumes->front().totalCapacity, 10'000) << "which are read afterwards";
+    EXPECT_EQ(places(model.storage.category("documents")->entries), Places{"Documents/small"});
+    EXPECT_EQ(model.storage.category("documents")->size, 200);
+    EXPECT_EQ(model.storage->categories.back().size, 4'800) << "by the volumes as they were";
+    EXPECT_NE(model.volumes->volumes.front().totalCapacity, 10'000) << "which are read afterwards";
 }
 
 TEST_F(CorvelModelMeasuring, ADeletedSnapshotMovesTheRemainder) {
     const auto deleteSnapshot = [&] {
         bool isDone = false;
-        model.deleteSnapshot({"com.apple.TimeMachine.2026-01-02-030405.local", std::nullopt}, [&](bool) {
-            isDone = true;
-            const auto root = model.rootVolume();
-            if (root && model.categories->back().measured) {
-                EXPECT_EQ(model.categories->back().size,
-                          root->totalCapacity - root->trueFree - model.categorisedBytes());
-            }
-        });
+        model.volumes.deleteSnapshot(
+            {"com.apple.TimeMachine.2026-01-02-030405.local", std::nullopt}, [&](bool) {
+                isDone = true;
+                const auto root = model.volumes.rootVolume();
+                if (root && model.storage->categories.back().measured) {
+                    EXPECT_EQ(model.storage->categories.back().size,
+                              root->totalCapacity - root->trueFree - model.storage.categorisedBytes());
+                }
+            });
         EXPECT_TRUE(QTest::qWaitFor([&] { return isDone; }, patience));
     };
     deleteSnapshot();
-    EXPECT_FALSE(model.categories->back().measured) << "nothing has been measured";
+    EXPECT_FALSE(model.storage->categories.back().measured) << "nothing has been measured";
 
     showCategories();
-    PublishedWriter::set(model.lastCategoryScan, now());
+    PublishedWriter::set(model.storage, &StorageState::lastCategoryScan, now());
     deleteSnapshot();
-    EXPECT_EQ(model.categories->back().measured, model.rootVolume().has_value());
+    EXPECT_EQ(model.storage->categories.back().measured, model.volumes.rootVolume().has_value());
     ASSERT_EQ(actions.calls.size(), 2U);
     EXPECT_EQ(actions.calls.front(), "admin /usr/bin/tmutil deletelocalsnapshots 2026-01-02-030405");
 }

@@ -1,4 +1,6 @@
 #include "Core/Model/CorvelModel.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/ScanSession.h"
 
 #include "Core/Removal/Remover.h"
 #include "Support/HeldRemoval.h"
@@ -26,17 +28,17 @@ using testing::waitUntilScanned;
 class CorvelModelRemoval : public ::testing::Test {
 protected:
     void scan() {
-        model.startScan(folder.path());
+        model.scan.startScan(folder.path());
         ASSERT_TRUE(waitUntilScanned(model));
     }
-    [[nodiscard]] FSNode &root() const { return **model.tree; }
+    [[nodiscard]] FSNode &root() const { return *model.scan->tree; }
     [[nodiscard]] FSNode *node(std::initializer_list<std::string_view> names) const {
         return descendant(root(), names);
     }
 
     testing::SampleHome folder;
     testing::RecordingActions actions;
-    CorvelModel model{nullptr, actions};
+    CorvelModel model{actions};
 };
 
 } // namespace
@@ -60,30 +62,31 @@ TEST_F(CorvelModelRemoval, TakesWhatIsGoneOutOfTheTree) {
     actions.refuse(kept.path());
 
     std::vector<std::string> announced;
-    QObject::connect(&model, &CorvelModel::nodeAboutToBeDetached, [&](FSNode *node) {
+    QObject::connect(&model.scan, &ScanSession::nodeAboutToBeDetached, [&](FSNode *node) {
         announced.push_back("before " + node->name);
         EXPECT_EQ(descendant(*node->parent(), {node->name}), node);
     });
-    QObject::connect(&model, &CorvelModel::nodeDetached, [&](FSNode *node) {
+    QObject::connect(&model.scan, &ScanSession::nodeDetached, [&](FSNode *node) {
         announced.push_back("after " + node->name);
         EXPECT_EQ(node->parent(), nullptr);
         EXPECT_EQ(node->path(), folder.path("a/" + node->name));
         EXPECT_EQ(descendant(a, {node->name}), nullptr);
     });
-    QSignalSpy results(&model, &CorvelModel::lastResultChanged);
-    QSignalSpy trees(&model, &CorvelModel::treeChanged);
+    QSignalSpy results(&model.removals, &Removals::lastResultChanged);
+    QSignalSpy trees(&model.scan, &ScanSession::treeChanged);
 
     // An aggregate stands for many files, `inner` goes with `b`, and nothing is removed twice.
-    model.removeNodes({aggregate, inner, &b, other, stays, other}, RemovalMode::deleteNow);
-    EXPECT_TRUE(model.isRemoving());
+    model.removals.removeNodes({aggregate, inner, &b, other, stays, other}, RemovalMode::deleteNow);
+    EXPECT_TRUE(model.removals.isRemoving());
     EXPECT_TRUE(announced.empty());
     ASSERT_TRUE(waitUntilRemoved(model));
 
     EXPECT_THAT(actions.calls, ElementsAre("delete " + removedFolder.path(), "delete " + removedFile.path(),
                                            "delete " + kept.path()));
     EXPECT_EQ(results.count(), 1);
-    EXPECT_EQ(**model.lastResult, (RemovalResult{{removedFolder, removedFile}, {}, removedSize, {kept}}));
-    EXPECT_EQ(*model.totalFreedThisSession, removedSize);
+    EXPECT_EQ(*model.removals->lastResult,
+              (RemovalResult{{removedFolder, removedFile}, {}, removedSize, {kept}}));
+    EXPECT_EQ(model.removals->totalFreedThisSession, removedSize);
     EXPECT_THAT(announced, UnorderedElementsAre("after b", "after other", "before b", "before other"));
     EXPECT_EQ(trees.count(), 0);
     EXPECT_THAT(namesIn(a), ElementsAre("stays"));
@@ -108,34 +111,34 @@ TEST_F(CorvelModelRemoval, KeepsTheOrderOfWhatIsLeft) {
         else
             left.push_back(child->name);
     }
-    model.removeNodes(removed, RemovalMode::trash);
+    model.removals.removeNodes(removed, RemovalMode::trash);
     ASSERT_TRUE(waitUntilRemoved(model));
     EXPECT_EQ(namesIn(root()), left);
     EXPECT_THAT(actions.calls, ::testing::SizeIs(removed.size()));
     EXPECT_THAT(actions.calls, ::testing::Each(::testing::StartsWith("trash ")));
 }
 
-TEST_F(CorvelModelRemoval, LeavesATreeAloneThatCameMeanwhile) {
+TEST_F(CorvelModelRemoval, PrunesATreeThatWasScannedBeforeItEnded) {
     folder.makeFile("item/file", 2'000'000);
     HeldRemoval held(actions);
     scan();
-    QSignalSpy detached(&model, &CorvelModel::nodeAboutToBeDetached);
-    model.removeNodes({node({"item"})}, RemovalMode::deleteNow);
+    QSignalSpy detached(&model.scan, &ScanSession::nodeAboutToBeDetached);
+    model.removals.removeNodes({node({"item"})}, RemovalMode::deleteNow);
     held.waitUntilCalled();
     scan();
     held.letGoOn();
     ASSERT_TRUE(waitUntilRemoved(model));
-    EXPECT_THAT((*model.lastResult)->succeeded, ElementsAre(FileURL(folder.path("item"))));
-    EXPECT_EQ(detached.count(), 0);
-    EXPECT_THAT(namesIn(root()), ElementsAre("item"));
-    EXPECT_EQ(root().fileCount, 1);
+    EXPECT_THAT(model.removals->lastResult->succeeded, ElementsAre(FileURL(folder.path("item"))));
+    EXPECT_EQ(detached.count(), 1);
+    EXPECT_THAT(namesIn(root()), ElementsAre());
+    EXPECT_EQ(root().fileCount, 0);
 }
 
 TEST_F(CorvelModelRemoval, RunsOneRemovalAtATimeAndStopsIt) {
     folder.makeFile("a", 1);
     folder.makeFile("b", 1);
     HeldRemoval held(actions);
-    model.stopRemoval(); // there is none
+    model.removals.stopRemoval(); // there is none
     scan();
     const auto wait = actions.onItem;
     actions.onItem = [&](RemovalProgress *progress) {
@@ -143,36 +146,37 @@ TEST_F(CorvelModelRemoval, RunsOneRemovalAtATimeAndStopsIt) {
         wait(progress);
         progress->entriesRemoved = 42;
     };
-    model.removeNodes({node({"a"}), node({"b"})}, RemovalMode::deleteNow);
-    EXPECT_EQ(*model.removalActivity, RemovalActivity::removing);
+    model.removals.removeNodes({node({"a"}), node({"b"})}, RemovalMode::deleteNow);
+    EXPECT_EQ(model.removals->removalActivity, RemovalActivity::removing);
     held.waitUntilCalled();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return *model.removedEntries == 41; }, 60'000)) << "how far it is";
-    model.removeNodes({node({"b"})}, RemovalMode::deleteNow);
-    model.escalate({FileURL(folder.path("b"))});
-    model.stopRemoval();
-    EXPECT_EQ(*model.removalActivity, RemovalActivity::stopping);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return model.removals->removedEntries == 41; }, 60'000))
+        << "how far it is";
+    model.removals.removeNodes({node({"b"})}, RemovalMode::deleteNow);
+    model.removals.escalate({FileURL(folder.path("b"))});
+    model.removals.stopRemoval();
+    EXPECT_EQ(model.removals->removalActivity, RemovalActivity::stopping);
     held.letGoOn();
     ASSERT_TRUE(waitUntilRemoved(model));
-    EXPECT_EQ(*model.removedEntries, 42);
+    EXPECT_EQ(model.removals->removedEntries, 42);
     EXPECT_THAT(actions.calls, ElementsAre("delete " + folder.path("a")));
-    EXPECT_EQ((*model.lastResult)->succeeded.size(), 1U);
-    EXPECT_EQ((*model.lastResult)->failed.size(), 1U);
+    EXPECT_EQ(model.removals->lastResult->succeeded.size(), 1U);
+    EXPECT_EQ(model.removals->lastResult->failed.size(), 1U);
     EXPECT_THAT(namesIn(root()), ElementsAre("b"));
 }
 
 TEST_F(CorvelModelRemoval, AnnouncesEveryResult) {
     const FileURL file(folder.makeFile("a", 1));
     actions.privilegedRunError = PrivilegedRunError{};
-    QSignalSpy results(&model, &CorvelModel::lastResultChanged);
+    QSignalSpy results(&model.removals, &Removals::lastResultChanged);
     for (int i = 1; i <= 2; ++i) {
-        model.escalate({file});
-        EXPECT_EQ(*model.removalActivity, RemovalActivity::asAdministrator);
-        model.stopRemoval();
-        EXPECT_EQ(*model.removalActivity, RemovalActivity::asAdministrator) << "cannot be stopped";
+        model.removals.escalate({file});
+        EXPECT_EQ(model.removals->removalActivity, RemovalActivity::asAdministrator);
+        model.removals.stopRemoval();
+        EXPECT_EQ(model.removals->removalActivity, RemovalActivity::asAdministrator) << "cannot be stopped";
         ASSERT_TRUE(waitUntilRemoved(model));
         EXPECT_EQ(results.count(), i) << "also one that went like the one before";
     }
-    EXPECT_EQ((*model.lastResult)->failed.front().reason, "Authorization failed.");
+    EXPECT_EQ(model.removals->lastResult->failed.front().reason, "Authorization failed.");
 }
 
 TEST_F(CorvelModelRemoval, AddsUpWhatTheAdministratorFrees) {
@@ -181,26 +185,26 @@ TEST_F(CorvelModelRemoval, AddsUpWhatTheAdministratorFrees) {
         std::filesystem::remove(a.path());
         std::filesystem::remove(b.path());
     };
-    model.escalate({a});
+    model.removals.escalate({a});
     ASSERT_TRUE(waitUntilRemoved(model));
-    const std::int64_t first = *model.totalFreedThisSession;
+    const std::int64_t first = model.removals->totalFreedThisSession;
     EXPECT_GE(first, 10'000);
     folder.makeFile("b", 20'000);
-    model.escalate({b});
+    model.removals.escalate({b});
     ASSERT_TRUE(waitUntilRemoved(model));
-    EXPECT_THAT((*model.lastResult)->succeeded, ElementsAre(b));
-    EXPECT_EQ(*model.totalFreedThisSession, first + (*model.lastResult)->bytesFreed);
-    EXPECT_GE((*model.lastResult)->bytesFreed, 20'000);
+    EXPECT_THAT(model.removals->lastResult->succeeded, ElementsAre(b));
+    EXPECT_EQ(model.removals->totalFreedThisSession, first + model.removals->lastResult->bytesFreed);
+    EXPECT_GE(model.removals->lastResult->bytesFreed, 20'000);
 }
 
 TEST_F(CorvelModelRemoval, MayLoseItsModel) {
     for (int i = 0; i < 50; ++i)
         folder.makeFile(std::to_string(i), 1);
     for (int round = 0; round < 10; ++round) {
-        CorvelModel lost(nullptr, actions);
-        lost.startScan(folder.path());
+        CorvelModel lost(actions);
+        lost.scan.startScan(folder.path());
         ASSERT_TRUE(waitUntilScanned(lost));
-        lost.removeNodes(testing::everythingBeneath(**lost.tree), RemovalMode::deleteNow);
+        lost.removals.removeNodes(testing::everythingBeneath(*lost.scan->tree), RemovalMode::deleteNow);
     }
     QCoreApplication::processEvents();
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 50);

@@ -1,4 +1,6 @@
 #include "Core/Model/CorvelModel.h"
+#include "Core/Model/ScanSession.h"
+#include "Core/Scan/ScanStats.h"
 
 #include "Support/ReferenceScan.h"
 #include "Support/TemporaryFolder.h"
@@ -16,7 +18,7 @@ using testing::TemporaryFolder;
 
 /// Lets the event loop run until the model has nothing under way.
 bool waitUntilIdle(const CorvelModel &model) {
-    return QTest::qWaitFor([&] { return !*model.isScanning; }, 20'000);
+    return QTest::qWaitFor([&] { return !model.scan->isScanning; }, 20'000);
 }
 
 } // namespace
@@ -26,38 +28,38 @@ TEST(CorvelModel, PublishesAFinishedScan) {
     folder.makeFile("small/file", 5000);
     folder.makeFile("large/file", 50'000);
     CorvelModel model;
-    model.startScan(folder.path());
-    EXPECT_TRUE(*model.isScanning);
-    EXPECT_EQ(*model.scanCurrentPath, folder.path());
-    ASSERT_NE(model.scanStats(), nullptr);
+    model.scan.startScan(folder.path());
+    EXPECT_TRUE(model.scan->isScanning);
+    EXPECT_EQ(model.scan->scanCurrentPath, folder.path());
+    ASSERT_NE(model.scan.scanStats(), nullptr);
     ASSERT_TRUE(waitUntilIdle(model));
 
-    ASSERT_NE(*model.tree, nullptr);
-    const FSNode &tree = **model.tree;
+    ASSERT_NE(model.scan->tree, nullptr);
+    const FSNode &tree = *model.scan->tree;
     EXPECT_EQ(tree.path(), folder.path());
     EXPECT_EQ(tree.children().front()->name, "large") << "sorted by size";
-    EXPECT_EQ(*model.scanFiles, 2);
-    EXPECT_EQ(*model.scanBytes, tree.size);
-    EXPECT_GT(*model.scanElapsed, 0);
-    EXPECT_TRUE(model.lastScanDate->has_value());
-    EXPECT_EQ(*model.scanCurrentPath, "");
-    EXPECT_EQ(model.scanStats(), nullptr);
+    EXPECT_EQ(model.scan->scanFiles, 2);
+    EXPECT_EQ(model.scan->scanBytes, tree.size);
+    EXPECT_GT(model.scan->scanElapsed, 0);
+    EXPECT_TRUE(model.scan->lastScanDate.has_value());
+    EXPECT_EQ(model.scan->scanCurrentPath, "");
+    EXPECT_EQ(model.scan.scanStats(), nullptr);
 
     // The next scan of the same root withdraws the tree at once.
-    model.startScan();
-    EXPECT_EQ(*model.tree, nullptr);
-    EXPECT_EQ(*model.scanFiles, 0);
+    model.scan.startScan();
+    EXPECT_EQ(model.scan->tree, nullptr);
+    EXPECT_EQ(model.scan->scanFiles, 0);
     ASSERT_TRUE(waitUntilIdle(model));
-    EXPECT_EQ((*model.tree)->path(), folder.path());
+    EXPECT_EQ(model.scan->tree->path(), folder.path());
 }
 
 TEST(CorvelModel, NeverInstallsAScanThatIsSupersededWhileItsResultWaits) {
-    /// Runs something once, just before the first result is delivered to the model.
+    /// Runs something once, just before the next result is delivered on the main thread.
     class BeforeDelivery : public QObject {
     public:
         explicit BeforeDelivery(std::function<void()> action) : action_(std::move(action)) {}
-        bool eventFilter(QObject *, QEvent *event) override {
-            if (event->type() == QEvent::MetaCall && action_ != nullptr)
+        bool eventFilter(QObject *receiver, QEvent *event) override {
+            if (receiver == qApp && event->type() == QEvent::MetaCall && action_ != nullptr)
                 std::exchange(action_, nullptr)();
             return false;
         }
@@ -71,15 +73,19 @@ TEST(CorvelModel, NeverInstallsAScanThatIsSupersededWhileItsResultWaits) {
     folder.makeFile("second/file", 1);
     CorvelModel model;
     std::vector<std::string> shown;
-    QObject::connect(&model, &CorvelModel::treeChanged, [&] {
-        if (*model.tree != nullptr)
-            shown.push_back((*model.tree)->path());
+    QObject::connect(&model.scan, &ScanSession::treeChanged, [&] {
+        if (model.scan->tree != nullptr)
+            shown.push_back(model.scan->tree->path());
     });
-    BeforeDelivery filter([&] { model.startScan(folder.path("second")); });
-    model.installEventFilter(&filter);
-    model.startScan(folder.path("first"));
-    const std::shared_ptr<ScanStats> first = model.scanStats();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return *model.tree != nullptr; }, 20'000));
+    bool areVolumesThere = false;
+    BeforeDelivery volumes([&] { areVolumesThere = true; });
+    qApp->installEventFilter(&volumes);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return areVolumesThere; }, 20'000));
+    BeforeDelivery filter([&] { model.scan.startScan(folder.path("second")); });
+    qApp->installEventFilter(&filter);
+    model.scan.startScan(folder.path("first"));
+    const std::shared_ptr<ScanStats> first = model.scan.scanStats();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return model.scan->tree != nullptr; }, 20'000));
     EXPECT_TRUE(first->cancelled());
     ASSERT_TRUE(waitUntilIdle(model));
     QCoreApplication::processEvents();
@@ -90,15 +96,15 @@ TEST(CorvelModel, EndsWithoutATreeWhenStopped) {
     const TemporaryFolder folder;
     folder.makeFile("file", 1);
     CorvelModel model;
-    model.startScan(folder.path());
-    model.scanStats()->cancel();
+    model.scan.startScan(folder.path());
+    model.scan.scanStats()->cancel();
     ASSERT_TRUE(waitUntilIdle(model));
-    EXPECT_EQ(*model.tree, nullptr);
-    EXPECT_EQ(*model.lastScanDate, std::nullopt);
+    EXPECT_EQ(model.scan->tree, nullptr);
+    EXPECT_EQ(model.scan->lastScanDate, std::nullopt);
 
     // A page that wants to stop a session without a scan ends it itself.
-    model.finishScan(nullptr);
-    EXPECT_FALSE(*model.isScanning);
+    model.scan.finishScan(nullptr);
+    EXPECT_FALSE(model.scan->isScanning);
 }
 
 TEST(CorvelModel, MayGoWhileItScans) {
@@ -107,7 +113,7 @@ TEST(CorvelModel, MayGoWhileItScans) {
         folder.makeFile(std::to_string(i) + "/file", 1);
     for (int round = 0; round < 20; ++round) {
         CorvelModel model;
-        model.startScan(folder.path());
+        model.scan.startScan(folder.path());
     }
     QCoreApplication::processEvents();
 }

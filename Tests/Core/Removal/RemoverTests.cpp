@@ -73,7 +73,7 @@ TEST(Remover, ErrorCodeDecidesFailedOrNeedsAdmin) {
         else
             failed.push_back({url, cases[i].error.localizedDescription});
     }
-    const RemovalResult result = Remover::remove(urls, RemovalMode::deleteNow, {}, nullptr, actions);
+    const RemovalResult result = Remover::remove(urls, RemovalMode::deleteNow, nullptr, actions);
     EXPECT_EQ(result, (RemovalResult{{}, failed, 0, needsAdmin}));
     EXPECT_EQ(actions.calls, deletions) << "none tried twice";
 }
@@ -86,13 +86,18 @@ TEST(Remover, RemovesInOrderAndChecksGuardsFirst) {
     const FileURL root("/");
     RecordingActions actions;
     const RemovalResult result =
-        Remover::remove({second, root, missing, first}, RemovalMode::trash, {{first, 7}}, nullptr, actions);
+        Remover::remove(Urls{second, root, missing, first}, RemovalMode::trash, nullptr, actions);
     EXPECT_EQ(result.succeeded, (Urls{second, first}));
     EXPECT_EQ(result.failed, (Failures{{root, "Refusing to operate on the volume root."},
                                        {missing, missing.path() + " no longer exists."}}));
-    EXPECT_EQ(result.bytesFreed, sizeOf(second.path()) + 7) << "known sizes are not measured again";
+    EXPECT_EQ(result.bytesFreed, sizeOf(second.path()) + sizeOf(first.path()));
     EXPECT_EQ(actions.calls, (std::vector<std::string>{"trash " + second.path(), "trash " + first.path()}));
-    EXPECT_EQ(Remover::remove({}, RemovalMode::deleteNow, {}, nullptr, actions), RemovalResult());
+    EXPECT_EQ(Remover::remove(Urls(), RemovalMode::deleteNow, nullptr, actions), RemovalResult());
+
+    const std::vector<CleanupEntry> measured{{.url = first, .size = 7}, {.url = second, .size = 8}};
+    EXPECT_EQ(Remover::remove(measured, RemovalMode::trash, nullptr, actions),
+              (RemovalResult{{first, second}, {}, 15, {}}))
+        << "known sizes are not measured again";
 }
 
 TEST(Remover, RemovesThePathThatWasChecked) {
@@ -103,7 +108,7 @@ TEST(Remover, RemovesThePathThatWasChecked) {
     const FileURL throughParent(folder.path("link/../link"));
     RecordingActions actions;
     const RemovalResult result =
-        Remover::remove({throughSlash, throughParent}, RemovalMode::deleteNow, {}, nullptr, actions);
+        Remover::remove(Urls{throughSlash, throughParent}, RemovalMode::deleteNow, nullptr, actions);
     EXPECT_EQ(result.succeeded, (Urls{throughSlash, throughParent}));
     EXPECT_EQ(actions.calls, (std::vector<std::string>{"delete " + link, "delete " + link}));
 }
@@ -116,7 +121,7 @@ TEST(Remover, MeasuresBeforeRemoving) {
     const std::int64_t size = sizeOf(url.path());
     RecordingActions actions;
     actions.onItem = [&](RemovalProgress *) { std::filesystem::remove_all(url.path()); };
-    EXPECT_EQ(Remover::remove({url, url}, RemovalMode::deleteNow, {}, nullptr, actions),
+    EXPECT_EQ(Remover::remove(Urls{url, url}, RemovalMode::deleteNow, nullptr, actions),
               (RemovalResult{{url}, {{url, url.path() + " no longer exists."}}, size, {}}));
     EXPECT_GT(size, 70'000);
 }
@@ -129,7 +134,7 @@ TEST(Remover, CancelStopsBetweenItems) {
     RecordingActions actions;
     RemovalProgress progress;
     actions.onItem = [&](RemovalProgress *) { progress.cancelled = actions.calls.size() == 2; };
-    const RemovalResult result = Remover::remove(urls, RemovalMode::trash, {}, &progress, actions);
+    const RemovalResult result = Remover::remove(urls, RemovalMode::trash, &progress, actions);
     EXPECT_EQ(result.succeeded, (Urls{urls[0], urls[1]})) << "what was done stays done";
     EXPECT_EQ(result.failed, (Failures{{urls[2], "Not removed: the removal was stopped."},
                                        {urls[3], "Not removed: the removal was stopped."}}));
@@ -141,8 +146,9 @@ TEST(RemoverDeathTest, ByteOverflowEndsTheProgram) {
     const TemporaryFolder folder;
     const FileURL a(folder.makeFile("a")), b(folder.makeFile("b"));
     RecordingActions actions;
-    const Remover::Sizes sizes{{a, std::numeric_limits<std::int64_t>::max()}, {b, 1}};
-    EXPECT_DEATH(static_cast<void>(Remover::remove({a, b}, RemovalMode::trash, sizes, nullptr, actions)),
+    const std::vector<CleanupEntry> entries{{.url = a, .size = std::numeric_limits<std::int64_t>::max()},
+                                            {.url = b, .size = 1}};
+    EXPECT_DEATH(static_cast<void>(Remover::remove(entries, RemovalMode::trash, nullptr, actions)),
                  "64 bits");
 }
 

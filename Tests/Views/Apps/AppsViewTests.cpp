@@ -1,5 +1,7 @@
 #include "Views/Apps/AppsView.h"
 
+#include "Core/Model/Apps.h"
+#include "Core/Model/Removals.h"
 #include "Core/Text/Formatting.h"
 #include "Support/PageTest.h"
 #include "Support/SampleApps.h"
@@ -45,9 +47,13 @@ int tickedIn(const QListView &list) {
     return count;
 }
 
+struct ShownApps : AppsView {
+    explicit ShownApps(CorvelModel &model) : AppsView(model.apps, model.removals) {}
+};
+
 /// The page of a user of macOS with a few applications. "Acme" has leftovers of both kinds, of which one is
 /// claimed by "Acme Pro" too; "Bare" has none.
-class AppsPage : public testing::PageTest<AppsView> {
+class AppsPage : public testing::PageTest<ShownApps> {
 protected:
     AppsPage() {
         makeApp("Acme", "com.example.acme");
@@ -64,7 +70,7 @@ protected:
 
     void open() {
         testing::activate(page);
-        ASSERT_TRUE(eventually([&] { return !*model.isLoadingApps; }));
+        ASSERT_TRUE(eventually([&] { return !model.apps->isLoadingApps; }));
     }
 
     void choose(const std::string &name) {
@@ -91,7 +97,7 @@ protected:
 
     void confirm() {
         testing::click(*sheet(), "confirm");
-        ASSERT_TRUE(eventually([&] { return !model.isRemoving() && sheet() == nullptr; }));
+        ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving() && sheet() == nullptr; }));
     }
 
     QListView &list = find<QListView>("apps");
@@ -101,10 +107,10 @@ protected:
 
 TEST_F(AppsPage, ListsTheAppsBeforeTheyAreAnalysed) {
     bool wasListed = false;
-    QObject::connect(&model, &CorvelModel::appsChanged, &page, [&] {
-        if (model.apps->empty() || std::exchange(wasListed, true))
+    QObject::connect(&model.apps, &Apps::changed, &page, [&] {
+        if (model.apps->apps.empty() || std::exchange(wasListed, true))
             return;
-        EXPECT_EQ(list.model()->rowCount(), static_cast<int>(model.apps->size()));
+        EXPECT_EQ(list.model()->rowCount(), static_cast<int>(model.apps->apps.size()));
         EXPECT_EQ(rowOf("Acme").data(AppListModel::sizeRole).toString(), QString());
         EXPECT_TRUE(isVisible("appProgress"));
         list.setCurrentIndex(rowOf("Acme"));
@@ -189,10 +195,10 @@ TEST_F(AppsPage, ForgetsTheTicksButNeitherFocusNorAppWhenTheyAreLoadedAgain) {
     toggle.setFocus();
     for (const bool isOn : {true, false}) {
         QTest::keyClick(&toggle, Qt::Key_Space);
-        EXPECT_EQ(*model.includeSystemApps, isOn);
-        EXPECT_TRUE(*model.isLoadingApps);
+        EXPECT_EQ(model.apps->includeSystemApps, isOn);
+        EXPECT_TRUE(model.apps->isLoadingApps);
     }
-    ASSERT_TRUE(eventually([&] { return !*model.isLoadingApps; }));
+    ASSERT_TRUE(eventually([&] { return !model.apps->isLoadingApps; }));
     EXPECT_FALSE(toggle.isChecked());
     EXPECT_TRUE(toggle.hasFocus());
     EXPECT_EQ(chosen(), "Acme");
@@ -231,7 +237,7 @@ TEST_F(AppsPage, RemovesWhatWasConfirmed) {
     choose("Acme");
     tickAll("likelyLeftovers");
     find<QCheckBox>("includeBundle").click();
-    const AppRow row = *std::find_if(model.apps->begin(), model.apps->end(),
+    const AppRow row = *std::find_if(model.apps->apps.begin(), model.apps->apps.end(),
                                      [](const AppRow &one) { return one.app.name == "Acme"; });
     const std::string size = Fmt::byteFormatter(row.bundleSize + row.leftovers.back().size);
     EXPECT_EQ(remove().text().toStdString(), "Remove 2 Items, " + size + "…");

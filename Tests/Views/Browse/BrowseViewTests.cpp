@@ -1,5 +1,9 @@
 #include "Views/Browse/BrowseView.h"
 
+#include "Core/Model/Removals.h"
+#include "Core/Model/ScanSession.h"
+#include "Core/Model/Volumes.h"
+#include "Core/Scan/ScanStats.h"
 #include "Support/PageTest.h"
 #include "Support/SampleTree.h"
 #include "Views/Browse/Breadcrumb.h"
@@ -22,8 +26,12 @@ namespace {
 
 using testing::eventually;
 
+struct ShownBrowse : BrowseView {
+    explicit ShownBrowse(CorvelModel &model) : BrowseView(model.scan, model.removals, model.volumes) {}
+};
+
 /// The page with a scanned folder: big/inner/file, big/other, small/file.
-class BrowsePage : public testing::PageTest<BrowseView> {
+class BrowsePage : public testing::PageTest<ShownBrowse> {
 protected:
     BrowsePage() {
         folder.makeFile("big/inner/file", 90'000);
@@ -33,12 +41,12 @@ protected:
     }
 
     void scan() {
-        model.startScan(folder.path());
-        ASSERT_TRUE(eventually([&] { return *model.tree != nullptr; }));
+        model.scan.startScan(folder.path());
+        ASSERT_TRUE(eventually([&] { return model.scan->tree != nullptr; }));
     }
 
     [[nodiscard]] FSNode &node(std::initializer_list<std::string_view> names) const {
-        return *testing::descendant(**model.tree, names);
+        return *testing::descendant(*model.scan->tree, names);
     }
 
     void clickTile(const FSNode &of, bool twice) {
@@ -78,9 +86,9 @@ TEST_F(BrowsePage, InvitesToScanAndShowsWhatWasFound) {
     EXPECT_TRUE(isVisible("results"));
     EXPECT_EQ(text("scanFiles"), "3 files");
     EXPECT_FALSE(isVisible("scanUnreadable"));
-    EXPECT_EQ(find<TreemapView>("treemap").node(), model.tree->get());
+    EXPECT_EQ(find<TreemapView>("treemap").node(), model.scan->tree.get());
     EXPECT_EQ(find<OutlineView>("outline").model()->rowCount(), 2);
-    EXPECT_EQ(text("detailName"), (*model.tree)->name);
+    EXPECT_EQ(text("detailName"), model.scan->tree->name);
 }
 
 TEST_F(BrowsePage, SaysWhyThereIsNothingToShow) {
@@ -96,10 +104,10 @@ TEST_F(BrowsePage, SaysWhyThereIsNothingToShow) {
          {Case{folder.path(longest + "/" + longest), "Nothing in here"},
           Case{folder.path("empty"), "Nothing in here"}, Case{folder.path("missing"), "Nothing to scan"},
           Case{folder.path("small/file"), "This could not be read"}}) {
-        model.startScan(one.path);
+        model.scan.startScan(one.path);
         EXPECT_EQ(message.title(), "Scanning…");
-        model.chooseScanRoot("/"); // which is not what is told about
-        ASSERT_TRUE(eventually([&] { return !*model.isScanning; }));
+        model.scan.chooseScanRoot("/"); // which is not what is told about
+        ASSERT_TRUE(eventually([&] { return !model.scan->isScanning; }));
         EXPECT_EQ(message.title(), one.title);
         const QString ending = QString::fromStdString(one.path).right(5) + QStringLiteral("”");
         EXPECT_TRUE(message.sentence().contains(ending)) << "the path, or its ends";
@@ -113,20 +121,20 @@ TEST_F(BrowsePage, StartsAndStopsFromTheBar) {
     auto &presets = find<QComboBox>("presets");
     presets.setCurrentIndex(presets.count() - 1);
     emit presets.activated(presets.count() - 1);
-    EXPECT_EQ(*model.scanRootPath, "/");
-    EXPECT_FALSE(*model.isScanning) << "choosing a place does not scan it";
+    EXPECT_EQ(model.scan->scanRootPath, "/");
+    EXPECT_FALSE(model.scan->isScanning) << "choosing a place does not scan it";
     EXPECT_EQ(text("scanRoot"), "/");
 
-    model.chooseScanRoot(folder.path());
+    model.scan.chooseScanRoot(folder.path());
     EXPECT_EQ(presets.currentIndex(), -1) << "no preset is this folder";
     click("scan");
-    EXPECT_TRUE(*model.isScanning);
+    EXPECT_TRUE(model.scan->isScanning);
     EXPECT_EQ(text("scan"), "Stop");
     EXPECT_TRUE(isVisible("scanProgress"));
     click("scan");
-    EXPECT_TRUE(model.scanStats()->cancelled());
-    ASSERT_TRUE(eventually([&] { return !*model.isScanning; }));
-    EXPECT_EQ(*model.tree, nullptr);
+    EXPECT_TRUE(model.scan.scanStats()->cancelled());
+    ASSERT_TRUE(eventually([&] { return !model.scan->isScanning; }));
+    EXPECT_EQ(model.scan->tree, nullptr);
     EXPECT_EQ(text("scan"), "Scan");
 }
 
@@ -136,9 +144,9 @@ TEST_F(BrowsePage, ScansAChosenFolderAtOnce) {
     ASSERT_NE(chooser, nullptr);
     emit chooser->fileSelected(QString::fromStdString(folder.path("small")));
     chooser->close();
-    EXPECT_EQ(*model.scanRootPath, folder.path("small"));
-    EXPECT_TRUE(*model.isScanning);
-    ASSERT_TRUE(eventually([&] { return !*model.isScanning; }));
+    EXPECT_EQ(model.scan->scanRootPath, folder.path("small"));
+    EXPECT_TRUE(model.scan->isScanning);
+    ASSERT_TRUE(eventually([&] { return !model.scan->isScanning; }));
 }
 
 TEST_F(BrowsePage, SelectsInOutlineAndTreemapTogether) {
@@ -183,28 +191,28 @@ TEST_F(BrowsePage, EntersFoldersAndComesBack) {
     EXPECT_EQ(treemap.tiles()[*treemap.selectedTile()].node, &node({"big", "inner"}));
     EXPECT_EQ(text("detailName"), "inner");
 
-    const std::string &rootName = (*model.tree)->name;
+    const std::string &rootName = model.scan->tree->name;
     ASSERT_TRUE(eventually([&] { return button(rootName) != nullptr; }));
     click(*button(rootName));
-    EXPECT_EQ(treemap.node(), model.tree->get());
+    EXPECT_EQ(treemap.node(), model.scan->tree.get());
     QTest::keyClick(&page, Qt::Key_Up, Qt::ControlModifier);
-    EXPECT_EQ(treemap.node(), model.tree->get()) << "nothing lies around the scan root";
+    EXPECT_EQ(treemap.node(), model.scan->tree.get()) << "nothing lies around the scan root";
 }
 
 TEST_F(BrowsePage, DropsTheSelectionWhenTheFolderShownIsChosenAgain) {
     scan();
     clickTile(node({"small"}), false);
     auto &breadcrumb = find<Breadcrumb>("breadcrumb");
-    emit breadcrumb.chosen(model.tree->get());
+    emit breadcrumb.chosen(model.scan->tree.get());
     EXPECT_TRUE(find<OutlineView>("outline").selectedNodes().empty());
     EXPECT_EQ(find<TreemapView>("treemap").selectedTile(), std::nullopt);
-    EXPECT_EQ(text("detailName"), (*model.tree)->name);
+    EXPECT_EQ(text("detailName"), model.scan->tree->name);
 }
 
 TEST_F(BrowsePage, NamesTheWayAsItStandsAndKeepsTheFocusOnIt) {
     folder.makeFile("<b>Q&A && more/file", 200'000);
     scan();
-    const std::string &rootName = (*model.tree)->name;
+    const std::string &rootName = model.scan->tree->name;
     clickTile(node({"<b>Q&A && more"}), true);
     const QToolButton *focused = nullptr;
     ASSERT_TRUE(eventually([&] { return (focused = button("<b>Q&A && more")) != nullptr; }));
@@ -215,7 +223,7 @@ TEST_F(BrowsePage, NamesTheWayAsItStandsAndKeepsTheFocusOnIt) {
     testing::activate(page);
     button(rootName)->setFocus();
     QTest::keyClick(button(rootName), Qt::Key_Space);
-    EXPECT_EQ(find<TreemapView>("treemap").node(), model.tree->get());
+    EXPECT_EQ(find<TreemapView>("treemap").node(), model.scan->tree.get());
     EXPECT_TRUE(button(rootName)->hasFocus());
 }
 
@@ -252,12 +260,12 @@ TEST_F(BrowsePage, CopiesPathsAndLetsGoOfAReplacedTree) {
     click("copyPath");
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromStdString(folder.path("small")));
 
-    const std::weak_ptr<FSNode> earlier = *model.tree;
-    model.startScan();
+    const std::weak_ptr<FSNode> earlier = model.scan->tree;
+    model.scan.startScan();
     EXPECT_EQ(find<TreemapView>("treemap").node(), nullptr);
     EXPECT_FALSE(find<QPushButton>("copyPath").isEnabled());
-    ASSERT_TRUE(eventually([&] { return *model.tree != nullptr && earlier.expired(); }));
-    EXPECT_EQ(find<TreemapView>("treemap").node(), model.tree->get());
+    ASSERT_TRUE(eventually([&] { return model.scan->tree != nullptr && earlier.expired(); }));
+    EXPECT_EQ(find<TreemapView>("treemap").node(), model.scan->tree.get());
 }
 
 } // namespace brimvale

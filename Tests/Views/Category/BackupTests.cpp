@@ -1,3 +1,6 @@
+#include "Core/Model/Backups.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/Storage.h"
 #include "Support/PageTest.h"
 #include "Support/SampleMessages.h"
 #include "Support/WholeWindow.h"
@@ -42,7 +45,7 @@ protected:
     void tickAll() {
         testing::activate(page);
         testing::click(category(), "measure");
-        ASSERT_TRUE(eventually([&] { return model.category("messages")->measured; }));
+        ASSERT_TRUE(eventually([&] { return model.storage.category("messages")->measured; }));
         auto *list = category().findChild<EntryList *>();
         ASSERT_EQ(list->entries().size(), 2U);
         for (int row = 0; row < 2; ++row) {
@@ -53,12 +56,12 @@ protected:
 
     /// Calls `act` once, as soon as a backup is under way.
     void onceArchiving(std::function<void()> act) {
-        auto *once = new QObject(&model);
-        QObject::connect(&model, &CorvelModel::archiveChanged, once, [this, once, act = std::move(act)] {
-            if (!*model.isArchiving || !*model.archiveStatus)
+        auto *once = new QObject(&model.backups);
+        QObject::connect(&model.backups, &Backups::changed, once, [this, once, act = std::move(act)] {
+            if (!model.backups->isArchiving || !model.backups->archiveStatus)
                 return;
             const auto call = act; // goes with the connection
-            QObject::disconnect(&model, nullptr, once, nullptr);
+            QObject::disconnect(&model.backups, nullptr, once, nullptr);
             call();
         });
     }
@@ -130,7 +133,7 @@ TEST_F(MessagesPage, BacksUpAndKeepsBothOrDeletesTheOriginals) {
     QDialog *review = sheet("backupReview");
     ASSERT_NE(review, nullptr);
     EXPECT_TRUE(wasArchiving);
-    const FileURL backup = (*model.pendingDeletion)->destination;
+    const FileURL backup = model.backups->pendingDeletion->destination;
     EXPECT_EQ(shown(*review, "backupFolder"), backup.path());
     EXPECT_THAT(shown(*review, "reviewSummary"), StartsWith("2 items copied, 3"));
     EXPECT_EQ(shown(*review, "transcriptNote"), "A readable transcript was written alongside the database.");
@@ -152,10 +155,10 @@ TEST_F(MessagesPage, BacksUpAndKeepsBothOrDeletesTheOriginals) {
     EXPECT_EQ(picker->mode(), RemovalMode::trash) << "for the next time";
     closeWith(review, "deleteOriginals");
     ASSERT_NE(sheet("resultSheet"), nullptr);
-    ASSERT_TRUE(eventually([&] { return !model.isRemoving(); }));
+    ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving(); }));
     EXPECT_THAT(actions.calls, ElementsAre("delete " + attachments(), "delete " + database()));
     EXPECT_THAT(shown(category(), "archiveStatus"), HasSubstr(", then removed the originals."));
-    EXPECT_TRUE(model.category("messages")->entries.empty());
+    EXPECT_TRUE(model.storage.category("messages")->entries.empty());
     EXPECT_FALSE(testing::find(category(), "backUp").isEnabled());
 }
 
@@ -163,7 +166,7 @@ TEST_F(MessagesPage, LeavesTheOriginalsWhenItIsCancelled) {
     tickAll();
     onceArchiving([this] { testing::click(category(), "cancelBackup"); });
     testing::click(category(), "backUp");
-    ASSERT_TRUE(eventually([&] { return model.archiveError->has_value(); }));
+    ASSERT_TRUE(eventually([&] { return model.backups->archiveError.has_value(); }));
     EXPECT_EQ(shown(category(), "archiveStatus"), "Nothing was deleted. The backup was cancelled.");
     EXPECT_EQ(page.findChild<QDialog *>("backupReview"), nullptr);
     EXPECT_THAT(actions.calls, IsEmpty());
@@ -173,13 +176,13 @@ TEST_F(MessagesPage, LeavesTheOriginalsWhenItIsCancelled) {
 TEST_F(MessagesPage, RefusesABackupIntoTheSelection) {
     tickAll();
     fs::create_directory_symlink(attachments(), home.path("elsewhere"));
-    model.chooseBackupRoot(FileURL(home.path("elsewhere/backups")));
+    model.backups.chooseBackupRoot(FileURL(home.path("elsewhere/backups")));
     testing::click(category(), "backUp");
     QDialog *notice = sheet("noticeSheet");
     ASSERT_NE(notice, nullptr);
     EXPECT_EQ(shown(*notice, "explanation"),
               "“Attachments” cannot be backed up into a folder inside itself.");
-    EXPECT_FALSE(*model.isArchiving);
+    EXPECT_FALSE(model.backups->isArchiving);
     closeWith(notice, "ok");
     EXPECT_FALSE(fs::exists(attachments() + "/backups"));
     EXPECT_THAT(actions.calls, IsEmpty());
@@ -190,21 +193,21 @@ TEST_F(MessagesPage, AsksWhereThereIsTooLittleRoom) {
     if (!fs::exists(full))
         GTEST_SKIP() << "no file system here without any room";
     tickAll();
-    model.chooseBackupRoot(FileURL(std::string(full) + "/backups"));
+    model.backups.chooseBackupRoot(FileURL(std::string(full) + "/backups"));
     testing::click(category(), "backUp");
     QDialog *question = sheet("confirmationSheet");
     ASSERT_NE(question, nullptr);
     EXPECT_THAT(shown(*question, "explanation"), StartsWith("The backup needs 3"));
     EXPECT_THAT(shown(*question, "explanation"), HasSubstr(", but only Zero KB are free there."));
     closeWith(question, "cancel");
-    EXPECT_FALSE(*model.isArchiving);
-    EXPECT_EQ(*model.archiveError, std::nullopt);
+    EXPECT_FALSE(model.backups->isArchiving);
+    EXPECT_EQ(model.backups->archiveError, std::nullopt);
 
     testing::click(category(), "backUp");
     question = sheet("confirmationSheet");
     ASSERT_NE(question, nullptr);
     testing::click(*question, "confirm");
-    ASSERT_TRUE(eventually([&] { return model.archiveError->has_value(); }));
+    ASSERT_TRUE(eventually([&] { return model.backups->archiveError.has_value(); }));
 }
 
 TEST_F(BackupReview, SaysNoMoreThanThereIs) {

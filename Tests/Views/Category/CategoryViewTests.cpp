@@ -1,5 +1,9 @@
 #include "Views/Category/CategoryDetailView.h"
 
+#include "Core/Model/Backups.h"
+#include "Core/Model/CorvelModel.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/Storage.h"
 #include "Core/Storage/CleanupRiskTexts.h"
 #include "Core/Storage/StorageFigures.h"
 #include "Core/Text/Formatting.h"
@@ -27,14 +31,14 @@ constexpr auto sizeText = Fmt::byteFormatter;
 class CategoryPage : public ::testing::Test {
 protected:
     void open(const char *id) {
-        page = std::make_unique<CategoryDetailView>(model, id);
+        page = std::make_unique<CategoryDetailView>(id, model.storage, model.removals, model.backups);
         page->resize(900, 700);
         testing::activate(*page);
     }
 
     void show(std::string_view id, std::int64_t size, const std::vector<CleanupEntry> &entries) {
-        PublishedWriter::update(model.categories, [&](std::vector<MeasuredCategory> &categories) {
-            for (MeasuredCategory &one : categories)
+        PublishedWriter::update(model.storage, [&](StorageState &state) {
+            for (MeasuredCategory &one : state.categories)
                 if (one.category.id == id)
                     one = {one.category, size, entries, true};
         });
@@ -55,7 +59,7 @@ protected:
 
     testing::SampleHome home;
     testing::RecordingActions actions;
-    CorvelModel model{nullptr, actions};
+    CorvelModel model{actions};
     std::unique_ptr<CategoryDetailView> page;
 };
 
@@ -128,7 +132,7 @@ TEST_F(CategoryPage, WarnsByRiskAndModeAndForgetsWhatIsGone) {
     }
     testing::click(*sheet(), "confirm");
     EXPECT_FALSE(find("remove")->isEnabled()) << "a removal runs";
-    ASSERT_TRUE(eventually([&] { return !model.isRemoving(); }));
+    ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving(); }));
     EXPECT_EQ(actions.calls, std::vector<std::string>{"trash " + entries[0].url.path()});
     EXPECT_EQ(list().model()->rowCount(), 1);
     EXPECT_EQ(text("categorySize"), sizeText(200));

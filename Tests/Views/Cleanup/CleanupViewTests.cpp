@@ -1,5 +1,7 @@
 #include "Views/Cleanup/CleanupView.h"
 
+#include "Core/Model/Cleanup.h"
+#include "Core/Model/Removals.h"
 #include "Core/Storage/CleanupCatalog.h"
 #include "Core/Text/Formatting.h"
 #include "Support/PageTest.h"
@@ -26,13 +28,17 @@ using testing::withId;
 
 constexpr auto sizeText = Fmt::byteFormatter;
 
-class CleanupPage : public testing::PageTest<CleanupView> {
+struct ShownCleanup : CleanupView {
+    explicit ShownCleanup(CorvelModel &model) : CleanupView(model.cleanup, model.removals) {}
+};
+
+class CleanupPage : public testing::PageTest<ShownCleanup> {
 protected:
     CleanupPage() { testing::activate(page); }
 
     void measure() {
         click("measure");
-        ASSERT_TRUE(eventually([&] { return !*model.isMeasuringCleanup; }));
+        ASSERT_TRUE(eventually([&] { return !model.cleanup->isMeasuringCleanup; }));
     }
 
     TargetCard &card(const char *id) {
@@ -63,7 +69,7 @@ protected:
     RemovalSheet *sheet() { return page.findChild<RemovalSheet *>(); }
     void confirm() {
         testing::click(*sheet(), "confirm");
-        ASSERT_TRUE(eventually([&] { return !model.isRemoving(); }));
+        ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving(); }));
     }
 };
 
@@ -82,11 +88,12 @@ TEST_F(CleanupPage, SaysWhyThereIsNothing) {
     click("measure");
     EXPECT_TRUE(isVisible("cleanupProgress"));
     EXPECT_FALSE(find("measure").isEnabled());
-    ASSERT_TRUE(eventually([&] { return !*model.isMeasuringCleanup; }));
+    ASSERT_TRUE(eventually([&] { return !model.cleanup->isMeasuringCleanup; }));
     EXPECT_FALSE(isVisible("cleanupProgress"));
     EXPECT_TRUE(find("measure").isEnabled());
 
-    EXPECT_EQ(label("logs", "total"), sizeText(withId(*model.cleanupTargets, "logs").entries.at(0).size));
+    EXPECT_EQ(label("logs", "total"),
+              sizeText(withId(model.cleanup->cleanupTargets, "logs").entries.at(0).size));
     EXPECT_TRUE(label("package-caches", "targetState").starts_with("Nothing found"));
     EXPECT_TRUE(label("android-avd", "targetState").starts_with("This could not be read"));
     EXPECT_EQ(selection(), "Nothing selected");
@@ -125,14 +132,14 @@ TEST_F(CleanupPage, ABoxStandsForAllOfItsEntries) {
 }
 
 TEST_F(CleanupPage, TheSameItemUnderTwoCardsIsOne) {
-    std::vector<CleanupTarget> targets = *model.cleanupTargets;
+    std::vector<CleanupTarget> targets = model.cleanup->cleanupTargets;
     const FileURL shared(home.makeFile("shared", 10));
     CleanupTarget &first = withId(targets, "ios-device-support");
     CleanupTarget &second = withId(targets, "derived-data");
     first.entries = {{shared, 4'000}, {FileURL(home.makeFile("other", 10)), 1'000}};
     second.entries = {{shared, 4'000}};
     first.scanned = second.scanned = true;
-    PublishedWriter::set(model.cleanupTargets, targets);
+    PublishedWriter::set(model.cleanup, &CleanupState::cleanupTargets, targets);
     tick("ios-device-support", "shared");
     EXPECT_EQ(state("derived-data", "shared"), Qt::Checked);
     EXPECT_EQ(selection(), "1 item selected, " + sizeText(4'000));
@@ -146,7 +153,7 @@ TEST_F(CleanupPage, TheSameItemUnderTwoCardsIsOne) {
     EXPECT_EQ(actions.calls.size(), 2U);
     EXPECT_TRUE(row("ios-device-support", "shared") == QModelIndex());
     EXPECT_TRUE(row("derived-data", "shared") == QModelIndex());
-    EXPECT_EQ(*model.totalFreedThisSession, 5'000);
+    EXPECT_EQ(model.removals->totalFreedThisSession, 5'000);
 }
 
 TEST_F(CleanupPage, WhatLiesInATickedFolderIsCountedWithIt) {
@@ -154,7 +161,7 @@ TEST_F(CleanupPage, WhatLiesInATickedFolderIsCountedWithIt) {
     measure();
     tick("package-caches", "downloads");
     tick("user-caches", "Homebrew");
-    const std::int64_t size = withId(*model.cleanupTargets, "user-caches").entries.at(0).size;
+    const std::int64_t size = withId(model.cleanup->cleanupTargets, "user-caches").entries.at(0).size;
     EXPECT_EQ(selection(), "1 item selected, " + sizeText(size));
     click("remove");
     confirm();
@@ -172,7 +179,7 @@ TEST_F(CleanupPage, IsWorkedByKeysAlone) {
     find("measure").setFocus();
     QTest::keyClick(&find("measure"), Qt::Key_Return);
     EXPECT_TRUE(page.hasFocus()) << "another Return is to do nothing";
-    ASSERT_TRUE(eventually([&] { return !*model.isMeasuringCleanup; }));
+    ASSERT_TRUE(eventually([&] { return !model.cleanup->isMeasuringCleanup; }));
     EXPECT_TRUE(find("measure").hasFocus());
 
     auto &disclosure = *card("logs").findChild<QToolButton *>("disclosure");
@@ -194,7 +201,7 @@ TEST_F(CleanupPage, IsWorkedByKeysAlone) {
     ASSERT_NE(sheet(), nullptr);
     QTest::keyClick(sheet(), Qt::Key_Escape);
     EXPECT_TRUE(eventually([&] { return sheet() == nullptr; }));
-    EXPECT_FALSE(model.isRemoving());
+    EXPECT_FALSE(model.removals.isRemoving());
     EXPECT_TRUE(actions.calls.empty());
     EXPECT_TRUE(selection().starts_with("2 items selected"));
 }

@@ -1,5 +1,7 @@
 #include "Views/Overview/OverviewView.h"
 
+#include "Core/Model/Storage.h"
+#include "Core/Model/Volumes.h"
 #include "Core/Text/Formatting.h"
 #include "Support/PageTest.h"
 #include "Support/PublishedWriter.h"
@@ -31,9 +33,13 @@ VolumeInfo volume(const char *path, const char *name, std::int64_t free, std::in
             .isRootVolume = std::string_view(path) == "/"};
 }
 
+struct ShownOverview : OverviewView {
+    explicit ShownOverview(CorvelModel &model) : OverviewView(model.storage, model.volumes) {}
+};
+
 /// The model reads the real volumes and snapshots in the background. What a test puts in their place holds
 /// until it lets the event loop run.
-class OverviewPage : public testing::PageTest<OverviewView> {
+class OverviewPage : public testing::PageTest<ShownOverview> {
 protected:
     OverviewPage() {
         page.show();
@@ -42,12 +48,12 @@ protected:
     }
 
     void showVolumes(std::vector<VolumeInfo> volumes) {
-        PublishedWriter::set(model.volumes, std::move(volumes));
+        PublishedWriter::set(model.volumes, &VolumeState::volumes, std::move(volumes));
     }
 
     void showSize(std::string_view id, std::int64_t bytes) {
-        PublishedWriter::update(model.categories, [&](std::vector<MeasuredCategory> &categories) {
-            for (MeasuredCategory &one : categories)
+        PublishedWriter::update(model.storage, [&](StorageState &state) {
+            for (MeasuredCategory &one : state.categories)
                 if (one.category.id == id) {
                     one.size = bytes;
                     one.measured = true;
@@ -144,7 +150,7 @@ TEST_F(OverviewPage, SnapshotsAreDeletedAfterAQuestion) {
     const std::vector<LocalSnapshot> snapshots = {
         {"com.apple.TimeMachine.2026-02-01-101500.local", Date(std::chrono::seconds(1'770'000'000))},
         {"com.apple.TimeMachine.garbage.local", std::nullopt}};
-    PublishedWriter::set(model.snapshots, snapshots);
+    PublishedWriter::set(model.volumes, &VolumeState::snapshots, snapshots);
     EXPECT_FALSE(find("snapshotsCard").isHidden());
     EXPECT_EQ(text("snapshotsNote"), snapshotNote(2));
     const auto buttons = [&] { return page.findChildren<QPushButton *>("deleteSnapshot"); };
@@ -156,16 +162,16 @@ TEST_F(OverviewPage, SnapshotsAreDeletedAfterAQuestion) {
     ASSERT_NE(sheet(), nullptr);
     EXPECT_TRUE(sheet()->findChild<QPushButton *>("cancel")->isDefault());
     QTest::keyClick(sheet(), Qt::Key_Escape);
-    EXPECT_FALSE(*model.isDeletingSnapshot);
+    EXPECT_FALSE(model.volumes->isDeletingSnapshot);
     EXPECT_TRUE(eventually([&] { return sheet() == nullptr; }));
 
-    PublishedWriter::set(model.snapshots, snapshots);
+    PublishedWriter::set(model.volumes, &VolumeState::snapshots, snapshots);
     actions.privilegedRunError = PrivilegedRunError{};
     buttons().front()->click();
     testing::click(*sheet(), "confirm");
-    EXPECT_TRUE(*model.isDeletingSnapshot);
+    EXPECT_TRUE(model.volumes->isDeletingSnapshot);
     EXPECT_FALSE(buttons().back()->isEnabled()) << "one at a time";
-    ASSERT_TRUE(eventually([&] { return !*model.isDeletingSnapshot; }));
+    ASSERT_TRUE(eventually([&] { return !model.volumes->isDeletingSnapshot; }));
     EXPECT_EQ(actions.calls,
               std::vector<std::string>{"admin /usr/bin/tmutil deletelocalsnapshots 2026-02-01-101500"});
     EXPECT_NE(page.findChild<NoticeSheet *>(), nullptr) << "it is still there";

@@ -1,3 +1,6 @@
+#include "Core/Model/Removals.h"
+#include "Core/Model/ScanSession.h"
+#include "Core/Model/Volumes.h"
 #include "Support/HeldRemoval.h"
 #include "Support/Model.h"
 #include "Support/PageTest.h"
@@ -36,8 +39,12 @@ bool isSound(const TreemapView &treemap, const FSNode &root) {
                        [&](const TreemapTile &tile) { return isInside(tile.node); });
 }
 
+struct ShownBrowse : BrowseView {
+    explicit ShownBrowse(CorvelModel &model) : BrowseView(model.scan, model.removals, model.volumes) {}
+};
+
 /// The page with a scanned folder whose removals the test only records.
-class RemovalInBrowse : public testing::PageTest<BrowseView> {
+class RemovalInBrowse : public testing::PageTest<ShownBrowse> {
 protected:
     RemovalInBrowse() {
         folder.makeFile("big/inner/file", 4'000'000);
@@ -49,13 +56,13 @@ protected:
     }
 
     void scan() {
-        model.startScan(folder.path());
+        model.scan.startScan(folder.path());
         ASSERT_TRUE(testing::waitUntilScanned(model));
         testing::activate(page);
         outline.setFocus();
     }
 
-    [[nodiscard]] FSNode &root() const { return **model.tree; }
+    [[nodiscard]] FSNode &root() const { return *model.scan->tree; }
     [[nodiscard]] FSNode *node(std::initializer_list<std::string_view> names) const {
         return descendant(root(), names);
     }
@@ -82,8 +89,9 @@ protected:
         press("confirm");
         ASSERT_TRUE(testing::waitUntilRemoved(model));
         // What many removals have changed is drawn once, afterwards.
-        ASSERT_TRUE(eventually(
-            [&] { return *model.tree == nullptr || treemap.node() != nullptr || !isVisible("results"); }));
+        ASSERT_TRUE(eventually([&] {
+            return model.scan->tree == nullptr || treemap.node() != nullptr || !isVisible("results");
+        }));
     }
     [[nodiscard]] OutlineModel &rows() const { return static_cast<OutlineModel &>(*outline.model()); }
 
@@ -113,7 +121,7 @@ TEST_F(RemovalInBrowse, AsksForASelectionAndForNothingElse) {
     QTest::keyClick(&outline, Qt::Key_Delete);
     ASSERT_NE(sheet(), nullptr);
     press("cancel");
-    EXPECT_FALSE(model.isRemoving());
+    EXPECT_FALSE(model.removals.isRemoving());
     EXPECT_EQ(outline.selectedNodes().size(), 4U);
     EXPECT_TRUE(eventually([&] { return sheet() == nullptr; }));
 
@@ -171,7 +179,7 @@ TEST_F(RemovalInBrowse, ComesOutOfAFolderThatGoesAway) {
     emit page.findChild<Breadcrumb *>("breadcrumb")->chosen(descendant(*big, {"inner"}));
     ASSERT_EQ(treemap.node(), descendant(*big, {"inner"}));
     int detached = 0;
-    QObject::connect(&model, &CorvelModel::nodeDetached, &page, [&] {
+    QObject::connect(&model.scan, &ScanSession::nodeDetached, &page, [&] {
         ++detached;
         EXPECT_TRUE(isSound(treemap, root())) << "after " << detached;
         EXPECT_TRUE(treemap.node() == nullptr || treemap.node() == &root());
@@ -193,7 +201,7 @@ TEST_F(RemovalInBrowse, KeepsWhatIsSelectedMeanwhile) {
     held.waitUntilCalled();
     choose({node({"big", "other"})});
     held.letGoOn();
-    ASSERT_TRUE(eventually([&] { return !model.isRemoving() && treemap.node() != nullptr; }));
+    ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving() && treemap.node() != nullptr; }));
     ASSERT_EQ(node({"middle"}), nullptr);
     EXPECT_EQ(outline.selectedNodes(), Nodes{node({"big", "other"})});
     EXPECT_EQ(text("detailName"), "other");
@@ -207,11 +215,11 @@ TEST_F(RemovalInBrowse, LeavesATreeAloneThatCameWhileItAsked) {
     ask({node({"middle"})});
     const QPointer<RemovalSheet> asking = sheet();
     ASSERT_NE(asking, nullptr);
-    model.startScan();
+    model.scan.startScan();
     EXPECT_TRUE(asking == nullptr || !asking->isVisible()) << "it asked about a tree that is gone";
     EXPECT_FALSE(remove.isEnabled());
     QTest::keyClick(&page, Qt::Key_Delete);
-    ASSERT_TRUE(eventually([&] { return *model.tree != nullptr && asking == nullptr; }));
+    ASSERT_TRUE(eventually([&] { return model.scan->tree != nullptr && asking == nullptr; }));
     EXPECT_EQ(sheet(), nullptr);
     EXPECT_TRUE(actions.calls.empty());
 }

@@ -1,5 +1,6 @@
 #include "Views/Update/UpdateView.h"
 
+#include "Core/Model/Backups.h"
 #include "Core/Model/CorvelModel.h"
 #include "Support/OpenedAddresses.h"
 #include "Support/PublishedWriter.h"
@@ -187,7 +188,7 @@ TEST_F(UpdateViewTest, AsksBeforeItEndsWhatIsUnderWay) {
     act();
     ASSERT_TRUE(waitFor("Ready to install"));
 
-    PublishedWriter::set(model.isArchiving, true);
+    PublishedWriter::set(model.backups, &BackupState::isArchiving, true);
     const auto answer = [&](const char *button) {
         act();
         auto *question = content.findChild<QDialog *>("confirmationSheet");

@@ -1,5 +1,10 @@
 #include "Views/Window/ContentView.h"
 
+#include "Core/Model/Backups.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/ScanSession.h"
+#include "Core/Model/Storage.h"
+#include "Core/Model/Volumes.h"
 #include "Support/HeldRemoval.h"
 #include "Support/Model.h"
 #include "Support/PublishedWriter.h"
@@ -40,7 +45,7 @@ protected:
 
     void open() {
         window.reset();
-        model = std::make_unique<CorvelModel>(nullptr, actions);
+        model = std::make_unique<CorvelModel>(actions);
         window = std::make_unique<testing::WholeWindow>(*model);
         testing::activate(*window);
     }
@@ -65,8 +70,8 @@ TEST_F(ContentViewTest, OpensOnItsFirstPage) {
     EXPECT_EQ(window->currentSection(), Section{Section::Kind::overview});
     EXPECT_TRUE(window->findChild<OverviewView *>()->isVisible());
     EXPECT_EQ(window->findChild<QListWidget *>("pages")->currentItem()->text(), "Overview");
-    EXPECT_FALSE(*model->isMeasuringCategories);
-    EXPECT_FALSE(*model->isScanning) << "nothing is read before the user asks";
+    EXPECT_FALSE(model->storage->isMeasuringCategories);
+    EXPECT_FALSE(model->scan->isScanning) << "nothing is read before the user asks";
 
     window->goTo({Section::Kind::category, "unknown"});
     EXPECT_EQ(window->currentSection(), Section{Section::Kind::overview});
@@ -75,12 +80,12 @@ TEST_F(ContentViewTest, OpensOnItsFirstPage) {
 TEST_F(ContentViewTest, RescansTheCurrentRootOnTheShortcut) {
     open();
     for (const std::string &root : {home.path(), home.path("folder")}) {
-        model->chooseScanRoot(root);
+        model->scan.chooseScanRoot(root);
         QTest::keyClick(window.get(), Qt::Key_R, Qt::ControlModifier);
-        EXPECT_TRUE(*model->isScanning);
+        EXPECT_TRUE(model->scan->isScanning);
         EXPECT_EQ(window->currentSection(), Section{Section::Kind::browse});
-        ASSERT_TRUE(testing::eventually([&] { return !*model->isScanning; }));
-        EXPECT_EQ((*model->tree)->path(), root);
+        ASSERT_TRUE(testing::eventually([&] { return !model->scan->isScanning; }));
+        EXPECT_EQ(model->scan->tree->path(), root);
     }
 }
 
@@ -89,11 +94,11 @@ TEST_F(ContentViewTest, OffersThePermissionUntilItIsGranted) {
         Host::useSystem(system);
         open();
         const auto *button = window->findChild<QPushButton *>("grantFullDiskAccess");
-        EXPECT_EQ(button->isHidden(), *model->hasFullDiskAccess);
+        EXPECT_EQ(button->isHidden(), model->volumes->hasFullDiskAccess);
         EXPECT_TRUE(button->isHidden() || system == System::macOS) << "only there is such a permission";
 
         home.makeFolder("Library/Messages");
-        model->refreshVolumes();
+        model->volumes.refreshVolumes();
         EXPECT_TRUE(button->isHidden());
     }
 }
@@ -176,8 +181,8 @@ TEST_F(ContentViewTest, AsksBeforeItClosesOnARemoval) {
         EXPECT_TRUE(testing::eventually([&] { return question.isNull(); }));
     };
     const auto remove = [&] {
-        model->removeCleanupEntries({{item, 5000, {}}}, RemovalMode::deleteNow);
-        ASSERT_TRUE(model->isRemoving());
+        model->removals.removeCleanupEntries({{item, 5000, {}}}, RemovalMode::deleteNow);
+        ASSERT_TRUE(model->removals.isRemoving());
     };
     remove();
     closeAndAnswer("cancel");
@@ -214,13 +219,13 @@ TEST_F(ContentViewTest, SaysWhatWouldEndWithIt) {
         EXPECT_EQ(testing::shown(*sheet, "explanation"), loss);
         sheet->reject(); // and may ask again at once
     };
-    PublishedWriter::set(model->isArchiving, true);
+    PublishedWriter::set(model->backups, &BackupState::isArchiving, true);
     expectQuestion("Stop the backup and quit?", backup);
-    PublishedWriter::set(model->removalActivity, RemovalActivity::asAdministrator);
+    PublishedWriter::set(model->removals, &RemovalState::removalActivity, RemovalActivity::asAdministrator);
     expectQuestion("Quit while the administrator's command runs?",
                    "It goes on until it is done, but you will not be told what became of it. " + backup);
-    PublishedWriter::set(model->isArchiving, false);
-    PublishedWriter::set(model->removalActivity, RemovalActivity::none);
+    PublishedWriter::set(model->backups, &BackupState::isArchiving, false);
+    PublishedWriter::set(model->removals, &RemovalState::removalActivity, RemovalActivity::none);
     window->close();
     EXPECT_FALSE(window->isVisible());
 }

@@ -1,5 +1,8 @@
 #include "Views/Window/ResultSheet.h"
 
+#include "Core/Model/Backups.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/ScanSession.h"
 #include "Core/Removal/RemovalReport.h"
 #include "Support/HeldRemoval.h"
 #include "Support/Model.h"
@@ -88,13 +91,14 @@ TEST_F(ResultInWindow, TellsTheOutcomeAndOffersTheAdministrator) {
     page.goTo({Section::Kind::browse});
     page.show();
     EXPECT_FALSE(isVisible("freedThisSession"));
-    model.startScan(home.path());
+    model.scan.startScan(home.path());
     ASSERT_TRUE(testing::waitUntilScanned(model));
-    FSNode &root = **model.tree;
-    model.removeNodes({descendant(root, {"large"}), descendant(root, {"locked"})}, RemovalMode::trash);
-    ASSERT_TRUE(eventually([&] { return !model.isRemoving() && alert() != nullptr; }));
+    FSNode &root = *model.scan->tree;
+    model.removals.removeNodes({descendant(root, {"large"}), descendant(root, {"locked"})},
+                               RemovalMode::trash);
+    ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving() && alert() != nullptr; }));
     EXPECT_TRUE(isVisible("freedThisSession"));
-    EXPECT_EQ(shown(*alert(), "resultSummary"), RemovalReport::summary(**model.lastResult));
+    EXPECT_EQ(shown(*alert(), "resultSummary"), RemovalReport::summary(*model.removals->lastResult));
     EXPECT_EQ(labels(*alert(), "adminItem").size(), 1U);
 
     const QPointer<ResultSheet> first = alert();
@@ -110,13 +114,13 @@ TEST_F(ResultInWindow, OffersTheAdministratorOnlyWhileNothingIsRemoved) {
     const std::vector<CleanupEntry> locked = {{.url = FileURL(home.makeFile("locked")), .size = 1}};
     actions.refuse(home.path("locked"));
     page.show();
-    model.removeCategoryEntries(locked, RemovalMode::trash);
-    ASSERT_TRUE(eventually([&] { return !model.isRemoving() && alert() != nullptr; }));
+    model.removals.removeCategoryEntries(locked, RemovalMode::trash);
+    ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving() && alert() != nullptr; }));
     EXPECT_TRUE(find("authenticate").isEnabled());
 
     // Another page's removal begins behind the alert: what is asked for then would be lost.
     HeldRemoval held(actions);
-    model.removeCategoryEntries(locked, RemovalMode::trash);
+    model.removals.removeCategoryEntries(locked, RemovalMode::trash);
     held.waitUntilCalled();
     EXPECT_FALSE(find("authenticate").isEnabled());
     held.letGoOn();
@@ -127,10 +131,12 @@ TEST_F(ResultInWindow, TellsWhatCameMeanwhileOnceTheSheetInFrontHasEnded) {
     page.show();
     find<QAction>("about").trigger();
     for (const char *name : {"first", "second"}) {
-        model.removeCategoryEntries({{.url = FileURL(home.makeFile(name)), .size = 1}}, RemovalMode::trash);
+        model.removals.removeCategoryEntries({{.url = FileURL(home.makeFile(name)), .size = 1}},
+                                             RemovalMode::trash);
         ASSERT_TRUE(testing::waitUntilRemoved(model));
     }
-    PublishedWriter::set(model.pendingDeletion, PendingDeletion{FileURL("/b"), {}, {}, 0, {}, {}, false, {}});
+    PublishedWriter::set(model.backups, &BackupState::pendingDeletion,
+                         PendingDeletion{FileURL("/b"), {}, {}, 0, {}, {}, false, {}});
     const auto review = [&] { return page.findChild<QDialog *>("backupReview"); };
     EXPECT_TRUE(alert() == nullptr && review() == nullptr);
 

@@ -1,0 +1,107 @@
+#include "Core/Model/Apps.h"
+
+#include "Core/Apps/AppAnalysis.h"
+#include "Core/Apps/AppInventory.h"
+#include "Core/Apps/Uninstall.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/Workers.h"
+#include "Core/Scan/Counter.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+/// Answers whether there was anything to take out.
+bool dropApps(std::vector<AppRow> &rows, const GonePaths &gone) {
+    std::size_t dropped = std::erase_if(rows, [&](const AppRow &row) { return gone.contains(row.app.url); });
+    for (AppRow &row : rows)
+        dropped +=
+            std::erase_if(row.leftovers, [&](const LeftoverItem &item) { return gone.contains(item.url); });
+    return dropped > 0;
+}
+
+} // namespace
+
+Apps::Apps(Workers &workers, Removals &removals) : workers_(workers), removals_(removals) {}
+
+void Apps::setIncludeSystemApps(bool include) {
+    if (include == state().includeSystemApps)
+        return;
+    update([&](AppState &state) { state.includeSystemApps = include; });
+    loadApps();
+}
+
+void Apps::loadApps() {
+    if (state().isLoadingApps)
+        return;
+    goneSinceBegin_ = {};
+    update([](AppState &state) {
+        state.isLoadingApps = true;
+        state.appProgress = 0;
+    });
+    workers_.run(
+        this,
+        [this, context = QPointer<QObject>(this), includeSystem = state().includeSystemApps,
+         cancelled = workers_.closing()] {
+            const std::vector<InstalledApp> found = AppInventory::scan(includeSystem);
+            onMainThread(context, [this, found] { list(found); });
+            const auto completed = std::make_shared<Counter>();
+            const auto total = static_cast<double>(found.size());
+            const auto use = [&](AppFigures figures) {
+                onMainThread(context, [this, figures = std::move(figures), completed, total] {
+                    show(figures, static_cast<double>(completed->add(1)) / total);
+                });
+            };
+            AppAnalysis::analyze(found, use, cancelled);
+        },
+        [this, includeSystem = state().includeSystemApps] {
+            update([](AppState &state) { state.isLoadingApps = false; });
+            if (includeSystem != state().includeSystemApps)
+                loadApps();
+        });
+}
+
+/// The applications without figures, and without those that were removed before the list got here.
+void Apps::list(const std::vector<InstalledApp> &found) {
+    update([&](AppState &state) {
+        state.apps.clear();
+        state.apps.reserve(found.size());
+        for (const InstalledApp &app : found)
+            state.apps.push_back({app, 0, {}, false});
+        dropApps(state.apps, goneSinceBegin_);
+    });
+}
+
+void Apps::show(const AppFigures &figures, double progress) {
+    update([&](AppState &state) {
+        for (AppRow &row : state.apps)
+            if (row.app.url == figures.url) {
+                row = {row.app, figures.bundleSize, figures.leftovers, true};
+                std::erase_if(row.leftovers, [this](const LeftoverItem &item) {
+                    return goneSinceBegin_.contains(item.url);
+                });
+            }
+        state.appProgress = progress;
+    });
+}
+
+void Apps::uninstall(const InstalledApp &app, const std::vector<LeftoverItem> &leftovers, bool includeBundle,
+                     RemovalMode mode) {
+    const std::vector<AppRow> &rows = state().apps;
+    const auto row =
+        std::find_if(rows.begin(), rows.end(), [&](const AppRow &one) { return one.app.url == app.url; });
+    if (row != rows.end())
+        removals_.removeCleanupEntries(Uninstall::entries(*row, leftovers, includeBundle), mode);
+}
+
+void Apps::drop(const GonePaths &gone) {
+    if (state().isLoadingApps)
+        goneSinceBegin_.add(gone);
+    update([&](AppState &state) { return dropApps(state.apps, gone); });
+}
+
+} // namespace brimvale

@@ -1,0 +1,172 @@
+#include "Core/Model/Backups.h"
+
+#include "Base/Text.h"
+#include "Core/Backup/Archiver.h"
+#include "Core/Model/Removals.h"
+#include "Core/Model/Workers.h"
+#include "Core/Storage/CleanupEntries.h"
+#include "Core/Text/Formatting.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+std::string countedItems(std::size_t count) {
+    return std::to_string(count) + " item" + (count == 1 ? "" : "s");
+}
+
+std::string nameOf(const FileURL &folder) {
+    return displayText(folder.fileName());
+}
+
+double shareOf(std::int64_t bytes, std::int64_t total) {
+    return std::min(static_cast<double>(bytes) / static_cast<double>(std::max<std::int64_t>(total, 1)), 1.0);
+}
+
+std::string detailOf(const ArchiveProgress &progress, const std::vector<FileURL> &sources,
+                     std::int64_t total) {
+    if (progress.phase == ArchiveProgress::Phase::finishing)
+        return "Writing the manifest";
+    const std::string name = nameOf(sources[progress.item]);
+    if (progress.phase == ArchiveProgress::Phase::comparing)
+        return "Comparing “" + name + "” with its original";
+    return "“" + name + "”, " + Fmt::byteFormatter(progress.bytes) + " of " + Fmt::byteFormatter(total);
+}
+
+/// Why nothing is removed after a backup that is not good.
+std::string reasonOf(const ArchiveResult &result, bool isCancelled) {
+    if (!result.failed.empty())
+        return result.failed.front().second;
+    return isCancelled ? "The backup was cancelled." : "The copy could not be verified.";
+}
+
+} // namespace
+
+Backups::Backups(Workers &workers, Removals &removals)
+    : Part({.backupRoot = Archiver::defaultDestination()}), workers_(workers), removals_(removals) {
+    connect(&removals_, &Removals::ended, this, &Backups::removeConfirmed);
+}
+
+Backups::~Backups() {
+    cancelArchive();
+}
+
+void Backups::chooseBackupRoot(FileURL folder) {
+    update([&](BackupState &state) { state.backupRoot = std::move(folder); });
+}
+
+void Backups::archiveThenReview(const std::string &label, const FileURL &destination,
+                                const std::vector<CleanupEntry> &entries, RemovalMode mode) {
+    if (state().isArchiving)
+        return;
+    std::vector<FileURL> sources;
+    for (const CleanupEntry &entry : entries)
+        sources.push_back(entry.url);
+    const std::int64_t bytes = CleanupEntries::totalSize(entries);
+    isArchiveCancelled_ = std::make_shared<std::atomic<bool>>(false);
+    update([&](BackupState &state) {
+        state.archiveError.reset();
+        state.archiveProgress = 0;
+        state.isArchiving = true;
+        state.archiveStatus = "Copying " + countedItems(entries.size()) + "…";
+    });
+
+    struct Outcome {
+        ArchiveResult result;
+        bool isSameVolume;
+    };
+    const auto onProgress = [this, context = QPointer<QObject>(this), sources,
+                             bytes](const ArchiveProgress &progress) {
+        onMainThread(context, [this, progress, sources, bytes] { showProgress(progress, sources, bytes); });
+    };
+    const ArchiveWatch watch{.isCancelled = [flag = isArchiveCancelled_] { return flag->load(); },
+                             .onProgress = onProgress};
+    workers_.run(
+        this,
+        [sources, label, destination, watch] {
+            ArchiveResult result = Archiver::archive(sources, label, destination, watch);
+            const bool isSameVolume = !result.items.empty() &&
+                                      Archiver::sameVolume(result.items.front().source, result.destination);
+            return Outcome{std::move(result), isSameVolume};
+        },
+        [this, entries, mode](const Outcome &outcome) {
+            finishArchive(outcome.result, entries, mode, outcome.isSameVolume);
+        });
+}
+
+void Backups::showProgress(const ArchiveProgress &progress, const std::vector<FileURL> &sources,
+                           std::int64_t total) {
+    update([&](BackupState &state) {
+        state.archiveProgress = shareOf(progress.bytes, total);
+        state.archiveDetail = detailOf(progress, sources, total);
+    });
+}
+
+void Backups::finishArchive(const ArchiveResult &result, const std::vector<CleanupEntry> &entries,
+                            RemovalMode mode, bool isSameVolume) {
+    // The user may have cancelled when all was copied, and must not be asked to delete anything then.
+    const bool isCancelled = result.isCancelled || isArchiveCancelled_->load();
+    const bool isGood = !isCancelled && result.failed.empty() && !result.copied.empty();
+    update([&](BackupState &state) {
+        state.isArchiving = false;
+        state.archiveStatus.reset();
+        state.archiveDetail.clear();
+        if (isGood) {
+            state.lastArchiveDestination = result.destination;
+            state.pendingDeletion = PendingDeletion{.destination = result.destination,
+                                                    .items = result.items,
+                                                    .entries = entries,
+                                                    .bytes = result.bytes,
+                                                    .mode = mode,
+                                                    .readableExport = result.readableExport,
+                                                    .sameVolumeAsSource = isSameVolume,
+                                                    .differing = result.differing};
+        } else {
+            state.archiveError = "Nothing was deleted. " + reasonOf(result, isCancelled);
+        }
+    });
+    if (isGood || isCancelled) // after a cancellation the user knows
+        return;
+    RemovalResult failures;
+    for (const auto &[url, reason] : result.failed)
+        failures.failed.push_back({url, reason});
+    removals_.publishResult(failures);
+}
+
+void Backups::cancelArchive() {
+    if (isArchiveCancelled_ != nullptr)
+        isArchiveCancelled_->store(true);
+}
+
+void Backups::confirmPendingDeletion() {
+    if (!state().pendingDeletion)
+        return;
+    confirmed_ = state().pendingDeletion;
+    update([](BackupState &state) { state.pendingDeletion.reset(); });
+    removeConfirmed();
+}
+
+void Backups::removeConfirmed() {
+    if (!confirmed_ || removals_.isRemoving())
+        return;
+    const PendingDeletion pending = *std::exchange(confirmed_, std::nullopt);
+    removals_.removeCategoryEntries(pending.entries, pending.mode);
+    update([&](BackupState &state) {
+        state.archiveStatus = "Backed up to " + nameOf(pending.destination) + ", then removed the originals.";
+    });
+}
+
+void Backups::cancelPendingDeletion() {
+    if (!state().pendingDeletion)
+        return;
+    update([](BackupState &state) {
+        state.archiveStatus =
+            "Backup kept at " + nameOf(state.pendingDeletion->destination) + ". Nothing was deleted.";
+        state.pendingDeletion.reset();
+    });
+}
+
+} // namespace brimvale

@@ -1,0 +1,76 @@
+#include "Core/Model/Cleanup.h"
+
+#include "Core/Model/Workers.h"
+#include "Core/Scan/Counter.h"
+#include "Core/Storage/CleanupCatalog.h"
+
+#include <memory>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+/// Answers whether there was anything to take out.
+bool dropEntries(CleanupTarget &target, const GonePaths &gone) {
+    return std::erase_if(target.entries,
+                         [&](const CleanupEntry &entry) { return gone.contains(entry.url); }) > 0;
+}
+
+} // namespace
+
+Cleanup::Cleanup(Workers &workers)
+    : Part({.cleanupTargets = CleanupCatalog::definitions()}), workers_(workers) {}
+
+void Cleanup::measureCleanup() {
+    if (state().isMeasuringCleanup)
+        return;
+    goneSinceBegin_ = {};
+    update([](CleanupState &state) {
+        state.isMeasuringCleanup = true;
+        state.cleanupProgress = 0;
+    });
+    workers_.run(
+        this,
+        [this, context = QPointer<QObject>(this), definitions = CleanupCatalog::definitions(),
+         cancelled = workers_.closing()] {
+            const auto completed = std::make_shared<Counter>();
+            const auto total = static_cast<double>(definitions.size());
+            const auto finished = [&](CleanupTarget measured) {
+                onMainThread(context, [this, measured = std::move(measured), completed, total]() mutable {
+                    show(std::move(measured), static_cast<double>(completed->add(1)) / total);
+                });
+            };
+            CleanupCatalog::measureAll(definitions, finished, cancelled);
+        },
+        [this] {
+            update([](CleanupState &state) {
+                state.isMeasuringCleanup = false;
+                state.cleanupProgress = 1;
+            });
+        });
+}
+
+/// Puts a target that has been measured in its place, without what was removed before it got here.
+void Cleanup::show(CleanupTarget measured, double progress) {
+    dropEntries(measured, goneSinceBegin_);
+    update([&](CleanupState &state) {
+        for (CleanupTarget &target : state.cleanupTargets)
+            if (target.id == measured.id)
+                target = measured;
+        state.cleanupProgress = progress;
+    });
+}
+
+void Cleanup::drop(const GonePaths &gone) {
+    if (state().isMeasuringCleanup)
+        goneSinceBegin_.add(gone);
+    update([&](CleanupState &state) {
+        bool hasDropped = false;
+        for (CleanupTarget &target : state.cleanupTargets)
+            hasDropped = dropEntries(target, gone) || hasDropped;
+        return hasDropped;
+    });
+}
+
+} // namespace brimvale

@@ -1,0 +1,127 @@
+#include "Core/Model/Removals.h"
+
+#include "Base/Bytes.h"
+#include "Core/Model/ScanSession.h"
+#include "Core/Model/Volumes.h"
+#include "Core/Model/Workers.h"
+#include "Core/Removal/NodesToRemove.h"
+#include "Core/Removal/Remover.h"
+
+#include <chrono>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr std::chrono::milliseconds removalInterval{200};
+
+} // namespace
+
+Removals::Removals(Workers &workers, RemovalActions &actions, Volumes &volumes, const ScanSession &scan)
+    : workers_(workers), actions_(actions), volumes_(volumes), scan_(scan) {
+    connect(&timer_, &QTimer::timeout, this, &Removals::showProgress);
+    connect(&scan_, &ScanSession::dropped, this, &Removals::endIfDropped);
+}
+
+Removals::~Removals() {
+    if (removal_)
+        removal_->progress->cancelled = true;
+}
+
+void Removals::removeNodes(const std::vector<FSNode *> &nodes, RemovalMode mode) {
+    if (!isRemoving())
+        remove(entriesOf(removableNodes(nodes)), mode, VolumesAreRead::beforeGone);
+}
+
+void Removals::removeCleanupEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
+    remove(entries, mode, VolumesAreRead::beforeGone);
+}
+
+void Removals::removeCategoryEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
+    remove(entries, mode, VolumesAreRead::afterGone);
+}
+
+void Removals::remove(const std::vector<CleanupEntry> &entries, RemovalMode mode, VolumesAreRead when) {
+    begin(RemovalActivity::removing, when, [entries, mode, &actions = actions_](RemovalProgress &progress) {
+        return Remover::remove(entries, mode, &progress, actions);
+    });
+}
+
+void Removals::escalate(const std::vector<FileURL> &urls) {
+    begin(RemovalActivity::asAdministrator, VolumesAreRead::beforeGone,
+          [urls, &actions = actions_](RemovalProgress &) { return Remover::removeWithAdmin(urls, actions); });
+}
+
+void Removals::stopRemoval() {
+    if (state().removalActivity != RemovalActivity::removing)
+        return;
+    removal_->progress->cancelled = true;
+    update([](RemovalState &state) { state.removalActivity = RemovalActivity::stopping; });
+}
+
+/// Runs `work` in the background, if no other removal is under way.
+void Removals::begin(RemovalActivity activity, VolumesAreRead when,
+                     std::function<RemovalResult(RemovalProgress &)> work) {
+    if (isRemoving())
+        return;
+    removal_ = {.progress = std::make_shared<RemovalProgress>(), .volumesAreRead = when};
+    update([&](RemovalState &state) {
+        state.removedEntries = 0;
+        state.removalActivity = activity;
+    });
+    timer_.start(removalInterval);
+    struct Outcome {
+        RemovalResult result;
+        GonePaths paths;
+    };
+    workers_.run(
+        this,
+        [work = std::move(work), progress = removal_->progress] {
+            RemovalResult result = work(*progress);
+            GonePaths paths = GonePaths::throughLinks(result.succeeded);
+            return Outcome{std::move(result), std::move(paths)};
+        },
+        [this](const Outcome &outcome) { conclude(outcome.result, outcome.paths); });
+}
+
+void Removals::conclude(const RemovalResult &result, const GonePaths &paths) {
+    publishResult(result);
+    if (removal_->volumesAreRead == VolumesAreRead::beforeGone)
+        volumes_.refreshVolumes();
+    emit gone(paths);
+    if (removal_->volumesAreRead == VolumesAreRead::afterGone)
+        volumes_.refreshVolumes();
+    removal_->isDone = true;
+    endIfDropped();
+}
+
+void Removals::publishResult(const RemovalResult &result) {
+    RemovalState &published = unannounced();
+    published.lastResult = result;
+    published.totalFreedThisSession = checkedAdd(published.totalFreedThisSession, result.bytesFreed);
+    emit lastResultChanged();
+    emit changed();
+}
+
+void Removals::showProgress() {
+    update([this](RemovalState &state) {
+        return std::exchange(state.removedEntries, removal_->progress->entriesRemoved.load()) !=
+               state.removedEntries;
+    });
+}
+
+/// The removal ends when its result is known and nothing of it is in the tree any more.
+void Removals::endIfDropped() {
+    if (!removal_ || !removal_->isDone || scan_.isDropping())
+        return;
+    timer_.stop();
+    update([this](RemovalState &state) {
+        state.removedEntries = removal_->progress->entriesRemoved;
+        state.removalActivity = RemovalActivity::none;
+    });
+    removal_.reset();
+    emit ended();
+}
+
+} // namespace brimvale

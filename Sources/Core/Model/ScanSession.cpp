@@ -1,0 +1,175 @@
+#include "Core/Model/ScanSession.h"
+
+#include "Core/Model/Volumes.h"
+#include "Core/Model/Workers.h"
+#include "Core/Removal/NodesToRemove.h"
+#include "Core/Scan/DiskScanner.h"
+#include "Core/Scan/ScanStats.h"
+#include "Platform/Host.h"
+
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr std::chrono::milliseconds scanInterval{200};
+constexpr std::chrono::milliseconds sliceOfDetaching{8};
+
+} // namespace
+
+ScanSession::ScanSession(Workers &workers, Volumes &volumes)
+    : Part({.scanRootPath = homeFolder().path()}), workers_(workers), volumes_(volumes) {
+    connect(&progressTimer_, &QTimer::timeout, this, &ScanSession::pollScan);
+}
+
+ScanSession::~ScanSession() {
+    if (scanStats_ != nullptr)
+        scanStats_->cancel();
+}
+
+void ScanSession::chooseScanRoot(std::string path) {
+    update([&](SessionState &state) { state.scanRootPath = std::move(path); });
+}
+
+void ScanSession::startScan(std::optional<std::string> path) {
+    if (state().isScanning) {
+        if (scanStats_ != nullptr)
+            scanStats_->cancel();
+        finishScan(nullptr);
+    }
+    SessionState &begun = unannounced();
+    if (path)
+        begun.scanRootPath = *std::move(path);
+    begun.isScanning = true;
+    begun.scanFiles = begun.scanBytes = begun.scanUnreadable = 0;
+    begun.scanElapsed = 0;
+    begun.scanCurrentPath = begun.scanRootPath;
+    scanStats_ = std::make_shared<ScanStats>();
+    setTree(nullptr);
+    emit changed();
+    scanStart_ = std::chrono::steady_clock::now();
+    progressTimer_.start(scanInterval);
+
+    const auto gone = std::make_shared<GonePaths>();
+    goneSinceWalks_.push_back(gone);
+    workers_.run(
+        this,
+        [root = state().scanRootPath, stats = scanStats_] {
+            std::shared_ptr<FSNode> found = DiskScanner::scan(root, ScanOptions::standard(), *stats);
+            found->sortRecursively();
+            return found;
+        },
+        [this, stats = scanStats_, gone](std::shared_ptr<FSNode> found) {
+            std::erase(goneSinceWalks_, gone);
+            // Asked here, since a scan may be cancelled while its result waits for the event loop.
+            if (stats->cancelled())
+                workers_.dispose(std::exchange(found, nullptr));
+            finishScan(found);
+            if (found != nullptr)
+                drop(*gone);
+        });
+}
+
+void ScanSession::pollScan() {
+    if (scanStats_ == nullptr)
+        return;
+    update([this](SessionState &state) {
+        state.scanFiles = scanStats_->files();
+        state.scanBytes = scanStats_->bytes();
+        state.scanUnreadable = scanStats_->unreadable();
+        state.scanCurrentPath = scanStats_->current();
+        state.scanElapsed = elapsed();
+    });
+}
+
+double ScanSession::elapsed() const {
+    if (!scanStart_)
+        return 0;
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - *scanStart_).count();
+}
+
+// A superseded scan ends here too when its walk returns, and so ends the newer scan's progress early; the
+// newer scan's tree still comes.
+void ScanSession::finishScan(const std::shared_ptr<FSNode> &found) {
+    progressTimer_.stop();
+    SessionState &ended = unannounced();
+    if (found != nullptr) {
+        if (scanStats_ != nullptr) {
+            ended.scanFiles = scanStats_->files();
+            ended.scanUnreadable = scanStats_->unreadable();
+        }
+        ended.scanBytes = found->size;
+        ended.lastScanDate = now();
+    }
+    ended.scanElapsed = elapsed();
+    ended.isScanning = false;
+    ended.scanCurrentPath.clear();
+    scanStats_ = nullptr;
+    if (found != nullptr)
+        setTree(found);
+    emit changed();
+    volumes_.refreshVolumes();
+}
+
+/// Announces another tree, and frees the earlier one in the background: it has so many nodes that the window
+/// would be blocked.
+void ScanSession::setTree(std::shared_ptr<FSNode> tree) {
+    if (tree == state().tree)
+        return;
+    waiting_.clear(); // they are the earlier tree's
+    dropping_ = {};
+    std::shared_ptr<FSNode> earlier = std::exchange(unannounced().tree, std::move(tree));
+    emit treeChanged();
+    if (earlier != nullptr)
+        workers_.dispose(std::move(earlier));
+}
+
+void ScanSession::drop(const GonePaths &gone) {
+    for (const std::shared_ptr<GonePaths> &since : goneSinceWalks_)
+        since->add(gone);
+    if (state().tree == nullptr)
+        return;
+    if (!isDropping_)
+        dropping_ = {};
+    dropping_.add(gone);
+    waiting_ = goneNodes(*state().tree, dropping_);
+    if (waiting_.empty())
+        return;
+    emit nodesAboutToBeDetached(waiting_);
+    if (!std::exchange(isDropping_, true))
+        detachSlice();
+}
+
+/// Takes what is gone out of the tree for a moment, then lets the window go on: it may be many nodes of one
+/// large folder.
+void ScanSession::detachSlice() {
+    const auto end = std::chrono::steady_clock::now() + sliceOfDetaching;
+    while (!waiting_.empty()) {
+        if (std::chrono::steady_clock::now() > end) {
+            QTimer::singleShot(0, this, &ScanSession::detachSlice);
+            return;
+        }
+        FSNode *node = waiting_.back();
+        waiting_.pop_back();
+        detach(*node);
+    }
+    isDropping_ = false;
+    workers_.dispose(std::exchange(detached_, {}));
+    emit dropped();
+}
+
+/// Takes a node out of its parent and its size and files out of the figures of every folder above. The
+/// lengths and the numbers of folders stay as they were.
+void ScanSession::detach(FSNode &node) {
+    FSNode *parent = node.parent();
+    emit nodeAboutToBeDetached(&node);
+    detached_.push_back(parent->release(node));
+    for (FSNode *folder = parent; folder != nullptr; folder = folder->parent()) {
+        folder->size -= node.size;
+        folder->fileCount -= node.fileCount;
+    }
+    emit nodeDetached(&node);
+}
+
+} // namespace brimvale

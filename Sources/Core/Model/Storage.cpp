@@ -1,0 +1,133 @@
+#include "Core/Model/Storage.h"
+
+#include "Core/Model/Volumes.h"
+#include "Core/Model/Workers.h"
+#include "Core/Scan/Counter.h"
+#include "Core/Storage/CleanupEntries.h"
+#include "Core/Storage/StorageCategories.h"
+#include "Core/Storage/StorageFigures.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+/// Takes rows that are gone out of a category, and answers whether there was any.
+bool dropRows(MeasuredCategory &category, const GonePaths &gone) {
+    const auto dropped =
+        std::erase_if(category.entries, [&](const CleanupEntry &entry) { return gone.contains(entry.url); });
+    if (dropped > 0 && category.category.measurement == CategoryMeasurement::measured)
+        category.size = CleanupEntries::totalSize(category.entries);
+    return dropped > 0;
+}
+
+std::int64_t countMeasured(const std::vector<StorageCategory> &categories) {
+    return std::count_if(categories.begin(), categories.end(), [](const StorageCategory &category) {
+        return category.measurement == CategoryMeasurement::measured;
+    });
+}
+
+} // namespace
+
+Storage::Storage(Workers &workers, const Volumes &volumes)
+    : Part({.categories = StorageFigures::unmeasured(StorageCategories::all())}), workers_(workers),
+      volumes_(volumes) {}
+
+const MeasuredCategory *Storage::category(std::string_view id) const {
+    const std::vector<MeasuredCategory> &categories = state().categories;
+    const auto found = std::find_if(categories.begin(), categories.end(),
+                                    [id](const MeasuredCategory &one) { return one.category.id == id; });
+    return found == categories.end() ? nullptr : &*found;
+}
+
+std::int64_t Storage::categorisedBytes() const {
+    return StorageFigures::categorisedBytes(state().categories);
+}
+
+std::int64_t Storage::systemDataAccounted() const {
+    return StorageFigures::systemDataAccounted(state().categories);
+}
+
+bool Storage::hasFigures() const {
+    return state().isMeasuringCategories ||
+           std::any_of(state().categories.begin(), state().categories.end(),
+                       [](const MeasuredCategory &one) { return one.measured; });
+}
+
+void Storage::resolveRemainder(StorageState &state) const {
+    state.categories = StorageFigures::resolvingRemainder(std::move(state.categories), volumes_.rootVolume());
+}
+
+void Storage::resolveRemainder() {
+    if (hasFigures())
+        update([this](StorageState &state) { resolveRemainder(state); });
+}
+
+void Storage::measureCategories() {
+    if (state().isMeasuringCategories)
+        return;
+    goneSinceBegin_ = {};
+    const std::vector<StorageCategory> all = StorageCategories::all();
+    update([&](StorageState &state) {
+        state.isMeasuringCategories = true;
+        state.categoryProgress = 0;
+        state.categories = StorageFigures::unmeasured(all);
+    });
+    workers_.run(
+        this,
+        [this, context = QPointer<QObject>(this), all, cancelled = workers_.closing()] {
+            const auto completed = std::make_shared<Counter>();
+            const auto total = static_cast<double>(countMeasured(all));
+            const auto finished = [&](MeasuredCategory measured) {
+                onMainThread(context, [this, measured = std::move(measured), completed, total]() mutable {
+                    show(std::move(measured), static_cast<double>(completed->add(1)) / total);
+                });
+            };
+            return StorageCategories::measureAll(all, finished, cancelled);
+        },
+        [this](std::vector<CleanupEntry> rows) { finish(std::move(rows)); });
+}
+
+/// Puts a category that has been measured in its place, without what was removed before it got here.
+void Storage::show(MeasuredCategory measured, double progress) {
+    dropRows(measured, goneSinceBegin_);
+    update([&](StorageState &state) {
+        for (MeasuredCategory &one : state.categories)
+            if (one.category.id == measured.category.id)
+                one = measured;
+        resolveRemainder(state);
+        state.categoryProgress = progress;
+    });
+}
+
+void Storage::finish(std::vector<CleanupEntry> rows) {
+    update([&](StorageState &state) {
+        for (MeasuredCategory &one : state.categories)
+            if (one.category.measurement == CategoryMeasurement::remainder) {
+                one.entries = std::move(rows);
+                dropRows(one, goneSinceBegin_);
+                break;
+            }
+        resolveRemainder(state);
+        state.lastCategoryScan = now();
+        state.categoryProgress = 1;
+        state.isMeasuringCategories = false;
+    });
+}
+
+void Storage::drop(const GonePaths &gone) {
+    if (state().isMeasuringCategories)
+        goneSinceBegin_.add(gone);
+    if (!hasFigures())
+        return;
+    update([&](StorageState &state) {
+        for (MeasuredCategory &one : state.categories)
+            dropRows(one, gone);
+        resolveRemainder(state);
+    });
+}
+
+} // namespace brimvale
