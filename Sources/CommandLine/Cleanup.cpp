@@ -33,7 +33,7 @@ ExitStatus refuseUnknown(std::string_view id, const Targets &targets) {
     return refuseUsage("unknown target " + inQuotes(id) + "; there are " + known, &cleanupCommand);
 }
 
-void measure(Targets &targets, const ScanStats &stats) {
+void measure(Targets &targets, const StopFlag &cancelled) {
     StepProgress progress(targets.size());
     CleanupCatalog::measureAll(
         targets,
@@ -41,7 +41,7 @@ void measure(Targets &targets, const ScanStats &stats) {
             *targetNamed(targets, measured.id) = std::move(measured);
             progress.step();
         },
-        [&] { return stats.cancelled(); });
+        cancelled);
 }
 
 void writeSummary(Output &output, const Targets &targets) {
@@ -79,9 +79,9 @@ ExitStatus runCleanup(const Arguments &arguments, Output &output) {
             return std::find(ids.begin(), ids.end(), one.id) == ids.end();
         });
 
-    ScanStats stats;
-    const Interruption interruption(stats);
-    measure(targets, stats);
+    const StopFlag cancelled;
+    const Interruption interruption(cancelled);
+    measure(targets, cancelled);
     if (arguments.has("--json")) {
         JsonWriter json(output);
         writeRecords(json, targets);
@@ -93,7 +93,7 @@ ExitStatus runCleanup(const Arguments &arguments, Output &output) {
             writeDetails(output, target);
         }
     }
-    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+    return cancelled.isSet() ? endInterrupted(output) : ExitStatus::done;
 }
 
 } // namespace

@@ -51,9 +51,9 @@ void writeTable(Output &output, const std::vector<MeasuredCategory> &categories)
 }
 
 ExitStatus runOverview(const Arguments &arguments, Output &output) {
-    ScanStats stats;
-    const Interruption interruption(stats);
-    const OverviewFigures figures = measureOverview(stats);
+    const StopFlag cancelled;
+    const Interruption interruption(cancelled);
+    const OverviewFigures figures = measureOverview(cancelled);
     if (arguments.has("--json")) {
         writeDocument(output, figures);
     } else {
@@ -61,7 +61,7 @@ ExitStatus runOverview(const Arguments &arguments, Output &output) {
             writeVolume(output, *root);
         writeTable(output, figures.categories);
     }
-    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+    return cancelled.isSet() ? endInterrupted(output) : ExitStatus::done;
 }
 
 } // namespace

@@ -13,7 +13,6 @@
 #include "Core/Text/Formatting.h"
 
 #include <array>
-#include <atomic>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -39,13 +38,12 @@ Route routeIn(const Arguments &arguments) {
     return arguments.has("--delete") ? Route::deletion : Route::trash;
 }
 
-/// Measures what would be removed, until `isStopped`.
-Remover::Sizes measure(const std::vector<FileURL> &urls, const std::atomic<bool> &isStopped) {
+/// Measures what would be removed, until `stopped` is set.
+Remover::Sizes measure(const std::vector<FileURL> &urls, const StopFlag &stopped) {
     const ScanOptions scanOptions = ScanOptions::standard();
     Remover::Sizes sizes;
     for (const FileURL &url : urls)
-        sizes[url] =
-            DiskScanner::quickSize(url.standardized().path(), scanOptions, [&] { return isStopped.load(); });
+        sizes[url] = DiskScanner::quickSize(url.standardized().path(), scanOptions, stopped);
     return sizes;
 }
 
@@ -141,7 +139,7 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
             const Interruption interruption(progress.cancelled);
             sizes = measure(operands->admitted, progress.cancelled);
         }
-        if (progress.cancelled)
+        if (progress.cancelled.isSet())
             return endUnbegun(output, isJson, ExitStatus::interrupted);
         if (!confirm(question(*operands, sizes, route)))
             return endUnbegun(output, isJson, ExitStatus::failed);
@@ -150,7 +148,7 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
     const Interruption interruption(progress.cancelled);
     const RemovalResult result = removeBy(route, operands->urls, sizes, progress);
     report(output, result, isJson);
-    if (progress.cancelled) {
+    if (progress.cancelled.isSet()) {
         output.flush();
         printError("interrupted");
         return ExitStatus::interrupted;

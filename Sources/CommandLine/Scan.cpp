@@ -40,7 +40,7 @@ Result scan(const FileURL &url, const ScanOptions &scanOptions, ScanStats &stats
     const auto start = std::chrono::steady_clock::now();
     Result result;
     {
-        const Interruption interruption(stats);
+        const Interruption interruption(stats.stopFlag());
         const ScanProgress progress(stats);
         result.tree = DiskScanner::scan(url.path(), scanOptions, stats);
     }

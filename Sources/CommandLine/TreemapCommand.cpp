@@ -51,7 +51,7 @@ int maxTilesOf(const Arguments &arguments) {
 }
 
 std::unique_ptr<FSNode> scan(const FileURL &url, ScanStats &stats) {
-    const Interruption interruption(stats);
+    const Interruption interruption(stats.stopFlag());
     const ScanProgress progress(stats);
     return DiskScanner::scan(url.path(), ScanOptions::standard(), stats);
 }

@@ -36,19 +36,19 @@ void onSeveralThreads(std::size_t count, const std::function<void()> &work) {
 } // namespace
 
 void analyze(const std::vector<InstalledApp> &apps, const std::function<void(AppFigures)> &use,
-             const std::function<bool()> &cancelled, const Host &host) {
+             const StopFlag &cancelled, const Host &host) {
     const LeftoverFinder finder(host);
     ScanOptions measuring;
     measuring.skippedPaths = ScanOptions::cloudProviderRoots(host);
     std::atomic<std::size_t> next = 0;
     std::mutex lock;
     onSeveralThreads(std::min(mostAtOnce, apps.size()), [&] {
-        for (std::size_t i = next++; i < apps.size() && !cancelled(); i = next++) {
+        for (std::size_t i = next++; i < apps.size() && !cancelled.isSet(); i = next++) {
             const FileURL &bundle = apps[i].url;
             AppFigures figures{bundle, DiskScanner::quickSize(bundle.path(), measuring, cancelled),
                                finder.leftovers(apps[i], cancelled)};
             const std::lock_guard guard(lock);
-            if (!cancelled())
+            if (!cancelled.isSet())
                 use(std::move(figures));
         }
     });

@@ -43,9 +43,9 @@ CorvelModel::~CorvelModel() {
     if (scanStats_ != nullptr)
         scanStats_->cancel();
     if (removal_)
-        removal_->progress->cancelled = true;
+        removal_->progress->cancelled.set();
     cancelArchive();
-    isClosing_->store(true);
+    isClosing_.set();
     workers_.waitForDone();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Published.h"
+#include "Base/StopFlag.h"
 #include "Catalogs/StorageCategory.h"
 #include "Core/Apps/AppRow.h"
 #include "Core/Apps/InstalledApp.h"
@@ -16,7 +17,6 @@
 #include <QObject>
 #include <QThreadPool>
 #include <QTimer>
-#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -231,11 +231,6 @@ private:
         QMetaObject::invokeMethod(this, std::move(use), Qt::QueuedConnection);
     }
 
-    /// Whether the model is about to go, for the work in the background to ask.
-    [[nodiscard]] std::function<bool()> closing() const {
-        return [flag = isClosing_] { return flag->load(); };
-    }
-
     void pollScan();
     void withdrawTree();
     void freeInBackground(std::shared_ptr<FSNode> old);
@@ -271,8 +266,8 @@ private:
     /// Removed while something is measured: what was measured before must not bring it back.
     std::unordered_set<FileURL> goneMeanwhile_;
     std::optional<PendingDeletion> confirmed_; ///< goes as soon as another removal has ended
-    std::shared_ptr<std::atomic<bool>> isArchiveCancelled_;
-    std::shared_ptr<std::atomic<bool>> isClosing_ = std::make_shared<std::atomic<bool>>(false);
+    StopFlag isArchiveCancelled_;
+    StopFlag isClosing_;  ///< set when the model is about to go, for the work in the background
     QThreadPool workers_; ///< last, so that its work ends before anything else does
 };
 

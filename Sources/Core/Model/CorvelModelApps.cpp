@@ -35,7 +35,7 @@ void CorvelModel::loadApps() {
     isLoadingApps.set(true);
     appProgress.set(0);
     inBackground(
-        [this, includeSystem = *includeSystemApps, cancelled = closing()] {
+        [this, includeSystem = *includeSystemApps, cancelled = isClosing_] {
             const std::vector<InstalledApp> found = AppInventory::scan(includeSystem);
             publish([this, found] { apps.set(rowsOf(found)); });
             const auto completed = std::make_shared<Counter>();

@@ -47,7 +47,7 @@ void CorvelModel::archiveThenReview(const std::string &label, const FileURL &des
     for (const CleanupEntry &entry : entries)
         sources.push_back(entry.url);
     const std::int64_t bytes = CleanupEntries::totalSize(entries);
-    isArchiveCancelled_ = std::make_shared<std::atomic<bool>>(false);
+    isArchiveCancelled_ = StopFlag();
     archiveError.set(std::nullopt);
     archiveProgress.set(0);
     isArchiving.set(true);
@@ -57,15 +57,14 @@ void CorvelModel::archiveThenReview(const std::string &label, const FileURL &des
         ArchiveResult result;
         bool isSameVolume;
     };
-    const ArchiveWatch watch{.isCancelled = [flag = isArchiveCancelled_] { return flag->load(); },
-                             .onProgress =
-                                 [this, sources, bytes](const ArchiveProgress &progress) {
-                                     publish([this, share = shareOf(progress.bytes, bytes),
-                                              detail = detailOf(progress, sources, bytes)] {
-                                         archiveProgress.set(share);
-                                         archiveDetail.set(detail);
-                                     });
-                                 }};
+    const ArchiveWatch watch{.cancelled = isArchiveCancelled_,
+                             .onProgress = [this, sources, bytes](const ArchiveProgress &progress) {
+                                 publish([this, share = shareOf(progress.bytes, bytes),
+                                          detail = detailOf(progress, sources, bytes)] {
+                                     archiveProgress.set(share);
+                                     archiveDetail.set(detail);
+                                 });
+                             }};
     inBackground(
         [sources, label, destination, watch] {
             ArchiveResult result = Archiver::archive(sources, label, destination, watch);
@@ -84,7 +83,7 @@ void CorvelModel::finishArchive(const ArchiveResult &result, const std::vector<C
     archiveStatus.set(std::nullopt);
     archiveDetail.set("");
     // The user may have cancelled when all was copied, and must not be asked to delete anything then.
-    const bool isCancelled = result.isCancelled || isArchiveCancelled_->load();
+    const bool isCancelled = result.isCancelled || isArchiveCancelled_.isSet();
     if (!isCancelled && result.failed.empty() && !result.copied.empty()) {
         lastArchiveDestination.set(result.destination);
         pendingDeletion.set(PendingDeletion{.destination = result.destination,
@@ -109,8 +108,7 @@ void CorvelModel::finishArchive(const ArchiveResult &result, const std::vector<C
 }
 
 void CorvelModel::cancelArchive() {
-    if (isArchiveCancelled_ != nullptr)
-        isArchiveCancelled_->store(true);
+    isArchiveCancelled_.set();
 }
 
 void CorvelModel::confirmPendingDeletion() {

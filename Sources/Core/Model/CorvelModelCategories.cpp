@@ -53,7 +53,7 @@ void CorvelModel::measureCategories() {
     const std::vector<StorageCategory> all = StorageCategories::all();
     categories.set(StorageFigures::unmeasured(all));
     inBackground(
-        [this, all, cancelled = closing()] {
+        [this, all, cancelled = isClosing_] {
             const auto completed = std::make_shared<Counter>();
             const auto total = static_cast<double>(
                 std::count_if(all.begin(), all.end(), [](const StorageCategory &category) {

@@ -17,7 +17,7 @@ void CorvelModel::measureCleanup() {
     isMeasuringCleanup.set(true);
     cleanupProgress.set(0);
     inBackground(
-        [this, definitions = CleanupCatalog::definitions(), cancelled = closing()] {
+        [this, definitions = CleanupCatalog::definitions(), cancelled = isClosing_] {
             const auto completed = std::make_shared<Counter>();
             const auto total = static_cast<double>(definitions.size());
             const auto finished = [&](CleanupTarget measured) {

@@ -96,7 +96,7 @@ void CorvelModel::forget(const RemovalResult &result) {
 void CorvelModel::stopRemoval() {
     if (*removalActivity != RemovalActivity::removing)
         return;
-    removal_->progress->cancelled = true;
+    removal_->progress->cancelled.set();
     removalActivity.set(RemovalActivity::stopping);
 }
 

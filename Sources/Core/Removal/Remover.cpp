@@ -30,13 +30,13 @@ constexpr const char *doesNotFitReason =
     "Not removed: these are too many items for one administrator command. Remove the rest in another step.";
 
 bool isStopped(const RemovalProgress *progress) {
-    return progress != nullptr && progress->cancelled;
+    return progress != nullptr && progress->cancelled.isSet();
 }
 
 /// The size of the item in allocated bytes.
 std::int64_t measuredSize(const FileURL &item, const RemovalProgress *progress = nullptr) {
     return DiskScanner::quickSize(item.path(), ScanOptions::standard(),
-                                  [progress] { return isStopped(progress); });
+                                  progress != nullptr ? progress->cancelled : StopFlag());
 }
 
 bool needsAdministrator(const FileError &error) {
