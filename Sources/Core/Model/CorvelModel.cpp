@@ -40,8 +40,8 @@ CorvelModel::CorvelModel(QObject *parent, RemovalActions &actions)
 }
 
 CorvelModel::~CorvelModel() {
-    if (scanStats_ != nullptr)
-        scanStats_->cancel();
+    for (const std::shared_ptr<ScanStats> &scan : runningScans_)
+        scan->cancel();
     if (removal_)
         removal_->progress->cancelled.set();
     cancelArchive();
@@ -66,6 +66,7 @@ void CorvelModel::startScan(std::optional<std::string> path) {
     if (path)
         scanRootPath.set(*std::move(path));
     scanStats_ = std::make_shared<ScanStats>();
+    runningScans_.push_back(scanStats_);
     isScanning.set(true);
     scanFiles.set(0);
     scanBytes.set(0);
@@ -83,6 +84,7 @@ void CorvelModel::startScan(std::optional<std::string> path) {
             return found;
         },
         [this, stats = scanStats_](std::shared_ptr<FSNode> found) {
+            std::erase(runningScans_, stats);
             // Asked here, since a scan may be cancelled while its result waits for the event loop.
             if (stats->cancelled())
                 freeInBackground(std::exchange(found, nullptr));

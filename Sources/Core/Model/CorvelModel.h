@@ -258,6 +258,7 @@ private:
                        RemovalMode mode, bool isSameVolume);
 
     std::shared_ptr<ScanStats> scanStats_;
+    std::vector<std::shared_ptr<ScanStats>> runningScans_; ///< superseded ones, too, until their walk ends
     QTimer progressTimer_;
     std::optional<std::chrono::steady_clock::time_point> scanStart_;
     RemovalActions &removalActions_;
