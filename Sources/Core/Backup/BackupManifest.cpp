@@ -171,7 +171,7 @@ std::optional<FileError> write(const FileURL &folder, std::vector<BackedUpFile> 
     return writeFileAtomically(folder.appending(fileName).path(), document(files));
 }
 
-std::variant<Verification, FileError> verify(const FileURL &folder, const StopFlag &cancelled) {
+Result<Verification> verify(const FileURL &folder, const StopFlag &cancelled) {
     const std::optional<std::string> manifest = contentOf(folder.appending(fileName).path());
     const auto listed = manifest ? filesOf(*manifest) : std::nullopt;
     if (!listed)

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "Base/FileError.h"
 #include "Base/FileURL.h"
+#include "Base/Result.h"
 #include "Base/StopFlag.h"
 #include "Core/Backup/CopyComparison.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 namespace brimvale {
@@ -54,8 +53,7 @@ struct Verification {
 /// Reads everything in the backup's folder and compares it with the manifest. Modification times do not
 /// count, for a backup may have been copied elsewhere since. An error where there is no manifest that can be
 /// read. Blocks.
-[[nodiscard]] std::variant<Verification, FileError> verify(const FileURL &folder,
-                                                           const StopFlag &cancelled = {});
+[[nodiscard]] Result<Verification> verify(const FileURL &folder, const StopFlag &cancelled = {});
 
 } // namespace BackupManifest
 

@@ -35,10 +35,9 @@ void DownloadedArchive::remove() {
         file_.remove();
 }
 
-void downloadArchive(
-    QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits, const FileURL &folder,
-    QObject *context, const std::function<void(double)> &progressed,
-    std::function<void(const std::variant<std::shared_ptr<DownloadedArchive>, UpdateFailure> &)> done) {
+void downloadArchive(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
+                     const FileURL &folder, QObject *context, const std::function<void(double)> &progressed,
+                     std::function<void(const UpdateResult<std::shared_ptr<DownloadedArchive>> &)> done) {
     const auto archive = std::make_shared<DownloadedArchive>(folder);
     auto *transfer = new UpdateTransfer(
         network, url, limits, [archive](const QByteArray &piece) { return archive->append(piece); }, context);

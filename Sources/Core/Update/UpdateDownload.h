@@ -6,7 +6,6 @@
 #include <QFile>
 #include <functional>
 #include <memory>
-#include <variant>
 
 namespace brimvale {
 
@@ -35,9 +34,8 @@ private:
 /// Downloads an archive into `folder`, straight to disk, and calls `done` with it, once and from the event
 /// loop, after `progressed` with parts from 0 to 1; not if `context`, which lives on the main thread, has
 /// gone by then. A part of an archive is never left behind.
-void downloadArchive(
-    QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits, const FileURL &folder,
-    QObject *context, const std::function<void(double)> &progressed,
-    std::function<void(const std::variant<std::shared_ptr<DownloadedArchive>, UpdateFailure> &)> done);
+void downloadArchive(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
+                     const FileURL &folder, QObject *context, const std::function<void(double)> &progressed,
+                     std::function<void(const UpdateResult<std::shared_ptr<DownloadedArchive>> &)> done);
 
 } // namespace brimvale

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Base/Result.h"
+
 #include <string>
 
 namespace brimvale {
@@ -20,5 +22,9 @@ struct UpdateFailure {
 
     friend bool operator==(const UpdateFailure &, const UpdateFailure &) = default;
 };
+
+/// What a step of an update answers.
+template<class Value>
+using UpdateResult = Result<Value, UpdateFailure>;
 
 } // namespace brimvale

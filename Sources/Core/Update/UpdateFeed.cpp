@@ -7,7 +7,7 @@ namespace brimvale {
 
 namespace {
 
-std::variant<UpdateManifest, UpdateFailure> manifestIn(const QByteArray &body) {
+UpdateResult<UpdateManifest> manifestIn(const QByteArray &body) {
     auto decoded = UpdateManifest::decode(body);
     const auto *manifest = std::get_if<UpdateManifest>(&decoded);
     if (manifest != nullptr && !isSafeUpdateURL(manifest->url))
@@ -18,8 +18,7 @@ std::variant<UpdateManifest, UpdateFailure> manifestIn(const QByteArray &body) {
 } // namespace
 
 void fetchManifest(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
-                   QObject *context,
-                   std::function<void(const std::variant<UpdateManifest, UpdateFailure> &)> done) {
+                   QObject *context, std::function<void(const UpdateResult<UpdateManifest> &)> done) {
     const auto body = std::make_shared<QByteArray>();
     auto *transfer = new UpdateTransfer(
         network, url, limits,

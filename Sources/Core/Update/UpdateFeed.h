@@ -4,7 +4,6 @@
 #include "Core/Update/UpdateTransfer.h"
 
 #include <functional>
-#include <variant>
 
 namespace brimvale {
 
@@ -12,7 +11,6 @@ namespace brimvale {
 /// which lives on the main thread, has gone by then. A manifest whose archive does not lie at a safe address
 /// is a bad response.
 void fetchManifest(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
-                   QObject *context,
-                   std::function<void(const std::variant<UpdateManifest, UpdateFailure> &)> done);
+                   QObject *context, std::function<void(const UpdateResult<UpdateManifest> &)> done);
 
 } // namespace brimvale

@@ -30,9 +30,9 @@ std::optional<UpdateFailure> refusalOfQuotes(const FileURL &url) {
 
 } // namespace
 
-std::variant<Installation, UpdateFailure> prepareInstallation(const std::optional<FileURL> &staged,
-                                                              const FileURL &current, std::int64_t process,
-                                                              const FileURL &scriptLog, const LogLine &log) {
+UpdateResult<Installation> prepareInstallation(const std::optional<FileURL> &staged, const FileURL &current,
+                                               std::int64_t process, const FileURL &scriptLog,
+                                               const LogLine &log) {
     if (!staged) {
         log(std::string(operation) + "staged was nil");
         return UpdateFailure("Nothing is staged to install. Download the update again.");

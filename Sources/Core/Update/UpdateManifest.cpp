@@ -66,7 +66,7 @@ private:
 
 } // namespace
 
-std::variant<UpdateManifest, UpdateFailure> UpdateManifest::decode(const QByteArray &json) {
+UpdateResult<UpdateManifest> UpdateManifest::decode(const QByteArray &json) {
     const QJsonDocument document = QJsonDocument::fromJson(json);
     if (!document.isObject())
         return UpdateFailure(Decoder::wrongFormat);

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <variant>
 
 namespace brimvale {
 
@@ -25,7 +24,7 @@ struct UpdateManifest {
     /// Reads a feed. It fails where a required key is missing or null and where any value is of another type,
     /// be it that of an optional key; a build must be a whole number of 64 bits, an address well-formed. An
     /// optional key that is null counts as absent; unknown keys are ignored.
-    [[nodiscard]] static std::variant<UpdateManifest, UpdateFailure> decode(const QByteArray &json);
+    [[nodiscard]] static UpdateResult<UpdateManifest> decode(const QByteArray &json);
 };
 
 } // namespace brimvale

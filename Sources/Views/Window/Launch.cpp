@@ -1,6 +1,6 @@
 #include "Views/Window/Launch.h"
 
-#include "Base/FileError.h"
+#include "Base/Result.h"
 #include "Platform/Folder.h"
 
 #include <QChar>
@@ -65,7 +65,7 @@ std::optional<std::string_view> valueOf(std::string_view name, std::string_view 
 }
 
 /// The folder that `typed` means, or what keeps it from being looked at.
-std::variant<FileURL, FileError> folderAt(std::string_view typed) {
+Result<FileURL> folderAt(std::string_view typed) {
     if (typed.empty())
         return FileError::posix(ENOENT);
     std::string base = "/";
@@ -109,7 +109,7 @@ std::variant<Launch, Launch::Refusal> Launch::read(Words words, std::string_view
     }
     if (!folder)
         return launch;
-    std::variant<FileURL, FileError> place = folderAt(*folder);
+    Result<FileURL> place = folderAt(*folder);
     if (const auto *error = std::get_if<FileError>(&place))
         return Refusal{.exitStatus = 1,
                        .text = "brimvale: " + printable(*folder) + ": " + error->localizedDescription + "\n"};
