@@ -2,9 +2,12 @@
 
 #include "Platform/FileAccess.h"
 
+#include <QCoreApplication>
+#include <cstdlib>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <thread>
 
 namespace brimvale {
 
@@ -53,6 +56,28 @@ UpdateResult<Installation> prepareInstallation(const std::optional<FileURL> &sta
         return UpdateFailure(folder + " is not writable by this account. Move the app somewhere you own, or "
                                       "install the update manually.");
     return Installation{*staged, target, executableIn(target), process, scriptLog};
+}
+
+void ApplicationQuit::terminate() {
+    QCoreApplication::quit();
+}
+
+// Nothing is cleaned up: what the cleaning waits for may be what keeps the application from ending.
+void ApplicationQuit::exitNow() {
+    std::_Exit(0);
+}
+
+void quitForUpdate(const std::shared_ptr<ApplicationQuit> &quit, const LogLine &log,
+                   std::chrono::milliseconds patience) {
+    // A timer of the main thread would no longer run while the application, having left its event loop, waits
+    // for work in the background.
+    std::thread([quit, log, patience] {
+        std::this_thread::sleep_for(patience);
+        log("[Corvel] terminate was refused, exiting directly");
+        quit->exitNow();
+    }).detach();
+    quit->closeAllWindows();
+    quit->terminate();
 }
 
 } // namespace brimvale

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Base/FileURL.h"
-#include "Core/Update/UpdateError.h"
+#include "Core/Update/UpdateState.h"
 #include "Platform/Tools.h"
 
 #include <optional>

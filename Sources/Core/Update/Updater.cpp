@@ -2,7 +2,6 @@
 
 #include "Core/Update/InstallScript.h"
 #include "Core/Update/UpdateDownload.h"
-#include "Core/Update/UpdateFeed.h"
 #include "Core/Update/UpdateStaging.h"
 #include "Platform/DetachedProcess.h"
 
@@ -20,7 +19,7 @@ Updater::~Updater() {
 }
 
 QUrl Updater::feedURL() {
-    return QUrl(QStringLiteral("https://updates.brimvale.example/appcast.json"));
+    return UpdateEnvironment::releaseFeed();
 }
 
 QUrl Updater::downloadPage() {
