@@ -1,4 +1,4 @@
-#include "CommandLine/Apps.h"
+#include "CommandLine/Commands.h"
 
 #include "Base/Bytes.h"
 #include "CommandLine/AppJson.h"

@@ -1,4 +1,4 @@
-#include "CommandLine/Backup.h"
+#include "CommandLine/Commands.h"
 
 #include "Base/Bytes.h"
 #include "CommandLine/BackupReport.h"

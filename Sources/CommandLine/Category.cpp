@@ -1,4 +1,4 @@
-#include "CommandLine/Category.h"
+#include "CommandLine/Commands.h"
 
 #include "CommandLine/EntryTable.h"
 #include "CommandLine/Interruption.h"

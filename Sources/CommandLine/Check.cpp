@@ -1,4 +1,4 @@
-#include "CommandLine/Check.h"
+#include "CommandLine/Commands.h"
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/JsonWriter.h"

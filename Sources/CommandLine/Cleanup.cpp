@@ -1,10 +1,11 @@
-#include "CommandLine/Cleanup.h"
+#include "CommandLine/Commands.h"
 
 #include "CommandLine/EntryTable.h"
 #include "CommandLine/Interruption.h"
+#include "CommandLine/ProgressLine.h"
 #include "CommandLine/RecordJson.h"
-#include "CommandLine/StepProgress.h"
 #include "CommandLine/TerminalText.h"
+#include "CommandLine/TextTable.h"
 #include "Core/Storage/CleanupCatalog.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Storage/CleanupRiskTexts.h"
@@ -45,21 +46,11 @@ void measure(Targets &targets, const StopFlag &cancelled) {
 }
 
 void writeSummary(Output &output, const Targets &targets) {
-    std::size_t idWidth = 0;
+    TextTable table({TextTable::sizeColumn("SIZE"), {"RISK"}, {"ID"}, {"TARGET"}});
     for (const CleanupTarget &target : targets)
-        idWidth = std::max(idWidth, target.id.size());
-    const auto writeRow = [&](const std::string &size, std::string_view risk, const std::string &id,
-                              std::string_view title) {
-        constexpr int riskWidth = 7;
-        writeColumns(
-            output,
-            {{size, usualSizeWidth}, {std::string(risk), -riskWidth}, {id, -static_cast<int>(idWidth)}},
-            title);
-    };
-    writeRow("SIZE", "RISK", "ID", "TARGET");
-    for (const CleanupTarget &target : targets)
-        writeRow(Fmt::byteFormatter(CleanupEntries::totalSize(target.entries)), label(target.risk), target.id,
-                 target.title);
+        table.add({Fmt::byteFormatter(CleanupEntries::totalSize(target.entries)),
+                   std::string(label(target.risk)), target.id, target.title});
+    table.write(output);
 }
 
 void writeDetails(Output &output, const CleanupTarget &target) {

@@ -1,23 +1,9 @@
 #include "CommandLine/Command.h"
 
-#include "CommandLine/Apps.h"
-#include "CommandLine/Backup.h"
-#include "CommandLine/Category.h"
-#include "CommandLine/Check.h"
-#include "CommandLine/Cleanup.h"
+#include "CommandLine/Commands.h"
 #include "CommandLine/Help.h"
-#include "CommandLine/Leftovers.h"
-#include "CommandLine/Overview.h"
-#include "CommandLine/Remove.h"
-#include "CommandLine/Scan.h"
-#include "CommandLine/Size.h"
-#include "CommandLine/Snapshots.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
-#include "CommandLine/Transcript.h"
-#include "CommandLine/TreemapCommand.h"
-#include "CommandLine/Update.h"
-#include "CommandLine/Volumes.h"
 
 #include <array>
 #include <variant>

@@ -1,4 +1,4 @@
-#include "CommandLine/Leftovers.h"
+#include "CommandLine/Commands.h"
 
 #include "Catalogs/Catalog.h"
 #include "CommandLine/AppJson.h"

@@ -1,6 +1,6 @@
 #include "CommandLine/OverviewRun.h"
 
-#include "CommandLine/StepProgress.h"
+#include "CommandLine/ProgressLine.h"
 #include "Core/Storage/StorageFigures.h"
 
 #include <chrono>

@@ -1,4 +1,4 @@
-#include "CommandLine/Remove.h"
+#include "CommandLine/Commands.h"
 
 #include "Base/Bytes.h"
 #include "CommandLine/Confirmation.h"

@@ -1,9 +1,9 @@
-#include "CommandLine/Scan.h"
+#include "CommandLine/Commands.h"
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/JsonWriter.h"
-#include "CommandLine/ScanProgress.h"
+#include "CommandLine/ProgressLine.h"
 #include "CommandLine/TreeJson.h"
 #include "CommandLine/TreeLimits.h"
 #include "CommandLine/TreeTable.h"

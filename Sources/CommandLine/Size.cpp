@@ -1,4 +1,4 @@
-#include "CommandLine/Size.h"
+#include "CommandLine/Commands.h"
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"

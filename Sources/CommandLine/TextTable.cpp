@@ -11,6 +11,10 @@ TextTable::Column TextTable::sizeColumn(std::string_view title) {
     return {.title = title, .side = Column::Side::right, .minimumWidth = usualSizeWidth};
 }
 
+TextTable::Column TextTable::ageColumn(std::string_view title) {
+    return {.title = title, .side = Column::Side::right, .minimumWidth = 14};
+}
+
 void TextTable::write(Output &output) const {
     std::vector<std::string> titles;
     std::vector<std::size_t> widths;
@@ -29,9 +33,10 @@ void TextTable::write(Output &output) const {
             if (columns_[i].side == Column::Side::right)
                 line += rightAligned(cells[i], widths[i]);
             else
-                line.append(cells[i]).append(widths[i] - characterCount(cells[i]), ' ');
+                line += cells[i];
+            if (i + 1 < cells.size() && columns_[i].side == Column::Side::left)
+                line.append(widths[i] - characterCount(cells[i]), ' ');
         }
-        line.erase(line.find_last_not_of(' ') + 1);
         output.write(line.append("\n"));
     };
     writeRow(titles);

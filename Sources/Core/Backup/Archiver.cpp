@@ -10,9 +10,9 @@
 #include "Core/Scan/FileListing.h"
 #include "Core/Text/Formatting.h"
 #include "Core/Text/Shell.h"
+#include "Platform/AtomicFile.h"
 #include "Platform/FileStatus.h"
 #include "Platform/FileSystem.h"
-#include "Platform/FileWriting.h"
 #include "Platform/LocalTime.h"
 #include "Platform/UserDirectories.h"
 

@@ -3,8 +3,8 @@
 #include "Base/Hex.h"
 #include "Core/Scan/FileListing.h"
 #include "Core/Scan/ParallelLoop.h"
+#include "Platform/AtomicFile.h"
 #include "Platform/FileReader.h"
-#include "Platform/FileWriting.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
