@@ -21,7 +21,8 @@ struct OperandCount {
     std::size_t maximum = std::numeric_limits<std::size_t>::max();
 };
 
-/// A command of the program. To add one: a unit that defines it, and its lines in `Commands.h` and `allCommands`.
+/// A command of the program. To add one: a unit that defines it, and its lines in `Commands.h` and
+/// `allCommands`.
 struct Command {
     std::string_view name;
     std::string_view operands; ///< as the help shows them: "[PATH]"

@@ -34,14 +34,6 @@ constexpr double leastShare = 0.98;
 constexpr const char *databaseName = "chat.db";
 constexpr const char *exportName = "index.html";
 
-std::string trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\n\v\f\r";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return std::string(text.substr(first, text.find_last_not_of(blanks) - first + 1));
-}
-
 std::string tooShortReason(std::int64_t originalBytes, std::int64_t copiedBytes) {
     const std::string copy = copiedBytes < 1 ? "Zero KB" : Fmt::byteFormatter(copiedBytes);
     return "The copy is " + copy + " against an original of " + Fmt::byteFormatter(originalBytes) + ".";
@@ -119,7 +111,7 @@ std::string Run::copy(const FileURL &source, const FileURL &target, std::size_t 
         meter.look();
         return watch_.cancelled.isSet();
     });
-    return trimmed(output.value_or(""));
+    return std::string(trimmed(output.value_or("")));
 }
 
 /// Copies one source and verifies the copy.

@@ -70,11 +70,6 @@ std::optional<BackedUpFile> fileOf(const QJsonObject &entry) {
     return BackedUpFile{.path = *path, .size = size, .sha256 = *sha256};
 }
 
-bool isAtOrUnder(const std::string &path, const std::string &place) {
-    return place.empty() ||
-           (path.starts_with(place) && (path.size() == place.size() || path[place.size()] == '/'));
-}
-
 bool isAtOrUnderAny(const std::string &path, const std::vector<std::string> &places) {
     return std::any_of(places.begin(), places.end(),
                        [&](const std::string &place) { return isAtOrUnder(path, place); });

@@ -14,10 +14,6 @@ namespace brimvale::BackupPlan {
 
 namespace {
 
-char lowered(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
 /// The folder itself, or its nearest existing ancestor.
 FileURL nearestExisting(FileURL folder) {
     while (folder.path() != "/" && !fileStatus(folder.path()))
@@ -30,10 +26,6 @@ std::string withoutLinks(const FileURL &place) {
     std::error_code error;
     const std::filesystem::path real = std::filesystem::weakly_canonical(place.path(), error);
     return error ? place.path() : real.native();
-}
-
-bool isAtOrUnder(const std::string &inner, const std::string &outer) {
-    return inner.starts_with(outer) && (inner.size() == outer.size() || inner[outer.size()] == '/');
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "Core/Removal/RemovalGuards.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/ScanOptions.h"
+#include "Core/Text/SnapshotName.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Host.h"
 #include "Platform/ShellQuoting.h"
@@ -60,12 +61,6 @@ std::optional<FileError> moveToTrash(const FileURL &item, RemovalProgress *progr
 void addSuccess(RemovalResult &result, const FileURL &url, std::int64_t size) {
     result.succeeded.push_back(url);
     result.bytesFreed = checkedAdd(result.bytesFreed, size);
-}
-
-std::string withoutEvery(std::string text, std::string_view part) {
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at))
-        text.erase(at, part.size());
-    return text;
 }
 
 /// Whether a shell and a script take every character of the text literally.
@@ -163,7 +158,7 @@ RemovalResult removeWithAdmin(const std::vector<FileURL> &urls, RemovalActions &
 }
 
 bool deleteSnapshot(const std::string &name, const FileURL & /*volume*/, RemovalActions &actions) {
-    const std::string stamp = withoutEvery(withoutEvery(name, "com.apple.TimeMachine."), ".local");
+    const std::string stamp = SnapshotName::stamp(name);
     // The date goes to the administrator's shell unquoted, so names with any other character are refused.
     return isHarmless(stamp) && !actions.runAsAdministrator("/usr/bin/tmutil deletelocalsnapshots " + stamp);
 }
