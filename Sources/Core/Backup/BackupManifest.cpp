@@ -101,7 +101,7 @@ Contents readAll(const FileURL &folder, const FileListing &listing, Contents kno
         if (file.path != fileName && !known.contains(file.path))
             unknown.push_back(&file.path);
     std::vector<std::optional<BackedUpFile>> read(unknown.size());
-    forEachInParallel(unknown.size(), [&](std::size_t i) {
+    forEachInParallel(unknown.size(), threadsForReading(), [&](std::size_t i) {
         read[i] = readBackedUpFile(folder.appending(*unknown[i]).path(), *unknown[i], cancelled);
     });
     for (std::size_t i = 0; i < unknown.size(); ++i)

@@ -97,7 +97,7 @@ CopyComparison compareCopy(const std::string &source, const std::string &destina
                            const std::string &relativePath, const StopFlag &cancelled) {
     const FileListing originals = listFiles(source, cancelled);
     std::vector<ComparedFile> files(originals.files.size());
-    forEachInParallel(files.size(), [&](std::size_t i) {
+    forEachInParallel(files.size(), threadsForReading(), [&](std::size_t i) {
         const std::string &path = originals.files[i].path;
         files[i] = compareFile(within(source, path), within(destination, path), within(relativePath, path),
                                cancelled);
