@@ -1,7 +1,6 @@
 #include "Base/Text.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace brimvale {
 
@@ -56,6 +55,11 @@ std::string displayText(std::string_view bytes) {
         bytes.remove_prefix(sequence.length);
     }
     return text;
+}
+
+std::size_t characterCount(std::string_view text) {
+    const auto isFirstByte = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; };
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isFirstByte));
 }
 
 bool actsUnseen(char32_t character) {

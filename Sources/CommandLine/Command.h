@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CommandLine/Options.h"
+#include "Base/Options.h"
 #include "CommandLine/Output.h"
 
 #include <cstddef>
@@ -52,5 +52,6 @@ ExitStatus endInterrupted(Output &output);
 /// Tells on standard error what is wrong with the command line, and where to read about it: in the help of
 /// `command`, or in that of the program where there is no command yet.
 ExitStatus refuseUsage(const std::string &sentence, const Command *command = nullptr);
+ExitStatus refuseUsage(const UsageError &error, const Command *command = nullptr);
 
 } // namespace brimvale::commandLine

@@ -1,5 +1,6 @@
 #include "CommandLine/ProgressLine.h"
 
+#include "Base/Text.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Text/Formatting.h"
 

@@ -1,7 +1,6 @@
 #include "CommandLine/Commands.h"
 
 #include "Base/Bytes.h"
-#include "CommandLine/Confirmation.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/JsonWriter.h"
 #include "CommandLine/RemovalOperands.h"

@@ -2,8 +2,6 @@
 
 #include "Base/Text.h"
 
-#include <algorithm>
-
 namespace brimvale::commandLine {
 
 namespace {
@@ -60,10 +58,6 @@ std::string inQuotes(std::string_view bytes) {
 
 std::string faint(std::string_view text) {
     return std::string("\033[2m").append(text).append("\033[22m");
-}
-
-std::size_t characterCount(std::string_view text) {
-    return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isContinuation));
 }
 
 std::string rightAligned(std::string_view text, std::size_t width) {

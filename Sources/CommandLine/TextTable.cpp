@@ -1,5 +1,6 @@
 #include "CommandLine/TextTable.h"
 
+#include "Base/Text.h"
 #include "CommandLine/TerminalText.h"
 
 #include <algorithm>
