@@ -53,10 +53,6 @@ std::string resolvingParents(const Components &components) {
     return path.empty() ? "/" : path;
 }
 
-bool isInside(std::string_view path, std::string_view folder) {
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
 /// Whether the "/private" before `rest` may be dropped: macOS keeps /etc, /tmp and /var as links into
 /// /private. Only where both are the same folder, so another folder named /private is left alone.
 bool dropsPrivate(const std::string &rest) {
@@ -64,7 +60,7 @@ bool dropsPrivate(const std::string &rest) {
         "/Applications", "/Library", "/System", "/Users",   "/Volumes", "/bin",
         "/cores",        "/dev",     "/opt",    "/private", "/sbin",    "/usr"};
     for (const std::string_view folder : standing)
-        if (isInside(rest, folder))
+        if (isAtOrUnder(rest, folder))
             return false;
     std::error_code error;
     const std::string top = rest.substr(0, rest.find('/', 1));
@@ -117,7 +113,7 @@ FileURL FileURL::standardized() const {
     std::string path = hasParents ? resolvingParents(components) : pathOf(components);
 
     constexpr std::string_view privateFolder = "/private";
-    if (path.size() > privateFolder.size() && isInside(path, privateFolder)) {
+    if (path.size() > privateFolder.size() && isAtOrUnder(path, privateFolder)) {
         std::string rest = path.substr(privateFolder.size());
         if (dropsPrivate(rest))
             path = std::move(rest);
@@ -132,6 +128,11 @@ std::string joinPath(std::string_view path, std::string_view name) {
     if (!path.ends_with('/'))
         joined.push_back('/');
     return joined.append(name);
+}
+
+bool isAtOrUnder(std::string_view path, std::string_view folder) {
+    return path.starts_with(folder) && (path.size() == folder.size() || folder.empty() ||
+                                        folder.ends_with('/') || path[folder.size()] == '/');
 }
 
 std::string_view deletingPathExtension(std::string_view name) {

@@ -47,6 +47,10 @@ private:
 /// `name` inside the folder `path`, with one slash between them.
 [[nodiscard]] std::string joinPath(std::string_view path, std::string_view name);
 
+/// Whether `path` is `folder` or inside it, by their names alone. Both are absolute or both relative, in
+/// plain form; every relative path is inside the empty one.
+[[nodiscard]] bool isAtOrUnder(std::string_view path, std::string_view folder);
+
 /// A name without its path extension: "a.b" of "a.b.c". The leading dot of ".name" starts no extension, and
 /// an extension holds no space ("Dr. Who" has none).
 [[nodiscard]] std::string_view deletingPathExtension(std::string_view name);

@@ -1,6 +1,6 @@
 #include "Base/Text.h"
 
-#include <cstddef>
+#include <algorithm>
 
 namespace brimvale {
 
@@ -55,6 +55,32 @@ std::string displayText(std::string_view bytes) {
         bytes.remove_prefix(sequence.length);
     }
     return text;
+}
+
+std::size_t characterCount(std::string_view text) {
+    const auto isFirstByte = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; };
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isFirstByte));
+}
+
+bool actsUnseen(char32_t character) {
+    const auto isBetween = [=](char32_t first, char32_t last) {
+        return first <= character && character <= last;
+    };
+    const bool isControl = character < 0x20 || isBetween(0x7F, 0x9F);
+    const bool separatesLines = isBetween(0x2028, 0x2029);
+    const bool turnsDirection = character == 0x061C || isBetween(0x200E, 0x200F) ||
+                                isBetween(0x202A, 0x202E) || isBetween(0x2066, 0x2069);
+    return isControl || separatesLines || turnsDirection;
+}
+
+std::string_view trimmed(std::string_view text) {
+    constexpr std::string_view blanks = " \t\n\v\f\r";
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    return text.substr(0, text.find_last_not_of(blanks) + 1);
+}
+
+char lowered(char byte) {
+    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
 }
 
 std::string percentEncoded(std::string_view bytes) {

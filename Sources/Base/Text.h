@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,19 @@ namespace brimvale {
 
 /// Bytes as text for display: every ill-formed part of UTF-8 becomes one U+FFFD. Never build a path from it.
 [[nodiscard]] std::string displayText(std::string_view bytes);
+
+/// How many characters (code points) there are in well-formed UTF-8.
+[[nodiscard]] std::size_t characterCount(std::string_view text);
+
+/// Whether a character would act instead of being seen: a control, a line separator, or one that changes the
+/// writing direction.
+[[nodiscard]] bool actsUnseen(char32_t character);
+
+/// The text without white space (ASCII) at its ends.
+[[nodiscard]] std::string_view trimmed(std::string_view text);
+
+/// An ASCII letter in lower case; every other byte as it is.
+[[nodiscard]] char lowered(char byte);
 
 /// Bytes as part of a URI (RFC 3986): every byte but ASCII letters, digits and "/-._~" as "%" and two digits.
 [[nodiscard]] std::string percentEncoded(std::string_view bytes);

@@ -1,4 +1,4 @@
-#include "CommandLine/Apps.h"
+#include "CommandLine/Commands.h"
 
 #include "Base/Bytes.h"
 #include "CommandLine/AppJson.h"
@@ -24,7 +24,7 @@ constexpr std::array appsOptions = {
     Option{.name = "--analyze", .help = "Measure each one and its leftovers."},
 };
 
-void analyze(std::vector<AppRow> &rows, const ScanStats &stats) {
+void analyze(std::vector<AppRow> &rows, const StopFlag &cancelled) {
     std::vector<InstalledApp> apps;
     for (const AppRow &row : rows)
         apps.push_back(row.app);
@@ -35,7 +35,7 @@ void analyze(std::vector<AppRow> &rows, const ScanStats &stats) {
         row->leftovers = std::move(figures.leftovers);
         row->analyzed = true;
     };
-    AppAnalysis::analyze(apps, use, [&] { return stats.cancelled(); });
+    AppAnalysis::analyze(apps, use, cancelled);
 }
 
 std::string leftoversSize(const AppRow &row) {
@@ -70,13 +70,13 @@ void writeApps(Output &output, const std::vector<AppRow> &rows, bool hasSizes) {
 }
 
 ExitStatus runApps(const Arguments &arguments, Output &output) {
-    ScanStats stats;
-    const Interruption interruption(stats);
+    const StopFlag cancelled;
+    const Interruption interruption(cancelled);
     std::vector<AppRow> rows;
     for (InstalledApp &app : AppInventory::scan(arguments.has("--include-system")))
         rows.push_back({.app = std::move(app), .bundleSize = 0, .leftovers = {}, .analyzed = false});
     if (arguments.has("--analyze"))
-        analyze(rows, stats);
+        analyze(rows, cancelled);
 
     if (arguments.has("--json")) {
         JsonWriter json(output);
@@ -87,7 +87,7 @@ ExitStatus runApps(const Arguments &arguments, Output &output) {
     } else {
         writeApps(output, rows, arguments.has("--analyze"));
     }
-    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+    return cancelled.isSet() ? endInterrupted(output) : ExitStatus::done;
 }
 
 } // namespace

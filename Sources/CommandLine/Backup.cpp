@@ -1,4 +1,4 @@
-#include "CommandLine/Backup.h"
+#include "CommandLine/Commands.h"
 
 #include "Base/Bytes.h"
 #include "CommandLine/BackupReport.h"
@@ -77,10 +77,10 @@ std::optional<FileURL> rootOf(const Arguments &arguments) {
 }
 
 std::int64_t sizeOf(const std::vector<FileURL> &items, const ScanOptions &scanOptions,
-                    const std::function<bool()> &isCancelled) {
+                    const StopFlag &cancelled) {
     std::int64_t size = 0;
     for (const FileURL &item : items)
-        size = checkedAdd(size, DiskScanner::quickSize(item.path(), scanOptions, isCancelled));
+        size = checkedAdd(size, DiskScanner::quickSize(item.path(), scanOptions, cancelled));
     return size;
 }
 
@@ -96,12 +96,12 @@ std::string progressText(const ArchiveProgress &progress, const std::vector<File
 
 ArchiveResult archive(const std::vector<FileURL> &items, std::string_view label, const FileURL &root,
                       const ScanOptions &scanOptions) {
-    ScanStats stopping;
-    const Interruption interruption(stopping);
+    const StopFlag cancelled;
+    const Interruption interruption(cancelled);
     const ProgressLine line;
     ArchiveWatch watch;
-    watch.isCancelled = [&] { return stopping.cancelled(); };
-    const std::int64_t total = sizeOf(items, scanOptions, watch.isCancelled);
+    watch.cancelled = cancelled;
+    const std::int64_t total = sizeOf(items, scanOptions, cancelled);
     if (const auto shortage = BackupPlan::shortage(items, total, root))
         printError("warning: " + BackupPlan::sentence(*shortage));
     watch.onProgress = [&](const ArchiveProgress &progress) {
@@ -137,10 +137,9 @@ ExitStatus verify(std::string_view typed, bool isJson, Output &output) {
         printPathError(typed, *error);
         return ExitStatus::failed;
     }
-    ScanStats stopping;
-    const Interruption interruption(stopping);
-    const auto verified =
-        BackupManifest::verify(std::get<FileURL>(place), [&] { return stopping.cancelled(); });
+    const StopFlag cancelled;
+    const Interruption interruption(cancelled);
+    const auto verified = BackupManifest::verify(std::get<FileURL>(place), cancelled);
     if (const auto *error = std::get_if<FileError>(&verified)) {
         printPathError(typed, *error);
         return ExitStatus::failed;

@@ -1,4 +1,4 @@
-#include "CommandLine/Category.h"
+#include "CommandLine/Commands.h"
 
 #include "CommandLine/EntryTable.h"
 #include "CommandLine/Interruption.h"
@@ -19,10 +19,10 @@ namespace brimvale::commandLine {
 namespace {
 
 /// The remainder takes the measure of all the others.
-MeasuredCategory measureOf(const StorageCategory &category, const ScanStats &stats) {
+MeasuredCategory measureOf(const StorageCategory &category, const StopFlag &cancelled) {
     if (category.measurement == CategoryMeasurement::measured)
-        return StorageCategories::measure(category, [&] { return stats.cancelled(); });
-    const OverviewFigures figures = measureOverview(stats);
+        return StorageCategories::measure(category, cancelled);
+    const OverviewFigures figures = measureOverview(cancelled);
     return *std::find_if(figures.categories.begin(), figures.categories.end(),
                          [&](const MeasuredCategory &one) { return one.category.id == category.id; });
 }
@@ -56,16 +56,16 @@ ExitStatus runCategory(const Arguments &arguments, Output &output) {
         return refuseUsage("unknown category " + inQuotes(id) + "; there are " + known, &categoryCommand);
     }
 
-    ScanStats stats;
-    const Interruption interruption(stats);
-    const MeasuredCategory measured = measureOf(*category, stats);
+    const StopFlag cancelled;
+    const Interruption interruption(cancelled);
+    const MeasuredCategory measured = measureOf(*category, cancelled);
     if (arguments.has("--json")) {
         JsonWriter json(output);
         writeRecord(json, measured);
     } else {
         writeCategory(output, measured);
     }
-    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+    return cancelled.isSet() ? endInterrupted(output) : ExitStatus::done;
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "CommandLine/Check.h"
+#include "CommandLine/Commands.h"
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/JsonWriter.h"
@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 
 namespace brimvale::commandLine {
 
@@ -28,7 +27,7 @@ ExitStatus runCheck(const Arguments &arguments, Output &output) {
         json.beginArray();
     ExitStatus status = ExitStatus::done;
     for (const std::string_view typed : arguments.operands()) {
-        const std::variant<FileURL, FileError> place = placeToRemove(typed);
+        const Result<FileURL> place = placeToRemove(typed);
         if (const auto *error = std::get_if<FileError>(&place)) {
             printPathError(typed, *error);
             status = ExitStatus::failed;

@@ -1,10 +1,11 @@
-#include "CommandLine/Cleanup.h"
+#include "CommandLine/Commands.h"
 
 #include "CommandLine/EntryTable.h"
 #include "CommandLine/Interruption.h"
+#include "CommandLine/ProgressLine.h"
 #include "CommandLine/RecordJson.h"
-#include "CommandLine/StepProgress.h"
 #include "CommandLine/TerminalText.h"
+#include "CommandLine/TextTable.h"
 #include "Core/Storage/CleanupCatalog.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Storage/CleanupRiskTexts.h"
@@ -33,7 +34,7 @@ ExitStatus refuseUnknown(std::string_view id, const Targets &targets) {
     return refuseUsage("unknown target " + inQuotes(id) + "; there are " + known, &cleanupCommand);
 }
 
-void measureTargets(Targets &targets, const ScanStats &stats) {
+void measureTargets(Targets &targets, const StopFlag &cancelled) {
     StepProgress progress(targets.size());
     CleanupCatalog::measureAll(
         targets,
@@ -41,25 +42,15 @@ void measureTargets(Targets &targets, const ScanStats &stats) {
             *targetNamed(targets, measured.id) = std::move(measured);
             progress.step();
         },
-        [&] { return stats.cancelled(); });
+        cancelled);
 }
 
 void writeTargets(Output &output, const Targets &targets) {
-    std::size_t idWidth = 0;
+    TextTable table({TextTable::sizeColumn("SIZE"), {"RISK"}, {"ID"}, {"TARGET"}});
     for (const CleanupTarget &target : targets)
-        idWidth = std::max(idWidth, target.id.size());
-    const auto writeRow = [&](const std::string &size, std::string_view risk, const std::string &id,
-                              std::string_view title) {
-        constexpr int riskWidth = 7;
-        writeColumns(
-            output,
-            {{size, usualSizeWidth}, {std::string(risk), -riskWidth}, {id, -static_cast<int>(idWidth)}},
-            title);
-    };
-    writeRow("SIZE", "RISK", "ID", "TARGET");
-    for (const CleanupTarget &target : targets)
-        writeRow(Fmt::byteFormatter(CleanupEntries::totalSize(target.entries)), label(target.risk), target.id,
-                 target.title);
+        table.add({Fmt::byteFormatter(CleanupEntries::totalSize(target.entries)),
+                   std::string(label(target.risk)), target.id, target.title});
+    table.write(output);
 }
 
 void writeDetails(Output &output, const CleanupTarget &target) {
@@ -79,9 +70,9 @@ ExitStatus runCleanup(const Arguments &arguments, Output &output) {
             return std::find(ids.begin(), ids.end(), one.id) == ids.end();
         });
 
-    ScanStats stats;
-    const Interruption interruption(stats);
-    measureTargets(targets, stats);
+    const StopFlag cancelled;
+    const Interruption interruption(cancelled);
+    measureTargets(targets, cancelled);
     if (arguments.has("--json")) {
         JsonWriter json(output);
         writeRecords(json, targets);
@@ -93,7 +84,7 @@ ExitStatus runCleanup(const Arguments &arguments, Output &output) {
             writeDetails(output, target);
         }
     }
-    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+    return cancelled.isSet() ? endInterrupted(output) : ExitStatus::done;
 }
 
 } // namespace

@@ -1,28 +1,33 @@
 #include "CommandLine/Command.h"
 
-#include "CommandLine/Apps.h"
-#include "CommandLine/Backup.h"
-#include "CommandLine/Category.h"
-#include "CommandLine/Check.h"
-#include "CommandLine/Cleanup.h"
+#include "CommandLine/Commands.h"
 #include "CommandLine/Help.h"
-#include "CommandLine/Leftovers.h"
-#include "CommandLine/Overview.h"
-#include "CommandLine/Remove.h"
-#include "CommandLine/Scan.h"
-#include "CommandLine/Size.h"
-#include "CommandLine/Snapshots.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
-#include "CommandLine/Transcript.h"
-#include "CommandLine/TreemapCommand.h"
-#include "CommandLine/Update.h"
-#include "CommandLine/Volumes.h"
 
 #include <array>
 #include <variant>
 
 namespace brimvale::commandLine {
+
+namespace {
+
+std::string sentenceOf(const UsageError &error) {
+    const std::string name = inQuotes(error.option.name);
+    switch (error.kind) {
+    case UsageError::Kind::unknownOption:
+        return "unknown option " + name;
+    case UsageError::Kind::needsValue:
+        return name + " needs a value: " + std::string(error.option.valueName);
+    case UsageError::Kind::takesNoValue:
+        return name + " takes no value";
+    case UsageError::Kind::takesNumber:
+        return name + " takes a whole number from 0 up, not " + inQuotes(error.value);
+    }
+    return "";
+}
+
+} // namespace
 
 std::span<const Command *const> allCommands() {
     static constexpr std::array commands = {
@@ -43,7 +48,7 @@ ExitStatus run(const Command &command, std::span<const char *const> words, Outpu
     const std::vector<Option> options = optionsOf(command);
     const auto parsed = Arguments::parse(words, options, Arguments::Order::mixed);
     if (const auto *error = std::get_if<UsageError>(&parsed))
-        return refuseUsage(error->sentence, &command);
+        return refuseUsage(*error, &command);
 
     const auto &arguments = std::get<Arguments>(parsed);
     if (arguments.has("--help")) {
@@ -71,6 +76,10 @@ ExitStatus refuseUsage(const std::string &sentence, const Command *command) {
     const std::string words = command == nullptr ? name : name + " ";
     printError(prefix + sentence + " (see \"brimvalectl " + words + "--help\")");
     return ExitStatus::wrongUsage;
+}
+
+ExitStatus refuseUsage(const UsageError &error, const Command *command) {
+    return refuseUsage(sentenceOf(error), command);
 }
 
 } // namespace brimvale::commandLine

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CommandLine/Options.h"
+#include "Base/Options.h"
 #include "CommandLine/Output.h"
 
 #include <cstddef>
@@ -21,7 +21,8 @@ struct OperandCount {
     std::size_t maximum = std::numeric_limits<std::size_t>::max();
 };
 
-/// A command of the program. To add one: a unit that declares it, and its line in `allCommands`.
+/// A command of the program. To add one: a unit that defines it, and its lines in `Commands.h` and
+/// `allCommands`.
 struct Command {
     std::string_view name;
     std::string_view operands; ///< as the help shows them: "[PATH]"
@@ -51,5 +52,6 @@ ExitStatus endInterrupted(Output &output);
 /// Tells on standard error what is wrong with the command line, and where to read about it: in the help of
 /// `command`, or in that of the program where there is no command yet.
 ExitStatus refuseUsage(const std::string &sentence, const Command *command = nullptr);
+ExitStatus refuseUsage(const UsageError &error, const Command *command = nullptr);
 
 } // namespace brimvale::commandLine

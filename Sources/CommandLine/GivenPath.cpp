@@ -16,7 +16,7 @@ namespace brimvale::commandLine {
 
 namespace fs = std::filesystem;
 
-std::variant<FileURL, FileError> resolveGivenPath(std::string_view typed) {
+Result<FileURL> resolveGivenPath(std::string_view typed) {
     if (typed.empty())
         return FileError::posix(ENOENT);
     if (typed.starts_with('/'))
@@ -28,8 +28,8 @@ std::variant<FileURL, FileError> resolveGivenPath(std::string_view typed) {
     return FileURL::resolving(typed, FileURL(workingDirectory.native()));
 }
 
-std::variant<FileURL, FileError> placeToScan(std::string_view typed) {
-    std::variant<FileURL, FileError> resolved = resolveGivenPath(typed);
+Result<FileURL> placeToScan(std::string_view typed) {
+    Result<FileURL> resolved = resolveGivenPath(typed);
     const auto *url = std::get_if<FileURL>(&resolved);
     if (url == nullptr)
         return resolved;
@@ -45,8 +45,8 @@ std::variant<FileURL, FileError> placeToScan(std::string_view typed) {
     return FileError::posix(error.value());
 }
 
-std::variant<FileURL, FileError> placeToMeasure(std::string_view typed, const PathSet &skippedPaths) {
-    const std::variant<FileURL, FileError> resolved = resolveGivenPath(typed);
+Result<FileURL> placeToMeasure(std::string_view typed, const PathSet &skippedPaths) {
+    const Result<FileURL> resolved = resolveGivenPath(typed);
     const auto *url = std::get_if<FileURL>(&resolved);
     if (url == nullptr)
         return resolved;
@@ -65,7 +65,7 @@ std::variant<FileURL, FileError> placeToMeasure(std::string_view typed, const Pa
     return FileError::posix(errno);
 }
 
-std::variant<FileURL, FileError> placeToRemove(std::string_view typed) {
+Result<FileURL> placeToRemove(std::string_view typed) {
     return typed.empty() ? FileURL("/") : resolveGivenPath(typed);
 }
 

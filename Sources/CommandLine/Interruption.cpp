@@ -4,6 +4,7 @@
 #include <atomic>
 #include <csignal>
 #include <pthread.h>
+#include <utility>
 
 namespace brimvale::commandLine {
 
@@ -11,10 +12,9 @@ namespace {
 
 constexpr std::array caughtSignals = {SIGINT, SIGTERM};
 
-std::atomic<std::atomic<bool> *> interrupted = nullptr;
+std::atomic<const StopFlag *> interrupted = nullptr;
 // What a handler may do: lock-free atomics and functions that are async-signal-safe.
-static_assert(std::atomic<std::atomic<bool> *>::is_always_lock_free &&
-              std::atomic<bool>::is_always_lock_free);
+static_assert(std::atomic<const StopFlag *>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
 
 void replaceHandlers(void (*handler)(int)) {
     struct sigaction action {};
@@ -29,14 +29,14 @@ void replaceHandlers(void (*handler)(int)) {
 
 extern "C" void interrupt(int) {
     replaceHandlers(SIG_DFL);
-    if (std::atomic<bool> *flag = interrupted.load())
-        *flag = true;
+    if (const StopFlag *flag = interrupted.load())
+        flag->set();
 }
 
 } // namespace
 
-Interruption::Interruption(std::atomic<bool> &flag) {
-    interrupted = &flag;
+Interruption::Interruption(StopFlag flag) : flag_(std::move(flag)) {
+    interrupted = &flag_;
     replaceHandlers(interrupt);
     // A program keeps the signals that were blocked where it was started, and no one could stop it then.
     sigset_t caught{};

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "Core/Scan/ScanStats.h"
-
-#include <atomic>
+#include "Base/StopFlag.h"
 
 namespace brimvale::commandLine {
 
@@ -11,11 +9,13 @@ namespace brimvale::commandLine {
 /// time.
 class Interruption {
 public:
-    explicit Interruption(std::atomic<bool> &flag);
-    explicit Interruption(ScanStats &stats) : Interruption(stats.cancelFlag()) {}
+    explicit Interruption(StopFlag flag);
     ~Interruption();
     Interruption(const Interruption &) = delete;
     Interruption &operator=(const Interruption &) = delete;
+
+private:
+    StopFlag flag_;
 };
 
 } // namespace brimvale::commandLine

@@ -1,4 +1,4 @@
-#include "CommandLine/Leftovers.h"
+#include "CommandLine/Commands.h"
 
 #include "Catalogs/Catalog.h"
 #include "CommandLine/AppJson.h"
@@ -88,17 +88,16 @@ ExitStatus runLeftovers(const Arguments &arguments, Output &output) {
     const std::optional<InstalledApp> app = appMeantBy(arguments.operands().front());
     if (!app)
         return ExitStatus::failed;
-    ScanStats stats;
-    const Interruption interruption(stats);
-    const std::vector<LeftoverItem> items =
-        LeftoverFinder().leftovers(*app, [&] { return stats.cancelled(); });
+    const StopFlag cancelled;
+    const Interruption interruption(cancelled);
+    const std::vector<LeftoverItem> items = LeftoverFinder().leftovers(*app, cancelled);
     if (arguments.has("--json")) {
         JsonWriter json(output);
         writeLeftovers(json, items);
     } else {
         writeReport(output, items);
     }
-    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+    return cancelled.isSet() ? endInterrupted(output) : ExitStatus::done;
 }
 
 } // namespace

@@ -35,7 +35,7 @@ bool useSystemNamed(std::string_view name) {
 ExitStatus runProgram(std::span<const char *const> words, Output &output) {
     const auto parsed = Arguments::parse(words, globalOptions, Arguments::Order::optionsFirst);
     if (const auto *error = std::get_if<UsageError>(&parsed))
-        return refuseUsage(error->sentence);
+        return refuseUsage(*error);
 
     const auto &arguments = std::get<Arguments>(parsed);
     if (const auto system = arguments.text("--system"); system && !useSystemNamed(*system))

@@ -1,10 +1,10 @@
-#include "CommandLine/Overview.h"
+#include "CommandLine/Commands.h"
 
-#include "CommandLine/EntryTable.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/OverviewRun.h"
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/TerminalText.h"
+#include "CommandLine/TextTable.h"
 #include "Core/Storage/StorageFigures.h"
 #include "Core/Text/Formatting.h"
 
@@ -39,21 +39,16 @@ void writeVolume(Output &output, const VolumeInfo &volume) {
 }
 
 void writeCategories(Output &output, const std::vector<MeasuredCategory> &categories) {
-    std::size_t idWidth = 0;
+    TextTable table({TextTable::sizeColumn("SIZE"), {"ID"}, {"CATEGORY"}});
     for (const MeasuredCategory &one : categories)
-        idWidth = std::max(idWidth, one.category.id.size());
-    const auto writeRow = [&](const std::string &size, const std::string &id, std::string_view title) {
-        writeColumns(output, {{size, usualSizeWidth}, {id, -static_cast<int>(idWidth)}}, title);
-    };
-    writeRow("SIZE", "ID", "CATEGORY");
-    for (const MeasuredCategory &one : categories)
-        writeRow(one.measured ? Fmt::byteFormatter(one.size) : "–", one.category.id, one.category.title);
+        table.add({one.measured ? Fmt::byteFormatter(one.size) : "–", one.category.id, one.category.title});
+    table.write(output);
 }
 
 ExitStatus runOverview(const Arguments &arguments, Output &output) {
-    ScanStats stats;
-    const Interruption interruption(stats);
-    const OverviewFigures figures = measureOverview(stats);
+    const StopFlag cancelled;
+    const Interruption interruption(cancelled);
+    const OverviewFigures figures = measureOverview(cancelled);
     if (arguments.has("--json")) {
         writeOverview(output, figures);
     } else {
@@ -61,7 +56,7 @@ ExitStatus runOverview(const Arguments &arguments, Output &output) {
             writeVolume(output, *root);
         writeCategories(output, figures.categories);
     }
-    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+    return cancelled.isSet() ? endInterrupted(output) : ExitStatus::done;
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "CommandLine/OverviewRun.h"
 
-#include "CommandLine/StepProgress.h"
+#include "CommandLine/ProgressLine.h"
 #include "Core/Storage/StorageFigures.h"
 
 #include <chrono>
@@ -8,7 +8,7 @@
 
 namespace brimvale::commandLine {
 
-OverviewFigures measureOverview(const ScanStats &stats) {
+OverviewFigures measureOverview(const StopFlag &cancelled) {
     const std::vector<StorageCategory> definitions = StorageCategories::all();
     OverviewFigures figures{VolumeInfo::current(std::chrono::seconds(2)),
                             StorageFigures::unmeasured(definitions)};
@@ -24,7 +24,7 @@ OverviewFigures measureOverview(const ScanStats &stats) {
                         one = measured;
                 progress.step();
             },
-            [&] { return stats.cancelled(); });
+            cancelled);
     }
     for (MeasuredCategory &one : categories)
         if (one.category.measurement == CategoryMeasurement::remainder)

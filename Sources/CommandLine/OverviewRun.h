@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/Scan/ScanStats.h"
+#include "Base/StopFlag.h"
 #include "Core/Storage/StorageCategories.h"
 #include "Core/Storage/VolumeInfo.h"
 
@@ -14,7 +14,7 @@ struct OverviewFigures {
     std::vector<MeasuredCategory> categories; ///< all of them, System Data resolved
 };
 
-/// Measures all of it, with progress on a terminal, until it is done or `stats` is cancelled.
-[[nodiscard]] OverviewFigures measureOverview(const ScanStats &stats);
+/// Measures all of it, with progress on a terminal, until it is done or `cancelled` is set.
+[[nodiscard]] OverviewFigures measureOverview(const StopFlag &cancelled);
 
 } // namespace brimvale::commandLine

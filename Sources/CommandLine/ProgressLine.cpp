@@ -1,16 +1,21 @@
 #include "CommandLine/ProgressLine.h"
 
+#include "Base/Text.h"
 #include "CommandLine/TerminalText.h"
+#include "Core/Text/Formatting.h"
 
-#include <cstddef>
+#include <chrono>
 #include <cstdio>
 #include <string>
 #include <sys/ioctl.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace brimvale::commandLine {
 
 namespace {
+
+constexpr auto interval = std::chrono::milliseconds(100);
 
 /// Back to the start of the line, and nothing on it (ECMA-48).
 constexpr const char *wipedLine = "\r\033[K";
@@ -30,9 +35,61 @@ ProgressLine::~ProgressLine() {
         std::fputs(wipedLine, stderr);
 }
 
-void ProgressLine::show(std::string_view text) const {
-    if (isShown_)
-        std::fputs((wipedLine + endOfText(text, usableColumns())).c_str(), stderr);
+void ProgressLine::show(std::string_view text, std::string_view detail) const {
+    if (!isShown_)
+        return;
+    const std::size_t columns = usableColumns();
+    std::string line = wipedLine + endOfText(text, columns);
+    if (const std::size_t used = characterCount(text); used < columns)
+        line += endOfText(detail, columns - used);
+    std::fputs(line.c_str(), stderr);
+}
+
+StepProgress::StepProgress(std::size_t total) : total_(total) {
+    draw();
+}
+
+void StepProgress::step() {
+    ++done_;
+    draw();
+}
+
+void StepProgress::draw() const {
+    line_.show("Measuring: " + std::to_string(done_) + " of " + std::to_string(total_));
+}
+
+ScanProgress::ScanProgress(const ScanStats &stats) : stats_(stats) {
+    if (!line_.isShown())
+        return;
+    try {
+        thread_ = std::thread([this] { drawUntilEnd(); });
+    } catch (const std::system_error &) {
+        // The system gives no thread, and the scan can do without being watched.
+    }
+}
+
+ScanProgress::~ScanProgress() {
+    if (!thread_.joinable())
+        return;
+    {
+        const std::lock_guard guard(lock_);
+        isEnding_ = true;
+    }
+    ends_.notify_one();
+    thread_.join();
+}
+
+void ScanProgress::drawUntilEnd() {
+    std::unique_lock lock(lock_);
+    do {
+        draw();
+    } while (!ends_.wait_for(lock, interval, [this] { return isEnding_; }));
+}
+
+void ScanProgress::draw() const {
+    line_.show("Scanning: " + Fmt::count(stats_.files()) + " files, " + Fmt::byteFormatter(stats_.bytes()) +
+                   "  ",
+               terminalText(stats_.current()));
 }
 
 } // namespace brimvale::commandLine

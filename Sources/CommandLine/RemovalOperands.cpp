@@ -8,7 +8,6 @@
 #include <string_view>
 #include <system_error>
 #include <unordered_map>
-#include <variant>
 
 namespace brimvale::commandLine {
 
@@ -48,7 +47,7 @@ std::optional<RemovalOperands> RemovalOperands::from(std::span<const char *const
     std::vector<Operand> operands;
     Places admittedPlaces;
     for (const std::string_view path : typed) {
-        const std::variant<FileURL, FileError> resolved = placeToRemove(path);
+        const Result<FileURL> resolved = placeToRemove(path);
         if (const auto *error = std::get_if<FileError>(&resolved)) {
             printPathError(path, *error);
             return std::nullopt;

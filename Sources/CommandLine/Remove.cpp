@@ -1,6 +1,5 @@
-#include "CommandLine/Remove.h"
+#include "CommandLine/Commands.h"
 
-#include "CommandLine/Confirmation.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/JsonWriter.h"
 #include "CommandLine/RemovalOperands.h"
@@ -13,7 +12,6 @@
 #include "Core/Text/Formatting.h"
 
 #include <array>
-#include <atomic>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -40,18 +38,16 @@ Route routeIn(const Arguments &arguments) {
     return arguments.has("--delete") ? Route::deletion : Route::trash;
 }
 
-/// The items with their sizes, as far as they were measured before `isStopped`. What the guards refuse is not
-/// measured, and will not be removed.
-std::vector<CleanupEntry> measureOperands(const RemovalOperands &operands,
-                                          const std::atomic<bool> &isStopped) {
+/// The items with their sizes, as far as they were measured before `stopped` is set. What the guards refuse
+/// is not measured, and will not be removed.
+std::vector<CleanupEntry> measureOperands(const RemovalOperands &operands, const StopFlag &stopped) {
     const ScanOptions scanOptions = ScanOptions::standard();
     const std::unordered_set<FileURL> admitted(operands.admitted.begin(), operands.admitted.end());
     std::vector<CleanupEntry> entries;
     for (const FileURL &url : operands.urls) {
         entries.push_back({.url = url});
         if (admitted.contains(url))
-            entries.back().size = DiskScanner::quickSize(url.standardized().path(), scanOptions,
-                                                         [&] { return isStopped.load(); });
+            entries.back().size = DiskScanner::quickSize(url.standardized().path(), scanOptions, stopped);
     }
     return entries;
 }
@@ -147,7 +143,7 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
             const Interruption interruption(progress.cancelled);
             entries = measureOperands(*operands, progress.cancelled);
         }
-        if (progress.cancelled)
+        if (progress.cancelled.isSet())
             return endUnbegun(output, isJson, ExitStatus::interrupted);
         if (!confirm(question(*operands, *entries, route)))
             return endUnbegun(output, isJson, ExitStatus::failed);
@@ -156,7 +152,7 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
     const Interruption interruption(progress.cancelled);
     const RemovalResult result = removeBy(route, operands->urls, entries, progress);
     report(output, result, isJson);
-    if (progress.cancelled) {
+    if (progress.cancelled.isSet()) {
         output.flush();
         printError("interrupted");
         return ExitStatus::interrupted;

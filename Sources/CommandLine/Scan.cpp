@@ -1,9 +1,9 @@
-#include "CommandLine/Scan.h"
+#include "CommandLine/Commands.h"
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/JsonWriter.h"
-#include "CommandLine/ScanProgress.h"
+#include "CommandLine/ProgressLine.h"
 #include "CommandLine/TreeJson.h"
 #include "CommandLine/TreeLimits.h"
 #include "CommandLine/TreeTable.h"
@@ -31,16 +31,16 @@ constexpr std::array scanCommandOptions = {
     Option{"--top", Option::Value::number, "N", "Show the N largest of each folder (10; with --json all)."},
 };
 
-struct Result {
+struct SizedTree {
     std::unique_ptr<FSNode> tree; ///< sorted
     std::chrono::duration<double> elapsed;
 };
 
-Result scan(const FileURL &url, const ScanOptions &scanOptions, ScanStats &stats) {
+SizedTree scan(const FileURL &url, const ScanOptions &scanOptions, ScanStats &stats) {
     const auto start = std::chrono::steady_clock::now();
-    Result result;
+    SizedTree result;
     {
-        const Interruption interruption(stats);
+        const Interruption interruption(stats.stopFlag());
         const ScanProgress progress(stats);
         result.tree = DiskScanner::scan(url.path(), scanOptions, stats);
     }
@@ -49,7 +49,7 @@ Result scan(const FileURL &url, const ScanOptions &scanOptions, ScanStats &stats
     return result;
 }
 
-void writeScan(Output &output, const Result &result, const ScanStats &stats, const TreeLimits &limits) {
+void writeScan(Output &output, const SizedTree &result, const ScanStats &stats, const TreeLimits &limits) {
     JsonWriter json(output);
     json.beginObject();
     json.key("root");
@@ -65,7 +65,7 @@ std::string counted(std::int64_t count, std::string_view one, std::string_view m
     return Fmt::count(count).append(" ").append(count == 1 ? one : many);
 }
 
-void writeSummary(Output &output, const Result &result, const ScanStats &stats) {
+void writeSummary(Output &output, const SizedTree &result, const ScanStats &stats) {
     const FSNode &root = *result.tree;
     std::string line = counted(root.fileCount, "file", "files");
     line.append(" in ").append(counted(root.dirCount, "folder", "folders"));
@@ -96,7 +96,7 @@ ExitStatus runScan(const Arguments &arguments, Output &output) {
     ScanOptions scanOptions = ScanOptions::standard();
     scanOptions.minimumNodeSize = arguments.number("--min-size").value_or(scanOptions.minimumNodeSize);
     ScanStats stats;
-    Result result = scan(std::get<FileURL>(place), scanOptions, stats);
+    SizedTree result = scan(std::get<FileURL>(place), scanOptions, stats);
 
     const bool isJson = arguments.has("--json");
     const TreeLimits usual = isJson ? TreeLimits{} : TreeLimits{.depth = 2, .top = 10};

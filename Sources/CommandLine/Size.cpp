@@ -1,4 +1,4 @@
-#include "CommandLine/Size.h"
+#include "CommandLine/Commands.h"
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
@@ -64,32 +64,32 @@ private:
 
 /// Measures one path and reports it; answers what was in the way instead.
 std::optional<FileError> measureOperand(std::string_view typed, const ScanOptions &scanOptions,
-                                        const ScanStats &stats, Report &report) {
+                                        const StopFlag &cancelled, Report &report) {
     const auto place = placeToMeasure(typed, scanOptions.skippedPaths);
     if (const auto *error = std::get_if<FileError>(&place))
         return *error;
     const std::string &path = std::get<FileURL>(place).path();
-    report.add(typed, path, DiskScanner::quickSize(path, scanOptions, [&] { return stats.cancelled(); }),
+    report.add(typed, path, DiskScanner::quickSize(path, scanOptions, cancelled),
                scanOptions.skippedPaths.contains(path));
     return std::nullopt;
 }
 
 ExitStatus runSize(const Arguments &arguments, Output &output) {
     const ScanOptions scanOptions = ScanOptions::standard();
-    ScanStats stats;
-    const Interruption interruption(stats);
+    const StopFlag cancelled;
+    const Interruption interruption(cancelled);
     Report report(output, arguments.has("--json"));
     ExitStatus status = ExitStatus::done;
     for (const std::string_view typed : arguments.operands()) {
-        if (stats.cancelled())
+        if (cancelled.isSet())
             break;
-        if (const std::optional<FileError> fault = measureOperand(typed, scanOptions, stats, report)) {
+        if (const std::optional<FileError> fault = measureOperand(typed, scanOptions, cancelled, report)) {
             printPathError(typed, *fault);
             status = ExitStatus::failed;
         }
     }
     report.finish();
-    return stats.cancelled() ? endInterrupted(output) : status;
+    return cancelled.isSet() ? endInterrupted(output) : status;
 }
 
 } // namespace

@@ -1,10 +1,10 @@
-#include "CommandLine/Snapshots.h"
+#include "CommandLine/Commands.h"
 
 #include "Catalogs/Words.h"
-#include "CommandLine/EntryTable.h"
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/TerminalText.h"
+#include "CommandLine/TextTable.h"
 #include "Core/Text/Formatting.h"
 
 namespace brimvale::commandLine {
@@ -12,15 +12,15 @@ namespace brimvale::commandLine {
 namespace {
 
 void writeSnapshots(Output &output, const std::vector<LocalSnapshot> &snapshots) {
-    constexpr int ageWidth = 14;
     const std::optional<std::string> note = snapshotNote(snapshots.size());
     if (!note) {
         output.write("There are no local snapshots.\n");
         return;
     }
-    writeColumns(output, {{"CREATED", ageWidth}}, "NAME");
+    TextTable table({TextTable::ageColumn("CREATED"), {"NAME"}});
     for (const LocalSnapshot &snapshot : snapshots)
-        writeColumns(output, {{Fmt::relativeDate(snapshot.date), ageWidth}}, terminalText(snapshot.name));
+        table.add({Fmt::relativeDate(snapshot.date), terminalText(snapshot.name)});
+    table.write(output);
     output.write("\n" + *note + "\n");
     output.write(Words::current().snapshotsRemark + "\n");
 }

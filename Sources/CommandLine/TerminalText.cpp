@@ -2,8 +2,6 @@
 
 #include "Base/Text.h"
 
-#include <algorithm>
-
 namespace brimvale::commandLine {
 
 namespace {
@@ -30,19 +28,9 @@ char32_t codePoint(std::string_view character) {
     return code;
 }
 
-bool isBetween(char32_t code, char32_t first, char32_t last) {
-    return first <= code && code <= last;
-}
-
 /// The picture of an ASCII control (U+2400 and up, in UTF-8).
 std::string controlPicture(char32_t control) {
     return {'\xE2', '\x90', static_cast<char>(0x80 + (control == 0x7F ? 0x21 : control))};
-}
-
-/// C1 controls, direction marks, line and paragraph separator, embeddings, overrides and isolates.
-bool actsUnseen(char32_t code) {
-    return isBetween(code, 0x80, 0x9F) || code == 0x061C || isBetween(code, 0x200E, 0x200F) ||
-           isBetween(code, 0x2028, 0x202E) || isBetween(code, 0x2066, 0x2069);
 }
 
 } // namespace
@@ -70,10 +58,6 @@ std::string inQuotes(std::string_view bytes) {
 
 std::string faint(std::string_view text) {
     return std::string("\033[2m").append(text).append("\033[22m");
-}
-
-std::size_t characterCount(std::string_view text) {
-    return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isContinuation));
 }
 
 std::string rightAligned(std::string_view text, std::size_t width) {

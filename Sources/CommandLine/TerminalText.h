@@ -17,9 +17,6 @@ namespace brimvale::commandLine {
 /// `text` in fainter letters, for an output that `isStyled`.
 [[nodiscard]] std::string faint(std::string_view text);
 
-/// How many characters there are in well-formed UTF-8.
-[[nodiscard]] std::size_t characterCount(std::string_view text);
-
 /// The characters of "999.99 GB": as wide as a formatted size gets below 1,000 TB.
 constexpr std::size_t usualSizeWidth = 9;
 

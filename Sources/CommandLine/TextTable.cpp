@@ -1,5 +1,6 @@
 #include "CommandLine/TextTable.h"
 
+#include "Base/Text.h"
 #include "CommandLine/TerminalText.h"
 
 #include <algorithm>
@@ -9,6 +10,10 @@ namespace brimvale::commandLine {
 
 TextTable::Column TextTable::sizeColumn(std::string_view title) {
     return {.title = title, .side = Column::Side::right, .minimumWidth = usualSizeWidth};
+}
+
+TextTable::Column TextTable::ageColumn(std::string_view title) {
+    return {.title = title, .side = Column::Side::right, .minimumWidth = 14};
 }
 
 void TextTable::write(Output &output) const {
@@ -29,9 +34,10 @@ void TextTable::write(Output &output) const {
             if (columns_[i].side == Column::Side::right)
                 line += rightAligned(cells[i], widths[i]);
             else
-                line.append(cells[i]).append(widths[i] - characterCount(cells[i]), ' ');
+                line += cells[i];
+            if (i + 1 < cells.size() && columns_[i].side == Column::Side::left)
+                line.append(widths[i] - characterCount(cells[i]), ' ');
         }
-        line.erase(line.find_last_not_of(' ') + 1);
         output.write(line.append("\n"));
     };
     writeRow(titles);

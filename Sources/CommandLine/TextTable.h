@@ -22,6 +22,9 @@ public:
     /// A column of formatted sizes.
     [[nodiscard]] static Column sizeColumn(std::string_view title);
 
+    /// A column of ages, such as "11 months ago".
+    [[nodiscard]] static Column ageColumn(std::string_view title);
+
     explicit TextTable(std::vector<Column> columns) : columns_(std::move(columns)) {}
 
     /// Adds a row with a cell for each column, harmless on a terminal already (`terminalText`).

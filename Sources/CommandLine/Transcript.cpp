@@ -1,11 +1,11 @@
-#include "CommandLine/Transcript.h"
+#include "CommandLine/Commands.h"
 
-#include "CommandLine/FileReplacement.h"
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/JsonWriter.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Backup/MessagesExport.h"
+#include "Platform/AtomicFile.h"
 #include "Platform/FileAccess.h"
 
 #include <algorithm>
@@ -69,8 +69,7 @@ bool writePage(std::string_view typed, const std::vector<Conversation> &conversa
     const auto *error = std::get_if<FileError>(&place);
     std::optional<FileError> failure = error == nullptr ? std::nullopt : std::optional(*error);
     if (!failure)
-        failure = replaceFile(std::get<FileURL>(place),
-                              [&](Output &page) { page.write(MessagesExport::html(conversations)); });
+        failure = replaceFileAtomically(std::get<FileURL>(place).path(), MessagesExport::html(conversations));
     if (failure)
         printPathError(typed, *failure);
     return !failure;

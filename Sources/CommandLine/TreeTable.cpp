@@ -1,6 +1,7 @@
 #include "CommandLine/TreeTable.h"
 
 #include "Base/Bytes.h"
+#include "Base/Text.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Text/Formatting.h"
 

@@ -1,17 +1,18 @@
-#include "CommandLine/TreemapCommand.h"
+#include "CommandLine/Commands.h"
 
 #include "CommandLine/Decimal.h"
-#include "CommandLine/FileReplacement.h"
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/JsonWriter.h"
-#include "CommandLine/ScanProgress.h"
+#include "CommandLine/ProgressLine.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
+#include "CommandLine/TextTable.h"
 #include "CommandLine/TreemapSvg.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Treemap/Treemap.h"
 #include "Core/Treemap/TreemapStyle.h"
+#include "Platform/AtomicFile.h"
 
 #include <algorithm>
 #include <array>
@@ -51,7 +52,7 @@ int maxTilesOf(const Arguments &arguments) {
 }
 
 std::unique_ptr<FSNode> scanFolder(const FileURL &url, ScanStats &stats) {
-    const Interruption interruption(stats);
+    const Interruption interruption(stats.stopFlag());
     const ScanProgress progress(stats);
     return DiskScanner::scan(url.path(), ScanOptions::standard(), stats);
 }
@@ -87,22 +88,22 @@ std::string labelOf(const FSNode &node, bool isStyled) {
     return isStyled ? faint("… " + name) : "… " + name;
 }
 
-void writeTileRow(Output &output, const std::array<std::string, 6> &figures, std::string_view name) {
-    constexpr std::array<std::size_t, 6> widths = {usualSizeWidth, 6, 7, 7, 7, 7};
-    for (std::size_t i = 0; i < figures.size(); ++i)
-        output.write(rightAligned(figures[i], widths[i]).append("  "));
-    output.write(name);
-    output.write("\n");
-}
-
 void writeTiles(Output &output, const std::vector<TreemapTile> &tiles) {
-    writeTileRow(output, {"SIZE", "SHARE", "X", "Y", "WIDTH", "HEIGHT"}, "NAME");
+    const auto figures = [](std::string_view title, std::size_t width) {
+        return TextTable::Column{title, TextTable::Column::Side::right, width};
+    };
+    TextTable table({TextTable::sizeColumn("SIZE"),
+                     figures("SHARE", 6),
+                     figures("X", 7),
+                     figures("Y", 7),
+                     figures("WIDTH", 7),
+                     figures("HEIGHT", 7),
+                     {"NAME"}});
     for (const TreemapTile &tile : tiles)
-        writeTileRow(output,
-                     {TreemapStyle::sizeText(*tile.node), withOneDecimal(tile.fraction * 100) + "%",
-                      withOneDecimal(tile.rect.x), withOneDecimal(tile.rect.y),
-                      withOneDecimal(tile.rect.width), withOneDecimal(tile.rect.height)},
-                     labelOf(*tile.node, output.isStyled()));
+        table.add({TreemapStyle::sizeText(*tile.node), withOneDecimal(tile.fraction * 100) + "%",
+                   withOneDecimal(tile.rect.x), withOneDecimal(tile.rect.y), withOneDecimal(tile.rect.width),
+                   withOneDecimal(tile.rect.height), labelOf(*tile.node, output.isStyled())});
+    table.write(output);
 }
 
 /// Draws the picture that was asked for; what was in the way is told on standard error.
@@ -111,8 +112,7 @@ bool drawPicture(std::string_view typed, const LaidOutTreemap &treemap) {
     const auto *error = std::get_if<FileError>(&place);
     std::optional<FileError> failure = error == nullptr ? std::nullopt : std::optional(*error);
     if (!failure)
-        failure = replaceFile(std::get<FileURL>(place),
-                              [&](Output &picture) { writeTreemapSvg(picture, treemap); });
+        failure = replaceFileAtomically(std::get<FileURL>(place).path(), treemapSvg(treemap));
     if (failure)
         printPathError(typed, *failure);
     return !failure;

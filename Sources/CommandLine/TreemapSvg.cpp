@@ -110,66 +110,67 @@ Rect borderLine(const Rect &tile) {
             std::max(0.0, tile.height - 2 * inset)};
 }
 
-void writeLabel(Output &output, const TreemapTile &tile, std::size_t index) {
+void writeLabel(std::string &svg, const TreemapTile &tile, std::size_t index) {
     const Rect area = TreemapStyle::labelArea(tile.rect, 2 * lineHeight);
     const std::string id = "tile" + std::to_string(index);
-    output.write("<clipPath id=\"" + id + "\"><rect " + placed(tile.rect) + "/></clipPath>\n");
-    output.write("<g clip-path=\"url(#" + id + ")\"><g filter=\"url(#shadow)\" fill=\"#ffffff\">");
-    output.write("<text x=\"" + decimal(area.x) + "\" y=\"" + decimal(area.y + ascent) +
-                 "\" font-weight=\"500\">");
-    output.write(escaped(fitting(terminalText(tile.node->name), area.width)));
-    output.write("</text><text x=\"" + decimal(area.x) + "\" y=\"" + decimal(area.y + lineHeight + ascent) +
-                 "\">");
-    output.write(escaped(fitting(TreemapStyle::sizeText(*tile.node), area.width)));
-    output.write("</text></g></g>\n");
+    svg.append("<clipPath id=\"" + id + "\"><rect " + placed(tile.rect) + "/></clipPath>\n");
+    svg.append("<g clip-path=\"url(#" + id + ")\"><g filter=\"url(#shadow)\" fill=\"#ffffff\">");
+    svg.append("<text x=\"" + decimal(area.x) + "\" y=\"" + decimal(area.y + ascent) +
+               "\" font-weight=\"500\">");
+    svg.append(escaped(fitting(terminalText(tile.node->name), area.width)));
+    svg.append("</text><text x=\"" + decimal(area.x) + "\" y=\"" + decimal(area.y + lineHeight + ascent) +
+               "\">");
+    svg.append(escaped(fitting(TreemapStyle::sizeText(*tile.node), area.width)));
+    svg.append("</text></g></g>\n");
 }
 
-void writeTile(Output &output, const TreemapTile &tile, std::size_t index) {
+void writeTile(std::string &svg, const TreemapTile &tile, std::size_t index) {
     const TreemapStyle::Fill fill = TreemapStyle::fill(*tile.node, TreemapStyle::paper);
-    output.write("<g>\n<title>" + escaped(terminalText(tile.node->name)) + "\n" +
-                 escaped(TreemapStyle::sizeText(*tile.node)) + "</title>\n");
-    output.write("<rect " + placed(tile.rect) + " rx=\"" + decimal(TreemapStyle::cornerRadius) +
-                 "\" fill=\"" + hexadecimal(fill.color) + "\" fill-opacity=\"" + decimal(fill.opacity) +
-                 "\"/>\n");
-    output.write("<rect " + placed(borderLine(tile.rect)) + " rx=\"" +
-                 decimal(TreemapStyle::cornerRadius - TreemapStyle::borderWidth / 2) +
-                 "\" fill=\"none\" stroke=\"#000000\" stroke-opacity=\"" +
-                 decimal(TreemapStyle::borderOpacity) + "\" stroke-width=\"" +
-                 decimal(TreemapStyle::borderWidth) + "\"/>\n");
+    svg.append("<g>\n<title>" + escaped(terminalText(tile.node->name)) + "\n" +
+               escaped(TreemapStyle::sizeText(*tile.node)) + "</title>\n");
+    svg.append("<rect " + placed(tile.rect) + " rx=\"" + decimal(TreemapStyle::cornerRadius) + "\" fill=\"" +
+               hexadecimal(fill.color) + "\" fill-opacity=\"" + decimal(fill.opacity) + "\"/>\n");
+    svg.append("<rect " + placed(borderLine(tile.rect)) + " rx=\"" +
+               decimal(TreemapStyle::cornerRadius - TreemapStyle::borderWidth / 2) +
+               "\" fill=\"none\" stroke=\"#000000\" stroke-opacity=\"" +
+               decimal(TreemapStyle::borderOpacity) + "\" stroke-width=\"" +
+               decimal(TreemapStyle::borderWidth) + "\"/>\n");
     if (TreemapStyle::hasLabel(tile.rect))
-        writeLabel(output, tile, index);
-    output.write("</g>\n");
+        writeLabel(svg, tile, index);
+    svg.append("</g>\n");
 }
 
 /// The shadow of labels. Thin letters leave little when they are blurred, so it takes a third of full
 /// blackness for the full shadow.
-void writeShadow(Output &output) {
+void writeShadow(std::string &svg) {
     const std::string opacity = decimal(TreemapStyle::shadowOpacity);
-    output.write("<defs><filter id=\"shadow\">"
-                 "<feGaussianBlur in=\"SourceAlpha\" stdDeviation=\"0.75\"/>"
-                 "<feComponentTransfer><feFuncA type=\"table\" tableValues=\"0 " +
-                 opacity + " " + opacity + " " + opacity +
-                 "\"/></feComponentTransfer>"
-                 "<feMerge><feMergeNode/><feMergeNode in=\"SourceGraphic\"/></feMerge>"
-                 "</filter></defs>\n");
+    svg.append("<defs><filter id=\"shadow\">"
+               "<feGaussianBlur in=\"SourceAlpha\" stdDeviation=\"0.75\"/>"
+               "<feComponentTransfer><feFuncA type=\"table\" tableValues=\"0 " +
+               opacity + " " + opacity + " " + opacity +
+               "\"/></feComponentTransfer>"
+               "<feMerge><feMergeNode/><feMergeNode in=\"SourceGraphic\"/></feMerge>"
+               "</filter></defs>\n");
 }
 
 } // namespace
 
-void writeTreemapSvg(Output &output, const LaidOutTreemap &treemap) {
+std::string treemapSvg(const LaidOutTreemap &treemap) {
+    std::string svg;
     const std::string width = std::to_string(treemap.width);
     const std::string height = std::to_string(treemap.height);
-    output.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                 "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
-                 width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + " " + height +
-                 "\" font-family=\"Inter, -apple-system, system-ui, sans-serif\" font-size=\"" +
-                 decimal(fontSize) + "\">\n<title>" + escaped(terminalText(treemap.title)) + "</title>\n");
-    writeShadow(output);
-    output.write("<rect width=\"" + width + "\" height=\"" + height + "\" fill=\"" +
-                 hexadecimal(TreemapStyle::paper.background) + "\"/>\n");
+    svg.append("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+               "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
+               width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + " " + height +
+               "\" font-family=\"Inter, -apple-system, system-ui, sans-serif\" font-size=\"" +
+               decimal(fontSize) + "\">\n<title>" + escaped(terminalText(treemap.title)) + "</title>\n");
+    writeShadow(svg);
+    svg.append("<rect width=\"" + width + "\" height=\"" + height + "\" fill=\"" +
+               hexadecimal(TreemapStyle::paper.background) + "\"/>\n");
     for (std::size_t i = 0; i < treemap.tiles.size(); ++i)
-        writeTile(output, treemap.tiles[i], i);
-    output.write("</svg>\n");
+        writeTile(svg, treemap.tiles[i], i);
+    svg.append("</svg>\n");
+    return svg;
 }
 
 } // namespace brimvale::commandLine

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "CommandLine/Output.h"
 #include "Core/Treemap/Treemap.h"
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace brimvale::commandLine {
@@ -17,8 +17,8 @@ struct LaidOutTreemap {
     std::span<const TreemapTile> tiles;
 };
 
-/// Writes a picture of it that stands alone (SVG 1.1, UTF-8), in the light colours of the window. What is not
+/// A picture of it that stands alone (SVG 1.1, UTF-8), in the light colours of the window. What is not
 /// text in a name, or is none in XML, is shown by a replacement.
-void writeTreemapSvg(Output &output, const LaidOutTreemap &treemap);
+[[nodiscard]] std::string treemapSvg(const LaidOutTreemap &treemap);
 
 } // namespace brimvale::commandLine

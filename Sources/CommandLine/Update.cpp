@@ -1,4 +1,4 @@
-#include "CommandLine/Update.h"
+#include "CommandLine/Commands.h"
 
 #include "CommandLine/JsonWriter.h"
 #include "CommandLine/StandardStreams.h"

@@ -1,11 +1,10 @@
-#include "CommandLine/Volumes.h"
+#include "CommandLine/Commands.h"
 
-#include "CommandLine/EntryTable.h"
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/TerminalText.h"
+#include "CommandLine/TextTable.h"
 #include "Core/Text/Formatting.h"
 
-#include <algorithm>
 #include <chrono>
 
 namespace brimvale::commandLine {
@@ -16,25 +15,17 @@ namespace {
 constexpr std::chrono::seconds patience{2};
 
 void writeVolumes(Output &output, const std::vector<VolumeInfo> &volumes) {
-    constexpr int sizeWidth = usualSizeWidth;
-    std::size_t nameWidth = std::string_view("NAME").size();
+    TextTable table({TextTable::sizeColumn("SIZE"),
+                     TextTable::sizeColumn("USED"),
+                     TextTable::sizeColumn("AVAILABLE"),
+                     {"NAME"},
+                     {"MOUNTED AT"}});
     for (const VolumeInfo &volume : volumes)
-        nameWidth = std::max(nameWidth, characterCount(terminalText(volume.name)));
-    const auto writeRow = [&](const std::string &size, const std::string &used, const std::string &available,
-                              const std::string &name, std::string_view path) {
-        writeColumns(output,
-                     {{size, sizeWidth},
-                      {used, sizeWidth},
-                      {available, sizeWidth},
-                      {name, -static_cast<int>(nameWidth)}},
-                     path);
-    };
-    writeRow("SIZE", "USED", "AVAILABLE", "NAME", "MOUNTED AT");
-    for (const VolumeInfo &volume : volumes)
-        writeRow(Fmt::byteFormatter(volume.totalCapacity),
-                 Fmt::byteFormatter(volume.totalCapacity - volume.trueFree),
-                 Fmt::byteFormatter(volume.shownAvailable()), terminalText(volume.name),
-                 terminalText(volume.url.path()));
+        table.add({Fmt::byteFormatter(volume.totalCapacity),
+                   Fmt::byteFormatter(volume.totalCapacity - volume.trueFree),
+                   Fmt::byteFormatter(volume.shownAvailable()), terminalText(volume.name),
+                   terminalText(volume.url.path())});
+    table.write(output);
 }
 
 ExitStatus runVolumes(const Arguments &arguments, Output &output) {

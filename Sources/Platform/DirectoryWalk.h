@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Folder.h"
 
-#include <atomic>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -20,9 +20,6 @@ using FolderHandle = void *;
 class WalkVisitor {
 public:
     virtual ~WalkVisitor() = default;
-
-    /// Called before every entry. True cancels the walk.
-    virtual bool isCancelled() = 0;
 
     /// `folder` is about to be read. `depth` is 0 for the folders that a walk was started with.
     virtual void enter(FolderHandle folder, const std::string &path, int depth) = 0;
@@ -106,7 +103,7 @@ private:
 /// `maximumOpenFolders` folders open besides the one it started from and the one it reads, however deep it
 /// goes, and never recurses.
 ///
-/// `isStopped`, where given, ends the walk from outside as the visitor can from within.
+/// `cancelled` is looked at before every entry, and ends the walk.
 ///
 /// The work is cut into steps of one folder each, and between two steps about half of what waits nearest to
 /// the start can be handed over to another walk.
@@ -114,8 +111,7 @@ class DirectoryWalk {
 public:
     static constexpr std::size_t maximumOpenFolders = 6;
 
-    DirectoryWalk(WalkVisitor &visitor, bool crossesMountPoints, PendingFolders start,
-                  const std::atomic<bool> *isStopped = nullptr);
+    DirectoryWalk(WalkVisitor &visitor, bool crossesMountPoints, PendingFolders start, StopFlag cancelled);
 
     /// Enters and reads the next folder. False when none is left or the walk was cancelled.
     bool step();
@@ -132,7 +128,6 @@ private:
         std::size_t pathLength; ///< the length of this folder's path in `path_`
     };
 
-    [[nodiscard]] bool isCancelled();
     bool read(Folder folder, FolderHandle handle, const FileIdentity &identity);
     void push(Siblings siblings);
     void pop();
@@ -143,7 +138,7 @@ private:
 
     WalkVisitor &visitor_;
     bool crossesMountPoints_;
-    const std::atomic<bool> *isStopped_;
+    StopFlag cancelled_;
     int depth_; ///< of the subfolders of the first frame
     std::vector<Frame> frames_;
     std::vector<std::size_t> open_;       ///< the frames after the first whose folders are open, in order

@@ -17,6 +17,8 @@ enum class StandardError {
 struct ProcessResult {
     std::string output;            ///< the unchanged bytes
     std::optional<int> exitStatus; ///< 0 to 255; nothing when a signal ended it or the status is unknown
+
+    [[nodiscard]] bool hasSucceeded() const { return exitStatus == 0; }
 };
 
 /// Runs the tool at an absolute path with these arguments, which reach it as they stand: no shell takes part.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Base/StopFlag.h"
+
 #include <atomic>
 #include <cstdint>
 
@@ -11,8 +13,8 @@ struct RemovalProgress {
     /// The number of files, links and folders removed; it only grows.
     std::atomic<std::int64_t> entriesRemoved = 0;
 
-    /// Set by whoever watches, to end the removal: what is gone by then stays gone.
-    std::atomic<bool> cancelled = false;
+    /// Ends the removal: what is gone by then stays gone.
+    StopFlag cancelled = {};
 };
 
 } // namespace brimvale

@@ -43,6 +43,14 @@ TEST(FileURL, StandardizedResolvesLinksOnlyBeforeDotDot) {
     EXPECT_EQ(FileURL("/private/nowhere").standardized().path(), "/private/nowhere");
 }
 
+TEST(FileURL, IsAtOrUnderAFolder) {
+    for (const auto &[path, folder] :
+         {std::pair("/a", "/a"), {"/a/b", "/a"}, {"/a", "/"}, {"/", "/"}, {"a/b", "a"}, {"a", ""}, {"", ""}})
+        EXPECT_TRUE(isAtOrUnder(path, folder)) << path << " in " << folder;
+    for (const auto &[path, folder] : {std::pair("/ab", "/a"), {"/", "/a"}, {"/a", "/a/b"}, {"", "a"}})
+        EXPECT_FALSE(isAtOrUnder(path, folder)) << path << " in " << folder;
+}
+
 TEST(FileURL, DeletesPathExtension) {
     struct Case {
         const char *name, *rest;

@@ -1,7 +1,6 @@
 #include "CommandLine/Interruption.h"
 
 #include "CommandLine/Program.h"
-#include "Core/Scan/ScanStats.h"
 #include "Support/TemporaryFolder.h"
 
 #include <csignal>
@@ -39,10 +38,10 @@ TEST(Interruption, SecondSignalEndsTheProgram) {
     for (const int second : {SIGINT, SIGTERM})
         EXPECT_EXIT(
             {
-                ScanStats stats;
-                const Interruption interruption(stats);
+                const StopFlag flag;
+                const Interruption interruption(flag);
                 std::raise(SIGINT);
-                if (stats.cancelled())
+                if (flag.isSet())
                     std::raise(second);
                 _exit(0);
             },
@@ -50,8 +49,8 @@ TEST(Interruption, SecondSignalEndsTheProgram) {
     // None is taken once the work is done.
     EXPECT_EXIT(
         {
-            ScanStats stats;
-            { const Interruption interruption(stats); }
+            const StopFlag flag;
+            { const Interruption interruption(flag); }
             std::raise(SIGTERM);
             _exit(0);
         },
@@ -60,13 +59,13 @@ TEST(Interruption, SecondSignalEndsTheProgram) {
     EXPECT_EXIT(
         {
             std::signal(SIGINT, SIG_IGN);
-            ScanStats stats;
+            const StopFlag flag;
             {
-                const Interruption interruption(stats);
+                const Interruption interruption(flag);
                 std::raise(SIGINT);
             }
             std::raise(SIGINT);
-            _exit(stats.cancelled() ? 1 : 0);
+            _exit(flag.isSet() ? 1 : 0);
         },
         ExitedWithCode(0), "");
 }

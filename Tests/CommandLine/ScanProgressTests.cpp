@@ -1,4 +1,4 @@
-#include "CommandLine/ScanProgress.h"
+#include "CommandLine/ProgressLine.h"
 
 #include "CommandLine/Program.h"
 #include "Support/ChildProcess.h"

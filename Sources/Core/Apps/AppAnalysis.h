@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Core/Apps/InstalledApp.h"
 #include "Core/Apps/LeftoverItem.h"
 #include "Platform/Host.h"
@@ -20,11 +21,11 @@ struct AppFigures {
 /// Measures applications and finds their leftovers, many at a time.
 namespace AppAnalysis {
 
-/// Analyses each of the applications once. Blocks until all are done, or `cancelled`, which is asked from
-/// several threads, answers true. `use` gets each one's figures as they are ready, on any thread but never
-/// two at once; an application whose analysis was cut short is left out.
+/// Analyses each of the applications once. Blocks until all are done, or `cancelled` is set. `use` gets each
+/// one's figures as they are ready, on any thread but never two at once; an application whose analysis was
+/// cut short is left out.
 void analyze(const std::vector<InstalledApp> &apps, const std::function<void(AppFigures)> &use,
-             const std::function<bool()> &cancelled, const Host &host = Host::current());
+             const StopFlag &cancelled, const Host &host = Host::current());
 
 } // namespace AppAnalysis
 

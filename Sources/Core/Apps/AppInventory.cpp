@@ -1,8 +1,8 @@
 #include "Core/Apps/AppInventory.h"
 
 #include "Catalogs/Catalog.h"
+#include "Core/Text/Collation.h"
 #include "Platform/Bundle.h"
-#include "Platform/Collation.h"
 #include "Platform/Dataless.h"
 #include "Platform/Folder.h"
 #include "Platform/LastUsed.h"

@@ -83,13 +83,13 @@ LeftoverFinder::LeftoverFinder(LeftoverRules rules, const Host &host)
 }
 
 std::vector<LeftoverItem> LeftoverFinder::leftovers(const InstalledApp &app,
-                                                    const std::function<bool()> &cancelled) const {
+                                                    const StopFlag &cancelled) const {
     const Keys keys = keysOf(app);
     std::vector<LeftoverItem> items;
     std::unordered_set<std::string> found;
     const auto add = [&](std::string path, const std::string &category, MatchConfidence confidence,
                          bool requiresAdmin) {
-        if (cancelled() || found.contains(path))
+        if (cancelled.isSet() || found.contains(path))
             return;
         const std::optional<FileStatus> status = statusOfExisting(path);
         if (!status)

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Catalogs/AppLocations.h"
 #include "Core/Apps/InstalledApp.h"
 #include "Core/Apps/LeftoverItem.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Platform/Host.h"
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,9 +21,9 @@ public:
     LeftoverFinder(LeftoverRules rules, const Host &host);
 
     /// The leftovers of one application, measured: those that are surely its own first, then the largest
-    /// first. Blocks; once `cancelled` answers true it returns soon, with what it has.
-    [[nodiscard]] std::vector<LeftoverItem> leftovers(
-        const InstalledApp &app, const std::function<bool()> &cancelled = [] { return false; }) const;
+    /// first. Blocks; once `cancelled` is set it returns soon, with what it has.
+    [[nodiscard]] std::vector<LeftoverItem> leftovers(const InstalledApp &app,
+                                                      const StopFlag &cancelled = {}) const;
 
 private:
     struct Entry {

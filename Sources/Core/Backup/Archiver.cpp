@@ -10,9 +10,9 @@
 #include "Core/Scan/FileListing.h"
 #include "Core/Text/Formatting.h"
 #include "Core/Text/Shell.h"
+#include "Platform/AtomicFile.h"
 #include "Platform/FileStatus.h"
 #include "Platform/FileSystem.h"
-#include "Platform/FileWriting.h"
 #include "Platform/LocalTime.h"
 #include "Platform/UserDirectories.h"
 
@@ -33,14 +33,6 @@ constexpr double leastShare = 0.98;
 
 constexpr const char *databaseName = "chat.db";
 constexpr const char *exportName = "index.html";
-
-std::string trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\n\v\f\r";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return std::string(text.substr(first, text.find_last_not_of(blanks) - first + 1));
-}
 
 std::string tooShortReason(std::int64_t originalBytes, std::int64_t copiedBytes) {
     const std::string copy = copiedBytes < 1 ? "Zero KB" : Fmt::byteFormatter(copiedBytes);
@@ -106,7 +98,7 @@ void Run::tell(ArchiveProgress::Phase phase, std::size_t index, std::int64_t byt
 }
 
 std::int64_t Run::sizeOf(const FileURL &item) const {
-    return DiskScanner::quickSize(item.path(), options_, watch_.isCancelled);
+    return DiskScanner::quickSize(item.path(), options_, watch_.cancelled);
 }
 
 /// Runs the copier and returns its output.
@@ -117,23 +109,23 @@ std::string Run::copy(const FileURL &source, const FileURL &target, std::size_t 
     CopyMeter meter([&] { tell(ArchiveProgress::Phase::copying, index, sizeOf(target)); });
     const std::optional<std::string> output = Shell::runCombined(host_.tools.copier, arguments, [&] {
         meter.look();
-        return watch_.isCancelled();
+        return watch_.cancelled.isSet();
     });
-    return trimmed(output.value_or(""));
+    return std::string(trimmed(output.value_or("")));
 }
 
 /// Copies one source and verifies the copy.
 void Run::archive(const FileURL &source, std::size_t index) {
     const std::string cancelled = "The backup was cancelled.";
     tell(ArchiveProgress::Phase::copying, index, 0);
-    if (watch_.isCancelled())
+    if (watch_.cancelled.isSet())
         return fail(source, cancelled);
     if (BackupPlan::holds(source, destination_))
         return fail(source, "An item cannot be backed up into itself.");
 
     const FileURL target = destination_.appending(source.fileName());
     const std::string output = copy(source, target, index);
-    if (watch_.isCancelled())
+    if (watch_.cancelled.isSet())
         return fail(source, cancelled);
     if (!fileStatus(target.path()))
         return fail(source, output.empty() ? "The copy did not appear at the destination." : output);
@@ -154,8 +146,8 @@ void Run::archive(const FileURL &source, std::size_t index) {
 /// False when it was cancelled.
 bool Run::compare(const FileURL &source, const FileURL &target) {
     CopyComparison comparison =
-        compareCopy(source.path(), target.path(), std::string(target.fileName()), watch_.isCancelled);
-    if (watch_.isCancelled())
+        compareCopy(source.path(), target.path(), std::string(target.fileName()), watch_.cancelled);
+    if (watch_.cancelled.isSet())
         return false;
     for (std::string &path : comparison.differing)
         result_.differing.emplace_back(std::move(path));
@@ -164,13 +156,13 @@ bool Run::compare(const FileURL &source, const FileURL &target) {
 }
 
 void Run::finish() {
-    result_.isCancelled = watch_.isCancelled();
+    result_.isCancelled = watch_.cancelled.isSet();
     if (result_.isCancelled)
         return;
     tell(ArchiveProgress::Phase::finishing, result_.items.size(), 0);
     writeExport();
     writeManifest();
-    result_.isCancelled = watch_.isCancelled();
+    result_.isCancelled = watch_.cancelled.isSet();
 }
 
 bool Run::isNameOfCopy(std::string_view name) const {
@@ -181,7 +173,7 @@ bool Run::isNameOfCopy(std::string_view name) const {
 
 /// Writes the page of conversations if the copies include a Messages database.
 void Run::writeExport() {
-    const FileListing listing = listFiles(destination_.path(), watch_.isCancelled);
+    const FileListing listing = listFiles(destination_.path(), watch_.cancelled);
     const auto database =
         std::find_if(listing.files.begin(), listing.files.end(), [&](const ListedFile &file) {
             return !file.isLink && destination_.appending(file.path).fileName() == databaseName;
@@ -203,7 +195,7 @@ void Run::writeManifest() {
     std::vector<std::string> leftOut;
     for (const auto &[source, reason] : result_.failed)
         leftOut.emplace_back(source.fileName());
-    if (!BackupManifest::write(destination_, std::move(compared_), leftOut, watch_.isCancelled))
+    if (!BackupManifest::write(destination_, std::move(compared_), leftOut, watch_.cancelled))
         result_.manifest = destination_.appending(BackupManifest::fileName);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Date.h"
+#include "Base/StopFlag.h"
 #include "Core/Backup/ArchivedItem.h"
 #include "Core/Backup/PendingDeletion.h"
 #include "Platform/Host.h"
@@ -47,8 +48,7 @@ struct ArchiveProgress {
 
 /// Who watches a backup, and may stop it.
 struct ArchiveWatch {
-    /// Asked often, from several threads.
-    std::function<bool()> isCancelled = [] { return false; };
+    StopFlag cancelled = {};
     /// Told with every item, and about twice a second while one is copied, on the thread that archives.
     std::function<void(const ArchiveProgress &)> onProgress = [](const ArchiveProgress &) {};
 };

@@ -3,8 +3,8 @@
 #include "Base/Hex.h"
 #include "Core/Scan/FileListing.h"
 #include "Core/Scan/ParallelLoop.h"
+#include "Platform/AtomicFile.h"
 #include "Platform/FileReader.h"
-#include "Platform/FileWriting.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -70,11 +70,6 @@ std::optional<BackedUpFile> fileOf(const QJsonObject &entry) {
     return BackedUpFile{.path = *path, .size = size, .sha256 = *sha256};
 }
 
-bool isAtOrUnder(const std::string &path, const std::string &place) {
-    return place.empty() ||
-           (path.starts_with(place) && (path.size() == place.size() || path[place.size()] == '/'));
-}
-
 bool isAtOrUnderAny(const std::string &path, const std::vector<std::string> &places) {
     return std::any_of(places.begin(), places.end(),
                        [&](const std::string &place) { return isAtOrUnder(path, place); });
@@ -100,14 +95,14 @@ std::optional<std::string> contentOf(const std::string &path) {
 using Contents = std::map<std::string, std::optional<BackedUpFile>>;
 
 Contents readAll(const FileURL &folder, const FileListing &listing, Contents known,
-                 const std::function<bool()> &isCancelled) {
+                 const StopFlag &cancelled) {
     std::vector<const std::string *> unknown;
     for (const ListedFile &file : listing.files)
         if (file.path != fileName && !known.contains(file.path))
             unknown.push_back(&file.path);
     std::vector<std::optional<BackedUpFile>> read(unknown.size());
-    forEachInParallel(unknown.size(), [&](std::size_t i) {
-        read[i] = readBackedUpFile(folder.appending(*unknown[i]).path(), *unknown[i], isCancelled);
+    forEachInParallel(unknown.size(), threadsForReading(), [&](std::size_t i) {
+        read[i] = readBackedUpFile(folder.appending(*unknown[i]).path(), *unknown[i], cancelled);
     });
     for (std::size_t i = 0; i < unknown.size(); ++i)
         known.emplace(*unknown[i], std::move(read[i]));
@@ -151,9 +146,8 @@ std::optional<std::vector<BackedUpFile>> filesOf(std::string_view document) {
 }
 
 std::optional<FileError> write(const FileURL &folder, std::vector<BackedUpFile> known,
-                               const std::vector<std::string> &leftOut,
-                               const std::function<bool()> &isCancelled) {
-    FileListing listing = listFiles(folder.path(), isCancelled);
+                               const std::vector<std::string> &leftOut, const StopFlag &cancelled) {
+    FileListing listing = listFiles(folder.path(), cancelled);
     const auto isLeftOut = [&](const auto &path) { return isAtOrUnderAny(path, leftOut); };
     std::erase_if(listing.files, [&](const ListedFile &file) { return isLeftOut(file.path); });
     std::erase_if(listing.unreadable, isLeftOut);
@@ -162,25 +156,24 @@ std::optional<FileError> write(const FileURL &folder, std::vector<BackedUpFile> 
     Contents contents;
     for (BackedUpFile &file : known)
         contents.emplace(file.path, std::move(file));
-    contents = readAll(folder, listing, std::move(contents), isCancelled);
+    contents = readAll(folder, listing, std::move(contents), cancelled);
     std::vector<BackedUpFile> files;
     for (auto &[path, file] : contents) {
         if (!file)
-            return FileError::posix(isCancelled() ? ECANCELED : EIO);
+            return FileError::posix(cancelled.isSet() ? ECANCELED : EIO);
         files.push_back(*std::move(file));
     }
     return writeFileAtomically(folder.appending(fileName).path(), document(files));
 }
 
-std::variant<Verification, FileError> verify(const FileURL &folder,
-                                             const std::function<bool()> &isCancelled) {
+Result<Verification> verify(const FileURL &folder, const StopFlag &cancelled) {
     const std::optional<std::string> manifest = contentOf(folder.appending(fileName).path());
     const auto listed = manifest ? filesOf(*manifest) : std::nullopt;
     if (!listed)
         return noManifest();
 
-    const FileListing listing = listFiles(folder.path(), isCancelled);
-    Contents present = readAll(folder, listing, {}, isCancelled);
+    const FileListing listing = listFiles(folder.path(), cancelled);
+    Contents present = readAll(folder, listing, {}, cancelled);
     Verification verification;
     verification.unreadable = listing.unreadable;
     for (const BackedUpFile &file : *listed) {
@@ -200,7 +193,7 @@ std::variant<Verification, FileError> verify(const FileURL &folder,
         verification.extra.push_back(path);
     for (auto *paths : {&verification.missing, &verification.changed, &verification.unreadable})
         std::sort(paths->begin(), paths->end());
-    verification.isCancelled = isCancelled();
+    verification.isCancelled = cancelled.isSet();
     return verification;
 }
 

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "Base/FileError.h"
 #include "Base/FileURL.h"
+#include "Base/Result.h"
+#include "Base/StopFlag.h"
 #include "Core/Backup/CopyComparison.h"
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 namespace brimvale {
@@ -33,7 +32,7 @@ constexpr std::string_view fileName = "manifest.json";
 /// is written when it is cancelled, or a file cannot be read.
 [[nodiscard]] std::optional<FileError> write(const FileURL &folder, std::vector<BackedUpFile> known,
                                              const std::vector<std::string> &leftOut,
-                                             const std::function<bool()> &isCancelled);
+                                             const StopFlag &cancelled);
 
 /// The differences between a backup and its manifest. Paths are bytes, relative to the backup's folder, and
 /// sorted.
@@ -54,8 +53,7 @@ struct Verification {
 /// Reads everything in the backup's folder and compares it with the manifest. Modification times do not
 /// count, for a backup may have been copied elsewhere since. An error where there is no manifest that can be
 /// read. Blocks.
-[[nodiscard]] std::variant<Verification, FileError> verify(
-    const FileURL &folder, const std::function<bool()> &isCancelled = [] { return false; });
+[[nodiscard]] Result<Verification> verify(const FileURL &folder, const StopFlag &cancelled = {});
 
 } // namespace BackupManifest
 

@@ -14,10 +14,6 @@ namespace brimvale::BackupPlan {
 
 namespace {
 
-char lowered(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
 /// The folder itself, or its nearest existing ancestor.
 FileURL nearestExisting(FileURL folder) {
     while (folder.path() != "/" && !fileStatus(folder.path()))
@@ -32,10 +28,6 @@ std::string withoutLinks(const FileURL &place) {
     return error ? place.path() : real.native();
 }
 
-bool isInside(const std::string &inner, const std::string &outer) {
-    return inner.starts_with(outer) && (inner.size() == outer.size() || inner[outer.size()] == '/');
-}
-
 } // namespace
 
 bool isSameName(std::string_view a, std::string_view b) {
@@ -48,11 +40,11 @@ bool holds(const FileURL &item, const FileURL &place) {
     if (name == "/" || name == "." || name == "..")
         return true;
     const FileURL outer = item.standardized();
-    if (isInside(place.standardized().path(), outer.path()))
+    if (isAtOrUnder(place.standardized().path(), outer.path()))
         return true;
     // A link given as an item is copied as a link, and contains nothing.
     const FileURL folder(withoutLinks(outer.parent()));
-    return isInside(withoutLinks(place), folder.appending(name).path());
+    return isAtOrUnder(withoutLinks(place), folder.appending(name).path());
 }
 
 std::optional<std::string> refusal(const std::vector<FileURL> &items, const FileURL &root) {

@@ -52,10 +52,10 @@ struct ComparedFile {
 };
 
 ComparedFile compareFile(const std::string &source, const std::string &destination,
-                         const std::string &relativePath, const std::function<bool()> &isCancelled) {
+                         const std::string &relativePath, const StopFlag &cancelled) {
     Twin original(source);
     ComparedFile result;
-    result.copy = readBackedUpFile(destination, relativePath, isCancelled,
+    result.copy = readBackedUpFile(destination, relativePath, cancelled,
                                    [&](std::string_view piece) { original.compare(piece); });
     if (!result.copy || result.copy->linkTarget)
         result.isSame = result.copy && result.copy->linkTarget == linkTarget(source);
@@ -67,7 +67,7 @@ ComparedFile compareFile(const std::string &source, const std::string &destinati
 } // namespace
 
 std::optional<BackedUpFile> readBackedUpFile(const std::string &path, const std::string &relativePath,
-                                             const std::function<bool()> &isCancelled,
+                                             const StopFlag &cancelled,
                                              const std::function<void(std::string_view)> &alsoRead) {
     if (std::optional<std::string> target = linkTarget(path))
         return BackedUpFile{.path = relativePath, .linkTarget = std::move(target)};
@@ -78,7 +78,7 @@ std::optional<BackedUpFile> readBackedUpFile(const std::string &path, const std:
     // Room for a small file and one byte more, so that one read shows its end.
     std::vector<char> buffer(std::min(pieceSize, static_cast<std::size_t>(reader.length()) + 1));
     Sha256 digest;
-    while (!isCancelled()) {
+    while (!cancelled.isSet()) {
         const std::optional<std::string_view> piece = reader.read(buffer);
         if (!piece)
             return std::nullopt;
@@ -94,13 +94,13 @@ std::optional<BackedUpFile> readBackedUpFile(const std::string &path, const std:
 }
 
 CopyComparison compareCopy(const std::string &source, const std::string &destination,
-                           const std::string &relativePath, const std::function<bool()> &isCancelled) {
-    const FileListing originals = listFiles(source, isCancelled);
+                           const std::string &relativePath, const StopFlag &cancelled) {
+    const FileListing originals = listFiles(source, cancelled);
     std::vector<ComparedFile> files(originals.files.size());
-    forEachInParallel(files.size(), [&](std::size_t i) {
+    forEachInParallel(files.size(), threadsForReading(), [&](std::size_t i) {
         const std::string &path = originals.files[i].path;
         files[i] = compareFile(within(source, path), within(destination, path), within(relativePath, path),
-                               isCancelled);
+                               cancelled);
     });
 
     CopyComparison comparison;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Date.h"
+#include "Base/StopFlag.h"
 
 #include <cstdint>
 #include <functional>
@@ -23,9 +24,9 @@ struct BackedUpFile {
 };
 
 /// Reads the file or link at `path` (absolute); it is listed as `relativePath`. Nothing where it cannot be
-/// read to its end, or `isCancelled` answers true meanwhile. `alsoRead` is shown every piece in order.
+/// read to its end, or `cancelled` is set meanwhile. `alsoRead` is shown every piece in order.
 [[nodiscard]] std::optional<BackedUpFile> readBackedUpFile(
-    const std::string &path, const std::string &relativePath, const std::function<bool()> &isCancelled,
+    const std::string &path, const std::string &relativePath, const StopFlag &cancelled,
     const std::function<void(std::string_view piece)> &alsoRead = [](std::string_view) {});
 
 /// The result of comparing an original with its copy.
@@ -36,10 +37,9 @@ struct CopyComparison {
 
 /// Compares every file and link of the original at `source` with its copy at `destination` (absolute paths),
 /// byte for byte and from the disk where the system allows that. `relativePath` is where the copy lies in the
-/// backup. What only the copy has is no difference. Works on several threads; after `isCancelled` answers
-/// true the result is of no use.
+/// backup. What only the copy has is no difference. Works on several threads; once `cancelled` is
+/// set, the result is of no use.
 [[nodiscard]] CopyComparison compareCopy(const std::string &source, const std::string &destination,
-                                         const std::string &relativePath,
-                                         const std::function<bool()> &isCancelled);
+                                         const std::string &relativePath, const StopFlag &cancelled);
 
 } // namespace brimvale

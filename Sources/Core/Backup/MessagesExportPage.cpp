@@ -1,15 +1,23 @@
 #include "Core/Backup/MessagesExport.h"
 
 #include "Core/Backup/TranscriptStyle.h"
-#include "Platform/Capitals.h"
 #include "Platform/LocalTime.h"
 
+#include <QString>
+#include <QTextBoundaryFinder>
 #include <algorithm>
 #include <array>
 
 namespace brimvale::MessagesExport {
 
 namespace {
+
+/// The first character, as a reader sees it, in capitals: "É" of "élan", a whole flag of two code points.
+std::string capitalInitial(const std::string &name) {
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, QString::fromStdString(name));
+    const qsizetype end = characters.toNextBoundary();
+    return characters.string().left(std::max<qsizetype>(end, 0)).toUpper().toStdString();
+}
 
 constexpr std::string_view headBeforeStyle =
     "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"

@@ -66,7 +66,7 @@ void Backups::archiveThenReview(const std::string &label, const FileURL &destina
     for (const CleanupEntry &entry : entries)
         sources.push_back(entry.url);
     const std::int64_t bytes = CleanupEntries::totalSize(entries);
-    isArchiveCancelled_ = std::make_shared<std::atomic<bool>>(false);
+    archiveCancelled_ = StopFlag();
     update([&](BackupState &state) {
         state.archiveError.reset();
         state.archiveProgress = 0;
@@ -82,8 +82,7 @@ void Backups::archiveThenReview(const std::string &label, const FileURL &destina
                              bytes](const ArchiveProgress &progress) {
         onMainThread(context, [this, progress, sources, bytes] { showProgress(progress, sources, bytes); });
     };
-    const ArchiveWatch watch{.isCancelled = [flag = isArchiveCancelled_] { return flag->load(); },
-                             .onProgress = onProgress};
+    const ArchiveWatch watch{.cancelled = archiveCancelled_, .onProgress = onProgress};
     workers_.run(
         this,
         [sources, label, destination, watch] {
@@ -108,7 +107,7 @@ void Backups::showProgress(const ArchiveProgress &progress, const std::vector<Fi
 void Backups::finishArchive(const ArchiveResult &result, const std::vector<CleanupEntry> &entries,
                             RemovalMode mode, bool isSameVolume) {
     // The user may have cancelled when all was copied, and must not be asked to delete anything then.
-    const bool isCancelled = result.isCancelled || isArchiveCancelled_->load();
+    const bool isCancelled = result.isCancelled || archiveCancelled_.isSet();
     const bool isGood = !isCancelled && result.failed.empty() && !result.copied.empty();
     update([&](BackupState &state) {
         state.isArchiving = false;
@@ -137,8 +136,7 @@ void Backups::finishArchive(const ArchiveResult &result, const std::vector<Clean
 }
 
 void Backups::cancelArchive() {
-    if (isArchiveCancelled_ != nullptr)
-        isArchiveCancelled_->store(true);
+    archiveCancelled_.set();
 }
 
 void Backups::confirmPendingDeletion() {

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Core/Backup/PendingDeletion.h"
 #include "Core/Model/Part.h"
 
-#include <atomic>
 #include <memory>
 #include <optional>
 #include <string>
@@ -64,7 +64,7 @@ private:
     Workers &workers_;
     Removals &removals_;
     std::optional<PendingDeletion> confirmed_; ///< goes as soon as another removal has ended
-    std::shared_ptr<std::atomic<bool>> isArchiveCancelled_;
+    StopFlag archiveCancelled_;
 };
 
 } // namespace brimvale

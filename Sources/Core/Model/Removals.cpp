@@ -26,7 +26,7 @@ Removals::Removals(Workers &workers, RemovalActions &actions, Volumes &volumes, 
 
 Removals::~Removals() {
     if (removal_)
-        removal_->progress->cancelled = true;
+        removal_->progress->cancelled.set();
 }
 
 void Removals::removeNodes(const std::vector<FSNode *> &nodes, RemovalMode mode) {
@@ -56,7 +56,7 @@ void Removals::escalate(const std::vector<FileURL> &urls) {
 void Removals::stopRemoval() {
     if (state().removalActivity != RemovalActivity::removing)
         return;
-    removal_->progress->cancelled = true;
+    removal_->progress->cancelled.set();
     update([](RemovalState &state) { state.removalActivity = RemovalActivity::stopping; });
 }
 

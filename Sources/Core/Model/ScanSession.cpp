@@ -24,8 +24,8 @@ ScanSession::ScanSession(Workers &workers, Volumes &volumes)
 }
 
 ScanSession::~ScanSession() {
-    if (scanStats_ != nullptr)
-        scanStats_->cancel();
+    for (const std::shared_ptr<Walk> &walk : walks_)
+        walk->stats->cancel();
 }
 
 void ScanSession::chooseScanRoot(std::string path) {
@@ -51,8 +51,8 @@ void ScanSession::startScan(std::optional<std::string> path) {
     scanStart_ = std::chrono::steady_clock::now();
     progressTimer_.start(scanInterval);
 
-    const auto gone = std::make_shared<GonePaths>();
-    goneSinceWalks_.push_back(gone);
+    const auto walk = std::make_shared<Walk>(Walk{.stats = scanStats_, .gone = {}});
+    walks_.push_back(walk);
     workers_.run(
         this,
         [root = state().scanRootPath, stats = scanStats_] {
@@ -60,14 +60,14 @@ void ScanSession::startScan(std::optional<std::string> path) {
             found->sortRecursively();
             return found;
         },
-        [this, stats = scanStats_, gone](std::shared_ptr<FSNode> found) {
-            std::erase(goneSinceWalks_, gone);
+        [this, walk](std::shared_ptr<FSNode> found) {
+            std::erase(walks_, walk);
             // Asked here, since a scan may be cancelled while its result waits for the event loop.
-            if (stats->cancelled())
+            if (walk->stats->cancelled())
                 workers_.dispose(std::exchange(found, nullptr));
             finishScan(found);
             if (found != nullptr)
-                drop(*gone);
+                drop(walk->gone);
         });
 }
 
@@ -126,8 +126,8 @@ void ScanSession::setTree(std::shared_ptr<FSNode> tree) {
 }
 
 void ScanSession::drop(const GonePaths &gone) {
-    for (const std::shared_ptr<GonePaths> &since : goneSinceWalks_)
-        since->add(gone);
+    for (const std::shared_ptr<Walk> &walk : walks_)
+        walk->gone.add(gone);
     if (state().tree == nullptr)
         return;
     if (!isDropping_)

@@ -41,7 +41,7 @@ class ScanSession : public Part<SessionState> {
 public:
     /// Both must outlive it.
     ScanSession(Workers &workers, Volumes &volumes);
-    /// Cancels a running scan.
+    /// Cancels every scan that runs.
     ~ScanSession() override;
 
     /// Sets the folder that the next scan measures (absolute); a running scan goes on.
@@ -76,6 +76,11 @@ signals:
     void dropped();
 
 private:
+    struct Walk {
+        std::shared_ptr<ScanStats> stats;
+        GonePaths gone; ///< removed since it began
+    };
+
     void pollScan();
     void setTree(std::shared_ptr<FSNode> tree);
     [[nodiscard]] double elapsed() const;
@@ -87,8 +92,7 @@ private:
     std::shared_ptr<ScanStats> scanStats_;
     QTimer progressTimer_;
     std::optional<std::chrono::steady_clock::time_point> scanStart_;
-    /// For each walk that has not returned, what has been removed since it began.
-    std::vector<std::shared_ptr<GonePaths>> goneSinceWalks_;
+    std::vector<std::shared_ptr<Walk>> walks_; ///< that have not returned, superseded ones included
 
     // Of what is being dropped.
     bool isDropping_ = false;

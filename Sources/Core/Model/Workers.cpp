@@ -19,7 +19,7 @@ Workers::Workers() {
 }
 
 Workers::~Workers() {
-    isClosing_->store(true);
+    closing_.set();
     pool_.waitForDone();
 }
 

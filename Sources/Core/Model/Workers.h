@@ -1,9 +1,8 @@
 #pragma once
 
 #include "Base/Background.h"
+#include "Base/StopFlag.h"
 
-#include <atomic>
-#include <functional>
 #include <memory>
 #include <utility>
 
@@ -32,12 +31,10 @@ public:
     }
 
     /// Whether the model is about to be destroyed, for the work to ask on any thread.
-    [[nodiscard]] std::function<bool()> closing() const {
-        return [flag = isClosing_] { return flag->load(); };
-    }
+    [[nodiscard]] const StopFlag &closing() const { return closing_; }
 
 private:
-    std::shared_ptr<std::atomic<bool>> isClosing_ = std::make_shared<std::atomic<bool>>(false);
+    StopFlag closing_;
     QThreadPool pool_;
 };
 

@@ -96,9 +96,7 @@ std::string RemovalGuards::SystemGuards::asGuarded(const std::string &path) cons
     std::string result = path;
     std::size_t deepest = 0;
     for (const auto &[foldedFolder, folder] : spellings_) {
-        const bool leadsThere = folded.starts_with(foldedFolder) &&
-                                (folded.size() == foldedFolder.size() || folded[foldedFolder.size()] == '/');
-        if (!leadsThere || foldedFolder.size() <= deepest || path.starts_with(folder))
+        if (!isAtOrUnder(folded, foldedFolder) || foldedFolder.size() <= deepest || path.starts_with(folder))
             continue;
         const std::string spelled = asDeepAs(folder, path);
         if (!areTheSameItem(spelled, folder))

@@ -4,6 +4,7 @@
 #include "Core/Removal/RemovalGuards.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/ScanOptions.h"
+#include "Core/Text/SnapshotName.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Host.h"
 #include "Platform/ShellQuoting.h"
@@ -31,13 +32,13 @@ constexpr const char *doesNotFitReason =
     "Not removed: these are too many items for one administrator command. Remove the rest in another step.";
 
 bool isStopped(const RemovalProgress *progress) {
-    return progress != nullptr && progress->cancelled;
+    return progress != nullptr && progress->cancelled.isSet();
 }
 
 /// The size of the item in allocated bytes.
 std::int64_t measuredSize(const FileURL &item, const RemovalProgress *progress = nullptr) {
     return DiskScanner::quickSize(item.path(), ScanOptions::standard(),
-                                  [progress] { return isStopped(progress); });
+                                  progress != nullptr ? progress->cancelled : StopFlag());
 }
 
 bool needsAdministrator(const FileError &error) {
@@ -94,12 +95,6 @@ void removeOne(const Item &asked, RemovalMode mode, RemovalProgress *progress, R
         result.needsAdmin.push_back(url);
     else
         result.failed.push_back({url, error->localizedDescription});
-}
-
-std::string withoutEvery(std::string text, std::string_view part) {
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at))
-        text.erase(at, part.size());
-    return text;
 }
 
 /// Whether a shell and a script take every character of the text literally.
@@ -182,7 +177,7 @@ RemovalResult removeWithAdmin(const std::vector<FileURL> &urls, RemovalActions &
 }
 
 bool deleteSnapshot(const std::string &name, const FileURL & /*volume*/, RemovalActions &actions) {
-    const std::string stamp = withoutEvery(withoutEvery(name, "com.apple.TimeMachine."), ".local");
+    const std::string stamp = SnapshotName::stamp(name);
     // The date goes to the administrator's shell unquoted, so names with any other character are refused.
     return isHarmless(stamp) && !actions.runAsAdministrator("/usr/bin/tmutil deletelocalsnapshots " + stamp);
 }

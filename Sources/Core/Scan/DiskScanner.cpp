@@ -86,11 +86,9 @@ PendingFolders addEntries(FSNode &root, Folder folder, const std::vector<std::st
 /// Sums up one walk.
 class Summing final : public WalkVisitor {
 public:
-    Summing(const SkipList &skipped, const std::function<bool()> &cancelled, Counter &total)
-        : skipped_(skipped), cancelled_(cancelled), total_(total) {}
+    Summing(const SkipList &skipped, Counter &total) : skipped_(skipped), total_(total) {}
     ~Summing() override { total_.add(bytes_); }
 
-    bool isCancelled() override { return cancelled_(); }
     void enter(FolderHandle, const std::string &, int) override {}
     void file(FolderHandle, std::string_view, const FileStatus &status) override {
         bytes_ = checkedAdd(bytes_, status.allocatedBytes);
@@ -107,7 +105,6 @@ public:
 
 private:
     const SkipList &skipped_;
-    const std::function<bool()> &cancelled_;
     Counter &total_;
     std::int64_t bytes_ = 0;
 };
@@ -133,13 +130,13 @@ std::unique_ptr<FSNode> DiskScanner::scan(const std::string &root, const ScanOpt
     const std::vector<std::string> names = namesIn(folder);
     addSkipped(*node, names, path, state);
     pool.walk(addEntries(*node, std::move(folder), names, path, state), options.crossesMountPoints,
-              [&] { return std::make_unique<TreeBuilder>(state); });
+              stats.stopFlag(), [&] { return std::make_unique<TreeBuilder>(state); });
     rollUp(*node, state);
     return node;
 }
 
 std::int64_t DiskScanner::quickSize(const std::string &path, const ScanOptions &options,
-                                    const std::function<bool()> &cancelled, WalkPool &pool) {
+                                    const StopFlag &cancelled, WalkPool &pool) {
     const NoMaterialization guard;
     const std::optional<FileStatus> status = fileStatus(path);
     if (!status)
@@ -152,8 +149,8 @@ std::int64_t DiskScanner::quickSize(const std::string &path, const ScanOptions &
         return 0;
 
     Counter total;
-    pool.walk(PendingFolders(standardised, nullptr, status->identity), false,
-              [&] { return std::make_unique<Summing>(skipped, cancelled, total); });
+    pool.walk(PendingFolders(standardised, nullptr, status->identity), false, cancelled,
+              [&] { return std::make_unique<Summing>(skipped, total); });
     return total.value();
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Core/Scan/FSNode.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Core/Scan/ScanStats.h"
 #include "Core/Scan/WalkPool.h"
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -28,11 +28,9 @@ namespace DiskScanner {
 
 /// The allocated bytes at and under `path` (absolute), which may be a file; a link counts itself. Files with
 /// several names count once a name. Always stays on the path's own device. 0 when it cannot be examined or is
-/// skipped; after `cancelled` answers true, what was counted until then. `cancelled` is asked from several
-/// threads.
-[[nodiscard]] std::int64_t quickSize(
-    const std::string &path, const ScanOptions &options,
-    const std::function<bool()> &cancelled = [] { return false; }, WalkPool &pool = WalkPool::shared());
+/// skipped; once `cancelled` is set, what was counted until then.
+[[nodiscard]] std::int64_t quickSize(const std::string &path, const ScanOptions &options,
+                                     const StopFlag &cancelled = {}, WalkPool &pool = WalkPool::shared());
 
 /// The system's name for "/" ("Macintosh HD"), otherwise the path's last component.
 [[nodiscard]] std::string displayName(const std::string &path);

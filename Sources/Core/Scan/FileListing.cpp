@@ -63,11 +63,11 @@ private:
 
 } // namespace
 
-FileListing listFiles(const std::string &path, const std::function<bool()> &isCancelled) {
+FileListing listFiles(const std::string &path, const StopFlag &cancelled) {
     Lister lister(path);
     if (const std::optional<FileStatus> status = fileStatus(path))
         lister.add("", status->kind);
-    while (!isCancelled() && lister.step()) {
+    while (!cancelled.isSet() && lister.step()) {
     }
     return lister.take();
 }

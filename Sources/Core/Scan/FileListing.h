@@ -1,6 +1,7 @@
 #pragma once
 
-#include <functional>
+#include "Base/StopFlag.h"
+
 #include <string>
 #include <vector>
 
@@ -19,8 +20,8 @@ struct FileListing {
 };
 
 /// Lists what the folder at an absolute path holds, or the file or link there by itself. No link is followed.
-/// What is neither file nor link nor folder is left out. After `isCancelled` answers true, what was found
+/// What is neither file nor link nor folder is left out. Once `cancelled` is set, what was found
 /// until then.
-[[nodiscard]] FileListing listFiles(const std::string &path, const std::function<bool()> &isCancelled);
+[[nodiscard]] FileListing listFiles(const std::string &path, const StopFlag &cancelled);
 
 } // namespace brimvale

@@ -8,24 +8,19 @@
 
 namespace brimvale {
 
-namespace {
+std::size_t threadsForReading() {
+    return std::clamp(std::thread::hardware_concurrency(), 1U, 4U);
+}
 
-/// The work is reading and digesting files: more would only make a turning disk seek.
-constexpr std::size_t mostThreads = 4;
-
-} // namespace
-
-void forEachInParallel(std::size_t count, const std::function<void(std::size_t)> &work) {
+void forEachInParallel(std::size_t count, std::size_t threads, const std::function<void(std::size_t)> &work) {
     std::atomic<std::size_t> next = 0;
     const auto takePart = [&] {
         for (std::size_t i = next++; i < count; i = next++)
             work(i);
     };
-    const std::size_t threads =
-        std::min({mostThreads, std::size_t{std::max(std::thread::hardware_concurrency(), 1U)}, count});
     std::vector<std::thread> others;
     try {
-        while (others.size() + 1 < threads)
+        while (others.size() + 1 < std::min(threads, count))
             others.emplace_back(takePart);
     } catch (const std::system_error &) {
         // The system gives no more threads. Those that there are do, and if need be this one alone.

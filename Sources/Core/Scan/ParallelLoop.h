@@ -5,8 +5,12 @@
 
 namespace brimvale {
 
-/// Calls `work` once for each number below `count`, on this thread and a few others, in no certain order, and
-/// returns when all calls have. What `work` changes for one number, no other call may touch.
-void forEachInParallel(std::size_t count, const std::function<void(std::size_t)> &work);
+/// How many threads read and digest files at once: one for each core, at most four, since more would only
+/// make a hard disk seek.
+[[nodiscard]] std::size_t threadsForReading();
+
+/// Calls `work` with every number from 0 to `count` - 1 on so many threads, the calling one included, and
+/// returns when all calls are done. Uses fewer threads if the system gives no more.
+void forEachInParallel(std::size_t count, std::size_t threads, const std::function<void(std::size_t)> &work);
 
 } // namespace brimvale

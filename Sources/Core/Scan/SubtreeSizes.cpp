@@ -18,14 +18,13 @@ namespace {
 /// walks start in the order of the groups, inner or outer.
 class Run {
 public:
-    Run(const std::vector<SubtreeSizes::Group> &groups, const ScanOptions &options,
-        const std::function<bool()> &cancelled, const SubtreeSizes::Finished &finished, WalkPool &pool);
+    Run(const std::vector<SubtreeSizes::Group> &groups, const ScanOptions &options, const StopFlag &cancelled,
+        const SubtreeSizes::Finished &finished, WalkPool &pool);
 
     void measure();
 
     // For the walks:
 
-    [[nodiscard]] bool isCancelled() const { return cancelled_(); }
     [[nodiscard]] bool isSkipped(const std::string &folderPath, std::string_view name) const {
         return skipped_.contains(folderPath, name);
     }
@@ -48,7 +47,7 @@ private:
 
     const ScanOptions &options_;
     const SkipList skipped_;
-    const std::function<bool()> &cancelled_;
+    const StopFlag &cancelled_;
     const SubtreeSizes::Finished &finished_;
     WalkPool &pool_;
     NestedItems items_;
@@ -65,7 +64,6 @@ class Adding final : public WalkVisitor {
 public:
     explicit Adding(Run &run) : run_(run) {}
 
-    bool isCancelled() override { return run_.isCancelled(); }
     void enter(FolderHandle, const std::string &, int) override { bytes_ = begun_ = 0; }
     void file(FolderHandle, std::string_view, const FileStatus &status) override {
         bytes_ = checkedAdd(bytes_, status.allocatedBytes);
@@ -101,12 +99,12 @@ std::optional<FolderHandle> Adding::subfolder(FolderHandle folder, const std::st
 }
 
 Run::Run(const std::vector<SubtreeSizes::Group> &groups, const ScanOptions &options,
-         const std::function<bool()> &cancelled, const SubtreeSizes::Finished &finished, WalkPool &pool)
+         const StopFlag &cancelled, const SubtreeSizes::Finished &finished, WalkPool &pool)
     : options_(options), skipped_(options.skippedPaths), cancelled_(cancelled), finished_(finished),
       pool_(pool), items_(skipped_), groups_(groups.size()) {
     for (std::size_t group = 0; group < groups.size(); ++group) {
         for (const std::string &path : groups[group])
-            groups_[group].push_back(&items_.add(path, group, !pool_.isShutDown() && !cancelled_()));
+            groups_[group].push_back(&items_.add(path, group, !cancelled_.isSet()));
         unsettled_.push_back(groups[group].size());
         if (groups[group].empty())
             settled_.push_back(group);
@@ -123,7 +121,7 @@ void Run::measure() {
             settle(*item);
     }
     tellSettled();
-    pool_.walk(std::move(starts), false, [this] { return std::make_unique<Adding>(*this); });
+    pool_.walk(std::move(starts), false, cancelled_, [this] { return std::make_unique<Adding>(*this); });
     measureAlone();
 }
 
@@ -207,7 +205,7 @@ void Run::tellSettled() {
 } // namespace
 
 void SubtreeSizes::measure(const std::vector<Group> &groups, const ScanOptions &options,
-                           const std::function<bool()> &cancelled, const Finished &finished, WalkPool &pool) {
+                           const StopFlag &cancelled, const Finished &finished, WalkPool &pool) {
     const NoMaterialization guard;
     Run(groups, options, cancelled, finished, pool).measure();
 }

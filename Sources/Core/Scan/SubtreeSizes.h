@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Core/Scan/MeasuredItem.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Core/Scan/WalkPool.h"
@@ -23,11 +24,9 @@ using Finished = std::function<void(std::size_t group, const std::vector<Measure
 
 /// Measures the paths of all groups, and tells each group's figures as soon as they are known: on any of the
 /// pool's threads, one group at a time, every group once. The groups are begun in their order. Blocks until
-/// the last one is told. After `cancelled` (asked from several threads) answers true, or the pool is shut
-/// down, the sizes are what was counted until then.
-void measure(const std::vector<Group> &groups, const ScanOptions &options,
-             const std::function<bool()> &cancelled, const Finished &finished,
-             WalkPool &pool = WalkPool::shared());
+/// the last one is told. Once `cancelled` is set, the sizes are what was counted until then.
+void measure(const std::vector<Group> &groups, const ScanOptions &options, const StopFlag &cancelled,
+             const Finished &finished, WalkPool &pool = WalkPool::shared());
 
 } // namespace SubtreeSizes
 

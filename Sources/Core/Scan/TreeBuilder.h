@@ -38,7 +38,6 @@ public:
     explicit TreeBuilder(ScanState &state) : state_(state) {}
     ~TreeBuilder() override { publish(); }
 
-    bool isCancelled() override { return state_.stats.cancelled(); }
     void enter(FolderHandle folder, const std::string &path, int depth) override;
     void file(FolderHandle folder, std::string_view name, const FileStatus &status) override;
     std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,

@@ -54,18 +54,19 @@ WalkPool::~WalkPool() {
         worker.join();
 }
 
-void WalkPool::walk(PendingFolders start, bool crossesMountPoints, const MakeVisitor &makeVisitor) {
+void WalkPool::walk(PendingFolders start, bool crossesMountPoints, const StopFlag &cancelled,
+                    const MakeVisitor &makeVisitor) {
     std::vector<PendingFolders> starts;
     starts.push_back(std::move(start));
-    walk(std::move(starts), crossesMountPoints, makeVisitor);
+    walk(std::move(starts), crossesMountPoints, cancelled, makeVisitor);
 }
 
-void WalkPool::walk(std::vector<PendingFolders> starts, bool crossesMountPoints,
+void WalkPool::walk(std::vector<PendingFolders> starts, bool crossesMountPoints, const StopFlag &cancelled,
                     const MakeVisitor &makeVisitor) {
     if (starts.empty())
         return;
     const NoMaterialization guard;
-    Job job{crossesMountPoints, makeVisitor, 1};
+    Job job{crossesMountPoints, cancelled, makeVisitor, 1};
     {
         const std::lock_guard guardOfQueue(lock_);
         for (std::size_t i = 1; i < starts.size(); ++i)
@@ -115,7 +116,7 @@ void WalkPool::work() {
 void WalkPool::run(Job &job, PendingFolders folders) {
     {
         const std::unique_ptr<WalkVisitor> visitor = job.makeVisitor();
-        DirectoryWalk walk(*visitor, job.crossesMountPoints, std::move(folders), &isShutDown_);
+        DirectoryWalk walk(*visitor, job.crossesMountPoints, std::move(folders), job.cancelled);
         while (walk.step())
             offer(job, walk);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Platform/DirectoryWalk.h"
 
 #include <atomic>
@@ -32,19 +33,17 @@ public:
 
     /// Walks everything in `start` and returns when it is done. The calling thread takes part, so this works
     /// from anywhere, from several threads at once, and on a pool without workers.
-    void walk(PendingFolders start, bool crossesMountPoints, const MakeVisitor &makeVisitor);
+    void walk(PendingFolders start, bool crossesMountPoints, const StopFlag &cancelled,
+              const MakeVisitor &makeVisitor);
 
     /// The same for several starts, begun in their order; later ones wait while every worker is busy.
-    void walk(std::vector<PendingFolders> starts, bool crossesMountPoints, const MakeVisitor &makeVisitor);
-
-    /// Ends every walk, those that run and those that are still asked for, before its next entry, as if its
-    /// visitor had cancelled it. For good: to be called where the program ends.
-    void shutDown() { isShutDown_.store(true, std::memory_order_relaxed); }
-    [[nodiscard]] bool isShutDown() const { return isShutDown_.load(std::memory_order_relaxed); }
+    void walk(std::vector<PendingFolders> starts, bool crossesMountPoints, const StopFlag &cancelled,
+              const MakeVisitor &makeVisitor);
 
 private:
     struct Job {
         bool crossesMountPoints;
+        const StopFlag &cancelled;
         const MakeVisitor &makeVisitor;
         int unfinished; ///< walks that wait or run; protected by the pool's lock
     };
@@ -65,7 +64,6 @@ private:
     std::deque<Task> queue_;
     std::atomic<int> idleWorkers_ = 0; ///< idle workers minus queued tasks; written with the lock held
     bool isClosing_ = false;
-    std::atomic<bool> isShutDown_ = false;
     std::vector<std::thread> workers_;
 };
 

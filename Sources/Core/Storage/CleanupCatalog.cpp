@@ -12,8 +12,8 @@ std::vector<CleanupTarget> CleanupCatalog::definitions(const Host &host) {
     return catalogOf(host.system).cleanupTargets(host.home);
 }
 
-CleanupTarget CleanupCatalog::measure(CleanupTarget target, const std::function<bool()> &cancelled,
-                                      const Host &host, WalkPool &pool) {
+CleanupTarget CleanupCatalog::measure(CleanupTarget target, const StopFlag &cancelled, const Host &host,
+                                      WalkPool &pool) {
     CleanupTarget measured;
     measureAll(
         {std::move(target)}, [&](CleanupTarget one) { measured = std::move(one); }, cancelled, host, pool);
@@ -21,8 +21,8 @@ CleanupTarget CleanupCatalog::measure(CleanupTarget target, const std::function<
 }
 
 void CleanupCatalog::measureAll(const std::vector<CleanupTarget> &targets,
-                                const std::function<void(CleanupTarget)> &finished,
-                                const std::function<bool()> &cancelled, const Host &host, WalkPool &pool) {
+                                const std::function<void(CleanupTarget)> &finished, const StopFlag &cancelled,
+                                const Host &host, WalkPool &pool) {
     std::vector<SubtreeSizes::Group> paths;
     for (const CleanupTarget &target : targets)
         paths.push_back(CleanupEntries::paths(target.roots, target.contentsOnly));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Catalogs/CleanupTarget.h"
 #include "Core/Scan/WalkPool.h"
 #include "Platform/Host.h"
@@ -16,18 +17,16 @@ namespace CleanupCatalog {
 /// The targets of the host's catalog in the order shown, not yet measured.
 [[nodiscard]] std::vector<CleanupTarget> definitions(const Host &host = Host::current());
 
-/// The target with its entries, the largest first. After `cancelled` (asked from several threads) answers
-/// true they are what was counted until then.
-[[nodiscard]] CleanupTarget measure(
-    CleanupTarget target, const std::function<bool()> &cancelled = [] { return false; },
-    const Host &host = Host::current(), WalkPool &pool = WalkPool::shared());
+/// The target with its entries, the largest first. Once `cancelled` is set they are what
+/// was counted until then.
+[[nodiscard]] CleanupTarget measure(CleanupTarget target, const StopFlag &cancelled = {},
+                                    const Host &host = Host::current(), WalkPool &pool = WalkPool::shared());
 
 /// Measures several targets at once, what they share once, and tells each as soon as it is known: on any
 /// thread of the pool, one at a time, every target once.
-void measureAll(
-    const std::vector<CleanupTarget> &targets, const std::function<void(CleanupTarget)> &finished,
-    const std::function<bool()> &cancelled = [] { return false; }, const Host &host = Host::current(),
-    WalkPool &pool = WalkPool::shared());
+void measureAll(const std::vector<CleanupTarget> &targets, const std::function<void(CleanupTarget)> &finished,
+                const StopFlag &cancelled = {}, const Host &host = Host::current(),
+                WalkPool &pool = WalkPool::shared());
 
 } // namespace CleanupCatalog
 

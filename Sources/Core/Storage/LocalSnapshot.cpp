@@ -1,6 +1,8 @@
 #include "Core/Storage/LocalSnapshot.h"
 
+#include "Base/Text.h"
 #include "Core/Text/Shell.h"
+#include "Core/Text/SnapshotName.h"
 
 #include <algorithm>
 #include <charconv>
@@ -10,20 +12,6 @@
 namespace brimvale {
 
 namespace {
-
-constexpr std::string_view namePrefix = "com.apple.TimeMachine.";
-constexpr std::string_view nameSuffix = ".local";
-
-std::string trimmed(const std::string &line) {
-    const std::size_t start = line.find_first_not_of(" \t");
-    return start == std::string::npos ? "" : line.substr(start, line.find_last_not_of(" \t") + 1 - start);
-}
-
-std::string without(std::string text, std::string_view part) {
-    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at))
-        text.erase(at, part.size());
-    return text;
-}
 
 /// The number in the `length` characters of `text` from `start` on; nothing unless all of them are digits.
 std::optional<int> digits(std::string_view text, std::size_t start, std::size_t length) {
@@ -70,9 +58,9 @@ std::vector<LocalSnapshot> LocalSnapshot::list(const std::string &volume, const 
         return snapshots;
     std::istringstream lines(Shell::run(tools.tmutil, {"listlocalsnapshots", volume}).value_or(""));
     for (std::string line; std::getline(lines, line);) {
-        const std::string name = trimmed(line);
-        if (name.starts_with(namePrefix))
-            snapshots.push_back({name, localDate(without(without(name, namePrefix), nameSuffix))});
+        const std::string name(trimmed(line));
+        if (SnapshotName::isOne(name))
+            snapshots.push_back({name, localDate(SnapshotName::stamp(name))});
     }
     // A missing date sorts before every date.
     std::stable_sort(snapshots.begin(), snapshots.end(),

@@ -114,9 +114,8 @@ std::optional<Color> StorageCategories::colorNamed(std::string_view name) {
     return found == colors.end() ? std::nullopt : std::optional(found->color);
 }
 
-MeasuredCategory StorageCategories::measure(const StorageCategory &category,
-                                            const std::function<bool()> &cancelled, const Host &host,
-                                            WalkPool &pool) {
+MeasuredCategory StorageCategories::measure(const StorageCategory &category, const StopFlag &cancelled,
+                                            const Host &host, WalkPool &pool) {
     const SubtreeSizes::Group paths = CleanupEntries::paths(category.roots, category.listsContents);
     MeasuredCategory measured;
     SubtreeSizes::measure(
@@ -128,7 +127,7 @@ MeasuredCategory StorageCategories::measure(const StorageCategory &category,
     return measured;
 }
 
-std::vector<CleanupEntry> StorageCategories::measureSystemDataEntries(const std::function<bool()> &cancelled,
+std::vector<CleanupEntry> StorageCategories::measureSystemDataEntries(const StopFlag &cancelled,
                                                                       const Host &host, WalkPool &pool) {
     return measureAll(
         {}, [](const MeasuredCategory &) {}, cancelled, host, pool);
@@ -136,8 +135,8 @@ std::vector<CleanupEntry> StorageCategories::measureSystemDataEntries(const std:
 
 std::vector<CleanupEntry> StorageCategories::measureAll(const std::vector<StorageCategory> &categories,
                                                         const std::function<void(MeasuredCategory)> &finished,
-                                                        const std::function<bool()> &cancelled,
-                                                        const Host &host, WalkPool &pool) {
+                                                        const StopFlag &cancelled, const Host &host,
+                                                        WalkPool &pool) {
     std::vector<const StorageCategory *> measured;
     std::vector<SubtreeSizes::Group> paths;
     for (const StorageCategory &category : categories) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Catalogs/StorageCategory.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Core/Scan/WalkPool.h"
@@ -15,8 +16,8 @@
 namespace brimvale {
 
 /// The categories of used space on the root volume, and their contents. Measuring never fails: unreadable
-/// items are left out. It blocks; call it off the main thread. After `cancelled` (called from several
-/// threads) returns true, the results are what was counted until then.
+/// items are left out. It blocks; call it off the main thread. Once `cancelled` is set, the results are what
+/// was counted until then.
 namespace StorageCategories {
 
 /// The categories of the host's catalog, in the order shown.
@@ -39,22 +40,23 @@ namespace StorageCategories {
 [[nodiscard]] std::optional<Color> colorNamed(std::string_view name);
 
 /// One category with its rows, the largest first, and their sum. Not for the one that is a remainder.
-[[nodiscard]] MeasuredCategory measure(
-    const StorageCategory &category, const std::function<bool()> &cancelled = [] { return false; },
-    const Host &host = Host::current(), WalkPool &pool = WalkPool::shared());
+[[nodiscard]] MeasuredCategory measure(const StorageCategory &category, const StopFlag &cancelled = {},
+                                       const Host &host = Host::current(),
+                                       WalkPool &pool = WalkPool::shared());
 
 /// The rows of System Data, the largest first.
-[[nodiscard]] std::vector<CleanupEntry> measureSystemDataEntries(
-    const std::function<bool()> &cancelled = [] { return false; }, const Host &host = Host::current(),
-    WalkPool &pool = WalkPool::shared());
+[[nodiscard]] std::vector<CleanupEntry> measureSystemDataEntries(const StopFlag &cancelled = {},
+                                                                 const Host &host = Host::current(),
+                                                                 WalkPool &pool = WalkPool::shared());
 
 /// Measures every category of `categories` that is measured, and answers the rows of System Data: all of it
 /// in one run, what they share once. A category is told as soon as it is known, on any thread of the pool,
 /// one at a time; all of them before the answer.
-[[nodiscard]] std::vector<CleanupEntry> measureAll(
-    const std::vector<StorageCategory> &categories, const std::function<void(MeasuredCategory)> &finished,
-    const std::function<bool()> &cancelled = [] { return false; }, const Host &host = Host::current(),
-    WalkPool &pool = WalkPool::shared());
+[[nodiscard]] std::vector<CleanupEntry> measureAll(const std::vector<StorageCategory> &categories,
+                                                   const std::function<void(MeasuredCategory)> &finished,
+                                                   const StopFlag &cancelled = {},
+                                                   const Host &host = Host::current(),
+                                                   WalkPool &pool = WalkPool::shared());
 
 } // namespace StorageCategories
 

@@ -8,25 +8,18 @@ namespace brimvale::Shell {
 
 namespace {
 
-std::optional<std::string> outputOf(std::optional<Result> result) {
-    return result ? std::optional(std::move(result->output)) : std::nullopt;
+std::optional<ProcessResult> asText(std::optional<ProcessResult> result) {
+    return result && isValidUtf8(result->output) ? std::move(result) : std::nullopt;
 }
 
-std::optional<Result> asText(std::optional<ProcessResult> result) {
-    if (!result || !isValidUtf8(result->output))
-        return std::nullopt;
-    return Result{std::move(result->output), result->exitStatus};
+std::optional<std::string> outputOf(std::optional<ProcessResult> result) {
+    return result ? std::optional(std::move(result->output)) : std::nullopt;
 }
 
 } // namespace
 
 std::optional<std::string> run(const std::string &executable, const std::vector<std::string> &arguments) {
-    return outputOf(runWithStatus(executable, arguments, StandardError::discarded));
-}
-
-std::optional<std::string> runCombined(const std::string &executable,
-                                       const std::vector<std::string> &arguments) {
-    return outputOf(runWithStatus(executable, arguments, StandardError::withOutput));
+    return outputOf(runWithStatus(executable, arguments));
 }
 
 std::optional<std::string> runCombined(const std::string &executable,
@@ -35,8 +28,9 @@ std::optional<std::string> runCombined(const std::string &executable,
     return outputOf(asText(runProcess(executable, arguments, StandardError::withOutput, isStopped)));
 }
 
-std::optional<Result> runWithStatus(const std::string &executable, const std::vector<std::string> &arguments,
-                                    StandardError standardError) {
+std::optional<ProcessResult> runWithStatus(const std::string &executable,
+                                           const std::vector<std::string> &arguments,
+                                           StandardError standardError) {
     return asText(runProcess(executable, arguments, standardError));
 }
 

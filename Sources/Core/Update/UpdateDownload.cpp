@@ -12,6 +12,14 @@ std::string archiveName() {
            ".zip";
 }
 
+UpdateResult<UpdateManifest> manifestIn(const QByteArray &body) {
+    auto decoded = UpdateManifest::decode(body);
+    const auto *manifest = std::get_if<UpdateManifest>(&decoded);
+    if (manifest != nullptr && !isSafeUpdateURL(manifest->url))
+        return UpdateError::badResponse;
+    return decoded;
+}
+
 } // namespace
 
 DownloadedArchive::DownloadedArchive(const FileURL &folder)
@@ -35,10 +43,28 @@ void DownloadedArchive::remove() {
         file_.remove();
 }
 
-void downloadArchive(
-    QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits, const FileURL &folder,
-    QObject *context, const std::function<void(double)> &progressed,
-    std::function<void(const std::variant<std::shared_ptr<DownloadedArchive>, UpdateFailure> &)> done) {
+void fetchManifest(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
+                   QObject *context, std::function<void(const UpdateResult<UpdateManifest> &)> done) {
+    const auto body = std::make_shared<QByteArray>();
+    auto *transfer = new UpdateTransfer(
+        network, url, limits,
+        [body](const QByteArray &piece) {
+            body->append(piece);
+            return std::nullopt;
+        },
+        context);
+    QObject::connect(transfer, &UpdateTransfer::finished, context,
+                     [body, done = std::move(done)](const std::optional<UpdateFailure> &failure) {
+                         if (failure)
+                             done(*failure);
+                         else
+                             done(manifestIn(*body));
+                     });
+}
+
+void downloadArchive(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
+                     const FileURL &folder, QObject *context, const std::function<void(double)> &progressed,
+                     std::function<void(const UpdateResult<std::shared_ptr<DownloadedArchive>> &)> done) {
     const auto archive = std::make_shared<DownloadedArchive>(folder);
     auto *transfer = new UpdateTransfer(
         network, url, limits, [archive](const QByteArray &piece) { return archive->append(piece); }, context);

@@ -1,6 +1,5 @@
 #include "Core/Update/UpdateEnvironment.h"
 
-#include "Core/Update/Updater.h"
 #include "Platform/SystemLog.h"
 
 #include <QDir>
@@ -24,8 +23,12 @@ std::optional<SystemVersion> runningMacOSVersion() {
 
 } // namespace
 
+QUrl UpdateEnvironment::releaseFeed() {
+    return QUrl(QStringLiteral("https://updates.brimvale.example/appcast.json"));
+}
+
 UpdateEnvironment UpdateEnvironment::current() {
-    return {.feedURL = Updater::feedURL(),
+    return {.feedURL = releaseFeed(),
             .bundle = mainBundle(),
             .canInstallItself = brimvale::canInstallItself(),
             .macOSVersion = runningMacOSVersion(),

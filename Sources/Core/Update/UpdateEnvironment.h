@@ -1,10 +1,9 @@
 #pragma once
 
 #include "Base/FileURL.h"
-#include "Core/Update/ApplicationQuit.h"
 #include "Core/Update/UpdateInstallation.h"
+#include "Core/Update/UpdateManifest.h"
 #include "Core/Update/UpdateTransfer.h"
-#include "Core/Update/UpdateVersion.h"
 #include "Platform/MainBundle.h"
 #include "Platform/Tools.h"
 
@@ -27,6 +26,9 @@ struct UpdateEnvironment {
     TransferLimits archiveLimits;
     std::shared_ptr<ApplicationQuit> quit;
     LogLine log; ///< thread-safe
+
+    /// Where releases look for the feed.
+    [[nodiscard]] static QUrl releaseFeed();
 
     /// The one that releases run in: the feed of Brimvale, this program, this system.
     [[nodiscard]] static UpdateEnvironment current();

@@ -2,9 +2,12 @@
 
 #include "Platform/FileAccess.h"
 
+#include <QCoreApplication>
+#include <cstdlib>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <thread>
 
 namespace brimvale {
 
@@ -30,9 +33,9 @@ std::optional<UpdateFailure> refusalOfQuotes(const FileURL &url) {
 
 } // namespace
 
-std::variant<Installation, UpdateFailure> prepareInstallation(const std::optional<FileURL> &staged,
-                                                              const FileURL &current, std::int64_t process,
-                                                              const FileURL &scriptLog, const LogLine &log) {
+UpdateResult<Installation> prepareInstallation(const std::optional<FileURL> &staged, const FileURL &current,
+                                               std::int64_t process, const FileURL &scriptLog,
+                                               const LogLine &log) {
     if (!staged) {
         log(std::string(operation) + "staged was nil");
         return UpdateFailure("Nothing is staged to install. Download the update again.");
@@ -53,6 +56,28 @@ std::variant<Installation, UpdateFailure> prepareInstallation(const std::optiona
         return UpdateFailure(folder + " is not writable by this account. Move the app somewhere you own, or "
                                       "install the update manually.");
     return Installation{*staged, target, executableIn(target), process, scriptLog};
+}
+
+void ApplicationQuit::terminate() {
+    QCoreApplication::quit();
+}
+
+// Nothing is cleaned up: what the cleaning waits for may be what keeps the application from ending.
+void ApplicationQuit::exitNow() {
+    std::_Exit(0);
+}
+
+void quitForUpdate(const std::shared_ptr<ApplicationQuit> &quit, const LogLine &log,
+                   std::chrono::milliseconds patience) {
+    // A timer of the main thread would no longer run while the application, having left its event loop, waits
+    // for work in the background.
+    std::thread([quit, log, patience] {
+        std::this_thread::sleep_for(patience);
+        log("[Corvel] terminate was refused, exiting directly");
+        quit->exitNow();
+    }).detach();
+    quit->closeAllWindows();
+    quit->terminate();
 }
 
 } // namespace brimvale

@@ -17,7 +17,7 @@ namespace {
 /// In the certificate that the program's releases are signed with.
 constexpr const char *ownTeam = "TeamIdentifier=QK4M7ZP2TX";
 
-std::variant<std::string, UpdateFailure> sha256Of(const FileURL &file, const Tools &tools) {
+UpdateResult<std::string> sha256Of(const FileURL &file, const Tools &tools) {
     const auto result = Shell::runWithStatus(tools.shasum, {"-a", "256", file.path()});
     const std::string digest =
         result && result->hasSucceeded() ? result->output.substr(0, result->output.find(' ')) : "";
@@ -38,7 +38,7 @@ std::optional<UpdateFailure> verifyChecksum(const FileURL &archive, const std::s
 }
 
 /// Makes a folder that only this user can enter, from the first moment on.
-std::variant<FileURL, UpdateFailure> makeUnpackFolder(const FileURL &temporaryFolder) {
+UpdateResult<FileURL> makeUnpackFolder(const FileURL &temporaryFolder) {
     const FileURL folder = temporaryFolder.appending(
         "update-" + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString());
     const QDir enclosing(QFile::decodeName(temporaryFolder.path().c_str()));
@@ -56,8 +56,7 @@ bool isApplication(const FileURL &item) {
     return item.path().ends_with(".app") && status && status->kind == FileKind::directory;
 }
 
-std::variant<FileURL, UpdateFailure> unpack(const FileURL &archive, const FileURL &temporaryFolder,
-                                            const Tools &tools) {
+UpdateResult<FileURL> unpack(const FileURL &archive, const FileURL &temporaryFolder, const Tools &tools) {
     auto made = makeUnpackFolder(temporaryFolder);
     const auto *folder = std::get_if<FileURL>(&made);
     if (folder == nullptr)
@@ -90,9 +89,8 @@ std::optional<UpdateFailure> verifySignature(const FileURL &app, const Tools &to
 
 } // namespace
 
-std::variant<FileURL, UpdateFailure> stageUpdate(const FileURL &archive,
-                                                 const std::optional<std::string> &sha256,
-                                                 const FileURL &temporaryFolder, const Tools &tools) {
+UpdateResult<FileURL> stageUpdate(const FileURL &archive, const std::optional<std::string> &sha256,
+                                  const FileURL &temporaryFolder, const Tools &tools) {
     if (sha256)
         if (const auto failure = verifyChecksum(archive, *sha256, tools))
             return *failure;

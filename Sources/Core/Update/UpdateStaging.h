@@ -1,12 +1,11 @@
 #pragma once
 
 #include "Base/FileURL.h"
-#include "Core/Update/UpdateError.h"
+#include "Core/Update/UpdateState.h"
 #include "Platform/Tools.h"
 
 #include <optional>
 #include <string>
-#include <variant>
 
 namespace brimvale {
 
@@ -16,9 +15,8 @@ namespace brimvale {
 /// program's own makers signed it. Tools do the work, and one that ends with another status than 0 has
 /// failed. Blocks until they have ended: call it off the main thread. What a failed attempt unpacked stays
 /// where it is.
-[[nodiscard]] std::variant<FileURL, UpdateFailure> stageUpdate(const FileURL &archive,
-                                                               const std::optional<std::string> &sha256,
-                                                               const FileURL &temporaryFolder,
-                                                               const Tools &tools);
+[[nodiscard]] UpdateResult<FileURL> stageUpdate(const FileURL &archive,
+                                                const std::optional<std::string> &sha256,
+                                                const FileURL &temporaryFolder, const Tools &tools);
 
 } // namespace brimvale

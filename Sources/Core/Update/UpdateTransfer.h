@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/Update/UpdateError.h"
+#include "Core/Update/UpdateState.h"
 
 #include <QByteArray>
 #include <QNetworkAccessManager>

@@ -3,7 +3,6 @@
 #include "Base/Background.h"
 #include "Core/Update/InstallScript.h"
 #include "Core/Update/UpdateDownload.h"
-#include "Core/Update/UpdateFeed.h"
 #include "Core/Update/UpdateStaging.h"
 #include "Platform/DetachedProcess.h"
 
@@ -21,7 +20,7 @@ Updater::~Updater() {
 }
 
 QUrl Updater::feedURL() {
-    return QUrl(QStringLiteral("https://updates.brimvale.example/appcast.json"));
+    return UpdateEnvironment::releaseFeed();
 }
 
 QUrl Updater::downloadPage() {
@@ -50,7 +49,7 @@ void Updater::check(bool silent) {
                   [this, silent](const auto &fetched) { conclude(fetched, silent); });
 }
 
-void Updater::conclude(const std::variant<UpdateManifest, UpdateFailure> &fetched, bool silent) {
+void Updater::conclude(const UpdateResult<UpdateManifest> &fetched, bool silent) {
     const auto endWith = [&](UpdateState loud) { state.set(silent ? updateState::Idle{} : std::move(loud)); };
     if (const auto *failure = std::get_if<UpdateFailure>(&fetched))
         return endWith(updateState::Failed{failure->localizedDescription});
@@ -78,7 +77,7 @@ void Updater::downloadAndStage() {
         [this, sha256 = manifest.sha256](const auto &downloaded) { stage(downloaded, sha256); });
 }
 
-void Updater::stage(const std::variant<std::shared_ptr<DownloadedArchive>, UpdateFailure> &downloaded,
+void Updater::stage(const UpdateResult<std::shared_ptr<DownloadedArchive>> &downloaded,
                     const std::optional<std::string> &sha256) {
     if (const auto *failure = std::get_if<UpdateFailure>(&downloaded))
         return fail(*failure);
@@ -93,7 +92,7 @@ void Updater::stage(const std::variant<std::shared_ptr<DownloadedArchive>, Updat
         [this](const std::variant<FileURL, UpdateFailure> &result) { finishStaging(result); });
 }
 
-void Updater::finishStaging(const std::variant<FileURL, UpdateFailure> &result) {
+void Updater::finishStaging(const UpdateResult<FileURL> &result) {
     if (const auto *failure = std::get_if<UpdateFailure>(&result))
         return fail(*failure);
     staged.set(std::get<FileURL>(result));

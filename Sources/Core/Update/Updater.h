@@ -14,7 +14,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 
 class QNetworkAccessManager;
 
@@ -83,10 +82,10 @@ public:
     void installAndRelaunch();
 
 private:
-    void conclude(const std::variant<UpdateManifest, UpdateFailure> &fetched, bool silent);
-    void stage(const std::variant<std::shared_ptr<DownloadedArchive>, UpdateFailure> &downloaded,
+    void conclude(const UpdateResult<UpdateManifest> &fetched, bool silent);
+    void stage(const UpdateResult<std::shared_ptr<DownloadedArchive>> &downloaded,
                const std::optional<std::string> &sha256);
-    void finishStaging(const std::variant<FileURL, UpdateFailure> &result);
+    void finishStaging(const UpdateResult<FileURL> &result);
     void fail(const UpdateFailure &failure);
     QNetworkAccessManager &network();
 

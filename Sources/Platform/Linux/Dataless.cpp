@@ -1,5 +1,5 @@
 #include "Platform/Dataless.h"
-#include "Platform/Posix/StatusFlags.h"
+#include "Platform/Posix/Status.h"
 
 namespace brimvale {
 

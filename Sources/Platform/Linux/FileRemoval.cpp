@@ -19,7 +19,7 @@ int remove(const FileURL &item, RemovalProgress &progress) {
     Descriptor parent = openParentFolder(item);
     if (!parent.isOpen())
         return errno;
-    if (progress.cancelled)
+    if (progress.cancelled.isSet())
         return ECANCELED;
     const std::string name(item.fileName());
     // Removes anything but a folder at once; the system refuses folders here.

@@ -1,5 +1,7 @@
 #include "Platform/Linux/MountTable.h"
 
+#include "Base/FileURL.h"
+
 #include <algorithm>
 #include <array>
 #include <fstream>
@@ -89,8 +91,7 @@ std::optional<Mount> mountOf(const std::string &line) {
 }
 
 bool isStrictlyBelow(const std::string &path, const std::string &folder) {
-    const std::size_t length = folder == "/" ? 0 : folder.size();
-    return path.size() > length + 1 && path.starts_with(folder) && path[length] == '/';
+    return path.size() > folder.size() && isAtOrUnder(path, folder);
 }
 
 /// The order of the table does not help, because mounts may have been moved. But each mount names its parent

@@ -226,7 +226,7 @@ void TreeRemoval::callForHelp() {
 }
 
 bool TreeRemoval::mustStop() {
-    if (progress_.cancelled.load(std::memory_order_relaxed))
+    if (progress_.cancelled.isSet())
         fail(ECANCELED);
     return error_.load(std::memory_order_relaxed) != 0;
 }

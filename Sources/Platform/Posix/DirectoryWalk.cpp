@@ -39,15 +39,11 @@ void PendingFolders::add(std::string_view name, FolderHandle handle, const FileI
 }
 
 DirectoryWalk::DirectoryWalk(WalkVisitor &visitor, bool crossesMountPoints, PendingFolders start,
-                             const std::atomic<bool> *isStopped)
-    : visitor_(visitor), crossesMountPoints_(crossesMountPoints), isStopped_(isStopped), depth_(start.depth_),
-      ancestors_(std::move(start.ancestors_)), path_(std::move(start.path_)) {
+                             StopFlag cancelled)
+    : visitor_(visitor), crossesMountPoints_(crossesMountPoints), cancelled_(std::move(cancelled)),
+      depth_(start.depth_), ancestors_(std::move(start.ancestors_)), path_(std::move(start.path_)) {
     waitingCount_ = start.siblings_.count();
     frames_.push_back({std::move(start.siblings_), path_.size()});
-}
-
-bool DirectoryWalk::isCancelled() {
-    return visitor_.isCancelled() || (isStopped_ != nullptr && isStopped_->load(std::memory_order_relaxed));
 }
 
 bool DirectoryWalk::step() {
@@ -56,7 +52,7 @@ bool DirectoryWalk::step() {
             return false;
         pop();
     }
-    if (isCancelled()) {
+    if (cancelled_.isSet()) {
         abandonAll();
         return false;
     }
@@ -92,7 +88,7 @@ bool DirectoryWalk::step() {
 bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity &identity) {
     Siblings siblings;
     while (const char *name = folder.nextName()) {
-        if (isCancelled()) {
+        if (cancelled_.isSet()) {
             visitor_.interrupted(handle);
             abandon(siblings);
             abandonAll();

@@ -3,7 +3,6 @@
 #include "Base/Bytes.h"
 #include "Platform/Posix/ShortPath.h"
 #include "Platform/Posix/Status.h"
-#include "Platform/Posix/StatusFlags.h"
 
 #include <ctime>
 #include <sys/stat.h>

@@ -2,6 +2,7 @@
 
 #include "Platform/Posix/Descriptor.h"
 #include "Platform/Posix/Spawn.h"
+#include "Platform/Posix/ToolStart.h"
 
 #include <algorithm>
 #include <array>
@@ -10,59 +11,12 @@
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-extern char **environ;
 
 namespace brimvale {
 
 namespace {
-
-/// The streams and signals of the child before the tool starts.
-class Preparation {
-public:
-    Preparation(int output, StandardError standardError) {
-        note(posix_spawn_file_actions_init(&streams));
-        note(posix_spawnattr_init(&attributes));
-        // The output goes first: if this program has no standard streams, the pipe itself may have one of
-        // their numbers, which the others overwrite.
-        note(posix_spawn_file_actions_adddup2(&streams, output, STDOUT_FILENO));
-        if (standardError == StandardError::withOutput)
-            note(posix_spawn_file_actions_adddup2(&streams, STDOUT_FILENO, STDERR_FILENO));
-        else
-            note(posix_spawn_file_actions_addopen(&streams, STDERR_FILENO, "/dev/null", O_WRONLY, 0));
-        note(posix_spawn_file_actions_addopen(&streams, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
-
-        // Otherwise the tool would inherit the signals that this program or thread ignores or blocks.
-        sigset_t none;
-        sigset_t ignored;
-        sigemptyset(&none);
-        sigemptyset(&ignored);
-        sigaddset(&ignored, SIGPIPE);
-        note(posix_spawnattr_setsigmask(&attributes, &none));
-        note(posix_spawnattr_setsigdefault(&attributes, &ignored));
-        const int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | inheritanceFlags();
-        note(posix_spawnattr_setflags(&attributes, static_cast<short>(flags)));
-    }
-    ~Preparation() {
-        posix_spawnattr_destroy(&attributes);
-        posix_spawn_file_actions_destroy(&streams);
-    }
-    Preparation(const Preparation &) = delete;
-    Preparation &operator=(const Preparation &) = delete;
-
-    [[nodiscard]] bool isComplete() const { return isComplete_; }
-
-    posix_spawn_file_actions_t streams{};
-    posix_spawnattr_t attributes{};
-
-private:
-    void note(int error) { isComplete_ = isComplete_ && error == 0; }
-
-    bool isComplete_ = true;
-};
 
 /// Whether a system call would cut the text short.
 bool hasZeroByte(const std::string &text) {
@@ -71,18 +25,17 @@ bool hasZeroByte(const std::string &text) {
 
 std::optional<pid_t> start(const std::string &executable, const std::vector<std::string> &arguments,
                            StandardError standardError, int output) {
-    std::vector<char *> argumentList;
-    argumentList.push_back(const_cast<char *>(executable.c_str()));
-    for (const std::string &argument : arguments)
-        argumentList.push_back(const_cast<char *>(argument.c_str()));
-    argumentList.push_back(nullptr);
-
-    const Preparation preparation(output, standardError);
+    ToolStart tool(onlySignal(SIGPIPE));
+    // The output goes first: if this program has no standard streams, the pipe itself may have one of their
+    // numbers, which the others overwrite.
+    tool.copy(output, STDOUT_FILENO);
+    if (standardError == StandardError::withOutput)
+        tool.copy(STDOUT_FILENO, STDERR_FILENO);
+    else
+        tool.discard(STDERR_FILENO, O_WRONLY);
+    tool.discard(STDIN_FILENO, O_RDONLY);
     pid_t child = 0;
-    if (!preparation.isComplete() || posix_spawn(&child, executable.c_str(), &preparation.streams,
-                                                 &preparation.attributes, argumentList.data(), environ) != 0)
-        return std::nullopt;
-    return child;
+    return tool.run(executable, arguments, child) == 0 ? std::optional(child) : std::nullopt;
 }
 
 /// Asks whether to stop, at most once an interval, and kills the child when the answer is yes.

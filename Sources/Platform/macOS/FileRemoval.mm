@@ -15,7 +15,7 @@
 - (BOOL)fileManager:(NSFileManager *)__unused manager shouldRemoveItemAtURL:(NSURL *)__unused url {
     if (self.progress == nullptr)
         return YES;
-    if (self.progress->cancelled)
+    if (self.progress->cancelled.isSet())
         return NO;
     ++self.progress->entriesRemoved;
     return YES;
@@ -45,7 +45,7 @@ std::optional<FileError> removeItem(const FileURL &item, RemovalProgress *progre
         NSError *error = nil;
         const BOOL isRemoved = [manager removeItemAtURL:url error:&error];
         // A refused entry may not count as an error.
-        if (progress != nullptr && progress->cancelled && (!isRemoved || fileStatus(item.path())))
+        if (progress != nullptr && progress->cancelled.isSet() && (!isRemoved || fileStatus(item.path())))
             error = [NSError errorWithDomain:NSCocoaErrorDomain code:NSUserCancelledError userInfo:nil];
         else if (isRemoved)
             return std::nullopt;

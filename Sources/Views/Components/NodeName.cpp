@@ -1,5 +1,6 @@
 #include "Views/Components/NodeName.h"
 
+#include "Base/Text.h"
 #include "Views/Components/Icons.h"
 
 #include <QTextDocument>
@@ -7,38 +8,11 @@
 
 namespace brimvale {
 
-namespace {
-
-bool actsUnseen(QChar character) {
-    switch (character.category()) {
-    case QChar::Other_Control:
-    case QChar::Separator_Line:
-    case QChar::Separator_Paragraph:
-        return true;
-    default:
-        break;
-    }
-    switch (character.direction()) {
-    case QChar::DirLRE:
-    case QChar::DirLRO:
-    case QChar::DirRLE:
-    case QChar::DirRLO:
-    case QChar::DirPDF:
-    case QChar::DirLRI:
-    case QChar::DirRLI:
-    case QChar::DirFSI:
-    case QChar::DirPDI:
-        return true;
-    default:
-        return false;
-    }
-}
-
-} // namespace
-
 QString displayedText(std::string_view bytes) {
     QString text = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    std::replace_if(text.begin(), text.end(), actsUnseen, QChar(QChar::ReplacementCharacter));
+    std::replace_if(
+        text.begin(), text.end(), [](QChar character) { return actsUnseen(character.unicode()); },
+        QChar(QChar::ReplacementCharacter));
     return text;
 }
 

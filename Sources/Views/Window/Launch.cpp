@@ -1,11 +1,13 @@
 #include "Views/Window/Launch.h"
 
-#include "Base/FileError.h"
+#include "Base/Options.h"
+#include "Base/Result.h"
 #include "Platform/Folder.h"
 
 #include <QChar>
 #include <QString>
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -14,17 +16,21 @@ namespace brimvale {
 
 namespace {
 
-constexpr std::string_view help =
-    "Usage: brimvale [OPTION]… [FOLDER]\n"
-    "\n"
-    "Shows where disk space has gone and gets it back safely. With a folder, scans it at once.\n"
-    "\n"
-    "Options:\n"
-    "  --system macos|linux  Look with the catalogs of that system.\n"
-    "  --help                Print this help.\n"
-    "  --version             Print the version.\n"
-    "\n"
-    "\"--\" ends options. For scripts and terminals there is brimvalectl.\n";
+constexpr std::array options = {
+    Option{"--system", Option::Value::text, "macos|linux", "Look with the catalogs of that system."},
+    Option{.name = "--help", .help = "Print this help.", .endsReading = true},
+    Option{.name = "--version", .help = "Print the version.", .endsReading = true},
+};
+
+std::string help() {
+    return "Usage: brimvale [OPTION]… [FOLDER]\n"
+           "\n"
+           "Shows where disk space has gone and gets it back safely. With a folder, scans it at once.\n"
+           "\n"
+           "Options:\n" +
+           inColumns(helpRows(options)) +
+           "\n\"--\" ends options. For scripts and terminals there is brimvalectl.\n";
+}
 
 /// What was typed, without what would steer a terminal.
 std::string printable(std::string_view typed) {
@@ -45,27 +51,21 @@ std::optional<System> systemNamed(std::string_view name) {
     return name == "linux" ? std::optional(System::linux) : std::nullopt;
 }
 
-using Arguments = std::span<const char *const>;
-
-std::string_view takeFirst(Arguments &words) {
-    const std::string_view first = words.empty() ? std::string_view() : words.front();
-    words = words.subspan(words.empty() ? 0 : 1);
-    return first;
+Launch::Refusal wrongSystem(std::string_view name) {
+    return wrongUsage("--system takes macos or linux, not \"" + printable(name) + "\"");
 }
 
-/// The value of the option `name` if `word` is that option: what follows "=" in it, else the next word, which
-/// is taken. Nothing where `word` is something else.
-std::optional<std::string_view> valueOf(std::string_view name, std::string_view word, Arguments &rest) {
-    if (!word.starts_with(name))
-        return std::nullopt;
-    word.remove_prefix(name.size());
-    if (word.empty())
-        return takeFirst(rest);
-    return word.starts_with('=') ? std::optional(word.substr(1)) : std::nullopt;
+Launch::Refusal refusalOf(const UsageError &error) {
+    const std::string name = printable(error.option.name);
+    if (error.kind == UsageError::Kind::unknownOption)
+        return wrongUsage("unknown option \"" + name + "\"");
+    if (error.kind == UsageError::Kind::takesNoValue)
+        return wrongUsage("\"" + name + "\" takes no value");
+    return wrongSystem(error.value);
 }
 
 /// The folder that `typed` means, or what keeps it from being looked at.
-std::variant<FileURL, FileError> folderAt(std::string_view typed) {
+Result<FileURL> folderAt(std::string_view typed) {
     if (typed.empty())
         return FileError::posix(ENOENT);
     std::string base = "/";
@@ -83,36 +83,31 @@ std::variant<FileURL, FileError> folderAt(std::string_view typed) {
 
 } // namespace
 
-std::variant<Launch, Launch::Refusal> Launch::read(Arguments words, std::string_view programVersion) {
+std::variant<Launch, Launch::Refusal> Launch::read(std::span<const char *const> words,
+                                                   std::string_view programVersion) {
+    const auto parsed = Arguments::parse(words, options, Arguments::Order::mixed);
+    if (const auto *error = std::get_if<UsageError>(&parsed))
+        return refusalOf(*error);
+    const auto &arguments = std::get<Arguments>(parsed);
+    if (arguments.has("--help"))
+        return Refusal{.text = help()};
+    if (arguments.has("--version"))
+        return Refusal{.text = "brimvale " + std::string(programVersion) + "\n"};
     Launch launch;
-    std::optional<std::string_view> folder;
-    bool isPastOptions = false;
-    while (!words.empty()) {
-        const std::string_view word = takeFirst(words);
-        if (isPastOptions || !word.starts_with('-')) {
-            if (folder)
-                return wrongUsage("one folder at a time, not also \"" + printable(word) + "\"");
-            folder = word;
-        } else if (word == "--") {
-            isPastOptions = true;
-        } else if (word == "--help") {
-            return Refusal{.text = std::string(help)};
-        } else if (word == "--version") {
-            return Refusal{.text = "brimvale " + std::string(programVersion) + "\n"};
-        } else if (const auto name = valueOf("--system", word, words)) {
-            launch.system = systemNamed(*name);
-            if (!launch.system)
-                return wrongUsage("--system takes macos or linux, not \"" + printable(*name) + "\"");
-        } else {
-            return wrongUsage("unknown option \"" + printable(word) + "\"");
-        }
+    if (const auto system = arguments.text("--system")) {
+        launch.system = systemNamed(*system);
+        if (!launch.system)
+            return wrongSystem(*system);
     }
-    if (!folder)
+    if (arguments.operands().size() > 1)
+        return wrongUsage("one folder at a time, not also \"" + printable(arguments.operands()[1]) + "\"");
+    if (arguments.operands().empty())
         return launch;
-    std::variant<FileURL, FileError> place = folderAt(*folder);
+    const std::string_view folder = arguments.operands().front();
+    Result<FileURL> place = folderAt(folder);
     if (const auto *error = std::get_if<FileError>(&place))
         return Refusal{.exitStatus = 1,
-                       .text = "brimvale: " + printable(*folder) + ": " + error->localizedDescription + "\n"};
+                       .text = "brimvale: " + printable(folder) + ": " + error->localizedDescription + "\n"};
     launch.folder = std::get<FileURL>(std::move(place));
     return launch;
 }

@@ -3,7 +3,6 @@
 #include "Support/SampleApps.h"
 #include "Support/TemporaryFolder.h"
 
-#include <atomic>
 #include <gtest/gtest.h>
 #include <unordered_map>
 
@@ -49,21 +48,25 @@ TEST(AppAnalysis, ReportsEachAppOnce) {
             EXPECT_EQ(figures.leftovers.size(), 1U);
             isReporting = false;
         },
-        [] { return false; }, host);
+        {}, host);
     EXPECT_EQ(reports.size(), apps.size());
     for (const InstalledApp &app : apps)
         EXPECT_EQ(reports[app.url], 1);
     AppAnalysis::analyze(
-        {}, [](const AppFigures &) { FAIL(); }, [] { return false; }, host);
+        {}, [](const AppFigures &) { FAIL(); }, {}, host);
 }
 
 TEST(AppAnalysis, ReportsNothingAfterCancel) {
     const TemporaryFolder home;
     const Host host{System::macOS, FileURL(home.path()), {}};
     const std::vector<InstalledApp> apps = makeApps(home, 30);
-    std::atomic<int> reports = 0;
-    AppAnalysis::analyze(
-        apps, [&](const AppFigures &) { ++reports; }, [&] { return reports >= 5; }, host);
+    const StopFlag cancelled;
+    int reports = 0;
+    const auto use = [&](const AppFigures &) {
+        if (++reports == 5)
+            cancelled.set();
+    };
+    AppAnalysis::analyze(apps, use, cancelled, host);
     EXPECT_EQ(reports, 5);
 }
 

@@ -217,11 +217,10 @@ TEST(Archiver, CancelStopsAndKeepsOriginals) {
     const FileURL second(folder.makeFile("from/second", 500'000));
     // The copier never ends by itself, and says nothing.
     const Host host = hostWithCopier(folder, R"(head -c 100000 "$1" >"$2"; exec sleep 600)");
-    bool isCancelled = false;
     ArchiveWatch watch;
-    watch.isCancelled = [&] { return isCancelled; };
     watch.onProgress = [&](const ArchiveProgress &progress) {
-        isCancelled = isCancelled || progress.bytes > 0;
+        if (progress.bytes > 0)
+            watch.cancelled.set();
     };
     const ArchiveResult result =
         Archiver::archive({first, second}, "x", FileURL(folder.path("to")), watch, host, date);

@@ -16,7 +16,7 @@ using testing::TemporaryFolder;
 
 std::optional<FileError> writeManifest(const TemporaryFolder &folder,
                                        const std::vector<std::string> &leftOut = {}) {
-    return BackupManifest::write(FileURL(folder.path()), {}, leftOut, [] { return false; });
+    return BackupManifest::write(FileURL(folder.path()), {}, leftOut, {});
 }
 
 Verification verify(const TemporaryFolder &folder) {

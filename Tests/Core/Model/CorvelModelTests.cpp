@@ -92,6 +92,27 @@ TEST(CorvelModel, NeverInstallsAScanThatIsSupersededWhileItsResultWaits) {
     EXPECT_EQ(shown, std::vector{folder.path("second")});
 }
 
+TEST(CorvelModel, CancelsEveryRunningScanWhenItIsDestroyed) {
+    const TemporaryFolder folder;
+    folder.makeFile("first/file", 1);
+    for (int i = 0; i < 3'000; ++i)
+        folder.makeFile("second/" + std::to_string(i % 100) + "/" + std::to_string(i), 1);
+    // The end of the superseded scan takes the running one's statistics from the model. Now and then the
+    // running one ends first, and then it is too late to cancel anything.
+    bool isStillRunning = false;
+    for (int attempt = 0; attempt < 50 && !isStillRunning; ++attempt) {
+        std::optional<CorvelModel> model(std::in_place);
+        model->scan.startScan(folder.path("first"));
+        model->scan.startScan(folder.path("second"));
+        const std::shared_ptr<ScanStats> running = model->scan.scanStats();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return model->scan.scanStats() == nullptr; }, 20'000));
+        isStillRunning = model->scan->tree == nullptr;
+        model.reset();
+        EXPECT_EQ(running->cancelled(), isStillRunning);
+    }
+    EXPECT_TRUE(isStillRunning);
+}
+
 TEST(CorvelModel, EndsWithoutATreeWhenStopped) {
     const TemporaryFolder folder;
     folder.makeFile("file", 1);

@@ -133,7 +133,10 @@ TEST(Remover, CancelStopsBetweenItems) {
         urls.emplace_back(folder.makeFile(std::to_string(i)));
     RecordingActions actions;
     RemovalProgress progress;
-    actions.onItem = [&](RemovalProgress *) { progress.cancelled = actions.calls.size() == 2; };
+    actions.onItem = [&](RemovalProgress *) {
+        if (actions.calls.size() == 2)
+            progress.cancelled.set();
+    };
     const RemovalResult result = Remover::remove(urls, RemovalMode::trash, &progress, actions);
     EXPECT_EQ(result.succeeded, (Urls{urls[0], urls[1]})) << "what was done stays done";
     EXPECT_EQ(result.failed, (Failures{{urls[2], "Not removed: the removal was stopped."},

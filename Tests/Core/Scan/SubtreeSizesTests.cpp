@@ -6,10 +6,9 @@
 #include "Support/TemporaryFolder.h"
 
 #include <algorithm>
-#include <atomic>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <mutex>
+#include <optional>
 #include <random>
 #include <sys/stat.h>
 
@@ -22,20 +21,21 @@ using testing::TemporaryFolder;
 
 using Sizes = std::vector<std::vector<std::int64_t>>;
 
-const std::function<bool()> never = [] { return false; };
-
-/// What is told for the groups. Checks that each is told once.
+/// What is told for the groups. Checks that each is told once. Cancels when the group `last` is told.
 Sizes measured(const std::vector<Group> &groups, const ScanOptions &options, int workers,
-               const std::function<bool()> &cancelled = never) {
+               std::optional<std::size_t> last = std::nullopt) {
     WalkPool pool(workers);
     Sizes sizes(groups.size());
     std::vector<int> told(groups.size());
+    const StopFlag cancelled;
     SubtreeSizes::measure(
         groups, options, cancelled,
         [&](std::size_t group, const std::vector<MeasuredItem> &items) {
             ++told[group];
             for (const MeasuredItem &item : items)
                 sizes[group].push_back(item.bytes);
+            if (group == last)
+                cancelled.set();
         },
         pool);
     EXPECT_EQ(told, std::vector<int>(groups.size(), 1));
@@ -48,7 +48,7 @@ Sizes eachAlone(const std::vector<Group> &groups, const ScanOptions &options) {
     for (const Group &group : groups) {
         sizes.emplace_back();
         for (const std::string &path : group)
-            sizes.back().push_back(DiskScanner::quickSize(path, options, never, pool));
+            sizes.back().push_back(DiskScanner::quickSize(path, options, {}, pool));
     }
     return sizes;
 }
@@ -150,46 +150,21 @@ TEST(SubtreeSizes, DoNotFollowLinks) {
     EXPECT_GT(sizes[1][0], 0);
 }
 
-TEST(SubtreeSizes, VisitEachEntryOnce) {
-    const TemporaryFolder folder;
-    testing::makeHostileTree(folder, 6, true);
-    std::vector<std::string> paths = pathsIn(folder.path());
-    for (const int workers : {0, 7}) {
-        std::atomic<std::int64_t> polls = 0;
-        const auto counting = [&] {
-            ++polls;
-            return false;
-        };
-        static_cast<void>(measured({{folder.path()}}, {}, workers, counting));
-        const std::int64_t once = polls.exchange(0);
-        // Every folder is wanted, in both orders and twice.
-        std::vector<Group> groups = {paths, {paths.rbegin(), paths.rend()}};
-        static_cast<void>(measured(groups, {}, workers, counting));
-        // One question an entry and one a folder, as alone, and one a path.
-        const auto asked = static_cast<std::int64_t>(2 * paths.size());
-        EXPECT_LE(polls, once + asked + 1);
-    }
-}
-
 TEST(SubtreeSizes, ReportEachGroupWhenDone) {
     const TemporaryFolder folder;
     folder.makeFile("outer/first/file", 5000);
     folder.makeFile("outer/inner/file", 5000);
+    const std::vector<Group> groups = {
+        {folder.path("outer")}, {}, {folder.path("outer/inner")}, {folder.path("outer/first/file")}};
     WalkPool pool(0);
     std::vector<std::size_t> order;
-    std::int64_t polls = 0;
-    std::vector<std::int64_t> pollsWhenTold;
     SubtreeSizes::measure(
-        {{folder.path("outer")}, {}, {folder.path("outer/inner")}, {folder.path("outer/first/file")}}, {},
-        [&] { return ++polls < 0; },
-        [&](std::size_t group, const auto &) {
-            order.push_back(group);
-            pollsWhenTold.push_back(polls);
-        },
-        pool);
+        groups, {}, {}, [&](std::size_t group, const auto &) { order.push_back(group); }, pool);
     // What takes no walk comes first, what others are part of last.
     EXPECT_EQ(order, (std::vector<std::size_t>{1, 3, 2, 0}));
-    EXPECT_EQ(pollsWhenTold[1], 3) << "each path, and no entry yet";
+    const Sizes sizes = measured(groups, {}, 0, 3);
+    EXPECT_GT(sizes[3][0], 0);
+    EXPECT_EQ(sizes[2][0] + sizes[0][0], 0) << "a file is told before anything is walked";
 }
 
 TEST(SubtreeSizes, CancelGivesPartialSizes) {
@@ -201,41 +176,11 @@ TEST(SubtreeSizes, CancelGivesPartialSizes) {
         const std::vector<Group> groups = randomGroups(paths, engine);
         const Sizes whole = eachAlone(groups, {});
         for (const int workers : {0, 7}) {
-            std::atomic<std::int64_t> left = static_cast<std::int64_t>(engine() % 2000);
-            const Sizes partial = measured(groups, {}, workers, [&] { return --left < 0; });
+            const Sizes partial = measured(groups, {}, workers, engine() % groups.size());
             for (std::size_t i = 0; i < groups.size(); ++i)
                 for (std::size_t j = 0; j < groups[i].size(); ++j)
                     EXPECT_LE(partial[i][j], whole[i][j]);
         }
-    }
-}
-
-TEST(WalkPool, EndsEveryWalkOnceItIsShutDown) {
-    const TemporaryFolder folder;
-    for (int i = 0; i < 300; ++i)
-        folder.makeFile("wide/folder " + std::to_string(i) + "/file", 10);
-    for (const int workers : {0, 3}) {
-        WalkPool pool(workers);
-        std::atomic<std::int64_t> polls = 0;
-        const auto shutDownInTheMidst = [&] {
-            if (++polls == 20)
-                pool.shutDown();
-            return false;
-        };
-        const std::int64_t partial = DiskScanner::quickSize(folder.path(), {}, shutDownInTheMidst, pool);
-        EXPECT_LT(polls, 20 + 2 * (workers + 1));
-        EXPECT_LT(partial, 300 * 4096);
-        EXPECT_TRUE(pool.isShutDown());
-
-        polls = 100;
-        EXPECT_EQ(DiskScanner::quickSize(folder.path(), {}, shutDownInTheMidst, pool), 0);
-        int told = 0;
-        SubtreeSizes::measure(
-            {{folder.path()}, {folder.path("wide")}}, {}, never, [&](std::size_t, const auto &) { ++told; },
-            pool);
-        EXPECT_EQ(told, 2);
-        ScanStats stats;
-        EXPECT_EQ(DiskScanner::scan(folder.path(), {}, stats, pool)->fileCount, 0);
     }
 }
 

@@ -44,8 +44,11 @@ public:
         rollUp(root, state);
     }
 
-    /// Cancels once `count` entries have been looked at.
-    void cancelAfter(int count) { remaining_ = count; }
+    /// Cancels once the walks have told of `count` entries and folders.
+    void cancelAfter(int count) {
+        remaining_ = count + 1;
+        this->count();
+    }
 
     ScanStats stats;
     ScanState state;
@@ -55,11 +58,19 @@ private:
     /// Counts what is looked at.
     struct Counting final : TreeBuilder {
         explicit Counting(SteppedScan &owner) : TreeBuilder(owner.state), scan(owner) {}
-        bool isCancelled() override {
-            if (scan.remaining_ == 0)
-                scan.stats.cancel();
-            --scan.remaining_;
-            return TreeBuilder::isCancelled();
+        void enter(FolderHandle folder, const std::string &path, int depth) override {
+            TreeBuilder::enter(folder, path, depth);
+            scan.count();
+        }
+        void file(FolderHandle folder, std::string_view name, const FileStatus &status) override {
+            TreeBuilder::file(folder, name, status);
+            scan.count();
+        }
+        std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &path,
+                                              std::string_view name, bool canBeEntered) override {
+            const auto handle = TreeBuilder::subfolder(folder, path, name, canBeEntered);
+            scan.count();
+            return handle;
         }
 
         SteppedScan &scan;
@@ -67,17 +78,22 @@ private:
 
     struct Walk {
         Walk(SteppedScan &scan, PendingFolders folders)
-            : visitor(scan), walk(visitor, false, std::move(folders)) {}
+            : visitor(scan), walk(visitor, false, std::move(folders), scan.stats.stopFlag()) {}
         Counting visitor;
         DirectoryWalk walk;
     };
+
+    void count() {
+        if (--remaining_ == 0)
+            stats.cancel();
+    }
 
     void start(PendingFolders folders) {
         walks_.push_back(std::make_unique<Walk>(*this, std::move(folders)));
     }
 
     std::deque<std::unique_ptr<Walk>> walks_;
-    int remaining_ = -1;
+    int remaining_ = 0; ///< until the scan is cancelled; less where it is not
 };
 
 /// What must hold at every node of a partial tree: the sums of the rules for folders that were not finished.

@@ -27,8 +27,7 @@ TEST(StorageCategories, SystemDataListsLargeUnclaimedFolders) {
     folder.makeFile("Library/.Trash/file", 10'300'000);
     WalkPool pool(2);
     std::vector<std::string> rows;
-    for (const CleanupEntry &entry :
-         StorageCategories::measureSystemDataEntries([] { return false; }, macWith(home), pool))
+    for (const CleanupEntry &entry : StorageCategories::measureSystemDataEntries({}, macWith(home), pool))
         if (entry.url.path().starts_with(folder.path()))
             rows.push_back(entry.url.path());
     EXPECT_EQ(rows, (std::vector<std::string>{home + "/.tool", home + "/Library/Large"}));

@@ -1,7 +1,5 @@
 #include "Core/Update/UpdateManifest.h"
 
-#include "Core/Update/UpdateVersion.h"
-
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <gtest/gtest.h>

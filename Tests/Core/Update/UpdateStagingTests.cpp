@@ -27,8 +27,7 @@ struct Release {
         content.writeFile("Read me.txt", "hello");
     }
 
-    [[nodiscard]] std::variant<FileURL, UpdateFailure>
-    stage(const std::optional<std::string> &sha256 = std::nullopt) const {
+    [[nodiscard]] UpdateResult<FileURL> stage(const std::optional<std::string> &sha256 = std::nullopt) const {
         const FileURL archive(folder.writeFile("archive.zip", testing::archiveOf(content.path())));
         return stageUpdate(archive, sha256, FileURL(folder.path("tmp")), tools);
     }
@@ -40,7 +39,7 @@ struct Release {
 
 /// The sentence of a failure; the path where there is none.
 template<class Success>
-std::string sentenceOf(const std::variant<Success, UpdateFailure> &result) {
+std::string sentenceOf(const UpdateResult<Success> &result) {
     const auto *failure = std::get_if<UpdateFailure>(&result);
     return failure == nullptr ? "no failure" : failure->localizedDescription;
 }

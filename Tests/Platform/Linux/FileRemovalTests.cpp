@@ -145,16 +145,16 @@ TEST(FileRemoval, CancelStopsAndCountIsExact) {
     const auto before = entries();
 
     RemovalProgress progress;
-    progress.cancelled = true;
+    progress.cancelled.set();
     EXPECT_EQ(outcomeOf(removeItem(FileURL(item), &progress)), over(3072, ECANCELED));
     EXPECT_EQ(outcomeOf(removeItem(FileURL(item + "/0/0"), &progress)), over(3072, ECANCELED));
     EXPECT_EQ(entries(), before);
 
-    progress.cancelled = false;
+    progress.cancelled = StopFlag();
     std::thread watcher([&] {
         while (progress.entriesRemoved < 20)
             std::this_thread::yield();
-        progress.cancelled = true;
+        progress.cancelled.set();
     });
     const std::string end = outcomeOf(removeItem(FileURL(item), &progress));
     watcher.join();
@@ -165,7 +165,7 @@ TEST(FileRemoval, CancelStopsAndCountIsExact) {
     // What the figure says is gone, and not an entry more, now that it has ended.
     EXPECT_EQ(end, over(3072, ECANCELED));
     EXPECT_EQ(before - entries(), progress.entriesRemoved);
-    progress.cancelled = false;
+    progress.cancelled = StopFlag();
     EXPECT_EQ(outcomeOf(removeItem(FileURL(item), &progress)), "gone");
     EXPECT_EQ(progress.entriesRemoved, before + 1);
 }

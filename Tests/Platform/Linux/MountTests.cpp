@@ -86,7 +86,7 @@ TEST(Mounts, SubtreeSizesStayOnTheirDevice) {
             for (const int workers : {0, 5}) {
                 WalkPool pool(workers);
                 SubtreeSizes::measure(
-                    {some}, {}, [] { return false; },
+                    {some}, {}, {},
                     [&](std::size_t, const std::vector<MeasuredItem> &items) {
                         for (std::size_t i = 0; i < alone.size(); ++i)
                             EXPECT_EQ(items.at(i).bytes, alone[i]) << some[i];

@@ -52,7 +52,6 @@ std::string rootsOf(const Host &host) {
 
 /// Every row that is measured on `host`, all in one run or each target and category by itself.
 std::string measuredRows(const Host &host, int workers, bool isOneRun) {
-    const auto never = [] { return false; };
     WalkPool pool(workers);
     std::string text;
     const auto addTarget = [&](const CleanupTarget &target) {
@@ -64,16 +63,16 @@ std::string measuredRows(const Host &host, int workers, bool isOneRun) {
     const std::vector<CleanupTarget> targets = CleanupCatalog::definitions(host);
     const std::vector<StorageCategory> categories = StorageCategories::all(host);
     if (isOneRun) {
-        CleanupCatalog::measureAll(targets, addTarget, never, host, pool);
-        const auto systemData = StorageCategories::measureAll(categories, addCategory, never, host, pool);
+        CleanupCatalog::measureAll(targets, addTarget, {}, host, pool);
+        const auto systemData = StorageCategories::measureAll(categories, addCategory, {}, host, pool);
         addRows(text, "category\tsystemData", systemData);
         return text;
     }
     for (const CleanupTarget &target : targets)
-        addTarget(CleanupCatalog::measure(target, never, host, pool));
+        addTarget(CleanupCatalog::measure(target, {}, host, pool));
     for (const StorageCategory &category : categories)
-        addCategory(StorageCategories::measure(category, never, host, pool));
-    addRows(text, "category\tsystemData", StorageCategories::measureSystemDataEntries(never, host, pool));
+        addCategory(StorageCategories::measure(category, {}, host, pool));
+    addRows(text, "category\tsystemData", StorageCategories::measureSystemDataEntries({}, host, pool));
     return text;
 }
 

@@ -1,5 +1,7 @@
 #include "Views/Browse/Outline/OutlineOrder.h"
 
+#include "Base/Text.h"
+#include "Core/Text/Collation.h"
 #include "Views/Browse/Outline/Prefetch.h"
 
 #include <QCollator>
@@ -17,10 +19,6 @@ constexpr std::size_t collatedAtMost = 10'000;
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
-}
-
-char lowered(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 template<class Key>
@@ -44,21 +42,11 @@ void sortByNumber(std::int64_t FSNode::*number, bool isFalling, std::vector<FSNo
     sortByKey(keyed, isFalling, nodes);
 }
 
-/// The "C" locale knows neither case nor numbers.
-QCollator makeCollator() {
-    const QLocale user = QLocale().collation();
-    QCollator collator(user.language() == QLocale::C ? QLocale(QLocale::English) : user);
-    collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
-    return collator;
-}
-
 void sortByCollation(bool isFalling, std::vector<FSNode *> &nodes) {
-    static const QCollator collator = makeCollator();
     Keyed<QCollatorSortKey> keyed;
     keyed.reserve(nodes.size());
     for (FSNode *node : nodes)
-        keyed.emplace_back(collator.sortKey(QString::fromUtf8(node->name)), node);
+        keyed.emplace_back(collationKey(node->name), node);
     sortByKey(keyed, isFalling, nodes);
 }
 

@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-namespace brimvale::commandLine {
+namespace brimvale {
 
 /// An option, as it is declared once for reading it and for the help.
 struct Option {
@@ -20,11 +20,16 @@ struct Option {
     Value value = Value::none;
     std::string_view valueName = {}; ///< "N": stands for its value in the help
     std::string_view help = {};      ///< a sentence
+    bool endsReading = false;        ///< what follows it is not looked at
 };
 
-/// What is wrong with the words of a command line, in one sentence that is harmless on a terminal.
+/// What is wrong with the words of a command line. Views of those words and of the options.
 struct UsageError {
-    std::string sentence;
+    enum class Kind { unknownOption, needsValue, takesNoValue, takesNumber };
+
+    Kind kind;
+    Option option;               ///< of an unknown one the name as it was typed
+    std::string_view value = {}; ///< that was given, if any
 };
 
 /// What the words of a command line say: options and operands. Views of those words.
@@ -52,4 +57,16 @@ private:
     std::vector<const char *> operands_;
 };
 
-} // namespace brimvale::commandLine
+/// Rows for a help text.
+using HelpRows = std::vector<std::pair<std::string, std::string_view>>;
+
+/// The option as the help shows it: "--depth N".
+[[nodiscard]] std::string withValue(const Option &option);
+
+/// A row for each option.
+[[nodiscard]] HelpRows helpRows(std::span<const Option> options);
+
+/// The rows as indented lines in two columns, the first as wide as it has to be.
+[[nodiscard]] std::string inColumns(const HelpRows &rows);
+
+} // namespace brimvale

@@ -1,4 +1,4 @@
-#include "Core/Update/UpdateError.h"
+#include "Core/Update/UpdateState.h"
 
 #include <utility>
 

@@ -1,12 +1,12 @@
-#include "CommandLine/Options.h"
+#include "Base/Options.h"
 
-#include "CommandLine/TerminalText.h"
+#include "Base/Text.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
 
-namespace brimvale::commandLine {
+namespace brimvale {
 
 namespace {
 
@@ -23,12 +23,13 @@ bool isOption(std::string_view word) {
 
 /// What is wrong with the value of an option, if anything. No value: none was given.
 std::optional<UsageError> faultOf(const Option &option, std::optional<std::string_view> value) {
+    using Kind = UsageError::Kind;
     if (option.value == Option::Value::none)
-        return value ? std::optional(UsageError{inQuotes(option.name) + " takes no value"}) : std::nullopt;
+        return value ? std::optional(UsageError{Kind::takesNoValue, option, *value}) : std::nullopt;
     if (!value)
-        return UsageError{inQuotes(option.name) + " needs a value: " + std::string(option.valueName)};
+        return UsageError{Kind::needsValue, option};
     if (option.value == Option::Value::number && !wholeNumber(*value))
-        return UsageError{inQuotes(option.name) + " takes a whole number from 0 up, not " + inQuotes(*value)};
+        return UsageError{Kind::takesNumber, option, *value};
     return std::nullopt;
 }
 
@@ -53,15 +54,17 @@ std::variant<Arguments, UsageError> Arguments::parse(std::span<const char *const
         const auto option =
             std::find_if(options.begin(), options.end(), [&](const Option &one) { return one.name == name; });
         if (option == options.end())
-            return UsageError{"unknown option " + inQuotes(name)};
+            return UsageError{UsageError::Kind::unknownOption, {.name = name}};
         std::optional<std::string_view> value;
         if (name.size() < word.size())
             value = word.substr(name.size() + 1);
         else if (option->value != Option::Value::none && i + 1 < words.size())
             value = words[++i];
-        if (std::optional<UsageError> fault = faultOf(*option, value))
-            return *std::move(fault);
+        if (const std::optional<UsageError> fault = faultOf(*option, value))
+            return *fault;
         arguments.values_.emplace_back(option->name, value.value_or(""));
+        if (option->endsReading)
+            break;
     }
     return arguments;
 }
@@ -77,4 +80,26 @@ std::optional<std::int64_t> Arguments::number(std::string_view option) const {
     return value ? wholeNumber(*value) : std::nullopt;
 }
 
-} // namespace brimvale::commandLine
+std::string withValue(const Option &option) {
+    std::string text(option.name);
+    return option.valueName.empty() ? text : text.append(" ").append(option.valueName);
+}
+
+HelpRows helpRows(std::span<const Option> options) {
+    HelpRows rows;
+    for (const Option &option : options)
+        rows.emplace_back(withValue(option), option.help);
+    return rows;
+}
+
+std::string inColumns(const HelpRows &rows) {
+    std::size_t width = 0;
+    for (const auto &[left, right] : rows)
+        width = std::max(width, characterCount(left));
+    std::string text;
+    for (const auto &[left, right] : rows)
+        text.append("  ").append(left).append(width - characterCount(left) + 2, ' ').append(right) += "\n";
+    return text;
+}
+
+} // namespace brimvale

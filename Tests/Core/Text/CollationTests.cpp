@@ -1,4 +1,4 @@
-#include "Platform/Collation.h"
+#include "Core/Text/Collation.h"
 
 #include <algorithm>
 #include <cstdio>

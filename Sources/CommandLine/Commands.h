@@ -1,0 +1,52 @@
+#pragma once
+
+#include "CommandLine/Command.h"
+
+namespace brimvale::commandLine {
+
+/// "scan": the sized tree of a folder, for reading or as JSON.
+extern const Command scanCommand;
+
+/// "size": the allocated bytes at and under each path.
+extern const Command sizeCommand;
+
+/// "treemap": the tiles of a folder's treemap, for reading, as JSON or as a picture.
+extern const Command treemapCommand;
+
+/// "check": whether the removal guards admit each path.
+extern const Command checkCommand;
+
+/// "remove": moves items to the Trash or deletes them, after a question.
+extern const Command removeCommand;
+
+/// "volumes": the mounted volumes and their space.
+extern const Command volumesCommand;
+
+/// "snapshots": the local snapshots of a volume.
+extern const Command snapshotsCommand;
+
+/// "cleanup": the cleanup targets, measured.
+extern const Command cleanupCommand;
+
+/// "overview": volumes, storage categories and System Data, measured.
+extern const Command overviewCommand;
+
+/// "category": one storage category, measured.
+extern const Command categoryCommand;
+
+/// "apps": the installed applications and, if asked, what they and their leftovers take.
+extern const Command appsCommand;
+
+/// "leftovers": the files that one application keeps outside its bundle.
+extern const Command leftoversCommand;
+
+/// "backup": copies items into a dated folder and verifies the copies, or verifies an old backup.
+extern const Command backupCommand;
+
+/// "transcript": the conversations of a Messages database as a page for the browser, or as JSON.
+extern const Command transcriptCommand;
+
+/// "update": whether the feed knows a newer build.
+extern const Command updateCommand;
+
+} // namespace brimvale::commandLine

@@ -1,0 +1,97 @@
+#include "Platform/AtomicFile.h"
+
+#include "Base/FileURL.h"
+#include "Platform/Posix/Descriptor.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace brimvale {
+
+namespace {
+
+constexpr mode_t usualPermissions = 0666; // less those that the umask withholds
+constexpr mode_t permissionBits = 0777;
+
+std::optional<FileError> lastErrorUnless(bool isDone) {
+    return isDone ? std::nullopt : std::optional(FileError::posix(errno));
+}
+
+/// Makes a file beside `path`, under a name that nothing has, and sets `name` to its path.
+Descriptor makeBeside(const std::string &path, mode_t permissions, std::string &name) {
+    static std::atomic<unsigned> count = 0;
+    const FileURL folder = FileURL(path).parent();
+    int descriptor = -1;
+    do {
+        name =
+            folder.appending(".growing-" + std::to_string(getpid()) + "-" + std::to_string(count++)).path();
+        descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, permissions);
+    } while (descriptor < 0 && errno == EEXIST);
+    return Descriptor(descriptor);
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+        if (count > 0)
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+        else if (count == 0 || errno != EINTR)
+            return false;
+    }
+    return true;
+}
+
+/// Some file systems tell only when a file is closed that there was no room.
+std::optional<FileError> closed(Descriptor &file, bool isWritten) {
+    std::optional<FileError> failure = lastErrorUnless(isWritten);
+    const bool isClosed = close(file.release()) == 0;
+    return failure ? failure : lastErrorUnless(isClosed);
+}
+
+/// `permissions`: those of the file that is replaced, if there is one.
+std::optional<FileError> putInPlace(const std::string &path, std::string_view content,
+                                    std::optional<mode_t> permissions) {
+    std::string growing;
+    Descriptor file = makeBeside(path, permissions.value_or(usualPermissions), growing);
+    if (!file.isOpen())
+        return lastErrorUnless(false);
+    // It must be on the disk before its name is, or a power failure leaves an empty file in that place.
+    std::optional<FileError> failure =
+        closed(file, (!permissions || fchmod(file.number(), *permissions) == 0) &&
+                         writeAll(file.number(), content) && fsync(file.number()) == 0);
+    if (!failure)
+        failure = lastErrorUnless(std::rename(growing.c_str(), path.c_str()) == 0);
+    if (failure)
+        unlink(growing.c_str());
+    return failure;
+}
+
+std::optional<FileError> writeDirectly(const std::string &path, std::string_view content) {
+    Descriptor file(open(path.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC | O_NOCTTY));
+    return file.isOpen() ? closed(file, writeAll(file.number(), content)) : lastErrorUnless(false);
+}
+
+} // namespace
+
+std::optional<FileError> writeFileAtomically(const std::string &path, std::string_view content) {
+    return putInPlace(path, content, std::nullopt);
+}
+
+std::optional<FileError> replaceFileAtomically(const std::string &path, std::string_view content) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0)
+        return putInPlace(path, content, std::nullopt);
+    if (!S_ISREG(status.st_mode))
+        return writeDirectly(path, content);
+    std::error_code error;
+    const std::filesystem::path resolved = std::filesystem::canonical(path, error);
+    return putInPlace(error ? path : resolved.native(), content, status.st_mode & permissionBits);
+}
+
+} // namespace brimvale
