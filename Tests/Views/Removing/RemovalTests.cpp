@@ -17,6 +17,7 @@
 #include <QPointer>
 #include <QSignalSpy>
 #include <algorithm>
+#include <filesystem>
 #include <gtest/gtest.h>
 
 namespace brimvale {
@@ -222,6 +223,28 @@ TEST_F(RemovalInBrowse, LeavesATreeAloneThatCameWhileItAsked) {
     ASSERT_TRUE(eventually([&] { return model.scan->tree != nullptr && asking == nullptr; }));
     EXPECT_EQ(sheet(), nullptr);
     EXPECT_TRUE(actions.calls.empty());
+}
+
+TEST_F(RemovalInBrowse, FollowsWhatOtherPagesRemove) {
+    scan();
+    emit outline.opened(node({"big", "inner"}));
+    ASSERT_EQ(treemap.node(), node({"big", "inner"}));
+    ask({node({"big", "inner", "file"})});
+    const QPointer<RemovalSheet> asking = sheet();
+    ASSERT_NE(asking, nullptr);
+    model.removals.removeCleanupEntries({{.url = FileURL(folder.path("big"))}}, RemovalMode::trash);
+    ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving() && treemap.node() == &root(); }));
+    EXPECT_TRUE(asking == nullptr || !asking->isVisible()) << "it asked about a node that is gone";
+    EXPECT_EQ(node({"big"}), nullptr);
+    EXPECT_TRUE(isSound(treemap, root()));
+
+    // The scanned folder itself.
+    model.scan.startScan(folder.path("middle"));
+    ASSERT_TRUE(testing::waitUntilScanned(model));
+    actions.onItem = [&](RemovalProgress *) { std::filesystem::remove_all(folder.path("middle")); };
+    model.removals.removeCategoryEntries({{.url = FileURL(folder.path("middle"))}}, RemovalMode::trash);
+    ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving() && !isVisible("results"); }));
+    EXPECT_EQ(page.findChild<StateMessage *>()->title(), "Nothing to scan");
 }
 
 TEST_F(RemovalInBrowse, IsAskedForByButtonAndMenuWhateverTheOrder) {
