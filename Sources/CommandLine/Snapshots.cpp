@@ -48,7 +48,7 @@ constinit const Command snapshotsCommand = {
     .name = "snapshots",
     .operands = "[VOLUME]",
     .operandCount = {.minimum = 0, .maximum = 1},
-    .summary = "Lists the local snapshots that Time Machine keeps on a volume (the root volume).",
+    .summary = "Lists the local snapshots of a volume (the root volume).",
     .help = "\nThe newest comes first. Only macOS has them.\n",
     .run = runSnapshots,
 };

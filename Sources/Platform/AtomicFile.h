@@ -14,8 +14,8 @@ namespace brimvale {
 /// Puts a file with this content at an absolute path, in the place of any file or link that is there.
 [[nodiscard]] std::optional<FileError> writeFileAtomically(const std::string &path, std::string_view content);
 
-/// The same, but a link is followed, and a file that is replaced passes on its permissions. What is no file
-/// (a pipe, a device) is written to directly.
+/// The same, but a link to a file is followed, and a file that is replaced passes on its permissions. What is
+/// no file (a pipe, a device) is written to directly.
 [[nodiscard]] std::optional<FileError> replaceFileAtomically(const std::string &path,
                                                              std::string_view content);
 

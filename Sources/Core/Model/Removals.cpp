@@ -116,11 +116,11 @@ void Removals::endIfDropped() {
     if (!removal_ || !removal_->isDone || scan_.isDropping())
         return;
     timer_.stop();
-    update([this](RemovalState &state) {
-        state.removedEntries = removal_->progress->entriesRemoved;
+    const Removal removal = *std::exchange(removal_, std::nullopt);
+    update([&](RemovalState &state) {
+        state.removedEntries = removal.progress->entriesRemoved;
         state.removalActivity = RemovalActivity::none;
     });
-    removal_.reset();
     emit ended();
 }
 

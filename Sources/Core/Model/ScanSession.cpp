@@ -67,7 +67,7 @@ void ScanSession::startScan(std::optional<std::string> path) {
                 workers_.dispose(std::exchange(found, nullptr));
             finishScan(found);
             if (found != nullptr)
-                drop(walk->gone);
+                dropFromTree(walk->gone);
         });
 }
 
@@ -128,6 +128,10 @@ void ScanSession::setTree(std::shared_ptr<FSNode> tree) {
 void ScanSession::drop(const GonePaths &gone) {
     for (const std::shared_ptr<Walk> &walk : walks_)
         walk->gone.add(gone);
+    dropFromTree(gone);
+}
+
+void ScanSession::dropFromTree(const GonePaths &gone) {
     if (state().tree == nullptr)
         return;
     if (!isDropping_)

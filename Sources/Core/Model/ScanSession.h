@@ -84,6 +84,7 @@ private:
     void pollScan();
     void setTree(std::shared_ptr<FSNode> tree);
     [[nodiscard]] double elapsed() const;
+    void dropFromTree(const GonePaths &gone);
     void detachSlice();
     void detach(FSNode &node);
 

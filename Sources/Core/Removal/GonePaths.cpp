@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
-#include <string>
-#include <string_view>
 #include <system_error>
 #include <unordered_map>
 #include <utility>
@@ -12,11 +10,6 @@
 namespace brimvale {
 
 namespace {
-
-bool isAtOrInside(std::string_view path, std::string_view folder) {
-    return path.starts_with(folder) &&
-           (path.size() == folder.size() || folder == "/" || path[folder.size()] == '/');
-}
 
 /// The slash comes before every other byte, so everything inside a folder follows it without a gap.
 bool comesBefore(const FileURL &a, const FileURL &b) {
@@ -39,7 +32,7 @@ std::vector<FileURL> otherPaths(const FileURL &folder) {
 GonePaths::GonePaths(std::vector<FileURL> items) {
     std::sort(items.begin(), items.end(), comesBefore);
     for (FileURL &item : items)
-        if (outermost_.empty() || !isAtOrInside(item.path(), outermost_.back().path()))
+        if (outermost_.empty() || !isAtOrUnder(item.path(), outermost_.back().path()))
             outermost_.push_back(std::move(item));
 }
 
@@ -66,12 +59,12 @@ void GonePaths::add(const GonePaths &others) {
 
 bool GonePaths::contains(const FileURL &item) const {
     const auto after = std::upper_bound(outermost_.begin(), outermost_.end(), item, comesBefore);
-    return after != outermost_.begin() && isAtOrInside(item.path(), std::prev(after)->path());
+    return after != outermost_.begin() && isAtOrUnder(item.path(), std::prev(after)->path());
 }
 
 bool GonePaths::reachInto(const FileURL &folder) const {
     const auto after = std::upper_bound(outermost_.begin(), outermost_.end(), folder, comesBefore);
-    return after != outermost_.end() && isAtOrInside(after->path(), folder.path());
+    return after != outermost_.end() && isAtOrUnder(after->path(), folder.path());
 }
 
 } // namespace brimvale

@@ -13,8 +13,9 @@ public:
     GonePaths() = default;
     explicit GonePaths(std::vector<FileURL> items);
 
-    /// The same items under every path that leads to them with the links above them resolved, as far as their
-    /// parents still exist: /private/var/x and /var/x are one item on a Mac. Reads the disk.
+    /// The same items, and those under the paths of their parents with links resolved, if the parents still
+    /// exist: /private/var/x and /var/x are one item on a Mac. Other links to a parent are not found. Reads
+    /// the disk.
     [[nodiscard]] static GonePaths throughLinks(const std::vector<FileURL> &items);
 
     void add(const GonePaths &others);

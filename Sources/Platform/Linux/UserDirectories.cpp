@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -26,6 +27,7 @@ constexpr std::string_view documentsKey = "XDG_DOCUMENTS_DIR";
 
 /// A key and its folder; no folder where the value is the home.
 using Setting = std::pair<std::string_view, std::optional<FileURL>>;
+using Settings = std::map<std::string, std::optional<FileURL>, std::less<>>;
 
 /// Whether this is the home of the user who runs the program, by any path.
 bool isOwnHome(const FileURL &home) {
@@ -79,29 +81,39 @@ std::optional<Setting> settingIn(std::string_view line, const FileURL &home) {
     return Setting(key, isHome ? std::nullopt : std::optional(std::move(folder)));
 }
 
+/// The folders that the settings in this folder name, by their keys. The last line of a key counts.
+Settings settingsIn(const FileURL &folder, const FileURL &home) {
+    const std::string content =
+        contentsOfFile(folder.appending("user-dirs.dirs").path(), settingsLimit).value_or("");
+    Settings settings;
+    for (std::string_view rest = content; !rest.empty();) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        if (std::optional<Setting> setting = settingIn(line, home))
+            settings.insert_or_assign(std::string(setting->first), std::move(setting->second));
+        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+    }
+    return settings;
+}
+
+void addFolders(const Settings &settings, std::vector<FileURL> &folders) {
+    for (const auto &[key, folder] : settings)
+        if (folder && std::find(folders.begin(), folders.end(), *folder) == folders.end())
+            folders.push_back(*folder);
+}
+
 } // namespace
 
 UserDirectories userDirectories(const FileURL &home) {
-    const std::string settings =
-        contentsOfFile(configurationFolder(home).appending("user-dirs.dirs").path(), settingsLimit)
-            .value_or("");
-    std::map<std::string_view, std::optional<FileURL>> folders;
-    for (std::string_view rest = settings; !rest.empty();) {
-        const std::string_view line = rest.substr(0, rest.find('\n'));
-        if (std::optional<Setting> setting = settingIn(line, home))
-            folders.insert_or_assign(setting->first, std::move(setting->second)); // the last one wins
-        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
-    }
-
+    const FileURL usual = home.appending(".config");
+    const FileURL configuration = configurationFolder(home);
+    const Settings settings = settingsIn(configuration, home);
     UserDirectories directories;
-    for (auto &[key, folder] : folders) {
-        if (!folder)
-            continue;
-        if (key == documentsKey)
-            directories.documents = folder;
-        if (std::find(directories.all.begin(), directories.all.end(), *folder) == directories.all.end())
-            directories.all.push_back(*std::move(folder));
-    }
+    if (const auto documents = settings.find(documentsKey); documents != settings.end())
+        directories.documents = documents->second;
+    addFolders(settings, directories.all);
+    // The desktop may have been started without the variable that this program sees.
+    if (configuration != usual)
+        addFolders(settingsIn(usual, home), directories.all);
     return directories;
 }
 

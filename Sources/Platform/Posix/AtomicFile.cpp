@@ -41,7 +41,9 @@ bool writeAll(int descriptor, std::string_view bytes) {
         const ssize_t count = write(descriptor, bytes.data(), bytes.size());
         if (count > 0)
             bytes.remove_prefix(static_cast<std::size_t>(count));
-        else if (count == 0 || errno != EINTR)
+        else if (count == 0)
+            return errno = EIO, false;
+        else if (errno != EINTR)
             return false;
     }
     return true;

@@ -34,6 +34,9 @@ TEST(Check, RefusesUserFoldersFromXdgConfigHome) {
     EXPECT_EQ(runProgram({"check", "Dokumente"}, inHome(home)).out, "ok\n");
     folder.writeFile("real/u/.config/user-dirs.dirs", settings);
     expectGuarded("home/u");
+    // The desktop may not have seen the variable, so the usual settings still guard.
+    const EnvironmentVariable elsewhere("XDG_CONFIG_HOME", folder.path("nothing"));
+    expectGuarded("home/u");
 }
 
 } // namespace brimvale::testing

@@ -60,7 +60,9 @@ protected:
             state.categories[0].measured = true;
             state.categories[0].size = 300;
             state.categories[0].entries = {entry("Trash/item"), entry("Trash/kept"), entry("Acme.app")};
-            state.categories.back().entries = {entry("Trash/item/inner")};
+            for (MeasuredCategory &one : state.categories)
+                if (one.category.measurement == CategoryMeasurement::remainder)
+                    one.entries = {entry("Trash/item/inner")};
         });
         PublishedWriter::set(model->apps, &AppState::apps,
                              {app("Acme.app", {leftover("Trash/item"), leftover("Trash/kept")}),
