@@ -7,7 +7,7 @@ namespace brimvale {
 
 /// A failure of the file layer, as a value.
 struct FileError {
-    /// Who numbers the code: errno, or the error table of Cocoa's file functions.
+    /// The numbering of the code: errno, or the error codes of Cocoa's file functions.
     enum class Domain { posix, cocoa };
 
     Domain domain = Domain::posix;
@@ -15,7 +15,7 @@ struct FileError {
     std::string localizedDescription; ///< a readable sentence
     std::shared_ptr<const FileError> underlying;
 
-    /// The error of a system call, described in the system's words.
+    /// The error of a system call, with the system's description.
     [[nodiscard]] static FileError posix(int errorNumber);
 };
 

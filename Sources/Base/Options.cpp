@@ -21,7 +21,7 @@ bool isOption(std::string_view word) {
     return word.size() > 1 && word.starts_with('-');
 }
 
-/// What is wrong with the value of an option, if anything. No value: none was given.
+/// The fault in an option's value, if any. `value` is nothing if none was given.
 std::optional<UsageError> faultOf(const Option &option, std::optional<std::string_view> value) {
     using Kind = UsageError::Kind;
     if (option.value == Option::Value::none)

@@ -6,8 +6,8 @@ namespace brimvale {
 
 struct PublishedWriter;
 
-/// A field that anyone may read and only its owner may write. Every change is announced by the owner's signal
-/// `changed`; setting an equal value announces nothing. Lives on the main thread.
+/// A field that everyone can read and only its owner can write. The owner's signal `changed` announces every
+/// change; setting an equal value announces nothing. Belongs to the main thread.
 template<class Owner, class T, void (Owner::*changed)()>
 class Published {
 public:

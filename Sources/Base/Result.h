@@ -6,7 +6,7 @@
 
 namespace brimvale {
 
-/// What an operation answers that may fail: its value, or why there is none.
+/// The result of an operation that may fail: its value, or the reason for the failure.
 template<class Value, class Failure = FileError>
 using Result = std::variant<Value, Failure>;
 

@@ -5,11 +5,11 @@
 
 namespace brimvale {
 
-/// Asks long work to stop early. All copies are the same flag: the work looks at it between two steps, and
-/// anyone who holds a copy may set it. Once set, it stays set. Thread-safe.
+/// Asks long work to stop early. All copies share one flag. The work checks it between two steps, and every
+/// holder of a copy may set it. Once set, it stays set. Thread-safe.
 class StopFlag {
 public:
-    /// Safe in a signal handler, too.
+    /// Also safe in a signal handler.
     void set() const noexcept { isSet_->store(true, std::memory_order_relaxed); }
     [[nodiscard]] bool isSet() const noexcept { return isSet_->load(std::memory_order_relaxed); }
 

@@ -15,8 +15,8 @@ namespace brimvale {
 /// How many characters (code points) there are in well-formed UTF-8.
 [[nodiscard]] std::size_t characterCount(std::string_view text);
 
-/// Whether a character would act instead of being seen: a control, a line separator, or one that changes the
-/// writing direction.
+/// Whether a character acts on the display instead of being visible: a control, a line separator, or a change
+/// of the writing direction.
 [[nodiscard]] bool actsUnseen(char32_t character);
 
 /// The text without white space (ASCII) at its ends.

@@ -33,7 +33,7 @@ constexpr std::array backupOptions = {
            "Compare an earlier backup with its manifest, and copy nothing."},
 };
 
-/// What is wrong with the command line, if anything.
+/// The fault in the command line, if any.
 std::optional<std::string> backupFault(const Arguments &arguments) {
     if (arguments.has("--verify")) {
         if (!arguments.operands().empty() || arguments.has("--label") || arguments.has("--into"))
@@ -50,7 +50,7 @@ std::optional<std::string> backupFault(const Arguments &arguments) {
     return std::nullopt;
 }
 
-/// The items that the operands name; nothing, with every fault told, where one is missing.
+/// The items named by the operands. If one is missing, reports every fault and returns nothing.
 std::optional<std::vector<FileURL>> itemsOf(const Arguments &arguments, const ScanOptions &scanOptions) {
     std::vector<FileURL> items;
     for (const std::string_view typed : arguments.operands()) {
@@ -63,7 +63,7 @@ std::optional<std::vector<FileURL>> itemsOf(const Arguments &arguments, const Sc
     return items.size() == arguments.operands().size() ? std::optional(items) : std::nullopt;
 }
 
-/// The folder for backups; nothing, with the fault told, where it cannot be had.
+/// The folder for backups. If it cannot be used, reports why and returns nothing.
 std::optional<FileURL> rootOf(const Arguments &arguments) {
     const std::optional<std::string_view> typed = arguments.text("--into");
     if (!typed)

@@ -6,14 +6,13 @@
 
 namespace brimvale::commandLine {
 
-/// What "backup" prints of a finished backup: what was copied and where on `output`, what failed on standard
-/// error.
+/// Prints the result of "backup": the copies and their folder on `output`, the failures on standard error.
 void printBackup(Output &output, const ArchiveResult &result);
 
-/// The same as one JSON document; failures are on standard error as well.
+/// Prints the same as one JSON document, and the failures on standard error as well.
 void printBackupDocument(Output &output, const ArchiveResult &result);
 
-/// What "backup --verify" prints.
+/// Prints the result of "backup --verify".
 void printVerification(Output &output, const BackupManifest::Verification &verification);
 void printVerificationDocument(Output &output, const BackupManifest::Verification &verification);
 

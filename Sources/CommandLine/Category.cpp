@@ -18,7 +18,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-/// The remainder takes the measure of all the others.
+/// System Data is a remainder, so it needs the sizes of all other categories.
 MeasuredCategory measureOf(const StorageCategory &category, const StopFlag &cancelled) {
     if (category.measurement == CategoryMeasurement::measured)
         return StorageCategories::measure(category, cancelled);

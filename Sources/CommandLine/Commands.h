@@ -4,16 +4,16 @@
 
 namespace brimvale::commandLine {
 
-/// "scan": the sized tree of a folder, for reading or as JSON.
+/// "scan": the tree of a folder with sizes, as text or as JSON.
 extern const Command scanCommand;
 
 /// "size": the allocated bytes at and under each path.
 extern const Command sizeCommand;
 
-/// "treemap": the tiles of a folder's treemap, for reading, as JSON or as a picture.
+/// "treemap": the tiles of a folder's treemap, as text, as JSON or as a picture.
 extern const Command treemapCommand;
 
-/// "check": whether the removal guards admit each path.
+/// "check": whether the removal guards allow each path.
 extern const Command checkCommand;
 
 /// "remove": moves items to the Trash or deletes them, after a question.
@@ -34,7 +34,7 @@ extern const Command overviewCommand;
 /// "category": one storage category, measured.
 extern const Command categoryCommand;
 
-/// "apps": the installed applications and, if asked, what they and their leftovers take.
+/// "apps": the installed applications and, on request, their sizes and those of their leftovers.
 extern const Command appsCommand;
 
 /// "leftovers": the files that one application keeps outside its bundle.
@@ -46,7 +46,7 @@ extern const Command backupCommand;
 /// "transcript": the conversations of a Messages database as a page for the browser, or as JSON.
 extern const Command transcriptCommand;
 
-/// "update": whether the feed knows a newer build.
+/// "update": whether the feed has a newer build.
 extern const Command updateCommand;
 
 } // namespace brimvale::commandLine

@@ -7,7 +7,7 @@
 
 namespace brimvale::commandLine {
 
-// std::to_chars would do all this, but on a Mac its floating-point forms need macOS 13.3.
+// std::to_chars could do this, but on a Mac its floating-point forms need macOS 13.3.
 
 std::string shortestDecimal(double number) {
     using Limits = std::numeric_limits<double>;

@@ -8,7 +8,8 @@ namespace brimvale::commandLine {
 /// locale.
 [[nodiscard]] std::string shortestDecimal(double number);
 
-/// A finite `number` rounded to so many places: "0.10" for two. Has a point in every locale, and no exponent.
+/// A finite `number` rounded to `places` decimal places: "0.10" for two. Has a point in every locale, and no
+/// exponent.
 [[nodiscard]] std::string fixedDecimal(double number, int places);
 
 } // namespace brimvale::commandLine

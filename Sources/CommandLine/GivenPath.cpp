@@ -38,7 +38,7 @@ Result<FileURL> placeToScan(std::string_view typed) {
         return resolved;
     if (errno != ENOTDIR)
         return FileError::posix(errno);
-    // Either a file, which has a size of its own, or a path that leads through one.
+    // Either a file, which can be measured, or a path that passes through a file.
     std::error_code error;
     if (fs::exists(fs::status(url->path(), error)))
         return resolved;
@@ -50,7 +50,7 @@ Result<FileURL> placeToMeasure(std::string_view typed, const PathSet &skippedPat
     const auto *url = std::get_if<FileURL>(&resolved);
     if (url == nullptr)
         return resolved;
-    // A slash behind a file's name is a mistake that the standardised form hides.
+    // A slash after a file's name is a mistake that the standardised form hides.
     if (!fileStatus(url->path()))
         return FileError::posix(errno);
     const FileURL place = url->standardized();

@@ -8,23 +8,23 @@
 
 namespace brimvale::commandLine {
 
-/// The place that a path on the command line means: absolute, as it was typed, byte for byte; a relative one
-/// lies in the working directory. An error for an empty path, or where there is no working directory.
+/// A path of the command line as an absolute path, otherwise unchanged byte for byte. A relative path is
+/// relative to the working directory. Fails if the path is empty or there is no working directory.
 [[nodiscard]] Result<FileURL> resolveGivenPath(std::string_view typed);
 
-/// The folder or file that `scan` is to tell about. An error where there is none (links are followed), or
-/// where a folder cannot be listed.
+/// The folder or file to scan. Fails if it does not exist (links are followed), or if a folder cannot be
+/// listed.
 [[nodiscard]] Result<FileURL> placeToScan(std::string_view typed);
 
-/// The entry that `size` is to measure, in its standardised form. An error where there is none (a link stands
-/// for itself), or where a folder cannot be listed. A folder among `skippedPaths` is not looked into.
+/// The entry to measure, standardised. Fails if it does not exist (links are not followed), or if a folder
+/// cannot be listed. Does not list folders in `skippedPaths`.
 [[nodiscard]] Result<FileURL> placeToMeasure(std::string_view typed, const PathSet &skippedPaths);
 
-/// The item that `check` judges and `remove` removes: absolute, as it was typed. An empty path, most likely a
-/// variable that was never set, means the root, as it does to the removal guards.
+/// The item that `check` or `remove` gets: absolute, otherwise as typed. An empty path, most likely an unset
+/// variable, means the root, as in the removal guards.
 [[nodiscard]] Result<FileURL> placeToRemove(std::string_view typed);
 
-/// Tells on standard error what is wrong with a path, which is shown as it was typed.
+/// Reports on standard error what is wrong with a path. Shows the path as typed.
 void printPathError(std::string_view typed, const FileError &error);
 
 } // namespace brimvale::commandLine

@@ -7,10 +7,10 @@
 
 namespace brimvale::commandLine {
 
-/// What "brimvalectl --help" prints. `globalOptions` stand before the command.
+/// The output of "brimvalectl --help". `globalOptions` come before the command.
 [[nodiscard]] std::string programHelp(std::span<const Option> globalOptions);
 
-/// What "brimvalectl COMMAND --help" prints.
+/// The output of "brimvalectl COMMAND --help".
 [[nodiscard]] std::string helpOf(const Command &command);
 
 } // namespace brimvale::commandLine

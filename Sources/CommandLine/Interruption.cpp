@@ -13,7 +13,7 @@ namespace {
 constexpr std::array caughtSignals = {SIGINT, SIGTERM};
 
 std::atomic<const StopFlag *> interrupted = nullptr;
-// What a handler may do: lock-free atomics and functions that are async-signal-safe.
+// A handler may only use lock-free atomics and async-signal-safe functions.
 static_assert(std::atomic<const StopFlag *>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
 
 void replaceHandlers(void (*handler)(int)) {
@@ -38,7 +38,7 @@ extern "C" void interrupt(int) {
 Interruption::Interruption(StopFlag flag) : flag_(std::move(flag)) {
     interrupted = &flag_;
     replaceHandlers(interrupt);
-    // A program keeps the signals that were blocked where it was started, and no one could stop it then.
+    // A program inherits blocked signals from its parent process. Then it could not be stopped.
     sigset_t caught{};
     sigemptyset(&caught);
     for (const int signal : caughtSignals)

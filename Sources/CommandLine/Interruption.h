@@ -4,9 +4,9 @@
 
 namespace brimvale::commandLine {
 
-/// While it lives, the first SIGINT or SIGTERM sets `flag`, for the work to end early and well; the second
-/// one ends the program at once. A signal that the program was started to ignore stays ignored. One at a
-/// time.
+/// While this object lives, the first SIGINT or SIGTERM sets `flag`, so the work can end early; the second
+/// ends the program at once. A signal that the program was started to ignore stays ignored. Only one object
+/// may exist at a time.
 class Interruption {
 public:
     explicit Interruption(StopFlag flag);

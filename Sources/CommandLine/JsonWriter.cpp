@@ -10,8 +10,8 @@ namespace brimvale::commandLine {
 
 namespace {
 
-/// How many bytes at the start of `text` are one character that has to be written as an escape. Beyond what
-/// JSON asks for these are DEL and the C1 controls, since a terminal may obey them.
+/// The length in bytes of the character at the start of `text` if it must be escaped, otherwise 0. Besides
+/// the characters that JSON requires, DEL and the C1 controls are escaped, because a terminal may obey them.
 std::size_t escapedLength(std::string_view text) {
     const auto byte = static_cast<unsigned char>(text[0]);
     if (byte < 0x20 || byte == '"' || byte == '\\' || byte == 0x7F)
@@ -92,7 +92,7 @@ void JsonWriter::null() {
     output_.write("null");
 }
 
-/// The comma before whatever comes next, where one is due.
+/// Writes the comma before the next value, if one is needed.
 void JsonWriter::separate() {
     if (needsComma_)
         output_.write(",");
@@ -102,7 +102,7 @@ void JsonWriter::separate() {
 /// A string in quotes. `text` is well-formed UTF-8.
 void JsonWriter::writeText(std::string_view text) {
     output_.write("\"");
-    std::size_t plain = 0; // how much at the start of `text` can be written as it is
+    std::size_t plain = 0; // the length of the start of `text` that needs no escape
     while (plain < text.size()) {
         const std::size_t length = escapedLength(text.substr(plain));
         if (length == 0) {

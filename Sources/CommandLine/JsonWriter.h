@@ -9,9 +9,9 @@
 
 namespace brimvale::commandLine {
 
-/// Writes one JSON document (RFC 8259) piece by piece, and puts in commas and closing brackets itself. Always
-/// valid UTF-8, and plain text on a terminal. Nothing is kept but the brackets that are open, so a document
-/// may be of any length and any depth.
+/// Writes one JSON document (RFC 8259) piece by piece, and adds commas and closing brackets itself. The
+/// output is valid UTF-8 and plain text on a terminal. Only the open brackets are kept in memory, so a
+/// document may have any length and any depth.
 class JsonWriter {
 public:
     explicit JsonWriter(Output &output) : output_(output) {}
@@ -24,7 +24,7 @@ public:
     /// The name of the next value, in an object.
     void key(std::string_view name);
 
-    /// A string; what is not UTF-8 in it becomes U+FFFD.
+    /// A string. Bytes that are not UTF-8 become U+FFFD.
     void value(std::string_view bytes);
     void value(const char *text) { value(std::string_view(text)); }
     void value(const std::string &bytes) { value(std::string_view(bytes)); }
@@ -41,7 +41,7 @@ public:
         value(memberValue);
     }
 
-    /// The same where there is a value, else null.
+    /// The same for a value that may be missing, which is written as null.
     template<class T>
     void member(std::string_view name, const std::optional<T> &memberValue) {
         key(name);

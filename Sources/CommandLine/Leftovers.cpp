@@ -22,7 +22,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-/// The bundle at a path as it was typed; nothing where there is none.
+/// The bundle at a path as typed; nothing if there is none.
 std::optional<InstalledApp> appAt(std::string_view typed) {
     const auto place = resolveGivenPath(typed);
     if (!std::holds_alternative<FileURL>(place))
@@ -38,7 +38,7 @@ std::vector<InstalledApp> appsIdentifiedBy(std::string_view identifier) {
     return apps;
 }
 
-/// The application that is meant; nothing, and a sentence on standard error, where that is not clear.
+/// The application that the operand names. If none or several match, reports that and returns nothing.
 std::optional<InstalledApp> appMeantBy(std::string_view typed) {
     if (typed.find('/') == std::string_view::npos) {
         const std::vector<InstalledApp> apps = appsIdentifiedBy(typed);

@@ -24,7 +24,7 @@ constexpr std::array globalOptions = {
     Option{.name = "--version", .help = "Print the version."},
 };
 
-/// Puts the named system in force; false when there is none of that name.
+/// Selects the named system; false if there is no such system.
 bool useSystemNamed(std::string_view name) {
     if (name != "macos" && name != "linux")
         return false;

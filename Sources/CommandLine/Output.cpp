@@ -44,7 +44,7 @@ void Output::flush() {
 
 std::optional<FileError> Output::finish() {
     flush();
-    // Some file systems tell only now that there was no room.
+    // Some file systems report only now that the disk is full.
     check(std::fclose(stream_) == 0);
     return failure_;
 }

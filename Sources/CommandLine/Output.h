@@ -9,8 +9,8 @@
 
 namespace brimvale::commandLine {
 
-/// What a command prints, on its way to a stream through a buffer of fixed size, so that a document of any
-/// length takes no memory. The first failure is kept, and everything after it is dropped.
+/// The output of a command. It goes to a stream through a buffer of fixed size, so the memory does not depend
+/// on the length of a document. Keeps the first failure, and drops all output after it.
 class Output {
 public:
     explicit Output(std::FILE *stream);
@@ -18,17 +18,15 @@ public:
     Output(const Output &) = delete;
     Output &operator=(const Output &) = delete;
 
-    /// Whether a reader gets it on a terminal that shows styles, and wants them (the variable NO_COLOR
-    /// unset).
+    /// Whether the output goes to a terminal that shows styles, and the variable NO_COLOR is not set.
     [[nodiscard]] bool isStyled() const;
 
     void write(std::string_view text);
 
-    /// Passes on what waits in the buffer: for lines that a reader should see before the next one is ready.
+    /// Writes out the buffer, so that a reader sees these lines before the next one is ready.
     void flush();
 
-    /// Passes on what waits and closes the stream; nothing can be written afterwards. The first failure that
-    /// there was, from the first byte to the closing.
+    /// Writes out the buffer and closes the stream; call it last. Returns the first failure since the start.
     [[nodiscard]] std::optional<FileError> finish();
 
 private:

@@ -8,13 +8,13 @@
 
 namespace brimvale::commandLine {
 
-/// What the overview shows.
+/// The figures that the overview shows.
 struct OverviewFigures {
     std::vector<VolumeInfo> volumes;
     std::vector<MeasuredCategory> categories; ///< all of them, System Data resolved
 };
 
-/// Measures all of it, with progress on a terminal, until it is done or `cancelled` is set.
+/// Measures everything, with progress on a terminal, until it is done or `cancelled` is set.
 [[nodiscard]] OverviewFigures measureOverview(const StopFlag &cancelled);
 
 } // namespace brimvale::commandLine

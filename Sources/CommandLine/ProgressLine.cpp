@@ -17,10 +17,10 @@ namespace {
 
 constexpr auto interval = std::chrono::milliseconds(100);
 
-/// Back to the start of the line, and nothing on it (ECMA-48).
+/// Moves to the start of the line and clears it (ECMA-48).
 constexpr const char *wipedLine = "\r\033[K";
 
-/// A terminal that has its last column filled may already have gone on to the next line.
+/// If the last column is filled, a terminal may already have moved to the next line.
 std::size_t usableColumns() {
     winsize size{};
     return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col - 1U : 79U;
@@ -64,7 +64,7 @@ ScanProgress::ScanProgress(const ScanStats &stats) : stats_(stats) {
     try {
         thread_ = std::thread([this] { drawUntilEnd(); });
     } catch (const std::system_error &) {
-        // The system gives no thread, and the scan can do without being watched.
+        // The system gives no thread. The scan works without a progress line.
     }
 }
 

@@ -10,8 +10,8 @@
 
 namespace brimvale::commandLine {
 
-/// How far a work is, as one line on standard error that every call of `show` draws anew, and that is wiped
-/// with the object. Does nothing where standard error is no terminal.
+/// The progress of some work, as one line on standard error. Every call of `show` replaces it, and the
+/// destructor clears it. Does nothing if standard error is not a terminal.
 class ProgressLine {
 public:
     ProgressLine();
@@ -21,20 +21,20 @@ public:
 
     [[nodiscard]] bool isShown() const { return isShown_; }
 
-    /// Shows `text` and, where there is room behind it, the end of `detail`. Both have to be harmless on a
-    /// terminal already (`terminalText`). A text that is too wide itself is shown by its end.
+    /// Shows `text` and, if there is room after it, the end of `detail`. Both must already be harmless on a
+    /// terminal (`terminalText`). If `text` itself is too wide, only its end is shown.
     void show(std::string_view text, std::string_view detail = {}) const;
 
 private:
     bool isShown_;
 };
 
-/// How many steps of a measurement are done, as a progress line.
+/// The number of finished steps of a measurement, as a progress line.
 class StepProgress {
 public:
     explicit StepProgress(std::size_t total);
 
-    /// Tells that one more is done. By one thread at a time.
+    /// Counts one more step. Called by one thread at a time.
     void step();
 
 private:
@@ -45,8 +45,8 @@ private:
     std::size_t done_ = 0;
 };
 
-/// How far a scan is, as a progress line: drawn at once, and again ten times a second while the object lives.
-/// Does nothing where no thread can be had.
+/// The progress of a scan, as a progress line: drawn at once, then ten times a second while the object lives.
+/// Does nothing if the system gives no thread.
 class ScanProgress {
 public:
     explicit ScanProgress(const ScanStats &stats);

@@ -9,8 +9,8 @@
 
 namespace brimvale::commandLine {
 
-// Each record as one JSON object with its members by their names: a date in ISO 8601, a place as its path, an
-// enumerator by its name, what is absent as null.
+// Each record becomes one JSON object with its members by name: a date in ISO 8601, a place as its path, an
+// enumerator by its name, a missing value as null.
 
 void writeRecord(JsonWriter &json, const VolumeInfo &volume);
 void writeRecord(JsonWriter &json, const LocalSnapshot &snapshot);

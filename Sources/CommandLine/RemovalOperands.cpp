@@ -13,7 +13,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-/// Where the item itself is, whatever links its path goes through.
+/// The place of the item itself, with the links in its parent's path resolved.
 FileURL realPlace(const FileURL &item) {
     const FileURL standardized = item.standardized();
     std::error_code error;
@@ -21,7 +21,7 @@ FileURL realPlace(const FileURL &item) {
     return error ? standardized : FileURL(folder.native()).appending(standardized.fileName());
 }
 
-/// The admitted places, with the operand that names each first.
+/// The places the guards allow, each with the first operand that names it.
 using Places = std::unordered_map<FileURL, std::size_t>;
 
 bool goesWithAnother(const FileURL &place, std::size_t operand, const Places &admitted) {

@@ -8,13 +8,13 @@
 
 namespace brimvale::commandLine {
 
-/// What the paths on the command line ask to remove.
+/// The items that the operands ask to remove.
 struct RemovalOperands {
-    std::vector<FileURL> urls;     ///< in their order, as they were typed but absolute
-    std::vector<FileURL> admitted; ///< those of them that the guards let pass
+    std::vector<FileURL> urls;     ///< all of them, absolute, otherwise as typed and in that order
+    std::vector<FileURL> admitted; ///< those that the guards allow
 
-    /// Reads the paths. One that names the same item as another that is let pass, or an item in it, is left
-    /// out: it goes with that one. Nothing when a path cannot be resolved, which is told on standard error.
+    /// Reads the paths. A path is left out if another allowed path names the same item or one of its
+    /// ancestors. If a path cannot be resolved, reports that on standard error and returns nothing.
     [[nodiscard]] static std::optional<RemovalOperands> from(std::span<const char *const> typed);
 };
 

@@ -38,8 +38,8 @@ Route routeIn(const Arguments &arguments) {
     return arguments.has("--delete") ? Route::deletion : Route::trash;
 }
 
-/// The items with their sizes, as far as they were measured before `stopped` is set. What the guards refuse
-/// is not measured, and will not be removed.
+/// The items with the sizes measured before `stopped` was set. Items that the guards refuse are not measured,
+/// and will not be removed.
 std::vector<CleanupEntry> measureOperands(const RemovalOperands &operands, const StopFlag &stopped) {
     const ScanOptions scanOptions = ScanOptions::standard();
     const std::unordered_set<FileURL> admitted(operands.admitted.begin(), operands.admitted.end());
@@ -67,7 +67,7 @@ std::string question(const RemovalOperands &operands, const std::vector<CleanupE
            " This cannot be undone.";
 }
 
-/// Removes the items; they come with their sizes where they were `measured` for the question.
+/// Removes the items. If they were `measured` for the question, they have their sizes.
 RemovalResult removeBy(Route route, const std::vector<FileURL> &urls,
                        const std::optional<std::vector<CleanupEntry>> &measured, RemovalProgress &progress) {
     if (route == Route::administrator)
@@ -115,7 +115,7 @@ void report(Output &output, const RemovalResult &result, bool isJson) {
         printError(terminalText(url.path()) + ": needs admin rights (see --as-admin)");
 }
 
-/// How the command ends that was stopped, or that was told not to go on, before anything was removed.
+/// Ends a command that was stopped, or whose question was answered with no, before anything was removed.
 ExitStatus endUnbegun(Output &output, bool isJson, ExitStatus status) {
     if (isJson)
         writeResult(output, {});

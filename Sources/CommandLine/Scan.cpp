@@ -78,8 +78,8 @@ void writeSummary(Output &output, const SizedTree &result, const ScanStats &stat
     output.write(line.append(seconds.data()));
 }
 
-/// Keeps the tree until the program has ended, which gives its memory back at once: to take a million nodes
-/// apart one by one costs more than to sort them.
+/// Keeps the tree until the program ends, which frees its memory at once. Destroying a million nodes one by
+/// one takes longer than sorting them.
 void leaveToTheSystem(std::unique_ptr<FSNode> tree) {
     [[maybe_unused]] static const FSNode *kept = nullptr;
     kept = tree.release();

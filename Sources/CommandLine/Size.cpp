@@ -18,7 +18,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-/// Prints one measured path after the other, as a table or as a JSON array.
+/// Prints the measured paths one after another, as a table or as a JSON array.
 class Report {
 public:
     Report(Output &output, bool isJson) : output_(output), json_(output), isJson_(isJson) {
@@ -62,7 +62,7 @@ private:
     bool hasTitles_ = false;
 };
 
-/// Measures one path and reports it; answers what was in the way instead.
+/// Measures one path and prints its size, or returns the reason for the failure.
 std::optional<FileError> measureOperand(std::string_view typed, const ScanOptions &scanOptions,
                                         const StopFlag &cancelled, Report &report) {
     const auto place = placeToMeasure(typed, scanOptions.skippedPaths);

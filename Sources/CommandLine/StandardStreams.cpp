@@ -12,7 +12,7 @@ namespace brimvale::commandLine {
 void occupyStandardStreams() {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         if (fcntl(stream, F_GETFD) < 0)
-            // The lowest free descriptor is the one that is missing. Each gets the wrong direction.
+            // The lowest free descriptor is the missing one. Each is opened for the wrong direction.
             static_cast<void>(open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY));
 }
 

@@ -28,7 +28,7 @@ char32_t codePoint(std::string_view character) {
     return code;
 }
 
-/// The picture of an ASCII control (U+2400 and up, in UTF-8).
+/// The visible symbol for an ASCII control (U+2400 and up, in UTF-8).
 std::string controlPicture(char32_t control) {
     return {'\xE2', '\x90', static_cast<char>(0x80 + (control == 0x7F ? 0x21 : control))};
 }
@@ -67,13 +67,13 @@ std::string rightAligned(std::string_view text, std::size_t width) {
 
 std::string endOfText(std::string_view text, std::size_t columns) {
     std::size_t used = 0;
-    std::size_t start = text.size(); // of what fits by itself
-    std::size_t shortened = start;   // of what fits behind the ellipsis
+    std::size_t start = text.size(); // of the part that fits without an ellipsis
+    std::size_t shortened = start;   // of the part that fits after the ellipsis
     while (start > 0) {
         std::size_t before = start - 1;
         while (isContinuation(text[before]))
             --before;
-        // Nothing below U+1100 is wide.
+        // No character below U+1100 is wide.
         used += codePoint(text.substr(before, start - before)) < 0x1100 ? 1U : 2U;
         if (used > columns)
             return columns == 0 ? std::string() : "…" + std::string(text.substr(shortened));

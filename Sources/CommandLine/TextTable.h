@@ -10,7 +10,7 @@
 
 namespace brimvale::commandLine {
 
-/// Rows for reading: one line each, in columns two spaces apart and as wide as what stands in them.
+/// A table as text: one line per row. The columns are two spaces apart and as wide as their widest cells.
 class TextTable {
 public:
     struct Column {
@@ -27,7 +27,8 @@ public:
 
     explicit TextTable(std::vector<Column> columns) : columns_(std::move(columns)) {}
 
-    /// Adds a row with a cell for each column, harmless on a terminal already (`terminalText`).
+    /// Adds a row with a cell for each column. The cells must already be harmless on a terminal
+    /// (`terminalText`).
     void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
 
     /// Writes the titles and the rows.

@@ -7,7 +7,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-/// A node whose object is not yet closed, and which of its children comes next.
+/// A node whose object is still open, and the index of its next child.
 struct OpenNode {
     const FSNode *node;
     std::size_t next;

@@ -6,8 +6,8 @@
 
 namespace brimvale::commandLine {
 
-/// Writes a node and what lies beneath it as one JSON value, as it walks: an object with the stored members
-/// of each node by their names, `path` on `root` alone, and `children` last, where there are any to tell.
+/// Writes a node and its descendants as one JSON value, without recursion: an object per node with the stored
+/// members by name, `path` only for `root`, and `children` last, if there are any to write.
 void writeTree(JsonWriter &json, const FSNode &root, const TreeLimits &limits);
 
 } // namespace brimvale::commandLine

@@ -9,19 +9,19 @@
 
 namespace brimvale::commandLine {
 
-/// How much of a sorted tree is told.
+/// How much of a sorted tree is printed.
 struct TreeLimits {
     static constexpr std::int64_t unlimited = std::numeric_limits<std::int64_t>::max();
 
-    std::int64_t depth = unlimited; ///< levels beneath the root
-    std::int64_t top = unlimited;   ///< children of a node, from the first on
+    std::int64_t depth = unlimited; ///< levels below the root
+    std::int64_t top = unlimited;   ///< children per node, the largest first
 
-    /// Whether anything is told of the children of a node that lies `level` levels beneath the root.
+    /// Whether children are printed for a node `level` levels below the root.
     [[nodiscard]] bool opensLevel(std::size_t level) const {
         return static_cast<std::int64_t>(level) < depth;
     }
 
-    /// How many children of such a node are told one by one.
+    /// The number of children of such a node that are printed one by one.
     [[nodiscard]] std::size_t childrenToTell(const FSNode &node) const {
         return static_cast<std::size_t>(std::min(top, static_cast<std::int64_t>(node.children().size())));
     }

@@ -32,12 +32,12 @@ public:
     void write();
 
 private:
-    /// A node whose children are being told.
+    /// A node whose children are being printed.
     struct Level {
         const FSNode *node;
-        std::size_t next;        ///< of the children
-        std::size_t toTell;      ///< one by one; the others in one line
-        std::size_t linesLength; ///< how much of `lines_` stands before what belongs to the level
+        std::size_t next;        ///< index of the next child
+        std::size_t toTell;      ///< children printed one by one; the others share one line
+        std::size_t linesLength; ///< the length of `lines_` before this level's part
     };
 
     void open(const FSNode &node, std::size_t linesLength);
@@ -46,7 +46,7 @@ private:
     void writeRest(Level &level);
     void writeRow(std::string_view size, std::string_view files, std::string_view name);
     [[nodiscard]] std::string labelOf(const FSNode &node) const;
-    /// What is no name, fainter where that can be shown.
+    /// Text that is not a name, fainter if the output has styles.
     [[nodiscard]] std::string aside(std::string_view text) const {
         return isStyled_ ? faint(text) : std::string(text);
     }
@@ -59,7 +59,7 @@ private:
     std::size_t sizeWidth_ = 0;
     std::size_t filesWidth_ = 0;
     std::vector<Level> levels_;
-    std::string lines_; ///< the lines of the tree that run down past the innermost level
+    std::string lines_; ///< the vertical lines of all open levels
 };
 
 void Table::write() {

@@ -38,7 +38,7 @@ constexpr std::array treemapOptions = {
     Option{"--svg", Option::Value::text, "FILE", "Draw a picture into FILE, which is overwritten."},
 };
 
-/// What cannot be done without the options that are required, if one is missing.
+/// The reason if a required option is missing.
 std::optional<std::string_view> missingOption(const Arguments &arguments) {
     for (const std::string_view name : {"--width", "--height"})
         if (!arguments.has(name))
@@ -106,7 +106,7 @@ void writeTiles(Output &output, const std::vector<TreemapTile> &tiles) {
     table.write(output);
 }
 
-/// Draws the picture that was asked for; what was in the way is told on standard error.
+/// Writes the requested picture. Reports a failure on standard error.
 bool drawPicture(std::string_view typed, const LaidOutTreemap &treemap) {
     const auto place = resolveGivenPath(typed);
     const auto *error = std::get_if<FileError>(&place);

@@ -37,7 +37,7 @@ std::string hexadecimal(const Color &color) {
     return text.data();
 }
 
-/// Text that `terminalText` has made, for XML, which cannot hold two of the characters in any form.
+/// Text from `terminalText`, escaped for XML. XML cannot contain two of its characters in any form.
 std::string escaped(std::string_view text) {
     std::string xml;
     while (!text.empty()) {
@@ -59,7 +59,7 @@ std::string escaped(std::string_view text) {
     return xml;
 }
 
-/// About how wide a character is, and rather too wide: the font is not known.
+/// The estimated width of a character. It is too wide rather than too narrow, because the font is not known.
 double estimatedWidth(std::string_view character) {
     const auto lead = static_cast<unsigned char>(character[0]);
     if (lead >= 0x80)
@@ -71,7 +71,7 @@ double estimatedWidth(std::string_view character) {
     return fontSize * (character[0] >= 'A' && character[0] <= 'Z' ? 0.7 : 0.6);
 }
 
-/// `text` (well-formed UTF-8), with "…" in its middle where it would be wider than `width`.
+/// `text` (well-formed UTF-8), with "…" in its middle if it is wider than `width`.
 std::string fitting(std::string_view text, double width) {
     const auto isContinuation = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
     std::vector<std::size_t> starts; // of the characters, and the end
@@ -90,20 +90,20 @@ std::string fitting(std::string_view text, double width) {
     if (excess <= 0)
         return std::string(text);
     excess += estimatedWidth("…");
-    std::size_t end = count / 2; // of what stays before the ellipsis
-    std::size_t next = end;      // what stays behind it
+    std::size_t end = count / 2; // of the part before the ellipsis
+    std::size_t next = end;      // the start of the part after it
     while (excess > 0 && (end > 0 || next < count))
         excess -= widthOf(end > count - next ? --end : next++);
     return std::string(text.substr(0, starts[end])).append("…").append(text.substr(starts[next]));
 }
 
-/// The attributes that put a rectangle in its place.
+/// The attributes for the position and size of a rectangle.
 std::string placed(const Rect &rect) {
     return "x=\"" + decimal(rect.x) + "\" y=\"" + decimal(rect.y) + "\" width=\"" + decimal(rect.width) +
            "\" height=\"" + decimal(rect.height) + "\"";
 }
 
-/// A frame of the border's width, inside the edge of the tile. Strokes lie on both sides of their line.
+/// A frame as wide as the border, inside the edge of the tile. SVG centres a stroke on its line.
 Rect borderLine(const Rect &tile) {
     constexpr double inset = TreemapStyle::borderWidth / 2;
     return {tile.x + inset, tile.y + inset, std::max(0.0, tile.width - 2 * inset),
@@ -140,8 +140,7 @@ void writeTile(std::string &svg, const TreemapTile &tile, std::size_t index) {
     svg.append("</g>\n");
 }
 
-/// The shadow of labels. Thin letters leave little when they are blurred, so it takes a third of full
-/// blackness for the full shadow.
+/// The shadow of labels. Blurred thin letters are faint, so a third of full black gives the full shadow.
 void writeShadow(std::string &svg) {
     const std::string opacity = decimal(TreemapStyle::shadowOpacity);
     svg.append("<defs><filter id=\"shadow\">"

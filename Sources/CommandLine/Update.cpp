@@ -25,9 +25,9 @@ constexpr std::array ownOptions = {
            "Look at this feed instead (https, or http on this machine)."},
 };
 
-/// The state that a check of the feed ends in.
+/// The state at the end of a check of the feed.
 UpdateState check(UpdateEnvironment environment) {
-    // The toolkit would complain about a locale that is not UTF-8, which is not what was asked for.
+    // Qt would warn about a locale that is not UTF-8, which would only distract here.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     int argumentCount = 1;
     std::array<char, 12> name{"brimvalectl"};

@@ -11,7 +11,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-/// Nobody waits for a first paint here, and a server in another town may answer yet.
+/// No window waits for this, so even a slow server has time to answer.
 constexpr std::chrono::seconds patience{2};
 
 void writeVolumes(Output &output, const std::vector<VolumeInfo> &volumes) {

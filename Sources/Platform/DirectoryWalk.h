@@ -12,7 +12,7 @@
 
 namespace brimvale {
 
-/// The visitor's own name for a folder: the walk passes it back untouched.
+/// The visitor's handle for a folder. The walk passes it back unchanged.
 using FolderHandle = void *;
 
 /// Receives what a walk finds. One visitor serves one walk and is called only on the walk's thread. A folder
@@ -98,15 +98,15 @@ private:
     std::vector<FileIdentity> ancestors_; ///< of that parent and its walked ancestors, outermost first
 };
 
-/// A physical walk of folders: no link is followed, no folder is entered within itself, and, unless mount
-/// points are crossed, no other device than that of each starting folder. It keeps at most
-/// `maximumOpenFolders` folders open besides the one it started from and the one it reads, however deep it
-/// goes, and never recurses.
+/// A physical walk of folders: no link is followed, no folder is entered within itself and, unless mount
+/// points are crossed, each walk stays on the device of its starting folder. It keeps at most
+/// `maximumOpenFolders` folders open besides the starting and the current one, at any depth, and never
+/// recurses.
 ///
-/// `cancelled` is looked at before every entry, and ends the walk.
+/// `cancelled` is checked before every entry, and ends the walk.
 ///
-/// The work is cut into steps of one folder each, and between two steps about half of what waits nearest to
-/// the start can be handed over to another walk.
+/// Each step reads one folder. Between two steps, another walk can take about half of the waiting subfolders
+/// nearest to the start.
 class DirectoryWalk {
 public:
     static constexpr std::size_t maximumOpenFolders = 6;
@@ -116,7 +116,7 @@ public:
     /// Enters and reads the next folder. False when none is left or the walk was cancelled.
     bool step();
 
-    /// Takes waiting subfolders from this walk for another one. Nothing when it has none to spare.
+    /// Takes waiting subfolders from this walk for another one. Nothing if it has none to spare.
     [[nodiscard]] std::optional<PendingFolders> handOver();
 
 private:

@@ -13,7 +13,7 @@ struct RemovalProgress {
     /// The number of files, links and folders removed; it only grows.
     std::atomic<std::int64_t> entriesRemoved = 0;
 
-    /// Ends the removal: what is gone by then stays gone.
+    /// Stops the removal. Items removed before stay removed.
     StopFlag cancelled = {};
 };
 

@@ -15,7 +15,7 @@ namespace brimvale {
 
 namespace {
 
-/// Answers whether there was anything to take out.
+/// Returns whether anything was dropped.
 bool dropApps(std::vector<AppRow> &rows, const GonePaths &gone) {
     std::size_t dropped = std::erase_if(rows, [&](const AppRow &row) { return gone.contains(row.app.url); });
     for (AppRow &row : rows)
@@ -65,7 +65,7 @@ void Apps::loadApps() {
         });
 }
 
-/// The applications without figures, and without those that were removed before the list got here.
+/// Publishes the applications without figures, and without those removed since loading began.
 void Apps::list(const std::vector<InstalledApp> &found) {
     update([&](AppState &state) {
         state.apps.clear();

@@ -20,7 +20,7 @@ struct AppState {
     bool includeSystemApps = false;
 };
 
-/// The installed applications and what they leave outside their bundles.
+/// The installed applications and their leftovers.
 class Apps : public Part<AppState> {
     Q_OBJECT
 
@@ -28,21 +28,20 @@ public:
     /// Both must outlive it.
     Apps(Workers &workers, Removals &removals);
 
-    /// Whether `loadApps` lists the applications of the system too. They are listed afresh: at once, or when
-    /// the analysis under way is done.
+    /// Whether `loadApps` also lists the applications of the system. A change lists them again: at once, or
+    /// when the running analysis is done.
     void setIncludeSystemApps(bool include);
 
-    /// Lists the installed applications, then analyses them; each one's figures are published as they are
-    /// ready. Does nothing while it runs.
+    /// Lists the installed applications, then analyses them, and publishes the figures of each when they are
+    /// ready. Does nothing while it is already running.
     void loadApps();
 
-    /// Removes an application's leftovers and, if asked, the application itself. Nothing happens where it is
-    /// not listed.
+    /// Removes an application's leftovers and, if requested, the application itself. Does nothing if the
+    /// application is not listed.
     void uninstall(const InstalledApp &app, const std::vector<LeftoverItem> &leftovers, bool includeBundle,
                    RemovalMode mode);
 
-    /// Takes the rows of applications that are gone and leftovers that are gone out of the list, also out of
-    /// what is still being analysed.
+    /// Drops the rows of removed applications, and removed leftovers, including those still being analysed.
     void drop(const GonePaths &gone);
 
 private:
@@ -51,7 +50,7 @@ private:
 
     Workers &workers_;
     Removals &removals_;
-    GonePaths goneSinceBegin_; ///< while it loads
+    GonePaths goneSinceBegin_; ///< since loading began
 };
 
 } // namespace brimvale

@@ -36,7 +36,7 @@ std::string detailOf(const ArchiveProgress &progress, const std::vector<FileURL>
     return "“" + name + "”, " + Fmt::byteFormatter(progress.bytes) + " of " + Fmt::byteFormatter(total);
 }
 
-/// Why nothing is removed after a backup that is not good.
+/// The reason why nothing is removed after a failed backup.
 std::string reasonOf(const ArchiveResult &result, bool isCancelled) {
     if (!result.failed.empty())
         return result.failed.front().second;
@@ -106,7 +106,7 @@ void Backups::showProgress(const ArchiveProgress &progress, const std::vector<Fi
 
 void Backups::finishArchive(const ArchiveResult &result, const std::vector<CleanupEntry> &entries,
                             RemovalMode mode, bool isSameVolume) {
-    // The user may have cancelled when all was copied, and must not be asked to delete anything then.
+    // The user may have cancelled after everything was copied. Then nothing may be offered for removal.
     const bool isCancelled = result.isCancelled || archiveCancelled_.isSet();
     const bool isGood = !isCancelled && result.failed.empty() && !result.copied.empty();
     update([&](BackupState &state) {
@@ -127,7 +127,7 @@ void Backups::finishArchive(const ArchiveResult &result, const std::vector<Clean
             state.archiveError = "Nothing was deleted. " + reasonOf(result, isCancelled);
         }
     });
-    if (isGood || isCancelled) // after a cancellation the user knows
+    if (isGood || isCancelled) // a user who cancelled needs no message
         return;
     RemovalResult failures;
     for (const auto &[url, reason] : result.failed)

@@ -20,38 +20,37 @@ struct BackupState {
     bool isArchiving = false;
     double archiveProgress = 0; ///< 0 to 1, by bytes
     std::optional<std::string> archiveStatus = {};
-    /// The item that a backup is at, and how many bytes of how many are copied; empty when idle.
+    /// The item being backed up, and how many bytes of how many are copied; empty when idle.
     std::string archiveDetail = {};
     std::optional<std::string> archiveError = {};
     std::optional<FileURL> lastArchiveDestination = {};
-    FileURL backupRoot; ///< the folder that backups go to
+    FileURL backupRoot; ///< the folder for backups
     std::optional<PendingDeletion> pendingDeletion = {};
 };
 
-/// Backups that are reviewed before their originals are removed.
+/// Makes backups, which the user reviews before the originals are removed.
 class Backups : public Part<BackupState> {
     Q_OBJECT
 
 public:
     /// Both must outlive it.
     Backups(Workers &workers, Removals &removals);
-    /// Gives a backup under way up.
+    /// Cancels a running backup.
     ~Backups() override;
 
-    /// Sets the folder that backups go to.
+    /// Sets the folder for backups.
     void chooseBackupRoot(FileURL folder);
 
-    /// Copies entries into a backup folder in `destination` and verifies the copies. Where all are good, the
-    /// backup is published for review and the originals stay until that is confirmed; else the first reason
-    /// is published as an error. Does nothing while another backup is made.
+    /// Copies entries into a backup folder in `destination` and verifies the copies. If all are good,
+    /// publishes the backup for review; the originals stay until the user confirms. Otherwise publishes the
+    /// first failure as an error. Does nothing while another backup is running.
     void archiveThenReview(const std::string &label, const FileURL &destination,
                            const std::vector<CleanupEntry> &entries, RemovalMode mode);
-    /// Gives the backup under way up; the originals stay.
+    /// Cancels the running backup; the originals stay.
     void cancelArchive();
-    /// Removes the originals of the reviewed backup, or, while another removal is under way, once that has
-    /// ended.
+    /// Removes the originals of the reviewed backup, after any removal that is already running.
     void confirmPendingDeletion();
-    /// Keeps the originals of the reviewed backup, and the backup.
+    /// Keeps both the originals of the reviewed backup and the backup.
     void cancelPendingDeletion();
 
 private:
@@ -63,7 +62,7 @@ private:
 
     Workers &workers_;
     Removals &removals_;
-    std::optional<PendingDeletion> confirmed_; ///< goes as soon as another removal has ended
+    std::optional<PendingDeletion> confirmed_; ///< waits for another removal to end
     StopFlag archiveCancelled_;
 };
 

@@ -11,7 +11,7 @@ namespace brimvale {
 
 namespace {
 
-/// Answers whether there was anything to take out.
+/// Returns whether anything was dropped.
 bool dropEntries(CleanupTarget &target, const GonePaths &gone) {
     return std::erase_if(target.entries,
                          [&](const CleanupEntry &entry) { return gone.contains(entry.url); }) > 0;
@@ -51,7 +51,7 @@ void Cleanup::measureCleanup() {
         });
 }
 
-/// Puts a target that has been measured in its place, without what was removed before it got here.
+/// Publishes a measured target, without the items removed since measuring began.
 void Cleanup::show(CleanupTarget measured, double progress) {
     dropEntries(measured, goneSinceBegin_);
     update([&](CleanupState &state) {

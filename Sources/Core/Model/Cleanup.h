@@ -16,7 +16,7 @@ struct CleanupState {
     double cleanupProgress = 0; ///< 0 to 1
 };
 
-/// The places whose contents can be removed and come back on their own.
+/// The places whose contents programs create again.
 class Cleanup : public Part<CleanupState> {
     Q_OBJECT
 
@@ -24,17 +24,18 @@ public:
     /// `workers` must outlive it.
     explicit Cleanup(Workers &workers);
 
-    /// Measures every cleanup target; each is published as it is done. Does nothing while one runs.
+    /// Measures every cleanup target, and publishes each when it is measured. Does nothing while it is
+    /// already running.
     void measureCleanup();
 
-    /// Takes what is gone out of every target, also out of those that are still being measured.
+    /// Drops removed items from every target, including those still being measured.
     void drop(const GonePaths &gone);
 
 private:
     void show(CleanupTarget measured, double progress);
 
     Workers &workers_;
-    GonePaths goneSinceBegin_; ///< while it measures
+    GonePaths goneSinceBegin_; ///< since measuring began
 };
 
 } // namespace brimvale

@@ -12,12 +12,12 @@
 
 namespace brimvale {
 
-/// In the order in which they need each other.
+/// In the order in which they depend on each other.
 struct CorvelModel::Parts {
     explicit Parts(RemovalActions &removalActions) : actions(removalActions) {}
 
     RemovalActions &actions;
-    Workers workers; // destroyed after the parts have cancelled what runs
+    Workers workers; // destroyed after the parts have cancelled their work
     Volumes volumes{workers, actions};
     ScanSession scan{workers, volumes};
     Removals removals{workers, actions, volumes, scan};

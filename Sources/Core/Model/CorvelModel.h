@@ -13,18 +13,18 @@ class ScanSession;
 class Storage;
 class Volumes;
 
-/// The one observable object of the application. It owns the parts that pages read, listen to and call, and
-/// ties them: what a removal takes away leaves every part. Lives on the main thread.
+/// The application model. It owns the parts that pages read, listen to and call, and connects them: what a
+/// removal removes disappears from every part. Belongs to the main thread.
 class CorvelModel {
     struct Parts;
     std::unique_ptr<Parts> parts_;
 
 public:
-    /// With the removals of the platform.
+    /// Uses the removal actions of the platform.
     CorvelModel();
-    /// `actions` carries out removals and outlives the model.
+    /// `actions` carries out removals and must outlive the model.
     explicit CorvelModel(RemovalActions &actions);
-    /// Cancels what runs and waits for it, also for an administrator's command.
+    /// Cancels all running work and waits for it, even for a command run as administrator.
     ~CorvelModel();
     CorvelModel(const CorvelModel &) = delete;
     CorvelModel &operator=(const CorvelModel &) = delete;

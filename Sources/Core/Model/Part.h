@@ -8,7 +8,7 @@ namespace brimvale {
 
 struct PublishedWriter;
 
-/// What all parts of the application model have in common: they announce that their state has changed.
+/// The signal of all parts: their state has changed.
 class AnnouncingPart : public QObject {
     Q_OBJECT
 
@@ -16,8 +16,8 @@ signals:
     void changed();
 };
 
-/// A part of the application model: one state, which everybody may read and only the part writes. Lives on
-/// the main thread; work runs in the background and its results come back there.
+/// A part of the application model. Everyone can read its state; only the part writes it. Belongs to the main
+/// thread; work runs in the background and returns its results there.
 template<class State>
 class Part : public AnnouncingPart {
 public:
@@ -29,7 +29,7 @@ protected:
 
     [[nodiscard]] const State &state() const { return state_; }
 
-    /// Changes the state through `change` and announces that once; not if `change` returns false.
+    /// Changes the state with `change` and announces it once, unless `change` returns false.
     template<class Change>
     void update(Change change) {
         if constexpr (std::is_same_v<std::invoke_result_t<Change &, State &>, bool>) {
@@ -41,11 +41,11 @@ protected:
         emit changed();
     }
 
-    /// For a change that is announced in another way.
+    /// The state, for a change that another signal announces.
     [[nodiscard]] State &unannounced() { return state_; }
 
 private:
-    friend PublishedWriter; // by which a test has a page show what it likes
+    friend PublishedWriter; // lets a test set any state
 
     State state_;
 };

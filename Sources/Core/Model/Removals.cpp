@@ -60,7 +60,7 @@ void Removals::stopRemoval() {
     update([](RemovalState &state) { state.removalActivity = RemovalActivity::stopping; });
 }
 
-/// Runs `work` in the background, if no other removal is under way.
+/// Runs `work` in the background, unless another removal is running.
 void Removals::begin(RemovalActivity activity, VolumesAreRead when,
                      std::function<RemovalResult(RemovalProgress &)> work) {
     if (isRemoving())
@@ -111,7 +111,7 @@ void Removals::showProgress() {
     });
 }
 
-/// The removal ends when its result is known and nothing of it is in the tree any more.
+/// A removal ends when its result is published and its items have left the tree.
 void Removals::endIfDropped() {
     if (!removal_ || !removal_->isDone || scan_.isDropping())
         return;

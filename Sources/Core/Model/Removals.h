@@ -21,68 +21,68 @@ class Volumes;
 class Workers;
 struct RemovalProgress;
 
-/// What a removal that is under way is doing.
+/// The phase of a removal.
 enum class RemovalActivity {
     none,
     removing,
-    stopping,       ///< it was told to, and ends before its next entry
-    asAdministrator ///< waits for a password or for the command, and cannot be stopped
+    stopping,       ///< cancelled; ends before its next entry
+    asAdministrator ///< waits for a password or the command; cannot be stopped
 };
 
 struct RemovalState {
     RemovalActivity removalActivity = RemovalActivity::none;
-    std::int64_t removedEntries = 0; ///< by the removal under way, or by the last one
-    /// The outcome of the most recent removal of any kind. `lastResultChanged` announces every one.
+    std::int64_t removedEntries = 0; ///< by the running removal, or the last one
+    /// The result of the most recent removal of any kind. `lastResultChanged` announces each.
     std::optional<RemovalResult> lastResult = {};
     std::int64_t totalFreedThisSession = 0; ///< bytes freed by every removal since launch
 };
 
-/// Starts every removal of the program, one at a time, and tells all parts what is gone. A removal that is
-/// asked for while another one is under way is not begun.
+/// Starts every removal of the program, one at a time, and announces to all parts what is gone. A removal
+/// requested while another one is running is not started.
 class Removals : public Part<RemovalState> {
     Q_OBJECT
 
 public:
-    /// All must outlive it. The removal counts as under way until `scan` has dropped what is gone.
+    /// All must outlive it. A removal is running until `scan` has dropped its items.
     Removals(Workers &workers, RemovalActions &actions, Volumes &volumes, const ScanSession &scan);
-    /// Stops a removal.
+    /// Cancels a running removal.
     ~Removals() override;
 
     [[nodiscard]] bool isRemoving() const { return state().removalActivity != RemovalActivity::none; }
 
-    /// Removes nodes of the scanned tree. Aggregates are left alone, and what is inside a node that is
-    /// removed goes with it. The volumes are read before `gone`.
+    /// Removes nodes of the scanned tree, except aggregates. Descendants of other given nodes go with those.
+    /// The volumes are read before `gone`.
     void removeNodes(const std::vector<FSNode *> &nodes, RemovalMode mode);
 
-    /// Removes entries of cleanup targets, or what belongs to an application. The volumes are read before
+    /// Removes entries of cleanup targets, or an application and its leftovers. The volumes are read before
     /// `gone`.
     void removeCleanupEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode);
 
     /// Removes rows of storage categories. The volumes are read after `gone`.
     void removeCategoryEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode);
 
-    /// Removes for good, as the administrator, what a removal has put into `needsAdmin`. The volumes are read
-    /// before `gone`.
+    /// Deletes, as administrator, items that a removal put into `needsAdmin`. The volumes are read before
+    /// `gone`.
     void escalate(const std::vector<FileURL> &urls);
 
-    /// Stops the removal under way before its next entry, where that is possible.
+    /// Stops the running removal before its next entry, if possible.
     void stopRemoval();
 
-    /// Publishes the outcome of something that was to end in a removal and did not.
+    /// Publishes a result without a removal, for work that failed before one could start.
     void publishResult(const RemovalResult &result);
 
 signals:
     void lastResultChanged();
-    /// Once a result, after it has been published: everything that lists one of these items drops it.
+    /// Emitted once per result, after it is published. Every list of these items drops them.
     void gone(const GonePaths &paths);
-    /// A removal has ended: another one can begin.
+    /// A removal has ended; another one can start.
     void ended();
 
 private:
     /// When the volumes are read after a removal.
     enum class VolumesAreRead { beforeGone, afterGone };
 
-    /// A removal under way.
+    /// The running removal.
     struct Removal {
         std::shared_ptr<RemovalProgress> progress;
         VolumesAreRead volumesAreRead;

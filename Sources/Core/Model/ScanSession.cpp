@@ -62,7 +62,7 @@ void ScanSession::startScan(std::optional<std::string> path) {
         },
         [this, walk](std::shared_ptr<FSNode> found) {
             std::erase(walks_, walk);
-            // Asked here, since a scan may be cancelled while its result waits for the event loop.
+            // Checked here, because a scan may be cancelled while its result waits for the event loop.
             if (walk->stats->cancelled())
                 workers_.dispose(std::exchange(found, nullptr));
             finishScan(found);
@@ -89,8 +89,8 @@ double ScanSession::elapsed() const {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - *scanStart_).count();
 }
 
-// A superseded scan ends here too when its walk returns, and so ends the newer scan's progress early; the
-// newer scan's tree still comes.
+// A superseded scan also ends here when its walk returns, and so ends the newer scan's progress early. The
+// newer scan's tree still arrives.
 void ScanSession::finishScan(const std::shared_ptr<FSNode> &found) {
     progressTimer_.stop();
     SessionState &ended = unannounced();
@@ -112,12 +112,12 @@ void ScanSession::finishScan(const std::shared_ptr<FSNode> &found) {
     volumes_.refreshVolumes();
 }
 
-/// Announces another tree, and frees the earlier one in the background: it has so many nodes that the window
-/// would be blocked.
+/// Announces another tree, and frees the earlier one in the background, because freeing so many nodes would
+/// block the window.
 void ScanSession::setTree(std::shared_ptr<FSNode> tree) {
     if (tree == state().tree)
         return;
-    waiting_.clear(); // they are the earlier tree's
+    waiting_.clear(); // they belong to the earlier tree
     dropping_ = {};
     std::shared_ptr<FSNode> earlier = std::exchange(unannounced().tree, std::move(tree));
     emit treeChanged();
@@ -145,8 +145,8 @@ void ScanSession::dropFromTree(const GonePaths &gone) {
         detachSlice();
 }
 
-/// Takes what is gone out of the tree for a moment, then lets the window go on: it may be many nodes of one
-/// large folder.
+/// Drops removed nodes for a short time, then lets the event loop run, because one large folder may have
+/// many.
 void ScanSession::detachSlice() {
     const auto end = std::chrono::steady_clock::now() + sliceOfDetaching;
     while (!waiting_.empty()) {
@@ -163,8 +163,8 @@ void ScanSession::detachSlice() {
     emit dropped();
 }
 
-/// Takes a node out of its parent and its size and files out of the figures of every folder above. The
-/// lengths and the numbers of folders stay as they were.
+/// Detaches a node and subtracts its size and files from all its ancestors. Logical sizes and numbers of
+/// folders stay unchanged.
 void ScanSession::detach(FSNode &node) {
     FSNode *parent = node.parent();
     emit nodeAboutToBeDetached(&node);

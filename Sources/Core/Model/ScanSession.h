@@ -21,11 +21,11 @@ class Workers;
 
 struct SessionState {
     std::string scanRootPath;
-    /// The last finished scan, sorted; null before the first and while one runs. Another tree is announced by
-    /// `treeChanged`, and a page must let go of the earlier one then.
+    /// The last finished scan, sorted; null before the first and during a scan. `treeChanged` announces
+    /// another tree; pages must then drop all pointers into the earlier one.
     std::shared_ptr<FSNode> tree = {};
     bool isScanning = false;
-    // Of the running scan, or of the finished one.
+    // Figures of the running or the finished scan.
     std::int64_t scanFiles = 0;
     std::int64_t scanBytes = 0;       ///< allocated
     std::string scanCurrentPath = {}; ///< empty when idle
@@ -34,43 +34,43 @@ struct SessionState {
     std::optional<Date> lastScanDate = {};
 };
 
-/// The scan that Browse shows, and the tree that it has found.
+/// The scan that Browse shows, and its tree.
 class ScanSession : public Part<SessionState> {
     Q_OBJECT
 
 public:
     /// Both must outlive it.
     ScanSession(Workers &workers, Volumes &volumes);
-    /// Cancels every scan that runs.
+    /// Cancels all running scans.
     ~ScanSession() override;
 
-    /// Sets the folder that the next scan measures (absolute); a running scan goes on.
+    /// Sets the folder for the next scan (absolute). A running scan continues.
     void chooseScanRoot(std::string path);
 
     /// Scans `path` if given, else the current scan root. A running scan is cancelled and superseded.
     void startScan(std::optional<std::string> path = std::nullopt);
 
-    /// The running scan's progress, null when idle. A page stops the scan by cancelling it.
+    /// The running scan's progress, null when idle. Pages cancel it to stop the scan.
     [[nodiscard]] const std::shared_ptr<ScanStats> &scanStats() const { return scanStats_; }
 
-    /// Ends the scan session, with the tree that it found or, after a cancellation, with none.
+    /// Ends the scan session, with the scanned tree or, after a cancellation, without one.
     void finishScan(const std::shared_ptr<FSNode> &found);
 
-    /// Takes what is gone out of the tree, and out of that of a running scan once it is there: at once where
-    /// it is little, else from the event loop, a slice at a time.
+    /// Drops removed nodes from the tree, and from the tree of a running scan when it arrives. Does little
+    /// work at once, and much work in slices from the event loop.
     void drop(const GonePaths &gone);
 
-    /// Whether nodes that are gone are still in the tree. `dropped` tells when this ends.
+    /// Whether removed nodes are still in the tree. `dropped` announces the end.
     [[nodiscard]] bool isDropping() const { return isDropping_; }
 
 signals:
     void treeChanged();
 
-    /// These are going to be removed from the tree, one after the other: time to let go of all at once.
+    /// These nodes will be removed from the tree one by one. Drop all pointers to them now.
     void nodesAboutToBeDetached(const std::vector<FSNode *> &nodes);
-    /// Around the removal of one node from the tree. Before, it is still in its place; afterwards it stands
-    /// alone and the figures of its former parents are updated. Only those who listen may still have it; it
-    /// must be let go of before the second announcement is over.
+    /// Emitted before and after one node is removed from the tree. Before, it is still in its place. After,
+    /// it has no parent and the figures of its former ancestors are updated. Only listeners of these signals
+    /// may still point to it, and must stop before the second signal returns.
     void nodeAboutToBeDetached(FSNode *node);
     void nodeDetached(FSNode *node);
     void dropped();
@@ -78,7 +78,7 @@ signals:
 private:
     struct Walk {
         std::shared_ptr<ScanStats> stats;
-        GonePaths gone; ///< removed since it began
+        GonePaths gone; ///< since it began
     };
 
     void pollScan();
@@ -93,12 +93,12 @@ private:
     std::shared_ptr<ScanStats> scanStats_;
     QTimer progressTimer_;
     std::optional<std::chrono::steady_clock::time_point> scanStart_;
-    std::vector<std::shared_ptr<Walk>> walks_; ///< that have not returned, superseded ones included
+    std::vector<std::shared_ptr<Walk>> walks_; ///< still running, including superseded ones
 
-    // Of what is being dropped.
+    // State of dropping removed nodes:
     bool isDropping_ = false;
     GonePaths dropping_;
-    std::vector<FSNode *> waiting_;                 ///< to be detached, from the end
+    std::vector<FSNode *> waiting_;                 ///< nodes to detach, from the end
     std::vector<std::unique_ptr<FSNode>> detached_; ///< freed in the background afterwards
 };
 

@@ -15,7 +15,7 @@ namespace brimvale {
 
 namespace {
 
-/// Takes rows that are gone out of a category, and answers whether there was any.
+/// Drops removed rows from a category, and returns whether there were any.
 bool dropRows(MeasuredCategory &category, const GonePaths &gone) {
     const auto dropped =
         std::erase_if(category.entries, [&](const CleanupEntry &entry) { return gone.contains(entry.url); });
@@ -91,7 +91,7 @@ void Storage::measureCategories() {
         [this](std::vector<CleanupEntry> rows) { finish(std::move(rows)); });
 }
 
-/// Puts a category that has been measured in its place, without what was removed before it got here.
+/// Publishes a measured category, without the rows removed since measuring began.
 void Storage::show(MeasuredCategory measured, double progress) {
     dropRows(measured, goneSinceBegin_);
     update([&](StorageState &state) {

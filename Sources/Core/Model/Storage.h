@@ -22,7 +22,7 @@ struct StorageState {
     std::optional<Date> lastCategoryScan = {};
 };
 
-/// The categories into which the used space of the root volume is divided.
+/// The categories that divide the used space of the root volume.
 class Storage : public Part<StorageState> {
     Q_OBJECT
 
@@ -30,23 +30,22 @@ public:
     /// Both must outlive it.
     Storage(Workers &workers, const Volumes &volumes);
 
-    /// Measures every storage category; each is published as it is done, the rows of System Data last. Does
-    /// nothing while one runs.
+    /// Measures every storage category, and publishes each when it is measured, the rows of System Data last.
+    /// Does nothing while it is already running.
     void measureCategories();
 
-    /// The category of that identifier; null where there is none. Valid until the next change.
+    /// The category with this identifier; null if there is none. Valid until the next change.
     [[nodiscard]] const MeasuredCategory *category(std::string_view id) const;
-    /// Bytes of all categories but System Data.
+    /// The bytes of all categories except System Data.
     [[nodiscard]] std::int64_t categorisedBytes() const;
-    /// Bytes of the rows of System Data.
+    /// The bytes of the rows of System Data.
     [[nodiscard]] std::int64_t systemDataAccounted() const;
 
-    /// Makes System Data what the used space of the root volume leaves after all other categories, once
-    /// there are figures to compare.
+    /// Sets System Data to the used space of the root volume minus all other categories, once these are
+    /// measured.
     void resolveRemainder();
 
-    /// Takes what is gone out of every category, also out of those that are still being measured, and has
-    /// System Data follow.
+    /// Drops removed rows from every category, including those still being measured, and updates System Data.
     void drop(const GonePaths &gone);
 
 private:
@@ -57,7 +56,7 @@ private:
 
     Workers &workers_;
     const Volumes &volumes_;
-    GonePaths goneSinceBegin_; ///< while it measures
+    GonePaths goneSinceBegin_; ///< since measuring began
 };
 
 } // namespace brimvale

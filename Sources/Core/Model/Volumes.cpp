@@ -10,7 +10,7 @@ namespace brimvale {
 
 namespace {
 
-/// For volumes that did not answer at once: they are on a network, or behind another program.
+/// For volumes that do not answer at once, because they are on a network or provided by another program.
 constexpr std::chrono::seconds patienceForDistantVolumes{2};
 
 } // namespace

@@ -22,7 +22,7 @@ struct VolumeState {
     friend bool operator==(const VolumeState &, const VolumeState &) = default;
 };
 
-/// The mounted volumes, the local snapshots, and whether the program may read everything.
+/// The mounted volumes, the local snapshots, and whether the program has full access to the disk.
 class Volumes : public Part<VolumeState> {
     Q_OBJECT
 
@@ -30,19 +30,19 @@ public:
     /// Both must outlive it.
     Volumes(Workers &workers, RemovalActions &actions);
 
-    /// The root file system's volume, else the first, else nothing.
+    /// The volume of the root file system, otherwise the first volume; nothing if there is none.
     [[nodiscard]] std::optional<VolumeInfo> rootVolume() const;
 
-    /// Reads the volumes and the access probe again, and the snapshots in the background. Announced where
-    /// anything is different.
+    /// Reads the volumes and the access probe again, and the snapshots in the background. Announces only
+    /// changes.
     void refreshVolumes();
 
-    /// Deletes a local snapshot as the administrator and reads the volumes and snapshots again. `done` is
-    /// told whether it was deleted. Does nothing while another one is being deleted.
+    /// Deletes a local snapshot as administrator and reads the volumes and snapshots again. Calls `done` with
+    /// whether it was deleted. Does nothing while another snapshot is being deleted.
     void deleteSnapshot(const LocalSnapshot &snapshot, const std::function<void(bool)> &done);
 
 signals:
-    /// The deletion of a snapshot has ended and the volumes have been read again.
+    /// The deletion of a snapshot has ended, and the volumes have been read again.
     void snapshotDeletionEnded();
 
 private:

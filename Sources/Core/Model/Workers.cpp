@@ -7,13 +7,13 @@ namespace brimvale {
 namespace {
 
 constexpr int leastWorkers = 6;
-/// A Mac gives half a megabyte, too little for its parser of property lists on the worst that we let it have.
+/// macOS gives threads half a megabyte, too little for its property list parser on the deepest list we allow.
 constexpr unsigned stackSize = 8 * 1024 * 1024;
 
 } // namespace
 
 Workers::Workers() {
-    // Most of them wait, for the disk or for a password.
+    // Most of them wait for the disk or for a password.
     pool_.setMaxThreadCount(std::max(pool_.maxThreadCount(), leastWorkers));
     pool_.setStackSize(stackSize);
 }

@@ -18,7 +18,7 @@ bool comesBefore(const FileURL &a, const FileURL &b) {
                                         [&](char one, char other) { return rank(one) < rank(other); });
 }
 
-/// The other paths of a folder, with links resolved and in the form that is shown; none if it does not exist.
+/// The other paths of a folder: with links resolved, and as displayed. None if it does not exist.
 std::vector<FileURL> otherPaths(const FileURL &folder) {
     std::error_code error;
     const std::filesystem::path real = std::filesystem::canonical(folder.path(), error);

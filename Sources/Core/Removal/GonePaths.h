@@ -6,8 +6,8 @@
 
 namespace brimvale {
 
-/// The paths of items that have been removed. Answers quickly for many items, however many paths there are.
-/// Compares bytes: paths are to be in the plain form that `FileURL::standardized` gives.
+/// The paths of removed items. Lookups stay fast for many paths. Compares bytes, so paths must be in the form
+/// that `FileURL::standardized` returns.
 class GonePaths {
 public:
     GonePaths() = default;
@@ -22,13 +22,13 @@ public:
 
     [[nodiscard]] bool isEmpty() const { return outermost_.empty(); }
 
-    /// Whether the item is one of those that are gone, or inside one.
+    /// Whether the item or one of its ancestors is gone.
     [[nodiscard]] bool contains(const FileURL &item) const;
 
-    /// Whether something inside the folder, at any depth, is gone, but not the folder itself.
+    /// Whether a descendant of the folder is gone, but not the folder itself.
     [[nodiscard]] bool reachInto(const FileURL &folder) const;
 
-    /// The paths that are not inside another one, each once, sorted so that what is inside a folder follows
+    /// The paths without those inside another one, each once. Sorted so that the contents of a folder follow
     /// it.
     [[nodiscard]] const std::vector<FileURL> &outermost() const { return outermost_; }
 

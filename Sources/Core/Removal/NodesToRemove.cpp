@@ -33,7 +33,7 @@ std::vector<FSNode *> goneNodes(FSNode &root, const GonePaths &gone) {
         waiting.pop_back();
         const std::string path = folder->path();
         for (const std::unique_ptr<FSNode> &child : folder->children()) {
-            // An aggregate stands in no place of its own.
+            // An aggregate has no path of its own.
             const FileURL url(child->isAggregate ? path : joinPath(path, child->name));
             if (gone.contains(url))
                 found.push_back(child.get());

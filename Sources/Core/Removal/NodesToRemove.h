@@ -9,15 +9,15 @@
 
 namespace brimvale {
 
-/// Those of the nodes that can be removed by themselves, in their order and each once: no aggregate, and no
-/// node that goes with another one. All are of one tree.
+/// The nodes that can be removed, in order, each once: without aggregates, and without descendants of other
+/// given nodes. All nodes must be from one tree.
 [[nodiscard]] std::vector<FSNode *> removableNodes(std::span<FSNode *const> nodes);
 
-/// The nodes as items to be removed, with the sizes that the scan has measured.
+/// The nodes as entries to remove, with the sizes from the scan.
 [[nodiscard]] std::vector<CleanupEntry> entriesOf(std::span<FSNode *const> nodes);
 
-/// The nodes of a tree whose items are gone, without those inside another one. Where the root itself is gone
-/// it stays, and these are its children. Looks only into folders that something is gone from.
+/// The nodes of a tree whose items are gone, without their descendants. The root itself always stays; if it
+/// is gone, all its children are returned. Visits only folders with removed descendants.
 [[nodiscard]] std::vector<FSNode *> goneNodes(FSNode &root, const GonePaths &gone);
 
 } // namespace brimvale

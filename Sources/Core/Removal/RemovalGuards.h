@@ -43,7 +43,7 @@ private:
 
         struct Prefix {
             std::string protectedPrefix;
-            std::string withoutPrivate; ///< the same place without /private; empty where there is none
+            std::string withoutPrivate; ///< the same place without /private; empty if there is none
         };
 
         std::unordered_set<std::string> structural_;

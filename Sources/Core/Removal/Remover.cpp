@@ -23,8 +23,8 @@ namespace {
 constexpr int noPermissionToWrite = 513; // both are codes of Cocoa's file functions
 constexpr int volumeIsReadOnly = 642;
 
-/// In bytes. The command is one argument, and Linux allows no longer ones (MAX_ARG_STRLEN, 128 KiB including
-/// the zero); macOS allows more.
+/// In bytes. The command is one argument, which Linux limits to 128 KiB including the zero (MAX_ARG_STRLEN);
+/// macOS allows more.
 constexpr std::size_t longestCommand = 131'071;
 
 constexpr const char *stoppedReason = "Not removed: the removal was stopped.";
@@ -45,12 +45,12 @@ bool needsAdministrator(const FileError &error) {
     return error.code == noPermissionToWrite || error.code == volumeIsReadOnly || isPermissionDenied(error);
 }
 
-/// Whether certainly nothing is left at the path, not even a link that leads nowhere.
+/// Whether the path certainly no longer exists, not even as a link without a target.
 bool isGone(const FileURL &item) {
     return !fileStatus(item.path()) && (errno == ENOENT || errno == ENOTDIR);
 }
 
-/// Moving an item counts as one entry, whatever it contains.
+/// Moving an item counts as one entry, including its contents.
 std::optional<FileError> moveToTrash(const FileURL &item, RemovalProgress *progress,
                                      RemovalActions &actions) {
     std::optional<FileError> error = actions.moveToTrash(item);
@@ -66,7 +66,7 @@ void addSuccess(RemovalResult &result, const FileURL &url, std::int64_t size) {
 
 struct Item {
     const FileURL &url;
-    std::optional<std::int64_t> size; ///< allocated bytes, where they are known
+    std::optional<std::int64_t> size; ///< allocated bytes, if known
 };
 
 void removeOne(const Item &asked, RemovalMode mode, RemovalProgress *progress, RemovalActions &actions,
@@ -97,7 +97,7 @@ void removeOne(const Item &asked, RemovalMode mode, RemovalProgress *progress, R
         result.failed.push_back({url, error->localizedDescription});
 }
 
-/// Whether a shell and a script take every character of the text literally.
+/// Whether the text has no character that is special in a shell or a script.
 bool isHarmless(std::string_view text) {
     return text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789.-_") ==
            std::string_view::npos;

@@ -11,34 +11,34 @@
 
 namespace brimvale {
 
-/// Carries out confirmed removals. Every item is checked by the guards first, and the path removed is the
-/// standardised path that was checked. Nothing is tried twice, and a failed item does not stop the others.
-/// Without state; every function blocks, so call it off the main thread.
+/// Carries out confirmed removals. The guards check every item first, and the removed path is the
+/// standardised path they checked. Nothing is tried twice, and a failed item does not stop the others. Has no
+/// state. Every function blocks, so call it off the main thread.
 namespace Remover {
 
 /// Nothing when the item may be removed; otherwise the reason, as one readable sentence. Uses the guards of
 /// the host at the first call, for the whole run of the program.
 [[nodiscard]] std::optional<std::string> check(const FileURL &url);
 
-/// Whether the error means that the user lacks permission: the error itself, or the one directly underneath,
-/// is POSIX EACCES.
+/// Whether the error means that the user lacks permission: the error itself, or its direct cause, is POSIX
+/// EACCES.
 [[nodiscard]] bool isPermissionDenied(const FileError &error);
 
-/// Moves the items to the Trash or deletes them, in this order; each counts with the size that it comes with.
-/// Once `progress` is cancelled nothing more is removed, and the remaining items are failures that say so. A
-/// sum above 64 bits ends the program.
+/// Moves the items to the Trash or deletes them, in this order. Each item counts with its given size. After
+/// `progress` is cancelled nothing more is removed, and the remaining items are failures that say so. A sum
+/// above 64 bits ends the program.
 [[nodiscard]] RemovalResult remove(const std::vector<CleanupEntry> &entries, RemovalMode mode,
                                    RemovalProgress *progress = nullptr,
                                    RemovalActions &actions = RemovalActions::platform());
 
-/// The same for items that have not been measured: each is measured just before it is removed.
+/// The same for items without sizes: each is measured just before it is removed.
 [[nodiscard]] RemovalResult remove(const std::vector<FileURL> &urls, RemovalMode mode,
                                    RemovalProgress *progress = nullptr,
                                    RemovalActions &actions = RemovalActions::platform());
 
-/// Deletes the items as administrator with one command; the system asks once for the password, or not at all
-/// if every item is refused. Whether an item is gone is checked on the disk, whatever the command reports.
-/// Items that do not fit into the longest possible command are failures that say so.
+/// Deletes the items as administrator with one command. The system asks for the password once, or not at all
+/// if every item is refused. Then checks on the disk whether each item is gone, regardless of what the
+/// command reports. Items that do not fit into the longest possible command are failures that say so.
 [[nodiscard]] RemovalResult removeWithAdmin(const std::vector<FileURL> &urls,
                                             RemovalActions &actions = RemovalActions::platform());
 

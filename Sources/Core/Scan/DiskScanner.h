@@ -18,17 +18,17 @@ namespace brimvale {
 namespace DiskScanner {
 
 /// The tree with sizes of the folder at `root` (absolute; a link to a folder is followed). Blocks; call it
-/// off the main thread. Always returns a node: without children where nothing exists or can be listed; with
-/// the file's figures where `root` is no folder. The children are not sorted yet.
+/// off the main thread. Always returns a node: without children if nothing exists there or it cannot be
+/// listed, with the file's figures if `root` is a file. The children are not sorted yet.
 ///
-/// After `stats.cancel()` it returns what was counted until then: folders not yet entered are missing, and
+/// After `stats.cancel()` it returns the figures counted so far: folders not yet entered are missing, and
 /// unfinished ones have no aggregate and do not add their logical size to their parent.
 [[nodiscard]] std::unique_ptr<FSNode> scan(const std::string &root, const ScanOptions &options,
                                            ScanStats &stats, WalkPool &pool = WalkPool::shared());
 
 /// The allocated bytes at and under `path` (absolute), which may be a file; a link counts itself. Files with
-/// several names count once a name. Always stays on the path's own device. 0 when it cannot be examined or is
-/// skipped; once `cancelled` is set, what was counted until then.
+/// several names count once per name. Always stays on the path's own device. 0 if it cannot be read or is
+/// skipped. Once `cancelled` is set, the bytes counted so far.
 [[nodiscard]] std::int64_t quickSize(const std::string &path, const ScanOptions &options,
                                      const StopFlag &cancelled = {}, WalkPool &pool = WalkPool::shared());
 

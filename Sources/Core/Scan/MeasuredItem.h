@@ -7,11 +7,11 @@
 
 namespace brimvale {
 
-/// What measuring tells of one path. Nothing of that where the path has no status.
+/// The measured size of one path. Empty if its status cannot be read.
 struct MeasuredItem {
-    std::int64_t bytes = 0; ///< allocated, of a folder with all that it holds
+    std::int64_t bytes = 0; ///< allocated; a folder's with all its contents
     std::optional<Date> modified = {};
-    bool isFolder = false; ///< a link to a folder is none
+    bool isFolder = false; ///< false for a link to a folder
 };
 
 } // namespace brimvale

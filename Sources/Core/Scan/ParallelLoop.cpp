@@ -23,7 +23,7 @@ void forEachInParallel(std::size_t count, std::size_t threads, const std::functi
         while (others.size() + 1 < std::min(threads, count))
             others.emplace_back(takePart);
     } catch (const std::system_error &) {
-        // The system gives no more threads. Those that there are do, and if need be this one alone.
+        // The system gives no more threads. The existing ones do the work, if necessary only this one.
     }
     takePart();
     for (std::thread &other : others)

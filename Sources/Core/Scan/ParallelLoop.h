@@ -5,8 +5,8 @@
 
 namespace brimvale {
 
-/// How many threads read and digest files at once: one for each core, at most four, since more would only
-/// make a hard disk seek.
+/// The number of threads that read and digest files at once: one per core, at most four, because more would
+/// only make a hard disk seek.
 [[nodiscard]] std::size_t threadsForReading();
 
 /// Calls `work` with every number from 0 to `count` - 1 on so many threads, the calling one included, and

@@ -17,7 +17,7 @@ struct ScanRootPreset {
     /// All presets, in menu order.
     [[nodiscard]] static std::vector<ScanRootPreset> allCases(System system = Host::currentSystem());
 
-    /// The preset with this title; nothing where there is none.
+    /// The preset with this title; nothing if there is none.
     [[nodiscard]] static std::optional<ScanRootPreset> fromRawValue(std::string_view title,
                                                                     System system = Host::currentSystem());
 

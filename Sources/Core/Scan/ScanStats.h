@@ -8,19 +8,19 @@
 
 namespace brimvale {
 
-/// The progress of one scan, shared by its workers and whoever watches it. Every figure is read and written
-/// under the lock; `cancelled`, which is asked before every entry, is a flag of its own instead.
+/// The progress of one scan, shared by its threads and its observers. Every figure is read and written under
+/// the lock. `cancelled` is a separate flag, because it is checked before every entry.
 class ScanStats {
 public:
-    /// Files counted so far, without further names of a file already counted.
+    /// Files counted so far. A file with several names counts once.
     [[nodiscard]] std::int64_t files() const;
     /// Allocated bytes counted so far.
     [[nodiscard]] std::int64_t bytes() const;
     /// Entries that could not be read.
     [[nodiscard]] std::int64_t unreadable() const;
-    /// The path of the folder near the scan's root that was entered last.
+    /// The path of the last entered folder near the scan's root.
     [[nodiscard]] std::string current() const;
-    /// Whether the scan is to stop.
+    /// Whether the scan should stop.
     [[nodiscard]] bool cancelled() const { return cancelled_.isSet(); }
 
     void add(std::int64_t files, std::int64_t bytes);
@@ -28,7 +28,7 @@ public:
     void setCurrent(const std::string &path);
     /// Stops the scan: the workers end before their next entry.
     void cancel() { cancelled_.set(); }
-    /// What `cancel` sets.
+    /// The flag that `cancel` sets.
     [[nodiscard]] const StopFlag &stopFlag() const { return cancelled_; }
 
 private:

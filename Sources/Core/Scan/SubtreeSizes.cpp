@@ -23,7 +23,7 @@ public:
 
     void measure();
 
-    // For the walks:
+    // State of the walks:
 
     [[nodiscard]] bool isSkipped(const std::string &folderPath, std::string_view name) const {
         return skipped_.contains(folderPath, name);

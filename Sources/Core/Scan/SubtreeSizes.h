@@ -12,19 +12,19 @@
 
 namespace brimvale {
 
-/// Measures many files and folders in one run. Each has the size that `DiskScanner::quickSize` answers for it
-/// alone; but a folder that lies in several of them is walked once, and answers for all.
+/// Measures many files and folders in one run. Each gets the size that `DiskScanner::quickSize` would return
+/// for it, but folders inside several of them are walked only once.
 namespace SubtreeSizes {
 
-/// Absolute paths that are wanted together. A path may stand in several groups, and lie inside another's.
+/// Absolute paths whose sizes are reported together. A path may be in several groups, and inside other paths.
 using Group = std::vector<std::string>;
 
-/// Takes what was measured of a group's paths, in their order.
+/// Receives the sizes of a group's paths, in their order.
 using Finished = std::function<void(std::size_t group, const std::vector<MeasuredItem> &measured)>;
 
-/// Measures the paths of all groups, and tells each group's figures as soon as they are known: on any of the
-/// pool's threads, one group at a time, every group once. The groups are begun in their order. Blocks until
-/// the last one is told. Once `cancelled` is set, the sizes are what was counted until then.
+/// Measures the paths of all groups, and reports each group once, as soon as it is measured, on any thread of
+/// the pool, one group at a time. Groups are started in order. Blocks until the last report. Once `cancelled`
+/// is set, the sizes are those counted so far.
 void measure(const std::vector<Group> &groups, const ScanOptions &options, const StopFlag &cancelled,
              const Finished &finished, WalkPool &pool = WalkPool::shared());
 

@@ -40,7 +40,7 @@ WalkPool::WalkPool(int workerCount) {
         for (int i = 0; i < workerCount; ++i)
             workers_.emplace_back([this] { work(); });
     } catch (const std::system_error &) {
-        // The system gives no more threads. Those that there are do, and if need be the caller's alone.
+        // The system gives no more threads. The existing ones do the work, if necessary only the caller's.
     }
 }
 

@@ -4,7 +4,7 @@ namespace brimvale {
 
 namespace {
 
-/// What the script does with the paths that it begins with.
+/// The body of the script; the paths are defined before it.
 constexpr const char *steps = R"(
 printf '%s\n' "--- $(date) update starting: $current <- $staged"
 

@@ -7,19 +7,19 @@
 
 namespace brimvale {
 
-/// What the install script works with. No path may hold a single quote.
+/// The inputs of the install script. No path may contain a single quote.
 struct Installation {
-    FileURL staged;         ///< the new application, in a folder of its own, which goes with the installation
-    FileURL current;        ///< the application that is installed
-    std::string executable; ///< of both, as a path inside them
+    FileURL staged;         ///< the new application, in a folder of its own that the script deletes
+    FileURL current;        ///< the installed application
+    std::string executable; ///< of both applications, as a path inside them
     std::int64_t process;   ///< the identifier of the process to wait for
-    FileURL log;            ///< the file that the script adds its remarks to
+    FileURL log;            ///< the script appends its messages to this file
 };
 
-/// A script for a POSIX shell that puts the new application in the place of the installed one and opens it,
-/// once the process has ended. However it fails, and wherever it is interrupted, a working application is at
-/// `current` or beside it, at `current` + ".old". It calls its tools by their bare names, and does not check
-/// the paths: see `prepareInstallation`.
+/// A POSIX shell script that waits for the process to end, replaces the installed application with the new
+/// one and opens it. Even if it fails or is interrupted, a working application is at `current` or at
+/// `current` + ".old". It calls tools by their bare names, and does not check the paths: see
+/// `prepareInstallation`.
 [[nodiscard]] std::string installScript(const Installation &installation);
 
 } // namespace brimvale

@@ -37,7 +37,7 @@ std::optional<UpdateFailure> DownloadedArchive::append(const QByteArray &piece) 
     return std::nullopt;
 }
 
-// What was never open is not ours.
+// A file that was never opened is not ours.
 void DownloadedArchive::remove() {
     if (file_.isOpen())
         file_.remove();

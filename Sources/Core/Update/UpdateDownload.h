@@ -10,10 +10,10 @@
 
 namespace brimvale {
 
-/// The archive of an update on disk, which only this user can read. It goes with the object.
+/// The archive of an update on disk, readable only by this user. The destructor deletes it.
 class DownloadedArchive {
 public:
-    /// An archive in `folder` under a name of its own ("Corvel-update-….zip"); nothing is there yet.
+    /// An archive with a unique name in `folder` ("Corvel-update-….zip"). The file does not exist yet.
     explicit DownloadedArchive(const FileURL &folder);
     ~DownloadedArchive();
     DownloadedArchive(const DownloadedArchive &) = delete;
@@ -21,7 +21,7 @@ public:
 
     [[nodiscard]] const FileURL &url() const { return url_; }
 
-    /// Adds to it, and makes it with the first piece. Answers why that cannot be done.
+    /// Appends to the file; the first piece creates it. Returns the reason for a failure.
     [[nodiscard]] std::optional<UpdateFailure> append(const QByteArray &piece);
 
     /// Deletes it early.
@@ -32,15 +32,15 @@ private:
     QFile file_;
 };
 
-/// Fetches the manifest at `url` and calls `done` with it, once and from the event loop; not if `context`,
-/// which lives on the main thread, has gone by then. A manifest whose archive does not lie at a safe address
-/// is a bad response.
+/// Fetches the manifest at `url` and calls `done` with it, once, from the event loop. Dropped if `context`,
+/// an object of the main thread, is destroyed first. A manifest whose archive has no safe address is a bad
+/// response.
 void fetchManifest(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
                    QObject *context, std::function<void(const UpdateResult<UpdateManifest> &)> done);
 
-/// Downloads an archive into `folder`, straight to disk, and calls `done` with it, once and from the event
-/// loop, after `progressed` with parts from 0 to 1; not if `context`, which lives on the main thread, has
-/// gone by then. A part of an archive is never left behind.
+/// Downloads an archive into `folder`, straight to disk. Calls `progressed` with shares from 0 to 1, then
+/// `done`, once, from the event loop. Dropped if `context`, an object of the main thread, is destroyed first.
+/// Never leaves a partial archive behind.
 void downloadArchive(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
                      const FileURL &folder, QObject *context, const std::function<void(double)> &progressed,
                      std::function<void(const UpdateResult<std::shared_ptr<DownloadedArchive>> &)> done);

@@ -13,24 +13,24 @@
 
 namespace brimvale {
 
-/// Everything that a self-update takes from the world around it.
+/// Everything that a self-update takes from outside.
 struct UpdateEnvironment {
     QUrl feedURL;
-    MainBundle bundle;                         ///< the application that runs
-    bool canInstallItself = false;             ///< else an update is only announced
-    std::optional<SystemVersion> macOSVersion; ///< nothing on another system, which no feed asks about
+    MainBundle bundle;                         ///< the running application
+    bool canInstallItself = false;             ///< otherwise an update is only announced
+    std::optional<SystemVersion> macOSVersion; ///< nothing on other systems, which feeds do not mention
     FileURL temporaryFolder;                   ///< of the user
-    FileURL installLog;                        ///< written to by the install script
+    FileURL installLog;                        ///< the install script writes to it
     Tools tools;
     TransferLimits feedLimits;
     TransferLimits archiveLimits;
     std::shared_ptr<ApplicationQuit> quit;
     LogLine log; ///< thread-safe
 
-    /// Where releases look for the feed.
+    /// The address of the feed for releases.
     [[nodiscard]] static QUrl releaseFeed();
 
-    /// The one that releases run in: the feed of Brimvale, this program, this system.
+    /// The environment of releases: the feed of Brimvale, this program, this system.
     [[nodiscard]] static UpdateEnvironment current();
 };
 

@@ -15,14 +15,14 @@ namespace {
 
 constexpr const char *operation = "[Corvel] installAndRelaunch: ";
 
-/// An application names its executable after its bundle.
+/// The executable of an application has the name of its bundle.
 std::string executableIn(const FileURL &bundle) {
     const std::string_view name = bundle.fileName();
     const std::size_t dot = name.rfind('.');
     return "Contents/MacOS/" + std::string(name.substr(0, dot == 0 ? name.npos : dot));
 }
 
-/// The script holds paths between single quotes.
+/// The script quotes paths with single quotes.
 std::optional<UpdateFailure> refusalOfQuotes(const FileURL &url) {
     if (url.path().find('\'') == std::string::npos)
         return std::nullopt;
@@ -40,7 +40,7 @@ UpdateResult<Installation> prepareInstallation(const std::optional<FileURL> &sta
         log(std::string(operation) + "staged was nil");
         return UpdateFailure("Nothing is staged to install. Download the update again.");
     }
-    // What the script derives from a path must not depend on how it is written.
+    // The script derives other paths from this one, so it must be in its plain form.
     const FileURL target = current.standardized();
     for (const FileURL &url : {*staged, target})
         if (const auto refusal = refusalOfQuotes(url))
@@ -62,15 +62,15 @@ void ApplicationQuit::terminate() {
     QCoreApplication::quit();
 }
 
-// Nothing is cleaned up: what the cleaning waits for may be what keeps the application from ending.
+// No cleanup: waiting for it may be the reason why the application does not end.
 void ApplicationQuit::exitNow() {
     std::_Exit(0);
 }
 
 void quitForUpdate(const std::shared_ptr<ApplicationQuit> &quit, const LogLine &log,
                    std::chrono::milliseconds patience) {
-    // A timer of the main thread would no longer run while the application, having left its event loop, waits
-    // for work in the background.
+    // A timer of the main thread would not fire after the event loop has ended, while the application still
+    // waits for background work.
     std::thread([quit, log, patience] {
         std::this_thread::sleep_for(patience);
         log("[Corvel] terminate was refused, exiting directly");

@@ -11,12 +11,12 @@
 
 namespace brimvale {
 
-/// What takes a line for the system's log.
+/// Writes a line to the system's log.
 using LogLine = std::function<void(const std::string &)>;
 
-/// Checks whether the staged application can take the place of the one at `current`, and answers what the
-/// install script is to work with. `process` is the running application, `scriptLog` the file for the
-/// script's remarks. Changes nothing.
+/// Checks whether the staged application can replace the one at `current`, and returns the inputs of the
+/// install script. `process` is the running application, `scriptLog` the file for the script's messages.
+/// Changes nothing.
 [[nodiscard]] UpdateResult<Installation> prepareInstallation(const std::optional<FileURL> &staged,
                                                              const FileURL &current, std::int64_t process,
                                                              const FileURL &scriptLog, const LogLine &log);
@@ -26,20 +26,20 @@ class ApplicationQuit {
 public:
     virtual ~ApplicationQuit() = default;
 
-    /// Closes every window. Where there are none, nothing.
+    /// Closes every window, if there are any.
     virtual void closeAllWindows() {}
 
-    /// Asks the application to end, which it may refuse or put off.
+    /// Asks the application to end, which it may refuse or delay.
     virtual void terminate();
 
     /// Ends the process at once with status 0. Thread-safe.
     virtual void exitNow();
 };
 
-/// Quits the application so that an update can take its place: closes the windows, asks it to end and, should
-/// the process be alive after `patience`, writes a line to `log` and ends it, lest the waiting install script
-/// gives up because of the application itself. That holds even when the main thread is stuck by then; `log`
-/// and `exitNow` are called on a thread of their own.
+/// Quits the application so that an update can replace it: closes the windows and asks it to end. If the
+/// process is still alive after `patience`, writes a line to `log` and ends it, because the install script
+/// would give up waiting. This works even if the main thread hangs; `log` and `exitNow` are called on a
+/// thread of their own.
 void quitForUpdate(const std::shared_ptr<ApplicationQuit> &quit, const LogLine &log,
                    std::chrono::milliseconds patience = std::chrono::seconds(1));
 

@@ -13,7 +13,7 @@ namespace brimvale {
 
 namespace {
 
-/// Takes the members out of an object, and keeps the first thing that is wrong with one.
+/// Reads the members of an object, and keeps the first error.
 class Decoder {
 public:
     explicit Decoder(QJsonObject object) : object_(std::move(object)) {}
@@ -32,7 +32,7 @@ public:
 
     std::int64_t wholeNumber(const char *key) {
         const QJsonValue value = required(key);
-        // Of what is no whole number in range, the answer is the one passed in.
+        // For a value that is not a whole number in range, toInteger returns its argument.
         if (value.toInteger(0) != value.toInteger(1))
             fail(wrongFormat);
         return value.toInteger();

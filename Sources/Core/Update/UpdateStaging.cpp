@@ -14,7 +14,7 @@ namespace brimvale {
 
 namespace {
 
-/// In the certificate that the program's releases are signed with.
+/// From the certificate that signs the program's releases.
 constexpr const char *ownTeam = "TeamIdentifier=QK4M7ZP2TX";
 
 UpdateResult<std::string> sha256Of(const FileURL &file, const Tools &tools) {
@@ -37,7 +37,7 @@ std::optional<UpdateFailure> verifyChecksum(const FileURL &archive, const std::s
     return std::nullopt;
 }
 
-/// Makes a folder that only this user can enter, from the first moment on.
+/// Creates a folder that only this user can ever enter.
 UpdateResult<FileURL> makeUnpackFolder(const FileURL &temporaryFolder) {
     const FileURL folder = temporaryFolder.appending(
         "update-" + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString());
@@ -49,8 +49,8 @@ UpdateResult<FileURL> makeUnpackFolder(const FileURL &temporaryFolder) {
     return folder;
 }
 
-/// A link that is called like an application could lead out of the private folder, where somebody else may
-/// change what was verified.
+/// A link with an application's name could point outside the private folder, where another user could change
+/// what was verified.
 bool isApplication(const FileURL &item) {
     const auto status = fileStatus(item.path());
     return item.path().ends_with(".app") && status && status->kind == FileKind::directory;
@@ -78,7 +78,7 @@ std::optional<UpdateFailure> verifySignature(const FileURL &app, const Tools &to
         Shell::runWithStatus(tools.codesign, {"--verify", "--deep", "--strict", app.path()});
     if (!verified || !verified->hasSucceeded())
         return UpdateError::signatureInvalid;
-    // It prints the details to its standard error.
+    // The tool prints the details to its standard error.
     const auto details = Shell::runWithStatus(tools.codesign, {"-dv", app.path()}, StandardError::withOutput);
     if (!details || !details->hasSucceeded() || details->output.empty())
         return UpdateError::signatureInvalid;

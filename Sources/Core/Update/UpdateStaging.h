@@ -9,12 +9,11 @@
 
 namespace brimvale {
 
-/// Unpacks the archive of an update into a folder of its own inside `temporaryFolder` ("update-…"), which
-/// only this user can enter, and answers the application in it, a folder whose name ends in ".app", once
-/// everything about it is verified: the archive's digest where `sha256` is given, the signature, and that the
-/// program's own makers signed it. Tools do the work, and one that ends with another status than 0 has
-/// failed. Blocks until they have ended: call it off the main thread. What a failed attempt unpacked stays
-/// where it is.
+/// Unpacks the archive of an update into a private folder of its own inside `temporaryFolder` ("update-…"),
+/// and returns the application in it, a folder whose name ends in ".app". Before, verifies the archive's
+/// digest if `sha256` is given, the signature, and that the program's own makers signed it. External tools do
+/// the work; a tool with another exit status than 0 has failed. Blocks, so call it off the main thread. A
+/// failed attempt leaves the unpacked files.
 [[nodiscard]] UpdateResult<FileURL> stageUpdate(const FileURL &archive,
                                                 const std::optional<std::string> &sha256,
                                                 const FileURL &temporaryFolder, const Tools &tools);

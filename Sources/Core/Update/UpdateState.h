@@ -9,9 +9,8 @@
 
 namespace brimvale {
 
-/// The steps that a self-update goes through:
-/// idle → checking → available, upToDate, failed or idle; available → downloading → readyToRelaunch or
-/// failed.
+/// The states of a self-update: idle → checking → available, upToDate, failed or idle; available →
+/// downloading → readyToRelaunch or failed.
 namespace updateState {
 
 /// There is a newer build.
@@ -22,9 +21,9 @@ struct Available {
     friend bool operator==(const Available &, const Available &) = default;
 };
 
-/// The archive is on its way, or is being unpacked and verified.
+/// The archive is being downloaded, unpacked or verified.
 struct Downloading {
-    double progress = 0; ///< 0 to 1; stays 0 where the server does not tell the size
+    double progress = 0; ///< 0 to 1; stays 0 if the server does not send the size
     friend bool operator==(const Downloading &, const Downloading &) = default;
 };
 
@@ -52,19 +51,19 @@ struct ReadyToRelaunch {
 
 } // namespace updateState
 
-/// How far a self-update has got.
+/// The current state of a self-update.
 using UpdateState =
     std::variant<updateState::Available, updateState::Downloading, updateState::Failed, updateState::Idle,
                  updateState::Checking, updateState::UpToDate, updateState::ReadyToRelaunch>;
 
-/// What can be wrong with an update itself.
+/// The errors of an update itself.
 enum class UpdateError { badResponse, checksumMismatch, unpackFailed, signatureInvalid, wrongTeam };
 
-/// The sentence that the user reads about it.
+/// The sentence that the user reads about an error.
 [[nodiscard]] const char *localizedDescription(UpdateError error);
 
-/// Why a step of an update failed: an error of the update's own, or what the network, the file system or the
-/// decoding of the feed had to say.
+/// The failure of a step: an error of the update itself, or one from the network, the file system or reading
+/// the feed.
 struct UpdateFailure {
     std::string localizedDescription; ///< a readable sentence
 
@@ -74,7 +73,7 @@ struct UpdateFailure {
     friend bool operator==(const UpdateFailure &, const UpdateFailure &) = default;
 };
 
-/// What a step of an update answers.
+/// The result of a step of an update.
 template<class Value>
 using UpdateResult = Result<Value, UpdateFailure>;
 

@@ -17,7 +17,7 @@ QNetworkRequest requestFor(const QUrl &url, const TransferLimits &limits) {
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
     request.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    // As it lies on the server: nothing is inflated on the way, and lengths are those of the file.
+    // No compression on the way, so lengths are those of the file on the server.
     request.setRawHeader("Accept-Encoding", "identity");
     request.setTransferTimeout(static_cast<int>(limits.silence.count()));
     return request;
@@ -59,7 +59,7 @@ void UpdateTransfer::request() {
     });
 }
 
-/// Goes where the server sends us instead. False when it does not.
+/// Follows a redirection. False if there is none.
 bool UpdateTransfer::follow() {
     const QVariant target = reply_->attribute(QNetworkRequest::RedirectionTargetAttribute);
     if (!target.isValid())
@@ -101,7 +101,7 @@ void UpdateTransfer::conclude() {
         finish(std::nullopt);
 }
 
-/// What is wrong with the answer as far as its head tells.
+/// The fault in the response, as far as its header shows.
 std::optional<UpdateFailure> UpdateTransfer::faultOfHead() const {
     const QVariant status = reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute);
     const QVariant length = reply_->header(QNetworkRequest::ContentLengthHeader);
@@ -110,8 +110,8 @@ std::optional<UpdateFailure> UpdateTransfer::faultOfHead() const {
     return std::nullopt;
 }
 
-/// What is wrong with it when no more comes. Whatever the status, an error of the network is told as such
-/// only where there is no better reason, since a status other than 200 is one, too.
+/// The fault in the complete response. A network error is reported only if there is no better reason, because
+/// a status other than 200 is a network error too.
 std::optional<UpdateFailure> UpdateTransfer::faultOfEnd() const {
     const bool hasAnswered = reply_->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
     if (hasAnswered || reply_->error() == QNetworkReply::NoError)
@@ -137,7 +137,7 @@ void UpdateTransfer::letGo() {
     if (reply_ == nullptr)
         return;
     reply_->disconnect(this);
-    reply_->deleteLater(); // which ends it, too
+    reply_->deleteLater(); // which also ends it
     reply_ = nullptr;
 }
 

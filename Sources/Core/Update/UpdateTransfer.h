@@ -14,38 +14,37 @@
 
 namespace brimvale {
 
-/// How much an update server may send, and how long it may be silent.
+/// How much an update server may send, and how long it may stay silent.
 struct TransferLimits {
     qint64 bytes = 0;
     std::chrono::milliseconds silence{};
 };
 
-/// Whether an update may be fetched from there: over https or, for trying it out, over http from this
+/// Whether an update may be fetched from this address: over https or, for testing, over http from this
 /// machine.
 [[nodiscard]] bool isSafeUpdateURL(const QUrl &url);
 
-/// Fetches what lies at an address of an update server and hands it over piece by piece. Never takes it from
-/// a cache, never goes to an address that is not safe (nor from https to http), takes no answer but one with
-/// status 200, no byte beyond its limits, and no body shorter than announced. Lives on the main thread;
-/// deleting it stops the transfer.
+/// Downloads from an update server and passes the body on piece by piece. Never uses a cache, nor an unsafe
+/// address (including redirections from https to http). Accepts only status 200, at most the limited number
+/// of bytes, and a body as long as announced. Belongs to the main thread; deleting it stops the transfer.
 class UpdateTransfer : public QObject {
     Q_OBJECT
 
 public:
-    /// Takes a piece of the body; answers why it cannot.
+    /// Takes a piece of the body; returns the reason for a failure.
     using Sink = std::function<std::optional<UpdateFailure>(const QByteArray &piece)>;
 
-    /// Starts at once. `network` may go first.
+    /// Starts at once. `network` may be destroyed first.
     UpdateTransfer(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits, Sink sink,
                    QObject *parent);
     ~UpdateTransfer() override;
 
 signals:
-    /// How much of the body has come, 0 to 1; not announced where the server does not tell its size.
+    /// The received share of the body, 0 to 1. Not emitted if the server does not send the size.
     void progressed(double fraction);
 
-    /// All has come, or why not. The last signal, and never before the event loop runs; the object deletes
-    /// itself.
+    /// The transfer is complete, or failed. The last signal, always emitted from the event loop; the object
+    /// then deletes itself.
     void finished(const std::optional<UpdateFailure> &failure);
 
 private:

@@ -21,15 +21,15 @@ namespace brimvale {
 
 class DownloadedArchive;
 
-/// Keeps the application current: looks at the feed, downloads, verifies and stages a newer build, and starts
-/// the script that puts it in place. Nothing that is not verified is ever staged. Lives on the main thread
-/// and never holds it up; nothing touches the network before the first check.
+/// Keeps the application up to date: checks the feed, downloads, verifies and stages a newer build, and
+/// starts the script that installs it. Stages only what is verified. Belongs to the main thread and never
+/// blocks it. Uses the network only after the first check is requested.
 class Updater : public QObject {
     Q_OBJECT
 
 public:
     explicit Updater(UpdateEnvironment environment = UpdateEnvironment::current(), QObject *parent = nullptr);
-    /// Gives up a transfer, and waits for a tool that runs.
+    /// Stops a transfer, and waits for a running tool.
     ~Updater() override;
 
 signals:
@@ -43,42 +43,42 @@ public:
     using Field = Published<Updater, T, changed>;
 
     Field<UpdateState, &Updater::stateChanged> state{this, updateState::Idle{}};
-    /// When a fetch of the feed last succeeded.
+    /// The time of the last successful check of the feed.
     Field<std::optional<Date>, &Updater::lastCheckedChanged> lastChecked{this};
     /// The new application, unpacked and verified.
     Field<std::optional<FileURL>, &Updater::stagedChanged> staged{this};
-    /// What the feed told about the update that was offered last.
+    /// The feed's entry for the update offered last.
     Field<std::optional<UpdateManifest>, &Updater::pendingChanged> pending{this};
 
-    /// Where releases look for the feed.
+    /// The address of the feed for releases.
     [[nodiscard]] static QUrl feedURL();
 
-    /// The page for people who fetch the program themselves.
+    /// The page for users who download the program themselves.
     [[nodiscard]] static QUrl downloadPage();
 
-    /// The version of the running application for people; "?" when it has none.
+    /// The version of the running application for display; "?" if it has none.
     [[nodiscard]] std::string currentVersion() const;
 
-    /// Its build number, 0 when it has none.
+    /// Its build number, 0 if it has none.
     [[nodiscard]] std::int64_t currentBuild() const;
 
-    /// Whether this system is as new as a dotted version of macOS; any system but macOS is.
+    /// Whether this system is at least a dotted version of macOS; always true on other systems.
     [[nodiscard]] bool systemMeets(std::string_view minimum) const;
 
-    /// Whether updates are installed from here. Else the system's package manager does it, and an update that
-    /// is available can only be shown.
+    /// Whether the program installs its updates. Otherwise the system's package manager does, and an
+    /// available update is only shown.
     [[nodiscard]] bool canInstallItself() const { return environment_.canInstallItself; }
 
-    /// Looks at the feed, and returns at once. A silent check never ends in `UpToDate` or `Failed`. Does
-    /// nothing while anything runs, and when an update is ready.
+    /// Checks the feed; returns at once. A silent check never ends in `UpToDate` or `Failed`. Does nothing
+    /// while another step is running, or when an update is ready.
     void check(bool silent);
 
-    /// Downloads, verifies and stages the update that is available. Does nothing when none was offered, while
-    /// anything runs, or where the application does not install itself.
+    /// Downloads, verifies and stages the available update. Does nothing if none was offered, while another
+    /// step is running, or if the application does not install updates.
     void downloadAndStage();
 
-    /// Starts the install script for what is staged and quits the application, or ends in `Failed`. A script
-    /// that is on its way is not started again.
+    /// Starts the install script for the staged application and quits, or ends in `Failed`. Does not start a
+    /// second script.
     void installAndRelaunch();
 
 private:
@@ -90,9 +90,9 @@ private:
     QNetworkAccessManager &network();
 
     UpdateEnvironment environment_;
-    QNetworkAccessManager *network_ = nullptr; ///< a child; its making costs time that the start has not
+    QNetworkAccessManager *network_ = nullptr; ///< a child; created late, because it takes time
     bool isInstalling_ = false;
-    QThreadPool workers_; ///< last, so that its work ends before anything else does
+    QThreadPool workers_; ///< last, so that its work ends before other members are destroyed
 };
 
 } // namespace brimvale

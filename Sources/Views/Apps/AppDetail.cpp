@@ -97,7 +97,7 @@ void AppDetail::show(const AppRow &row, const std::vector<AppRow> &rows) {
     if (isAnother)
         clearTicks();
     bundle_->setHidden(row.app.isSystemApp);
-    // What its removal frees is to be known before anybody asks for it.
+    // The user must see how much a removal frees before asking for it.
     bundle_->setEnabled(row.analyzed);
     if (!row.analyzed)
         bundle_->setChecked(false);

@@ -19,19 +19,19 @@ class ElidedLabel;
 class LeftoverGroup;
 class TextLabel;
 
-/// One application and what it leaves outside its bundle, to be ticked.
+/// One application and its leftovers, which can be selected.
 class AppDetail : public QWidget {
     Q_OBJECT
 
 public:
     explicit AppDetail(QWidget *parent = nullptr);
 
-    /// Shows one of `rows`. Ticks are kept while the same application is shown.
+    /// Shows one of `rows`. The selection is kept if it is the same application as before.
     void show(const AppRow &row, const std::vector<AppRow> &rows);
 
-    /// What is ticked, in the order of the page.
+    /// The selected leftovers, in the order of the page.
     [[nodiscard]] std::vector<LeftoverItem> leftovers() const;
-    /// Whether the application itself is to be removed.
+    /// Whether the application itself should be removed.
     [[nodiscard]] bool includesBundle() const;
     void clearTicks();
 

@@ -4,7 +4,7 @@
 
 namespace brimvale {
 
-/// Paints the rows of the list of applications: icon, name and size, or a dot until that is known.
+/// Paints the rows of the list of applications: icon, name and size, or a dot until the size is known.
 class AppListDelegate : public QStyledItemDelegate {
     Q_OBJECT
 

@@ -10,7 +10,7 @@
 
 namespace brimvale {
 
-/// The rows of the list of applications, narrowed by what is searched for.
+/// The applications that match the search, as rows.
 class AppListModel : public QAbstractListModel {
     Q_OBJECT
 
@@ -22,12 +22,12 @@ public:
 
     using QAbstractListModel::QAbstractListModel;
 
-    /// Rows that are the same applications as before keep their place; the list is reset otherwise.
+    /// If the rows are the same applications as before, the list keeps its state; otherwise it is reset.
     void setApps(const std::vector<AppRow> &apps);
-    /// Shows only the applications whose name or identifier contains the text, whatever the case.
+    /// Shows only the applications whose name or identifier contains the text, ignoring case.
     void setSearch(const QString &search);
 
-    /// Where an application is shown; invalid where it is not.
+    /// The index of an application; invalid if it is not shown.
     [[nodiscard]] QModelIndex indexOf(const FileURL &app) const;
     [[nodiscard]] const AppRow &rowAt(const QModelIndex &index) const;
 
@@ -39,7 +39,7 @@ private:
     void filter();
 
     std::vector<AppRow> apps_;
-    std::vector<std::size_t> shown_; ///< places in `apps_`
+    std::vector<std::size_t> shown_; ///< indices in `apps_`
     QString search_;
 };
 

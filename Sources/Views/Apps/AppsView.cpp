@@ -147,7 +147,7 @@ QWidget *AppsView::makeDetailSide() {
     return side;
 }
 
-/// The applications are looked for when the page is first seen.
+/// The applications are listed when the page is first shown.
 void AppsView::showEvent(QShowEvent *event) {
     QWidget::showEvent(event);
     if (apps_->apps.empty())
@@ -185,7 +185,7 @@ void AppsView::showApps() {
     showChosen();
 }
 
-/// Says so where the search leaves nothing of the list.
+/// Shows a message if no application matches the search.
 void AppsView::showMatches() {
     const bool hasNone = listModel_.rowCount() == 0 && !apps_->apps.empty();
     noMatch_->setVisible(hasNone);
@@ -199,7 +199,7 @@ void AppsView::showChosen() {
     if (row != nullptr) {
         detail_->show(*row, apps_->apps);
         const QModelIndex place = listModel_.indexOf(row->app.url);
-        // A list that is entered by a key has a current row that is not selected.
+        // When a key moves the focus into a list, its current row is not selected.
         if (place.isValid() && !list_->selectionModel()->isSelected(place))
             list_->setCurrentIndex(place);
     } else if (!apps_->apps.empty()) {
@@ -235,7 +235,7 @@ void AppsView::showSelection() {
     bar_->setBusy(removals_.isRemoving());
 }
 
-/// Asks in the background whether the chosen application runs, since looking may take a while.
+/// Checks in the background whether the chosen application is running, because this may take a while.
 void AppsView::checkRunning() {
     const AppRow *row = chosen();
     if (row == nullptr || row->app.isSystemApp || !row->app.bundleID || row->app.bundleID->empty()) {

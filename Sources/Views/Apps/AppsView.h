@@ -22,7 +22,7 @@ class Removals;
 class StateMessage;
 class TextLabel;
 
-/// The page of the installed applications: one of them can be removed with what it leaves behind.
+/// The page of the installed applications. Removes one of them with its leftovers.
 class AppsView : public QWidget {
     Q_OBJECT
 

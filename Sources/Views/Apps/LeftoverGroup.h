@@ -9,14 +9,14 @@ class RowList;
 class TickBox;
 struct CleanupEntry;
 
-/// The leftovers that are tied to an application with the same confidence, under a heading that says so.
+/// The leftovers of one confidence, with a heading that names it.
 class LeftoverGroup : public Card {
     Q_OBJECT
 
 public:
     LeftoverGroup(MatchConfidence confidence, TickedEntries &ticked, QWidget *parent = nullptr);
 
-    /// None hides the group.
+    /// Hidden if there are none.
     void setRows(const std::vector<LeftoverListModel::Row> &rows);
 
 private:

@@ -17,7 +17,7 @@ class LeftoverListModel : public QAbstractListModel {
 public:
     struct Row {
         LeftoverItem item;
-        QString otherClaims; ///< who else it may belong to; empty for nobody
+        QString otherClaims; ///< other applications it may belong to; may be empty
         friend bool operator==(const Row &, const Row &) = default;
     };
 

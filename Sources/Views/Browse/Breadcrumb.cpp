@@ -64,7 +64,7 @@ void Breadcrumb::changeEvent(QEvent *event) {
 void Breadcrumb::rebuild() {
     const bool hadFocus = isAncestorOf(QApplication::focusWidget());
     while (QLayoutItem *item = layout_->takeAt(0)) {
-        // Later, since it may be the button whose click has led here.
+        // Deleted later, because it may be the button that was just clicked.
         if (item->widget() != nullptr) {
             item->widget()->hide();
             item->widget()->deleteLater();
@@ -84,11 +84,11 @@ void Breadcrumb::rebuild() {
     layout_->addStretch(1);
     if (!hadFocus)
         return;
-    last->show(); // what is hidden cannot have it
+    last->show(); // a hidden widget cannot have it
     last->setFocus(Qt::OtherFocusReason);
 }
 
-/// The index from which on all folders are shown, besides the root.
+/// The index of the first folder, besides the root, that is shown with all after it.
 std::size_t Breadcrumb::firstThatFits() const {
     const auto widthOf = [&](const FSNode &folder) {
         return std::min(fontMetrics().horizontalAdvance(displayedName(folder)) + buttonPadding, widestName) +
@@ -121,14 +121,14 @@ QToolButton *Breadcrumb::addFolder(FSNode &folder, bool isFocused) {
     return button;
 }
 
-/// The folders between the root and the first one shown, behind a menu that lists the nearest of them.
+/// A menu with the nearest of the hidden folders, between the root and the first one shown.
 void Breadcrumb::addHidden(std::size_t end) {
     auto *button = new QToolButton(this);
     button->setAutoRaise(true);
     button->setText(QStringLiteral("…"));
     button->setAccessibleName(u"Folders in between"_s);
     button->setFocusPolicy(Qt::TabFocus);
-    // Not as the button's own menu, for which it would draw an arrow over its text.
+    // Not set as the button's menu, because the button would then draw an arrow over its text.
     connect(button, &QToolButton::clicked, this, [this, button, end] {
         QMenu *menu = makeMenu(button);
         for (std::size_t i = end - 1; i > 0 && end - i <= mostHiddenListed; --i) {

@@ -10,15 +10,15 @@ class QToolButton;
 
 namespace brimvale {
 
-/// The way from the scan root to the focused folder; each folder on it can be chosen. Where there is no room
-/// for all, the outer ones but the root hide behind "…".
+/// The path from the scan root to the focused folder; a click on a folder focuses it. If there is not enough
+/// room, the outer folders except the root are behind "…".
 class Breadcrumb : public QWidget {
     Q_OBJECT
 
 public:
     explicit Breadcrumb(QWidget *parent = nullptr);
 
-    /// Shows the way to `folder`; nothing for null. Lets go of what was shown before.
+    /// Shows the path to `folder`; nothing for null. Drops all pointers to folders shown before.
     void setFolder(FSNode *folder);
 
     [[nodiscard]] QSize sizeHint() const override;

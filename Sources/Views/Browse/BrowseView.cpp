@@ -36,14 +36,14 @@ namespace brimvale {
 
 namespace {
 
-/// The node itself or the one around it that lies right in `folder`; null when it lies elsewhere.
+/// The node itself or its ancestor that is directly in `folder`; null if it is elsewhere.
 FSNode *childAround(FSNode *node, const FSNode *folder) {
     while (node != nullptr && node->parent() != folder)
         node = node->parent();
     return node;
 }
 
-/// Whether it is a child of its parent, and not merely drawn in its place.
+/// Whether the node is in the tree, and does not only stand for others in the treemap.
 bool isInTree(const FSNode &node) {
     if (node.parent() == nullptr || !node.isAggregate)
         return true;
@@ -91,7 +91,7 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &vol
     connect(details_, &DetailPanel::removalRequested, this, &BrowseView::confirmRemoval);
     connect(removal_, &NodeRemoval::confirmed, this, [this] {
         if (details_->isAncestorOf(window()->focusWidget()))
-            outline_->setFocus(); // the button cannot keep it
+            outline_->setFocus(); // a disabled button cannot keep it
     });
     connect(&scan_, &ScanSession::nodesAboutToBeDetached, outline_, &OutlineView::deselectWithin);
     connect(&scan_, &ScanSession::nodeAboutToBeDetached, this, &BrowseView::letGoOf);
@@ -109,7 +109,7 @@ QWidget *BrowseView::makeResults() {
     splitter->addWidget(makeTreemapSide());
     splitter->setStretchFactor(0, 1);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({1000, 1000}); // halves, whatever the width
+    splitter->setSizes({1000, 1000}); // equal halves at any width
     return splitter;
 }
 
@@ -155,7 +155,7 @@ QWidget *BrowseView::makeTreemapSide() {
     return side;
 }
 
-/// Those of the results are in force while these are visible.
+/// The shortcuts of the results are enabled while the results are visible.
 void BrowseView::addShortcuts() {
     auto *find = new QShortcut(QKeySequence::Find, results_);
     connect(find, &QShortcut::activated, filter_, [this] {
@@ -176,7 +176,7 @@ void BrowseView::addShortcuts() {
     });
 }
 
-/// The tree that the model has now, or none: nothing of an earlier one may be kept.
+/// Shows the model's current tree, or none, and drops everything of an earlier one.
 void BrowseView::showTree() {
     focus_ = nullptr;
     isStale_ = false;
@@ -202,7 +202,7 @@ void BrowseView::focusOn(FSNode *folder) {
     if (folder == nullptr || folder->outlineChildren().empty())
         return;
     if (outlineModel_.hides(*folder))
-        filter_->clear(); // it would be an empty page
+        filter_->clear(); // it might hide everything
     focus_ = folder;
     outline_->select(nullptr);
     treemap_->setSelection(nullptr);
@@ -220,7 +220,7 @@ void BrowseView::focusOnEnclosing() {
     selectNode(left);
 }
 
-/// What the outline has selected: the treemap marks the first of it, or the tile that it lies in.
+/// After a selection in the outline, the treemap marks its first node, or the tile that contains it.
 void BrowseView::select(const std::vector<FSNode *> &nodes) {
     treemap_->setSelection(nodes.empty() ? nullptr : childAround(nodes.front(), focus_));
     if (nodes.empty() && focus_ != nullptr)
@@ -229,7 +229,7 @@ void BrowseView::select(const std::vector<FSNode *> &nodes) {
         showDetails(nodes, true);
 }
 
-/// Selects one node in both. The tile for the many small children is no row of the outline.
+/// Selects one node in both. The tile for the many small children has no row in the outline.
 void BrowseView::selectNode(FSNode *node) {
     outline_->select(isInTree(*node) ? node : nullptr);
     treemap_->setSelection(node);
@@ -281,12 +281,12 @@ void BrowseView::copyPaths() {
     details_->showNotice(items.size() == 1 ? u"Path copied."_s : u"Paths copied."_s);
 }
 
-/// What can be removed of what the user has selected.
+/// The nodes of the user's selection that can be removed.
 std::vector<FSNode *> BrowseView::nodesToRemove() const {
     return isSelected_ ? removableNodes(shown_) : std::vector<FSNode *>();
 }
 
-/// Whether what is shown can be removed, and what that would free.
+/// Shows whether the shown nodes can be removed, and how much that would free.
 void BrowseView::showRemoval() {
     std::int64_t bytes = 0;
     const std::vector<FSNode *> nodes = nodesToRemove();
@@ -299,7 +299,7 @@ void BrowseView::confirmRemoval() {
     removal_->ask(nodesToRemove());
 }
 
-/// A node is about to leave the tree: nothing of it, and nothing beneath it, may be kept.
+/// A node is about to leave the tree: drop all pointers to it and its descendants.
 void BrowseView::letGoOf(FSNode *node) {
     if (focus_ == nullptr)
         return;
@@ -307,7 +307,7 @@ void BrowseView::letGoOf(FSNode *node) {
         focusOn(node->parent());
     std::erase_if(
         shown_, [node](const FSNode *one) { return OutlineModel::isWithin(one, *node) || !isInTree(*one); });
-    // Not only the first time: to come out of the node, or to enter a folder, draws the treemap again.
+    // Every time, because leaving the node or entering a folder draws the treemap again.
     if (treemap_->node() != nullptr)
         treemap_->setNode(nullptr);
     if (!std::exchange(isStale_, true))
@@ -315,7 +315,7 @@ void BrowseView::letGoOf(FSNode *node) {
     outlineModel_.aboutToRemove(*node);
 }
 
-/// Draws once what many removed nodes have changed.
+/// Draws once after many nodes were removed.
 void BrowseView::showAfterRemoval() {
     if (!isStale_ || focus_ == nullptr)
         return;

@@ -22,7 +22,8 @@ class ScanSession;
 class TreemapView;
 class Volumes;
 
-/// The page that shows the scanned tree as an outline and as a treemap of the focused folder, in step.
+/// The page that shows the scanned tree as an outline and as a treemap of the focused folder, with equal
+/// selections.
 class BrowseView : public QWidget {
     Q_OBJECT
 
@@ -54,11 +55,11 @@ private:
 
     ScanSession &scan_;
     const Removals &removals_;
-    FSNode *focus_ = nullptr;     ///< the folder that both show; null without a tree
-    std::vector<FSNode *> shown_; ///< what the details are about, and the actions act on
-    bool isSelected_ = false;     ///< the user has selected what is shown; else it is the focused folder
-    bool wasScanning_ = false;    ///< what is shown
-    bool isStale_ = false;        ///< nodes were taken out since the treemap was drawn
+    FSNode *focus_ = nullptr;     ///< the folder shown in both; null without a tree
+    std::vector<FSNode *> shown_; ///< the nodes in the details, which the actions use
+    bool isSelected_ = false;     ///< `shown_` is the user's selection; otherwise the focused folder
+    bool wasScanning_ = false;    ///< the state shown
+    bool isStale_ = false;        ///< nodes were removed since the treemap was drawn
     ScanBar *bar_;
     ScanMessage *message_;
     QWidget *results_ = nullptr;

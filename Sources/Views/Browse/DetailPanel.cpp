@@ -39,7 +39,7 @@ QString shareText(const FSNode &node) {
     return share > 0 && share < 0.1 ? u"under 0.1 %"_s : QStringLiteral("%1 %").arg(share, 0, 'f', 1);
 }
 
-/// A button that is an icon only, whose title is its tool tip.
+/// A button with only an icon; its title is its tool tip.
 QPushButton *makeIconButton(const char *objectName, const QString &title, QWidget *parent) {
     QPushButton *button = makeButton(objectName, {}, parent);
     button->setFlat(true);

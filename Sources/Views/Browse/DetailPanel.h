@@ -15,21 +15,20 @@ class ElidedLabel;
 class FSNode;
 class TextLabel;
 
-/// What is known of the selected nodes, and what can be done with them. Keeps no node: figures are
-/// taken over when they are shown.
+/// Details of the selected nodes, with the actions for them. Keeps copies of figures, and no node.
 class DetailPanel : public QWidget {
     Q_OBJECT
 
 public:
     explicit DetailPanel(QWidget *parent = nullptr);
 
-    /// Shows one node in full, several as a sum that counts nothing twice, none as nothing.
+    /// Shows one node in full, or several as a sum without counting any twice. Empty for none.
     void showNodes(const std::vector<FSNode *> &nodes);
 
-    /// How many of them can be removed, and how much that frees; nothing can while a removal runs.
+    /// Sets how many of them can be removed, and how much that frees. During a removal nothing can.
     void showRemoval(std::int64_t count, std::int64_t bytes, bool isRemoving);
 
-    /// Says below the actions what became of one; empty for nothing.
+    /// Shows the outcome of an action below the buttons; empty for none.
     void showNotice(const QString &notice);
 
 signals:

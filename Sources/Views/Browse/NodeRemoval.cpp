@@ -20,7 +20,7 @@ void NodeRemoval::ask(const std::vector<FSNode *> &nodes) {
         emit confirmed();
         removals_.removeNodes(nodes, mode);
     });
-    // The nodes that the sheet asks about may not be there any more.
+    // The nodes in the question may no longer exist.
     connect(&scan_, &ScanSession::treeChanged, sheet, &QDialog::reject);
     connect(&scan_, &ScanSession::nodeAboutToBeDetached, sheet, &QDialog::reject);
     sheet->open();

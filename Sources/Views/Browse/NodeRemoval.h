@@ -11,7 +11,7 @@ class FSNode;
 class Removals;
 class ScanSession;
 
-/// The removal of nodes of the scanned tree, and the question before it.
+/// Removes nodes of the scanned tree after asking the user.
 class NodeRemoval : public QObject {
     Q_OBJECT
 
@@ -19,12 +19,12 @@ public:
     /// All must outlive it. The question is asked in a sheet over the page's window.
     NodeRemoval(const ScanSession &scan, Removals &removals, QWidget &page);
 
-    /// Asks about nodes that can be removed, and removes them if the user agrees. Nothing happens without
-    /// any, or while a removal runs; the question is withdrawn when the tree is replaced or loses nodes.
+    /// Asks about removable nodes, and removes them if the user agrees. Does nothing without nodes, or during
+    /// a removal. The question closes if the tree is replaced or loses nodes.
     void ask(const std::vector<FSNode *> &nodes);
 
 signals:
-    /// The user has agreed; the nodes are all still there.
+    /// The user has agreed; all nodes still exist.
     void confirmed();
 
 private:

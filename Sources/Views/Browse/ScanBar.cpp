@@ -32,7 +32,7 @@ namespace {
 
 constexpr int progressWidth = 160;
 
-/// A label for a figure that counts up: right-aligned, and as wide from the start as `widest` is.
+/// A label for a growing figure: right-aligned, and always as wide as `widest`.
 TextLabel *makeFigure(QWidget *parent, TextLabel::Tone tone, const char *objectName, const QString &widest) {
     auto *label = new TextLabel(Type::Size::body, tone, parent);
     label->setObjectName(QLatin1String(objectName));
@@ -108,7 +108,7 @@ QWidget *ScanBar::makeProgress() {
     layout->setSpacing(12);
     auto *bar = new ProgressLine(progress_);
     bar->setObjectName(QStringLiteral("scanProgressLine"));
-    bar->setRange(0, 0); // how much there is, is not known before the end
+    bar->setRange(0, 0); // the total is not known before the end
     bar->setFixedWidth(progressWidth);
     bar->setAccessibleName(u"Scanning"_s);
     current_->setObjectName(QStringLiteral("scanCurrent"));
@@ -122,7 +122,7 @@ void ScanBar::fillPresets() {
         presets_->addItem(text(preset.rawValue()));
 }
 
-/// While a scan runs only its figures change, and they often do.
+/// During a scan only the figures change, but often.
 void ScanBar::showSession() {
     if (std::exchange(shownRoot_, session_->scanRootPath) != session_->scanRootPath)
         showScanRoot();
@@ -168,7 +168,7 @@ void ScanBar::startOrStop() {
         session_.finishScan(nullptr);
 }
 
-/// A folder that is chosen here is scanned at once.
+/// A folder chosen here is scanned at once.
 void ScanBar::chooseFolder() {
     brimvale::chooseFolder(*this, u"Choose a folder to scan"_s, session_->scanRootPath,
                            [this](const std::string &path) { scanChosen(path); });
@@ -179,7 +179,7 @@ void ScanBar::scanChosen(const std::string &path) {
         session_.startScan(path);
         return;
     }
-    // The chooser speaks text; a name that is not text does not come through it.
+    // The chooser returns text, so a name that is not text cannot be chosen.
     auto *alert =
         new QMessageBox(QMessageBox::Warning, u"Brimvale"_s,
                         u"“%1” could not be opened."_s.arg(displayedText(path)), QMessageBox::Ok, window());

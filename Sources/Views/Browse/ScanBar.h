@@ -13,8 +13,7 @@ class ElidedLabel;
 class ScanSession;
 class TextLabel;
 
-/// The control bar of the Browse page: what to scan, start and stop, and the scan's figures while it runs and
-/// after.
+/// The control bar of the Browse page: the folder to scan, Start and Stop, and the scan's figures.
 class ScanBar : public QWidget {
     Q_OBJECT
 
@@ -40,7 +39,7 @@ private:
 
     ScanSession &session_;
     std::optional<std::string> shownRoot_;
-    std::optional<bool> wasScanning_; ///< what is shown
+    std::optional<bool> wasScanning_; ///< the state shown
     QComboBox *presets_;
     QPushButton *choose_;
     QPushButton *scan_;

@@ -33,7 +33,7 @@ void ScanMessage::showState() {
                    u"Press Scan to measure the place chosen above, or choose another folder. A scan only "
                    "looks; it changes nothing."_s);
     else
-        showWhyItIsEmpty(scan_->tree->path()); // another place may have been chosen since the scan began
+        showWhyItIsEmpty(scan_->tree->path()); // another folder may have been chosen since the scan began
 }
 
 void ScanMessage::showWhyItIsEmpty(const std::string &path) {

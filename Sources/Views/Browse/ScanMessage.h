@@ -9,7 +9,7 @@ namespace brimvale {
 class ScanSession;
 class Volumes;
 
-/// What the Browse page says where there is no tree to show: why that is so, and what to do about it.
+/// The message of the Browse page if there is no tree to show: the reason, and what to do.
 class ScanMessage : public StateMessage {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ public:
     /// Both must outlive the message.
     ScanMessage(const ScanSession &scan, const Volumes &volumes, QWidget *parent = nullptr);
 
-    /// Says what holds for the scan now. The tree, if there is one, has nothing in it.
+    /// Shows the message for the current state of the scan. If there is a tree, it is empty.
     void showState();
 
 private:

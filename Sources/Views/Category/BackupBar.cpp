@@ -113,7 +113,7 @@ void BackupBar::showState() {
     backUp_->setHidden(isArchiving);
     change_->setEnabled(!isArchiving);
     if (isArchiving)
-        picker_->setMode(RemovalMode::trash); // the way out of it is chosen for each backup
+        picker_->setMode(RemovalMode::trash); // the mode is chosen again for each backup
 }
 
 std::string BackupBar::archiveNote() const {

@@ -17,8 +17,8 @@ class RemovalModePicker;
 class Removals;
 class TextLabel;
 
-/// The bar of a category whose items are backed up before they are removed: where the backup goes, how the
-/// originals are removed afterwards, and how far a backup is.
+/// The bar of a category whose items are backed up before they are removed: the folder for backups, how the
+/// originals are removed afterwards, and the progress of a backup.
 class BackupBar : public Bar {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ public:
     /// Both must outlive the bar.
     BackupBar(Backups &backups, const Removals &removals, QWidget *parent = nullptr);
 
-    /// How many items are ticked, and their bytes together. With none the button is dead.
+    /// The number of selected items, and their bytes in total. With none, the button is disabled.
     void setSelection(std::int64_t count, std::int64_t bytes);
 
 signals:
@@ -37,7 +37,7 @@ private:
     QWidget *makeActionRow();
     void chooseFolder();
     void showState();
-    /// What became of the last backup.
+    /// The result of the last backup.
     [[nodiscard]] std::string archiveNote() const;
 
     Backups &backups_;
@@ -46,7 +46,7 @@ private:
     std::int64_t bytes_ = 0;
     ElidedLabel *folder_;
     QPushButton *change_;
-    ElidedLabel *detail_; ///< what a backup is at
+    ElidedLabel *detail_; ///< the item being copied
     TextLabel *status_;
     TextLabel *selection_;
     RemovalModePicker *picker_;

@@ -39,7 +39,7 @@ QString mismatchWarning(std::int64_t count) {
         counted(count, "item"));
 }
 
-/// How many copies hold other bytes than their originals, and which.
+/// The number of copies with different bytes than their originals, and their names.
 QString differenceWarning(const std::vector<FileURL> &differing) {
     QStringList names;
     for (std::size_t i = 0; i < std::min(differing.size(), mostNamesShown); ++i)

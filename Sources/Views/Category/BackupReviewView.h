@@ -5,8 +5,8 @@
 
 namespace brimvale {
 
-/// Shows what a backup holds before the originals are removed. `accepted` means that they shall go; closing
-/// it in any other way keeps both.
+/// Shows a finished backup before the originals are removed. `accepted` means that they should be; closing it
+/// in any other way keeps both.
 class BackupReviewView : public Sheet {
     Q_OBJECT
 

@@ -172,7 +172,7 @@ void CategoryDetailView::showSelection() {
         backupBar_->setSelection(ticked_.count(), ticked_.bytes());
 }
 
-/// What is ticked, in the order of the page.
+/// The selected entries, in the order of the page.
 std::vector<CleanupEntry> CategoryDetailView::tickedEntries() const {
     std::vector<CleanupEntry> entries;
     for (const CleanupEntry &entry : storage_.category(id_)->entries)
@@ -195,7 +195,7 @@ void CategoryDetailView::confirmRemoval(RemovalMode mode) {
     sheet->open();
 }
 
-/// A backup of a database that is in use would be worthless. Whether it is takes a while to find out.
+/// A backup of a database in use would be worthless. Checking that takes a while.
 void CategoryDetailView::prepareBackup(RemovalMode mode) {
     const std::optional<std::string> application = std::get<BackupThenRemoveAction>(action_).quitFirst;
     if (!application) {
@@ -225,7 +225,7 @@ void CategoryDetailView::askToQuitMessages() {
         ->open();
 }
 
-/// Refuses what cannot be one backup, and asks where there is too little room.
+/// Refuses entries that cannot be in one backup, and asks if there is not enough space.
 void CategoryDetailView::planBackup(RemovalMode mode) {
     const std::vector<CleanupEntry> entries = tickedEntries();
     std::vector<FileURL> items;

@@ -22,12 +22,12 @@ class Removals;
 class Storage;
 class TextLabel;
 
-/// The page of one storage category: what it is, what is in it, and what may be done with that.
+/// The page of one storage category: its description, its entries, and the actions for them.
 class CategoryDetailView : public QWidget {
     Q_OBJECT
 
 public:
-    /// `id` is that of one of the categories. The others must outlive the page.
+    /// `id` must be the identifier of a category. The other arguments must outlive the page.
     CategoryDetailView(std::string id, Storage &storage, Removals &removals, Backups &backups,
                        QWidget *parent = nullptr);
 
@@ -56,14 +56,14 @@ private:
     Backups &backups_;
     CategoryAction action_;
     TickedEntries ticked_;
-    bool isPreparing_ = false; ///< asked whether a backup may begin
+    bool isPreparing_ = false; ///< checking whether a backup can start
     CategoryHeader *header_;
     MeasureButton *measure_;
     EntryList *entries_;
     TextLabel *state_;               ///< why there are no entries
     TextLabel *sentence_;            ///< how the entries compare with the figure
-    ActionBar *bar_ = nullptr;       ///< where entries may be removed
-    BackupBar *backupBar_ = nullptr; ///< where they are backed up before
+    ActionBar *bar_ = nullptr;       ///< null if entries cannot be removed
+    BackupBar *backupBar_ = nullptr; ///< null if they are removed without a backup
 };
 
 } // namespace brimvale

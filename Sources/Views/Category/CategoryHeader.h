@@ -10,7 +10,7 @@ namespace brimvale {
 
 class TextLabel;
 
-/// The head of a category's page: its tile, title, risk and size, and the controls at the right.
+/// The top of a category's page: its tile, title, risk and size, and the controls at the right.
 class CategoryHeader : public QWidget {
     Q_OBJECT
 

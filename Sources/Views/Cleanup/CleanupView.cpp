@@ -109,7 +109,7 @@ void CleanupView::confirmRemoval(RemovalMode mode) {
     sheet->open();
 }
 
-/// What is ticked, in the order of the page; what lies in a folder that is ticked as well goes with that.
+/// The selected entries, in the order of the page, without those inside another selected folder.
 std::vector<CleanupEntry> CleanupView::tickedEntries() const {
     std::vector<CleanupEntry> entries;
     for (const CleanupTarget &target : cleanup_->cleanupTargets)

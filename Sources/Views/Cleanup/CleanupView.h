@@ -17,8 +17,8 @@ class MeasureButton;
 class Removals;
 class TargetCard;
 
-/// The page of places whose contents can be removed and come back on their own: one card a place, what is in
-/// them to be ticked, and the bar that removes what is ticked.
+/// The page of the places whose contents programs create again: one card per place with its entries, and the
+/// bar that removes the selected ones.
 class CleanupView : public QWidget {
     Q_OBJECT
 

@@ -142,14 +142,14 @@ void TargetCard::changeEvent(QEvent *event) {
 
 void TargetCard::keyPressEvent(QKeyEvent *event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    // In the list, Return means an entry.
+    // In the list, Return is for an entry.
     if (isReturn && (disclosure_->hasFocus() || all_->hasFocus()))
         disclosure_->toggle();
     else
         Card::keyPressEvent(event);
 }
 
-/// A click anywhere on the head opens and closes the card.
+/// A click anywhere on the header expands or collapses the card.
 void TargetCard::mouseReleaseEvent(QMouseEvent *event) {
     Card::mouseReleaseEvent(event);
     if (event->button() == Qt::LeftButton && head_->geometry().contains(event->pos()))

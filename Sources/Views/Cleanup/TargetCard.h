@@ -12,7 +12,7 @@ class TextLabel;
 class TickBox;
 class TickedEntries;
 
-/// One cleanup target: its head always, and its entries once it is opened.
+/// One cleanup target: always its header, and its entries when it is expanded.
 class TargetCard : public Card {
     Q_OBJECT
 

@@ -9,8 +9,8 @@
 
 namespace brimvale {
 
-/// The part in one place of a widget that draws its parts itself, as an item of a list, whatever it shows at
-/// the moment. Invalid where there are fewer parts, and once the widget is gone.
+/// One part of a widget that draws its parts itself, as an item of a list, by its index. Invalid if the
+/// widget has fewer parts now, or is destroyed.
 class AccessiblePart : public QAccessibleInterface {
 public:
     AccessiblePart(QWidget &widget, std::size_t index) : widget_(&widget), index_(index) {}
@@ -25,15 +25,15 @@ public:
     [[nodiscard]] int indexOfChild(const QAccessibleInterface *) const override { return -1; }
     [[nodiscard]] QAccessible::Role role() const override { return QAccessible::ListItem; }
     void setText(QAccessible::Text, const QString &) override {}
-    /// Its name is `name`.
+    /// The part's accessible name is `name`.
     [[nodiscard]] QString text(QAccessible::Text kind) const override;
-    /// On the screen.
+    /// In screen coordinates.
     [[nodiscard]] QRect rect() const override;
 
 protected:
-    /// How many parts the widget has; asked only while it lives.
+    /// The number of parts; called only while the widget exists.
     [[nodiscard]] virtual std::size_t count() const = 0;
-    /// What the part is called, and where it lies in the widget; asked only while it is valid.
+    /// The name of the part, and its rectangle in the widget; called only while it is valid.
     [[nodiscard]] virtual QString name() const = 0;
     [[nodiscard]] virtual QRect area() const = 0;
 
@@ -45,7 +45,7 @@ private:
     const std::size_t index_;
 };
 
-/// Such a widget, as a list of its parts.
+/// The accessibility interface of such a widget: a list of its parts.
 class AccessibleParts : public QAccessibleWidget {
 public:
     explicit AccessibleParts(QWidget &widget) : QAccessibleWidget(&widget, QAccessible::List) {}
@@ -60,12 +60,12 @@ protected:
     [[nodiscard]] virtual AccessiblePart *makePart(std::size_t index) const = 0;
 
 private:
-    /// Those that have been asked for, up to the last one. Qt owns them until they are deleted here.
+    /// All parts up to the last one requested. Qt owns them until they are deleted here.
     mutable std::vector<QAccessible::Id> parts_;
 };
 
-/// Has each `Widget` be known to accessibility as a `Parts`. To be called before the first one is asked
-/// about.
+/// Registers `Parts` as the accessibility interface of each `Widget`. Call it before the first interface is
+/// requested.
 template<class Widget, class Parts>
 void makeAccessibleAs() {
     static const auto make = [](const QString &, QObject *object) -> QAccessibleInterface * {

@@ -4,7 +4,7 @@
 
 namespace brimvale {
 
-/// A bar at the foot of a page or of the window, on a ground of its own with a line above it.
+/// A bar at the bottom of a page or the window, with a background of its own and a line above it.
 class Bar : public QWidget {
     Q_OBJECT
 

@@ -33,7 +33,7 @@ QSize CapacityBar::sizeHint() const {
 
 void CapacityBar::paintEvent(QPaintEvent *) {
     const Theme &theme = Theme::current();
-    QColor track = theme.text; // so that it shows on any surface, the sidebar's too
+    QColor track = theme.text; // visible on any surface, including the sidebar
     track.setAlphaF(trackOpacity);
     const QRectF whole = rect();
     const qreal radius = whole.height() / 2;

@@ -4,15 +4,15 @@
 
 namespace brimvale {
 
-/// A thin rounded bar that is filled to the used share of a volume. Its accessible description gives that
-/// share in percent; its owner names it.
+/// A thin rounded bar, filled to the used share of a volume. Its accessible description gives that share in
+/// percent; its owner sets its accessible name.
 class CapacityBar : public QWidget {
     Q_OBJECT
 
 public:
     explicit CapacityBar(QWidget *parent = nullptr);
 
-    /// From 0 to 1; what lies outside counts as the nearer end.
+    /// From 0 to 1; values outside are set to the nearer end.
     void setUsedShare(double share);
     [[nodiscard]] double usedShare() const { return usedShare_; }
 

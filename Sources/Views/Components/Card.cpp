@@ -20,7 +20,7 @@ void Card::paintEvent(QPaintEvent * /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(theme.border);
     painter.setBrush(theme.card);
-    // A line of one point lies in the middle of its pixels only at half a point.
+    // A line one point wide fills its pixels only if it is centred at half a point.
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
 }
 

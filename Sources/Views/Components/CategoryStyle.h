@@ -9,13 +9,13 @@
 
 namespace brimvale {
 
-/// The icon of the window's set that stands for a category's symbol key; a folder where nobody knows the key.
+/// The icon for a category's symbol key; a folder for an unknown key.
 [[nodiscard]] QString categoryIcon(const StorageCategory &category);
 
-/// The icon for a symbol key; nothing where there is none.
+/// The icon for a symbol key; nothing if there is none.
 [[nodiscard]] std::optional<QString> iconForSymbol(std::string_view symbol);
 
-/// The category's colour, the same in every appearance.
+/// The category's colour, the same in light and dark appearance.
 [[nodiscard]] QColor categoryColor(const StorageCategory &category);
 
 } // namespace brimvale

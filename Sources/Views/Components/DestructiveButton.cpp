@@ -19,7 +19,7 @@ void DestructiveButton::changeEvent(QEvent *event) {
 
 void DestructiveButton::applyTheme() {
     const QColor color = Theme::current().danger;
-    // A palette of one's own announces a change of palette too.
+    // Setting the widget's own palette sends this event too.
     if (palette().color(QPalette::Active, QPalette::ButtonText) == color)
         return;
     QPalette own;

@@ -4,7 +4,7 @@
 
 namespace brimvale {
 
-/// A button that destroys something, in the colour that says so. Never the default of its window.
+/// A button that removes something, in a warning colour. Never the default button.
 class DestructiveButton : public QPushButton {
     Q_OBJECT
 

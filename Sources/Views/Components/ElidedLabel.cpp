@@ -25,7 +25,7 @@ QSize ElidedLabel::minimumSizeHint() const {
 }
 
 void ElidedLabel::paintEvent(QPaintEvent * /*event*/) {
-    // A path may hold line feeds; they must not break the line.
+    // A path may contain line feeds, which must not break the line.
     QString line = text();
     line.replace(QLatin1Char('\n'), QChar(0x240A));
     const QString shown = fontMetrics().elidedText(line, mode_, width());

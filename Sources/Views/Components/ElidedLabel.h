@@ -4,8 +4,8 @@
 
 namespace brimvale {
 
-/// One line of text that never asks for more room than there is: what does not fit is elided, and the whole
-/// text is the tooltip then.
+/// One line of text that never needs more room than there is. A text that does not fit is elided, and the
+/// tool tip shows it in full.
 class ElidedLabel : public TextLabel {
     Q_OBJECT
 

@@ -9,7 +9,7 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
-// In a static library a resource must be asked for, outside of any namespace.
+// Resources of a static library must be initialised by hand, outside of any namespace.
 static void openResources() {
     Q_INIT_RESOURCE(icons);
 }

@@ -13,7 +13,7 @@ MeasureButton::MeasureButton(const QString &work, WhileMeasuring whileMeasuring,
 }
 
 void MeasureButton::showState(bool isMeasuring, double progress) {
-    // The page keeps the focus for the button, so that it does not go to the control after it.
+    // The page takes the focus, so that it does not move to the control after the button.
     if (isMeasuring && hasFocus())
         page_->setFocus();
     if (whileMeasuring_ == WhileMeasuring::hidden)

@@ -6,19 +6,19 @@ namespace brimvale {
 
 class ProgressNote;
 
-/// The button that has a page measured, and the progress of that.
+/// The button that starts measuring on a page, and the progress.
 class MeasureButton : public QPushButton {
     Q_OBJECT
 
 public:
-    /// What becomes of the button while something is measured.
+    /// The state of the button while something is measured.
     enum class WhileMeasuring { hidden, disabled };
 
-    /// `work` says what is measured. The page is the parent, and gets the focus while the button cannot have
-    /// it.
+    /// `work` names what is measured. The page is the parent, and gets the focus while the button is
+    /// disabled.
     MeasureButton(const QString &work, WhileMeasuring whileMeasuring, QWidget *page);
 
-    /// To be laid out by the page. Only seen while something is measured.
+    /// The progress, for the page's layout. Visible only while something is measured.
     [[nodiscard]] ProgressNote *progress() const { return progress_; }
 
     /// `progress` is from 0 to 1.

@@ -7,20 +7,20 @@
 
 namespace brimvale {
 
-/// A name or path for display: one line, in which every character that would act instead of being seen (a
-/// control, a line separator, a change of the writing direction) is U+FFFD, like bytes that are not UTF-8.
+/// A name or path for display on one line. Every character that acts on the display (a control, a line
+/// separator, a change of the writing direction) becomes U+FFFD, like bytes that are not UTF-8.
 [[nodiscard]] QString displayedText(std::string_view bytes);
 [[nodiscard]] inline QString displayedName(const FSNode &node) {
     return displayedText(node.name);
 }
 
-/// The name of the icon that stands for a node of its kind and state.
+/// The name of the icon for a node's kind and state.
 [[nodiscard]] QString nodeIconName(const FSNode &node);
 
-/// Text as it stands for a button or a menu, which would take "&" for the mark of a shortcut.
+/// Text for a button or a menu. Escapes "&", which would mark a shortcut.
 [[nodiscard]] QString asLabel(QString text);
 
-/// Text as it stands for a tool tip, which would take "<b>" for markup.
+/// Text for a tool tip. Escapes markup such as "<b>".
 [[nodiscard]] QString asToolTip(const QString &text);
 
 } // namespace brimvale

@@ -6,7 +6,7 @@ namespace brimvale {
 
 class TextLabel;
 
-/// A quiet note: an icon, and a text of as many lines as it takes.
+/// A small note: an icon, and a text of as many lines as needed.
 class NoteLabel : public QWidget {
     Q_OBJECT
 

@@ -8,7 +8,7 @@ namespace brimvale {
 
 class TextLabel;
 
-/// The head of a page: its title, a line under it, and the controls at the right.
+/// The top of a page: its title, a line below, and the controls at the right.
 class PageHeader : public QWidget {
     Q_OBJECT
 

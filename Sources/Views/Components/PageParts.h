@@ -7,10 +7,10 @@ class QWidget;
 
 namespace brimvale {
 
-/// The margins of a page around its header, and `gap` points beneath it. Its layout is vertical.
+/// Sets the margins of a page for its header, with `gap` points below. The page's layout is vertical.
 [[nodiscard]] QWidget *makePageHead(QWidget *header, int gap, QWidget *page);
 
-/// What scrolls a part of a page, which is as wide as there is room.
+/// A scroll area for part of a page, as wide as possible.
 [[nodiscard]] QScrollArea *makeScrollArea(QWidget *content, QWidget *page);
 
 /// A button that Return does not press unless it has the focus.

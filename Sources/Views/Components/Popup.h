@@ -5,8 +5,8 @@ class QWidget;
 
 namespace brimvale {
 
-/// Gives a menu, a dialog or another window of its own the palette of its parent's window. It would have the
-/// system's otherwise.
+/// Gives a menu, a dialog or another separate window the palette of its parent's window. By default it would
+/// have the system's palette.
 void usePaletteOfParent(QWidget &popup);
 
 /// A menu with the palette of its parent's window, which deletes itself when it is closed.

@@ -15,7 +15,7 @@ namespace {
 constexpr int thickness = 4;
 constexpr int usualLength = 160;
 constexpr int frameInterval = 16;
-constexpr qint64 period = 1400;    ///< of a part that runs along, in milliseconds
+constexpr qint64 period = 1400;    ///< of a moving part, in milliseconds
 constexpr double partLength = 0.3; ///< of that part
 
 } // namespace

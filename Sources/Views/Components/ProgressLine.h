@@ -6,8 +6,8 @@
 
 namespace brimvale {
 
-/// A slim line that fills up with the progress; while the range is empty (0 to 0) a part of it runs along,
-/// for work whose end is not known. It stands still where the user wants no animations.
+/// A slim line that shows the progress. While the range is empty (0 to 0), a part of it moves along, for work
+/// of unknown length. It does not move if the user wants no animations.
 class ProgressLine : public QProgressBar {
 public:
     explicit ProgressLine(QWidget *parent = nullptr);
@@ -23,7 +23,7 @@ private:
     [[nodiscard]] bool isBusy() const { return minimum() == maximum(); }
     [[nodiscard]] QRectF filledPart() const;
 
-    QBasicTimer timer_; ///< runs while a part runs along and is seen
+    QBasicTimer timer_; ///< active while a visible part moves
     QElapsedTimer sinceStart_;
 };
 

@@ -7,7 +7,7 @@ namespace brimvale {
 class ProgressLine;
 class TextLabel;
 
-/// What a page is busy with, and how far it is.
+/// The running work of a page, and its progress.
 class ProgressNote : public QWidget {
     Q_OBJECT
 

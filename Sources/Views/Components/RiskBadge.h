@@ -6,7 +6,7 @@
 
 namespace brimvale {
 
-/// How much thought a removal deserves: a word in the risk's colour on a thin layer of the same colour.
+/// A badge for the risk of a removal: a word in the risk's colour, on a light tint of that colour.
 class RiskBadge : public QWidget {
     Q_OBJECT
 

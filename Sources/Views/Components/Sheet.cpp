@@ -45,7 +45,7 @@ QPushButton *Sheet::makeCloseButton(const char *objectName, const QString &title
 
 void Sheet::addButtons(QVBoxLayout &layout, std::initializer_list<QPushButton *> buttons) {
     auto *row = new QWidget(this);
-    auto *inRow = new QHBoxLayout(row); // with the distance that buttons have, not that of the sheet's parts
+    auto *inRow = new QHBoxLayout(row); // with the usual gap between buttons, not that of the sheet
     inRow->setContentsMargins(0, 0, 0, 0);
     inRow->addStretch(1);
     for (QPushButton *button : buttons)

@@ -10,8 +10,8 @@ namespace brimvale {
 
 class TextLabel;
 
-/// A dialog that belongs to one window, which cannot be used while it is open. To be opened with `open()`;
-/// deletes itself when it is closed.
+/// A dialog over one window, which is blocked while the dialog is open. Open it with `open()`; it deletes
+/// itself when it is closed.
 class Sheet : public QDialog {
     Q_OBJECT
 
@@ -22,9 +22,9 @@ protected:
     /// The layout of the sheet, from top to bottom, `gap` points apart.
     QVBoxLayout *makeLayout(int gap = 12);
     [[nodiscard]] TextLabel *makeHeading(const char *objectName, const QString &words);
-    /// The button that closes the sheet and does nothing else, which is the default.
+    /// A button that only closes the sheet. It is the default button.
     [[nodiscard]] QPushButton *makeCloseButton(const char *objectName, const QString &title);
-    /// Adds a row of buttons, in this order at its right end. The last one, which closes the sheet, has the
+    /// Adds a row of buttons, in this order, aligned right. The last one, which closes the sheet, gets the
     /// focus.
     void addButtons(QVBoxLayout &layout, std::initializer_list<QPushButton *> buttons);
 };

@@ -43,7 +43,7 @@ void StateMessage::setMessage(const QString &iconName, const QString &title, con
     drawIcon();
 }
 
-/// A layout asks an aligned label for one line only.
+/// Layouts give an aligned label only one line.
 void StateMessage::fitSentence() {
     const int width = std::clamp(contentsRect().width() - 2 * margin, 1, textWidth);
     sentence_->setFixedSize(width, sentence_->heightForWidth(width));

@@ -9,8 +9,8 @@ namespace brimvale {
 
 class TextLabel;
 
-/// What a page shows in place of a list that has nothing to list: an icon, a title, and a sentence that says
-/// why or what to do.
+/// The message of a page in place of an empty list: an icon, a title, and a sentence with the reason or the
+/// next step.
 class StateMessage : public QWidget {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ public:
     [[nodiscard]] QString title() const;
     [[nodiscard]] QString sentence() const;
 
-    /// As narrow as need be: the sentence breaks into more lines.
+    /// As narrow as necessary: the sentence wraps.
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:

@@ -6,13 +6,11 @@
 
 namespace brimvale {
 
-/// The typeface that the window is set in, at its body size: the system's own where that is made for windows
-/// like this one, else the bundled one, else (it cannot be loaded) whatever the system has. Needs the
-/// application object.
+/// The window's font at its body size: the system's font if it suits such windows, otherwise the bundled one
+/// or, if that cannot be loaded, the system's default. Needs the application object.
 [[nodiscard]] QFont applicationFont();
 
-/// The colour that the user has chosen for what is selected or can be pressed, in all applications; nothing
-/// where the system has no such choice.
+/// The user's accent colour for all applications; nothing if the system has none.
 [[nodiscard]] std::optional<QColor> systemAccent();
 
 } // namespace brimvale

@@ -8,7 +8,7 @@
 
 namespace brimvale {
 
-/// Words of the program, which are UTF-8; names and paths are for `displayedText`.
+/// Texts of the program, which are UTF-8. For names and paths use `displayedText`.
 [[nodiscard]] inline QString text(const std::string &utf8) {
     return QString::fromStdString(utf8);
 }
@@ -17,7 +17,7 @@ namespace brimvale {
     return text(Fmt::byteFormatter(bytes));
 }
 
-/// A number with its noun, which takes an "s" for all but one: "1 file", "2,345 files".
+/// A number with its noun, which gets an "s" for all numbers but one: "1 file", "2,345 files".
 [[nodiscard]] inline QString counted(std::int64_t count, const char *noun) {
     return text(Fmt::count(count)) + QLatin1Char(' ') + QLatin1String(noun) +
            QLatin1String(count == 1 ? "" : "s");

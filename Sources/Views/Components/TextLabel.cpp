@@ -42,7 +42,7 @@ void TextLabel::changeEvent(QEvent *event) {
 
 void TextLabel::applyTheme() {
     const QColor color = colorOf(tone_);
-    // A palette of one's own announces a change of palette too.
+    // Setting the widget's own palette sends this event too.
     if (palette().color(QPalette::WindowText) == color)
         return;
     QPalette own;

@@ -6,7 +6,7 @@
 
 namespace brimvale {
 
-/// A text in one of the window's sizes and tones, which follow the theme. Plain text, whatever it looks like.
+/// A text in one of the window's sizes and tones, which follow the theme. Always plain text.
 class TextLabel : public QLabel {
     Q_OBJECT
 

@@ -76,7 +76,7 @@ const Theme &Theme::current() {
 }
 
 Theme Theme::withAccent(const QColor &color) const {
-    constexpr double lightest = 0.4; // white on it has a contrast of 2.3 to 1, as the system allows itself
+    constexpr double lightest = 0.4; // white text on it has a contrast of 2.3 to 1, like the system's
     Theme theme = *this;
     theme.accent = color;
     theme.onAccent = luminanceOf(color) > lightest ? light.text : light.card;

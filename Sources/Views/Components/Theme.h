@@ -9,7 +9,7 @@ namespace brimvale {
 /// The colours of one appearance, light or dark.
 struct Theme {
     bool isDark;
-    QColor window; ///< behind everything
+    QColor window; ///< the background of the window
     QColor sidebar;
     QColor card;      ///< raised surfaces: cards, lists, fields
     QColor border;    ///< one pixel around a card
@@ -23,16 +23,16 @@ struct Theme {
     QColor hover;    ///< under the pointer
     QColor warning;
     QColor danger;
-    QColor green;  ///< what is safe
-    QColor orange; ///< what deserves a look
+    QColor green;  ///< safe
+    QColor orange; ///< needs a look
 
-    /// The theme that goes with the system's palette: dark where its window is darker than its text.
+    /// The theme for the system's palette: dark if its window is darker than its text.
     [[nodiscard]] static const Theme &matching(const QPalette &systemPalette);
-    /// The theme of the application's palette and the user's accent colour, both of the moment. Belongs to
-    /// the main thread.
+    /// The theme for the current palette of the application and the user's accent colour. Call it on the main
+    /// thread.
     [[nodiscard]] static const Theme &current();
 
-    /// The same with another accent, and with text on it that can be read.
+    /// The same theme with another accent, and readable text on it.
     [[nodiscard]] Theme withAccent(const QColor &color) const;
 
     /// The same colours as a palette, for the widgets that Qt paints.

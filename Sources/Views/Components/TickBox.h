@@ -7,14 +7,14 @@ class QPainter;
 
 namespace brimvale {
 
-/// Paints a tick box of the window.
+/// Paints a tick box in the window's style.
 void paintTickBox(QPainter &painter, const QRectF &box, Qt::CheckState state, bool isEnabled = true);
 
-/// How wide and high a tick box is, in points.
+/// The width and height of a tick box, in points.
 inline constexpr int tickBoxSize = 16;
 
-/// A tick box for a whole list: ticked, not, or in part. A click on a partly ticked one ticks all. Its owner
-/// sets the state; a click only asks for it.
+/// A tick box for a whole list: all, none or some rows are selected. A click on a partly ticked box selects
+/// all. A click only emits a signal; the owner sets the state.
 class TickBox : public QAbstractButton {
     Q_OBJECT
 
@@ -27,7 +27,7 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
 
 signals:
-    /// The user wants everything ticked, or nothing.
+    /// The user wants all rows selected, or none.
     void asked(bool ticked);
 
 protected:

@@ -23,7 +23,7 @@ constexpr int margin = 16;
 constexpr int gap = 10;
 constexpr int sizeWidth = 88;
 constexpr int dateWidth = 110;
-constexpr int leastNameWidth = 180; ///< beside a date
+constexpr int leastNameWidth = 180; ///< if there is a date beside it
 
 QStringList notesOn(const QModelIndex &index) {
     return index.data(EntryListModel::noteRole).toString().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
@@ -42,16 +42,16 @@ void drawWords(QPainter &painter, const QRect &place, Qt::Alignment alignment, T
     painter.drawText(place, static_cast<int>(alignment) | Qt::TextSingleLine, shown);
 }
 
-/// Takes `width` off the right end of `row`, and the gap before it.
+/// Cuts `width` and a gap off the right end of `row`.
 QRect takeRight(QRect &row, int width) {
     const QRect taken(row.right() - width + 1, row.top(), width, row.height());
     row.setRight(taken.left() - gap);
     return taken;
 }
 
-/// The notes, one a line, below the rest: they are to be read in full, and have the whole width for that.
+/// The notes, one per line, below the rest. They use the whole width, because they must be readable in full.
 void paintNotes(QPainter &painter, const QRect &above, const QStringList &notes) {
-    constexpr int nearer = 5; // the rest ends a little before its place does
+    constexpr int nearer = 5; // the rest ends a little above the end of its space
     QRect line(above.left(), above.bottom() + 1 - nearer, above.width(), noteHeight);
     for (const QString &note : notes) {
         drawWords(painter, line, Qt::AlignLeft | Qt::AlignVCenter, Type::Size::caption,
@@ -103,7 +103,7 @@ void EntryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     paintLines(*painter, row, index, hasRoom ? QString() : date);
 }
 
-/// The name, and under it what else there is to say, after what had no room beside it.
+/// The name, and below it the values that had no room beside it and the second line.
 void EntryDelegate::paintLines(QPainter &painter, const QRect &place, const QModelIndex &index,
                                const QString &crowdedOut) const {
     const Theme &theme = Theme::current();
@@ -156,7 +156,7 @@ bool EntryDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const 
     const QString words = index.data(Qt::ToolTipRole).toString();
     if (event->type() != QEvent::ToolTip || words.isEmpty())
         return QStyledItemDelegate::helpEvent(event, view, option, index);
-    // Only rich text is broken into lines.
+    // Tool tips wrap only rich text.
     QToolTip::showText(event->globalPos(), QStringLiteral("<p>%1</p>").arg(words.toHtmlEscaped()), view);
     return true;
 }

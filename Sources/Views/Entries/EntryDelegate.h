@@ -4,8 +4,8 @@
 
 namespace brimvale {
 
-/// Paints the rows of a list with the roles of `EntryListModel`, and ticks one with a click on its box or
-/// with the space bar.
+/// Paints the rows of a list with the roles of `EntryListModel`. A click on its tick box or the space bar
+/// selects an entry.
 class EntryDelegate : public QStyledItemDelegate {
     Q_OBJECT
 

@@ -8,19 +8,19 @@
 
 namespace brimvale {
 
-/// A list of entries: Return shows one in the system's file browser, the space bar ticks it.
+/// A list of entries: Return shows one in the system's file browser, the space bar selects it.
 class EntryList : public RowList {
     Q_OBJECT
 
 public:
-    /// Without `ticked` the list can only be looked at.
+    /// Without `ticked` the list is read-only.
     explicit EntryList(TickedEntries *ticked, QWidget *parent = nullptr);
     ~EntryList() override;
 
     void setEntries(const std::vector<CleanupEntry> &entries);
     [[nodiscard]] const std::vector<CleanupEntry> &entries() const { return model_->entries(); }
 
-    /// What to show in place of a list whose folder may not be listed.
+    /// The message in place of a list whose folder cannot be listed.
     [[nodiscard]] static QString unreadableText();
 
 private:

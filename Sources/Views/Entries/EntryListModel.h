@@ -9,16 +9,16 @@ namespace brimvale {
 
 class TickedEntries;
 
-/// The rows of a list of entries that can be ticked.
+/// The rows of a list of entries that can be selected with tick boxes.
 class EntryListModel : public QAbstractListModel {
     Q_OBJECT
 
 public:
     enum Role {
         sizeRole = Qt::UserRole, ///< formatted
-        dateRole,                ///< formatted; empty where it is not known
+        dateRole,                ///< formatted; empty if it is not known
         folderRole,              ///< a second line; empty for none
-        noteRole,                ///< further lines, that deserve attention; empty for none
+        noteRole,                ///< further lines with warnings; may be empty
         iconRole                 ///< the name of an icon
     };
 

@@ -20,7 +20,7 @@ namespace brimvale::ItemActions {
 
 namespace {
 
-/// Shows the folder around the item by the desktop's ordinary means.
+/// Opens the parent folder of the item with the desktop's default application.
 void openEnclosing(const FileURL &item) {
     const std::string uri = FileBrowser::fileURI(item.parent());
     QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(uri)));

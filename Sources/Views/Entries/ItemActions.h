@@ -11,21 +11,20 @@ class QWidget;
 
 namespace brimvale {
 
-/// What can be done with any item that a page shows.
+/// The actions for any item shown on a page.
 namespace ItemActions {
 
-/// Shows the item in the system's file browser, or the folder around it where that cannot be asked. Does not
-/// wait.
+/// Shows the item in the system's file browser, or opens its parent folder if the browser cannot show it.
+/// Does not wait.
 void reveal(const FileURL &item);
 
-/// Puts the paths on the clipboard: as text for people, and as URIs for programs, which tell every byte of a
-/// name.
+/// Puts the paths on the clipboard: as text for people, and as URIs for programs, which keep every byte.
 void copyPaths(const std::vector<FileURL> &items);
 
-/// What a menu says that offers to copy the paths of so many items.
+/// The menu entry for copying the paths of this many items.
 [[nodiscard]] QString copyTitle(std::size_t items);
 
-/// A menu of the above for the items, which deletes itself when it is closed.
+/// A menu of these actions for the items. It deletes itself when it is closed.
 [[nodiscard]] QMenu *menuFor(const std::vector<FileURL> &items, QWidget *parent);
 
 } // namespace ItemActions

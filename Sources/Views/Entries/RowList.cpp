@@ -49,7 +49,7 @@ void RowList::currentChanged(const QModelIndex &current, const QModelIndex &prev
     showCurrent();
 }
 
-/// The list itself never scrolls: the page around it has to.
+/// The list itself never scrolls, so the page has to.
 void RowList::showCurrent() {
     QWidget *around = parentWidget();
     while (around != nullptr && qobject_cast<QScrollArea *>(around) == nullptr)

@@ -4,7 +4,7 @@
 
 namespace brimvale {
 
-/// A list that is as high as its rows and leaves scrolling to the page around it.
+/// A list that is as high as its rows, so that the page scrolls instead of it.
 class RowList : public QListView {
     Q_OBJECT
 

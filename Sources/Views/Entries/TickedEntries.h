@@ -9,7 +9,7 @@
 
 namespace brimvale {
 
-/// The entries that the user has ticked on a page. An item is ticked once, however many lists show it.
+/// The entries selected on a page. An item in several lists is selected once.
 class TickedEntries : public QObject {
     Q_OBJECT
 
@@ -17,17 +17,17 @@ public:
     using QObject::QObject;
 
     [[nodiscard]] bool contains(const FileURL &url) const { return sizes_.contains(url); }
-    /// How many there are to remove: what lies in a folder that is ticked as well goes with that.
+    /// The number of items to remove, without those inside another selected folder.
     [[nodiscard]] std::int64_t count() const { return count_; }
     [[nodiscard]] bool isEmpty() const { return sizes_.empty(); }
-    /// Allocated bytes of all of them together.
+    /// The allocated bytes of all of them in total.
     [[nodiscard]] std::int64_t bytes() const { return bytes_; }
 
-    /// How many of these are ticked: all (and there are some), some or none.
+    /// Whether all of these entries are selected (and there are some), or some, or none.
     [[nodiscard]] Qt::CheckState stateOf(const std::vector<CleanupEntry> &entries) const;
 
     void setTicked(const std::vector<CleanupEntry> &entries, bool isTicked);
-    /// Unticks what is in none of the lists any more, and takes over the sizes of the others.
+    /// Deselects entries that are in none of the lists any more, and updates the sizes of the others.
     void retain(const std::vector<const std::vector<CleanupEntry> *> &lists);
     void clear();
 

@@ -14,14 +14,14 @@ class TextLabel;
 struct MeasuredCategory;
 struct VolumeInfo;
 
-/// How full the root volume is, and with what.
+/// The card of the root volume: its capacity, divided into categories.
 class CapacityCard : public Card {
     Q_OBJECT
 
 public:
     explicit CapacityCard(QWidget *parent = nullptr);
 
-    /// The categories that are measured become segments, the remainder last.
+    /// The measured categories become segments, System Data last.
     void show(const std::optional<VolumeInfo> &volume, const std::vector<MeasuredCategory> &categories);
 
 protected:

@@ -6,14 +6,14 @@
 
 namespace brimvale {
 
-/// One storage category in a list: what it is, its share and its size. Pressing it opens the category.
+/// One storage category in a list: its name, share and size. Clicking it opens the category.
 class CategoryRow : public QAbstractButton {
     Q_OBJECT
 
 public:
     explicit CategoryRow(QWidget *parent = nullptr);
 
-    /// `share` of the used space, from 0 to 1. `isLast` leaves out the line beneath.
+    /// `share` of the used space, from 0 to 1. `isLast` leaves out the line below.
     void setCategory(const MeasuredCategory &category, double share, bool isLast);
 
     [[nodiscard]] QSize sizeHint() const override;

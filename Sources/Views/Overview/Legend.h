@@ -7,7 +7,7 @@
 
 namespace brimvale {
 
-/// The names of a bar's segments beside dots of their colours, in as many lines as they take.
+/// The names of a bar's segments beside dots of their colours, in as many lines as needed.
 class Legend : public QWidget {
     Q_OBJECT
 
@@ -24,7 +24,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    /// Where each name begins in a legend that wide, with its dot.
+    /// The top left corner of each name, with its dot, in a legend of this width.
     [[nodiscard]] std::vector<QPoint> places(int width) const;
 
     std::vector<BarSegment> segments_;

@@ -30,7 +30,7 @@ namespace brimvale {
 
 namespace {
 
-/// The time of day; the page may stay open long, and a span of time would grow stale on it.
+/// The time of day, because "5 minutes ago" would become wrong while the page stays open.
 QString timeText(Date date) {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(date.time_since_epoch()).count();
     return QLocale().toString(QDateTime::fromSecsSinceEpoch(seconds).time(), QLocale::ShortFormat);
@@ -137,7 +137,7 @@ void OverviewView::showSnapshots() {
     snapshots_->setSnapshots(volumes_->snapshots, volumes_->isDeletingSnapshot);
 }
 
-/// A letter goes to the next category that begins with it.
+/// A letter moves to the next category that begins with it.
 void OverviewView::keyPressEvent(QKeyEvent *event) {
     const auto focused =
         std::find_if(rows_.begin(), rows_.end(), [](const CategoryRow *row) { return row->hasFocus(); });

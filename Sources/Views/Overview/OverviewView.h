@@ -20,7 +20,7 @@ class Volumes;
 class VolumesCard;
 struct LocalSnapshot;
 
-/// The page that breaks the used space into categories, and shows the volumes and snapshots around it.
+/// The page that divides the used space into categories, and shows the volumes and snapshots.
 class OverviewView : public QWidget {
     Q_OBJECT
 

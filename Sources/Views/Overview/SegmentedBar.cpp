@@ -30,7 +30,7 @@ QString BarSegment::words() const {
 SegmentedBar::SegmentedBar(QWidget *parent) : QWidget(parent) {
     setObjectName(QStringLiteral("segmentedBar"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    makeAccessible(); // first: a name makes it known to accessibility, for good
+    makeAccessible(); // first, because setting a name makes Qt look up the interface for good
     setAccessibleName(u"What the used space consists of"_s);
 }
 
@@ -72,7 +72,7 @@ void SegmentedBar::paintEvent(QPaintEvent * /*event*/) {
     for (std::size_t i = 0; i < segments_.size(); ++i) {
         const QRectF place = rectOf(i);
         painter.fillRect(place, segments_[i].color);
-        // A segment narrower than the gap would be nothing but gap.
+        // A segment narrower than the gap would be invisible.
         if (place.width() > 2 * segmentGap)
             painter.fillRect(QRectF(place.right() - segmentGap, 0, segmentGap, height()), theme.card);
     }

@@ -20,18 +20,18 @@ struct BarSegment {
     friend bool operator==(const BarSegment &, const BarSegment &) = default;
 };
 
-/// A thick rounded bar of coloured segments, each as wide as its part of the whole; what is left over is
-/// empty. Pointing at a segment names it.
+/// A thick rounded bar of coloured segments, each as wide as its share of the whole; the rest is empty. The
+/// segment under the pointer shows its name.
 class SegmentedBar : public QWidget {
     Q_OBJECT
 
 public:
     explicit SegmentedBar(QWidget *parent = nullptr);
 
-    /// Segments of no bytes are left out. Where they add up to more than `whole`, they share the bar.
+    /// Empty segments are left out. If the segments add up to more than `whole`, they share the bar.
     void setSegments(std::vector<BarSegment> segments, std::int64_t whole);
     [[nodiscard]] const std::vector<BarSegment> &segments() const { return segments_; }
-    /// Where a segment is drawn.
+    /// The rectangle of a segment.
     [[nodiscard]] QRectF rectOf(std::size_t segment) const;
 
     [[nodiscard]] QSize sizeHint() const override;
@@ -41,7 +41,7 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    /// Lets those who do not see the bar have its segments as the items of a list.
+    /// Presents the segments to assistive technology as the items of a list.
     static void makeAccessible();
 
     std::vector<BarSegment> segments_;

@@ -11,14 +11,14 @@ namespace brimvale {
 
 class TextLabel;
 
-/// The local snapshots of the root volume, newest first, each with a button that deletes it.
+/// The local snapshots of the root volume, newest first, each with a button to delete it.
 class SnapshotsCard : public Card {
     Q_OBJECT
 
 public:
     explicit SnapshotsCard(QWidget *parent = nullptr);
 
-    /// None hides the card. While one is deleted (`isBusy`), no other can be.
+    /// Hidden if there are none. While one is being deleted (`isBusy`), the buttons are disabled.
     void setSnapshots(const std::vector<LocalSnapshot> &snapshots, bool isBusy);
 
 signals:

@@ -7,7 +7,7 @@
 
 namespace brimvale {
 
-/// The volumes besides the root volume: how full each one is.
+/// The other volumes, with their used and free space.
 class VolumesCard : public Card {
     Q_OBJECT
 

@@ -11,20 +11,20 @@ class DestructiveButton;
 class RemovalModePicker;
 class TextLabel;
 
-/// The bar at the bottom of a page that says what is ticked, and removes it, asked by button or by key.
+/// The bar at the bottom of a page. It shows the selection, and removes it by button or by key.
 class ActionBar : public Bar {
     Q_OBJECT
 
 public:
     explicit ActionBar(QWidget *parent = nullptr);
 
-    /// How many items are ticked, and their bytes together. With none the button is dead.
+    /// The number of selected items, and their bytes in total. With none, the button is disabled.
     void setSelection(std::int64_t count, std::int64_t bytes);
-    /// What the user should know before; an empty text for nothing.
+    /// A remark for the confirmation; empty for none.
     void setNote(const QString &note);
-    /// Shows whether a removal runs, during which no other can be asked for.
+    /// Sets whether a removal is running. No other can be requested then.
     void setBusy(bool isBusy);
-    /// Goes back to the Trash, which everything starts from.
+    /// Resets the mode to the Trash, the default.
     void resetMode();
 
 signals:

@@ -4,30 +4,30 @@
 
 namespace brimvale {
 
-/// A sheet of a heading and a text under it.
+/// A sheet with a heading and a text.
 class TextSheet : public Sheet {
     Q_OBJECT
 
 protected:
     TextSheet(const char *objectName, const QString &title, const QString &text, QWidget *parent);
-    /// To add the buttons to.
+    /// Add the buttons to this layout.
     [[nodiscard]] QVBoxLayout &content() { return *content_; }
 
 private:
     QVBoxLayout *content_;
 };
 
-/// Asks before something is done that cannot be undone. The way out is the default. `accepted` means yes.
+/// Asks before an action that cannot be undone. Cancel is the default. `accepted` means yes.
 class ConfirmationSheet : public TextSheet {
     Q_OBJECT
 
 public:
-    /// `action` is the title of the button that does it.
+    /// `action` is the title of the button that confirms.
     ConfirmationSheet(const QString &question, const QString &explanation, const QString &action,
                       QWidget *parent);
 };
 
-/// Tells something that only has to be read.
+/// Shows a message with nothing to decide.
 class NoticeSheet : public TextSheet {
     Q_OBJECT
 

@@ -6,7 +6,7 @@
 
 namespace brimvale {
 
-/// Chooses how things are removed. The Trash unless the user says otherwise.
+/// Lets the user choose how items are removed. The Trash is the default.
 class RemovalModePicker : public QComboBox {
     Q_OBJECT
 

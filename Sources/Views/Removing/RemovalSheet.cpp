@@ -69,7 +69,7 @@ RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
     resize(sheetWidth, layout->totalHeightForWidth(sheetWidth));
 }
 
-/// The first few, each with what it takes, and how many others there are.
+/// The first few items with their sizes, and the number of the others.
 QWidget *RemovalSheet::makeItemList() {
     auto *card = new Card(this);
     auto *rows = new QGridLayout(card);

@@ -14,15 +14,15 @@ class DestructiveButton;
 class RemovalModePicker;
 class TextLabel;
 
-/// What a page asks the user to confirm.
+/// The contents of a confirmation.
 struct RemovalRequest {
     std::vector<CleanupEntry> items = {};
-    RemovalMode mode = RemovalMode::trash; ///< that is chosen at first
-    /// What the user should know before, for the chosen mode; an empty text for nothing.
+    RemovalMode mode = RemovalMode::trash; ///< the initial choice
+    /// A remark for the chosen mode; empty for none.
     std::function<std::string(RemovalMode mode)> remark = {};
 };
 
-/// Asks before anything is removed: what, how many, how much, and how. The way out is the default.
+/// Asks before a removal: which items, how many, how large, and how to remove them. Cancel is the default.
 class RemovalSheet : public Sheet {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ public:
     RemovalSheet(RemovalRequest request, QWidget *parent);
 
 signals:
-    /// The user wants the items gone, in this way.
+    /// The user confirmed the removal in this mode.
     void confirmed(RemovalMode mode);
 
 private:

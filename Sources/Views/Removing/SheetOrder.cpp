@@ -14,7 +14,7 @@ void whenNoSheetIsOpen(const QObject *context, std::function<void()> open) {
     const auto *sheet = qobject_cast<QDialog *>(QApplication::activeModalWidget());
     if (sheet == nullptr)
         return open();
-    // A sheet may end in order that another one takes its place.
+    // A sheet may close because another one replaces it.
     QObject::connect(
         sheet, &QDialog::finished, context,
         [context, open = std::move(open)] { whenNoSheetIsOpen(context, open); }, Qt::QueuedConnection);

@@ -5,11 +5,11 @@
 
 namespace brimvale {
 
-/// Whether the user is busy with a sheet. On a Mac the menus can be used all the same.
+/// Whether a sheet is open. On a Mac, menus still work then.
 [[nodiscard]] bool isSheetOpen();
 
-/// Calls `open` now, or when every sheet that is open has ended. For what comes up by itself, which is not to
-/// come between the user and a question. Nothing happens once `context` is gone.
+/// Calls `open` now, or when all open sheets have closed. For sheets that open by themselves, which must not
+/// cover a question. Dropped if `context` is destroyed first.
 void whenNoSheetIsOpen(const QObject *context, std::function<void()> open);
 
 } // namespace brimvale

@@ -28,7 +28,7 @@ constexpr int windowWidth = 460;
 constexpr int notesHeight = 160;
 constexpr int wholeRange = 1000;
 
-/// The moment as the user's locale writes it.
+/// The time in the format of the user's locale.
 QString text(Date moment) {
     const auto sinceEpoch = std::chrono::floor<std::chrono::milliseconds>(moment).time_since_epoch();
     return QLocale::system().toString(QDateTime::fromMSecsSinceEpoch(sinceEpoch.count()),
@@ -64,7 +64,7 @@ UpdateView::UpdateView(Updater &updater, QWidget *parent)
     arrange();
     connect(&updater_, &Updater::stateChanged, this, [this] {
         showState();
-        // A window that was closed lives until the event loop comes round; nobody waits for its answer.
+        // A closed window still exists until the event loop runs; it shows no answer.
         if (isAnswerDue_ && isVisible() && !std::holds_alternative<updateState::Checking>(*updater_.state))
             answer();
     });
@@ -152,7 +152,7 @@ void UpdateView::showState() {
     lastChecked_->setHidden(!*updater_.lastChecked);
     if (*updater_.lastChecked)
         lastChecked_->setText(u"Last checked %1"_s.arg(text(**updater_.lastChecked)));
-    adjustSize(); // to what this state shows
+    adjustSize(); // to the shown contents
 }
 
 void UpdateView::check() {
@@ -160,7 +160,7 @@ void UpdateView::check() {
     isAnswerDue_ = std::holds_alternative<updateState::Checking>(*updater_.state);
 }
 
-/// The check that the user waited for has ended.
+/// The check requested by the user has ended.
 void UpdateView::answer() {
     isAnswerDue_ = false;
     if (std::holds_alternative<updateState::Idle>(*updater_.state))

@@ -12,8 +12,8 @@ class ProgressLine;
 class TextLabel;
 class Updater;
 
-/// The update window: what the updater is doing or has found, and the button that takes the next step.
-/// Closing it stops nothing. Deletes itself when it is closed.
+/// The update window: the updater's state, and the button for the next step. Closing it stops nothing.
+/// Deletes itself when it is closed.
 class UpdateView : public QDialog {
     Q_OBJECT
 
@@ -21,19 +21,19 @@ public:
     /// The updater must outlive the window.
     UpdateView(Updater &updater, QWidget *parent);
 
-    /// Looks for an update. Where a silent look is under way that ends without a word, looks once more.
+    /// Checks for an update. If a silent check is running and ends without a result, checks once more.
     void check();
 
 signals:
-    /// The user wants what is ready to be installed, which ends the program.
+    /// The user wants to install the ready update, which quits the program.
     void installAsked();
 
 private:
-    /// What the window shows of one state.
+    /// The contents of the window for one state.
     struct Content {
         QString title;
         QString text;
-        QString notes;  ///< empty for none
+        QString notes;  ///< may be empty
         QString action; ///< the button's title; empty for no button
     };
 
@@ -44,7 +44,7 @@ private:
     void act();
 
     Updater &updater_;
-    bool isAnswerDue_ = false; ///< the user has asked, and was not told anything yet
+    bool isAnswerDue_ = false; ///< the user's check has no result yet
     TextLabel *title_;
     TextLabel *text_;
     Card *notesCard_;

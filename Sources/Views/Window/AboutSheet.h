@@ -4,7 +4,7 @@
 
 namespace brimvale {
 
-/// Tells what the program is, which version, and whose work it shows.
+/// Shows what the program is, its version, and the licenses of the works it includes.
 class AboutSheet : public Sheet {
     Q_OBJECT
 

@@ -38,7 +38,7 @@ public:
         window->installEventFilter(this);
     }
 
-    // The window draws while it handles the exposure, and goes back to the event loop only then.
+    // The window is drawn while it handles the exposure, before the event loop continues.
     bool eventFilter(QObject *watched, QEvent *event) override {
         if (event->type() == QEvent::Expose) {
             watched->removeEventFilter(this);
@@ -52,7 +52,7 @@ private:
     std::function<void()> action_;
 };
 
-/// Hears of folders that are dropped on the icon in the Dock, or opened with the program in the Finder.
+/// Receives folders that are dropped on the icon in the Dock, or opened with the program in the Finder.
 class OpenRequests : public QObject {
 public:
     OpenRequests(std::function<void(const FileURL &)> open, QObject *parent)
@@ -74,14 +74,14 @@ private:
 } // namespace
 
 Application::Application(int &argumentCount, char **arguments) {
-    QApplication::setStyle(new WindowStyle); // first, lest the toolkit loads a style of its own
+    QApplication::setStyle(new WindowStyle); // first, so Qt loads no other style
     toolkit_.emplace(argumentCount, arguments);
     QApplication::setApplicationName(QStringLiteral("Brimvale"));
     QApplication::setApplicationVersion(QLatin1String(version));
     QApplication::setDesktopFileName(QStringLiteral("brimvale"));
     QApplication::setWindowIcon(applicationIcon());
     QApplication::setFont(applicationFont());
-    // A utility with one window has nothing left to do without it, on macOS as well.
+    // A program with a single window quits with it, on macOS too.
     QApplication::setQuitOnLastWindowClosed(true);
     model_.emplace();
     updater_.emplace(updateEnvironment());
@@ -92,7 +92,7 @@ Application::Application(int &argumentCount, char **arguments) {
 
 void Application::open(const std::optional<FileURL> &folder) {
     window_->show();
-    // Nothing but the window belongs into the start.
+    // The start should only show the window.
     new AfterFirstDrawing(window_->windowHandle(), [this] { updater_->check(true); });
     if (folder)
         scan(*folder);

@@ -10,18 +10,16 @@
 
 namespace brimvale {
 
-/// The running program: the toolkit, set up in the window's style, the one model, the one window. Needs a
-/// display.
+/// The running program: Qt with the window's style, the model and the window. Needs a display.
 class Application {
 public:
-    /// Makes everything, and shows nothing yet. The arguments are for the toolkit, which keeps referring to
-    /// them.
+    /// Creates everything, and shows nothing yet. The arguments are for Qt, which keeps references to them.
     Application(int &argumentCount, char **arguments);
 
     /// Shows the window; with a folder, on the page that scans it.
     void open(const std::optional<FileURL> &folder);
 
-    /// Handles events until the user quits; answers the exit status.
+    /// Handles events until the user quits; returns the exit status.
     [[nodiscard]] static int run() { return QApplication::exec(); }
 
     [[nodiscard]] ContentView &window() { return *window_; }
@@ -29,7 +27,7 @@ public:
 private:
     void scan(const FileURL &folder);
 
-    // Made one after the other in the constructor; the last goes first.
+    // Created in this order, destroyed in reverse.
     std::optional<QApplication> toolkit_;
     std::optional<CorvelModel> model_;
     std::optional<Updater> updater_;

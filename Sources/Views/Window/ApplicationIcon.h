@@ -4,10 +4,10 @@
 
 namespace brimvale {
 
-/// The program's own picture, as the Dock or a menu of applications shows it.
+/// The program's icon, as the Dock or an application menu shows it.
 [[nodiscard]] QIcon programPicture();
 
-/// The icon that the toolkit is to give the running program; null where the system takes it from the bundle.
+/// The icon to set on the running program; null if the system takes it from the bundle.
 [[nodiscard]] QIcon applicationIcon();
 
 } // namespace brimvale

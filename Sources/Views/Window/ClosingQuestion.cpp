@@ -24,7 +24,7 @@ bool ClosingQuestion::isDue() const {
 }
 
 void ClosingQuestion::ask(const QString &action, std::function<void()> then) {
-    // One that was closed a moment ago, as quitting does before it asks again, is no longer asking.
+    // When quitting closes the sheet and then asks again, the old sheet still exists for a moment.
     if (sheet_ != nullptr && sheet_->isVisible())
         return;
     if (window_.isMinimized())

@@ -12,8 +12,8 @@ class Backups;
 class Removals;
 class Volumes;
 
-/// Asks before the window goes while something is removed or backed up, which ends with it, or while an
-/// administrator's command runs, whose end nobody would be told of.
+/// Asks before the window closes during a removal or a backup, which closing ends, or during a command run as
+/// administrator, whose result would not be shown.
 class ClosingQuestion : public QObject {
     Q_OBJECT
 
@@ -22,11 +22,11 @@ public:
     ClosingQuestion(const Removals &removals, const Backups &backups, const Volumes &volumes,
                     QWidget &window);
 
-    /// Whether there is anything to ask about.
+    /// Whether anything is running that needs the question.
     [[nodiscard]] bool isDue() const;
 
-    /// Asks in a sheet of the window, one at a time; `then` is called when the user agrees. `action` is what
-    /// the button for that says. The sheet ends by itself once there is nothing left to ask about.
+    /// Asks in a sheet of the window, one at a time; calls `then` if the user agrees. `action` is the title
+    /// of the confirming button. The sheet closes by itself when nothing is running any more.
     void ask(const QString &action, std::function<void()> then);
 
 private:

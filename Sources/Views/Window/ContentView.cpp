@@ -48,7 +48,7 @@ namespace {
 constexpr QSize defaultSize{1180, 760};
 constexpr QSize minimumSizeOfWindow{900, 600};
 
-/// The key that goes to a page together with Command or Control; none for the storage categories.
+/// The key that opens a page together with Command or Control; none for the storage categories.
 QKeySequence shortcutOf(const Section &section) {
     switch (section.kind) {
     case Section::Kind::overview:
@@ -154,7 +154,7 @@ void ContentView::buildMenus() {
     goMenu_ = addMenu(u"&Go"_s);
     StandardMenus::addWindow(*addMenu(u"&Window"_s), *this);
 
-    // On a Mac the entries with roles leave their menus, and a menu without any is not shown.
+    // On a Mac, entries with roles move to the application's menu, and an empty menu is not shown.
     QMenu *help = addMenu(u"&Help"_s);
     QAction *shortcuts = help->addAction(u"&Keyboard Shortcuts"_s, this, &ContentView::showShortcuts);
     shortcuts->setObjectName(QStringLiteral("keyboardShortcuts"));
@@ -200,14 +200,14 @@ void ContentView::checkForUpdates() {
     updateWindow_->activateWindow();
 }
 
-/// Installing ends the program, and with it what runs.
+/// Installing quits the program, which ends running work.
 void ContentView::installUpdate() {
     if (!closing_->isDue())
         return updater_.installAndRelaunch();
     closing_->ask(u"Quit and Install"_s, [this] {
         mayClose_ = true;
         updater_.installAndRelaunch();
-        mayClose_ = !isVisible(); // it may have failed
+        mayClose_ = !isVisible(); // installing may have failed
     });
 }
 
@@ -245,7 +245,7 @@ void ContentView::showAbout() {
         (new AboutSheet(this))->open();
 }
 
-/// Tool tips are no children of the window, and keep the system's palette otherwise.
+/// Tool tips are not children of the window, and would keep the system's palette.
 void ContentView::applyTheme() {
     const QPalette palette = Theme::current().palette();
     setPalette(palette);

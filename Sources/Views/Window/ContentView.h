@@ -19,9 +19,9 @@ class UpdateView;
 class Updater;
 struct StorageCategory;
 
-/// The one window: the sidebar at the left, the current page at the right. A page is built when it is first
-/// gone to. The window follows the system's light or dark appearance while it runs. While something is
-/// removed or backed up it asks before it closes, or lets an update be installed.
+/// The main window: the sidebar at the left, the current page at the right. A page is built when it is first
+/// shown. The window follows changes of the system's light or dark appearance. During a removal or a backup
+/// it asks before it closes or installs an update.
 class ContentView : public QMainWindow {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ public:
     /// Both must outlive the window.
     ContentView(CorvelModel &model, Updater &updater, QWidget *parent = nullptr);
 
-    /// Shows a page; nothing happens where the window has no such page.
+    /// Shows a page; does nothing if the window has no such page.
     void goTo(const Section &section);
     [[nodiscard]] const Section &currentSection() const { return pages_[current_].section; }
 
@@ -42,11 +42,11 @@ private:
         Section section;
         int row; ///< in the sidebar
         std::function<QWidget *()> make;
-        QWidget *widget = nullptr; ///< null until it is first gone to
+        QWidget *widget = nullptr; ///< null until it is first shown
     };
 
     void addPages();
-    /// Adds a page to the sidebar, and to the Go menu if it has a shortcut there.
+    /// Adds a page to the sidebar and, if it has a shortcut, to the Go menu.
     void addPage(Section section, const Sidebar::Row &row, std::function<QWidget *()> make);
     void buildMenus();
     QMenu *addMenu(const QString &title);
@@ -69,8 +69,8 @@ private:
     std::vector<Page> pages_;
     std::size_t current_ = 0;
     ClosingQuestion *closing_;
-    bool mayClose_ = false;             ///< whatever is going on
-    QPointer<UpdateView> updateWindow_; ///< where it is open
+    bool mayClose_ = false;             ///< without a question
+    QPointer<UpdateView> updateWindow_; ///< null unless open
 };
 
 } // namespace brimvale

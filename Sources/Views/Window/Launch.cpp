@@ -32,7 +32,7 @@ std::string help() {
            "\n\"--\" ends options. For scripts and terminals there is brimvalectl.\n";
 }
 
-/// What was typed, without what would steer a terminal.
+/// The typed text without characters that act on a terminal.
 std::string printable(std::string_view typed) {
     QString text = QString::fromUtf8(typed.data(), static_cast<qsizetype>(typed.size()));
     std::replace_if(
@@ -64,7 +64,7 @@ Launch::Refusal refusalOf(const UsageError &error) {
     return wrongSystem(error.value);
 }
 
-/// The folder that `typed` means, or what keeps it from being looked at.
+/// The folder named by `typed`, or the reason why it cannot be used.
 Result<FileURL> folderAt(std::string_view typed) {
     if (typed.empty())
         return FileError::posix(ENOENT);

@@ -11,19 +11,19 @@
 
 namespace brimvale {
 
-/// How the window is to be opened.
+/// The options for opening the window.
 struct Launch {
-    std::optional<System> system;  ///< whose catalogs to look with; nothing: those of this system
-    std::optional<FileURL> folder; ///< to be scanned at once
+    std::optional<System> system;  ///< the system whose catalog is used; nothing: this one
+    std::optional<FileURL> folder; ///< scanned at once
 
-    /// What the program says instead of opening a window, before it ends. Harmless on a terminal.
+    /// What the program prints if it ends without a window. Harmless on a terminal.
     struct Refusal {
-        int exitStatus = 0; ///< 0: it was asked for; 1: no such folder; 2: wrong usage
+        int exitStatus = 0; ///< 0: as requested; 1: no such folder; 2: wrong usage
         std::string text;   ///< whole lines
     };
 
-    /// Reads the words behind the program's name. A relative folder lies in the working directory; one that
-    /// exists but cannot be read is the page's to tell about.
+    /// Reads the words after the program's name. A relative folder is relative to the working directory. If
+    /// the folder exists but cannot be read, the page reports that.
     [[nodiscard]] static std::variant<Launch, Refusal> read(std::span<const char *const> words,
                                                             std::string_view programVersion);
 };

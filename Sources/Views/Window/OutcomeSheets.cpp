@@ -43,7 +43,7 @@ void OutcomeSheets::showNextResult() {
         resultSheet_ = nullptr;
         whenNoSheetIsOpen(this, [this] { showNextResult(); });
     });
-    // What the result tells of is still leaving the tree, or the next removal has begun.
+    // The removed items are still leaving the tree, or the next removal has begun.
     const auto allowWhenIdle = [this, sheet] { sheet->setCanEscalate(!removals_.isRemoving()); };
     connect(&removals_, &Removals::changed, sheet, allowWhenIdle);
     allowWhenIdle();

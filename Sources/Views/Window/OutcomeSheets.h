@@ -13,8 +13,8 @@ namespace brimvale {
 class Backups;
 class Removals;
 
-/// Tells in sheets of the window what became of each removal, and which backup waits for the user, whatever
-/// page they came from: one after the other, and none while another sheet is open.
+/// Shows the result of each removal and each backup to review in sheets of the window, on any page: one after
+/// another, and only when no other sheet is open.
 class OutcomeSheets : public QObject {
     Q_OBJECT
 
@@ -31,7 +31,7 @@ private:
     Backups &backups_;
     QWidget &window_;
     std::deque<RemovalResult> results_; ///< not shown yet
-    // Those that are open, if any.
+    // The open sheets, if any.
     QPointer<QDialog> resultSheet_;
     QPointer<QDialog> review_;
 };

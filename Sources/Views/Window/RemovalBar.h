@@ -12,8 +12,8 @@ class ProgressLine;
 class Removals;
 class TextLabel;
 
-/// Shows at the foot of the window that a removal runs, on whatever page, and stops it. A removal that is
-/// done at once is not worth it.
+/// Shows a running removal at the bottom of the window, on any page, and stops it. Not shown for a removal
+/// that ends at once.
 class RemovalBar : public Bar {
     Q_OBJECT
 

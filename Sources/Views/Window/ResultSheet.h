@@ -9,18 +9,18 @@ namespace brimvale {
 
 struct RemovalResult;
 
-/// Tells what became of a removal, and offers to try again with an administrator's rights what needs them.
+/// Shows the result of a removal, and offers to retry as administrator if items need that.
 class ResultSheet : public Sheet {
     Q_OBJECT
 
 public:
     ResultSheet(const RemovalResult &result, QWidget *parent);
 
-    /// Whether the offer to try again can be taken at the moment.
+    /// Sets whether a retry is possible now.
     void setCanEscalate(bool can);
 
 signals:
-    /// The user wants these removed with an administrator's rights.
+    /// The user wants to remove these as administrator.
     void escalated(std::vector<FileURL> items);
 
 private:
@@ -28,7 +28,7 @@ private:
     void addAdminSection(QVBoxLayout &layout, const std::vector<FileURL> &items);
     void addChoice(QVBoxLayout &layout, const std::vector<FileURL> &needsAdmin);
 
-    QPushButton *authenticate_ = nullptr; ///< null where nothing needs it
+    QPushButton *authenticate_ = nullptr; ///< null if no item needs it
 };
 
 } // namespace brimvale

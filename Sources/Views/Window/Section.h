@@ -4,7 +4,7 @@
 
 namespace brimvale {
 
-/// A page of the window, as the sidebar lists them.
+/// A page of the window, as listed in the sidebar.
 struct Section {
     enum class Kind { overview, browse, cleanup, apps, category };
 

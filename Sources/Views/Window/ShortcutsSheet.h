@@ -4,7 +4,7 @@
 
 namespace brimvale {
 
-/// Lists what the keys of the window do.
+/// Lists the keyboard shortcuts of the window.
 class ShortcutsSheet : public Sheet {
     Q_OBJECT
 

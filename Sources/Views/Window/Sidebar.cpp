@@ -16,8 +16,8 @@ namespace {
 
 constexpr int sidebarWidth = 220;
 
-/// A list in which one row is always selected: whatever is done to a row selects it, and a click beside the
-/// rows does nothing.
+/// A list in which one row is always selected: every action on a row selects it, and a click beside the rows
+/// does nothing.
 class PageList : public QListWidget {
 public:
     using QListWidget::QListWidget;

@@ -10,8 +10,8 @@ namespace brimvale {
 
 class SidebarFooter;
 
-/// The list of the window's pages, with the footer under it. One row is always the current one, from the
-/// first on; choosing another needs a click, or the arrow keys, or the first letters of its title.
+/// The list of the window's pages, with the footer below. One row is always current, initially the first. A
+/// click, the arrow keys or the first letters of a title choose another.
 class Sidebar : public QWidget {
     Q_OBJECT
 
@@ -19,17 +19,17 @@ public:
     struct Row {
         QString title;
         QString icon;     ///< a name of the icon set
-        QColor tint = {}; ///< of a tile behind the icon; none: a bare icon
+        QColor tint = {}; ///< of a tile behind the icon; invalid: no tile
     };
 
     explicit Sidebar(QWidget *parent = nullptr);
 
-    /// Appends a row and answers its number.
+    /// Appends a row and returns its number.
     int addRow(const Row &row);
-    /// Appends a title over the rows to come, which cannot be chosen.
+    /// Appends a heading for the rows after it. It cannot be chosen.
     void addHeading(const QString &title);
 
-    /// The text at the right of a row.
+    /// Sets the text at the right of a row.
     void setValue(int row, const QString &value);
 
     void setCurrentRow(int row);

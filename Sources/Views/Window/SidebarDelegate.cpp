@@ -26,8 +26,7 @@ void paintHeading(QPainter &painter, const QRect &rect, const QString &title) {
     painter.drawText(rect.adjusted(padding, 0, -padding, -padding), Qt::AlignLeft | Qt::AlignBottom, title);
 }
 
-/// Where the keyboard is shows as a ring within the pill, since the accent alone also marks the current row
-/// of a sidebar that has no focus.
+/// The keyboard focus is a ring inside the pill, because the accent also marks the current row without focus.
 void paintPill(QPainter &painter, const QRectF &pill, const QStyleOptionViewItem &option) {
     const Theme &theme = Theme::current();
     const bool isCurrent = option.state.testFlag(QStyle::State_Selected);

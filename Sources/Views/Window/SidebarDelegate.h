@@ -4,17 +4,17 @@
 
 namespace brimvale {
 
-/// Paints the sidebar's rows: an icon, a title, a value at the right, the current row on a rounded pill of
-/// the accent colour; and headings between them.
+/// Paints the sidebar's rows: an icon, a title and a value at the right, with the current row on a rounded
+/// pill in the accent colour, and headings between the rows.
 class SidebarDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
-    /// Beside the title, which is the item's text. An item without an icon is a heading.
+    /// In addition to the item's text, which is the title. An item without an icon is a heading.
     enum Role {
         iconRole = Qt::UserRole, ///< an icon's name
-        tintRole,                ///< the colour of its tile; none: a bare icon
-        valueRole                ///< a text, empty while there is none
+        tintRole,                ///< the colour of its tile; invalid: no tile
+        valueRole                ///< a text; may be empty
     };
 
     using QStyledItemDelegate::QStyledItemDelegate;

@@ -72,7 +72,7 @@ SidebarFooter::SidebarFooter(QWidget *parent)
 void SidebarFooter::setVolume(const std::optional<VolumeInfo> &volume) {
     volume_->setHidden(!volume);
     if (volume) {
-        // What the system would clear away by itself counts as free, as it does in the system's own figures.
+        // Purgeable space counts as free, as in the system's own figures.
         const std::int64_t free = std::max(volume->availableForImportantUsage, volume->trueFree);
         const double total = static_cast<double>(std::max<std::int64_t>(volume->totalCapacity, 1));
         volumeName_ = QString::fromStdString(volume->name);

@@ -14,9 +14,8 @@ namespace brimvale {
 
 class CapacityBar;
 
-/// What stands at the bottom of the sidebar on every page: how full the volume is, what has been freed, and
-/// the way to the permission that is missing. Shows only what there is to say, and hides when that is
-/// nothing.
+/// The bottom of the sidebar on every page: the used space, the space freed, and a button for the missing
+/// permission. Shows only parts with content, and hides if there are none.
 class SidebarFooter : public QWidget {
     Q_OBJECT
 
@@ -24,9 +23,9 @@ public:
     explicit SidebarFooter(QWidget *parent = nullptr);
 
     void setVolume(const std::optional<VolumeInfo> &volume);
-    /// What this session has freed, in bytes; shown when above 0.
+    /// The bytes freed in this session; shown when above 0.
     void setFreed(std::int64_t bytes);
-    /// Whether the program has Full Disk Access; while it has not, a button opens the system's settings.
+    /// Whether the program has Full Disk Access; if not, a button opens the system's settings.
     void setHasFullDiskAccess(bool hasAccess);
 
 protected:

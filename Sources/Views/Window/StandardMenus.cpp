@@ -14,8 +14,8 @@ namespace brimvale::StandardMenus {
 
 namespace {
 
-/// Fields copy what is marked in them, pages the paths of what is selected in them, other lists their current
-/// row. The innermost that knows how to do it does it.
+/// Fields copy their marked text, pages the paths of their selected items, other lists their current row. The
+/// innermost widget that can copy does so.
 void copyFromFocus() {
     for (QWidget *widget = QApplication::focusWidget(); widget != nullptr; widget = widget->parentWidget())
         for (const char *slot : {"copy", "copyPaths"})
@@ -32,7 +32,7 @@ void copyFromFocus() {
 } // namespace
 
 void addEditing(QMenu &menu) {
-    // macOS finds the entry by this text, and has it serve the dialogs of its own as well.
+    // macOS finds the entry by this text, and uses it in its own dialogs as well.
     QAction *copy = menu.addAction(u"&Copy"_s, QKeySequence::Copy, &menu, copyFromFocus);
     copy->setObjectName(QStringLiteral("copy"));
 }

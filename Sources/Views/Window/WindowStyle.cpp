@@ -12,7 +12,7 @@ namespace {
 
 constexpr qreal buttonRadius = 6;
 constexpr int buttonHeight = 28;
-constexpr int buttonPadding = 8; ///< beside what Fusion leaves
+constexpr int buttonPadding = 8; ///< in addition to Fusion's
 constexpr int scrollBarWidth = 12;
 
 /// `over` mixed into `under`; `share` from 0 to 1.
@@ -28,7 +28,7 @@ bool isDefaultButton(const QStyleOption &option) {
            option.state.testFlag(QStyle::State_Enabled);
 }
 
-/// Whether the widget has the focus and the user goes about with the keyboard.
+/// Whether the widget has the focus and the user navigates with the keyboard.
 bool showsFocus(const QStyleOption &option) {
     return option.state.testFlag(QStyle::State_HasFocus) &&
            option.state.testFlag(QStyle::State_KeyboardFocusChange);
@@ -127,7 +127,7 @@ void WindowStyle::drawControl(ControlElement element, const QStyleOption *option
     QProxyStyle::drawControl(element, &onAccent, painter, widget);
 }
 
-// The ends of the bar still answer a click like the arrows that other styles draw there.
+// A click on the ends of the bar still scrolls, as if the arrows of other styles were there.
 void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
                                      QPainter *painter, const QWidget *widget) const {
     const auto *scrollBar = qstyleoption_cast<const QStyleOptionSlider *>(option);

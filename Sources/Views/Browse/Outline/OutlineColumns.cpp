@@ -16,7 +16,7 @@ namespace brimvale {
 
 namespace {
 
-/// As wide as the longest figure there is, so that nothing moves while it changes.
+/// As wide as the longest possible figure, so that the column does not move when figures change.
 OutlineColumn::Width widthOf(const QString &longest) {
     const QFontMetrics metrics(Type::font(Type::Size::body));
     const int width = metrics.horizontalAdvance(longest) + 2 * OutlineDelegate::margin;

@@ -20,7 +20,7 @@ namespace brimvale {
 namespace {
 
 constexpr int gap = 8;
-constexpr int narrowestName = 100; ///< with its icon
+constexpr int narrowestName = 100; ///< including its icon
 constexpr int barHeight = 6;
 constexpr float trackOnAccent = 0.3F;
 
@@ -128,7 +128,7 @@ bool OutlineDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
     const QString text = index.data(Qt::ToolTipRole).toString();
     if (event->type() != QEvent::ToolTip || text.isEmpty())
         return QStyledItemDelegate::helpEvent(event, view, option, index);
-    // Only rich text is broken into lines.
+    // Tool tips wrap only rich text.
     QToolTip::showText(event->globalPos(), QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped()), view);
     return true;
 }

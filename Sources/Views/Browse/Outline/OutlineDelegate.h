@@ -6,7 +6,7 @@ namespace brimvale {
 
 class FSNode;
 
-/// Paints the cells of an outline; the view paints the ground of the rows.
+/// Paints the cells of an outline; the view paints the background of the rows.
 class OutlineDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -14,18 +14,18 @@ public:
     static constexpr int rowHeight = 28;
     static constexpr int margin = 12; ///< at both ends of a cell
 
-    /// The cell of a name, which is given room to the left where the row is too deep to leave it any.
+    /// The cell of a name, moved to the left if the row is so deep that no room is left.
     [[nodiscard]] static QRect nameCell(const QRect &cell);
 
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    /// Whether a row that is drawn like this stands on the accent colour.
+    /// Whether a row in this state has the accent colour as background.
     [[nodiscard]] static bool isOnAccent(const QStyleOptionViewItem &option);
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
-    /// Shows the explanation of a node, in lines of a readable length.
+    /// Shows the explanation of a node in a tool tip, in lines of readable length.
     bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                    const QModelIndex &index) override;
 

@@ -8,10 +8,10 @@ namespace brimvale {
 
 namespace {
 
-/// How many nodes are visited between two looks at the clock.
+/// The number of nodes visited between two checks of the time.
 constexpr std::size_t batch = 256;
 
-/// Composed, since a file system may hand out "é" in two characters where a keyboard types one.
+/// Composed, because a file system may return "é" as two characters, while a keyboard types one.
 QString composed(const QString &text) {
     return text.normalized(QString::NormalizationForm_C);
 }
@@ -33,8 +33,8 @@ bool OutlineFilter::advance(std::chrono::microseconds time) {
     return next_ == nodes_.size();
 }
 
-/// A folder is visited before what it holds: what is left of an earlier pass is gone by the time something
-/// beneath it matches, and whether it matches itself is known.
+/// Every folder is visited before its contents. So marks of an earlier pass are cleared before a descendant
+/// matches, and it is known whether the folder itself matches.
 void OutlineFilter::visit(FSNode &node) {
     OutlineMark::remove(node, any(marks_));
     for (const std::unique_ptr<FSNode> &child : node.children())

@@ -40,12 +40,12 @@ OutlineHeader::OutlineHeader(QWidget *parent) : QHeaderView(Qt::Horizontal, pare
     setSortIndicatorShown(true);
     setHighlightSections(false);
     setStretchLastSection(false);
-    setMinimumSectionSize(0); // of a column that has given way
+    setMinimumSectionSize(0); // for hidden columns
 }
 
 void OutlineHeader::setModel(QAbstractItemModel *model) {
     QHeaderView::setModel(model);
-    if (count() == 0) // the empty model that a view begins with
+    if (count() == 0) // the empty model of a new view
         return;
     setSectionResizeMode(Fixed);
     setSectionResizeMode(OutlineModel::nameColumn, Stretch);
@@ -54,7 +54,7 @@ void OutlineHeader::setModel(QAbstractItemModel *model) {
 
 bool OutlineHeader::viewportEvent(QEvent *event) {
     if (event->type() == QEvent::Resize)
-        fitSections(); // before the name takes what is left
+        fitSections(); // before the name column takes the rest
     return QHeaderView::viewportEvent(event);
 }
 
@@ -69,7 +69,7 @@ void OutlineHeader::fitSections() {
         left -= width.least;
         widths.push_back(width);
     }
-    // Of what is left, the names get more than what else can grow.
+    // Names get more of the remaining width than other columns that can grow.
     const int growth = std::max(left, 0) / 3;
     for (std::size_t i = 0; i < columns.size(); ++i)
         if (columns[i] != OutlineModel::nameColumn)

@@ -4,10 +4,10 @@
 
 namespace brimvale {
 
-/// The quiet header of an outline: small words on the list's own ground, the sort direction as a chevron, and
-/// a hairline beneath. It fits the columns into the width there is: where that is narrow, first the bars of
-/// the shares become shorter, then the items go (their column has no width), then the bars, so that names
-/// have room and nothing has to be scrolled sideways.
+/// The header of an outline: small titles without a background of their own, the sort direction as a chevron,
+/// and a hairline below. It fits the columns into the available width, so names stay readable and nothing
+/// scrolls sideways: first the share bars become shorter, then the column of items is hidden (its width is
+/// 0), then the bars.
 class OutlineHeader : public QHeaderView {
 public:
     explicit OutlineHeader(QWidget *parent = nullptr);

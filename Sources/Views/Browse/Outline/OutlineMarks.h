@@ -7,21 +7,19 @@
 
 namespace brimvale {
 
-/// What an outline remembers of a node, as bits of `FSNode::marks`: it takes no memory of its own, and goes
-/// with the node.
+/// The state that an outline keeps for a node, as bits of `FSNode::marks`, so it needs no other memory.
 namespace OutlineMark {
 
-inline constexpr std::uint8_t expanded = 1; ///< a folder that the user has opened
-inline constexpr std::uint8_t holdsFocused =
-    2; ///< the folder that the outline is focused on, or one around it
+inline constexpr std::uint8_t expanded = 1;     ///< the user has expanded the folder
+inline constexpr std::uint8_t holdsFocused = 2; ///< the folder that the outline is focused on, or an ancestor
 
-/// The outcome of a filter for a node.
+/// The result of a filter for a node.
 struct Filter {
-    std::uint8_t matches; ///< its name, or that of a folder around it
-    std::uint8_t holds;   ///< the name of something beneath it
+    std::uint8_t matches; ///< its name matches, or that of an ancestor
+    std::uint8_t holds;   ///< the name of a descendant matches
 };
 
-/// There are two, so that one outcome stays in force while the next comes about.
+/// There are two, so one result stays in use while the next is computed.
 inline constexpr std::array<Filter, 2> filters = {{{4, 8}, {16, 32}}};
 
 [[nodiscard]] constexpr std::uint8_t any(Filter filter) {

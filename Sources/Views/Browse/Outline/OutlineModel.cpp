@@ -44,7 +44,7 @@ QModelIndex OutlineModel::indexOf(const FSNode &node, int column) const {
         return {};
     const std::vector<FSNode *> &rows = rowsOf(*node.parent());
     std::size_t row = std::min<std::size_t>(node.row, rows.size() - 1);
-    while (rows[row] != &node) // some above it have been removed since
+    while (rows[row] != &node) // rows above it have been removed since
         --row;
     rows[row]->row = static_cast<std::uint32_t>(row);
     return createIndex(static_cast<int>(row), column, &node);
@@ -72,8 +72,8 @@ bool OutlineModel::isWithin(const FSNode *node, const FSNode &folder) {
     return node != nullptr;
 }
 
-/// The rows of all folders are made anew as they are asked for. An index whose node is no longer shown after
-/// `change` becomes invalid.
+/// Rows of all folders are created again when needed. An index becomes invalid if its node is no longer shown
+/// after `change`.
 void OutlineModel::rearrange(LayoutChangeHint hint, const std::function<void()> &change) {
     emit aboutToRearrange();
     emit layoutAboutToBeChanged({}, hint);
@@ -118,11 +118,11 @@ void OutlineModel::removed() {
         endRemoveRows();
     }
     announceChangedFigures(*removal.folder);
-    startFilter(); // what is left around the node may match no more
+    startFilter(); // its ancestors may no longer contain a match
 }
 
-/// Of the rows in `folder`, whose shares have changed, and likewise of all folders around it, whose sizes
-/// have too.
+/// Announces new figures for the rows in `folder`, whose shares have changed, and for its ancestors, whose
+/// sizes have changed too.
 void OutlineModel::announceChangedFigures(const FSNode &folder) {
     bool isInOrder = true;
     for (const FSNode *changed = &folder; changed != nullptr; changed = changed->parent()) {
@@ -138,7 +138,7 @@ void OutlineModel::announceChangedFigures(const FSNode &folder) {
         rearrange(VerticalSortHint, [] {});
 }
 
-/// Whether the rows next to a node may be where they are.
+/// Whether a node is in the right order between its neighbours.
 bool OutlineModel::isInPlace(const FSNode &node) const {
     const QModelIndex index = indexOf(node);
     if (!index.isValid())
@@ -153,7 +153,7 @@ QModelIndex OutlineModel::index(int row, int column, const QModelIndex &parent) 
     if (row < 0 || row >= rowCount(parent) || column < 0 || column >= columnCount())
         return {};
     const std::vector<FSNode *> &rows = rowsOf(*nodeAt(parent));
-    prefetchNodes(rows, static_cast<std::size_t>(row)); // a view asks for one row after another
+    prefetchNodes(rows, static_cast<std::size_t>(row)); // views usually ask for one row after another
     return createIndex(row, column, rows[static_cast<std::size_t>(row)]);
 }
 

@@ -14,54 +14,53 @@
 
 namespace brimvale {
 
-/// The rows of a scanned tree for an outline. They are sorted and filtered here, for each folder once it is
-/// looked into, so that a tree of a million nodes costs no more than what is seen of it. The tree's root has
-/// no row of its own: it is the invalid index.
+/// The rows of a scanned tree for an outline. A folder is sorted and filtered only when its rows are needed,
+/// so even a tree of a million nodes is fast. The tree's root has no row: it is the invalid index.
 ///
-/// It keeps `row` and `marks` of the nodes, so a tree has one such model at a time.
+/// It writes `row` and `marks` of the nodes, so a tree can have only one such model.
 class OutlineModel : public QAbstractItemModel {
     Q_OBJECT
 
 public:
-    /// The places of some of the `outlineColumns`.
+    /// The indices of some `outlineColumns`.
     enum Column { nameColumn, sizeColumn, shareColumn, itemsColumn };
 
     explicit OutlineModel(QObject *parent = nullptr);
 
-    /// Shows another tree, or none with null, and lets go of the one before at once. The filter's text stays
-    /// in force; the new tree is shown whole until it is filtered.
+    /// Shows another tree, or none with null, and drops all pointers into the old one. The filter's text is
+    /// kept; the new tree is shown complete until the filter has run.
     void setTree(std::shared_ptr<FSNode> tree);
 
-    /// The node of a row, the root for the invalid index. Null without a tree.
+    /// The node of a row; the root for the invalid index. Null without a tree.
     [[nodiscard]] FSNode *nodeAt(const QModelIndex &index) const;
-    /// Where a node of the tree is; invalid for the root, and for one that is filtered out.
+    /// The index of a node of the tree; invalid for the root and for nodes that the filter hides.
     [[nodiscard]] QModelIndex indexOf(const FSNode &node, int column = nameColumn) const;
-    /// The rows within a folder, in order.
+    /// The rows of a folder, in order.
     [[nodiscard]] const std::vector<FSNode *> &rowsOf(const FSNode &folder) const;
 
-    /// Whether `node`, which may be null, is `folder` or beneath it.
+    /// Whether `node`, which may be null, is `folder` or one of its descendants.
     [[nodiscard]] static bool isWithin(const FSNode *node, const FSNode &folder);
 
-    /// Shows only the nodes whose names contain `text`, whatever the case, with all that they hold and the
-    /// folders around them; everything for an empty text. A large tree is searched while the event loop runs:
-    /// the rows stay as they are until `filtered`. A filter that is set before then replaces this one.
+    /// Shows only the nodes whose names contain `text`, ignoring case, with their descendants and ancestors;
+    /// everything for an empty text. A large tree is searched from the event loop: the rows stay unchanged
+    /// until `filtered`. Setting another filter before that replaces this one.
     void setFilter(const QString &text);
-    /// The text that was last set; the rows may not show it yet.
+    /// The last text set; the rows may not show it yet.
     [[nodiscard]] const QString &filter() const { return filter_; }
-    /// Whether the rows do not show the filter yet.
+    /// Whether the rows do not show the last filter yet.
     [[nodiscard]] bool isFiltering() const { return pass_.has_value(); }
 
-    /// Whether the filter in force hides a node, but for the outline's focus.
+    /// Whether the current filter hides a node, not considering the outline's focus.
     [[nodiscard]] bool hides(const FSNode &node) const;
-    /// Whether there is a filter in force and the name of something beneath `folder` matches it.
+    /// Whether a filter is set and matches the name of a descendant of `folder`.
     [[nodiscard]] bool leadsToMatch(const FSNode &folder) const;
 
-    /// Keeps a folder shown whatever the filter, since the outline is focused on it; null for none.
+    /// Always shows this folder, because the outline is focused on it; null for none.
     void setFocused(FSNode *folder);
 
-    /// Call right before `node`, which is not the root, is taken out of the tree, and then `removed` once the
-    /// figures of the folders around it are as they will be. An outline that is focused on `node` or within
-    /// it shows the whole tree then.
+    /// Call this right before `node`, which is not the root, is removed from the tree, and `removed` when the
+    /// figures of its ancestors are updated. An outline focused on `node` or a descendant then shows the
+    /// whole tree.
     void aboutToRemove(const FSNode &node);
     void removed();
 
@@ -77,16 +76,17 @@ public:
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 signals:
-    /// Around every change of the rows' order or of which ones are shown. Not for the removal of one.
+    /// Emitted before and after every change of the rows' order or of the rows shown, except the removal of
+    /// one.
     void aboutToRearrange();
     void rearranged();
-    /// The rows show the filter now, which `matches` names of the whole tree match; 0 for an empty filter.
+    /// The rows now show the filter, which matches `matches` names in the whole tree; 0 for an empty filter.
     void filtered(qint64 matches);
 
 private:
     struct Removal {
         FSNode *folder;
-        std::optional<std::size_t> row; ///< where there is one
+        std::optional<std::size_t> row; ///< if it has one
     };
 
     [[nodiscard]] bool isFiltered() const { return marksInForce_.has_value(); }
@@ -101,10 +101,10 @@ private:
 
     std::shared_ptr<FSNode> tree_;
     OutlineOrder order_;
-    mutable std::unordered_map<const FSNode *, std::vector<FSNode *>> rows_; ///< of the folders looked into
+    mutable std::unordered_map<const FSNode *, std::vector<FSNode *>> rows_; ///< of folders already shown
     FSNode *focused_ = nullptr;
     QString filter_;
-    std::optional<std::size_t> marksInForce_; ///< which of the filter marks are shown, if any
+    std::optional<std::size_t> marksInForce_; ///< the filter marks in use, if any
     std::size_t marksOfPass_ = 0;
     std::optional<OutlineFilter> pass_;
     QTimer passTimer_;

@@ -14,7 +14,7 @@ namespace brimvale {
 
 namespace {
 
-/// So many names are collated in about 15 ms.
+/// So many names can be collated in about 15 ms.
 constexpr std::size_t collatedAtMost = 10'000;
 
 bool isDigit(char c) {
@@ -29,7 +29,7 @@ void sortByKey(Keyed<Key> &keyed, bool isFalling, std::vector<FSNode *> &nodes) 
     const auto precedes = [isFalling](const auto &a, const auto &b) {
         return isFalling ? b.first < a.first : a.first < b.first;
     };
-    if (!std::is_sorted(keyed.begin(), keyed.end(), precedes)) // as a scan leaves them, they often are
+    if (!std::is_sorted(keyed.begin(), keyed.end(), precedes)) // a scan often leaves them sorted
         std::stable_sort(keyed.begin(), keyed.end(), precedes);
     std::transform(keyed.begin(), keyed.end(), nodes.begin(), [](const auto &one) { return one.second; });
 }

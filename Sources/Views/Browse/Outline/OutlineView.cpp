@@ -18,7 +18,7 @@ namespace brimvale {
 namespace {
 
 constexpr int indent = 20;
-/// Where a filter leaves no more than this, all of it is laid open at once.
+/// If a filter has at most this many matches, the ancestors of all are expanded.
 constexpr int laidOpenAtMost = 100;
 constexpr int laidOpenFoldersAtMost = 1000;
 
@@ -84,8 +84,9 @@ void OutlineView::open(const QModelIndex &index) {
         emit opened(node);
 }
 
-/// A few matches are laid open wherever they are, but not what they hold. Otherwise, and once the filter is
-/// gone, what the user had opened is open again. What leads to the selection always is.
+/// The ancestors of a few matches are expanded, but not the matches. Otherwise, and when the filter is
+/// cleared, the folders that the user had expanded are expanded again. The ancestors of the selection always
+/// are.
 void OutlineView::showFiltered(qint64 matches) {
     const bool hasFilter = !model_.filter().isEmpty();
     for (const FSNode *node : selectedNodes())
@@ -99,7 +100,7 @@ void OutlineView::showFiltered(qint64 matches) {
 
 void OutlineView::restoreExpansion(bool areMatchesOpen) {
     isRestoring_ = true;
-    int opened = 0; // since a single match may be thousands of folders deep
+    int opened = 0; // limited, because a single match may be thousands of folders deep
     std::vector<const FSNode *> waiting{focusFolder()};
     while (!waiting.empty()) {
         const FSNode *folder = waiting.back();
@@ -134,7 +135,7 @@ void OutlineView::keyPressEvent(QKeyEvent *event) {
         open(currentIndex());
         return;
     }
-    if (event->key() == Qt::Key_Asterisk) { // would open every folder there is
+    if (event->key() == Qt::Key_Asterisk) { // QTreeView would expand all folders
         keyboardSearch(event->text());
         return;
     }
@@ -146,7 +147,7 @@ void OutlineView::keyPressEvent(QKeyEvent *event) {
     QTreeView::keyPressEvent(event);
 }
 
-/// QTreeView looks for a chevron at the depth of its row, which for a deep one is not where it is drawn.
+/// QTreeView expects a chevron at the depth of its row, but for deep rows it is drawn elsewhere.
 void OutlineView::mousePressEvent(QMouseEvent *event) {
     const QPoint point = event->position().toPoint();
     const QModelIndex name = indexAt(point).siblingAtColumn(OutlineModel::nameColumn);
@@ -166,7 +167,7 @@ void OutlineView::keyboardSearch(const QString &typed) {
     if (typeAhead_.isEmpty() || model_.rowCount(rootIndex()) == 0)
         return;
 
-    // The same letter again and again goes through the names that start with it.
+    // Repeating one letter moves through the names that start with it.
     const bool isRepeated = typeAhead_.count(typeAhead_.front(), Qt::CaseInsensitive) == typeAhead_.size();
     const QString wanted = isRepeated ? typeAhead_.left(1) : typeAhead_;
     FSNode *first = model_.rowsOf(*focusFolder()).front();
@@ -185,7 +186,7 @@ void OutlineView::keyboardSearch(const QString &typed) {
     setCurrentIndex(model_.indexOf(*node));
 }
 
-/// Null beneath the last row.
+/// Null below the last row.
 FSNode *OutlineView::rowBelow(const FSNode &node) const {
     if (!node.outlineChildren().empty()) {
         const QModelIndex index = model_.indexOf(node);

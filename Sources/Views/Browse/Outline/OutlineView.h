@@ -8,11 +8,11 @@
 
 namespace brimvale {
 
-/// The outline of a scanned tree: the rows within one folder, the focused one, with all that is opened
-/// beneath. What is selected and what is opened stays so while rows are sorted, filtered or removed, as far
-/// as it is still shown; the sort order is changed by a click on the header.
+/// The outline of a scanned tree: the rows of the focused folder, and of all expanded folders below it. Shown
+/// rows stay selected and expanded when rows are sorted, filtered or removed. A click on the header changes
+/// the sort order.
 ///
-/// Delete and Command/Ctrl+Up are left to the widgets around it.
+/// Delete and Command/Ctrl+Up are handled by its parent widgets.
 class OutlineView : public QTreeView {
     Q_OBJECT
 
@@ -20,30 +20,31 @@ public:
     /// An outline of `model`, which must outlive it.
     explicit OutlineView(OutlineModel &model, QWidget *parent = nullptr);
 
-    /// Shows what is within `folder`, whatever the filter; null for the whole tree. The selection is dropped.
+    /// Shows the contents of `folder`, even if the filter hides it; null for the whole tree. Clears the
+    /// selection.
     void setFocusFolder(FSNode *folder);
     /// The focused folder; null without a tree.
     [[nodiscard]] FSNode *focusFolder() const;
 
-    /// Selects one node of the tree and nothing else, opens the folders around it and scrolls to it. Selects
-    /// nothing for null, a node that is filtered out, or one outside the focused folder. Does not announce.
+    /// Selects only this node, expands its ancestors and scrolls to it. Selects nothing for null, a node that
+    /// the filter hides, or one outside the focused folder. Emits no signal.
     void select(FSNode *node);
-    /// Takes these nodes, and what lies within them, out of the selection.
+    /// Deselects these nodes and their descendants.
     void deselectWithin(const std::vector<FSNode *> &folders);
     /// The selected nodes, in no particular order.
     [[nodiscard]] std::vector<FSNode *> selectedNodes() const;
 
     [[nodiscard]] QRect visualRect(const QModelIndex &index) const override;
 
-    /// Type-ahead: goes to the next row shown whose name starts with what was typed in quick succession.
+    /// Type-ahead: moves to the next shown row whose name starts with the text typed in quick succession.
     void keyboardSearch(const QString &typed) override;
 
 signals:
-    /// The user selected these nodes, or what was selected is not shown any more.
+    /// The user selected these nodes, or selected nodes are no longer shown.
     void selectionChangedTo(const std::vector<brimvale::FSNode *> &nodes);
     /// A folder was double-clicked, or Return was pressed on it.
     void opened(brimvale::FSNode *folder);
-    /// A context menu was asked for, for the selection, at this point of the screen.
+    /// The user asked for the context menu of the selection, at this point of the screen.
     void menuRequested(const QPoint &position);
 
 public:
@@ -73,11 +74,11 @@ private:
     [[nodiscard]] FSNode *rowBelow(const FSNode &node) const;
 
     OutlineModel &model_;
-    std::vector<FSNode *> announced_; ///< only to compare with: they may be gone
+    std::vector<FSNode *> announced_; ///< only for comparison: the nodes may be gone
     std::vector<FSNode *> setAside_;  ///< the selection while rows are rearranged
     bool isSilent_ = false;
     bool isRestoring_ = false;
-    int pointerY_ = -1; ///< of the pointer over the viewport
+    int pointerY_ = -1; ///< of the pointer in the viewport
     QString typeAhead_;
     QElapsedTimer sinceTyped_;
 };

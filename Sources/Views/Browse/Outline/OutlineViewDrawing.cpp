@@ -49,7 +49,7 @@ QRect OutlineView::visualRect(const QModelIndex &index) const {
     return isShownName ? OutlineDelegate::nameCell(cell) : cell;
 }
 
-/// Right before the icon, wherever the row's depth has left that.
+/// Directly before the icon, at any depth of the row.
 QRect OutlineView::chevronRect(const QModelIndex &name) const {
     const QRect cell = visualRect(name);
     return {cell.left() - indentation(), cell.top(), indentation(), cell.height()};

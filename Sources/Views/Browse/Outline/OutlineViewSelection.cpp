@@ -27,7 +27,7 @@ void OutlineView::select(FSNode *node) {
     isSilent_ = false;
 }
 
-/// To follow one node after the other out of a large selection would take a second for a hundred of them.
+/// Updating a large selection node by node would take a second for a hundred nodes.
 void OutlineView::deselectWithin(const std::vector<FSNode *> &folders) {
     const std::unordered_set<const FSNode *> leaving(folders.begin(), folders.end());
     const auto isLeaving = [&](const FSNode *node) {
@@ -71,7 +71,7 @@ void OutlineView::reset() {
         emit selectionChangedTo({});
 }
 
-/// In as few ranges as there are, since the selection model goes through them for every cell.
+/// Uses as few ranges as possible, because the selection model checks all of them for every cell.
 void OutlineView::selectNodes(const std::vector<FSNode *> &nodes) {
     struct Row {
         const FSNode *folder;
@@ -96,8 +96,8 @@ void OutlineView::selectNodes(const std::vector<FSNode *> &nodes) {
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }
 
-/// The selection model would follow every single cell through the change, for a second where all of a large
-/// folder is selected.
+/// The selection model would update every single cell, which takes a second if a whole large folder is
+/// selected.
 void OutlineView::setAsideSelection() {
     const QSignalBlocker isQuiet(selectionModel());
     setAside_ = selectedNodes();
@@ -117,7 +117,7 @@ void OutlineView::putBackSelection() {
         announceSelection();
 }
 
-/// Nothing stays selected out of sight.
+/// Rows that are not shown are deselected.
 void OutlineView::leaveClosed(const QModelIndex &folder) {
     if (isRestoring_)
         return;

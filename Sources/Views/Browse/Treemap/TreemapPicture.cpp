@@ -16,10 +16,10 @@ namespace brimvale {
 
 namespace {
 
-/// How far the shadow of a label reaches beyond it.
+/// How far the shadow extends beyond a label.
 constexpr qreal shadowReach = 2;
 
-/// How far the blur of the shadow spreads a pixel.
+/// The radius of the shadow's blur, in pixels.
 constexpr qreal shadowStep = 0.75;
 static_assert(2 * shadowStep <= shadowReach);
 
@@ -32,14 +32,14 @@ Color toColor(const QColor &color) {
     return {color.redF(), color.greenF(), color.blueF()};
 }
 
-/// A fill over an opaque colour: opaque again, which is much faster to paint.
+/// A fill over an opaque colour. The result is opaque too, which is much faster to paint.
 QColor over(const Color &background, const TreemapStyle::Fill &fill) {
     const auto mix = [&](double below, double above) { return below + (above - below) * fill.opacity; };
     return toQColor({mix(background.red, fill.color.red), mix(background.green, fill.color.green),
                      mix(background.blue, fill.color.blue)});
 }
 
-/// The pixels of a tile whose edges move to the nearest place between two of them.
+/// The pixels of a tile whose edges are moved to the nearest place between two pixels.
 QRect pixelsOf(const Rect &tile, qreal devicePixelRatio) {
     const int x = qRound(tile.x * devicePixelRatio);
     const int y = qRound(tile.y * devicePixelRatio);
@@ -47,8 +47,8 @@ QRect pixelsOf(const Rect &tile, qreal devicePixelRatio) {
             qRound((tile.y + tile.height) * devicePixelRatio) - y};
 }
 
-/// Paints a tile that lies at `tile`, in pixels of a 32-bit image. Qt is slow with large rounded shapes, so
-/// it is painted low and then stretched: between its corners all rows are the same.
+/// Paints a tile at `tile`, in pixels of a 32-bit image. Qt is slow with large rounded shapes, so a low one
+/// is painted and then stretched: between the corners all rows are the same.
 void paintTile(QImage &image, const QRect &tile, const QColor &fill, qreal devicePixelRatio) {
     const QRect rect = tile.intersected(image.rect());
     const int corner = static_cast<int>(std::ceil(TreemapStyle::cornerRadius * devicePixelRatio));
@@ -76,9 +76,9 @@ void paintTile(QImage &image, const QRect &tile, const QColor &fill, qreal devic
     }
 }
 
-/// Blurs one byte a pixel in one direction: what lies `distance` bytes to either side shows through. It adds
-/// up to more than it was, or thin letters would hardly have a shadow. The outermost pixels have to be empty,
-/// for what lies beyond the end of a line is the next one.
+/// Blurs one byte per pixel in one direction: every pixel also gets a part of the pixels `distance` bytes
+/// away on both sides. The sum grows, because thin letters would otherwise hardly have a shadow. The
+/// outermost pixels must be empty, because beyond the end of a line the next one begins.
 void spread(const QImage &from, QImage &to, qsizetype distance) {
     constexpr int weight = 154; // of 256
     const uchar *source = from.constBits();
@@ -89,7 +89,7 @@ void spread(const QImage &from, QImage &to, qsizetype distance) {
             std::min(255, source[i] + ((source[i - distance] + source[i + distance]) * weight >> 8)));
 }
 
-/// Puts the black shadow of `letters` (premultiplied, in lines of whole words) under them.
+/// Draws the black shadow of `letters` (premultiplied, in lines of whole words) below them.
 void addShadow(QImage &letters, int blur) {
     const QImage shape = letters.convertToFormat(QImage::Format_Alpha8);
     QImage along = shape.copy();
@@ -108,7 +108,7 @@ void addShadow(QImage &letters, int blur) {
     }
 }
 
-/// Writes the labels of one picture, with a painter in pixels.
+/// Draws the labels of one picture, with a painter in pixels.
 class LabelPainter {
 public:
     LabelPainter(QPainter &painter, qreal devicePixelRatio)
@@ -146,7 +146,7 @@ void LabelPainter::draw(const FSNode &node, const Rect &tile) {
     painter_.drawImage(corner.toPoint(), picture({width, area.height}, lines));
 }
 
-/// Two lines in white with their shadow, which makes it `shadowReach` larger than them on every side.
+/// Two lines in white with their shadow, which extends them by `shadowReach` on every side.
 QImage LabelPainter::picture(const QSizeF &size, const Lines &lines) const {
     const QSizeF whole = size + QSizeF(2 * shadowReach, 2 * shadowReach);
     const int width = qCeil(whole.width() * devicePixelRatio_);
@@ -158,7 +158,7 @@ QImage LabelPainter::picture(const QSizeF &size, const Lines &lines) const {
     painter.setLayoutDirection(painter_.layoutDirection());
     painter.setPen(Qt::white);
     const QRectF area(QPointF(shadowReach, shadowReach), size);
-    // Some scripts are higher than the lines; what spreads must not reach the edge.
+    // Some scripts are higher than the lines, and the blur must not reach the edge.
     painter.setClipRect(area.adjusted(-shadowStep, -shadowStep, shadowStep, shadowStep));
     constexpr int line = Qt::TextSingleLine | Qt::TextDontClip;
     painter.setFont(nameFont_);

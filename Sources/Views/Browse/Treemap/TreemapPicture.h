@@ -11,20 +11,20 @@
 
 namespace brimvale {
 
-/// What a treemap looks like at rest: its tiles on a card, none of them selected. Every edge lies between two
-/// pixels, on screens of any device pixel ratio.
+/// The picture of a treemap without any selection: its tiles on a card. Every edge is between two pixels, at
+/// any device pixel ratio.
 namespace TreemapPicture {
 
-/// The picture of `tiles`, which lie in a rectangle of `size` points at the origin, with its labels at the
-/// start of lines that run in `direction`.
+/// The picture of `tiles` in a rectangle of `size` points at the origin. Labels are at the start of lines in
+/// `direction`.
 [[nodiscard]] QPixmap of(std::span<const TreemapTile> tiles, QSize size, const Theme &theme,
                          qreal devicePixelRatio, Qt::LayoutDirection direction);
 
-/// Where a tile is drawn: its rectangle with each edge moved to the nearest one between two pixels.
+/// The drawn rectangle of a tile: each edge moves to the nearest place between two pixels.
 [[nodiscard]] QRectF drawnRect(const Rect &tile, qreal devicePixelRatio);
 
-/// Draws a frame of that width inside the edge of a tile that is drawn at `rect`. One that is thinner than
-/// its frame is filled.
+/// Draws a frame of this width inside the edge of a tile drawn at `rect`. A tile thinner than its frame is
+/// filled.
 void drawFrame(QPainter &painter, const QRectF &rect, qreal width, const QColor &color);
 
 } // namespace TreemapPicture

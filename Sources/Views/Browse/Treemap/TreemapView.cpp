@@ -89,7 +89,7 @@ void TreemapView::openTile(std::size_t index) {
 void TreemapView::requestMenu(std::size_t index, QPoint globalPosition) {
     FSNode *node = tiles_[index].node;
     selectTile(index);
-    // Whoever heard of the selection may have replaced the folder.
+    // A listener of the selection may have replaced the folder.
     if (tileOf(node))
         emit contextMenuRequested(node, globalPosition);
 }
@@ -135,7 +135,7 @@ void TreemapView::resizeEvent(QResizeEvent *event) {
 void TreemapView::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     const Theme &theme = Theme::current();
-    // That of the device in the end, which is no screen when the widget is rendered into a picture.
+    // The ratio of the device painted on, which is not a screen when the widget is rendered into a picture.
     const qreal scale = painter.deviceTransform().m11();
     const qreal ratio = scale > 0 ? scale : devicePixelRatioF();
     if (picture_.isNull() || picture_.devicePixelRatio() != ratio)
@@ -149,7 +149,7 @@ void TreemapView::paintEvent(QPaintEvent *) {
     drawStates(painter, theme, ratio);
 }
 
-/// What sets single tiles apart: the pointer, the selection, the focus.
+/// Paints the states of single tiles: under the pointer, selected, focused.
 void TreemapView::drawStates(QPainter &painter, const Theme &theme, qreal devicePixelRatio) const {
     painter.setRenderHint(QPainter::Antialiasing);
     if (hoveredTile_) {
@@ -271,7 +271,7 @@ void TreemapView::setHoveredTile(std::optional<std::size_t> index) {
             update(tileArea(*changed));
 }
 
-/// Repaints what shows the selection and the focus: the selected tile, else the frame around all of them.
+/// Repaints the mark of selection and focus: the selected tile, otherwise the frame of the whole treemap.
 void TreemapView::updateSelection() {
     if (const std::optional<std::size_t> index = selectedTile())
         update(tileArea(*index));
@@ -295,7 +295,7 @@ void TreemapView::showToolTip(const QHelpEvent &event) {
     QToolTip::showText(event.globalPos(), asToolTip(toolTipOf(*index)), this, tileArea(*index));
 }
 
-/// Tells assistive technology which tile is selected, and has the focus if the treemap does.
+/// Announces the selected tile to assistive technology, and its focus if the treemap has the focus.
 void TreemapView::announceSelection() {
     const std::optional<std::size_t> index = selectedTile();
     if (!index)

@@ -18,11 +18,11 @@ namespace brimvale {
 
 struct Theme;
 
-/// The treemap of one folder: a tile for each of its largest children and one for all others, to be selected
-/// and entered with the mouse, the keyboard, or through accessibility.
+/// The treemap of one folder: a tile for each of its largest children and one for all others. Tiles can be
+/// selected and entered with the mouse, the keyboard and assistive technology.
 ///
-/// It keeps pointers into the tree and looks at what they point to whenever it is drawn or resized, so before
-/// the event loop runs again it must be told of every change to the folder's children, with `setNode`.
+/// It keeps pointers into the tree and reads the nodes when it is drawn or resized. After every change to the
+/// folder's children, call `setNode` before the event loop runs again.
 class TreemapView : public QWidget {
     Q_OBJECT
 
@@ -30,19 +30,19 @@ public:
     explicit TreemapView(QWidget *parent = nullptr);
     ~TreemapView() override;
 
-    /// Shows the folder `node` as it is now, from scratch; nothing with null, which lets go of the tree and
-    /// of the selection. Never looks at the nodes shown before.
+    /// Shows the current children of the folder `node`. Null shows nothing and drops the selection and all
+    /// pointers into the tree. Never reads the nodes shown before.
     void setNode(FSNode *node);
     [[nodiscard]] FSNode *node() const { return node_; }
 
-    /// Selects the tile of `node`, without a signal. Where it has no tile of its own no tile is selected: the
-    /// one that stands for many would claim to be what is selected elsewhere.
+    /// Selects the tile of `node`, without a signal. If the node has no tile of its own, selects nothing,
+    /// because the tile for many nodes would look like the selection.
     void setSelection(FSNode *node);
 
-    /// How many children get a tile of their own (80).
+    /// The number of children with a tile of their own (80).
     void setMaxTiles(int maxTiles);
 
-    /// What is shown, in layout order and in the widget's coordinates.
+    /// The shown tiles, in layout order and in the widget's coordinates.
     [[nodiscard]] std::span<const TreemapTile> tiles() const { return tiles_; }
     [[nodiscard]] std::optional<std::size_t> selectedTile() const;
     [[nodiscard]] std::optional<std::size_t> tileAt(const QPointF &position) const;
@@ -51,7 +51,7 @@ public:
     /// A tile's name and, in a second line, its size.
     [[nodiscard]] QString toolTipOf(std::size_t index) const;
 
-    /// The same as a click, a double click and a right click on a tile.
+    /// The same as a click, a double-click and a right-click on a tile.
     void selectTile(std::size_t index);
     void openTile(std::size_t index);
     void requestMenu(std::size_t index, QPoint globalPosition);
@@ -60,12 +60,12 @@ public:
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 signals:
-    /// The user has selected a tile. The node of the tile that stands for all others is in no tree, and lives
-    /// until the next `setNode`.
+    /// The user has selected a tile. The node of the tile for all others is in no tree, and exists until the
+    /// next `setNode`.
     void selected(FSNode *node);
     /// The user wants to enter a folder.
     void drilledIn(FSNode *node);
-    /// The user wants the menu of a tile, which has been selected before.
+    /// The user wants the menu of a tile, which is already selected.
     void contextMenuRequested(FSNode *node, QPoint globalPosition);
 
 protected:
@@ -83,8 +83,7 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
-    /// Lets those who do not see the treemap have its tiles as the items of a list, with what can be done
-    /// with them.
+    /// Presents the tiles and their actions to assistive technology as the items of a list.
     static void makeAccessible();
     void rebuild();
     void layOut();
@@ -98,12 +97,12 @@ private:
     void announceSelection();
 
     FSNode *node_ = nullptr;
-    const FSNode *selection_ = nullptr; ///< never looked into: it may be gone
+    const FSNode *selection_ = nullptr; ///< never dereferenced: the node may be gone
     int maxTiles_ = Treemap::usualMaxTiles;
     std::unique_ptr<Treemap> treemap_;
     std::vector<TreemapTile> tiles_;
     std::optional<std::size_t> hoveredTile_;
-    QPixmap picture_; ///< the tiles at rest; null when it has to be painted anew
+    QPixmap picture_; ///< the tiles without selection; null if it must be painted again
 };
 
 } // namespace brimvale

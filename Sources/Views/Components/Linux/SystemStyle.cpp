@@ -4,7 +4,7 @@
 
 #include <QFontDatabase>
 
-// In a static library a resource must be asked for, outside of any namespace.
+// Resources of a static library must be initialised by hand, outside of any namespace.
 static void openFonts() {
     Q_INIT_RESOURCE(fonts);
 }

@@ -15,8 +15,8 @@ QFont applicationFont() {
 
 std::optional<QColor> systemAccent() {
     @autoreleasepool {
-        // It has components only after it has been resolved for an appearance, and outside of drawing none is
-        // in force.
+        // The colour has components only after it is resolved for an appearance, and none is current outside
+        // of drawing.
         __block NSColor *color = nil;
         [NSApp.effectiveAppearance performAsCurrentDrawingAppearance:^{
           color = [NSColor.controlAccentColor colorUsingColorSpace:NSColorSpace.sRGBColorSpace];

@@ -2,8 +2,8 @@
 
 namespace brimvale {
 
-// Set by hand, it would take the place of the bundle's in the Dock, and stand in the title bar like a
-// document's.
+// If it were set, it would replace the bundle's icon in the Dock, and appear in the title bar like the icon
+// of a document.
 QIcon applicationIcon() {
     return {};
 }
