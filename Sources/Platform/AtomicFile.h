@@ -14,8 +14,8 @@ namespace brimvale {
 /// Writes a file with this content at an absolute path, and replaces any file or link there.
 [[nodiscard]] std::optional<FileError> writeFileAtomically(const std::string &path, std::string_view content);
 
-/// The same, but a link to a file is followed, and a replaced file passes on its permissions. Other entries (a pipe, a
-/// device) are written to directly.
+/// The same, but a link to a file is followed, and a replaced file passes on its permissions. Other entries
+/// (a pipe, a device) are written to directly.
 [[nodiscard]] std::optional<FileError> replaceFileAtomically(const std::string &path,
                                                              std::string_view content);
 
