@@ -86,12 +86,9 @@ std::int64_t sizeOf(const std::vector<FileURL> &items, const ScanOptions &scanOp
 
 std::string progressText(const ArchiveProgress &progress, const std::vector<FileURL> &items,
                          std::int64_t total) {
-    if (progress.phase == ArchiveProgress::Phase::finishing)
-        return "Writing the manifest";
-    const std::string_view verb =
-        progress.phase == ArchiveProgress::Phase::copying ? "Copying: " : "Comparing: ";
-    return std::string(verb) + Fmt::byteFormatter(progress.bytes) + " of " + Fmt::byteFormatter(total) +
-           "  " + terminalText(items[progress.item].fileName());
+    // The last steps are of no item.
+    const bool isOfItem = progress.item < items.size();
+    return stepText(progress, isOfItem ? terminalText(items[progress.item].fileName()) : "", total);
 }
 
 ArchiveResult archive(const std::vector<FileURL> &items, std::string_view label, const FileURL &root,
@@ -101,6 +98,7 @@ ArchiveResult archive(const std::vector<FileURL> &items, std::string_view label,
     const ProgressLine line;
     ArchiveWatch watch;
     watch.cancelled = cancelled;
+    line.show("Measuring");
     const std::int64_t total = sizeOf(items, scanOptions, cancelled);
     if (const auto shortage = BackupPlan::shortage(items, total, root))
         printError("warning: " + BackupPlan::sentence(*shortage));
@@ -127,7 +125,7 @@ ExitStatus backUp(const Arguments &arguments, Output &output) {
         printBackup(output, result);
     if (result.isCancelled)
         return ExitStatus::interrupted;
-    const bool isGood = result.failed.empty() && result.differing.empty() && result.manifest;
+    const bool isGood = result.failed.empty() && result.manifest;
     return isGood ? ExitStatus::done : ExitStatus::failed;
 }
 
@@ -172,10 +170,12 @@ constinit const Command backupCommand = {
     .operandCount = {},
     .options = backupOptions,
     .summary = "Copies items into a dated folder and verifies the copies, or an earlier backup.",
-    .help = "\nNothing is removed. Every copy is compared with its original, and a manifest is written, by\n"
-            "which the backup can be verified years later. A Messages database gets a readable page beside\n"
-            "it. Files that a backup has beyond its manifest are told, but are no failure. Ctrl-C stops the\n"
-            "copying; what was copied until then stays in the folder.\n",
+    .help =
+        "\nNothing is removed. The folder is a new one that only you can enter. Every copy is compared with\n"
+        "its original, and a manifest is written, by which the backup can be verified years later. A\n"
+        "link is copied as a link. A Messages database gets a readable page beside it. Files that a\n"
+        "backup has beyond its manifest, and other permissions, are told, but are no failure. Ctrl-C\n"
+        "stops the copying; what was copied until then stays in the folder.\n",
     .run = runBackup,
 };
 

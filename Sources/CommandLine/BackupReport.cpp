@@ -18,10 +18,10 @@ namespace {
 void printFailures(const ArchiveResult &result) {
     for (const auto &[source, reason] : result.failed)
         printError(terminalText(source.path()) + ": " + terminalText(reason));
-    for (const FileURL &file : result.differing)
-        printError(terminalText(file.path()) + ": the copy does not hold the same bytes");
-    if (!result.manifest && !result.items.empty() && !result.isCancelled)
-        printError("the manifest could not be written, so this backup cannot be verified later");
+    for (const DifferingEntry &entry : result.differing)
+        printError(terminalText(entry.url.path()) + ": " + terminalText(entry.text));
+    for (const std::string &remark : result.remarks)
+        printError(terminalText(remark));
 }
 
 void writeCopy(Output &output, std::string_view size, std::string_view name) {
@@ -49,11 +49,11 @@ void writeItem(JsonWriter &json, const ArchivedItem &item) {
     json.end();
 }
 
-void writePaths(JsonWriter &json, std::string_view name, const std::vector<std::string> &paths) {
+void writeLines(JsonWriter &json, std::string_view name, const std::vector<std::string> &texts) {
     json.key(name);
     json.beginArray();
-    for (const std::string &path : paths)
-        json.value(path);
+    for (const std::string &text : texts)
+        json.value(text);
     json.end();
 }
 
@@ -98,8 +98,13 @@ void printBackupDocument(Output &output, const ArchiveResult &result) {
         writeItem(json, item);
     json.end();
     writeURL(json, "readableExport", result.readableExport);
-    writeURLs(json, "differing", result.differing);
+    json.key("differing");
+    json.beginArray();
+    for (const DifferingEntry &entry : result.differing)
+        json.value(entry.url.path());
+    json.end();
     writeURL(json, "manifest", result.manifest);
+    writeLines(json, "remarks", result.remarks);
     json.member("isCancelled", result.isCancelled);
     json.end();
     output.flush();
@@ -111,6 +116,7 @@ void printVerification(Output &output, const BackupManifest::Verification &verif
     listPaths(output, "changed     ", verification.changed);
     listPaths(output, "unreadable  ", verification.unreadable);
     listPaths(output, "extra       ", verification.extra);
+    listPaths(output, "permission  ", verification.otherModes);
     const auto count = static_cast<std::int64_t>(verification.verified);
     output.write(Fmt::count(count) + (count == 1 ? " file is" : " files are") + " as backed up.\n");
 }
@@ -118,10 +124,11 @@ void printVerification(Output &output, const BackupManifest::Verification &verif
 void printVerificationDocument(Output &output, const BackupManifest::Verification &verification) {
     JsonWriter json(output);
     json.beginObject();
-    writePaths(json, "missing", verification.missing);
-    writePaths(json, "changed", verification.changed);
-    writePaths(json, "extra", verification.extra);
-    writePaths(json, "unreadable", verification.unreadable);
+    writeLines(json, "missing", verification.missing);
+    writeLines(json, "changed", verification.changed);
+    writeLines(json, "extra", verification.extra);
+    writeLines(json, "unreadable", verification.unreadable);
+    writeLines(json, "otherModes", verification.otherModes);
     json.member("verified", static_cast<std::int64_t>(verification.verified));
     json.member("isCancelled", verification.isCancelled);
     json.end();

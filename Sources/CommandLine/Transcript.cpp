@@ -1,12 +1,13 @@
 #include "CommandLine/Commands.h"
 
 #include "CommandLine/GivenPath.h"
+#include "CommandLine/Interruption.h"
 #include "CommandLine/JsonWriter.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Backup/MessagesExport.h"
 #include "Platform/AtomicFile.h"
-#include "Platform/FileAccess.h"
+#include "Platform/FileStatus.h"
 
 #include <algorithm>
 #include <array>
@@ -63,13 +64,14 @@ void writeConversations(Output &output, const std::vector<Conversation> &convers
     json.end();
 }
 
-/// Writes the page to the requested file. Reports a failure on standard error.
+/// Writes the page into the file that was asked for; what was in the way is told on standard error.
 bool writePage(std::string_view typed, const std::vector<Conversation> &conversations) {
     const auto place = resolveGivenPath(typed);
     const auto *error = std::get_if<FileError>(&place);
     std::optional<FileError> failure = error == nullptr ? std::nullopt : std::optional(*error);
     if (!failure)
-        failure = replaceFileAtomically(std::get<FileURL>(place).path(), MessagesExport::html(conversations));
+        failure = replaceFileAtomically(std::get<FileURL>(place).path(), MessagesExport::html(conversations),
+                                        Readers::owner);
     if (failure)
         printPathError(typed, *failure);
     return !failure;
@@ -79,14 +81,21 @@ ExitStatus runTranscript(const Arguments &arguments, Output &output) {
     const std::string_view typed = arguments.operands().front();
     const auto place = resolveGivenPath(typed);
     const auto *error = std::get_if<FileError>(&place);
-    if (error != nullptr || !opensForReading(std::get<FileURL>(place).path())) {
+    if (error != nullptr || !fileStatus(std::get<FileURL>(place).path())) {
         printPathError(typed, error != nullptr ? *error : FileError::posix(errno));
         return ExitStatus::failed;
     }
-    const MessagesExport::Reading reading =
-        MessagesExport::readChecked(std::get<FileURL>(place).path(), limitOf(arguments));
+    const StopFlag interrupted;
+    const Interruption interruption(interrupted);
+    const MessagesExport::Reading reading = MessagesExport::readChecked(
+        std::get<FileURL>(place).path(), limitOf(arguments), platformTools(), interrupted);
+    if (interrupted.isSet()) {
+        printError("interrupted: nothing was printed");
+        return ExitStatus::interrupted;
+    }
     if (!reading.isComplete) {
-        printError(terminalText(typed) + ": could not be read whole as a Messages database");
+        printError(terminalText(typed) + ": could not be read whole as a Messages database. " +
+                   terminalText(reading.reason));
         if (reading.conversations.empty())
             return ExitStatus::failed;
     }
@@ -110,8 +119,8 @@ constinit const Command transcriptCommand = {
     .options = transcriptOptions,
     .summary = "Makes a Messages database (chat.db) readable, as a page for any browser.",
     .help =
-        "\nThe database is only read, by the system's sqlite3. Reactions are left out. Without \"--output\"\n"
-        "the page is printed.\n",
+        "\nThe database is only read, by the system's sqlite3, and only where it has the plain tables of a\n"
+        "Messages database. Reactions are left out. Without \"--output\" the page is printed.\n",
     .run = runTranscript,
 };
 

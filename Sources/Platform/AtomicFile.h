@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/FileError.h"
+#include "Base/StopFlag.h"
 
 #include <optional>
 #include <string>
@@ -11,12 +12,20 @@ namespace brimvale {
 // A file appears under its name all at once. It is written under another name in the same folder, and renamed
 // when it is complete and on the disk. On failure nothing has changed.
 
-/// Writes a file with this content at an absolute path, and replaces any file or link there.
-[[nodiscard]] std::optional<FileError> writeFileAtomically(const std::string &path, std::string_view content);
+/// Who can read a new file.
+enum class Readers {
+    usual, ///< as the umask allows
+    owner
+};
 
-/// The same, but a link to a file is followed, and a replaced file passes on its permissions. Other entries
-/// (a pipe, a device) are written to directly.
-[[nodiscard]] std::optional<FileError> replaceFileAtomically(const std::string &path,
-                                                             std::string_view content);
+/// Puts a file with this content, which only its owner can read, at an absolute path, in the place of any
+/// file or link that is there. The error is ECANCELED if `cancelled` is set.
+[[nodiscard]] std::optional<FileError> writeFileAtomically(const std::string &path, std::string_view content,
+                                                           const StopFlag &cancelled = {});
+
+/// The same, but a link is followed, and a file that is replaced passes on its permissions. What is no file
+/// (a pipe, a device) is written to directly.
+[[nodiscard]] std::optional<FileError>
+replaceFileAtomically(const std::string &path, std::string_view content, Readers readers = Readers::usual);
 
 } // namespace brimvale

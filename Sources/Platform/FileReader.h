@@ -37,7 +37,9 @@ public:
 
 private:
     int descriptor_ = -1;
+    Source source_;
     std::int64_t position_ = 0;
+    std::int64_t fromDisk_ = 0; ///< bytes before this one are read from the disk
     std::int64_t length_ = 0;
     Date modified_{};
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Base/StopFlag.h"
+
 #include <string>
 
 namespace brimvale {
@@ -9,6 +11,11 @@ namespace brimvale {
 /// Writes everything in memory to the disk for the file system of the existing item at `path`, so that its
 /// figures are final. Errors are not reported: the copy then lacks the data and fails its check.
 void syncFileSystem(const std::string &path);
+
+/// Writes the bytes of a large file at an absolute path out to the disk in pieces, until `cancelled` is
+/// set. `syncFileSystem` then has little left to do. Does nothing for a small file, or where the system
+/// cannot write a part of a file.
+void writeOut(const std::string &path, const StopFlag &cancelled);
 
 /// Whether a copy of `source` in the existing folder `folder` shares its blocks and takes no extra space.
 /// False when unsure.

@@ -64,7 +64,31 @@ TEST(Backup, PrintsCopiesAndDestination) {
                                        home.path("Documents/Brimvale Backups/x ")));
 }
 
-TEST(Backup, RefusesItemsThatCannotShareABackup) {
+TEST(Backup, TellsWhatTheUserHasToKnow) {
+    const TemporaryFolder folder;
+    folder.makeFile("target/file", 10);
+    const std::string link = folder.makeLink("link", "target");
+    const std::vector<std::string> arguments = {"backup", link, "--label", "x", "--into", folder.path("to")};
+    const Outcome made = runProgram(arguments);
+    EXPECT_EQ(made.status, 0);
+    EXPECT_EQ(made.err,
+              "brimvalectl: “link” is a link. The backup holds the link itself, not what it leads to.\n");
+    // A minute may have passed, which makes the second one another backup.
+    const Outcome again = runProgram(arguments);
+    if (again.status != 0) {
+        EXPECT_THAT(again.err, HasSubstr("Use another label, such as “x 2”, or wait a minute."));
+    }
+
+    const std::string database = folder.writeFile("chat.db", "garbage");
+    const Outcome unreadable =
+        runProgram({"backup", "--json", database, "--label", "y", "--into", folder.path("to")});
+    EXPECT_EQ(unreadable.status, 0) << "the copy is good";
+    const std::string remark = "There is no readable transcript of “chat.db”. ";
+    EXPECT_THAT(unreadable.err, HasSubstr(remark));
+    EXPECT_THAT(jsonIn(unreadable)["remarks"][0].toString().toStdString(), StartsWith(remark));
+}
+
+TEST(Backup, CopiesNothingThatCannotBeBackedUpTogether) {
     const TemporaryFolder folder;
     folder.makeFile("a/same", 10);
     folder.makeFile("b/same", 10);

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 namespace brimvale::testing {
 
@@ -31,6 +32,7 @@ TEST(Transcript, WritesHtmlOrJson) {
     const std::string page = contentOf(folder.path("page.html"));
     EXPECT_THAT(page, HasSubstr("\">1 messages<br>"));
     EXPECT_THAT(page, EndsWith("</html>\n"));
+    EXPECT_EQ(std::filesystem::status(folder.path("page.html")).permissions(), std::filesystem::perms(0600));
 
     const Outcome json = runProgram({"transcript", "--json", database});
     const QJsonArray chats = jsonIn(json).array();
@@ -48,14 +50,32 @@ TEST(Transcript, WritesHtmlOrJson) {
 TEST(Transcript, InvalidDatabaseIsAnError) {
     const TemporaryFolder folder;
     const std::string garbage = folder.writeFile("garbage", std::string(5000, 'x'));
+    const std::string pipe = folder.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     const std::string output = folder.path("page.html");
     const Outcome missing = runProgram({"transcript", folder.path("missing"), "--output", output});
     EXPECT_EQ(missing.status, 1);
     EXPECT_THAT(missing.err, EndsWith("missing: No such file or directory\n"));
-    const Outcome wrong = runProgram({"transcript", garbage, "--output", output});
-    EXPECT_EQ(wrong.status, 1);
-    EXPECT_THAT(wrong.err, HasSubstr("could not be read whole as a Messages database"));
+    for (const auto &[path, reason] : {std::pair(garbage, "sqlite3 cannot read it as a database."),
+                                       std::pair(pipe, "It is not a file.")}) {
+        const Outcome wrong = runProgram({"transcript", path, "--output", output});
+        EXPECT_EQ(wrong.status, 1);
+        EXPECT_THAT(wrong.err, HasSubstr("could not be read whole as a Messages database. "));
+        EXPECT_THAT(wrong.err, EndsWith(std::string(reason) + "\n"));
+    }
     EXPECT_FALSE(std::filesystem::exists(output));
+}
+
+TEST(Transcript, RunsNothingThatADatabaseHolds) {
+    const TemporaryFolder folder;
+    const std::string database = folder.path("chat.db"), trace = folder.path("started");
+    if (!runStatements(database, hostileDatabases("touch " + trace).front().statements))
+        GTEST_SKIP() << "sqlite3 is not installed";
+    const Outcome outcome = runProgram({"transcript", database});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, EndsWith("It does not have the plain tables of a Messages database.\n"));
+    EXPECT_FALSE(isThere(trace));
 }
 
 } // namespace brimvale::testing

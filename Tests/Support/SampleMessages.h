@@ -35,6 +35,20 @@ struct SampleChat {
 [[nodiscard]] bool makeDatabase(const std::string &path, const std::vector<SampleChat> &chats,
                                 const std::vector<SampleMessage> &messages);
 
+/// A database that does harm to whoever reads it carelessly.
+struct HostileDatabase {
+    std::string name;
+    std::string statements; ///< that make it
+};
+
+/// Databases that pass for one of messages and start a program, `command`, when they are read, or that hide
+/// behind ordinary names what is no table.
+[[nodiscard]] std::vector<HostileDatabase> hostileDatabases(const std::string &command);
+
+/// Runs statements in the system's own sqlite3 on the database at `path`. False where there is none or it
+/// fails.
+[[nodiscard]] bool runStatements(const std::string &path, const std::string &statements);
+
 /// What would be done by somebody whose messages were taken for markup. Each leaves a mark on the document,
 /// "data-harmed".
 [[nodiscard]] std::vector<std::string> hostileTexts();

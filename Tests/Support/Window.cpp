@@ -21,6 +21,8 @@ std::vector<std::string> labels(const QWidget &in, const char *name) {
     std::vector<std::string> texts;
     for (const QLabel *label : in.findChildren<QLabel *>(QLatin1String(name)))
         texts.push_back(label->text().toStdString());
+    for (const NoteLabel *note : in.findChildren<NoteLabel *>(QLatin1String(name)))
+        texts.push_back(note->text().toStdString());
     return texts;
 }
 

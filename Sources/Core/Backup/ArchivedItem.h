@@ -12,6 +12,9 @@ struct ArchivedItem {
     FileURL destination;
     std::int64_t originalBytes = 0;
     std::int64_t copiedBytes = 0;
+    /// Whether equal bytes were enough to accept the copy: on some systems equal files often occupy different
+    /// amounts of space.
+    bool isSameByBytes = false;
 
     friend bool operator==(const ArchivedItem &, const ArchivedItem &) = default;
 };

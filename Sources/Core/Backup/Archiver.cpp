@@ -5,39 +5,38 @@
 #include "Base/Text.h"
 #include "Core/Backup/BackupManifest.h"
 #include "Core/Backup/BackupPlan.h"
+#include "Core/Backup/CopyComparison.h"
+#include "Core/Backup/CopyVerdict.h"
+#include "Core/Backup/DatabaseSearch.h"
+#include "Core/Backup/DiskFlush.h"
 #include "Core/Backup/MessagesExport.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/FileListing.h"
-#include "Core/Text/Formatting.h"
 #include "Core/Text/Shell.h"
 #include "Platform/AtomicFile.h"
+#include "Platform/EntryMaking.h"
+#include "Platform/EntryRecord.h"
 #include "Platform/FileStatus.h"
-#include "Platform/FileSystem.h"
 #include "Platform/LocalTime.h"
 #include "Platform/UserDirectories.h"
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <iterator>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace brimvale::Archiver {
 
 namespace {
 
-/// The smallest share of its original that a good copy may have.
-constexpr double leastShare = 0.98;
-
-constexpr const char *databaseName = "chat.db";
 constexpr const char *exportName = "index.html";
-
-std::string tooShortReason(std::int64_t originalBytes, std::int64_t copiedBytes) {
-    const std::string copy = copiedBytes < 1 ? "Zero KB" : Fmt::byteFormatter(copiedBytes);
-    return "The copy is " + copy + " against an original of " + Fmt::byteFormatter(originalBytes) + ".";
-}
+constexpr const char *cancelledReason = "The backup was cancelled.";
 
 /// Measures a growing copy, rarely enough to take at most a tenth of the time.
 class CopyMeter {
@@ -65,24 +64,28 @@ class Run {
 public:
     Run(const FileURL &destination, const ArchiveWatch &watch, const Host &host)
         : destination_(destination), watch_(watch), host_(host),
-          options_(ScanOptions::standard(host)), result_{.destination = destination,
-                                                         .readableExport = {},
-                                                         .manifest = {}} {}
+          options_(ScanOptions::standard(host)), result_{.destination = destination} {}
 
     void archive(const FileURL &source, std::size_t index);
     void finish();
     ArchiveResult take() { return std::move(result_); }
 
 private:
+    using Phase = ArchiveProgress::Phase;
+
     void fail(const FileURL &source, std::string reason) {
         result_.failed.emplace_back(source, std::move(reason));
     }
-    void tell(ArchiveProgress::Phase phase, std::size_t index, std::int64_t bytesOfItem);
+    void tell(Phase phase, std::size_t index, std::int64_t bytesOfItem = 0);
     [[nodiscard]] std::int64_t sizeOf(const FileURL &item) const;
-    [[nodiscard]] std::string copy(const FileURL &source, const FileURL &target, std::size_t index);
-    bool compare(const FileURL &source, const FileURL &target);
+    [[nodiscard]] CopyRun copy(const FileURL &source, const FileURL &target, std::size_t index);
+    void runCopier(const FileURL &source, const FileURL &target, std::size_t index, CopyRun &run);
+    void verify(ArchivedItem item, std::size_t index, const CopyRun &run);
+    void judge(ArchivedItem item, CopyComparison comparison, const CopyRun &run);
     void writeExport();
+    void writeExport(const std::string &database);
     void writeManifest();
+    void noteState();
     [[nodiscard]] bool isNameOfCopy(std::string_view name) const;
 
     const FileURL &destination_;
@@ -90,10 +93,11 @@ private:
     const Host &host_;
     ScanOptions options_;
     ArchiveResult result_;
-    std::vector<BackedUpFile> compared_; ///< the verified contents of the backup
+    std::vector<BackedUpEntry> compared_; ///< the verified contents of the backup
+    std::vector<VerifiedBackup::Original> originals_;
 };
 
-void Run::tell(ArchiveProgress::Phase phase, std::size_t index, std::int64_t bytesOfItem) {
+void Run::tell(Phase phase, std::size_t index, std::int64_t bytesOfItem) {
     watch_.onProgress({phase, index, checkedAdd(result_.bytes, bytesOfItem)});
 }
 
@@ -101,67 +105,90 @@ std::int64_t Run::sizeOf(const FileURL &item) const {
     return DiskScanner::quickSize(item.path(), options_, watch_.cancelled);
 }
 
-/// Runs the copier and returns its output.
-std::string Run::copy(const FileURL &source, const FileURL &target, std::size_t index) {
+void Run::runCopier(const FileURL &source, const FileURL &target, std::size_t index, CopyRun &run) {
     std::vector<std::string> arguments = host_.tools.copierOptions;
     arguments.push_back(source.path());
     arguments.push_back(target.path());
-    CopyMeter meter([&] { tell(ArchiveProgress::Phase::copying, index, sizeOf(target)); });
-    const std::optional<std::string> output = Shell::runCombined(host_.tools.copier, arguments, [&] {
+    CopyMeter meter([&] { tell(Phase::copying, index, sizeOf(target)); });
+    const auto result = Shell::runWithStatus(host_.tools.copier, arguments, StandardError::withOutput, [&] {
         meter.look();
         return watch_.cancelled.isSet();
     });
-    return std::string(trimmed(output.value_or("")));
+    run.words = result ? std::string(trimmed(result->output)) : "";
+    run.hasFailed = !result || !result->hasSucceeded();
+}
+
+/// Makes the copy. A link is copied here, because some copiers would follow it.
+CopyRun Run::copy(const FileURL &source, const FileURL &target, std::size_t index) {
+    CopyRun run{.started = now(), .words = {}, .bytesDecide = host_.system == System::linux};
+    const std::optional<EntryRecord> record = entryRecord(source.path());
+    if (!record || record->kind != EntryKind::link) {
+        runCopier(source, target, index, run);
+    } else if (const auto error = copyLink(source.path(), target.path())) {
+        run.words = error->localizedDescription;
+        run.hasFailed = true;
+    }
+    return run;
 }
 
 /// Copies one source and verifies the copy.
 void Run::archive(const FileURL &source, std::size_t index) {
-    const std::string cancelled = "The backup was cancelled.";
-    tell(ArchiveProgress::Phase::copying, index, 0);
+    tell(Phase::copying, index);
     if (watch_.cancelled.isSet())
-        return fail(source, cancelled);
+        return fail(source, cancelledReason);
     if (BackupPlan::holds(source, destination_))
         return fail(source, "An item cannot be backed up into itself.");
-
     const FileURL target = destination_.appending(source.fileName());
-    const std::string output = copy(source, target, index);
+    const CopyRun run = copy(source, target, index);
     if (watch_.cancelled.isSet())
-        return fail(source, cancelled);
+        return fail(source, cancelledReason);
     if (!fileStatus(target.path()))
-        return fail(source, output.empty() ? "The copy did not appear at the destination." : output);
-
-    // Some file systems allocate space only when they write the data out.
-    syncFileSystem(destination_.path());
-    const ArchivedItem item{source, target, sizeOf(source), sizeOf(target)};
-    if (isTooShort(item.originalBytes, item.copiedBytes))
-        return fail(source, tooShortReason(item.originalBytes, item.copiedBytes));
-    tell(ArchiveProgress::Phase::comparing, index, item.copiedBytes);
-    if (!compare(source, target))
-        return fail(source, cancelled);
-    result_.copied.push_back(source);
-    result_.items.push_back(item);
-    result_.bytes = checkedAdd(result_.bytes, item.copiedBytes);
+        return fail(source, run.words.empty() ? "The copy did not appear at the destination." : run.words);
+    verify({source, target}, index, run);
 }
 
-/// False when it was cancelled.
-bool Run::compare(const FileURL &source, const FileURL &target) {
-    CopyComparison comparison =
-        compareCopy(source.path(), target.path(), std::string(target.fileName()), watch_.cancelled);
+/// Measures and compares a copy.
+void Run::verify(ArchivedItem item, std::size_t index, const CopyRun &run) {
+    // Some file systems allocate space only when they write the data out.
+    tell(Phase::writingOut, index);
+    flushToDisk(item.destination.path(), watch_.cancelled);
+    tell(Phase::measuring, index);
+    item.originalBytes = sizeOf(item.source);
+    item.copiedBytes = sizeOf(item.destination);
+    tell(Phase::comparing, index, item.copiedBytes);
+    CopyComparison comparison = compareCopy(item.source.path(), item.destination.path(),
+                                            std::string(item.source.fileName()), watch_.cancelled);
     if (watch_.cancelled.isSet())
-        return false;
-    for (std::string &path : comparison.differing)
-        result_.differing.emplace_back(std::move(path));
+        return fail(item.source, cancelledReason);
+    judge(std::move(item), std::move(comparison), run);
+}
+
+void Run::judge(ArchivedItem item, CopyComparison comparison, const CopyRun &run) {
+    if (std::optional<std::string> reason = CopyVerdict::failure(item, comparison, run)) {
+        for (const CopyDifference &difference : comparison.differing)
+            result_.differing.push_back(
+                {difference.path.empty() ? item.source : item.source.appending(difference.path),
+                 CopyVerdict::differenceText(item, comparison, difference, run)});
+        return fail(item.source, *std::move(reason));
+    }
+    item.isSameByBytes = run.bytesDecide;
+    std::vector<std::string> remarks = CopyVerdict::remarks(item, comparison, run);
+    std::move(remarks.begin(), remarks.end(), std::back_inserter(result_.remarks));
     std::move(comparison.copies.begin(), comparison.copies.end(), std::back_inserter(compared_));
-    return true;
+    originals_.push_back({item.source, std::move(comparison.originals)});
+    result_.copied.push_back(item.source);
+    result_.bytes = checkedAdd(result_.bytes, item.copiedBytes);
+    result_.items.push_back(std::move(item));
 }
 
 void Run::finish() {
     result_.isCancelled = watch_.cancelled.isSet();
-    if (result_.isCancelled)
+    if (result_.isCancelled || result_.items.empty())
         return;
-    tell(ArchiveProgress::Phase::finishing, result_.items.size(), 0);
     writeExport();
+    tell(Phase::finishing, result_.items.size());
     writeManifest();
+    noteState();
     result_.isCancelled = watch_.cancelled.isSet();
 }
 
@@ -173,30 +200,75 @@ bool Run::isNameOfCopy(std::string_view name) const {
 
 /// Writes the page of conversations if the copies include a Messages database.
 void Run::writeExport() {
-    const FileListing listing = listFiles(destination_.path(), watch_.cancelled);
-    const auto database =
-        std::find_if(listing.files.begin(), listing.files.end(), [&](const ListedFile &file) {
-            return !file.isLink && destination_.appending(file.path).fileName() == databaseName;
-        });
-    if (database == listing.files.end() || isNameOfCopy(exportName))
+    std::vector<std::string> names;
+    for (const ArchivedItem &item : result_.items)
+        names.emplace_back(item.destination.fileName());
+    const auto database = messagesDatabaseIn(listFiles(destination_.path(), watch_.cancelled), names);
+    if (!database)
         return;
-    const std::string page = MessagesExport::html(MessagesExport::read(
-        destination_.appending(database->path).path(), MessagesExport::usualLimitPerChat, host_.tools));
+    tell(Phase::readingMessages, result_.items.size());
+    writeExport(*database);
     // Even reading a database changes the files beside it.
-    std::erase_if(compared_, [&](const BackedUpFile &file) { return file.path.starts_with(database->path); });
+    std::erase_if(compared_, [&](const BackedUpEntry &entry) { return entry.path.starts_with(*database); });
+}
+
+void Run::writeExport(const std::string &database) {
+    const auto remark = [&](const std::string &reason) {
+        result_.remarks.push_back("There is no readable transcript of “" + displayText(database) + "”. " +
+                                  reason);
+    };
+    if (isNameOfCopy(exportName))
+        return remark("An item of the backup has the name of its page, “index.html”.");
+    const MessagesExport::Reading reading =
+        MessagesExport::readChecked(destination_.appending(database).path(),
+                                    MessagesExport::usualLimitPerChat, host_.tools, watch_.cancelled);
+    if (!reading.isComplete)
+        return remark(reading.reason);
     const FileURL file = destination_.appending(exportName);
-    if (!writeFileAtomically(file.path(), page))
-        result_.readableExport = file;
+    if (const auto error =
+            writeFileAtomically(file.path(), MessagesExport::html(reading.conversations), watch_.cancelled))
+        return remark("Its page could not be written: " + error->localizedDescription + ".");
+    result_.readableExport = file;
 }
 
 void Run::writeManifest() {
+    const auto remark = [&](const std::string &reason) {
+        result_.remarks.push_back(
+            "The manifest was not written, so the backup cannot be verified later: " + reason + ".");
+    };
     if (isNameOfCopy(BackupManifest::fileName))
-        return;
+        return remark("an item of the backup has its name");
     std::vector<std::string> leftOut;
     for (const auto &[source, reason] : result_.failed)
         leftOut.emplace_back(source.fileName());
-    if (!BackupManifest::write(destination_, std::move(compared_), leftOut, watch_.cancelled))
-        result_.manifest = destination_.appending(BackupManifest::fileName);
+    if (const auto error =
+            BackupManifest::write(destination_, std::move(compared_), leftOut, watch_.cancelled))
+        return remark(error->localizedDescription);
+    result_.manifest = destination_.appending(BackupManifest::fileName);
+}
+
+/// Comes last, because reading the messages may change files beside the database.
+void Run::noteState() {
+    if (result_.failed.empty())
+        result_.verified = std::make_shared<const VerifiedBackup>(
+            VerifiedBackup{.originals = std::move(originals_),
+                           .folder = destination_,
+                           .copies = listFiles(destination_.path(), watch_.cancelled)});
+}
+
+/// Makes the backup's folder; the reason where that is not possible.
+std::optional<std::string> makeFolder(const FileURL &folder, const std::string &label) {
+    std::error_code error;
+    std::filesystem::create_directories(folder.parent().path(), error);
+    std::optional<FileError> failure = error ? std::optional(FileError::posix(error.value())) : std::nullopt;
+    if (!failure)
+        failure = makePrivateFolder(folder.path());
+    if (!failure)
+        return std::nullopt;
+    if (failure->code == EEXIST)
+        return "There already is a backup “" + displayText(folder.fileName()) +
+               "”. Use another label, such as “" + displayText(label) + " 2”, or wait a minute.";
+    return "Could not create " + displayText(folder.path()) + ": " + failure->localizedDescription;
 }
 
 } // namespace
@@ -221,33 +293,31 @@ bool sameVolume(const FileURL &a, const FileURL &b) {
     return first && second && first->identity.device == second->identity.device;
 }
 
-bool isTooShort(std::int64_t originalBytes, std::int64_t copiedBytes) {
-    return originalBytes >= 1 &&
-           static_cast<double>(copiedBytes) < leastShare * static_cast<double>(originalBytes);
-}
-
 bool isMismatched(const ArchivedItem &item) {
-    return item.originalBytes == 0 ? item.copiedBytes != 0 : isTooShort(item.originalBytes, item.copiedBytes);
+    if (item.isSameByBytes)
+        return false;
+    return item.originalBytes == 0 ? item.copiedBytes != 0
+                                   : CopyVerdict::isTooShort(item.originalBytes, item.copiedBytes);
 }
 
 ArchiveResult archive(const std::vector<FileURL> &sources, const std::string &label, const FileURL &root,
                       const ArchiveWatch &watch, const Host &host, Date date) {
     const FileURL destination = root.appending(folderName(label, date));
-    std::error_code error;
-    std::filesystem::create_directories(destination.path(), error);
-    if (error) {
+    if (const std::optional<std::string> reason = makeFolder(destination, label)) {
         ArchiveResult result{.destination = destination};
-        const std::string reason = "Could not create " + displayText(destination.path()) + ": " +
-                                   FileError::posix(error.value()).localizedDescription;
         for (const FileURL &source : sources)
-            result.failed.emplace_back(source, reason);
+            result.failed.emplace_back(source, *reason);
         return result;
     }
     Run run(destination, watch, host);
     for (std::size_t i = 0; i < sources.size(); ++i)
         run.archive(sources[i], i);
     run.finish();
-    return run.take();
+    ArchiveResult result = run.take();
+    std::error_code notEmpty;
+    if (result.items.empty())
+        std::filesystem::remove(destination.path(), notEmpty); // fails if anything is in the folder
+    return result;
 }
 
 } // namespace brimvale::Archiver

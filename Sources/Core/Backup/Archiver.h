@@ -1,20 +1,28 @@
 #pragma once
 
 #include "Base/Date.h"
-#include "Base/StopFlag.h"
+#include "Core/Backup/ArchiveProgress.h"
 #include "Core/Backup/ArchivedItem.h"
 #include "Core/Backup/PendingDeletion.h"
+#include "Core/Backup/VerifiedBackup.h"
 #include "Platform/Host.h"
 
-#include <cstddef>
 #include <cstdint>
-#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace brimvale {
+
+/// An entry of an original whose copy is not the same, and how it differs.
+struct DifferingEntry {
+    FileURL url;
+    std::string text; ///< without a full stop
+
+    friend bool operator==(const DifferingEntry &, const DifferingEntry &) = default;
+};
 
 /// The outcome of a backup. Every source is in `copied` or in `failed`.
 struct ArchiveResult {
@@ -30,31 +38,20 @@ struct ArchiveResult {
     std::vector<ArchivedItem> items = {};
     /// The readable page of the conversations, if one was written.
     std::optional<FileURL> readableExport = {};
-    /// Files in `copied`, or inside its folders, whose copies have different bytes.
-    std::vector<FileURL> differing = {};
-    /// The manifest for later verification; nothing if it could not be written.
+    /// Entries of originals in `failed` whose copies are not the same.
+    std::vector<DifferingEntry> differing = {};
+    /// The manifest for later verification; nothing where it could not be written.
     std::optional<FileURL> manifest = {};
+    /// Sentences for the user about a backup whose copies are good: what was lost, and what could not be
+    /// written and why.
+    std::vector<std::string> remarks = {};
+    /// The state to compare originals and backup with before originals are removed; null if anything failed.
+    std::shared_ptr<const VerifiedBackup> verified = {};
     bool isCancelled = false;
 };
 
-/// The progress of a backup.
-struct ArchiveProgress {
-    enum class Phase { copying, comparing, finishing };
-
-    Phase phase = Phase::copying;
-    std::size_t item = 0;   ///< index of the current source
-    std::int64_t bytes = 0; ///< allocated by all copies so far, including the current one
-};
-
-/// Observes a backup, and may stop it.
-struct ArchiveWatch {
-    StopFlag cancelled = {};
-    /// Called for every item, and about twice a second while one is copied, on the thread that archives.
-    std::function<void(const ArchiveProgress &)> onProgress = [](const ArchiveProgress &) {};
-};
-
-/// Copies items into a dated folder and verifies the copies, so that the originals can be removed. Never
-/// removes or changes an original, and writes only in that folder.
+/// Copies items aside into a dated folder and checks the copies, so that the originals may go. Never removes
+/// or changes an original, and writes nowhere but in that folder.
 namespace Archiver {
 
 /// The folder "Brimvale Backups" in the user's documents folder.
@@ -66,19 +63,16 @@ namespace Archiver {
 /// Whether two existing items are on the same volume; false if that is unknown. Links are not followed.
 [[nodiscard]] bool sameVolume(const FileURL &a, const FileURL &b);
 
-/// Whether a copy failed because it is too small (allocated bytes). A copy may be 2 % smaller than its
-/// original, because it may be stored more compactly. Any copy of an empty original is accepted.
-[[nodiscard]] bool isTooShort(std::int64_t originalBytes, std::int64_t copiedBytes);
-
-/// Whether the user should check a copy before its original is removed. Stricter than `isTooShort`: the copy
-/// of an empty original must be empty.
+/// Whether the user should look at a copy before its original is removed: it is too small, or the original is
+/// empty and the copy is not. False where equal bytes are enough.
 [[nodiscard]] bool isMismatched(const ArchivedItem &item);
 
-/// Copies the sources into a folder for `label` and `date` inside `root`, or adds to that folder if it
-/// exists. Verifies every copy by its size and its bytes, writes a readable page if there is a Messages
-/// database among the copies, and the manifest last. Blocks; call it off the main thread. One failed source
-/// does not stop the others. After a cancellation, sources that were not copied are in `failed`, and partial
-/// copies stay.
+/// Copies the sources into a new folder for `label` and `date` inside `root` that only its owner can enter.
+/// It verifies every copy by its size and its bytes, writes a readable page if there is a Messages database
+/// among the copies, and last a manifest. If anything already has the name of that folder, nothing is copied.
+/// A source that is a link is copied as a link. Blocks; call it off the main thread. One source that fails
+/// does not stop the others. After a cancellation the sources that were not copied are in `failed`, and
+/// partial copies stay.
 [[nodiscard]] ArchiveResult archive(const std::vector<FileURL> &sources, const std::string &label,
                                     const FileURL &root, const ArchiveWatch &watch = {},
                                     const Host &host = Host::current(), Date date = now());

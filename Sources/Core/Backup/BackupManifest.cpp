@@ -10,7 +10,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <utility>
 
@@ -18,7 +21,16 @@ namespace brimvale::BackupManifest {
 
 namespace {
 
-constexpr int formatVersion = 1;
+constexpr int formatVersion = 2;
+constexpr int filesOnlyVersion = 1; ///< of files and links, without modes
+
+/// The names of the kinds that have no content of their own.
+constexpr std::array kindNames = {std::pair(EntryKind::folder, "folder"), std::pair(EntryKind::pipe, "pipe"),
+                                  std::pair(EntryKind::socket, "socket"),
+                                  std::pair(EntryKind::device, "device")};
+
+/// Entries between two looks at the cancellation.
+constexpr std::size_t entriesPerQuestion = 1024;
 
 /// Writes bytes under `key`. Bytes that would not survive as JSON text, such as invalid UTF-8 or a leading
 /// byte order mark, are written as digits under a key of their own.
@@ -42,32 +54,54 @@ std::optional<std::string> bytesUnder(const QJsonObject &object, const QString &
     return digits ? bytesOfHex(*digits) : std::nullopt;
 }
 
-QJsonObject entryOf(const BackedUpFile &file) {
-    QJsonObject entry;
-    putBytes(entry, "path", file.path);
-    if (file.linkTarget) {
-        putBytes(entry, "linkTarget", *file.linkTarget);
-        return entry;
+QString octalDigits(std::uint32_t permissions) {
+    return QString::number(permissions, 8).rightJustified(4, '0');
+}
+
+std::optional<std::uint32_t> permissionsIn(const QJsonObject &object) {
+    bool isNumber = false;
+    const uint permissions = object.value("mode").toString().toUInt(&isNumber, 8);
+    return isNumber ? std::optional<std::uint32_t>(permissions) : std::nullopt;
+}
+
+QJsonObject objectOf(const BackedUpEntry &entry) {
+    QJsonObject object;
+    putBytes(object, "path", entry.path);
+    if (entry.kind == EntryKind::link)
+        putBytes(object, "linkTarget", entry.linkTarget);
+    for (const auto &[kind, name] : kindNames)
+        if (entry.kind == kind)
+            object["kind"] = name;
+    if (entry.permissions)
+        object["mode"] = octalDigits(*entry.permissions);
+    if (entry.kind == EntryKind::file) {
+        object["size"] = qint64{entry.size};
+        object["sha256"] = QString::fromStdString(entry.sha256);
+        object["modified"] = QString::fromStdString(iso8601(entry.modified));
     }
-    entry["size"] = qint64{file.size};
-    entry["sha256"] = QString::fromStdString(file.sha256);
-    entry["modified"] = QString::fromStdString(iso8601(file.modified));
-    return entry;
+    return object;
 }
 
 /// An entry without its modification time, which is never compared.
-std::optional<BackedUpFile> fileOf(const QJsonObject &entry) {
-    const std::optional<std::string> path = bytesUnder(entry, "path");
+std::optional<BackedUpEntry> entryIn(const QJsonObject &object) {
+    const std::optional<std::string> path = bytesUnder(object, "path");
     if (!path)
         return std::nullopt;
-    if (std::optional<std::string> target = bytesUnder(entry, "linkTarget"))
-        return BackedUpFile{.path = *path, .linkTarget = std::move(target)};
+    if (std::optional<std::string> target = bytesUnder(object, "linkTarget"))
+        return BackedUpEntry{.path = *path, .kind = EntryKind::link, .linkTarget = *std::move(target)};
+    if (const std::optional<std::string> kindName = textUnder(object, "kind")) {
+        for (const auto &[kind, name] : kindNames)
+            if (*kindName == name)
+                return BackedUpEntry{.path = *path, .kind = kind, .permissions = permissionsIn(object)};
+        return std::nullopt;
+    }
     constexpr qint64 none = -1;
-    const qint64 size = entry.value("size").toInteger(none);
-    const std::optional<std::string> sha256 = textUnder(entry, "sha256");
+    const qint64 size = object.value("size").toInteger(none);
+    const std::optional<std::string> sha256 = textUnder(object, "sha256");
     if (size == none || !sha256)
         return std::nullopt;
-    return BackedUpFile{.path = *path, .size = size, .sha256 = *sha256};
+    return BackedUpEntry{
+        .path = *path, .permissions = permissionsIn(object), .size = size, .sha256 = *sha256};
 }
 
 bool isAtOrUnderAny(const std::string &path, const std::vector<std::string> &places) {
@@ -91,18 +125,19 @@ std::optional<std::string> contentOf(const std::string &path) {
     }
 }
 
-/// Every file and link of a backup except the manifest; nothing for one that cannot be read.
-using Contents = std::map<std::string, std::optional<BackedUpFile>>;
+/// Every entry of a backup except its own folder and the manifest; nothing for one that cannot be read.
+using Contents = std::map<std::string, std::optional<BackedUpEntry>>;
 
 Contents readAll(const FileURL &folder, const FileListing &listing, Contents known,
                  const StopFlag &cancelled) {
     std::vector<const std::string *> unknown;
-    for (const ListedFile &file : listing.files)
-        if (file.path != fileName && !known.contains(file.path))
-            unknown.push_back(&file.path);
-    std::vector<std::optional<BackedUpFile>> read(unknown.size());
+    for (const ListedEntry &entry : listing.entries)
+        if (!entry.path.empty() && entry.path != fileName && !known.contains(entry.path))
+            unknown.push_back(&entry.path);
+    std::vector<std::optional<BackedUpEntry>> read(unknown.size());
     forEachInParallel(unknown.size(), threadsForReading(), [&](std::size_t i) {
-        read[i] = readBackedUpFile(folder.appending(*unknown[i]).path(), *unknown[i], cancelled);
+        if (!cancelled.isSet())
+            read[i] = readBackedUpEntry(folder.appending(*unknown[i]).path(), *unknown[i], cancelled);
     });
     for (std::size_t i = 0; i < unknown.size(); ++i)
         known.emplace(*unknown[i], std::move(read[i]));
@@ -114,61 +149,81 @@ FileError noManifest() {
 }
 
 /// Whether both have the same content; their modification times may differ.
-bool holdSame(const BackedUpFile &a, const BackedUpFile &b) {
-    return a.size == b.size && a.sha256 == b.sha256 && a.linkTarget == b.linkTarget;
+bool holdSame(const BackedUpEntry &a, const BackedUpEntry &b) {
+    return a.kind == b.kind && a.size == b.size && a.sha256 == b.sha256 && a.linkTarget == b.linkTarget;
+}
+
+/// Compares an entry of the manifest with the one in the backup.
+void judge(const BackedUpEntry &listed, const BackedUpEntry &found, Verification &verification) {
+    if (!holdSame(found, listed)) {
+        verification.changed.push_back(listed.path);
+        return;
+    }
+    if (listed.permissions && found.permissions != listed.permissions)
+        verification.otherModes.push_back(listed.path);
+    if (listed.kind == EntryKind::file || listed.kind == EntryKind::link)
+        ++verification.verified;
 }
 
 } // namespace
 
-std::string document(const std::vector<BackedUpFile> &files) {
-    QJsonArray entries;
-    for (const BackedUpFile &file : files)
-        entries.append(entryOf(file));
-    const QJsonObject manifest{{"version", formatVersion}, {"files", entries}};
-    return QJsonDocument(manifest).toJson().toStdString();
+std::string document(const std::vector<BackedUpEntry> &entries, const StopFlag &cancelled) {
+    std::string text = "{\n\"version\": " + std::to_string(formatVersion) + ",\n\"files\": [\n";
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (i % entriesPerQuestion == 0 && cancelled.isSet())
+            return text;
+        QByteArray object = QJsonDocument(objectOf(entries[i])).toJson();
+        object.chop(1); // its line feed
+        text.append(i == 0 ? "" : ",\n").append(object.constData(), static_cast<std::size_t>(object.size()));
+    }
+    return text + "\n]\n}\n";
 }
 
-std::optional<std::vector<BackedUpFile>> filesOf(std::string_view document) {
+std::optional<std::vector<BackedUpEntry>> entriesOf(std::string_view document) {
     const auto bytes = QByteArray::fromRawData(document.data(), static_cast<qsizetype>(document.size()));
     const QJsonObject manifest = QJsonDocument::fromJson(bytes).object();
-    const QJsonValue entries = manifest.value("files");
-    if (manifest.value("version") != formatVersion || !entries.isArray())
+    const QJsonValue listed = manifest.value("files");
+    const QJsonValue version = manifest.value("version");
+    if ((version != formatVersion && version != filesOnlyVersion) || !listed.isArray())
         return std::nullopt;
-    std::vector<BackedUpFile> files;
-    for (const QJsonValueConstRef entry : entries.toArray()) {
-        // An entry that is no object counts as one without a path.
-        std::optional<BackedUpFile> file = fileOf(entry.toObject());
-        if (!file)
+    std::vector<BackedUpEntry> entries;
+    for (const QJsonValueConstRef value : listed.toArray()) {
+        // A value that is no object counts as one without a path.
+        std::optional<BackedUpEntry> entry = entryIn(value.toObject());
+        if (!entry)
             return std::nullopt;
-        files.push_back(*std::move(file));
+        entries.push_back(*std::move(entry));
     }
-    return files;
+    return entries;
 }
 
-std::optional<FileError> write(const FileURL &folder, std::vector<BackedUpFile> known,
+std::optional<FileError> write(const FileURL &folder, std::vector<BackedUpEntry> known,
                                const std::vector<std::string> &leftOut, const StopFlag &cancelled) {
     FileListing listing = listFiles(folder.path(), cancelled);
     const auto isLeftOut = [&](const auto &path) { return isAtOrUnderAny(path, leftOut); };
-    std::erase_if(listing.files, [&](const ListedFile &file) { return isLeftOut(file.path); });
+    std::erase_if(listing.entries, [&](const ListedEntry &entry) { return isLeftOut(entry.path); });
     std::erase_if(listing.unreadable, isLeftOut);
     if (!listing.unreadable.empty())
         return FileError::posix(EACCES); // with an incomplete list the other files would look like additions
     Contents contents;
-    for (BackedUpFile &file : known)
-        contents.emplace(file.path, std::move(file));
+    for (BackedUpEntry &entry : known)
+        contents.emplace(entry.path, std::move(entry));
     contents = readAll(folder, listing, std::move(contents), cancelled);
-    std::vector<BackedUpFile> files;
-    for (auto &[path, file] : contents) {
-        if (!file)
+    std::vector<BackedUpEntry> entries;
+    for (auto &[path, entry] : contents) {
+        if (!entry)
             return FileError::posix(cancelled.isSet() ? ECANCELED : EIO);
-        files.push_back(*std::move(file));
+        entries.push_back(*std::move(entry));
     }
-    return writeFileAtomically(folder.appending(fileName).path(), document(files));
+    const std::string text = document(entries, cancelled);
+    if (cancelled.isSet())
+        return FileError::posix(ECANCELED);
+    return writeFileAtomically(folder.appending(fileName).path(), text, cancelled);
 }
 
 Result<Verification> verify(const FileURL &folder, const StopFlag &cancelled) {
     const std::optional<std::string> manifest = contentOf(folder.appending(fileName).path());
-    const auto listed = manifest ? filesOf(*manifest) : std::nullopt;
+    const auto listed = manifest ? entriesOf(*manifest) : std::nullopt;
     if (!listed)
         return noManifest();
 
@@ -176,22 +231,22 @@ Result<Verification> verify(const FileURL &folder, const StopFlag &cancelled) {
     Contents present = readAll(folder, listing, {}, cancelled);
     Verification verification;
     verification.unreadable = listing.unreadable;
-    for (const BackedUpFile &file : *listed) {
-        const auto found = present.find(file.path);
-        if (found == present.end() && !isAtOrUnderAny(file.path, listing.unreadable))
-            verification.missing.push_back(file.path);
+    for (const BackedUpEntry &entry : *listed) {
+        const auto found = present.find(entry.path);
+        if (found == present.end() && !isAtOrUnderAny(entry.path, listing.unreadable))
+            verification.missing.push_back(entry.path);
         else if (found == present.end() || !found->second)
-            verification.unreadable.push_back(file.path);
-        else if (!holdSame(*found->second, file))
-            verification.changed.push_back(file.path);
+            verification.unreadable.push_back(entry.path);
         else
-            ++verification.verified;
+            judge(entry, *found->second, verification);
         if (found != present.end())
             present.erase(found);
     }
-    for (const auto &[path, file] : present)
-        verification.extra.push_back(path);
-    for (auto *paths : {&verification.missing, &verification.changed, &verification.unreadable})
+    for (const auto &[path, entry] : present)
+        if (!entry || entry->kind != EntryKind::folder)
+            verification.extra.push_back(path);
+    for (auto *paths :
+         {&verification.missing, &verification.changed, &verification.unreadable, &verification.otherModes})
         std::sort(paths->begin(), paths->end());
     verification.isCancelled = cancelled.isSet();
     return verification;

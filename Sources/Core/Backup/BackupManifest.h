@@ -3,8 +3,9 @@
 #include "Base/FileURL.h"
 #include "Base/Result.h"
 #include "Base/StopFlag.h"
-#include "Core/Backup/CopyComparison.h"
+#include "Core/Backup/BackedUpEntry.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,25 +13,26 @@
 
 namespace brimvale {
 
-/// The list of all files in a backup, stored in its folder, so that the backup can be verified many years
-/// later: a JSON document with the path, size, SHA-256 digest and modification time of every file, and the
-/// target of every symbolic link. A path that JSON cannot hold exactly is written in hexadecimal digits,
-/// under another key.
+/// The list of all entries in a backup, stored in its folder, so that the backup can be verified many years
+/// later: a JSON document with the path, size, SHA-256 digest and modification time of every file, the target
+/// of every symbolic link, the folders and the special files. All but links have their mode in octal digits.
+/// A path that JSON cannot hold exactly is written in hexadecimal digits, under another key.
 namespace BackupManifest {
 
 /// Its name in the backup's folder.
 constexpr std::string_view fileName = "manifest.json";
 
-/// The document for these files.
-[[nodiscard]] std::string document(const std::vector<BackedUpFile> &files);
+/// The document for these entries; incomplete once `cancelled` is set.
+[[nodiscard]] std::string document(const std::vector<BackedUpEntry> &entries, const StopFlag &cancelled = {});
 
-/// The files listed in a document; nothing where it is no valid manifest.
-[[nodiscard]] std::optional<std::vector<BackedUpFile>> filesOf(std::string_view document);
+/// The entries listed in a document, also in one of the earlier version, which lists only files and links and
+/// no modes; nothing where it is no valid manifest.
+[[nodiscard]] std::optional<std::vector<BackedUpEntry>> entriesOf(std::string_view document);
 
-/// Writes the manifest of the backup in `folder`, atomically. `known` are files whose figures are at hand;
-/// all others are read. What lies at or under one of the `left out` paths (relative) is not listed. Nothing
-/// is written when it is cancelled, or a file cannot be read.
-[[nodiscard]] std::optional<FileError> write(const FileURL &folder, std::vector<BackedUpFile> known,
+/// Writes the manifest of the backup in `folder`, atomically, for its owner alone. `known` are entries whose
+/// figures are at hand; all others are read. What lies at or under one of the `left out` paths (relative) is
+/// not listed. Nothing is written when it is cancelled, or an entry cannot be read.
+[[nodiscard]] std::optional<FileError> write(const FileURL &folder, std::vector<BackedUpEntry> known,
                                              const std::vector<std::string> &leftOut,
                                              const StopFlag &cancelled);
 
@@ -39,8 +41,10 @@ constexpr std::string_view fileName = "manifest.json";
 struct Verification {
     std::vector<std::string> missing;
     std::vector<std::string> changed; ///< other bytes, another target or another kind
-    std::vector<std::string> extra;   ///< not in the manifest
+    std::vector<std::string> extra;   ///< not in the manifest; without folders
     std::vector<std::string> unreadable;
+    std::vector<std::string>
+        otherModes;           ///< unchanged except for their permissions, which not every disk keeps
     std::size_t verified = 0; ///< unchanged files and links
     bool isCancelled = false;
 

@@ -56,7 +56,8 @@ std::optional<std::string> refusal(const std::vector<FileURL> &items, const File
             return isSameName(earlier.fileName(), item->fileName());
         });
         if (isRepeated)
-            return "Two of the items are named “" + name + "”. Back them up one after the other.";
+            return "Two of the items are named “" + name +
+                   "”. Back them up one after the other, each with a label of its own.";
     }
     return std::nullopt;
 }

@@ -1,22 +1,21 @@
 #include "Core/Backup/CopyComparison.h"
 
 #include "Base/FileURL.h"
-#include "Core/Scan/FileListing.h"
 #include "Core/Scan/ParallelLoop.h"
-#include "Platform/Digest.h"
+#include "Platform/ExtendedAttributes.h"
 #include "Platform/FileReader.h"
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <utility>
 
 namespace brimvale {
 
 namespace {
-
-constexpr std::size_t pieceSize = 262'144;
 
 /// `relative` inside `place`; the place itself where `relative` is empty.
 std::string within(const std::string &place, const std::string &relative) {
@@ -26,91 +25,116 @@ std::string within(const std::string &place, const std::string &relative) {
 /// A file that is read beside another one to compare them.
 class Twin {
 public:
-    explicit Twin(const std::string &path) : reader_(path), isSame_(reader_.isOpen()) {}
+    explicit Twin(const std::string &path) : reader_(path), isReadable_(reader_.isOpen()) {}
 
     void compare(std::string_view piece) {
         buffer_.resize(std::max(buffer_.size(), piece.size()));
-        if (isSame_)
-            isSame_ = reader_.read(std::span(buffer_).first(piece.size())) == piece;
+        if (!isReadable_ || !isSame_)
+            return;
+        const std::optional<std::string_view> own = reader_.read(std::span(buffer_).first(piece.size()));
+        isReadable_ = own.has_value();
+        isSame_ = own == piece;
     }
+
+    [[nodiscard]] bool isReadable() const { return isReadable_; }
 
     /// Whether this file is also at its end.
     [[nodiscard]] bool isSameToTheEnd() {
         std::array<char, 1> rest{};
-        return isSame_ && reader_.read(rest) == std::string_view();
+        return isReadable_ && isSame_ && reader_.read(rest) == std::string_view();
     }
 
 private:
     FileReader reader_;
     std::vector<char> buffer_;
-    bool isSame_;
+    bool isReadable_;
+    bool isSame_ = true;
 };
 
-struct ComparedFile {
-    std::optional<BackedUpFile> copy;
-    bool isSame = false;
+struct Compared {
+    std::optional<BackedUpEntry> copy;
+    std::optional<CopyDifference::Kind> difference;
+    bool hasOtherMode = false;
+    bool lacksAttributes = false;
 };
 
-ComparedFile compareFile(const std::string &source, const std::string &destination,
-                         const std::string &relativePath, const StopFlag &cancelled) {
+/// How the contents of an original and its copy, which are of one kind, differ.
+std::optional<CopyDifference::Kind> compareContents(const std::string &source, const std::string &destination,
+                                                    const std::string &relativePath, EntryKind kind,
+                                                    const StopFlag &cancelled,
+                                                    std::optional<BackedUpEntry> &copy) {
+    using Kind = CopyDifference::Kind;
+    if (kind != EntryKind::file) {
+        copy = readBackedUpEntry(destination, relativePath, cancelled);
+        if (!copy)
+            return Kind::unreadable;
+        const bool isSame = kind != EntryKind::link || linkTarget(source) == copy->linkTarget;
+        return isSame ? std::nullopt : std::optional(Kind::otherContent);
+    }
     Twin original(source);
-    ComparedFile result;
-    result.copy = readBackedUpFile(destination, relativePath, cancelled,
-                                   [&](std::string_view piece) { original.compare(piece); });
-    if (!result.copy || result.copy->linkTarget)
-        result.isSame = result.copy && result.copy->linkTarget == linkTarget(source);
-    else
-        result.isSame = original.isSameToTheEnd();
+    copy = readBackedUpEntry(destination, relativePath, cancelled,
+                             [&](std::string_view piece) { original.compare(piece); });
+    if (!copy || !original.isReadable())
+        return Kind::unreadable;
+    return original.isSameToTheEnd() ? std::nullopt : std::optional(Kind::otherContent);
+}
+
+/// Some file systems keep only every second of a date.
+bool isSameDate(Date a, Date b) {
+    const auto [earlier, later] = std::minmax(a, b);
+    return earlier == later || later - std::chrono::seconds(2) <= earlier;
+}
+
+Compared compareEntry(const std::string &source, const std::string &destination,
+                      const std::string &relativePath, const EntryRecord &original,
+                      const StopFlag &cancelled) {
+    Compared result;
+    const std::optional<EntryRecord> copy = entryRecord(destination);
+    if (!copy || copy->kind != original.kind) {
+        result.difference = copy ? CopyDifference::Kind::otherKind : CopyDifference::Kind::missing;
+        return result;
+    }
+    result.difference =
+        compareContents(source, destination, relativePath, original.kind, cancelled, result.copy);
+    if (result.difference)
+        return result;
+    // A link's own mode means nothing.
+    if (original.kind != EntryKind::link)
+        result.hasOtherMode =
+            copy->permissions != original.permissions || !isSameDate(copy->modified, original.modified);
+    result.lacksAttributes = !lostAttributes(source, destination).empty();
     return result;
 }
 
 } // namespace
 
-std::optional<BackedUpFile> readBackedUpFile(const std::string &path, const std::string &relativePath,
-                                             const StopFlag &cancelled,
-                                             const std::function<void(std::string_view)> &alsoRead) {
-    if (std::optional<std::string> target = linkTarget(path))
-        return BackedUpFile{.path = relativePath, .linkTarget = std::move(target)};
-    FileReader reader(path, FileReader::Source::disk);
-    if (!reader.isOpen())
-        return std::nullopt;
-    BackedUpFile file{.path = relativePath, .modified = reader.modified()};
-    // Room for a small file and one byte more, so that one read shows its end.
-    std::vector<char> buffer(std::min(pieceSize, static_cast<std::size_t>(reader.length()) + 1));
-    Sha256 digest;
-    while (!cancelled.isSet()) {
-        const std::optional<std::string_view> piece = reader.read(buffer);
-        if (!piece)
-            return std::nullopt;
-        if (piece->empty()) {
-            file.sha256 = digest.finish();
-            return file;
-        }
-        digest.add(*piece);
-        alsoRead(*piece);
-        file.size += static_cast<std::int64_t>(piece->size());
-    }
-    return std::nullopt;
-}
-
 CopyComparison compareCopy(const std::string &source, const std::string &destination,
                            const std::string &relativePath, const StopFlag &cancelled) {
-    const FileListing originals = listFiles(source, cancelled);
-    std::vector<ComparedFile> files(originals.files.size());
-    forEachInParallel(files.size(), threadsForReading(), [&](std::size_t i) {
-        const std::string &path = originals.files[i].path;
-        files[i] = compareFile(within(source, path), within(destination, path), within(relativePath, path),
-                               cancelled);
+    CopyComparison comparison;
+    comparison.originals = listFiles(source, cancelled);
+    const std::vector<ListedEntry> &entries = comparison.originals.entries;
+    if (entries.empty()) // it has gone since it was copied
+        comparison.differing.push_back({"", CopyDifference::Kind::unreadable});
+    std::vector<Compared> compared(entries.size());
+    forEachInParallel(compared.size(), threadsForReading(), [&](std::size_t i) {
+        if (cancelled.isSet())
+            return;
+        const std::string &path = entries[i].path;
+        compared[i] = compareEntry(within(source, path), within(destination, path),
+                                   within(relativePath, path), entries[i].record, cancelled);
     });
 
-    CopyComparison comparison;
-    for (const std::string &folder : originals.unreadable)
-        comparison.differing.push_back(within(source, folder));
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        if (!files[i].isSame)
-            comparison.differing.push_back(within(source, originals.files[i].path));
-        if (files[i].copy)
-            comparison.copies.push_back(*std::move(files[i].copy));
+    for (const std::string &path : comparison.originals.unreadable)
+        comparison.differing.push_back({path, CopyDifference::Kind::unreadable});
+    for (std::size_t i = 0; i < compared.size(); ++i) {
+        if (compared[i].difference)
+            comparison.differing.push_back({entries[i].path, *compared[i].difference});
+        if (compared[i].hasOtherMode)
+            comparison.otherModes.push_back(entries[i].path);
+        if (compared[i].lacksAttributes)
+            comparison.lesserAttributes.push_back(entries[i].path);
+        if (compared[i].copy)
+            comparison.copies.push_back(*std::move(compared[i].copy));
     }
     return comparison;
 }

@@ -1,44 +1,41 @@
 #pragma once
 
-#include "Base/Date.h"
 #include "Base/StopFlag.h"
+#include "Core/Backup/BackedUpEntry.h"
+#include "Core/Scan/FileListing.h"
 
-#include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace brimvale {
 
-/// One entry of a backup: a file with its digest, or a symbolic link.
-struct BackedUpFile {
-    std::string path; ///< relative to the backup's folder, as bytes
-    std::int64_t size = 0;
-    std::string sha256 = {}; ///< 64 hexadecimal digits
-    Date modified = {};
-    std::optional<std::string> linkTarget = {}; ///< for a link, which has none of the other figures
+/// An entry of an original whose copy is not the same.
+struct CopyDifference {
+    enum class Kind {
+        missing,
+        otherKind,    ///< such as a folder in the place of a file
+        otherContent, ///< other bytes, or a link that leads elsewhere
+        unreadable    ///< the original or the copy
+    };
 
-    friend bool operator==(const BackedUpFile &, const BackedUpFile &) = default;
+    std::string path; ///< relative to the original; empty for the original itself
+    Kind kind = Kind::missing;
 };
 
-/// Reads the file or link at `path` (absolute), and lists it as `relativePath`. Nothing if it cannot be read
-/// to its end, or if `cancelled` is set before. Passes every piece to `alsoRead`, in order.
-[[nodiscard]] std::optional<BackedUpFile> readBackedUpFile(
-    const std::string &path, const std::string &relativePath, const StopFlag &cancelled,
-    const std::function<void(std::string_view piece)> &alsoRead = [](std::string_view) {});
-
-/// The result of comparing an original with its copy.
+/// The result of comparing an original with its copy. All paths are relative to the original.
 struct CopyComparison {
-    std::vector<BackedUpFile> copies;   ///< the readable copies, as listed in the backup
-    std::vector<std::string> differing; ///< originals whose copies are missing, unreadable or different
+    FileListing originals;                     ///< their state right before the comparison
+    std::vector<BackedUpEntry> copies;         ///< the readable ones, as the backup holds them
+    std::vector<CopyDifference> differing;     ///< by path
+    std::vector<std::string> otherModes;       ///< the same content with other permissions, or another date
+    std::vector<std::string> lesserAttributes; ///< the same content without all extended attributes
 };
 
-/// Compares every file and link of the original at `source` with its copy at `destination` (absolute paths),
-/// byte for byte, and from the disk if the system allows that. `relativePath` is the path of the copy in the
-/// backup. Additional files of the copy are not differences. Works on several threads. Once `cancelled` is
-/// set, the result is meaningless.
+/// Compares every entry of the original at `source` with its copy at `destination` (absolute paths): its
+/// kind, files byte for byte and from the disk where the system allows that, and what belongs to it beside
+/// its content. `relativePath` is where the copy lies in the backup. What only the copy has is no difference.
+/// Works on several threads; once `cancelled` is set the result is of no use.
 [[nodiscard]] CopyComparison compareCopy(const std::string &source, const std::string &destination,
                                          const std::string &relativePath, const StopFlag &cancelled);
 

@@ -2,15 +2,13 @@
 
 #include "Base/Hex.h"
 #include "Base/Text.h"
-#include "Platform/ProcessRunner.h"
+#include "Core/Backup/DatabaseShell.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <filesystem>
 #include <limits>
-#include <system_error>
 #include <unordered_map>
 #include <utility>
 
@@ -144,15 +142,29 @@ private:
     std::string_view currentName_; ///< into the shell's answer
 };
 
-std::vector<Conversation> conversationsIn(std::string_view answer, int limitPerChat) {
+/// Rows between two looks at the cancellation.
+constexpr std::size_t rowsPerQuestion = 4096;
+
+/// The conversations, and the number of valid rows.
+struct Parsed {
+    std::vector<Conversation> conversations;
+    std::size_t rowCount = 0;
+};
+
+Parsed parse(std::string_view answer, int limitPerChat, const StopFlag &cancelled) {
     Collector collector(limitPerChat);
+    Parsed parsed;
     while (!answer.empty()) {
         const std::string_view line = answer.substr(0, answer.find('\n'));
         answer.remove_prefix(std::min(line.size() + 1, answer.size()));
-        if (const std::optional<Row> row = rowOf(line))
+        if (const std::optional<Row> row = rowOf(line)) {
             collector.add(*row);
+            if (++parsed.rowCount % rowsPerQuestion == 0 && cancelled.isSet())
+                break;
+        }
     }
-    return collector.take();
+    parsed.conversations = collector.take();
+    return parsed;
 }
 
 } // namespace
@@ -161,17 +173,16 @@ std::vector<Conversation> read(const std::string &path, int limitPerChat, const 
     return readChecked(path, limitPerChat, tools).conversations;
 }
 
-Reading readChecked(const std::string &path, int limitPerChat, const Tools &tools) {
-    std::error_code error;
-    if (!std::filesystem::exists(path, error))
-        return {};
-    // Read as bytes: as text, a single ill-formed message would make everything unreadable.
-    const std::optional<ProcessResult> result =
-        runProcess(tools.databaseShell, {"-readonly", "-separator", std::string(1, separator), path, query},
-                   StandardError::discarded);
-    if (!result)
-        return {};
-    return {conversationsIn(result->output, limitPerChat), result->exitStatus == 0};
+Reading readChecked(const std::string &path, int limitPerChat, const Tools &tools,
+                    const StopFlag &cancelled) {
+    DatabaseShell::Answer answer = DatabaseShell::ask(tools, path, {"message", "chat", "chat_message_join"},
+                                                      query, separator, cancelled);
+    Parsed parsed = parse(answer.rows, limitPerChat, cancelled);
+    if (answer.reason.empty() && parsed.rowCount == 0 && !answer.rows.empty())
+        answer.reason = "What sqlite3 printed cannot be understood.";
+    if (answer.reason.empty() && cancelled.isSet())
+        answer.reason = "It was cancelled.";
+    return {std::move(parsed.conversations), answer.reason.empty(), std::move(answer.reason)};
 }
 
 } // namespace brimvale::MessagesExport

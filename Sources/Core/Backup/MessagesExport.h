@@ -1,9 +1,11 @@
 #pragma once
 
 #include "Base/Date.h"
+#include "Base/StopFlag.h"
 #include "Platform/Tools.h"
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -46,11 +48,12 @@ constexpr int usualLimitPerChat = 5000;
 struct Reading {
     std::vector<Conversation> conversations;
     bool isComplete = false; ///< false without a database, or if its shell could not read all of it
+    std::string reason;      ///< why it is not complete, as a sentence
 };
 
-/// The same, and whether everything could be read.
+/// The same, and whether everything could be read. Ends early, and is not complete, once `cancelled` is set.
 [[nodiscard]] Reading readChecked(const std::string &path, int limitPerChat,
-                                  const Tools &tools = platformTools());
+                                  const Tools &tools = platformTools(), const StopFlag &cancelled = {});
 
 /// One self-contained HTML page: the conversations on the left, the messages of the selected one on the
 /// right, in local time. Texts of a conversation never become markup or script.

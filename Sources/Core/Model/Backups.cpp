@@ -2,10 +2,10 @@
 
 #include "Base/Text.h"
 #include "Core/Backup/Archiver.h"
+#include "Core/Backup/ReviewedRemoval.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/Workers.h"
 #include "Core/Storage/CleanupEntries.h"
-#include "Core/Text/Formatting.h"
 
 #include <algorithm>
 #include <utility>
@@ -28,12 +28,22 @@ double shareOf(std::int64_t bytes, std::int64_t total) {
 
 std::string detailOf(const ArchiveProgress &progress, const std::vector<FileURL> &sources,
                      std::int64_t total) {
-    if (progress.phase == ArchiveProgress::Phase::finishing)
-        return "Writing the manifest";
-    const std::string name = nameOf(sources[progress.item]);
-    if (progress.phase == ArchiveProgress::Phase::comparing)
-        return "Comparing “" + name + "” with its original";
-    return "“" + name + "”, " + Fmt::byteFormatter(progress.bytes) + " of " + Fmt::byteFormatter(total);
+    // The last steps are of no item.
+    const bool isOfItem = progress.item < sources.size();
+    return stepText(progress, isOfItem ? nameOf(sources[progress.item]) : "", total);
+}
+
+/// What the user reviews; without the entries and how they are removed.
+PendingDeletion pendingOf(const ArchiveResult &result) {
+    const bool isSameVolume =
+        !result.items.empty() && Archiver::sameVolume(result.items.front().source, result.destination);
+    return {.destination = result.destination,
+            .items = result.items,
+            .bytes = result.bytes,
+            .readableExport = result.readableExport,
+            .sameVolumeAsSource = isSameVolume,
+            .remarks = result.remarks,
+            .verified = result.verified};
 }
 
 /// The reason why nothing is removed after a failed backup.
@@ -59,7 +69,8 @@ void Backups::chooseBackupRoot(FileURL folder) {
 }
 
 void Backups::archiveThenReview(const std::string &label, const FileURL &destination,
-                                const std::vector<CleanupEntry> &entries, RemovalMode mode) {
+                                const std::vector<CleanupEntry> &entries, RemovalMode mode,
+                                const std::optional<std::string> &quitFirst) {
     if (state().isArchiving)
         return;
     std::vector<FileURL> sources;
@@ -76,7 +87,7 @@ void Backups::archiveThenReview(const std::string &label, const FileURL &destina
 
     struct Outcome {
         ArchiveResult result;
-        bool isSameVolume;
+        PendingDeletion pending;
     };
     const auto onProgress = [this, context = QPointer<QObject>(this), sources,
                              bytes](const ArchiveProgress &progress) {
@@ -85,15 +96,15 @@ void Backups::archiveThenReview(const std::string &label, const FileURL &destina
     const ArchiveWatch watch{.cancelled = archiveCancelled_, .onProgress = onProgress};
     workers_.run(
         this,
-        [sources, label, destination, watch] {
+        [sources, label, destination, watch, entries, mode, quitFirst] {
             ArchiveResult result = Archiver::archive(sources, label, destination, watch);
-            const bool isSameVolume = !result.items.empty() &&
-                                      Archiver::sameVolume(result.items.front().source, result.destination);
-            return Outcome{std::move(result), isSameVolume};
+            PendingDeletion pending = pendingOf(result);
+            pending.entries = entries;
+            pending.mode = mode;
+            pending.quitFirst = quitFirst;
+            return Outcome{std::move(result), std::move(pending)};
         },
-        [this, entries, mode](const Outcome &outcome) {
-            finishArchive(outcome.result, entries, mode, outcome.isSameVolume);
-        });
+        [this](const Outcome &outcome) { finishArchive(outcome.result, outcome.pending); });
 }
 
 void Backups::showProgress(const ArchiveProgress &progress, const std::vector<FileURL> &sources,
@@ -104,9 +115,8 @@ void Backups::showProgress(const ArchiveProgress &progress, const std::vector<Fi
     });
 }
 
-void Backups::finishArchive(const ArchiveResult &result, const std::vector<CleanupEntry> &entries,
-                            RemovalMode mode, bool isSameVolume) {
-    // The user may have cancelled after everything was copied. Then nothing may be offered for removal.
+void Backups::finishArchive(const ArchiveResult &result, const PendingDeletion &pending) {
+    // The user may have cancelled when all was copied, and must not be asked to delete anything then.
     const bool isCancelled = result.isCancelled || archiveCancelled_.isSet();
     const bool isGood = !isCancelled && result.failed.empty() && !result.copied.empty();
     update([&](BackupState &state) {
@@ -115,21 +125,14 @@ void Backups::finishArchive(const ArchiveResult &result, const std::vector<Clean
         state.archiveDetail.clear();
         if (isGood) {
             state.lastArchiveDestination = result.destination;
-            state.pendingDeletion = PendingDeletion{.destination = result.destination,
-                                                    .items = result.items,
-                                                    .entries = entries,
-                                                    .bytes = result.bytes,
-                                                    .mode = mode,
-                                                    .readableExport = result.readableExport,
-                                                    .sameVolumeAsSource = isSameVolume,
-                                                    .differing = result.differing};
+            state.pendingDeletion = pending;
         } else {
             state.archiveError = "Nothing was deleted. " + reasonOf(result, isCancelled);
         }
     });
     if (isGood || isCancelled) // a user who cancelled needs no message
         return;
-    RemovalResult failures;
+    RemovalResult failures{.isOfBackup = true};
     for (const auto &[url, reason] : result.failed)
         failures.failed.push_back({url, reason});
     removals_.publishResult(failures);
@@ -151,10 +154,16 @@ void Backups::removeConfirmed() {
     if (!confirmed_ || removals_.isRemoving())
         return;
     const PendingDeletion pending = *std::exchange(confirmed_, std::nullopt);
-    removals_.removeCategoryEntries(pending.entries, pending.mode);
-    update([&](BackupState &state) {
-        state.archiveStatus = "Backed up to " + nameOf(pending.destination) + ", then removed the originals.";
+    const auto show = [this](const std::string &status) {
+        update([&](BackupState &state) { state.archiveStatus = status; });
+    };
+    removals_.removeCategoryEntries([pending, show, context = QPointer<QObject>(this)](
+                                        RemovalProgress &progress, RemovalActions &actions) {
+        ReviewedRemoval removal = removeReviewed(pending, progress, actions);
+        onMainThread(context, [show, status = statusOf(removal, pending)] { show(status); });
+        return std::move(removal.result);
     });
+    show(statusOf(ReviewedRemoval{}, pending));
 }
 
 void Backups::cancelPendingDeletion() {

@@ -41,14 +41,17 @@ public:
     /// Sets the folder for backups.
     void chooseBackupRoot(FileURL folder);
 
-    /// Copies entries into a backup folder in `destination` and verifies the copies. If all are good,
-    /// publishes the backup for review; the originals stay until the user confirms. Otherwise publishes the
-    /// first failure as an error. Does nothing while another backup is running.
+    /// Copies entries into a backup folder in `destination` and verifies the copies. Where all are good, the
+    /// backup is published for review and the originals stay until that is confirmed; else the first reason
+    /// is published as an error. While the application `quitFirst` (bundle identifier) runs, the originals
+    /// are not removed later. Does nothing while another backup is made.
     void archiveThenReview(const std::string &label, const FileURL &destination,
-                           const std::vector<CleanupEntry> &entries, RemovalMode mode);
-    /// Cancels the running backup; the originals stay.
+                           const std::vector<CleanupEntry> &entries, RemovalMode mode,
+                           const std::optional<std::string> &quitFirst = std::nullopt);
+    /// Gives the backup under way up; the originals stay.
     void cancelArchive();
-    /// Removes the originals of the reviewed backup, after any removal that is already running.
+    /// Removes the originals of the reviewed backup except those that have changed since, or, while another
+    /// removal is under way, once that has ended.
     void confirmPendingDeletion();
     /// Keeps both the originals of the reviewed backup and the backup.
     void cancelPendingDeletion();
@@ -56,8 +59,7 @@ public:
 private:
     void showProgress(const ArchiveProgress &progress, const std::vector<FileURL> &sources,
                       std::int64_t total);
-    void finishArchive(const ArchiveResult &result, const std::vector<CleanupEntry> &entries,
-                       RemovalMode mode, bool isSameVolume);
+    void finishArchive(const ArchiveResult &result, const PendingDeletion &pending);
     void removeConfirmed();
 
     Workers &workers_;

@@ -42,6 +42,13 @@ void Removals::removeCategoryEntries(const std::vector<CleanupEntry> &entries, R
     remove(entries, mode, VolumesAreRead::afterGone);
 }
 
+void Removals::removeCategoryEntries(std::function<RemovalResult(RemovalProgress &, RemovalActions &)> work) {
+    begin(RemovalActivity::removing, VolumesAreRead::afterGone,
+          [work = std::move(work), &actions = actions_](RemovalProgress &progress) {
+              return work(progress, actions);
+          });
+}
+
 void Removals::remove(const std::vector<CleanupEntry> &entries, RemovalMode mode, VolumesAreRead when) {
     begin(RemovalActivity::removing, when, [entries, mode, &actions = actions_](RemovalProgress &progress) {
         return Remover::remove(entries, mode, &progress, actions);

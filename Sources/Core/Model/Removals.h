@@ -61,8 +61,11 @@ public:
     /// Removes rows of storage categories. The volumes are read after `gone`.
     void removeCategoryEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode);
 
-    /// Deletes, as administrator, items that a removal put into `needsAdmin`. The volumes are read before
-    /// `gone`.
+    /// The same, with a removal of its own: `work` is called in the background.
+    void removeCategoryEntries(std::function<RemovalResult(RemovalProgress &, RemovalActions &)> work);
+
+    /// Removes for good, as the administrator, what a removal has put into `needsAdmin`. The volumes are read
+    /// before `gone`.
     void escalate(const std::vector<FileURL> &urls);
 
     /// Stops the running removal before its next entry, if possible.

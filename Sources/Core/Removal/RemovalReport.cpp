@@ -8,10 +8,14 @@
 namespace brimvale::RemovalReport {
 
 std::string_view title(const RemovalResult &result) {
+    if (result.isOfBackup)
+        return "The backup failed";
     return result.failed.empty() ? "Done" : "Finished with problems";
 }
 
 std::string summary(const RemovalResult &result) {
+    if (result.isOfBackup)
+        return "Nothing was deleted.";
     const std::size_t count = result.succeeded.size();
     return "Removed " + std::to_string(count) + " item" + (count == 1 ? "" : "s") + ", reclaiming " +
            Fmt::byteFormatter(result.bytesFreed);

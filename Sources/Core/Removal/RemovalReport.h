@@ -12,10 +12,10 @@ namespace brimvale {
 /// The texts that report the outcome of a removal, in the window and in the terminal.
 namespace RemovalReport {
 
-/// "Done", or "Finished with problems" if anything failed.
+/// "Done", or "Finished with problems" if anything failed; "The backup failed" for a backup.
 [[nodiscard]] std::string_view title(const RemovalResult &result);
 
-/// "Removed 3 items, reclaiming 1.2 GB".
+/// "Removed 3 items, reclaiming 1.2 GB"; "Nothing was deleted." after a backup that failed.
 [[nodiscard]] std::string summary(const RemovalResult &result);
 
 /// The path and the reason, for display. A reason that begins with the path stands alone.

@@ -17,10 +17,11 @@ struct RemovalResult {
         friend bool operator==(const Failure &, const Failure &) = default;
     };
 
-    std::vector<FileURL> succeeded;
-    std::vector<Failure> failed;
+    std::vector<FileURL> succeeded = {};
+    std::vector<Failure> failed = {};
     std::int64_t bytesFreed = 0;
-    std::vector<FileURL> needsAdmin; ///< can be retried as administrator
+    std::vector<FileURL> needsAdmin = {}; ///< can be retried as administrator
+    bool isOfBackup = false;              ///< nothing was to be removed yet: the backup before it failed
 
     friend bool operator==(const RemovalResult &, const RemovalResult &) = default;
 };

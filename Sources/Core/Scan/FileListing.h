@@ -1,27 +1,30 @@
 #pragma once
 
 #include "Base/StopFlag.h"
+#include "Platform/EntryRecord.h"
 
 #include <string>
 #include <vector>
 
 namespace brimvale {
 
-/// A file or symbolic link at any depth in a folder.
-struct ListedFile {
-    std::string path; ///< relative to that folder; empty if the listed path is not a folder
-    bool isLink = false;
+/// An entry at any depth in a folder.
+struct ListedEntry {
+    std::string path; ///< relative to that folder; empty for the folder itself
+    EntryRecord record;
 };
 
-/// The files at a path, at any depth.
+/// The entries of a place, at any depth.
 struct FileListing {
-    std::vector<ListedFile> files;       ///< regular files and symbolic links, sorted by path
+    std::vector<ListedEntry> entries;    ///< of every kind, sorted by path; first the listed place itself
     std::vector<std::string> unreadable; ///< folders not fully listed, and entries of unknown kind
+
+    /// The entry with that relative path; null if there is none.
+    [[nodiscard]] const ListedEntry *find(const std::string &path) const;
 };
 
-/// Lists the contents of the folder at an absolute path, or the single file or link there. No link is
-/// followed. Entries that are neither files, links nor folders are left out. Once `cancelled` is set, returns
-/// the files found so far.
+/// Lists the place at an absolute path with everything below it; nothing where it is not there. No link is
+/// followed. Once `cancelled` is set, what was found until then.
 [[nodiscard]] FileListing listFiles(const std::string &path, const StopFlag &cancelled);
 
 } // namespace brimvale

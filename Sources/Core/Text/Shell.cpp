@@ -23,15 +23,15 @@ std::optional<std::string> run(const std::string &executable, const std::vector<
 }
 
 std::optional<std::string> runCombined(const std::string &executable,
-                                       const std::vector<std::string> &arguments,
-                                       const std::function<bool()> &isStopped) {
-    return outputOf(asText(runProcess(executable, arguments, StandardError::withOutput, isStopped)));
+                                       const std::vector<std::string> &arguments) {
+    return outputOf(runWithStatus(executable, arguments, StandardError::withOutput));
 }
 
 std::optional<ProcessResult> runWithStatus(const std::string &executable,
                                            const std::vector<std::string> &arguments,
-                                           StandardError standardError) {
-    return asText(runProcess(executable, arguments, standardError));
+                                           StandardError standardError,
+                                           const std::function<bool()> &isStopped) {
+    return asText(runProcess(executable, arguments, standardError, isStopped));
 }
 
 } // namespace brimvale::Shell

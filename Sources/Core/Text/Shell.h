@@ -18,18 +18,17 @@ namespace Shell {
 [[nodiscard]] std::optional<std::string> run(const std::string &executable,
                                              const std::vector<std::string> &arguments);
 
-/// The tool's standard output and standard error in the order written, whatever its exit status. For a tool
-/// that works long, `isStopped` is called on this thread about ten times a second, so it may also look how
-/// far the tool is. When it returns true the tool is killed, and the result is what it has written until
-/// then.
+/// The tool's standard output and standard error in the order written, whatever its exit status.
 [[nodiscard]] std::optional<std::string> runCombined(const std::string &executable,
-                                                     const std::vector<std::string> &arguments,
-                                                     const std::function<bool()> &isStopped = {});
+                                                     const std::vector<std::string> &arguments);
 
-/// The tool's text and how it ended.
+/// The tool's text and how it ended. For a tool that works long, `isStopped` is called on this thread about
+/// ten times a second, so it may also look how far the tool is. When it returns true the tool is killed, and
+/// the text is what it has written until then.
 [[nodiscard]] std::optional<ProcessResult>
 runWithStatus(const std::string &executable, const std::vector<std::string> &arguments,
-              StandardError standardError = StandardError::discarded);
+              StandardError standardError = StandardError::discarded,
+              const std::function<bool()> &isStopped = {});
 
 } // namespace Shell
 

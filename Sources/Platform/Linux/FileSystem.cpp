@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace brimvale {
@@ -17,6 +18,19 @@ void syncFileSystem(const std::string &path) {
     }
     static_cast<void>(syncfs(descriptor));
     close(descriptor);
+}
+
+void writeOut(const std::string &path, const StopFlag &cancelled) {
+    constexpr off_t piece = 4 << 20;
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
+    struct stat record {};
+    if (descriptor >= 0 && fstat(descriptor, &record) == 0 && S_ISREG(record.st_mode) &&
+        record.st_size > piece)
+        for (off_t start = 0; start < record.st_size && !cancelled.isSet(); start += piece)
+            sync_file_range(descriptor, start, piece,
+                            SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+    if (descriptor >= 0)
+        close(descriptor);
 }
 
 bool copiesShareBlocks(const std::string &source, const std::string &folder) {

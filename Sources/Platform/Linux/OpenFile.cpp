@@ -5,13 +5,12 @@
 
 namespace brimvale {
 
-void readFromDisk(int descriptor) {
-    posix_fadvise(descriptor, 0, 0, POSIX_FADV_DONTNEED);
+void readFromDisk(int descriptor, std::int64_t start, std::int64_t count) {
+    posix_fadvise(descriptor, start, count, POSIX_FADV_DONTNEED);
 }
 
 Date modificationDate(const struct stat &record) {
-    return Date(std::chrono::seconds(record.st_mtim.tv_sec) +
-                std::chrono::nanoseconds(record.st_mtim.tv_nsec));
+    return dateOf(record.st_mtim.tv_sec, record.st_mtim.tv_nsec);
 }
 
 } // namespace brimvale

@@ -3,8 +3,10 @@
 #include "Base/FileURL.h"
 #include "Platform/Posix/Descriptor.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
@@ -17,6 +19,7 @@ namespace brimvale {
 namespace {
 
 constexpr mode_t usualPermissions = 0666; // less those that the umask withholds
+constexpr mode_t ownerPermissions = 0600;
 constexpr mode_t permissionBits = 0777;
 
 std::optional<FileError> lastErrorUnless(bool isDone) {
@@ -36,9 +39,14 @@ Descriptor makeBeside(const std::string &path, mode_t permissions, std::string &
     return Descriptor(descriptor);
 }
 
-bool writeAll(int descriptor, std::string_view bytes) {
+bool writeAll(int descriptor, std::string_view bytes, const StopFlag &cancelled) {
+    constexpr std::size_t mostAtOnce = 4 << 20;
     while (!bytes.empty()) {
-        const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+        if (cancelled.isSet()) {
+            errno = ECANCELED;
+            return false;
+        }
+        const ssize_t count = write(descriptor, bytes.data(), std::min(bytes.size(), mostAtOnce));
         if (count > 0)
             bytes.remove_prefix(static_cast<std::size_t>(count));
         else if (count == 0)
@@ -56,17 +64,18 @@ std::optional<FileError> closed(Descriptor &file, bool isWritten) {
     return failure ? failure : lastErrorUnless(isClosed);
 }
 
-/// `permissions`: those of the file that is replaced, if there is one.
+/// `permissions`: those of the file that is replaced, if there is one; else `usual`.
 std::optional<FileError> putInPlace(const std::string &path, std::string_view content,
-                                    std::optional<mode_t> permissions) {
+                                    std::optional<mode_t> permissions, mode_t usual,
+                                    const StopFlag &cancelled = {}) {
     std::string growing;
-    Descriptor file = makeBeside(path, permissions.value_or(usualPermissions), growing);
+    Descriptor file = makeBeside(path, permissions.value_or(usual), growing);
     if (!file.isOpen())
         return lastErrorUnless(false);
     // It must be on the disk before its name is, or a power failure leaves an empty file in that place.
     std::optional<FileError> failure =
         closed(file, (!permissions || fchmod(file.number(), *permissions) == 0) &&
-                         writeAll(file.number(), content) && fsync(file.number()) == 0);
+                         writeAll(file.number(), content, cancelled) && fsync(file.number()) == 0);
     if (!failure)
         failure = lastErrorUnless(std::rename(growing.c_str(), path.c_str()) == 0);
     if (failure)
@@ -76,24 +85,27 @@ std::optional<FileError> putInPlace(const std::string &path, std::string_view co
 
 std::optional<FileError> writeDirectly(const std::string &path, std::string_view content) {
     Descriptor file(open(path.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC | O_NOCTTY));
-    return file.isOpen() ? closed(file, writeAll(file.number(), content)) : lastErrorUnless(false);
+    return file.isOpen() ? closed(file, writeAll(file.number(), content, {})) : lastErrorUnless(false);
 }
 
 } // namespace
 
-std::optional<FileError> writeFileAtomically(const std::string &path, std::string_view content) {
-    return putInPlace(path, content, std::nullopt);
+std::optional<FileError> writeFileAtomically(const std::string &path, std::string_view content,
+                                             const StopFlag &cancelled) {
+    return putInPlace(path, content, std::nullopt, ownerPermissions, cancelled);
 }
 
-std::optional<FileError> replaceFileAtomically(const std::string &path, std::string_view content) {
+std::optional<FileError> replaceFileAtomically(const std::string &path, std::string_view content,
+                                               Readers readers) {
+    const mode_t usual = readers == Readers::owner ? ownerPermissions : usualPermissions;
     struct stat status {};
     if (stat(path.c_str(), &status) != 0)
-        return putInPlace(path, content, std::nullopt);
+        return putInPlace(path, content, std::nullopt, usual);
     if (!S_ISREG(status.st_mode))
         return writeDirectly(path, content);
     std::error_code error;
     const std::filesystem::path resolved = std::filesystem::canonical(path, error);
-    return putInPlace(error ? path : resolved.native(), content, status.st_mode & permissionBits);
+    return putInPlace(error ? path : resolved.native(), content, status.st_mode & permissionBits, usual);
 }
 
 } // namespace brimvale

@@ -10,9 +10,12 @@
 namespace brimvale {
 
 FileReader::FileReader(const std::string &path, Source source)
-    : descriptor_(withShortPath(path, [](int parent, const char *rest) {
-          return openat(parent, rest, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-      })) {
+    : descriptor_(withShortPath(path,
+                                [](int enclosing, const char *rest) {
+                                    return openat(enclosing, rest,
+                                                  O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+                                })),
+      source_(source) {
     struct stat record {};
     if (descriptor_ < 0)
         return;
@@ -24,8 +27,6 @@ FileReader::FileReader(const std::string &path, Source source)
     }
     length_ = record.st_size;
     modified_ = modificationDate(record);
-    if (source == Source::disk)
-        readFromDisk(descriptor_);
 }
 
 FileReader::~FileReader() {
@@ -34,6 +35,11 @@ FileReader::~FileReader() {
 }
 
 std::optional<std::string_view> FileReader::read(std::span<char> buffer) {
+    constexpr off_t window = 64 << 20; // all of a large file at once would take seconds
+    if (source_ == Source::disk && position_ >= fromDisk_) {
+        readFromDisk(descriptor_, fromDisk_, window);
+        fromDisk_ += window;
+    }
     std::size_t filled = 0;
     while (filled < buffer.size()) {
         const ssize_t count = pread(descriptor_, buffer.data() + filled, buffer.size() - filled, position_);

@@ -5,13 +5,12 @@
 
 namespace brimvale {
 
-void readFromDisk(int descriptor) {
+void readFromDisk(int descriptor, std::int64_t /*start*/, std::int64_t /*count*/) {
     fcntl(descriptor, F_NOCACHE, 1);
 }
 
 Date modificationDate(const struct stat &record) {
-    return Date(std::chrono::seconds(record.st_mtimespec.tv_sec) +
-                std::chrono::nanoseconds(record.st_mtimespec.tv_nsec));
+    return dateOf(record.st_mtimespec.tv_sec, record.st_mtimespec.tv_nsec);
 }
 
 } // namespace brimvale

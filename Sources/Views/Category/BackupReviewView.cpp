@@ -2,7 +2,6 @@
 
 #include "Catalogs/Words.h"
 #include "Core/Backup/Archiver.h"
-#include "Core/Text/Formatting.h"
 #include "Platform/FileBrowser.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/DestructiveButton.h"
@@ -27,30 +26,11 @@ namespace brimvale {
 namespace {
 
 constexpr int sheetWidth = 540;
-constexpr std::size_t mostNamesShown = 3;
-
-QString countOf(std::size_t count) {
-    return text(Fmt::count(static_cast<std::int64_t>(count)));
-}
 
 /// "2 items did not copy at full size. Check those before deleting anything."
 QString mismatchWarning(std::int64_t count) {
     return u"%1 did not copy at full size. Check those before deleting anything."_s.arg(
         counted(count, "item"));
-}
-
-/// The number of copies with different bytes than their originals, and their names.
-QString differenceWarning(const std::vector<FileURL> &differing) {
-    QStringList names;
-    for (std::size_t i = 0; i < std::min(differing.size(), mostNamesShown); ++i)
-        names.append(displayedText(differing[i].path()));
-    if (differing.size() > mostNamesShown)
-        names.append(u"and %1 more"_s.arg(countOf(differing.size() - mostNamesShown)));
-    const QString list = names.join(QStringLiteral(", "));
-    return differing.size() == 1
-               ? u"The copy of 1 file does not hold the same bytes as its original: %1"_s.arg(list)
-               : u"The copies of %1 files do not hold the same bytes as their originals: %2"_s.arg(
-                     countOf(differing.size()), list);
 }
 
 } // namespace
@@ -142,8 +122,8 @@ void BackupReviewView::addWarnings(QVBoxLayout &layout) {
         std::count_if(pending_.items.begin(), pending_.items.end(), Archiver::isMismatched);
     if (mismatched > 0)
         warn("mismatchWarning", "triangle-alert", mismatchWarning(mismatched));
-    if (!pending_.differing.empty())
-        warn("differenceWarning", "triangle-alert", differenceWarning(pending_.differing));
+    for (const std::string &remark : pending_.remarks)
+        warn("remark", "triangle-alert", displayedText(remark));
     if (pending_.sameVolumeAsSource)
         warn("sameVolumeWarning", "hard-drive",
              u"This backup is on the same disk as the originals, so deleting them will not free space "

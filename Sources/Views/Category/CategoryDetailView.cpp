@@ -250,7 +250,8 @@ void CategoryDetailView::planBackup(RemovalMode mode) {
 }
 
 void CategoryDetailView::backUp(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
-    backups_.archiveThenReview(storage_.category(id_)->category.title, backups_->backupRoot, entries, mode);
+    backups_.archiveThenReview(storage_.category(id_)->category.title, backups_->backupRoot, entries, mode,
+                               std::get<BackupThenRemoveAction>(action_).quitFirst);
 }
 
 } // namespace brimvale

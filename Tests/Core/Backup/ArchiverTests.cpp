@@ -1,13 +1,17 @@
 #include "Core/Backup/Archiver.h"
 #include "Core/Backup/BackupManifest.h"
+#include "Core/Backup/CopyVerdict.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Text/Formatting.h"
 #include "Core/Text/Shell.h"
 #include "Support/SampleMessages.h"
 #include "Support/TemporaryFolder.h"
 
+#include <chrono>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <thread>
 
 namespace brimvale {
 
@@ -18,6 +22,7 @@ using testing::contentOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using testing::isThere;
 using testing::TemporaryFolder;
 
 const Date date{};
@@ -58,9 +63,11 @@ TEST(Archiver, ComparesSizesOfCopies) {
     for (const Case &one : {Case{100, 98, false, false}, Case{100, 97, true, true},
                             Case{100, 200, false, false}, Case{0, 0, false, false}, Case{0, 1, false, true},
                             Case{1, 0, true, true}, Case{50, 49, false, false}, Case{49, 48, true, true}}) {
-        EXPECT_EQ(Archiver::isTooShort(one.original, one.copy), one.isTooShort) << one.original;
+        EXPECT_EQ(CopyVerdict::isTooShort(one.original, one.copy), one.isTooShort) << one.original;
         const ArchivedItem item{FileURL("/a"), FileURL("/b"), one.original, one.copy};
         EXPECT_EQ(Archiver::isMismatched(item), one.isMismatched) << one.original;
+        const ArchivedItem same{FileURL("/a"), FileURL("/b"), one.original, one.copy, true};
+        EXPECT_FALSE(Archiver::isMismatched(same)) << "its bytes decide";
     }
 }
 
@@ -111,6 +118,12 @@ TEST(Archiver, CopiesAndVerifiesEveryItem) {
     EXPECT_EQ(verification.verified, 4U);
     EXPECT_THAT(verification.extra, IsEmpty());
     EXPECT_EQ(phases.back(), ArchiveProgress::Phase::finishing);
+    EXPECT_THAT(result.remarks,
+                ElementsAre("“link” is a link. The backup holds the link itself, not what it leads to."));
+    // The originals may be for everybody; nobody else reads them, or the list of them, in the backup.
+    EXPECT_EQ(fs::status(result.destination.path()).permissions(), fs::perms::owner_all);
+    EXPECT_EQ(fs::status(result.manifest->path()).permissions(),
+              fs::perms::owner_read | fs::perms::owner_write);
 }
 
 TEST(Archiver, IncompleteCopyFails) {
@@ -121,46 +134,78 @@ TEST(Archiver, IncompleteCopyFails) {
     const auto copyOf = [](int share) {
         return "head -c " + std::to_string(share * 65'536) + R"( "$1" >"$2"; echo copied)";
     };
+    const std::string isShort = " against an original of " + size + ". “file” is not the same in the copy.";
     struct Case {
         std::string copier;
-        std::string reason; ///< a part of it; empty where the copy is good
+        std::string reason; ///< a part of it
     };
     for (const Case &one :
-         {Case{copyOf(97), " against an original of " + size + "."}, Case{copyOf(98), ""},
-          Case{R"(: >"$2")", "The copy is Zero KB against an original of " + size + "."},
-          Case{R"(cat "$1" "$1" >"$2")", ""}, Case{R"(printf '\n\t disk on fire \n\n' >&2)", "disk on fire"},
+         {Case{copyOf(97), isShort}, Case{copyOf(98), "“file” is not the same in the copy."},
+          Case{R"(: >"$2")", "The copy is Zero KB" + isShort},
+          Case{R"(cat "$1" "$1" >"$2")", "“file” is not the same in the copy."},
+          Case{R"(: >"$2"; echo "copy: cannot write '$2': No space left" >&2; exit 1)",
+               ". “file” is not the same in the copy: No space left."},
+          Case{R"(mkdir "$2")", "“file” was copied as something else."},
+          Case{R"(printf '\n\t disk on fire \n\n' >&2)", "disk on fire"},
           Case{"exit 1", "The copy did not appear at the destination."},
           Case{R"(printf 'caf\351')", "The copy did not appear at the destination."}}) {
         const Host host = hostWithCopier(folder, one.copier);
-        const FileURL root(folder.path("to-" + std::to_string(one.copier.size())));
-        const ArchiveResult result = Archiver::archive({source}, "x", root, {}, host, date);
-        if (one.reason.empty()) {
-            EXPECT_THAT(result.copied, ElementsAre(source)) << one.copier;
-            // The size rule lets it pass, and yet it is not the same.
-            EXPECT_THAT(result.differing, ElementsAre(source)) << one.copier;
-        } else {
-            EXPECT_THAT(reasonsOf(result), ElementsAre(HasSubstr(one.reason))) << one.copier;
-            EXPECT_THAT(result.items, IsEmpty());
-            EXPECT_EQ(result.bytes, 0);
-        }
+        const TemporaryFolder root;
+        const ArchiveResult result = Archiver::archive({source}, "x", FileURL(root.path()), {}, host, date);
+        EXPECT_THAT(reasonsOf(result), ElementsAre(HasSubstr(one.reason))) << one.copier;
+        EXPECT_THAT(result.items, IsEmpty());
+        EXPECT_EQ(result.verified, nullptr);
+        EXPECT_EQ(result.bytes, 0);
         EXPECT_EQ(fs::file_size(source.path()), 100U * 65'536U);
     }
 }
 
-TEST(Archiver, ListsDifferingFiles) {
+TEST(Archiver, TellsWhatDiffers) {
     const TemporaryFolder folder;
     const FileURL source(folder.makeFolder("from/item"));
     folder.makeFile("from/item/large", 3'000'000);
     folder.writeFile("from/item/same", "same");
     folder.writeFile("from/item/changed", "abc");
-    folder.writeFile("from/item/sub/missing", "here");
+    folder.makeFolder("from/item/empty");
     folder.makeLink("from/item/link", "one");
+    ASSERT_EQ(mkfifo(folder.path("from/item/pipe").c_str(), 0600), 0);
+    folder.writeFile("from/item/sub/missing", "here");
     const Host host = hostWithCopier(folder, R"(
-mkdir -p "$2/sub" && cp "$1/large" "$1/same" "$2" && printf abd >"$2/changed" && ln -s two "$2/link")");
+mkdir -p "$2/sub" && cp "$1/large" "$1/same" "$2" && printf abd >"$2/changed" && ln -s two "$2/link"
+echo "copy: $1/sub/missing: Input/output error" >&2; exit 1)");
+    const ArchiveResult result = Archiver::archive({source}, "x", FileURL(folder.path("to")), {}, host, date);
+    EXPECT_THAT(result.copied, IsEmpty());
+    EXPECT_THAT(reasonsOf(result), ElementsAre(HasSubstr("“item/changed” is not the same in the copy")));
+    EXPECT_THAT(reasonsOf(result), ElementsAre(::testing::EndsWith(" 4 more are not the same.")));
+    std::vector<std::string> names, texts;
+    for (const DifferingEntry &entry : result.differing) {
+        names.emplace_back(entry.url.fileName());
+        texts.push_back(entry.text);
+    }
+    EXPECT_THAT(names, ElementsAre("changed", "empty", "link", "pipe", "missing"));
+    EXPECT_EQ(texts.back(), "“item/sub/missing” was not copied: Input/output error");
+}
+
+TEST(Archiver, TellsThatAnOriginalChangedMeanwhile) {
+    const TemporaryFolder folder;
+    const FileURL source(folder.writeFile("from/file", "before"));
+    const Host host = hostWithCopier(folder, R"(cp "$1" "$2"; sleep 0.05; printf later. >"$1")");
+    const ArchiveResult result = Archiver::archive({source}, "x", FileURL(folder.path("to")), {}, host, date);
+    EXPECT_THAT(reasonsOf(result), ElementsAre("“file” changed while it was copied."));
+}
+
+TEST(Archiver, TellsWhatWasLostBesideTheContent) {
+    const TemporaryFolder folder;
+    const FileURL source(folder.makeFolder("from/item"));
+    folder.writeFile("from/item/file", "content");
+    const Host host = hostWithCopier(folder, R"(mkdir "$2" && cat "$1/file" >"$2/file" && chmod 777 "$2/file"
+touch -r "$1/file" "$2/file"; chmod 755 "$2"; touch -r "$1" "$2"; echo "copy: careless." >&2; exit 3)");
+    fs::permissions(source.path(), fs::perms(0755));
+    fs::permissions(source.appending("file").path(), fs::perms(0600));
     const ArchiveResult result = Archiver::archive({source}, "x", FileURL(folder.path("to")), {}, host, date);
     EXPECT_THAT(result.copied, ElementsAre(source));
-    EXPECT_THAT(result.differing, ElementsAre(source.appending("changed"), source.appending("link"),
-                                              source.appending("sub/missing")));
+    EXPECT_THAT(result.remarks, ElementsAre("The copier reported an error with “item”: careless.",
+                                            "Permissions or dates of “item/file” were not kept."));
 }
 
 TEST(Archiver, ContinuesAfterMissingSource) {
@@ -181,34 +226,35 @@ TEST(Archiver, RefusesToCopyIntoItself) {
     const ArchiveResult result = Archiver::archive({item, FileURL("/"), FileURL(folder.path("item/.."))}, "x",
                                                    item.appending("backups"), {}, hostIn(folder), date);
     EXPECT_EQ(result.failed.size(), 3U);
-    EXPECT_TRUE(fs::is_empty(result.destination.path()) || result.manifest);
+    EXPECT_FALSE(fs::exists(result.destination.path())) << "a folder without a copy is no backup";
 }
 
-TEST(Archiver, MergesBackupsOfTheSameMinute) {
+TEST(Archiver, WritesOverNoOtherBackup) {
     const TemporaryFolder folder;
     const FileURL root(folder.path("to"));
-    const std::string outside = folder.writeFile("outside", "untouched");
-    folder.writeFile("first/item/both", "old");
-    folder.writeFile("first/item/only first", "first");
-    folder.makeLink("first/item/link", outside);
-    fs::permissions(folder.path("first/item/both"), fs::perms::owner_read);
-    folder.writeFile("second/item/both", "new");
-    folder.writeFile("second/item/link", "a file now");
-
+    const FileURL first(folder.writeFile("first/item", "first"));
+    const FileURL second(folder.writeFile("second/item", "second"));
     const Host host = hostIn(folder);
-    const auto archive = [&](const char *item) {
-        return Archiver::archive({FileURL(folder.path(item))}, "x", root, {}, host, date);
-    };
-    const ArchiveResult first = archive("first/item");
-    const ArchiveResult second = archive("second/item");
-    EXPECT_EQ(first.destination, second.destination);
-    EXPECT_THAT(reasonsOf(second), IsEmpty());
-    EXPECT_THAT(second.differing, IsEmpty());
-    EXPECT_EQ(contentOf(second.destination.appending("item/both").path()), "new");
-    EXPECT_EQ(contentOf(second.destination.appending("item/only first").path()), "first");
-    EXPECT_EQ(contentOf(second.destination.appending("item/link").path()), "a file now");
-    EXPECT_EQ(contentOf(outside), "untouched");
-    EXPECT_EQ(verificationOf(second.destination).verified, 3U);
+    const ArchiveResult made = Archiver::archive({first}, "x", root, {}, host, date);
+    ASSERT_THAT(made.copied, ElementsAre(first));
+    const ArchiveResult refused = Archiver::archive({second}, "x", root, {}, host, date);
+    EXPECT_THAT(
+        reasonsOf(refused),
+        ElementsAre("There already is a backup “x 1970-01-01 0100”. Use another label, such as “x 2”, "
+                    "or wait a minute."));
+    EXPECT_EQ(contentOf(made.destination.appending("item").path()), "first");
+    EXPECT_TRUE(verificationOf(made.destination).isIntact());
+
+    // Neither into what is no backup, nor through a link.
+    for (const char *label : {"file", "link"}) {
+        const std::string name = Archiver::folderName(label, date);
+        if (label == std::string("file"))
+            folder.writeFile("to/" + name, "");
+        else
+            folder.makeLink("to/" + name, folder.makeFolder("elsewhere"));
+        EXPECT_EQ(Archiver::archive({second}, label, root, {}, host, date).failed.size(), 1U) << label;
+    }
+    EXPECT_TRUE(fs::is_empty(folder.path("elsewhere")));
 }
 
 TEST(Archiver, CancelStopsAndKeepsOriginals) {
@@ -231,7 +277,48 @@ TEST(Archiver, CancelStopsAndKeepsOriginals) {
     EXPECT_FALSE(fs::exists(result.destination.appending("second").path()));
 }
 
-TEST(Archiver, WritesTranscriptOfTheCopy) {
+TEST(Archiver, StopsInEveryStep) {
+    using Phase = ArchiveProgress::Phase;
+    using Clock = std::chrono::steady_clock;
+    const TemporaryFolder folder;
+    // Reading 60 GB of nothing takes long, and so does a database with every message in every chat.
+    const std::string large = folder.makeFile("from/large");
+    folder.makeFile("from/small", 100);
+    const std::string numbers = "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n LIMIT 2000) ";
+    if (!testing::runStatements(folder.path("from/chat.db"),
+                                testing::statementsOf({}, {}) + "INSERT INTO chat " + numbers +
+                                    "SELECT i,'Team','id' FROM n;INSERT INTO message " + numbers +
+                                    "SELECT i,0,0,'text',NULL,0,'SMS',0 FROM n;INSERT INTO chat_message_join "
+                                    "SELECT c.ROWID, m.ROWID FROM chat c, message m;"))
+        GTEST_SKIP() << "sqlite3 is not installed";
+    fs::resize_file(large, 60'000'000'000);
+    const Host host = hostWithCopier(folder, R"(: >"$2"; truncate -r "$1" "$2")");
+    for (const auto &[phase, name] :
+         {std::pair(Phase::copying, "large"), std::pair(Phase::writingOut, "large"),
+          std::pair(Phase::measuring, "large"), std::pair(Phase::comparing, "large"),
+          std::pair(Phase::readingMessages, "chat.db"), std::pair(Phase::finishing, "small")}) {
+        const TemporaryFolder root;
+        std::optional<Clock::time_point> reached;
+        std::jthread stopper;
+        ArchiveWatch watch;
+        watch.onProgress = [&, phase = phase](const ArchiveProgress &progress) {
+            if (progress.phase != phase || reached)
+                return;
+            reached = Clock::now();
+            stopper = std::jthread([cancelled = watch.cancelled] {
+                std::this_thread::sleep_for(std::chrono::milliseconds(100));
+                cancelled.set();
+            });
+        };
+        const ArchiveResult result =
+            Archiver::archive({FileURL(folder.path("from/" + std::string(name)))}, "x", FileURL(root.path()),
+                              watch, phase < Phase::readingMessages ? host : hostIn(folder), date);
+        ASSERT_TRUE(reached) << static_cast<int>(phase);
+        EXPECT_LT(Clock::now() - *reached, std::chrono::milliseconds(600)) << static_cast<int>(phase);
+    }
+}
+
+TEST(Archiver, WritesATranscriptOfTheCopy) {
     const TemporaryFolder folder;
     const std::string live = folder.path("live/chat.db");
     // A database in use: what was written last is not yet in its main file.
@@ -258,6 +345,28 @@ TEST(Archiver, WritesTranscriptOfTheCopy) {
     EXPECT_TRUE(verification.isIntact());
     EXPECT_THAT(verification.extra, IsEmpty());
     EXPECT_EQ(std::distance(fs::directory_iterator(item), fs::directory_iterator()), 3);
+    EXPECT_EQ(fs::status(result.readableExport->path()).permissions(), fs::perms(0600));
+}
+
+TEST(Archiver, MakesABackupAlsoWhereTheMessagesCannotBeRead) {
+    const TemporaryFolder folder;
+    const std::string trace = folder.path("started"), hostile = folder.path("hostile/chat.db");
+    folder.writeFile("garbage/chat.db", "no database");
+    if (!testing::runStatements(hostile, testing::hostileDatabases("touch " + trace).front().statements))
+        GTEST_SKIP() << "sqlite3 is not installed";
+    for (const auto &[name, reason] :
+         {std::pair("garbage", "sqlite3 cannot read it as a database."),
+          std::pair("hostile", "It does not have the plain tables of a Messages database.")}) {
+        const FileURL item(folder.path(name));
+        const ArchiveResult result =
+            Archiver::archive({item}, name, FileURL(folder.path("to")), {}, hostIn(folder), date);
+        EXPECT_THAT(result.copied, ElementsAre(item));
+        EXPECT_EQ(result.readableExport, std::nullopt);
+        EXPECT_THAT(result.remarks, ElementsAre("There is no readable transcript of “" + std::string(name) +
+                                                "/chat.db”. " + reason));
+        EXPECT_TRUE(verificationOf(result.destination).isIntact());
+    }
+    EXPECT_FALSE(isThere(trace));
 }
 
 TEST(Archiver, NeverOverwritesACopy) {
@@ -270,6 +379,8 @@ TEST(Archiver, NeverOverwritesACopy) {
     EXPECT_EQ(result.copied.size(), 3U);
     EXPECT_EQ(result.manifest, std::nullopt);
     EXPECT_EQ(result.readableExport, std::nullopt);
+    EXPECT_THAT(result.remarks,
+                ElementsAre(HasSubstr("“index.html”"), HasSubstr("The manifest was not written")));
     EXPECT_EQ(contentOf(result.destination.appending("Manifest.json").path()), "mine");
     EXPECT_EQ(contentOf(result.destination.appending("index.html").path()), "mine too");
 }

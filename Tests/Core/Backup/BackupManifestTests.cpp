@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 namespace brimvale {
 
@@ -68,39 +69,79 @@ TEST(BackupManifest, RecordsSizeAndDigestOfEveryFile) {
     folder.makeFile("failed/part", 10);
     folder.makeFile("failed too", 10);
     folder.makeLink("link", "abc");
+    ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
+    fs::permissions(folder.makeFolder("empty"), fs::perms(0700));
+    for (const std::string &name : {std::string("abc"), odd})
+        fs::permissions(folder.path(name), fs::perms(0640));
     using namespace std::chrono;
     const sys_seconds time = sys_days(March / 1 / 2026) + hours(9) + minutes(30);
     fs::last_write_time(folder.path("abc"), file_clock::from_sys(time));
     ASSERT_FALSE(writeManifest(folder, {"failed"}));
     const std::string manifest = testing::contentOf(folder.path("manifest.json"));
-    const auto files = BackupManifest::filesOf(manifest);
-    ASSERT_TRUE(files);
+    const auto entries = BackupManifest::entriesOf(manifest);
+    ASSERT_TRUE(entries);
     // The digests are those that the standard gives as examples.
     EXPECT_THAT(
-        *files,
+        *entries,
         ElementsAre(
-            BackedUpFile{.path = "abc",
-                         .size = 3,
-                         .sha256 = "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
-            BackedUpFile{.path = odd,
-                         .size = 1'000'000,
-                         .sha256 = "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0"},
-            ::testing::Field(&BackedUpFile::path, "failed too"),
-            BackedUpFile{.path = "link", .linkTarget = "abc"}));
+            BackedUpEntry{.path = "abc",
+                          .permissions = 0640,
+                          .size = 3,
+                          .sha256 = "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
+            BackedUpEntry{.path = odd,
+                          .permissions = 0640,
+                          .size = 1'000'000,
+                          .sha256 = "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0"},
+            BackedUpEntry{.path = "empty", .kind = EntryKind::folder, .permissions = 0700},
+            ::testing::Field(&BackedUpEntry::path, "failed too"),
+            BackedUpEntry{.path = "link", .kind = EntryKind::link, .linkTarget = "abc"},
+            BackedUpEntry{.path = "pipe", .kind = EntryKind::pipe, .permissions = 0600}));
     EXPECT_THAT(manifest, ::testing::HasSubstr("\"modified\": \"2026-03-01T09:30:00Z\""));
     EXPECT_THAT(verify(folder).extra, ElementsAre("failed/part"));
 }
 
-TEST(BackupManifest, RefusesInvalidManifests) {
+TEST(BackupManifest, TellsOfFoldersKindsAndModes) {
+    const TemporaryFolder folder;
+    const std::string pipe = folder.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    folder.writeFile("file", "content");
+    for (const char *name : {"kept", "gone", "replaced"})
+        folder.makeFolder(name);
+    ASSERT_FALSE(writeManifest(folder));
+    fs::permissions(folder.path("file"), fs::perms(0604));
+    fs::permissions(folder.path("kept"), fs::perms(0711));
+    fs::remove(folder.path("gone"));
+    fs::remove(folder.path("replaced"));
+    folder.writeFile("replaced", "");
+    fs::remove(pipe);
+    folder.makeFolder("new");
+    Verification verification = verify(folder);
+    EXPECT_THAT(verification.missing, ElementsAre("gone", "pipe"));
+    EXPECT_THAT(verification.changed, ElementsAre("replaced"));
+    EXPECT_THAT(verification.otherModes, ElementsAre("file", "kept"));
+    EXPECT_THAT(verification.extra, IsEmpty());
+    EXPECT_EQ(verification.verified, 1U);
+
+    // As earlier versions wrote it: without folders and modes.
+    folder.writeFile("manifest.json",
+                     R"({"version":1,"files":[{"path":"file","size":7,"sha256":)"
+                     R"("ed7002b439e9ac845f22357d822bac1444730fbdb6016d3ec9432297b9ec9f73"}]})");
+    verification = verify(folder);
+    EXPECT_TRUE(verification.isIntact());
+    EXPECT_EQ(verification.verified, 1U);
+    EXPECT_THAT(verification.extra, ElementsAre("replaced"));
+}
+
+TEST(BackupManifest, IsRefusedWhereItIsNoManifest) {
     const TemporaryFolder folder;
     EXPECT_TRUE(std::holds_alternative<FileError>(BackupManifest::verify(FileURL(folder.path()))));
     for (const char *document :
          {"", "null", "[]", "{", R"({"version":1})", R"({"version":"1","files":[]})",
-          R"({"version":2,"files":[]})", R"({"version":1,"files":{}})", R"({"version":1,"files":[1]})",
+          R"({"version":3,"files":[]})", R"({"version":1,"files":{}})", R"({"version":1,"files":[1]})",
           R"({"version":1,"files":[{"path":1}]})", R"({"version":1,"files":[{"path":"a","size":1}]})",
           R"({"version":1,"files":[{"path":"a","size":"1","sha256":"b"}]})",
           R"({"version":1,"files":[{"pathHex":"0","linkTarget":"b"}]})",
-          "{\"version\":1,\"files\":[\"\xFF\"]}"}) {
+          R"({"version":2,"files":[{"path":"a","kind":"ghost"}]})", "{\"version\":1,\"files\":[\"\xFF\"]}"}) {
         folder.writeFile("manifest.json", document);
         EXPECT_TRUE(std::holds_alternative<FileError>(BackupManifest::verify(FileURL(folder.path()))))
             << document;

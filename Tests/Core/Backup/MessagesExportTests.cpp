@@ -13,7 +13,6 @@ using MessagesExport::Conversation;
 using MessagesExport::Message;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::StartsWith;
 using testing::TemporaryFolder;
 
@@ -36,12 +35,15 @@ std::vector<std::string> namesOf(const std::vector<Conversation> &conversations)
     return names;
 }
 
-/// Tools whose database shell notes its arguments and prints `answer`, whatever it is asked.
-Tools shellThatPrints(const TemporaryFolder &folder, std::string_view answer, int status = 0) {
+/// Tools whose database shell finds every database plain, notes its arguments, prints `answer`, whatever it
+/// is asked, and then does `end`.
+Tools shellThatPrints(const TemporaryFolder &folder, std::string_view answer,
+                      const std::string &end = "exit 0") {
     Tools tools = platformTools();
-    tools.databaseShell = folder.makeScript("shell", "printf '%s|' \"$@\" >'" + folder.path("arguments") +
-                                                         "'\ncat '" + folder.writeFile("answer", answer) +
-                                                         "'\nexit " + std::to_string(status));
+    tools.databaseShell = folder.makeScript(
+        "shell", "case $* in *:memory:*) echo 0; exit;; esac\nprintf '%s|' \"$@\" >'" +
+                     folder.path("arguments") + "'\nprintf 'opened\\ntables\\ncolumns\\n'\ncat '" +
+                     folder.writeFile("answer", answer) + "'\n" + end);
     return tools;
 }
 
@@ -135,28 +137,41 @@ TEST(MessagesExport, OpensReadOnlyAndParsesAnyOutput) {
     EXPECT_TRUE(conversations[2].messages[0].date == Date::min());
 
     const std::string arguments = testing::contentOf(folder.path("arguments"));
-    EXPECT_THAT(arguments, StartsWith("-readonly|-separator|\x01|" + database +
-                                      "|SELECT c.display_name, c.chat_identifier, m.is_from_me, m.date,\n"));
+    EXPECT_THAT(arguments, StartsWith("-readonly|-separator|\x01|-batch|-bail|-init|/dev/null|-safe|-cmd|"));
+    EXPECT_THAT(arguments, HasSubstr("|" + database +
+                                     "|SELECT c.display_name, c.chat_identifier, "
+                                     "m.is_from_me, m.date,\n"));
     EXPECT_THAT(arguments, HasSubstr("\nORDER BY c.ROWID, m.date;|"));
 }
 
-TEST(MessagesExport, UnreadableDatabaseIsEmptyAndIncomplete) {
+TEST(MessagesExport, TellsWhyItIsNotComplete) {
     const TemporaryFolder folder;
     const std::string garbage = folder.writeFile("garbage.db", std::string(5000, 'x'));
+    const std::string row = "A\1a\0011\0015\1text\1\0010\1SMS\n";
     Tools none = platformTools();
     none.databaseShell = folder.path("missing");
-    for (const auto &[path, tools] :
-         {std::pair(folder.path("missing.db"), platformTools()), std::pair(folder.path(), platformTools()),
-          std::pair(garbage, platformTools()), std::pair(garbage, none)}) {
-        const auto reading = MessagesExport::readChecked(path, 100, tools);
-        EXPECT_THAT(reading.conversations, IsEmpty()) << path;
-        EXPECT_FALSE(reading.isComplete) << path;
+    struct Case {
+        Tools tools;
+        std::size_t conversations;
+        std::string reason;
+    };
+    const TemporaryFolder places[4];
+    for (const Case &one :
+         {Case{platformTools(), 0, "sqlite3 cannot read it as a database."},
+          Case{none, 0, "sqlite3 is not installed."},
+          // What was printed before a shell failed is kept, and that it failed is told.
+          Case{shellThatPrints(places[0], row, "exit 1"), 1, "sqlite3 could not read all of it."},
+          Case{shellThatPrints(places[1], row, "kill -9 $$"), 1,
+               "sqlite3 was ended before it had read everything."},
+          // Boxes, as a start file may ask for.
+          Case{shellThatPrints(places[2], "┌──────┐\n│ text │\n└──────┘\n"), 0,
+               "What sqlite3 printed cannot be understood."},
+          Case{shellThatPrints(places[3], ""), 0, ""}}) {
+        const auto reading = MessagesExport::readChecked(garbage, 100, one.tools);
+        EXPECT_EQ(reading.conversations.size(), one.conversations) << one.reason;
+        EXPECT_EQ(reading.reason, one.reason);
+        EXPECT_EQ(reading.isComplete, one.reason.empty());
     }
-    // What was printed before a shell failed is kept, and that it failed is told.
-    const auto partial = MessagesExport::readChecked(
-        garbage, 100, shellThatPrints(folder, "A\1a\0011\0015\1text\1\0010\1SMS\n", 1));
-    EXPECT_THAT(namesOf(partial.conversations), ElementsAre("A"));
-    EXPECT_FALSE(partial.isComplete);
 }
 
 } // namespace brimvale

@@ -34,8 +34,10 @@ protected:
         return {.url = FileURL(folder.path(std::string("items/") + name)), .size = 10'000};
     }
 
+    /// Each into a folder of its own, because within a minute all have the same name.
     void begin(const std::vector<CleanupEntry> &entries, RemovalMode mode = RemovalMode::trash) {
-        model->backups.archiveThenReview("Items", FileURL(folder.path("backups")), entries, mode);
+        const FileURL root(folder.path("backups " + std::to_string(++count)));
+        model->backups.archiveThenReview("Items", root, entries, mode);
     }
 
     [[nodiscard]] bool waitUntilArchived() const {
@@ -44,6 +46,7 @@ protected:
 
     TemporaryFolder folder;
     RecordingActions actions;
+    int count = 0;
     std::optional<CorvelModel> model{std::in_place, actions};
 };
 
@@ -116,6 +119,7 @@ TEST_F(CorvelModelBackup, IsNotReviewedWhereAnythingFailed) {
         ASSERT_TRUE(model->removals->lastResult);
         const RemovalResult &result = *model->removals->lastResult;
         EXPECT_THAT(result.succeeded, IsEmpty());
+        EXPECT_TRUE(result.isOfBackup);
         ASSERT_EQ(result.failed.size(), one.failures);
         if (one.failures > 0) {
             EXPECT_EQ(*model->backups->archiveError, "Nothing was deleted. " + result.failed.front().reason);
@@ -143,6 +147,20 @@ TEST_F(CorvelModelBackup, IsNotReviewedAfterACancellation) {
     EXPECT_EQ(model->backups->pendingDeletion, std::nullopt);
     EXPECT_EQ(*model->backups->archiveError, "Nothing was deleted. The backup was cancelled.");
     EXPECT_TRUE(fs::exists(folder.path("items/one")) && fs::exists(folder.path("items/two/file")));
+}
+
+TEST_F(CorvelModelBackup, KeepsWhatHasChangedSince) {
+    begin({entry("one"), entry("two")});
+    ASSERT_TRUE(waitUntilArchived());
+    ASSERT_TRUE(model->backups->pendingDeletion);
+    const std::string name(model->backups->pendingDeletion->destination.fileName());
+    folder.writeFile("items/two/later", "in no backup");
+    model->backups.confirmPendingDeletion();
+    ASSERT_TRUE(waitUntilRemoved(*model));
+    EXPECT_THAT(actions.calls, ElementsAre("trash " + folder.path("items/one")));
+    EXPECT_EQ(model->backups->archiveStatus, "Backed up to " + name + ". 1 original was kept.");
+    ASSERT_EQ(model->removals->lastResult->failed.size(), 1U);
+    EXPECT_EQ(model->removals->lastResult->failed[0].reason, "Kept. “two/later” was added after the backup.");
 }
 
 TEST_F(CorvelModelBackup, WaitsWithTheOriginalsForAnotherRemoval) {

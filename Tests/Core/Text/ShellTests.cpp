@@ -146,21 +146,25 @@ TEST(Shell, CancelEndsTheTool) {
          {"while echo y; do :; done", "trap '' TERM INT HUP; echo y; while :; do :; done",
           "exec >&- 2>&-; exec sleep 600", "echo y; sleep 6 & wait"}) {
         int asked = 0;
-        const auto output = Shell::runCombined(shell, {"-c", script}, [&] { return ++asked == 3; });
-        ASSERT_TRUE(output) << script;
+        const auto result = Shell::runWithStatus(shell, {"-c", script}, StandardError::withOutput,
+                                                 [&] { return ++asked == 3; });
+        ASSERT_TRUE(result) << script;
         EXPECT_EQ(asked, 3) << script;
-        EXPECT_EQ(output->find_first_not_of("y\n"), std::string::npos) << script;
+        EXPECT_FALSE(result->hasSucceeded()) << script;
+        EXPECT_EQ(result->output.find_first_not_of("y\n"), std::string::npos) << script;
     }
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
 }
 
-TEST(Shell, RunsToTheEndUnlessCancelled) {
-    const auto never = [] { return false; };
-    EXPECT_EQ(Shell::runCombined(shell, {"-c", "echo one; sleep 0.3; echo two >&2"}, never), "one\ntwo\n");
-    const std::vector<std::string> flood = {"-c", "head -c 3000000 /dev/zero; exec >&- 2>&-; sleep 0.1"};
-    EXPECT_EQ(Shell::runCombined(shell, flood, never).value_or("").size(), 3'000'000U);
-    EXPECT_EQ(Shell::runCombined(shell, {"-c", "printf 'caf\\351'"}, never), std::nullopt);
-    EXPECT_EQ(Shell::runCombined("/nowhere/at/all", {}, never), std::nullopt);
+TEST(Shell, RunsAToolToItsEndUnlessItIsStopped) {
+    const auto output = [](const std::string &script) {
+        const auto result =
+            Shell::runWithStatus(shell, {"-c", script}, StandardError::withOutput, [] { return false; });
+        return result ? result->output : "none";
+    };
+    EXPECT_EQ(output("echo one; sleep 0.3; echo two >&2"), "one\ntwo\n");
+    EXPECT_EQ(output("head -c 3000000 /dev/zero; exec >&- 2>&-; sleep 0.1").size(), 3'000'000U);
+    EXPECT_EQ(output("printf 'caf\\351'"), "none");
 }
 
 TEST(Shell, ToolsGetDefaultSignalHandling) {

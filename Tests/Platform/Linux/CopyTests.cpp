@@ -64,6 +64,45 @@ TEST(Copy, KeepsModesTimesLinksHolesAndAttributes) {
     EXPECT_EQ(statusOf(copy("item/file")).st_ino, statusOf(copy("item/again")).st_ino);
     EXPECT_LT(statusOf(copy("item/hole")).st_blocks, 1000);
     EXPECT_EQ(attributeOf(copy("item/file")), hasAttributes ? "kept" : "");
+    EXPECT_THAT(result.remarks, ::testing::IsEmpty());
+
+    // A link that is an item is copied with all that belongs to it as well.
+    const std::string link = folder.path("item/link");
+    const ArchiveResult copied = archive(folder, {FileURL(link)}, folder.path("to another"));
+    const struct stat before = statusOf(link), after = statusOf(copied.destination.appending("link").path());
+    EXPECT_EQ(before.st_mtim.tv_sec, after.st_mtim.tv_sec);
+    EXPECT_EQ(before.st_mtim.tv_nsec, after.st_mtim.tv_nsec);
+}
+
+TEST(Copy, IsGoodWhereEveryByteIsThereWhateverRoomItTakes) {
+    const TemporaryFolder folder;
+    const FileURL item(folder.writeFile("item", std::string(1'000'000, '\0'))); // the copy has holes for it
+    Host host{System::linux, FileURL(folder.path()), platformTools()};
+    host.tools.copierOptions = {"-aT", "--sparse=always", "--"};
+    const ArchiveResult good =
+        Archiver::archive({item}, "x", FileURL(folder.path("Linux")), {}, host, Date{});
+    ASSERT_THAT(good.copied, ::testing::ElementsAre(item));
+    EXPECT_LT(good.items[0].copiedBytes, good.items[0].originalBytes / 2);
+    EXPECT_FALSE(Archiver::isMismatched(good.items[0]));
+    // Elsewhere the size is asked for too.
+    host.system = System::macOS;
+    const ArchiveResult small =
+        Archiver::archive({item}, "x", FileURL(folder.path("macOS")), {}, host, Date{});
+    ASSERT_EQ(small.failed.size(), 1U);
+    EXPECT_THAT(small.failed[0].second, ::testing::StartsWith("The copy is Zero KB against an original"));
+}
+
+TEST(Copy, TellsWhichExtendedAttributesAreLost) {
+    const TemporaryFolder folder;
+    const FileURL item(folder.makeFolder("item"));
+    const std::string file = folder.writeFile("item/file", "content");
+    if (setxattr(file.c_str(), "user.brimvale", "kept", 4, 0) != 0)
+        GTEST_SKIP() << "no extended attributes here";
+    Host host{System::linux, FileURL(folder.path()), platformTools()};
+    host.tools.copierOptions = {"-rT", "--preserve=mode,timestamps,links", "--"};
+    const ArchiveResult result = Archiver::archive({item}, "x", FileURL(folder.path("to")), {}, host, Date{});
+    EXPECT_THAT(result.copied, ::testing::ElementsAre(item));
+    EXPECT_THAT(result.remarks, ::testing::ElementsAre("Extended attributes of “item/file” were lost."));
 }
 
 TEST(Copy, FullDiskFailsAndKeepsOriginals) {
@@ -79,6 +118,8 @@ TEST(Copy, FullDiskFailsAndKeepsOriginals) {
         const ArchiveResult result = archive(folder, {large, small}, disk);
         EXPECT_EQ(result.failed.size(), 2U);
         EXPECT_TRUE(result.failed[0].second.starts_with("The copy is ")) << result.failed[0].second;
+        EXPECT_THAT(result.failed[0].second, ::testing::HasSubstr(": No space left on device."));
+        EXPECT_THAT(result.failed[0].second, ::testing::HasSubstr("“large/"));
         EXPECT_EQ(result.items.size(), 0U);
         EXPECT_FALSE(result.manifest);
         // Without the room for a manifest there is none, but no part of one either.

@@ -19,7 +19,6 @@ namespace brimvale {
 namespace {
 
 namespace fs = std::filesystem;
-using ::testing::AllOf;
 using ::testing::ElementsAre;
 using testing::eventually;
 using ::testing::HasSubstr;
@@ -91,8 +90,7 @@ PendingDeletion plainBackup() {
             .items = {{item("a"), FileURL("/b/a"), 1'000'000, 1'000'000}},
             .entries = {},
             .bytes = 1'000'000,
-            .readableExport = {},
-            .differing = {}};
+            .readableExport = {}};
 }
 
 /// Reviews of backups over a window.
@@ -147,6 +145,7 @@ TEST_F(MessagesPage, BacksUpAndKeepsBothOrDeletesTheOriginals) {
 
     auto *picker = category().findChild<RemovalModePicker *>();
     picker->setMode(RemovalMode::deleteNow);
+    model.backups.chooseBackupRoot(FileURL(home.path("second"))); // within a minute both have the same name
     testing::click(category(), "backUp");
     review = sheet("backupReview");
     ASSERT_NE(review, nullptr);
@@ -171,6 +170,19 @@ TEST_F(MessagesPage, LeavesTheOriginalsWhenItIsCancelled) {
     EXPECT_EQ(page.findChild<QDialog *>("backupReview"), nullptr);
     EXPECT_THAT(actions.calls, IsEmpty());
     EXPECT_TRUE(testing::find(category(), "backUp").isVisible());
+}
+
+TEST_F(MessagesPage, TellsThatTheBackupFailed) {
+    tickAll();
+    const std::string root = home.writeFile("no folder", "");
+    model.backups.chooseBackupRoot(FileURL(root));
+    testing::click(category(), "backUp");
+    QDialog *alert = sheet("resultSheet");
+    ASSERT_NE(alert, nullptr);
+    EXPECT_EQ(shown(*alert, "resultTitle"), "The backup failed");
+    EXPECT_EQ(shown(*alert, "resultSummary"), "Nothing was deleted.");
+    EXPECT_EQ(testing::labels(*alert, "failure").size(), 2U);
+    EXPECT_THAT(actions.calls, IsEmpty());
 }
 
 TEST_F(MessagesPage, RefusesABackupIntoTheSelection) {
@@ -214,7 +226,7 @@ TEST_F(BackupReview, SaysNoMoreThanThereIs) {
     const BackupReviewView &review = open(plainBackup());
     EXPECT_EQ(shown(review, "reviewHeading"), "Backup complete. Nothing has been deleted yet.");
     EXPECT_EQ(shown(review, "reviewSummary"), "1 item copied, 1 MB");
-    for (const char *name : {"transcriptNote", "mismatchWarning", "differenceWarning", "sameVolumeWarning"})
+    for (const char *name : {"transcriptNote", "mismatchWarning", "remark", "sameVolumeWarning"})
         EXPECT_EQ(shown(review, name), "") << name;
     EXPECT_EQ(review.findChild<QPushButton *>("openTranscript"), nullptr);
 }
@@ -231,14 +243,13 @@ TEST_F(BackupReview, NamesWhatDidNotCopyAtFullSize) {
     }
 }
 
-TEST_F(BackupReview, NamesTheCopiesThatDiffer) {
+TEST_F(BackupReview, SaysWhatWasLost) {
     PendingDeletion pending = plainBackup();
-    pending.differing = {item("a"), item("<b>"), item("c")};
-    EXPECT_THAT(shown(open(pending), "differenceWarning"),
-                AllOf(HasSubstr("copies of 3 files"), HasSubstr("/items/a, /items/<b>, /items/c")));
-    pending.differing.insert(pending.differing.end(), {item("d"), item("e")});
-    EXPECT_THAT(shown(open(pending), "differenceWarning"),
-                AllOf(HasSubstr("copies of 5 files"), HasSubstr("/items/c, and 2 more")));
+    pending.remarks = {"There is no readable transcript of “<b>”.",
+                       "Extended attributes of “a\nb” were lost."};
+    EXPECT_THAT(testing::labels(open(pending), "remark"),
+                ElementsAre("There is no readable transcript of “<b>”.",
+                            "Extended attributes of “a\uFFFDb” were lost."));
 }
 
 TEST_F(BackupReview, KeepsBothUnlessDeletionIsChosen) {
