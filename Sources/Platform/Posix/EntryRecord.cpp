@@ -24,12 +24,12 @@ EntryKind kindOf(mode_t mode) {
 }
 
 std::optional<EntryRecord> recordAt(int folder, const char *name) {
-    constexpr std::uint32_t permissionBits = 07777;
+    constexpr std::uint32_t modeBits = 07777;
     struct stat record {};
     if (fstatat(folder, name, &record, AT_SYMLINK_NOFOLLOW) != 0)
         return std::nullopt;
     return EntryRecord{.kind = kindOf(record.st_mode),
-                       .permissions = record.st_mode & permissionBits,
+                       .permissions = record.st_mode & modeBits,
                        .length = record.st_size,
                        .modified = modificationDate(record),
                        .identity = statusOf(record).identity};
