@@ -85,11 +85,11 @@ ExitStatus runTranscript(const Arguments &arguments, Output &output) {
         printPathError(typed, error != nullptr ? *error : FileError::posix(errno));
         return ExitStatus::failed;
     }
-    const StopFlag interrupted;
-    const Interruption interruption(interrupted);
+    const StopFlag cancelled;
+    const Interruption interruption(cancelled);
     const MessagesExport::Reading reading = MessagesExport::readChecked(
-        std::get<FileURL>(place).path(), limitOf(arguments), platformTools(), interrupted);
-    if (interrupted.isSet()) {
+        std::get<FileURL>(place).path(), limitOf(arguments), platformTools(), cancelled);
+    if (cancelled.isSet()) {
         printError("interrupted: nothing was printed");
         return ExitStatus::interrupted;
     }
