@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,6 +19,7 @@ enum class StandardError {
 struct ProcessResult {
     std::string output;            ///< the unchanged bytes
     std::optional<int> exitStatus; ///< 0 to 255; nothing when a signal ended it or the status is unknown
+    bool isTooLong = false;        ///< it was ended because it printed more than allowed
 
     [[nodiscard]] bool hasSucceeded() const { return exitStatus == 0; }
 };
@@ -28,10 +31,10 @@ struct ProcessResult {
 ///
 /// `isStopped`, where there is one, is asked on this thread about ten times a second while the tool runs.
 /// Once it answers true the tool is ended at once, with no chance to clean up, and what it has printed until
-/// then is the result.
-[[nodiscard]] std::optional<ProcessResult> runProcess(const std::string &executable,
-                                                      const std::vector<std::string> &arguments,
-                                                      StandardError standardError,
-                                                      const std::function<bool()> &isStopped = {});
+/// then is the result. A tool that prints more than `mostBytes` is ended in the same way.
+[[nodiscard]] std::optional<ProcessResult>
+runProcess(const std::string &executable, const std::vector<std::string> &arguments,
+           StandardError standardError, const std::function<bool()> &isStopped = {},
+           std::size_t mostBytes = std::numeric_limits<std::size_t>::max());
 
 } // namespace brimvale

@@ -103,6 +103,13 @@ std::vector<HostileDatabase> hostileDatabases(const std::string &command) {
              inPlaceOf("chat", chatView)},
         {"a view that is called a table",
          usual + forged("UPDATE sqlite_master SET sql=" + viewNamed("message") + " WHERE name='message';")},
+        {"a virtual table that pretends to have pages",
+         usual +
+             inPlaceOf("message",
+                       "CREATE VIRTUAL TABLE message USING rtree_i32(id, date, until, +is_from_me, +text, "
+                       "+attributedBody, +cache_has_attachments, +service, +associated_message_type);"
+                       "INSERT INTO message VALUES(1,5,6,0,'text',NULL,0,'SMS',0);") +
+             forged("UPDATE sqlite_master SET rootpage=2 WHERE name='message';")},
         {"a view in the place of a function",
          usual + "CREATE VIEW pragma_table_xinfo AS SELECT " + run + " AS hidden;"},
     };

@@ -3,13 +3,16 @@
 #include "Base/FileError.h"
 #include "Base/FileURL.h"
 #include "Base/Text.h"
+#include "Core/Text/Formatting.h"
 #include "Platform/FileReader.h"
 #include "Platform/FileStatus.h"
 #include "Platform/ProcessRunner.h"
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <utility>
 
 namespace brimvale::DatabaseShell {
 
@@ -18,6 +21,8 @@ namespace {
 /// The checks print these lines, in this order, before the rows of the query.
 constexpr std::string_view opened = "opened\n";
 constexpr std::string_view plain = "tables\ncolumns\n";
+constexpr std::string_view measured = "measured\n";
+constexpr std::string_view fits = "fits\n";
 
 /// SQL in the database cannot call dangerous functions after this. Needs SQLite 3.31.
 const std::string distrust = "PRAGMA trusted_schema=OFF;";
@@ -80,21 +85,27 @@ std::string require(std::string_view word, const std::string &condition) {
 
 /// The checks before the query. They run in the same transaction, so the tables cannot be replaced in
 /// between. The first check uses only the list of tables. It also rejects tables and views that would replace
-/// the function `pragma_table_xinfo` in the second check.
-std::string checksOf(const std::vector<std::string_view> &tables) {
+/// the function `pragma_table_xinfo` in the second check. SQLite itself writes "CREATE TABLE" in this form,
+/// and a virtual table can pretend to have pages. The last check protects the temporary files of sqlite3,
+/// which holds all rows while it sorts them.
+std::string checksOf(const Question &question) {
+    const std::vector<std::string_view> &tables = question.tables;
     const std::string count = std::to_string(tables.size());
     return distrust + "BEGIN;" + "SELECT 'opened' FROM (SELECT count(*) FROM sqlite_master);" +
-           require("tables",
-                   "count(*) = " + count + " AND total(type = 'table' AND rootpage > 0) = " + count) +
+           require(
+               "tables",
+               "count(*) = " + count +
+                   " AND total(type = 'table' AND rootpage > 0 AND sql GLOB 'CREATE TABLE *') = " + count) +
            "FROM sqlite_master WHERE lower(name) IN (" + listOf(tables, "'", ",", "'") +
            ") OR name LIKE 'pragma%';" + require("columns", "count(*) = 0") + "FROM (" +
            listOf(tables, "SELECT hidden FROM pragma_table_xinfo('", " UNION ALL ", "')") +
-           ") WHERE hidden <> 0;";
+           ") WHERE hidden <> 0;CREATE TEMP TABLE measured AS SELECT (" + question.sizeQuery +
+           ") AS bytes;SELECT 'measured';" +
+           require("fits", "bytes <= " + std::to_string(question.mostBytes)) + "FROM temp.measured;";
 }
 
 /// Separates the rows from the output of the checks. Returns why rows are missing, or an empty text.
-std::string reasonOf(const ProcessResult &result, std::string &rows) {
-    rows = result.output;
+std::string reasonOf(const ProcessResult &result, const Question &question, std::string &rows) {
     const auto take = [&](std::string_view lines) {
         if (!rows.starts_with(lines))
             return false;
@@ -103,8 +114,13 @@ std::string reasonOf(const ProcessResult &result, std::string &rows) {
     };
     const bool hasOpened = take(opened);
     const bool isPlain = hasOpened && take(plain);
-    if (!isPlain)
+    const bool isMeasured = isPlain && take(measured);
+    const bool isShort = isMeasured && take(fits) && !result.isTooLong;
+    if (!isShort)
         rows.clear();
+    if (result.isTooLong || (isMeasured && !isShort))
+        return "It holds more than " + Fmt::byteFormatter(static_cast<std::int64_t>(question.mostBytes)) +
+               " of text, too much to read.";
     if (!result.exitStatus)
         return "sqlite3 was ended before it had read everything.";
     if (!hasOpened)
@@ -116,8 +132,7 @@ std::string reasonOf(const ProcessResult &result, std::string &rows) {
 
 } // namespace
 
-Answer ask(const Tools &tools, const std::string &path, const std::vector<std::string_view> &tables,
-           const std::string &query, char separator, const StopFlag &cancelled) {
+Answer ask(const Tools &tools, const std::string &path, const Question &question, const StopFlag &cancelled) {
     if (std::optional<std::string> fault = faultOf(path))
         return {.rows = {}, .reason = *std::move(fault)};
     if (!fileStatus(tools.databaseShell))
@@ -126,16 +141,17 @@ Answer ask(const Tools &tools, const std::string &path, const std::vector<std::s
     if (!options)
         return {.rows = {}, .reason = "The installed sqlite3 does not work or is older than 3.31."};
 
-    std::vector<std::string> arguments = {"-readonly", "-separator", std::string(1, separator)};
+    std::vector<std::string> arguments = {"-readonly", "-separator", std::string(1, question.separator)};
     arguments = joined(std::move(arguments), *options);
-    arguments = joined(std::move(arguments), {"-cmd", checksOf(tables), path, query});
+    arguments = joined(std::move(arguments), {"-cmd", checksOf(question), path, question.query});
     // Read as bytes: as text, a single ill-formed value would make everything unreadable.
-    std::optional<ProcessResult> result = runProcess(tools.databaseShell, arguments, StandardError::discarded,
-                                                     [&] { return cancelled.isSet(); });
+    std::optional<ProcessResult> result = runProcess(
+        tools.databaseShell, arguments, StandardError::discarded, [&] { return cancelled.isSet(); },
+        question.mostBytes);
     if (!result)
         return {.rows = {}, .reason = "sqlite3 could not be started."};
-    Answer answer;
-    answer.reason = reasonOf(*result, answer.rows);
+    Answer answer{.rows = std::move(result->output), .reason = {}};
+    answer.reason = reasonOf(*result, question, answer.rows);
     return answer;
 }
 

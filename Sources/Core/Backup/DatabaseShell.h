@@ -3,7 +3,7 @@
 #include "Base/StopFlag.h"
 #include "Platform/Tools.h"
 
-#include <functional>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,18 +15,29 @@ namespace brimvale {
 /// sqlite3 runs without these functions and without its start file, and reads only ordinary tables.
 namespace DatabaseShell {
 
-/// The result of a query.
+/// What to read from a database.
+struct Question {
+    /// The tables that `query` uses, in lower case. It must use no other table.
+    std::vector<std::string_view> tables;
+    std::string query;
+    /// A query with one result: about how many bytes the rows of `query` have, found without holding them.
+    std::string sizeQuery;
+    char separator; ///< between the fields of a row
+    /// A small database can join its rows into an endless answer. A longer one than this is not read.
+    std::size_t mostBytes = std::size_t{1} << 30;
+};
+
+/// The answer to a question.
 struct Answer {
     std::string rows;   ///< the bytes as printed, one line per row; on failure those before it
     std::string reason; ///< why rows are missing, as a sentence; empty on success
 };
 
-/// Runs a query on the database at an absolute path. Fails unless the path is a regular file, no link, and
-/// all of `tables` (lower-case names) are ordinary tables without generated columns. `query` must use no
-/// other table. Fields are joined with `separator`. sqlite3 is ended once `cancelled` is set. Blocks.
-[[nodiscard]] Answer ask(const Tools &tools, const std::string &path,
-                         const std::vector<std::string_view> &tables, const std::string &query,
-                         char separator, const StopFlag &cancelled = {});
+/// Reads the database at an absolute path. Fails unless the path is a regular file, no link, all tables of
+/// the question are ordinary tables without generated columns, and the answer is not too long. sqlite3 is
+/// ended once `cancelled` is set. Blocks.
+[[nodiscard]] Answer ask(const Tools &tools, const std::string &path, const Question &question,
+                         const StopFlag &cancelled = {});
 
 } // namespace DatabaseShell
 

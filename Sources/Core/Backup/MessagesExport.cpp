@@ -18,14 +18,25 @@ namespace {
 
 constexpr char separator = '\x01';
 
-constexpr const char *query = "SELECT c.display_name, c.chat_identifier, m.is_from_me, m.date,\n"
-                              "       COALESCE(m.text,''), COALESCE(hex(m.attributedBody),''),\n"
-                              "       COALESCE(m.cache_has_attachments,0), COALESCE(m.service,'')\n"
-                              "FROM message m\n"
-                              "JOIN chat_message_join cmj ON cmj.message_id = m.ROWID\n"
-                              "JOIN chat c ON c.ROWID = cmj.chat_id\n"
-                              "WHERE m.associated_message_type = 0\n"
-                              "ORDER BY c.ROWID, m.date;";
+const std::string joinedRows = "FROM message m\n"
+                               "JOIN chat_message_join cmj ON cmj.message_id = m.ROWID\n"
+                               "JOIN chat c ON c.ROWID = cmj.chat_id\n"
+                               "WHERE m.associated_message_type = 0\n";
+
+const std::string query = "SELECT c.display_name, c.chat_identifier, m.is_from_me, m.date,\n"
+                          "       COALESCE(m.text,''), COALESCE(hex(m.attributedBody),''),\n"
+                          "       COALESCE(m.cache_has_attachments,0), COALESCE(m.service,'')\n" +
+                          joinedRows + "ORDER BY c.ROWID, m.date;";
+
+/// The bytes of all rows of the query. Every value counts, because in a hostile database any can be long.
+std::string sizeQuery() {
+    std::string bytes = "8"; // between the fields
+    for (const char *column :
+         {"c.display_name", "c.chat_identifier", "m.is_from_me", "m.date", "m.text", "m.attributedBody",
+          "m.attributedBody", "m.cache_has_attachments", "m.service"}) // two digits per byte of a body
+        bytes.append("+COALESCE(length(CAST(").append(column).append(" AS BLOB)),0)");
+    return "SELECT total(" + bytes + ") " + joinedRows;
+}
 
 /// The fields of one line of the answer.
 struct Row {
@@ -107,10 +118,15 @@ public:
 
     void add(const Row &row) {
         std::vector<Message> &messages = conversationOf(nameOf(row)).messages;
-        if (messages.size() < limit_)
-            messages.push_back({textOf(row), row.isFromMe == "1", dateOf(row.date), row.hasAttachments == "1",
-                                textOf(row.service)});
+        if (messages.size() >= limit_)
+            return;
+        messages.push_back({textOf(row), row.isFromMe == "1", dateOf(row.date), row.hasAttachments == "1",
+                            textOf(row.service)});
+        bytes_ += sizeof(Message) + messages.back().text.size() + messages.back().service.size();
     }
+
+    /// The memory of the conversations, approximately.
+    [[nodiscard]] std::size_t bytes() const { return bytes_; }
 
     /// All conversations, the one with the most recent last message first.
     std::vector<Conversation> take() {
@@ -127,8 +143,10 @@ private:
         // Nearly every row has the same chat as the previous one.
         if (conversations_.empty() || name != currentName_) {
             const auto [found, isNew] = indices_.try_emplace(std::string(name), conversations_.size());
-            if (isNew)
+            if (isNew) {
                 conversations_.push_back({textOf(name), {}});
+                bytes_ += sizeof(Conversation) + 2 * name.size();
+            }
             current_ = found->second;
             currentName_ = name;
         }
@@ -136,6 +154,7 @@ private:
     }
 
     std::size_t limit_;
+    std::size_t bytes_ = 0;
     std::vector<Conversation> conversations_;
     std::unordered_map<std::string, std::size_t> indices_; ///< by the name's bytes
     std::size_t current_ = 0;
@@ -145,10 +164,14 @@ private:
 /// Rows between two looks at the cancellation.
 constexpr std::size_t rowsPerQuestion = 4096;
 
-/// The conversations, and the number of valid rows.
+/// The most that conversations may take in memory. A page of them can take six times as much, and no browser
+/// shows such a page.
+constexpr std::size_t mostBytesOfConversations = std::size_t{256} << 20;
+
 struct Parsed {
     std::vector<Conversation> conversations;
-    std::size_t rowCount = 0;
+    std::size_t rowCount = 0; ///< of valid rows
+    bool isTooMuch = false;   ///< not all conversations fit
 };
 
 Parsed parse(std::string_view answer, int limitPerChat, const StopFlag &cancelled) {
@@ -159,7 +182,8 @@ Parsed parse(std::string_view answer, int limitPerChat, const StopFlag &cancelle
         answer.remove_prefix(std::min(line.size() + 1, answer.size()));
         if (const std::optional<Row> row = rowOf(line)) {
             collector.add(*row);
-            if (++parsed.rowCount % rowsPerQuestion == 0 && cancelled.isSet())
+            parsed.isTooMuch = collector.bytes() > mostBytesOfConversations;
+            if (parsed.isTooMuch || (++parsed.rowCount % rowsPerQuestion == 0 && cancelled.isSet()))
                 break;
         }
     }
@@ -175,9 +199,15 @@ std::vector<Conversation> read(const std::string &path, int limitPerChat, const 
 
 Reading readChecked(const std::string &path, int limitPerChat, const Tools &tools,
                     const StopFlag &cancelled) {
-    DatabaseShell::Answer answer = DatabaseShell::ask(tools, path, {"message", "chat", "chat_message_join"},
-                                                      query, separator, cancelled);
+    DatabaseShell::Answer answer = DatabaseShell::ask(tools, path,
+                                                      {.tables = {"message", "chat", "chat_message_join"},
+                                                       .query = query,
+                                                       .sizeQuery = sizeQuery(),
+                                                       .separator = separator},
+                                                      cancelled);
     Parsed parsed = parse(answer.rows, limitPerChat, cancelled);
+    if (parsed.isTooMuch)
+        answer.reason = "It holds more messages than a page can show.";
     if (answer.reason.empty() && parsed.rowCount == 0 && !answer.rows.empty())
         answer.reason = "What sqlite3 printed cannot be understood.";
     if (answer.reason.empty() && cancelled.isSet())

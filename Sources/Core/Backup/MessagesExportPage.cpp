@@ -14,7 +14,9 @@ namespace {
 
 /// The first character, as a reader sees it, in capitals: "É" of "élan", a whole flag of two code points.
 std::string capitalInitial(const std::string &name) {
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, QString::fromStdString(name));
+    constexpr std::size_t enough = 256; // of bytes; a hostile name can be very long
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme,
+                                   QString::fromStdString(name.substr(0, enough)));
     const qsizetype end = characters.toNextBoundary();
     return characters.string().left(std::max<qsizetype>(end, 0)).toUpper().toStdString();
 }

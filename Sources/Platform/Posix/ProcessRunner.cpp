@@ -38,7 +38,7 @@ std::optional<pid_t> start(const std::string &executable, const std::vector<std:
     return tool.run(executable, arguments, child) == 0 ? std::optional(child) : std::nullopt;
 }
 
-/// Asks whether to stop, at most once an interval, and kills the child when the answer is yes.
+/// Kills the child when that is wanted. Asks whether to stop at most once an interval.
 class Stopper {
 public:
     static constexpr std::chrono::milliseconds interval{100};
@@ -51,10 +51,14 @@ public:
     void ask() {
         if (!isNeeded() || std::chrono::steady_clock::now() < next_)
             return;
-        hasStopped_ = isStopped_();
-        if (hasStopped_)
-            kill(child_, SIGKILL);
+        if (isStopped_())
+            stop();
         next_ = std::chrono::steady_clock::now() + interval;
+    }
+
+    void stop() {
+        hasStopped_ = true;
+        kill(child_, SIGKILL);
     }
 
 private:
@@ -76,8 +80,9 @@ bool isStillEmpty() {
     return errno == EAGAIN || errno == EWOULDBLOCK;
 }
 
-/// Everything written until the last writer closes or the child is stopped.
-std::string readToEnd(int descriptor, Stopper &stopper) {
+/// Everything written until the last writer closes or the child is stopped, which it also is after
+/// `mostBytes`.
+std::string readToEnd(int descriptor, Stopper &stopper, std::size_t mostBytes) {
     if (stopper.isNeeded())
         fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) | O_NONBLOCK);
     std::string bytes;
@@ -90,6 +95,8 @@ std::string readToEnd(int descriptor, Stopper &stopper) {
             bytes.append(buffer.data(), static_cast<std::size_t>(count));
         else if (count == 0 || (errno != EINTR && !isStillEmpty()))
             break;
+        if (bytes.size() > mostBytes)
+            stopper.stop();
     }
     return bytes;
 }
@@ -114,7 +121,8 @@ std::optional<int> exitStatusOf(pid_t child, Stopper &stopper) {
 
 std::optional<ProcessResult> runProcess(const std::string &executable,
                                         const std::vector<std::string> &arguments,
-                                        StandardError standardError, const std::function<bool()> &isStopped) {
+                                        StandardError standardError, const std::function<bool()> &isStopped,
+                                        std::size_t mostBytes) {
     if (!executable.starts_with('/') || hasZeroByte(executable) ||
         std::any_of(arguments.begin(), arguments.end(), hasZeroByte))
         return std::nullopt;
@@ -130,10 +138,11 @@ std::optional<ProcessResult> runProcess(const std::string &executable,
     // The output ends only when every writing end is closed, including this one.
     writing.close();
     Stopper stopper(isStopped, *child);
-    std::string output = readToEnd(reading.number(), stopper);
+    std::string output = readToEnd(reading.number(), stopper, mostBytes);
+    const bool isTooLong = output.size() > mostBytes;
     // If reading failed, the tool must not block on writing while we wait for it.
     reading.close();
-    return ProcessResult{std::move(output), exitStatusOf(*child, stopper)};
+    return ProcessResult{std::move(output), exitStatusOf(*child, stopper), isTooLong};
 }
 
 } // namespace brimvale

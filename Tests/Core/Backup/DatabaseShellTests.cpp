@@ -97,6 +97,47 @@ TEST(DatabaseShell, OpensNothingButFiles) {
     EXPECT_TRUE(read(database).isComplete);
 }
 
+TEST(DatabaseShell, ReadsNoEndlessAnswer) {
+    const TemporaryFolder folder;
+    const std::string joins = "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n LIMIT 600) "
+                              "INSERT INTO chat_message_join SELECT 1, 1 FROM n;";
+    const auto databaseWith = [&](const std::string &name, const std::string &change) {
+        const std::string database = folder.path(name);
+        return testing::runStatements(
+                   database, testing::statementsOf({{1, "Team", "id"}}, {{.text = "text"}}) + change + joins)
+                   ? database
+                   : "";
+    };
+    // One megabyte that is one row each of many.
+    const std::string body =
+        databaseWith("body.db", "UPDATE message SET attributedBody=randomblob(1000000);");
+    const std::string name =
+        databaseWith("name.db", "UPDATE chat SET display_name=replace(hex(zeroblob(1000000)),'0','a');");
+    if (body.empty())
+        GTEST_SKIP() << "sqlite3 is not installed";
+    for (const std::string &database : {body, name}) {
+        const auto reading = read(database);
+        EXPECT_THAT(reading.conversations, IsEmpty());
+        EXPECT_EQ(reading.reason, "It holds more than 1.07 GB of text, too much to read.");
+    }
+    // Nor what would take much more memory than its rows.
+    const std::string text =
+        databaseWith("text.db", "UPDATE message SET text=replace(hex(zeroblob(300000)),'0','a');");
+    const auto reading = MessagesExport::readChecked(text, 1000);
+    EXPECT_EQ(reading.reason, "It holds more messages than a page can show.");
+    EXPECT_EQ(reading.conversations.at(0).messages.size(), 448U);
+
+    // Whatever a shell says about the size, it is ended when it prints more.
+    Tools liar = platformTools();
+    liar.databaseShell =
+        folder.makeScript("liar", "case $* in *:memory:*) echo 0; exit;; esac\n"
+                                  "printf 'opened\\ntables\\ncolumns\\nmeasured\\nfits\\n'; exec yes");
+    const auto answer = DatabaseShell::ask(
+        liar, text, {.tables = {}, .query = "", .sizeQuery = "0", .separator = '|', .mostBytes = 5'000'000});
+    EXPECT_EQ(answer.reason, "It holds more than 5 MB of text, too much to read.");
+    EXPECT_EQ(answer.rows, "");
+}
+
 TEST(DatabaseShell, IsEndedAtOnce) {
     const TemporaryFolder folder;
     const std::string database = folder.path("chat.db");

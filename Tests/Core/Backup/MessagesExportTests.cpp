@@ -40,10 +40,11 @@ std::vector<std::string> namesOf(const std::vector<Conversation> &conversations)
 Tools shellThatPrints(const TemporaryFolder &folder, std::string_view answer,
                       const std::string &end = "exit 0") {
     Tools tools = platformTools();
-    tools.databaseShell = folder.makeScript(
-        "shell", "case $* in *:memory:*) echo 0; exit;; esac\nprintf '%s|' \"$@\" >'" +
-                     folder.path("arguments") + "'\nprintf 'opened\\ntables\\ncolumns\\n'\ncat '" +
-                     folder.writeFile("answer", answer) + "'\n" + end);
+    tools.databaseShell =
+        folder.makeScript("shell", "case $* in *:memory:*) echo 0; exit;; esac\nprintf '%s|' \"$@\" >'" +
+                                       folder.path("arguments") +
+                                       "'\nprintf 'opened\\ntables\\ncolumns\\nmeasured\\nfits\\n'\ncat '" +
+                                       folder.writeFile("answer", answer) + "'\n" + end);
     return tools;
 }
 
