@@ -5,6 +5,7 @@
 #include "Catalogs/Words.h"
 #include "Core/Scan/Counter.h"
 #include "Core/Scan/InodeSet.h"
+#include "Core/Scan/PlaceOfWalk.h"
 #include "Core/Scan/TreeBuilder.h"
 #include "Platform/Dataless.h"
 #include "Platform/DirectoryWalk.h"
@@ -149,7 +150,7 @@ std::int64_t DiskScanner::quickSize(const std::string &path, const ScanOptions &
         return 0;
 
     Counter total;
-    pool.walk(PendingFolders(standardised, nullptr, status->identity), false, cancelled,
+    pool.walk(PendingFolders(placeOfWalk(path), nullptr, status->identity), false, cancelled,
               [&] { return std::make_unique<Summing>(skipped, total); });
     return total.value();
 }

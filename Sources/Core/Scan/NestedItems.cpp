@@ -1,6 +1,7 @@
 #include "Core/Scan/NestedItems.h"
 
 #include "Base/FileURL.h"
+#include "Core/Scan/PlaceOfWalk.h"
 
 #include <algorithm>
 
@@ -27,8 +28,8 @@ NestedItem &NestedItems::add(const std::string &path, std::size_t group, bool is
         if (status)
             item->measured = {.modified = status->modified, .isFolder = status->kind == FileKind::directory};
         if (item->measured.isFolder) {
-            item->path = FileURL(path).standardized().path();
-            if (!skipped_.contains(item->path) && !status->isDataless)
+            item->path = placeOfWalk(path);
+            if (!skipped_.contains(FileURL(path).standardized().path()) && !status->isDataless)
                 item->folder = status->identity;
         } else if (status) {
             item->measured.bytes = status->allocatedBytes;

@@ -1,5 +1,7 @@
 // The whole catalog, system-wide places included, on a sample Mac that is the root of a process.
 
+#include "Core/Scan/DiskScanner.h"
+#include "Core/Scan/SubtreeSizes.h"
 #include "Core/Storage/CleanupCatalog.h"
 #include "Core/Storage/StorageCategories.h"
 #include "Platform/ProcessRunner.h"
@@ -123,6 +125,30 @@ TEST(SampleMac, RowsMatchAnIndependentSearch) {
         populated.insert(line.substr(0, line.find('\t', line.find('\t') + 1)));
     EXPECT_EQ(populated.size(),
               CleanupCatalog::definitions(sampleHost()).size() + StorageCategories::all(sampleHost()).size());
+}
+
+TEST(SampleMac, MeasuresTheFolderBehindALinkOfTheSystem) {
+    const TemporaryFolder folder;
+    folder.makeFile("private/var/vm/sleepimage", 70'000);
+    folder.makeLink("var", "private/var");
+    folder.makeFolder("Users/sample");
+    chmod(folder.path().c_str(), 0755);
+    const std::string sizes = inSampleMac(folder, [](const Host &host) {
+        const ScanOptions options = ScanOptions::standard(host);
+        std::string text;
+        const auto add = [&](std::int64_t size) { text += size >= 70'000 ? "full " : "empty "; };
+        add(DiskScanner::quickSize("/private/var", options));
+        add(DiskScanner::quickSize("/private/var/vm/..", options));
+        add(DiskScanner::quickSize("/var", options)); // the link itself
+        const auto addAll = [&](std::size_t, const std::vector<MeasuredItem> &items) {
+            add(items.at(0).bytes);
+        };
+        SubtreeSizes::measure({{"/private/var"}}, options, {}, addAll);
+        return text;
+    });
+    if (sizes == "not permitted")
+        GTEST_SKIP() << "a root folder of one's own is not permitted here";
+    EXPECT_EQ(sizes, "full full empty full ");
 }
 
 } // namespace brimvale
