@@ -42,6 +42,14 @@ TextLabel *makeHeading(const QString &title, QWidget *parent) {
     return heading;
 }
 
+TextLabel *makeSizesNote(QWidget *parent) {
+    auto *note = new TextLabel(Type::Size::caption, TextLabel::Tone::tertiary, parent);
+    note->setObjectName(QStringLiteral("sizesNote"));
+    note->setWordWrap(true);
+    note->setText(u"Sizes are measured in allocated blocks, so they match what deleting actually frees."_s);
+    return note;
+}
+
 } // namespace
 
 OverviewView::OverviewView(Storage &storage, Volumes &volumes, QWidget *parent)
@@ -88,6 +96,7 @@ QWidget *OverviewView::makeContent() {
     layout->addWidget(capacity_);
     layout->addWidget(makeHeading(u"Categories"_s, content));
     layout->addWidget(categories);
+    layout->addWidget(makeSizesNote(content));
     layout->addWidget(snapshots_);
     layout->addWidget(otherVolumesTitle_);
     layout->addWidget(otherVolumes_);

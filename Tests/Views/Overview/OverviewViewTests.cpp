@@ -75,6 +75,8 @@ std::string nameOf(QAccessibleInterface *item) {
 } // namespace
 
 TEST_F(OverviewPage, ShowsTheCapacityOfTheRootVolume) {
+    EXPECT_EQ(text("sizesNote"),
+              "Sizes are measured in allocated blocks, so they match what deleting actually frees.");
     showVolumes({volume("/", "Macintosh HD", 100 * gigabyte, 120 * gigabyte),
                  volume("/Volumes/Backup", "Backup", 40 * gigabyte, 0)});
     EXPECT_EQ(text("capacityName"), "Macintosh HD");
