@@ -2,12 +2,20 @@
 
 #include "Base/Bytes.h"
 #include "Core/Text/Formatting.h"
+#include "Platform/FileStatus.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace brimvale::Uninstall {
 
 namespace {
+
+/// Whether it is a folder. The bundle of an application can also be a link to one.
+bool isRealFolder(const std::string &path) {
+    const std::optional<FileStatus> status = fileStatus(path);
+    return status && status->kind == FileKind::directory;
+}
 
 bool removesBundle(const AppRow &row, bool includeBundle) {
     return includeBundle && !row.app.isSystemApp;
@@ -19,9 +27,10 @@ std::vector<CleanupEntry> entries(const AppRow &row, const std::vector<LeftoverI
                                   bool includeBundle) {
     std::vector<CleanupEntry> entries;
     for (const LeftoverItem &leftover : leftovers)
-        entries.push_back({.url = leftover.url, .size = leftover.size});
+        entries.push_back({.url = leftover.url, .size = leftover.size, .isFolder = leftover.isFolder});
     if (removesBundle(row, includeBundle))
-        entries.push_back({.url = row.app.url, .size = row.bundleSize});
+        entries.push_back(
+            {.url = row.app.url, .size = row.bundleSize, .isFolder = isRealFolder(row.app.url.path())});
     return entries;
 }
 

@@ -21,7 +21,7 @@ std::vector<CleanupEntry> entriesOf(std::span<FSNode *const> nodes) {
     std::vector<CleanupEntry> entries;
     entries.reserve(nodes.size());
     for (const FSNode *node : nodes)
-        entries.push_back({.url = FileURL(node->path()), .size = node->size});
+        entries.push_back({.url = FileURL(node->path()), .size = node->size, .isFolder = node->isDirectory});
     return entries;
 }
 

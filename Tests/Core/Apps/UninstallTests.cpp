@@ -1,6 +1,7 @@
 #include "Core/Apps/Uninstall.h"
 
 #include "Core/Text/Formatting.h"
+#include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -65,6 +66,22 @@ TEST(Uninstall, ConfirmationAndItemsMatchTheSelection) {
         EXPECT_EQ(urls, one.urls);
         EXPECT_EQ(bytes, one.bytes);
     }
+}
+
+TEST(Uninstall, KnowsTheKindOfEveryEntry) {
+    const testing::TemporaryFolder folder;
+    AppRow app = row("Acme", {});
+    const auto kindsOf = [&](const std::string &bundle, const std::vector<LeftoverItem> &leftovers) {
+        app.app.url = FileURL(bundle);
+        std::vector<bool> kinds;
+        for (const CleanupEntry &entry : Uninstall::entries(app, leftovers, true))
+            kinds.push_back(entry.isFolder);
+        return kinds;
+    };
+    LeftoverItem cache = first;
+    cache.isFolder = true;
+    EXPECT_EQ(kindsOf(folder.makeFolder("Acme.app"), {cache, second}), std::vector({true, false, true}));
+    EXPECT_EQ(kindsOf(folder.makeLink("link.app", "Acme.app"), {}), std::vector({false}));
 }
 
 TEST(Uninstall, NamesOtherAppsThatClaimALeftover) {

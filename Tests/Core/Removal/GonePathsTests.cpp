@@ -89,6 +89,8 @@ TEST(NodesToRemove, AreThoseThatCanGoByThemselves) {
     ASSERT_EQ(entries.size(), 2U);
     EXPECT_EQ(entries[0].url.path(), folder.path());
     EXPECT_EQ(entries[1].size, 7);
+    EXPECT_TRUE(entries[0].isFolder);
+    EXPECT_FALSE(entries[1].isFolder);
 }
 
 TEST(NodesToRemove, AreFoundByThePathsThatAreGone) {
