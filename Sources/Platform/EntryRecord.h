@@ -20,6 +20,7 @@ struct EntryRecord {
     std::uint32_t permissions = 0; ///< the lowest twelve bits of the mode
     std::int64_t length = 0;       ///< bytes as a reader sees them
     Date modified{};               ///< of its content; the nearest possible one for a date out of range
+    Date touched{};                ///< of anything about it; unlike `modified`, programs cannot set it back
     FileIdentity identity{};
 
     friend bool operator==(const EntryRecord &, const EntryRecord &) = default;

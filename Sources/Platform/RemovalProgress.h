@@ -13,6 +13,10 @@ struct RemovalProgress {
     /// The number of files, links and folders removed; it only grows.
     std::atomic<std::int64_t> entriesRemoved = 0;
 
+    /// The bytes of a backup to read before its originals are removed, and how many have been read.
+    std::atomic<std::int64_t> bytesToVerify = 0;
+    std::atomic<std::int64_t> bytesVerified = 0;
+
     /// Stops the removal. Items removed before stay removed.
     StopFlag cancelled = {};
 };

@@ -84,16 +84,18 @@ private:
     void judge(ArchivedItem item, CopyComparison comparison, const CopyRun &run);
     void writeExport();
     void writeExport(const std::string &database);
+    void listCopies();
     void writeManifest();
-    void noteState();
-    [[nodiscard]] bool isNameOfCopy(std::string_view name) const;
+    void remarkNoManifest(const std::string &reason);
+    [[nodiscard]] std::vector<std::string> namesOfCopies() const;
+    [[nodiscard]] bool isTaken(std::string_view name) const;
 
     const FileURL &destination_;
     const ArchiveWatch &watch_;
     const Host &host_;
     ScanOptions options_;
     ArchiveResult result_;
-    std::vector<BackedUpEntry> compared_; ///< the verified contents of the backup
+    std::vector<BackedUpEntry> compared_; ///< the verified contents of the backup; at the end all of them
     std::vector<VerifiedBackup::Original> originals_;
 };
 
@@ -139,6 +141,8 @@ void Run::archive(const FileURL &source, std::size_t index) {
     if (BackupPlan::holds(source, destination_))
         return fail(source, "An item cannot be backed up into itself.");
     const FileURL target = destination_.appending(source.fileName());
+    if (fileStatus(target.path()))
+        return fail(source, "The backup already holds an item of that name.");
     const CopyRun run = copy(source, target, index);
     if (watch_.cancelled.isSet())
         return fail(source, cancelledReason);
@@ -187,29 +191,36 @@ void Run::finish() {
         return;
     writeExport();
     tell(Phase::finishing, result_.items.size());
-    writeManifest();
-    noteState();
+    listCopies();
     result_.isCancelled = watch_.cancelled.isSet();
 }
 
-bool Run::isNameOfCopy(std::string_view name) const {
-    return std::any_of(result_.items.begin(), result_.items.end(), [&](const ArchivedItem &item) {
-        return BackupPlan::isSameName(item.destination.fileName(), name);
-    });
+std::vector<std::string> Run::namesOfCopies() const {
+    std::vector<std::string> names;
+    for (const ArchivedItem &item : result_.items)
+        names.emplace_back(item.destination.fileName());
+    return names;
+}
+
+/// Whether something in the backup has that name, or a name that is the same on another disk.
+bool Run::isTaken(std::string_view name) const {
+    const std::vector<std::string> names = namesOfCopies();
+    return fileStatus(destination_.appending(name).path()) ||
+           std::any_of(names.begin(), names.end(),
+                       [&](const std::string &other) { return BackupPlan::isSameName(other, name); });
 }
 
 /// Writes the page of conversations if the copies include a Messages database.
 void Run::writeExport() {
-    std::vector<std::string> names;
-    for (const ArchivedItem &item : result_.items)
-        names.emplace_back(item.destination.fileName());
-    const auto database = messagesDatabaseIn(listFiles(destination_.path(), watch_.cancelled), names);
+    const auto database =
+        messagesDatabaseIn(listFiles(destination_.path(), watch_.cancelled), namesOfCopies());
     if (!database)
         return;
     tell(Phase::readingMessages, result_.items.size());
     writeExport(*database);
-    // Even reading a database changes the files beside it.
-    std::erase_if(compared_, [&](const BackedUpEntry &entry) { return entry.path.starts_with(*database); });
+    // Even reading a database changes its index of the newest changes. The other files have to stay as they
+    // are.
+    std::erase_if(compared_, [&](const BackedUpEntry &entry) { return entry.path == *database + "-shm"; });
 }
 
 void Run::writeExport(const std::string &database) {
@@ -217,7 +228,7 @@ void Run::writeExport(const std::string &database) {
         result_.remarks.push_back("There is no readable transcript of “" + displayText(database) + "”. " +
                                   reason);
     };
-    if (isNameOfCopy(exportName))
+    if (isTaken(exportName))
         return remark("An item of the backup has the name of its page, “index.html”.");
     const MessagesExport::Reading reading =
         MessagesExport::readChecked(destination_.appending(database).path(),
@@ -231,29 +242,38 @@ void Run::writeExport(const std::string &database) {
     result_.readableExport = file;
 }
 
-void Run::writeManifest() {
-    const auto remark = [&](const std::string &reason) {
-        result_.remarks.push_back(
-            "The manifest was not written, so the backup cannot be verified later: " + reason + ".");
-    };
-    if (isNameOfCopy(BackupManifest::fileName))
-        return remark("an item of the backup has its name");
+/// Comes last, because reading the messages may change files beside the database.
+void Run::listCopies() {
+    // A failed item can have the name of a copy.
+    const std::vector<std::string> names = namesOfCopies();
     std::vector<std::string> leftOut;
     for (const auto &[source, reason] : result_.failed)
-        leftOut.emplace_back(source.fileName());
-    if (const auto error =
-            BackupManifest::write(destination_, std::move(compared_), leftOut, watch_.cancelled))
-        return remark(error->localizedDescription);
-    result_.manifest = destination_.appending(BackupManifest::fileName);
-}
-
-/// Comes last, because reading the messages may change files beside the database.
-void Run::noteState() {
+        if (std::find(names.begin(), names.end(), source.fileName()) == names.end())
+            leftOut.emplace_back(source.fileName());
+    auto listed = BackupManifest::list(destination_, std::move(compared_), leftOut, watch_.cancelled);
+    if (const auto *error = std::get_if<FileError>(&listed))
+        return remarkNoManifest(error->localizedDescription);
+    compared_ = std::get<std::vector<BackedUpEntry>>(std::move(listed));
+    writeManifest();
     if (result_.failed.empty())
         result_.verified = std::make_shared<const VerifiedBackup>(
             VerifiedBackup{.originals = std::move(originals_),
                            .folder = destination_,
-                           .copies = listFiles(destination_.path(), watch_.cancelled)});
+                           .copies = listFiles(destination_.path(), watch_.cancelled),
+                           .entries = std::move(compared_)});
+}
+
+void Run::writeManifest() {
+    if (isTaken(BackupManifest::fileName))
+        return remarkNoManifest("an item of the backup has its name");
+    if (const auto error = BackupManifest::write(destination_, compared_, watch_.cancelled))
+        return remarkNoManifest(error->localizedDescription);
+    result_.manifest = destination_.appending(BackupManifest::fileName);
+}
+
+void Run::remarkNoManifest(const std::string &reason) {
+    result_.remarks.push_back(
+        "The manifest was not written, so the backup cannot be verified later: " + reason + ".");
 }
 
 /// Makes the backup's folder; the reason where that is not possible.

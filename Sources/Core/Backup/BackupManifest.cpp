@@ -15,6 +15,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <unordered_set>
 #include <utility>
 
 namespace brimvale::BackupManifest {
@@ -110,8 +111,9 @@ bool isAtOrUnderAny(const std::string &path, const std::vector<std::string> &pla
 }
 
 std::optional<std::string> contentOf(const std::string &path) {
+    constexpr std::int64_t most = 1'000'000'000; // no manifest of ours is longer, but a stranger's could be
     FileReader reader(path);
-    if (!reader.isOpen())
+    if (!reader.isOpen() || reader.length() > most)
         return std::nullopt;
     std::string content;
     std::vector<char> buffer(65'536);
@@ -125,19 +127,20 @@ std::optional<std::string> contentOf(const std::string &path) {
     }
 }
 
-/// Every entry of a backup except its own folder and the manifest; nothing for one that cannot be read.
+/// Every entry of a backup except its own folder; nothing for one that cannot be read.
 using Contents = std::map<std::string, std::optional<BackedUpEntry>>;
 
-Contents readAll(const FileURL &folder, const FileListing &listing, Contents known,
-                 const StopFlag &cancelled) {
+Contents readAll(const FileURL &folder, const FileListing &listing, Contents known, const StopFlag &cancelled,
+                 const std::function<void(std::size_t)> &onRead) {
     std::vector<const std::string *> unknown;
     for (const ListedEntry &entry : listing.entries)
-        if (!entry.path.empty() && entry.path != fileName && !known.contains(entry.path))
+        if (!entry.path.empty() && !known.contains(entry.path))
             unknown.push_back(&entry.path);
     std::vector<std::optional<BackedUpEntry>> read(unknown.size());
     forEachInParallel(unknown.size(), threadsForReading(), [&](std::size_t i) {
         if (!cancelled.isSet())
-            read[i] = readBackedUpEntry(folder.appending(*unknown[i]).path(), *unknown[i], cancelled);
+            read[i] = readBackedUpEntry(folder.appending(*unknown[i]).path(), *unknown[i], cancelled,
+                                        [&](std::string_view piece) { onRead(piece.size()); });
     });
     for (std::size_t i = 0; i < unknown.size(); ++i)
         known.emplace(*unknown[i], std::move(read[i]));
@@ -163,6 +166,21 @@ void judge(const BackedUpEntry &listed, const BackedUpEntry &found, Verification
         verification.otherModes.push_back(listed.path);
     if (listed.kind == EntryKind::file || listed.kind == EntryKind::link)
         ++verification.verified;
+}
+
+/// Removes the entries that the manifest does not have, and returns their paths, without folders.
+std::vector<std::string> takeOthers(FileListing &listing, const std::vector<BackedUpEntry> &listed) {
+    std::unordered_set<std::string_view> names;
+    for (const BackedUpEntry &entry : listed)
+        names.insert(entry.path);
+    std::vector<std::string> others;
+    std::erase_if(listing.entries, [&](const ListedEntry &entry) {
+        const bool isListed = names.contains(entry.path);
+        if (!isListed && entry.record.kind != EntryKind::folder && entry.path != fileName)
+            others.push_back(entry.path);
+        return !isListed;
+    });
+    return others;
 }
 
 } // namespace
@@ -197,8 +215,8 @@ std::optional<std::vector<BackedUpEntry>> entriesOf(std::string_view document) {
     return entries;
 }
 
-std::optional<FileError> write(const FileURL &folder, std::vector<BackedUpEntry> known,
-                               const std::vector<std::string> &leftOut, const StopFlag &cancelled) {
+Result<std::vector<BackedUpEntry>> list(const FileURL &folder, std::vector<BackedUpEntry> known,
+                                        const std::vector<std::string> &leftOut, const StopFlag &cancelled) {
     FileListing listing = listFiles(folder.path(), cancelled);
     const auto isLeftOut = [&](const auto &path) { return isAtOrUnderAny(path, leftOut); };
     std::erase_if(listing.entries, [&](const ListedEntry &entry) { return isLeftOut(entry.path); });
@@ -208,30 +226,32 @@ std::optional<FileError> write(const FileURL &folder, std::vector<BackedUpEntry>
     Contents contents;
     for (BackedUpEntry &entry : known)
         contents.emplace(entry.path, std::move(entry));
-    contents = readAll(folder, listing, std::move(contents), cancelled);
+    contents = readAll(folder, listing, std::move(contents), cancelled, [](std::size_t) {});
     std::vector<BackedUpEntry> entries;
     for (auto &[path, entry] : contents) {
         if (!entry)
             return FileError::posix(cancelled.isSet() ? ECANCELED : EIO);
         entries.push_back(*std::move(entry));
     }
+    return entries;
+}
+
+std::optional<FileError> write(const FileURL &folder, const std::vector<BackedUpEntry> &entries,
+                               const StopFlag &cancelled) {
     const std::string text = document(entries, cancelled);
     if (cancelled.isSet())
         return FileError::posix(ECANCELED);
     return writeFileAtomically(folder.appending(fileName).path(), text, cancelled);
 }
 
-Result<Verification> verify(const FileURL &folder, const StopFlag &cancelled) {
-    const std::optional<std::string> manifest = contentOf(folder.appending(fileName).path());
-    const auto listed = manifest ? entriesOf(*manifest) : std::nullopt;
-    if (!listed)
-        return noManifest();
-
-    const FileListing listing = listFiles(folder.path(), cancelled);
-    Contents present = readAll(folder, listing, {}, cancelled);
+Verification compare(const FileURL &folder, const std::vector<BackedUpEntry> &listed,
+                     const StopFlag &cancelled, const std::function<void(std::size_t)> &onRead) {
+    FileListing listing = listFiles(folder.path(), cancelled);
     Verification verification;
     verification.unreadable = listing.unreadable;
-    for (const BackedUpEntry &entry : *listed) {
+    verification.extra = takeOthers(listing, listed);
+    const Contents present = readAll(folder, listing, {}, cancelled, onRead);
+    for (const BackedUpEntry &entry : listed) {
         const auto found = present.find(entry.path);
         if (found == present.end() && !isAtOrUnderAny(entry.path, listing.unreadable))
             verification.missing.push_back(entry.path);
@@ -239,17 +259,18 @@ Result<Verification> verify(const FileURL &folder, const StopFlag &cancelled) {
             verification.unreadable.push_back(entry.path);
         else
             judge(entry, *found->second, verification);
-        if (found != present.end())
-            present.erase(found);
     }
-    for (const auto &[path, entry] : present)
-        if (!entry || entry->kind != EntryKind::folder)
-            verification.extra.push_back(path);
     for (auto *paths :
          {&verification.missing, &verification.changed, &verification.unreadable, &verification.otherModes})
         std::sort(paths->begin(), paths->end());
     verification.isCancelled = cancelled.isSet();
     return verification;
+}
+
+Result<Verification> verify(const FileURL &folder, const StopFlag &cancelled) {
+    const std::optional<std::string> manifest = contentOf(folder.appending(fileName).path());
+    const auto listed = manifest ? entriesOf(*manifest) : std::nullopt;
+    return listed ? Result<Verification>(compare(folder, *listed, cancelled)) : noManifest();
 }
 
 } // namespace brimvale::BackupManifest

@@ -5,6 +5,7 @@
 #include "Base/StopFlag.h"
 #include "Core/Backup/BackedUpEntry.h"
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -29,11 +30,16 @@ constexpr std::string_view fileName = "manifest.json";
 /// no modes; nothing where it is no valid manifest.
 [[nodiscard]] std::optional<std::vector<BackedUpEntry>> entriesOf(std::string_view document);
 
-/// Writes the manifest of the backup in `folder`, atomically, for its owner alone. `known` are entries whose
-/// figures are at hand; all others are read. What lies at or under one of the `left out` paths (relative) is
-/// not listed. Nothing is written when it is cancelled, or an entry cannot be read.
-[[nodiscard]] std::optional<FileError> write(const FileURL &folder, std::vector<BackedUpEntry> known,
-                                             const std::vector<std::string> &leftOut,
+/// The entries of the backup in `folder`, sorted by path, without its manifest. `known` are entries whose
+/// figures are at hand; all others are read. Entries at or under one of the `leftOut` paths (relative) are
+/// not listed. An error when it is cancelled, or an entry cannot be read.
+[[nodiscard]] Result<std::vector<BackedUpEntry>> list(const FileURL &folder, std::vector<BackedUpEntry> known,
+                                                      const std::vector<std::string> &leftOut,
+                                                      const StopFlag &cancelled);
+
+/// Writes the manifest of the backup in `folder`, atomically, for its owner alone. Nothing is written when it
+/// is cancelled.
+[[nodiscard]] std::optional<FileError> write(const FileURL &folder, const std::vector<BackedUpEntry> &entries,
                                              const StopFlag &cancelled);
 
 /// The differences between a backup and its manifest. Paths are bytes, relative to the backup's folder, and
@@ -54,9 +60,14 @@ struct Verification {
     }
 };
 
-/// Reads everything in the backup's folder and compares it with the manifest. Modification times do not
-/// count, for a backup may have been copied elsewhere since. An error where there is no manifest that can be
-/// read. Blocks.
+/// Reads the entries of a manifest in the backup's folder and compares them. Modification times do not count,
+/// because a backup may have been copied elsewhere since. `onRead` is called with the number of bytes of
+/// every piece that is read, on several threads. Blocks.
+[[nodiscard]] Verification compare(
+    const FileURL &folder, const std::vector<BackedUpEntry> &listed, const StopFlag &cancelled = {},
+    const std::function<void(std::size_t bytes)> &onRead = [](std::size_t) {});
+
+/// The same with the manifest in the folder. An error where there is none that can be read.
 [[nodiscard]] Result<Verification> verify(const FileURL &folder, const StopFlag &cancelled = {});
 
 } // namespace BackupManifest

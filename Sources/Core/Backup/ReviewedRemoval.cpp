@@ -5,6 +5,7 @@
 #include "Core/Removal/Remover.h"
 #include "Platform/RunningApps.h"
 
+#include <cstdint>
 #include <iterator>
 #include <optional>
 #include <utility>
@@ -13,13 +14,23 @@ namespace brimvale {
 
 namespace {
 
-/// Why no original may be removed, as a sentence.
+/// Why no original may be removed now, as a sentence.
 std::optional<std::string> reasonToKeepAll(const PendingDeletion &pending, const StopFlag &cancelled) {
     if (pending.quitFirst && isApplicationRunning(*pending.quitFirst))
         return "Its application is running again. Quit it and make another backup.";
     if (pending.verified == nullptr)
         return "It cannot be compared with the backup any more.";
     return changeOfBackup(*pending.verified, cancelled);
+}
+
+/// The same at the beginning, when the whole backup is read once.
+std::optional<std::string> reasonToKeepAll(const PendingDeletion &pending, RemovalProgress &progress) {
+    if (std::optional<std::string> reason = reasonToKeepAll(pending, progress.cancelled))
+        return reason;
+    progress.bytesToVerify = bytesOf(*pending.verified);
+    return changeOfContents(*pending.verified, progress.cancelled, [&](std::size_t bytes) {
+        progress.bytesVerified += static_cast<std::int64_t>(bytes);
+    });
 }
 
 template<class T>
@@ -38,11 +49,13 @@ void add(RemovalResult &all, RemovalResult &&one) {
 
 ReviewedRemoval removeReviewed(const PendingDeletion &pending, RemovalProgress &progress,
                                RemovalActions &actions) {
-    const std::optional<std::string> keepAll = reasonToKeepAll(pending, progress.cancelled);
+    const std::optional<std::string> keepAll = reasonToKeepAll(pending, progress);
     ReviewedRemoval removal;
     for (const CleanupEntry &entry : pending.entries) {
         std::optional<std::string> reason = keepAll;
-        if (!reason && !progress.cancelled.isSet())
+        if (!reason)
+            reason = reasonToKeepAll(pending, progress.cancelled);
+        if (!reason)
             reason = changeOfOriginal(*pending.verified, entry.url, progress.cancelled);
         // After a stop the remover reports the rest as not removed.
         if (reason && !progress.cancelled.isSet()) {
@@ -57,10 +70,12 @@ ReviewedRemoval removeReviewed(const PendingDeletion &pending, RemovalProgress &
 
 std::string statusOf(const ReviewedRemoval &removal, const PendingDeletion &pending) {
     const std::string name = displayText(pending.destination.fileName());
-    if (removal.keptCount == 0)
+    const std::size_t count = removal.result.failed.size() + removal.result.needsAdmin.size();
+    if (count == 0)
         return "Backed up to " + name + ", then removed the originals.";
-    return "Backed up to " + name + ". " + std::to_string(removal.keptCount) +
-           (removal.keptCount == 1 ? " original was kept." : " originals were kept.");
+    return "Backed up to " + name + ". " + std::to_string(count) +
+           (count == 1 ? " original was " : " originals were ") +
+           (count == removal.keptCount ? "kept." : "not removed.");
 }
 
 } // namespace brimvale

@@ -16,9 +16,10 @@ struct ReviewedRemoval {
     std::size_t keptCount = 0; ///< how many of `result.failed` were kept because of a change
 };
 
-/// Removes the originals of a reviewed backup. Right before its removal each original is compared with its
-/// state at the backup; if it has changed, it is kept and is in `failed` with the reason. All are kept if the
-/// backup has changed or is gone, or if their application is running again. Blocks.
+/// Removes the originals of a reviewed backup. First the whole backup is read and compared with its manifest.
+/// Right before its removal each original is compared with its state at the backup; if it has changed, it is
+/// kept and is in `failed` with the reason. All are kept if the backup has changed or is gone, or if their
+/// application is running again. Blocks.
 [[nodiscard]] ReviewedRemoval removeReviewed(const PendingDeletion &pending, RemovalProgress &progress,
                                              RemovalActions &actions);
 

@@ -163,7 +163,6 @@ void Backups::removeConfirmed() {
         onMainThread(context, [show, status = statusOf(removal, pending)] { show(status); });
         return std::move(removal.result);
     });
-    show(statusOf(ReviewedRemoval{}, pending));
 }
 
 void Backups::cancelPendingDeletion() {

@@ -75,6 +75,8 @@ void Removals::begin(RemovalActivity activity, VolumesAreRead when,
     removal_ = {.progress = std::make_shared<RemovalProgress>(), .volumesAreRead = when};
     update([&](RemovalState &state) {
         state.removedEntries = 0;
+        state.bytesToVerify = 0;
+        state.bytesVerified = 0;
         state.removalActivity = activity;
     });
     timer_.start(removalInterval);
@@ -113,8 +115,12 @@ void Removals::publishResult(const RemovalResult &result) {
 
 void Removals::showProgress() {
     update([this](RemovalState &state) {
-        return std::exchange(state.removedEntries, removal_->progress->entriesRemoved.load()) !=
-               state.removedEntries;
+        const RemovalProgress &progress = *removal_->progress;
+        state.bytesToVerify = progress.bytesToVerify;
+        const bool hasVerified =
+            std::exchange(state.bytesVerified, progress.bytesVerified.load()) != state.bytesVerified;
+        return std::exchange(state.removedEntries, progress.entriesRemoved.load()) != state.removedEntries ||
+               hasVerified;
     });
 }
 

@@ -32,6 +32,9 @@ enum class RemovalActivity {
 struct RemovalState {
     RemovalActivity removalActivity = RemovalActivity::none;
     std::int64_t removedEntries = 0; ///< by the running removal, or the last one
+    /// The bytes of a backup to read before its originals are removed, and how many have been read.
+    std::int64_t bytesToVerify = 0;
+    std::int64_t bytesVerified = 0;
     /// The result of the most recent removal of any kind. `lastResultChanged` announces each.
     std::optional<RemovalResult> lastResult = {};
     std::int64_t totalFreedThisSession = 0; ///< bytes freed by every removal since launch

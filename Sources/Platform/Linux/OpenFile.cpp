@@ -13,4 +13,8 @@ Date modificationDate(const struct stat &record) {
     return dateOf(record.st_mtim.tv_sec, record.st_mtim.tv_nsec);
 }
 
+Date statusChangeDate(const struct stat &record) {
+    return dateOf(record.st_ctim.tv_sec, record.st_ctim.tv_nsec);
+}
+
 } // namespace brimvale

@@ -32,6 +32,7 @@ std::optional<EntryRecord> recordAt(int folder, const char *name) {
                        .permissions = record.st_mode & modeBits,
                        .length = record.st_size,
                        .modified = modificationDate(record),
+                       .touched = statusChangeDate(record),
                        .identity = statusOf(record).identity};
 }
 

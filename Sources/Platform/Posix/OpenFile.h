@@ -15,6 +15,9 @@ void readFromDisk(int descriptor, std::int64_t start, std::int64_t count);
 /// When the content was last changed.
 [[nodiscard]] Date modificationDate(const struct stat &record);
 
+/// When the content or anything about the file (its name, permissions or dates) was last changed.
+[[nodiscard]] Date statusChangeDate(const struct stat &record);
+
 /// The date of that many seconds and nanoseconds; the nearest possible one if it is out of range.
 [[nodiscard]] constexpr Date dateOf(std::int64_t seconds, std::int64_t nanoseconds) {
     constexpr std::int64_t farthest = 9'000'000'000; // as far as nanoseconds reach

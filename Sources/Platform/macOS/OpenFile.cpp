@@ -13,4 +13,8 @@ Date modificationDate(const struct stat &record) {
     return dateOf(record.st_mtimespec.tv_sec, record.st_mtimespec.tv_nsec);
 }
 
+Date statusChangeDate(const struct stat &record) {
+    return dateOf(record.st_ctimespec.tv_sec, record.st_ctimespec.tv_nsec);
+}
+
 } // namespace brimvale

@@ -5,6 +5,7 @@
 #include "Views/Components/Metrics.h"
 #include "Views/Components/PageParts.h"
 #include "Views/Components/ProgressLine.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 
 #include <QHBoxLayout>
@@ -19,6 +20,16 @@ namespace {
 
 constexpr std::chrono::milliseconds delayBeforeShown{400};
 constexpr int lineWidth = 160;
+
+QString removingText(const RemovalState &state) {
+    if (state.removedEntries > 0)
+        return u"Removing… %1 files and folders so far"_s.arg(
+            QString::fromStdString(Fmt::count(state.removedEntries)));
+    if (state.bytesVerified < state.bytesToVerify)
+        return u"Comparing the backup with its manifest, %1 of %2"_s.arg(sizeText(state.bytesVerified),
+                                                                         sizeText(state.bytesToVerify));
+    return u"Removing…"_s;
+}
 
 } // namespace
 
@@ -56,10 +67,7 @@ void RemovalBar::showActivity() {
         hide();
         return;
     case RemovalActivity::removing:
-        what_->setText(removals_->removedEntries > 0
-                           ? u"Removing… %1 files and folders so far"_s.arg(
-                                 QString::fromStdString(Fmt::count(removals_->removedEntries)))
-                           : u"Removing…"_s);
+        what_->setText(removingText(*removals_));
         break;
     case RemovalActivity::stopping:
         what_->setText(u"Stopping…"_s);

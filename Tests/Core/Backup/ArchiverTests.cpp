@@ -245,6 +245,14 @@ TEST(Archiver, WritesOverNoOtherBackup) {
     EXPECT_EQ(contentOf(made.destination.appending("item").path()), "first");
     EXPECT_TRUE(verificationOf(made.destination).isIntact());
 
+    // Nor over another item of the same backup, which stays in the manifest.
+    const ArchiveResult both = Archiver::archive({first, second}, "both", root, {}, host, date);
+    EXPECT_THAT(both.copied, ElementsAre(first));
+    EXPECT_THAT(reasonsOf(both), ElementsAre("The backup already holds an item of that name."));
+    EXPECT_EQ(contentOf(both.destination.appending("item").path()), "first");
+    EXPECT_EQ(verificationOf(both.destination).verified, 1U);
+    EXPECT_THAT(verificationOf(both.destination).extra, IsEmpty());
+
     // Neither into what is no backup, nor through a link.
     for (const char *label : {"file", "link"}) {
         const std::string name = Archiver::folderName(label, date);

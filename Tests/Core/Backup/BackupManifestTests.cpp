@@ -17,7 +17,11 @@ using testing::TemporaryFolder;
 
 std::optional<FileError> writeManifest(const TemporaryFolder &folder,
                                        const std::vector<std::string> &leftOut = {}) {
-    return BackupManifest::write(FileURL(folder.path()), {}, leftOut, {});
+    const FileURL place(folder.path());
+    const auto listed = BackupManifest::list(place, {}, leftOut, {});
+    if (const auto *error = std::get_if<FileError>(&listed))
+        return *error;
+    return BackupManifest::write(place, std::get<std::vector<BackedUpEntry>>(listed), {});
 }
 
 Verification verify(const TemporaryFolder &folder) {

@@ -6,8 +6,11 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <gmock/gmock.h>
+#include <optional>
+#include <thread>
 
 namespace brimvale {
 
@@ -105,10 +108,78 @@ TEST_F(Reviewed, IsKeptWhereTheBackupIsNotWhatItWas) {
     }
 }
 
+TEST_F(Reviewed, IsKeptWhereOnlyTheContentOfTheBackupChanged) {
+    const std::string copy = pending.destination.appending("Attachments/a/photo").path();
+    const auto written = fs::last_write_time(copy);
+    const auto bytes = static_cast<std::int64_t>(std::string("photo"
+                                                             "messages")
+                                                     .size());
+    EXPECT_EQ(bytesOf(*pending.verified), bytes);
+    std::ofstream(copy) << "PHOTO";
+    fs::last_write_time(copy, written);
+    RemovalProgress progress;
+    const ReviewedRemoval removal = removeReviewed(pending, progress, actions);
+    EXPECT_EQ(removal.keptCount, 3U);
+    ASSERT_EQ(removal.result.failed.size(), 3U);
+    EXPECT_EQ(removal.result.failed[0].reason, "Kept. “" + std::string(pending.destination.fileName()) +
+                                                   "/Attachments/a/photo” has changed in the backup.");
+    EXPECT_THAT(actions.calls, IsEmpty());
+    EXPECT_EQ(progress.bytesToVerify, bytes);
+    EXPECT_EQ(progress.bytesVerified, bytes);
+}
+
+TEST_F(Reviewed, ComparesContentsWhereTheDatesOfAnOriginalTellNothing) {
+    const std::string database = folder.path("from/chat.db"), photo = folder.path("from/Attachments/a/photo");
+    const auto written = fs::last_write_time(database);
+    folder.writeFile("from/chat.db", "MESSAGES");
+    fs::last_write_time(database, written);  // as programs do that keep dates
+    fs::permissions(photo, fs::perms(0640)); // which changes no content
+    const ReviewedRemoval removal = remove();
+    EXPECT_THAT(removal.result.failed,
+                ElementsAre(RemovalResult::Failure{pending.entries[1].url,
+                                                   "Kept. “chat.db” changed after the backup."}));
+    EXPECT_THAT(actions.calls,
+                ElementsAre("trash " + folder.path("from/Attachments"), "trash " + folder.path("from/link")));
+}
+
+TEST_F(Reviewed, IsLookedAtAgainBeforeEveryOriginal) {
+    // The backup goes while the first original does.
+    actions.onItem = [&](RemovalProgress *) { fs::remove_all(pending.destination.path()); };
+    const ReviewedRemoval removal = remove();
+    EXPECT_EQ(removal.keptCount, 2U);
+    EXPECT_THAT(actions.calls, ElementsAre("trash " + folder.path("from/Attachments")));
+}
+
 TEST_F(Reviewed, EndsWhenItIsStopped) {
     RemovalProgress progress;
     progress.cancelled.set();
     const ReviewedRemoval removal = removeReviewed(pending, progress, actions);
+    EXPECT_EQ(removal.result.failed.size(), 3U);
+    EXPECT_EQ(removal.keptCount, 0U);
+    EXPECT_THAT(actions.calls, IsEmpty());
+    EXPECT_EQ(statusOf(removal, pending), "Backed up to " + std::string(pending.destination.fileName()) +
+                                              ". 3 originals were not removed.");
+}
+
+TEST_F(Reviewed, StopsWhileTheBackupIsRead) {
+    using Clock = std::chrono::steady_clock;
+    // Reading 60 GB of nothing takes long.
+    const std::string large = pending.destination.appending("large").path();
+    std::ofstream(large).flush();
+    fs::resize_file(large, 60'000'000'000);
+    VerifiedBackup state = *pending.verified;
+    state.entries.push_back({.path = "large", .size = 60'000'000'000});
+    pending.verified = std::make_shared<const VerifiedBackup>(std::move(state));
+    RemovalProgress progress;
+    std::optional<Clock::time_point> stopped;
+    const std::jthread stopper([&] {
+        while (progress.bytesVerified < 20'000'000)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        stopped = Clock::now();
+        progress.cancelled.set();
+    });
+    const ReviewedRemoval removal = removeReviewed(pending, progress, actions);
+    EXPECT_LT(Clock::now() - stopped.value_or(Clock::now()), std::chrono::milliseconds(500));
     EXPECT_EQ(removal.result.failed.size(), 3U);
     EXPECT_EQ(removal.keptCount, 0U);
     EXPECT_THAT(actions.calls, IsEmpty());
