@@ -1,13 +1,11 @@
 #include "Base/Bytes.h"
 
-#include <cstdio>
-#include <cstdlib>
+#include "Base/Diagnostics.h"
 
 namespace brimvale {
 
 void stopAtOverflow() {
-    std::fputs("[Corvel] a size or count exceeds 64 bits\n", stderr);
-    std::abort();
+    endProgram("a size or count exceeds 64 bits");
 }
 
 } // namespace brimvale

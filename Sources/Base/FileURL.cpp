@@ -1,9 +1,9 @@
 #include "Base/FileURL.h"
 
+#include "Base/Diagnostics.h"
+
 #include <algorithm>
 #include <array>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -71,10 +71,8 @@ bool dropsPrivate(const std::string &rest) {
 } // namespace
 
 FileURL::FileURL(std::string path) : path_(std::move(path)) {
-    if (!path_.starts_with('/')) {
-        std::fprintf(stderr, "[Corvel] not an absolute path: %s\n", path_.c_str());
-        std::abort();
-    }
+    if (!path_.starts_with('/'))
+        endProgram("not an absolute path: " + path_);
 }
 
 FileURL FileURL::resolving(std::string_view path, const FileURL &base) {

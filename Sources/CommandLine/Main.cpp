@@ -1,9 +1,11 @@
+#include "Base/Diagnostics.h"
 #include "Base/Version.h"
 #include "CommandLine/Command.h"
 #include "CommandLine/Help.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Platform/Host.h"
+#include "Platform/SystemLog.h"
 
 #include <algorithm>
 #include <array>
@@ -64,6 +66,7 @@ ExitStatus runProgram(std::span<const char *const> words, Output &output) {
 } // namespace
 
 int main(int argc, char **argv) {
+    setDiagnosticLog(writeToSystemLog);
     occupyStandardStreams();
     const std::span<const char *const> words(argv, static_cast<std::size_t>(argc));
     Output output(stdout);

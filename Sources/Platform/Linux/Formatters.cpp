@@ -1,11 +1,10 @@
 #include "Platform/Formatters.h"
 
+#include "Base/Diagnostics.h"
 #include "Platform/Linux/UserLocale.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <unicode/calendar.h>
@@ -62,10 +61,8 @@ struct UserFormatters {
         UErrorCode status = U_ZERO_ERROR;
         calendar.reset(icu::Calendar::createInstance(language, status));
         relativeDate = std::make_unique<icu::RelativeDateTimeFormatter>(language, status);
-        if (U_FAILURE(status)) {
-            std::fprintf(stderr, "[Corvel] ICU has no locale data: %s\n", u_errorName(status));
-            std::abort();
-        }
+        if (U_FAILURE(status))
+            endProgram(std::string("ICU has no locale data: ") + u_errorName(status));
     }
 };
 
