@@ -236,8 +236,8 @@ void Run::writeExport(const std::string &database) {
     if (!reading.isComplete)
         return remark(reading.reason);
     const FileURL file = destination_.appending(exportName);
-    if (const auto error =
-            writeFileAtomically(file.path(), MessagesExport::html(reading.conversations), watch_.cancelled))
+    if (const auto error = writeFileAtomically(
+            file.path(), MessagesExport::html(reading.conversations, watch_.cancelled), watch_.cancelled))
         return remark("Its page could not be written: " + error->localizedDescription + ".");
     result_.readableExport = file;
 }

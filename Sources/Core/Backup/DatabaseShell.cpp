@@ -106,18 +106,17 @@ std::string checksOf(const Question &question) {
 
 /// Separates the rows from the output of the checks. Returns why rows are missing, or an empty text.
 std::string reasonOf(const ProcessResult &result, const Question &question, std::string &rows) {
+    std::string_view rest = rows;
     const auto take = [&](std::string_view lines) {
-        if (!rows.starts_with(lines))
-            return false;
-        rows.erase(0, lines.size());
-        return true;
+        const bool isThere = rest.starts_with(lines);
+        rest.remove_prefix(isThere ? lines.size() : 0);
+        return isThere;
     };
     const bool hasOpened = take(opened);
     const bool isPlain = hasOpened && take(plain);
     const bool isMeasured = isPlain && take(measured);
     const bool isShort = isMeasured && take(fits) && !result.isTooLong;
-    if (!isShort)
-        rows.clear();
+    rows.erase(0, isShort ? rows.size() - rest.size() : std::string::npos);
     if (result.isTooLong || (isMeasured && !isShort))
         return "It holds more than " + Fmt::byteFormatter(static_cast<std::int64_t>(question.mostBytes)) +
                " of text, too much to read.";

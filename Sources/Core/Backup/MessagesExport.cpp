@@ -161,12 +161,9 @@ private:
     std::string_view currentName_; ///< into the shell's answer
 };
 
-/// Rows between two looks at the cancellation.
-constexpr std::size_t rowsPerQuestion = 4096;
-
 /// The most that conversations may take in memory. A page of them can take six times as much, and no browser
 /// shows such a page.
-constexpr std::size_t mostBytesOfConversations = std::size_t{256} << 20;
+constexpr std::size_t mostBytesOfConversations = std::size_t{128} << 20;
 
 struct Parsed {
     std::vector<Conversation> conversations;
@@ -183,7 +180,8 @@ Parsed parse(std::string_view answer, int limitPerChat, const StopFlag &cancelle
         if (const std::optional<Row> row = rowOf(line)) {
             collector.add(*row);
             parsed.isTooMuch = collector.bytes() > mostBytesOfConversations;
-            if (parsed.isTooMuch || (++parsed.rowCount % rowsPerQuestion == 0 && cancelled.isSet()))
+            ++parsed.rowCount;
+            if (parsed.isTooMuch || cancelled.isSet())
                 break;
         }
     }

@@ -56,8 +56,10 @@ struct Reading {
                                   const Tools &tools = platformTools(), const StopFlag &cancelled = {});
 
 /// One self-contained HTML page: the conversations on the left, the messages of the selected one on the
-/// right, in local time. Texts of a conversation never become markup or script.
-[[nodiscard]] std::string html(const std::vector<Conversation> &conversations);
+/// right, in local time. Texts of a conversation never become markup or script. Not complete once `cancelled`
+/// is set.
+[[nodiscard]] std::string html(const std::vector<Conversation> &conversations,
+                               const StopFlag &cancelled = {});
 
 /// The text of a message that is stored only as rich text, a serialised attributed string. Nothing where the
 /// text is incomplete or not UTF-8.

@@ -148,14 +148,14 @@ void beginChunk(std::string &page, std::size_t count) {
 }
 
 void addPane(std::string &page, const Conversation &conversation, std::size_t index,
-             const LocalTimeZone &zone) {
+             const LocalTimeZone &zone, const StopFlag &cancelled) {
     page.append("<section class=\"pane").append(activeFirst(index));
     page.append("\" id=\"").append(paneId(index)).append("\">\n<header>");
     addEscaped(page, conversation.name);
     page.append("</header>\n<div class=\"scroll\">\n");
     const std::vector<Message> &messages = conversation.messages;
     std::optional<LocalTime> day;
-    for (std::size_t i = 0; i < messages.size(); ++i) {
+    for (std::size_t i = 0; i < messages.size() && !cancelled.isSet(); ++i) {
         if (i % chunkSize == 0)
             beginChunk(page, std::min(chunkSize, messages.size() - i));
         const LocalTime time = zone.at(messages[i].date);
@@ -181,7 +181,7 @@ std::size_t likelySize(const std::vector<Conversation> &conversations) {
 
 } // namespace
 
-std::string html(const std::vector<Conversation> &conversations) {
+std::string html(const std::vector<Conversation> &conversations, const StopFlag &cancelled) {
     std::string page;
     page.reserve(likelySize(conversations) * 5 / 4);
     page.append(headBeforeStyle).append(transcriptStyle).append(headAfterStyle);
@@ -189,7 +189,7 @@ std::string html(const std::vector<Conversation> &conversations) {
     addList(page, conversations, zone);
     page.append("<main>\n");
     for (std::size_t i = 0; i < conversations.size(); ++i)
-        addPane(page, conversations[i], i, zone);
+        addPane(page, conversations[i], i, zone, cancelled);
     page.append(tail);
     return page;
 }

@@ -104,6 +104,14 @@ TEST(TranscriptPage, GroupsMessagesByLocalDay) {
     EXPECT_EQ(answer.find("daysep\"><span>", answer.find("after midnight")), std::string::npos);
 }
 
+TEST(TranscriptPage, StopsAtOnce) {
+    const StopFlag cancelled;
+    cancelled.set();
+    EXPECT_EQ(MessagesExport::html({{"Team", {{"text", true, moment(1, 12), false, "SMS"}}}}, cancelled)
+                  .find("text</div>"),
+              std::string::npos);
+}
+
 TEST(TranscriptPage, WorksWithoutConversations) {
     const std::string page = MessagesExport::html({});
     EXPECT_THAT(page, StartsWith("<!doctype html>\n<html lang=\"en\">"));
