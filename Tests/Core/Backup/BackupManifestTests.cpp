@@ -150,6 +150,9 @@ TEST(BackupManifest, IsRefusedWhereItIsNoManifest) {
         EXPECT_TRUE(std::holds_alternative<FileError>(BackupManifest::verify(FileURL(folder.path()))))
             << document;
     }
+    // One that would take all memory is not read.
+    fs::resize_file(folder.path("manifest.json"), 50'000'000'000);
+    EXPECT_TRUE(std::holds_alternative<FileError>(BackupManifest::verify(FileURL(folder.path()))));
     // No path in a manifest leads out of the folder.
     folder.writeFile("manifest.json", R"({"version":1,"files":[{"path":"../../etc/passwd","linkTarget":"x"},)"
                                       R"({"path":"/etc/passwd","size":0,"sha256":""}]})");
