@@ -15,7 +15,8 @@ TEST(DiagnosticsDeathTest, GoToTheLogAndToStandardError) {
     };
     EXPECT_DEATH(endWith([] { static_cast<void>(checkedAdd(std::numeric_limits<std::int64_t>::max(), 1)); }),
                  "^\\[Corvel\\] a size or count exceeds 64 bits\nlogged: \\[Corvel\\] a size or count");
-    EXPECT_DEATH(endWith([] { FileURL("relative"); }), "logged: \\[Corvel\\] not an absolute path: relative");
+    EXPECT_DEATH(endWith([] { static_cast<void>(FileURL("relative")); }),
+                 "logged: \\[Corvel\\] not an absolute path: relative");
 }
 
 } // namespace brimvale
