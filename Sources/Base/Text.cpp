@@ -62,17 +62,6 @@ std::size_t characterCount(std::string_view text) {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isFirstByte));
 }
 
-bool actsUnseen(char32_t character) {
-    const auto isBetween = [=](char32_t first, char32_t last) {
-        return first <= character && character <= last;
-    };
-    const bool isControl = character < 0x20 || isBetween(0x7F, 0x9F);
-    const bool separatesLines = isBetween(0x2028, 0x2029);
-    const bool turnsDirection = character == 0x061C || isBetween(0x200E, 0x200F) ||
-                                isBetween(0x202A, 0x202E) || isBetween(0x2066, 0x2069);
-    return isControl || separatesLines || turnsDirection;
-}
-
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view blanks = " \t\n\v\f\r";
     text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));

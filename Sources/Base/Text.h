@@ -15,10 +15,6 @@ namespace brimvale {
 /// How many characters (code points) there are in well-formed UTF-8.
 [[nodiscard]] std::size_t characterCount(std::string_view text);
 
-/// Whether a character acts on the display instead of being visible: a control, a line separator, or a change
-/// of the writing direction.
-[[nodiscard]] bool actsUnseen(char32_t character);
-
 /// The text without white space (ASCII) at its ends.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 

@@ -1,6 +1,7 @@
 #include "CommandLine/TerminalText.h"
 
 #include "Base/Text.h"
+#include "Base/VisibleText.h"
 
 namespace brimvale::commandLine {
 
@@ -8,14 +9,6 @@ namespace {
 
 bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
-
-/// The bytes of the first character of `text`, which is well-formed and not empty.
-std::string_view firstCharacter(std::string_view text) {
-    std::size_t length = 1;
-    while (length < text.size() && isContinuation(text[length]))
-        ++length;
-    return text.substr(0, length);
 }
 
 char32_t codePoint(std::string_view character) {
@@ -28,28 +21,10 @@ char32_t codePoint(std::string_view character) {
     return code;
 }
 
-/// The visible symbol for an ASCII control (U+2400 and up, in UTF-8).
-std::string controlPicture(char32_t control) {
-    return {'\xE2', '\x90', static_cast<char>(0x80 + (control == 0x7F ? 0x21 : control))};
-}
-
 } // namespace
 
 std::string terminalText(std::string_view bytes) {
-    const std::string displayed = displayText(bytes);
-    std::string_view rest = displayed;
-    std::string text;
-    text.reserve(rest.size());
-    while (!rest.empty()) {
-        const std::string_view character = firstCharacter(rest);
-        rest.remove_prefix(character.size());
-        const char32_t code = codePoint(character);
-        if (code < 0x20 || code == 0x7F)
-            text += controlPicture(code);
-        else
-            text += actsUnseen(code) ? std::string_view("\uFFFD") : character;
-    }
-    return text;
+    return visibleText(bytes);
 }
 
 std::string inQuotes(std::string_view bytes) {

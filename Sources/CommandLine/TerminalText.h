@@ -6,9 +6,7 @@
 
 namespace brimvale::commandLine {
 
-/// Bytes as text that only shows itself on a terminal: like `displayText`, with a visible replacement for
-/// every character that would act on the terminal (a control, a line separator, a change of the writing
-/// direction). Always a single line.
+/// Bytes as text that only shows itself on a terminal, always a single line: `visibleText`.
 [[nodiscard]] std::string terminalText(std::string_view bytes);
 
 /// The same, in quotation marks.

@@ -86,7 +86,7 @@ TEST(ScanTable, EscapesControlCharactersInNames) {
                              "e\u009b2Jf\u202Eg\u2028h";
     folder.makeFile(name + "/" + name, 100'000);
     const Outcome outcome = runProgram({"scan", "--min-size=1", folder.path(name)});
-    const std::string shown = "a␊b␉c␛[31md␡e\uFFFD2Jf\uFFFDg\uFFFDh";
+    const std::string shown = "a␊b␉c␛[31md␡e\\u{009B}2Jf\\u{202E}g\\u{2028}h";
     EXPECT_THAT(namesOf(outcome.out), ElementsAre("NAME", folder.path() + "/" + shown, "└─ " + shown));
 
     const Outcome missing = runProgram({"size", folder.path(name) + "?"});

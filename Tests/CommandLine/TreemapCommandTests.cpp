@@ -205,7 +205,7 @@ TEST(TreemapCommand, SvgEscapesNamesOfAnyBytes) {
              Case{"line\nfeed\x1b[2J\x01", "line␊feed␛[2J␁"},
              Case{"no character \uFFFE\uFFFF", "no character \uFFFD\uFFFD"},
              Case{"latin caf\xE9", "latin caf\uFFFD"},
-             Case{"evil\u202Egpj.exe", "evil\uFFFDgpj.exe"},
+             Case{"evil\u202Egpj.exe", "evil\\u{202E}gpj.exe"},
              Case{"漢字 \U0001F600 Ωμέγα", "漢字 \U0001F600 Ωμέγα"},
          }) {
         const TemporaryFolder folder;

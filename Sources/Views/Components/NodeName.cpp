@@ -1,19 +1,14 @@
 #include "Views/Components/NodeName.h"
 
-#include "Base/Text.h"
+#include "Base/VisibleText.h"
 #include "Views/Components/Icons.h"
 
 #include <QTextDocument>
-#include <algorithm>
 
 namespace brimvale {
 
 QString displayedText(std::string_view bytes) {
-    QString text = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    std::replace_if(
-        text.begin(), text.end(), [](QChar character) { return actsUnseen(character.unicode()); },
-        QChar(QChar::ReplacementCharacter));
-    return text;
+    return QString::fromStdString(visibleText(bytes));
 }
 
 QString nodeIconName(const FSNode &node) {

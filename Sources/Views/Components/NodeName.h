@@ -7,8 +7,7 @@
 
 namespace brimvale {
 
-/// A name or path for display on one line. Every character that acts on the display (a control, a line
-/// separator, a change of the writing direction) becomes U+FFFD, like bytes that are not UTF-8.
+/// A name or path for display on one line, in which every character can be seen: `visibleText`.
 [[nodiscard]] QString displayedText(std::string_view bytes);
 [[nodiscard]] inline QString displayedName(const FSNode &node) {
     return displayedText(node.name);

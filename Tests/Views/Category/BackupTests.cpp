@@ -247,9 +247,9 @@ TEST_F(BackupReview, SaysWhatWasLost) {
     PendingDeletion pending = plainBackup();
     pending.remarks = {"There is no readable transcript of “<b>”.",
                        "Extended attributes of “a\nb” were lost."};
-    EXPECT_THAT(testing::labels(open(pending), "remark"),
-                ElementsAre("There is no readable transcript of “<b>”.",
-                            "Extended attributes of “a\uFFFDb” were lost."));
+    EXPECT_THAT(
+        testing::labels(open(pending), "remark"),
+        ElementsAre("There is no readable transcript of “<b>”.", "Extended attributes of “a␊b” were lost."));
 }
 
 TEST_F(BackupReview, KeepsBothUnlessDeletionIsChosen) {

@@ -28,7 +28,7 @@ TEST(OutlineModel, ShowsTheFiguresOfANode) {
         return model.indexOf(node, column).data().toString();
     };
     EXPECT_EQ(text(folder, OutlineModel::nameColumn), "folder");
-    EXPECT_EQ(text(file, OutlineModel::nameColumn), "not\uFFFDutf8\uFFFD\uFFFDgnp.exe");
+    EXPECT_EQ(text(file, OutlineModel::nameColumn), "not\uFFFDutf8␊\\u{202E}gnp.exe");
     EXPECT_EQ(text(folder, OutlineModel::sizeColumn).toStdString(), Fmt::byteFormatter(3'000'000));
     EXPECT_EQ(text(empty, OutlineModel::sizeColumn), "Zero KB");
     EXPECT_EQ(text(folder, OutlineModel::shareColumn), "75%");

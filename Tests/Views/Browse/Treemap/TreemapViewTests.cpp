@@ -121,8 +121,9 @@ TEST(TreemapView, NamesATileInItsToolTip) {
              {"film.mov", "film.mov"},
              {"<b>bold</b>  &amp;", "<b>bold</b>  &amp;"},
              {"<img src=\"/etc/hostname\">", "<img src=\"/etc/hostname\">"},
-             {"two\nlines\tand\x7f", "two\uFFFDlines\uFFFDand\uFFFD"},
-             {"exe.\u202Egpj", "exe.\uFFFDgpj"},
+             {"two\nlines\tand\x7f", "two␊lines␉and␡"},
+             {"exe.\u202Egpj", "exe.\\u{202E}gpj"},
+             {"two\u200Bnames", "two\\u{200B}names"},
              {"caf\xE9", "caf\uFFFD"},
          }) {
         const std::shared_ptr<FSNode> folder = makeRoot();
