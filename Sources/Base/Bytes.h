@@ -15,13 +15,4 @@ namespace brimvale {
     return sum;
 }
 
-/// The bytes of `blocks` blocks of 512, the unit in which POSIX counts allocation (<sys/stat.h>, st_blocks).
-/// Stops the program where they do not fit into 64 bits.
-[[nodiscard]] inline std::int64_t bytesOfBlocks(std::int64_t blocks) {
-    std::int64_t bytes = 0;
-    if (__builtin_mul_overflow(blocks, std::int64_t{512}, &bytes)) [[unlikely]]
-        stopAtOverflow();
-    return bytes;
-}
-
 } // namespace brimvale

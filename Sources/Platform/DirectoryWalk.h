@@ -63,6 +63,9 @@ public:
     /// Subfolders of the open folder at `path`; name them with `add`.
     PendingFolders(Folder folder, std::string path);
 
+    /// That folder, to list it.
+    [[nodiscard]] Folder &folder() { return siblings_.folder; }
+
     /// Adds the subfolder `name`.
     void add(std::string_view name, FolderHandle handle, const FileIdentity &identity);
 

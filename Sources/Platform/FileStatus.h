@@ -19,10 +19,15 @@ struct FileIdentity {
 /// The kind of an entry, as measuring needs it. A symbolic link is `other`.
 enum class FileKind : std::uint8_t { directory, regularFile, other };
 
+/// The largest length or allocation that is believed: 64 PiB, more than a volume holds. File systems give
+/// empty files any length up to 2^63−1 bytes.
+constexpr std::int64_t mostBelievedBytes = std::int64_t{1} << 56;
+
 /// The status of one entry; of a link, that of the link itself.
 struct FileStatus {
     FileKind kind = FileKind::other;
     bool isDataless = false;         ///< a placeholder for contents at a cloud provider
+    bool isMeasurable = true;        ///< false where a figure exceeds `mostBelievedBytes`; both are 0 then
     std::int64_t allocatedBytes = 0; ///< blocks × 512
     std::int64_t length = 0;         ///< the logical length in bytes
     std::uint64_t linkCount = 1;     ///< the number of its names

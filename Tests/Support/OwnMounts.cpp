@@ -3,17 +3,22 @@
 #include "Support/ChildProcess.h"
 
 #include <array>
+#include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <fstream>
 #include <linux/capability.h>
 #include <linux/fuse.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace brimvale::testing {
 
@@ -32,6 +37,100 @@ bool ownUsers() {
     const std::string user = std::to_string(geteuid()), group = std::to_string(getegid());
     return unshare(CLONE_NEWUSER) == 0 && write("/proc/self/uid_map", user + " " + user + " 1") &&
            write("/proc/self/setgroups", "deny") && write("/proc/self/gid_map", group + " " + group + " 1");
+}
+
+constexpr std::size_t requestSize = 1 << 17;
+
+/// Mounts a file system that this process serves, and answers its greeting, without which no request would
+/// get through. The descriptor for the requests; -1 on failure.
+int mountServed(const std::string &path) {
+    const int server = open("/dev/fuse", O_RDWR | O_CLOEXEC);
+    const std::string options = "fd=" + std::to_string(server) +
+                                ",rootmode=40000,user_id=" + std::to_string(geteuid()) +
+                                ",group_id=" + std::to_string(getegid());
+    if (server < 0 || mount("user@host:", path.c_str(), "fuse.sshfs", 0, options.c_str()) != 0)
+        return -1;
+    struct {
+        fuse_out_header header;
+        fuse_init_out greeting;
+    } reply{};
+    std::array<char, requestSize> request{};
+    if (read(server, request.data(), request.size()) <= 0)
+        return -1;
+    fuse_in_header question{};
+    std::memcpy(&question, request.data(), sizeof(question));
+    reply.header = {sizeof(reply), 0, question.unique};
+    reply.greeting.major = FUSE_KERNEL_VERSION;
+    reply.greeting.minor = FUSE_KERNEL_MINOR_VERSION;
+    reply.greeting.max_write = 4096;
+    return ::write(server, &reply, sizeof(reply)) == sizeof(reply) ? server : -1;
+}
+
+template<class Record>
+void append(std::string &bytes, const Record &record) {
+    bytes.append(reinterpret_cast<const char *>(&record), sizeof(record));
+}
+
+/// The root folder, or a file that claims more blocks than bytes can be counted.
+fuse_attr attributesOf(std::uint64_t node) {
+    fuse_attr attributes{};
+    attributes.ino = node;
+    attributes.mode = node == FUSE_ROOT_ID ? S_IFDIR | 0755 : S_IFREG | 0644;
+    attributes.nlink = 1;
+    attributes.size = attributes.blocks = node == FUSE_ROOT_ID ? 0 : std::uint64_t{1} << 60;
+    return attributes;
+}
+
+/// The next names after `last`, as many as go into `room` bytes.
+std::string namesAfter(std::uint64_t last, std::size_t room) {
+    std::string list;
+    while (true) {
+        const std::string name = "file " + std::to_string(++last);
+        const std::size_t length = FUSE_DIRENT_ALIGN(FUSE_NAME_OFFSET + name.size());
+        if (list.size() + length > room)
+            return list;
+        fuse_dirent entry{};
+        entry.ino = last + FUSE_ROOT_ID;
+        entry.off = last;
+        entry.namelen = static_cast<std::uint32_t>(name.size());
+        entry.type = DT_REG;
+        const std::size_t end = list.size() + length;
+        list.append(reinterpret_cast<const char *>(&entry), FUSE_NAME_OFFSET).append(name).resize(end);
+    }
+}
+
+/// Answers one request to a folder that has no end.
+void answerEndlessly(int server, const char *request) {
+    fuse_in_header header{};
+    std::memcpy(&header, request, sizeof(header));
+    const char *body = request + sizeof(header);
+    std::string answer;
+    int error = 0;
+    if (header.opcode == FUSE_GETATTR) {
+        fuse_attr_out found{};
+        found.attr = attributesOf(header.nodeid);
+        append(answer, found);
+    } else if (header.opcode == FUSE_LOOKUP) {
+        fuse_entry_out found{};
+        found.nodeid = std::stoull(std::string(body).substr(5)) + FUSE_ROOT_ID;
+        found.attr = attributesOf(found.nodeid);
+        append(answer, found);
+    } else if (header.opcode == FUSE_OPENDIR) {
+        append(answer, fuse_open_out{});
+    } else if (header.opcode == FUSE_READDIR) {
+        fuse_read_in range{};
+        std::memcpy(&range, body, sizeof(range));
+        answer = namesAfter(range.offset, range.size);
+    } else if (header.opcode == FUSE_FORGET || header.opcode == FUSE_BATCH_FORGET) {
+        return; // these get no answer
+    } else {
+        error = -ENOSYS;
+    }
+    std::string reply;
+    append(reply, fuse_out_header{static_cast<std::uint32_t>(sizeof(fuse_out_header) + answer.size()), error,
+                                  header.unique});
+    reply += answer;
+    static_cast<void>(::write(server, reply.data(), reply.size()));
 }
 
 } // namespace
@@ -58,32 +157,25 @@ void keepTemporaryFoldersInMemory(const std::string &path) {
 }
 
 bool mountSilent(const std::string &path) {
-    const int server = open("/dev/fuse", O_RDWR | O_CLOEXEC);
-    const std::string options = "fd=" + std::to_string(server) +
-                                ",rootmode=40000,user_id=" + std::to_string(geteuid()) +
-                                ",group_id=" + std::to_string(getegid());
-    if (server < 0 || mount("user@host:", path.c_str(), "fuse.sshfs", 0, options.c_str()) != 0)
-        return false;
-    // The greeting has to be answered, or nobody's question would get through.
-    struct {
-        fuse_out_header header;
-        fuse_init_out greeting;
-    } reply{};
-    std::array<char, 1 << 17> request{};
-    if (read(server, request.data(), request.size()) <= 0)
-        return false;
-    fuse_in_header question{};
-    std::memcpy(&question, request.data(), sizeof(question));
-    reply.header = {sizeof(reply), 0, question.unique};
-    reply.greeting.major = FUSE_KERNEL_VERSION;
-    reply.greeting.minor = FUSE_KERNEL_MINOR_VERSION;
-    reply.greeting.max_write = 4096;
-    if (::write(server, &reply, sizeof(reply)) != sizeof(reply))
+    const int server = mountServed(path);
+    if (server < 0)
         return false;
     std::thread([server] {
-        std::array<char, 1 << 17> ignored{};
+        std::array<char, requestSize> ignored{};
         while (read(server, ignored.data(), ignored.size()) > 0) {
         }
+    }).detach();
+    return true;
+}
+
+bool mountEndless(const std::string &path) {
+    const int server = mountServed(path);
+    if (server < 0)
+        return false;
+    std::thread([server] {
+        std::vector<char> request(requestSize);
+        while (read(server, request.data(), request.size()) > 0)
+            answerEndlessly(server, request.data());
     }).detach();
     return true;
 }

@@ -22,6 +22,9 @@ void keepTemporaryFoldersInMemory(const std::string &path);
 /// Mounts a file system at `path` that takes every question and answers none, as long as this process lives.
 [[nodiscard]] bool mountSilent(const std::string &path);
 
+/// Mounts a folder without an end at `path`: files "file 1" and so on, each of which claims 2^60 blocks.
+[[nodiscard]] bool mountEndless(const std::string &path);
+
 /// Makes `root` the root folder of this process, a child, and leaves it with the rights of an ordinary user.
 /// False where that is not permitted.
 [[nodiscard]] bool enterRoot(const std::string &root);

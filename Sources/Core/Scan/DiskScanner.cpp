@@ -4,8 +4,8 @@
 #include "Base/FileURL.h"
 #include "Catalogs/Words.h"
 #include "Core/Scan/Counter.h"
-#include "Core/Scan/InodeSet.h"
 #include "Core/Scan/PlaceOfWalk.h"
+#include "Core/Scan/SumLimit.h"
 #include "Core/Scan/TreeBuilder.h"
 #include "Platform/Dataless.h"
 #include "Platform/DirectoryWalk.h"
@@ -20,79 +20,82 @@ namespace brimvale {
 
 namespace {
 
-std::vector<std::string> namesIn(Folder &folder) {
-    std::vector<std::string> names;
-    while (const char *name = folder.nextName())
-        names.emplace_back(name);
-    return names;
-}
+/// A cancelled scan reads only so many more names in its root, to find the skipped folders there.
+constexpr int namesAfterCancelling = 1024;
 
-void setFigures(FSNode &node, const FileStatus &status) {
+void setFigures(FSNode &node, const FileStatus &status, ScanState &state) {
+    if (!state.sums.admits(status)) {
+        node.unreadable = true;
+        state.stats.addUnreadable();
+        return;
+    }
     node.size = status.allocatedBytes;
     node.logicalSize = status.length;
     node.fileCount = 1;
 }
 
-/// Adds the skipped entries directly in the scan root.
-void addSkipped(FSNode &root, const std::vector<std::string> &names, const std::string &path,
-                const ScanState &state) {
-    for (const std::string &name : names) {
-        if (!state.skipped.contains(path, name))
-            continue;
-        auto node = std::make_unique<FSNode>(name, root, true);
-        node->isNotDescended = true;
-        node->isCloudProvider = state.options.cloudProviderPaths.contains(joinPath(path, name));
-        root.adopt(std::move(node));
-    }
+/// A skipped entry directly in the scan root. Its status is not read.
+std::unique_ptr<FSNode> skippedNode(FSNode &root, const std::string &path, const char *name,
+                                    const ScanState &state) {
+    auto node = std::make_unique<FSNode>(name, root, true);
+    node->isNotDescended = true;
+    node->isCloudProvider = state.options.cloudProviderPaths.contains(joinPath(path, name));
+    return node;
 }
 
 /// A file directly in the scan root always gets a node, and counts under each of its names.
-void addFile(FSNode &root, FSNode &node, const FileStatus &status, ScanStats &stats) {
-    setFigures(node, status);
-    root.size = checkedAdd(root.size, node.size);
-    root.logicalSize = checkedAdd(root.logicalSize, node.logicalSize);
-    root.fileCount = checkedAdd(root.fileCount, 1);
-    stats.add(1, node.size);
+std::unique_ptr<FSNode> fileNode(FSNode &root, const char *name, const FileStatus &status, ScanState &state) {
+    auto node = std::make_unique<FSNode>(name, root, false);
+    setFigures(*node, status, state);
+    root.size = checkedAdd(root.size, node->size);
+    root.logicalSize = checkedAdd(root.logicalSize, node->logicalSize);
+    root.fileCount = checkedAdd(root.fileCount, node->fileCount);
+    state.stats.add(node->fileCount, node->size);
+    return node;
 }
 
-/// Adds the other entries directly in the scan root, and returns the folders among them for the walk. Each
-/// folder sets the device that its own walk stays on.
-PendingFolders addEntries(FSNode &root, Folder folder, const std::vector<std::string> &names,
-                          const std::string &path, ScanState &state) {
+/// Makes the nodes of everything directly in the scan root, skipped ones first, and returns the folders among
+/// them for the walk. Each folder sets the device that its own walk stays on.
+PendingFolders listRoot(FSNode &root, Folder folder, const std::string &path, ScanState &state) {
+    PendingFolders pending(std::move(folder), path);
     std::vector<std::unique_ptr<FSNode>> nodes;
-    std::vector<std::pair<FSNode *, FileIdentity>> folders;
-    for (const std::string &name : names) {
-        if (state.stats.cancelled())
-            break;
-        if (state.skipped.contains(path, name))
+    int namesLeft = namesAfterCancelling;
+    while (const char *name = pending.folder().nextName()) {
+        if (state.skipped.contains(path, name)) {
+            root.adopt(skippedNode(root, path, name, state));
             continue;
-        const std::optional<FileStatus> status = folder.statusOfEntry(name.c_str());
+        }
+        if (state.stats.cancelled()) {
+            if (--namesLeft < 0)
+                break;
+            continue;
+        }
+        const std::optional<FileStatus> status = pending.folder().statusOfEntry(name);
         if (!status)
             continue;
-        const bool isDirectory = status->kind == FileKind::directory;
-        nodes.push_back(std::make_unique<FSNode>(name, root, isDirectory));
-        if (!isDirectory)
-            addFile(root, *nodes.back(), *status, state.stats);
-        else if (!status->isDataless)
-            folders.emplace_back(nodes.back().get(), status->identity);
+        if (status->kind != FileKind::directory) {
+            nodes.push_back(fileNode(root, name, *status, state));
+            continue;
+        }
+        nodes.push_back(std::make_unique<FSNode>(name, root, true));
+        if (!status->isDataless)
+            pending.add(name, nodes.back().get(), status->identity);
     }
     root.adopt(nodes);
-
-    PendingFolders pending(std::move(folder), path);
-    for (const auto &[node, identity] : folders)
-        pending.add(node->name, node, identity);
     return pending;
 }
 
 /// Sums up one walk.
 class Summing final : public WalkVisitor {
 public:
-    Summing(const SkipList &skipped, Counter &total) : skipped_(skipped), total_(total) {}
+    Summing(const SkipList &skipped, SumLimit &sums, Counter &total)
+        : skipped_(skipped), sums_(sums), total_(total) {}
     ~Summing() override { total_.add(bytes_); }
 
     void enter(FolderHandle, const std::string &, int) override {}
     void file(FolderHandle, std::string_view, const FileStatus &status) override {
-        bytes_ = checkedAdd(bytes_, status.allocatedBytes);
+        if (sums_.admits(status))
+            bytes_ = checkedAdd(bytes_, status.allocatedBytes);
     }
     std::optional<FolderHandle> subfolder(FolderHandle, const std::string &folderPath, std::string_view name,
                                           bool) override {
@@ -106,6 +109,7 @@ public:
 
 private:
     const SkipList &skipped_;
+    SumLimit &sums_;
     Counter &total_;
     std::int64_t bytes_ = 0;
 };
@@ -117,21 +121,19 @@ std::unique_ptr<FSNode> DiskScanner::scan(const std::string &root, const ScanOpt
     const NoMaterialization guard;
     const std::string path = FileURL(root).standardized().path();
     auto node = std::make_unique<FSNode>(displayName(path), path, true);
+    ScanState state(options, stats);
     Folder folder = Folder::at(path, Folder::Links::follow);
     if (!folder.isOpen()) {
         const int error = errno;
         const std::optional<FileStatus> status = fileStatus(path);
         // A folder that cannot be listed and a link that leads nowhere stay empty.
         if (status && (error == ENOTDIR || status->kind == FileKind::regularFile))
-            setFigures(*node, *status);
+            setFigures(*node, *status, state);
         return node;
     }
 
-    ScanState state(options, stats);
-    const std::vector<std::string> names = namesIn(folder);
-    addSkipped(*node, names, path, state);
-    pool.walk(addEntries(*node, std::move(folder), names, path, state), options.crossesMountPoints,
-              stats.stopFlag(), [&] { return std::make_unique<TreeBuilder>(state); });
+    pool.walk(listRoot(*node, std::move(folder), path, state), options.crossesMountPoints, stats.stopFlag(),
+              [&] { return std::make_unique<TreeBuilder>(state); });
     rollUp(*node, state);
     return node;
 }
@@ -150,8 +152,9 @@ std::int64_t DiskScanner::quickSize(const std::string &path, const ScanOptions &
         return 0;
 
     Counter total;
+    SumLimit sums;
     pool.walk(PendingFolders(placeOfWalk(path), nullptr, status->identity), false, cancelled,
-              [&] { return std::make_unique<Summing>(skipped, total); });
+              [&] { return std::make_unique<Summing>(skipped, sums, total); });
     return total.value();
 }
 

@@ -14,15 +14,18 @@ namespace brimvale {
 
 /// Measures folders. Never follows a symbolic link below the given path, never enters another volume unless
 /// told to, never enters a skipped folder, and counts a file with several names once per scan. Anything
-/// unreadable sets a flag or a count, and is never an error. A size or count above 64 bits ends the program.
+/// unreadable sets a flag or a count, and is never an error. So do a length or allocation above
+/// `mostBelievedBytes` (64 PiB), and large files that claim more than that together (`SumLimit`). A sum of
+/// our own above 64 bits ends the program.
 namespace DiskScanner {
 
 /// The tree with sizes of the folder at `root` (absolute; a link to a folder is followed). Blocks; call it
 /// off the main thread. Always returns a node: without children if nothing exists there or it cannot be
 /// listed, with the file's figures if `root` is a file. The children are not sorted yet.
 ///
-/// After `stats.cancel()` it returns the figures counted so far: folders not yet entered are missing, and
-/// unfinished ones have no aggregate and do not add their logical size to their parent.
+/// After `stats.cancel()` it returns the figures counted so far: entries of the root not yet listed and
+/// folders not yet entered are missing, and unfinished ones have no aggregate and do not add their logical
+/// size to their parent.
 [[nodiscard]] std::unique_ptr<FSNode> scan(const std::string &root, const ScanOptions &options,
                                            ScanStats &stats, WalkPool &pool = WalkPool::shared());
 

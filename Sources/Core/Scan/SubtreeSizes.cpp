@@ -3,6 +3,7 @@
 #include "Base/Bytes.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/NestedItems.h"
+#include "Core/Scan/SumLimit.h"
 #include "Platform/Dataless.h"
 
 #include <memory>
@@ -38,6 +39,8 @@ public:
     void close(NestedItem &item, std::int64_t bytes, std::int64_t begun);
     /// The item contains one of its ancestors. A walk of its own would have entered that.
     void markContainsAncestor(NestedItem &item);
+    /// Whether the figures of a file may be added.
+    [[nodiscard]] bool admits(const FileStatus &status) { return sums_.admits(status); }
 
 private:
     void measureAlone();
@@ -51,6 +54,7 @@ private:
     const SubtreeSizes::Finished &finished_;
     WalkPool &pool_;
     NestedItems items_;
+    SumLimit sums_;
     std::vector<std::vector<const NestedItem *>> groups_; ///< the item of each path
 
     std::mutex lock_;                    ///< protects the changing fields of items, and the next two
@@ -66,7 +70,8 @@ public:
 
     void enter(FolderHandle, const std::string &, int) override { bytes_ = begun_ = 0; }
     void file(FolderHandle, std::string_view, const FileStatus &status) override {
-        bytes_ = checkedAdd(bytes_, status.allocatedBytes);
+        if (run_.admits(status))
+            bytes_ = checkedAdd(bytes_, status.allocatedBytes);
     }
     std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
                                           std::string_view name, bool canBeEntered) override;

@@ -37,6 +37,8 @@ void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileSta
     if (status.linkCount > 1 && status.kind == FileKind::regularFile &&
         !state_.inodes.insert(status.identity.device, status.identity.inode))
         return;
+    if (!state_.sums.admits(status))
+        return noStatus(folder);
     const std::int64_t size = status.allocatedBytes;
     unpublishedBytes_ = checkedAdd(unpublishedBytes_, size);
     if (++unpublishedFiles_ == publishEvery)

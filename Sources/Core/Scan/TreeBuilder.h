@@ -4,6 +4,7 @@
 #include "Core/Scan/InodeSet.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Core/Scan/ScanStats.h"
+#include "Core/Scan/SumLimit.h"
 #include "Platform/DirectoryWalk.h"
 
 #include <memory>
@@ -24,6 +25,7 @@ struct ScanState {
     const SkipList skipped;
     ScanStats &stats;
     InodeSet inodes;
+    SumLimit sums;
 
     std::mutex lock;                               ///< protects the two sets
     std::unordered_set<const FSNode *> unentered;  ///< folders that a cancelled scan did not reach

@@ -1,7 +1,10 @@
 #include "Platform/Linux/BlockDevice.h"
 
+#include "Platform/FileContents.h"
+
 #include <filesystem>
-#include <fstream>
+#include <optional>
+#include <string>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <system_error>
@@ -13,6 +16,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int deepestStack = 8;
+
+constexpr std::size_t longestAttribute = 16; // of a device, in bytes
 
 /// Decodes a name of the device manager, which writes unsafe bytes as "\x" and two digits.
 std::string unescapedLabel(const std::string &name) {
@@ -70,12 +75,12 @@ std::optional<bool> isInternalDevice(const std::string &device) {
     folder = lowestDevice(folder);
     if (fs::exists(folder / "partition", error))
         folder = folder.parent_path();
-    char removable = '0';
-    std::ifstream(folder / "removable") >> removable;
     const std::string &path = folder.native();
+    const bool isRemovable =
+        contentsOfFile(path + "/removable", longestAttribute).value_or("0").starts_with('1');
     // A disk in a USB case reports itself as not removable.
     const bool isPluggedIn = path.find("/usb") != std::string::npos || path.find("/fw") != std::string::npos;
-    return removable == '0' && !isPluggedIn;
+    return !isRemovable && !isPluggedIn;
 }
 
 } // namespace brimvale

@@ -1,10 +1,10 @@
 #include "Platform/Linux/MountTable.h"
 
 #include "Base/FileURL.h"
+#include "Platform/FileContents.h"
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <iterator>
 #include <optional>
 #include <sstream>
@@ -46,6 +46,9 @@ constexpr std::array<std::string_view, 30> distantTypes = {"9p",
                                                            "smbfs",
                                                            "vboxsf",
                                                            "virtiofs"};
+
+/// The kernel limits a mount table to 100,000 lines (fs.mount-max), which are rarely longer than 300 bytes.
+constexpr std::size_t longestTable = 256 * 1024 * 1024;
 
 /// Local storage whose source is no block device.
 constexpr std::array<std::string_view, 2> pooledTypes = {"zfs", "bcachefs"};
@@ -150,8 +153,7 @@ std::vector<Mount> mountsIn(std::string_view table) {
 }
 
 std::vector<Mount> currentMounts() {
-    std::ifstream file("/proc/self/mountinfo", std::ios::binary);
-    return mountsIn(std::string(std::istreambuf_iterator<char>(file), {}));
+    return mountsIn(contentsOfFile("/proc/self/mountinfo", longestTable).value_or(""));
 }
 
 StorageKind storageKind(const Mount &mount) {

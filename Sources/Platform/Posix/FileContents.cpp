@@ -2,6 +2,7 @@
 
 #include "Platform/Posix/ShortPath.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,12 +12,16 @@ namespace brimvale {
 
 namespace {
 
+constexpr std::size_t pieceSize = 65'536;
+
 /// Up to `mostBytes` bytes; nothing on failure.
 std::optional<std::string> readUpTo(int descriptor, std::size_t mostBytes) {
-    std::string contents(mostBytes, '\0');
+    std::string contents;
     std::size_t length = 0;
     while (length < mostBytes) {
-        const ssize_t count = ::read(descriptor, contents.data() + length, mostBytes - length);
+        if (length == contents.size())
+            contents.resize(std::min(std::max(2 * length, pieceSize), mostBytes));
+        const ssize_t count = ::read(descriptor, contents.data() + length, contents.size() - length);
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)

@@ -1,6 +1,5 @@
 #include "Platform/FileStatus.h"
 
-#include "Base/Bytes.h"
 #include "Platform/Posix/ShortPath.h"
 #include "Platform/Posix/Status.h"
 
@@ -18,6 +17,14 @@ std::optional<Date> modificationTime(const struct stat &record) {
     return Date(std::chrono::seconds(record.st_mtime));
 }
 
+/// POSIX counts allocation in blocks of this many bytes (<sys/stat.h>, st_blocks).
+constexpr std::int64_t blockSize = 512;
+
+bool areBelieved(std::int64_t length, std::int64_t blocks) {
+    return length >= 0 && length <= mostBelievedBytes && blocks >= 0 &&
+           blocks <= mostBelievedBytes / blockSize;
+}
+
 } // namespace
 
 FileStatus statusOf(const struct stat &record) {
@@ -26,8 +33,11 @@ FileStatus statusOf(const struct stat &record) {
                   : S_ISREG(record.st_mode) ? FileKind::regularFile
                                             : FileKind::other;
     status.isDataless = isDataless(record);
-    status.allocatedBytes = bytesOfBlocks(record.st_blocks);
-    status.length = record.st_size;
+    status.isMeasurable = areBelieved(record.st_size, record.st_blocks);
+    if (status.isMeasurable) {
+        status.allocatedBytes = record.st_blocks * blockSize;
+        status.length = record.st_size;
+    }
     status.linkCount = record.st_nlink;
     status.identity = {static_cast<std::uint64_t>(record.st_dev), record.st_ino};
     status.modified = modificationTime(record);

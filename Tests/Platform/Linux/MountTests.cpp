@@ -1,23 +1,38 @@
 #include "Core/Removal/RemovalGuards.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/SubtreeSizes.h"
+#include "Platform/FileStatus.h"
 #include "Platform/Mounts.h"
 #include "Support/ChildProcess.h"
 #include "Support/OwnMounts.h"
 #include "Support/ReferenceScan.h"
 #include "Support/TemporaryFolder.h"
 
+#include <cstdint>
 #include <gmock/gmock.h>
+#include <limits>
 #include <sys/mount.h>
+#include <thread>
+#include <unistd.h>
 
 namespace brimvale {
 
 using testing::describe;
 using testing::mountAlsoAt;
+using testing::mountEndless;
 using testing::mountMemory;
 using testing::ownMounts;
 using testing::referenceScan;
 using testing::TemporaryFolder;
+
+namespace {
+
+/// Makes an empty file of that length.
+void makeSparse(const TemporaryFolder &folder, const std::string &name, std::int64_t length) {
+    ASSERT_EQ(truncate(folder.makeFile(name).c_str(), length), 0);
+}
+
+} // namespace
 
 TEST(Mounts, ScanEntersOnlyMountsDirectlyInRoot) {
     const TemporaryFolder folder;
@@ -142,6 +157,83 @@ TEST(Mounts, PseudoMountIsHiddenByAMountOverIt) {
         if (!mountMemory(trigger))
             GTEST_SKIP() << "mounting is not permitted here";
         EXPECT_THAT(pseudoMountPoints(), ::testing::Not(::testing::Contains(trigger)));
+    });
+}
+
+TEST(Mounts, ScanOfEndlessFolderCanBeStopped) {
+    const TemporaryFolder folder;
+    const std::string root = folder.makeFolder("root");
+    testing::inChild([&] {
+        if (!ownMounts() || !mountEndless(root))
+            GTEST_SKIP() << "mounting is not permitted here";
+        alarm(60);
+        EXPECT_EQ(DiskScanner::quickSize(root + "/file 7", {}), 0);
+        ScanOptions options;
+        options.skippedPaths = {root + "/file 900", root + "/file 100000000"};
+        ScanStats stats;
+        std::thread user([&] {
+            while (stats.unreadable() < 100)
+                std::this_thread::yield();
+            stats.cancel();
+        });
+        const auto tree = DiskScanner::scan(root, options, stats);
+        user.join();
+        EXPECT_GE(tree->children().size(), 100U);
+        EXPECT_EQ(tree->size, 0);
+
+        // Cancelled at once, it only shows what is skipped, unless that is far away.
+        const auto skipped = DiskScanner::scan(root, options, stats);
+        ASSERT_EQ(skipped->children().size(), 1U);
+        EXPECT_EQ(skipped->children().front()->name, "file 900");
+    });
+}
+
+// Anyone can make empty files whose lengths no 64 bits can add up.
+TEST(Mounts, LengthsThatNoVolumeHoldsAreUnreadable) {
+    const TemporaryFolder folder;
+    folder.makeFolder("memory");
+    testing::inChild([&] {
+        if (!ownMounts() || !mountMemory(folder.path("memory")))
+            GTEST_SKIP() << "mounting is not permitted here";
+        constexpr std::int64_t longest = std::numeric_limits<std::int64_t>::max();
+        for (const char *name : {"memory/a", "memory/b", "memory/sub/a", "memory/sub/b", "memory/sub/c"})
+            makeSparse(folder, name, longest);
+        folder.makeFile("memory/sub/file", 5000);
+        for (const int workers : {0, 3}) {
+            WalkPool pool(workers);
+            ScanStats stats;
+            const auto tree = DiskScanner::scan(folder.path("memory"), {}, stats, pool);
+            EXPECT_EQ(stats.unreadable(), 5);
+            EXPECT_EQ(tree->fileCount, 1);
+            EXPECT_EQ(tree->logicalSize, 5000);
+            EXPECT_EQ(tree->children().size(), 3U);
+            for (const auto &child : tree->children())
+                EXPECT_TRUE(child->unreadable) << child->name;
+        }
+        const auto same = DiskScanner::scan(folder.path("memory/a"), {}, *std::make_unique<ScanStats>());
+        EXPECT_TRUE(same->unreadable && same->logicalSize == 0);
+
+        // Each of these is possible alone.
+        for (int i = 0; i < 200; ++i)
+            makeSparse(folder, "memory/many/" + std::to_string(i % 3) + "/" + std::to_string(i),
+                       mostBelievedBytes / 2);
+        ScanStats stats;
+        const auto many = DiskScanner::scan(folder.path("memory/many"), {}, stats);
+        EXPECT_EQ(many->fileCount, 2);
+        EXPECT_EQ(many->logicalSize, mostBelievedBytes);
+        EXPECT_EQ(stats.unreadable(), 198);
+        EXPECT_EQ(DiskScanner::quickSize(folder.path("memory"), {}),
+                  DiskScanner::quickSize(folder.path("memory/sub/file"), {}));
+    });
+}
+
+TEST(Mounts, UnreadableTableIsEmpty) {
+    testing::inChild([] {
+        // At its beginning, the memory of a process cannot be read.
+        if (!ownMounts() || !mountAlsoAt("/proc/self/mem", "/proc/self/mountinfo"))
+            GTEST_SKIP() << "mounting is not permitted here";
+        EXPECT_TRUE(pseudoMountPoints().empty());
+        EXPECT_FALSE(ScanOptions::standard().skippedPaths.empty());
     });
 }
 
