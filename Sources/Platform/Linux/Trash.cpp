@@ -2,6 +2,7 @@
 
 #include "Base/Text.h"
 #include "Platform/Linux/FileOperation.h"
+#include "Platform/Linux/TrashError.h"
 #include "Platform/Linux/TrashFolder.h"
 
 #include <algorithm>
@@ -144,19 +145,15 @@ int reasonToStay(const Descriptor &parent, const std::string &name) {
     return mayBe ? 0 : errno;
 }
 
-/// Whether the error describes the volume better than "it has no Trash".
-bool isOfVolume(int error) {
-    return error == ENOSPC || error == EDQUOT || error == EROFS;
-}
-
 } // namespace
 
 std::optional<FileError> moveToTrash(const FileURL &item) {
-    const auto failure = [&](int error) { return fileError(FileOperation::trash, item, error); };
+    Descriptor parent;
+    const auto failure = [&](int error) { return trashError(item, parent, error); };
     if (!item.namesEntry())
         return failure(EINVAL);
     const std::string name(item.fileName());
-    const Descriptor parent = openParentFolder(item);
+    parent = openParentFolder(item);
     if (!parent.isOpen())
         return failure(errno);
     if (const int error = reasonToStay(parent, name); error != 0)
@@ -166,16 +163,13 @@ std::optional<FileError> moveToTrash(const FileURL &item) {
         return failure(errno);
 
     const TrashFolder trash = TrashFolder::forItemsAt(way);
-    const auto noTrash = [&] { return noTrashError(item, pathOf(way.top)); };
     if (!trash.isOpen())
-        return isOfVolume(trash.error) ? failure(trash.error) : noTrash();
+        return meansNoTrash(trash.error) ? noTrashError(item, pathOf(way.top)) : failure(trash.error);
     // Items in the Trash and folders of the Trash itself are not moved.
     if (std::find(way.folders.begin(), way.folders.end(), trash.identity) != way.folders.end())
         return failure(EINVAL);
     const std::string path = originalPath(item, parent, way, trash.isInHome);
     const int error = moveInto(trash, parent, name, infoText(path));
-    if (error == EXDEV)
-        return noTrash();
     return error == 0 ? std::nullopt : std::optional(failure(error));
 }
 

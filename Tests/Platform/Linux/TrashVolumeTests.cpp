@@ -1,11 +1,15 @@
 #include "Platform/Linux/TrashScene.h"
+#include "Platform/Trash.h"
 #include "Support/OwnMounts.h"
 #include "Support/TreeListing.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace brimvale {
@@ -86,6 +90,44 @@ TEST(Trash, RefusesTrashFolderOfAnotherUser) {
         EXPECT_EQ(outcome(folder.makeFile("volume/file")), "3328");
         EXPECT_TRUE(isThere(volume + "/file"));
         EXPECT_THAT(listing(prepared), ElementsAre("/files: folder"));
+    });
+}
+
+TEST(Trash, TellsWhyAnItemStays) {
+    inHome([](const TemporaryFolder &folder) {
+        const std::string memory = folder.makeFolder("memory"), overlay = folder.makeFolder("overlay");
+        const auto reason = [](const std::string &path) {
+            const auto error = moveToTrash(FileURL(path));
+            return error ? error->localizedDescription : "trashed";
+        };
+        if (!ownMounts() || !mountMemory(memory))
+            GTEST_SKIP() << "mounting is not permitted here";
+        EXPECT_EQ(
+            reason(memory),
+            "“memory” couldn’t be moved to the trash because it is in use or a volume is mounted there.");
+        folder.makeFile("memory/lower/item/file");
+        folder.makeFolder("memory/upper");
+        folder.makeFolder("memory/work");
+        const std::string layers = "redirect_dir=off,lowerdir=" + memory + "/lower,upperdir=" + memory +
+                                   "/upper,workdir=" + memory + "/work";
+        if (mount("overlay", overlay.c_str(), "overlay", 0, layers.c_str()) != 0)
+            GTEST_SKIP() << "there is no overlay here";
+        EXPECT_EQ(outcome(overlay + "/item"), over(512, EXDEV));
+        EXPECT_EQ(reason(overlay + "/item"), "“item” couldn’t be moved to the trash because it is in a lower "
+                                             "layer of the file system, which can’t move it.");
+        EXPECT_TRUE(isThere(overlay + "/item/file"));
+        EXPECT_THAT(originalPaths(overlay + "/.Trash-" + std::to_string(geteuid())), IsEmpty());
+
+        // A Trash that cannot be looked at now is there all the same.
+        const std::string file = folder.makeFile("memory/file");
+        const int last = open("/dev/null", O_RDONLY | O_CLOEXEC);
+        rlimit usual{};
+        getrlimit(RLIMIT_NOFILE, &usual);
+        const rlimit few{static_cast<rlim_t>(last) + 3, usual.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &few);
+        EXPECT_EQ(outcome(file), over(512, EMFILE));
+        EXPECT_EQ(reason(file), "“file” couldn’t be moved to the trash because too many files are open.");
+        setrlimit(RLIMIT_NOFILE, &usual);
     });
 }
 
