@@ -1,5 +1,6 @@
 #include "Base/Diagnostics.h"
 #include "Base/Version.h"
+#include "Platform/FileSizeLimit.h"
 #include "Platform/SystemLog.h"
 #include "Views/Window/Application.h"
 #include "Views/Window/Launch.h"
@@ -12,6 +13,7 @@
 int main(int argc, char **argv) {
     using namespace brimvale;
     setDiagnosticLog(writeToSystemLog);
+    failAtFileSizeLimit();
     const std::span<const char *const> words(argv, static_cast<std::size_t>(argc));
     const auto read = Launch::read(words.subspan(1), version);
     if (const auto *refusal = std::get_if<Launch::Refusal>(&read)) {

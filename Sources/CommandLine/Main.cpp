@@ -4,6 +4,7 @@
 #include "CommandLine/Help.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
+#include "Platform/FileSizeLimit.h"
 #include "Platform/Host.h"
 #include "Platform/SystemLog.h"
 
@@ -68,6 +69,7 @@ ExitStatus runProgram(std::span<const char *const> words, Output &output) {
 int main(int argc, char **argv) {
     setDiagnosticLog(writeToSystemLog);
     occupyStandardStreams();
+    failAtFileSizeLimit();
     const std::span<const char *const> words(argv, static_cast<std::size_t>(argc));
     Output output(stdout);
     ExitStatus status = runProgram(words.subspan(std::min<std::size_t>(1, words.size())), output);

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace brimvale::testing {
@@ -28,6 +29,25 @@ TEST(Output, WriteFailureIsAnError) {
         EXPECT_EQ(full.status, 1) << arguments.front();
         EXPECT_EQ(full.err, "brimvalectl: standard output: No space left on device\n");
     }
+}
+
+TEST(Output, LimitOnFileSizesIsAnError) {
+    const TemporaryFolder folder;
+    folder.makeFile("file");
+    const Outcome outcome =
+        runProgram({"treemap", folder.path(), "--width=9", "--height=9", "--svg", folder.path("svg")}, [] {
+            const rlimit small{64, 64};
+            setrlimit(RLIMIT_FSIZE, &small);
+            dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
+        });
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_FALSE(std::filesystem::exists(folder.path("svg")));
+    const Outcome printed = runProgram({"--help"}, [] {
+        const rlimit small{64, 64};
+        setrlimit(RLIMIT_FSIZE, &small);
+    });
+    EXPECT_EQ(printed.status, 1);
+    EXPECT_EQ(printed.err, "brimvalectl: standard output: File too large\n");
 }
 
 } // namespace brimvale::testing
