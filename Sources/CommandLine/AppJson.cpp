@@ -9,7 +9,7 @@ namespace {
 
 void writeApp(JsonWriter &json, const InstalledApp &app) {
     json.beginObject();
-    json.member("url", app.url.path());
+    json.path("url", app.url.path());
     json.member("name", app.name);
     json.member("bundleID", app.bundleID);
     json.member("version", app.version);
@@ -36,7 +36,7 @@ void writeLeftovers(JsonWriter &json, const std::vector<LeftoverItem> &items) {
     json.beginArray();
     for (const LeftoverItem &item : items) {
         json.beginObject();
-        json.member("url", item.url.path());
+        json.path("url", item.url.path());
         json.member("category", item.category);
         json.member("confidence", item.confidence == MatchConfidence::exact ? "exact" : "likely");
         json.member("size", item.size);

@@ -29,21 +29,16 @@ void writeCopy(Output &output, std::string_view size, std::string_view name) {
 }
 
 void writeURL(JsonWriter &json, std::string_view name, const std::optional<FileURL> &url) {
-    json.member(name, url ? std::optional(url->path()) : std::nullopt);
-}
-
-void writeURLs(JsonWriter &json, std::string_view name, const std::vector<FileURL> &urls) {
-    json.key(name);
-    json.beginArray();
-    for (const FileURL &url : urls)
-        json.value(url.path());
-    json.end();
+    if (url)
+        json.path(name, url->path());
+    else
+        json.member(name, std::optional<std::string>());
 }
 
 void writeItem(JsonWriter &json, const ArchivedItem &item) {
     json.beginObject();
-    json.member("source", item.source.path());
-    json.member("destination", item.destination.path());
+    json.path("source", item.source.path());
+    json.path("destination", item.destination.path());
     json.member("originalBytes", item.originalBytes);
     json.member("copiedBytes", item.copiedBytes);
     json.end();
@@ -78,15 +73,18 @@ void printBackup(Output &output, const ArchiveResult &result) {
 }
 
 void printBackupDocument(Output &output, const ArchiveResult &result) {
+    std::vector<FileURL> differing;
+    for (const DifferingEntry &entry : result.differing)
+        differing.push_back(entry.url);
     JsonWriter json(output);
     json.beginObject();
     writeURL(json, "destination", result.destination);
-    writeURLs(json, "copied", result.copied);
+    json.paths("copied", result.copied);
     json.key("failed");
     json.beginArray();
     for (const auto &[source, reason] : result.failed) {
         json.beginObject();
-        json.member("url", source.path());
+        json.path("url", source.path());
         json.member("reason", reason);
         json.end();
     }
@@ -98,11 +96,7 @@ void printBackupDocument(Output &output, const ArchiveResult &result) {
         writeItem(json, item);
     json.end();
     writeURL(json, "readableExport", result.readableExport);
-    json.key("differing");
-    json.beginArray();
-    for (const DifferingEntry &entry : result.differing)
-        json.value(entry.url.path());
-    json.end();
+    json.paths("differing", differing);
     writeURL(json, "manifest", result.manifest);
     writeLines(json, "remarks", result.remarks);
     json.member("isCancelled", result.isCancelled);
@@ -124,11 +118,11 @@ void printVerification(Output &output, const BackupManifest::Verification &verif
 void printVerificationDocument(Output &output, const BackupManifest::Verification &verification) {
     JsonWriter json(output);
     json.beginObject();
-    writeLines(json, "missing", verification.missing);
-    writeLines(json, "changed", verification.changed);
-    writeLines(json, "extra", verification.extra);
-    writeLines(json, "unreadable", verification.unreadable);
-    writeLines(json, "otherModes", verification.otherModes);
+    json.paths("missing", verification.missing);
+    json.paths("changed", verification.changed);
+    json.paths("extra", verification.extra);
+    json.paths("unreadable", verification.unreadable);
+    json.paths("otherModes", verification.otherModes);
     json.member("verified", static_cast<std::int64_t>(verification.verified));
     json.member("isCancelled", verification.isCancelled);
     json.end();

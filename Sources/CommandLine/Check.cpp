@@ -2,31 +2,39 @@
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/JsonWriter.h"
+#include "CommandLine/PathOperands.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Removal/Remover.h"
 
+#include <array>
 #include <optional>
 #include <string>
-#include <string_view>
+#include <variant>
+#include <vector>
 
 namespace brimvale::commandLine {
 
 namespace {
 
+constexpr std::array checkOptions = {hexOption, from0Option};
+
 void writeElement(JsonWriter &json, const FileURL &url, const std::optional<std::string> &reason) {
     json.beginObject();
-    json.member("url", url.path());
+    json.path("url", url.path());
     json.member("reason", reason);
     json.end();
 }
 
 ExitStatus runCheck(const Arguments &arguments, Output &output) {
+    const auto given = givenPaths(arguments, checkCommand);
+    if (const auto *wrong = std::get_if<ExitStatus>(&given))
+        return *wrong;
     const bool isJson = arguments.has("--json");
     JsonWriter json(output);
     if (isJson)
         json.beginArray();
     ExitStatus status = ExitStatus::done;
-    for (const std::string_view typed : arguments.operands()) {
+    for (const std::string &typed : std::get<std::vector<std::string>>(given)) {
         const Result<FileURL> place = placeToRemove(typed);
         if (const auto *error = std::get_if<FileError>(&place)) {
             printPathError(typed, *error);
@@ -52,7 +60,8 @@ ExitStatus runCheck(const Arguments &arguments, Output &output) {
 constinit const Command checkCommand = {
     .name = "check",
     .operands = "PATH…",
-    .operandCount = {.minimum = 1},
+    .operandCount = {},
+    .options = checkOptions,
     .summary = "Tells whether each path may be removed at all.",
     .help = "\nPrints a line for each path, in their order: \"ok\", or the reason why it is never removed. "
             "Whether\n"

@@ -1,8 +1,10 @@
 #include "CommandLine/JsonWriter.h"
 
+#include "Base/Hex.h"
 #include "Base/Text.h"
 #include "CommandLine/Decimal.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -36,6 +38,11 @@ std::string escape(std::string_view character) {
         constexpr std::string_view digits = "0123456789abcdef";
         return {'\\', 'u', '0', '0', digits[byte >> 4], digits[byte & 0xF]};
     }
+}
+
+/// The member for the digits of the path in the member `name`.
+std::string hexName(std::string_view name) {
+    return (name == "url" ? "path" : std::string(name)) + "Hex";
 }
 
 } // namespace
@@ -90,6 +97,31 @@ void JsonWriter::value(bool truth) {
 void JsonWriter::null() {
     separate();
     output_.write("null");
+}
+
+void JsonWriter::path(std::string_view name, std::string_view bytes) {
+    member(name, bytes);
+    if (!isValidUtf8(bytes))
+        member(hexName(name), hexString(bytes));
+}
+
+void JsonWriter::writePaths(std::string_view name, const std::vector<std::string_view> &all) {
+    key(name);
+    beginArray();
+    for (const std::string_view bytes : all)
+        value(bytes);
+    end();
+    if (std::all_of(all.begin(), all.end(), isValidUtf8))
+        return;
+    key(hexName(name));
+    beginArray();
+    for (const std::string_view bytes : all) {
+        if (isValidUtf8(bytes))
+            null();
+        else
+            value(hexString(bytes));
+    }
+    end();
 }
 
 /// Writes the comma before the next value, if one is needed.

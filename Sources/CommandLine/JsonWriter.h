@@ -1,11 +1,13 @@
 #pragma once
 
+#include "Base/FileURL.h"
 #include "CommandLine/Output.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace brimvale::commandLine {
 
@@ -51,7 +53,25 @@ public:
             null();
     }
 
+    /// A member that is a path or the name of a file. If its bytes are not UTF-8, a member with their
+    /// hexadecimal digits follows: "pathHex" after "path" and "url", "nameHex" after "name", and so on.
+    void path(std::string_view name, std::string_view bytes);
+
+    /// A member that is an array of paths (`FileURL` or bytes). If one of them is not UTF-8, an array of the
+    /// same length follows, such as "copiedHex" after "copied": its digits for such a path, null for others.
+    template<class Path>
+    void paths(std::string_view name, const std::vector<Path> &all) {
+        std::vector<std::string_view> bytes;
+        for (const Path &one : all)
+            bytes.push_back(bytesOf(one));
+        writePaths(name, bytes);
+    }
+
 private:
+    static std::string_view bytesOf(const FileURL &url) { return url.path(); }
+    static std::string_view bytesOf(const std::string &bytes) { return bytes; }
+
+    void writePaths(std::string_view name, const std::vector<std::string_view> &all);
     void begin(char bracket);
     void separate();
     void writeText(std::string_view text);

@@ -23,14 +23,6 @@ void writeDate(JsonWriter &json, std::string_view name, const std::optional<Date
     json.member(name, date ? std::optional(iso8601(*date)) : std::nullopt);
 }
 
-void writeTexts(JsonWriter &json, std::string_view name, const std::vector<std::string> &texts) {
-    json.key(name);
-    json.beginArray();
-    for (const std::string &text : texts)
-        json.value(text);
-    json.end();
-}
-
 /// The members of each kind of action, after its case.
 struct ActionWriter {
     JsonWriter &json;
@@ -52,7 +44,7 @@ struct ActionWriter {
 
 void writeRecord(JsonWriter &json, const VolumeInfo &volume) {
     json.beginObject();
-    json.member("url", volume.url.path());
+    json.path("url", volume.url.path());
     json.member("name", volume.name);
     json.member("totalCapacity", volume.totalCapacity);
     json.member("availableForImportantUsage", volume.availableForImportantUsage);
@@ -71,7 +63,7 @@ void writeRecord(JsonWriter &json, const LocalSnapshot &snapshot) {
 
 void writeRecord(JsonWriter &json, const CleanupEntry &entry) {
     json.beginObject();
-    json.member("url", entry.url.path());
+    json.path("url", entry.url.path());
     json.member("size", entry.size);
     writeDate(json, "modified", entry.modified);
     json.member("isFolder", entry.isFolder);
@@ -84,7 +76,7 @@ void writeRecord(JsonWriter &json, const CleanupTarget &target) {
     json.member("title", target.title);
     json.member("detail", target.detail);
     json.member("risk", nameOf(target.risk));
-    writeTexts(json, "roots", target.roots);
+    json.paths("roots", target.roots);
     json.member("contentsOnly", target.contentsOnly);
     json.key("entries");
     writeRecords(json, target.entries);
@@ -99,7 +91,7 @@ void writeRecord(JsonWriter &json, const StorageCategory &category) {
     json.member("symbol", category.symbol);
     json.member("colorName", category.colorName);
     json.member("detail", category.detail);
-    writeTexts(json, "roots", category.roots);
+    json.paths("roots", category.roots);
     json.member("listsContents", category.listsContents);
     json.member("risk", nameOf(category.risk));
     json.member("measurement",

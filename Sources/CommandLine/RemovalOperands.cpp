@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <string_view>
 #include <system_error>
 #include <unordered_map>
 
@@ -38,7 +37,7 @@ bool goesWithAnother(const FileURL &place, std::size_t operand, const Places &ad
 
 } // namespace
 
-std::optional<RemovalOperands> RemovalOperands::from(std::span<const char *const> typed) {
+std::optional<RemovalOperands> RemovalOperands::from(const std::vector<std::string> &given) {
     struct Operand {
         FileURL url;
         FileURL place;
@@ -46,7 +45,7 @@ std::optional<RemovalOperands> RemovalOperands::from(std::span<const char *const
     };
     std::vector<Operand> operands;
     Places admittedPlaces;
-    for (const std::string_view path : typed) {
+    for (const std::string &path : given) {
         const Result<FileURL> resolved = placeToRemove(path);
         if (const auto *error = std::get_if<FileError>(&resolved)) {
             printPathError(path, *error);

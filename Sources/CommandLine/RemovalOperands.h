@@ -3,7 +3,7 @@
 #include "Base/FileURL.h"
 
 #include <optional>
-#include <span>
+#include <string>
 #include <vector>
 
 namespace brimvale::commandLine {
@@ -15,7 +15,7 @@ struct RemovalOperands {
 
     /// Reads the paths. A path is left out if another allowed path names the same item or one of its
     /// ancestors. If a path cannot be resolved, reports that on standard error and returns nothing.
-    [[nodiscard]] static std::optional<RemovalOperands> from(std::span<const char *const> typed);
+    [[nodiscard]] static std::optional<RemovalOperands> from(const std::vector<std::string> &given);
 };
 
 } // namespace brimvale::commandLine

@@ -2,6 +2,8 @@
 
 #include "CommandLine/Interruption.h"
 #include "CommandLine/JsonWriter.h"
+#include "CommandLine/PathOperands.h"
+#include "CommandLine/Question.h"
 #include "CommandLine/RemovalOperands.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
@@ -17,6 +19,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <variant>
 #include <vector>
 
 namespace brimvale::commandLine {
@@ -28,6 +31,8 @@ constexpr std::array removeOptions = {
     Option{.name = "--as-admin",
            .help = "Delete for good as the administrator; the system asks for the password."},
     Option{.name = "--yes", .help = "Do not ask."},
+    hexOption,
+    from0Option,
 };
 
 enum class Route { trash, deletion, administrator };
@@ -76,29 +81,21 @@ RemovalResult removeBy(Route route, const std::vector<FileURL> &urls,
     return measured ? Remover::remove(*measured, mode, &progress) : Remover::remove(urls, mode, &progress);
 }
 
-void writeUrls(JsonWriter &json, std::string_view key, const std::vector<FileURL> &urls) {
-    json.key(key);
-    json.beginArray();
-    for (const FileURL &url : urls)
-        json.value(url.path());
-    json.end();
-}
-
 void writeResult(Output &output, const RemovalResult &result) {
     JsonWriter json(output);
     json.beginObject();
-    writeUrls(json, "succeeded", result.succeeded);
+    json.paths("succeeded", result.succeeded);
     json.key("failed");
     json.beginArray();
     for (const RemovalResult::Failure &failure : result.failed) {
         json.beginObject();
-        json.member("url", failure.url.path());
+        json.path("url", failure.url.path());
         json.member("reason", failure.reason);
         json.end();
     }
     json.end();
     json.member("bytesFreed", result.bytesFreed);
-    writeUrls(json, "needsAdmin", result.needsAdmin);
+    json.paths("needsAdmin", result.needsAdmin);
     json.end();
 }
 
@@ -127,10 +124,15 @@ ExitStatus endUnbegun(Output &output, bool isJson, ExitStatus status) {
 
 ExitStatus runRemove(const Arguments &arguments, Output &output) {
     const bool asks = !arguments.has("--yes");
-    if (asks && !canAsk())
+    const AskedOn terminal =
+        arguments.has(from0Option.name) ? AskedOn::controllingTerminal : AskedOn::standardStreams;
+    if (asks && !canAsk(terminal))
         return refuseUsage("without a terminal to ask on, nothing is removed unless \"--yes\" is given",
                            &removeCommand);
-    const std::optional<RemovalOperands> operands = RemovalOperands::from(arguments.operands());
+    const auto given = givenPaths(arguments, removeCommand);
+    if (const auto *status = std::get_if<ExitStatus>(&given))
+        return *status;
+    const auto operands = RemovalOperands::from(std::get<std::vector<std::string>>(given));
     if (!operands)
         return ExitStatus::failed;
 
@@ -145,7 +147,7 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
         }
         if (progress.cancelled.isSet())
             return endUnbegun(output, isJson, ExitStatus::interrupted);
-        if (!confirm(question(*operands, *entries, route)))
+        if (!confirm(question(*operands, *entries, route), terminal))
             return endUnbegun(output, isJson, ExitStatus::failed);
     }
 
@@ -165,7 +167,7 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
 constinit const Command removeCommand = {
     .name = "remove",
     .operands = "PATH…",
-    .operandCount = {.minimum = 1},
+    .operandCount = {},
     .options = removeOptions,
     .summary = "Moves what is at each path to the Trash, or deletes it.",
     .help =
@@ -174,7 +176,8 @@ constinit const Command removeCommand = {
         "--yes is needed. What \"check\" refuses is never removed. A link is removed itself, not what it "
         "leads\n"
         "to. A path inside another one that is removed goes with it. Space that the Trash holds comes back\n"
-        "when it is emptied. Ctrl-C stops, and tells what was removed until then.\n",
+        "when it is emptied. Ctrl-C stops, and tells what was removed until then.\n"
+        "With --from0, the question is asked on the terminal that the program was started from.\n",
     .run = runRemove,
 };
 

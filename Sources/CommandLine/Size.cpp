@@ -3,20 +3,25 @@
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/JsonWriter.h"
+#include "CommandLine/PathOperands.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Text/Formatting.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <variant>
+#include <vector>
 
 namespace brimvale::commandLine {
 
 namespace {
+
+constexpr std::array sizeOptions = {hexOption, from0Option};
 
 /// Prints the measured paths one after another, as a table or as a JSON array.
 class Report {
@@ -29,7 +34,7 @@ public:
     void add(std::string_view typed, const std::string &path, std::int64_t size, bool isSkipped) {
         if (isJson_) {
             json_.beginObject();
-            json_.member("path", path);
+            json_.path("path", path);
             json_.member("size", size);
             json_.end();
             return;
@@ -75,12 +80,15 @@ std::optional<FileError> measureOperand(std::string_view typed, const ScanOption
 }
 
 ExitStatus runSize(const Arguments &arguments, Output &output) {
+    const auto given = givenPaths(arguments, sizeCommand);
+    if (const auto *wrong = std::get_if<ExitStatus>(&given))
+        return *wrong;
     const ScanOptions scanOptions = ScanOptions::standard();
     const StopFlag cancelled;
     const Interruption interruption(cancelled);
     Report report(output, arguments.has("--json"));
     ExitStatus status = ExitStatus::done;
-    for (const std::string_view typed : arguments.operands()) {
+    for (const std::string &typed : std::get<std::vector<std::string>>(given)) {
         if (cancelled.isSet())
             break;
         if (const std::optional<FileError> fault = measureOperand(typed, scanOptions, cancelled, report)) {
@@ -97,7 +105,8 @@ ExitStatus runSize(const Arguments &arguments, Output &output) {
 constinit const Command sizeCommand = {
     .name = "size",
     .operands = "PATH…",
-    .operandCount = {.minimum = 1},
+    .operandCount = {},
+    .options = sizeOptions,
     .summary = "Prints the allocated size of each path.",
     .help = "\nA link counts itself, and a file with several names counts once a name. Other volumes and\n"
             "system-managed folders are not entered.\n",

@@ -1,7 +1,5 @@
 #include "CommandLine/StandardStreams.h"
 
-#include "Base/Text.h"
-
 #include <cstdio>
 #include <fcntl.h>
 #include <string>
@@ -19,24 +17,6 @@ void occupyStandardStreams() {
 void printError(std::string_view sentence) {
     const std::string line = "brimvalectl: " + std::string(sentence) + "\n";
     std::fwrite(line.data(), 1, line.size(), stderr);
-}
-
-bool canAsk() {
-    return isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
-}
-
-bool confirm(std::string_view question) {
-    const std::string prompt = std::string(question) + " [y/N] ";
-    std::fwrite(prompt.data(), 1, prompt.size(), stderr);
-    std::fflush(stderr);
-    std::string answer;
-    int character = std::getchar();
-    for (; character != EOF && character != '\n'; character = std::getchar())
-        if (character != ' ')
-            answer += lowered(static_cast<char>(character));
-    if (character == EOF)
-        std::fputs("\n", stderr);
-    return answer == "y" || answer == "yes";
 }
 
 } // namespace brimvale::commandLine

@@ -15,9 +15,9 @@ struct OpenNode {
 };
 
 void writeMembers(JsonWriter &json, const FSNode &node, bool isRoot) {
-    json.member("name", node.name);
+    json.path("name", node.name);
     if (isRoot)
-        json.member("path", node.path());
+        json.path("path", node.path());
     json.member("isDirectory", node.isDirectory);
     json.member("size", node.size);
     json.member("logicalSize", node.logicalSize);

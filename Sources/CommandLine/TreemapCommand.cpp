@@ -62,8 +62,8 @@ void writeTreemap(Output &output, const std::vector<TreemapTile> &tiles) {
     json.beginArray();
     for (const TreemapTile &tile : tiles) {
         json.beginObject();
-        json.member("name", tile.node->name);
-        json.member("path", tile.node->path());
+        json.path("name", tile.node->name);
+        json.path("path", tile.node->path());
         json.member("size", tile.node->size);
         json.member("fraction", tile.fraction);
         json.member("x", tile.rect.x);

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <poll.h>
 #include <stdexcept>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
@@ -110,6 +111,16 @@ std::function<void()> pending(int signal) {
     };
 }
 
+std::function<void()> withInput(const std::string &bytes) {
+    return [bytes] {
+        std::FILE *file = std::tmpfile();
+        require(file != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size(),
+                "tmpfile");
+        std::rewind(file);
+        dup2(fileno(file), STDIN_FILENO);
+    };
+}
+
 QJsonDocument jsonIn(const Outcome &outcome) {
     return QJsonDocument::fromJson(QByteArray::fromStdString(outcome.out));
 }
@@ -145,13 +156,25 @@ void Terminal::type(std::string_view text) const {
     require(write(controller_, text.data(), text.size()) == static_cast<ssize_t>(text.size()), "write");
 }
 
+void Terminal::answer(std::string_view question, std::string_view text) {
+    constexpr int patience = 20'000; // milliseconds
+    pollfd controller{.fd = controller_, .events = POLLIN, .revents = 0};
+    while (!seen_.ends_with(question) && poll(&controller, 1, patience) == 1) {
+        std::array<char, 4096> part{};
+        const ssize_t count = read(controller_, part.data(), part.size());
+        if (count <= 0)
+            return; // the program has ended
+        seen_.append(part.data(), static_cast<std::size_t>(count));
+    }
+    type(text);
+}
+
 std::string Terminal::written() {
     close(std::exchange(device_, -1));
-    std::string content;
     std::array<char, 4096> part{};
     for (ssize_t count = 0; (count = read(controller_, part.data(), part.size())) > 0;)
-        content.append(part.data(), static_cast<std::size_t>(count));
-    return content;
+        seen_.append(part.data(), static_cast<std::size_t>(count));
+    return seen_;
 }
 
 } // namespace brimvale::testing

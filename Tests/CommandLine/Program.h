@@ -30,10 +30,12 @@ struct Outcome {
                                              const std::vector<std::string> &arguments);
 
 // What a program may find when it starts, for `prepare`: the folder that it is in, which is the user's home
-// as well, and a signal that is waiting as soon as it listens, that is before the first entry.
+// as well, and a signal that is waiting as soon as it listens, that is before the first entry; and a file as
+// standard input.
 [[nodiscard]] std::function<void()> inFolder(const std::string &path);
 [[nodiscard]] std::function<void()> inHome(const std::string &path);
 [[nodiscard]] std::function<void()> pending(int signal);
+[[nodiscard]] std::function<void()> withInput(const std::string &bytes);
 
 /// The document that a program printed.
 [[nodiscard]] QJsonDocument jsonIn(const Outcome &outcome);
@@ -55,6 +57,10 @@ public:
     /// Types a few words, which the next reader of the device gets.
     void type(std::string_view text) const;
 
+    /// Waits until `question` is the end of what has been written, and types the answer then. Nothing is
+    /// typed once the program that had this terminal as its own has ended.
+    void answer(std::string_view question, std::string_view text);
+
     /// All that has been written (a few thousand bytes at most), once every other holder of the device has
     /// closed it. The device is closed here.
     [[nodiscard]] std::string written();
@@ -62,6 +68,7 @@ public:
 private:
     int controller_;
     int device_;
+    std::string seen_; ///< what has been read back
 };
 
 } // namespace brimvale::testing

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace brimvale::testing {
@@ -29,14 +30,20 @@ Paths inventory(const std::string &folder) {
     return paths;
 }
 
-/// Runs the program on a terminal on which the answer has been typed ahead; answers what stood there.
-Outcome runOnTerminal(const std::vector<std::string> &arguments, std::string_view answer) {
+/// Runs the program on a terminal and answers its question, if one is expected.
+Outcome runOnTerminal(const std::vector<std::string> &arguments, std::string_view answer,
+                      std::string_view typedAhead = "") {
     Terminal terminal;
-    terminal.type(answer);
+    terminal.type(typedAhead);
+    std::thread user([&] {
+        if (!answer.empty())
+            terminal.answer(" [y/N] ", answer);
+    });
     Outcome outcome = runProgram(arguments, [&] {
         dup2(terminal.device(), STDIN_FILENO);
         dup2(terminal.device(), STDERR_FILENO);
     });
+    user.join();
     outcome.err = terminal.written();
     return outcome;
 }
@@ -157,6 +164,14 @@ TEST(Remove, AsksOnATerminal) {
     const Outcome outcome = runOnTerminal(command, "Yes\n");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_TRUE(inventory(folder.path()).empty());
+}
+
+TEST(Remove, AnswersTypedAheadDoNotCount) {
+    const TemporaryFolder folder;
+    const std::string file = folder.makeFile("file", 5'000);
+    const Outcome outcome = runOnTerminal({"remove", "--delete", file}, "n\n", "y\ny\nyes\n");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(std::filesystem::exists(file));
 }
 
 TEST(Remove, QuestionCountsOnlyAllowedItems) {
