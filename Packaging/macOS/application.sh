@@ -111,14 +111,15 @@ check_signature() {
         echo 'Without SIGNING_IDENTITY the application is signed for this Mac only.' >&2
         return
     fi
-    # Installed copies refuse updates from any other team.
-    team=$(sed -n 's/.*"TeamIdentifier=\(.*\)".*/\1/p' "$top/Sources/Core/Update/UpdateStaging.cpp")
-    [ -n "$team" ] || end 'which team installed copies take updates from is not to be found in UpdateStaging.cpp.'
+    # Installed copies refuse updates from any other team, so this checks what they check.
+    team=$(sed -n 's/.*"TeamIdentifier=\(.*\)".*/\1/p' "$top/Sources/Core/Update/SigningTeam.h")
+    [ -n "$team" ] || end 'the team from which installed copies take updates is not in SigningTeam.h.'
     signed=$(codesign -dv "$app" 2>&1) || end "$signed"
-    case $signed in
-        *"TeamIdentifier=$team"*) ;;
-        *) end "SIGNING_IDENTITY is not one of team $team, and installed copies take updates from no other." ;;
-    esac
+    # Not anywhere in the text, because the paths in it can have any name.
+    [ "$(printf '%s\n' "$signed" | sed -n '/^TeamIdentifier=/h; ${g;p;}')" = "TeamIdentifier=$team" ] &&
+        codesign --verify --deep --strict \
+            -R "=anchor apple generic and certificate leaf[subject.OU] = \"$team\"" "$app" ||
+        end "SIGNING_IDENTITY is not one of team $team, and installed copies take updates from no other."
 }
 
 main "$@"

@@ -16,6 +16,9 @@ namespace brimvale {
 /// Whether it exists and is reported writable; of a folder, whether entries can be made in it and removed.
 [[nodiscard]] bool isReportedWritable(const std::string &path);
 
+/// Whether it exists and is reported executable; of a folder, whether it can be entered.
+[[nodiscard]] bool isReportedExecutable(const std::string &path);
+
 /// Whether it opens for reading. It is closed at once; a pipe does not block the call.
 [[nodiscard]] bool opensForReading(const std::string &path);
 

@@ -1,6 +1,7 @@
 #include "Support/StandInTools.h"
 
 #include "Core/Text/Shell.h"
+#include "Support/PropertyLists.h"
 
 #include <QByteArray>
 #include <QCryptographicHash>
@@ -22,7 +23,7 @@ esac
 )sh";
 
 // An application is whole when its last file is there. Says nothing about one that is not, and prints the
-// details to standard error.
+// details to standard error. The certificate is from the system's maker if it names a team.
 constexpr std::string_view codesign = R"sh(
 case $1 in
     -dv)
@@ -30,8 +31,15 @@ case $1 in
         printf 'TeamIdentifier=%s\n' "$(cat "$2/Contents/team")" >&2
         ;;
     --verify)
-        for app; do :; done
-        [ -e "$app/Contents/last" ]
+        requirement= before=
+        for app; do
+            [ "$before" != -R ] || requirement=$app
+            before=$app
+        done
+        [ -e "$app/Contents/last" ] || exit 1
+        team=$(cat "$app/Contents/team")
+        [ -z "$requirement" ] ||
+            [ "$requirement" = "=anchor apple generic and certificate leaf[subject.OU] = \"$team\"" ] || exit 3
         ;;
 esac
 )sh";
@@ -43,6 +51,10 @@ std::string makeApp(const TemporaryFolder &folder, std::string_view inside, cons
     folder.makeScript(path + "/Contents/MacOS/" + app.executable, "exit 0");
     folder.writeFile(path + "/Contents/content", app.content);
     folder.writeFile(path + "/Contents/team", app.team);
+    BundleInfo info;
+    info.identifier = app.identifier;
+    info.version = app.build;
+    folder.writeFile(path + "/Contents/Info.plist", infoPlist(info));
     if (app.isWhole)
         folder.makeFile(path + "/Contents/last");
     return folder.path(path);

@@ -14,6 +14,8 @@ struct SampleApp {
     std::string content = "new"; ///< what tells it from others
     std::string team = "QK4M7ZP2TX";
     std::string executable = "Brimvale";
+    std::string identifier = "example.brimvale.Brimvale";
+    std::string build = "42";
     bool isWhole = true;
 };
 

@@ -15,6 +15,7 @@ UpdateScene::UpdateScene() {
             {"notes", "New."}};
     environment.feedURL = server.url("/appcast.json");
     environment.bundle = {.url = FileURL(makeApp(folder, "My Applications/Brimvale.app", {.content = "old"})),
+                          .identifier = "example.brimvale.Brimvale",
                           .version = "1.4.1",
                           .build = "41"};
     environment.canInstallItself = true;

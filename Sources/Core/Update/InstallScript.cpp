@@ -1,10 +1,26 @@
 #include "Core/Update/InstallScript.h"
 
+#include "Core/Update/SigningTeam.h"
+
+#include <string_view>
+
 namespace brimvale {
 
 namespace {
 
-/// The body of the script; the paths are defined before it.
+/// Opens the log, around the line that does so.
+constexpr const char *beforeLog = R"sh(
+# Everybody can put something at the place of the log: a link would lead the messages into another file, a pipe
+# would stop this script. So the log is used only if it is new or an ordinary file of this user. Nobody else can
+# replace such a file there. The update matters more than its log.
+[ -e "$log" ] || [ -L "$log" ] || (set -C; : >"$log") 2>/dev/null
+if [ -n "$(find "$log" -prune -type f -links 1 -user "$(id -u)" 2>/dev/null)" ] && (: >>"$log") 2>/dev/null; then
+)sh";
+constexpr const char *afterLog = R"sh(
+fi
+)sh";
+
+/// The body of the script.
 constexpr const char *steps = R"(
 printf '%s\n' "--- $(date) update starting: $current <- $staged"
 
@@ -36,6 +52,14 @@ if ! codesign --verify --strict "$staged"; then
     echo "ABORT: staged signature invalid, installed app untouched"
     exit 1
 fi
+if ! codesign --verify --deep --strict -R "$requirement" "$staged"; then
+    echo "ABORT: staged copy signed by someone else, installed app untouched"
+    exit 1
+fi
+
+# From the first move on, nothing but the end of the machine may stop this script halfway: not the end of the
+# session, and not a log that cannot be written.
+trap '' HUP INT TERM PIPE
 
 # A backup from an earlier update is stale by now. Where it cannot be removed, the move would put the installed
 # copy inside it, where nobody looks for it.
@@ -61,6 +85,9 @@ fi
 if ! codesign --verify --strict "$current"; then
     echo "FAIL: signature invalid after copy"
     ok=0
+elif ! codesign --verify --deep --strict -R "$requirement" "$current"; then
+    echo "FAIL: signed by someone else after copy"
+    ok=0
 fi
 
 if [ "$ok" -ne 1 ]; then
@@ -84,35 +111,20 @@ echo "OK: updated, relaunching"
 open "$current"
 )";
 
-std::string singleQuoted(const std::string &text) {
-    return "'" + text + "'";
+std::string variable(std::string_view name, std::string_view value) {
+    return std::string(name) + "='" + std::string(value) + "'\n";
 }
 
 } // namespace
 
 std::string installScript(const Installation &installation) {
-    const std::string log = singleQuoted(installation.log.path());
-    return "# The log may belong to another account. The update matters more than what is written about it.\n"
-           "(: >>" +
-           log +
-           ") 2>/dev/null &&\n"
-           "exec >>" +
-           log +
-           " 2>&1\n"
-           "staged=" +
-           singleQuoted(installation.staged.path()) +
-           "\n"
-           "current=" +
-           singleQuoted(installation.current.path()) +
-           "\n"
-           "staging=" +
-           singleQuoted(installation.staged.parent().path()) +
-           "\n"
-           "executable=" +
-           singleQuoted(installation.executable) +
-           "\n"
-           "process=" +
-           std::to_string(installation.process) + "\n" + steps;
+    const std::string &log = installation.log.path();
+    return variable("log", log) + variable("staged", installation.staged.path()) +
+           variable("current", installation.current.path()) +
+           variable("staging", installation.staged.parent().path()) +
+           variable("executable", installation.executable) + variable("requirement", teamRequirement) +
+           "process=" + std::to_string(installation.process) + "\n" + beforeLog + "    exec >>'" + log +
+           "' 2>&1" + afterLog + steps;
 }
 
 } // namespace brimvale

@@ -31,6 +31,21 @@ std::optional<UpdateFailure> refusalOfQuotes(const FileURL &url) {
                          "update manually.");
 }
 
+/// The script finds the program by the name of the installed bundle, and could only give up where that is not
+/// the program's own. This is found out while the application still runs.
+std::optional<UpdateFailure> refusalOfNames(const FileURL &staged, const FileURL &current) {
+    if (!itemExists(current.path()))
+        return UpdateFailure("The app is no longer at " + current.path() +
+                             ". Quit it, open it from its new place, and update again.");
+    if (isReportedExecutable(staged.appending(executableIn(current)).path()))
+        return std::nullopt;
+    if (executableIn(staged) == executableIn(current))
+        return UpdateFailure("The downloaded copy is damaged. Download the update again.");
+    return UpdateFailure("The app was renamed to " + std::string(current.fileName()) +
+                         ", so the update cannot replace it. Quit it, name it " +
+                         std::string(staged.fileName()) + ", open it, and update again.");
+}
+
 } // namespace
 
 UpdateResult<Installation> prepareInstallation(const std::optional<FileURL> &staged, const FileURL &current,
@@ -55,6 +70,8 @@ UpdateResult<Installation> prepareInstallation(const std::optional<FileURL> &sta
     if (!isReportedWritable(folder))
         return UpdateFailure(folder + " is not writable by this account. Move the app somewhere you own, or "
                                       "install the update manually.");
+    if (const auto refusal = refusalOfNames(*staged, target))
+        return *refusal;
     return Installation{*staged, target, executableIn(target), process, scriptLog};
 }
 

@@ -1,6 +1,9 @@
 #include "Core/Update/UpdateStaging.h"
 
 #include "Core/Text/Shell.h"
+#include "Core/Update/SigningTeam.h"
+#include "Core/Update/UpdateManifest.h"
+#include "Platform/Bundle.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Folder.h"
 
@@ -8,14 +11,13 @@
 #include <QDir>
 #include <QFile>
 #include <QUuid>
-#include <cerrno>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace brimvale {
 
 namespace {
-
-/// From the certificate that signs the program's releases.
-constexpr const char *ownTeam = "TeamIdentifier=QK4M7ZP2TX";
 
 UpdateResult<std::string> sha256Of(const FileURL &file, const Tools &tools) {
     const auto result = Shell::runWithStatus(tools.shasum, {"-a", "256", file.path()});
@@ -73,31 +75,61 @@ UpdateResult<FileURL> unpack(const FileURL &archive, const FileURL &temporaryFol
     return UpdateError::unpackFailed;
 }
 
+/// Names are part of what codesign prints, even over several lines, and anybody chooses those. The line that
+/// it prints itself comes after them.
+bool saysOwnTeam(const std::string &details) {
+    constexpr std::string_view begin = "\nTeamIdentifier=";
+    const std::string lines = "\n" + details + "\n";
+    const std::size_t last = lines.rfind(begin);
+    if (details.find(teamLine) == std::string::npos || last == std::string::npos)
+        return false;
+    return lines.substr(last + 1, lines.find('\n', last + 1) - last - 1) == teamLine;
+}
+
 std::optional<UpdateFailure> verifySignature(const FileURL &app, const Tools &tools) {
-    const auto verified =
-        Shell::runWithStatus(tools.codesign, {"--verify", "--deep", "--strict", app.path()});
-    if (!verified || !verified->hasSucceeded())
+    const auto verifies = [&](std::vector<std::string> options) {
+        options.push_back(app.path());
+        const auto result = Shell::runWithStatus(tools.codesign, options);
+        return result && result->hasSucceeded();
+    };
+    if (!verifies({"--verify", "--deep", "--strict"}))
         return UpdateError::signatureInvalid;
     // The tool prints the details to its standard error.
     const auto details = Shell::runWithStatus(tools.codesign, {"-dv", app.path()}, StandardError::withOutput);
     if (!details || !details->hasSucceeded() || details->output.empty())
         return UpdateError::signatureInvalid;
-    if (details->output.find(ownTeam) == std::string::npos)
+    if (!saysOwnTeam(details->output) ||
+        !verifies({"--verify", "--deep", "--strict", "-R", std::string(teamRequirement)}))
         return UpdateError::wrongTeam;
+    return std::nullopt;
+}
+
+/// An older release and another program of the same team are validly signed, too.
+std::optional<UpdateFailure> verifyRelease(const FileURL &app, const ExpectedRelease &expected) {
+    const BundleInfo info = bundleInfo(app).value_or(BundleInfo{});
+    if (!info.identifier || info.identifier != expected.identifier)
+        return UpdateFailure("The downloaded app is a different program and was discarded.");
+    if (const std::int64_t build = buildNumber(info.version); build != expected.build)
+        return UpdateFailure("The downloaded app is build " + std::to_string(build) + ", but build " +
+                             std::to_string(expected.build) + " was announced. It was discarded.");
     return std::nullopt;
 }
 
 } // namespace
 
-UpdateResult<FileURL> stageUpdate(const FileURL &archive, const std::optional<std::string> &sha256,
+UpdateResult<FileURL> stageUpdate(const FileURL &archive, const ExpectedRelease &expected,
                                   const FileURL &temporaryFolder, const Tools &tools) {
-    if (sha256)
-        if (const auto failure = verifyChecksum(archive, *sha256, tools))
+    if (expected.sha256)
+        if (const auto failure = verifyChecksum(archive, *expected.sha256, tools))
             return *failure;
     auto unpacked = unpack(archive, temporaryFolder, tools);
-    if (const auto *app = std::get_if<FileURL>(&unpacked))
-        if (const auto failure = verifySignature(*app, tools))
-            return *failure;
+    const auto *app = std::get_if<FileURL>(&unpacked);
+    if (app == nullptr)
+        return unpacked;
+    if (const auto failure = verifySignature(*app, tools))
+        return *failure;
+    if (const auto failure = verifyRelease(*app, expected))
+        return *failure;
     return unpacked;
 }
 

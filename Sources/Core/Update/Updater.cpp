@@ -12,8 +12,17 @@
 
 namespace brimvale {
 
+namespace {
+
+/// For the parser of property lists.
+constexpr unsigned stackSize = 8 * 1024 * 1024;
+
+} // namespace
+
 Updater::Updater(UpdateEnvironment environment, QObject *parent)
-    : QObject(parent), environment_(std::move(environment)) {}
+    : QObject(parent), environment_(std::move(environment)) {
+    workers_.setStackSize(stackSize);
+}
 
 Updater::~Updater() {
     workers_.waitForDone();
@@ -74,18 +83,19 @@ void Updater::downloadAndStage() {
     downloadArchive(
         network(), manifest.url, environment_.archiveLimits, environment_.temporaryFolder, this,
         [this](double progress) { state.set(updateState::Downloading{progress}); },
-        [this, sha256 = manifest.sha256](const auto &downloaded) { stage(downloaded, sha256); });
+        [this, expected = ExpectedRelease{manifest.sha256, environment_.bundle.identifier, manifest.build}](
+            const auto &downloaded) { stage(downloaded, expected); });
 }
 
 void Updater::stage(const UpdateResult<std::shared_ptr<DownloadedArchive>> &downloaded,
-                    const std::optional<std::string> &sha256) {
+                    const ExpectedRelease &expected) {
     if (const auto *failure = std::get_if<UpdateFailure>(&downloaded))
         return fail(*failure);
     inBackground(
         workers_, this,
-        [archive = std::get<std::shared_ptr<DownloadedArchive>>(downloaded), sha256,
+        [archive = std::get<std::shared_ptr<DownloadedArchive>>(downloaded), expected,
          folder = environment_.temporaryFolder, tools = environment_.tools] {
-            auto result = stageUpdate(archive->url(), sha256, folder, tools);
+            auto result = stageUpdate(archive->url(), expected, folder, tools);
             archive->remove();
             return result;
         },

@@ -20,6 +20,7 @@ class QNetworkAccessManager;
 namespace brimvale {
 
 class DownloadedArchive;
+struct ExpectedRelease;
 
 /// Keeps the application up to date: checks the feed, downloads, verifies and stages a newer build, and
 /// starts the script that installs it. Stages only what is verified. Belongs to the main thread and never
@@ -84,7 +85,7 @@ public:
 private:
     void conclude(const UpdateResult<UpdateManifest> &fetched, bool silent);
     void stage(const UpdateResult<std::shared_ptr<DownloadedArchive>> &downloaded,
-               const std::optional<std::string> &sha256);
+               const ExpectedRelease &expected);
     void finishStaging(const UpdateResult<FileURL> &result);
     void fail(const UpdateFailure &failure);
     QNetworkAccessManager &network();

@@ -31,6 +31,10 @@ bool isReportedWritable(const std::string &path) {
     return isReportedAccessible(path, W_OK);
 }
 
+bool isReportedExecutable(const std::string &path) {
+    return isReportedAccessible(path, X_OK);
+}
+
 bool opensForReading(const std::string &path) {
     const int descriptor = withShortPath(path, [](int parent, const char *rest) {
         return openat(parent, rest, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);

@@ -41,8 +41,10 @@ FileURL locationOf(CFBundleRef bundle) {
 MainBundle mainBundle() {
     const CFBundleRef bundle = CFBundleGetMainBundle();
     if (bundle == nullptr)
-        return {.url = FileURL("/"), .version = std::nullopt, .build = std::nullopt};
+        return {
+            .url = FileURL("/"), .identifier = std::nullopt, .version = std::nullopt, .build = std::nullopt};
     return {.url = locationOf(bundle),
+            .identifier = textOf(bundle, CFSTR("CFBundleIdentifier")),
             .version = textOf(bundle, CFSTR("CFBundleShortVersionString")),
             .build = textOf(bundle, CFSTR("CFBundleVersion"))};
 }

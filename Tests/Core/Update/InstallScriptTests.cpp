@@ -4,11 +4,15 @@
 #include "Support/StandInTools.h"
 #include "Support/TemporaryFolder.h"
 
+#include <chrono>
 #include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <future>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -66,8 +70,10 @@ struct Scene {
     }
 
     [[nodiscard]] Lines linesOf(const std::string &file) const {
-        std::ifstream stream(folder.path(file));
         Lines lines;
+        if (!fs::is_regular_file(folder.path(file))) // a pipe would block
+            return lines;
+        std::ifstream stream(folder.path(file));
         for (std::string line; std::getline(stream, line);)
             lines.push_back(line);
         return lines;
@@ -136,11 +142,67 @@ TEST(InstallScript, AddsToTheLogAndGoesOnWithoutOne) {
     EXPECT_EQ(log[0], "earlier");
     EXPECT_THAT(log[1], ::testing::StartsWith("--- "));
     EXPECT_THAT(log[1], ::testing::HasSubstr(" update starting: " + scene.current + " <- "));
+}
 
-    Scene withoutLog;
-    withoutLog.installation.log = FileURL(withoutLog.folder.makeFolder("no file"));
-    EXPECT_EQ(withoutLog.run().status, 0);
-    EXPECT_EQ(workingContent(withoutLog.current), "new");
+TEST(InstallScript, UsesNoLogThatOthersCouldHavePutThere) {
+    struct Case {
+        std::string name;
+        std::function<void(const Scene &, const std::string &log)> make;
+    };
+    for (const Case &one : {
+             Case{"a folder", [](const Scene &, const std::string &log) { fs::create_directory(log); }},
+             Case{"a link",
+                  [](const Scene &scene, const std::string &log) {
+                      fs::create_symlink(scene.folder.path("kept"), log);
+                  }},
+             Case{"a link to nothing",
+                  [](const Scene &scene, const std::string &log) {
+                      fs::create_symlink(scene.folder.path("made"), log);
+                  }},
+             Case{"a second name",
+                  [](const Scene &scene, const std::string &log) {
+                      fs::create_hard_link(scene.folder.path("kept"), log);
+                  }},
+             Case{"a pipe", [](const Scene &, const std::string &log) { mkfifo(log.c_str(), 0666); }},
+             Case{"the file of another user",
+                  [](const Scene &, const std::string &log) {
+                      std::ofstream(log) << "";
+                      if (geteuid() == 0)
+                          static_cast<void>(chown(log.c_str(), 65534, 65534));
+                      else
+                          fs::permissions(log, fs::perms::none);
+                  }},
+         }) {
+        const Scene scene;
+        const std::string log = scene.installation.log.path();
+        scene.folder.writeFile("kept", "content");
+        one.make(scene, log);
+        auto running = std::async(std::launch::async, [&] { return scene.run(); });
+        EXPECT_EQ(running.wait_for(std::chrono::seconds(20)), std::future_status::ready) << one.name;
+        while (running.wait_for(std::chrono::milliseconds(10)) != std::future_status::ready)
+            close(open(log.c_str(), O_RDONLY | O_NONBLOCK)); // so a script that waits for a reader ends
+        EXPECT_EQ(running.get().status, 0) << one.name;
+        EXPECT_EQ(workingContent(scene.current), "new") << one.name;
+        EXPECT_EQ(testing::contentOf(scene.folder.path("kept")), "content") << one.name;
+        EXPECT_FALSE(fs::exists(scene.folder.path("made"))) << one.name;
+        std::error_code error;
+        EXPECT_TRUE(!fs::is_regular_file(log, error) || fs::file_size(log) <= 7) << one.name;
+    }
+}
+
+TEST(InstallScript, IsNotStoppedBySignalsFromTheFirstMoveOn) {
+    for (const std::string signal : {"HUP", "INT", "TERM", "PIPE"}) {
+        const Scene scene;
+        scene.meddle("rm", ": >\"$folder/moving\"");
+        for (const std::string tool : {"mv", "ditto", "codesign", "xattr", "rm", "open"})
+            scene.meddle(tool,
+                         "[ ! -e \"$folder/moving\" ] || kill -" + signal + " \"$(cat \"$folder/pid\")\" $$");
+        const Outcome outcome = scene.run();
+        EXPECT_EQ(outcome.status, 0) << signal;
+        EXPECT_EQ(outcome.log, (Lines{"ditto exit=0", "OK: updated, relaunching"})) << signal;
+        EXPECT_EQ(workingContent(scene.current), "new") << signal;
+        EXPECT_FALSE(fs::exists(scene.backup)) << signal;
+    }
 }
 
 TEST(InstallScript, WaitsForTheApplicationToExit) {
@@ -194,6 +256,8 @@ TEST(InstallScript, LeavesAWorkingApplicationHoweverItFails) {
          {"ABORT: staged copy has no executable, installed app untouched"}},
         {[](const Scene &scene) { fs::remove(scene.staged + "/Contents/last"); },
          {"ABORT: staged signature invalid, installed app untouched"}},
+        {[](const Scene &scene) { std::ofstream(scene.staged + "/Contents/team") << "ABCDEFGHIJ"; },
+         {"ABORT: staged copy signed by someone else, installed app untouched"}},
         {[](const Scene &scene) { scene.meddle("mv", "exit 1"); },
          {"FAIL: could not move the old bundle aside"}},
         {[](const Scene &scene) {
@@ -212,6 +276,11 @@ TEST(InstallScript, LeavesAWorkingApplicationHoweverItFails) {
              scene.meddle("ditto", "\"$folder/tools/honest-ditto\" \"$@\"; rm \"$2/Contents/last\"; exit 28");
          },
          {"ditto exit=28", "FAIL: signature invalid after copy", "restoring backup", "restored"}},
+        {[](const Scene &scene) {
+             scene.meddle("ditto",
+                          "\"$folder/tools/honest-ditto\" \"$@\"; echo X >\"$2/Contents/team\"; exit 0");
+         },
+         {"ditto exit=0", "FAIL: signed by someone else after copy", "restoring backup", "restored"}},
         {[](const Scene &scene) {
              scene.meddle("ditto", copyWithoutExecutable);
              scene.meddle("mv", "case $1 in *.old) exit 1 ;; esac");
@@ -255,7 +324,7 @@ TEST(InstallScript, LeavesAWorkingApplicationWhereverItIsInterrupted) {
                     << "halfway: " << isHalfway << ", " << ::testing::PrintToString(scene.linesOf("steps"));
             } while (!outcome.status && step < 20);
             EXPECT_EQ(outcome.status, fails ? 1 : 0);
-            EXPECT_EQ(step, fails ? 9 : 10) << "one more than the script starts tools";
+            EXPECT_EQ(step, fails ? 11 : 12) << "one more than the script starts tools";
         }
 }
 

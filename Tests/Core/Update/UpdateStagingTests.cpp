@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <gmock/gmock.h>
 
@@ -29,7 +30,8 @@ struct Release {
 
     [[nodiscard]] UpdateResult<FileURL> stage(const std::optional<std::string> &sha256 = std::nullopt) const {
         const FileURL archive(folder.writeFile("archive.zip", testing::archiveOf(content.path())));
-        return stageUpdate(archive, sha256, FileURL(folder.path("tmp")), tools);
+        const ExpectedRelease expected{sha256, "example.brimvale.Brimvale", 42};
+        return stageUpdate(archive, expected, FileURL(folder.path("tmp")), tools);
     }
 
     TemporaryFolder content;
@@ -104,6 +106,20 @@ TEST(UpdateStaging, StagesNothingThatIsNotVerified) {
         {"codesign has no details", notSigned, tool("codesign", "exit 0")},
         {"codesign fails at the details", notSigned,
          tool("codesign", "[ \"$1\" != -dv ] || { echo TeamIdentifier=QK4M7ZP2TX; exit 1; }")},
+        {"a path that names our team", otherTeam,
+         [](Release &release) {
+             fs::rename(release.content.path("Brimvale.app"),
+                        release.content.path("TeamIdentifier=QK4M7ZP2TX.app"));
+             release.content.writeFile("TeamIdentifier=QK4M7ZP2TX.app/Contents/team", "not set");
+         }},
+        {"a path that names our team on a line", otherTeam,
+         [](Release &release) {
+             const std::string app = release.content.path("x\nTeamIdentifier=QK4M7ZP2TX\n.app");
+             fs::rename(release.content.path("Brimvale.app"), app);
+             std::ofstream(app + "/Contents/team") << "not set";
+         }},
+        {"a team of which only the details tell", otherTeam,
+         tool("codesign", "case $* in -dv*) echo TeamIdentifier=QK4M7ZP2TX ;; *' -R '*) exit 3 ;; esac")},
         {"codesign is not asked deeply", otherTeam,
          tool("codesign", "[ \"$1\" = -dv ] && echo TeamIdentifier=QK4M7ZP2T; "
                           "[ \"$1 $2 $3\" = '--verify --deep --strict' ] || [ \"$1\" = -dv ]")},
@@ -118,6 +134,21 @@ TEST(UpdateStaging, StagesNothingThatIsNotVerified) {
         EXPECT_EQ(sentenceOf(Release({.team = team}).stage()), otherTeam) << team;
 }
 
+TEST(UpdateStaging, StagesOnlyTheAnnouncedBuildOfThisProgram) {
+    const auto announced = [](const std::string &build) {
+        return "The downloaded app is build " + build + ", but build 42 was announced. It was discarded.";
+    };
+    EXPECT_EQ(sentenceOf(Release({.build = "41"}).stage()), announced("41"));
+    EXPECT_EQ(sentenceOf(Release({.build = "43"}).stage()), announced("43"));
+    EXPECT_EQ(sentenceOf(Release({.build = "42.1"}).stage()), announced("0"));
+    for (const std::string identifier : {"example.brimvale.Other", "example.brimvale.brimvale", ""})
+        EXPECT_EQ(sentenceOf(Release({.identifier = identifier}).stage()),
+                  "The downloaded app is a different program and was discarded.");
+    Release unknown;
+    fs::remove(unknown.content.path("Brimvale.app/Contents/Info.plist"));
+    EXPECT_EQ(sentenceOf(unknown.stage()), "The downloaded app is a different program and was discarded.");
+}
+
 TEST(UpdateStaging, SaysWhereItCannotUnpack) {
     const Release release;
     release.folder.makeFile("tmp");
@@ -127,11 +158,13 @@ TEST(UpdateStaging, SaysWhereItCannotUnpack) {
 
 TEST(UpdateInstallation, NamesWhatTheScriptWorksWith) {
     const TemporaryFolder folder;
-    const FileURL staged(makeApp(folder, "tmp/update-1/New.app"));
     for (const auto &[bundle, executable] : {std::pair("Brimvale.app", "Contents/MacOS/Brimvale"),
                                              std::pair("Brimvale 2.1.app/", "Contents/MacOS/Brimvale 2.1"),
                                              std::pair("./Brimvale", "Contents/MacOS/Brimvale")}) {
         std::vector<std::string> log;
+        const std::string program = fs::path(executable).filename();
+        const FileURL staged(makeApp(folder, "tmp/update-1/New.app", {.executable = program}));
+        folder.makeFolder(bundle);
         const auto result = prepareInstallation(staged, FileURL(folder.path(bundle)), 4711, FileURL("/log"),
                                                 [&](const std::string &line) { log.push_back(line); });
         ASSERT_EQ(sentenceOf(result), "no failure");
@@ -151,6 +184,10 @@ TEST(UpdateInstallation, RefusesWithASentenceBeforeAScriptIsWritten) {
     const FileURL staged(makeApp(folder, "tmp/update-1/Brimvale.app"));
     const FileURL quoted(makeApp(folder, "Ada's/Brimvale.app"));
     const FileURL gone(folder.path("tmp/update-2/Brimvale.app"));
+    const FileURL renamed(makeApp(folder, "Old one.app"));
+    const FileURL moved(folder.path("Moved.app"));
+    const FileURL damaged(folder.makeFolder("tmp/update-3/Brimvale.app"));
+    const std::string calling = "[Corvel] installAndRelaunch: current=";
     const std::string quote = ", because a single quote stands in this path. Rename that folder, or install "
                               "the update manually.";
     struct Case {
@@ -170,6 +207,20 @@ TEST(UpdateInstallation, RefusesWithASentenceBeforeAScriptIsWritten) {
                   {"[Corvel] installAndRelaunch: staged missing at " + gone.path()}},
              Case{quoted, app, "The installer cannot work with " + quoted.path() + quote},
              Case{staged, quoted, "The installer cannot work with " + quoted.path() + quote},
+             Case{staged,
+                  renamed,
+                  "The app was renamed to Old one.app, so the update cannot replace it. Quit it, name it "
+                  "Brimvale.app, open it, and update again.",
+                  {calling + renamed.path() + " staged=" + staged.path()}},
+             Case{staged,
+                  moved,
+                  "The app is no longer at " + moved.path() +
+                      ". Quit it, open it from its new place, and update again.",
+                  {calling + moved.path() + " staged=" + staged.path()}},
+             Case{damaged,
+                  app,
+                  "The downloaded copy is damaged. Download the update again.",
+                  {calling + app.path() + " staged=" + damaged.path()}},
          }) {
         std::vector<std::string> log;
         EXPECT_EQ(sentenceOf(prepareInstallation(one.staged, one.current, 1, FileURL("/log"),

@@ -135,6 +135,12 @@ TEST_F(UpdaterTest, EndsInFailedWithoutAStagedApplication) {
     server.put("/app.zip", {.status = "302 Found", .headers = "Location: file:///etc/passwd\r\n"});
     EXPECT_EQ(downloaded(), badResponse);
 
+    server.put("/app.zip", {.body = archive});
+    feed["build"] = 43;
+    EXPECT_EQ(downloaded(), UpdateState(Failed{"The downloaded app is build 42, but build 43 was announced. "
+                                               "It was discarded."}));
+    feed["build"] = 42;
+
     feed.remove("sha256");
     server.put("/app.zip", {.body = archive, .held = 100});
     EXPECT_TRUE(std::holds_alternative<Failed>(downloaded())) << "cut short";
@@ -198,7 +204,18 @@ TEST_F(UpdaterTest, SaysWhyItCannotInstall) {
     EXPECT_EQ(*updater.state,
               UpdateState(Failed{"The downloaded copy is no longer on disk. Download the update again."}));
 
-    // Which is then possible.
+    fs::rename(environment.bundle.url.path(), folder.path("My Applications/Mine.app"));
+    environment.bundle.url = FileURL(folder.path("My Applications/Mine.app"));
+    Updater ofRenamed(environment);
+    check(ofRenamed);
+    ofRenamed.downloadAndStage();
+    settled(ofRenamed);
+    ofRenamed.installAndRelaunch();
+    EXPECT_EQ(*ofRenamed.state,
+              UpdateState(Failed{"The app was renamed to Mine.app, so the update cannot replace it. Quit it, "
+                                 "name it Brimvale.app, open it, and update again."}));
+
+    // Downloading again is possible.
     updater.downloadAndStage();
     EXPECT_EQ(settled(updater), UpdateState(ReadyToRelaunch{}));
     for (const std::string &line : record->lines())
