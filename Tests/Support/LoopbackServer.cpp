@@ -3,6 +3,7 @@
 #include <QHostAddress>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTimer>
 #include <map>
 #include <mutex>
 #include <stdexcept>
@@ -17,6 +18,17 @@ std::string bytesOf(const HttpAnswer &answer) {
     if (!answer.isChunked)
         bytes += "Content-Length: " + std::to_string(answer.body.size()) + "\r\n";
     return bytes + "\r\n" + answer.body.substr(0, answer.body.size() - answer.held);
+}
+
+void drip(QTcpSocket &socket, const HttpAnswer &answer) {
+    auto *timer = new QTimer(&socket);
+    const auto left = std::make_shared<std::size_t>(answer.held);
+    QObject::connect(timer, &QTimer::timeout, &socket, [&socket, timer, body = answer.body, left] {
+        socket.write(&body[body.size() - *left], 1);
+        if (--*left == 0)
+            timer->stop();
+    });
+    timer->start(answer.drip);
 }
 
 } // namespace
@@ -73,7 +85,9 @@ void LoopbackServer::accept() {
         const HttpAnswer answer = take(*head);
         const std::string bytes = bytesOf(answer);
         socket->write(bytes.data(), static_cast<qint64>(bytes.size()));
-        if (answer.hangsUp)
+        if (answer.drip.count() > 0)
+            drip(*socket, answer);
+        else if (answer.hangsUp)
             socket->disconnectFromHost();
     });
 }

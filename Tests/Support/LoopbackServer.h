@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QThread>
 #include <QUrl>
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -15,9 +16,10 @@ struct HttpAnswer {
     std::string status = "200 OK";
     std::string headers = {}; ///< whole lines, each ended by CR LF; the length of the body comes by itself
     std::string body = {};
-    bool isChunked = false; ///< told without a length
-    std::size_t held = 0;   ///< how many bytes of the body are never sent
-    bool hangsUp = true;    ///< else the connection stays open, and silent
+    bool isChunked = false;           ///< told without a length
+    std::size_t held = 0;             ///< how many bytes of the body are never sent
+    std::chrono::milliseconds drip{}; ///< above 0: the held bytes are sent one by one, so far apart
+    bool hangsUp = true;              ///< else the connection stays open, and silent
 };
 
 /// A web server on a free port of this machine, with a thread of its own, so that it answers a program that

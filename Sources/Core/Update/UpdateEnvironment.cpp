@@ -10,7 +10,8 @@ namespace brimvale {
 
 namespace {
 
-constexpr TransferLimits feedLimits{.bytes = 1024 * 1024, .silence = std::chrono::seconds(15)};
+constexpr TransferLimits feedLimits{
+    .bytes = 1024 * 1024, .silence = std::chrono::seconds(15), .whole = std::chrono::seconds(60)};
 constexpr TransferLimits archiveLimits{.bytes = qint64{2} * 1024 * 1024 * 1024,
                                        .silence = std::chrono::seconds(60)};
 

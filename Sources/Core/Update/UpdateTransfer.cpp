@@ -23,6 +23,10 @@ QNetworkRequest requestFor(const QUrl &url, const TransferLimits &limits) {
     return request;
 }
 
+UpdateFailure timeOut() {
+    return UpdateFailure("The request timed out.");
+}
+
 } // namespace
 
 bool isSafeUpdateURL(const QUrl &url) {
@@ -37,6 +41,10 @@ bool isSafeUpdateURL(const QUrl &url) {
 UpdateTransfer::UpdateTransfer(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
                                Sink sink, QObject *parent)
     : QObject(parent), network_(&network), url_(url), limits_(limits), sink_(std::move(sink)) {
+    deadline_.setSingleShot(true);
+    connect(&deadline_, &QTimer::timeout, this, [this] { finish(timeOut()); });
+    if (limits.whole)
+        deadline_.start(*limits.whole);
     if (isSafeUpdateURL(url))
         request();
     else
@@ -118,7 +126,7 @@ std::optional<UpdateFailure> UpdateTransfer::faultOfEnd() const {
         if (auto fault = faultOfHead())
             return fault;
     if (reply_->error() == QNetworkReply::OperationCanceledError)
-        return UpdateFailure("The request timed out.");
+        return timeOut();
     if (reply_->error() != QNetworkReply::NoError)
         return UpdateFailure(reply_->errorString().toStdString());
     const QVariant length = reply_->header(QNetworkRequest::ContentLengthHeader);
@@ -129,6 +137,7 @@ std::optional<UpdateFailure> UpdateTransfer::faultOfEnd() const {
 
 void UpdateTransfer::finish(const std::optional<UpdateFailure> &failure) {
     letGo();
+    deadline_.stop();
     deleteLater();
     emit finished(failure);
 }

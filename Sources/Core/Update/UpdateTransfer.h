@@ -7,6 +7,7 @@
 #include <QNetworkReply>
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 #include <QUrl>
 #include <chrono>
 #include <functional>
@@ -14,10 +15,11 @@
 
 namespace brimvale {
 
-/// How much an update server may send, and how long it may stay silent.
+/// How much an update server may send, how long it may stay silent, and how long all of it may take.
 struct TransferLimits {
     qint64 bytes = 0;
     std::chrono::milliseconds silence{};
+    std::optional<std::chrono::milliseconds> whole = {}; ///< redirections included
 };
 
 /// Whether an update may be fetched from this address: over https or, for testing, over http from this
@@ -64,6 +66,7 @@ private:
     Sink sink_;
     qint64 received_ = 0;
     QPointer<QNetworkReply> reply_;
+    QTimer deadline_;
 };
 
 } // namespace brimvale

@@ -49,16 +49,29 @@ bool Updater::systemMeets(std::string_view minimum) const {
 }
 
 void Updater::check(bool silent) {
+    if (silent && !canInstallItself())
+        return;
     if (std::holds_alternative<updateState::Checking>(*state) ||
         std::holds_alternative<updateState::Downloading>(*state) ||
         std::holds_alternative<updateState::ReadyToRelaunch>(*state))
         return;
+    const bool isOffered = std::holds_alternative<updateState::Available>(*state);
+    stateIfStopped_ = isOffered ? *state : updateState::Idle{};
+    check_ = new QObject(this);
     state.set(updateState::Checking{});
-    fetchManifest(network(), environment_.feedURL, environment_.feedLimits, this,
+    fetchManifest(network(), environment_.feedURL, environment_.feedLimits, check_,
                   [this, silent](const auto &fetched) { conclude(fetched, silent); });
 }
 
+void Updater::stopCheck() {
+    if (!std::holds_alternative<updateState::Checking>(*state))
+        return;
+    delete std::exchange(check_, nullptr);
+    state.set(stateIfStopped_);
+}
+
 void Updater::conclude(const UpdateResult<UpdateManifest> &fetched, bool silent) {
+    std::exchange(check_, nullptr)->deleteLater(); // it is still sending its last signal
     const auto endWith = [&](UpdateState loud) { state.set(silent ? updateState::Idle{} : std::move(loud)); };
     if (const auto *failure = std::get_if<UpdateFailure>(&fetched))
         return endWith(updateState::Failed{failure->localizedDescription});

@@ -71,8 +71,12 @@ public:
     [[nodiscard]] bool canInstallItself() const { return environment_.canInstallItself; }
 
     /// Checks the feed; returns at once. A silent check never ends in `UpToDate` or `Failed`. Does nothing
-    /// while another step is running, or when an update is ready.
+    /// while another step is running, or when an update is ready. A silent check also does nothing where the
+    /// package manager updates.
     void check(bool silent);
+
+    /// Stops a running check, silent or not. An update that was offered before it is offered again.
+    void stopCheck();
 
     /// Downloads, verifies and stages the available update. Does nothing if none was offered, while another
     /// step is running, or if the application does not install updates.
@@ -92,6 +96,8 @@ private:
 
     UpdateEnvironment environment_;
     QNetworkAccessManager *network_ = nullptr; ///< a child; created late, because it takes time
+    QObject *check_ = nullptr;                 ///< a child; the running check ends with it
+    UpdateState stateIfStopped_;               ///< of the running check
     bool isInstalling_ = false;
     QThreadPool workers_; ///< last, so that its work ends before other members are destroyed
 };

@@ -3,6 +3,7 @@
 #include "Core/Update/Updater.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/Metrics.h"
+#include "Views/Components/NodeName.h"
 #include "Views/Components/PageParts.h"
 #include "Views/Components/Popup.h"
 #include "Views/Components/ProgressLine.h"
@@ -42,7 +43,7 @@ UpdateView::UpdateView(Updater &updater, QWidget *parent)
       text_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)), notesCard_(new Card(this)),
       notes_(new QPlainTextEdit(notesCard_)), progress_(new ProgressLine(this)),
       lastChecked_(new TextLabel(Type::Size::caption, TextLabel::Tone::tertiary, this)),
-      action_(new QPushButton(this)) {
+      stop_(makeButton("stopCheck", u"Stop"_s, this)), action_(new QPushButton(this)) {
     setObjectName(QStringLiteral("updateWindow"));
     setAttribute(Qt::WA_DeleteOnClose);
     usePaletteOfParent(*this);
@@ -61,6 +62,7 @@ UpdateView::UpdateView(Updater &updater, QWidget *parent)
     lastChecked_->setObjectName(QStringLiteral("lastChecked"));
     action_->setObjectName(QStringLiteral("updateAction"));
     connect(action_, &QPushButton::clicked, this, &UpdateView::act);
+    connect(stop_, &QPushButton::clicked, this, &UpdateView::stop);
     arrange();
     connect(&updater_, &Updater::stateChanged, this, [this] {
         showState();
@@ -80,6 +82,7 @@ void UpdateView::arrange() {
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch(1);
+    buttons->addWidget(stop_);
     buttons->addWidget(close);
     buttons->addWidget(action_);
     auto *layout = new QVBoxLayout(this);
@@ -95,6 +98,15 @@ void UpdateView::arrange() {
     setFixedWidth(windowWidth);
 }
 
+UpdateView::Content UpdateView::offer(const updateState::Available &update, const QString &running) const {
+    const QString title = u"Version %1 is available"_s.arg(displayedText(update.version));
+    const QString notes = text(update.notes.value_or(""));
+    if (updater_.canInstallItself())
+        return {title, running, notes, u"Download and Install"_s};
+    const QString advice = u"%1 Install it with your system's package manager, or from the download page."_s;
+    return {title, advice.arg(running), notes, u"Open Download Page"_s};
+}
+
 UpdateView::Content UpdateView::content() const {
     using namespace updateState;
     const QString again = u"Check Again"_s;
@@ -104,16 +116,8 @@ UpdateView::Content UpdateView::content() const {
         return {u"Checking for updates"_s, running, {}, {}};
     if (std::holds_alternative<UpToDate>(state))
         return {u"Brimvale is up to date"_s, running, {}, again};
-    if (const auto *available = std::get_if<Available>(&state)) {
-        const QString advice =
-            updater_.canInstallItself()
-                ? running
-                : u"%1 Install it with your system's package manager, or from the download page."_s.arg(
-                      running);
-        return {u"Version %1 is available"_s.arg(text(available->version)), advice,
-                text(available->notes.value_or("")),
-                updater_.canInstallItself() ? u"Download and Install"_s : u"Open Download Page"_s};
-    }
+    if (const auto *available = std::get_if<Available>(&state))
+        return offer(*available, running);
     if (const auto *downloading = std::get_if<Downloading>(&state))
         return {u"Downloading the update"_s,
                 downloading->progress < 1 ? u"You can go on working meanwhile."_s
@@ -126,8 +130,13 @@ UpdateView::Content UpdateView::content() const {
                 {},
                 u"Install"_s};
     if (const auto *failed = std::get_if<Failed>(&state))
-        return {u"Could not update"_s, text(failed->message), {}, again};
-    return {u"Software Update"_s, running, {}, u"Check for Updates"_s};
+        return {u"Could not update"_s, displayedText(failed->message), {}, again};
+    const QString howTo =
+        u"%1 Your system updates Brimvale together with your other programs, through its software updates or package manager."_s;
+    return {u"Software Update"_s,
+            updater_.canInstallItself() ? running : howTo.arg(running),
+            {},
+            u"Check for Updates"_s};
 }
 
 void UpdateView::showState() {
@@ -143,6 +152,7 @@ void UpdateView::showState() {
 
     const auto *downloading = std::get_if<updateState::Downloading>(&*updater_.state);
     const bool isChecking = std::holds_alternative<updateState::Checking>(*updater_.state);
+    stop_->setVisible(isChecking);
     progress_->setHidden(downloading == nullptr && !isChecking);
     const bool isMeasured = downloading != nullptr && downloading->progress > 0;
     progress_->setRange(0, isMeasured ? wholeRange : 0);
@@ -165,6 +175,12 @@ void UpdateView::answer() {
     isAnswerDue_ = false;
     if (std::holds_alternative<updateState::Idle>(*updater_.state))
         updater_.check(false);
+}
+
+/// Otherwise the end of the check would start the one that the user asked for.
+void UpdateView::stop() {
+    isAnswerDue_ = false;
+    updater_.stopCheck();
 }
 
 void UpdateView::act() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Core/Update/UpdateState.h"
+
 #include <QDialog>
 
 class QPlainTextEdit;
@@ -12,8 +14,8 @@ class ProgressLine;
 class TextLabel;
 class Updater;
 
-/// The update window: the updater's state, and the button for the next step. Closing it stops nothing.
-/// Deletes itself when it is closed.
+/// The update window: the updater's state, the button for the next step, and one that stops a check. Closing
+/// it stops nothing. Deletes itself when it is closed.
 class UpdateView : public QDialog {
     Q_OBJECT
 
@@ -39,9 +41,11 @@ private:
 
     void arrange();
     [[nodiscard]] Content content() const;
+    [[nodiscard]] Content offer(const updateState::Available &update, const QString &running) const;
     void showState();
     void answer();
     void act();
+    void stop();
 
     Updater &updater_;
     bool isAnswerDue_ = false; ///< the user's check has no result yet
@@ -51,6 +55,7 @@ private:
     QPlainTextEdit *notes_;
     ProgressLine *progress_;
     TextLabel *lastChecked_;
+    QPushButton *stop_;
     QPushButton *action_;
 };
 

@@ -11,6 +11,7 @@
 #include "Views/Category/CategoryDetailView.h"
 #include "Views/Cleanup/CleanupView.h"
 #include "Views/Components/CategoryStyle.h"
+#include "Views/Components/NodeName.h"
 #include "Views/Components/Popup.h"
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/Text.h"
@@ -161,6 +162,10 @@ void ContentView::buildMenus() {
     QAction *update = help->addAction(u"Check for &Updates…"_s, this, &ContentView::checkForUpdates);
     update->setObjectName(QStringLiteral("checkForUpdates"));
     update->setMenuRole(QAction::ApplicationSpecificRole);
+    if (!updater_.canInstallItself()) {
+        QAction *howTo = help->addAction(u"&How to Update…"_s, this, &ContentView::showUpdateWindow);
+        howTo->setObjectName(QStringLiteral("howToUpdate"));
+    }
     QAction *about = help->addAction(u"&About %1"_s.arg(windowTitle()));
     about->setObjectName(QStringLiteral("about"));
     about->setMenuRole(QAction::AboutRole);
@@ -177,8 +182,11 @@ void ContentView::followModel() {
     connect(&model_.volumes, &Volumes::changed, this, showVolumes);
     connect(&model_.removals, &Removals::changed, this, showFreed);
     connect(&model_.storage, &Storage::changed, this, &ContentView::showCategorySizes);
+    connect(&updater_, &Updater::stateChanged, this, &ContentView::showUpdateLine);
+    connect(&footer, &SidebarFooter::updateAsked, this, &ContentView::showUpdateWindow);
     showVolumes();
     showFreed();
+    showUpdateLine();
 }
 
 void ContentView::showCategorySizes() {
@@ -190,14 +198,29 @@ void ContentView::showCategorySizes() {
 }
 
 void ContentView::checkForUpdates() {
+    showUpdateWindow();
+    updateWindow_->check();
+}
+
+void ContentView::showUpdateWindow() {
     if (updateWindow_ == nullptr) {
         updateWindow_ = new UpdateView(updater_, this);
         connect(updateWindow_, &UpdateView::installAsked, this, &ContentView::installUpdate);
     }
-    updateWindow_->check();
     updateWindow_->show();
     updateWindow_->raise();
     updateWindow_->activateWindow();
+}
+
+/// The line stays until the update is downloaded, also when its window has been closed.
+void ContentView::showUpdateLine() {
+    const UpdateState &state = *updater_.state;
+    QString line;
+    if (const auto *available = std::get_if<updateState::Available>(&state))
+        line = u"Version %1 is available"_s.arg(displayedText(available->version));
+    else if (std::holds_alternative<updateState::ReadyToRelaunch>(state))
+        line = u"Update ready to install"_s;
+    sidebar_->footer().setUpdate(line);
 }
 
 /// Installing quits the program, which ends running work.

@@ -58,6 +58,8 @@ private:
     void addCategoryPage(const StorageCategory &category);
     void showCategorySizes();
     void checkForUpdates();
+    void showUpdateWindow();
+    void showUpdateLine();
     void installUpdate();
     void applyTheme();
 

@@ -13,6 +13,7 @@
 #include <QEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -24,6 +25,7 @@ namespace brimvale {
 namespace {
 
 constexpr int sideMargin = 18;
+constexpr int updateIconSize = 14;
 
 void openPrivacySettings() {
     QDesktopServices::openUrl(
@@ -37,7 +39,8 @@ SidebarFooter::SidebarFooter(QWidget *parent)
       name_(new TextLabel(Type::Size::body, QFont::Medium, volume_)), bar_(new CapacityBar(volume_)),
       free_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, volume_)),
       freed_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
-      grantAccess_(new QPushButton(text(Words::current().grantAccess), this)) {
+      grantAccess_(new QPushButton(text(Words::current().grantAccess), this)),
+      update_(new QToolButton(this)) {
     setObjectName(QStringLiteral("sidebarFooter"));
     volume_->setObjectName(QStringLiteral("volume"));
     name_->setObjectName(QStringLiteral("volumeName"));
@@ -49,6 +52,14 @@ SidebarFooter::SidebarFooter(QWidget *parent)
     grantAccess_->setAccessibleName(grantAccess_->text());
     grantAccess_->setToolTip(text(Words::current().whyGrantAccess));
     connect(grantAccess_, &QPushButton::clicked, this, openPrivacySettings);
+
+    update_->setObjectName(QStringLiteral("update"));
+    update_->setAutoRaise(true);
+    update_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    update_->setFocusPolicy(Qt::TabFocus);
+    update_->setFont(Type::font(Type::Size::caption));
+    update_->setIconSize({updateIconSize, updateIconSize});
+    connect(update_, &QToolButton::clicked, this, &SidebarFooter::updateAsked);
 
     auto *inVolume = new QVBoxLayout(volume_);
     inVolume->setContentsMargins(0, 0, 0, 0);
@@ -62,11 +73,13 @@ SidebarFooter::SidebarFooter(QWidget *parent)
     layout->addWidget(volume_);
     layout->addWidget(freed_);
     layout->addWidget(grantAccess_);
+    layout->addWidget(update_);
 
     setVolume(std::nullopt);
     setFreed(0);
     setHasFullDiskAccess(true);
-    tintIcon();
+    setUpdate({});
+    tintIcons();
 }
 
 void SidebarFooter::setVolume(const std::optional<VolumeInfo> &volume) {
@@ -95,8 +108,24 @@ void SidebarFooter::setHasFullDiskAccess(bool hasAccess) {
     showWhatThereIs();
 }
 
+void SidebarFooter::setUpdate(const QString &line) {
+    updateLine_ = line;
+    update_->setHidden(line.isEmpty());
+    update_->setAccessibleName(line);
+    showUpdate();
+    showWhatThereIs();
+}
+
 void SidebarFooter::showWhatThereIs() {
-    setHidden(volume_->isHidden() && freed_->isHidden() && grantAccess_->isHidden());
+    setHidden(volume_->isHidden() && freed_->isHidden() && grantAccess_->isHidden() && update_->isHidden());
+}
+
+void SidebarFooter::showUpdate() {
+    update_->setText({}); // its width is then what the icon and the margins need
+    const int room = width() - 2 * sideMargin - update_->sizeHint().width();
+    const QString shown = update_->fontMetrics().elidedText(updateLine_, Qt::ElideMiddle, room);
+    update_->setText(asLabel(shown));
+    update_->setToolTip(shown == updateLine_ ? QString() : asToolTip(updateLine_));
 }
 
 void SidebarFooter::showName() {
@@ -110,6 +139,7 @@ void SidebarFooter::showName() {
 void SidebarFooter::resizeEvent(QResizeEvent *event) {
     QWidget::resizeEvent(event);
     showName();
+    showUpdate();
 }
 
 void SidebarFooter::paintEvent(QPaintEvent *) {
@@ -119,12 +149,13 @@ void SidebarFooter::paintEvent(QPaintEvent *) {
 void SidebarFooter::changeEvent(QEvent *event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
-        tintIcon();
+        tintIcons();
 }
 
-void SidebarFooter::tintIcon() {
+void SidebarFooter::tintIcons() {
     grantAccess_->setIcon(
         Icons::icon(QStringLiteral("shield-alert"), Theme::current().warning, Metrics::iconSize));
+    update_->setIcon(Icons::icon(QStringLiteral("refresh-cw"), Theme::current().accent, updateIconSize));
 }
 
 } // namespace brimvale

@@ -9,13 +9,14 @@
 
 class QLabel;
 class QPushButton;
+class QToolButton;
 
 namespace brimvale {
 
 class CapacityBar;
 
-/// The bottom of the sidebar on every page: the used space, the space freed, and a button for the missing
-/// permission. Shows only parts with content, and hides if there are none.
+/// The bottom of the sidebar on every page: the used space, the space freed, a button for the missing
+/// permission, and a quiet line about an update. Shows only parts with content, and hides if there are none.
 class SidebarFooter : public QWidget {
     Q_OBJECT
 
@@ -27,6 +28,11 @@ public:
     void setFreed(std::int64_t bytes);
     /// Whether the program has Full Disk Access; if not, a button opens the system's settings.
     void setHasFullDiskAccess(bool hasAccess);
+    /// A line about an update; empty for none. A click on it emits `updateAsked`.
+    void setUpdate(const QString &line);
+
+signals:
+    void updateAsked();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -36,15 +42,18 @@ protected:
 private:
     void showWhatThereIs();
     void showName();
-    void tintIcon();
+    void showUpdate();
+    void tintIcons();
 
     QString volumeName_;
+    QString updateLine_;
     QWidget *volume_;
     QLabel *name_;
     CapacityBar *bar_;
     QLabel *free_;
     QLabel *freed_;
     QPushButton *grantAccess_;
+    QToolButton *update_;
 };
 
 } // namespace brimvale

@@ -133,6 +133,37 @@ TEST_F(UpdateCheckTest, TakesNothingButAProperAnswer) {
     EXPECT_EQ(server.requestsFor("/loop"), 20) << "ten for each check";
 }
 
+TEST_F(UpdateCheckTest, CanBeStopped) {
+    Updater updater(environment);
+    const auto hold = [this] { server.put("/appcast.json", {.body = "{", .held = 1, .hangsUp = false}); };
+    updater.stopCheck();
+    hold();
+    updater.check(false);
+    updater.stopCheck();
+    EXPECT_EQ(*updater.state, UpdateState(Idle{}));
+
+    publish();
+    updater.check(false);
+    const UpdateState available = settled(updater);
+    ASSERT_TRUE(std::holds_alternative<Available>(available));
+    hold();
+    updater.check(false);
+    updater.stopCheck();
+    EXPECT_EQ(*updater.state, available) << "still offered";
+    QTest::qWait(50);
+    EXPECT_EQ(*updater.state, available) << "and nothing comes later";
+}
+
+TEST_F(UpdateCheckTest, IsNeverSilentWhereThePackageManagerUpdates) {
+    environment.canInstallItself = false;
+    publish();
+    Updater updater(environment);
+    updater.check(true);
+    EXPECT_EQ(*updater.state, UpdateState(Idle{}));
+    QTest::qWait(50);
+    EXPECT_EQ(server.requestsFor("/appcast.json"), 0);
+}
+
 TEST_F(UpdateCheckTest, FailsWhereNobodyAnswers) {
     environment.feedLimits.silence = std::chrono::milliseconds(100);
     server.put("/appcast.json", {.body = "{", .held = 1, .hangsUp = false});
@@ -140,6 +171,14 @@ TEST_F(UpdateCheckTest, FailsWhereNobodyAnswers) {
     server.put("/appcast.json", {.body = std::string(10, ' '), .held = 5, .hangsUp = false});
     EXPECT_EQ(checked(), UpdateState(Failed{"The request timed out."})) << "silent in the midst";
     EXPECT_EQ(checked(true), UpdateState(Idle{}));
+
+    environment.feedLimits.silence = std::chrono::seconds(20);
+    environment.feedLimits.whole = std::chrono::milliseconds(200);
+    server.put("/appcast.json",
+               {.body = std::string(10'000, ' '), .held = 10'000, .drip = std::chrono::milliseconds(10)});
+    EXPECT_EQ(checked(), UpdateState(Failed{"The request timed out."})) << "never silent for long";
+    EXPECT_EQ(checked(true), UpdateState(Idle{}));
+    EXPECT_EQ(UpdateEnvironment::current().feedLimits.whole, std::chrono::seconds(60));
 
     environment.feedURL = QUrl("http://127.0.0.1:1/appcast.json");
     EXPECT_EQ(checked(), UpdateState(Failed{"Connection refused"}));

@@ -13,6 +13,7 @@
 #include <QAction>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QToolButton>
 #include <gmock/gmock.h>
 
 namespace brimvale {
@@ -160,6 +161,25 @@ TEST_F(UpdateViewTest, AnswersWhoAsksDuringTheSilentCheck) {
     EXPECT_EQ(server.requestsFor("/appcast.json"), 4);
 }
 
+TEST_F(UpdateViewTest, StopsACheck) {
+    server.put("/appcast.json", {.body = "{", .held = 1, .hangsUp = false});
+    open();
+    EXPECT_FALSE(isVisible("stopCheck"));
+    for (const bool isSilent : {false, true}) {
+        updater->check(isSilent);
+        window->check();
+        EXPECT_EQ(title(), "Checking for updates");
+        testing::click(*window, "stopCheck");
+        EXPECT_EQ(title(), "Software Update");
+        EXPECT_EQ(action(), "Check for Updates");
+        EXPECT_FALSE(isVisible("stopCheck"));
+        EXPECT_FALSE(isVisible("updateProgress"));
+    }
+    publish(41);
+    act();
+    EXPECT_TRUE(waitFor("Brimvale is up to date"));
+}
+
 TEST_F(UpdateViewTest, StopsNothingWhenItIsClosed) {
     server.put("/app.zip", {.body = archive, .held = archive.size() / 2, .hangsUp = false});
     open();
@@ -174,6 +194,48 @@ TEST_F(UpdateViewTest, StopsNothingWhenItIsClosed) {
     EXPECT_TRUE(isVisible("updateProgress"));
     window->check();
     EXPECT_EQ(title(), "Downloading the update");
+}
+
+TEST_F(UpdateViewTest, OpensFromTheLineInTheSidebar) {
+    updater.emplace(environment);
+    const testing::SampleHome home;
+    CorvelModel model;
+    ContentView content(model, *updater);
+    testing::activate(content);
+    EXPECT_EQ(content.findChild<QAction *>("howToUpdate"), nullptr);
+    auto &line = testing::find<QToolButton>(content, "update");
+    EXPECT_FALSE(line.isVisible());
+    updater->check(true);
+    ASSERT_TRUE(testing::eventually([&] { return line.isVisible(); }));
+    EXPECT_EQ(line.text(), "Version 1.4.2 is available");
+    EXPECT_EQ(content.findChild<UpdateView *>(), nullptr) << "nothing else is shown";
+
+    testing::click(line);
+    window = content.findChild<UpdateView *>();
+    ASSERT_TRUE(window);
+    EXPECT_EQ(title(), "Version 1.4.2 is available");
+    EXPECT_EQ(server.requestsFor("/appcast.json"), 1) << "not checked again";
+    act();
+    EXPECT_TRUE(line.isHidden());
+    ASSERT_TRUE(waitFor("Ready to install"));
+    EXPECT_EQ(line.text(), "Update ready to install");
+}
+
+TEST_F(UpdateViewTest, SaysHowToUpdateWhereThePackageManagerInstalls) {
+    environment.canInstallItself = false;
+    updater.emplace(environment);
+    const testing::SampleHome home;
+    CorvelModel model;
+    ContentView content(model, *updater);
+    testing::activate(content);
+    testing::find<QAction>(content, "howToUpdate").trigger();
+    window = content.findChild<UpdateView *>();
+    ASSERT_TRUE(window);
+    EXPECT_EQ(words(),
+              "You have version 1.4.1. Your system updates Brimvale together with your other programs, "
+              "through its software updates or package manager.");
+    EXPECT_EQ(action(), "Check for Updates");
+    EXPECT_EQ(server.requestsFor("/appcast.json"), 0);
 }
 
 TEST_F(UpdateViewTest, AsksBeforeItEndsWhatIsUnderWay) {

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QSignalSpy>
+#include <QToolButton>
 #include <functional>
 #include <gtest/gtest.h>
 #include <limits>
@@ -102,16 +103,21 @@ TEST_F(SidebarTest, FooterShowsOnlyWhatThereIsToSay) {
         bool hasVolume;
         std::int64_t freed;
         bool hasAccess;
+        QString update = {};
     };
-    for (const Case &one : {Case{false, 0, true}, Case{true, 0, true}, Case{false, 1, true},
-                            Case{false, 0, false}, Case{true, 5000, false}, Case{false, 0, true}}) {
+    for (const Case &one :
+         {Case{false, 0, true}, Case{true, 0, true}, Case{false, 1, true}, Case{false, 0, false},
+          Case{true, 5000, false}, Case{false, 0, true, "Version 2 is available"}, Case{false, 0, true}}) {
         footer.setVolume(one.hasVolume ? std::optional(volume) : std::nullopt);
         footer.setFreed(one.freed);
         footer.setHasFullDiskAccess(one.hasAccess);
+        footer.setUpdate(one.update);
+        EXPECT_EQ(isShown("update"), !one.update.isEmpty());
         EXPECT_EQ(isShown("volumeName"), one.hasVolume);
         EXPECT_EQ(isShown("freedThisSession"), one.freed > 0);
         EXPECT_EQ(isShown("grantFullDiskAccess"), !one.hasAccess);
-        EXPECT_EQ(isShown("sidebarFooter"), one.hasVolume || one.freed > 0 || !one.hasAccess);
+        EXPECT_EQ(isShown("sidebarFooter"),
+                  one.hasVolume || one.freed > 0 || !one.hasAccess || !one.update.isEmpty());
     }
 }
 
@@ -153,6 +159,22 @@ TEST_F(SidebarTest, FooterKeepsAnyNameWithinTheSidebar) {
         EXPECT_EQ(label->accessibleName(), QString::fromStdString(name));
     }
     EXPECT_EQ(label->textFormat(), Qt::PlainText);
+}
+
+TEST_F(SidebarTest, FooterKeepsTheLineAboutAnUpdateWithinTheSidebar) {
+    auto *line = sidebar.findChild<QToolButton *>("update");
+    const QSignalSpy asked(&sidebar.footer(), &SidebarFooter::updateAsked);
+    for (const QString &said : {QString("Version 1.4.2 is available"), QString(300, 'm')}) {
+        sidebar.footer().setUpdate(said);
+        QTest::qWait(0);
+        EXPECT_LE(line->mapTo(&sidebar, line->rect().topRight()).x(), sidebar.width());
+        EXPECT_LE(line->sizeHint().width(), line->width());
+        EXPECT_EQ(line->text() == said, line->toolTip().isEmpty());
+        EXPECT_EQ(line->accessibleName(), said);
+    }
+    line->setFocus();
+    QTest::keyClick(line, Qt::Key_Space);
+    EXPECT_EQ(asked.count(), 1);
 }
 
 TEST_F(SidebarTest, FooterOpensThePrivacySettings) {
