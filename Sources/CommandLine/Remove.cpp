@@ -43,16 +43,19 @@ Route routeIn(const Arguments &arguments) {
     return arguments.has("--delete") ? Route::deletion : Route::trash;
 }
 
-/// The items with the sizes measured before `stopped` was set. Items that the guards refuse are not measured,
-/// and will not be removed.
-std::vector<CleanupEntry> measureOperands(const RemovalOperands &operands, const StopFlag &stopped) {
+/// The items with the sizes measured before `stopped` was set: how much deleting them frees, or how much goes
+/// to the Trash. Items that the guards refuse are not measured, and will not be removed.
+std::vector<CleanupEntry> measureOperands(const RemovalOperands &operands, Route route,
+                                          const StopFlag &stopped) {
     const ScanOptions scanOptions = ScanOptions::standard();
     const std::unordered_set<FileURL> admitted(operands.admitted.begin(), operands.admitted.end());
     std::vector<CleanupEntry> entries;
     for (const FileURL &url : operands.urls) {
         entries.push_back({.url = url});
-        if (admitted.contains(url))
-            entries.back().size = DiskScanner::quickSize(url.standardized().path(), scanOptions, stopped);
+        if (!admitted.contains(url))
+            continue;
+        const auto figures = DiskScanner::quickFigures(url.standardized().path(), scanOptions, stopped);
+        entries.back().size = route == Route::trash ? figures.bytes : figures.freedBytes;
     }
     return entries;
 }
@@ -81,21 +84,38 @@ RemovalResult removeBy(Route route, const std::vector<FileURL> &urls,
     return measured ? Remover::remove(*measured, mode, &progress) : Remover::remove(urls, mode, &progress);
 }
 
+void writeReasons(JsonWriter &json, std::string_view key, const std::vector<RemovalResult::Failure> &items) {
+    json.key(key);
+    json.beginArray();
+    for (const auto &[url, reason] : items) {
+        json.beginObject();
+        json.path("url", url.path());
+        json.member("reason", reason);
+        json.end();
+    }
+    json.end();
+}
+
 void writeResult(Output &output, const RemovalResult &result) {
     JsonWriter json(output);
     json.beginObject();
     json.paths("succeeded", result.succeeded);
-    json.key("failed");
+    writeReasons(json, "failed", result.failed);
+    json.member("bytesFreed", result.bytesFreed);
+    json.paths("needsAdmin", result.needsAdmin);
+    json.key("partlyRemoved");
     json.beginArray();
-    for (const RemovalResult::Failure &failure : result.failed) {
+    for (const PartialRemoval &part : result.partlyRemoved) {
         json.beginObject();
-        json.path("url", failure.url.path());
-        json.member("reason", failure.reason);
+        json.path("url", part.url.path());
+        json.member("entriesRemoved", part.entriesRemoved);
+        json.member("entriesInAll", part.entriesInAll);
+        json.member("bytesFreed", part.bytesFreed);
         json.end();
     }
     json.end();
-    json.member("bytesFreed", result.bytesFreed);
-    json.paths("needsAdmin", result.needsAdmin);
+    json.paths("goneAnyway", result.goneAnyway);
+    writeReasons(json, "adminRemarks", result.adminRemarks);
     json.end();
 }
 
@@ -108,8 +128,12 @@ void report(Output &output, const RemovalResult &result, bool isJson) {
     output.flush();
     for (const RemovalResult::Failure &failure : result.failed)
         printError(terminalText(RemovalReport::failureLine(failure)));
+    for (const PartialRemoval &part : result.partlyRemoved)
+        printError(terminalText(RemovalReport::partLine(part)));
     for (const FileURL &url : result.needsAdmin)
         printError(terminalText(url.path()) + ": needs admin rights (see --as-admin)");
+    for (const RemovalResult::Failure &remark : result.adminRemarks)
+        printError(terminalText(RemovalReport::failureLine(remark)));
 }
 
 /// Ends a command that was stopped, or whose question was answered with no, before anything was removed.
@@ -143,7 +167,7 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
     if (asks && !operands->admitted.empty()) {
         {
             const Interruption interruption(progress.cancelled);
-            entries = measureOperands(*operands, progress.cancelled);
+            entries = measureOperands(*operands, route, progress.cancelled);
         }
         if (progress.cancelled.isSet())
             return endUnbegun(output, isJson, ExitStatus::interrupted);

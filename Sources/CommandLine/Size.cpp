@@ -4,6 +4,7 @@
 #include "CommandLine/Interruption.h"
 #include "CommandLine/JsonWriter.h"
 #include "CommandLine/PathOperands.h"
+#include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Text/Formatting.h"
@@ -67,15 +68,23 @@ private:
     bool hasTitles_ = false;
 };
 
-/// Measures one path and prints its size, or returns the reason for the failure.
+/// What was left out because it could not be read, as a message for the path.
+std::string leftOutText(std::string_view typed, std::int64_t unreadable) {
+    return terminalText(typed) + ": the size leaves out " + Fmt::count(unreadable) +
+           (unreadable == 1 ? " item" : " items") + " that could not be read";
+}
+
+/// Measures one path and prints its size, or returns the reason for the failure. `leftOut` gets the number of
+/// items that could not be read.
 std::optional<FileError> measureOperand(std::string_view typed, const ScanOptions &scanOptions,
-                                        const StopFlag &cancelled, Report &report) {
+                                        const StopFlag &cancelled, Report &report, std::int64_t &leftOut) {
     const auto place = placeToMeasure(typed, scanOptions.skippedPaths);
     if (const auto *error = std::get_if<FileError>(&place))
         return *error;
     const std::string &path = std::get<FileURL>(place).path();
-    report.add(typed, path, DiskScanner::quickSize(path, scanOptions, cancelled),
-               scanOptions.skippedPaths.contains(path));
+    const DiskScanner::QuickFigures figures = DiskScanner::quickFigures(path, scanOptions, cancelled);
+    report.add(typed, path, figures.bytes, scanOptions.skippedPaths.contains(path));
+    leftOut = figures.unreadable;
     return std::nullopt;
 }
 
@@ -91,10 +100,14 @@ ExitStatus runSize(const Arguments &arguments, Output &output) {
     for (const std::string &typed : std::get<std::vector<std::string>>(given)) {
         if (cancelled.isSet())
             break;
-        if (const std::optional<FileError> fault = measureOperand(typed, scanOptions, cancelled, report)) {
+        std::int64_t leftOut = 0;
+        const std::optional<FileError> fault = measureOperand(typed, scanOptions, cancelled, report, leftOut);
+        if (fault)
             printPathError(typed, *fault);
+        else if (leftOut > 0)
+            printError(leftOutText(typed, leftOut));
+        if (fault || leftOut > 0)
             status = ExitStatus::failed;
-        }
     }
     report.finish();
     return cancelled.isSet() ? endInterrupted(output) : status;
@@ -109,7 +122,9 @@ constinit const Command sizeCommand = {
     .options = sizeOptions,
     .summary = "Prints the allocated size of each path.",
     .help = "\nA link counts itself, and a file with several names counts once a name. Other volumes and\n"
-            "system-managed folders are not entered.\n",
+            "system-managed folders are not entered. What cannot be read is left out, which a message and "
+            "the exit\n"
+            "status 1 tell.\n",
     .run = runSize,
 };
 

@@ -35,10 +35,10 @@ public:
     /// `folder` contains one of its own ancestors, mounted there a second time. It is not entered.
     virtual void containsAncestor(FolderHandle /*folder*/) {}
 
-    /// The status of an entry of `folder` could not be read.
+    /// The status of an entry of `folder` could not be read; errno says why.
     virtual void noStatus(FolderHandle folder) = 0;
 
-    /// `folder` could not be opened, or not read to its end.
+    /// `folder` could not be opened, or not read to its end; errno says why unless `enter` changed it.
     virtual void unreadable(FolderHandle folder) = 0;
 
     /// All entries of `folder` have been reported.

@@ -10,7 +10,8 @@ namespace brimvale {
 /// State that a long removal shares with its observers. It must outlive the removal, and may serve several
 /// removals one after another.
 struct RemovalProgress {
-    /// The number of files, links and folders removed; it only grows.
+    /// The number of files, links and folders removed. Exact once the removal has ended; until then a system
+    /// may count the entries that it is about to remove.
     std::atomic<std::int64_t> entriesRemoved = 0;
 
     /// The bytes of a backup to read before its originals are removed, and how many have been read.
@@ -19,6 +20,9 @@ struct RemovalProgress {
 
     /// Stops the removal. Items removed before stay removed.
     StopFlag cancelled = {};
+
+    /// Set with `cancelled` when nobody waits for the result: then what is left is not measured.
+    StopFlag abandoned = {};
 };
 
 } // namespace brimvale

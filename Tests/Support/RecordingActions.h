@@ -14,10 +14,11 @@ class RecordingActions final : public RemovalActions {
 public:
     std::vector<std::string> calls; ///< "delete PATH", "trash PATH", "admin COMMAND"
 
-    std::unordered_map<std::string, FileError> errors;    ///< by the item's path
-    std::function<void(RemovalProgress *)> onItem;        ///< before an item is removed or trashed
-    std::function<void(const std::string &)> onCommand;   ///< in the place of the administrator
-    std::optional<PrivilegedRunError> privilegedRunError; ///< instead of running the command
+    std::unordered_map<std::string, FileError> errors;          ///< by the item's path
+    std::unordered_map<std::string, RemovalObstacle> obstacles; ///< by the item's path
+    std::function<void(RemovalProgress *)> onItem;              ///< before an item is removed or trashed
+    std::function<void(const std::string &)> onCommand;         ///< in the place of the administrator
+    std::optional<PrivilegedRunError> privilegedRunError;       ///< instead of running the command
 
     /// Has what is at `path` need an administrator.
     void refuse(const std::string &path) {
@@ -25,6 +26,7 @@ public:
     }
 
     std::optional<FileError> removeItem(const FileURL &url, RemovalProgress *progress) override;
+    RemovalObstacle obstacle(const FileURL &url) override { return obstacles[url.path()]; }
     std::optional<FileError> moveToTrash(const FileURL &url) override;
     std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override;
 

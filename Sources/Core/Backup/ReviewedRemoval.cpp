@@ -42,6 +42,9 @@ void add(RemovalResult &all, RemovalResult &&one) {
     append(all.succeeded, std::move(one.succeeded));
     append(all.failed, std::move(one.failed));
     append(all.needsAdmin, std::move(one.needsAdmin));
+    append(all.partlyRemoved, std::move(one.partlyRemoved));
+    append(all.goneAnyway, std::move(one.goneAnyway));
+    append(all.adminRemarks, std::move(one.adminRemarks));
     all.bytesFreed = checkedAdd(all.bytesFreed, one.bytesFreed);
 }
 

@@ -44,4 +44,12 @@ std::vector<FSNode *> goneNodes(FSNode &root, const GonePaths &gone) {
     return found;
 }
 
+std::vector<FSNode *> foldersAt(FSNode &root, const GonePaths &items) {
+    if (items.contains(FileURL(root.path())))
+        return {&root};
+    std::vector<FSNode *> folders = goneNodes(root, items);
+    std::erase_if(folders, [](const FSNode *node) { return !node->isDirectory; });
+    return folders;
+}
+
 } // namespace brimvale

@@ -20,4 +20,8 @@ namespace brimvale {
 /// is gone, all its children are returned. Visits only folders with removed descendants.
 [[nodiscard]] std::vector<FSNode *> goneNodes(FSNode &root, const GonePaths &gone);
 
+/// The folders of a tree that are among these items or inside one, without their descendants. The root, too,
+/// may be one.
+[[nodiscard]] std::vector<FSNode *> foldersAt(FSNode &root, const GonePaths &items);
+
 } // namespace brimvale

@@ -13,6 +13,7 @@ public:
     std::optional<FileError> removeItem(const FileURL &url, RemovalProgress *progress) override {
         return brimvale::removeItem(url, progress);
     }
+    RemovalObstacle obstacle(const FileURL &url) override { return removalObstacle(url); }
     std::optional<FileError> moveToTrash(const FileURL &url) override { return brimvale::moveToTrash(url); }
     std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override {
         return brimvale::runAsAdministrator(command, platformTools());

@@ -3,6 +3,7 @@
 #include "Base/FileError.h"
 #include "Base/FileURL.h"
 #include "Platform/PrivilegedRunner.h"
+#include "Platform/RemovalObstacle.h"
 #include "Platform/RemovalProgress.h"
 
 #include <optional>
@@ -20,6 +21,9 @@ public:
     /// Deletes the item with all its contents.
     [[nodiscard]] virtual std::optional<FileError> removeItem(const FileURL &url,
                                                               RemovalProgress *progress) = 0;
+
+    /// What keeps an item that may not be removed; changes nothing.
+    [[nodiscard]] virtual RemovalObstacle obstacle(const FileURL &url) = 0;
 
     /// Moves the item into the user's Trash.
     [[nodiscard]] virtual std::optional<FileError> moveToTrash(const FileURL &url) = 0;

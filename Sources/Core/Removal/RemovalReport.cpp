@@ -3,9 +3,27 @@
 #include "Base/Text.h"
 #include "Core/Text/Formatting.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace brimvale::RemovalReport {
+
+namespace {
+
+/// A line for each item. Of five or more only the first four, and a last line with the number of the others.
+template<class Item>
+std::vector<std::string> firstLines(const std::vector<Item> &items, std::string (*line)(const Item &)) {
+    constexpr std::size_t shownOfMany = 4;
+    const std::size_t shown = std::min(items.size(), shownOfMany);
+    std::vector<std::string> lines;
+    for (std::size_t i = 0; i < shown; ++i)
+        lines.push_back(line(items[i]));
+    if (shown < items.size())
+        lines.push_back("and " + std::to_string(items.size() - shown) + " more.");
+    return lines;
+}
+
+} // namespace
 
 std::string_view title(const RemovalResult &result) {
     if (result.isOfBackup)
@@ -27,15 +45,18 @@ std::string failureLine(const RemovalResult::Failure &failure) {
 }
 
 std::vector<std::string> failureLines(const RemovalResult &result) {
-    constexpr std::size_t shownOfMany = 4;
-    const std::size_t count = result.failed.size();
-    const std::size_t shown = count > shownOfMany ? shownOfMany : count;
-    std::vector<std::string> lines;
-    for (std::size_t i = 0; i < shown; ++i)
-        lines.push_back(failureLine(result.failed[i]));
-    if (shown < count)
-        lines.push_back("and " + std::to_string(count - shown) + " more.");
-    return lines;
+    return firstLines(result.failed, failureLine);
+}
+
+std::string partLine(const PartialRemoval &part) {
+    return "“" + displayText(part.url.fileName()) +
+           "” was partly deleted: " + Fmt::count(part.entriesRemoved) + " of " +
+           Fmt::count(part.entriesInAll) + " items are gone, " + Fmt::byteFormatter(part.bytesFreed) +
+           " freed";
+}
+
+std::vector<std::string> partLines(const RemovalResult &result) {
+    return firstLines(result.partlyRemoved, partLine);
 }
 
 std::string trashRemark(std::int64_t bytes) {

@@ -25,6 +25,12 @@ namespace RemovalReport {
 /// the others.
 [[nodiscard]] std::vector<std::string> failureLines(const RemovalResult &result);
 
+/// “big” was partly deleted: 93,910 of 100,200 items are gone, 10.7 MB freed
+[[nodiscard]] std::string partLine(const PartialRemoval &part);
+
+/// The same for every item that was deleted in part, shortened like `failureLines`.
+[[nodiscard]] std::vector<std::string> partLines(const RemovalResult &result);
+
 /// The remark on moving to the Trash: "This frees about 4.2 GB. Moving to Trash does not free space until the
 /// Trash is emptied."
 [[nodiscard]] std::string trashRemark(std::int64_t bytes);

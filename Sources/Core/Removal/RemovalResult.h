@@ -9,7 +9,18 @@
 
 namespace brimvale {
 
-/// The outcome of one removal: every item is in exactly one list.
+/// A folder of which a removal has deleted only a part.
+struct PartialRemoval {
+    FileURL url;
+    std::int64_t entriesRemoved = 0; ///< files, links and folders
+    std::int64_t entriesInAll = 0;   ///< these, and what is left with the folder itself
+    std::int64_t bytesFreed = 0;     ///< allocated bytes
+
+    friend bool operator==(const PartialRemoval &, const PartialRemoval &) = default;
+};
+
+/// The outcome of one removal: every item is in exactly one of the lists `succeeded`, `failed` and
+/// `needsAdmin`. The lists after these say more about items that were not removed.
 struct RemovalResult {
     struct Failure {
         FileURL url;
@@ -22,6 +33,14 @@ struct RemovalResult {
     std::int64_t bytesFreed = 0;
     std::vector<FileURL> needsAdmin = {}; ///< can be retried as administrator
     bool isOfBackup = false;              ///< nothing was to be removed yet: the backup before it failed
+
+    /// What was deleted of items that are not removed. `bytesFreed` includes it, unless the administrator's
+    /// command deleted it.
+    std::vector<PartialRemoval> partlyRemoved = {};
+    /// Failed items that no longer exist all the same.
+    std::vector<FileURL> goneAnyway = {};
+    /// For items in `needsAdmin`: what keeps them, and what would help.
+    std::vector<Failure> adminRemarks = {};
 
     friend bool operator==(const RemovalResult &, const RemovalResult &) = default;
 };

@@ -1,19 +1,19 @@
 #include "Core/Removal/Remover.h"
 
 #include "Base/Bytes.h"
+#include "Base/Text.h"
+#include "Core/Removal/ObstacleTexts.h"
 #include "Core/Removal/RemovalGuards.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/ScanOptions.h"
+#include "Core/Scan/Summing.h"
 #include "Core/Text/SnapshotName.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Host.h"
-#include "Platform/ShellQuoting.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstddef>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 
 namespace brimvale::Remover {
@@ -23,45 +23,42 @@ namespace {
 constexpr int noPermissionToWrite = 513; // both are codes of Cocoa's file functions
 constexpr int volumeIsReadOnly = 642;
 
-/// In bytes. The command is one argument, which Linux limits to 128 KiB including the zero (MAX_ARG_STRLEN);
-/// macOS allows more.
-constexpr std::size_t longestCommand = 131'071;
-
 constexpr const char *stoppedReason = "Not removed: the removal was stopped.";
-constexpr const char *doesNotFitReason =
-    "Not removed: these are too many items for one administrator command. Remove the rest in another step.";
 
-bool isStopped(const RemovalProgress *progress) {
-    return progress != nullptr && progress->cancelled.isSet();
+bool isOfPosix(const FileError &error, int errorNumber) {
+    return error.domain == FileError::Domain::posix && error.code == errorNumber;
 }
 
-/// The size of the item in allocated bytes.
-std::int64_t measuredSize(const FileURL &item, const RemovalProgress *progress = nullptr) {
-    return DiskScanner::quickSize(item.path(), ScanOptions::standard(),
-                                  progress != nullptr ? progress->cancelled : StopFlag());
+/// Whether this is the error, or its direct cause.
+bool isOrComesFrom(const FileError &error, int errorNumber) {
+    return isOfPosix(error, errorNumber) ||
+           (error.underlying != nullptr && isOfPosix(*error.underlying, errorNumber));
+}
+
+/// A folder was not empty after everything in it was removed: new entries have appeared. Cocoa gives this the
+/// code of a missing permission, but an administrator cannot help.
+bool isWrittenTo(const FileError &error) {
+    return isOrComesFrom(error, ENOTEMPTY);
 }
 
 bool needsAdministrator(const FileError &error) {
-    return error.code == noPermissionToWrite || error.code == volumeIsReadOnly || isPermissionDenied(error);
+    return !isWrittenTo(error) &&
+           (error.code == noPermissionToWrite || error.code == volumeIsReadOnly || isPermissionDenied(error));
 }
 
-/// Whether the path certainly no longer exists, not even as a link without a target.
-bool isGone(const FileURL &item) {
-    return !fileStatus(item.path()) && (errno == ENOENT || errno == ENOTDIR);
+std::string reasonOf(const FileError &error, const FileURL &item) {
+    if (isWrittenTo(error))
+        return "Something is still writing to “" + displayText(item.fileName()) + "”.";
+    return error.localizedDescription;
 }
 
 /// Moving an item counts as one entry, including its contents.
-std::optional<FileError> moveToTrash(const FileURL &item, RemovalProgress *progress,
+std::optional<FileError> moveToTrash(const FileURL &item, RemovalProgress &progress,
                                      RemovalActions &actions) {
     std::optional<FileError> error = actions.moveToTrash(item);
-    if (!error && progress != nullptr)
-        ++progress->entriesRemoved;
+    if (!error)
+        ++progress.entriesRemoved;
     return error;
-}
-
-void addSuccess(RemovalResult &result, const FileURL &url, std::int64_t size) {
-    result.succeeded.push_back(url);
-    result.bytesFreed = checkedAdd(result.bytesFreed, size);
 }
 
 struct Item {
@@ -69,32 +66,91 @@ struct Item {
     std::optional<std::int64_t> size; ///< allocated bytes, if known
 };
 
-void removeOne(const Item &asked, RemovalMode mode, RemovalProgress *progress, RemovalActions &actions,
-               RemovalResult &result) {
+/// One call of `remove`.
+class Removal {
+public:
+    Removal(RemovalMode mode, RemovalProgress *progress, RemovalActions &actions)
+        : mode_(mode), progress_(progress != nullptr ? *progress : unwatched_), actions_(actions) {}
+
+    void remove(const Item &asked);
+
+    [[nodiscard]] RemovalResult takeResult() { return std::move(result_); }
+
+private:
+    [[nodiscard]] std::int64_t sizeOf(const FileURL &item, const Item &asked) const;
+    void noteFailure(const FileURL &url, const FileURL &item, const FileError &error);
+    void notePart(const FileURL &url, const FileURL &item, std::int64_t size, std::int64_t entriesRemoved);
+    void fail(const FileURL &url, std::string reason) { result_.failed.push_back({url, std::move(reason)}); }
+    void addBytes(std::int64_t bytes) { result_.bytesFreed = checkedAdd(result_.bytesFreed, bytes); }
+
+    RemovalMode mode_;
+    RemovalProgress unwatched_;
+    RemovalProgress &progress_;
+    RemovalActions &actions_;
+    RemovalResult result_;
+};
+
+/// The bytes that count when the item is removed: its size, but deleting one of several names of a file frees
+/// nothing.
+std::int64_t Removal::sizeOf(const FileURL &item, const Item &asked) const {
+    if (mode_ == RemovalMode::trash)
+        return asked.size ? *asked.size
+                          : DiskScanner::quickSize(item.path(), ScanOptions::standard(), progress_.cancelled);
+    if (!asked.size)
+        return DiskScanner::quickFigures(item.path(), ScanOptions::standard(), progress_.cancelled)
+            .freedBytes;
+    const std::optional<FileStatus> status = fileStatus(item.path());
+    return status && hasOtherNames(*status) ? 0 : *asked.size;
+}
+
+void Removal::remove(const Item &asked) {
     const FileURL &url = asked.url;
-    if (isStopped(progress)) {
-        result.failed.push_back({url, stoppedReason});
-        return;
-    }
+    if (progress_.cancelled.isSet())
+        return fail(url, stoppedReason);
     const FileURL item = url.standardized();
-    if (std::optional<std::string> refusal = check(item)) {
-        result.failed.push_back({url, *std::move(refusal)});
+    if (std::optional<std::string> refusal = check(item))
+        return fail(url, *std::move(refusal));
+    const std::int64_t size = sizeOf(item, asked);
+    if (progress_.cancelled.isSet())
+        return fail(url, stoppedReason);
+
+    const std::int64_t before = progress_.entriesRemoved;
+    const std::optional<FileError> error = mode_ == RemovalMode::deleteNow
+                                               ? actions_.removeItem(item, &progress_)
+                                               : moveToTrash(item, progress_, actions_);
+    if (error) {
+        noteFailure(url, item, *error);
+        if (mode_ == RemovalMode::deleteNow)
+            notePart(url, item, size, progress_.entriesRemoved - before);
         return;
     }
-    const std::int64_t size = asked.size ? *asked.size : measuredSize(item, progress);
-    if (isStopped(progress)) {
-        result.failed.push_back({url, stoppedReason});
-        return;
+    result_.succeeded.push_back(url);
+    addBytes(size);
+}
+
+void Removal::noteFailure(const FileURL &url, const FileURL &item, const FileError &error) {
+    if (!needsAdministrator(error))
+        return fail(url, reasonOf(error, item));
+    result_.needsAdmin.push_back(url);
+    if (std::optional<std::string> text = obstacleText(actions_.obstacle(item)))
+        result_.adminRemarks.push_back({url, *std::move(text)});
+}
+
+/// Tells what was deleted of an item whose removal has failed. Only then is it measured once more, because
+/// reading the status of every file before it is deleted would make every removal slower.
+void Removal::notePart(const FileURL &url, const FileURL &item, std::int64_t size,
+                       std::int64_t entriesRemoved) {
+    if (isGone(item)) {
+        result_.goneAnyway.push_back(url);
+        addBytes(entriesRemoved > 0 ? size : 0);
+    } else if (entriesRemoved > 0) {
+        const DiskScanner::QuickFigures left =
+            DiskScanner::quickFigures(item.path(), ScanOptions::standard(), progress_.abandoned);
+        const std::int64_t freed = std::max<std::int64_t>(size - left.bytes, 0);
+        result_.partlyRemoved.push_back(
+            {url, entriesRemoved, checkedAdd(entriesRemoved, left.entries), freed});
+        addBytes(freed);
     }
-    const std::optional<FileError> error = mode == RemovalMode::deleteNow
-                                               ? actions.removeItem(item, progress)
-                                               : moveToTrash(item, progress, actions);
-    if (!error)
-        addSuccess(result, url, size);
-    else if (needsAdministrator(*error))
-        result.needsAdmin.push_back(url);
-    else
-        result.failed.push_back({url, error->localizedDescription});
 }
 
 /// Whether the text has no character that is special in a shell or a script.
@@ -111,69 +167,23 @@ std::optional<std::string> check(const FileURL &url) {
 }
 
 bool isPermissionDenied(const FileError &error) {
-    const auto isDenied = [](const FileError &one) {
-        return one.domain == FileError::Domain::posix && one.code == EACCES;
-    };
-    return isDenied(error) || (error.underlying != nullptr && isDenied(*error.underlying));
+    return isOrComesFrom(error, EACCES);
 }
 
 RemovalResult remove(const std::vector<CleanupEntry> &entries, RemovalMode mode, RemovalProgress *progress,
                      RemovalActions &actions) {
-    RemovalResult result;
+    Removal removal(mode, progress, actions);
     for (const CleanupEntry &entry : entries)
-        removeOne({entry.url, entry.size}, mode, progress, actions, result);
-    return result;
+        removal.remove({entry.url, entry.size});
+    return removal.takeResult();
 }
 
 RemovalResult remove(const std::vector<FileURL> &urls, RemovalMode mode, RemovalProgress *progress,
                      RemovalActions &actions) {
-    RemovalResult result;
+    Removal removal(mode, progress, actions);
     for (const FileURL &url : urls)
-        removeOne({url, std::nullopt}, mode, progress, actions, result);
-    return result;
-}
-
-// The command uses the paths that were just checked. If a parent folder is renamed before it runs, it may
-// delete something else, but only the user can do that. The guards prevent accidents; they cannot stop users
-// from deleting their own files.
-RemovalResult removeWithAdmin(const std::vector<FileURL> &urls, RemovalActions &actions) {
-    RemovalResult result;
-    std::vector<FileURL> admitted;
-    std::string command = "/bin/rm -rf --";
-    for (const FileURL &url : urls) {
-        const FileURL item = url.standardized();
-        std::optional<std::string> refusal = check(item);
-        std::string word;
-        if (!refusal)
-            word.append(" ").append(quotedForShell(item.path()));
-        if (!refusal && command.size() + word.size() > longestCommand)
-            refusal = doesNotFitReason;
-        if (refusal) {
-            result.failed.push_back({url, *std::move(refusal)});
-            continue;
-        }
-        command += word;
-        admitted.push_back(item);
-    }
-    if (admitted.empty())
-        return result;
-
-    std::unordered_map<FileURL, std::int64_t> sizes;
-    for (const FileURL &item : admitted)
-        if (!sizes.contains(item))
-            sizes[item] = measuredSize(item);
-    if (const std::optional<PrivilegedRunError> error = actions.runAsAdministrator(command)) {
-        for (const FileURL &item : admitted)
-            result.failed.push_back({item, error->message.value_or("Authorization failed.")});
-        return result;
-    }
-    for (const FileURL &item : admitted) {
-        if (!isGone(item))
-            result.failed.push_back({item, "Still present after removal."});
-        else
-            addSuccess(result, item, std::exchange(sizes[item], 0)); // an item named twice counts once
-    }
-    return result;
+        removal.remove({url, std::nullopt});
+    return removal.takeResult();
 }
 
 bool deleteSnapshot(const std::string &name, const FileURL & /*volume*/, RemovalActions &actions) {

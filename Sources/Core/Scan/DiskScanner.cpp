@@ -3,9 +3,9 @@
 #include "Base/Bytes.h"
 #include "Base/FileURL.h"
 #include "Catalogs/Words.h"
-#include "Core/Scan/Counter.h"
 #include "Core/Scan/PlaceOfWalk.h"
 #include "Core/Scan/SumLimit.h"
+#include "Core/Scan/Summing.h"
 #include "Core/Scan/TreeBuilder.h"
 #include "Platform/Dataless.h"
 #include "Platform/DirectoryWalk.h"
@@ -85,35 +85,6 @@ PendingFolders listRoot(FSNode &root, Folder folder, const std::string &path, Sc
     return pending;
 }
 
-/// Sums up one walk.
-class Summing final : public WalkVisitor {
-public:
-    Summing(const SkipList &skipped, SumLimit &sums, Counter &total)
-        : skipped_(skipped), sums_(sums), total_(total) {}
-    ~Summing() override { total_.add(bytes_); }
-
-    void enter(FolderHandle, const std::string &, int) override {}
-    void file(FolderHandle, std::string_view, const FileStatus &status) override {
-        if (sums_.admits(status))
-            bytes_ = checkedAdd(bytes_, status.allocatedBytes);
-    }
-    std::optional<FolderHandle> subfolder(FolderHandle, const std::string &folderPath, std::string_view name,
-                                          bool) override {
-        return skipped_.contains(folderPath, name) ? std::nullopt : std::optional<FolderHandle>(nullptr);
-    }
-    void noStatus(FolderHandle) override {}
-    void unreadable(FolderHandle) override {}
-    void leave(FolderHandle) override {}
-    void interrupted(FolderHandle) override {}
-    void abandoned(FolderHandle) override {}
-
-private:
-    const SkipList &skipped_;
-    SumLimit &sums_;
-    Counter &total_;
-    std::int64_t bytes_ = 0;
-};
-
 } // namespace
 
 std::unique_ptr<FSNode> DiskScanner::scan(const std::string &root, const ScanOptions &options,
@@ -151,11 +122,54 @@ std::int64_t DiskScanner::quickSize(const std::string &path, const ScanOptions &
     if (skipped.contains(standardised) || status->isDataless)
         return 0;
 
-    Counter total;
-    SumLimit sums;
+    Sums sums(skipped, nullptr);
     pool.walk(PendingFolders(placeOfWalk(path), nullptr, status->identity), false, cancelled,
-              [&] { return std::make_unique<Summing>(skipped, sums, total); });
-    return total.value();
+              [&] { return std::make_unique<Summing>(sums); });
+    return sums.bytes.value();
+}
+
+DiskScanner::QuickFigures DiskScanner::quickFigures(const std::string &path, const ScanOptions &options,
+                                                    const StopFlag &cancelled, WalkPool &pool) {
+    const NoMaterialization guard;
+    const std::optional<FileStatus> status = fileStatus(path);
+    if (!status)
+        return {};
+    if (status->kind != FileKind::directory)
+        return {.bytes = status->allocatedBytes,
+                .freedBytes = hasOtherNames(*status) ? 0 : status->allocatedBytes,
+                .entries = 1};
+    const std::string standardised = FileURL(path).standardized().path();
+    const SkipList skipped(options.skippedPaths);
+    if (skipped.contains(standardised) || status->isDataless)
+        return {.entries = 1};
+
+    LinkedFiles linked;
+    Sums sums(skipped, &linked);
+    pool.walk(PendingFolders(placeOfWalk(path), nullptr, status->identity), false, cancelled,
+              [&] { return std::make_unique<Summing>(sums); });
+    return {.bytes = sums.bytes.value(),
+            .freedBytes = sums.bytes.value() - linked.bytesNotFreed(),
+            .entries = checkedAdd(sums.entries.value(), 1),
+            .unreadable = sums.unreadable.value()};
+}
+
+std::unique_ptr<FSNode> DiskScanner::scanInside(const std::string &path, const ScanOptions &options,
+                                                ScanStats &stats, WalkPool &pool) {
+    const NoMaterialization guard;
+    const std::optional<FileStatus> status = fileStatus(path);
+    if (!status || status->kind != FileKind::directory)
+        return nullptr;
+    const FileURL url(path);
+    FSNode parent("", url.parent().path(), true);
+    parent.adopt(std::make_unique<FSNode>(std::string(url.fileName()), parent, true));
+    FSNode &folder = *parent.children().front();
+    if (!status->isDataless) {
+        ScanState state(options, stats);
+        pool.walk(PendingFolders(path, &folder, status->identity), options.crossesMountPoints,
+                  stats.stopFlag(), [&] { return std::make_unique<TreeBuilder>(state); });
+        rollUp(parent, state);
+    }
+    return parent.release(folder);
 }
 
 std::string DiskScanner::displayName(const std::string &path) {

@@ -35,6 +35,25 @@ namespace DiskScanner {
 [[nodiscard]] std::int64_t quickSize(const std::string &path, const ScanOptions &options,
                                      const StopFlag &cancelled = {}, WalkPool &pool = WalkPool::shared());
 
+/// What `quickFigures` counts.
+struct QuickFigures {
+    std::int64_t bytes = 0; ///< like `quickSize`
+    /// Of these, the bytes that deleting the item frees: of a file with several names only if all are inside
+    /// the item, and then once.
+    std::int64_t freedBytes = 0;
+    std::int64_t entries = 0;    ///< files, links and folders, the item included
+    std::int64_t unreadable = 0; ///< folders and entries that could not be read, in full or in part
+};
+
+/// Measures like `quickSize`, and counts more. All zero if nothing exists at `path`.
+[[nodiscard]] QuickFigures quickFigures(const std::string &path, const ScanOptions &options,
+                                        const StopFlag &cancelled = {}, WalkPool &pool = WalkPool::shared());
+
+/// The folder at `path` (absolute, standardised) as a scan of a folder above it would show it, as a node
+/// without a parent, not sorted. Null if there is no folder; a link is not followed.
+[[nodiscard]] std::unique_ptr<FSNode> scanInside(const std::string &path, const ScanOptions &options,
+                                                 ScanStats &stats, WalkPool &pool = WalkPool::shared());
+
 /// The system's name for "/" ("Macintosh HD"), otherwise the path's last component.
 [[nodiscard]] std::string displayName(const std::string &path);
 

@@ -78,6 +78,20 @@ std::unique_ptr<FSNode> FSNode::release(const FSNode &child) {
     return released;
 }
 
+void FSNode::swapContents(FSNode &other) {
+    std::swap(unreadable, other.unreadable);
+    std::swap(isNotDescended, other.isNotDescended);
+    std::swap(isCloudProvider, other.isCloudProvider);
+    std::swap(size, other.size);
+    std::swap(logicalSize, other.logicalSize);
+    std::swap(fileCount, other.fileCount);
+    std::swap(dirCount, other.dirCount);
+    children_.swap(other.children_);
+    for (FSNode *folder : {this, &other})
+        for (const std::unique_ptr<FSNode> &child : folder->children_)
+            child->parent_ = folder;
+}
+
 bool FSNode::drop(const std::function<bool(const FSNode &)> &isUnwanted) {
     return std::erase_if(children_,
                          [&](const std::unique_ptr<FSNode> &child) { return isUnwanted(*child); }) > 0;

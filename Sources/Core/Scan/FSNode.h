@@ -66,6 +66,9 @@ public:
     /// it is no child of this node. No figures change.
     [[nodiscard]] std::unique_ptr<FSNode> release(const FSNode &child);
 
+    /// Exchanges the figures, the state and the children of two folders. Names, paths and marks stay.
+    void swapContents(FSNode &other);
+
     /// Drops every child for which `isUnwanted` is true, with its subtree; returns whether there was one. No
     /// figures change.
     bool drop(const std::function<bool(const FSNode &)> &isUnwanted);

@@ -1,5 +1,6 @@
 #include "Platform/Linux/FileOperation.h"
 
+#include "Base/ErrorReason.h"
 #include "Base/Text.h"
 
 #include <cerrno>
@@ -47,21 +48,6 @@ CocoaCode cocoaCodeOf(int errorNumber) {
     }
 }
 
-const char *reasonOf(CocoaCode code) {
-    switch (code) {
-    case writeNoPermission:
-        return " because you don’t have permission to access it.";
-    case writeOutOfSpace:
-        return " because there isn’t enough space.";
-    case writeVolumeReadOnly:
-        return " because the volume is read only.";
-    case userCancelled:
-        return " because the operation was cancelled.";
-    default:
-        return ".";
-    }
-}
-
 std::string inQuotes(std::string_view name) {
     return "“" + displayText(name) + "”";
 }
@@ -75,7 +61,8 @@ std::string refusal(FileOperation operation, const FileURL &item) {
 
 FileError fileError(FileOperation operation, const FileURL &item, int errorNumber) {
     const CocoaCode code = cocoaCodeOf(errorNumber);
-    return {FileError::Domain::cocoa, code, refusal(operation, item) + reasonOf(code),
+    return {FileError::Domain::cocoa, code,
+            refusal(operation, item) + " because " + reasonOfError(errorNumber) + ".",
             std::make_shared<const FileError>(FileError::posix(errorNumber))};
 }
 

@@ -110,14 +110,12 @@ std::optional<TreeRemoval::Task> TreeRemoval::removeUnopened(const Task &task) {
     const int error = errno;
     const bool isExchanged = error == ENOTDIR || error == ELOOP;
     // Anything that took the folder's place is removed as it is; an unreadable folder is removed if it is
-    // empty.
-    if (error == ENOENT ||
-        unlinkat(task.folder->descriptor(), task.name.c_str(), isExchanged ? 0 : AT_REMOVEDIR) == 0) {
-        if (error != ENOENT)
-            progress_.entriesRemoved.fetch_add(1, std::memory_order_relaxed);
-        return afterRemoving(task);
-    }
-    return fail(error);
+    // empty. A folder that another program has removed is gone only when the system says so here too.
+    if (unlinkat(task.folder->descriptor(), task.name.c_str(), isExchanged ? 0 : AT_REMOVEDIR) == 0)
+        progress_.entriesRemoved.fetch_add(1, std::memory_order_relaxed);
+    else if (error != ENOENT || errno != ENOENT)
+        return fail(error);
+    return afterRemoving(task);
 }
 
 std::optional<TreeRemoval::Task> TreeRemoval::removeEmptied(const Task &task) {

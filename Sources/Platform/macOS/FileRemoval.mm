@@ -8,16 +8,18 @@
 /// entries that another program removed first.
 @interface BrimvaleRemovalWatcher : NSObject <NSFileManagerDelegate>
 @property(nonatomic) brimvale::RemovalProgress *progress;
+@property(nonatomic) NSURL *lastCounted;
 @end
 
 @implementation BrimvaleRemovalWatcher
 
-- (BOOL)fileManager:(NSFileManager *)__unused manager shouldRemoveItemAtURL:(NSURL *)__unused url {
+- (BOOL)fileManager:(NSFileManager *)__unused manager shouldRemoveItemAtURL:(NSURL *)url {
     if (self.progress == nullptr)
         return YES;
     if (self.progress->cancelled.isSet())
         return NO;
     ++self.progress->entriesRemoved;
+    self.lastCounted = url;
     return YES;
 }
 
@@ -30,6 +32,25 @@
 @end
 
 namespace brimvale {
+
+namespace {
+
+/// How many of the counted entries are still there: entries are counted before they are removed, and a folder
+/// before its contents. So these are the last counted entry and the folders that contain it.
+std::int64_t countedTooEarly(const BrimvaleRemovalWatcher *watcher, const FileURL &item) {
+    std::int64_t count = 0;
+    const char *path = watcher.lastCounted.fileSystemRepresentation;
+    for (FileURL entry(path != nullptr ? path : ""); isAtOrUnder(entry.path(), item.path());
+         entry = entry.parent()) {
+        if (fileStatus(entry.path()))
+            ++count;
+        if (entry == item)
+            break;
+    }
+    return count;
+}
+
+} // namespace
 
 std::optional<FileError> removeItem(const FileURL &item, RemovalProgress *progress) {
     @autoreleasepool {
@@ -49,6 +70,8 @@ std::optional<FileError> removeItem(const FileURL &item, RemovalProgress *progre
             error = [NSError errorWithDomain:NSCocoaErrorDomain code:NSUserCancelledError userInfo:nil];
         else if (isRemoved)
             return std::nullopt;
+        if (progress != nullptr)
+            progress->entriesRemoved -= countedTooEarly(watcher, item);
         return fileErrorOf(error);
     }
 }

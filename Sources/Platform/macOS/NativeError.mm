@@ -1,10 +1,29 @@
 #include "Platform/macOS/NativeError.h"
 
+#include "Base/ErrorReason.h"
 #include "Platform/macOS/Text.h"
 
 #include <memory>
+#include <string>
+#include <utility>
 
 namespace brimvale {
+
+namespace {
+
+/// The system's sentence for an unknown error ends without a reason, although it often knows the errno.
+FileError withReason(FileError error) {
+    const bool hasErrno = error.underlying != nullptr && error.underlying->domain == FileError::Domain::posix;
+    std::string &sentence = error.localizedDescription;
+    if (error.domain == FileError::Domain::cocoa && error.code == NSFileWriteUnknownError && hasErrno &&
+        sentence.ends_with('.')) {
+        sentence.pop_back();
+        sentence += " because " + reasonOfError(error.underlying->code) + ".";
+    }
+    return error;
+}
+
+} // namespace
 
 FileError fileErrorOf(NSError *given) {
     NSError *error = given != nil ? given
@@ -19,7 +38,7 @@ FileError fileErrorOf(NSError *given) {
     id underlying = error.userInfo[NSUnderlyingErrorKey];
     if ([underlying isKindOfClass:NSError.class])
         result.underlying = std::make_shared<const FileError>(fileErrorOf(underlying));
-    return result;
+    return withReason(std::move(result));
 }
 
 } // namespace brimvale

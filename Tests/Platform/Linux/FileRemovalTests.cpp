@@ -101,7 +101,9 @@ TEST(FileRemoval, ErrorNamesTheRequestedItem) {
     const TemporaryFolder folder;
     const auto error = removeItem(FileURL(folder.path("caf\xE9 “x”")));
     ASSERT_TRUE(error);
-    EXPECT_EQ(error->localizedDescription, "“caf\uFFFD “x”” couldn’t be removed.");
+    EXPECT_EQ(
+        error->localizedDescription,
+        "“caf\uFFFD “x”” couldn’t be removed because it or a folder on the way to it no longer exists.");
 }
 
 TEST(FileRemoval, RemovesDeepTreeWithFewDescriptors) {

@@ -1,0 +1,55 @@
+#include "Platform/RemovalObstacle.h"
+
+#include "Platform/Linux/Place.h"
+#include "Platform/Posix/Descriptor.h"
+
+#include <fcntl.h>
+#include <linux/stat.h>
+#include <string>
+#include <sys/stat.h>
+
+namespace brimvale {
+
+namespace {
+
+/// The attributes of an entry of an open folder, or with an empty name those of the folder itself.
+std::uint64_t attributesOf(const Descriptor &folder, const std::string &name) {
+    struct statx status {};
+    const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_EMPTY_PATH;
+    return statx(folder.number(), name.c_str(), flags, STATX_TYPE, &status) == 0 ? status.stx_attributes : 0;
+}
+
+} // namespace
+
+// `statx` tells the flags of FS_IOC_GETFLAGS too, and needs no permission to read the item.
+RemovalObstacle removalObstacle(const FileURL &item) {
+    if (!item.namesEntry())
+        return RemovalObstacle::none;
+    const Descriptor parent = openParentFolder(item);
+    if (!parent.isOpen())
+        return RemovalObstacle::none;
+    const std::uint64_t own = attributesOf(parent, std::string(item.fileName()));
+    const std::uint64_t above = attributesOf(parent, "");
+    if ((own & STATX_ATTR_IMMUTABLE) != 0)
+        return RemovalObstacle::immutable;
+    if ((own & STATX_ATTR_APPEND) != 0)
+        return RemovalObstacle::appendOnly;
+    if ((above & STATX_ATTR_IMMUTABLE) != 0)
+        return RemovalObstacle::immutableParent;
+    return (above & STATX_ATTR_APPEND) != 0 ? RemovalObstacle::appendOnlyParent : RemovalObstacle::none;
+}
+
+std::string_view commandAgainst(RemovalObstacle obstacle) {
+    switch (obstacle) {
+    case RemovalObstacle::immutable:
+    case RemovalObstacle::immutableParent:
+        return "chattr -i";
+    case RemovalObstacle::appendOnly:
+    case RemovalObstacle::appendOnlyParent:
+        return "chattr -a";
+    default:
+        return "";
+    }
+}
+
+} // namespace brimvale
