@@ -4,6 +4,7 @@
 #include "Core/Apps/AppInventory.h"
 #include "Core/Apps/Uninstall.h"
 #include "Core/Model/Removals.h"
+#include "Core/Model/RowMeasuring.h"
 #include "Core/Model/Workers.h"
 #include "Core/Scan/Counter.h"
 
@@ -38,7 +39,7 @@ void Apps::setIncludeSystemApps(bool include) {
 void Apps::loadApps() {
     if (state().isLoadingApps)
         return;
-    goneSinceBegin_ = {};
+    goneSinceBegin_ = partlyGoneSinceBegin_ = {};
     update([](AppState &state) {
         state.isLoadingApps = true;
         state.appProgress = 0;
@@ -87,6 +88,7 @@ void Apps::show(const AppFigures &figures, double progress) {
             }
         state.appProgress = progress;
     });
+    measureRowsAgain(partlyGoneSinceBegin_);
 }
 
 void Apps::uninstall(const InstalledApp &app, const std::vector<LeftoverItem> &leftovers, bool includeBundle,
@@ -102,6 +104,42 @@ void Apps::drop(const GonePaths &gone) {
     if (state().isLoadingApps)
         goneSinceBegin_.add(gone);
     update([&](AppState &state) { return dropApps(state.apps, gone); });
+}
+
+void Apps::measureAgain(const GonePaths &partlyGone) {
+    if (state().isLoadingApps)
+        partlyGoneSinceBegin_.add(partlyGone);
+    measureRowsAgain(partlyGone);
+}
+
+void Apps::measureRowsAgain(const GonePaths &partlyGone) {
+    if (partlyGone.isEmpty())
+        return;
+    std::vector<FileURL> rows;
+    const auto addIfTouched = [&](const FileURL &item) {
+        if (RowMeasuring::isTouched(item, partlyGone))
+            rows.push_back(item);
+    };
+    for (const AppRow &row : state().apps) {
+        if (row.analyzed)
+            addIfTouched(row.app.url);
+        for (const LeftoverItem &item : row.leftovers)
+            addIfTouched(item.url);
+    }
+    if (rows.empty())
+        return;
+    workers_.run(
+        this, [rows, cancelled = workers_.closing()] { return RowMeasuring::measure(rows, cancelled); },
+        [this](const RowMeasuring::Sizes &sizes) {
+            drop(RowMeasuring::goneIn(sizes));
+            update([&](AppState &state) {
+                for (AppRow &row : state.apps) {
+                    RowMeasuring::setSize(sizes, row.app.url, row.bundleSize);
+                    for (LeftoverItem &item : row.leftovers)
+                        RowMeasuring::setSize(sizes, item.url, item.size);
+                }
+            });
+        });
 }
 
 } // namespace brimvale

@@ -44,13 +44,19 @@ public:
     /// Drops the rows of removed applications, and removed leftovers, including those still being analysed.
     void drop(const GonePaths &gone);
 
+    /// Measures again, in the background, what shows items that were removed in part.
+    void measureAgain(const GonePaths &partlyGone);
+
 private:
     void list(const std::vector<InstalledApp> &found);
     void show(const AppFigures &figures, double progress);
+    void measureRowsAgain(const GonePaths &partlyGone);
 
     Workers &workers_;
     Removals &removals_;
-    GonePaths goneSinceBegin_; ///< since loading began
+    // Since loading began:
+    GonePaths goneSinceBegin_;
+    GonePaths partlyGoneSinceBegin_;
 };
 
 } // namespace brimvale

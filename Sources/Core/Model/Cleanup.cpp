@@ -1,5 +1,6 @@
 #include "Core/Model/Cleanup.h"
 
+#include "Core/Model/RowMeasuring.h"
 #include "Core/Model/Workers.h"
 #include "Core/Scan/Counter.h"
 #include "Core/Storage/CleanupCatalog.h"
@@ -25,7 +26,7 @@ Cleanup::Cleanup(Workers &workers)
 void Cleanup::measureCleanup() {
     if (state().isMeasuringCleanup)
         return;
-    goneSinceBegin_ = {};
+    goneSinceBegin_ = partlyGoneSinceBegin_ = {};
     update([](CleanupState &state) {
         state.isMeasuringCleanup = true;
         state.cleanupProgress = 0;
@@ -60,6 +61,7 @@ void Cleanup::show(CleanupTarget measured, double progress) {
                 target = measured;
         state.cleanupProgress = progress;
     });
+    measureRowsAgain(partlyGoneSinceBegin_);
 }
 
 void Cleanup::drop(const GonePaths &gone) {
@@ -71,6 +73,34 @@ void Cleanup::drop(const GonePaths &gone) {
             hasDropped = dropEntries(target, gone) || hasDropped;
         return hasDropped;
     });
+}
+
+void Cleanup::measureAgain(const GonePaths &partlyGone) {
+    if (state().isMeasuringCleanup)
+        partlyGoneSinceBegin_.add(partlyGone);
+    measureRowsAgain(partlyGone);
+}
+
+void Cleanup::measureRowsAgain(const GonePaths &partlyGone) {
+    if (partlyGone.isEmpty())
+        return;
+    std::vector<FileURL> rows;
+    for (const CleanupTarget &target : state().cleanupTargets)
+        for (const CleanupEntry &entry : target.entries)
+            if (RowMeasuring::isTouched(entry.url, partlyGone))
+                rows.push_back(entry.url);
+    if (rows.empty())
+        return;
+    workers_.run(
+        this, [rows, cancelled = workers_.closing()] { return RowMeasuring::measure(rows, cancelled); },
+        [this](const RowMeasuring::Sizes &sizes) {
+            drop(RowMeasuring::goneIn(sizes));
+            update([&](CleanupState &state) {
+                for (CleanupTarget &target : state.cleanupTargets)
+                    for (CleanupEntry &entry : target.entries)
+                        RowMeasuring::setSize(sizes, entry.url, entry.size);
+            });
+        });
 }
 
 } // namespace brimvale

@@ -31,11 +31,17 @@ public:
     /// Drops removed items from every target, including those still being measured.
     void drop(const GonePaths &gone);
 
+    /// Measures again, in the background, what shows items that were removed in part.
+    void measureAgain(const GonePaths &partlyGone);
+
 private:
     void show(CleanupTarget measured, double progress);
+    void measureRowsAgain(const GonePaths &partlyGone);
 
     Workers &workers_;
-    GonePaths goneSinceBegin_; ///< since measuring began
+    // Since measuring began:
+    GonePaths goneSinceBegin_;
+    GonePaths partlyGoneSinceBegin_;
 };
 
 } // namespace brimvale

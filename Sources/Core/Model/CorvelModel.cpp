@@ -37,6 +37,10 @@ CorvelModel::CorvelModel(RemovalActions &actions)
     QObject::connect(&removals, &Removals::gone, &cleanup, &Cleanup::drop);
     QObject::connect(&removals, &Removals::gone, &storage, &Storage::drop);
     QObject::connect(&removals, &Removals::gone, &scan, &ScanSession::drop);
+    QObject::connect(&removals, &Removals::partlyGone, &apps, &Apps::measureAgain);
+    QObject::connect(&removals, &Removals::partlyGone, &cleanup, &Cleanup::measureAgain);
+    QObject::connect(&removals, &Removals::partlyGone, &storage, &Storage::measureAgain);
+    QObject::connect(&removals, &Removals::partlyGone, &scan, &ScanSession::measureAgain);
     QObject::connect(&volumes, &Volumes::snapshotDeletionEnded, &storage,
                      qOverload<>(&Storage::resolveRemainder));
 }

@@ -25,8 +25,10 @@ Removals::Removals(Workers &workers, RemovalActions &actions, Volumes &volumes, 
 }
 
 Removals::~Removals() {
-    if (removal_)
-        removal_->progress->cancelled.set();
+    if (!removal_)
+        return;
+    removal_->progress->abandoned.set();
+    removal_->progress->cancelled.set();
 }
 
 void Removals::removeNodes(const std::vector<FSNode *> &nodes, RemovalMode mode) {
@@ -80,25 +82,27 @@ void Removals::begin(RemovalActivity activity, VolumesAreRead when,
         state.removalActivity = activity;
     });
     timer_.start(removalInterval);
-    struct Outcome {
-        RemovalResult result;
-        GonePaths paths;
-    };
     workers_.run(
-        this,
-        [work = std::move(work), progress = removal_->progress] {
-            RemovalResult result = work(*progress);
-            GonePaths paths = GonePaths::throughLinks(result.succeeded);
-            return Outcome{std::move(result), std::move(paths)};
-        },
-        [this](const Outcome &outcome) { conclude(outcome.result, outcome.paths); });
+        this, [work = std::move(work), progress = removal_->progress] { return outcomeOf(work(*progress)); },
+        [this](const Outcome &outcome) { conclude(outcome); });
 }
 
-void Removals::conclude(const RemovalResult &result, const GonePaths &paths) {
-    publishResult(result);
+Removals::Outcome Removals::outcomeOf(RemovalResult result) {
+    std::vector<FileURL> gone = result.succeeded;
+    gone.insert(gone.end(), result.goneAnyway.begin(), result.goneAnyway.end());
+    std::vector<FileURL> parts;
+    for (const PartialRemoval &part : result.partlyRemoved)
+        parts.push_back(part.url);
+    return {std::move(result), GonePaths::throughLinks(gone), GonePaths::throughLinks(parts)};
+}
+
+void Removals::conclude(const Outcome &outcome) {
+    publishResult(outcome.result);
     if (removal_->volumesAreRead == VolumesAreRead::beforeGone)
         volumes_.refreshVolumes();
-    emit gone(paths);
+    emit gone(outcome.gone);
+    if (!outcome.partlyGone.isEmpty())
+        emit partlyGone(outcome.partlyGone);
     if (removal_->volumesAreRead == VolumesAreRead::afterGone)
         volumes_.refreshVolumes();
     removal_->isDone = true;

@@ -81,6 +81,9 @@ signals:
     void lastResultChanged();
     /// Emitted once per result, after it is published. Every list of these items drops them.
     void gone(const GonePaths &paths);
+    /// Emitted after `gone` if items were deleted only in part: every list that shows these items, or others
+    /// inside or around them, measures them again.
+    void partlyGone(const GonePaths &paths);
     /// A removal has ended; another one can start.
     void ended();
 
@@ -98,7 +101,15 @@ private:
     void remove(const std::vector<CleanupEntry> &entries, RemovalMode mode, VolumesAreRead when);
     void begin(RemovalActivity activity, VolumesAreRead when,
                std::function<RemovalResult(RemovalProgress &)> work);
-    void conclude(const RemovalResult &result, const GonePaths &paths);
+    /// A result with the paths that it changes, found in the background.
+    struct Outcome {
+        RemovalResult result;
+        GonePaths gone;
+        GonePaths partlyGone;
+    };
+
+    [[nodiscard]] static Outcome outcomeOf(RemovalResult result);
+    void conclude(const Outcome &outcome);
     void showProgress();
     void endIfDropped();
 

@@ -16,6 +16,16 @@ namespace {
 constexpr std::chrono::milliseconds scanInterval{200};
 constexpr std::chrono::milliseconds sliceOfDetaching{8};
 
+/// The folder as the scan of the tree at `rootPath` would show it now; null if it is gone.
+std::shared_ptr<FSNode> scannedAgain(const std::string &path, const std::string &rootPath, ScanStats &stats) {
+    const ScanOptions options = ScanOptions::standard();
+    std::shared_ptr<FSNode> found = path == rootPath ? DiskScanner::scan(path, options, stats)
+                                                     : DiskScanner::scanInside(path, options, stats);
+    if (found != nullptr)
+        found->sortRecursively();
+    return found;
+}
+
 } // namespace
 
 ScanSession::ScanSession(Workers &workers, Volumes &volumes)
@@ -26,6 +36,8 @@ ScanSession::ScanSession(Workers &workers, Volumes &volumes)
 ScanSession::~ScanSession() {
     for (const std::shared_ptr<Walk> &walk : walks_)
         walk->stats->cancel();
+    for (const std::shared_ptr<ScanStats> &stats : rescans_)
+        stats->cancel();
 }
 
 void ScanSession::chooseScanRoot(std::string path) {
@@ -51,7 +63,7 @@ void ScanSession::startScan(std::optional<std::string> path) {
     scanStart_ = std::chrono::steady_clock::now();
     progressTimer_.start(scanInterval);
 
-    const auto walk = std::make_shared<Walk>(Walk{.stats = scanStats_, .gone = {}});
+    const auto walk = std::make_shared<Walk>(Walk{.stats = scanStats_});
     walks_.push_back(walk);
     workers_.run(
         this,
@@ -66,8 +78,11 @@ void ScanSession::startScan(std::optional<std::string> path) {
             if (walk->stats->cancelled())
                 workers_.dispose(std::exchange(found, nullptr));
             finishScan(found);
-            if (found != nullptr)
-                dropFromTree(walk->gone);
+            if (found == nullptr)
+                return;
+            dropFromTree(walk->gone);
+            if (state().tree == found)
+                scanAgain(foldersAt(*found, walk->partlyGone));
         });
 }
 
@@ -174,6 +189,71 @@ void ScanSession::detach(FSNode &node) {
         folder->fileCount -= node.fileCount;
     }
     emit nodeDetached(&node);
+}
+
+void ScanSession::measureAgain(const GonePaths &partlyGone) {
+    for (const std::shared_ptr<Walk> &walk : walks_)
+        walk->partlyGone.add(partlyGone);
+    if (state().tree != nullptr)
+        scanAgain(foldersAt(*state().tree, partlyGone));
+}
+
+void ScanSession::scanAgain(const std::vector<FSNode *> &folders) {
+    if (folders.empty())
+        return;
+    Rescan rescan{state().tree, {}};
+    for (const FSNode *folder : folders)
+        rescan.folders.emplace_back(folder->path(), nullptr);
+    const auto stats = std::make_shared<ScanStats>();
+    rescans_.push_back(stats);
+    workers_.run(
+        this,
+        [rescan = std::move(rescan), rootPath = state().tree->path(), stats]() mutable {
+            for (auto &[path, found] : rescan.folders)
+                found = scannedAgain(path.path(), rootPath, *stats);
+            return std::move(rescan);
+        },
+        [this, stats](Rescan done) {
+            std::erase(rescans_, stats);
+            replace(std::move(done));
+        });
+}
+
+void ScanSession::replace(Rescan rescan) {
+    if (state().tree == nullptr || rescan.tree.lock() != state().tree)
+        return;
+    if (isDropping_) { // of the nodes that wait, some may be in these folders
+        QTimer::singleShot(sliceOfDetaching, this,
+                           [this, rescan = std::move(rescan)]() mutable { replace(std::move(rescan)); });
+        return;
+    }
+    std::vector<FileURL> gone;
+    for (const auto &[path, found] : rescan.folders) {
+        if (found == nullptr)
+            gone.push_back(path);
+        else // at this path, because the node may have left the tree since
+            for (FSNode *folder : foldersAt(*state().tree, GonePaths({path})))
+                replaceContents(*folder, *found);
+    }
+    if (!gone.empty())
+        drop(GonePaths(std::move(gone)));
+    workers_.dispose(std::move(rescan.folders));
+}
+
+void ScanSession::replaceContents(FSNode &folder, FSNode &found) {
+    std::vector<FSNode *> children;
+    for (const std::unique_ptr<FSNode> &child : folder.children())
+        children.push_back(child.get());
+    emit nodesAboutToBeDetached(children);
+    emit contentsAboutToBeReplaced(&folder);
+    folder.swapContents(found);
+    for (FSNode *above = folder.parent(); above != nullptr; above = above->parent()) {
+        above->size += folder.size - found.size;
+        above->logicalSize += folder.logicalSize - found.logicalSize;
+        above->fileCount += folder.fileCount - found.fileCount;
+        above->dirCount += folder.dirCount - found.dirCount;
+    }
+    emit contentsReplaced(&folder);
 }
 
 } // namespace brimvale

@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace brimvale {
@@ -60,6 +61,10 @@ public:
     /// work at once, and much work in slices from the event loop.
     void drop(const GonePaths &gone);
 
+    /// Scans folders that were removed in part again, in the background, and replaces their contents in the
+    /// tree. Also those in the tree of a running scan, when it arrives.
+    void measureAgain(const GonePaths &partlyGone);
+
     /// Whether removed nodes are still in the tree. `dropped` announces the end.
     [[nodiscard]] bool isDropping() const { return isDropping_; }
 
@@ -73,12 +78,25 @@ signals:
     /// may still point to it, and must stop before the second signal returns.
     void nodeAboutToBeDetached(FSNode *node);
     void nodeDetached(FSNode *node);
+    /// Emitted before and after a folder that was scanned again gets new children. Before, the old ones are
+    /// still in their place: drop all pointers to them and their descendants now. After, they no longer exist
+    /// and the figures of the folder's ancestors are updated.
+    void contentsAboutToBeReplaced(FSNode *folder);
+    void contentsReplaced(FSNode *folder);
     void dropped();
 
 private:
     struct Walk {
         std::shared_ptr<ScanStats> stats;
-        GonePaths gone; ///< since it began
+        // Since it began:
+        GonePaths gone = {};
+        GonePaths partlyGone = {};
+    };
+
+    /// Folders scanned again, with their new nodes; null where there is no folder any more.
+    struct Rescan {
+        std::weak_ptr<FSNode> tree; ///< the one that showed them
+        std::vector<std::pair<FileURL, std::shared_ptr<FSNode>>> folders;
     };
 
     void pollScan();
@@ -87,13 +105,17 @@ private:
     void dropFromTree(const GonePaths &gone);
     void detachSlice();
     void detach(FSNode &node);
+    void scanAgain(const std::vector<FSNode *> &folders);
+    void replace(Rescan rescan);
+    void replaceContents(FSNode &folder, FSNode &found);
 
     Workers &workers_;
     Volumes &volumes_;
     std::shared_ptr<ScanStats> scanStats_;
     QTimer progressTimer_;
     std::optional<std::chrono::steady_clock::time_point> scanStart_;
-    std::vector<std::shared_ptr<Walk>> walks_; ///< still running, including superseded ones
+    std::vector<std::shared_ptr<Walk>> walks_;        ///< still running, including superseded ones
+    std::vector<std::shared_ptr<ScanStats>> rescans_; ///< the running ones of single folders
 
     // State of dropping removed nodes:
     bool isDropping_ = false;

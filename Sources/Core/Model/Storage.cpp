@@ -1,5 +1,6 @@
 #include "Core/Model/Storage.h"
 
+#include "Core/Model/RowMeasuring.h"
 #include "Core/Model/Volumes.h"
 #include "Core/Model/Workers.h"
 #include "Core/Scan/Counter.h"
@@ -15,13 +16,28 @@ namespace brimvale {
 
 namespace {
 
+/// Sets a category's size after its rows have changed.
+void addUp(MeasuredCategory &category) {
+    if (category.category.measurement == CategoryMeasurement::measured)
+        category.size = CleanupEntries::totalSize(category.entries);
+}
+
 /// Drops removed rows from a category, and returns whether there were any.
 bool dropRows(MeasuredCategory &category, const GonePaths &gone) {
     const auto dropped =
         std::erase_if(category.entries, [&](const CleanupEntry &entry) { return gone.contains(entry.url); });
-    if (dropped > 0 && category.category.measurement == CategoryMeasurement::measured)
-        category.size = CleanupEntries::totalSize(category.entries);
+    if (dropped > 0)
+        addUp(category);
     return dropped > 0;
+}
+
+/// Gives the rows of a category their sizes as measured again.
+void setSizes(MeasuredCategory &category, const RowMeasuring::Sizes &sizes) {
+    bool isChanged = false;
+    for (CleanupEntry &entry : category.entries)
+        isChanged = RowMeasuring::setSize(sizes, entry.url, entry.size) || isChanged;
+    if (isChanged)
+        addUp(category);
 }
 
 std::int64_t countMeasured(const std::vector<StorageCategory> &categories) {
@@ -69,7 +85,7 @@ void Storage::resolveRemainder() {
 void Storage::measureCategories() {
     if (state().isMeasuringCategories)
         return;
-    goneSinceBegin_ = {};
+    goneSinceBegin_ = partlyGoneSinceBegin_ = {};
     const std::vector<StorageCategory> all = StorageCategories::all();
     update([&](StorageState &state) {
         state.isMeasuringCategories = true;
@@ -101,6 +117,7 @@ void Storage::show(MeasuredCategory measured, double progress) {
         resolveRemainder(state);
         state.categoryProgress = progress;
     });
+    measureRowsAgain(partlyGoneSinceBegin_);
 }
 
 void Storage::finish(std::vector<CleanupEntry> rows) {
@@ -116,6 +133,7 @@ void Storage::finish(std::vector<CleanupEntry> rows) {
         state.categoryProgress = 1;
         state.isMeasuringCategories = false;
     });
+    measureRowsAgain(partlyGoneSinceBegin_);
 }
 
 void Storage::drop(const GonePaths &gone) {
@@ -128,6 +146,34 @@ void Storage::drop(const GonePaths &gone) {
             dropRows(one, gone);
         resolveRemainder(state);
     });
+}
+
+void Storage::measureAgain(const GonePaths &partlyGone) {
+    if (state().isMeasuringCategories)
+        partlyGoneSinceBegin_.add(partlyGone);
+    measureRowsAgain(partlyGone);
+}
+
+void Storage::measureRowsAgain(const GonePaths &partlyGone) {
+    if (partlyGone.isEmpty())
+        return;
+    std::vector<FileURL> rows;
+    for (const MeasuredCategory &one : state().categories)
+        for (const CleanupEntry &entry : one.entries)
+            if (RowMeasuring::isTouched(entry.url, partlyGone))
+                rows.push_back(entry.url);
+    if (rows.empty())
+        return;
+    workers_.run(
+        this, [rows, cancelled = workers_.closing()] { return RowMeasuring::measure(rows, cancelled); },
+        [this](const RowMeasuring::Sizes &sizes) {
+            drop(RowMeasuring::goneIn(sizes));
+            update([&](StorageState &state) {
+                for (MeasuredCategory &one : state.categories)
+                    setSizes(one, sizes);
+                resolveRemainder(state);
+            });
+        });
 }
 
 } // namespace brimvale

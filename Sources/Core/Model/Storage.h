@@ -48,15 +48,21 @@ public:
     /// Drops removed rows from every category, including those still being measured, and updates System Data.
     void drop(const GonePaths &gone);
 
+    /// Measures again, in the background, what shows items that were removed in part.
+    void measureAgain(const GonePaths &partlyGone);
+
 private:
     [[nodiscard]] bool hasFigures() const;
     void resolveRemainder(StorageState &state) const;
     void show(MeasuredCategory measured, double progress);
     void finish(std::vector<CleanupEntry> rows);
+    void measureRowsAgain(const GonePaths &partlyGone);
 
     Workers &workers_;
     const Volumes &volumes_;
-    GonePaths goneSinceBegin_; ///< since measuring began
+    // Since measuring began:
+    GonePaths goneSinceBegin_;
+    GonePaths partlyGoneSinceBegin_;
 };
 
 } // namespace brimvale

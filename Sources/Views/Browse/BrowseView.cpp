@@ -96,6 +96,9 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &vol
     connect(&scan_, &ScanSession::nodesAboutToBeDetached, outline_, &OutlineView::deselectWithin);
     connect(&scan_, &ScanSession::nodeAboutToBeDetached, this, &BrowseView::letGoOf);
     connect(&scan_, &ScanSession::nodeDetached, &outlineModel_, &OutlineModel::removed);
+    connect(&scan_, &ScanSession::contentsAboutToBeReplaced, this, &BrowseView::letGoOfContents);
+    connect(&scan_, &ScanSession::contentsReplaced, this,
+            [this](FSNode *folder) { outlineModel_.replacedContents(*folder); });
     connect(&removals_, &Removals::changed, this, &BrowseView::showRemoval);
     showTree();
 }
@@ -263,6 +266,7 @@ void BrowseView::showMenu(const QPoint &place) {
     // The tree may be replaced, or lose nodes, while the menu is open.
     connect(&scan_, &ScanSession::treeChanged, menu, &QMenu::close);
     connect(&scan_, &ScanSession::nodeAboutToBeDetached, menu, &QMenu::close);
+    connect(&scan_, &ScanSession::contentsAboutToBeReplaced, menu, &QMenu::close);
     menu->popup(place);
 }
 
@@ -307,12 +311,29 @@ void BrowseView::letGoOf(FSNode *node) {
         focusOn(node->parent());
     std::erase_if(
         shown_, [node](const FSNode *one) { return OutlineModel::isWithin(one, *node) || !isInTree(*one); });
+    showLater();
+    outlineModel_.aboutToRemove(*node);
+}
+
+/// A folder is about to get other children: drop all pointers to the old ones and their descendants.
+void BrowseView::letGoOfContents(FSNode *folder) {
+    if (focus_ == nullptr)
+        return;
+    if (focus_ != folder && OutlineModel::isWithin(focus_, *folder))
+        focusOn(folder);
+    std::erase_if(shown_, [folder](const FSNode *one) {
+        return one != folder && (OutlineModel::isWithin(one, *folder) || !isInTree(*one));
+    });
+    showLater();
+    outlineModel_.aboutToReplaceContents(*folder);
+}
+
+void BrowseView::showLater() {
     // Every time, because leaving the node or entering a folder draws the treemap again.
     if (treemap_->node() != nullptr)
         treemap_->setNode(nullptr);
     if (!std::exchange(isStale_, true))
         QTimer::singleShot(0, this, &BrowseView::showAfterRemoval);
-    outlineModel_.aboutToRemove(*node);
 }
 
 /// Draws once after many nodes were removed.

@@ -51,6 +51,8 @@ private:
     void showRemoval();
     void confirmRemoval();
     void letGoOf(FSNode *node);
+    void letGoOfContents(FSNode *folder);
+    void showLater();
     void showAfterRemoval();
 
     ScanSession &scan_;

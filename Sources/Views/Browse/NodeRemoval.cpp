@@ -23,6 +23,7 @@ void NodeRemoval::ask(const std::vector<FSNode *> &nodes) {
     // The nodes in the question may no longer exist.
     connect(&scan_, &ScanSession::treeChanged, sheet, &QDialog::reject);
     connect(&scan_, &ScanSession::nodeAboutToBeDetached, sheet, &QDialog::reject);
+    connect(&scan_, &ScanSession::contentsAboutToBeReplaced, sheet, &QDialog::reject);
     sheet->open();
 }
 

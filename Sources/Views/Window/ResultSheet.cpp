@@ -1,17 +1,19 @@
 #include "Views/Window/ResultSheet.h"
 
 #include "Core/Removal/RemovalReport.h"
-#include "Core/Text/Formatting.h"
 #include "Views/Components/Card.h"
-#include "Views/Components/ElidedLabel.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/PageParts.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 
+#include <QFontMetrics>
+#include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <string>
+#include <unordered_map>
 
 using namespace Qt::StringLiterals;
 
@@ -20,7 +22,8 @@ namespace brimvale {
 namespace {
 
 constexpr int sheetWidth = 480;
-constexpr std::size_t mostItemsShown = 8;
+constexpr std::size_t mostLinesShown = 8;
+constexpr int lineGap = 4;
 
 } // namespace
 
@@ -34,10 +37,12 @@ ResultSheet::ResultSheet(const RemovalResult &result, QWidget *parent)
     QVBoxLayout *layout = makeLayout();
     layout->addWidget(makeHeading("resultTitle", windowTitle()));
     layout->addWidget(summary);
+    if (!result.partlyRemoved.empty())
+        addLines(*layout, "part", RemovalReport::partLines(result));
     if (!result.failed.empty())
-        addFailures(*layout, result);
+        addLines(*layout, "failure", RemovalReport::failureLines(result));
     if (!result.needsAdmin.empty())
-        addAdminSection(*layout, result.needsAdmin);
+        addAdminSection(*layout, result);
     layout->addSpacing(4);
     addChoice(*layout, result.needsAdmin);
     setFixedWidth(sheetWidth);
@@ -49,48 +54,65 @@ void ResultSheet::setCanEscalate(bool can) {
         authenticate_->setEnabled(can);
 }
 
-void ResultSheet::addFailures(QVBoxLayout &layout, const RemovalResult &result) {
+void ResultSheet::addLines(QVBoxLayout &layout, const char *objectName,
+                           const std::vector<std::string> &lines) {
     auto *card = new Card(this);
-    auto *lines = new QVBoxLayout(card);
-    lines->setContentsMargins(12, 10, 12, 10);
-    lines->setSpacing(6);
-    for (const std::string &failure : RemovalReport::failureLines(result)) {
+    auto *rows = new QVBoxLayout(card);
+    rows->setContentsMargins(12, 10, 12, 10);
+    rows->setSpacing(6);
+    for (const std::string &words : lines) {
         auto *line = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, card);
-        line->setObjectName(QStringLiteral("failure"));
-        line->setText(text(failure));
+        line->setObjectName(QString::fromLatin1(objectName));
+        line->setText(displayedText(words));
         line->setWordWrap(true);
         line->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        lines->addWidget(line);
+        rows->addWidget(line);
     }
     layout.addWidget(card);
 }
 
-void ResultSheet::addAdminSection(QVBoxLayout &layout, const std::vector<FileURL> &items) {
+void ResultSheet::addAdminSection(QVBoxLayout &layout, const RemovalResult &result) {
     auto *heading = new TextLabel(Type::Size::body, QFont::DemiBold, this);
     heading->setObjectName(QStringLiteral("adminTitle"));
     heading->setText(u"Some items need admin rights"_s);
     auto *card = new Card(this);
-    auto *lines = new QVBoxLayout(card);
-    lines->setContentsMargins(12, 10, 12, 10);
-    lines->setSpacing(6);
-    const std::size_t shown = std::min(items.size(), mostItemsShown);
-    for (std::size_t i = 0; i < shown; ++i) {
-        auto *line = new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, card);
-        line->setObjectName(QStringLiteral("adminItem"));
-        line->setText(displayedText(items[i].path()));
-        lines->addWidget(line);
-    }
-    if (const std::size_t rest = items.size() - shown; rest > 0) {
-        auto *line = new TextLabel(Type::Size::body, TextLabel::Tone::tertiary, card);
-        line->setText(u"and %1 more."_s.arg(text(Fmt::count(static_cast<std::int64_t>(rest)))));
-        lines->addWidget(line);
-    }
+    auto *cardLayout = new QVBoxLayout(card);
+    cardLayout->setContentsMargins(6, 6, 6, 6);
+    cardLayout->addWidget(makeAdminList(result));
     auto *note = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this);
     note->setText(u"There is no Trash for what an administrator removes: it is deleted immediately."_s);
     note->setWordWrap(true);
     layout.addWidget(heading);
     layout.addWidget(card);
     layout.addWidget(note);
+}
+
+/// All items, because all of them are deleted; a few are visible at once. What keeps an item stands below it.
+QWidget *ResultSheet::makeAdminList(const RemovalResult &result) {
+    std::unordered_map<FileURL, std::string> remarks;
+    for (const auto &[url, remark] : result.adminRemarks)
+        remarks.emplace(url, remark);
+    auto *list = new QListWidget(this);
+    list->setObjectName(QStringLiteral("adminItems"));
+    list->setAccessibleName(u"Items that need admin rights"_s);
+    list->setFont(Type::font(Type::Size::body));
+    list->setFrameShape(QFrame::NoFrame);
+    list->setTextElideMode(Qt::ElideMiddle);
+    list->setWordWrap(!remarks.empty());
+    list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    list->setUniformItemSizes(remarks.empty());
+    for (const FileURL &item : result.needsAdmin) {
+        const auto remark = remarks.find(item);
+        QString words = displayedText(item.path());
+        if (remark != remarks.end())
+            words += u'\n' + displayedText(remark->second);
+        list->addItem(words);
+    }
+    const int lines =
+        static_cast<int>(std::min(result.needsAdmin.size() + 2 * remarks.size(), mostLinesShown));
+    list->setFixedHeight(lines * (QFontMetrics(list->font()).height() + lineGap));
+    return list;
 }
 
 void ResultSheet::addChoice(QVBoxLayout &layout, const std::vector<FileURL> &needsAdmin) {

@@ -3,6 +3,7 @@
 #include "Base/FileURL.h"
 #include "Views/Components/Sheet.h"
 
+#include <string>
 #include <vector>
 
 namespace brimvale {
@@ -24,8 +25,9 @@ signals:
     void escalated(std::vector<FileURL> items);
 
 private:
-    void addFailures(QVBoxLayout &layout, const RemovalResult &result);
-    void addAdminSection(QVBoxLayout &layout, const std::vector<FileURL> &items);
+    void addLines(QVBoxLayout &layout, const char *objectName, const std::vector<std::string> &lines);
+    void addAdminSection(QVBoxLayout &layout, const RemovalResult &result);
+    QWidget *makeAdminList(const RemovalResult &result);
     void addChoice(QVBoxLayout &layout, const std::vector<FileURL> &needsAdmin);
 
     QPushButton *authenticate_ = nullptr; ///< null if no item needs it

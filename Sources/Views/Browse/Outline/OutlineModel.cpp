@@ -121,6 +121,44 @@ void OutlineModel::removed() {
     startFilter(); // its ancestors may no longer contain a match
 }
 
+void OutlineModel::aboutToReplaceContents(const FSNode &folder) {
+    passTimer_.stop();
+    pass_.reset();
+    if (focused_ != &folder && isWithin(focused_, folder))
+        setFocused(nullptr);
+    const bool hasPlace = &folder == tree_.get() || isShown(folder);
+    const auto listed = rows_.find(&folder);
+    if (hasPlace && listed != rows_.end() && !listed->second.empty()) {
+        beginRemoveRows(indexOf(folder), 0, static_cast<int>(listed->second.size()) - 1);
+        rowsAreLeaving_ = true;
+    }
+    std::erase_if(rows_,
+                  [&](const auto &entry) { return entry.first != &folder && isWithin(entry.first, folder); });
+}
+
+void OutlineModel::replacedContents(const FSNode &folder) {
+    const bool wasListed = rows_.contains(&folder);
+    rows_[&folder].clear();
+    if (std::exchange(rowsAreLeaving_, false))
+        endRemoveRows();
+    rows_.erase(&folder);
+    if (wasListed && (&folder == tree_.get() || isShown(folder)))
+        insertRowsOf(folder);
+    announceChangedFigures(folder);
+    startFilter();
+}
+
+/// Announces the rows of a folder that was shown without any.
+void OutlineModel::insertRowsOf(const FSNode &folder) {
+    std::vector<FSNode *> rows = rowsOf(folder);
+    if (rows.empty())
+        return;
+    rows_[&folder].clear();
+    beginInsertRows(indexOf(folder), 0, static_cast<int>(rows.size()) - 1);
+    rows_[&folder] = std::move(rows);
+    endInsertRows();
+}
+
 /// Announces new figures for the rows in `folder`, whose shares have changed, and for its ancestors, whose
 /// sizes have changed too.
 void OutlineModel::announceChangedFigures(const FSNode &folder) {

@@ -64,6 +64,10 @@ public:
     void aboutToRemove(const FSNode &node);
     void removed();
 
+    /// The same for `folder` getting other children: before and after.
+    void aboutToReplaceContents(const FSNode &folder);
+    void replacedContents(const FSNode &folder);
+
     [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
     [[nodiscard]] QModelIndex parent(const QModelIndex &index) const override;
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
@@ -96,6 +100,7 @@ private:
     void rearrange(LayoutChangeHint hint, const std::function<void()> &change);
     void markFocused(FSNode *folder);
     void forgetRowsWithin(const FSNode &node);
+    void insertRowsOf(const FSNode &folder);
     void announceChangedFigures(const FSNode &folder);
     [[nodiscard]] bool isInPlace(const FSNode &node) const;
 
@@ -109,6 +114,7 @@ private:
     std::optional<OutlineFilter> pass_;
     QTimer passTimer_;
     std::optional<Removal> removal_;
+    bool rowsAreLeaving_ = false; ///< those of the folder that gets other children
 };
 
 } // namespace brimvale
