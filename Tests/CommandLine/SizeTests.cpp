@@ -53,6 +53,19 @@ TEST(Size, ContinuesAfterAnError) {
     EXPECT_THAT(table.out, ::testing::MatchesRegex(" +SIZE  PATH\n( +[0-9.]+ KB  " + file + "\n){2}"));
 }
 
+TEST(Size, SaysWhatItLeftOut) {
+    const TemporaryFolder folder;
+    folder.makeFile("item/closed/file", 50'000);
+    std::filesystem::permissions(folder.path("item/closed"), std::filesystem::perms(0700));
+    const std::string program = folder.makeFolder("program");
+    for (const std::string &open : {folder.path(), folder.path("item"), program})
+        std::filesystem::permissions(open, std::filesystem::perms(0777));
+    const Outcome outcome = runProgramUnprivileged(program, {"size", folder.path("item")});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "brimvalectl: " + folder.path("item") +
+                               ": the size leaves out 1 item that could not be read\n");
+}
+
 TEST(Size, SkipsCloudProviderFolders) {
     const TemporaryFolder home;
     home.makeFile("Library/CloudStorage/Provider/file", 10'000);

@@ -10,7 +10,7 @@
 namespace brimvale::testing {
 
 /// Removal as a test sees it: every call is noted, and nothing happens beyond what the test says.
-class RecordingActions final : public RemovalActions {
+class RecordingActions : public RemovalActions {
 public:
     std::vector<std::string> calls; ///< "delete PATH", "trash PATH", "admin COMMAND"
 

@@ -197,6 +197,64 @@ TEST_F(CorvelModelRemoval, AddsUpWhatTheAdministratorFrees) {
     EXPECT_GE(model.removals->lastResult->bytesFreed, 20'000);
 }
 
+TEST_F(CorvelModelRemoval, ScansAFolderAgainThatWentInPart) {
+    for (const char *name : {"a/big/one", "a/big/two", "a/big/sub/three", "a/stays"})
+        folder.makeFile(name, 2'000'000);
+    for (int i = 0; i < 4; ++i)
+        folder.makeFile("a/big/small " + std::to_string(i), 5'000);
+    scan();
+    FSNode *a = node({"a"}), *big = node({"a", "big"}), *sub = node({"a", "big", "sub"});
+    const FileURL item(big->path());
+    const std::int64_t size = root().size, logicalSize = root().logicalSize;
+    std::vector<FSNode *> announced;
+    QObject::connect(&model.scan, &ScanSession::contentsAboutToBeReplaced, [&](FSNode *changed) {
+        announced.push_back(changed);
+        EXPECT_EQ(descendant(*changed, {"sub"}), sub);
+    });
+    QSignalSpy replaced(&model.scan, &ScanSession::contentsReplaced);
+    actions.errors.emplace(item.path(), FileError{FileError::Domain::cocoa, 3072, "Stopped.", nullptr});
+    actions.onItem = [&](RemovalProgress *progress) {
+        for (const char *name : {"/one", "/small 2", "/sub/three", "/sub"})
+            progress->entriesRemoved += std::filesystem::remove(item.path() + name) ? 1 : 0;
+    };
+    model.removals.removeNodes({big}, RemovalMode::deleteNow);
+    ASSERT_TRUE(waitUntilRemoved(model));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !replaced.isEmpty(); }, 60'000));
+
+    const std::int64_t freed = model.removals->lastResult->bytesFreed;
+    EXPECT_GE(freed, 4'005'000);
+    EXPECT_EQ(model.removals->lastResult->partlyRemoved, (std::vector<PartialRemoval>{{item, 4, 9, freed}}));
+    EXPECT_EQ(model.removals->totalFreedThisSession, freed);
+    EXPECT_THAT(announced, ElementsAre(big));
+    EXPECT_EQ(node({"a", "big"}), big) << "in place";
+    EXPECT_THAT(namesIn(*big), ElementsAre("two", "3 smaller items"));
+    for (const FSNode *around : {a, &root()})
+        EXPECT_EQ(around->fileCount, 5);
+    EXPECT_EQ(root().size, size - freed);
+    EXPECT_EQ(root().logicalSize, logicalSize - 4'005'000);
+    EXPECT_EQ(root().dirCount, 2);
+}
+
+TEST_F(CorvelModelRemoval, ScansTheWholeAgainWhereTheRootWentInPart) {
+    folder.makeFile("a/file", 2'000'000);
+    folder.makeFile("b", 5'000);
+    scan();
+    std::filesystem::remove_all(folder.path("a"));
+    QSignalSpy replaced(&model.scan, &ScanSession::contentsReplaced);
+    emit model.removals.partlyGone(GonePaths({FileURL(folder.path())}));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !replaced.isEmpty(); }, 60'000));
+    EXPECT_THAT(namesIn(root()), ElementsAre("b"));
+    EXPECT_EQ(root().fileCount, 1);
+
+    // An item that has gone altogether since leaves the tree.
+    folder.makeFile("c/file", 2'000'000);
+    scan();
+    std::filesystem::remove_all(folder.path("c"));
+    emit model.removals.partlyGone(GonePaths({FileURL(folder.path("c"))}));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return node({"c"}) == nullptr; }, 60'000));
+    EXPECT_THAT(namesIn(root()), ElementsAre("b"));
+}
+
 TEST_F(CorvelModelRemoval, MayLoseItsModel) {
     for (int i = 0; i < 50; ++i)
         folder.makeFile(std::to_string(i), 1);

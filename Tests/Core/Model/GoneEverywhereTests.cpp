@@ -5,6 +5,7 @@
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
 #include "Core/Model/Storage.h"
+#include "Core/Scan/DiskScanner.h"
 #include "Support/HeldRemoval.h"
 #include "Support/Model.h"
 #include "Support/PublishedWriter.h"
@@ -203,6 +204,54 @@ TEST_F(GoneEverywhere, WhileItIsMeasured) {
     measureAll();
     ASSERT_TRUE(waitUntilMeasured());
     EXPECT_THAT(allShown(), ::testing::IsSupersetOf(places)) << "what is there again is shown again";
+}
+
+TEST_F(GoneEverywhere, MeasuresAgainWhatWentInPart) {
+    home.makeFile("Trash/item/left", 50'000);
+    begin();
+    const std::int64_t left = DiskScanner::quickSize(home.path("Trash/item/left"), {});
+    actions.errors.emplace(home.path("Trash/item"), FileError{FileError::Domain::cocoa, 512, "No.", nullptr});
+    actions.onItem = [&](RemovalProgress *progress) {
+        progress->entriesRemoved += std::filesystem::remove(home.path("Trash/item/inner")) ? 1 : 0;
+    };
+    model->removals.removeCleanupEntries({entry("Trash/item")}, RemovalMode::deleteNow);
+    ASSERT_TRUE(waitUntilRemoved(*model));
+    const auto isShown = [&](const char *place) {
+        const Places all = shown();
+        return std::find(all.begin(), all.end(), place) != all.end();
+    };
+    const auto sizes = [&] {
+        return std::vector{model->cleanup->cleanupTargets[0].entries[0].size,
+                           model->storage->categories[0].entries[0].size,
+                           model->apps->apps[0].leftovers[0].size};
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return sizes() == std::vector(3, left); }, 60'000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return node({"Trash", "item"})->fileCount == 1; }, 60'000));
+    EXPECT_EQ(model->storage->categories[0].size, left + 200);
+    for (const char *place : {"cleanup inner", "category inner", "leftover inner"})
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !isShown(place); }, 60'000)) << place;
+    EXPECT_TRUE(isShown("cleanup item") && isShown("app Acme.app"));
+}
+
+TEST_F(GoneEverywhere, DropsWhatAFailedCommandHasRemoved) {
+    const std::vector<FileURL> items{url("Trash/item"), url("Acme.app")};
+    struct Failing final : testing::RecordingActions {
+        std::string path;
+        std::optional<PrivilegedRunError> runAsAdministrator(const std::string &) override {
+            std::filesystem::remove_all(path);
+            return PrivilegedRunError{"It broke."};
+        }
+    } failing;
+    failing.path = items[1].path();
+    CorvelModel other(failing);
+    other.scan.startScan(home.path());
+    ASSERT_TRUE(waitUntilScanned(other));
+    other.removals.escalate(items);
+    ASSERT_TRUE(waitUntilRemoved(other));
+    EXPECT_EQ(other.removals->lastResult->failed.size(), 2U);
+    EXPECT_EQ(other.removals->totalFreedThisSession, 0);
+    EXPECT_EQ(descendant(*other.scan->tree, {"Acme.app"}), nullptr);
+    EXPECT_NE(descendant(*other.scan->tree, {"Trash", "item"}), nullptr);
 }
 
 TEST_F(GoneEverywhere, EmptiesATreeWhoseRootIsGone) {

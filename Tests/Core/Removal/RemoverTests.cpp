@@ -78,6 +78,94 @@ TEST(Remover, ErrorCodeDecidesFailedOrNeedsAdmin) {
     EXPECT_EQ(actions.calls, deletions) << "none tried twice";
 }
 
+TEST(Remover, FolderThatIsWrittenToNeedsNoAdministrator) {
+    const TemporaryFolder folder;
+    for (const FileError &error : {cocoa(513, FileError::posix(ENOTEMPTY)), FileError::posix(ENOTEMPTY)}) {
+        const FileURL busy(folder.makeFile("busy\n/file").substr(0, folder.path("busy\n").size()));
+        RecordingActions actions;
+        actions.errors.emplace(busy.path(), error);
+        const RemovalResult result = Remover::remove(Urls{busy}, RemovalMode::deleteNow, nullptr, actions);
+        EXPECT_EQ(result.failed, (Failures{{busy, "Something is still writing to “busy\n”."}}));
+        EXPECT_TRUE(result.needsAdmin.empty());
+        EXPECT_EQ(actions.calls.size(), 1U) << "not tried again";
+    }
+}
+
+TEST(Remover, TellsWhatWentOfWhatFailed) {
+    const TemporaryFolder folder;
+    for (int i = 0; i < 8; ++i)
+        folder.makeFile("big/" + std::to_string(i), 50'000);
+    const FileURL big(folder.path("big")), gone(folder.makeFile("gone", 7'000)),
+        whole(folder.makeFile("whole/file").substr(0, folder.path("whole").size()));
+    const std::int64_t size = sizeOf(big.path()), goneSize = sizeOf(gone.path());
+    // Stopped, failed, or for the administrator: what went, went.
+    for (const FileError &error : {cocoa(3072, FileError::posix(ECANCELED)), cocoa(512), cocoa(513)}) {
+        for (int i = 0; i < 8; ++i)
+            folder.makeFile("big/" + std::to_string(i), 50'000);
+        folder.makeFile("gone", 7'000);
+        RecordingActions actions;
+        for (const FileURL &item : {big, gone, whole})
+            actions.errors.emplace(item.path(), error);
+        actions.onItem = [&](RemovalProgress *progress) {
+            if (actions.calls.back() == "delete " + gone.path())
+                progress->entriesRemoved += std::filesystem::remove(gone.path()) ? 1 : 0;
+            if (actions.calls.back() != "delete " + big.path())
+                return;
+            for (const char *name : {"/0", "/3", "/5"})
+                progress->entriesRemoved += std::filesystem::remove(big.path() + name) ? 1 : 0;
+        };
+        const RemovalResult result =
+            Remover::remove(Urls{big, whole, gone}, RemovalMode::deleteNow, nullptr, actions);
+        const std::int64_t freed = size - sizeOf(big.path());
+        EXPECT_EQ(result.partlyRemoved, (std::vector<PartialRemoval>{{big, 3, 9, freed}}));
+        EXPECT_EQ(result.goneAnyway, Urls{gone});
+        EXPECT_EQ(result.bytesFreed, freed + goneSize);
+        EXPECT_EQ(result.failed.size() + result.needsAdmin.size(), 3U) << "each in exactly one list";
+    }
+}
+
+TEST(Remover, OneOfSeveralNamesFreesNothing) {
+    const TemporaryFolder folder;
+    const FileURL file(folder.makeFile("file", 50'000)), other(folder.path("other"));
+    std::filesystem::create_hard_link(file.path(), other.path());
+    const std::int64_t size = sizeOf(file.path());
+    const auto removeEntry = [&](const FileURL &url) {
+        return Remover::remove(std::vector<CleanupEntry>{{.url = url, .size = size}}, RemovalMode::deleteNow);
+    };
+    EXPECT_EQ(removeEntry(file), (RemovalResult{{file}, {}, 0, {}}));
+    EXPECT_EQ(removeEntry(other), (RemovalResult{{other}, {}, size, {}})) << "the last name";
+    folder.makeFile("file", 50'000);
+    folder.makeFile("item/own", 5'000);
+    std::filesystem::create_hard_link(file.path(), folder.path("item/other"));
+    const std::int64_t own = sizeOf(folder.path("item/own"));
+    EXPECT_EQ(Remover::remove(Urls{FileURL(folder.path("item"))}, RemovalMode::deleteNow).bytesFreed, own);
+}
+
+TEST(Remover, SaysWhichFlagKeepsAnItem) {
+    const TemporaryFolder folder;
+    RecordingActions actions;
+    Urls urls;
+    for (const RemovalObstacle obstacle :
+         {RemovalObstacle::none, RemovalObstacle::immutable, RemovalObstacle::appendOnlyParent,
+          RemovalObstacle::restricted, RemovalObstacle::privacyProtection}) {
+        urls.emplace_back(folder.makeFile(std::to_string(static_cast<int>(obstacle))));
+        actions.refuse(urls.back().path());
+        actions.obstacles[urls.back().path()] = obstacle;
+    }
+    const RemovalResult result = Remover::remove(urls, RemovalMode::trash, nullptr, actions);
+    EXPECT_EQ(result.needsAdmin, urls);
+    std::vector<std::string> remarks;
+    for (const auto &[url, remark] : result.adminRemarks)
+        remarks.push_back(std::string(url.fileName()) + " " + remark);
+    ASSERT_EQ(remarks.size(), 4U);
+    EXPECT_EQ(remarks[0], "2 It is marked immutable, which stops even an administrator. Clear the mark "
+                          "first: sudo chattr -i");
+    EXPECT_EQ(remarks[1], "5 Its parent folder is marked append-only, which stops even an administrator. "
+                          "Clear the mark first: sudo chattr -a");
+    EXPECT_EQ(remarks[2], "6 The system protects it, even from an administrator.");
+    EXPECT_TRUE(remarks[3].find("Full Disk Access") != std::string::npos);
+}
+
 TEST(Remover, RemovesInOrderAndChecksGuardsFirst) {
     const TemporaryFolder folder;
     const FileURL second(folder.makeFile("b/second", 9'000));
@@ -192,6 +280,36 @@ TEST(RemoverAsAdministrator, FailsEveryItemWhenTheCommandDoesNotRun) {
     }
 }
 
+TEST(RemoverAsAdministrator, TellsWhatAFailedCommandHasRemoved) {
+    const TemporaryFolder folder;
+    for (const bool reportsAnError : {true, false}) {
+        const FileURL gone(folder.makeFile("gone", 5'000)), part(folder.makeFolder("part")),
+            whole(folder.makeFile("whole"));
+        for (const char *name : {"a", "b", "c"})
+            folder.makeFile(std::string("part/") + name, 9'000);
+        const std::int64_t each = sizeOf(folder.path("part/a"));
+        // As with a command that fails after it has removed some.
+        struct FailingActions final : RecordingActions {
+            std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override {
+                onCommand(command);
+                return privilegedRunError;
+            }
+        } actions;
+        actions.onCommand = [&](const std::string &) {
+            std::filesystem::remove(gone.path());
+            std::filesystem::remove(folder.path("part/b"));
+        };
+        if (reportsAnError)
+            actions.privilegedRunError = PrivilegedRunError{"It broke."};
+        const RemovalResult result = Remover::removeWithAdmin({gone, part, whole}, actions);
+        EXPECT_EQ(result.failed.size(), reportsAnError ? 3U : 2U);
+        EXPECT_EQ(result.succeeded, reportsAnError ? Urls() : Urls{gone});
+        EXPECT_EQ(result.goneAnyway, reportsAnError ? Urls{gone} : Urls());
+        EXPECT_EQ(result.partlyRemoved, (std::vector<PartialRemoval>{{part, 1, 4, each}}));
+        EXPECT_EQ(result.bytesFreed == 0, reportsAnError);
+    }
+}
+
 TEST(RemoverAsAdministrator, QuotesEveryName) {
     const TemporaryFolder folder;
     std::string everyByte;
@@ -259,6 +377,15 @@ TEST(RemoverOfSnapshots, AcceptsOnlyPlainSnapshotNames) {
     RecordingActions refusing;
     refusing.privilegedRunError = PrivilegedRunError{};
     EXPECT_FALSE(Remover::deleteSnapshot("com.apple.TimeMachine.1.local", FileURL("/"), refusing));
+}
+
+TEST(RemovalReport, TellsPartsInFigures) {
+    RemovalResult result;
+    for (int i = 0; i < 5; ++i)
+        result.partlyRemoved.push_back({FileURL("/a/big"), 93'910, 100'200, 10'700'000});
+    const std::string line = "“big” was partly deleted: 93,910 of 100,200 items are gone, 10.7 MB freed";
+    EXPECT_EQ(RemovalReport::partLines(result),
+              (std::vector<std::string>{line, line, line, line, "and 1 more."}));
 }
 
 TEST(RemovalReport, TitleSummaryAndFailureLines) {

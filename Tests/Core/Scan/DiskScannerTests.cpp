@@ -116,6 +116,66 @@ TEST(DiskScanner, CountsHardLinksOnce) {
     EXPECT_EQ(scan(flat.path())->fileCount, 2);
 }
 
+TEST(DiskScanner, TellsWhatDeletingFrees) {
+    const TemporaryFolder folder;
+    const std::string file = folder.makeFile("item/file", 50'000);
+    const std::string twice = folder.makeFile("item/sub/twice", 40'000);
+    const std::string linked = folder.makeFile("outside", 30'000);
+    std::filesystem::create_hard_link(twice, folder.path("item/again"));
+    std::filesystem::create_hard_link(linked, folder.path("item/linked"));
+    const auto sizeOf = [](const std::string &path) { return fileStatus(path)->allocatedBytes; };
+    for (const int workers : {0, 3}) {
+        WalkPool pool(workers);
+        const DiskScanner::QuickFigures figures =
+            DiskScanner::quickFigures(folder.path("item"), {}, StopFlag(), pool);
+        EXPECT_EQ(figures.bytes, sizeOf(file) + 2 * sizeOf(twice) + sizeOf(linked));
+        EXPECT_EQ(figures.freedBytes, sizeOf(file) + sizeOf(twice));
+        EXPECT_EQ(figures.entries, 6) << "with the folder itself";
+        EXPECT_EQ(figures.unreadable, 0);
+        EXPECT_EQ(DiskScanner::quickFigures(linked, {}, StopFlag(), pool).freedBytes, 0);
+        EXPECT_EQ(DiskScanner::quickFigures(file, {}, StopFlag(), pool).freedBytes, sizeOf(file));
+    }
+}
+
+TEST(DiskScanner, CountsWhatCannotBeRead) {
+    testing::inChild([] {
+        testing::becomeOrdinaryUser();
+        const TemporaryFolder folder;
+        folder.makeFile("a/closed/file", 5'000);
+        folder.makeFile("a/unsearchable/file", 5'000);
+        const std::string readable = folder.makeFile("a/file", 5'000);
+        std::filesystem::permissions(folder.path("a/closed"), std::filesystem::perms(0000));
+        std::filesystem::permissions(folder.path("a/unsearchable"), std::filesystem::perms(0444));
+        WalkPool pool(0);
+        const auto figures = DiskScanner::quickFigures(folder.path("a"), {}, StopFlag(), pool);
+        EXPECT_EQ(figures.unreadable, 2);
+        EXPECT_EQ(figures.bytes, fileStatus(readable)->allocatedBytes);
+    });
+}
+
+TEST(DiskScanner, ScansAFolderAgainAsThePartOfALargerScan) {
+    const TemporaryFolder folder;
+    makeHostileTree(folder, 9, false);
+    folder.makeFile("inner/folder/large", 2'000'000);
+    for (int i = 0; i < 5; ++i)
+        folder.makeFile("inner/folder/" + std::to_string(i), 5'000);
+    folder.makeFile("inner/folder/below/small", 5'000);
+    ScanOptions options;
+    options.skippedPaths = {folder.path("inner/folder/below")};
+    const auto tree = scan(folder.path(), options);
+    FSNode &part = *testing::descendant(*tree, {"inner", "folder"});
+    WalkPool pool(3);
+    ScanStats stats;
+    const auto again = DiskScanner::scanInside(folder.path("inner/folder"), options, stats, pool);
+    ASSERT_NE(again, nullptr);
+    EXPECT_EQ(again->path(), part.path());
+    const auto parent = testing::descendant(*tree, {"inner"})->release(part);
+    EXPECT_EQ(describe(*again), describe(*parent)) << "small files in an aggregate too";
+    folder.makeLink("link", "inner");
+    for (const char *name : {"link", "missing", "inner/folder/large"})
+        EXPECT_EQ(DiskScanner::scanInside(folder.path(name), options, stats, pool), nullptr) << name;
+}
+
 TEST(DiskScanner, SkippedFoldersAreNotEntered) {
     const TemporaryFolder folder;
     folder.makeFile("dev/device", 5000);

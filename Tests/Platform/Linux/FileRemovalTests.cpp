@@ -1,17 +1,26 @@
 #include "Platform/FileRemoval.h"
+
+#include "Platform/Linux/FileOperation.h"
+#include "Platform/RemovalObstacle.h"
 #include "Support/ChildProcess.h"
 #include "Support/HostileTree.h"
 #include "Support/OwnMounts.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/TreeListing.h"
 
+#include <array>
 #include <cerrno>
+#include <cstddef>
 #include <fcntl.h>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <linux/filter.h>
 #include <linux/fs.h>
+#include <linux/seccomp.h>
 #include <sys/ioctl.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
 
@@ -41,6 +50,25 @@ std::string outcome(const std::string &path) {
 
 std::string over(int code, int errorNumber) {
     return std::to_string(code) + " over " + std::to_string(errorNumber);
+}
+
+/// Makes this process fail to open any folder to list it, with this error; false where that cannot be done.
+bool failOpeningFolders(int error) {
+    const auto number = static_cast<std::uint32_t>(SYS_openat);
+    constexpr std::uint32_t kinds = O_DIRECTORY | O_PATH;
+    constexpr auto offsetOfFlags = static_cast<std::uint32_t>(offsetof(seccomp_data, args) + 2 * 8);
+    const auto answer = SECCOMP_RET_ERRNO | static_cast<std::uint32_t>(error);
+    std::array<sock_filter, 7> program = {
+        sock_filter BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        sock_filter BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, number, 0, 4),
+        sock_filter BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetOfFlags),
+        sock_filter BPF_STMT(BPF_ALU | BPF_AND | BPF_K, kinds),
+        sock_filter BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, O_DIRECTORY, 0, 1),
+        sock_filter BPF_STMT(BPF_RET | BPF_K, answer),
+        sock_filter BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
+    const sock_fprog filter{static_cast<unsigned short>(program.size()), program.data()};
+    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+           prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
 }
 
 } // namespace
@@ -104,6 +132,33 @@ TEST(FileRemoval, ErrorNamesTheRequestedItem) {
     EXPECT_EQ(
         error->localizedDescription,
         "“caf\uFFFD “x”” couldn’t be removed because it or a folder on the way to it no longer exists.");
+}
+
+TEST(FileRemoval, SaysInWordsWhyItFailed) {
+    struct Case {
+        int error;
+        const char *words;
+    };
+    for (const Case &one :
+         {Case{EIO, "the disk reported an error"}, Case{EMFILE, "too many files are open"},
+          Case{EBUSY, "the system is using it, or a volume is mounted in it"},
+          Case{ESTALE, "the server no longer knows it"}, Case{EPROTO, "of a system error: Protocol error"}})
+        EXPECT_EQ(fileError(FileOperation::remove, FileURL("/x/y"), one.error).localizedDescription,
+                  std::string("“y” couldn’t be removed because ") + one.words + ".");
+}
+
+TEST(FileRemoval, FolderThatSeemsMissingIsNoSuccess) {
+    const TemporaryFolder folder;
+    folder.makeFile("item/inner/file");
+    const std::string answer = testing::answerOfChild([&]() -> std::string {
+        if (!failOpeningFolders(ENOENT))
+            return "cannot fail";
+        return outcome(folder.path("item"));
+    });
+    if (answer == "cannot fail")
+        GTEST_SKIP() << "system calls cannot be made to fail here";
+    EXPECT_EQ(answer, over(4, ENOENT));
+    EXPECT_TRUE(isThere(folder.path("item/inner/file")));
 }
 
 TEST(FileRemoval, RemovesDeepTreeWithFewDescriptors) {
@@ -205,7 +260,7 @@ TEST(FileRemoval, KeepsImmutableFolder) {
     const int immutable = open(folder.path("item/immutable").c_str(), O_RDONLY | O_DIRECTORY);
     int flags = 0;
     const auto mark = [&](int mask) {
-        const int marked = (flags & ~FS_IMMUTABLE_FL) | mask;
+        const int marked = (flags & ~(FS_IMMUTABLE_FL | FS_APPEND_FL)) | mask;
         return ioctl(immutable, FS_IOC_SETFLAGS, &marked) == 0;
     };
     if (ioctl(immutable, FS_IOC_GETFLAGS, &flags) != 0 || !mark(FS_IMMUTABLE_FL)) {
@@ -215,8 +270,16 @@ TEST(FileRemoval, KeepsImmutableFolder) {
     const std::string inside = outcome(folder.path("item/immutable/file"));
     const std::string parent = outcome(folder.path("item"));
     const bool isWhole = isThere(folder.path("item/immutable/file"));
+    const RemovalObstacle ofFolder = removalObstacle(FileURL(folder.path("item/immutable")));
+    const RemovalObstacle ofFile = removalObstacle(FileURL(folder.path("item/immutable/file")));
+    EXPECT_TRUE(mark(FS_APPEND_FL));
+    const RemovalObstacle appendOnly = removalObstacle(FileURL(folder.path("item/immutable")));
     EXPECT_TRUE(mark(0));
     close(immutable);
+    EXPECT_EQ(ofFolder, RemovalObstacle::immutable);
+    EXPECT_EQ(ofFile, RemovalObstacle::immutableParent);
+    EXPECT_EQ(appendOnly, RemovalObstacle::appendOnly);
+    EXPECT_EQ(removalObstacle(FileURL(folder.path("item"))), RemovalObstacle::none);
     EXPECT_EQ(inside, over(513, EPERM));
     EXPECT_EQ(parent, over(513, EPERM));
     EXPECT_TRUE(isWhole);

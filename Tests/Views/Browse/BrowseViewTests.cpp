@@ -254,6 +254,29 @@ TEST_F(BrowsePage, ClearsAFilterThatWouldHideTheFolderThatIsEntered) {
     EXPECT_EQ(outline.model()->rowCount(outline.rootIndex()), 1);
 }
 
+TEST_F(BrowsePage, ShowsAFolderThatWasScannedAgain) {
+    scan();
+    OutlineView &outline = find<OutlineView>("outline");
+    // Focused on what goes, then on the folder itself, then on the folder around it.
+    for (const auto &focus : {std::vector<std::string_view>{"big", "inner"}, {"big"}, {}}) {
+        folder.makeFile("big/inner/file", 90'000);
+        scan();
+        FSNode *shown = model.scan->tree.get();
+        for (const std::string_view name : focus)
+            shown = testing::descendant(*shown, {name});
+        emit outline.opened(shown);
+        outline.selectAll();
+        std::filesystem::remove_all(folder.path("big/inner"));
+        emit model.removals.partlyGone(GonePaths({FileURL(folder.path("big"))}));
+        ASSERT_TRUE(eventually([&] { return node({"big"}).children().size() == 1; }));
+        EXPECT_TRUE(eventually([&] { return find<TreemapView>("treemap").node() != nullptr; }));
+        EXPECT_EQ(outline.model()->rowCount(outline.rootIndex()), focus.empty() ? 2 : 1);
+        for (const FSNode *selected : outline.selectedNodes())
+            EXPECT_NE(selected->name, "inner");
+        outline.viewport()->grab();
+    }
+}
+
 TEST_F(BrowsePage, CopiesPathsAndLetsGoOfAReplacedTree) {
     scan();
     clickTile(node({"small"}), false);

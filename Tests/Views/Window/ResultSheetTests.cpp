@@ -14,6 +14,7 @@
 #include <QAction>
 #include <QCoreApplication>
 #include <QLabel>
+#include <QListWidget>
 #include <QPointer>
 
 namespace brimvale {
@@ -31,6 +32,15 @@ class ResultInWindow : public testing::PageTest<testing::WholeWindow> {
 protected:
     [[nodiscard]] QPointer<ResultSheet> alert() const { return page.findChild<ResultSheet *>(); }
 };
+
+/// The items that need the administrator, as listed.
+std::vector<std::string> itemsIn(const ResultSheet &alert) {
+    const auto *list = alert.findChild<QListWidget *>("adminItems");
+    std::vector<std::string> items;
+    for (int row = 0; list != nullptr && row < list->count(); ++row)
+        items.push_back(list->item(row)->text().toStdString());
+    return items;
+}
 
 } // namespace
 
@@ -55,6 +65,31 @@ TEST(ResultSheet, TellsWhatBecameOfEveryItem) {
             EXPECT_EQ(alert->findChild<QPushButton *>(button) != nullptr, needsAdmin) << button;
         EXPECT_EQ(alert->findChild<QPushButton *>("ok") != nullptr, !needsAdmin);
     }
+}
+
+TEST(ResultSheet, ShowsAllThatTheAdministratorWouldRemoveAndNoNameRaw) {
+    RemovalResult result;
+    const std::string hostile = "/a/line\nbreak \u202Etxt";
+    const std::string harmless = "/a/line␊break \\u{202E}txt";
+    result.failed = {{FileURL(hostile), "“line\nbreak” is in use."}};
+    result.partlyRemoved = {{FileURL(hostile), 2, 3, 5'000'000}};
+    for (int i = 0; i < 500; ++i)
+        result.needsAdmin.emplace_back(hostile + std::to_string(i));
+    result.adminRemarks = {{result.needsAdmin[1], "It is locked."}};
+    QWidget window;
+    window.show();
+    auto *alert = new ResultSheet(result, &window);
+    alert->open();
+    EXPECT_EQ(labels(*alert, "failure"), std::vector{harmless + ": “line␊break” is in use."});
+    EXPECT_EQ(labels(*alert, "part"),
+              std::vector<std::string>{
+                  "“line␊break \\u{202E}txt” was partly deleted: 2 of 3 items are gone, 5 MB freed"});
+    const std::vector<std::string> items = itemsIn(*alert);
+    ASSERT_EQ(items.size(), result.needsAdmin.size());
+    EXPECT_EQ(items[0], harmless + "0");
+    EXPECT_EQ(items[1], harmless + "1\nIt is locked.") << "beside its item";
+    EXPECT_EQ(items[499], harmless + "499");
+    EXPECT_LT(alert->height(), 600) << "the list scrolls";
 }
 
 TEST(ResultSheet, TriesAgainOnlyWhenAskedTo) {
@@ -99,7 +134,7 @@ TEST_F(ResultInWindow, TellsTheOutcomeAndOffersTheAdministrator) {
     ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving() && alert() != nullptr; }));
     EXPECT_TRUE(isVisible("freedThisSession"));
     EXPECT_EQ(shown(*alert(), "resultSummary"), RemovalReport::summary(*model.removals->lastResult));
-    EXPECT_EQ(labels(*alert(), "adminItem").size(), 1U);
+    EXPECT_EQ(itemsIn(*alert()), std::vector{locked});
 
     const QPointer<ResultSheet> first = alert();
     testing::click(*first, "authenticate");

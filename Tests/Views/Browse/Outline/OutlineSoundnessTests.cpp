@@ -75,6 +75,20 @@ void expectRows(const OutlineModel &model, const FSNode &folder, const QString &
     }
 }
 
+/// Gives a folder other children, as the application does.
+void replaceContents(OutlineModel &model, OutlineView &view, FSNode &folder, FSNode &found) {
+    std::vector<FSNode *> children;
+    for (const auto &child : folder.children())
+        children.push_back(child.get());
+    view.deselectWithin(children);
+    model.aboutToReplaceContents(folder);
+    const std::int64_t before = folder.size;
+    folder.swapContents(found);
+    for (FSNode *above = folder.parent(); above != nullptr; above = above->parent())
+        above->size += folder.size - before;
+    model.replacedContents(folder);
+}
+
 } // namespace
 
 TEST(OutlineModel, StaysSoundWhateverIsDoneToIt) {
@@ -95,7 +109,11 @@ TEST(OutlineModel, StaysSoundWhateverIsDoneToIt) {
             if (nodes.empty())
                 break;
             FSNode &node = *nodes[random() % nodes.size()];
-            switch (random() % 7) {
+            switch (random() % 8) {
+            case 7: // another scan of the folder has found other children
+                if (const std::shared_ptr<FSNode> found = makeRandomTree(random, 6); node.isDirectory)
+                    replaceContents(model, view, node, *found);
+                break;
             case 0:
                 model.sort(static_cast<int>(random() % outlineColumns().size()),
                            random() % 2 == 0 ? Qt::AscendingOrder : Qt::DescendingOrder);
