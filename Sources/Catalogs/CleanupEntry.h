@@ -2,6 +2,7 @@
 
 #include "Base/Date.h"
 #include "Base/FileURL.h"
+#include "Platform/OpenedItem.h"
 
 #include <cstdint>
 #include <optional>
@@ -13,9 +14,11 @@ struct CleanupEntry {
     FileURL url;
     std::int64_t size = 0; ///< allocated bytes
     std::optional<Date> modified = {};
-    bool isFolder = false; ///< as it was measured; a link is none
+    bool isFolder = false;           ///< as it was measured; a link is none
+    std::optional<ItemPin> pin = {}; ///< the item as it was measured; only this one is removed
 
-    /// Whether they say the same of the same item. Its kind does not count.
+    /// Whether they say the same of the same item. Its kind and its pin do not
+    /// count.
     friend bool operator==(const CleanupEntry &a, const CleanupEntry &b) {
         return a.url == b.url && a.size == b.size && a.modified == b.modified;
     }

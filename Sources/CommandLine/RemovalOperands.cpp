@@ -4,21 +4,12 @@
 #include "Core/Removal/Remover.h"
 
 #include <cstddef>
-#include <filesystem>
-#include <system_error>
+#include <optional>
 #include <unordered_map>
 
 namespace brimvale::commandLine {
 
 namespace {
-
-/// The place of the item itself, with the links in its parent's path resolved.
-FileURL realPlace(const FileURL &item) {
-    const FileURL standardized = item.standardized();
-    std::error_code error;
-    const std::filesystem::path folder = std::filesystem::canonical(standardized.parent().path(), error);
-    return error ? standardized : FileURL(folder.native()).appending(standardized.fileName());
-}
 
 /// The places the guards allow, each with the first operand that names it.
 using Places = std::unordered_map<FileURL, std::size_t>;
@@ -39,8 +30,8 @@ bool goesWithAnother(const FileURL &place, std::size_t operand, const Places &ad
 
 std::optional<RemovalOperands> RemovalOperands::from(const std::vector<std::string> &given) {
     struct Operand {
-        FileURL url;
-        FileURL place;
+        CleanupEntry item;
+        FileURL place; ///< no ancestor is a link
         bool isAdmitted;
     };
     std::vector<Operand> operands;
@@ -52,7 +43,9 @@ std::optional<RemovalOperands> RemovalOperands::from(const std::vector<std::stri
             return std::nullopt;
         }
         const auto &url = std::get<FileURL>(resolved);
-        operands.push_back({url, realPlace(url), !Remover::check(url)});
+        const FileURL standardized = url.standardized();
+        const std::optional<ItemPin> pin = pinOf(standardized);
+        operands.push_back({{.url = url, .pin = pin}, pin ? pin->place : standardized, !Remover::check(url)});
         if (operands.back().isAdmitted)
             admittedPlaces.try_emplace(operands.back().place, operands.size() - 1);
     }
@@ -60,11 +53,12 @@ std::optional<RemovalOperands> RemovalOperands::from(const std::vector<std::stri
     RemovalOperands result;
     for (std::size_t i = 0; i < operands.size(); ++i) {
         const Operand &operand = operands[i];
-        if (goesWithAnother(operand.place, i, admittedPlaces))
+        // A refusal is told even if another path holds the item.
+        if (operand.isAdmitted && goesWithAnother(operand.place, i, admittedPlaces))
             continue;
-        result.urls.push_back(operand.url);
+        result.items.push_back(operand.item);
         if (operand.isAdmitted)
-            result.admitted.push_back(operand.url);
+            result.admitted.push_back(operand.item.url);
     }
     return result;
 }

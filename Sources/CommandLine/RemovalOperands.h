@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Base/FileURL.h"
+#include "Catalogs/CleanupEntry.h"
 
 #include <optional>
 #include <string>
@@ -10,10 +10,12 @@ namespace brimvale::commandLine {
 
 /// The items that the operands ask to remove.
 struct RemovalOperands {
-    std::vector<FileURL> urls;     ///< all of them, absolute, otherwise as typed and in that order
+    /// All of them, absolute, otherwise as typed and in that order; not yet measured. Each is pinned to the
+    /// item that its path names at first.
+    std::vector<CleanupEntry> items;
     std::vector<FileURL> admitted; ///< those that the guards allow
 
-    /// Reads the paths. A path is left out if another allowed path names the same item or one of its
+    /// Reads the paths. An allowed path is left out if another allowed one names the same item or one of its
     /// ancestors. If a path cannot be resolved, reports that on standard error and returns nothing.
     [[nodiscard]] static std::optional<RemovalOperands> from(const std::vector<std::string> &given);
 };

@@ -49,39 +49,47 @@ std::vector<CleanupEntry> measureOperands(const RemovalOperands &operands, Route
                                           const StopFlag &stopped) {
     const ScanOptions scanOptions = ScanOptions::standard();
     const std::unordered_set<FileURL> admitted(operands.admitted.begin(), operands.admitted.end());
-    std::vector<CleanupEntry> entries;
-    for (const FileURL &url : operands.urls) {
-        entries.push_back({.url = url});
-        if (!admitted.contains(url))
+    std::vector<CleanupEntry> entries = operands.items;
+    for (CleanupEntry &entry : entries) {
+        if (!admitted.contains(entry.url))
             continue;
-        const auto figures = DiskScanner::quickFigures(url.standardized().path(), scanOptions, stopped);
-        entries.back().size = route == Route::trash ? figures.bytes : figures.freedBytes;
+        const FileURL place = entry.pin ? entry.pin->place : entry.url.standardized();
+        const auto figures = DiskScanner::quickFigures(place.path(), scanOptions, stopped);
+        entry.size = route == Route::trash ? figures.bytes : figures.freedBytes;
     }
     return entries;
+}
+
+/// Says for each path that leads through a link where the item really is.
+std::string realPlaces(const std::vector<CleanupEntry> &entries) {
+    std::string text;
+    for (const CleanupEntry &entry : entries)
+        if (entry.pin && entry.pin->place.standardized() != entry.url.standardized())
+            text += terminalText(entry.url.path()) + " is " + terminalText(entry.pin->place.path()) + "\n";
+    return text;
 }
 
 std::string question(const RemovalOperands &operands, const std::vector<CleanupEntry> &entries, Route route) {
     const std::int64_t bytes = CleanupEntries::totalSize(entries);
     const auto count = static_cast<std::int64_t>(operands.admitted.size());
-    const auto all = static_cast<std::int64_t>(operands.urls.size());
+    const auto all = static_cast<std::int64_t>(operands.items.size());
     std::string items = Fmt::count(count);
     if (count < all)
         items += " of " + Fmt::count(all);
     items += (all == 1 ? " item (" : " items (") + Fmt::byteFormatter(bytes) + ")";
+    const std::string places = realPlaces(entries);
     if (route == Route::trash)
-        return "Move " + items + " to the Trash?";
-    return "Delete " + items +
+        return places + "Move " + items + " to the Trash?";
+    return places + "Delete " + items +
            (route == Route::administrator ? " immediately, as the administrator?" : " immediately?") +
            " This cannot be undone.";
 }
 
-/// Removes the items. If they were `measured` for the question, they have their sizes.
-RemovalResult removeBy(Route route, const std::vector<FileURL> &urls,
-                       const std::optional<std::vector<CleanupEntry>> &measured, RemovalProgress &progress) {
+RemovalResult removeBy(Route route, const std::vector<CleanupEntry> &entries, RemovalProgress &progress) {
     if (route == Route::administrator)
-        return Remover::removeWithAdmin(urls);
+        return Remover::removeWithAdmin(entries);
     const RemovalMode mode = route == Route::deletion ? RemovalMode::deleteNow : RemovalMode::trash;
-    return measured ? Remover::remove(*measured, mode, &progress) : Remover::remove(urls, mode, &progress);
+    return Remover::remove(entries, mode, &progress);
 }
 
 void writeReasons(JsonWriter &json, std::string_view key, const std::vector<RemovalResult::Failure> &items) {
@@ -163,20 +171,18 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
     const Route route = routeIn(arguments);
     const bool isJson = arguments.has("--json");
     RemovalProgress progress;
-    std::optional<std::vector<CleanupEntry>> entries;
-    if (asks && !operands->admitted.empty()) {
-        {
-            const Interruption interruption(progress.cancelled);
-            entries = measureOperands(*operands, route, progress.cancelled);
-        }
-        if (progress.cancelled.isSet())
-            return endUnbegun(output, isJson, ExitStatus::interrupted);
-        if (!confirm(question(*operands, *entries, route), terminal))
-            return endUnbegun(output, isJson, ExitStatus::failed);
+    std::vector<CleanupEntry> entries;
+    {
+        const Interruption interruption(progress.cancelled);
+        entries = measureOperands(*operands, route, progress.cancelled);
     }
+    if (progress.cancelled.isSet() && (asks || route == Route::administrator))
+        return endUnbegun(output, isJson, ExitStatus::interrupted);
+    if (asks && !operands->admitted.empty() && !confirm(question(*operands, entries, route), terminal))
+        return endUnbegun(output, isJson, ExitStatus::failed);
 
     const Interruption interruption(progress.cancelled);
-    const RemovalResult result = removeBy(route, operands->urls, entries, progress);
+    const RemovalResult result = removeBy(route, entries, progress);
     report(output, result, isJson);
     if (progress.cancelled.isSet()) {
         output.flush();

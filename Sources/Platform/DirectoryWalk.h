@@ -30,7 +30,8 @@ public:
     /// A subfolder. Returns the handle for later calls, or nothing if it should not be entered. Mount points
     /// and folders of cloud providers are reported here and cannot be entered.
     virtual std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
-                                                  std::string_view name, bool canBeEntered) = 0;
+                                                  std::string_view name, const FileIdentity &identity,
+                                                  bool canBeEntered) = 0;
 
     /// `folder` contains one of its own ancestors, mounted there a second time. It is not entered.
     virtual void containsAncestor(FolderHandle /*folder*/) {}

@@ -1,17 +1,18 @@
 #pragma once
 
 #include "Base/FileError.h"
-#include "Base/FileURL.h"
+#include "Platform/OpenedItem.h"
 #include "Platform/RemovalProgress.h"
 
 #include <optional>
 
 namespace brimvale {
 
-/// Deletes the item permanently, a folder with all its contents. No link is followed: not the item itself,
-/// none below it, and none swapped in during the removal. No mount point is entered, even of the same device:
-/// meeting one is an error (POSIX EBUSY), and its contents stay. Paths may have any length and trees any
-/// depth; on macOS the path of the item itself must be shorter than 1,024 bytes, and a longer one is an
+/// Deletes the item permanently, a folder with all its contents. Only the item that was opened is deleted:
+/// where another one has taken its name, that is an error (POSIX ESTALE). No link is followed: not the item
+/// itself, none below it, and none swapped in during the removal. No mount point is entered, even of the same
+/// device: meeting one is an error (POSIX EBUSY), and its contents stay. Paths may have any length and trees
+/// any depth; on macOS the path of the item itself must be shorter than 1,024 bytes, and a longer one is an
 /// error.
 ///
 /// Stops at the first error and returns it: the code of the macOS file functions with the POSIX error
@@ -20,6 +21,7 @@ namespace brimvale {
 /// item missing from the start is one (code 4). A cancelled removal is the error 3072.
 ///
 /// Blocks, for large trees for many seconds. Thread-safe; uses several threads of its own.
-[[nodiscard]] std::optional<FileError> removeItem(const FileURL &item, RemovalProgress *progress = nullptr);
+[[nodiscard]] std::optional<FileError> removeItem(const OpenedItem &item,
+                                                  RemovalProgress *progress = nullptr);
 
 } // namespace brimvale

@@ -3,6 +3,7 @@
 #include "Base/Date.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -10,7 +11,7 @@ namespace brimvale {
 
 /// Identifies a file on this machine.
 struct FileIdentity {
-    std::uint64_t device = 0;
+    std::uint64_t device = 0; ///< the kernels use 32 bits of it
     std::uint64_t inode = 0;
 
     friend bool operator==(const FileIdentity &, const FileIdentity &) = default;
@@ -35,8 +36,19 @@ struct FileStatus {
     std::optional<Date> modified = {}; ///< to the second; nothing if it is out of range
 };
 
+/// Which folder is at an absolute path; links are followed. Nothing where there is none.
+[[nodiscard]] std::optional<FileIdentity> folderIdentity(const std::string &path);
+
 /// The status of the entry at an absolute path of any length, without following a link in its last component.
 /// Nothing if it cannot be read (missing, no permission).
 [[nodiscard]] std::optional<FileStatus> fileStatus(const std::string &path);
 
 } // namespace brimvale
+
+template<>
+struct std::hash<brimvale::FileIdentity> {
+    std::size_t operator()(const brimvale::FileIdentity &identity) const noexcept {
+        constexpr std::uint64_t oddFactor = 0x9E3779B97F4A7C15;
+        return static_cast<std::size_t>((identity.device * oddFactor) ^ identity.inode);
+    }
+};

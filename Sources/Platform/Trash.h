@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Base/FileError.h"
-#include "Base/FileURL.h"
+#include "Platform/OpenedItem.h"
 
 #include <optional>
 
@@ -9,10 +9,11 @@ namespace brimvale {
 
 /// Moves the item into the user's Trash on its volume, with a unique name there. Of a link, the link itself
 /// is moved. This is only ever a rename: nothing is copied to another volume or deleted, and on failure the
-/// item stays where it was.
+/// item stays where it was. Where another item has taken the name of the one that was opened, that is an
+/// error (POSIX ESTALE).
 ///
 /// An error has the code of the macOS file functions with the POSIX error underneath, like `removeItem`; code
 /// 3328 without one means that the volume has no usable Trash. Thread-safe.
-[[nodiscard]] std::optional<FileError> moveToTrash(const FileURL &item);
+[[nodiscard]] std::optional<FileError> moveToTrash(const OpenedItem &item);
 
 } // namespace brimvale

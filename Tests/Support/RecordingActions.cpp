@@ -1,5 +1,7 @@
 #include "Support/RecordingActions.h"
 
+#include "Platform/PrivilegedRemoval.h"
+
 namespace brimvale::testing {
 
 std::optional<FileError> RecordingActions::note(const char *verb, const FileURL &url,
@@ -11,12 +13,19 @@ std::optional<FileError> RecordingActions::note(const char *verb, const FileURL 
     return error == errors.end() ? std::nullopt : std::optional(error->second);
 }
 
-std::optional<FileError> RecordingActions::removeItem(const FileURL &url, RemovalProgress *progress) {
-    return note("delete ", url, progress);
+std::optional<FileError> RecordingActions::removeItem(const OpenedItem &item, RemovalProgress *progress) {
+    return note("delete ", item.place().standardized(), progress);
 }
 
-std::optional<FileError> RecordingActions::moveToTrash(const FileURL &url) {
-    return note("trash ", url, nullptr);
+std::optional<FileError> RecordingActions::moveToTrash(const OpenedItem &item) {
+    return note("trash ", item.place().standardized(), nullptr);
+}
+
+std::optional<PrivilegedRunError> RecordingActions::removeAsAdministrator(const std::vector<ItemPin> &items) {
+    std::vector<std::string> paths;
+    for (const ItemPin &item : items)
+        paths.push_back(item.place.standardized().path());
+    return runAsAdministrator(removalCommand(paths));
 }
 
 std::optional<PrivilegedRunError> RecordingActions::runAsAdministrator(const std::string &command) {

@@ -25,9 +25,11 @@ public:
         errors.emplace(path, FileError{FileError::Domain::cocoa, 513, "no", nullptr});
     }
 
-    std::optional<FileError> removeItem(const FileURL &url, RemovalProgress *progress) override;
+    std::optional<FileError> removeItem(const OpenedItem &item, RemovalProgress *progress) override;
     RemovalObstacle obstacle(const FileURL &url) override { return obstacles[url.path()]; }
-    std::optional<FileError> moveToTrash(const FileURL &url) override;
+    std::optional<FileError> moveToTrash(const OpenedItem &item) override;
+    std::optional<PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &items) override;
+    std::size_t longestPrivilegedRemoval() override { return std::size_t{128} * 1024 - 1; }
     std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override;
 
 private:

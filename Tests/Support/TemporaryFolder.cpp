@@ -44,8 +44,9 @@ void empty(const std::string &path) {
             if (name == "." || name == ".." || unlinkat(folder, name.c_str(), 0) == 0)
                 continue;
             const std::string moved = "doomed-" + std::to_string(count++);
-            fchmodat(folder, name.c_str(), 0700, 0);
-            if (renameat(folder, name.c_str(), top, moved.c_str()) == 0)
+            const auto moveUp = [&] { return renameat(folder, name.c_str(), top, moved.c_str()) == 0; };
+            // A mount point stays as it is: it shows a folder that is not ours.
+            if (moveUp() || (errno == EACCES && fchmodat(folder, name.c_str(), 0700, 0) == 0 && moveUp()))
                 waiting.push_back(moved);
         }
         closedir(stream);

@@ -127,6 +127,7 @@ std::optional<InstalledApp> describe(const std::string &path, bool isSystem) {
         .isSystemApp = isSystem,
         .isMASApp = fs::exists(url.appending("Contents/_MASReceipt/receipt").path(), error),
         .lastUsed = lastUsedDate(url),
+        .pin = pinOf(url),
     };
 }
 

@@ -2,6 +2,7 @@
 
 #include "Base/Date.h"
 #include "Base/FileURL.h"
+#include "Platform/OpenedItem.h"
 
 #include <optional>
 #include <string>
@@ -17,6 +18,7 @@ struct InstalledApp {
     bool isSystemApp = false; ///< in a folder of the system
     bool isMASApp = false;    ///< has a store receipt
     std::optional<Date> lastUsed;
+    std::optional<ItemPin> pin = {}; ///< the bundle as it was found; only this one is removed
 
     friend bool operator==(const InstalledApp &, const InstalledApp &) = default;
 };

@@ -96,8 +96,9 @@ std::vector<LeftoverItem> LeftoverFinder::leftovers(const InstalledApp &app,
             return;
         const std::int64_t size = DiskScanner::quickSize(path, measuring_, cancelled);
         found.insert(path);
-        items.push_back({FileURL(std::move(path)), category, confidence, size, requiresAdmin,
-                         status->kind == FileKind::directory});
+        const FileURL url(std::move(path));
+        items.push_back({url, category, confidence, size, requiresAdmin, status->kind == FileKind::directory,
+                         pinOf(url)});
     };
 
     if (!keys.identifier.empty())

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Base/FileURL.h"
+#include "Platform/OpenedItem.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace brimvale {
@@ -26,7 +28,8 @@ struct LeftoverItem {
     MatchConfidence confidence = MatchConfidence::exact;
     std::int64_t size = 0; ///< allocated bytes
     bool requiresAdmin = false;
-    bool isFolder = false; ///< as it was found; a link is none
+    bool isFolder = false;           ///< as it was found; a link is none
+    std::optional<ItemPin> pin = {}; ///< the item as it was found; only this one is removed
 
     friend bool operator==(const LeftoverItem &, const LeftoverItem &) = default;
 };

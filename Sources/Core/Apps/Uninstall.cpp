@@ -2,7 +2,6 @@
 
 #include "Base/Bytes.h"
 #include "Core/Text/Formatting.h"
-#include "Platform/FileStatus.h"
 
 #include <algorithm>
 #include <optional>
@@ -11,26 +10,26 @@ namespace brimvale::Uninstall {
 
 namespace {
 
-/// Whether it is a folder. The bundle of an application can also be a link to one.
-bool isRealFolder(const std::string &path) {
-    const std::optional<FileStatus> status = fileStatus(path);
-    return status && status->kind == FileKind::directory;
-}
-
 bool removesBundle(const AppRow &row, bool includeBundle) {
     return includeBundle && !row.app.isSystemApp;
 }
 
 } // namespace
 
+CleanupEntry entryOf(const LeftoverItem &item) {
+    return {.url = item.url, .size = item.size, .isFolder = item.isFolder, .pin = item.pin};
+}
+
 std::vector<CleanupEntry> entries(const AppRow &row, const std::vector<LeftoverItem> &leftovers,
                                   bool includeBundle) {
     std::vector<CleanupEntry> entries;
     for (const LeftoverItem &leftover : leftovers)
-        entries.push_back({.url = leftover.url, .size = leftover.size, .isFolder = leftover.isFolder});
-    if (removesBundle(row, includeBundle))
+        entries.push_back(entryOf(leftover));
+    if (removesBundle(row, includeBundle)) {
+        const std::optional<ItemPin> &pin = row.app.pin; // the bundle can also be a link to a folder
         entries.push_back(
-            {.url = row.app.url, .size = row.bundleSize, .isFolder = isRealFolder(row.app.url.path())});
+            {.url = row.app.url, .size = row.bundleSize, .isFolder = pin && pin->item.isFolder, .pin = pin});
+    }
     return entries;
 }
 

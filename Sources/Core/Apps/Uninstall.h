@@ -14,6 +14,9 @@ namespace brimvale {
 /// Prepares the removal of an application, as values; nothing is removed here.
 namespace Uninstall {
 
+/// The leftover as an entry to remove.
+[[nodiscard]] CleanupEntry entryOf(const LeftoverItem &item);
+
 /// What is removed, with the sizes that the analysis has measured: these leftovers in their order, then, if
 /// asked, the application's bundle; never that of a system application.
 [[nodiscard]] std::vector<CleanupEntry> entries(const AppRow &row, const std::vector<LeftoverItem> &leftovers,

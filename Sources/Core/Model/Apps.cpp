@@ -96,8 +96,12 @@ void Apps::uninstall(const InstalledApp &app, const std::vector<LeftoverItem> &l
     const std::vector<AppRow> &rows = state().apps;
     const auto row =
         std::find_if(rows.begin(), rows.end(), [&](const AppRow &one) { return one.app.url == app.url; });
-    if (row != rows.end())
-        removals_.removeCleanupEntries(Uninstall::entries(*row, leftovers, includeBundle), mode);
+    if (row == rows.end())
+        return;
+    // The application as it was confirmed; it may have been read again since.
+    AppRow confirmed = *row;
+    confirmed.app = app;
+    removals_.removeCleanupEntries(Uninstall::entries(confirmed, leftovers, includeBundle), mode);
 }
 
 void Apps::drop(const GonePaths &gone) {

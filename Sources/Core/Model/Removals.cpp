@@ -58,8 +58,16 @@ void Removals::remove(const std::vector<CleanupEntry> &entries, RemovalMode mode
 }
 
 void Removals::escalate(const std::vector<FileURL> &urls) {
+    std::vector<CleanupEntry> entries;
+    for (const FileURL &url : urls) {
+        entries.push_back({.url = url});
+        if (state().lastResult && state().lastResult->pins.contains(url))
+            entries.back().pin = state().lastResult->pins.at(url);
+    }
     begin(RemovalActivity::asAdministrator, VolumesAreRead::beforeGone,
-          [urls, &actions = actions_](RemovalProgress &) { return Remover::removeWithAdmin(urls, actions); });
+          [entries, &actions = actions_](RemovalProgress &) {
+              return Remover::removeWithAdmin(entries, actions);
+          });
 }
 
 void Removals::stopRemoval() {

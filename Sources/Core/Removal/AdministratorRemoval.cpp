@@ -1,9 +1,12 @@
 #include "Core/Removal/Remover.h"
 
 #include "Base/Bytes.h"
+#include "Core/Removal/RemovalGate.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/ScanOptions.h"
+#include "Platform/FileOperation.h"
 #include "Platform/FileStatus.h"
+#include "Platform/PrivilegedRemoval.h"
 #include "Platform/ShellQuoting.h"
 
 #include <algorithm>
@@ -11,6 +14,7 @@
 #include <cstddef>
 #include <unordered_map>
 #include <utility>
+#include <variant>
 
 namespace brimvale::Remover {
 
@@ -46,39 +50,49 @@ void notePart(RemovalResult &result, const FileURL &item, DiskScanner::QuickFigu
                                         std::max<std::int64_t>(then.bytes - left.bytes, 0)});
 }
 
+/// The item as it is now; or why it is not removed, as a sentence.
+std::variant<ItemPin, std::string> admit(const RemovalGate &gate, const CleanupEntry &entry) {
+    const RemovalGate::Answer answer = gate.open(entry.url, entry.pin);
+    if (const auto *refusal = std::get_if<std::string>(&answer))
+        return *refusal;
+    if (const int *error = std::get_if<int>(&answer))
+        return fileError(FileOperation::remove, entry.url, *error).localizedDescription;
+    return std::get<OpenedItem>(answer).pin();
+}
+
 } // namespace
 
 bool isGone(const FileURL &item) {
     return !fileStatus(item.path()) && (errno == ENOENT || errno == ENOTDIR);
 }
 
-// The command uses the paths that were just checked. If a parent folder is renamed before it runs, it may
-// delete something else, but only the user can do that. The guards prevent accidents; they cannot stop users
-// from deleting their own files.
-RemovalResult removeWithAdmin(const std::vector<FileURL> &urls, RemovalActions &actions) {
+RemovalResult removeWithAdmin(const std::vector<CleanupEntry> &entries, RemovalActions &actions) {
+    const RemovalGate gate;
     RemovalResult result;
     std::vector<FileURL> admitted;
-    std::string command = "/bin/rm -rf --";
-    for (const FileURL &url : urls) {
-        const FileURL item = url.standardized();
-        std::optional<std::string> refusal = check(item);
-        std::string word;
-        if (!refusal)
-            word.append(" ").append(quotedForShell(item.path()));
-        if (!refusal && command.size() + word.size() > longestAdministratorCommand())
-            refusal = doesNotFitReason;
-        if (refusal) {
-            result.failed.push_back({url, *std::move(refusal)});
+    std::vector<ItemPin> pins;
+    std::size_t length = removalCommand({}).size();
+    for (const CleanupEntry &entry : entries) {
+        const auto answer = admit(gate, entry);
+        if (const auto *refusal = std::get_if<std::string>(&answer)) {
+            result.failed.push_back({entry.url, *refusal});
             continue;
         }
-        command += word;
-        admitted.push_back(item);
+        const auto &pin = std::get<ItemPin>(answer);
+        const std::size_t wordLength = 1 + quotedForShell(pin.place.path()).size();
+        if (length + wordLength > actions.longestPrivilegedRemoval()) {
+            result.failed.push_back({entry.url, doesNotFitReason});
+            continue;
+        }
+        length += wordLength;
+        admitted.push_back(entry.url.standardized());
+        pins.push_back(pin);
     }
     if (admitted.empty())
         return result;
 
     Figures before = measured(admitted);
-    const std::optional<PrivilegedRunError> error = actions.runAsAdministrator(command);
+    const std::optional<PrivilegedRunError> error = actions.removeAsAdministrator(pins);
     for (const FileURL &item : admitted) {
         if (!error && isGone(item)) {
             result.succeeded.push_back(item);
@@ -91,6 +105,13 @@ RemovalResult removeWithAdmin(const std::vector<FileURL> &urls, RemovalActions &
         notePart(result, item, before[item]);
     }
     return result;
+}
+
+RemovalResult removeWithAdmin(const std::vector<FileURL> &urls, RemovalActions &actions) {
+    std::vector<CleanupEntry> entries;
+    for (const FileURL &url : urls)
+        entries.push_back({.url = url});
+    return removeWithAdmin(entries, actions);
 }
 
 } // namespace brimvale::Remover

@@ -8,6 +8,20 @@
 
 namespace brimvale {
 
+namespace {
+
+/// The item as the scan found it. The root has no parent to recognise it by.
+std::optional<ItemPin> pinOf(const FSNode &node, const FileURL &place) {
+    const std::optional<FileIdentity> item = node.identity();
+    const std::optional<FileIdentity> folder =
+        node.parent() != nullptr ? node.parent()->identity() : std::nullopt;
+    if (!item || !folder)
+        return std::nullopt;
+    return ItemPin{place, *folder, {.file = *item, .isFolder = node.isDirectory}};
+}
+
+} // namespace
+
 std::vector<FSNode *> removableNodes(std::span<FSNode *const> nodes) {
     std::unordered_set<const FSNode *> taken;
     std::vector<FSNode *> removable;
@@ -20,8 +34,10 @@ std::vector<FSNode *> removableNodes(std::span<FSNode *const> nodes) {
 std::vector<CleanupEntry> entriesOf(std::span<FSNode *const> nodes) {
     std::vector<CleanupEntry> entries;
     entries.reserve(nodes.size());
-    for (const FSNode *node : nodes)
+    for (const FSNode *node : nodes) {
         entries.push_back({.url = FileURL(node->path()), .size = node->size, .isFolder = node->isDirectory});
+        entries.back().pin = pinOf(*node, entries.back().url);
+    }
     return entries;
 }
 

@@ -13,7 +13,7 @@ namespace brimvale {
 /// given nodes. All nodes must be from one tree.
 [[nodiscard]] std::vector<FSNode *> removableNodes(std::span<FSNode *const> nodes);
 
-/// The nodes as entries to remove, with the sizes from the scan.
+/// The nodes as entries to remove, with the sizes from the scan, and pinned to the items that it found.
 [[nodiscard]] std::vector<CleanupEntry> entriesOf(std::span<FSNode *const> nodes);
 
 /// The nodes of a tree whose items are gone, without their descendants. The root itself always stays; if it

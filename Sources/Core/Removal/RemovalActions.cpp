@@ -2,6 +2,7 @@
 
 #include "Platform/FileRemoval.h"
 #include "Platform/Host.h"
+#include "Platform/PrivilegedRemoval.h"
 #include "Platform/Trash.h"
 
 namespace brimvale {
@@ -10,11 +11,17 @@ namespace {
 
 class PlatformActions final : public RemovalActions {
 public:
-    std::optional<FileError> removeItem(const FileURL &url, RemovalProgress *progress) override {
-        return brimvale::removeItem(url, progress);
+    std::optional<FileError> removeItem(const OpenedItem &item, RemovalProgress *progress) override {
+        return brimvale::removeItem(item, progress);
+    }
+    std::optional<FileError> moveToTrash(const OpenedItem &item) override {
+        return brimvale::moveToTrash(item);
     }
     RemovalObstacle obstacle(const FileURL &url) override { return removalObstacle(url); }
-    std::optional<FileError> moveToTrash(const FileURL &url) override { return brimvale::moveToTrash(url); }
+    std::optional<PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &items) override {
+        return brimvale::removeAsAdministrator(items, platformTools());
+    }
+    std::size_t longestPrivilegedRemoval() override { return brimvale::longestPrivilegedRemoval(); }
     std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override {
         return brimvale::runAsAdministrator(command, platformTools());
     }

@@ -1,13 +1,15 @@
 #pragma once
 
 #include "Base/FileError.h"
-#include "Base/FileURL.h"
+#include "Platform/OpenedItem.h"
 #include "Platform/PrivilegedRunner.h"
 #include "Platform/RemovalObstacle.h"
 #include "Platform/RemovalProgress.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace brimvale {
 
@@ -19,14 +21,21 @@ public:
     virtual ~RemovalActions() = default;
 
     /// Deletes the item with all its contents.
-    [[nodiscard]] virtual std::optional<FileError> removeItem(const FileURL &url,
+    [[nodiscard]] virtual std::optional<FileError> removeItem(const OpenedItem &item,
                                                               RemovalProgress *progress) = 0;
 
     /// What keeps an item that may not be removed; changes nothing.
     [[nodiscard]] virtual RemovalObstacle obstacle(const FileURL &url) = 0;
 
     /// Moves the item into the user's Trash.
-    [[nodiscard]] virtual std::optional<FileError> moveToTrash(const FileURL &url) = 0;
+    [[nodiscard]] virtual std::optional<FileError> moveToTrash(const OpenedItem &item) = 0;
+
+    /// Deletes these items for good as administrator, after the system has asked for the password.
+    [[nodiscard]] virtual std::optional<PrivilegedRunError>
+    removeAsAdministrator(const std::vector<ItemPin> &items) = 0;
+
+    /// How long the shell command for the items of one such request may be, in bytes.
+    [[nodiscard]] virtual std::size_t longestPrivilegedRemoval() = 0;
 
     /// Runs a shell command as administrator, after the system has asked for the password.
     [[nodiscard]] virtual std::optional<PrivilegedRunError>

@@ -2,6 +2,7 @@
 
 #include "Base/Text.h"
 #include "Catalogs/Catalog.h"
+#include "Platform/Accounts.h"
 #include "Platform/Characters.h"
 #include "Platform/FileAccess.h"
 #include "Platform/FileStatus.h"
@@ -16,24 +17,20 @@ namespace brimvale {
 
 namespace {
 
-/// The structural folders of the host: those of the catalog and the user's own, by their local names.
-std::vector<std::string> structuralFolders(const Host &host) {
-    std::vector<std::string> folders = catalogOf(host.system).guardedPaths(host.home).structural;
-    for (const FileURL &folder : userDirectories(host.home).all)
-        folders.push_back(folder.path());
-    return folders;
-}
-
-/// The host with the resolved path of its home, where that is different: a scan of the whole disk finds the
-/// home by both paths.
-std::optional<Host> withResolvedHome(const Host &host) {
-    std::error_code error;
-    const std::filesystem::path resolved = std::filesystem::canonical(host.home.path(), error);
-    if (error || resolved == host.home.path())
-        return std::nullopt;
-    Host other = host;
-    other.home = FileURL(resolved.native());
-    return other;
+/// The homes to guard: the user's and those of all accounts. Each also by its resolved path, because a scan
+/// of the whole disk finds it by both.
+std::vector<FileURL> guardedHomes(const FileURL &home) {
+    std::vector<FileURL> homes = accountHomes();
+    homes.push_back(home);
+    for (std::size_t i = 0, count = homes.size(); i < count; ++i) {
+        std::error_code error;
+        const std::filesystem::path resolved = std::filesystem::canonical(homes[i].path(), error);
+        if (!error)
+            homes.emplace_back(resolved.native());
+    }
+    std::sort(homes.begin(), homes.end());
+    homes.erase(std::unique(homes.begin(), homes.end()), homes.end());
+    return homes;
 }
 
 std::string sentence(const std::string &path, std::string_view predicate) {
@@ -54,6 +51,11 @@ std::string asDeepAs(const std::string &other, const std::string &path) {
     return path.substr(0, end);
 }
 
+/// The path `folder` with `rest`, which is empty or begins with a slash.
+std::string pathInside(const std::string &folder, const std::string &rest) {
+    return folder != "/" ? folder + rest : rest.empty() ? "/" : rest;
+}
+
 bool areTheSameItem(const std::string &a, const std::string &b) {
     const std::optional<FileStatus> one = fileStatus(a);
     const std::optional<FileStatus> other = fileStatus(b);
@@ -63,21 +65,8 @@ bool areTheSameItem(const std::string &a, const std::string &b) {
 } // namespace
 
 RemovalGuards::SystemGuards::SystemGuards(const Host &host) {
-    const std::vector<std::string> folders = structuralFolders(host);
-    structural_.insert(folders.begin(), folders.end());
-    if (const std::optional<Host> resolved = withResolvedHome(host)) {
-        const std::vector<std::string> more = structuralFolders(*resolved);
-        structural_.insert(more.begin(), more.end());
-    }
-    GuardedPaths paths = catalogOf(host.system).guardedPaths(host.home);
-    openPrefixes_ = std::move(paths.openPrefixes);
-
-    // Standardising may have dropped a leading /private, so both forms are checked.
-    constexpr std::string_view privateFolder = "/private";
-    for (std::string &prefix : paths.protectedPrefixes) {
-        std::string without = prefix.starts_with("/private/") ? prefix.substr(privateFolder.size()) : "";
-        protectedPrefixes_.push_back({std::move(prefix), std::move(without)});
-    }
+    for (const FileURL &home : guardedHomes(host.home))
+        addPathsOf(home, host.system);
 
     const auto addSpelling = [&](const std::string &folder) {
         if (folder.size() > 1)
@@ -87,6 +76,30 @@ RemovalGuards::SystemGuards::SystemGuards(const Host &host) {
     for (const Prefix &prefix : protectedPrefixes_)
         for (const std::string &text : {prefix.protectedPrefix, prefix.withoutPrivate})
             addSpelling(text.substr(0, text.rfind('/')));
+}
+
+void RemovalGuards::SystemGuards::addPathsOf(const FileURL &home, System system) {
+    GuardedPaths paths = catalogOf(system).guardedPaths(home);
+    structural_.insert(paths.structural.begin(), paths.structural.end());
+    for (const FileURL &folder : userDirectories(home).all)
+        structural_.insert(folder.path());
+    // Removing an ancestor of a home would remove the home. The outermost one is too close to the root
+    // anyway.
+    for (FileURL folder = home; !isAtTheTop(folder.path()); folder = folder.parent())
+        structural_.insert(folder.path());
+    for (std::string &prefix : paths.openPrefixes)
+        if (std::find(openPrefixes_.begin(), openPrefixes_.end(), prefix) == openPrefixes_.end())
+            openPrefixes_.push_back(std::move(prefix));
+
+    // Standardising may have dropped a leading /private, so both forms are checked.
+    constexpr std::string_view privateFolder = "/private";
+    for (std::string &prefix : paths.protectedPrefixes) {
+        const auto isKnown = [&](const Prefix &other) { return other.protectedPrefix == prefix; };
+        if (std::any_of(protectedPrefixes_.begin(), protectedPrefixes_.end(), isKnown))
+            continue;
+        std::string without = prefix.starts_with("/private/") ? prefix.substr(privateFolder.size()) : "";
+        protectedPrefixes_.push_back({std::move(prefix), std::move(without)});
+    }
 }
 
 /// The path with its deepest guarded folder spelled as in the guards, if both spellings are the same folder
@@ -123,6 +136,46 @@ std::optional<std::string> RemovalGuards::SystemGuards::refusal(const std::strin
     return std::nullopt;
 }
 
+RemovalGuards::Places RemovalGuards::SystemGuards::locate() const {
+    Places places;
+    const auto add = [&](const std::string &folder) {
+        const std::optional<FileIdentity> identity = folderIdentity(folder);
+        if (!identity)
+            return;
+        const std::optional<FileStatus> status = fileStatus(folder);
+        places.emplace(*identity, GuardedFolder{folder, status && status->kind != FileKind::directory});
+    };
+    std::for_each(structural_.begin(), structural_.end(), add);
+    for (const Prefix &prefix : protectedPrefixes_)
+        add(prefix.protectedPrefix.substr(0, prefix.protectedPrefix.size() - 1));
+    return places;
+}
+
+std::optional<std::string> RemovalGuards::SystemGuards::refusal(const OpenedItem &item,
+                                                                const Places &places) const {
+    const std::string &path = item.place().path();
+    if (std::optional<std::string> reason = refusal(path))
+        return reason;
+    // The same place by the path of each guarded folder that the item is, or is inside.
+    std::vector<FileIdentity> folders = item.ancestors();
+    if (item.isFolder())
+        folders.push_back(item.identity().file);
+    std::size_t end = 0; // of the path of the folder
+    for (const FileIdentity &folder : folders) {
+        const std::string rest = path.substr(end);
+        const auto [first, last] = places.equal_range(folder);
+        for (auto found = first; found != last; ++found) {
+            // "/var/run" is a link to "/run" and protected, but "/run/media" is not.
+            if (found->second.isLink && !rest.empty())
+                continue;
+            if (std::optional<std::string> reason = refusal(pathInside(found->second.path, rest)))
+                return reason;
+        }
+        end = std::min(path.find('/', end + 1), path.size());
+    }
+    return std::nullopt;
+}
+
 RemovalGuards::RemovalGuards(const Host &host) : inForce_(host) {
     if (host.system != platformSystem())
         platform_.emplace(Host{platformSystem(), host.home, host.tools});
@@ -140,6 +193,18 @@ std::optional<std::string> RemovalGuards::check(const FileURL &url) const {
     if (!itemExists(path))
         return sentence(path, " no longer exists.");
     return platform_ ? platform_->refusal(path) : std::nullopt;
+}
+
+RemovalGuards::Located RemovalGuards::locate() const {
+    return {inForce_.locate(), platform_ ? platform_->locate() : Places()};
+}
+
+std::optional<std::string> RemovalGuards::check(const OpenedItem &item, const Located &guarded) const {
+    if (isAtTheTop(item.place().path()))
+        return sentence(item.place().path(), " is too close to the volume root to remove safely.");
+    if (std::optional<std::string> reason = inForce_.refusal(item, guarded.inForce))
+        return reason;
+    return platform_ ? platform_->refusal(item, guarded.platform) : std::nullopt;
 }
 
 } // namespace brimvale

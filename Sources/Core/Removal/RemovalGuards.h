@@ -2,23 +2,26 @@
 
 #include "Base/FileURL.h"
 #include "Platform/Host.h"
+#include "Platform/OpenedItem.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
 
 namespace brimvale {
 
-/// Every removal is checked here first. Structural and system paths are always refused. Immutable, and made
-/// for one host: its home is read once, when the guards are made.
+/// Every removal is checked here first. Structural and system paths are always refused, and so are those of
+/// the home folders of all people who use this machine. Immutable, and made for one host: the homes are read
+/// once, when the guards are made.
 ///
-/// A path is checked as its standardised text, byte by byte. But a guarded folder is guarded in every
-/// spelling that the file system accepts for it ("~/documents" where case does not matter). The targets of
-/// links in the path are not checked, so only file permissions protect what is behind a link into a protected
-/// place.
+/// An item is checked twice. First its path, as standardised text, byte by byte; but a guarded folder is
+/// guarded in every spelling that the file system accepts for it ("~/documents" where case does not matter).
+/// Then its place on the disk: whatever links and bind mounts the path leads through, the item and its
+/// ancestors are compared with the guarded folders themselves.
 class RemovalGuards {
 public:
     explicit RemovalGuards(const Host &host);
@@ -31,14 +34,35 @@ public:
     /// the reason of the host's system comes first.
     [[nodiscard]] std::optional<std::string> check(const FileURL &url) const;
 
+    struct GuardedFolder {
+        std::string path;
+        bool isLink = false; ///< the path is a link to the folder
+    };
+
+    /// The guarded folders of a system by what they are on the disk.
+    using Places = std::unordered_multimap<FileIdentity, GuardedFolder>;
+
+    /// Where the guarded folders are at present.
+    struct Located {
+        Places inForce;
+        Places platform;
+    };
+    [[nodiscard]] Located locate() const;
+
+    /// The same for the place of an item, after its path was checked. Reads nothing.
+    [[nodiscard]] std::optional<std::string> check(const OpenedItem &item, const Located &guarded) const;
+
 private:
     /// The guards of one system.
     class SystemGuards {
     public:
         explicit SystemGuards(const Host &host);
         [[nodiscard]] std::optional<std::string> refusal(const std::string &given) const;
+        [[nodiscard]] Places locate() const;
+        [[nodiscard]] std::optional<std::string> refusal(const OpenedItem &item, const Places &places) const;
 
     private:
+        void addPathsOf(const FileURL &home, System system);
         [[nodiscard]] std::string asGuarded(const std::string &path) const;
 
         struct Prefix {

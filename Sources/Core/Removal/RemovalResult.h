@@ -2,9 +2,11 @@
 
 #include "Base/FileURL.h"
 #include "Core/Removal/RemovalMode.h"
+#include "Platform/OpenedItem.h"
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace brimvale {
@@ -41,6 +43,9 @@ struct RemovalResult {
     std::vector<FileURL> goneAnyway = {};
     /// For items in `needsAdmin`: what keeps them, and what would help.
     std::vector<Failure> adminRemarks = {};
+
+    /// Items in `needsAdmin` as they were shown.
+    std::unordered_map<FileURL, ItemPin> pins = {};
 
     friend bool operator==(const RemovalResult &, const RemovalResult &) = default;
 };

@@ -3,13 +3,14 @@
 #include "Base/Bytes.h"
 #include "Base/Text.h"
 #include "Core/Removal/ObstacleTexts.h"
-#include "Core/Removal/RemovalGuards.h"
+#include "Core/Removal/RemovalGate.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Core/Scan/Summing.h"
 #include "Core/Text/SnapshotName.h"
+#include "Platform/FileOperation.h"
 #include "Platform/FileStatus.h"
-#include "Platform/Host.h"
+#include "Platform/OpenedItem.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -53,7 +54,7 @@ std::string reasonOf(const FileError &error, const FileURL &item) {
 }
 
 /// Moving an item counts as one entry, including its contents.
-std::optional<FileError> moveToTrash(const FileURL &item, RemovalProgress &progress,
+std::optional<FileError> moveToTrash(const OpenedItem &item, RemovalProgress &progress,
                                      RemovalActions &actions) {
     std::optional<FileError> error = actions.moveToTrash(item);
     if (!error)
@@ -64,6 +65,7 @@ std::optional<FileError> moveToTrash(const FileURL &item, RemovalProgress &progr
 struct Item {
     const FileURL &url;
     std::optional<std::int64_t> size; ///< allocated bytes, if known
+    std::optional<ItemPin> pin;       ///< how it was shown, if it was
 };
 
 /// One call of `remove`.
@@ -77,8 +79,9 @@ public:
     [[nodiscard]] RemovalResult takeResult() { return std::move(result_); }
 
 private:
+    void removeOpened(const Item &asked, const OpenedItem &item);
     [[nodiscard]] std::int64_t sizeOf(const FileURL &item, const Item &asked) const;
-    void noteFailure(const FileURL &url, const FileURL &item, const FileError &error);
+    void noteFailure(const Item &asked, const FileURL &item, const FileError &error);
     void notePart(const FileURL &url, const FileURL &item, std::int64_t size, std::int64_t entriesRemoved);
     void fail(const FileURL &url, std::string reason) { result_.failed.push_back({url, std::move(reason)}); }
     void addBytes(std::int64_t bytes) { result_.bytesFreed = checkedAdd(result_.bytesFreed, bytes); }
@@ -87,6 +90,7 @@ private:
     RemovalProgress unwatched_;
     RemovalProgress &progress_;
     RemovalActions &actions_;
+    RemovalGate gate_;
     RemovalResult result_;
 };
 
@@ -107,10 +111,20 @@ void Removal::remove(const Item &asked) {
     const FileURL &url = asked.url;
     if (progress_.cancelled.isSet())
         return fail(url, stoppedReason);
-    const FileURL item = url.standardized();
-    if (std::optional<std::string> refusal = check(item))
-        return fail(url, *std::move(refusal));
-    const std::int64_t size = sizeOf(item, asked);
+    const RemovalGate::Answer answer = gate_.open(url, asked.pin);
+    if (const auto *refusal = std::get_if<std::string>(&answer))
+        return fail(url, *refusal);
+    if (const int *error = std::get_if<int>(&answer)) {
+        const auto operation = mode_ == RemovalMode::deleteNow ? FileOperation::remove : FileOperation::trash;
+        return noteFailure(asked, url, fileError(operation, url.standardized(), *error));
+    }
+    removeOpened(asked, std::get<OpenedItem>(answer));
+}
+
+void Removal::removeOpened(const Item &asked, const OpenedItem &item) {
+    const FileURL &url = asked.url;
+    const FileURL &place = item.place();
+    const std::int64_t size = sizeOf(place, asked);
     if (progress_.cancelled.isSet())
         return fail(url, stoppedReason);
 
@@ -119,19 +133,22 @@ void Removal::remove(const Item &asked) {
                                                ? actions_.removeItem(item, &progress_)
                                                : moveToTrash(item, progress_, actions_);
     if (error) {
-        noteFailure(url, item, *error);
+        noteFailure(asked, place, *error);
         if (mode_ == RemovalMode::deleteNow)
-            notePart(url, item, size, progress_.entriesRemoved - before);
+            notePart(url, place, size, progress_.entriesRemoved - before);
         return;
     }
     result_.succeeded.push_back(url);
     addBytes(size);
 }
 
-void Removal::noteFailure(const FileURL &url, const FileURL &item, const FileError &error) {
+void Removal::noteFailure(const Item &asked, const FileURL &item, const FileError &error) {
+    const FileURL &url = asked.url;
     if (!needsAdministrator(error))
         return fail(url, reasonOf(error, item));
     result_.needsAdmin.push_back(url);
+    if (asked.pin)
+        result_.pins.emplace(url, *asked.pin);
     if (std::optional<std::string> text = obstacleText(actions_.obstacle(item)))
         result_.adminRemarks.push_back({url, *std::move(text)});
 }
@@ -162,8 +179,10 @@ bool isHarmless(std::string_view text) {
 } // namespace
 
 std::optional<std::string> check(const FileURL &url) {
-    static const RemovalGuards guards(Host::current());
-    return guards.check(url);
+    const RemovalGate::Answer answer = RemovalGate().open(url, std::nullopt);
+    // The removal itself tells why an item cannot be opened.
+    const auto *refusal = std::get_if<std::string>(&answer);
+    return refusal != nullptr ? std::optional(*refusal) : std::nullopt;
 }
 
 bool isPermissionDenied(const FileError &error) {
@@ -174,7 +193,7 @@ RemovalResult remove(const std::vector<CleanupEntry> &entries, RemovalMode mode,
                      RemovalActions &actions) {
     Removal removal(mode, progress, actions);
     for (const CleanupEntry &entry : entries)
-        removal.remove({entry.url, entry.size});
+        removal.remove({entry.url, entry.size, entry.pin});
     return removal.takeResult();
 }
 
@@ -182,7 +201,7 @@ RemovalResult remove(const std::vector<FileURL> &urls, RemovalMode mode, Removal
                      RemovalActions &actions) {
     Removal removal(mode, progress, actions);
     for (const FileURL &url : urls)
-        removal.remove({url, std::nullopt});
+        removal.remove({url, std::nullopt, std::nullopt});
     return removal.takeResult();
 }
 

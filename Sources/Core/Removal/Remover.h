@@ -27,8 +27,9 @@ namespace Remover {
 /// Whether the path certainly no longer exists, not even as a link without a target.
 [[nodiscard]] bool isGone(const FileURL &item);
 
-/// Moves the items to the Trash or deletes them, in this order. Each item counts with its given size, but one
-/// of several names of a file counts nothing when it is deleted. After `progress` is cancelled nothing more
+/// Moves the items to the Trash or deletes them, in this order. An item with a pin is removed only if it is
+/// still the item that was shown, in the same folder. Each item counts with its given size, but one of
+/// several names of a file counts nothing when it is deleted. After `progress` is cancelled nothing more
 /// is removed, and the remaining items are failures that say so. Of an item that was deleted only in part,
 /// what is left is measured. A sum above 64 bits ends the program.
 [[nodiscard]] RemovalResult remove(const std::vector<CleanupEntry> &entries, RemovalMode mode,
@@ -43,7 +44,12 @@ namespace Remover {
 /// Deletes the items as administrator with one command. The system asks for the password once, or not at all
 /// if every item is refused. Then checks on the disk whether each item is gone, regardless of what the
 /// command reports; after an error all items are failures, and the disk is checked for what is gone all the
-/// same. Items that do not fit into the longest possible command are failures that say so.
+/// same. Items that do not fit into the longest possible command are failures that say so. An item with a pin
+/// is removed only if it is still the item that was shown.
+[[nodiscard]] RemovalResult removeWithAdmin(const std::vector<CleanupEntry> &entries,
+                                            RemovalActions &actions = RemovalActions::platform());
+
+/// The same for items as they are now.
 [[nodiscard]] RemovalResult removeWithAdmin(const std::vector<FileURL> &urls,
                                             RemovalActions &actions = RemovalActions::platform());
 

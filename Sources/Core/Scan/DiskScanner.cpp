@@ -46,6 +46,7 @@ std::unique_ptr<FSNode> skippedNode(FSNode &root, const std::string &path, const
 /// A file directly in the scan root always gets a node, and counts under each of its names.
 std::unique_ptr<FSNode> fileNode(FSNode &root, const char *name, const FileStatus &status, ScanState &state) {
     auto node = std::make_unique<FSNode>(name, root, false);
+    node->setIdentity(status.identity);
     setFigures(*node, status, state);
     root.size = checkedAdd(root.size, node->size);
     root.logicalSize = checkedAdd(root.logicalSize, node->logicalSize);
@@ -78,6 +79,7 @@ PendingFolders listRoot(FSNode &root, Folder folder, const std::string &path, Sc
             continue;
         }
         nodes.push_back(std::make_unique<FSNode>(name, root, true));
+        nodes.back()->setIdentity(status->identity);
         if (!status->isDataless)
             pending.add(name, nodes.back().get(), status->identity);
     }
@@ -103,6 +105,8 @@ std::unique_ptr<FSNode> DiskScanner::scan(const std::string &root, const ScanOpt
         return node;
     }
 
+    if (const std::optional<FileIdentity> identity = folder.identity())
+        node->setIdentity(*identity);
     pool.walk(listRoot(*node, std::move(folder), path, state), options.crossesMountPoints, stats.stopFlag(),
               [&] { return std::make_unique<TreeBuilder>(state); });
     rollUp(*node, state);

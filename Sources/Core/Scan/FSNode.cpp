@@ -33,6 +33,15 @@ FSNode::~FSNode() {
     }
 }
 
+std::optional<FileIdentity> FSNode::identity() const {
+    return inode_ != 0 ? std::optional(FileIdentity{device, inode_}) : std::nullopt;
+}
+
+void FSNode::setIdentity(const FileIdentity &identity) {
+    device = static_cast<std::uint32_t>(identity.device);
+    inode_ = identity.inode;
+}
+
 std::string FSNode::path() const {
     const FSNode *top = isAggregate && parent_ != nullptr ? parent_ : this;
     std::size_t length = 0;

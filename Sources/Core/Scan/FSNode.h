@@ -1,8 +1,11 @@
 #pragma once
 
+#include "Platform/FileStatus.h"
+
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -40,10 +43,16 @@ public:
     bool isCloudProvider = false; ///< skipped because it belongs to a cloud provider
     std::uint8_t marks = 0;       ///< state bits of the outline that shows it
     std::uint32_t row = 0;        ///< its position among its siblings in the outline, or a later one
+    std::uint32_t device = 0;     ///< of `identity`; here it takes no memory of its own
     std::int64_t size = 0;        ///< allocated bytes of this node and its descendants; shown and sorted by
     std::int64_t logicalSize = 0; ///< the same for the length in bytes
     std::int64_t fileCount = 0;   ///< files, this node and its descendants
     std::int64_t dirCount = 0;    ///< folders among its descendants
+
+    /// Which entry of the disk this is, as the scan found it; nothing for an aggregate and for an entry whose
+    /// status was not read.
+    [[nodiscard]] std::optional<FileIdentity> identity() const;
+    void setIdentity(const FileIdentity &identity);
 
     /// The absolute path, for as long as the node lives.
     [[nodiscard]] std::string path() const;
@@ -78,6 +87,7 @@ public:
     void sortRecursively();
 
 private:
+    std::uint64_t inode_ = 0; ///< 0 where it is not known
     FSNode *parent_ = nullptr;
     std::vector<std::unique_ptr<FSNode>> children_;
     std::unique_ptr<std::string> ownPath_; ///< of a node without a parent

@@ -74,7 +74,8 @@ public:
             bytes_ = checkedAdd(bytes_, status.allocatedBytes);
     }
     std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
-                                          std::string_view name, bool canBeEntered) override;
+                                          std::string_view name, const FileIdentity &,
+                                          bool canBeEntered) override;
     void noStatus(FolderHandle) override {}
     void unreadable(FolderHandle) override {}
     void containsAncestor(FolderHandle folder) override { run_.markContainsAncestor(itemOf(folder)); }
@@ -92,7 +93,8 @@ private:
 };
 
 std::optional<FolderHandle> Adding::subfolder(FolderHandle folder, const std::string &folderPath,
-                                              std::string_view name, bool canBeEntered) {
+                                              std::string_view name, const FileIdentity &,
+                                              bool canBeEntered) {
     if (!canBeEntered || run_.isSkipped(folderPath, name))
         return std::nullopt;
     if (NestedItem *inner = run_.innerItem(folderPath, name)) {

@@ -48,6 +48,7 @@ void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileSta
     addSize(node, size, status.length);
     if (size >= state_.options.minimumNodeSize) {
         auto child = std::make_unique<FSNode>(std::string(name), node, false);
+        child->setIdentity(status.identity);
         addSize(*child, size, status.length);
         children_.push_back(std::move(child));
     } else {
@@ -58,9 +59,11 @@ void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileSta
 }
 
 std::optional<FolderHandle> TreeBuilder::subfolder(FolderHandle folder, const std::string &folderPath,
-                                                   std::string_view name, bool /*canBeEntered*/) {
+                                                   std::string_view name, const FileIdentity &identity,
+                                                   bool /*canBeEntered*/) {
     children_.push_back(std::make_unique<FSNode>(std::string(name), nodeOf(folder), true));
     FSNode *child = children_.back().get();
+    child->setIdentity(identity);
     if (!state_.skipped.contains(folderPath, name))
         return child;
     child->isNotDescended = true;

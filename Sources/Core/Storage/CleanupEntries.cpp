@@ -34,9 +34,13 @@ std::vector<CleanupEntry> CleanupEntries::measured(const std::vector<std::string
                                                    const std::vector<MeasuredItem> &items,
                                                    std::int64_t minimum) {
     std::vector<CleanupEntry> entries;
-    for (std::size_t i = 0; i < paths.size(); ++i)
-        if (items[i].bytes >= minimum)
-            entries.push_back({FileURL(paths[i]), items[i].bytes, items[i].modified, items[i].isFolder});
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        if (items[i].bytes < minimum)
+            continue;
+        const FileURL url(paths[i]);
+        entries.push_back(
+            {url, items[i].bytes, items[i].modified, items[i].isFolder, pinOf(url.standardized())});
+    }
     std::stable_sort(entries.begin(), entries.end(),
                      [](const CleanupEntry &a, const CleanupEntry &b) { return a.size > b.size; });
     return entries;

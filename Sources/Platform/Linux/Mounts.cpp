@@ -1,5 +1,6 @@
 #include "Platform/Mounts.h"
 
+#include "Base/FileURL.h"
 #include "Platform/Linux/MountTable.h"
 
 #include <algorithm>
@@ -24,6 +25,13 @@ std::vector<std::string> pseudoMountPoints() {
         if (std::find(pseudoTypes.begin(), pseudoTypes.end(), mount.type) != pseudoTypes.end())
             points.push_back(mount.point);
     return points;
+}
+
+std::optional<std::string> mountPointIn(const std::string &path) {
+    for (const Mount &mount : currentMounts())
+        if (isAtOrUnder(mount.point, path))
+            return mount.point;
+    return std::nullopt;
 }
 
 } // namespace brimvale

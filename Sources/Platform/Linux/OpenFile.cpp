@@ -1,9 +1,28 @@
 #include "Platform/Posix/OpenFile.h"
 
+#include "Platform/OpenedItem.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 
 namespace brimvale {
+
+int passThroughFlags() {
+    return O_PATH | O_DIRECTORY | O_CLOEXEC;
+}
+
+std::optional<ItemIdentity> identityOfEntry(int folder, const char *name) {
+    struct statx record {};
+    if (statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE | STATX_INO | STATX_BTIME,
+              &record) != 0)
+        return std::nullopt;
+    ItemIdentity identity{.file = {makedev(record.stx_dev_major, record.stx_dev_minor), record.stx_ino},
+                          .isFolder = S_ISDIR(record.stx_mode)};
+    if ((record.stx_mask & STATX_BTIME) != 0)
+        identity.created = nanosecondsOf(record.stx_btime.tv_sec, record.stx_btime.tv_nsec);
+    return identity;
+}
 
 void readFromDisk(int descriptor, std::int64_t start, std::int64_t count) {
     posix_fadvise(descriptor, start, count, POSIX_FADV_DONTNEED);

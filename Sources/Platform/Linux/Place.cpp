@@ -1,8 +1,7 @@
 #include "Platform/Linux/Place.h"
 
-#include "Platform/Posix/ShortPath.h"
-
 #include <cerrno>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
@@ -18,12 +17,6 @@ std::optional<Place> placeOf(int descriptor) {
         return std::nullopt;
     }
     return Place{{makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino}, status.stx_mnt_id};
-}
-
-Descriptor openParentFolder(const FileURL &item) {
-    return Descriptor(withShortPath(item.parent().path(), [](int parent, const char *rest) {
-        return openat(parent, rest, O_PATH | O_DIRECTORY | O_CLOEXEC);
-    }));
 }
 
 } // namespace brimvale

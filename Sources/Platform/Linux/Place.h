@@ -1,8 +1,6 @@
 #pragma once
 
-#include "Base/FileURL.h"
 #include "Platform/FileStatus.h"
-#include "Platform/Posix/Descriptor.h"
 
 #include <cstdint>
 #include <optional>
@@ -24,9 +22,5 @@ struct Place {
 /// The place of an open file. Nothing, with errno set, where the system does not report all of it, such as
 /// Linux before 5.8.
 [[nodiscard]] std::optional<Place> placeOf(int descriptor);
-
-/// The parent folder of an item, opened by a path of any length to act on its entries; it need not be
-/// readable. Not open, with errno set, on failure.
-[[nodiscard]] Descriptor openParentFolder(const FileURL &item);
 
 } // namespace brimvale

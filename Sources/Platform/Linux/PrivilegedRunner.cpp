@@ -15,11 +15,6 @@ constexpr int notAuthorized = 127;
 
 } // namespace
 
-/// The command is one argument, and one argument is at most 32 pages long with its zero (MAX_ARG_STRLEN).
-std::size_t longestAdministratorCommand() {
-    return std::size_t{128} * 1024 - 1;
-}
-
 std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command, const Tools &tools) {
     static std::mutex oneQuestionAtATime;
     const std::lock_guard guard(oneQuestionAtATime);

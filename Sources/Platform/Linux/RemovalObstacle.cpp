@@ -1,7 +1,6 @@
 #include "Platform/RemovalObstacle.h"
 
-#include "Platform/Linux/Place.h"
-#include "Platform/Posix/Descriptor.h"
+#include "Platform/OpenedItem.h"
 
 #include <fcntl.h>
 #include <linux/stat.h>
@@ -13,23 +12,23 @@ namespace brimvale {
 namespace {
 
 /// The attributes of an entry of an open folder, or with an empty name those of the folder itself.
-std::uint64_t attributesOf(const Descriptor &folder, const std::string &name) {
+std::uint64_t attributesOf(const Folder &folder, const std::string &name) {
     struct statx status {};
     const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_EMPTY_PATH;
-    return statx(folder.number(), name.c_str(), flags, STATX_TYPE, &status) == 0 ? status.stx_attributes : 0;
+    return statx(folder.descriptor(), name.c_str(), flags, STATX_TYPE, &status) == 0 ? status.stx_attributes
+                                                                                     : 0;
 }
 
 } // namespace
 
 // `statx` tells the flags of FS_IOC_GETFLAGS too, and needs no permission to read the item.
 RemovalObstacle removalObstacle(const FileURL &item) {
-    if (!item.namesEntry())
+    const Result<OpenedItem, int> found = OpenedItem::at(item);
+    const auto *opened = std::get_if<OpenedItem>(&found);
+    if (opened == nullptr)
         return RemovalObstacle::none;
-    const Descriptor parent = openParentFolder(item);
-    if (!parent.isOpen())
-        return RemovalObstacle::none;
-    const std::uint64_t own = attributesOf(parent, std::string(item.fileName()));
-    const std::uint64_t above = attributesOf(parent, "");
+    const std::uint64_t own = attributesOf(opened->folder(), opened->name());
+    const std::uint64_t above = attributesOf(opened->folder(), "");
     if ((own & STATX_ATTR_IMMUTABLE) != 0)
         return RemovalObstacle::immutable;
     if ((own & STATX_ATTR_APPEND) != 0)

@@ -1,5 +1,7 @@
 #include "Platform/Host.h"
 
+#include "Platform/Posix/PersonalAccounts.h"
+
 namespace brimvale {
 
 System platformSystem() {
@@ -20,6 +22,10 @@ Tools platformTools() {
             .shasum = "",
             .unpacker = "",
             .codesign = ""};
+}
+
+uid_t firstPersonalAccount() {
+    return 1000; // UID_MIN of login.defs(5)
 }
 
 } // namespace brimvale

@@ -1,7 +1,7 @@
 #include "Platform/Trash.h"
 
 #include "Base/Text.h"
-#include "Platform/Linux/FileOperation.h"
+#include "Platform/FileOperation.h"
 #include "Platform/Linux/TrashError.h"
 #include "Platform/Linux/TrashFolder.h"
 
@@ -31,17 +31,17 @@ std::string localTime() {
     return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &time)};
 }
 
-/// The path to restore the item to: for the home Trash the path that the user knows, else the path from the
+/// The path to restore the item to: for the home Trash the path that was opened, else the path from the
 /// top of the volume, which may be mounted elsewhere by then.
-std::string originalPath(const FileURL &item, const Descriptor &parent, const WayUp &way, bool isInHome) {
-    const FileURL known = item.parent().standardized().appending(item.fileName());
+std::string originalPath(const OpenedItem &item, const WayUp &way, bool isInHome) {
+    const std::string &known = item.place().path();
     if (isInHome)
-        return known.path();
-    std::string top = pathOf(way.top);
-    const std::string folder = pathOf(parent);
+        return known;
+    const std::string top = pathOf(way.top.number());
+    const std::string folder = pathOf(item.folder().descriptor());
     if (top.empty() || folder.empty() || !folder.starts_with(top))
-        return known.path();
-    const std::string path = joinPath(folder, item.fileName());
+        return known;
+    const std::string path = joinPath(folder, item.name());
     return path.substr(top == "/" ? 1 : top.size() + 1);
 }
 
@@ -105,8 +105,8 @@ int writeInfo(const TrashFolder &trash, const std::string &name, const std::stri
 }
 
 /// Renames without replacing anything. 0, or errno.
-int move(const Descriptor &from, const std::string &name, const Descriptor &to, const std::string &newName) {
-    if (renameat2(from.number(), name.c_str(), to.number(), newName.c_str(), RENAME_NOREPLACE) == 0)
+int move(int from, const std::string &name, const Descriptor &to, const std::string &newName) {
+    if (renameat2(from, name.c_str(), to.number(), newName.c_str(), RENAME_NOREPLACE) == 0)
         return 0;
     if (errno != EINVAL)
         return errno;
@@ -115,19 +115,20 @@ int move(const Descriptor &from, const std::string &name, const Descriptor &to, 
     struct stat status {};
     if (fstatat(to.number(), newName.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0)
         return EEXIST;
-    return renameat(from.number(), name.c_str(), to.number(), newName.c_str()) == 0 ? 0 : errno;
+    return renameat(from, name.c_str(), to.number(), newName.c_str()) == 0 ? 0 : errno;
 }
 
 /// Moves the item to the first free name. 0, or errno with everything unchanged.
-int moveInto(const TrashFolder &trash, const Descriptor &parent, const std::string &name,
-             const std::string &info) {
+int moveInto(const TrashFolder &trash, const OpenedItem &item, const std::string &info) {
+    const std::string name = item.name();
     const std::size_t longest = longestName(trash);
     for (int attempt = 1;; ++attempt) {
         const std::string newName = nameInTrash(name, attempt, longest);
         const std::string infoName = newName + std::string(infoSuffix);
         int error = writeInfo(trash, infoName, info);
         if (error == 0) {
-            error = move(parent, name, trash.files, newName);
+            error =
+                item.isStillThere() ? move(item.folder().descriptor(), name, trash.files, newName) : ESTALE;
             if (error == 0)
                 return 0;
             unlinkat(trash.info.number(), infoName.c_str(), 0);
@@ -138,38 +139,31 @@ int moveInto(const TrashFolder &trash, const Descriptor &parent, const std::stri
 }
 
 /// 0, or the errno that says why the item cannot be moved anywhere.
-int reasonToStay(const Descriptor &parent, const std::string &name) {
-    struct stat status {};
-    const bool mayBe = fstatat(parent.number(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-                       faccessat(parent.number(), ".", W_OK | X_OK, AT_EACCESS) == 0;
-    return mayBe ? 0 : errno;
+int reasonToStay(const OpenedItem &item) {
+    if (!item.isStillThere())
+        return ESTALE;
+    return faccessat(item.folder().descriptor(), ".", W_OK | X_OK, AT_EACCESS) == 0 ? 0 : errno;
 }
 
 } // namespace
 
-std::optional<FileError> moveToTrash(const FileURL &item) {
-    Descriptor parent;
-    const auto failure = [&](int error) { return trashError(item, parent, error); };
-    if (!item.namesEntry())
-        return failure(EINVAL);
-    const std::string name(item.fileName());
-    parent = openParentFolder(item);
-    if (!parent.isOpen())
-        return failure(errno);
-    if (const int error = reasonToStay(parent, name); error != 0)
+std::optional<FileError> moveToTrash(const OpenedItem &item) {
+    const auto failure = [&](int error) { return trashError(item, error); };
+    if (const int error = reasonToStay(item); error != 0)
         return failure(error);
-    const WayUp way = WayUp::from(parent);
+    const WayUp way = WayUp::from(item.folder().descriptor());
     if (!way.top.isOpen())
         return failure(errno);
 
     const TrashFolder trash = TrashFolder::forItemsAt(way);
     if (!trash.isOpen())
-        return meansNoTrash(trash.error) ? noTrashError(item, pathOf(way.top)) : failure(trash.error);
+        return meansNoTrash(trash.error) ? noTrashError(item.place(), pathOf(way.top.number()))
+                                         : failure(trash.error);
     // Items in the Trash and folders of the Trash itself are not moved.
     if (std::find(way.folders.begin(), way.folders.end(), trash.identity) != way.folders.end())
         return failure(EINVAL);
-    const std::string path = originalPath(item, parent, way, trash.isInHome);
-    const int error = moveInto(trash, parent, name, infoText(path));
+    const std::string path = originalPath(item, way, trash.isInHome);
+    const int error = moveInto(trash, item, infoText(path));
     return error == 0 ? std::nullopt : std::optional(failure(error));
 }
 

@@ -1,7 +1,7 @@
 #include "Platform/Linux/TrashError.h"
 
 #include "Base/Text.h"
-#include "Platform/Linux/FileOperation.h"
+#include "Platform/FileOperation.h"
 
 #include <cerrno>
 #include <linux/magic.h>
@@ -16,13 +16,13 @@ namespace {
 
 constexpr int unknownWriteError = 512; // of Cocoa's error domain
 
-bool isOnOverlay(const Descriptor &folder) {
+bool isOnOverlay(const Folder &folder) {
     struct statfs figures {};
-    return fstatfs(folder.number(), &figures) == 0 && figures.f_type == OVERLAYFS_SUPER_MAGIC;
+    return fstatfs(folder.descriptor(), &figures) == 0 && figures.f_type == OVERLAYFS_SUPER_MAGIC;
 }
 
 /// The reasons that need other words than for a removal; empty for all others.
-std::string_view ownReason(int errorNumber, const Descriptor &parent) {
+std::string_view ownReason(int errorNumber, const Folder &parent) {
     switch (errorNumber) {
     case EXDEV:
         return isOnOverlay(parent) ? "it is in a lower layer of the file system, which can’t move it"
@@ -45,12 +45,12 @@ std::string_view ownReason(int errorNumber, const Descriptor &parent) {
 
 } // namespace
 
-FileError trashError(const FileURL &item, const Descriptor &parent, int errorNumber) {
-    const std::string_view reason = ownReason(errorNumber, parent);
+FileError trashError(const OpenedItem &item, int errorNumber) {
+    const std::string_view reason = ownReason(errorNumber, item.folder());
     if (reason.empty())
-        return fileError(FileOperation::trash, item, errorNumber);
+        return fileError(FileOperation::trash, item.place(), errorNumber);
     return {FileError::Domain::cocoa, unknownWriteError,
-            "“" + displayText(item.fileName()) + "” couldn’t be moved to the trash because " +
+            "“" + displayText(item.name()) + "” couldn’t be moved to the trash because " +
                 std::string(reason) + ".",
             std::make_shared<const FileError>(FileError::posix(errorNumber))};
 }

@@ -95,10 +95,10 @@ Descriptor openInHome(const FileURL &path) {
 
 } // namespace
 
-WayUp WayUp::from(const Descriptor &folder) {
+WayUp WayUp::from(int folder) {
     WayUp way;
-    const std::optional<Place> first = placeOf(folder.number());
-    Descriptor top(openat(folder.number(), ".", passThrough));
+    const std::optional<Place> first = placeOf(folder);
+    Descriptor top(openat(folder, ".", passThrough));
     if (!first || !top.isOpen())
         return way;
     way.place = *first;
@@ -118,9 +118,9 @@ WayUp WayUp::from(const Descriptor &folder) {
     return way;
 }
 
-std::string pathOf(const Descriptor &file) {
+std::string pathOf(int file) {
     std::error_code error;
-    const std::filesystem::path link = "/proc/self/fd/" + std::to_string(file.number());
+    const std::filesystem::path link = "/proc/self/fd/" + std::to_string(file);
     std::string path = std::filesystem::read_symlink(link, error).native();
     return !error && path.starts_with('/') ? path : std::string();
 }

@@ -16,12 +16,12 @@ struct WayUp {
     Place place;                       ///< of the first folder
     Descriptor top;
 
-    /// The ancestors of an open folder. `top` is not open, with errno set, on failure.
-    [[nodiscard]] static WayUp from(const Descriptor &folder);
+    /// The ancestors of the folder with this descriptor. `top` is not open, with errno set, on failure.
+    [[nodiscard]] static WayUp from(int folder);
 };
 
-/// The path of an open file, without links in it; empty where the system does not report it.
-[[nodiscard]] std::string pathOf(const Descriptor &file);
+/// The path of the file with this descriptor, without links in it; empty where the system does not report it.
+[[nodiscard]] std::string pathOf(int file);
 
 /// A Trash in the layout of the freedesktop.org trash specification 1.0: the items in "files", what is known
 /// about each in "info". Opened by descriptor, so folders swapped later are not followed.

@@ -20,9 +20,10 @@ constexpr std::size_t usualOpenFolders = 64;
 
 } // namespace
 
-TreeRemoval::TreeRemoval(Descriptor parent, const std::string &name, RemovalProgress &progress)
-    : progress_(progress), place_(placeOf(parent.number())),
-      mostOpen_(std::min(usualOpenFolders, descriptorLimit() / 4)) {
+TreeRemoval::TreeRemoval(const OpenedItem &item, RemovalProgress &progress)
+    : progress_(progress), item_(item), mostOpen_(std::min(usualOpenFolders, descriptorLimit() / 4)) {
+    Folder parent = item.folder().duplicate();
+    place_ = placeOf(parent.descriptor());
     if (!place_) {
         error_ = errno;
         return;
@@ -31,8 +32,8 @@ TreeRemoval::TreeRemoval(Descriptor parent, const std::string &name, RemovalProg
                          "",
                          place_->identity,
                          {},
-                         std::make_shared<const Folder>(parent.release()),
-                         {name + '\0', 1},
+                         std::make_shared<const Folder>(std::move(parent)),
+                         {item.name() + '\0', 1},
                          1});
 }
 
@@ -84,6 +85,8 @@ std::optional<TreeRemoval::Task> TreeRemoval::empty(const Task &task) {
         return fail(errno);
     if (!place->isBeside(*place_))
         return fail(EBUSY);
+    if (isItem(task) && place->identity != item_.identity().file)
+        return fail(ESTALE);
 
     Subfolders subfolders;
     while (const char *name = folder.nextName()) {
@@ -109,6 +112,8 @@ std::optional<TreeRemoval::Task> TreeRemoval::empty(const Task &task) {
 std::optional<TreeRemoval::Task> TreeRemoval::removeUnopened(const Task &task) {
     const int error = errno;
     const bool isExchanged = error == ENOTDIR || error == ELOOP;
+    if (isItem(task) && isExchanged)
+        return fail(ESTALE);
     // Anything that took the folder's place is removed as it is; an unreadable folder is removed if it is
     // empty. A folder that another program has removed is gone only when the system says so here too.
     if (unlinkat(task.folder->descriptor(), task.name.c_str(), isExchanged ? 0 : AT_REMOVEDIR) == 0)
@@ -121,6 +126,9 @@ std::optional<TreeRemoval::Task> TreeRemoval::removeUnopened(const Task &task) {
 std::optional<TreeRemoval::Task> TreeRemoval::removeEmptied(const Task &task) {
     if (mustStop())
         return std::nullopt;
+    // Another folder may have taken the name of the item.
+    if (isItem(task) && item_.isReplaced())
+        return fail(ESTALE);
     if (unlinkat(task.folder->descriptor(), task.name.c_str(), AT_REMOVEDIR) == 0)
         progress_.entriesRemoved.fetch_add(1, std::memory_order_relaxed);
     else if (errno != ENOENT)

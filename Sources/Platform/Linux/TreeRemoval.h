@@ -2,7 +2,7 @@
 
 #include "Platform/Folder.h"
 #include "Platform/Linux/Place.h"
-#include "Platform/Posix/Descriptor.h"
+#include "Platform/OpenedItem.h"
 #include "Platform/RemovalProgress.h"
 
 #include <atomic>
@@ -27,10 +27,11 @@ namespace brimvale {
 /// comes back up to it.
 class TreeRemoval {
 public:
-    /// The folder `name` in the open folder `parent`, which is not removed.
-    TreeRemoval(Descriptor parent, const std::string &name, RemovalProgress &progress);
+    /// The item must outlive it.
+    TreeRemoval(const OpenedItem &item, RemovalProgress &progress);
 
-    /// Removes it. 0, or the errno of the first failure; nothing more is removed after a failure.
+    /// Removes the folder. 0, or the errno of the first failure (ESTALE where it is not the folder that was
+    /// opened); nothing more is removed after a failure.
     [[nodiscard]] int run();
 
 private:
@@ -72,6 +73,8 @@ private:
     std::optional<Task> grow(const Task &task, Folder folder, const FileIdentity &identity,
                              Subfolders subfolders);
 
+    /// Whether the task is to remove the item itself.
+    static bool isItem(const Task &task) { return task.branch->parent == nullptr; }
     static Task take(Branch &branch);
     void keepOpen(Branch &branch, const OpenFolder &folder);
     void forget(Branch &branch);
@@ -83,6 +86,7 @@ private:
     RemovalProgress &progress_;
     std::atomic<int> error_ = 0; ///< of the first failure
     std::optional<Place> place_; ///< of the item's parent folder
+    const OpenedItem &item_;
 
     std::mutex lock_;
     std::condition_variable changed_; ///< work waits, or the removal has ended

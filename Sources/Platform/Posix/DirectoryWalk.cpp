@@ -104,7 +104,8 @@ bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity 
         } else {
             const bool isOnWalkedDevice = crossesMountPoints_ || status->identity.device == identity.device;
             const bool canBeEntered = isOnWalkedDevice && !status->isDataless;
-            const std::optional<FolderHandle> sub = visitor_.subfolder(handle, path_, name, canBeEntered);
+            const std::optional<FolderHandle> sub =
+                visitor_.subfolder(handle, path_, name, status->identity, canBeEntered);
             if (sub && canBeEntered)
                 siblings.add(name, *sub, status->identity);
         }

@@ -39,7 +39,7 @@ FileStatus statusOf(const struct stat &record) {
         status.length = record.st_size;
     }
     status.linkCount = record.st_nlink;
-    status.identity = {static_cast<std::uint64_t>(record.st_dev), record.st_ino};
+    status.identity = {static_cast<std::uint32_t>(record.st_dev), record.st_ino};
     status.modified = modificationTime(record);
     return status;
 }
@@ -50,6 +50,15 @@ std::optional<FileStatus> fileStatus(const std::string &path) {
         return fstatat(parent, rest, &record, AT_SYMLINK_NOFOLLOW);
     });
     return result == 0 ? std::optional(statusOf(record)) : std::nullopt;
+}
+
+std::optional<FileIdentity> folderIdentity(const std::string &path) {
+    struct stat record {};
+    const int result =
+        withShortPath(path, [&](int parent, const char *rest) { return fstatat(parent, rest, &record, 0); });
+    if (result != 0 || !S_ISDIR(record.st_mode))
+        return std::nullopt;
+    return statusOf(record).identity;
 }
 
 } // namespace brimvale

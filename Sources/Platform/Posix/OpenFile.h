@@ -3,14 +3,30 @@
 #include "Base/Date.h"
 
 #include <cstdint>
+#include <optional>
 
 struct stat;
 
 namespace brimvale {
 
+struct ItemIdentity;
+
+/// The flags that open a folder only to reach its entries. The user needs no permission to read it.
+[[nodiscard]] int passThroughFlags();
+
+/// Which item the entry `name` of an open folder is, links not followed; nothing, with errno set, on failure.
+[[nodiscard]] std::optional<ItemIdentity> identityOfEntry(int folder, const char *name);
+
 /// Makes the next read of these bytes of the open file come from the disk, where the system allows it for
 /// bytes that are already written out.
 void readFromDisk(int descriptor, std::int64_t start, std::int64_t count);
+
+/// Nanoseconds since 1970; dates out of range wrap around, which only matters for showing them.
+[[nodiscard]] constexpr std::int64_t nanosecondsOf(std::int64_t seconds, std::int64_t nanoseconds) {
+    constexpr std::uint64_t perSecond = 1'000'000'000;
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(seconds) * perSecond +
+                                     static_cast<std::uint64_t>(nanoseconds));
+}
 
 /// When the content was last changed.
 [[nodiscard]] Date modificationDate(const struct stat &record);

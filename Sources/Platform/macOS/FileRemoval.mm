@@ -1,8 +1,11 @@
 #include "Platform/FileRemoval.h"
 
+#include "Platform/FileOperation.h"
 #include "Platform/FileStatus.h"
 #include "Platform/macOS/NativeError.h"
 #include "Platform/macOS/NativeURL.h"
+
+#include <cerrno>
 
 /// Counts what a file manager is about to remove, refuses it once the removal is cancelled, and ignores
 /// entries that another program removed first.
@@ -52,26 +55,27 @@ std::int64_t countedTooEarly(const BrimvaleRemovalWatcher *watcher, const FileUR
 
 } // namespace
 
-std::optional<FileError> removeItem(const FileURL &item, RemovalProgress *progress) {
+std::optional<FileError> removeItem(const OpenedItem &item, RemovalProgress *progress) {
     @autoreleasepool {
-        if (!item.namesEntry())
-            return fileErrorOf(nil);
-        NSURL *url = urlOf(item);
+        if (!item.isStillThere())
+            return fileError(FileOperation::remove, item.place(), ESTALE);
+        NSURL *url = urlOf(item.place());
         // The shared manager may have no delegate. A manager does not keep its delegate alive.
         NSFileManager *manager = [[NSFileManager alloc] init];
         NS_VALID_UNTIL_END_OF_SCOPE BrimvaleRemovalWatcher *watcher = [[BrimvaleRemovalWatcher alloc] init];
         watcher.progress = progress;
         // Without the watcher, because it would ignore the error for an item that is missing from the start.
-        manager.delegate = fileStatus(item.path()) ? watcher : nil;
+        manager.delegate = fileStatus(item.place().path()) ? watcher : nil;
         NSError *error = nil;
         const BOOL isRemoved = [manager removeItemAtURL:url error:&error];
         // A refused entry may not count as an error.
-        if (progress != nullptr && progress->cancelled.isSet() && (!isRemoved || fileStatus(item.path())))
+        if (progress != nullptr && progress->cancelled.isSet() &&
+            (!isRemoved || fileStatus(item.place().path())))
             error = [NSError errorWithDomain:NSCocoaErrorDomain code:NSUserCancelledError userInfo:nil];
         else if (isRemoved)
             return std::nullopt;
         if (progress != nullptr)
-            progress->entriesRemoved -= countedTooEarly(watcher, item);
+            progress->entriesRemoved -= countedTooEarly(watcher, item.place());
         return fileErrorOf(error);
     }
 }

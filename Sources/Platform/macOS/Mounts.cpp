@@ -1,23 +1,57 @@
 #include "Platform/Mounts.h"
 
+#include "Base/FileURL.h"
+
+#include <cstddef>
 #include <cstdlib>
+#include <memory>
+#include <span>
 #include <string_view>
 #include <sys/mount.h>
 
 namespace brimvale {
 
-std::vector<std::string> pseudoMountPoints() {
-    std::vector<std::string> points;
-    struct statfs *table = nullptr;
-    const int count = getmntinfo_r_np(&table, MNT_NOWAIT);
-    for (int i = 0; i < count; ++i) {
-        const std::string_view type = table[i].f_fstypename;
-        if (type == "devfs" || type == "autofs")
-            points.emplace_back(table[i].f_mntonname);
+namespace {
+
+/// The mount table, without asking the file systems anything.
+class MountTable {
+public:
+    MountTable() {
+        struct statfs *entries = nullptr;
+        const int count = getmntinfo_r_np(&entries, MNT_NOWAIT);
+        memory_.reset(entries);
+        if (count > 0)
+            entries_ = {entries, static_cast<std::size_t>(count)};
     }
-    if (count > 0)
-        std::free(table);
+    [[nodiscard]] std::span<const struct statfs> entries() const { return entries_; }
+
+private:
+    struct Free {
+        void operator()(struct statfs *memory) const { std::free(memory); }
+    };
+    std::unique_ptr<struct statfs, Free> memory_;
+    std::span<const struct statfs> entries_;
+};
+
+} // namespace
+
+std::vector<std::string> pseudoMountPoints() {
+    const MountTable table;
+    std::vector<std::string> points;
+    for (const struct statfs &mount : table.entries()) {
+        const std::string_view type = mount.f_fstypename;
+        if (type == "devfs" || type == "autofs")
+            points.emplace_back(mount.f_mntonname);
+    }
     return points;
+}
+
+std::optional<std::string> mountPointIn(const std::string &path) {
+    const MountTable table;
+    for (const struct statfs &mount : table.entries())
+        if (isAtOrUnder(mount.f_mntonname, path))
+            return mount.f_mntonname;
+    return std::nullopt;
 }
 
 } // namespace brimvale

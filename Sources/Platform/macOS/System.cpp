@@ -1,5 +1,7 @@
 #include "Platform/Host.h"
 
+#include "Platform/Posix/PersonalAccounts.h"
+
 namespace brimvale {
 
 System platformSystem() {
@@ -18,6 +20,10 @@ Tools platformTools() {
             .shasum = "/usr/bin/shasum",
             .unpacker = "/usr/bin/ditto",
             .codesign = "/usr/bin/codesign"};
+}
+
+uid_t firstPersonalAccount() {
+    return 501;
 }
 
 } // namespace brimvale

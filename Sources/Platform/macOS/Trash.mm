@@ -1,15 +1,18 @@
 #include "Platform/Trash.h"
 
+#include "Platform/FileOperation.h"
 #include "Platform/macOS/NativeError.h"
 #include "Platform/macOS/NativeURL.h"
 
+#include <cerrno>
+
 namespace brimvale {
 
-std::optional<FileError> moveToTrash(const FileURL &item) {
+std::optional<FileError> moveToTrash(const OpenedItem &item) {
     @autoreleasepool {
-        if (!item.namesEntry())
-            return fileErrorOf(nil);
-        NSURL *url = urlOf(item);
+        if (!item.isStillThere())
+            return fileError(FileOperation::trash, item.place(), ESTALE);
+        NSURL *url = urlOf(item.place());
         NSError *error = nil;
         if ([NSFileManager.defaultManager trashItemAtURL:url resultingItemURL:nil error:&error])
             return std::nullopt;

@@ -137,7 +137,7 @@ void AppDetail::showLeftovers(const std::vector<AppRow> &rows) {
         std::vector<LeftoverListModel::Row> &group =
             item.confidence == MatchConfidence::exact ? exact : likely;
         group.push_back({item, text(Uninstall::otherClaims(item, row_->app.url, rows))});
-        all.push_back({.url = item.url, .size = item.size});
+        all.push_back(Uninstall::entryOf(item));
     }
     ticked_.retain({&all});
     exact_->setRows(exact);

@@ -271,7 +271,7 @@ void AppsView::confirmUninstall(RemovalMode mode) {
     if (includeBundle)
         request.items.push_back({.url = row->app.url, .size = row->bundleSize});
     for (const LeftoverItem &item : leftovers)
-        request.items.push_back({.url = item.url, .size = item.size});
+        request.items.push_back(Uninstall::entryOf(item));
     auto *sheet = new RemovalSheet(request, this);
     connect(sheet, &RemovalSheet::confirmed, this,
             [this, app = row->app, leftovers, includeBundle](RemovalMode chosenMode) {

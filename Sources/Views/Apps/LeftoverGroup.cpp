@@ -1,6 +1,7 @@
 #include "Views/Apps/LeftoverGroup.h"
 
 #include "Catalogs/CleanupEntry.h"
+#include "Core/Apps/Uninstall.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/TickBox.h"
@@ -72,7 +73,7 @@ void LeftoverGroup::setRows(const std::vector<LeftoverListModel::Row> &rows) {
 std::vector<CleanupEntry> LeftoverGroup::entries() const {
     std::vector<CleanupEntry> entries;
     for (const LeftoverListModel::Row &row : rows_)
-        entries.push_back({.url = row.item.url, .size = row.item.size});
+        entries.push_back(Uninstall::entryOf(row.item));
     return entries;
 }
 

@@ -1,5 +1,6 @@
 #include "Views/Apps/LeftoverListModel.h"
 
+#include "Core/Apps/Uninstall.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
@@ -81,7 +82,7 @@ bool LeftoverListModel::setData(const QModelIndex &index, const QVariant &value,
     if (!index.isValid() || role != Qt::CheckStateRole)
         return false;
     const LeftoverItem &item = itemAt(index);
-    ticked_.setTicked({{.url = item.url, .size = item.size}}, value.value<Qt::CheckState>() == Qt::Checked);
+    ticked_.setTicked({Uninstall::entryOf(item)}, value.value<Qt::CheckState>() == Qt::Checked);
     return true;
 }
 

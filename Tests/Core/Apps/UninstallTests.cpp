@@ -73,6 +73,7 @@ TEST(Uninstall, KnowsTheKindOfEveryEntry) {
     AppRow app = row("Acme", {});
     const auto kindsOf = [&](const std::string &bundle, const std::vector<LeftoverItem> &leftovers) {
         app.app.url = FileURL(bundle);
+        app.app.pin = pinOf(app.app.url);
         std::vector<bool> kinds;
         for (const CleanupEntry &entry : Uninstall::entries(app, leftovers, true))
             kinds.push_back(entry.isFolder);

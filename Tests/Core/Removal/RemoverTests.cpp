@@ -262,7 +262,7 @@ TEST(RemoverAsAdministrator, DeletesWithOneCommand) {
 
 TEST(RemoverAsAdministrator, NoPromptWhenEverythingIsRefused) {
     RecordingActions actions;
-    EXPECT_EQ(Remover::removeWithAdmin({}, actions), RemovalResult());
+    EXPECT_EQ(Remover::removeWithAdmin(Urls(), actions), RemovalResult());
     EXPECT_EQ(Remover::removeWithAdmin({FileURL("/")}, actions).failed.size(), 1U);
     EXPECT_TRUE(actions.calls.empty());
 }

@@ -67,8 +67,9 @@ private:
             scan.count();
         }
         std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &path,
-                                              std::string_view name, bool canBeEntered) override {
-            const auto handle = TreeBuilder::subfolder(folder, path, name, canBeEntered);
+                                              std::string_view name, const FileIdentity &identity,
+                                              bool canBeEntered) override {
+            const auto handle = TreeBuilder::subfolder(folder, path, name, identity, canBeEntered);
             scan.count();
             return handle;
         }

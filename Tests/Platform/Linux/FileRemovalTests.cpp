@@ -1,7 +1,8 @@
 #include "Platform/FileRemoval.h"
 
-#include "Platform/Linux/FileOperation.h"
+#include "Platform/FileOperation.h"
 #include "Platform/RemovalObstacle.h"
+#include "Support/AtPath.h"
 #include "Support/ChildProcess.h"
 #include "Support/HostileTree.h"
 #include "Support/OwnMounts.h"
@@ -45,7 +46,7 @@ std::string outcomeOf(const std::optional<FileError> &error) {
 }
 
 std::string outcome(const std::string &path) {
-    return outcomeOf(removeItem(FileURL(path)));
+    return outcomeOf(testing::removeItemAt(FileURL(path)));
 }
 
 std::string over(int code, int errorNumber) {
@@ -127,7 +128,7 @@ TEST(FileRemoval, RefusesPathsThatNameNoEntry) {
 
 TEST(FileRemoval, ErrorNamesTheRequestedItem) {
     const TemporaryFolder folder;
-    const auto error = removeItem(FileURL(folder.path("caf\xE9 “x”")));
+    const auto error = testing::removeItemAt(FileURL(folder.path("caf\xE9 “x”")));
     ASSERT_TRUE(error);
     EXPECT_EQ(
         error->localizedDescription,
@@ -139,10 +140,9 @@ TEST(FileRemoval, SaysInWordsWhyItFailed) {
         int error;
         const char *words;
     };
-    for (const Case &one :
-         {Case{EIO, "the disk reported an error"}, Case{EMFILE, "too many files are open"},
-          Case{EBUSY, "the system is using it, or a volume is mounted in it"},
-          Case{ESTALE, "the server no longer knows it"}, Case{EPROTO, "of a system error: Protocol error"}})
+    for (const Case &one : {Case{EIO, "the disk reported an error"}, Case{EMFILE, "too many files are open"},
+                            Case{EBUSY, "the system is using it, or a volume is mounted in it"},
+                            Case{EPROTO, "of a system error: Protocol error"}})
         EXPECT_EQ(fileError(FileOperation::remove, FileURL("/x/y"), one.error).localizedDescription,
                   std::string("“y” couldn’t be removed because ") + one.words + ".");
 }
@@ -173,7 +173,7 @@ TEST(FileRemoval, RemovesDeepTreeWithFewDescriptors) {
         const rlimit few{48, 48};
         setrlimit(RLIMIT_NOFILE, &few);
         RemovalProgress progress;
-        const std::string end = outcomeOf(removeItem(FileURL(item), &progress));
+        const std::string end = outcomeOf(testing::removeItemAt(FileURL(item), &progress));
         return end + ", " + std::to_string(progress.entriesRemoved) + (isThere(item) ? ", but there" : "");
     });
     EXPECT_EQ(answer, "gone, " + std::to_string(3 * (depth + 100) + 2));
@@ -203,8 +203,8 @@ TEST(FileRemoval, CancelStopsAndCountIsExact) {
 
     RemovalProgress progress;
     progress.cancelled.set();
-    EXPECT_EQ(outcomeOf(removeItem(FileURL(item), &progress)), over(3072, ECANCELED));
-    EXPECT_EQ(outcomeOf(removeItem(FileURL(item + "/0/0"), &progress)), over(3072, ECANCELED));
+    EXPECT_EQ(outcomeOf(testing::removeItemAt(FileURL(item), &progress)), over(3072, ECANCELED));
+    EXPECT_EQ(outcomeOf(testing::removeItemAt(FileURL(item + "/0/0"), &progress)), over(3072, ECANCELED));
     EXPECT_EQ(entries(), before);
 
     progress.cancelled = StopFlag();
@@ -213,7 +213,7 @@ TEST(FileRemoval, CancelStopsAndCountIsExact) {
             std::this_thread::yield();
         progress.cancelled.set();
     });
-    const std::string end = outcomeOf(removeItem(FileURL(item), &progress));
+    const std::string end = outcomeOf(testing::removeItemAt(FileURL(item), &progress));
     watcher.join();
     if (end == "gone") { // the watcher came late
         EXPECT_EQ(progress.entriesRemoved, before + 1);
@@ -223,7 +223,7 @@ TEST(FileRemoval, CancelStopsAndCountIsExact) {
     EXPECT_EQ(end, over(3072, ECANCELED));
     EXPECT_EQ(before - entries(), progress.entriesRemoved);
     progress.cancelled = StopFlag();
-    EXPECT_EQ(outcomeOf(removeItem(FileURL(item), &progress)), "gone");
+    EXPECT_EQ(outcomeOf(testing::removeItemAt(FileURL(item), &progress)), "gone");
     EXPECT_EQ(progress.entriesRemoved, before + 1);
 }
 
@@ -245,7 +245,7 @@ TEST(FileRemoval, MissingPermissionKeepsEverything) {
         for (const char *item :
              {"locked/file", "locked/folder", "locked", "item", "item/inner", "unreadable"})
             EXPECT_EQ(outcome(folder.path(item)), over(513, EACCES)) << item;
-        EXPECT_EQ(removeItem(FileURL(folder.path("item")))->localizedDescription,
+        EXPECT_EQ(testing::removeItemAt(FileURL(folder.path("item")))->localizedDescription,
                   "“item” couldn’t be removed because you don’t have permission to access it.");
         EXPECT_EQ(listing(folder.path()), before);
         // Neither the parent of an item nor an empty folder has to be readable.
@@ -325,7 +325,7 @@ TEST(FileRemoval, ReportsReadOnlyVolume) {
         if (!testing::ownMounts() || !testing::mountAlsoAt(folder.path("real"), view, true))
             GTEST_SKIP() << "mounting is not permitted here";
         for (const char *item : {"/item", "/item/kept"}) {
-            const auto error = removeItem(FileURL(view + item));
+            const auto error = testing::removeItemAt(FileURL(view + item));
             EXPECT_EQ(outcomeOf(error), over(642, EROFS));
             EXPECT_THAT(error->localizedDescription,
                         ::testing::EndsWith(" because the volume is read only."));

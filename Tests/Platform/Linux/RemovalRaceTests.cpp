@@ -1,5 +1,6 @@
 #include "Platform/FileRemoval.h"
 #include "Platform/Posix/Descriptor.h"
+#include "Support/AtPath.h"
 #include "Support/ChildProcess.h"
 #include "Support/OwnMounts.h"
 #include "Support/TemporaryFolder.h"
@@ -90,7 +91,7 @@ std::string removeWhileExchanging(const TemporaryFolder &folder) {
         }
         {
             const Exchanger exchanger(folders, links);
-            failures += removeItem(FileURL(folder.path("item"))) ? 1 : 0; // may end either way
+            failures += testing::removeItemAt(FileURL(folder.path("item"))) ? 1 : 0; // may end either way
             exchanges += exchanger.exchanges();
         }
         if (listing(sentinel) != before)

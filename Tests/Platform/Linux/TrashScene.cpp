@@ -1,6 +1,7 @@
 #include "Platform/Linux/TrashScene.h"
 
 #include "Platform/Trash.h"
+#include "Support/AtPath.h"
 #include "Support/ChildProcess.h"
 
 #include <cstdlib>
@@ -26,7 +27,7 @@ std::string decoded(const std::string &text) {
 } // namespace
 
 std::string outcome(const std::string &path) {
-    const std::optional<FileError> error = moveToTrash(FileURL(path));
+    const std::optional<FileError> error = testing::moveToTrashAt(FileURL(path));
     if (!error)
         return "trashed";
     return std::to_string(error->code) +

@@ -3,6 +3,7 @@
 #include "Platform/ShellQuoting.h"
 #include "Platform/Tools.h"
 #include "Platform/Trash.h"
+#include "Support/AtPath.h"
 #include "Support/TreeListing.h"
 
 #include <cerrno>
@@ -36,7 +37,7 @@ TEST(Trash, MovesItemsOfEveryKindUnchanged) {
                                 "/link: link to kept"));
         EXPECT_THAT(originalPaths(trash), ElementsAre(std::pair("dangling", folder.path("place/dangling")),
                                                       std::pair("file.txt", folder.path("place/file.txt")),
-                                                      std::pair("folder", folder.path("way/folder")),
+                                                      std::pair("folder", folder.path("place/folder")),
                                                       std::pair("link", folder.path("place/link"))));
         for (const char *own : {"", "/Trash", "/Trash/files", "/Trash/info"}) {
             struct stat status {};
@@ -124,7 +125,7 @@ TEST(Trash, MissingPermissionKeepsItem) {
             fs::permissions(folder.path("locked"), fs::perms(0555));
             fs::permissions(inner, fs::perms(0555));
             EXPECT_EQ(outcome(file), over(513, EACCES));
-            EXPECT_EQ(moveToTrash(FileURL(file))->localizedDescription,
+            EXPECT_EQ(testing::moveToTrashAt(FileURL(file))->localizedDescription,
                       "“file” couldn’t be moved to the trash because you don’t have permission to access "
                       "it.");
             EXPECT_TRUE(isThere(file));
@@ -148,7 +149,7 @@ TEST(Trash, UnusableTrashFolderIsAnError) {
             folder.makeFolder("home/data/Trash/info");
             const std::string trash = folder.path("home/data/Trash");
             const auto isRefused = [&] {
-                const auto error = moveToTrash(FileURL(file));
+                const auto error = testing::moveToTrashAt(FileURL(file));
                 EXPECT_TRUE(error && error->code == 3328 && !error->underlying);
                 EXPECT_THAT(error->localizedDescription,
                             ::testing::MatchesRegex("“file” couldn’t be moved to the trash because "

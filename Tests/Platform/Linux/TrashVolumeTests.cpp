@@ -1,5 +1,6 @@
 #include "Platform/Linux/TrashScene.h"
 #include "Platform/Trash.h"
+#include "Support/AtPath.h"
 #include "Support/OwnMounts.h"
 #include "Support/TreeListing.h"
 
@@ -97,7 +98,7 @@ TEST(Trash, TellsWhyAnItemStays) {
     inHome([](const TemporaryFolder &folder) {
         const std::string memory = folder.makeFolder("memory"), overlay = folder.makeFolder("overlay");
         const auto reason = [](const std::string &path) {
-            const auto error = moveToTrash(FileURL(path));
+            const auto error = testing::moveToTrashAt(FileURL(path));
             return error ? error->localizedDescription : "trashed";
         };
         if (!ownMounts() || !mountMemory(memory))

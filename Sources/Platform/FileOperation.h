@@ -11,7 +11,7 @@ namespace brimvale {
 enum class FileOperation { remove, trash };
 
 /// The failure of `operation` on `item` as the macOS file functions report it: their code and a sentence,
-/// with the POSIX error underneath.
+/// with the POSIX error underneath. ESTALE means that it is not the item that was selected.
 [[nodiscard]] FileError fileError(FileOperation operation, const FileURL &item, int errorNumber);
 
 /// The item cannot be moved to a Trash, because its volume has no usable one. The volume is named by its

@@ -1,4 +1,4 @@
-#include "Platform/Linux/FileOperation.h"
+#include "Platform/FileOperation.h"
 
 #include "Base/ErrorReason.h"
 #include "Base/Text.h"
@@ -61,8 +61,10 @@ std::string refusal(FileOperation operation, const FileURL &item) {
 
 FileError fileError(FileOperation operation, const FileURL &item, int errorNumber) {
     const CocoaCode code = cocoaCodeOf(errorNumber);
-    return {FileError::Domain::cocoa, code,
-            refusal(operation, item) + " because " + reasonOfError(errorNumber) + ".",
+    const std::string sentence =
+        errorNumber == ESTALE ? inQuotes(item.fileName()) + " changed since you selected it."
+                              : refusal(operation, item) + " because " + reasonOfError(errorNumber) + ".";
+    return {FileError::Domain::cocoa, code, sentence,
             std::make_shared<const FileError>(FileError::posix(errorNumber))};
 }
 

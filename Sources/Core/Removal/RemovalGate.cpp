@@ -1,0 +1,46 @@
+#include "Core/Removal/RemovalGate.h"
+
+#include "Base/Text.h"
+#include "Platform/Mounts.h"
+
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+/// Nothing when no volume is mounted in or at the item; otherwise the reason to keep it, as a sentence.
+std::optional<std::string> mountRefusal(const OpenedItem &item) {
+    const std::optional<std::string> mount =
+        item.isFolder() ? mountPointIn(item.place().path()) : std::nullopt;
+    if (!mount)
+        return std::nullopt;
+    const std::string name = "“" + displayText(item.name()) + "”";
+    if (*mount == item.place().path())
+        return name + " is a mounted volume. Eject it instead.";
+    return name + " contains a mounted volume: " + displayText(*mount) + ". Eject it first.";
+}
+
+} // namespace
+
+const RemovalGuards &RemovalGate::guards() {
+    static const RemovalGuards guards(Host::current());
+    return guards;
+}
+
+RemovalGate::Answer RemovalGate::open(const FileURL &item, const std::optional<ItemPin> &shown) const {
+    const FileURL standardized = item.standardized();
+    if (std::optional<std::string> refusal = guards().check(standardized))
+        return *std::move(refusal);
+    Result<OpenedItem, int> found = shown ? OpenedItem::again(*shown) : OpenedItem::at(standardized);
+    if (const int *error = std::get_if<int>(&found))
+        return *error;
+    auto &opened = std::get<OpenedItem>(found);
+    if (std::optional<std::string> refusal = guards().check(opened, guarded_))
+        return *std::move(refusal);
+    if (std::optional<std::string> refusal = mountRefusal(opened))
+        return *std::move(refusal);
+    return std::move(opened);
+}
+
+} // namespace brimvale

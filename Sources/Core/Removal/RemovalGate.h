@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Base/FileURL.h"
+#include "Core/Removal/RemovalGuards.h"
+#include "Platform/OpenedItem.h"
+
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace brimvale {
+
+/// Every item passes here before it is removed, whichever way. First its path is checked by the guards, then
+/// the item is opened and compared with what was shown, and then its place on the disk is checked: by the
+/// guards, and for volumes that are mounted inside it. Knows where the guarded folders are when it is made,
+/// so make one for each removal.
+class RemovalGate {
+public:
+    /// The item, opened; or why it is refused, as a sentence; or the errno of opening it, ESTALE where it is
+    /// not what was shown.
+    using Answer = std::variant<OpenedItem, std::string, int>;
+
+    [[nodiscard]] Answer open(const FileURL &item, const std::optional<ItemPin> &shown) const;
+
+    /// The guards of the host, made at the first call for the whole run of the program.
+    [[nodiscard]] static const RemovalGuards &guards();
+
+private:
+    RemovalGuards::Located guarded_ = guards().locate();
+};
+
+} // namespace brimvale

@@ -1,0 +1,85 @@
+#include "Platform/OpenedItem.h"
+
+#include "Platform/Posix/FolderRoute.h"
+#include "Platform/Posix/OpenFile.h"
+
+#include <cerrno>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace brimvale {
+
+bool ItemIdentity::isSameAs(const ItemIdentity &other) const {
+    return file == other.file && isFolder == other.isFolder &&
+           (!created || !other.created || *created == *other.created);
+}
+
+OpenedItem::OpenedItem(FileURL place, Folder folder, std::vector<FileIdentity> ancestors,
+                       ItemIdentity identity)
+    : place_(std::move(place)), folder_(std::move(folder)), ancestors_(std::move(ancestors)),
+      identity_(identity) {}
+
+Result<OpenedItem, int> OpenedItem::at(const FileURL &item) {
+    if (!item.namesEntry())
+        return EINVAL;
+    FolderRoute route;
+    if (const int error = route.go(item.parent().path()); error != 0)
+        return error;
+    const std::string name(item.fileName());
+    const std::optional<ItemIdentity> identity = identityOfEntry(route.folder().descriptor(), name.c_str());
+    if (!identity)
+        return errno;
+    FileURL place(joinPath(route.path(), name));
+    return OpenedItem(std::move(place), route.takeFolder(), route.takeAncestors(), *identity);
+}
+
+Result<OpenedItem, int> OpenedItem::again(const ItemPin &pin) {
+    Result<OpenedItem, int> found = at(pin.place);
+    if (const int *error = std::get_if<int>(&found)) {
+        const bool isElsewhere = *error == ENOENT || *error == ENOTDIR || *error == ELOOP;
+        return isElsewhere ? ESTALE : *error;
+    }
+    const auto &item = std::get<OpenedItem>(found);
+    if (item.ancestors_.back() != pin.folder || !item.identity_.isSameAs(pin.item))
+        return ESTALE;
+    return found;
+}
+
+bool OpenedItem::isStillThere() const {
+    const std::optional<ItemIdentity> now = identityOfEntry(folder_.descriptor(), name().c_str());
+    return now && now->isSameAs(identity_);
+}
+
+bool OpenedItem::isReplaced() const {
+    const std::optional<ItemIdentity> now = identityOfEntry(folder_.descriptor(), name().c_str());
+    return now && !now->isSameAs(identity_);
+}
+
+namespace {
+
+bool othersMayChange(const struct stat &folder) {
+    const bool isOurs = folder.st_uid == 0 || folder.st_uid == geteuid();
+    const bool othersMayWrite = (folder.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+    return !isOurs || (othersMayWrite && (folder.st_mode & S_ISVTX) == 0);
+}
+
+} // namespace
+
+bool othersMayExchange(const OpenedItem &item) {
+    struct stat record {};
+    if (fstat(item.folder().descriptor(), &record) != 0 || othersMayChange(record))
+        return true;
+    for (FileURL folder = item.place().parent(); folder.path() != "/"; folder = folder.parent())
+        if (lstat(folder.path().c_str(), &record) != 0 || othersMayChange(record))
+            return true;
+    return false;
+}
+
+std::optional<ItemPin> pinOf(const FileURL &item) {
+    const Result<OpenedItem, int> found = OpenedItem::at(item);
+    const auto *opened = std::get_if<OpenedItem>(&found);
+    return opened != nullptr ? std::optional(opened->pin()) : std::nullopt;
+}
+
+} // namespace brimvale

@@ -1,0 +1,53 @@
+#include "Platform/PrivilegedRemoval.h"
+
+#include <crt_externs.h>
+#include <cstring>
+#include <unistd.h>
+
+namespace brimvale {
+
+namespace {
+
+/// The bytes that the environment takes in the arguments of a new program.
+std::size_t sizeOfEnvironment() {
+    std::size_t size = 0;
+    for (char *const *variable = *_NSGetEnviron(); *variable != nullptr; ++variable)
+        size += std::strlen(*variable) + 1 + sizeof(char *);
+    return size;
+}
+
+} // namespace
+
+/// All arguments and the environment share ARG_MAX bytes. The command runs in the environment of the tool
+/// that asks for the password, which may be somewhat larger than ours.
+std::size_t longestPrivilegedRemoval() {
+    constexpr std::size_t shortest = std::size_t{128} * 1024 - 1;
+    constexpr std::size_t spare = std::size_t{32} * 1024;
+    const long most = sysconf(_SC_ARG_MAX);
+    const std::size_t taken = sizeOfEnvironment() + spare;
+    const std::size_t all = most > 0 ? static_cast<std::size_t>(most) : 0;
+    return all > taken + shortest ? all - taken : shortest;
+}
+
+// The system runs only a command, which knows its items by their paths. So they are compared a last time
+// before the question, and nobody else may be able to exchange a folder on the way to them (see
+// `othersMayExchange`).
+std::optional<PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &items,
+                                                        const Tools &tools) {
+    std::vector<std::string> paths;
+    for (const ItemPin &pin : items) {
+        const Result<OpenedItem, int> found = OpenedItem::again(pin);
+        const auto *item = std::get_if<OpenedItem>(&found);
+        if (item == nullptr)
+            return PrivilegedRunError{"“" + std::string(pin.place.fileName()) +
+                                      "” changed since you selected it. Nothing was removed."};
+        if (othersMayExchange(*item))
+            return PrivilegedRunError{"Other users can change a folder on the way to “" + item->name() +
+                                      "”, so an administrator’s command might remove something else. Nothing "
+                                      "was removed."};
+        paths.push_back(item->place().standardized().path());
+    }
+    return runAsAdministrator(removalCommand(paths), tools);
+}
+
+} // namespace brimvale
