@@ -37,4 +37,11 @@ runProcess(const std::string &executable, const std::vector<std::string> &argume
            StandardError standardError, const std::function<bool()> &isStopped = {},
            std::size_t mostBytes = std::numeric_limits<std::size_t>::max());
 
+/// The same for a tool that is given `input` on its standard input. A tool that does not read all of it is no
+/// failure.
+[[nodiscard]] std::optional<ProcessResult> runProcessWithInput(const std::string &executable,
+                                                               const std::vector<std::string> &arguments,
+                                                               StandardError standardError,
+                                                               const std::string &input);
+
 } // namespace brimvale

@@ -12,7 +12,10 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/wait.h>
+#include <system_error>
+#include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace brimvale {
 
@@ -23,8 +26,35 @@ bool hasZeroByte(const std::string &text) {
     return text.find('\0') != std::string::npos;
 }
 
+bool canBeStarted(const std::string &executable, const std::vector<std::string> &arguments) {
+    return executable.starts_with('/') && !hasZeroByte(executable) &&
+           std::none_of(arguments.begin(), arguments.end(), hasZeroByte);
+}
+
+struct Pipe {
+    Descriptor reading;
+    Descriptor writing;
+};
+
+std::optional<Pipe> makePipe() {
+    std::array<int, 2> ends{};
+    if (!openPipe(ends))
+        return std::nullopt;
+    return Pipe{Descriptor(ends[0]), Descriptor(ends[1])};
+}
+
+/// A pipe whose reading end does not have the number of a standard stream, which `start` sets up before.
+std::optional<Pipe> makeInputPipe() {
+    std::optional<Pipe> pipe = makePipe();
+    if (!pipe)
+        return std::nullopt;
+    pipe->reading = Descriptor(fcntl(pipe->reading.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    return pipe->reading.isOpen() ? std::move(pipe) : std::nullopt;
+}
+
+/// Starts the tool. Without `input` it reads nothing.
 std::optional<pid_t> start(const std::string &executable, const std::vector<std::string> &arguments,
-                           StandardError standardError, int output) {
+                           StandardError standardError, int output, std::optional<int> input) {
     ToolStart tool(onlySignal(SIGPIPE));
     // The output goes first: if this program has no standard streams, the pipe itself may have one of their
     // numbers, which the others overwrite.
@@ -33,7 +63,10 @@ std::optional<pid_t> start(const std::string &executable, const std::vector<std:
         tool.copy(STDOUT_FILENO, STDERR_FILENO);
     else
         tool.discard(STDERR_FILENO, O_WRONLY);
-    tool.discard(STDIN_FILENO, O_RDONLY);
+    if (input)
+        tool.copy(*input, STDIN_FILENO);
+    else
+        tool.discard(STDIN_FILENO, O_RDONLY);
     pid_t child = 0;
     return tool.run(executable, arguments, child) == 0 ? std::optional(child) : std::nullopt;
 }
@@ -117,32 +150,90 @@ std::optional<int> exitStatusOf(pid_t child, Stopper &stopper) {
     }
 }
 
+/// Writes everything to the pipe and closes it.
+void feed(const Descriptor &pipe, const std::string &input) {
+    // A tool that stops reading must not end this program; the signal would be for this thread.
+    const sigset_t brokenPipe = onlySignal(SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
+    std::size_t written = 0;
+    while (written < input.size()) {
+        const ssize_t count = write(pipe.number(), input.data() + written, input.size() - written);
+        if (count >= 0)
+            written += static_cast<std::size_t>(count);
+        else if (errno != EINTR)
+            return;
+    }
+}
+
+/// Writes to a tool on a thread of its own, because the tool may print before it has read everything.
+class Feeder {
+public:
+    /// `input` must outlive it.
+    Feeder(Descriptor pipe, const std::string &input) {
+        try {
+            thread_ = std::thread(
+                [&input, end = std::move(pipe)]() mutable { feed(std::exchange(end, Descriptor()), input); });
+        } catch (const std::system_error &) { // no thread is available: the tool reads nothing
+        }
+    }
+    ~Feeder() {
+        if (thread_.joinable())
+            thread_.join();
+    }
+    Feeder(const Feeder &) = delete;
+    Feeder &operator=(const Feeder &) = delete;
+
+private:
+    std::thread thread_;
+};
+
+/// Collects what a started tool prints until it ends.
+ProcessResult awaitEnd(pid_t child, Pipe output, const std::function<bool()> &isStopped,
+                       std::size_t mostBytes) {
+    // The output ends only when every writing end is closed, including this one.
+    output.writing.close();
+    Stopper stopper(isStopped, child);
+    std::string bytes = readToEnd(output.reading.number(), stopper, mostBytes);
+    const bool isTooLong = bytes.size() > mostBytes;
+    // If reading failed, the tool must not block on writing while we wait for it.
+    output.reading.close();
+    return ProcessResult{std::move(bytes), exitStatusOf(child, stopper), isTooLong};
+}
+
 } // namespace
 
 std::optional<ProcessResult> runProcess(const std::string &executable,
                                         const std::vector<std::string> &arguments,
                                         StandardError standardError, const std::function<bool()> &isStopped,
                                         std::size_t mostBytes) {
-    if (!executable.starts_with('/') || hasZeroByte(executable) ||
-        std::any_of(arguments.begin(), arguments.end(), hasZeroByte))
+    if (!canBeStarted(executable, arguments))
         return std::nullopt;
-    std::array<int, 2> ends{};
-    if (!openPipe(ends))
+    std::optional<Pipe> output = makePipe();
+    if (!output)
         return std::nullopt;
-    Descriptor reading(ends[0]);
-    Descriptor writing(ends[1]);
-
-    const std::optional<pid_t> child = start(executable, arguments, standardError, writing.number());
+    const std::optional<pid_t> child =
+        start(executable, arguments, standardError, output->writing.number(), std::nullopt);
     if (!child)
         return std::nullopt;
-    // The output ends only when every writing end is closed, including this one.
-    writing.close();
-    Stopper stopper(isStopped, *child);
-    std::string output = readToEnd(reading.number(), stopper, mostBytes);
-    const bool isTooLong = output.size() > mostBytes;
-    // If reading failed, the tool must not block on writing while we wait for it.
-    reading.close();
-    return ProcessResult{std::move(output), exitStatusOf(*child, stopper), isTooLong};
+    return awaitEnd(*child, *std::move(output), isStopped, mostBytes);
+}
+
+std::optional<ProcessResult> runProcessWithInput(const std::string &executable,
+                                                 const std::vector<std::string> &arguments,
+                                                 StandardError standardError, const std::string &input) {
+    if (!canBeStarted(executable, arguments))
+        return std::nullopt;
+    std::optional<Pipe> output = makePipe();
+    std::optional<Pipe> given = makeInputPipe();
+    if (!output || !given)
+        return std::nullopt;
+    const std::optional<pid_t> child =
+        start(executable, arguments, standardError, output->writing.number(), given->reading.number());
+    if (!child)
+        return std::nullopt;
+    given->reading.close(); // or a tool that ends early would not break the pipe
+    const Feeder feeder(std::move(given->writing), input);
+    return awaitEnd(*child, *std::move(output), {}, std::numeric_limits<std::size_t>::max());
 }
 
 } // namespace brimvale

@@ -202,4 +202,35 @@ TEST(Shell, ReturnsOutputWhenSigchldIsIgnored) {
     EXPECT_EQ(answer, "reaped\nunknown");
 }
 
+// More than pipes hold, so both are read and written at the same time.
+TEST(ProcessRunner, GivesInputToATool) {
+    std::string input;
+    for (int i = 0; i < 300'000; ++i)
+        input += static_cast<char>(i % 251);
+    const int before = openDescriptors();
+    struct Case {
+        const char *script;
+        std::string output;
+    };
+    for (const Case &one : {Case{"cat", input}, Case{"head -c 3 | tail -c 2", input.substr(1, 2)},
+                            Case{"exec <&-; sleep 0.1; echo closed", "closed\n"}, Case{"exit 0", ""}}) {
+        const auto result = runProcessWithInput(shell, {"-c", one.script}, StandardError::discarded, input);
+        ASSERT_TRUE(result && result->hasSucceeded()) << one.script;
+        EXPECT_EQ(result->output, one.output) << one.script;
+    }
+    EXPECT_EQ(runProcessWithInput(shell, {"-c", "cat"}, StandardError::discarded, "")->output, "");
+    EXPECT_FALSE(runProcessWithInput("/missing", {}, StandardError::discarded, input));
+    EXPECT_EQ(openDescriptors(), before);
+
+    // Without standard streams, the pipes have their numbers.
+    EXPECT_EQ(testing::answerOfChild([&]() -> std::string {
+                  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+                      close(stream);
+                  const auto result =
+                      runProcessWithInput(shell, {"-c", "cat; cat >&2"}, StandardError::withOutput, "in\n");
+                  return result ? result->output : "";
+              }),
+              "in\n");
+}
+
 } // namespace brimvale
