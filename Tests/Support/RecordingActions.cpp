@@ -21,11 +21,14 @@ std::optional<FileError> RecordingActions::moveToTrash(const OpenedItem &item) {
     return note("trash ", item.place().standardized(), nullptr);
 }
 
-std::optional<PrivilegedRunError> RecordingActions::removeAsAdministrator(const std::vector<ItemPin> &items) {
+Result<KeptReasons, PrivilegedRunError>
+RecordingActions::removeAsAdministrator(const std::vector<ItemPin> &items) {
     std::vector<std::string> paths;
     for (const ItemPin &item : items)
         paths.push_back(item.place.standardized().path());
-    return runAsAdministrator(removalCommand(paths));
+    if (std::optional<PrivilegedRunError> error = runAsAdministrator(removalCommand(paths)))
+        return *std::move(error);
+    return KeptReasons(items.size());
 }
 
 std::optional<PrivilegedRunError> RecordingActions::runAsAdministrator(const std::string &command) {

@@ -28,7 +28,7 @@ public:
     std::optional<FileError> removeItem(const OpenedItem &item, RemovalProgress *progress) override;
     RemovalObstacle obstacle(const FileURL &url) override { return obstacles[url.path()]; }
     std::optional<FileError> moveToTrash(const OpenedItem &item) override;
-    std::optional<PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &items) override;
+    Result<KeptReasons, PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &items) override;
     std::size_t longestPrivilegedRemoval() override { return std::size_t{128} * 1024 - 1; }
     std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override;
 

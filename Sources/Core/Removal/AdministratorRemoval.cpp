@@ -60,6 +60,11 @@ std::variant<ItemPin, std::string> admit(const RemovalGate &gate, const CleanupE
     return std::get<OpenedItem>(answer).pin();
 }
 
+std::string stillPresent(const KeptReasons &reasons, std::size_t item) {
+    const bool isKnown = item < reasons.size() && !reasons[item].empty();
+    return "Still present after removal." + (isKnown ? " " + reasons[item] : "");
+}
+
 } // namespace
 
 bool isGone(const FileURL &item) {
@@ -92,16 +97,18 @@ RemovalResult removeWithAdmin(const std::vector<CleanupEntry> &entries, RemovalA
         return result;
 
     Figures before = measured(admitted);
-    const std::optional<PrivilegedRunError> error = actions.removeAsAdministrator(pins);
-    for (const FileURL &item : admitted) {
-        if (!error && isGone(item)) {
+    const auto outcome = actions.removeAsAdministrator(pins);
+    const auto *error = std::get_if<PrivilegedRunError>(&outcome);
+    for (std::size_t i = 0; i < admitted.size(); ++i) {
+        const FileURL &item = admitted[i];
+        if (error == nullptr && isGone(item)) {
             result.succeeded.push_back(item);
             const std::int64_t freed = std::exchange(before[item], {}).freedBytes;
             result.bytesFreed = checkedAdd(result.bytesFreed, freed);
             continue;
         }
-        result.failed.push_back({item, error ? error->message.value_or("Authorization failed.")
-                                             : "Still present after removal."});
+        result.failed.push_back({item, error != nullptr ? error->message.value_or("Authorization failed.")
+                                                        : stillPresent(std::get<KeptReasons>(outcome), i)});
         notePart(result, item, before[item]);
     }
     return result;

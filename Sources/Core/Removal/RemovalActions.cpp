@@ -2,7 +2,6 @@
 
 #include "Platform/FileRemoval.h"
 #include "Platform/Host.h"
-#include "Platform/PrivilegedRemoval.h"
 #include "Platform/Trash.h"
 
 namespace brimvale {
@@ -18,7 +17,8 @@ public:
         return brimvale::moveToTrash(item);
     }
     RemovalObstacle obstacle(const FileURL &url) override { return removalObstacle(url); }
-    std::optional<PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &items) override {
+    Result<KeptReasons, PrivilegedRunError>
+    removeAsAdministrator(const std::vector<ItemPin> &items) override {
         return brimvale::removeAsAdministrator(items, platformTools());
     }
     std::size_t longestPrivilegedRemoval() override { return brimvale::longestPrivilegedRemoval(); }

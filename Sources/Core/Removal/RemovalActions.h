@@ -2,7 +2,7 @@
 
 #include "Base/FileError.h"
 #include "Platform/OpenedItem.h"
-#include "Platform/PrivilegedRunner.h"
+#include "Platform/PrivilegedRemoval.h"
 #include "Platform/RemovalObstacle.h"
 #include "Platform/RemovalProgress.h"
 
@@ -30,8 +30,9 @@ public:
     /// Moves the item into the user's Trash.
     [[nodiscard]] virtual std::optional<FileError> moveToTrash(const OpenedItem &item) = 0;
 
-    /// Deletes these items for good as administrator, after the system has asked for the password.
-    [[nodiscard]] virtual std::optional<PrivilegedRunError>
+    /// Deletes these items for good as administrator, after the system has asked for the password. Why items
+    /// were kept, as far as that is known.
+    [[nodiscard]] virtual Result<KeptReasons, PrivilegedRunError>
     removeAsAdministrator(const std::vector<ItemPin> &items) = 0;
 
     /// How long the shell command for the items of one such request may be, in bytes.

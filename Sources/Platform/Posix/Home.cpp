@@ -1,5 +1,7 @@
 #include "Platform/Host.h"
 
+#include "Platform/Accounts.h"
+
 #include <cstdlib>
 #include <pwd.h>
 #include <unistd.h>
@@ -7,16 +9,20 @@
 
 namespace brimvale {
 
-FileURL homeFolder() {
-    if (const char *home = std::getenv("HOME"); home != nullptr && home[0] == '/')
-        return FileURL(home).standardized();
+std::optional<FileURL> homeOfAccount(std::uint32_t user) {
     std::vector<char> buffer(16384);
     passwd entry{};
     passwd *found = nullptr;
-    if (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found != nullptr &&
-        found->pw_dir != nullptr && found->pw_dir[0] == '/')
-        return FileURL(found->pw_dir);
-    return FileURL("/");
+    if (getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr ||
+        found->pw_dir == nullptr || found->pw_dir[0] != '/')
+        return std::nullopt;
+    return FileURL(found->pw_dir);
+}
+
+FileURL homeFolder() {
+    if (const char *home = std::getenv("HOME"); home != nullptr && home[0] == '/')
+        return FileURL(home).standardized();
+    return homeOfAccount(getuid()).value_or(FileURL("/"));
 }
 
 } // namespace brimvale

@@ -2,7 +2,9 @@
 
 #include <crt_externs.h>
 #include <cstring>
+#include <optional>
 #include <unistd.h>
+#include <utility>
 
 namespace brimvale {
 
@@ -32,8 +34,8 @@ std::size_t longestPrivilegedRemoval() {
 // The system runs only a command, which knows its items by their paths. So they are compared a last time
 // before the question, and nobody else may be able to exchange a folder on the way to them (see
 // `othersMayExchange`).
-std::optional<PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &items,
-                                                        const Tools &tools) {
+Result<KeptReasons, PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &items,
+                                                              const Tools &tools) {
     std::vector<std::string> paths;
     for (const ItemPin &pin : items) {
         const Result<OpenedItem, int> found = OpenedItem::again(pin);
@@ -47,7 +49,9 @@ std::optional<PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPi
                                       "was removed."};
         paths.push_back(item->place().standardized().path());
     }
-    return runAsAdministrator(removalCommand(paths), tools);
+    if (std::optional<PrivilegedRunError> error = runAsAdministrator(removalCommand(paths), tools))
+        return *std::move(error);
+    return KeptReasons(items.size());
 }
 
 } // namespace brimvale

@@ -141,8 +141,8 @@ TEST(PinnedRemoval, DeletesThroughTheOpenedParentOnly) {
         }
         RemovalObstacle obstacle(const FileURL &) override { return RemovalObstacle::none; }
         std::optional<FileError> moveToTrash(const OpenedItem &) override { return std::nullopt; }
-        std::optional<PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &) override {
-            return std::nullopt;
+        Result<KeptReasons, PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &) override {
+            return KeptReasons();
         }
         std::size_t longestPrivilegedRemoval() override { return 0; }
         std::optional<PrivilegedRunError> runAsAdministrator(const std::string &) override {
