@@ -6,6 +6,7 @@
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/Metrics.h"
+#include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/Theme.h"
@@ -78,7 +79,7 @@ void CapacityCard::show(const std::optional<VolumeInfo> &volume,
     const std::vector<BarSegment> segments = segmentsOf(categories);
     const std::int64_t capacity = volume ? volume->totalCapacity : 0;
     const std::int64_t used = volume ? std::max<std::int64_t>(capacity - volume->trueFree, 0) : 0;
-    name_->setText(volume ? QString::fromStdString(volume->name) : u"No volume"_s);
+    name_->setText(volume ? displayedText(volume->name) : u"No volume"_s);
     used_->setText(u"%1 of %2 used"_s.arg(sizeText(used), sizeText(capacity)));
     free_->setText(sizeText(volume ? volume->shownAvailable() : 0));
     bar_->setSegments(segments, capacity);

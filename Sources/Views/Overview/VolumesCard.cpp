@@ -45,9 +45,9 @@ void VolumesCard::setVolumes(const std::vector<VolumeInfo> &volumes) {
 QWidget *VolumesCard::makeRow(const VolumeInfo &volume) {
     auto *row = new QWidget(this);
     row->setObjectName(QStringLiteral("volumeRow"));
-    row->setToolTip(displayedText(volume.url.path()));
+    row->setToolTip(asToolTip(displayedText(volume.url.path())));
     auto *name = new ElidedLabel(Type::Size::body, TextLabel::Tone::primary, Qt::ElideMiddle, row);
-    name->setText(QString::fromStdString(volume.name));
+    name->setText(displayedText(volume.name));
     auto *bar = new CapacityBar(row);
     bar->setFixedWidth(usageBarWidth);
     bar->setAccessibleName(u"Capacity of %1"_s.arg(name->text()));

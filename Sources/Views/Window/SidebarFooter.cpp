@@ -88,7 +88,7 @@ void SidebarFooter::setVolume(const std::optional<VolumeInfo> &volume) {
         // Purgeable space counts as free, as in the system's own figures.
         const std::int64_t free = std::max(volume->availableForImportantUsage, volume->trueFree);
         const double total = static_cast<double>(std::max<std::int64_t>(volume->totalCapacity, 1));
-        volumeName_ = QString::fromStdString(volume->name);
+        volumeName_ = displayedText(volume->name);
         showName();
         bar_->setAccessibleName(u"Capacity of %1"_s.arg(volumeName_));
         bar_->setUsedShare(1 - static_cast<double>(free) / total);

@@ -5,6 +5,7 @@
 #include "Core/Text/Formatting.h"
 #include "Support/PageTest.h"
 #include "Support/PublishedWriter.h"
+#include "Views/Components/CapacityBar.h"
 #include "Views/Overview/CategoryRow.h"
 #include "Views/Overview/SegmentedBar.h"
 #include "Views/Removing/ConfirmationSheet.h"
@@ -95,6 +96,17 @@ TEST_F(OverviewPage, ShowsTheCapacityOfTheRootVolume) {
     showVolumes({});
     EXPECT_EQ(text("capacityName"), "No volume");
     EXPECT_TRUE(find("volumesCard").isHidden());
+}
+
+TEST_F(OverviewPage, ShowsNoNameOfAVolumeRaw) {
+    showVolumes({volume("/", "System\n\u202Eksid", 0, 0), volume("/m/<b>\n", "Up\u202E<b>\xff", 0, 0)});
+    EXPECT_EQ(text("capacityName"), "System␊\\u{202E}ksid");
+    const auto &row = find("volumeRow");
+    EXPECT_EQ(row.toolTip().toStdString(), "<p style='white-space:pre'>/m/&lt;b&gt;␊</p>\n")
+        << "shown as text";
+    EXPECT_THAT(testing::labels(row, ""), ::testing::Contains("Up\\u{202E}<b>\uFFFD"));
+    EXPECT_EQ(row.findChild<CapacityBar *>()->accessibleName().toStdString(),
+              "Capacity of Up\\u{202E}<b>\uFFFD");
 }
 
 TEST_F(OverviewPage, SegmentsGrowAndTellNameAndSize) {

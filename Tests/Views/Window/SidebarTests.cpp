@@ -4,6 +4,7 @@
 #include "Support/OpenedAddresses.h"
 #include "Support/Window.h"
 #include "Views/Components/CapacityBar.h"
+#include "Views/Components/NodeName.h"
 #include "Views/Window/SidebarFooter.h"
 
 #include <QAccessible>
@@ -156,7 +157,7 @@ TEST_F(SidebarTest, FooterKeepsAnyNameWithinTheSidebar) {
         EXPECT_EQ(sidebar.width(), width);
         EXPECT_LE(label->mapTo(&sidebar, label->rect().topRight()).x(), width);
         EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width());
-        EXPECT_EQ(label->accessibleName(), QString::fromStdString(name));
+        EXPECT_EQ(label->accessibleName(), displayedText(name)) << "never raw";
     }
     EXPECT_EQ(label->textFormat(), Qt::PlainText);
 }
