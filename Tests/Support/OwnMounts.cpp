@@ -1,5 +1,7 @@
 #include "Support/OwnMounts.h"
 
+#include "Platform/ProcessRunner.h"
+#include "Platform/Tools.h"
 #include "Support/ChildProcess.h"
 
 #include <array>
@@ -10,9 +12,11 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <fstream>
+#include <linux/btrfs.h>
 #include <linux/capability.h>
 #include <linux/fuse.h>
 #include <sched.h>
+#include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -149,6 +153,23 @@ bool mountAlsoAt(const std::string &original, const std::string &path, bool isRe
     return mount(original.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
            (!isReadOnly ||
             mount(nullptr, path.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0);
+}
+
+bool mountBtrfs(const std::string &path) {
+    const std::string commands = "PATH=$PATH:/usr/sbin:/sbin; set -e; truncate -s 128M \"$1.image\"; "
+                                 "mkfs.btrfs -q \"$1.image\"; mount -o loop \"$1.image\" \"$1\"";
+    const auto run =
+        runProcess(platformTools().shell, {"-c", commands, "sh", path}, StandardError::withOutput);
+    return run && run->exitStatus == 0;
+}
+
+bool makeSubvolume(const std::string &folder, const std::string &name) {
+    btrfs_ioctl_vol_args arguments{};
+    name.copy(arguments.name, sizeof(arguments.name) - 1);
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const bool isMade = ioctl(descriptor, BTRFS_IOC_SUBVOL_CREATE, &arguments) == 0;
+    close(descriptor);
+    return isMade;
 }
 
 void keepTemporaryFoldersInMemory(const std::string &path) {

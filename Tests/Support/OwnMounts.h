@@ -15,6 +15,13 @@ namespace brimvale::testing {
 /// failure.
 [[nodiscard]] bool mountAlsoAt(const std::string &original, const std::string &path, bool isReadOnly = false);
 
+/// Mounts a new Btrfs at `path`; its image is beside it. False where there is no mkfs.btrfs, no loop device
+/// or no Btrfs.
+[[nodiscard]] bool mountBtrfs(const std::string &path);
+
+/// Makes a Btrfs subvolume `name` in a folder. False on failure.
+[[nodiscard]] bool makeSubvolume(const std::string &folder, const std::string &name);
+
 /// Puts the temporary folders that this process, a child, makes from now on into memory, at `path`, where
 /// that is permitted: thousands of files are made there many times as fast as on a disk.
 void keepTemporaryFoldersInMemory(const std::string &path);

@@ -57,7 +57,10 @@ std::variant<ItemPin, std::string> admit(const RemovalGate &gate, const CleanupE
         return *refusal;
     if (const int *error = std::get_if<int>(&answer))
         return fileError(FileOperation::remove, entry.url, *error).localizedDescription;
-    return std::get<OpenedItem>(answer).pin();
+    const auto &item = std::get<OpenedItem>(answer);
+    if (std::optional<std::string> refusal = RemovalGate::refusalToDelete(item))
+        return *std::move(refusal);
+    return item.pin();
 }
 
 std::string stillPresent(const KeptReasons &reasons, std::size_t item) {

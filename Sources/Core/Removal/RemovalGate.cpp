@@ -2,6 +2,7 @@
 
 #include "Base/Text.h"
 #include "Platform/Mounts.h"
+#include "Platform/Subvolumes.h"
 
 #include <utility>
 
@@ -22,6 +23,17 @@ std::optional<std::string> mountRefusal(const OpenedItem &item) {
 }
 
 } // namespace
+
+std::optional<std::string> RemovalGate::refusalToDelete(const OpenedItem &item) {
+    const std::optional<std::string> subvolume = subvolumeIn(item);
+    if (!subvolume)
+        return std::nullopt;
+    const std::string name = "“" + displayText(item.name()) + "”";
+    if (*subvolume == item.place().path())
+        return name + " is a Btrfs subvolume. Delete it with “btrfs subvolume delete” instead.";
+    return name + " contains a Btrfs subvolume: " + displayText(*subvolume) +
+           ". Delete that with “btrfs subvolume delete” first.";
+}
 
 const RemovalGuards &RemovalGate::guards() {
     static const RemovalGuards guards(Host::current());

@@ -22,6 +22,10 @@ public:
 
     [[nodiscard]] Answer open(const FileURL &item, const std::optional<ItemPin> &shown) const;
 
+    /// Why an item that was opened may not be deleted, as a sentence: it is or has a Btrfs subvolume, which
+    /// would stop the deletion half-way. To the Trash it can go. Nothing if it may.
+    [[nodiscard]] static std::optional<std::string> refusalToDelete(const OpenedItem &item);
+
     /// The guards of the host, made at the first call for the whole run of the program.
     [[nodiscard]] static const RemovalGuards &guards();
 

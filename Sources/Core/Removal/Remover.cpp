@@ -118,7 +118,11 @@ void Removal::remove(const Item &asked) {
         const auto operation = mode_ == RemovalMode::deleteNow ? FileOperation::remove : FileOperation::trash;
         return noteFailure(asked, url, fileError(operation, url.standardized(), *error));
     }
-    removeOpened(asked, std::get<OpenedItem>(answer));
+    const auto &item = std::get<OpenedItem>(answer);
+    if (mode_ == RemovalMode::deleteNow)
+        if (std::optional<std::string> refusal = RemovalGate::refusalToDelete(item))
+            return fail(url, *std::move(refusal));
+    removeOpened(asked, item);
 }
 
 void Removal::removeOpened(const Item &asked, const OpenedItem &item) {

@@ -6,6 +6,7 @@
 #include "Support/OwnMounts.h"
 #include "Support/RecordingActions.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/TreeListing.h"
 
 #include <cstdlib>
 #include <gmock/gmock.h>
@@ -97,6 +98,43 @@ TEST(GuardedPlaces, FoldersWithVolumesInsideStay) {
                                                    folder.path("item/inner/volume") + ". Eject it first.");
             EXPECT_EQ(result.failed[1].reason, "“volume” is a mounted volume. Eject it instead.");
         }
+    });
+}
+
+// A deletion would stop at the subvolume, when other things are deleted already.
+TEST(GuardedPlaces, FoldersWithSubvolumesInsideAreNotDeleted) {
+    testing::inChild([] {
+        const TemporaryFolder folder;
+        const std::string volume = folder.makeFolder("volume"), item = volume + "/item";
+        setenv("XDG_DATA_HOME", folder.path("data").c_str(), 1);
+        if (!testing::ownMounts() || !testing::mountBtrfs(volume))
+            GTEST_SKIP() << "there is no Btrfs here";
+        folder.makeFile("volume/item/a/first");
+        folder.makeFile("volume/beside/file");
+        // More than the system lists at once.
+        for (int i = 0; i < 300; ++i)
+            ASSERT_TRUE(testing::makeSubvolume(volume, "other " + std::to_string(i)));
+        ASSERT_TRUE(testing::makeSubvolume(item + "/a", "sub"));
+        folder.makeFile("volume/item/a/sub/kept");
+        const std::vector<std::string> before = testing::listing(item);
+        const std::vector<FileURL> items = {FileURL(item), FileURL(item + "/a/sub"),
+                                            FileURL(volume + "/beside")};
+        const std::vector<RemovalResult::Failure> refused = {
+            {items[0], "“item” contains a Btrfs subvolume: " + items[1].path() +
+                           ". Delete that with “btrfs subvolume delete” first."},
+            {items[1], "“sub” is a Btrfs subvolume. Delete it with “btrfs subvolume delete” instead."}};
+        testing::RecordingActions administrator;
+        EXPECT_EQ(Remover::removeWithAdmin({items[0], items[1]}, administrator).failed, refused);
+        EXPECT_THAT(administrator.calls, ElementsAre());
+        const RemovalResult deleted = Remover::remove(items, RemovalMode::deleteNow);
+        EXPECT_EQ(deleted.failed, refused);
+        EXPECT_THAT(deleted.succeeded, ElementsAre(items[2]));
+        EXPECT_EQ(testing::listing(item), before);
+
+        // A rename takes it along.
+        EXPECT_THAT(Remover::remove(std::vector{items[0]}, RemovalMode::trash).succeeded,
+                    ElementsAre(items[0]));
+        EXPECT_TRUE(testing::isThere(volume + "/.Trash-0/files/item/a/sub/kept"));
     });
 }
 
