@@ -124,6 +124,7 @@ void writeResult(Output &output, const RemovalResult &result) {
     json.end();
     json.paths("goneAnyway", result.goneAnyway);
     writeReasons(json, "adminRemarks", result.adminRemarks);
+    writeReasons(json, "remarks", result.remarks);
     json.end();
 }
 
@@ -133,6 +134,8 @@ void report(Output &output, const RemovalResult &result, bool isJson) {
     for (const FileURL &url : result.succeeded)
         output.write("removed  " + terminalText(url.path()) + "\n");
     output.write(RemovalReport::summary(result) + "\n");
+    for (const RemovalResult::Failure &remark : result.remarks)
+        output.write(terminalText(RemovalReport::failureLine(remark)) + "\n");
     output.flush();
     for (const RemovalResult::Failure &failure : result.failed)
         printError(terminalText(RemovalReport::failureLine(failure)));

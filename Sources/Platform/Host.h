@@ -30,7 +30,10 @@ struct Host {
 /// The system that the program was built for.
 [[nodiscard]] System platformSystem();
 
-/// The current user's home folder: $HOME when it is an absolute path, else the user database's entry.
+/// The current user's home folder: $HOME when it is an absolute path, else `accountHome`.
 [[nodiscard]] FileURL homeFolder();
+
+/// The home folder that the user database has for the current user, whatever $HOME says; "/" if it has none.
+[[nodiscard]] FileURL accountHome();
 
 } // namespace brimvale

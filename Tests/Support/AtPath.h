@@ -20,9 +20,15 @@ inline std::optional<FileError> removeItemAt(const FileURL &item, RemovalProgres
                       [&](const OpenedItem &opened) { return removeItem(opened, progress); });
 }
 
-inline std::optional<FileError> moveToTrashAt(const FileURL &item) {
-    return withOpened(FileOperation::trash, item,
-                      [](const OpenedItem &opened) { return moveToTrash(opened); });
+inline std::optional<FileError> moveToTrashAt(const FileURL &item, TrashedItem *trashed = nullptr) {
+    return withOpened(FileOperation::trash, item, [&](const OpenedItem &opened) -> std::optional<FileError> {
+        const Result<TrashedItem> result = moveToTrash(opened);
+        if (const auto *error = std::get_if<FileError>(&result))
+            return *error;
+        if (trashed != nullptr)
+            *trashed = std::get<TrashedItem>(result);
+        return std::nullopt;
+    });
 }
 
 } // namespace brimvale::testing

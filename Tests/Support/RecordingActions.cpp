@@ -17,8 +17,10 @@ std::optional<FileError> RecordingActions::removeItem(const OpenedItem &item, Re
     return note("delete ", item.place().standardized(), progress);
 }
 
-std::optional<FileError> RecordingActions::moveToTrash(const OpenedItem &item) {
-    return note("trash ", item.place().standardized(), nullptr);
+Result<TrashedItem> RecordingActions::moveToTrash(const OpenedItem &item) {
+    if (std::optional<FileError> error = note("trash ", item.place().standardized(), nullptr))
+        return *std::move(error);
+    return trashed;
 }
 
 Result<KeptReasons, PrivilegedRunError>

@@ -18,6 +18,7 @@ public:
     std::unordered_map<std::string, RemovalObstacle> obstacles; ///< by the item's path
     std::function<void(RemovalProgress *)> onItem;              ///< before an item is removed or trashed
     std::function<void(const std::string &)> onCommand;         ///< in the place of the administrator
+    TrashedItem trashed = {};                                   ///< where each item goes
     std::optional<PrivilegedRunError> privilegedRunError;       ///< instead of running the command
 
     /// Has what is at `path` need an administrator.
@@ -27,7 +28,7 @@ public:
 
     std::optional<FileError> removeItem(const OpenedItem &item, RemovalProgress *progress) override;
     RemovalObstacle obstacle(const FileURL &url) override { return obstacles[url.path()]; }
-    std::optional<FileError> moveToTrash(const OpenedItem &item) override;
+    Result<TrashedItem> moveToTrash(const OpenedItem &item) override;
     Result<KeptReasons, PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &items) override;
     std::size_t longestPrivilegedRemoval() override { return std::size_t{128} * 1024 - 1; }
     std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override;

@@ -45,6 +45,7 @@ void add(RemovalResult &all, RemovalResult &&one) {
     append(all.partlyRemoved, std::move(one.partlyRemoved));
     append(all.goneAnyway, std::move(one.goneAnyway));
     append(all.adminRemarks, std::move(one.adminRemarks));
+    append(all.remarks, std::move(one.remarks));
     all.pins.merge(one.pins);
     all.bytesFreed = checkedAdd(all.bytesFreed, one.bytesFreed);
 }

@@ -2,7 +2,6 @@
 
 #include "Platform/FileRemoval.h"
 #include "Platform/Host.h"
-#include "Platform/Trash.h"
 
 namespace brimvale {
 
@@ -13,9 +12,7 @@ public:
     std::optional<FileError> removeItem(const OpenedItem &item, RemovalProgress *progress) override {
         return brimvale::removeItem(item, progress);
     }
-    std::optional<FileError> moveToTrash(const OpenedItem &item) override {
-        return brimvale::moveToTrash(item);
-    }
+    Result<TrashedItem> moveToTrash(const OpenedItem &item) override { return brimvale::moveToTrash(item); }
     RemovalObstacle obstacle(const FileURL &url) override { return removalObstacle(url); }
     Result<KeptReasons, PrivilegedRunError>
     removeAsAdministrator(const std::vector<ItemPin> &items) override {

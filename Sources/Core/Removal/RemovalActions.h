@@ -5,6 +5,7 @@
 #include "Platform/PrivilegedRemoval.h"
 #include "Platform/RemovalObstacle.h"
 #include "Platform/RemovalProgress.h"
+#include "Platform/Trash.h"
 
 #include <cstddef>
 #include <optional>
@@ -28,7 +29,7 @@ public:
     [[nodiscard]] virtual RemovalObstacle obstacle(const FileURL &url) = 0;
 
     /// Moves the item into the user's Trash.
-    [[nodiscard]] virtual std::optional<FileError> moveToTrash(const OpenedItem &item) = 0;
+    [[nodiscard]] virtual Result<TrashedItem> moveToTrash(const OpenedItem &item) = 0;
 
     /// Deletes these items for good as administrator, after the system has asked for the password. Why items
     /// were kept, as far as that is known.

@@ -59,6 +59,10 @@ std::vector<std::string> partLines(const RemovalResult &result) {
     return firstLines(result.partlyRemoved, partLine);
 }
 
+std::vector<std::string> remarkLines(const RemovalResult &result) {
+    return firstLines(result.remarks, failureLine);
+}
+
 std::string trashRemark(std::int64_t bytes) {
     return "This frees about " + Fmt::byteFormatter(bytes) +
            ". Moving to Trash does not free space until the Trash is emptied.";

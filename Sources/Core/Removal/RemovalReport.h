@@ -31,6 +31,9 @@ namespace RemovalReport {
 /// The same for every item that was deleted in part, shortened like `failureLines`.
 [[nodiscard]] std::vector<std::string> partLines(const RemovalResult &result);
 
+/// The remarks on removed items, each with its path, shortened like `failureLines`.
+[[nodiscard]] std::vector<std::string> remarkLines(const RemovalResult &result);
+
 /// The remark on moving to the Trash: "This frees about 4.2 GB. Moving to Trash does not free space until the
 /// Trash is emptied."
 [[nodiscard]] std::string trashRemark(std::int64_t bytes);

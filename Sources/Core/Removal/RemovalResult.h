@@ -22,7 +22,7 @@ struct PartialRemoval {
 };
 
 /// The outcome of one removal: every item is in exactly one of the lists `succeeded`, `failed` and
-/// `needsAdmin`. The lists after these say more about items that were not removed.
+/// `needsAdmin`. The lists after these say more about the items.
 struct RemovalResult {
     struct Failure {
         FileURL url;
@@ -43,6 +43,9 @@ struct RemovalResult {
     std::vector<FileURL> goneAnyway = {};
     /// For items in `needsAdmin`: what keeps them, and what would help.
     std::vector<Failure> adminRemarks = {};
+
+    /// For items in `succeeded`: what the user would not expect, as a sentence.
+    std::vector<Failure> remarks = {};
 
     /// Items in `needsAdmin` as they were shown.
     std::unordered_map<FileURL, ItemPin> pins = {};

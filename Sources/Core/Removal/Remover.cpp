@@ -53,15 +53,6 @@ std::string reasonOf(const FileError &error, const FileURL &item) {
     return error.localizedDescription;
 }
 
-/// Moving an item counts as one entry, including its contents.
-std::optional<FileError> moveToTrash(const OpenedItem &item, RemovalProgress &progress,
-                                     RemovalActions &actions) {
-    std::optional<FileError> error = actions.moveToTrash(item);
-    if (!error)
-        ++progress.entriesRemoved;
-    return error;
-}
-
 struct Item {
     const FileURL &url;
     std::optional<std::int64_t> size; ///< allocated bytes, if known
@@ -80,6 +71,7 @@ public:
 
 private:
     void removeOpened(const Item &asked, const OpenedItem &item);
+    [[nodiscard]] std::optional<FileError> moveToTrash(const FileURL &url, const OpenedItem &item);
     [[nodiscard]] std::int64_t sizeOf(const FileURL &item, const Item &asked) const;
     void noteFailure(const Item &asked, const FileURL &item, const FileError &error);
     void notePart(const FileURL &url, const FileURL &item, std::int64_t size, std::int64_t entriesRemoved);
@@ -133,9 +125,8 @@ void Removal::removeOpened(const Item &asked, const OpenedItem &item) {
         return fail(url, stoppedReason);
 
     const std::int64_t before = progress_.entriesRemoved;
-    const std::optional<FileError> error = mode_ == RemovalMode::deleteNow
-                                               ? actions_.removeItem(item, &progress_)
-                                               : moveToTrash(item, progress_, actions_);
+    const std::optional<FileError> error =
+        mode_ == RemovalMode::deleteNow ? actions_.removeItem(item, &progress_) : moveToTrash(url, item);
     if (error) {
         noteFailure(asked, place, *error);
         if (mode_ == RemovalMode::deleteNow)
@@ -144,6 +135,19 @@ void Removal::removeOpened(const Item &asked, const OpenedItem &item) {
     }
     result_.succeeded.push_back(url);
     addBytes(size);
+}
+
+/// Moving an item counts as one entry, including its contents.
+std::optional<FileError> Removal::moveToTrash(const FileURL &url, const OpenedItem &item) {
+    Result<TrashedItem> result = actions_.moveToTrash(item);
+    if (auto *error = std::get_if<FileError>(&result))
+        return std::move(*error);
+    ++progress_.entriesRemoved;
+    const auto &trashed = std::get<TrashedItem>(result);
+    if (trashed.unusualPlace)
+        result_.remarks.push_back({url, "It is now “" + displayText(*trashed.unusualPlace) +
+                                            "”, because the Trash in the home folder can’t be used."});
+    return std::nullopt;
 }
 
 void Removal::noteFailure(const Item &asked, const FileURL &item, const FileError &error) {

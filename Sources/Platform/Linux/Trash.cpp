@@ -118,19 +118,19 @@ int move(int from, const std::string &name, const Descriptor &to, const std::str
     return renameat(from, name.c_str(), to.number(), newName.c_str()) == 0 ? 0 : errno;
 }
 
-/// Moves the item to the first free name. 0, or errno with everything unchanged.
-int moveInto(const TrashFolder &trash, const OpenedItem &item, const std::string &info) {
+/// Moves the item to the first free name. That name, or errno with everything unchanged.
+Result<std::string, int> moveInto(const TrashFolder &trash, const OpenedItem &item, const std::string &info) {
     const std::string name = item.name();
     const std::size_t longest = longestName(trash);
     for (int attempt = 1;; ++attempt) {
-        const std::string newName = nameInTrash(name, attempt, longest);
+        std::string newName = nameInTrash(name, attempt, longest);
         const std::string infoName = newName + std::string(infoSuffix);
         int error = writeInfo(trash, infoName, info);
         if (error == 0) {
             error =
                 item.isStillThere() ? move(item.folder().descriptor(), name, trash.files, newName) : ESTALE;
             if (error == 0)
-                return 0;
+                return newName;
             unlinkat(trash.info.number(), infoName.c_str(), 0);
         }
         if (error != EEXIST)
@@ -147,7 +147,7 @@ int reasonToStay(const OpenedItem &item) {
 
 } // namespace
 
-std::optional<FileError> moveToTrash(const OpenedItem &item) {
+Result<TrashedItem> moveToTrash(const OpenedItem &item) {
     const auto failure = [&](int error) { return trashError(item, error); };
     if (const int error = reasonToStay(item); error != 0)
         return failure(error);
@@ -163,8 +163,14 @@ std::optional<FileError> moveToTrash(const OpenedItem &item) {
     if (std::find(way.folders.begin(), way.folders.end(), trash.identity) != way.folders.end())
         return failure(EINVAL);
     const std::string path = originalPath(item, way, trash.isInHome);
-    const int error = moveInto(trash, item, infoText(path));
-    return error == 0 ? std::nullopt : std::optional(failure(error));
+    const Result<std::string, int> moved = moveInto(trash, item, infoText(path));
+    if (const int *error = std::get_if<int>(&moved))
+        return failure(*error);
+    if (!trash.isInstead)
+        return TrashedItem();
+    const std::string folder = pathOf(trash.files.number());
+    const auto &name = std::get<std::string>(moved);
+    return TrashedItem{folder.empty() ? name : joinPath(folder, name)};
 }
 
 } // namespace brimvale

@@ -19,26 +19,53 @@ namespace {
 constexpr int passThrough = O_PATH | O_DIRECTORY | O_CLOEXEC;
 constexpr mode_t ownersOnly = 0700;
 
-FileURL homeTrash() {
-    const char *data = std::getenv("XDG_DATA_HOME");
-    // The standard says to ignore relative paths.
-    const FileURL dataFolder =
-        data != nullptr && data[0] == '/' ? FileURL(data) : homeFolder().appending(".local/share");
+FileURL trashIn(const FileURL &dataFolder) {
     return dataFolder.standardized().appending("Trash");
 }
 
-/// Whether the folder at that path, or the ancestor in which it would be made, is at `place`.
-bool isAt(const Place &place, FileURL path) {
-    while (true) {
-        const Descriptor folder(open(path.path().c_str(), passThrough));
-        if (folder.isOpen()) {
-            const std::optional<Place> found = placeOf(folder.number());
-            return found && found->isBeside(place);
+FileURL usualHomeTrash() {
+    const char *data = std::getenv("XDG_DATA_HOME");
+    // The standard says to ignore relative paths.
+    return trashIn(data != nullptr && data[0] == '/' ? FileURL(data)
+                                                     : homeFolder().appending(".local/share"));
+}
+
+/// A folder as far as it can be reached now.
+struct Reached {
+    Descriptor folder;   ///< the folder, or its nearest ancestor that can be opened
+    bool isKnown = true; ///< whether the rest of the path is missing; otherwise it only cannot be opened now
+
+    [[nodiscard]] static Reached at(FileURL path) {
+        Reached reached;
+        while (true) {
+            reached.folder = Descriptor(open(path.path().c_str(), passThrough));
+            if (reached.folder.isOpen())
+                return reached;
+            reached.isKnown = reached.isKnown && errno == ENOENT;
+            if (path.path() == "/")
+                return reached;
+            path = path.parent();
         }
-        if (errno != ENOENT || path.path() == "/")
-            return false;
-        path = path.parent();
     }
+
+    [[nodiscard]] bool isBeside(const Place &place) const {
+        const std::optional<Place> found = folder.isOpen() ? placeOf(folder.number()) : std::nullopt;
+        return found && found->isBeside(place);
+    }
+};
+
+bool belongsToOrdinaryUser(const Descriptor &folder) {
+    struct stat status {};
+    return folder.isOpen() && fstat(folder.number(), &status) == 0 && status.st_uid != 0;
+}
+
+/// Whether we are root, and what we make for this Trash would be in the home of another user.
+bool isInHomeOfAnother(const FileURL &trash, const Reached &reached) {
+    if (geteuid() != 0)
+        return false;
+    const FileURL home = homeFolder();
+    return belongsToOrdinaryUser(reached.folder) ||
+           (isAtOrUnder(trash.path(), home.path()) && belongsToOrdinaryUser(Reached::at(home).folder));
 }
 
 /// Makes the folder and its missing ancestors.
@@ -78,6 +105,9 @@ Descriptor ownFolderInShared(const WayUp &way, const std::string &user) {
     const Descriptor shared(openat(way.top.number(), ".Trash", passThrough | O_NOFOLLOW));
     struct stat status {};
     if (!shared.isOpen() || fstat(shared.number(), &status) != 0 || (status.st_mode & S_ISVTX) == 0)
+        return {};
+    // Its owner may move our folder away.
+    if (status.st_uid != 0 && status.st_uid != geteuid())
         return {};
     return ownFolder(shared, user, way.place);
 }
@@ -127,8 +157,16 @@ std::string pathOf(int file) {
 
 TrashFolder TrashFolder::forItemsAt(const WayUp &way) {
     TrashFolder trash;
-    const FileURL home = homeTrash();
-    trash.isInHome = isAt(way.place, home);
+    FileURL home = usualHomeTrash();
+    Reached reached = Reached::at(home);
+    const bool isUsuallyInHome = reached.isBeside(way.place);
+    if (isInHomeOfAnother(home, reached)) {
+        home = trashIn(accountHome().appending(".local/share"));
+        reached = Reached::at(home);
+        trash.isInstead = isUsuallyInHome;
+    }
+    trash.isInHome = reached.isKnown && reached.isBeside(way.place);
+    trash.isInstead = trash.isInstead || (isUsuallyInHome && !trash.isInHome);
     const Descriptor folder = trash.isInHome ? openInHome(home) : openAtTop(way);
     const std::optional<Place> place = folder.isOpen() ? placeOf(folder.number()) : std::nullopt;
     if (place) {

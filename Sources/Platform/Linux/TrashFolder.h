@@ -29,10 +29,13 @@ struct TrashFolder {
     FileIdentity identity;
     Descriptor files, info; ///< both open, or neither
     bool isInHome = false;  ///< in the user's home; otherwise at the top of its volume
+    bool isInstead = false; ///< instead of the usual home Trash, which cannot be used now
     int error = 0;          ///< the errno of the failure
 
     /// The Trash for items at that place: the home Trash for its own volume, otherwise one at the top of the
-    /// volume, first the administrator's shared one, then the user's. Made where it is missing.
+    /// volume, first the administrator's shared one, then the user's. Made where it is missing. For root with
+    /// the home of another user it is root's own home Trash, because what root makes in that home would keep
+    /// its owner from using it.
     [[nodiscard]] static TrashFolder forItemsAt(const WayUp &way);
 
     [[nodiscard]] bool isOpen() const { return files.isOpen() && info.isOpen(); }

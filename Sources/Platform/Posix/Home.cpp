@@ -19,10 +19,13 @@ std::optional<FileURL> homeOfAccount(std::uint32_t user) {
     return FileURL(found->pw_dir);
 }
 
-FileURL homeFolder() {
-    if (const char *home = std::getenv("HOME"); home != nullptr && home[0] == '/')
-        return FileURL(home).standardized();
+FileURL accountHome() {
     return homeOfAccount(getuid()).value_or(FileURL("/"));
+}
+
+FileURL homeFolder() {
+    const char *home = std::getenv("HOME");
+    return home != nullptr && home[0] == '/' ? FileURL(home).standardized() : accountHome();
 }
 
 } // namespace brimvale

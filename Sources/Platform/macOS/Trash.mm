@@ -8,14 +8,14 @@
 
 namespace brimvale {
 
-std::optional<FileError> moveToTrash(const OpenedItem &item) {
+Result<TrashedItem> moveToTrash(const OpenedItem &item) {
     @autoreleasepool {
         if (!item.isStillThere())
             return fileError(FileOperation::trash, item.place(), ESTALE);
         NSURL *url = urlOf(item.place());
         NSError *error = nil;
         if ([NSFileManager.defaultManager trashItemAtURL:url resultingItemURL:nil error:&error])
-            return std::nullopt;
+            return TrashedItem();
         return fileErrorOf(error);
     }
 }

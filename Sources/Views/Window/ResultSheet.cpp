@@ -37,6 +37,8 @@ ResultSheet::ResultSheet(const RemovalResult &result, QWidget *parent)
     QVBoxLayout *layout = makeLayout();
     layout->addWidget(makeHeading("resultTitle", windowTitle()));
     layout->addWidget(summary);
+    if (!result.remarks.empty())
+        addLines(*layout, "remark", RemovalReport::remarkLines(result));
     if (!result.partlyRemoved.empty())
         addLines(*layout, "part", RemovalReport::partLines(result));
     if (!result.failed.empty())

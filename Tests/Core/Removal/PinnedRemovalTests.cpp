@@ -140,7 +140,7 @@ TEST(PinnedRemoval, DeletesThroughTheOpenedParentOnly) {
             return platform().removeItem(item, progress);
         }
         RemovalObstacle obstacle(const FileURL &) override { return RemovalObstacle::none; }
-        std::optional<FileError> moveToTrash(const OpenedItem &) override { return std::nullopt; }
+        Result<TrashedItem> moveToTrash(const OpenedItem &) override { return TrashedItem(); }
         Result<KeptReasons, PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &) override {
             return KeptReasons();
         }

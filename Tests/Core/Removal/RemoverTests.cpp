@@ -379,6 +379,19 @@ TEST(RemoverOfSnapshots, AcceptsOnlyPlainSnapshotNames) {
     EXPECT_FALSE(Remover::deleteSnapshot("com.apple.TimeMachine.1.local", FileURL("/"), refusing));
 }
 
+TEST(Remover, TellsWhereAnotherTrashHasAnItem) {
+    const TemporaryFolder folder;
+    const FileURL file(folder.makeFile("file"));
+    RecordingActions actions;
+    EXPECT_EQ(Remover::remove(Urls{file}, RemovalMode::trash, nullptr, actions).remarks, Failures());
+    actions.trashed.unusualPlace = "/v/.Trash-1/files/a\n";
+    const RemovalResult result = Remover::remove(Urls{file}, RemovalMode::trash, nullptr, actions);
+    EXPECT_EQ(result.succeeded, Urls{file});
+    EXPECT_EQ(RemovalReport::remarkLines(result),
+              std::vector{file.path() + ": It is now “/v/.Trash-1/files/a␊”, because the Trash in the home "
+                                        "folder can’t be used."});
+}
+
 TEST(RemovalReport, TellsPartsInFigures) {
     RemovalResult result;
     for (int i = 0; i < 5; ++i)

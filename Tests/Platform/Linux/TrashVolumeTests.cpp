@@ -1,3 +1,4 @@
+#include "Platform/Host.h"
 #include "Platform/Linux/TrashScene.h"
 #include "Platform/Trash.h"
 #include "Support/AtPath.h"
@@ -5,12 +6,14 @@
 #include "Support/TreeListing.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace brimvale {
@@ -19,6 +22,17 @@ namespace fs = std::filesystem;
 using namespace testing;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+
+namespace {
+
+/// Moves an item to the Trash: what is told about its new place.
+std::string newPlaceOf(const std::string &path) {
+    TrashedItem trashed;
+    const auto error = moveToTrashAt(FileURL(path), &trashed);
+    return error ? error->localizedDescription : trashed.unusualPlace.value_or("the usual");
+}
+
+} // namespace
 
 TEST(Trash, UsesTrashOfTheItemsVolume) {
     inHome([](const TemporaryFolder &folder) {
@@ -91,6 +105,58 @@ TEST(Trash, RefusesTrashFolderOfAnotherUser) {
         EXPECT_EQ(outcome(folder.makeFile("volume/file")), "3328");
         EXPECT_TRUE(isThere(volume + "/file"));
         EXPECT_THAT(listing(prepared), ElementsAre("/files: folder"));
+
+        // The owner of a shared Trash may move our folder in it away.
+        const std::string other = folder.makeFolder("other"), shared = other + "/.Trash";
+        if (!mountMemory(other) || mkdir(shared.c_str(), 0) != 0 || chown(shared.c_str(), 65534, 65534) != 0)
+            GTEST_SKIP() << "mounting is not permitted here";
+        fs::permissions(shared, fs::perms(01777));
+        EXPECT_EQ(outcome(folder.makeFile("other/file")), "trashed");
+        EXPECT_THAT(listing(shared), IsEmpty());
+        EXPECT_TRUE(isThere(other + "/.Trash-0/files/file"));
+    });
+}
+
+TEST(Trash, RootMakesNoneInTheHomeOfAnotherUser) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can make folders of others";
+    inHome([](const TemporaryFolder &folder) {
+        const std::string volume = folder.makeFolder("volume"), home = volume + "/home";
+        const std::string own = accountHome().path();
+        if (!ownMounts() || !mountMemory(volume) || !mountMemory(own))
+            GTEST_SKIP() << "mounting is not permitted here";
+        setenv("HOME", home.c_str(), 1);
+        unsetenv("XDG_DATA_HOME");
+        // What an earlier program may have left in the home belongs to root.
+        for (const char *left : {"", "/.local"}) {
+            fs::create_directories(home + left);
+            ASSERT_EQ(chown(home.c_str(), 65534, 65534), 0);
+            const std::vector<std::string> before = listing(home);
+            EXPECT_EQ(newPlaceOf(folder.makeFile("volume/a")), volume + "/.Trash-0/files/a");
+            EXPECT_EQ(listing(home), before);
+            fs::remove_all(volume + "/.Trash-0");
+        }
+        EXPECT_EQ(newPlaceOf(folder.writeFile("volume/home/b", "kept")), volume + "/.Trash-0/files/b");
+        std::ofstream(own + "/c").close();
+        EXPECT_EQ(newPlaceOf(own + "/c"), "the usual") << "root's own is on that volume";
+        EXPECT_TRUE(isThere(own + "/.local/share/Trash/files/c"));
+    });
+}
+
+TEST(Trash, TellsWhereAnItemIsWhenTheUsualTrashCannotBeOpened) {
+    inHome([](const TemporaryFolder &folder) {
+        const std::string volume = folder.makeFolder("volume");
+        const std::string top = volume + "/.Trash-" + std::to_string(geteuid());
+        if (!ownMounts() || !mountMemory(volume))
+            GTEST_SKIP() << "mounting is not permitted here";
+        EXPECT_EQ(newPlaceOf(folder.makeFile("volume/on/another")), "the usual");
+        folder.makeFolder("volume/home");
+        setenv("XDG_DATA_HOME", folder.makeLink("volume/home/data", "data").c_str(), 1);
+        EXPECT_EQ(newPlaceOf(folder.writeFile("volume/file", "kept")), top + "/files/file");
+        EXPECT_EQ(contentOf(top + "/files/file"), "kept");
+        fs::remove(volume + "/home/data");
+        EXPECT_EQ(newPlaceOf(folder.makeFile("volume/file")), "the usual");
+        EXPECT_TRUE(isThere(volume + "/home/data/Trash/files/file"));
     });
 }
 

@@ -72,6 +72,7 @@ TEST(ResultSheet, ShowsAllThatTheAdministratorWouldRemoveAndNoNameRaw) {
     const std::string hostile = "/a/line\nbreak \u202Etxt";
     const std::string harmless = "/a/line␊break \\u{202E}txt";
     result.failed = {{FileURL(hostile), "“line\nbreak” is in use."}};
+    result.remarks = {{FileURL(hostile), "It is now “/v/line\nbreak”."}};
     result.partlyRemoved = {{FileURL(hostile), 2, 3, 5'000'000}};
     for (int i = 0; i < 500; ++i)
         result.needsAdmin.emplace_back(hostile + std::to_string(i));
@@ -81,6 +82,7 @@ TEST(ResultSheet, ShowsAllThatTheAdministratorWouldRemoveAndNoNameRaw) {
     auto *alert = new ResultSheet(result, &window);
     alert->open();
     EXPECT_EQ(labels(*alert, "failure"), std::vector{harmless + ": “line␊break” is in use."});
+    EXPECT_EQ(labels(*alert, "remark"), std::vector{harmless + ": It is now “/v/line␊break”."});
     EXPECT_EQ(labels(*alert, "part"),
               std::vector<std::string>{
                   "“line␊break \\u{202E}txt” was partly deleted: 2 of 3 items are gone, 5 MB freed"});
