@@ -4,7 +4,7 @@
 #include "CommandLine/JsonWriter.h"
 #include "CommandLine/PathOperands.h"
 #include "CommandLine/TerminalText.h"
-#include "Core/Removal/Remover.h"
+#include "Core/Removal/RemovalGate.h"
 
 #include <array>
 #include <optional>
@@ -33,6 +33,7 @@ ExitStatus runCheck(const Arguments &arguments, Output &output) {
     JsonWriter json(output);
     if (isJson)
         json.beginArray();
+    const RemovalGate gate;
     ExitStatus status = ExitStatus::done;
     for (const std::string &typed : std::get<std::vector<std::string>>(given)) {
         const Result<FileURL> place = placeToRemove(typed);
@@ -42,7 +43,7 @@ ExitStatus runCheck(const Arguments &arguments, Output &output) {
             continue;
         }
         const auto &url = std::get<FileURL>(place);
-        const std::optional<std::string> reason = Remover::check(url);
+        const std::optional<std::string> reason = gate.refusal(url);
         if (reason)
             status = ExitStatus::failed;
         if (isJson)

@@ -1,7 +1,7 @@
 #include "CommandLine/RemovalOperands.h"
 
 #include "CommandLine/GivenPath.h"
-#include "Core/Removal/Remover.h"
+#include "Core/Removal/RemovalGate.h"
 
 #include <cstddef>
 #include <optional>
@@ -34,6 +34,7 @@ std::optional<RemovalOperands> RemovalOperands::from(const std::vector<std::stri
         FileURL place; ///< no ancestor is a link
         bool isAdmitted;
     };
+    const RemovalGate gate;
     std::vector<Operand> operands;
     Places admittedPlaces;
     for (const std::string &path : given) {
@@ -43,9 +44,13 @@ std::optional<RemovalOperands> RemovalOperands::from(const std::vector<std::stri
             return std::nullopt;
         }
         const auto &url = std::get<FileURL>(resolved);
-        const FileURL standardized = url.standardized();
-        const std::optional<ItemPin> pin = pinOf(standardized);
-        operands.push_back({{.url = url, .pin = pin}, pin ? pin->place : standardized, !Remover::check(url)});
+        const RemovalGate::Answer answer = gate.open(url, std::nullopt);
+        const auto *item = std::get_if<OpenedItem>(&answer);
+        // The removal tells why an allowed item cannot be opened.
+        const bool isAdmitted = !std::holds_alternative<std::string>(answer);
+        operands.push_back({{.url = url, .pin = item != nullptr ? std::optional(item->pin()) : std::nullopt},
+                            item != nullptr ? item->place() : url.standardized(),
+                            isAdmitted});
         if (operands.back().isAdmitted)
             admittedPlaces.try_emplace(operands.back().place, operands.size() - 1);
     }

@@ -55,4 +55,10 @@ RemovalGate::Answer RemovalGate::open(const FileURL &item, const std::optional<I
     return std::move(opened);
 }
 
+std::optional<std::string> RemovalGate::refusal(const FileURL &item) const {
+    const Answer answer = open(item, std::nullopt);
+    const auto *reason = std::get_if<std::string>(&answer);
+    return reason != nullptr ? std::optional(*reason) : std::nullopt;
+}
+
 } // namespace brimvale

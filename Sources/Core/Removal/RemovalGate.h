@@ -26,6 +26,10 @@ public:
     /// would stop the deletion half-way. To the Trash it can go. Nothing if it may.
     [[nodiscard]] static std::optional<std::string> refusalToDelete(const OpenedItem &item);
 
+    /// Nothing when the item may be removed as it is now, otherwise the reason as a sentence. An item that
+    /// cannot be opened may be: its removal tells why that fails.
+    [[nodiscard]] std::optional<std::string> refusal(const FileURL &item) const;
+
     /// The guards of the host, made at the first call for the whole run of the program.
     [[nodiscard]] static const RemovalGuards &guards();
 

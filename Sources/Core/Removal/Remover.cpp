@@ -187,10 +187,7 @@ bool isHarmless(std::string_view text) {
 } // namespace
 
 std::optional<std::string> check(const FileURL &url) {
-    const RemovalGate::Answer answer = RemovalGate().open(url, std::nullopt);
-    // The removal itself tells why an item cannot be opened.
-    const auto *refusal = std::get_if<std::string>(&answer);
-    return refusal != nullptr ? std::optional(*refusal) : std::nullopt;
+    return RemovalGate().refusal(url);
 }
 
 bool isPermissionDenied(const FileError &error) {
