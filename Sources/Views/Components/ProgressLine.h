@@ -9,6 +9,8 @@ namespace brimvale {
 /// A slim line that shows the progress. While the range is empty (0 to 0), a part of it moves along, for work
 /// of unknown length. It does not move if the user wants no animations.
 class ProgressLine : public QProgressBar {
+    Q_OBJECT
+
 public:
     explicit ProgressLine(QWidget *parent = nullptr);
 
