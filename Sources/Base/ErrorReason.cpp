@@ -27,7 +27,7 @@ constexpr std::array<std::pair<int, std::string_view>, 25> reasons = {{
     {EDQUOT, "there isn’t enough space"},
     {EROFS, "the volume is read only"},
     {ENAMETOOLONG, "its name is too long"},
-    {ELOOP, "there are too many links on the way to it"},
+    {ELOOP, "a link on the way to it belongs to another user, or there are too many links"},
     {EXDEV, "it is on another volume"},
     {ENXIO, "the volume is no longer connected"},
     {ENODEV, "the volume is no longer connected"},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,8 +12,25 @@ namespace brimvale {
 /// the table cannot be read.
 [[nodiscard]] std::vector<std::string> pseudoMountPoints();
 
-/// The first mount point at or inside the folder at `path`, an absolute path without links; nothing if there
-/// is none. Reads only the mount table.
-[[nodiscard]] std::optional<std::string> mountPointIn(const std::string &path);
+/// The mount points, to look for those inside folders. Reads the mount table at first, and again when it has
+/// changed. Reads only the table, so a dead mount cannot block it. Not thread-safe.
+class MountPoints {
+public:
+    MountPoints();
+    ~MountPoints();
+    MountPoints(const MountPoints &) = delete;
+    MountPoints &operator=(const MountPoints &) = delete;
+
+    /// Whether the table can be read at all.
+    [[nodiscard]] bool areKnown();
+
+    /// The first mount point at or inside the folder at `path`, an absolute path without links; nothing if
+    /// there is none.
+    [[nodiscard]] std::optional<std::string> firstIn(const std::string &path);
+
+private:
+    struct Table;
+    std::unique_ptr<Table> table_;
+};
 
 } // namespace brimvale

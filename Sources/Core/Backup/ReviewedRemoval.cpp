@@ -46,6 +46,7 @@ void add(RemovalResult &all, RemovalResult &&one) {
     append(all.goneAnyway, std::move(one.goneAnyway));
     append(all.adminRemarks, std::move(one.adminRemarks));
     append(all.remarks, std::move(one.remarks));
+    append(all.changed, std::move(one.changed));
     all.pins.merge(one.pins);
     all.bytesFreed = checkedAdd(all.bytesFreed, one.bytesFreed);
 }

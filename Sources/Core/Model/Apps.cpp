@@ -134,13 +134,13 @@ void Apps::measureRowsAgain(const GonePaths &partlyGone) {
         return;
     workers_.run(
         this, [rows, cancelled = workers_.closing()] { return RowMeasuring::measure(rows, cancelled); },
-        [this](const RowMeasuring::Sizes &sizes) {
+        [this](const RowMeasuring::Rows &sizes) {
             drop(RowMeasuring::goneIn(sizes));
             update([&](AppState &state) {
                 for (AppRow &row : state.apps) {
-                    RowMeasuring::setSize(sizes, row.app.url, row.bundleSize);
+                    RowMeasuring::update(sizes, row.app.url, row.bundleSize, row.app.pin);
                     for (LeftoverItem &item : row.leftovers)
-                        RowMeasuring::setSize(sizes, item.url, item.size);
+                        RowMeasuring::update(sizes, item.url, item.size, item.pin);
                 }
             });
         });

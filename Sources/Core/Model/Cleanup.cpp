@@ -93,12 +93,12 @@ void Cleanup::measureRowsAgain(const GonePaths &partlyGone) {
         return;
     workers_.run(
         this, [rows, cancelled = workers_.closing()] { return RowMeasuring::measure(rows, cancelled); },
-        [this](const RowMeasuring::Sizes &sizes) {
+        [this](const RowMeasuring::Rows &sizes) {
             drop(RowMeasuring::goneIn(sizes));
             update([&](CleanupState &state) {
                 for (CleanupTarget &target : state.cleanupTargets)
                     for (CleanupEntry &entry : target.entries)
-                        RowMeasuring::setSize(sizes, entry.url, entry.size);
+                        RowMeasuring::update(sizes, entry.url, entry.size, entry.pin);
             });
         });
 }

@@ -41,6 +41,10 @@ CorvelModel::CorvelModel(RemovalActions &actions)
     QObject::connect(&removals, &Removals::partlyGone, &cleanup, &Cleanup::measureAgain);
     QObject::connect(&removals, &Removals::partlyGone, &storage, &Storage::measureAgain);
     QObject::connect(&removals, &Removals::partlyGone, &scan, &ScanSession::measureAgain);
+    QObject::connect(&removals, &Removals::replaced, &apps, &Apps::measureAgain);
+    QObject::connect(&removals, &Removals::replaced, &cleanup, &Cleanup::measureAgain);
+    QObject::connect(&removals, &Removals::replaced, &storage, &Storage::measureAgain);
+    QObject::connect(&removals, &Removals::replaced, &scan, &ScanSession::readPlacesAgain);
     QObject::connect(&volumes, &Volumes::snapshotDeletionEnded, &storage,
                      qOverload<>(&Storage::resolveRemainder));
 }

@@ -57,12 +57,12 @@ void Removals::remove(const std::vector<CleanupEntry> &entries, RemovalMode mode
     });
 }
 
-void Removals::escalate(const std::vector<FileURL> &urls) {
+void Removals::escalate(const std::vector<FileURL> &urls, const RemovalResult &of) {
     std::vector<CleanupEntry> entries;
     for (const FileURL &url : urls) {
         entries.push_back({.url = url});
-        if (state().lastResult && state().lastResult->pins.contains(url))
-            entries.back().pin = state().lastResult->pins.at(url);
+        if (const auto pin = of.pins.find(url); pin != of.pins.end())
+            entries.back().pin = pin->second;
     }
     begin(RemovalActivity::asAdministrator, VolumesAreRead::beforeGone,
           [entries, &actions = actions_](RemovalProgress &) {
@@ -101,7 +101,9 @@ Removals::Outcome Removals::outcomeOf(RemovalResult result) {
     std::vector<FileURL> parts;
     for (const PartialRemoval &part : result.partlyRemoved)
         parts.push_back(part.url);
-    return {std::move(result), GonePaths::throughLinks(gone), GonePaths::throughLinks(parts)};
+    GonePaths replaced = GonePaths::throughLinks(result.changed);
+    return {std::move(result), GonePaths::throughLinks(gone), GonePaths::throughLinks(parts),
+            std::move(replaced)};
 }
 
 void Removals::conclude(const Outcome &outcome) {
@@ -111,6 +113,8 @@ void Removals::conclude(const Outcome &outcome) {
     emit gone(outcome.gone);
     if (!outcome.partlyGone.isEmpty())
         emit partlyGone(outcome.partlyGone);
+    if (!outcome.replaced.isEmpty())
+        emit replaced(outcome.replaced);
     if (removal_->volumesAreRead == VolumesAreRead::afterGone)
         volumes_.refreshVolumes();
     removal_->isDone = true;

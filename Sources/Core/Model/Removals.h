@@ -67,9 +67,9 @@ public:
     /// The same, with a removal of its own: `work` is called in the background.
     void removeCategoryEntries(std::function<RemovalResult(RemovalProgress &, RemovalActions &)> work);
 
-    /// Removes for good, as the administrator, what a removal has put into `needsAdmin`. The volumes are read
-    /// before `gone`.
-    void escalate(const std::vector<FileURL> &urls);
+    /// Removes for good, as the administrator, what a removal has put into `needsAdmin`; only the items that
+    /// this removal found, where its result is given. The volumes are read before `gone`.
+    void escalate(const std::vector<FileURL> &urls, const RemovalResult &of = RemovalResult());
 
     /// Stops the running removal before its next entry, if possible.
     void stopRemoval();
@@ -84,6 +84,9 @@ signals:
     /// Emitted after `gone` if items were deleted only in part: every list that shows these items, or others
     /// inside or around them, measures them again.
     void partlyGone(const GonePaths &paths);
+    /// Emitted after `gone` if other items were in the places of those to be removed: every list that shows
+    /// these places reads them again, so that the user sees what is there and can remove that.
+    void replaced(const GonePaths &paths);
     /// A removal has ended; another one can start.
     void ended();
 
@@ -106,6 +109,7 @@ private:
         RemovalResult result;
         GonePaths gone;
         GonePaths partlyGone;
+        GonePaths replaced;
     };
 
     [[nodiscard]] static Outcome outcomeOf(RemovalResult result);

@@ -11,32 +11,34 @@ bool isTouched(const FileURL &row, const GonePaths &partlyGone) {
     return partlyGone.contains(row) || partlyGone.reachInto(row);
 }
 
-Sizes measure(const std::vector<FileURL> &rows, const StopFlag &cancelled) {
+Rows measure(const std::vector<FileURL> &items, const StopFlag &cancelled) {
     const ScanOptions options = ScanOptions::standard();
-    Sizes sizes;
-    for (const FileURL &row : rows) {
+    Rows rows;
+    for (const FileURL &item : items) {
         if (cancelled.isSet())
             break;
-        const auto [one, isNew] = sizes.try_emplace(row);
-        if (isNew && !Remover::isGone(row))
-            one->second = DiskScanner::quickSize(row.path(), options, cancelled);
+        const auto [row, isNew] = rows.try_emplace(item);
+        if (isNew && !Remover::isGone(item))
+            row->second = Shown{DiskScanner::quickSize(item.path(), options, cancelled),
+                                pinOf(item.standardized())};
     }
-    return sizes;
+    return rows;
 }
 
-GonePaths goneIn(const Sizes &sizes) {
+GonePaths goneIn(const Rows &rows) {
     std::vector<FileURL> gone;
-    for (const auto &[row, size] : sizes)
-        if (!size)
-            gone.push_back(row);
+    for (const auto &[item, shown] : rows)
+        if (!shown)
+            gone.push_back(item);
     return GonePaths(std::move(gone));
 }
 
-bool setSize(const Sizes &sizes, const FileURL &row, std::int64_t &size) {
-    const auto measured = sizes.find(row);
-    if (measured == sizes.end() || !measured->second)
+bool update(const Rows &rows, const FileURL &row, std::int64_t &size, std::optional<ItemPin> &pin) {
+    const auto measured = rows.find(row);
+    if (measured == rows.end() || !measured->second)
         return false;
-    size = *measured->second;
+    size = measured->second->size;
+    pin = measured->second->pin;
     return true;
 }
 

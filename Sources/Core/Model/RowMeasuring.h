@@ -2,6 +2,7 @@
 
 #include "Base/FileURL.h"
 #include "Core/Removal/GonePaths.h"
+#include "Platform/OpenedItem.h"
 
 #include <cstdint>
 #include <optional>
@@ -12,23 +13,29 @@ namespace brimvale {
 
 class StopFlag;
 
-/// The rows of the lists whose items a removal has deleted only in part.
+/// The rows of the lists whose items a removal has deleted only in part, or has found replaced.
 namespace RowMeasuring {
 
-/// Rows with their sizes in allocated bytes; nothing for items that no longer exist.
-using Sizes = std::unordered_map<FileURL, std::optional<std::int64_t>>;
+/// What a row shows now.
+struct Shown {
+    std::int64_t size = 0; ///< allocated bytes
+    std::optional<ItemPin> pin = {};
+};
+
+/// Rows with what they show; nothing for items that no longer exist.
+using Rows = std::unordered_map<FileURL, std::optional<Shown>>;
 
 /// Whether the row shows one of these items, or an item inside or around one.
 [[nodiscard]] bool isTouched(const FileURL &row, const GonePaths &partlyGone);
 
 /// Measures the rows, each once. Blocks; call it off the main thread.
-[[nodiscard]] Sizes measure(const std::vector<FileURL> &rows, const StopFlag &cancelled);
+[[nodiscard]] Rows measure(const std::vector<FileURL> &rows, const StopFlag &cancelled);
 
 /// The rows that no longer exist.
-[[nodiscard]] GonePaths goneIn(const Sizes &sizes);
+[[nodiscard]] GonePaths goneIn(const Rows &rows);
 
-/// Sets `size` to the row's size now, if it was measured and exists; returns whether it was.
-bool setSize(const Sizes &sizes, const FileURL &row, std::int64_t &size);
+/// Sets the size and the pin of a row to those of now, if it was measured and exists; returns whether it was.
+bool update(const Rows &rows, const FileURL &row, std::int64_t &size, std::optional<ItemPin> &pin);
 
 } // namespace RowMeasuring
 

@@ -198,6 +198,18 @@ void ScanSession::measureAgain(const GonePaths &partlyGone) {
         scanAgain(foldersAt(*state().tree, partlyGone));
 }
 
+void ScanSession::readPlacesAgain(const GonePaths &replaced) {
+    if (state().tree == nullptr)
+        return;
+    const FileURL root(state().tree->path());
+    std::vector<FileURL> folders;
+    for (const FileURL &place : replaced.outermost()) {
+        const FileURL parent = place.parent();
+        folders.push_back(parent == root ? place : parent);
+    }
+    measureAgain(GonePaths(std::move(folders)));
+}
+
 void ScanSession::scanAgain(const std::vector<FSNode *> &folders) {
     if (folders.empty())
         return;

@@ -65,6 +65,10 @@ public:
     /// tree. Also those in the tree of a running scan, when it arrives.
     void measureAgain(const GonePaths &partlyGone);
 
+    /// The same where other items have taken the places of nodes: the parents of these places are scanned
+    /// again, but never the whole root for an item right in it, only this item.
+    void readPlacesAgain(const GonePaths &replaced);
+
     /// Whether removed nodes are still in the tree. `dropped` announces the end.
     [[nodiscard]] bool isDropping() const { return isDropping_; }
 

@@ -32,10 +32,10 @@ bool dropRows(MeasuredCategory &category, const GonePaths &gone) {
 }
 
 /// Gives the rows of a category their sizes as measured again.
-void setSizes(MeasuredCategory &category, const RowMeasuring::Sizes &sizes) {
+void updateRows(MeasuredCategory &category, const RowMeasuring::Rows &sizes) {
     bool isChanged = false;
     for (CleanupEntry &entry : category.entries)
-        isChanged = RowMeasuring::setSize(sizes, entry.url, entry.size) || isChanged;
+        isChanged = RowMeasuring::update(sizes, entry.url, entry.size, entry.pin) || isChanged;
     if (isChanged)
         addUp(category);
 }
@@ -166,11 +166,11 @@ void Storage::measureRowsAgain(const GonePaths &partlyGone) {
         return;
     workers_.run(
         this, [rows, cancelled = workers_.closing()] { return RowMeasuring::measure(rows, cancelled); },
-        [this](const RowMeasuring::Sizes &sizes) {
+        [this](const RowMeasuring::Rows &sizes) {
             drop(RowMeasuring::goneIn(sizes));
             update([&](StorageState &state) {
                 for (MeasuredCategory &one : state.categories)
-                    setSizes(one, sizes);
+                    updateRows(one, sizes);
                 resolveRemainder(state);
             });
         });

@@ -1,28 +1,11 @@
 #include "Core/Removal/RemovalGate.h"
 
 #include "Base/Text.h"
-#include "Platform/Mounts.h"
 #include "Platform/Subvolumes.h"
 
 #include <utility>
 
 namespace brimvale {
-
-namespace {
-
-/// Nothing when no volume is mounted in or at the item; otherwise the reason to keep it, as a sentence.
-std::optional<std::string> mountRefusal(const OpenedItem &item) {
-    const std::optional<std::string> mount =
-        item.isFolder() ? mountPointIn(item.place().path()) : std::nullopt;
-    if (!mount)
-        return std::nullopt;
-    const std::string name = "“" + displayText(item.name()) + "”";
-    if (*mount == item.place().path())
-        return name + " is a mounted volume. Eject it instead.";
-    return name + " contains a mounted volume: " + displayText(*mount) + ". Eject it first.";
-}
-
-} // namespace
 
 std::optional<std::string> RemovalGate::refusalToDelete(const OpenedItem &item) {
     const std::optional<std::string> subvolume = subvolumeIn(item);
@@ -53,6 +36,21 @@ RemovalGate::Answer RemovalGate::open(const FileURL &item, const std::optional<I
     if (std::optional<std::string> refusal = mountRefusal(opened))
         return *std::move(refusal);
     return std::move(opened);
+}
+
+/// Nothing when no volume is mounted in or at the item; otherwise the reason to keep it, as a sentence.
+std::optional<std::string> RemovalGate::mountRefusal(const OpenedItem &item) const {
+    if (!item.isFolder())
+        return std::nullopt;
+    const std::string name = "“" + displayText(item.name()) + "”";
+    if (!mounts_->areKnown())
+        return name + " might contain a mounted volume: the system does not tell what is mounted.";
+    const std::optional<std::string> mount = mounts_->firstIn(item.place().path());
+    if (!mount)
+        return std::nullopt;
+    if (*mount == item.place().path())
+        return name + " is a mounted volume. Eject it instead.";
+    return name + " contains a mounted volume: " + displayText(*mount) + ". Eject it first.";
 }
 
 std::optional<std::string> RemovalGate::refusal(const FileURL &item) const {

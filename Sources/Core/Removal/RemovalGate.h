@@ -2,8 +2,10 @@
 
 #include "Base/FileURL.h"
 #include "Core/Removal/RemovalGuards.h"
+#include "Platform/Mounts.h"
 #include "Platform/OpenedItem.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -34,6 +36,9 @@ public:
     [[nodiscard]] static const RemovalGuards &guards();
 
 private:
+    [[nodiscard]] std::optional<std::string> mountRefusal(const OpenedItem &item) const;
+
+    std::unique_ptr<MountPoints> mounts_ = std::make_unique<MountPoints>();
     RemovalGuards::Located guarded_ = guards().locate();
 };
 

@@ -67,6 +67,7 @@ bool areTheSameItem(const std::string &a, const std::string &b) {
 RemovalGuards::SystemGuards::SystemGuards(const Host &host) {
     for (const FileURL &home : guardedHomes(host.home))
         addPathsOf(home, host.system);
+    addUserDirectories(host.home);
 
     const auto addSpelling = [&](const std::string &folder) {
         if (folder.size() > 1)
@@ -81,12 +82,7 @@ RemovalGuards::SystemGuards::SystemGuards(const Host &host) {
 void RemovalGuards::SystemGuards::addPathsOf(const FileURL &home, System system) {
     GuardedPaths paths = catalogOf(system).guardedPaths(home);
     structural_.insert(paths.structural.begin(), paths.structural.end());
-    for (const FileURL &folder : userDirectories(home).all)
-        structural_.insert(folder.path());
-    // Removing an ancestor of a home would remove the home. The outermost one is too close to the root
-    // anyway.
-    for (FileURL folder = home; !isAtTheTop(folder.path()); folder = folder.parent())
-        structural_.insert(folder.path());
+    addWithAncestors(home); // removing an ancestor would remove the home
     for (std::string &prefix : paths.openPrefixes)
         if (std::find(openPrefixes_.begin(), openPrefixes_.end(), prefix) == openPrefixes_.end())
             openPrefixes_.push_back(std::move(prefix));
@@ -100,6 +96,29 @@ void RemovalGuards::SystemGuards::addPathsOf(const FileURL &home, System system)
         std::string without = prefix.starts_with("/private/") ? prefix.substr(privateFolder.size()) : "";
         protectedPrefixes_.push_back({std::move(prefix), std::move(without)});
     }
+}
+
+/// The user's own folders for documents and so on, which may be anywhere; and, where they or the usual folders
+/// of the home are links, what contains the folders they lead to. Those of other accounts are not read: they
+/// could name any folder of ours.
+void RemovalGuards::SystemGuards::addUserDirectories(const FileURL &home) {
+    for (const FileURL &folder : userDirectories(home).all)
+        structural_.insert(folder.path());
+    const std::vector<std::string> folders(structural_.begin(), structural_.end());
+    for (const std::string &folder : folders) {
+        std::error_code error;
+        if (!std::filesystem::is_symlink(folder, error) || !isAtOrUnder(folder, home.path()))
+            continue;
+        const std::filesystem::path real = std::filesystem::canonical(folder, error);
+        if (!error)
+            addWithAncestors(FileURL(real.native()));
+    }
+}
+
+/// The outermost ancestor is too close to the root to be removed anyway.
+void RemovalGuards::SystemGuards::addWithAncestors(FileURL folder) {
+    for (; !isAtTheTop(folder.path()); folder = folder.parent())
+        structural_.insert(folder.path());
 }
 
 /// The path with its deepest guarded folder spelled as in the guards, if both spellings are the same folder
@@ -143,7 +162,10 @@ RemovalGuards::Places RemovalGuards::SystemGuards::locate() const {
         if (!identity)
             return;
         const std::optional<FileStatus> status = fileStatus(folder);
-        places.emplace(*identity, GuardedFolder{folder, status && status->kind != FileKind::directory});
+        const bool isLink = status && status->kind != FileKind::directory;
+        std::error_code error;
+        places.emplace(*identity,
+                       GuardedFolder{folder, isLink ? std::filesystem::canonical(folder, error).native() : ""});
     };
     std::for_each(structural_.begin(), structural_.end(), add);
     for (const Prefix &prefix : protectedPrefixes_)
@@ -165,10 +187,10 @@ std::optional<std::string> RemovalGuards::SystemGuards::refusal(const OpenedItem
         const std::string rest = path.substr(end);
         const auto [first, last] = places.equal_range(folder);
         for (auto found = first; found != last; ++found) {
-            // "/var/run" is a link to "/run" and protected, but "/run/media" is not.
-            if (found->second.isLink && !rest.empty())
-                continue;
-            if (std::optional<std::string> reason = refusal(pathInside(found->second.path, rest)))
+            // Inside a link the real path counts: "/var/run", a link to "/run", is protected, "/run/media" not.
+            const GuardedFolder &guarded = found->second;
+            const std::string &name = rest.empty() || guarded.realPath.empty() ? guarded.path : guarded.realPath;
+            if (std::optional<std::string> reason = refusal(pathInside(name, rest)))
                 return reason;
         }
         end = std::min(path.find('/', end + 1), path.size());

@@ -36,7 +36,7 @@ public:
 
     struct GuardedFolder {
         std::string path;
-        bool isLink = false; ///< the path is a link to the folder
+        std::string realPath = {}; ///< where the path is a link to the folder
     };
 
     /// The guarded folders of a system by what they are on the disk.
@@ -63,6 +63,8 @@ private:
 
     private:
         void addPathsOf(const FileURL &home, System system);
+        void addUserDirectories(const FileURL &home);
+        void addWithAncestors(FileURL folder);
         [[nodiscard]] std::string asGuarded(const std::string &path) const;
 
         struct Prefix {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <unordered_map>
 #include <vector>
 
@@ -47,10 +48,18 @@ struct RemovalResult {
     /// For items in `succeeded`: what the user would not expect, as a sentence.
     std::vector<Failure> remarks = {};
 
-    /// Items in `needsAdmin` as they were shown.
+    /// Failed items that are not what was shown.
+    std::vector<FileURL> changed = {};
+    /// Items in `needsAdmin` as they were shown, or as they were found. Does not count in comparisons.
     std::unordered_map<FileURL, ItemPin> pins = {};
 
-    friend bool operator==(const RemovalResult &, const RemovalResult &) = default;
+    friend bool operator==(const RemovalResult &a, const RemovalResult &b) {
+        const auto fields = [](const RemovalResult &one) {
+            return std::tie(one.succeeded, one.failed, one.bytesFreed, one.needsAdmin, one.isOfBackup,
+                            one.partlyRemoved, one.goneAnyway, one.adminRemarks, one.remarks, one.changed);
+        };
+        return fields(a) == fields(b);
+    }
 };
 
 } // namespace brimvale

@@ -73,7 +73,7 @@ private:
     void removeOpened(const Item &asked, const OpenedItem &item);
     [[nodiscard]] std::optional<FileError> moveToTrash(const FileURL &url, const OpenedItem &item);
     [[nodiscard]] std::int64_t sizeOf(const FileURL &item, const Item &asked) const;
-    void noteFailure(const Item &asked, const FileURL &item, const FileError &error);
+    void noteFailure(const FileURL &url, const FileURL &item, const FileError &error);
     void notePart(const FileURL &url, const FileURL &item, std::int64_t size, std::int64_t entriesRemoved);
     void fail(const FileURL &url, std::string reason) { result_.failed.push_back({url, std::move(reason)}); }
     void addBytes(std::int64_t bytes) { result_.bytesFreed = checkedAdd(result_.bytesFreed, bytes); }
@@ -104,11 +104,14 @@ void Removal::remove(const Item &asked) {
     if (progress_.cancelled.isSet())
         return fail(url, stoppedReason);
     const RemovalGate::Answer answer = gate_.open(url, asked.pin);
-    if (const auto *refusal = std::get_if<std::string>(&answer))
+    if (const auto *refusal = std::get_if<std::string>(&answer)) {
+        if (isGone(url.standardized()))
+            result_.goneAnyway.push_back(url);
         return fail(url, *refusal);
+    }
     if (const int *error = std::get_if<int>(&answer)) {
         const auto operation = mode_ == RemovalMode::deleteNow ? FileOperation::remove : FileOperation::trash;
-        return noteFailure(asked, url, fileError(operation, url.standardized(), *error));
+        return noteFailure(url, url, fileError(operation, url.standardized(), *error));
     }
     const auto &item = std::get<OpenedItem>(answer);
     if (mode_ == RemovalMode::deleteNow)
@@ -128,7 +131,8 @@ void Removal::removeOpened(const Item &asked, const OpenedItem &item) {
     const std::optional<FileError> error =
         mode_ == RemovalMode::deleteNow ? actions_.removeItem(item, &progress_) : moveToTrash(url, item);
     if (error) {
-        noteFailure(asked, place, *error);
+        noteFailure(url, place, *error);
+        result_.pins.emplace(url, item.pin());
         if (mode_ == RemovalMode::deleteNow)
             notePart(url, place, size, progress_.entriesRemoved - before);
         return;
@@ -150,13 +154,12 @@ std::optional<FileError> Removal::moveToTrash(const FileURL &url, const OpenedIt
     return std::nullopt;
 }
 
-void Removal::noteFailure(const Item &asked, const FileURL &item, const FileError &error) {
-    const FileURL &url = asked.url;
+void Removal::noteFailure(const FileURL &url, const FileURL &item, const FileError &error) {
+    if (isOrComesFrom(error, ESTALE))
+        result_.changed.push_back(url);
     if (!needsAdministrator(error))
         return fail(url, reasonOf(error, item));
     result_.needsAdmin.push_back(url);
-    if (asked.pin)
-        result_.pins.emplace(url, *asked.pin);
     if (std::optional<std::string> text = obstacleText(actions_.obstacle(item)))
         result_.adminRemarks.push_back({url, *std::move(text)});
 }

@@ -34,10 +34,12 @@ void setFigures(FSNode &node, const FileStatus &status, ScanState &state) {
     node.fileCount = 1;
 }
 
-/// A skipped entry directly in the scan root. Its status is not read.
-std::unique_ptr<FSNode> skippedNode(FSNode &root, const std::string &path, const char *name,
-                                    const ScanState &state) {
+/// A skipped entry directly in the scan root. Of its status only its identity is read.
+std::unique_ptr<FSNode> skippedNode(FSNode &root, const Folder &folder, const std::string &path,
+                                    const char *name, const ScanState &state) {
     auto node = std::make_unique<FSNode>(name, root, true);
+    if (const std::optional<FileStatus> status = folder.statusOfEntry(name))
+        node->setIdentity(status->identity);
     node->isNotDescended = true;
     node->isCloudProvider = state.options.cloudProviderPaths.contains(joinPath(path, name));
     return node;
@@ -63,7 +65,7 @@ PendingFolders listRoot(FSNode &root, Folder folder, const std::string &path, Sc
     int namesLeft = namesAfterCancelling;
     while (const char *name = pending.folder().nextName()) {
         if (state.skipped.contains(path, name)) {
-            root.adopt(skippedNode(root, path, name, state));
+            root.adopt(skippedNode(root, pending.folder(), path, name, state));
             continue;
         }
         if (state.stats.cancelled()) {
@@ -167,6 +169,7 @@ std::unique_ptr<FSNode> DiskScanner::scanInside(const std::string &path, const S
     FSNode parent("", url.parent().path(), true);
     parent.adopt(std::make_unique<FSNode>(std::string(url.fileName()), parent, true));
     FSNode &folder = *parent.children().front();
+    folder.setIdentity(status->identity);
     if (!status->isDataless) {
         ScanState state(options, stats);
         pool.walk(PendingFolders(path, &folder, status->identity), options.crossesMountPoints,

@@ -88,6 +88,8 @@ std::unique_ptr<FSNode> FSNode::release(const FSNode &child) {
 }
 
 void FSNode::swapContents(FSNode &other) {
+    std::swap(device, other.device);
+    std::swap(inode_, other.inode_);
     std::swap(unreadable, other.unreadable);
     std::swap(isNotDescended, other.isNotDescended);
     std::swap(isCloudProvider, other.isCloudProvider);

@@ -2,9 +2,12 @@
 
 #include "Base/FileURL.h"
 #include "Platform/Linux/MountTable.h"
+#include "Platform/Posix/Descriptor.h"
 
 #include <algorithm>
 #include <array>
+#include <fcntl.h>
+#include <poll.h>
 #include <string_view>
 
 namespace brimvale {
@@ -27,8 +30,36 @@ std::vector<std::string> pseudoMountPoints() {
     return points;
 }
 
-std::optional<std::string> mountPointIn(const std::string &path) {
-    for (const Mount &mount : currentMounts())
+struct MountPoints::Table {
+    Descriptor file;
+    std::vector<Mount> mounts;
+    bool isRead = false;
+
+    /// Reads the table unless it is known and unchanged. The kernel reports a change of the mounts as an
+    /// exceptional condition of the open table (proc_pid_mounts(5)).
+    void refresh() {
+        pollfd change{file.number(), POLLPRI, 0};
+        if (isRead && file.isOpen() && poll(&change, 1, 0) == 0)
+            return;
+        mounts = currentMounts();
+        isRead = true;
+    }
+};
+
+MountPoints::MountPoints() : table_(std::make_unique<Table>()) {
+    table_->file = Descriptor(open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC));
+}
+
+MountPoints::~MountPoints() = default;
+
+bool MountPoints::areKnown() {
+    table_->refresh();
+    return !table_->mounts.empty();
+}
+
+std::optional<std::string> MountPoints::firstIn(const std::string &path) {
+    table_->refresh();
+    for (const Mount &mount : table_->mounts)
         if (isAtOrUnder(mount.point, path))
             return mount.point;
     return std::nullopt;

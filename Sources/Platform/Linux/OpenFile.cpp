@@ -3,10 +3,23 @@
 #include "Platform/OpenedItem.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <sys/vfs.h>
 
 namespace brimvale {
+
+namespace {
+
+/// There an entry gets a new time of creation when it is copied to the upper layer, as removing something in
+/// a folder does.
+bool givesCopiesNewTimes(int folder) {
+    struct statfs figures {};
+    return fstatfs(folder, &figures) == 0 && figures.f_type == OVERLAYFS_SUPER_MAGIC;
+}
+
+} // namespace
 
 int passThroughFlags() {
     return O_PATH | O_DIRECTORY | O_CLOEXEC;
@@ -19,7 +32,7 @@ std::optional<ItemIdentity> identityOfEntry(int folder, const char *name) {
         return std::nullopt;
     ItemIdentity identity{.file = {makedev(record.stx_dev_major, record.stx_dev_minor), record.stx_ino},
                           .isFolder = S_ISDIR(record.stx_mode)};
-    if ((record.stx_mask & STATX_BTIME) != 0)
+    if ((record.stx_mask & STATX_BTIME) != 0 && !givesCopiesNewTimes(folder))
         identity.created = nanosecondsOf(record.stx_btime.tv_sec, record.stx_btime.tv_nsec);
     return identity;
 }

@@ -28,4 +28,8 @@ uid_t firstPersonalAccount() {
     return 1000; // UID_MIN of login.defs(5)
 }
 
+bool isAdministratorGroup(gid_t group) {
+    return group == 0;
+}
+
 } // namespace brimvale

@@ -4,6 +4,7 @@
 #include "Platform/FileOperation.h"
 #include "Platform/Linux/TrashError.h"
 #include "Platform/Linux/TrashFolder.h"
+#include "Platform/Posix/OpenFile.h"
 
 #include <algorithm>
 #include <array>
@@ -118,17 +119,30 @@ int move(int from, const std::string &name, const Descriptor &to, const std::str
     return renameat(from, name.c_str(), to.number(), newName.c_str()) == 0 ? 0 : errno;
 }
 
+/// Moves the item. If another one took its name at the last moment, that is moved back. 0, or errno.
+int moveItem(const OpenedItem &item, const TrashFolder &trash, const std::string &newName) {
+    if (!item.isStillThere())
+        return ESTALE;
+    const int folder = item.folder().descriptor();
+    if (const int error = move(folder, item.name(), trash.files, newName); error != 0)
+        return error;
+    const std::optional<ItemIdentity> moved = identityOfEntry(trash.files.number(), newName.c_str());
+    if (!moved || moved->isSameAs(item.identity()))
+        return 0;
+    const bool isBack =
+        renameat2(trash.files.number(), newName.c_str(), folder, item.name().c_str(), RENAME_NOREPLACE) == 0;
+    return isBack ? ESTALE : 0; // an item in the Trash keeps its information
+}
+
 /// Moves the item to the first free name. That name, or errno with everything unchanged.
 Result<std::string, int> moveInto(const TrashFolder &trash, const OpenedItem &item, const std::string &info) {
-    const std::string name = item.name();
     const std::size_t longest = longestName(trash);
     for (int attempt = 1;; ++attempt) {
-        std::string newName = nameInTrash(name, attempt, longest);
+        std::string newName = nameInTrash(item.name(), attempt, longest);
         const std::string infoName = newName + std::string(infoSuffix);
         int error = writeInfo(trash, infoName, info);
         if (error == 0) {
-            error =
-                item.isStillThere() ? move(item.folder().descriptor(), name, trash.files, newName) : ESTALE;
+            error = moveItem(item, trash, newName);
             if (error == 0)
                 return newName;
             unlinkat(trash.info.number(), infoName.c_str(), 0);

@@ -27,6 +27,8 @@ std::string_view ownReason(int errorNumber, const Folder &parent) {
     case EXDEV:
         return isOnOverlay(parent) ? "it is in a lower layer of the file system, which can’t move it"
                                    : "its file system can’t move it to where the Trash is";
+    case EINVAL: // the only use of it here
+        return "it is in the Trash already";
     case EBUSY:
         return "it is in use or a volume is mounted there";
     case EIO:

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -17,6 +18,12 @@ constexpr std::size_t mostHelpers = 3;
 
 /// The number of folders kept open so that several threads can take work from them.
 constexpr std::size_t usualOpenFolders = 64;
+
+/// Whether the folder still has a name somewhere.
+bool isElsewhere(const Folder &folder) {
+    struct stat record {};
+    return folder.isOpen() && fstat(folder.descriptor(), &record) == 0 && record.st_nlink > 0;
+}
 
 } // namespace
 
@@ -85,8 +92,11 @@ std::optional<TreeRemoval::Task> TreeRemoval::empty(const Task &task) {
         return fail(errno);
     if (!place->isBeside(*place_))
         return fail(EBUSY);
-    if (isItem(task) && place->identity != item_.identity().file)
-        return fail(ESTALE);
+    if (isItem(task)) {
+        if (place->identity != item_.identity().file)
+            return fail(ESTALE);
+        self_ = folder.duplicate();
+    }
 
     Subfolders subfolders;
     while (const char *name = folder.nextName()) {
@@ -133,6 +143,8 @@ std::optional<TreeRemoval::Task> TreeRemoval::removeEmptied(const Task &task) {
         progress_.entriesRemoved.fetch_add(1, std::memory_order_relaxed);
     else if (errno != ENOENT)
         return fail(errno);
+    else if (isItem(task) && isElsewhere(self_))
+        return fail(ESTALE);
     return afterRemoving(task);
 }
 

@@ -87,6 +87,7 @@ private:
     std::atomic<int> error_ = 0; ///< of the first failure
     std::optional<Place> place_; ///< of the item's parent folder
     const OpenedItem &item_;
+    Folder self_; ///< the item while it is emptied, to see whether it was only moved away
 
     std::mutex lock_;
     std::condition_variable changed_; ///< work waits, or the removal has ended

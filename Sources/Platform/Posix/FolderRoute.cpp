@@ -8,6 +8,7 @@
 #include <climits>
 #include <fcntl.h>
 #include <optional>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -17,6 +18,13 @@ namespace {
 
 /// As many as Linux follows in one path (path_resolution(7)).
 constexpr int mostLinks = 40;
+
+/// Other users could let their link lead elsewhere at any time.
+bool isTrusted(int folder, const char *link) {
+    struct stat record {};
+    return fstatat(folder, link, &record, AT_SYMLINK_NOFOLLOW) == 0 &&
+           (record.st_uid == 0 || record.st_uid == geteuid());
+}
 
 } // namespace
 
@@ -81,7 +89,7 @@ int FolderRoute::follow(const std::string &name, int error) {
         return errno == EINVAL ? error : errno; // no link
     if (length == static_cast<ssize_t>(target.size()))
         return ENAMETOOLONG;
-    if (++linksFollowed_ > mostLinks)
+    if (++linksFollowed_ > mostLinks || !isTrusted(folder_.descriptor(), name.c_str()))
         return ELOOP;
     const std::string_view path(target.data(), static_cast<std::size_t>(length));
     if (path.starts_with('/'))

@@ -10,7 +10,8 @@
 namespace brimvale {
 
 /// Opens a folder by one component of its path after the other, starting at "/". So it knows every ancestor
-/// by its real path, whatever links it follows, and takes paths of any length.
+/// by its real path, whatever links it follows, and takes paths of any length. Links of other users, except
+/// the administrator, are refused like too many links (ELOOP).
 class FolderRoute {
 public:
     /// Goes to the folder at this absolute path. 0, or the errno of the failure.

@@ -2,6 +2,7 @@
 
 #include "Platform/Posix/FolderRoute.h"
 #include "Platform/Posix/OpenFile.h"
+#include "Platform/Posix/PersonalAccounts.h"
 
 #include <cerrno>
 #include <sys/stat.h>
@@ -60,7 +61,8 @@ namespace {
 
 bool othersMayChange(const struct stat &folder) {
     const bool isOurs = folder.st_uid == 0 || folder.st_uid == geteuid();
-    const bool othersMayWrite = (folder.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+    const bool groupMayWrite = (folder.st_mode & S_IWGRP) != 0 && !isAdministratorGroup(folder.st_gid);
+    const bool othersMayWrite = groupMayWrite || (folder.st_mode & S_IWOTH) != 0;
     return !isOurs || (othersMayWrite && (folder.st_mode & S_ISVTX) == 0);
 }
 

@@ -46,7 +46,16 @@ std::vector<std::string> pseudoMountPoints() {
     return points;
 }
 
-std::optional<std::string> mountPointIn(const std::string &path) {
+struct MountPoints::Table {};
+
+MountPoints::MountPoints() = default;
+MountPoints::~MountPoints() = default;
+
+bool MountPoints::areKnown() {
+    return !MountTable().entries().empty();
+}
+
+std::optional<std::string> MountPoints::firstIn(const std::string &path) {
     const MountTable table;
     for (const struct statfs &mount : table.entries())
         if (isAtOrUnder(mount.f_mntonname, path))

@@ -1,5 +1,7 @@
 #include "Platform/PrivilegedRemoval.h"
 
+#include "Base/Text.h"
+
 #include <crt_externs.h>
 #include <cstring>
 #include <optional>
@@ -33,25 +35,27 @@ std::size_t longestPrivilegedRemoval() {
 
 // The system runs only a command, which knows its items by their paths. So they are compared a last time
 // before the question, and nobody else may be able to exchange a folder on the way to them (see
-// `othersMayExchange`).
+// `othersMayExchange`). The others are removed all the same.
 Result<KeptReasons, PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &items,
                                                               const Tools &tools) {
+    KeptReasons reasons(items.size());
     std::vector<std::string> paths;
-    for (const ItemPin &pin : items) {
-        const Result<OpenedItem, int> found = OpenedItem::again(pin);
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const std::string name = "“" + displayText(items[i].place.fileName()) + "”";
+        const Result<OpenedItem, int> found = OpenedItem::again(items[i]);
         const auto *item = std::get_if<OpenedItem>(&found);
         if (item == nullptr)
-            return PrivilegedRunError{"“" + std::string(pin.place.fileName()) +
-                                      "” changed since you selected it. Nothing was removed."};
-        if (othersMayExchange(*item))
-            return PrivilegedRunError{"Other users can change a folder on the way to “" + item->name() +
-                                      "”, so an administrator’s command might remove something else. Nothing "
-                                      "was removed."};
-        paths.push_back(item->place().standardized().path());
+            reasons[i] = name + " changed since you selected it.";
+        else if (othersMayExchange(*item))
+            reasons[i] = "Other users can change a folder on the way to " + name +
+                         ", so the command of an administrator might remove something else.";
+        else
+            paths.push_back(item->place().standardized().path());
     }
-    if (std::optional<PrivilegedRunError> error = runAsAdministrator(removalCommand(paths), tools))
-        return *std::move(error);
-    return KeptReasons(items.size());
+    if (!paths.empty())
+        if (std::optional<PrivilegedRunError> error = runAsAdministrator(removalCommand(paths), tools))
+            return *std::move(error);
+    return reasons;
 }
 
 } // namespace brimvale

@@ -26,4 +26,10 @@ uid_t firstPersonalAccount() {
     return 501;
 }
 
+bool isAdministratorGroup(gid_t group) {
+    constexpr gid_t wheel = 0;
+    constexpr gid_t admin = 80;
+    return group == wheel || group == admin;
+}
+
 } // namespace brimvale

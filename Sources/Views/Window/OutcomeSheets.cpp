@@ -35,10 +35,12 @@ void OutcomeSheets::showResult() {
 void OutcomeSheets::showNextResult() {
     if (resultSheet_ != nullptr || results_.empty() || !window_.isVisible())
         return;
-    auto *sheet = new ResultSheet(results_.front(), &window_);
+    const RemovalResult result = results_.front();
+    auto *sheet = new ResultSheet(result, &window_);
     results_.pop_front();
     resultSheet_ = sheet;
-    connect(sheet, &ResultSheet::escalated, &removals_, &Removals::escalate);
+    connect(sheet, &ResultSheet::escalated, this,
+            [this, result](const std::vector<FileURL> &items) { removals_.escalate(items, result); });
     connect(sheet, &QDialog::finished, this, [this] {
         resultSheet_ = nullptr;
         whenNoSheetIsOpen(this, [this] { showNextResult(); });
