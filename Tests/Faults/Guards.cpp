@@ -63,7 +63,7 @@ bool isAdmitted(const RemovalGuards &guards, const FileURL &path) {
     const auto *item = std::get_if<OpenedItem>(&opened);
     // A removal refuses mounted folders themselves.
     return item != nullptr && !guards.check(*item, guards.locate()) &&
-           !(item->isFolder() && mountPointIn(item->place().path()));
+           !(item->isFolder() && MountPoints().firstIn(item->place().path()));
 }
 
 void tryPlace(const Guarded &guarded, Findings &findings) {

@@ -19,8 +19,8 @@ Rows measure(const std::vector<FileURL> &items, const StopFlag &cancelled) {
             break;
         const auto [row, isNew] = rows.try_emplace(item);
         if (isNew && !Remover::isGone(item))
-            row->second = Shown{DiskScanner::quickSize(item.path(), options, cancelled),
-                                pinOf(item.standardized())};
+            row->second =
+                Shown{DiskScanner::quickSize(item.path(), options, cancelled), pinOf(item.standardized())};
     }
     return rows;
 }

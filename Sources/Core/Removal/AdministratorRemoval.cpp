@@ -63,9 +63,19 @@ std::variant<ItemPin, std::string> admit(const RemovalGate &gate, const CleanupE
     return item.pin();
 }
 
-std::string stillPresent(const KeptReasons &reasons, std::size_t item) {
-    const bool isKnown = item < reasons.size() && !reasons[item].empty();
-    return "Still present after removal." + (isKnown ? " " + reasons[item] : "");
+using AdministratorOutcome = Result<KeptReasons, PrivilegedRunError>;
+
+/// Why the item was not removed; nothing if it was. An item that was moved away is not at its path either,
+/// but only an item that was not kept is removed.
+std::optional<std::string> failureOf(const AdministratorOutcome &outcome, std::size_t number,
+                                     const FileURL &item) {
+    if (const auto *error = std::get_if<PrivilegedRunError>(&outcome))
+        return error->message.value_or("Authorization failed.");
+    const auto &reasons = std::get<KeptReasons>(outcome);
+    const std::string reason = number < reasons.size() ? reasons[number] : "";
+    if (isGone(item))
+        return reason.empty() ? std::nullopt : std::optional(reason);
+    return "Still present after removal." + (reason.empty() ? "" : " " + reason);
 }
 
 } // namespace
@@ -100,18 +110,17 @@ RemovalResult removeWithAdmin(const std::vector<CleanupEntry> &entries, RemovalA
         return result;
 
     Figures before = measured(admitted);
-    const auto outcome = actions.removeAsAdministrator(pins);
-    const auto *error = std::get_if<PrivilegedRunError>(&outcome);
+    const AdministratorOutcome outcome = actions.removeAsAdministrator(pins);
     for (std::size_t i = 0; i < admitted.size(); ++i) {
         const FileURL &item = admitted[i];
-        if (error == nullptr && isGone(item)) {
+        std::optional<std::string> failure = failureOf(outcome, i, item);
+        if (!failure) {
             result.succeeded.push_back(item);
             const std::int64_t freed = std::exchange(before[item], {}).freedBytes;
             result.bytesFreed = checkedAdd(result.bytesFreed, freed);
             continue;
         }
-        result.failed.push_back({item, error != nullptr ? error->message.value_or("Authorization failed.")
-                                                        : stillPresent(std::get<KeptReasons>(outcome), i)});
+        result.failed.push_back({item, *std::move(failure)});
         notePart(result, item, before[item]);
     }
     return result;

@@ -17,16 +17,21 @@ namespace brimvale {
 
 namespace {
 
+/// The path of a folder without links.
+std::optional<FileURL> realFolder(const FileURL &folder) {
+    std::error_code error;
+    const std::filesystem::path real = std::filesystem::canonical(folder.path(), error);
+    return error ? std::nullopt : std::optional(FileURL(real.native()));
+}
+
 /// The homes to guard: the user's and those of all accounts. Each also by its resolved path, because a scan
 /// of the whole disk finds it by both.
 std::vector<FileURL> guardedHomes(const FileURL &home) {
     std::vector<FileURL> homes = accountHomes();
     homes.push_back(home);
     for (std::size_t i = 0, count = homes.size(); i < count; ++i) {
-        std::error_code error;
-        const std::filesystem::path resolved = std::filesystem::canonical(homes[i].path(), error);
-        if (!error)
-            homes.emplace_back(resolved.native());
+        if (std::optional<FileURL> real = realFolder(homes[i]))
+            homes.push_back(*std::move(real));
     }
     std::sort(homes.begin(), homes.end());
     homes.erase(std::unique(homes.begin(), homes.end()), homes.end());
@@ -68,6 +73,8 @@ RemovalGuards::SystemGuards::SystemGuards(const Host &host) {
     for (const FileURL &home : guardedHomes(host.home))
         addPathsOf(home, host.system);
     addUserDirectories(host.home);
+    if (const std::optional<FileURL> real = realFolder(host.home))
+        addUserDirectories(*real);
 
     const auto addSpelling = [&](const std::string &folder) {
         if (folder.size() > 1)
@@ -98,9 +105,9 @@ void RemovalGuards::SystemGuards::addPathsOf(const FileURL &home, System system)
     }
 }
 
-/// The user's own folders for documents and so on, which may be anywhere; and, where they or the usual folders
-/// of the home are links, what contains the folders they lead to. Those of other accounts are not read: they
-/// could name any folder of ours.
+/// The user's own folders for documents and so on, which may be anywhere; and, where they or the usual
+/// folders of the home are links, what contains the folders they lead to. Those of other accounts are not
+/// read: they could name any folder of ours.
 void RemovalGuards::SystemGuards::addUserDirectories(const FileURL &home) {
     for (const FileURL &folder : userDirectories(home).all)
         structural_.insert(folder.path());
@@ -109,9 +116,8 @@ void RemovalGuards::SystemGuards::addUserDirectories(const FileURL &home) {
         std::error_code error;
         if (!std::filesystem::is_symlink(folder, error) || !isAtOrUnder(folder, home.path()))
             continue;
-        const std::filesystem::path real = std::filesystem::canonical(folder, error);
-        if (!error)
-            addWithAncestors(FileURL(real.native()));
+        if (const std::optional<FileURL> real = realFolder(FileURL(folder)))
+            addWithAncestors(*real);
     }
 }
 
@@ -164,8 +170,9 @@ RemovalGuards::Places RemovalGuards::SystemGuards::locate() const {
         const std::optional<FileStatus> status = fileStatus(folder);
         const bool isLink = status && status->kind != FileKind::directory;
         std::error_code error;
-        places.emplace(*identity,
-                       GuardedFolder{folder, isLink ? std::filesystem::canonical(folder, error).native() : ""});
+        places.emplace(
+            *identity,
+            GuardedFolder{folder, isLink ? std::filesystem::canonical(folder, error).native() : ""});
     };
     std::for_each(structural_.begin(), structural_.end(), add);
     for (const Prefix &prefix : protectedPrefixes_)
@@ -187,9 +194,11 @@ std::optional<std::string> RemovalGuards::SystemGuards::refusal(const OpenedItem
         const std::string rest = path.substr(end);
         const auto [first, last] = places.equal_range(folder);
         for (auto found = first; found != last; ++found) {
-            // Inside a link the real path counts: "/var/run", a link to "/run", is protected, "/run/media" not.
+            // Inside a link the real path counts: "/var/run", a link to "/run", is protected, "/run/media"
+            // not.
             const GuardedFolder &guarded = found->second;
-            const std::string &name = rest.empty() || guarded.realPath.empty() ? guarded.path : guarded.realPath;
+            const std::string &name =
+                rest.empty() || guarded.realPath.empty() ? guarded.path : guarded.realPath;
             if (std::optional<std::string> reason = refusal(pathInside(name, rest)))
                 return reason;
         }

@@ -25,7 +25,8 @@ CleanupEntry shown(const std::string &path) {
 /// Removes the entry in every way that the user can choose, and expects that nothing happens.
 void expectRefused(const CleanupEntry &entry, const std::string &name) {
     ASSERT_TRUE(entry.pin);
-    const RemovalResult expected{.failed = {{entry.url, "“" + name + "” changed since you selected it."}}};
+    const RemovalResult expected{.failed = {{entry.url, "“" + name + "” changed since you selected it."}},
+                                 .changed = {entry.url}};
     for (const RemovalMode mode : {RemovalMode::trash, RemovalMode::deleteNow}) {
         RecordingActions actions;
         EXPECT_EQ(Remover::remove(std::vector{entry}, mode, nullptr, actions), expected);

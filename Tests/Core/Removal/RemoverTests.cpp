@@ -210,7 +210,10 @@ TEST(Remover, MeasuresBeforeRemoving) {
     RecordingActions actions;
     actions.onItem = [&](RemovalProgress *) { std::filesystem::remove_all(url.path()); };
     EXPECT_EQ(Remover::remove(Urls{url, url}, RemovalMode::deleteNow, nullptr, actions),
-              (RemovalResult{{url}, {{url, url.path() + " no longer exists."}}, size, {}}));
+              (RemovalResult{.succeeded = {url},
+                             .failed = {{url, url.path() + " no longer exists."}},
+                             .bytesFreed = size,
+                             .goneAnyway = {url}}));
     EXPECT_GT(size, 70'000);
 }
 
@@ -388,7 +391,7 @@ TEST(Remover, TellsWhereAnotherTrashHasAnItem) {
     const RemovalResult result = Remover::remove(Urls{file}, RemovalMode::trash, nullptr, actions);
     EXPECT_EQ(result.succeeded, Urls{file});
     EXPECT_EQ(RemovalReport::remarkLines(result),
-              std::vector{file.path() + ": It is now “/v/.Trash-1/files/a␊”, because the Trash in the home "
+              std::vector{file.path() + ": It is now “/v/.Trash-1/files/a\n”, because the Trash in the home "
                                         "folder can’t be used."});
 }
 

@@ -48,7 +48,7 @@ TEST(GuardedPlaces, AreFoundThroughLinks) {
                         EndsWith(" is a structural directory and is never removed."))
                 << path;
         EXPECT_EQ(reasonFor(folder.path("data/pictures")),
-                  home + "/Pictures is a structural directory and is never removed.");
+                  folder.path("data/pictures") + " is a structural directory and is never removed.");
         EXPECT_THAT(reasonFor(folder.path("root/usr/bin/env")),
                     EndsWith(" lives inside a protected system location."));
         EXPECT_NE(reasonFor(folder.path("root/usr")), "");
