@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace brimvale {
 
@@ -122,6 +123,23 @@ TEST(PinnedRemoval, RemovesTheShownItemThoughALinkOnTheWayChanged) {
     const RemovalResult result = Remover::remove(std::vector{entry}, RemovalMode::trash, nullptr, actions);
     EXPECT_EQ(result.succeeded, std::vector{entry.url});
     EXPECT_EQ(actions.calls, std::vector{"trash " + item});
+}
+
+// Its owner could let it lead elsewhere at any time.
+TEST(PinnedRemoval, FollowsNoLinkOfAnotherUser) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can make folders of others";
+    const TemporaryFolder folder;
+    folder.makeFile("real/item");
+    const std::string link = folder.makeLink("link", "real");
+    const FileURL item(link + "/item");
+    EXPECT_TRUE(pinOf(item));
+    ASSERT_EQ(lchown(link.c_str(), 65534, 65534), 0);
+    RecordingActions actions;
+    const RemovalResult result = Remover::remove(std::vector{item}, RemovalMode::deleteNow, nullptr, actions);
+    EXPECT_TRUE(actions.calls.empty());
+    ASSERT_EQ(result.failed.size(), 1U);
+    EXPECT_NE(result.failed[0].reason.find("belongs to another user"), std::string::npos);
 }
 
 TEST(PinnedRemoval, DeletesThroughTheOpenedParentOnly) {

@@ -19,6 +19,7 @@
 #include <linux/fs.h>
 #include <linux/seccomp.h>
 #include <sys/ioctl.h>
+#include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -314,6 +315,26 @@ TEST(FileRemoval, NeverEntersMountPoints) {
         // An item on another device than the folder of a link to it is like any other.
         folder.makeLink("way", "memory/mount");
         EXPECT_EQ(outcome(folder.path("way/folder")), "gone");
+    });
+}
+
+// Removing something in a lower folder copies the folder up, with a new time of creation.
+TEST(FileRemoval, DeletesFoldersOfLowerLayers) {
+    testing::inChild([] {
+        const TemporaryFolder folder;
+        const std::string memory = folder.makeFolder("memory"), overlay = folder.makeFolder("overlay");
+        if (!testing::ownMounts() || !testing::mountMemory(memory))
+            GTEST_SKIP() << "mounting is not permitted here";
+        folder.makeFile("memory/lower/item/one");
+        folder.makeFile("memory/lower/item/inner/two");
+        folder.makeFolder("memory/upper");
+        folder.makeFolder("memory/work");
+        const std::string layers =
+            "lowerdir=" + memory + "/lower,upperdir=" + memory + "/upper,workdir=" + memory + "/work";
+        if (mount("overlay", overlay.c_str(), "overlay", 0, layers.c_str()) != 0)
+            GTEST_SKIP() << "there is no overlay here";
+        EXPECT_EQ(outcome(overlay + "/item"), "gone");
+        EXPECT_FALSE(isThere(overlay + "/item"));
     });
 }
 
