@@ -49,7 +49,7 @@ struct Setting {
             deeds = {&deedsInside.at(random() % deedsInside.size()),
                      &deedsInside.at(random() % deedsInside.size())};
         else // just one: another would be done to what the first one has put there
-            deeds = {&deedsAround.at(random() % (isOtherUser ? deedsOfOtherUsers : deedsAround.size()))};
+            deeds = {&deedsAround.at(random() % deedsOfAncestors)};
     }
 
     [[nodiscard]] std::string described() const {

@@ -60,9 +60,11 @@ struct Deed {
     const char *otherFolder, *otherEntry;
 };
 
-/// To the item and its ancestors. Another user who owns these can do the first `deedsOfOtherUsers`.
+/// To the item and its ancestors. Another user who owns these can do the first `deedsOfAncestors`. The others
+/// are done to the item itself. Nothing prevents them right before the last call, so only steps try them:
+/// there it is certain before which call.
 extern const std::array<Deed, 11> deedsAround;
-constexpr std::size_t deedsOfOtherUsers = 6;
+constexpr std::size_t deedsOfAncestors = 6;
 /// To the contents of an item that is a folder.
 extern const std::array<Deed, 5> deedsInside;
 
