@@ -56,7 +56,7 @@ TEST(Size, ContinuesAfterAnError) {
 TEST(Size, SaysWhatItLeftOut) {
     const TemporaryFolder folder;
     folder.makeFile("item/closed/file", 50'000);
-    std::filesystem::permissions(folder.path("item/closed"), std::filesystem::perms(0700));
+    std::filesystem::permissions(folder.path("item/closed"), std::filesystem::perms::none);
     const std::string program = folder.makeFolder("program");
     for (const std::string &open : {folder.path(), folder.path("item"), program})
         std::filesystem::permissions(open, std::filesystem::perms(0777));

@@ -28,8 +28,8 @@ using Rows = std::unordered_map<FileURL, std::optional<Shown>>;
 /// Whether the row shows one of these items, or an item inside or around one.
 [[nodiscard]] bool isTouched(const FileURL &row, const GonePaths &partlyGone);
 
-/// Measures the rows, each once. Blocks; call it off the main thread.
-[[nodiscard]] Rows measure(const std::vector<FileURL> &rows, const StopFlag &cancelled);
+/// Measures the items of rows, each once. Blocks; call it off the main thread.
+[[nodiscard]] Rows measure(const std::vector<FileURL> &items, const StopFlag &cancelled);
 
 /// The rows that no longer exist.
 [[nodiscard]] GonePaths goneIn(const Rows &rows);

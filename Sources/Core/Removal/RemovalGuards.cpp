@@ -33,8 +33,6 @@ std::vector<FileURL> guardedHomes(const FileURL &home) {
         if (std::optional<FileURL> real = realFolder(homes[i]))
             homes.push_back(*std::move(real));
     }
-    std::sort(homes.begin(), homes.end());
-    homes.erase(std::unique(homes.begin(), homes.end()), homes.end());
     return homes;
 }
 
@@ -70,8 +68,10 @@ bool areTheSameItem(const std::string &a, const std::string &b) {
 } // namespace
 
 RemovalGuards::SystemGuards::SystemGuards(const Host &host) {
+    std::unordered_set<FileURL> added;
     for (const FileURL &home : guardedHomes(host.home))
-        addPathsOf(home, host.system);
+        if (added.insert(home).second)
+            addPathsOf(home, host.system);
     addUserDirectories(host.home);
     if (const std::optional<FileURL> real = realFolder(host.home))
         addUserDirectories(*real);

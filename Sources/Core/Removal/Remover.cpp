@@ -171,6 +171,9 @@ void Removal::notePart(const FileURL &url, const FileURL &item, std::int64_t siz
     if (isGone(item)) {
         result_.goneAnyway.push_back(url);
         addBytes(entriesRemoved > 0 ? size : 0);
+        const bool wasMovedAway = !result_.changed.empty() && result_.changed.back() == url;
+        if (entriesRemoved > 0 && wasMovedAway) // at least the folder itself is somewhere else now
+            result_.partlyRemoved.push_back({url, entriesRemoved, checkedAdd(entriesRemoved, 1), size});
     } else if (entriesRemoved > 0) {
         const DiskScanner::QuickFigures left =
             DiskScanner::quickFigures(item.path(), ScanOptions::standard(), progress_.abandoned);

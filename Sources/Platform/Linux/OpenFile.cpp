@@ -26,13 +26,15 @@ int passThroughFlags() {
 }
 
 std::optional<ItemIdentity> identityOfEntry(int folder, const char *name) {
+    const bool isOverlay =
+        givesCopiesNewTimes(folder); // first, so nothing lies between a comparison and its use
     struct statx record {};
     if (statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE | STATX_INO | STATX_BTIME,
               &record) != 0)
         return std::nullopt;
     ItemIdentity identity{.file = {makedev(record.stx_dev_major, record.stx_dev_minor), record.stx_ino},
                           .isFolder = S_ISDIR(record.stx_mode)};
-    if ((record.stx_mask & STATX_BTIME) != 0 && !givesCopiesNewTimes(folder))
+    if ((record.stx_mask & STATX_BTIME) != 0 && !isOverlay)
         identity.created = nanosecondsOf(record.stx_btime.tv_sec, record.stx_btime.tv_nsec);
     return identity;
 }

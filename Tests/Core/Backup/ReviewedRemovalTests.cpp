@@ -172,14 +172,16 @@ TEST_F(Reviewed, StopsWhileTheBackupIsRead) {
     pending.verified = std::make_shared<const VerifiedBackup>(std::move(state));
     RemovalProgress progress;
     std::optional<Clock::time_point> stopped;
-    const std::jthread stopper([&] {
+    std::jthread stopper([&] {
         while (progress.bytesVerified < 20'000'000)
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         stopped = Clock::now();
         progress.cancelled.set();
     });
     const ReviewedRemoval removal = removeReviewed(pending, progress, actions);
-    EXPECT_LT(Clock::now() - stopped.value_or(Clock::now()), std::chrono::milliseconds(500));
+    const Clock::time_point end = Clock::now();
+    stopper.join();
+    EXPECT_LT(end - stopped.value_or(end), std::chrono::milliseconds(500));
     EXPECT_EQ(removal.result.failed.size(), 3U);
     EXPECT_EQ(removal.keptCount, 0U);
     EXPECT_THAT(actions.calls, IsEmpty());
