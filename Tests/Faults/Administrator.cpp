@@ -28,7 +28,7 @@ public:
         const std::string layers = "lowerdir=" + below + ",upperdir=" + (folder_ / "above").native() +
                                    ",workdir=" + (folder_ / "work").native();
         if (mount("none", below.c_str(), "overlay", 0, layers.c_str()) != 0)
-            throw std::runtime_error("no stand-in can be laid over " + below);
+            throw std::runtime_error("cannot mount a stand-in over " + below);
     }
     ~StandIn() {
         umount2(runner_.parent_path().c_str(), MNT_DETACH);

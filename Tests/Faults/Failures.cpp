@@ -32,7 +32,7 @@ bool isOfWork(const Call &call) {
     return path.starts_with(Scene::top()) || path.ends_with("/mountinfo");
 }
 
-/// A failing close still closes, but here it would not: whoever reads the other end of a pipe would wait for
+/// A failing close still closes, but here it would not: the reader of a pipe's other end would wait for
 /// ever.
 bool closesPipe(const Call &call) {
     std::error_code error;

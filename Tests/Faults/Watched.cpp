@@ -39,7 +39,7 @@ void require(bool isDone, const char *what) {
         throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// Has the calls of this process, and of all that it starts, wait for whoever reads its descriptor.
+/// Has the calls of this process, and of all that it starts, wait for the reader of its descriptor.
 bool watchOwnCalls() {
     const std::vector<CallKind> &kinds = callKinds();
     std::vector<sock_filter> filter = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
@@ -94,7 +94,7 @@ private:
     void readTerminal();
 
     const Program &program_;
-    Descriptor terminal_; ///< the end of whoever types on it
+    Descriptor terminal_; ///< the end that the user types on
     Descriptor output_{memfd_create("output", MFD_CLOEXEC)};
     Descriptor calls_;
     pid_t child_ = -1;
@@ -130,7 +130,7 @@ bool Watch::isOver() {
 void Watch::answerCall() {
     seccomp_notif notice{};
     if (ioctl(calls_.number(), SECCOMP_IOCTL_NOTIF_RECV, &notice) != 0)
-        return; // whoever called has been killed
+        return; // the caller has been killed
     seccomp_notif_resp reply{notice.id, 0, 0, SECCOMP_USER_NOTIF_FLAG_CONTINUE};
     if (const CallKind *kind = callKind(notice.data.nr)) {
         Call call{*kind, {}, static_cast<pid_t>(notice.pid)};

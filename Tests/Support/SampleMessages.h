@@ -35,7 +35,7 @@ struct SampleChat {
 [[nodiscard]] bool makeDatabase(const std::string &path, const std::vector<SampleChat> &chats,
                                 const std::vector<SampleMessage> &messages);
 
-/// A database that does harm to whoever reads it carelessly.
+/// A database that does harm to a careless reader.
 struct HostileDatabase {
     std::string name;
     std::string statements; ///< that make it

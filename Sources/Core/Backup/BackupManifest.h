@@ -31,7 +31,7 @@ constexpr std::string_view fileName = "manifest.json";
 [[nodiscard]] std::optional<std::vector<BackedUpEntry>> entriesOf(std::string_view document);
 
 /// The entries of the backup in `folder`, sorted by path, without its manifest. `known` are entries whose
-/// figures are at hand; all others are read. Entries at or under one of the `leftOut` paths (relative) are
+/// figures are known; all others are read. Entries at or under one of the `leftOut` paths (relative) are
 /// not listed. An error when it is cancelled, or an entry cannot be read.
 [[nodiscard]] Result<std::vector<BackedUpEntry>> list(const FileURL &folder, std::vector<BackedUpEntry> known,
                                                       const std::vector<std::string> &leftOut,

@@ -40,8 +40,8 @@ std::optional<EntryRecord> recordAt(int folder, const char *name) {
 
 std::optional<EntryRecord> entryRecord(const std::string &path) {
     std::optional<EntryRecord> found;
-    withShortPath(path, [&](int enclosing, const char *rest) {
-        found = recordAt(enclosing, rest);
+    withShortPath(path, [&](int parent, const char *rest) {
+        found = recordAt(parent, rest);
         return found ? 0 : -1;
     });
     return found;

@@ -11,8 +11,8 @@ namespace brimvale {
 
 FileReader::FileReader(const std::string &path, Source source)
     : descriptor_(withShortPath(path,
-                                [](int enclosing, const char *rest) {
-                                    return openat(enclosing, rest,
+                                [](int parent, const char *rest) {
+                                    return openat(parent, rest,
                                                   O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
                                 })),
       source_(source) {

@@ -8,7 +8,7 @@
 
 namespace brimvale::testing {
 
-// Nor does the end of the program wait for whoever has asked it.
+// The program does not wait for the volume when it ends either.
 TEST(DeadVolume, IsNotListed) {
     const TemporaryFolder folder;
     const std::string dead = folder.makeFolder("dead");

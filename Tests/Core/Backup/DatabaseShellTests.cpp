@@ -141,7 +141,7 @@ TEST(DatabaseShell, ReadsNoEndlessAnswer) {
 TEST(DatabaseShell, IsEndedAtOnce) {
     const TemporaryFolder folder;
     const std::string database = folder.path("chat.db");
-    // Every message in every chat: rows without end, but for the patience of whoever asked.
+    // Every message in every chat: more rows than anybody can wait for.
     const std::string numbers = "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n LIMIT 3000) ";
     if (!testing::runStatements(database, testing::statementsOf({}, {}) + "INSERT INTO chat " + numbers +
                                               "SELECT i,'Team','id' FROM n;INSERT INTO message " + numbers +
