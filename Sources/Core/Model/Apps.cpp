@@ -117,24 +117,15 @@ void Apps::measureAgain(const GonePaths &partlyGone) {
 }
 
 void Apps::measureRowsAgain(const GonePaths &partlyGone) {
-    if (partlyGone.isEmpty())
-        return;
     std::vector<FileURL> rows;
-    const auto addIfTouched = [&](const FileURL &item) {
-        if (RowMeasuring::isTouched(item, partlyGone))
-            rows.push_back(item);
-    };
     for (const AppRow &row : state().apps) {
         if (row.analyzed)
-            addIfTouched(row.app.url);
+            rows.push_back(row.app.url);
         for (const LeftoverItem &item : row.leftovers)
-            addIfTouched(item.url);
+            rows.push_back(item.url);
     }
-    if (rows.empty())
-        return;
-    workers_.run(
-        this, [rows, cancelled = workers_.closing()] { return RowMeasuring::measure(rows, cancelled); },
-        [this](const RowMeasuring::Rows &sizes) {
+    RowMeasuring::measureAgain(
+        workers_, this, std::move(rows), partlyGone, [this](const RowMeasuring::Rows &sizes) {
             drop(RowMeasuring::goneIn(sizes));
             update([&](AppState &state) {
                 for (AppRow &row : state.apps) {

@@ -82,25 +82,19 @@ void Cleanup::measureAgain(const GonePaths &partlyGone) {
 }
 
 void Cleanup::measureRowsAgain(const GonePaths &partlyGone) {
-    if (partlyGone.isEmpty())
-        return;
     std::vector<FileURL> rows;
     for (const CleanupTarget &target : state().cleanupTargets)
         for (const CleanupEntry &entry : target.entries)
-            if (RowMeasuring::isTouched(entry.url, partlyGone))
-                rows.push_back(entry.url);
-    if (rows.empty())
-        return;
-    workers_.run(
-        this, [rows, cancelled = workers_.closing()] { return RowMeasuring::measure(rows, cancelled); },
-        [this](const RowMeasuring::Rows &sizes) {
-            drop(RowMeasuring::goneIn(sizes));
-            update([&](CleanupState &state) {
-                for (CleanupTarget &target : state.cleanupTargets)
-                    for (CleanupEntry &entry : target.entries)
-                        RowMeasuring::update(sizes, entry.url, entry.size, entry.pin);
-            });
-        });
+            rows.push_back(entry.url);
+    RowMeasuring::measureAgain(workers_, this, std::move(rows), partlyGone,
+                               [this](const RowMeasuring::Rows &sizes) {
+                                   drop(RowMeasuring::goneIn(sizes));
+                                   update([&](CleanupState &state) {
+                                       for (CleanupTarget &target : state.cleanupTargets)
+                                           for (CleanupEntry &entry : target.entries)
+                                               RowMeasuring::update(sizes, entry.url, entry.size, entry.pin);
+                                   });
+                               });
 }
 
 } // namespace brimvale

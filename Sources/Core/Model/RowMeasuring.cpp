@@ -1,11 +1,16 @@
 #include "Core/Model/RowMeasuring.h"
 
 #include "Base/StopFlag.h"
+#include "Core/Model/Workers.h"
 #include "Core/Removal/Remover.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/ScanOptions.h"
 
+#include <utility>
+
 namespace brimvale::RowMeasuring {
+
+namespace {
 
 bool isTouched(const FileURL &row, const GonePaths &partlyGone) {
     return partlyGone.contains(row) || partlyGone.reachInto(row);
@@ -23,6 +28,18 @@ Rows measure(const std::vector<FileURL> &items, const StopFlag &cancelled) {
                 Shown{DiskScanner::quickSize(item.path(), options, cancelled), pinOf(item.standardized())};
     }
     return rows;
+}
+
+} // namespace
+
+void measureAgain(Workers &workers, QObject *context, std::vector<FileURL> rows, const GonePaths &partlyGone,
+                  std::function<void(const Rows &)> use) {
+    std::erase_if(rows, [&](const FileURL &row) { return !isTouched(row, partlyGone); });
+    if (rows.empty())
+        return;
+    workers.run(
+        context, [rows = std::move(rows), cancelled = workers.closing()] { return measure(rows, cancelled); },
+        std::move(use));
 }
 
 GonePaths goneIn(const Rows &rows) {

@@ -4,14 +4,16 @@
 #include "Core/Removal/GonePaths.h"
 #include "Platform/OpenedItem.h"
 
+#include <QObject>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <unordered_map>
 #include <vector>
 
 namespace brimvale {
 
-class StopFlag;
+class Workers;
 
 /// The rows of the lists whose items a removal has deleted only in part, or has found replaced.
 namespace RowMeasuring {
@@ -25,11 +27,10 @@ struct Shown {
 /// Rows with what they show; nothing for items that no longer exist.
 using Rows = std::unordered_map<FileURL, std::optional<Shown>>;
 
-/// Whether the row shows one of these items, or an item inside or around one.
-[[nodiscard]] bool isTouched(const FileURL &row, const GonePaths &partlyGone);
-
-/// Measures the items of rows, each once. Blocks; call it off the main thread.
-[[nodiscard]] Rows measure(const std::vector<FileURL> &items, const StopFlag &cancelled);
+/// Measures those of the rows in the background that show one of these items, or an item inside or around
+/// one, each once. Then calls `use` on the main thread, unless there is no such row or `context` is gone.
+void measureAgain(Workers &workers, QObject *context, std::vector<FileURL> rows, const GonePaths &partlyGone,
+                  std::function<void(const Rows &)> use);
 
 /// The rows that no longer exist.
 [[nodiscard]] GonePaths goneIn(const Rows &rows);

@@ -155,25 +155,19 @@ void Storage::measureAgain(const GonePaths &partlyGone) {
 }
 
 void Storage::measureRowsAgain(const GonePaths &partlyGone) {
-    if (partlyGone.isEmpty())
-        return;
     std::vector<FileURL> rows;
     for (const MeasuredCategory &one : state().categories)
         for (const CleanupEntry &entry : one.entries)
-            if (RowMeasuring::isTouched(entry.url, partlyGone))
-                rows.push_back(entry.url);
-    if (rows.empty())
-        return;
-    workers_.run(
-        this, [rows, cancelled = workers_.closing()] { return RowMeasuring::measure(rows, cancelled); },
-        [this](const RowMeasuring::Rows &sizes) {
-            drop(RowMeasuring::goneIn(sizes));
-            update([&](StorageState &state) {
-                for (MeasuredCategory &one : state.categories)
-                    updateRows(one, sizes);
-                resolveRemainder(state);
-            });
-        });
+            rows.push_back(entry.url);
+    RowMeasuring::measureAgain(workers_, this, std::move(rows), partlyGone,
+                               [this](const RowMeasuring::Rows &sizes) {
+                                   drop(RowMeasuring::goneIn(sizes));
+                                   update([&](StorageState &state) {
+                                       for (MeasuredCategory &one : state.categories)
+                                           updateRows(one, sizes);
+                                       resolveRemainder(state);
+                                   });
+                               });
 }
 
 } // namespace brimvale
