@@ -110,6 +110,9 @@ void writeResult(Output &output, const RemovalResult &result) {
     json.paths("succeeded", result.succeeded);
     writeReasons(json, "failed", result.failed);
     json.member("bytesFreed", result.bytesFreed);
+    json.member("bytesMovedToTrash", result.bytesMovedToTrash);
+    json.member("bytesDeleted", result.bytesDeleted);
+    json.member("freeSpaceRemark", result.freeSpaceRemark);
     json.paths("needsAdmin", result.needsAdmin);
     json.key("partlyRemoved");
     json.beginArray();

@@ -48,7 +48,9 @@ void add(RemovalResult &all, RemovalResult &&one) {
     append(all.remarks, std::move(one.remarks));
     append(all.changed, std::move(one.changed));
     all.pins.merge(one.pins);
-    all.bytesFreed = checkedAdd(all.bytesFreed, one.bytesFreed);
+    for (auto bytes :
+         {&RemovalResult::bytesFreed, &RemovalResult::bytesMovedToTrash, &RemovalResult::bytesDeleted})
+        all.*bytes = checkedAdd(all.*bytes, one.*bytes);
 }
 
 } // namespace

@@ -125,6 +125,9 @@ void Removals::publishResult(const RemovalResult &result) {
     RemovalState &published = unannounced();
     published.lastResult = result;
     published.totalFreedThisSession = checkedAdd(published.totalFreedThisSession, result.bytesFreed);
+    published.movedToTrashThisSession =
+        checkedAdd(published.movedToTrashThisSession, result.bytesMovedToTrash);
+    published.deletedThisSession = checkedAdd(published.deletedThisSession, result.bytesDeleted);
     emit lastResultChanged();
     emit changed();
 }

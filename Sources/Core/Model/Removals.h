@@ -37,7 +37,10 @@ struct RemovalState {
     std::int64_t bytesVerified = 0;
     /// The result of the most recent removal of any kind. `lastResultChanged` announces each.
     std::optional<RemovalResult> lastResult = {};
-    std::int64_t totalFreedThisSession = 0; ///< bytes freed by every removal since launch
+    std::int64_t totalFreedThisSession = 0; ///< the sum of `bytesFreed` of every removal since launch
+    // The bytes behind it since launch. Only deleting frees space.
+    std::int64_t movedToTrashThisSession = 0;
+    std::int64_t deletedThisSession = 0;
 };
 
 /// Starts every removal of the program, one at a time, and announces to all parts what is gone. A removal

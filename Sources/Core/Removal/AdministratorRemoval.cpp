@@ -42,12 +42,15 @@ void notePart(RemovalResult &result, const FileURL &item, DiskScanner::QuickFigu
         return;
     if (isGone(item)) {
         result.goneAnyway.push_back(item);
+        result.bytesDeleted = checkedAdd(result.bytesDeleted, then.freedBytes);
         return;
     }
     const DiskScanner::QuickFigures left = DiskScanner::quickFigures(item.path(), ScanOptions::standard());
-    if (left.entries < then.entries)
-        result.partlyRemoved.push_back({item, then.entries - left.entries, then.entries,
-                                        std::max<std::int64_t>(then.bytes - left.bytes, 0)});
+    if (left.entries >= then.entries)
+        return;
+    const std::int64_t freed = std::max<std::int64_t>(then.bytes - left.bytes, 0);
+    result.partlyRemoved.push_back({item, then.entries - left.entries, then.entries, freed});
+    result.bytesDeleted = checkedAdd(result.bytesDeleted, freed);
 }
 
 /// The item as it is now; or why it is not removed, as a sentence.
@@ -118,6 +121,7 @@ RemovalResult removeWithAdmin(const std::vector<CleanupEntry> &entries, RemovalA
             result.succeeded.push_back(item);
             const std::int64_t freed = std::exchange(before[item], {}).freedBytes;
             result.bytesFreed = checkedAdd(result.bytesFreed, freed);
+            result.bytesDeleted = checkedAdd(result.bytesDeleted, freed);
             continue;
         }
         result.failed.push_back({item, *std::move(failure)});

@@ -33,9 +33,16 @@ struct RemovalResult {
 
     std::vector<FileURL> succeeded = {};
     std::vector<Failure> failed = {};
-    std::int64_t bytesFreed = 0;
+    std::int64_t bytesFreed = 0; ///< sizes of the items in `succeeded`, including those moved to the Trash
     std::vector<FileURL> needsAdmin = {}; ///< can be retried as administrator
     bool isOfBackup = false;              ///< nothing was to be removed yet: the backup before it failed
+
+    /// The bytes that are now in the Trash, and those that were deleted. Only the latter free space.
+    std::int64_t bytesMovedToTrash = 0;
+    std::int64_t bytesDeleted = 0;
+    /// If the free space of the volume grew by much less or more than `bytesDeleted`: this, with the likely
+    /// reason, as a sentence. Empty if not.
+    std::string freeSpaceRemark = {};
 
     /// What was deleted of items that are not removed. `bytesFreed` includes it, unless the administrator's
     /// command deleted it.
@@ -56,7 +63,8 @@ struct RemovalResult {
     friend bool operator==(const RemovalResult &a, const RemovalResult &b) {
         const auto fields = [](const RemovalResult &one) {
             return std::tie(one.succeeded, one.failed, one.bytesFreed, one.needsAdmin, one.isOfBackup,
-                            one.partlyRemoved, one.goneAnyway, one.adminRemarks, one.remarks, one.changed);
+                            one.partlyRemoved, one.goneAnyway, one.adminRemarks, one.remarks, one.changed,
+                            one.bytesMovedToTrash, one.bytesDeleted, one.freeSpaceRemark);
         };
         return fields(a) == fields(b);
     }

@@ -76,7 +76,7 @@ private:
     void noteFailure(const FileURL &url, const FileURL &item, const FileError &error);
     void notePart(const FileURL &url, const FileURL &item, std::int64_t size, std::int64_t entriesRemoved);
     void fail(const FileURL &url, std::string reason) { result_.failed.push_back({url, std::move(reason)}); }
-    void addBytes(std::int64_t bytes) { result_.bytesFreed = checkedAdd(result_.bytesFreed, bytes); }
+    void addBytes(std::int64_t bytes);
 
     RemovalMode mode_;
     RemovalProgress unwatched_;
@@ -97,6 +97,12 @@ std::int64_t Removal::sizeOf(const FileURL &item, const Item &asked) const {
             .freedBytes;
     const std::optional<FileStatus> status = fileStatus(item.path());
     return status && hasOtherNames(*status) ? 0 : *asked.size;
+}
+
+void Removal::addBytes(std::int64_t bytes) {
+    result_.bytesFreed = checkedAdd(result_.bytesFreed, bytes);
+    std::int64_t &kind = mode_ == RemovalMode::trash ? result_.bytesMovedToTrash : result_.bytesDeleted;
+    kind = checkedAdd(kind, bytes);
 }
 
 void Removal::remove(const Item &asked) {

@@ -87,8 +87,13 @@ TEST_F(CorvelModelRemoval, TakesWhatIsGoneOutOfTheTree) {
     RemovalResult result = *model.removals->lastResult;
     EXPECT_TRUE(result.pins.contains(kept)) << "for the administrator";
     result.pins.clear();
-    EXPECT_EQ(result, (RemovalResult{{removedFolder, removedFile}, {}, removedSize, {kept}}));
+    EXPECT_EQ(result, (RemovalResult{.succeeded = {removedFolder, removedFile},
+                                     .bytesFreed = removedSize,
+                                     .needsAdmin = {kept},
+                                     .bytesDeleted = removedSize}));
     EXPECT_EQ(model.removals->totalFreedThisSession, removedSize);
+    EXPECT_EQ(model.removals->deletedThisSession, removedSize);
+    EXPECT_EQ(model.removals->movedToTrashThisSession, 0);
     EXPECT_THAT(announced, UnorderedElementsAre("after b", "after other", "before b", "before other"));
     EXPECT_EQ(trees.count(), 0);
     EXPECT_THAT(namesIn(a), ElementsAre("stays"));

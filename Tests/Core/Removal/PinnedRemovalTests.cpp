@@ -107,7 +107,7 @@ TEST(PinnedRemoval, RemovesAnItemThatOnlyChangedInside) {
     fs::permissions(folder.path("item"), fs::perms::owner_all);
     RecordingActions actions;
     EXPECT_EQ(Remover::remove(std::vector{entry}, RemovalMode::deleteNow, nullptr, actions),
-              (RemovalResult{{entry.url}, {}, 7, {}}));
+              (RemovalResult{.succeeded = {entry.url}, .bytesFreed = 7, .bytesDeleted = 7}));
 }
 
 // Links in a path are followed once, when the item is shown.

@@ -132,8 +132,10 @@ TEST(Remover, OneOfSeveralNamesFreesNothing) {
     const auto removeEntry = [&](const FileURL &url) {
         return Remover::remove(std::vector<CleanupEntry>{{.url = url, .size = size}}, RemovalMode::deleteNow);
     };
-    EXPECT_EQ(removeEntry(file), (RemovalResult{{file}, {}, 0, {}}));
-    EXPECT_EQ(removeEntry(other), (RemovalResult{{other}, {}, size, {}})) << "the last name";
+    EXPECT_EQ(removeEntry(file), (RemovalResult{.succeeded = {file}}));
+    EXPECT_EQ(removeEntry(other),
+              (RemovalResult{.succeeded = {other}, .bytesFreed = size, .bytesDeleted = size}))
+        << "the last name";
     folder.makeFile("file", 50'000);
     folder.makeFile("item/own", 5'000);
     std::filesystem::create_hard_link(file.path(), folder.path("item/other"));
@@ -184,7 +186,7 @@ TEST(Remover, RemovesInOrderAndChecksGuardsFirst) {
 
     const std::vector<CleanupEntry> measured{{.url = first, .size = 7}, {.url = second, .size = 8}};
     EXPECT_EQ(Remover::remove(measured, RemovalMode::trash, nullptr, actions),
-              (RemovalResult{{first, second}, {}, 15, {}}))
+              (RemovalResult{.succeeded = {first, second}, .bytesFreed = 15, .bytesMovedToTrash = 15}))
         << "known sizes are not measured again";
 }
 
@@ -213,6 +215,7 @@ TEST(Remover, MeasuresBeforeRemoving) {
               (RemovalResult{.succeeded = {url},
                              .failed = {{url, url.path() + " no longer exists."}},
                              .bytesFreed = size,
+                             .bytesDeleted = size,
                              .goneAnyway = {url}}));
     EXPECT_GT(size, 70'000);
 }
@@ -290,7 +293,7 @@ TEST(RemoverAsAdministrator, TellsWhatAFailedCommandHasRemoved) {
             whole(folder.makeFile("whole"));
         for (const char *name : {"a", "b", "c"})
             folder.makeFile(std::string("part/") + name, 9'000);
-        const std::int64_t each = sizeOf(folder.path("part/a"));
+        const std::int64_t each = sizeOf(folder.path("part/a")), goneSize = sizeOf(gone.path());
         // As with a command that fails after it has removed some.
         struct FailingActions final : RecordingActions {
             std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override {
@@ -310,6 +313,7 @@ TEST(RemoverAsAdministrator, TellsWhatAFailedCommandHasRemoved) {
         EXPECT_EQ(result.goneAnyway, reportsAnError ? Urls{gone} : Urls());
         EXPECT_EQ(result.partlyRemoved, (std::vector<PartialRemoval>{{part, 1, 4, each}}));
         EXPECT_EQ(result.bytesFreed == 0, reportsAnError);
+        EXPECT_EQ(result.bytesDeleted, goneSize + each);
     }
 }
 
