@@ -125,7 +125,8 @@ std::optional<UpdateFailure> UpdateTransfer::faultOfEnd() const {
     if (hasAnswered || reply_->error() == QNetworkReply::NoError)
         if (auto fault = faultOfHead())
             return fault;
-    if (reply_->error() == QNetworkReply::OperationCanceledError)
+    // Which error a transfer timeout is depends on the version of Qt.
+    if (reply_->error() == QNetworkReply::OperationCanceledError || reply_->error() == QNetworkReply::TimeoutError)
         return timeOut();
     if (reply_->error() != QNetworkReply::NoError)
         return UpdateFailure(reply_->errorString().toStdString());

@@ -121,7 +121,7 @@ TEST(CorvelModel, EndsWithoutATreeWhenStopped) {
     model.scan.scanStats()->cancel();
     ASSERT_TRUE(waitUntilIdle(model));
     EXPECT_EQ(model.scan->tree, nullptr);
-    EXPECT_EQ(model.scan->lastScanDate, std::nullopt);
+    EXPECT_FALSE(model.scan->lastScanDate.has_value());
 
     // A page that wants to stop a session without a scan ends it itself.
     model.scan.finishScan(nullptr);
