@@ -61,9 +61,14 @@ bool isAdmitted(const RemovalGuards &guards, const FileURL &path) {
         return false;
     const auto opened = OpenedItem::at(path.standardized());
     const auto *item = std::get_if<OpenedItem>(&opened);
+    if (item == nullptr || guards.check(*item, guards.locate()))
+        return false;
+    MountPoints mounts;
+    for (const std::string &other : mounts.otherPathsOf(item->place().path()))
+        if (guards.checkOtherPath(other))
+            return false;
     // A removal refuses mounted folders themselves.
-    return item != nullptr && !guards.check(*item, guards.locate()) &&
-           !(item->isFolder() && MountPoints().firstIn(item->place().path()));
+    return !(item->isFolder() && mounts.firstIn(item->place().path()));
 }
 
 void tryPlace(const Guarded &guarded, Findings &findings) {
@@ -82,7 +87,19 @@ void tryPlace(const Guarded &guarded, Findings &findings) {
     }
 }
 
-/// One entry of every protected tree, where it has any.
+/// The first entry in the first folder in that folder, or one further up.
+fs::path deepEntry(fs::path entry) {
+    for (int level = 0; level < 2; ++level) {
+        std::error_code error;
+        const fs::directory_iterator first(entry, error);
+        if (error || fs::is_symlink(entry) || first == fs::directory_iterator())
+            break;
+        entry = first->path();
+    }
+    return entry;
+}
+
+/// One or two entries of every protected tree, where it has any.
 std::vector<std::string> protectedEntries(const GuardedPaths &paths) {
     std::vector<std::string> entries;
     for (const std::string &tree : paths.protectedPrefixes) {
@@ -93,7 +110,8 @@ std::vector<std::string> protectedEntries(const GuardedPaths &paths) {
         const std::string entry = first->path().native();
         if (std::none_of(paths.openPrefixes.begin(), paths.openPrefixes.end(),
                          [&](const std::string &open) { return (entry + "/").starts_with(open); }))
-            entries.push_back(entry);
+            for (const std::string &one : {entry, deepEntry(entry).native()})
+                entries.push_back(one);
     }
     return entries;
 }

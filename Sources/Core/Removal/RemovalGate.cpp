@@ -33,6 +33,9 @@ RemovalGate::Answer RemovalGate::open(const FileURL &item, const std::optional<I
     auto &opened = std::get<OpenedItem>(found);
     if (std::optional<std::string> refusal = guards().check(opened, guarded_))
         return *std::move(refusal);
+    for (const std::string &path : mounts_->otherPathsOf(opened.place().path()))
+        if (std::optional<std::string> refusal = guards().checkOtherPath(path))
+            return *std::move(refusal);
     if (std::optional<std::string> refusal = mountRefusal(opened))
         return *std::move(refusal);
     return std::move(opened);

@@ -6,10 +6,12 @@
 #include "Platform/Characters.h"
 #include "Platform/FileAccess.h"
 #include "Platform/FileStatus.h"
+#include "Platform/Mounts.h"
 #include "Platform/UserDirectories.h"
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -24,20 +26,20 @@ std::optional<FileURL> realFolder(const FileURL &folder) {
     return error ? std::nullopt : std::optional(FileURL(real.native()));
 }
 
-/// The homes to guard: the user's and those of all accounts. Each also by its resolved path, because a scan
-/// of the whole disk finds it by both.
-std::vector<FileURL> guardedHomes(const FileURL &home) {
-    std::vector<FileURL> homes = accountHomes();
-    homes.push_back(home);
-    for (std::size_t i = 0, count = homes.size(); i < count; ++i) {
-        if (std::optional<FileURL> real = realFolder(homes[i]))
-            homes.push_back(*std::move(real));
-    }
-    return homes;
+/// The home, and its path without links, because a scan of the whole disk finds it by both.
+std::vector<FileURL> withRealPath(const FileURL &home) {
+    std::vector<FileURL> paths{home};
+    if (std::optional<FileURL> real = realFolder(home); real && *real != home)
+        paths.push_back(*std::move(real));
+    return paths;
 }
 
 std::string sentence(const std::string &path, std::string_view predicate) {
     return displayText(path).append(predicate);
+}
+
+std::string tooCloseToTheTop(const std::string &path) {
+    return sentence(path, " is too close to the volume root to remove safely.");
 }
 
 /// Whether the standardised path is directly below "/".
@@ -68,13 +70,11 @@ bool areTheSameItem(const std::string &a, const std::string &b) {
 } // namespace
 
 RemovalGuards::SystemGuards::SystemGuards(const Host &host) {
-    std::unordered_set<FileURL> added;
-    for (const FileURL &home : guardedHomes(host.home))
-        if (added.insert(home).second)
-            addPathsOf(home, host.system);
-    addUserDirectories(host.home);
-    if (const std::optional<FileURL> real = realFolder(host.home))
-        addUserDirectories(*real);
+    for (const FileURL &home : withRealPath(host.home)) {
+        addPathsOf(home, host.system);
+        addUserDirectories(home);
+    }
+    addHomesOfOthers(host.system);
 
     const auto addSpelling = [&](const std::string &folder) {
         if (folder.size() > 1)
@@ -84,6 +84,17 @@ RemovalGuards::SystemGuards::SystemGuards(const Host &host) {
     for (const Prefix &prefix : protectedPrefixes_)
         for (const std::string &text : {prefix.protectedPrefix, prefix.withoutPrivate})
             addSpelling(text.substr(0, text.rfind('/')));
+}
+
+void RemovalGuards::SystemGuards::addHomesOfOthers(System system) {
+    const std::unordered_set<std::string> before = structural_;
+    MountPoints mounts;
+    for (const FileURL &account : accountHomes())
+        for (const FileURL &home :
+             mounts.mayBlock(account.path()) ? std::vector{account} : withRealPath(account))
+            addPathsOf(home, system);
+    std::copy_if(structural_.begin(), structural_.end(), std::inserter(ofOthers_, ofOthers_.end()),
+                 [&](const std::string &folder) { return !before.contains(folder); });
 }
 
 void RemovalGuards::SystemGuards::addPathsOf(const FileURL &home, System system) {
@@ -114,7 +125,7 @@ void RemovalGuards::SystemGuards::addUserDirectories(const FileURL &home) {
     const std::vector<std::string> folders(structural_.begin(), structural_.end());
     for (const std::string &folder : folders) {
         std::error_code error;
-        if (!std::filesystem::is_symlink(folder, error) || !isAtOrUnder(folder, home.path()))
+        if (!isAtOrUnder(folder, home.path()) || !std::filesystem::is_symlink(folder, error))
             continue;
         if (const std::optional<FileURL> real = realFolder(FileURL(folder)))
             addWithAncestors(*real);
@@ -163,16 +174,19 @@ std::optional<std::string> RemovalGuards::SystemGuards::refusal(const std::strin
 
 RemovalGuards::Places RemovalGuards::SystemGuards::locate() const {
     Places places;
+    MountPoints mounts;
     const auto add = [&](const std::string &folder) {
-        const std::optional<FileIdentity> identity = folderIdentity(folder);
-        if (!identity)
+        if (ofOthers_.contains(folder) && mounts.mayBlock(folder))
             return;
         const std::optional<FileStatus> status = fileStatus(folder);
-        const bool isLink = status && status->kind != FileKind::directory;
-        std::error_code error;
-        places.emplace(
-            *identity,
-            GuardedFolder{folder, isLink ? std::filesystem::canonical(folder, error).native() : ""});
+        if (status && status->kind == FileKind::directory) {
+            places.emplace(status->identity, GuardedFolder{folder});
+        } else if (const std::optional<FileIdentity> identity =
+                       status ? folderIdentity(folder) : std::nullopt) {
+            std::error_code error;
+            places.emplace(*identity,
+                           GuardedFolder{folder, std::filesystem::canonical(folder, error).native()});
+        }
     };
     std::for_each(structural_.begin(), structural_.end(), add);
     for (const Prefix &prefix : protectedPrefixes_)
@@ -199,8 +213,11 @@ std::optional<std::string> RemovalGuards::SystemGuards::refusal(const OpenedItem
             const GuardedFolder &guarded = found->second;
             const std::string &name =
                 rest.empty() || guarded.realPath.empty() ? guarded.path : guarded.realPath;
-            if (std::optional<std::string> reason = refusal(pathInside(name, rest)))
+            const std::string inGuarded = pathInside(name, rest);
+            if (std::optional<std::string> reason = refusal(inGuarded))
                 return reason;
+            if (isAtTheTop(inGuarded))
+                return tooCloseToTheTop(inGuarded);
         }
         end = std::min(path.find('/', end + 1), path.size());
     }
@@ -220,7 +237,7 @@ std::optional<std::string> RemovalGuards::check(const FileURL &url) const {
     if (std::optional<std::string> refusal = inForce_.refusal(path))
         return refusal;
     if (isAtTheTop(path))
-        return sentence(path, " is too close to the volume root to remove safely.");
+        return tooCloseToTheTop(path);
     if (!itemExists(path))
         return sentence(path, " no longer exists.");
     return platform_ ? platform_->refusal(path) : std::nullopt;
@@ -232,10 +249,18 @@ RemovalGuards::Located RemovalGuards::locate() const {
 
 std::optional<std::string> RemovalGuards::check(const OpenedItem &item, const Located &guarded) const {
     if (isAtTheTop(item.place().path()))
-        return sentence(item.place().path(), " is too close to the volume root to remove safely.");
+        return tooCloseToTheTop(item.place().path());
     if (std::optional<std::string> reason = inForce_.refusal(item, guarded.inForce))
         return reason;
     return platform_ ? platform_->refusal(item, guarded.platform) : std::nullopt;
+}
+
+std::optional<std::string> RemovalGuards::checkOtherPath(const std::string &path) const {
+    if (std::optional<std::string> reason = inForce_.refusal(path))
+        return reason;
+    if (isAtTheTop(path))
+        return tooCloseToTheTop(path);
+    return platform_ ? platform_->refusal(path) : std::nullopt;
 }
 
 } // namespace brimvale

@@ -42,7 +42,8 @@ public:
     /// The guarded folders of a system by what they are on the disk.
     using Places = std::unordered_multimap<FileIdentity, GuardedFolder>;
 
-    /// Where the guarded folders are at present.
+    /// Where the guarded folders are at present. Homes of other accounts on network volumes are left out,
+    /// because a server that is gone would stop every removal; they are guarded by their paths.
     struct Located {
         Places inForce;
         Places platform;
@@ -51,6 +52,9 @@ public:
 
     /// The same for the place of an item, after its path was checked. Reads nothing.
     [[nodiscard]] std::optional<std::string> check(const OpenedItem &item, const Located &guarded) const;
+
+    /// The same for another absolute path of an item that was opened.
+    [[nodiscard]] std::optional<std::string> checkOtherPath(const std::string &path) const;
 
 private:
     /// The guards of one system.
@@ -65,6 +69,7 @@ private:
         void addPathsOf(const FileURL &home, System system);
         void addUserDirectories(const FileURL &home);
         void addWithAncestors(FileURL folder);
+        void addHomesOfOthers(System system);
         [[nodiscard]] std::string asGuarded(const std::string &path) const;
 
         struct Prefix {
@@ -73,6 +78,7 @@ private:
         };
 
         std::unordered_set<std::string> structural_;
+        std::unordered_set<std::string> ofOthers_; ///< those only because of the homes of other accounts
         std::vector<Prefix> protectedPrefixes_;
         std::vector<std::string> openPrefixes_;
         std::vector<std::pair<std::string, std::string>>

@@ -97,6 +97,21 @@ bool isStrictlyBelow(const std::string &path, const std::string &folder) {
     return path.size() > folder.size() && isAtOrUnder(path, folder);
 }
 
+/// The path at or inside `from`, at the same place inside `to`.
+std::string moved(const std::string &path, const std::string &from, const std::string &to) {
+    if (path.size() == from.size())
+        return to;
+    return joinPath(to, std::string_view(path).substr(from == "/" ? 1 : from.size() + 1));
+}
+
+/// Image-based systems, containers and snaps show all of a disk there, and parts of it at their own places:
+/// /var of an ostree system is also a folder in /sysroot. NixOS often keeps users' data in /nix. These parts
+/// are judged by their own places.
+bool showsWholeSystem(const std::string &point) {
+    return point == "/nix" || isAtOrUnder(point, "/sysroot") || isAtOrUnder(point, "/run/host") ||
+           isAtOrUnder(point, "/var/lib/snapd/hostfs");
+}
+
 /// The order of the table does not help, because mounts may have been moved. But each mount names its parent
 /// mount.
 class Visibility {
@@ -150,6 +165,28 @@ std::vector<Mount> mountsIn(std::string_view table) {
     std::copy_if(all.begin(), all.end(), std::back_inserter(visible),
                  [&](const Mount &mount) { return !visibility.isHidden(mount); });
     return visible;
+}
+
+const Mount *mountAt(const std::vector<Mount> &mounts, const std::string &path) {
+    const Mount *deepest = nullptr;
+    for (const Mount &mount : mounts)
+        if (isAtOrUnder(path, mount.point) &&
+            (deepest == nullptr || mount.point.size() > deepest->point.size()))
+            deepest = &mount;
+    return deepest;
+}
+
+std::vector<std::string> widerPathsOf(const std::vector<Mount> &mounts, const std::string &path) {
+    const Mount *own = mountAt(mounts, path);
+    if (own == nullptr)
+        return {};
+    const std::string inFileSystem = moved(path, own->point, own->root);
+    std::vector<std::string> paths;
+    for (const Mount &other : mounts)
+        if (other.device == own->device && isStrictlyBelow(own->root, other.root) &&
+            !showsWholeSystem(other.point))
+            paths.push_back(moved(inFileSystem, other.root, other.point));
+    return paths;
 }
 
 std::vector<Mount> currentMounts() {

@@ -25,6 +25,14 @@ struct Mount {
 /// cannot be read.
 [[nodiscard]] std::vector<Mount> currentMounts();
 
+/// The mount with the entry at `path`, an absolute path without links; null where none is known.
+[[nodiscard]] const Mount *mountAt(const std::vector<Mount> &mounts, const std::string &path);
+
+/// The paths by which mounts that show more of the same file system reach the entry at `path`. Mounts that
+/// show a complete system at another place, such as the host of a container, do not count.
+[[nodiscard]] std::vector<std::string> widerPathsOf(const std::vector<Mount> &mounts,
+                                                    const std::string &path);
+
 /// What a mount means for disk space.
 enum class StorageKind {
     none,   ///< kernel interface, memory, read-only software image, or unknown

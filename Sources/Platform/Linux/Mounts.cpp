@@ -65,4 +65,16 @@ std::optional<std::string> MountPoints::firstIn(const std::string &path) {
     return std::nullopt;
 }
 
+std::vector<std::string> MountPoints::otherPathsOf(const std::string &path) {
+    table_->refresh();
+    return widerPathsOf(table_->mounts, path);
+}
+
+bool MountPoints::mayBlock(const std::string &path) {
+    table_->refresh();
+    const Mount *mount = mountAt(table_->mounts, path);
+    return mount != nullptr && (storageKind(*mount) == StorageKind::distant || mount->type == "autofs" ||
+                                mount->type.starts_with("fuse"));
+}
+
 } // namespace brimvale

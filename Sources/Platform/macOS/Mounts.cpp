@@ -63,4 +63,21 @@ std::optional<std::string> MountPoints::firstIn(const std::string &path) {
     return std::nullopt;
 }
 
+// The system has no bind mounts.
+std::vector<std::string> MountPoints::otherPathsOf(const std::string & /*path*/) {
+    return {};
+}
+
+bool MountPoints::mayBlock(const std::string &path) {
+    const MountTable table;
+    const struct statfs *deepest = nullptr;
+    for (const struct statfs &mount : table.entries())
+        if (isAtOrUnder(path, mount.f_mntonname) &&
+            (deepest == nullptr ||
+             std::string_view(mount.f_mntonname).size() > std::string_view(deepest->f_mntonname).size()))
+            deepest = &mount;
+    return deepest != nullptr &&
+           ((deepest->f_flags & MNT_LOCAL) == 0 || std::string_view(deepest->f_fstypename) == "autofs");
+}
+
 } // namespace brimvale

@@ -9,6 +9,7 @@
 #include "Support/TreeListing.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace brimvale {
@@ -75,6 +76,35 @@ TEST(GuardedPlaces, AreFoundThroughBindMounts) {
         EXPECT_THAT(reasonFor(folder.path("usr/bin/env")),
                     EndsWith(" lives inside a protected system location."));
         EXPECT_EQ(reasonFor(folder.path("homes-again/u/.cache/program")), "");
+    });
+}
+
+// The path and the folders on the way tell nothing of the place there.
+TEST(GuardedPlaces, AreFoundThroughBindMountsDeepInside) {
+    testing::inChild([] {
+        const TemporaryFolder folder;
+        enterHome(folder);
+        folder.makeFile("data/inner/file");
+        for (const char *place : {"deep", "root", "again"})
+            folder.makeFolder(place);
+        std::filesystem::path shown = "/usr/lib";
+        std::vector<std::string> tops;
+        for (const auto &entry : std::filesystem::directory_iterator("/"))
+            tops.push_back(entry.path().filename());
+        for (const auto &entry : std::filesystem::directory_iterator("/usr/share"))
+            if (entry.is_directory() && !entry.is_symlink() && !std::filesystem::is_empty(entry.path()))
+                shown = entry.path();
+        if (!testing::ownMounts() || !testing::mountAlsoAt(shown, folder.path("deep"), true) ||
+            !testing::mountAlsoAt("/", folder.path("root"), true) ||
+            !testing::mountAlsoAt(folder.path("data/inner"), folder.path("again")))
+            GTEST_SKIP() << "mounting is not permitted here";
+        const std::string name = std::filesystem::directory_iterator(shown)->path().filename();
+        EXPECT_EQ(reasonFor(folder.path("deep/" + name)),
+                  (shown / name).native() + " lives inside a protected system location.");
+        EXPECT_EQ(reasonFor(folder.path("again/file")), "");
+        // Nothing beside the system's own folders goes through another mount of all of it either.
+        for (const std::string &top : tops)
+            EXPECT_NE(reasonFor(folder.path("root/" + top)), "") << top;
     });
 }
 

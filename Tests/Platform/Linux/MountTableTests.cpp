@@ -94,4 +94,48 @@ TEST(MountTable, ListsEachStorageDeviceOnce) {
                 ElementsAre("/"));
 }
 
+TEST(MountTable, KnowsThePlacesOfBindMountsInTheirFileSystem) {
+    const auto places = [](std::string_view table, const char *path) {
+        return widerPathsOf(mountsIn(table), path);
+    };
+    const std::string root = "27 1 254:0 / / rw - ext4 /dev/vda rw\n";
+    const std::string binds = root + "30 27 254:0 /usr/share/x /tmp/y rw - ext4 /dev/vda rw\n"
+                                     "31 27 254:0 /etc/hosts /tmp/hosts rw - ext4 /dev/vda rw\n"
+                                     "32 27 8:1 /usr/share/x /other rw - ext4 /dev/sda1 rw\n";
+    EXPECT_THAT(places(binds, "/tmp/y/z"), ElementsAre("/usr/share/x/z"));
+    EXPECT_THAT(places(binds, "/tmp/y"), ElementsAre("/usr/share/x"));
+    EXPECT_THAT(places(binds, "/tmp/hosts"), ElementsAre("/etc/hosts"));
+    for (const char *path : {"/usr/share/x/z", "/tmp/yy", "/etc/hosts", "/", "/other/z"})
+        EXPECT_THAT(places(binds, path), ElementsAre()) << path;
+
+    // Subvolumes of Btrfs, one of them mounted in part a second time.
+    const std::string subvolumes = "27 1 0:30 /@ / rw - btrfs /dev/sda2 rw\n"
+                                   "28 27 0:30 /@home /home rw - btrfs /dev/sda2 rw\n"
+                                   "29 27 0:30 /@/etc/x /srv/x rw - btrfs /dev/sda2 rw\n";
+    EXPECT_THAT(places(subvolumes, "/home/u/file"), ElementsAre());
+    EXPECT_THAT(places(subvolumes, "/srv/x/file"), ElementsAre("/etc/x/file"));
+
+    // An image-based system; its /usr is known, and its home is not taken for a part of it.
+    const std::string image =
+        "27 1 8:3 /ostree/deploy/os/deploy/1.0 / rw - xfs /dev/sda3 rw\n"
+        "28 27 8:3 / /sysroot ro - xfs /dev/sda3 rw\n"
+        "29 27 8:3 /ostree/deploy/os/deploy/1.0/usr /usr ro - xfs /dev/sda3 rw\n"
+        "30 27 8:3 /ostree/deploy/os/var /var rw - xfs /dev/sda3 rw\n"
+        "31 27 8:3 /ostree/deploy/os/deploy/1.0/usr/share /tmp/y rw - xfs /dev/sda3 rw\n";
+    EXPECT_THAT(places(image, "/var/home/u/file"), ElementsAre());
+    EXPECT_THAT(places(image, "/tmp/y/z"), ElementsAre("/usr/share/z", "/usr/share/z"));
+
+    // In a container; and in one that sees its host.
+    EXPECT_THAT(places("40 1 0:50 / / rw - overlay overlay rw\n"
+                       "41 40 254:0 /var/lib/docker/containers/1/hosts /etc/hosts rw - ext4 /dev/vda rw\n"
+                       "42 40 254:0 /home/u/data /data rw - ext4 /dev/vda rw\n",
+                       "/data/file"),
+                ElementsAre());
+    EXPECT_THAT(places("40 1 0:50 / / rw - overlay overlay rw\n"
+                       "41 40 254:0 / /run/host rw - ext4 /dev/vda rw\n"
+                       "42 40 254:0 /home /home rw - ext4 /dev/vda rw\n",
+                       "/home/u/file"),
+                ElementsAre());
+}
+
 } // namespace brimvale
