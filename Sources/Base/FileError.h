@@ -14,6 +14,7 @@ struct FileError {
     int code = 0;
     std::string localizedDescription; ///< a readable sentence
     std::shared_ptr<const FileError> underlying;
+    std::string entry = {}; ///< the path of the item or the entry inside it that failed, where it is known
 
     /// The error of a system call, with the system's description.
     [[nodiscard]] static FileError posix(int errorNumber);

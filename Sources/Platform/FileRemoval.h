@@ -16,9 +16,10 @@ namespace brimvale {
 /// error.
 ///
 /// Stops at the first error and returns it: the code of the macOS file functions with the POSIX error
-/// underneath, and a sentence that names the item, even if an entry inside it caused the error. Everything
-/// removed before stays removed. An entry that another program removes during the removal is no error; an
-/// item missing from the start is one (code 4). A cancelled removal is the error 3072.
+/// underneath, and a sentence that names the item. Where an entry inside it caused the error, the error has
+/// its path. Everything removed before stays removed. An entry that another program removes during the
+/// removal is no error; an item missing from the start is one (code 4). A cancelled removal is the error
+/// 3072.
 ///
 /// Blocks, for large trees for many seconds. Thread-safe; uses several threads of its own.
 [[nodiscard]] std::optional<FileError> removeItem(const OpenedItem &item,

@@ -19,8 +19,8 @@ enum class RemovalObstacle : std::uint8_t {
     privacyProtection, ///< the system asks the user which programs may reach it
 };
 
-/// What keeps this item, whose removal was not permitted, from being removed, as far as its flags and those
-/// of its parent folder tell. Flags deeper inside a folder are not looked for.
+/// What keeps this item or entry, whose removal was not permitted, from being removed, as far as its flags
+/// and those of its parent folder tell. Flags deeper inside a folder are not looked for.
 [[nodiscard]] RemovalObstacle removalObstacle(const FileURL &item);
 
 /// The command, without its operand, with which an administrator clears the mark; empty where none helps.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/FileURL.h"
 #include "Platform/RemovalObstacle.h"
 
 #include <optional>
@@ -7,8 +8,9 @@
 
 namespace brimvale {
 
-/// What keeps an item from being removed and what would help, as one or two sentences. Nothing for no
-/// obstacle.
-[[nodiscard]] std::optional<std::string> obstacleText(RemovalObstacle obstacle);
+/// What keeps an item from being removed and what would help, as one or two sentences. `entry` is what has
+/// the obstacle: the item or an entry inside it. Nothing for no obstacle.
+[[nodiscard]] std::optional<std::string> obstacleText(RemovalObstacle obstacle, const FileURL &item,
+                                                      const FileURL &entry);
 
 } // namespace brimvale

@@ -166,7 +166,8 @@ void Removal::noteFailure(const FileURL &url, const FileURL &item, const FileErr
     if (!needsAdministrator(error))
         return fail(url, reasonOf(error, item));
     result_.needsAdmin.push_back(url);
-    if (std::optional<std::string> text = obstacleText(actions_.obstacle(item)))
+    const FileURL entry = error.entry.empty() ? item : FileURL(error.entry);
+    if (std::optional<std::string> text = obstacleText(actions_.obstacle(entry), item, entry))
         result_.adminRemarks.push_back({url, *std::move(text)});
 }
 

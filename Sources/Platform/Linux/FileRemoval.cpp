@@ -7,30 +7,43 @@
 #include <fcntl.h>
 #include <string>
 #include <unistd.h>
+#include <utility>
 
 namespace brimvale {
 
 namespace {
 
-/// 0, or the errno of the failure.
-int remove(const OpenedItem &item, RemovalProgress &progress) {
+std::optional<FileError> failure(const OpenedItem &item, int error, std::string entry = "") {
+    if (error == 0)
+        return std::nullopt;
+    FileError failed = fileError(FileOperation::remove, item.place(), error);
+    failed.entry = std::move(entry);
+    return failed;
+}
+
+std::optional<FileError> removeTree(const OpenedItem &item, RemovalProgress &progress) {
+    TreeRemoval removal(item, progress);
+    const int error = removal.run();
+    return failure(item, error, removal.failedEntry());
+}
+
+std::optional<FileError> remove(const OpenedItem &item, RemovalProgress &progress) {
     if (progress.cancelled.isSet())
-        return ECANCELED;
+        return failure(item, ECANCELED);
     if (!item.isStillThere())
-        return ESTALE;
+        return failure(item, ESTALE);
     // A folder that may not be removed itself stays complete: this fails before anything in it is removed.
     if (unlinkat(item.folder().descriptor(), item.name().c_str(), item.isFolder() ? AT_REMOVEDIR : 0) != 0)
-        return item.isFolder() && errno == ENOTEMPTY ? TreeRemoval(item, progress).run() : errno;
+        return item.isFolder() && errno == ENOTEMPTY ? removeTree(item, progress) : failure(item, errno);
     ++progress.entriesRemoved;
-    return 0;
+    return std::nullopt;
 }
 
 } // namespace
 
 std::optional<FileError> removeItem(const OpenedItem &item, RemovalProgress *progress) {
     RemovalProgress unwatched;
-    const int error = remove(item, progress != nullptr ? *progress : unwatched);
-    return error == 0 ? std::nullopt : std::optional(fileError(FileOperation::remove, item.place(), error));
+    return remove(item, progress != nullptr ? *progress : unwatched);
 }
 
 } // namespace brimvale

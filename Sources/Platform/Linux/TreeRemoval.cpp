@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -89,7 +90,7 @@ std::optional<TreeRemoval::Task> TreeRemoval::empty(const Task &task) {
         return removeUnopened(task);
     const std::optional<Place> place = placeOf(folder.descriptor());
     if (!place)
-        return fail(errno);
+        return fail(errno, &task);
     if (!place->isBeside(*place_))
         return fail(EBUSY);
     if (isItem(task)) {
@@ -108,11 +109,11 @@ std::optional<TreeRemoval::Task> TreeRemoval::empty(const Task &task) {
             subfolders.names.append(name).push_back('\0');
             ++subfolders.count;
         } else if (errno != ENOENT) {
-            return fail(errno);
+            return fail(errno, &task, name);
         }
     }
     if (errno != 0)
-        return fail(errno);
+        return fail(errno, &task);
     if (subfolders.count > 0)
         return grow(task, std::move(folder), place->identity, std::move(subfolders));
     return Task{task.branch, task.folder, task.name, true};
@@ -125,11 +126,14 @@ std::optional<TreeRemoval::Task> TreeRemoval::removeUnopened(const Task &task) {
     if (isItem(task) && isExchanged)
         return fail(ESTALE);
     // Anything that took the folder's place is removed as it is; an unreadable folder is removed if it is
-    // empty. A folder that another program has removed is gone only when the system says so here too.
+    // empty. A folder that another program has removed is gone only when the system says so here too. The
+    // item may as well have been moved away.
     if (unlinkat(task.folder->descriptor(), task.name.c_str(), isExchanged ? 0 : AT_REMOVEDIR) == 0)
         progress_.entriesRemoved.fetch_add(1, std::memory_order_relaxed);
     else if (error != ENOENT || errno != ENOENT)
-        return fail(error);
+        return fail(error, &task);
+    else if (isItem(task))
+        return fail(ESTALE);
     return afterRemoving(task);
 }
 
@@ -142,7 +146,7 @@ std::optional<TreeRemoval::Task> TreeRemoval::removeEmptied(const Task &task) {
     if (unlinkat(task.folder->descriptor(), task.name.c_str(), AT_REMOVEDIR) == 0)
         progress_.entriesRemoved.fetch_add(1, std::memory_order_relaxed);
     else if (errno != ENOENT)
-        return fail(errno);
+        return fail(errno, &task);
     else if (isItem(task) && isElsewhere(self_))
         return fail(ESTALE);
     return afterRemoving(task);
@@ -249,15 +253,27 @@ bool TreeRemoval::mustStop() {
     return error_.load(std::memory_order_relaxed) != 0;
 }
 
-/// Ends the removal with this error, unless it has ended already.
-std::nullopt_t TreeRemoval::fail(int errorNumber) {
+/// Ends the removal with this error, unless it has ended already. It is that of the entry `name` in the
+/// folder of the task or, where that is empty, of the folder; without a task, of no entry in particular.
+std::nullopt_t TreeRemoval::fail(int errorNumber, const Task *task, const char *name) {
     {
         const std::lock_guard guard(lock_);
         int none = 0;
-        error_.compare_exchange_strong(none, errorNumber);
+        if (error_.compare_exchange_strong(none, errorNumber) && task != nullptr)
+            failedEntry_ = pathOf(*task, name);
     }
     changed_.notify_all();
     return std::nullopt;
+}
+
+std::string TreeRemoval::pathOf(const Task &task, std::string_view name) const {
+    std::vector<std::string_view> names{task.name};
+    for (const Branch *branch = task.branch; branch->parent != nullptr; branch = branch->parent)
+        names.push_back(branch->name);
+    std::string path = item_.place().parent().path();
+    for (auto next = names.rbegin(); next != names.rend(); ++next)
+        path.append(path.ends_with('/') ? "" : "/").append(*next);
+    return name.empty() ? path : joinPath(path, name);
 }
 
 } // namespace brimvale

@@ -13,6 +13,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -33,6 +34,9 @@ public:
     /// Removes the folder. 0, or the errno of the first failure (ESTALE where it is not the folder that was
     /// opened); nothing more is removed after a failure.
     [[nodiscard]] int run();
+
+    /// The path of the item or the entry in it that the failure is about; empty where it is about none.
+    [[nodiscard]] const std::string &failedEntry() const { return failedEntry_; }
 
 private:
     using OpenFolder = std::shared_ptr<const Folder>;
@@ -81,10 +85,12 @@ private:
     void callForHelp();
 
     bool mustStop();
-    std::nullopt_t fail(int errorNumber);
+    std::nullopt_t fail(int errorNumber, const Task *task = nullptr, const char *name = "");
+    [[nodiscard]] std::string pathOf(const Task &task, std::string_view name) const;
 
     RemovalProgress &progress_;
     std::atomic<int> error_ = 0; ///< of the first failure
+    std::string failedEntry_;
     std::optional<Place> place_; ///< of the item's parent folder
     const OpenedItem &item_;
     Folder self_; ///< the item while it is emptied, to see whether it was only moved away

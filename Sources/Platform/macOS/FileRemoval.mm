@@ -76,7 +76,11 @@ std::optional<FileError> removeItem(const OpenedItem &item, RemovalProgress *pro
             return std::nullopt;
         if (progress != nullptr)
             progress->entriesRemoved -= countedTooEarly(watcher, item.place());
-        return fileErrorOf(error);
+        FileError failure = fileErrorOf(error);
+        if (NSString *path = error.userInfo[NSFilePathErrorKey])
+            if (isAtOrUnder(path.fileSystemRepresentation, item.place().path()))
+                failure.entry = path.fileSystemRepresentation;
+        return failure;
     }
 }
 

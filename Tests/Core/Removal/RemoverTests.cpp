@@ -161,11 +161,24 @@ TEST(Remover, SaysWhichFlagKeepsAnItem) {
         remarks.push_back(std::string(url.fileName()) + " " + remark);
     ASSERT_EQ(remarks.size(), 4U);
     EXPECT_EQ(remarks[0], "2 It is marked immutable, which stops even an administrator. Clear the mark "
-                          "first: sudo chattr -i");
+                          "first: sudo chattr -i '" +
+                              folder.path("2") + "'");
     EXPECT_EQ(remarks[1], "5 Its parent folder is marked append-only, which stops even an administrator. "
-                          "Clear the mark first: sudo chattr -a");
+                          "Clear the mark first: sudo chattr -a '" +
+                              folder.path() + "'");
     EXPECT_EQ(remarks[2], "6 The system protects it, even from an administrator.");
     EXPECT_TRUE(remarks[3].find("Full Disk Access") != std::string::npos);
+
+    // Deep inside an item, in a place with characters that nobody sees.
+    const FileURL item(folder.path("item"));
+    const FileURL entry(folder.makeFile("item/a\u200B'/file"));
+    actions.refuse(item.path());
+    actions.errors[item.path()].entry = entry.path();
+    actions.obstacles[entry.path()] = RemovalObstacle::immutableParent;
+    EXPECT_EQ(Remover::remove(Urls{item}, RemovalMode::deleteNow, nullptr, actions).adminRemarks[0].reason,
+              "“a\\u{200B}'” in it is marked immutable, which stops even an administrator. Clear the mark "
+              "first: sudo chattr -i $'" +
+                  item.path() + "/a\\342\\200\\213\\047'");
 }
 
 TEST(Remover, RemovesInOrderAndChecksGuardsFirst) {

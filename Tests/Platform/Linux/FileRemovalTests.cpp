@@ -269,7 +269,7 @@ TEST(FileRemoval, KeepsImmutableFolder) {
         GTEST_SKIP() << "files cannot be marked immutable here";
     }
     const std::string inside = outcome(folder.path("item/immutable/file"));
-    const std::string parent = outcome(folder.path("item"));
+    const std::optional<FileError> parent = testing::removeItemAt(FileURL(folder.path("item")));
     const bool isWhole = isThere(folder.path("item/immutable/file"));
     const RemovalObstacle ofFolder = removalObstacle(FileURL(folder.path("item/immutable")));
     const RemovalObstacle ofFile = removalObstacle(FileURL(folder.path("item/immutable/file")));
@@ -282,7 +282,8 @@ TEST(FileRemoval, KeepsImmutableFolder) {
     EXPECT_EQ(appendOnly, RemovalObstacle::appendOnly);
     EXPECT_EQ(removalObstacle(FileURL(folder.path("item"))), RemovalObstacle::none);
     EXPECT_EQ(inside, over(513, EPERM));
-    EXPECT_EQ(parent, over(513, EPERM));
+    EXPECT_EQ(outcomeOf(parent), over(513, EPERM));
+    EXPECT_EQ(parent ? parent->entry : "", folder.path("item/immutable"));
     EXPECT_TRUE(isWhole);
     EXPECT_EQ(outcome(folder.path("item")), "gone");
 }
