@@ -59,6 +59,10 @@ private:
     void *names_ = nullptr; ///< the system's state for reading names
 };
 
+/// Whether the file system of an open folder keeps the number of an entry as long as the entry exists. FAT,
+/// exFAT, Windows shares and some programs that serve storage do not.
+[[nodiscard]] bool keepsFileNumbers(const Folder &folder);
+
 /// The names in the folder at an absolute path (a link to a folder is followed) in the system's order,
 /// without "." and ".."; nothing when they cannot all be listed.
 [[nodiscard]] std::optional<std::vector<std::string>> namesIn(const std::string &path);

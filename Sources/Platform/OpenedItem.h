@@ -12,14 +12,25 @@
 
 namespace brimvale {
 
+/// What also tells items apart, where a file system may change their numbers.
+struct ItemDetails {
+    std::int64_t length = 0;                   ///< bytes; of a folder without meaning
+    std::optional<std::int64_t> modified = {}; ///< nanoseconds since 1970, where it is known
+
+    friend bool operator==(const ItemDetails &, const ItemDetails &) = default;
+};
+
 /// Which entry of a file system an item is. File systems reuse the number of a removed file, so the time of
 /// its creation counts too.
 struct ItemIdentity {
     FileIdentity file;
     bool isFolder = false;                    ///< a link is none
     std::optional<std::int64_t> created = {}; ///< nanoseconds since 1970, where the file system records it
+    std::optional<ItemDetails> details = {};  ///< of an item on the disk only where numbers may change
 
-    /// Whether both are the same item. The creation counts only where both have it.
+    /// Whether both are the same item. The creation counts only where both have it. Where both have details,
+    /// the number may have changed if these are equal: the length and date of a file. A folder is then known
+    /// by its creation alone, because its date changes with its contents.
     [[nodiscard]] bool isSameAs(const ItemIdentity &other) const;
 
     friend bool operator==(const ItemIdentity &, const ItemIdentity &) = default;

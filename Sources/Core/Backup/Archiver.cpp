@@ -17,6 +17,7 @@
 #include "Platform/EntryMaking.h"
 #include "Platform/EntryRecord.h"
 #include "Platform/FileStatus.h"
+#include "Platform/Folder.h"
 #include "Platform/LocalTime.h"
 #include "Platform/UserDirectories.h"
 
@@ -179,7 +180,8 @@ void Run::judge(ArchivedItem item, CopyComparison comparison, const CopyRun &run
     std::vector<std::string> remarks = CopyVerdict::remarks(item, comparison, run);
     std::move(remarks.begin(), remarks.end(), std::back_inserter(result_.remarks));
     std::move(comparison.copies.begin(), comparison.copies.end(), std::back_inserter(compared_));
-    originals_.push_back({item.source, std::move(comparison.originals)});
+    originals_.push_back({item.source, std::move(comparison.originals),
+                          keepsFileNumbers(Folder::at(item.source.parent().path(), Folder::Links::follow))});
     result_.copied.push_back(item.source);
     result_.bytes = checkedAdd(result_.bytes, item.copiedBytes);
     result_.items.push_back(std::move(item));
@@ -256,11 +258,12 @@ void Run::listCopies() {
     compared_ = std::get<std::vector<BackedUpEntry>>(std::move(listed));
     writeManifest();
     if (result_.failed.empty())
-        result_.verified = std::make_shared<const VerifiedBackup>(
-            VerifiedBackup{.originals = std::move(originals_),
-                           .folder = destination_,
-                           .copies = listFiles(destination_.path(), watch_.cancelled),
-                           .entries = std::move(compared_)});
+        result_.verified = std::make_shared<const VerifiedBackup>(VerifiedBackup{
+            .originals = std::move(originals_),
+            .folder = destination_,
+            .copies = listFiles(destination_.path(), watch_.cancelled),
+            .keepsFileNumbers = keepsFileNumbers(Folder::at(destination_.path(), Folder::Links::refuse)),
+            .entries = std::move(compared_)});
 }
 
 void Run::writeManifest() {

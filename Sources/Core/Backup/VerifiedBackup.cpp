@@ -20,8 +20,10 @@ std::string entryName(const FileURL &place, const std::string &path) {
 }
 
 /// The date of a folder changes with the names in it, and these are compared entry by entry.
-bool isUnchanged(const EntryRecord &before, const EntryRecord &now) {
-    return before.kind == now.kind && before.identity == now.identity &&
+bool isUnchanged(const EntryRecord &before, const EntryRecord &now, bool keepsFileNumbers) {
+    const bool isSame =
+        keepsFileNumbers ? before.identity == now.identity : before.identity.device == now.identity.device;
+    return before.kind == now.kind && isSame &&
            (before.kind == EntryKind::folder ||
             (before.length == now.length && before.modified == now.modified));
 }
@@ -67,7 +69,7 @@ std::optional<std::string> changeOfBackup(const VerifiedBackup &state, const Sto
         const ListedEntry *found = now.find(copy.path);
         if (found == nullptr)
             return "The backup no longer holds " + entryName(state.folder, copy.path) + ".";
-        if (!isUnchanged(copy.record, found->record))
+        if (!isUnchanged(copy.record, found->record, state.keepsFileNumbers))
             return entryName(state.folder, copy.path) + " has changed in the backup.";
     }
     return state.copies.entries.empty() ? std::optional<std::string>("The backup could not be looked at.")
@@ -91,7 +93,7 @@ std::optional<std::string> changeOfOriginal(const VerifiedBackup &state, const F
             return entryName(source, entry.path) + " was added after the backup.";
         const bool isTouched =
             entry.record.kind == EntryKind::file && entry.record.touched != before->record.touched;
-        if (!isUnchanged(before->record, entry.record) ||
+        if (!isUnchanged(before->record, entry.record, original->keepsFileNumbers) ||
             (isTouched && !hasSameContent(state, inPlace(source.path(), entry.path),
                                           inPlace(name, entry.path), cancelled)))
             return entryName(source, entry.path) + " changed after the backup.";

@@ -20,11 +20,13 @@ struct VerifiedBackup {
     struct Original {
         FileURL source;
         FileListing listing;
+        bool keepsFileNumbers = true; ///< whether its file system does
     };
 
     std::vector<Original> originals;
     FileURL folder; ///< of the backup
     FileListing copies;
+    bool keepsFileNumbers = true;       ///< whether the file system of the backup does
     std::vector<BackedUpEntry> entries; ///< those of its manifest, sorted by path
 };
 
@@ -39,7 +41,7 @@ changeOfContents(const VerifiedBackup &state, const StopFlag &cancelled,
                  const std::function<void(std::size_t bytes)> &onRead);
 
 /// How the backup has changed, as a sentence; nothing if every entry is still there with the same kind, size,
-/// modification time and identity. Reads no file.
+/// modification time and, where the file system keeps file numbers, identity. Reads no file.
 [[nodiscard]] std::optional<std::string> changeOfBackup(const VerifiedBackup &state,
                                                         const StopFlag &cancelled);
 

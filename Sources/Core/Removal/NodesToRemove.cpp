@@ -17,7 +17,10 @@ std::optional<ItemPin> pinOf(const FSNode &node, const FileURL &place) {
         node.parent() != nullptr ? node.parent()->identity() : std::nullopt;
     if (!item || !folder)
         return std::nullopt;
-    return ItemPin{place, *folder, {.file = *item, .isFolder = node.isDirectory}};
+    return ItemPin{
+        place,
+        *folder,
+        {.file = *item, .isFolder = node.isDirectory, .details = ItemDetails{.length = node.logicalSize}}};
 }
 
 } // namespace

@@ -1,41 +1,32 @@
 #include "Platform/Posix/OpenFile.h"
 
+#include "Platform/Linux/FileSystemTypes.h"
 #include "Platform/OpenedItem.h"
 
 #include <fcntl.h>
-#include <linux/magic.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <sys/vfs.h>
 
 namespace brimvale {
-
-namespace {
-
-/// There an entry gets a new time of creation when it is copied to the upper layer, as removing something in
-/// a folder does.
-bool givesCopiesNewTimes(int folder) {
-    struct statfs figures {};
-    return fstatfs(folder, &figures) == 0 && figures.f_type == OVERLAYFS_SUPER_MAGIC;
-}
-
-} // namespace
 
 int passThroughFlags() {
     return O_PATH | O_DIRECTORY | O_CLOEXEC;
 }
 
 std::optional<ItemIdentity> identityOfEntry(int folder, const char *name) {
-    const bool isOverlay =
-        givesCopiesNewTimes(folder); // first, so nothing lies between a comparison and its use
+    const std::uint32_t type =
+        fileSystemType(folder); // first, so nothing lies between a comparison and its use
     struct statx record {};
-    if (statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE | STATX_INO | STATX_BTIME,
-              &record) != 0)
+    if (statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT,
+              STATX_TYPE | STATX_INO | STATX_SIZE | STATX_MTIME | STATX_BTIME, &record) != 0)
         return std::nullopt;
     ItemIdentity identity{.file = {makedev(record.stx_dev_major, record.stx_dev_minor), record.stx_ino},
                           .isFolder = S_ISDIR(record.stx_mode)};
-    if ((record.stx_mask & STATX_BTIME) != 0 && !isOverlay)
+    if ((record.stx_mask & STATX_BTIME) != 0 && !givesCopiesNewTimes(type))
         identity.created = nanosecondsOf(record.stx_btime.tv_sec, record.stx_btime.tv_nsec);
+    if (!keepsFileNumbers(type))
+        identity.details = {static_cast<std::int64_t>(record.stx_size),
+                            nanosecondsOf(record.stx_mtime.tv_sec, record.stx_mtime.tv_nsec)};
     return identity;
 }
 

@@ -11,7 +11,8 @@ namespace brimvale {
 
 struct ItemIdentity;
 
-/// The flags that open a folder only to reach its entries. The user needs no permission to read it.
+/// The flags that open a folder only to reach its entries. The user needs no permission to read it. Where the
+/// folder waits to have something mounted on it, that is mounted.
 [[nodiscard]] int passThroughFlags();
 
 /// Which item the entry `name` of an open folder is, links not followed; nothing, with errno set, on failure.

@@ -11,9 +11,32 @@
 
 namespace brimvale {
 
+namespace {
+
+/// Whether the values do not contradict each other.
+template<class Value>
+bool agree(const std::optional<Value> &a, const std::optional<Value> &b) {
+    return !a || !b || *a == *b;
+}
+
+/// Whether both have details and are alike.
+bool areAlike(const ItemIdentity &a, const ItemIdentity &b) {
+    return a.details && b.details && a.file.device == b.file.device &&
+           (a.isFolder ||
+            (a.details->length == b.details->length && agree(a.details->modified, b.details->modified)));
+}
+
+/// Whether the item is where it was pinned. Its parent has another number where the item may have one, too.
+bool isInFolder(const ItemIdentity &item, const FileIdentity &pinned, const FileIdentity &folder) {
+    const bool mayHaveChanged = item.details && item.file.device == folder.device;
+    return pinned == folder || (mayHaveChanged && pinned.device == folder.device);
+}
+
+} // namespace
+
 bool ItemIdentity::isSameAs(const ItemIdentity &other) const {
-    return file == other.file && isFolder == other.isFolder &&
-           (!created || !other.created || *created == *other.created);
+    return isFolder == other.isFolder && agree(created, other.created) &&
+           (file == other.file || areAlike(*this, other));
 }
 
 OpenedItem::OpenedItem(FileURL place, Folder folder, std::vector<FileIdentity> ancestors,
@@ -42,7 +65,7 @@ Result<OpenedItem, int> OpenedItem::again(const ItemPin &pin) {
         return isElsewhere ? ESTALE : *error;
     }
     const auto &item = std::get<OpenedItem>(found);
-    if (item.ancestors_.back() != pin.folder || !item.identity_.isSameAs(pin.item))
+    if (!isInFolder(item.identity_, pin.folder, item.ancestors_.back()) || !item.identity_.isSameAs(pin.item))
         return ESTALE;
     return found;
 }

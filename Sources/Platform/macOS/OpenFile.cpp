@@ -1,12 +1,29 @@
 #include "Platform/Posix/OpenFile.h"
 
+#include "Platform/Folder.h"
 #include "Platform/OpenedItem.h"
 #include "Platform/Posix/Status.h"
 
+#include <algorithm>
+#include <array>
 #include <fcntl.h>
+#include <string_view>
+#include <sys/mount.h>
 #include <sys/stat.h>
 
 namespace brimvale {
+
+namespace {
+
+/// FAT and exFAT number a file by its first block, which an empty one has not; servers may not tell numbers.
+bool fileSystemKeepsNumbers(int folder) {
+    constexpr std::array<std::string_view, 4> unstable = {"exfat", "msdos", "smbfs", "webdav"};
+    struct statfs figures {};
+    return fstatfs(folder, &figures) != 0 ||
+           std::find(unstable.begin(), unstable.end(), figures.f_fstypename) == unstable.end();
+}
+
+} // namespace
 
 int passThroughFlags() {
     return O_SEARCH | O_CLOEXEC;
@@ -18,9 +35,17 @@ std::optional<ItemIdentity> identityOfEntry(int folder, const char *name) {
         return std::nullopt;
     const FileStatus status = statusOf(record);
     const timespec &created = record.st_birthtimespec;
-    return ItemIdentity{.file = status.identity,
-                        .isFolder = status.kind == FileKind::directory,
-                        .created = nanosecondsOf(created.tv_sec, created.tv_nsec)};
+    const timespec &modified = record.st_mtimespec;
+    ItemIdentity identity{.file = status.identity,
+                          .isFolder = status.kind == FileKind::directory,
+                          .created = nanosecondsOf(created.tv_sec, created.tv_nsec)};
+    if (!fileSystemKeepsNumbers(folder))
+        identity.details = {record.st_size, nanosecondsOf(modified.tv_sec, modified.tv_nsec)};
+    return identity;
+}
+
+bool keepsFileNumbers(const Folder &folder) {
+    return fileSystemKeepsNumbers(folder.descriptor());
 }
 
 void readFromDisk(int descriptor, std::int64_t /*start*/, std::int64_t /*count*/) {

@@ -142,6 +142,35 @@ TEST_F(Reviewed, ComparesContentsWhereTheDatesOfAnOriginalTellNothing) {
                 ElementsAre("trash " + folder.path("from/Attachments"), "trash " + folder.path("from/link")));
 }
 
+TEST_F(Reviewed, AllowsOtherNumbersWhereTheFileSystemDoesNotKeepThem) {
+    // As after the stick with the backup, or with the originals, has forgotten them.
+    const auto replaceByItsLike = [&](const std::string &path) {
+        fs::copy_file(path, path + " 2");
+        fs::last_write_time(path + " 2", fs::last_write_time(path));
+        fs::rename(path + " 2", path);
+    };
+    const auto replaceBoth = [&] {
+        replaceByItsLike(pending.destination.appending("chat.db").path());
+        replaceByItsLike(folder.path("from/chat.db"));
+    };
+    replaceBoth();
+    EXPECT_EQ(remove().keptCount, 3U) << "an ordinary disk keeps them";
+    EXPECT_THAT(actions.calls, IsEmpty());
+
+    VerifiedBackup state = *pending.verified;
+    state.keepsFileNumbers = false;
+    for (VerifiedBackup::Original &original : state.originals)
+        original.keepsFileNumbers = false;
+    pending.verified = std::make_shared<const VerifiedBackup>(state);
+    EXPECT_EQ(remove().keptCount, 0U);
+    EXPECT_EQ(actions.calls.size(), 3U);
+
+    actions.calls.clear();
+    folder.writeFile("from/chat.db", "MESSAGES and more");
+    EXPECT_EQ(remove().keptCount, 1U);
+    EXPECT_EQ(actions.calls.size(), 2U);
+}
+
 TEST_F(Reviewed, IsLookedAtAgainBeforeEveryOriginal) {
     // The backup goes while the first original does.
     actions.onItem = [&](RemovalProgress *) { fs::remove_all(pending.destination.path()); };
