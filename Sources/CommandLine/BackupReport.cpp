@@ -112,7 +112,7 @@ void printVerification(Output &output, const BackupManifest::Verification &verif
     listPaths(output, "extra       ", verification.extra);
     listPaths(output, "permission  ", verification.otherModes);
     const auto count = static_cast<std::int64_t>(verification.verified);
-    output.write(Fmt::count(count) + (count == 1 ? " file is" : " files are") + " as backed up.\n");
+    output.write(Fmt::count(count) + (count == 1 ? " item is" : " items are") + " as backed up.\n");
 }
 
 void printVerificationDocument(Output &output, const BackupManifest::Verification &verification) {

@@ -36,7 +36,7 @@ TEST(Backup, CopiesAndVerifiesLater) {
 
     const Outcome intact = runProgram({"backup", "--verify", destination});
     EXPECT_EQ(intact.status, 0) << intact.err;
-    EXPECT_EQ(intact.out, "2 files are as backed up.\n");
+    EXPECT_EQ(intact.out, "3 items are as backed up.\n");
 
     // A further file does no harm to what was backed up.
     std::ofstream(destination + "/two/later") << "extra";

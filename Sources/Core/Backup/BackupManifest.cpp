@@ -164,8 +164,7 @@ void judge(const BackedUpEntry &listed, const BackedUpEntry &found, Verification
     }
     if (listed.permissions && found.permissions != listed.permissions)
         verification.otherModes.push_back(listed.path);
-    if (listed.kind == EntryKind::file || listed.kind == EntryKind::link)
-        ++verification.verified;
+    ++verification.verified;
 }
 
 /// Removes the entries that the manifest does not have, and returns their paths, without folders.

@@ -51,7 +51,7 @@ struct Verification {
     std::vector<std::string> unreadable;
     std::vector<std::string>
         otherModes;           ///< unchanged except for their permissions, which not every disk keeps
-    std::size_t verified = 0; ///< unchanged files and links
+    std::size_t verified = 0; ///< unchanged entries, folders included
     bool isCancelled = false;
 
     /// Whether every file of the backup is present and unchanged.

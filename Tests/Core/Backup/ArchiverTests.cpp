@@ -115,7 +115,7 @@ TEST(Archiver, CopiesAndVerifiesEveryItem) {
     EXPECT_EQ(result.manifest, result.destination.appending("manifest.json"));
     const auto verification = verificationOf(result.destination);
     EXPECT_TRUE(verification.isIntact());
-    EXPECT_EQ(verification.verified, 4U);
+    EXPECT_EQ(verification.verified, 7U);
     EXPECT_THAT(verification.extra, IsEmpty());
     EXPECT_EQ(phases.back(), ArchiveProgress::Phase::finishing);
     EXPECT_THAT(result.remarks,
