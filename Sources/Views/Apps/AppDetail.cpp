@@ -113,12 +113,12 @@ void AppDetail::clearTicks() {
 
 void AppDetail::showFacts() {
     const InstalledApp &app = row_->app;
-    name_->setText(text(app.name));
+    name_->setText(displayedText(app.name));
     QStringList identity;
     if (app.version)
-        identity.append(u"Version %1"_s.arg(text(*app.version)));
+        identity.append(u"Version %1"_s.arg(displayedText(*app.version)));
     if (app.bundleID)
-        identity.append(text(*app.bundleID));
+        identity.append(displayedText(*app.bundleID));
     if (app.isMASApp)
         identity.append(u"from the App Store"_s);
     identity_->setText(identity.join(QStringLiteral(" · ")));
@@ -136,7 +136,7 @@ void AppDetail::showLeftovers(const std::vector<AppRow> &rows) {
     for (const LeftoverItem &item : row_->leftovers) {
         std::vector<LeftoverListModel::Row> &group =
             item.confidence == MatchConfidence::exact ? exact : likely;
-        group.push_back({item, text(Uninstall::otherClaims(item, row_->app.url, rows))});
+        group.push_back({item, displayedText(Uninstall::otherClaims(item, row_->app.url, rows))});
         all.push_back(Uninstall::entryOf(item));
     }
     ticked_.retain({&all});

@@ -75,12 +75,12 @@ QVariant AppListModel::data(const QModelIndex &index, int role) const {
     const AppRow &row = rowAt(index);
     switch (role) {
     case Qt::DisplayRole:
-        return text(row.app.name);
+        return displayedText(row.app.name);
     case Qt::ToolTipRole:
         return displayedText(row.app.url.path());
     case Qt::AccessibleTextRole:
-        return row.analyzed ? text(row.app.name) + QStringLiteral(", ") + bundleSizeText(row)
-                            : u"%1, not analysed yet"_s.arg(text(row.app.name));
+        return row.analyzed ? displayedText(row.app.name) + QStringLiteral(", ") + bundleSizeText(row)
+                            : u"%1, not analysed yet"_s.arg(displayedText(row.app.name));
     case sizeRole:
         return bundleSizeText(row);
     case analyzedRole:

@@ -5,6 +5,7 @@
 #include "Views/Components/Card.h"
 #include "Views/Components/MeasureButton.h"
 #include "Views/Components/Metrics.h"
+#include "Views/Components/NodeName.h"
 #include "Views/Components/PageHeader.h"
 #include "Views/Components/PageParts.h"
 #include "Views/Components/ProgressNote.h"
@@ -167,12 +168,12 @@ void OverviewView::keyPressEvent(QKeyEvent *event) {
 }
 
 void OverviewView::confirmDeletion(const LocalSnapshot &snapshot) {
-    auto *sheet = new ConfirmationSheet(
-        u"Delete this snapshot?"_s,
-        u"“%1” will be deleted for good. The states of your files that "
-        "only it holds are gone then. The system "
-        "asks for an administrator's password."_s.arg(QString::fromStdString(snapshot.name)),
-        u"Delete"_s, this);
+    auto *sheet =
+        new ConfirmationSheet(u"Delete this snapshot?"_s,
+                              u"“%1” will be deleted for good. The states of your files that "
+                              "only it holds are gone then. The system "
+                              "asks for an administrator's password."_s.arg(displayedText(snapshot.name)),
+                              u"Delete"_s, this);
     connect(sheet, &QDialog::accepted, this, [this, snapshot] {
         volumes_.deleteSnapshot(snapshot, [this, page = QPointer(this), snapshot](bool isDeleted) {
             if (isDeleted || page.isNull())
@@ -180,7 +181,7 @@ void OverviewView::confirmDeletion(const LocalSnapshot &snapshot) {
             whenNoSheetIsOpen(this, [this, snapshot] {
                 (new NoticeSheet(u"The snapshot is still there"_s,
                                  u"“%1” could not be deleted, or the password was not given."_s.arg(
-                                     QString::fromStdString(snapshot.name)),
+                                     displayedText(snapshot.name)),
                                  this))
                     ->open();
             });

@@ -5,6 +5,7 @@
 #include "Views/Components/DestructiveButton.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/Metrics.h"
+#include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 
@@ -57,13 +58,13 @@ QWidget *SnapshotsCard::makeRow(const LocalSnapshot &snapshot, bool isBusy) {
     auto *row = new QWidget(this);
     auto *name = new ElidedLabel(Type::Size::body, TextLabel::Tone::primary, Qt::ElideMiddle, row);
     name->setObjectName(QStringLiteral("snapshotName"));
-    name->setText(text(snapshot.name));
+    name->setText(displayedText(snapshot.name));
     auto *date = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, row);
     date->setText(snapshot.date ? text(Fmt::relativeDate(snapshot.date)) : QString());
     auto *remove = new DestructiveButton(row);
     remove->setObjectName(QStringLiteral("deleteSnapshot"));
     remove->setText(u"Delete…"_s);
-    remove->setAccessibleName(u"Delete %1"_s.arg(text(snapshot.name)));
+    remove->setAccessibleName(u"Delete %1"_s.arg(displayedText(snapshot.name)));
     remove->setEnabled(!isBusy);
     connect(remove, &QPushButton::clicked, this, [this, snapshot] { emit deletionAsked(snapshot); });
     auto *layout = new QHBoxLayout(row);
