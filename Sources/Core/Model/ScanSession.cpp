@@ -5,6 +5,7 @@
 #include "Core/Removal/NodesToRemove.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/ScanStats.h"
+#include "Platform/FileStatus.h"
 #include "Platform/Host.h"
 
 #include <utility>
@@ -16,13 +17,27 @@ namespace {
 constexpr std::chrono::milliseconds scanInterval{200};
 constexpr std::chrono::milliseconds sliceOfDetaching{8};
 
-/// The folder as the scan of the tree at `rootPath` would show it now; null if it is gone.
+/// The file as a scan would show it now; null if there is none.
+std::shared_ptr<FSNode> fileAgain(const std::string &path) {
+    const std::optional<FileStatus> status = fileStatus(path);
+    if (!status || status->kind != FileKind::regularFile)
+        return nullptr;
+    auto file = std::make_shared<FSNode>(std::string(FileURL(path).fileName()), path, false);
+    file->setIdentity(status->identity);
+    file->size = status->allocatedBytes;
+    file->logicalSize = status->length;
+    file->fileCount = 1;
+    return file;
+}
+
+/// The folder or file as the scan of the tree at `rootPath` would show it now; null if it is gone.
 std::shared_ptr<FSNode> scannedAgain(const std::string &path, const std::string &rootPath, ScanStats &stats) {
     const ScanOptions options = ScanOptions::standard();
     std::shared_ptr<FSNode> found = path == rootPath ? DiskScanner::scan(path, options, stats)
                                                      : DiskScanner::scanInside(path, options, stats);
-    if (found != nullptr)
-        found->sortRecursively();
+    if (found == nullptr)
+        return fileAgain(path);
+    found->sortRecursively();
     return found;
 }
 
@@ -208,20 +223,25 @@ void ScanSession::readPlacesAgain(const GonePaths &replaced) {
         folders.push_back(parent == root ? place : parent);
     }
     measureAgain(GonePaths(std::move(folders)));
+    std::vector<FSNode *> files;
+    for (const std::unique_ptr<FSNode> &child : state().tree->children())
+        if (!child->isDirectory && !child->isAggregate && replaced.contains(FileURL(child->path())))
+            files.push_back(child.get());
+    scanAgain(files);
 }
 
-void ScanSession::scanAgain(const std::vector<FSNode *> &folders) {
-    if (folders.empty())
+void ScanSession::scanAgain(const std::vector<FSNode *> &nodes) {
+    if (nodes.empty())
         return;
     Rescan rescan{state().tree, {}};
-    for (const FSNode *folder : folders)
-        rescan.folders.emplace_back(folder->path(), nullptr);
+    for (const FSNode *node : nodes)
+        rescan.places.emplace_back(node->path(), nullptr);
     const auto stats = std::make_shared<ScanStats>();
     rescans_.push_back(stats);
     workers_.run(
         this,
         [rescan = std::move(rescan), rootPath = state().tree->path(), stats]() mutable {
-            for (auto &[path, found] : rescan.folders)
+            for (auto &[path, found] : rescan.places)
                 found = scannedAgain(path.path(), rootPath, *stats);
             return std::move(rescan);
         },
@@ -240,16 +260,20 @@ void ScanSession::replace(Rescan rescan) {
         return;
     }
     std::vector<FileURL> gone;
-    for (const auto &[path, found] : rescan.folders) {
-        if (found == nullptr)
-            gone.push_back(path);
-        else // at this path, because the node may have left the tree since
-            for (FSNode *folder : foldersAt(*state().tree, GonePaths({path})))
-                replaceContents(*folder, *found);
+    for (const auto &[path, found] : rescan.places) {
+        // Looked for by their path, because a node may have left the tree since.
+        const bool isRoot = path.path() == state().tree->path();
+        for (FSNode *node :
+             isRoot ? std::vector{state().tree.get()} : goneNodes(*state().tree, GonePaths({path}))) {
+            if (found != nullptr && found->isDirectory == node->isDirectory)
+                replaceContents(*node, *found);
+            else
+                gone.push_back(path);
+        }
     }
     if (!gone.empty())
         drop(GonePaths(std::move(gone)));
-    workers_.dispose(std::move(rescan.folders));
+    workers_.dispose(std::move(rescan.places));
 }
 
 void ScanSession::replaceContents(FSNode &folder, FSNode &found) {

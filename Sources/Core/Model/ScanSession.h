@@ -100,7 +100,7 @@ private:
     /// Folders scanned again, with their new nodes; null where there is no folder any more.
     struct Rescan {
         std::weak_ptr<FSNode> tree; ///< the one that showed them
-        std::vector<std::pair<FileURL, std::shared_ptr<FSNode>>> folders;
+        std::vector<std::pair<FileURL, std::shared_ptr<FSNode>>> places;
     };
 
     void pollScan();
@@ -109,7 +109,7 @@ private:
     void dropFromTree(const GonePaths &gone);
     void detachSlice();
     void detach(FSNode &node);
-    void scanAgain(const std::vector<FSNode *> &folders);
+    void scanAgain(const std::vector<FSNode *> &nodes);
     void replace(Rescan rescan);
     void replaceContents(FSNode &folder, FSNode &found);
 

@@ -244,25 +244,30 @@ TEST_F(CorvelModelRemoval, ScansAFolderAgainThatWentInPart) {
 
 // The user sees what is there now, and can remove that.
 TEST_F(CorvelModelRemoval, ReadsAgainWhatHasReplacedAnItem) {
-    for (const char *item : {"a/folder", "a/file"}) {
+    for (const char *item : {"a/folder", "a/file", "file"}) {
         folder.makeFile("a/folder/old", 2'000'000);
-        folder.makeFile("a/file", 2'000'000);
+        for (const char *file : {"a/file", "file"})
+            folder.makeFile(file, 2'000'000);
         scan();
         std::filesystem::rename(folder.path(item), folder.path("moved"));
         if (std::filesystem::is_directory(folder.path("moved")))
             folder.makeFile("a/folder/new", 3'000'000);
         else
             folder.makeFile(item, 3'000'000);
-        const std::string name = std::filesystem::path(item).filename();
+        const auto replacedNode = [&] {
+            const std::string name = std::filesystem::path(item).filename();
+            return item == std::string("file") ? node({"file"}) : node({"a", name});
+        };
         QSignalSpy replaced(&model.scan, &ScanSession::contentsReplaced);
-        model.removals.removeNodes({node({"a", name})}, RemovalMode::trash);
+        model.removals.removeNodes({replacedNode()}, RemovalMode::trash);
         ASSERT_TRUE(waitUntilRemoved(model));
         ASSERT_EQ(model.removals->lastResult->changed, std::vector{FileURL(folder.path(item))});
         EXPECT_TRUE(actions.calls.empty());
         ASSERT_TRUE(QTest::qWaitFor([&] { return !replaced.isEmpty(); }, 60'000));
 
-        EXPECT_GE(node({"a", name})->size, 3'000'000);
-        model.removals.removeNodes({node({"a", name})}, RemovalMode::trash);
+        EXPECT_GE(replacedNode()->size, 3'000'000);
+        EXPECT_GE(root().size, 5'000'000);
+        model.removals.removeNodes({replacedNode()}, RemovalMode::trash);
         ASSERT_TRUE(waitUntilRemoved(model));
         EXPECT_THAT(actions.calls, ElementsAre(std::string("trash ") + folder.path(item)));
         actions.calls.clear();
