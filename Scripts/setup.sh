@@ -48,6 +48,7 @@ set_up() {
     [ "$(uname -s)" != Darwin ] || column=brew # a Mac's requirements, even without Homebrew
     missing=$(missing_for "$purpose" "$column" packages)
     if [ -n "$missing" ]; then
+        [ "$manager" != brew ] || refuse_long_build "$missing"
         [ -n "$manager" ] || end_set_up "No package manager is known here (on a Mac that is Homebrew); please install" \
             "$(missing_for "$purpose" "$column" names), then start again."
         install_packages "$manager" "$missing" ||
@@ -61,6 +62,18 @@ set_up() {
 end_set_up() {
     printf '%s\n' "$*" >&2
     exit 1
+}
+
+# Homebrew has nothing ready-made for macOS 13 any more: it would compile Qt for hours, and fail without Xcode.
+refuse_long_build() {
+    local version
+    version=$(sw_vers -productVersion)
+    case " $1" in
+        *' qt'*) [ "${version%%.*}" -ge 14 ] ||
+            end_set_up "Homebrew has no ready-made Qt for macOS $version. Please install Qt 6.4 or newer with the Qt" \
+                "Company's installer, set CMAKE_PREFIX_PATH to its folder (such as ~/Qt/6.9.3/macos)," \
+                "then start again." ;;
+    esac
 }
 
 # The name of the package manager, as in the header of its column; nothing where there is none.

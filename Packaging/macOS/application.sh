@@ -15,13 +15,16 @@ contents="$app/Contents"
 
 main() {
     local tool
-    command -v macdeployqt >/dev/null || end 'macdeployqt, which comes with Qt, is not in the PATH.'
-    for tool in codesign otool plutil; do
+    for tool in macdeployqt qtpaths; do
+        command -v $tool >/dev/null || end "$tool, which comes with Qt, is not in the PATH."
+    done
+    for tool in codesign otool plutil xattr; do
         command -v "$tool" >/dev/null || end "$tool is missing: packaging takes a Mac with Xcode's tools."
     done
     rm -rf "$out" # leftovers of an earlier version would look like parts of this one
     build "$@"
     deploy
+    check_libraries
     check_minimum
     sign
     check_signature
@@ -42,13 +45,38 @@ build() {
     cmake --install "$top/build/package" --prefix "$work"
 }
 
-# Copies Qt and its plug-ins into the bundle. macdeployqt reports missing files but still exits with status 0.
+# Copies Qt into the bundle, and those of its plug-ins that the programs use. macdeployqt itself would choose them by
+# what is installed; it does take care of what the plug-ins in the bundle need.
 deploy() {
-    local said
-    said=$(macdeployqt "$app" -executable="$contents/MacOS/brimvalectl" 2>&1) || end "$said"
-    case $said in
-        *ERROR:*) end "$said" ;;
-    esac
+    local plugins plugin said
+    plugins=$(qtpaths --query QT_INSTALL_PLUGINS) || end 'qtpaths does not tell where the plug-ins of Qt are.'
+    for plugin in platforms/libqcocoa tls/libqsecuretransportbackend; do
+        mkdir -p "$contents/PlugIns/${plugin%/*}"
+        cp "$plugins/$plugin.dylib" "$contents/PlugIns/${plugin%/*}" || end "Qt's plug-in $plugin is missing."
+    done
+    mkdir -p "$contents/Resources"
+    printf '[Paths]\nPlugins = PlugIns\n' >"$contents/Resources/qt.conf"
+    said=$(macdeployqt "$app" -executable="$contents/MacOS/brimvalectl" -no-plugins 2>&1) || end "$said"
+}
+
+# Every library that a program or a library in the bundle loads must be in the bundle or part of macOS. macdeployqt
+# leaves out what it does not find, and exits with status 0.
+check_libraries() {
+    local file library inside
+    while IFS= read -r -d '' file; do
+        while IFS= read -r library; do
+            case $library in
+                /usr/lib/* | /System/Library/* | */"${file##*/}") continue ;; # the last one is its own name
+                @rpath/*) inside=${library#@rpath/} ;;
+                @*/Frameworks/*) inside=${library#*/Frameworks/} ;;
+                @loader_path/*) inside=${library##*/} ;;
+                *) inside='nothing of that name' ;;
+            esac
+            [ -e "$contents/Frameworks/$inside" ] ||
+                end "${file##*/} loads $library, which is not in the application."
+        done < <(otool -arch all -L "$file" 2>/dev/null | awk '/^\t.*[(]compatibility version/ {
+            sub(/^\t/, ""); sub(/ [(]compatibility version.*/, ""); print }')
+    done < <(find "$contents" -type f -print0)
 }
 
 entry() {
@@ -84,6 +112,8 @@ is_at_least() {
 sign() {
     local item identifier entitlements="$top/Resources/macOS/Brimvale.entitlements"
     identifier=$(entry CFBundleIdentifier)
+    # Finder information and the like, which a synchronised folder gets by itself, cannot be signed.
+    xattr -cr "$app" || end 'the extended attributes could not be removed.'
     while IFS= read -r -d '' item; do
         sign_item "$item"
     done < <(find "$contents/Frameworks" "$contents/PlugIns" -depth \

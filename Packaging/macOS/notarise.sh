@@ -21,7 +21,7 @@ main() {
     case $item in
         *.app)
             # The service does not accept folders.
-            work=$(mktemp -d)
+            work=$(mktemp -d "${TMPDIR:-/tmp}/brimvale-XXXXXX")
             trap 'rm -rf "$work"' EXIT
             ditto -c -k --keepParent "$item" "$work/${item##*/}.zip"
             submit "$work/${item##*/}.zip"

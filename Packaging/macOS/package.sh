@@ -5,7 +5,10 @@
 #   Packaging/macOS/package.sh [CMAKE-OPTION…]
 #
 # With SIGNING_IDENTITY it is signed (see application.sh), and notarised if there is an account for notarise.sh
-# besides.
+# besides. Installed copies take a release only if its build number is higher than theirs: without -DBRIMVALE_BUILD it is
+# the number of commits until now.
+#
+# RELEASE_NOTES     a text file that says what is new, for the entry; without it, the entry does not say
 set -euo pipefail
 here=$(CDPATH='' cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 out=$(CDPATH='' cd "$here/../.." && pwd)/build/dist
@@ -13,7 +16,15 @@ app="$out/Brimvale.app"
 downloads=https://updates.brimvale.example
 
 main() {
-    local version name
+    local version name build
+    [ -z "${RELEASE_NOTES:-}" ] || [ -r "$RELEASE_NOTES" ] || end "$RELEASE_NOTES cannot be read."
+    case " $*" in
+        *' -DBRIMVALE_BUILD='*) ;;
+        *)
+            build=$(number_of_commits)
+            set -- "-DBRIMVALE_BUILD=$build" "$@"
+            ;;
+    esac
     "$here/application.sh" "$@"
     notarise "$app"
     version=$(entry CFBundleShortVersionString)
@@ -50,13 +61,29 @@ notarise() {
     fi
 }
 
+# A copy of only the last commits would give a number that has been used before.
+number_of_commits() {
+    [ "$(cd "$here" && git rev-parse --is-shallow-repository 2>/dev/null)" = false ] &&
+        (cd "$here" && git rev-list --count HEAD) ||
+        end 'the commits cannot be counted here; give -DBRIMVALE_BUILD=NUMBER, higher than that of the last release.'
+}
+
+# The member of the entry with the notes as a JSON text; nothing without notes.
+notes() {
+    [ -n "${RELEASE_NOTES:-}" ] || return 0
+    printf '"notes": "'
+    LC_ALL=C tr '\t' ' ' <"$RELEASE_NOTES" | LC_ALL=C tr -d '\000-\011\013-\037' | LC_ALL=C sed 's/\\/\\\\/g; s/"/\\"/g' |
+        LC_ALL=C awk '{ printf "%s%s", (NR > 1 ? "\\n" : ""), $0 }'
+    printf '", '
+}
+
 announce() {
     local build minimum digest
     build=$(entry CFBundleVersion)
     minimum=$(entry LSMinimumSystemVersion)
     digest=$(shasum -a 256 "$2") || end "the digest of ${2##*/} could not be computed."
-    printf '{"version": "%s", "build": %s, "url": "%s", "sha256": "%s", "minimumSystemVersion": "%s"}\n' \
-        "$1" "$build" "$downloads/${2##*/}" "${digest%% *}" "$minimum"
+    printf '{"version": "%s", "build": %s, %s"url": "%s", "sha256": "%s", "minimumSystemVersion": "%s"}\n' \
+        "$1" "$build" "$(notes)" "$downloads/${2##*/}" "${digest%% *}" "$minimum"
 }
 
 main "$@"
