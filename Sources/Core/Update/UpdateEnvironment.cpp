@@ -16,9 +16,9 @@ constexpr TransferLimits archiveLimits{.bytes = qint64{2} * 1024 * 1024 * 1024,
                                        .silence = std::chrono::seconds(60)};
 
 std::optional<SystemVersion> runningMacOSVersion() {
-    const auto version = QOperatingSystemVersion::current();
-    if (version.type() != QOperatingSystemVersion::MacOS)
+    if (QOperatingSystemVersion::currentType() != QOperatingSystemVersion::MacOS)
         return std::nullopt;
+    const auto version = QOperatingSystemVersion::current();
     return SystemVersion{version.majorVersion(), version.minorVersion()};
 }
 

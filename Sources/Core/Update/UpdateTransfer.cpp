@@ -126,7 +126,8 @@ std::optional<UpdateFailure> UpdateTransfer::faultOfEnd() const {
         if (auto fault = faultOfHead())
             return fault;
     // Which error a transfer timeout is depends on the version of Qt.
-    if (reply_->error() == QNetworkReply::OperationCanceledError || reply_->error() == QNetworkReply::TimeoutError)
+    if (reply_->error() == QNetworkReply::OperationCanceledError ||
+        reply_->error() == QNetworkReply::TimeoutError)
         return timeOut();
     if (reply_->error() != QNetworkReply::NoError)
         return UpdateFailure(reply_->errorString().toStdString());
