@@ -26,6 +26,7 @@ TEST(FileURL, SplitsAndJoinsPaths) {
 TEST(FileURL, StandardizedResolvesLinksOnlyBeforeDotDot) {
     const testing::TemporaryFolder folder;
     folder.makeFolder("real/inner");
+    folder.makeFile("real/x");
     folder.makeLink("link", "real/inner");
     struct Case {
         std::string path, standardised;

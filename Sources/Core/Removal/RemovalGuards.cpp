@@ -26,11 +26,14 @@ std::optional<FileURL> realFolder(const FileURL &folder) {
     return error ? std::nullopt : std::optional(FileURL(real.native()));
 }
 
-/// The home, and its path without links, because a scan of the whole disk finds it by both.
+/// The home; and its path without links, because a scan of the whole disk finds it by both, also in the form
+/// of the paths that are checked.
 std::vector<FileURL> withRealPath(const FileURL &home) {
     std::vector<FileURL> paths{home};
-    if (std::optional<FileURL> real = realFolder(home); real && *real != home)
-        paths.push_back(*std::move(real));
+    if (const std::optional<FileURL> real = realFolder(home); real && *real != home) {
+        paths.push_back(*real);
+        paths.push_back(real->standardized());
+    }
     return paths;
 }
 

@@ -17,7 +17,8 @@ constexpr const char *tooClose = " is too close to the volume root to remove saf
 constexpr const char *gone = " no longer exists."; // the last test, so all others have let it pass
 constexpr const char *admitted = "";
 
-/// A path, the predicate of its refusal, and how the sentence names it where that is not the path itself.
+/// A path, the predicate of its refusal, and how the sentence names it where that is not the standardised
+/// path.
 struct Case {
     std::string path;
     const char *predicate;
@@ -26,7 +27,7 @@ struct Case {
 
 void expectAnswers(const RemovalGuards &guards, const std::vector<Case> &cases) {
     for (const Case &one : cases) {
-        const std::string &named = one.named.empty() ? one.path : one.named;
+        const std::string named = one.named.empty() ? FileURL(one.path).standardized().path() : one.named;
         const std::string expected = *one.predicate == '\0' ? "" : named + one.predicate;
         EXPECT_EQ(guards.check(FileURL(one.path)).value_or(""), expected) << one.path;
     }
