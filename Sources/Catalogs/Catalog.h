@@ -15,33 +15,34 @@
 
 namespace brimvale {
 
-/// Everything the program knows about a system, as data. Values that depend on a home folder are functions of
-/// it; none of them reads the disk.
+/// Everything the program knows about a system, as data. Values that depend on a home folder or a host are
+/// functions of it; none of them reads the disk.
 struct Catalog {
     Words words;
 
     /// The places offered for a scan, in menu order.
     std::vector<ScanRoot> scanRoots;
     /// Folders that a scan never enters: device and automount trees, the other volumes, the same volume by a
-    /// second path. Absolute paths.
+    /// second path. Absolute paths, as for a host whose root is "/".
     std::vector<std::string> skippedPaths;
     /// Folders of cloud providers, which would download their contents to list them.
     std::vector<std::string> (*cloudProviderRoots)(const FileURL &home);
 
     GuardedPaths (*guardedPaths)(const FileURL &home);
     /// Nothing on systems without such a permission.
-    std::optional<AccessProbes> (*accessProbes)(const FileURL &home);
+    std::optional<AccessProbes> (*accessProbes)(const Host &host);
 
-    AppRoots (*appRoots)(const FileURL &home);
-    LeftoverRules (*leftoverRules)(const FileURL &home);
+    AppRoots (*appRoots)(const Host &host);
+    LeftoverRules (*leftoverRules)(const Host &host);
 
     /// The places where data collects that programs create again by themselves, in the order shown; not yet
     /// measured.
-    std::vector<CleanupTarget> (*cleanupTargets)(const FileURL &home);
-    /// The parts of the used space, in the order shown. `others` are the folders of other users.
-    std::vector<StorageCategory> (*storageCategories)(const FileURL &home, std::vector<std::string> others);
+    std::vector<CleanupTarget> (*cleanupTargets)(const Host &host);
+    /// The parts of the used space, in the order shown. `others` are the folders of other
+    /// users, as places of the catalog.
+    std::vector<StorageCategory> (*storageCategories)(const Host &host, std::vector<std::string> others);
     /// The folders to search for data outside all categories, the home folder last.
-    std::vector<std::string> (*systemDataRoots)(const FileURL &home);
+    std::vector<std::string> (*systemDataRoots)(const Host &host);
     OtherUsers otherUsers;
 };
 

@@ -29,7 +29,7 @@ std::optional<InstalledApp> appAt(std::string_view typed) {
         return std::nullopt;
     const std::string path = std::get<FileURL>(place).standardized().path();
     const Host host = Host::current();
-    return AppInventory::describe(path, catalogOf(host.system).appRoots(host.home).isSystem(path));
+    return AppInventory::describe(path, catalogOf(host.system).appRoots(host).isSystem(path));
 }
 
 std::vector<InstalledApp> appsIdentifiedBy(std::string_view identifier) {

@@ -1,6 +1,8 @@
 #include "Platform/Host.h"
 
 #include <atomic>
+#include <mutex>
+#include <utility>
 
 namespace brimvale {
 
@@ -8,10 +10,28 @@ namespace {
 
 std::atomic<std::optional<System>> chosenSystem;
 
+struct Root {
+    std::mutex mutex;
+    std::string folder = "/";
+};
+
+Root &chosenRoot() {
+    static Root root;
+    return root;
+}
+
 } // namespace
 
 Host Host::current() {
-    return {currentSystem(), homeFolder(), platformTools()};
+    Root &root = chosenRoot();
+    const std::lock_guard lock(root.mutex);
+    return {currentSystem(), homeFolder(), platformTools(), root.folder};
+}
+
+std::string Host::placeOf(std::string_view path) const {
+    if (root == "/" || !path.starts_with('/'))
+        return expandingTilde(path, home.path());
+    return path == "/" ? root : root + std::string(path);
 }
 
 System Host::currentSystem() {
@@ -20,6 +40,12 @@ System Host::currentSystem() {
 
 void Host::useSystem(std::optional<System> system) {
     chosenSystem = system;
+}
+
+void Host::useRoot(std::string folder) {
+    Root &root = chosenRoot();
+    const std::lock_guard lock(root.mutex);
+    root.folder = std::move(folder);
 }
 
 } // namespace brimvale

@@ -4,6 +4,8 @@
 #include "Platform/Tools.h"
 
 #include <optional>
+#include <string>
+#include <string_view>
 
 namespace brimvale {
 
@@ -15,9 +17,16 @@ struct Host {
     System system;
     FileURL home;
     Tools tools;
+    /// The folder that catalogs take for "/" when they measure: tests measure a sample of a disk there. What
+    /// must not be removed does not depend on it.
+    std::string root = "/";
+
+    /// Where a place of a catalog is: "~" stands for the home folder, and other paths are in `root`.
+    [[nodiscard]] std::string placeOf(std::string_view path) const;
 
     /// The current host: the system selected with `useSystem`, else the one the program was built for; the
-    /// user's home, read again on each call; the platform's tools. Thread-safe.
+    /// user's home, read again on each call; the platform's tools; "/" or what was given to `useRoot`.
+    /// Thread-safe.
     [[nodiscard]] static Host current();
 
     /// The system of `current`, without reading the rest.
@@ -25,6 +34,9 @@ struct Host {
 
     /// Selects another system's catalogs for the whole program; without a value, its own again.
     static void useSystem(std::optional<System> system);
+
+    /// Gives the hosts from `current` this root, for the whole program. Only tests do.
+    static void useRoot(std::string folder);
 };
 
 /// The system that the program was built for.

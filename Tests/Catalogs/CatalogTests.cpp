@@ -91,7 +91,7 @@ TEST(Catalog, GuardedPathsAreWellFormed) {
 TEST(Catalog, CleanupTargetsHaveUniqueIdsAndWellFormedRoots) {
     for (const System system : bothSystems) {
         std::set<std::string> ids;
-        for (const CleanupTarget &target : catalogOf(system).cleanupTargets(hostOf(system).home)) {
+        for (const CleanupTarget &target : catalogOf(system).cleanupTargets(hostOf(system))) {
             EXPECT_TRUE(ids.insert(target.id).second) << target.id;
             EXPECT_FALSE(target.roots.empty()) << target.id;
             for (const std::string &root : target.roots)

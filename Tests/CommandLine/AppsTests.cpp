@@ -11,10 +11,9 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 
-/// The program with the catalogs of macOS, for a user whose home this is.
-Outcome runIn(const TemporaryFolder &home, std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), {"--system", "macos"});
-    return runProgram(arguments, inHome(home.path()));
+/// The program for a user whose home this is, on a Mac that has nothing else.
+Outcome runIn(const TemporaryFolder &home, const std::vector<std::string> &arguments) {
+    return runProgramOnMac(home.path("nothing"), arguments, inHome(home.path()));
 }
 
 QJsonArray arrayIn(const Outcome &outcome) {

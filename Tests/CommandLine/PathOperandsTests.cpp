@@ -1,4 +1,5 @@
 #include "CommandLine/Program.h"
+#include "CommandLine/Terminal.h"
 #include "Support/TemporaryFolder.h"
 
 #include <filesystem>

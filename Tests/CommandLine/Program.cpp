@@ -9,14 +9,10 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
-#include <poll.h>
 #include <stdexcept>
-#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <system_error>
-#include <termios.h>
 #include <unistd.h>
-#include <utility>
 
 namespace brimvale::testing {
 
@@ -79,6 +75,16 @@ Outcome runProgram(const std::vector<std::string> &arguments, const std::functio
     return runFile(programPath(), arguments, prepare);
 }
 
+Outcome runProgramOnMac(const std::string &root, std::vector<std::string> arguments,
+                        const std::function<void()> &prepare) {
+    arguments.insert(arguments.begin(), {"--system", "macos"});
+    const std::string folder(FileURL(programPath()).parent().path());
+    return runFile(joinPath(folder, "brimvalectl-in-tests"), arguments, [&] {
+        setenv("BRIMVALE_TEST_ROOT", root.c_str(), 1);
+        prepare();
+    });
+}
+
 Outcome runProgramUnprivileged(const std::string &folder, const std::vector<std::string> &arguments) {
     // The build folder may lie where other users cannot go.
     const std::string program = joinPath(folder, "brimvalectl");
@@ -130,51 +136,6 @@ std::vector<std::string> pathsIn(const QJsonValue &array) {
     for (const QJsonValue &one : array.toArray())
         paths.push_back((one.isObject() ? one["url"] : one).toString().toStdString());
     return paths;
-}
-
-Terminal::Terminal(int columns) : controller_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-    require(controller_ >= 0 && grantpt(controller_) == 0 && unlockpt(controller_) == 0, "posix_openpt");
-    device_ = open(ptsname(controller_), O_RDWR | O_NOCTTY | O_CLOEXEC);
-    require(device_ >= 0, "ptsname");
-    // As it is written, without a carriage return before every line feed.
-    termios modes{};
-    tcgetattr(device_, &modes);
-    modes.c_oflag &= ~static_cast<tcflag_t>(OPOST);
-    tcsetattr(device_, TCSANOW, &modes);
-    winsize size{};
-    size.ws_row = 24;
-    size.ws_col = static_cast<unsigned short>(columns);
-    ioctl(device_, TIOCSWINSZ, &size);
-}
-
-Terminal::~Terminal() {
-    close(device_);
-    close(controller_);
-}
-
-void Terminal::type(std::string_view text) const {
-    require(write(controller_, text.data(), text.size()) == static_cast<ssize_t>(text.size()), "write");
-}
-
-void Terminal::answer(std::string_view question, std::string_view text) {
-    constexpr int patience = 20'000; // milliseconds
-    pollfd controller{.fd = controller_, .events = POLLIN, .revents = 0};
-    while (!seen_.ends_with(question) && poll(&controller, 1, patience) == 1) {
-        std::array<char, 4096> part{};
-        const ssize_t count = read(controller_, part.data(), part.size());
-        if (count <= 0)
-            return; // the program has ended
-        seen_.append(part.data(), static_cast<std::size_t>(count));
-    }
-    type(text);
-}
-
-std::string Terminal::written() {
-    close(std::exchange(device_, -1));
-    std::array<char, 4096> part{};
-    for (ssize_t count = 0; (count = read(controller_, part.data(), part.size())) > 0;)
-        seen_.append(part.data(), static_cast<std::size_t>(count));
-    return seen_;
 }
 
 } // namespace brimvale::testing

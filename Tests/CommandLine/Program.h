@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <QJsonArray>
@@ -24,6 +23,11 @@ struct Outcome {
 [[nodiscard]] Outcome runProgram(
     const std::vector<std::string> &arguments, const std::function<void()> &prepare = [] {});
 
+/// The same with the catalogs of macOS, for a Mac whose disk is the folder `root`.
+[[nodiscard]] Outcome runProgramOnMac(
+    const std::string &root, std::vector<std::string> arguments,
+    const std::function<void()> &prepare = [] {});
+
 /// The same as a user without special rights, whoever runs the tests. `folder` has to be open to all users;
 /// a copy of the program is left there.
 [[nodiscard]] Outcome runProgramUnprivileged(const std::string &folder,
@@ -42,33 +46,5 @@ struct Outcome {
 
 /// The elements of an array that are texts, or the URLs of those that are records.
 [[nodiscard]] std::vector<std::string> pathsIn(const QJsonValue &array);
-
-/// A terminal of `columns` columns; what is written to `device` can be read back.
-class Terminal {
-public:
-    explicit Terminal(int columns = 80);
-    ~Terminal();
-    Terminal(const Terminal &) = delete;
-    Terminal &operator=(const Terminal &) = delete;
-
-    /// The descriptor for a program's standard stream.
-    [[nodiscard]] int device() const { return device_; }
-
-    /// Types a few words, which the next reader of the device gets.
-    void type(std::string_view text) const;
-
-    /// Waits until `question` is the end of what has been written, and types the answer then. Nothing is
-    /// typed once the program that had this terminal as its own has ended.
-    void answer(std::string_view question, std::string_view text);
-
-    /// All that has been written (a few thousand bytes at most), once every other holder of the device has
-    /// closed it. The device is closed here.
-    [[nodiscard]] std::string written();
-
-private:
-    int controller_;
-    int device_;
-    std::string seen_; ///< what has been read back
-};
 
 } // namespace brimvale::testing

@@ -1,6 +1,7 @@
 #include "CommandLine/ProgressLine.h"
 
 #include "CommandLine/Program.h"
+#include "CommandLine/Terminal.h"
 #include "Support/ChildProcess.h"
 #include "Support/TemporaryFolder.h"
 
@@ -48,8 +49,8 @@ TEST(ScanProgress, PrintsOneSafeLineAndErasesIt) {
 }
 
 TEST(ScanProgress, IsSilentWithoutAThread) {
-    Terminal terminal;
-    EXPECT_EQ("passed", answerOfChild([&] {
+    EXPECT_EQ("passed", answerOfChild([] {
+                  const Terminal terminal;
                   becomeOrdinaryUser();
                   const rlimit none{0, 0};
                   setrlimit(RLIMIT_NPROC, &none);

@@ -30,6 +30,9 @@ class Storage : public ::testing::Test {
 protected:
     Storage() { makeSampleMac(folder.path()); }
 
+    [[nodiscard]] Outcome run(const std::vector<std::string> &arguments) const {
+        return runProgramOnMac(folder.path(), arguments);
+    }
     [[nodiscard]] std::string home(const std::string &inside) const { return homeIn(folder.path()) + inside; }
 
     const TemporaryFolder folder;
@@ -39,7 +42,7 @@ protected:
 } // namespace
 
 TEST_F(Storage, ListsCleanupTargetsWithTheirEntries) {
-    const QJsonArray targets = documentOf(runProgram({"--system", "macos", "cleanup", "--json"})).array();
+    const QJsonArray targets = documentOf(run({"cleanup", "--json"})).array();
     EXPECT_EQ(targets.size(), 15);
     const QJsonObject trash = withId(targets, "trash");
     EXPECT_EQ(trash.keys().join(' ').toStdString(),
@@ -55,19 +58,20 @@ TEST_F(Storage, ListsCleanupTargetsWithTheirEntries) {
     // One item under two cards has one size.
     const QJsonObject caches = withId(targets, "user-caches");
     EXPECT_THAT(pathsIn(caches["entries"]), ::testing::Contains(home("/Library/Caches/ms-playwright")));
+    EXPECT_THAT(pathsIn(withId(targets, "macos-installers")["entries"]),
+                ::testing::Contains(folder.path("Library/Updates/042-12345")));
 
-    const QJsonArray two =
-        documentOf(runProgram({"--system", "macos", "cleanup", "--json", "trash", "logs", "trash"})).array();
+    const QJsonArray two = documentOf(run({"cleanup", "--json", "trash", "logs", "trash"})).array();
     EXPECT_EQ(two.size(), 2);
     EXPECT_EQ(two[1].toObject(), trash);
 
-    const Outcome table = runProgram({"cleanup", "trash"});
+    const Outcome table = run({"cleanup", "trash"});
     EXPECT_THAT(table.out, HasSubstr("Items already thrown away, still occupying the disk.\n"));
     EXPECT_THAT(table.out, HasSubstr(home("/.Trash/Old Project") + "\n"));
 }
 
 TEST_F(Storage, OverviewCategoriesSumToUsedSpace) {
-    const QJsonObject overview = documentOf(runProgram({"--system", "macos", "overview", "--json"})).object();
+    const QJsonObject overview = documentOf(run({"overview", "--json"})).object();
     EXPECT_EQ(overview.keys().join(' ').toStdString(),
               "categories categorisedBytes sentence systemDataAccounted volumes");
     const QJsonArray categories = overview["categories"].toArray();
@@ -91,11 +95,10 @@ TEST_F(Storage, OverviewCategoriesSumToUsedSpace) {
     EXPECT_THAT(pathsIn(systemData["entries"]), ::testing::Contains(home("/.ollama")));
     EXPECT_THAT(overview["sentence"].toString().toStdString(), ::testing::StartsWith("The locations above "));
 
-    const QJsonObject documents =
-        documentOf(runProgram({"--system", "macos", "category", "documents", "--json"})).object();
+    const QJsonObject documents = documentOf(run({"category", "documents", "--json"})).object();
     EXPECT_EQ(documents, withId(categories, "documents"));
     EXPECT_EQ(documents["category"]["action"].toObject(), (QJsonObject{{"case", "removable"}}));
-    EXPECT_THAT(runProgram({"category", "photos"}).out, HasSubstr("A photo library is a bundle"));
+    EXPECT_THAT(run({"category", "photos"}).out, HasSubstr("A photo library is a bundle"));
 }
 
 TEST(StorageUsage, UnknownIdListsValidIds) {

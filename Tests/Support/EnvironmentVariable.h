@@ -1,6 +1,5 @@
 #pragma once
 
-#include <clocale>
 #include <cstdlib>
 #include <optional>
 #include <string>
@@ -31,13 +30,5 @@ private:
     std::string name_;
     std::optional<std::string> before_;
 };
-
-/// Gives this process, before it reads and keeps them, the language and the local time that tests expect:
-/// that of a place with a summer time, and never UTC.
-inline void useTheLocaleOfTheTests() {
-    if (std::setlocale(LC_ALL, "C.UTF-8") != nullptr) // which not every Mac has
-        setenv("LC_ALL", "C.UTF-8", 1);
-    setenv("TZ", "Europe/Berlin", 1);
-}
 
 } // namespace brimvale::testing

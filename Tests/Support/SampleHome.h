@@ -6,11 +6,18 @@
 
 namespace brimvale::testing {
 
-/// An empty folder that is the user's home, on a Mac as far as the catalogs go, while the object lives.
+/// An empty folder that is the user's home, while the object lives. The catalogs are those of a Mac that has
+/// nothing else.
 class SampleHome : public TemporaryFolder {
 public:
-    SampleHome() { Host::useSystem(System::macOS); }
-    ~SampleHome() { Host::useSystem(std::nullopt); }
+    SampleHome() {
+        Host::useSystem(System::macOS);
+        Host::useRoot(path("nothing"));
+    }
+    ~SampleHome() {
+        Host::useSystem(std::nullopt);
+        Host::useRoot("/");
+    }
     SampleHome(const SampleHome &) = delete;
     SampleHome &operator=(const SampleHome &) = delete;
 

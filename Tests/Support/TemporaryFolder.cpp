@@ -30,26 +30,48 @@ TemporaryFolder::TemporaryFolder()
 
 namespace {
 
+constexpr std::string_view beingRemoved = ".being-removed-";
+
+/// The names in a folder, without those that are being removed.
+std::vector<std::string> namesIn(int folder) {
+    std::vector<std::string> names;
+    DIR *stream = fdopendir(openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (stream == nullptr)
+        return names;
+    while (const dirent *entry = readdir(stream)) {
+        const std::string name = entry->d_name;
+        if (name != "." && name != ".." && !name.starts_with(beingRemoved))
+            names.push_back(name);
+    }
+    closedir(stream);
+    return names;
+}
+
 /// Empties a folder whose tree may be deeper than paths are long and may hold folders without rights: what
 /// lies two levels down is moved up until nothing is left.
 void empty(const std::string &path) {
     const int top = open(path.c_str(), O_RDONLY | O_DIRECTORY);
     std::vector<std::string> waiting;
     int count = 0;
+    const auto isCleared = [&](int folder, const std::string &name) {
+        if (unlinkat(folder, name.c_str(), 0) == 0)
+            return true;
+        const std::string moved = std::string(beingRemoved) + std::to_string(count++);
+        const auto moveUp = [&] { return renameat(folder, name.c_str(), top, moved.c_str()) == 0; };
+        // A mount point stays as it is: it shows a folder that is not ours.
+        if (!moveUp() && !(errno == EACCES && fchmodat(folder, name.c_str(), 0700, 0) == 0 && moveUp()))
+            return false;
+        waiting.push_back(moved);
+        return true;
+    };
     const auto clear = [&](int folder) {
         fchmod(folder, 0700);
-        DIR *stream = fdopendir(dup(folder));
-        while (const dirent *entry = readdir(stream)) {
-            const std::string name = entry->d_name;
-            if (name == "." || name == ".." || unlinkat(folder, name.c_str(), 0) == 0)
-                continue;
-            const std::string moved = "doomed-" + std::to_string(count++);
-            const auto moveUp = [&] { return renameat(folder, name.c_str(), top, moved.c_str()) == 0; };
-            // A mount point stays as it is: it shows a folder that is not ours.
-            if (moveUp() || (errno == EACCES && fchmodat(folder, name.c_str(), 0700, 0) == 0 && moveUp()))
-                waiting.push_back(moved);
+        // Again and again, because a list may be incomplete if the folder has changed before.
+        for (bool isAnyCleared = true; isAnyCleared;) {
+            isAnyCleared = false;
+            for (const std::string &name : namesIn(folder))
+                isAnyCleared = isCleared(folder, name) || isAnyCleared;
         }
-        closedir(stream);
     };
     clear(top);
     while (!waiting.empty()) {

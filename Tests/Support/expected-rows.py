@@ -3,26 +3,26 @@
 
     expected-rows.py ROOT HOME < CATALOG
 
-ROOT is where that disk lies ("" for this machine's), HOME the home folder on it. CATALOG has a line
+ROOT is the folder in place of "/" ("" for this machine), HOME the home folder in it. CATALOG has a line
 "KIND<tab>ID<tab>contents|whole<tab>PATH" for each root. A row is "KIND<tab>ID<tab>BYTES<tab>PATH".
 """
 import os
 import stat
 import sys
 
-prefix, home = sys.argv[1], sys.argv[2]
+top, home = sys.argv[1], sys.argv[2]
 
 fixed = ['/dev', '/net', '/home', '/.vol', '/Volumes', '/System/Volumes', '/System/Volumes/Data/Volumes',
          '/System/Volumes/Data/dev', '/System/Volumes/Data/net', '/System/Volumes/Data/home',
          '/System/Volumes/Data/.vol', '/System/Volumes/Update/mnt1', '/System/Volumes/VM/.snapshots']
 cloud = [home + '/Library/CloudStorage', home + '/Library/Mobile Documents']
-skipped = set(fixed + cloud)
+skipped = {top + path for path in fixed} | set(cloud)
 
 
 def size(path, device=None):
     """Bytes allocated at and under a path, on its own device."""
     try:
-        status = os.lstat(prefix + path)
+        status = os.lstat(path)
     except OSError:
         return 0
     if not stat.S_ISDIR(status.st_mode):
@@ -34,7 +34,7 @@ def size(path, device=None):
 
 def names(path):
     try:
-        return [name for name in os.listdir(prefix + path)]
+        return [name for name in os.listdir(path)]
     except OSError:
         return []
 
@@ -45,8 +45,9 @@ def children(path):
 
 def other_users():
     own = home.rsplit('/', 1)[1]
-    return ['/Users/Shared'] + ['/Users/' + name for name in names('/Users')
-                                if name not in (own, 'Shared') and not name.startswith('.')]
+    users = top + '/Users'
+    return [users + '/Shared'] + [users + '/' + name for name in names(users)
+                                  if name not in (own, 'Shared') and not name.startswith('.')]
 
 
 rows = []
@@ -61,7 +62,7 @@ for line in sys.stdin.read().splitlines():
     paths = children(root) if mode == 'contents' else [root]
     rows += [(kind, identifier, size(path), path) for path in paths if size(path) >= 1]
 
-for root in [home + '/Library', '/Library', '/private/var', home]:
+for root in [home + '/Library', top + '/Library', top + '/private/var', home]:
     for path in children(root):
         name = path.rsplit('/', 1)[1]
         if path in claimed or (root == home and (not name.startswith('.') or name == '.Trash')):

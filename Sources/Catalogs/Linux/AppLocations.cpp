@@ -4,13 +4,13 @@ namespace brimvale::linuxCatalog {
 
 /// Packages are removed with the package manager. Bundles are applications that users install by themselves,
 /// in the folders that their makers suggest.
-AppRoots appRoots(const FileURL &home) {
-    return {.user = {"/Applications", home.appending("Applications").path()}, .system = {}};
+AppRoots appRoots(const Host &host) {
+    return {.user = {host.placeOf("/Applications"), host.placeOf("~/Applications")}, .system = {}};
 }
 
 /// The base directories of desktops (freedesktop.org), and those of sandboxed applications.
-LeftoverRules leftoverRules(const FileURL &home) {
-    const auto user = [&](const char *folder) { return home.appending(folder).path(); };
+LeftoverRules leftoverRules(const Host &host) {
+    const auto user = [&](const char *folder) { return host.home.appending(folder).path(); };
     return {
         .exactRules =
             {

@@ -13,7 +13,7 @@ std::vector<std::string> cloudProviderRoots(const FileURL & /*home*/) {
 }
 
 /// A program may read whatever its user may read.
-std::optional<AccessProbes> accessProbes(const FileURL & /*home*/) {
+std::optional<AccessProbes> accessProbes(const Host & /*host*/) {
     return std::nullopt;
 }
 

@@ -9,7 +9,7 @@ namespace brimvale::linuxCatalog {
 // Its longer parts, each in a file of its own.
 [[nodiscard]] Words words();
 [[nodiscard]] GuardedPaths guardedPaths(const FileURL &home);
-[[nodiscard]] AppRoots appRoots(const FileURL &home);
-[[nodiscard]] LeftoverRules leftoverRules(const FileURL &home);
+[[nodiscard]] AppRoots appRoots(const Host &host);
+[[nodiscard]] LeftoverRules leftoverRules(const Host &host);
 
 } // namespace brimvale::linuxCatalog

@@ -2,13 +2,16 @@
 
 namespace brimvale::macOSCatalog {
 
-AppRoots appRoots(const FileURL &home) {
-    return {.user = {"/Applications", home.appending("Applications").path()},
-            .system = {"/System/Applications", "/System/Library/CoreServices"}};
+AppRoots appRoots(const Host &host) {
+    return {.user = {host.placeOf("/Applications"), host.placeOf("~/Applications")},
+            .system = {host.placeOf("/System/Applications"), host.placeOf("/System/Library/CoreServices")}};
 }
 
-LeftoverRules leftoverRules(const FileURL &home) {
-    const auto user = [&](const char *folder) { return home.appending("Library").appending(folder).path(); };
+LeftoverRules leftoverRules(const Host &host) {
+    const FileURL userLibrary = host.home.appending("Library");
+    const FileURL systemLibrary(host.placeOf("/Library"));
+    const auto user = [&](const char *folder) { return userLibrary.appending(folder).path(); };
+    const auto system = [&](const char *folder) { return systemLibrary.appending(folder).path(); };
     return {
         .exactRules =
             {
@@ -22,10 +25,10 @@ LeftoverRules leftoverRules(const FileURL &home) {
                 {user("Preferences"), "Preferences", {".plist"}},
                 {user("Saved Application State"), "Saved state", {".savedState"}},
                 {user("Cookies"), "Cookies", {".binarycookies"}},
-                {"/Library/Application Support", "Application Support (system)"},
-                {"/Library/Caches", "Cache (system)"},
-                {"/Library/Preferences", "Preferences (system)", {".plist"}},
-                {"/Library/Logs", "Logs (system)"},
+                {system("Application Support"), "Application Support (system)"},
+                {system("Caches"), "Cache (system)"},
+                {system("Preferences"), "Preferences (system)", {".plist"}},
+                {system("Logs"), "Logs (system)"},
             },
         .scanRules =
             {
@@ -34,10 +37,10 @@ LeftoverRules leftoverRules(const FileURL &home) {
                  .allowsTeamPrefix = true},
                 {user("Preferences/ByHost"), "Preferences (per host)"},
                 {user("LaunchAgents"), "Login item"},
-                {"/Library/LaunchAgents", "Login item (system)", true},
-                {"/Library/LaunchDaemons", "Background daemon", true},
-                {"/Library/PrivilegedHelperTools", "Privileged helper", true},
-                {"/private/var/db/receipts", "Installer receipt", true},
+                {system("LaunchAgents"), "Login item (system)", true},
+                {system("LaunchDaemons"), "Background daemon", true},
+                {system("PrivilegedHelperTools"), "Privileged helper", true},
+                {host.placeOf("/private/var/db/receipts"), "Installer receipt", true},
             },
     };
 }

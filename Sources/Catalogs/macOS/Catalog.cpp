@@ -39,15 +39,16 @@ std::vector<std::string> cloudProviderRoots(const FileURL &home) {
     return {home.appending("Library/CloudStorage").path(), home.appending("Library/Mobile Documents").path()};
 }
 
-std::optional<AccessProbes> accessProbes(const FileURL &home) {
+std::optional<AccessProbes> accessProbes(const Host &host) {
     // The permission protects the privacy databases of the system and of the user.
-    const FileURL database("/Library/Application Support/com.apple.TCC/TCC.db");
-    return AccessProbes{.files = {database, home.appending(database.path().substr(1))},
-                        .folder = home.appending("Library/Messages")};
+    const std::string database = "/Library/Application Support/com.apple.TCC/TCC.db";
+    return AccessProbes{.files = {FileURL(host.placeOf(database)), FileURL(host.placeOf("~" + database))},
+                        .folder = host.home.appending("Library/Messages")};
 }
 
-std::vector<std::string> systemDataRoots(const FileURL &home) {
-    return {home.appending("Library").path(), "/Library", "/private/var", home.path()};
+std::vector<std::string> systemDataRoots(const Host &host) {
+    return {host.placeOf("~/Library"), host.placeOf("/Library"), host.placeOf("/private/var"),
+            host.home.path()};
 }
 
 } // namespace

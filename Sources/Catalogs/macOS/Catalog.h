@@ -9,10 +9,10 @@ namespace brimvale::macOSCatalog {
 // Its longer parts, each in a file of its own.
 [[nodiscard]] Words words();
 [[nodiscard]] GuardedPaths guardedPaths(const FileURL &home);
-[[nodiscard]] AppRoots appRoots(const FileURL &home);
-[[nodiscard]] LeftoverRules leftoverRules(const FileURL &home);
-[[nodiscard]] std::vector<CleanupTarget> cleanupTargets(const FileURL &home);
-[[nodiscard]] std::vector<StorageCategory> storageCategories(const FileURL &home,
+[[nodiscard]] AppRoots appRoots(const Host &host);
+[[nodiscard]] LeftoverRules leftoverRules(const Host &host);
+[[nodiscard]] std::vector<CleanupTarget> cleanupTargets(const Host &host);
+[[nodiscard]] std::vector<StorageCategory> storageCategories(const Host &host,
                                                              std::vector<std::string> others);
 
 } // namespace brimvale::macOSCatalog

@@ -2,7 +2,7 @@
 
 namespace brimvale::macOSCatalog {
 
-std::vector<CleanupTarget> cleanupTargets(const FileURL &home) {
+std::vector<CleanupTarget> cleanupTargets(const Host &host) {
     std::vector<CleanupTarget> targets = {
         {.id = "ios-device-support",
          .title = "Xcode device support",
@@ -95,7 +95,7 @@ std::vector<CleanupTarget> cleanupTargets(const FileURL &home) {
     };
     for (CleanupTarget &target : targets)
         for (std::string &root : target.roots)
-            root = expandingTilde(root, home.path());
+            root = host.placeOf(root);
     return targets;
 }
 

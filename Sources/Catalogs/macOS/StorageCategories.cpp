@@ -4,7 +4,7 @@
 
 namespace brimvale::macOSCatalog {
 
-std::vector<StorageCategory> storageCategories(const FileURL &home, std::vector<std::string> others) {
+std::vector<StorageCategory> storageCategories(const Host &host, std::vector<std::string> others) {
     std::vector<StorageCategory> categories = {
         {.id = "applications",
          .title = "Applications",
@@ -140,7 +140,7 @@ std::vector<StorageCategory> storageCategories(const FileURL &home, std::vector<
     };
     for (StorageCategory &category : categories)
         for (std::string &root : category.roots)
-            root = expandingTilde(root, home.path());
+            root = host.placeOf(root);
     return categories;
 }
 

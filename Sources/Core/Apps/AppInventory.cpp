@@ -57,11 +57,11 @@ std::string firstText(const std::optional<std::string> &first, const std::option
 } // namespace
 
 std::vector<std::string> user(const Host &host) {
-    return catalogOf(host.system).appRoots(host.home).user;
+    return catalogOf(host.system).appRoots(host).user;
 }
 
 std::vector<InstalledApp> scan(bool includeSystem, const Host &host) {
-    return scan(includeSystem, catalogOf(host.system).appRoots(host.home));
+    return scan(includeSystem, catalogOf(host.system).appRoots(host));
 }
 
 std::vector<InstalledApp> scan(bool includeSystem, const AppRoots &roots) {

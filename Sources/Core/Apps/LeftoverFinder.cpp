@@ -72,7 +72,7 @@ struct LeftoverFinder::Keys {
 };
 
 LeftoverFinder::LeftoverFinder(const Host &host)
-    : LeftoverFinder(catalogOf(host.system).leftoverRules(host.home), host) {}
+    : LeftoverFinder(catalogOf(host.system).leftoverRules(host), host) {}
 
 LeftoverFinder::LeftoverFinder(LeftoverRules rules, const Host &host)
     : rules_(std::move(rules)), home_(host.home.path()) {

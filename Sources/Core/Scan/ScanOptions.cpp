@@ -25,7 +25,9 @@ ScanOptions ScanOptions::standard(const Host &host) {
 }
 
 PathSet ScanOptions::defaultSkippedPaths(const Host &host) {
-    PathSet paths = setOf(catalogOf(host.system).skippedPaths);
+    PathSet paths;
+    for (const std::string &path : catalogOf(host.system).skippedPaths)
+        paths.insert(host.placeOf(path));
     paths.merge(setOf(pseudoMountPoints()));
     return paths;
 }

@@ -19,7 +19,7 @@ std::optional<ScanRootPreset> ScanRootPreset::fromRawValue(std::string_view titl
 }
 
 std::string ScanRootPreset::path() const {
-    return expandingTilde(root.path, homeFolder().path());
+    return Host::current().placeOf(root.path);
 }
 
 } // namespace brimvale

@@ -9,7 +9,7 @@
 namespace brimvale {
 
 std::vector<CleanupTarget> CleanupCatalog::definitions(const Host &host) {
-    return catalogOf(host.system).cleanupTargets(host.home);
+    return catalogOf(host.system).cleanupTargets(host);
 }
 
 CleanupTarget CleanupCatalog::measure(CleanupTarget target, const StopFlag &cancelled, const Host &host,

@@ -9,7 +9,7 @@
 namespace brimvale::Permissions {
 
 bool hasFullDiskAccess(const Host &host) {
-    const std::optional<AccessProbes> probes = catalogOf(host.system).accessProbes(host.home);
+    const std::optional<AccessProbes> probes = catalogOf(host.system).accessProbes(host);
     return !probes || hasFullDiskAccess(*probes);
 }
 

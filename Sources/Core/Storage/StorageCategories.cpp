@@ -76,14 +76,14 @@ MeasuredCategory measuredCategory(const StorageCategory &category, const std::ve
 } // namespace
 
 std::vector<StorageCategory> StorageCategories::all(const Host &host) {
-    return catalogOf(host.system).storageCategories(host.home, otherUserRoots(host));
+    return catalogOf(host.system).storageCategories(host, otherUserRoots(host));
 }
 
 std::vector<std::string> StorageCategories::otherUserRoots(const Host &host) {
     const OtherUsers &others = catalogOf(host.system).otherUsers;
     const std::string_view own = host.home.fileName();
     std::vector<std::string> roots = {joinPath(others.homes, others.shared)};
-    for (const std::string &name : CleanupEntries::names(others.homes))
+    for (const std::string &name : CleanupEntries::names(host.placeOf(others.homes)))
         if (name != own && name != others.shared && !name.starts_with('.'))
             roots.push_back(joinPath(others.homes, name));
     return roots;
@@ -94,14 +94,14 @@ PathSet StorageCategories::claimedPaths(const Host &host) {
     for (const StorageCategory &category : all(host))
         for (const std::string &root : category.roots)
             claimed.insert(standardised(root));
-    const Catalog &catalog = catalogOf(host.system);
-    claimed.insert(catalog.skippedPaths.begin(), catalog.skippedPaths.end());
+    for (const std::string &path : catalogOf(host.system).skippedPaths)
+        claimed.insert(host.placeOf(path));
     claimed.merge(ScanOptions::cloudProviderRoots(host));
     return claimed;
 }
 
 std::vector<std::string> StorageCategories::systemDataRoots(const Host &host) {
-    return catalogOf(host.system).systemDataRoots(host.home);
+    return catalogOf(host.system).systemDataRoots(host);
 }
 
 Color StorageCategories::color(const StorageCategory &category) {

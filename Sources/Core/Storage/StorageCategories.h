@@ -23,7 +23,8 @@ namespace StorageCategories {
 /// The categories of the host's catalog, in the order shown.
 [[nodiscard]] std::vector<StorageCategory> all(const Host &host = Host::current());
 
-/// The folders of other users: the shared one first, then the home folders in the system's order.
+/// The folders of other users, as places of the catalog: the shared one first, then the home folders in the
+/// system's order.
 [[nodiscard]] std::vector<std::string> otherUserRoots(const Host &host = Host::current());
 
 /// Every path that is never a row of System Data: the roots of the other categories, and paths excluded on

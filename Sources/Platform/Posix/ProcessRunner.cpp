@@ -36,28 +36,25 @@ struct Pipe {
     Descriptor writing;
 };
 
+/// The same descriptor with a number above those of the standard streams, which `start` sets up. On macOS a
+/// descriptor that is copied onto itself is closed when the tool starts.
+Descriptor aboveStandardStreams(const Descriptor &descriptor) {
+    return Descriptor(fcntl(descriptor.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
+
 std::optional<Pipe> makePipe() {
     std::array<int, 2> ends{};
     if (!openPipe(ends))
         return std::nullopt;
-    return Pipe{Descriptor(ends[0]), Descriptor(ends[1])};
-}
-
-/// A pipe whose reading end does not have the number of a standard stream, which `start` sets up before.
-std::optional<Pipe> makeInputPipe() {
-    std::optional<Pipe> pipe = makePipe();
-    if (!pipe)
-        return std::nullopt;
-    pipe->reading = Descriptor(fcntl(pipe->reading.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-    return pipe->reading.isOpen() ? std::move(pipe) : std::nullopt;
+    const Descriptor reading(ends[0]), writing(ends[1]);
+    Pipe pipe{aboveStandardStreams(reading), aboveStandardStreams(writing)};
+    return pipe.reading.isOpen() && pipe.writing.isOpen() ? std::optional(std::move(pipe)) : std::nullopt;
 }
 
 /// Starts the tool. Without `input` it reads nothing.
 std::optional<pid_t> start(const std::string &executable, const std::vector<std::string> &arguments,
                            StandardError standardError, int output, std::optional<int> input) {
     ToolStart tool(onlySignal(SIGPIPE));
-    // The output goes first: if this program has no standard streams, the pipe itself may have one of their
-    // numbers, which the others overwrite.
     tool.copy(output, STDOUT_FILENO);
     if (standardError == StandardError::withOutput)
         tool.copy(STDOUT_FILENO, STDERR_FILENO);
@@ -224,7 +221,7 @@ std::optional<ProcessResult> runProcessWithInput(const std::string &executable,
     if (!canBeStarted(executable, arguments))
         return std::nullopt;
     std::optional<Pipe> output = makePipe();
-    std::optional<Pipe> given = makeInputPipe();
+    std::optional<Pipe> given = makePipe();
     if (!output || !given)
         return std::nullopt;
     const std::optional<pid_t> child =

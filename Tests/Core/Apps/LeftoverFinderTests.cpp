@@ -53,7 +53,7 @@ protected:
 
     TemporaryFolder folder;
     Host host{System::macOS, FileURL(folder.path("home")), {}};
-    LeftoverRules rules = catalogOf(host.system).leftoverRules(host.home);
+    LeftoverRules rules = catalogOf(host.system).leftoverRules(host);
 
 private:
     void move(std::string &directory) const {

@@ -1,0 +1,84 @@
+#include "CommandLine/Brimvalectl.h"
+
+#include "Base/Diagnostics.h"
+#include "Base/Version.h"
+#include "CommandLine/Command.h"
+#include "CommandLine/Help.h"
+#include "CommandLine/StandardStreams.h"
+#include "CommandLine/TerminalText.h"
+#include "Platform/FileSizeLimit.h"
+#include "Platform/Host.h"
+#include "Platform/SystemLog.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+constexpr std::array globalOptions = {
+    Option{"--system", Option::Value::text, "macos|linux", "Look with the catalogs of that system."},
+    Option{.name = "--help", .help = "Print this help."},
+    Option{.name = "--version", .help = "Print the version."},
+};
+
+/// Selects the named system; false if there is no such system.
+bool useSystemNamed(std::string_view name) {
+    if (name != "macos" && name != "linux")
+        return false;
+    Host::useSystem(name == "macos" ? System::macOS : System::linux);
+    return true;
+}
+
+ExitStatus runProgram(std::span<const char *const> words, Output &output) {
+    const auto parsed = Arguments::parse(words, globalOptions, Arguments::Order::optionsFirst);
+    if (const auto *error = std::get_if<UsageError>(&parsed))
+        return refuseUsage(*error);
+
+    const auto &arguments = std::get<Arguments>(parsed);
+    if (const auto system = arguments.text("--system"); system && !useSystemNamed(*system))
+        return refuseUsage("\"--system\" takes macos or linux, not " + inQuotes(*system));
+    if (arguments.has("--help")) {
+        output.write(programHelp(globalOptions));
+        return ExitStatus::done;
+    }
+    if (arguments.has("--version")) {
+        output.write(std::string("brimvalectl ") + version + "\n");
+        return ExitStatus::done;
+    }
+    if (arguments.operands().empty())
+        return refuseUsage("a command is missing");
+
+    const std::span<const char *const> rest = arguments.operands();
+    const std::string_view name = rest.front();
+    const auto commands = allCommands();
+    const auto command =
+        std::find_if(commands.begin(), commands.end(), [&](const Command *one) { return one->name == name; });
+    if (command == commands.end())
+        return refuseUsage("unknown command " + inQuotes(name));
+    return run(**command, rest.subspan(1), output);
+}
+
+} // namespace
+
+int runBrimvalectl(std::span<const char *const> words) {
+    setDiagnosticLog(writeToSystemLog);
+    occupyStandardStreams();
+    failAtFileSizeLimit();
+    Output output(stdout);
+    ExitStatus status = runProgram(words, output);
+    if (const std::optional<FileError> failure = output.finish()) {
+        printError("standard output: " + failure->localizedDescription);
+        if (status == ExitStatus::done)
+            status = ExitStatus::failed;
+    }
+    return static_cast<int>(status);
+}
+
+} // namespace brimvale::commandLine
