@@ -152,12 +152,13 @@ TEST(DatabaseShell, IsEndedAtOnce) {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point stop = Clock::now() + std::chrono::milliseconds(300);
     const StopFlag cancelled;
-    const std::jthread stopper([&] {
+    std::thread stopper([&] {
         std::this_thread::sleep_until(stop);
         cancelled.set();
     });
     const auto reading = MessagesExport::readChecked(database, 100, platformTools(), cancelled);
     EXPECT_LT(Clock::now() - stop, std::chrono::milliseconds(500));
+    stopper.join();
     EXPECT_FALSE(reading.isComplete);
 }
 

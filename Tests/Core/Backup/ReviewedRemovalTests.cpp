@@ -201,7 +201,7 @@ TEST_F(Reviewed, StopsWhileTheBackupIsRead) {
     pending.verified = std::make_shared<const VerifiedBackup>(std::move(state));
     RemovalProgress progress;
     std::optional<Clock::time_point> stopped;
-    std::jthread stopper([&] {
+    std::thread stopper([&] {
         while (progress.bytesVerified < 20'000'000)
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         stopped = Clock::now();
