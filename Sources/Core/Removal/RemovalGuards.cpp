@@ -30,10 +30,10 @@ std::optional<FileURL> realFolder(const FileURL &folder) {
 /// of the paths that are checked.
 std::vector<FileURL> withRealPath(const FileURL &home) {
     std::vector<FileURL> paths{home};
-    if (const std::optional<FileURL> real = realFolder(home); real && *real != home) {
-        paths.push_back(*real);
-        paths.push_back(real->standardized());
-    }
+    if (const std::optional<FileURL> real = realFolder(home))
+        for (const FileURL &form : {*real, real->standardized()})
+            if (std::find(paths.begin(), paths.end(), form) == paths.end())
+                paths.push_back(form);
     return paths;
 }
 
