@@ -28,8 +28,11 @@ struct MountedVolume {
 ///
 /// On Linux these are the file system at "/" and all storage: disks (one row each, even if mounted several
 /// times), network file systems and storage served by programs, but no kernel interfaces, memory or software
-/// images. At most `patience` is spent in total on file systems that another program or machine serves: until
-/// one answers, its last known capacity is used.
+/// images.
+///
+/// Volumes that may take long to answer, or never do, are asked on other threads, and at most `patience` is
+/// spent in total: until one answers, its last known figures are used. Before its first answer it has no
+/// capacity on Linux, and on macOS the figures that the kernel had last, without what could be purged.
 [[nodiscard]] std::vector<MountedVolume> mountedVolumes(std::chrono::milliseconds patience,
                                                         const Tools &tools = platformTools());
 

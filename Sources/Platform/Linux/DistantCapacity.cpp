@@ -1,39 +1,21 @@
 #include "Platform/Linux/DistantCapacity.h"
 
+#include "Platform/LastAnswers.h"
 #include "Platform/ProcessRunner.h"
 
-#include <algorithm>
-#include <condition_variable>
-#include <map>
-#include <mutex>
 #include <sstream>
 #include <string>
-#include <system_error>
-#include <thread>
-#include <utility>
 
 namespace brimvale {
 
 namespace {
 
-/// What is known about one mount. A file system mounted there later is another one.
-struct Answer {
-    std::optional<Capacity> last;
-    bool isAwaited = false;
-};
-
-struct Answers {
-    std::mutex lock;
-    std::condition_variable arrived;
-    std::map<std::string, Answer> byMount; ///< by device and mount point
-};
-
-/// Never destroyed, because a thread may still wait for an answer when the program ends.
-Answers &answers() {
-    static auto *const kept = new Answers;
+LastAnswers<Capacity> &answers() {
+    static auto *const kept = new LastAnswers<Capacity>;
     return *kept;
 }
 
+/// A file system mounted there later is another one.
 std::string keyOf(const Mount &mount) {
     return mount.device + " " + mount.point;
 }
@@ -50,21 +32,6 @@ std::optional<Capacity> ask(const Mount &mount, const Tools &tools) {
     return capacityOf(blockSize, blocks, free, available);
 }
 
-/// Asks on a new thread without waiting for it. Call with the answer's lock held.
-void askInBackground(Answer &answer, const Mount &mount, const Tools &tools) {
-    try {
-        std::thread([mount, tools, &answer] {
-            const std::optional<Capacity> capacity = ask(mount, tools);
-            const std::lock_guard guard(answers().lock);
-            answer = {capacity, false};
-            answers().arrived.notify_all();
-        }).detach();
-        answer.isAwaited = true;
-    } catch (const std::system_error &) {
-        // The system has no thread to spare. Try again next time.
-    }
-}
-
 } // namespace
 
 std::optional<Capacity> capacityOf(std::uint64_t blockSize, std::uint64_t blocks, std::uint64_t freeBlocks,
@@ -79,22 +46,10 @@ std::optional<Capacity> capacityOf(std::uint64_t blockSize, std::uint64_t blocks
 
 std::vector<std::optional<Capacity>>
 distantCapacities(const std::vector<Mount> &mounts, std::chrono::milliseconds patience, const Tools &tools) {
-    Answers &all = answers();
-    std::unique_lock lock(all.lock);
-    std::vector<Answer *> asked;
-    for (const Mount &mount : mounts) {
-        Answer &answer = all.byMount[keyOf(mount)];
-        if (!answer.isAwaited)
-            askInBackground(answer, mount, tools);
-        asked.push_back(&answer);
-    }
-    all.arrived.wait_for(lock, patience, [&] {
-        return std::none_of(asked.begin(), asked.end(), [](const Answer *one) { return one->isAwaited; });
-    });
-    std::vector<std::optional<Capacity>> capacities;
-    for (const Answer *answer : asked)
-        capacities.push_back(answer->last);
-    return capacities;
+    std::vector<LastAnswers<Capacity>::Question> questions;
+    for (const Mount &mount : mounts)
+        questions.push_back({keyOf(mount), [mount, tools] { return ask(mount, tools); }});
+    return answers().to(questions, patience);
 }
 
 } // namespace brimvale

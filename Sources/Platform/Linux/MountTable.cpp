@@ -198,8 +198,12 @@ StorageKind storageKind(const Mount &mount) {
         return StorageKind::distant;
     if (mount.type == "squashfs")
         return StorageKind::none;
-    const bool isLocal = mount.source.starts_with("/dev/") || contains(pooledTypes, mount.type);
-    return isLocal ? StorageKind::local : StorageKind::none;
+    if (contains(pooledTypes, mount.type))
+        return StorageKind::local;
+    if (!mount.source.starts_with("/dev/"))
+        return StorageKind::none;
+    // A disk that a program reads for the kernel answers only while that program does.
+    return mount.type.starts_with("fuse.") ? StorageKind::distant : StorageKind::local;
 }
 
 std::vector<Mount> storageMounts(const std::vector<Mount> &mounts) {

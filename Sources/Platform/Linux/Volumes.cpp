@@ -1,5 +1,6 @@
 #include "Platform/Volumes.h"
 
+#include "Base/FileURL.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Linux/BlockDevice.h"
 #include "Platform/Linux/DistantCapacity.h"
@@ -13,10 +14,24 @@ namespace brimvale {
 
 namespace {
 
-/// The file system at "/" always answers: the program runs from it.
-bool isDistant(const Mount &mount) {
-    return mount.point != "/" && storageKind(mount) == StorageKind::distant;
-}
+/// Tells which mounts may not answer: another program or machine serves them, or the path to them leads
+/// through such a mount. The file system at "/" always answers, because the program runs from it.
+class Distance {
+public:
+    explicit Distance(const std::vector<Mount> &mounts) {
+        for (const Mount &mount : mounts)
+            if (mount.point != "/" && storageKind(mount) == StorageKind::distant)
+                points_.push_back(mount.point);
+    }
+
+    [[nodiscard]] bool isDistant(const Mount &mount) const {
+        return std::any_of(points_.begin(), points_.end(),
+                           [&](const std::string &point) { return isAtOrUnder(mount.point, point); });
+    }
+
+private:
+    std::vector<std::string> points_;
+};
 
 /// In a container, single files of the host's disk are mounted.
 bool isSingleFile(const Mount &mount) {
@@ -53,7 +68,9 @@ MountedVolume volumeOf(const Mount &mount, const std::optional<Capacity> &capaci
 
 std::vector<MountedVolume> mountedVolumes(std::chrono::milliseconds patience, const Tools &tools) {
     std::vector<Mount> mounts = currentMounts();
-    std::erase_if(mounts, isSingleFile);
+    const Distance distance(mounts);
+    const auto isDistant = [&](const Mount &mount) { return distance.isDistant(mount); };
+    std::erase_if(mounts, [&](const Mount &mount) { return !isDistant(mount) && isSingleFile(mount); });
     mounts = storageMounts(mounts);
     std::vector<Mount> distant;
     std::copy_if(mounts.begin(), mounts.end(), std::back_inserter(distant), isDistant);

@@ -1,39 +1,11 @@
 #include "Platform/Mounts.h"
 
 #include "Base/FileURL.h"
+#include "Platform/macOS/MountTable.h"
 
-#include <cstddef>
-#include <cstdlib>
-#include <memory>
-#include <span>
 #include <string_view>
-#include <sys/mount.h>
 
 namespace brimvale {
-
-namespace {
-
-/// The mount table, without asking the file systems anything.
-class MountTable {
-public:
-    MountTable() {
-        struct statfs *entries = nullptr;
-        const int count = getmntinfo_r_np(&entries, MNT_NOWAIT);
-        memory_.reset(entries);
-        if (count > 0)
-            entries_ = {entries, static_cast<std::size_t>(count)};
-    }
-    [[nodiscard]] std::span<const struct statfs> entries() const { return entries_; }
-
-private:
-    struct Free {
-        void operator()(struct statfs *memory) const { std::free(memory); }
-    };
-    std::unique_ptr<struct statfs, Free> memory_;
-    std::span<const struct statfs> entries_;
-};
-
-} // namespace
 
 std::vector<std::string> pseudoMountPoints() {
     const MountTable table;

@@ -138,4 +138,15 @@ TEST(MountTable, KnowsThePlacesOfBindMountsInTheirFileSystem) {
                 ElementsAre());
 }
 
+TEST(MountTable, KnowsWhichStorageAnotherProgramServes) {
+    const auto kindOf = [](const std::string &typeAndSource) {
+        return storageKind(mountsIn("60 1 0:70 / /place rw - " + typeAndSource + " rw\n").front());
+    };
+    EXPECT_EQ(kindOf("ext4 /dev/sda1"), StorageKind::local);
+    for (const char *served : {"nfs4 server:/", "fuseblk /dev/sdb1", "fuse.exfat /dev/sdb1", "9p C:\\134"})
+        EXPECT_EQ(kindOf(served), StorageKind::distant) << served;
+    for (const char *other : {"tmpfs tmpfs", "squashfs /dev/loop3", "fuse.portal portal"})
+        EXPECT_EQ(kindOf(other), StorageKind::none) << other;
+}
+
 } // namespace brimvale
