@@ -17,6 +17,7 @@ enum class RemovalObstacle : std::uint8_t {
     appendOnlyParent,  ///< the same for a folder that only takes new entries
     restricted,        ///< the system protects it, even from the administrator
     privacyProtection, ///< the system asks the user which programs may reach it
+    appManagement,     ///< an application; the system asks the user which programs may change applications
 };
 
 /// What keeps this item or entry, whose removal was not permitted, from being removed, as far as its flags

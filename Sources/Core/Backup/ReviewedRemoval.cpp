@@ -44,6 +44,7 @@ void add(RemovalResult &all, RemovalResult &&one) {
     append(all.needsAdmin, std::move(one.needsAdmin));
     append(all.partlyRemoved, std::move(one.partlyRemoved));
     append(all.goneAnyway, std::move(one.goneAnyway));
+    all.needsAppManagement = all.needsAppManagement || one.needsAppManagement;
     append(all.adminRemarks, std::move(one.adminRemarks));
     append(all.remarks, std::move(one.remarks));
     append(all.changed, std::move(one.changed));

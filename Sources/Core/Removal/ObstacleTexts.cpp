@@ -48,6 +48,10 @@ std::optional<std::string> obstacleText(RemovalObstacle obstacle, const FileURL 
     case RemovalObstacle::privacyProtection:
         return "The privacy protection of the system keeps it. Full Disk Access, in the system's settings, "
                "would help.";
+    case RemovalObstacle::appManagement:
+        return "macOS protects applications. Allow Brimvale under Privacy & Security › App Management, then "
+               "try "
+               "again.";
     case RemovalObstacle::none:
         break;
     }

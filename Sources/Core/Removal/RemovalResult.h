@@ -51,6 +51,8 @@ struct RemovalResult {
     std::vector<FileURL> goneAnyway = {};
     /// For items in `needsAdmin`: what keeps them, and what would help.
     std::vector<Failure> adminRemarks = {};
+    /// Whether the user may allow the removal of one of them under App Management in the system's settings.
+    bool needsAppManagement = false;
 
     /// For items in `succeeded`: what the user would not expect, as a sentence.
     std::vector<Failure> remarks = {};
@@ -63,8 +65,9 @@ struct RemovalResult {
     friend bool operator==(const RemovalResult &a, const RemovalResult &b) {
         const auto fields = [](const RemovalResult &one) {
             return std::tie(one.succeeded, one.failed, one.bytesFreed, one.needsAdmin, one.isOfBackup,
-                            one.partlyRemoved, one.goneAnyway, one.adminRemarks, one.remarks, one.changed,
-                            one.bytesMovedToTrash, one.bytesDeleted, one.freeSpaceRemark);
+                            one.partlyRemoved, one.goneAnyway, one.adminRemarks, one.needsAppManagement,
+                            one.remarks, one.changed, one.bytesMovedToTrash, one.bytesDeleted,
+                            one.freeSpaceRemark);
         };
         return fields(a) == fields(b);
     }

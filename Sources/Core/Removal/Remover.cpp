@@ -167,7 +167,10 @@ void Removal::noteFailure(const FileURL &url, const FileURL &item, const FileErr
         return fail(url, reasonOf(error, item));
     result_.needsAdmin.push_back(url);
     const FileURL entry = error.entry.empty() ? item : FileURL(error.entry);
-    if (std::optional<std::string> text = obstacleText(actions_.obstacle(entry), item, entry))
+    const RemovalObstacle obstacle = actions_.obstacle(entry);
+    if (obstacle == RemovalObstacle::appManagement)
+        result_.needsAppManagement = true;
+    if (std::optional<std::string> text = obstacleText(obstacle, item, entry))
         result_.adminRemarks.push_back({url, *std::move(text)});
 }
 

@@ -24,6 +24,18 @@ bool isKeptPrivate(const std::string &path) {
     return isRefused;
 }
 
+/// The system also answers EPERM when it keeps this program from changing an application. Nothing is written.
+bool isKeptUnchanged(const std::string &path) {
+    if (!path.ends_with(".app"))
+        return false;
+    const std::string list = path + "/Contents/Info.plist";
+    const int file = open(list.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    const bool isRefused = file < 0 && errno == EPERM;
+    if (file >= 0)
+        close(file);
+    return isRefused;
+}
+
 } // namespace
 
 RemovalObstacle removalObstacle(const FileURL &item) {
@@ -47,8 +59,9 @@ RemovalObstacle removalObstacle(const FileURL &item) {
         return RemovalObstacle::immutableParent;
     if ((above & UF_APPEND) != 0)
         return RemovalObstacle::appendOnlyParent;
-    const bool isPrivate = isKeptPrivate(item.path()) || isKeptPrivate(parent);
-    return isPrivate ? RemovalObstacle::privacyProtection : RemovalObstacle::none;
+    if (isKeptPrivate(item.path()) || isKeptPrivate(parent))
+        return RemovalObstacle::privacyProtection;
+    return isKeptUnchanged(item.path()) ? RemovalObstacle::appManagement : RemovalObstacle::none;
 }
 
 std::string_view commandAgainst(RemovalObstacle obstacle) {

@@ -4,6 +4,7 @@
 #include "Views/Components/Card.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/PageParts.h"
+#include "Views/Components/PrivacySettings.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 
@@ -46,7 +47,7 @@ ResultSheet::ResultSheet(const RemovalResult &result, QWidget *parent)
     if (!result.needsAdmin.empty())
         addAdminSection(*layout, result);
     layout->addSpacing(4);
-    addChoice(*layout, result.needsAdmin);
+    addChoice(*layout, result);
     setFixedWidth(sheetWidth);
     resize(sheetWidth, layout->totalHeightForWidth(sheetWidth));
 }
@@ -117,9 +118,18 @@ QWidget *ResultSheet::makeAdminList(const RemovalResult &result) {
     return list;
 }
 
-void ResultSheet::addChoice(QVBoxLayout &layout, const std::vector<FileURL> &needsAdmin) {
+void ResultSheet::addSettingsButton(QVBoxLayout &layout) {
+    QPushButton *settings = makeButton("appManagement", u"Open App Management Settings"_s, this);
+    connect(settings, &QPushButton::clicked, this, [] { openPrivacySettings(PrivacyPane::appManagement); });
+    layout.addWidget(settings, 0, Qt::AlignLeft);
+}
+
+void ResultSheet::addChoice(QVBoxLayout &layout, const RemovalResult &result) {
+    const std::vector<FileURL> &needsAdmin = result.needsAdmin;
     if (needsAdmin.empty())
         return addButtons(layout, {makeCloseButton("ok", u"OK"_s)});
+    if (result.needsAppManagement)
+        addSettingsButton(layout);
     authenticate_ = makeButton("authenticate", u"Authenticate and remove"_s, this);
     connect(authenticate_, &QPushButton::clicked, this, [this, needsAdmin] {
         emit escalated(needsAdmin);

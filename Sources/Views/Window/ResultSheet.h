@@ -28,7 +28,8 @@ private:
     void addLines(QVBoxLayout &layout, const char *objectName, const std::vector<std::string> &lines);
     void addAdminSection(QVBoxLayout &layout, const RemovalResult &result);
     QWidget *makeAdminList(const RemovalResult &result);
-    void addChoice(QVBoxLayout &layout, const std::vector<FileURL> &needsAdmin);
+    void addSettingsButton(QVBoxLayout &layout);
+    void addChoice(QVBoxLayout &layout, const RemovalResult &result);
 
     QPushButton *authenticate_ = nullptr; ///< null if no item needs it
 };

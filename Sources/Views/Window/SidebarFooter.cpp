@@ -5,16 +5,15 @@
 #include "Views/Components/Icons.h"
 #include "Views/Components/Metrics.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/PrivacySettings.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/Theme.h"
 
-#include <QDesktopServices>
 #include <QEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QToolButton>
-#include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -26,11 +25,6 @@ namespace {
 
 constexpr int sideMargin = 18;
 constexpr int updateIconSize = 14;
-
-void openPrivacySettings() {
-    QDesktopServices::openUrl(
-        QUrl(QStringLiteral("x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles")));
-}
 
 } // namespace
 
@@ -51,7 +45,8 @@ SidebarFooter::SidebarFooter(QWidget *parent)
     grantAccess_->setObjectName(QStringLiteral("grantFullDiskAccess"));
     grantAccess_->setAccessibleName(grantAccess_->text());
     grantAccess_->setToolTip(text(Words::current().whyGrantAccess));
-    connect(grantAccess_, &QPushButton::clicked, this, openPrivacySettings);
+    connect(grantAccess_, &QPushButton::clicked, this,
+            [] { openPrivacySettings(PrivacyPane::fullDiskAccess); });
 
     update_->setObjectName(QStringLiteral("update"));
     update_->setAutoRaise(true);

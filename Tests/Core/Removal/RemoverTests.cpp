@@ -149,7 +149,7 @@ TEST(Remover, SaysWhichFlagKeepsAnItem) {
     Urls urls;
     for (const RemovalObstacle obstacle :
          {RemovalObstacle::none, RemovalObstacle::immutable, RemovalObstacle::appendOnlyParent,
-          RemovalObstacle::restricted, RemovalObstacle::privacyProtection}) {
+          RemovalObstacle::restricted, RemovalObstacle::privacyProtection, RemovalObstacle::appManagement}) {
         urls.emplace_back(folder.makeFile(std::to_string(static_cast<int>(obstacle))));
         actions.refuse(urls.back().path());
         actions.obstacles[urls.back().path()] = obstacle;
@@ -159,7 +159,7 @@ TEST(Remover, SaysWhichFlagKeepsAnItem) {
     std::vector<std::string> remarks;
     for (const auto &[url, remark] : result.adminRemarks)
         remarks.push_back(std::string(url.fileName()) + " " + remark);
-    ASSERT_EQ(remarks.size(), 4U);
+    ASSERT_EQ(remarks.size(), 5U);
     EXPECT_EQ(remarks[0], "2 It is marked immutable, which stops even an administrator. Clear the mark "
                           "first: sudo chattr -i '" +
                               folder.path("2") + "'");
@@ -168,6 +168,10 @@ TEST(Remover, SaysWhichFlagKeepsAnItem) {
                               folder.path() + "'");
     EXPECT_EQ(remarks[2], "6 The system protects it, even from an administrator.");
     EXPECT_TRUE(remarks[3].find("Full Disk Access") != std::string::npos);
+    EXPECT_TRUE(remarks[4].find("Privacy & Security › App Management") != std::string::npos);
+    EXPECT_TRUE(result.needsAppManagement);
+    actions.obstacles[urls.back().path()] = RemovalObstacle::none;
+    EXPECT_FALSE(Remover::remove(urls, RemovalMode::trash, nullptr, actions).needsAppManagement);
 
     // Deep inside an item, in a place with characters that nobody sees.
     const FileURL item(folder.path("item"));

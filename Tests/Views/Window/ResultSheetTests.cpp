@@ -6,6 +6,7 @@
 #include "Core/Removal/RemovalReport.h"
 #include "Support/HeldRemoval.h"
 #include "Support/Model.h"
+#include "Support/OpenedAddresses.h"
 #include "Support/PageTest.h"
 #include "Support/PublishedWriter.h"
 #include "Support/SampleTree.h"
@@ -92,6 +93,23 @@ TEST(ResultSheet, ShowsAllThatTheAdministratorWouldRemoveAndNoNameRaw) {
     EXPECT_EQ(items[1], harmless + "1\nIt is locked.") << "beside its item";
     EXPECT_EQ(items[499], harmless + "499");
     EXPECT_LT(alert->height(), 600) << "the list scrolls";
+}
+
+TEST(ResultSheet, OpensTheSettingsThatLetItRemoveAnApplication) {
+    const testing::OpenedAddresses opened("x-apple.systempreferences");
+    RemovalResult result;
+    result.needsAdmin = {FileURL("/Applications/Other.app")};
+    QWidget window;
+    window.show();
+    auto *plain = new ResultSheet(result, &window);
+    EXPECT_EQ(plain->findChild<QPushButton *>("appManagement"), nullptr);
+    result.needsAppManagement = true;
+    auto *alert = new ResultSheet(result, &window);
+    alert->open();
+    testing::click(*alert, "appManagement");
+    EXPECT_EQ(opened.all,
+              QStringList("x-apple.systempreferences:com.apple.preference.security?Privacy_AppBundles"));
+    EXPECT_TRUE(alert->isVisible()) << "to try again afterwards";
 }
 
 TEST(ResultSheet, TriesAgainOnlyWhenAskedTo) {
