@@ -15,10 +15,13 @@ struct Words {
     std::string openFolder;     ///< "Open in Finder"
     std::string showBackupCopy; ///< "Show this copy in Finder"
 
-    std::string grantAccess;    ///< the button for the permission that `AccessProbes` test
-    std::string whyGrantAccess; ///< its tool tip
-    std::string measuringHelp;  ///< how to let the program measure unreadable items, as a sentence
-    std::string listingHelp;    ///< how to let the program list a folder, as a sentence
+    std::string grantAccess;       ///< the button for the permission that `AccessProbes` test
+    std::string whyGrantAccess;    ///< its tool tip
+    std::string accessNoticeTitle; ///< of the notice before the first scan without that permission
+    std::string accessNotice;      ///< what the system will ask, in a few sentences
+    std::string accessAdvice;      ///< what the permission changes
+    std::string measuringHelp;     ///< how to let the program measure unreadable items, as a sentence
+    std::string listingHelp;       ///< how to let the program list a folder, as a sentence
 
     std::string purgeableSpace;  ///< after a size and a space: "of the free space is purgeable, …"
     std::string unreadableSpace; ///< after a colon and a space: what unreadable space may be, and advice

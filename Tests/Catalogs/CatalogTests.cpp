@@ -21,11 +21,11 @@ Host hostOf(System system) {
 /// Each of the words. A field that is added is missed here by the compiler.
 std::vector<std::string> fieldsOf(const Words &words) {
     const auto &[thisComputer, theSystem, rootName, includeSystemApps, revealItem, openFolder, showBackupCopy,
-                 grantAccess, whyGrantAccess, measuringHelp, listingHelp, purgeableSpace, unreadableSpace,
-                 snapshotsTitle, snapshotsRemark] = words;
-    return {thisComputer, theSystem,      rootName,        includeSystemApps, revealItem,
-            openFolder,   showBackupCopy, grantAccess,     whyGrantAccess,    measuringHelp,
-            listingHelp,  purgeableSpace, unreadableSpace, snapshotsTitle,    snapshotsRemark};
+                 grantAccess, whyGrantAccess, accessNoticeTitle, accessNotice, accessAdvice, measuringHelp,
+                 listingHelp, purgeableSpace, unreadableSpace, snapshotsTitle, snapshotsRemark] = words;
+    return {thisComputer,   theSystem,   rootName,       includeSystemApps, revealItem,     openFolder,
+            showBackupCopy, grantAccess, whyGrantAccess, accessNoticeTitle, accessNotice,   accessAdvice,
+            measuringHelp,  listingHelp, purgeableSpace, unreadableSpace,   snapshotsTitle, snapshotsRemark};
 }
 
 } // namespace

@@ -14,6 +14,10 @@ Words words() {
         .showBackupCopy = "Show this copy in the file manager",
         .grantAccess = "Grant access to all files",
         .whyGrantAccess = "Without it, protected folders read as empty.",
+        .accessNoticeTitle = "The system will ask before Brimvale looks into some folders",
+        .accessNotice = "Brimvale only measures how much space the files take. It does not read what is in "
+                        "them.",
+        .accessAdvice = "Folders that you do not allow read as empty.",
         .measuringHelp = "Its owner or an administrator can change that.",
         .listingHelp = "The rights of the folder's owner, or of an administrator, would help.",
         .purgeableSpace = "of the free space is purgeable, meaning the system is holding it but will give it "

@@ -14,6 +14,14 @@ Words words() {
         .grantAccess = "Grant Full Disk Access",
         .whyGrantAccess = "Without it, protected folders such as Mail and Messages read as empty. Opens the "
                           "privacy settings.",
+        .accessNoticeTitle = "macOS will ask before Brimvale looks into some folders",
+        .accessNotice = "For each protected folder, such as Desktop, Documents or the data of another app, "
+                        "macOS asks whether Brimvale may look into it, and the scan waits for your answer. "
+                        "Brimvale only measures how much space the files take. It does not read what is in "
+                        "them.",
+        .accessAdvice =
+            "With Full Disk Access macOS does not ask. Without it, Mail, Messages and the folders "
+            "that you do not allow read as empty.",
         .measuringHelp = "Full Disk Access would let this be measured.",
         .listingHelp = "Full Disk Access, or the rights of the folder's owner, would help.",
         .purgeableSpace = "of the free space is purgeable, meaning macOS is holding it but will give it back "

@@ -9,6 +9,7 @@
 #include "Platform/RunningApps.h"
 #include "Views/Apps/AppDetail.h"
 #include "Views/Apps/AppListDelegate.h"
+#include "Views/Components/AccessNotice.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/Metrics.h"
 #include "Views/Components/PageHeader.h"
@@ -151,7 +152,7 @@ QWidget *AppsView::makeDetailSide() {
 void AppsView::showEvent(QShowEvent *event) {
     QWidget::showEvent(event);
     if (apps_->apps.empty())
-        apps_.loadApps();
+        AccessNotice::beforeLook(*this, [this] { apps_.loadApps(); });
     runningTimer_.start();
     checkRunning();
 }

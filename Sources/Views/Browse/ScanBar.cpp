@@ -5,6 +5,7 @@
 #include "Core/Scan/ScanStats.h"
 #include "Core/Text/Formatting.h"
 #include "Platform/FileStatus.h"
+#include "Views/Components/AccessNotice.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/FolderChooser.h"
 #include "Views/Components/Icons.h"
@@ -161,7 +162,7 @@ void ScanBar::showState() {
 
 void ScanBar::startOrStop() {
     if (!session_->isScanning)
-        session_.startScan();
+        AccessNotice::beforeLook(*this, [this] { session_.startScan(); });
     else if (session_.scanStats() != nullptr)
         session_.scanStats()->cancel();
     else
@@ -176,7 +177,7 @@ void ScanBar::chooseFolder() {
 
 void ScanBar::scanChosen(const std::string &path) {
     if (fileStatus(path)) {
-        session_.startScan(path);
+        AccessNotice::beforeLook(*this, [this, path] { session_.startScan(path); });
         return;
     }
     // The chooser returns text, so a name that is not text cannot be chosen.

@@ -11,6 +11,7 @@
 #include "Platform/RunningApps.h"
 #include "Views/Category/BackupBar.h"
 #include "Views/Category/CategoryHeader.h"
+#include "Views/Components/AccessNotice.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/MeasureButton.h"
 #include "Views/Components/Metrics.h"
@@ -65,7 +66,8 @@ CategoryDetailView::CategoryDetailView(std::string id, Storage &storage, Removal
     layout->addWidget(makeContent(), 1);
     addActions(*layout);
 
-    connect(measure_, &QPushButton::clicked, &storage_, &Storage::measureCategories);
+    connect(measure_, &QPushButton::clicked, this,
+            [this] { AccessNotice::beforeLook(*this, [this] { storage_.measureCategories(); }); });
     connect(&storage_, &Storage::changed, this, &CategoryDetailView::showCategory);
     connect(&removals_, &Removals::changed, this, &CategoryDetailView::showSelection);
     connect(&ticked_, &TickedEntries::changed, this, &CategoryDetailView::showSelection);

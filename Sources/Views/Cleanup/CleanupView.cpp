@@ -6,6 +6,7 @@
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Views/Cleanup/TargetCard.h"
+#include "Views/Components/AccessNotice.h"
 #include "Views/Components/MeasureButton.h"
 #include "Views/Components/Metrics.h"
 #include "Views/Components/PageHeader.h"
@@ -41,7 +42,8 @@ CleanupView::CleanupView(Cleanup &cleanup, Removals &removals, QWidget *parent)
     layout->addWidget(makeCards(), 1);
     layout->addWidget(bar_);
 
-    connect(measure_, &QPushButton::clicked, &cleanup_, &Cleanup::measureCleanup);
+    connect(measure_, &QPushButton::clicked, this,
+            [this] { AccessNotice::beforeLook(*this, [this] { cleanup_.measureCleanup(); }); });
     connect(&cleanup_, &Cleanup::changed, this, &CleanupView::showTargets);
     connect(&removals_, &Removals::changed, this, &CleanupView::showSelection);
     connect(&ticked_, &TickedEntries::changed, this, &CleanupView::showSelection);

@@ -2,6 +2,7 @@
 
 #include "Core/Model/Storage.h"
 #include "Core/Model/Volumes.h"
+#include "Views/Components/AccessNotice.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/MeasureButton.h"
 #include "Views/Components/Metrics.h"
@@ -65,7 +66,8 @@ OverviewView::OverviewView(Storage &storage, Volumes &volumes, QWidget *parent)
     layout->addWidget(makeHead());
     layout->addWidget(makeContent(), 1);
 
-    connect(measure_, &QPushButton::clicked, &storage_, &Storage::measureCategories);
+    connect(measure_, &QPushButton::clicked, this,
+            [this] { AccessNotice::beforeLook(*this, [this] { storage_.measureCategories(); }); });
     connect(&storage_, &Storage::changed, this, &OverviewView::showCategories);
     connect(&volumes_, &Volumes::changed, this, &OverviewView::showVolumes);
     connect(&volumes_, &Volumes::changed, this, &OverviewView::showSnapshots);

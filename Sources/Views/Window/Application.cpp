@@ -1,7 +1,6 @@
 #include "Views/Window/Application.h"
 
 #include "Base/Version.h"
-#include "Core/Model/ScanSession.h"
 #include "Views/Components/SystemStyle.h"
 #include "Views/Window/ApplicationIcon.h"
 #include "Views/Window/WindowStyle.h"
@@ -87,7 +86,7 @@ Application::Application(int &argumentCount, char **arguments) {
     updater_.emplace(updateEnvironment());
     window_.emplace(*model_, *updater_);
     toolkit_->installEventFilter(
-        new OpenRequests([this](const FileURL &folder) { scan(folder); }, &*toolkit_));
+        new OpenRequests([this](const FileURL &folder) { window_->scan(folder); }, &*toolkit_));
 }
 
 void Application::open(const std::optional<FileURL> &folder) {
@@ -95,12 +94,7 @@ void Application::open(const std::optional<FileURL> &folder) {
     // The start should only show the window.
     new AfterFirstDrawing(window_->windowHandle(), [this] { updater_->check(true); });
     if (folder)
-        scan(*folder);
-}
-
-void Application::scan(const FileURL &folder) {
-    window_->goTo({Section::Kind::browse});
-    model_->scan.startScan(folder.path());
+        window_->scan(*folder);
 }
 
 } // namespace brimvale

@@ -25,8 +25,6 @@ public:
     [[nodiscard]] ContentView &window() { return *window_; }
 
 private:
-    void scan(const FileURL &folder);
-
     // Created in this order, destroyed in reverse.
     std::optional<QApplication> toolkit_;
     std::optional<CorvelModel> model_;

@@ -10,6 +10,7 @@
 #include "Views/Browse/BrowseView.h"
 #include "Views/Category/CategoryDetailView.h"
 #include "Views/Cleanup/CleanupView.h"
+#include "Views/Components/AccessNotice.h"
 #include "Views/Components/CategoryStyle.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Popup.h"
@@ -92,6 +93,7 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     buildMenus();
     addPages();
     followModel();
+    new AccessNotice(*this);
     new OutcomeSheets(model_.removals, model_.backups, *this);
     connect(sidebar_, &Sidebar::currentRowChanged, this, &ContentView::showPageOfRow);
     goTo(pages_.front().section);
@@ -254,8 +256,13 @@ void ContentView::showPageOfRow(int row) {
 }
 
 void ContentView::rescan() {
+    scan(std::nullopt);
+}
+
+void ContentView::scan(const std::optional<FileURL> &folder) {
     goTo({Section::Kind::browse});
-    model_.scan.startScan();
+    const auto path = folder ? std::optional(folder->path()) : std::nullopt;
+    AccessNotice::beforeLook(*this, [this, path] { model_.scan.startScan(path); });
 }
 
 void ContentView::showShortcuts() {

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "Base/FileURL.h"
 #include "Views/Window/Section.h"
 #include "Views/Window/Sidebar.h"
 
 #include <QMainWindow>
 #include <QPointer>
 #include <functional>
+#include <optional>
 #include <vector>
 
 class QMenu;
@@ -31,6 +33,8 @@ public:
 
     /// Shows a page; does nothing if the window has no such page.
     void goTo(const Section &section);
+    /// Shows the page that scans, and starts a scan of `folder`, or of the folder chosen there.
+    void scan(const std::optional<FileURL> &folder);
     [[nodiscard]] const Section &currentSection() const { return pages_[current_].section; }
 
 protected:

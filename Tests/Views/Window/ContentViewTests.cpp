@@ -7,6 +7,7 @@
 #include "Core/Model/Volumes.h"
 #include "Support/HeldRemoval.h"
 #include "Support/Model.h"
+#include "Support/OpenedAddresses.h"
 #include "Support/PublishedWriter.h"
 #include "Support/SampleHome.h"
 #include "Support/WholeWindow.h"
@@ -78,6 +79,7 @@ TEST_F(ContentViewTest, OpensOnItsFirstPage) {
 }
 
 TEST_F(ContentViewTest, RescansTheCurrentRootOnTheShortcut) {
+    home.makeFolder("Library/Messages"); // with Full Disk Access
     open();
     for (const std::string &root : {home.path(), home.path("folder")}) {
         model->scan.chooseScanRoot(root);
@@ -87,6 +89,42 @@ TEST_F(ContentViewTest, RescansTheCurrentRootOnTheShortcut) {
         ASSERT_TRUE(testing::eventually([&] { return !model->scan->isScanning; }));
         EXPECT_EQ(model->scan->tree->path(), root);
     }
+}
+
+TEST_F(ContentViewTest, TellsBeforeTheFirstScanWhatTheSystemWillAsk) {
+    const testing::OpenedAddresses opened("x-apple.systempreferences");
+    const auto notice = [this] { return QPointer(window->findChild<QDialog *>("accessNotice")); };
+    const auto answer = [&](const char *button) {
+        const QPointer<QDialog> sheet = notice();
+        testing::click(*sheet, button);
+        EXPECT_TRUE(testing::eventually([&] { return sheet == nullptr; }));
+    };
+    const auto rescan = [this] {
+        window->findChild<QAction *>("rescan")->trigger();
+        return model->scan->isScanning;
+    };
+    open();
+    EXPECT_EQ(notice(), nullptr);
+    EXPECT_FALSE(rescan());
+    ASSERT_NE(notice(), nullptr);
+    testing::click(*notice(), "grantAccess");
+    EXPECT_EQ(opened.all.size(), 1);
+    EXPECT_TRUE(notice()->isVisible());
+    answer("cancelLook");
+    EXPECT_FALSE(model->scan->isScanning);
+    EXPECT_TRUE(rescan()) << "it appears once";
+    EXPECT_EQ(notice(), nullptr);
+
+    open();
+    testing::click(*window, "measure");
+    EXPECT_FALSE(model->storage->isMeasuringCategories);
+    answer("look");
+    EXPECT_TRUE(model->storage->isMeasuringCategories);
+
+    Host::useSystem(System::linux);
+    open();
+    EXPECT_TRUE(rescan()) << "only macOS asks";
+    EXPECT_EQ(notice(), nullptr);
 }
 
 TEST_F(ContentViewTest, OffersThePermissionUntilItIsGranted) {
