@@ -10,7 +10,6 @@
 #include "Platform/Host.h"
 #include "Platform/SystemLog.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <span>
@@ -57,12 +56,10 @@ ExitStatus runProgram(std::span<const char *const> words, Output &output) {
 
     const std::span<const char *const> rest = arguments.operands();
     const std::string_view name = rest.front();
-    const auto commands = allCommands();
-    const auto command =
-        std::find_if(commands.begin(), commands.end(), [&](const Command *one) { return one->name == name; });
-    if (command == commands.end())
+    const Command *command = commandNamed(name);
+    if (command == nullptr)
         return refuseUsage("unknown command " + inQuotes(name));
-    return run(**command, rest.subspan(1), output);
+    return run(*command, rest.subspan(1), output);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 
+#include <algorithm>
 #include <array>
 #include <variant>
 
@@ -35,6 +36,15 @@ std::span<const Command *const> allCommands() {
         &volumesCommand, &snapshotsCommand, &cleanupCommand, &overviewCommand,   &categoryCommand,
         &appsCommand,    &leftoversCommand, &backupCommand,  &transcriptCommand, &updateCommand};
     return commands;
+}
+
+const Command *commandNamed(std::string_view name) {
+    if (name == installUpdateCommand.name)
+        return &installUpdateCommand;
+    const auto commands = allCommands();
+    const auto found =
+        std::find_if(commands.begin(), commands.end(), [&](const Command *one) { return one->name == name; });
+    return found == commands.end() ? nullptr : *found;
 }
 
 std::vector<Option> optionsOf(const Command &command) {

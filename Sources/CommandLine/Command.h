@@ -36,8 +36,11 @@ struct Command {
     ExitStatus (*run)(const Arguments &arguments, Output &output);
 };
 
-/// Every command of the program, in the order of the help.
+/// Every command for users, in the order of the help.
 [[nodiscard]] std::span<const Command *const> allCommands();
+
+/// The command of this name, or null. Also one that the help does not list.
+[[nodiscard]] const Command *commandNamed(std::string_view name);
 
 /// The command's own options and those of all commands: "--json" and "--help".
 [[nodiscard]] std::vector<Option> optionsOf(const Command &command);

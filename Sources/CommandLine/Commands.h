@@ -49,4 +49,7 @@ extern const Command transcriptCommand;
 /// "update": whether the feed has a newer build.
 extern const Command updateCommand;
 
+/// "install-update": puts a downloaded update in place. Only for the window, so the help does not list it.
+extern const Command installUpdateCommand;
+
 } // namespace brimvale::commandLine

@@ -18,7 +18,9 @@ struct Tools {
     std::vector<std::string> copierOptions; ///< its options, before SRC
     std::string shasum;                     ///< prints a digest: -a 256 FILE
     std::string unpacker;                   ///< unpacks a zip archive, as ditto does: -x -k ARCHIVE FOLDER
-    std::string codesign; ///< verifies and shows a signature: --verify --deep --strict APP, -dv APP
+    std::string codesign;         ///< verifies and shows a signature: --verify --deep --strict APP, -dv APP
+    std::string attributeRemover; ///< removes an extended attribute from everything in it: -dr NAME APP
+    std::string opener;           ///< opens an application: APP
 };
 
 /// The tools of the platform that the program was built for.

@@ -22,8 +22,9 @@ case $1 in
 esac
 )sh";
 
-// An application is whole when its last file is there. Says nothing about one that is not, and prints the
-// details to standard error. The certificate is from the system's maker if it names a team.
+// An application is whole when its last file is there. A program names its team in a comment. Says nothing
+// about one that is not, and prints the details to standard error. The certificate is from the system's maker
+// if it names a team.
 constexpr std::string_view codesign = R"sh(
 case $1 in
     -dv)
@@ -36,8 +37,12 @@ case $1 in
             [ "$before" != -R ] || requirement=$app
             before=$app
         done
-        [ -e "$app/Contents/last" ] || exit 1
-        team=$(cat "$app/Contents/team")
+        if [ -f "$app" ]; then
+            team=$(sed -n 's/^# team //p' "$app")
+        else
+            [ -e "$app/Contents/last" ] || exit 1
+            team=$(cat "$app/Contents/team")
+        fi
         [ -z "$requirement" ] ||
             [ "$requirement" = "=anchor apple generic and certificate leaf[subject.OU] = \"$team\"" ] || exit 3
         ;;
@@ -49,6 +54,8 @@ esac
 std::string makeApp(const TemporaryFolder &folder, std::string_view inside, const SampleApp &app) {
     const std::string path(inside);
     folder.makeScript(path + "/Contents/MacOS/" + app.executable, "exit 0");
+    if (app.tool)
+        folder.makeScript(path + "/Contents/MacOS/brimvalectl", "# team " + app.team + "\n" + *app.tool);
     folder.writeFile(path + "/Contents/content", app.content);
     folder.writeFile(path + "/Contents/team", app.team);
     BundleInfo info;
@@ -88,9 +95,9 @@ std::string makeTool(const TemporaryFolder &folder, std::string_view name, std::
 }
 
 Tools makeUpdateTools(const TemporaryFolder &folder) {
-    makeTool(folder, "xattr", "exit 1");
-    makeTool(folder, "open", "printf '%s' \"$1\" >'" + folder.path("opened") + "'");
     Tools tools = platformTools();
+    tools.attributeRemover = makeTool(folder, "xattr", "exit 1");
+    tools.opener = makeTool(folder, "open", "printf '%s' \"$1\" >'" + folder.path("opened") + "'");
     tools.shasum = makeTool(folder, "shasum",
                             "[ \"$1 $2\" = '-a 256' ] || exit 64\n"
                             "sha256sum \"$3\" 2>/dev/null || /usr/bin/shasum -a 256 \"$3\"");

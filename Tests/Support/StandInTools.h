@@ -17,6 +17,7 @@ struct SampleApp {
     std::string identifier = "example.brimvale.Brimvale";
     std::string build = "42";
     bool isWhole = true;
+    std::optional<std::string> tool = {}; ///< the body of its brimvalectl, a shell script
 };
 
 /// Makes one at `inside`, which ends in ".app" as a rule, and answers its path.

@@ -49,9 +49,8 @@ std::optional<std::string> obstacleText(RemovalObstacle obstacle, const FileURL 
         return "The privacy protection of the system keeps it. Full Disk Access, in the system's settings, "
                "would help.";
     case RemovalObstacle::appManagement:
-        return "macOS protects applications. Allow Brimvale under Privacy & Security › App Management, then "
-               "try "
-               "again.";
+        return "macOS protects applications. Allow Brimvale under Privacy & Security › App Management, "
+               "then try again.";
     case RemovalObstacle::none:
         break;
     }

@@ -24,6 +24,10 @@ std::optional<SystemVersion> runningMacOSVersion() {
 
 } // namespace
 
+FileURL installLog() {
+    return FileURL("/tmp/corvel-update.log");
+}
+
 QUrl UpdateEnvironment::releaseFeed() {
     return QUrl(QStringLiteral("https://updates.brimvale.example/appcast.json"));
 }
@@ -34,7 +38,7 @@ UpdateEnvironment UpdateEnvironment::current() {
             .canInstallItself = brimvale::canInstallItself(),
             .macOSVersion = runningMacOSVersion(),
             .temporaryFolder = FileURL(QFile::encodeName(QDir::tempPath()).toStdString()),
-            .installLog = FileURL("/tmp/corvel-update.log"),
+            .installLog = brimvale::installLog(),
             .tools = platformTools(),
             .feedLimits = brimvale::feedLimits,
             .archiveLimits = brimvale::archiveLimits,

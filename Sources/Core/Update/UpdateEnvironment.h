@@ -13,6 +13,9 @@
 
 namespace brimvale {
 
+/// The file to which the installer and the install script write.
+[[nodiscard]] FileURL installLog();
+
 /// Everything that a self-update takes from outside.
 struct UpdateEnvironment {
     QUrl feedURL;

@@ -15,13 +15,6 @@ namespace {
 
 constexpr const char *operation = "[Corvel] installAndRelaunch: ";
 
-/// The executable of an application has the name of its bundle.
-std::string executableIn(const FileURL &bundle) {
-    const std::string_view name = bundle.fileName();
-    const std::size_t dot = name.rfind('.');
-    return "Contents/MacOS/" + std::string(name.substr(0, dot == 0 ? name.npos : dot));
-}
-
 /// The script quotes paths with single quotes.
 std::optional<UpdateFailure> refusalOfQuotes(const FileURL &url) {
     if (url.path().find('\'') == std::string::npos)
@@ -48,6 +41,23 @@ std::optional<UpdateFailure> refusalOfNames(const FileURL &staged, const FileURL
 
 } // namespace
 
+std::string executableIn(const FileURL &bundle) {
+    const std::string_view name = bundle.fileName();
+    const std::size_t dot = name.rfind('.');
+    return "Contents/MacOS/" + std::string(name.substr(0, dot == 0 ? name.npos : dot));
+}
+
+std::optional<UpdateFailure> refusalOfPlace(const FileURL &current) {
+    const std::string &path = current.path();
+    const bool isTranslocated = path.find("/AppTranslocation/") != std::string::npos;
+    // Disks to write to are mounted there, too.
+    const bool isOnImage = path.starts_with("/Volumes/") && !isReportedWritable(current.parent().path());
+    if (!isTranslocated && !isOnImage)
+        return std::nullopt;
+    return UpdateFailure(
+        "Move Brimvale to the Applications folder first. Then open it there and update again.");
+}
+
 UpdateResult<Installation> prepareInstallation(const std::optional<FileURL> &staged, const FileURL &current,
                                                std::int64_t process, const FileURL &scriptLog,
                                                const LogLine &log) {
@@ -65,6 +75,8 @@ UpdateResult<Installation> prepareInstallation(const std::optional<FileURL> &sta
         log(operation + ("staged missing at " + staged->path()));
         return UpdateFailure("The downloaded copy is no longer on disk. Download the update again.");
     }
+    if (const auto refusal = refusalOfPlace(target))
+        return *refusal;
     log(operation + ("current=" + target.path() + " staged=" + staged->path()));
     const std::string folder = target.parent().path();
     if (!isReportedWritable(folder))

@@ -14,6 +14,13 @@ namespace brimvale {
 /// Writes a line to the system's log.
 using LogLine = std::function<void(const std::string &)>;
 
+/// The path of an application's executable inside its bundle, which has the same name.
+[[nodiscard]] std::string executableIn(const FileURL &bundle);
+
+/// What to do first where the application was started from a place that an update cannot replace: a disk
+/// image, or the read-only copy from which macOS runs a downloaded application. Nothing for other places.
+[[nodiscard]] std::optional<UpdateFailure> refusalOfPlace(const FileURL &current);
+
 /// Checks whether the staged application can replace the one at `current`, and returns the inputs of the
 /// install script. `process` is the running application, `scriptLog` the file for the script's messages.
 /// Changes nothing.

@@ -1,6 +1,7 @@
 #include "Core/Update/UpdateStaging.h"
 
 #include "Core/Text/Shell.h"
+#include "Core/Update/CodeSignature.h"
 #include "Core/Update/SigningTeam.h"
 #include "Core/Update/UpdateManifest.h"
 #include "Platform/Bundle.h"
@@ -13,7 +14,6 @@
 #include <QUuid>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 namespace brimvale {
 
@@ -41,8 +41,9 @@ std::optional<UpdateFailure> verifyChecksum(const FileURL &archive, const std::s
 
 /// Creates a folder that only this user can ever enter.
 UpdateResult<FileURL> makeUnpackFolder(const FileURL &temporaryFolder) {
-    const FileURL folder = temporaryFolder.appending(
-        "update-" + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString());
+    const FileURL folder =
+        temporaryFolder.appending(std::string(unpackFolderPrefix) +
+                                  QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString());
     const QDir enclosing(QFile::decodeName(temporaryFolder.path().c_str()));
     const auto onlyOwner = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
     if (!enclosing.mkpath(QStringLiteral(".")) ||
@@ -87,19 +88,13 @@ bool saysOwnTeam(const std::string &details) {
 }
 
 std::optional<UpdateFailure> verifySignature(const FileURL &app, const Tools &tools) {
-    const auto verifies = [&](std::vector<std::string> options) {
-        options.push_back(app.path());
-        const auto result = Shell::runWithStatus(tools.codesign, options);
-        return result && result->hasSucceeded();
-    };
-    if (!verifies({"--verify", "--deep", "--strict"}))
+    if (!isValidlySigned(app, tools))
         return UpdateError::signatureInvalid;
     // The tool prints the details to its standard error.
     const auto details = Shell::runWithStatus(tools.codesign, {"-dv", app.path()}, StandardError::withOutput);
     if (!details || !details->hasSucceeded() || details->output.empty())
         return UpdateError::signatureInvalid;
-    if (!saysOwnTeam(details->output) ||
-        !verifies({"--verify", "--deep", "--strict", "-R", std::string(teamRequirement)}))
+    if (!saysOwnTeam(details->output) || !isSignedByOurTeam(app, tools))
         return UpdateError::wrongTeam;
     return std::nullopt;
 }

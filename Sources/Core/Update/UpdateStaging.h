@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace brimvale {
 
@@ -16,6 +17,9 @@ struct ExpectedRelease {
     std::optional<std::string> identifier; ///< of the bundle: that of the running application
     std::int64_t build = 0;                ///< the announced one
 };
+
+/// The names of folders for unpacking begin with it.
+inline constexpr std::string_view unpackFolderPrefix = "update-";
 
 /// Unpacks the archive of an update into a private folder of its own inside `temporaryFolder` ("update-…"),
 /// and returns the application in it, a folder whose name ends in ".app". Verifies the archive's digest, the

@@ -1,7 +1,9 @@
 #include "Core/Update/Updater.h"
 
 #include "Base/Background.h"
+#include "Core/Update/CodeSignature.h"
 #include "Core/Update/InstallScript.h"
+#include "Core/Update/InstallerTool.h"
 #include "Core/Update/UpdateDownload.h"
 #include "Core/Update/UpdateStaging.h"
 #include "Platform/DetachedProcess.h"
@@ -13,6 +15,11 @@
 namespace brimvale {
 
 namespace {
+
+struct Staged {
+    UpdateResult<FileURL> application;
+    std::optional<FileURL> installer = {};
+};
 
 /// For the parser of property lists.
 constexpr unsigned stackSize = 8 * 1024 * 1024;
@@ -91,6 +98,8 @@ void Updater::downloadAndStage() {
                        std::holds_alternative<updateState::Failed>(*state);
     if (!isDue || !*pending || !canInstallItself())
         return;
+    if (const auto refusal = refusalOfPlace(environment_.bundle.url))
+        return fail(*refusal);
     state.set(updateState::Downloading{});
     const UpdateManifest &manifest = **pending;
     downloadArchive(
@@ -107,12 +116,18 @@ void Updater::stage(const UpdateResult<std::shared_ptr<DownloadedArchive>> &down
     inBackground(
         workers_, this,
         [archive = std::get<std::shared_ptr<DownloadedArchive>>(downloaded), expected,
-         folder = environment_.temporaryFolder, tools = environment_.tools] {
-            auto result = stageUpdate(archive->url(), expected, folder, tools);
+         current = environment_.bundle.url, folder = environment_.temporaryFolder,
+         tools = environment_.tools] {
+            Staged made{.application = stageUpdate(archive->url(), expected, folder, tools)};
             archive->remove();
-            return result;
+            if (const auto *application = std::get_if<FileURL>(&made.application))
+                made.installer = makeInstaller(*application, current, tools);
+            return made;
         },
-        [this](const std::variant<FileURL, UpdateFailure> &result) { finishStaging(result); });
+        [this](const Staged &made) {
+            installer_ = made.installer;
+            finishStaging(made.application);
+        });
 }
 
 void Updater::finishStaging(const UpdateResult<FileURL> &result) {
@@ -130,11 +145,19 @@ void Updater::installAndRelaunch() {
                             environment_.installLog, environment_.log);
     if (const auto *failure = std::get_if<UpdateFailure>(&prepared))
         return fail(*failure);
-    const std::string script = installScript(std::get<Installation>(prepared));
-    if (const auto error = startDetached(environment_.tools.shell, {"-c", script}))
+    if (const auto error = startInstaller(std::get<Installation>(prepared)))
         return fail(UpdateFailure("Could not start the installer: " + error->localizedDescription));
     isInstalling_ = true;
     quitForUpdate(environment_.quit, environment_.log);
+}
+
+/// Verified again just before it starts: it has this program's permissions, and lies where programs of the
+/// user can write.
+std::optional<FileError> Updater::startInstaller(const Installation &installation) const {
+    const bool isOurs = installer_ && isSignedByOurTeam(*installer_, environment_.tools);
+    if (isOurs && !startDetached(installer_->path(), installerArguments(installation)))
+        return std::nullopt;
+    return startDetached(environment_.tools.shell, {"-c", installScript(installation)});
 }
 
 void Updater::fail(const UpdateFailure &failure) {

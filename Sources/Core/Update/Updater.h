@@ -23,7 +23,7 @@ class DownloadedArchive;
 struct ExpectedRelease;
 
 /// Keeps the application up to date: checks the feed, downloads, verifies and stages a newer build, and
-/// starts the script that installs it. Stages only what is verified. Belongs to the main thread and never
+/// starts the program that installs it. Stages only what is verified. Belongs to the main thread and never
 /// blocks it. Uses the network only after the first check is requested.
 class Updater : public QObject {
     Q_OBJECT
@@ -82,8 +82,8 @@ public:
     /// step is running, or if the application does not install updates.
     void downloadAndStage();
 
-    /// Starts the install script for the staged application and quits, or ends in `Failed`. Does not start a
-    /// second script.
+    /// Starts the installer of the staged application, or the install script, and quits, or ends in `Failed`.
+    /// Does not start a second one.
     void installAndRelaunch();
 
 private:
@@ -91,6 +91,7 @@ private:
     void stage(const UpdateResult<std::shared_ptr<DownloadedArchive>> &downloaded,
                const ExpectedRelease &expected);
     void finishStaging(const UpdateResult<FileURL> &result);
+    [[nodiscard]] std::optional<FileError> startInstaller(const Installation &installation) const;
     void fail(const UpdateFailure &failure);
     QNetworkAccessManager &network();
 
@@ -98,6 +99,7 @@ private:
     QNetworkAccessManager *network_ = nullptr; ///< a child; created late, because it takes time
     QObject *check_ = nullptr;                 ///< a child; the running check ends with it
     UpdateState stateIfStopped_;               ///< of the running check
+    std::optional<FileURL> installer_; ///< the tool for the staged application; without one, the script
     bool isInstalling_ = false;
     QThreadPool workers_; ///< last, so that its work ends before other members are destroyed
 };

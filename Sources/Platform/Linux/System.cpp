@@ -21,7 +21,9 @@ Tools platformTools() {
             .copierOptions = {"-aT", "--remove-destination", "--reflink=auto", "--"},
             .shasum = "",
             .unpacker = "",
-            .codesign = ""};
+            .codesign = "",
+            .attributeRemover = "",
+            .opener = ""};
 }
 
 uid_t firstPersonalAccount() {

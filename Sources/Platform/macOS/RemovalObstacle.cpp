@@ -1,6 +1,7 @@
 #include "Platform/RemovalObstacle.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
@@ -26,9 +27,10 @@ bool isKeptPrivate(const std::string &path) {
 
 /// The system also answers EPERM when it keeps this program from changing an application. Nothing is written.
 bool isKeptUnchanged(const std::string &path) {
-    if (!path.ends_with(".app"))
+    const std::size_t end = (path + "/").find(".app/");
+    if (end == std::string::npos)
         return false;
-    const std::string list = path + "/Contents/Info.plist";
+    const std::string list = path.substr(0, end) + ".app/Contents/Info.plist";
     const int file = open(list.c_str(), O_WRONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
     const bool isRefused = file < 0 && errno == EPERM;
     if (file >= 0)

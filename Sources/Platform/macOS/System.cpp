@@ -19,7 +19,9 @@ Tools platformTools() {
             .copierOptions = {},
             .shasum = "/usr/bin/shasum",
             .unpacker = "/usr/bin/ditto",
-            .codesign = "/usr/bin/codesign"};
+            .codesign = "/usr/bin/codesign",
+            .attributeRemover = "/usr/bin/xattr",
+            .opener = "/usr/bin/open"};
 }
 
 uid_t firstPersonalAccount() {

@@ -7,6 +7,7 @@
 #include <QTest>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 namespace brimvale {
 
@@ -15,6 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace updateState;
 using ::testing::ElementsAre;
+using testing::makeApp;
 using testing::makeTool;
 using testing::settled;
 using ::testing::StartsWith;
@@ -186,6 +188,56 @@ TEST_F(UpdaterTest, InstallsAndRelaunches) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return record->lines().size() == 5; }, 20'000));
     EXPECT_THAT(record->lines(), ElementsAre(calling, "close windows", "terminate",
                                              "[Corvel] terminate was refused, exiting directly", "exit"));
+}
+
+// macOS keeps the script's tools from changing the application, but not a program of the same team.
+TEST_F(UpdaterTest, InstallsWithTheToolOfTheStagedApplicationWhereItCan) {
+    makeApp(folder, "My Applications/Brimvale.app", {.content = "old", .build = "41"});
+    const std::string started = folder.path("started");
+    const std::string tool = "[ \"$2\" != --help ] || exit 0\n"
+                             "(printf '%s\\n' \"$0\" \"$@\"; ls -d \"${0%/MacOS/*}/Frameworks/\"*) >'" +
+                             started + ".part'; mv '" + started + ".part' '" + started + "'";
+    environment.tools.shell = makeTool(folder, "shell", ": >'" + folder.path("script") + "'");
+    for (const bool isOurs : {true, false}) {
+        makeApp(folder, "release/Brimvale.app", {.tool = tool});
+        folder.makeFile("release/Brimvale.app/Contents/Frameworks/library");
+        server.put("/app.zip", {.body = testing::archiveOf(folder.path("release"))});
+        feed.remove("sha256");
+        publish();
+        Updater updater(environment);
+        check(updater);
+        updater.downloadAndStage();
+        ASSERT_EQ(settled(updater), UpdateState(ReadyToRelaunch{}));
+        const std::string staged = (*updater.staged)->path();
+        const std::string copy = fs::path(staged).parent_path() / "installer/MacOS/brimvalectl";
+        if (!isOurs) // exchanged after it was staged
+            folder.makeScript(copy.substr(folder.path("").size()), tool);
+        updater.installAndRelaunch();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return fs::exists(isOurs ? started : folder.path("script")); }));
+        if (isOurs) {
+            EXPECT_EQ(testing::contentOf(started),
+                      copy + "\ninstall-update\n--\n" + staged + "\n" + environment.bundle.url.path() + "\n" +
+                          std::to_string(getpid()) + "\n" + fs::path(staged).parent_path().native() +
+                          "/installer/Frameworks/library\n");
+        }
+        EXPECT_EQ(fs::exists(folder.path("script")), !isOurs);
+        EXPECT_EQ(fs::exists(started), isOurs);
+        fs::remove(started);
+    }
+}
+
+TEST_F(UpdaterTest, IsMovedBeforeItUpdatesWhereItCannotBeReplaced) {
+    publish();
+    EXPECT_FALSE(refusalOfPlace(environment.bundle.url));
+    EXPECT_TRUE(refusalOfPlace(FileURL("/Volumes/Brimvale/Brimvale.app")));
+    environment.bundle.url = FileURL("/private/var/folders/a/AppTranslocation/B/d/Brimvale.app");
+    Updater translocated(environment);
+    check(translocated);
+    translocated.downloadAndStage();
+    EXPECT_EQ(*translocated.state,
+              UpdateState(Failed{"Move Brimvale to the Applications folder first. Then open it there and "
+                                 "update again."}));
+    EXPECT_EQ(server.requestsFor("/app.zip"), 0);
 }
 
 TEST_F(UpdaterTest, SaysWhyItCannotInstall) {
