@@ -35,7 +35,7 @@ std::vector<InstalledApp> makeApps(const TemporaryFolder &home, int count) {
 
 TEST(AppAnalysis, ReportsEachAppOnce) {
     const TemporaryFolder home;
-    const Host host{System::macOS, FileURL(home.path()), {}};
+    const Host host{System::macOS, FileURL(home.path()), {}, home.path("nothing")};
     const std::vector<InstalledApp> apps = makeApps(home, 60);
     std::unordered_map<FileURL, int> reports;
     bool isReporting = false;
@@ -58,7 +58,7 @@ TEST(AppAnalysis, ReportsEachAppOnce) {
 
 TEST(AppAnalysis, ReportsNothingAfterCancel) {
     const TemporaryFolder home;
-    const Host host{System::macOS, FileURL(home.path()), {}};
+    const Host host{System::macOS, FileURL(home.path()), {}, home.path("nothing")};
     const std::vector<InstalledApp> apps = makeApps(home, 30);
     const StopFlag cancelled;
     int reports = 0;

@@ -18,13 +18,6 @@ using ::testing::UnorderedElementsAre;
 /// "home".
 class LeftoverFinderTest : public ::testing::Test {
 protected:
-    LeftoverFinderTest() {
-        for (ExactRule &rule : rules.exactRules)
-            move(rule.directory);
-        for (ScanRule &rule : rules.scanRules)
-            move(rule.directory);
-    }
-
     /// Category and path of each, with a question mark where it is only likely, and a star where it takes an
     /// administrator.
     std::vector<std::string> find(const InstalledApp &app) const {
@@ -52,14 +45,8 @@ protected:
     void make(const std::string &inside) const { folder.makeFile(inside, 1000); }
 
     TemporaryFolder folder;
-    Host host{System::macOS, FileURL(folder.path("home")), {}};
+    Host host{System::macOS, FileURL(folder.path("home")), {}, folder.path("machine")};
     LeftoverRules rules = catalogOf(host.system).leftoverRules(host);
-
-private:
-    void move(std::string &directory) const {
-        if (!directory.starts_with(host.home.path()))
-            directory = folder.path("machine") + directory;
-    }
 };
 
 } // namespace
