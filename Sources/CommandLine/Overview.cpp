@@ -29,11 +29,12 @@ void writeOverview(Output &output, const OverviewFigures &figures) {
 }
 
 void writeVolume(Output &output, const VolumeInfo &volume) {
-    output.write(terminalText(volume.name) + ": " +
-                 Fmt::byteFormatter(volume.totalCapacity - volume.trueFree) + " of " +
+    output.write(terminalText(volume.name) + ": " + Fmt::byteFormatter(volume.used()) + " of " +
                  Fmt::byteFormatter(volume.totalCapacity) + " used, " +
                  Fmt::byteFormatter(volume.shownAvailable()) + " available\n");
     if (const auto sentence = purgeableSentence(volume))
+        output.write(*sentence + "\n");
+    if (const auto sentence = reservedSentence(volume))
         output.write(*sentence + "\n");
     output.write("\n");
 }

@@ -51,6 +51,7 @@ void writeRecord(JsonWriter &json, const VolumeInfo &volume) {
     json.member("trueFree", volume.trueFree);
     json.member("isInternal", volume.isInternal);
     json.member("isRootVolume", volume.isRootVolume);
+    json.member("reserved", volume.reserved);
     json.end();
 }
 

@@ -18,13 +18,13 @@ void writeVolumes(Output &output, const std::vector<VolumeInfo> &volumes) {
     TextTable table({TextTable::sizeColumn("SIZE"),
                      TextTable::sizeColumn("USED"),
                      TextTable::sizeColumn("AVAILABLE"),
+                     TextTable::sizeColumn("RESERVED"),
                      {"NAME"},
                      {"MOUNTED AT"}});
     for (const VolumeInfo &volume : volumes)
-        table.add({Fmt::byteFormatter(volume.totalCapacity),
-                   Fmt::byteFormatter(volume.totalCapacity - volume.trueFree),
-                   Fmt::byteFormatter(volume.shownAvailable()), terminalText(volume.name),
-                   terminalText(volume.url.path())});
+        table.add({Fmt::byteFormatter(volume.totalCapacity), Fmt::byteFormatter(volume.used()),
+                   Fmt::byteFormatter(volume.shownAvailable()), Fmt::byteFormatter(volume.reserved),
+                   terminalText(volume.name), terminalText(volume.url.path())});
     table.write(output);
 }
 
@@ -49,7 +49,10 @@ constinit const Command volumesCommand = {
     .operands = "",
     .operandCount = {.minimum = 0, .maximum = 0},
     .summary = "Lists the mounted volumes with their space.",
-    .help = "\nThe root volume comes first. One on a network is missing if it does not answer soon.\n",
+    .help =
+        "\nThe root volume comes first. One on a network is missing if it does not answer soon.\n"
+        "RESERVED is free space that the file system keeps for itself and the administrator; it is not part\n"
+        "of SIZE.\n",
     .run = runVolumes,
 };
 

@@ -19,6 +19,7 @@ struct MountedVolume {
     std::optional<std::int64_t> totalCapacity = {};
     std::optional<std::int64_t> availableForImportantUsage = {}; ///< including space that can be purged
     std::optional<std::int64_t> available = {};
+    std::optional<std::int64_t> reserved = {}; ///< free, but not for users; `totalCapacity` is without it
     std::optional<bool> isInternal = {};
     std::optional<bool> isRootFileSystem = {};
     std::optional<bool> isBrowsable = {};

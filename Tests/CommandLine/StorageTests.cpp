@@ -118,7 +118,7 @@ TEST(StorageVolumes, ListsRootFirst) {
     ASSERT_FALSE(volumes.isEmpty());
     EXPECT_EQ(volumes[0]["url"], "/");
     EXPECT_EQ(volumes[0].toObject().keys().join(' ').toStdString(),
-              "availableForImportantUsage isInternal isRootVolume name totalCapacity trueFree url");
+              "availableForImportantUsage isInternal isRootVolume name reserved totalCapacity trueFree url");
     EXPECT_THAT(runProgram({"volumes"}).out, HasSubstr("MOUNTED AT\n"));
     // Here is no Time Machine, or it has what it has.
     EXPECT_TRUE(documentOf(runProgram({"snapshots", "--json"})).isArray());

@@ -44,8 +44,7 @@ std::vector<MeasuredCategory> StorageFigures::resolvingRemainder(std::vector<Mea
     const auto systemData = remainderIn(categories);
     if (!root || systemData == categories.end())
         return categories;
-    const std::int64_t used = std::max<std::int64_t>(root->totalCapacity - root->trueFree, 0);
-    systemData->size = std::max<std::int64_t>(used - categorisedBytes(categories), 0);
+    systemData->size = std::max<std::int64_t>(root->used() - categorisedBytes(categories), 0);
     systemData->measured = true;
     return categories;
 }

@@ -23,7 +23,8 @@ std::vector<VolumeInfo> VolumeInfo::from(const std::vector<MountedVolume> &mount
                            .availableForImportantUsage = one.availableForImportantUsage.value_or(0),
                            .trueFree = one.available.value_or(0),
                            .isInternal = one.isInternal.value_or(false),
-                           .isRootVolume = one.isRootFileSystem.value_or(false)});
+                           .isRootVolume = one.isRootFileSystem.value_or(false),
+                           .reserved = one.reserved.value_or(0)});
     }
     std::stable_sort(volumes.begin(), volumes.end(), [](const VolumeInfo &a, const VolumeInfo &b) {
         return std::tuple(!a.isRootVolume, std::string_view(a.name)) <
@@ -44,6 +45,14 @@ std::optional<std::string> purgeableSentence(const VolumeInfo &volume) {
     if (volume.purgeable() < 1)
         return std::nullopt;
     return Fmt::byteFormatter(volume.purgeable()) + " " + Words::current().purgeableSpace;
+}
+
+std::optional<std::string> reservedSentence(const VolumeInfo &volume) {
+    if (volume.reserved < 1)
+        return std::nullopt;
+    return Fmt::byteFormatter(volume.used()) + " used, " + Fmt::byteFormatter(volume.shownAvailable()) +
+           " free, " + Fmt::byteFormatter(volume.reserved) +
+           " reserved. The file system keeps the reserved space for itself and the administrator.";
 }
 
 } // namespace brimvale

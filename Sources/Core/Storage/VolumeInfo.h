@@ -20,6 +20,7 @@ struct VolumeInfo {
     std::int64_t trueFree = 0;                   ///< purgeable space excluded
     bool isInternal = false;
     bool isRootVolume = false;
+    std::int64_t reserved = 0; ///< free space that users cannot have; neither in the capacity nor in the rest
 
     /// The longest wait in `current` just before the window is drawn.
     static constexpr std::chrono::milliseconds beforePaint{5};
@@ -35,9 +36,14 @@ struct VolumeInfo {
     /// The root volume, else the first, else nothing.
     [[nodiscard]] static std::optional<VolumeInfo> root(const std::vector<VolumeInfo> &volumes);
 
-    /// The available space to show. Some file systems do not report the space for important usage.
+    /// The free space to show, everywhere. Some file systems do not report the space for important usage.
     [[nodiscard]] std::int64_t shownAvailable() const {
         return availableForImportantUsage > 0 ? availableForImportantUsage : trueFree;
+    }
+
+    /// The used space; purgeable space counts as used. At least 0.
+    [[nodiscard]] std::int64_t used() const {
+        return totalCapacity > trueFree ? totalCapacity - trueFree : 0;
     }
 
     /// The space the system would free when it runs low; 0 or less where there is none.
@@ -48,5 +54,8 @@ struct VolumeInfo {
 
 /// A sentence about a volume's purgeable space; nothing where there is none.
 [[nodiscard]] std::optional<std::string> purgeableSentence(const VolumeInfo &volume);
+
+/// "47 GB used, 55 GB free, 168 GB reserved", with who may use the reserved space; nothing without any.
+[[nodiscard]] std::optional<std::string> reservedSentence(const VolumeInfo &volume);
 
 } // namespace brimvale

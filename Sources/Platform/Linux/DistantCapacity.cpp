@@ -41,6 +41,9 @@ std::optional<Capacity> capacityOf(std::uint64_t blockSize, std::uint64_t blocks
         __builtin_mul_overflow(blocks - freeBlocks + availableBlocks, blockSize, &capacity.total) ||
         __builtin_mul_overflow(availableBlocks, blockSize, &capacity.available))
         return std::nullopt;
+    const std::uint64_t reservedBlocks = freeBlocks > availableBlocks ? freeBlocks - availableBlocks : 0;
+    if (__builtin_mul_overflow(reservedBlocks, blockSize, &capacity.reserved))
+        return std::nullopt;
     return capacity;
 }
 

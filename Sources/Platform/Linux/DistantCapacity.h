@@ -14,6 +14,7 @@ namespace brimvale {
 struct Capacity {
     std::int64_t total = 0;
     std::int64_t available = 0;
+    std::int64_t reserved = 0; ///< free, but only for the administrator or the file system itself
 };
 
 /// From the figures of statvfs(3); nothing where they are impossible.

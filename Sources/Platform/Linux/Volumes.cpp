@@ -53,6 +53,7 @@ MountedVolume volumeOf(const Mount &mount, const std::optional<Capacity> &capaci
     if (capacity) {
         volume.totalCapacity = capacity->total;
         volume.available = capacity->available;
+        volume.reserved = capacity->reserved;
         // Linux keeps nothing here that it would purge on demand.
         volume.availableForImportantUsage = capacity->available;
     }

@@ -16,7 +16,6 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QVBoxLayout>
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -42,13 +41,16 @@ CapacityCard::CapacityCard(QWidget *parent)
       used_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       free_(new TextLabel(Type::Size::title, QFont::DemiBold, this)), bar_(new SegmentedBar(this)),
       legend_(new Legend(this)),
-      purgeable_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)) {
+      purgeable_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
+      reserved_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)) {
     setObjectName(QStringLiteral("capacityCard"));
     name_->setObjectName(QStringLiteral("capacityName"));
     used_->setObjectName(QStringLiteral("capacityUsed"));
     free_->setObjectName(QStringLiteral("capacityFree"));
     purgeable_->setObjectName(QStringLiteral("purgeable"));
     purgeable_->setWordWrap(true);
+    reserved_->setObjectName(QStringLiteral("reserved"));
+    reserved_->setWordWrap(true);
     auto *available = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this);
     available->setText(u"free"_s);
 
@@ -72,15 +74,15 @@ CapacityCard::CapacityCard(QWidget *parent)
     layout->addWidget(bar_);
     layout->addWidget(legend_);
     layout->addWidget(purgeable_);
+    layout->addWidget(reserved_);
 }
 
 void CapacityCard::show(const std::optional<VolumeInfo> &volume,
                         const std::vector<MeasuredCategory> &categories) {
     const std::vector<BarSegment> segments = segmentsOf(categories);
     const std::int64_t capacity = volume ? volume->totalCapacity : 0;
-    const std::int64_t used = volume ? std::max<std::int64_t>(capacity - volume->trueFree, 0) : 0;
     name_->setText(volume ? displayedText(volume->name) : u"No volume"_s);
-    used_->setText(u"%1 of %2 used"_s.arg(sizeText(used), sizeText(capacity)));
+    used_->setText(u"%1 of %2 used"_s.arg(sizeText(volume ? volume->used() : 0), sizeText(capacity)));
     free_->setText(sizeText(volume ? volume->shownAvailable() : 0));
     bar_->setSegments(segments, capacity);
     legend_->setSegments(segments);
@@ -88,6 +90,9 @@ void CapacityCard::show(const std::optional<VolumeInfo> &volume,
     const std::optional<std::string> sentence = volume ? purgeableSentence(*volume) : std::nullopt;
     purgeable_->setText(QString::fromStdString(sentence.value_or("")));
     purgeable_->setHidden(!sentence);
+    const std::optional<std::string> reserved = volume ? reservedSentence(*volume) : std::nullopt;
+    reserved_->setText(QString::fromStdString(reserved.value_or("")));
+    reserved_->setHidden(!reserved);
 }
 
 void CapacityCard::paintEvent(QPaintEvent *event) {

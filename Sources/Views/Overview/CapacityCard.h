@@ -34,6 +34,7 @@ private:
     SegmentedBar *bar_;
     Legend *legend_;
     TextLabel *purgeable_;
+    TextLabel *reserved_;
 };
 
 } // namespace brimvale

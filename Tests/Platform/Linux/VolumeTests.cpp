@@ -108,6 +108,7 @@ TEST(Volumes, ListDiskOnceAndNoMemory) {
             available;
         EXPECT_EQ(*volume->totalCapacity - *volume->available, used);
         EXPECT_EQ(*volume->available, available);
+        EXPECT_NEAR(static_cast<double>(*volume->reserved), 0.05 * 16 * 1024 * 1024, 0.02 * 16 * 1024 * 1024);
         EXPECT_EQ(volume->isInternal, true);
     });
 }
