@@ -42,6 +42,7 @@ void writeLeftovers(JsonWriter &json, const std::vector<LeftoverItem> &items) {
         json.member("size", item.size);
         json.member("requiresAdmin", item.requiresAdmin);
         json.member("isFolder", item.isFolder);
+        json.member("isVague", item.isVague);
         json.end();
     }
     json.end();

@@ -62,17 +62,21 @@ std::optional<InstalledApp> appMeantBy(std::string_view typed) {
 void writeLeftovers(Output &output, const std::vector<LeftoverItem> &items, MatchConfidence confidence) {
     TextTable table({TextTable::sizeColumn("SIZE"), {"CATEGORY"}, {"PATH"}});
     bool isEmpty = true;
+    bool isVague = false;
     for (const LeftoverItem &item : items) {
         if (item.confidence != confidence)
             continue;
         table.add({Fmt::byteFormatter(item.size), terminalText(item.category),
                    terminalText(item.url.path()) + (item.requiresAdmin ? "  [administrator]" : "")});
         isEmpty = false;
+        isVague = isVague || item.isVague;
     }
     if (isEmpty)
         return;
     output.write(std::string(title(confidence)).append(": ").append(explanation(confidence)).append("\n"));
     table.write(output);
+    if (isVague)
+        output.write(vagueWarning() + "\n");
 }
 
 void writeReport(Output &output, const std::vector<LeftoverItem> &items) {

@@ -75,7 +75,8 @@ TEST(Apps, AnalyzeMeasuresAppsAndLeftovers) {
                            {"confidence", "likely"},
                            {"size", leftovers[1]["size"]},
                            {"requiresAdmin", false},
-                           {"isFolder", false}}));
+                           {"isFolder", false},
+                           {"isVague", false}}));
     EXPECT_EQ(leftovers[0]["isFolder"], true);
     EXPECT_EQ(arrayIn(runIn(home, {"leftovers", "com.example.acme", "--json"})), leftovers);
 }

@@ -8,10 +8,12 @@
 #include "Platform/LastUsed.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <queue>
 #include <string_view>
 #include <system_error>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -46,6 +48,39 @@ std::vector<std::string> visibleNames(const std::string &path) {
     return names;
 }
 
+struct FoundBundle {
+    std::string path;
+    std::string root;  ///< the searched folder
+    std::string place; ///< the path without links
+    bool isLink;
+};
+
+/// The bundles in these folders, each once: by the path found first, but not by a link to it if it is also
+/// found itself.
+std::vector<FoundBundle> eachOnce(const std::vector<std::string> &searched) {
+    std::vector<FoundBundle> found;
+    std::unordered_map<std::string, std::size_t> byPlace;
+    for (const std::string &root : searched)
+        for (std::string &path : bundles(root, levelsSearched)) {
+            const FileURL url(path);
+            const std::string place = placeOf(path);
+            const bool isLink = place != joinPath(placeOf(url.parent().path()), url.fileName());
+            const auto [known, isNew] = byPlace.try_emplace(place, found.size());
+            if (isNew)
+                found.push_back({std::move(path), root, place, isLink});
+            else if (found[known->second].isLink && !isLink)
+                found[known->second] = {std::move(path), root, place, false};
+        }
+    return found;
+}
+
+/// Whether a place without links is in one of the system's folders.
+bool isInSystem(const std::string &place, const AppRoots &roots) {
+    return std::any_of(roots.system.begin(), roots.system.end(), [&](const std::string &root) {
+        return isAtOrUnder(place, root) || isAtOrUnder(place, placeOf(root));
+    });
+}
+
 /// The first of these texts that is not empty.
 std::string firstText(const std::optional<std::string> &first, const std::optional<std::string> &second,
                       std::string_view third) {
@@ -71,18 +106,10 @@ std::vector<InstalledApp> scan(bool includeSystem, const AppRoots &roots) {
         searched.insert(searched.end(), roots.system.begin(), roots.system.end());
 
     std::vector<InstalledApp> apps;
-    std::unordered_set<std::string> seen;
-    for (const std::string &root : searched) {
-        const bool isSystem = roots.isSystem(root);
-        for (const std::string &path : bundles(root, levelsSearched)) {
-            const FileURL url(path);
-            const std::string folder = placeOf(url.parent().path());
-            if (!seen.insert(joinPath(folder, url.fileName())).second)
-                continue;
-            if (std::optional<InstalledApp> app = describe(path, isSystem))
-                apps.push_back(*std::move(app));
-        }
-    }
+    for (const FoundBundle &bundle : eachOnce(searched))
+        if (std::optional<InstalledApp> app =
+                describe(bundle.path, roots.isSystem(bundle.root) || isInSystem(bundle.place, roots)))
+            apps.push_back(*std::move(app));
     std::stable_sort(apps.begin(), apps.end(), [](const InstalledApp &a, const InstalledApp &b) {
         return compareAsInFinder(a.name, b.name) < 0;
     });

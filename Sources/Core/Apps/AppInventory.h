@@ -19,8 +19,9 @@ namespace AppInventory {
 [[nodiscard]] std::vector<std::string> user(const Host &host = Host::current());
 
 /// The applications in the user's folders and, if asked, the system's, in the order of the Finder; those with
-/// the same name in the order found. A bundle that can be reached twice (overlapping folders, a link to a
-/// folder) is listed once, by the path found first; a link to a bundle is listed too.
+/// the same name in the order found. A bundle that can be reached twice (overlapping folders, links) is
+/// listed once: by the path found first, but by a link to it only if it is not found itself. What a link
+/// leads to in the system's folders is an application of the system.
 [[nodiscard]] std::vector<InstalledApp> scan(bool includeSystem, const Host &host = Host::current());
 [[nodiscard]] std::vector<InstalledApp> scan(bool includeSystem, const AppRoots &roots);
 

@@ -69,6 +69,8 @@ std::optional<FileStatus> statusOfExisting(const std::string &path) {
 struct LeftoverFinder::Keys {
     std::string identifier;         ///< empty for none
     std::vector<std::string> names; ///< case-folded
+
+    [[nodiscard]] bool isVague() const { return identifier.find('.') == std::string::npos; }
 };
 
 LeftoverFinder::LeftoverFinder(const Host &host)
@@ -98,7 +100,7 @@ std::vector<LeftoverItem> LeftoverFinder::leftovers(const InstalledApp &app,
         found.insert(path);
         const FileURL url(std::move(path));
         items.push_back({url, category, confidence, size, requiresAdmin, status->kind == FileKind::directory,
-                         pinOf(url)});
+                         pinOf(url), confidence == MatchConfidence::exact && keys.isVague()});
     };
 
     if (!keys.identifier.empty())

@@ -15,4 +15,8 @@ std::string explanation(MatchConfidence confidence) {
            Words::current().theSystem + " itself may own them.";
 }
 
+std::string vagueWarning() {
+    return "Others may own this: the app's identifier has no dot.";
+}
+
 } // namespace brimvale

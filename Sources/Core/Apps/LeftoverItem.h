@@ -21,6 +21,9 @@ enum class MatchConfidence {
 /// The reason for the confidence, in full sentences.
 [[nodiscard]] std::string explanation(MatchConfidence confidence);
 
+/// Why a vague claim has to be checked, as a sentence.
+[[nodiscard]] std::string vagueWarning();
+
 /// An item that an application left outside its bundle.
 struct LeftoverItem {
     FileURL url;
@@ -30,6 +33,8 @@ struct LeftoverItem {
     bool requiresAdmin = false;
     bool isFolder = false;           ///< as it was found; a link is none
     std::optional<ItemPin> pin = {}; ///< the item as it was found; only this one is removed
+    /// Claimed by an identifier without a dot ("com"), with which the names of other programs' files begin.
+    bool isVague = false;
 
     friend bool operator==(const LeftoverItem &, const LeftoverItem &) = default;
 };

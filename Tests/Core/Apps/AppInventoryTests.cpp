@@ -4,6 +4,7 @@
 #include "Support/SampleApps.h"
 #include "Support/TemporaryFolder.h"
 
+#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace brimvale {
@@ -52,8 +53,7 @@ TEST(AppInventory, ListsBundlesInFinderOrder) {
                     "Écran & son|-|com.example.ecran",
                     "Empty names|-|",
                     "Flat|-|com.example.flat",
-                    "Foo|-|com.example.foo", // by its link, which is found first
-                    "Foo|-|com.example.foo",
+                    "Foo|-|com.example.foo", // the link to it, found first, is no second one
                     "No dictionary|-|-",
                     "Numbers|4|-",
                     "Outer|-|-",
@@ -111,6 +111,30 @@ TEST(AppInventory, RecognizesSystemAppsByFolder) {
     EXPECT_THAT(described(AppInventory::scan(true, roots)), ElementsAre("System|-|- system", "User|-|-"));
     EXPECT_TRUE(roots.isSystem(folder.path("System/Applications/Utilities/System.app")));
     EXPECT_FALSE(roots.isSystem(folder.path("Applications/User.app")));
+}
+
+TEST(AppInventory, LinksMakeNeitherSecondRowsNorRemovableSystemApps) {
+    const TemporaryFolder folder;
+    makeBundle(folder, "System/Applications/Deep/System.app");
+    makeBundle(folder, "home/Applications/Own.app");
+    makeBundle(folder, "elsewhere/Far.app");
+    folder.makeLink("Applications/Far alias.app", "../elsewhere/Far.app");
+    folder.makeLink("Applications/Own.app", "../home/Applications/Own.app");
+    folder.makeLink("home/Applications/System.app", "../../System/Applications/Deep/System.app");
+    const AppRoots roots{{folder.path("Applications"), folder.path("home/Applications")},
+                         {folder.path("System/Applications")}};
+    const std::vector<InstalledApp> apps = AppInventory::scan(false, roots);
+    EXPECT_THAT(paths(apps, folder.path()),
+                ElementsAre("Applications/Far alias.app", "home/Applications/Own.app",
+                            "home/Applications/System.app"));
+    EXPECT_THAT(described(apps), ElementsAre("Far alias|-|-", "Own|-|-", "System|-|- system"));
+    EXPECT_EQ(AppInventory::scan(true, roots).size(), 3U);
+
+    // The same by a link to the whole folder of the system.
+    folder.makeLink("home/Applications/All", "../../System/Applications");
+    std::filesystem::remove(folder.path("home/Applications/System.app"));
+    EXPECT_THAT(described(AppInventory::scan(false, roots)),
+                ElementsAre("Far alias|-|-", "Own|-|-", "System|-|- system"));
 }
 
 } // namespace brimvale

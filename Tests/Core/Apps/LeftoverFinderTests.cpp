@@ -195,4 +195,19 @@ TEST_F(LeftoverFinderTest, SkipsCloudProviderFolders) {
     EXPECT_EQ(items[0].size, 0);
 }
 
+TEST_F(LeftoverFinderTest, MarksWhatAnIdentifierWithoutADotClaims) {
+    make("home/Library/Caches/com/data");
+    make("home/Library/LaunchAgents/com.example.other.plist");
+    make("home/Library/LaunchAgents/Widget.plist");
+    const auto vague = [&](const char *identifier) {
+        std::vector<std::string> marked;
+        for (const LeftoverItem &item : LeftoverFinder(rules, host).leftovers(app("Widget", identifier)))
+            marked.push_back(std::string(item.url.fileName()) + (item.isVague ? " vague" : ""));
+        return marked;
+    };
+    EXPECT_THAT(vague("com"),
+                UnorderedElementsAre("com vague", "com.example.other.plist vague", "Widget.plist"));
+    EXPECT_THAT(vague("com.example.other"), UnorderedElementsAre("com.example.other.plist", "Widget.plist"));
+}
+
 } // namespace brimvale
