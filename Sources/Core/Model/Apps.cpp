@@ -29,6 +29,15 @@ bool dropApps(std::vector<AppRow> &rows, const GonePaths &gone) {
 
 Apps::Apps(Workers &workers, Removals &removals) : workers_(workers), removals_(removals) {}
 
+Apps::~Apps() {
+    stop_.set();
+}
+
+void Apps::stopAnalysis() {
+    if (state().isLoadingApps)
+        stop_.set();
+}
+
 void Apps::setIncludeSystemApps(bool include) {
     if (include == state().includeSystemApps)
         return;
@@ -44,10 +53,11 @@ void Apps::loadApps() {
         state.isLoadingApps = true;
         state.appProgress = 0;
     });
+    stop_ = StopFlag();
     workers_.run(
         this,
         [this, context = QPointer<QObject>(this), includeSystem = state().includeSystemApps,
-         cancelled = workers_.closing()] {
+         cancelled = stop_] {
             const std::vector<InstalledApp> found = AppInventory::scan(includeSystem);
             onMainThread(context, [this, found] { list(found); });
             const auto completed = std::make_shared<Counter>();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Core/Apps/AppRow.h"
 #include "Core/Model/Part.h"
 #include "Core/Removal/GonePaths.h"
@@ -27,6 +28,8 @@ class Apps : public Part<AppState> {
 public:
     /// Both must outlive it.
     Apps(Workers &workers, Removals &removals);
+    /// Stops the analysis.
+    ~Apps() override;
 
     /// Whether `loadApps` also lists the applications of the system. A change lists them again: at once, or
     /// when the running analysis is done.
@@ -35,6 +38,9 @@ public:
     /// Lists the installed applications, then analyses them, and publishes the figures of each when they are
     /// ready. Does nothing while it is already running.
     void loadApps();
+
+    /// Stops the analysis soon. Applications that are not analysed yet stay listed without figures.
+    void stopAnalysis();
 
     /// Removes an application's leftovers and, if requested, the application itself. Does nothing if the
     /// application is not listed.
@@ -54,6 +60,7 @@ private:
 
     Workers &workers_;
     Removals &removals_;
+    StopFlag stop_; ///< of the running or the last analysis
     // Since loading began:
     GonePaths goneSinceBegin_;
     GonePaths partlyGoneSinceBegin_;

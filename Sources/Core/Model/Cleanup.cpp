@@ -23,6 +23,15 @@ bool dropEntries(CleanupTarget &target, const GonePaths &gone) {
 Cleanup::Cleanup(Workers &workers)
     : Part({.cleanupTargets = CleanupCatalog::definitions()}), workers_(workers) {}
 
+Cleanup::~Cleanup() {
+    stop_.set();
+}
+
+void Cleanup::stopMeasuring() {
+    if (state().isMeasuringCleanup)
+        stop_.set();
+}
+
 void Cleanup::measureCleanup() {
     if (state().isMeasuringCleanup)
         return;
@@ -31,13 +40,16 @@ void Cleanup::measureCleanup() {
         state.isMeasuringCleanup = true;
         state.cleanupProgress = 0;
     });
+    stop_ = StopFlag();
     workers_.run(
         this,
         [this, context = QPointer<QObject>(this), definitions = CleanupCatalog::definitions(),
-         cancelled = workers_.closing()] {
+         cancelled = stop_] {
             const auto completed = std::make_shared<Counter>();
             const auto total = static_cast<double>(definitions.size());
             const auto finished = [&](CleanupTarget measured) {
+                if (cancelled.isSet())
+                    return; // its entries may be incomplete
                 onMainThread(context, [this, measured = std::move(measured), completed, total]() mutable {
                     show(std::move(measured), static_cast<double>(completed->add(1)) / total);
                 });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Catalogs/CleanupTarget.h"
 #include "Core/Model/Part.h"
 #include "Core/Removal/GonePaths.h"
@@ -23,10 +24,15 @@ class Cleanup : public Part<CleanupState> {
 public:
     /// `workers` must outlive it.
     explicit Cleanup(Workers &workers);
+    /// Stops measuring.
+    ~Cleanup() override;
 
     /// Measures every cleanup target, and publishes each when it is measured. Does nothing while it is
     /// already running.
     void measureCleanup();
+
+    /// Stops measuring soon. Targets that are not measured yet stay as they were before.
+    void stopMeasuring();
 
     /// Drops removed items from every target, including those still being measured.
     void drop(const GonePaths &gone);
@@ -39,6 +45,7 @@ private:
     void measureRowsAgain(const GonePaths &partlyGone);
 
     Workers &workers_;
+    StopFlag stop_; ///< of the running or the last run
     // Since measuring began:
     GonePaths goneSinceBegin_;
     GonePaths partlyGoneSinceBegin_;

@@ -40,6 +40,13 @@ void updateRows(MeasuredCategory &category, const RowMeasuring::Rows &sizes) {
         addUp(category);
 }
 
+/// System Data without figures, after a run that was stopped.
+void clearRemainder(std::vector<MeasuredCategory> &categories) {
+    for (MeasuredCategory &one : categories)
+        if (one.category.measurement == CategoryMeasurement::remainder)
+            one = {.category = one.category};
+}
+
 std::int64_t countMeasured(const std::vector<StorageCategory> &categories) {
     return std::count_if(categories.begin(), categories.end(), [](const StorageCategory &category) {
         return category.measurement == CategoryMeasurement::measured;
@@ -51,6 +58,15 @@ std::int64_t countMeasured(const std::vector<StorageCategory> &categories) {
 Storage::Storage(Workers &workers, const Volumes &volumes)
     : Part({.categories = StorageFigures::unmeasured(StorageCategories::all())}), workers_(workers),
       volumes_(volumes) {}
+
+Storage::~Storage() {
+    stop_.set();
+}
+
+void Storage::stopMeasuring() {
+    if (state().isMeasuringCategories)
+        stop_.set();
+}
 
 const MeasuredCategory *Storage::category(std::string_view id) const {
     const std::vector<MeasuredCategory> &categories = state().categories;
@@ -74,6 +90,8 @@ bool Storage::hasFigures() const {
 }
 
 void Storage::resolveRemainder(StorageState &state) const {
+    if (state.wasStopped)
+        return clearRemainder(state.categories);
     state.categories = StorageFigures::resolvingRemainder(std::move(state.categories), volumes_.rootVolume());
 }
 
@@ -89,15 +107,19 @@ void Storage::measureCategories() {
     const std::vector<StorageCategory> all = StorageCategories::all();
     update([&](StorageState &state) {
         state.isMeasuringCategories = true;
+        state.wasStopped = false;
         state.categoryProgress = 0;
         state.categories = StorageFigures::unmeasured(all);
     });
+    stop_ = StopFlag();
     workers_.run(
         this,
-        [this, context = QPointer<QObject>(this), all, cancelled = workers_.closing()] {
+        [this, context = QPointer<QObject>(this), all, cancelled = stop_] {
             const auto completed = std::make_shared<Counter>();
             const auto total = static_cast<double>(countMeasured(all));
             const auto finished = [&](MeasuredCategory measured) {
+                if (cancelled.isSet())
+                    return; // its figures may be incomplete
                 onMainThread(context, [this, measured = std::move(measured), completed, total]() mutable {
                     show(std::move(measured), static_cast<double>(completed->add(1)) / total);
                 });
@@ -122,6 +144,10 @@ void Storage::show(MeasuredCategory measured, double progress) {
 
 void Storage::finish(std::vector<CleanupEntry> rows) {
     update([&](StorageState &state) {
+        state.isMeasuringCategories = false;
+        state.wasStopped = stop_.isSet();
+        if (state.wasStopped)
+            return resolveRemainder(state);
         for (MeasuredCategory &one : state.categories)
             if (one.category.measurement == CategoryMeasurement::remainder) {
                 one.entries = std::move(rows);
@@ -131,7 +157,6 @@ void Storage::finish(std::vector<CleanupEntry> rows) {
         resolveRemainder(state);
         state.lastCategoryScan = now();
         state.categoryProgress = 1;
-        state.isMeasuringCategories = false;
     });
     measureRowsAgain(partlyGoneSinceBegin_);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Date.h"
+#include "Base/StopFlag.h"
 #include "Catalogs/StorageCategory.h"
 #include "Core/Model/Part.h"
 #include "Core/Removal/GonePaths.h"
@@ -18,6 +19,7 @@ class Workers;
 struct StorageState {
     std::vector<MeasuredCategory> categories; ///< in catalog order
     bool isMeasuringCategories = false;
+    bool wasStopped = false;     ///< the last run was stopped: it has left categories without figures
     double categoryProgress = 0; ///< 0 to 1
     std::optional<Date> lastCategoryScan = {};
 };
@@ -29,10 +31,16 @@ class Storage : public Part<StorageState> {
 public:
     /// Both must outlive it.
     Storage(Workers &workers, const Volumes &volumes);
+    /// Stops measuring.
+    ~Storage() override;
 
     /// Measures every storage category, and publishes each when it is measured, the rows of System Data last.
     /// Does nothing while it is already running.
     void measureCategories();
+
+    /// Stops measuring soon. Categories that are measured keep their figures; the others have none, and
+    /// System Data, which is what they leave, has none either.
+    void stopMeasuring();
 
     /// The category with this identifier; null if there is none. Valid until the next change.
     [[nodiscard]] const MeasuredCategory *category(std::string_view id) const;
@@ -60,6 +68,7 @@ private:
 
     Workers &workers_;
     const Volumes &volumes_;
+    StopFlag stop_; ///< of the running or the last run
     // Since measuring began:
     GonePaths goneSinceBegin_;
     GonePaths partlyGoneSinceBegin_;

@@ -6,7 +6,7 @@ namespace brimvale {
 
 class ProgressNote;
 
-/// The button that starts measuring on a page, and the progress.
+/// The button that starts measuring on a page, the progress, and the button that stops it.
 class MeasureButton : public QPushButton {
     Q_OBJECT
 
@@ -21,6 +21,9 @@ public:
     /// The progress, for the page's layout. Visible only while something is measured.
     [[nodiscard]] ProgressNote *progress() const { return progress_; }
 
+    /// The button that stops measuring, for the page's layout. Visible only while something is measured.
+    [[nodiscard]] QPushButton *stop() const { return stop_; }
+
     /// `progress` is from 0 to 1.
     void showState(bool isMeasuring, double progress);
 
@@ -28,6 +31,7 @@ private:
     WhileMeasuring whileMeasuring_;
     QWidget *page_;
     ProgressNote *progress_;
+    QPushButton *stop_;
 };
 
 } // namespace brimvale

@@ -68,6 +68,7 @@ OverviewView::OverviewView(Storage &storage, Volumes &volumes, QWidget *parent)
 
     connect(measure_, &QPushButton::clicked, this,
             [this] { AccessNotice::beforeLook(*this, [this] { storage_.measureCategories(); }); });
+    connect(measure_->stop(), &QPushButton::clicked, &storage_, &Storage::stopMeasuring);
     connect(&storage_, &Storage::changed, this, &OverviewView::showCategories);
     connect(&volumes_, &Volumes::changed, this, &OverviewView::showVolumes);
     connect(&volumes_, &Volumes::changed, this, &OverviewView::showSnapshots);
@@ -84,6 +85,7 @@ QWidget *OverviewView::makeHead() {
     measure_->progress()->setFixedWidth(220);
     header_->addControl(measure_);
     header_->addControl(measure_->progress());
+    header_->addControl(measure_->stop());
     return makePageHead(header_, Metrics::pageGap, this);
 }
 
@@ -112,8 +114,7 @@ QWidget *OverviewView::makeContent() {
 void OverviewView::showCategories() {
     const std::vector<MeasuredCategory> &categories = storage_->categories;
     const std::optional<VolumeInfo> volume = volumes_.rootVolume();
-    const double used =
-        volume ? static_cast<double>(std::max<std::int64_t>(volume->totalCapacity - volume->trueFree, 1)) : 1;
+    const double used = volume ? static_cast<double>(std::max<std::int64_t>(volume->used(), 1)) : 1;
     for (std::size_t i = rows_.size(); i < categories.size(); ++i) {
         rows_.push_back(new CategoryRow(this));
         rowLayout_->addWidget(rows_.back());
@@ -129,6 +130,8 @@ void OverviewView::showCategories() {
     measure_->showState(isMeasuring, storage_->categoryProgress);
     if (isMeasuring)
         header_->setSubtitle(u"Categories appear as they are measured."_s);
+    else if (storage_->wasStopped)
+        header_->setSubtitle(u"Stopped. What has no size was not measured."_s);
     else if (storage_->lastCategoryScan)
         header_->setSubtitle(u"Measured at %1"_s.arg(timeText(*storage_->lastCategoryScan)));
     else

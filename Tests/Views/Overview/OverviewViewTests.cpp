@@ -93,6 +93,14 @@ TEST_F(OverviewPage, ShowsTheCapacityOfTheRootVolume) {
     showVolumes({volume("/", "Macintosh HD", 100 * gigabyte, 100 * gigabyte)});
     EXPECT_TRUE(find("purgeable").isHidden());
     EXPECT_TRUE(find("volumesCard").isHidden());
+    EXPECT_EQ(text("reserved"), "") << "nothing is reserved";
+    VolumeInfo shared = volume("/", "Disk", 55 * gigabyte, 55 * gigabyte);
+    shared.totalCapacity = 102 * gigabyte;
+    shared.reserved = 168 * gigabyte;
+    showVolumes({shared});
+    EXPECT_TRUE(text("reserved")
+                    .starts_with(sizeText(47 * gigabyte) + " used, " + sizeText(55 * gigabyte) + " free, " +
+                                 sizeText(168 * gigabyte) + " reserved."));
     showVolumes({});
     EXPECT_EQ(text("capacityName"), "No volume");
     EXPECT_TRUE(find("volumesCard").isHidden());
@@ -188,6 +196,34 @@ TEST_F(OverviewPage, SnapshotsAreDeletedAfterAQuestion) {
     EXPECT_EQ(actions.calls,
               std::vector<std::string>{"admin /usr/bin/tmutil deletelocalsnapshots 2026-02-01-101500"});
     EXPECT_NE(page.findChild<NoticeSheet *>(), nullptr) << "it is still there";
+}
+
+TEST_F(OverviewPage, CanBeStoppedAndPretendsNothing) {
+    home.makeFile("Documents/file", 50'000);
+    EXPECT_FALSE(isVisible("stopMeasuring"));
+    click("measure");
+    ASSERT_TRUE(isVisible("stopMeasuring"));
+    click("stopMeasuring");
+    EXPECT_FALSE(find("stopMeasuring").isEnabled()) << "it stops once";
+    ASSERT_TRUE(eventually([&] { return !model.storage->isMeasuringCategories; }));
+    EXPECT_FALSE(isVisible("stopMeasuring"));
+    EXPECT_TRUE(isVisible("measure"));
+    EXPECT_FALSE(model.storage->lastCategoryScan);
+    EXPECT_EQ(text("pageSubtitle"), "Stopped. What has no size was not measured.");
+
+    model.volumes.refreshVolumes();
+    model.storage.resolveRemainder();
+    const MeasuredCategory &systemData = *model.storage.category("systemData");
+    EXPECT_FALSE(systemData.measured) << "nobody knows what the other categories leave";
+    EXPECT_EQ(systemData.size, 0);
+    EXPECT_FALSE(model.storage.category("macos")->measured) << "the longest to measure";
+    EXPECT_EQ(row("macos").accessibleName().toStdString(), "macOS") << "no size is told";
+
+    click("measure");
+    EXPECT_TRUE(find("stopMeasuring").isEnabled());
+    ASSERT_TRUE(eventually([&] { return !model.storage->isMeasuringCategories; }));
+    EXPECT_TRUE(model.storage.category("systemData")->measured);
+    EXPECT_TRUE(text("pageSubtitle").starts_with("Measured at "));
 }
 
 } // namespace brimvale
