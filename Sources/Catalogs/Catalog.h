@@ -44,6 +44,9 @@ struct Catalog {
     /// The folders to search for data outside all categories, the home folder last.
     std::vector<std::string> (*systemDataRoots)(const Host &host);
     OtherUsers otherUsers;
+    /// Folders among those of the system where administrators install programs of their own: these can be
+    /// removed again.
+    std::vector<std::string> administratorsFolders = {"/opt", "/usr/local"};
 };
 
 /// The catalog of a system. It lives as long as the program.

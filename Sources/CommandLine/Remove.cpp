@@ -10,6 +10,7 @@
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Removal/Remover.h"
 #include "Core/Scan/DiskScanner.h"
+#include "Core/Storage/CategoryPolicies.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Text/Formatting.h"
 
@@ -19,6 +20,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -31,6 +33,7 @@ constexpr std::array removeOptions = {
     Option{.name = "--as-admin",
            .help = "Delete for good as the administrator; the system asks for the password."},
     Option{.name = "--yes", .help = "Do not ask."},
+    Option{.name = "--anyway", .help = "Also remove what a storage category protects."},
     hexOption,
     from0Option,
 };
@@ -58,6 +61,25 @@ std::vector<CleanupEntry> measureOperands(const RemovalOperands &operands, Route
         entry.size = route == Route::trash ? figures.bytes : figures.freedBytes;
     }
     return entries;
+}
+
+/// What the storage categories say about the admitted items, each with its path.
+std::vector<RemovalResult::Failure> warningsOn(const RemovalOperands &operands) {
+    const CategoryPolicies policies;
+    std::vector<RemovalResult::Failure> warnings;
+    for (const FileURL &url : operands.admitted)
+        if (const std::optional<CategoryPolicy> policy = policies.of(url))
+            warnings.push_back({url, policy->title + ": " + policy->warning});
+    return warnings;
+}
+
+/// Leaves these items out of the operands, and changes the warnings to the reasons for that.
+void refuse(std::vector<RemovalResult::Failure> &warnings, RemovalOperands &operands) {
+    for (auto &[url, reason] : warnings) {
+        std::erase(operands.admitted, url);
+        std::erase_if(operands.items, [&](const CleanupEntry &item) { return item.url == url; });
+        reason += " With --anyway it is removed all the same.";
+    }
 }
 
 /// Says for each path that leads through a link where the item really is.
@@ -170,9 +192,15 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
     const auto given = givenPaths(arguments, removeCommand);
     if (const auto *status = std::get_if<ExitStatus>(&given))
         return *status;
-    const auto operands = RemovalOperands::from(std::get<std::vector<std::string>>(given));
+    auto operands = RemovalOperands::from(std::get<std::vector<std::string>>(given));
     if (!operands)
         return ExitStatus::failed;
+    std::vector<RemovalResult::Failure> warnings = warningsOn(*operands);
+    if (!arguments.has("--anyway"))
+        refuse(warnings, *operands);
+    else
+        for (const RemovalResult::Failure &warning : std::exchange(warnings, {}))
+            printError(terminalText(RemovalReport::failureLine(warning)));
 
     const Route route = routeIn(arguments);
     const bool isJson = arguments.has("--json");
@@ -188,7 +216,8 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
         return endUnbegun(output, isJson, ExitStatus::failed);
 
     const Interruption interruption(progress.cancelled);
-    const RemovalResult result = removeBy(route, entries, progress);
+    RemovalResult result = removeBy(route, entries, progress);
+    result.failed.insert(result.failed.end(), warnings.begin(), warnings.end());
     report(output, result, isJson);
     if (progress.cancelled.isSet()) {
         output.flush();
@@ -212,7 +241,10 @@ constinit const Command removeCommand = {
         "--yes is needed. What \"check\" refuses is never removed. A link is removed itself, not what it "
         "leads\n"
         "to. A path inside another one that is removed goes with it. Space that the Trash holds comes back\n"
-        "when it is emptied. Ctrl-C stops, and tells what was removed until then.\n"
+        "when it is emptied. What a storage category protects (photo libraries, Messages, other people's "
+        "files)\n"
+        "is only removed with --anyway, after its warning. Ctrl-C stops, and tells what was removed until "
+        "then.\n"
         "With --from0, the question is asked on the terminal that the program was started from.\n",
     .run = runRemove,
 };

@@ -227,4 +227,29 @@ TEST(Remove, StopsOnSignal) {
     EXPECT_TRUE(std::filesystem::exists(file));
 }
 
+TEST(Remove, KeepsWhatACategoryProtectsUnlessToldOtherwise) {
+    const TemporaryFolder home;
+    const std::string photo = home.makeFile("Pictures/Trip.photoslibrary/photo", 5'000);
+    const std::string message = home.makeFile("Library/Messages/chat.db", 5'000);
+    const std::string file = home.makeFile("Documents/file", 5'000);
+    const auto enter = [&] {
+        closeInput();
+        inHome(home.path())();
+    };
+    const Outcome kept =
+        runProgram({"--system", "macos", "remove", "--delete", "--yes", photo, message, file}, enter);
+    EXPECT_EQ(kept.status, 1);
+    EXPECT_THAT(kept.err, HasSubstr(photo + ": Photos: A photo library is a bundle"));
+    EXPECT_THAT(kept.err, HasSubstr(message + ": Messages: Messages keeps an index"));
+    EXPECT_THAT(kept.err, HasSubstr("--anyway"));
+    EXPECT_TRUE(std::filesystem::exists(photo) && std::filesystem::exists(message));
+    EXPECT_FALSE(std::filesystem::exists(file));
+
+    const Outcome removed =
+        runProgram({"--system", "macos", "remove", "--delete", "--yes", "--anyway", photo, message}, enter);
+    EXPECT_EQ(removed.status, 0) << removed.err;
+    EXPECT_THAT(removed.err, HasSubstr("A photo library is a bundle"));
+    EXPECT_FALSE(std::filesystem::exists(photo) || std::filesystem::exists(message));
+}
+
 } // namespace brimvale::testing

@@ -246,6 +246,13 @@ std::optional<std::string> RemovalGuards::check(const FileURL &url) const {
     return platform_ ? platform_->refusal(path) : std::nullopt;
 }
 
+bool RemovalGuards::admitsContents(const FileURL &folder) const {
+    // Any name that no list contains.
+    const FileURL inside = folder.standardized().appending("\x01");
+    return !isAtTheTop(inside.path()) && !inForce_.refusal(inside.path()) &&
+           !(platform_ && platform_->refusal(inside.path()));
+}
+
 RemovalGuards::Located RemovalGuards::locate() const {
     return {inForce_.locate(), platform_ ? platform_->locate() : Places()};
 }

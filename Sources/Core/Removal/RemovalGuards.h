@@ -34,6 +34,10 @@ public:
     /// the reason of the host's system comes first.
     [[nodiscard]] std::optional<std::string> check(const FileURL &url) const;
 
+    /// Whether items inside this folder may be removed, as far as the text of its path says. Reads nothing
+    /// but what standardising the path needs.
+    [[nodiscard]] bool admitsContents(const FileURL &folder) const;
+
     struct GuardedFolder {
         std::string path;
         std::string realPath = {}; ///< where the path is a link to the folder

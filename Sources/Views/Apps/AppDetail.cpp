@@ -47,7 +47,11 @@ AppDetail::AppDetail(QWidget *parent)
     layout->addWidget(exact_);
     layout->addWidget(likely_);
     layout->addStretch(1);
+    connect(&ticked_, &TickedEntries::changed, this, &AppDetail::showBundleChoice);
     connect(&ticked_, &TickedEntries::changed, this, &AppDetail::selectionChanged);
+    connect(&ticked_, &TickedEntries::refused, this, &AppDetail::refused);
+    for (const LeftoverGroup *group : {exact_, likely_})
+        connect(group, &LeftoverGroup::browseAsked, this, &AppDetail::browseAsked);
     connect(bundle_, &QCheckBox::toggled, this, &AppDetail::selectionChanged);
 }
 
@@ -75,7 +79,6 @@ QWidget *AppDetail::makeHead() {
 QWidget *AppDetail::makeBundleChoice() {
     bundle_->setObjectName(QStringLiteral("includeBundle"));
     systemApp_->setObjectName(QStringLiteral("systemApp"));
-    systemApp_->setText(u"This is a system app. Brimvale will not remove it."_s);
     QPushButton *reveal = makeButton("reveal", text(Words::current().revealItem), this);
     connect(reveal, &QPushButton::clicked, this, [this] {
         if (row_)
@@ -91,19 +94,30 @@ QWidget *AppDetail::makeBundleChoice() {
     return choice;
 }
 
-void AppDetail::show(const AppRow &row, const std::vector<AppRow> &rows) {
+void AppDetail::show(const AppRow &row, const std::vector<AppRow> &rows, bool isLoading) {
     const bool isAnother = !row_ || row_->app.url != row.app.url;
     row_ = row;
     if (isAnother)
         clearTicks();
-    bundle_->setHidden(row.app.isSystemApp);
-    // The user must see how much a removal frees before asking for it.
-    bundle_->setEnabled(row.analyzed);
-    if (!row.analyzed)
-        bundle_->setChecked(false);
-    systemApp_->setVisible(row.app.isSystemApp);
+    showBundleChoice();
     showFacts();
-    showLeftovers(rows);
+    showLeftovers(rows, isLoading);
+}
+
+/// Shows the tick box for the application, or why it is never removed.
+void AppDetail::showBundleChoice() {
+    if (!row_)
+        return;
+    const QString reason = row_->app.isSystemApp ? u"This is a system app. Brimvale will not remove it."_s
+                                                 : ticked_.lockReason(row_->app.url);
+    // The user must see how much a removal frees before asking for it.
+    const bool canTick = row_->analyzed && reason.isEmpty();
+    if (!canTick)
+        bundle_->setChecked(false);
+    bundle_->setEnabled(canTick);
+    bundle_->setHidden(!reason.isEmpty());
+    systemApp_->setText(reason);
+    systemApp_->setHidden(reason.isEmpty());
 }
 
 void AppDetail::clearTicks() {
@@ -130,9 +144,9 @@ void AppDetail::showFacts() {
     path_->setText(displayedText(app.url.path()));
 }
 
-void AppDetail::showLeftovers(const std::vector<AppRow> &rows) {
+void AppDetail::showLeftovers(const std::vector<AppRow> &rows, bool isLoading) {
     std::vector<LeftoverListModel::Row> exact, likely;
-    std::vector<CleanupEntry> all;
+    std::vector<CleanupEntry> all = {{.url = row_->app.url}};
     for (const LeftoverItem &item : row_->leftovers) {
         std::vector<LeftoverListModel::Row> &group =
             item.confidence == MatchConfidence::exact ? exact : likely;
@@ -144,7 +158,9 @@ void AppDetail::showLeftovers(const std::vector<AppRow> &rows) {
     likely_->setRows(likely);
     state_->setHidden(!row_->leftovers.empty());
     state_->setText(row_->analyzed ? u"No files found outside the bundle."_s
-                                   : u"The files outside the bundle are still being looked for."_s);
+                    : isLoading
+                        ? u"The files outside the bundle are still being looked for."_s
+                        : u"The analysis was stopped before this app. Reload looks at all apps again."_s);
 }
 
 std::vector<LeftoverItem> AppDetail::leftovers() const {

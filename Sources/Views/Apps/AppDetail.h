@@ -26,8 +26,9 @@ class AppDetail : public QWidget {
 public:
     explicit AppDetail(QWidget *parent = nullptr);
 
-    /// Shows one of `rows`. The selection is kept if it is the same application as before.
-    void show(const AppRow &row, const std::vector<AppRow> &rows);
+    /// Shows one of `rows`. The selection is kept if it is the same application as before. `isLoading` tells
+    /// that what is not analysed will be.
+    void show(const AppRow &row, const std::vector<AppRow> &rows, bool isLoading);
 
     /// The selected leftovers, in the order of the page.
     [[nodiscard]] std::vector<LeftoverItem> leftovers() const;
@@ -37,12 +38,16 @@ public:
 
 signals:
     void selectionChanged();
+    /// The user tried to select what can never be removed.
+    void refused(const QString &reason);
+    void browseAsked(const FileURL &folder);
 
 private:
     QWidget *makeHead();
     QWidget *makeBundleChoice();
+    void showBundleChoice();
     void showFacts();
-    void showLeftovers(const std::vector<AppRow> &rows);
+    void showLeftovers(const std::vector<AppRow> &rows, bool isLoading);
 
     std::optional<AppRow> row_;
     TickedEntries ticked_;

@@ -11,6 +11,7 @@
 #include "Views/Apps/AppListDelegate.h"
 #include "Views/Components/AccessNotice.h"
 #include "Views/Components/Card.h"
+#include "Views/Components/MeasureButton.h"
 #include "Views/Components/Metrics.h"
 #include "Views/Components/PageHeader.h"
 #include "Views/Components/PageParts.h"
@@ -43,10 +44,10 @@ constexpr std::chrono::seconds runningInterval{2};
 } // namespace
 
 AppsView::AppsView(Apps &apps, const Removals &removals, QWidget *parent)
-    : QWidget(parent), apps_(apps), removals_(removals), search_(new QLineEdit(this)),
-      system_(new QCheckBox(text(Words::current().includeSystemApps), this)),
-      progress_(new ProgressNote(u"Analysing apps"_s, this)), list_(new QListView(this)),
-      noMatch_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+    : QWidget(parent), apps_(apps), removals_(removals),
+      reload_(new MeasureButton(u"Analysing apps"_s, MeasureButton::WhileMeasuring::hidden, this)),
+      search_(new QLineEdit(this)), system_(new QCheckBox(text(Words::current().includeSystemApps), this)),
+      list_(new QListView(this)), noMatch_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       message_(new StateMessage(this)), detail_(new AppDetail(this)), bar_(new ActionBar(this)) {
     setObjectName(QStringLiteral("appsPage"));
     auto *sides = new QHBoxLayout;
@@ -55,9 +56,14 @@ AppsView::AppsView(Apps &apps, const Removals &removals, QWidget *parent)
     sides->addWidget(makeListSide());
     sides->addWidget(makeDetailSide(), 1);
     auto *header = new PageHeader(u"Apps"_s, this);
-    header->addControl(progress_);
-    progress_->setObjectName(QStringLiteral("appProgress"));
-    progress_->setFixedWidth(220);
+    reload_->setObjectName(QStringLiteral("reload"));
+    reload_->setText(u"Reload"_s);
+    reload_->setToolTip(u"Looks for apps and their files again"_s);
+    reload_->progress()->setObjectName(QStringLiteral("appProgress"));
+    reload_->progress()->setFixedWidth(220);
+    for (QWidget *control : {static_cast<QWidget *>(reload_), static_cast<QWidget *>(reload_->progress()),
+                             static_cast<QWidget *>(reload_->stop())})
+        header->addControl(control);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Metrics::pageGap);
@@ -67,9 +73,13 @@ AppsView::AppsView(Apps &apps, const Removals &removals, QWidget *parent)
 
     runningTimer_.setInterval(runningInterval);
     connect(&runningTimer_, &QTimer::timeout, this, &AppsView::checkRunning);
+    connect(reload_, &QPushButton::clicked, &apps_, &Apps::loadApps);
+    connect(reload_->stop(), &QPushButton::clicked, &apps_, &Apps::stopAnalysis);
     connect(&apps_, &Apps::changed, this, &AppsView::showApps);
     connect(&removals_, &Removals::changed, this, &AppsView::showSelection);
     connect(detail_, &AppDetail::selectionChanged, this, &AppsView::showSelection);
+    connect(detail_, &AppDetail::refused, bar_, &ActionBar::showRefusal);
+    connect(detail_, &AppDetail::browseAsked, this, &AppsView::browseAsked);
     connect(bar_, &ActionBar::removalAsked, this, &AppsView::confirmUninstall);
     showApps();
 }
@@ -181,8 +191,7 @@ void AppsView::showApps() {
     listModel_.setApps(apps_->apps);
     showMatches();
     system_->setChecked(apps_->includeSystemApps);
-    progress_->setVisible(apps_->isLoadingApps);
-    progress_->setProgress(apps_->appProgress);
+    reload_->showState(apps_->isLoadingApps, apps_->appProgress);
     showChosen();
 }
 
@@ -198,7 +207,7 @@ void AppsView::showChosen() {
     detailArea_->setVisible(row != nullptr);
     message_->setVisible(row == nullptr);
     if (row != nullptr) {
-        detail_->show(*row, apps_->apps);
+        detail_->show(*row, apps_->apps, apps_->isLoadingApps);
         const QModelIndex place = listModel_.indexOf(row->app.url);
         // When a key moves the focus into a list, its current row is not selected.
         if (place.isValid() && !list_->selectionModel()->isSelected(place))

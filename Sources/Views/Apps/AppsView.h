@@ -17,7 +17,7 @@ namespace brimvale {
 class ActionBar;
 class AppDetail;
 class Apps;
-class ProgressNote;
+class MeasureButton;
 class Removals;
 class StateMessage;
 class TextLabel;
@@ -29,6 +29,10 @@ class AppsView : public QWidget {
 public:
     /// Both must outlive the page.
     AppsView(Apps &apps, const Removals &removals, QWidget *parent = nullptr);
+
+signals:
+    /// The user wants to see what is inside a folder.
+    void browseAsked(const FileURL &folder);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -53,9 +57,9 @@ private:
     std::optional<FileURL> chosen_;
     QTimer runningTimer_;
     bool isCheckingRunning_ = false;
+    MeasureButton *reload_;
     QLineEdit *search_;
     QCheckBox *system_;
-    ProgressNote *progress_;
     QListView *list_;
     TextLabel *noMatch_;
     StateMessage *message_;

@@ -31,13 +31,26 @@ LeftoverGroup::LeftoverGroup(MatchConfidence confidence, TickedEntries &ticked, 
     layout->addWidget(list_);
 
     connect(&ticked_, &TickedEntries::changed, this, &LeftoverGroup::showTicks);
-    connect(all_, &TickBox::asked, this, [this](bool tick) { ticked_.setTicked(entries(), tick); });
-    connect(list_, &QAbstractItemView::activated, this,
-            [this](const QModelIndex &row) { ItemActions::reveal(model_.itemAt(row).url); });
-    connect(list_, &RowList::menuRequested, this, [this](const QModelIndex &row, const QPoint &place) {
-        ItemActions::menuFor({model_.itemAt(row).url}, this)->popup(place);
-    });
+    connect(all_, &TickBox::asked, this, [this](bool tick) { ticked_.setTicked(entriesOfBox(), tick); });
+    connect(list_, &QAbstractItemView::activated, this, &LeftoverGroup::open);
+    connect(list_, &RowList::menuRequested, this, &LeftoverGroup::showMenu);
     hide();
+}
+
+void LeftoverGroup::open(const QModelIndex &row) {
+    const LeftoverItem &item = model_.itemAt(row);
+    if (item.isFolder && !ticked_.lockReason(item.url).isEmpty())
+        emit browseAsked(item.url);
+    else
+        ItemActions::reveal(item.url);
+}
+
+void LeftoverGroup::showMenu(const QModelIndex &row, const QPoint &place) {
+    const LeftoverItem &item = model_.itemAt(row);
+    QMenu *menu = ItemActions::menuFor({item.url}, this);
+    if (item.isFolder)
+        ItemActions::addBrowsing(*menu, [this, folder = item.url] { emit browseAsked(folder); });
+    menu->popup(place);
 }
 
 QWidget *LeftoverGroup::makeHead(MatchConfidence confidence) {
@@ -70,15 +83,19 @@ void LeftoverGroup::setRows(const std::vector<LeftoverListModel::Row> &rows) {
     showTicks();
 }
 
-std::vector<CleanupEntry> LeftoverGroup::entries() const {
+/// What the group's tick box selects: not what may belong to other programs.
+std::vector<CleanupEntry> LeftoverGroup::entriesOfBox() const {
     std::vector<CleanupEntry> entries;
     for (const LeftoverListModel::Row &row : rows_)
-        entries.push_back(Uninstall::entryOf(row.item));
+        if (!row.item.isVague)
+            entries.push_back(Uninstall::entryOf(row.item));
     return entries;
 }
 
 void LeftoverGroup::showTicks() {
-    all_->setState(ticked_.stateOf(entries()));
+    const std::vector<CleanupEntry> entries = entriesOfBox();
+    all_->setState(ticked_.stateOf(entries));
+    all_->setEnabled(ticked_.canTickAny(entries));
 }
 
 } // namespace brimvale

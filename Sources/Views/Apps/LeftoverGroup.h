@@ -19,10 +19,16 @@ public:
     /// Hidden if there are none.
     void setRows(const std::vector<LeftoverListModel::Row> &rows);
 
+signals:
+    /// The user wants to see what is inside a folder.
+    void browseAsked(const FileURL &folder);
+
 private:
+    void open(const QModelIndex &row);
+    void showMenu(const QModelIndex &row, const QPoint &place);
     QWidget *makeHead(MatchConfidence confidence);
     void showTicks();
-    [[nodiscard]] std::vector<CleanupEntry> entries() const;
+    [[nodiscard]] std::vector<CleanupEntry> entriesOfBox() const;
 
     TickedEntries &ticked_;
     std::vector<LeftoverListModel::Row> rows_;

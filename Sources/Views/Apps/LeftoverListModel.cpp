@@ -15,6 +15,8 @@ namespace {
 
 QStringList notesOn(const LeftoverListModel::Row &row) {
     QStringList notes;
+    if (row.item.isVague)
+        notes.append(text(vagueWarning()));
     if (row.item.requiresAdmin)
         notes.append(u"Owned by the system. Removing it asks for your password."_s);
     if (!row.otherClaims.isEmpty())
@@ -28,7 +30,7 @@ LeftoverListModel::LeftoverListModel(TickedEntries &ticked, QObject *parent)
     : QAbstractListModel(parent), ticked_(ticked) {
     connect(&ticked_, &TickedEntries::changed, this, [this] {
         if (!rows_.empty())
-            emit dataChanged(index(0), index(rowCount() - 1), {Qt::CheckStateRole});
+            emit dataChanged(index(0), index(rowCount() - 1));
     });
 }
 
@@ -52,19 +54,19 @@ QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
     if (!index.isValid())
         return {};
     const Row &row = rows_[static_cast<std::size_t>(index.row())];
-    const QString size = sizeText(row.item.size);
     switch (role) {
     case Qt::DisplayRole:
         return displayedText(row.item.url.fileName());
     case Qt::ToolTipRole:
-        return displayedText(row.item.url.path());
+        return withLock(displayedText(row.item.url.path()), ticked_.lockReason(row.item.url));
     case Qt::AccessibleTextRole:
-        return (QStringList{data(index).toString(), text(row.item.category), size} + notesOn(row))
-            .join(QStringLiteral(", "));
+        return accessibleText(row);
     case Qt::CheckStateRole:
+        if (!ticked_.lockReason(row.item.url).isEmpty())
+            return {};
         return ticked_.contains(row.item.url) ? Qt::Checked : Qt::Unchecked;
     case EntryListModel::sizeRole:
-        return size;
+        return sizeText(row.item.size);
     case EntryListModel::dateRole:
         return text(row.item.category);
     case EntryListModel::folderRole:
@@ -73,15 +75,30 @@ QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
         return notesOn(row).join(QLatin1Char('\n'));
     case EntryListModel::iconRole:
         return row.item.requiresAdmin ? QStringLiteral("shield-alert") : Icons::nameFor(row.item.isFolder);
+    case EntryListModel::lockRole:
+        return ticked_.lockReason(row.item.url);
     default:
         return {};
     }
+}
+
+QString LeftoverListModel::accessibleText(const Row &row) const {
+    QStringList parts = {displayedText(row.item.url.fileName()), text(row.item.category),
+                         sizeText(row.item.size)};
+    parts += notesOn(row);
+    if (const QString lock = ticked_.lockReason(row.item.url); !lock.isEmpty())
+        parts.append(u"locked: %1"_s.arg(lock));
+    return parts.join(QStringLiteral(", "));
 }
 
 bool LeftoverListModel::setData(const QModelIndex &index, const QVariant &value, int role) {
     if (!index.isValid() || role != Qt::CheckStateRole)
         return false;
     const LeftoverItem &item = itemAt(index);
+    if (!ticked_.lockReason(item.url).isEmpty()) {
+        ticked_.explainLock(item.url);
+        return false;
+    }
     ticked_.setTicked({Uninstall::entryOf(item)}, value.value<Qt::CheckState>() == Qt::Checked);
     return true;
 }

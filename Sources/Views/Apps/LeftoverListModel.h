@@ -32,6 +32,8 @@ public:
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 private:
+    [[nodiscard]] QString accessibleText(const Row &row) const;
+
     TickedEntries &ticked_;
     std::vector<Row> rows_;
 };

@@ -11,9 +11,11 @@
 #include "Views/Browse/Outline/OutlineView.h"
 #include "Views/Browse/ScanBar.h"
 #include "Views/Browse/ScanMessage.h"
+#include "Views/Browse/SelectionCheck.h"
 #include "Views/Browse/Treemap/TreemapView.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/Metrics.h"
+#include "Views/Components/NodeName.h"
 #include "Views/Components/Popup.h"
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/Text.h"
@@ -28,7 +30,9 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <optional>
 #include <utility>
+#include <variant>
 
 using namespace Qt::StringLiterals;
 
@@ -52,6 +56,17 @@ bool isInTree(const FSNode &node) {
                        [&](const auto &child) { return child.get() == &node; });
 }
 
+/// The title of what leads to the page of a category.
+QString routeTo(const CategoryPolicy &policy) {
+    return policy.backsUpFirst ? u"Back Up in %1…"_s.arg(text(policy.title))
+                               : u"Open %1"_s.arg(text(policy.title));
+}
+
+QString sentenceOf(const RemovalRefusal &refusal) {
+    const QString words = displayedText(refusal.reason);
+    return refusal.hasRemovableContents ? words + u" Open it to choose what is inside."_s : words;
+}
+
 } // namespace
 
 BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &volumes, QWidget *parent)
@@ -59,7 +74,8 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &vol
       message_(new ScanMessage(scan, volumes, this)), body_(new QStackedLayout),
       breadcrumb_(new Breadcrumb(this)), filter_(new QLineEdit(this)),
       outline_(new OutlineView(outlineModel_, this)), treemap_(new TreemapView(this)),
-      details_(new DetailPanel(this)), removal_(new NodeRemoval(scan, removals, *this)) {
+      details_(new DetailPanel(this)), removal_(new NodeRemoval(scan, removals, *this)),
+      check_(new SelectionCheck(this)) {
     setObjectName(QStringLiteral("browsePage"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(Metrics::pageMargin, Metrics::pageMargin, Metrics::pageMargin,
@@ -89,6 +105,8 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &vol
     connect(details_, &DetailPanel::revealRequested, this, &BrowseView::reveal);
     connect(details_, &DetailPanel::copyPathRequested, this, &BrowseView::copyPaths);
     connect(details_, &DetailPanel::removalRequested, this, &BrowseView::confirmRemoval);
+    connect(details_, &DetailPanel::routeRequested, this, &BrowseView::followRoute);
+    connect(check_, &SelectionCheck::answered, this, &BrowseView::showAnswer);
     connect(removal_, &NodeRemoval::confirmed, this, [this] {
         if (details_->isAncestorOf(window()->focusWidget()))
             outline_->setFocus(); // a disabled button cannot keep it
@@ -243,6 +261,12 @@ void BrowseView::showDetails(std::vector<FSNode *> nodes, bool isSelected) {
     shown_ = std::move(nodes);
     isSelected_ = isSelected;
     details_->showNodes(shown_);
+    isRemovalAsked_ = false;
+    std::vector<FileURL> items;
+    for (const FSNode *node : nodesToRemove())
+        items.emplace_back(node->path());
+    check_->check(std::move(items));
+    details_->showObjection({});
     showRemoval();
 }
 
@@ -261,7 +285,9 @@ void BrowseView::showMenu(const QPoint &place) {
     if (!nodesToRemove().empty()) {
         menu->addSeparator();
         QAction *remove = menu->addAction(u"Remove…"_s, this, &BrowseView::confirmRemoval);
-        remove->setEnabled(!removals_.isRemoving());
+        remove->setEnabled(!removals_.isRemoving() && !check_->objection());
+        if (const CategoryPolicy *one = policy())
+            menu->addAction(routeTo(*one), this, &BrowseView::followRoute);
     }
     // The tree may be replaced, or lose nodes, while the menu is open.
     connect(&scan_, &ScanSession::treeChanged, menu, &QMenu::close);
@@ -299,8 +325,42 @@ void BrowseView::showRemoval() {
     details_->showRemoval(static_cast<std::int64_t>(nodes.size()), bytes, removals_.isRemoving());
 }
 
+/// Shows what stands against the removal of the selection, or opens the question that waited for that.
+void BrowseView::showAnswer() {
+    std::optional<DetailPanel::Objection> shown;
+    if (const CategoryPolicy *one = policy())
+        shown = {text(one->warning), routeTo(*one)};
+    else if (check_->objection())
+        shown = {sentenceOf(std::get<RemovalRefusal>(*check_->objection())), {}};
+    details_->showObjection(shown);
+    if (std::exchange(isRemovalAsked_, false))
+        confirmRemoval();
+}
+
 void BrowseView::confirmRemoval() {
-    removal_->ask(nodesToRemove());
+    if (check_->isPending())
+        isRemovalAsked_ = true;
+    else if (!check_->objection())
+        removal_->ask(nodesToRemove());
+}
+
+const CategoryPolicy *BrowseView::policy() const {
+    return check_->objection() ? std::get_if<CategoryPolicy>(&*check_->objection()) : nullptr;
+}
+
+void BrowseView::followRoute() {
+    if (const CategoryPolicy *one = policy())
+        emit categoryAsked(std::string(one->id));
+}
+
+void BrowseView::open(const FileURL &folder) {
+    if (scan_->tree != nullptr) {
+        const std::vector<FSNode *> found = foldersAt(*scan_->tree, GonePaths({folder}));
+        if (found.size() == 1 && FileURL(found.front()->path()) == folder &&
+            !found.front()->outlineChildren().empty())
+            return focusOn(found.front());
+    }
+    scan_.startScan(folder.path());
 }
 
 /// A node is about to leave the tree: drop all pointers to it and its descendants.

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "Base/FileURL.h"
 #include "Views/Browse/Outline/OutlineModel.h"
 
 #include <QWidget>
+#include <string>
 #include <vector>
 
 class QLineEdit;
@@ -19,8 +21,10 @@ class Removals;
 class ScanBar;
 class ScanMessage;
 class ScanSession;
+class SelectionCheck;
 class TreemapView;
 class Volumes;
+struct CategoryPolicy;
 
 /// The page that shows the scanned tree as an outline and as a treemap of the focused folder, with equal
 /// selections.
@@ -30,6 +34,13 @@ class BrowseView : public QWidget {
 public:
     /// All must outlive the page.
     BrowseView(ScanSession &scan, Removals &removals, const Volumes &volumes, QWidget *parent = nullptr);
+
+    /// Shows a folder (absolute): in the scanned tree if it is there, otherwise by scanning it.
+    void open(const FileURL &folder);
+
+signals:
+    /// The user wants to see the page of a storage category.
+    void categoryAsked(const std::string &id);
 
 private:
     QWidget *makeResults();
@@ -49,7 +60,10 @@ private:
     Q_INVOKABLE void copyPaths();
     [[nodiscard]] std::vector<FSNode *> nodesToRemove() const;
     void showRemoval();
+    void showAnswer();
     void confirmRemoval();
+    void followRoute();
+    [[nodiscard]] const CategoryPolicy *policy() const;
     void letGoOf(FSNode *node);
     void letGoOfContents(FSNode *folder);
     void showLater();
@@ -73,6 +87,8 @@ private:
     TreemapView *treemap_;
     DetailPanel *details_;
     NodeRemoval *removal_;
+    SelectionCheck *check_;
+    bool isRemovalAsked_ = false; ///< opens the question when the check is answered
 };
 
 } // namespace brimvale

@@ -57,12 +57,16 @@ DetailPanel::DetailPanel(QWidget *parent)
       explanation_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       notice_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       reveal_(makeIconButton("reveal", text(Words::current().revealItem), this)),
-      copyPath_(makeIconButton("copyPath", u"Copy Path"_s, this)), remove_(new DestructiveButton(this)) {
+      copyPath_(makeIconButton("copyPath", u"Copy Path"_s, this)),
+      objection_(new TextLabel(Type::Size::caption, TextLabel::Tone::warning, this)),
+      remove_(new DestructiveButton(this)), route_(makeButton("route", {}, this)) {
     setObjectName(QStringLiteral("detailPanel"));
     name_->setObjectName(QStringLiteral("detailName"));
     path_->setObjectName(QStringLiteral("detailPath"));
     explanation_->setObjectName(QStringLiteral("detailExplanation"));
     explanation_->setWordWrap(true);
+    objection_->setObjectName(QStringLiteral("objection"));
+    objection_->setWordWrap(true);
 
     auto *names = new QVBoxLayout;
     names->setSpacing(2);
@@ -97,6 +101,7 @@ DetailPanel::DetailPanel(QWidget *parent)
     auto *actions = new QHBoxLayout;
     actions->setSpacing(8);
     actions->addWidget(remove_);
+    actions->addWidget(route_);
     actions->addWidget(notice_, 1);
     actions->addStretch(1);
 
@@ -106,13 +111,16 @@ DetailPanel::DetailPanel(QWidget *parent)
     layout->addLayout(head);
     layout->addLayout(figures);
     layout->addWidget(explanation_);
+    layout->addWidget(objection_);
     layout->addLayout(actions);
 
     connect(reveal_, &QPushButton::clicked, this, &DetailPanel::revealRequested);
     connect(copyPath_, &QPushButton::clicked, this, &DetailPanel::copyPathRequested);
     remove_->setObjectName(QStringLiteral("remove"));
     connect(remove_, &QPushButton::clicked, this, &DetailPanel::removalRequested);
+    connect(route_, &QPushButton::clicked, this, &DetailPanel::routeRequested);
     showRemoval(0, 0, false);
+    showObjection({});
     showNodes({});
 }
 
@@ -149,7 +157,23 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
 
 void DetailPanel::showRemoval(std::int64_t count, std::int64_t bytes, bool isRemoving) {
     remove_->setText(removalTitle(count, bytes));
-    remove_->setEnabled(count > 0 && !isRemoving);
+    canRemove_ = count > 0 && !isRemoving;
+    enableRemoval();
+}
+
+void DetailPanel::showObjection(const std::optional<Objection> &objection) {
+    hasObjection_ = objection.has_value();
+    objection_->setText(objection ? objection->reason : QString());
+    objection_->setToolTip(objection ? asToolTip(objection->reason) : QString()); // where it has no room
+    objection_->setHidden(!objection);
+    route_->setText(objection ? asLabel(objection->route) : QString());
+    route_->setHidden(!objection || objection->route.isEmpty());
+    remove_->setHidden(!route_->isHidden());
+    enableRemoval();
+}
+
+void DetailPanel::enableRemoval() {
+    remove_->setEnabled(canRemove_ && !hasObjection_);
 }
 
 void DetailPanel::showNotice(const QString &notice) {

@@ -3,6 +3,7 @@
 #include <QWidget>
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 class QLabel;
@@ -28,6 +29,14 @@ public:
     /// Sets how many of them can be removed, and how much that frees. During a removal nothing can.
     void showRemoval(std::int64_t count, std::int64_t bytes, bool isRemoving);
 
+    /// Why the shown nodes cannot be removed here.
+    struct Objection {
+        QString reason;
+        QString route; ///< the title of a button that leads to where they can; empty for none
+    };
+    /// Tells why, and disables the removal or puts the route in its place; nothing allows it again.
+    void showObjection(const std::optional<Objection> &objection);
+
     /// Shows the outcome of an action below the buttons; empty for none.
     void showNotice(const QString &notice);
 
@@ -35,6 +44,7 @@ signals:
     void revealRequested();
     void copyPathRequested();
     void removalRequested();
+    void routeRequested();
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -42,6 +52,7 @@ protected:
 private:
     enum Figure { allocated, logical, share, files, folders, figureCount };
 
+    void enableRemoval();
     void showFigures(const std::array<QString, figureCount> &values);
     void drawIcon();
 
@@ -54,7 +65,11 @@ private:
     TextLabel *notice_;
     QPushButton *reveal_;
     QPushButton *copyPath_;
+    TextLabel *objection_;
     DestructiveButton *remove_;
+    QPushButton *route_;
+    bool canRemove_ = false; ///< as far as the model says
+    bool hasObjection_ = false;
     QString iconName_;
 };
 

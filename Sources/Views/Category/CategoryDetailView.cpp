@@ -68,9 +68,11 @@ CategoryDetailView::CategoryDetailView(std::string id, Storage &storage, Removal
 
     connect(measure_, &QPushButton::clicked, this,
             [this] { AccessNotice::beforeLook(*this, [this] { storage_.measureCategories(); }); });
+    connect(measure_->stop(), &QPushButton::clicked, &storage_, &Storage::stopMeasuring);
     connect(&storage_, &Storage::changed, this, &CategoryDetailView::showCategory);
     connect(&removals_, &Removals::changed, this, &CategoryDetailView::showSelection);
     connect(&ticked_, &TickedEntries::changed, this, &CategoryDetailView::showSelection);
+    connect(entries_, &EntryList::browseAsked, this, &CategoryDetailView::browseAsked);
     showCategory();
     showSelection();
 }
@@ -86,6 +88,7 @@ QWidget *CategoryDetailView::makeHead() {
     measure_->progress()->setFixedWidth(200);
     header_->addControl(measure_);
     header_->addControl(measure_->progress());
+    header_->addControl(measure_->stop());
     return makePageHead(header_, Metrics::pageGap, this);
 }
 
@@ -130,6 +133,7 @@ void CategoryDetailView::addActions(QVBoxLayout &layout) {
     if (std::holds_alternative<RemovableAction>(action_)) {
         bar_ = new ActionBar(this);
         layout.addWidget(bar_);
+        connect(&ticked_, &TickedEntries::refused, bar_, &ActionBar::showRefusal);
         connect(bar_, &ActionBar::removalAsked, this, &CategoryDetailView::confirmRemoval);
     } else if (std::holds_alternative<BackupThenRemoveAction>(action_)) {
         backupBar_ = new BackupBar(backups_, removals_, this);

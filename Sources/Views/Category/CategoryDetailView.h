@@ -34,6 +34,8 @@ public:
 signals:
     /// The user wants to see the applications.
     void appsAsked();
+    /// The user wants to see what is inside a folder.
+    void browseAsked(const FileURL &folder);
 
 private:
     [[nodiscard]] bool canTick() const;

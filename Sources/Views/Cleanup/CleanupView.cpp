@@ -44,9 +44,11 @@ CleanupView::CleanupView(Cleanup &cleanup, Removals &removals, QWidget *parent)
 
     connect(measure_, &QPushButton::clicked, this,
             [this] { AccessNotice::beforeLook(*this, [this] { cleanup_.measureCleanup(); }); });
+    connect(measure_->stop(), &QPushButton::clicked, &cleanup_, &Cleanup::stopMeasuring);
     connect(&cleanup_, &Cleanup::changed, this, &CleanupView::showTargets);
     connect(&removals_, &Removals::changed, this, &CleanupView::showSelection);
     connect(&ticked_, &TickedEntries::changed, this, &CleanupView::showSelection);
+    connect(&ticked_, &TickedEntries::refused, bar_, &ActionBar::showRefusal);
     connect(bar_, &ActionBar::removalAsked, this, &CleanupView::confirmRemoval);
     showTargets();
     showSelection();
@@ -59,6 +61,7 @@ QWidget *CleanupView::makeHeader() {
         "you say so."_s.arg(text(Words::current().thisComputer)));
     measure_->setDefault(true);
     header->addControl(measure_);
+    header->addControl(measure_->stop());
     measure_->progress()->setObjectName(QStringLiteral("cleanupProgress"));
     QWidget *head = makePageHead(header, cardGap, this);
     head->layout()->setSpacing(cardGap);
@@ -82,6 +85,7 @@ void CleanupView::showTargets() {
     for (std::size_t i = targets_.size(); i < targets.size(); ++i) {
         targets_.push_back(new TargetCard(targets[i], ticked_, this));
         cards_->insertWidget(static_cast<int>(i), targets_.back());
+        connect(targets_.back(), &TargetCard::browseAsked, this, &CleanupView::browseAsked);
     }
     std::vector<const std::vector<CleanupEntry> *> lists;
     for (std::size_t i = 0; i < targets.size(); ++i) {

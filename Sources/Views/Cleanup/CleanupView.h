@@ -26,6 +26,10 @@ public:
     /// Both must outlive the page.
     CleanupView(Cleanup &cleanup, Removals &removals, QWidget *parent = nullptr);
 
+signals:
+    /// The user wants to see what is inside a folder.
+    void browseAsked(const FileURL &folder);
+
 private:
     QWidget *makeHeader();
     QWidget *makeCards();

@@ -57,6 +57,7 @@ TargetCard::TargetCard(const CleanupTarget &target, TickedEntries &ticked, QWidg
 
     connect(&ticked_, &TickedEntries::changed, this, &TargetCard::showTicks);
     connect(all_, &TickBox::asked, this, [this](bool tick) { ticked_.setTicked(target_.entries, tick); });
+    connect(entries_, &EntryList::browseAsked, this, &TargetCard::browseAsked);
     connect(disclosure_, &QToolButton::toggled, this, [this](bool isOpen) {
         body_->setVisible(isOpen);
         drawIcons();
@@ -126,12 +127,12 @@ void TargetCard::showEntries() {
         state_->setText(whyEmpty(target_));
     total_->setText(target_.scanned ? sizeText(CleanupEntries::totalSize(target_.entries))
                                     : QStringLiteral("—"));
-    all_->setEnabled(!target_.entries.empty());
     showTicks();
 }
 
 void TargetCard::showTicks() {
     all_->setState(ticked_.stateOf(target_.entries));
+    all_->setEnabled(ticked_.canTickAny(target_.entries));
 }
 
 void TargetCard::changeEvent(QEvent *event) {

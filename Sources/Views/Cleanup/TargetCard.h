@@ -26,6 +26,10 @@ public:
     void setOpen(bool isOpen);
     [[nodiscard]] bool isOpen() const;
 
+signals:
+    /// The user wants to see what is inside a folder.
+    void browseAsked(const FileURL &folder);
+
 protected:
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;

@@ -29,6 +29,10 @@ QStringList notesOn(const QModelIndex &index) {
     return index.data(EntryListModel::noteRole).toString().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
+bool isLockedRow(const QModelIndex &index) {
+    return !index.data(EntryListModel::lockRole).toString().isEmpty();
+}
+
 QRect tickBoxOf(const QRect &row) {
     return {row.left() + margin, row.center().y() - tickBoxSize / 2 + 1, tickBoxSize, tickBoxSize};
 }
@@ -83,10 +87,15 @@ void EntryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     const QRect upper = option.rect.adjusted(0, 0, 0, -noteHeight * static_cast<int>(notes.size()));
     QRect row = upper.adjusted(margin, 0, -margin, 0);
     const QVariant ticked = index.data(Qt::CheckStateRole);
-    if (ticked.isValid()) {
+    const bool isLocked = isLockedRow(index);
+    if (ticked.isValid())
         paintTickBox(*painter, tickBoxOf(upper), ticked.value<Qt::CheckState>());
+    else if (isLocked)
+        painter->drawPixmap(tickBoxOf(upper).topLeft(),
+                            Icons::pixmap(QStringLiteral("lock"), theme.tertiaryText, tickBoxSize,
+                                          painter->device()->devicePixelRatioF()));
+    if (ticked.isValid() || isLocked)
         row.setLeft(row.left() + tickBoxSize + gap);
-    }
     painter->drawPixmap(row.left(), row.center().y() - Metrics::iconSize / 2 + 1,
                         Icons::pixmap(index.data(EntryListModel::iconRole).toString(), theme.secondaryText,
                                       Metrics::iconSize, painter->device()->devicePixelRatioF()));
@@ -131,8 +140,9 @@ QSize EntryDelegate::sizeHint(const QStyleOptionViewItem & /*option*/, const QMo
 bool EntryDelegate::editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
                                 const QModelIndex &index) {
     const QVariant ticked = index.data(Qt::CheckStateRole);
-    if (!ticked.isValid())
+    if (!ticked.isValid() && !isLockedRow(index))
         return false;
+    // For a locked row this only tells why it is locked.
     const auto toggle = [&] {
         const Qt::CheckState now = ticked.value<Qt::CheckState>();
         return model->setData(index, now == Qt::Checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
@@ -157,7 +167,9 @@ bool EntryDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const 
     if (event->type() != QEvent::ToolTip || words.isEmpty())
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     // Tool tips wrap only rich text.
-    QToolTip::showText(event->globalPos(), QStringLiteral("<p>%1</p>").arg(words.toHtmlEscaped()), view);
+    const QString shown =
+        QStringLiteral("<p>%1</p>").arg(words.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")));
+    QToolTip::showText(event->globalPos(), shown, view);
     return true;
 }
 

@@ -5,7 +5,7 @@
 namespace brimvale {
 
 /// Paints the rows of a list with the roles of `EntryListModel`. A click on its tick box or the space bar
-/// selects an entry.
+/// selects an entry; a locked row has a lock in place of the box.
 class EntryDelegate : public QStyledItemDelegate {
     Q_OBJECT
 

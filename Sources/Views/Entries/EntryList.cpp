@@ -18,11 +18,23 @@ EntryList::EntryList(std::unique_ptr<EntryListModel> model, QWidget *parent)
     : RowList(*model, parent), model_(std::move(model)) {
     setObjectName(QStringLiteral("entries"));
     setUniformItemSizes(true);
-    connect(this, &QAbstractItemView::activated, this,
-            [this](const QModelIndex &row) { ItemActions::reveal(urlAt(row)); });
-    connect(this, &RowList::menuRequested, this, [this](const QModelIndex &row, const QPoint &place) {
-        ItemActions::menuFor({urlAt(row)}, this)->popup(place);
-    });
+    connect(this, &QAbstractItemView::activated, this, &EntryList::open);
+    connect(this, &RowList::menuRequested, this, &EntryList::showMenu);
+}
+
+void EntryList::open(const QModelIndex &row) {
+    const bool isLocked = !row.data(EntryListModel::lockRole).toString().isEmpty();
+    if (isLocked && isFolder(row))
+        emit browseAsked(urlAt(row));
+    else
+        ItemActions::reveal(urlAt(row));
+}
+
+void EntryList::showMenu(const QModelIndex &row, const QPoint &place) {
+    QMenu *menu = ItemActions::menuFor({urlAt(row)}, this);
+    if (isFolder(row))
+        ItemActions::addBrowsing(*menu, [this, folder = urlAt(row)] { emit browseAsked(folder); });
+    menu->popup(place);
 }
 
 EntryList::~EntryList() {
@@ -36,6 +48,10 @@ void EntryList::setEntries(const std::vector<CleanupEntry> &entries) {
 QString EntryList::unreadableText() {
     return u"This could not be read: you may not list its folder. %1"_s.arg(
         text(Words::current().listingHelp));
+}
+
+bool EntryList::isFolder(const QModelIndex &row) const {
+    return entries()[static_cast<std::size_t>(row.row())].isFolder;
 }
 
 const FileURL &EntryList::urlAt(const QModelIndex &row) const {

@@ -8,7 +8,8 @@
 
 namespace brimvale {
 
-/// A list of entries: Return shows one in the system's file browser, the space bar selects it.
+/// A list of entries: Return shows one in the system's file browser, or in Browse if it is locked, and the
+/// space bar selects it.
 class EntryList : public RowList {
     Q_OBJECT
 
@@ -23,9 +24,16 @@ public:
     /// The message in place of a list whose folder cannot be listed.
     [[nodiscard]] static QString unreadableText();
 
+signals:
+    /// The user wants to see what is inside a folder.
+    void browseAsked(const FileURL &folder);
+
 private:
+    void open(const QModelIndex &row);
+    void showMenu(const QModelIndex &row, const QPoint &place);
     EntryList(std::unique_ptr<EntryListModel> model, QWidget *parent);
     [[nodiscard]] const FileURL &urlAt(const QModelIndex &row) const;
+    [[nodiscard]] bool isFolder(const QModelIndex &row) const;
 
     std::unique_ptr<EntryListModel> model_;
 };

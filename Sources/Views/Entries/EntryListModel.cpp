@@ -26,12 +26,16 @@ bool lieInSeveralFolders(const std::vector<CleanupEntry> &entries) {
 
 } // namespace
 
+QString withLock(const QString &words, const QString &lock) {
+    return lock.isEmpty() ? words : words + u'\n' + lock;
+}
+
 EntryListModel::EntryListModel(TickedEntries *ticked, QObject *parent)
     : QAbstractListModel(parent), ticked_(ticked) {
     if (ticked_ != nullptr)
         connect(ticked_, &TickedEntries::changed, this, [this] {
             if (!entries_.empty())
-                emit dataChanged(index(0), index(rowCount() - 1), {Qt::CheckStateRole});
+                emit dataChanged(index(0), index(rowCount() - 1));
         });
 }
 
@@ -56,12 +60,13 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
     case Qt::DisplayRole:
         return displayedText(entry.url.fileName());
     case Qt::ToolTipRole:
-        return displayedText(entry.url.path());
+        return withLock(displayedText(entry.url.path()), lockOf(entry));
     case Qt::AccessibleTextRole:
         return accessibleText(entry);
     case Qt::CheckStateRole:
-        return ticked_ == nullptr ? QVariant()
-                                  : QVariant(ticked_->contains(entry.url) ? Qt::Checked : Qt::Unchecked);
+        return ticked_ == nullptr || !lockOf(entry).isEmpty()
+                   ? QVariant()
+                   : QVariant(ticked_->contains(entry.url) ? Qt::Checked : Qt::Unchecked);
     case sizeRole:
         return sizeText(entry.size);
     case dateRole:
@@ -72,6 +77,8 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
         return QString();
     case iconRole:
         return Icons::nameFor(entry.isFolder);
+    case lockRole:
+        return lockOf(entry);
     default:
         return {};
     }
@@ -81,20 +88,31 @@ QString EntryListModel::accessibleText(const CleanupEntry &entry) const {
     QStringList parts = {displayedText(entry.url.fileName()), sizeText(entry.size)};
     if (entry.modified)
         parts.append(u"modified %1"_s.arg(dateText(entry)));
+    if (const QString lock = lockOf(entry); !lock.isEmpty())
+        parts.append(u"locked: %1"_s.arg(lock));
     return parts.join(QStringLiteral(", "));
+}
+
+QString EntryListModel::lockOf(const CleanupEntry &entry) const {
+    return ticked_ != nullptr ? ticked_->lockReason(entry.url) : QString();
 }
 
 bool EntryListModel::setData(const QModelIndex &index, const QVariant &value, int role) {
     if (!index.isValid() || role != Qt::CheckStateRole || ticked_ == nullptr)
         return false;
-    ticked_->setTicked({entries_[static_cast<std::size_t>(index.row())]},
-                       value.value<Qt::CheckState>() == Qt::Checked);
+    const CleanupEntry &entry = entries_[static_cast<std::size_t>(index.row())];
+    if (!lockOf(entry).isEmpty()) {
+        ticked_->explainLock(entry.url);
+        return false;
+    }
+    ticked_->setTicked({entry}, value.value<Qt::CheckState>() == Qt::Checked);
     return true;
 }
 
 Qt::ItemFlags EntryListModel::flags(const QModelIndex &index) const {
     Qt::ItemFlags flags = QAbstractListModel::flags(index) | Qt::ItemNeverHasChildren;
-    if (ticked_ != nullptr)
+    if (ticked_ != nullptr && index.isValid() &&
+        lockOf(entries_[static_cast<std::size_t>(index.row())]).isEmpty())
         flags |= Qt::ItemIsUserCheckable;
     return flags;
 }

@@ -9,6 +9,9 @@ namespace brimvale {
 
 class TickedEntries;
 
+/// A row's tool tip: a line, and in a second one why the row is locked, if it is.
+[[nodiscard]] QString withLock(const QString &words, const QString &lock);
+
 /// The rows of a list of entries that can be selected with tick boxes.
 class EntryListModel : public QAbstractListModel {
     Q_OBJECT
@@ -19,7 +22,8 @@ public:
         dateRole,                ///< formatted; empty if it is not known
         folderRole,              ///< a second line; empty for none
         noteRole,                ///< further lines with warnings; may be empty
-        iconRole                 ///< the name of an icon
+        iconRole,                ///< the name of an icon
+        lockRole                 ///< why the row can never be ticked; empty if it can
     };
 
     /// Without `ticked` nothing can be ticked.
@@ -35,6 +39,7 @@ public:
 
 private:
     [[nodiscard]] QString accessibleText(const CleanupEntry &entry) const;
+    [[nodiscard]] QString lockOf(const CleanupEntry &entry) const;
 
     TickedEntries *ticked_;
     std::vector<CleanupEntry> entries_;

@@ -13,6 +13,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QUrl>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -62,6 +63,11 @@ QMenu *menuFor(const std::vector<FileURL> &items, QWidget *parent) {
         menu->addAction(text(Words::current().revealItem), menu, [item = items.front()] { reveal(item); });
     menu->addAction(copyTitle(items.size()), menu, [items] { copyPaths(items); });
     return menu;
+}
+
+void addBrowsing(QMenu &menu, std::function<void()> browse) {
+    QAction *action = menu.addAction(u"Open in Browse"_s, &menu, std::move(browse));
+    action->setObjectName(QStringLiteral("openInBrowse"));
 }
 
 } // namespace brimvale::ItemActions

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <cstddef>
+#include <functional>
 #include <vector>
 
 class QMenu;
@@ -26,6 +27,9 @@ void copyPaths(const std::vector<FileURL> &items);
 
 /// A menu of these actions for the items. It deletes itself when it is closed.
 [[nodiscard]] QMenu *menuFor(const std::vector<FileURL> &items, QWidget *parent);
+
+/// Adds an entry that shows a folder on the page Browse.
+void addBrowsing(QMenu &menu, std::function<void()> browse);
 
 } // namespace ItemActions
 

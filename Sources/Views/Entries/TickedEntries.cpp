@@ -7,26 +7,39 @@
 
 namespace brimvale {
 
+TickedEntries::TickedEntries(QObject *parent) : QObject(parent) {
+    connect(&locked_, &LockedEntries::changed, this, &TickedEntries::deselectLocked);
+}
+
 Qt::CheckState TickedEntries::stateOf(const std::vector<CleanupEntry> &entries) const {
     const auto ticked = std::count_if(entries.begin(), entries.end(),
                                       [this](const CleanupEntry &entry) { return contains(entry.url); });
+    const auto locked = std::count_if(entries.begin(), entries.end(), [this](const CleanupEntry &entry) {
+        return locked_.contains(entry.url);
+    });
     if (ticked == 0)
         return Qt::Unchecked;
-    return static_cast<std::size_t>(ticked) == entries.size() ? Qt::Checked : Qt::PartiallyChecked;
+    return static_cast<std::size_t>(ticked + locked) == entries.size() ? Qt::Checked : Qt::PartiallyChecked;
+}
+
+bool TickedEntries::canTickAny(const std::vector<CleanupEntry> &entries) const {
+    return std::any_of(entries.begin(), entries.end(),
+                       [this](const CleanupEntry &entry) { return !locked_.contains(entry.url); });
 }
 
 void TickedEntries::setTicked(const std::vector<CleanupEntry> &entries, bool isTicked) {
     for (const CleanupEntry &entry : entries) {
-        if (isTicked)
-            sizes_[entry.url] = entry.size;
-        else
+        if (!isTicked)
             sizes_.erase(entry.url);
+        else if (!locked_.contains(entry.url))
+            sizes_[entry.url] = entry.size;
     }
     sumUp();
     emit changed();
 }
 
 void TickedEntries::retain(const std::vector<const std::vector<CleanupEntry> *> &lists) {
+    locked_.ask(lists);
     std::unordered_map<FileURL, std::int64_t> kept;
     for (const std::vector<CleanupEntry> *list : lists)
         for (const CleanupEntry &entry : *list)
@@ -43,6 +56,12 @@ void TickedEntries::clear() {
     if (sizes_.empty())
         return;
     sizes_.clear();
+    sumUp();
+    emit changed();
+}
+
+void TickedEntries::deselectLocked() {
+    std::erase_if(sizes_, [this](const auto &one) { return locked_.contains(one.first); });
     sumUp();
     emit changed();
 }

@@ -17,12 +17,16 @@ namespace brimvale {
 ActionBar::ActionBar(QWidget *parent)
     : Bar(parent), selection_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       note_(new TextLabel(Type::Size::caption, TextLabel::Tone::warning, this)),
+      refusal_(new TextLabel(Type::Size::caption, TextLabel::Tone::warning, this)),
       picker_(new RemovalModePicker(this)), remove_(new DestructiveButton(this)) {
     setObjectName(QStringLiteral("actionBar"));
     selection_->setObjectName(QStringLiteral("selection"));
     note_->setObjectName(QStringLiteral("note"));
     note_->setWordWrap(true);
     note_->hide();
+    refusal_->setObjectName(QStringLiteral("refusal"));
+    refusal_->setWordWrap(true);
+    refusal_->hide();
     remove_->setObjectName(QStringLiteral("remove"));
     connect(remove_, &QPushButton::clicked, this, [this] { emit removalAsked(picker_->mode()); });
     Shortcuts::askForRemovalWith(*remove_);
@@ -34,6 +38,7 @@ ActionBar::ActionBar(QWidget *parent)
     words->setSpacing(2);
     words->addWidget(selection_);
     words->addWidget(note_);
+    words->addWidget(refusal_);
     layout->addLayout(words, 1);
     layout->addWidget(picker_);
     layout->addWidget(remove_);
@@ -41,6 +46,8 @@ ActionBar::ActionBar(QWidget *parent)
 }
 
 void ActionBar::setSelection(std::int64_t count, std::int64_t bytes) {
+    if (count != count_ || bytes != bytes_)
+        showRefusal({});
     count_ = count;
     bytes_ = bytes;
     showSelection();
@@ -49,6 +56,11 @@ void ActionBar::setSelection(std::int64_t count, std::int64_t bytes) {
 void ActionBar::setNote(const QString &note) {
     note_->setText(note);
     note_->setHidden(note.isEmpty());
+}
+
+void ActionBar::showRefusal(const QString &reason) {
+    refusal_->setText(reason);
+    refusal_->setHidden(reason.isEmpty());
 }
 
 void ActionBar::setBusy(bool isBusy) {

@@ -22,6 +22,8 @@ public:
     void setSelection(std::int64_t count, std::int64_t bytes);
     /// A remark for the confirmation; empty for none.
     void setNote(const QString &note);
+    /// Tells why something cannot be selected, until the selection changes.
+    void showRefusal(const QString &reason);
     /// Sets whether a removal is running. No other can be requested then.
     void setBusy(bool isBusy);
     /// Resets the mode to the Trash, the default.
@@ -38,6 +40,7 @@ private:
     bool isBusy_ = false;
     TextLabel *selection_;
     TextLabel *note_;
+    TextLabel *refusal_;
     RemovalModePicker *picker_;
     DestructiveButton *remove_;
 };

@@ -4,6 +4,7 @@
 #include "Core/Model/Removals.h"
 #include "Core/Text/Formatting.h"
 #include "Support/PageTest.h"
+#include "Support/PublishedWriter.h"
 #include "Support/SampleApps.h"
 #include "Views/Apps/AppDetail.h"
 #include "Views/Apps/AppListModel.h"
@@ -286,7 +287,7 @@ TEST(AppDetail, RemovesNoSystemAppAndMarksWhatTheSystemOwns) {
     AppRow other = row;
     other.app.url = FileURL("/Applications/Other.app");
     other.app.name = "Other";
-    detail.show(row, {row, other});
+    detail.show(row, {row, other}, false);
     detail.setVisible(true);
     auto &bundle = find<QCheckBox>(detail, "includeBundle");
     EXPECT_EQ(bundle.text(), "Remove the app itself");
@@ -299,11 +300,58 @@ TEST(AppDetail, RemovesNoSystemAppAndMarksWhatTheSystemOwns) {
 
     AppRow system = row;
     system.app.isSystemApp = true;
-    detail.show(system, {system});
+    detail.show(system, {system}, false);
     EXPECT_FALSE(bundle.isVisible());
     EXPECT_EQ(testing::shown(detail, "systemApp"), "This is a system app. Brimvale will not remove it.");
     EXPECT_FALSE(detail.includesBundle()) << "though the box was ticked";
     EXPECT_THAT(detail.leftovers(), IsEmpty());
+}
+
+TEST_F(AppsPage, TheBoxOfAGroupLeavesVagueClaimsAlone) {
+    makeApp("Vague", "com");
+    home.makeFile("Library/Caches/com/data", 5'000);
+    open();
+    choose("Vague");
+    QListView &exact = leftovers(page, "exactLeftovers");
+    ASSERT_GE(exact.model()->rowCount(), 2) << "and what others own";
+    EXPECT_NE(shown(exact, 0, EntryListModel::noteRole).indexOf("no dot"), -1);
+    auto &box = testing::find<TickBox>(find<QWidget>("exactLeftovers"), "tickAll");
+    EXPECT_FALSE(box.isEnabled()) << "all of them are vague";
+    exact.setFocus();
+    exact.setCurrentIndex(exact.model()->index(0, 0));
+    QTest::keyClick(&exact, Qt::Key_Space);
+    EXPECT_EQ(tickedIn(exact), 1) << "one by one they can be ticked";
+    EXPECT_TRUE(remove().isEnabled());
+}
+
+TEST_F(AppsPage, CanBeStoppedAndReadAgain) {
+    open();
+    click("reload");
+    click("stopMeasuring");
+    ASSERT_TRUE(eventually([&] { return !model.apps->isLoadingApps; }));
+    EXPECT_FALSE(isVisible("stopMeasuring"));
+    ASSERT_EQ(model.apps->apps.size(), 3U) << "the list is there all the same";
+    for (const AppRow &row : model.apps->apps)
+        EXPECT_TRUE(row.analyzed || (row.bundleSize == 0 && row.leftovers.empty())) << row.app.name;
+    choose("Acme");
+    PublishedWriter::update(model.apps, [](AppState &state) {
+        for (AppRow &row : state.apps)
+            row = {row.app, 0, {}, false};
+    });
+    EXPECT_EQ(text("appFacts"), "Not analysed yet");
+    EXPECT_TRUE(text("leftoverState").starts_with("The analysis was stopped"));
+
+    // Something outside the program has removed one application and installed another.
+    std::filesystem::remove_all(home.path("Applications/Bare.app"));
+    makeApp("New", "com.example.new");
+    click("reload");
+    ASSERT_TRUE(eventually([&] { return !model.apps->isLoadingApps; }));
+    EXPECT_FALSE(rowOf("Bare").isValid());
+    EXPECT_TRUE(rowOf("New").isValid());
+    EXPECT_EQ(chosen(), "Acme");
+    EXPECT_TRUE(isSelected("Acme"));
+    EXPECT_NE(text("appFacts"), "Not analysed yet");
+    EXPECT_EQ(leftovers(page, "exactLeftovers").model()->rowCount(), 2);
 }
 
 } // namespace brimvale

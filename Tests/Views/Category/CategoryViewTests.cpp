@@ -164,4 +164,35 @@ TEST_F(CategoryPage, IsWorkedByKeysHoweverLongItIs) {
     EXPECT_EQ(text("selection"), "1 item selected, " + sizeText(1));
 }
 
+TEST_F(CategoryPage, LocksWhatIsNeverRemovedAndOpensItInBrowse) {
+    const FileURL guarded("/usr/lib");
+    show("systemData", 900, {{.url = guarded, .size = 700, .isFolder = true}, entry(".tool/file", 200)});
+    open("systemData");
+    const QModelIndex locked = list().model()->index(0, 0);
+    const QModelIndex other = list().model()->index(1, 0);
+    ASSERT_TRUE(eventually([&] { return !locked.data(EntryListModel::lockRole).toString().isEmpty(); }));
+    const std::string reason = "/usr/lib is a structural directory and is never removed.";
+    for (const int role : {static_cast<int>(EntryListModel::lockRole),
+                           static_cast<int>(Qt::AccessibleTextRole), static_cast<int>(Qt::ToolTipRole)})
+        EXPECT_NE(locked.data(role).toString().toStdString().find(reason), std::string::npos) << role;
+    EXPECT_FALSE(locked.data(Qt::CheckStateRole).isValid());
+    EXPECT_FALSE(locked.flags().testFlag(Qt::ItemIsUserCheckable));
+    EXPECT_TRUE(other.data(Qt::CheckStateRole).isValid());
+
+    list().setFocus(Qt::TabFocusReason);
+    QTest::keyClick(&list(), Qt::Key_Space);
+    EXPECT_EQ(text("selection"), "Nothing selected");
+    EXPECT_TRUE(text("refusal").starts_with(reason)) << text("refusal");
+    std::vector<FileURL> browsed;
+    QObject::connect(page.get(), &CategoryDetailView::browseAsked,
+                     [&](const FileURL &folder) { browsed.push_back(folder); });
+    QTest::keyClick(&list(), Qt::Key_Return);
+    EXPECT_EQ(browsed, std::vector<FileURL>{guarded});
+
+    QTest::keyClick(&list(), Qt::Key_Down);
+    QTest::keyClick(&list(), Qt::Key_Space);
+    EXPECT_EQ(text("selection"), "1 item selected, " + sizeText(200));
+    EXPECT_EQ(text("refusal"), "") << "another selection";
+}
+
 } // namespace brimvale

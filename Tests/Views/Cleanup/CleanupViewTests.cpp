@@ -235,4 +235,41 @@ TEST_F(CleanupPage, NamesOfAnyKindAreShownAndRemoved) {
     EXPECT_EQ(actions.calls, std::vector<std::string>{"trash " + home.path("Library/Logs/" + odd)});
 }
 
+TEST_F(CleanupPage, ABoxForAllSkipsWhatIsLocked) {
+    std::vector<CleanupTarget> targets = model.cleanup->cleanupTargets;
+    const CleanupEntry guarded{.url = FileURL("/usr/lib"), .size = 4'000, .isFolder = true};
+    const FileURL file(home.makeFile("file", 10));
+    CleanupTarget &mixed = withId(targets, "logs");
+    CleanupTarget &onlyLocked = withId(targets, "derived-data");
+    mixed.entries = {guarded, {.url = file, .size = 1'000}};
+    onlyLocked.entries = {guarded};
+    mixed.scanned = onlyLocked.scanned = true;
+    PublishedWriter::set(model.cleanup, &CleanupState::cleanupTargets, targets);
+    click(all("logs")); // perhaps before anything is known to be locked
+    ASSERT_TRUE(eventually([&] { return !all("derived-data").isEnabled(); }));
+    EXPECT_EQ(selection(), "1 item selected, " + sizeText(1'000));
+    EXPECT_EQ(all("logs").accessibleDescription(), "ticked");
+    click(all("logs"));
+    EXPECT_EQ(selection(), "Nothing selected");
+    click(all("logs"));
+    EXPECT_EQ(selection(), "1 item selected, " + sizeText(1'000));
+    tick("logs", "lib");
+    EXPECT_EQ(selection(), "1 item selected, " + sizeText(1'000));
+}
+
+TEST_F(CleanupPage, CanBeStopped) {
+    for (int i = 0; i < 200; ++i)
+        home.makeFile("Library/Logs/folder " + std::to_string(i) + "/log", 10);
+    click("measure");
+    click("stopMeasuring");
+    ASSERT_TRUE(eventually([&] { return !model.cleanup->isMeasuringCleanup; }));
+    EXPECT_FALSE(isVisible("stopMeasuring"));
+    EXPECT_TRUE(find("measure").isEnabled());
+    const CleanupTarget &logs = withId(model.cleanup->cleanupTargets, "logs");
+    EXPECT_EQ(logs.entries.size(), logs.scanned ? 200U : 0U) << "incomplete figures are no figures";
+    EXPECT_EQ(label("logs", "total") == "—", !logs.scanned);
+    measure();
+    EXPECT_EQ(withId(model.cleanup->cleanupTargets, "logs").entries.size(), 200U);
+}
+
 } // namespace brimvale

@@ -1,6 +1,7 @@
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
 #include "Core/Model/Volumes.h"
+#include "Core/Removal/RemovalGate.h"
 #include "Support/HeldRemoval.h"
 #include "Support/Model.h"
 #include "Support/PageTest.h"
@@ -81,12 +82,13 @@ protected:
     void ask(const Nodes &nodes) {
         choose(nodes);
         QTest::keyClick(&outline, Qt::Key_Delete);
+        ASSERT_TRUE(eventually([&] { return sheet() != nullptr; }));
     }
 
     [[nodiscard]] RemovalSheet *sheet() const { return page.findChild<RemovalSheet *>(); }
     void press(const char *button) { testing::click(*sheet(), button); }
     void confirm() {
-        ASSERT_NE(sheet(), nullptr);
+        ASSERT_TRUE(eventually([&] { return sheet() != nullptr; }));
         press("confirm");
         ASSERT_TRUE(testing::waitUntilRemoved(model));
         // What many removals have changed is drawn once, afterwards.
@@ -120,7 +122,7 @@ TEST_F(RemovalInBrowse, AsksForASelectionAndForNothingElse) {
     choose({node({"big"}), node({"big", "inner"}), node({"big", "1 smaller item"}), node({"small"})});
     EXPECT_TRUE(remove.text().startsWith("Remove 2 Items, ")) << qPrintable(remove.text());
     QTest::keyClick(&outline, Qt::Key_Delete);
-    ASSERT_NE(sheet(), nullptr);
+    ASSERT_TRUE(eventually([&] { return sheet() != nullptr; }));
     press("cancel");
     EXPECT_FALSE(model.removals.isRemoving());
     EXPECT_EQ(outline.selectedNodes().size(), 4U);
@@ -267,6 +269,62 @@ TEST_F(RemovalInBrowse, IsAskedForByButtonAndMenuWhateverTheOrder) {
     confirm();
     EXPECT_EQ(actions.calls.back(), "trash " + folder.path("middle"));
     EXPECT_EQ(node({"middle"}), nullptr);
+}
+
+TEST_F(RemovalInBrowse, AsksTheGuardsWhenTheSelectionChanges) {
+    const std::string documents = folder.path("Documents");
+    folder.makeFile("Documents/file", 2'500'000);
+    if (!RemovalGate::guards().check(FileURL(documents)))
+        GTEST_SKIP() << "the guards were made for the home of another test";
+    scan();
+    choose({node({"Documents"})});
+    ASSERT_TRUE(eventually([&] { return !text("objection").empty(); }));
+    EXPECT_EQ(text("objection"), documents + " is a structural directory and is never removed. Open it to "
+                                             "choose what is inside.");
+    EXPECT_FALSE(remove.isEnabled());
+    EXPECT_FALSE(isVisible("route"));
+    QTest::keyClick(&outline, Qt::Key_Delete);
+    EXPECT_EQ(sheet(), nullptr);
+
+    // The key comes before the answer.
+    choose({node({"middle"}), node({"Documents"})});
+    QTest::keyClick(&outline, Qt::Key_Delete);
+    ASSERT_TRUE(eventually([&] { return !text("objection").empty(); }));
+    EXPECT_EQ(sheet(), nullptr);
+    EXPECT_FALSE(remove.isEnabled());
+
+    ask({node({"Documents", "file"})});
+    EXPECT_EQ(text("objection"), "");
+    EXPECT_TRUE(remove.isEnabled());
+    press("cancel");
+}
+
+TEST_F(RemovalInBrowse, LeavesToACategoryWhatItProtects) {
+    folder.makeFile("Pictures/Trip.photoslibrary/originals", 2'500'000);
+    folder.makeFile("Library/Messages/chat.db", 2'500'000);
+    scan();
+    const QSignalSpy asked(&page, &BrowseView::categoryAsked);
+    struct Case {
+        FSNode *node;
+        const char *warning, *route, *id;
+    };
+    for (const Case &one : {Case{node({"Pictures", "Trip.photoslibrary", "originals"}),
+                                 "A photo library is a bundle", "Open Photos", "photos"},
+                            Case{node({"Library", "Messages", "chat.db"}), "Messages keeps an index",
+                                 "Back Up in Messages…", "messages"}}) {
+        choose({one.node});
+        QTest::keyClick(&outline, Qt::Key_Delete);
+        ASSERT_TRUE(eventually([&] { return !text("objection").empty(); }));
+        EXPECT_TRUE(text("objection").starts_with(one.warning)) << text("objection");
+        EXPECT_EQ(text("route"), one.route);
+        EXPECT_FALSE(remove.isEnabled());
+        EXPECT_EQ(sheet(), nullptr);
+        click("route");
+        EXPECT_EQ(asked.back().front().value<std::string>(), one.id);
+    }
+    choose({node({"middle"})});
+    EXPECT_FALSE(isVisible("route"));
+    EXPECT_TRUE(eventually([&] { return remove.isEnabled(); }));
 }
 
 } // namespace brimvale
