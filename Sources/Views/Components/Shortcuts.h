@@ -15,8 +15,8 @@ inline QKeySequence page(int number) {
     return Qt::CTRL | static_cast<Qt::Key>(Qt::Key_0 + number);
 }
 
-inline QKeySequence rescan() {
-    return Qt::CTRL | Qt::Key_R;
+inline QList<QKeySequence> rescan() {
+    return {Qt::CTRL | Qt::Key_R, Qt::Key_F5};
 }
 
 inline QKeySequence enclosingFolder() {

@@ -1,5 +1,6 @@
 #include "Views/Window/ContentView.h"
 
+#include "Core/Model/Apps.h"
 #include "Core/Model/CorvelModel.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
@@ -107,12 +108,23 @@ void ContentView::addPages() {
         });
         return page;
     });
-    addPage({Section::Kind::browse}, {u"Browse"_s, QStringLiteral("folder-tree")},
-            [this] { return new BrowseView(model_.scan, model_.removals, model_.volumes, this); });
-    addPage({Section::Kind::cleanup}, {u"Cleanup"_s, QStringLiteral("sparkles")},
-            [this] { return new CleanupView(model_.cleanup, model_.removals, this); });
-    addPage({Section::Kind::apps}, {u"Apps"_s, QStringLiteral("layout-grid")},
-            [this] { return new AppsView(model_.apps, model_.removals, this); });
+    addPage({Section::Kind::browse}, {u"Browse"_s, QStringLiteral("folder-tree")}, [this] {
+        browse_ = new BrowseView(model_.scan, model_.removals, model_.volumes, this);
+        connect(browse_, &BrowseView::categoryAsked, this, [this](const std::string &id) {
+            goTo({Section::Kind::category, id});
+        });
+        return browse_;
+    });
+    addPage({Section::Kind::cleanup}, {u"Cleanup"_s, QStringLiteral("sparkles")}, [this] {
+        auto *page = new CleanupView(model_.cleanup, model_.removals, this);
+        connect(page, &CleanupView::browseAsked, this, &ContentView::browse);
+        return page;
+    });
+    addPage({Section::Kind::apps}, {u"Apps"_s, QStringLiteral("layout-grid")}, [this] {
+        auto *page = new AppsView(model_.apps, model_.removals, this);
+        connect(page, &AppsView::browseAsked, this, &ContentView::browse);
+        return page;
+    });
     sidebar_->addHeading(u"Storage"_s);
     for (const MeasuredCategory &one : model_.storage->categories)
         addCategoryPage(one.category);
@@ -125,6 +137,7 @@ void ContentView::addCategoryPage(const StorageCategory &category) {
                 auto *page =
                     new CategoryDetailView(id, model_.storage, model_.removals, model_.backups, this);
                 connect(page, &CategoryDetailView::appsAsked, this, [this] { goTo({Section::Kind::apps}); });
+                connect(page, &CategoryDetailView::browseAsked, this, &ContentView::browse);
                 return page;
             });
 }
@@ -145,7 +158,8 @@ QMenu *ContentView::addMenu(const QString &title) {
 
 void ContentView::buildMenus() {
     QMenu *file = addMenu(u"&File"_s);
-    QAction *rescan = file->addAction(u"&Rescan"_s, Shortcuts::rescan(), this, &ContentView::rescan);
+    QAction *rescan = file->addAction(u"&Rescan"_s, this, &ContentView::rescan);
+    rescan->setShortcuts(Shortcuts::rescan());
     rescan->setObjectName(QStringLiteral("rescan"));
     file->addSeparator();
     StandardMenus::addClosing(*file, *this);
@@ -180,7 +194,9 @@ void ContentView::followModel() {
         footer.setVolume(model_.volumes.rootVolume());
         footer.setHasFullDiskAccess(model_.volumes->hasFullDiskAccess);
     };
-    const auto showFreed = [this, &footer] { footer.setFreed(model_.removals->totalFreedThisSession); };
+    const auto showFreed = [this, &footer] {
+        footer.setFreed(model_.removals->deletedThisSession, model_.removals->movedToTrashThisSession);
+    };
     connect(&model_.volumes, &Volumes::changed, this, showVolumes);
     connect(&model_.removals, &Removals::changed, this, showFreed);
     connect(&model_.storage, &Storage::changed, this, &ContentView::showCategorySizes);
@@ -255,7 +271,10 @@ void ContentView::showPageOfRow(int row) {
     stack_->setCurrentWidget(page->widget);
 }
 
+/// Reads the applications again on their page, and scans again from any other.
 void ContentView::rescan() {
+    if (currentSection().kind == Section::Kind::apps)
+        return AccessNotice::beforeLook(*this, [this] { model_.apps.loadApps(); });
     scan(std::nullopt);
 }
 
@@ -263,6 +282,11 @@ void ContentView::scan(const std::optional<FileURL> &folder) {
     goTo({Section::Kind::browse});
     const auto path = folder ? std::optional(folder->path()) : std::nullopt;
     AccessNotice::beforeLook(*this, [this, path] { model_.scan.startScan(path); });
+}
+
+void ContentView::browse(const FileURL &folder) {
+    goTo({Section::Kind::browse});
+    browse_->open(folder);
 }
 
 void ContentView::showShortcuts() {

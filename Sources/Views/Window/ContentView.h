@@ -15,8 +15,10 @@ class QStackedWidget;
 
 namespace brimvale {
 
+class BrowseView;
 class ClosingQuestion;
 class CorvelModel;
+class FileURL;
 class UpdateView;
 class Updater;
 struct StorageCategory;
@@ -57,6 +59,7 @@ private:
     void followModel();
     void showPageOfRow(int row);
     void rescan();
+    void browse(const FileURL &folder);
     void showShortcuts();
     void showAbout();
     void addCategoryPage(const StorageCategory &category);
@@ -72,6 +75,7 @@ private:
     Sidebar *sidebar_;
     QStackedWidget *stack_;
     QMenu *goMenu_ = nullptr;
+    BrowseView *browse_ = nullptr; ///< null until it is first shown
     std::vector<Page> pages_;
     std::size_t current_ = 0;
     ClosingQuestion *closing_;

@@ -7,6 +7,7 @@
 #include "Views/Components/PrivacySettings.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
+#include "Views/Window/SpaceTexts.h"
 
 #include <QFontMetrics>
 #include <QListWidget>
@@ -38,6 +39,13 @@ ResultSheet::ResultSheet(const RemovalResult &result, QWidget *parent)
     QVBoxLayout *layout = makeLayout();
     layout->addWidget(makeHeading("resultTitle", windowTitle()));
     layout->addWidget(summary);
+    for (const QString &words : spaceLines(result)) {
+        auto *line = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);
+        line->setObjectName(QStringLiteral("space"));
+        line->setText(words);
+        line->setWordWrap(true);
+        layout->addWidget(line);
+    }
     if (!result.remarks.empty())
         addLines(*layout, "remark", RemovalReport::remarkLines(result));
     if (!result.partlyRemoved.empty())

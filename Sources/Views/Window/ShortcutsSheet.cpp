@@ -29,7 +29,7 @@ ShortcutsSheet::ShortcutsSheet(QWidget *parent) : Sheet("shortcutsSheet", u"Keyb
     const QList<Row> rows = {
         {{Shortcuts::page(1), Shortcuts::page(2), Shortcuts::page(3)},
          u"Go to Overview, Browse or Cleanup"_s},
-        {{Shortcuts::rescan()}, u"Scan again"_s},
+        {Shortcuts::rescan(), u"Scan again, or look for apps again"_s},
         {{Qt::Key_Return}, u"Go into the selected folder"_s},
         {{Shortcuts::enclosingFolder()}, u"Come back out to the folder around it"_s},
         {{QKeySequence(QKeySequence::Find)}, u"Look for a name"_s},

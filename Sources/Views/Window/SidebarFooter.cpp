@@ -9,6 +9,7 @@
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/Theme.h"
+#include "Views/Window/SpaceTexts.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -33,6 +34,7 @@ SidebarFooter::SidebarFooter(QWidget *parent)
       name_(new TextLabel(Type::Size::body, QFont::Medium, volume_)), bar_(new CapacityBar(volume_)),
       free_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, volume_)),
       freed_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
+      trashed_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       grantAccess_(new QPushButton(text(Words::current().grantAccess), this)),
       update_(new QToolButton(this)) {
     setObjectName(QStringLiteral("sidebarFooter"));
@@ -41,6 +43,8 @@ SidebarFooter::SidebarFooter(QWidget *parent)
     bar_->setObjectName(QStringLiteral("capacityBar"));
     free_->setObjectName(QStringLiteral("freeSpace"));
     freed_->setObjectName(QStringLiteral("freedThisSession"));
+    trashed_->setObjectName(QStringLiteral("movedToTrash"));
+    trashed_->setWordWrap(true);
     name_->setMinimumWidth(1);
     grantAccess_->setObjectName(QStringLiteral("grantFullDiskAccess"));
     grantAccess_->setAccessibleName(grantAccess_->text());
@@ -67,11 +71,12 @@ SidebarFooter::SidebarFooter(QWidget *parent)
     layout->setSpacing(8);
     layout->addWidget(volume_);
     layout->addWidget(freed_);
+    layout->addWidget(trashed_);
     layout->addWidget(grantAccess_);
     layout->addWidget(update_);
 
     setVolume(std::nullopt);
-    setFreed(0);
+    setFreed(0, 0);
     setHasFullDiskAccess(true);
     setUpdate({});
     tintIcons();
@@ -80,8 +85,7 @@ SidebarFooter::SidebarFooter(QWidget *parent)
 void SidebarFooter::setVolume(const std::optional<VolumeInfo> &volume) {
     volume_->setHidden(!volume);
     if (volume) {
-        // Purgeable space counts as free, as in the system's own figures.
-        const std::int64_t free = std::max(volume->availableForImportantUsage, volume->trueFree);
+        const std::int64_t free = volume->shownAvailable();
         const double total = static_cast<double>(std::max<std::int64_t>(volume->totalCapacity, 1));
         volumeName_ = displayedText(volume->name);
         showName();
@@ -92,9 +96,11 @@ void SidebarFooter::setVolume(const std::optional<VolumeInfo> &volume) {
     showWhatThereIs();
 }
 
-void SidebarFooter::setFreed(std::int64_t bytes) {
+void SidebarFooter::setFreed(std::int64_t bytes, std::int64_t inTrash) {
     freed_->setText(u"%1 freed this session"_s.arg(sizeText(bytes)));
     freed_->setHidden(bytes <= 0);
+    trashed_->setText(trashText(inTrash));
+    trashed_->setHidden(inTrash <= 0);
     showWhatThereIs();
 }
 
@@ -112,7 +118,8 @@ void SidebarFooter::setUpdate(const QString &line) {
 }
 
 void SidebarFooter::showWhatThereIs() {
-    setHidden(volume_->isHidden() && freed_->isHidden() && grantAccess_->isHidden() && update_->isHidden());
+    setHidden(volume_->isHidden() && freed_->isHidden() && trashed_->isHidden() && grantAccess_->isHidden() &&
+              update_->isHidden());
 }
 
 void SidebarFooter::showUpdate() {

@@ -24,8 +24,8 @@ public:
     explicit SidebarFooter(QWidget *parent = nullptr);
 
     void setVolume(const std::optional<VolumeInfo> &volume);
-    /// The bytes freed in this session; shown when above 0.
-    void setFreed(std::int64_t bytes);
+    /// The bytes freed in this session, and those moved to the Trash; each is shown when above 0.
+    void setFreed(std::int64_t bytes, std::int64_t inTrash);
     /// Whether the program has Full Disk Access; if not, a button opens the system's settings.
     void setHasFullDiskAccess(bool hasAccess);
     /// A line about an update; empty for none. A click on it emits `updateAsked`.
@@ -52,6 +52,7 @@ private:
     CapacityBar *bar_;
     QLabel *free_;
     QLabel *freed_;
+    QLabel *trashed_;
     QPushButton *grantAccess_;
     QToolButton *update_;
 };

@@ -1,5 +1,6 @@
 #include "Views/Window/ContentView.h"
 
+#include "Core/Model/Apps.h"
 #include "Core/Model/Backups.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
@@ -9,9 +10,13 @@
 #include "Support/Model.h"
 #include "Support/OpenedAddresses.h"
 #include "Support/PublishedWriter.h"
+#include "Support/SampleApps.h"
 #include "Support/SampleHome.h"
 #include "Support/WholeWindow.h"
 #include "Support/Window.h"
+#include "Views/Browse/BrowseView.h"
+#include "Views/Browse/Outline/OutlineView.h"
+#include "Views/Cleanup/CleanupView.h"
 #include "Views/Components/Theme.h"
 #include "Views/Overview/OverviewView.h"
 #include "Views/Window/WindowStyle.h"
@@ -125,6 +130,33 @@ TEST_F(ContentViewTest, TellsBeforeTheFirstScanWhatTheSystemWillAsk) {
     open();
     EXPECT_TRUE(rescan()) << "only macOS asks";
     EXPECT_EQ(notice(), nullptr);
+}
+
+TEST_F(ContentViewTest, LeadsFromPageToPage) {
+    testing::makeBundle(home, "Applications/Acme.app");
+    open();
+    window->goTo({Section::Kind::apps});
+    ASSERT_TRUE(testing::eventually([&] { return !model->apps->isLoadingApps; }));
+    for (const auto &[key, modifier] :
+         {std::pair(Qt::Key_R, Qt::ControlModifier), std::pair(Qt::Key_F5, Qt::NoModifier)}) {
+        QTest::keyClick(window.get(), key, modifier);
+        EXPECT_TRUE(model->apps->isLoadingApps) << "its page reads the apps again";
+        EXPECT_EQ(window->currentSection(), Section{Section::Kind::apps});
+        ASSERT_TRUE(testing::eventually([&] { return !model->apps->isLoadingApps; }));
+    }
+
+    // A locked row opens in Browse: with a scan, or in the tree that is there.
+    window->goTo({Section::Kind::cleanup});
+    emit window->findChild<CleanupView *>()->browseAsked(FileURL(home.path()));
+    EXPECT_EQ(window->currentSection(), Section{Section::Kind::browse});
+    ASSERT_TRUE(testing::eventually([&] { return model->scan->tree != nullptr; }));
+    EXPECT_EQ(model->scan->tree->path(), home.path());
+    const FSNode *tree = model->scan->tree.get();
+    emit window->findChild<CleanupView *>()->browseAsked(FileURL(home.path("folder")));
+    EXPECT_EQ(model->scan->tree.get(), tree) << "it is not scanned again";
+    EXPECT_EQ(window->findChild<OutlineView *>("outline")->focusFolder()->path(), home.path("folder"));
+    emit window->findChild<BrowseView *>()->categoryAsked("photos");
+    EXPECT_EQ(window->currentSection(), (Section{Section::Kind::category, "photos"}));
 }
 
 TEST_F(ContentViewTest, OffersThePermissionUntilItIsGranted) {

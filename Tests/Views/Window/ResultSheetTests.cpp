@@ -4,6 +4,7 @@
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
 #include "Core/Removal/RemovalReport.h"
+#include "Core/Text/Formatting.h"
 #include "Support/HeldRemoval.h"
 #include "Support/Model.h"
 #include "Support/OpenedAddresses.h"
@@ -145,14 +146,18 @@ TEST_F(ResultInWindow, TellsTheOutcomeAndOffersTheAdministrator) {
     actions.privilegedRunError = PrivilegedRunError{"Not today."};
     page.goTo({Section::Kind::browse});
     page.show();
-    EXPECT_FALSE(isVisible("freedThisSession"));
+    EXPECT_FALSE(isVisible("movedToTrash"));
     model.scan.startScan(home.path());
     ASSERT_TRUE(testing::waitUntilScanned(model));
     FSNode &root = *model.scan->tree;
     model.removals.removeNodes({descendant(root, {"large"}), descendant(root, {"locked"})},
                                RemovalMode::trash);
     ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving() && alert() != nullptr; }));
-    EXPECT_TRUE(isVisible("freedThisSession"));
+    const std::string moved = Fmt::byteFormatter(model.removals->movedToTrashThisSession) +
+                              " moved to the Trash. The space is free once the Trash is emptied.";
+    EXPECT_EQ(text("movedToTrash"), moved);
+    EXPECT_EQ(labels(*alert(), "space"), std::vector{moved});
+    EXPECT_FALSE(isVisible("freedThisSession")) << "nothing is free yet";
     EXPECT_EQ(shown(*alert(), "resultSummary"), RemovalReport::summary(*model.removals->lastResult));
     EXPECT_EQ(itemsIn(*alert()), std::vector{locked});
 
@@ -203,6 +208,29 @@ TEST_F(ResultInWindow, TellsWhatCameMeanwhileOnceTheSheetInFrontHasEnded) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     EXPECT_TRUE(eventually([&] { return review() != nullptr; }));
+}
+
+TEST_F(ResultInWindow, TellsWhatDeletingHasFreed) {
+    page.show();
+    model.removals.removeCategoryEntries({{.url = FileURL(home.makeFile("file")), .size = 5'000}},
+                                         RemovalMode::deleteNow);
+    ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving() && alert() != nullptr; }));
+    EXPECT_EQ(labels(*alert(), "space"), std::vector<std::string>()) << "the summary says it";
+    EXPECT_EQ(text("freedThisSession"),
+              Fmt::byteFormatter(model.removals->deletedThisSession) + " freed this session");
+    EXPECT_FALSE(isVisible("movedToTrash"));
+
+    RemovalResult result{.succeeded = {FileURL("/a"), FileURL("/b")},
+                         .bytesFreed = 9'000,
+                         .bytesMovedToTrash = 5'000,
+                         .bytesDeleted = 4'000,
+                         .freeSpaceRemark = "A snapshot keeps it."};
+    const ResultSheet both(result, nullptr);
+    EXPECT_EQ(
+        labels(both, "space"),
+        (std::vector<std::string>{Fmt::byteFormatter(5'000) +
+                                      " moved to the Trash. The space is free once the Trash is emptied.",
+                                  Fmt::byteFormatter(4'000) + " freed.", "A snapshot keeps it."}));
 }
 
 } // namespace brimvale

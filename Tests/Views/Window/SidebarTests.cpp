@@ -105,20 +105,23 @@ TEST_F(SidebarTest, FooterShowsOnlyWhatThereIsToSay) {
         std::int64_t freed;
         bool hasAccess;
         QString update = {};
+        std::int64_t inTrash = 0;
     };
     for (const Case &one :
          {Case{false, 0, true}, Case{true, 0, true}, Case{false, 1, true}, Case{false, 0, false},
-          Case{true, 5000, false}, Case{false, 0, true, "Version 2 is available"}, Case{false, 0, true}}) {
+          Case{true, 5000, false}, Case{false, 0, true, "Version 2 is available"},
+          Case{false, 0, true, {}, 5000}, Case{false, 0, true}}) {
         footer.setVolume(one.hasVolume ? std::optional(volume) : std::nullopt);
-        footer.setFreed(one.freed);
+        footer.setFreed(one.freed, one.inTrash);
         footer.setHasFullDiskAccess(one.hasAccess);
         footer.setUpdate(one.update);
         EXPECT_EQ(isShown("update"), !one.update.isEmpty());
         EXPECT_EQ(isShown("volumeName"), one.hasVolume);
         EXPECT_EQ(isShown("freedThisSession"), one.freed > 0);
+        EXPECT_EQ(isShown("movedToTrash"), one.inTrash > 0);
         EXPECT_EQ(isShown("grantFullDiskAccess"), !one.hasAccess);
-        EXPECT_EQ(isShown("sidebarFooter"),
-                  one.hasVolume || one.freed > 0 || !one.hasAccess || !one.update.isEmpty());
+        EXPECT_EQ(isShown("sidebarFooter"), one.hasVolume || one.freed > 0 || one.inTrash > 0 ||
+                                                !one.hasAccess || !one.update.isEmpty());
     }
 }
 
@@ -132,6 +135,7 @@ TEST_F(SidebarTest, FooterTellsHowFullTheVolumeIs) {
              Case{1000, 250, 200, 0.75}, // what would be purged counts as free
              Case{1000, 0, 200, 0.8},    // a system that knows no purging
              Case{1000, 2000, 0, 0},     // more free than there is
+             Case{1000, 100, 200, 0.9},  // as on the Overview
              Case{0, 0, 0, 1},           // of unknown size
              Case{most, most, most, 0},  // as large as it gets
          }) {
