@@ -20,6 +20,7 @@ struct CleanupTarget {
     bool contentsOnly = true;       ///< the entries are the children of each root, never the root itself
     std::vector<CleanupEntry> entries = {}; ///< empty until measured
     bool scanned = false;
+    bool hasUnreadableRoot = false; ///< a root exists, but could not be listed when it was measured
 
     friend bool operator==(const CleanupTarget &, const CleanupTarget &) = default;
 };

@@ -61,9 +61,10 @@ struct OtherUsers {
 /// A category with its figures.
 struct MeasuredCategory {
     StorageCategory category;
-    std::int64_t size = 0; ///< allocated bytes
+    std::int64_t size = 0; ///< allocated bytes, without entries on other volumes
     std::vector<CleanupEntry> entries = {};
-    bool measured = false; ///< the figure is final
+    bool measured = false;          ///< the figure is final
+    bool hasUnreadableRoot = false; ///< a root exists, but could not be listed when it was measured
 
     friend bool operator==(const MeasuredCategory &, const MeasuredCategory &) = default;
 };

@@ -21,7 +21,8 @@ namespace {
 /// System Data is a remainder, so it needs the sizes of all other categories.
 MeasuredCategory measureOf(const StorageCategory &category, const StopFlag &cancelled) {
     if (category.measurement == CategoryMeasurement::measured)
-        return StorageCategories::measure(category, cancelled);
+        return StorageCategories::measure(category, cancelled, Host::current(), WalkPool::shared(),
+                                          FileURL("/"));
     const OverviewFigures figures = measureOverview(cancelled);
     return *std::find_if(figures.categories.begin(), figures.categories.end(),
                          [&](const MeasuredCategory &one) { return one.category.id == category.id; });
@@ -40,8 +41,10 @@ void writeCategory(Output &output, const MeasuredCategory &measured) {
     if (!measured.entries.empty())
         output.write("\n");
     writeEntryTable(output, measured.entries);
-    if (const auto sentence = StorageFigures::systemDataSentence({measured}))
-        output.write("\n" + *sentence + "\n");
+    for (const auto &sentence :
+         {StorageFigures::systemDataSentence({measured}), StorageFigures::elsewhereSentence(measured)})
+        if (sentence)
+            output.write("\n" + *sentence + "\n");
 }
 
 ExitStatus runCategory(const Arguments &arguments, Output &output) {

@@ -14,6 +14,7 @@ OverviewFigures measureOverview(const StopFlag &cancelled) {
                             StorageFigures::unmeasured(definitions)};
     std::vector<MeasuredCategory> &categories = figures.categories;
     std::vector<CleanupEntry> systemData;
+    const std::optional<VolumeInfo> root = VolumeInfo::root(figures.volumes);
     {
         StepProgress progress(definitions.size());
         systemData = StorageCategories::measureAll(
@@ -24,12 +25,12 @@ OverviewFigures measureOverview(const StopFlag &cancelled) {
                         one = measured;
                 progress.step();
             },
-            cancelled);
+            cancelled, Host::current(), WalkPool::shared(), root ? std::optional(root->url) : std::nullopt);
     }
     for (MeasuredCategory &one : categories)
         if (one.category.measurement == CategoryMeasurement::remainder)
             one.entries = systemData;
-    categories = StorageFigures::resolvingRemainder(std::move(categories), VolumeInfo::root(figures.volumes));
+    categories = StorageFigures::resolvingRemainder(std::move(categories), root);
     return figures;
 }
 

@@ -7,6 +7,7 @@
 #include "CommandLine/RemovalOperands.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
+#include "Core/Removal/FreeSpace.h"
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Removal/Remover.h"
 #include "Core/Scan/DiskScanner.h"
@@ -108,10 +109,15 @@ std::string question(const RemovalOperands &operands, const std::vector<CleanupE
 }
 
 RemovalResult removeBy(Route route, const std::vector<CleanupEntry> &entries, RemovalProgress &progress) {
-    if (route == Route::administrator)
-        return Remover::removeWithAdmin(entries);
+    std::vector<FileURL> urls;
+    for (const CleanupEntry &entry : entries)
+        urls.push_back(entry.url);
+    const FreeSpace space(urls, RemovalActions::platform());
     const RemovalMode mode = route == Route::deletion ? RemovalMode::deleteNow : RemovalMode::trash;
-    return Remover::remove(entries, mode, &progress);
+    RemovalResult result = route == Route::administrator ? Remover::removeWithAdmin(entries)
+                                                         : Remover::remove(entries, mode, &progress);
+    result.freeSpaceRemark = space.remarkOn(result.bytesDeleted);
+    return result;
 }
 
 void writeReasons(JsonWriter &json, std::string_view key, const std::vector<RemovalResult::Failure> &items) {
@@ -161,6 +167,8 @@ void report(Output &output, const RemovalResult &result, bool isJson) {
     output.write(RemovalReport::summary(result) + "\n");
     for (const RemovalResult::Failure &remark : result.remarks)
         output.write(terminalText(RemovalReport::failureLine(remark)) + "\n");
+    if (!result.freeSpaceRemark.empty())
+        output.write(result.freeSpaceRemark + "\n");
     output.flush();
     for (const RemovalResult::Failure &failure : result.failed)
         printError(terminalText(RemovalReport::failureLine(failure)));

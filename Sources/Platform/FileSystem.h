@@ -2,11 +2,22 @@
 
 #include "Base/StopFlag.h"
 
+#include <cstdint>
+#include <optional>
 #include <string>
 
 namespace brimvale {
 
-/// Questions and requests to the file system of an absolute path, for copying.
+/// Questions and requests to the file system of an absolute path.
+
+/// The free bytes of the file system of the existing item at `path`, including those reserved for the system.
+/// Nothing if they cannot be read.
+[[nodiscard]] std::optional<std::int64_t> freeSpace(const std::string &path);
+
+/// Which storage holds the existing folder at `path`: equal for folders that share their free space (a file
+/// system with its subvolumes, on a Mac the volumes of one container). Links are followed. Empty if it cannot
+/// be read.
+[[nodiscard]] std::string storageOf(const std::string &path);
 
 /// Writes everything in memory to the disk for the file system of the existing item at `path`, so that its
 /// figures are final. Errors are not reported: the copy then lacks the data and fails its check.

@@ -28,8 +28,9 @@ void analyze(const std::vector<InstalledApp> &apps, const std::function<void(App
         if (cancelled.isSet())
             return;
         const FileURL &bundle = apps[i].url;
-        AppFigures figures{bundle, DiskScanner::quickSize(bundle.path(), measuring, cancelled),
-                           finder.leftovers(apps[i], cancelled)};
+        const DiskScanner::QuickFigures size = DiskScanner::quickFigures(bundle.path(), measuring, cancelled);
+        AppFigures figures{bundle, size.bytes, finder.leftovers(apps[i], cancelled),
+                           size.freedBytes != size.bytes};
         const std::lock_guard guard(lock);
         if (!cancelled.isSet())
             use(std::move(figures));

@@ -16,6 +16,7 @@ struct AppFigures {
     FileURL url;                 ///< of the bundle
     std::int64_t bundleSize = 0; ///< allocated bytes
     std::vector<LeftoverItem> leftovers;
+    bool bundleHasLinkedFiles = false; ///< files with several names
 };
 
 /// Measures applications and finds their leftovers, many at a time.

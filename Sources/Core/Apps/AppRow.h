@@ -14,6 +14,7 @@ struct AppRow {
     std::int64_t bundleSize = 0; ///< allocated bytes; 0 until analysed
     std::vector<LeftoverItem> leftovers;
     bool analyzed = false;
+    bool bundleHasLinkedFiles = false; ///< files with several names
 
     friend bool operator==(const AppRow &, const AppRow &) = default;
 };

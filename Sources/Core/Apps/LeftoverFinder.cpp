@@ -13,7 +13,6 @@
 #include <optional>
 #include <string_view>
 #include <system_error>
-#include <tuple>
 #include <unordered_set>
 #include <utility>
 
@@ -96,11 +95,18 @@ std::vector<LeftoverItem> LeftoverFinder::leftovers(const InstalledApp &app,
         const std::optional<FileStatus> status = statusOfExisting(path);
         if (!status)
             return;
-        const std::int64_t size = DiskScanner::quickSize(path, measuring_, cancelled);
+        const DiskScanner::QuickFigures figures = DiskScanner::quickFigures(path, measuring_, cancelled);
         found.insert(path);
         const FileURL url(std::move(path));
-        items.push_back({url, category, confidence, size, requiresAdmin, status->kind == FileKind::directory,
-                         pinOf(url), confidence == MatchConfidence::exact && keys.isVague()});
+        items.push_back({.url = url,
+                         .category = category,
+                         .confidence = confidence,
+                         .size = figures.bytes,
+                         .requiresAdmin = requiresAdmin,
+                         .isFolder = status->kind == FileKind::directory,
+                         .pin = pinOf(url),
+                         .isVague = confidence == MatchConfidence::exact && keys.isVague(),
+                         .hasLinkedFiles = figures.freedBytes != figures.bytes});
     };
 
     if (!keys.identifier.empty())
@@ -114,9 +120,7 @@ std::vector<LeftoverItem> LeftoverFinder::leftovers(const InstalledApp &app,
             if (const std::optional<MatchConfidence> confidence = match(entry, rule, keys))
                 add(joinPath(rule.directory, entry.name), rule.category, *confidence, rule.requiresAdmin);
     }
-    std::stable_sort(items.begin(), items.end(), [](const LeftoverItem &a, const LeftoverItem &b) {
-        return std::tie(a.confidence, b.size) < std::tie(b.confidence, a.size);
-    });
+    sortLeftovers(items);
     return items;
 }
 

@@ -2,6 +2,9 @@
 
 #include "Catalogs/Words.h"
 
+#include <algorithm>
+#include <tuple>
+
 namespace brimvale {
 
 const char *title(MatchConfidence confidence) {
@@ -17,6 +20,12 @@ std::string explanation(MatchConfidence confidence) {
 
 std::string vagueWarning() {
     return "Others may own this: the app's identifier has no dot.";
+}
+
+void sortLeftovers(std::vector<LeftoverItem> &items) {
+    std::stable_sort(items.begin(), items.end(), [](const LeftoverItem &a, const LeftoverItem &b) {
+        return std::tie(a.confidence, b.size) < std::tie(b.confidence, a.size);
+    });
 }
 
 } // namespace brimvale

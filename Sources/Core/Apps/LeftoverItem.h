@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace brimvale {
 
@@ -35,8 +36,12 @@ struct LeftoverItem {
     std::optional<ItemPin> pin = {}; ///< the item as it was found; only this one is removed
     /// Claimed by an identifier without a dot ("com"), with which the names of other programs' files begin.
     bool isVague = false;
+    bool hasLinkedFiles = false;     ///< files with several names
 
     friend bool operator==(const LeftoverItem &, const LeftoverItem &) = default;
 };
+
+/// Sorts leftovers by confidence, then by size, the largest first; equal ones keep their order.
+void sortLeftovers(std::vector<LeftoverItem> &items);
 
 } // namespace brimvale

@@ -17,7 +17,11 @@ bool removesBundle(const AppRow &row, bool includeBundle) {
 } // namespace
 
 CleanupEntry entryOf(const LeftoverItem &item) {
-    return {.url = item.url, .size = item.size, .isFolder = item.isFolder, .pin = item.pin};
+    return {.url = item.url,
+            .size = item.size,
+            .isFolder = item.isFolder,
+            .pin = item.pin,
+            .hasLinkedFiles = item.hasLinkedFiles};
 }
 
 std::vector<CleanupEntry> entries(const AppRow &row, const std::vector<LeftoverItem> &leftovers,
@@ -27,8 +31,11 @@ std::vector<CleanupEntry> entries(const AppRow &row, const std::vector<LeftoverI
         entries.push_back(entryOf(leftover));
     if (removesBundle(row, includeBundle)) {
         const std::optional<ItemPin> &pin = row.app.pin; // the bundle can also be a link to a folder
-        entries.push_back(
-            {.url = row.app.url, .size = row.bundleSize, .isFolder = pin && pin->item.isFolder, .pin = pin});
+        entries.push_back({.url = row.app.url,
+                           .size = row.bundleSize,
+                           .isFolder = pin && pin->item.isFolder,
+                           .pin = pin,
+                           .hasLinkedFiles = row.bundleHasLinkedFiles});
     }
     return entries;
 }

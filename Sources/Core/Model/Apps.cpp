@@ -4,7 +4,6 @@
 #include "Core/Apps/AppInventory.h"
 #include "Core/Apps/Uninstall.h"
 #include "Core/Model/Removals.h"
-#include "Core/Model/RowMeasuring.h"
 #include "Core/Model/Workers.h"
 #include "Core/Scan/Counter.h"
 
@@ -16,18 +15,28 @@ namespace brimvale {
 
 namespace {
 
+/// Returns how many were dropped.
+std::size_t dropLeftovers(AppRow &row, const GonePaths &gone) {
+    return std::erase_if(row.leftovers,
+                         [&](const LeftoverItem &item) { return gone.contains(item.url, item.pin); });
+}
+
 /// Returns whether anything was dropped.
 bool dropApps(std::vector<AppRow> &rows, const GonePaths &gone) {
-    std::size_t dropped = std::erase_if(rows, [&](const AppRow &row) { return gone.contains(row.app.url); });
+    std::size_t dropped =
+        std::erase_if(rows, [&](const AppRow &row) { return gone.contains(row.app.url, row.app.pin); });
     for (AppRow &row : rows)
-        dropped +=
-            std::erase_if(row.leftovers, [&](const LeftoverItem &item) { return gone.contains(item.url); });
+        dropped += dropLeftovers(row, gone);
     return dropped > 0;
 }
 
 } // namespace
 
-Apps::Apps(Workers &workers, Removals &removals) : workers_(workers), removals_(removals) {}
+Apps::Apps(Workers &workers, Removals &removals)
+    : workers_(workers), removals_(removals),
+      rowMeasuring_(
+          workers, this, [this](const GonePaths &touched) { return rowsTouchedBy(touched); },
+          [this](const RowMeasuring::Rows &sizes) { updateRows(sizes); }) {}
 
 Apps::~Apps() {
     stop_.set();
@@ -48,7 +57,8 @@ void Apps::setIncludeSystemApps(bool include) {
 void Apps::loadApps() {
     if (state().isLoadingApps)
         return;
-    goneSinceBegin_ = partlyGoneSinceBegin_ = {};
+    goneSinceBegin_ = touchedSinceBegin_ = {};
+    rowMeasuring_.forget();
     update([](AppState &state) {
         state.isLoadingApps = true;
         state.appProgress = 0;
@@ -91,14 +101,12 @@ void Apps::show(const AppFigures &figures, double progress) {
     update([&](AppState &state) {
         for (AppRow &row : state.apps)
             if (row.app.url == figures.url) {
-                row = {row.app, figures.bundleSize, figures.leftovers, true};
-                std::erase_if(row.leftovers, [this](const LeftoverItem &item) {
-                    return goneSinceBegin_.contains(item.url);
-                });
+                row = {row.app, figures.bundleSize, figures.leftovers, true, figures.bundleHasLinkedFiles};
+                dropLeftovers(row, goneSinceBegin_);
             }
         state.appProgress = progress;
     });
-    measureRowsAgain(partlyGoneSinceBegin_);
+    rowMeasuring_.measureAgain(touchedSinceBegin_);
 }
 
 void Apps::uninstall(const InstalledApp &app, const std::vector<LeftoverItem> &leftovers, bool includeBundle,
@@ -118,33 +126,45 @@ void Apps::drop(const GonePaths &gone) {
     if (state().isLoadingApps)
         goneSinceBegin_.add(gone);
     update([&](AppState &state) { return dropApps(state.apps, gone); });
+    measureAgain(gone);
 }
 
 void Apps::measureAgain(const GonePaths &partlyGone) {
     if (state().isLoadingApps)
-        partlyGoneSinceBegin_.add(partlyGone);
-    measureRowsAgain(partlyGone);
+        touchedSinceBegin_.add(partlyGone);
+    rowMeasuring_.measureAgain(partlyGone);
 }
 
-void Apps::measureRowsAgain(const GonePaths &partlyGone) {
+std::vector<FileURL> Apps::rowsTouchedBy(const GonePaths &items) const {
     std::vector<FileURL> rows;
     for (const AppRow &row : state().apps) {
-        if (row.analyzed)
+        if (row.analyzed && items.touch(row.app.url, row.app.pin))
             rows.push_back(row.app.url);
         for (const LeftoverItem &item : row.leftovers)
-            rows.push_back(item.url);
+            if (items.touch(item.url, item.pin))
+                rows.push_back(item.url);
     }
-    RowMeasuring::measureAgain(
-        workers_, this, std::move(rows), partlyGone, [this](const RowMeasuring::Rows &sizes) {
-            drop(RowMeasuring::goneIn(sizes));
-            update([&](AppState &state) {
-                for (AppRow &row : state.apps) {
-                    RowMeasuring::update(sizes, row.app.url, row.bundleSize, row.app.pin);
-                    for (LeftoverItem &item : row.leftovers)
-                        RowMeasuring::update(sizes, item.url, item.size, item.pin);
+    return rows;
+}
+
+void Apps::updateRows(const RowMeasuring::Rows &sizes) {
+    update([&](AppState &state) {
+        dropApps(state.apps, RowMeasuring::goneIn(sizes));
+        for (AppRow &row : state.apps) {
+            if (const RowMeasuring::Shown *shown = RowMeasuring::find(sizes, row.app.url)) {
+                row.bundleSize = shown->size;
+                row.bundleHasLinkedFiles = shown->hasLinkedFiles;
+                row.app.pin = shown->pin;
+            }
+            for (LeftoverItem &item : row.leftovers)
+                if (const RowMeasuring::Shown *shown = RowMeasuring::find(sizes, item.url)) {
+                    item.size = shown->size;
+                    item.hasLinkedFiles = shown->hasLinkedFiles;
+                    item.pin = shown->pin;
                 }
-            });
-        });
+            sortLeftovers(row.leftovers);
+        }
+    });
 }
 
 } // namespace brimvale

@@ -3,6 +3,7 @@
 #include "Base/StopFlag.h"
 #include "Core/Apps/AppRow.h"
 #include "Core/Model/Part.h"
+#include "Core/Model/RowMeasuring.h"
 #include "Core/Removal/GonePaths.h"
 #include "Core/Removal/RemovalMode.h"
 
@@ -47,7 +48,8 @@ public:
     void uninstall(const InstalledApp &app, const std::vector<LeftoverItem> &leftovers, bool includeBundle,
                    RemovalMode mode);
 
-    /// Drops the rows of removed applications, and removed leftovers, including those still being analysed.
+    /// Drops the rows of removed applications, and removed leftovers, including those still being analysed,
+    /// and measures again what contains removed items. Announces only a change.
     void drop(const GonePaths &gone);
 
     /// Measures again, in the background, what shows items that were removed in part.
@@ -56,14 +58,16 @@ public:
 private:
     void list(const std::vector<InstalledApp> &found);
     void show(const AppFigures &figures, double progress);
-    void measureRowsAgain(const GonePaths &partlyGone);
+    [[nodiscard]] std::vector<FileURL> rowsTouchedBy(const GonePaths &items) const;
+    void updateRows(const RowMeasuring::Rows &sizes);
 
     Workers &workers_;
     Removals &removals_;
     StopFlag stop_; ///< of the running or the last analysis
+    RowMeasuring rowMeasuring_;
     // Since loading began:
     GonePaths goneSinceBegin_;
-    GonePaths partlyGoneSinceBegin_;
+    GonePaths touchedSinceBegin_;
 };
 
 } // namespace brimvale

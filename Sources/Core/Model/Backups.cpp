@@ -157,12 +157,16 @@ void Backups::removeConfirmed() {
     const auto show = [this](const std::string &status) {
         update([&](BackupState &state) { state.archiveStatus = status; });
     };
-    removals_.removeCategoryEntries([pending, show, context = QPointer<QObject>(this)](
-                                        RemovalProgress &progress, RemovalActions &actions) {
+    std::vector<FileURL> originals;
+    for (const CleanupEntry &entry : pending.entries)
+        originals.push_back(entry.url);
+    const auto remove = [pending, show, context = QPointer<QObject>(this)](RemovalProgress &progress,
+                                                                           RemovalActions &actions) {
         ReviewedRemoval removal = removeReviewed(pending, progress, actions);
         onMainThread(context, [show, status = statusOf(removal, pending)] { show(status); });
         return std::move(removal.result);
-    });
+    };
+    removals_.removeCategoryEntries(originals, remove);
 }
 
 void Backups::cancelPendingDeletion() {

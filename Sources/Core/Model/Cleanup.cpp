@@ -1,10 +1,10 @@
 #include "Core/Model/Cleanup.h"
 
-#include "Core/Model/RowMeasuring.h"
 #include "Core/Model/Workers.h"
 #include "Core/Scan/Counter.h"
 #include "Core/Storage/CleanupCatalog.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -15,13 +15,16 @@ namespace {
 /// Returns whether anything was dropped.
 bool dropEntries(CleanupTarget &target, const GonePaths &gone) {
     return std::erase_if(target.entries,
-                         [&](const CleanupEntry &entry) { return gone.contains(entry.url); }) > 0;
+                         [&](const CleanupEntry &entry) { return gone.contains(entry.url, entry.pin); }) > 0;
 }
 
 } // namespace
 
 Cleanup::Cleanup(Workers &workers)
-    : Part({.cleanupTargets = CleanupCatalog::definitions()}), workers_(workers) {}
+    : Part({.cleanupTargets = CleanupCatalog::definitions()}), workers_(workers),
+      rowMeasuring_(
+          workers, this, [this](const GonePaths &touched) { return entriesTouchedBy(touched); },
+          [this](const RowMeasuring::Rows &sizes) { updateEntries(sizes); }) {}
 
 Cleanup::~Cleanup() {
     stop_.set();
@@ -35,7 +38,10 @@ void Cleanup::stopMeasuring() {
 void Cleanup::measureCleanup() {
     if (state().isMeasuringCleanup)
         return;
-    goneSinceBegin_ = partlyGoneSinceBegin_ = {};
+    goneSinceBegin_ = touchedSinceBegin_ = {};
+    isTrashFilledSinceBegin_ = false;
+    rowMeasuring_.forget();
+    trashRun_.forget();
     update([](CleanupState &state) {
         state.isMeasuringCleanup = true;
         state.cleanupProgress = 0;
@@ -61,6 +67,9 @@ void Cleanup::measureCleanup() {
                 state.isMeasuringCleanup = false;
                 state.cleanupProgress = 1;
             });
+            goneSinceBegin_ = touchedSinceBegin_ = {};
+            if (isTrashFilledSinceBegin_)
+                listTrashAgain();
         });
 }
 
@@ -73,10 +82,11 @@ void Cleanup::show(CleanupTarget measured, double progress) {
                 target = measured;
         state.cleanupProgress = progress;
     });
-    measureRowsAgain(partlyGoneSinceBegin_);
+    rowMeasuring_.measureAgain(touchedSinceBegin_);
 }
 
 void Cleanup::drop(const GonePaths &gone) {
+    trashRun_.repeat();
     if (state().isMeasuringCleanup)
         goneSinceBegin_.add(gone);
     update([&](CleanupState &state) {
@@ -85,28 +95,48 @@ void Cleanup::drop(const GonePaths &gone) {
             hasDropped = dropEntries(target, gone) || hasDropped;
         return hasDropped;
     });
+    measureAgain(gone);
+}
+
+void Cleanup::listTrashAgain() {
+    isTrashFilledSinceBegin_ = true;
+    const auto trash = std::find_if(state().cleanupTargets.begin(), state().cleanupTargets.end(),
+                                    [](const CleanupTarget &one) { return one.id == "trash"; });
+    if (state().isMeasuringCleanup || trash == state().cleanupTargets.end() || !trash->scanned)
+        return;
+    trashRun_.start(
+        workers_, this,
+        [definition = *trash, cancelled = workers_.closing()] {
+            return CleanupCatalog::measure(definition, cancelled);
+        },
+        [this](CleanupTarget measured) {
+            if (!state().isMeasuringCleanup)
+                show(std::move(measured), state().cleanupProgress);
+        });
 }
 
 void Cleanup::measureAgain(const GonePaths &partlyGone) {
     if (state().isMeasuringCleanup)
-        partlyGoneSinceBegin_.add(partlyGone);
-    measureRowsAgain(partlyGone);
+        touchedSinceBegin_.add(partlyGone);
+    rowMeasuring_.measureAgain(partlyGone);
 }
 
-void Cleanup::measureRowsAgain(const GonePaths &partlyGone) {
-    std::vector<FileURL> rows;
+std::vector<FileURL> Cleanup::entriesTouchedBy(const GonePaths &items) const {
+    std::vector<FileURL> entries;
     for (const CleanupTarget &target : state().cleanupTargets)
         for (const CleanupEntry &entry : target.entries)
-            rows.push_back(entry.url);
-    RowMeasuring::measureAgain(workers_, this, std::move(rows), partlyGone,
-                               [this](const RowMeasuring::Rows &sizes) {
-                                   drop(RowMeasuring::goneIn(sizes));
-                                   update([&](CleanupState &state) {
-                                       for (CleanupTarget &target : state.cleanupTargets)
-                                           for (CleanupEntry &entry : target.entries)
-                                               RowMeasuring::update(sizes, entry.url, entry.size, entry.pin);
-                                   });
-                               });
+            if (items.touch(entry.url, entry.pin))
+                entries.push_back(entry.url);
+    return entries;
+}
+
+void Cleanup::updateEntries(const RowMeasuring::Rows &sizes) {
+    update([&](CleanupState &state) {
+        bool isChanged = false;
+        for (CleanupTarget &target : state.cleanupTargets)
+            isChanged = RowMeasuring::update(sizes, target.entries) || isChanged;
+        return isChanged;
+    });
 }
 
 } // namespace brimvale

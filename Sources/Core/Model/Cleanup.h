@@ -2,7 +2,9 @@
 
 #include "Base/StopFlag.h"
 #include "Catalogs/CleanupTarget.h"
+#include "Core/Model/LatestRun.h"
 #include "Core/Model/Part.h"
+#include "Core/Model/RowMeasuring.h"
 #include "Core/Removal/GonePaths.h"
 
 #include <vector>
@@ -34,21 +36,29 @@ public:
     /// Stops measuring soon. Targets that are not measured yet stay as they were before.
     void stopMeasuring();
 
-    /// Drops removed items from every target, including those still being measured.
+    /// Drops removed items from every target, including those still being measured, and measures the entries
+    /// again that contain removed items. Announces only a change.
     void drop(const GonePaths &gone);
+
+    /// Measures the target of the Trash again, in the background, if it is measured: items were moved there.
+    void listTrashAgain();
 
     /// Measures again, in the background, what shows items that were removed in part.
     void measureAgain(const GonePaths &partlyGone);
 
 private:
     void show(CleanupTarget measured, double progress);
-    void measureRowsAgain(const GonePaths &partlyGone);
+    [[nodiscard]] std::vector<FileURL> entriesTouchedBy(const GonePaths &items) const;
+    void updateEntries(const RowMeasuring::Rows &sizes);
 
     Workers &workers_;
     StopFlag stop_; ///< of the running or the last run
+    RowMeasuring rowMeasuring_;
+    LatestRun trashRun_;
     // Since measuring began:
     GonePaths goneSinceBegin_;
-    GonePaths partlyGoneSinceBegin_;
+    GonePaths touchedSinceBegin_;
+    bool isTrashFilledSinceBegin_ = false;
 };
 
 } // namespace brimvale

@@ -3,6 +3,7 @@
 #include "Core/Model/Apps.h"
 #include "Core/Model/Backups.h"
 #include "Core/Model/Cleanup.h"
+#include "Core/Model/ModelSources.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
 #include "Core/Model/Storage.h"
@@ -14,23 +15,27 @@ namespace brimvale {
 
 /// In the order in which they depend on each other.
 struct CorvelModel::Parts {
-    explicit Parts(RemovalActions &removalActions) : actions(removalActions) {}
+    Parts(RemovalActions &removalActions, const ModelSources &sources)
+        : actions(removalActions), volumes(workers, actions, sources.volumes),
+          storage(workers, volumes, sources.categories) {}
 
     RemovalActions &actions;
     Workers workers; // destroyed after the parts have cancelled their work
-    Volumes volumes{workers, actions};
+    Volumes volumes;
     ScanSession scan{workers, volumes};
     Removals removals{workers, actions, volumes, scan};
     Cleanup cleanup{workers};
-    Storage storage{workers, volumes};
+    Storage storage;
     Apps apps{workers, removals};
     Backups backups{workers, removals};
 };
 
 CorvelModel::CorvelModel() : CorvelModel(RemovalActions::platform()) {}
 
-CorvelModel::CorvelModel(RemovalActions &actions)
-    : parts_(std::make_unique<Parts>(actions)), volumes(parts_->volumes), scan(parts_->scan),
+CorvelModel::CorvelModel(RemovalActions &actions) : CorvelModel(actions, ModelSources()) {}
+
+CorvelModel::CorvelModel(RemovalActions &actions, const ModelSources &sources)
+    : parts_(std::make_unique<Parts>(actions, sources)), volumes(parts_->volumes), scan(parts_->scan),
       removals(parts_->removals), cleanup(parts_->cleanup), storage(parts_->storage), apps(parts_->apps),
       backups(parts_->backups) {
     QObject::connect(&removals, &Removals::gone, &apps, &Apps::drop);
@@ -45,8 +50,11 @@ CorvelModel::CorvelModel(RemovalActions &actions)
     QObject::connect(&removals, &Removals::replaced, &cleanup, &Cleanup::measureAgain);
     QObject::connect(&removals, &Removals::replaced, &storage, &Storage::measureAgain);
     QObject::connect(&removals, &Removals::replaced, &scan, &ScanSession::readPlacesAgain);
-    QObject::connect(&volumes, &Volumes::snapshotDeletionEnded, &storage,
-                     qOverload<>(&Storage::resolveRemainder));
+    QObject::connect(&volumes, &Volumes::wereRead, &storage, &Storage::resolveRemainder);
+    QObject::connect(&removals, &Removals::movedToTrash, &cleanup, &Cleanup::listTrashAgain);
+    QObject::connect(&removals, &Removals::movedToTrash, &cleanup, &Cleanup::measureAgain);
+    QObject::connect(&removals, &Removals::movedToTrash, &storage, &Storage::listTrashAgain);
+    QObject::connect(&removals, &Removals::movedToTrash, &storage, &Storage::measureAgain);
 }
 
 CorvelModel::~CorvelModel() = default;

@@ -12,6 +12,7 @@ class Removals;
 class ScanSession;
 class Storage;
 class Volumes;
+struct ModelSources;
 
 /// The application model. It owns the parts that pages read, listen to and call, and connects them: what a
 /// removal removes disappears from every part. Belongs to the main thread.
@@ -24,6 +25,7 @@ public:
     CorvelModel();
     /// `actions` carries out removals and must outlive the model.
     explicit CorvelModel(RemovalActions &actions);
+    CorvelModel(RemovalActions &actions, const ModelSources &sources);
     /// Cancels all running work and waits for it, even for a command run as administrator.
     ~CorvelModel();
     CorvelModel(const CorvelModel &) = delete;

@@ -4,8 +4,10 @@
 #include "Core/Model/ScanSession.h"
 #include "Core/Model/Volumes.h"
 #include "Core/Model/Workers.h"
+#include "Core/Removal/FreeSpace.h"
 #include "Core/Removal/NodesToRemove.h"
 #include "Core/Removal/Remover.h"
+#include "Platform/Host.h"
 
 #include <chrono>
 #include <utility>
@@ -15,6 +17,18 @@ namespace brimvale {
 namespace {
 
 constexpr std::chrono::milliseconds removalInterval{200};
+
+std::vector<FileURL> urlsOf(const std::vector<CleanupEntry> &entries) {
+    std::vector<FileURL> urls;
+    for (const CleanupEntry &entry : entries)
+        urls.push_back(entry.url);
+    return urls;
+}
+
+GonePaths trashFolders() {
+    const FileURL home = homeFolder();
+    return GonePaths({home.appending(".Trash"), home.appending(".local/share/Trash")});
+}
 
 } // namespace
 
@@ -44,17 +58,19 @@ void Removals::removeCategoryEntries(const std::vector<CleanupEntry> &entries, R
     remove(entries, mode, VolumesAreRead::afterGone);
 }
 
-void Removals::removeCategoryEntries(std::function<RemovalResult(RemovalProgress &, RemovalActions &)> work) {
-    begin(RemovalActivity::removing, VolumesAreRead::afterGone,
+void Removals::removeCategoryEntries(const std::vector<FileURL> &items,
+                                     std::function<RemovalResult(RemovalProgress &, RemovalActions &)> work) {
+    begin(RemovalActivity::removing, VolumesAreRead::afterGone, items,
           [work = std::move(work), &actions = actions_](RemovalProgress &progress) {
               return work(progress, actions);
           });
 }
 
 void Removals::remove(const std::vector<CleanupEntry> &entries, RemovalMode mode, VolumesAreRead when) {
-    begin(RemovalActivity::removing, when, [entries, mode, &actions = actions_](RemovalProgress &progress) {
-        return Remover::remove(entries, mode, &progress, actions);
-    });
+    begin(RemovalActivity::removing, when, urlsOf(entries),
+          [entries, mode, &actions = actions_](RemovalProgress &progress) {
+              return Remover::remove(entries, mode, &progress, actions);
+          });
 }
 
 void Removals::escalate(const std::vector<FileURL> &urls, const RemovalResult &of) {
@@ -64,7 +80,7 @@ void Removals::escalate(const std::vector<FileURL> &urls, const RemovalResult &o
         if (const auto pin = of.pins.find(url); pin != of.pins.end())
             entries.back().pin = pin->second;
     }
-    begin(RemovalActivity::asAdministrator, VolumesAreRead::beforeGone,
+    begin(RemovalActivity::asAdministrator, VolumesAreRead::beforeGone, urls,
           [entries, &actions = actions_](RemovalProgress &) {
               return Remover::removeWithAdmin(entries, actions);
           });
@@ -77,8 +93,8 @@ void Removals::stopRemoval() {
     update([](RemovalState &state) { state.removalActivity = RemovalActivity::stopping; });
 }
 
-/// Runs `work` in the background, unless another removal is running.
-void Removals::begin(RemovalActivity activity, VolumesAreRead when,
+/// Runs `work`, which removes the items, in the background, unless another removal is running.
+void Removals::begin(RemovalActivity activity, VolumesAreRead when, std::vector<FileURL> items,
                      std::function<RemovalResult(RemovalProgress &)> work) {
     if (isRemoving())
         return;
@@ -91,7 +107,15 @@ void Removals::begin(RemovalActivity activity, VolumesAreRead when,
     });
     timer_.start(removalInterval);
     workers_.run(
-        this, [work = std::move(work), progress = removal_->progress] { return outcomeOf(work(*progress)); },
+        this,
+        [work = std::move(work), items = std::move(items), progress = removal_->progress,
+         &actions = actions_] {
+            const FreeSpace space(items, actions);
+            RemovalResult result = work(*progress);
+            if (!progress->abandoned.isSet())
+                result.freeSpaceRemark = space.remarkOn(result.bytesDeleted);
+            return outcomeOf(std::move(result));
+        },
         [this](const Outcome &outcome) { conclude(outcome); });
 }
 
@@ -115,6 +139,8 @@ void Removals::conclude(const Outcome &outcome) {
         emit partlyGone(outcome.partlyGone);
     if (!outcome.replaced.isEmpty())
         emit replaced(outcome.replaced);
+    if (outcome.result.bytesMovedToTrash > 0)
+        emit movedToTrash(trashFolders());
     if (removal_->volumesAreRead == VolumesAreRead::afterGone)
         volumes_.refreshVolumes();
     removal_->isDone = true;

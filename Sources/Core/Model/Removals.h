@@ -67,8 +67,9 @@ public:
     /// Removes rows of storage categories. The volumes are read after `gone`.
     void removeCategoryEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode);
 
-    /// The same, with a removal of its own: `work` is called in the background.
-    void removeCategoryEntries(std::function<RemovalResult(RemovalProgress &, RemovalActions &)> work);
+    /// The same, with a removal of its own: `work` removes the items in the background.
+    void removeCategoryEntries(const std::vector<FileURL> &items,
+                               std::function<RemovalResult(RemovalProgress &, RemovalActions &)> work);
 
     /// Removes for good, as the administrator, what a removal has put into `needsAdmin`; only the items that
     /// this removal found, where its result is given. The volumes are read before `gone`.
@@ -90,6 +91,9 @@ signals:
     /// Emitted after `gone` if other items were in the places of those to be removed: every list that shows
     /// these places reads them again, so that the user sees what is there and can remove that.
     void replaced(const GonePaths &paths);
+    /// Emitted after `gone` if items were moved to the Trash, with the places where the Trash can be in the
+    /// home folder: lists that show these measure them again.
+    void movedToTrash(const GonePaths &trash);
     /// A removal has ended; another one can start.
     void ended();
 
@@ -105,7 +109,7 @@ private:
     };
 
     void remove(const std::vector<CleanupEntry> &entries, RemovalMode mode, VolumesAreRead when);
-    void begin(RemovalActivity activity, VolumesAreRead when,
+    void begin(RemovalActivity activity, VolumesAreRead when, std::vector<FileURL> items,
                std::function<RemovalResult(RemovalProgress &)> work);
     /// A result with the paths that it changes, found in the background.
     struct Outcome {

@@ -5,44 +5,67 @@
 #include "Core/Removal/Remover.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/ScanOptions.h"
+#include "Core/Storage/CleanupEntries.h"
 
 #include <utility>
 
-namespace brimvale::RowMeasuring {
+namespace brimvale {
 
 namespace {
 
-bool isTouched(const FileURL &row, const GonePaths &partlyGone) {
-    return partlyGone.contains(row) || partlyGone.reachInto(row);
-}
-
-Rows measure(const std::vector<FileURL> &items, const StopFlag &cancelled) {
+RowMeasuring::Rows measure(const std::vector<FileURL> &items, const StopFlag &cancelled) {
     const ScanOptions options = ScanOptions::standard();
-    Rows rows;
+    RowMeasuring::Rows rows;
     for (const FileURL &item : items) {
         if (cancelled.isSet())
             break;
         const auto [row, isNew] = rows.try_emplace(item);
-        if (isNew && !Remover::isGone(item))
-            row->second =
-                Shown{DiskScanner::quickSize(item.path(), options, cancelled), pinOf(item.standardized())};
+        if (!isNew || Remover::isGone(item))
+            continue;
+        const DiskScanner::QuickFigures figures = DiskScanner::quickFigures(item.path(), options, cancelled);
+        row->second = RowMeasuring::Shown{figures.bytes, pinOf(item.standardized()),
+                                          figures.freedBytes != figures.bytes};
     }
     return rows;
 }
 
 } // namespace
 
-void measureAgain(Workers &workers, QObject *context, std::vector<FileURL> rows, const GonePaths &partlyGone,
-                  std::function<void(const Rows &)> use) {
-    std::erase_if(rows, [&](const FileURL &row) { return !isTouched(row, partlyGone); });
-    if (rows.empty())
-        return;
-    workers.run(
-        context, [rows = std::move(rows), cancelled = workers.closing()] { return measure(rows, cancelled); },
-        std::move(use));
+RowMeasuring::RowMeasuring(Workers &workers, QObject *context, Find find,
+                           std::function<void(const Rows &)> use)
+    : workers_(workers), context_(context), find_(std::move(find)), use_(std::move(use)) {}
+
+void RowMeasuring::measureAgain(const GonePaths &touched) {
+    waiting_.add(touched);
+    if (!isRunning_)
+        begin();
 }
 
-GonePaths goneIn(const Rows &rows) {
+void RowMeasuring::begin() {
+    std::vector<FileURL> rows = find_(std::exchange(waiting_, {}));
+    if (rows.empty())
+        return;
+    isRunning_ = true;
+    workers_.run(
+        context_,
+        [rows = std::move(rows), cancelled = workers_.closing()] { return measure(rows, cancelled); },
+        [this, run = ++run_](const Rows &measured) {
+            if (run != run_)
+                return;
+            isRunning_ = false;
+            use_(measured);
+            if (!isRunning_ && !waiting_.isEmpty())
+                begin();
+        });
+}
+
+void RowMeasuring::forget() {
+    ++run_;
+    isRunning_ = false;
+    waiting_ = {};
+}
+
+GonePaths RowMeasuring::goneIn(const Rows &rows) {
     std::vector<FileURL> gone;
     for (const auto &[item, shown] : rows)
         if (!shown)
@@ -50,13 +73,27 @@ GonePaths goneIn(const Rows &rows) {
     return GonePaths(std::move(gone));
 }
 
-bool update(const Rows &rows, const FileURL &row, std::int64_t &size, std::optional<ItemPin> &pin) {
-    const auto measured = rows.find(row);
-    if (measured == rows.end() || !measured->second)
+bool RowMeasuring::update(const Rows &rows, std::vector<CleanupEntry> &entries, std::int64_t minimum) {
+    bool isChanged = false;
+    const auto dropped = std::erase_if(entries, [&](CleanupEntry &entry) {
+        const auto measured = rows.find(entry.url);
+        if (measured == rows.end())
+            return false;
+        if (!measured->second || measured->second->size < minimum)
+            return true;
+        isChanged = isChanged || entry.size != measured->second->size;
+        entry.size = measured->second->size;
+        entry.pin = measured->second->pin;
+        entry.hasLinkedFiles = measured->second->hasLinkedFiles;
         return false;
-    size = measured->second->size;
-    pin = measured->second->pin;
-    return true;
+    });
+    CleanupEntries::sort(entries);
+    return isChanged || dropped > 0;
 }
 
-} // namespace brimvale::RowMeasuring
+const RowMeasuring::Shown *RowMeasuring::find(const Rows &rows, const FileURL &row) {
+    const auto measured = rows.find(row);
+    return measured == rows.end() || !measured->second ? nullptr : &*measured->second;
+}
+
+} // namespace brimvale

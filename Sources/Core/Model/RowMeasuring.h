@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/FileURL.h"
+#include "Catalogs/CleanupEntry.h"
 #include "Core/Removal/GonePaths.h"
 #include "Platform/OpenedItem.h"
 
@@ -15,29 +16,54 @@ namespace brimvale {
 
 class Workers;
 
-/// The rows of the lists whose items a removal has deleted only in part, or has found replaced.
-namespace RowMeasuring {
+/// Measures the rows of one list again after removals: those that show an item of which only a part is gone,
+/// or one inside or around a removed item.
+class RowMeasuring {
+public:
+    /// What a row shows now.
+    struct Shown {
+        std::int64_t size = 0; ///< allocated bytes
+        std::optional<ItemPin> pin = {};
+        bool hasLinkedFiles = false;
+    };
 
-/// What a row shows now.
-struct Shown {
-    std::int64_t size = 0; ///< allocated bytes
-    std::optional<ItemPin> pin = {};
+    /// Rows with what they show; nothing for items that no longer exist.
+    using Rows = std::unordered_map<FileURL, std::optional<Shown>>;
+
+    /// The rows that show one of these items, or an item inside or around one.
+    using Find = std::function<std::vector<FileURL>(const GonePaths &touched)>;
+
+    /// `use` gets the measured rows on the main thread, unless `context` is destroyed first. `workers` must
+    /// outlive it.
+    RowMeasuring(Workers &workers, QObject *context, Find find, std::function<void(const Rows &)> use);
+
+    /// Measures the rows that these items touch, in the background, each once. Runs follow each other, so no
+    /// older size replaces a newer one.
+    void measureAgain(const GonePaths &touched);
+
+    /// Drops running and waiting work, because all rows are about to be measured anyway.
+    void forget();
+
+    /// The rows that no longer exist.
+    [[nodiscard]] static GonePaths goneIn(const Rows &rows);
+
+    /// Gives the measured ones among the entries their sizes, drops those that are gone or have fewer than
+    /// `minimum` bytes, and sorts them like a new measurement. Returns whether anything has changed.
+    static bool update(const Rows &rows, std::vector<CleanupEntry> &entries, std::int64_t minimum = 1);
+
+    /// What the row shows now; null if it was not measured or does not exist.
+    [[nodiscard]] static const Shown *find(const Rows &rows, const FileURL &row);
+
+private:
+    void begin();
+
+    Workers &workers_;
+    QObject *context_;
+    Find find_;
+    std::function<void(const Rows &)> use_;
+    GonePaths waiting_; ///< touched since the running run began
+    bool isRunning_ = false;
+    int run_ = 0; ///< the number of the latest run
 };
-
-/// Rows with what they show; nothing for items that no longer exist.
-using Rows = std::unordered_map<FileURL, std::optional<Shown>>;
-
-/// Measures those of the rows in the background that show one of these items, or an item inside or around
-/// one, each once. Then calls `use` on the main thread, unless there is no such row or `context` is gone.
-void measureAgain(Workers &workers, QObject *context, std::vector<FileURL> rows, const GonePaths &partlyGone,
-                  std::function<void(const Rows &)> use);
-
-/// The rows that no longer exist.
-[[nodiscard]] GonePaths goneIn(const Rows &rows);
-
-/// Sets the size and the pin of a row to those of now, if it was measured and exists; returns whether it was.
-bool update(const Rows &rows, const FileURL &row, std::int64_t &size, std::optional<ItemPin> &pin);
-
-} // namespace RowMeasuring
 
 } // namespace brimvale

@@ -51,8 +51,8 @@ ScanSession::ScanSession(Workers &workers, Volumes &volumes)
 ScanSession::~ScanSession() {
     for (const std::shared_ptr<Walk> &walk : walks_)
         walk->stats->cancel();
-    for (const std::shared_ptr<ScanStats> &stats : rescans_)
-        stats->cancel();
+    if (rescan_ != nullptr)
+        rescan_->stats->cancel();
 }
 
 void ScanSession::chooseScanRoot(std::string path) {
@@ -95,9 +95,8 @@ void ScanSession::startScan(std::optional<std::string> path) {
             finishScan(found);
             if (found == nullptr)
                 return;
-            dropFromTree(walk->gone);
-            if (state().tree == found)
-                scanAgain(foldersAt(*found, walk->partlyGone));
+            walk->partlyGone.add(dropFromTree(walk->gone));
+            scanAgain(walk->partlyGone);
         });
 }
 
@@ -148,7 +147,7 @@ void ScanSession::setTree(std::shared_ptr<FSNode> tree) {
     if (tree == state().tree)
         return;
     waiting_.clear(); // they belong to the earlier tree
-    dropping_ = {};
+    dropping_ = toScanAgain_ = {};
     std::shared_ptr<FSNode> earlier = std::exchange(unannounced().tree, std::move(tree));
     emit treeChanged();
     if (earlier != nullptr)
@@ -158,12 +157,21 @@ void ScanSession::setTree(std::shared_ptr<FSNode> tree) {
 void ScanSession::drop(const GonePaths &gone) {
     for (const std::shared_ptr<Walk> &walk : walks_)
         walk->gone.add(gone);
-    dropFromTree(gone);
+    if (rescan_ != nullptr)
+        rescan_->gone.add(gone);
+    scanAgain(dropFromTree(gone));
 }
 
-void ScanSession::dropFromTree(const GonePaths &gone) {
+/// Returns the folders that must be scanned again, because the removed items had no nodes.
+GonePaths ScanSession::dropFromTree(const GonePaths &gone) {
     if (state().tree == nullptr)
-        return;
+        return {};
+    GonePaths folders(foldersMissing(*state().tree, gone));
+    dropNodes(gone);
+    return folders;
+}
+
+void ScanSession::dropNodes(const GonePaths &gone) {
     if (!isDropping_)
         dropping_ = {};
     dropping_.add(gone);
@@ -190,90 +198,93 @@ void ScanSession::detachSlice() {
     }
     isDropping_ = false;
     workers_.dispose(std::exchange(detached_, {}));
+    emit changed();
     emit dropped();
 }
 
-/// Detaches a node and subtracts its size and files from all its ancestors. Logical sizes and numbers of
-/// folders stay unchanged.
+/// Detaches a node and subtracts it from all its ancestors. Their logical sizes and numbers of folders stay
+/// as the scan found them; what is left of these is counted beside.
 void ScanSession::detach(FSNode &node) {
     FSNode *parent = node.parent();
     emit nodeAboutToBeDetached(&node);
+    node.subtractFromAncestors();
+    countFiles(-node.fileCount);
     detached_.push_back(parent->release(node));
-    for (FSNode *folder = parent; folder != nullptr; folder = folder->parent()) {
-        folder->size -= node.size;
-        folder->fileCount -= node.fileCount;
-    }
     emit nodeDetached(&node);
 }
 
 void ScanSession::measureAgain(const GonePaths &partlyGone) {
     for (const std::shared_ptr<Walk> &walk : walks_)
         walk->partlyGone.add(partlyGone);
-    if (state().tree != nullptr)
-        scanAgain(foldersAt(*state().tree, partlyGone));
+    scanAgain(partlyGone);
 }
 
 void ScanSession::readPlacesAgain(const GonePaths &replaced) {
     if (state().tree == nullptr)
         return;
     const FileURL root(state().tree->path());
-    std::vector<FileURL> folders;
+    std::vector<FileURL> places;
     for (const FileURL &place : replaced.outermost()) {
         const FileURL parent = place.parent();
-        folders.push_back(parent == root ? place : parent);
+        places.push_back(parent == root ? place : parent);
     }
-    measureAgain(GonePaths(std::move(folders)));
-    std::vector<FSNode *> files;
-    for (const std::unique_ptr<FSNode> &child : state().tree->children())
-        if (!child->isDirectory && !child->isAggregate && replaced.contains(FileURL(child->path())))
-            files.push_back(child.get());
-    scanAgain(files);
+    measureAgain(GonePaths(std::move(places)));
 }
 
-void ScanSession::scanAgain(const std::vector<FSNode *> &nodes) {
-    if (nodes.empty())
+/// One rescan follows the other, so no older contents replace newer ones.
+void ScanSession::scanAgain(const GonePaths &items) {
+    toScanAgain_.add(items);
+    if (rescan_ == nullptr)
+        beginRescan();
+}
+
+void ScanSession::beginRescan() {
+    const GonePaths items = std::exchange(toScanAgain_, {});
+    if (state().tree == nullptr || items.isEmpty())
         return;
-    Rescan rescan{state().tree, {}};
-    for (const FSNode *node : nodes)
-        rescan.places.emplace_back(node->path(), nullptr);
-    const auto stats = std::make_shared<ScanStats>();
-    rescans_.push_back(stats);
+    ScannedPlaces places;
+    for (const FSNode *node : nodesAt(*state().tree, items))
+        places.emplace_back(node->path(), nullptr);
+    if (places.empty())
+        return;
+    rescan_ = std::make_shared<Rescan>(Rescan{.tree = state().tree});
     workers_.run(
         this,
-        [rescan = std::move(rescan), rootPath = state().tree->path(), stats]() mutable {
-            for (auto &[path, found] : rescan.places)
+        [places = std::move(places), rootPath = state().tree->path(), stats = rescan_->stats]() mutable {
+            for (auto &[path, found] : places)
                 found = scannedAgain(path.path(), rootPath, *stats);
-            return std::move(rescan);
+            return std::move(places);
         },
-        [this, stats](Rescan done) {
-            std::erase(rescans_, stats);
-            replace(std::move(done));
-        });
+        [this](ScannedPlaces found) { endRescan(std::move(found)); });
 }
 
-void ScanSession::replace(Rescan rescan) {
-    if (state().tree == nullptr || rescan.tree.lock() != state().tree)
-        return;
-    if (isDropping_) { // of the nodes that wait, some may be in these folders
+void ScanSession::endRescan(ScannedPlaces found) {
+    if (isDropping_) { // of the nodes that wait, some may be in these places
         QTimer::singleShot(sliceOfDetaching, this,
-                           [this, rescan = std::move(rescan)]() mutable { replace(std::move(rescan)); });
+                           [this, found = std::move(found)]() mutable { endRescan(std::move(found)); });
         return;
     }
+    const std::shared_ptr<Rescan> done = std::exchange(rescan_, nullptr);
+    if (state().tree != nullptr && done->tree.lock() == state().tree) {
+        replace(found);
+        scanAgain(dropFromTree(done->gone));
+    }
+    workers_.dispose(std::move(found));
+    if (rescan_ == nullptr)
+        beginRescan();
+}
+
+void ScanSession::replace(const ScannedPlaces &places) {
     std::vector<FileURL> gone;
-    for (const auto &[path, found] : rescan.places) {
-        // Looked for by their path, because a node may have left the tree since.
-        const bool isRoot = path.path() == state().tree->path();
-        for (FSNode *node :
-             isRoot ? std::vector{state().tree.get()} : goneNodes(*state().tree, GonePaths({path}))) {
+    for (const auto &[path, found] : places)
+        for (FSNode *node : nodesAt(*state().tree, GonePaths({path}))) { // it may have left the tree since
             if (found != nullptr && found->isDirectory == node->isDirectory)
                 replaceContents(*node, *found);
             else
                 gone.push_back(path);
         }
-    }
     if (!gone.empty())
         drop(GonePaths(std::move(gone)));
-    workers_.dispose(std::move(rescan.places));
 }
 
 void ScanSession::replaceContents(FSNode &folder, FSNode &found) {
@@ -283,13 +294,17 @@ void ScanSession::replaceContents(FSNode &folder, FSNode &found) {
     emit nodesAboutToBeDetached(children);
     emit contentsAboutToBeReplaced(&folder);
     folder.swapContents(found);
-    for (FSNode *above = folder.parent(); above != nullptr; above = above->parent()) {
-        above->size += folder.size - found.size;
-        above->logicalSize += folder.logicalSize - found.logicalSize;
-        above->fileCount += folder.fileCount - found.fileCount;
-        above->dirCount += folder.dirCount - found.dirCount;
-    }
+    countFiles(folder.fileCount - found.fileCount);
     emit contentsReplaced(&folder);
+    emit changed();
+}
+
+/// Keeps the figures of the finished scan equal to those of its tree.
+void ScanSession::countFiles(std::int64_t more) {
+    if (state().isScanning)
+        return;
+    unannounced().scanFiles += more;
+    unannounced().scanBytes = state().tree->size;
 }
 
 } // namespace brimvale

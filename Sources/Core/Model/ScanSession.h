@@ -4,6 +4,7 @@
 #include "Core/Model/Part.h"
 #include "Core/Removal/GonePaths.h"
 #include "Core/Scan/FSNode.h"
+#include "Core/Scan/ScanStats.h"
 
 #include <QTimer>
 #include <chrono>
@@ -16,7 +17,6 @@
 
 namespace brimvale {
 
-class ScanStats;
 class Volumes;
 class Workers;
 
@@ -58,7 +58,8 @@ public:
     void finishScan(const std::shared_ptr<FSNode> &found);
 
     /// Drops removed nodes from the tree, and from the tree of a running scan when it arrives. Does little
-    /// work at once, and much work in slices from the event loop.
+    /// work at once, and much work in slices from the event loop. Where a removed item had no node, its
+    /// folder is scanned again in the background.
     void drop(const GonePaths &gone);
 
     /// Scans folders that were removed in part again, in the background, and replaces their contents in the
@@ -97,20 +98,27 @@ private:
         GonePaths partlyGone = {};
     };
 
-    /// Folders scanned again, with their new nodes; null where there is no folder any more.
+    /// Places scanned again, with their new nodes; null where there is no file or folder any more.
+    using ScannedPlaces = std::vector<std::pair<FileURL, std::shared_ptr<FSNode>>>;
+
     struct Rescan {
-        std::weak_ptr<FSNode> tree; ///< the one that showed them
-        std::vector<std::pair<FileURL, std::shared_ptr<FSNode>>> places;
+        std::weak_ptr<FSNode> tree; ///< the one that showed the places
+        std::shared_ptr<ScanStats> stats = std::make_shared<ScanStats>();
+        GonePaths gone = {}; ///< since it began
     };
 
     void pollScan();
     void setTree(std::shared_ptr<FSNode> tree);
     [[nodiscard]] double elapsed() const;
-    void dropFromTree(const GonePaths &gone);
+    GonePaths dropFromTree(const GonePaths &gone);
+    void dropNodes(const GonePaths &gone);
+    void countFiles(std::int64_t more);
     void detachSlice();
     void detach(FSNode &node);
-    void scanAgain(const std::vector<FSNode *> &nodes);
-    void replace(Rescan rescan);
+    void scanAgain(const GonePaths &items);
+    void beginRescan();
+    void endRescan(ScannedPlaces found);
+    void replace(const ScannedPlaces &folders);
     void replaceContents(FSNode &folder, FSNode &found);
 
     Workers &workers_;
@@ -118,8 +126,9 @@ private:
     std::shared_ptr<ScanStats> scanStats_;
     QTimer progressTimer_;
     std::optional<std::chrono::steady_clock::time_point> scanStart_;
-    std::vector<std::shared_ptr<Walk>> walks_;        ///< still running, including superseded ones
-    std::vector<std::shared_ptr<ScanStats>> rescans_; ///< the running ones of single folders
+    std::vector<std::shared_ptr<Walk>> walks_; ///< still running, including superseded ones
+    std::shared_ptr<Rescan> rescan_;           ///< of single places; null if none is running
+    GonePaths toScanAgain_;                    ///< when it has ended
 
     // State of dropping removed nodes:
     bool isDropping_ = false;

@@ -19,32 +19,35 @@ namespace {
 /// Sets a category's size after its rows have changed.
 void addUp(MeasuredCategory &category) {
     if (category.category.measurement == CategoryMeasurement::measured)
-        category.size = CleanupEntries::totalSize(category.entries);
+        category.size = CleanupEntries::sizeHere(category.entries);
 }
 
 /// Drops removed rows from a category, and returns whether there were any.
 bool dropRows(MeasuredCategory &category, const GonePaths &gone) {
-    const auto dropped =
-        std::erase_if(category.entries, [&](const CleanupEntry &entry) { return gone.contains(entry.url); });
+    const auto dropped = std::erase_if(
+        category.entries, [&](const CleanupEntry &entry) { return gone.contains(entry.url, entry.pin); });
     if (dropped > 0)
         addUp(category);
     return dropped > 0;
 }
 
-/// Gives the rows of a category their sizes as measured again.
-void updateRows(MeasuredCategory &category, const RowMeasuring::Rows &sizes) {
-    bool isChanged = false;
-    for (CleanupEntry &entry : category.entries)
-        isChanged = RowMeasuring::update(sizes, entry.url, entry.size, entry.pin) || isChanged;
-    if (isChanged)
-        addUp(category);
+/// Gives the rows of a category their sizes as measured again, and drops those that have become too small.
+bool updateRowsOf(MeasuredCategory &category, const RowMeasuring::Rows &sizes) {
+    if (!RowMeasuring::update(sizes, category.entries, StorageCategories::smallestRow(category.category)))
+        return false;
+    addUp(category);
+    return true;
 }
 
-/// System Data without figures, after a run that was stopped.
-void clearRemainder(std::vector<MeasuredCategory> &categories) {
+/// Leaves System Data without figures, after a run that was stopped. Returns whether it had any.
+bool clearRemainder(std::vector<MeasuredCategory> &categories) {
+    bool hadFigures = false;
     for (MeasuredCategory &one : categories)
-        if (one.category.measurement == CategoryMeasurement::remainder)
+        if (one.category.measurement == CategoryMeasurement::remainder) {
+            hadFigures = hadFigures || one.measured;
             one = {.category = one.category};
+        }
+    return hadFigures;
 }
 
 std::int64_t countMeasured(const std::vector<StorageCategory> &categories) {
@@ -55,9 +58,12 @@ std::int64_t countMeasured(const std::vector<StorageCategory> &categories) {
 
 } // namespace
 
-Storage::Storage(Workers &workers, const Volumes &volumes)
-    : Part({.categories = StorageFigures::unmeasured(StorageCategories::all())}), workers_(workers),
-      volumes_(volumes) {}
+Storage::Storage(Workers &workers, Volumes &volumes, Definitions definitions)
+    : Part({.categories = StorageFigures::unmeasured(definitions())}), workers_(workers), volumes_(volumes),
+      definitions_(std::move(definitions)),
+      rowMeasuring_(
+          workers, this, [this](const GonePaths &touched) { return rowsTouchedBy(touched); },
+          [this](const RowMeasuring::Rows &sizes) { updateRows(sizes); }) {}
 
 Storage::~Storage() {
     stop_.set();
@@ -84,27 +90,36 @@ std::int64_t Storage::systemDataAccounted() const {
 }
 
 bool Storage::hasFigures() const {
-    return state().isMeasuringCategories ||
-           std::any_of(state().categories.begin(), state().categories.end(),
+    return std::any_of(state().categories.begin(), state().categories.end(),
                        [](const MeasuredCategory &one) { return one.measured; });
 }
 
-void Storage::resolveRemainder(StorageState &state) const {
-    if (state.wasStopped)
-        return clearRemainder(state.categories);
-    state.categories = StorageFigures::resolvingRemainder(std::move(state.categories), volumes_.rootVolume());
+/// Returns whether a figure has changed.
+bool Storage::resolveRemainderIn(StorageState &state) const {
+    return state.wasStopped ? clearRemainder(state.categories)
+                            : StorageFigures::resolveRemainder(state.categories, volumes_.rootVolume());
 }
 
 void Storage::resolveRemainder() {
     if (hasFigures())
-        update([this](StorageState &state) { resolveRemainder(state); });
+        update([this](StorageState &state) { return resolveRemainderIn(state); });
+}
+
+/// The volume whose space the categories divide.
+std::optional<FileURL> Storage::measuredVolume() const {
+    const std::optional<VolumeInfo> root = volumes_.rootVolume();
+    return root ? std::optional(root->url) : std::nullopt;
 }
 
 void Storage::measureCategories() {
     if (state().isMeasuringCategories)
         return;
-    goneSinceBegin_ = partlyGoneSinceBegin_ = {};
-    const std::vector<StorageCategory> all = StorageCategories::all();
+    goneSinceBegin_ = touchedSinceBegin_ = {};
+    isTrashFilledSinceBegin_ = false;
+    rowMeasuring_.forget();
+    trashRun_.forget();
+    volumes_.refreshVolumes();
+    const std::vector<StorageCategory> all = definitions_();
     update([&](StorageState &state) {
         state.isMeasuringCategories = true;
         state.wasStopped = false;
@@ -114,7 +129,7 @@ void Storage::measureCategories() {
     stop_ = StopFlag();
     workers_.run(
         this,
-        [this, context = QPointer<QObject>(this), all, cancelled = stop_] {
+        [this, context = QPointer<QObject>(this), all, volume = measuredVolume(), cancelled = stop_] {
             const auto completed = std::make_shared<Counter>();
             const auto total = static_cast<double>(countMeasured(all));
             const auto finished = [&](MeasuredCategory measured) {
@@ -124,7 +139,8 @@ void Storage::measureCategories() {
                     show(std::move(measured), static_cast<double>(completed->add(1)) / total);
                 });
             };
-            return StorageCategories::measureAll(all, finished, cancelled);
+            return StorageCategories::measureAll(all, finished, cancelled, Host::current(),
+                                                 WalkPool::shared(), volume);
         },
         [this](std::vector<CleanupEntry> rows) { finish(std::move(rows)); });
 }
@@ -136,63 +152,89 @@ void Storage::show(MeasuredCategory measured, double progress) {
         for (MeasuredCategory &one : state.categories)
             if (one.category.id == measured.category.id)
                 one = measured;
-        resolveRemainder(state);
+        resolveRemainderIn(state);
         state.categoryProgress = progress;
     });
-    measureRowsAgain(partlyGoneSinceBegin_);
+    rowMeasuring_.measureAgain(touchedSinceBegin_);
 }
 
 void Storage::finish(std::vector<CleanupEntry> rows) {
     update([&](StorageState &state) {
         state.isMeasuringCategories = false;
         state.wasStopped = stop_.isSet();
-        if (state.wasStopped)
-            return resolveRemainder(state);
+        if (state.wasStopped) {
+            clearRemainder(state.categories);
+            return;
+        }
         for (MeasuredCategory &one : state.categories)
             if (one.category.measurement == CategoryMeasurement::remainder) {
                 one.entries = std::move(rows);
                 dropRows(one, goneSinceBegin_);
                 break;
             }
-        resolveRemainder(state);
+        resolveRemainderIn(state);
         state.lastCategoryScan = now();
         state.categoryProgress = 1;
     });
-    measureRowsAgain(partlyGoneSinceBegin_);
+    rowMeasuring_.measureAgain(touchedSinceBegin_);
+    goneSinceBegin_ = touchedSinceBegin_ = {};
+    if (isTrashFilledSinceBegin_)
+        listTrashAgain();
 }
 
 void Storage::drop(const GonePaths &gone) {
+    trashRun_.repeat();
     if (state().isMeasuringCategories)
         goneSinceBegin_.add(gone);
-    if (!hasFigures())
+    if (hasFigures())
+        update([&](StorageState &state) {
+            bool isChanged = false;
+            for (MeasuredCategory &one : state.categories)
+                isChanged = dropRows(one, gone) || isChanged;
+            return resolveRemainderIn(state) || isChanged;
+        });
+    measureAgain(gone);
+}
+
+void Storage::listTrashAgain() {
+    isTrashFilledSinceBegin_ = true;
+    const MeasuredCategory *trash = category("trash");
+    if (state().isMeasuringCategories || trash == nullptr || !trash->measured)
         return;
-    update([&](StorageState &state) {
-        for (MeasuredCategory &one : state.categories)
-            dropRows(one, gone);
-        resolveRemainder(state);
-    });
+    trashRun_.start(
+        workers_, this,
+        [definition = trash->category, volume = measuredVolume(), cancelled = workers_.closing()] {
+            return StorageCategories::measure(definition, cancelled, Host::current(), WalkPool::shared(),
+                                              volume);
+        },
+        [this](MeasuredCategory measured) {
+            if (!state().isMeasuringCategories)
+                show(std::move(measured), state().categoryProgress);
+        });
 }
 
 void Storage::measureAgain(const GonePaths &partlyGone) {
     if (state().isMeasuringCategories)
-        partlyGoneSinceBegin_.add(partlyGone);
-    measureRowsAgain(partlyGone);
+        touchedSinceBegin_.add(partlyGone);
+    rowMeasuring_.measureAgain(partlyGone);
 }
 
-void Storage::measureRowsAgain(const GonePaths &partlyGone) {
+std::vector<FileURL> Storage::rowsTouchedBy(const GonePaths &items) const {
     std::vector<FileURL> rows;
     for (const MeasuredCategory &one : state().categories)
         for (const CleanupEntry &entry : one.entries)
-            rows.push_back(entry.url);
-    RowMeasuring::measureAgain(workers_, this, std::move(rows), partlyGone,
-                               [this](const RowMeasuring::Rows &sizes) {
-                                   drop(RowMeasuring::goneIn(sizes));
-                                   update([&](StorageState &state) {
-                                       for (MeasuredCategory &one : state.categories)
-                                           updateRows(one, sizes);
-                                       resolveRemainder(state);
-                                   });
-                               });
+            if (items.touch(entry.url, entry.pin))
+                rows.push_back(entry.url);
+    return rows;
+}
+
+void Storage::updateRows(const RowMeasuring::Rows &sizes) {
+    update([&](StorageState &state) {
+        bool isChanged = false;
+        for (MeasuredCategory &one : state.categories)
+            isChanged = updateRowsOf(one, sizes) || isChanged;
+        return resolveRemainderIn(state) || isChanged;
+    });
 }
 
 } // namespace brimvale

@@ -3,10 +3,13 @@
 #include "Base/Date.h"
 #include "Base/StopFlag.h"
 #include "Catalogs/StorageCategory.h"
+#include "Core/Model/LatestRun.h"
 #include "Core/Model/Part.h"
+#include "Core/Model/RowMeasuring.h"
 #include "Core/Removal/GonePaths.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -29,13 +32,16 @@ class Storage : public Part<StorageState> {
     Q_OBJECT
 
 public:
-    /// Both must outlive it.
-    Storage(Workers &workers, const Volumes &volumes);
+    /// Returns the categories to measure.
+    using Definitions = std::function<std::vector<StorageCategory>()>;
+
+    /// `workers` and `volumes` must outlive it.
+    Storage(Workers &workers, Volumes &volumes, Definitions definitions);
     /// Stops measuring.
     ~Storage() override;
 
-    /// Measures every storage category, and publishes each when it is measured, the rows of System Data last.
-    /// Does nothing while it is already running.
+    /// Reads the volumes, measures every storage category, and publishes each when it is measured, the rows
+    /// of System Data last. Does nothing while it is already running.
     void measureCategories();
 
     /// Stops measuring soon. Categories that are measured keep their figures; the others have none, and
@@ -49,29 +55,40 @@ public:
     /// The bytes of the rows of System Data.
     [[nodiscard]] std::int64_t systemDataAccounted() const;
 
-    /// Sets System Data to the used space of the root volume minus all other categories, once these are
-    /// measured.
+    /// Sets System Data to the used space of the root volume minus all other categories, once any of these is
+    /// measured. Announces only a change.
     void resolveRemainder();
 
-    /// Drops removed rows from every category, including those still being measured, and updates System Data.
+    /// Drops removed rows from every category, including those still being measured, updates System Data, and
+    /// measures the rows again that contain removed items. Announces only a change.
     void drop(const GonePaths &gone);
+
+    /// Measures the category of the Trash again, in the background, if it is measured: items were moved
+    /// there.
+    void listTrashAgain();
 
     /// Measures again, in the background, what shows items that were removed in part.
     void measureAgain(const GonePaths &partlyGone);
 
 private:
     [[nodiscard]] bool hasFigures() const;
-    void resolveRemainder(StorageState &state) const;
+    bool resolveRemainderIn(StorageState &state) const;
+    [[nodiscard]] std::optional<FileURL> measuredVolume() const;
     void show(MeasuredCategory measured, double progress);
     void finish(std::vector<CleanupEntry> rows);
-    void measureRowsAgain(const GonePaths &partlyGone);
+    [[nodiscard]] std::vector<FileURL> rowsTouchedBy(const GonePaths &items) const;
+    void updateRows(const RowMeasuring::Rows &sizes);
 
     Workers &workers_;
-    const Volumes &volumes_;
+    Volumes &volumes_;
     StopFlag stop_; ///< of the running or the last run
+    Definitions definitions_;
+    RowMeasuring rowMeasuring_;
+    LatestRun trashRun_;
     // Since measuring began:
     GonePaths goneSinceBegin_;
-    GonePaths partlyGoneSinceBegin_;
+    GonePaths touchedSinceBegin_;
+    bool isTrashFilledSinceBegin_ = false;
 };
 
 } // namespace brimvale

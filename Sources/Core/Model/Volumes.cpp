@@ -5,6 +5,7 @@
 #include "Core/Storage/Permissions.h"
 
 #include <chrono>
+#include <utility>
 
 namespace brimvale {
 
@@ -15,7 +16,8 @@ constexpr std::chrono::seconds patienceForDistantVolumes{2};
 
 } // namespace
 
-Volumes::Volumes(Workers &workers, RemovalActions &actions) : workers_(workers), actions_(actions) {
+Volumes::Volumes(Workers &workers, RemovalActions &actions, Reader read)
+    : workers_(workers), actions_(actions), read_(std::move(read)) {
     refreshVolumes();
 }
 
@@ -24,28 +26,32 @@ std::optional<VolumeInfo> Volumes::rootVolume() const {
 }
 
 void Volumes::refreshVolumes() {
-    update([](VolumeState &state) {
+    update([this](VolumeState &state) {
         const VolumeState before = state;
-        state.volumes = VolumeInfo::current();
+        state.volumes = read_(VolumeInfo::beforePaint);
         state.hasFullDiskAccess = Permissions::hasFullDiskAccess();
         return state != before;
     });
+    emit wereRead();
     struct Found {
         std::vector<VolumeInfo> volumes;
         std::vector<LocalSnapshot> snapshots;
     };
     workers_.run(
         this,
-        [] {
-            return Found{VolumeInfo::current(patienceForDistantVolumes), LocalSnapshot::list("/")};
+        [read = read_] {
+            return Found{read(patienceForDistantVolumes), LocalSnapshot::list("/")};
         },
-        [this](const Found &found) {
+        [this, number = ++refreshes_](const Found &found) {
+            if (number != refreshes_) // read before a later change
+                return;
             update([&](VolumeState &state) {
                 const VolumeState before = state;
                 state.volumes = found.volumes;
                 state.snapshots = found.snapshots;
                 return state != before;
             });
+            emit wereRead();
         });
 }
 
@@ -61,7 +67,6 @@ void Volumes::deleteSnapshot(const LocalSnapshot &snapshot, const std::function<
         [this, done](bool isDeleted) {
             update([](VolumeState &state) { state.isDeletingSnapshot = false; });
             refreshVolumes();
-            emit snapshotDeletionEnded();
             done(isDeleted);
         });
 }

@@ -4,6 +4,7 @@
 #include "Core/Storage/LocalSnapshot.h"
 #include "Core/Storage/VolumeInfo.h"
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -27,8 +28,11 @@ class Volumes : public Part<VolumeState> {
     Q_OBJECT
 
 public:
-    /// Both must outlive it.
-    Volumes(Workers &workers, RemovalActions &actions);
+    /// Reads the mounted volumes; waits at most that long.
+    using Reader = std::function<std::vector<VolumeInfo>(std::chrono::milliseconds)>;
+
+    /// `workers` and `actions` must outlive it. `read` is called on any thread.
+    Volumes(Workers &workers, RemovalActions &actions, Reader read);
 
     /// The volume of the root file system, otherwise the first volume; nothing if there is none.
     [[nodiscard]] std::optional<VolumeInfo> rootVolume() const;
@@ -42,12 +46,15 @@ public:
     void deleteSnapshot(const LocalSnapshot &snapshot, const std::function<void(bool)> &done);
 
 signals:
-    /// The deletion of a snapshot has ended, and the volumes have been read again.
-    void snapshotDeletionEnded();
+    /// Emitted after `changed` each time the volumes have been read, even if nothing has changed: every
+    /// figure that comes from them follows.
+    void wereRead();
 
 private:
     Workers &workers_;
     RemovalActions &actions_;
+    Reader read_;
+    int refreshes_ = 0; ///< to know the latest one
 };
 
 } // namespace brimvale

@@ -1,6 +1,7 @@
 #include "Core/Removal/Remover.h"
 
 #include "Base/Bytes.h"
+#include "Core/Removal/GonePaths.h"
 #include "Core/Removal/RemovalGate.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/ScanOptions.h"
@@ -34,23 +35,34 @@ Figures measured(const std::vector<FileURL> &items) {
     return figures;
 }
 
-/// Notes what the command deleted of an item that has failed, as far as the user may read it. `before` is
-/// left empty, so that an item named twice counts once.
-void notePart(RemovalResult &result, const FileURL &item, DiskScanner::QuickFigures &before) {
-    const DiskScanner::QuickFigures then = std::exchange(before, {});
-    if (then.entries == 0)
-        return;
+/// Bytes that are gone, by item.
+using Bytes = std::unordered_map<FileURL, std::int64_t>;
+
+/// Their sum, without the items inside another one, whose bytes include theirs.
+std::int64_t sumOfOutermost(const Bytes &bytes) {
+    std::vector<FileURL> items;
+    for (const auto &[item, freed] : bytes)
+        items.push_back(item);
+    const GonePaths gone(std::move(items));
+    std::int64_t sum = 0;
+    for (const FileURL &item : gone.outermost())
+        sum = checkedAdd(sum, bytes.at(item));
+    return sum;
+}
+
+/// Notes what the command deleted of an item that has failed, as far as the user may read it; returns the
+/// bytes.
+std::int64_t notePart(RemovalResult &result, const FileURL &item, const DiskScanner::QuickFigures &before) {
     if (isGone(item)) {
         result.goneAnyway.push_back(item);
-        result.bytesDeleted = checkedAdd(result.bytesDeleted, then.freedBytes);
-        return;
+        return before.freedBytes;
     }
     const DiskScanner::QuickFigures left = DiskScanner::quickFigures(item.path(), ScanOptions::standard());
-    if (left.entries >= then.entries)
-        return;
-    const std::int64_t freed = std::max<std::int64_t>(then.bytes - left.bytes, 0);
-    result.partlyRemoved.push_back({item, then.entries - left.entries, then.entries, freed});
-    result.bytesDeleted = checkedAdd(result.bytesDeleted, freed);
+    if (left.entries >= before.entries)
+        return 0;
+    const std::int64_t freed = std::max<std::int64_t>(before.freedBytes - left.freedBytes, 0);
+    result.partlyRemoved.push_back({item, before.entries - left.entries, before.entries, freed});
+    return freed;
 }
 
 /// The item as it is now; or why it is not removed, as a sentence.
@@ -112,21 +124,23 @@ RemovalResult removeWithAdmin(const std::vector<CleanupEntry> &entries, RemovalA
     if (admitted.empty())
         return result;
 
-    Figures before = measured(admitted);
+    const Figures before = measured(admitted);
     const AdministratorOutcome outcome = actions.removeAsAdministrator(pins);
+    Bytes removed, deleted;
     for (std::size_t i = 0; i < admitted.size(); ++i) {
         const FileURL &item = admitted[i];
         std::optional<std::string> failure = failureOf(outcome, i, item);
         if (!failure) {
             result.succeeded.push_back(item);
-            const std::int64_t freed = std::exchange(before[item], {}).freedBytes;
-            result.bytesFreed = checkedAdd(result.bytesFreed, freed);
-            result.bytesDeleted = checkedAdd(result.bytesDeleted, freed);
+            removed[item] = deleted[item] = before.at(item).freedBytes;
             continue;
         }
         result.failed.push_back({item, *std::move(failure)});
-        notePart(result, item, before[item]);
+        if (!deleted.contains(item)) // it may be named twice
+            deleted[item] = notePart(result, item, before.at(item));
     }
+    result.bytesFreed = sumOfOutermost(removed);
+    result.bytesDeleted = sumOfOutermost(deleted);
     return result;
 }
 

@@ -67,4 +67,12 @@ bool GonePaths::reachInto(const FileURL &folder) const {
     return after != outermost_.end() && isAtOrUnder(after->path(), folder.path());
 }
 
+bool GonePaths::contains(const FileURL &item, const std::optional<ItemPin> &pin) const {
+    return contains(item) || (pin && contains(pin->place));
+}
+
+bool GonePaths::touch(const FileURL &item, const std::optional<ItemPin> &pin) const {
+    return contains(item, pin) || reachInto(item) || (pin && reachInto(pin->place));
+}
+
 } // namespace brimvale

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "Base/FileURL.h"
+#include "Platform/OpenedItem.h"
 
+#include <optional>
 #include <vector>
 
 namespace brimvale {
@@ -27,6 +29,13 @@ public:
 
     /// Whether a descendant of the folder is gone, but not the folder itself.
     [[nodiscard]] bool reachInto(const FileURL &folder) const;
+
+    /// Whether a row is gone that shows the item at this path. The path may lead through links, but the pin
+    /// has the path without them.
+    [[nodiscard]] bool contains(const FileURL &item, const std::optional<ItemPin> &pin) const;
+
+    /// Whether a row shows one of the items, or an item inside or around one.
+    [[nodiscard]] bool touch(const FileURL &item, const std::optional<ItemPin> &pin) const;
 
     /// The paths without those inside another one, each once. Sorted so that the contents of a folder follow
     /// it.

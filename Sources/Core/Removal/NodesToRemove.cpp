@@ -2,8 +2,10 @@
 
 #include "Core/Scan/OutermostNodes.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace brimvale {
@@ -40,6 +42,7 @@ std::vector<CleanupEntry> entriesOf(std::span<FSNode *const> nodes) {
     for (const FSNode *node : nodes) {
         entries.push_back({.url = FileURL(node->path()), .size = node->size, .isFolder = node->isDirectory});
         entries.back().pin = pinOf(*node, entries.back().url);
+        entries.back().hasLinkedFiles = node->hasLinkedFiles;
     }
     return entries;
 }
@@ -63,10 +66,42 @@ std::vector<FSNode *> goneNodes(FSNode &root, const GonePaths &gone) {
     return found;
 }
 
-std::vector<FSNode *> foldersAt(FSNode &root, const GonePaths &items) {
+std::vector<FileURL> foldersMissing(FSNode &root, const GonePaths &gone) {
+    std::unordered_map<FileURL, std::size_t> goneIn;
+    for (const FileURL &item : gone.outermost())
+        ++goneIn[item.parent()];
+    std::vector<FileURL> folders;
+    std::vector<const FSNode *> waiting{&root};
+    while (!waiting.empty()) {
+        const FSNode *folder = waiting.back();
+        waiting.pop_back();
+        const FileURL url(folder->path());
+        const auto expected = goneIn.find(url);
+        std::size_t found = 0;
+        for (const std::unique_ptr<FSNode> &child : folder->children()) {
+            if (child->isAggregate)
+                continue;
+            const FileURL place = url.appending(child->name);
+            if (gone.contains(place))
+                ++found;
+            else if (child->isDirectory && gone.reachInto(place))
+                waiting.push_back(child.get());
+        }
+        if (expected != goneIn.end() && found < expected->second && folder != &root &&
+            !folder->isNotDescended)
+            folders.push_back(url);
+    }
+    return folders;
+}
+
+std::vector<FSNode *> nodesAt(FSNode &root, const GonePaths &items) {
     if (items.contains(FileURL(root.path())))
         return {&root};
-    std::vector<FSNode *> folders = goneNodes(root, items);
+    return goneNodes(root, items);
+}
+
+std::vector<FSNode *> foldersAt(FSNode &root, const GonePaths &items) {
+    std::vector<FSNode *> folders = nodesAt(root, items);
     std::erase_if(folders, [](const FSNode *node) { return !node->isDirectory; });
     return folders;
 }

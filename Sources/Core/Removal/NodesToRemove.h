@@ -20,8 +20,15 @@ namespace brimvale {
 /// is gone, all its children are returned. Visits only folders with removed descendants.
 [[nodiscard]] std::vector<FSNode *> goneNodes(FSNode &root, const GonePaths &gone);
 
-/// The folders of a tree that are among these items or inside one, without their descendants. The root, too,
-/// may be one.
+/// The folders of a tree that contained a removed item without a node of its own: a small file, or another
+/// name of a file that counts once. Never the root, where everything has a node.
+[[nodiscard]] std::vector<FileURL> foldersMissing(FSNode &root, const GonePaths &gone);
+
+/// The nodes of a tree that are among these items or inside one, without their descendants. The root, too, may
+/// be one.
+[[nodiscard]] std::vector<FSNode *> nodesAt(FSNode &root, const GonePaths &items);
+
+/// The folders among `nodesAt`.
 [[nodiscard]] std::vector<FSNode *> foldersAt(FSNode &root, const GonePaths &items);
 
 } // namespace brimvale

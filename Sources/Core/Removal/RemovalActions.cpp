@@ -1,6 +1,7 @@
 #include "Core/Removal/RemovalActions.h"
 
 #include "Platform/FileRemoval.h"
+#include "Platform/FileSystem.h"
 #include "Platform/Host.h"
 
 namespace brimvale {
@@ -22,6 +23,10 @@ public:
     std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override {
         return brimvale::runAsAdministrator(command, platformTools());
     }
+    std::optional<std::int64_t> freeSpace(const FileURL &folder) override {
+        return brimvale::freeSpace(folder.path());
+    }
+    void settle(const FileURL &folder) override { syncFileSystem(folder.path()); }
 };
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "Platform/Trash.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -42,6 +43,12 @@ public:
     /// Runs a shell command as administrator, after the system has asked for the password.
     [[nodiscard]] virtual std::optional<PrivilegedRunError>
     runAsAdministrator(const std::string &command) = 0;
+
+    /// The free bytes of the volume of a folder; nothing if they are not known. Changes nothing.
+    [[nodiscard]] virtual std::optional<std::int64_t> freeSpace(const FileURL &) { return std::nullopt; }
+
+    /// Writes out what was deleted on the volume of a folder, so that `freeSpace` is final.
+    virtual void settle(const FileURL &) {}
 
     /// The actions of the platform; without state.
     [[nodiscard]] static RemovalActions &platform();

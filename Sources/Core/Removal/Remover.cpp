@@ -14,6 +14,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <map>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -57,6 +59,7 @@ struct Item {
     const FileURL &url;
     std::optional<std::int64_t> size; ///< allocated bytes, if known
     std::optional<ItemPin> pin;       ///< how it was shown, if it was
+    bool hasLinkedFiles = false;      ///< its size may not be what deleting it frees
 };
 
 /// One call of `remove`.
@@ -76,7 +79,8 @@ private:
     void noteFailure(const FileURL &url, const FileURL &item, const FileError &error);
     void notePart(const FileURL &url, const FileURL &item, std::int64_t size, std::int64_t entriesRemoved);
     void fail(const FileURL &url, std::string reason) { result_.failed.push_back({url, std::move(reason)}); }
-    void addBytes(std::int64_t bytes);
+    void addBytes(const FileURL &place, std::int64_t bytes);
+    [[nodiscard]] std::int64_t countedInside(const FileURL &folder) const;
 
     RemovalMode mode_;
     RemovalProgress unwatched_;
@@ -84,25 +88,40 @@ private:
     RemovalActions &actions_;
     RemovalGate gate_;
     RemovalResult result_;
+    std::map<std::string, std::int64_t> counted_; ///< the bytes in the result, by place
 };
 
 /// The bytes that count when the item is removed: its size, but deleting one of several names of a file frees
 /// nothing.
 std::int64_t Removal::sizeOf(const FileURL &item, const Item &asked) const {
+    const std::int64_t sizeNow =
+        asked.size ? std::max<std::int64_t>(*asked.size - countedInside(item), 0) : 0;
     if (mode_ == RemovalMode::trash)
-        return asked.size ? *asked.size
+        return asked.size ? sizeNow
                           : DiskScanner::quickSize(item.path(), ScanOptions::standard(), progress_.cancelled);
-    if (!asked.size)
+    if (!asked.size || asked.hasLinkedFiles)
         return DiskScanner::quickFigures(item.path(), ScanOptions::standard(), progress_.cancelled)
             .freedBytes;
     const std::optional<FileStatus> status = fileStatus(item.path());
-    return status && hasOtherNames(*status) ? 0 : *asked.size;
+    return status && hasOtherNames(*status) ? 0 : sizeNow;
 }
 
-void Removal::addBytes(std::int64_t bytes) {
+void Removal::addBytes(const FileURL &place, std::int64_t bytes) {
+    std::int64_t &known = counted_[place.path()];
+    known = checkedAdd(known, bytes);
     result_.bytesFreed = checkedAdd(result_.bytesFreed, bytes);
     std::int64_t &kind = mode_ == RemovalMode::trash ? result_.bytesMovedToTrash : result_.bytesDeleted;
     kind = checkedAdd(kind, bytes);
+}
+
+/// The bytes already counted of items inside the folder, which its known size includes.
+std::int64_t Removal::countedInside(const FileURL &folder) const {
+    const std::string inside = joinPath(folder.path(), "");
+    std::int64_t bytes = 0;
+    for (auto item = counted_.lower_bound(inside); item != counted_.end() && item->first.starts_with(inside);
+         ++item)
+        bytes = checkedAdd(bytes, item->second);
+    return bytes;
 }
 
 void Removal::remove(const Item &asked) {
@@ -144,7 +163,7 @@ void Removal::removeOpened(const Item &asked, const OpenedItem &item) {
         return;
     }
     result_.succeeded.push_back(url);
-    addBytes(size);
+    addBytes(place, size);
 }
 
 /// Moving an item counts as one entry, including its contents.
@@ -180,17 +199,17 @@ void Removal::notePart(const FileURL &url, const FileURL &item, std::int64_t siz
                        std::int64_t entriesRemoved) {
     if (isGone(item)) {
         result_.goneAnyway.push_back(url);
-        addBytes(entriesRemoved > 0 ? size : 0);
+        addBytes(item, entriesRemoved > 0 ? size : 0);
         const bool wasMovedAway = !result_.changed.empty() && result_.changed.back() == url;
         if (entriesRemoved > 0 && wasMovedAway) // at least the folder itself is somewhere else now
             result_.partlyRemoved.push_back({url, entriesRemoved, checkedAdd(entriesRemoved, 1), size});
     } else if (entriesRemoved > 0) {
         const DiskScanner::QuickFigures left =
             DiskScanner::quickFigures(item.path(), ScanOptions::standard(), progress_.abandoned);
-        const std::int64_t freed = std::max<std::int64_t>(size - left.bytes, 0);
+        const std::int64_t freed = std::max<std::int64_t>(size - left.freedBytes, 0);
         result_.partlyRemoved.push_back(
             {url, entriesRemoved, checkedAdd(entriesRemoved, left.entries), freed});
-        addBytes(freed);
+        addBytes(item, freed);
     }
 }
 
@@ -214,7 +233,7 @@ RemovalResult remove(const std::vector<CleanupEntry> &entries, RemovalMode mode,
                      RemovalActions &actions) {
     Removal removal(mode, progress, actions);
     for (const CleanupEntry &entry : entries)
-        removal.remove({entry.url, entry.size, entry.pin});
+        removal.remove({entry.url, entry.size, entry.pin, entry.hasLinkedFiles});
     return removal.takeResult();
 }
 

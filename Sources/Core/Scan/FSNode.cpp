@@ -6,8 +6,9 @@
 namespace brimvale {
 
 FSNode::FSNode(std::string nodeName, std::string path, bool directory)
-    : name(std::move(nodeName)), isDirectory(directory),
-      ownPath_(std::make_unique<std::string>(std::move(path))) {}
+    : name(std::move(nodeName)), isDirectory(directory) {
+    setOwnPath(std::move(path));
+}
 
 FSNode::FSNode(std::string nodeName, FSNode &parent, bool directory)
     : name(std::move(nodeName)), isDirectory(directory), parent_(&parent) {}
@@ -42,19 +43,52 @@ void FSNode::setIdentity(const FileIdentity &identity) {
     inode_ = identity.inode;
 }
 
+const std::string *FSNode::ownPath() const {
+    return rare_ == nullptr || !rare_->path ? nullptr : &*rare_->path;
+}
+
+void FSNode::setOwnPath(std::optional<std::string> path) {
+    if (path || rare_ != nullptr)
+        rare().path = std::move(path);
+}
+
+FSNode::Rare &FSNode::rare() {
+    if (rare_ == nullptr)
+        rare_ = std::make_unique<Rare>();
+    return *rare_;
+}
+
+std::int64_t FSNode::logicalSizeLeft() const {
+    return rare_ == nullptr ? logicalSize : logicalSize - rare_->removedLogicalSize;
+}
+
+std::int64_t FSNode::dirCountLeft() const {
+    return rare_ == nullptr ? dirCount : dirCount - rare_->removedDirCount;
+}
+
+void FSNode::subtractFromAncestors() const {
+    const std::int64_t folders = isDirectory ? dirCountLeft() + 1 : 0;
+    for (FSNode *folder = parent_; folder != nullptr; folder = folder->parent_) {
+        folder->size -= size;
+        folder->fileCount -= fileCount;
+        folder->rare().removedLogicalSize += logicalSizeLeft();
+        folder->rare().removedDirCount += folders;
+    }
+}
+
 std::string FSNode::path() const {
     const FSNode *top = isAggregate && parent_ != nullptr ? parent_ : this;
     std::size_t length = 0;
     const FSNode *node = top;
-    for (; node->ownPath_ == nullptr; node = node->parent_)
+    for (; node->ownPath() == nullptr; node = node->parent_)
         length += node->name.size() + 1;
-    const std::string &rootPath = *node->ownPath_;
+    const std::string &rootPath = *node->ownPath();
     const std::size_t rootLength = rootPath == "/" && node != top ? 0 : rootPath.size();
 
     std::string path(rootLength + length, '/');
     std::copy_n(rootPath.begin(), rootLength, path.begin());
     std::size_t end = path.size();
-    for (node = top; node->ownPath_ == nullptr; node = node->parent_) {
+    for (node = top; node->ownPath() == nullptr; node = node->parent_) {
         end -= node->name.size();
         std::copy(node->name.begin(), node->name.end(), path.begin() + static_cast<std::ptrdiff_t>(end));
         --end;
@@ -64,7 +98,7 @@ std::string FSNode::path() const {
 
 void FSNode::adopt(std::unique_ptr<FSNode> child) {
     child->parent_ = this;
-    child->ownPath_.reset();
+    child->setOwnPath(std::nullopt);
     children_.push_back(std::move(child));
 }
 
@@ -80,7 +114,7 @@ std::unique_ptr<FSNode> FSNode::release(const FSNode &child) {
                                     [&](const std::unique_ptr<FSNode> &one) { return one.get() == &child; });
     if (found == children_.end())
         return nullptr;
-    (*found)->ownPath_ = std::make_unique<std::string>((*found)->path());
+    (*found)->setOwnPath((*found)->path());
     (*found)->parent_ = nullptr;
     std::unique_ptr<FSNode> released = std::move(*found);
     children_.erase(found);
@@ -93,6 +127,7 @@ void FSNode::swapContents(FSNode &other) {
     std::swap(unreadable, other.unreadable);
     std::swap(isNotDescended, other.isNotDescended);
     std::swap(isCloudProvider, other.isCloudProvider);
+    std::swap(hasLinkedFiles, other.hasLinkedFiles);
     std::swap(size, other.size);
     std::swap(logicalSize, other.logicalSize);
     std::swap(fileCount, other.fileCount);
@@ -101,6 +136,20 @@ void FSNode::swapContents(FSNode &other) {
     for (FSNode *folder : {this, &other})
         for (const std::unique_ptr<FSNode> &child : folder->children_)
             child->parent_ = folder;
+    const Rare lost = rare_ == nullptr ? Rare() : *rare_;
+    if (rare_ != nullptr)
+        rare_->removedLogicalSize = rare_->removedDirCount = 0;
+    for (FSNode *above = parent_; above != nullptr; above = above->parent_) {
+        above->hasLinkedFiles = above->hasLinkedFiles || hasLinkedFiles;
+        above->size += size - other.size;
+        above->logicalSize += logicalSize - other.logicalSize;
+        above->fileCount += fileCount - other.fileCount;
+        above->dirCount += dirCount - other.dirCount;
+        if (above->rare_ != nullptr) {
+            above->rare_->removedLogicalSize -= lost.removedLogicalSize;
+            above->rare_->removedDirCount -= lost.removedDirCount;
+        }
+    }
 }
 
 bool FSNode::drop(const std::function<bool(const FSNode &)> &isUnwanted) {

@@ -40,6 +40,7 @@ public:
     bool isAggregate = false;
     bool unreadable = false;      ///< could not be read, at least in part
     bool isNotDescended = false;  ///< skipped; its sizes stay 0
+    bool hasLinkedFiles = false;  ///< a folder with files that have several names
     bool isCloudProvider = false; ///< skipped because it belongs to a cloud provider
     std::uint8_t marks = 0;       ///< state bits of the outline that shows it
     std::uint32_t row = 0;        ///< its position among its siblings in the outline, or a later one
@@ -48,6 +49,15 @@ public:
     std::int64_t logicalSize = 0; ///< the same for the length in bytes
     std::int64_t fileCount = 0;   ///< files, this node and its descendants
     std::int64_t dirCount = 0;    ///< folders among its descendants
+
+    /// The length and the folders of what is still there. Removals leave `logicalSize` and `dirCount` as the
+    /// scan found them.
+    [[nodiscard]] std::int64_t logicalSizeLeft() const;
+    [[nodiscard]] std::int64_t dirCountLeft() const;
+
+    /// Notes for all ancestors that this node is about to leave the tree: takes its size and files off their
+    /// figures, and its length and folders off what is left of them.
+    void subtractFromAncestors() const;
 
     /// Which entry of the disk this is, as the scan found it; nothing for an aggregate and for an entry whose
     /// status was not read.
@@ -75,7 +85,8 @@ public:
     /// it is no child of this node. No figures change.
     [[nodiscard]] std::unique_ptr<FSNode> release(const FSNode &child);
 
-    /// Exchanges the figures, the state and the children of two folders. Names, paths and marks stay.
+    /// Exchanges the figures, the state and the children with a folder that stands alone and has lost
+    /// nothing, and updates the figures of all ancestors. Names, paths and marks stay.
     void swapContents(FSNode &other);
 
     /// Drops every child for which `isUnwanted` is true, with its subtree; returns whether there was one. No
@@ -87,10 +98,21 @@ public:
     void sortRecursively();
 
 private:
+    /// What few nodes have, kept apart because a tree has many nodes.
+    struct Rare {
+        std::optional<std::string> path = {}; ///< of a node without a parent
+        std::int64_t removedLogicalSize = 0;  ///< of removed descendants
+        std::int64_t removedDirCount = 0;
+    };
+
+    [[nodiscard]] const std::string *ownPath() const;
+    void setOwnPath(std::optional<std::string> path);
+    Rare &rare();
+
     std::uint64_t inode_ = 0; ///< 0 where it is not known
     FSNode *parent_ = nullptr;
     std::vector<std::unique_ptr<FSNode>> children_;
-    std::unique_ptr<std::string> ownPath_; ///< of a node without a parent
+    std::unique_ptr<Rare> rare_;
 };
 
 } // namespace brimvale

@@ -11,7 +11,8 @@ namespace brimvale {
 struct MeasuredItem {
     std::int64_t bytes = 0; ///< allocated; a folder's with all its contents
     std::optional<Date> modified = {};
-    bool isFolder = false; ///< false for a link to a folder
+    bool isFolder = false;       ///< false for a link to a folder
+    bool hasLinkedFiles = false; ///< a folder with files that have several names
 };
 
 } // namespace brimvale

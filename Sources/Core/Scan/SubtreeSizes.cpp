@@ -4,6 +4,7 @@
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/NestedItems.h"
 #include "Core/Scan/SumLimit.h"
+#include "Core/Scan/Summing.h"
 #include "Platform/Dataless.h"
 
 #include <memory>
@@ -37,6 +38,8 @@ public:
     void meet(NestedItem &inner);
     /// A folder of the item is finished. It has `bytes`, and `begun` of its subfolders wait.
     void close(NestedItem &item, std::int64_t bytes, std::int64_t begun);
+    /// The item contains a file with several names.
+    void markLinkedFiles(NestedItem &item);
     /// The item contains one of its ancestors. A walk of its own would have entered that.
     void markContainsAncestor(NestedItem &item);
     /// Whether the figures of a file may be added.
@@ -69,9 +72,11 @@ public:
     explicit Adding(Run &run) : run_(run) {}
 
     void enter(FolderHandle, const std::string &, int) override { bytes_ = begun_ = 0; }
-    void file(FolderHandle, std::string_view, const FileStatus &status) override {
+    void file(FolderHandle folder, std::string_view, const FileStatus &status) override {
         if (run_.admits(status))
             bytes_ = checkedAdd(bytes_, status.allocatedBytes);
+        if (hasOtherNames(status))
+            run_.markLinkedFiles(itemOf(folder));
     }
     std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
                                           std::string_view name, const FileIdentity &,
@@ -149,10 +154,12 @@ void Run::meet(NestedItem &inner) {
     if (std::exchange(inner.isMet, true))
         return;
     NestedItem &outer = *inner.outer;
-    if (inner.isFinished)
-        outer.measured.bytes = checkedAdd(outer.measured.bytes, inner.measured.bytes);
-    else
+    if (!inner.isFinished) {
         ++outer.open;
+        return;
+    }
+    outer.measured.bytes = checkedAdd(outer.measured.bytes, inner.measured.bytes);
+    outer.measured.hasLinkedFiles = outer.measured.hasLinkedFiles || inner.measured.hasLinkedFiles;
 }
 
 void Run::close(NestedItem &item, std::int64_t bytes, std::int64_t begun) {
@@ -163,11 +170,18 @@ void Run::close(NestedItem &item, std::int64_t bytes, std::int64_t begun) {
     tellSettled();
 }
 
+void Run::markLinkedFiles(NestedItem &item) {
+    const std::lock_guard guard(lock_);
+    item.measured.hasLinkedFiles = true;
+}
+
 /// Call with the lock held. A completed item may complete its outer item, and so on.
 void Run::add(NestedItem &first, std::int64_t firstBytes, std::int64_t opened) {
     std::int64_t bytes = firstBytes;
+    bool hasLinkedFiles = false;
     for (NestedItem *item = &first; item != nullptr; item = item->isMet ? item->outer : nullptr) {
         item->measured.bytes = checkedAdd(item->measured.bytes, bytes);
+        item->measured.hasLinkedFiles = item->measured.hasLinkedFiles || hasLinkedFiles;
         item->open += std::exchange(opened, -1);
         if (item->open > 0)
             return;
@@ -175,6 +189,7 @@ void Run::add(NestedItem &first, std::int64_t firstBytes, std::int64_t opened) {
         if (!item->needsWalkOfItsOwn)
             settle(*item);
         bytes = item->measured.bytes;
+        hasLinkedFiles = item->measured.hasLinkedFiles;
     }
 }
 

@@ -34,9 +34,11 @@ void TreeBuilder::enter(FolderHandle /*folder*/, const std::string &path, int de
 }
 
 void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileStatus &status) {
-    if (status.linkCount > 1 && status.kind == FileKind::regularFile &&
-        !state_.inodes.insert(status.identity.device, status.identity.inode))
-        return;
+    if (status.linkCount > 1 && status.kind == FileKind::regularFile) {
+        nodeOf(folder).hasLinkedFiles = true;
+        if (!state_.inodes.insert(status.identity.device, status.identity.inode))
+            return;
+    }
     if (!state_.sums.admits(status))
         return noStatus(folder);
     const std::int64_t size = status.allocatedBytes;
@@ -141,6 +143,7 @@ void rollUp(FSNode &root, const ScanState &state) {
             folder.drop([](const FSNode &child) { return child.isAggregate; });
             unfinished.insert(&parent);
         }
+        parent.hasLinkedFiles = parent.hasLinkedFiles || folder.hasLinkedFiles;
         parent.size = checkedAdd(parent.size, folder.size);
         parent.fileCount = checkedAdd(parent.fileCount, folder.fileCount);
         parent.dirCount = checkedAdd(parent.dirCount, checkedAdd(folder.dirCount, 1));

@@ -32,6 +32,7 @@ void CleanupCatalog::measureAll(const std::vector<CleanupTarget> &targets,
             CleanupTarget measured = targets[i];
             measured.entries = CleanupEntries::measured(paths[i], items);
             measured.scanned = true;
+            measured.hasUnreadableRoot = CleanupEntries::hasUnreadableRoot(measured.roots);
             finished(std::move(measured));
         },
         pool);

@@ -5,9 +5,11 @@
 #include "Platform/Dataless.h"
 #include "Platform/FileAccess.h"
 #include "Platform/FileStatus.h"
+#include "Platform/FileSystem.h"
 #include "Platform/Folder.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -38,12 +40,20 @@ std::vector<CleanupEntry> CleanupEntries::measured(const std::vector<std::string
         if (items[i].bytes < minimum)
             continue;
         const FileURL url(paths[i]);
-        entries.push_back(
-            {url, items[i].bytes, items[i].modified, items[i].isFolder, pinOf(url.standardized())});
+        entries.push_back({.url = url,
+                           .size = items[i].bytes,
+                           .modified = items[i].modified,
+                           .isFolder = items[i].isFolder,
+                           .pin = pinOf(url.standardized()),
+                           .hasLinkedFiles = items[i].hasLinkedFiles});
     }
+    sort(entries);
+    return entries;
+}
+
+void CleanupEntries::sort(std::vector<CleanupEntry> &entries) {
     std::stable_sort(entries.begin(), entries.end(),
                      [](const CleanupEntry &a, const CleanupEntry &b) { return a.size > b.size; });
-    return entries;
 }
 
 std::vector<CleanupEntry> CleanupEntries::outermost(const std::vector<CleanupEntry> &entries) {
@@ -70,6 +80,28 @@ std::int64_t CleanupEntries::totalSize(const std::vector<CleanupEntry> &entries)
     for (const CleanupEntry &entry : entries)
         total = checkedAdd(total, entry.size);
     return total;
+}
+
+std::int64_t CleanupEntries::sizeHere(const std::vector<CleanupEntry> &entries) {
+    std::int64_t total = 0;
+    for (const CleanupEntry &entry : entries)
+        total = checkedAdd(total, entry.isElsewhere ? 0 : entry.size);
+    return total;
+}
+
+void CleanupEntries::markElsewhere(std::vector<CleanupEntry> &entries, const FileURL &volume) {
+    const std::string here = storageOf(volume.path());
+    std::unordered_map<std::string, std::string> known; // most rows have the same parent
+    const auto storage = [&](const std::string &folder) -> const std::string & {
+        const auto [found, isNew] = known.try_emplace(folder);
+        if (isNew)
+            found->second = storageOf(folder);
+        return found->second;
+    };
+    for (CleanupEntry &entry : entries) {
+        const std::string &there = storage(entry.isFolder ? entry.url.path() : entry.url.parent().path());
+        entry.isElsewhere = !here.empty() && !there.empty() && there != here;
+    }
 }
 
 } // namespace brimvale

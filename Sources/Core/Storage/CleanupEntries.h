@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/FileURL.h"
 #include "Catalogs/CleanupEntry.h"
 #include "Core/Scan/MeasuredItem.h"
 
@@ -25,6 +26,9 @@ namespace CleanupEntries {
                                                  const std::vector<MeasuredItem> &items,
                                                  std::int64_t minimum = 1);
 
+/// Sorts rows by size, the largest first; equal ones keep their order.
+void sort(std::vector<CleanupEntry> &entries);
+
 /// The rows that a removal has to be asked for: each item once, and none that goes with a folder among them.
 [[nodiscard]] std::vector<CleanupEntry> outermost(const std::vector<CleanupEntry> &entries);
 
@@ -33,6 +37,12 @@ namespace CleanupEntries {
 
 /// The bytes of all rows.
 [[nodiscard]] std::int64_t totalSize(const std::vector<CleanupEntry> &entries);
+
+/// The bytes of the rows on the volume that the categories divide.
+[[nodiscard]] std::int64_t sizeHere(const std::vector<CleanupEntry> &entries);
+
+/// Notes which rows are not on the storage of the volume at this mount point. Asks the disk.
+void markElsewhere(std::vector<CleanupEntry> &entries, const FileURL &volume);
 
 } // namespace CleanupEntries
 

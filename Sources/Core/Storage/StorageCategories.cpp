@@ -57,19 +57,26 @@ std::vector<std::string> systemDataCandidates(const Host &host) {
 }
 
 std::vector<CleanupEntry> systemDataEntries(const std::vector<std::string> &candidates,
-                                            const std::vector<MeasuredItem> &items) {
+                                            const std::vector<MeasuredItem> &items,
+                                            const std::optional<FileURL> &volume) {
     std::vector<CleanupEntry> entries = CleanupEntries::measured(candidates, items, smallestSystemDataRow);
     // One folder may lie in two of the roots. The sort has kept its two rows in order.
     PathSet taken;
     std::erase_if(entries, [&](const CleanupEntry &entry) { return !taken.insert(entry.url.path()).second; });
+    if (volume)
+        CleanupEntries::markElsewhere(entries, *volume);
     return entries;
 }
 
 MeasuredCategory measuredCategory(const StorageCategory &category, const std::vector<std::string> &paths,
-                                  const std::vector<MeasuredItem> &items) {
+                                  const std::vector<MeasuredItem> &items,
+                                  const std::optional<FileURL> &volume) {
     MeasuredCategory measured{.category = category, .entries = CleanupEntries::measured(paths, items)};
-    measured.size = CleanupEntries::totalSize(measured.entries);
+    if (volume)
+        CleanupEntries::markElsewhere(measured.entries, *volume);
+    measured.size = CleanupEntries::sizeHere(measured.entries);
     measured.measured = true;
+    measured.hasUnreadableRoot = CleanupEntries::hasUnreadableRoot(category.roots);
     return measured;
 }
 
@@ -104,6 +111,10 @@ std::vector<std::string> StorageCategories::systemDataRoots(const Host &host) {
     return catalogOf(host.system).systemDataRoots(host);
 }
 
+std::int64_t StorageCategories::smallestRow(const StorageCategory &category) {
+    return category.measurement == CategoryMeasurement::remainder ? smallestSystemDataRow : 1;
+}
+
 Color StorageCategories::color(const StorageCategory &category) {
     return colorNamed(category.colorName).value_or(gray);
 }
@@ -115,13 +126,14 @@ std::optional<Color> StorageCategories::colorNamed(std::string_view name) {
 }
 
 MeasuredCategory StorageCategories::measure(const StorageCategory &category, const StopFlag &cancelled,
-                                            const Host &host, WalkPool &pool) {
+                                            const Host &host, WalkPool &pool,
+                                            const std::optional<FileURL> &volume) {
     const SubtreeSizes::Group paths = CleanupEntries::paths(category.roots, category.listsContents);
     MeasuredCategory measured;
     SubtreeSizes::measure(
         {paths}, ScanOptions::standard(host), cancelled,
         [&](std::size_t, const std::vector<MeasuredItem> &items) {
-            measured = measuredCategory(category, paths, items);
+            measured = measuredCategory(category, paths, items, volume);
         },
         pool);
     return measured;
@@ -136,7 +148,8 @@ std::vector<CleanupEntry> StorageCategories::measureSystemDataEntries(const Stop
 std::vector<CleanupEntry> StorageCategories::measureAll(const std::vector<StorageCategory> &categories,
                                                         const std::function<void(MeasuredCategory)> &finished,
                                                         const StopFlag &cancelled, const Host &host,
-                                                        WalkPool &pool) {
+                                                        WalkPool &pool,
+                                                        const std::optional<FileURL> &volume) {
     std::vector<const StorageCategory *> measured;
     std::vector<SubtreeSizes::Group> paths;
     for (const StorageCategory &category : categories) {
@@ -152,9 +165,9 @@ std::vector<CleanupEntry> StorageCategories::measureAll(const std::vector<Storag
         paths, ScanOptions::standard(host), cancelled,
         [&](std::size_t i, const std::vector<MeasuredItem> &items) {
             if (i < measured.size())
-                finished(measuredCategory(*measured[i], paths[i], items));
+                finished(measuredCategory(*measured[i], paths[i], items, volume));
             else
-                systemData = systemDataEntries(paths[i], items);
+                systemData = systemDataEntries(paths[i], items, volume);
         },
         pool);
     return systemData;

@@ -7,6 +7,7 @@
 #include "Core/Text/Formatting.h"
 #include "Platform/Host.h"
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -34,16 +35,21 @@ namespace StorageCategories {
 /// The folders whose contents may be rows of System Data, in order.
 [[nodiscard]] std::vector<std::string> systemDataRoots(const Host &host = Host::current());
 
+/// The fewest bytes of a row of a category; smaller items are not listed.
+[[nodiscard]] std::int64_t smallestRow(const StorageCategory &category);
+
 /// The colour of a category; grey where the name of its colour is unknown.
 [[nodiscard]] Color color(const StorageCategory &category);
 
 /// The colour with a name that categories use; nothing where there is none.
 [[nodiscard]] std::optional<Color> colorNamed(std::string_view name);
 
-/// One category with its rows, the largest first, and their sum. Not for the one that is a remainder.
+/// One category with its rows, the largest first, and their sum. Not for the one that is a remainder. Rows
+/// that are not on the volume at this mount point, if it is given, do not count.
 [[nodiscard]] MeasuredCategory measure(const StorageCategory &category, const StopFlag &cancelled = {},
                                        const Host &host = Host::current(),
-                                       WalkPool &pool = WalkPool::shared());
+                                       WalkPool &pool = WalkPool::shared(),
+                                       const std::optional<FileURL> &volume = std::nullopt);
 
 /// The rows of System Data, the largest first.
 [[nodiscard]] std::vector<CleanupEntry> measureSystemDataEntries(const StopFlag &cancelled = {},
@@ -52,12 +58,13 @@ namespace StorageCategories {
 
 /// Measures every category of `categories` that is measured, and answers the rows of System Data: all of it
 /// in one run, what they share once. A category is told as soon as it is known, on any thread of the pool,
-/// one at a time; all of them before the answer.
+/// one at a time; all of them before the answer. `volume` as for `measure`.
 [[nodiscard]] std::vector<CleanupEntry> measureAll(const std::vector<StorageCategory> &categories,
                                                    const std::function<void(MeasuredCategory)> &finished,
                                                    const StopFlag &cancelled = {},
                                                    const Host &host = Host::current(),
-                                                   WalkPool &pool = WalkPool::shared());
+                                                   WalkPool &pool = WalkPool::shared(),
+                                                   const std::optional<FileURL> &volume = std::nullopt);
 
 } // namespace StorageCategories
 

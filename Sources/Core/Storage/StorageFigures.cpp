@@ -6,6 +6,7 @@
 #include "Core/Text/Formatting.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace brimvale {
 
@@ -36,16 +37,22 @@ std::int64_t StorageFigures::categorisedBytes(const std::vector<MeasuredCategory
 
 std::int64_t StorageFigures::systemDataAccounted(const std::vector<MeasuredCategory> &categories) {
     const auto systemData = remainderIn(categories);
-    return systemData == categories.end() ? 0 : CleanupEntries::totalSize(systemData->entries);
+    return systemData == categories.end() ? 0 : CleanupEntries::sizeHere(systemData->entries);
+}
+
+bool StorageFigures::resolveRemainder(std::vector<MeasuredCategory> &categories,
+                                      const std::optional<VolumeInfo> &root) {
+    const auto systemData = remainderIn(categories);
+    if (!root || systemData == categories.end())
+        return false;
+    const std::int64_t remaining = std::max<std::int64_t>(root->used() - categorisedBytes(categories), 0);
+    const bool hasNewSize = std::exchange(systemData->size, remaining) != remaining;
+    return !std::exchange(systemData->measured, true) || hasNewSize;
 }
 
 std::vector<MeasuredCategory> StorageFigures::resolvingRemainder(std::vector<MeasuredCategory> categories,
                                                                  const std::optional<VolumeInfo> &root) {
-    const auto systemData = remainderIn(categories);
-    if (!root || systemData == categories.end())
-        return categories;
-    systemData->size = std::max<std::int64_t>(root->used() - categorisedBytes(categories), 0);
-    systemData->measured = true;
+    resolveRemainder(categories, root);
     return categories;
 }
 
@@ -69,6 +76,16 @@ StorageFigures::systemDataSentence(const std::vector<MeasuredCategory> &categori
     if (systemData == categories.end())
         return std::nullopt;
     return systemDataSentence(systemDataAccounted(categories), systemData->size);
+}
+
+std::optional<std::string> StorageFigures::elsewhereSentence(const MeasuredCategory &category) {
+    const std::int64_t elsewhere =
+        CleanupEntries::totalSize(category.entries) - CleanupEntries::sizeHere(category.entries);
+    if (elsewhere < 1)
+        return std::nullopt;
+    return Fmt::byteFormatter(elsewhere) +
+           " of the items above are on other volumes. They are not counted in this figure, because it is a "
+           "part of the space used on the volume of the system.";
 }
 
 } // namespace brimvale

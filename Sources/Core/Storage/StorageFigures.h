@@ -22,6 +22,11 @@ namespace StorageFigures {
 /// The total of the rows of System Data; 0 where there is no such category.
 [[nodiscard]] std::int64_t systemDataAccounted(const std::vector<MeasuredCategory> &categories);
 
+/// Sets the size of System Data to the used space of the root volume minus all other categories, at least 0.
+/// Returns whether that changed anything; without a root volume nothing changes. Purgeable space counts as
+/// used.
+bool resolveRemainder(std::vector<MeasuredCategory> &categories, const std::optional<VolumeInfo> &root);
+
 /// The categories with the size of System Data set to the used space of the root volume minus all other
 /// categories, at least 0. Unchanged without a root volume. Purgeable space counts as used.
 [[nodiscard]] std::vector<MeasuredCategory> resolvingRemainder(std::vector<MeasuredCategory> categories,
@@ -33,6 +38,10 @@ namespace StorageFigures {
 
 /// The same with the categories' own figures; nothing without System Data.
 [[nodiscard]] std::optional<std::string> systemDataSentence(const std::vector<MeasuredCategory> &categories);
+
+/// A sentence about the rows on other volumes, which the size of the category leaves out; nothing without
+/// such rows.
+[[nodiscard]] std::optional<std::string> elsewhereSentence(const MeasuredCategory &category);
 
 } // namespace StorageFigures
 

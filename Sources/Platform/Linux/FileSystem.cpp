@@ -3,12 +3,42 @@
 #include "Platform/FileStatus.h"
 
 #include <fcntl.h>
+#include <linux/btrfs.h>
 #include <linux/fs.h>
+#include <linux/magic.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace brimvale {
+
+std::optional<std::int64_t> freeSpace(const std::string &path) {
+    struct statvfs figures {};
+    if (statvfs(path.c_str(), &figures) != 0)
+        return std::nullopt;
+    return static_cast<std::int64_t>(figures.f_bfree) * static_cast<std::int64_t>(figures.f_frsize);
+}
+
+std::string storageOf(const std::string &path) {
+    struct statfs figures {};
+    struct stat record {};
+    if (statfs(path.c_str(), &figures) != 0 || stat(path.c_str(), &record) != 0)
+        return {};
+    const auto asText = [](const auto &value) {
+        return std::string(reinterpret_cast<const char *>(&value), sizeof(value));
+    };
+    if (figures.f_type != BTRFS_SUPER_MAGIC)
+        return asText(record.st_dev);
+    // Every subvolume has a device of its own.
+    const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    btrfs_ioctl_fs_info_args system{};
+    const bool isKnown = descriptor >= 0 && ioctl(descriptor, BTRFS_IOC_FS_INFO, &system) == 0;
+    if (descriptor >= 0)
+        close(descriptor);
+    return isKnown ? "btrfs " + asText(system.fsid) : asText(record.st_dev);
+}
 
 void syncFileSystem(const std::string &path) {
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);

@@ -128,9 +128,9 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
     std::int64_t size = 0, logicalSize = 0, fileCount = 0, dirCount = 0;
     for (const FSNode *node : outermostNodes(nodes)) {
         size = checkedAdd(size, node->size);
-        logicalSize = checkedAdd(logicalSize, node->logicalSize);
+        logicalSize = checkedAdd(logicalSize, node->logicalSizeLeft());
         fileCount = checkedAdd(fileCount, node->fileCount);
-        dirCount = checkedAdd(dirCount, node->dirCount);
+        dirCount = checkedAdd(dirCount, node->dirCountLeft());
     }
     const FSNode *only = nodes.size() == 1 ? nodes.front() : nullptr;
     iconName_ = only != nullptr ? nodeIconName(*only) : QStringLiteral("files");

@@ -42,7 +42,7 @@ QString whyEmpty(const MeasuredCategory &category) {
         return u"Not measured yet. Measure looks at every category and changes nothing."_s;
     if (category.category.measurement == CategoryMeasurement::remainder)
         return u"No folder that would explain this figure has been found yet."_s;
-    if (CleanupEntries::hasUnreadableRoot(category.category.roots))
+    if (category.hasUnreadableRoot)
         return EntryList::unreadableText();
     return u"Nothing found. There is nothing in here."_s;
 }
@@ -154,8 +154,9 @@ void CategoryDetailView::showCategory() {
     measure_->showState(storage_->isMeasuringCategories, storage_->categoryProgress);
     showEntries(category);
     const bool isRemainder = category.category.measurement == CategoryMeasurement::remainder;
-    const std::optional<std::string> sentence =
-        isRemainder ? StorageFigures::systemDataSentence(storage_->categories) : std::nullopt;
+    const std::optional<std::string> sentence = isRemainder
+                                                    ? StorageFigures::systemDataSentence(storage_->categories)
+                                                    : StorageFigures::elsewhereSentence(category);
     sentence_->setText(text(sentence.value_or("")));
     sentence_->setHidden(!sentence);
 }

@@ -26,7 +26,7 @@ namespace {
 QString whyEmpty(const CleanupTarget &target) {
     if (!target.scanned)
         return u"Not measured yet. Measure looks at every place on this page and changes nothing."_s;
-    if (CleanupEntries::hasUnreadableRoot(target.roots))
+    if (target.hasUnreadableRoot)
         return EntryList::unreadableText();
     return u"Nothing found. There is nothing here to remove."_s;
 }

@@ -1,6 +1,7 @@
 #include "Core/Model/Apps.h"
 #include "Core/Model/Cleanup.h"
 #include "Core/Model/CorvelModel.h"
+#include "Core/Model/ModelSources.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/Storage.h"
 #include "Core/Model/Volumes.h"
@@ -16,6 +17,7 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -71,9 +73,14 @@ protected:
                 .isRootVolume = true};
     }
 
+    [[nodiscard]] ModelSources sources() const {
+        return {.volumes = [this](std::chrono::milliseconds) { return std::vector{volumeUsing(used)}; }};
+    }
+
+    std::atomic<std::int64_t> used = 5'000;
     testing::SampleHome home;
     testing::RecordingActions actions;
-    CorvelModel model{actions};
+    CorvelModel model{actions, sources()};
 };
 
 using Places = std::vector<std::string>;
@@ -180,8 +187,8 @@ TEST_F(CorvelModelMeasuring, CategoriesRunOnceFromNothing) {
     EXPECT_FALSE(model.storage->lastCategoryScan);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !model.storage->isMeasuringCategories; }, patience));
 
-    EXPECT_EQ(announcements.count(), static_cast<int>(model.storage->categories.size()) - 1 + 2)
-        << "one a measured category, and the begin and the end";
+    EXPECT_EQ(announcements.count(), static_cast<int>(model.storage->categories.size()) - 1 + 3)
+        << "the volumes, one a measured category, and the begin and the end";
     EXPECT_TRUE(model.storage->lastCategoryScan);
     EXPECT_EQ(model.storage->categoryProgress, 1);
     EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));
@@ -197,21 +204,39 @@ TEST_F(CorvelModelMeasuring, CategoriesRunOnceFromNothing) {
     EXPECT_EQ(model.storage.category("nothing"), nullptr);
 }
 
-TEST_F(CorvelModelMeasuring, RemovedRowsLeaveTheirCategoryBeforeTheVolumesAreRead) {
+TEST_F(CorvelModelMeasuring, RemovedRowsLeaveTheirCategoryAndTheVolume) {
     showCategories();
     const std::vector<CleanupEntry> rows = model.storage.category("documents")->entries;
     actions.refuse(rows[1].url.path());
-    QObject::connect(&model.removals, &Removals::lastResultChanged, [&] {
-        PublishedWriter::set(model.volumes, &VolumeState::volumes, {volumeUsing(5'000)});
-    });
-    model.removals.removeCategoryEntries(rows, RemovalMode::trash);
+    actions.onItem = [this](RemovalProgress *) { used = 4'300; };
+    model.removals.removeCategoryEntries(rows, RemovalMode::deleteNow);
     ASSERT_TRUE(waitUntilRemoved(model));
 
     EXPECT_EQ(actions.calls.size(), 2U);
     EXPECT_EQ(places(model.storage.category("documents")->entries), Places{"Documents/small"});
     EXPECT_EQ(model.storage.category("documents")->size, 200);
-    EXPECT_EQ(model.storage->categories.back().size, 4'800) << "by the volumes as they were";
-    EXPECT_NE(model.volumes->volumes.front().totalCapacity, 10'000) << "which are read afterwards";
+    EXPECT_EQ(model.storage->categories.back().size, 4'100) << "by what the disk uses now";
+}
+
+// The volumes may be read for any reason.
+TEST_F(CorvelModelMeasuring, SystemDataFollowsTheVolumes) {
+    const auto systemData = [this] { return model.storage->categories.back().size; };
+    model.volumes.refreshVolumes();
+    EXPECT_FALSE(model.storage->categories.back().measured) << "nothing has been measured";
+    showCategories();
+    used = 7'000;
+    model.volumes.refreshVolumes();
+    EXPECT_EQ(systemData(), 6'100);
+    const QSignalSpy changes(&model.storage, &Storage::changed);
+    model.volumes.refreshVolumes();
+    emit model.removals.gone(GonePaths({FileURL(home.path("nothing"))}));
+    QTest::qWait(50);
+    EXPECT_EQ(changes.count(), 0) << "nothing has changed";
+    used = 8'000;
+    model.storage.measureCategories();
+    EXPECT_EQ(model.volumes.rootVolume()->trueFree, 2'000);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !model.storage->isMeasuringCategories; }, patience));
+    EXPECT_EQ(systemData(), std::max<std::int64_t>(8'000 - model.storage.categorisedBytes(), 0));
 }
 
 TEST_F(CorvelModelMeasuring, ADeletedSnapshotMovesTheRemainder) {

@@ -103,6 +103,10 @@ TEST_F(CorvelModelRemoval, TakesWhatIsGoneOutOfTheTree) {
     }
     EXPECT_EQ(root().logicalSize, logicalSize);
     EXPECT_EQ(root().dirCount, 3) << "only sizes and files are subtracted";
+    EXPECT_EQ(root().logicalSizeLeft(), 1'200'000);
+    EXPECT_EQ(root().dirCountLeft(), 1);
+    EXPECT_EQ(model.scan->scanFiles, 1);
+    EXPECT_EQ(model.scan->scanBytes, root().size);
 }
 
 TEST_F(CorvelModelRemoval, KeepsTheOrderOfWhatIsLeft) {

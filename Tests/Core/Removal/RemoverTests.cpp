@@ -1,3 +1,4 @@
+#include "Core/Removal/FreeSpace.h"
 #include "Core/Removal/Remover.h"
 
 #include "Core/Removal/RemovalReport.h"
@@ -9,7 +10,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <functional>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <limits>
 
 namespace brimvale {
@@ -235,6 +236,49 @@ TEST(Remover, MeasuresBeforeRemoving) {
                              .bytesDeleted = size,
                              .goneAnyway = {url}}));
     EXPECT_GT(size, 70'000);
+}
+
+// Rows of one removal may be inside each other.
+TEST(Remover, CountsNothingTwice) {
+    const TemporaryFolder folder;
+    for (const RemovalMode mode : {RemovalMode::deleteNow, RemovalMode::trash}) {
+        folder.makeFile("outer/inner/file", 70'000);
+        folder.makeFile("outer/own", 5'000);
+        const FileURL outer(folder.path("outer")), inner(folder.path("outer/inner"));
+        const std::int64_t size = sizeOf(outer.path());
+        const std::vector<CleanupEntry> entries{{.url = inner, .size = sizeOf(inner.path())},
+                                                {.url = outer, .size = size}};
+        RecordingActions actions;
+        EXPECT_EQ(Remover::remove(entries, mode, nullptr, actions).bytesFreed, size);
+        actions.onCommand = [&](const std::string &) { std::filesystem::remove_all(outer.path()); };
+        EXPECT_EQ(Remover::removeWithAdmin(entries, actions).bytesDeleted, size);
+    }
+
+    folder.makeFile("linked/one", 50'000);
+    std::filesystem::create_hard_link(folder.path("linked/one"), folder.path("linked/two"));
+    const std::int64_t once = sizeOf(folder.path("linked/one"));
+    const CleanupEntry linked{
+        .url = FileURL(folder.path("linked")), .size = 2 * once, .hasLinkedFiles = true};
+    EXPECT_EQ(Remover::remove(std::vector{linked}, RemovalMode::deleteNow).bytesDeleted, once);
+}
+
+TEST(FreeSpace, TellsWhatDoesNotFit) {
+    struct Volume final : RecordingActions {
+        std::int64_t bytes = 1'000'000'000;
+        std::optional<std::int64_t> freeSpace(const FileURL &) override { return bytes; }
+    } actions;
+    const TemporaryFolder folder;
+    const auto remark = [&](std::int64_t deleted, std::int64_t gained) {
+        const FreeSpace space({FileURL(folder.path("gone/item"))}, actions);
+        const FreeSpace here({FileURL(folder.path("item")), FileURL(folder.path("other"))}, actions);
+        actions.bytes += gained;
+        EXPECT_EQ(space.remarkOn(deleted), "") << "of a folder that does not exist nothing is known";
+        return here.remarkOn(deleted);
+    };
+    EXPECT_EQ(remark(800'000'000, 790'000'000), "");
+    EXPECT_EQ(remark(40'000'000, 0), "") << "small";
+    EXPECT_THAT(remark(800'000'000, 12'000'000), ::testing::HasSubstr("snapshots"));
+    EXPECT_THAT(remark(800'000'000, 2'000'000'000), ::testing::HasSubstr("other programs"));
 }
 
 TEST(Remover, CancelStopsBetweenItems) {

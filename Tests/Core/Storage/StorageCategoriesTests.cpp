@@ -1,7 +1,9 @@
 #include "Core/Storage/StorageCategories.h"
+#include "Core/Storage/StorageFigures.h"
 
 #include "Support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace brimvale {
@@ -31,6 +33,27 @@ TEST(StorageCategories, SystemDataListsLargeUnclaimedFolders) {
     for (const CleanupEntry &entry : StorageCategories::measureSystemDataEntries({}, macWith(home), pool))
         rows.push_back(entry.url.path());
     EXPECT_EQ(rows, (std::vector<std::string>{home + "/.tool", home + "/Library/Large"}));
+}
+
+TEST(StorageCategories, CountOnlyTheMeasuredVolume) {
+    const TemporaryFolder folder;
+    folder.makeFile("Documents/file", 70'000);
+    folder.makeFile("Documents/folder/file", 9'000);
+    const Host host = macWith(folder.path());
+    WalkPool pool(2);
+    const std::vector<StorageCategory> all = StorageCategories::all(host);
+    const auto documents = std::find_if(all.begin(), all.end(),
+                                        [](const StorageCategory &one) { return one.id == "documents"; });
+    const auto measuredOn = [&](const FileURL &volume) {
+        return StorageCategories::measure(*documents, {}, host, pool, volume);
+    };
+    const MeasuredCategory here = measuredOn(FileURL(folder.path()));
+    EXPECT_GE(here.size, 79'000);
+    EXPECT_FALSE(StorageFigures::elsewhereSentence(here));
+    const MeasuredCategory elsewhere = measuredOn(FileURL("/dev"));
+    EXPECT_EQ(elsewhere.size, 0);
+    EXPECT_EQ(elsewhere.entries, here.entries) << "listed all the same";
+    EXPECT_TRUE(StorageFigures::elsewhereSentence(elsewhere));
 }
 
 } // namespace brimvale

@@ -82,10 +82,7 @@ void replaceContents(OutlineModel &model, OutlineView &view, FSNode &folder, FSN
         children.push_back(child.get());
     view.deselectWithin(children);
     model.aboutToReplaceContents(folder);
-    const std::int64_t before = folder.size;
     folder.swapContents(found);
-    for (FSNode *above = folder.parent(); above != nullptr; above = above->parent())
-        above->size += folder.size - before;
     model.replacedContents(folder);
 }
 

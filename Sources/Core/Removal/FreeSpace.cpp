@@ -1,0 +1,71 @@
+#include "Core/Removal/FreeSpace.h"
+
+#include "Core/Removal/RemovalActions.h"
+#include "Core/Text/Formatting.h"
+#include "Platform/FileStatus.h"
+
+#include <algorithm>
+#include <optional>
+#include <unordered_set>
+
+namespace brimvale {
+
+namespace {
+
+/// Other programs change the free space by less than this in a short time.
+constexpr std::int64_t smallestDifference = 50'000'000;
+
+/// The parent of an item, or the nearest ancestor that is still there.
+FileURL remaining(FileURL folder) {
+    while (folder.path() != "/" && !fileStatus(folder.path()))
+        folder = folder.parent();
+    return folder;
+}
+
+/// Differences below a quarter may come from other programs, too.
+bool isMuch(std::int64_t difference, std::int64_t deleted) {
+    return difference > std::max(smallestDifference, deleted / 4);
+}
+
+} // namespace
+
+FreeSpace::FreeSpace(const std::vector<FileURL> &items, RemovalActions &actions) : actions_(actions) {
+    std::unordered_set<FileURL> folders;
+    std::unordered_set<std::uint64_t> devices;
+    for (const FileURL &item : items) {
+        FileURL folder = item.standardized().parent();
+        if (!folders.insert(folder).second)
+            continue;
+        const std::optional<FileIdentity> identity = folderIdentity(folder.path());
+        if (!identity || !devices.insert(identity->device).second)
+            continue;
+        if (const std::optional<std::int64_t> bytes = actions_.freeSpace(folder))
+            volumes_.push_back({std::move(folder), *bytes});
+    }
+}
+
+std::string FreeSpace::remarkOn(std::int64_t deleted) const {
+    if (volumes_.empty() || deleted < smallestDifference)
+        return {};
+    std::int64_t gained = 0;
+    for (const Volume &volume : volumes_) {
+        const FileURL folder = remaining(volume.folder);
+        actions_.settle(folder);
+        const std::optional<std::int64_t> after = actions_.freeSpace(folder);
+        if (!after)
+            return {};
+        gained += *after - volume.freeBefore;
+    }
+    if (isMuch(deleted - gained, deleted))
+        return Fmt::byteFormatter(deleted) + " were deleted, but the free space has grown by only " +
+               Fmt::byteFormatter(std::max<std::int64_t>(gained, 0)) +
+               ": snapshots or clones of these items may still use the rest, a program may have them open, "
+               "or other programs have written at the same time.";
+    if (isMuch(gained - deleted, deleted))
+        return "The free space has grown by " + Fmt::byteFormatter(gained) + ", although only " +
+               Fmt::byteFormatter(deleted) +
+               " were deleted: other programs or the system have freed space at the same time.";
+    return {};
+}
+
+} // namespace brimvale
