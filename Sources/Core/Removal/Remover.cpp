@@ -114,10 +114,11 @@ void Removal::addBytes(const FileURL &place, std::int64_t bytes) {
     kind = checkedAdd(kind, bytes);
 }
 
-/// The bytes already counted of items inside the folder, which its known size includes.
+/// The bytes already counted of the folder and of items inside, which its known size includes.
 std::int64_t Removal::countedInside(const FileURL &folder) const {
     const std::string inside = joinPath(folder.path(), "");
-    std::int64_t bytes = 0;
+    const auto itself = counted_.find(folder.path()); // an earlier removal may have failed half way
+    std::int64_t bytes = itself == counted_.end() ? 0 : itself->second;
     for (auto item = counted_.lower_bound(inside); item != counted_.end() && item->first.starts_with(inside);
          ++item)
         bytes = checkedAdd(bytes, item->second);

@@ -503,6 +503,7 @@ TEST_F(FiguresFollow, WhateverIsDone) {
             measureAll();
             remove();
             waitUntilIdle();
+            noteApps(); // a bundle without its dictionary has lost its name
         } else {
             remove();
             waitUntilIdle();
