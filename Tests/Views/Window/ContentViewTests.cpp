@@ -124,7 +124,7 @@ TEST_F(ContentViewTest, TellsBeforeTheFirstScanWhatTheSystemWillAsk) {
     testing::click(*window, "measure");
     EXPECT_FALSE(model->storage->isMeasuringCategories);
     answer("look");
-    EXPECT_TRUE(model->storage->isMeasuringCategories);
+    EXPECT_TRUE(testing::eventually([&] { return model->storage->lastCategoryScan.has_value(); }));
 
     Host::useSystem(System::linux);
     open();
@@ -134,9 +134,10 @@ TEST_F(ContentViewTest, TellsBeforeTheFirstScanWhatTheSystemWillAsk) {
 
 TEST_F(ContentViewTest, LeadsFromPageToPage) {
     testing::makeBundle(home, "Applications/Acme.app");
+    home.makeFolder("Library/Messages"); // with Full Disk Access
     open();
     window->goTo({Section::Kind::apps});
-    ASSERT_TRUE(testing::eventually([&] { return !model->apps->isLoadingApps; }));
+    ASSERT_TRUE(testing::eventually([&] { return !model->apps->apps.empty() && !model->apps->isLoadingApps; }));
     for (const auto &[key, modifier] :
          {std::pair(Qt::Key_R, Qt::ControlModifier), std::pair(Qt::Key_F5, Qt::NoModifier)}) {
         QTest::keyClick(window.get(), key, modifier);
