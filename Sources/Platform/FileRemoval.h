@@ -12,8 +12,7 @@ namespace brimvale {
 /// where another one has taken its name, that is an error (POSIX ESTALE). No link is followed: not the item
 /// itself, none below it, and none swapped in during the removal. No mount point is entered, even of the same
 /// device: meeting one is an error (POSIX EBUSY), and its contents stay. Paths may have any length and trees
-/// any depth; on macOS the path of the item itself must be shorter than 1,024 bytes, and a longer one is an
-/// error.
+/// any depth. No flag is cleared: a locked item, and one in a locked folder, is an error (POSIX EPERM).
 ///
 /// Stops at the first error and returns it: the code of the macOS file functions with the POSIX error
 /// underneath, and a sentence that names the item. Where an entry inside it caused the error, the error has

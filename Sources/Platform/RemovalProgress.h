@@ -10,8 +10,7 @@ namespace brimvale {
 /// State that a long removal shares with its observers. It must outlive the removal, and may serve several
 /// removals one after another.
 struct RemovalProgress {
-    /// The number of files, links and folders removed. Exact once the removal has ended; until then a system
-    /// may count the entries that it is about to remove.
+    /// The number of files, links and folders removed.
     std::atomic<std::int64_t> entriesRemoved = 0;
 
     /// The bytes of a backup to read before its originals are removed, and how many have been read.

@@ -1,4 +1,4 @@
-#include "Platform/Linux/Place.h"
+#include "Platform/Posix/Place.h"
 
 #include <cerrno>
 #include <fcntl.h>

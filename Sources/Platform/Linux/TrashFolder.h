@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Base/FileURL.h"
-#include "Platform/Linux/Place.h"
 #include "Platform/Posix/Descriptor.h"
+#include "Platform/Posix/Place.h"
 
 #include <string>
 #include <vector>

@@ -2,6 +2,7 @@
 #include "Platform/Posix/DotEntry.h"
 
 #include <cerrno>
+#include <cstring>
 #include <dirent.h>
 #include <unistd.h>
 
@@ -35,7 +36,12 @@ const char *Folder::nextName() {
         errno = 0;
         entry = readdir(streamOf(names_));
     } while (entry != nullptr && isDotEntry(entry->d_name));
-    return entry == nullptr ? nullptr : entry->d_name;
+    // Unlike others, the system passes on whatever name a file system tells. One with a slash would lead out
+    // of the folder.
+    if (entry == nullptr || std::strchr(entry->d_name, '/') == nullptr)
+        return entry == nullptr ? nullptr : entry->d_name;
+    errno = EIO;
+    return nullptr;
 }
 
 } // namespace brimvale

@@ -1,11 +1,10 @@
 #include "Platform/FileRemoval.h"
 
-#include "Platform/FileOperation.h"
 #include "Platform/RemovalObstacle.h"
-#include "Support/AtPath.h"
 #include "Support/ChildProcess.h"
 #include "Support/HostileTree.h"
 #include "Support/OwnMounts.h"
+#include "Support/RemovalOutcome.h"
 #include "Support/TemporaryFolder.h"
 #include "Support/TreeListing.h"
 
@@ -13,7 +12,6 @@
 #include <cerrno>
 #include <cstddef>
 #include <fcntl.h>
-#include <filesystem>
 #include <gmock/gmock.h>
 #include <linux/filter.h>
 #include <linux/fs.h>
@@ -23,36 +21,18 @@
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
-#include <thread>
 #include <unistd.h>
 
 namespace brimvale {
 
 namespace {
 
-namespace fs = std::filesystem;
 using testing::isThere;
 using testing::listing;
+using testing::outcomeOf;
+using testing::outcomeOfRemoving;
+using testing::over;
 using testing::TemporaryFolder;
-
-/// The outcome of a removal in a word: "gone", or the two codes of its error.
-std::string outcomeOf(const std::optional<FileError> &error) {
-    if (!error)
-        return "gone";
-    const bool isCocoa = error->domain == FileError::Domain::cocoa;
-    const bool hasPosix = error->underlying && error->underlying->domain == FileError::Domain::posix;
-    return isCocoa && hasPosix
-               ? std::to_string(error->code) + " over " + std::to_string(error->underlying->code)
-               : "not an error of the file functions";
-}
-
-std::string outcome(const std::string &path) {
-    return outcomeOf(testing::removeItemAt(FileURL(path)));
-}
-
-std::string over(int code, int errorNumber) {
-    return std::to_string(code) + " over " + std::to_string(errorNumber);
-}
 
 /// Makes this process fail to open any folder to list it, with this error; false where that cannot be done.
 bool failOpeningFolders(int error) {
@@ -75,86 +55,13 @@ bool failOpeningFolders(int error) {
 
 } // namespace
 
-TEST(FileRemoval, RemovesItemsOfEveryKindAndNothingElse) {
-    const TemporaryFolder folder;
-    const std::string outside = folder.makeFolder("outside");
-    folder.writeFile("outside/inner/kept", "kept");
-    for (unsigned seed = 1; seed <= 2; ++seed) {
-        const TemporaryFolder tree;
-        makeHostileTree(tree, seed, true);
-        tree.makeLink("to folder", outside);
-        tree.makeLink("below/to folder", outside + "/inner");
-        fs::create_hard_link(folder.path("outside/inner/kept"), tree.path("below/second name"));
-        if (geteuid() != 0) // what may not be read can be neither removed nor listed
-            for (const auto &entry : fs::recursive_directory_iterator(tree.path()))
-                if (!entry.is_symlink() && entry.is_directory())
-                    fs::permissions(entry.path(), fs::perms::owner_all);
-        EXPECT_EQ(outcome(tree.path()), "gone") << seed;
-        EXPECT_FALSE(isThere(tree.path()));
-        fs::create_directory(tree.path()); // which goes with the object
-    }
-    for (const std::string &item :
-         {folder.makeFile("file"), folder.makeLink("link", outside), folder.makeLink("dangling", "nowhere"),
-          folder.makeLink("link before slash", outside) + "/", folder.makeFolder("empty"),
-          folder.makeFolder("slashed") + "//", folder.makeFile("caf\xE9 \xFF\n'\"\\")})
-        EXPECT_EQ(outcome(item), "gone") << item;
-    EXPECT_THAT(listing(folder.path()), ::testing::ElementsAre("/outside: folder", "/outside/inner: folder",
-                                                               "/outside/inner/kept: file kept"));
-}
-
-TEST(FileRemoval, FollowsLinksInParentsOnly) {
-    const TemporaryFolder folder;
-    folder.writeFile("real/kept", "kept");
-    folder.writeFile("real/doomed/file", "");
-    folder.makeLink("way", "real");
-    EXPECT_EQ(outcome(folder.path("way/doomed")), "gone");
-    EXPECT_THAT(listing(folder.path()),
-                ::testing::ElementsAre("/real: folder", "/real/kept: file kept", "/way: link to real"));
-}
-
-TEST(FileRemoval, RefusesPathsThatNameNoEntry) {
-    const TemporaryFolder folder;
-    folder.writeFile("a/b/file", "kept");
-    const std::vector<std::string> before = listing(folder.path());
-    const std::string inside = folder.path("a/b");
-    for (const std::string &path : {inside + "/..", inside + "/.", inside + "/../", inside + "/./",
-                                    inside + std::string("\0x", 2), folder.path("a") + std::string("/\0", 2)})
-        EXPECT_EQ(outcome(path), over(512, EINVAL)) << path;
-    EXPECT_EQ(outcome(folder.path("missing")), over(4, ENOENT));
-    EXPECT_EQ(outcome(folder.path("missing/deeper")), over(4, ENOENT));
-    EXPECT_EQ(outcome(inside + "/file/deeper"), over(512, ENOTDIR));
-    EXPECT_EQ(outcome(folder.path(std::string(300, 'n'))), over(514, ENAMETOOLONG));
-    EXPECT_EQ(listing(folder.path()), before);
-}
-
-TEST(FileRemoval, ErrorNamesTheRequestedItem) {
-    const TemporaryFolder folder;
-    const auto error = testing::removeItemAt(FileURL(folder.path("caf\xE9 “x”")));
-    ASSERT_TRUE(error);
-    EXPECT_EQ(
-        error->localizedDescription,
-        "“caf\uFFFD “x”” couldn’t be removed because it or a folder on the way to it no longer exists.");
-}
-
-TEST(FileRemoval, SaysInWordsWhyItFailed) {
-    struct Case {
-        int error;
-        const char *words;
-    };
-    for (const Case &one : {Case{EIO, "the disk reported an error"}, Case{EMFILE, "too many files are open"},
-                            Case{EBUSY, "the system is using it, or a volume is mounted in it"},
-                            Case{EPROTO, "of a system error: Protocol error"}})
-        EXPECT_EQ(fileError(FileOperation::remove, FileURL("/x/y"), one.error).localizedDescription,
-                  std::string("“y” couldn’t be removed because ") + one.words + ".");
-}
-
 TEST(FileRemoval, FolderThatSeemsMissingIsNoSuccess) {
     const TemporaryFolder folder;
     folder.makeFile("item/inner/file");
     const std::string answer = testing::answerOfChild([&]() -> std::string {
         if (!failOpeningFolders(ENOENT))
             return "cannot fail";
-        return outcome(folder.path("item"));
+        return outcomeOfRemoving(folder.path("item"));
     });
     if (answer == "cannot fail")
         GTEST_SKIP() << "system calls cannot be made to fail here";
@@ -180,81 +87,6 @@ TEST(FileRemoval, RemovesDeepTreeWithFewDescriptors) {
     EXPECT_EQ(answer, "gone, " + std::to_string(3 * (depth + 100) + 2));
 }
 
-TEST(FileRemoval, RemovesPathsLongerThanPathMax) {
-    const TemporaryFolder folder;
-    const std::string name(200, 'n');
-    testing::makeChain(folder.makeFolder("deep"), name, 60);
-    std::string path = folder.path("deep");
-    for (int i = 0; i < 40; ++i)
-        path += "/" + name;
-    EXPECT_EQ(outcome(path + "/sibling"), "gone");
-    EXPECT_EQ(outcome(path + "/sibling"), over(4, ENOENT));
-    EXPECT_EQ(outcome(path), "gone");
-    EXPECT_EQ(outcome(path), over(4, ENOENT));
-    EXPECT_EQ(outcome(folder.path("deep/" + name + "/file")), "gone");
-}
-
-TEST(FileRemoval, CancelStopsAndCountIsExact) {
-    const TemporaryFolder folder;
-    const std::string item = folder.makeFolder("item");
-    for (int i = 0; i < 900; ++i)
-        folder.makeFile("item/" + std::to_string(i % 30) + "/" + std::to_string(i));
-    const auto entries = [&] { return std::distance(fs::recursive_directory_iterator(item), {}); };
-    const auto before = entries();
-
-    RemovalProgress progress;
-    progress.cancelled.set();
-    EXPECT_EQ(outcomeOf(testing::removeItemAt(FileURL(item), &progress)), over(3072, ECANCELED));
-    EXPECT_EQ(outcomeOf(testing::removeItemAt(FileURL(item + "/0/0"), &progress)), over(3072, ECANCELED));
-    EXPECT_EQ(entries(), before);
-
-    progress.cancelled = StopFlag();
-    std::thread watcher([&] {
-        while (progress.entriesRemoved < 20)
-            std::this_thread::yield();
-        progress.cancelled.set();
-    });
-    const std::string end = outcomeOf(testing::removeItemAt(FileURL(item), &progress));
-    watcher.join();
-    if (end == "gone") { // the watcher came late
-        EXPECT_EQ(progress.entriesRemoved, before + 1);
-        return;
-    }
-    // What the figure says is gone, and not an entry more, now that it has ended.
-    EXPECT_EQ(end, over(3072, ECANCELED));
-    EXPECT_EQ(before - entries(), progress.entriesRemoved);
-    progress.cancelled = StopFlag();
-    EXPECT_EQ(outcomeOf(testing::removeItemAt(FileURL(item), &progress)), "gone");
-    EXPECT_EQ(progress.entriesRemoved, before + 1);
-}
-
-TEST(FileRemoval, MissingPermissionKeepsEverything) {
-    testing::inChild([] {
-        testing::becomeOrdinaryUser();
-        const TemporaryFolder folder;
-        folder.makeFile("locked/file");
-        folder.makeFile("locked/folder/file");
-        folder.makeFile("item/inner/deep/file");
-        folder.makeFile("unreadable/file");
-        folder.makeFolder("unreadable and empty");
-        fs::permissions(folder.path("locked"), fs::perms(0555));
-        fs::permissions(folder.path("item/inner/deep"), fs::perms(0555));
-        fs::permissions(folder.path("unreadable"), fs::perms(0333));
-        fs::permissions(folder.path("unreadable and empty"), fs::perms(0000));
-        const std::vector<std::string> before = listing(folder.path());
-
-        for (const char *item :
-             {"locked/file", "locked/folder", "locked", "item", "item/inner", "unreadable"})
-            EXPECT_EQ(outcome(folder.path(item)), over(513, EACCES)) << item;
-        EXPECT_EQ(testing::removeItemAt(FileURL(folder.path("item")))->localizedDescription,
-                  "“item” couldn’t be removed because you don’t have permission to access it.");
-        EXPECT_EQ(listing(folder.path()), before);
-        // Neither the parent of an item nor an empty folder has to be readable.
-        EXPECT_EQ(outcome(folder.path("unreadable/file")), "gone");
-        EXPECT_EQ(outcome(folder.path("unreadable and empty")), "gone");
-    });
-}
-
 TEST(FileRemoval, KeepsImmutableFolder) {
     const TemporaryFolder folder;
     folder.makeFile("item/immutable/file");
@@ -268,7 +100,7 @@ TEST(FileRemoval, KeepsImmutableFolder) {
         close(immutable);
         GTEST_SKIP() << "files cannot be marked immutable here";
     }
-    const std::string inside = outcome(folder.path("item/immutable/file"));
+    const std::string inside = outcomeOfRemoving(folder.path("item/immutable/file"));
     const std::optional<FileError> parent = testing::removeItemAt(FileURL(folder.path("item")));
     const bool isWhole = isThere(folder.path("item/immutable/file"));
     const RemovalObstacle ofFolder = removalObstacle(FileURL(folder.path("item/immutable")));
@@ -285,7 +117,7 @@ TEST(FileRemoval, KeepsImmutableFolder) {
     EXPECT_EQ(outcomeOf(parent), over(513, EPERM));
     EXPECT_EQ(parent ? parent->entry : "", folder.path("item/immutable"));
     EXPECT_TRUE(isWhole);
-    EXPECT_EQ(outcome(folder.path("item")), "gone");
+    EXPECT_EQ(outcomeOfRemoving(folder.path("item")), "gone");
 }
 
 TEST(FileRemoval, NeverEntersMountPoints) {
@@ -307,7 +139,7 @@ TEST(FileRemoval, NeverEntersMountPoints) {
         folder.writeFile("memory/mount/folder/kept", "kept");
         for (const char *item : {"memory", "memory/mount", "same device", "same device/mount", "a file",
                                  "a file/mount", "itself", "mount as item"}) {
-            EXPECT_EQ(outcome(folder.path(item)), over(512, EBUSY)) << item;
+            EXPECT_EQ(outcomeOfRemoving(folder.path(item)), over(512, EBUSY)) << item;
             EXPECT_TRUE(isThere(folder.path(item))) << item;
         }
         EXPECT_THAT(listing(elsewhere), ::testing::ElementsAre("/kept: file kept"));
@@ -315,7 +147,7 @@ TEST(FileRemoval, NeverEntersMountPoints) {
                     ::testing::ElementsAre("/folder: folder", "/folder/kept: file kept"));
         // An item on another device than the folder of a link to it is like any other.
         folder.makeLink("way", "memory/mount");
-        EXPECT_EQ(outcome(folder.path("way/folder")), "gone");
+        EXPECT_EQ(outcomeOfRemoving(folder.path("way/folder")), "gone");
     });
 }
 
@@ -336,7 +168,7 @@ TEST(FileRemoval, DeletesFoldersOfLowerLayers) {
         // otherwise.
         if (geteuid() != 0 || mount("overlay", overlay.c_str(), "overlay", 0, layers.c_str()) != 0)
             GTEST_SKIP() << "there is no overlay here";
-        EXPECT_EQ(outcome(overlay + "/item"), "gone");
+        EXPECT_EQ(outcomeOfRemoving(overlay + "/item"), "gone");
         EXPECT_FALSE(isThere(overlay + "/item"));
     });
 }

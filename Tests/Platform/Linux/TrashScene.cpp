@@ -34,10 +34,6 @@ std::string outcome(const std::string &path) {
            (error->underlying ? " over " + std::to_string(error->underlying->code) : "");
 }
 
-std::string over(int code, int errorNumber) {
-    return std::to_string(code) + " over " + std::to_string(errorNumber);
-}
-
 std::map<std::string, std::string> originalPaths(const std::string &trash) {
     std::map<std::string, std::string> paths;
     const std::string suffix = ".trashinfo";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Support/RemovalOutcome.h"
 #include "Support/TemporaryFolder.h"
 
 #include <functional>
@@ -10,9 +11,6 @@ namespace brimvale::testing {
 
 /// Moves an item to the trash: "trashed", or the codes of the error.
 [[nodiscard]] std::string outcome(const std::string &path);
-
-/// The codes of an error as `outcome` has them.
-[[nodiscard]] std::string over(int code, int errorNumber);
 
 /// What a file manager reads in a trash: for each item in it the path that it came from. An info file without
 /// an item, an item without one, and an info file of another form are listed as such.

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Platform/Folder.h"
-#include "Platform/Linux/Place.h"
 #include "Platform/OpenedItem.h"
+#include "Platform/Posix/Place.h"
 #include "Platform/RemovalProgress.h"
 
 #include <atomic>
@@ -71,6 +71,7 @@ private:
     void work(std::optional<Task> task);
     std::optional<Task> waitForTask();
     std::optional<Task> empty(const Task &task);
+    std::optional<Subfolders> removeEntries(const Task &task, Folder &folder);
     std::optional<Task> removeUnopened(const Task &task);
     std::optional<Task> removeEmptied(const Task &task);
     std::optional<Task> afterRemoving(const Task &task);

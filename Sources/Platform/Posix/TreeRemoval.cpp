@@ -1,7 +1,10 @@
-#include "Platform/Linux/TreeRemoval.h"
+#include "Platform/Posix/TreeRemoval.h"
+
+#include "Platform/Posix/EntryRemoval.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/stat.h>
@@ -29,7 +32,7 @@ bool isElsewhere(const Folder &folder) {
 } // namespace
 
 TreeRemoval::TreeRemoval(const OpenedItem &item, RemovalProgress &progress)
-    : progress_(progress), item_(item), mostOpen_(std::min(usualOpenFolders, descriptorLimit() / 4)) {
+    : progress_(progress), item_(item), mostOpen_(std::min(usualOpenFolders, descriptorLimit() / 8)) {
     Folder parent = item.folder().duplicate();
     place_ = placeOf(parent.descriptor());
     if (!place_) {
@@ -98,25 +101,47 @@ std::optional<TreeRemoval::Task> TreeRemoval::empty(const Task &task) {
             return fail(ESTALE);
         self_ = folder.duplicate();
     }
+    std::optional<Subfolders> subfolders = removeEntries(task, folder);
+    if (!subfolders)
+        return std::nullopt;
+    if (subfolders->count > 0)
+        return grow(task, std::move(folder), place->identity, *std::move(subfolders));
+    return Task{task.branch, task.folder, task.name, true};
+}
 
-    Subfolders subfolders;
+/// Removes everything but the subfolders from the folder of the task, and returns these. Nothing after a failure.
+std::optional<TreeRemoval::Subfolders> TreeRemoval::removeEntries(const Task &task, Folder &folder) {
+    // All names are read before the first entry is removed: file systems may leave out names of a folder that
+    // changes while it is read.
+    std::string names;
     while (const char *name = folder.nextName()) {
         if (mustStop())
             return std::nullopt;
-        if (unlinkat(folder.descriptor(), name, 0) == 0) {
-            progress_.entriesRemoved.fetch_add(1, std::memory_order_relaxed);
-        } else if (errno == EISDIR) {
-            subfolders.names.append(name).push_back('\0');
-            ++subfolders.count;
-        } else if (errno != ENOENT) {
-            return fail(errno, &task, name);
-        }
+        names.append(name).push_back('\0');
     }
     if (errno != 0)
         return fail(errno, &task);
-    if (subfolders.count > 0)
-        return grow(task, std::move(folder), place->identity, std::move(subfolders));
-    return Task{task.branch, task.folder, task.name, true};
+
+    Subfolders subfolders;
+    for (std::size_t next = 0; next < names.size();) {
+        if (mustStop())
+            return std::nullopt;
+        const char *name = names.c_str() + next;
+        const std::size_t length = std::strlen(name) + 1;
+        next += length;
+        if (unlinkat(folder.descriptor(), name, 0) == 0) {
+            progress_.entriesRemoved.fetch_add(1, std::memory_order_relaxed);
+            continue;
+        }
+        const int error = errno;
+        if (isFolderToEmpty(folder, name, error)) {
+            subfolders.names.append(name, length);
+            ++subfolders.count;
+        } else if (error != ENOENT) {
+            return fail(error, &task, name);
+        }
+    }
+    return subfolders;
 }
 
 /// Handles a folder that could not be opened; errno says why.

@@ -1,7 +1,7 @@
 #include "Platform/FileRemoval.h"
 
 #include "Platform/FileOperation.h"
-#include "Platform/Linux/TreeRemoval.h"
+#include "Platform/Posix/TreeRemoval.h"
 
 #include <cerrno>
 #include <fcntl.h>
