@@ -31,10 +31,11 @@ std::shared_ptr<FSNode> fileAgain(const std::string &path) {
 }
 
 /// The folder or file as the scan of the tree at `rootPath` would show it now; null if it is gone.
-std::shared_ptr<FSNode> scannedAgain(const std::string &path, const std::string &rootPath, ScanStats &stats) {
+std::shared_ptr<FSNode> scannedAgain(const std::string &path, const std::string &rootPath, ScanStats &stats,
+                                     WalkPool &pool) {
     const ScanOptions options = ScanOptions::standard();
-    std::shared_ptr<FSNode> found = path == rootPath ? DiskScanner::scan(path, options, stats)
-                                                     : DiskScanner::scanInside(path, options, stats);
+    std::shared_ptr<FSNode> found = path == rootPath ? DiskScanner::scan(path, options, stats, pool)
+                                                     : DiskScanner::scanInside(path, options, stats, pool);
     if (found == nullptr)
         return fileAgain(path);
     found->sortRecursively();
@@ -44,7 +45,11 @@ std::shared_ptr<FSNode> scannedAgain(const std::string &path, const std::string 
 } // namespace
 
 ScanSession::ScanSession(Workers &workers, Volumes &volumes)
-    : Part({.scanRootPath = homeFolder().path()}), workers_(workers), volumes_(volumes) {
+    : ScanSession(workers, volumes, DiskScanner::scan) {}
+
+ScanSession::ScanSession(Workers &workers, Volumes &volumes, Scan scan)
+    : Part({.scanRootPath = homeFolder().path()}), workers_(workers), volumes_(volumes),
+      scan_(std::move(scan)) {
     connect(&progressTimer_, &QTimer::timeout, this, &ScanSession::pollScan);
 }
 
@@ -80,29 +85,42 @@ void ScanSession::startScan(std::optional<std::string> path) {
 
     const auto walk = std::make_shared<Walk>(Walk{.stats = scanStats_});
     walks_.push_back(walk);
-    workers_.run(
+    threads_.run(
         this,
-        [root = state().scanRootPath, stats = scanStats_] {
-            std::shared_ptr<FSNode> found = DiskScanner::scan(root, ScanOptions::standard(), *stats);
+        [scan = scan_, root = state().scanRootPath, stats = scanStats_](WalkPool &pool) {
+            std::shared_ptr<FSNode> found = scan(root, ScanOptions::standard(), *stats, pool);
             found->sortRecursively();
             return found;
         },
-        [this, walk](std::shared_ptr<FSNode> found) {
-            std::erase(walks_, walk);
-            // Checked here, because a scan may be cancelled while its result waits for the event loop.
-            if (walk->stats->cancelled())
-                workers_.dispose(std::exchange(found, nullptr));
-            finishScan(found);
-            if (found == nullptr)
-                return;
-            walk->partlyGone.add(dropFromTree(walk->gone));
-            scanAgain(walk->partlyGone);
-        });
+        [this, walk](std::shared_ptr<FSNode> found) { takeResult(walk, std::move(found)); });
+}
+
+void ScanSession::takeResult(const std::shared_ptr<Walk> &walk, std::shared_ptr<FSNode> found) {
+    std::erase(walks_, walk);
+    // Checked here, because a scan may be cancelled while its result waits for the event loop.
+    if (walk->stats->cancelled())
+        workers_.dispose(std::exchange(found, nullptr));
+    if (walk->hasStopped)
+        return;
+    finishScan(found);
+    if (found == nullptr)
+        return;
+    walk->partlyGone.add(dropFromTree(walk->gone));
+    scanAgain(walk->partlyGone);
+}
+
+/// Ends the session of a cancelled scan, whether its threads have ended or still wait in the system.
+void ScanSession::endStopped() {
+    for (const std::shared_ptr<Walk> &walk : walks_)
+        walk->hasStopped = walk->hasStopped || walk->stats == scanStats_;
+    finishScan(nullptr);
 }
 
 void ScanSession::pollScan() {
     if (scanStats_ == nullptr)
         return;
+    if (scanStats_->cancelled())
+        return endStopped();
     update([this](SessionState &state) {
         state.scanFiles = scanStats_->files();
         state.scanBytes = scanStats_->bytes();
@@ -248,11 +266,12 @@ void ScanSession::beginRescan() {
     if (places.empty())
         return;
     rescan_ = std::make_shared<Rescan>(Rescan{.tree = state().tree});
-    workers_.run(
+    threads_.run(
         this,
-        [places = std::move(places), rootPath = state().tree->path(), stats = rescan_->stats]() mutable {
+        [places = std::move(places), rootPath = state().tree->path(),
+         stats = rescan_->stats](WalkPool &pool) mutable {
             for (auto &[path, found] : places)
-                found = scannedAgain(path.path(), rootPath, *stats);
+                found = scannedAgain(path.path(), rootPath, *stats, pool);
             return std::move(places);
         },
         [this](ScannedPlaces found) { endRescan(std::move(found)); });

@@ -2,6 +2,7 @@
 
 #include "Base/Date.h"
 #include "Core/Model/Part.h"
+#include "Core/Model/ScanThreads.h"
 #include "Core/Removal/GonePaths.h"
 #include "Core/Scan/FSNode.h"
 #include "Core/Scan/ScanStats.h"
@@ -9,6 +10,7 @@
 #include <QTimer>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,6 +19,7 @@
 
 namespace brimvale {
 
+struct ScanOptions;
 class Volumes;
 class Workers;
 
@@ -40,9 +43,14 @@ class ScanSession : public Part<SessionState> {
     Q_OBJECT
 
 public:
-    /// Both must outlive it.
+    /// Scans a folder like `DiskScanner::scan`.
+    using Scan = std::function<std::unique_ptr<FSNode>(const std::string &root, const ScanOptions &options,
+                                                       ScanStats &stats, WalkPool &pool)>;
+
+    /// Workers and volumes must outlive it. Another `scan` is for tests.
     ScanSession(Workers &workers, Volumes &volumes);
-    /// Cancels all running scans.
+    ScanSession(Workers &workers, Volumes &volumes, Scan scan);
+    /// Cancels all running scans, and does not wait for those that stand in the system.
     ~ScanSession() override;
 
     /// Sets the folder for the next scan (absolute). A running scan continues.
@@ -51,7 +59,8 @@ public:
     /// Scans `path` if given, else the current scan root. A running scan is cancelled and superseded.
     void startScan(std::optional<std::string> path = std::nullopt);
 
-    /// The running scan's progress, null when idle. Pages cancel it to stop the scan.
+    /// The running scan's progress, null when idle. Pages cancel it to stop the scan. That ends the session
+    /// at the next look at the progress, even if the scan waits in the system; its result is dropped later.
     [[nodiscard]] const std::shared_ptr<ScanStats> &scanStats() const { return scanStats_; }
 
     /// Ends the scan session, with the scanned tree or, after a cancellation, without one.
@@ -96,6 +105,7 @@ private:
         // Since it began:
         GonePaths gone = {};
         GonePaths partlyGone = {};
+        bool hasStopped = false; ///< the session has ended before the walk
     };
 
     /// Places scanned again, with their new nodes; null where there is no file or folder any more.
@@ -108,6 +118,8 @@ private:
     };
 
     void pollScan();
+    void takeResult(const std::shared_ptr<Walk> &walk, std::shared_ptr<FSNode> found);
+    void endStopped();
     void setTree(std::shared_ptr<FSNode> tree);
     [[nodiscard]] double elapsed() const;
     GonePaths dropFromTree(const GonePaths &gone);
@@ -118,11 +130,12 @@ private:
     void scanAgain(const GonePaths &items);
     void beginRescan();
     void endRescan(ScannedPlaces found);
-    void replace(const ScannedPlaces &folders);
+    void replace(const ScannedPlaces &places);
     void replaceContents(FSNode &folder, FSNode &found);
 
     Workers &workers_;
     Volumes &volumes_;
+    Scan scan_;
     std::shared_ptr<ScanStats> scanStats_;
     QTimer progressTimer_;
     std::optional<std::chrono::steady_clock::time_point> scanStart_;
@@ -135,6 +148,8 @@ private:
     GonePaths dropping_;
     std::vector<FSNode *> waiting_;                 ///< nodes to detach, from the end
     std::vector<std::unique_ptr<FSNode>> detached_; ///< freed in the background afterwards
+
+    ScanThreads threads_; ///< the last member, so that it goes first
 };
 
 } // namespace brimvale

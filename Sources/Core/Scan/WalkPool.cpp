@@ -20,18 +20,21 @@ constexpr std::size_t descriptorsPerWalk = DirectoryWalk::maximumOpenFolders + 3
 /// Descriptors reserved for the rest of the program.
 constexpr std::size_t descriptorsElsewhere = 32;
 
-/// A low limit on descriptors means fewer workers, never a folder that cannot be opened.
-int sharedWorkerCount() {
+/// Pools that may be busy at the same time: the shared one and that of a scan.
+constexpr std::size_t busyPools = 2;
+
+} // namespace
+
+int WalkPool::usualWorkerCount() {
     const std::size_t limit = descriptorLimit();
-    const std::size_t forWalks = limit > descriptorsElsewhere ? limit - descriptorsElsewhere : 0;
+    const std::size_t forWalks =
+        limit > descriptorsElsewhere ? (limit - descriptorsElsewhere) / busyPools : 0;
     const std::size_t walks = std::max<std::size_t>(forWalks / descriptorsPerWalk, 1);
     return static_cast<int>(std::min(walks - 1, mostWorkers));
 }
 
-} // namespace
-
 WalkPool &WalkPool::shared() {
-    static WalkPool pool(sharedWorkerCount());
+    static WalkPool pool(usualWorkerCount());
     return pool;
 }
 

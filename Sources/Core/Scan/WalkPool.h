@@ -14,9 +14,9 @@
 
 namespace brimvale {
 
-/// The threads that walk folders for the whole program. A walk runs on the thread that asked for it, and idle
-/// workers take over subfolders that wait in it, so one huge folder keeps all of them busy. There are more
-/// threads than cores, because a first walk waits for the disk.
+/// Threads that walk folders; most of the program shares one pool. A walk runs on the thread that asked for
+/// it, and idle workers take over subfolders that wait in it, so one huge folder keeps all of them busy.
+/// There are more threads than cores, because a first walk waits for the disk.
 class WalkPool {
 public:
     /// Starts fewer workers if the system has no more threads.
@@ -24,6 +24,10 @@ public:
     ~WalkPool();
     WalkPool(const WalkPool &) = delete;
     WalkPool &operator=(const WalkPool &) = delete;
+
+    /// The number of workers that keeps a disk busy. A low limit on descriptors means fewer workers, never a
+    /// folder that cannot be opened.
+    [[nodiscard]] static int usualWorkerCount();
 
     /// The program's pool, created at its first use.
     static WalkPool &shared();
