@@ -4,6 +4,7 @@
 #include "Catalogs/AppLocations.h"
 #include "Catalogs/CleanupTarget.h"
 #include "Catalogs/GuardedPaths.h"
+#include "Catalogs/JoinedFolders.h"
 #include "Catalogs/ScanRoot.h"
 #include "Catalogs/StorageCategory.h"
 #include "Catalogs/Words.h"
@@ -25,6 +26,7 @@ struct Catalog {
     /// Folders that a scan never enters: device and automount trees, the other volumes, the same volume by a
     /// second path. Absolute paths, as for a host whose root is "/".
     std::vector<std::string> skippedPaths;
+    JoinedFolders joinedFolders;
     /// Folders of cloud providers, which would download their contents to list them.
     std::vector<std::string> (*cloudProviderRoots)(const FileURL &home);
 

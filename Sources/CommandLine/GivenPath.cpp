@@ -2,6 +2,7 @@
 
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
+#include "Core/Scan/UsualPath.h"
 #include "Platform/Dataless.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Folder.h"
@@ -53,7 +54,7 @@ Result<FileURL> placeToMeasure(std::string_view typed, const PathSet &skippedPat
     // A slash after a file's name is a mistake that the standardised form hides.
     if (!fileStatus(url->path()))
         return FileError::posix(errno);
-    const FileURL place = url->standardized();
+    const FileURL place = usualPath(*url);
     const std::optional<FileStatus> status = fileStatus(place.path());
     if (!status)
         return FileError::posix(errno);

@@ -5,6 +5,7 @@
 #include "Platform/Folder.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,6 +15,10 @@ namespace brimvale {
 
 /// The visitor's handle for a folder. The walk passes it back unchanged.
 using FolderHandle = void *;
+
+/// Whether a walk enters a subfolder, and why not: it may be on another volume, or a placeholder for a folder
+/// of a cloud provider.
+enum class SubfolderKind : std::uint8_t { walkable, otherVolume, dataless };
 
 /// Receives what a walk finds. One visitor serves one walk and is called only on the walk's thread. A folder
 /// is reported completely, from `enter` to `leave` or `interrupted`, before any of its subfolders is entered.
@@ -27,11 +32,11 @@ public:
     /// A file, a link or anything else that is not a folder.
     virtual void file(FolderHandle folder, std::string_view name, const FileStatus &status) = 0;
 
-    /// A subfolder. Returns the handle for later calls, or nothing if it should not be entered. Mount points
-    /// and folders of cloud providers are reported here and cannot be entered.
+    /// A subfolder. Returns the handle for later calls, or nothing if it should not be entered. Only a
+    /// walkable one is.
     virtual std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
                                                   std::string_view name, const FileIdentity &identity,
-                                                  bool canBeEntered) = 0;
+                                                  SubfolderKind kind) = 0;
 
     /// `folder` contains one of its own ancestors, mounted there a second time. It is not entered.
     virtual void containsAncestor(FolderHandle /*folder*/) {}

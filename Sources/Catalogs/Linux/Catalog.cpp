@@ -31,6 +31,7 @@ const Catalog &catalog() {
                       {"Variable data", "/var"},
                       {"Whole system", "/"}},
         .skippedPaths = {"/dev", "/proc", "/run", "/sys"},
+        .joinedFolders = {},
         .cloudProviderRoots = cloudProviderRoots,
         .guardedPaths = guardedPaths,
         .accessProbes = accessProbes,

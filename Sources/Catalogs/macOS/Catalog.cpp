@@ -35,6 +35,14 @@ std::vector<std::string> skippedPaths() {
     };
 }
 
+/// Those of /usr/share/firmlinks that may be removed from or are measured. The others are inside /System and
+/// protected by both names.
+JoinedFolders joinedFolders() {
+    return {.volume = "/System/Volumes/Data",
+            .names = {"/Applications", "/Library", "/Users", "/Volumes", "/cores", "/opt", "/private",
+                      "/usr/libexec/cups", "/usr/local", "/usr/share/snmp"}};
+}
+
 std::vector<std::string> cloudProviderRoots(const FileURL &home) {
     return {home.appending("Library/CloudStorage").path(), home.appending("Library/Mobile Documents").path()};
 }
@@ -58,6 +66,7 @@ const Catalog &catalog() {
         .words = words(),
         .scanRoots = scanRoots(),
         .skippedPaths = skippedPaths(),
+        .joinedFolders = joinedFolders(),
         .cloudProviderRoots = cloudProviderRoots,
         .guardedPaths = guardedPaths,
         .accessProbes = accessProbes,

@@ -5,6 +5,7 @@
 #include "Core/Removal/RemovalGate.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/ScanOptions.h"
+#include "Core/Scan/UsualPath.h"
 #include "Platform/FileOperation.h"
 #include "Platform/FileStatus.h"
 #include "Platform/PrivilegedRemoval.h"
@@ -118,7 +119,7 @@ RemovalResult removeWithAdmin(const std::vector<CleanupEntry> &entries, RemovalA
             continue;
         }
         length += wordLength;
-        admitted.push_back(entry.url.standardized());
+        admitted.push_back(usualPath(entry.url));
         pins.push_back(pin);
     }
     if (admitted.empty())

@@ -1,5 +1,7 @@
 #include "Core/Removal/GonePaths.h"
 
+#include "Core/Scan/UsualPath.h"
+
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
@@ -18,13 +20,18 @@ bool comesBefore(const FileURL &a, const FileURL &b) {
                                         [&](char one, char other) { return rank(one) < rank(other); });
 }
 
-/// The other paths of a folder: with links resolved, and as displayed. None if it does not exist.
+/// The other paths of a folder: with links resolved, as displayed, and by its other name if it has two. None
+/// if it does not exist.
 std::vector<FileURL> otherPaths(const FileURL &folder) {
     std::error_code error;
     const std::filesystem::path real = std::filesystem::canonical(folder.path(), error);
     if (error)
         return {};
-    return {folder.standardized(), FileURL(real.native())};
+    const FileURL usual = usualPath(folder);
+    std::vector<FileURL> paths = {folder.standardized(), FileURL(real.native()), usual};
+    if (std::optional<std::string> other = pathOnJoinedVolume(usual.path()))
+        paths.emplace_back(*std::move(other));
+    return paths;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "Core/Removal/NodesToRemove.h"
 
 #include "Core/Scan/OutermostNodes.h"
+#include "Core/Scan/UsualPath.h"
 
 #include <cstddef>
 #include <memory>
@@ -41,7 +42,7 @@ std::vector<CleanupEntry> entriesOf(std::span<FSNode *const> nodes) {
     entries.reserve(nodes.size());
     for (const FSNode *node : nodes) {
         entries.push_back({.url = FileURL(node->path()), .size = node->size, .isFolder = node->isDirectory});
-        entries.back().pin = pinOf(*node, entries.back().url);
+        entries.back().pin = pinOf(*node, usualPath(entries.back().url));
         entries.back().hasLinkedFiles = node->hasLinkedFiles;
     }
     return entries;

@@ -1,6 +1,7 @@
 #include "Core/Removal/RemovalGate.h"
 
 #include "Base/Text.h"
+#include "Core/Scan/UsualPath.h"
 #include "Platform/Subvolumes.h"
 
 #include <utility>
@@ -24,10 +25,10 @@ const RemovalGuards &RemovalGate::guards() {
 }
 
 RemovalGate::Answer RemovalGate::open(const FileURL &item, const std::optional<ItemPin> &shown) const {
-    const FileURL standardized = item.standardized();
-    if (std::optional<std::string> refusal = guards().check(standardized))
+    const FileURL usual = usualPath(item);
+    if (std::optional<std::string> refusal = guards().check(usual))
         return *std::move(refusal);
-    Result<OpenedItem, int> found = shown ? OpenedItem::again(*shown) : OpenedItem::at(standardized);
+    Result<OpenedItem, int> found = shown ? OpenedItem::again(*shown) : OpenedItem::at(usual);
     if (const int *error = std::get_if<int>(&found))
         return *error;
     auto &opened = std::get<OpenedItem>(found);

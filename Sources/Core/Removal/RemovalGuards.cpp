@@ -2,6 +2,7 @@
 
 #include "Base/Text.h"
 #include "Catalogs/Catalog.h"
+#include "Core/Scan/UsualPath.h"
 #include "Platform/Accounts.h"
 #include "Platform/Characters.h"
 #include "Platform/FileAccess.h"
@@ -227,14 +228,14 @@ std::optional<std::string> RemovalGuards::SystemGuards::refusal(const OpenedItem
     return std::nullopt;
 }
 
-RemovalGuards::RemovalGuards(const Host &host) : inForce_(host) {
+RemovalGuards::RemovalGuards(const Host &host) : system_(host.system), inForce_(host) {
     if (host.system != platformSystem())
         platform_.emplace(Host{platformSystem(), host.home, host.tools});
 }
 
 std::optional<std::string> RemovalGuards::check(const FileURL &url) const {
-    const FileURL standardized = url.standardized();
-    const std::string &path = standardized.path();
+    const FileURL usual = usualPath(url, system_);
+    const std::string &path = usual.path();
     if (path == "/")
         return "Refusing to operate on the volume root.";
     if (std::optional<std::string> refusal = inForce_.refusal(path))

@@ -18,7 +18,7 @@ namespace brimvale {
 /// the home folders of all people who use this machine. Immutable, and made for one host: the homes are read
 /// once, when the guards are made.
 ///
-/// An item is checked twice. First its path, as standardised text, byte by byte; but a guarded folder is
+/// An item is checked twice. First its usual path, as text, byte by byte; but a guarded folder is
 /// guarded in every spelling that the file system accepts for it ("~/documents" where case does not matter).
 /// Then its place on the disk: whatever links and bind mounts the path leads through, the item and its
 /// ancestors are compared with the guarded folders themselves.
@@ -89,6 +89,7 @@ private:
             spellings_; ///< guarded folders by their case-folded paths
     };
 
+    System system_;
     SystemGuards inForce_;
     std::optional<SystemGuards> platform_; ///< where it differs
 };

@@ -7,6 +7,7 @@
 #include "Core/Scan/SumLimit.h"
 #include "Core/Scan/Summing.h"
 #include "Core/Scan/TreeBuilder.h"
+#include "Core/Scan/UsualPath.h"
 #include "Platform/Dataless.h"
 #include "Platform/DirectoryWalk.h"
 #include "Platform/Folder.h"
@@ -40,8 +41,7 @@ std::unique_ptr<FSNode> skippedNode(FSNode &root, const Folder &folder, const st
     auto node = std::make_unique<FSNode>(name, root, true);
     if (const std::optional<FileStatus> status = folder.statusOfEntry(name))
         node->setIdentity(status->identity);
-    node->isNotDescended = true;
-    node->isCloudProvider = state.options.cloudProviderPaths.contains(joinPath(path, name));
+    node->markSkipped(state.options.cloudProviderPaths.contains(joinPath(path, name)));
     return node;
 }
 
@@ -82,7 +82,9 @@ PendingFolders listRoot(FSNode &root, Folder folder, const std::string &path, Sc
         }
         nodes.push_back(std::make_unique<FSNode>(name, root, true));
         nodes.back()->setIdentity(status->identity);
-        if (!status->isDataless)
+        if (status->isDataless)
+            nodes.back()->markSkipped(true);
+        else
             pending.add(name, nodes.back().get(), status->identity);
     }
     root.adopt(nodes);
@@ -94,7 +96,7 @@ PendingFolders listRoot(FSNode &root, Folder folder, const std::string &path, Sc
 std::unique_ptr<FSNode> DiskScanner::scan(const std::string &root, const ScanOptions &options,
                                           ScanStats &stats, WalkPool &pool) {
     const NoMaterialization guard;
-    const std::string path = FileURL(root).standardized().path();
+    const std::string path = usualPath(FileURL(root)).path();
     auto node = std::make_unique<FSNode>(displayName(path), path, true);
     ScanState state(options, stats);
     Folder folder = Folder::at(path, Folder::Links::follow);
@@ -104,6 +106,8 @@ std::unique_ptr<FSNode> DiskScanner::scan(const std::string &root, const ScanOpt
         // A folder that cannot be listed and a link that leads nowhere stay empty.
         if (status && (error == ENOTDIR || status->kind == FileKind::regularFile))
             setFigures(*node, *status, state);
+        if (status && status->isDataless && status->kind == FileKind::directory)
+            node->markSkipped(true);
         return node;
     }
 
@@ -123,7 +127,7 @@ std::int64_t DiskScanner::quickSize(const std::string &path, const ScanOptions &
         return 0;
     if (status->kind != FileKind::directory)
         return status->allocatedBytes;
-    const std::string standardised = FileURL(path).standardized().path();
+    const std::string standardised = usualPath(FileURL(path)).path();
     const SkipList skipped(options.skippedPaths);
     if (skipped.contains(standardised) || status->isDataless)
         return 0;
@@ -144,7 +148,7 @@ DiskScanner::QuickFigures DiskScanner::quickFigures(const std::string &path, con
         return {.bytes = status->allocatedBytes,
                 .freedBytes = hasOtherNames(*status) ? 0 : status->allocatedBytes,
                 .entries = 1};
-    const std::string standardised = FileURL(path).standardized().path();
+    const std::string standardised = usualPath(FileURL(path)).path();
     const SkipList skipped(options.skippedPaths);
     if (skipped.contains(standardised) || status->isDataless)
         return {.entries = 1};
@@ -170,7 +174,9 @@ std::unique_ptr<FSNode> DiskScanner::scanInside(const std::string &path, const S
     parent.adopt(std::make_unique<FSNode>(std::string(url.fileName()), parent, true));
     FSNode &folder = *parent.children().front();
     folder.setIdentity(status->identity);
-    if (!status->isDataless) {
+    if (status->isDataless) {
+        folder.markSkipped(true);
+    } else {
         ScanState state(options, stats);
         pool.walk(PendingFolders(path, &folder, status->identity), options.crossesMountPoints,
                   stats.stopFlag(), [&] { return std::make_unique<TreeBuilder>(state); });

@@ -41,7 +41,7 @@ public:
     bool unreadable = false;      ///< could not be read, at least in part
     bool isNotDescended = false;  ///< skipped; its sizes stay 0
     bool hasLinkedFiles = false;  ///< a folder with files that have several names
-    bool isCloudProvider = false; ///< skipped because it belongs to a cloud provider
+    bool isCloudProvider = false; ///< skipped because a cloud provider has its contents
     std::uint8_t marks = 0;       ///< state bits of the outline that shows it
     std::uint32_t row = 0;        ///< its position among its siblings in the outline, or a later one
     std::uint32_t device = 0;     ///< of `identity`; here it takes no memory of its own
@@ -58,6 +58,12 @@ public:
     /// Notes for all ancestors that this node is about to leave the tree: takes its size and files off their
     /// figures, and its length and folders off what is left of them.
     void subtractFromAncestors() const;
+
+    /// Marks it as skipped.
+    void markSkipped(bool belongsToCloudProvider) {
+        isNotDescended = true;
+        isCloudProvider = belongsToCloudProvider;
+    }
 
     /// Which entry of the disk this is, as the scan found it; nothing for an aggregate and for an entry whose
     /// status was not read.

@@ -2,6 +2,7 @@
 
 #include "Base/FileURL.h"
 #include "Core/Scan/PlaceOfWalk.h"
+#include "Core/Scan/UsualPath.h"
 
 #include <algorithm>
 
@@ -29,7 +30,7 @@ NestedItem &NestedItems::add(const std::string &path, std::size_t group, bool is
             item->measured = {.modified = status->modified, .isFolder = status->kind == FileKind::directory};
         if (item->measured.isFolder) {
             item->path = placeOfWalk(path);
-            if (!skipped_.contains(FileURL(path).standardized().path()) && !status->isDataless)
+            if (!skipped_.contains(usualPath(FileURL(path)).path()) && !status->isDataless)
                 item->folder = status->identity;
         } else if (status) {
             item->measured.bytes = status->allocatedBytes;

@@ -1,9 +1,12 @@
 #include "Core/Scan/ScanOptions.h"
 
 #include "Catalogs/Catalog.h"
+#include "Core/Scan/UsualPath.h"
 #include "Platform/Mounts.h"
 
 #include <iterator>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace brimvale {
@@ -20,6 +23,10 @@ ScanOptions ScanOptions::standard(const Host &host) {
     ScanOptions options;
     options.skippedPaths = defaultSkippedPaths(host);
     options.cloudProviderPaths = cloudProviderRoots(host);
+    // A scan of the joined volume itself finds them by their other names.
+    for (const std::string &root : cloudProviderRoots(host))
+        if (std::optional<std::string> other = pathOnJoinedVolume(root, host.system))
+            options.cloudProviderPaths.insert(*std::move(other));
     options.skippedPaths.insert(options.cloudProviderPaths.begin(), options.cloudProviderPaths.end());
     return options;
 }

@@ -80,7 +80,7 @@ public:
     }
     std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
                                           std::string_view name, const FileIdentity &,
-                                          bool canBeEntered) override;
+                                          SubfolderKind kind) override;
     void noStatus(FolderHandle) override {}
     void unreadable(FolderHandle) override {}
     void containsAncestor(FolderHandle folder) override { run_.markContainsAncestor(itemOf(folder)); }
@@ -99,8 +99,8 @@ private:
 
 std::optional<FolderHandle> Adding::subfolder(FolderHandle folder, const std::string &folderPath,
                                               std::string_view name, const FileIdentity &,
-                                              bool canBeEntered) {
-    if (!canBeEntered || run_.isSkipped(folderPath, name))
+                                              SubfolderKind kind) {
+    if (kind != SubfolderKind::walkable || run_.isSkipped(folderPath, name))
         return std::nullopt;
     if (NestedItem *inner = run_.innerItem(folderPath, name)) {
         run_.meet(*inner);

@@ -43,7 +43,7 @@ void Summing::file(FolderHandle, std::string_view, const FileStatus &status) {
 }
 
 std::optional<FolderHandle> Summing::subfolder(FolderHandle, const std::string &folderPath,
-                                               std::string_view name, const FileIdentity &, bool) {
+                                               std::string_view name, const FileIdentity &, SubfolderKind) {
     ++entries_;
     return sums_.skipped.contains(folderPath, name) ? std::nullopt : std::optional<FolderHandle>(nullptr);
 }

@@ -56,7 +56,7 @@ public:
     void enter(FolderHandle, const std::string &, int) override {}
     void file(FolderHandle, std::string_view, const FileStatus &status) override;
     std::optional<FolderHandle> subfolder(FolderHandle, const std::string &folderPath, std::string_view name,
-                                          const FileIdentity &, bool) override;
+                                          const FileIdentity &, SubfolderKind) override;
     void noStatus(FolderHandle) override;
     void unreadable(FolderHandle) override { noteUnreadable(); }
     void leave(FolderHandle) override {}

@@ -62,14 +62,16 @@ void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileSta
 
 std::optional<FolderHandle> TreeBuilder::subfolder(FolderHandle folder, const std::string &folderPath,
                                                    std::string_view name, const FileIdentity &identity,
-                                                   bool /*canBeEntered*/) {
+                                                   SubfolderKind kind) {
     children_.push_back(std::make_unique<FSNode>(std::string(name), nodeOf(folder), true));
     FSNode *child = children_.back().get();
     child->setIdentity(identity);
-    if (!state_.skipped.contains(folderPath, name))
+    if (kind == SubfolderKind::dataless)
+        child->markSkipped(true);
+    else if (state_.skipped.contains(folderPath, name))
+        child->markSkipped(state_.options.cloudProviderPaths.contains(child->path()));
+    else
         return child;
-    child->isNotDescended = true;
-    child->isCloudProvider = state_.options.cloudProviderPaths.contains(child->path());
     return std::nullopt;
 }
 

@@ -43,7 +43,8 @@ public:
     void enter(FolderHandle folder, const std::string &path, int depth) override;
     void file(FolderHandle folder, std::string_view name, const FileStatus &status) override;
     std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
-                                          std::string_view name, const FileIdentity &identity, bool) override;
+                                          std::string_view name, const FileIdentity &identity,
+                                          SubfolderKind kind) override;
     void noStatus(FolderHandle folder) override;
     void unreadable(FolderHandle folder) override;
     void leave(FolderHandle folder) override;

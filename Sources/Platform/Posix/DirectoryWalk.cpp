@@ -103,10 +103,12 @@ bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity 
             visitor_.containsAncestor(handle);
         } else {
             const bool isOnWalkedDevice = crossesMountPoints_ || status->identity.device == identity.device;
-            const bool canBeEntered = isOnWalkedDevice && !status->isDataless;
+            const SubfolderKind kind = !isOnWalkedDevice    ? SubfolderKind::otherVolume
+                                       : status->isDataless ? SubfolderKind::dataless
+                                                            : SubfolderKind::walkable;
             const std::optional<FolderHandle> sub =
-                visitor_.subfolder(handle, path_, name, status->identity, canBeEntered);
-            if (sub && canBeEntered)
+                visitor_.subfolder(handle, path_, name, status->identity, kind);
+            if (sub && kind == SubfolderKind::walkable)
                 siblings.add(name, *sub, status->identity);
         }
     }

@@ -109,7 +109,8 @@ std::optional<TreeRemoval::Task> TreeRemoval::empty(const Task &task) {
     return Task{task.branch, task.folder, task.name, true};
 }
 
-/// Removes everything but the subfolders from the folder of the task, and returns these. Nothing after a failure.
+/// Removes everything but the subfolders from the folder of the task, and returns these. Nothing after a
+/// failure.
 std::optional<TreeRemoval::Subfolders> TreeRemoval::removeEntries(const Task &task, Folder &folder) {
     // All names are read before the first entry is removed: file systems may leave out names of a folder that
     // changes while it is read.

@@ -68,8 +68,8 @@ private:
         }
         std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &path,
                                               std::string_view name, const FileIdentity &identity,
-                                              bool canBeEntered) override {
-            const auto handle = TreeBuilder::subfolder(folder, path, name, identity, canBeEntered);
+                                              SubfolderKind kind) override {
+            const auto handle = TreeBuilder::subfolder(folder, path, name, identity, kind);
             scan.count();
             return handle;
         }
@@ -133,6 +133,26 @@ TEST(TreeBuilder, HandOverOrderDoesNotChangeTheTree) {
         const std::string found = describe(scan.root);
         EXPECT_EQ(found.substr(found.find('\n')), expected.substr(expected.find('\n'))) << "seed " << seed;
     }
+}
+
+TEST(TreeBuilder, MarksFoldersOfCloudProviders) {
+    ScanStats stats;
+    ScanState state({}, stats);
+    FSNode root("root", "/root", true);
+    root.adopt(std::make_unique<FSNode>("top", root, true));
+    FSNode *top = root.children().front().get();
+    {
+        TreeBuilder builder(state);
+        EXPECT_FALSE(builder.subfolder(top, "/root/top", "cloud", {1, 2}, SubfolderKind::dataless));
+        EXPECT_TRUE(builder.subfolder(top, "/root/top", "volume", {2, 2}, SubfolderKind::otherVolume));
+        builder.leave(top);
+    }
+    rollUp(root, state);
+    ASSERT_EQ(top->children().size(), 2U);
+    const FSNode &cloud = *top->children().front();
+    EXPECT_TRUE(cloud.isNotDescended && cloud.isCloudProvider);
+    EXPECT_FALSE(top->children().back()->isNotDescended);
+    EXPECT_EQ(top->dirCount, 2);
 }
 
 TEST(TreeBuilder, CancelLeavesConsistentPartialTree) {
