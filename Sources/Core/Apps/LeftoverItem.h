@@ -36,7 +36,7 @@ struct LeftoverItem {
     std::optional<ItemPin> pin = {}; ///< the item as it was found; only this one is removed
     /// Claimed by an identifier without a dot ("com"), with which the names of other programs' files begin.
     bool isVague = false;
-    bool hasLinkedFiles = false;     ///< files with several names
+    bool hasLinkedFiles = false; ///< files with several names
 
     friend bool operator==(const LeftoverItem &, const LeftoverItem &) = default;
 };

@@ -24,8 +24,8 @@ namespace brimvale {
 /// name of a file that counts once. Never the root, where everything has a node.
 [[nodiscard]] std::vector<FileURL> foldersMissing(FSNode &root, const GonePaths &gone);
 
-/// The nodes of a tree that are among these items or inside one, without their descendants. The root, too, may
-/// be one.
+/// The nodes of a tree that are among these items or inside one, without their descendants. The root, too,
+/// may be one.
 [[nodiscard]] std::vector<FSNode *> nodesAt(FSNode &root, const GonePaths &items);
 
 /// The folders among `nodesAt`.

@@ -137,7 +137,8 @@ TEST_F(ContentViewTest, LeadsFromPageToPage) {
     home.makeFolder("Library/Messages"); // with Full Disk Access
     open();
     window->goTo({Section::Kind::apps});
-    ASSERT_TRUE(testing::eventually([&] { return !model->apps->apps.empty() && !model->apps->isLoadingApps; }));
+    ASSERT_TRUE(
+        testing::eventually([&] { return !model->apps->apps.empty() && !model->apps->isLoadingApps; }));
     for (const auto &[key, modifier] :
          {std::pair(Qt::Key_R, Qt::ControlModifier), std::pair(Qt::Key_F5, Qt::NoModifier)}) {
         QTest::keyClick(window.get(), key, modifier);
