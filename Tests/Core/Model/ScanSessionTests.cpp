@@ -55,7 +55,7 @@ TEST(ScanSession, StopsAndGoesWhileAScanWaitsInTheSystem) {
     SilentServer server{folder.path("silent")};
     {
         Workers workers;
-        Volumes volumes(workers, RemovalActions::platform());
+        Volumes volumes(workers, RemovalActions::platform(), VolumeInfo::current);
         ScanSession session(workers, volumes, server.scan());
         session.startScan(server.path);
         ASSERT_TRUE(eventually([&] { return server.asked == 1; }));
@@ -85,7 +85,7 @@ TEST(ScanSession, LateResultsEndNoOtherScan) {
     folder.makeFile("silent/file", 1);
     SilentServer server{folder.path("silent")};
     Workers workers;
-    Volumes volumes(workers, RemovalActions::platform());
+    Volumes volumes(workers, RemovalActions::platform(), VolumeInfo::current);
     std::promise<void> second;
     const auto end = second.get_future().share();
     ScanSession session(workers, volumes,
