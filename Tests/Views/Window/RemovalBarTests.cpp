@@ -15,7 +15,7 @@ TEST(RemovalBar, TellsHowMuchOfABackupIsCompared) {
     CorvelModel model(actions);
     RemovalBar bar(model.removals, nullptr);
     std::binary_semaphore isShown(0);
-    model.removals.removeCategoryEntries([&](RemovalProgress &progress, RemovalActions &) {
+    model.removals.removeCategoryEntries({}, [&](RemovalProgress &progress, RemovalActions &) {
         progress.bytesToVerify = 3'000'000;
         progress.bytesVerified = 1'200'000;
         isShown.acquire();
