@@ -4,6 +4,7 @@
 #include "Core/Model/CorvelModel.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/Storage.h"
+#include "Core/Storage/CleanupEntries.h"
 #include "Core/Storage/CleanupRiskTexts.h"
 #include "Core/Storage/StorageFigures.h"
 #include "Core/Text/Formatting.h"
@@ -40,7 +41,8 @@ protected:
         PublishedWriter::update(model.storage, [&](StorageState &state) {
             for (MeasuredCategory &one : state.categories)
                 if (one.category.id == id)
-                    one = {one.category, size, entries, true};
+                    one = {one.category, size, entries, true,
+                           CleanupEntries::hasUnreadableRoot(one.category.roots)};
         });
     }
 
