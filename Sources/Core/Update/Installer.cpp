@@ -38,11 +38,13 @@ bool isFolder(const FileURL &item) {
 }
 
 /// Whether nobody but this user and the administrator can exchange the application or its contents. For the
-/// administrator, every other user is somebody else.
+/// administrator, every other user is somebody else. A link on the way could be exchanged where it is.
 bool isOutOfReach(const FileURL &application) {
-    const Result<OpenedItem, int> contents = OpenedItem::at(application.appending("Contents"));
-    const auto *opened = std::get_if<OpenedItem>(&contents);
-    return opened != nullptr && opened->isFolder() && !othersMayExchange(*opened);
+    const FileURL contents = application.appending("Contents");
+    const Result<OpenedItem, int> found = OpenedItem::at(contents);
+    const auto *opened = std::get_if<OpenedItem>(&found);
+    return opened != nullptr && opened->isFolder() && opened->place().standardized() == contents &&
+           !othersMayExchange(*opened);
 }
 
 /// The unpack folder is deleted in the end, so it must be one.
@@ -140,11 +142,16 @@ bool Exchange::hasApplicationEnded() const {
 }
 
 bool Exchange::replace() {
-    // Without this the system would ask about an application from the internet. Before the checks, because it
-    // changes the application.
+    const auto refuse = [&](const std::string &reason) {
+        return fail("ABORT: " + reason + ", installed app untouched");
+    };
+    if (const auto refusal = refusalOfPlaces(staged_, current_))
+        return refuse(*refusal);
+    // Without this the system would ask about an application from the internet. Before the other checks,
+    // because it changes the application.
     runTool(environment_.tools.attributeRemover, {"-dr", "com.apple.quarantine", staged_.path()});
     if (const auto refusal = refusalToExchange(staged_, current_, environment_.tools))
-        return fail("ABORT: " + *refusal + ", installed app untouched");
+        return refuse(*refusal);
     removeTree(backup_); // of an earlier update
     if (fileStatus(backup_.path()) || environment_.rename(current_, backup_))
         return fail("FAIL: could not move the old bundle aside");

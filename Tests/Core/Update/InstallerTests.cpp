@@ -165,6 +165,8 @@ TEST(Installer, TakesOnlyANewerReleaseOfOurOwnThatNobodyElseCanChange) {
              Case{[&](auto &scene) { linked(scene.current); }, "no application to replace"},
              Case{[&](auto &scene) { linked(scene.staging); },
                   "the staged copy is in no unpack folder of its own"},
+             Case{[&](auto &scene) { linked(scene.folder.path("Applications")); },
+                  "another user could change the applications"},
              Case{[](auto &scene) {
                       fs::rename(scene.staging, scene.folder.path("tmp/Downloads"));
                       scene.installation.staged = FileURL(scene.folder.path("tmp/Downloads/New.app"));
@@ -191,6 +193,16 @@ TEST(Installer, TakesOnlyANewerReleaseOfOurOwnThatNobodyElseCanChange) {
         EXPECT_EQ(workingContent(scene.current), "old") << one.reason;
         EXPECT_FALSE(fs::exists(scene.backup)) << one.reason;
     }
+}
+
+TEST(Installer, ChangesNothingInAPlaceThatItRefuses) {
+    InstallerScene scene;
+    const std::string changed = scene.folder.path("changed");
+    scene.meddle("xattr", "touch '" + changed + "'");
+    scene.installation.staged = FileURL(scene.folder.path("tmp"));
+    EXPECT_EQ(scene.install().front(),
+              "ABORT: not the plain paths of two applications, installed app untouched");
+    EXPECT_FALSE(fs::exists(changed));
 }
 
 TEST(Installer, RefusesAsAdministratorWhatBelongsToAUser) {
