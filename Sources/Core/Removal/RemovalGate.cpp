@@ -49,10 +49,14 @@ std::optional<std::string> RemovalGate::mountRefusal(const OpenedItem &item) con
     const std::string name = "“" + displayText(item.name()) + "”";
     if (!mounts_->areKnown())
         return name + " might contain a mounted volume: the system does not tell what is mounted.";
-    const std::optional<std::string> mount = mounts_->firstIn(item.place().path());
+    const std::string &path = item.place().path();
+    const std::optional<std::string> otherPath = pathOnJoinedVolume(path);
+    std::optional<std::string> mount = mounts_->firstIn(path);
+    if (!mount && otherPath) // the table may have either
+        mount = mounts_->firstIn(*otherPath);
     if (!mount)
         return std::nullopt;
-    if (*mount == item.place().path())
+    if (*mount == path || mount == otherPath)
         return name + " is a mounted volume. Eject it instead.";
     return name + " contains a mounted volume: " + displayText(*mount) + ". Eject it first.";
 }

@@ -67,4 +67,27 @@ TEST(JoinedFolders, AreKnownByTheirUsualNames) {
     EXPECT_TRUE(testing::isThere(folder.path("Users/sample/Downloads/kept")));
 }
 
+// The second name is a mount here, so the table has the path of a mount inside by one of the names only.
+TEST(JoinedFolders, AreKeptWithAVolumeInsideByWhicheverName) {
+    const TemporaryFolder folder;
+    const std::string users = folder.makeFolder("System/Volumes/Data/Users");
+    const std::string volume = folder.makeFolder("System/Volumes/Data/Users/sample/Downloads/item/volume");
+    for (const char *place : {"Users", "proc"})
+        folder.makeFolder(place);
+    chmod(folder.path().c_str(), 0755);
+    const std::string answer = testing::answerOfChild([&]() -> std::string {
+        if (!testing::ownMounts() || !testing::mountAlsoAt(users, folder.path("Users"), false) ||
+            !testing::mountMemory(volume) || !testing::mountAlsoAt("/proc", folder.path("proc"), false) ||
+            !testing::enterRoot(folder.path()))
+            return "not permitted";
+        Host::useSystem(System::macOS);
+        setenv("HOME", "/Users/sample", 1);
+        return Remover::check(FileURL("/Users/sample/Downloads/item")).value_or("admitted");
+    });
+    if (answer == "not permitted")
+        GTEST_SKIP() << "mounts of one's own are not permitted here";
+    EXPECT_EQ(answer, "“item” contains a mounted volume: "
+                      "/System/Volumes/Data/Users/sample/Downloads/item/volume. Eject it first.");
+}
+
 } // namespace brimvale
