@@ -77,6 +77,8 @@ std::string administrator(Rounds rounds, Findings &findings) {
     for (const Deed &deed : deedsInside)
         prompts.push_back({ItemKind::folder, &deed});
     runCases(prompts, rounds, findings, tryPrompt);
+    if (!findings.hasActed())
+        throw std::runtime_error("the stand-in was never started");
     return findings.figures("exchanges, moves and mounts", "removals as the administrator");
 }
 

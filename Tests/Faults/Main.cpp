@@ -9,6 +9,7 @@
 #include "Faults/Round.h"
 #include "Faults/Scene.h"
 #include "Faults/Watched.h"
+#include "Platform/Linux/RemovalRequest.h"
 #include "Support/ChildProcess.h"
 #include "Support/OwnMounts.h"
 #include "Support/TemporaryFolder.h"
@@ -37,10 +38,17 @@ int skip(const char *reason) {
     return 77;
 }
 
-/// Another user may not be able to go where the program was built, and gets a copy in a folder.
+/// Another user may not be able to go where the programs were built, and gets copies in a folder. They find
+/// each other by their places.
 void becomeUser(std::string &program, const testing::TemporaryFolder &folder) {
-    std::filesystem::copy_file(program, folder.path("brimvalectl"));
-    program = folder.path("brimvalectl");
+    namespace fs = std::filesystem;
+    const fs::path built = fs::path(program).parent_path().parent_path();
+    const std::string copy = "bin/" + fs::path(program).filename().native();
+    for (const std::string &one : {copy, std::string(removalProgram)}) {
+        folder.makeFolder(fs::path(one).parent_path().native());
+        fs::copy_file(built / one, folder.path(one));
+    }
+    program = folder.path(copy);
     chmod(folder.path().c_str(), 0755);
     testing::becomeOrdinaryUser();
     prctl(PR_SET_DUMPABLE, 1); // or what is this process's own would stay root's in /proc

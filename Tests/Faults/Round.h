@@ -35,6 +35,9 @@ public:
     /// The line of figures: "1,204 exchanges in 43 removals: 0 touched, …".
     [[nodiscard]] std::string figures(const std::string &actions, const std::string &runs) const;
 
+    /// Whether anything was tried at all.
+    [[nodiscard]] bool hasActed() const { return actions_ > 0; }
+
     [[nodiscard]] bool hasFaults() const { return !faults_.empty(); }
 
 private:
