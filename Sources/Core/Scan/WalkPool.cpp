@@ -20,8 +20,9 @@ constexpr std::size_t descriptorsPerWalk = DirectoryWalk::maximumOpenFolders + 3
 /// Descriptors reserved for the rest of the program.
 constexpr std::size_t descriptorsElsewhere = 32;
 
-/// Pools that may be busy at the same time: the shared one and that of a scan.
-constexpr std::size_t busyPools = 2;
+/// Pools that may be busy at the same time: the shared one, that of a scan, and that of an earlier one which
+/// was stopped or reads changed folders again.
+constexpr std::size_t busyPools = 3;
 
 } // namespace
 
