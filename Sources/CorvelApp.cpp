@@ -7,11 +7,26 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <cstdlib>
 #include <span>
 #include <variant>
 
+namespace {
+
+using namespace brimvale;
+
+/// Shows the window until the user quits.
+int runWindow(const Launch &launch, char **argv) {
+    Host::useSystem(launch.system);
+    int ownName = 1; // the other words are not for the toolkit
+    Application application(ownName, argv);
+    application.open(launch.folder);
+    return Application::run();
+}
+
+} // namespace
+
 int main(int argc, char **argv) {
-    using namespace brimvale;
     setDiagnosticLog(writeToSystemLog);
     failAtFileSizeLimit();
     const std::span<const char *const> words(argv, static_cast<std::size_t>(argc));
@@ -20,11 +35,8 @@ int main(int argc, char **argv) {
         std::fputs(refusal->text.c_str(), refusal->exitStatus == 0 ? stdout : stderr);
         return refusal->exitStatus;
     }
-    const auto &launch = std::get<Launch>(read);
-    Host::useSystem(launch.system);
-
-    int ownName = 1; // the other words are not for the toolkit
-    Application application(ownName, argv);
-    application.open(launch.folder);
-    return Application::run();
+    const int status = runWindow(std::get<Launch>(read), argv);
+    std::fflush(nullptr);
+    // A thread that waits in the system may wake up now, and must not find the program's constants destroyed.
+    std::_Exit(status);
 }
