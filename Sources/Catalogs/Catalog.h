@@ -17,7 +17,7 @@
 namespace brimvale {
 
 /// Everything the program knows about a system, as data. Values that depend on a home folder or a host are
-/// functions of it; none of them reads the disk.
+/// functions of it. Only the storage categories may look at the disk, and only for which places there are.
 struct Catalog {
     Words words;
 

@@ -22,8 +22,9 @@ struct ReadOnlyAction {
     friend bool operator==(const ReadOnlyAction &, const ReadOnlyAction &) = default;
 };
 struct BackupThenRemoveAction {
-    std::optional<std::string> quitFirst; ///< bundle identifier of the application that must not run then
+    std::optional<std::string> quitFirst; ///< identifier of the application that must not run then
     std::string warning;
+    std::string application = {}; ///< the name of that application
     friend bool operator==(const BackupThenRemoveAction &, const BackupThenRemoveAction &) = default;
 };
 struct ApplicationsAction {
@@ -48,6 +49,15 @@ struct StorageCategory {
     CategoryMeasurement measurement = CategoryMeasurement::measured;
     CategoryAction action;
     std::optional<std::string> caveat = {};
+    /// More places that the action applies to. They are rows neither here nor in System Data.
+    std::vector<std::string> alsoCovers = {};
+    /// Entries of the roots that are places of their own, so they are no rows.
+    std::vector<std::string> exceptions = {};
+
+    /// Whether this machine has a place for it. Only catalogs that look for their places leave all out.
+    [[nodiscard]] bool hasPlace() const {
+        return !roots.empty() || measurement == CategoryMeasurement::remainder;
+    }
 
     friend bool operator==(const StorageCategory &, const StorageCategory &) = default;
 };
@@ -55,7 +65,7 @@ struct StorageCategory {
 /// The places of other users' files.
 struct OtherUsers {
     std::string homes;  ///< the parent of all home folders
-    std::string shared; ///< the name of the folder in it that all users share
+    std::string shared; ///< the name of the folder in it that all users share; empty where there is none
 };
 
 /// A category with its figures.

@@ -9,7 +9,8 @@
 namespace brimvale::commandLine {
 
 OverviewFigures measureOverview(const StopFlag &cancelled) {
-    const std::vector<StorageCategory> definitions = StorageCategories::all();
+    std::vector<StorageCategory> definitions = StorageCategories::all();
+    std::erase_if(definitions, [](const StorageCategory &one) { return !one.hasPlace(); });
     OverviewFigures figures{VolumeInfo::current(std::chrono::seconds(2)),
                             StorageFigures::unmeasured(definitions)};
     std::vector<MeasuredCategory> &categories = figures.categories;

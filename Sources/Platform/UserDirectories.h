@@ -2,7 +2,10 @@
 
 #include "Base/FileURL.h"
 
+#include <functional>
+#include <map>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace brimvale {
@@ -11,6 +14,9 @@ namespace brimvale {
 struct UserDirectories {
     std::optional<FileURL> documents; ///< nothing where the settings have none
     std::vector<FileURL> all;         ///< each once; those of every settings file that may be in force
+    /// What the settings in force say of each folder, by a key such as "XDG_MUSIC_DIR"; no folder where they
+    /// say that there is none.
+    std::map<std::string, std::optional<FileURL>, std::less<>> byKey = {};
 };
 
 /// The folders of the user with this home; they need not exist. Folders that the settings leave out or set to

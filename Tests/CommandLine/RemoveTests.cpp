@@ -252,4 +252,20 @@ TEST(Remove, KeepsWhatACategoryProtectsUnlessToldOtherwise) {
     EXPECT_FALSE(std::filesystem::exists(photo) || std::filesystem::exists(message));
 }
 
+TEST(Remove, OnLinuxTakesPicturesButAsksForMail) {
+    const TemporaryFolder home;
+    const std::string photo = home.makeFile("Pictures/Trip/photo", 5'000);
+    const std::string mail = home.makeFile(".thunderbird/a.default/ImapMail/server/INBOX", 5'000);
+    const Outcome outcome =
+        runProgram({"--system", "linux", "remove", "--delete", "--yes", photo, mail}, [&] {
+            closeInput();
+            inHome(home.path())();
+        });
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr(mail + ": Mail: For IMAP accounts this is a local copy"));
+    EXPECT_THAT(outcome.err, ::testing::Not(HasSubstr("photo")));
+    EXPECT_FALSE(std::filesystem::exists(photo));
+    EXPECT_TRUE(std::filesystem::exists(mail));
+}
+
 } // namespace brimvale::testing

@@ -20,7 +20,7 @@ std::optional<AccessProbes> accessProbes(const Host & /*host*/) {
 } // namespace
 
 const Catalog &catalog() {
-    // Linux has no lists of its own yet for measuring.
+    // Linux has no list of its own yet for Cleanup.
     const Catalog &mac = macOSCatalog::catalog();
     static const Catalog catalog = {
         .words = words(),
@@ -38,9 +38,9 @@ const Catalog &catalog() {
         .appRoots = appRoots,
         .leftoverRules = leftoverRules,
         .cleanupTargets = mac.cleanupTargets,
-        .storageCategories = mac.storageCategories,
-        .systemDataRoots = mac.systemDataRoots,
-        .otherUsers = mac.otherUsers,
+        .storageCategories = storageCategories,
+        .systemDataRoots = systemDataRoots,
+        .otherUsers = {.homes = "/home", .shared = ""},
     };
     return catalog;
 }

@@ -11,5 +11,8 @@ namespace brimvale::linuxCatalog {
 [[nodiscard]] GuardedPaths guardedPaths(const FileURL &home);
 [[nodiscard]] AppRoots appRoots(const Host &host);
 [[nodiscard]] LeftoverRules leftoverRules(const Host &host);
+[[nodiscard]] std::vector<StorageCategory> storageCategories(const Host &host,
+                                                             std::vector<std::string> others);
+[[nodiscard]] std::vector<std::string> systemDataRoots(const Host &host);
 
 } // namespace brimvale::linuxCatalog

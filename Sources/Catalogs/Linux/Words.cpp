@@ -22,8 +22,8 @@ Words words() {
         .listingHelp = "The rights of the folder's owner, or of an administrator, would help.",
         .purgeableSpace = "of the free space is purgeable, meaning the system is holding it but will give it "
                           "back under pressure. Mostly caches that are built again when needed.",
-        .unreadableSpace = "mostly folders that need an administrator, plus what the file system keeps for "
-                           "itself.",
+        .unreadableSpace = "mostly snapshots, deleted files that a program still has open, folders that only "
+                           "an administrator may read, and what the file system keeps for itself.",
         .snapshotsTitle = "Local snapshots",
         .snapshotsRemark =
             "The system does not report a size per snapshot. Their combined weight shows up as "

@@ -49,7 +49,8 @@ std::vector<StorageCategory> storageCategories(const Host &host, std::vector<std
                  "com.apple.MobileSMS",
                  "Messages keeps an index that has to stay in step with the attachments on disk, so removing "
                  "part of this folder can break the rest of it. Brimvale will copy what you selected "
-                 "somewhere safe and confirm the copy before deleting anything."}},
+                 "somewhere safe and confirm the copy before deleting anything.",
+                 "Messages"}},
         {.id = "mail",
          .title = "Mail",
          .symbol = "envelope",

@@ -22,10 +22,11 @@ std::optional<CategoryPolicy> policyOf(const StorageCategory &category) {
 
 CategoryPolicies::CategoryPolicies(const Host &host) {
     for (const StorageCategory &category : StorageCategories::all(host))
-        for (const std::string &root : category.roots)
-            add(root, policyOf(category));
+        for (const std::vector<std::string> *places : {&category.roots, &category.alsoCovers})
+            for (const std::string &place : *places)
+                add(place, policyOf(category));
     for (const std::string &folder : catalogOf(host.system).administratorsFolders)
-        add(folder, std::nullopt);
+        add(host.placeOf(folder), std::nullopt);
 }
 
 /// What is added later counts where two are the same folder.

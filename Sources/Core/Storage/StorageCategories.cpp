@@ -21,7 +21,7 @@ struct NamedColor {
 };
 
 constexpr Color gray = {0.55, 0.56, 0.60};
-constexpr std::array<NamedColor, 12> colors = {{{"blue", {0.36, 0.52, 0.80}},
+constexpr std::array<NamedColor, 14> colors = {{{"blue", {0.36, 0.52, 0.80}},
                                                 {"orange", {0.84, 0.62, 0.36}},
                                                 {"pink", {0.78, 0.51, 0.60}},
                                                 {"green", {0.45, 0.67, 0.49}},
@@ -32,24 +32,34 @@ constexpr std::array<NamedColor, 12> colors = {{{"blue", {0.36, 0.52, 0.80}},
                                                 {"teal", {0.39, 0.65, 0.62}},
                                                 {"yellow", {0.83, 0.72, 0.40}},
                                                 {"brown", {0.64, 0.55, 0.45}},
+                                                {"magenta", {0.72, 0.47, 0.69}},
+                                                {"olive", {0.59, 0.64, 0.39}},
                                                 {"gray", gray}}};
 
 std::string standardised(const std::string &path) {
     return FileURL(path).standardized().path();
 }
 
+/// Whether the contents of a folder in the home are rows themselves.
+bool isDividedFurther(const std::string &folder, const std::vector<std::string> &roots, const Host &host) {
+    return folder != host.home.path() && isAtOrUnder(folder, host.home.path()) &&
+           std::any_of(roots.begin(), roots.end(),
+                       [&](const std::string &root) { return isAtOrUnder(root, folder); });
+}
+
 /// The folders that may become rows of System Data.
 std::vector<std::string> systemDataCandidates(const Host &host) {
     const PathSet claimed = StorageCategories::claimedPaths(host);
+    const std::vector<std::string> roots = StorageCategories::systemDataRoots(host);
     std::vector<std::string> candidates;
-    for (const std::string &root : StorageCategories::systemDataRoots(host)) {
+    for (const std::string &root : roots) {
         const bool isHome = root == host.home.path();
         for (const std::string &name : CleanupEntries::names(root)) {
             // The visible folders in the home and the Trash belong to other categories.
             if (isHome && (!name.starts_with('.') || name == ".Trash"))
                 continue;
             std::string path = standardised(joinPath(root, name));
-            if (!claimed.contains(path))
+            if (!claimed.contains(path) && !isDividedFurther(path, roots, host))
                 candidates.push_back(std::move(path));
         }
     }
@@ -66,6 +76,17 @@ std::vector<CleanupEntry> systemDataEntries(const std::vector<std::string> &cand
     if (volume)
         CleanupEntries::markElsewhere(entries, *volume);
     return entries;
+}
+
+/// The places that may become rows of a category.
+SubtreeSizes::Group rowPaths(const StorageCategory &category) {
+    SubtreeSizes::Group paths = CleanupEntries::paths(category.roots, category.listsContents);
+    if (!category.exceptions.empty())
+        std::erase_if(paths, [&](const std::string &path) {
+            return std::find(category.exceptions.begin(), category.exceptions.end(), path) !=
+                   category.exceptions.end();
+        });
+    return paths;
 }
 
 MeasuredCategory measuredCategory(const StorageCategory &category, const std::vector<std::string> &paths,
@@ -89,7 +110,9 @@ std::vector<StorageCategory> StorageCategories::all(const Host &host) {
 std::vector<std::string> StorageCategories::otherUserRoots(const Host &host) {
     const OtherUsers &others = catalogOf(host.system).otherUsers;
     const std::string_view own = host.home.fileName();
-    std::vector<std::string> roots = {joinPath(others.homes, others.shared)};
+    std::vector<std::string> roots;
+    if (!others.shared.empty())
+        roots.push_back(joinPath(others.homes, others.shared));
     for (const std::string &name : CleanupEntries::names(host.placeOf(others.homes)))
         if (name != own && name != others.shared && !name.starts_with('.'))
             roots.push_back(joinPath(others.homes, name));
@@ -99,8 +122,9 @@ std::vector<std::string> StorageCategories::otherUserRoots(const Host &host) {
 PathSet StorageCategories::claimedPaths(const Host &host) {
     PathSet claimed;
     for (const StorageCategory &category : all(host))
-        for (const std::string &root : category.roots)
-            claimed.insert(standardised(root));
+        for (const std::vector<std::string> *places : {&category.roots, &category.alsoCovers})
+            for (const std::string &place : *places)
+                claimed.insert(standardised(place));
     for (const std::string &path : catalogOf(host.system).skippedPaths)
         claimed.insert(host.placeOf(path));
     claimed.merge(ScanOptions::cloudProviderRoots(host));
@@ -128,7 +152,7 @@ std::optional<Color> StorageCategories::colorNamed(std::string_view name) {
 MeasuredCategory StorageCategories::measure(const StorageCategory &category, const StopFlag &cancelled,
                                             const Host &host, WalkPool &pool,
                                             const std::optional<FileURL> &volume) {
-    const SubtreeSizes::Group paths = CleanupEntries::paths(category.roots, category.listsContents);
+    const SubtreeSizes::Group paths = rowPaths(category);
     MeasuredCategory measured;
     SubtreeSizes::measure(
         {paths}, ScanOptions::standard(host), cancelled,
@@ -156,7 +180,7 @@ std::vector<CleanupEntry> StorageCategories::measureAll(const std::vector<Storag
         if (category.measurement != CategoryMeasurement::measured)
             continue;
         measured.push_back(&category);
-        paths.push_back(CleanupEntries::paths(category.roots, category.listsContents));
+        paths.push_back(rowPaths(category));
     }
     paths.push_back(systemDataCandidates(host));
 

@@ -21,9 +21,9 @@ void addParentBundles(std::string_view file, std::unordered_set<std::string> &bu
         bundles.emplace(file.substr(0, at + bundleEnd.size() - 1));
 }
 
-/// The bundles of running programs. Programs whose path this user may not read are missing.
-std::unordered_set<std::string> runningBundles() {
-    std::unordered_set<std::string> bundles;
+/// The files of running programs. Those whose path this user may not read are missing.
+std::unordered_set<std::string> runningPrograms() {
+    std::unordered_set<std::string> programs;
     Folder processes = Folder::at("/proc", Folder::Links::follow);
     while (const char *name = processes.nextName()) {
         if (std::string_view(name).find_first_not_of("0123456789") != std::string_view::npos)
@@ -32,15 +32,27 @@ std::unordered_set<std::string> runningBundles() {
         const std::filesystem::path program =
             std::filesystem::read_symlink(std::string("/proc/") + name + "/exe", error);
         if (!error)
-            addParentBundles(program.native(), bundles);
+            programs.insert(program.native());
     }
-    return bundles;
+    return programs;
+}
+
+/// Whether a program file has the name of an application. Some makers start the real program, which has this
+/// ending, from a script.
+bool isNamed(std::string_view program, std::string_view application) {
+    const std::string_view name = program.substr(program.rfind('/') + 1);
+    return name == application || name == std::string(application) + "-bin";
 }
 
 } // namespace
 
 bool isApplicationRunning(const std::string &identifier) {
-    const std::unordered_set<std::string> bundles = runningBundles();
+    std::unordered_set<std::string> bundles;
+    for (const std::string &program : runningPrograms()) {
+        if (isNamed(program, identifier))
+            return true;
+        addParentBundles(program, bundles);
+    }
     return std::any_of(bundles.begin(), bundles.end(), [&](const std::string &bundle) {
         const std::optional<BundleInfo> info = bundleInfo(FileURL(bundle));
         return info && info->identifier == identifier;

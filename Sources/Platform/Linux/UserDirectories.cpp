@@ -106,7 +106,7 @@ void addFolders(const Settings &settings, std::vector<FileURL> &folders) {
 UserDirectories userDirectories(const FileURL &home) {
     const FileURL usual = home.appending(".config");
     const FileURL configuration = configurationFolder(home);
-    const Settings settings = settingsIn(configuration, home);
+    Settings settings = settingsIn(configuration, home);
     UserDirectories directories;
     if (const auto documents = settings.find(documentsKey); documents != settings.end())
         directories.documents = documents->second;
@@ -114,6 +114,7 @@ UserDirectories userDirectories(const FileURL &home) {
     // The desktop may have been started without the variable that this program sees.
     if (configuration != usual)
         addFolders(settingsIn(usual, home), directories.all);
+    directories.byKey = std::move(settings);
     return directories;
 }
 

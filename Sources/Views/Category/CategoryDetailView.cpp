@@ -217,17 +217,18 @@ void CategoryDetailView::prepareBackup(RemovalMode mode) {
             whenNoSheetIsOpen(this, [this, isRunning, mode] {
                 isPreparing_ = false;
                 if (isRunning)
-                    askToQuitMessages();
+                    askToQuit();
                 else
                     planBackup(mode);
             });
         });
 }
 
-void CategoryDetailView::askToQuitMessages() {
-    (new NoticeSheet(u"Quit Messages first"_s,
-                     u"Messages is running. Copying its database while it is open produces a "
-                     "backup that will not restore, so quit Messages and try again."_s,
+void CategoryDetailView::askToQuit() {
+    const QString application = text(std::get<BackupThenRemoveAction>(action_).application);
+    (new NoticeSheet(u"Quit %1 first"_s.arg(application),
+                     u"%1 is running. Copying its database while it is open produces a "
+                     "backup that will not restore, so quit %1 and try again."_s.arg(application),
                      this))
         ->open();
 }

@@ -48,7 +48,7 @@ private:
     [[nodiscard]] std::vector<CleanupEntry> tickedEntries() const;
     void confirmRemoval(RemovalMode mode);
     void prepareBackup(RemovalMode mode);
-    void askToQuitMessages();
+    void askToQuit();
     void planBackup(RemovalMode mode);
     void backUp(const std::vector<CleanupEntry> &entries, RemovalMode mode);
 

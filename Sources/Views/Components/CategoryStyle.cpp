@@ -9,10 +9,23 @@ namespace brimvale {
 
 std::optional<QString> iconForSymbol(std::string_view symbol) {
     static const std::map<std::string_view, const char *> icons = {
-        {"app.badge", "layout-grid"},  {"doc", "file-text"},         {"photo", "image"},
-        {"message", "message-circle"}, {"envelope", "mail"},         {"music.note", "music"},
-        {"icloud", "cloud"},           {"hammer", "hammer"},         {"trash", "trash-2"},
-        {"person.2", "users"},         {"laptopcomputer", "laptop"}, {"ellipsis.circle", "circle-ellipsis"},
+        {"app.badge", "layout-grid"},
+        {"doc", "file-text"},
+        {"photo", "image"},
+        {"message", "message-circle"},
+        {"envelope", "mail"},
+        {"music.note", "music"},
+        {"icloud", "cloud"},
+        {"hammer", "hammer"},
+        {"trash", "trash-2"},
+        {"person.2", "users"},
+        {"laptopcomputer", "laptop"},
+        {"ellipsis.circle", "circle-ellipsis"},
+        {"film", "film"},
+        {"code", "code"},
+        {"shippingbox", "container"},
+        {"gamecontroller", "gamepad"},
+        {"cpu", "cpu"},
     };
     const auto found = icons.find(symbol);
     return found == icons.end() ? std::nullopt : std::optional<QString>(QLatin1String(found->second));

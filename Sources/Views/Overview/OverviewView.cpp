@@ -124,6 +124,8 @@ void OverviewView::showCategories() {
     for (std::size_t i = 0; i < categories.size(); ++i)
         rows_[i]->setCategory(categories[i], static_cast<double>(categories[i].size) / used,
                               i + 1 == categories.size());
+    for (std::size_t i = 0; i < categories.size(); ++i)
+        rows_[i]->setHidden(!categories[i].category.hasPlace());
     capacity_->show(volume, categories);
 
     const bool isMeasuring = storage_->isMeasuringCategories;
@@ -164,7 +166,7 @@ void OverviewView::keyPressEvent(QKeyEvent *event) {
     std::vector<CategoryRow *> others(std::next(focused), rows_.end());
     others.insert(others.end(), rows_.begin(), focused);
     const auto next = std::find_if(others.begin(), others.end(), [&](const CategoryRow *row) {
-        return row->text().startsWith(typed, Qt::CaseInsensitive);
+        return !row->isHidden() && row->text().startsWith(typed, Qt::CaseInsensitive);
     });
     if (next == others.end())
         return;

@@ -210,8 +210,10 @@ void ContentView::followModel() {
 void ContentView::showCategorySizes() {
     for (const Page &page : pages_) {
         const MeasuredCategory *category = model_.storage.category(page.section.id);
-        if (category != nullptr)
-            sidebar_->setValue(page.row, category->measured ? sizeText(category->size) : QString());
+        if (category == nullptr)
+            continue;
+        sidebar_->setValue(page.row, category->measured ? sizeText(category->size) : QString());
+        sidebar_->setRowHidden(page.row, !category->category.hasPlace());
     }
 }
 

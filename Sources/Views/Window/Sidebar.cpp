@@ -75,6 +75,10 @@ void Sidebar::setValue(int row, const QString &value) {
                   value.isEmpty() ? item->text() : u"%1, %2"_s.arg(item->text(), value));
 }
 
+void Sidebar::setRowHidden(int row, bool isHidden) {
+    list_->item(row)->setHidden(isHidden);
+}
+
 void Sidebar::setCurrentRow(int row) {
     list_->setCurrentRow(row);
 }

@@ -32,6 +32,9 @@ public:
     /// Sets the text at the right of a row.
     void setValue(int row, const QString &value);
 
+    /// Leaves a row out or shows it again.
+    void setRowHidden(int row, bool isHidden);
+
     void setCurrentRow(int row);
     [[nodiscard]] SidebarFooter &footer() { return *footer_; }
 

@@ -37,4 +37,21 @@ TEST(RunningApps, FindsAppsByProgramsInTheirBundle) {
     EXPECT_FALSE(isApplicationRunning(outer));
 }
 
+TEST(RunningApps, FindsProgramsByTheirName) {
+    const testing::TemporaryFolder folder;
+    const std::string name = std::string(FileURL(folder.path()).fileName());
+    const std::string program = folder.path(name + "-bin");
+    std::filesystem::copy_file("/bin/cat", program);
+    EXPECT_FALSE(isApplicationRunning(name));
+    std::FILE *input = popen(("exec '" + program + "'").c_str(), "w");
+    ASSERT_NE(input, nullptr);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    while (!isApplicationRunning(name) && std::chrono::steady_clock::now() < end)
+        std::this_thread::yield();
+    EXPECT_TRUE(isApplicationRunning(name));
+    EXPECT_FALSE(isApplicationRunning(name + "-"));
+    pclose(input);
+    EXPECT_FALSE(isApplicationRunning(name));
+}
+
 } // namespace brimvale
