@@ -14,20 +14,22 @@ namespace brimvale::linuxCatalog {
 namespace {
 
 StorageCategory applications() {
-    return {.id = "applications",
-            .title = "Applications",
-            .symbol = "app.badge",
-            .colorName = "blue",
-            .detail = "Flatpak and Snap packages, and programs in /opt and /usr/local.",
-            // Only the repositories of Flatpak: the files of its applications are second names of those.
-            .roots = {"/opt", "/var/lib/flatpak/repo", "$DATA/flatpak/repo", "/var/lib/snapd/snaps",
-                      "/usr/local"},
-            .risk = CleanupRisk::review,
-            .action =
-                ReadOnlyAction{
-                    "Remove applications with your software centre or package manager. It knows which parts "
-                    "several applications share, and removes their entries from the menus too."},
-            .alsoCovers = {"/var/lib/flatpak", "$DATA/flatpak"}};
+    return {
+        .id = "applications",
+        .title = "Applications",
+        .symbol = "app.badge",
+        .colorName = "blue",
+        .detail = "Flatpak and Snap packages, and programs in /opt and /usr/local.",
+        // Only the repositories of Flatpak: the files of its applications are second names of those.
+        .roots = {"/opt", "/var/lib/flatpak/repo", "$DATA/flatpak/repo", "/var/lib/snapd/snaps",
+                  "/usr/local"},
+        .risk = CleanupRisk::review,
+        .action =
+            ReadOnlyAction{
+                "Remove applications with your software centre or package manager. It knows which parts "
+                "several applications share, and removes their entries from the menus too. What you put into "
+                "/opt or /usr/local yourself can be removed in Browse."},
+        .alsoCovers = {"/var/lib/flatpak", "$DATA/flatpak"}};
 }
 
 /// The user's own files, without the folders that a cloud program keeps in step.
@@ -140,7 +142,7 @@ StorageCategory developer() {
 StorageCategory containers() {
     return {
         .id = "containers",
-        .title = "Containers & VMs",
+        .title = "Containers",
         .symbol = "shippingbox",
         .colorName = "olive",
         .detail = "Containers with their images, and the disks of virtual machines.",
@@ -192,7 +194,8 @@ StorageCategory games() {
             .risk = CleanupRisk::review,
             .action = RemovableAction{},
             .caveat = "Saved games may be among these files. Remove the games of Steam in Steam, or it goes "
-                      "on listing them."};
+                      "on listing them.",
+            .alsoCovers = {"$DATA/Steam", "~/.var/app/com.valvesoftware.Steam"}};
 }
 
 /// Always has a place, so that it shows what is moved there later.

@@ -202,6 +202,7 @@ void ContentView::followModel() {
     connect(&model_.storage, &Storage::changed, this, &ContentView::showCategorySizes);
     connect(&updater_, &Updater::stateChanged, this, &ContentView::showUpdateLine);
     connect(&footer, &SidebarFooter::updateAsked, this, &ContentView::showUpdateWindow);
+    showCategorySizes();
     showVolumes();
     showFreed();
     showUpdateLine();

@@ -147,6 +147,21 @@ TEST_F(OverviewPage, SegmentsGrowAndTellNameAndSize) {
     EXPECT_NEAR(bar.rectOf(1).right(), bar.width(), 1) << "what is more than the volume shares the bar";
 }
 
+TEST_F(OverviewPage, LeavesOutCategoriesThatHaveNoPlace) {
+    const auto setRoots = [&](std::vector<std::string> roots) {
+        PublishedWriter::update(model.storage, [&](StorageState &state) {
+            for (MeasuredCategory &one : state.categories)
+                if (one.category.id == "music")
+                    one.category.roots = roots;
+        });
+    };
+    setRoots({});
+    EXPECT_FALSE(row("music").isVisible());
+    EXPECT_TRUE(row("mail").isVisible() && row("systemData").isVisible());
+    setRoots({"/music"});
+    EXPECT_TRUE(row("music").isVisible());
+}
+
 TEST_F(OverviewPage, RowsOpenTheirCategory) {
     showSize("mail", 5 * gigabyte);
     EXPECT_EQ(row("mail").accessibleName().toStdString(), "Mail, " + sizeText(5 * gigabyte));

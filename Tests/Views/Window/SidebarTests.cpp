@@ -47,6 +47,15 @@ protected:
 
 } // namespace
 
+TEST_F(SidebarTest, PassesOverHiddenRows) {
+    sidebar.setRowHidden(browse, true);
+    QTest::keyClick(list, Qt::Key_Down);
+    EXPECT_EQ(list->currentRow(), documents);
+    sidebar.setRowHidden(browse, false);
+    QTest::keyClick(list, Qt::Key_Up);
+    EXPECT_EQ(list->currentRow(), browse);
+}
+
 TEST_F(SidebarTest, GoesWhereAClickOrAKeySays) {
     const int heading = browse + 1;
     const auto click = [this](QPoint where, Qt::KeyboardModifiers keys = Qt::NoModifier) {
