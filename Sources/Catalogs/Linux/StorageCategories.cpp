@@ -4,6 +4,7 @@
 #include "Catalogs/Linux/SystemName.h"
 #include "Platform/FileContents.h"
 #include "Platform/Folder.h"
+#include "Platform/Mounts.h"
 
 #include <algorithm>
 #include <string_view>
@@ -279,7 +280,8 @@ StorageCategory systemData() {
                 "things that usually make it large, measured on this computer."};
 }
 
-/// The home folders of other accounts, by what they are: the own home may have two paths.
+/// The home folders of other accounts, by what they are: the own home may have two paths. Those on a volume
+/// that may not answer are left out; their space is on another machine anyway.
 std::vector<std::string> homesOfOthers(const Places &places, std::vector<std::string> others) {
     const FileURL &home = places.host().home;
     const FileURL parent = home.parent();
@@ -288,10 +290,11 @@ std::vector<std::string> homesOfOthers(const Places &places, std::vector<std::st
             others.push_back(parent.appending(name).path());
     others.emplace_back("/root");
     const std::optional<FileIdentity> own = folderIdentity(home.path());
+    MountPoints mounts;
     std::erase_if(others, [&](const std::string &path) {
         const FileURL url(path);
         return url.fileName() == "lost+found" || url.fileName().starts_with('.') ||
-               (own && folderIdentity(places.placed(path)) == own);
+               mounts.mayBlock(places.placed(path)) || (own && folderIdentity(places.placed(path)) == own);
     });
     std::sort(others.begin(), others.end());
     return others;
