@@ -43,7 +43,7 @@ TreemapView::~TreemapView() = default;
 void TreemapView::setNode(FSNode *node) {
     node_ = node;
     if (node == nullptr)
-        selection_ = nullptr;
+        selection_ = pressed_ = nullptr;
     rebuild();
     setAccessibleName(node == nullptr ? u"Treemap"_s : u"Treemap of %1"_s.arg(displayedName(*node)));
 }
@@ -170,12 +170,15 @@ void TreemapView::drawStates(QPainter &painter, const Theme &theme, qreal device
 
 void TreemapView::mousePressEvent(QMouseEvent *event) {
     const std::optional<std::size_t> index = tileAt(event->position());
+    pressed_ = index ? tiles_[*index].node : nullptr;
     if (event->button() == Qt::LeftButton && index)
         selectTile(*index);
 }
 
+/// Opens the tile of the first click: what the details tell about it may have moved the tiles since.
 void TreemapView::mouseDoubleClickEvent(QMouseEvent *event) {
-    const std::optional<std::size_t> index = tileAt(event->position());
+    const std::optional<std::size_t> index =
+        pressed_ != nullptr ? tileOf(pressed_) : tileAt(event->position());
     if (event->button() == Qt::LeftButton && index)
         openTile(*index);
 }

@@ -98,6 +98,7 @@ private:
 
     FSNode *node_ = nullptr;
     const FSNode *selection_ = nullptr; ///< never dereferenced: the node may be gone
+    const FSNode *pressed_ = nullptr;   ///< by the last press; never dereferenced either
     int maxTiles_ = Treemap::usualMaxTiles;
     std::unique_ptr<Treemap> treemap_;
     std::vector<TreemapTile> tiles_;

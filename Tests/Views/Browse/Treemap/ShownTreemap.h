@@ -33,7 +33,10 @@ public:
 
     [[nodiscard]] QPoint middleOf(std::size_t tile) const { return view.tileArea(tile).center(); }
     void click(std::size_t tile) { QTest::mouseClick(&view, Qt::LeftButton, {}, middleOf(tile)); }
-    void doubleClick(std::size_t tile) { QTest::mouseDClick(&view, Qt::LeftButton, {}, middleOf(tile)); }
+    void doubleClick(std::size_t tile) {
+        click(tile);
+        QTest::mouseDClick(&view, Qt::LeftButton, {}, middleOf(tile));
+    }
 
     TreemapView view;
     QSignalSpy selected{&view, &TreemapView::selected};

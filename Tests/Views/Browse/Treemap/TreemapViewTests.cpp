@@ -152,6 +152,19 @@ TEST(TreemapView, SelectsOnlyWhatHasATileOfItsOwn) {
     EXPECT_EQ(map.view.selectedTile(), std::nullopt) << "that node is gone";
 }
 
+TEST(TreemapView, OpensTheFolderOfTheFirstClickAlsoWhereTheTilesHaveMovedSince) {
+    const std::shared_ptr<FSNode> folder = testing::makeRoot();
+    testing::addFolder(*folder, "left", 200'000'000);
+    testing::addFolder(*folder, "right", 100'000'000);
+    ShownTreemap map(folder.get());
+    const QPoint second = map.middleOf(1);
+    map.click(1);
+    map.view.resize(800, 300);
+    ASSERT_TRUE(map.view.tileArea(0).contains(second)) << "the tiles must move for this test";
+    QTest::mouseDClick(&map.view, Qt::LeftButton, {}, second);
+    EXPECT_EQ(nodesIn(map.drilledIn), std::vector<const FSNode *>{folder->children()[1].get()});
+}
+
 TEST(TreemapView, LetsGoOfTheTree) {
     std::shared_ptr<FSNode> folder = makeMixedFolder();
     ShownTreemap map(folder.get());
