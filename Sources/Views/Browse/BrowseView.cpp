@@ -262,10 +262,8 @@ void BrowseView::showDetails(std::vector<FSNode *> nodes, bool isSelected) {
     isSelected_ = isSelected;
     details_->showNodes(shown_);
     isRemovalAsked_ = false;
-    std::vector<FileURL> items;
-    for (const FSNode *node : nodesToRemove())
-        items.emplace_back(node->path());
-    check_->check(std::move(items));
+    toRemove_ = isSelected_ ? removableNodes(shown_) : std::vector<FSNode *>();
+    check_->check({toRemove_.begin(), toRemove_.end()});
     details_->showObjection({});
     showRemoval();
 }
@@ -282,7 +280,7 @@ void BrowseView::showMenu(const QPoint &place) {
         menu->addAction(text(Words::current().revealItem), this, &BrowseView::reveal);
     }
     menu->addAction(ItemActions::copyTitle(shown_.size()), this, &BrowseView::copyPaths);
-    if (!nodesToRemove().empty()) {
+    if (!toRemove_.empty()) {
         menu->addSeparator();
         QAction *remove = menu->addAction(u"Remove…"_s, this, &BrowseView::confirmRemoval);
         remove->setEnabled(!removals_.isRemoving() && !check_->objection());
@@ -311,18 +309,12 @@ void BrowseView::copyPaths() {
     details_->showNotice(items.size() == 1 ? u"Path copied."_s : u"Paths copied."_s);
 }
 
-/// The nodes of the user's selection that can be removed.
-std::vector<FSNode *> BrowseView::nodesToRemove() const {
-    return isSelected_ ? removableNodes(shown_) : std::vector<FSNode *>();
-}
-
 /// Shows whether the shown nodes can be removed, and how much that would free.
 void BrowseView::showRemoval() {
     std::int64_t bytes = 0;
-    const std::vector<FSNode *> nodes = nodesToRemove();
-    for (const FSNode *node : nodes)
+    for (const FSNode *node : toRemove_)
         bytes = checkedAdd(bytes, node->size);
-    details_->showRemoval(static_cast<std::int64_t>(nodes.size()), bytes, removals_.isRemoving());
+    details_->showRemoval(static_cast<std::int64_t>(toRemove_.size()), bytes, removals_.isRemoving());
 }
 
 /// Shows what stands against the removal of the selection, or opens the question that waited for that.
@@ -333,15 +325,19 @@ void BrowseView::showAnswer() {
     else if (check_->objection())
         shown = {sentenceOf(std::get<RemovalRefusal>(*check_->objection())), {}};
     details_->showObjection(shown);
-    if (std::exchange(isRemovalAsked_, false))
-        confirmRemoval();
+    if (!std::exchange(isRemovalAsked_, false))
+        return;
+    details_->showNotice({});
+    confirmRemoval();
 }
 
 void BrowseView::confirmRemoval() {
-    if (check_->isPending())
+    if (check_->isPending()) {
         isRemovalAsked_ = true;
-    else if (!check_->objection())
-        removal_->ask(nodesToRemove());
+        details_->showNotice(u"Checking the selection…"_s); // a very large one takes a moment
+    } else if (!check_->objection()) {
+        removal_->ask(toRemove_);
+    }
 }
 
 const CategoryPolicy *BrowseView::policy() const {
@@ -367,10 +363,14 @@ void BrowseView::open(const FileURL &folder) {
 void BrowseView::letGoOf(FSNode *node) {
     if (focus_ == nullptr)
         return;
+    check_->forget();
     if (OutlineModel::isWithin(focus_, *node))
         focusOn(node->parent());
-    std::erase_if(
-        shown_, [node](const FSNode *one) { return OutlineModel::isWithin(one, *node) || !isInTree(*one); });
+    const auto isGone = [node](const FSNode *one) {
+        return OutlineModel::isWithin(one, *node) || !isInTree(*one);
+    };
+    std::erase_if(shown_, isGone);
+    std::erase_if(toRemove_, isGone);
     showLater();
     outlineModel_.aboutToRemove(*node);
 }
@@ -379,11 +379,14 @@ void BrowseView::letGoOf(FSNode *node) {
 void BrowseView::letGoOfContents(FSNode *folder) {
     if (focus_ == nullptr)
         return;
+    check_->forget();
     if (focus_ != folder && OutlineModel::isWithin(focus_, *folder))
         focusOn(folder);
-    std::erase_if(shown_, [folder](const FSNode *one) {
+    const auto isGone = [folder](const FSNode *one) {
         return one != folder && (OutlineModel::isWithin(one, *folder) || !isInTree(*one));
-    });
+    };
+    std::erase_if(shown_, isGone);
+    std::erase_if(toRemove_, isGone);
     showLater();
     outlineModel_.aboutToReplaceContents(*folder);
 }

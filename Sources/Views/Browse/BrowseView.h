@@ -58,7 +58,6 @@ private:
     void showMenu(const QPoint &place);
     void reveal();
     Q_INVOKABLE void copyPaths();
-    [[nodiscard]] std::vector<FSNode *> nodesToRemove() const;
     void showRemoval();
     void showAnswer();
     void confirmRemoval();
@@ -71,11 +70,12 @@ private:
 
     ScanSession &scan_;
     const Removals &removals_;
-    FSNode *focus_ = nullptr;     ///< the folder shown in both; null without a tree
-    std::vector<FSNode *> shown_; ///< the nodes in the details, which the actions use
-    bool isSelected_ = false;     ///< `shown_` is the user's selection; otherwise the focused folder
-    bool wasScanning_ = false;    ///< the state shown
-    bool isStale_ = false;        ///< nodes were removed since the treemap was drawn
+    FSNode *focus_ = nullptr;        ///< the folder shown in both; null without a tree
+    std::vector<FSNode *> shown_;    ///< the nodes in the details, which the actions use
+    bool isSelected_ = false;        ///< `shown_` is the user's selection; otherwise the focused folder
+    std::vector<FSNode *> toRemove_; ///< the nodes of the user's selection that can be removed
+    bool wasScanning_ = false;       ///< the state shown
+    bool isStale_ = false;           ///< nodes were removed since the treemap was drawn
     ScanBar *bar_;
     ScanMessage *message_;
     QWidget *results_ = nullptr;

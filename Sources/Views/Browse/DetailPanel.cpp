@@ -65,6 +65,7 @@ DetailPanel::DetailPanel(QWidget *parent)
     path_->setObjectName(QStringLiteral("detailPath"));
     explanation_->setObjectName(QStringLiteral("detailExplanation"));
     explanation_->setWordWrap(true);
+    notice_->setObjectName(QStringLiteral("notice"));
     objection_->setObjectName(QStringLiteral("objection"));
     objection_->setWordWrap(true);
 

@@ -5,11 +5,14 @@
 #include "Core/Storage/CategoryPolicy.h"
 
 #include <QObject>
+#include <QTimer>
 #include <optional>
 #include <variant>
 #include <vector>
 
 namespace brimvale {
+
+class FSNode;
 
 /// Finds out in the background, as soon as items are selected, whether they can be removed on this page: the
 /// guards may refuse one, or a storage category may protect it.
@@ -19,11 +22,15 @@ class SelectionCheck : public QObject {
 public:
     using Objection = std::variant<RemovalRefusal, CategoryPolicy>;
 
-    using QObject::QObject;
+    explicit SelectionCheck(QObject *parent = nullptr);
     ~SelectionCheck() override;
 
-    /// Asks about these items; an earlier question is dropped.
-    void check(std::vector<FileURL> items);
+    /// Asks about these nodes; an earlier question is dropped. Reads their paths in short slices, so they
+    /// must stay as they are until `forget` or another question.
+    void check(std::vector<const FSNode *> nodes);
+
+    /// Lets go of nodes whose paths are not read yet. The question then stays pending, until the next one.
+    void forget();
 
     /// Whether the answer is not there yet.
     [[nodiscard]] bool isPending() const { return isPending_; }
@@ -35,12 +42,15 @@ signals:
     void answered();
 
 private:
+    void readPaths();
     void askNext();
 
     std::optional<Objection> objection_;
     bool isPending_ = false;
-    bool isAsking_ = false; ///< a question is with the worker, perhaps an earlier one
-    std::vector<FileURL> items_;
+    bool isAsking_ = false;             ///< a question is with the worker, perhaps an earlier one
+    std::vector<const FSNode *> nodes_; ///< of the question, until all their paths are read
+    std::vector<FileURL> items_;        ///< the paths read
+    QTimer nextSlice_;
     StopFlag outdated_;
 };
 

@@ -5,6 +5,7 @@
 #include "Support/HeldRemoval.h"
 #include "Support/Model.h"
 #include "Support/PageTest.h"
+#include "Support/PublishedWriter.h"
 #include "Support/SampleTree.h"
 #include "Views/Browse/Breadcrumb.h"
 #include "Views/Browse/BrowseView.h"
@@ -325,6 +326,43 @@ TEST_F(RemovalInBrowse, LeavesToACategoryWhatItProtects) {
     choose({node({"middle"})});
     EXPECT_FALSE(isVisible("route"));
     EXPECT_TRUE(eventually([&] { return remove.isEnabled(); }));
+}
+
+// What protects an item comes after very many others, whose paths are read in slices.
+TEST_F(RemovalInBrowse, ChecksEveryItemOfALargeSelection) {
+    const auto showMany = [this] {
+        const auto tree = std::make_shared<FSNode>("home", home.path(), true);
+        for (int i = 0; i < 30'000; ++i)
+            testing::add(*tree, "file " + std::to_string(i), 2'000'000);
+        testing::add(testing::addFolder(testing::addFolder(*tree, "Library"), "Messages"), "chat.db", 1'000);
+        PublishedWriter::set(model.scan, &SessionState::tree, tree);
+        emit model.scan.treeChanged();
+        testing::activate(page);
+        outline.setFocus();
+        Nodes files = testing::everythingBeneath(root());
+        std::erase_if(files, [](const FSNode *one) { return one->isDirectory; });
+        std::sort(files.begin(), files.end(), [](auto *a, auto *b) { return a->size > b->size; });
+        emit outline.selectionChangedTo(files);
+    };
+    showMany();
+    EXPECT_TRUE(remove.isEnabled()) << "not answered yet";
+    QTest::keyClick(&outline, Qt::Key_Delete);
+    EXPECT_EQ(sheet(), nullptr) << "it waits for the answer";
+    EXPECT_EQ(testing::labels(page, "notice"), std::vector<std::string>{"Checking the selection…"});
+    ASSERT_TRUE(eventually([&] { return !text("objection").empty(); }));
+    EXPECT_TRUE(text("objection").starts_with("Messages keeps an index")) << text("objection");
+    EXPECT_FALSE(remove.isEnabled());
+    EXPECT_EQ(sheet(), nullptr);
+
+    // Paths that are not read yet belong to nodes that may go.
+    showMany();
+    model.scan.drop(GonePaths({FileURL(home.path("file 29999"))}));
+    ASSERT_TRUE(eventually([&] { return node({"file 29999"}) == nullptr && treemap.node() != nullptr; }));
+    showMany();
+    PublishedWriter::set(model.scan, &SessionState::tree, nullptr);
+    emit model.scan.treeChanged();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(sheet(), nullptr);
 }
 
 } // namespace brimvale
