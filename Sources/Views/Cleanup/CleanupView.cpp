@@ -18,6 +18,7 @@
 
 #include <QScrollArea>
 #include <QVBoxLayout>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -92,6 +93,8 @@ void CleanupView::showTargets() {
         targets_[i]->setTarget(targets[i]);
         lists.push_back(&targets[i].entries);
     }
+    if (std::exchange(wasMeasuring_, cleanup_->isMeasuringCleanup) && !wasMeasuring_)
+        ticked_.findLockedAgain();
     ticked_.retain(lists);
     measure_->showState(cleanup_->isMeasuringCleanup, cleanup_->cleanupProgress);
 }

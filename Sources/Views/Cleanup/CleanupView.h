@@ -41,6 +41,7 @@ private:
     Cleanup &cleanup_;
     Removals &removals_;
     TickedEntries ticked_;
+    bool wasMeasuring_ = false; ///< the state shown
     MeasureButton *measure_;
     QVBoxLayout *cards_ = nullptr;
     ActionBar *bar_;

@@ -32,17 +32,26 @@ void LockedEntries::askNext() {
     inBackground(
         *QThreadPool::globalInstance(), this,
         [items = std::exchange(waiting_, {}), cancelled = cancelled_] {
-            return removalRefusals(items, cancelled);
+            return std::pair(items, removalRefusals(items, cancelled));
         },
-        [this](RemovalRefusals found) {
+        [this](std::pair<std::vector<FileURL>, RemovalRefusals> answer) {
             isAsking_ = false;
-            std::erase_if(found, [this](const auto &one) { return !known_.contains(one.first); });
-            const bool hasNew = !found.empty();
-            refusals_.merge(found);
-            if (hasNew)
-                emit changed();
+            take(answer.first, std::move(answer.second));
             askNext();
         });
+}
+
+void LockedEntries::take(const std::vector<FileURL> &asked, RemovalRefusals found) {
+    bool isChanged = false;
+    for (const FileURL &item : asked) {
+        const auto refusal = found.find(item);
+        if (refusal == found.end() || !known_.contains(item))
+            isChanged = refusals_.erase(item) > 0 || isChanged;
+        else
+            isChanged = refusals_.insert_or_assign(item, std::move(refusal->second)).second || isChanged;
+    }
+    if (isChanged)
+        emit changed();
 }
 
 QString LockedEntries::reason(const FileURL &url) const {

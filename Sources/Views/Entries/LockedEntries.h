@@ -21,6 +21,9 @@ public:
 
     /// Finds out about the entries in these lists that are new since the last call, and forgets the others.
     void ask(const std::vector<const std::vector<CleanupEntry> *> &lists);
+    /// The next `ask` is about all entries, because the disk may have changed. What is known stays until
+    /// then.
+    void askAgain() { known_.clear(); }
 
     [[nodiscard]] bool contains(const FileURL &url) const { return refusals_.contains(url); }
     /// The guards' sentence and a hint, for people; empty if the entry is not locked.
@@ -31,6 +34,7 @@ signals:
 
 private:
     void askNext();
+    void take(const std::vector<FileURL> &asked, RemovalRefusals found);
 
     RemovalRefusals refusals_;
     std::unordered_set<FileURL> known_; ///< what has been asked, or will be

@@ -39,6 +39,8 @@ public:
     /// Deselects entries that are in none of the lists any more, and updates the sizes of the others. Finds
     /// out in the background which ones are locked.
     void retain(const std::vector<const std::vector<CleanupEntry> *> &lists);
+    /// With the next `retain`, all entries are asked about again, because the disk may have changed.
+    void findLockedAgain() { locked_.askAgain(); }
     void clear();
 
 signals:

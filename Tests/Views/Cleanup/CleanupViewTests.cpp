@@ -2,6 +2,7 @@
 
 #include "Core/Model/Cleanup.h"
 #include "Core/Model/Removals.h"
+#include "Core/Removal/RemovalGate.h"
 #include "Core/Storage/CleanupCatalog.h"
 #include "Core/Text/Formatting.h"
 #include "Support/PageTest.h"
@@ -255,6 +256,23 @@ TEST_F(CleanupPage, ABoxForAllSkipsWhatIsLocked) {
     EXPECT_EQ(selection(), "1 item selected, " + sizeText(1'000));
     tick("logs", "lib");
     EXPECT_EQ(selection(), "1 item selected, " + sizeText(1'000));
+}
+
+TEST_F(CleanupPage, FindsOutWhatIsLockedWithEveryMeasuring) {
+    const FileURL documents(home.makeFolder("Documents"));
+    if (!RemovalGate::guards().check(documents))
+        GTEST_SKIP() << "the guards were made for the home of another test";
+    std::vector<CleanupTarget> targets = model.cleanup->cleanupTargets;
+    CleanupTarget &logs = withId(targets, "logs");
+    logs.entries = {{.url = documents, .size = 1'000}};
+    logs.scanned = true;
+    PublishedWriter::set(model.cleanup, &CleanupState::cleanupTargets, targets);
+    ASSERT_TRUE(eventually([&] { return !all("logs").isEnabled(); }));
+    std::filesystem::remove(documents.path());
+    PublishedWriter::set(model.cleanup, &CleanupState::isMeasuringCleanup, true);
+    EXPECT_FALSE(all("logs").isEnabled());
+    PublishedWriter::set(model.cleanup, &CleanupState::isMeasuringCleanup, false);
+    EXPECT_TRUE(eventually([&] { return all("logs").isEnabled(); }));
 }
 
 TEST_F(CleanupPage, CanBeStopped) {
