@@ -19,7 +19,7 @@ std::string explanation(MatchConfidence confidence) {
 }
 
 std::string vagueWarning() {
-    return "Others may own this: the app's identifier has no dot.";
+    return "Others may own this: the identifier has no dot.";
 }
 
 void sortLeftovers(std::vector<LeftoverItem> &items) {

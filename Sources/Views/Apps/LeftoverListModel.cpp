@@ -58,7 +58,7 @@ QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
     case Qt::DisplayRole:
         return displayedText(row.item.url.fileName());
     case Qt::ToolTipRole:
-        return withLock(displayedText(row.item.url.path()), ticked_.lockReason(row.item.url));
+        return toolTip(row);
     case Qt::AccessibleTextRole:
         return accessibleText(row);
     case Qt::CheckStateRole:
@@ -80,6 +80,13 @@ QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
     default:
         return {};
     }
+}
+
+/// The path, and the notes in full, for which a narrow list may have no room.
+QString LeftoverListModel::toolTip(const Row &row) const {
+    QStringList lines{displayedText(row.item.url.path())};
+    lines += notesOn(row);
+    return withLock(lines.join(QLatin1Char('\n')), ticked_.lockReason(row.item.url));
 }
 
 QString LeftoverListModel::accessibleText(const Row &row) const {
@@ -104,7 +111,10 @@ bool LeftoverListModel::setData(const QModelIndex &index, const QVariant &value,
 }
 
 Qt::ItemFlags LeftoverListModel::flags(const QModelIndex &index) const {
-    return QAbstractListModel::flags(index) | Qt::ItemIsUserCheckable | Qt::ItemNeverHasChildren;
+    Qt::ItemFlags flags = QAbstractListModel::flags(index) | Qt::ItemNeverHasChildren;
+    if (index.isValid() && ticked_.lockReason(itemAt(index).url).isEmpty())
+        flags |= Qt::ItemIsUserCheckable;
+    return flags;
 }
 
 } // namespace brimvale

@@ -32,6 +32,7 @@ public:
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
 
 private:
+    [[nodiscard]] QString toolTip(const Row &row) const;
     [[nodiscard]] QString accessibleText(const Row &row) const;
 
     TickedEntries &ticked_;
