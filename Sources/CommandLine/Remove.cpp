@@ -142,6 +142,7 @@ void writeResult(Output &output, const RemovalResult &result) {
     json.member("bytesDeleted", result.bytesDeleted);
     json.member("freeSpaceRemark", result.freeSpaceRemark);
     json.paths("needsAdmin", result.needsAdmin);
+    json.member("needsAppManagement", result.needsAppManagement);
     json.key("partlyRemoved");
     json.beginArray();
     for (const PartialRemoval &part : result.partlyRemoved) {

@@ -105,6 +105,7 @@ TEST(Remove, ReportsEachItem) {
     EXPECT_EQ(document["failed"][0]["reason"].toString().toStdString(),
               "/usr is a structural directory and is never removed.");
     EXPECT_EQ(pathsIn(document["needsAdmin"]), Paths{locked});
+    EXPECT_EQ(document["needsAppManagement"], false);
     EXPECT_GE(document["bytesFreed"].toInteger(-1), 5'000);
     EXPECT_FALSE(std::filesystem::exists(open));
     EXPECT_TRUE(std::filesystem::exists(locked));
