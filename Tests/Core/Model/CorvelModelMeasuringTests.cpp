@@ -62,9 +62,9 @@ protected:
         PublishedWriter::set(model.storage, &StorageState::categories, std::move(categories));
     }
 
-    /// A root volume of which so many bytes are used.
-    static VolumeInfo volumeUsing(std::int64_t bytes) {
-        return {.url = FileURL("/"),
+    /// A root volume that contains the home and of which so many bytes are used.
+    [[nodiscard]] VolumeInfo volumeUsing(std::int64_t bytes) const {
+        return {.url = FileURL(home.path()),
                 .name = "Disk",
                 .totalCapacity = 10'000,
                 .availableForImportantUsage = 10'000,
