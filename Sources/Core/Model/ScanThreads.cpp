@@ -32,8 +32,7 @@ void ScanThreads::start(std::function<void()> work) {
         const std::lock_guard guard(shared_->lock);
         ++shared_->running;
     }
-    const auto run = [shared = shared_,
-                      work = std::make_shared<std::function<void()>>(std::move(work))]() mutable {
+    auto run = [shared = shared_, work = std::make_shared<std::function<void()>>(std::move(work))]() mutable {
         (*work)();
         work.reset(); // with all that the scan has made
         const std::lock_guard guard(shared->lock);
