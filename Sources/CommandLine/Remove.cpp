@@ -76,10 +76,10 @@ std::vector<RemovalResult::Failure> warningsOn(const RemovalOperands &operands) 
 
 /// Leaves these items out of the operands, and changes the warnings to the reasons for that.
 void refuse(std::vector<RemovalResult::Failure> &warnings, RemovalOperands &operands) {
-    for (auto &[url, reason] : warnings) {
-        std::erase(operands.admitted, url);
-        std::erase_if(operands.items, [&](const CleanupEntry &item) { return item.url == url; });
-        reason += " With --anyway it is removed all the same.";
+    for (RemovalResult::Failure &warning : warnings) {
+        std::erase(operands.admitted, warning.url);
+        std::erase_if(operands.items, [&](const CleanupEntry &item) { return item.url == warning.url; });
+        warning.reason += " With --anyway it is removed all the same.";
     }
 }
 

@@ -99,11 +99,11 @@ protected:
                        "[Accounts]\n0\\Folders\\1\\localPath=" + home + "/Dokumente/Nextcloud/\n");
     }
 
-    [[nodiscard]] static std::string inside(std::string path) {
+    [[nodiscard]] static std::string inside(const std::string &path) {
         return path.starts_with("~/") ? "home/anna" + path.substr(1) : path.substr(1);
     }
     /// A path as the tables write it.
-    [[nodiscard]] std::string shortened(std::string path) const {
+    [[nodiscard]] std::string shortened(const std::string &path) const {
         if (isAtOrUnder(path, home))
             return "~" + path.substr(home.size());
         return path.substr(disk.path().size());

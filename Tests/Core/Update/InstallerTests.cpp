@@ -207,7 +207,7 @@ TEST(Installer, ChangesNothingInAPlaceThatItRefuses) {
 
 TEST(Installer, RefusesAsAdministratorWhatBelongsToAUser) {
     if (geteuid() != 0)
-        GTEST_SKIP() << "takes an administrator";
+        GTEST_SKIP() << "only root can make folders of others";
     InstallerScene scene;
     for (const std::string &item : {scene.staging, scene.staged, scene.current}) {
         ASSERT_EQ(chown(item.c_str(), 65534, 65534), 0);
