@@ -67,7 +67,8 @@ const Theme &Theme::matching(const QPalette &systemPalette) {
 
 const Theme &Theme::current() {
     static Theme accented;
-    const Theme &theme = matching(QGuiApplication::palette());
+    const QPalette palette = QGuiApplication::palette();
+    const Theme &theme = matching(palette);
     const std::optional<QColor> accent = systemAccent();
     if (!accent)
         return theme;
