@@ -79,7 +79,7 @@ void refuse(std::vector<RemovalResult::Failure> &warnings, RemovalOperands &oper
     for (RemovalResult::Failure &warning : warnings) {
         std::erase(operands.admitted, warning.url);
         std::erase_if(operands.items, [&](const CleanupEntry &item) { return item.url == warning.url; });
-        warning.reason += " With --anyway it is removed all the same.";
+        warning.reason += " Use --anyway to remove it.";
     }
 }
 
