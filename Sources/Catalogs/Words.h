@@ -9,6 +9,7 @@ struct Words {
     std::string thisComputer;      ///< "this Mac"
     std::string theSystem;         ///< "macOS"
     std::string rootName;          ///< the name for "/": "Macintosh HD"
+    std::string noBytes;           ///< the size of something empty: "Zero KB"
     std::string includeSystemApps; ///< the switch that also lists the system's applications
 
     std::string revealItem;     ///< shows an item in the file browser: "Reveal in Finder"

@@ -250,10 +250,8 @@ constinit const Command removeCommand = {
         "--yes is needed. What \"check\" refuses is never removed. A link is removed itself, not what it "
         "leads\n"
         "to. A path inside another one that is removed goes with it. Space that the Trash holds comes back\n"
-        "when it is emptied. What a storage category protects (photo libraries, Messages, other people's "
-        "files)\n"
-        "is only removed with --anyway, after its warning. Ctrl-C stops, and tells what was removed until "
-        "then.\n"
+        "when it is emptied. What a storage category protects, for example other people's files, is only\n"
+        "removed with --anyway, after its warning. Ctrl-C stops, and tells what was removed until then.\n"
         "With --from0, the question is asked on the terminal that the program was started from.\n",
     .run = runRemove,
 };

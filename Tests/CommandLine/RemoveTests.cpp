@@ -1,5 +1,6 @@
 #include "CommandLine/Program.h"
 #include "CommandLine/Terminal.h"
+#include "Core/Text/Formatting.h"
 #include "Support/ReferenceScan.h"
 #include "Support/TemporaryFolder.h"
 
@@ -113,7 +114,7 @@ TEST(Remove, ReportsEachItem) {
     const Outcome text =
         runProgramUnprivileged(program, {"remove", "--delete", "--yes", "/usr", locked, missing});
     EXPECT_EQ(text.status, 1);
-    EXPECT_EQ(text.out, "Removed 0 items, reclaiming Zero KB\n");
+    EXPECT_EQ(text.out, "Removed 0 items, reclaiming " + Fmt::byteFormatter(0) + "\n");
     EXPECT_EQ(text.err, "brimvalectl: /usr is a structural directory and is never removed.\n"
                         "brimvalectl: " +
                             missing +

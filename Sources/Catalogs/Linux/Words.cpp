@@ -8,6 +8,7 @@ Words words() {
         .thisComputer = "this computer",
         .theSystem = "the system",
         .rootName = "File system",
+        .noBytes = "0 bytes",
         .includeSystemApps = "Include system apps",
         .revealItem = "Show in File Manager",
         .openFolder = "Open in File Manager",

@@ -7,6 +7,7 @@ Words words() {
         .thisComputer = "this Mac",
         .theSystem = "macOS",
         .rootName = "Macintosh HD",
+        .noBytes = "Zero KB",
         .includeSystemApps = "Include Apple apps",
         .revealItem = "Reveal in Finder",
         .openFolder = "Open in Finder",

@@ -3,7 +3,9 @@
 #include "Base/Text.h"
 #include "Core/Text/Formatting.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace brimvale::CopyVerdict {
@@ -14,7 +16,7 @@ namespace {
 constexpr double leastShare = 0.98;
 
 std::string tooShortReason(const ArchivedItem &item) {
-    const std::string copy = item.copiedBytes < 1 ? "Zero KB" : Fmt::byteFormatter(item.copiedBytes);
+    const std::string copy = Fmt::byteFormatter(std::max<std::int64_t>(item.copiedBytes, 0));
     return "The copy is " + copy + " against an original of " + Fmt::byteFormatter(item.originalBytes) + ".";
 }
 

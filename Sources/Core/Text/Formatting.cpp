@@ -1,11 +1,12 @@
 #include "Core/Text/Formatting.h"
 
+#include "Catalogs/Words.h"
 #include "Platform/Formatters.h"
 
 namespace brimvale {
 
 std::string Fmt::byteFormatter(std::int64_t bytes) {
-    return Formatters::fileSize(bytes);
+    return bytes == 0 ? Words::current().noBytes : Formatters::fileSize(bytes);
 }
 
 std::string Fmt::count(std::int64_t number) {

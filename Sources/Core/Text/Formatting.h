@@ -14,7 +14,8 @@ namespace brimvale {
 /// Figures as shown everywhere in the program, in the user's locale. UTF-8. Thread-safe.
 namespace Fmt {
 
-/// A number of bytes in KB, MB, GB or TB (1 KB = 1,000 bytes): "12.35 GB".
+/// A number of bytes in KB, MB, GB or TB (1 KB = 1,000 bytes): "12.35 GB". None is
+/// what the selected system says: "Zero KB".
 [[nodiscard]] std::string byteFormatter(std::int64_t bytes);
 
 /// A whole number with the locale's grouping: "1,234,567".

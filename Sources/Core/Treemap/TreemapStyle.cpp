@@ -1,6 +1,7 @@
 #include "Core/Treemap/TreemapStyle.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace brimvale {
 
@@ -33,7 +34,7 @@ Rect TreemapStyle::labelArea(const Rect &tile, double height) {
 }
 
 std::string TreemapStyle::sizeText(const FSNode &node) {
-    return node.size < 1 ? "Zero KB" : Fmt::byteFormatter(node.size);
+    return Fmt::byteFormatter(std::max<std::int64_t>(node.size, 0));
 }
 
 } // namespace brimvale

@@ -141,7 +141,7 @@ TEST(Archiver, IncompleteCopyFails) {
     };
     for (const Case &one :
          {Case{copyOf(97), isShort}, Case{copyOf(98), "“file” is not the same in the copy."},
-          Case{R"(: >"$2")", "The copy is Zero KB" + isShort},
+          Case{R"(: >"$2")", "The copy is " + Fmt::byteFormatter(0) + isShort},
           Case{R"(cat "$1" "$1" >"$2")", "“file” is not the same in the copy."},
           Case{R"(: >"$2"; echo "copy: cannot write '$2': No space left" >&2; exit 1)",
                ". “file” is not the same in the copy: No space left."},

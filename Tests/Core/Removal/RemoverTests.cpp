@@ -1,5 +1,6 @@
 #include "Core/Removal/FreeSpace.h"
 #include "Core/Removal/Remover.h"
+#include "Core/Text/Formatting.h"
 
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Scan/DiskScanner.h"
@@ -472,7 +473,7 @@ TEST(RemovalReport, TellsPartsInFigures) {
 TEST(RemovalReport, TitleSummaryAndFailureLines) {
     RemovalResult result;
     EXPECT_EQ(RemovalReport::title(result), "Done");
-    EXPECT_EQ(RemovalReport::summary(result), "Removed 0 items, reclaiming Zero KB");
+    EXPECT_EQ(RemovalReport::summary(result), "Removed 0 items, reclaiming " + Fmt::byteFormatter(0));
     result.succeeded = {FileURL("/a")};
     result.bytesFreed = 5'500'000;
     result.needsAdmin = {FileURL("/b")};

@@ -1,7 +1,10 @@
 #include "Core/Text/Formatting.h"
 
+#include "Platform/Host.h"
+
 #include <gtest/gtest.h>
 #include <limits>
+#include <utility>
 
 namespace brimvale {
 
@@ -21,14 +24,20 @@ TEST(Fmt, FormatsSizesInDecimalUnits) {
         std::string text;
     };
     for (const Case &one :
-         {Case{0, "Zero KB"}, Case{1, "0 KB"}, Case{-55, "0 KB"}, Case{550, "1 KB"}, Case{-1023, "-1 KB"},
-          Case{5'500, "6 KB"}, Case{55'000, "55 KB"}, Case{999'499, "999 KB"}, Case{999'500, "1 MB"},
-          Case{-999'500, "-1 MB"}, Case{5'500'000, "5.5 MB"}, Case{999'949'999, "999.9 MB"},
-          Case{999'950'000, "1 GB"}, Case{12'345'678'987, "12.35 GB"}, Case{999'994'999'999, "999.99 GB"},
-          Case{999'995'000'000, "1 TB"}, Case{5'500'000'000'000, "5.5 TB"},
+         {Case{1, "0 KB"}, Case{-55, "0 KB"}, Case{550, "1 KB"}, Case{-1023, "-1 KB"}, Case{5'500, "6 KB"},
+          Case{55'000, "55 KB"}, Case{999'499, "999 KB"}, Case{999'500, "1 MB"}, Case{-999'500, "-1 MB"},
+          Case{5'500'000, "5.5 MB"}, Case{999'949'999, "999.9 MB"}, Case{999'950'000, "1 GB"},
+          Case{12'345'678'987, "12.35 GB"}, Case{999'994'999'999, "999.99 GB"}, Case{999'995'000'000, "1 TB"},
+          Case{5'500'000'000'000, "5.5 TB"},
           Case{std::numeric_limits<std::int64_t>::max(), "9,223,372.04 TB"},
           Case{std::numeric_limits<std::int64_t>::min(), "-9,223,372.04 TB"}})
         EXPECT_EQ(Fmt::byteFormatter(one.bytes), one.text) << one.bytes;
+    for (const auto &[system, none] :
+         {std::pair(System::macOS, "Zero KB"), std::pair(System::linux, "0 bytes")}) {
+        Host::useSystem(system);
+        EXPECT_EQ(Fmt::byteFormatter(0), none);
+    }
+    Host::useSystem(std::nullopt);
 }
 
 TEST(Fmt, GroupsDigits) {

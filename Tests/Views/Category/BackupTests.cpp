@@ -1,6 +1,7 @@
 #include "Core/Model/Backups.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/Storage.h"
+#include "Core/Text/Formatting.h"
 #include "Support/PageTest.h"
 #include "Support/SampleMessages.h"
 #include "Support/WholeWindow.h"
@@ -210,7 +211,8 @@ TEST_F(MessagesPage, AsksWhereThereIsTooLittleRoom) {
     QDialog *question = sheet("confirmationSheet");
     ASSERT_NE(question, nullptr);
     EXPECT_THAT(shown(*question, "explanation"), StartsWith("The backup needs 3"));
-    EXPECT_THAT(shown(*question, "explanation"), HasSubstr(", but only Zero KB are free there."));
+    EXPECT_THAT(shown(*question, "explanation"),
+                HasSubstr(", but only " + Fmt::byteFormatter(0) + " are free there."));
     closeWith(question, "cancel");
     EXPECT_FALSE(model.backups->isArchiving);
     EXPECT_EQ(model.backups->archiveError, std::nullopt);
