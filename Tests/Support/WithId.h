@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brimvale::testing {
@@ -18,11 +19,11 @@ namespace brimvale::testing {
 }
 
 /// The target, or the measured category, with this id. The test fails where there is none.
-[[nodiscard]] auto &withId(auto &entries, const std::string &id) {
+[[nodiscard]] auto &withId(auto &entries, std::string_view id) {
     const auto found =
         std::find_if(entries.begin(), entries.end(), [&](const auto &one) { return idOf(one) == id; });
     if (found == entries.end())
-        throw std::out_of_range("no entry has the id " + id);
+        throw std::out_of_range("no entry has the id " + std::string(id));
     return *found;
 }
 
