@@ -26,7 +26,7 @@ TEST(UnusualTrash, IsNamedAfterTheRemoval) {
         folder.makeFile("volume/file");
         const Outcome outcome = runProgram({"remove", "--yes", file});
         EXPECT_EQ(outcome.status, 0);
-        EXPECT_THAT(outcome.out, EndsWith(" KB\n" + file + ": " + remark("file") + "\n"));
+        EXPECT_THAT(outcome.out, EndsWith("\n" + file + ": " + remark("file") + "\n"));
         folder.makeFile("volume/file");
         const QJsonArray remarks =
             jsonIn(runProgram({"remove", "--yes", "--json", file})).object()["remarks"].toArray();

@@ -85,7 +85,7 @@ TEST(JoinedFolders, AreKeptWithAVolumeInsideByWhicheverName) {
         return Remover::check(FileURL("/Users/sample/Downloads/item")).value_or("admitted");
     });
     if (answer == "not permitted")
-        GTEST_SKIP() << "mounts of one's own are not permitted here";
+        GTEST_SKIP() << "mounting is not permitted here";
     EXPECT_EQ(answer, "“item” contains a mounted volume: "
                       "/System/Volumes/Data/Users/sample/Downloads/item/volume. Eject it first.");
 }
