@@ -49,6 +49,8 @@ struct Catalog {
     /// Folders among those of the system where administrators install programs of their own: these can be
     /// removed again.
     std::vector<std::string> administratorsFolders = {"/opt", "/usr/local"};
+    /// The name of the installed system, for the root volume. Null where that volume has a name of its own.
+    std::string (*nameOfDistribution)(const Host &host) = nullptr;
 };
 
 /// The catalog of a system. It lives as long as the program.

@@ -52,6 +52,8 @@ void writeRecord(JsonWriter &json, const VolumeInfo &volume) {
     json.member("isInternal", volume.isInternal);
     json.member("isRootVolume", volume.isRootVolume);
     json.member("reserved", volume.reserved);
+    json.member("fileSystem", volume.fileSystem);
+    json.member("device", volume.device);
     json.end();
 }
 

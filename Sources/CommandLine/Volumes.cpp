@@ -5,7 +5,10 @@
 #include "CommandLine/TextTable.h"
 #include "Core/Text/Formatting.h"
 
+#include <algorithm>
 #include <chrono>
+#include <utility>
+#include <vector>
 
 namespace brimvale::commandLine {
 
@@ -14,17 +17,30 @@ namespace {
 /// No window waits for this, so even a slow server has time to answer.
 constexpr std::chrono::seconds patience{2};
 
+/// Where the system does not tell the types and devices, they have no columns.
 void writeVolumes(Output &output, const std::vector<VolumeInfo> &volumes) {
-    TextTable table({TextTable::sizeColumn("SIZE"),
-                     TextTable::sizeColumn("USED"),
-                     TextTable::sizeColumn("AVAILABLE"),
-                     TextTable::sizeColumn("RESERVED"),
-                     {"NAME"},
-                     {"MOUNTED AT"}});
-    for (const VolumeInfo &volume : volumes)
-        table.add({Fmt::byteFormatter(volume.totalCapacity), Fmt::byteFormatter(volume.used()),
-                   Fmt::byteFormatter(volume.shownAvailable()), Fmt::byteFormatter(volume.reserved),
-                   terminalText(volume.name), terminalText(volume.url.path())});
+    const bool hasDevices = std::any_of(volumes.begin(), volumes.end(),
+                                        [](const VolumeInfo &volume) { return volume.device.has_value(); });
+    std::vector<TextTable::Column> columns = {TextTable::sizeColumn("SIZE"),
+                                              TextTable::sizeColumn("USED"),
+                                              TextTable::sizeColumn("AVAILABLE"),
+                                              TextTable::sizeColumn("RESERVED"),
+                                              {"NAME"}};
+    if (hasDevices)
+        columns.insert(columns.end(), {{"TYPE"}, {"DEVICE"}});
+    columns.push_back({"MOUNTED AT"});
+    TextTable table(columns);
+    for (const VolumeInfo &volume : volumes) {
+        std::vector<std::string> row = {Fmt::byteFormatter(volume.totalCapacity),
+                                        Fmt::byteFormatter(volume.used()),
+                                        Fmt::byteFormatter(volume.shownAvailable()),
+                                        Fmt::byteFormatter(volume.reserved), terminalText(volume.name)};
+        if (hasDevices)
+            row.insert(row.end(), {terminalText(volume.fileSystem.value_or("–")),
+                                   terminalText(volume.device.value_or("–"))});
+        row.push_back(terminalText(volume.url.path()));
+        table.add(std::move(row));
+    }
     table.write(output);
 }
 

@@ -121,8 +121,10 @@ TEST(StorageVolumes, ListsRootFirst) {
     const QJsonArray volumes = documentOf(runProgram({"volumes", "--json"})).array();
     ASSERT_FALSE(volumes.isEmpty());
     EXPECT_EQ(volumes[0]["url"], "/");
-    EXPECT_EQ(volumes[0].toObject().keys().join(' ').toStdString(),
-              "availableForImportantUsage isInternal isRootVolume name reserved totalCapacity trueFree url");
+    EXPECT_EQ(
+        volumes[0].toObject().keys().join(' ').toStdString(),
+        "availableForImportantUsage device fileSystem isInternal isRootVolume name reserved totalCapacity "
+        "trueFree url");
     EXPECT_THAT(runProgram({"volumes"}).out, HasSubstr("MOUNTED AT\n"));
     // Here is no Time Machine, or it has what it has.
     EXPECT_TRUE(documentOf(runProgram({"snapshots", "--json"})).isArray());

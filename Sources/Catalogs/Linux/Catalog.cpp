@@ -1,5 +1,6 @@
 #include "Catalogs/Linux/Catalog.h"
 
+#include "Catalogs/Linux/SystemName.h"
 #include "Catalogs/macOS/Catalog.h"
 
 namespace brimvale::linuxCatalog {
@@ -41,6 +42,7 @@ const Catalog &catalog() {
         .storageCategories = storageCategories,
         .systemDataRoots = systemDataRoots,
         .otherUsers = {.homes = "/home", .shared = ""},
+        .nameOfDistribution = distributionName,
     };
     return catalog;
 }

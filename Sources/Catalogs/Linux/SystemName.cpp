@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <initializer_list>
 #include <optional>
 #include <string_view>
 
@@ -31,18 +32,27 @@ bool isPlain(const std::string &name) {
            std::all_of(name.begin(), name.end(), [](char sign) { return sign >= ' ' && sign <= '~'; });
 }
 
-} // namespace
-
-std::string systemName(const Host &host) {
+/// The value of the first of these keys that the system gives.
+std::string nameIn(const Host &host, std::initializer_list<const char *> keys) {
     for (const char *file : {"/etc/os-release", "/usr/lib/os-release"}) {
         const std::optional<std::string> settings = contentsOfFile(host.placeOf(file), releaseFileLimit);
         if (!settings)
             continue;
-        for (const char *key : {"PRETTY_NAME", "NAME"})
+        for (const char *key : keys)
             if (std::string name = valueOf(*settings, key); isPlain(name))
                 return name;
     }
     return "The system";
+}
+
+} // namespace
+
+std::string systemName(const Host &host) {
+    return nameIn(host, {"PRETTY_NAME", "NAME"});
+}
+
+std::string distributionName(const Host &host) {
+    return nameIn(host, {"NAME", "PRETTY_NAME"});
 }
 
 } // namespace brimvale::linuxCatalog

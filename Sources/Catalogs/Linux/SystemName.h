@@ -10,4 +10,7 @@ namespace brimvale::linuxCatalog {
 /// where it does not tell.
 [[nodiscard]] std::string systemName(const Host &host);
 
+/// The same without its version: "Debian GNU/Linux".
+[[nodiscard]] std::string distributionName(const Host &host);
+
 } // namespace brimvale::linuxCatalog

@@ -1,6 +1,6 @@
 #include "Core/Storage/VolumeInfo.h"
 
-#include "Catalogs/Words.h"
+#include "Catalogs/Catalog.h"
 #include "Core/Text/Formatting.h"
 
 #include <algorithm>
@@ -9,10 +9,18 @@
 namespace brimvale {
 
 std::vector<VolumeInfo> VolumeInfo::current(std::chrono::milliseconds patience) {
-    return from(mountedVolumes(patience));
+    const Host host = Host::current();
+    const auto nameOfDistribution = catalogOf(host.system).nameOfDistribution;
+    std::vector<MountedVolume> mounted = mountedVolumes(patience);
+    if (nameOfDistribution != nullptr)
+        return from(mounted, nameOfDistribution(host));
+    for (MountedVolume &one : mounted) // a Mac does not tell them
+        one.fileSystem = one.device = std::nullopt;
+    return from(mounted);
 }
 
-std::vector<VolumeInfo> VolumeInfo::from(const std::vector<MountedVolume> &mounted) {
+std::vector<VolumeInfo> VolumeInfo::from(const std::vector<MountedVolume> &mounted,
+                                         const std::optional<std::string> &rootName) {
     std::vector<VolumeInfo> volumes;
     for (const MountedVolume &one : mounted) {
         if (!one.isBrowsable.value_or(true) || one.totalCapacity.value_or(0) < 1)
@@ -24,7 +32,11 @@ std::vector<VolumeInfo> VolumeInfo::from(const std::vector<MountedVolume> &mount
                            .trueFree = one.available.value_or(0),
                            .isInternal = one.isInternal.value_or(false),
                            .isRootVolume = one.isRootFileSystem.value_or(false),
-                           .reserved = one.reserved.value_or(0)});
+                           .reserved = one.reserved.value_or(0),
+                           .fileSystem = one.fileSystem,
+                           .device = one.device});
+        if (volumes.back().isRootVolume && rootName)
+            volumes.back().name = *rootName;
     }
     std::stable_sort(volumes.begin(), volumes.end(), [](const VolumeInfo &a, const VolumeInfo &b) {
         return std::tuple(!a.isRootVolume, std::string_view(a.name)) <
@@ -39,6 +51,12 @@ std::optional<VolumeInfo> VolumeInfo::root(const std::vector<VolumeInfo> &volume
     if (root != volumes.end())
         return *root;
     return volumes.empty() ? std::nullopt : std::optional(volumes.front());
+}
+
+std::optional<std::string> volumeDetails(const VolumeInfo &volume) {
+    if (!volume.fileSystem || !volume.device)
+        return std::nullopt;
+    return *volume.fileSystem + " · " + *volume.device + " · " + volume.url.path();
 }
 
 std::optional<std::string> purgeableSentence(const VolumeInfo &volume) {

@@ -21,6 +21,8 @@ struct VolumeInfo {
     bool isInternal = false;
     bool isRootVolume = false;
     std::int64_t reserved = 0; ///< free space that users cannot have; neither in the capacity nor in the rest
+    std::optional<std::string> fileSystem = {}; ///< its type: "ext4"; a Mac does not tell
+    std::optional<std::string> device = {};     ///< where it is: "/dev/sda2"; a Mac does not tell
 
     /// The longest wait in `current` just before the window is drawn.
     static constexpr std::chrono::milliseconds beforePaint{5};
@@ -30,8 +32,9 @@ struct VolumeInfo {
     /// `patience` for all of them. Never fails. Thread-safe.
     [[nodiscard]] static std::vector<VolumeInfo> current(std::chrono::milliseconds patience = beforePaint);
 
-    /// The volumes to list, in order, from the system's report.
-    [[nodiscard]] static std::vector<VolumeInfo> from(const std::vector<MountedVolume> &mounted);
+    /// The volumes to list, in order, from the system's report. The root volume gets `rootName`, if given.
+    [[nodiscard]] static std::vector<VolumeInfo> from(const std::vector<MountedVolume> &mounted,
+                                                      const std::optional<std::string> &rootName = {});
 
     /// The root volume, else the first, else nothing.
     [[nodiscard]] static std::optional<VolumeInfo> root(const std::vector<VolumeInfo> &volumes);
@@ -51,6 +54,9 @@ struct VolumeInfo {
 
     friend bool operator==(const VolumeInfo &, const VolumeInfo &) = default;
 };
+
+/// A volume's type, device and mount point: "ext4 · /dev/sda2 · /home"; nothing on a Mac.
+[[nodiscard]] std::optional<std::string> volumeDetails(const VolumeInfo &volume);
 
 /// A sentence about a volume's purgeable space; nothing where there is none.
 [[nodiscard]] std::optional<std::string> purgeableSentence(const VolumeInfo &volume);

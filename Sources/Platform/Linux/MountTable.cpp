@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <iterator>
 #include <optional>
 #include <sstream>
@@ -206,15 +207,29 @@ StorageKind storageKind(const Mount &mount) {
     return mount.type.starts_with("fuse.") ? StorageKind::distant : StorageKind::local;
 }
 
+std::string poolOf(const Mount &mount) {
+    return mount.type == "zfs" ? mount.source.substr(0, mount.source.find_first_of("/@")) : "";
+}
+
 std::vector<Mount> storageMounts(const std::vector<Mount> &mounts) {
-    // Smaller is better.
-    const auto rank = [](const Mount &mount) { return mount.point == "/" ? 0 : mount.root == "/" ? 1 : 2; };
+    // Smaller is better: "/", then what shows the whole device or pool.
+    const auto rank = [](const Mount &mount) {
+        if (mount.point == "/")
+            return std::ptrdiff_t{0};
+        if (mount.type != "zfs")
+            return std::ptrdiff_t{mount.root == "/" ? 1 : 2};
+        return 1 + std::count_if(mount.source.begin(), mount.source.end(),
+                                 [](char sign) { return sign == '/' || sign == '@'; });
+    };
+    const auto shareSpace = [](const Mount &a, const Mount &b) {
+        return a.device == b.device || (a.type == "zfs" && poolOf(a) == poolOf(b));
+    };
     std::vector<Mount> chosen;
     for (const Mount &mount : mounts) {
         if (mount.point != "/" && storageKind(mount) == StorageKind::none)
             continue;
         const auto same = std::find_if(chosen.begin(), chosen.end(),
-                                       [&](const Mount &other) { return other.device == mount.device; });
+                                       [&](const Mount &other) { return shareSpace(mount, other); });
         if (same == chosen.end())
             chosen.push_back(mount);
         else if (rank(mount) < rank(*same))

@@ -42,8 +42,11 @@ enum class StorageKind {
 
 [[nodiscard]] StorageKind storageKind(const Mount &mount);
 
-/// The mounts to show as volumes: the one at "/", and one for each other device with storage. Of several
-/// mounts of a device it is one of the whole device, else the first in the table.
+/// The pool that a ZFS mount belongs to, which shares its space with others; empty for any other mount.
+[[nodiscard]] std::string poolOf(const Mount &mount);
+
+/// The mounts to show as volumes: the one at "/", and one for each other device or pool with storage. Of
+/// several mounts of a device it is one of the whole device, else the first in the table.
 [[nodiscard]] std::vector<Mount> storageMounts(const std::vector<Mount> &mounts);
 
 } // namespace brimvale

@@ -82,6 +82,8 @@ void CapacityCard::show(const std::optional<VolumeInfo> &volume,
     const std::vector<BarSegment> segments = segmentsOf(categories);
     const std::int64_t capacity = volume ? volume->totalCapacity : 0;
     name_->setText(volume ? displayedText(volume->name) : u"No volume"_s);
+    const std::optional<std::string> details = volume ? volumeDetails(*volume) : std::nullopt;
+    setToolTip(details ? asToolTip(displayedText(*details)) : QString());
     used_->setText(u"%1 of %2 used"_s.arg(sizeText(volume ? volume->used() : 0), sizeText(capacity)));
     free_->setText(sizeText(volume ? volume->shownAvailable() : 0));
     bar_->setSegments(segments, capacity);

@@ -48,6 +48,16 @@ QWidget *VolumesCard::makeRow(const VolumeInfo &volume) {
     row->setToolTip(asToolTip(displayedText(volume.url.path())));
     auto *name = new ElidedLabel(Type::Size::body, TextLabel::Tone::primary, Qt::ElideMiddle, row);
     name->setText(displayedText(volume.name));
+    auto *words = new QVBoxLayout;
+    words->setSpacing(1);
+    words->addWidget(name);
+    if (const std::optional<std::string> details = volumeDetails(volume)) {
+        auto *caption =
+            new ElidedLabel(Type::Size::caption, TextLabel::Tone::secondary, Qt::ElideMiddle, row);
+        caption->setObjectName(QStringLiteral("volumeDetails"));
+        caption->setText(displayedText(*details));
+        words->addWidget(caption);
+    }
     auto *bar = new CapacityBar(row);
     bar->setFixedWidth(usageBarWidth);
     bar->setAccessibleName(u"Capacity of %1"_s.arg(name->text()));
@@ -61,7 +71,7 @@ QWidget *VolumesCard::makeRow(const VolumeInfo &volume) {
     layout->setContentsMargins(0, 4, 0, 4);
     layout->setSpacing(12);
     layout->addWidget(new IconLabel(QStringLiteral("hard-drive"), IconLabel::Tone::accent, row));
-    layout->addWidget(name, 1);
+    layout->addLayout(words, 1);
     layout->addWidget(bar);
     layout->addWidget(free);
     return row;

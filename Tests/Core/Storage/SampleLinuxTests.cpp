@@ -1,5 +1,6 @@
 // The storage categories on the disk of a sample Linux computer, to the byte.
 
+#include "Catalogs/Catalog.h"
 #include "Core/Storage/CategoryPolicies.h"
 #include "Core/Storage/StorageCategories.h"
 #include "Support/EnvironmentVariable.h"
@@ -220,6 +221,7 @@ TEST_F(SampleLinux, NamesTheInstalledSystem) {
                 return one.detail + " " + std::get<ReadOnlyAction>(one.action).reason;
         return std::string();
     };
+    EXPECT_EQ(catalogOf(System::linux).nameOfDistribution(host), "Sample") << "the name of its volume";
     EXPECT_EQ(detail(), "Sample Linux 1 itself. Sample Linux 1 itself. Its package manager looks after it.");
     disk.makeFile("run/ostree-booted");
     disk.writeFile("etc/os-release", "NAME=Sample\nPRETTY_NAME=\"\x1b[31mred\"\n");

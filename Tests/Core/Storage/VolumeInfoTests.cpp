@@ -37,6 +37,10 @@ TEST(VolumeInfo, ListsUsableVolumesRootFirst) {
     EXPECT_TRUE(plain.availableForImportantUsage == 0 && plain.trueFree == 0 && !plain.isInternal &&
                 !plain.isRootVolume);
 
+    EXPECT_EQ(volumeDetails(plain), std::nullopt);
+    const std::vector<VolumeInfo> named = VolumeInfo::from({root, mounted("/b", "b")}, "Fedora Linux 43");
+    EXPECT_THAT(namesOf(named), ::testing::ElementsAre("Fedora Linux 43", "b"));
+
     EXPECT_EQ(VolumeInfo::root(volumes)->name, "z");
     EXPECT_EQ(VolumeInfo::root({plain})->name, "A");
     EXPECT_FALSE(VolumeInfo::root({}));

@@ -81,6 +81,13 @@ TEST(MountTable, ListsEachStorageDeviceOnce) {
                               "40 26 0:46 / /home/u/far rw - fuse.sshfs u@host: rw\n"),
                 ElementsAre("/", "/boot/efi", "/run/media/u/STICK", "/run/media/u/Disk", "/srv/nfs", "/tank",
                             "/home/u/far"));
+    // A pool has one row, whatever is mounted of it; the rest of its name is a data set or a snapshot.
+    EXPECT_THAT(storagePoints("26 1 0:30 / / rw - zfs rpool/ROOT/os rw\n"
+                              "27 26 0:31 / /home rw - zfs rpool/home rw\n"
+                              "28 26 0:32 / /srv/a/.zfs/snapshot/x ro - zfs tank/a@x ro\n"
+                              "29 26 0:33 / /srv/a rw - zfs tank/a rw\n"
+                              "30 26 0:34 / /tank rw - zfs tank rw\n"),
+                ElementsAre("/", "/tank"));
     // A container: the root is an overlay, and of one disk there are only parts.
     EXPECT_THAT(storagePoints("50 1 0:60 / / rw - overlay overlay rw\n"
                               "51 50 8:1 /volumes/a /data rw - ext4 /dev/sda1 rw\n"

@@ -101,6 +101,15 @@ TEST_F(OverviewPage, ShowsTheCapacityOfTheRootVolume) {
     EXPECT_TRUE(text("reserved")
                     .starts_with(sizeText(47 * gigabyte) + " used, " + sizeText(55 * gigabyte) + " free, " +
                                  sizeText(168 * gigabyte) + " reserved."));
+    EXPECT_TRUE(find("capacityCard").toolTip().isEmpty()) << "a Mac does not tell its devices";
+    shared.fileSystem = "ext4";
+    shared.device = "/dev/sda2";
+    VolumeInfo other = volume("/media/stick", "Stick", 0, 0);
+    other.fileSystem = "vfat";
+    other.device = "/dev/sdb1";
+    showVolumes({shared, other});
+    EXPECT_EQ(find("capacityCard").toolTip().toStdString(), "ext4 · /dev/sda2 · /");
+    EXPECT_EQ(text("volumeDetails"), "vfat · /dev/sdb1 · /media/stick");
     showVolumes({});
     EXPECT_EQ(text("capacityName"), "No volume");
     EXPECT_TRUE(find("volumesCard").isHidden());
