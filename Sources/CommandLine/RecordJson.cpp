@@ -61,6 +61,9 @@ void writeRecord(JsonWriter &json, const LocalSnapshot &snapshot) {
     json.beginObject();
     json.member("name", snapshot.name);
     writeDate(json, "date", snapshot.date);
+    json.member("tool", snapshot.tool);
+    json.member("description", snapshot.description);
+    json.member("exclusiveBytes", snapshot.exclusiveBytes);
     json.end();
 }
 

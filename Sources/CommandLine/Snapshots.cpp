@@ -7,9 +7,32 @@
 #include "CommandLine/TextTable.h"
 #include "Core/Text/Formatting.h"
 
+#include <algorithm>
+
 namespace brimvale::commandLine {
 
 namespace {
+
+void writeNames(Output &output, const std::vector<LocalSnapshot> &snapshots) {
+    TextTable table({TextTable::ageColumn("CREATED"), {"NAME"}});
+    for (const LocalSnapshot &snapshot : snapshots)
+        table.add({Fmt::relativeDate(snapshot.date), terminalText(snapshot.name)});
+    table.write(output);
+}
+
+void writeWithTools(Output &output, const std::vector<LocalSnapshot> &snapshots) {
+    TextTable table({TextTable::ageColumn("CREATED"),
+                     TextTable::sizeColumn("SIZE"),
+                     {"TOOL"},
+                     {"NAME"},
+                     {"DESCRIPTION"}});
+    for (const LocalSnapshot &snapshot : snapshots)
+        table.add({Fmt::relativeDate(snapshot.date),
+                   snapshot.exclusiveBytes ? Fmt::byteFormatter(*snapshot.exclusiveBytes) : "unknown",
+                   snapshot.tool.value_or("–"), terminalText(snapshot.name),
+                   terminalText(snapshot.description.value_or(""))});
+    table.write(output);
+}
 
 void writeSnapshots(Output &output, const std::vector<LocalSnapshot> &snapshots) {
     const std::optional<std::string> note = snapshotNote(snapshots.size());
@@ -17,10 +40,12 @@ void writeSnapshots(Output &output, const std::vector<LocalSnapshot> &snapshots)
         output.write("There are no local snapshots.\n");
         return;
     }
-    TextTable table({TextTable::ageColumn("CREATED"), {"NAME"}});
-    for (const LocalSnapshot &snapshot : snapshots)
-        table.add({Fmt::relativeDate(snapshot.date), terminalText(snapshot.name)});
-    table.write(output);
+    const bool haveTools = std::any_of(snapshots.begin(), snapshots.end(),
+                                       [](const LocalSnapshot &one) { return one.tool.has_value(); });
+    if (haveTools)
+        writeWithTools(output, snapshots);
+    else
+        writeNames(output, snapshots);
     output.write("\n" + *note + "\n");
     output.write(Words::current().snapshotsRemark + "\n");
 }
@@ -49,7 +74,9 @@ constinit const Command snapshotsCommand = {
     .operands = "[VOLUME]",
     .operandCount = {.minimum = 0, .maximum = 1},
     .summary = "Lists the local snapshots of a volume (the root volume).",
-    .help = "\nThe newest comes first. Only macOS has them.\n",
+    .help =
+        "\nThe newest comes first. On macOS these are those of Time Machine, on Linux those of Snapper and\n"
+        "Timeshift and the read-only ones of Btrfs, as far as you may see them.\n",
     .run = runSnapshots,
 };
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "Base/Result.h"
+#include "Platform/ProcessRunner.h"
 #include "Platform/Tools.h"
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace brimvale {
 
@@ -21,5 +24,11 @@ struct PrivilegedRunError {
 /// the system takes does not run.
 [[nodiscard]] std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command,
                                                                    const Tools &tools);
+
+/// Runs a program, the first of these words, with the others as its arguments as administrator; the system
+/// asks the user for permission. What it printed and how it ended. Blocks like `runAsAdministrator`. Always
+/// an error on macOS, which has only that.
+[[nodiscard]] Result<ProcessResult, PrivilegedRunError>
+runProgramAsAdministrator(const std::vector<std::string> &words, const Tools &tools);
 
 } // namespace brimvale

@@ -172,6 +172,20 @@ bool makeSubvolume(const std::string &folder, const std::string &name) {
     return isMade;
 }
 
+bool makeSnapshot(const std::string &original, const std::string &folder, const std::string &name,
+                  bool isReadOnly) {
+    btrfs_ioctl_vol_args_v2 arguments{};
+    name.copy(arguments.name, sizeof(arguments.name) - 1);
+    arguments.flags = isReadOnly ? BTRFS_SUBVOL_RDONLY : 0;
+    const int source = open(original.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int parent = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    arguments.fd = source;
+    const bool isMade = ioctl(parent, BTRFS_IOC_SNAP_CREATE_V2, &arguments) == 0;
+    close(source);
+    close(parent);
+    return isMade;
+}
+
 void keepTemporaryFoldersInMemory(const std::string &path) {
     if (ownMounts() && mountMemory(path))
         setenv("TMPDIR", path.c_str(), 1);

@@ -22,6 +22,11 @@ namespace brimvale::testing {
 /// Makes a Btrfs subvolume `name` in a folder. False on failure.
 [[nodiscard]] bool makeSubvolume(const std::string &folder, const std::string &name);
 
+/// Makes a snapshot of the Btrfs subvolume at `original`, which nobody can write to if it is read-only. False
+/// on failure.
+[[nodiscard]] bool makeSnapshot(const std::string &original, const std::string &folder,
+                                const std::string &name, bool isReadOnly);
+
 /// Puts the temporary folders that this process, a child, makes from now on into memory, at `path`, where
 /// that is permitted: thousands of files are made there many times as fast as on a disk.
 void keepTemporaryFoldersInMemory(const std::string &path);

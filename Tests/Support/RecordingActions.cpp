@@ -40,4 +40,14 @@ std::optional<PrivilegedRunError> RecordingActions::runAsAdministrator(const std
     return privilegedRunError;
 }
 
+Result<ProcessResult, PrivilegedRunError>
+RecordingActions::runProgramAsAdministrator(const std::vector<std::string> &words) {
+    std::string command;
+    for (const std::string &word : words)
+        command += (command.empty() ? "" : " ") + word;
+    if (const std::optional<PrivilegedRunError> error = runAsAdministrator(command))
+        return *error;
+    return ProcessResult{.output = printed, .exitStatus = 0};
+}
+
 } // namespace brimvale::testing

@@ -19,6 +19,7 @@ public:
     std::function<void(RemovalProgress *)> onItem;              ///< before an item is removed or trashed
     std::function<void(const std::string &)> onCommand;         ///< in the place of the administrator
     TrashedItem trashed = {};                                   ///< where each item goes
+    std::string printed;                                        ///< by programs that run as administrator
     std::optional<PrivilegedRunError> privilegedRunError;       ///< instead of running the command
 
     /// Has what is at `path` need an administrator.
@@ -32,6 +33,8 @@ public:
     Result<KeptReasons, PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &items) override;
     std::size_t longestPrivilegedRemoval() override { return std::size_t{128} * 1024 - 1; }
     std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override;
+    Result<ProcessResult, PrivilegedRunError>
+    runProgramAsAdministrator(const std::vector<std::string> &words) override;
 
 private:
     std::optional<FileError> note(const char *verb, const FileURL &url, RemovalProgress *progress);

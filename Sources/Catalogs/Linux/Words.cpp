@@ -2,7 +2,7 @@
 
 namespace brimvale::linuxCatalog {
 
-/// Linux has neither this permission nor snapshots, so their texts are never shown.
+/// Linux has no permission for all files, so its texts are never shown.
 Words words() {
     return {
         .thisComputer = "this computer",
@@ -25,10 +25,9 @@ Words words() {
                           "back under pressure. Mostly caches that are built again when needed.",
         .unreadableSpace = "mostly snapshots, deleted files that a program still has open, folders that only "
                            "an administrator may read, and what the file system keeps for itself.",
-        .snapshotsTitle = "Local snapshots",
-        .snapshotsRemark =
-            "The system does not report a size per snapshot. Their combined weight shows up as "
-            "purgeable space above.",
+        .snapshotsTitle = "Snapshots",
+        .snapshotsRemark = "A size is what deleting only that snapshot frees. Btrfs knows it only while its "
+                           "quotas are on.",
     };
 }
 

@@ -1,8 +1,8 @@
 #include "Core/Model/Volumes.h"
 
 #include "Core/Model/Workers.h"
-#include "Core/Removal/Remover.h"
 #include "Core/Storage/Permissions.h"
+#include "Platform/Host.h"
 
 #include <chrono>
 #include <utility>
@@ -61,8 +61,8 @@ void Volumes::deleteSnapshot(const LocalSnapshot &snapshot, const std::function<
     update([](VolumeState &state) { state.isDeletingSnapshot = true; });
     workers_.run(
         this,
-        [name = snapshot.name, &actions = actions_] {
-            return Remover::deleteSnapshot(name, FileURL("/"), actions);
+        [snapshot, &actions = actions_] {
+            return brimvale::deleteSnapshot(snapshot, FileURL("/"), actions, Host::current());
         },
         [this, done](bool isDeleted) {
             update([](VolumeState &state) { state.isDeletingSnapshot = false; });

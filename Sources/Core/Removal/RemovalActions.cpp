@@ -23,6 +23,10 @@ public:
     std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override {
         return brimvale::runAsAdministrator(command, platformTools());
     }
+    Result<ProcessResult, PrivilegedRunError>
+    runProgramAsAdministrator(const std::vector<std::string> &words) override {
+        return brimvale::runProgramAsAdministrator(words, platformTools());
+    }
     std::optional<std::int64_t> freeSpace(const FileURL &folder) override {
         return brimvale::freeSpace(folder.path());
     }

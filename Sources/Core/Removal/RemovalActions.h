@@ -44,6 +44,13 @@ public:
     [[nodiscard]] virtual std::optional<PrivilegedRunError>
     runAsAdministrator(const std::string &command) = 0;
 
+    /// Runs a program, the first of these words, as administrator, after the system has asked for the
+    /// password. What it printed and how it ended.
+    [[nodiscard]] virtual Result<ProcessResult, PrivilegedRunError>
+    runProgramAsAdministrator(const std::vector<std::string> &) {
+        return PrivilegedRunError{};
+    }
+
     /// The free bytes of the volume of a folder; nothing if they are not known. Changes nothing.
     [[nodiscard]] virtual std::optional<std::int64_t> freeSpace(const FileURL &) { return std::nullopt; }
 

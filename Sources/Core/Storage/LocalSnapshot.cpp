@@ -1,13 +1,19 @@
 #include "Core/Storage/LocalSnapshot.h"
 
 #include "Base/Text.h"
+#include "Core/Removal/RemovalActions.h"
+#include "Core/Removal/Remover.h"
 #include "Core/Text/Shell.h"
 #include "Core/Text/SnapshotName.h"
+#include "Platform/Host.h"
+#include "Platform/Snapshots.h"
 
 #include <algorithm>
 #include <charconv>
 #include <ctime>
 #include <sstream>
+#include <utility>
+#include <variant>
 
 namespace brimvale {
 
@@ -50,9 +56,8 @@ std::optional<Date> localDate(std::string_view text) {
     return Date(std::chrono::seconds(moment));
 }
 
-} // namespace
-
-std::vector<LocalSnapshot> LocalSnapshot::list(const std::string &volume, const Tools &tools) {
+/// What Time Machine's tool lists.
+std::vector<LocalSnapshot> timeMachineSnapshots(const std::string &volume, const Tools &tools) {
     std::vector<LocalSnapshot> snapshots;
     if (tools.tmutil.empty())
         return snapshots;
@@ -62,10 +67,57 @@ std::vector<LocalSnapshot> LocalSnapshot::list(const std::string &volume, const 
         if (SnapshotName::isOne(name))
             snapshots.push_back({name, localDate(SnapshotName::stamp(name))});
     }
+    return snapshots;
+}
+
+std::vector<LocalSnapshot> snapshotsWithTools(const std::string &volume, const Tools &tools) {
+    std::vector<LocalSnapshot> snapshots;
+    for (VolumeSnapshot &one : volumeSnapshots(volume, tools))
+        snapshots.push_back({.name = std::move(one.name),
+                             .date = one.date,
+                             .tool = std::move(one.tool),
+                             .description = one.description.empty()
+                                                ? std::nullopt
+                                                : std::optional(std::move(one.description)),
+                             .exclusiveBytes = one.exclusiveBytes,
+                             .deletion = std::move(one.deletion)});
+    return snapshots;
+}
+
+/// Whether it is listed as it was; what it would free may have changed.
+bool isListed(const LocalSnapshot &snapshot, const FileURL &volume, const Host &host) {
+    const std::vector<LocalSnapshot> listed = LocalSnapshot::list(volume.path(), host);
+    return std::any_of(listed.begin(), listed.end(), [&](LocalSnapshot one) {
+        one.exclusiveBytes = snapshot.exclusiveBytes;
+        return one == snapshot;
+    });
+}
+
+} // namespace
+
+std::vector<LocalSnapshot> LocalSnapshot::list(const std::string &volume, const Host &host) {
+    std::vector<LocalSnapshot> snapshots = host.system == System::macOS
+                                               ? timeMachineSnapshots(volume, host.tools)
+                                               : snapshotsWithTools(volume, host.tools);
     // A missing date sorts before every date.
     std::stable_sort(snapshots.begin(), snapshots.end(),
                      [](const LocalSnapshot &a, const LocalSnapshot &b) { return a.date > b.date; });
     return snapshots;
+}
+
+std::vector<LocalSnapshot> LocalSnapshot::list(const std::string &volume) {
+    return list(volume, Host::current());
+}
+
+bool deleteSnapshot(const LocalSnapshot &snapshot, const FileURL &volume, RemovalActions &actions,
+                    const Host &host) {
+    if (!snapshot.tool)
+        return Remover::deleteSnapshot(snapshot.name, volume, actions);
+    // Its number may have been given to another one since it was shown.
+    if (snapshot.deletion.empty() || !isListed(snapshot, volume, host))
+        return false;
+    const auto run = actions.runProgramAsAdministrator(snapshot.deletion);
+    return std::holds_alternative<ProcessResult>(run) && !isListed(snapshot, volume, host);
 }
 
 std::optional<std::string> snapshotNote(std::size_t count) {

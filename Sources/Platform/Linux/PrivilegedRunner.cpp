@@ -10,4 +10,9 @@ std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command,
     return error != nullptr ? std::optional(*error) : std::nullopt;
 }
 
+Result<ProcessResult, PrivilegedRunError> runProgramAsAdministrator(const std::vector<std::string> &words,
+                                                                    const Tools &tools) {
+    return runAsRoot(words, "", tools);
+}
+
 } // namespace brimvale

@@ -13,6 +13,8 @@ Tools platformTools() {
             .administratorRunner = "/usr/bin/pkexec",
             .busCaller = "/usr/bin/dbus-send",
             .tmutil = "",
+            .snapper = "/usr/bin/snapper",
+            .timeshift = "/usr/bin/timeshift",
             .fileStatus = "/usr/bin/stat",
             .databaseShell = "/usr/bin/sqlite3",
             .copier = "/bin/cp",

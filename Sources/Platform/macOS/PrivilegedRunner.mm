@@ -42,4 +42,9 @@ std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command,
     return error;
 }
 
+Result<ProcessResult, PrivilegedRunError>
+runProgramAsAdministrator(const std::vector<std::string> & /*words*/, const Tools & /*tools*/) {
+    return PrivilegedRunError{};
+}
+
 } // namespace brimvale

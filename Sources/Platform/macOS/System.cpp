@@ -13,6 +13,8 @@ Tools platformTools() {
             .administratorRunner = "",
             .busCaller = "",
             .tmutil = "/usr/bin/tmutil",
+            .snapper = "",
+            .timeshift = "",
             .fileStatus = "",
             .databaseShell = "/usr/bin/sqlite3",
             .copier = "/usr/bin/ditto",

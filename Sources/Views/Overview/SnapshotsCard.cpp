@@ -16,6 +16,25 @@ using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
+namespace {
+
+constexpr int snapshotSizeWidth = 100;
+
+/// A second line with what made the snapshot, and why.
+void addDetails(const LocalSnapshot &snapshot, QVBoxLayout &words, QWidget *row) {
+    auto *details = new ElidedLabel(Type::Size::caption, TextLabel::Tone::secondary, Qt::ElideRight, row);
+    details->setObjectName(QStringLiteral("snapshotDetails"));
+    QString line = displayedText(snapshot.tool.value_or(""));
+    if (snapshot.description)
+        line += u" · "_s + displayedText(*snapshot.description);
+    else if (!snapshot.canBeDeleted())
+        line += u" · delete it with the program that made it"_s;
+    details->setText(line);
+    words.addWidget(details);
+}
+
+} // namespace
+
 SnapshotsCard::SnapshotsCard(QWidget *parent)
     : Card(parent), note_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       rows_(new QVBoxLayout) {
@@ -61,19 +80,37 @@ QWidget *SnapshotsCard::makeRow(const LocalSnapshot &snapshot, bool isBusy) {
     name->setText(displayedText(snapshot.name));
     auto *date = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, row);
     date->setText(snapshot.date ? text(Fmt::relativeDate(snapshot.date)) : QString());
+    auto *words = new QVBoxLayout;
+    words->setSpacing(1);
+    words->addWidget(name);
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(12);
+    layout->addLayout(words, 1);
+    layout->addWidget(date);
+    if (snapshot.tool) {
+        addDetails(snapshot, *words, row);
+        auto *size = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, row);
+        size->setObjectName(QStringLiteral("snapshotSize"));
+        size->setText(snapshot.exclusiveBytes ? sizeText(*snapshot.exclusiveBytes) : u"size unknown"_s);
+        size->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        size->setMinimumWidth(snapshotSizeWidth);
+        layout->addWidget(size);
+        layout->setContentsMargins(0, 3, 0, 3);
+    }
+    if (snapshot.canBeDeleted())
+        layout->addWidget(makeButton(snapshot, isBusy, row));
+    return row;
+}
+
+QWidget *SnapshotsCard::makeButton(const LocalSnapshot &snapshot, bool isBusy, QWidget *row) {
     auto *remove = new DestructiveButton(row);
     remove->setObjectName(QStringLiteral("deleteSnapshot"));
     remove->setText(u"Delete…"_s);
     remove->setAccessibleName(u"Delete %1"_s.arg(displayedText(snapshot.name)));
     remove->setEnabled(!isBusy);
     connect(remove, &QPushButton::clicked, this, [this, snapshot] { emit deletionAsked(snapshot); });
-    auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(12);
-    layout->addWidget(name, 1);
-    layout->addWidget(date);
-    layout->addWidget(remove);
-    return row;
+    return remove;
 }
 
 } // namespace brimvale

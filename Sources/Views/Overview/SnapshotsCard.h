@@ -11,7 +11,7 @@ namespace brimvale {
 
 class TextLabel;
 
-/// The local snapshots of the root volume, newest first, each with a button to delete it.
+/// The local snapshots of the root volume, newest first, with a button to delete those that can be deleted.
 class SnapshotsCard : public Card {
     Q_OBJECT
 
@@ -26,6 +26,7 @@ signals:
 
 private:
     QWidget *makeRow(const LocalSnapshot &snapshot, bool isBusy);
+    QWidget *makeButton(const LocalSnapshot &snapshot, bool isBusy, QWidget *row);
 
     TextLabel *note_;
     QVBoxLayout *rows_;

@@ -1,4 +1,5 @@
 #include "Core/Storage/LocalSnapshot.h"
+#include "Platform/Host.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -9,10 +10,11 @@ namespace {
 
 using testing::TemporaryFolder;
 
-Tools toolsWith(const std::string &tmutil) {
-    Tools tools = platformTools();
-    tools.tmutil = tmutil;
-    return tools;
+Host macWith(const std::string &tmutil) {
+    Host host = Host::current();
+    host.system = System::macOS;
+    host.tools.tmutil = tmutil;
+    return host;
 }
 
 /// What is listed where the tool prints this, one name and date a line.
@@ -22,7 +24,7 @@ std::string listed(const std::string &printed, int status = 0) {
         "tmutil", "[ \"$*\" = 'listlocalsnapshots /a volume' ] && cat '" +
                       folder.writeFile("printed", printed) + "'\nexit " + std::to_string(status));
     std::string text;
-    for (const LocalSnapshot &one : LocalSnapshot::list("/a volume", toolsWith(tool)))
+    for (const LocalSnapshot &one : LocalSnapshot::list("/a volume", macWith(tool)))
         text += one.name + " " + (one.date ? iso8601(*one.date) : "none") + "\n";
     return text;
 }
@@ -57,8 +59,8 @@ TEST(LocalSnapshot, HasNoDateWhenTheNameHoldsNone) {
 }
 
 TEST(LocalSnapshot, ListsNothingWithoutTmutil) {
-    EXPECT_EQ(LocalSnapshot::list("/", toolsWith("")).size(), 0U);
-    EXPECT_EQ(LocalSnapshot::list("/", toolsWith("/nowhere/tmutil")).size(), 0U);
+    EXPECT_EQ(LocalSnapshot::list("/", macWith("")).size(), 0U);
+    EXPECT_EQ(LocalSnapshot::list("/", macWith("/nowhere/tmutil")).size(), 0U);
     EXPECT_EQ(listed("com.apple.TimeMachine.\xFF\n"), "") << "not text";
     EXPECT_EQ(listed(""), "");
     EXPECT_FALSE(snapshotNote(0));

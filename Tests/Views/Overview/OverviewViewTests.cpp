@@ -222,6 +222,28 @@ TEST_F(OverviewPage, SnapshotsAreDeletedAfterAQuestion) {
     EXPECT_NE(page.findChild<NoticeSheet *>(), nullptr) << "it is still there";
 }
 
+TEST_F(OverviewPage, SnapshotsOfToolsShowWhatTheyWouldFree) {
+    PublishedWriter::set(model.volumes, &VolumeState::snapshots,
+                         std::vector<LocalSnapshot>{{.name = "root 7",
+                                                     .date = {},
+                                                     .tool = "Snapper",
+                                                     .description = "before <b>",
+                                                     .exclusiveBytes = 5 * gigabyte,
+                                                     .deletion = {"snapper"}},
+                                                    {.name = "/home/.kept", .date = {}, .tool = "Btrfs"}});
+    const auto texts = [&](const char *name) {
+        std::vector<std::string> all;
+        for (const QLabel *label : page.findChildren<QLabel *>(name))
+            all.push_back(label->text().toStdString());
+        return all;
+    };
+    EXPECT_THAT(
+        texts("snapshotDetails"),
+        ::testing::ElementsAre("Snapper · before <b>", "Btrfs · delete it with the program that made it"));
+    EXPECT_THAT(texts("snapshotSize"), ::testing::ElementsAre(sizeText(5 * gigabyte), "size unknown"));
+    EXPECT_EQ(page.findChildren<QPushButton *>("deleteSnapshot").size(), 1) << "the other has no known tool";
+}
+
 TEST_F(OverviewPage, CanBeStoppedAndPretendsNothing) {
     home.makeFile("Documents/file", 50'000);
     EXPECT_FALSE(isVisible("stopMeasuring"));
