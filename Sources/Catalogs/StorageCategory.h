@@ -75,6 +75,8 @@ struct MeasuredCategory {
     std::vector<CleanupEntry> entries = {};
     bool measured = false;          ///< the figure is final
     bool hasUnreadableRoot = false; ///< a root exists, but could not be listed when it was measured
+    /// The places of rows, and of rows too small to be shown, of which a part could not be read.
+    std::vector<std::string> incomplete = {};
 
     friend bool operator==(const MeasuredCategory &, const MeasuredCategory &) = default;
 };

@@ -13,22 +13,30 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 namespace brimvale::commandLine {
 
 namespace {
 
+struct Measurement {
+    MeasuredCategory category;
+    std::vector<std::string> explanations = {}; ///< what no row shows
+};
+
 /// System Data is a remainder, so it needs the sizes of all other categories.
-MeasuredCategory measureOf(const StorageCategory &category, const StopFlag &cancelled) {
+Measurement measureOf(const StorageCategory &category, const StopFlag &cancelled) {
     if (category.measurement == CategoryMeasurement::measured)
-        return StorageCategories::measure(category, cancelled, Host::current(), WalkPool::shared(),
-                                          FileURL("/"));
+        return {StorageCategories::measure(category, cancelled, Host::current(), WalkPool::shared(),
+                                           FileURL("/"))};
     const OverviewFigures figures = measureOverview(cancelled);
-    return *std::find_if(figures.categories.begin(), figures.categories.end(),
-                         [&](const MeasuredCategory &one) { return one.category.id == category.id; });
+    return {*std::find_if(figures.categories.begin(), figures.categories.end(),
+                          [&](const MeasuredCategory &one) { return one.category.id == category.id; }),
+            explanationsOf(figures)};
 }
 
-void writeCategory(Output &output, const MeasuredCategory &measured) {
+void writeCategory(Output &output, const Measurement &measurement) {
+    const MeasuredCategory &measured = measurement.category;
     const StorageCategory &category = measured.category;
     output.write(category.title + ", " + (measured.measured ? Fmt::byteFormatter(measured.size) : "–") +
                  " (" + std::string(label(category.risk)) + ")\n" + category.detail + "\n");
@@ -45,6 +53,8 @@ void writeCategory(Output &output, const MeasuredCategory &measured) {
          {StorageFigures::systemDataSentence({measured}), StorageFigures::elsewhereSentence(measured)})
         if (sentence)
             output.write("\n" + *sentence + "\n");
+    for (const std::string &sentence : measurement.explanations)
+        output.write("\n" + sentence + "\n");
 }
 
 ExitStatus runCategory(const Arguments &arguments, Output &output) {
@@ -61,10 +71,10 @@ ExitStatus runCategory(const Arguments &arguments, Output &output) {
 
     const StopFlag cancelled;
     const Interruption interruption(cancelled);
-    const MeasuredCategory measured = measureOf(*category, cancelled);
+    const Measurement measured = measureOf(*category, cancelled);
     if (arguments.has("--json")) {
         JsonWriter json(output);
-        writeRecord(json, measured);
+        writeRecord(json, measured.category);
     } else {
         writeCategory(output, measured);
     }

@@ -1,5 +1,6 @@
 #include "CommandLine/Commands.h"
 
+#include "Base/Text.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/OverviewRun.h"
 #include "CommandLine/RecordJson.h"
@@ -10,10 +11,30 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 namespace brimvale::commandLine {
 
 namespace {
+
+void writeHiddenSpace(JsonWriter &json, const OverviewFigures &figures) {
+    json.key("explanations");
+    json.beginArray();
+    for (const std::string &sentence : explanationsOf(figures))
+        json.value(sentence);
+    json.end();
+    json.key("deletedFiles");
+    json.beginArray();
+    for (const DeletedFiles::Holder &holder : figures.hidden.deletedFiles.holders) {
+        json.beginObject();
+        json.member("program", displayText(holder.program));
+        json.member("bytes", holder.bytes);
+        json.end();
+    }
+    json.end();
+    json.member("unknownPrograms", figures.hidden.deletedFiles.unknownPrograms);
+    json.paths("incomplete", StorageFigures::incompletePlaces(figures.categories));
+}
 
 void writeOverview(Output &output, const OverviewFigures &figures) {
     JsonWriter json(output);
@@ -25,6 +46,8 @@ void writeOverview(Output &output, const OverviewFigures &figures) {
     json.member("categorisedBytes", StorageFigures::categorisedBytes(figures.categories));
     json.member("systemDataAccounted", StorageFigures::systemDataAccounted(figures.categories));
     json.member("sentence", StorageFigures::systemDataSentence(figures.categories));
+    if (explainsHiddenSpace())
+        writeHiddenSpace(json, figures);
     json.end();
 }
 
@@ -56,6 +79,8 @@ ExitStatus runOverview(const Arguments &arguments, Output &output) {
         if (const auto root = VolumeInfo::root(figures.volumes))
             writeVolume(output, *root);
         writeCategories(output, figures.categories);
+        for (const std::string &sentence : explanationsOf(figures))
+            output.write("\n" + sentence + "\n");
     }
     return cancelled.isSet() ? endInterrupted(output) : ExitStatus::done;
 }

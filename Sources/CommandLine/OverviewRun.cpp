@@ -4,6 +4,7 @@
 #include "Core/Storage/StorageFigures.h"
 
 #include <chrono>
+#include <tuple>
 #include <utility>
 
 namespace brimvale::commandLine {
@@ -14,7 +15,7 @@ OverviewFigures measureOverview(const StopFlag &cancelled) {
     OverviewFigures figures{VolumeInfo::current(std::chrono::seconds(2)),
                             StorageFigures::unmeasured(definitions)};
     std::vector<MeasuredCategory> &categories = figures.categories;
-    std::vector<CleanupEntry> systemData;
+    StorageCategories::SystemDataRows systemData;
     const std::optional<VolumeInfo> root = VolumeInfo::root(figures.volumes);
     {
         StepProgress progress(definitions.size());
@@ -30,9 +31,18 @@ OverviewFigures measureOverview(const StopFlag &cancelled) {
     }
     for (MeasuredCategory &one : categories)
         if (one.category.measurement == CategoryMeasurement::remainder)
-            one.entries = systemData;
+            std::tie(one.entries, one.incomplete) = std::tie(systemData.entries, systemData.incomplete);
     categories = StorageFigures::resolvingRemainder(std::move(categories), root);
+    if (root && explainsHiddenSpace()) {
+        figures.hidden = HiddenSpace::on(root->url);
+        figures.snapshots = LocalSnapshot::list(root->url.path());
+    }
     return figures;
+}
+
+std::vector<std::string> explanationsOf(const OverviewFigures &figures) {
+    return hiddenSpaceSentences(figures.hidden, VolumeInfo::root(figures.volumes), figures.snapshots,
+                                StorageFigures::incompletePlaces(figures.categories).size());
 }
 
 } // namespace brimvale::commandLine

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "Base/StopFlag.h"
+#include "Core/Storage/HiddenSpace.h"
 #include "Core/Storage/StorageCategories.h"
 #include "Core/Storage/VolumeInfo.h"
 
+#include <string>
 #include <vector>
 
 namespace brimvale::commandLine {
@@ -12,9 +14,14 @@ namespace brimvale::commandLine {
 struct OverviewFigures {
     std::vector<VolumeInfo> volumes;
     std::vector<MeasuredCategory> categories; ///< all of them, System Data resolved
+    HiddenSpace hidden = {};
+    std::vector<LocalSnapshot> snapshots = {}; ///< where hidden space is explained
 };
 
 /// Measures everything, with progress on a terminal, until it is done or `cancelled` is set.
 [[nodiscard]] OverviewFigures measureOverview(const StopFlag &cancelled);
+
+/// What System Data consists of that no row shows, in sentences.
+[[nodiscard]] std::vector<std::string> explanationsOf(const OverviewFigures &figures);
 
 } // namespace brimvale::commandLine

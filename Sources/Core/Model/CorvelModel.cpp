@@ -17,7 +17,7 @@ namespace brimvale {
 struct CorvelModel::Parts {
     Parts(RemovalActions &removalActions, const ModelSources &sources)
         : actions(removalActions), volumes(workers, actions, sources.volumes),
-          storage(workers, volumes, sources.categories) {}
+          storage(workers, volumes, actions, sources.categories) {}
 
     RemovalActions &actions;
     Workers workers; // destroyed after the parts have cancelled their work

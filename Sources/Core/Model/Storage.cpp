@@ -4,6 +4,7 @@
 #include "Core/Model/Volumes.h"
 #include "Core/Model/Workers.h"
 #include "Core/Scan/Counter.h"
+#include "Core/Storage/AdministratorSizes.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Storage/StorageCategories.h"
 #include "Core/Storage/StorageFigures.h"
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <memory>
 #include <utility>
+#include <variant>
 
 namespace brimvale {
 
@@ -29,6 +31,19 @@ bool dropRows(MeasuredCategory &category, const GonePaths &gone) {
     if (dropped > 0)
         addUp(category);
     return dropped > 0;
+}
+
+/// Gives those places of a category that were incomplete the rows of another measurement.
+void replaceRows(MeasuredCategory &category, const std::vector<CleanupEntry> &rows) {
+    for (const CleanupEntry &row : rows) {
+        if (std::erase(category.incomplete, row.url.path()) == 0)
+            continue;
+        std::erase_if(category.entries, [&](const CleanupEntry &one) { return one.url == row.url; });
+        if (row.size >= StorageCategories::smallestRow(category.category))
+            category.entries.push_back(row);
+    }
+    CleanupEntries::sort(category.entries);
+    addUp(category);
 }
 
 /// Gives the rows of a category their sizes as measured again, and drops those that have become too small.
@@ -58,9 +73,15 @@ std::int64_t countMeasured(const std::vector<StorageCategory> &categories) {
 
 } // namespace
 
-Storage::Storage(Workers &workers, Volumes &volumes, Definitions definitions)
+/// What measuring finds besides the measured categories.
+struct Storage::Remainder {
+    StorageCategories::SystemDataRows rows;
+    HiddenSpace hiddenSpace;
+};
+
+Storage::Storage(Workers &workers, Volumes &volumes, RemovalActions &actions, Definitions definitions)
     : Part({.categories = StorageFigures::unmeasured(definitions())}), workers_(workers), volumes_(volumes),
-      definitions_(std::move(definitions)),
+      actions_(actions), definitions_(std::move(definitions)),
       rowMeasuring_(
           workers, this, [this](const GonePaths &touched) { return rowsTouchedBy(touched); },
           [this](const RowMeasuring::Rows &sizes) { updateRows(sizes); }) {}
@@ -118,10 +139,12 @@ void Storage::measureCategories() {
     isTrashFilledSinceBegin_ = false;
     rowMeasuring_.forget();
     trashRun_.forget();
+    ++administratorRun_;
     volumes_.refreshVolumes();
     const std::vector<StorageCategory> all = definitions_();
     update([&](StorageState &state) {
         state.isMeasuringCategories = true;
+        state.isMeasuringAsAdministrator = false;
         state.wasStopped = false;
         state.categoryProgress = 0;
         state.categories = StorageFigures::unmeasured(all);
@@ -139,10 +162,55 @@ void Storage::measureCategories() {
                     show(std::move(measured), static_cast<double>(completed->add(1)) / total);
                 });
             };
-            return StorageCategories::measureAll(all, finished, cancelled, Host::current(),
-                                                 WalkPool::shared(), volume);
+            auto rows = StorageCategories::measureAll(all, finished, cancelled, Host::current(),
+                                                      WalkPool::shared(), volume);
+            const bool isLooking = volume && !cancelled.isSet();
+            return Remainder{std::move(rows), isLooking ? HiddenSpace::on(*volume) : HiddenSpace{}};
         },
-        [this](std::vector<CleanupEntry> rows) { finish(std::move(rows)); });
+        [this](Remainder remainder) { finish(std::move(remainder)); });
+}
+
+std::vector<std::string> Storage::incompletePlaces() const {
+    return StorageFigures::incompletePlaces(state().categories);
+}
+
+std::vector<std::string> Storage::hiddenSpaceSentences() const {
+    return brimvale::hiddenSpaceSentences(state().hiddenSpace, volumes_.rootVolume(), volumes_->snapshots,
+                                          incompletePlaces().size());
+}
+
+void Storage::measureAsAdministrator(const std::function<void(std::optional<PrivilegedRunError>)> &done) {
+    const std::vector<std::string> places = incompletePlaces();
+    if (places.empty() || state().isMeasuringCategories || state().isMeasuringAsAdministrator)
+        return;
+    goneSinceBegin_ = {};
+    update([](StorageState &state) { state.isMeasuringAsAdministrator = true; });
+    workers_.run(
+        this,
+        [places, volume = measuredVolume(), &actions = actions_] {
+            return brimvale::measureAsAdministrator(places, volume, actions);
+        },
+        [this, done, run = ++administratorRun_](const auto &result) {
+            if (run != administratorRun_)
+                return;
+            const auto *error = std::get_if<PrivilegedRunError>(&result);
+            takeRows(error == nullptr ? std::get<std::vector<CleanupEntry>>(result)
+                                      : std::vector<CleanupEntry>());
+            done(error == nullptr ? std::nullopt : std::optional(*error));
+        });
+}
+
+/// Shows what an administrator has measured, without the rows removed since.
+void Storage::takeRows(const std::vector<CleanupEntry> &rows) {
+    update([&](StorageState &state) {
+        state.isMeasuringAsAdministrator = false;
+        for (MeasuredCategory &one : state.categories) {
+            replaceRows(one, rows);
+            dropRows(one, goneSinceBegin_);
+        }
+        resolveRemainderIn(state);
+    });
+    goneSinceBegin_ = {};
 }
 
 /// Publishes a measured category, without the rows removed since measuring began.
@@ -158,7 +226,7 @@ void Storage::show(MeasuredCategory measured, double progress) {
     rowMeasuring_.measureAgain(touchedSinceBegin_);
 }
 
-void Storage::finish(std::vector<CleanupEntry> rows) {
+void Storage::finish(Remainder remainder) {
     update([&](StorageState &state) {
         state.isMeasuringCategories = false;
         state.wasStopped = stop_.isSet();
@@ -168,11 +236,13 @@ void Storage::finish(std::vector<CleanupEntry> rows) {
         }
         for (MeasuredCategory &one : state.categories)
             if (one.category.measurement == CategoryMeasurement::remainder) {
-                one.entries = std::move(rows);
+                one.entries = std::move(remainder.rows.entries);
+                one.incomplete = std::move(remainder.rows.incomplete);
                 dropRows(one, goneSinceBegin_);
                 break;
             }
         resolveRemainderIn(state);
+        state.hiddenSpace = std::move(remainder.hiddenSpace);
         state.lastCategoryScan = now();
         state.categoryProgress = 1;
     });
@@ -184,7 +254,7 @@ void Storage::finish(std::vector<CleanupEntry> rows) {
 
 void Storage::drop(const GonePaths &gone) {
     trashRun_.repeat();
-    if (state().isMeasuringCategories)
+    if (state().isMeasuringCategories || state().isMeasuringAsAdministrator)
         goneSinceBegin_.add(gone);
     if (hasFigures())
         update([&](StorageState &state) {

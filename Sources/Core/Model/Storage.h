@@ -7,6 +7,8 @@
 #include "Core/Model/Part.h"
 #include "Core/Model/RowMeasuring.h"
 #include "Core/Removal/GonePaths.h"
+#include "Core/Storage/HiddenSpace.h"
+#include "Platform/PrivilegedRunner.h"
 
 #include <cstdint>
 #include <functional>
@@ -16,6 +18,7 @@
 
 namespace brimvale {
 
+class RemovalActions;
 class Volumes;
 class Workers;
 
@@ -25,6 +28,8 @@ struct StorageState {
     bool wasStopped = false;     ///< the last run was stopped: it has left categories without figures
     double categoryProgress = 0; ///< 0 to 1
     std::optional<Date> lastCategoryScan = {};
+    HiddenSpace hiddenSpace = {}; ///< as it was when measuring ended
+    bool isMeasuringAsAdministrator = false;
 };
 
 /// The categories that divide the used space of the root volume.
@@ -35,8 +40,8 @@ public:
     /// Returns the categories to measure.
     using Definitions = std::function<std::vector<StorageCategory>()>;
 
-    /// `workers` and `volumes` must outlive it.
-    Storage(Workers &workers, Volumes &volumes, Definitions definitions);
+    /// `workers`, `volumes` and `actions` must outlive it.
+    Storage(Workers &workers, Volumes &volumes, RemovalActions &actions, Definitions definitions);
     /// Stops measuring.
     ~Storage() override;
 
@@ -47,6 +52,17 @@ public:
     /// Stops measuring soon. Categories that are measured keep their figures; the others have none, and
     /// System Data, which is what they leave, has none either.
     void stopMeasuring();
+
+    /// Measures the places of which a part could not be read as administrator, once everything is measured,
+    /// and gives their rows these sizes. Calls `done` at its end with the reason why it could not, unless
+    /// measuring has begun anew. Does nothing while anything is being measured.
+    void measureAsAdministrator(const std::function<void(std::optional<PrivilegedRunError>)> &done);
+
+    /// The places of which a part could not be read.
+    [[nodiscard]] std::vector<std::string> incompletePlaces() const;
+
+    /// Sentences about what System Data consists of that no row shows.
+    [[nodiscard]] std::vector<std::string> hiddenSpaceSentences() const;
 
     /// The category with this identifier; null if there is none. Valid until the next change.
     [[nodiscard]] const MeasuredCategory *category(std::string_view id) const;
@@ -75,16 +91,20 @@ private:
     bool resolveRemainderIn(StorageState &state) const;
     [[nodiscard]] std::optional<FileURL> measuredVolume() const;
     void show(MeasuredCategory measured, double progress);
-    void finish(std::vector<CleanupEntry> rows);
+    struct Remainder;
+    void finish(Remainder remainder);
+    void takeRows(const std::vector<CleanupEntry> &rows);
     [[nodiscard]] std::vector<FileURL> rowsTouchedBy(const GonePaths &items) const;
     void updateRows(const RowMeasuring::Rows &sizes);
 
     Workers &workers_;
     Volumes &volumes_;
+    RemovalActions &actions_;
     StopFlag stop_; ///< of the running or the last run
     Definitions definitions_;
     RowMeasuring rowMeasuring_;
     LatestRun trashRun_;
+    int administratorRun_ = 0; ///< to know the latest one
     // Since measuring began:
     GonePaths goneSinceBegin_;
     GonePaths touchedSinceBegin_;

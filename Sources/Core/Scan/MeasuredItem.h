@@ -13,6 +13,7 @@ struct MeasuredItem {
     std::optional<Date> modified = {};
     bool isFolder = false;       ///< false for a link to a folder
     bool hasLinkedFiles = false; ///< a folder with files that have several names
+    bool isIncomplete = false;   ///< a part of a folder could not be read
 };
 
 } // namespace brimvale

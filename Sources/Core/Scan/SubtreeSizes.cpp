@@ -15,6 +15,12 @@ namespace brimvale {
 
 namespace {
 
+/// Notes of an item what is true of an item inside it.
+void addMarks(MeasuredItem &outer, const MeasuredItem &inner) {
+    outer.hasLinkedFiles = outer.hasLinkedFiles || inner.hasLinkedFiles;
+    outer.isIncomplete = outer.isIncomplete || inner.isIncomplete;
+}
+
 /// One run. Each wanted folder gets a walk of its own, which leaves out the wanted folders inside it; their
 /// bytes are added once the walk has reached them and they are finished. So nothing is walked twice, and
 /// walks start in the order of the groups, inner or outer.
@@ -40,6 +46,8 @@ public:
     void close(NestedItem &item, std::int64_t bytes, std::int64_t begun);
     /// The item contains a file with several names.
     void markLinkedFiles(NestedItem &item);
+    /// A part of the item cannot be read.
+    void markIncomplete(NestedItem &item);
     /// The item contains one of its ancestors. A walk of its own would have entered that.
     void markContainsAncestor(NestedItem &item);
     /// Whether the figures of a file may be added.
@@ -81,8 +89,8 @@ public:
     std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
                                           std::string_view name, const FileIdentity &,
                                           SubfolderKind kind) override;
-    void noStatus(FolderHandle) override {}
-    void unreadable(FolderHandle) override {}
+    void noStatus(FolderHandle folder) override { run_.markIncomplete(itemOf(folder)); }
+    void unreadable(FolderHandle folder) override { run_.markIncomplete(itemOf(folder)); }
     void containsAncestor(FolderHandle folder) override { run_.markContainsAncestor(itemOf(folder)); }
     void leave(FolderHandle folder) override { run_.close(itemOf(folder), bytes_, begun_); }
     void interrupted(FolderHandle folder) override { leave(folder); }
@@ -159,7 +167,7 @@ void Run::meet(NestedItem &inner) {
         return;
     }
     outer.measured.bytes = checkedAdd(outer.measured.bytes, inner.measured.bytes);
-    outer.measured.hasLinkedFiles = outer.measured.hasLinkedFiles || inner.measured.hasLinkedFiles;
+    addMarks(outer.measured, inner.measured);
 }
 
 void Run::close(NestedItem &item, std::int64_t bytes, std::int64_t begun) {
@@ -175,13 +183,18 @@ void Run::markLinkedFiles(NestedItem &item) {
     item.measured.hasLinkedFiles = true;
 }
 
+void Run::markIncomplete(NestedItem &item) {
+    const std::lock_guard guard(lock_);
+    item.measured.isIncomplete = true;
+}
+
 /// Call with the lock held. A completed item may complete its outer item, and so on.
 void Run::add(NestedItem &first, std::int64_t firstBytes, std::int64_t opened) {
     std::int64_t bytes = firstBytes;
-    bool hasLinkedFiles = false;
+    MeasuredItem marks;
     for (NestedItem *item = &first; item != nullptr; item = item->isMet ? item->outer : nullptr) {
         item->measured.bytes = checkedAdd(item->measured.bytes, bytes);
-        item->measured.hasLinkedFiles = item->measured.hasLinkedFiles || hasLinkedFiles;
+        addMarks(item->measured, marks);
         item->open += std::exchange(opened, -1);
         if (item->open > 0)
             return;
@@ -189,7 +202,7 @@ void Run::add(NestedItem &first, std::int64_t firstBytes, std::int64_t opened) {
         if (!item->needsWalkOfItsOwn)
             settle(*item);
         bytes = item->measured.bytes;
-        hasLinkedFiles = item->measured.hasLinkedFiles;
+        marks = item->measured;
     }
 }
 

@@ -51,6 +51,15 @@ std::vector<CleanupEntry> CleanupEntries::measured(const std::vector<std::string
     return entries;
 }
 
+std::vector<std::string> CleanupEntries::incompletePaths(const std::vector<std::string> &paths,
+                                                         const std::vector<MeasuredItem> &items) {
+    std::vector<std::string> incomplete;
+    for (std::size_t i = 0; i < paths.size(); ++i)
+        if (items[i].isIncomplete)
+            incomplete.push_back(paths[i]);
+    return incomplete;
+}
+
 void CleanupEntries::sort(std::vector<CleanupEntry> &entries) {
     std::stable_sort(entries.begin(), entries.end(),
                      [](const CleanupEntry &a, const CleanupEntry &b) { return a.size > b.size; });

@@ -26,6 +26,10 @@ namespace CleanupEntries {
                                                  const std::vector<MeasuredItem> &items,
                                                  std::int64_t minimum = 1);
 
+/// Those of the measured paths of which a part could not be read.
+[[nodiscard]] std::vector<std::string> incompletePaths(const std::vector<std::string> &paths,
+                                                       const std::vector<MeasuredItem> &items);
+
 /// Sorts rows by size, the largest first; equal ones keep their order.
 void sort(std::vector<CleanupEntry> &entries);
 

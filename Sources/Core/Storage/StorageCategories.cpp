@@ -98,6 +98,7 @@ MeasuredCategory measuredCategory(const StorageCategory &category, const std::ve
     measured.size = CleanupEntries::sizeHere(measured.entries);
     measured.measured = true;
     measured.hasUnreadableRoot = CleanupEntries::hasUnreadableRoot(category.roots);
+    measured.incomplete = CleanupEntries::incompletePaths(paths, items);
     return measured;
 }
 
@@ -166,14 +167,13 @@ MeasuredCategory StorageCategories::measure(const StorageCategory &category, con
 std::vector<CleanupEntry> StorageCategories::measureSystemDataEntries(const StopFlag &cancelled,
                                                                       const Host &host, WalkPool &pool) {
     return measureAll(
-        {}, [](const MeasuredCategory &) {}, cancelled, host, pool);
+               {}, [](const MeasuredCategory &) {}, cancelled, host, pool)
+        .entries;
 }
 
-std::vector<CleanupEntry> StorageCategories::measureAll(const std::vector<StorageCategory> &categories,
-                                                        const std::function<void(MeasuredCategory)> &finished,
-                                                        const StopFlag &cancelled, const Host &host,
-                                                        WalkPool &pool,
-                                                        const std::optional<FileURL> &volume) {
+StorageCategories::SystemDataRows StorageCategories::measureAll(
+    const std::vector<StorageCategory> &categories, const std::function<void(MeasuredCategory)> &finished,
+    const StopFlag &cancelled, const Host &host, WalkPool &pool, const std::optional<FileURL> &volume) {
     std::vector<const StorageCategory *> measured;
     std::vector<SubtreeSizes::Group> paths;
     for (const StorageCategory &category : categories) {
@@ -184,14 +184,15 @@ std::vector<CleanupEntry> StorageCategories::measureAll(const std::vector<Storag
     }
     paths.push_back(systemDataCandidates(host));
 
-    std::vector<CleanupEntry> systemData;
+    SystemDataRows systemData;
     SubtreeSizes::measure(
         paths, ScanOptions::standard(host), cancelled,
         [&](std::size_t i, const std::vector<MeasuredItem> &items) {
             if (i < measured.size())
                 finished(measuredCategory(*measured[i], paths[i], items, volume));
             else
-                systemData = systemDataEntries(paths[i], items, volume);
+                systemData = {systemDataEntries(paths[i], items, volume),
+                              CleanupEntries::incompletePaths(paths[i], items)};
         },
         pool);
     return systemData;

@@ -56,15 +56,20 @@ namespace StorageCategories {
                                                                  const Host &host = Host::current(),
                                                                  WalkPool &pool = WalkPool::shared());
 
+/// What System Data has of a measured category.
+struct SystemDataRows {
+    std::vector<CleanupEntry> entries;   ///< the largest first
+    std::vector<std::string> incomplete; ///< as of `MeasuredCategory`
+};
+
 /// Measures every category of `categories` that is measured, and answers the rows of System Data: all of it
 /// in one run, what they share once. A category is told as soon as it is known, on any thread of the pool,
 /// one at a time; all of them before the answer. `volume` as for `measure`.
-[[nodiscard]] std::vector<CleanupEntry> measureAll(const std::vector<StorageCategory> &categories,
-                                                   const std::function<void(MeasuredCategory)> &finished,
-                                                   const StopFlag &cancelled = {},
-                                                   const Host &host = Host::current(),
-                                                   WalkPool &pool = WalkPool::shared(),
-                                                   const std::optional<FileURL> &volume = std::nullopt);
+[[nodiscard]] SystemDataRows measureAll(const std::vector<StorageCategory> &categories,
+                                        const std::function<void(MeasuredCategory)> &finished,
+                                        const StopFlag &cancelled = {}, const Host &host = Host::current(),
+                                        WalkPool &pool = WalkPool::shared(),
+                                        const std::optional<FileURL> &volume = std::nullopt);
 
 } // namespace StorageCategories
 

@@ -78,6 +78,15 @@ StorageFigures::systemDataSentence(const std::vector<MeasuredCategory> &categori
     return systemDataSentence(systemDataAccounted(categories), systemData->size);
 }
 
+std::vector<std::string> StorageFigures::incompletePlaces(const std::vector<MeasuredCategory> &categories) {
+    std::vector<std::string> places;
+    for (const MeasuredCategory &one : categories)
+        for (const std::string &place : one.incomplete)
+            if (std::find(places.begin(), places.end(), place) == places.end())
+                places.push_back(place);
+    return places;
+}
+
 std::optional<std::string> StorageFigures::elsewhereSentence(const MeasuredCategory &category) {
     const std::int64_t elsewhere =
         CleanupEntries::totalSize(category.entries) - CleanupEntries::sizeHere(category.entries);

@@ -39,6 +39,9 @@ bool resolveRemainder(std::vector<MeasuredCategory> &categories, const std::opti
 /// The same with the categories' own figures; nothing without System Data.
 [[nodiscard]] std::optional<std::string> systemDataSentence(const std::vector<MeasuredCategory> &categories);
 
+/// The places of all categories of which a part could not be read, each once.
+[[nodiscard]] std::vector<std::string> incompletePlaces(const std::vector<MeasuredCategory> &categories);
+
 /// A sentence about the rows on other volumes, which the size of the category leaves out; nothing without
 /// such rows.
 [[nodiscard]] std::optional<std::string> elsewhereSentence(const MeasuredCategory &category);

@@ -1,6 +1,7 @@
 #include "Platform/FileSystem.h"
 
 #include "Platform/FileStatus.h"
+#include "Platform/Linux/MountTable.h"
 
 #include <fcntl.h>
 #include <linux/btrfs.h>
@@ -37,7 +38,13 @@ std::string storageOf(const std::string &path) {
     const bool isKnown = descriptor >= 0 && ioctl(descriptor, BTRFS_IOC_FS_INFO, &system) == 0;
     if (descriptor >= 0)
         close(descriptor);
-    return isKnown ? "btrfs " + asText(system.fsid) : asText(record.st_dev);
+    if (isKnown)
+        return "btrfs " + asText(system.fsid);
+    // A folder that the user may not open: the top of its file system may be open to all.
+    const std::vector<Mount> mounts = currentMounts();
+    const Mount *mount = mountAt(mounts, path);
+    return mount != nullptr && mount->point != path && mount->type == "btrfs" ? storageOf(mount->point)
+                                                                              : asText(record.st_dev);
 }
 
 void syncFileSystem(const std::string &path) {

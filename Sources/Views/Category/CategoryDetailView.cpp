@@ -11,6 +11,7 @@
 #include "Platform/RunningApps.h"
 #include "Views/Category/BackupBar.h"
 #include "Views/Category/CategoryHeader.h"
+#include "Views/Category/HiddenSpaceNotes.h"
 #include "Views/Components/AccessNotice.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/MeasureButton.h"
@@ -26,6 +27,7 @@
 #include "Views/Removing/RemovalSheet.h"
 #include "Views/Removing/SheetOrder.h"
 
+#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -57,7 +59,8 @@ CategoryDetailView::CategoryDetailView(std::string id, Storage &storage, Removal
       measure_(new MeasureButton(u"Measuring storage"_s, MeasureButton::WhileMeasuring::hidden, this)),
       entries_(new EntryList(canTick() ? &ticked_ : nullptr, this)),
       state_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
-      sentence_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)) {
+      sentence_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      hiddenSpace_(new HiddenSpaceNotes(this)) {
     setObjectName(QStringLiteral("categoryPage:") + text(id_));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -72,6 +75,8 @@ CategoryDetailView::CategoryDetailView(std::string id, Storage &storage, Removal
     connect(&storage_, &Storage::changed, this, &CategoryDetailView::showCategory);
     connect(&removals_, &Removals::changed, this, &CategoryDetailView::showSelection);
     connect(&ticked_, &TickedEntries::changed, this, &CategoryDetailView::showSelection);
+    connect(hiddenSpace_, &HiddenSpaceNotes::measuringAsked, this,
+            &CategoryDetailView::measureAsAdministrator);
     connect(entries_, &EntryList::browseAsked, this, &CategoryDetailView::browseAsked);
     showCategory();
     showSelection();
@@ -125,6 +130,7 @@ QWidget *CategoryDetailView::makeContent() {
     sentence_->setWordWrap(true);
     layout->addWidget(card);
     layout->addWidget(sentence_);
+    layout->addWidget(hiddenSpace_);
     layout->addStretch(1);
     return makeScrollArea(content, this);
 }
@@ -159,6 +165,23 @@ void CategoryDetailView::showCategory() {
                                                     : StorageFigures::elsewhereSentence(category);
     sentence_->setText(text(sentence.value_or("")));
     sentence_->setHidden(!sentence);
+    const bool isBusy = storage_->isMeasuringCategories || storage_->isMeasuringAsAdministrator;
+    hiddenSpace_->show(isRemainder && storage_->lastCategoryScan ? storage_.hiddenSpaceSentences()
+                                                                 : std::vector<std::string>(),
+                       !storage_.incompletePlaces().empty(), isBusy);
+}
+
+void CategoryDetailView::measureAsAdministrator() {
+    storage_.measureAsAdministrator([page = QPointer(this)](const std::optional<PrivilegedRunError> &error) {
+        if (!error || page.isNull())
+            return;
+        const QString reason = error->message ? text(*error->message)
+                                              : u"The password was not given, or the system did not ask for "
+                                                "it. The figures stay as they were."_s;
+        whenNoSheetIsOpen(page, [page, reason] {
+            (new NoticeSheet(u"Nothing was measured as administrator"_s, reason, page))->open();
+        });
+    });
 }
 
 void CategoryDetailView::showEntries(const MeasuredCategory &category) {

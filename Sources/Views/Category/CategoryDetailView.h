@@ -17,6 +17,7 @@ class BackupBar;
 class Backups;
 class CategoryHeader;
 class EntryList;
+class HiddenSpaceNotes;
 class MeasureButton;
 class Removals;
 class Storage;
@@ -45,6 +46,7 @@ private:
     void showCategory();
     void showEntries(const MeasuredCategory &category);
     void showSelection();
+    void measureAsAdministrator();
     [[nodiscard]] std::vector<CleanupEntry> tickedEntries() const;
     void confirmRemoval(RemovalMode mode);
     void prepareBackup(RemovalMode mode);
@@ -64,6 +66,7 @@ private:
     EntryList *entries_;
     TextLabel *state_;               ///< why there are no entries
     TextLabel *sentence_;            ///< how the entries compare with the figure
+    HiddenSpaceNotes *hiddenSpace_;  ///< what no entry shows
     ActionBar *bar_ = nullptr;       ///< null if entries cannot be removed
     BackupBar *backupBar_ = nullptr; ///< null if they are removed without a backup
 };

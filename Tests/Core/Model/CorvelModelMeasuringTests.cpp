@@ -264,4 +264,46 @@ TEST_F(CorvelModelMeasuring, ADeletedSnapshotMovesTheRemainder) {
     EXPECT_EQ(actions.calls.front(), "admin /usr/bin/tmutil deletelocalsnapshots 2026-01-02-030405");
 }
 
+TEST_F(CorvelModelMeasuring, AdministratorCompletesRows) {
+    CorvelModel own(actions, sources());
+    const std::string part = home.makeFolder("Documents/part"), hidden = home.makeFolder("Library/hidden"),
+                      gone = home.makeFolder("Documents/gone");
+    PublishedWriter::update(own.storage, [&](StorageState &state) {
+        for (MeasuredCategory &one : state.categories) {
+            one.measured = true;
+            if (one.category.id == "documents") {
+                one.entries = {{FileURL(part), 100}};
+                one.size = 100;
+                one.incomplete = {part, gone};
+            } else if (one.category.id == "systemData") {
+                one.incomplete = {hidden};
+            }
+        }
+    });
+    const auto run = [&] {
+        std::optional<std::optional<PrivilegedRunError>> result;
+        own.storage.measureAsAdministrator([&](const auto &error) { result = error; });
+        EXPECT_TRUE(own.storage->isMeasuringAsAdministrator);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return result.has_value(); }, patience));
+        EXPECT_FALSE(own.storage->isMeasuringAsAdministrator);
+        return *result;
+    };
+    actions.privilegedRunError = PrivilegedRunError{};
+    EXPECT_TRUE(run().has_value());
+    EXPECT_EQ(own.storage.category("documents")->size, 100) << "as it was";
+    EXPECT_EQ(own.storage.incompletePlaces(), (std::vector<std::string>{part, gone, hidden}));
+
+    actions.privilegedRunError.reset();
+    actions.printed =
+        R"([{"path": ")" + part + R"(", "size": 900}, {"path": ")" + hidden + R"(", "size": 20000000}])";
+    EXPECT_FALSE(run().has_value());
+    const MeasuredCategory &documents = *own.storage.category("documents");
+    EXPECT_EQ(documents.size, 900);
+    EXPECT_EQ(places(documents.entries), (std::vector<std::string>{"Documents/part"}));
+    const MeasuredCategory &systemData = *own.storage.category("systemData");
+    EXPECT_EQ(places(systemData.entries), (std::vector<std::string>{"Library/hidden"}));
+    EXPECT_EQ(systemData.size, 4'100) << "what the others leave";
+    EXPECT_EQ(own.storage.incompletePlaces(), std::vector<std::string>{gone}) << "it was not measured";
+}
+
 } // namespace brimvale

@@ -65,7 +65,8 @@ std::string measuredRows(const Host &host, int workers, bool isOneRun) {
     const std::vector<StorageCategory> categories = StorageCategories::all(host);
     if (isOneRun) {
         CleanupCatalog::measureAll(targets, addTarget, {}, host, pool);
-        const auto systemData = StorageCategories::measureAll(categories, addCategory, {}, host, pool);
+        const auto systemData =
+            StorageCategories::measureAll(categories, addCategory, {}, host, pool).entries;
         addRows(text, "category\tsystemData", systemData);
         return text;
     }

@@ -1,10 +1,12 @@
 #include "Core/Storage/StorageCategories.h"
 #include "Core/Storage/StorageFigures.h"
 
+#include "Support/ChildProcess.h"
 #include "Support/TemporaryFolder.h"
 
 #include <algorithm>
-#include <gtest/gtest.h>
+#include <filesystem>
+#include <gmock/gmock.h>
 
 namespace brimvale {
 
@@ -54,6 +56,37 @@ TEST(StorageCategories, CountOnlyTheMeasuredVolume) {
     EXPECT_EQ(elsewhere.size, 0);
     EXPECT_EQ(elsewhere.entries, here.entries) << "listed all the same";
     EXPECT_TRUE(StorageFigures::elsewhereSentence(elsewhere));
+}
+
+TEST(StorageCategories, NoteWhatCouldNotBeRead) {
+    testing::inChild([] {
+        testing::becomeOrdinaryUser();
+        const TemporaryFolder folder;
+        folder.makeFile("Documents/open/file", 9'000);
+        folder.makeFile("Documents/part/inner/closed/file", 9'000);
+        folder.makeFile("Documents/whole/file", 9'000);
+        folder.makeFile("Library/Small/closed/file", 9'000);
+        const std::vector<std::string> closed = {folder.path("Documents/part/inner/closed"),
+                                                 folder.path("Documents/whole"),
+                                                 folder.path("Library/Small/closed")};
+        for (const std::string &path : closed)
+            std::filesystem::permissions(path, std::filesystem::perms::none);
+        const Host host = macWith(folder.path());
+        WalkPool pool(2);
+        std::vector<std::string> incomplete;
+        const auto systemData = StorageCategories::measureAll(
+            StorageCategories::all(host),
+            [&](const MeasuredCategory &one) {
+                incomplete.insert(incomplete.end(), one.incomplete.begin(), one.incomplete.end());
+            },
+            {}, host, pool);
+        EXPECT_THAT(incomplete, ::testing::UnorderedElementsAre(folder.path("Documents/part"),
+                                                                folder.path("Documents/whole")));
+        EXPECT_THAT(systemData.entries, ::testing::IsEmpty());
+        EXPECT_THAT(systemData.incomplete, ::testing::ElementsAre(folder.path("Library/Small")));
+        for (const std::string &path : closed)
+            std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+    });
 }
 
 } // namespace brimvale

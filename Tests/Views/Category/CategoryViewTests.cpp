@@ -8,12 +8,14 @@
 #include "Core/Storage/CleanupRiskTexts.h"
 #include "Core/Storage/StorageFigures.h"
 #include "Core/Text/Formatting.h"
+#include "Platform/Host.h"
 #include "Support/PublishedWriter.h"
 #include "Support/RecordingActions.h"
 #include "Support/SampleHome.h"
 #include "Support/Window.h"
 #include "Views/Components/NoteLabel.h"
 #include "Views/Entries/EntryList.h"
+#include "Views/Removing/ConfirmationSheet.h"
 #include "Views/Removing/RemovalModePicker.h"
 #include "Views/Removing/RemovalSheet.h"
 
@@ -195,6 +197,28 @@ TEST_F(CategoryPage, LocksWhatIsNeverRemovedAndOpensItInBrowse) {
     QTest::keyClick(&list(), Qt::Key_Space);
     EXPECT_EQ(text("selection"), "1 item selected, " + sizeText(200));
     EXPECT_EQ(text("refusal"), "") << "another selection";
+}
+
+TEST_F(CategoryPage, SystemDataTellsWhatNoRowShows) {
+    open("systemData");
+    PublishedWriter::update(model.storage, [&](StorageState &state) {
+        state.lastCategoryScan = now();
+        state.categories.back().incomplete = {home.makeFolder("closed")};
+    });
+    EXPECT_TRUE(find("hiddenSpace")->isHidden() || text("hiddenSpace").empty())
+        << "a Mac has other sentences";
+    EXPECT_FALSE(find("measureAsAdministrator")->isVisible());
+
+    Host::useSystem(System::linux);
+    PublishedWriter::update(model.storage, [&](StorageState &state) {
+        state.hiddenSpace.deletedFiles.holders = {{"holder", 50'000'000}};
+    });
+    EXPECT_TRUE(text("hiddenSpace").starts_with("holder still uses " + sizeText(50'000'000)));
+    actions.privilegedRunError = PrivilegedRunError{};
+    click("measureAsAdministrator");
+    EXPECT_FALSE(find("measureAsAdministrator")->isEnabled());
+    EXPECT_TRUE(eventually([&] { return page->findChild<NoticeSheet *>() != nullptr; }));
+    EXPECT_TRUE(find("measureAsAdministrator")->isEnabled());
 }
 
 } // namespace brimvale

@@ -1,0 +1,108 @@
+#include "Platform/DeletedFiles.h"
+
+#include "Base/Bytes.h"
+#include "Base/FileURL.h"
+#include "Base/Text.h"
+#include "Platform/FileContents.h"
+#include "Platform/FileStatus.h"
+#include "Platform/FileSystem.h"
+#include "Platform/Folder.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <map>
+#include <string_view>
+#include <sys/stat.h>
+#include <system_error>
+#include <unordered_set>
+
+namespace brimvale {
+
+namespace {
+
+constexpr std::size_t longestProcessFile = 65'536; // of those read here, in bytes
+
+constexpr std::size_t longestKernelName = 15; // of a process; longer ones are cut
+
+bool isNumber(std::string_view name) {
+    return name.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// The name of a process, as its program file has it where the kernel has cut it.
+std::string programName(const std::string &process) {
+    std::string name(trimmed(contentsOfFile(joinPath(process, "comm"), longestProcessFile).value_or("")));
+    std::error_code error;
+    const std::filesystem::path file = std::filesystem::read_symlink(joinPath(process, "exe"), error);
+    const std::string whole = error ? "" : file.filename().native();
+    const std::string_view uncut = std::string_view(whole).substr(0, whole.find(" (deleted)"));
+    return name.size() == longestKernelName && uncut.starts_with(name) ? std::string(uncut) : name;
+}
+
+/// Threads of the kernel have no command line, and no files.
+bool isProgram(const std::string &process) {
+    return !contentsOfFile(joinPath(process, "cmdline"), longestProcessFile).value_or("").empty();
+}
+
+class Search {
+public:
+    explicit Search(const std::string &volume) : storage_(storageOf(volume)) {}
+
+    void lookInto(const std::string &process) {
+        errno = 0;
+        Folder files = Folder::at(joinPath(process, "fd"), Folder::Links::refuse);
+        if (!files.isOpen()) {
+            const bool isDenied = errno == EACCES || errno == EPERM;
+            unknown_ += isDenied && isProgram(process) ? 1 : 0;
+            return;
+        }
+        std::int64_t bytes = 0;
+        while (const char *name = files.nextName())
+            bytes = checkedAdd(bytes, heldBy(joinPath(process, "fd/") + name));
+        if (bytes > 0) {
+            std::int64_t &sum = bytesOf_[programName(process)];
+            sum = checkedAdd(sum, bytes);
+        }
+    }
+
+    [[nodiscard]] DeletedFiles found() const {
+        DeletedFiles found{.holders = {}, .unknownPrograms = unknown_};
+        for (const auto &[program, bytes] : bytesOf_)
+            found.holders.push_back({program, bytes});
+        std::stable_sort(
+            found.holders.begin(), found.holders.end(),
+            [](const DeletedFiles::Holder &a, const DeletedFiles::Holder &b) { return a.bytes > b.bytes; });
+        return found;
+    }
+
+private:
+    /// The bytes of an open file that has no name left, unless it has been counted.
+    std::int64_t heldBy(const std::string &descriptor) {
+        struct stat record {};
+        constexpr std::int64_t blockSize = 512;
+        if (stat(descriptor.c_str(), &record) != 0 || !S_ISREG(record.st_mode) || record.st_nlink != 0 ||
+            record.st_blocks <= 0 || record.st_blocks > mostBelievedBytes / blockSize)
+            return 0;
+        const bool isHere = storageOf(descriptor) == storage_;
+        return isHere && counted_.insert({record.st_dev, record.st_ino}).second ? record.st_blocks * blockSize
+                                                                                : 0;
+    }
+
+    std::string storage_;
+    std::unordered_set<FileIdentity> counted_;
+    std::map<std::string, std::int64_t> bytesOf_; ///< by the name of the program
+    std::int64_t unknown_ = 0;
+};
+
+} // namespace
+
+DeletedFiles deletedFilesOn(const std::string &volume) {
+    Search search(volume);
+    Folder processes = Folder::at("/proc", Folder::Links::refuse);
+    while (const char *name = processes.isOpen() ? processes.nextName() : nullptr)
+        if (isNumber(name))
+            search.lookInto(std::string("/proc/") + name);
+    return search.found();
+}
+
+} // namespace brimvale

@@ -1,0 +1,9 @@
+#include "Platform/DeletedFiles.h"
+
+namespace brimvale {
+
+DeletedFiles deletedFilesOn(const std::string & /*volume*/) {
+    return {};
+}
+
+} // namespace brimvale
