@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace brimvale {
@@ -11,6 +13,18 @@ namespace brimvale {
 /// cgroup, and automount triggers). Reads only the mount table, so a dead mount cannot block it; empty where
 /// the table cannot be read.
 [[nodiscard]] std::vector<std::string> pseudoMountPoints();
+
+/// What is mounted in a place that a walk leaves out unless it begins there.
+enum class UnwalkedMount : std::uint8_t {
+    otherMachine, ///< another machine answers for it, or the host of this virtual one
+    program,      ///< a program answers for it, perhaps for files of another machine
+    image,        ///< shows the contents of a file
+    container     ///< shows layers of a container, which are counted where they are
+};
+
+/// The absolute mount points of such mounts, except where the folder `home` is in one. Reads only the mount
+/// table; empty where it cannot be read.
+[[nodiscard]] std::unordered_map<std::string, UnwalkedMount> unwalkedMounts(const std::string &home);
 
 /// The mounted volumes. Reads the mount table at first, and again when it has
 /// changed. Reads only the table, so a dead mount cannot block it. Not thread-safe.
@@ -27,6 +41,10 @@ public:
     /// The first mount point at or inside the folder at `path`, an absolute path without links; nothing if
     /// there is none.
     [[nodiscard]] std::optional<std::string> firstIn(const std::string &path);
+
+    /// Whether something is mounted on the entry at `path`, an absolute path without links. False where the
+    /// system mounts nothing on files.
+    [[nodiscard]] bool isMountPoint(const std::string &path);
 
     /// Other paths of the entry at `path`, an absolute path without links: where only a part of a file system
     /// is mounted there (a bind mount), those by which the other mounts of it reach the entry.

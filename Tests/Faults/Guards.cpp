@@ -65,7 +65,7 @@ bool isAdmitted(const RemovalGuards &guards, const FileURL &path) {
         return false;
     MountPoints mounts;
     for (const std::string &other : mounts.otherPathsOf(item->place().path()))
-        if (guards.checkOtherPath(other))
+        if (guards.checkOtherPath(other, item->isFolder()))
             return false;
     // A removal refuses mounted folders themselves.
     return !(item->isFolder() && mounts.firstIn(item->place().path()));
@@ -124,6 +124,9 @@ std::vector<Guarded> allGuarded() {
         std::vector<std::string> places = paths.structural;
         for (const FileURL &account : accountHomes())
             places.push_back(account.path());
+        for (const GuardedPlace &tree : paths.trees)
+            for (const char *inside : {"", "item"})
+                places.push_back(FileURL(tree.place + inside).standardized().path());
         for (std::string &entry : protectedEntries(paths))
             places.push_back(std::move(entry));
         for (std::string &place : places)

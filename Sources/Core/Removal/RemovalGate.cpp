@@ -35,18 +35,20 @@ RemovalGate::Answer RemovalGate::open(const FileURL &item, const std::optional<I
     if (std::optional<std::string> refusal = guards().check(opened, guarded_))
         return *std::move(refusal);
     for (const std::string &path : mounts_->otherPathsOf(opened.place().path()))
-        if (std::optional<std::string> refusal = guards().checkOtherPath(path))
+        if (std::optional<std::string> refusal = guards().checkOtherPath(path, opened.isFolder()))
             return *std::move(refusal);
     if (std::optional<std::string> refusal = mountRefusal(opened))
         return *std::move(refusal);
     return std::move(opened);
 }
 
-/// Nothing when no volume is mounted in or at the item; otherwise the reason to keep it, as a sentence.
+/// Nothing when nothing is mounted in or at the item; otherwise the reason to keep it, as a sentence.
 std::optional<std::string> RemovalGate::mountRefusal(const OpenedItem &item) const {
-    if (!item.isFolder())
-        return std::nullopt;
     const std::string name = "“" + displayText(item.name()) + "”";
+    if (!item.isFolder())
+        return mounts_->isMountPoint(item.place().path())
+                   ? std::optional(name + " has something mounted over it. Unmount that first.")
+                   : std::nullopt;
     if (!mounts_->areKnown())
         return name + " might contain a mounted volume: the system does not tell what is mounted.";
     const std::string &path = item.place().path();

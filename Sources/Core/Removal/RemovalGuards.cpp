@@ -65,6 +65,35 @@ std::string pathInside(const std::string &folder, const std::string &rest) {
     return folder != "/" ? folder + rest : rest.empty() ? "/" : rest;
 }
 
+/// Why an item that the system or this program needs stays, or one that contains such an item.
+std::optional<std::string> refusalOfUsed(const OpenedItem &item, const UsedPlaces &used) {
+    const UsedPlace *found = used.in(item);
+    if (found == nullptr)
+        return std::nullopt;
+    std::string_view what, advice;
+    switch (found->use) {
+    case PlaceUse::swap:
+        what = "an active swap file";
+        advice = "Turn it off first.";
+        break;
+    case PlaceUse::diskImage:
+        what = "a disk image that is in use";
+        advice = "Eject it first.";
+        break;
+    case PlaceUse::program:
+        what = "a part of Brimvale, which is running";
+        break;
+    case PlaceUse::volume:
+        what = "a Btrfs subvolume that is mounted as a volume";
+        advice = "Eject it first.";
+        break;
+    }
+    const bool isItself = found->item == item.identity().file;
+    std::string text = "“" + displayText(item.name()) + "” " + (isItself ? "is " : "contains ");
+    text.append(what).append(isItself ? "" : ": " + displayText(found->path)).append(".");
+    return advice.empty() ? text : text + " " + std::string(advice);
+}
+
 bool areTheSameItem(const std::string &a, const std::string &b) {
     const std::optional<FileStatus> one = fileStatus(a);
     const std::optional<FileStatus> other = fileStatus(b);
@@ -79,19 +108,21 @@ RemovalGuards::SystemGuards::SystemGuards(const Host &host) {
         addUserDirectories(home);
     }
     addHomesOfOthers(host.system);
+    for (const std::string &folder : structural_)
+        addSpelling(folder);
+    for (const auto *prefixes : {&protectedPrefixes_, &trees_})
+        for (const auto &[prefix, value] : *prefixes)
+            addSpelling(prefix.substr(0, prefix.size() - 1));
+}
 
-    const auto addSpelling = [&](const std::string &folder) {
-        if (folder.size() > 1)
-            spellings_.emplace_back(caseFolded(folder), folder);
-    };
-    std::for_each(structural_.begin(), structural_.end(), addSpelling);
-    for (const Prefix &prefix : protectedPrefixes_)
-        for (const std::string &text : {prefix.protectedPrefix, prefix.withoutPrivate})
-            addSpelling(text.substr(0, text.rfind('/')));
+void RemovalGuards::SystemGuards::addSpelling(const std::string &folder) {
+    if (folder.size() > 1)
+        spellings_[caseFolded(folder)].push_back(folder);
 }
 
 void RemovalGuards::SystemGuards::addHomesOfOthers(System system) {
     const std::unordered_set<std::string> before = structural_;
+    const ByText<std::string> treesBefore = trees_;
     MountPoints mounts;
     for (const FileURL &account : accountHomes())
         for (const FileURL &home :
@@ -99,25 +130,42 @@ void RemovalGuards::SystemGuards::addHomesOfOthers(System system) {
             addPathsOf(home, system);
     std::copy_if(structural_.begin(), structural_.end(), std::inserter(ofOthers_, ofOthers_.end()),
                  [&](const std::string &folder) { return !before.contains(folder); });
+    for (const auto &[tree, predicate] : trees_)
+        if (!treesBefore.contains(tree))
+            ofOthers_.insert(tree.substr(0, tree.size() - 1));
 }
 
 void RemovalGuards::SystemGuards::addPathsOf(const FileURL &home, System system) {
-    GuardedPaths paths = catalogOf(system).guardedPaths(home);
+    const GuardedPaths paths = catalogOf(system).guardedPaths(home);
     structural_.insert(paths.structural.begin(), paths.structural.end());
     addWithAncestors(home); // removing an ancestor would remove the home
-    for (std::string &prefix : paths.openPrefixes)
-        if (std::find(openPrefixes_.begin(), openPrefixes_.end(), prefix) == openPrefixes_.end())
-            openPrefixes_.push_back(std::move(prefix));
+    openPrefixes_.insert(paths.openPrefixes.begin(), paths.openPrefixes.end());
+    for (const std::string &prefix : paths.protectedPrefixes)
+        addPrefix(prefix);
+    addPlacesOf(paths);
+}
 
-    // Standardising may have dropped a leading /private, so both forms are checked.
+/// Standardising may have dropped a leading /private, so both forms are checked.
+void RemovalGuards::SystemGuards::addPrefix(const std::string &prefix) {
     constexpr std::string_view privateFolder = "/private";
-    for (std::string &prefix : paths.protectedPrefixes) {
-        const auto isKnown = [&](const Prefix &other) { return other.protectedPrefix == prefix; };
-        if (std::any_of(protectedPrefixes_.begin(), protectedPrefixes_.end(), isKnown))
-            continue;
-        std::string without = prefix.starts_with("/private/") ? prefix.substr(privateFolder.size()) : "";
-        protectedPrefixes_.push_back({std::move(prefix), std::move(without)});
-    }
+    const std::string folder = prefix.substr(0, prefix.size() - 1);
+    protectedPrefixes_.emplace(prefix, folder);
+    if (prefix.starts_with("/private/"))
+        protectedPrefixes_.emplace(prefix.substr(privateFolder.size()), folder);
+}
+
+void RemovalGuards::SystemGuards::addPlacesOf(const GuardedPaths &paths) {
+    const auto add = [](const std::vector<GuardedPlace> &places, ByText<std::string> &known) {
+        for (const GuardedPlace &one : places)
+            known.emplace(one.place, one.predicate);
+    };
+    add(paths.trees, trees_);
+    add(paths.foldersOfEntries, foldersOfEntries_);
+    add(paths.foldersOfFolders, foldersOfFolders_);
+    add(paths.structuralNames, structuralNames_);
+    if (namesOfTrees_.empty()) // the same for every home
+        for (const GuardedPlace &one : paths.namesOfTrees)
+            namesOfTrees_.push_back({"/" + one.place + "/", one.predicate});
 }
 
 /// The user's own folders for documents and so on, which may be anywhere; and, where they or the usual
@@ -146,33 +194,75 @@ void RemovalGuards::SystemGuards::addWithAncestors(FileURL folder) {
 /// on this disk.
 std::string RemovalGuards::SystemGuards::asGuarded(const std::string &path) const {
     const std::string folded = caseFolded(path);
-    std::string result = path;
-    std::size_t deepest = 0;
-    for (const auto &[foldedFolder, folder] : spellings_) {
-        if (!isAtOrUnder(folded, foldedFolder) || foldedFolder.size() <= deepest || path.starts_with(folder))
-            continue;
-        const std::string spelled = asDeepAs(folder, path);
-        if (!areTheSameItem(spelled, folder))
-            continue;
-        deepest = foldedFolder.size();
-        result = folder + path.substr(spelled.size());
-    }
-    return result;
+    for (std::size_t end = folded.size(); end != 0 && end != std::string::npos;
+         end = folded.rfind('/', end - 1))
+        if (std::optional<std::string> spelled =
+                spelledAsGuarded(path, std::string_view(folded).substr(0, end)))
+            return *std::move(spelled);
+    return path;
 }
 
-std::optional<std::string> RemovalGuards::SystemGuards::refusal(const std::string &given) const {
+/// The path with another spelling of the guarded folder that has this case-folded path; nothing where it is
+/// spelled like that already, or is another folder.
+std::optional<std::string> RemovalGuards::SystemGuards::spelledAsGuarded(const std::string &path,
+                                                                         std::string_view folded) const {
+    const auto found = spellings_.find(folded);
+    if (found == spellings_.end())
+        return std::nullopt;
+    for (const std::string &folder : found->second) {
+        if (path.starts_with(folder))
+            continue;
+        const std::string spelled = asDeepAs(folder, path);
+        if (areTheSameItem(spelled, folder))
+            return folder + path.substr(spelled.size());
+    }
+    return std::nullopt;
+}
+
+/// Why a path in a protected tree stays; null for any other path.
+const std::string *RemovalGuards::SystemGuards::reasonOfTree(const std::string &path) const {
+    static const std::string ofSystem = " lives inside a protected system location.";
+    const std::string_view text = path;
+    bool isProtected = false, isOpen = false;
+    for (std::size_t slash = 0; slash != std::string::npos; slash = path.find('/', slash + 1)) {
+        const std::string_view prefix = text.substr(0, slash + 1);
+        isProtected = isProtected || protectedPrefixes_.contains(prefix);
+        isOpen = isOpen || openPrefixes_.contains(prefix);
+    }
+    if (isProtected && !isOpen)
+        return &ofSystem;
+    const std::string inside = path + "/";
+    for (std::size_t slash = 0; slash != std::string::npos; slash = inside.find('/', slash + 1))
+        if (const auto tree = trees_.find(std::string_view(inside).substr(0, slash + 1));
+            tree != trees_.end())
+            return &tree->second;
+    for (const GuardedPlace &name : namesOfTrees_)
+        if (inside.find(name.place) != std::string::npos)
+            return &name.predicate;
+    return nullptr;
+}
+
+/// Why an entry stays because of the folder that it is in, or because of its own name; otherwise null.
+const std::string *RemovalGuards::SystemGuards::reasonOfParent(const std::string &path, bool isFolder) const {
+    const std::size_t slash = path.rfind('/');
+    const std::string_view text = path;
+    if (const auto name = structuralNames_.find(text.substr(slash + 1)); name != structuralNames_.end())
+        return &name->second;
+    if (const auto folder = foldersOfEntries_.find(text.substr(0, slash)); folder != foldersOfEntries_.end())
+        return &folder->second;
+    const auto folder = foldersOfFolders_.find(text.substr(0, slash));
+    return isFolder && folder != foldersOfFolders_.end() ? &folder->second : nullptr;
+}
+
+std::optional<std::string> RemovalGuards::SystemGuards::refusal(const std::string &given,
+                                                                bool isFolder) const {
     const std::string path = asGuarded(given);
     if (structural_.contains(path))
         return sentence(given, " is a structural directory and is never removed.");
-    const bool isProtected =
-        std::any_of(protectedPrefixes_.begin(), protectedPrefixes_.end(), [&](const Prefix &prefix) {
-            return path.starts_with(prefix.protectedPrefix) ||
-                   (!prefix.withoutPrivate.empty() && path.starts_with(prefix.withoutPrivate));
-        });
-    const bool isOpen = std::any_of(openPrefixes_.begin(), openPrefixes_.end(),
-                                    [&](const std::string &prefix) { return path.starts_with(prefix); });
-    if (isProtected && !isOpen)
-        return sentence(given, " lives inside a protected system location.");
+    if (const std::string *reason = reasonOfTree(path))
+        return sentence(given, *reason);
+    if (const std::string *reason = reasonOfParent(path, isFolder))
+        return sentence(given, *reason);
     return std::nullopt;
 }
 
@@ -193,15 +283,18 @@ RemovalGuards::Places RemovalGuards::SystemGuards::locate() const {
         }
     };
     std::for_each(structural_.begin(), structural_.end(), add);
-    for (const Prefix &prefix : protectedPrefixes_)
-        add(prefix.protectedPrefix.substr(0, prefix.protectedPrefix.size() - 1));
+    for (const auto &[prefix, folder] : protectedPrefixes_)
+        if (prefix.size() == folder.size() + 1) // not the form without /private
+            add(folder);
+    for (const auto &[prefix, predicate] : trees_)
+        add(prefix.substr(0, prefix.size() - 1));
     return places;
 }
 
 std::optional<std::string> RemovalGuards::SystemGuards::refusal(const OpenedItem &item,
                                                                 const Places &places) const {
     const std::string &path = item.place().path();
-    if (std::optional<std::string> reason = refusal(path))
+    if (std::optional<std::string> reason = refusal(path, item.isFolder()))
         return reason;
     // The same place by the path of each guarded folder that the item is, or is inside.
     std::vector<FileIdentity> folders = item.ancestors();
@@ -218,7 +311,9 @@ std::optional<std::string> RemovalGuards::SystemGuards::refusal(const OpenedItem
             const std::string &name =
                 rest.empty() || guarded.realPath.empty() ? guarded.path : guarded.realPath;
             const std::string inGuarded = pathInside(name, rest);
-            if (std::optional<std::string> reason = refusal(inGuarded))
+            if (inGuarded == path)
+                continue; // it was checked as text
+            if (std::optional<std::string> reason = refusal(inGuarded, item.isFolder()))
                 return reason;
             if (isAtTheTop(inGuarded))
                 return tooCloseToTheTop(inGuarded);
@@ -228,7 +323,7 @@ std::optional<std::string> RemovalGuards::SystemGuards::refusal(const OpenedItem
     return std::nullopt;
 }
 
-RemovalGuards::RemovalGuards(const Host &host) : system_(host.system), inForce_(host) {
+RemovalGuards::RemovalGuards(const Host &host) : system_(host.system), root_(host.root), inForce_(host) {
     if (host.system != platformSystem())
         platform_.emplace(Host{platformSystem(), host.home, host.tools});
 }
@@ -255,7 +350,7 @@ bool RemovalGuards::admitsContents(const FileURL &folder) const {
 }
 
 RemovalGuards::Located RemovalGuards::locate() const {
-    return {inForce_.locate(), platform_ ? platform_->locate() : Places()};
+    return {inForce_.locate(), platform_ ? platform_->locate() : Places(), UsedPlaces(root_)};
 }
 
 std::optional<std::string> RemovalGuards::check(const OpenedItem &item, const Located &guarded) const {
@@ -263,15 +358,18 @@ std::optional<std::string> RemovalGuards::check(const OpenedItem &item, const Lo
         return tooCloseToTheTop(item.place().path());
     if (std::optional<std::string> reason = inForce_.refusal(item, guarded.inForce))
         return reason;
-    return platform_ ? platform_->refusal(item, guarded.platform) : std::nullopt;
+    if (platform_)
+        if (std::optional<std::string> reason = platform_->refusal(item, guarded.platform))
+            return reason;
+    return refusalOfUsed(item, guarded.used);
 }
 
-std::optional<std::string> RemovalGuards::checkOtherPath(const std::string &path) const {
-    if (std::optional<std::string> reason = inForce_.refusal(path))
+std::optional<std::string> RemovalGuards::checkOtherPath(const std::string &path, bool isFolder) const {
+    if (std::optional<std::string> reason = inForce_.refusal(path, isFolder))
         return reason;
     if (isAtTheTop(path))
         return tooCloseToTheTop(path);
-    return platform_ ? platform_->refusal(path) : std::nullopt;
+    return platform_ ? platform_->refusal(path, isFolder) : std::nullopt;
 }
 
 } // namespace brimvale

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "Base/FileURL.h"
+#include "Catalogs/GuardedPaths.h"
 #include "Platform/Host.h"
 #include "Platform/OpenedItem.h"
+#include "Platform/PlacesInUse.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,6 +54,7 @@ public:
     struct Located {
         Places inForce;
         Places platform;
+        UsedPlaces used; ///< what the system or this program needs at present
     };
     [[nodiscard]] Located locate() const;
 
@@ -58,38 +62,56 @@ public:
     [[nodiscard]] std::optional<std::string> check(const OpenedItem &item, const Located &guarded) const;
 
     /// The same for another absolute path of an item that was opened.
-    [[nodiscard]] std::optional<std::string> checkOtherPath(const std::string &path) const;
+    [[nodiscard]] std::optional<std::string> checkOtherPath(const std::string &path, bool isFolder) const;
 
 private:
     /// The guards of one system.
     class SystemGuards {
     public:
         explicit SystemGuards(const Host &host);
-        [[nodiscard]] std::optional<std::string> refusal(const std::string &given) const;
+        /// Why an item at a path stays. Some stay only if they are folders.
+        [[nodiscard]] std::optional<std::string> refusal(const std::string &given,
+                                                         bool isFolder = false) const;
         [[nodiscard]] Places locate() const;
         [[nodiscard]] std::optional<std::string> refusal(const OpenedItem &item, const Places &places) const;
 
     private:
         void addPathsOf(const FileURL &home, System system);
+        void addPlacesOf(const GuardedPaths &paths);
+        void addPrefix(const std::string &prefix);
+        void addSpelling(const std::string &folder);
         void addUserDirectories(const FileURL &home);
         void addWithAncestors(FileURL folder);
         void addHomesOfOthers(System system);
         [[nodiscard]] std::string asGuarded(const std::string &path) const;
+        [[nodiscard]] std::optional<std::string> spelledAsGuarded(const std::string &path,
+                                                                  std::string_view folded) const;
+        [[nodiscard]] const std::string *reasonOfTree(const std::string &path) const;
+        [[nodiscard]] const std::string *reasonOfParent(const std::string &path, bool isFolder) const;
 
-        struct Prefix {
-            std::string protectedPrefix;
-            std::string withoutPrivate; ///< the same place without /private; empty if there is none
+        /// Looks up parts of a path without copying them.
+        struct TextHash {
+            using is_transparent = void;
+            std::size_t operator()(std::string_view text) const {
+                return std::hash<std::string_view>()(text);
+            }
         };
+        using Texts = std::unordered_set<std::string, TextHash, std::equal_to<>>;
+        template<class Value>
+        using ByText = std::unordered_map<std::string, Value, TextHash, std::equal_to<>>;
 
         std::unordered_set<std::string> structural_;
         std::unordered_set<std::string> ofOthers_; ///< those only because of the homes of other accounts
-        std::vector<Prefix> protectedPrefixes_;
-        std::vector<std::string> openPrefixes_;
-        std::vector<std::pair<std::string, std::string>>
-            spellings_; ///< guarded folders by their case-folded paths
+        ByText<std::string> protectedPrefixes_; ///< the folder of each, with /private where that was left out
+        Texts openPrefixes_;
+        ByText<std::string> trees_; ///< the predicate of each prefix
+        ByText<std::string> foldersOfEntries_, foldersOfFolders_, structuralNames_; ///< predicates, too
+        std::vector<GuardedPlace> namesOfTrees_;     ///< each between two slashes
+        ByText<std::vector<std::string>> spellings_; ///< guarded folders by their case-folded paths
     };
 
     System system_;
+    std::string root_; ///< where to look for what is in use, besides "/"
     SystemGuards inForce_;
     std::optional<SystemGuards> platform_; ///< where it differs
 };

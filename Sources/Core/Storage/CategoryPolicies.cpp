@@ -35,6 +35,11 @@ void CategoryPolicies::add(const std::string &folder, const std::optional<Catego
     paths_[url] = policies_.size();
     if (const std::optional<FileIdentity> identity = folderIdentity(url.path()))
         places_[*identity] = policies_.size();
+    if (policy && !policy->backsUpFirst)
+        if (const Result<OpenedItem, int> found = OpenedItem::at(url);
+            const auto *opened = std::get_if<OpenedItem>(&found))
+            for (const FileIdentity &ancestor : opened->ancestors())
+                ancestors_.try_emplace(ancestor, policies_.size());
     policies_.push_back(policy);
 }
 
@@ -63,13 +68,20 @@ const std::optional<CategoryPolicy> *CategoryPolicies::byPlace(const FileURL &it
     return nullptr;
 }
 
+/// The policy of a read-only place inside the folder.
+std::optional<CategoryPolicy> CategoryPolicies::ofContents(const FileURL &item) const {
+    const std::optional<FileStatus> status = fileStatus(item.path());
+    const auto found = status ? ancestors_.find(status->identity) : ancestors_.end();
+    return found != ancestors_.end() ? policies_[found->second] : std::nullopt;
+}
+
 std::optional<CategoryPolicy> CategoryPolicies::of(const FileURL &item) const {
     const FileURL standardized = item.standardized();
     // By its place first, because a path may lead through a link into a category.
     const std::optional<CategoryPolicy> *policy = byPlace(standardized);
     if (policy == nullptr)
         policy = byPath(standardized);
-    return policy != nullptr ? *policy : std::nullopt;
+    return policy != nullptr && *policy ? *policy : ofContents(standardized);
 }
 
 } // namespace brimvale

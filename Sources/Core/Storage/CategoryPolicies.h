@@ -20,18 +20,21 @@ public:
     explicit CategoryPolicies(const Host &host = Host::current());
 
     /// The policy for an item at or in a place of a category that is read-only or backs up first; nothing for
-    /// any other. The innermost category decides. Links and other spellings of a place do not matter.
+    /// any other. The innermost category decides. A folder with a place of a read-only category inside has
+    /// its policy, too. Links and other spellings of a place do not matter.
     [[nodiscard]] std::optional<CategoryPolicy> of(const FileURL &item) const;
 
 private:
     void add(const std::string &folder, const std::optional<CategoryPolicy> &policy);
     [[nodiscard]] const std::optional<CategoryPolicy> *byPath(const FileURL &item) const;
     [[nodiscard]] const std::optional<CategoryPolicy> *byPlace(const FileURL &item) const;
+    [[nodiscard]] std::optional<CategoryPolicy> ofContents(const FileURL &item) const;
 
     using Policies = std::vector<std::optional<CategoryPolicy>>;
     Policies policies_; ///< one for each place; nothing where a place is not protected
     std::unordered_map<FileURL, std::size_t> paths_;
     std::unordered_map<FileIdentity, std::size_t> places_;
+    std::unordered_map<FileIdentity, std::size_t> ancestors_; ///< of the read-only places
 };
 
 } // namespace brimvale

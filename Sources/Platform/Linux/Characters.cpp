@@ -2,6 +2,7 @@
 
 #include "Base/Text.h"
 
+#include <algorithm>
 #include <memory>
 #include <unicode/brkiter.h>
 #include <unicode/normalizer2.h>
@@ -55,6 +56,12 @@ std::size_t perceivedLength(std::string_view text) {
 }
 
 std::string caseFolded(std::string_view text) {
+    const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+    if (std::all_of(text.begin(), text.end(), isAscii)) {
+        std::string folded(text.size(), '\0');
+        std::transform(text.begin(), text.end(), folded.begin(), lowered);
+        return folded;
+    }
     if (!isValidUtf8(text))
         return std::string(text);
     const icu::Normalizer2 *decomposition = canonicalDecomposition();

@@ -48,31 +48,11 @@ constexpr std::array<std::string_view, 30> distantTypes = {"9p",
                                                            "vboxsf",
                                                            "virtiofs"};
 
-/// The kernel limits a mount table to 100,000 lines (fs.mount-max), which are rarely longer than 300 bytes.
-constexpr std::size_t longestTable = 256 * 1024 * 1024;
-
 /// Local storage whose source is no block device.
 constexpr std::array<std::string_view, 2> pooledTypes = {"zfs", "bcachefs"};
 
 bool contains(const auto &types, std::string_view type) {
     return std::find(types.begin(), types.end(), type) != types.end();
-}
-
-/// Decodes a field: space, tab, line feed and backslash are written as three octal digits.
-std::string unescaped(std::string_view field) {
-    std::string text;
-    for (std::size_t i = 0; i < field.size(); ++i) {
-        const std::string_view digits = field.substr(i + 1, 3);
-        const bool isEscape = field[i] == '\\' && digits.size() == 3 &&
-                              digits.find_first_not_of("01234567") == std::string_view::npos;
-        if (!isEscape) {
-            text.push_back(field[i]);
-            continue;
-        }
-        text.push_back(static_cast<char>((digits[0] - '0') * 64 + (digits[1] - '0') * 8 + (digits[2] - '0')));
-        i += digits.size();
-    }
-    return text;
 }
 
 std::optional<Mount> mountOf(const std::string &line) {
@@ -88,9 +68,9 @@ std::optional<Mount> mountOf(const std::string &line) {
     if (!(fields >> mount.type))
         return std::nullopt;
     fields >> mount.source;
-    mount.root = unescaped(mount.root);
-    mount.point = unescaped(mount.point);
-    mount.source = unescaped(mount.source);
+    mount.root = decodedField(mount.root);
+    mount.point = decodedField(mount.point);
+    mount.source = decodedField(mount.source);
     return mount.point.starts_with('/') ? std::optional(std::move(mount)) : std::nullopt;
 }
 
@@ -155,6 +135,22 @@ private:
 
 } // namespace
 
+std::string decodedField(std::string_view field) {
+    std::string text;
+    for (std::size_t i = 0; i < field.size(); ++i) {
+        const std::string_view digits = field.substr(i + 1, 3);
+        const bool isEscape = field[i] == '\\' && digits.size() == 3 &&
+                              digits.find_first_not_of("01234567") == std::string_view::npos;
+        if (!isEscape) {
+            text.push_back(field[i]);
+            continue;
+        }
+        text.push_back(static_cast<char>((digits[0] - '0') * 64 + (digits[1] - '0') * 8 + (digits[2] - '0')));
+        i += digits.size();
+    }
+    return text;
+}
+
 std::vector<Mount> mountsIn(std::string_view table) {
     std::vector<Mount> all;
     std::istringstream lines{std::string(table)};
@@ -191,7 +187,7 @@ std::vector<std::string> widerPathsOf(const std::vector<Mount> &mounts, const st
 }
 
 std::vector<Mount> currentMounts() {
-    return mountsIn(contentsOfFile("/proc/self/mountinfo", longestTable).value_or(""));
+    return mountsIn(contentsOfFile("/proc/self/mountinfo", longestMountTable).value_or(""));
 }
 
 StorageKind storageKind(const Mount &mount) {
@@ -209,6 +205,36 @@ StorageKind storageKind(const Mount &mount) {
 
 std::string poolOf(const Mount &mount) {
     return mount.type == "zfs" ? mount.source.substr(0, mount.source.find_first_of("/@")) : "";
+}
+
+bool hasSharedBlocks(const Mount &mount) {
+    constexpr std::array<std::string_view, 4> types = {"btrfs", "xfs", "zfs", "bcachefs"};
+    return contains(types, mount.type);
+}
+
+std::optional<UnwalkedMount> kindOfUnwalked(const Mount &mount) {
+    constexpr std::array<std::string_view, 6> containers = {"/run",
+                                                            "/var/lib/docker",
+                                                            "/var/lib/containerd",
+                                                            "/var/lib/containers",
+                                                            "/var/lib/kubelet",
+                                                            "/var/lib/rancher"};
+    if (mount.type == "fuseblk")
+        return std::nullopt;
+    if (mount.type == "fuse" || mount.type.starts_with("fuse."))
+        return UnwalkedMount::program;
+    if (contains(distantTypes, mount.type))
+        return UnwalkedMount::otherMachine;
+    if (mount.type == "squashfs")
+        return UnwalkedMount::image;
+    // The stores of ordinary users are in their homes.
+    const bool isOfContainer =
+        std::any_of(containers.begin(), containers.end(),
+                    [&](std::string_view store) { return isAtOrUnder(mount.point, store); }) ||
+        mount.point.find("/containers/storage/") != std::string::npos ||
+        mount.point.find("/share/docker/") != std::string::npos;
+    const bool isView = mount.type == "overlay" || mount.type == "nsfs";
+    return isView && isOfContainer ? std::optional(UnwalkedMount::container) : std::nullopt;
 }
 
 std::vector<Mount> storageMounts(const std::vector<Mount> &mounts) {

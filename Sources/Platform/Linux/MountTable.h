@@ -1,10 +1,21 @@
 #pragma once
 
+#include "Platform/Mounts.h"
+
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace brimvale {
+
+/// The kernel limits a mount table to 100,000 lines (fs.mount-max), which are rarely longer than 300 bytes.
+constexpr std::size_t longestMountTable = 256 * 1024 * 1024;
+
+/// A path as the kernel writes it into tables: space, tab, line feed and backslash are three octal digits
+/// there.
+[[nodiscard]] std::string decodedField(std::string_view field);
 
 /// One line of the mount table (proc_pid_mountinfo(5)).
 struct Mount {
@@ -44,6 +55,14 @@ enum class StorageKind {
 
 /// The pool that a ZFS mount belongs to, which shares its space with others; empty for any other mount.
 [[nodiscard]] std::string poolOf(const Mount &mount);
+
+/// Whether files of its file system may share their blocks with snapshots and copies. Such file systems also
+/// count freed space only when they write it out.
+[[nodiscard]] bool hasSharedBlocks(const Mount &mount);
+
+/// Why a walk leaves out this mount, unless it begins there; nothing where it does not. A disk that a program
+/// reads for the kernel, such as one with NTFS, is walked.
+[[nodiscard]] std::optional<UnwalkedMount> kindOfUnwalked(const Mount &mount);
 
 /// The mounts to show as volumes: the one at "/", and one for each other device or pool with storage. Of
 /// several mounts of a device it is one of the whole device, else the first in the table.

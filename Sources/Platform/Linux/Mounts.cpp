@@ -30,6 +30,15 @@ std::vector<std::string> pseudoMountPoints() {
     return points;
 }
 
+std::unordered_map<std::string, UnwalkedMount> unwalkedMounts(const std::string &home) {
+    std::unordered_map<std::string, UnwalkedMount> unwalked;
+    for (const Mount &mount : currentMounts())
+        if (const std::optional<UnwalkedMount> kind = kindOfUnwalked(mount);
+            kind && !isAtOrUnder(home, mount.point))
+            unwalked.emplace(mount.point, *kind);
+    return unwalked;
+}
+
 struct MountPoints::Table {
     Descriptor file;
     std::vector<Mount> mounts;
@@ -63,6 +72,12 @@ std::optional<std::string> MountPoints::firstIn(const std::string &path) {
         if (isAtOrUnder(mount.point, path))
             return mount.point;
     return std::nullopt;
+}
+
+bool MountPoints::isMountPoint(const std::string &path) {
+    table_->refresh();
+    return std::any_of(table_->mounts.begin(), table_->mounts.end(),
+                       [&](const Mount &mount) { return mount.point == path; });
 }
 
 std::vector<std::string> MountPoints::otherPathsOf(const std::string &path) {

@@ -18,6 +18,10 @@ std::vector<std::string> pseudoMountPoints() {
     return points;
 }
 
+std::unordered_map<std::string, UnwalkedMount> unwalkedMounts(const std::string & /*home*/) {
+    return {};
+}
+
 struct MountPoints::Table {};
 
 MountPoints::MountPoints() = default;
@@ -33,6 +37,11 @@ std::optional<std::string> MountPoints::firstIn(const std::string &path) {
         if (isAtOrUnder(mount.f_mntonname, path))
             return mount.f_mntonname;
     return std::nullopt;
+}
+
+// The system mounts nothing on files.
+bool MountPoints::isMountPoint(const std::string & /*path*/) {
+    return false;
 }
 
 // The system has no bind mounts.

@@ -1,6 +1,7 @@
 #include "Core/Removal/RemovalGuards.h"
 
 #include "Platform/FileAccess.h"
+#include "Support/EnvironmentVariable.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +15,8 @@ using testing::TemporaryFolder;
 constexpr const char *structural = " is a structural directory and is never removed.";
 constexpr const char *isProtected = " lives inside a protected system location.";
 constexpr const char *tooClose = " is too close to the volume root to remove safely.";
+constexpr const char *besideHomes =
+    " is beside the home folders of people. Nothing there is removed as a whole.";
 constexpr const char *gone = " no longer exists."; // the last test, so all others have let it pass
 constexpr const char *admitted = "";
 
@@ -116,7 +119,8 @@ TEST(RemovalGuards, RefuseLinuxCatalogPaths) {
                            {home + "/Pictures/picture", admitted},
                            {"/Foo", tooClose},
                            {"/home", structural},
-                           {"/home/other-of-nobody", gone},
+                           {"/home/other-of-nobody", besideHomes},
+                           {"/home/other-of-nobody/file", gone},
                            {"/usr/bin", structural},
                            {"/usr/bin/env", isProtected},
                            {"/usr/share/doc", isProtected},
@@ -141,6 +145,55 @@ TEST(RemovalGuards, RefuseLinuxCatalogPaths) {
                            {"/var/lib/apt/lists/of-nobody", gone},
                            {"/var/lib/program-of-nobody", gone},
                            {"/var/log", structural}});
+}
+
+TEST(RemovalGuards, SayWhatATreeOfLinuxBelongsTo) {
+    const TemporaryFolder folder;
+    const std::string home = folder.makeFolder("u");
+    const testing::EnvironmentVariable data("XDG_DATA_HOME", folder.path("data"));
+    const testing::EnvironmentVariable own("HOME", home);
+    folder.makeFile("u/.config/program/settings");
+    folder.makeFile("backup/timeshift/source/file");
+    folder.makeFile("backup/lost+found/file");
+    folder.makeFolder("backup/.snapshots.old");
+    const char *flatpak =
+        " belongs to Flatpak, which shares files between apps. Remove the app with Flatpak instead.";
+    const char *containers = " belongs to containers. Only the program that runs them can remove it safely.";
+    const char *keys = " holds keys or passwords. If you are sure, remove it in the file manager instead.";
+    const char *encrypted = " holds the encrypted bytes of files that are shown in another folder. Removing "
+                            "it would destroy them.";
+    const char *snapshots = " belongs to snapshots. Only the program that makes them can delete them safely.";
+    const char *repairs =
+        " is where a repair of the file system puts what it finds. Only its contents can be removed.";
+    expectAnswers(RemovalGuards(hostOf(System::linux, home)),
+                  {{"/var/lib/systemd", structural},
+                   {"/var/lib/systemd/random-seed", isProtected},
+                   {"/var/lib/systemd/coredump", structural},
+                   {"/var/lib/systemd/coredump/core-of-nobody", gone},
+                   {"/var/lib/flatpak", structural},
+                   {"/var/lib/flatpak/app/org.Program", flatpak},
+                   {"/var/lib/docker", containers},
+                   {"/var/lib/docker/overlay2/x", containers},
+                   {"/var/lib/dockers-of-nobody", gone},
+                   {home + "/.local/share/containers/storage", containers},
+                   {folder.path("data"), structural},
+                   {folder.path("data/flatpak"), structural},
+                   {folder.path("data/flatpak/runtime/x"), flatpak},
+                   {home + "/.ssh", structural},
+                   {home + "/.ssh/id", keys},
+                   {home + "/.local/share/keyrings", keys},
+                   {home + "/.config/systemd/user", structural},
+                   {home + "/.config/JetBrains", structural},
+                   {home + "/.config/program", admitted},
+                   {home + "/.Private/ECRYPTFS", encrypted},
+                   {"/home/.ecryptfs/u/.Private", encrypted},
+                   {folder.path("backup/.snapshots"), snapshots},
+                   {folder.path("backup/.snapshots/1/snapshot"), snapshots},
+                   {folder.path("backup/.snapshots.old"), admitted},
+                   {folder.path("backup/timeshift/snapshots/2026"), snapshots},
+                   {folder.path("backup/timeshift/source"), admitted},
+                   {folder.path("backup/lost+found"), repairs},
+                   {folder.path("backup/lost+found/file"), admitted}});
 }
 
 TEST(RemovalGuards, RefuseLinkedHomeByBothPaths) {

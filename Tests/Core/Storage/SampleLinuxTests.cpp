@@ -191,6 +191,7 @@ TEST_F(SampleLinux, ProtectsWhatItsCategoriesSay) {
                                    {"~/Pictures/Trip", ""},
                                    {"~/Videos/clip", ""},
                                    {"~/Dokumente/letter", ""},
+                                   {"~/Dokumente", "cloud"}, // Nextcloud is in it
                                    {"~/Dokumente/Nextcloud/plan", "cloud"},
                                    {"~/Dropbox (B\xC3\xBCro)/Musik/song", "cloud"},
                                    {"~/.thunderbird/a.default/ImapMail/server/INBOX", "mail"},

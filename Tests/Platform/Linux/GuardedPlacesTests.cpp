@@ -1,6 +1,8 @@
 // Guarded folders keep being guarded, whatever link or mount a path leads through.
 
 #include "Core/Removal/Remover.h"
+#include "Platform/Host.h"
+#include "Platform/MainBundle.h"
 #include "Support/ChildProcess.h"
 #include "Support/EnvironmentVariable.h"
 #include "Support/OwnMounts.h"
@@ -165,6 +167,95 @@ TEST(GuardedPlaces, FoldersWithSubvolumesInsideAreNotDeleted) {
         EXPECT_THAT(Remover::remove(std::vector{items[0]}, RemovalMode::trash).succeeded,
                     ElementsAre(items[0]));
         EXPECT_TRUE(testing::isThere(volume + "/.Trash-0/files/item/a/sub/kept"));
+    });
+}
+
+// The tables of the kernel are those of a sample.
+TEST(GuardedPlaces, WhatIsInUseStays) {
+    testing::inChild([] {
+        const TemporaryFolder folder;
+        setenv("HOME", folder.makeFolder("u").c_str(), 1);
+        for (const char *file : {"swaps/of mine/swapfile", "images/disk.img", "app/lib/library.so",
+                                 "app/lib/data", "app/notes", "images/other.img"})
+            folder.makeFile(file);
+        std::filesystem::create_hard_link(folder.path("swaps/of mine/swapfile"), folder.path("second name"));
+        folder.makeLink("images/link", "disk.img");
+        const std::string top = folder.path();
+        folder.writeFile("root/proc/swaps",
+                         "Filename\tType\tSize\tUsed\tPriority\n/dev/dm-1 partition\t1\t0\t-2\n" + top +
+                             "/swaps/of\\040mine/swapfile  file\t\t1048572\t0\t-3\n");
+        folder.writeFile("root/sys/block/loop7/loop/backing_file", top + "/images/disk.img\n");
+        folder.writeFile("root/sys/block/sda/size", "1\n");
+        folder.writeFile("root/proc/self/maps",
+                         "7f00-7f10 r-xp 00001000 08:01 12  " + top +
+                             "/app/lib/library.so\n7f10-7f20 r--p "
+                             "00000000 08:01 13  " +
+                             top + "/app/lib/data\n7f20-7f30 r-xp 00000000 00:00 0  [vdso]\n");
+        Host::useRoot(folder.path("root"));
+        EXPECT_EQ(reasonFor(top + "/swaps/of mine/swapfile"),
+                  "“swapfile” is an active swap file. Turn it off first.");
+        EXPECT_EQ(reasonFor(top + "/second name"),
+                  "“second name” is an active swap file. Turn it off first.");
+        EXPECT_EQ(reasonFor(top + "/swaps"), "“swaps” contains an active swap file: " + top +
+                                                 "/swaps/of mine/swapfile. Turn it off first.");
+        EXPECT_EQ(reasonFor(top + "/images/disk.img"),
+                  "“disk.img” is a disk image that is in use. Eject it first.");
+        EXPECT_EQ(reasonFor(top + "/app"),
+                  "“app” contains a part of Brimvale, which is running: " + top + "/app/lib/library.so.");
+        for (const char *free : {"/images/link", "/images/other.img", "/app/lib/data", "/app/notes"})
+            EXPECT_EQ(reasonFor(top + free), "") << free;
+        // This program itself is found in the true tables.
+        const FileURL program = mainBundle().url;
+        EXPECT_EQ(reasonFor(program.path()),
+                  "“" + std::string(program.fileName()) + "” is a part of Brimvale, which is running.");
+    });
+}
+
+TEST(GuardedPlaces, FoldersBesideHomesAndOfProgramsStay) {
+    testing::inChild([] {
+        const TemporaryFolder folder;
+        enterHome(folder);
+        const TemporaryFolder other;
+        EXPECT_EQ(reasonFor(other.path()), "") << "beside it in a folder with other uses";
+        for (const char *cache : {"/var/cache/apt", "/var/cache/ldconfig", "/var/log/apt"})
+            if (testing::isThere(cache)) {
+                EXPECT_NE(reasonFor(cache), "") << cache;
+            }
+        if (testing::isThere("/var/log/dpkg.log")) {
+            EXPECT_EQ(reasonFor("/var/log/dpkg.log"), "");
+        }
+    });
+}
+
+// Moving it away would take the volume that is mounted from it along.
+TEST(GuardedPlaces, MountedSubvolumesStayWhereTheWholeVolumeIsMountedToo) {
+    testing::inChild([] {
+        const TemporaryFolder folder;
+        const std::string volume = folder.makeFolder("volume"), home = folder.makeFolder("home");
+        if (!testing::ownMounts() || !testing::mountBtrfs(volume))
+            GTEST_SKIP() << "there is no Btrfs here";
+        folder.makeFolder("volume/deep");
+        ASSERT_TRUE(testing::makeSubvolume(volume + "/deep", "@home"));
+        ASSERT_TRUE(testing::makeSubvolume(volume, "other"));
+        ASSERT_TRUE(testing::mountAlsoAt(volume + "/deep/@home", home));
+        EXPECT_EQ(reasonFor(volume + "/deep/@home"),
+                  "“@home” is a Btrfs subvolume that is mounted as a volume. Eject it first.");
+        EXPECT_EQ(reasonFor(volume + "/deep"),
+                  "“deep” contains a Btrfs subvolume that is mounted as a volume: " + volume +
+                      "/deep/@home. Eject it first.");
+        EXPECT_EQ(reasonFor(volume + "/other"), "");
+    });
+}
+
+TEST(GuardedPlaces, FilesWithAnotherMountedOverThemStay) {
+    testing::inChild([] {
+        const TemporaryFolder folder;
+        folder.makeFile("item");
+        folder.makeFile("over it");
+        if (!testing::ownMounts() || !testing::mountAlsoAt(folder.path("over it"), folder.path("item")))
+            GTEST_SKIP() << "mounting is not permitted here";
+        EXPECT_EQ(reasonFor(folder.path("item")),
+                  "“item” has something mounted over it. Unmount that first.");
     });
 }
 
