@@ -186,17 +186,16 @@ TEST(FileRemoval, MissingPermissionKeepsEverything) {
         const TemporaryFolder folder;
         folder.makeFile("locked/file");
         folder.makeFile("locked/folder/file");
-        folder.makeFile("item/inner/deep/file");
+        folder.makeFile("item/unreadable/file");
         folder.makeFile("unreadable/file");
         folder.makeFolder("unreadable and empty");
         fs::permissions(folder.path("locked"), fs::perms(0555));
-        fs::permissions(folder.path("item/inner/deep"), fs::perms(0555));
+        fs::permissions(folder.path("item/unreadable"), fs::perms(0333));
         fs::permissions(folder.path("unreadable"), fs::perms(0333));
         fs::permissions(folder.path("unreadable and empty"), fs::perms(0000));
         const std::vector<std::string> before = listing(folder.path());
 
-        for (const char *item :
-             {"locked/file", "locked/folder", "locked", "item", "item/inner", "unreadable"})
+        for (const char *item : {"locked/file", "locked/folder", "item", "item/unreadable", "unreadable"})
             EXPECT_EQ(outcomeOfRemoving(folder.path(item)), over(513, EACCES)) << item;
         EXPECT_EQ(testing::removeItemAt(FileURL(folder.path("item")))->localizedDescription,
                   "“item” couldn’t be removed because you don’t have permission to access it.");
@@ -204,6 +203,28 @@ TEST(FileRemoval, MissingPermissionKeepsEverything) {
         // Neither the parent of an item nor an empty folder has to be readable.
         EXPECT_EQ(outcomeOfRemoving(folder.path("unreadable/file")), "gone");
         EXPECT_EQ(outcomeOfRemoving(folder.path("unreadable and empty")), "gone");
+    });
+}
+
+// As the module trees of Go are.
+TEST(FileRemoval, OwnReadOnlyFoldersBecomeWritable) {
+    testing::inChild([] {
+        testing::becomeOrdinaryUser();
+        const TemporaryFolder folder;
+        for (const char *path : {"item/a/file", "item/a/b/c/file", "kept/a/b/unreadable/file"})
+            folder.makeFile(path);
+        for (const char *path : {"item/a/b/c", "item/a/b", "item/a", "item", "kept/a/b", "kept/a", "kept"})
+            fs::permissions(folder.path(path), fs::perms(0555));
+        fs::permissions(folder.path("kept/a/b/unreadable"), fs::perms(0333));
+        EXPECT_EQ(outcomeOfRemoving(folder.path("item")), "gone");
+
+        // What stays is as it was.
+        EXPECT_EQ(outcomeOfRemoving(folder.path("kept")), over(513, EACCES));
+        for (const char *path : {"kept", "kept/a", "kept/a/b"})
+            EXPECT_EQ(fs::status(folder.path(path)).permissions(), fs::perms(0555)) << path;
+        EXPECT_EQ(fs::status(folder.path("kept/a/b/unreadable")).permissions(), fs::perms(0333));
+        EXPECT_TRUE(isThere(folder.path("kept/a/b/unreadable/file")));
+        fs::permissions(folder.path("kept/a/b/unreadable"), fs::perms(0755));
     });
 }
 

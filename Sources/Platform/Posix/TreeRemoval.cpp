@@ -58,7 +58,16 @@ int TreeRemoval::run() {
     }
     for (std::thread &helper : helpers)
         helper.join();
+    if (error_ != 0)
+        restorePermissions();
     return error_;
+}
+
+/// Call when no thread removes anything any more.
+void TreeRemoval::restorePermissions() {
+    for (Branch &branch : branches_)
+        if (branch.folder != nullptr)
+            branch.writeBit.takeBack(*branch.folder);
 }
 
 void TreeRemoval::work(std::optional<Task> task) {
@@ -101,17 +110,27 @@ std::optional<TreeRemoval::Task> TreeRemoval::empty(const Task &task) {
             return fail(ESTALE);
         self_ = folder.duplicate();
     }
-    std::optional<Subfolders> subfolders = removeEntries(task, folder);
-    if (!subfolders)
+    return enter(task, std::move(folder), place->identity);
+}
+
+/// Continues with an opened folder: that of the task.
+std::optional<TreeRemoval::Task> TreeRemoval::enter(const Task &task, Folder folder,
+                                                    const FileIdentity &identity) {
+    WriteBit writeBit;
+    std::optional<Subfolders> subfolders = removeEntries(task, folder, writeBit);
+    if (!subfolders) {
+        writeBit.takeBack(folder);
         return std::nullopt;
+    }
     if (subfolders->count > 0)
-        return grow(task, std::move(folder), place->identity, *std::move(subfolders));
+        return grow(task, std::move(folder), identity, *std::move(subfolders), writeBit);
     return Task{task.branch, task.folder, task.name, true};
 }
 
 /// Removes everything but the subfolders from the folder of the task, and returns these. Nothing after a
 /// failure.
-std::optional<TreeRemoval::Subfolders> TreeRemoval::removeEntries(const Task &task, Folder &folder) {
+std::optional<TreeRemoval::Subfolders> TreeRemoval::removeEntries(const Task &task, Folder &folder,
+                                                                  WriteBit &writeBit) {
     // All names are read before the first entry is removed: file systems may leave out names of a folder that
     // changes while it is read.
     std::string names;
@@ -130,7 +149,8 @@ std::optional<TreeRemoval::Subfolders> TreeRemoval::removeEntries(const Task &ta
         const char *name = names.c_str() + next;
         const std::size_t length = std::strlen(name) + 1;
         next += length;
-        if (unlinkat(folder.descriptor(), name, 0) == 0) {
+        if (unlinkat(folder.descriptor(), name, 0) == 0 ||
+            (errno == EACCES && writeBit.add(folder) && unlinkat(folder.descriptor(), name, 0) == 0)) {
             progress_.entriesRemoved.fetch_add(1, std::memory_order_relaxed);
             continue;
         }
@@ -213,11 +233,13 @@ std::optional<TreeRemoval::Task> TreeRemoval::afterRemoving(const Task &task) {
 
 /// Makes a branch of the folder and takes its first subfolder.
 std::optional<TreeRemoval::Task> TreeRemoval::grow(const Task &task, Folder folder,
-                                                   const FileIdentity &identity, Subfolders subfolders) {
+                                                   const FileIdentity &identity, Subfolders subfolders,
+                                                   WriteBit writeBit) {
     const auto open = std::make_shared<const Folder>(std::move(folder));
     const std::lock_guard guard(lock_);
     const std::size_t count = subfolders.count;
-    branches_.push_back({task.branch, task.name, identity, {}, nullptr, std::move(subfolders), count});
+    branches_.push_back(
+        {task.branch, task.name, identity, {}, nullptr, std::move(subfolders), count, writeBit});
     Branch &branch = branches_.back();
     branch.self = std::prev(branches_.end());
     keepOpen(branch, open);

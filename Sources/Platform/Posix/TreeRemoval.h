@@ -3,6 +3,7 @@
 #include "Platform/Folder.h"
 #include "Platform/OpenedItem.h"
 #include "Platform/Posix/Place.h"
+#include "Platform/Posix/WriteBit.h"
 #include "Platform/RemovalProgress.h"
 
 #include <atomic>
@@ -26,6 +27,11 @@ namespace brimvale {
 /// A thread enters a folder and stays until no subfolder waits there; other threads take subfolders from any
 /// open folder. Few folders stay open, however deep the tree: a closed one is opened again by the thread that
 /// comes back up to it.
+///
+/// A folder in the tree that the user owns but may not write to gets that permission back. The parent of the
+/// item keeps its permissions: it is not to be removed. If the removal fails, folders that are still open get
+/// their former permissions again; one that was closed, or that a killed program leaves, stays writable for
+/// its owner.
 class TreeRemoval {
 public:
     /// The item must outlive it.
@@ -58,6 +64,7 @@ private:
         OpenFolder folder; ///< null while closed to save descriptors
         Subfolders waiting;
         std::size_t unfinished; ///< subfolders that wait or are being removed
+        WriteBit writeBit = {};
     };
 
     /// The next work of a thread: remove one folder of a branch.
@@ -71,12 +78,14 @@ private:
     void work(std::optional<Task> task);
     std::optional<Task> waitForTask();
     std::optional<Task> empty(const Task &task);
-    std::optional<Subfolders> removeEntries(const Task &task, Folder &folder);
+    std::optional<Task> enter(const Task &task, Folder folder, const FileIdentity &identity);
+    std::optional<Subfolders> removeEntries(const Task &task, Folder &folder, WriteBit &writeBit);
     std::optional<Task> removeUnopened(const Task &task);
     std::optional<Task> removeEmptied(const Task &task);
     std::optional<Task> afterRemoving(const Task &task);
     std::optional<Task> grow(const Task &task, Folder folder, const FileIdentity &identity,
-                             Subfolders subfolders);
+                             Subfolders subfolders, WriteBit writeBit);
+    void restorePermissions();
 
     /// Whether the task is to remove the item itself.
     static bool isItem(const Task &task) { return task.branch->parent == nullptr; }

@@ -123,7 +123,7 @@ TEST(Trash, MissingPermissionKeepsItem) {
             const std::string file = folder.makeFile("locked/file");
             const std::string inner = folder.makeFolder("place/not writable");
             fs::permissions(folder.path("locked"), fs::perms(0555));
-            fs::permissions(inner, fs::perms(0555));
+            fs::permissions(inner, fs::perms(0111));
             EXPECT_EQ(outcome(file), over(513, EACCES));
             EXPECT_EQ(testing::moveToTrashAt(FileURL(file))->localizedDescription,
                       "“file” couldn’t be moved to the trash because you don’t have permission to access "
@@ -134,6 +134,11 @@ TEST(Trash, MissingPermissionKeepsItem) {
             EXPECT_EQ(outcome(inner), over(513, EACCES));
             EXPECT_TRUE(isThere(inner));
             EXPECT_THAT(originalPaths(folder.path("home/data/Trash")), IsEmpty());
+            // The user's own folder gets that permission for as long as it moves.
+            fs::permissions(inner, fs::perms(0555));
+            EXPECT_EQ(outcome(inner), "trashed");
+            EXPECT_EQ(fs::status(folder.path("home/data/Trash/files/not writable")).permissions(),
+                      fs::perms(0555));
             // Its parent folder need not be readable.
             const std::string hidden = folder.makeFile("unreadable/file");
             fs::permissions(folder.path("unreadable"), fs::perms(0333));
