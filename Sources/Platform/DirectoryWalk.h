@@ -16,9 +16,13 @@ namespace brimvale {
 /// The visitor's handle for a folder. The walk passes it back unchanged.
 using FolderHandle = void *;
 
-/// Whether a walk enters a subfolder, and why not: it may be on another volume, or a placeholder for a folder
-/// of a cloud provider.
-enum class SubfolderKind : std::uint8_t { walkable, otherVolume, dataless };
+/// Whether a walk enters a subfolder, and why not: it may be on another volume, a placeholder for a folder
+/// of a cloud provider, or a snapshot, which shows the files of another folder once more.
+enum class SubfolderKind : std::uint8_t { walkable, otherVolume, dataless, snapshot };
+
+/// The kind of a subfolder that has another device than its open parent folder. A subvolume of Btrfs is part
+/// of its volume; a read-only one that was made of another is a snapshot.
+[[nodiscard]] SubfolderKind kindOnOtherDevice(const Folder &parent, const char *name);
 
 /// Receives what a walk finds. One visitor serves one walk and is called only on the walk's thread. A folder
 /// is reported completely, from `enter` to `leave` or `interrupted`, before any of its subfolders is entered.
@@ -28,6 +32,16 @@ public:
 
     /// `folder` is about to be read. `depth` is 0 for the folders that a walk was started with.
     virtual void enter(FolderHandle folder, const std::string &path, int depth) = 0;
+
+    /// Whether entries of the folder at `path` may have to be left out unseen.
+    [[nodiscard]] virtual bool hasUnseen(const std::string & /*path*/) { return false; }
+
+    /// Whether this entry of such a folder is left out: not even its status is read, because that may wait
+    /// for another machine. Then the visitor has noted it.
+    [[nodiscard]] virtual bool leavesUnseen(FolderHandle /*folder*/, const std::string & /*folderPath*/,
+                                            std::string_view /*name*/) {
+        return false;
+    }
 
     /// A file, a link or anything else that is not a folder.
     virtual void file(FolderHandle folder, std::string_view name, const FileStatus &status) = 0;

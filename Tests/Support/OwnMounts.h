@@ -25,7 +25,7 @@ namespace brimvale::testing {
 /// Makes a snapshot of the Btrfs subvolume at `original`, which nobody can write to if it is read-only. False
 /// on failure.
 [[nodiscard]] bool makeSnapshot(const std::string &original, const std::string &folder,
-                                const std::string &name, bool isReadOnly);
+                                const std::string &name, bool isReadOnly = true);
 
 /// Puts the temporary folders that this process, a child, makes from now on into memory, at `path`, where
 /// that is permitted: thousands of files are made there many times as fast as on a disk.

@@ -35,10 +35,18 @@ void setFigures(FSNode &node, const FileStatus &status, ScanState &state) {
     node.fileCount = 1;
 }
 
-/// A skipped entry directly in the scan root. Of its status only its identity is read.
+/// An entry directly in the scan root that is skipped for its path; null for any other. Of its status only
+/// its identity is read, if any.
 std::unique_ptr<FSNode> skippedNode(FSNode &root, const Folder &folder, const std::string &path,
                                     const char *name, const ScanState &state) {
+    const std::optional<SkipReason> unseen = state.skipped.unseen(joinPath(path, name));
+    if (!unseen && !state.skipped.contains(path, name))
+        return nullptr;
     auto node = std::make_unique<FSNode>(name, root, true);
+    if (unseen) {
+        node->markSkipped(false, *unseen);
+        return node;
+    }
     if (const std::optional<FileStatus> status = folder.statusOfEntry(name))
         node->setIdentity(status->identity);
     node->markSkipped(state.options.cloudProviderPaths.contains(joinPath(path, name)));
@@ -63,9 +71,10 @@ PendingFolders listRoot(FSNode &root, Folder folder, const std::string &path, Sc
     PendingFolders pending(std::move(folder), path);
     std::vector<std::unique_ptr<FSNode>> nodes;
     int namesLeft = namesAfterCancelling;
+    const std::uint64_t device = pending.folder().identity().value_or(FileIdentity()).device;
     while (const char *name = pending.folder().nextName()) {
-        if (state.skipped.contains(path, name)) {
-            root.adopt(skippedNode(root, pending.folder(), path, name, state));
+        if (std::unique_ptr<FSNode> skipped = skippedNode(root, pending.folder(), path, name, state)) {
+            root.adopt(std::move(skipped));
             continue;
         }
         if (state.stats.cancelled()) {
@@ -84,6 +93,9 @@ PendingFolders listRoot(FSNode &root, Folder folder, const std::string &path, Sc
         nodes.back()->setIdentity(status->identity);
         if (status->isDataless)
             nodes.back()->markSkipped(true);
+        else if (status->identity.device != device &&
+                 kindOnOtherDevice(pending.folder(), name) == SubfolderKind::snapshot)
+            nodes.back()->markSkipped(false, SkipReason::snapshot);
         else
             pending.add(name, nodes.back().get(), status->identity);
     }
@@ -128,7 +140,7 @@ std::int64_t DiskScanner::quickSize(const std::string &path, const ScanOptions &
     if (status->kind != FileKind::directory)
         return status->allocatedBytes;
     const std::string standardised = usualPath(FileURL(path)).path();
-    const SkipList skipped(options.skippedPaths);
+    const SkipList skipped(options);
     if (skipped.contains(standardised) || status->isDataless)
         return 0;
 
@@ -149,7 +161,7 @@ DiskScanner::QuickFigures DiskScanner::quickFigures(const std::string &path, con
                 .freedBytes = hasOtherNames(*status) ? 0 : status->allocatedBytes,
                 .entries = 1};
     const std::string standardised = usualPath(FileURL(path)).path();
-    const SkipList skipped(options.skippedPaths);
+    const SkipList skipped(options);
     if (skipped.contains(standardised) || status->isDataless)
         return {.entries = 1};
 

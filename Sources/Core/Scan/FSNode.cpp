@@ -127,6 +127,7 @@ void FSNode::swapContents(FSNode &other) {
     std::swap(unreadable, other.unreadable);
     std::swap(isNotDescended, other.isNotDescended);
     std::swap(isCloudProvider, other.isCloudProvider);
+    std::swap(skipReason, other.skipReason);
     std::swap(hasLinkedFiles, other.hasLinkedFiles);
     std::swap(size, other.size);
     std::swap(logicalSize, other.logicalSize);

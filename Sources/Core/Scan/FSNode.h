@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Scan/SkipReason.h"
 #include "Platform/FileStatus.h"
 
 #include <cstdint>
@@ -38,11 +39,12 @@ public:
     const std::string name;
     const bool isDirectory; ///< also true for a skipped folder; false for an aggregate
     bool isAggregate = false;
-    bool unreadable = false;      ///< could not be read, at least in part
-    bool isNotDescended = false;  ///< skipped; its sizes stay 0
-    bool hasLinkedFiles = false;  ///< a folder with files that have several names
-    bool isCloudProvider = false; ///< skipped because a cloud provider has its contents
-    std::uint8_t marks = 0;       ///< state bits of the outline that shows it
+    bool unreadable = false;                     ///< could not be read, at least in part
+    bool isNotDescended = false;                 ///< skipped; its sizes stay 0
+    bool hasLinkedFiles = false;                 ///< a folder with files that have several names
+    bool isCloudProvider = false;                ///< skipped because a cloud provider has its contents
+    std::uint8_t marks = 0;                      ///< state bits of the outline that shows it
+    SkipReason skipReason = SkipReason::managed; ///< of a skipped folder
     std::uint32_t row = 0;        ///< its position among its siblings in the outline, or a later one
     std::uint32_t device = 0;     ///< of `identity`; here it takes no memory of its own
     std::int64_t size = 0;        ///< allocated bytes of this node and its descendants; shown and sorted by
@@ -60,9 +62,10 @@ public:
     void subtractFromAncestors() const;
 
     /// Marks it as skipped.
-    void markSkipped(bool belongsToCloudProvider) {
+    void markSkipped(bool belongsToCloudProvider, SkipReason reason = SkipReason::managed) {
         isNotDescended = true;
         isCloudProvider = belongsToCloudProvider;
+        skipReason = reason;
     }
 
     /// Which entry of the disk this is, as the scan found it; nothing for an aggregate and for an entry whose

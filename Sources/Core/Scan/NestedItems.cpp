@@ -25,7 +25,8 @@ NestedItem &NestedItems::add(const std::string &path, std::size_t group, bool is
     if (known == nullptr) {
         auto item = std::make_unique<NestedItem>();
         item->path = path;
-        const std::optional<FileStatus> status = isTimeLeft ? fileStatus(path) : std::nullopt;
+        const bool isSeen = isTimeLeft && !skipped_.unseen(path);
+        const std::optional<FileStatus> status = isSeen ? fileStatus(path) : std::nullopt;
         if (status)
             item->measured = {.modified = status->modified, .isFolder = status->kind == FileKind::directory};
         if (item->measured.isFolder) {

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "Core/Scan/SkipReason.h"
 #include "Platform/Host.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace brimvale {
@@ -23,6 +26,9 @@ struct ScanOptions {
     /// The skipped folders that belong to cloud providers.
     PathSet cloudProviderPaths;
 
+    /// Folders that are not entered, and of which not even the status is read, unless a walk begins there.
+    std::unordered_map<std::string, SkipReason> unseenPaths = {};
+
     /// The standard options of a scan for `host`, with everything to skip.
     [[nodiscard]] static ScanOptions standard(const Host &host = Host::current());
 
@@ -31,21 +37,32 @@ struct ScanOptions {
 
     /// The cloud providers' folders in the host's home.
     [[nodiscard]] static PathSet cloudProviderRoots(const Host &host = Host::current());
+
+    /// Mounts that another machine or a program answers for, and those that show what is counted elsewhere.
+    /// Where the home is in such a mount, that is not one.
+    [[nodiscard]] static std::unordered_map<std::string, SkipReason>
+    currentUnseenPaths(const Host &host = Host::current());
 };
 
 /// Tells quickly whether a folder found in a walk is skipped: composes its path only if its name is the last
 /// component of a skipped path.
 class SkipList {
 public:
-    explicit SkipList(const PathSet &paths);
+    explicit SkipList(const ScanOptions &options);
     SkipList(const SkipList &) = delete;
     SkipList &operator=(const SkipList &) = delete;
 
     [[nodiscard]] bool contains(const std::string &path) const { return paths_.contains(path); }
     [[nodiscard]] bool contains(const std::string &folderPath, std::string_view name) const;
 
+    /// Whether anything directly in this folder is left out unseen, and why an entry of it or a path is.
+    [[nodiscard]] bool hasUnseen(const std::string &folderPath) const;
+    [[nodiscard]] std::optional<SkipReason> unseen(const std::string &path) const;
+
 private:
     PathSet paths_;
+    std::unordered_map<std::string, SkipReason> unseen_;
+    PathSet foldersOfUnseen_;
     std::unordered_set<std::string_view> lastNames_; ///< views into `paths_`
 };
 

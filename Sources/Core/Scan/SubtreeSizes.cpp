@@ -1,6 +1,7 @@
 #include "Core/Scan/SubtreeSizes.h"
 
 #include "Base/Bytes.h"
+#include "Base/FileURL.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/NestedItems.h"
 #include "Core/Scan/SumLimit.h"
@@ -36,6 +37,8 @@ public:
     [[nodiscard]] bool isSkipped(const std::string &folderPath, std::string_view name) const {
         return skipped_.contains(folderPath, name);
     }
+    [[nodiscard]] bool hasUnseen(const std::string &path) const { return skipped_.hasUnseen(path); }
+    [[nodiscard]] bool isUnseen(const std::string &path) const { return skipped_.unseen(path).has_value(); }
     [[nodiscard]] NestedItem *innerItem(const std::string &folderPath, std::string_view name) const {
         return items_.inner(folderPath, name);
     }
@@ -80,6 +83,11 @@ public:
     explicit Adding(Run &run) : run_(run) {}
 
     void enter(FolderHandle, const std::string &, int) override { bytes_ = begun_ = 0; }
+    [[nodiscard]] bool hasUnseen(const std::string &path) override { return run_.hasUnseen(path); }
+    [[nodiscard]] bool leavesUnseen(FolderHandle, const std::string &folderPath,
+                                    std::string_view name) override {
+        return run_.isUnseen(joinPath(folderPath, name));
+    }
     void file(FolderHandle folder, std::string_view, const FileStatus &status) override {
         if (run_.admits(status))
             bytes_ = checkedAdd(bytes_, status.allocatedBytes);
@@ -120,8 +128,8 @@ std::optional<FolderHandle> Adding::subfolder(FolderHandle folder, const std::st
 
 Run::Run(const std::vector<SubtreeSizes::Group> &groups, const ScanOptions &options,
          const StopFlag &cancelled, const SubtreeSizes::Finished &finished, WalkPool &pool)
-    : options_(options), skipped_(options.skippedPaths), cancelled_(cancelled), finished_(finished),
-      pool_(pool), items_(skipped_), groups_(groups.size()) {
+    : options_(options), skipped_(options), cancelled_(cancelled), finished_(finished), pool_(pool),
+      items_(skipped_), groups_(groups.size()) {
     for (std::size_t group = 0; group < groups.size(); ++group) {
         for (const std::string &path : groups[group])
             groups_[group].push_back(&items_.add(path, group, !cancelled_.isSet()));

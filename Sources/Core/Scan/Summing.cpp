@@ -1,6 +1,7 @@
 #include "Core/Scan/Summing.h"
 
 #include "Base/Bytes.h"
+#include "Base/FileURL.h"
 
 #include <cerrno>
 
@@ -29,6 +30,12 @@ Summing::~Summing() {
     sums_.bytes.add(bytes_);
     sums_.entries.add(entries_);
     sums_.unreadable.add(unreadable_);
+}
+
+bool Summing::leavesUnseen(FolderHandle, const std::string &folderPath, std::string_view name) {
+    const bool isUnseen = sums_.skipped.unseen(joinPath(folderPath, name)).has_value();
+    entries_ += isUnseen ? 1 : 0;
+    return isUnseen;
 }
 
 void Summing::file(FolderHandle, std::string_view, const FileStatus &status) {

@@ -54,6 +54,9 @@ public:
     ~Summing() override;
 
     void enter(FolderHandle, const std::string &, int) override {}
+    [[nodiscard]] bool hasUnseen(const std::string &path) override { return sums_.skipped.hasUnseen(path); }
+    [[nodiscard]] bool leavesUnseen(FolderHandle, const std::string &folderPath,
+                                    std::string_view name) override;
     void file(FolderHandle, std::string_view, const FileStatus &status) override;
     std::optional<FolderHandle> subfolder(FolderHandle, const std::string &folderPath, std::string_view name,
                                           const FileIdentity &, SubfolderKind) override;

@@ -1,7 +1,9 @@
 #include "Core/Scan/TreeBuilder.h"
 
 #include "Base/Bytes.h"
+#include "Base/FileURL.h"
 
+#include <optional>
 #include <utility>
 
 namespace brimvale {
@@ -31,6 +33,15 @@ void TreeBuilder::enter(FolderHandle /*folder*/, const std::string &path, int de
         return;
     publish();
     state_.stats.setCurrent(path);
+}
+
+bool TreeBuilder::leavesUnseen(FolderHandle folder, const std::string &folderPath, std::string_view name) {
+    const std::optional<SkipReason> reason = state_.skipped.unseen(joinPath(folderPath, name));
+    if (!reason)
+        return false;
+    children_.push_back(std::make_unique<FSNode>(std::string(name), nodeOf(folder), true));
+    children_.back()->markSkipped(false, *reason);
+    return true;
 }
 
 void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileStatus &status) {
@@ -68,6 +79,8 @@ std::optional<FolderHandle> TreeBuilder::subfolder(FolderHandle folder, const st
     child->setIdentity(identity);
     if (kind == SubfolderKind::dataless)
         child->markSkipped(true);
+    else if (kind == SubfolderKind::snapshot)
+        child->markSkipped(false, SkipReason::snapshot);
     else if (state_.skipped.contains(folderPath, name))
         child->markSkipped(state_.options.cloudProviderPaths.contains(child->path()));
     else

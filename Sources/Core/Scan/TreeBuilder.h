@@ -19,7 +19,7 @@ namespace brimvale {
 /// State shared by all walks of one scan.
 struct ScanState {
     ScanState(const ScanOptions &scanOptions, ScanStats &scanStats)
-        : options(scanOptions), skipped(scanOptions.skippedPaths), stats(scanStats) {}
+        : options(scanOptions), skipped(scanOptions), stats(scanStats) {}
 
     const ScanOptions options;
     const SkipList skipped;
@@ -41,6 +41,9 @@ public:
     ~TreeBuilder() override { publish(); }
 
     void enter(FolderHandle folder, const std::string &path, int depth) override;
+    [[nodiscard]] bool hasUnseen(const std::string &path) override { return state_.skipped.hasUnseen(path); }
+    [[nodiscard]] bool leavesUnseen(FolderHandle folder, const std::string &folderPath,
+                                    std::string_view name) override;
     void file(FolderHandle folder, std::string_view name, const FileStatus &status) override;
     std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
                                           std::string_view name, const FileIdentity &identity,

@@ -87,6 +87,7 @@ bool DirectoryWalk::step() {
 /// to walk, it becomes the last frame. False when the walk was cancelled.
 bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity &identity) {
     Siblings siblings;
+    const bool hasUnseen = visitor_.hasUnseen(path_);
     while (const char *name = folder.nextName()) {
         if (cancelled_.isSet()) {
             visitor_.interrupted(handle);
@@ -94,6 +95,8 @@ bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity 
             abandonAll();
             return false;
         }
+        if (hasUnseen && visitor_.leavesUnseen(handle, path_, name))
+            continue;
         const std::optional<FileStatus> status = folder.statusOfEntry(name);
         if (!status) {
             visitor_.noStatus(handle);
@@ -103,7 +106,7 @@ bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity 
             visitor_.containsAncestor(handle);
         } else {
             const bool isOnWalkedDevice = crossesMountPoints_ || status->identity.device == identity.device;
-            const SubfolderKind kind = !isOnWalkedDevice    ? SubfolderKind::otherVolume
+            const SubfolderKind kind = !isOnWalkedDevice    ? kindOnOtherDevice(folder, name)
                                        : status->isDataless ? SubfolderKind::dataless
                                                             : SubfolderKind::walkable;
             const std::optional<FolderHandle> sub =

@@ -23,6 +23,25 @@ std::vector<std::string> storagePoints(std::string_view table) {
 
 } // namespace
 
+TEST(MountTable, KnowsWhatIsNeverWalked) {
+    const auto kindOf = [](const std::string &line) {
+        const std::vector<Mount> mounts = mountsIn("30 1 0:40 / " + line);
+        return mounts.size() == 1 ? kindOfUnwalked(mounts.front()) : std::nullopt;
+    };
+    for (const char *type :
+         {"fuse.sshfs u@host:", "fuse.portal portal", "fuse.gvfsd-fuse gvfsd-fuse", "fuse x"})
+        EXPECT_EQ(kindOf("/mnt/a rw - " + std::string(type)), UnwalkedMount::program) << type;
+    for (const char *type : {"nfs4 host:/a", "cifs //host/a", "9p share", "virtiofs share"})
+        EXPECT_EQ(kindOf("/mnt/a rw - " + std::string(type)), UnwalkedMount::otherMachine) << type;
+    EXPECT_EQ(kindOf("/snap/core/1 ro - squashfs /dev/loop0"), UnwalkedMount::image);
+    const std::string store = "/home/u/.local/share/containers/storage/overlay/1/merged";
+    EXPECT_EQ(kindOf("/var/lib/docker/overlay2/1/merged rw - overlay overlay"), UnwalkedMount::container);
+    EXPECT_EQ(kindOf(store + " rw - overlay overlay"), UnwalkedMount::container);
+    for (const char *walked : {"/mnt/a rw - fuseblk /dev/sdb1", "/ rw - overlay overlay",
+                               "/mnt/live rw - overlay overlay", "/home rw - btrfs /dev/sda2"})
+        EXPECT_EQ(kindOf(walked), std::nullopt) << walked;
+}
+
 TEST(MountTable, DecodesEscapesInNames) {
     const std::vector<Mount> mounts = mountsIn(
         "30 1 8:2 / / rw,noatime shared:1 master:2 - ext4 /dev/sda2 rw\n"
