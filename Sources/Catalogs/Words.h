@@ -24,6 +24,9 @@ struct Words {
     std::string measuringHelp;     ///< how to let the program measure unreadable items, as a sentence
     std::string listingHelp;       ///< how to let the program list a folder, as a sentence
 
+    std::string freesAtMost; ///< that a removal may free less than its size, as a sentence; not told on a Mac
+    std::string atMost;      ///< the same after the size of a selection: " at most"
+
     std::string purgeableSpace;  ///< after a size and a space: "of the free space is purgeable, …"
     std::string unreadableSpace; ///< after a colon and a space: what unreadable space may be, and advice
     std::string snapshotsTitle;  ///< "Time Machine local snapshots"

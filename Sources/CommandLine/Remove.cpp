@@ -1,5 +1,6 @@
 #include "CommandLine/Commands.h"
 
+#include "Catalogs/Words.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/JsonWriter.h"
 #include "CommandLine/PathOperands.h"
@@ -101,11 +102,13 @@ std::string question(const RemovalOperands &operands, const std::vector<CleanupE
         items += " of " + Fmt::count(all);
     items += (all == 1 ? " item (" : " items (") + Fmt::byteFormatter(bytes) + ")";
     const std::string places = realPlaces(entries);
+    const std::string limit =
+        RemovalReport::freesAtMost(entries) ? " " + Words::current().freesAtMost : std::string();
     if (route == Route::trash)
-        return places + "Move " + items + " to the Trash?";
+        return places + "Move " + items + " to the Trash?" + limit;
     return places + "Delete " + items +
            (route == Route::administrator ? " immediately, as the administrator?" : " immediately?") +
-           " This cannot be undone.";
+           " This cannot be undone." + limit;
 }
 
 RemovalResult removeBy(Route route, const std::vector<CleanupEntry> &entries, RemovalProgress &progress) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace brimvale {
 
@@ -18,6 +19,16 @@ namespace brimvale {
 /// system with its subvolumes, on a Mac the volumes of one container). Links are followed. Empty if it cannot
 /// be read.
 [[nodiscard]] std::string storageOf(const std::string &path);
+
+/// Waits until `freeSpace` includes what was deleted before in the folder at `path`, where the file system
+/// only counts that when it writes it out (Btrfs, XFS, ZFS). False if this takes longer than a few seconds.
+/// Nothing to wait for on a Mac.
+[[nodiscard]] bool awaitFreeSpace(const std::string &path);
+
+/// Whether deleting one of these items, at absolute paths, may free less than its size because its file
+/// system lets files share their blocks with snapshots and copies. Reads only the mount table. False on a
+/// Mac, whose sizes are told as they are.
+[[nodiscard]] bool mayShareBlocks(const std::vector<std::string> &paths);
 
 /// Writes everything in memory to the disk for the file system of the existing item at `path`, so that its
 /// figures are final. Errors are not reported: the copy then lacks the data and fails its check.

@@ -22,12 +22,13 @@ Host hostOf(System system) {
 std::vector<std::string> fieldsOf(const Words &words) {
     const auto &[thisComputer, theSystem, rootName, noBytes, includeSystemApps, revealItem, openFolder,
                  showBackupCopy, grantAccess, whyGrantAccess, accessNoticeTitle, accessNotice, accessAdvice,
-                 measuringHelp, listingHelp, purgeableSpace, unreadableSpace, snapshotsTitle,
-                 snapshotsRemark] = words;
-    return {thisComputer,      theSystem,       rootName,       noBytes,        includeSystemApps,
-            revealItem,        openFolder,      showBackupCopy, grantAccess,    whyGrantAccess,
-            accessNoticeTitle, accessNotice,    accessAdvice,   measuringHelp,  listingHelp,
-            purgeableSpace,    unreadableSpace, snapshotsTitle, snapshotsRemark};
+                 measuringHelp, listingHelp, freesAtMost, atMost, purgeableSpace, unreadableSpace,
+                 snapshotsTitle, snapshotsRemark] = words;
+    return {thisComputer,      theSystem,    rootName,       noBytes,         includeSystemApps,
+            revealItem,        openFolder,   showBackupCopy, grantAccess,     whyGrantAccess,
+            accessNoticeTitle, accessNotice, accessAdvice,   measuringHelp,   listingHelp,
+            freesAtMost,       atMost,       purgeableSpace, unreadableSpace, snapshotsTitle,
+            snapshotsRemark};
 }
 
 /// What a category says to the user.
@@ -100,6 +101,14 @@ TEST(Catalog, GuardedPathsAreWellFormed) {
             EXPECT_TRUE(path == "/" || (path.starts_with('/') && !path.ends_with('/'))) << path;
         for (const std::string &prefix : paths.protectedPrefixes)
             EXPECT_TRUE(prefix.starts_with('/') && prefix.ends_with('/')) << prefix;
+        for (const GuardedPlace &tree : paths.trees)
+            EXPECT_TRUE(tree.place.starts_with('/') && tree.place.ends_with('/')) << tree.place;
+        for (const auto *names : {&paths.namesOfTrees, &paths.structuralNames})
+            for (const GuardedPlace &name : *names)
+                EXPECT_TRUE(!name.place.starts_with('/') && !name.place.ends_with('/')) << name.place;
+        for (const auto *folders : {&paths.foldersOfEntries, &paths.foldersOfFolders})
+            for (const GuardedPlace &folder : *folders)
+                EXPECT_TRUE(folder.place.starts_with('/') && !folder.place.ends_with('/')) << folder.place;
         for (const std::string &prefix : paths.openPrefixes)
             EXPECT_TRUE(prefix.starts_with('/') && prefix.ends_with('/')) << prefix;
     }

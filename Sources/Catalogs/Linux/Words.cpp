@@ -21,6 +21,9 @@ Words words() {
         .accessAdvice = "Folders that you do not allow read as empty.",
         .measuringHelp = "Its owner or an administrator can change that.",
         .listingHelp = "The rights of the folder's owner, or of an administrator, would help.",
+        .freesAtMost = "Deleting frees at most this size, because files on this volume can share their space "
+                       "with snapshots and copies.",
+        .atMost = " at most",
         .purgeableSpace = "of the free space is purgeable, meaning the system is holding it but will give it "
                           "back under pressure. Mostly caches that are built again when needed.",
         .unreadableSpace = "mostly snapshots, deleted files that a program still has open, folders that only "

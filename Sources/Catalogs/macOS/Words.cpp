@@ -25,6 +25,9 @@ Words words() {
             "that you do not allow read as empty.",
         .measuringHelp = "Full Disk Access would let this be measured.",
         .listingHelp = "Full Disk Access, or the rights of the folder's owner, would help.",
+        .freesAtMost = "Deleting frees at most this size, because files on this volume can share their space "
+                       "with snapshots and copies.",
+        .atMost = " at most",
         .purgeableSpace = "of the free space is purgeable, meaning macOS is holding it but will give it back "
                           "under pressure. Mostly Time Machine snapshots and evictable caches.",
         .unreadableSpace = "mostly Time Machine local snapshots, which count as purgeable rather than used, "

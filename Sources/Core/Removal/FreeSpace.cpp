@@ -45,7 +45,12 @@ FreeSpace::FreeSpace(const std::vector<FileURL> &items, RemovalActions &actions)
 }
 
 std::string FreeSpace::remarkOn(std::int64_t deleted) const {
-    if (volumes_.empty() || deleted < smallestDifference)
+    if (volumes_.empty() || deleted <= 0)
+        return {};
+    bool isFinal = true; // each volume is waited for
+    for (const Volume &volume : volumes_)
+        isFinal = actions_.awaitFreeSpace(remaining(volume.folder)) && isFinal;
+    if (!isFinal || deleted < smallestDifference)
         return {};
     std::int64_t gained = 0;
     for (const Volume &volume : volumes_) {

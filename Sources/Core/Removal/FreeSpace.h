@@ -19,7 +19,8 @@ public:
 
     /// If the free space has grown by much less or more than the deleted bytes: this, with the likely reason,
     /// as a sentence. Otherwise empty, also where the free space is not known. Small removals are not
-    /// checked, because other programs write at the same time.
+    /// checked, because other programs write at the same time. When this returns, the free space of the
+    /// volumes includes what was deleted, unless a disk is slow.
     [[nodiscard]] std::string remarkOn(std::int64_t deleted) const;
 
 private:

@@ -30,6 +30,7 @@ public:
     std::optional<std::int64_t> freeSpace(const FileURL &folder) override {
         return brimvale::freeSpace(folder.path());
     }
+    bool awaitFreeSpace(const FileURL &folder) override { return brimvale::awaitFreeSpace(folder.path()); }
     void settle(const FileURL &folder) override { syncFileSystem(folder.path()); }
 };
 

@@ -54,6 +54,9 @@ public:
     /// The free bytes of the volume of a folder; nothing if they are not known. Changes nothing.
     [[nodiscard]] virtual std::optional<std::int64_t> freeSpace(const FileURL &) { return std::nullopt; }
 
+    /// Waits until `freeSpace` includes what was deleted; false if that takes too long.
+    [[nodiscard]] virtual bool awaitFreeSpace(const FileURL &) { return true; }
+
     /// Writes out what was deleted on the volume of a folder, so that `freeSpace` is final.
     virtual void settle(const FileURL &) {}
 

@@ -2,9 +2,12 @@
 
 #include "Base/Text.h"
 #include "Core/Text/Formatting.h"
+#include "Platform/FileSystem.h"
+#include "Platform/Host.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <unordered_set>
 
 namespace brimvale::RemovalReport {
 
@@ -66,6 +69,15 @@ std::vector<std::string> remarkLines(const RemovalResult &result) {
 std::string trashRemark(std::int64_t bytes) {
     return "This frees about " + Fmt::byteFormatter(bytes) +
            ". Moving to Trash does not free space until the Trash is emptied.";
+}
+
+bool freesAtMost(const std::vector<CleanupEntry> &items) {
+    if (Host::currentSystem() != platformSystem())
+        return false;
+    std::unordered_set<std::string> folders;
+    for (const CleanupEntry &item : items)
+        folders.insert(item.url.parent().path());
+    return mayShareBlocks({folders.begin(), folders.end()});
 }
 
 } // namespace brimvale::RemovalReport

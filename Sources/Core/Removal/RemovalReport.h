@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Catalogs/CleanupEntry.h"
 #include "Core/Removal/RemovalResult.h"
 
 #include <cstdint>
@@ -37,6 +38,10 @@ namespace RemovalReport {
 /// The remark on moving to the Trash: "This frees about 4.2 GB. Moving to Trash does not free space until the
 /// Trash is emptied."
 [[nodiscard]] std::string trashRemark(std::int64_t bytes);
+
+/// Whether deleting these items may free less than their size, and the user is told so. Reads the mount
+/// table.
+[[nodiscard]] bool freesAtMost(const std::vector<CleanupEntry> &items);
 
 } // namespace RemovalReport
 

@@ -3,7 +3,10 @@
 #include "Platform/FileStatus.h"
 #include "Platform/Linux/MountTable.h"
 
+#include <algorithm>
+#include <chrono>
 #include <fcntl.h>
+#include <future>
 #include <linux/btrfs.h>
 #include <linux/fs.h>
 #include <linux/magic.h>
@@ -11,7 +14,10 @@
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/vfs.h>
+#include <system_error>
+#include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace brimvale {
 
@@ -45,6 +51,31 @@ std::string storageOf(const std::string &path) {
     const Mount *mount = mountAt(mounts, path);
     return mount != nullptr && mount->point != path && mount->type == "btrfs" ? storageOf(mount->point)
                                                                               : asText(record.st_dev);
+}
+
+// The kernel cannot be told to give up, so a thread that waits too long is left behind.
+bool awaitFreeSpace(const std::string &path) {
+    constexpr std::chrono::seconds patience{5};
+    const std::vector<Mount> mounts = currentMounts();
+    const Mount *mount = mountAt(mounts, path);
+    if (mount == nullptr || !hasSharedBlocks(*mount))
+        return true;
+    std::packaged_task<void()> task([path] { syncFileSystem(path); });
+    const std::future<void> done = task.get_future();
+    try {
+        std::thread(std::move(task)).detach();
+    } catch (const std::system_error &) {
+        return false; // there is no thread to be had
+    }
+    return done.wait_for(patience) == std::future_status::ready;
+}
+
+bool mayShareBlocks(const std::vector<std::string> &paths) {
+    const std::vector<Mount> mounts = currentMounts();
+    return std::any_of(paths.begin(), paths.end(), [&](const std::string &path) {
+        const Mount *mount = mountAt(mounts, path);
+        return mount != nullptr && hasSharedBlocks(*mount);
+    });
 }
 
 void syncFileSystem(const std::string &path) {

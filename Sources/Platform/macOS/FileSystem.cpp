@@ -27,6 +27,14 @@ std::string storageOf(const std::string &path) {
                                                             : device;
 }
 
+bool awaitFreeSpace(const std::string & /*path*/) {
+    return true;
+}
+
+bool mayShareBlocks(const std::vector<std::string> & /*paths*/) {
+    return false;
+}
+
 void syncFileSystem(const std::string &path) {
     // sync only starts writing, but some network volumes support nothing else.
     if (sync_volume_np(path.c_str(), SYNC_VOLUME_FULLSYNC | SYNC_VOLUME_WAIT) != 0)

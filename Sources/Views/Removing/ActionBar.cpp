@@ -1,8 +1,12 @@
 #include "Views/Removing/ActionBar.h"
 
+#include "Catalogs/Words.h"
+#include "Core/Removal/RemovalReport.h"
+#include "Platform/Host.h"
 #include "Views/Components/DestructiveButton.h"
 #include "Views/Components/Metrics.h"
 #include "Views/Components/Shortcuts.h"
+#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Removing/RemovalModePicker.h"
 #include "Views/Removing/SelectionTexts.h"
@@ -15,7 +19,8 @@ using namespace Qt::StringLiterals;
 namespace brimvale {
 
 ActionBar::ActionBar(QWidget *parent)
-    : Bar(parent), selection_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+    : Bar(parent), freesAtMost_(RemovalReport::freesAtMost({{.url = homeFolder().appending("item")}})),
+      selection_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       note_(new TextLabel(Type::Size::caption, TextLabel::Tone::warning, this)),
       refusal_(new TextLabel(Type::Size::caption, TextLabel::Tone::warning, this)),
       picker_(new RemovalModePicker(this)), remove_(new DestructiveButton(this)) {
@@ -73,7 +78,11 @@ void ActionBar::resetMode() {
 }
 
 void ActionBar::showSelection() {
-    selection_->setText(isBusy_ ? u"Removing…"_s : selectionText(count_, bytes_));
+    const QString selected = selectionText(count_, bytes_);
+    const bool isLimit = freesAtMost_ && count_ > 0;
+    selection_->setText(isBusy_   ? u"Removing…"_s
+                        : isLimit ? selected + text(Words::current().atMost)
+                                  : selected);
     remove_->setText(removalTitle(count_, bytes_));
     remove_->setEnabled(count_ > 0 && !isBusy_);
 }

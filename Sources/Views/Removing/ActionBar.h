@@ -35,6 +35,9 @@ signals:
 private:
     void showSelection();
 
+    /// Whether less may be freed than is selected. The pages with this bar show what is on the volume of the
+    /// home.
+    const bool freesAtMost_;
     std::int64_t count_ = 0;
     std::int64_t bytes_ = 0;
     bool isBusy_ = false;

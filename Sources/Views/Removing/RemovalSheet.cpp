@@ -1,5 +1,6 @@
 #include "Views/Removing/RemovalSheet.h"
 
+#include "Catalogs/Words.h"
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Text/Formatting.h"
@@ -43,7 +44,7 @@ std::string remarkOn(const RemovalRequest &request, RemovalMode mode) {
 
 RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
     : Sheet("removalSheet", u"Remove"_s, parent), request_(std::move(request)),
-      picker_(new RemovalModePicker(this)),
+      freesAtMost_(RemovalReport::freesAtMost(request_.items)), picker_(new RemovalModePicker(this)),
       remark_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       remove_(new DestructiveButton(this)) {
     picker_->setMode(request_.mode);
@@ -99,7 +100,9 @@ QWidget *RemovalSheet::makeItemList() {
 void RemovalSheet::showMode() {
     const RemovalMode mode = picker_->mode();
     remove_->setText(mode == RemovalMode::trash ? u"Move to Trash"_s : u"Delete Immediately"_s);
-    const QString remark = text(remarkOn(request_, mode));
+    QString remark = text(remarkOn(request_, mode));
+    if (freesAtMost_)
+        remark += (remark.isEmpty() ? u""_s : u" "_s) + text(Words::current().freesAtMost);
     remark_->setText(remark);
     remark_->setVisible(!remark.isEmpty());
 }

@@ -38,6 +38,7 @@ private:
     void showMode();
 
     RemovalRequest request_;
+    bool freesAtMost_; ///< not always the size of the items
     RemovalModePicker *picker_;
     TextLabel *remark_;
     DestructiveButton *remove_;

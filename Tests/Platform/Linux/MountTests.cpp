@@ -1,16 +1,21 @@
 #include "Core/Removal/RemovalGuards.h"
 #include "Core/Scan/DiskScanner.h"
+#include "Core/Scan/NodeExplanation.h"
 #include "Core/Scan/SubtreeSizes.h"
 #include "Platform/FileStatus.h"
+#include "Platform/FileSystem.h"
 #include "Platform/Mounts.h"
 #include "Support/ChildProcess.h"
 #include "Support/OwnMounts.h"
 #include "Support/ReferenceScan.h"
 #include "Support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <gmock/gmock.h>
 #include <limits>
+#include <random>
 #include <sys/mount.h>
 #include <thread>
 #include <unistd.h>
@@ -65,6 +70,99 @@ TEST(Mounts, ScanEntersOnlyMountsDirectlyInRoot) {
         EXPECT_EQ(size("disk"), size("disk/plain"));
         EXPECT_GT(size("volume"), 0);
         EXPECT_EQ(size("loop"), size("loop/file"));
+    });
+}
+
+// A subvolume has a device of its own, but is no mount.
+TEST(Mounts, SubvolumesBelongToTheirVolume) {
+    testing::inChild([] {
+        const TemporaryFolder folder;
+        const std::string volume = folder.makeFolder("volume");
+        if (!ownMounts() || !testing::mountBtrfs(volume))
+            GTEST_SKIP() << "there is no Btrfs here";
+        ASSERT_TRUE(testing::makeSubvolume(folder.makeFolder("volume/home"), "sub"));
+        ASSERT_TRUE(testing::makeSubvolume(volume, "top"));
+        for (const char *file : {"volume/home/sub/deep/file", "volume/top/file"})
+            folder.writeFile(file, std::string(2'000'000, 'x'));
+        ASSERT_TRUE(testing::makeSnapshot(volume + "/home/sub", volume + "/home", "snapshot"));
+        ASSERT_TRUE(testing::makeSnapshot(volume + "/top", volume, "snapshot"));
+        syncFileSystem(volume);
+        ScanStats stats;
+        const auto tree = DiskScanner::scan(volume, {}, stats);
+        EXPECT_EQ(tree->fileCount, 2);
+        EXPECT_EQ(tree->size, 2 * DiskScanner::quickSize(volume + "/top", {}));
+        EXPECT_GE(DiskScanner::quickSize(volume + "/home", {}), 2'000'000);
+        const auto child = [](const FSNode &node, std::string_view name) {
+            for (const auto &one : node.children())
+                if (one->name == name)
+                    return one.get();
+            return static_cast<FSNode *>(nullptr);
+        };
+        const FSNode *home = child(*tree, "home");
+        ASSERT_NE(home, nullptr);
+        for (const FSNode *snapshot : {child(*tree, "snapshot"), child(*home, "snapshot")}) {
+            ASSERT_NE(snapshot, nullptr);
+            EXPECT_TRUE(snapshot->isNotDescended);
+            EXPECT_EQ(snapshot->size, 0);
+            EXPECT_EQ(explanation(*snapshot),
+                      "Skipped. A read-only snapshot shares most of its files with the "
+                      "folder that it was made of.");
+        }
+        // A scan of the snapshot itself is a scan like any other.
+        EXPECT_GE(DiskScanner::scan(volume + "/snapshot", {}, stats)->size, 2'000'000);
+    });
+}
+
+// Btrfs counts what was deleted only when it writes that out, up to half a minute later.
+TEST(Mounts, FreeSpaceIncludesWhatWasDeletedAfterWaiting) {
+    testing::inChild([] {
+        const TemporaryFolder folder;
+        const std::string volume = folder.makeFolder("volume");
+        if (!ownMounts() || !testing::mountBtrfs(volume))
+            GTEST_SKIP() << "there is no Btrfs here";
+        constexpr std::int64_t bytes = 30'000'000;
+        std::string noise(bytes, ' ');
+        std::generate(noise.begin(), noise.end(), std::minstd_rand());
+        const std::string file = folder.writeFile("volume/file", noise);
+        syncFileSystem(volume);
+        const std::int64_t before = freeSpace(volume).value_or(0);
+        ASSERT_EQ(unlink(file.c_str()), 0);
+        EXPECT_TRUE(awaitFreeSpace(volume));
+        EXPECT_GT(freeSpace(volume).value_or(0), before + bytes / 2);
+        EXPECT_TRUE(mayShareBlocks({"/proc", file}));
+        EXPECT_FALSE(mayShareBlocks({"/proc"}));
+    });
+}
+
+// The scan would wait for ever if it asked for as much as the status of the dead ones.
+TEST(Mounts, ScansLeaveOutWhatProgramsServe) {
+    testing::inChild([] {
+        const TemporaryFolder folder;
+        folder.makeFile("disk/inner/file", 5000);
+        const std::string inside = folder.makeFolder("disk/inner/dead"), top = folder.makeFolder("dead");
+        setenv("HOME", folder.makeFolder("home").c_str(), 1);
+        if (!ownMounts() || !testing::mountSilent(inside) || !testing::mountSilent(top))
+            GTEST_SKIP() << "mounting is not permitted here";
+        const ScanOptions options = ScanOptions::standard();
+        ScanStats stats;
+        const auto tree = DiskScanner::scan(folder.path(), options, stats);
+        EXPECT_EQ(tree->fileCount, 1);
+        ASSERT_EQ(tree->children().size(), 3U);
+        const FSNode &dead = *tree->children().front(); // skipped ones come first
+        EXPECT_EQ(dead.name, "dead");
+        EXPECT_TRUE(dead.isNotDescended);
+        EXPECT_EQ(
+            explanation(dead),
+            "Skipped. A program answers for its files, which may be on another machine. Scan this folder "
+            "by itself to measure it.");
+        EXPECT_EQ(tree->dirCount, 5);
+        EXPECT_EQ(DiskScanner::quickSize(folder.path("disk"), options), 8192);
+        EXPECT_EQ(DiskScanner::quickFigures(folder.path("disk"), options).entries, 4);
+        SubtreeSizes::measure({{folder.path("disk"), inside}}, options, {},
+                              [](std::size_t, const std::vector<MeasuredItem> &items) {
+                                  EXPECT_EQ(items.at(0).bytes, 8192);
+                                  EXPECT_EQ(items.at(1).bytes, 0);
+                              });
     });
 }
 
