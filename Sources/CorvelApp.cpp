@@ -1,6 +1,7 @@
 #include "Base/Diagnostics.h"
 #include "Base/Version.h"
 #include "Platform/FileSizeLimit.h"
+#include "Platform/Folder.h"
 #include "Platform/SystemLog.h"
 #include "Views/Window/Application.h"
 #include "Views/Window/Launch.h"
@@ -29,6 +30,7 @@ int runWindow(const Launch &launch, char **argv) {
 int main(int argc, char **argv) {
     setDiagnosticLog(writeToSystemLog);
     failAtFileSizeLimit();
+    raiseDescriptorLimit();
     const std::span<const char *const> words(argv, static_cast<std::size_t>(argc));
     const auto read = Launch::read(words.subspan(1), version);
     if (const auto *refusal = std::get_if<Launch::Refusal>(&read)) {

@@ -7,6 +7,7 @@
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Platform/FileSizeLimit.h"
+#include "Platform/Folder.h"
 #include "Platform/Host.h"
 #include "Platform/SystemLog.h"
 
@@ -68,6 +69,7 @@ int runBrimvalectl(std::span<const char *const> words) {
     setDiagnosticLog(writeToSystemLog);
     occupyStandardStreams();
     failAtFileSizeLimit();
+    raiseDescriptorLimit();
     Output output(stdout);
     ExitStatus status = runProgram(words, output);
     if (const std::optional<FileError> failure = output.finish()) {

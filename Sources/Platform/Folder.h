@@ -70,4 +70,8 @@ private:
 /// The number of descriptors this process may have open at once.
 [[nodiscard]] std::size_t descriptorLimit();
 
+/// Lets this process have as many open as all walks of folders can use, if the system permits it and permits
+/// fewer so far, as a Mac does. Call it once, when the program starts.
+void raiseDescriptorLimit();
+
 } // namespace brimvale

@@ -87,4 +87,15 @@ std::size_t descriptorLimit() {
     return limit.rlim_cur == RLIM_INFINITY ? std::numeric_limits<std::size_t>::max() : limit.rlim_cur;
 }
 
+// Tools that are started inherit the limit. It is the usual one of Linux, and the most that select(2) can
+// take, so they can do with it.
+void raiseDescriptorLimit() {
+    constexpr rlim_t enough = 1024;
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= enough)
+        return;
+    limit.rlim_cur = std::min(enough, limit.rlim_max);
+    static_cast<void>(setrlimit(RLIMIT_NOFILE, &limit));
+}
+
 } // namespace brimvale

@@ -257,6 +257,22 @@ TEST(DiskScanner, ScansDeepTreeWithFewDescriptors) {
     EXPECT_EQ(quickSize(inside), quickSize(folder.path("long")) / 4);
 }
 
+// A Mac starts programs with 256 descriptors.
+TEST(DiskScanner, HasAllWorkersAfterTheLimitOfDescriptorsIsRaised) {
+    testing::inChild([] {
+        rlimit limit{256, 4096};
+        ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+        EXPECT_LT(WalkPool::usualWorkerCount(), 15);
+        raiseDescriptorLimit();
+        EXPECT_EQ(WalkPool::usualWorkerCount(), 15);
+        EXPECT_EQ(descriptorLimit(), 1024U);
+        limit = {256, 300};
+        ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+        raiseDescriptorLimit();
+        EXPECT_EQ(descriptorLimit(), 300U);
+    });
+}
+
 TEST(DiskScanner, ScansWithoutExtraThreads) {
     const TemporaryFolder folder;
     folder.makeFile("a/b/file", 5000);
