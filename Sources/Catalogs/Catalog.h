@@ -2,6 +2,7 @@
 
 #include "Catalogs/AccessProbes.h"
 #include "Catalogs/AppLocations.h"
+#include "Catalogs/CleanupNotes.h"
 #include "Catalogs/CleanupTarget.h"
 #include "Catalogs/GuardedPaths.h"
 #include "Catalogs/JoinedFolders.h"
@@ -17,7 +18,8 @@
 namespace brimvale {
 
 /// Everything the program knows about a system, as data. Values that depend on a home folder or a host are
-/// functions of it. Only the storage categories may look at the disk, and only for which places there are.
+/// functions of it. Only the cleanup targets and storage
+/// categories may look at the disk, and only for which places there are.
 struct Catalog {
     Words words;
 
@@ -40,6 +42,12 @@ struct Catalog {
     /// The places where data collects that programs create again by themselves, in the order shown; not yet
     /// measured.
     std::vector<CleanupTarget> (*cleanupTargets)(const Host &host);
+    /// What to measure for the targets with these ids, in their order; reads the disk. Null where the roots
+    /// of the targets say it.
+    std::vector<CleanupFinding> (*cleanupFindings)(const Host &host,
+                                                   const std::vector<std::string> &ids) = nullptr;
+    /// Which of these programs are running. Null where no entry names one.
+    std::vector<bool> (*areRunning)(const Host &host, const std::vector<ProgramSigns> &programs) = nullptr;
     /// The parts of the used space, in the order shown. `others` are the folders of other
     /// users, as places of the catalog.
     std::vector<StorageCategory> (*storageCategories)(const Host &host, std::vector<std::string> others);

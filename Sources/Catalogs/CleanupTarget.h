@@ -20,7 +20,10 @@ struct CleanupTarget {
     bool contentsOnly = true;       ///< the entries are the children of each root, never the root itself
     std::vector<CleanupEntry> entries = {}; ///< empty until measured
     bool scanned = false;
-    bool hasUnreadableRoot = false; ///< a root exists, but could not be listed when it was measured
+    bool hasUnreadableRoot = false;         ///< a root exists, but could not be listed when it was measured
+    std::string symbol = {};                ///< the name of its icon; empty for none
+    std::vector<std::string> commands = {}; ///< free space there in the tools' own way, for the user to copy
+    bool hasPlace = true;                   ///< this machine has a place for it; otherwise it is not shown
 
     friend bool operator==(const CleanupTarget &, const CleanupTarget &) = default;
 };

@@ -56,6 +56,8 @@ void writeTargets(Output &output, const Targets &targets) {
 void writeDetails(Output &output, const CleanupTarget &target) {
     output.write(target.title + ", " + Fmt::byteFormatter(CleanupEntries::totalSize(target.entries)) + " (" +
                  std::string(label(target.risk)) + ")\n" + target.detail + "\n");
+    for (const std::string &command : target.commands)
+        output.write("In a terminal: " + command + "\n");
     writeEntryTable(output, target.entries);
 }
 
@@ -65,10 +67,9 @@ ExitStatus runCleanup(const Arguments &arguments, Output &output) {
     for (const std::string_view id : ids)
         if (targetNamed(targets, id) == targets.end())
             return refuseUnknown(id, targets);
-    if (!ids.empty())
-        std::erase_if(targets, [&](const CleanupTarget &one) {
-            return std::find(ids.begin(), ids.end(), one.id) == ids.end();
-        });
+    std::erase_if(targets, [&](const CleanupTarget &one) {
+        return ids.empty() ? !one.hasPlace : std::find(ids.begin(), ids.end(), one.id) == ids.end();
+    });
 
     const StopFlag cancelled;
     const Interruption interruption(cancelled);

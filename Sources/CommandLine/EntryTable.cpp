@@ -4,15 +4,49 @@
 #include "CommandLine/TextTable.h"
 #include "Core/Text/Formatting.h"
 
+#include <algorithm>
+#include <string>
+
 namespace brimvale::commandLine {
+
+namespace {
+
+/// What the catalog knows about an entry besides its place.
+std::string noteOn(const CleanupEntry &entry) {
+    if (!entry.notes)
+        return "";
+    std::string note = terminalText(entry.notes->name);
+    const auto add = [&](const std::string &more) { note += (note.empty() ? "" : "; ") + more; };
+    if (entry.isInUse() && entry.keptBecause().empty())
+        add(terminalText(entry.notes->program->name) + " is running");
+    if (!entry.keptBecause().empty())
+        add("kept: " + terminalText(entry.keptBecause()));
+    if (!entry.notes->command.empty())
+        add("run " + terminalText(entry.notes->command));
+    if (entry.freesLess())
+        add("may free less");
+    return note;
+}
+
+} // namespace
 
 void writeEntryTable(Output &output, const std::vector<CleanupEntry> &entries) {
     if (entries.empty())
         return;
-    TextTable table({TextTable::sizeColumn("SIZE"), TextTable::ageColumn("MODIFIED"), {"PATH"}});
-    for (const CleanupEntry &entry : entries)
-        table.add({Fmt::byteFormatter(entry.size), Fmt::relativeDate(entry.modified),
-                   terminalText(entry.url.path())});
+    const bool hasNotes = std::any_of(entries.begin(), entries.end(),
+                                      [](const CleanupEntry &entry) { return !noteOn(entry).empty(); });
+    std::vector<TextTable::Column> columns = {
+        TextTable::sizeColumn("SIZE"), TextTable::ageColumn("MODIFIED"), {"PATH"}};
+    if (hasNotes)
+        columns.push_back({"NOTE"});
+    TextTable table(columns);
+    for (const CleanupEntry &entry : entries) {
+        std::vector<std::string> cells = {Fmt::byteFormatter(entry.size), Fmt::relativeDate(entry.modified),
+                                          terminalText(entry.url.path())};
+        if (hasNotes)
+            cells.push_back(noteOn(entry));
+        table.add(cells);
+    }
     table.write(output);
 }
 

@@ -23,6 +23,18 @@ void writeDate(JsonWriter &json, std::string_view name, const std::optional<Date
     json.member(name, date ? std::optional(iso8601(*date)) : std::nullopt);
 }
 
+/// What the catalog knows about an entry; an empty text is a missing value.
+void writeNotes(JsonWriter &json, const CleanupEntry &entry) {
+    const auto member = [&](std::string_view name, const std::string &text) {
+        json.member(name, text.empty() ? std::nullopt : std::optional(text));
+    };
+    member("name", entry.notes->name);
+    member("keptBecause", entry.keptBecause());
+    member("command", entry.notes->command);
+    json.member("mayFreeLess", entry.freesLess());
+    member("runningProgram", entry.isInUse() ? entry.notes->program->name : "");
+}
+
 /// The members of each kind of action, after its case.
 struct ActionWriter {
     JsonWriter &json;
@@ -73,6 +85,8 @@ void writeRecord(JsonWriter &json, const CleanupEntry &entry) {
     json.member("size", entry.size);
     writeDate(json, "modified", entry.modified);
     json.member("isFolder", entry.isFolder);
+    if (entry.notes)
+        writeNotes(json, entry);
     json.end();
 }
 
@@ -87,6 +101,13 @@ void writeRecord(JsonWriter &json, const CleanupTarget &target) {
     json.key("entries");
     writeRecords(json, target.entries);
     json.member("scanned", target.scanned);
+    if (!target.commands.empty()) {
+        json.key("commands");
+        json.beginArray();
+        for (const std::string &command : target.commands)
+            json.value(command);
+        json.end();
+    }
     json.end();
 }
 

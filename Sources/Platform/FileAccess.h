@@ -22,6 +22,9 @@ namespace brimvale {
 /// Whether it opens for reading. It is closed at once; a pipe does not block the call.
 [[nodiscard]] bool opensForReading(const std::string &path);
 
+/// Whether it is a file or a folder, not a link or the like, and belongs to the user who runs the program.
+[[nodiscard]] bool isOwnItem(const std::string &path);
+
 /// Whether it is a folder whose contents can be listed.
 [[nodiscard]] bool canListContents(const std::string &path);
 

@@ -52,6 +52,8 @@ TEST(Words, AreCompleteForBothSystems) {
     for (const StorageCategory &category : StorageCategories::all(hostOf(System::linux)))
         for (const std::string &text : textsOf(category))
             texts.push_back(text);
+    for (const CleanupTarget &target : catalogOf(System::linux).cleanupTargets(hostOf(System::linux)))
+        texts.insert(texts.end(), {target.title, target.detail});
     for (const std::string &one : texts)
         for (const char *mac : {"Mac", "macOS", "Finder", "Time Machine", "Full Disk Access", "Apple",
                                 "Xcode", "Keychain", "iCloud", "Photos"})

@@ -1,7 +1,7 @@
 #include "Catalogs/Linux/Catalog.h"
 
+#include "Catalogs/Linux/RunningPrograms.h"
 #include "Catalogs/Linux/SystemName.h"
-#include "Catalogs/macOS/Catalog.h"
 
 namespace brimvale::linuxCatalog {
 
@@ -21,8 +21,6 @@ std::optional<AccessProbes> accessProbes(const Host & /*host*/) {
 } // namespace
 
 const Catalog &catalog() {
-    // Linux has no list of its own yet for Cleanup.
-    const Catalog &mac = macOSCatalog::catalog();
     static const Catalog catalog = {
         .words = words(),
         .scanRoots = {{"Home folder", "~"},
@@ -38,7 +36,9 @@ const Catalog &catalog() {
         .accessProbes = accessProbes,
         .appRoots = appRoots,
         .leftoverRules = leftoverRules,
-        .cleanupTargets = mac.cleanupTargets,
+        .cleanupTargets = cleanupTargets,
+        .cleanupFindings = cleanupFindings,
+        .areRunning = areRunning,
         .storageCategories = storageCategories,
         .systemDataRoots = systemDataRoots,
         .otherUsers = {.homes = "/home", .shared = ""},

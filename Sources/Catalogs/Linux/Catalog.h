@@ -11,6 +11,9 @@ namespace brimvale::linuxCatalog {
 [[nodiscard]] GuardedPaths guardedPaths(const FileURL &home);
 [[nodiscard]] AppRoots appRoots(const Host &host);
 [[nodiscard]] LeftoverRules leftoverRules(const Host &host);
+[[nodiscard]] std::vector<CleanupTarget> cleanupTargets(const Host &host);
+[[nodiscard]] std::vector<CleanupFinding> cleanupFindings(const Host &host,
+                                                          const std::vector<std::string> &ids);
 [[nodiscard]] std::vector<StorageCategory> storageCategories(const Host &host,
                                                              std::vector<std::string> others);
 [[nodiscard]] std::vector<std::string> systemDataRoots(const Host &host);

@@ -30,13 +30,18 @@ constexpr std::pair<std::string_view, const char *> usualUserFolders[] = {
     {"XDG_MUSIC_DIR", "Music"},         {"XDG_PICTURES_DIR", "Pictures"},   {"XDG_PUBLICSHARE_DIR", "Public"},
     {"XDG_TEMPLATES_DIR", "Templates"}, {"XDG_VIDEOS_DIR", "Videos"}};
 
-/// The folder that a variable names, if it does, and the usual one: a program that was started from the
-/// desktop does not see what a shell sets.
-std::vector<std::string> foldersOf(const BaseFolder &folder, const Host &host) {
-    std::vector<std::string> folders;
-    const char *chosen = std::getenv(folder.variable);
-    if (chosen != nullptr && chosen[0] == '/' && host.home == homeFolder())
-        folders.push_back(FileURL(chosen).standardized().path());
+/// The folder that a variable of the environment names, if it does.
+std::vector<std::string> folderInEnvironment(const std::string &variable, const Host &host) {
+    const char *chosen = std::getenv(variable.c_str());
+    if (chosen == nullptr || chosen[0] != '/' || host.home != homeFolder())
+        return {};
+    return {FileURL(chosen).standardized().path()};
+}
+
+/// The folder that the environment names and the usual one: a program that was started from the desktop does
+/// not see what a shell sets.
+std::vector<std::string> baseFoldersOf(const BaseFolder &folder, const Host &host) {
+    std::vector<std::string> folders = folderInEnvironment(folder.variable, host);
     std::string usual = host.home.appending(folder.usual).path();
     if (folders.empty() || folders.front() != usual)
         folders.push_back(std::move(usual));
@@ -53,7 +58,7 @@ std::vector<std::string> sortedNames(const std::string &folder) {
 
 Places::Places(const Host &host) : host_(host), userFolders_(userDirectories(host.home)) {
     for (const BaseFolder &one : knownBaseFolders)
-        baseFolders_[one.name] = foldersOf(one, host);
+        baseFolders_[one.name] = baseFoldersOf(one, host);
 }
 
 std::string Places::placed(const std::string &path) const {
@@ -73,30 +78,47 @@ std::vector<std::string> Places::userFolder(std::string_view variable) const {
 
 /// What a variable at the start of a place stands for.
 std::vector<std::string> Places::startsOf(std::string_view variable) const {
-    const auto base = baseFolders_.find(variable);
-    return base != baseFolders_.end() ? base->second : userFolder(variable.substr(1));
+    if (const auto base = baseFolders_.find(variable); base != baseFolders_.end())
+        return base->second;
+    const std::string name(variable.substr(1));
+    return name.starts_with("XDG_") ? userFolder(name) : folderInEnvironment(name, host_);
+}
+
+/// The paths of a place as they are written, with "*".
+std::vector<std::string> Places::writtenPathsOf(std::string_view place) const {
+    if (!place.starts_with('$'))
+        return {placed(std::string(place))};
+    const std::size_t end = std::min(place.find('/'), place.size());
+    std::vector<std::string> paths = startsOf(place.substr(0, end));
+    for (std::string &path : paths)
+        path += place.substr(end);
+    return paths;
 }
 
 std::vector<std::string> Places::pathsOf(std::string_view place) const {
-    const std::size_t end = std::min(place.find('/'), place.size());
     std::vector<std::string> paths;
-    if (place.starts_with('$'))
-        for (const std::string &start : startsOf(place.substr(0, end)))
-            paths.push_back(start + std::string(place.substr(end)));
-    else
-        paths.push_back(placed(std::string(place)));
-    std::vector<std::string> listed;
-    for (const std::string &path : paths) {
-        const std::size_t star = (path + "/").find("/*/");
-        if (star == std::string::npos) {
-            listed.push_back(path);
-            continue;
-        }
-        const std::string folder = path.substr(0, star);
-        for (const std::string &name : sortedNames(folder))
-            listed.push_back(joinPath(folder, name) + path.substr(star + 2));
+    for (const std::string &path : writtenPathsOf(place))
+        addListed("", path, paths);
+    return paths;
+}
+
+std::vector<std::string> Places::foldersOf(std::string_view place) const {
+    std::vector<std::string> folders = writtenPathsOf(place);
+    for (std::string &folder : folders)
+        folder = folder.substr(0, (folder + "/").find("/*/"));
+    return folders;
+}
+
+/// Adds the paths that `rest`, which begins with a slash or is empty, stands for in a folder.
+void Places::addListed(const std::string &folder, const std::string &rest, std::vector<std::string> &paths) {
+    const std::size_t star = (rest + "/").find("/*/");
+    if (star == std::string::npos) {
+        paths.push_back(folder + rest);
+        return;
     }
-    return listed;
+    const std::string listed = folder + rest.substr(0, star);
+    for (const std::string &name : sortedNames(listed))
+        addListed(joinPath(listed, name), rest.substr(star + 2), paths);
 }
 
 /// Where a path leads that may be a link; empty where nothing is or a link does not count.

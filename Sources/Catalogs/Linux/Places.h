@@ -13,9 +13,9 @@
 namespace brimvale::linuxCatalog {
 
 /// Finds out where the places of a catalog are on this machine. A place is an absolute path; "~/…";
-/// "$DATA/…",
-/// "$CONFIG/…", "$CACHE/…" or "$STATE/…" in the base directories of the desktop; or "$XDG_MUSIC_DIR" and the
-/// like, a folder that the user's settings name. One component may be "*", any entry.
+/// "$DATA/…", "$CONFIG/…", "$CACHE/…" or "$STATE/…" in the base directories of the desktop; "$XDG_MUSIC_DIR"
+/// and the like, a folder that the user's settings name; or "$GOPATH/…" and the like, a folder that another
+/// variable of the environment names. Components may be "*", any entry.
 class Places {
 public:
     /// Reads the user's settings. The environment counts only for the home of the user who runs the program.
@@ -23,6 +23,9 @@ public:
 
     /// The paths of a place, whether or not they exist. What "*" stands for is listed, in order of names.
     [[nodiscard]] std::vector<std::string> pathsOf(std::string_view place) const;
+
+    /// The same up to the first "*", so nothing is listed.
+    [[nodiscard]] std::vector<std::string> foldersOf(std::string_view place) const;
 
     /// The paths of these places that exist, each once, whatever its path. Links in the home lead to the
     /// real folder, other links are left out: the system's folders have such second names. A path that was
@@ -37,6 +40,9 @@ public:
 
 private:
     [[nodiscard]] std::vector<std::string> startsOf(std::string_view variable) const;
+    [[nodiscard]] std::vector<std::string> writtenPathsOf(std::string_view place) const;
+    static void addListed(const std::string &folder, const std::string &rest,
+                          std::vector<std::string> &paths);
     [[nodiscard]] std::vector<std::string> userFolder(std::string_view variable) const;
     [[nodiscard]] std::string realPath(const std::string &path) const;
 

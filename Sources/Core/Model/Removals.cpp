@@ -25,6 +25,18 @@ std::vector<FileURL> urlsOf(const std::vector<CleanupEntry> &entries) {
     return urls;
 }
 
+/// Each entry, and after it the files that go with it. Their sizes are in that of the entry.
+std::vector<CleanupEntry> withCompanions(const std::vector<CleanupEntry> &entries) {
+    std::vector<CleanupEntry> all;
+    for (const CleanupEntry &entry : entries) {
+        all.push_back(entry);
+        if (entry.notes)
+            for (const ItemPin &companion : entry.notes->companions)
+                all.push_back({.url = companion.place, .pin = companion});
+    }
+    return all;
+}
+
 GonePaths trashFolders() {
     const FileURL home = homeFolder();
     return GonePaths({home.appending(".Trash"), home.appending(".local/share/Trash")});
@@ -51,7 +63,7 @@ void Removals::removeNodes(const std::vector<FSNode *> &nodes, RemovalMode mode)
 }
 
 void Removals::removeCleanupEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
-    remove(entries, mode, VolumesAreRead::beforeGone);
+    remove(withCompanions(entries), mode, VolumesAreRead::beforeGone);
 }
 
 void Removals::removeCategoryEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
@@ -79,6 +91,8 @@ void Removals::escalate(const std::vector<FileURL> &urls, const RemovalResult &o
         entries.push_back({.url = url});
         if (const auto pin = of.pins.find(url); pin != of.pins.end())
             entries.back().pin = pin->second;
+        if (const auto notes = of.notes.find(url); notes != of.notes.end())
+            entries.back().notes = notes->second;
     }
     begin(RemovalActivity::asAdministrator, VolumesAreRead::beforeGone, urls,
           [entries, &actions = actions_](RemovalProgress &) {

@@ -67,7 +67,7 @@ std::int64_t notePart(RemovalResult &result, const FileURL &item, const DiskScan
 }
 
 /// The item as it is now; or why it is not removed, as a sentence.
-std::variant<ItemPin, std::string> admit(const RemovalGate &gate, const CleanupEntry &entry) {
+std::variant<ItemPin, std::string> admit(RemovalGate &gate, const CleanupEntry &entry) {
     const RemovalGate::Answer answer = gate.open(entry.url, entry.pin);
     if (const auto *refusal = std::get_if<std::string>(&answer))
         return *refusal;
@@ -76,6 +76,9 @@ std::variant<ItemPin, std::string> admit(const RemovalGate &gate, const CleanupE
     const auto &item = std::get<OpenedItem>(answer);
     if (std::optional<std::string> refusal = RemovalGate::refusalToDelete(item))
         return *std::move(refusal);
+    if (entry.notes)
+        if (std::optional<std::string> refusal = gate.refusalOfTarget(item, *entry.notes))
+            return *std::move(refusal);
     return item.pin();
 }
 
@@ -101,7 +104,7 @@ bool isGone(const FileURL &item) {
 }
 
 RemovalResult removeWithAdmin(const std::vector<CleanupEntry> &entries, RemovalActions &actions) {
-    const RemovalGate gate;
+    RemovalGate gate;
     RemovalResult result;
     std::vector<FileURL> admitted;
     std::vector<ItemPin> pins;

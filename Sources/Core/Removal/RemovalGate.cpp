@@ -1,9 +1,11 @@
 #include "Core/Removal/RemovalGate.h"
 
 #include "Base/Text.h"
+#include "Catalogs/Catalog.h"
 #include "Core/Scan/UsualPath.h"
 #include "Platform/Subvolumes.h"
 
+#include <chrono>
 #include <utility>
 
 namespace brimvale {
@@ -17,6 +19,30 @@ std::optional<std::string> RemovalGate::refusalToDelete(const OpenedItem &item) 
         return name + " is a Btrfs subvolume. Delete it with “btrfs subvolume delete” instead.";
     return name + " contains a Btrfs subvolume: " + displayText(*subvolume) +
            ". Delete that with “btrfs subvolume delete” first.";
+}
+
+std::optional<std::string> RemovalGate::refusalOfTarget(const OpenedItem &item, const CleanupNotes &notes) {
+    if (!notes.keptBecause.empty())
+        return notes.keptBecause;
+    if (notes.rule && !allowsItem(*notes.rule, item.place().path()))
+        return "“" + displayText(item.name()) +
+               "” has changed: it is no longer one of the items that this part "
+               "of Cleanup removes.";
+    if (notes.program && notes.program->mustNotRun && isRunning(notes.program))
+        return displayText(notes.program->name) + " is running. Quit it first.";
+    return std::nullopt;
+}
+
+/// Many entries have the same program, and looking for it takes milliseconds.
+bool RemovalGate::isRunning(const std::shared_ptr<const ProgramSigns> &program) {
+    constexpr std::chrono::seconds believedFor{1};
+    const auto [known, isNew] = running_.try_emplace(program);
+    if (!isNew && now() - known->second.read < believedFor)
+        return known->second.is;
+    const Host host = Host::current();
+    const auto areRunning = catalogOf(host.system).areRunning;
+    known->second = {areRunning != nullptr && areRunning(host, {*program}).front(), now()};
+    return known->second.is;
 }
 
 const RemovalGuards &RemovalGate::guards() {

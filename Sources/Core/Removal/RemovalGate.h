@@ -1,10 +1,13 @@
 #pragma once
 
+#include "Base/Date.h"
 #include "Base/FileURL.h"
+#include "Catalogs/CleanupNotes.h"
 #include "Core/Removal/RemovalGuards.h"
 #include "Platform/Mounts.h"
 #include "Platform/OpenedItem.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,6 +31,11 @@ public:
     /// would stop the deletion half-way. To the Trash it can go. Nothing if it may.
     [[nodiscard]] static std::optional<std::string> refusalToDelete(const OpenedItem &item);
 
+    /// Why a target of Cleanup does not allow the removal of an item any more, as a sentence: it no longer is
+    /// what the target takes, or a program needs it now. Nothing if it does. Not thread-safe.
+    [[nodiscard]] std::optional<std::string> refusalOfTarget(const OpenedItem &item,
+                                                             const CleanupNotes &notes);
+
     /// Nothing when the item may be removed as it is now, otherwise the reason as a sentence. An item that
     /// cannot be opened may be: its removal tells why that fails.
     [[nodiscard]] std::optional<std::string> refusal(const FileURL &item) const;
@@ -37,9 +45,17 @@ public:
 
 private:
     [[nodiscard]] std::optional<std::string> mountRefusal(const OpenedItem &item) const;
+    [[nodiscard]] bool isRunning(const std::shared_ptr<const ProgramSigns> &program);
+
+    /// Whether a program was running, and when that was read.
+    struct Running {
+        bool is = false;
+        Date read;
+    };
 
     std::unique_ptr<MountPoints> mounts_ = std::make_unique<MountPoints>();
     RemovalGuards::Located guarded_ = guards().locate();
+    std::map<std::shared_ptr<const ProgramSigns>, Running> running_;
 };
 
 } // namespace brimvale

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "Base/FileURL.h"
+#include "Catalogs/CleanupNotes.h"
 #include "Core/Removal/RemovalMode.h"
 #include "Platform/OpenedItem.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <tuple>
 #include <unordered_map>
@@ -61,6 +63,8 @@ struct RemovalResult {
     std::vector<FileURL> changed = {};
     /// Items in `needsAdmin` as they were shown, or as they were found. Does not count in comparisons.
     std::unordered_map<FileURL, ItemPin> pins = {};
+    /// What a target of Cleanup says about items in `needsAdmin`. Does not count in comparisons.
+    std::unordered_map<FileURL, std::shared_ptr<const CleanupNotes>> notes = {};
 
     friend bool operator==(const RemovalResult &a, const RemovalResult &b) {
         const auto fields = [](const RemovalResult &one) {

@@ -60,6 +60,7 @@ struct Item {
     std::optional<std::int64_t> size; ///< allocated bytes, if known
     std::optional<ItemPin> pin;       ///< how it was shown, if it was
     bool hasLinkedFiles = false;      ///< its size may not be what deleting it frees
+    std::shared_ptr<const CleanupNotes> notes = {};
 };
 
 /// One call of `remove`.
@@ -143,6 +144,9 @@ void Removal::remove(const Item &asked) {
     if (mode_ == RemovalMode::deleteNow)
         if (std::optional<std::string> refusal = RemovalGate::refusalToDelete(item))
             return fail(url, *std::move(refusal));
+    if (asked.notes)
+        if (std::optional<std::string> refusal = gate_.refusalOfTarget(item, *asked.notes))
+            return fail(url, *std::move(refusal));
     removeOpened(asked, item);
 }
 
@@ -159,6 +163,8 @@ void Removal::removeOpened(const Item &asked, const OpenedItem &item) {
     if (error) {
         noteFailure(url, place, *error);
         result_.pins.emplace(url, item.pin());
+        if (asked.notes)
+            result_.notes.emplace(url, asked.notes);
         if (mode_ == RemovalMode::deleteNow)
             notePart(url, place, size, progress_.entriesRemoved - before);
         return;
@@ -234,7 +240,7 @@ RemovalResult remove(const std::vector<CleanupEntry> &entries, RemovalMode mode,
                      RemovalActions &actions) {
     Removal removal(mode, progress, actions);
     for (const CleanupEntry &entry : entries)
-        removal.remove({entry.url, entry.size, entry.pin, entry.hasLinkedFiles});
+        removal.remove({entry.url, entry.size, entry.pin, entry.hasLinkedFiles, entry.notes});
     return removal.takeResult();
 }
 

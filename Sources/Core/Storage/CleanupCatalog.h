@@ -6,6 +6,7 @@
 #include "Platform/Host.h"
 
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace brimvale {
@@ -26,6 +27,10 @@ namespace CleanupCatalog {
 void measureAll(const std::vector<CleanupTarget> &targets, const std::function<void(CleanupTarget)> &finished,
                 const StopFlag &cancelled = {}, const Host &host = Host::current(),
                 WalkPool &pool = WalkPool::shared());
+
+/// The names of the programs that use these entries and are running now, each once. Reads the disk.
+[[nodiscard]] std::vector<std::string> runningPrograms(const std::vector<CleanupEntry> &entries,
+                                                       const Host &host = Host::current());
 
 } // namespace CleanupCatalog
 

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace brimvale {
@@ -43,6 +44,14 @@ bool opensForReading(const std::string &path) {
         return false;
     ::close(descriptor);
     return true;
+}
+
+bool isOwnItem(const std::string &path) {
+    struct stat status {};
+    const int answer = withShortPath(path, [&status](int parent, const char *rest) {
+        return fstatat(parent, rest, &status, AT_SYMLINK_NOFOLLOW);
+    });
+    return answer == 0 && (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode)) && status.st_uid == geteuid();
 }
 
 bool canListContents(const std::string &path) {

@@ -5,8 +5,11 @@
 #include "Views/Entries/TickedEntries.h"
 
 #include <QWidget>
+#include <string>
 #include <vector>
 
+class QComboBox;
+class QPushButton;
 class QVBoxLayout;
 
 namespace brimvale {
@@ -16,6 +19,7 @@ class Cleanup;
 class MeasureButton;
 class Removals;
 class TargetCard;
+class TextLabel;
 
 /// The page of the places whose contents programs create again: one card per place with its entries, and the
 /// bar that removes the selected ones.
@@ -32,10 +36,17 @@ signals:
 
 private:
     QWidget *makeHeader();
+    QWidget *makeChoices();
     QWidget *makeCards();
     void showTargets();
+    void showTotal();
+    void orderCards();
     void showSelection();
+    void selectAllSafe();
     void confirmRemoval(RemovalMode mode);
+    void ask(const std::vector<CleanupEntry> &entries, RemovalMode mode,
+             const std::vector<std::string> &running);
+    [[nodiscard]] std::vector<CleanupEntry> safeEntries() const;
     [[nodiscard]] std::vector<CleanupEntry> tickedEntries() const;
 
     Cleanup &cleanup_;
@@ -45,7 +56,11 @@ private:
     MeasureButton *measure_;
     QVBoxLayout *cards_ = nullptr;
     ActionBar *bar_;
-    std::vector<TargetCard *> targets_;
+    TextLabel *total_ = nullptr;
+    QComboBox *order_ = nullptr;
+    QPushButton *selectSafe_ = nullptr;
+    bool isAsking_ = false;             ///< looks which programs are running
+    std::vector<TargetCard *> targets_; ///< in catalog order
 };
 
 } // namespace brimvale

@@ -1,8 +1,11 @@
 #include "Views/Cleanup/TargetCard.h"
 
 #include "Core/Storage/CleanupEntries.h"
+#include "Views/Cleanup/CommandList.h"
+#include "Views/Components/IconLabel.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/Metrics.h"
+#include "Views/Components/NodeName.h"
 #include "Views/Components/RiskBadge.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
@@ -37,7 +40,8 @@ TargetCard::TargetCard(const CleanupTarget &target, TickedEntries &ticked, QWidg
     : Card(parent), target_(target), ticked_(ticked), disclosure_(new QToolButton(this)),
       all_(new TickBox(this)), total_(new TextLabel(Type::Size::heading, QFont::DemiBold, this)),
       body_(new QWidget(this)), entries_(new EntryList(&ticked, body_)),
-      state_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, body_)) {
+      state_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, body_)),
+      commands_(new CommandList(body_)) {
     setObjectName(QStringLiteral("target:") + text(target.id));
     state_->setObjectName(QStringLiteral("targetState"));
     state_->setWordWrap(true);
@@ -46,6 +50,7 @@ TargetCard::TargetCard(const CleanupTarget &target, TickedEntries &ticked, QWidg
     auto *inBody = new QVBoxLayout(body_);
     inBody->setContentsMargins(1, 0, 1, 8);
     inBody->setSpacing(0);
+    inBody->addWidget(commands_);
     inBody->addWidget(state_);
     inBody->addWidget(entries_);
     auto *layout = new QVBoxLayout(this);
@@ -85,6 +90,8 @@ QWidget *TargetCard::makeHead() {
     detail->setWordWrap(true);
     auto *firstLine = new QHBoxLayout;
     firstLine->setSpacing(8);
+    if (!target_.symbol.empty())
+        firstLine->addWidget(new IconLabel(text(target_.symbol), IconLabel::Tone::quiet, this));
     firstLine->addWidget(title);
     firstLine->addWidget(new RiskBadge(target_.risk, this));
     firstLine->addStretch(1);
@@ -105,8 +112,10 @@ QWidget *TargetCard::makeHead() {
 }
 
 void TargetCard::setTarget(const CleanupTarget &target) {
-    if (target == target_)
+    if (target == target_) {
+        entries_->setEntries(target.entries); // which may have other notes
         return;
+    }
     target_ = target;
     showEntries();
 }
@@ -127,7 +136,20 @@ void TargetCard::showEntries() {
         state_->setText(whyEmpty(target_));
     total_->setText(target_.scanned ? sizeText(CleanupEntries::totalSize(target_.entries))
                                     : QStringLiteral("—"));
+    showCommands();
     showTicks();
+}
+
+/// The commands for all of the target, and those of its entries, each once.
+void TargetCard::showCommands() {
+    QStringList commands;
+    for (const std::string &command : target_.commands)
+        commands.append(displayedText(command));
+    for (const CleanupEntry &entry : target_.entries)
+        if (entry.notes && !entry.notes->command.empty())
+            commands.append(displayedText(entry.notes->command));
+    commands.removeDuplicates();
+    commands_->setCommands(commands);
 }
 
 void TargetCard::showTicks() {

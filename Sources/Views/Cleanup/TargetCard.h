@@ -7,6 +7,7 @@ class QToolButton;
 
 namespace brimvale {
 
+class CommandList;
 class EntryList;
 class TextLabel;
 class TickBox;
@@ -38,6 +39,7 @@ protected:
 private:
     QWidget *makeHead();
     void showEntries();
+    void showCommands();
     void showTicks();
     void drawIcons();
 
@@ -50,6 +52,7 @@ private:
     QWidget *body_;
     EntryList *entries_;
     TextLabel *state_; ///< why there are no entries
+    CommandList *commands_;
 };
 
 } // namespace brimvale

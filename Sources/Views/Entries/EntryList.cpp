@@ -34,6 +34,8 @@ void EntryList::showMenu(const QModelIndex &row, const QPoint &place) {
     QMenu *menu = ItemActions::menuFor({urlAt(row)}, this);
     if (isFolder(row))
         ItemActions::addBrowsing(*menu, [this, folder = urlAt(row)] { emit browseAsked(folder); });
+    if (const QString command = row.data(EntryListModel::commandRole).toString(); !command.isEmpty())
+        ItemActions::addCommand(*menu, command);
     menu->popup(place);
 }
 
@@ -43,6 +45,8 @@ EntryList::~EntryList() {
 
 void EntryList::setEntries(const std::vector<CleanupEntry> &entries) {
     model_->setEntries(entries);
+    setUniformItemSizes(!model_->hasNotes());
+    updateGeometry();
 }
 
 QString EntryList::unreadableText() {

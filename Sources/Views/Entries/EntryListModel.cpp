@@ -24,6 +24,25 @@ bool lieInSeveralFolders(const std::vector<CleanupEntry> &entries) {
     });
 }
 
+/// What the catalog knows to say about an entry, one note a line.
+QString noteLines(const CleanupEntry &entry) {
+    QStringList notes;
+    if (entry.isInUse() && entry.keptBecause().empty())
+        notes.append(u"%1 is running. Quit it before you remove this."_s.arg(
+            displayedText(entry.notes->program->name)));
+    if (entry.freesLess())
+        notes.append(u"Other files share its space: removing it may free less."_s);
+    return notes.join(u'\n');
+}
+
+bool sayTheSame(const std::vector<CleanupEntry> &some, const std::vector<CleanupEntry> &others) {
+    return std::equal(some.begin(), some.end(), others.begin(), others.end(),
+                      [](const CleanupEntry &a, const CleanupEntry &b) {
+                          return a == b &&
+                                 (a.notes == b.notes || (a.notes && b.notes && *a.notes == *b.notes));
+                      });
+}
+
 } // namespace
 
 QString withLock(const QString &words, const QString &lock) {
@@ -40,12 +59,17 @@ EntryListModel::EntryListModel(TickedEntries *ticked, QObject *parent)
 }
 
 void EntryListModel::setEntries(const std::vector<CleanupEntry> &entries) {
-    if (entries == entries_)
+    if (sayTheSame(entries, entries_))
         return;
     beginResetModel();
     entries_ = entries;
     showsFolders_ = lieInSeveralFolders(entries_);
     endResetModel();
+}
+
+bool EntryListModel::hasNotes() const {
+    return std::any_of(entries_.begin(), entries_.end(),
+                       [](const CleanupEntry &entry) { return !noteLines(entry).isEmpty(); });
 }
 
 int EntryListModel::rowCount(const QModelIndex &parent) const {
@@ -58,7 +82,7 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
     const CleanupEntry &entry = entries_[static_cast<std::size_t>(index.row())];
     switch (role) {
     case Qt::DisplayRole:
-        return displayedText(entry.url.fileName());
+        return displayedText(entry.title());
     case Qt::ToolTipRole:
         return withLock(displayedText(entry.url.path()), lockOf(entry));
     case Qt::AccessibleTextRole:
@@ -74,27 +98,30 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
     case folderRole:
         return showsFolders_ ? displayedText(entry.url.parent().path()) : QString();
     case noteRole:
-        return QString();
+        return noteLines(entry);
     case iconRole:
         return Icons::nameFor(entry.isFolder);
     case lockRole:
         return lockOf(entry);
+    case commandRole:
+        return entry.notes ? displayedText(entry.notes->command) : QString();
     default:
         return {};
     }
 }
 
 QString EntryListModel::accessibleText(const CleanupEntry &entry) const {
-    QStringList parts = {displayedText(entry.url.fileName()), sizeText(entry.size)};
+    QStringList parts = {displayedText(entry.title()), sizeText(entry.size)};
     if (entry.modified)
         parts.append(u"modified %1"_s.arg(dateText(entry)));
     if (const QString lock = lockOf(entry); !lock.isEmpty())
         parts.append(u"locked: %1"_s.arg(lock));
+    parts.append(noteLines(entry).split(u'\n', Qt::SkipEmptyParts));
     return parts.join(QStringLiteral(", "));
 }
 
 QString EntryListModel::lockOf(const CleanupEntry &entry) const {
-    return ticked_ != nullptr ? ticked_->lockReason(entry.url) : QString();
+    return ticked_ != nullptr ? ticked_->lockReason(entry) : QString();
 }
 
 bool EntryListModel::setData(const QModelIndex &index, const QVariant &value, int role) {
@@ -102,7 +129,7 @@ bool EntryListModel::setData(const QModelIndex &index, const QVariant &value, in
         return false;
     const CleanupEntry &entry = entries_[static_cast<std::size_t>(index.row())];
     if (!lockOf(entry).isEmpty()) {
-        ticked_->explainLock(entry.url);
+        ticked_->explainLock(entry);
         return false;
     }
     ticked_->setTicked({entry}, value.value<Qt::CheckState>() == Qt::Checked);

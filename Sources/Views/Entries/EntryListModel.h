@@ -23,7 +23,8 @@ public:
         folderRole,              ///< a second line; empty for none
         noteRole,                ///< further lines with warnings; may be empty
         iconRole,                ///< the name of an icon
-        lockRole                 ///< why the row can never be ticked; empty if it can
+        lockRole,                ///< why the row can never be ticked; empty if it can
+        commandRole              ///< the command that removes it in its own way; empty for none
     };
 
     /// Without `ticked` nothing can be ticked.
@@ -31,6 +32,8 @@ public:
 
     void setEntries(const std::vector<CleanupEntry> &entries);
     [[nodiscard]] const std::vector<CleanupEntry> &entries() const { return entries_; }
+    /// Whether a row has more lines than others.
+    [[nodiscard]] bool hasNotes() const;
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;

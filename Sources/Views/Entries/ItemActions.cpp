@@ -4,6 +4,7 @@
 #include "Catalogs/Words.h"
 #include "Platform/FileBrowser.h"
 #include "Platform/Host.h"
+#include "Views/Components/NodeName.h"
 #include "Views/Components/Popup.h"
 #include "Views/Components/Text.h"
 
@@ -63,6 +64,12 @@ QMenu *menuFor(const std::vector<FileURL> &items, QWidget *parent) {
         menu->addAction(text(Words::current().revealItem), menu, [item = items.front()] { reveal(item); });
     menu->addAction(copyTitle(items.size()), menu, [items] { copyPaths(items); });
     return menu;
+}
+
+void addCommand(QMenu &menu, const QString &command) {
+    QAction *action = menu.addAction(u"Copy Command “%1”"_s.arg(asLabel(command)), &menu,
+                                     [command] { QGuiApplication::clipboard()->setText(command); });
+    action->setObjectName(QStringLiteral("copyCommand"));
 }
 
 void addBrowsing(QMenu &menu, std::function<void()> browse) {

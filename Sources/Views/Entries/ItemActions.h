@@ -28,6 +28,9 @@ void copyPaths(const std::vector<FileURL> &items);
 /// A menu of these actions for the items. It deletes itself when it is closed.
 [[nodiscard]] QMenu *menuFor(const std::vector<FileURL> &items, QWidget *parent);
 
+/// Adds an entry that puts a command on the clipboard.
+void addCommand(QMenu &menu, const QString &command);
+
 /// Adds an entry that shows a folder on the page Browse.
 void addBrowsing(QMenu &menu, std::function<void()> browse);
 

@@ -1,6 +1,7 @@
 #include "Views/Entries/TickedEntries.h"
 
 #include "Core/Storage/CleanupEntries.h"
+#include "Views/Components/NodeName.h"
 
 #include <algorithm>
 #include <utility>
@@ -14,9 +15,8 @@ TickedEntries::TickedEntries(QObject *parent) : QObject(parent) {
 Qt::CheckState TickedEntries::stateOf(const std::vector<CleanupEntry> &entries) const {
     const auto ticked = std::count_if(entries.begin(), entries.end(),
                                       [this](const CleanupEntry &entry) { return contains(entry.url); });
-    const auto locked = std::count_if(entries.begin(), entries.end(), [this](const CleanupEntry &entry) {
-        return locked_.contains(entry.url);
-    });
+    const auto locked = std::count_if(entries.begin(), entries.end(),
+                                      [this](const CleanupEntry &entry) { return isLocked(entry); });
     if (ticked == 0)
         return Qt::Unchecked;
     return static_cast<std::size_t>(ticked + locked) == entries.size() ? Qt::Checked : Qt::PartiallyChecked;
@@ -24,14 +24,23 @@ Qt::CheckState TickedEntries::stateOf(const std::vector<CleanupEntry> &entries) 
 
 bool TickedEntries::canTickAny(const std::vector<CleanupEntry> &entries) const {
     return std::any_of(entries.begin(), entries.end(),
-                       [this](const CleanupEntry &entry) { return !locked_.contains(entry.url); });
+                       [this](const CleanupEntry &entry) { return !isLocked(entry); });
+}
+
+bool TickedEntries::isLocked(const CleanupEntry &entry) const {
+    return locked_.contains(entry.url) || !entry.keptBecause().empty();
+}
+
+QString TickedEntries::lockReason(const CleanupEntry &entry) const {
+    const QString kept = displayedText(entry.keptBecause());
+    return kept.isEmpty() ? lockReason(entry.url) : kept;
 }
 
 void TickedEntries::setTicked(const std::vector<CleanupEntry> &entries, bool isTicked) {
     for (const CleanupEntry &entry : entries) {
         if (!isTicked)
             sizes_.erase(entry.url);
-        else if (!locked_.contains(entry.url))
+        else if (!isLocked(entry))
             sizes_[entry.url] = entry.size;
     }
     sumUp();
@@ -43,7 +52,7 @@ void TickedEntries::retain(const std::vector<const std::vector<CleanupEntry> *> 
     std::unordered_map<FileURL, std::int64_t> kept;
     for (const std::vector<CleanupEntry> *list : lists)
         for (const CleanupEntry &entry : *list)
-            if (contains(entry.url))
+            if (contains(entry.url) && entry.keptBecause().empty())
                 kept.emplace(entry.url, entry.size);
     if (kept == sizes_)
         return;

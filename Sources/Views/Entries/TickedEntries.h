@@ -30,12 +30,15 @@ public:
 
     /// Why an entry is locked, for people; empty if it is not, or not known to be.
     [[nodiscard]] QString lockReason(const FileURL &url) const { return locked_.reason(url); }
+    /// The same, or why the catalog keeps it.
+    [[nodiscard]] QString lockReason(const CleanupEntry &entry) const;
     [[nodiscard]] bool canTickAny(const std::vector<CleanupEntry> &entries) const;
 
     /// Selects or deselects entries; locked ones stay as they are.
     void setTicked(const std::vector<CleanupEntry> &entries, bool isTicked);
     /// The user tried to select a locked entry: announces why that is not possible.
     void explainLock(const FileURL &url) { emit refused(lockReason(url)); }
+    void explainLock(const CleanupEntry &entry) { emit refused(lockReason(entry)); }
     /// Deselects entries that are in none of the lists any more, and updates the sizes of the others. Finds
     /// out in the background which ones are locked.
     void retain(const std::vector<const std::vector<CleanupEntry> *> &lists);
@@ -49,6 +52,7 @@ signals:
     void refused(const QString &reason);
 
 private:
+    [[nodiscard]] bool isLocked(const CleanupEntry &entry) const;
     void sumUp();
     void deselectLocked();
 

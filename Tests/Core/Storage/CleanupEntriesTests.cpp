@@ -80,12 +80,13 @@ TEST(CleanupCatalog, TellsFoldersFromOtherItems) {
     while (way.size() < 200)
         way.insert(0, "./");
     folder.makeLink("link to a folder", way); // long enough to take space
-    CleanupTarget target = CleanupCatalog::definitions().front();
+    const Host mac{System::macOS, FileURL(folder.path()), platformTools()};
+    CleanupTarget target = CleanupCatalog::definitions(mac).front();
     const auto rows = [&](const std::vector<std::string> &roots, bool contentsOnly) {
         target.roots = roots;
         target.contentsOnly = contentsOnly;
         std::vector<std::string> lines;
-        for (const CleanupEntry &entry : CleanupCatalog::measure(target).entries)
+        for (const CleanupEntry &entry : CleanupCatalog::measure(target, {}, mac).entries)
             lines.push_back(std::string(entry.url.fileName()) + (entry.isFolder ? "/" : "") +
                             (entry.modified ? "" : " undated"));
         return lines;
@@ -99,12 +100,13 @@ TEST(CleanupCatalog, TellsFoldersFromOtherItems) {
 TEST(CleanupCatalog, MeasuresNothingAfterCancel) {
     const TemporaryFolder folder;
     folder.makeFile("file", 5000);
-    CleanupTarget target = CleanupCatalog::definitions().front();
+    const Host mac{System::macOS, FileURL(folder.path()), platformTools()};
+    CleanupTarget target = CleanupCatalog::definitions(mac).front();
     target.roots = {folder.path()};
     const StopFlag cancelled;
-    EXPECT_FALSE(CleanupCatalog::measure(target, cancelled).entries.empty());
+    EXPECT_FALSE(CleanupCatalog::measure(target, cancelled, mac).entries.empty());
     cancelled.set();
-    EXPECT_TRUE(CleanupCatalog::measure(target, cancelled).entries.empty());
+    EXPECT_TRUE(CleanupCatalog::measure(target, cancelled, mac).entries.empty());
 }
 
 } // namespace brimvale

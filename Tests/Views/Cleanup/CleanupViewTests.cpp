@@ -15,10 +15,16 @@
 #include "Views/Removing/RemovalModePicker.h"
 #include "Views/Removing/RemovalSheet.h"
 
+#include <QClipboard>
+#include <QComboBox>
+#include <QFile>
+#include <QGuiApplication>
 #include <QLabel>
+#include <QPushButton>
 #include <QToolButton>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <memory>
 
 namespace brimvale {
 
@@ -288,6 +294,104 @@ TEST_F(CleanupPage, CanBeStopped) {
     EXPECT_EQ(label("logs", "total") == "—", !logs.scanned);
     measure();
     EXPECT_EQ(withId(model.cleanup->cleanupTargets, "logs").entries.size(), 200U);
+}
+
+TEST_F(CleanupPage, SelectsAllThatIsSafeAndNothingElse) {
+    std::vector<CleanupTarget> targets = model.cleanup->cleanupTargets;
+    const auto entry = [&](const char *name, const CleanupNotes &notes) {
+        return CleanupEntry{.url = FileURL(home.makeFile(name, 10)),
+                            .size = 1'000,
+                            .notes = std::make_shared<const CleanupNotes>(notes)};
+    };
+    const auto program = std::make_shared<const ProgramSigns>(ProgramSigns{.name = "Player"});
+    withId(targets, "logs").entries = {entry("free", {}), entry("kept", {.keptBecause = "It stays."}),
+                                       entry("used", {.program = program, .isInUse = true})};
+    withId(targets, "user-caches").entries = {entry("reviewed", {})};
+    withId(targets, "trash").entries = {entry("trashed", {})};
+    for (CleanupTarget &target : targets)
+        target.scanned = true;
+    EXPECT_EQ(text("cleanupTotal"), "Not measured yet");
+    EXPECT_FALSE(find("selectAllSafe").isEnabled());
+    PublishedWriter::set(model.cleanup, &CleanupState::cleanupTargets, targets);
+    EXPECT_EQ(text("cleanupTotal"), sizeText(5'000) + " found");
+    click("selectAllSafe");
+    EXPECT_EQ(selection(), "1 item selected, " + sizeText(1'000));
+    EXPECT_EQ(state("logs", "free"), Qt::Checked);
+    click(all("logs"));
+    EXPECT_EQ(state("logs", "used"), Qt::Checked) << "the user may choose it";
+    tick("logs", "kept");
+    EXPECT_EQ(text("refusal"), "It stays.");
+    EXPECT_FALSE(row("logs", "kept").data(Qt::CheckStateRole).isValid());
+    EXPECT_EQ(row("logs", "used").data(EntryListModel::noteRole).toString(),
+              "Player is running. Quit it before you remove this.");
+}
+
+TEST_F(CleanupPage, ShowsOnlyPlacesThatThereAreAndTheLargestFirst) {
+    std::vector<CleanupTarget> targets = model.cleanup->cleanupTargets;
+    withId(targets, "derived-data").hasPlace = false;
+    withId(targets, "logs").entries = {{FileURL(home.makeFile("a", 10)), 2'000}};
+    withId(targets, "trash").entries = {{FileURL(home.makeFile("b", 10)), 9'000}};
+    PublishedWriter::set(model.cleanup, &CleanupState::cleanupTargets, targets);
+    EXPECT_FALSE(card("derived-data").isVisible());
+    EXPECT_TRUE(card("ios-device-support").isVisible());
+    const auto isAbove = [&](const char *one, const char *other) {
+        QCoreApplication::processEvents();
+        page.grab();
+        return card(one).y() < card(other).y();
+    };
+    EXPECT_TRUE(isAbove("ios-device-support", "logs") && isAbove("logs", "trash"));
+    find<QComboBox>("cardOrder").setCurrentIndex(1);
+    EXPECT_TRUE(isAbove("trash", "logs") && isAbove("logs", "ios-device-support"));
+    find<QComboBox>("cardOrder").setCurrentIndex(0);
+    EXPECT_TRUE(isAbove("ios-device-support", "logs") && isAbove("logs", "trash"));
+}
+
+TEST_F(CleanupPage, OffersTheCommandsOfOtherTools) {
+    std::vector<CleanupTarget> targets = model.cleanup->cleanupTargets;
+    const auto notes = std::make_shared<const CleanupNotes>(
+        CleanupNotes{.name = "Kernel 1", .keptBecause = "It stays.", .command = "tool remove"});
+    CleanupTarget &logs = withId(targets, "logs");
+    logs.commands = {"tool tidy"};
+    logs.entries = {{.url = FileURL(home.makeFile("a", 10)), .size = 2'000, .notes = notes},
+                    {.url = FileURL(home.makeFile("b", 10)), .size = 1'000, .notes = notes}};
+    PublishedWriter::set(model.cleanup, &CleanupState::cleanupTargets, targets);
+    card("logs").setOpen(true);
+    EXPECT_EQ(testing::labels(card("logs"), "command"),
+              (std::vector<std::string>{"tool tidy", "tool remove"}));
+    EXPECT_EQ(row("logs", "Kernel 1").data(EntryListModel::lockRole), "It stays.");
+    EXPECT_FALSE(all("logs").isEnabled());
+    card("logs").findChildren<QPushButton *>("copyCommand").at(1)->click();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "tool remove");
+    EXPECT_TRUE(testing::labels(card("trash"), "command").empty());
+}
+
+TEST_F(CleanupPage, HasAnIconForEveryTarget) {
+    for (const CleanupTarget &target :
+         CleanupCatalog::definitions({System::linux, FileURL(home.path()), platformTools()}))
+        EXPECT_TRUE(
+            QFile::exists(QStringLiteral(":/icons/%1.svg").arg(QString::fromStdString(target.symbol))))
+            << target.id;
+}
+
+TEST_F(CleanupPage, AsksBeforeItTakesTheFilesOfARunningProgram) {
+    std::vector<CleanupTarget> targets = model.cleanup->cleanupTargets;
+    const auto program =
+        std::make_shared<const ProgramSigns>(ProgramSigns{.name = "Player", .processes = {"player"}});
+    withId(targets, "logs").entries = {
+        {.url = FileURL(home.makeFile("a", 10)),
+         .size = 1'000,
+         .notes = std::make_shared<const CleanupNotes>(CleanupNotes{.freesLess = true, .program = program})}};
+    PublishedWriter::set(model.cleanup, &CleanupState::cleanupTargets, targets);
+    Host::useSystem(System::linux);
+    Host::useRoot(home.path("disk"));
+    home.writeFile("disk/proc/12/comm", "player\n");
+    click(all("logs"));
+    find<RemovalModePicker>("modePicker").setMode(RemovalMode::deleteNow);
+    click("remove");
+    ASSERT_TRUE(eventually([&] { return sheet() != nullptr; }));
+    EXPECT_EQ(testing::shown(*sheet(), "remark"),
+              "Player is running. Quit it first, or there may be errors until the next start. Other files "
+              "share some of this space, so this may free less.");
 }
 
 } // namespace brimvale

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Catalogs/CleanupRule.h"
+#include "Catalogs/ProgramSigns.h"
+#include "Platform/OpenedItem.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace brimvale {
+
+/// What a catalog knows about one entry of a cleanup target, besides its place.
+struct CleanupNotes {
+    std::string name = {};        ///< for people, in place of the file name; empty for none
+    std::string keptBecause = {}; ///< why it cannot be removed here, as a sentence; empty if it can
+    std::string command = {};     ///< removes it in its own way, for the user to copy; empty for none
+    bool freesLess = false;       ///< other files may share its blocks
+    std::shared_ptr<const ProgramSigns> program = {}; ///< should not run when it is removed
+    bool isInUse = false;                             ///< that program was running when it was listed
+    std::shared_ptr<const CleanupRule> rule = {};     ///< what it has to be when it is removed
+    std::vector<ItemPin> companions = {};             ///< files that go with it; its size includes theirs
+
+    /// Whether they say the same to the user.
+    friend bool operator==(const CleanupNotes &a, const CleanupNotes &b) {
+        return a.name == b.name && a.keptBecause == b.keptBecause && a.command == b.command &&
+               a.freesLess == b.freesLess && a.isInUse == b.isInUse;
+    }
+};
+
+/// The items of a cleanup target that are to be measured.
+struct CleanupFinding {
+    struct Item {
+        std::string path; ///< absolute
+        std::shared_ptr<const CleanupNotes> notes = {};
+    };
+
+    std::vector<std::string> roots = {}; ///< the places that exist, absolute
+    std::vector<Item> items = {};
+};
+
+} // namespace brimvale

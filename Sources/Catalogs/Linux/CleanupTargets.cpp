@@ -1,0 +1,92 @@
+#include "Catalogs/Linux/Catalog.h"
+#include "Catalogs/Linux/CleanupRecords.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace brimvale::linuxCatalog {
+
+namespace {
+
+std::vector<CleanupRecord> allCleanupRecords() {
+    return {packageCaches(),  buildCaches(),      packageStores(),     browserCaches(),   headlessBrowsers(),
+            webAppCaches(),   thumbnails(),       applicationCaches(), removedAppData(),  logFiles(),
+            crashReports(),   systemPackages(),   temporaryFiles(),    gameCaches(),      windowsPrograms(),
+            languageModels(), androidEmulators(), containerStores(),   virtualMachines(), oldVersions(),
+            trashedItems()};
+}
+
+/// All places of a target.
+std::vector<std::string> placesOf(const CleanupRecord &record) {
+    std::vector<std::string> places = record.alsoLooksIn;
+    for (const CleanupPlaces &one : record.places)
+        places.insert(places.end(), one.places.begin(), one.places.end());
+    return places;
+}
+
+/// The target with the folders where its entries may be. The Trash always has a place, so that it shows what
+/// is moved there later.
+CleanupTarget defined(const CleanupRecord &record, const Places &places) {
+    CleanupTarget target = record.target;
+    for (const std::string &place : placesOf(record))
+        for (std::string &folder : places.foldersOf(place))
+            if (std::find(target.roots.begin(), target.roots.end(), folder) == target.roots.end())
+                target.roots.push_back(std::move(folder));
+    target.hasPlace = target.id == "trash" ||
+                      std::any_of(target.roots.begin(), target.roots.end(),
+                                  [](const std::string &root) { return fileStatus(root).has_value(); });
+    return target;
+}
+
+CleanupFinding searched(const CleanupRecord &record, const Host &host, const RunningPrograms &running,
+                        std::vector<std::string> elsewhere) {
+    CleanupSearch search(host, running, std::move(elsewhere));
+    for (const CleanupPlaces &places : record.places)
+        search.add(places);
+    if (record.find != nullptr)
+        record.find(search);
+    return search.takeFinding();
+}
+
+void addPathsOf(const CleanupFinding &finding, std::vector<std::string> &paths) {
+    paths.insert(paths.end(), finding.roots.begin(), finding.roots.end());
+    for (const CleanupFinding::Item &item : finding.items)
+        paths.push_back(item.path);
+}
+
+} // namespace
+
+std::vector<CleanupTarget> cleanupTargets(const Host &host) {
+    const Places places(host);
+    std::vector<CleanupTarget> targets;
+    for (const CleanupRecord &record : allCleanupRecords())
+        targets.push_back(defined(record, places));
+    return targets;
+}
+
+std::vector<CleanupFinding> cleanupFindings(const Host &host, const std::vector<std::string> &ids) {
+    const RunningPrograms running(host, true);
+    const std::vector<CleanupRecord> records = allCleanupRecords();
+    const auto isAsked = [&](const CleanupRecord &record) {
+        return std::find(ids.begin(), ids.end(), record.target.id) != ids.end();
+    };
+    const bool wantsTheRest = std::any_of(records.begin(), records.end(), [&](const CleanupRecord &record) {
+        return record.takesTheRest && isAsked(record);
+    });
+    std::map<std::string, CleanupFinding> findings;
+    std::vector<std::string> elsewhere;
+    for (const bool isRest : {false, true})
+        for (const CleanupRecord &record : records) {
+            if (record.takesTheRest != isRest || (!isAsked(record) && (isRest || !wantsTheRest)))
+                continue;
+            CleanupFinding &finding = findings[record.target.id];
+            finding = searched(record, host, running, isRest ? elsewhere : std::vector<std::string>());
+            addPathsOf(finding, elsewhere);
+        }
+    std::vector<CleanupFinding> asked;
+    for (const std::string &id : ids)
+        asked.push_back(findings[id]);
+    return asked;
+}
+
+} // namespace brimvale::linuxCatalog

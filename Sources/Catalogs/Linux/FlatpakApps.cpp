@@ -1,0 +1,167 @@
+// What Flatpak and Snap applications left behind, and the runtimes that no application uses.
+
+#include "Catalogs/Linux/CleanupRecords.h"
+
+#include "Base/Text.h"
+#include "Platform/FileContents.h"
+#include "Platform/Folder.h"
+
+#include <algorithm>
+#include <set>
+#include <string_view>
+#include <utility>
+
+namespace brimvale::linuxCatalog {
+
+namespace {
+
+constexpr std::size_t flatpakFileLimit = 1'048'576; // bytes
+
+using Names = std::set<std::string, std::less<>>;
+
+/// Calls `use` with each line of a settings file, without white space at its ends.
+template<class Use>
+void forEachLine(const std::string &path, Use use) {
+    const std::string text = contentsOfFile(path, flatpakFileLimit).value_or("");
+    for (std::string_view rest = text; !rest.empty();) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        use(trimmed(line));
+        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+    }
+}
+
+std::vector<std::string> namesInside(const std::string &folder) {
+    return namesIn(folder).value_or(std::vector<std::string>());
+}
+
+/// The folders where Flatpak installs. Those that are named but not there may be on a disk that is not
+/// connected.
+struct FlatpakInstallations {
+    std::vector<std::string> folders;
+    bool areAllThere = true;
+};
+
+FlatpakInstallations flatpakInstallations(const Places &places) {
+    FlatpakInstallations found;
+    for (const char *place :
+         {"/var/lib/flatpak", "$DATA/flatpak", "$FLATPAK_USER_DIR", "$FLATPAK_SYSTEM_DIR"})
+        for (const std::string &folder : places.pathsOf(place))
+            if (fileStatus(folder))
+                found.folders.push_back(folder);
+    for (const std::string &file : places.pathsOf("/etc/flatpak/installations.d/*"))
+        if (file.ends_with(".conf"))
+            forEachLine(file, [&](std::string_view line) {
+                if (!line.starts_with("Path=/"))
+                    return;
+                found.folders.push_back(places.placed(std::string(line.substr(5))));
+                found.areAllThere = found.areAllThere && fileStatus(found.folders.back());
+            });
+    return found;
+}
+
+/// Whether all applications are known: an installation that cannot be listed has some.
+bool listApps(const FlatpakInstallations &installations, Names &apps) {
+    if (!installations.areAllThere)
+        return false;
+    for (const std::string &folder : installations.folders) {
+        const std::string inside = joinPath(folder, "app");
+        if (!fileStatus(inside))
+            continue;
+        const std::optional<std::vector<std::string>> names = namesIn(inside);
+        if (!names)
+            return false;
+        apps.insert(names->begin(), names->end());
+    }
+    return true;
+}
+
+/// What the applications and their runtimes need.
+struct NeededRuntimes {
+    Names runtimes;   ///< "ID/ARCH/BRANCH"
+    Names extensions; ///< ids, also of those whose id goes on after a dot
+};
+
+/// Adds what a file "metadata" names.
+void addNeeds(const std::string &metadata, NeededRuntimes &needed) {
+    forEachLine(metadata, [&](std::string_view line) {
+        constexpr std::string_view extension = "[Extension ";
+        if (line.starts_with("runtime=") || line.starts_with("sdk="))
+            needed.runtimes.emplace(line.substr(line.find('=') + 1));
+        else if (line.starts_with(extension) && line.ends_with(']'))
+            needed.extensions.emplace(line.substr(extension.size(), line.size() - extension.size() - 1));
+    });
+}
+
+bool isNeeded(const std::string &id, const std::string &runtime, const NeededRuntimes &needed) {
+    const auto isOf = [&](const std::string &one) { return id == one || id.starts_with(one + "."); };
+    // Translations and debugging symbols belong to a runtime by its name.
+    const bool isPartOfOther =
+        std::any_of(needed.runtimes.begin(), needed.runtimes.end(), [&](const std::string &one) {
+            return id.starts_with(one.substr(0, one.find('/')) + ".");
+        });
+    return needed.runtimes.contains(runtime) || isPartOfOther ||
+           std::any_of(needed.extensions.begin(), needed.extensions.end(), isOf);
+}
+
+/// The runtimes of an installation: "ID/ARCH/BRANCH".
+std::vector<std::string> runtimesIn(const std::string &installation) {
+    std::vector<std::string> runtimes;
+    const std::string folder = joinPath(installation, "runtime");
+    for (const std::string &id : namesInside(folder))
+        for (const std::string &arch : namesInside(joinPath(folder, id)))
+            for (const std::string &branch : namesInside(joinPath(folder, id + "/" + arch)))
+                runtimes.push_back(std::string(id).append("/").append(arch).append("/").append(branch));
+    return runtimes;
+}
+
+NeededRuntimes neededRuntimes(const FlatpakInstallations &installations) {
+    NeededRuntimes needed;
+    for (const std::string &folder : installations.folders)
+        for (const std::string &app : namesInside(joinPath(folder, "app")))
+            addNeeds(joinPath(folder, "app/" + app + "/current/active/metadata"), needed);
+    const Names used = needed.runtimes;
+    for (const std::string &folder : installations.folders)
+        for (const std::string &runtime : used)
+            addNeeds(joinPath(folder, "runtime/" + runtime + "/active/metadata"), needed);
+    return needed;
+}
+
+void addRemovedSnaps(CleanupSearch &search) {
+    Names installed;
+    for (const std::string &folder : search.places().pathsOf("/var/lib/snapd/snaps"))
+        for (const std::string &file : namesInside(folder))
+            installed.insert(file.substr(0, file.rfind('_')));
+    if (installed.empty()) // or they cannot be listed
+        return;
+    for (const std::string &folder : search.places().take({"~/snap/*"}))
+        if (const std::string name(FileURL(folder).fileName()); !installed.contains(name))
+            search.add(folder);
+}
+
+} // namespace
+
+void findRemovedAppData(CleanupSearch &search) {
+    Names apps;
+    if (listApps(flatpakInstallations(search.places()), apps))
+        for (const std::string &folder : search.places().take({"~/.var/app/*"}))
+            if (const std::string id(FileURL(folder).fileName()); !apps.contains(id))
+                search.add(folder);
+    addRemovedSnaps(search);
+}
+
+void findUnusedRuntimes(CleanupSearch &search) {
+    const FlatpakInstallations installations = flatpakInstallations(search.places());
+    const NeededRuntimes needed = neededRuntimes(installations);
+    for (const std::string &folder : installations.folders)
+        for (const std::string &runtime : runtimesIn(folder)) {
+            const std::string id = runtime.substr(0, runtime.find('/'));
+            const std::string branch = runtime.substr(runtime.rfind('/') + 1);
+            if (!isNeeded(id, runtime, needed))
+                search.add(joinPath(folder, "runtime/" + runtime),
+                           {.name = id + " " + branch,
+                            .keptBecause = "Flatpak removes it with the command in its menu.",
+                            .command = "flatpak uninstall --unused"});
+        }
+}
+
+} // namespace brimvale::linuxCatalog

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace brimvale {
+
+/// How to see that a program is running whose files are to be removed.
+struct ProgramSigns {
+    std::string name;                        ///< for people: "Steam"
+    std::vector<std::string> processes = {}; ///< the names of its program files
+    /// Absolute paths of what it makes while it runs: a link or a file with the number of its process at the
+    /// end, or a file that it locks.
+    std::vector<std::string> locks = {};
+    std::string openFolder = {}; ///< absolute; it runs while a file at or inside this is open. Empty for none
+    bool mustNotRun = false;     ///< nothing is removed while it runs; otherwise the user decides
+};
+
+} // namespace brimvale
