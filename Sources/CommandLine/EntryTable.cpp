@@ -19,8 +19,11 @@ std::string noteOn(const CleanupEntry &entry) {
     const auto add = [&](const std::string &more) { note += (note.empty() ? "" : "; ") + more; };
     if (entry.isInUse() && entry.keptBecause().empty())
         add(terminalText(entry.notes->program->name) + " is running");
-    if (!entry.keptBecause().empty())
-        add("kept: " + terminalText(entry.keptBecause()));
+    if (std::string reason = terminalText(entry.keptBecause()); !reason.empty()) {
+        if (reason.ends_with('.'))
+            reason.pop_back();
+        add("kept: " + reason);
+    }
     if (!entry.notes->command.empty())
         add("run " + terminalText(entry.notes->command));
     if (entry.freesLess())

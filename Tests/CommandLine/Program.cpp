@@ -13,6 +13,7 @@
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace brimvale::testing {
 
@@ -69,6 +70,16 @@ std::string programPath() {
     return moved != nullptr ? moved : BRIMVALECTL;
 }
 
+Outcome runWithCatalogs(const char *system, const std::string &root, std::vector<std::string> arguments,
+                        const std::function<void()> &prepare) {
+    arguments.insert(arguments.begin(), {"--system", system});
+    const std::string folder(FileURL(programPath()).parent().path());
+    return runFile(joinPath(folder, "brimvalectl-in-tests"), arguments, [&] {
+        setenv("BRIMVALE_TEST_ROOT", root.c_str(), 1);
+        prepare();
+    });
+}
+
 } // namespace
 
 Outcome runProgram(const std::vector<std::string> &arguments, const std::function<void()> &prepare) {
@@ -77,12 +88,12 @@ Outcome runProgram(const std::vector<std::string> &arguments, const std::functio
 
 Outcome runProgramOnMac(const std::string &root, std::vector<std::string> arguments,
                         const std::function<void()> &prepare) {
-    arguments.insert(arguments.begin(), {"--system", "macos"});
-    const std::string folder(FileURL(programPath()).parent().path());
-    return runFile(joinPath(folder, "brimvalectl-in-tests"), arguments, [&] {
-        setenv("BRIMVALE_TEST_ROOT", root.c_str(), 1);
-        prepare();
-    });
+    return runWithCatalogs("macos", root, std::move(arguments), prepare);
+}
+
+Outcome runProgramOnLinux(const std::string &root, std::vector<std::string> arguments,
+                          const std::function<void()> &prepare) {
+    return runWithCatalogs("linux", root, std::move(arguments), prepare);
 }
 
 Outcome runProgramUnprivileged(const std::string &folder, const std::vector<std::string> &arguments) {

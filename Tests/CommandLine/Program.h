@@ -28,6 +28,11 @@ struct Outcome {
     const std::string &root, std::vector<std::string> arguments,
     const std::function<void()> &prepare = [] {});
 
+/// The same with the catalogs of Linux.
+[[nodiscard]] Outcome runProgramOnLinux(
+    const std::string &root, std::vector<std::string> arguments,
+    const std::function<void()> &prepare = [] {});
+
 /// The same as a user without special rights, whoever runs the tests. `folder` has to be open to all users;
 /// a copy of the program is left there.
 [[nodiscard]] Outcome runProgramUnprivileged(const std::string &folder,
