@@ -5,7 +5,9 @@
 #include "Platform/UserDirectories.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 namespace brimvale::linuxCatalog {
@@ -118,6 +120,12 @@ void CleanupSearch::add(const CleanupPlaces &places) {
                 addAllowed(joinPath(path, name), places, notes);
         }
     }
+}
+
+std::string realPathOf(const std::string &path) {
+    std::error_code error;
+    std::string real = std::filesystem::canonical(path, error).native();
+    return error ? path : real;
 }
 
 } // namespace brimvale::linuxCatalog

@@ -30,8 +30,8 @@ struct CleanupPlaces {
 /// Looks for the entries of one cleanup target.
 class CleanupSearch {
 public:
-    /// `running` must outlive it. `elsewhere` are the paths of other targets, for the target that takes the
-    /// rest.
+    /// `running` must outlive it. `elsewhere` are the real paths of what other targets have, for the
+    /// target that takes the rest.
     CleanupSearch(const Host &host, const RunningPrograms &running, std::vector<std::string> elsewhere);
 
     [[nodiscard]] Places &places() { return places_; }
@@ -65,5 +65,8 @@ private:
     std::vector<std::string> structural_;
     CleanupFinding finding_;
 };
+
+/// The path without links; the path itself where nothing is.
+[[nodiscard]] std::string realPathOf(const std::string &path);
 
 } // namespace brimvale::linuxCatalog

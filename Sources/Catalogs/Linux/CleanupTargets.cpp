@@ -48,10 +48,15 @@ CleanupFinding searched(const CleanupRecord &record, const Host &host, const Run
     return search.takeFinding();
 }
 
+/// Adds the places of a target, and its items elsewhere.
 void addPathsOf(const CleanupFinding &finding, std::vector<std::string> &paths) {
-    paths.insert(paths.end(), finding.roots.begin(), finding.roots.end());
+    const std::vector<std::string> &roots = finding.roots;
+    for (const std::string &root : roots)
+        paths.push_back(realPathOf(root));
     for (const CleanupFinding::Item &item : finding.items)
-        paths.push_back(item.path);
+        if (std::none_of(roots.begin(), roots.end(),
+                         [&](const std::string &root) { return isAtOrUnder(item.path, root); }))
+            paths.push_back(realPathOf(item.path));
 }
 
 } // namespace

@@ -28,10 +28,11 @@ CleanupPlaces sandboxedBrowser(const std::string &name, std::vector<std::string>
 /// In the cache folder, but not to be taken for caches: copies of files that may not be on their server yet,
 /// environments, models, histories, what takes hours to build again, and what running programs use.
 const std::vector<std::string> keptInCaches = {
-    "rclone",         "pypoetry", "huggingface", "lm-studio",       "torch",     "whisper",  "llama.cpp",
-    "JetBrains",      "spotify",  "borg",        "restic",          "duplicity", "deja-dup", "tracker*",
-    "baloo*",         "recoll",   "keyring-*",   "gnome-keyring-*", "ibus*",     "fcitx*",   "at-spi*",
-    "gnome-software", "flatpak",  "ksycoca*",    "samba",           "evolution", "nomic.ai"};
+    "rclone", "pypoetry", "huggingface", "lm-studio", "torch", "whisper", "llama.cpp", "JetBrains", "spotify",
+    "borg", "restic", "duplicity", "deja-dup", "tracker*", "baloo*", "recoll", "keyring-*", "gnome-keyring-*",
+    "ibus*", "fcitx*", "at-spi*", "gnome-software", "flatpak", "ksycoca*", "samba", "evolution", "nomic.ai",
+    // sessions, histories and edits that some people keep there
+    "sessions", "bash", "zsh", "vim"};
 
 bool overlapsAny(const std::string &path, const std::vector<std::string> &others) {
     return std::any_of(others.begin(), others.end(), [&](const std::string &other) {
@@ -47,7 +48,7 @@ void findOtherCaches(CleanupSearch &search) {
             std::make_shared<const CleanupRule>(CleanupRule{.folder = folder, .leaves = keptInCaches});
         for (const std::string &name : namesIn(folder).value_or(std::vector<std::string>())) {
             const std::string path = joinPath(folder, name);
-            if (!allowsName(*rule, name) || overlapsAny(path, search.elsewhere()))
+            if (!allowsName(*rule, name) || overlapsAny(realPathOf(path), search.elsewhere()))
                 continue;
             search.add(path, {.program = search.signsOf({.name = "“" + name + "”", .openFolder = path}),
                               .rule = rule});

@@ -80,7 +80,6 @@ CleanupView::CleanupView(Cleanup &cleanup, Removals &removals, QWidget *parent)
     connect(&ticked_, &TickedEntries::refused, bar_, &ActionBar::showRefusal);
     connect(bar_, &ActionBar::removalAsked, this, &CleanupView::confirmRemoval);
     showTargets();
-    showSelection();
 }
 
 QWidget *CleanupView::makeHeader() {
@@ -151,6 +150,7 @@ void CleanupView::showTargets() {
     ticked_.retain(lists);
     measure_->showState(cleanup_->isMeasuringCleanup, cleanup_->cleanupProgress);
     showTotal();
+    showSelection();
     orderCards();
 }
 
@@ -164,7 +164,6 @@ void CleanupView::showTotal() {
     }
     const std::int64_t bytes = CleanupEntries::totalSize(CleanupEntries::outermost(all));
     total_->setText(isMeasured ? u"%1 found"_s.arg(sizeText(bytes)) : u"Not measured yet"_s);
-    selectSafe_->setEnabled(ticked_.canTickAny(safeEntries()));
 }
 
 /// Cards of the same size stay in the order of the catalog.
@@ -209,6 +208,7 @@ void CleanupView::selectAllSafe() {
 void CleanupView::showSelection() {
     bar_->setSelection(ticked_.count(), ticked_.bytes());
     bar_->setBusy(removals_.isRemoving());
+    selectSafe_->setEnabled(ticked_.canTickAny(safeEntries()));
 }
 
 /// Looks first which of the programs that use the selected entries are running.

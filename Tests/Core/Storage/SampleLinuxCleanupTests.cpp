@@ -89,6 +89,7 @@ constexpr SampleFile cleanupFiles[] = {
     {"~/.cache/borg/a", 9},
     {"~/.cache/tracker3/a", 9},
     {"~/.cache/keyring-1/control", 9},
+    {"~/.cache/zsh/history", 9},
     {"~/.var/app/com.example.Paint/cache/brushes/a", 2},
     {"~/snap/viewer/common/.cache/pages/a", 3},
     // 9 data of removed applications
@@ -102,6 +103,7 @@ constexpr SampleFile cleanupFiles[] = {
     {"/var/log/samba/log.192.168.1.5", 9},
     {"/var/log/192.168.1.6", 9},
     {"/var/log/packages/tool-1.0.1", 9},
+    {"/var/log/mysql/binlog.000123", 9},
     {"/var/log/journal/1f/system.journal", 9},
     {"/var/log/journal/1f/system@1.journal", 5},
     {"/var/log/journal/1f/user-1000.journal~", 1},
@@ -349,6 +351,18 @@ TEST_F(SampleLinuxCleanup, FindsWhatComesBackAndNothingElse) {
               "flatpak uninstall --unused\n"
               "trash: Trash\n"
               "  2 ~/.local/share/Trash/files/old\n");
+}
+
+TEST_F(SampleLinuxCleanup, TakesNothingTwiceWhereTheCachesAreElsewhere) {
+    const std::vector<std::string> before = pathsIn("user-caches");
+    std::filesystem::rename(at("~/.cache"), disk.path("fast"));
+    disk.makeLink(inside("~/.cache"), disk.path("fast"));
+    std::vector<std::string> paths = pathsIn("user-caches");
+    for (std::string &path : paths)
+        if (path.starts_with("/fast/"))
+            path.replace(0, 5, "~/.cache");
+    std::sort(paths.begin(), paths.end());
+    EXPECT_EQ(paths, before);
 }
 
 TEST_F(SampleLinuxCleanup, ShowsOnlyTargetsWithAPlace) {
