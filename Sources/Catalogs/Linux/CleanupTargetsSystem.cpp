@@ -17,7 +17,7 @@ const std::vector<std::string> packageLocks = {"/var/lib/dpkg/lock-frontend", "/
                                                "/var/cache/apt/archives/lock"};
 
 constexpr const char *machineAdvice =
-    "Remove a machine in the program that made it, or that keeps a dead entry in its list.";
+    "Remove a machine in the program that made it, or the program goes on listing it.";
 
 /// Whether the temporary folder is in memory, where it takes no disk. The last mount there counts.
 bool isInMemory(const Host &host, std::string_view folder) {
