@@ -1,6 +1,8 @@
 #include "Base/Text.h"
 
 #include <algorithm>
+#include <charconv>
+#include <system_error>
 
 namespace brimvale {
 
@@ -84,6 +86,24 @@ std::string percentEncoded(std::string_view bytes) {
             text.append({'%', digits[value >> 4U], digits[value & 15U]});
     }
     return text;
+}
+
+std::optional<std::string> percentDecoded(std::string_view text) {
+    std::string bytes;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '%') {
+            bytes.push_back(text[i]);
+            continue;
+        }
+        const std::string_view digits = text.substr(i + 1, 2);
+        int value = 0;
+        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
+        if (digits.size() != 2 || error != std::errc() || end != digits.data() + 2 || digits.front() == '-')
+            return std::nullopt;
+        bytes.push_back(static_cast<char>(value));
+        i += digits.size();
+    }
+    return bytes;
 }
 
 } // namespace brimvale

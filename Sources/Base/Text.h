@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,5 +24,8 @@ namespace brimvale {
 
 /// Bytes as part of a URI (RFC 3986): every byte but ASCII letters, digits and "/-._~" as "%" and two digits.
 [[nodiscard]] std::string percentEncoded(std::string_view bytes);
+
+/// The bytes of such text, whichever bytes were encoded; nothing where two digits do not follow a "%".
+[[nodiscard]] std::optional<std::string> percentDecoded(std::string_view text);
 
 } // namespace brimvale

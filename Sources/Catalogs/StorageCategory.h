@@ -33,8 +33,12 @@ struct ApplicationsAction {
 struct RemovableAction {
     friend bool operator==(const RemovableAction &, const RemovableAction &) = default;
 };
+/// They are in the Trash: they can be put back, or deleted.
+struct TrashAction {
+    friend bool operator==(const TrashAction &, const TrashAction &) = default;
+};
 using CategoryAction =
-    std::variant<ReadOnlyAction, BackupThenRemoveAction, ApplicationsAction, RemovableAction>;
+    std::variant<ReadOnlyAction, BackupThenRemoveAction, ApplicationsAction, RemovableAction, TrashAction>;
 
 /// A named part of the used space in the overview.
 struct StorageCategory {

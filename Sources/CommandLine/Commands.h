@@ -28,6 +28,9 @@ extern const Command snapshotsCommand;
 /// "cleanup": the cleanup targets, measured.
 extern const Command cleanupCommand;
 
+/// "trash": what is in the Trash; puts it back, or deletes it.
+extern const Command trashCommand;
+
 /// "overview": volumes, storage categories and System Data, measured.
 extern const Command overviewCommand;
 

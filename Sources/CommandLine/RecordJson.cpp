@@ -50,6 +50,7 @@ struct ActionWriter {
     }
     void operator()(const ApplicationsAction &) const { json.member("case", "applications"); }
     void operator()(const RemovableAction &) const { json.member("case", "removable"); }
+    void operator()(const TrashAction &) const { json.member("case", "trash"); }
 };
 
 } // namespace

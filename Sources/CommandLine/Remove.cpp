@@ -2,10 +2,10 @@
 
 #include "Catalogs/Words.h"
 #include "CommandLine/Interruption.h"
-#include "CommandLine/JsonWriter.h"
 #include "CommandLine/PathOperands.h"
 #include "CommandLine/Question.h"
 #include "CommandLine/RemovalOperands.h"
+#include "CommandLine/RemovalOutput.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Removal/FreeSpace.h"
@@ -123,77 +123,6 @@ RemovalResult removeBy(Route route, const std::vector<CleanupEntry> &entries, Re
     return result;
 }
 
-void writeReasons(JsonWriter &json, std::string_view key, const std::vector<RemovalResult::Failure> &items) {
-    json.key(key);
-    json.beginArray();
-    for (const auto &[url, reason] : items) {
-        json.beginObject();
-        json.path("url", url.path());
-        json.member("reason", reason);
-        json.end();
-    }
-    json.end();
-}
-
-void writeResult(Output &output, const RemovalResult &result) {
-    JsonWriter json(output);
-    json.beginObject();
-    json.paths("succeeded", result.succeeded);
-    writeReasons(json, "failed", result.failed);
-    json.member("bytesFreed", result.bytesFreed);
-    json.member("bytesMovedToTrash", result.bytesMovedToTrash);
-    json.member("bytesDeleted", result.bytesDeleted);
-    json.member("freeSpaceRemark", result.freeSpaceRemark);
-    json.paths("needsAdmin", result.needsAdmin);
-    json.member("needsAppManagement", result.needsAppManagement);
-    json.key("partlyRemoved");
-    json.beginArray();
-    for (const PartialRemoval &part : result.partlyRemoved) {
-        json.beginObject();
-        json.path("url", part.url.path());
-        json.member("entriesRemoved", part.entriesRemoved);
-        json.member("entriesInAll", part.entriesInAll);
-        json.member("bytesFreed", part.bytesFreed);
-        json.end();
-    }
-    json.end();
-    json.paths("goneAnyway", result.goneAnyway);
-    writeReasons(json, "adminRemarks", result.adminRemarks);
-    writeReasons(json, "remarks", result.remarks);
-    json.end();
-}
-
-void report(Output &output, const RemovalResult &result, bool isJson) {
-    if (isJson)
-        return writeResult(output, result);
-    for (const FileURL &url : result.succeeded)
-        output.write("removed  " + terminalText(url.path()) + "\n");
-    output.write(RemovalReport::summary(result) + "\n");
-    for (const RemovalResult::Failure &remark : result.remarks)
-        output.write(terminalText(RemovalReport::failureLine(remark)) + "\n");
-    if (!result.freeSpaceRemark.empty())
-        output.write(result.freeSpaceRemark + "\n");
-    output.flush();
-    for (const RemovalResult::Failure &failure : result.failed)
-        printError(terminalText(RemovalReport::failureLine(failure)));
-    for (const PartialRemoval &part : result.partlyRemoved)
-        printError(terminalText(RemovalReport::partLine(part)));
-    for (const FileURL &url : result.needsAdmin)
-        printError(terminalText(url.path()) + ": needs admin rights (see --as-admin)");
-    for (const RemovalResult::Failure &remark : result.adminRemarks)
-        printError(terminalText(RemovalReport::failureLine(remark)));
-}
-
-/// Ends a command that was stopped, or whose question was answered with no, before anything was removed.
-ExitStatus endUnbegun(Output &output, bool isJson, ExitStatus status) {
-    if (isJson)
-        writeResult(output, {});
-    output.flush();
-    printError(status == ExitStatus::interrupted ? "interrupted: nothing was removed"
-                                                 : "nothing was removed");
-    return status;
-}
-
 ExitStatus runRemove(const Arguments &arguments, Output &output) {
     const bool asks = !arguments.has("--yes");
     const AskedOn terminal =
@@ -223,20 +152,15 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
         entries = measureOperands(*operands, route, progress.cancelled);
     }
     if (progress.cancelled.isSet() && (asks || route == Route::administrator))
-        return endUnbegun(output, isJson, ExitStatus::interrupted);
+        return endUnbegunRemoval(output, isJson, ExitStatus::interrupted);
     if (asks && !operands->admitted.empty() && !confirm(question(*operands, entries, route), terminal))
-        return endUnbegun(output, isJson, ExitStatus::failed);
+        return endUnbegunRemoval(output, isJson, ExitStatus::failed);
 
     const Interruption interruption(progress.cancelled);
     RemovalResult result = removeBy(route, entries, progress);
     result.failed.insert(result.failed.end(), warnings.begin(), warnings.end());
-    report(output, result, isJson);
-    if (progress.cancelled.isSet()) {
-        output.flush();
-        printError("interrupted");
-        return ExitStatus::interrupted;
-    }
-    return result.failed.empty() && result.needsAdmin.empty() ? ExitStatus::done : ExitStatus::failed;
+    reportRemoval(output, result, isJson);
+    return endRemoval(output, result, progress);
 }
 
 } // namespace

@@ -56,4 +56,14 @@ TEST(Text, ShowsEveryCharacter) {
     }
 }
 
+TEST(PercentDecoded, ReturnsEveryByte) {
+    std::string bytes;
+    for (int byte = 0; byte < 256; ++byte)
+        bytes.push_back(static_cast<char>(byte));
+    EXPECT_EQ(percentDecoded(percentEncoded(bytes)), bytes);
+    EXPECT_EQ(percentDecoded("a%2Fb%c3"), "a/b\xC3");
+    for (const char *text : {"%", "%2", "a%2", "%-1", "%+1", "%2g", "% 2", "%%20"})
+        EXPECT_EQ(percentDecoded(text), std::nullopt) << text;
+}
+
 } // namespace brimvale

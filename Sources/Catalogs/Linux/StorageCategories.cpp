@@ -5,6 +5,7 @@
 #include "Platform/FileContents.h"
 #include "Platform/Folder.h"
 #include "Platform/Mounts.h"
+#include "Platform/TrashContents.h"
 
 #include <algorithm>
 #include <string_view>
@@ -199,18 +200,31 @@ StorageCategory games() {
             .alsoCovers = {"$DATA/Steam", "~/.var/app/com.valvesoftware.Steam"}};
 }
 
+/// The folders with what is in the Trash, on every volume.
+std::vector<std::string> trashHolders(const Places &places) {
+    std::vector<std::string> holders = places.pathsOf("$DATA/Trash/files");
+    for (std::string &leftBehind : places.pathsOf("$DATA/Trash/expunged"))
+        holders.push_back(std::move(leftBehind));
+    for (const VolumeTrash &trash : volumeTrashes(places.host()))
+        holders.insert(holders.end(), trash.holders.begin(), trash.holders.end());
+    return holders;
+}
+
 /// Always has a place, so that it shows what is moved there later.
 StorageCategory trash(const Places &places) {
-    return {.id = "trash",
-            .title = "Trash",
-            .symbol = "trash",
-            .colorName = "brown",
-            .detail = "Already thrown away, still taking up the disk.",
-            .roots = places.pathsOf("$DATA/Trash/files"),
-            .listsContents = true,
-            .risk = CleanupRisk::safe,
-            .action = RemovableAction{},
-            .alsoCovers = {"$DATA/Trash"}};
+    StorageCategory category = {.id = "trash",
+                                .title = "Trash",
+                                .symbol = "trash",
+                                .colorName = "brown",
+                                .detail = "Already thrown away, still taking up the disk.",
+                                .roots = trashHolders(places),
+                                .listsContents = true,
+                                .risk = CleanupRisk::safe,
+                                .action = TrashAction{},
+                                .alsoCovers = {"$DATA/Trash"}};
+    for (const VolumeTrash &trash : volumeTrashes(places.host()))
+        category.alsoCovers.push_back(trash.folder);
+    return category;
 }
 
 StorageCategory otherUsers(std::vector<std::string> others) {

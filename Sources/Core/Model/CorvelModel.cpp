@@ -7,6 +7,7 @@
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
 #include "Core/Model/Storage.h"
+#include "Core/Model/Trash.h"
 #include "Core/Model/Volumes.h"
 #include "Core/Model/Workers.h"
 #include "Core/Removal/RemovalActions.h"
@@ -28,6 +29,7 @@ struct CorvelModel::Parts {
     Storage storage;
     Apps apps{workers, removals};
     Backups backups{workers, removals};
+    Trash trash{workers, removals, storage};
 };
 
 CorvelModel::CorvelModel() : CorvelModel(RemovalActions::platform()) {}
@@ -37,7 +39,7 @@ CorvelModel::CorvelModel(RemovalActions &actions) : CorvelModel(actions, ModelSo
 CorvelModel::CorvelModel(RemovalActions &actions, const ModelSources &sources)
     : parts_(std::make_unique<Parts>(actions, sources)), volumes(parts_->volumes), scan(parts_->scan),
       removals(parts_->removals), cleanup(parts_->cleanup), storage(parts_->storage), apps(parts_->apps),
-      backups(parts_->backups) {
+      backups(parts_->backups), trash(parts_->trash) {
     QObject::connect(&removals, &Removals::gone, &apps, &Apps::drop);
     QObject::connect(&removals, &Removals::gone, &cleanup, &Cleanup::drop);
     QObject::connect(&removals, &Removals::gone, &storage, &Storage::drop);
@@ -55,6 +57,13 @@ CorvelModel::CorvelModel(RemovalActions &actions, const ModelSources &sources)
     QObject::connect(&removals, &Removals::movedToTrash, &cleanup, &Cleanup::measureAgain);
     QObject::connect(&removals, &Removals::movedToTrash, &storage, &Storage::listTrashAgain);
     QObject::connect(&removals, &Removals::movedToTrash, &storage, &Storage::measureAgain);
+    QObject::connect(&trash, &Trash::gone, &cleanup, &Cleanup::drop);
+    QObject::connect(&trash, &Trash::gone, &storage, &Storage::drop);
+    QObject::connect(&trash, &Trash::gone, &scan, &ScanSession::drop);
+    QObject::connect(&trash, &Trash::cameBack, &apps, &Apps::measureAgain);
+    QObject::connect(&trash, &Trash::cameBack, &cleanup, &Cleanup::measureAgain);
+    QObject::connect(&trash, &Trash::cameBack, &storage, &Storage::readPlacesAgain);
+    QObject::connect(&trash, &Trash::cameBack, &scan, &ScanSession::readPlacesAgain);
 }
 
 CorvelModel::~CorvelModel() = default;

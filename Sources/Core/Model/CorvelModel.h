@@ -11,6 +11,7 @@ class RemovalActions;
 class Removals;
 class ScanSession;
 class Storage;
+class Trash;
 class Volumes;
 struct ModelSources;
 
@@ -38,6 +39,7 @@ public:
     Storage &storage;
     Apps &apps;
     Backups &backups;
+    Trash &trash;
 };
 
 } // namespace brimvale

@@ -138,7 +138,8 @@ void Storage::measureCategories() {
     goneSinceBegin_ = touchedSinceBegin_ = {};
     isTrashFilledSinceBegin_ = false;
     rowMeasuring_.forget();
-    trashRun_.forget();
+    for (auto &one : listRuns_)
+        one.second.forget();
     ++administratorRun_;
     volumes_.refreshVolumes();
     const std::vector<StorageCategory> all = definitions_();
@@ -253,7 +254,8 @@ void Storage::finish(Remainder remainder) {
 }
 
 void Storage::drop(const GonePaths &gone) {
-    trashRun_.repeat();
+    for (auto &one : listRuns_)
+        one.second.repeat();
     if (state().isMeasuringCategories || state().isMeasuringAsAdministrator)
         goneSinceBegin_.add(gone);
     if (hasFigures())
@@ -268,12 +270,17 @@ void Storage::drop(const GonePaths &gone) {
 
 void Storage::listTrashAgain() {
     isTrashFilledSinceBegin_ = true;
-    const MeasuredCategory *trash = category("trash");
-    if (state().isMeasuringCategories || trash == nullptr || !trash->measured)
+    if (const MeasuredCategory *trash = category("trash"))
+        listAgain(*trash);
+}
+
+/// Does nothing for a category without figures, or while all are measured.
+void Storage::listAgain(const MeasuredCategory &listed) {
+    if (state().isMeasuringCategories || !listed.measured)
         return;
-    trashRun_.start(
+    listRuns_[listed.category.id].start(
         workers_, this,
-        [definition = trash->category, volume = measuredVolume(), cancelled = workers_.closing()] {
+        [definition = listed.category, volume = measuredVolume(), cancelled = workers_.closing()] {
             return StorageCategories::measure(definition, cancelled, Host::current(), WalkPool::shared(),
                                               volume);
         },
@@ -281,6 +288,18 @@ void Storage::listTrashAgain() {
             if (!state().isMeasuringCategories)
                 show(std::move(measured), state().categoryProgress);
         });
+}
+
+void Storage::readPlacesAgain(const GonePaths &places) {
+    for (const MeasuredCategory &one : state().categories) {
+        const std::vector<std::string> &roots = one.category.roots;
+        const bool isShown = std::any_of(roots.begin(), roots.end(), [&](const std::string &root) {
+            return one.category.listsContents && places.reachInto(FileURL(root));
+        });
+        if (isShown)
+            listAgain(one);
+    }
+    measureAgain(places);
 }
 
 void Storage::measureAgain(const GonePaths &partlyGone) {

@@ -12,7 +12,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -83,11 +85,16 @@ public:
     /// there.
     void listTrashAgain();
 
+    /// Measures the categories and rows again that show these places, in the background: something is there
+    /// again.
+    void readPlacesAgain(const GonePaths &places);
+
     /// Measures again, in the background, what shows items that were removed in part.
     void measureAgain(const GonePaths &partlyGone);
 
 private:
     [[nodiscard]] bool hasFigures() const;
+    void listAgain(const MeasuredCategory &listed);
     bool resolveRemainderIn(StorageState &state) const;
     [[nodiscard]] std::optional<FileURL> measuredVolume() const;
     void show(MeasuredCategory measured, double progress);
@@ -103,7 +110,7 @@ private:
     StopFlag stop_; ///< of the running or the last run
     Definitions definitions_;
     RowMeasuring rowMeasuring_;
-    LatestRun trashRun_;
+    std::map<std::string, LatestRun, std::less<>> listRuns_; ///< of categories, by their identifiers
     int administratorRun_ = 0; ///< to know the latest one
     // Since measuring began:
     GonePaths goneSinceBegin_;

@@ -3,6 +3,7 @@
 #include "Platform/FileRemoval.h"
 #include "Platform/FileSystem.h"
 #include "Platform/Host.h"
+#include "Platform/TrashContents.h"
 
 namespace brimvale {
 
@@ -11,13 +12,19 @@ namespace {
 class PlatformActions final : public RemovalActions {
 public:
     std::optional<FileError> removeItem(const OpenedItem &item, RemovalProgress *progress) override {
-        return brimvale::removeItem(item, progress);
+        std::optional<FileError> error = brimvale::removeItem(item, progress);
+        if (!error)
+            brimvale::forgetTrashed(item.place());
+        return error;
     }
     Result<TrashedItem> moveToTrash(const OpenedItem &item) override { return brimvale::moveToTrash(item); }
     RemovalObstacle obstacle(const FileURL &url) override { return removalObstacle(url); }
     Result<KeptReasons, PrivilegedRunError>
     removeAsAdministrator(const std::vector<ItemPin> &items) override {
-        return brimvale::removeAsAdministrator(items, platformTools());
+        auto outcome = brimvale::removeAsAdministrator(items, platformTools());
+        for (const ItemPin &item : items)
+            brimvale::forgetTrashed(item.place);
+        return outcome;
     }
     std::size_t longestPrivilegedRemoval() override { return brimvale::longestPrivilegedRemoval(); }
     std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override {
@@ -27,6 +34,7 @@ public:
     runProgramAsAdministrator(const std::vector<std::string> &words) override {
         return brimvale::runProgramAsAdministrator(words, platformTools());
     }
+    void forgetTrashed(const FileURL &item) override { brimvale::forgetTrashed(item); }
     std::optional<std::int64_t> freeSpace(const FileURL &folder) override {
         return brimvale::freeSpace(folder.path());
     }

@@ -51,6 +51,9 @@ public:
         return PrivilegedRunError{};
     }
 
+    /// Removes what the Trash still knows about the item at a path without links, which is gone.
+    virtual void forgetTrashed(const FileURL &) {}
+
     /// The free bytes of the volume of a folder; nothing if they are not known. Changes nothing.
     [[nodiscard]] virtual std::optional<std::int64_t> freeSpace(const FileURL &) { return std::nullopt; }
 

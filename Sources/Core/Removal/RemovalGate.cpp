@@ -5,6 +5,7 @@
 #include "Core/Scan/UsualPath.h"
 #include "Platform/Subvolumes.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -66,6 +67,15 @@ RemovalGate::Answer RemovalGate::open(const FileURL &item, const std::optional<I
     if (std::optional<std::string> refusal = mountRefusal(opened))
         return *std::move(refusal);
     return std::move(opened);
+}
+
+bool RemovalGate::admits(const PlaceToPutBack &place) const {
+    if (!guards().admits(place, guarded_))
+        return false;
+    const std::vector<std::string> others = mounts_->otherPathsOf(place.path().path());
+    return std::none_of(others.begin(), others.end(), [](const std::string &path) {
+        return path.rfind('/') == 0 || !RemovalGate::guards().admitsContents(FileURL(path).parent());
+    });
 }
 
 /// Nothing when nothing is mounted in or at the item; otherwise the reason to keep it, as a sentence.

@@ -36,6 +36,9 @@ public:
     [[nodiscard]] std::optional<std::string> refusalOfTarget(const OpenedItem &item,
                                                              const CleanupNotes &notes);
 
+    /// Whether something may be put back at this place.
+    [[nodiscard]] bool admits(const PlaceToPutBack &place) const;
+
     /// Nothing when the item may be removed as it is now, otherwise the reason as a sentence. An item that
     /// cannot be opened may be: its removal tells why that fails.
     [[nodiscard]] std::optional<std::string> refusal(const FileURL &item) const;

@@ -20,6 +20,9 @@ namespace brimvale {
 
 namespace {
 
+/// A name that no list of guarded paths contains.
+constexpr const char *unlistedName = "\x01";
+
 /// The path of a folder without links.
 std::optional<FileURL> realFolder(const FileURL &folder) {
     std::error_code error;
@@ -293,13 +296,19 @@ RemovalGuards::Places RemovalGuards::SystemGuards::locate() const {
 
 std::optional<std::string> RemovalGuards::SystemGuards::refusal(const OpenedItem &item,
                                                                 const Places &places) const {
-    const std::string &path = item.place().path();
-    if (std::optional<std::string> reason = refusal(path, item.isFolder()))
-        return reason;
-    // The same place by the path of each guarded folder that the item is, or is inside.
     std::vector<FileIdentity> folders = item.ancestors();
     if (item.isFolder())
         folders.push_back(item.identity().file);
+    return refusal(item.place().path(), item.isFolder(), folders, places);
+}
+
+/// `folders` are those at the beginnings of the path, from "/" down, as far as they exist.
+std::optional<std::string> RemovalGuards::SystemGuards::refusal(const std::string &path, bool isFolder,
+                                                                const std::vector<FileIdentity> &folders,
+                                                                const Places &places) const {
+    if (std::optional<std::string> reason = refusal(path, isFolder))
+        return reason;
+    // The same place by the path of each guarded folder that the item is, or is inside.
     std::size_t end = 0; // of the path of the folder
     for (const FileIdentity &folder : folders) {
         const std::string rest = path.substr(end);
@@ -313,7 +322,7 @@ std::optional<std::string> RemovalGuards::SystemGuards::refusal(const OpenedItem
             const std::string inGuarded = pathInside(name, rest);
             if (inGuarded == path)
                 continue; // it was checked as text
-            if (std::optional<std::string> reason = refusal(inGuarded, item.isFolder()))
+            if (std::optional<std::string> reason = refusal(inGuarded, isFolder))
                 return reason;
             if (isAtTheTop(inGuarded))
                 return tooCloseToTheTop(inGuarded);
@@ -343,8 +352,7 @@ std::optional<std::string> RemovalGuards::check(const FileURL &url) const {
 }
 
 bool RemovalGuards::admitsContents(const FileURL &folder) const {
-    // Any name that no list contains.
-    const FileURL inside = folder.standardized().appending("\x01");
+    const FileURL inside = folder.standardized().appending(unlistedName);
     return !isAtTheTop(inside.path()) && !inForce_.refusal(inside.path()) &&
            !(platform_ && platform_->refusal(inside.path()));
 }
@@ -362,6 +370,13 @@ std::optional<std::string> RemovalGuards::check(const OpenedItem &item, const Lo
         if (std::optional<std::string> reason = platform_->refusal(item, guarded.platform))
             return reason;
     return refusalOfUsed(item, guarded.used);
+}
+
+bool RemovalGuards::admits(const PlaceToPutBack &place, const Located &guarded) const {
+    // Any name that no list contains: a guarded folder itself may be put back.
+    const std::string inside = place.path().parent().appending(unlistedName).path();
+    return !isAtTheTop(inside) && !inForce_.refusal(inside, false, place.ancestors(), guarded.inForce) &&
+           !(platform_ && platform_->refusal(inside, false, place.ancestors(), guarded.platform));
 }
 
 std::optional<std::string> RemovalGuards::checkOtherPath(const std::string &path, bool isFolder) const {

@@ -5,6 +5,7 @@
 #include "Platform/Host.h"
 #include "Platform/OpenedItem.h"
 #include "Platform/PlacesInUse.h"
+#include "Platform/PutBack.h"
 
 #include <functional>
 #include <optional>
@@ -61,6 +62,9 @@ public:
     /// The same for the place of an item, after its path was checked. Reads nothing.
     [[nodiscard]] std::optional<std::string> check(const OpenedItem &item, const Located &guarded) const;
 
+    /// Whether something may be put back at this place: its folder is not protected.
+    [[nodiscard]] bool admits(const PlaceToPutBack &place, const Located &guarded) const;
+
     /// The same for another absolute path of an item that was opened.
     [[nodiscard]] std::optional<std::string> checkOtherPath(const std::string &path, bool isFolder) const;
 
@@ -74,6 +78,9 @@ private:
                                                          bool isFolder = false) const;
         [[nodiscard]] Places locate() const;
         [[nodiscard]] std::optional<std::string> refusal(const OpenedItem &item, const Places &places) const;
+        [[nodiscard]] std::optional<std::string> refusal(const std::string &path, bool isFolder,
+                                                         const std::vector<FileIdentity> &folders,
+                                                         const Places &places) const;
 
     private:
         void addPathsOf(const FileURL &home, System system);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <utility>
+#include <variant>
 
 namespace brimvale {
 
@@ -92,7 +93,11 @@ SubtreeSizes::Group rowPaths(const StorageCategory &category) {
 MeasuredCategory measuredCategory(const StorageCategory &category, const std::vector<std::string> &paths,
                                   const std::vector<MeasuredItem> &items,
                                   const std::optional<FileURL> &volume) {
-    MeasuredCategory measured{.category = category, .entries = CleanupEntries::measured(paths, items)};
+    const std::int64_t minimum = StorageCategories::smallestRow(category);
+    MeasuredCategory measured{.category = category,
+                              .entries = CleanupEntries::measured(paths, items, minimum)};
+    if (minimum == 0) // what has gone away has no bytes either
+        std::erase_if(measured.entries, [](const CleanupEntry &entry) { return !entry.pin; });
     if (volume)
         CleanupEntries::markElsewhere(measured.entries, *volume);
     measured.size = CleanupEntries::sizeHere(measured.entries);
@@ -137,6 +142,8 @@ std::vector<std::string> StorageCategories::systemDataRoots(const Host &host) {
 }
 
 std::int64_t StorageCategories::smallestRow(const StorageCategory &category) {
+    if (std::holds_alternative<TrashAction>(category.action))
+        return 0; // whatever is there can be put back
     return category.measurement == CategoryMeasurement::remainder ? smallestSystemDataRow : 1;
 }
 

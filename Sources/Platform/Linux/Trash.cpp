@@ -2,6 +2,7 @@
 
 #include "Base/Text.h"
 #include "Platform/FileOperation.h"
+#include "Platform/Linux/FoundTrash.h"
 #include "Platform/Linux/TrashError.h"
 #include "Platform/Linux/TrashFolder.h"
 #include "Platform/Posix/OpenFile.h"
@@ -22,8 +23,6 @@
 namespace brimvale {
 
 namespace {
-
-constexpr std::string_view infoSuffix = ".trashinfo";
 
 std::string localTime() {
     const std::time_t now = std::time(nullptr);
@@ -79,7 +78,7 @@ std::string nameInTrash(std::string_view name, int attempt, std::size_t longest)
 std::size_t longestName(const TrashFolder &trash) {
     const long longest = fpathconf(trash.files.number(), _PC_NAME_MAX);
     constexpr std::size_t usual = 255;
-    return (longest > 0 ? static_cast<std::size_t>(longest) : usual) - infoSuffix.size();
+    return (longest > 0 ? static_cast<std::size_t>(longest) : usual) - trashRecordSuffix.size();
 }
 
 /// Writes the info file of an item, which reserves its name in the Trash. 0, or errno with nothing left
@@ -156,7 +155,7 @@ Result<std::string, int> moveInto(const TrashFolder &trash, const OpenedItem &it
     const std::size_t longest = longestName(trash);
     for (int attempt = 1;; ++attempt) {
         std::string newName = nameInTrash(item.name(), attempt, longest);
-        const std::string infoName = newName + std::string(infoSuffix);
+        const std::string infoName = newName + std::string(trashRecordSuffix);
         int error = writeInfo(trash, infoName, info);
         if (error == 0) {
             error = moveItem(item, trash, newName);
@@ -191,7 +190,8 @@ Result<TrashedItem> moveToTrash(const OpenedItem &item) {
         return meansNoTrash(trash.error) ? noTrashError(item.place(), pathOf(way.top.number()))
                                          : failure(trash.error);
     // Items in the Trash and folders of the Trash itself are not moved.
-    if (std::find(way.folders.begin(), way.folders.end(), trash.identity) != way.folders.end())
+    if (std::find(way.folders.begin(), way.folders.end(), trash.identity) != way.folders.end() ||
+        haveTrash(way))
         return failure(EINVAL);
     const std::string path = originalPath(item, way, trash.isInHome);
     const Result<std::string, int> moved = moveInto(trash, item, infoText(path));

@@ -23,13 +23,6 @@ FileURL trashIn(const FileURL &dataFolder) {
     return dataFolder.standardized().appending("Trash");
 }
 
-FileURL usualHomeTrash() {
-    const char *data = std::getenv("XDG_DATA_HOME");
-    // The standard says to ignore relative paths.
-    return trashIn(data != nullptr && data[0] == '/' ? FileURL(data)
-                                                     : homeFolder().appending(".local/share"));
-}
-
 /// A folder as far as it can be reached now.
 struct Reached {
     Descriptor folder;   ///< the folder, or its nearest ancestor that can be opened
@@ -79,8 +72,7 @@ void makeFolders(const FileURL &path) {
 }
 
 /// The folder `name`, made where it is missing. Accepted only if the user owns it and it is on the same mount
-/// as its parent: a link or another user's folder could send our items anywhere. Otherwise not open, with
-/// errno set.
+/// as its parent. Otherwise not open, with errno set.
 Descriptor ownFolder(const Descriptor &parent, const std::string &name, const Place &place) {
     const bool isMade = mkdirat(parent.number(), name.c_str(), ownersOnly) == 0;
     const int error = errno;
@@ -90,31 +82,17 @@ Descriptor ownFolder(const Descriptor &parent, const std::string &name, const Pl
             errno = error; // the reason why it is missing
         return folder;
     }
-    struct stat status {};
-    const std::optional<Place> found = placeOf(folder.number());
-    if (found && found->isBeside(place) && fstat(folder.number(), &status) == 0 && status.st_uid == geteuid())
+    if (isOwnFolder(folder, place))
         return folder;
     folder.close();
     errno = EPERM;
     return folder;
 }
 
-/// The user's folder in the Trash that an administrator made for everyone. That Trash must be a real folder
-/// in which users cannot replace each other's files.
-Descriptor ownFolderInShared(const WayUp &way, const std::string &user) {
-    const Descriptor shared(openat(way.top.number(), ".Trash", passThrough | O_NOFOLLOW));
-    struct stat status {};
-    if (!shared.isOpen() || fstat(shared.number(), &status) != 0 || (status.st_mode & S_ISVTX) == 0)
-        return {};
-    // Its owner may move our folder away.
-    if (status.st_uid != 0 && status.st_uid != geteuid())
-        return {};
-    return ownFolder(shared, user, way.place);
-}
-
 Descriptor openAtTop(const WayUp &way) {
     const std::string user = std::to_string(geteuid());
-    Descriptor shared = ownFolderInShared(way, user);
+    const Descriptor all = sharedTrashAt(way.top);
+    Descriptor shared = all.isOpen() ? ownFolder(all, user, way.place) : Descriptor();
     return shared.isOpen() ? std::move(shared) : ownFolder(way.top, ".Trash-" + user, way.place);
 }
 
@@ -124,6 +102,30 @@ Descriptor openInHome(const FileURL &path) {
 }
 
 } // namespace
+
+FileURL usualHomeTrash() {
+    const char *data = std::getenv("XDG_DATA_HOME");
+    // The standard says to ignore relative paths.
+    return trashIn(data != nullptr && data[0] == '/' ? FileURL(data)
+                                                     : homeFolder().appending(".local/share"));
+}
+
+bool isOwnFolder(const Descriptor &folder, const Place &place) {
+    struct stat status {};
+    const std::optional<Place> found = placeOf(folder.number());
+    return found && found->isBeside(place) && fstat(folder.number(), &status) == 0 &&
+           status.st_uid == geteuid();
+}
+
+Descriptor sharedTrashAt(const Descriptor &top) {
+    Descriptor shared(openat(top.number(), ".Trash", passThrough | O_NOFOLLOW));
+    struct stat status {};
+    const bool isRight = shared.isOpen() && fstat(shared.number(), &status) == 0 &&
+                         (status.st_mode & S_ISVTX) != 0 &&
+                         // Its owner may move our folder away.
+                         (status.st_uid == 0 || status.st_uid == geteuid());
+    return isRight ? std::move(shared) : Descriptor();
+}
 
 WayUp WayUp::from(int folder) {
     WayUp way;

@@ -5,6 +5,7 @@
 #include "Platform/Posix/Place.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brimvale {
@@ -22,6 +23,20 @@ struct WayUp {
 
 /// The path of the file with this descriptor, without links in it; empty where the system does not report it.
 [[nodiscard]] std::string pathOf(int file);
+
+/// What follows the name of an item in the name of its record.
+constexpr std::string_view trashRecordSuffix = ".trashinfo";
+
+/// The Trash in the home folder, wherever the user keeps the data of programs.
+[[nodiscard]] FileURL usualHomeTrash();
+
+/// Whether an open folder belongs to the user and is on the same mount as `place`. A link or another user's
+/// folder could send our items anywhere.
+[[nodiscard]] bool isOwnFolder(const Descriptor &folder, const Place &place);
+
+/// The Trash for all users at the top of a volume, open only if an administrator made it as it has to be: a
+/// real folder in which users cannot replace each other's files.
+[[nodiscard]] Descriptor sharedTrashAt(const Descriptor &top);
 
 /// A Trash in the layout of the freedesktop.org trash specification 1.0: the items in "files", what is known
 /// about each in "info". Opened by descriptor, so folders swapped later are not followed.

@@ -122,7 +122,8 @@ protected:
     WalkPool pool{2};
 };
 
-constexpr const char *actionNames[] = {"read-only", "backup first", "applications", "removable"};
+constexpr const char *actionNames[] = {"read-only", "backup first", "applications", "removable",
+                                       "in the Trash"};
 
 } // namespace
 
@@ -165,7 +166,7 @@ TEST_F(SampleLinux, DividesTheDiskIntoItsOwnCategories) {
                     "games, removable\n"
                     "  5 ~/.local/share/Steam/steamapps/common/Game\n"
                     "  1 ~/.minecraft/saves\n"
-                    "trash, removable\n"
+                    "trash, in the Trash\n"
                     "  4 ~/.local/share/Trash/files/old\n"
                     "othersShared, read-only\n"
                     "  3 /home/bert\n"

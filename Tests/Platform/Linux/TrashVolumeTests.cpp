@@ -54,6 +54,8 @@ TEST(Trash, UsesTrashOfTheItemsVolume) {
         EXPECT_EQ(outcome(folder.makeFile("way/er/second")), "trashed");
         EXPECT_THAT(originalPaths(volume + "/.Trash/" + user),
                     ElementsAre(std::pair("second", "deep/er/second")));
+        // What is in one Trash does not go to another.
+        EXPECT_EQ(outcome(volume + "/.Trash-" + user + "/files/a b"), over(512, EINVAL));
         // The mount point is not in the volume, and stays.
         EXPECT_EQ(outcome(volume), over(512, EBUSY));
         EXPECT_THAT(originalPaths(folder.path("home/data/Trash")), IsEmpty());
