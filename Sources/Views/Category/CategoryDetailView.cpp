@@ -5,6 +5,7 @@
 #include "Core/Model/Backups.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/Storage.h"
+#include "Core/Model/Trash.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Storage/CleanupRiskTexts.h"
 #include "Core/Storage/StorageFigures.h"
@@ -12,6 +13,8 @@
 #include "Views/Category/BackupBar.h"
 #include "Views/Category/CategoryHeader.h"
 #include "Views/Category/HiddenSpaceNotes.h"
+#include "Views/Category/TrashBar.h"
+#include "Views/Category/TrashPage.h"
 #include "Views/Components/AccessNotice.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/MeasureButton.h"
@@ -46,15 +49,17 @@ QString whyEmpty(const MeasuredCategory &category) {
         return u"No folder that would explain this figure has been found yet."_s;
     if (category.hasUnreadableRoot)
         return EntryList::unreadableText();
+    if (std::holds_alternative<TrashAction>(category.category.action))
+        return u"The Trash is empty."_s;
     return u"Nothing found. There is nothing in here."_s;
 }
 
 } // namespace
 
 CategoryDetailView::CategoryDetailView(std::string id, Storage &storage, Removals &removals, Backups &backups,
-                                       QWidget *parent)
+                                       Trash &trash, QWidget *parent)
     : QWidget(parent), id_(std::move(id)), storage_(storage), removals_(removals), backups_(backups),
-      action_(storage.category(id_)->category.action),
+      trash_(trash), action_(storage.category(id_)->category.action),
       header_(new CategoryHeader(storage.category(id_)->category, this)),
       measure_(new MeasureButton(u"Measuring storage"_s, MeasureButton::WhileMeasuring::hidden, this)),
       entries_(new EntryList(canTick() ? &ticked_ : nullptr, this)),
@@ -84,7 +89,8 @@ CategoryDetailView::CategoryDetailView(std::string id, Storage &storage, Removal
 
 bool CategoryDetailView::canTick() const {
     return std::holds_alternative<RemovableAction>(action_) ||
-           std::holds_alternative<BackupThenRemoveAction>(action_);
+           std::holds_alternative<BackupThenRemoveAction>(action_) ||
+           std::holds_alternative<TrashAction>(action_);
 }
 
 QWidget *CategoryDetailView::makeHead() {
@@ -145,6 +151,12 @@ void CategoryDetailView::addActions(QVBoxLayout &layout) {
         backupBar_ = new BackupBar(backups_, removals_, this);
         layout.addWidget(backupBar_);
         connect(backupBar_, &BackupBar::backupAsked, this, &CategoryDetailView::prepareBackup);
+    } else if (std::holds_alternative<TrashAction>(action_)) {
+        trashPage_ = new TrashPage(trash_, removals_, *this);
+        layout.addWidget(&trashPage_->bar());
+        connect(trashPage_, &TrashPage::wordsChanged, this,
+                [this] { entries_->setWords(trashPage_->words()); });
+        entries_->setWords(trashPage_->words());
     } else if (std::holds_alternative<ApplicationsAction>(action_)) {
         auto *open = new QPushButton(u"Open Apps"_s, this);
         open->setObjectName(QStringLiteral("openApps"));
@@ -190,6 +202,8 @@ void CategoryDetailView::showEntries(const MeasuredCategory &category) {
     state_->setHidden(!category.entries.empty());
     if (category.entries.empty())
         state_->setText(whyEmpty(category));
+    if (trashPage_ != nullptr)
+        trashPage_->setRows(category.entries);
     ticked_.retain({&category.entries});
 }
 
@@ -200,6 +214,8 @@ void CategoryDetailView::showSelection() {
     }
     if (backupBar_ != nullptr)
         backupBar_->setSelection(ticked_.count(), ticked_.bytes());
+    if (trashPage_ != nullptr)
+        trashPage_->setSelection(tickedEntries(), ticked_.count(), ticked_.bytes());
 }
 
 /// The selected entries, in the order of the page.

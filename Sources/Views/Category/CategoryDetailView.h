@@ -22,6 +22,8 @@ class MeasureButton;
 class Removals;
 class Storage;
 class TextLabel;
+class Trash;
+class TrashPage;
 
 /// The page of one storage category: its description, its entries, and the actions for them.
 class CategoryDetailView : public QWidget {
@@ -29,7 +31,7 @@ class CategoryDetailView : public QWidget {
 
 public:
     /// `id` must be the identifier of a category. The other arguments must outlive the page.
-    CategoryDetailView(std::string id, Storage &storage, Removals &removals, Backups &backups,
+    CategoryDetailView(std::string id, Storage &storage, Removals &removals, Backups &backups, Trash &trash,
                        QWidget *parent = nullptr);
 
 signals:
@@ -58,6 +60,7 @@ private:
     Storage &storage_;
     Removals &removals_;
     Backups &backups_;
+    Trash &trash_;
     CategoryAction action_;
     TickedEntries ticked_;
     bool isPreparing_ = false; ///< checking whether a backup can start
@@ -69,6 +72,7 @@ private:
     HiddenSpaceNotes *hiddenSpace_;  ///< what no entry shows
     ActionBar *bar_ = nullptr;       ///< null if entries cannot be removed
     BackupBar *backupBar_ = nullptr; ///< null if they are removed without a backup
+    TrashPage *trashPage_ = nullptr; ///< null if they are not in the Trash
 };
 
 } // namespace brimvale

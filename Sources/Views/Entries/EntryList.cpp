@@ -49,6 +49,11 @@ void EntryList::setEntries(const std::vector<CleanupEntry> &entries) {
     updateGeometry();
 }
 
+void EntryList::setWords(std::unordered_map<FileURL, RowWords> words) {
+    model_->setWords(std::move(words));
+    updateGeometry();
+}
+
 QString EntryList::unreadableText() {
     return u"This could not be read: you may not list its folder. %1"_s.arg(
         text(Words::current().listingHelp));

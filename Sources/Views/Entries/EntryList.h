@@ -4,6 +4,7 @@
 #include "Views/Entries/RowList.h"
 
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 namespace brimvale {
@@ -20,6 +21,9 @@ public:
 
     void setEntries(const std::vector<CleanupEntry> &entries);
     [[nodiscard]] const std::vector<CleanupEntry> &entries() const { return model_->entries(); }
+
+    /// What rows say instead of what their entries say.
+    void setWords(std::unordered_map<FileURL, RowWords> words);
 
     /// The message in place of a list whose folder cannot be listed.
     [[nodiscard]] static QString unreadableText();

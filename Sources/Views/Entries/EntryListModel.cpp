@@ -7,6 +7,7 @@
 #include "Views/Entries/TickedEntries.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -72,6 +73,28 @@ bool EntryListModel::hasNotes() const {
                        [](const CleanupEntry &entry) { return !noteLines(entry).isEmpty(); });
 }
 
+void EntryListModel::setWords(std::unordered_map<FileURL, RowWords> words) {
+    if (words == words_)
+        return;
+    words_ = std::move(words);
+    emit layoutAboutToBeChanged(); // rows may have got a second line
+    emit layoutChanged();
+}
+
+/// What the row says, by its entry and by what was set for it.
+RowWords EntryListModel::wordsOf(const CleanupEntry &entry) const {
+    const auto set = words_.find(entry.url);
+    RowWords words =
+        set != words_.end() ? set->second : RowWords{.date = dateText(entry), .dateWord = u"modified"_s};
+    if (words.name.isEmpty())
+        words.name = displayedText(entry.title());
+    if (words.line.isEmpty() && showsFolders_)
+        words.line = displayedText(entry.url.parent().path());
+    if (words.toolTip.isEmpty())
+        words.toolTip = displayedText(entry.url.path());
+    return words;
+}
+
 int EntryListModel::rowCount(const QModelIndex &parent) const {
     return parent.isValid() ? 0 : static_cast<int>(entries_.size());
 }
@@ -82,9 +105,9 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
     const CleanupEntry &entry = entries_[static_cast<std::size_t>(index.row())];
     switch (role) {
     case Qt::DisplayRole:
-        return displayedText(entry.title());
+        return wordsOf(entry).name;
     case Qt::ToolTipRole:
-        return withLock(displayedText(entry.url.path()), lockOf(entry));
+        return withLock(wordsOf(entry).toolTip, lockOf(entry));
     case Qt::AccessibleTextRole:
         return accessibleText(entry);
     case Qt::CheckStateRole:
@@ -94,9 +117,9 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
     case sizeRole:
         return sizeText(entry.size);
     case dateRole:
-        return dateText(entry);
+        return wordsOf(entry).date;
     case folderRole:
-        return showsFolders_ ? displayedText(entry.url.parent().path()) : QString();
+        return wordsOf(entry).line;
     case noteRole:
         return noteLines(entry);
     case iconRole:
@@ -111,9 +134,12 @@ QVariant EntryListModel::data(const QModelIndex &index, int role) const {
 }
 
 QString EntryListModel::accessibleText(const CleanupEntry &entry) const {
-    QStringList parts = {displayedText(entry.title()), sizeText(entry.size)};
-    if (entry.modified)
-        parts.append(u"modified %1"_s.arg(dateText(entry)));
+    const RowWords words = wordsOf(entry);
+    QStringList parts = {words.name, sizeText(entry.size)};
+    if (!words.date.isEmpty())
+        parts.append(words.dateWord + u' ' + words.date);
+    if (words_.contains(entry.url))
+        parts.append(words.line);
     if (const QString lock = lockOf(entry); !lock.isEmpty())
         parts.append(u"locked: %1"_s.arg(lock));
     parts.append(noteLines(entry).split(u'\n', Qt::SkipEmptyParts));

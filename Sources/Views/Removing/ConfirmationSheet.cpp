@@ -40,6 +40,7 @@ ConfirmationSheet::ConfirmationSheet(const QString &question, const QString &exp
 NoticeSheet::NoticeSheet(const QString &title, const QString &text, QWidget *parent)
     : TextSheet("noticeSheet", title, text, parent) {
     addButtons(content(), {makeCloseButton("ok", u"OK"_s)});
+    resize(confirmationWidth, content().totalHeightForWidth(confirmationWidth)); // the text may be long
 }
 
 } // namespace brimvale

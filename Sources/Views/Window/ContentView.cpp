@@ -134,8 +134,8 @@ void ContentView::addCategoryPage(const StorageCategory &category) {
     addPage({Section::Kind::category, category.id},
             {QString::fromStdString(category.title), categoryIcon(category), categoryColor(category)},
             [this, id = category.id] {
-                auto *page =
-                    new CategoryDetailView(id, model_.storage, model_.removals, model_.backups, this);
+                auto *page = new CategoryDetailView(id, model_.storage, model_.removals, model_.backups,
+                                                    model_.trash, this);
                 connect(page, &CategoryDetailView::appsAsked, this, [this] { goTo({Section::Kind::apps}); });
                 connect(page, &CategoryDetailView::browseAsked, this, &ContentView::browse);
                 return page;

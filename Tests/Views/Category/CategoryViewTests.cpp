@@ -34,7 +34,8 @@ constexpr auto sizeText = Fmt::byteFormatter;
 class CategoryPage : public ::testing::Test {
 protected:
     void open(const char *id) {
-        page = std::make_unique<CategoryDetailView>(id, model.storage, model.removals, model.backups);
+        page = std::make_unique<CategoryDetailView>(id, model.storage, model.removals, model.backups,
+                                                    model.trash);
         page->resize(900, 700);
         testing::activate(*page);
     }
