@@ -55,6 +55,7 @@ void findRotatedLogs(CleanupSearch &search);
 void findCoreFiles(CleanupSearch &search);
 void findOldKernels(CleanupSearch &search);
 void findOldSnaps(CleanupSearch &search);
+void findTrashesOfVolumes(CleanupSearch &search);
 void findUnusedRuntimes(CleanupSearch &search);
 
 } // namespace brimvale::linuxCatalog

@@ -1,6 +1,7 @@
 #include "Catalogs/Linux/CleanupRecords.h"
 
 #include "Platform/Folder.h"
+#include "Platform/TrashContents.h"
 
 #include <algorithm>
 
@@ -193,6 +194,14 @@ CleanupRecord windowsPrograms() {
         .alsoLooksIn = {"$DATA/Steam/steamapps/compatdata", "~/.steam/steam/steamapps/compatdata"}};
 }
 
+/// Each volume has a Trash of its own.
+void findTrashesOfVolumes(CleanupSearch &search) {
+    CleanupPlaces holders;
+    for (const VolumeTrash &trash : volumeTrashes(search.places().host()))
+        holders.places.insert(holders.places.end(), trash.holders.begin(), trash.holders.end());
+    search.add(holders);
+}
+
 /// Items in the Trash are only deleted.
 CleanupRecord trashedItems() {
     return {.target = {.id = "trash",
@@ -202,7 +211,8 @@ CleanupRecord trashedItems() {
                        .roots = {},
                        .symbol = "trash-2"},
             .places = {{.places = {"$DATA/Trash/files", "$DATA/Trash/expunged",
-                                   "~/snap/*/*/.local/share/Trash/files"}}}};
+                                   "~/snap/*/*/.local/share/Trash/files"}}},
+            .find = findTrashesOfVolumes};
 }
 
 } // namespace brimvale::linuxCatalog

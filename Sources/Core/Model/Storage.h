@@ -111,7 +111,7 @@ private:
     Definitions definitions_;
     RowMeasuring rowMeasuring_;
     std::map<std::string, LatestRun, std::less<>> listRuns_; ///< of categories, by their identifiers
-    int administratorRun_ = 0; ///< to know the latest one
+    int administratorRun_ = 0;                               ///< to know the latest one
     // Since measuring began:
     GonePaths goneSinceBegin_;
     GonePaths touchedSinceBegin_;
