@@ -4,8 +4,10 @@
 #include "Catalogs/AppLocations.h"
 #include "Catalogs/CleanupNotes.h"
 #include "Catalogs/CleanupTarget.h"
+#include "Catalogs/DesktopPlaces.h"
 #include "Catalogs/GuardedPaths.h"
 #include "Catalogs/JoinedFolders.h"
+#include "Catalogs/KnownApps.h"
 #include "Catalogs/ScanRoot.h"
 #include "Catalogs/StorageCategory.h"
 #include "Catalogs/Words.h"
@@ -38,6 +40,10 @@ struct Catalog {
 
     AppRoots (*appRoots)(const Host &host);
     LeftoverRules (*leftoverRules)(const Host &host);
+    /// Nothing on systems where all applications are bundles.
+    std::optional<DesktopPlaces> (*desktopPlaces)(const Host &host);
+    /// For applications of `desktopPlaces`.
+    DesktopLeftoverRules (*desktopLeftoverRules)(const Host &host);
 
     /// The places where data collects that programs create again by themselves, in the order shown; not yet
     /// measured.

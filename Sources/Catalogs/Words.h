@@ -12,6 +12,12 @@ struct Words {
     std::string noBytes;           ///< the size of something empty: "Zero KB"
     std::string includeSystemApps; ///< the switch that also lists the system's applications
 
+    // About the files of an application:
+    std::string whyDefinitely;  ///< why they belong to it: "Matched on bundle identifier."
+    std::string noOtherFiles;   ///< "No files found outside the bundle."
+    std::string stillSearching; ///< "The files outside the bundle are still being looked for."
+    std::string chooseApp;      ///< what selecting an application shows
+
     std::string revealItem;     ///< shows an item in the file browser: "Reveal in Finder"
     std::string openFolder;     ///< "Open in Finder"
     std::string showBackupCopy; ///< "Show this copy in Finder"

@@ -2,10 +2,52 @@
 
 #include <optional>
 #include <string>
+#include <variant>
 
 namespace brimvale::commandLine {
 
 namespace {
+
+/// Writes each way of removal with what it needs.
+struct RemovalJson {
+    JsonWriter &json;
+
+    void operator()(const RemovedAsItem &way) const {
+        json.member("way", "item");
+        if (!way.uninstaller.empty())
+            json.path("uninstaller", way.uninstaller);
+    }
+    void operator()(const RemovedByCommand &way) const {
+        json.member("way", "command");
+        json.member("program", way.program);
+        json.key("arguments");
+        json.beginArray();
+        for (const std::string &argument : way.arguments)
+            json.value(argument);
+        json.end();
+    }
+    void operator()(const RemovedInTerminal &way) const {
+        json.member("way", "terminal");
+        json.member("command", way.command);
+    }
+    void operator()(const RemovedElsewhere &way) const {
+        json.member("way", "program");
+        json.member("program", way.program);
+    }
+};
+
+/// What only applications have that are no bundles.
+void writeInstallation(JsonWriter &json, const InstalledApp &app) {
+    json.member("kind", identifier(app.kind));
+    json.member("origin", app.origin);
+    json.member("knownSize", app.knownSize);
+    if (!app.iconPath.empty())
+        json.path("icon", app.iconPath);
+    json.key("removal");
+    json.beginObject();
+    std::visit(RemovalJson{json}, app.removal);
+    json.end();
+}
 
 void writeApp(JsonWriter &json, const InstalledApp &app) {
     json.beginObject();
@@ -16,6 +58,8 @@ void writeApp(JsonWriter &json, const InstalledApp &app) {
     json.member("isSystemApp", app.isSystemApp);
     json.member("isMASApp", app.isMASApp);
     json.member("lastUsed", app.lastUsed ? std::optional(iso8601(*app.lastUsed)) : std::nullopt);
+    if (app.kind != AppKind::bundle)
+        writeInstallation(json, app);
     json.end();
 }
 
@@ -43,6 +87,10 @@ void writeLeftovers(JsonWriter &json, const std::vector<LeftoverItem> &items) {
         json.member("requiresAdmin", item.requiresAdmin);
         json.member("isFolder", item.isFolder);
         json.member("isVague", item.isVague);
+        if (!item.reason.empty()) {
+            json.member("reason", item.reason);
+            json.member("isCareful", item.isCareful);
+        }
         json.end();
     }
     json.end();

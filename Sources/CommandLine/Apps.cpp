@@ -53,14 +53,20 @@ void writeApps(Output &output, const std::vector<AppRow> &rows, bool hasSizes) {
     std::vector<TextTable::Column> columns;
     if (hasSizes)
         columns = {TextTable::sizeColumn("SIZE"), TextTable::sizeColumn("LEFTOVERS")};
+    const bool hasKinds = std::any_of(rows.begin(), rows.end(),
+                                      [](const AppRow &row) { return row.app.kind != AppKind::bundle; });
+    if (hasKinds)
+        columns.emplace_back("KIND");
     columns.insert(columns.end(), {{"NAME"}, {"VERSION"}, {"IDENTIFIER"}, {"PATH"}});
 
     TextTable table(std::move(columns));
     for (const AppRow &row : rows) {
         std::vector<std::string> cells;
         if (hasSizes)
-            cells = {row.analyzed ? Fmt::byteFormatter(row.bundleSize) : "–",
+            cells = {row.analyzed && row.app.hasSize() ? Fmt::byteFormatter(row.bundleSize) : "–",
                      row.analyzed ? leftoversSize(row) : "–"};
+        if (hasKinds)
+            cells.emplace_back(row.app.kind == AppKind::bundle ? "Bundle" : title(row.app.kind));
         for (const std::string &text : {row.app.name, row.app.version.value_or("–"),
                                         row.app.bundleID.value_or("–"), row.app.url.path()})
             cells.push_back(terminalText(text));
@@ -100,7 +106,9 @@ constinit const Command appsCommand = {
     .summary = "Lists the installed applications.",
     .help =
         "\nApplications are bundles in the folders where the system keeps them, and in your own folder for\n"
-        "them. Without --analyze sizes are 0 and leftovers are not looked for.\n",
+        "them. On Linux they are also packages with a desktop entry, Flatpaks, snaps, AppImages, and "
+        "programs\n"
+        "installed by hand. Without --analyze sizes are 0 and leftovers are not looked for.\n",
     .run = runApps,
 };
 

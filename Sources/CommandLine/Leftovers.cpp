@@ -8,7 +8,7 @@
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/TextTable.h"
 #include "Core/Apps/AppInventory.h"
-#include "Core/Apps/LeftoverFinder.h"
+#include "Core/Apps/LeftoverSearch.h"
 #include "Core/Text/Formatting.h"
 
 #include <algorithm>
@@ -22,19 +22,29 @@ namespace brimvale::commandLine {
 
 namespace {
 
-/// The bundle at a path as typed; nothing if there is none.
+/// The application at a path as typed; nothing if there is none.
 std::optional<InstalledApp> appAt(std::string_view typed) {
     const auto place = resolveGivenPath(typed);
     if (!std::holds_alternative<FileURL>(place))
         return std::nullopt;
     const std::string path = std::get<FileURL>(place).standardized().path();
     const Host host = Host::current();
+    for (InstalledApp &app : AppInventory::scan(true, host))
+        if (app.kind != AppKind::bundle && app.url.path() == path)
+            return std::move(app);
     return AppInventory::describe(path, catalogOf(host.system).appRoots(host).isSystem(path));
+}
+
+/// Whether an application has this identifier, or is of this package.
+bool isIdentifiedBy(const InstalledApp &app, std::string_view identifier) {
+    const std::vector<std::string> &all = app.names.identifiers;
+    return app.bundleID == identifier || (app.kind == AppKind::package && app.origin == identifier) ||
+           std::find(all.begin(), all.end(), identifier) != all.end();
 }
 
 std::vector<InstalledApp> appsIdentifiedBy(std::string_view identifier) {
     std::vector<InstalledApp> apps = AppInventory::scan(true);
-    std::erase_if(apps, [&](const InstalledApp &app) { return app.bundleID != identifier; });
+    std::erase_if(apps, [&](const InstalledApp &app) { return !isIdentifiedBy(app, identifier); });
     return apps;
 }
 
@@ -60,14 +70,24 @@ std::optional<InstalledApp> appMeantBy(std::string_view typed) {
 }
 
 void writeLeftovers(Output &output, const std::vector<LeftoverItem> &items, MatchConfidence confidence) {
-    TextTable table({TextTable::sizeColumn("SIZE"), {"CATEGORY"}, {"PATH"}});
+    const bool hasReasons = std::any_of(items.begin(), items.end(),
+                                        [](const LeftoverItem &item) { return !item.reason.empty(); });
+    std::vector<TextTable::Column> columns = {TextTable::sizeColumn("SIZE"), {"CATEGORY"}};
+    if (hasReasons)
+        columns.emplace_back("REASON");
+    columns.emplace_back("PATH");
+    TextTable table(std::move(columns));
     bool isEmpty = true;
     bool isVague = false;
     for (const LeftoverItem &item : items) {
         if (item.confidence != confidence)
             continue;
-        table.add({Fmt::byteFormatter(item.size), terminalText(item.category),
-                   terminalText(item.url.path()) + (item.requiresAdmin ? "  [administrator]" : "")});
+        std::vector<std::string> cells = {Fmt::byteFormatter(item.size), terminalText(item.category)};
+        if (hasReasons)
+            cells.push_back(item.reason);
+        cells.push_back(terminalText(item.url.path()) + (item.requiresAdmin ? "  [administrator]" : "") +
+                        (item.isCareful ? "  [careful]" : ""));
+        table.add(std::move(cells));
         isEmpty = false;
         isVague = isVague || item.isVague;
     }
@@ -81,7 +101,7 @@ void writeLeftovers(Output &output, const std::vector<LeftoverItem> &items, Matc
 
 void writeReport(Output &output, const std::vector<LeftoverItem> &items) {
     if (items.empty())
-        output.write("No files found outside the bundle.\n");
+        output.write(Words::current().noOtherFiles + "\n");
     writeLeftovers(output, items, MatchConfidence::exact);
     if (!items.empty() && items.front().confidence != items.back().confidence)
         output.write("\n");
@@ -94,7 +114,7 @@ ExitStatus runLeftovers(const Arguments &arguments, Output &output) {
         return ExitStatus::failed;
     const StopFlag cancelled;
     const Interruption interruption(cancelled);
-    const std::vector<LeftoverItem> items = LeftoverFinder().leftovers(*app, cancelled);
+    const std::vector<LeftoverItem> items = leftoverSearch()(*app, cancelled);
     if (arguments.has("--json")) {
         JsonWriter json(output);
         writeLeftovers(json, items);
@@ -111,9 +131,12 @@ constinit const Command leftoversCommand = {
     .operands = "APP",
     .operandCount = {.minimum = 1, .maximum = 1},
     .summary = "Finds the files that an application keeps outside its bundle.",
-    .help = "\nAPP is the path of a bundle, or the bundle identifier of an installed application. What is "
-            "marked\n"
-            "[administrator] can only be removed as one.\n",
+    .help =
+        "\nAPP is the path of a bundle, or the bundle identifier of an installed application. What is "
+        "marked\n"
+        "[administrator] can only be removed as one. On Linux APP is the identifier of a desktop entry or\n"
+        "Flatpak, the name of a package or snap, or the path that \"apps\" shows. What is marked [careful]\n"
+        "may hold what you have made.\n",
     .run = runLeftovers,
 };
 

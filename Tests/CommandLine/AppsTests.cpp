@@ -1,5 +1,6 @@
 #include "CommandLine/Program.h"
 #include "Support/SampleApps.h"
+#include "Support/SampleDesktop.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -79,6 +80,37 @@ TEST(Apps, AnalyzeMeasuresAppsAndLeftovers) {
                            {"isVague", false}}));
     EXPECT_EQ(leftovers[0]["isFolder"], true);
     EXPECT_EQ(arrayIn(runIn(home, {"leftovers", "com.example.acme", "--json"})), leftovers);
+}
+
+TEST(Apps, OfLinuxHaveAKindAndAWayOfRemoval) {
+    const SampleDesktop desktop;
+    makeSampleDesktop(desktop);
+    desktop.makeFile("home/user/.var/app/org.example.Maps/data/x", 50'000);
+    const auto run = [&](const std::vector<std::string> &arguments) {
+        return runProgramOnLinux(desktop.path(), arguments, inHome(desktop.path("home/user")));
+    };
+    const QJsonArray rows = arrayIn(run({"apps", "--analyze", "--json"}));
+    const QJsonObject maps = rowOf(rows, desktop.path("var/lib/flatpak/app/org.example.Maps"));
+    EXPECT_EQ(maps["bundleSize"], 345'678'901);
+    EXPECT_EQ(maps["app"]["kind"], "flatpak");
+    EXPECT_EQ(maps["app"]["origin"], "flathub");
+    EXPECT_EQ(maps["app"]["removal"].toObject(),
+              (QJsonObject{{"way", "command"},
+                           {"program", "flatpak"},
+                           {"arguments", QJsonArray{"uninstall", "--system", "-y", "--noninteractive",
+                                                    "org.example.Maps"}}}));
+    const QJsonObject leftover = maps["leftovers"][0].toObject();
+    EXPECT_EQ(leftover["reason"], "Flatpak data folder");
+    EXPECT_EQ(leftover["isCareful"], false);
+    const QJsonObject editor = rowOf(rows, desktop.path("home/user/editor"));
+    EXPECT_EQ(editor["app"]["removal"]["uninstaller"].toString().toStdString(),
+              desktop.path("home/user/editor/uninstall.sh"));
+
+    EXPECT_THAT(run({"apps"}).out, MatchesRegex("KIND +NAME +VERSION +IDENTIFIER +PATH\n.*"));
+    for (const std::string &app :
+         {std::string("org.example.Maps"), desktop.path("var/lib/flatpak/app/org.example.Maps")})
+        EXPECT_THAT(run({"leftovers", app}).out, HasSubstr("Sandbox data  Flatpak data folder  "));
+    EXPECT_EQ(run({"leftovers", "example-viewer"}).out, "No other files of this app found.\n");
 }
 
 TEST(Leftovers, AcceptsBundlePathOrBundleID) {

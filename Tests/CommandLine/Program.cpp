@@ -70,8 +70,8 @@ std::string programPath() {
     return moved != nullptr ? moved : BRIMVALECTL;
 }
 
-Outcome runWithCatalogs(const char *system, const std::string &root, std::vector<std::string> arguments,
-                        const std::function<void()> &prepare) {
+Outcome runProgramOn(const std::string &system, const std::string &root, std::vector<std::string> arguments,
+                     const std::function<void()> &prepare) {
     arguments.insert(arguments.begin(), {"--system", system});
     const std::string folder(FileURL(programPath()).parent().path());
     return runFile(joinPath(folder, "brimvalectl-in-tests"), arguments, [&] {
@@ -86,14 +86,14 @@ Outcome runProgram(const std::vector<std::string> &arguments, const std::functio
     return runFile(programPath(), arguments, prepare);
 }
 
-Outcome runProgramOnMac(const std::string &root, std::vector<std::string> arguments,
+Outcome runProgramOnMac(const std::string &root, const std::vector<std::string> &arguments,
                         const std::function<void()> &prepare) {
-    return runWithCatalogs("macos", root, std::move(arguments), prepare);
+    return runProgramOn("macos", root, arguments, prepare);
 }
 
-Outcome runProgramOnLinux(const std::string &root, std::vector<std::string> arguments,
+Outcome runProgramOnLinux(const std::string &root, const std::vector<std::string> &arguments,
                           const std::function<void()> &prepare) {
-    return runWithCatalogs("linux", root, std::move(arguments), prepare);
+    return runProgramOn("linux", root, arguments, prepare);
 }
 
 Outcome runProgramUnprivileged(const std::string &folder, const std::vector<std::string> &arguments) {

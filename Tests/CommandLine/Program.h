@@ -25,12 +25,12 @@ struct Outcome {
 
 /// The same with the catalogs of macOS, for a Mac whose disk is the folder `root`.
 [[nodiscard]] Outcome runProgramOnMac(
-    const std::string &root, std::vector<std::string> arguments,
+    const std::string &root, const std::vector<std::string> &arguments,
     const std::function<void()> &prepare = [] {});
 
 /// The same with the catalogs of Linux.
 [[nodiscard]] Outcome runProgramOnLinux(
-    const std::string &root, std::vector<std::string> arguments,
+    const std::string &root, const std::vector<std::string> &arguments,
     const std::function<void()> &prepare = [] {});
 
 /// The same as a user without special rights, whoever runs the tests. `folder` has to be open to all users;

@@ -36,6 +36,8 @@ const Catalog &catalog() {
         .accessProbes = accessProbes,
         .appRoots = appRoots,
         .leftoverRules = leftoverRules,
+        .desktopPlaces = desktopPlaces,
+        .desktopLeftoverRules = desktopLeftoverRules,
         .cleanupTargets = cleanupTargets,
         .cleanupFindings = cleanupFindings,
         .areRunning = areRunning,

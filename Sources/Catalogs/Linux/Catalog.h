@@ -14,6 +14,8 @@ namespace brimvale::linuxCatalog {
 [[nodiscard]] std::vector<CleanupTarget> cleanupTargets(const Host &host);
 [[nodiscard]] std::vector<CleanupFinding> cleanupFindings(const Host &host,
                                                           const std::vector<std::string> &ids);
+[[nodiscard]] std::optional<DesktopPlaces> desktopPlaces(const Host &host);
+[[nodiscard]] DesktopLeftoverRules desktopLeftoverRules(const Host &host);
 [[nodiscard]] std::vector<StorageCategory> storageCategories(const Host &host,
                                                              std::vector<std::string> others);
 [[nodiscard]] std::vector<std::string> systemDataRoots(const Host &host);

@@ -72,6 +72,8 @@ const Catalog &catalog() {
         .accessProbes = accessProbes,
         .appRoots = appRoots,
         .leftoverRules = leftoverRules,
+        .desktopPlaces = [](const Host & /*host*/) { return std::optional<DesktopPlaces>(); },
+        .desktopLeftoverRules = [](const Host & /*host*/) { return DesktopLeftoverRules(); },
         .cleanupTargets = cleanupTargets,
         .storageCategories = storageCategories,
         .systemDataRoots = systemDataRoots,

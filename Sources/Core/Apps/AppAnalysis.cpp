@@ -1,6 +1,6 @@
 #include "Core/Apps/AppAnalysis.h"
 
-#include "Core/Apps/LeftoverFinder.h"
+#include "Core/Apps/LeftoverSearch.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Scan/ParallelLoop.h"
 
@@ -16,11 +16,21 @@ namespace {
 /// threads help where only a few large folders are left.
 constexpr std::size_t mostAtOnce = 4;
 
+/// What the package manager says, or what the item at the application's path takes; nothing where that is
+/// only an entry for the desktop.
+DiskScanner::QuickFigures sizeOf(const InstalledApp &app, const ScanOptions &measuring,
+                                 const StopFlag &cancelled) {
+    if (app.knownSize)
+        return {.bytes = *app.knownSize, .freedBytes = *app.knownSize};
+    return app.hasSize() ? DiskScanner::quickFigures(app.url.path(), measuring, cancelled)
+                         : DiskScanner::QuickFigures();
+}
+
 } // namespace
 
 void analyze(const std::vector<InstalledApp> &apps, const std::function<void(AppFigures)> &use,
              const StopFlag &cancelled, const Host &host) {
-    const LeftoverFinder finder(host);
+    const LeftoverSearch search = leftoverSearch(host);
     ScanOptions measuring;
     measuring.skippedPaths = ScanOptions::cloudProviderRoots(host);
     std::mutex lock;
@@ -28,9 +38,8 @@ void analyze(const std::vector<InstalledApp> &apps, const std::function<void(App
         if (cancelled.isSet())
             return;
         const FileURL &bundle = apps[i].url;
-        const DiskScanner::QuickFigures size = DiskScanner::quickFigures(bundle.path(), measuring, cancelled);
-        AppFigures figures{bundle, size.bytes, finder.leftovers(apps[i], cancelled),
-                           size.freedBytes != size.bytes};
+        const DiskScanner::QuickFigures size = sizeOf(apps[i], measuring, cancelled);
+        AppFigures figures{bundle, size.bytes, search(apps[i], cancelled), size.freedBytes != size.bytes};
         const std::lock_guard guard(lock);
         if (!cancelled.isSet())
             use(std::move(figures));

@@ -1,6 +1,7 @@
 #include "Core/Apps/AppInventory.h"
 
 #include "Catalogs/Catalog.h"
+#include "Core/Apps/Linux/LinuxApps.h"
 #include "Core/Text/Collation.h"
 #include "Platform/Bundle.h"
 #include "Platform/Dataless.h"
@@ -89,6 +90,12 @@ std::string firstText(const std::optional<std::string> &first, const std::option
     return second && !second->empty() ? *second : std::string(third);
 }
 
+void sortByName(std::vector<InstalledApp> &apps) {
+    std::stable_sort(apps.begin(), apps.end(), [](const InstalledApp &a, const InstalledApp &b) {
+        return compareAsInFinder(a.name, b.name) < 0;
+    });
+}
+
 } // namespace
 
 std::vector<std::string> user(const Host &host) {
@@ -96,7 +103,16 @@ std::vector<std::string> user(const Host &host) {
 }
 
 std::vector<InstalledApp> scan(bool includeSystem, const Host &host) {
-    return scan(includeSystem, catalogOf(host.system).appRoots(host));
+    const Catalog &catalog = catalogOf(host.system);
+    std::vector<InstalledApp> apps = scan(includeSystem, catalog.appRoots(host));
+    const std::optional<DesktopPlaces> places = catalog.desktopPlaces(host);
+    if (!places)
+        return apps;
+    for (InstalledApp &app : linuxApps::installedApps(*places))
+        if (includeSystem || !app.isSystemApp)
+            apps.push_back(std::move(app));
+    sortByName(apps);
+    return apps;
 }
 
 std::vector<InstalledApp> scan(bool includeSystem, const AppRoots &roots) {
@@ -110,9 +126,7 @@ std::vector<InstalledApp> scan(bool includeSystem, const AppRoots &roots) {
         if (std::optional<InstalledApp> app =
                 describe(bundle.path, roots.isSystem(bundle.root) || isInSystem(bundle.place, roots)))
             apps.push_back(*std::move(app));
-    std::stable_sort(apps.begin(), apps.end(), [](const InstalledApp &a, const InstalledApp &b) {
-        return compareAsInFinder(a.name, b.name) < 0;
-    });
+    sortByName(apps);
     return apps;
 }
 

@@ -13,9 +13,13 @@ const char *title(MatchConfidence confidence) {
 
 std::string explanation(MatchConfidence confidence) {
     if (confidence == MatchConfidence::exact)
-        return "Matched on bundle identifier.";
+        return Words::current().whyDefinitely;
     return "Matched on name only, so check these before removing. Another app or " +
            Words::current().theSystem + " itself may own them.";
+}
+
+std::string carefulWarning() {
+    return "Your own data may be inside. Look before you remove it.";
 }
 
 std::string vagueWarning() {

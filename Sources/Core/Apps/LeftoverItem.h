@@ -22,6 +22,9 @@ enum class MatchConfidence {
 /// The reason for the confidence, in full sentences.
 [[nodiscard]] std::string explanation(MatchConfidence confidence);
 
+/// What a careful item may hold, as a sentence.
+[[nodiscard]] std::string carefulWarning();
+
 /// Why a vague claim has to be checked, as a sentence.
 [[nodiscard]] std::string vagueWarning();
 
@@ -37,6 +40,8 @@ struct LeftoverItem {
     /// Claimed by an identifier without a dot ("com"), with which the names of other programs' files begin.
     bool isVague = false;
     bool hasLinkedFiles = false; ///< files with several names
+    std::string reason = {};     ///< why it was found, where each item has its own: "same name"
+    bool isCareful = false;      ///< what people make may be inside: mail, saved games, keys
 
     friend bool operator==(const LeftoverItem &, const LeftoverItem &) = default;
 };

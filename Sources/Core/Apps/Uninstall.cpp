@@ -5,16 +5,48 @@
 
 #include <algorithm>
 #include <optional>
+#include <variant>
 
 namespace brimvale::Uninstall {
 
 namespace {
 
 bool removesBundle(const AppRow &row, bool includeBundle) {
-    return includeBundle && !row.app.isSystemApp;
+    return includeBundle && isRemovedAsItem(row.app);
 }
 
 } // namespace
+
+bool isRemovedAsItem(const InstalledApp &app) {
+    return !app.isSystemApp && std::holds_alternative<RemovedAsItem>(app.removal);
+}
+
+std::string commandFor(const InstalledApp &app) {
+    if (const auto *inTerminal = std::get_if<RemovedInTerminal>(&app.removal))
+        return inTerminal->command;
+    const auto *command = std::get_if<RemovedByCommand>(&app.removal);
+    if (command == nullptr)
+        return "";
+    std::string words = command->program;
+    for (const std::string &argument : command->arguments)
+        words.append(" ").append(argument);
+    return words;
+}
+
+std::string otherRemoval(const InstalledApp &app) {
+    if (app.isSystemApp)
+        return "This is a system app. Brimvale will not remove it.";
+    if (const auto *elsewhere = std::get_if<RemovedElsewhere>(&app.removal))
+        return "Remove it with " + elsewhere->program + ", which has added it.";
+    if (app.kind == AppKind::flatpak || app.kind == AppKind::snap)
+        return "Remove it in the software center, or with this command:";
+    if (const auto *inTerminal = std::get_if<RemovedInTerminal>(&app.removal))
+        return inTerminal->command.empty()
+                   ? "It belongs to a package. Remove it with the package manager of the system."
+                   : "It belongs to the package " + app.origin +
+                         ". Remove it in the software center, or with this command:";
+    return "";
+}
 
 CleanupEntry entryOf(const LeftoverItem &item) {
     return {.url = item.url,
@@ -44,7 +76,7 @@ std::string confirmation(const AppRow &row, const std::vector<LeftoverItem> &lef
     std::string text = "This removes ";
     std::int64_t size = 0;
     if (removesBundle(row, includeBundle)) {
-        text += "the app bundle and ";
+        text += row.app.kind == AppKind::bundle ? "the app bundle and " : "the app and ";
         size = row.bundleSize;
     }
     for (const LeftoverItem &leftover : leftovers)

@@ -14,6 +14,17 @@ namespace brimvale {
 /// Prepares the removal of an application, as values; nothing is removed here.
 namespace Uninstall {
 
+/// Whether the item at the application's path is removed with it: neither an application of the system, nor
+/// one that another program removes.
+[[nodiscard]] bool isRemovedAsItem(const InstalledApp &app);
+
+/// How the user removes an application that is not removed as an item, as a sentence; it ends in a colon
+/// where `commandFor` follows. Empty for others.
+[[nodiscard]] std::string otherRemoval(const InstalledApp &app);
+
+/// The command that removes the application, for a terminal; may be empty.
+[[nodiscard]] std::string commandFor(const InstalledApp &app);
+
 /// The leftover as an entry to remove.
 [[nodiscard]] CleanupEntry entryOf(const LeftoverItem &item);
 

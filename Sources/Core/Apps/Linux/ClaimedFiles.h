@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Base/StopFlag.h"
+#include "Core/Apps/Linux/FileClaim.h"
+#include "Core/Scan/ScanOptions.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace brimvale::linuxApps {
+
+/// The files that the applications of a desktop keep outside their packages, each with the one application
+/// that it belongs to. What several claim with the same right belongs to none of them. May serve several
+/// threads at once.
+class ClaimedFiles {
+public:
+    /// Lists the folders where applications keep files. `all` are all applications that are installed.
+    ClaimedFiles(DesktopPlaces places, DesktopLeftoverRules rules, const std::vector<InstalledApp> &all);
+
+    /// The leftovers of one application, measured: those that are surely its own first, then the largest
+    /// first. Blocks; once `cancelled` is set it returns soon, with what it has.
+    [[nodiscard]] std::vector<LeftoverItem> leftovers(const InstalledApp &app,
+                                                      const StopFlag &cancelled) const;
+
+private:
+    struct Owner {
+        std::string app; ///< the path of the application
+        MatchConfidence confidence;
+    };
+
+    void note(const InstalledApp &app, const FileClaim &claim);
+    [[nodiscard]] bool isClaimedByOther(const FileClaim &claim, const std::string &app) const;
+
+    LeftoverPlaces places_;
+    ScanOptions measuring_;
+    std::map<std::string, std::vector<Owner>> owners_; ///< by path
+};
+
+} // namespace brimvale::linuxApps

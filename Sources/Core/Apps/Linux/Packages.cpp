@@ -1,0 +1,80 @@
+#include "Core/Apps/Linux/Packages.h"
+
+#include <algorithm>
+
+namespace brimvale::linuxApps {
+
+namespace {
+
+constexpr std::string_view entriesFolder = "share/applications/";
+
+bool matchesPattern(std::string_view name, std::string_view pattern) {
+    return pattern.ends_with('*') ? name.starts_with(pattern.substr(0, pattern.size() - 1)) : name == pattern;
+}
+
+/// Whether the bytes from `at` on, of this length, are a whole path of the list or the start of one that ends
+/// at a slash.
+bool isWholePath(std::string_view list, std::size_t at, std::size_t length) {
+    const std::size_t line = at > 0 && list[at - 1] == '/' ? at - 1 : at;
+    const std::size_t end = at + length;
+    return (line == 0 || list[line - 1] == '\n') &&
+           (end == list.size() || list[end] == '\n' || list[end] == '/');
+}
+
+bool hasPath(std::string_view list, std::string_view relative) {
+    for (std::size_t at = list.find(relative); at != std::string_view::npos; at = list.find(relative, at + 1))
+        if (isWholePath(list, at, relative.size()))
+            return true;
+    return false;
+}
+
+} // namespace
+
+WantedPaths::WantedPaths(const std::vector<std::string> &paths) {
+    for (const std::string &path : paths)
+        if (path.find(entriesFolder) != std::string::npos)
+            entries_.emplace(path.substr(1), path);
+        else if (path.size() > 1)
+            others_.push_back(path);
+}
+
+std::vector<std::string> WantedPaths::in(std::string_view list) const {
+    std::vector<std::string> found;
+    addEntriesIn(list, found);
+    constexpr std::string_view usr = "/usr/";
+    for (const std::string &path : others_) {
+        const std::string_view relative = std::string_view(path).substr(1);
+        // A list may name what is in "/usr/bin" by its older name "/bin".
+        if (hasPath(list, relative) ||
+            (path.starts_with(usr) && hasPath(list, std::string_view(path).substr(usr.size()))))
+            found.push_back(path);
+    }
+    return found;
+}
+
+void WantedPaths::addEntriesIn(std::string_view list, std::vector<std::string> &found) const {
+    for (std::size_t at = list.find(entriesFolder); at != std::string_view::npos;
+         at = list.find(entriesFolder, at + 1)) {
+        const std::size_t lineBefore = list.rfind('\n', at);
+        std::size_t line = lineBefore == std::string_view::npos ? 0 : lineBefore + 1;
+        line += list[line] == '/' ? 1U : 0U;
+        const std::size_t end = std::min(list.find('\n', at), list.size());
+        if (const auto entry = entries_.find(std::string(list.substr(line, end - line)));
+            entry != entries_.end())
+            found.push_back(entry->second);
+    }
+}
+
+Owners ownersOf(const std::vector<std::string> &paths, const DesktopPlaces &places) {
+    const PackageDatabases &databases = places.packages;
+    const WantedPaths wanted(paths);
+    Owners owners = dpkgOwners(wanted, databases.dpkg);
+    owners.merge(pacmanOwners(wanted, databases.pacman));
+    owners.merge(rpmOwners(paths, databases));
+    for (auto &[path, package] : owners)
+        for (const std::string &pattern : databases.systemPackages)
+            package.isOfSystem = package.isOfSystem || matchesPattern(package.name, pattern);
+    return owners;
+}
+
+} // namespace brimvale::linuxApps
