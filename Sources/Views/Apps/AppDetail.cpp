@@ -12,7 +12,10 @@
 #include "Views/Entries/ItemActions.h"
 
 #include <QCheckBox>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -27,7 +30,9 @@ constexpr int pictureSize = 40;
 } // namespace
 
 AppDetail::AppDetail(QWidget *parent)
-    : QWidget(parent), name_(new TextLabel(Type::Size::title, QFont::Bold, this)),
+    : QWidget(parent),
+      symbol_(new IconLabel(QStringLiteral("app-window"), IconLabel::Tone::accent, this, pictureSize)),
+      picture_(new QLabel(this)), name_(new TextLabel(Type::Size::title, QFont::Bold, this)),
       identity_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       path_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::tertiary, Qt::ElideMiddle, this)),
       facts_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
@@ -43,6 +48,7 @@ AppDetail::AppDetail(QWidget *parent)
     layout->setSpacing(16);
     layout->addWidget(makeHead());
     layout->addWidget(makeBundleChoice());
+    layout->addWidget(makeCommand());
     layout->addWidget(state_);
     layout->addWidget(exact_);
     layout->addWidget(likely_);
@@ -53,6 +59,7 @@ AppDetail::AppDetail(QWidget *parent)
     for (const LeftoverGroup *group : {exact_, likely_})
         connect(group, &LeftoverGroup::browseAsked, this, &AppDetail::browseAsked);
     connect(bundle_, &QCheckBox::toggled, this, &AppDetail::selectionChanged);
+    connect(&icons_, &AppIcons::arrived, this, &AppDetail::showPicture);
 }
 
 QWidget *AppDetail::makeHead() {
@@ -70,8 +77,9 @@ QWidget *AppDetail::makeHead() {
     auto *layout = new QHBoxLayout(head);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(14);
-    layout->addWidget(new IconLabel(QStringLiteral("app-window"), IconLabel::Tone::accent, this, pictureSize),
-                      0, Qt::AlignTop);
+    picture_->setFixedSize(pictureSize, pictureSize);
+    layout->addWidget(symbol_, 0, Qt::AlignTop);
+    layout->addWidget(picture_, 0, Qt::AlignTop);
     layout->addLayout(words, 1);
     return head;
 }
@@ -94,12 +102,44 @@ QWidget *AppDetail::makeBundleChoice() {
     return choice;
 }
 
+QWidget *AppDetail::makeCommand() {
+    command_ = new QWidget(this);
+    commandWords_ = new ElidedLabel(Type::Size::body, TextLabel::Tone::primary, Qt::ElideMiddle, this);
+    commandWords_->setObjectName(QStringLiteral("removalCommand"));
+    copy_ = makeButton("copyCommand", u"Copy Command"_s, this);
+    connect(copy_, &QPushButton::clicked, this, [this] {
+        if (row_)
+            QGuiApplication::clipboard()->setText(text(Uninstall::commandFor(row_->app)));
+    });
+    auto *layout = new QHBoxLayout(command_);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(commandWords_, 1);
+    layout->addWidget(copy_);
+    return command_;
+}
+
+void AppDetail::showCommand() {
+    const std::string words = row_->app.isSystemApp ? "" : Uninstall::commandFor(row_->app);
+    commandWords_->setText(displayedText(words));
+    command_->setHidden(words.empty());
+}
+
+void AppDetail::showPicture() {
+    const QPixmap own =
+        row_ ? icons_.picture(row_->app.iconPath, pictureSize, devicePixelRatioF()) : QPixmap();
+    picture_->setPixmap(own);
+    picture_->setHidden(own.isNull());
+    symbol_->setHidden(!own.isNull());
+}
+
 void AppDetail::show(const AppRow &row, const std::vector<AppRow> &rows, bool isLoading) {
     const bool isAnother = !row_ || row_->app.url != row.app.url;
     row_ = row;
     if (isAnother)
         clearTicks();
     showBundleChoice();
+    showCommand();
+    showPicture();
     showFacts();
     showLeftovers(rows, isLoading);
 }
@@ -108,8 +148,8 @@ void AppDetail::show(const AppRow &row, const std::vector<AppRow> &rows, bool is
 void AppDetail::showBundleChoice() {
     if (!row_)
         return;
-    const QString reason = row_->app.isSystemApp ? u"This is a system app. Brimvale will not remove it."_s
-                                                 : ticked_.lockReason(row_->app.url);
+    const QString reason = Uninstall::isRemovedAsItem(row_->app) ? ticked_.lockReason(row_->app.url)
+                                                                 : text(Uninstall::otherRemoval(row_->app));
     // The user must see how much a removal frees before asking for it.
     const bool canTick = row_->analyzed && reason.isEmpty();
     if (!canTick)
@@ -129,17 +169,24 @@ void AppDetail::showFacts() {
     const InstalledApp &app = row_->app;
     name_->setText(displayedText(app.name));
     QStringList identity;
+    if (app.kind != AppKind::bundle)
+        identity.append(QString::fromUtf8(title(app.kind)));
     if (app.version)
         identity.append(u"Version %1"_s.arg(displayedText(*app.version)));
     if (app.bundleID)
         identity.append(displayedText(*app.bundleID));
     if (app.isMASApp)
         identity.append(u"from the App Store"_s);
+    if (app.kind == AppKind::flatpak && !app.origin.empty())
+        identity.append(u"from %1"_s.arg(displayedText(app.origin)));
     identity_->setText(identity.join(QStringLiteral(" · ")));
     identity_->setHidden(identity.isEmpty());
-    QStringList facts = {row_->analyzed ? sizeText(row_->bundleSize) : u"Not analysed yet"_s};
+    QStringList facts = {!row_->analyzed ? u"Not analysed yet"_s
+                         : app.hasSize() ? sizeText(row_->bundleSize)
+                                         : u"Size not known"_s};
     if (app.lastUsed)
-        facts.append(u"last used %1"_s.arg(text(Fmt::relativeDate(app.lastUsed))));
+        facts.append((app.kind == AppKind::bundle ? u"last used %1"_s : u"opened about %1"_s)
+                         .arg(text(Fmt::relativeDate(app.lastUsed))));
     facts_->setText(facts.join(QStringLiteral(" · ")));
     path_->setText(displayedText(app.url.path()));
 }
@@ -157,9 +204,9 @@ void AppDetail::showLeftovers(const std::vector<AppRow> &rows, bool isLoading) {
     exact_->setRows(exact);
     likely_->setRows(likely);
     state_->setHidden(!row_->leftovers.empty());
-    state_->setText(row_->analyzed ? u"No files found outside the bundle."_s
+    state_->setText(row_->analyzed ? text(Words::current().noOtherFiles)
                     : isLoading
-                        ? u"The files outside the bundle are still being looked for."_s
+                        ? text(Words::current().stillSearching)
                         : u"The analysis was stopped before this app. Reload looks at all apps again."_s);
 }
 
@@ -173,7 +220,7 @@ std::vector<LeftoverItem> AppDetail::leftovers() const {
 }
 
 bool AppDetail::includesBundle() const {
-    return row_ && !row_->app.isSystemApp && bundle_->isChecked();
+    return row_ && Uninstall::isRemovedAsItem(row_->app) && bundle_->isChecked();
 }
 
 } // namespace brimvale

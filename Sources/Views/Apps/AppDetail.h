@@ -3,6 +3,7 @@
 #include "Core/Apps/AppRow.h"
 #include "Core/Apps/InstalledApp.h"
 #include "Core/Apps/LeftoverItem.h"
+#include "Views/Apps/AppIcons.h"
 #include "Views/Entries/TickedEntries.h"
 
 #include <QWidget>
@@ -11,11 +12,14 @@
 #include <vector>
 
 class QCheckBox;
+class QLabel;
+class QPushButton;
 class QVBoxLayout;
 
 namespace brimvale {
 
 class ElidedLabel;
+class IconLabel;
 class LeftoverGroup;
 class TextLabel;
 
@@ -45,18 +49,27 @@ signals:
 private:
     QWidget *makeHead();
     QWidget *makeBundleChoice();
+    QWidget *makeCommand();
     void showBundleChoice();
+    void showCommand();
+    void showPicture();
     void showFacts();
     void showLeftovers(const std::vector<AppRow> &rows, bool isLoading);
 
     std::optional<AppRow> row_;
     TickedEntries ticked_;
+    AppIcons icons_;
+    IconLabel *symbol_;
+    QLabel *picture_; ///< the app's own icon, in place of the symbol
     TextLabel *name_;
     ElidedLabel *identity_;
     ElidedLabel *path_;
     TextLabel *facts_;
     QCheckBox *bundle_;
     TextLabel *systemApp_;
+    QWidget *command_ = nullptr; ///< with a command that removes the app, and a button to copy it
+    ElidedLabel *commandWords_ = nullptr;
+    QPushButton *copy_ = nullptr;
     TextLabel *state_;
     LeftoverGroup *exact_;
     LeftoverGroup *likely_;

@@ -1,5 +1,6 @@
 #include "Views/Apps/AppListModel.h"
 
+#include "Core/Text/Formatting.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 
@@ -17,7 +18,9 @@ bool areSameApps(const std::vector<AppRow> &a, const std::vector<AppRow> &b) {
 }
 
 QString bundleSizeText(const AppRow &row) {
-    return row.analyzed ? sizeText(row.bundleSize) : QString();
+    if (!row.analyzed)
+        return {};
+    return row.app.hasSize() ? sizeText(row.bundleSize) : u"–"_s;
 }
 
 } // namespace
@@ -25,12 +28,16 @@ QString bundleSizeText(const AppRow &row) {
 void AppListModel::setApps(const std::vector<AppRow> &apps) {
     if (areSameApps(apps, apps_)) {
         apps_ = apps;
+        if (order_ != Order::name)
+            sortAgain();
         if (!shown_.empty())
             emit dataChanged(index(0), index(rowCount() - 1));
         return;
     }
     beginResetModel();
     apps_ = apps;
+    hasDetails_ = std::any_of(apps.begin(), apps.end(),
+                              [](const AppRow &row) { return row.app.kind != AppKind::bundle; });
     filter();
     endResetModel();
 }
@@ -52,6 +59,45 @@ void AppListModel::filter() {
     for (std::size_t i = 0; i < apps_.size(); ++i)
         if (matches(apps_[i]))
             shown_.push_back(i);
+    std::stable_sort(shown_.begin(), shown_.end(),
+                     [this](std::size_t a, std::size_t b) { return isBefore(a, b); });
+}
+
+/// The applications are in the order of their names already.
+bool AppListModel::isBefore(std::size_t a, std::size_t b) const {
+    if (order_ == Order::size)
+        return apps_[a].bundleSize > apps_[b].bundleSize;
+    return order_ == Order::lastUsed && apps_[a].app.lastUsed > apps_[b].app.lastUsed;
+}
+
+void AppListModel::setOrder(Order order) {
+    order_ = order;
+    sortAgain();
+}
+
+/// Sorts the rows, and keeps what is selected.
+void AppListModel::sortAgain() {
+    emit layoutAboutToBeChanged();
+    const std::vector<std::size_t> before = shown_;
+    filter();
+    const QModelIndexList old = persistentIndexList();
+    for (const QModelIndex &one : old) {
+        const auto place =
+            std::find(shown_.begin(), shown_.end(), before[static_cast<std::size_t>(one.row())]);
+        changePersistentIndex(one, index(static_cast<int>(place - shown_.begin())));
+    }
+    emit layoutChanged();
+}
+
+QString AppListModel::detailOf(const InstalledApp &app) const {
+    if (!hasDetails_)
+        return {};
+    QStringList parts = {app.kind == AppKind::bundle ? u"Bundle"_s : QString::fromUtf8(title(app.kind))};
+    if (app.version)
+        parts.append(displayedText(*app.version));
+    if (app.lastUsed)
+        parts.append(u"opened about %1"_s.arg(text(Fmt::relativeDate(app.lastUsed))));
+    return parts.join(QStringLiteral(" · "));
 }
 
 QModelIndex AppListModel::indexOf(const FileURL &app) const {
@@ -85,6 +131,10 @@ QVariant AppListModel::data(const QModelIndex &index, int role) const {
         return bundleSizeText(row);
     case analyzedRole:
         return row.analyzed;
+    case detailRole:
+        return detailOf(row.app);
+    case iconRole:
+        return QByteArray::fromStdString(row.app.iconPath);
     default:
         return {};
     }

@@ -3,10 +3,10 @@
 #include "Base/Background.h"
 #include "Base/Bytes.h"
 #include "Catalogs/Words.h"
+#include "Core/Apps/RunningApp.h"
 #include "Core/Apps/Uninstall.h"
 #include "Core/Model/Apps.h"
 #include "Core/Model/Removals.h"
-#include "Platform/RunningApps.h"
 #include "Views/Apps/AppDetail.h"
 #include "Views/Apps/AppListDelegate.h"
 #include "Views/Components/AccessNotice.h"
@@ -24,6 +24,7 @@
 #include "Views/Removing/RemovalSheet.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListView>
@@ -46,8 +47,9 @@ constexpr std::chrono::seconds runningInterval{2};
 AppsView::AppsView(Apps &apps, const Removals &removals, QWidget *parent)
     : QWidget(parent), apps_(apps), removals_(removals),
       reload_(new MeasureButton(u"Analysing apps"_s, MeasureButton::WhileMeasuring::hidden, this)),
-      search_(new QLineEdit(this)), system_(new QCheckBox(text(Words::current().includeSystemApps), this)),
-      list_(new QListView(this)), noMatch_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      search_(new QLineEdit(this)), order_(new QComboBox(this)),
+      system_(new QCheckBox(text(Words::current().includeSystemApps), this)), list_(new QListView(this)),
+      noMatch_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       message_(new StateMessage(this)), detail_(new AppDetail(this)), bar_(new ActionBar(this)) {
     setObjectName(QStringLiteral("appsPage"));
     auto *sides = new QHBoxLayout;
@@ -84,17 +86,26 @@ AppsView::AppsView(Apps &apps, const Removals &removals, QWidget *parent)
     showApps();
 }
 
-QWidget *AppsView::makeListSide() {
+void AppsView::makeListControls() {
     search_->setObjectName(QStringLiteral("search"));
     search_->setPlaceholderText(u"Search"_s);
     search_->setAccessibleName(u"Search the apps"_s);
     search_->setClearButtonEnabled(true);
     search_->setTextMargins(4, 0, 4, 0);
     system_->setObjectName(QStringLiteral("includeSystemApps"));
+    order_->setObjectName(QStringLiteral("sortApps"));
+    order_->setAccessibleName(u"Sort the apps"_s);
+    order_->addItem(u"Sorted by name"_s, QVariant::fromValue(AppListModel::Order::name));
+    order_->addItem(u"Sorted by size"_s, QVariant::fromValue(AppListModel::Order::size));
+    order_->addItem(u"Sorted by last use"_s, QVariant::fromValue(AppListModel::Order::lastUsed));
+}
+
+QWidget *AppsView::makeListSide() {
+    makeListControls();
     list_->setObjectName(QStringLiteral("apps"));
     list_->setAccessibleName(u"Apps"_s);
     list_->setModel(&listModel_);
-    list_->setItemDelegate(new AppListDelegate(list_));
+    list_->setItemDelegate(new AppListDelegate(icons_, list_));
     list_->setUniformItemSizes(true);
     list_->setMouseTracking(true);
     list_->setFrameShape(QFrame::NoFrame);
@@ -108,6 +119,7 @@ QWidget *AppsView::makeListSide() {
     auto *controls = new QVBoxLayout;
     controls->setContentsMargins(10, 0, 10, 0);
     controls->addWidget(search_);
+    controls->addWidget(order_);
     controls->addWidget(system_);
     layout->addLayout(controls);
     layout->addWidget(list_, 1);
@@ -127,6 +139,9 @@ void AppsView::followListSide() {
         showChosen();
     });
     connect(system_, &QCheckBox::toggled, &apps_, &Apps::setIncludeSystemApps);
+    connect(order_, &QComboBox::currentIndexChanged, this,
+            [this] { listModel_.setOrder(order_->currentData().value<AppListModel::Order>()); });
+    connect(&icons_, &AppIcons::arrived, list_->viewport(), qOverload<>(&QWidget::update));
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex &row) { choose(row); });
     connect(list_, &QAbstractItemView::activated, this,
@@ -214,7 +229,7 @@ void AppsView::showChosen() {
             list_->setCurrentIndex(place);
     } else if (!apps_->apps.empty()) {
         message_->setMessage(QStringLiteral("app-window"), u"No app selected"_s,
-                             u"Select an app to see the files that it keeps outside its bundle."_s);
+                             text(Words::current().chooseApp));
     } else if (apps_->isLoadingApps) {
         message_->setMessage(QStringLiteral("search"), u"Looking for apps…"_s,
                              u"The list appears in a moment."_s);
@@ -248,7 +263,7 @@ void AppsView::showSelection() {
 /// Checks in the background whether the chosen application is running, because this may take a while.
 void AppsView::checkRunning() {
     const AppRow *row = chosen();
-    if (row == nullptr || row->app.isSystemApp || !row->app.bundleID || row->app.bundleID->empty()) {
+    if (row == nullptr || row->app.isSystemApp) {
         bar_->setNote({});
         return;
     }
@@ -256,8 +271,7 @@ void AppsView::checkRunning() {
         return;
     isCheckingRunning_ = true;
     inBackground(
-        *QThreadPool::globalInstance(), this,
-        [identifier = *row->app.bundleID] { return isApplicationRunning(identifier); },
+        *QThreadPool::globalInstance(), this, [app = row->app] { return isRunning(app); },
         [this, url = row->app.url](bool isRunning) {
             isCheckingRunning_ = false;
             if (chosen_ != url)

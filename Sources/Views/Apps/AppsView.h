@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Removal/RemovalMode.h"
+#include "Views/Apps/AppIcons.h"
 #include "Views/Apps/AppListModel.h"
 
 #include <QTimer>
@@ -8,6 +9,7 @@
 #include <optional>
 
 class QCheckBox;
+class QComboBox;
 class QLineEdit;
 class QListView;
 class QScrollArea;
@@ -40,6 +42,7 @@ protected:
 
 private:
     QWidget *makeListSide();
+    void makeListControls();
     void followListSide();
     QWidget *makeDetailSide();
     [[nodiscard]] const AppRow *chosen() const;
@@ -54,11 +57,13 @@ private:
     Apps &apps_;
     const Removals &removals_;
     AppListModel listModel_;
+    AppIcons icons_;
     std::optional<FileURL> chosen_;
     QTimer runningTimer_;
     bool isCheckingRunning_ = false;
     MeasureButton *reload_;
     QLineEdit *search_;
+    QComboBox *order_;
     QCheckBox *system_;
     QListView *list_;
     TextLabel *noMatch_;

@@ -83,11 +83,11 @@ void LeftoverGroup::setRows(const std::vector<LeftoverListModel::Row> &rows) {
     showTicks();
 }
 
-/// What the group's tick box selects: not what may belong to other programs.
+/// What the group's tick box selects: not what may belong to other programs, and not what people make.
 std::vector<CleanupEntry> LeftoverGroup::entriesOfBox() const {
     std::vector<CleanupEntry> entries;
     for (const LeftoverListModel::Row &row : rows_)
-        if (!row.item.isVague)
+        if (!row.item.isVague && !row.item.isCareful)
             entries.push_back(Uninstall::entryOf(row.item));
     return entries;
 }

@@ -13,8 +13,18 @@ namespace brimvale {
 
 namespace {
 
+/// The folder of an item, and why the item was found if it has a reason of its own.
+QString placeAndReason(const LeftoverItem &item) {
+    QString words = displayedText(item.url.parent().path());
+    if (!item.reason.empty())
+        words.prepend(text(item.reason) + QStringLiteral(" · "));
+    return words;
+}
+
 QStringList notesOn(const LeftoverListModel::Row &row) {
     QStringList notes;
+    if (row.item.isCareful)
+        notes.append(text(carefulWarning()));
     if (row.item.isVague)
         notes.append(text(vagueWarning()));
     if (row.item.requiresAdmin)
@@ -70,7 +80,7 @@ QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
     case EntryListModel::dateRole:
         return text(row.item.category);
     case EntryListModel::folderRole:
-        return displayedText(row.item.url.parent().path());
+        return placeAndReason(row.item);
     case EntryListModel::noteRole:
         return notesOn(row).join(QLatin1Char('\n'));
     case EntryListModel::iconRole:

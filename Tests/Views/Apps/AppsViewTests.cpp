@@ -13,15 +13,19 @@
 #include "Views/Entries/EntryListModel.h"
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QDialog>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QPointer>
 #include <QProcess>
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <tuple>
 
 namespace brimvale {
 
@@ -305,6 +309,81 @@ TEST(AppDetail, RemovesNoSystemAppAndMarksWhatTheSystemOwns) {
     EXPECT_EQ(testing::shown(detail, "systemApp"), "This is a system app. Brimvale will not remove it.");
     EXPECT_FALSE(detail.includesBundle()) << "though the box was ticked";
     EXPECT_THAT(detail.leftovers(), IsEmpty());
+}
+
+TEST(AppDetail, ShowsHowAnotherProgramRemovesAnApp) {
+    AppDetail detail;
+    LeftoverItem mail{FileURL("/home/user/.mail"), "Data", MatchConfidence::exact, 5000, false};
+    mail.reason = "known folder of this app";
+    mail.isCareful = true;
+    LeftoverItem cache{FileURL("/home/user/.cache/acme"), "Cache", MatchConfidence::exact, 500, false};
+    cache.reason = "same name";
+    AppRow row{{FileURL("/usr/share/applications/acme.desktop"), "Acme", "acme", "1.0", false, false, {}},
+               1000,
+               {mail, cache},
+               true};
+    row.app.kind = AppKind::package;
+    row.app.origin = "acme-mail";
+    row.app.removal = RemovedInTerminal{"sudo apt remove acme-mail"};
+    detail.show(row, {row}, false);
+    detail.setVisible(true);
+    EXPECT_FALSE(find<QCheckBox>(detail, "includeBundle").isVisible());
+    EXPECT_FALSE(detail.includesBundle());
+    EXPECT_EQ(testing::shown(detail, "systemApp"),
+              "It belongs to the package acme-mail. Remove it in the software center, or with this command:");
+    testing::click(detail, "copyCommand");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "sudo apt remove acme-mail");
+
+    QListView &exact = leftovers(detail, "exactLeftovers");
+    EXPECT_EQ(shown(exact, 0, EntryListModel::noteRole),
+              "Your own data may be inside. Look before you remove it.");
+    EXPECT_EQ(shown(exact, 1, EntryListModel::folderRole), "same name · /home/user/.cache");
+    testing::click(find<TickBox>(find<QWidget>(detail, "exactLeftovers"), "tickAll"));
+    ASSERT_EQ(detail.leftovers().size(), 1U) << "what people make is ticked one by one";
+    EXPECT_EQ(detail.leftovers().front().url, cache.url);
+
+    row.app.removal = RemovedAsItem{};
+    row.app.kind = AppKind::appImage;
+    detail.show(row, {row}, false);
+    EXPECT_TRUE(find<QCheckBox>(detail, "includeBundle").isVisible());
+    EXPECT_FALSE(find<QPushButton>(detail, "copyCommand").isVisible());
+}
+
+TEST(AppListModel, SortsAndKeepsWhatIsSelected) {
+    AppListModel model;
+    std::vector<AppRow> rows;
+    for (const auto &[name, size, day] :
+         {std::tuple("A", 10, 3), std::tuple("B", 30, 0), std::tuple("C", 20, 5)}) {
+        AppRow row{.app = {.url = FileURL(std::string("/") + name),
+                           .name = name,
+                           .bundleID = {},
+                           .version = {},
+                           .lastUsed = {}},
+                   .bundleSize = size,
+                   .leftovers = {},
+                   .analyzed = true};
+        if (day > 0)
+            row.app.lastUsed = Date(std::chrono::hours(24 * day));
+        rows.push_back(row);
+    }
+    model.setApps(rows);
+    const auto names = [&] {
+        std::string all;
+        for (int row = 0; row < model.rowCount(); ++row)
+            all += model.index(row).data().toString().toStdString();
+        return all;
+    };
+    const QPersistentModelIndex selected = model.index(0);
+    EXPECT_EQ(names(), "ABC");
+    model.setOrder(AppListModel::Order::size);
+    EXPECT_EQ(names(), "BCA");
+    EXPECT_EQ(selected.row(), 2);
+    rows[0].bundleSize = 25;
+    model.setApps(rows);
+    EXPECT_EQ(names(), "BAC");
+    model.setOrder(AppListModel::Order::lastUsed);
+    EXPECT_EQ(names(), "CAB");
+    EXPECT_EQ(selected.data().toString(), "A");
 }
 
 TEST_F(AppsPage, TheBoxOfAGroupLeavesVagueClaimsAlone) {
