@@ -47,6 +47,12 @@ void makePackages(const SampleDesktop &desktop) {
     desktop.installDeb(
         "office:amd64", "Version: 7\nInstalled-Size: 100\nPriority: optional\n",
         {"/usr/share/applications/office-writer.desktop", "/usr/share/applications/office.desktop"});
+    desktop.makeProgram("usr/bin/cleaner");
+    desktop.makeEntry("usr/share/applications/org.example.Cleaner.desktop", "Cleaner", "cleaner");
+    desktop.makeEntry("usr/share/applications/cleaner-root.desktop", "Cleaner (as root)", "pkexec cleaner");
+    desktop.installDeb("cleaner", "Version: 4\nInstalled-Size: 100\nPriority: optional\n",
+                       {"/usr/share/applications/cleaner-root.desktop",
+                        "/usr/share/applications/org.example.Cleaner.desktop"});
     desktop.makeProgram("usr/bin/gnome-shell");
     desktop.makeEntry("usr/share/applications/org.gnome.Shell.desktop", "Shell", "gnome-shell");
     desktop.installDeb("gnome-shell", "Version: 43\nInstalled-Size: 900\nPriority: optional\n",

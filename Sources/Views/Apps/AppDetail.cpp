@@ -18,6 +18,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <variant>
 
 using namespace Qt::StringLiterals;
 
@@ -67,6 +68,7 @@ QWidget *AppDetail::makeHead() {
     name_->setWordWrap(true);
     identity_->setObjectName(QStringLiteral("appIdentity"));
     facts_->setObjectName(QStringLiteral("appFacts"));
+    facts_->setWordWrap(true);
     auto *words = new QVBoxLayout;
     words->setSpacing(3);
     words->addWidget(name_);
@@ -187,6 +189,10 @@ void AppDetail::showFacts() {
     if (app.lastUsed)
         facts.append((app.kind == AppKind::bundle ? u"last used %1"_s : u"opened about %1"_s)
                          .arg(text(Fmt::relativeDate(app.lastUsed))));
+    if (const auto *item = std::get_if<RemovedAsItem>(&app.removal);
+        item != nullptr && !item->uninstaller.empty())
+        facts.append(
+            u"has its own uninstaller, which is better to use: %1"_s.arg(displayedText(item->uninstaller)));
     facts_->setText(facts.join(QStringLiteral(" · ")));
     path_->setText(displayedText(app.url.path()));
 }

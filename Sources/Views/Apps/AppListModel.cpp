@@ -96,7 +96,7 @@ QString AppListModel::detailOf(const InstalledApp &app) const {
     if (app.version)
         parts.append(displayedText(*app.version));
     if (app.lastUsed)
-        parts.append(u"opened about %1"_s.arg(text(Fmt::relativeDate(app.lastUsed))));
+        parts.append(u"opened %1"_s.arg(text(Fmt::relativeDate(app.lastUsed))));
     return parts.join(QStringLiteral(" · "));
 }
 

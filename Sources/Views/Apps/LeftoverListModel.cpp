@@ -95,6 +95,8 @@ QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
 /// The path, and the notes in full, for which a narrow list may have no room.
 QString LeftoverListModel::toolTip(const Row &row) const {
     QStringList lines{displayedText(row.item.url.path())};
+    if (!row.item.reason.empty())
+        lines.append(u"Found as: %1"_s.arg(text(row.item.reason)));
     lines += notesOn(row);
     return withLock(lines.join(QLatin1Char('\n')), ticked_.lockReason(row.item.url));
 }
@@ -102,6 +104,8 @@ QString LeftoverListModel::toolTip(const Row &row) const {
 QString LeftoverListModel::accessibleText(const Row &row) const {
     QStringList parts = {displayedText(row.item.url.fileName()), text(row.item.category),
                          sizeText(row.item.size)};
+    if (!row.item.reason.empty())
+        parts.append(text(row.item.reason));
     parts += notesOn(row);
     if (const QString lock = ticked_.lockReason(row.item.url); !lock.isEmpty())
         parts.append(u"locked: %1"_s.arg(lock));

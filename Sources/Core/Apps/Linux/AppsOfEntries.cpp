@@ -98,14 +98,23 @@ FoundApp appAt(const std::string &path, AppKind kind, const DesktopEntry &entry)
             entry.icon};
 }
 
-/// Adds an entry to the application that `key` stands for. The entry of the same id as `main`, or else the
-/// one with the shortest id, names it.
+/// Whether an id, or its part after the last dot, is this name in any case.
+bool isNamed(const std::string &id, const std::string &name) {
+    const auto isSame = [&](std::string_view text) {
+        return std::equal(text.begin(), text.end(), name.begin(), name.end(),
+                          [](char a, char b) { return lowered(a) == lowered(b); });
+    };
+    return isSame(id) || isSame(std::string_view(id).substr(id.rfind('.') + 1));
+}
+
+/// Adds an entry to the application that `key` stands for. The entry with `main` as its id names it, or else
+/// the one with the shortest id.
 void addToApp(Apps &apps, const std::string &key, const std::string &main, FoundApp &&made,
               const Candidate &candidate) {
     const DesktopEntry &entry = *candidate.entry;
     FoundApp &found = apps.try_emplace(key, std::move(made)).first->second;
     const std::string &id = *found.app.bundleID;
-    const bool isMain = entry.id == main || (id != main && entry.id.size() <= id.size());
+    const bool isMain = isNamed(entry.id, main) || (!isNamed(id, main) && entry.id.size() <= id.size());
     addEntry(found, entry, isMain);
     if (isMain) {
         found.app.bundleID = entry.id;

@@ -80,6 +80,8 @@ TEST(LinuxApps, ListsEveryKindOnce) {
             "Betrachter|package|1.4-1|org.example.Viewer|example-viewer|2097152|"
             "/usr/share/applications/org.example.Viewer.desktop|terminal: sudo apt remove example-viewer",
             "Chat|by-hand|-|chat||-|/opt/chat|item",
+            "Cleaner|package|4|org.example.Cleaner|cleaner|102400|"
+            "/usr/share/applications/org.example.Cleaner.desktop|terminal: sudo apt remove cleaner",
             "core22|snap|-|core22||" + core + "|/var/lib/snapd/snaps/core22_1.snap|snap remove core22|system",
             "Drawer|snap|1.0|drawer||" + snaps + "|/var/lib/snapd/snaps/drawer_10.snap|snap remove drawer",
             "Editor|by-hand|-|editor||-|/home/user/editor|item with uninstaller",
