@@ -48,6 +48,10 @@ struct FlatpakDeploy {
 /// a shared folder such as "bin". Empty where the program is in a folder of the system.
 [[nodiscard]] std::string ownFolderOf(const std::string &program, const DesktopPlaces &places);
 
+/// Whether a name can be that of a Flatpak or a snap, and so is harmless in a command: letters, digits, dots,
+/// underscores and dashes, but none of the last at its start.
+[[nodiscard]] bool isInstalledName(std::string_view name);
+
 /// Adds what an entry says to an application: its name if `isMain`, and what files may be named after.
 void addEntry(FoundApp &found, const DesktopEntry &entry, bool isMain);
 

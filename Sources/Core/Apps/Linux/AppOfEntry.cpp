@@ -13,6 +13,12 @@ void addNew(std::vector<std::string> &texts, const std::string &text) {
 
 } // namespace
 
+bool isInstalledName(std::string_view name) {
+    constexpr std::string_view allowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-";
+    return !name.empty() && name.front() != '-' && name.front() != '.' &&
+           name.find_first_not_of(allowed) == std::string_view::npos;
+}
+
 void addEntry(FoundApp &found, const DesktopEntry &entry, bool isMain) {
     if (isMain) {
         found.app.name = entry.name;

@@ -89,6 +89,8 @@ bool LeftoverPlaces::isShared(std::string_view name, bool isInHome) const {
 
 void LeftoverPlaces::list(const std::vector<std::string> &folders, const std::string &category) {
     for (const std::string &folder : folders) {
+        if (isAtOrUnder(places_.home, folder)) // by a variable; the user's own folders are there
+            continue;
         Listing listing{.folder = folder, .category = category, .names = {}};
         for (const std::string &name : sortedNamesIn(folder))
             if (matchesAny(name, rules_.vendorFolders))

@@ -46,7 +46,7 @@ std::vector<FoundApp> flatpakApps(const DesktopPlaces &places, const std::vector
         std::sort(ids.begin(), ids.end());
         for (const std::string &id : ids) {
             const std::string folder = joinPath(all, id);
-            if (!folderIdentity(joinPath(folder, "current/active")))
+            if (!isInstalledName(id) || !folderIdentity(joinPath(folder, "current/active")))
                 continue;
             FoundApp found = flatpakIn(folder, id, installation);
             for (const DesktopEntry &entry : entries)

@@ -39,7 +39,8 @@ std::map<std::string, SnapFiles> snapsIn(const std::string &folder) {
     std::map<std::string, SnapFiles> snaps;
     for (const std::string &file : namesIn(folder).value_or(std::vector<std::string>())) {
         const std::size_t line = file.rfind('_');
-        if (!file.ends_with(snapEnding) || line == std::string::npos || line == 0)
+        if (!file.ends_with(snapEnding) || line == std::string::npos ||
+            !isInstalledName(file.substr(0, line)))
             continue;
         const std::optional<FileStatus> status = fileStatus(joinPath(folder, file));
         if (!status || status->kind != FileKind::regularFile)

@@ -129,6 +129,15 @@ TEST(LinuxApps, TheUsersEntryReplacesThatOfAPackage) {
         EXPECT_NE(app.origin, "example-viewer");
 }
 
+TEST(LinuxApps, TakesNoNameThatIsMoreThanAName) {
+    const SampleDesktop desktop;
+    for (const char *name : {"x;reboot", "-y", "$(reboot)", "a b", "..."}) {
+        desktop.installFlatpak("home/user/.local/share/flatpak", name, "Evil");
+        desktop.installSnap(name, "1", "", 10);
+    }
+    EXPECT_THAT(AppInventory::scan(true, desktop.host()), IsEmpty());
+}
+
 TEST(LinuxApps, FindsTheFolderThatAProgramHasForItself) {
     const SampleDesktop desktop;
     const DesktopPlaces places = *catalogOf(System::linux).desktopPlaces(desktop.host());
