@@ -105,10 +105,8 @@ constinit const Command appsCommand = {
     .options = appsOptions,
     .summary = "Lists the installed applications.",
     .help =
-        "\nApplications are bundles in the folders where the system keeps them, and in your own folder for\n"
-        "them. On Linux they are also packages with a desktop entry, Flatpaks, snaps, AppImages, and "
-        "programs\n"
-        "installed by hand. Without --analyze sizes are 0 and leftovers are not looked for.\n",
+        "\nThese are the applications that a user starts from the desktop, wherever they come from. Without\n"
+        "--analyze sizes are 0 and leftovers are not looked for.\n",
     .run = runApps,
 };
 

@@ -130,13 +130,11 @@ constinit const Command leftoversCommand = {
     .name = "leftovers",
     .operands = "APP",
     .operandCount = {.minimum = 1, .maximum = 1},
-    .summary = "Finds the files that an application keeps outside its bundle.",
-    .help =
-        "\nAPP is the path of a bundle, or the bundle identifier of an installed application. What is "
-        "marked\n"
-        "[administrator] can only be removed as one. On Linux APP is the identifier of a desktop entry or\n"
-        "Flatpak, the name of a package or snap, or the path that \"apps\" shows. What is marked [careful]\n"
-        "may hold what you have made.\n",
+    .summary = "Finds the files that an application keeps elsewhere.",
+    .help = "\nAPP is the identifier of an installed application, the name of its package or snap, or its "
+            "path as\n"
+            "\"apps\" shows it. What is marked [administrator] can only be removed as one. What is marked\n"
+            "[careful] may hold what you have made.\n",
     .run = runLeftovers,
 };
 

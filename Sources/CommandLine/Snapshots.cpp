@@ -74,9 +74,9 @@ constinit const Command snapshotsCommand = {
     .operands = "[VOLUME]",
     .operandCount = {.minimum = 0, .maximum = 1},
     .summary = "Lists the local snapshots of a volume (the root volume).",
-    .help =
-        "\nThe newest comes first. On macOS these are those of Time Machine, on Linux those of Snapper and\n"
-        "Timeshift and the read-only ones of Btrfs, as far as you may see them.\n",
+    .help = "\nThe newest comes first. These are the snapshots that the file system and its tools keep, as "
+            "far as\n"
+            "you may see them.\n",
     .run = runSnapshots,
 };
 
