@@ -59,6 +59,8 @@ struct Catalog {
     std::vector<StorageCategory> (*storageCategories)(const Host &host, std::vector<std::string> others);
     /// The folders to search for data outside all categories, the home folder last.
     std::vector<std::string> (*systemDataRoots)(const Host &host);
+    /// Whether these also include the visible folders in the home that no category names.
+    bool systemDataListsWholeHome = false;
     OtherUsers otherUsers;
     /// Folders among those of the system where administrators install programs of their own: these can be
     /// removed again.

@@ -43,6 +43,7 @@ const Catalog &catalog() {
         .areRunning = areRunning,
         .storageCategories = storageCategories,
         .systemDataRoots = systemDataRoots,
+        .systemDataListsWholeHome = true,
         .otherUsers = {.homes = "/home", .shared = ""},
         .nameOfDistribution = distributionName,
     };

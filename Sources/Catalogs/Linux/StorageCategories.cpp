@@ -375,6 +375,7 @@ std::vector<std::string> systemDataRoots(const Host &host) {
     std::vector<std::string> roots =
         places.take({"$DATA", "$CONFIG", "$STATE", "~/.local", "~/.var/app", "~/snap", "/var/log",
                      "/var/cache", "/var/lib", "/var/tmp", "/srv"});
+    roots.push_back(host.placeOf("/")); // people and administrators make folders there
     roots.push_back(host.home.path());
     return roots;
 }

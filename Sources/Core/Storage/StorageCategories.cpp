@@ -41,9 +41,10 @@ std::string standardised(const std::string &path) {
     return FileURL(path).standardized().path();
 }
 
-/// Whether the contents of a folder in the home are rows themselves.
+/// Whether the contents of a folder in the home, or at the top of the disk, are rows themselves.
 bool isDividedFurther(const std::string &folder, const std::vector<std::string> &roots, const Host &host) {
-    return folder != host.home.path() && isAtOrUnder(folder, host.home.path()) &&
+    const bool isInHome = folder != host.home.path() && isAtOrUnder(folder, host.home.path());
+    return (isInHome || FileURL(folder).parent().path() == host.placeOf("/")) &&
            std::any_of(roots.begin(), roots.end(),
                        [&](const std::string &root) { return isAtOrUnder(root, folder); });
 }
@@ -52,12 +53,13 @@ bool isDividedFurther(const std::string &folder, const std::vector<std::string> 
 std::vector<std::string> systemDataCandidates(const Host &host) {
     const PathSet claimed = StorageCategories::claimedPaths(host);
     const std::vector<std::string> roots = StorageCategories::systemDataRoots(host);
+    const bool listsWholeHome = catalogOf(host.system).systemDataListsWholeHome;
     std::vector<std::string> candidates;
     for (const std::string &root : roots) {
         const bool isHome = root == host.home.path();
         for (const std::string &name : CleanupEntries::names(root)) {
             // The visible folders in the home and the Trash belong to other categories.
-            if (isHome && (!name.starts_with('.') || name == ".Trash"))
+            if (isHome && !listsWholeHome && (!name.starts_with('.') || name == ".Trash"))
                 continue;
             std::string path = standardised(joinPath(root, name));
             if (!claimed.contains(path) && !isDividedFurther(path, roots, host))

@@ -72,7 +72,8 @@ constexpr SampleFile files[] = {
     {"~/.ollama/models/blob", large + 2},
     {"~/.local/share/Player/index", large + 3},
     {"~/.local/lib/module", large + 4},
-    {"~/projects/visible", large},
+    {"~/projects/visible", large + 5},
+    {"/data/archive", large + 6},
 };
 
 /// A small Linux computer with the home folder of one user.
@@ -179,6 +180,8 @@ TEST_F(SampleLinux, DividesTheDiskIntoItsOwnCategories) {
                     "  2 /etc\n"
                     "  2 /var/lib/dpkg\n"
                     "systemData, removable\n"
+                    "  2448 /data\n"
+                    "  2447 ~/projects\n"
                     "  2446 ~/.local/lib\n"
                     "  2445 ~/.local/share/Player\n"
                     "  2444 ~/.ollama\n"

@@ -180,7 +180,7 @@ TEST(GuardedPlaces, WhatIsInUseStays) {
             folder.makeFile(file);
         std::filesystem::create_hard_link(folder.path("swaps/of mine/swapfile"), folder.path("second name"));
         folder.makeLink("images/link", "disk.img");
-        const std::string top = folder.path();
+        const std::string &top = folder.path();
         folder.writeFile("root/proc/swaps",
                          "Filename\tType\tSize\tUsed\tPriority\n/dev/dm-1 partition\t1\t0\t-2\n" + top +
                              "/swaps/of\\040mine/swapfile  file\t\t1048572\t0\t-3\n");

@@ -78,7 +78,7 @@ std::size_t endOfName(std::string_view name) {
 /// The version in a file name: digits and dots after the name; empty where there is none.
 std::string versionIn(std::string_view rest) {
     const std::size_t start = rest.find_first_of("0123456789");
-    if (start == std::string_view::npos || start > 2)
+    if (start > 2) // or nowhere
         return "";
     return std::string(rest.substr(start, rest.find_first_of("-_ ", start) - start));
 }

@@ -69,8 +69,8 @@ std::optional<FlatpakDeploy> parseFlatpakDeploy(std::string_view bytes) {
     const std::uint64_t installed = bigEndian(bytes.substr(size, sizeof(std::uint64_t)));
     if (installed > static_cast<std::uint64_t>(mostBelievedBytes))
         return std::nullopt;
-    const std::string origin(bytes.substr(0, static_cast<std::size_t>(originEnd)));
-    return FlatpakDeploy{.origin = origin.c_str(), // without the zero byte that ends it
+    const std::string_view origin = bytes.substr(0, static_cast<std::size_t>(originEnd));
+    return FlatpakDeploy{.origin = std::string(origin.substr(0, origin.find('\0'))),
                          .installedSize = static_cast<std::int64_t>(installed),
                          .version = textOfKey(bytes, "appdata-version")};
 }
