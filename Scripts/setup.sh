@@ -26,6 +26,7 @@ test     config:GTest            libgtest-dev     gtest-devel              gtest
 test     header:gmock/gmock.h    libgmock-dev     gmock-devel              gtest       googletest
 test     command:sqlite3         sqlite3          sqlite                   sqlite      -
 test     file:/usr/share/zoneinfo/Europe/Berlin tzdata tzdata              tzdata      -
+test?    command:dbus-daemon      dbus-daemon      dbus-daemon              dbus        -
 test?    command:chromium        chromium         chromium                 chromium    -
 test     library:tsan            -                libasan,libubsan,libtsan -           -
 test?    command:clang-format-14 clang-format-14  -                        -           -

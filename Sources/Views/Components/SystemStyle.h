@@ -1,16 +1,11 @@
 #pragma once
 
-#include <QColor>
 #include <QFont>
-#include <optional>
 
 namespace brimvale {
 
 /// The window's font at its body size: the system's font if it suits such windows, otherwise the bundled one
 /// or, if that cannot be loaded, the system's default. Needs the application object.
 [[nodiscard]] QFont applicationFont();
-
-/// The user's accent colour for all applications; nothing if the system has none.
-[[nodiscard]] std::optional<QColor> systemAccent();
 
 } // namespace brimvale

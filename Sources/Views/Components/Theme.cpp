@@ -1,7 +1,5 @@
 #include "Views/Components/Theme.h"
 
-#include "Views/Components/SystemStyle.h"
-
 #include <QGuiApplication>
 #include <cmath>
 
@@ -49,6 +47,8 @@ const Theme dark = {
     .orange = QColor(0xff, 0xb3, 0x4d),
 };
 
+Appearance chosenAppearance = Appearance::system;
+
 /// Relative luminance as WCAG defines it, from 0 for black to 1 for white.
 double luminanceOf(const QColor &color) {
     const auto linear = [](double part) {
@@ -65,15 +65,26 @@ const Theme &Theme::matching(const QPalette &systemPalette) {
     return isDark ? dark : light;
 }
 
+Theme Theme::suiting(Appearance chosen, const SystemAppearance &system, const QPalette &systemPalette) {
+    Theme theme = matching(systemPalette);
+    if (chosen != Appearance::system)
+        theme = chosen == Appearance::dark ? dark : light;
+    else if (system.isDark)
+        theme = *system.isDark ? dark : light;
+    if (system.hasHighContrast)
+        theme = theme.withHighContrast();
+    return system.accent ? theme.withAccent(*system.accent) : theme;
+}
+
 const Theme &Theme::current() {
-    static Theme accented;
-    const QPalette palette = QGuiApplication::palette();
-    const Theme &theme = matching(palette);
-    const std::optional<QColor> accent = systemAccent();
-    if (!accent)
-        return theme;
-    accented = theme.withAccent(*accent);
-    return accented;
+    static Theme theme;
+    theme = suiting(chosenAppearance, systemAppearance(), QGuiApplication::palette());
+    return theme;
+}
+
+void Theme::choose(Appearance appearance) {
+    chosenAppearance = appearance;
+    useForSystemParts(appearance);
 }
 
 Theme Theme::withAccent(const QColor &color) const {
@@ -81,6 +92,15 @@ Theme Theme::withAccent(const QColor &color) const {
     Theme theme = *this;
     theme.accent = color;
     theme.onAccent = luminanceOf(color) > lightest ? light.text : light.card;
+    return theme;
+}
+
+Theme Theme::withHighContrast() const {
+    Theme theme = *this;
+    theme.text = isDark ? QColor(Qt::white) : QColor(Qt::black);
+    theme.secondaryText = isDark ? QColor(0xe2, 0xe2, 0xe6) : QColor(0x2e, 0x2e, 0x33);
+    theme.tertiaryText = isDark ? QColor(0xc8, 0xc8, 0xce) : QColor(0x45, 0x45, 0x4b);
+    theme.border = theme.separator = tertiaryText;
     return theme;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Views/Components/SystemAppearance.h"
+
 #include <QColor>
 #include <QFont>
 #include <QPalette>
@@ -28,12 +30,19 @@ struct Theme {
 
     /// The theme for the system's palette: dark if its window is darker than its text.
     [[nodiscard]] static const Theme &matching(const QPalette &systemPalette);
-    /// The theme for the current palette of the application and the user's accent colour. Call it on the main
-    /// thread.
+    /// The theme for a chosen appearance; if that is the system's, for its settings and then for its palette.
+    [[nodiscard]] static Theme suiting(Appearance chosen, const SystemAppearance &system,
+                                       const QPalette &systemPalette);
+    /// The theme for the chosen appearance, the current settings of the system and the current palette of the
+    /// application. Call it on the main thread.
     [[nodiscard]] static const Theme &current();
+    /// Sets the appearance for the rest of this run. The window then has to show `current`.
+    static void choose(Appearance appearance);
 
     /// The same theme with another accent, and readable text on it.
     [[nodiscard]] Theme withAccent(const QColor &color) const;
+    /// The same theme with stronger texts and lines.
+    [[nodiscard]] Theme withHighContrast() const;
 
     /// The same colours as a palette, for the widgets that Qt paints.
     [[nodiscard]] QPalette palette() const;

@@ -1,6 +1,7 @@
 #include "Views/Window/Application.h"
 
 #include "Base/Version.h"
+#include "Views/Components/SystemAppearance.h"
 #include "Views/Components/SystemStyle.h"
 #include "Views/Window/ApplicationIcon.h"
 #include "Views/Window/WindowStyle.h"
@@ -90,6 +91,7 @@ Application::Application(int &argumentCount, char **arguments) {
 }
 
 void Application::open(const std::optional<FileURL> &folder) {
+    followSystemAppearance(&*window_, [this] { window_->applyTheme(); });
     window_->show();
     // The start should only show the window.
     new AfterFirstDrawing(window_->windowHandle(), [this] { updater_->check(true); });

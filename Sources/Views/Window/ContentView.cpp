@@ -302,11 +302,13 @@ void ContentView::showAbout() {
         (new AboutSheet(this))->open();
 }
 
-/// Tool tips are not children of the window, and would keep the system's palette.
+/// Tool tips and the menus that Qt adds to fields do not follow the window, and would keep the system's
+/// palette.
 void ContentView::applyTheme() {
     const QPalette palette = Theme::current().palette();
     setPalette(palette);
     QToolTip::setPalette(palette);
+    QApplication::setPalette(palette, "QMenu");
 }
 
 void ContentView::closeEvent(QCloseEvent *event) {

@@ -37,6 +37,8 @@ public:
     void goTo(const Section &section);
     /// Shows the page that scans, and starts a scan of `folder`, or of the folder chosen there.
     void scan(const std::optional<FileURL> &folder);
+    /// Shows the current theme. Needed only if that changes without the palette of the application.
+    void applyTheme();
     [[nodiscard]] const Section &currentSection() const { return pages_[current_].section; }
 
 protected:
@@ -68,7 +70,6 @@ private:
     void showUpdateWindow();
     void showUpdateLine();
     void installUpdate();
-    void applyTheme();
 
     CorvelModel &model_;
     Updater &updater_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <optional>
 #include <utility>
 
 namespace brimvale {
@@ -35,6 +36,34 @@ TEST(ThemeTest, KeepsTextLegibleOnAnyAccent) {
                 EXPECT_GT(contrast(theme.accent, theme.onAccent), 2.3) << accent.name().toStdString();
                 EXPECT_EQ(theme.palette().color(QPalette::HighlightedText), theme.onAccent);
             }
+}
+
+TEST(ThemeTest, TakesTheChosenAppearanceThenTheSettingThenThePalette) {
+    const QPalette white(Qt::white);
+    const QPalette black(Qt::black);
+    const auto isDark = [](Appearance chosen, std::optional<bool> setting, const QPalette &palette) {
+        return Theme::suiting(chosen, {setting, std::nullopt, false}, palette).isDark;
+    };
+    EXPECT_FALSE(isDark(Appearance::system, std::nullopt, white));
+    EXPECT_TRUE(isDark(Appearance::system, std::nullopt, black));
+    EXPECT_TRUE(isDark(Appearance::system, true, white));
+    EXPECT_FALSE(isDark(Appearance::system, false, black));
+    EXPECT_TRUE(isDark(Appearance::dark, false, white));
+    EXPECT_FALSE(isDark(Appearance::light, true, black));
+}
+
+TEST(ThemeTest, HasStrongerTextsAndLinesIfTheSystemWantsThem) {
+    for (const Appearance appearance : {Appearance::light, Appearance::dark}) {
+        const Theme usual = Theme::suiting(appearance, {}, QPalette());
+        const SystemAppearance settings = {std::nullopt, QColor(Qt::red), true};
+        const Theme strong = Theme::suiting(appearance, settings, QPalette());
+        EXPECT_EQ(strong.isDark, usual.isDark);
+        EXPECT_EQ(strong.accent, *settings.accent);
+        for (const QColor &text : {strong.text, strong.secondaryText, strong.tertiaryText})
+            for (const QColor &ground : {strong.window, strong.sidebar, strong.card})
+                EXPECT_GT(contrast(text, ground), 7);
+        EXPECT_GT(contrast(strong.border, strong.card), 3);
+    }
 }
 
 } // namespace brimvale

@@ -25,8 +25,4 @@ QFont applicationFont() {
     return font;
 }
 
-std::optional<QColor> systemAccent() {
-    return std::nullopt;
-}
-
 } // namespace brimvale
