@@ -168,6 +168,13 @@ void ContentView::buildMenus() {
     quit->setMenuRole(QAction::QuitRole);
 
     StandardMenus::addEditing(*addMenu(u"&Edit"_s));
+    QMenu *appearance = addMenu(u"&View"_s)->addMenu(u"&Appearance"_s);
+    appearance->setObjectName(QStringLiteral("appearances"));
+    usePaletteOfParent(*appearance);
+    StandardMenus::addAppearances(*appearance, [this](Appearance chosen) {
+        Theme::choose(chosen);
+        applyTheme();
+    });
     goMenu_ = addMenu(u"&Go"_s);
     StandardMenus::addWindow(*addMenu(u"&Window"_s), *this);
 

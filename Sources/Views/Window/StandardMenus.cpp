@@ -1,7 +1,10 @@
 #include "Views/Window/StandardMenus.h"
 
+#include "Views/Components/SystemAppearance.h"
+
 #include <QAbstractItemView>
 #include <QAction>
+#include <QActionGroup>
 #include <QApplication>
 #include <QClipboard>
 #include <QMainWindow>
@@ -35,6 +38,25 @@ void addEditing(QMenu &menu) {
     // macOS finds the entry by this text, and uses it in its own dialogs as well.
     QAction *copy = menu.addAction(u"&Copy"_s, QKeySequence::Copy, &menu, copyFromFocus);
     copy->setObjectName(QStringLiteral("copy"));
+}
+
+void addAppearances(QMenu &menu, const std::function<void(Appearance)> &choose) {
+    struct Entry {
+        QString text;
+        QString name;
+        Appearance appearance;
+    };
+    auto *group = new QActionGroup(&menu);
+    for (const Entry &entry : {Entry{u"&System"_s, QStringLiteral("systemAppearance"), Appearance::system},
+                               Entry{u"&Light"_s, QStringLiteral("lightAppearance"), Appearance::light},
+                               Entry{u"&Dark"_s, QStringLiteral("darkAppearance"), Appearance::dark}}) {
+        QAction *action =
+            menu.addAction(entry.text, &menu, [choose, chosen = entry.appearance] { choose(chosen); });
+        action->setObjectName(entry.name);
+        action->setCheckable(true);
+        action->setChecked(entry.appearance == Appearance::system);
+        group->addAction(action);
+    }
 }
 
 void addWindow(QMenu &menu, QMainWindow &window) {

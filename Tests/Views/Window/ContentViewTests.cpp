@@ -24,6 +24,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
+#include <QImage>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
@@ -45,6 +46,7 @@ protected:
         home.makeFile("folder/file", 5000);
     }
     ~ContentViewTest() override {
+        Theme::choose(Appearance::system);
         QApplication::setPalette(QPalette());
         QApplication::setStyle("Fusion");
     }
@@ -197,6 +199,71 @@ TEST_F(ContentViewTest, FollowsTheSystemsAppearance) {
         const QWidget *list = window->findChild<QListWidget *>("pages");
         EXPECT_EQ(paintedAt(list->mapTo(window.get(), QPoint(list->width() - 30, 16))), theme.accent)
             << "the current row";
+    }
+}
+
+TEST_F(ContentViewTest, TakesTheAppearanceThatIsChosenInItsMenu) {
+    open();
+    const auto choose = [this](const char *entry) { testing::find<QAction>(*window, entry).trigger(); };
+    const auto appearance = [this] {
+        const QPalette palette = window->palette();
+        const QMenu ofField; // as Qt makes them
+        QList<const QMenu *> menus = {&ofField, &testing::find<QMenu>(*window, "appearances")};
+        for (const QAction *entry : window->menuBar()->actions())
+            menus.append(entry->menu());
+        for (const QMenu *menu : std::as_const(menus)) {
+            menu->ensurePolished();
+            EXPECT_EQ(menu->palette().color(QPalette::Window), palette.color(QPalette::Window))
+                << menu->title().toStdString();
+        }
+        EXPECT_EQ(QToolTip::palette().color(QPalette::ToolTipBase), palette.color(QPalette::ToolTipBase));
+        return Theme::matching(palette).isDark ? "dark" : "light";
+    };
+    EXPECT_TRUE(testing::find<QAction>(*window, "systemAppearance").isChecked());
+    EXPECT_STREQ(appearance(), "light");
+    choose("darkAppearance");
+    EXPECT_FALSE(testing::find<QAction>(*window, "systemAppearance").isChecked());
+    EXPECT_STREQ(appearance(), "dark");
+    QApplication::setPalette(systemPalette(Qt::black, Qt::white));
+    QCoreApplication::processEvents();
+    EXPECT_STREQ(appearance(), "dark") << "also if the system changes";
+    choose("lightAppearance");
+    EXPECT_STREQ(appearance(), "light");
+    choose("systemAppearance");
+    EXPECT_STREQ(appearance(), "dark");
+    QApplication::setPalette(systemPalette(Qt::white, Qt::black));
+    QCoreApplication::processEvents();
+    EXPECT_STREQ(appearance(), "light") << "it follows the system again";
+}
+
+// What keeps a colour or a picture in an old colour differs.
+TEST_F(ContentViewTest, LooksTheSameHoweverItBecameDark) {
+    home.makeFolder("Library/Messages"); // with Full Disk Access
+    testing::makeBundle(home, "Applications/Acme.app");
+    const std::vector<Section> sections = {{Section::Kind::overview},
+                                           {Section::Kind::browse},
+                                           {Section::Kind::cleanup},
+                                           {Section::Kind::apps},
+                                           {Section::Kind::category, "documents"}};
+    const auto visitPages = [&] {
+        std::vector<QImage> pictures;
+        for (const Section &section : sections) {
+            window->goTo(section);
+            EXPECT_TRUE(testing::eventually([&] { return !model->apps->isLoadingApps; }));
+            pictures.push_back(window->grab().toImage());
+        }
+        return pictures;
+    };
+    open();
+    const std::vector<QImage> light = visitPages();
+    testing::find<QAction>(*window, "darkAppearance").trigger();
+    const std::vector<QImage> changed = visitPages();
+    open(); // a window that is dark from the start
+    visitPages();
+    const std::vector<QImage> dark = visitPages();
+    for (std::size_t page = 0; page < sections.size(); ++page) {
+        EXPECT_NE(light[page], dark[page]) << page;
+        EXPECT_EQ(changed[page], dark[page]) << page;
     }
 }
 
