@@ -54,9 +54,10 @@ std::vector<std::string> CleanupSearch::find(const std::vector<std::string> &pla
 std::shared_ptr<const ProgramSigns> CleanupSearch::signsOf(ProgramSigns program) const {
     if (program.name.empty())
         return nullptr;
-    for (const std::string &lock : std::exchange(program.locks, {}))
-        for (std::string &path : places_.pathsOf(lock))
-            program.locks.push_back(std::move(path));
+    for (std::vector<std::string> *files : {&program.locks, &program.marks})
+        for (const std::string &place : std::exchange(*files, {}))
+            for (std::string &path : places_.pathsOf(place))
+                files->push_back(std::move(path));
     return std::make_shared<const ProgramSigns>(std::move(program));
 }
 

@@ -48,7 +48,7 @@ public:
     /// Adds one item.
     void add(const std::string &path, CleanupNotes notes = {});
 
-    /// The signs of a program with the paths of its locks; null for a program without a name.
+    /// The signs of a program with the paths of its locks and marks; null for a program without a name.
     [[nodiscard]] std::shared_ptr<const ProgramSigns> signsOf(ProgramSigns program) const;
 
     [[nodiscard]] CleanupFinding takeFinding() { return std::move(finding_); }

@@ -15,6 +15,7 @@ const std::vector<std::string> packageManagers = {"apt",  "apt-get",      "aptit
                                                   "apk",  "xbps-install", "emerge",   "eopkg"};
 const std::vector<std::string> packageLocks = {"/var/lib/dpkg/lock-frontend", "/var/lib/dpkg/lock",
                                                "/var/cache/apt/archives/lock"};
+const std::vector<std::string> packageMarks = {"/var/lib/pacman/db.lck"};
 
 constexpr const char *machineAdvice =
     "Remove a machine in the program that made it, or the program goes on listing it.";
@@ -36,7 +37,9 @@ bool isInMemory(const Host &host, std::string_view folder) {
 CleanupPlaces oldIn(const char *folder, int days) {
     return {.places = {folder},
             .leaves = {"systemd-private-*", "snap-private-tmp", "snap.*", ".X*", ".ICE-unix", ".font-unix",
-                       ".XIM-unix", ".Test-unix", "ssh-*", "tmux-*", ".mount_*", "flatpak-cache-*"},
+                       ".XIM-unix", ".Test-unix", "ssh-*", "tmux-*", ".mount_*", "flatpak-cache-*",
+                       // other targets have these
+                       "abrt", "portage"},
             .leastDays = days,
             .ownFilesOnly = true,
             .notOpen = true};
@@ -110,8 +113,11 @@ CleanupRecord crashReports() {
 }
 
 CleanupRecord systemPackages() {
-    const ProgramSigns installing = {
-        .name = "A package manager", .processes = packageManagers, .locks = packageLocks, .mustNotRun = true};
+    const ProgramSigns installing = {.name = "A package manager",
+                                     .processes = packageManagers,
+                                     .locks = packageLocks,
+                                     .marks = packageMarks,
+                                     .mustNotRun = true};
     return {
         .target = {.id = "system-packages",
                    .title = "Downloaded system packages",

@@ -116,6 +116,8 @@ bool RunningPrograms::has(const ProgramSigns &signs) const {
                        [this](const std::string &name) { return names_.contains(name); }) ||
            std::any_of(signs.locks.begin(), signs.locks.end(),
                        [this](const std::string &lock) { return isHeld(lock); }) ||
+           std::any_of(signs.marks.begin(), signs.marks.end(),
+                       [](const std::string &mark) { return fileStatus(mark).has_value(); }) ||
            (!signs.openFolder.empty() && use(signs.openFolder));
 }
 

@@ -422,7 +422,11 @@ TEST_F(SampleLinuxCleanup, KnowsWhichProgramsRun) {
     EXPECT_EQ(inUse("browser-caches"), "Google Chrome Firefox Firefox ");
     EXPECT_EQ(inUse("app-web-caches"), "");
     EXPECT_EQ(inUse("package-caches"), "Gradle ");
-    // by a lock on a file, which nothing may be removed with, and by an open disk
+    // by a file that only exists while it runs, with which nothing may be removed
+    disk.writeFile("var/lib/pacman/db.lck", "");
+    EXPECT_EQ(inUse("system-packages"), "A package manager (kept) A package manager (kept) ");
+    std::filesystem::remove(at("/var/lib/pacman/db.lck"));
+    // by a lock on a file, and by an open disk
     const std::uint64_t inode = fileStatus(at("/var/cache/apt/archives/lock"))->identity.inode;
     disk.writeFile("proc/locks",
                    "1: POSIX  ADVISORY  WRITE 5003 08:01:" + std::to_string(inode) + " 0 EOF\n");
