@@ -1,10 +1,9 @@
 #include "Catalogs/DesktopPlaces.h"
 
 #include "Catalogs/Linux/Catalog.h"
+#include "Catalogs/Linux/FlatpakInstallations.h"
 #include "Catalogs/Linux/Places.h"
 #include "Platform/FileAccess.h"
-#include "Platform/FileContents.h"
-#include "Platform/Folder.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -14,8 +13,6 @@
 namespace brimvale::linuxCatalog {
 
 namespace {
-
-constexpr std::size_t mostSettingsBytes = 65'536;
 
 /// Desktop shells, login screens, and what starts and connects the computer. Programs that the package
 /// managers protect by themselves are not listed.
@@ -73,39 +70,6 @@ std::vector<std::string> foldersListedIn(const char *variable, std::string_view 
     return folders;
 }
 
-/// Other installations have a file with their path: the name is in the heading of its group.
-std::optional<FlatpakInstallation> installationIn(const std::string &file, const Host &host) {
-    constexpr std::string_view heading = "[Installation \"";
-    constexpr std::string_view pathKey = "\nPath=";
-    const std::string settings = contentsOfFile(file, mostSettingsBytes).value_or("");
-    const std::size_t group = settings.find(heading);
-    const std::size_t path = settings.find(pathKey);
-    if (group == std::string::npos || path == std::string::npos)
-        return std::nullopt;
-    const std::size_t name = group + heading.size();
-    const std::size_t start = path + pathKey.size();
-    const std::string folder = settings.substr(start, settings.find('\n', start) - start);
-    if (!folder.starts_with('/'))
-        return std::nullopt;
-    return FlatpakInstallation{host.placeOf(folder),
-                               "--installation=" + settings.substr(name, settings.find('"', name) - name)};
-}
-
-std::vector<FlatpakInstallation> flatpakInstallations(const std::vector<std::string> &ownData,
-                                                      const Host &host) {
-    std::vector<FlatpakInstallation> installations;
-    for (const std::string &data : ownData)
-        installations.push_back({joinPath(data, "flatpak"), "--user"});
-    installations.push_back({host.placeOf("/var/lib/flatpak"), "--system"});
-    const std::string others = host.placeOf("/etc/flatpak/installations.d");
-    std::vector<std::string> names = namesIn(others).value_or(std::vector<std::string>());
-    std::sort(names.begin(), names.end());
-    for (const std::string &name : names)
-        if (std::optional<FlatpakInstallation> one = installationIn(joinPath(others, name), host))
-            installations.push_back(*std::move(one));
-    return installations;
-}
-
 PackageDatabases packageDatabases(const Host &host) {
     PackageDatabases databases{.dpkg = host.placeOf("/var/lib/dpkg"),
                                .pacman = host.placeOf("/var/lib/pacman/local"),
@@ -144,7 +108,7 @@ std::optional<DesktopPlaces> desktopPlaces(const Host &host) {
         return paths;
     };
     const std::vector<std::string> ownData = in({"$DATA"});
-    const std::vector<FlatpakInstallation> flatpaks = flatpakInstallations(ownData, host);
+    const std::vector<FlatpakInstallation> flatpaks = flatpakInstallations(places);
     std::vector<std::string> commands = in({"~/.local/bin", "~/bin"});
     for (std::string &folder :
          foldersListedIn("PATH", "/usr/local/bin:/usr/bin:/bin:/usr/games:/usr/sbin:/sbin:/snap/bin", host))

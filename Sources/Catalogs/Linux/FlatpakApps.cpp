@@ -1,6 +1,7 @@
 // What Flatpak and Snap applications left behind, and the runtimes that no application uses.
 
 #include "Catalogs/Linux/CleanupRecords.h"
+#include "Catalogs/Linux/FlatpakInstallations.h"
 
 #include "Base/Text.h"
 #include "Platform/FileContents.h"
@@ -18,6 +19,7 @@ namespace {
 constexpr std::size_t flatpakFileLimit = 1'048'576; // bytes
 
 using Names = std::set<std::string, std::less<>>;
+using Installations = std::vector<FlatpakInstallation>;
 
 /// Calls `use` with each line of a settings file, without white space at its ends.
 template<class Use>
@@ -34,37 +36,13 @@ std::vector<std::string> namesInside(const std::string &folder) {
     return namesIn(folder).value_or(std::vector<std::string>());
 }
 
-/// The folders where Flatpak installs. Those that are named but not there may be on a disk that is not
-/// connected.
-struct FlatpakInstallations {
-    std::vector<std::string> folders;
-    bool areAllThere = true;
-};
-
-FlatpakInstallations flatpakInstallations(const Places &places) {
-    FlatpakInstallations found;
-    for (const char *place :
-         {"/var/lib/flatpak", "$DATA/flatpak", "$FLATPAK_USER_DIR", "$FLATPAK_SYSTEM_DIR"})
-        for (const std::string &folder : places.pathsOf(place))
-            if (fileStatus(folder))
-                found.folders.push_back(folder);
-    for (const std::string &file : places.pathsOf("/etc/flatpak/installations.d/*"))
-        if (file.ends_with(".conf"))
-            forEachLine(file, [&](std::string_view line) {
-                if (!line.starts_with("Path=/"))
-                    return;
-                found.folders.push_back(places.placed(std::string(line.substr(5))));
-                found.areAllThere = found.areAllThere && fileStatus(found.folders.back());
-            });
-    return found;
-}
-
-/// Whether all applications are known: an installation that cannot be listed has some.
-bool listApps(const FlatpakInstallations &installations, Names &apps) {
-    if (!installations.areAllThere)
-        return false;
-    for (const std::string &folder : installations.folders) {
-        const std::string inside = joinPath(folder, "app");
+/// Whether all applications are known: an installation that cannot be listed has some, and one that the
+/// settings name but that is not there may be on a disk that is not connected.
+bool listApps(const Installations &installations, Names &apps) {
+    for (const FlatpakInstallation &one : installations) {
+        const std::string inside = joinPath(one.folder, "app");
+        if (one.option.starts_with("--installation=") && !fileStatus(one.folder))
+            return false;
         if (!fileStatus(inside))
             continue;
         const std::optional<std::vector<std::string>> names = namesIn(inside);
@@ -114,15 +92,15 @@ std::vector<std::string> runtimesIn(const std::string &installation) {
     return runtimes;
 }
 
-NeededRuntimes neededRuntimes(const FlatpakInstallations &installations) {
+NeededRuntimes neededRuntimes(const Installations &installations) {
     NeededRuntimes needed;
-    for (const std::string &folder : installations.folders)
-        for (const std::string &app : namesInside(joinPath(folder, "app")))
-            addNeeds(joinPath(folder, "app/" + app + "/current/active/metadata"), needed);
+    for (const FlatpakInstallation &one : installations)
+        for (const std::string &app : namesInside(joinPath(one.folder, "app")))
+            addNeeds(joinPath(one.folder, "app/" + app + "/current/active/metadata"), needed);
     const Names used = needed.runtimes;
-    for (const std::string &folder : installations.folders)
+    for (const FlatpakInstallation &one : installations)
         for (const std::string &runtime : used)
-            addNeeds(joinPath(folder, "runtime/" + runtime + "/active/metadata"), needed);
+            addNeeds(joinPath(one.folder, "runtime/" + runtime + "/active/metadata"), needed);
     return needed;
 }
 
@@ -150,14 +128,14 @@ void findRemovedAppData(CleanupSearch &search) {
 }
 
 void findUnusedRuntimes(CleanupSearch &search) {
-    const FlatpakInstallations installations = flatpakInstallations(search.places());
+    const Installations installations = flatpakInstallations(search.places());
     const NeededRuntimes needed = neededRuntimes(installations);
-    for (const std::string &folder : installations.folders)
-        for (const std::string &runtime : runtimesIn(folder)) {
+    for (const FlatpakInstallation &one : installations)
+        for (const std::string &runtime : runtimesIn(one.folder)) {
             const std::string id = runtime.substr(0, runtime.find('/'));
             const std::string branch = runtime.substr(runtime.rfind('/') + 1);
             if (!isNeeded(id, runtime, needed))
-                search.add(joinPath(folder, "runtime/" + runtime),
+                search.add(joinPath(one.folder, "runtime/" + runtime),
                            {.name = id + " " + branch,
                             .keptBecause = "Flatpak removes it with the command in its menu.",
                             .command = "flatpak uninstall --unused"});
