@@ -59,3 +59,4 @@ void findTrashesOfVolumes(CleanupSearch &search);
 void findUnusedRuntimes(CleanupSearch &search);
 
 } // namespace brimvale::linuxCatalog
+void findSavedSnaps(CleanupSearch &search);

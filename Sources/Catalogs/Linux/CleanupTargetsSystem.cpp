@@ -73,6 +73,7 @@ void findOldVersions(CleanupSearch &search) {
     findUnusedRuntimes(search);
 }
 
+    findSavedSnaps(search);
 } // namespace
 
 CleanupRecord logFiles() {
@@ -203,8 +204,8 @@ CleanupRecord oldVersions() {
                        .roots = {},
                        .symbol = "history"},
             .find = findOldVersions,
-            .alsoLooksIn = {"/usr/lib/modules", "/lib/modules", "/var/lib/snapd/snaps", "/var/lib/flatpak",
-                            "$DATA/flatpak"}};
+            .alsoLooksIn = {"/usr/lib/modules", "/lib/modules", "/var/lib/snapd/snaps",
+                            "/var/lib/snapd/snapshots", "/var/lib/flatpak", "$DATA/flatpak"}};
 }
 
 } // namespace brimvale::linuxCatalog

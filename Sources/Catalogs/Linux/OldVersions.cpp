@@ -1,4 +1,4 @@
-// Kernels and revisions of Snap packages that newer ones have replaced.
+// Kernels and revisions of Snap packages that newer ones have replaced, and what Snap has saved.
 
 #include "Catalogs/Linux/CleanupRecords.h"
 
@@ -110,6 +110,21 @@ void findOldSnaps(CleanupSearch &search) {
                        {.name = name + " (revision " + revision + ")",
                         .keptBecause = "Snap removes it with the command in its menu.",
                         .command = "snap remove " + name + " --revision=" + revision});
+        }
+}
+
+/// The data of removed packages is saved for a month, in files like "3_viewer_1.0_7.zip".
+void findSavedSnaps(CleanupSearch &search) {
+    for (const std::string &folder : search.find({"/var/lib/snapd/snapshots"}))
+        for (const std::string &file : namesIn(folder).value_or(std::vector<std::string>())) {
+            const std::size_t end = std::min(file.find('_'), file.size());
+            const std::string number = file.substr(0, end);
+            if (!fitsPattern(file, "#*_*_*.zip") || !std::all_of(number.begin(), number.end(), isDigitByte))
+                continue;
+            const std::string name = file.substr(end + 1, file.find('_', end + 1) - end - 1);
+            search.add(joinPath(folder, file), {.name = name + " (saved data)",
+                                                .keptBecause = "Remove it with Snap.",
+                                                .command = "snap forget " + number});
         }
 }
 

@@ -160,6 +160,8 @@ constexpr SampleFile cleanupFiles[] = {
     {"/boot/vmlinuz-6.1.0-9-amd64", 1},
     {"/var/lib/snapd/snaps/viewer_1.snap", 3},
     {"/var/lib/snapd/snaps/viewer_2.snap", 3},
+    {"/var/lib/snapd/snapshots/7_drawer_1.0_9.zip", 5},
+    {"/var/lib/snapd/snapshots/7;x_drawer_1.0_9.zip", 5},
     {"/var/lib/flatpak/runtime/org.example.Platform/x86_64/22/a", 4},
     {"/var/lib/flatpak/runtime/org.example.Platform/x86_64/23/a", 4},
     {"/var/lib/flatpak/runtime/org.example.Platform.Locale/x86_64/22/a", 4},
@@ -350,6 +352,7 @@ TEST_F(SampleLinuxCleanup, FindsWhatComesBackAndNothingElse) {
               "  4 /var/lib/flatpak/runtime/org.example.Platform/x86_64/22 = org.example.Platform 22 (kept): "
               "flatpak uninstall --unused\n"
               "trash: Trash\n"
+              "  5 /var/lib/snapd/snapshots/7_drawer_1.0_9.zip = drawer (saved data) (kept): snap forget 7\n"
               "  2 ~/.local/share/Trash/files/old\n");
 }
 
