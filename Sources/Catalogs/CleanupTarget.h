@@ -22,7 +22,7 @@ struct CleanupTarget {
     bool scanned = false;
     bool hasUnreadableRoot = false;         ///< a root exists, but could not be listed when it was measured
     std::string symbol = {};                ///< the name of its icon; empty for none
-    std::vector<std::string> commands = {}; ///< free space there in the tools' own way, for the user to copy
+    std::vector<std::string> commands = {}; ///< of tools that look after what is there, for the user to copy
     bool hasPlace = true;                   ///< this machine has a place for it; otherwise it is not shown
 
     friend bool operator==(const CleanupTarget &, const CleanupTarget &) = default;

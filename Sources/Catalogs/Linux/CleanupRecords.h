@@ -8,6 +8,12 @@
 
 namespace brimvale::linuxCatalog {
 
+/// A command that frees space in a tool's own way.
+struct CleanupCommand {
+    std::string command;
+    std::vector<std::string> places; ///< of what the tool keeps; the command is shown where one exists
+};
+
 /// One cleanup target: what it says, and where its entries are.
 struct CleanupRecord {
     CleanupTarget target;
@@ -15,7 +21,8 @@ struct CleanupRecord {
     /// Adds entries that need a look of their own; null for none.
     void (*find)(CleanupSearch &search) = nullptr;
     std::vector<std::string> alsoLooksIn = {}; ///< the places of `find`
-    bool takesTheRest = false;                 ///< it is searched after the others
+    std::vector<CleanupCommand> commands = {};
+    bool takesTheRest = false; ///< it is searched after the others
 };
 
 // Caches and stores of developer tools
@@ -55,8 +62,8 @@ void findRotatedLogs(CleanupSearch &search);
 void findCoreFiles(CleanupSearch &search);
 void findOldKernels(CleanupSearch &search);
 void findOldSnaps(CleanupSearch &search);
+void findSavedSnaps(CleanupSearch &search);
 void findTrashesOfVolumes(CleanupSearch &search);
 void findUnusedRuntimes(CleanupSearch &search);
 
 } // namespace brimvale::linuxCatalog
-void findSavedSnaps(CleanupSearch &search);

@@ -24,8 +24,16 @@ std::vector<std::string> placesOf(const CleanupRecord &record) {
     return places;
 }
 
-/// The target with the folders where its entries may be. The Trash always has a place, so that it shows what
-/// is moved there later.
+bool existsAny(const std::vector<std::string> &wanted, const Places &places) {
+    return std::any_of(wanted.begin(), wanted.end(), [&](const std::string &place) {
+        const std::vector<std::string> paths = places.pathsOf(place);
+        return std::any_of(paths.begin(), paths.end(),
+                           [](const std::string &path) { return fileStatus(path).has_value(); });
+    });
+}
+
+/// The target with the folders where its entries may be, and the commands of tools that are used here. The
+/// Trash always has a place, so that it shows what is moved there later.
 CleanupTarget defined(const CleanupRecord &record, const Places &places) {
     CleanupTarget target = record.target;
     for (const std::string &place : placesOf(record))
@@ -35,6 +43,9 @@ CleanupTarget defined(const CleanupRecord &record, const Places &places) {
     target.hasPlace = target.id == "trash" ||
                       std::any_of(target.roots.begin(), target.roots.end(),
                                   [](const std::string &root) { return fileStatus(root).has_value(); });
+    for (const CleanupCommand &one : record.commands)
+        if (existsAny(one.places, places))
+            target.commands.push_back(one.command);
     return target;
 }
 

@@ -158,10 +158,10 @@ CleanupRecord removedAppData() {
                            "Keep them if you might install the app again.",
                        .risk = CleanupRisk::careful,
                        .roots = {},
-                       .symbol = "package-x",
-                       .commands = {"flatpak uninstall --delete-data"}},
+                       .symbol = "package-x"},
             .find = findRemovedAppData,
-            .alsoLooksIn = {"~/.var/app", "~/snap"}};
+            .alsoLooksIn = {"~/.var/app", "~/snap"},
+            .commands = {{"flatpak uninstall --delete-data", {"~/.var/app"}}}};
 }
 
 CleanupRecord gameCaches() {

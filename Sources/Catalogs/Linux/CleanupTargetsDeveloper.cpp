@@ -36,62 +36,66 @@ CleanupRecord packageCaches() {
                    .risk = CleanupRisk::safe,
                    .roots = {},
                    .symbol = "package"},
-        .places = {
-            {.places = {"$PIP_CACHE_DIR",
-                        "$CACHE/pip",
-                        "$YARN_CACHE_FOLDER",
-                        "$CACHE/yarn",
-                        "/usr/local/share/.cache/yarn",
-                        "~/.yarn/berry/cache",
-                        "$CACHE/pnpm",
-                        "$BUN_INSTALL_CACHE_DIR",
-                        "~/.bun/install/cache",
-                        "$CACHE/node-gyp",
-                        "$GOMODCACHE/cache/download",
-                        "$GOPATH/pkg/mod/cache/download",
-                        "~/go/pkg/mod/cache/download",
-                        "$COMPOSER_CACHE_DIR",
-                        "$CACHE/composer",
-                        "$NUGET_HTTP_CACHE_PATH",
-                        "$DATA/NuGet/http-cache",
-                        "$DATA/NuGet/v3-cache",
-                        "$DATA/NuGet/plugins-cache",
-                        "$HOMEBREW_CACHE",
-                        "$CACHE/Homebrew",
-                        "$CACHE/yay",
-                        "$CACHE/paru/clone",
-                        "$CACHE/coursier",
-                        "~/.ivy2/cache"}},
-            {.places = {"$UV_CACHE_DIR", "$CACHE/uv"},
-             .leaves = {".lock", ".gitignore", "CACHEDIR.TAG"},
-             .app = "uv",
-             .program = {.name = "uv", .processes = {"uv", "uvx"}},
-             .freesLess = true},
-            // Beside these are working environments.
-            {.places = {"$POETRY_CACHE_DIR", "$CACHE/pypoetry"},
-             .takes = {"cache", "artifacts"},
-             .app = "Poetry"},
-            // Its database names each of its folders, so they only go together.
-            {.places = {"$PRE_COMMIT_HOME", "$CACHE/pre-commit"}, .itself = true},
-            {.places = {"$npm_config_cache", "~/.npm"}, .takes = {"_cacache", "_npx", "_logs"}, .app = "npm"},
-            // What scripts have stored and the lines typed are the user's.
-            {.places = {"$DENO_DIR", "$CACHE/deno"},
-             .leaves = {"location_data", "deno_history.txt"},
-             .app = "Deno"},
-            {.places = {"$CARGO_HOME/registry/cache", "~/.cargo/registry/cache", "$CARGO_HOME/registry/src",
-                        "~/.cargo/registry/src", "$CARGO_HOME/git/checkouts", "~/.cargo/git/checkouts",
-                        "$CARGO_HOME/git/db", "~/.cargo/git/db"},
-             .app = "Cargo",
-             .program = {.name = "Cargo", .processes = {"cargo", "rustc"}}},
-            {.places = {"$GRADLE_USER_HOME/caches", "~/.gradle/caches", "$GRADLE_USER_HOME/wrapper/dists",
-                        "~/.gradle/wrapper/dists", "$GRADLE_USER_HOME/daemon", "~/.gradle/daemon"},
-             .app = "Gradle",
-             .program = {.name = "Gradle", .processes = {"gradle", "GradleDaemon"}}},
-            // Beside these are programs that the user has activated.
-            {.places = {"$PUB_CACHE", "~/.pub-cache"},
-             .takes = {"hosted", "hosted-hashes", "git", "_temp", "log"},
-             .app = "Dart"},
-        }};
+        .places =
+            {
+                {.places = {"$PIP_CACHE_DIR",
+                            "$CACHE/pip",
+                            "$YARN_CACHE_FOLDER",
+                            "$CACHE/yarn",
+                            "/usr/local/share/.cache/yarn",
+                            "~/.yarn/berry/cache",
+                            "$CACHE/pnpm",
+                            "$BUN_INSTALL_CACHE_DIR",
+                            "~/.bun/install/cache",
+                            "$CACHE/node-gyp",
+                            "$GOMODCACHE/cache/download",
+                            "$GOPATH/pkg/mod/cache/download",
+                            "~/go/pkg/mod/cache/download",
+                            "$COMPOSER_CACHE_DIR",
+                            "$CACHE/composer",
+                            "$NUGET_HTTP_CACHE_PATH",
+                            "$DATA/NuGet/http-cache",
+                            "$DATA/NuGet/v3-cache",
+                            "$DATA/NuGet/plugins-cache",
+                            "$HOMEBREW_CACHE",
+                            "$CACHE/Homebrew",
+                            "$CACHE/yay",
+                            "$CACHE/paru/clone",
+                            "$CACHE/coursier",
+                            "~/.ivy2/cache"}},
+                {.places = {"$UV_CACHE_DIR", "$CACHE/uv"},
+                 .leaves = {".lock", ".gitignore", "CACHEDIR.TAG"},
+                 .app = "uv",
+                 .program = {.name = "uv", .processes = {"uv", "uvx"}},
+                 .freesLess = true},
+                // Beside these are working environments.
+                {.places = {"$POETRY_CACHE_DIR", "$CACHE/pypoetry"},
+                 .takes = {"cache", "artifacts"},
+                 .app = "Poetry"},
+                // Its database names each of its folders, so they only go together.
+                {.places = {"$PRE_COMMIT_HOME", "$CACHE/pre-commit"}, .itself = true},
+                {.places = {"$npm_config_cache", "~/.npm"},
+                 .takes = {"_cacache", "_npx", "_logs"},
+                 .app = "npm"},
+                // What scripts have stored and the lines typed are the user's.
+                {.places = {"$DENO_DIR", "$CACHE/deno"},
+                 .leaves = {"location_data", "deno_history.txt"},
+                 .app = "Deno"},
+                {.places = {"$CARGO_HOME/registry/cache", "~/.cargo/registry/cache",
+                            "$CARGO_HOME/registry/src", "~/.cargo/registry/src", "$CARGO_HOME/git/checkouts",
+                            "~/.cargo/git/checkouts", "$CARGO_HOME/git/db", "~/.cargo/git/db"},
+                 .app = "Cargo",
+                 .program = {.name = "Cargo", .processes = {"cargo", "rustc"}}},
+                {.places = {"$GRADLE_USER_HOME/caches", "~/.gradle/caches", "$GRADLE_USER_HOME/wrapper/dists",
+                            "~/.gradle/wrapper/dists", "$GRADLE_USER_HOME/daemon", "~/.gradle/daemon"},
+                 .app = "Gradle",
+                 .program = {.name = "Gradle", .processes = {"gradle", "GradleDaemon"}}},
+                // Beside these are programs that the user has activated.
+                {.places = {"$PUB_CACHE", "~/.pub-cache"},
+                 .takes = {"hosted", "hosted-hashes", "git", "_temp", "log"},
+                 .app = "Dart"},
+            },
+        .commands = {{"uv cache prune", {"$UV_CACHE_DIR", "$CACHE/uv"}}}};
 }
 
 CleanupRecord buildCaches() {
@@ -102,40 +106,49 @@ CleanupRecord buildCaches() {
                            "once.",
                        .risk = CleanupRisk::safe,
                        .roots = {},
-                       .symbol = "hammer",
-                       .commands = {"ccache -C", "go clean -cache", "bazel clean --expunge"}},
-            .places = {
-                {.places = {"$CCACHE_DIR", "~/.ccache", "$CACHE/ccache"},
-                 .leaves = {"ccache.conf"},
-                 .app = "ccache"},
-                {.places = {"$CACHE/bazel", "$CACHE/bazelisk"},
-                 .program = {.name = "Bazel", .processes = {"bazel", "bazelisk"}}},
-                // Hundreds of folders with numbers for names are one entry.
-                {.places = {"$SCCACHE_DIR", "$CACHE/sccache", "$GOCACHE", "$CACHE/go-build", "$CACHE/zig",
-                            "$CACHE/clangd", "$CACHE/vscode-cpptools", "$CACHE/mesa_shader_cache",
-                            "$CACHE/mesa_shader_cache_db", "$CACHE/nvidia", "~/.nv/ComputeCache"},
-                 .itself = true},
-            }};
+                       .symbol = "hammer"},
+            .places =
+                {
+                    {.places = {"$CCACHE_DIR", "~/.ccache", "$CACHE/ccache"},
+                     .leaves = {"ccache.conf"},
+                     .app = "ccache"},
+                    {.places = {"$CACHE/bazel", "$CACHE/bazelisk"},
+                     .program = {.name = "Bazel", .processes = {"bazel", "bazelisk"}}},
+                    // Hundreds of folders with numbers for names are one entry.
+                    {.places = {"$SCCACHE_DIR", "$CACHE/sccache", "$GOCACHE", "$CACHE/go-build", "$CACHE/zig",
+                                "$CACHE/clangd", "$CACHE/vscode-cpptools", "$CACHE/mesa_shader_cache",
+                                "$CACHE/mesa_shader_cache_db", "$CACHE/nvidia", "~/.nv/ComputeCache"},
+                     .itself = true},
+                },
+            .commands = {{"ccache -C", {"$CCACHE_DIR", "~/.ccache", "$CACHE/ccache"}},
+                         {"go clean -cache", {"$GOCACHE", "$CACHE/go-build"}},
+                         {"bazel clean --expunge", {"$CACHE/bazel"}}}};
 }
 
 CleanupRecord packageStores() {
-    return {.target = {.id = "package-stores",
-                       .title = "Package stores",
-                       .detail =
-                           "Libraries that your projects use directly. They come back by a new install; what "
-                           "you published locally does not.",
-                       .risk = CleanupRisk::review,
-                       .roots = {},
-                       .symbol = "warehouse",
-                       .commands = {"pnpm store prune", "uv cache prune", "conda clean --all",
-                                    "go clean -modcache", "dotnet nuget locals all --clear"}},
-            .places = {
+    return {
+        .target = {.id = "package-stores",
+                   .title = "Package stores",
+                   .detail =
+                       "Libraries that your projects use directly. They come back by a new install; what "
+                       "you published locally does not.",
+                   .risk = CleanupRisk::review,
+                   .roots = {},
+                   .symbol = "warehouse"},
+        .places =
+            {
                 {.places = {"~/.m2/repository", "$NUGET_PACKAGES", "~/.nuget/packages"}},
                 {.places = {"$GOMODCACHE", "$GOPATH/pkg/mod", "~/go/pkg/mod"}, .leaves = {"cache"}},
                 {.places = {"$PNPM_HOME/store", "$DATA/pnpm/store", "$CONDA_PKGS_DIRS", "~/miniconda3/pkgs",
                             "~/miniforge3/pkgs", "~/mambaforge/pkgs", "~/anaconda3/pkgs", "~/.conda/pkgs"},
                  .freesLess = true},
-            }};
+            },
+        .commands = {{"pnpm store prune", {"$PNPM_HOME/store", "$DATA/pnpm/store"}},
+                     {"conda clean --all",
+                      {"$CONDA_PKGS_DIRS", "~/miniconda3/pkgs", "~/miniforge3/pkgs", "~/mambaforge/pkgs",
+                       "~/anaconda3/pkgs", "~/.conda/pkgs"}},
+                     {"go clean -modcache", {"$GOMODCACHE", "$GOPATH/pkg/mod", "~/go/pkg/mod"}},
+                     {"dotnet nuget locals all --clear", {"$NUGET_PACKAGES", "~/.nuget/packages"}}}};
 }
 
 CleanupRecord headlessBrowsers() {
@@ -164,8 +177,7 @@ CleanupRecord androidEmulators() {
                        "again.",
                    .risk = CleanupRisk::review,
                    .roots = {},
-                   .symbol = "smartphone",
-                   .commands = {"avdmanager delete avd -n NAME", "sdkmanager --uninstall PACKAGE"}},
+                   .symbol = "smartphone"},
         .places = {{.places = {"$ANDROID_HOME/system-images/*/*", "$ANDROID_SDK_ROOT/system-images/*/*",
                                "~/Android/Sdk/system-images/*/*", "$ANDROID_HOME/ndk",
                                "$ANDROID_SDK_ROOT/ndk", "~/Android/Sdk/ndk", "$ANDROID_HOME/sources",
@@ -173,7 +185,11 @@ CleanupRecord androidEmulators() {
                                "~/.android/build-cache"}}},
         .find = findAndroidDevices,
         .alsoLooksIn = {"$ANDROID_AVD_HOME", "$ANDROID_EMULATOR_HOME/avd", "$ANDROID_USER_HOME/avd",
-                        "~/.android/avd"}};
+                        "~/.android/avd"},
+        .commands = {
+            {"avdmanager delete avd -n NAME",
+             {"$ANDROID_AVD_HOME", "$ANDROID_EMULATOR_HOME/avd", "$ANDROID_USER_HOME/avd", "~/.android/avd"}},
+            {"sdkmanager --uninstall PACKAGE", {"$ANDROID_HOME", "$ANDROID_SDK_ROOT", "~/Android/Sdk"}}}};
 }
 
 CleanupRecord languageModels() {

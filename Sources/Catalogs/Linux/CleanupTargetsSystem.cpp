@@ -20,6 +20,9 @@ const std::vector<std::string> packageMarks = {"/var/lib/pacman/db.lck"};
 constexpr const char *machineAdvice =
     "Remove a machine in the program that made it, or the program goes on listing it.";
 
+const std::vector<std::string> dockerPlaces = {"/var/lib/docker", "$DATA/docker", "~/.docker/desktop"};
+const std::vector<std::string> podmanPlaces = {"/var/lib/containers/storage", "$DATA/containers/storage"};
+
 /// Whether the temporary folder is in memory, where it takes no disk. The last mount there counts.
 bool isInMemory(const Host &host, std::string_view folder) {
     const std::string table = contentsOfFile(host.placeOf("/proc/self/mounts"), 1'048'576).value_or("");
@@ -70,10 +73,10 @@ void findVirtualMachines(CleanupSearch &search) {
 void findOldVersions(CleanupSearch &search) {
     findOldKernels(search);
     findOldSnaps(search);
+    findSavedSnaps(search);
     findUnusedRuntimes(search);
 }
 
-    findSavedSnaps(search);
 } // namespace
 
 CleanupRecord logFiles() {
@@ -82,8 +85,7 @@ CleanupRecord logFiles() {
                        .detail = "What the system and apps wrote about past days. Current logs stay.",
                        .risk = CleanupRisk::safe,
                        .roots = {},
-                       .symbol = "scroll-text",
-                       .commands = {"journalctl --rotate --vacuum-size=200M"}},
+                       .symbol = "scroll-text"},
             // Archived parts of the journal are never written again.
             .places = {{.places = {"/var/log/journal/*"},
                         .takes = {"*@*.journal", "*.journal~"},
@@ -95,7 +97,8 @@ CleanupRecord logFiles() {
                         .leastDays = 1,
                         .notOpen = true}},
             .find = findRotatedLogs,
-            .alsoLooksIn = {"/var/log"}};
+            .alsoLooksIn = {"/var/log"},
+            .commands = {{"sudo journalctl --rotate --vacuum-size=200M", {"/var/log/journal"}}}};
 }
 
 CleanupRecord crashReports() {
@@ -104,13 +107,13 @@ CleanupRecord crashReports() {
                        .detail = "Memory dumps of programs that crashed. Keep them only to report a bug.",
                        .risk = CleanupRisk::safe,
                        .roots = {},
-                       .symbol = "bug",
-                       .commands = {"coredumpctl list"}},
+                       .symbol = "bug"},
             .places = {{.places = {"/var/lib/systemd/coredump", "/var/crash", "/var/spool/abrt",
                                    "/var/tmp/abrt", "$CACHE/drkonqi", "$CONFIG/*/Crash Reports",
                                    "~/.mozilla/firefox/Crash Reports"},
                         .leaves = {".lock", "kdump_lock", "settings.dat", "InstallTime*"}}},
-            .find = findCoreFiles};
+            .find = findCoreFiles,
+            .commands = {{"coredumpctl list", {"/var/lib/systemd/coredump"}}}};
 }
 
 CleanupRecord systemPackages() {
@@ -125,21 +128,24 @@ CleanupRecord systemPackages() {
                    .detail = "Installation files of software that is already installed. Needs your password.",
                    .risk = CleanupRisk::safe,
                    .roots = {},
-                   .symbol = "download",
-                   .commands = {"apt-get clean", "dnf clean packages", "zypper clean", "paccache -rk1",
-                                "apk cache clean"}},
-        .places = {
-            {.places = {"/var/cache/apt/archives"}, .takes = {"*.deb"}, .program = installing},
-            {.places = {"/var/cache/apt/archives/partial"}, .program = installing},
-            {.places = {"/var/cache/pacman/pkg"},
-             .takes = {"*.pkg.tar*", "download-*"},
-             .program = installing},
-            {.places = {"/var/cache/dnf", "/var/cache/libdnf5", "/var/cache/yum", "/var/cache/PackageKit",
-                        "/var/cache/zypp/packages", "/var/cache/apk", "/var/cache/xbps",
-                        "/var/cache/distfiles", "/var/tmp/portage", "/var/cache/eopkg", "/var/cache/fwupd"},
-             .leaves = {"*lock*", "*.pid"},
-             .program = installing},
-            {.places = {"/var/lib/snapd/cache"}, .freesLess = true}}};
+                   .symbol = "download"},
+        .places = {{.places = {"/var/cache/apt/archives"}, .takes = {"*.deb"}, .program = installing},
+                   {.places = {"/var/cache/apt/archives/partial"}, .program = installing},
+                   {.places = {"/var/cache/pacman/pkg"},
+                    .takes = {"*.pkg.tar*", "download-*"},
+                    .program = installing},
+                   {.places = {"/var/cache/dnf", "/var/cache/libdnf5", "/var/cache/yum",
+                               "/var/cache/PackageKit", "/var/cache/zypp/packages", "/var/cache/apk",
+                               "/var/cache/xbps", "/var/cache/distfiles", "/var/tmp/portage",
+                               "/var/cache/eopkg", "/var/cache/fwupd"},
+                    .leaves = {"*lock*", "*.pid"},
+                    .program = installing},
+                   {.places = {"/var/lib/snapd/cache"}, .freesLess = true}},
+        .commands = {{"sudo apt-get clean", {"/var/cache/apt/archives"}},
+                     {"sudo dnf clean packages", {"/var/cache/dnf", "/var/cache/libdnf5"}},
+                     {"sudo zypper clean", {"/var/cache/zypp"}},
+                     {"sudo paccache -rk1", {"/var/cache/pacman/pkg"}},
+                     {"sudo apk cache clean", {"/var/cache/apk"}}}};
 }
 
 CleanupRecord temporaryFiles() {
@@ -163,16 +169,19 @@ CleanupRecord containerStores() {
                        "hand breaks them.",
                    .risk = CleanupRisk::careful,
                    .roots = {},
-                   .symbol = "container",
-                   .commands = {"docker system df", "docker system prune", "docker builder prune",
-                                "podman system df", "podman system prune"}},
+                   .symbol = "container"},
         .places = {{.places = {"/var/lib/docker", "/var/lib/containerd", "$DATA/docker",
                                "$DATA/containers/storage", "/var/lib/containers/storage", "/var/lib/buildkit",
                                "/var/lib/lxc", "/var/lib/lxd", "/var/snap/lxd/common/lxd", "/var/lib/incus",
                                "/var/lib/rancher", "~/.minikube", "~/.docker/desktop/vms/0/data/Docker.raw"},
                     .itself = true,
-                    .keptBecause = "Removing these files by hand breaks the containers. Use the commands "
-                                   "above the list."}}};
+                    .keptBecause = "Removing these files by hand breaks the containers. Use the program "
+                                   "that manages them."}},
+        .commands = {{"docker system df", dockerPlaces},
+                     {"docker system prune", dockerPlaces},
+                     {"docker builder prune", dockerPlaces},
+                     {"podman system df", podmanPlaces},
+                     {"podman system prune", podmanPlaces}}};
 }
 
 CleanupRecord virtualMachines() {
@@ -182,16 +191,17 @@ CleanupRecord virtualMachines() {
                    .detail = "Whole virtual computers with everything in them. " + std::string(machineAdvice),
                    .risk = CleanupRisk::careful,
                    .roots = {},
-                   .symbol = "monitor",
-                   .commands = {"virsh undefine NAME --remove-all-storage",
-                                "VBoxManage unregistervm NAME --delete"}},
+                   .symbol = "monitor"},
         .places = {{.places = {"$VAGRANT_HOME/boxes", "~/.vagrant.d/boxes", "$VAGRANT_HOME/tmp",
                                "~/.vagrant.d/tmp"},
                     .program = {.name = "Vagrant", .processes = {"vagrant"}}}},
         .find = findVirtualMachines,
         .alsoLooksIn = {"/var/lib/libvirt/images", "$DATA/libvirt/images", "$DATA/gnome-boxes/images",
                         "~/.var/app/org.gnome.Boxes", "~/VirtualBox VMs", "~/vmware", "/var/snap/multipass",
-                        "~/.lima", "$CACHE/lima", "~/quickemu"}};
+                        "~/.lima", "$CACHE/lima", "~/quickemu"},
+        .commands = {
+            {"virsh undefine NAME --remove-all-storage", {"/var/lib/libvirt/images", "$DATA/libvirt/images"}},
+            {"VBoxManage unregistervm NAME --delete", {"~/VirtualBox VMs"}}}};
 }
 
 CleanupRecord oldVersions() {

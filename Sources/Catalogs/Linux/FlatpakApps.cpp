@@ -137,7 +137,7 @@ void findUnusedRuntimes(CleanupSearch &search) {
             if (!isNeeded(id, runtime, needed))
                 search.add(joinPath(one.folder, "runtime/" + runtime),
                            {.name = id + " " + branch,
-                            .keptBecause = "Flatpak removes it with the command in its menu.",
+                            .keptBecause = "Remove it with Flatpak.",
                             .command = "flatpak uninstall --unused"});
         }
 }

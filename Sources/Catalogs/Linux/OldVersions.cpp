@@ -54,9 +54,9 @@ bool isHarmlessName(std::string_view name) {
 
 /// The command by which the installed package manager removes old kernels; empty for none.
 std::string kernelCommand(const Places &places) {
-    for (const auto &[place, command] : {std::pair("/var/lib/dpkg/status", "apt autoremove --purge"),
-                                         {"/etc/zypp", "zypper purge-kernels"},
-                                         {"/etc/dnf", "dnf remove --oldinstallonly"}})
+    for (const auto &[place, command] : {std::pair("/var/lib/dpkg/status", "sudo apt autoremove --purge"),
+                                         {"/etc/zypp", "sudo zypper purge-kernels"},
+                                         {"/etc/dnf", "sudo dnf remove --oldinstallonly"}})
         if (fileStatus(places.placed(place)))
             return command;
     return "";
@@ -108,7 +108,7 @@ void findOldSnaps(CleanupSearch &search) {
                 continue;
             search.add(joinPath(folder, file),
                        {.name = name + " (revision " + revision + ")",
-                        .keptBecause = "Snap removes it with the command in its menu.",
+                        .keptBecause = "Remove it with Snap.",
                         .command = "snap remove " + name + " --revision=" + revision});
         }
 }

@@ -346,13 +346,14 @@ TEST_F(SampleLinuxCleanup, FindsWhatComesBackAndNothingElse) {
               "  5 ~/VirtualBox VMs/Test\n"
               "  6 ~/VirtualBox VMs/Work\n"
               "old-versions: Old versions kept by the system\n"
-              "  3 /usr/lib/modules/6.1.0-9-amd64 = Kernel 6.1.0-9-amd64 (kept): apt autoremove --purge\n"
+              "  3 /usr/lib/modules/6.1.0-9-amd64 = Kernel 6.1.0-9-amd64 (kept): sudo apt "
+              "autoremove --purge\n"
               "  3 /var/lib/snapd/snaps/viewer_1.snap = viewer (revision 1) (kept): snap remove viewer "
               "--revision=1\n"
               "  4 /var/lib/flatpak/runtime/org.example.Platform/x86_64/22 = org.example.Platform 22 (kept): "
               "flatpak uninstall --unused\n"
-              "trash: Trash\n"
               "  5 /var/lib/snapd/snapshots/7_drawer_1.0_9.zip = drawer (saved data) (kept): snap forget 7\n"
+              "trash: Trash\n"
               "  2 ~/.local/share/Trash/files/old\n");
 }
 
@@ -501,7 +502,7 @@ TEST_F(SampleLinuxCleanup, ARemovalAsksTheRuleOfATargetAgain) {
         reasons,
         (std::vector<std::string>{
             "“syslog.1”" + changed, "“syslog”" + changed, "A package manager is running. Quit it first.",
-            "Removing these files by hand breaks the containers. Use the commands above the list."}));
+            "Removing these files by hand breaks the containers. Use the program that manages them."}));
 }
 
 TEST(NamePatterns, StandForNames) {
