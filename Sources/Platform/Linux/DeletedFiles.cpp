@@ -4,6 +4,7 @@
 #include "Base/FileURL.h"
 #include "Base/Text.h"
 #include "Platform/FileContents.h"
+#include "Platform/FileReader.h"
 #include "Platform/FileStatus.h"
 #include "Platform/FileSystem.h"
 #include "Platform/Folder.h"
@@ -76,8 +77,11 @@ public:
     }
 
 private:
-    /// The bytes of an open file that has no name left, unless it has been counted.
+    /// The bytes of an open file that has no name left, unless it has been counted. Other files are not
+    /// looked at: a server that does not answer would stop this.
     std::int64_t heldBy(const std::string &descriptor) {
+        if (!linkTarget(descriptor).value_or("").ends_with(" (deleted)"))
+            return 0;
         struct stat record {};
         constexpr std::int64_t blockSize = 512;
         if (stat(descriptor.c_str(), &record) != 0 || !S_ISREG(record.st_mode) || record.st_nlink != 0 ||
