@@ -8,6 +8,7 @@
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Storage/CleanupCatalog.h"
 #include "Core/Storage/CleanupEntries.h"
+#include "Platform/Host.h"
 #include "Views/Cleanup/TargetCard.h"
 #include "Views/Components/AccessNotice.h"
 #include "Views/Components/MeasureButton.h"
@@ -29,6 +30,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <iterator>
+#include <unordered_set>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -232,17 +234,34 @@ void CleanupView::confirmRemoval(RemovalMode mode) {
 void CleanupView::ask(const std::vector<CleanupEntry> &entries, RemovalMode mode,
                       const std::vector<std::string> &running) {
     const std::string notes = notesBefore(entries, running);
-    const auto remark = [bytes = CleanupEntries::totalSize(entries), notes](RemovalMode chosen) {
-        const std::string usual = chosen == RemovalMode::trash ? RemovalReport::trashRemark(bytes) : "";
+    const std::size_t inTrash = countInTrash(entries);
+    const auto remark = [bytes = CleanupEntries::totalSize(entries), notes, inTrash](RemovalMode chosen) {
+        std::string usual = chosen == RemovalMode::trash ? RemovalReport::trashRemark(bytes) : "";
+        if (!usual.empty() && inTrash > 0)
+            usual += " What is in the Trash already stays there.";
         return notes.empty() || usual.empty() ? notes + usual : notes + "\n\n" + usual;
     };
-    const RemovalRequest request{.items = entries, .mode = mode, .remark = remark};
+    const RemovalRequest request{
+        .items = entries, .mode = mode, .areInTrash = inTrash == entries.size(), .remark = remark};
     auto *sheet = new RemovalSheet(request, this);
     connect(sheet, &RemovalSheet::confirmed, this, [this, items = request.items](RemovalMode chosen) {
         removals_.removeCleanupEntries(items, chosen);
         bar_->resetMode();
     });
     sheet->open();
+}
+
+/// How many of the entries can only be deleted. A Mac decides itself about what is in its Trash.
+std::size_t CleanupView::countInTrash(const std::vector<CleanupEntry> &entries) const {
+    std::unordered_set<FileURL> inTrash;
+    if (Host::currentSystem() == System::linux)
+        for (const CleanupTarget &target : cleanup_->cleanupTargets)
+            if (target.id == "trash")
+                for (const CleanupEntry &entry : target.entries)
+                    inTrash.insert(entry.url);
+    return static_cast<std::size_t>(
+        std::count_if(entries.begin(), entries.end(),
+                      [&](const CleanupEntry &entry) { return inTrash.contains(entry.url); }));
 }
 
 /// The selected entries, in the order of the page, without those inside another selected folder.

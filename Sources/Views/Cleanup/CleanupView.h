@@ -5,6 +5,7 @@
 #include "Views/Entries/TickedEntries.h"
 
 #include <QWidget>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -48,6 +49,7 @@ private:
              const std::vector<std::string> &running);
     [[nodiscard]] std::vector<CleanupEntry> safeEntries() const;
     [[nodiscard]] std::vector<CleanupEntry> tickedEntries() const;
+    [[nodiscard]] std::size_t countInTrash(const std::vector<CleanupEntry> &entries) const;
 
     Cleanup &cleanup_;
     Removals &removals_;

@@ -47,7 +47,8 @@ RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
       freesAtMost_(RemovalReport::freesAtMost(request_.items)), picker_(new RemovalModePicker(this)),
       remark_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       remove_(new DestructiveButton(this)) {
-    picker_->setMode(request_.mode);
+    picker_->setMode(request_.areInTrash ? RemovalMode::deleteNow : request_.mode);
+    picker_->setHidden(request_.areInTrash);
     remark_->setObjectName(QStringLiteral("remark"));
     remark_->setWordWrap(true);
     connect(picker_, &RemovalModePicker::modeChanged, this, &RemovalSheet::showMode);

@@ -18,6 +18,7 @@ class TextLabel;
 struct RemovalRequest {
     std::vector<CleanupEntry> items = {};
     RemovalMode mode = RemovalMode::trash; ///< the initial choice
+    bool areInTrash = false;               ///< all of them are, so there is no choice
     /// A remark for the chosen mode; empty for none.
     std::function<std::string(RemovalMode mode)> remark = {};
 };

@@ -394,4 +394,24 @@ TEST_F(CleanupPage, AsksBeforeItTakesTheFilesOfARunningProgram) {
               "share some of this space, so this may free less.");
 }
 
+TEST_F(CleanupPage, OnlyDeletesWhatIsInTheTrashOfLinux) {
+    std::vector<CleanupTarget> targets = model.cleanup->cleanupTargets;
+    for (const char *id : {"logs", "trash"})
+        withId(targets, id).entries = {{.url = FileURL(home.makeFile(id, 10)), .size = 1'000}};
+    PublishedWriter::set(model.cleanup, &CleanupState::cleanupTargets, targets);
+    Host::useSystem(System::linux);
+    click(all("trash"));
+    click(all("logs"));
+    click("remove");
+    EXPECT_TRUE(testing::shown(*sheet(), "remark").ends_with("What is in the Trash already stays there."));
+    EXPECT_FALSE(sheet()->findChild<RemovalModePicker *>()->isHidden());
+    testing::click(*sheet(), "cancel");
+    ASSERT_TRUE(eventually([&] { return sheet() == nullptr; }));
+    click(all("logs"));
+    click("remove");
+    EXPECT_TRUE(sheet()->findChild<RemovalModePicker *>()->isHidden());
+    confirm();
+    EXPECT_EQ(actions.calls, std::vector{"delete " + home.path("trash")});
+}
+
 } // namespace brimvale
