@@ -87,7 +87,7 @@ constinit const Command categoryCommand = {
     .name = "category",
     .operands = "ID",
     .operandCount = {.minimum = 1, .maximum = 1},
-    .summary = "Measures one category of the overview, and shows what lies in it.",
+    .summary = "Measures one category of the overview, and shows what is in it.",
     .help = "\n\"brimvalectl overview\" shows the IDs.\n",
     .run = runCategory,
 };

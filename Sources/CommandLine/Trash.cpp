@@ -267,7 +267,7 @@ ExitStatus runTrash(const Arguments &arguments, Output &output) {
 
 constinit const Command trashCommand = {
     .name = "trash",
-    .operands = "list|restore|empty [ITEM…]",
+    .operands = "ACTION [ITEM…]",
     .operandCount = {.minimum = 1},
     .options = trashOptions,
     .summary = "Shows what is in the Trash, puts items back, or empties it.",

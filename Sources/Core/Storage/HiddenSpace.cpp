@@ -28,7 +28,8 @@ void addHolders(std::vector<std::string> &sentences, const DeletedFiles &deleted
                                 " of deleted files. The space is free when it is closed.");
     if (deleted.unknownPrograms > 0)
         sentences.push_back(counted(deleted.unknownPrograms, "program") +
-                            " of other users could not be looked into.");
+                            (deleted.unknownPrograms == 1 ? " of another user" : " of other users") +
+                            " may still use deleted files, which only an administrator can see.");
 }
 
 std::string snapshotsSentence(const std::vector<LocalSnapshot> &snapshots) {

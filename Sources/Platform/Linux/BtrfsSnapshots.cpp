@@ -64,7 +64,7 @@ bool isReadOnlySnapshot(const btrfs_ioctl_get_subvol_info_args &info) {
 }
 
 /// The kernel's folder for the quotas of a file system; empty where they are off, are being counted, or count
-/// whoever wrote first instead of what is shared.
+/// each block for the subvolume that wrote it, also if others share it.
 std::string quotasOf(const Folder &folder) {
     btrfs_ioctl_fs_info_args system{};
     if (ioctl(folder.descriptor(), BTRFS_IOC_FS_INFO, &system) != 0)

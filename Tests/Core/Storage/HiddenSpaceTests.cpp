@@ -32,7 +32,7 @@ TEST(HiddenSpace, IsExplainedInSentences) {
     EXPECT_THAT(
         hiddenSpaceSentences(hidden, root, snapshots, 1),
         ElementsAre(StartsWith("fire\uFFFD still uses " + shownBytes(50'000'000) + " of deleted files. "),
-                    "2 programs of other users could not be looked into.",
+                    StartsWith("2 programs of other users may still use deleted files"),
                     HasSubstr("frees at least " + shownBytes(1'000'000)),
                     StartsWith(shownBytes(9'000'000) + " are reserved"), StartsWith("1 place has folders")));
     EXPECT_THAT(hiddenSpaceSentences({}, std::nullopt, {}, 0), IsEmpty());
