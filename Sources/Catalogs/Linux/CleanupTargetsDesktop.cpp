@@ -51,7 +51,8 @@ void findOtherCaches(CleanupSearch &search) {
             const std::string path = joinPath(folder, name);
             if (!allowsName(*rule, name) || overlapsAny(realPathOf(path), search.elsewhere()))
                 continue;
-            search.add(path, {.program = search.signsOf({.name = "“" + name + "”", .openFolder = path}),
+            search.add(path, {.program = search.signsOf(
+                                  {.name = "A program that uses “" + name + "”", .openFolder = path}),
                               .rule = rule});
         }
     }
