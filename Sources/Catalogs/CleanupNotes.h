@@ -19,7 +19,7 @@ struct CleanupNotes {
     std::shared_ptr<const ProgramSigns> program = {}; ///< should not run when it is removed
     bool isInUse = false;                             ///< that program was running when it was listed
     std::shared_ptr<const CleanupRule> rule = {};     ///< what it has to be when it is removed
-    std::vector<ItemPin> companions = {};             ///< files that go with it; its size includes theirs
+    std::vector<ItemPin> companions = {}; ///< files that go when it is gone; its size includes theirs
 
     /// Whether they say the same to the user.
     friend bool operator==(const CleanupNotes &a, const CleanupNotes &b) {

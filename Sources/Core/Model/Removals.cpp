@@ -25,18 +25,6 @@ std::vector<FileURL> urlsOf(const std::vector<CleanupEntry> &entries) {
     return urls;
 }
 
-/// Each entry, and after it the files that go with it. Their sizes are in that of the entry.
-std::vector<CleanupEntry> withCompanions(const std::vector<CleanupEntry> &entries) {
-    std::vector<CleanupEntry> all;
-    for (const CleanupEntry &entry : entries) {
-        all.push_back(entry);
-        if (entry.notes)
-            for (const ItemPin &companion : entry.notes->companions)
-                all.push_back({.url = companion.place, .pin = companion});
-    }
-    return all;
-}
-
 GonePaths trashFolders() {
     const FileURL home = homeFolder();
     return GonePaths({home.appending(".Trash"), home.appending(".local/share/Trash")});
@@ -63,7 +51,7 @@ void Removals::removeNodes(const std::vector<FSNode *> &nodes, RemovalMode mode)
 }
 
 void Removals::removeCleanupEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
-    remove(withCompanions(entries), mode, VolumesAreRead::beforeGone);
+    remove(entries, mode, VolumesAreRead::beforeGone);
 }
 
 void Removals::removeCategoryEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode) {

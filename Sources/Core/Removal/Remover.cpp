@@ -71,6 +71,9 @@ public:
 
     void remove(const Item &asked);
 
+    /// Removes the files that go with an entry, if that was removed just now. Their sizes are in its own.
+    void removeCompanions(const CleanupEntry &entry);
+
     [[nodiscard]] RemovalResult takeResult() { return std::move(result_); }
 
 private:
@@ -148,6 +151,14 @@ void Removal::remove(const Item &asked) {
         if (std::optional<std::string> refusal = gate_.refusalOfTarget(item, *asked.notes))
             return fail(url, *std::move(refusal));
     removeOpened(asked, item);
+}
+
+void Removal::removeCompanions(const CleanupEntry &entry) {
+    const bool isRemoved = !result_.succeeded.empty() && result_.succeeded.back() == entry.url;
+    if (!isRemoved || !entry.notes)
+        return;
+    for (const ItemPin &companion : entry.notes->companions)
+        remove({companion.place, 0, companion});
 }
 
 void Removal::removeOpened(const Item &asked, const OpenedItem &item) {
@@ -239,8 +250,10 @@ bool isPermissionDenied(const FileError &error) {
 RemovalResult remove(const std::vector<CleanupEntry> &entries, RemovalMode mode, RemovalProgress *progress,
                      RemovalActions &actions) {
     Removal removal(mode, progress, actions);
-    for (const CleanupEntry &entry : entries)
+    for (const CleanupEntry &entry : entries) {
         removal.remove({entry.url, entry.size, entry.pin, entry.hasLinkedFiles, entry.notes});
+        removal.removeCompanions(entry);
+    }
     return removal.takeResult();
 }
 

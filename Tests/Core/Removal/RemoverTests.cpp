@@ -13,6 +13,7 @@
 #include <functional>
 #include <gmock/gmock.h>
 #include <limits>
+#include <memory>
 
 namespace brimvale {
 
@@ -78,6 +79,27 @@ TEST(Remover, ErrorCodeDecidesFailedOrNeedsAdmin) {
     const RemovalResult result = Remover::remove(urls, RemovalMode::deleteNow, nullptr, actions);
     EXPECT_EQ(result, (RemovalResult{{}, failed, 0, needsAdmin}));
     EXPECT_EQ(actions.calls, deletions) << "none tried twice";
+}
+
+TEST(Remover, WhatGoesWithAnItemStaysWithIt) {
+    const TemporaryFolder folder;
+    RecordingActions actions;
+    const std::string settings = folder.makeFile("Phone.ini");
+    const auto entryOf = [&](const char *name) {
+        return CleanupEntry{.url = FileURL(folder.makeFolder(name)),
+                            .notes = std::make_shared<const CleanupNotes>(
+                                CleanupNotes{.companions = {*pinOf(FileURL(settings))}})};
+    };
+    const CleanupEntry locked = entryOf("locked"), changed = entryOf("changed"), phone = entryOf("Phone.avd");
+    actions.refuse(locked.url.path());
+    std::vector<CleanupEntry> entries = {locked, changed};
+    entries[1].pin = pinOf(FileURL(folder.makeFolder("another")));
+    entries[1].pin->place = changed.url;
+    const auto removed = [&](const std::vector<CleanupEntry> &asked) {
+        return Remover::remove(asked, RemovalMode::deleteNow, nullptr, actions).succeeded;
+    };
+    EXPECT_EQ(removed(entries), Urls());
+    EXPECT_EQ(removed({phone}), (Urls{phone.url, FileURL(settings)}));
 }
 
 TEST(Remover, FolderThatIsWrittenToNeedsNoAdministrator) {
