@@ -31,7 +31,7 @@ struct TrashRecord {
 /// A Trash of the user outside the home folder.
 struct VolumeTrash {
     std::string folder;               ///< what belongs to the Trash is inside
-    std::vector<std::string> holders; ///< the folders with its items, which need not exist
+    std::vector<std::string> holders; ///< the folders with its items, which need not exist; no links
 };
 
 // On macOS only the system reads the Trash, so all these find nothing there.

@@ -8,6 +8,7 @@
 #include "Platform/TrashContents.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -200,11 +201,16 @@ StorageCategory games() {
             .alsoCovers = {"$DATA/Steam", "~/.var/app/com.valvesoftware.Steam"}};
 }
 
-/// The folders with what is in the Trash, on every volume.
+/// The folders with what is in the Trash, on every volume. A link is none: nothing is moved to the Trash
+/// through it.
 std::vector<std::string> trashHolders(const Places &places) {
     std::vector<std::string> holders = places.pathsOf("$DATA/Trash/files");
     for (std::string &leftBehind : places.pathsOf("$DATA/Trash/expunged"))
         holders.push_back(std::move(leftBehind));
+    std::erase_if(holders, [](const std::string &holder) {
+        const std::optional<FileStatus> status = fileStatus(holder);
+        return status && status->kind != FileKind::directory;
+    });
     for (const VolumeTrash &trash : volumeTrashes(places.host()))
         holders.insert(holders.end(), trash.holders.begin(), trash.holders.end());
     return holders;

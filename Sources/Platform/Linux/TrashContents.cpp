@@ -126,6 +126,12 @@ bool isSettled(const Descriptor &info, const std::string &name) {
            S_ISREG(status.st_mode) && now() - modificationDate(status) > timeToMove;
 }
 
+/// Whether something else than a folder is there: a link could show any folder of the user as the Trash.
+bool isNoFolder(const std::string &path) {
+    const std::optional<FileStatus> status = fileStatus(path);
+    return status && status->kind != FileKind::directory;
+}
+
 bool isInExpunged(const FileURL &folder) {
     return folder.fileName() == "expunged";
 }
@@ -135,8 +141,11 @@ bool isInExpunged(const FileURL &folder) {
 std::vector<VolumeTrash> volumeTrashes(const Host &host) {
     std::vector<VolumeTrash> trashes;
     for (const std::string &top : topsWithTrash(host))
-        for (const std::string &folder : trashFoldersAt(top))
-            trashes.push_back({folder, {joinPath(folder, "files"), joinPath(folder, "expunged")}});
+        for (const std::string &folder : trashFoldersAt(top)) {
+            VolumeTrash trash{folder, {joinPath(folder, "files"), joinPath(folder, "expunged")}};
+            std::erase_if(trash.holders, isNoFolder);
+            trashes.push_back(std::move(trash));
+        }
     return trashes;
 }
 

@@ -58,6 +58,21 @@ TEST(StorageCategories, CountOnlyTheMeasuredVolume) {
     EXPECT_TRUE(StorageFigures::elsewhereSentence(elsewhere));
 }
 
+TEST(StorageCategories, TheTrashIsNotReachedThroughALink) {
+    const TemporaryFolder folder;
+    folder.makeFile("home/u/Documents/letter");
+    folder.makeFile("home/u/.local/share/Trash/expunged/1");
+    folder.makeLink("home/u/.local/share/Trash/files", folder.path("home/u/Documents"));
+    const Host host{System::linux, FileURL(folder.path("home/u")), platformTools(), folder.path()};
+    WalkPool pool(2);
+    for (const StorageCategory &category : StorageCategories::all(host))
+        if (category.id == "trash") {
+            const MeasuredCategory trash = StorageCategories::measure(category, {}, host, pool);
+            ASSERT_EQ(trash.entries.size(), 1U);
+            EXPECT_EQ(trash.entries.front().url.path(), folder.path("home/u/.local/share/Trash/expunged/1"));
+        }
+}
+
 TEST(StorageCategories, NoteWhatCouldNotBeRead) {
     testing::inChild([] {
         testing::becomeOrdinaryUser();

@@ -124,6 +124,13 @@ TEST(TrashContents, FindsTheTrashesOfVolumes) {
         EXPECT_EQ(trashRecord(FileURL(own + "/files/a b")).oldPlace, FileURL(volume + "/deep/a b"));
         EXPECT_EQ(trashRecord(FileURL(shared + "/files/file")).oldPlace, FileURL(other + "/file"));
 
+        // A volume from elsewhere must not show a folder of the user as its Trash.
+        fs::rename(own + "/files", own + "/real");
+        folder.makeLink("volume/.Trash-" + user + "/files", folder.makeFolder("documents"));
+        EXPECT_THAT(volumeTrashes(hostIn(folder)).front().holders, ElementsAre(own + "/expunged"));
+        fs::remove(own + "/files");
+        fs::rename(own + "/real", own + "/files");
+
         // An absolute path may be of another machine.
         folder.writeFile("volume/.Trash-" + user + "/info/a b.trashinfo", withPath(volume + "/deep/a b"));
         EXPECT_EQ(trashRecord(FileURL(own + "/files/a b")).state, State::outside);
