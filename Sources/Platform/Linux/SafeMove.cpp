@@ -1,6 +1,7 @@
 #include "Platform/Linux/SafeMove.h"
 
 #include "Platform/Posix/OpenFile.h"
+#include "Platform/Posix/WriteBit.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -21,9 +22,11 @@ bool isItem(const OpenedItem &item, int folder, const std::string &name) {
 int moveFolderOntoEmpty(const OpenedItem &item, int folder, const std::string &name) {
     if (mkdirat(folder, name.c_str(), 0700) != 0)
         return errno;
-    if (renameat(item.folder().descriptor(), item.name().c_str(), folder, name.c_str()) == 0)
+    const int from = item.folder().descriptor();
+    const int error = renameReadOnlyToo(
+        item, [&] { return renameat(from, item.name().c_str(), folder, name.c_str()) == 0 ? 0 : errno; });
+    if (error == 0)
         return 0;
-    const int error = errno;
     unlinkat(folder, name.c_str(), AT_REMOVEDIR);
     return error == ENOTEMPTY ? EEXIST : error;
 }
@@ -52,6 +55,19 @@ int moveByLink(const OpenedItem &item, int folder, const std::string &name) {
 
 } // namespace
 
+int renameReadOnlyToo(const OpenedItem &item, const std::function<int()> &rename) {
+    const int error = rename();
+    if (error != EACCES || !item.isFolder())
+        return error;
+    const Folder own = item.folder().subfolder(item.name().c_str());
+    WriteBit writeBit;
+    if (own.identity() != item.identity().file || !writeBit.add(own))
+        return error;
+    const int errorAgain = rename();
+    writeBit.takeBack(own);
+    return errorAgain;
+}
+
 int moveByReserving(const OpenedItem &item, int folder, const std::string &name) {
     return item.isFolder() ? moveFolderOntoEmpty(item, folder, name) : moveByLink(item, folder, name);
 }
@@ -60,8 +76,12 @@ int moveUnlessThere(const OpenedItem &item, int folder, const std::string &name)
     if (!item.isStillThere())
         return ESTALE;
     const int from = item.folder().descriptor();
-    if (renameat2(from, item.name().c_str(), folder, name.c_str(), RENAME_NOREPLACE) != 0)
-        return errno == EINVAL || errno == ENOSYS ? moveByReserving(item, folder, name) : errno;
+    const int error = renameReadOnlyToo(item, [&] {
+        const char *newName = name.c_str();
+        return renameat2(from, item.name().c_str(), folder, newName, RENAME_NOREPLACE) == 0 ? 0 : errno;
+    });
+    if (error != 0)
+        return error == EINVAL || error == ENOSYS ? moveByReserving(item, folder, name) : error;
     if (isItem(item, folder, name))
         return 0;
     // Another item took the name at the last moment; that one goes back.

@@ -2,9 +2,15 @@
 
 #include "Platform/OpenedItem.h"
 
+#include <functional>
 #include <string>
 
 namespace brimvale {
+
+/// Calls `rename`, which renames the item and returns 0 or the errno. A folder gets another "..", for which
+/// its owner must be allowed to write in it; one that the user has made read-only may be written to for that
+/// time.
+[[nodiscard]] int renameReadOnlyToo(const OpenedItem &item, const std::function<int()> &rename);
 
 /// Moves the item to `name` in another open folder of the same file system, unless anything has that name
 /// there. 0, or the errno with the item where it was: EEXIST, and ESTALE where another item has taken its

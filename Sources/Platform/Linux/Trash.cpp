@@ -3,10 +3,10 @@
 #include "Base/Text.h"
 #include "Platform/FileOperation.h"
 #include "Platform/Linux/FoundTrash.h"
+#include "Platform/Linux/SafeMove.h"
 #include "Platform/Linux/TrashError.h"
 #include "Platform/Linux/TrashFolder.h"
 #include "Platform/Posix/OpenFile.h"
-#include "Platform/Posix/WriteBit.h"
 
 #include <algorithm>
 #include <array>
@@ -119,28 +119,13 @@ int move(int from, const std::string &name, const Descriptor &to, const std::str
     return renameat(from, name.c_str(), to.number(), newName.c_str()) == 0 ? 0 : errno;
 }
 
-/// Renames the item. A folder gets another "..", for which its owner must be allowed to write in it; one that
-/// the user has made read-only is so again in the Trash.
-int moveFolderToo(const OpenedItem &item, const Descriptor &to, const std::string &newName) {
-    const int folder = item.folder().descriptor();
-    const int error = move(folder, item.name(), to, newName);
-    if (error != EACCES || !item.isFolder())
-        return error;
-    const Folder own = item.folder().subfolder(item.name().c_str());
-    WriteBit writeBit;
-    if (own.identity() != item.identity().file || !writeBit.add(own))
-        return error;
-    const int errorAgain = move(folder, item.name(), to, newName);
-    writeBit.takeBack(own);
-    return errorAgain;
-}
-
 /// Moves the item. If another one took its name at the last moment, that is moved back. 0, or errno.
 int moveItem(const OpenedItem &item, const TrashFolder &trash, const std::string &newName) {
     if (!item.isStillThere())
         return ESTALE;
     const int folder = item.folder().descriptor();
-    if (const int error = moveFolderToo(item, trash.files, newName); error != 0)
+    const auto rename = [&] { return move(folder, item.name(), trash.files, newName); };
+    if (const int error = renameReadOnlyToo(item, rename); error != 0)
         return error;
     const std::optional<ItemIdentity> moved = identityOfEntry(trash.files.number(), newName.c_str());
     if (!moved || moved->isSameAs(item.identity()))

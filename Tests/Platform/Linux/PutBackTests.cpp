@@ -77,6 +77,28 @@ TEST(PutBack, RestoresItemsOfEveryKindAndName) {
     });
 }
 
+TEST(PutBack, RestoresAReadOnlyFolderAsItWas) {
+    inHome(
+        [](const TemporaryFolder &folder) {
+            const std::string item = folder.makeFolder("place/module"),
+                              file = folder.makeFile("place/module/a");
+            fs::permissions(item, fs::perms(0555));
+            EXPECT_EQ(outcome(item), "trashed");
+            EXPECT_EQ(putBackFrom(folder.path("home/data/Trash/files/module")), item);
+            EXPECT_EQ(fs::status(item).permissions(), fs::perms(0555));
+            EXPECT_EQ(moveByReserving(openedAt(item),
+                                      openedAt(folder.makeFile("other/x")).folder().descriptor(), "module"),
+                      0);
+            EXPECT_EQ(fs::status(folder.path("other/module")).permissions(), fs::perms(0555));
+            EXPECT_EQ(moveUnlessThere(openedAt(folder.path("other/module")),
+                                      openedAt(folder.makeFile("other/module.2/x")).folder().descriptor(),
+                                      "x"),
+                      EEXIST);
+            fs::permissions(folder.path("other/module"), fs::perms(0755));
+        },
+        As::ordinaryUser);
+}
+
 TEST(PutBack, NeverReplacesAnything) {
     inHome([](const TemporaryFolder &folder) {
         const auto collide = [&](const std::string &name, const auto &makeOther) {
