@@ -1,5 +1,6 @@
 #include "Core/Apps/Linux/AppFinders.h"
 
+#include "Base/Text.h"
 #include "Platform/FileAccess.h"
 
 #include <algorithm>
@@ -30,14 +31,26 @@ bool isInAny(const std::string &path, const std::vector<std::string> &folders) {
                        [&](const std::string &folder) { return isAtOrUnder(path, folder); });
 }
 
+/// Whether a folder is named after a program: "pycharm-2024.1" after "pycharm.sh".
+bool isNamedAfter(std::string folder, std::string program) {
+    program = program.substr(0, program.find_first_of("-_.", 1));
+    for (std::string *name : {&folder, &program})
+        std::transform(name->begin(), name->end(), name->begin(), lowered);
+    constexpr std::size_t telling = 3; // shorter names are in many others
+    return program.size() < telling ? folder == program : folder.find(program) != std::string::npos;
+}
+
 /// Whether other programs or the user have something in a folder too. A hidden folder of the home is one of
-/// tools that keep the programs of many.
-bool isShared(const std::string &folder, const DesktopPlaces &places) {
+/// tools that keep the programs of many, and any other one there is the user's, for "Games" or "Projects",
+/// unless it is named after the program.
+bool isShared(const std::string &folder, const std::string &program, const DesktopPlaces &places) {
     const FileURL url(folder);
+    const bool isAtTop = url.parent().path() == places.home;
+    const std::string name(url.fileName()), programName(FileURL(program).fileName());
     return std::any_of(places.shared.begin(), places.shared.end(),
                        [&](const std::string &one) { return isAtOrUnder(one, folder); }) ||
            isInAny(folder, places.documents) ||
-           (url.parent().path() == places.home && url.fileName().starts_with('.')) ||
+           (isAtTop && (name.starts_with('.') || !isNamedAfter(name, programName))) ||
            itemExists(joinPath(folder, ".git"));
 }
 
@@ -62,7 +75,7 @@ std::string ownFolderOf(const std::string &program, const DesktopPlaces &places)
     if (!isInAny(file, places.aroundApplications))
         return "";
     std::string nearest = nearestFolder(file);
-    return isShared(nearest, places) ? file : nearest;
+    return isShared(nearest, file, places) ? file : nearest;
 }
 
 } // namespace brimvale::linuxApps

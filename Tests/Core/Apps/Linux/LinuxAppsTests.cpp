@@ -152,6 +152,9 @@ TEST(LinuxApps, FindsTheFolderThatAProgramHasForItself) {
     EXPECT_EQ(folderOf("usr/local/lib/suite/suite"), "usr/local/lib/suite");
     EXPECT_EQ(folderOf("home/user/tool"), "home/user/tool");
     EXPECT_EQ(folderOf("home/user/bin/tool"), "home/user/bin/tool");
+    EXPECT_EQ(folderOf("home/user/Games/start.sh"), "home/user/Games/start.sh");
+    EXPECT_EQ(folderOf("home/user/Games/go"), "home/user/Games/go");
+    EXPECT_EQ(folderOf("home/user/Suite-2.1/bin/suite.sh"), "home/user/Suite-2.1");
     EXPECT_EQ(folderOf("home/user/.cargo/bin/tool"), "home/user/.cargo/bin/tool");
     EXPECT_EQ(folderOf("home/user/go/bin/tool"), "home/user/go/bin/tool");
     EXPECT_EQ(folderOf("home/user/Downloads/tool"), "home/user/Downloads/tool");
