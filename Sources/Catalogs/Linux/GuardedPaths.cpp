@@ -150,16 +150,22 @@ void addAll(const FileURL &folder, const std::initializer_list<GuardedPlace> &pl
         guarded.push_back({joinPath(folder.path(), one.place), one.predicate});
 }
 
+/// A folder that cannot be missed. Removing an ancestor would remove it.
+void addWithAncestors(FileURL folder, GuardedPaths &paths) {
+    for (; folder.path() != "/"; folder = folder.parent())
+        paths.structural.push_back(folder.path());
+}
+
 /// The folders for data, settings and so on, which may be outside the home.
 void addBaseFolders(const FileURL &home, GuardedPaths &paths) {
     for (const FileURL &data : baseFolders(home, "XDG_DATA_HOME", ".local/share")) {
-        paths.structural.push_back(data.path());
+        addWithAncestors(data, paths);
         addAll(data, structuralInData, paths.structural);
         addAll(data, foldersOfMakers, paths.structural);
         addAll(data, treesInData, paths.trees);
     }
     for (const FileURL &settings : baseFolders(home, "XDG_CONFIG_HOME", ".config")) {
-        paths.structural.push_back(settings.path());
+        addWithAncestors(settings, paths);
         addAll(settings, structuralInSettings, paths.structural);
         addAll(settings, foldersOfMakers, paths.structural);
         paths.trees.push_back({settings.appending("dconf/").path(), ofSettings});
@@ -167,7 +173,7 @@ void addBaseFolders(const FileURL &home, GuardedPaths &paths) {
     for (const FileURL &cache : baseFolders(home, "XDG_CACHE_HOME", ".cache"))
         paths.structural.push_back(cache.path());
     for (const FileURL &state : baseFolders(home, "XDG_STATE_HOME", ".local/state"))
-        paths.structural.push_back(state.path());
+        addWithAncestors(state, paths);
 }
 
 /// The folders of all homes. One that also has another use, such as /srv, is none.
@@ -200,9 +206,7 @@ GuardedPaths guardedPaths(const FileURL &home) {
     structural.insert(structural.end(), structuralPlaces.begin(), structuralPlaces.end());
     addFoldersOfHomes(paths);
 
-    // A home may be anywhere; removing an ancestor would remove it.
-    for (FileURL folder = home; folder.path() != "/"; folder = folder.parent())
-        structural.push_back(folder.path());
+    addWithAncestors(home, paths); // which may be anywhere
     addAll(home, structuralInHome, structural);
     addAll(home, treesInHome, paths.trees);
     addBaseFolders(home, paths);

@@ -151,8 +151,10 @@ TEST(RemovalGuards, SayWhatATreeOfLinuxBelongsTo) {
     const TemporaryFolder folder;
     const std::string home = folder.makeFolder("u");
     const testing::EnvironmentVariable data("XDG_DATA_HOME", folder.path("data"));
+    const testing::EnvironmentVariable settings("XDG_CONFIG_HOME", folder.path("disk/of me/settings"));
     const testing::EnvironmentVariable own("HOME", home);
     folder.makeFile("u/.config/program/settings");
+    folder.makeFile("disk/of me/film");
     folder.makeFile("backup/timeshift/source/file");
     folder.makeFile("backup/lost+found/file");
     folder.makeFolder("backup/.snapshots.old");
@@ -177,6 +179,8 @@ TEST(RemovalGuards, SayWhatATreeOfLinuxBelongsTo) {
                    {"/var/lib/dockers-of-nobody", gone},
                    {home + "/.local/share/containers/storage", containers},
                    {folder.path("data"), structural},
+                   {folder.path("disk/of me"), structural}, // with all settings inside
+                   {folder.path("disk/of me/film"), admitted},
                    {folder.path("data/flatpak"), structural},
                    {folder.path("data/flatpak/runtime/x"), flatpak},
                    {home + "/.ssh", structural},
