@@ -3,6 +3,7 @@
 #include "Base/Date.h"
 #include "Base/FileURL.h"
 #include "Platform/FileAccess.h"
+#include "Platform/FileReader.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Folder.h"
 
@@ -34,11 +35,16 @@ bool isOlder(const FileStatus &status, Date limit) {
     return status.modified && *status.modified < limit;
 }
 
+/// Whether this is what programs talk through, such as a socket: it is not changed while they use it.
+bool isForTalking(const std::string &path, const FileStatus &status) {
+    return status.kind == FileKind::other && !linkTarget(path);
+}
+
 /// Whether neither the item nor anything inside it was changed after the limit. Not where a folder inside
-/// cannot be read.
+/// cannot be read, or programs may talk through something.
 bool isUntouchedSince(const std::string &path, Date limit) {
     const std::optional<FileStatus> status = fileStatus(path);
-    if (!status || !isOlder(*status, limit))
+    if (!status || !isOlder(*status, limit) || isForTalking(path, *status))
         return false;
     std::vector<std::string> waiting;
     if (status->kind == FileKind::directory)
@@ -53,7 +59,7 @@ bool isUntouchedSince(const std::string &path, Date limit) {
         for (const std::string &name : *names) {
             std::string inside = joinPath(folder, name);
             const std::optional<FileStatus> one = fileStatus(inside);
-            if (!one || !isOlder(*one, limit))
+            if (!one || !isOlder(*one, limit) || isForTalking(inside, *one))
                 return false;
             if (one->kind == FileKind::directory)
                 waiting.push_back(std::move(inside));

@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace brimvale {
@@ -446,6 +447,11 @@ TEST_F(SampleLinuxCleanup, KnowsWhichProgramsRun) {
 
 TEST_F(SampleLinuxCleanup, LeavesTemporaryFilesThatAreNotOldFilesOfTheUser) {
     disk.makeLink("tmp/link", "old");
+    // A program may still listen there.
+    disk.makeFolder("tmp/service");
+    ASSERT_EQ(mknod(disk.path("tmp/service/socket").c_str(), S_IFSOCK | 0600, 0), 0);
+    setAge("/tmp/service/socket", 100);
+    setAge("/tmp/service", 100);
     disk.writeFile("proc/self/mounts", "tmpfs /run tmpfs rw 0 0\n/dev/sda1 /tmp ext4 rw 0 0\n");
     EXPECT_EQ(pathsIn("temporary-files"), (std::vector<std::string>{"/tmp/old", "/var/tmp/old"}));
     disk.writeFile("proc/self/mounts", "/dev/sda1 /tmp ext4 rw 0 0\ntmpfs /tmp tmpfs rw 0 0\n");
