@@ -28,13 +28,19 @@ CleanupSearch::CleanupSearch(const Host &host, const RunningPrograms &running,
     : places_(host), running_(running), elsewhere_(std::move(elsewhere)),
       structural_(guardedPaths(host.home).structural) {
     for (const FileURL &folder : userDirectories(host.home).all)
-        structural_.push_back(folder.path());
+        ofUser_.push_back(folder.path());
+    for (const char *folder : {"/tmp", "/var/tmp"})
+        ofUser_.push_back(places_.placed(folder));
 }
 
-/// Whether a variable names a folder that holds more than the files of one program.
+/// Whether a variable or a link leads to a folder that holds more than the files of one program.
 bool CleanupSearch::isForOthersToo(const std::string &place, const std::string &path) const {
-    return place.starts_with('$') && !isInBaseFolder(place) &&
-           std::find(structural_.begin(), structural_.end(), path) != structural_.end();
+    const auto have = [&](const std::vector<std::string> &paths) {
+        return std::find(paths.begin(), paths.end(), path) != paths.end();
+    };
+    const bool isByVariable = place.starts_with('$'), isByLink = !have(places_.pathsOf(place));
+    return (have(ofUser_) && (isByVariable || isByLink)) ||
+           (have(structural_) && (isByLink || (isByVariable && !isInBaseFolder(place))));
 }
 
 std::vector<std::string> CleanupSearch::find(const std::vector<std::string> &places) {

@@ -40,7 +40,7 @@ public:
     [[nodiscard]] const std::vector<std::string> &elsewhere() const { return elsewhere_; }
 
     /// The paths of these places that exist and were not found before. A folder that somebody keeps other
-    /// things in is left out, should a variable of the environment name it.
+    /// things in is left out, should a variable of the environment or a link lead to it.
     [[nodiscard]] std::vector<std::string> find(const std::vector<std::string> &places);
 
     /// Adds what is in these places.
@@ -62,7 +62,8 @@ private:
     AppNames names_{places_};
     const RunningPrograms &running_;
     std::vector<std::string> elsewhere_;
-    std::vector<std::string> structural_;
+    std::vector<std::string> structural_; ///< folders that are never removed
+    std::vector<std::string> ofUser_;     ///< folders for documents and so on, and for temporary files
     CleanupFinding finding_;
 };
 

@@ -121,6 +121,14 @@ void Places::addListed(const std::string &folder, const std::string &rest, std::
         addListed(joinPath(listed, name), rest.substr(star + 2), paths);
 }
 
+/// Whether a link at a path was made by the user: it is in the home, but not where applications in a sandbox
+/// write, which could show any folder as theirs.
+bool Places::mayBeLink(const std::string &path) const {
+    const FileURL &home = host_.home;
+    return isAtOrUnder(path, home.path()) && !path.starts_with(home.appending(".var/app/").path()) &&
+           !path.starts_with(home.appending("snap/").path());
+}
+
 /// Where a path leads that may be a link; empty where nothing is or a link does not count.
 std::string Places::realPath(const std::string &path) const {
     const std::optional<FileStatus> status = fileStatus(path);
@@ -130,7 +138,7 @@ std::string Places::realPath(const std::string &path) const {
         return path;
     std::error_code error;
     const std::string real = std::filesystem::canonical(path, error).native();
-    return error || !isAtOrUnder(path, host_.home.path()) ? "" : real;
+    return error || !mayBeLink(path) ? "" : real;
 }
 
 std::vector<std::string> Places::take(const std::vector<std::string> &places) {

@@ -44,6 +44,7 @@ private:
     static void addListed(const std::string &folder, const std::string &rest,
                           std::vector<std::string> &paths);
     [[nodiscard]] std::vector<std::string> userFolder(std::string_view variable) const;
+    [[nodiscard]] bool mayBeLink(const std::string &path) const;
     [[nodiscard]] std::string realPath(const std::string &path) const;
 
     Host host_;

@@ -370,6 +370,23 @@ TEST_F(SampleLinuxCleanup, TakesNothingTwiceWhereTheCachesAreElsewhere) {
     EXPECT_EQ(paths, before);
 }
 
+TEST_F(SampleLinuxCleanup, TakesNoFolderOfTheUserForACache) {
+    disk.makeFile(inside("~/Documents/private/letter"), cleanupBlock);
+    disk.makeFile("tmp/work", cleanupBlock);
+    const auto linkTo = [&](const std::string &folder, const std::string &path) {
+        std::filesystem::remove_all(at(path));
+        disk.makeLink(inside(path), at(folder));
+    };
+    linkTo("~/Documents", "~/.cache/thumbnails");
+    EXPECT_TRUE(pathsIn("thumbnails").empty());
+    // An application in a sandbox can make a link to any folder.
+    linkTo("~/Documents/private", "~/.var/app/org.mozilla.firefox/cache");
+    EXPECT_EQ(pathsIn("browser-caches"),
+              (std::vector<std::string>{"~/.cache/google-chrome", "~/.cache/mozilla"}));
+    const EnvironmentVariable own("HOME", home), cache("XDG_CACHE_HOME", disk.path("tmp"));
+    EXPECT_THAT(pathsIn("user-caches"), ::testing::Not(::testing::Contains("/tmp/work")));
+}
+
 TEST_F(SampleLinuxCleanup, ShowsOnlyTargetsWithAPlace) {
     std::string absent;
     for (const CleanupTarget &target : CleanupCatalog::definitions(host))
