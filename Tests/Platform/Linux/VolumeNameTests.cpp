@@ -23,11 +23,11 @@ public:
             link("dev/" + node, std::string(node.find('/') == node.npos ? "" : "../") + name);
     }
 
-    void set(const std::string &place, const std::string &attribute, const std::string &value) {
+    void set(const std::string &place, const std::string &attribute, const std::string &value) const {
         folder.writeFile("sys/devices/" + place + "/" + attribute, value + "\n");
     }
 
-    void link(const std::string &path, const std::string &target) {
+    void link(const std::string &path, const std::string &target) const {
         folder.makeFolder(path.substr(0, path.rfind('/')));
         std::filesystem::create_symlink(target, folder.path(path));
     }
