@@ -465,7 +465,8 @@ TEST_F(SampleLinuxCleanup, KnowsWhichProgramsRun) {
 TEST_F(SampleLinuxCleanup, LeavesTemporaryFilesThatAreNotOldFilesOfTheUser) {
     disk.makeLink("tmp/link", "old");
     // A program may still listen there.
-    disk.makeFolder("tmp/service");
+    disk.makeFile("tmp/service/state", cleanupBlock);
+    setAge("/tmp/service/state", 100);
     ASSERT_EQ(mknod(disk.path("tmp/service/socket").c_str(), S_IFSOCK | 0600, 0), 0);
     setAge("/tmp/service/socket", 100);
     setAge("/tmp/service", 100);
