@@ -43,8 +43,11 @@ bool listApps(const Installations &installations, Names &apps) {
         const std::string inside = joinPath(one.folder, "app");
         if (one.option.starts_with("--installation=") && !fileStatus(one.folder))
             return false;
-        if (!fileStatus(inside))
+        if (!fileStatus(inside)) {
+            if (fileStatus(one.folder) && !namesIn(one.folder))
+                return false; // perhaps it is there
             continue;
+        }
         const std::optional<std::vector<std::string>> names = namesIn(inside);
         if (!names)
             return false;

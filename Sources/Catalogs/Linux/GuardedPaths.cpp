@@ -23,10 +23,10 @@ const std::initializer_list<const char *> systemTrees = {
     "/var/lib/dpkg/", "/var/lib/pacman/", "/var/lib/rpm/", "/var/lib/snapd/", "/var/lib/zypp/",
     // what services of the system remember
     "/var/lib/AccountsService/", "/var/lib/NetworkManager/", "/var/lib/bluetooth/",
-    "/var/lib/ca-certificates/", "/var/lib/dbus/", "/var/lib/dkms/", "/var/lib/fwupd/", "/var/lib/gdm3/",
-    "/var/lib/initramfs-tools/", "/var/lib/lightdm/", "/var/lib/pam/", "/var/lib/polkit-1/", "/var/lib/sddm/",
-    "/var/lib/sgml-base/", "/var/lib/shim-signed/", "/var/lib/sudo/", "/var/lib/systemd/", "/var/lib/upower/",
-    "/var/lib/xml-core/", "/var/spool/cron/"};
+    "/var/lib/ca-certificates/", "/var/lib/dbus/", "/var/lib/dkms/", "/var/lib/fwupd/", "/var/lib/gdm/",
+    "/var/lib/gdm3/", "/var/lib/initramfs-tools/", "/var/lib/lightdm/", "/var/lib/pam/", "/var/lib/polkit-1/",
+    "/var/lib/sddm/", "/var/lib/sgml-base/", "/var/lib/shim-signed/", "/var/lib/sudo/", "/var/lib/systemd/",
+    "/var/lib/upower/", "/var/lib/xml-core/", "/var/spool/cron/"};
 
 /// Places inside them that do not belong to the system: volumes of the user, programs of the administrator,
 /// downloads that can be repeated, memory of crashed programs.

@@ -204,9 +204,11 @@ StorageCategory games() {
 /// The folders with what is in the Trash, on every volume. A link is none: nothing is moved to the Trash
 /// through it.
 std::vector<std::string> trashHolders(const Places &places) {
-    std::vector<std::string> holders = places.pathsOf("$DATA/Trash/files");
-    for (std::string &leftBehind : places.pathsOf("$DATA/Trash/expunged"))
-        holders.push_back(std::move(leftBehind));
+    std::vector<std::string> holders;
+    for (const char *place :
+         {"$DATA/Trash/files", "$DATA/Trash/expunged", "~/snap/*/*/.local/share/Trash/files"})
+        for (std::string &holder : places.pathsOf(place))
+            holders.push_back(std::move(holder));
     std::erase_if(holders, [](const std::string &holder) {
         const std::optional<FileStatus> status = fileStatus(holder);
         return status && status->kind != FileKind::directory;
