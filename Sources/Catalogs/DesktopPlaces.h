@@ -35,9 +35,11 @@ struct DesktopPlaces {
     std::vector<std::string> cache;
     std::vector<std::string> state;
     std::vector<FlatpakInstallation> flatpaks;
-    std::string snapFiles;              ///< one file for each revision of a snap
-    std::string snapMounts;             ///< the contents of snaps, by name and revision
-    std::vector<std::string> commands;  ///< where a command without a folder is looked for, in order
+    std::string snapFiles;             ///< one file for each revision of a snap
+    std::string snapMounts;            ///< the contents of snaps, by name and revision
+    std::vector<std::string> commands; ///< where a command without a folder is looked for, in order
+    /// Where the programs of package managers are, in order.
+    std::vector<std::string> packageCommands;
     std::vector<std::string> appImages; ///< where people keep AppImages; searched two levels deep
     /// Folders in which each entry is one application, as in "/opt".
     std::vector<std::string> ofApplications;

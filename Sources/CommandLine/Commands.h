@@ -43,6 +43,9 @@ extern const Command appsCommand;
 /// "leftovers": the files that one application keeps outside its bundle.
 extern const Command leftoversCommand;
 
+/// "uninstall": removes one application, after a question.
+extern const Command uninstallCommand;
+
 /// "backup": copies items into a dated folder and verifies the copies, or verifies an old backup.
 extern const Command backupCommand;
 

@@ -37,6 +37,13 @@ runProcess(const std::string &executable, const std::vector<std::string> &argume
            StandardError standardError, const std::function<bool()> &isStopped = {},
            std::size_t mostBytes = std::numeric_limits<std::size_t>::max());
 
+/// The same for a tool whose standard input is a terminal on which nobody types: some programs ask for rights
+/// in a window only if they have one. What it writes to standard error is in the output.
+[[nodiscard]] std::optional<ProcessResult> runProcessWithTerminal(const std::string &executable,
+                                                                  const std::vector<std::string> &arguments,
+                                                                  const std::function<bool()> &isStopped,
+                                                                  std::size_t mostBytes);
+
 /// The same for a tool that is given `input` on its standard input. A tool that does not read all of it is no
 /// failure.
 [[nodiscard]] std::optional<ProcessResult> runProcessWithInput(const std::string &executable,

@@ -97,8 +97,7 @@ TEST(Apps, OfLinuxHaveAKindAndAWayOfRemoval) {
     EXPECT_EQ(maps["app"]["removal"].toObject(),
               (QJsonObject{{"way", "command"},
                            {"program", "flatpak"},
-                           {"arguments", QJsonArray{"uninstall", "--system", "-y", "--noninteractive",
-                                                    "org.example.Maps"}}}));
+                           {"arguments", QJsonArray{"uninstall", "--system", "-y", "org.example.Maps"}}}));
     const QJsonObject leftover = maps["leftovers"][0].toObject();
     EXPECT_EQ(leftover["reason"], "Flatpak data folder");
     EXPECT_EQ(leftover["isCareful"], false);

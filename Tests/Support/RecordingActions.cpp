@@ -50,4 +50,16 @@ RecordingActions::runProgramAsAdministrator(const std::vector<std::string> &word
     return ProcessResult{.output = printed, .exitStatus = 0};
 }
 
+std::optional<ProcessResult> RecordingActions::runPackageManager(const std::string &program,
+                                                                 const std::vector<std::string> &arguments,
+                                                                 const std::function<bool()> &) {
+    std::string command = program;
+    for (const std::string &argument : arguments)
+        command += " " + argument;
+    calls.push_back("run " + command);
+    if (onCommand)
+        onCommand(command);
+    return ProcessResult{.output = printed, .exitStatus = 0};
+}
+
 } // namespace brimvale::testing

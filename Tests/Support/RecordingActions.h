@@ -12,7 +12,7 @@ namespace brimvale::testing {
 /// Removal as a test sees it: every call is noted, and nothing happens beyond what the test says.
 class RecordingActions : public RemovalActions {
 public:
-    std::vector<std::string> calls; ///< "delete PATH", "trash PATH", "admin COMMAND"
+    std::vector<std::string> calls; ///< "delete PATH", "trash PATH", "admin COMMAND", "run COMMAND"
 
     std::unordered_map<std::string, FileError> errors;          ///< by the item's path
     std::unordered_map<std::string, RemovalObstacle> obstacles; ///< by the item's path
@@ -35,6 +35,9 @@ public:
     std::optional<PrivilegedRunError> runAsAdministrator(const std::string &command) override;
     Result<ProcessResult, PrivilegedRunError>
     runProgramAsAdministrator(const std::vector<std::string> &words) override;
+    std::optional<ProcessResult> runPackageManager(const std::string &program,
+                                                   const std::vector<std::string> &arguments,
+                                                   const std::function<bool()> &isStopped) override;
 
 private:
     std::optional<FileError> note(const char *verb, const FileURL &url, RemovalProgress *progress);

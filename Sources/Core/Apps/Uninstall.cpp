@@ -15,10 +15,27 @@ bool removesBundle(const AppRow &row, bool includeBundle) {
     return includeBundle && isRemovedAsItem(row.app);
 }
 
+/// The application with how it is removed, as a part of the confirmation; empty where it stays.
+std::string removedApp(const AppRow &row, bool includeBundle) {
+    if (includeBundle && isRemovedByCommand(row.app))
+        return "the app with “" + commandFor(row.app) + "” and ";
+    if (removesBundle(row, includeBundle))
+        return row.app.kind == AppKind::bundle ? "the app bundle and " : "the app and ";
+    return "";
+}
+
 } // namespace
 
 bool isRemovedAsItem(const InstalledApp &app) {
     return !app.isSystemApp && std::holds_alternative<RemovedAsItem>(app.removal);
+}
+
+bool isRemovedByCommand(const InstalledApp &app) {
+    return !app.isSystemApp && std::holds_alternative<RemovedByCommand>(app.removal);
+}
+
+bool isRemovedHere(const InstalledApp &app) {
+    return isRemovedAsItem(app) || isRemovedByCommand(app);
 }
 
 std::string commandFor(const InstalledApp &app) {
@@ -29,7 +46,8 @@ std::string commandFor(const InstalledApp &app) {
         return "";
     std::string words = command->program;
     for (const std::string &argument : command->arguments)
-        words.append(" ").append(argument);
+        if (argument != "-y")
+            words.append(" ").append(argument);
     return words;
 }
 
@@ -38,8 +56,6 @@ std::string otherRemoval(const InstalledApp &app) {
         return "This is a system app. Brimvale will not remove it.";
     if (const auto *elsewhere = std::get_if<RemovedElsewhere>(&app.removal))
         return "Remove it with " + elsewhere->program + ", which has added it.";
-    if (app.kind == AppKind::flatpak || app.kind == AppKind::snap)
-        return "Remove it in the software center, or with this command:";
     if (const auto *inTerminal = std::get_if<RemovedInTerminal>(&app.removal))
         return inTerminal->command.empty()
                    ? "It belongs to a package. Remove it with the package manager of the system."
@@ -73,18 +89,18 @@ std::vector<CleanupEntry> entries(const AppRow &row, const std::vector<LeftoverI
 }
 
 std::string confirmation(const AppRow &row, const std::vector<LeftoverItem> &leftovers, bool includeBundle) {
-    std::string text = "This removes ";
-    std::int64_t size = 0;
-    if (removesBundle(row, includeBundle)) {
-        text += row.app.kind == AppKind::bundle ? "the app bundle and " : "the app and ";
-        size = row.bundleSize;
-    }
+    const std::string app = removedApp(row, includeBundle);
+    std::string text = "This removes " + app;
+    std::int64_t size = app.empty() ? 0 : row.bundleSize;
     for (const LeftoverItem &leftover : leftovers)
         size = checkedAdd(size, leftover.size);
     text.append(std::to_string(leftovers.size())).append(" supporting item");
     if (leftovers.size() != 1)
         text += 's';
-    return text.append(", freeing about ").append(Fmt::byteFormatter(size));
+    text.append(", freeing about ").append(Fmt::byteFormatter(size));
+    if (!app.empty() && row.app.kind == AppKind::snap)
+        text.append(". The data of the app goes too; snap keeps a copy of it for about a month");
+    return text;
 }
 
 std::string otherClaims(const LeftoverItem &item, const FileURL &claimant, std::span<const AppRow> rows) {

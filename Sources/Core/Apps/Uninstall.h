@@ -18,18 +18,24 @@ namespace Uninstall {
 /// one that another program removes.
 [[nodiscard]] bool isRemovedAsItem(const InstalledApp &app);
 
-/// How the user removes an application that is not removed as an item, as a sentence; it ends in a colon
+/// Whether the program that installed the application removes it; never one of the system.
+[[nodiscard]] bool isRemovedByCommand(const InstalledApp &app);
+
+/// Whether one of both.
+[[nodiscard]] bool isRemovedHere(const InstalledApp &app);
+
+/// How the user removes an application that is not removed here, as a sentence; it ends in a colon
 /// where `commandFor` follows. Empty for others.
 [[nodiscard]] std::string otherRemoval(const InstalledApp &app);
 
-/// The command that removes the application, for a terminal; may be empty.
+/// The command that removes the application, for a terminal, where it may ask; may be empty.
 [[nodiscard]] std::string commandFor(const InstalledApp &app);
 
 /// The leftover as an entry to remove.
 [[nodiscard]] CleanupEntry entryOf(const LeftoverItem &item);
 
 /// What is removed, with the sizes that the analysis has measured: these leftovers in their order, then, if
-/// asked, the application's bundle; never that of a system application.
+/// asked, the application's bundle; never that of a system application, or what a command removes.
 [[nodiscard]] std::vector<CleanupEntry> entries(const AppRow &row, const std::vector<LeftoverItem> &leftovers,
                                                 bool includeBundle);
 

@@ -2,6 +2,7 @@
 
 #include "Core/Apps/AppAnalysis.h"
 #include "Core/Apps/AppInventory.h"
+#include "Core/Apps/CommandRemoval.h"
 #include "Core/Apps/Uninstall.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/Workers.h"
@@ -36,7 +37,12 @@ Apps::Apps(Workers &workers, Removals &removals)
     : workers_(workers), removals_(removals),
       rowMeasuring_(
           workers, this, [this](const GonePaths &touched) { return rowsTouchedBy(touched); },
-          [this](const RowMeasuring::Rows &sizes) { updateRows(sizes); }) {}
+          [this](const RowMeasuring::Rows &sizes) { updateRows(sizes); }) {
+    connect(&removals_, &Removals::ended, this, [this] {
+        if (std::exchange(loadsAfterRemoval_, false))
+            loadApps();
+    });
+}
 
 Apps::~Apps() {
     stop_.set();
@@ -119,7 +125,22 @@ void Apps::uninstall(const InstalledApp &app, const std::vector<LeftoverItem> &l
     // The application as it was confirmed; it may have been read again since.
     AppRow confirmed = *row;
     confirmed.app = app;
+    if (includeBundle && Uninstall::isRemovedByCommand(app))
+        return removeByCommand(confirmed, leftovers, mode);
     removals_.removeCleanupEntries(Uninstall::entries(confirmed, leftovers, includeBundle), mode);
+}
+
+void Apps::removeByCommand(const AppRow &row, const std::vector<LeftoverItem> &leftovers, RemovalMode mode) {
+    if (removals_.isRemoving())
+        return;
+    loadsAfterRemoval_ = true;
+    const CommandRemoval removal{row.app, row.bundleSize, Uninstall::entries(row, leftovers, false), mode};
+    std::vector<FileURL> items = {row.app.url};
+    for (const CleanupEntry &leftover : removal.leftovers)
+        items.push_back(leftover.url);
+    removals_.removeCategoryEntries(items, [removal](RemovalProgress &progress, RemovalActions &actions) {
+        return brimvale::removeByCommand(removal, progress, actions);
+    });
 }
 
 void Apps::drop(const GonePaths &gone) {

@@ -43,8 +43,8 @@ public:
     /// Stops the analysis soon. Applications that are not analysed yet stay listed without figures.
     void stopAnalysis();
 
-    /// Removes an application's leftovers and, if requested, the application itself. Does nothing if the
-    /// application is not listed.
+    /// Removes an application's leftovers and, if requested, the application itself. Lists the applications
+    /// again after one that its package manager has removed. Does nothing if the application is not listed.
     void uninstall(const InstalledApp &app, const std::vector<LeftoverItem> &leftovers, bool includeBundle,
                    RemovalMode mode);
 
@@ -56,6 +56,7 @@ public:
     void measureAgain(const GonePaths &partlyGone);
 
 private:
+    void removeByCommand(const AppRow &row, const std::vector<LeftoverItem> &leftovers, RemovalMode mode);
     void list(const std::vector<InstalledApp> &found);
     void show(const AppFigures &figures, double progress);
     [[nodiscard]] std::vector<FileURL> rowsTouchedBy(const GonePaths &items) const;
@@ -65,6 +66,7 @@ private:
     Removals &removals_;
     StopFlag stop_; ///< of the running or the last analysis
     RowMeasuring rowMeasuring_;
+    bool loadsAfterRemoval_ = false;
     // Since loading began:
     GonePaths goneSinceBegin_;
     GonePaths touchedSinceBegin_;

@@ -9,6 +9,9 @@ namespace brimvale {
 
 namespace {
 
+/// More than a package manager has to say.
+constexpr std::size_t mostPrintedBytes = 8 << 20;
+
 class PlatformActions final : public RemovalActions {
 public:
     std::optional<FileError> removeItem(const OpenedItem &item, RemovalProgress *progress) override {
@@ -33,6 +36,11 @@ public:
     Result<ProcessResult, PrivilegedRunError>
     runProgramAsAdministrator(const std::vector<std::string> &words) override {
         return brimvale::runProgramAsAdministrator(words, platformTools());
+    }
+    std::optional<ProcessResult> runPackageManager(const std::string &program,
+                                                   const std::vector<std::string> &arguments,
+                                                   const std::function<bool()> &isStopped) override {
+        return runProcessWithTerminal(program, arguments, isStopped, mostPrintedBytes);
     }
     void forgetTrashed(const FileURL &item) override { brimvale::forgetTrashed(item); }
     std::optional<std::int64_t> freeSpace(const FileURL &folder) override {

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -49,6 +50,14 @@ public:
     [[nodiscard]] virtual Result<ProcessResult, PrivilegedRunError>
     runProgramAsAdministrator(const std::vector<std::string> &) {
         return PrivilegedRunError{};
+    }
+
+    /// Runs the program of a package manager, by absolute path, as this user; it asks for the rights that it
+    /// needs itself. `isStopped` is asked on this thread about ten times a second, and ends it. Nothing when
+    /// it cannot be started.
+    [[nodiscard]] virtual std::optional<ProcessResult>
+    runPackageManager(const std::string &, const std::vector<std::string> &, const std::function<bool()> &) {
+        return std::nullopt;
     }
 
     /// Removes what the Trash still knows about the item at a path without links, which is gone.

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/wait.h>
@@ -49,6 +50,18 @@ std::optional<Pipe> makePipe() {
     const Descriptor reading(ends[0]), writing(ends[1]);
     Pipe pipe{aboveStandardStreams(reading), aboveStandardStreams(writing)};
     return pipe.reading.isOpen() && pipe.writing.isOpen() ? std::optional(std::move(pipe)) : std::nullopt;
+}
+
+/// Both ends of a terminal: a tool reads from the first one what is written to the second.
+std::optional<Pipe> makeTerminal() {
+    const Descriptor master(posix_openpt(O_RDWR | O_NOCTTY));
+    std::array<char, 256> name{};
+    if (!master.isOpen() || grantpt(master.number()) != 0 || unlockpt(master.number()) != 0 ||
+        ptsname_r(master.number(), name.data(), name.size()) != 0)
+        return std::nullopt;
+    const Descriptor device(open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    Pipe ends{aboveStandardStreams(device), aboveStandardStreams(master)};
+    return ends.reading.isOpen() && ends.writing.isOpen() ? std::optional(std::move(ends)) : std::nullopt;
 }
 
 /// Starts the tool. Without `input` it reads nothing.
@@ -210,6 +223,23 @@ std::optional<ProcessResult> runProcess(const std::string &executable,
         return std::nullopt;
     const std::optional<pid_t> child =
         start(executable, arguments, standardError, output->writing.number(), std::nullopt);
+    if (!child)
+        return std::nullopt;
+    return awaitEnd(*child, *std::move(output), isStopped, mostBytes);
+}
+
+std::optional<ProcessResult> runProcessWithTerminal(const std::string &executable,
+                                                    const std::vector<std::string> &arguments,
+                                                    const std::function<bool()> &isStopped,
+                                                    std::size_t mostBytes) {
+    if (!canBeStarted(executable, arguments))
+        return std::nullopt;
+    std::optional<Pipe> output = makePipe();
+    const std::optional<Pipe> terminal = makeTerminal(); // open as long as the tool runs
+    if (!output || !terminal)
+        return std::nullopt;
+    const std::optional<pid_t> child = start(executable, arguments, StandardError::withOutput,
+                                             output->writing.number(), terminal->reading.number());
     if (!child)
         return std::nullopt;
     return awaitEnd(*child, *std::move(output), isStopped, mostBytes);

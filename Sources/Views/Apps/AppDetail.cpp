@@ -121,7 +121,8 @@ QWidget *AppDetail::makeCommand() {
 }
 
 void AppDetail::showCommand() {
-    const std::string words = row_->app.isSystemApp ? "" : Uninstall::commandFor(row_->app);
+    const bool isForOthers = row_->app.isSystemApp || Uninstall::isRemovedHere(row_->app);
+    const std::string words = isForOthers ? "" : Uninstall::commandFor(row_->app);
     commandWords_->setText(displayedText(words));
     command_->setHidden(words.empty());
 }
@@ -151,7 +152,9 @@ void AppDetail::showBundleChoice() {
     if (!row_)
         return;
     const QString reason = Uninstall::isRemovedAsItem(row_->app) ? ticked_.lockReason(row_->app.url)
-                                                                 : text(Uninstall::otherRemoval(row_->app));
+                           : Uninstall::isRemovedByCommand(row_->app)
+                               ? QString()
+                               : text(Uninstall::otherRemoval(row_->app));
     // The user must see how much a removal frees before asking for it.
     const bool canTick = row_->analyzed && reason.isEmpty();
     if (!canTick)
@@ -226,7 +229,7 @@ std::vector<LeftoverItem> AppDetail::leftovers() const {
 }
 
 bool AppDetail::includesBundle() const {
-    return row_ && Uninstall::isRemovedAsItem(row_->app) && bundle_->isChecked();
+    return row_ && Uninstall::isRemovedHere(row_->app) && bundle_->isChecked();
 }
 
 } // namespace brimvale

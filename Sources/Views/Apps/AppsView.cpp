@@ -291,7 +291,8 @@ void AppsView::confirmUninstall(RemovalMode mode) {
     const bool includeBundle = detail_->includesBundle();
     RemovalRequest request{.mode = mode,
                            .remark = [words = Uninstall::confirmation(*row, leftovers, includeBundle)](
-                                         RemovalMode) { return words; }};
+                                         RemovalMode) { return words; },
+                           .uninstalls = includeBundle && Uninstall::isRemovedByCommand(row->app)};
     if (includeBundle)
         request.items.push_back({.url = row->app.url, .size = row->bundleSize});
     for (const LeftoverItem &item : leftovers)

@@ -48,7 +48,7 @@ RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
       remark_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       remove_(new DestructiveButton(this)) {
     picker_->setMode(request_.areInTrash ? RemovalMode::deleteNow : request_.mode);
-    picker_->setHidden(request_.areInTrash);
+    picker_->setHidden(request_.areInTrash || (request_.uninstalls && request_.items.size() == 1));
     remark_->setObjectName(QStringLiteral("remark"));
     remark_->setWordWrap(true);
     connect(picker_, &RemovalModePicker::modeChanged, this, &RemovalSheet::showMode);
@@ -100,7 +100,9 @@ QWidget *RemovalSheet::makeItemList() {
 
 void RemovalSheet::showMode() {
     const RemovalMode mode = picker_->mode();
-    remove_->setText(mode == RemovalMode::trash ? u"Move to Trash"_s : u"Delete Immediately"_s);
+    remove_->setText(request_.uninstalls          ? u"Uninstall"_s
+                     : mode == RemovalMode::trash ? u"Move to Trash"_s
+                                                  : u"Delete Immediately"_s);
     QString remark = text(remarkOn(request_, mode));
     if (freesAtMost_)
         remark += (remark.isEmpty() ? u""_s : u" "_s) + text(Words::current().freesAtMost);

@@ -21,6 +21,7 @@ struct RemovalRequest {
     bool areInTrash = false;               ///< all of them are, so there is no choice
     /// A remark for the chosen mode; empty for none.
     std::function<std::string(RemovalMode mode)> remark = {};
+    bool uninstalls = false; ///< a program removes the first item, which is no choice of the mode
 };
 
 /// Asks before a removal: which items, how many, how large, and how to remove them. Cancel is the default.

@@ -5,6 +5,7 @@
 #include "Support/Model.h"
 #include "Support/RecordingActions.h"
 #include "Support/SampleApps.h"
+#include "Support/SampleDesktop.h"
 #include "Support/SampleHome.h"
 
 #include <QSignalSpy>
@@ -174,6 +175,46 @@ TEST_F(CorvelModelApps, LoseTheLeftoversThatTheAdministratorRemoves) {
     ASSERT_NE(find("Acme"), nullptr) << "its bundle is still there";
     EXPECT_THAT(leftoversOf("Acme"), IsEmpty());
     EXPECT_NE(find("Beta"), nullptr);
+}
+
+TEST(CorvelModelLinuxApps, AreListedAgainWhenAPackageManagerHasRemovedOne) {
+    const testing::SampleHome home;
+    const testing::SampleDesktop desktop;
+    Host::useSystem(System::linux);
+    Host::useRoot(desktop.path());
+    desktop.makeProgram("usr/bin/flatpak");
+    desktop.installFlatpak("var/lib/flatpak", "org.example.Maps", "Maps");
+    home.makeFile(".var/app/org.example.Maps/data", 50'000);
+    testing::RecordingActions actions;
+    CorvelModel model{actions};
+    const auto isLoaded = [&] { return !model.apps->isLoadingApps; };
+    model.apps.loadApps();
+    ASSERT_TRUE(QTest::qWaitFor(isLoaded, 20'000));
+    ASSERT_EQ(model.apps->apps.size(), 1U);
+    const AppRow maps = model.apps->apps.front();
+
+    const auto uninstall = [&] {
+        model.apps.uninstall(maps.app, maps.leftovers, true, RemovalMode::trash);
+        ASSERT_TRUE(waitUntilRemoved(model));
+        EXPECT_TRUE(model.apps->isLoadingApps);
+        ASSERT_TRUE(QTest::qWaitFor(isLoaded, 20'000));
+    };
+    const std::string command =
+        "run " + desktop.path("usr/bin/flatpak") + " uninstall --system -y org.example.Maps";
+    uninstall();
+    EXPECT_THAT(actions.calls, ElementsAre(command)) << "what has not gone keeps its files";
+    EXPECT_EQ(model.removals->lastResult->failed.size(), 2U);
+    EXPECT_EQ(model.apps->apps.size(), 1U);
+
+    actions.onCommand = [&](const std::string &) {
+        std::filesystem::remove_all(desktop.path("var/lib/flatpak"));
+    };
+    uninstall();
+    EXPECT_THAT(actions.calls,
+                ElementsAre(command, command, "trash " + home.path(".var/app/org.example.Maps")));
+    EXPECT_THAT(model.removals->lastResult->failed, IsEmpty());
+    EXPECT_EQ(model.removals->lastResult->bytesDeleted, 345'678'901);
+    EXPECT_THAT(model.apps->apps, IsEmpty());
 }
 
 } // namespace brimvale

@@ -347,6 +347,14 @@ TEST(AppDetail, ShowsHowAnotherProgramRemovesAnApp) {
     detail.show(row, {row}, false);
     EXPECT_TRUE(find<QCheckBox>(detail, "includeBundle").isVisible());
     EXPECT_FALSE(find<QPushButton>(detail, "copyCommand").isVisible());
+
+    row.app.url = FileURL("/var/lib/flatpak/app/org.example.Acme"); // what is there is never removed as files
+    row.app.removal = RemovedByCommand{"flatpak", {"uninstall", "--system", "-y", "org.example.Acme"}};
+    row.app.kind = AppKind::flatpak;
+    detail.show(row, {row}, false);
+    EXPECT_FALSE(find<QPushButton>(detail, "copyCommand").isVisible());
+    find<QCheckBox>(detail, "includeBundle").click();
+    EXPECT_TRUE(detail.includesBundle());
 }
 
 TEST(AppListModel, SortsAndKeepsWhatIsSelected) {

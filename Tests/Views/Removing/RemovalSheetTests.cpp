@@ -84,6 +84,17 @@ TEST_F(RemovalSheetTest, OffersTheTrashFirstAndTellsWhatEachModeDoes) {
         << "whatever was chosen the time before";
 }
 
+TEST_F(RemovalSheetTest, OffersNoTrashForWhatAProgramRemoves) {
+    ask({.items = entries(1, 1000), .uninstalls = true});
+    EXPECT_FALSE(find(*sheet, "modePicker").isVisible());
+    auto &confirm = find<QPushButton>(*sheet, "confirm");
+    EXPECT_EQ(confirm.text(), "Uninstall");
+    testing::click(confirm);
+    EXPECT_EQ(answers.size(), 1U);
+    ask({.items = entries(2, 1000), .uninstalls = true});
+    EXPECT_TRUE(find(*sheet, "modePicker").isVisible()) << "for its files";
+}
+
 TEST_F(RemovalSheetTest, NamesWhatGoesAndCountsTheRest) {
     for (const auto &[count, question] :
          {std::pair(1, "Remove “item1”, 2 KB?"), std::pair(6, "Remove 6 items, 12 KB?"),

@@ -32,7 +32,8 @@ FoundApp flatpakIn(const std::string &folder, const std::string &id, const Flatp
             found.app.version = said->version;
     }
     found.app.names.identifiers = {id};
-    found.app.removal = RemovedByCommand{"flatpak", {"uninstall", of.option, "-y", "--noninteractive", id}};
+    // Without a question, but not with "--noninteractive": that would also forbid to ask for the password.
+    found.app.removal = RemovedByCommand{"flatpak", {"uninstall", of.option, "-y", id}};
     return found;
 }
 

@@ -88,7 +88,7 @@ TEST(LinuxApps, ListsEveryKindOnce) {
             "Game|steam-game|-|Game||9000000|" + own + "Game.desktop|in Steam",
             "Mail Page|web-app|-|chrome-abc-Default||0|" + own + "chrome-abc-Default.desktop|in the browser",
             "Maps|flatpak|47.1|org.example.Maps|flathub|345678901|/var/lib/flatpak/app/org.example.Maps|"
-            "flatpak uninstall --system -y --noninteractive org.example.Maps",
+            "flatpak uninstall --system -y org.example.Maps",
             "My Browser|package|99|my-browser|vendor-browser|409600|" + own +
                 "my-browser.desktop|"
                 "terminal: sudo apt remove vendor-browser",
@@ -100,7 +100,7 @@ TEST(LinuxApps, ListsEveryKindOnce) {
             "Plain|appimage|3.0|-||-|/opt/tools/Plain_v3.0|item",
             "Player|flatpak|47.1|com.example.Player|flathub|345678901|"
             "/home/user/.local/share/flatpak/app/com.example.Player|"
-            "flatpak uninstall --user -y --noninteractive com.example.Player",
+            "flatpak uninstall --user -y com.example.Player",
             "Run|by-hand|-|run||-|/home/user/Documents/scripts/run|item",
             "Shell|package|43|org.gnome.Shell|gnome-shell|921600|"
             "/usr/share/applications/org.gnome.Shell.desktop|terminal: sudo apt remove gnome-shell|system",

@@ -1,0 +1,197 @@
+#include "Core/Apps/Uninstall.h"
+
+#include "CommandLine/AppJson.h"
+#include "CommandLine/AppOperand.h"
+#include "CommandLine/Commands.h"
+#include "CommandLine/Interruption.h"
+#include "CommandLine/Question.h"
+#include "CommandLine/RemovalOutput.h"
+#include "CommandLine/StandardStreams.h"
+#include "CommandLine/TerminalText.h"
+#include "CommandLine/TextTable.h"
+#include "Core/Apps/AppAnalysis.h"
+#include "Core/Apps/CommandRemoval.h"
+#include "Core/Apps/RunningApp.h"
+#include "Core/Removal/FreeSpace.h"
+#include "Core/Removal/Remover.h"
+#include "Core/Text/Formatting.h"
+
+#include <array>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+constexpr std::array uninstallOptions = {
+    Option{.name = "--with-leftovers", .help = "Also remove the files that surely belong to it."},
+    Option{.name = "--delete", .help = "Delete files for good instead of moving them to the Trash."},
+    Option{.name = "--dry-run", .help = "Only show what would be removed, and how."},
+    Option{.name = "--yes", .help = "Do not ask."},
+};
+
+/// What an uninstallation would do.
+struct Plan {
+    AppRow row; ///< with only the leftovers that go with it
+    std::vector<RemovalResult::Failure> refused;
+    bool isRunning = false;
+
+    [[nodiscard]] bool isPossible() const { return Uninstall::isRemovedHere(row.app); }
+    [[nodiscard]] std::string sentence() const {
+        return isPossible() ? Uninstall::confirmation(row, row.leftovers, true) + "."
+                            : Uninstall::otherRemoval(row.app);
+    }
+};
+
+/// Whether a leftover goes without having been looked at.
+bool isSafe(const LeftoverItem &item) {
+    return item.confidence == MatchConfidence::exact && !item.isVague && !item.isCareful;
+}
+
+Plan planFor(const InstalledApp &app, bool includesLeftovers, const StopFlag &cancelled) {
+    const Interruption interruption(cancelled);
+    Plan plan{.row = {.app = app, .leftovers = {}}, .refused = {}, .isRunning = isRunning(app)};
+    AppAnalysis::analyze(
+        {app},
+        [&](AppFigures figures) {
+            plan.row.bundleSize = figures.bundleSize;
+            plan.row.bundleHasLinkedFiles = figures.bundleHasLinkedFiles;
+            plan.row.analyzed = true;
+            if (includesLeftovers)
+                for (LeftoverItem &item : figures.leftovers)
+                    if (isSafe(item))
+                        plan.row.leftovers.push_back(std::move(item));
+        },
+        cancelled);
+    for (const CleanupEntry &entry : Uninstall::entries(plan.row, plan.row.leftovers, true))
+        if (const std::optional<std::string> reason = Remover::check(entry.url))
+            plan.refused.push_back({entry.url, *reason});
+    return plan;
+}
+
+void writePlan(Output &output, const Plan &plan) {
+    const InstalledApp &app = plan.row.app;
+    output.write(terminalText(app.name) + ": " + terminalText(plan.sentence()) + "\n");
+    if (!plan.isPossible()) {
+        if (const std::string command = Uninstall::commandFor(app); !app.isSystemApp && !command.empty())
+            output.write("    " + terminalText(command) + "\n");
+        return;
+    }
+    TextTable table({TextTable::sizeColumn("SIZE"), {"PATH"}});
+    for (const CleanupEntry &entry : Uninstall::entries(plan.row, plan.row.leftovers, true))
+        table.add({Fmt::byteFormatter(entry.size), terminalText(entry.url.path())});
+    if (Uninstall::isRemovedByCommand(app))
+        table.add({Fmt::byteFormatter(plan.row.bundleSize), terminalText(app.url.path())});
+    table.write(output);
+    output.flush();
+    for (const RemovalResult::Failure &failure : plan.refused)
+        printError(terminalText(failure.reason));
+}
+
+void writePlan(JsonWriter &json, const Plan &plan) {
+    json.beginObject();
+    json.key("application");
+    writeAppRow(json, plan.row);
+    json.member("isPossible", plan.isPossible());
+    json.member("isRunning", plan.isRunning);
+    json.member("explanation", plan.sentence());
+    json.member("command", Uninstall::commandFor(plan.row.app));
+    writeReasons(json, "refused", plan.refused);
+    json.end();
+}
+
+void showPlan(Output &output, const Plan &plan, bool isJson) {
+    if (!isJson)
+        return writePlan(output, plan);
+    JsonWriter json(output);
+    writePlan(json, plan);
+}
+
+RemovalResult removeApp(const AppRow &row, RemovalMode mode, RemovalProgress &progress) {
+    const bool isByCommand = Uninstall::isRemovedByCommand(row.app);
+    const std::vector<CleanupEntry> entries = Uninstall::entries(row, row.leftovers, !isByCommand);
+    std::vector<FileURL> urls;
+    for (const CleanupEntry &entry : entries)
+        urls.push_back(entry.url);
+    if (isByCommand)
+        urls.push_back(row.app.url);
+    const FreeSpace space(urls, RemovalActions::platform());
+    RemovalResult result = isByCommand ? removeByCommand({row.app, row.bundleSize, entries, mode}, progress)
+                                       : Remover::remove(entries, mode, &progress);
+    result.freeSpaceRemark = space.remarkOn(result.bytesDeleted);
+    return result;
+}
+
+/// Removes what is planned, after the question if `asks`.
+ExitStatus carryOut(const Plan &plan, RemovalMode mode, bool asks, bool isJson, Output &output) {
+    if (plan.isRunning)
+        printError(terminalText(plan.row.app.name) +
+                   " is running. Quit it first so it does not rewrite its files.");
+    if (plan.isRunning && !asks)
+        return endUnbegunRemoval(output, isJson, ExitStatus::failed);
+    if (asks) {
+        if (!isJson)
+            writePlan(output, plan);
+        const std::string question = mode == RemovalMode::deleteNow
+                                         ? "Uninstall it? What is deleted cannot be put back."
+                                         : "Uninstall it?";
+        if (!confirm(question, AskedOn::standardStreams))
+            return endUnbegunRemoval(output, isJson, ExitStatus::failed);
+    }
+    RemovalProgress progress;
+    const Interruption interruption(progress.cancelled);
+    const RemovalResult result = removeApp(plan.row, mode, progress);
+    reportRemoval(output, result, isJson);
+    return endRemoval(output, result, progress);
+}
+
+ExitStatus runUninstall(const Arguments &arguments, Output &output) {
+    const bool asks = !arguments.has("--yes");
+    const bool isDryRun = arguments.has("--dry-run");
+    if (asks && !isDryRun && !canAsk(AskedOn::standardStreams))
+        return refuseUsage("without a terminal to ask on, nothing is removed unless \"--yes\" is given",
+                           &uninstallCommand);
+    const std::optional<InstalledApp> app = appMeantBy(arguments.operands().front());
+    if (!app)
+        return ExitStatus::failed;
+    const bool isJson = arguments.has("--json");
+    const StopFlag cancelled;
+    const Plan plan = planFor(*app, arguments.has("--with-leftovers"), cancelled);
+    if (cancelled.isSet())
+        return endUnbegunRemoval(output, isJson, ExitStatus::interrupted);
+    if (isDryRun || !plan.isPossible()) {
+        showPlan(output, plan, isJson);
+        return plan.isPossible() && plan.refused.empty() ? ExitStatus::done : ExitStatus::failed;
+    }
+    const RemovalMode mode = arguments.has("--delete") ? RemovalMode::deleteNow : RemovalMode::trash;
+    return carryOut(plan, mode, asks, isJson, output);
+}
+
+} // namespace
+
+constinit const Command uninstallCommand = {
+    .name = "uninstall",
+    .operands = "APP",
+    .operandCount = {.minimum = 1, .maximum = 1},
+    .options = uninstallOptions,
+    .summary = "Removes an installed application.",
+    .help =
+        "\nAPP is named as for \"leftovers\". Its bundle, AppImage or folder goes to the Trash. A Flatpak or "
+        "snap\n"
+        "is removed by the program that installed it, which asks for the rights that it needs. For a "
+        "package\n"
+        "of the distribution the command is printed and nothing is removed; then the exit status is 1.\n"
+        "\n"
+        "Asks first; where there is no terminal to ask on, --yes is needed. With --yes an application that "
+        "is\n"
+        "running is kept. --with-leftovers leaves out what \"leftovers\" marks [careful] or is not sure "
+        "about.\n"
+        "What \"check\" refuses is never removed. What needs an administrator is listed, for\n"
+        "\"remove --as-admin\".\n",
+    .run = runUninstall,
+};
+
+} // namespace brimvale::commandLine
