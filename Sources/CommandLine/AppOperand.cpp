@@ -60,7 +60,7 @@ std::optional<InstalledApp> appMeantBy(std::string_view typed) {
     }
     std::optional<InstalledApp> app = appAt(typed);
     if (!app)
-        printError(inQuotes(typed) + " is neither an application's bundle nor the identifier of one");
+        printError(inQuotes(typed) + " is neither an application nor the identifier of one");
     return app;
 }
 

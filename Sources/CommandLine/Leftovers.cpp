@@ -4,12 +4,15 @@
 #include "CommandLine/AppJson.h"
 #include "CommandLine/AppOperand.h"
 #include "CommandLine/Interruption.h"
+#include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/TextTable.h"
 #include "Core/Apps/LeftoverSearch.h"
+#include "Core/Apps/Orphans.h"
 #include "Core/Text/Formatting.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,6 +20,10 @@
 namespace brimvale::commandLine {
 
 namespace {
+
+constexpr std::array leftoversOptions = {
+    Option{.name = "--orphans", .help = "Find files that no installed application claims (Linux)."},
+};
 
 void writeLeftovers(Output &output, const std::vector<LeftoverItem> &items, MatchConfidence confidence) {
     const bool hasReasons = std::any_of(items.begin(), items.end(),
@@ -57,7 +64,59 @@ void writeReport(Output &output, const std::vector<LeftoverItem> &items) {
     writeLeftovers(output, items, MatchConfidence::likely);
 }
 
+void writeOrphans(Output &output, const std::vector<Orphan> &orphans) {
+    if (orphans.empty()) {
+        output.write("No files of apps that are gone found.\n");
+        return;
+    }
+    output.write("Possibly of apps that are gone: look at each before you remove it.\n");
+    TextTable table({TextTable::sizeColumn("SIZE"), {"LAST CHANGE"}, {"CATEGORY"}, {"EVIDENCE"}, {"PATH"}});
+    for (const auto &[item, lastChange] : orphans)
+        table.add({Fmt::byteFormatter(item.size), Fmt::relativeDate(lastChange), item.category, item.reason,
+                   terminalText(item.url.path()) + (item.isCareful ? "  [careful]" : "")});
+    table.write(output);
+}
+
+void writeOrphans(JsonWriter &json, const std::vector<Orphan> &orphans) {
+    json.beginArray();
+    for (const auto &[item, lastChange] : orphans) {
+        json.beginObject();
+        json.path("url", item.url.path());
+        json.member("category", item.category);
+        json.member("size", item.size);
+        json.member("isFolder", item.isFolder);
+        json.member("reason", item.reason);
+        json.member("isCareful", item.isCareful);
+        json.member("lastChange", lastChange ? std::optional(iso8601(*lastChange)) : std::nullopt);
+        json.end();
+    }
+    json.end();
+}
+
+ExitStatus runOrphans(const Arguments &arguments, Output &output) {
+    if (!arguments.operands().empty())
+        return refuseUsage("\"--orphans\" takes no application", &leftoversCommand);
+    if (Host::currentSystem() != System::linux) {
+        printError("files of applications that are gone are only looked for on Linux");
+        return ExitStatus::failed;
+    }
+    const StopFlag cancelled;
+    const Interruption interruption(cancelled);
+    const std::vector<Orphan> orphans = findOrphans(cancelled);
+    if (arguments.has("--json")) {
+        JsonWriter json(output);
+        writeOrphans(json, orphans);
+    } else {
+        writeOrphans(output, orphans);
+    }
+    return cancelled.isSet() ? endInterrupted(output) : ExitStatus::done;
+}
+
 ExitStatus runLeftovers(const Arguments &arguments, Output &output) {
+    if (arguments.has("--orphans"))
+        return runOrphans(arguments, output);
+    if (arguments.operands().empty())
+        return refuseUsage("missing argument: APP", &leftoversCommand);
     const std::optional<InstalledApp> app = appMeantBy(arguments.operands().front());
     if (!app)
         return ExitStatus::failed;
@@ -77,13 +136,18 @@ ExitStatus runLeftovers(const Arguments &arguments, Output &output) {
 
 constinit const Command leftoversCommand = {
     .name = "leftovers",
-    .operands = "APP",
-    .operandCount = {.minimum = 1, .maximum = 1},
+    .operands = "[APP]",
+    .operandCount = {.minimum = 0, .maximum = 1},
+    .options = leftoversOptions,
     .summary = "Finds the files that an application keeps elsewhere.",
-    .help = "\nAPP is the identifier of an installed application, the name of its package or snap, or its "
-            "path as\n"
-            "\"apps\" shows it. What is marked [administrator] can only be removed as one. What is marked\n"
-            "[careful] may hold what you have made.\n",
+    .help =
+        "\nAPP is the identifier of an installed application, the name of its package or snap, or its "
+        "path as\n"
+        "\"apps\" shows it. What is marked [administrator] can only be removed as one. What is marked\n"
+        "[careful] may hold what you have made.\n"
+        "\n"
+        "--orphans takes no APP. It looks in your folders of settings, data and caches, and leaves out what\n"
+        "programs share and what has the name of a command. All it finds is only likely.\n",
     .run = runLeftovers,
 };
 

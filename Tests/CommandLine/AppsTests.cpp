@@ -145,7 +145,7 @@ TEST(Leftovers, UnknownOrAmbiguousAppIsAnError) {
         EXPECT_EQ(outcome.status, 1) << app;
         EXPECT_EQ(outcome.out, "") << app;
         EXPECT_EQ(outcome.err, "brimvalectl: \"" + std::string(app) +
-                                   "\" is neither an application's bundle nor the identifier of one\n");
+                                   "\" is neither an application nor the identifier of one\n");
     }
     const Outcome ambiguous = runIn(home, {"leftovers", "com.example.same", "--json"});
     EXPECT_EQ(ambiguous.status, 1);

@@ -16,6 +16,7 @@ namespace {
 
 using ::testing::AllOf;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 using Paths = std::vector<std::string>;
 
@@ -156,7 +157,25 @@ TEST_F(Uninstalling, RemovesAnAppImageWithItsEntry) {
     EXPECT_FALSE(exists(image));
     EXPECT_FALSE(exists(entry));
     EXPECT_TRUE(exists(desktop.path("home/user/.config/painter/x")));
-    EXPECT_THAT(run({"nothing", "--yes"}).err, HasSubstr("neither an application's bundle nor"));
+    EXPECT_THAT(run({"nothing", "--yes"}).err, HasSubstr("neither an application nor"));
+}
+
+TEST_F(Uninstalling, LeavesOrphansToBeFound) {
+    desktop.makeFile("home/user/.var/app/org.example.Gone/data/x", 50'000);
+    const auto leftovers = [&](const std::vector<std::string> &arguments) {
+        return runProgramOnLinux(desktop.path(), arguments, inHome(desktop.path("home/user")));
+    };
+    const Outcome table = leftovers({"leftovers", "--orphans"});
+    EXPECT_EQ(table.status, 0) << table.err;
+    EXPECT_THAT(table.out, AllOf(HasSubstr("  data of a Flatpak that is not installed  "),
+                                 HasSubstr(desktop.path("home/user/.var/app/org.example.Gone  [careful]\n")),
+                                 Not(HasSubstr("org.example.Maps"))));
+    const QJsonArray rows = jsonIn(leftovers({"leftovers", "--orphans", "--json"})).array();
+    ASSERT_FALSE(rows.isEmpty());
+    EXPECT_EQ(rows[0]["url"].toString().toStdString(), desktop.path("home/user/.var/app/org.example.Gone"));
+    EXPECT_TRUE(rows[0]["lastChange"].isString());
+    EXPECT_EQ(leftovers({"leftovers", "--orphans", "drawer"}).status, 2);
+    EXPECT_EQ(leftovers({"leftovers"}).status, 2);
 }
 
 TEST(Uninstall, RemovesABundleAfterAQuestion) {

@@ -68,6 +68,15 @@ bool ClaimedFiles::isClaimedByOther(const FileClaim &claim, const std::string &a
     return false;
 }
 
+std::vector<FileClaim> ClaimedFiles::unclaimed() const {
+    std::vector<FileClaim> claims = places_.withoutOwner();
+    std::erase_if(claims, [this](FileClaim &claim) {
+        claim.confidence = MatchConfidence::likely; // any other claim is as good
+        return isClaimedByOther(claim, "");
+    });
+    return claims;
+}
+
 std::vector<LeftoverItem> ClaimedFiles::leftovers(const InstalledApp &app, const StopFlag &cancelled) const {
     std::vector<LeftoverItem> items;
     for (const FileClaim &claim : withoutDoubles(places_.claimsOf(app))) {

@@ -23,6 +23,10 @@ public:
     [[nodiscard]] std::vector<LeftoverItem> leftovers(const InstalledApp &app,
                                                       const StopFlag &cancelled) const;
 
+    /// What may be of applications that are not installed: neither it, nor anything inside or around it is
+    /// claimed by one that is.
+    [[nodiscard]] std::vector<FileClaim> unclaimed() const;
+
 private:
     struct Owner {
         std::string app; ///< the path of the application

@@ -31,6 +31,10 @@ public:
     /// the best first.
     [[nodiscard]] std::vector<FileClaim> claimsOf(const InstalledApp &app) const;
 
+    /// What may be of applications that are not installed, by name: everything in these folders that has not
+    /// the name of a command, and data of Flatpaks and snaps that are gone. Applications may claim it.
+    [[nodiscard]] std::vector<FileClaim> withoutOwner() const;
+
     [[nodiscard]] const DesktopPlaces &places() const { return places_; }
 
 private:
@@ -60,6 +64,7 @@ private:
     void addStarters(const InstalledApp &app, std::vector<FileClaim> &claims) const;
     void addDesktopFiles(const InstalledApp &app, std::vector<FileClaim> &claims) const;
     void addSystemFiles(const InstalledApp &app, std::vector<FileClaim> &claims) const;
+    void addSandboxesWithoutApp(std::vector<FileClaim> &claims) const;
     [[nodiscard]] bool isShared(std::string_view name, bool isInHome) const;
 
     DesktopPlaces places_;

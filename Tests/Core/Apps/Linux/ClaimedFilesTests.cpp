@@ -3,6 +3,7 @@
 #include "Catalogs/Catalog.h"
 #include "Core/Apps/AppInventory.h"
 #include "Core/Apps/LeftoverSearch.h"
+#include "Core/Apps/Orphans.h"
 #include "Support/SampleDesktop.h"
 
 #include <filesystem>
@@ -269,6 +270,37 @@ TEST(ClaimedFiles, LeaveOutWhatTwoApplicationsClaim) {
     install(desktop, {"org.example.libreoffice", "Office Starter", "libreoffice-starter", {}});
     desktop.makeFile("home/user/.config/libreoffice/4/x", 10);
     EXPECT_THAT(leftoversOf("org.example.libreoffice", desktop), IsEmpty());
+}
+
+TEST(ClaimedFiles, TellWhatNoInstalledApplicationClaims) {
+    const SampleDesktop desktop;
+    makeSampleDesktop(desktop);
+    for (const char *file :
+         {// of what is installed, of commands, and shared
+          ".config/viewer", ".config/arch-toolrc", ".cache/org.example.Maps", ".config/dconf",
+          ".var/app/org.example.Maps", "snap/drawer", ".local/share/applications", ".config/autostart",
+          // of what is gone
+          ".config/oldtool", ".config/Code", ".local/share/quest", ".config/JetBrains/PyCharm2023.1",
+          ".var/app/org.example.Gone", "snap/gone"})
+        desktop.makeFile("home/user/" + std::string(file) + "/x", 10);
+    desktop.makeLink("home/user/.config/link", "oldtool");
+    std::vector<std::string> lines;
+    for (const Orphan &orphan : findOrphans({}, desktop.host())) {
+        EXPECT_EQ(orphan.item.confidence, MatchConfidence::likely);
+        EXPECT_TRUE(orphan.lastChange);
+        lines.push_back((orphan.item.isCareful ? "!" : "") + pathIn(desktop, orphan.item) + " (" +
+                        orphan.item.reason + ")");
+    }
+    const std::string nameOnly = " (no installed app or command has this name)";
+    EXPECT_THAT(
+        lines,
+        UnorderedElementsAre(
+            ".config/oldtool" + nameOnly, "!.local/share/quest" + nameOnly,
+            "!.config/Code (known folder of code, which is not installed)",
+            "!.local/share/Steam (known folder of steam, which is not installed)",
+            ".config/JetBrains/PyCharm2023.1 (known folder of jetbrains-pycharm, which is not installed)",
+            "!.var/app/org.example.Gone (data of a Flatpak that is not installed)",
+            "!snap/gone (data of a snap that is not installed)"));
 }
 
 TEST(ClaimedFiles, NeverLeadOutOfTheFoldersForThem) {

@@ -1,0 +1,94 @@
+#include "Core/Apps/Linux/FileClaim.h"
+
+#include "Platform/Characters.h"
+#include "Platform/FileAccess.h"
+#include "Platform/Folder.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+namespace brimvale::linuxApps {
+
+namespace {
+
+/// The names of all commands, case-folded.
+std::unordered_set<std::string> commandNames(const DesktopPlaces &places) {
+    std::unordered_set<std::string> names;
+    for (const std::string &folder : places.commands)
+        for (const std::string &name : namesIn(folder).value_or(std::vector<std::string>()))
+            names.insert(caseFolded(name));
+    return names;
+}
+
+/// Whether a file or folder has the name of a command, or a settings file is for one: "htoprc".
+bool isOfCommand(std::string_view name, const std::unordered_set<std::string> &commands) {
+    const std::string folded = caseFolded(name);
+    if (commands.contains(folded))
+        return true;
+    for (const std::string_view ending : {"rc", ".conf", ".ini", ".json", ".yaml", ".toml"})
+        if (folded.ends_with(ending) && commands.contains(folded.substr(0, folded.size() - ending.size())))
+            return true;
+    return false;
+}
+
+/// Whether Flatpak has something of this name, or cannot be asked.
+bool isInFlatpak(const std::string &name, const std::vector<FlatpakInstallation> &installations) {
+    return std::any_of(installations.begin(), installations.end(), [&](const FlatpakInstallation &one) {
+        const std::string apps = joinPath(one.folder, "app");
+        return itemExists(joinPath(apps, name)) || (itemExists(apps) && !canListContents(apps));
+    });
+}
+
+/// The first identifier of an application, without the mark for other endings.
+std::string plainIdentifier(const KnownApp &known) {
+    std::string name = known.identifiers.front();
+    std::erase(name, '*');
+    return name;
+}
+
+} // namespace
+
+std::vector<FileClaim> LeftoverPlaces::withoutOwner() const {
+    const std::unordered_set<std::string> commands = commandNames(places_);
+    std::vector<FileClaim> claims;
+    for (const Listing &listing : listings_) {
+        if (listing.isHome)
+            continue;
+        for (const std::string &name : listing.names)
+            if (!isShared(name, false) && !isOfCommand(name, commands))
+                claims.push_back({joinPath(listing.folder, name), listing.category, MatchConfidence::likely,
+                                  "no installed app or command has this name", listing.category == "Data"});
+    }
+    addSandboxesWithoutApp(claims);
+    for (FileClaim &claim : claims)
+        for (const KnownApp &known : rules_.knownApps)
+            for (const KnownPlace &place : known.places)
+                if (matches(claim.path, place.path) || isAtOrUnder(place.path, claim.path)) {
+                    claim.reason = "known folder of " + plainIdentifier(known) + ", which is not installed";
+                    claim.isCareful = claim.isCareful || place.isCareful;
+                }
+    return claims;
+}
+
+/// The data of Flatpaks and snaps that are not installed.
+void LeftoverPlaces::addSandboxesWithoutApp(std::vector<FileClaim> &claims) const {
+    const auto add = [&](const std::string &folder, const std::string &name, const char *reason) {
+        claims.push_back({joinPath(folder, name), "Sandbox data", MatchConfidence::likely, reason, true});
+    };
+    const std::string ofFlatpaks = joinPath(places_.home, ".var/app");
+    for (const std::string &name : namesIn(ofFlatpaks).value_or(std::vector<std::string>()))
+        if (!isInFlatpak(name, places_.flatpaks))
+            add(ofFlatpaks, name, "data of a Flatpak that is not installed");
+    if (itemExists(places_.snapFiles) && !canListContents(places_.snapFiles))
+        return; // which ones are installed cannot be told
+    const std::vector<std::string> snaps = namesIn(places_.snapFiles).value_or(std::vector<std::string>());
+    const std::string ofSnaps = joinPath(places_.home, "snap");
+    for (const std::string &name : namesIn(ofSnaps).value_or(std::vector<std::string>()))
+        if (!name.starts_with('.') && std::none_of(snaps.begin(), snaps.end(), [&](const std::string &file) {
+                return file.starts_with(name + '_');
+            }))
+            add(ofSnaps, name, "data of a snap that is not installed");
+}
+
+} // namespace brimvale::linuxApps

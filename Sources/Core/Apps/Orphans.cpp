@@ -1,0 +1,73 @@
+#include "Core/Apps/Orphans.h"
+
+#include "Catalogs/Catalog.h"
+#include "Core/Apps/AppInventory.h"
+#include "Core/Apps/Linux/ClaimedFiles.h"
+#include "Core/Scan/DiskScanner.h"
+#include "Platform/FileStatus.h"
+#include "Platform/Folder.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr std::size_t mostDatesRead = 1000;
+
+/// The latest change of an item and of what is directly inside. What is deeper is not read.
+std::optional<Date> lastChangeOf(const std::string &path, const FileStatus &status) {
+    std::optional<Date> latest = status.modified;
+    if (status.kind != FileKind::directory)
+        return latest;
+    std::vector<std::string> names = namesIn(path).value_or(std::vector<std::string>());
+    names.resize(std::min(names.size(), mostDatesRead));
+    for (const std::string &name : names)
+        if (const std::optional<FileStatus> inside = fileStatus(joinPath(path, name)))
+            latest = std::max(latest, inside->modified);
+    return latest;
+}
+
+std::optional<Orphan> orphanAt(const linuxApps::FileClaim &claim, const ScanOptions &measuring,
+                               const StopFlag &cancelled) {
+    const FileURL url(claim.path);
+    const std::optional<FileStatus> status = fileStatus(claim.path);
+    if (!status || status->kind == FileKind::other) // a link may serve another program
+        return std::nullopt;
+    const DiskScanner::QuickFigures figures = DiskScanner::quickFigures(claim.path, measuring, cancelled);
+    return Orphan{{.url = url,
+                   .category = claim.category,
+                   .confidence = MatchConfidence::likely,
+                   .size = figures.bytes,
+                   .isFolder = status->kind == FileKind::directory,
+                   .pin = pinOf(url),
+                   .hasLinkedFiles = figures.freedBytes != figures.bytes,
+                   .reason = claim.reason,
+                   .isCareful = claim.isCareful},
+                  lastChangeOf(claim.path, *status)};
+}
+
+} // namespace
+
+std::vector<Orphan> findOrphans(const StopFlag &cancelled, const Host &host) {
+    const Catalog &catalog = catalogOf(host.system);
+    std::optional<DesktopPlaces> places = catalog.desktopPlaces(host);
+    if (!places)
+        return {};
+    const linuxApps::ClaimedFiles files(*std::move(places), catalog.desktopLeftoverRules(host),
+                                        AppInventory::scan(true, host));
+    const ScanOptions measuring;
+    std::vector<Orphan> orphans;
+    for (const linuxApps::FileClaim &claim : files.unclaimed()) {
+        if (cancelled.isSet())
+            break;
+        if (std::optional<Orphan> orphan = orphanAt(claim, measuring, cancelled))
+            orphans.push_back(*std::move(orphan));
+    }
+    std::stable_sort(orphans.begin(), orphans.end(),
+                     [](const Orphan &a, const Orphan &b) { return a.item.size > b.item.size; });
+    return orphans;
+}
+
+} // namespace brimvale
