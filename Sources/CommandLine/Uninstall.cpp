@@ -179,17 +179,14 @@ constinit const Command uninstallCommand = {
     .options = uninstallOptions,
     .summary = "Removes an installed application.",
     .help =
-        "\nAPP is named as for \"leftovers\". Its bundle, AppImage or folder goes to the Trash. A Flatpak or "
-        "snap\n"
-        "is removed by the program that installed it, which asks for the rights that it needs. For a "
-        "package\n"
-        "of the distribution the command is printed and nothing is removed; then the exit status is 1.\n"
+        "\nAPP is named as for \"leftovers\". An application that is one file or folder goes to the Trash.\n"
+        "A Flatpak or snap is removed by the program that installed it, which asks for the rights that it\n"
+        "needs. For a package of the distribution the command is printed and nothing is removed; then the\n"
+        "exit status is 1.\n"
         "\n"
-        "Asks first; where there is no terminal to ask on, --yes is needed. With --yes an application that "
-        "is\n"
-        "running is kept. --with-leftovers leaves out what \"leftovers\" marks [careful] or is not sure "
-        "about.\n"
-        "What \"check\" refuses is never removed. What needs an administrator is listed, for\n"
+        "Asks first; where there is no terminal to ask on, --yes is needed. With --yes an application that\n"
+        "is running is kept. --with-leftovers leaves out what \"leftovers\" marks [careful] or is not sure\n"
+        "about. What \"check\" refuses is never removed. What needs an administrator is listed, for\n"
         "\"remove --as-admin\".\n",
     .run = runUninstall,
 };
