@@ -36,6 +36,7 @@ test?    command:python3         python3          python3                  pytho
 test?    command:plistutil       libplist-utils   libplist                 libplist    -
 test?    command:desktop-file-validate desktop-file-utils desktop-file-utils desktop-file-utils -
 test?    command:appstreamcli    appstream        appstream                appstream   -
+test?    command:man             man-db                man-db                man-db      -
 test?    command:xmllint         libxml2-utils    libxml2                  libxml2     -
 bench    config:benchmark        libbenchmark-dev google-benchmark-devel   benchmark   google-benchmark
 bench?   command:ncdu            ncdu             ncdu                     ncdu        ncdu

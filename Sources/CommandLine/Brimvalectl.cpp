@@ -22,7 +22,7 @@ namespace brimvale::commandLine {
 
 namespace {
 
-constexpr std::array programOptions = {
+constexpr std::array optionsBeforeCommand = {
     Option{"--system", Option::Value::text, "macos|linux", "Look with the catalogs of that system."},
     Option{.name = "--help", .help = "Print this help."},
     Option{.name = "--version", .help = "Print the version."},
@@ -37,7 +37,7 @@ bool useSystemNamed(std::string_view name) {
 }
 
 ExitStatus runProgram(std::span<const char *const> words, Output &output) {
-    const auto parsed = Arguments::parse(words, programOptions, Arguments::Order::optionsFirst);
+    const auto parsed = Arguments::parse(words, programOptions(), Arguments::Order::optionsFirst);
     if (const auto *error = std::get_if<UsageError>(&parsed))
         return refuseUsage(*error);
 
@@ -45,7 +45,7 @@ ExitStatus runProgram(std::span<const char *const> words, Output &output) {
     if (const auto system = arguments.text("--system"); system && !useSystemNamed(*system))
         return refuseUsage("\"--system\" takes macos or linux, not " + inQuotes(*system));
     if (arguments.has("--help")) {
-        output.write(programHelp(programOptions));
+        output.write(programHelp(programOptions()));
         return ExitStatus::done;
     }
     if (arguments.has("--version")) {
@@ -64,6 +64,10 @@ ExitStatus runProgram(std::span<const char *const> words, Output &output) {
 }
 
 } // namespace
+
+std::span<const Option> programOptions() {
+    return optionsBeforeCommand;
+}
 
 int runBrimvalectl(std::span<const char *const> words) {
     setDiagnosticLog(writeToSystemLog);
