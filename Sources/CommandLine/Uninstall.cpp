@@ -135,9 +135,9 @@ ExitStatus carryOut(const Plan &plan, RemovalMode mode, bool asks, bool isJson, 
     if (asks) {
         if (!isJson)
             writePlan(output, plan);
-        const std::string question = mode == RemovalMode::deleteNow
-                                         ? "Uninstall it? What is deleted cannot be put back."
-                                         : "Uninstall it?";
+        std::string question = isJson ? terminalText(plan.row.app.name + ": " + plan.sentence()) + "\n" : "";
+        question += mode == RemovalMode::deleteNow ? "Uninstall it? What is deleted cannot be put back."
+                                                   : "Uninstall it?";
         if (!confirm(question, AskedOn::standardStreams))
             return endUnbegunRemoval(output, isJson, ExitStatus::failed);
     }
