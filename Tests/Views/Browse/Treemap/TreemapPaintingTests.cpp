@@ -20,17 +20,17 @@ using testing::makeRoot;
 using testing::ShownTreemap;
 
 /// Makes the application light or dark for as long as it lives.
-class Appearance {
+class ApplicationColours {
 public:
-    explicit Appearance(bool isDark) : before_(QApplication::palette()) {
+    explicit ApplicationColours(bool isDark) : before_(QApplication::palette()) {
         QPalette palette;
         palette.setColor(QPalette::Window, isDark ? Qt::black : Qt::white);
         palette.setColor(QPalette::WindowText, isDark ? Qt::white : Qt::black);
         QApplication::setPalette(palette);
     }
-    ~Appearance() { QApplication::setPalette(before_); }
-    Appearance(const Appearance &) = delete;
-    Appearance &operator=(const Appearance &) = delete;
+    ~ApplicationColours() { QApplication::setPalette(before_); }
+    ApplicationColours(const ApplicationColours &) = delete;
+    ApplicationColours &operator=(const ApplicationColours &) = delete;
 
 private:
     const QPalette before_;
@@ -75,7 +75,7 @@ TEST(TreemapPainting, FillsTilesWithTheirColours) {
     folder->size += 300'000'000;
     ShownTreemap map(folder.get()); // which goes along with the appearance
     for (const bool isDark : {false, true}) {
-        const Appearance appearance(isDark);
+        const ApplicationColours appearance(isDark);
         const Theme &theme = Theme::current();
         ASSERT_EQ(theme.isDark, isDark);
         QCoreApplication::processEvents();
@@ -118,7 +118,7 @@ TEST(TreemapPainting, FramesTheSelectionAndTheFocus) {
     const std::shared_ptr<FSNode> folder = makeRoot();
     addFolder(*folder, "documents", 400'000'000);
     for (const bool isDark : {false, true}) {
-        const Appearance appearance(isDark);
+        const ApplicationColours appearance(isDark);
         const Theme &theme = Theme::current();
         ShownTreemap map(folder.get());
         const QColor fill = mixed(theme.card, paletteColor("documents"), 0.85);
@@ -157,7 +157,7 @@ TEST(TreemapPainting, MarksTheTileUnderThePointer) {
 }
 
 TEST(TreemapPainting, LabelsTilesThatAreLargeEnough) {
-    const Appearance dark(true);
+    const ApplicationColours dark(true);
     const std::shared_ptr<FSNode> folder = makeRoot();
     addFolder(*folder, std::string(250, 'W'), 888'800'000'000);
     for (const auto &[size, isLabelled] :
