@@ -18,7 +18,7 @@ void findHubModels(CleanupSearch &search) {
                 continue;
             std::string name = entry.substr(entry.find("--") + 2);
             if (const std::size_t between = name.find("--"); between != std::string::npos)
-                name.replace(between, 2, "/");
+                name.replace(between, 2, 1, '/');
             search.add(joinPath(folder, entry), {.name = name, .rule = rule});
         }
     }

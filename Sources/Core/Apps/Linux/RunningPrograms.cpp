@@ -19,7 +19,7 @@ std::string withDashes(std::string_view unit) {
     constexpr std::string_view escapedDash = "\\x2d";
     std::string name(unit);
     for (std::size_t at = name.find(escapedDash); at != std::string::npos; at = name.find(escapedDash, at))
-        name.replace(at, escapedDash.size(), "-");
+        name.replace(at, escapedDash.size(), 1, '-');
     return name;
 }
 
