@@ -48,16 +48,21 @@ std::string joined(const std::vector<std::string> &words) {
     return all;
 }
 
-/// A word in single quotes, for each of the three shells. `alsoEscaped` are characters that the word's use
-/// there gives a meaning; they get a backslash.
-std::string quoted(std::string_view text, std::string_view alsoEscaped = "") {
-    std::string word = "'";
+/// What stands between single quotes for a text, in each of the three shells. `alsoEscaped` are characters
+/// that the word's use there gives a meaning; they get a backslash.
+std::string betweenQuotes(std::string_view text, std::string_view alsoEscaped = "") {
+    std::string word;
     for (const char c : text) {
         if (alsoEscaped.find(c) != alsoEscaped.npos)
             word += '\\';
         word += c == '\'' ? "'\\''" : std::string(1, c);
     }
-    return word + "'";
+    return word;
+}
+
+std::string quoted(std::string_view text, std::string_view alsoEscaped = "") {
+    std::string word("'");
+    return word.append(betweenQuotes(text, alsoEscaped)).append("'");
 }
 
 /// The options of all commands that a value follows, for a pattern of bash.
@@ -73,21 +78,22 @@ std::string patternOfValues() {
     return pattern;
 }
 
-/// "--depth=[Show N levels of folders.]:N:_files" for zsh's _arguments.
+/// What follows a value's name for zsh's _arguments: what it may be.
+std::string zshValues(const Option &option) {
+    if (const std::vector<std::string> words = choices(option); !words.empty())
+        return std::string("(").append(joined(words)).append(")");
+    return option.value == Option::Value::number ? "" : "_files";
+}
+
+/// "--depth=[Show N levels of folders.]:N:_files" for zsh's _arguments. Only the brackets of the sentence
+/// itself are escaped.
 std::string zshOption(const Option &option) {
-    // Only the brackets of the text itself are escaped, so it is put together after that.
-    std::string word = "'" + std::string(option.name) + (takesValue(option) ? "=" : "") + "[";
-    const std::string text = quoted(option.help, "[]:");
-    word += text.substr(1, text.size() - 2) + "]";
-    if (takesValue(option)) {
-        const std::vector<std::string> words = choices(option);
-        const std::string name = quoted(option.valueName, ":|");
-        word += ":" + name.substr(1, name.size() - 2) + ":" +
-                (!words.empty()                          ? "(" + joined(words) + ")"
-                 : option.value == Option::Value::number ? ""
-                                                         : "_files");
-    }
-    return word + "'";
+    std::string word("'");
+    word.append(option.name).append(takesValue(option) ? "=[" : "[");
+    word.append(betweenQuotes(option.help, "[]:")).append("]");
+    if (takesValue(option))
+        word.append(":").append(betweenQuotes(option.valueName, ":|")).append(":").append(zshValues(option));
+    return word.append("'");
 }
 
 } // namespace

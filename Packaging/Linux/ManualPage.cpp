@@ -50,10 +50,10 @@ std::string paragraphs(std::string_view text) {
 std::string optionList(std::span<const Option> options) {
     std::string page;
     for (const Option &option : options) {
-        page += ".TP\n\\fB" + escaped(option.name) + "\\fR";
+        page.append(".TP\n\\fB").append(escaped(option.name)).append("\\fR");
         if (option.value != Option::Value::none)
-            page += " \\fI" + escaped(option.valueName) + "\\fR";
-        page += "\n" + escaped(option.help) + "\n";
+            page.append(" \\fI").append(escaped(option.valueName)).append("\\fR");
+        page.append("\n").append(escaped(option.help)).append("\n");
     }
     return page;
 }
