@@ -3,7 +3,7 @@
 #
 #   Packaging/Linux/package.sh [CMAKE-OPTION]...
 #
-# What the program needs is found with dpkg-shlibdeps, so the package suits the release it is built on, and newer ones.
+# What the program needs is found with dpkg-shlibdeps, so the package suits the release it is built on.
 set -euo pipefail
 top=$(CDPATH='' cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 cd "$top"
