@@ -202,7 +202,8 @@ void LeftoverPlaces::addDesktopFiles(const InstalledApp &app, std::vector<FileCl
     if (!isOwnProgram(app))
         return;
     for (const std::string &path : desktopFiles_) {
-        const std::string_view name = FileURL(path).fileName();
+        const FileURL file(path);
+        const std::string_view name = file.fileName();
         for (const std::string &identifier : app.names.identifiers)
             if (name.starts_with(identifier) && name.substr(identifier.size()).starts_with('.'))
                 claims.push_back(

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QMap>
 #include <QVariantMap>
+#include <algorithm>
 #include <array>
 
 namespace brimvale {
@@ -42,11 +43,12 @@ std::optional<QColor> accentIn(const QVariant &value) {
         return std::nullopt;
     std::array<double, 3> parts{};
     argument.beginStructure();
-    for (double &part : parts) {
+    for (double &part : parts)
         argument >> part;
-        if (!(part >= 0 && part <= 1)) // also if it is no number
-            return std::nullopt;
-    }
+    argument.endStructure();
+    // Written so that it is false for what is no number, too.
+    if (!std::all_of(parts.begin(), parts.end(), [](double part) { return part >= 0 && part <= 1; }))
+        return std::nullopt;
     return QColor::fromRgbF(static_cast<float>(parts[0]), static_cast<float>(parts[1]),
                             static_cast<float>(parts[2]));
 }
