@@ -56,7 +56,7 @@ void writeApps(Output &output, const std::vector<AppRow> &rows, bool hasSizes) {
     const bool hasKinds = std::any_of(rows.begin(), rows.end(),
                                       [](const AppRow &row) { return row.app.kind != AppKind::bundle; });
     if (hasKinds)
-        columns.emplace_back("KIND");
+        columns.push_back({"KIND"});
     columns.insert(columns.end(), {{"NAME"}, {"VERSION"}, {"IDENTIFIER"}, {"PATH"}});
 
     TextTable table(std::move(columns));

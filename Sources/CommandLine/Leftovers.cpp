@@ -30,8 +30,8 @@ void writeLeftovers(Output &output, const std::vector<LeftoverItem> &items, Matc
                                         [](const LeftoverItem &item) { return !item.reason.empty(); });
     std::vector<TextTable::Column> columns = {TextTable::sizeColumn("SIZE"), {"CATEGORY"}};
     if (hasReasons)
-        columns.emplace_back("REASON");
-    columns.emplace_back("PATH");
+        columns.push_back({"REASON"});
+    columns.push_back({"PATH"});
     TextTable table(std::move(columns));
     bool isEmpty = true;
     bool isVague = false;

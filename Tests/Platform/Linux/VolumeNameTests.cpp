@@ -13,7 +13,7 @@ namespace {
 class SampleDevices {
 public:
     /// Adds a device with a number and a node, at a place in the kernel's tree.
-    void add(const std::string &number, const std::string &node, const std::string &place) {
+    void add(const std::string &number, const std::string &node, const std::string &place) const {
         folder.makeFolder("sys/devices/" + place);
         const std::string name = place.substr(place.rfind('/') + 1);
         link("sys/dev/block/" + number, "../../devices/" + place);
