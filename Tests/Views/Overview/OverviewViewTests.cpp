@@ -11,6 +11,7 @@
 #include "Views/Removing/ConfirmationSheet.h"
 
 #include <QAccessible>
+#include <QLabel>
 #include <QPushButton>
 #include <gmock/gmock.h>
 
