@@ -10,4 +10,8 @@ namespace brimvale {
 /// regular file, cannot be read, or is longer than `mostBytes`. Never blocks on a pipe.
 [[nodiscard]] std::optional<std::string> contentsOfFile(const std::string &path, std::size_t mostBytes);
 
+/// The same for an open file, from where it was read to. It stays open. Opened with O_NONBLOCK, it never
+/// blocks.
+[[nodiscard]] std::optional<std::string> contentsOfOpenFile(int descriptor, std::size_t mostBytes);
+
 } // namespace brimvale

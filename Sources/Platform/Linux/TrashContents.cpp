@@ -1,6 +1,7 @@
 #include "Platform/TrashContents.h"
 
 #include "Base/Text.h"
+#include "Platform/FileContents.h"
 #include "Platform/Folder.h"
 #include "Platform/Host.h"
 #include "Platform/Linux/FoundTrash.h"
@@ -35,23 +36,7 @@ constexpr std::chrono::minutes timeToMove{1};
 std::optional<std::string> readRecord(const Descriptor &info, const std::string &name) {
     const Descriptor file(
         openat(info.number(), name.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
-    struct stat status {};
-    if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode))
-        return std::nullopt;
-    std::string text(longestRecord + 1, '\0');
-    std::size_t length = 0;
-    while (length < text.size()) {
-        const ssize_t count = read(file.number(), text.data() + length, text.size() - length);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return std::nullopt;
-        if (count == 0)
-            break;
-        length += static_cast<std::size_t>(count);
-    }
-    text.resize(length);
-    return length <= longestRecord ? std::optional(std::move(text)) : std::nullopt;
+    return file.isOpen() ? contentsOfOpenFile(file.number(), longestRecord) : std::nullopt;
 }
 
 /// The first value of a key in the group of the Trash, without the end of its line.

@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace brimvale {
 
@@ -42,16 +43,18 @@ std::optional<std::string> contentsOfFile(const std::string &path, std::size_t m
     });
     if (descriptor < 0)
         return std::nullopt;
-    struct stat record {};
-    std::optional<std::string> contents;
-    if (fstat(descriptor, &record) == 0 && S_ISREG(record.st_mode)) {
-        // One byte more than allowed shows that the file is too long, even if its status says otherwise.
-        contents = readUpTo(descriptor, mostBytes + 1);
-        if (contents && contents->size() > mostBytes)
-            contents.reset();
-    }
+    std::optional<std::string> contents = contentsOfOpenFile(descriptor, mostBytes);
     ::close(descriptor);
     return contents;
+}
+
+std::optional<std::string> contentsOfOpenFile(int descriptor, std::size_t mostBytes) {
+    struct stat record {};
+    if (fstat(descriptor, &record) != 0 || !S_ISREG(record.st_mode))
+        return std::nullopt;
+    // One byte more than allowed shows that the file is too long, even if its status says otherwise.
+    std::optional<std::string> contents = readUpTo(descriptor, mostBytes + 1);
+    return contents && contents->size() <= mostBytes ? std::move(contents) : std::nullopt;
 }
 
 } // namespace brimvale
