@@ -4,6 +4,7 @@
 #include <atomic>
 #include <csignal>
 #include <pthread.h>
+#include <thread>
 #include <utility>
 
 namespace brimvale::commandLine {
@@ -13,8 +14,11 @@ namespace {
 constexpr std::array caughtSignals = {SIGINT, SIGTERM};
 
 std::atomic<const StopFlag *> interrupted = nullptr;
+// A signal may be delivered to any thread, so a handler may run while its flag goes away.
+std::atomic<int> runningHandlers = 0;
 // A handler may only use lock-free atomics and async-signal-safe functions.
-static_assert(std::atomic<const StopFlag *>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
+static_assert(std::atomic<const StopFlag *>::is_always_lock_free && std::atomic<int>::is_always_lock_free &&
+              std::atomic<bool>::is_always_lock_free);
 
 void replaceHandlers(void (*handler)(int)) {
     struct sigaction action {};
@@ -28,9 +32,11 @@ void replaceHandlers(void (*handler)(int)) {
 }
 
 extern "C" void interrupt(int) {
+    ++runningHandlers;
     replaceHandlers(SIG_DFL);
     if (const StopFlag *flag = interrupted.load())
         flag->set();
+    --runningHandlers;
 }
 
 } // namespace
@@ -49,6 +55,8 @@ Interruption::Interruption(StopFlag flag) : flag_(std::move(flag)) {
 Interruption::~Interruption() {
     replaceHandlers(SIG_DFL);
     interrupted = nullptr;
+    while (runningHandlers.load() != 0)
+        std::this_thread::yield();
 }
 
 } // namespace brimvale::commandLine
