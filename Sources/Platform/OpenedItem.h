@@ -94,6 +94,9 @@ private:
 /// folder on the way belongs to them, or they may write to it and remove what is not theirs.
 [[nodiscard]] bool othersMayExchange(const OpenedItem &item);
 
+/// An item that was moved to `place`, as it is now. Nothing if another item is there.
+[[nodiscard]] std::optional<ItemPin> pinOfMoved(const OpenedItem &item, const FileURL &place);
+
 /// The item at a standardised path as it is now; links in its ancestors are followed once, here. Nothing if
 /// it cannot be reached.
 [[nodiscard]] std::optional<ItemPin> pinOf(const FileURL &item);

@@ -11,6 +11,8 @@ namespace brimvale {
 
 /// An item that was moved to the Trash.
 struct TrashedItem {
+    /// The item where it is now; nothing if the Trash cannot be read.
+    std::optional<ItemPin> now = {};
     /// Its path where the user would not look for it: in another Trash than the one in the home folder, which
     /// cannot be used now. Only its name where the system does not report the path.
     std::optional<std::string> unusualPlace = {};

@@ -149,6 +149,11 @@ void Removals::conclude(const Outcome &outcome) {
     endIfDropped();
 }
 
+void Removals::notePutBack(std::int64_t bytes) {
+    if (bytes > 0)
+        update([&](RemovalState &state) { state.movedToTrashThisSession -= bytes; });
+}
+
 void Removals::publishResult(const RemovalResult &result) {
     RemovalState &published = unannounced();
     published.lastResult = result;

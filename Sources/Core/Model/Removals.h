@@ -38,7 +38,7 @@ struct RemovalState {
     /// The result of the most recent removal of any kind. `lastResultChanged` announces each.
     std::optional<RemovalResult> lastResult = {};
     std::int64_t totalFreedThisSession = 0; ///< the sum of `bytesFreed` of every removal since launch
-    // The bytes behind it since launch. Only deleting frees space.
+    // The bytes behind it since launch, without those put back. Only deleting frees space.
     std::int64_t movedToTrashThisSession = 0;
     std::int64_t deletedThisSession = 0;
 };
@@ -77,6 +77,9 @@ public:
 
     /// Stops the running removal before its next entry, if possible.
     void stopRemoval();
+
+    /// Notes that items this session moved to the Trash are out of it again, with these bytes in all.
+    void notePutBack(std::int64_t bytes);
 
     /// Publishes a result without a removal, for work that failed before one could start.
     void publishResult(const RemovalResult &result);

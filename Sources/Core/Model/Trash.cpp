@@ -1,5 +1,6 @@
 #include "Core/Model/Trash.h"
 
+#include "Base/Bytes.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/Storage.h"
 #include "Core/Model/Workers.h"
@@ -7,6 +8,8 @@
 #include "Platform/Host.h"
 
 #include <algorithm>
+#include <unordered_set>
+#include <utility>
 #include <variant>
 
 namespace brimvale {
@@ -22,6 +25,10 @@ const MeasuredCategory *trashIn(const StorageState &storage) {
     return found == storage.categories.end() ? nullptr : &*found;
 }
 
+bool contains(const std::vector<MovedToTrash> &moves, const MovedToTrash &one) {
+    return std::find(moves.begin(), moves.end(), one) != moves.end();
+}
+
 std::vector<FileURL> trashPaths(const std::vector<CleanupEntry> &entries) {
     std::vector<FileURL> paths;
     for (const CleanupEntry &entry : entries)
@@ -34,6 +41,10 @@ std::vector<FileURL> trashPaths(const std::vector<CleanupEntry> &entries) {
 Trash::Trash(Workers &workers, Removals &removals, const Storage &storage)
     : workers_(workers), removals_(removals), storage_(storage) {
     connect(&storage_, &Storage::changed, this, &Trash::followRows);
+    connect(&removals_, &Removals::lastResultChanged, this, &Trash::noteMoves);
+    connect(&removals_, &Removals::gone, this, [this](const GonePaths &gone) {
+        dropMoves([&](const MovedToTrash &one) { return gone.contains(one.now.place); });
+    });
 }
 
 /// Reads the records if the category shows other items than before.
@@ -73,13 +84,89 @@ void Trash::readRecords() {
         });
 }
 
-void Trash::putBack(const std::vector<CleanupEntry> &items) {
+/// Puts items back in the background, and calls `use` with the result at last.
+template<class Items, class Use>
+void Trash::begin(const Items &items, Use use) {
     if (state().isPuttingBack || removals_.isRemoving() || items.empty())
         return;
     update([](TrashState &state) { state.isPuttingBack = true; });
     workers_.run(
         this, [items] { return putBackItems(items); },
-        [this](const PutBackResult &result) { conclude(result); });
+        [this, use](const PutBackResult &result) {
+            conclude(result);
+            use(result);
+        });
+}
+
+void Trash::putBack(const std::vector<CleanupEntry> &items) {
+    begin(items, [this](const PutBackResult &result) { emit putBackEnded(result); });
+}
+
+void Trash::undo() {
+    if (!moves_.empty())
+        undo(moves_.back());
+}
+
+void Trash::undo(const RemovalResult &removal) {
+    if (const Moves *moves = movesOf(removal))
+        undo(*moves);
+}
+
+/// What could not be put back stays in the Trash, and is not tried again: otherwise an earlier removal could
+/// never be undone.
+void Trash::undo(const Moves &moves) {
+    begin(moves, [this, first = moves.front()](const PutBackResult &result) {
+        std::erase_if(moves_, [&](const Moves &one) { return contains(one, first); });
+        dropMoves([](const MovedToTrash &) { return false; });
+        emit undone(result);
+    });
+}
+
+bool Trash::canUndo(const RemovalResult &removal) const {
+    return movesOf(removal) != nullptr;
+}
+
+/// What is left in the Trash of what this removal has moved there; null for nothing.
+const Trash::Moves *Trash::movesOf(const RemovalResult &removal) const {
+    const auto found = std::find_if(moves_.begin(), moves_.end(), [&](const Moves &moves) {
+        return contains(removal.movedToTrash, moves.front());
+    });
+    return found == moves_.end() ? nullptr : &*found;
+}
+
+bool Trash::isReadable() const {
+    return trashIn(*storage_) != nullptr;
+}
+
+void Trash::list() {
+    workers_.run(
+        this,
+        [cancelled = workers_.closing()] {
+            std::vector<CleanupEntry> entries;
+            for (TrashRun::Item &item : TrashRun::list(cancelled).value_or(std::vector<TrashRun::Item>()))
+                entries.push_back(std::move(item.entry));
+            return entries;
+        },
+        [this](const std::vector<CleanupEntry> &entries) { emit wasListed(entries); });
+}
+
+/// Remembers what the latest removal has moved to the Trash.
+void Trash::noteMoves() {
+    if (!removals_->lastResult || removals_->lastResult->movedToTrash.empty())
+        return;
+    moves_.push_back(removals_->lastResult->movedToTrash);
+    update([](TrashState &state) { state.canUndo = true; });
+}
+
+/// Forgets the items for which this is true.
+void Trash::dropMoves(const std::function<bool(const MovedToTrash &)> &isDone) {
+    for (Moves &moves : moves_)
+        std::erase_if(moves, isDone);
+    std::erase_if(moves_, [](const Moves &moves) { return moves.empty(); });
+    update([&](TrashState &state) {
+        const bool can = !moves_.empty();
+        return std::exchange(state.canUndo, can) != can;
+    });
 }
 
 void Trash::conclude(const PutBackResult &result) {
@@ -88,12 +175,20 @@ void Trash::conclude(const PutBackResult &result) {
         items.push_back(one.item);
         places.push_back(one.place);
     }
+    std::int64_t bytes = 0;
+    const std::unordered_set<FileURL> returned(items.begin(), items.end());
+    dropMoves([&](const MovedToTrash &one) {
+        if (!returned.contains(one.now.place))
+            return false;
+        bytes = checkedAdd(bytes, one.bytes);
+        return true;
+    });
+    removals_.notePutBack(bytes);
     update([](TrashState &state) { state.isPuttingBack = false; });
     if (!items.empty()) {
         emit gone(GonePaths(std::move(items)));
         emit cameBack(GonePaths(std::move(places)));
     }
-    emit putBackEnded(result);
 }
 
 void Trash::empty(const std::vector<CleanupEntry> &items) {

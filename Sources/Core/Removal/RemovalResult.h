@@ -24,6 +24,15 @@ struct PartialRemoval {
     friend bool operator==(const PartialRemoval &, const PartialRemoval &) = default;
 };
 
+/// An item that was moved to the Trash, so that it can be put back.
+struct MovedToTrash {
+    FileURL place;          ///< where it was, without links on the way
+    ItemPin now;            ///< in the Trash
+    std::int64_t bytes = 0; ///< allocated
+
+    friend bool operator==(const MovedToTrash &, const MovedToTrash &) = default;
+};
+
 /// The outcome of one removal: every item is in exactly one of the lists `succeeded`, `failed` and
 /// `needsAdmin`. The lists after these say more about the items.
 struct RemovalResult {
@@ -61,6 +70,10 @@ struct RemovalResult {
 
     /// Failed items that are not what was shown.
     std::vector<FileURL> changed = {};
+    /// For items in `succeeded`: where they are in the Trash, if that is known. Does not count in
+    /// comparisons.
+    std::vector<MovedToTrash> movedToTrash = {};
+
     /// Items in `needsAdmin` as they were shown, or as they were found. Does not count in comparisons.
     std::unordered_map<FileURL, ItemPin> pins = {};
     /// What a target of Cleanup says about items in `needsAdmin`. Does not count in comparisons.

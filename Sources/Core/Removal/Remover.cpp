@@ -78,7 +78,8 @@ public:
 
 private:
     void removeOpened(const Item &asked, const OpenedItem &item);
-    [[nodiscard]] std::optional<FileError> moveToTrash(const FileURL &url, const OpenedItem &item);
+    [[nodiscard]] std::optional<FileError> moveToTrash(const FileURL &url, const OpenedItem &item,
+                                                       std::int64_t size);
     [[nodiscard]] std::int64_t sizeOf(const FileURL &item, const Item &asked) const;
     void noteFailure(const FileURL &url, const FileURL &item, const FileError &error);
     void notePart(const FileURL &url, const FileURL &item, std::int64_t size, std::int64_t entriesRemoved);
@@ -169,8 +170,9 @@ void Removal::removeOpened(const Item &asked, const OpenedItem &item) {
         return fail(url, stoppedReason);
 
     const std::int64_t before = progress_.entriesRemoved;
-    const std::optional<FileError> error =
-        mode_ == RemovalMode::deleteNow ? actions_.removeItem(item, &progress_) : moveToTrash(url, item);
+    const std::optional<FileError> error = mode_ == RemovalMode::deleteNow
+                                               ? actions_.removeItem(item, &progress_)
+                                               : moveToTrash(url, item, size);
     if (error) {
         noteFailure(url, place, *error);
         result_.pins.emplace(url, item.pin());
@@ -185,12 +187,14 @@ void Removal::removeOpened(const Item &asked, const OpenedItem &item) {
 }
 
 /// Moving an item counts as one entry, including its contents.
-std::optional<FileError> Removal::moveToTrash(const FileURL &url, const OpenedItem &item) {
+std::optional<FileError> Removal::moveToTrash(const FileURL &url, const OpenedItem &item, std::int64_t size) {
     Result<TrashedItem> result = actions_.moveToTrash(item);
     if (auto *error = std::get_if<FileError>(&result))
         return std::move(*error);
     ++progress_.entriesRemoved;
     const auto &trashed = std::get<TrashedItem>(result);
+    if (trashed.now)
+        result_.movedToTrash.push_back({item.place(), *trashed.now, size});
     if (trashed.unusualPlace)
         result_.remarks.push_back({url, "It is now “" + displayText(*trashed.unusualPlace) +
                                             "”, because the Trash in the home folder can’t be used."});

@@ -2,10 +2,13 @@
 
 #include "Base/Text.h"
 #include "Core/Removal/RemovalGate.h"
+#include "Core/Removal/Remover.h"
 #include "Core/Trash/TrashTexts.h"
 #include "Platform/PutBack.h"
 #include "Platform/TrashContents.h"
 
+#include <cerrno>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -18,12 +21,18 @@ namespace {
 class PuttingBack {
 public:
     void putBack(const CleanupEntry &entry);
+    void putBack(const MovedToTrash &moved);
 
     [[nodiscard]] PutBackResult takeResult() { return std::move(result_); }
 
 private:
-    void putBack(const FileURL &url, const OpenedItem &item, const FileURL &oldPlace);
-    void fail(const FileURL &url, std::string reason) { result_.failed.push_back({url, std::move(reason)}); }
+    /// Why it failed; nothing on success.
+    [[nodiscard]] std::optional<std::string> putBack(const FileURL &url, const OpenedItem &item,
+                                                     const FileURL &oldPlace);
+    void note(const FileURL &url, std::optional<std::string> failure) {
+        if (failure)
+            result_.failed.push_back({url, *std::move(failure)});
+    }
 
     RemovalGate gate_;
     PutBackResult result_;
@@ -33,25 +42,32 @@ void PuttingBack::putBack(const CleanupEntry &entry) {
     Result<OpenedItem, int> opened =
         entry.pin ? OpenedItem::again(*entry.pin) : OpenedItem::at(entry.url.standardized());
     if (const int *error = std::get_if<int>(&opened))
-        return fail(entry.url, TrashTexts::putBackError(*error, entry.url, std::nullopt));
+        return note(entry.url, TrashTexts::putBackError(*error, entry.url, std::nullopt));
     const auto &item = std::get<OpenedItem>(opened);
     const TrashRecord record = trashRecord(item.place());
-    if (!record.oldPlace)
-        return fail(entry.url, TrashTexts::whyNotPutBack(record.state));
-    putBack(entry.url, item, *record.oldPlace);
+    note(entry.url, record.oldPlace ? putBack(entry.url, item, *record.oldPlace)
+                                    : TrashTexts::whyNotPutBack(record.state));
 }
 
-void PuttingBack::putBack(const FileURL &url, const OpenedItem &item, const FileURL &oldPlace) {
-    const auto failWith = [&](int error) { fail(url, TrashTexts::putBackError(error, url, oldPlace)); };
+void PuttingBack::putBack(const MovedToTrash &moved) {
+    const Result<OpenedItem, int> opened = OpenedItem::again(moved.now);
+    if (const int *error = std::get_if<int>(&opened))
+        return note(moved.place, TrashTexts::putBackError(Remover::isGone(moved.now.place) ? ENOENT : *error,
+                                                          moved.now.place, moved.place));
+    note(moved.place, putBack(moved.now.place, std::get<OpenedItem>(opened), moved.place));
+}
+
+std::optional<std::string> PuttingBack::putBack(const FileURL &url, const OpenedItem &item,
+                                                const FileURL &oldPlace) {
     const Result<PlaceToPutBack, int> found = PlaceToPutBack::at(oldPlace);
     if (const int *error = std::get_if<int>(&found))
-        return failWith(*error);
+        return TrashTexts::putBackError(*error, url, oldPlace);
     const auto &place = std::get<PlaceToPutBack>(found);
     if (!gate_.admits(place))
-        return fail(url, TrashTexts::protectedPlace(oldPlace));
+        return TrashTexts::protectedPlace(oldPlace);
     const Result<FileURL, int> outcome = brimvale::putBack(item, place);
     if (const int *error = std::get_if<int>(&outcome))
-        return failWith(*error);
+        return TrashTexts::putBackError(*error, url, oldPlace);
     const auto &now = std::get<FileURL>(outcome);
     result_.succeeded.push_back({url, now});
     if (now != place.path())
@@ -59,6 +75,7 @@ void PuttingBack::putBack(const FileURL &url, const OpenedItem &item, const File
             {url, "Its folder was moved. It is now “" + displayText(now.path()) + "”."});
     else if (!place.missing().empty())
         result_.remarks.push_back({url, TrashTexts::madeFolder(now.parent())});
+    return std::nullopt;
 }
 
 } // namespace
@@ -66,6 +83,13 @@ void PuttingBack::putBack(const FileURL &url, const OpenedItem &item, const File
 PutBackResult putBackItems(const std::vector<CleanupEntry> &items) {
     PuttingBack run;
     for (const CleanupEntry &item : items)
+        run.putBack(item);
+    return run.takeResult();
+}
+
+PutBackResult putBackItems(const std::vector<MovedToTrash> &items) {
+    PuttingBack run;
+    for (const MovedToTrash &item : items)
         run.putBack(item);
     return run.takeResult();
 }

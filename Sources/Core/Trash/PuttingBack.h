@@ -25,4 +25,8 @@ struct PutBackResult {
 /// nothing is put into places that are protected from removal. Blocks; call it off the main thread.
 [[nodiscard]] PutBackResult putBackItems(const std::vector<CleanupEntry> &items);
 
+/// The same for items that a removal moved to the Trash, on systems too whose Trash only their file browser
+/// reads. The failures name the old places.
+[[nodiscard]] PutBackResult putBackItems(const std::vector<MovedToTrash> &items);
+
 } // namespace brimvale

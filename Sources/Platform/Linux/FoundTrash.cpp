@@ -4,6 +4,8 @@
 #include "Platform/Linux/MountTable.h"
 #include "Platform/Linux/TrashFolder.h"
 #include "Platform/Mounts.h"
+#include "Platform/Posix/OpenFile.h"
+#include "Platform/Posix/OwnTrash.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -168,6 +170,10 @@ std::vector<std::string> trashFoldersAt(const std::string &top) {
     if (!isBarred(folder, ".Trash-" + user, *place))
         paths.push_back(joinPath(top, ".Trash-" + user));
     return paths;
+}
+
+bool isOwnTrash(const Folder &folder) {
+    return FoundTrash::around(folder.descriptor()).isOpen();
 }
 
 } // namespace brimvale

@@ -4,13 +4,22 @@
 #include "Platform/OpenedItem.h"
 
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <system_error>
 
 namespace brimvale {
 
 int passThroughFlags() {
     return O_PATH | O_DIRECTORY | O_CLOEXEC;
+}
+
+std::string pathOf(int file) {
+    std::error_code error;
+    const std::filesystem::path link = "/proc/self/fd/" + std::to_string(file);
+    std::string path = std::filesystem::read_symlink(link, error).native();
+    return !error && path.starts_with('/') ? path : std::string();
 }
 
 std::optional<ItemIdentity> identityOfEntry(int folder, const char *name) {

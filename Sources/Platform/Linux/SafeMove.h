@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/OpenedItem.h"
+#include "Platform/Posix/SafeMove.h"
 
 #include <functional>
 #include <string>
@@ -12,13 +12,8 @@ namespace brimvale {
 /// time.
 [[nodiscard]] int renameReadOnlyToo(const OpenedItem &item, const std::function<int()> &rename);
 
-/// Moves the item to `name` in another open folder of the same file system, unless anything has that name
-/// there. 0, or the errno with the item where it was: EEXIST, and ESTALE where another item has taken its
-/// name.
-[[nodiscard]] int moveUnlessThere(const OpenedItem &item, int folder, const std::string &name);
-
-/// The same where the file system cannot rename without replacing: a new name for a file, and an empty folder
-/// for a folder, which can be replaced by nothing but a folder and only while it is empty.
+/// `moveUnlessThere` where the file system cannot rename without replacing: a new name for a file, and an
+/// empty folder for a folder, which can be replaced by nothing but a folder and only while it is empty.
 [[nodiscard]] int moveByReserving(const OpenedItem &item, int folder, const std::string &name);
 
 } // namespace brimvale

@@ -182,11 +182,15 @@ Result<TrashedItem> moveToTrash(const OpenedItem &item) {
     const Result<std::string, int> moved = moveInto(trash, item, infoText(path));
     if (const int *error = std::get_if<int>(&moved))
         return failure(*error);
-    if (!trash.isInstead)
-        return TrashedItem();
     const std::string folder = pathOf(trash.files.number());
     const auto &name = std::get<std::string>(moved);
-    return TrashedItem{folder.empty() ? name : joinPath(folder, name)};
+    const std::string place = folder.empty() ? name : joinPath(folder, name);
+    TrashedItem trashed;
+    if (!folder.empty())
+        trashed.now = pinOfMoved(item, FileURL(place));
+    if (trash.isInstead)
+        trashed.unusualPlace = place;
+    return trashed;
 }
 
 } // namespace brimvale

@@ -150,13 +150,6 @@ WayUp WayUp::from(int folder) {
     return way;
 }
 
-std::string pathOf(int file) {
-    std::error_code error;
-    const std::filesystem::path link = "/proc/self/fd/" + std::to_string(file);
-    std::string path = std::filesystem::read_symlink(link, error).native();
-    return !error && path.starts_with('/') ? path : std::string();
-}
-
 TrashFolder TrashFolder::forItemsAt(const WayUp &way) {
     TrashFolder trash;
     FileURL home = usualHomeTrash();

@@ -21,9 +21,6 @@ struct WayUp {
     [[nodiscard]] static WayUp from(int folder);
 };
 
-/// The path of the file with this descriptor, without links in it; empty where the system does not report it.
-[[nodiscard]] std::string pathOf(int file);
-
 /// What follows the name of an item in the name of its record.
 constexpr std::string_view trashRecordSuffix = ".trashinfo";
 

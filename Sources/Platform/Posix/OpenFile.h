@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 struct stat;
 
@@ -14,6 +15,9 @@ struct ItemIdentity;
 /// The flags that open a folder only to reach its entries. The user needs no permission to read it. Where the
 /// folder waits to have something mounted on it, that is mounted.
 [[nodiscard]] int passThroughFlags();
+
+/// The path of the file with this descriptor, without links in it; empty where the system does not report it.
+[[nodiscard]] std::string pathOf(int file);
 
 /// Which item the entry `name` of an open folder is, links not followed; nothing, with errno set, on failure.
 [[nodiscard]] std::optional<ItemIdentity> identityOfEntry(int folder, const char *name);

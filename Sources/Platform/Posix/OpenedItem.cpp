@@ -101,6 +101,11 @@ bool othersMayExchange(const OpenedItem &item) {
     return false;
 }
 
+std::optional<ItemPin> pinOfMoved(const OpenedItem &item, const FileURL &place) {
+    std::optional<ItemPin> pin = pinOf(place);
+    return pin && pin->item.isSameAs(item.identity()) ? std::move(pin) : std::nullopt;
+}
+
 std::optional<ItemPin> pinOf(const FileURL &item) {
     const Result<OpenedItem, int> found = OpenedItem::at(item);
     const auto *opened = std::get_if<OpenedItem>(&found);

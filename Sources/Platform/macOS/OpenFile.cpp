@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <string_view>
 #include <sys/mount.h>
+#include <sys/param.h>
 #include <sys/stat.h>
 
 namespace brimvale {
@@ -27,6 +28,11 @@ bool fileSystemKeepsNumbers(int folder) {
 
 int passThroughFlags() {
     return O_SEARCH | O_CLOEXEC;
+}
+
+std::string pathOf(int file) {
+    std::array<char, MAXPATHLEN> path{};
+    return fcntl(file, F_GETPATH, path.data()) == 0 ? std::string(path.data()) : std::string();
 }
 
 std::optional<ItemIdentity> identityOfEntry(int folder, const char *name) {

@@ -13,9 +13,11 @@ Result<TrashedItem> moveToTrash(const OpenedItem &item) {
         if (!item.isStillThere())
             return fileError(FileOperation::trash, item.place(), ESTALE);
         NSURL *url = urlOf(item.place());
+        NSURL *now = nil;
         NSError *error = nil;
-        if ([NSFileManager.defaultManager trashItemAtURL:url resultingItemURL:nil error:&error])
-            return TrashedItem();
+        if ([NSFileManager.defaultManager trashItemAtURL:url resultingItemURL:&now error:&error])
+            return TrashedItem{.now = now == nil ? std::nullopt
+                                                 : pinOfMoved(item, FileURL(now.fileSystemRepresentation))};
         return fileErrorOf(error);
     }
 }

@@ -1,9 +1,9 @@
 #include "Platform/PutBack.h"
 
-#include "Platform/Linux/FoundTrash.h"
-#include "Platform/Linux/SafeMove.h"
-#include "Platform/Linux/TrashFolder.h"
 #include "Platform/Posix/Descriptor.h"
+#include "Platform/Posix/OpenFile.h"
+#include "Platform/Posix/OwnTrash.h"
+#include "Platform/Posix/SafeMove.h"
 #include "Platform/TrashContents.h"
 
 #include <cerrno>
@@ -37,7 +37,7 @@ public:
             if (mkdirat(parent, name.c_str(), usual) != 0)
                 return errno == EEXIST ? EAGAIN : errno;
             made_.push_back({name, {}});
-            Descriptor folder(openat(parent, name.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW));
+            Descriptor folder(openat(parent, name.c_str(), passThroughFlags() | O_NOFOLLOW));
             if (!folder.isOpen())
                 return errno == ENOENT || errno == ENOTDIR || errno == ELOOP ? EAGAIN : errno;
             made_.back().folder = std::move(folder);
@@ -61,7 +61,7 @@ private:
 } // namespace
 
 Result<FileURL, int> putBack(const OpenedItem &item, const PlaceToPutBack &place) {
-    if (!FoundTrash::around(item.folder().descriptor()).isOpen())
+    if (!isOwnTrash(item.folder()))
         return EINVAL;
     MadeFolders folders(place.folder().descriptor());
     if (const int error = folders.make(place.missing()); error != 0)
