@@ -9,6 +9,7 @@
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 #include "Views/Removing/ConfirmationSheet.h"
+#include "Views/Removing/SelectionTexts.h"
 #include "Views/Removing/SheetOrder.h"
 
 #include <QStringList>
@@ -112,10 +113,7 @@ void TrashPage::confirmEmptying() {
 /// Asks, and then acts on the entries as they are now.
 void TrashPage::ask(const QString &question, const QString &action, const Entries &entries,
                     const std::function<void(const Entries &)> &act) {
-    const QString explanation = u"This deletes %1, %2. It cannot be undone."_s.arg(
-        counted(static_cast<std::int64_t>(entries.size()), "item"),
-        sizeText(CleanupEntries::totalSize(entries)));
-    auto *sheet = new ConfirmationSheet(question, explanation, action, &page_);
+    auto *sheet = new ConfirmationSheet(question, deletionText(entries), action, &page_);
     connect(sheet, &QDialog::accepted, this, [this, entries, act] {
         outcome_.clear();
         act(entries);

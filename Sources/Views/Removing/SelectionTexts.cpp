@@ -1,5 +1,6 @@
 #include "Views/Removing/SelectionTexts.h"
 
+#include "Core/Storage/CleanupEntries.h"
 #include "Views/Components/Text.h"
 
 using namespace Qt::StringLiterals;
@@ -13,6 +14,12 @@ QString selectionText(std::int64_t count, std::int64_t bytes) {
 
 QString removalTitle(std::int64_t count, std::int64_t bytes) {
     return count == 0 ? u"Remove…"_s : u"Remove %1, %2…"_s.arg(counted(count, "Item"), sizeText(bytes));
+}
+
+QString deletionText(const std::vector<CleanupEntry> &entries) {
+    return u"This deletes %1, %2. It cannot be undone."_s.arg(
+        counted(static_cast<std::int64_t>(entries.size()), "item"),
+        sizeText(CleanupEntries::totalSize(entries)));
 }
 
 } // namespace brimvale

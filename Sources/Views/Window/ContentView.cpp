@@ -5,6 +5,7 @@
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
 #include "Core/Model/Storage.h"
+#include "Core/Model/Trash.h"
 #include "Core/Model/Volumes.h"
 #include "Core/Update/Updater.h"
 #include "Views/Apps/AppsView.h"
@@ -22,9 +23,10 @@
 #include "Views/Removing/SheetOrder.h"
 #include "Views/Update/UpdateView.h"
 #include "Views/Window/AboutSheet.h"
+#include "Views/Window/BackupReviews.h"
 #include "Views/Window/ClosingQuestion.h"
-#include "Views/Window/OutcomeSheets.h"
 #include "Views/Window/RemovalBar.h"
+#include "Views/Window/ResultBanner.h"
 #include "Views/Window/ShortcutsSheet.h"
 #include "Views/Window/SidebarFooter.h"
 #include "Views/Window/StandardMenus.h"
@@ -87,6 +89,7 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     auto *page = new QVBoxLayout;
     page->setSpacing(0);
     page->addWidget(stack_, 1);
+    page->addWidget(new ResultBanner(model_.removals, model_.trash, this));
     page->addWidget(new RemovalBar(model_.removals, this));
     layout->addLayout(page, 1);
     setCentralWidget(content);
@@ -95,7 +98,7 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     addPages();
     followModel();
     new AccessNotice(*this);
-    new OutcomeSheets(model_.removals, model_.backups, *this);
+    new BackupReviews(model_.backups, *this);
     connect(sidebar_, &Sidebar::currentRowChanged, this, &ContentView::showPageOfRow);
     goTo(pages_.front().section);
 }
@@ -167,7 +170,9 @@ void ContentView::buildMenus() {
     quit->setObjectName(QStringLiteral("quit"));
     quit->setMenuRole(QAction::QuitRole);
 
-    StandardMenus::addEditing(*addMenu(u"&Edit"_s));
+    QMenu *editing = addMenu(u"&Edit"_s);
+    addUndo(*editing);
+    StandardMenus::addEditing(*editing);
     QMenu *appearance = addMenu(u"&View"_s)->addMenu(u"&Appearance"_s);
     appearance->setObjectName(QStringLiteral("appearances"));
     usePaletteOfParent(*appearance);
@@ -193,6 +198,20 @@ void ContentView::buildMenus() {
     about->setObjectName(QStringLiteral("about"));
     about->setMenuRole(QAction::AboutRole);
     connect(about, &QAction::triggered, this, &ContentView::showAbout);
+}
+
+/// Puts back what the latest removal has moved to the Trash. A field that has the focus undoes its own text.
+void ContentView::addUndo(QMenu &menu) {
+    QAction *undo = menu.addAction(u"&Undo Move to Trash"_s, QKeySequence::Undo, &model_.trash,
+                                   [this] { model_.trash.undo(); });
+    undo->setObjectName(QStringLiteral("undoRemoval"));
+    const auto allow = [this, undo] {
+        undo->setEnabled(model_.trash->canUndo && !model_.trash->isPuttingBack &&
+                         !model_.removals.isRemoving());
+    };
+    connect(&model_.trash, &Trash::changed, undo, allow);
+    connect(&model_.removals, &Removals::changed, undo, allow);
+    allow();
 }
 
 void ContentView::followModel() {

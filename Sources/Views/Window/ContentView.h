@@ -58,6 +58,7 @@ private:
     void addPage(Section section, const Sidebar::Row &row, std::function<QWidget *()> make);
     void buildMenus();
     QMenu *addMenu(const QString &title);
+    void addUndo(QMenu &menu);
     void followModel();
     void showPageOfRow(int row);
     void rescan();

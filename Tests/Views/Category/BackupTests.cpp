@@ -154,7 +154,6 @@ TEST_F(MessagesPage, BacksUpAndKeepsBothOrDeletesTheOriginals) {
               "Originals will be deleted immediately, with no Trash to fall back on.");
     EXPECT_EQ(picker->mode(), RemovalMode::trash) << "for the next time";
     closeWith(review, "deleteOriginals");
-    ASSERT_NE(sheet("resultSheet"), nullptr);
     ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving(); }));
     EXPECT_THAT(actions.calls, ElementsAre("delete " + attachments(), "delete " + database()));
     EXPECT_THAT(shown(category(), "archiveStatus"), HasSubstr(", then removed the originals."));
@@ -178,11 +177,10 @@ TEST_F(MessagesPage, TellsThatTheBackupFailed) {
     const std::string root = home.writeFile("no folder", "");
     model.backups.chooseBackupRoot(FileURL(root));
     testing::click(category(), "backUp");
-    QDialog *alert = sheet("resultSheet");
-    ASSERT_NE(alert, nullptr);
-    EXPECT_EQ(shown(*alert, "resultTitle"), "The backup failed");
-    EXPECT_EQ(shown(*alert, "resultSummary"), "Nothing was deleted.");
-    EXPECT_EQ(testing::labels(*alert, "failure").size(), 2U);
+    ASSERT_TRUE(eventually([&] { return isVisible("resultBanner"); }));
+    EXPECT_EQ(text("resultTitle"), "The backup failed");
+    EXPECT_EQ(text("resultSummary"), "Nothing was deleted.");
+    EXPECT_EQ(testing::labels(find("resultBanner"), "failure").size(), 2U);
     EXPECT_THAT(actions.calls, IsEmpty());
 }
 

@@ -1,10 +1,11 @@
-#include "Views/Window/ResultSheet.h"
+#include "Views/Window/ResultBanner.h"
 
 #include "Core/Model/Backups.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Text/Formatting.h"
+#include "Core/Trash/PuttingBack.h"
 #include "Support/HeldRemoval.h"
 #include "Support/Model.h"
 #include "Support/OpenedAddresses.h"
@@ -12,6 +13,7 @@
 #include "Support/PublishedWriter.h"
 #include "Support/SampleTree.h"
 #include "Support/WholeWindow.h"
+#include "Views/Window/ResultView.h"
 
 #include <QAction>
 #include <QCoreApplication>
@@ -32,11 +34,17 @@ using testing::shown;
 /// The whole window.
 class ResultInWindow : public testing::PageTest<testing::WholeWindow> {
 protected:
-    [[nodiscard]] QPointer<ResultSheet> alert() const { return page.findChild<ResultSheet *>(); }
+    /// What the banner shows; null while it is hidden.
+    [[nodiscard]] QPointer<ResultView> alert() const {
+        for (auto *view : page.findChildren<ResultView *>())
+            if (view->isVisible())
+                return view;
+        return nullptr;
+    }
 };
 
 /// The items that need the administrator, as listed.
-std::vector<std::string> itemsIn(const ResultSheet &alert) {
+std::vector<std::string> itemsIn(const ResultView &alert) {
     const auto *list = alert.findChild<QListWidget *>("adminItems");
     std::vector<std::string> items;
     for (int row = 0; list != nullptr && row < list->count(); ++row)
@@ -46,30 +54,28 @@ std::vector<std::string> itemsIn(const ResultSheet &alert) {
 
 } // namespace
 
-TEST(ResultSheet, TellsWhatBecameOfEveryItem) {
-    QWidget window;
-    window.show();
+TEST(ResultView, TellsWhatBecameOfEveryItem) {
     for (const bool needsAdmin : {false, true}) {
         RemovalResult result{{FileURL("/gone")}, {}, 3'000'000, {}};
         for (int i = 1; i <= 5; ++i)
             result.failed.push_back({FileURL("/a/<i>" + std::to_string(i)), "It is in use."});
         if (needsAdmin)
             result.needsAdmin = {FileURL("/b/locked")};
-        auto *alert = new ResultSheet(result, &window);
-        alert->open();
-        EXPECT_EQ(shown(*alert, "resultTitle"), "Finished with problems");
-        EXPECT_EQ(shown(*alert, "resultSummary"), "Removed 1 item, reclaiming 3 MB");
-        EXPECT_EQ(labels(*alert, "failure"), RemovalReport::failureLines(result));
-        for (const QLabel *line : alert->findChildren<QLabel *>("failure"))
+        ResultView view(result);
+        view.show();
+        EXPECT_EQ(shown(view, "resultTitle"), "Finished with problems");
+        EXPECT_EQ(shown(view, "resultSummary"), "Removed 1 item, reclaiming 3 MB");
+        EXPECT_EQ(labels(view, "failure"), RemovalReport::failureLines(result));
+        for (const QLabel *line : view.findChildren<QLabel *>("failure"))
             EXPECT_EQ(line->textFormat(), Qt::PlainText);
-        EXPECT_EQ(shown(*alert, "adminTitle"), needsAdmin ? "Some items need admin rights" : "");
+        EXPECT_EQ(shown(view, "adminTitle"), needsAdmin ? "Some items need admin rights" : "");
         for (const char *button : {"authenticate", "skip"})
-            EXPECT_EQ(alert->findChild<QPushButton *>(button) != nullptr, needsAdmin) << button;
-        EXPECT_EQ(alert->findChild<QPushButton *>("ok") != nullptr, !needsAdmin);
+            EXPECT_EQ(view.findChild<QPushButton *>(button) != nullptr, needsAdmin) << button;
+        EXPECT_EQ(view.findChild<QPushButton *>("ok") != nullptr, !needsAdmin);
     }
 }
 
-TEST(ResultSheet, ShowsAllThatTheAdministratorWouldRemoveAndNoNameRaw) {
+TEST(ResultView, ShowsAllThatTheAdministratorWouldRemoveAndNoNameRaw) {
     RemovalResult result;
     const std::string hostile = "/a/line\nbreak \u202Etxt";
     const std::string harmless = "/a/line␊break \\u{202E}txt";
@@ -79,64 +85,50 @@ TEST(ResultSheet, ShowsAllThatTheAdministratorWouldRemoveAndNoNameRaw) {
     for (int i = 0; i < 500; ++i)
         result.needsAdmin.emplace_back(hostile + std::to_string(i));
     result.adminRemarks = {{result.needsAdmin[1], "It is locked."}};
-    QWidget window;
-    window.show();
-    auto *alert = new ResultSheet(result, &window);
-    alert->open();
-    EXPECT_EQ(labels(*alert, "failure"), std::vector{harmless + ": “line␊break” is in use."});
-    EXPECT_EQ(labels(*alert, "remark"), std::vector{harmless + ": It is now “/v/line␊break”."});
-    EXPECT_EQ(labels(*alert, "part"),
+    ResultView view(result);
+    view.show();
+    EXPECT_EQ(labels(view, "failure"), std::vector{harmless + ": “line␊break” is in use."});
+    EXPECT_EQ(labels(view, "remark"), std::vector{harmless + ": It is now “/v/line␊break”."});
+    EXPECT_EQ(labels(view, "part"),
               std::vector<std::string>{
                   "“line␊break \\u{202E}txt” was partly deleted: 2 of 3 items are gone, 5 MB freed"});
-    const std::vector<std::string> items = itemsIn(*alert);
+    const std::vector<std::string> items = itemsIn(view);
     ASSERT_EQ(items.size(), result.needsAdmin.size());
     EXPECT_EQ(items[0], harmless + "0");
     EXPECT_EQ(items[1], harmless + "1\nIt is locked.") << "beside its item";
     EXPECT_EQ(items[499], harmless + "499");
-    EXPECT_LT(alert->height(), 600) << "the list scrolls";
+    EXPECT_LT(view.height(), 600) << "the list scrolls";
 }
 
-TEST(ResultSheet, OpensTheSettingsThatLetItRemoveAnApplication) {
+TEST(ResultView, OpensTheSettingsThatLetItRemoveAnApplication) {
     const testing::OpenedAddresses opened("x-apple.systempreferences");
     RemovalResult result;
     result.needsAdmin = {FileURL("/Applications/Other.app")};
-    QWidget window;
-    window.show();
-    auto *plain = new ResultSheet(result, &window);
-    EXPECT_EQ(plain->findChild<QPushButton *>("appManagement"), nullptr);
+    EXPECT_EQ(ResultView(result).findChild<QPushButton *>("appManagement"), nullptr);
     result.needsAppManagement = true;
-    auto *alert = new ResultSheet(result, &window);
-    alert->open();
-    testing::click(*alert, "appManagement");
+    ResultView view(result);
+    view.show();
+    testing::click(view, "appManagement");
     EXPECT_EQ(opened.all,
               QStringList("x-apple.systempreferences:com.apple.preference.security?Privacy_AppBundles"));
-    EXPECT_TRUE(alert->isVisible()) << "to try again afterwards";
+    EXPECT_TRUE(view.isVisible()) << "to try again afterwards";
 }
 
-TEST(ResultSheet, TriesAgainOnlyWhenAskedTo) {
-    RemovalResult result;
-    result.needsAdmin = {FileURL("/b/one"), FileURL("/b/two")};
-    std::vector<FileURL> escalated;
-    QWidget window;
-    window.show();
-    const auto open = [&] {
-        auto *alert = new ResultSheet(result, &window);
-        QObject::connect(alert, &ResultSheet::escalated,
-                         [&](const std::vector<FileURL> &items) { escalated = items; });
-        alert->open();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(alert));
-        return QPointer<ResultSheet>(alert);
-    };
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
-        const QPointer<ResultSheet> alert = open();
-        QTest::keyClick(alert->windowHandle(), key);
-        EXPECT_TRUE(eventually([&] { return alert == nullptr; }));
-        EXPECT_TRUE(escalated.empty()) << key;
-    }
-    const QPointer<ResultSheet> alert = open();
-    testing::click(*alert, "authenticate");
-    EXPECT_EQ(escalated, result.needsAdmin);
-    EXPECT_TRUE(eventually([&] { return alert == nullptr; }));
+TEST(ResultView, TellsWhatIsBack) {
+    PutBackResult result;
+    result.succeeded = {{FileURL("/trash/a"), FileURL("/a")}, {FileURL("/trash/b"), FileURL("/b")}};
+    ResultView done(result);
+    done.show();
+    EXPECT_EQ(shown(done, "resultTitle"), "Done");
+    EXPECT_EQ(shown(done, "resultSummary"), "2 items are back in their old places.");
+    EXPECT_FALSE(done.needsAttention());
+    result.failed = {{FileURL("/c"), "“/c” is there already, and is not replaced."}};
+    ResultView problem(result);
+    problem.show();
+    EXPECT_EQ(shown(problem, "resultTitle"), "Some items are still in the Trash");
+    EXPECT_EQ(labels(problem, "failure"),
+              std::vector<std::string>{"/c: “/c” is there already, and is not replaced."});
+    EXPECT_TRUE(problem.needsAttention());
 }
 
 TEST_F(ResultInWindow, TellsTheOutcomeAndOffersTheAdministrator) {
@@ -161,7 +153,7 @@ TEST_F(ResultInWindow, TellsTheOutcomeAndOffersTheAdministrator) {
     EXPECT_EQ(shown(*alert(), "resultSummary"), RemovalReport::summary(*model.removals->lastResult));
     EXPECT_EQ(itemsIn(*alert()), std::vector{locked});
 
-    const QPointer<ResultSheet> first = alert();
+    const QPointer<ResultView> first = alert();
     testing::click(*first, "authenticate");
     ASSERT_TRUE(eventually([&] { return first == nullptr && alert() != nullptr; }));
     EXPECT_EQ(actions.calls.back(), "admin /bin/rm -rf -- '" + locked + "'");
@@ -187,26 +179,39 @@ TEST_F(ResultInWindow, OffersTheAdministratorOnlyWhileNothingIsRemoved) {
     ASSERT_TRUE(testing::waitUntilRemoved(model));
 }
 
-TEST_F(ResultInWindow, TellsWhatCameMeanwhileOnceTheSheetInFrontHasEnded) {
+TEST_F(ResultInWindow, KeepsWhatTheUserShouldRead) {
     page.show();
-    find<QAction>("about").trigger();
-    for (const char *name : {"first", "second"}) {
-        model.removals.removeCategoryEntries({{.url = FileURL(home.makeFile(name)), .size = 1}},
+    const auto remove = [&](const char *name) {
+        model.removals.removeCategoryEntries({{.url = FileURL(home.path(name)), .size = 1}},
                                              RemovalMode::trash);
         ASSERT_TRUE(testing::waitUntilRemoved(model));
-    }
+    };
+    for (const char *name : {"one", "two", "locked"})
+        home.makeFile(name);
+    actions.refuse(home.path("locked"));
+    remove("one");
+    ASSERT_TRUE(alert() != nullptr);
+    const QPointer<ResultView> first = alert();
+    remove("locked");
+    EXPECT_TRUE(eventually([&] { return first == nullptr; })) << "a success makes room";
+    EXPECT_EQ(itemsIn(*alert()), std::vector{home.path("locked")});
+    remove("two");
+    EXPECT_EQ(itemsIn(*alert()), std::vector{home.path("locked")}) << "it waits for an answer";
+    testing::click(*alert(), "skip");
+    EXPECT_TRUE(itemsIn(*alert()).empty());
+    find("ok").setFocus();
+    QTest::keyClick(page.focusWidget(), Qt::Key_Escape);
+    EXPECT_TRUE(alert() == nullptr && !isVisible("resultBanner"));
+}
+
+TEST_F(ResultInWindow, ShowsABackupToReviewOnceTheSheetInFrontHasEnded) {
+    page.show();
+    find<QAction>("about").trigger();
     PublishedWriter::set(model.backups, &BackupState::pendingDeletion,
                          PendingDeletion{FileURL("/b"), {}, {}, 0, {}, {}, false, {}});
     const auto review = [&] { return page.findChild<QDialog *>("backupReview"); };
-    EXPECT_TRUE(alert() == nullptr && review() == nullptr);
-
+    EXPECT_EQ(review(), nullptr);
     QTest::keyClick(&find("aboutSheet"), Qt::Key_Escape);
-    for (const char *result : {"first", "second"}) {
-        ASSERT_TRUE(eventually([&] { return alert() != nullptr; })) << result;
-        EXPECT_EQ(review(), nullptr);
-        QTest::keyClick(alert(), Qt::Key_Escape);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
     EXPECT_TRUE(eventually([&] { return review() != nullptr; }));
 }
 
@@ -225,7 +230,7 @@ TEST_F(ResultInWindow, TellsWhatDeletingHasFreed) {
                          .bytesMovedToTrash = 5'000,
                          .bytesDeleted = 4'000,
                          .freeSpaceRemark = "A snapshot keeps it."};
-    const ResultSheet both(result, nullptr);
+    const ResultView both(result);
     EXPECT_EQ(
         labels(both, "space"),
         (std::vector<std::string>{Fmt::byteFormatter(5'000) +
