@@ -1,5 +1,6 @@
 #include "Support/ReferenceScan.h"
 
+#include <algorithm>
 #include <array>
 #include <dirent.h>
 #include <fts.h>
@@ -16,6 +17,7 @@ namespace {
 struct Frame {
     FSNode *node;
     std::int64_t smallBytes = 0, smallLogical = 0, smallCount = 0;
+    std::uint32_t smallModified = 0;
 };
 
 class Reference {
@@ -47,6 +49,7 @@ private:
         node.size = record.st_blocks * 512;
         node.logicalSize = record.st_size;
         node.fileCount = 1;
+        node.modified = static_cast<std::uint32_t>(record.st_mtime);
     }
 
     void count(const struct stat &record) {
@@ -109,6 +112,8 @@ private:
         folder.size += size;
         folder.logicalSize += record.st_size;
         ++folder.fileCount;
+        const auto modified = static_cast<std::uint32_t>(record.st_mtime);
+        folder.modified = std::max(folder.modified, modified);
         if (size >= options_.minimumNodeSize) {
             folder.adopt(std::make_unique<FSNode>(entry.fts_name, folder, false));
             setFigures(*folder.children().back(), record);
@@ -116,6 +121,7 @@ private:
             frame.smallBytes += size;
             frame.smallLogical += record.st_size;
             ++frame.smallCount;
+            frame.smallModified = std::max(frame.smallModified, modified);
         }
     }
 
@@ -126,12 +132,14 @@ private:
             frame.node->adopt(FSNode::aggregate(*frame.node, frame.smallCount));
             frame.node->children().back()->size = frame.smallBytes;
             frame.node->children().back()->logicalSize = frame.smallLogical;
+            frame.node->children().back()->modified = frame.smallModified;
         }
         if (!frames_.empty()) {
             FSNode &parent = *frames_.back().node;
             parent.size += frame.node->size;
             parent.logicalSize += frame.node->logicalSize;
             parent.fileCount += frame.node->fileCount;
+            parent.modified = std::max(parent.modified, frame.node->modified);
             parent.dirCount += frame.node->dirCount + 1;
         }
     }
@@ -170,6 +178,7 @@ ReferenceScan referenceScan(const std::string &rootPath, const ScanOptions &opti
             root.size += node->size;
             root.logicalSize += node->logicalSize;
             root.fileCount += node->fileCount;
+            root.modified = std::max(root.modified, node->modified);
             root.dirCount += node->dirCount + (node->isDirectory ? 1 : 0);
             root.adopt(std::move(node));
         }
@@ -187,7 +196,7 @@ std::string describe(const FSNode &root) {
              << (node->isAggregate ? " aggregate" : "") << (node->unreadable ? " unreadable" : "")
              << (node->isNotDescended ? " skipped" : "") << (node->isCloudProvider ? " cloud" : "") << ' '
              << node->size << ' ' << node->logicalSize << ' ' << node->fileCount << ' ' << node->dirCount
-             << '\n';
+             << ' ' << node->modified << '\n';
         for (auto child = node->children().rbegin(); child != node->children().rend(); ++child)
             waiting.emplace_back(child->get(), depth + 1);
     }

@@ -27,6 +27,7 @@ std::shared_ptr<FSNode> fileAgain(const std::string &path) {
     file->size = status->allocatedBytes;
     file->logicalSize = status->length;
     file->fileCount = 1;
+    file->modified = FSNode::secondsOf(status->modified);
     return file;
 }
 

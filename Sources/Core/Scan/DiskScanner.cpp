@@ -12,6 +12,7 @@
 #include "Platform/DirectoryWalk.h"
 #include "Platform/Folder.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <optional>
 #include <utility>
@@ -33,6 +34,7 @@ void setFigures(FSNode &node, const FileStatus &status, ScanState &state) {
     node.size = status.allocatedBytes;
     node.logicalSize = status.length;
     node.fileCount = 1;
+    node.modified = FSNode::secondsOf(status.modified);
 }
 
 /// An entry directly in the scan root that is skipped for its path; null for any other. Of its status only
@@ -61,6 +63,7 @@ std::unique_ptr<FSNode> fileNode(FSNode &root, const char *name, const FileStatu
     root.size = checkedAdd(root.size, node->size);
     root.logicalSize = checkedAdd(root.logicalSize, node->logicalSize);
     root.fileCount = checkedAdd(root.fileCount, node->fileCount);
+    root.modified = std::max(root.modified, node->modified);
     state.stats.add(node->fileCount, node->size);
     return node;
 }

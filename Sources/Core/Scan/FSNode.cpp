@@ -1,6 +1,8 @@
 #include "Core/Scan/FSNode.h"
 
 #include <algorithm>
+#include <chrono>
+#include <limits>
 #include <utility>
 
 namespace brimvale {
@@ -74,6 +76,30 @@ void FSNode::subtractFromAncestors() const {
         folder->rare().removedLogicalSize += logicalSizeLeft();
         folder->rare().removedDirCount += folders;
     }
+    findNewestInAncestors(modified, this);
+}
+
+/// Corrects the dates of the ancestors that may have had theirs, which is `earlier`, from this node.
+void FSNode::findNewestInAncestors(std::uint32_t earlier, const FSNode *leaving) const {
+    for (FSNode *folder = parent_; folder != nullptr && earlier != 0 && folder->modified == earlier;
+         folder = folder->parent_) {
+        std::uint32_t newest = 0;
+        for (const std::unique_ptr<FSNode> &child : folder->children_) {
+            if (child.get() != leaving)
+                newest = std::max(newest, child->modified);
+            if (newest == earlier)
+                return;
+        }
+        folder->modified = newest;
+    }
+}
+
+std::uint32_t FSNode::secondsOf(const std::optional<Date> &date) {
+    if (!date)
+        return 0;
+    const std::int64_t seconds = std::chrono::floor<std::chrono::seconds>(*date).time_since_epoch().count();
+    constexpr std::int64_t last = std::numeric_limits<std::uint32_t>::max();
+    return static_cast<std::uint32_t>(std::clamp<std::int64_t>(seconds, 1, last));
 }
 
 std::string FSNode::path() const {
@@ -125,10 +151,17 @@ void FSNode::swapContents(FSNode &other) {
     std::swap(device, other.device);
     std::swap(inode_, other.inode_);
     std::swap(unreadable, other.unreadable);
-    std::swap(isNotDescended, other.isNotDescended);
-    std::swap(isCloudProvider, other.isCloudProvider);
+    const bool wasSkipped = isNotDescended;
+    const bool wasCloudProvider = isCloudProvider;
+    const bool hadLinkedFiles = hasLinkedFiles;
+    isNotDescended = other.isNotDescended;
+    isCloudProvider = other.isCloudProvider;
+    hasLinkedFiles = other.hasLinkedFiles;
+    other.isNotDescended = wasSkipped;
+    other.isCloudProvider = wasCloudProvider;
+    other.hasLinkedFiles = hadLinkedFiles;
     std::swap(skipReason, other.skipReason);
-    std::swap(hasLinkedFiles, other.hasLinkedFiles);
+    std::swap(modified, other.modified);
     std::swap(size, other.size);
     std::swap(logicalSize, other.logicalSize);
     std::swap(fileCount, other.fileCount);
@@ -142,6 +175,7 @@ void FSNode::swapContents(FSNode &other) {
         rare_->removedLogicalSize = rare_->removedDirCount = 0;
     for (FSNode *above = parent_; above != nullptr; above = above->parent_) {
         above->hasLinkedFiles = above->hasLinkedFiles || hasLinkedFiles;
+        above->modified = std::max(above->modified, modified);
         above->size += size - other.size;
         above->logicalSize += logicalSize - other.logicalSize;
         above->fileCount += fileCount - other.fileCount;
@@ -151,6 +185,7 @@ void FSNode::swapContents(FSNode &other) {
             above->rare_->removedDirCount -= lost.removedDirCount;
         }
     }
+    findNewestInAncestors(other.modified, nullptr);
 }
 
 bool FSNode::drop(const std::function<bool(const FSNode &)> &isUnwanted) {

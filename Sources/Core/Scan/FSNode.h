@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/Date.h"
 #include "Core/Scan/SkipReason.h"
 #include "Platform/FileStatus.h"
 
@@ -37,14 +38,17 @@ public:
     /// The last path component, as bytes. For the root, the displayed name; for an aggregate, its count in
     /// words.
     const std::string name;
-    const bool isDirectory; ///< also true for a skipped folder; false for an aggregate
-    bool isAggregate = false;
-    bool unreadable = false;                     ///< could not be read, at least in part
-    bool isNotDescended = false;                 ///< skipped; its sizes stay 0
-    bool hasLinkedFiles = false;                 ///< a folder with files that have several names
-    bool isCloudProvider = false;                ///< skipped because a cloud provider has its contents
-    std::uint8_t marks = 0;                      ///< state bits of the outline that shows it
+    // These share a byte, so that a node stays small; only one thread writes them.
+    const bool isDirectory : 1; ///< also true for a skipped folder; false for an aggregate
+    bool isAggregate : 1 = false;
+    bool isNotDescended : 1 = false;  ///< skipped; its sizes stay 0
+    bool hasLinkedFiles : 1 = false;  ///< a folder with files that have several names
+    bool isCloudProvider : 1 = false; ///< skipped because a cloud provider has its contents
+    bool unreadable = false;          ///< could not be read, at least in part; other walks may set it
+    std::uint8_t marks = 0;           ///< state bits of the outline that shows it
     SkipReason skipReason = SkipReason::managed; ///< of a skipped folder
+    std::uint32_t modified = 0;   ///< when the file was changed, in seconds since 1970; 0 if unknown. Of a
+                                  ///< folder or an aggregate: the newest of its files
     std::uint32_t row = 0;        ///< its position among its siblings in the outline, or a later one
     std::uint32_t device = 0;     ///< of `identity`; here it takes no memory of its own
     std::int64_t size = 0;        ///< allocated bytes of this node and its descendants; shown and sorted by
@@ -58,7 +62,8 @@ public:
     [[nodiscard]] std::int64_t dirCountLeft() const;
 
     /// Notes for all ancestors that this node is about to leave the tree: takes its size and files off their
-    /// figures, and its length and folders off what is left of them.
+    /// figures, and its length and folders off what is left of them, and finds the newest of their other
+    /// files.
     void subtractFromAncestors() const;
 
     /// Marks it as skipped.
@@ -106,6 +111,9 @@ public:
     /// keep their order.
     void sortRecursively();
 
+    /// A file's date as `modified` holds it: to the second, from 1970 to 2106; 0 if there is none.
+    [[nodiscard]] static std::uint32_t secondsOf(const std::optional<Date> &date);
+
 private:
     /// What few nodes have, kept apart because a tree has many nodes.
     struct Rare {
@@ -114,6 +122,7 @@ private:
         std::int64_t removedDirCount = 0;
     };
 
+    void findNewestInAncestors(std::uint32_t earlier, const FSNode *leaving) const;
     [[nodiscard]] const std::string *ownPath() const;
     void setOwnPath(std::optional<std::string> path);
     Rare &rare();

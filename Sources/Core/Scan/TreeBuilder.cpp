@@ -3,6 +3,7 @@
 #include "Base/Bytes.h"
 #include "Base/FileURL.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -20,10 +21,11 @@ FSNode &nodeOf(FolderHandle folder) {
     return *static_cast<FSNode *>(folder);
 }
 
-void addSize(FSNode &node, std::int64_t size, std::int64_t logicalSize) {
-    node.size = checkedAdd(node.size, size);
-    node.logicalSize = checkedAdd(node.logicalSize, logicalSize);
+void addFile(FSNode &node, const FileStatus &status, std::uint32_t modified) {
+    node.size = checkedAdd(node.size, status.allocatedBytes);
+    node.logicalSize = checkedAdd(node.logicalSize, status.length);
     node.fileCount = checkedAdd(node.fileCount, 1);
+    node.modified = std::max(node.modified, modified);
 }
 
 } // namespace
@@ -58,15 +60,17 @@ void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileSta
         publish();
 
     FSNode &node = nodeOf(folder);
-    addSize(node, size, status.length);
+    const std::uint32_t modified = FSNode::secondsOf(status.modified);
+    addFile(node, status, modified);
     if (size >= state_.options.minimumNodeSize) {
         auto child = std::make_unique<FSNode>(std::string(name), node, false);
         child->setIdentity(status.identity);
-        addSize(*child, size, status.length);
+        addFile(*child, status, modified);
         children_.push_back(std::move(child));
     } else {
         smallBytes_ = checkedAdd(smallBytes_, size);
         smallLogical_ = checkedAdd(smallLogical_, status.length);
+        smallModified_ = std::max(smallModified_, modified);
         ++smallCount_;
     }
 }
@@ -110,6 +114,7 @@ void TreeBuilder::leave(FolderHandle folder) {
         children_.push_back(FSNode::aggregate(node, smallCount_));
         children_.back()->size = smallBytes_;
         children_.back()->logicalSize = smallLogical_;
+        children_.back()->modified = smallModified_;
     }
     finishFolder(node);
 }
@@ -128,6 +133,7 @@ void TreeBuilder::abandoned(FolderHandle folder) {
 void TreeBuilder::finishFolder(FSNode &node) {
     node.adopt(children_);
     smallBytes_ = smallLogical_ = smallCount_ = 0;
+    smallModified_ = 0;
 }
 
 void TreeBuilder::publish() {
@@ -159,6 +165,7 @@ void rollUp(FSNode &root, const ScanState &state) {
             unfinished.insert(&parent);
         }
         parent.hasLinkedFiles = parent.hasLinkedFiles || folder.hasLinkedFiles;
+        parent.modified = std::max(parent.modified, folder.modified);
         parent.size = checkedAdd(parent.size, folder.size);
         parent.fileCount = checkedAdd(parent.fileCount, folder.fileCount);
         parent.dirCount = checkedAdd(parent.dirCount, checkedAdd(folder.dirCount, 1));

@@ -67,6 +67,7 @@ private:
     std::int64_t smallBytes_ = 0;
     std::int64_t smallLogical_ = 0;
     std::int64_t smallCount_ = 0;
+    std::uint32_t smallModified_ = 0;
 };
 
 /// Adds every folder's figures to its parent's, up to `root`; call it once all walks are done.

@@ -1,7 +1,9 @@
 #include "Core/Scan/FSNode.h"
 #include "Support/SampleTree.h"
 
+#include <chrono>
 #include <gmock/gmock.h>
+#include <utility>
 
 namespace brimvale {
 
@@ -54,6 +56,44 @@ TEST(FSNode, SortsBySizeAndIsStable) {
     root.sortRecursively();
     EXPECT_THAT(namesIn(root), ::testing::ElementsAre("big", "folder", "first", "second", "small"));
     EXPECT_THAT(namesIn(folder), ::testing::ElementsAre("b", "a"));
+}
+
+TEST(FSNode, KeepsTheNewestDateOfWhatIsLeft) {
+    FSNode root("r", "/r", true);
+    FSNode &folder = addFolder(root, "folder");
+    FSNode &newest = add(folder, "newest", 1);
+    FSNode &second = add(folder, "second", 1);
+    FSNode &outside = add(root, "outside", 1);
+    outside.modified = 3;
+    second.modified = 5;
+    root.modified = folder.modified = newest.modified = 9;
+    const auto take = [](FSNode &node) {
+        node.subtractFromAncestors();
+        return node.parent()->release(node);
+    };
+    const std::unique_ptr<FSNode> first = take(newest);
+    EXPECT_EQ(std::pair(folder.modified, root.modified), std::pair(5U, 5U));
+    const std::unique_ptr<FSNode> next = take(second);
+    EXPECT_EQ(std::pair(folder.modified, root.modified), std::pair(0U, 3U));
+
+    FSNode again("folder", "/r/folder", true);
+    add(again, "new", 1).modified = 7;
+    again.modified = 7;
+    folder.swapContents(again);
+    EXPECT_EQ(std::pair(folder.modified, root.modified), std::pair(7U, 7U));
+    folder.swapContents(again);
+    EXPECT_EQ(std::pair(folder.modified, root.modified), std::pair(0U, 3U));
+}
+
+TEST(FSNode, HoldsDatesFrom1970To2106) {
+    const auto seconds = [](std::int64_t count) {
+        return FSNode::secondsOf(Date(std::chrono::seconds(count)));
+    };
+    EXPECT_EQ(seconds(1'700'000'000), 1'700'000'000U);
+    EXPECT_EQ(seconds(0), 1U);
+    EXPECT_EQ(seconds(-5), 1U);
+    EXPECT_EQ(seconds(8'000'000'000), 0xFFFFFFFFU);
+    EXPECT_EQ(FSNode::secondsOf(std::nullopt), 0U);
 }
 
 TEST(FSNode, DeepTreeDoesNotOverflowTheStack) {
