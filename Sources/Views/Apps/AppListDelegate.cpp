@@ -32,7 +32,7 @@ void AppListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
     if (isSelected || option.state.testFlag(QStyle::State_MouseOver)) {
-        painter->setBrush(isActive ? theme.accent : isSelected ? theme.track : theme.hover);
+        painter->setBrush(isActive ? theme.accent : isSelected ? theme.selection : theme.hover);
         painter->drawRoundedRect(QRectF(option.rect).adjusted(6, 1, -6, -1), 6, 6);
     }
     QRect row = option.rect.adjusted(margin, 0, -margin, 0);
@@ -99,7 +99,7 @@ void AppListDelegate::paintIcon(QPainter &painter, const QRect &place, const QMo
     const QPixmap own =
         icons_.picture(index.data(AppListModel::iconRole).toByteArray().toStdString(), place.width(), ratio);
     painter.drawPixmap(place.topLeft(), own.isNull() ? Icons::pixmap(QStringLiteral("app-window"),
-                                                                     isActive ? theme.onAccent : theme.accent,
+                                                                     isActive ? theme.onAccent : theme.tint,
                                                                      place.width(), ratio)
                                                      : own);
 }

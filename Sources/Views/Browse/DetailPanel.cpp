@@ -199,7 +199,7 @@ void DetailPanel::drawIcon() {
     const QColor quiet = Theme::current().secondaryText;
     reveal_->setIcon(Icons::icon(QStringLiteral("external-link"), quiet, buttonIconSize));
     copyPath_->setIcon(Icons::icon(QStringLiteral("copy"), quiet, buttonIconSize));
-    icon_->setPixmap(Icons::pixmap(iconName_, Theme::current().accent, pictureSize, devicePixelRatioF()));
+    icon_->setPixmap(Icons::pixmap(iconName_, Theme::current().tint, pictureSize, devicePixelRatioF()));
 }
 
 } // namespace brimvale

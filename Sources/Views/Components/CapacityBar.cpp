@@ -47,7 +47,7 @@ void CapacityBar::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(outline, track);
-    painter.fillPath(outline.intersected(filled), theme.accent);
+    painter.fillPath(outline.intersected(filled), theme.tint);
 }
 
 } // namespace brimvale

@@ -28,6 +28,13 @@ namespace brimvale {
     return toQColor(Contrast::readableOn(toColor(ground)));
 }
 
+/// `color`, darker or lighter if that is needed for a mark of it to be seen on the opaque `ground`.
+[[nodiscard]] inline QColor markOn(const QColor &color, const QColor &ground) {
+    const Color around = toColor(ground);
+    return toQColor(
+        Contrast::raised(toColor(color), Contrast::readableOn(around), around, Contrast::leastForMarks));
+}
+
 /// The colour of a visible line between two areas of the opaque colour `fill`.
 [[nodiscard]] inline QColor outlineOf(const QColor &fill) {
     return toQColor(Contrast::outlineOf(toColor(fill)));

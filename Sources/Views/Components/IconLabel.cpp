@@ -14,7 +14,7 @@ QColor iconColor(IconLabel::Tone tone) {
     const Theme &theme = Theme::current();
     switch (tone) {
     case IconLabel::Tone::accent:
-        return theme.accent;
+        return theme.tint;
     case IconLabel::Tone::warning:
         return theme.warning;
     case IconLabel::Tone::good:

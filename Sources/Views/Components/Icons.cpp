@@ -1,6 +1,6 @@
 #include "Views/Components/Icons.h"
 
-#include "Views/Components/Theme.h"
+#include "Views/Components/Contrast.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -65,8 +65,8 @@ QIcon Icons::icon(const QString &name, const QColor &color, int size) {
 
 void Icons::paintTile(QPainter &painter, const QRectF &tile, const QString &name, const QColor &color) {
     QLinearGradient gradient(tile.topLeft(), tile.bottomLeft());
-    gradient.setColorAt(0, color.lighter(112));
-    gradient.setColorAt(1, color);
+    gradient.setColorAt(0, markOn(color.lighter(112), Qt::white));
+    gradient.setColorAt(1, markOn(color, Qt::white));
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
@@ -74,8 +74,7 @@ void Icons::paintTile(QPainter &painter, const QRectF &tile, const QString &name
     painter.drawRoundedRect(tile, tile.height() / 4, tile.height() / 4);
 
     const int size = qRound(tile.height() * 0.6);
-    const QPixmap drawn =
-        pixmap(name, Theme::current().onAccent, size, painter.device()->devicePixelRatioF());
+    const QPixmap drawn = pixmap(name, Qt::white, size, painter.device()->devicePixelRatioF());
     painter.drawPixmap(tile.center() - QPointF(size, size) / 2, drawn);
     painter.restore();
 }

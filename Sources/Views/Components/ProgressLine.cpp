@@ -65,7 +65,7 @@ void ProgressLine::paintEvent(QPaintEvent *) {
     painter.setClipPath(line);
     QPainterPath part;
     part.addRoundedRect(filledPart(), height() / 2.0, height() / 2.0);
-    painter.fillPath(part, isEnabled() ? theme.accent : theme.tertiaryText);
+    painter.fillPath(part, isEnabled() ? theme.tint : theme.tertiaryText);
 }
 
 void ProgressLine::timerEvent(QTimerEvent *event) {

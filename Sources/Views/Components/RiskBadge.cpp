@@ -1,6 +1,7 @@
 #include "Views/Components/RiskBadge.h"
 
 #include "Core/Storage/CleanupRiskTexts.h"
+#include "Views/Components/Contrast.h"
 #include "Views/Components/Theme.h"
 
 #include <QFontMetrics>
@@ -18,6 +19,21 @@ constexpr int badgeHeight = 18;
 
 QFont badgeFont() {
     return Type::font(Type::Size::caption, QFont::DemiBold);
+}
+
+/// The colour of a badge's ground on a surface.
+QColor groundOn(const QColor &surface, const QColor &color) {
+    return blended(color, groundOpacity, surface);
+}
+
+/// The colour of the word, which can be read on the badge wherever it is.
+QColor wordColor(const QColor &color) {
+    const Theme &theme = Theme::current();
+    Color word = toColor(color);
+    for (const QColor &surface : {theme.window, theme.card})
+        word = Contrast::raised(word, toColor(theme.text), toColor(groundOn(surface, color)),
+                                Contrast::leastForText);
+    return toQColor(word);
 }
 
 QColor riskColor(CleanupRisk risk) {
@@ -55,7 +71,7 @@ void RiskBadge::paintEvent(QPaintEvent * /*event*/) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(ground);
     painter.drawRoundedRect(rect(), badgeHeight / 2.0, badgeHeight / 2.0);
-    painter.setPen(color);
+    painter.setPen(wordColor(color));
     painter.setFont(badgeFont());
     painter.drawText(rect(), Qt::AlignCenter, label_);
 }

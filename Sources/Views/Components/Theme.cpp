@@ -1,7 +1,8 @@
 #include "Views/Components/Theme.h"
 
+#include "Views/Components/Contrast.h"
+
 #include <QGuiApplication>
-#include <cmath>
 
 namespace brimvale {
 
@@ -14,17 +15,20 @@ const Theme light = {
     .card = QColor(0xff, 0xff, 0xff),
     .border = QColor(0xdf, 0xdf, 0xe3),
     .separator = QColor(0xe8, 0xe8, 0xeb),
-    .track = QColor(0xe5, 0xe5, 0xea),
+    .outline = QColor(0x83, 0x83, 0x8a),
+    .track = QColor(0xdc, 0xdc, 0xe2),
+    .selection = QColor(0xea, 0xea, 0xee),
     .text = QColor(0x1d, 0x1d, 0x1f),
-    .secondaryText = QColor(0x5f, 0x5f, 0x66),
-    .tertiaryText = QColor(0x86, 0x86, 0x8d),
+    .secondaryText = QColor(0x55, 0x55, 0x5b),
+    .tertiaryText = QColor(0x68, 0x68, 0x6e),
     .accent = QColor(0x0a, 0x66, 0xff),
     .onAccent = QColor(0xff, 0xff, 0xff),
+    .tint = QColor(0x0a, 0x66, 0xff),
     .hover = QColor(0, 0, 0, 14),
-    .warning = QColor(0xb2, 0x5a, 0x00),
-    .danger = QColor(0xd7, 0x2c, 0x2c),
-    .green = QColor(0x1d, 0x80, 0x3a),
-    .orange = QColor(0xb2, 0x5a, 0x00),
+    .warning = QColor(0x9e, 0x4e, 0x00),
+    .danger = QColor(0xc0, 0x20, 0x20),
+    .green = QColor(0x1a, 0x73, 0x35),
+    .orange = QColor(0x9e, 0x4e, 0x00),
 };
 
 const Theme dark = {
@@ -34,27 +38,32 @@ const Theme dark = {
     .card = QColor(0x2a, 0x2a, 0x2c),
     .border = QColor(0x3c, 0x3c, 0x40),
     .separator = QColor(0x38, 0x38, 0x3b),
-    .track = QColor(0x3f, 0x3f, 0x44),
+    .outline = QColor(0x87, 0x87, 0x8e),
+    .track = QColor(0x14, 0x14, 0x16),
+    .selection = QColor(0x38, 0x38, 0x3c),
     .text = QColor(0xf5, 0xf5, 0xf7),
-    .secondaryText = QColor(0xb0, 0xb0, 0xb6),
-    .tertiaryText = QColor(0x8a, 0x8a, 0x90),
-    .accent = QColor(0x2f, 0x7d, 0xff),
+    .secondaryText = QColor(0xbe, 0xbe, 0xc4),
+    .tertiaryText = QColor(0xa3, 0xa3, 0xa9),
+    .accent = QColor(0x1a, 0x6a, 0xf8),
     .onAccent = QColor(0xff, 0xff, 0xff),
+    .tint = QColor(0x4b, 0x90, 0xff),
     .hover = QColor(255, 255, 255, 16),
     .warning = QColor(0xff, 0xb3, 0x4d),
-    .danger = QColor(0xff, 0x69, 0x61),
+    .danger = QColor(0xff, 0x7c, 0x74),
     .green = QColor(0x4c, 0xd0, 0x6c),
     .orange = QColor(0xff, 0xb3, 0x4d),
 };
 
 Appearance chosenAppearance = Appearance::system;
 
-/// Relative luminance as WCAG defines it, from 0 for black to 1 for white.
-double luminanceOf(const QColor &color) {
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+/// `color`, with as much of the text's colour as a mark needs to be seen on all of the theme's surfaces.
+QColor visibleOnAll(const Theme &theme, const QColor &color, double least) {
+    const QColor hovered = blended(theme.hover, theme.hover.alphaF(), theme.card);
+    Color visible = toColor(color);
+    for (const QColor &ground :
+         {theme.window, theme.sidebar, theme.card, hovered, theme.selection, theme.track})
+        visible = Contrast::raised(visible, toColor(theme.text), toColor(ground), least);
+    return toQColor(visible);
 }
 
 } // namespace
@@ -88,10 +97,11 @@ void Theme::choose(Appearance appearance) {
 }
 
 Theme Theme::withAccent(const QColor &color) const {
-    constexpr double lightest = 0.4; // white text on it has a contrast of 2.3 to 1, like the system's
     Theme theme = *this;
     theme.accent = color;
-    theme.onAccent = luminanceOf(color) > lightest ? light.text : light.card;
+    const bool takesWhite = Contrast::between(toColor(Qt::white), toColor(color)) >= Contrast::leastForText;
+    theme.onAccent = takesWhite ? QColor(Qt::white) : QColor(Qt::black);
+    theme.tint = visibleOnAll(*this, color, Contrast::leastForMarks);
     return theme;
 }
 
@@ -100,7 +110,7 @@ Theme Theme::withHighContrast() const {
     theme.text = isDark ? QColor(Qt::white) : QColor(Qt::black);
     theme.secondaryText = isDark ? QColor(0xe2, 0xe2, 0xe6) : QColor(0x2e, 0x2e, 0x33);
     theme.tertiaryText = isDark ? QColor(0xc8, 0xc8, 0xce) : QColor(0x45, 0x45, 0x4b);
-    theme.border = theme.separator = tertiaryText;
+    theme.border = theme.separator = theme.outline = tertiaryText;
     return theme;
 }
 
@@ -116,16 +126,16 @@ QPalette Theme::palette() const {
     palette.setColor(QPalette::PlaceholderText, tertiaryText);
     palette.setColor(QPalette::Highlight, accent);
     palette.setColor(QPalette::HighlightedText, onAccent);
-    palette.setColor(QPalette::Link, accent);
+    palette.setColor(QPalette::Link, tint);
     palette.setColor(QPalette::ToolTipBase, card);
     palette.setColor(QPalette::ToolTipText, text);
     palette.setColor(QPalette::Light, card);
     palette.setColor(QPalette::Midlight, separator);
     palette.setColor(QPalette::Mid, border);
-    palette.setColor(QPalette::Dark, border);
+    palette.setColor(QPalette::Dark, outline);
     palette.setColor(QPalette::Shadow, border);
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, tertiaryText);
+        palette.setColor(QPalette::Disabled, role, outline);
     return palette;
 }
 

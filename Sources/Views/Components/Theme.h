@@ -8,7 +8,9 @@
 
 namespace brimvale {
 
-/// The colours of one appearance, light or dark.
+/// The colours of one appearance, light or dark. Every text can be read on every surface, and every mark can
+/// be seen there: the contrast is what WCAG 2 asks for in level AA. Disabled controls and separators are no
+/// marks.
 struct Theme {
     bool isDark;
     QColor window; ///< the background of the window
@@ -16,12 +18,15 @@ struct Theme {
     QColor card;      ///< raised surfaces: cards, lists, fields
     QColor border;    ///< one pixel around a card
     QColor separator; ///< hairlines within a card
+    QColor outline;   ///< a mark: around fields, tick boxes and bars
     QColor track;     ///< the empty part of a bar
+    QColor selection; ///< under selected rows that do not have the focus
     QColor text;
     QColor secondaryText;
     QColor tertiaryText;
-    QColor accent;
+    QColor accent;   ///< under the current row, and of the default button
     QColor onAccent; ///< text and icons on the accent
+    QColor tint;     ///< icons, bars and rings in the hue of the accent
     QColor hover;    ///< under the pointer
     QColor warning;
     QColor danger;
@@ -39,7 +44,7 @@ struct Theme {
     /// Sets the appearance for the rest of this run. The window then has to show `current`.
     static void choose(Appearance appearance);
 
-    /// The same theme with another accent, and readable text on it.
+    /// The same theme with another accent, readable text on it and visible marks in its hue.
     [[nodiscard]] Theme withAccent(const QColor &color) const;
     /// The same theme with stronger texts and lines.
     [[nodiscard]] Theme withHighContrast() const;

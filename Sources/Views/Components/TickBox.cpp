@@ -24,7 +24,7 @@ void paintTickBox(QPainter &painter, const QRectF &box, Qt::CheckState state, bo
     if (!isEnabled)
         painter.setOpacity(0.5);
     const bool isOff = state == Qt::Unchecked;
-    painter.setPen(isOff ? QPen(theme.tertiaryText, 1) : QPen(Qt::NoPen));
+    painter.setPen(isOff ? QPen(theme.outline, 1) : QPen(Qt::NoPen));
     painter.setBrush(isOff ? theme.card : theme.accent);
     const qreal inset = isOff ? 0.5 : 0;
     painter.drawRoundedRect(box.adjusted(inset, inset, -inset, -inset), boxRadius, boxRadius);
@@ -73,7 +73,7 @@ void TickBox::paintEvent(QPaintEvent * /*event*/) {
     if (!hasFocus())
         return;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(Theme::current().accent, 1.5));
+    painter.setPen(QPen(Theme::current().tint, 1.5));
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), boxRadius + 2, boxRadius + 2);
 }
 

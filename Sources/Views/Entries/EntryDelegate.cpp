@@ -72,7 +72,7 @@ void paintGround(QPainter &painter, const QStyleOptionViewItem &option) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(option.state.testFlag(QStyle::State_MouseOver) ? theme.hover : QColor(Qt::transparent));
-    painter.setPen(hasFocus ? QPen(theme.accent, 1.5) : QPen(Qt::NoPen));
+    painter.setPen(hasFocus ? QPen(theme.tint, 1.5) : QPen(Qt::NoPen));
     painter.drawRoundedRect(QRectF(option.rect).adjusted(6, 1, -6, -1), 6, 6);
     painter.restore();
 }

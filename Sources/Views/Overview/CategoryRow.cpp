@@ -1,6 +1,7 @@
 #include "Views/Overview/CategoryRow.h"
 
 #include "Views/Components/CategoryStyle.h"
+#include "Views/Components/Contrast.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/Metrics.h"
 #include "Views/Components/Text.h"
@@ -36,7 +37,8 @@ void paintShare(QPainter &painter, const QRect &place, double share, const QColo
     painter.fillPath(outline, Theme::current().track);
     QPainterPath filled;
     filled.addRect(bar.adjusted(0, 0, bar.width() * (share - 1), 0));
-    painter.fillPath(outline.intersected(filled), color);
+    const QPainterPath shape = outline.intersected(filled);
+    painter.fillPath(shape, markOn(color, Theme::current().track));
 }
 
 } // namespace
@@ -73,7 +75,7 @@ void CategoryRow::paintEvent(QPaintEvent * /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     if (underMouse() || hasFocus()) {
         painter.setBrush(underMouse() ? theme.hover : QColor(Qt::transparent));
-        painter.setPen(hasFocus() ? QPen(theme.accent, 1.5) : QPen(Qt::NoPen));
+        painter.setPen(hasFocus() ? QPen(theme.tint, 1.5) : QPen(Qt::NoPen));
         painter.drawRoundedRect(QRectF(rect()).adjusted(6, 2, -6, -2), 8, 8);
     }
     QRect row = rect().adjusted(Metrics::cardMargin, 0, -Metrics::cardMargin, 0);

@@ -1,5 +1,6 @@
 #include "Views/Overview/Legend.h"
 
+#include "Views/Components/Contrast.h"
 #include "Views/Components/Theme.h"
 
 #include <QFontMetrics>
@@ -63,10 +64,10 @@ void Legend::paintEvent(QPaintEvent * /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(legendFont());
     for (std::size_t i = 0; i < segments_.size(); ++i) {
-        painter.setPen(Qt::NoPen);
+        painter.setPen(markOn(segments_[i].color, Theme::current().card));
         painter.setBrush(segments_[i].color);
-        painter.drawEllipse(
-            QRectF(where[i].x(), where[i].y() + (lineHeight - dotSize) / 2.0, dotSize, dotSize));
+        painter.drawEllipse(QRectF(where[i].x() + 0.5, where[i].y() + (lineHeight - dotSize) / 2.0 + 0.5,
+                                   dotSize - 1, dotSize - 1));
         painter.setPen(Theme::current().secondaryText);
         const QRect place(where[i].x() + dotSize + dotGap, where[i].y(), width(), lineHeight);
         painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, segments_[i].name);

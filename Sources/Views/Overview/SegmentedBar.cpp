@@ -1,6 +1,7 @@
 #include "Views/Overview/SegmentedBar.h"
 
 #include "Base/Bytes.h"
+#include "Views/Components/Contrast.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
 
@@ -20,6 +21,16 @@ namespace {
 constexpr int segmentHeight = 24;
 constexpr qreal cornerRadius = 6;
 constexpr qreal segmentGap = 2;
+constexpr qreal lineWidth = 1;
+
+/// Fills the segment, and draws a line inside its edge if the colour alone could hardly be seen.
+void paintSegment(QPainter &painter, const QRectF &place, const QColor &color) {
+    const QColor line = markOn(color, Theme::current().card);
+    painter.fillRect(place, line);
+    const QRectF inside = place.adjusted(lineWidth, lineWidth, -lineWidth, -lineWidth);
+    if (inside.isValid())
+        painter.fillRect(inside, color);
+}
 
 } // namespace
 
@@ -71,11 +82,15 @@ void SegmentedBar::paintEvent(QPaintEvent * /*event*/) {
     painter.fillRect(rect(), theme.track);
     for (std::size_t i = 0; i < segments_.size(); ++i) {
         const QRectF place = rectOf(i);
-        painter.fillRect(place, segments_[i].color);
         // A segment narrower than the gap would be invisible.
-        if (place.width() > 2 * segmentGap)
+        const bool hasGap = place.width() > 2 * segmentGap;
+        paintSegment(painter, hasGap ? place.adjusted(0, 0, -segmentGap, 0) : place, segments_[i].color);
+        if (hasGap)
             painter.fillRect(QRectF(place.right() - segmentGap, 0, segmentGap, height()), theme.card);
     }
+    painter.setClipping(false);
+    painter.setPen(theme.outline);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius, cornerRadius);
 }
 
 bool SegmentedBar::event(QEvent *event) {

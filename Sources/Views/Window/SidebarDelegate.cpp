@@ -22,7 +22,7 @@ bool isHeading(const QModelIndex &index) {
 
 void paintHeading(QPainter &painter, const QRect &rect, const QString &title) {
     painter.setFont(Type::font(Type::Size::caption, QFont::DemiBold));
-    painter.setPen(Theme::current().tertiaryText);
+    painter.setPen(Theme::current().secondaryText);
     painter.drawText(rect.adjusted(padding, 0, -padding, -padding), Qt::AlignLeft | Qt::AlignBottom, title);
 }
 
@@ -39,7 +39,7 @@ void paintPill(QPainter &painter, const QRectF &pill, const QStyleOptionViewItem
     if ((option.state & focus) == focus) {
         const qreal inset = ringWidth * 1.5;
         painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(isCurrent ? theme.onAccent : theme.accent, ringWidth / 2));
+        painter.setPen(QPen(isCurrent ? theme.onAccent : theme.tint, ringWidth / 2));
         painter.drawRoundedRect(pill.adjusted(inset, inset, -inset, -inset), pillRadius - ringWidth,
                                 pillRadius - ringWidth);
     }
@@ -76,7 +76,7 @@ void SidebarDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
 
     QRect rest = option.rect.adjusted(padding - 2, 0, -padding, 0);
     paintIcon(*painter, QRect(rest.topLeft(), QSize(tileSize, rest.height())), index,
-              isCurrent ? theme.onAccent : theme.accent);
+              isCurrent ? theme.onAccent : theme.tint);
     rest.setLeft(rest.left() + tileSize + padding - 2);
 
     const QString value = index.data(valueRole).toString();

@@ -157,7 +157,7 @@ void SidebarFooter::changeEvent(QEvent *event) {
 void SidebarFooter::tintIcons() {
     grantAccess_->setIcon(
         Icons::icon(QStringLiteral("shield-alert"), Theme::current().warning, Metrics::iconSize));
-    update_->setIcon(Icons::icon(QStringLiteral("refresh-cw"), Theme::current().accent, updateIconSize));
+    update_->setIcon(Icons::icon(QStringLiteral("refresh-cw"), Theme::current().tint, updateIconSize));
 }
 
 } // namespace brimvale

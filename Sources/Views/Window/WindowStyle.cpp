@@ -1,5 +1,6 @@
 #include "Views/Window/WindowStyle.h"
 
+#include "Views/Components/Contrast.h"
 #include "Views/Components/TickBox.h"
 
 #include <QPainter>
@@ -14,13 +15,6 @@ constexpr qreal buttonRadius = 6;
 constexpr int buttonHeight = 28;
 constexpr int buttonPadding = 8; ///< in addition to Fusion's
 constexpr int scrollBarWidth = 12;
-
-/// `over` mixed into `under`; `share` from 0 to 1.
-QColor mixed(const QColor &under, const QColor &over, float share) {
-    const auto mix = [share](float a, float b) { return a + (b - a) * share; };
-    return QColor::fromRgbF(mix(under.redF(), over.redF()), mix(under.greenF(), over.greenF()),
-                            mix(under.blueF(), over.blueF()));
-}
 
 bool isDefaultButton(const QStyleOption &option) {
     const auto *button = qstyleoption_cast<const QStyleOptionButton *>(&option);
@@ -39,19 +33,21 @@ void paintButton(const QStyleOption &option, QPainter &painter) {
     const bool isEnabled = option.state.testFlag(QStyle::State_Enabled);
     const bool isDown = option.state & (QStyle::State_Sunken | QStyle::State_On);
     const bool isDefault = isDefaultButton(option);
-    float shade = 0;
+    double shade = 0;
     if (isEnabled && isDown)
-        shade = 0.14F;
+        shade = 0.14;
     else if (isEnabled && option.state.testFlag(QStyle::State_MouseOver))
-        shade = 0.06F;
+        shade = 0.06;
     const QColor ground = palette.color(isDefault ? QPalette::Highlight : QPalette::Button);
+    const QColor shadow = isDefault ? readableTextOn(palette.color(QPalette::HighlightedText))
+                                    : palette.color(QPalette::ButtonText);
     const bool hasFocus = showsFocus(option);
-    QColor line = palette.color(hasFocus ? QPalette::Highlight : QPalette::Mid);
+    QColor line = palette.color(hasFocus ? QPalette::Link : QPalette::Mid);
     if (isDefault)
         line = hasFocus ? palette.color(QPalette::WindowText) : ground;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(mixed(ground, palette.color(QPalette::ButtonText), shade));
+    painter.setBrush(blended(shadow, shade, ground));
     painter.setPen(QPen(line, hasFocus ? 2 : 1));
     const qreal inset = hasFocus ? 1 : 0.5;
     painter.drawRoundedRect(QRectF(option.rect).adjusted(inset, inset, -inset, -inset), buttonRadius,
@@ -64,8 +60,7 @@ void paintField(const QStyleOption &option, QPainter &painter) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(option.palette.color(QPalette::Base));
-    painter.setPen(
-        QPen(option.palette.color(hasFocus ? QPalette::Highlight : QPalette::Mid), hasFocus ? 2 : 1));
+    painter.setPen(QPen(option.palette.color(hasFocus ? QPalette::Link : QPalette::Dark), hasFocus ? 2 : 1));
     const qreal inset = hasFocus ? 1 : 0.5;
     painter.drawRoundedRect(QRectF(option.rect).adjusted(inset, inset, -inset, -inset), buttonRadius,
                             buttonRadius);
@@ -93,7 +88,7 @@ void paintScrollBar(const QStyleOptionSlider &option, const QRect &handle, QPain
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(option.palette.color(QPalette::WindowText));
-    painter.setOpacity(isHeld ? 0.5 : 0.28);
+    painter.setOpacity(isHeld ? 0.7 : 0.5);
     painter.drawRoundedRect(bar, radius, radius);
     painter.restore();
 }

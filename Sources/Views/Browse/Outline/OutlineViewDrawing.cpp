@@ -28,11 +28,11 @@ void OutlineView::drawRow(QPainter *painter, const QStyleOptionViewItem &option,
     painter->setRenderHint(QPainter::Antialiasing);
     if (isSelected || isHovered) {
         painter->setPen(Qt::NoPen);
-        painter->setBrush(!isSelected ? theme.hover : hasFocus() ? theme.accent : theme.track);
+        painter->setBrush(!isSelected ? theme.hover : hasFocus() ? theme.accent : theme.selection);
         painter->drawRoundedRect(ground, groundRadius, groundRadius);
     }
     if (isCurrent && (!isSelected || announced_.size() > 1)) {
-        painter->setPen(isSelected ? theme.onAccent : theme.accent);
+        painter->setPen(isSelected ? theme.onAccent : theme.tint);
         painter->setBrush(Qt::NoBrush);
         painter->drawRoundedRect(ground.adjusted(0.5, 0.5, -0.5, -0.5), groundRadius, groundRadius);
     }
