@@ -2,6 +2,7 @@
 // children. Drawn offscreen; every time includes the repaint that follows.
 
 #include "Core/Scan/FSNode.h"
+#include "Core/Treemap/DetailedTreemap.h"
 #include "Core/Treemap/Treemap.h"
 #include "Views/Browse/Outline/OutlineModel.h"
 #include "Views/Browse/Outline/OutlineView.h"
@@ -364,6 +365,36 @@ void measureTreemap(const SampleTree &tree, Report &report) {
     report.row("Resize and repaint everything", resizing, Milliseconds(16));
 }
 
+/// The detailed treemap of the whole tree, in a window of the usual size and in a large one.
+void measureDetailedMap(const SampleTree &tree, Report &report) {
+    for (const QSize size : {QSize(900, 700), QSize(1600, 1200)}) {
+        std::vector<Milliseconds> layingOut;
+        std::vector<Milliseconds> resizing;
+        TreemapView view;
+        view.setDetailed(true);
+        view.setNode(tree.root.get());
+        view.resize(size);
+        view.show();
+        for (int i = 1; i <= repetitions; ++i) {
+            DetailedTreemap treemap(*tree.root);
+            layingOut.push_back(timeOf([&] {
+                if (treemap
+                        .layout(
+                            {0, 0, size.width() + static_cast<double>(i), static_cast<double>(size.height())})
+                        .tiles.empty())
+                    std::puts("no tiles");
+            }));
+            resizing.push_back(timeOf([&] {
+                view.resize(size.width() + i, size.height());
+                view.grab();
+            }));
+        }
+        const std::string map = "Detailed map of a million nodes, " + std::to_string(size.width());
+        report.row((map + ": lay out").c_str(), layingOut, Milliseconds(4));
+        report.row((map + ": repaint").c_str(), resizing, Milliseconds(16));
+    }
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -376,6 +407,7 @@ int main(int argc, char **argv) {
 
     report.section("Treemap");
     measureTreemap(tree, report);
+    measureDetailedMap(tree, report);
     report.section("Outline"); // last, since it takes nodes out
     OutlineTimings(tree, report).measure();
 }

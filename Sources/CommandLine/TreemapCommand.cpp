@@ -10,6 +10,7 @@
 #include "CommandLine/TextTable.h"
 #include "CommandLine/TreemapSvg.h"
 #include "Core/Scan/DiskScanner.h"
+#include "Core/Treemap/DetailedTreemap.h"
 #include "Core/Treemap/Treemap.h"
 #include "Core/Treemap/TreemapStyle.h"
 #include "Platform/AtomicFile.h"
@@ -35,6 +36,10 @@ constexpr std::array treemapOptions = {
     Option{"--height", Option::Value::number, "H", "Its height; required."},
     Option{"--max-tiles", Option::Value::number, "N",
            "Show N children by themselves, the others as one tile (80)."},
+    Option{"--detailed",
+           Option::Value::none,
+           {},
+           "Also lay out what is inside the folders, down to what can be seen."},
     Option{"--svg", Option::Value::text, "FILE", "Draw a picture into FILE, which is overwritten."},
 };
 
@@ -57,7 +62,7 @@ std::unique_ptr<FSNode> scanFolder(const FileURL &url, ScanStats &stats) {
     return DiskScanner::scan(url.path(), ScanOptions::standard(), stats);
 }
 
-void writeTreemap(Output &output, const std::vector<TreemapTile> &tiles) {
+void writeTreemap(Output &output, const std::vector<TreemapTile> &tiles, bool isDetailed) {
     JsonWriter json(output);
     json.beginArray();
     for (const TreemapTile &tile : tiles) {
@@ -72,6 +77,8 @@ void writeTreemap(Output &output, const std::vector<TreemapTile> &tiles) {
         json.member("height", tile.rect.height);
         json.member("isDirectory", tile.node->isDirectory);
         json.member("isAggregate", tile.node->isAggregate);
+        if (isDetailed)
+            json.member("depth", std::int64_t{tile.depth});
         json.end();
     }
     json.end();
@@ -102,7 +109,9 @@ void writeTiles(Output &output, const std::vector<TreemapTile> &tiles) {
     for (const TreemapTile &tile : tiles)
         table.add({TreemapStyle::sizeText(*tile.node), withOneDecimal(tile.fraction * 100) + "%",
                    withOneDecimal(tile.rect.x), withOneDecimal(tile.rect.y), withOneDecimal(tile.rect.width),
-                   withOneDecimal(tile.rect.height), labelOf(*tile.node, output.isStyled())});
+                   withOneDecimal(tile.rect.height),
+                   std::string(2 * static_cast<std::size_t>(tile.depth), ' ') +
+                       labelOf(*tile.node, output.isStyled())});
     table.write(output);
 }
 
@@ -121,6 +130,8 @@ bool drawPicture(std::string_view typed, const LaidOutTreemap &treemap) {
 ExitStatus runTreemap(const Arguments &arguments, Output &output) {
     if (const auto missing = missingOption(arguments))
         return refuseUsage("missing option: " + std::string(*missing), &treemapCommand);
+    if (arguments.has("--detailed") && arguments.has("--max-tiles"))
+        return refuseUsage("\"--max-tiles\" and \"--detailed\" exclude each other", &treemapCommand);
     const std::string_view typed = arguments.operands().front();
     const auto place = placeToScan(typed);
     if (const auto *error = std::get_if<FileError>(&place)) {
@@ -132,15 +143,17 @@ ExitStatus runTreemap(const Arguments &arguments, Output &output) {
     const std::unique_ptr<FSNode> folder = scanFolder(std::get<FileURL>(place), stats);
     const std::int64_t width = arguments.number("--width").value_or(0);
     const std::int64_t height = arguments.number("--height").value_or(0);
-    const Treemap treemap(*folder, maxTilesOf(arguments));
-    const std::vector<TreemapTile> tiles =
-        treemap.layout({0, 0, static_cast<double>(width), static_cast<double>(height)});
+    const Rect area = {0, 0, static_cast<double>(width), static_cast<double>(height)};
+    const bool isDetailed = arguments.has("--detailed");
+    const Treemap usual(*folder, maxTilesOf(arguments));
+    DetailedTreemap detailed(*folder);
+    const std::vector<TreemapTile> tiles = isDetailed ? detailed.layout(area).tiles : usual.layout(area);
 
     const std::optional<std::string_view> picture = arguments.text("--svg");
-    if (picture && !drawPicture(*picture, {folder->path(), width, height, tiles}))
+    if (picture && !drawPicture(*picture, {folder->path(), width, height, tiles, isDetailed}))
         return ExitStatus::failed;
     if (arguments.has("--json"))
-        writeTreemap(output, tiles);
+        writeTreemap(output, tiles, isDetailed);
     else if (!picture)
         writeTiles(output, tiles);
     return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
@@ -156,7 +169,8 @@ constinit const Command treemapCommand = {
     .summary = "Lays out the treemap of a folder: a tile for each child, as large as its share.",
     .help = "\nPlaces are in points from the upper left corner, in layout order. What would be less than a "
             "point\n"
-            "wide or high is left out. Ctrl-C stops early and shows what was counted until then.\n",
+            "wide or high is left out. In the detailed map, each folder is followed by what is inside it.\n"
+            "Ctrl-C stops early and shows what was counted until then.\n",
     .run = runTreemap,
 };
 

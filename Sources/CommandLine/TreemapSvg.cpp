@@ -1,7 +1,9 @@
 #include "CommandLine/TreemapSvg.h"
 
+#include "Base/Contrast.h"
 #include "CommandLine/Decimal.h"
 #include "CommandLine/TerminalText.h"
+#include "Core/Treemap/DetailedStyle.h"
 #include "Core/Treemap/TreemapStyle.h"
 
 #include <algorithm>
@@ -110,24 +112,70 @@ Rect borderLine(const Rect &tile) {
             std::max(0.0, tile.height - 2 * inset)};
 }
 
-void writeLabel(std::string &svg, const TreemapTile &tile, std::size_t index) {
-    const Rect area = TreemapStyle::labelArea(tile.rect, 2 * lineHeight);
-    const std::string id = "tile" + std::to_string(index);
-    svg.append("<clipPath id=\"" + id + "\"><rect " + placed(tile.rect) + "/></clipPath>\n");
-    svg.append("<g clip-path=\"url(#" + id + ")\"><g filter=\"url(#shadow)\" fill=\"#ffffff\">");
-    svg.append("<text x=\"" + decimal(area.x) + "\" y=\"" + decimal(area.y + ascent) +
-               "\" font-weight=\"500\">");
-    svg.append(escaped(fitting(terminalText(tile.node->name), area.width)));
-    svg.append("</text><text x=\"" + decimal(area.x) + "\" y=\"" + decimal(area.y + lineHeight + ascent) +
-               "\">");
-    svg.append(escaped(fitting(TreemapStyle::sizeText(*tile.node), area.width)));
-    svg.append("</text></g></g>\n");
+std::string clipFor(const Rect &area, const std::string &id) {
+    return "<clipPath id=\"" + id + "\"><rect " + placed(area) + "/></clipPath>\n";
+}
+
+/// A tile that is written: which one, and the colour it has in the end.
+struct WrittenTile {
+    const TreemapTile &tile;
+    std::size_t index;
+    Color color;
+
+    [[nodiscard]] std::string id() const { return "tile" + std::to_string(index); }
+    [[nodiscard]] std::string textColor() const { return hexadecimal(Contrast::readableOn(color)); }
+};
+
+std::string tileName(const TreemapTile &tile) {
+    return terminalText(tile.node->name);
+}
+
+std::string textAt(double x, double baseline, std::string_view attributes, std::string_view words) {
+    std::string text = "<text x=\"" + decimal(x) + "\" y=\"" + decimal(baseline) + "\"";
+    return text.append(attributes).append(">").append(escaped(words)).append("</text>");
+}
+
+constexpr std::string_view nameWeight = " font-weight=\"500\"";
+
+/// The name over the size.
+void writeLabel(std::string &svg, const WrittenTile &written) {
+    const Rect area = TreemapStyle::labelArea(written.tile.rect, 2 * lineHeight);
+    svg.append(clipFor(written.tile.rect, written.id()));
+    svg.append("<g clip-path=\"url(#" + written.id() + ")\" fill=\"" + written.textColor() + "\">");
+    svg.append(textAt(area.x, area.y + ascent, nameWeight, fitting(tileName(written.tile), area.width)));
+    svg.append(textAt(area.x, area.y + lineHeight + ascent, {},
+                      fitting(TreemapStyle::sizeText(*written.tile.node), area.width)));
+    svg.append("</g>\n");
+}
+
+/// The name and, where there is room in a heading, the size in one line.
+void writeLine(std::string &svg, const WrittenTile &written, const Rect &line) {
+    const std::string size = written.tile.isOpen() && DetailedStyle::hasSize(line)
+                                 ? "  " + TreemapStyle::sizeText(*written.tile.node)
+                                 : std::string();
+    double room = line.width - 2 * DetailedStyle::padding;
+    for (std::size_t i = 0; i < size.size(); ++i)
+        room -= estimatedWidth(size.substr(i, 1));
+    const double baseline = line.y + (line.height - lineHeight) / 2 + ascent;
+    svg.append(clipFor(line, written.id()));
+    svg.append("<g clip-path=\"url(#" + written.id() + ")\" fill=\"" + written.textColor() + "\">");
+    svg.append(
+        textAt(line.x + DetailedStyle::padding, baseline, nameWeight, fitting(tileName(written.tile), room)));
+    if (!size.empty())
+        svg.append(textAt(line.x + line.width - DetailedStyle::padding, baseline, " text-anchor=\"end\"",
+                          TreemapStyle::sizeText(*written.tile.node)));
+    svg.append("</g>\n");
+}
+
+void writeTitle(std::string &svg, const TreemapTile &tile) {
+    svg.append("<title>" + escaped(tileName(tile)) + "\n" + escaped(TreemapStyle::sizeText(*tile.node)) +
+               "</title>\n");
 }
 
 void writeTile(std::string &svg, const TreemapTile &tile, std::size_t index) {
     const TreemapStyle::Fill fill = TreemapStyle::fill(*tile.node, TreemapStyle::paper);
-    svg.append("<g>\n<title>" + escaped(terminalText(tile.node->name)) + "\n" +
-               escaped(TreemapStyle::sizeText(*tile.node)) + "</title>\n");
+    svg.append("<g>\n");
+    writeTitle(svg, tile);
     svg.append("<rect " + placed(tile.rect) + " rx=\"" + decimal(TreemapStyle::cornerRadius) + "\" fill=\"" +
                hexadecimal(fill.color) + "\" fill-opacity=\"" + decimal(fill.opacity) + "\"/>\n");
     svg.append("<rect " + placed(borderLine(tile.rect)) + " rx=\"" +
@@ -136,20 +184,41 @@ void writeTile(std::string &svg, const TreemapTile &tile, std::size_t index) {
                decimal(TreemapStyle::borderOpacity) + "\" stroke-width=\"" +
                decimal(TreemapStyle::borderWidth) + "\"/>\n");
     if (TreemapStyle::hasLabel(tile.rect))
-        writeLabel(svg, tile, index);
+        writeLabel(svg, {tile, index, TreemapStyle::over(TreemapStyle::paper.background, fill)});
     svg.append("</g>\n");
 }
 
-/// The shadow of labels. Blurred thin letters are faint, so a third of full black gives the full shadow.
-void writeShadow(std::string &svg) {
-    const std::string opacity = decimal(TreemapStyle::shadowOpacity);
-    svg.append("<defs><filter id=\"shadow\">"
-               "<feGaussianBlur in=\"SourceAlpha\" stdDeviation=\"0.75\"/>"
-               "<feComponentTransfer><feFuncA type=\"table\" tableValues=\"0 " +
-               opacity + " " + opacity + " " + opacity +
-               "\"/></feComponentTransfer>"
-               "<feMerge><feMergeNode/><feMergeNode in=\"SourceGraphic\"/></feMerge>"
-               "</filter></defs>\n");
+/// The tiles of the usual map, with lines between neighbours of one colour.
+void writePlainTiles(std::string &svg, std::span<const TreemapTile> tiles) {
+    for (std::size_t i = 0; i < tiles.size(); ++i)
+        writeTile(svg, tiles[i], i);
+    for (const TreemapStyle::Separator &one : TreemapStyle::separators(tiles, TreemapStyle::paper))
+        svg.append("<path d=\"M" + decimal(one.line.x) + " " + decimal(one.line.y) + "l" +
+                   decimal(one.line.width) + " " + decimal(one.line.height) + "\" stroke=\"" +
+                   hexadecimal(one.color) + "\" stroke-width=\"" + decimal(TreemapStyle::separatorWidth) +
+                   "\"/>\n");
+}
+
+/// The tiles of a detailed map. Each covers the folder around it, apart from a gap.
+void writeNestedTiles(std::string &svg, std::span<const TreemapTile> tiles) {
+    const std::vector<Color> colors = DetailedStyle::colorsOf(tiles, TreemapStyle::paper);
+    for (std::size_t i = 0; i < tiles.size(); ++i) {
+        const TreemapTile &tile = tiles[i];
+        const WrittenTile written{tile, i, colors[i]};
+        Rect seen = tile.rect;
+        seen.width -= DetailedStyle::gap;
+        seen.height -= DetailedStyle::gap;
+        svg.append("<g>\n");
+        writeTitle(svg, tile);
+        svg.append("<rect " + placed(seen) + " fill=\"" + hexadecimal(colors[i]) + "\"/>\n");
+        if (tile.isOpen())
+            writeLine(svg, written, DetailedTreemap::heading(tile));
+        else if (TreemapStyle::hasLabel(tile.rect))
+            writeLabel(svg, written);
+        else if (DetailedStyle::hasName(tile.rect))
+            writeLine(svg, written, tile.rect);
+        svg.append("</g>\n");
+    }
 }
 
 } // namespace
@@ -163,11 +232,12 @@ std::string treemapSvg(const LaidOutTreemap &treemap) {
                width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + " " + height +
                "\" font-family=\"Inter, -apple-system, system-ui, sans-serif\" font-size=\"" +
                decimal(fontSize) + "\">\n<title>" + escaped(terminalText(treemap.title)) + "</title>\n");
-    writeShadow(svg);
     svg.append("<rect width=\"" + width + "\" height=\"" + height + "\" fill=\"" +
                hexadecimal(TreemapStyle::paper.background) + "\"/>\n");
-    for (std::size_t i = 0; i < treemap.tiles.size(); ++i)
-        writeTile(svg, treemap.tiles[i], i);
+    if (treemap.isDetailed)
+        writeNestedTiles(svg, treemap.tiles);
+    else
+        writePlainTiles(svg, treemap.tiles);
     svg.append("</svg>\n");
     return svg;
 }

@@ -15,6 +15,7 @@ struct LaidOutTreemap {
     std::int64_t width = 0; ///< of the rectangle with the tiles, in points
     std::int64_t height = 0;
     std::span<const TreemapTile> tiles;
+    bool isDetailed = false;
 };
 
 /// A self-contained picture of it (SVG 1.1, UTF-8), in the light colours of the window. Characters of a name

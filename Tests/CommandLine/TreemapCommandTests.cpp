@@ -195,6 +195,34 @@ TEST(TreemapCommand, DrawsSvg) {
     EXPECT_EQ(read(contentOf(file)).tiles.size(), 22U);
 }
 
+TEST(TreemapCommand, LaysOutADetailedMap) {
+    const TemporaryFolder folder;
+    folder.makeFile("folder/sub/inside", 3'000'000);
+    folder.makeFile("folder/other", 2'000'000);
+    folder.makeFile("file", 1'500'000);
+    std::vector<std::string> arguments = {"treemap", folder.path(), "--width=400", "--height=300",
+                                          "--detailed"};
+    const Outcome table = runProgram(arguments);
+    EXPECT_THAT(table.out,
+                ::testing::ContainsRegex("  folder/\n.*    sub/\n.*      inside\n.*    other\n.*  file\n"));
+
+    const Picture picture = drawn(arguments);
+    std::vector<std::string> names;
+    for (const DrawnTile &tile : picture.tiles)
+        names.push_back(tile.name);
+    EXPECT_THAT(names, ElementsAre("folder", "sub", "inside", "other", "file"));
+    EXPECT_THAT(picture.tiles[0].label, ElementsAre("folder", picture.tiles[0].size));
+
+    arguments.push_back("--json");
+    const QJsonArray tiles = tilesOf(arguments);
+    ASSERT_EQ(tiles.size(), 5);
+    EXPECT_EQ(tiles[2]["depth"].toInt(), 2);
+    EXPECT_EQ(tiles[2]["path"].toString().toStdString(), folder.path("folder/sub/inside"));
+
+    arguments.insert(arguments.end(), {"--max-tiles", "3"});
+    EXPECT_EQ(runProgram(arguments).status, 2);
+}
+
 TEST(TreemapCommand, SvgEscapesNamesOfAnyBytes) {
     struct Case {
         std::string name, shown;

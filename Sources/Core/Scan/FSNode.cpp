@@ -75,6 +75,8 @@ void FSNode::subtractFromAncestors() const {
         folder->fileCount -= fileCount;
         folder->rare().removedLogicalSize += logicalSizeLeft();
         folder->rare().removedDirCount += folders;
+        if (folder != parent_) // which keeps the sizes of its other children
+            folder->rare().mayBeOutOfOrder = true;
     }
     findNewestInAncestors(modified, this);
 }
@@ -171,8 +173,10 @@ void FSNode::swapContents(FSNode &other) {
         for (const std::unique_ptr<FSNode> &child : folder->children_)
             child->parent_ = folder;
     const Rare lost = rare_ == nullptr ? Rare() : *rare_;
-    if (rare_ != nullptr)
+    if (rare_ != nullptr) {
         rare_->removedLogicalSize = rare_->removedDirCount = 0;
+        rare_->mayBeOutOfOrder = false;
+    }
     for (FSNode *above = parent_; above != nullptr; above = above->parent_) {
         above->hasLinkedFiles = above->hasLinkedFiles || hasLinkedFiles;
         above->modified = std::max(above->modified, modified);
@@ -180,6 +184,7 @@ void FSNode::swapContents(FSNode &other) {
         above->logicalSize += logicalSize - other.logicalSize;
         above->fileCount += fileCount - other.fileCount;
         above->dirCount += dirCount - other.dirCount;
+        above->rare().mayBeOutOfOrder = true;
         if (above->rare_ != nullptr) {
             above->rare_->removedLogicalSize -= lost.removedLogicalSize;
             above->rare_->removedDirCount -= lost.removedDirCount;
@@ -198,6 +203,8 @@ void FSNode::sortRecursively() {
     while (!waiting.empty()) {
         FSNode *node = waiting.back();
         waiting.pop_back();
+        if (node->rare_ != nullptr)
+            node->rare_->mayBeOutOfOrder = false;
         if (node->children_.size() > 1) // sorting would allocate memory for a single child, too
             std::stable_sort(node->children_.begin(), node->children_.end(),
                              [](const auto &a, const auto &b) { return a->size > b->size; });

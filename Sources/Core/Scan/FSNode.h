@@ -114,12 +114,17 @@ public:
     /// A file's date as `modified` holds it: to the second, from 1970 to 2106; 0 if there is none.
     [[nodiscard]] static std::uint32_t secondsOf(const std::optional<Date> &date);
 
+    /// Whether a removal or another scan below has changed the size of a child since the children were
+    /// sorted.
+    [[nodiscard]] bool mayBeOutOfOrder() const { return rare_ != nullptr && rare_->mayBeOutOfOrder; }
+
 private:
     /// What few nodes have, kept apart because a tree has many nodes.
     struct Rare {
         std::optional<std::string> path = {}; ///< of a node without a parent
         std::int64_t removedLogicalSize = 0;  ///< of removed descendants
         std::int64_t removedDirCount = 0;
+        bool mayBeOutOfOrder = false; ///< of a folder with descendants that have left or were replaced
     };
 
     void findNewestInAncestors(std::uint32_t earlier, const FSNode *leaving) const;

@@ -3,6 +3,7 @@
 #include "Core/Scan/FSNode.h"
 #include "Core/Treemap/Squarify.h"
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -14,6 +15,11 @@ struct TreemapTile {
     Rect rect;
     double fraction; ///< the tile's share of the folder's size, 0 to 1; 0 where the folder is smaller than a
                      ///< byte
+    int depth = 0;   ///< 0 for a child of the folder; more only in a detailed map
+    std::size_t tilesInside = 0; ///< the tiles that follow this one and are drawn inside it
+
+    /// Whether the contents of this folder are drawn, and not only its name.
+    [[nodiscard]] bool isOpen() const { return tilesInside > 0; }
 };
 
 /// The children of one folder in its treemap: the largest as tiles of their own, all others as one tile. Made

@@ -1,7 +1,12 @@
 #include "Core/Treemap/TreemapStyle.h"
 
+#include "Base/Contrast.h"
+
 #include <algorithm>
+#include <cmath>
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 
 namespace brimvale {
 
@@ -15,6 +20,25 @@ constexpr double aggregateOpacity = 0.35; // multiplied with that of a file
 constexpr double labelWidth = 64;
 constexpr double labelHeight = 30;
 
+/// Neighbours share an edge, apart from rounding of their coordinates.
+bool meet(double one, double other) {
+    constexpr double tolerance = 1e-3;
+    return std::abs(one - other) < tolerance;
+}
+
+/// The edge that two tiles share; nothing where they are no neighbours.
+std::optional<Rect> sharedEdge(const Rect &one, const Rect &other) {
+    const double left = std::max(one.x, other.x);
+    const double top = std::max(one.y, other.y);
+    const double width = std::min(one.x + one.width, other.x + other.width) - left;
+    const double height = std::min(one.y + one.height, other.y + other.height) - top;
+    if (height >= 1 && (meet(one.x + one.width, other.x) || meet(other.x + other.width, one.x)))
+        return Rect{left, top, 0, height};
+    if (width >= 1 && (meet(one.y + one.height, other.y) || meet(other.y + other.height, one.y)))
+        return Rect{left, top, width, 0};
+    return std::nullopt;
+}
+
 } // namespace
 
 TreemapStyle::Fill TreemapStyle::fill(const FSNode &node, const Surface &surface) {
@@ -22,6 +46,27 @@ TreemapStyle::Fill TreemapStyle::fill(const FSNode &node, const Surface &surface
     if (node.isAggregate)
         return {surface.secondaryText, opacity * aggregateOpacity};
     return {Palette::color(node.name), opacity};
+}
+
+Color TreemapStyle::over(const Color &background, const Fill &fill) {
+    const auto mix = [&](double below, double above) { return below + (above - below) * fill.opacity; };
+    return {mix(background.red, fill.color.red), mix(background.green, fill.color.green),
+            mix(background.blue, fill.color.blue)};
+}
+
+std::vector<TreemapStyle::Separator> TreemapStyle::separators(std::span<const TreemapTile> tiles,
+                                                              const Surface &surface) {
+    std::vector<Fill> fills;
+    fills.reserve(tiles.size());
+    for (const TreemapTile &tile : tiles)
+        fills.push_back(fill(*tile.node, surface));
+    std::vector<Separator> separators;
+    for (std::size_t i = 0; i < tiles.size(); ++i)
+        for (std::size_t j = i + 1; j < tiles.size(); ++j)
+            if (const auto edge =
+                    fills[i] == fills[j] ? sharedEdge(tiles[i].rect, tiles[j].rect) : std::nullopt)
+                separators.push_back({*edge, Contrast::outlineOf(over(surface.background, fills[i]))});
+    return separators;
 }
 
 bool TreemapStyle::hasLabel(const Rect &tile) {

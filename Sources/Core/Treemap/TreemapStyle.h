@@ -3,8 +3,11 @@
 #include "Core/Scan/FSNode.h"
 #include "Core/Text/Formatting.h"
 #include "Core/Treemap/Squarify.h"
+#include "Core/Treemap/Treemap.h"
 
+#include <span>
 #include <string>
+#include <vector>
 
 namespace brimvale {
 
@@ -18,9 +21,10 @@ inline constexpr double borderWidth = 0.5;
 inline constexpr double borderOpacity = 0.15;
 inline constexpr double selectedBorderWidth = 2;
 
-/// A label is white with a black shadow.
+/// Between neighbours of one colour, where that border would not be seen.
+inline constexpr double separatorWidth = 1;
+
 inline constexpr double labelPadding = 5;
-inline constexpr double shadowOpacity = 0.45;
 
 /// The background of a treemap, and the colour of secondary text on it.
 struct Surface {
@@ -39,8 +43,20 @@ struct Fill {
     friend bool operator==(const Fill &, const Fill &) = default;
 };
 
+/// A line between two tiles, whose rectangle has a width or a height of 0.
+struct Separator {
+    Rect line;
+    Color color;
+};
+
 /// The fill for a node.
 [[nodiscard]] Fill fill(const FSNode &node, const Surface &surface);
+
+/// A fill over an opaque colour. A label on it is black or white, whichever can be read better.
+[[nodiscard]] Color over(const Color &background, const Fill &fill);
+
+/// The lines between neighbours of one colour.
+[[nodiscard]] std::vector<Separator> separators(std::span<const TreemapTile> tiles, const Surface &surface);
 
 /// Whether a tile is large enough for its name and size.
 [[nodiscard]] bool hasLabel(const Rect &tile);

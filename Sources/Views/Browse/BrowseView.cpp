@@ -12,6 +12,7 @@
 #include "Views/Browse/ScanBar.h"
 #include "Views/Browse/ScanMessage.h"
 #include "Views/Browse/SelectionCheck.h"
+#include "Views/Browse/Treemap/TreemapPanel.h"
 #include "Views/Browse/Treemap/TreemapView.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/Metrics.h"
@@ -39,13 +40,6 @@ using namespace Qt::StringLiterals;
 namespace brimvale {
 
 namespace {
-
-/// The node itself or its ancestor that is directly in `folder`; null if it is elsewhere.
-FSNode *childAround(FSNode *node, const FSNode *folder) {
-    while (node != nullptr && node->parent() != folder)
-        node = node->parent();
-    return node;
-}
 
 /// Whether the node is in the tree, and does not only stand for others in the treemap.
 bool isInTree(const FSNode &node) {
@@ -158,10 +152,7 @@ QWidget *BrowseView::makeOutlineSide() {
 
 QWidget *BrowseView::makeTreemapSide() {
     treemap_->setObjectName(QStringLiteral("treemap"));
-    auto *map = new Card(this);
-    auto *mapLayout = new QVBoxLayout(map);
-    mapLayout->setContentsMargins(8, 8, 8, 8);
-    mapLayout->addWidget(treemap_);
+    map_ = new TreemapPanel(*treemap_, this);
     auto *detailCard = new Card(this);
     auto *detailLayout = new QVBoxLayout(detailCard);
     detailLayout->setContentsMargins(0, 0, 0, 0);
@@ -170,7 +161,7 @@ QWidget *BrowseView::makeTreemapSide() {
     auto *layout = new QVBoxLayout(side);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(16);
-    layout->addWidget(map, 1);
+    layout->addWidget(map_, 1);
     layout->addWidget(detailCard);
     side->setMinimumWidth(260);
     return side;
@@ -241,9 +232,13 @@ void BrowseView::focusOnEnclosing() {
     selectNode(left);
 }
 
+QAction *BrowseView::detailedMap() const {
+    return map_->detailedMap();
+}
+
 /// After a selection in the outline, the treemap marks its first node, or the tile that contains it.
 void BrowseView::select(const std::vector<FSNode *> &nodes) {
-    treemap_->setSelection(nodes.empty() ? nullptr : childAround(nodes.front(), focus_));
+    treemap_->setSelection(nodes.empty() ? nullptr : nodes.front());
     if (nodes.empty() && focus_ != nullptr)
         showDetails({focus_}, false);
     else

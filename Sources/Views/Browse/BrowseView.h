@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+class QAction;
 class QLineEdit;
 class QMenu;
 class QStackedLayout;
@@ -22,6 +23,7 @@ class ScanBar;
 class ScanMessage;
 class ScanSession;
 class SelectionCheck;
+class TreemapPanel;
 class TreemapView;
 class Volumes;
 struct CategoryPolicy;
@@ -37,6 +39,9 @@ public:
 
     /// Shows a folder (absolute): in the scanned tree if it is there, otherwise by scanning it.
     void open(const FileURL &folder);
+
+    /// The switch for the detailed map, for a menu.
+    [[nodiscard]] QAction *detailedMap() const;
 
 signals:
     /// The user wants to see the page of a storage category.
@@ -85,6 +90,7 @@ private:
     OutlineModel outlineModel_;
     OutlineView *outline_;
     TreemapView *treemap_;
+    TreemapPanel *map_ = nullptr; ///< around it
     DetailPanel *details_;
     NodeRemoval *removal_;
     SelectionCheck *check_;

@@ -6,6 +6,7 @@
 #include "Core/Scan/OutermostNodes.h"
 #include "Core/Text/Formatting.h"
 #include "Views/Browse/Outline/OutlineColumns.h"
+#include "Views/Browse/SteadyArea.h"
 #include "Views/Components/DestructiveButton.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/Icons.h"
@@ -111,8 +112,7 @@ DetailPanel::DetailPanel(QWidget *parent)
     layout->setSpacing(10);
     layout->addLayout(head);
     layout->addLayout(figures);
-    layout->addWidget(explanation_);
-    layout->addWidget(objection_);
+    layout->addWidget(makeNotes());
     layout->addLayout(actions);
 
     connect(reveal_, &QPushButton::clicked, this, &DetailPanel::revealRequested);
@@ -123,6 +123,19 @@ DetailPanel::DetailPanel(QWidget *parent)
     showRemoval(0, 0, false);
     showObjection({});
     showNodes({});
+}
+
+/// The remarks on the selection, below each other. They must not move the treemap when they appear.
+QWidget *DetailPanel::makeNotes() {
+    constexpr int usualLines = 2;
+    auto *notes = new SteadyArea(usualLines * explanation_->fontMetrics().height(), this);
+    auto *layout = new QVBoxLayout(notes);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(4);
+    layout->addWidget(explanation_);
+    layout->addWidget(objection_);
+    layout->addStretch(1);
+    return notes;
 }
 
 void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {

@@ -52,6 +52,7 @@ protected:
 private:
     enum Figure { allocated, logical, share, files, folders, figureCount };
 
+    [[nodiscard]] QWidget *makeNotes();
     void enableRemoval();
     void showFigures(const std::array<QString, figureCount> &values);
     void drawIcon();

@@ -31,12 +31,13 @@ AccessibleParts::~AccessibleParts() {
 }
 
 QAccessibleInterface *AccessibleParts::child(int index) const {
-    if (index < 0 || index >= childCount())
-        return nullptr;
-    const auto place = static_cast<std::size_t>(index);
-    while (parts_.size() <= place)
+    return index < 0 || index >= childCount() ? nullptr : part(static_cast<std::size_t>(index));
+}
+
+QAccessibleInterface *AccessibleParts::part(std::size_t index) const {
+    while (parts_.size() <= index)
         parts_.push_back(QAccessible::registerAccessibleInterface(makePart(parts_.size())));
-    return QAccessible::accessibleInterface(parts_[place]);
+    return QAccessible::accessibleInterface(parts_[index]);
 }
 
 int AccessibleParts::indexOfChild(const QAccessibleInterface *child) const {

@@ -56,6 +56,9 @@ public:
     [[nodiscard]] QAccessibleInterface *child(int index) const override;
     [[nodiscard]] int indexOfChild(const QAccessibleInterface *child) const override;
 
+    /// The part of this index; every part below it is made too.
+    [[nodiscard]] QAccessibleInterface *part(std::size_t index) const;
+
 protected:
     [[nodiscard]] virtual AccessiblePart *makePart(std::size_t index) const = 0;
 

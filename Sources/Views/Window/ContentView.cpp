@@ -116,6 +116,7 @@ void ContentView::addPages() {
         connect(browse_, &BrowseView::categoryAsked, this, [this](const std::string &id) {
             goTo({Section::Kind::category, id});
         });
+        viewMenu_->addAction(browse_->detailedMap());
         return browse_;
     });
     addPage({Section::Kind::cleanup}, {u"Cleanup"_s, QStringLiteral("sparkles")}, [this] {
@@ -173,7 +174,8 @@ void ContentView::buildMenus() {
     QMenu *editing = addMenu(u"&Edit"_s);
     addUndo(*editing);
     StandardMenus::addEditing(*editing);
-    QMenu *appearance = addMenu(u"&View"_s)->addMenu(u"&Appearance"_s);
+    viewMenu_ = addMenu(u"&View"_s);
+    QMenu *appearance = viewMenu_->addMenu(u"&Appearance"_s);
     appearance->setObjectName(QStringLiteral("appearances"));
     usePaletteOfParent(*appearance);
     StandardMenus::addAppearances(*appearance, [this](Appearance chosen) {

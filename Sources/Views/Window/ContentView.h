@@ -76,6 +76,7 @@ private:
     Updater &updater_;
     Sidebar *sidebar_;
     QStackedWidget *stack_;
+    QMenu *viewMenu_ = nullptr;
     QMenu *goMenu_ = nullptr;
     BrowseView *browse_ = nullptr; ///< null until it is first shown
     std::vector<Page> pages_;

@@ -1,9 +1,12 @@
 #include "Views/Browse/Treemap/TreemapPicture.h"
 
+#include "Core/Treemap/DetailedStyle.h"
 #include "Core/Treemap/TreemapStyle.h"
+#include "Views/Browse/Treemap/TreemapLabels.h"
+#include "Views/Components/Contrast.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
 
-#include <QFontMetricsF>
 #include <QImage>
 #include <QPainterPath>
 #include <QtMath>
@@ -11,33 +14,13 @@
 #include <cmath>
 #include <cstring>
 #include <utility>
+#include <vector>
+
+using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
 namespace {
-
-/// How far the shadow extends beyond a label.
-constexpr qreal shadowReach = 2;
-
-/// The radius of the shadow's blur, in pixels.
-constexpr qreal shadowStep = 0.75;
-static_assert(2 * shadowStep <= shadowReach);
-
-QColor toQColor(const Color &color) {
-    return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
-                            static_cast<float>(color.blue));
-}
-
-Color toColor(const QColor &color) {
-    return {color.redF(), color.greenF(), color.blueF()};
-}
-
-/// A fill over an opaque colour. The result is opaque too, which is much faster to paint.
-QColor over(const Color &background, const TreemapStyle::Fill &fill) {
-    const auto mix = [&](double below, double above) { return below + (above - below) * fill.opacity; };
-    return toQColor({mix(background.red, fill.color.red), mix(background.green, fill.color.green),
-                     mix(background.blue, fill.color.blue)});
-}
 
 /// The pixels of a tile whose edges are moved to the nearest place between two pixels.
 QRect pixelsOf(const Rect &tile, qreal devicePixelRatio) {
@@ -76,117 +59,122 @@ void paintTile(QImage &image, const QRect &tile, const QColor &fill, qreal devic
     }
 }
 
-/// Blurs one byte per pixel in one direction: every pixel also gets a part of the pixels `distance` bytes
-/// away on both sides. The sum grows, because thin letters would otherwise hardly have a shadow. The
-/// outermost pixels must be empty, because beyond the end of a line the next one begins.
-void spread(const QImage &from, QImage &to, qsizetype distance) {
-    constexpr int weight = 154; // of 256
-    const uchar *source = from.constBits();
-    uchar *target = to.bits();
-    const qsizetype end = from.sizeInBytes() - distance;
-    for (qsizetype i = distance; i < end; ++i)
-        target[i] = static_cast<uchar>(
-            std::min(255, source[i] + ((source[i - distance] + source[i + distance]) * weight >> 8)));
+/// Fills a flat tile. At its right and at its bottom, the folder around it shows through.
+void fillFlat(QPainter &painter, const QRect &pixels, const QColor &fill, qreal devicePixelRatio) {
+    const int gap = std::max(1, qRound(DetailedStyle::gap * devicePixelRatio));
+    painter.fillRect(pixels.adjusted(0, 0, -gap, -gap), fill);
 }
 
-/// Draws the black shadow of `letters` (premultiplied, in lines of whole words) below them.
-void addShadow(QImage &letters, int blur) {
-    const QImage shape = letters.convertToFormat(QImage::Format_Alpha8);
-    QImage along = shape.copy();
-    QImage shadow = shape.copy();
-    spread(shape, along, blur);
-    spread(along, shadow, blur * shape.bytesPerLine());
-    constexpr int opacity = static_cast<int>(TreemapStyle::shadowOpacity * 65'536 / 255);
-    const int width = letters.width();
-    for (int y = 0; y < letters.height(); ++y) {
-        const uchar *black = shadow.constScanLine(y);
-        auto *pixel = reinterpret_cast<QRgb *>(letters.scanLine(y));
-        for (int x = 0; x < width; ++x) {
-            const int uncovered = 255 - qAlpha(pixel[x]);
-            pixel[x] += static_cast<QRgb>(black[x] * uncovered * opacity >> 16) << 24;
-        }
+/// Paints one picture on an image.
+class Painting {
+public:
+    Painting(QImage &image, const TreemapPicture::Subject &subject, const Theme &theme,
+             qreal devicePixelRatio)
+        : image_(image), subject_(subject), surface_{toColor(theme.card), toColor(theme.secondaryText)},
+          devicePixelRatio_(devicePixelRatio), remarks_(theme.secondaryText) {}
+
+    void paintTiles();
+    void paintDetails();
+    void writeLabels(Qt::LayoutDirection direction) const;
+
+private:
+    [[nodiscard]] bool standsBack(const TreemapTile &tile) const {
+        return subject_.isHighlighted && !tile.isOpen() && !subject_.isHighlighted(*tile.node);
+    }
+    void paintSeparators();
+    void writeLabel(TreemapLabels &labels, const TreemapTile &tile, const QColor &color) const;
+    void writeRemarks(TreemapLabels &labels) const;
+
+    QImage &image_;
+    const TreemapPicture::Subject &subject_;
+    const TreemapStyle::Surface surface_;
+    const qreal devicePixelRatio_;
+    const QColor remarks_;
+    std::vector<Color> colors_; ///< of the tiles
+};
+
+void Painting::paintTiles() {
+    for (const TreemapTile &tile : subject_.tiles) {
+        const Color fill = TreemapStyle::over(surface_.background, TreemapStyle::fill(*tile.node, surface_));
+        colors_.push_back(standsBack(tile) ? DetailedStyle::dimmed(fill, surface_.background) : fill);
+        paintTile(image_, pixelsOf(tile.rect, devicePixelRatio_), toQColor(colors_.back()),
+                  devicePixelRatio_);
+    }
+    paintSeparators();
+}
+
+/// The lines between tiles of one colour, which begin at the pixels of their edges.
+void Painting::paintSeparators() {
+    QPainter painter(&image_);
+    const int width = std::max(1, qRound(TreemapStyle::separatorWidth * devicePixelRatio_));
+    for (const TreemapStyle::Separator &one : TreemapStyle::separators(subject_.tiles, surface_)) {
+        const QRect line = pixelsOf(one.line, devicePixelRatio_);
+        painter.fillRect(QRect(line.topLeft(), line.size().expandedTo({width, width})), toQColor(one.color));
     }
 }
 
-/// Draws the labels of one picture, with a painter in pixels.
-class LabelPainter {
-public:
-    LabelPainter(QPainter &painter, qreal devicePixelRatio)
-        : painter_(painter), devicePixelRatio_(devicePixelRatio) {}
-
-    void draw(const FSNode &node, const Rect &tile);
-
-private:
-    struct Lines {
-        QString name;
-        QString size;
-    };
-
-    [[nodiscard]] QImage picture(const QSizeF &size, const Lines &lines) const;
-
-    QPainter &painter_;
-    const qreal devicePixelRatio_;
-    const QFont nameFont_ = Type::font(Type::Size::caption, QFont::Medium);
-    const QFont sizeFont_ = Type::font(Type::Size::caption);
-    const QFontMetricsF nameMetrics_{nameFont_};
-    const QFontMetricsF sizeMetrics_{sizeFont_};
-};
-
-void LabelPainter::draw(const FSNode &node, const Rect &tile) {
-    const Rect area = TreemapStyle::labelArea(tile, nameMetrics_.height() + sizeMetrics_.height());
-    const QString size = QString::fromStdString(TreemapStyle::sizeText(node));
-    const Lines lines{nameMetrics_.elidedText(displayedName(node), Qt::ElideMiddle, area.width),
-                      sizeMetrics_.elidedText(size, Qt::ElideRight, area.width)};
-    const double width =
-        std::min(area.width, std::ceil(std::max(nameMetrics_.horizontalAdvance(lines.name),
-                                                sizeMetrics_.horizontalAdvance(lines.size))));
-    const bool isMirrored = painter_.layoutDirection() == Qt::RightToLeft;
-    const QPointF start(isMirrored ? area.x + area.width - width : area.x, area.y);
-    const QPointF corner = (start - QPointF(shadowReach, shadowReach)) * devicePixelRatio_;
-    painter_.drawImage(corner.toPoint(), picture({width, area.height}, lines));
+void Painting::paintDetails() {
+    colors_ = DetailedStyle::colorsOf(subject_.tiles, surface_);
+    QPainter painter(&image_);
+    std::vector<std::size_t> open;
+    for (std::size_t i = 0; i < subject_.tiles.size(); ++i) {
+        const TreemapTile &tile = subject_.tiles[i];
+        open.resize(static_cast<std::size_t>(tile.depth));
+        if (standsBack(tile))
+            colors_[i] =
+                DetailedStyle::dimmed(colors_[i], open.empty() ? surface_.background : colors_[open.back()]);
+        fillFlat(painter, pixelsOf(tile.rect, devicePixelRatio_), toQColor(colors_[i]), devicePixelRatio_);
+        open.push_back(i);
+    }
 }
 
-/// Two lines in white with their shadow, which extends them by `shadowReach` on every side.
-QImage LabelPainter::picture(const QSizeF &size, const Lines &lines) const {
-    const QSizeF whole = size + QSizeF(2 * shadowReach, 2 * shadowReach);
-    const int width = qCeil(whole.width() * devicePixelRatio_);
-    QImage picture((width + 3) / 4 * 4, qCeil(whole.height() * devicePixelRatio_),
-                   QImage::Format_ARGB32_Premultiplied);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
+void Painting::writeLabels(Qt::LayoutDirection direction) const {
+    QPainter painter(&image_);
     painter.scale(devicePixelRatio_, devicePixelRatio_);
-    painter.setLayoutDirection(painter_.layoutDirection());
-    painter.setPen(Qt::white);
-    const QRectF area(QPointF(shadowReach, shadowReach), size);
-    // Some scripts are higher than the lines, and the blur must not reach the edge.
-    painter.setClipRect(area.adjusted(-shadowStep, -shadowStep, shadowStep, shadowStep));
-    constexpr int line = Qt::TextSingleLine | Qt::TextDontClip;
-    painter.setFont(nameFont_);
-    painter.drawText(area, Qt::AlignLeft | Qt::AlignTop | line, lines.name);
-    painter.setFont(sizeFont_);
-    painter.drawText(area, Qt::AlignLeft | Qt::AlignBottom | line, lines.size);
-    painter.end();
-    addShadow(picture, std::max(1, qRound(shadowStep * devicePixelRatio_)));
-    return picture;
+    painter.setLayoutDirection(direction);
+    TreemapLabels labels(painter);
+    for (std::size_t i = 0; i < subject_.tiles.size(); ++i)
+        writeLabel(labels, subject_.tiles[i], toQColor(Contrast::readableOn(colors_[i])));
+    writeRemarks(labels);
+}
+
+void Painting::writeLabel(TreemapLabels &labels, const TreemapTile &tile, const QColor &color) const {
+    if (tile.isOpen()) {
+        const Rect heading = DetailedTreemap::heading(tile);
+        labels.writeLine(
+            heading, displayedName(*tile.node),
+            DetailedStyle::hasSize(heading) ? text(TreemapStyle::sizeText(*tile.node)) : QString(), color);
+    } else if (TreemapStyle::hasLabel(tile.rect)) {
+        labels.writeTwoLines(tile.rect, displayedName(*tile.node), text(TreemapStyle::sizeText(*tile.node)),
+                             color);
+    } else if (subject_.isDetailed && DetailedStyle::hasName(tile.rect)) {
+        labels.writeLine(tile.rect, displayedName(*tile.node), {}, color);
+    }
+}
+
+/// Tells how many items are too small for a tile.
+void Painting::writeRemarks(TreemapLabels &labels) const {
+    for (const DetailedTreemap::SmallerItems &one : subject_.smaller)
+        if (DetailedStyle::hasName(one.rect)) {
+            const QColor color = one.folder == DetailedTreemap::wholeMap
+                                     ? remarks_
+                                     : toQColor(Contrast::readableOn(colors_[one.folder]));
+            labels.writeRemark(one.rect, u"%1 smaller items"_s.arg(text(Fmt::count(one.count))), color);
+        }
 }
 
 } // namespace
 
-QPixmap TreemapPicture::of(std::span<const TreemapTile> tiles, QSize size, const Theme &theme,
-                           qreal devicePixelRatio, Qt::LayoutDirection direction) {
+QPixmap TreemapPicture::of(const Subject &subject, QSize size, const Theme &theme, qreal devicePixelRatio,
+                           Qt::LayoutDirection direction) {
     QImage image((QSizeF(size) * devicePixelRatio).toSize(), QImage::Format_RGB32);
     image.fill(theme.card);
-    const TreemapStyle::Surface surface = {toColor(theme.card), toColor(theme.secondaryText)};
-    for (const TreemapTile &tile : tiles)
-        paintTile(image, pixelsOf(tile.rect, devicePixelRatio),
-                  over(surface.background, TreemapStyle::fill(*tile.node, surface)), devicePixelRatio);
-    QPainter painter(&image);
-    painter.setLayoutDirection(direction);
-    LabelPainter labels(painter, devicePixelRatio);
-    for (const TreemapTile &tile : tiles)
-        if (TreemapStyle::hasLabel(tile.rect))
-            labels.draw(*tile.node, tile.rect);
-    painter.end();
+    Painting painting(image, subject, theme, devicePixelRatio);
+    if (subject.isDetailed)
+        painting.paintDetails();
+    else
+        painting.paintTiles();
+    painting.writeLabels(direction);
     QPixmap picture = QPixmap::fromImage(std::move(image));
     picture.setDevicePixelRatio(devicePixelRatio);
     return picture;

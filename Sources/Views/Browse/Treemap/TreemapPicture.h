@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Treemap/DetailedTreemap.h"
 #include "Core/Treemap/Treemap.h"
 #include "Views/Components/Theme.h"
 
@@ -7,6 +8,7 @@
 #include <QPixmap>
 #include <QRectF>
 #include <QSize>
+#include <functional>
 #include <span>
 
 namespace brimvale {
@@ -15,10 +17,18 @@ namespace brimvale {
 /// any device pixel ratio.
 namespace TreemapPicture {
 
-/// The picture of `tiles` in a rectangle of `size` points at the origin. Labels are at the start of lines in
+/// What is drawn. With `isHighlighted`, closed tiles of other nodes stand back.
+struct Subject {
+    std::span<const TreemapTile> tiles;
+    bool isDetailed = false;
+    std::span<const DetailedTreemap::SmallerItems> smaller = {}; ///< of a detailed map
+    std::function<bool(const FSNode &)> isHighlighted = {};
+};
+
+/// The picture in a rectangle of `size` points at the origin. Labels are at the start of lines in
 /// `direction`.
-[[nodiscard]] QPixmap of(std::span<const TreemapTile> tiles, QSize size, const Theme &theme,
-                         qreal devicePixelRatio, Qt::LayoutDirection direction);
+[[nodiscard]] QPixmap of(const Subject &subject, QSize size, const Theme &theme, qreal devicePixelRatio,
+                         Qt::LayoutDirection direction);
 
 /// The drawn rectangle of a tile: each edge moves to the nearest place between two pixels.
 [[nodiscard]] QRectF drawnRect(const Rect &tile, qreal devicePixelRatio);

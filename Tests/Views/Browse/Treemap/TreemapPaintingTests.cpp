@@ -1,5 +1,6 @@
 #include "Core/Text/Formatting.h"
 #include "Views/Browse/Treemap/ShownTreemap.h"
+#include "Views/Components/Contrast.h"
 #include "Views/Components/Theme.h"
 
 #include <QApplication>
@@ -168,19 +169,47 @@ TEST(TreemapPainting, LabelsTilesThatAreLargeEnough) {
             view.resize(size);
             view.setNode(folder.get());
             const QImage picture = pictureOf(view, ratio);
-            QRect white;
+            const QColor fill = mixed(Theme::current().card, paletteColor(folder->children()[0]->name), 0.85);
+            const QColor ink = readableTextOn(fill);
+            const double most = Contrast::between(toColor(ink), toColor(fill));
+            EXPECT_GE(most, Contrast::leastForText);
+            QRect label;
             for (int y = 0; y < picture.height(); ++y)
                 for (int x = 0; x < picture.width(); ++x)
-                    if (picture.pixelColor(x, y).lightness() > 245)
-                        white |= QRect(x, y, 1, 1);
-            EXPECT_EQ(!white.isNull(), isLabelled) << size.width() << " at " << ratio;
+                    if (const QColor pixel = picture.pixelColor(x, y);
+                        (pixel.lightness() > fill.lightness()) == (ink.lightness() > fill.lightness()) &&
+                        Contrast::between(toColor(pixel), toColor(fill)) > most * 0.7)
+                        label |= QRect(x, y, 1, 1);
+            EXPECT_EQ(!label.isNull(), isLabelled) << size.width() << " at " << ratio;
             if (!isLabelled)
                 continue;
             // With the padding left and right, two lines high, and inside the tile even where it is low.
-            const QRectF label(QPointF(white.topLeft()) / ratio, QSizeF(white.size()) / ratio);
-            EXPECT_TRUE(QRectF(4, 1, size.width() - 8, std::min(size.height() - 2, 39)).contains(label));
-            EXPECT_GT(label.height(), 18);
+            const QRectF place(QPointF(label.topLeft()) / ratio, QSizeF(label.size()) / ratio);
+            EXPECT_TRUE(QRectF(4, 1, size.width() - 8, std::min(size.height() - 2, 39)).contains(place));
+            EXPECT_GT(place.height(), 18);
         }
+}
+
+TEST(TreemapPainting, DrawsALineBetweenNeighboursOfOneColour) {
+    const std::shared_ptr<FSNode> folder = makeRoot();
+    add(*folder, "same.bin", 300'000'000);
+    add(*folder, "same.bin", 300'000'000);
+    for (const bool isDark : {false, true}) {
+        const ApplicationColours appearance(isDark);
+        ShownTreemap map(folder.get());
+        const QRect left = map.view.tileArea(0);
+        const QColor fill = mixed(Theme::current().card, paletteColor("same.bin"), 0.55);
+        for (const qreal ratio : {1.0, 1.5, 2.0}) {
+            const QImage picture = pictureOf(map.view, ratio);
+            double most = 1;
+            for (int x = -2; x <= 2; ++x) {
+                const QColor pixel =
+                    picture.pixelColor(qRound((left.right() + 1) * ratio) + x, picture.height() - 60);
+                most = std::max(most, Contrast::between(toColor(pixel), toColor(fill)));
+            }
+            EXPECT_GE(most, Contrast::leastForMarks - 0.1) << isDark << " at " << ratio;
+        }
+    }
 }
 
 TEST(TreemapPainting, RepaintsTwoTilesWhenTheSelectionChanges) {

@@ -1,0 +1,65 @@
+#include "Views/Browse/Treemap/TreemapPanel.h"
+
+#include "Views/Browse/Treemap/TreemapView.h"
+#include "Views/Components/ElidedLabel.h"
+#include "Views/Components/Icons.h"
+#include "Views/Components/Metrics.h"
+#include "Views/Components/Theme.h"
+
+#include <QAction>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace brimvale {
+
+TreemapPanel::TreemapPanel(TreemapView &map, QWidget *parent)
+    : Card(parent), map_(map),
+      hovered_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
+      detailedMap_(new QAction(u"Detailed Map"_s, this)) {
+    hovered_->setObjectName(QStringLiteral("hovered"));
+    detailedMap_->setObjectName(QStringLiteral("detailedMap"));
+    detailedMap_->setCheckable(true);
+    detailedMap_->setToolTip(u"Also shows what is inside the folders"_s);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(8, 8, 8, 8);
+    layout->setSpacing(8);
+    layout->addWidget(makeHead());
+    layout->addWidget(&map_, 1);
+    connect(detailedMap_, &QAction::toggled, &map_, &TreemapView::setDetailed);
+    connect(&map_, &TreemapView::hovered, hovered_, &ElidedLabel::setText);
+    drawIcon();
+}
+
+QWidget *TreemapPanel::makeHead() {
+    auto *head = new QWidget(this);
+    auto *layout = new QHBoxLayout(head);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    auto *detailed = new QToolButton(head);
+    detailed->setObjectName(QStringLiteral("detailedMapButton"));
+    detailed->setDefaultAction(detailedMap_);
+    detailed->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    detailed->setIconSize({Metrics::iconSize, Metrics::iconSize});
+    detailed->setAutoRaise(true);
+    detailed->setFocusPolicy(Qt::TabFocus);
+    layout->addWidget(hovered_, 1);
+    layout->addWidget(detailed);
+    return head;
+}
+
+void TreemapPanel::changeEvent(QEvent *event) {
+    Card::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        drawIcon();
+}
+
+void TreemapPanel::drawIcon() {
+    detailedMap_->setIcon(
+        Icons::icon(QStringLiteral("layout-grid"), Theme::current().text, Metrics::iconSize));
+}
+
+} // namespace brimvale
