@@ -1,11 +1,10 @@
 #include "Catalogs/Linux/AppNames.h"
 
-#include "Base/Text.h"
+#include "Base/KeyFile.h"
 #include "Platform/FileContents.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <string_view>
+#include <utility>
 
 namespace brimvale::linuxCatalog {
 
@@ -20,20 +19,6 @@ constexpr const char *desktopEntryFolders[] = {"$DATA/applications",
                                                "/usr/share/applications",
                                                "/var/lib/snapd/desktop/applications"};
 
-/// The name in the first group of a desktop entry, untranslated; empty if there is none.
-std::string nameInDesktopEntry(std::string_view entry) {
-    bool isInGroup = false;
-    while (!entry.empty()) {
-        const std::string_view line = entry.substr(0, entry.find('\n'));
-        if (line.starts_with('['))
-            isInGroup = trimmed(line) == "[Desktop Entry]";
-        else if (isInGroup && line.starts_with("Name="))
-            return std::string(trimmed(line.substr(5)));
-        entry.remove_prefix(std::min(line.size() + 1, entry.size()));
-    }
-    return "";
-}
-
 } // namespace
 
 std::string AppNames::of(const std::string &id) {
@@ -44,7 +29,8 @@ std::string AppNames::of(const std::string &id) {
     for (const std::string &file : {id + ".desktop", id + "_" + id + ".desktop"})
         for (const char *folder : desktopEntryFolders)
             for (const std::string &path : places_.pathsOf(std::string(folder) + "/" + file)) {
-                std::string name = nameInDesktopEntry(contentsOfFile(path, desktopEntryLimit).value_or(""));
+                const KeyFile entry(contentsOfFile(path, desktopEntryLimit).value_or(""));
+                std::string name = entry.text("Desktop Entry", "Name");
                 if (!name.empty())
                     return known->second = std::move(name);
             }

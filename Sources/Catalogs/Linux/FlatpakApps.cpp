@@ -3,11 +3,12 @@
 #include "Catalogs/Linux/CleanupRecords.h"
 #include "Catalogs/Linux/FlatpakInstallations.h"
 
-#include "Base/Text.h"
+#include "Base/KeyFile.h"
 #include "Platform/FileContents.h"
 #include "Platform/Folder.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -20,17 +21,6 @@ constexpr std::size_t flatpakFileLimit = 1'048'576; // bytes
 
 using Names = std::set<std::string, std::less<>>;
 using Installations = std::vector<FlatpakInstallation>;
-
-/// Calls `use` with each line of a settings file, without white space at its ends.
-template<class Use>
-void forEachLine(const std::string &path, Use use) {
-    const std::string text = contentsOfFile(path, flatpakFileLimit).value_or("");
-    for (std::string_view rest = text; !rest.empty();) {
-        const std::string_view line = rest.substr(0, rest.find('\n'));
-        use(trimmed(line));
-        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
-    }
-}
 
 std::vector<std::string> namesInside(const std::string &folder) {
     return namesIn(folder).value_or(std::vector<std::string>());
@@ -64,13 +54,15 @@ struct NeededRuntimes {
 
 /// Adds what a file "metadata" names.
 void addNeeds(const std::string &metadata, NeededRuntimes &needed) {
-    forEachLine(metadata, [&](std::string_view line) {
-        constexpr std::string_view extension = "[Extension ";
-        if (line.starts_with("runtime=") || line.starts_with("sdk="))
-            needed.runtimes.emplace(line.substr(line.find('=') + 1));
-        else if (line.starts_with(extension) && line.ends_with(']'))
-            needed.extensions.emplace(line.substr(extension.size(), line.size() - extension.size() - 1));
-    });
+    constexpr std::string_view extension = "Extension ";
+    const KeyFile file(contentsOfFile(metadata, flatpakFileLimit).value_or(""));
+    for (const std::string &group : file.groups()) {
+        for (const char *key : {"runtime", "sdk"})
+            if (const std::optional<std::string_view> runtime = file.raw(group, key))
+                needed.runtimes.emplace(*runtime);
+        if (group.starts_with(extension))
+            needed.extensions.emplace(group.substr(extension.size()));
+    }
 }
 
 bool isNeeded(const std::string &id, const std::string &runtime, const NeededRuntimes &needed) {

@@ -1,6 +1,6 @@
 #include "Catalogs/Linux/FlatpakInstallations.h"
 
-#include "Base/Text.h"
+#include "Base/KeyFile.h"
 #include "Platform/FileContents.h"
 
 #include <algorithm>
@@ -24,21 +24,15 @@ void addInstallation(std::vector<FlatpakInstallation> &installations, FlatpakIns
 /// Adds the installations in a file: each has its name in the heading of its group.
 void addInstallationsIn(const std::string &file, const Places &places,
                         std::vector<FlatpakInstallation> &installations) {
-    constexpr std::string_view heading = "[Installation \"", pathKey = "Path=/";
-    const std::string text = contentsOfFile(file, installationFileLimit).value_or("");
-    std::string option;
-    for (std::string_view rest = text; !rest.empty();) {
-        const std::size_t end = std::min(rest.find('\n'), rest.size());
-        const std::string_view line = trimmed(rest.substr(0, end));
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-        if (line.starts_with(heading)) {
-            const std::string_view name = line.substr(heading.size());
-            option = "--installation=" + std::string(name.substr(0, name.find('"')));
-        } else if (line.starts_with(pathKey) && !option.empty()) {
+    constexpr std::string_view heading = "Installation \"";
+    const KeyFile settings(contentsOfFile(file, installationFileLimit).value_or(""));
+    for (const std::string &group : settings.groups())
+        if (const std::string path = settings.text(group, "Path");
+            group.starts_with(heading) && path.starts_with('/')) {
+            const std::string name = group.substr(heading.size());
             addInstallation(installations,
-                            {places.placed(std::string(line.substr(pathKey.size() - 1))), option});
+                            {places.placed(path), "--installation=" + name.substr(0, name.find('"'))});
         }
-    }
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "Core/Apps/Linux/DesktopEntry.h"
 
-#include "Core/Apps/Linux/KeyFile.h"
+#include "Base/KeyFile.h"
 
 #include <algorithm>
 #include <utility>

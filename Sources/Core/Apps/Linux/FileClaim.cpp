@@ -1,8 +1,8 @@
 #include "Core/Apps/Linux/FileClaim.h"
 
+#include "Base/KeyFile.h"
 #include "Core/Apps/Linux/DesktopEntry.h"
 #include "Core/Apps/Linux/EntrySearch.h"
-#include "Core/Apps/Linux/KeyFile.h"
 #include "Platform/FileContents.h"
 #include "Platform/FileReader.h"
 #include "Platform/Folder.h"

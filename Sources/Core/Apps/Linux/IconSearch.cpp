@@ -1,7 +1,7 @@
 #include "Core/Apps/Linux/IconSearch.h"
 
 #include "Base/FileURL.h"
-#include "Core/Apps/Linux/KeyFile.h"
+#include "Base/KeyFile.h"
 #include "Platform/FileAccess.h"
 #include "Platform/FileContents.h"
 #include "Platform/Folder.h"

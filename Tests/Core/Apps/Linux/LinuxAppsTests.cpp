@@ -1,9 +1,9 @@
 #include "Core/Apps/Linux/LinuxApps.h"
 
+#include "Base/KeyFile.h"
 #include "Catalogs/Catalog.h"
 #include "Core/Apps/AppInventory.h"
 #include "Core/Apps/Linux/AppFinders.h"
-#include "Core/Apps/Linux/KeyFile.h"
 #include "Core/Apps/Linux/Packages.h"
 #include "Core/Apps/Linux/RunningPrograms.h"
 #include "Core/Apps/RunningApp.h"

@@ -1,11 +1,11 @@
-#include "Core/Apps/Linux/KeyFile.h"
+#include "Base/KeyFile.h"
 
 #include "Base/Text.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace brimvale::linuxApps {
+namespace brimvale {
 
 namespace {
 
@@ -76,4 +76,11 @@ std::vector<std::string> KeyFile::list(std::string_view group, std::string_view 
     return texts;
 }
 
-} // namespace brimvale::linuxApps
+std::vector<std::string> KeyFile::groups() const {
+    std::vector<std::string> names;
+    for (const auto &[name, keys] : groups_)
+        names.push_back(name);
+    return names;
+}
+
+} // namespace brimvale

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace brimvale::linuxApps {
+namespace brimvale {
 
 /// A file of groups with lines "key=value", as desktop entries and Flatpak's metadata are. Lines that are
 /// neither are left out.
@@ -22,10 +22,12 @@ public:
     [[nodiscard]] bool isTrue(std::string_view group, std::string_view key) const;
     /// The texts of a list with semicolons; those that are empty are left out.
     [[nodiscard]] std::vector<std::string> list(std::string_view group, std::string_view key) const;
+    /// The names of all groups, each once.
+    [[nodiscard]] std::vector<std::string> groups() const;
 
 private:
     using Group = std::map<std::string, std::string, std::less<>>;
     std::map<std::string, Group, std::less<>> groups_;
 };
 
-} // namespace brimvale::linuxApps
+} // namespace brimvale
