@@ -5,6 +5,7 @@
 #include "Platform/FileReader.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Folder.h"
+#include "Platform/Processes.h"
 
 #include <algorithm>
 #include <charconv>
@@ -17,10 +18,6 @@ namespace {
 
 constexpr std::size_t processFileLimit = 1'048'576; // bytes; a command line may be long
 constexpr std::size_t lockFileLimit = 64;           // bytes; a number
-
-bool isProcessNumber(std::string_view name) {
-    return !name.empty() && name.find_first_not_of("0123456789") == std::string_view::npos;
-}
 
 std::string_view afterLast(std::string_view text, char mark) {
     return text.substr(text.rfind(mark) + 1);
@@ -35,13 +32,11 @@ std::string_view numberAtEnd(std::string_view text) {
 } // namespace
 
 RunningPrograms::RunningPrograms(const Host &host, bool knowsOpenFiles) : processes_(host.placeOf("/proc")) {
-    for (const std::string &name : namesIn(processes_).value_or(std::vector<std::string>()))
-        if (isProcessNumber(name)) {
-            const std::string process = joinPath(processes_, name);
-            addProcess(process);
-            if (knowsOpenFiles)
-                addOpenFiles(process);
-        }
+    for (const std::string &process : processesIn(processes_)) {
+        addProcess(process);
+        if (knowsOpenFiles)
+            addOpenFiles(process);
+    }
     addLocks(contentsOfFile(joinPath(processes_, "locks"), processFileLimit).value_or(""));
 }
 

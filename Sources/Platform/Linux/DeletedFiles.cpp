@@ -8,6 +8,7 @@
 #include "Platform/FileStatus.h"
 #include "Platform/FileSystem.h"
 #include "Platform/Folder.h"
+#include "Platform/Processes.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -25,10 +26,6 @@ namespace {
 constexpr std::size_t longestProcessFile = 65'536; // of those read here, in bytes
 
 constexpr std::size_t longestKernelName = 15; // of a process; longer ones are cut
-
-bool isNumber(std::string_view name) {
-    return name.find_first_not_of("0123456789") == std::string_view::npos;
-}
 
 /// The name of a process, as its program file has it where the kernel has cut it.
 std::string programName(const std::string &process) {
@@ -102,10 +99,8 @@ private:
 
 DeletedFiles deletedFilesOn(const std::string &volume) {
     Search search(volume);
-    Folder processes = Folder::at("/proc", Folder::Links::refuse);
-    while (const char *name = processes.isOpen() ? processes.nextName() : nullptr)
-        if (isNumber(name))
-            search.lookInto(std::string("/proc/") + name);
+    for (const std::string &process : processesIn("/proc"))
+        search.lookInto(process);
     return search.found();
 }
 

@@ -1,13 +1,14 @@
 #include "Platform/RunningApps.h"
 
 #include "Platform/Bundle.h"
-#include "Platform/Folder.h"
+#include "Platform/FileReader.h"
+#include "Platform/Processes.h"
 
 #include <algorithm>
-#include <filesystem>
+#include <optional>
 #include <string_view>
-#include <system_error>
 #include <unordered_set>
+#include <utility>
 
 namespace brimvale {
 
@@ -24,16 +25,9 @@ void addParentBundles(std::string_view file, std::unordered_set<std::string> &bu
 /// The files of running programs. Those whose path this user may not read are missing.
 std::unordered_set<std::string> runningPrograms() {
     std::unordered_set<std::string> programs;
-    Folder processes = Folder::at("/proc", Folder::Links::follow);
-    while (const char *name = processes.nextName()) {
-        if (std::string_view(name).find_first_not_of("0123456789") != std::string_view::npos)
-            continue;
-        std::error_code error;
-        const std::filesystem::path program =
-            std::filesystem::read_symlink(std::string("/proc/") + name + "/exe", error);
-        if (!error)
-            programs.insert(program.native());
-    }
+    for (const std::string &process : processesIn("/proc"))
+        if (std::optional<std::string> program = linkTarget(process + "/exe"))
+            programs.insert(*std::move(program));
     return programs;
 }
 

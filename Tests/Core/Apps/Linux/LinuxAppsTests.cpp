@@ -4,8 +4,8 @@
 #include "Catalogs/Catalog.h"
 #include "Core/Apps/AppInventory.h"
 #include "Core/Apps/Linux/AppFinders.h"
+#include "Core/Apps/Linux/AppProcesses.h"
 #include "Core/Apps/Linux/Packages.h"
-#include "Core/Apps/Linux/RunningPrograms.h"
 #include "Core/Apps/RunningApp.h"
 #include "Support/EnvironmentVariable.h"
 #include "Support/SampleDesktop.h"
@@ -212,7 +212,7 @@ TEST(LinuxApps, ReadsWhenTheyWereLastUsed) {
     EXPECT_EQ(used("Office"), "never");
 }
 
-TEST(RunningPrograms, AreKnownByGroupFileAndImage) {
+TEST(AppProcesses, AreKnownByGroupFileAndImage) {
     EXPECT_EQ(applicationOfGroup("app-gnome-org.example.App-1234.scope"), "org.example.App");
     EXPECT_EQ(applicationOfGroup("app-flatpak-org.example.App-99.scope"), "org.example.App");
     EXPECT_EQ(applicationOfGroup("app-KDE-code\\x2doss@autostart.service"), "code-oss");

@@ -1,11 +1,11 @@
-#include "Core/Apps/Linux/RunningPrograms.h"
+#include "Core/Apps/Linux/AppProcesses.h"
 
 #include "Platform/FileContents.h"
 #include "Platform/FileReader.h"
-#include "Platform/Folder.h"
+#include "Platform/Processes.h"
 
 #include <algorithm>
-#include <vector>
+#include <utility>
 
 namespace brimvale::linuxApps {
 
@@ -34,30 +34,34 @@ bool isAmong(const std::string &text, const std::vector<std::string> &texts) {
     return std::find(texts.begin(), texts.end(), text) != texts.end();
 }
 
-bool isInGroupOf(const std::string &process, const InstalledApp &app) {
+/// The applications that the control groups of a process are for.
+std::vector<std::string> applicationsOf(const std::string &process) {
+    std::vector<std::string> applications;
     const std::string groups = contentsOfFile(joinPath(process, "cgroup"), mostProcessBytes).value_or("");
     for (std::size_t at = 0; at < groups.size();) {
         const std::size_t end = std::min(groups.find('\n', at), groups.size());
         const std::string line = groups.substr(at, end - at);
         at = end + 1;
-        const std::string id = applicationOfGroup(line.substr(line.rfind('/') + 1));
-        if (!id.empty() && (id == app.bundleID || isAmong(id, app.names.identifiers)))
-            return true;
+        if (std::string id = applicationOfGroup(line.substr(line.rfind('/') + 1)); !id.empty())
+            applications.push_back(std::move(id));
     }
-    return false;
+    return applications;
 }
 
-/// Whether the process runs a file of the application. Programs of packages may start others of the same name
+bool isIdentifierOf(const std::string &id, const InstalledApp &app) {
+    return id == app.bundleID || isAmong(id, app.names.identifiers);
+}
+
+/// Whether a program file belongs to the application. Programs of packages may start others of the same name
 /// in another folder.
-bool runsFileOf(const std::string &process, const InstalledApp &app) {
-    const std::optional<std::string> file = linkTarget(joinPath(process, "exe"));
-    if (!file || !file->starts_with('/'))
+bool isProgramOf(const std::string &program, const InstalledApp &app) {
+    if (!program.starts_with('/'))
         return false;
     const bool isOwn = app.kind == AppKind::byHand || app.kind == AppKind::appImage;
-    if ((isOwn && isAtOrUnder(*file, app.url.path())) || isAmong(*file, app.names.files))
+    if ((isOwn && isAtOrUnder(program, app.url.path())) || isAmong(program, app.names.files))
         return true;
     return app.kind == AppKind::package &&
-           isAmong(std::string(FileURL(*file).fileName()), app.names.programs);
+           isAmong(std::string(FileURL(program).fileName()), app.names.programs);
 }
 
 /// An AppImage runs from a folder of its own that is mounted for it; its path is in the environment.
@@ -88,16 +92,18 @@ std::string applicationOfGroup(std::string_view group) {
     return "";
 }
 
-bool isRunningIn(const std::string &processes, const InstalledApp &app) {
-    for (const std::string &name : namesIn(processes).value_or(std::vector<std::string>())) {
-        if (name.find_first_not_of(digits) != std::string::npos)
-            continue;
-        const std::string process = joinPath(processes, name);
-        if (isInGroupOf(process, app) || runsFileOf(process, app) ||
-            (app.kind == AppKind::appImage && isOfImage(process, app)))
-            return true;
-    }
-    return false;
+AppProcesses::AppProcesses(const std::string &folder) {
+    for (const std::string &process : processesIn(folder))
+        processes_.push_back(
+            {process, applicationsOf(process), linkTarget(joinPath(process, "exe")).value_or("")});
+}
+
+bool AppProcesses::haveOneOf(const InstalledApp &app) const {
+    return std::any_of(processes_.begin(), processes_.end(), [&](const Process &one) {
+        return std::any_of(one.applications.begin(), one.applications.end(),
+                           [&](const std::string &id) { return isIdentifierOf(id, app); }) ||
+               isProgramOf(one.program, app) || (app.kind == AppKind::appImage && isOfImage(one.folder, app));
+    });
 }
 
 } // namespace brimvale::linuxApps
