@@ -42,8 +42,8 @@ struct Catalog {
     LeftoverRules (*leftoverRules)(const Host &host);
     /// Nothing on systems where all applications are bundles.
     std::optional<DesktopPlaces> (*desktopPlaces)(const Host &host);
-    /// For applications of `desktopPlaces`.
-    DesktopLeftoverRules (*desktopLeftoverRules)(const Host &host);
+    /// For applications of `desktopPlaces`. Null where there are none.
+    DesktopLeftoverRules (*desktopLeftoverRules)(const Host &host) = nullptr;
 
     /// The places where data collects that programs create again by themselves, in the order shown; not yet
     /// measured.

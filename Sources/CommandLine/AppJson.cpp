@@ -8,6 +8,14 @@ namespace brimvale::commandLine {
 
 namespace {
 
+void writeTexts(JsonWriter &json, const char *name, const std::vector<std::string> &texts) {
+    json.key(name);
+    json.beginArray();
+    for (const std::string &text : texts)
+        json.value(text);
+    json.end();
+}
+
 /// Writes each way of removal with what it needs.
 struct RemovalJson {
     JsonWriter &json;
@@ -20,15 +28,13 @@ struct RemovalJson {
     void operator()(const RemovedByCommand &way) const {
         json.member("way", "command");
         json.member("program", way.program);
-        json.key("arguments");
-        json.beginArray();
-        for (const std::string &argument : way.arguments)
-            json.value(argument);
-        json.end();
+        writeTexts(json, "arguments", way.arguments);
     }
     void operator()(const RemovedInTerminal &way) const {
         json.member("way", "terminal");
         json.member("command", way.command);
+        if (!way.softwareLink.empty())
+            json.member("link", way.softwareLink);
     }
     void operator()(const RemovedElsewhere &way) const {
         json.member("way", "program");
@@ -37,10 +43,11 @@ struct RemovalJson {
 };
 
 /// What only applications have that are no bundles.
-void writeInstallation(JsonWriter &json, const InstalledApp &app) {
+void writeInstallation(JsonWriter &json, const InstalledApp &app, bool isRunning) {
     json.member("kind", identifier(app.kind));
     json.member("origin", app.origin);
     json.member("knownSize", app.knownSize);
+    json.member("isRunning", isRunning);
     if (!app.iconPath.empty())
         json.path("icon", app.iconPath);
     json.key("removal");
@@ -49,7 +56,7 @@ void writeInstallation(JsonWriter &json, const InstalledApp &app) {
     json.end();
 }
 
-void writeApp(JsonWriter &json, const InstalledApp &app) {
+void writeApp(JsonWriter &json, const InstalledApp &app, bool isRunning) {
     json.beginObject();
     json.path("url", app.url.path());
     json.member("name", app.name);
@@ -59,16 +66,16 @@ void writeApp(JsonWriter &json, const InstalledApp &app) {
     json.member("isMASApp", app.isMASApp);
     json.member("lastUsed", app.lastUsed ? std::optional(iso8601(*app.lastUsed)) : std::nullopt);
     if (app.kind != AppKind::bundle)
-        writeInstallation(json, app);
+        writeInstallation(json, app, isRunning);
     json.end();
 }
 
 } // namespace
 
-void writeAppRow(JsonWriter &json, const AppRow &row) {
+void writeAppRow(JsonWriter &json, const AppRow &row, bool isRunning) {
     json.beginObject();
     json.key("app");
-    writeApp(json, row.app);
+    writeApp(json, row.app, isRunning);
     json.member("bundleSize", row.bundleSize);
     json.key("leftovers");
     writeLeftovers(json, row.leftovers);
@@ -90,6 +97,7 @@ void writeLeftovers(JsonWriter &json, const std::vector<LeftoverItem> &items) {
         if (!item.reason.empty()) {
             json.member("reason", item.reason);
             json.member("isCareful", item.isCareful);
+            writeTexts(json, "alsoClaimedBy", item.alsoClaimedBy);
         }
         json.end();
     }

@@ -9,8 +9,9 @@
 
 namespace brimvale::commandLine {
 
-/// Writes the records of applications as JSON objects with their members by name.
-void writeAppRow(JsonWriter &json, const AppRow &row);
+/// Writes the records of applications as JSON objects with their members by name. Whether it is running is
+/// only told of applications that are no bundles.
+void writeAppRow(JsonWriter &json, const AppRow &row, bool isRunning);
 void writeLeftovers(JsonWriter &json, const std::vector<LeftoverItem> &items);
 
 } // namespace brimvale::commandLine

@@ -7,10 +7,12 @@
 #include "CommandLine/TextTable.h"
 #include "Core/Apps/AppAnalysis.h"
 #include "Core/Apps/AppInventory.h"
+#include "Core/Apps/RunningApp.h"
 #include "Core/Text/Formatting.h"
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,10 +26,14 @@ constexpr std::array appsOptions = {
     Option{.name = "--analyze", .help = "Measure each one and its leftovers."},
 };
 
-void analyze(std::vector<AppRow> &rows, const StopFlag &cancelled) {
+std::vector<InstalledApp> appsOf(const std::vector<AppRow> &rows) {
     std::vector<InstalledApp> apps;
     for (const AppRow &row : rows)
         apps.push_back(row.app);
+    return apps;
+}
+
+void analyze(std::vector<AppRow> &rows, const StopFlag &cancelled) {
     const auto use = [&](AppFigures figures) {
         const auto row = std::find_if(rows.begin(), rows.end(),
                                       [&](const AppRow &one) { return one.app.url == figures.url; });
@@ -35,7 +41,7 @@ void analyze(std::vector<AppRow> &rows, const StopFlag &cancelled) {
         row->leftovers = std::move(figures.leftovers);
         row->analyzed = true;
     };
-    AppAnalysis::analyze(apps, use, cancelled);
+    AppAnalysis::analyze(appsOf(rows), use, cancelled);
 }
 
 std::string leftoversSize(const AppRow &row) {
@@ -75,6 +81,15 @@ void writeApps(Output &output, const std::vector<AppRow> &rows, bool hasSizes) {
     table.write(output);
 }
 
+void writeAppsAsJson(Output &output, const std::vector<AppRow> &rows) {
+    const std::vector<bool> running = areRunning(appsOf(rows));
+    JsonWriter json(output);
+    json.beginArray();
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        writeAppRow(json, rows[i], running[i]);
+    json.end();
+}
+
 ExitStatus runApps(const Arguments &arguments, Output &output) {
     const StopFlag cancelled;
     const Interruption interruption(cancelled);
@@ -85,11 +100,7 @@ ExitStatus runApps(const Arguments &arguments, Output &output) {
         analyze(rows, cancelled);
 
     if (arguments.has("--json")) {
-        JsonWriter json(output);
-        json.beginArray();
-        for (const AppRow &row : rows)
-            writeAppRow(json, row);
-        json.end();
+        writeAppsAsJson(output, rows);
     } else {
         writeApps(output, rows, arguments.has("--analyze"));
     }
@@ -106,7 +117,8 @@ constinit const Command appsCommand = {
     .summary = "Lists the installed applications.",
     .help =
         "\nThese are the applications that a user starts from the desktop, wherever they come from. Without\n"
-        "--analyze sizes are 0 and leftovers are not looked for.\n",
+        "--analyze sizes are 0 and leftovers are not looked for. With --json each one also says how it is\n"
+        "removed, and whether it is running.\n",
     .run = runApps,
 };
 

@@ -25,6 +25,18 @@ constexpr std::array leftoversOptions = {
     Option{.name = "--orphans", .help = "Find files that no installed application claims (Linux)."},
 };
 
+/// The path, and in brackets what to know before it is removed.
+std::string pathWithMarks(const LeftoverItem &item) {
+    std::string text = terminalText(item.url.path());
+    if (item.requiresAdmin)
+        text += "  [administrator]";
+    if (item.isCareful)
+        text += "  [careful]";
+    for (const std::string &name : item.alsoClaimedBy)
+        text.append("  [also ").append(terminalText(name)).append("]");
+    return text;
+}
+
 void writeLeftovers(Output &output, const std::vector<LeftoverItem> &items, MatchConfidence confidence) {
     const bool hasReasons = std::any_of(items.begin(), items.end(),
                                         [](const LeftoverItem &item) { return !item.reason.empty(); });
@@ -41,8 +53,7 @@ void writeLeftovers(Output &output, const std::vector<LeftoverItem> &items, Matc
         std::vector<std::string> cells = {Fmt::byteFormatter(item.size), terminalText(item.category)};
         if (hasReasons)
             cells.push_back(item.reason);
-        cells.push_back(terminalText(item.url.path()) + (item.requiresAdmin ? "  [administrator]" : "") +
-                        (item.isCareful ? "  [careful]" : ""));
+        cells.push_back(pathWithMarks(item));
         table.add(std::move(cells));
         isEmpty = false;
         isVague = isVague || item.isVague;
@@ -73,7 +84,7 @@ void writeOrphans(Output &output, const std::vector<Orphan> &orphans) {
     TextTable table({TextTable::sizeColumn("SIZE"), {"LAST CHANGE"}, {"CATEGORY"}, {"EVIDENCE"}, {"PATH"}});
     for (const auto &[item, lastChange] : orphans)
         table.add({Fmt::byteFormatter(item.size), Fmt::relativeDate(lastChange), item.category, item.reason,
-                   terminalText(item.url.path()) + (item.isCareful ? "  [careful]" : "")});
+                   pathWithMarks(item)});
     table.write(output);
 }
 
@@ -96,18 +107,20 @@ void writeOrphans(JsonWriter &json, const std::vector<Orphan> &orphans) {
 ExitStatus runOrphans(const Arguments &arguments, Output &output) {
     if (!arguments.operands().empty())
         return refuseUsage("\"--orphans\" takes no application", &leftoversCommand);
-    if (Host::currentSystem() != System::linux) {
+    if (!hasOrphanSearch()) {
         printError("files of applications that are gone are only looked for on Linux");
         return ExitStatus::failed;
     }
     const StopFlag cancelled;
     const Interruption interruption(cancelled);
-    const std::vector<Orphan> orphans = findOrphans(cancelled);
+    const Orphans orphans = findOrphans(cancelled);
+    for (const std::string &folder : orphans.unreadFolders)
+        printError(terminalText(folder) + " cannot be read, so what is in it is missing");
     if (arguments.has("--json")) {
         JsonWriter json(output);
-        writeOrphans(json, orphans);
+        writeOrphans(json, orphans.found);
     } else {
-        writeOrphans(output, orphans);
+        writeOrphans(output, orphans.found);
     }
     return cancelled.isSet() ? endInterrupted(output) : ExitStatus::done;
 }
@@ -144,7 +157,7 @@ constinit const Command leftoversCommand = {
         "\nAPP is the identifier of an installed application, the name of its package or snap, or its "
         "path as\n"
         "\"apps\" shows it. What is marked [administrator] can only be removed as one. What is marked\n"
-        "[careful] may hold what you have made.\n"
+        "[careful] may hold what you have made. [also NAME] is another installed application with a claim.\n"
         "\n"
         "--orphans takes no APP. It looks in your folders of settings, data and caches, and leaves out what\n"
         "programs share and what has the name of a command. All it finds is only likely.\n",

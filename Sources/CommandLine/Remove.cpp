@@ -1,6 +1,7 @@
 #include "CommandLine/Commands.h"
 
 #include "Catalogs/Words.h"
+#include "CommandLine/CategoryWarnings.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/PathOperands.h"
 #include "CommandLine/Question.h"
@@ -12,7 +13,6 @@
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Removal/Remover.h"
 #include "Core/Scan/DiskScanner.h"
-#include "Core/Storage/CategoryPolicies.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Text/Formatting.h"
 
@@ -22,7 +22,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
-#include <utility>
 #include <variant>
 #include <vector>
 
@@ -65,22 +64,11 @@ std::vector<CleanupEntry> measureOperands(const RemovalOperands &operands, Route
     return entries;
 }
 
-/// What the storage categories say about the admitted items, each with its path.
-std::vector<RemovalResult::Failure> warningsOn(const RemovalOperands &operands) {
-    const CategoryPolicies policies;
-    std::vector<RemovalResult::Failure> warnings;
-    for (const FileURL &url : operands.admitted)
-        if (const std::optional<CategoryPolicy> policy = policies.of(url))
-            warnings.push_back({url, policy->title + ": " + policy->warning});
-    return warnings;
-}
-
-/// Leaves these items out of the operands, and changes the warnings to the reasons for that.
-void refuse(std::vector<RemovalResult::Failure> &warnings, RemovalOperands &operands) {
-    for (RemovalResult::Failure &warning : warnings) {
-        std::erase(operands.admitted, warning.url);
-        std::erase_if(operands.items, [&](const CleanupEntry &item) { return item.url == warning.url; });
-        warning.reason += " Use --anyway to remove it.";
+/// Leaves these items out of the operands.
+void leaveOut(const std::vector<RemovalResult::Failure> &items, RemovalOperands &operands) {
+    for (const RemovalResult::Failure &one : items) {
+        std::erase(operands.admitted, one.url);
+        std::erase_if(operands.items, [&](const CleanupEntry &item) { return item.url == one.url; });
     }
 }
 
@@ -136,12 +124,12 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
     auto operands = RemovalOperands::from(std::get<std::vector<std::string>>(given));
     if (!operands)
         return ExitStatus::failed;
-    std::vector<RemovalResult::Failure> warnings = warningsOn(*operands);
-    if (!arguments.has("--anyway"))
-        refuse(warnings, *operands);
+    std::vector<RemovalResult::Failure> refusals;
+    if (arguments.has("--anyway"))
+        printWarnings(categoryWarnings(operands->admitted));
     else
-        for (const RemovalResult::Failure &warning : std::exchange(warnings, {}))
-            printError(terminalText(RemovalReport::failureLine(warning)));
+        refusals = asRefusals(categoryWarnings(operands->admitted));
+    leaveOut(refusals, *operands);
 
     const Route route = routeIn(arguments);
     const bool isJson = arguments.has("--json");
@@ -158,7 +146,7 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
 
     const Interruption interruption(progress.cancelled);
     RemovalResult result = removeBy(route, entries, progress);
-    result.failed.insert(result.failed.end(), warnings.begin(), warnings.end());
+    result.failed.insert(result.failed.end(), refusals.begin(), refusals.end());
     reportRemoval(output, result, isJson);
     return endRemoval(output, result, progress);
 }

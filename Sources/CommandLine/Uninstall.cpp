@@ -2,6 +2,7 @@
 
 #include "CommandLine/AppJson.h"
 #include "CommandLine/AppOperand.h"
+#include "CommandLine/CategoryWarnings.h"
 #include "CommandLine/Commands.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/Question.h"
@@ -31,12 +32,15 @@ constexpr std::array uninstallOptions = {
     Option{.name = "--delete", .help = "Delete files for good instead of moving them to the Trash."},
     Option{.name = "--dry-run", .help = "Only show what would be removed, and how."},
     Option{.name = "--yes", .help = "Do not ask."},
+    Option{.name = "--anyway", .help = "Also remove leftovers that a storage category protects."},
 };
 
 /// What an uninstallation would do.
 struct Plan {
     AppRow row; ///< with only the leftovers that go with it
-    std::vector<RemovalResult::Failure> refused;
+    std::vector<RemovalResult::Failure> refused = {};
+    std::vector<RemovalResult::Failure> warnings = {}; ///< of storage categories, about some of the leftovers
+    std::vector<RemovalResult::Failure> kept = {};     ///< leftovers that stay for such a warning
     bool isRunning = false;
 
     [[nodiscard]] bool isPossible() const { return Uninstall::isRemovedHere(row.app); }
@@ -48,28 +52,47 @@ struct Plan {
 
 /// Whether a leftover goes without having been looked at.
 bool isSafe(const LeftoverItem &item) {
-    return item.confidence == MatchConfidence::exact && !item.isVague && !item.isCareful;
+    return item.confidence == MatchConfidence::exact && Uninstall::isPlain(item);
 }
 
 Plan planFor(const InstalledApp &app, bool includesLeftovers, const StopFlag &cancelled) {
     const Interruption interruption(cancelled);
-    Plan plan{.row = {.app = app, .leftovers = {}}, .refused = {}, .isRunning = isRunning(app)};
+    Plan plan{.row = {.app = app, .leftovers = {}}, .isRunning = isRunning(app)};
     AppAnalysis::analyze(
         {app},
         [&](AppFigures figures) {
             plan.row.bundleSize = figures.bundleSize;
             plan.row.bundleHasLinkedFiles = figures.bundleHasLinkedFiles;
             plan.row.analyzed = true;
-            if (includesLeftovers)
-                for (LeftoverItem &item : figures.leftovers)
-                    if (isSafe(item))
-                        plan.row.leftovers.push_back(std::move(item));
+            for (LeftoverItem &item : figures.leftovers)
+                if (isSafe(item) && (includesLeftovers || item.goesWithApp))
+                    plan.row.leftovers.push_back(std::move(item));
         },
         cancelled);
+    return plan;
+}
+
+/// Finds out which leftovers storage categories protect, and leaves them out unless `removesThem`.
+void heedCategories(Plan &plan, bool removesThem) {
+    std::vector<LeftoverItem> &leftovers = plan.row.leftovers;
+    std::vector<FileURL> urls;
+    for (const LeftoverItem &item : leftovers)
+        urls.push_back(item.url);
+    std::vector<RemovalResult::Failure> warnings = categoryWarnings(urls);
+    if (removesThem) {
+        plan.warnings = std::move(warnings);
+        return;
+    }
+    for (const RemovalResult::Failure &warning : warnings)
+        std::erase_if(leftovers, [&](const LeftoverItem &item) { return item.url == warning.url; });
+    plan.kept = asRefusals(std::move(warnings));
+}
+
+/// Finds out what the guards refuse of all that is left in the plan.
+void askGuards(Plan &plan) {
     for (const CleanupEntry &entry : Uninstall::entries(plan.row, plan.row.leftovers, true))
         if (const std::optional<std::string> reason = Remover::check(entry.url))
             plan.refused.push_back({entry.url, *reason});
-    return plan;
 }
 
 void writePlan(Output &output, const Plan &plan) {
@@ -78,8 +101,13 @@ void writePlan(Output &output, const Plan &plan) {
     if (!plan.isPossible()) {
         if (const std::string command = Uninstall::commandFor(app); !app.isSystemApp && !command.empty())
             output.write("    " + terminalText(command) + "\n");
+        if (const std::string link = Uninstall::softwareLinkFor(app); !link.empty())
+            output.write("    xdg-open " + link + "\n");
         return;
     }
+    if (const std::string uninstaller = Uninstall::uninstallerOf(app); !uninstaller.empty())
+        output.write("It has its own uninstaller, which is better to use: " + terminalText(uninstaller) +
+                     "\n");
     TextTable table({TextTable::sizeColumn("SIZE"), {"PATH"}});
     for (const CleanupEntry &entry : Uninstall::entries(plan.row, plan.row.leftovers, true))
         table.add({Fmt::byteFormatter(entry.size), terminalText(entry.url.path())});
@@ -94,12 +122,14 @@ void writePlan(Output &output, const Plan &plan) {
 void writePlan(JsonWriter &json, const Plan &plan) {
     json.beginObject();
     json.key("application");
-    writeAppRow(json, plan.row);
+    writeAppRow(json, plan.row, plan.isRunning);
     json.member("isPossible", plan.isPossible());
     json.member("isRunning", plan.isRunning);
     json.member("explanation", plan.sentence());
     json.member("command", Uninstall::commandFor(plan.row.app));
     writeReasons(json, "refused", plan.refused);
+    writeReasons(json, "warnings", plan.warnings);
+    writeReasons(json, "kept", plan.kept);
     json.end();
 }
 
@@ -159,9 +189,13 @@ ExitStatus runUninstall(const Arguments &arguments, Output &output) {
         return ExitStatus::failed;
     const bool isJson = arguments.has("--json");
     const StopFlag cancelled;
-    const Plan plan = planFor(*app, arguments.has("--with-leftovers"), cancelled);
+    Plan plan = planFor(*app, arguments.has("--with-leftovers"), cancelled);
     if (cancelled.isSet())
         return endUnbegunRemoval(output, isJson, ExitStatus::interrupted);
+    heedCategories(plan, arguments.has("--anyway"));
+    askGuards(plan);
+    printWarnings(plan.warnings);
+    printWarnings(plan.kept);
     if (isDryRun || !plan.isPossible()) {
         showPlan(output, plan, isJson);
         return plan.isPossible() && plan.refused.empty() ? ExitStatus::done : ExitStatus::failed;
@@ -179,15 +213,17 @@ constinit const Command uninstallCommand = {
     .options = uninstallOptions,
     .summary = "Removes an installed application.",
     .help =
-        "\nAPP is named as for \"leftovers\". An application that is one file or folder goes to the Trash.\n"
+        "\nAPP is named as for \"leftovers\". An application that is one file or folder goes to the Trash, "
+        "with\n"
+        "its desktop entry and its icons.\n"
         "A Flatpak or snap is removed by the program that installed it, which asks for the rights that it\n"
         "needs. For a package of the distribution the command is printed and nothing is removed; then the\n"
         "exit status is 1.\n"
         "\n"
         "Asks first; where there is no terminal to ask on, --yes is needed. With --yes an application that\n"
         "is running is kept. --with-leftovers leaves out what \"leftovers\" marks [careful] or is not sure\n"
-        "about. What \"check\" refuses is never removed. What needs an administrator is listed, for\n"
-        "\"remove --as-admin\".\n",
+        "about, and without --anyway what a storage category protects, such as mail. What \"check\" refuses\n"
+        "is never removed. What needs an administrator is listed, for \"remove --as-admin\".\n",
     .run = runUninstall,
 };
 

@@ -86,6 +86,7 @@ TEST(Apps, OfLinuxHaveAKindAndAWayOfRemoval) {
     const SampleDesktop desktop;
     makeSampleDesktop(desktop);
     desktop.makeFile("home/user/.var/app/org.example.Maps/data/x", 50'000);
+    desktop.writeFile("proc/10/cgroup", "0::/user.slice/app-flatpak-org.example.Maps-7.scope\n");
     const auto run = [&](const std::vector<std::string> &arguments) {
         return runProgramOnLinux(desktop.path(), arguments, inHome(desktop.path("home/user")));
     };
@@ -94,6 +95,7 @@ TEST(Apps, OfLinuxHaveAKindAndAWayOfRemoval) {
     EXPECT_EQ(maps["bundleSize"], 345'678'901);
     EXPECT_EQ(maps["app"]["kind"], "flatpak");
     EXPECT_EQ(maps["app"]["origin"], "flathub");
+    EXPECT_EQ(maps["app"]["isRunning"], true);
     EXPECT_EQ(maps["app"]["removal"].toObject(),
               (QJsonObject{{"way", "command"},
                            {"program", "flatpak"},
@@ -102,6 +104,7 @@ TEST(Apps, OfLinuxHaveAKindAndAWayOfRemoval) {
     EXPECT_EQ(leftover["reason"], "Flatpak data folder");
     EXPECT_EQ(leftover["isCareful"], false);
     const QJsonObject editor = rowOf(rows, desktop.path("home/user/editor"));
+    EXPECT_EQ(editor["app"]["isRunning"], false);
     EXPECT_EQ(editor["app"]["removal"]["uninstaller"].toString().toStdString(),
               desktop.path("home/user/editor/uninstall.sh"));
 
@@ -110,6 +113,25 @@ TEST(Apps, OfLinuxHaveAKindAndAWayOfRemoval) {
          {std::string("org.example.Maps"), desktop.path("var/lib/flatpak/app/org.example.Maps")})
         EXPECT_THAT(run({"leftovers", app}).out, HasSubstr("Sandbox data  Flatpak data folder  "));
     EXPECT_EQ(run({"leftovers", "example-viewer"}).out, "No other files of this app found.\n");
+}
+
+TEST(Leftovers, NameTheOtherApplicationsThatClaimThem) {
+    const SampleDesktop desktop;
+    for (const char *id : {"firefox", "firefox-esr"}) {
+        desktop.makeProgram(std::string("usr/bin/") + id);
+        desktop.makeEntry(std::string("usr/share/applications/") + id + ".desktop", id, id);
+    }
+    desktop.makeFile("home/user/.mozilla/firefox/profile/x", 10);
+    const auto run = [&](std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"leftovers", "firefox"});
+        return runProgramOnLinux(desktop.path(), arguments, inHome(desktop.path("home/user")));
+    };
+    EXPECT_THAT(run({}).out, HasSubstr("/.mozilla/firefox  [careful]  [also firefox-esr]\n"));
+    const QJsonArray rows = arrayIn(run({"--json"}));
+    ASSERT_EQ(rows.size(), 1);
+    EXPECT_EQ(rows[0]["confidence"], "likely");
+    EXPECT_EQ(rows[0]["isCareful"], true);
+    EXPECT_EQ(rows[0]["alsoClaimedBy"].toArray(), QJsonArray{"firefox-esr"});
 }
 
 TEST(Leftovers, AcceptsBundlePathOrBundleID) {

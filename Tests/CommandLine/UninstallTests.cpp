@@ -83,6 +83,23 @@ TEST_F(Uninstalling, LetsFlatpakRemoveAnAppAndThenRemovesItsFiles) {
     EXPECT_EQ(run({"org.example.Maps", "--dry-run"}).status, 1) << "it is not installed any more";
 }
 
+TEST_F(Uninstalling, KeepsWhatAStorageCategoryProtectsUnlessTold) {
+    desktop.installFlatpak("var/lib/flatpak", "org.mozilla.Thunderbird", "Thunderbird");
+    desktop.makeFile("home/user/.var/app/org.mozilla.Thunderbird/.thunderbird/abc/Mail/x", 50'000);
+    makeManager("flatpak", "rm -r '" + desktop.path("var/lib/flatpak/app/") + "'\"$4\"");
+    const std::string mail = desktop.path("home/user/.var/app/org.mozilla.Thunderbird");
+    const std::string warning = "it is the only copy";
+    const Outcome plan = run({"org.mozilla.Thunderbird", "--with-leftovers", "--dry-run", "--json"});
+    EXPECT_EQ(plan.status, 0) << plan.err;
+    EXPECT_EQ(jsonIn(plan)["application"]["leftovers"].toArray().size(), 0);
+    EXPECT_EQ(jsonIn(plan)["kept"][0]["url"].toString().toStdString(), mail);
+    EXPECT_THAT(plan.err, AllOf(HasSubstr(mail), HasSubstr(warning), HasSubstr(" Use --anyway")));
+    const Outcome all = run({"org.mozilla.Thunderbird", "--with-leftovers", "--anyway", "--delete", "--yes"});
+    EXPECT_EQ(all.status, 0) << all.err;
+    EXPECT_THAT(all.err, AllOf(HasSubstr(mail), HasSubstr(warning), Not(HasSubstr("--anyway"))));
+    EXPECT_FALSE(exists(mail));
+}
+
 TEST_F(Uninstalling, KeepsTheFilesOfAnAppThatStays) {
     const std::string hint = " In a terminal it may work with: flatpak uninstall --system org.example.Maps";
     struct Case {
@@ -135,14 +152,23 @@ TEST_F(Uninstalling, CountsWhatASnapTakesWithIt) {
 TEST_F(Uninstalling, PrintsTheCommandForAPackage) {
     const Outcome outcome = run({"example-viewer", "--yes"});
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.out,
-              "Viewer: It belongs to the package example-viewer. Remove it in the software center, "
-              "or with this command:\n    sudo apt remove example-viewer\n");
+    EXPECT_EQ(outcome.out, "Viewer: It belongs to the package example-viewer. Remove it with this command:\n"
+                           "    sudo apt remove example-viewer\n");
     const QJsonDocument json = jsonIn(run({"example-viewer", "--json", "--dry-run"}));
     EXPECT_EQ(json["isPossible"], false);
     EXPECT_EQ(json["command"], "sudo apt remove example-viewer");
     EXPECT_EQ(json["application"]["app"]["name"], "Viewer");
     EXPECT_TRUE(exists(desktop.path("usr/bin/viewer")));
+
+    desktop.makeProgram("usr/bin/store");
+    desktop.makeEntry("usr/share/applications/store.desktop", "Store", "store %U",
+                      "MimeType=x-scheme-handler/appstream;\n");
+    desktop.writeFile("usr/share/metainfo/viewer.xml", "<component><id>org.example.Viewer</id></component>");
+    EXPECT_THAT(run({"example-viewer", "--yes"}).out,
+                HasSubstr("Remove it in the software center, or with this command:\n"
+                          "    sudo apt remove example-viewer\n    xdg-open appstream:org.example.Viewer\n"));
+    EXPECT_EQ(jsonIn(run({"example-viewer", "--json", "--dry-run"}))["application"]["app"]["removal"]["link"],
+              "appstream:org.example.Viewer");
 }
 
 TEST_F(Uninstalling, RemovesAnAppImageWithItsEntry) {
@@ -152,11 +178,19 @@ TEST_F(Uninstalling, RemovesAnAppImageWithItsEntry) {
     desktop.makeFile("home/user/.config/painter/x", 10); // likely only
     EXPECT_EQ(run({image, "--delete"}).status, 2) << "there is nobody to ask";
     EXPECT_TRUE(exists(image));
-    const Outcome outcome = run({image, "--delete", "--yes", "--with-leftovers"});
+    desktop.makeFile("home/user/.config/appimagekit_abc-painter/x", 10); // surely, but no part of the app
+    EXPECT_EQ(jsonIn(run({image, "--dry-run", "--with-leftovers", "--json"}))["application"]["leftovers"]
+                  .toArray()
+                  .size(),
+              2);
+    const Outcome outcome = run({image, "--delete", "--yes"});
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_FALSE(exists(image));
     EXPECT_FALSE(exists(entry));
     EXPECT_TRUE(exists(desktop.path("home/user/.config/painter/x")));
+    EXPECT_TRUE(exists(desktop.path("home/user/.config/appimagekit_abc-painter/x")));
+    EXPECT_THAT(run({desktop.path("home/user/editor"), "--dry-run"}).out,
+                HasSubstr("better to use: " + desktop.path("home/user/editor/uninstall.sh") + "\n"));
     EXPECT_THAT(run({"nothing", "--yes"}).err, HasSubstr("neither an application nor"));
 }
 

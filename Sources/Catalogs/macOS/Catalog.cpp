@@ -73,7 +73,6 @@ const Catalog &catalog() {
         .appRoots = appRoots,
         .leftoverRules = leftoverRules,
         .desktopPlaces = [](const Host & /*host*/) { return std::optional<DesktopPlaces>(); },
-        .desktopLeftoverRules = [](const Host & /*host*/) { return DesktopLeftoverRules(); },
         .cleanupTargets = cleanupTargets,
         .storageCategories = storageCategories,
         .systemDataRoots = systemDataRoots,

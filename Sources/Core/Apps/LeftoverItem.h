@@ -42,6 +42,10 @@ struct LeftoverItem {
     bool hasLinkedFiles = false; ///< files with several names
     std::string reason = {};     ///< why it was found, where each item has its own: "same name"
     bool isCareful = false;      ///< what people make may be inside: mail, saved games, keys
+    /// Of no use without the application, of which it is a part: its desktop entry, its icon.
+    bool goesWithApp = false;
+    /// The names of other installed applications with a claim, where the search knows all applications.
+    std::vector<std::string> alsoClaimedBy = {};
 
     friend bool operator==(const LeftoverItem &, const LeftoverItem &) = default;
 };

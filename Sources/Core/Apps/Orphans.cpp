@@ -1,9 +1,12 @@
 #include "Core/Apps/Orphans.h"
 
+#include "Base/Bytes.h"
 #include "Catalogs/Catalog.h"
 #include "Core/Apps/AppInventory.h"
 #include "Core/Apps/Linux/ClaimedFiles.h"
 #include "Core/Scan/DiskScanner.h"
+#include "Core/Text/Formatting.h"
+#include "Platform/FileAccess.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Folder.h"
 
@@ -48,26 +51,54 @@ std::optional<Orphan> orphanAt(const linuxApps::FileClaim &claim, const ScanOpti
                   lastChangeOf(claim.path, *status)};
 }
 
+/// The folders of settings, data and caches that are there but cannot be listed.
+std::vector<std::string> unreadFoldersOf(const DesktopPlaces &places) {
+    std::vector<std::string> unread;
+    for (const std::vector<std::string> *folders :
+         {&places.config, &places.cache, &places.ownData, &places.state})
+        for (const std::string &folder : *folders)
+            if (itemExists(folder) && !canListContents(folder))
+                unread.push_back(folder);
+    return unread;
+}
+
 } // namespace
 
-std::vector<Orphan> findOrphans(const StopFlag &cancelled, const Host &host) {
+bool hasOrphanSearch(const Host &host) {
+    return catalogOf(host.system).desktopLeftoverRules != nullptr;
+}
+
+Orphans findOrphans(const StopFlag &cancelled, const Host &host) {
     const Catalog &catalog = catalogOf(host.system);
-    std::optional<DesktopPlaces> places = catalog.desktopPlaces(host);
+    const std::optional<DesktopPlaces> places = catalog.desktopPlaces(host);
     if (!places)
         return {};
-    const linuxApps::ClaimedFiles files(*std::move(places), catalog.desktopLeftoverRules(host),
+    const linuxApps::ClaimedFiles files(*places, catalog.desktopLeftoverRules(host),
                                         AppInventory::scan(true, host));
     const ScanOptions measuring;
-    std::vector<Orphan> orphans;
+    Orphans orphans{.found = {}, .unreadFolders = unreadFoldersOf(*places)};
     for (const linuxApps::FileClaim &claim : files.unclaimed()) {
         if (cancelled.isSet())
             break;
         if (std::optional<Orphan> orphan = orphanAt(claim, measuring, cancelled))
-            orphans.push_back(*std::move(orphan));
+            orphans.found.push_back(*std::move(orphan));
     }
+    sortOrphans(orphans.found);
+    return orphans;
+}
+
+void sortOrphans(std::vector<Orphan> &orphans) {
     std::stable_sort(orphans.begin(), orphans.end(),
                      [](const Orphan &a, const Orphan &b) { return a.item.size > b.item.size; });
-    return orphans;
+}
+
+std::string orphanConfirmation(const std::vector<LeftoverItem> &items) {
+    std::int64_t size = 0;
+    for (const LeftoverItem &item : items)
+        size = checkedAdd(size, item.size);
+    std::string text = "This removes " + Fmt::count(static_cast<std::int64_t>(items.size()));
+    text.append(items.size() == 1 ? " item" : " items");
+    return text.append(" that no installed app claims, freeing about ").append(Fmt::byteFormatter(size));
 }
 
 } // namespace brimvale

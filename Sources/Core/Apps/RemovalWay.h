@@ -23,7 +23,8 @@ struct RemovedByCommand {
 
 /// The user removes it with a command in a terminal, or in the program for software.
 struct RemovedInTerminal {
-    std::string command; ///< empty where the package manager is not known
+    std::string command;           ///< empty where the package manager is not known
+    std::string softwareLink = {}; ///< shows it in that program; empty where none opens such links
 
     friend bool operator==(const RemovedInTerminal &, const RemovedInTerminal &) = default;
 };

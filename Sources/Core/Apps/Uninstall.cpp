@@ -24,6 +24,11 @@ std::string removedApp(const AppRow &row, bool includeBundle) {
     return "";
 }
 
+bool lists(const AppRow &row, const FileURL &leftover) {
+    return std::any_of(row.leftovers.begin(), row.leftovers.end(),
+                       [&](const LeftoverItem &one) { return one.url == leftover; });
+}
+
 } // namespace
 
 bool isRemovedAsItem(const InstalledApp &app) {
@@ -56,12 +61,26 @@ std::string otherRemoval(const InstalledApp &app) {
         return "This is a system app. Brimvale will not remove it.";
     if (const auto *elsewhere = std::get_if<RemovedElsewhere>(&app.removal))
         return "Remove it with " + elsewhere->program + ", which has added it.";
-    if (const auto *inTerminal = std::get_if<RemovedInTerminal>(&app.removal))
-        return inTerminal->command.empty()
-                   ? "It belongs to a package. Remove it with the package manager of the system."
-                   : "It belongs to the package " + app.origin +
-                         ". Remove it in the software center, or with this command:";
-    return "";
+    const auto *inTerminal = std::get_if<RemovedInTerminal>(&app.removal);
+    if (inTerminal == nullptr)
+        return "";
+    std::string text = "It belongs to ";
+    text.append(app.origin.empty() ? "a package" : "the package ").append(app.origin);
+    text.append(". Remove it ");
+    const bool hasLink = !inTerminal->softwareLink.empty();
+    if (inTerminal->command.empty())
+        return text.append(hasLink ? "in the software center." : "with the package manager of the system.");
+    return text.append(hasLink ? "in the software center, or with this command:" : "with this command:");
+}
+
+std::string softwareLinkFor(const InstalledApp &app) {
+    const auto *inTerminal = std::get_if<RemovedInTerminal>(&app.removal);
+    return inTerminal == nullptr || app.isSystemApp ? "" : inTerminal->softwareLink;
+}
+
+std::string uninstallerOf(const InstalledApp &app) {
+    const auto *item = std::get_if<RemovedAsItem>(&app.removal);
+    return item == nullptr || app.isSystemApp ? "" : item->uninstaller;
 }
 
 CleanupEntry entryOf(const LeftoverItem &item) {
@@ -103,15 +122,20 @@ std::string confirmation(const AppRow &row, const std::vector<LeftoverItem> &lef
     return text;
 }
 
+bool isPlain(const LeftoverItem &item) {
+    const bool isDisputed = item.confidence == MatchConfidence::likely && !item.alsoClaimedBy.empty();
+    return !item.isVague && !item.isCareful && !isDisputed;
+}
+
 std::string otherClaims(const LeftoverItem &item, const FileURL &claimant, std::span<const AppRow> rows) {
+    std::vector<std::string> names = item.alsoClaimedBy;
+    for (const AppRow &row : rows)
+        if (row.app.url != claimant && lists(row, item.url) &&
+            std::find(names.begin(), names.end(), row.app.name) == names.end())
+            names.push_back(row.app.name);
     std::string text;
-    for (const AppRow &row : rows) {
-        if (row.app.url == claimant ||
-            std::none_of(row.leftovers.begin(), row.leftovers.end(),
-                         [&](const LeftoverItem &other) { return other.url == item.url; }))
-            continue;
-        text.append(text.empty() ? "Also claimed by " : ", ").append(row.app.name);
-    }
+    for (const std::string &name : names)
+        text.append(text.empty() ? "Also claimed by " : ", ").append(name);
     return text;
 }
 

@@ -31,6 +31,13 @@ namespace Uninstall {
 /// The command that removes the application, for a terminal, where it may ask; may be empty.
 [[nodiscard]] std::string commandFor(const InstalledApp &app);
 
+/// The link that shows a package's application in the program for software; empty where there is none, and
+/// for applications of the system.
+[[nodiscard]] std::string softwareLinkFor(const InstalledApp &app);
+
+/// The program of the application's maker that removes it, by path; empty where there is none.
+[[nodiscard]] std::string uninstallerOf(const InstalledApp &app);
+
 /// The leftover as an entry to remove.
 [[nodiscard]] CleanupEntry entryOf(const LeftoverItem &item);
 
@@ -44,8 +51,12 @@ namespace Uninstall {
 [[nodiscard]] std::string confirmation(const AppRow &row, const std::vector<LeftoverItem> &leftovers,
                                        bool includeBundle);
 
-/// Says who else a leftover may belong to: "Also claimed by NAME", names in the order of the rows and with a
-/// comma between several; empty where only the application `claimant` lists it.
+/// Whether a leftover may be selected together with others, without a look at it: it is neither vague nor
+/// careful, and no other application claims what is only likely.
+[[nodiscard]] bool isPlain(const LeftoverItem &item);
+
+/// Says who else a leftover may belong to: "Also claimed by NAME", with a comma between several names, those
+/// that the search knows before those of the rows; empty where only the application `claimant` has a claim.
 [[nodiscard]] std::string otherClaims(const LeftoverItem &item, const FileURL &claimant,
                                       std::span<const AppRow> rows);
 

@@ -4,6 +4,7 @@
 #include "Core/Model/Backups.h"
 #include "Core/Model/Cleanup.h"
 #include "Core/Model/ModelSources.h"
+#include "Core/Model/OrphanSearch.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
 #include "Core/Model/Storage.h"
@@ -28,6 +29,7 @@ struct CorvelModel::Parts {
     Cleanup cleanup{workers};
     Storage storage;
     Apps apps{workers, removals};
+    OrphanSearch orphans{workers, removals, apps};
     Backups backups{workers, removals};
     Trash trash{workers, removals, storage};
 };
@@ -39,16 +41,19 @@ CorvelModel::CorvelModel(RemovalActions &actions) : CorvelModel(actions, ModelSo
 CorvelModel::CorvelModel(RemovalActions &actions, const ModelSources &sources)
     : parts_(std::make_unique<Parts>(actions, sources)), volumes(parts_->volumes), scan(parts_->scan),
       removals(parts_->removals), cleanup(parts_->cleanup), storage(parts_->storage), apps(parts_->apps),
-      backups(parts_->backups), trash(parts_->trash) {
+      orphans(parts_->orphans), backups(parts_->backups), trash(parts_->trash) {
     QObject::connect(&removals, &Removals::gone, &apps, &Apps::drop);
+    QObject::connect(&removals, &Removals::gone, &orphans, &OrphanSearch::drop);
     QObject::connect(&removals, &Removals::gone, &cleanup, &Cleanup::drop);
     QObject::connect(&removals, &Removals::gone, &storage, &Storage::drop);
     QObject::connect(&removals, &Removals::gone, &scan, &ScanSession::drop);
     QObject::connect(&removals, &Removals::partlyGone, &apps, &Apps::measureAgain);
+    QObject::connect(&removals, &Removals::partlyGone, &orphans, &OrphanSearch::measureAgain);
     QObject::connect(&removals, &Removals::partlyGone, &cleanup, &Cleanup::measureAgain);
     QObject::connect(&removals, &Removals::partlyGone, &storage, &Storage::measureAgain);
     QObject::connect(&removals, &Removals::partlyGone, &scan, &ScanSession::measureAgain);
     QObject::connect(&removals, &Removals::replaced, &apps, &Apps::measureAgain);
+    QObject::connect(&removals, &Removals::replaced, &orphans, &OrphanSearch::measureAgain);
     QObject::connect(&removals, &Removals::replaced, &cleanup, &Cleanup::measureAgain);
     QObject::connect(&removals, &Removals::replaced, &storage, &Storage::measureAgain);
     QObject::connect(&removals, &Removals::replaced, &scan, &ScanSession::readPlacesAgain);
@@ -61,6 +66,7 @@ CorvelModel::CorvelModel(RemovalActions &actions, const ModelSources &sources)
     QObject::connect(&trash, &Trash::gone, &storage, &Storage::drop);
     QObject::connect(&trash, &Trash::gone, &scan, &ScanSession::drop);
     QObject::connect(&trash, &Trash::cameBack, &apps, &Apps::measureAgain);
+    QObject::connect(&trash, &Trash::cameBack, &orphans, &OrphanSearch::searchAgain);
     QObject::connect(&trash, &Trash::cameBack, &cleanup, &Cleanup::measureAgain);
     QObject::connect(&trash, &Trash::cameBack, &storage, &Storage::readPlacesAgain);
     QObject::connect(&trash, &Trash::cameBack, &scan, &ScanSession::readPlacesAgain);

@@ -7,6 +7,7 @@ namespace brimvale {
 class Apps;
 class Backups;
 class Cleanup;
+class OrphanSearch;
 class RemovalActions;
 class Removals;
 class ScanSession;
@@ -38,6 +39,7 @@ public:
     Cleanup &cleanup;
     Storage &storage;
     Apps &apps;
+    OrphanSearch &orphans;
     Backups &backups;
     Trash &trash;
 };

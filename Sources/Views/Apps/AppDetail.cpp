@@ -13,12 +13,13 @@
 
 #include <QCheckBox>
 #include <QClipboard>
+#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QUrl>
 #include <QVBoxLayout>
-#include <variant>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +28,11 @@ namespace brimvale {
 namespace {
 
 constexpr int pictureSize = 40;
+
+LeftoverGroup::Heading headingOf(MatchConfidence confidence) {
+    return {confidence == MatchConfidence::exact ? "exactLeftovers" : "likelyLeftovers",
+            QString::fromUtf8(title(confidence)), text(explanation(confidence))};
+}
 
 } // namespace
 
@@ -40,8 +46,8 @@ AppDetail::AppDetail(QWidget *parent)
       bundle_(new QCheckBox(u"Remove the app itself"_s, this)),
       systemApp_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
       state_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
-      exact_(new LeftoverGroup(MatchConfidence::exact, ticked_, this)),
-      likely_(new LeftoverGroup(MatchConfidence::likely, ticked_, this)) {
+      exact_(new LeftoverGroup(headingOf(MatchConfidence::exact), ticked_, this)),
+      likely_(new LeftoverGroup(headingOf(MatchConfidence::likely), ticked_, this)) {
     setObjectName(QStringLiteral("appDetail"));
     state_->setObjectName(QStringLiteral("leftoverState"));
     auto *layout = new QVBoxLayout(this);
@@ -59,6 +65,7 @@ AppDetail::AppDetail(QWidget *parent)
     connect(&ticked_, &TickedEntries::refused, this, &AppDetail::refused);
     for (const LeftoverGroup *group : {exact_, likely_})
         connect(group, &LeftoverGroup::browseAsked, this, &AppDetail::browseAsked);
+    connect(bundle_, &QCheckBox::toggled, this, &AppDetail::tickParts);
     connect(bundle_, &QCheckBox::toggled, this, &AppDetail::selectionChanged);
     connect(&icons_, &AppIcons::arrived, this, &AppDetail::showPicture);
 }
@@ -94,12 +101,18 @@ QWidget *AppDetail::makeBundleChoice() {
         if (row_)
             ItemActions::reveal(row_->app.url);
     });
+    uninstaller_ = makeButton("showUninstaller", u"Show Uninstaller"_s, this);
+    connect(uninstaller_, &QPushButton::clicked, this, [this] {
+        if (row_)
+            ItemActions::reveal(FileURL(Uninstall::uninstallerOf(row_->app)));
+    });
     systemApp_->setWordWrap(true);
     auto *choice = new QWidget(this);
     auto *layout = new QHBoxLayout(choice);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(bundle_, 1);
     layout->addWidget(systemApp_, 1);
+    layout->addWidget(uninstaller_);
     layout->addWidget(reveal);
     return choice;
 }
@@ -113,18 +126,29 @@ QWidget *AppDetail::makeCommand() {
         if (row_)
             QGuiApplication::clipboard()->setText(text(Uninstall::commandFor(row_->app)));
     });
+    openLink_ = makeButton("openSoftwareCenter", u"Open in Software Center"_s, this);
+    connect(openLink_, &QPushButton::clicked, this, &AppDetail::openSoftwareLink);
     auto *layout = new QHBoxLayout(command_);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(commandWords_, 1);
     layout->addWidget(copy_);
+    layout->addWidget(openLink_);
     return command_;
 }
 
 void AppDetail::showCommand() {
     const bool isForOthers = row_->app.isSystemApp || Uninstall::isRemovedHere(row_->app);
     const std::string words = isForOthers ? "" : Uninstall::commandFor(row_->app);
+    const bool hasLink = !Uninstall::softwareLinkFor(row_->app).empty();
     commandWords_->setText(displayedText(words));
-    command_->setHidden(words.empty());
+    copy_->setHidden(words.empty());
+    openLink_->setVisible(hasLink);
+    command_->setHidden(words.empty() && !hasLink);
+}
+
+void AppDetail::openSoftwareLink() {
+    if (row_ && !QDesktopServices::openUrl(QUrl(text(Uninstall::softwareLinkFor(row_->app)))))
+        emit refused(u"The software center could not be opened."_s);
 }
 
 void AppDetail::showPicture() {
@@ -165,6 +189,17 @@ void AppDetail::showBundleChoice() {
     systemApp_->setHidden(reason.isEmpty());
 }
 
+/// The desktop entry and the icons of an application are selected with it.
+void AppDetail::tickParts(bool tick) {
+    std::vector<CleanupEntry> parts;
+    if (row_)
+        for (const LeftoverItem &item : row_->leftovers)
+            if (item.goesWithApp)
+                parts.push_back(Uninstall::entryOf(item));
+    if (!parts.empty())
+        ticked_.setTicked(parts, tick);
+}
+
 void AppDetail::clearTicks() {
     ticked_.clear();
     bundle_->setChecked(false);
@@ -192,10 +227,11 @@ void AppDetail::showFacts() {
     if (app.lastUsed)
         facts.append((app.kind == AppKind::bundle ? u"last used %1"_s : u"opened about %1"_s)
                          .arg(text(Fmt::relativeDate(app.lastUsed))));
-    if (const auto *item = std::get_if<RemovedAsItem>(&app.removal);
-        item != nullptr && !item->uninstaller.empty())
+    const std::string uninstaller = Uninstall::uninstallerOf(app);
+    if (!uninstaller.empty())
         facts.append(
-            u"has its own uninstaller, which is better to use: %1"_s.arg(displayedText(item->uninstaller)));
+            u"has its own uninstaller, which is better to use: %1"_s.arg(displayedText(uninstaller)));
+    uninstaller_->setHidden(uninstaller.empty());
     facts_->setText(facts.join(QStringLiteral(" · ")));
     path_->setText(displayedText(app.url.path()));
 }
@@ -206,7 +242,7 @@ void AppDetail::showLeftovers(const std::vector<AppRow> &rows, bool isLoading) {
     for (const LeftoverItem &item : row_->leftovers) {
         std::vector<LeftoverListModel::Row> &group =
             item.confidence == MatchConfidence::exact ? exact : likely;
-        group.push_back({item, displayedText(Uninstall::otherClaims(item, row_->app.url, rows))});
+        group.push_back({item, displayedText(Uninstall::otherClaims(item, row_->app.url, rows)), {}});
         all.push_back(Uninstall::entryOf(item));
     }
     ticked_.retain({&all});

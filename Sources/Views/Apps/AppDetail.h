@@ -51,7 +51,9 @@ private:
     QWidget *makeBundleChoice();
     QWidget *makeCommand();
     void showBundleChoice();
+    void tickParts(bool tick);
     void showCommand();
+    void openSoftwareLink();
     void showPicture();
     void showFacts();
     void showLeftovers(const std::vector<AppRow> &rows, bool isLoading);
@@ -67,9 +69,12 @@ private:
     TextLabel *facts_;
     QCheckBox *bundle_;
     TextLabel *systemApp_;
-    QWidget *command_ = nullptr; ///< with a command that removes the app, and a button to copy it
+    QPushButton *uninstaller_ = nullptr;
+    /// With a command that removes the app, a button to copy it, and one for the program for software.
+    QWidget *command_ = nullptr;
     ElidedLabel *commandWords_ = nullptr;
     QPushButton *copy_ = nullptr;
+    QPushButton *openLink_ = nullptr;
     TextLabel *state_;
     LeftoverGroup *exact_;
     LeftoverGroup *likely_;

@@ -33,9 +33,11 @@ QImage scaledPng(const QByteArray &bytes, int pixels) {
     buffer.setData(bytes);
     QImageReader reader(&buffer, "png");
     const QSize size = reader.size();
-    if (size.width() > largestSide || size.height() > largestSide)
+    if (!size.isValid() || size.width() > largestSide || size.height() > largestSide)
         return {};
-    return reader.read().scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const QImage image = reader.read();
+    return image.isNull() ? image
+                          : image.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
 /// Null where the file cannot be read as a picture.

@@ -51,7 +51,8 @@ void AppListModel::setSearch(const QString &search) {
 
 bool AppListModel::matches(const AppRow &row) const {
     return search_.isEmpty() || text(row.app.name).contains(search_, Qt::CaseInsensitive) ||
-           text(row.app.bundleID.value_or("")).contains(search_, Qt::CaseInsensitive);
+           text(row.app.bundleID.value_or("")).contains(search_, Qt::CaseInsensitive) ||
+           QString::fromUtf8(title(row.app.kind)).contains(search_, Qt::CaseInsensitive);
 }
 
 void AppListModel::filter() {

@@ -31,7 +31,7 @@ public:
     void setApps(const std::vector<AppRow> &apps);
     /// The largest or the latest first; those without a figure or date last.
     void setOrder(Order order);
-    /// Shows only the applications whose name or identifier contains the text, ignoring case.
+    /// Shows only the applications whose name, identifier or kind contains the text, ignoring case.
     void setSearch(const QString &search);
 
     /// The index of an application; invalid if it is not shown.

@@ -3,12 +3,16 @@
 #include "Base/Background.h"
 #include "Base/Bytes.h"
 #include "Catalogs/Words.h"
+#include "Core/Apps/Orphans.h"
 #include "Core/Apps/RunningApp.h"
 #include "Core/Apps/Uninstall.h"
 #include "Core/Model/Apps.h"
+#include "Core/Model/OrphanSearch.h"
 #include "Core/Model/Removals.h"
 #include "Views/Apps/AppDetail.h"
 #include "Views/Apps/AppListDelegate.h"
+#include "Views/Apps/OrphanDetail.h"
+#include "Views/Apps/OrphanEntry.h"
 #include "Views/Components/AccessNotice.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/MeasureButton.h"
@@ -44,14 +48,16 @@ constexpr std::chrono::seconds runningInterval{2};
 
 } // namespace
 
-AppsView::AppsView(Apps &apps, const Removals &removals, QWidget *parent)
-    : QWidget(parent), apps_(apps), removals_(removals),
+AppsView::AppsView(Apps &apps, OrphanSearch &orphans, const Removals &removals, QWidget *parent)
+    : QWidget(parent), apps_(apps), orphans_(orphans), removals_(removals),
       reload_(new MeasureButton(u"Analysing apps"_s, MeasureButton::WhileMeasuring::hidden, this)),
       search_(new QLineEdit(this)), order_(new QComboBox(this)),
       system_(new QCheckBox(text(Words::current().includeSystemApps), this)), list_(new QListView(this)),
       noMatch_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
-      message_(new StateMessage(this)), detail_(new AppDetail(this)), bar_(new ActionBar(this)) {
+      orphanEntry_(new OrphanEntry(this)), message_(new StateMessage(this)), detail_(new AppDetail(this)),
+      orphanDetail_(new OrphanDetail(this)), bar_(new ActionBar(this)) {
     setObjectName(QStringLiteral("appsPage"));
+    message_->setObjectName(QStringLiteral("noApp"));
     auto *sides = new QHBoxLayout;
     sides->setContentsMargins(Metrics::pageMargin, 0, Metrics::pageMargin, 0);
     sides->setSpacing(16);
@@ -82,7 +88,8 @@ AppsView::AppsView(Apps &apps, const Removals &removals, QWidget *parent)
     connect(detail_, &AppDetail::selectionChanged, this, &AppsView::showSelection);
     connect(detail_, &AppDetail::refused, bar_, &ActionBar::showRefusal);
     connect(detail_, &AppDetail::browseAsked, this, &AppsView::browseAsked);
-    connect(bar_, &ActionBar::removalAsked, this, &AppsView::confirmUninstall);
+    connect(bar_, &ActionBar::removalAsked, this, &AppsView::confirmRemoval);
+    followOrphans();
     showApps();
 }
 
@@ -128,6 +135,7 @@ QWidget *AppsView::makeListSide() {
     noMatch_->setAlignment(Qt::AlignHCenter);
     noMatch_->setContentsMargins(10, 24, 10, 0);
     layout->addWidget(noMatch_, 1, Qt::AlignTop);
+    layout->addWidget(orphanEntry_);
     followListSide();
     return card;
 }
@@ -144,6 +152,8 @@ void AppsView::followListSide() {
     connect(&icons_, &AppIcons::arrived, list_->viewport(), qOverload<>(&QWidget::update));
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex &row) { choose(row); });
+    connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this](const QItemSelection &selected) { choose(selected.indexes().value(0)); });
     connect(list_, &QAbstractItemView::activated, this,
             [this](const QModelIndex &row) { ItemActions::reveal(listModel_.rowAt(row).app.url); });
     auto *find = new QShortcut(QKeySequence::Find, this);
@@ -159,17 +169,36 @@ void AppsView::followListSide() {
     });
 }
 
-QWidget *AppsView::makeDetailSide() {
+/// The entry is only there where orphans can be found.
+void AppsView::followOrphans() {
+    orphanEntry_->setVisible(hasOrphanSearch());
+    connect(orphanEntry_, &OrphanEntry::clicked, this, &AppsView::chooseOrphans);
+    connect(reload_, &QPushButton::clicked, &orphans_, &OrphanSearch::searchAgain);
+    connect(&orphans_, &OrphanSearch::changed, this, &AppsView::showOrphans);
+    connect(orphanDetail_, &OrphanDetail::stopAsked, &orphans_, &OrphanSearch::stop);
+    connect(orphanDetail_, &OrphanDetail::selectionChanged, this, &AppsView::showSelection);
+    connect(orphanDetail_, &OrphanDetail::refused, bar_, &ActionBar::showRefusal);
+    connect(orphanDetail_, &OrphanDetail::browseAsked, this, &AppsView::browseAsked);
+    showOrphans();
+}
+
+QScrollArea *AppsView::makeDetailArea(QWidget *detail) {
     auto *content = new QWidget(this);
-    auto *inContent = new QVBoxLayout(content);
-    inContent->setContentsMargins(0, 4, 8, 16);
-    inContent->addWidget(detail_);
-    detailArea_ = makeScrollArea(content, this);
+    auto *layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 4, 8, 16);
+    layout->addWidget(detail);
+    return makeScrollArea(content, this);
+}
+
+QWidget *AppsView::makeDetailSide() {
+    detailArea_ = makeDetailArea(detail_);
+    orphanArea_ = makeDetailArea(orphanDetail_);
     auto *side = new QWidget(this);
     auto *layout = new QVBoxLayout(side);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(message_);
     layout->addWidget(detailArea_);
+    layout->addWidget(orphanArea_);
     return side;
 }
 
@@ -197,6 +226,8 @@ void AppsView::choose(const QModelIndex &row) {
     if (!row.isValid() || chosen_ == listModel_.rowAt(row).app.url)
         return;
     chosen_ = listModel_.rowAt(row).app.url;
+    orphanEntry_->setChecked(false);
+    orphanDetail_->clearTicks();
     bar_->setNote({});
     showChosen();
     checkRunning();
@@ -217,44 +248,70 @@ void AppsView::showMatches() {
     list_->setHidden(hasNone);
 }
 
+bool AppsView::hasChosenOrphans() const {
+    return orphanEntry_->isChecked();
+}
+
+void AppsView::chooseOrphans() {
+    chosen_.reset();
+    list_->clearSelection();
+    detail_->clearTicks();
+    if (!orphans_->wasSearched && !orphans_->isSearching)
+        AccessNotice::beforeLook(*this, [this] { orphans_.search(); });
+    showChosen();
+}
+
+void AppsView::showOrphans() {
+    orphanEntry_->showState(*orphans_);
+    orphanDetail_->show(*orphans_);
+    showSelection();
+}
+
 void AppsView::showChosen() {
     const AppRow *row = chosen();
     detailArea_->setVisible(row != nullptr);
-    message_->setVisible(row == nullptr);
+    orphanArea_->setVisible(hasChosenOrphans());
+    message_->setVisible(row == nullptr && !hasChosenOrphans());
     if (row != nullptr) {
         detail_->show(*row, apps_->apps, apps_->isLoadingApps);
         const QModelIndex place = listModel_.indexOf(row->app.url);
         // When a key moves the focus into a list, its current row is not selected.
         if (place.isValid() && !list_->selectionModel()->isSelected(place))
             list_->setCurrentIndex(place);
-    } else if (!apps_->apps.empty()) {
+    } else {
+        showNoApp();
+        bar_->setNote({});
+    }
+    showSelection();
+}
+
+/// Says why no application is shown.
+void AppsView::showNoApp() {
+    if (!apps_->apps.empty())
         message_->setMessage(QStringLiteral("app-window"), u"No app selected"_s,
                              text(Words::current().chooseApp));
-    } else if (apps_->isLoadingApps) {
+    else if (apps_->isLoadingApps)
         message_->setMessage(QStringLiteral("search"), u"Looking for apps…"_s,
                              u"The list appears in a moment."_s);
-    } else {
+    else
         message_->setMessage(QStringLiteral("app-window"), u"No apps found"_s,
                              u"There is no app in the folders where apps are installed."_s);
-    }
-    if (row == nullptr)
-        bar_->setNote({});
-    showSelection();
 }
 
 void AppsView::showSelection() {
     const AppRow *row = chosen();
-    std::int64_t count = 0;
+    std::vector<LeftoverItem> leftovers;
+    if (hasChosenOrphans())
+        leftovers = orphanDetail_->leftovers();
+    else if (row != nullptr)
+        leftovers = detail_->leftovers();
+    auto count = static_cast<std::int64_t>(leftovers.size());
     std::int64_t bytes = 0;
-    if (row != nullptr) {
-        for (const LeftoverItem &item : detail_->leftovers()) {
-            ++count;
-            bytes = checkedAdd(bytes, item.size);
-        }
-        if (detail_->includesBundle()) {
-            ++count;
-            bytes = checkedAdd(bytes, row->bundleSize);
-        }
+    for (const LeftoverItem &item : leftovers)
+        bytes = checkedAdd(bytes, item.size);
+    if (row != nullptr && detail_->includesBundle()) {
+        ++count;
+        bytes = checkedAdd(bytes, row->bundleSize);
     }
     bar_->setSelection(count, bytes);
     bar_->setBusy(removals_.isRemoving());
@@ -283,23 +340,41 @@ void AppsView::checkRunning() {
         });
 }
 
-void AppsView::confirmUninstall(RemovalMode mode) {
-    const AppRow *row = chosen();
-    if (row == nullptr)
-        return;
+void AppsView::confirmRemoval(RemovalMode mode) {
+    if (hasChosenOrphans())
+        confirmOrphans(mode);
+    else if (const AppRow *row = chosen())
+        confirmUninstall(*row, mode);
+}
+
+void AppsView::confirmOrphans(RemovalMode mode) {
+    const std::vector<LeftoverItem> items = orphanDetail_->leftovers();
+    RemovalRequest request{.mode = mode,
+                           .remark = [words = orphanConfirmation(items)](RemovalMode) { return words; }};
+    for (const LeftoverItem &item : items)
+        request.items.push_back(Uninstall::entryOf(item));
+    auto *sheet = new RemovalSheet(request, this);
+    connect(sheet, &RemovalSheet::confirmed, this, [this, items](RemovalMode chosenMode) {
+        orphans_.remove(items, chosenMode);
+        bar_->resetMode();
+    });
+    sheet->open();
+}
+
+void AppsView::confirmUninstall(const AppRow &row, RemovalMode mode) {
     const std::vector<LeftoverItem> leftovers = detail_->leftovers();
     const bool includeBundle = detail_->includesBundle();
     RemovalRequest request{.mode = mode,
-                           .remark = [words = Uninstall::confirmation(*row, leftovers, includeBundle)](
+                           .remark = [words = Uninstall::confirmation(row, leftovers, includeBundle)](
                                          RemovalMode) { return words; },
-                           .uninstalls = includeBundle && Uninstall::isRemovedByCommand(row->app)};
+                           .uninstalls = includeBundle && Uninstall::isRemovedByCommand(row.app)};
     if (includeBundle)
-        request.items.push_back({.url = row->app.url, .size = row->bundleSize});
+        request.items.push_back({.url = row.app.url, .size = row.bundleSize});
     for (const LeftoverItem &item : leftovers)
         request.items.push_back(Uninstall::entryOf(item));
     auto *sheet = new RemovalSheet(request, this);
     connect(sheet, &RemovalSheet::confirmed, this,
-            [this, app = row->app, leftovers, includeBundle](RemovalMode chosenMode) {
+            [this, app = row.app, leftovers, includeBundle](RemovalMode chosenMode) {
                 apps_.uninstall(app, leftovers, includeBundle, chosenMode);
                 bar_->resetMode();
             });

@@ -20,17 +20,21 @@ class ActionBar;
 class AppDetail;
 class Apps;
 class MeasureButton;
+class OrphanDetail;
+class OrphanEntry;
+class OrphanSearch;
 class Removals;
 class StateMessage;
 class TextLabel;
 
-/// The page of the installed applications. Removes one of them with its leftovers.
+/// The page of the installed applications. Removes one of them with its leftovers, or the leftovers of those
+/// that are gone, where these can be found.
 class AppsView : public QWidget {
     Q_OBJECT
 
 public:
-    /// Both must outlive the page.
-    AppsView(Apps &apps, const Removals &removals, QWidget *parent = nullptr);
+    /// All must outlive the page.
+    AppsView(Apps &apps, OrphanSearch &orphans, const Removals &removals, QWidget *parent = nullptr);
 
 signals:
     /// The user wants to see what is inside a folder.
@@ -44,17 +48,26 @@ private:
     QWidget *makeListSide();
     void makeListControls();
     void followListSide();
+    void followOrphans();
+    QScrollArea *makeDetailArea(QWidget *detail);
     QWidget *makeDetailSide();
     [[nodiscard]] const AppRow *chosen() const;
     void choose(const QModelIndex &row);
     void showApps();
     void showMatches();
     void showChosen();
+    void showNoApp();
+    void chooseOrphans();
+    void showOrphans();
+    [[nodiscard]] bool hasChosenOrphans() const;
     void showSelection();
     void checkRunning();
-    void confirmUninstall(RemovalMode mode);
+    void confirmRemoval(RemovalMode mode);
+    void confirmUninstall(const AppRow &row, RemovalMode mode);
+    void confirmOrphans(RemovalMode mode);
 
     Apps &apps_;
+    OrphanSearch &orphans_;
     const Removals &removals_;
     AppListModel listModel_;
     AppIcons icons_;
@@ -67,9 +80,12 @@ private:
     QCheckBox *system_;
     QListView *list_;
     TextLabel *noMatch_;
+    OrphanEntry *orphanEntry_; ///< hidden where orphans cannot be found
     StateMessage *message_;
     QScrollArea *detailArea_ = nullptr;
     AppDetail *detail_;
+    QScrollArea *orphanArea_ = nullptr;
+    OrphanDetail *orphanDetail_;
     ActionBar *bar_;
 };
 

@@ -2,7 +2,6 @@
 
 #include "Catalogs/CleanupEntry.h"
 #include "Core/Apps/Uninstall.h"
-#include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/TickBox.h"
 #include "Views/Entries/ItemActions.h"
@@ -17,17 +16,16 @@ using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
-LeftoverGroup::LeftoverGroup(MatchConfidence confidence, TickedEntries &ticked, QWidget *parent)
+LeftoverGroup::LeftoverGroup(const Heading &heading, TickedEntries &ticked, QWidget *parent)
     : Card(parent), ticked_(ticked), model_(ticked), all_(new TickBox(this)),
       list_(new RowList(model_, this)) {
-    setObjectName(confidence == MatchConfidence::exact ? QStringLiteral("exactLeftovers")
-                                                       : QStringLiteral("likelyLeftovers"));
+    setObjectName(QLatin1String(heading.objectName));
     list_->setObjectName(QStringLiteral("leftovers"));
-    list_->setAccessibleName(QString::fromUtf8(title(confidence)));
+    list_->setAccessibleName(heading.words);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(1, 12, 1, 8);
     layout->setSpacing(6);
-    layout->addWidget(makeHead(confidence));
+    layout->addWidget(makeHead(heading));
     layout->addWidget(list_);
 
     connect(&ticked_, &TickedEntries::changed, this, &LeftoverGroup::showTicks);
@@ -53,19 +51,18 @@ void LeftoverGroup::showMenu(const QModelIndex &row, const QPoint &place) {
     menu->popup(place);
 }
 
-QWidget *LeftoverGroup::makeHead(MatchConfidence confidence) {
-    const QString words = QString::fromUtf8(title(confidence));
+QWidget *LeftoverGroup::makeHead(const Heading &heading) {
     all_->setObjectName(QStringLiteral("tickAll"));
-    all_->setAccessibleName(u"All of: %1"_s.arg(words));
-    auto *heading = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
-    heading->setObjectName(QStringLiteral("confidence"));
-    heading->setText(words);
+    all_->setAccessibleName(u"All of: %1"_s.arg(heading.words));
+    auto *words = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
+    words->setObjectName(QStringLiteral("confidence"));
+    words->setText(heading.words);
     auto *why = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this);
-    why->setText(text(explanation(confidence)));
+    why->setText(heading.explanation);
     why->setWordWrap(true);
     auto *texts = new QVBoxLayout;
     texts->setSpacing(2);
-    texts->addWidget(heading);
+    texts->addWidget(words);
     texts->addWidget(why);
     auto *head = new QWidget(this);
     auto *layout = new QHBoxLayout(head);
@@ -83,11 +80,11 @@ void LeftoverGroup::setRows(const std::vector<LeftoverListModel::Row> &rows) {
     showTicks();
 }
 
-/// What the group's tick box selects: not what may belong to other programs, and not what people make.
+/// What the group's tick box selects: not what may belong to others, and not what people make.
 std::vector<CleanupEntry> LeftoverGroup::entriesOfBox() const {
     std::vector<CleanupEntry> entries;
     for (const LeftoverListModel::Row &row : rows_)
-        if (!row.item.isVague && !row.item.isCareful)
+        if (Uninstall::isPlain(row.item))
             entries.push_back(Uninstall::entryOf(row.item));
     return entries;
 }

@@ -3,18 +3,27 @@
 #include "Views/Apps/LeftoverListModel.h"
 #include "Views/Components/Card.h"
 
+#include <QString>
+#include <vector>
+
 namespace brimvale {
 
 class RowList;
 class TickBox;
 struct CleanupEntry;
 
-/// The leftovers of one confidence, with a heading that names it.
+/// Leftovers with something in common, under a heading.
 class LeftoverGroup : public Card {
     Q_OBJECT
 
 public:
-    LeftoverGroup(MatchConfidence confidence, TickedEntries &ticked, QWidget *parent = nullptr);
+    struct Heading {
+        const char *objectName; ///< of the group
+        QString words;
+        QString explanation;
+    };
+
+    LeftoverGroup(const Heading &heading, TickedEntries &ticked, QWidget *parent = nullptr);
 
     /// Hidden if there are none.
     void setRows(const std::vector<LeftoverListModel::Row> &rows);
@@ -26,7 +35,7 @@ signals:
 private:
     void open(const QModelIndex &row);
     void showMenu(const QModelIndex &row, const QPoint &place);
-    QWidget *makeHead(MatchConfidence confidence);
+    QWidget *makeHead(const Heading &heading);
     void showTicks();
     [[nodiscard]] std::vector<CleanupEntry> entriesOfBox() const;
 

@@ -13,7 +13,7 @@ namespace brimvale {
 
 namespace {
 
-/// The folder of an item, and why the item was found if it has a reason of its own.
+/// The folder of an item, and before it why the item was found if it has a reason of its own.
 QString placeAndReason(const LeftoverItem &item) {
     QString words = displayedText(item.url.parent().path());
     if (!item.reason.empty())
@@ -78,7 +78,7 @@ QVariant LeftoverListModel::data(const QModelIndex &index, int role) const {
     case EntryListModel::sizeRole:
         return sizeText(row.item.size);
     case EntryListModel::dateRole:
-        return text(row.item.category);
+        return row.lastChange.isEmpty() ? text(row.item.category) : row.lastChange;
     case EntryListModel::folderRole:
         return placeAndReason(row.item);
     case EntryListModel::noteRole:
@@ -97,6 +97,8 @@ QString LeftoverListModel::toolTip(const Row &row) const {
     QStringList lines{displayedText(row.item.url.path())};
     if (!row.item.reason.empty())
         lines.append(u"Found as: %1"_s.arg(text(row.item.reason)));
+    if (!row.lastChange.isEmpty())
+        lines.append(u"%1, last change %2"_s.arg(text(row.item.category), row.lastChange));
     lines += notesOn(row);
     return withLock(lines.join(QLatin1Char('\n')), ticked_.lockReason(row.item.url));
 }
@@ -106,6 +108,8 @@ QString LeftoverListModel::accessibleText(const Row &row) const {
                          sizeText(row.item.size)};
     if (!row.item.reason.empty())
         parts.append(text(row.item.reason));
+    if (!row.lastChange.isEmpty())
+        parts.append(u"last change %1"_s.arg(row.lastChange));
     parts += notesOn(row);
     if (const QString lock = ticked_.lockReason(row.item.url); !lock.isEmpty())
         parts.append(u"locked: %1"_s.arg(lock));

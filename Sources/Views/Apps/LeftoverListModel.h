@@ -10,7 +10,7 @@ namespace brimvale {
 
 class TickedEntries;
 
-/// The rows of one application's leftovers of one confidence, with the roles of `EntryListModel`.
+/// The rows of a group of leftovers, with the roles of `EntryListModel`.
 class LeftoverListModel : public QAbstractListModel {
     Q_OBJECT
 
@@ -18,6 +18,7 @@ public:
     struct Row {
         LeftoverItem item;
         QString otherClaims; ///< other applications it may belong to; may be empty
+        QString lastChange;  ///< formatted; empty where the date says nothing about the item
         friend bool operator==(const Row &, const Row &) = default;
     };
 

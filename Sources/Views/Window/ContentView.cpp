@@ -125,7 +125,7 @@ void ContentView::addPages() {
         return page;
     });
     addPage({Section::Kind::apps}, {u"Apps"_s, QStringLiteral("layout-grid")}, [this] {
-        auto *page = new AppsView(model_.apps, model_.removals, this);
+        auto *page = new AppsView(model_.apps, model_.orphans, model_.removals, this);
         connect(page, &AppsView::browseAsked, this, &ContentView::browse);
         return page;
     });

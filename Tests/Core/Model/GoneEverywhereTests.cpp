@@ -2,6 +2,7 @@
 #include "Core/Model/Backups.h"
 #include "Core/Model/Cleanup.h"
 #include "Core/Model/CorvelModel.h"
+#include "Core/Model/OrphanSearch.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
 #include "Core/Model/Storage.h"
@@ -68,6 +69,10 @@ protected:
         PublishedWriter::set(model->apps, &AppState::apps,
                              {app("Acme.app", {leftover("Trash/item"), leftover("Trash/kept")}),
                               app("Other.app", {leftover("Trash/item/inner"), leftover("Trash/kept")})});
+        std::vector<Orphan> orphans;
+        for (const char *place : {"Trash/item", "Trash/item/inner", "Trash/kept"})
+            orphans.push_back({leftover(place), {}});
+        PublishedWriter::set(model->orphans, &OrphanState::orphans, orphans);
     }
 
     /// Where the items are shown that are going to be removed.
@@ -88,6 +93,8 @@ protected:
             for (const LeftoverItem &one : row.leftovers)
                 note("leftover", one.url);
         }
+        for (const Orphan &orphan : model->orphans->orphans)
+            note("orphan", orphan.item.url);
         for (const auto &place : {Places{"Trash", "item"}, Places{"Acme.app"}})
             if (node(place) != nullptr)
                 note("tree", FileURL(node(place)->path()));
@@ -108,7 +115,8 @@ protected:
 
 const Places everywhere{"cleanup item",   "cleanup Acme.app",  "cleanup inner", "category item",
                         "category inner", "category Acme.app", "app Acme.app",  "leftover item",
-                        "leftover inner", "tree item",         "tree Acme.app"};
+                        "leftover inner", "tree item",         "tree Acme.app", "orphan item",
+                        "orphan inner"};
 
 } // namespace
 
@@ -224,12 +232,12 @@ TEST_F(GoneEverywhere, MeasuresAgainWhatWentInPart) {
     const auto sizes = [&] {
         return std::vector{model->cleanup->cleanupTargets[0].entries[0].size,
                            model->storage->categories[0].entries[0].size,
-                           model->apps->apps[0].leftovers[0].size};
+                           model->apps->apps[0].leftovers[0].size, model->orphans->orphans[0].item.size};
     };
-    ASSERT_TRUE(QTest::qWaitFor([&] { return sizes() == std::vector(3, left); }, 60'000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return sizes() == std::vector(4, left); }, 60'000));
     ASSERT_TRUE(QTest::qWaitFor([&] { return node({"Trash", "item"})->fileCount == 1; }, 60'000));
     EXPECT_EQ(model->storage->categories[0].size, left + 200);
-    for (const char *place : {"cleanup inner", "category inner", "leftover inner"})
+    for (const char *place : {"cleanup inner", "category inner", "leftover inner", "orphan inner"})
         EXPECT_TRUE(QTest::qWaitFor([&] { return !isShown(place); }, 60'000)) << place;
     EXPECT_TRUE(isShown("cleanup item") && isShown("app Acme.app"));
 }

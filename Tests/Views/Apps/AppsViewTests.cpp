@@ -3,12 +3,12 @@
 #include "Core/Model/Apps.h"
 #include "Core/Model/Removals.h"
 #include "Core/Text/Formatting.h"
+#include "Support/OpenedAddresses.h"
 #include "Support/PageTest.h"
 #include "Support/PublishedWriter.h"
 #include "Support/SampleApps.h"
 #include "Views/Apps/AppDetail.h"
 #include "Views/Apps/AppListModel.h"
-#include "Views/Components/StateMessage.h"
 #include "Views/Components/TickBox.h"
 #include "Views/Entries/EntryListModel.h"
 
@@ -53,7 +53,7 @@ int tickedIn(const QListView &list) {
 }
 
 struct ShownApps : AppsView {
-    explicit ShownApps(CorvelModel &model) : AppsView(model.apps, model.removals) {}
+    explicit ShownApps(CorvelModel &model) : AppsView(model.apps, model.orphans, model.removals) {}
 };
 
 /// The page of a user of macOS with a few applications. "Acme" has leftovers of both kinds, of which one is
@@ -132,7 +132,8 @@ TEST_F(AppsPage, ListsTheAppsBeforeTheyAreAnalysed) {
 
 TEST_F(AppsPage, ShowsTheLeftoversOfOneAppAndTicksNone) {
     open();
-    EXPECT_TRUE(page.findChild<StateMessage *>()->isVisible());
+    EXPECT_TRUE(isVisible("noApp"));
+    EXPECT_FALSE(isVisible("orphans")) << "they cannot be found among bundles";
     choose("Acme");
     QListView &exact = leftovers(page, "exactLeftovers");
     QListView &likely = leftovers(page, "likelyLeftovers");
@@ -254,7 +255,7 @@ TEST_F(AppsPage, RemovesWhatWasConfirmed) {
     EXPECT_THAT(actions.calls, ElementsAre("trash " + home.path("Library/LaunchAgents/Acme.plist"),
                                            "trash " + home.path("Applications/Acme.app")));
     EXPECT_FALSE(rowOf("Acme").isValid());
-    EXPECT_TRUE(page.findChild<StateMessage *>()->isVisible());
+    EXPECT_TRUE(isVisible("noApp"));
     EXPECT_FALSE(isVisible("appDetail"));
     EXPECT_FALSE(remove().isEnabled());
 }
@@ -330,9 +331,17 @@ TEST(AppDetail, ShowsHowAnotherProgramRemovesAnApp) {
     EXPECT_FALSE(find<QCheckBox>(detail, "includeBundle").isVisible());
     EXPECT_FALSE(detail.includesBundle());
     EXPECT_EQ(testing::shown(detail, "systemApp"),
-              "It belongs to the package acme-mail. Remove it in the software center, or with this command:");
+              "It belongs to the package acme-mail. Remove it with this command:");
     testing::click(detail, "copyCommand");
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "sudo apt remove acme-mail");
+    EXPECT_EQ(testing::shown(detail, "openSoftwareCenter"), "");
+    row.app.removal = RemovedInTerminal{"sudo apt remove acme-mail", "appstream:org.example.Acme"};
+    detail.show(row, {row}, false);
+    EXPECT_EQ(testing::shown(detail, "systemApp"),
+              "It belongs to the package acme-mail. Remove it in the software center, or with this command:");
+    const testing::OpenedAddresses addresses(QStringLiteral("appstream"));
+    testing::click(detail, "openSoftwareCenter");
+    EXPECT_EQ(addresses.all, QStringList("appstream:org.example.Acme"));
 
     QListView &exact = leftovers(detail, "exactLeftovers");
     EXPECT_EQ(shown(exact, 0, EntryListModel::noteRole),
@@ -347,6 +356,17 @@ TEST(AppDetail, ShowsHowAnotherProgramRemovesAnApp) {
     detail.show(row, {row}, false);
     EXPECT_TRUE(find<QCheckBox>(detail, "includeBundle").isVisible());
     EXPECT_FALSE(find<QPushButton>(detail, "copyCommand").isVisible());
+    EXPECT_FALSE(find<QPushButton>(detail, "showUninstaller").isVisible());
+    row.app.removal = RemovedAsItem{"/home/user/acme/uninstall.sh"};
+    row.leftovers.back().goesWithApp = true;
+    detail.show(row, {row}, false);
+    detail.clearTicks();
+    EXPECT_TRUE(find<QPushButton>(detail, "showUninstaller").isVisible());
+    find<QCheckBox>(detail, "includeBundle").click();
+    ASSERT_EQ(detail.leftovers().size(), 1U) << "what is a part of the app";
+    EXPECT_EQ(detail.leftovers().front().url, cache.url);
+    find<QCheckBox>(detail, "includeBundle").click();
+    EXPECT_THAT(detail.leftovers(), IsEmpty());
 
     row.app.url = FileURL("/var/lib/flatpak/app/org.example.Acme"); // what is there is never removed as files
     row.app.removal = RemovedByCommand{"flatpak", {"uninstall", "--system", "-y", "org.example.Acme"}};

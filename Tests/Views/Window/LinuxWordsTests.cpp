@@ -1,5 +1,6 @@
 #include "Core/Model/Apps.h"
 #include "Core/Model/Cleanup.h"
+#include "Core/Model/OrphanSearch.h"
 #include "Core/Model/Storage.h"
 #include "Platform/Host.h"
 #include "Support/EnvironmentVariable.h"
@@ -101,9 +102,10 @@ TEST_F(LinuxWordsTest, NoPageHasAWordOfAMac) {
     model->storage.measureCategories();
     model->cleanup.measureCleanup();
     model->apps.loadApps();
+    model->orphans.search();
     ASSERT_TRUE(testing::eventually([&] {
         return !model->storage->isMeasuringCategories && !model->cleanup->isMeasuringCleanup &&
-               !model->apps->isLoadingApps;
+               !model->apps->isLoadingApps && !model->orphans->isSearching;
     }));
     model->scan.startScan();
     ASSERT_TRUE(testing::waitUntilScanned(*model));

@@ -3,6 +3,7 @@
 #include "Base/Text.h"
 #include "Core/Apps/Linux/EntrySearch.h"
 #include "Core/Apps/Linux/Packages.h"
+#include "Core/Apps/Linux/SoftwareLinks.h"
 #include "Platform/FileContents.h"
 #include "Platform/Folder.h"
 
@@ -12,6 +13,7 @@
 #include <map>
 #include <system_error>
 #include <utility>
+#include <variant>
 
 namespace brimvale::linuxApps {
 
@@ -212,6 +214,11 @@ void addUnknown(Apps &apps, const Candidate &candidate, const DesktopPlaces &pla
     addToApp(apps, "entry " + candidate.entry->id, candidate.entry->id, std::move(made), candidate);
 }
 
+void addLink(InstalledApp &app, const SoftwareLinks &links) {
+    if (auto *way = std::get_if<RemovedInTerminal>(&app.removal); way != nullptr && app.bundleID)
+        way->softwareLink = links.of(*app.bundleID);
+}
+
 } // namespace
 
 std::vector<FoundApp> appsOfEntries(const DesktopPlaces &places, const std::vector<DesktopEntry> &entries,
@@ -229,9 +236,12 @@ std::vector<FoundApp> appsOfEntries(const DesktopPlaces &places, const std::vect
         else
             addUnknown(apps, candidate, places);
     }
+    const SoftwareLinks links(places, entries);
     std::vector<FoundApp> found;
-    for (auto &[key, app] : apps)
+    for (auto &[key, app] : apps) {
+        addLink(app.app, links);
         found.push_back(std::move(app));
+    }
     return found;
 }
 

@@ -33,37 +33,51 @@ ClaimedFiles::ClaimedFiles(DesktopPlaces places, DesktopLeftoverRules rules,
                            const std::vector<InstalledApp> &all)
     : places_(std::move(places), std::move(rules)) {
     for (const InstalledApp &app : all) {
-        owners_[app.url.path()].push_back({app.url.path(), MatchConfidence::exact});
+        const std::string &path = app.url.path();
+        claimants_[path].push_back({path, app.name, MatchConfidence::exact, true});
         for (const FileClaim &claim : places_.claimsOf(app))
             note(app, claim);
     }
 }
 
 void ClaimedFiles::note(const InstalledApp &app, const FileClaim &claim) {
-    std::vector<Owner> &owners = owners_[claim.path];
-    const auto own = std::find_if(owners.begin(), owners.end(),
-                                  [&](const Owner &one) { return one.app == app.url.path(); });
-    if (own == owners.end())
-        owners.push_back({app.url.path(), claim.confidence});
+    std::vector<Claimant> &claimants = claimants_[claim.path];
+    const auto own = std::find_if(claimants.begin(), claimants.end(),
+                                  [&](const Claimant &one) { return one.app == app.url.path(); });
+    if (own == claimants.end())
+        claimants.push_back({app.url.path(), app.name, claim.confidence});
     else
         own->confidence = std::min(own->confidence, claim.confidence);
 }
 
-/// Whether another application has at least the same right to the item, to something inside it or to a folder
-/// around it. A folder with anything that surely belongs to another one is not this one's.
-bool ClaimedFiles::isClaimedByOther(const FileClaim &claim, const std::string &app) const {
-    const auto others = [&](const std::vector<Owner> &owners, MatchConfidence least) {
-        return std::any_of(owners.begin(), owners.end(),
-                           [&](const Owner &one) { return one.app != app && one.confidence <= least; });
+/// The other applications that claim this very path, in the order of the list of applications.
+std::vector<ClaimedFiles::Claimant> ClaimedFiles::othersWith(const std::string &path,
+                                                             const std::string &app) const {
+    const auto found = claimants_.find(path);
+    std::vector<Claimant> others = found == claimants_.end() ? std::vector<Claimant>() : found->second;
+    std::erase_if(others, [&](const Claimant &one) { return one.app == app; });
+    return others;
+}
+
+/// Whether another application has a better right to the item, or at least the same to something inside it or
+/// to a folder around it. A folder with anything that surely belongs to another one is not this one's.
+bool ClaimedFiles::belongsToOther(const FileClaim &claim, const std::string &app) const {
+    const auto others = [&](const std::vector<Claimant> &claimants, MatchConfidence least) {
+        return std::any_of(claimants.begin(), claimants.end(),
+                           [&](const Claimant &one) { return one.app != app && one.confidence <= least; });
     };
-    for (auto inside = owners_.lower_bound(claim.path);
-         inside != owners_.end() && inside->first.starts_with(claim.path); ++inside)
+    const std::vector<Claimant> rivals = othersWith(claim.path, app);
+    if (std::any_of(rivals.begin(), rivals.end(),
+                    [&](const Claimant &one) { return one.isItself || one.confidence < claim.confidence; }))
+        return true;
+    for (auto inside = claimants_.upper_bound(claim.path);
+         inside != claimants_.end() && inside->first.starts_with(claim.path); ++inside)
         if (isAtOrUnder(inside->first, claim.path) && others(inside->second, claim.confidence))
             return true;
     for (FileURL folder = FileURL(claim.path).parent(); folder.path() != "/"; folder = folder.parent())
-        if (const auto around = owners_.find(folder.path()); around != owners_.end() &&
-                                                             others(around->second, MatchConfidence::exact) &&
-                                                             claim.confidence == MatchConfidence::likely)
+        if (const auto around = claimants_.find(folder.path());
+            around != claimants_.end() && others(around->second, MatchConfidence::exact) &&
+            claim.confidence == MatchConfidence::likely)
             return true;
     return false;
 }
@@ -72,32 +86,44 @@ std::vector<FileClaim> ClaimedFiles::unclaimed() const {
     std::vector<FileClaim> claims = places_.withoutOwner();
     std::erase_if(claims, [this](FileClaim &claim) {
         claim.confidence = MatchConfidence::likely; // any other claim is as good
-        return isClaimedByOther(claim, "");
+        return claimants_.contains(claim.path) || belongsToOther(claim, "");
     });
     return claims;
 }
 
-std::vector<LeftoverItem> ClaimedFiles::leftovers(const InstalledApp &app, const StopFlag &cancelled) const {
-    std::vector<LeftoverItem> items;
-    for (const FileClaim &claim : withoutDoubles(places_.claimsOf(app))) {
-        const FileURL url(claim.path);
-        const std::optional<FileStatus> status = fileStatus(claim.path);
-        if (cancelled.isSet() || !status || isAtOrUnder(places_.places().home, claim.path) ||
-            isAtOrUnder(claim.path, app.url.path()) || isClaimedByOther(claim, app.url.path()))
-            continue;
-        const DiskScanner::QuickFigures figures =
-            DiskScanner::quickFigures(claim.path, measuring_, cancelled);
-        items.push_back({.url = url,
-                         .category = claim.category,
-                         .confidence = claim.confidence,
-                         .size = figures.bytes,
-                         .requiresAdmin = !isAtOrUnder(claim.path, places_.places().home),
-                         .isFolder = status->kind == FileKind::directory,
-                         .pin = pinOf(url),
-                         .hasLinkedFiles = figures.freedBytes != figures.bytes,
-                         .reason = claim.reason,
-                         .isCareful = claim.isCareful});
+/// The item with its size and with the others that claim it. It is not surely this application's if one of
+/// them has the same right.
+LeftoverItem ClaimedFiles::itemOf(const FileClaim &claim, const std::string &app,
+                                  const StopFlag &cancelled) const {
+    const FileURL url(claim.path);
+    const std::optional<FileStatus> status = fileStatus(claim.path);
+    const DiskScanner::QuickFigures figures = DiskScanner::quickFigures(claim.path, measuring_, cancelled);
+    LeftoverItem item{.url = url,
+                      .category = claim.category,
+                      .confidence = claim.confidence,
+                      .size = figures.bytes,
+                      .requiresAdmin = !isAtOrUnder(claim.path, places_.places().home),
+                      .isFolder = status && status->kind == FileKind::directory,
+                      .pin = pinOf(url),
+                      .hasLinkedFiles = figures.freedBytes != figures.bytes,
+                      .reason = claim.reason,
+                      .isCareful = claim.isCareful,
+                      .goesWithApp = claim.goesWithApp};
+    for (const Claimant &other : othersWith(claim.path, app)) {
+        item.alsoClaimedBy.push_back(other.name);
+        if (other.confidence <= claim.confidence)
+            item.confidence = MatchConfidence::likely;
     }
+    return item;
+}
+
+std::vector<LeftoverItem> ClaimedFiles::leftovers(const InstalledApp &app, const StopFlag &cancelled) const {
+    const std::string &path = app.url.path();
+    std::vector<LeftoverItem> items;
+    for (const FileClaim &claim : withoutDoubles(places_.claimsOf(app)))
+        if (!cancelled.isSet() && fileStatus(claim.path) && !isAtOrUnder(places_.places().home, claim.path) &&
+            !isAtOrUnder(claim.path, path) && !belongsToOther(claim, path))
+            items.push_back(itemOf(claim, path, cancelled));
     sortLeftovers(items);
     return items;
 }

@@ -10,9 +10,8 @@
 
 namespace brimvale::linuxApps {
 
-/// The files that the applications of a desktop keep outside their packages, each with the one application
-/// that it belongs to. What several claim with the same right belongs to none of them. May serve several
-/// threads at once.
+/// The files that the applications of a desktop keep outside their packages. What several claim with the same
+/// right is only likely for each of them, and names the others. May serve several threads at once.
 class ClaimedFiles {
 public:
     /// Lists the folders where applications keep files. `all` are all applications that are installed.
@@ -28,17 +27,23 @@ public:
     [[nodiscard]] std::vector<FileClaim> unclaimed() const;
 
 private:
-    struct Owner {
-        std::string app; ///< the path of the application
+    /// An application with a claim to a path.
+    struct Claimant {
+        std::string app; ///< its path
+        std::string name;
         MatchConfidence confidence;
+        bool isItself = false; ///< the path is that of the application
     };
 
     void note(const InstalledApp &app, const FileClaim &claim);
-    [[nodiscard]] bool isClaimedByOther(const FileClaim &claim, const std::string &app) const;
+    [[nodiscard]] bool belongsToOther(const FileClaim &claim, const std::string &app) const;
+    [[nodiscard]] std::vector<Claimant> othersWith(const std::string &path, const std::string &app) const;
+    [[nodiscard]] LeftoverItem itemOf(const FileClaim &claim, const std::string &app,
+                                      const StopFlag &cancelled) const;
 
     LeftoverPlaces places_;
     ScanOptions measuring_;
-    std::map<std::string, std::vector<Owner>> owners_; ///< by path
+    std::map<std::string, std::vector<Claimant>> claimants_; ///< by path
 };
 
 } // namespace brimvale::linuxApps

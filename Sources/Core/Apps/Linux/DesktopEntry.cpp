@@ -139,6 +139,8 @@ DesktopEntry parseDesktopEntry(std::string id, std::string path, std::string_vie
     entry.snap = text("X-SnapInstanceName");
     entry.commonID = text("X-SnapCommonID");
     entry.categories = file.list(mainGroup, "Categories");
+    if (!file.isTrue(mainGroup, "Hidden"))
+        entry.types = file.list(mainGroup, "MimeType");
     entry.onlyShownIn = file.list(mainGroup, "OnlyShowIn");
     entry.notShownIn = file.list(mainGroup, "NotShowIn");
     entry.isListed = text("Type") == "Application" && !entry.name.empty() &&

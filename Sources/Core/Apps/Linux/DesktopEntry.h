@@ -22,6 +22,7 @@ struct DesktopEntry {
     std::string snap = {};     ///< the name of its snap
     std::string commonID = {}; ///< of a snap: the identifier that it shares with other kinds
     std::vector<std::string> categories = {};
+    std::vector<std::string> types = {}; ///< of the files and links that it opens; none where it is deleted
     std::vector<std::string> onlyShownIn = {}; ///< desktops
     std::vector<std::string> notShownIn = {};
     bool isListed = false; ///< an application with a window that is not hidden

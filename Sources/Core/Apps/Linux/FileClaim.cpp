@@ -74,13 +74,18 @@ LeftoverPlaces::LeftoverPlaces(DesktopPlaces places, DesktopLeftoverRules rules)
     for (const std::string &data : places_.ownData) {
         listStarters(joinPath(data, "systemd/user"), ".service", "ExecStart", "Background service");
         listStarters(joinPath(data, "applications"), ".desktop", "Exec", entryCategory);
-        std::vector<std::string> folders = {"dbus-1/services", "metainfo", "mime/packages"};
-        for (const std::string &size : sortedNamesIn(joinPath(data, "icons/hicolor")))
-            folders.push_back("icons/hicolor/" + size + "/apps");
-        for (const std::string &folder : folders)
-            for (const std::string &name : sortedNamesIn(joinPath(data, folder)))
-                desktopFiles_.push_back(joinPath(joinPath(data, folder), name));
+        listDesktopFiles(joinPath(data, "dbus-1/services"), "Background service");
+        listDesktopFiles(joinPath(data, "mime/packages"), "File types");
+        listDesktopFiles(joinPath(data, "metainfo"), entryCategory);
+        const std::string icons = joinPath(data, "icons/hicolor");
+        for (const std::string &size : sortedNamesIn(icons))
+            listDesktopFiles(joinPath(icons, size + "/apps"), entryCategory);
     }
+}
+
+void LeftoverPlaces::listDesktopFiles(const std::string &folder, const std::string &category) {
+    for (const std::string &name : sortedNamesIn(folder))
+        desktopFiles_.push_back({joinPath(folder, name), category});
 }
 
 bool LeftoverPlaces::isShared(std::string_view name, bool isInHome) const {
@@ -201,13 +206,13 @@ void LeftoverPlaces::addStarters(const InstalledApp &app, std::vector<FileClaim>
 void LeftoverPlaces::addDesktopFiles(const InstalledApp &app, std::vector<FileClaim> &claims) const {
     if (!isOwnProgram(app))
         return;
-    for (const std::string &path : desktopFiles_) {
-        const FileURL file(path);
-        const std::string_view name = file.fileName();
+    for (const DesktopFile &file : desktopFiles_) {
+        const FileURL url(file.path);
+        const std::string_view name = url.fileName();
         for (const std::string &identifier : app.names.identifiers)
             if (name.starts_with(identifier) && name.substr(identifier.size()).starts_with('.'))
-                claims.push_back(
-                    {path, entryCategory, MatchConfidence::exact, "named after the app's identifier", false});
+                claims.push_back({file.path, file.category, MatchConfidence::exact,
+                                  "named after the app's identifier", false});
     }
     if (isAtOrUnder(app.iconPath, places_.home) && !isAtOrUnder(app.iconPath, app.url.path()))
         claims.push_back(
@@ -244,10 +249,13 @@ std::vector<FileClaim> LeftoverPlaces::claimsOf(const InstalledApp &app) const {
     const bool isCareful =
         std::find_first_of(categories.begin(), categories.end(), rules_.carefulCategories.begin(),
                            rules_.carefulCategories.end()) != categories.end();
-    for (FileClaim &claim : claims)
+    for (FileClaim &claim : claims) {
         claim.isCareful =
             claim.isCareful || (isCareful && (claim.category == "Data" || claim.category == "Sandbox data" ||
                                               claim.category == "Settings and data"));
+        claim.goesWithApp = isOwnProgram(app) && claim.category == entryCategory &&
+                            claim.confidence == MatchConfidence::exact;
+    }
     return claims;
 }
 

@@ -18,8 +18,9 @@ struct FileClaim {
     std::string path;
     std::string category;
     MatchConfidence confidence = MatchConfidence::exact;
-    std::string reason;     ///< "same name"
-    bool isCareful = false; ///< what people make may be inside
+    std::string reason;       ///< "same name"
+    bool isCareful = false;   ///< what people make may be inside
+    bool goesWithApp = false; ///< of no use without it: its desktop entry, its icon
 };
 
 /// The names in the folders where applications leave files, each folder listed once.
@@ -56,6 +57,7 @@ private:
 
     void list(const std::vector<std::string> &folders, const std::string &category);
     void listHome();
+    void listDesktopFiles(const std::string &folder, const std::string &category);
     void listStarters(const std::string &folder, std::string_view ending, const std::string &key,
                       const std::string &category);
     void addNamed(const InstalledApp &app, const NameKeys &keys, std::vector<FileClaim> &claims) const;
@@ -71,7 +73,12 @@ private:
     DesktopLeftoverRules rules_;
     std::vector<Listing> listings_;
     std::vector<Starter> starters_;
-    std::vector<std::string> desktopFiles_; ///< icons, services and descriptions in the user's data folders
+    /// An icon, a service or a description in the user's data folders.
+    struct DesktopFile {
+        std::string path;
+        std::string category;
+    };
+    std::vector<DesktopFile> desktopFiles_;
 };
 
 } // namespace brimvale::linuxApps

@@ -58,7 +58,7 @@ std::vector<FileClaim> LeftoverPlaces::withoutOwner() const {
         for (const std::string &name : listing.names)
             if (!isShared(name, false) && !isOfCommand(name, commands))
                 claims.push_back({joinPath(listing.folder, name), listing.category, MatchConfidence::likely,
-                                  "no installed app or command has this name", listing.category == "Data"});
+                                  "no app or command has this name", listing.category == "Data"});
     }
     addSandboxesWithoutApp(claims);
     for (FileClaim &claim : claims)

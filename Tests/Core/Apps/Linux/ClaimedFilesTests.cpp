@@ -152,16 +152,21 @@ std::string pathIn(const SampleDesktop &desktop, const LeftoverItem &item) {
     return path.substr((isAtOrUnder(path, home) ? home : desktop.path()).size() + 1);
 }
 
-/// The leftovers of an application with their confidence, "?" for likely, and "!" for careful.
+/// The leftovers of an application with their confidence, "?" for likely, "!" for careful, and who else
+/// claims them.
 std::vector<std::string> leftoversOf(const std::string &id, const SampleDesktop &desktop) {
     const LeftoverSearch search = leftoverSearch(desktop.host());
     std::vector<std::string> lines;
     for (const InstalledApp &app : AppInventory::scan(true, desktop.host()))
         if (app.bundleID == id)
-            for (const LeftoverItem &item : search(app, {}))
-                lines.push_back(std::string(item.confidence == MatchConfidence::exact ? "" : "?") +
-                                (item.isCareful ? "!" : "") + item.category + ": " + pathIn(desktop, item) +
-                                " (" + item.reason + ")");
+            for (const LeftoverItem &item : search(app, {})) {
+                std::string line = item.confidence == MatchConfidence::exact ? "" : "?";
+                line.append(item.isCareful ? "!" : "").append(item.category).append(": ");
+                line.append(pathIn(desktop, item)).append(" (").append(item.reason).append(")");
+                for (const std::string &name : item.alsoClaimedBy)
+                    line.append(", also ").append(name);
+                lines.push_back(line);
+            }
     return lines;
 }
 
@@ -251,7 +256,7 @@ TEST(ClaimedFiles, SayWhyAndWhatToLookAtFirst) {
         UnorderedElementsAre("?!Data: .local/share/quest (same name)", "?Cache: .cache/quest (same name)"));
 }
 
-TEST(ClaimedFiles, LeaveOutWhatTwoApplicationsClaim) {
+TEST(ClaimedFiles, AreOnlyLikelyWhereAnotherApplicationHasTheSameRight) {
     const SampleDesktop desktop;
     install(desktop, {"firefox", "Firefox", "firefox", {}});
     desktop.makeFile("home/user/.mozilla/firefox/profile/x", 10);
@@ -260,9 +265,21 @@ TEST(ClaimedFiles, LeaveOutWhatTwoApplicationsClaim) {
                 UnorderedElementsAre("!Settings and data: .mozilla/firefox (known folder of this app)",
                                      "Settings: .config/firefox (named after the app's identifier)"));
     install(desktop, {"firefox-esr", "Firefox ESR", "firefox-esr", {}});
+    const std::string profiles = "?!Settings and data: .mozilla/firefox (known folder of this app), also ";
     EXPECT_THAT(leftoversOf("firefox", desktop),
-                UnorderedElementsAre("Settings: .config/firefox (named after the app's identifier)"));
-    EXPECT_THAT(leftoversOf("firefox-esr", desktop), IsEmpty());
+                UnorderedElementsAre(profiles + "Firefox ESR",
+                                     "Settings: .config/firefox (named after the app's identifier)"));
+    EXPECT_THAT(leftoversOf("firefox-esr", desktop), UnorderedElementsAre(profiles + "Firefox"));
+
+    // A weaker claim is named, a stronger one decides.
+    desktop.makeFile("home/user/.config/org.example.Notes/x", 10);
+    install(desktop, {"org.example.Notes", "Notes", "notes-app", {}});
+    install(desktop, {"other-notes", "org.example.Notes", "other-notes", {}});
+    EXPECT_THAT(
+        leftoversOf("org.example.Notes", desktop),
+        UnorderedElementsAre("Settings: .config/org.example.Notes (named after the app's identifier), "
+                             "also org.example.Notes"));
+    EXPECT_THAT(leftoversOf("other-notes", desktop), IsEmpty());
 
     // A folder with something inside that surely belongs to another application is not offered.
     install(desktop, {"org.example.Suite", "Suite", "suite", {}});
@@ -285,13 +302,13 @@ TEST(ClaimedFiles, TellWhatNoInstalledApplicationClaims) {
         desktop.makeFile("home/user/" + std::string(file) + "/x", 10);
     desktop.makeLink("home/user/.config/link", "oldtool");
     std::vector<std::string> lines;
-    for (const Orphan &orphan : findOrphans({}, desktop.host())) {
+    for (const Orphan &orphan : findOrphans({}, desktop.host()).found) {
         EXPECT_EQ(orphan.item.confidence, MatchConfidence::likely);
         EXPECT_TRUE(orphan.lastChange);
         lines.push_back((orphan.item.isCareful ? "!" : "") + pathIn(desktop, orphan.item) + " (" +
                         orphan.item.reason + ")");
     }
-    const std::string nameOnly = " (no installed app or command has this name)";
+    const std::string nameOnly = " (no app or command has this name)";
     EXPECT_THAT(
         lines,
         UnorderedElementsAre(
