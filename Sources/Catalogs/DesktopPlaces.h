@@ -16,6 +16,9 @@ struct FlatpakInstallation {
 struct PackageDatabases {
     std::string dpkg;       ///< the folder with "info" and "status"
     std::string pacman;     ///< the folder with one folder for each package
+    std::string apk;        ///< the file with all packages
+    std::string xbps;       ///< the folder with the property lists
+    std::string portage;    ///< the folder with one folder for each category
     std::string rpmProgram; ///< the program that answers who owns a file
     std::string rpmCommand; ///< what removes such a package, before its name
     /// Packages without which the computer does not start or has no desktop. A name may end in "*".

@@ -73,11 +73,16 @@ std::vector<std::string> foldersListedIn(const char *variable, std::string_view 
 PackageDatabases packageDatabases(const Host &host) {
     PackageDatabases databases{.dpkg = host.placeOf("/var/lib/dpkg"),
                                .pacman = host.placeOf("/var/lib/pacman/local"),
+                               .apk = host.placeOf("/usr/lib/apk/db/installed"),
+                               .xbps = host.placeOf("/var/db/xbps"),
+                               .portage = host.placeOf("/var/db/pkg"),
                                .rpmProgram = {},
                                .rpmCommand = itemExists(host.placeOf("/usr/bin/zypper"))
                                                  ? "sudo zypper remove "
                                                  : "sudo dnf remove ",
                                .systemPackages = packagesOfTheSystem};
+    if (!itemExists(databases.apk)) // as older versions have it
+        databases.apk = host.placeOf("/lib/apk/db/installed");
     for (const char *database : {"/usr/lib/sysimage/rpm/rpmdb.sqlite", "/var/lib/rpm/rpmdb.sqlite"})
         if (itemExists(host.placeOf(database)))
             databases.rpmProgram = host.placeOf("/usr/bin/rpm");

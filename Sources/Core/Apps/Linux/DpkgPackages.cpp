@@ -2,13 +2,11 @@
 
 #include "Base/FileURL.h"
 #include "Base/Text.h"
-#include "Core/Scan/ParallelLoop.h"
 #include "Platform/FileContents.h"
 #include "Platform/Folder.h"
 
 #include <algorithm>
 #include <charconv>
-#include <mutex>
 #include <unordered_set>
 #include <utility>
 
@@ -16,7 +14,7 @@ namespace brimvale::linuxApps {
 
 namespace {
 
-constexpr std::size_t mostListBytes = std::size_t{64} << 20;
+constexpr std::size_t mostStatusBytes = std::size_t{64} << 20;
 constexpr std::string_view listEnding = ".list";
 constexpr std::int64_t bytesOfUnit = 1024; // of Installed-Size
 
@@ -71,27 +69,21 @@ std::unordered_map<std::string, Package> packagesIn(const std::string &status,
 
 /// The package of a list such as "NAME.list" or "NAME:amd64.list".
 std::string packageOf(const std::string &list) {
-    return list.substr(0, std::min(list.find(':'), list.size() - listEnding.size()));
+    const std::string name = list.substr(list.rfind('/') + 1);
+    return name.substr(0, std::min(name.find(':'), name.size() - listEnding.size()));
 }
 
 /// The names of packages by the wanted paths that are in their lists.
 std::unordered_map<std::string, std::string> namesOfOwners(const WantedPaths &wanted,
                                                            const std::string &info) {
-    std::vector<std::string> lists = namesIn(info).value_or(std::vector<std::string>());
-    std::erase_if(lists, [](const std::string &name) { return !name.ends_with(listEnding); });
-    std::sort(lists.begin(), lists.end());
-    std::unordered_map<std::string, std::string> names;
-    std::mutex lock;
-    forEachInParallel(lists.size(), threadsForReading(), [&](std::size_t i) {
-        const std::optional<std::string> list = contentsOfFile(joinPath(info, lists[i]), mostListBytes);
-        if (!list)
-            return;
-        const std::vector<std::string> found = wanted.in(*list);
-        const std::lock_guard guard(lock);
-        for (const std::string &path : found)
-            names.emplace(path, packageOf(lists[i]));
-    });
-    return names;
+    std::vector<std::string> lists;
+    for (const std::string &name : namesIn(info).value_or(std::vector<std::string>()))
+        if (name.ends_with(listEnding))
+            lists.push_back(joinPath(info, name));
+    std::unordered_map<std::string, std::string> owners = listsWith(wanted, std::move(lists));
+    for (auto &[path, owner] : owners)
+        owner = packageOf(owner);
+    return owners;
 }
 
 } // namespace
@@ -105,7 +97,7 @@ Owners dpkgOwners(const WantedPaths &wanted, const std::string &folder) {
     for (const auto &[path, name] : names)
         needed.insert(name);
     const std::unordered_map<std::string, Package> packages =
-        packagesIn(contentsOfFile(joinPath(folder, "status"), mostListBytes).value_or(""), needed);
+        packagesIn(contentsOfFile(joinPath(folder, "status"), mostStatusBytes).value_or(""), needed);
     Owners owners;
     for (const auto &[path, name] : names)
         if (const auto package = packages.find(name); package != packages.end())

@@ -1,12 +1,19 @@
 #include "Core/Apps/Linux/Packages.h"
 
+#include "Core/Scan/ParallelLoop.h"
+#include "Platform/FileContents.h"
+
 #include <algorithm>
+#include <charconv>
+#include <mutex>
+#include <system_error>
 
 namespace brimvale::linuxApps {
 
 namespace {
 
 constexpr std::string_view entriesFolder = "share/applications/";
+constexpr std::size_t mostListBytes = std::size_t{64} << 20;
 
 bool matchesPattern(std::string_view name, std::string_view pattern) {
     return pattern.ends_with('*') ? name.starts_with(pattern.substr(0, pattern.size() - 1)) : name == pattern;
@@ -65,15 +72,50 @@ void WantedPaths::addEntriesIn(std::string_view list, std::vector<std::string> &
     }
 }
 
+std::unordered_map<std::string, std::string>
+listsWith(const WantedPaths &wanted, std::vector<std::string> lists, void (*toLines)(std::string &)) {
+    std::sort(lists.begin(), lists.end());
+    std::unordered_map<std::string, std::string> found;
+    std::mutex lock;
+    forEachInParallel(lists.size(), threadsForReading(), [&](std::size_t i) {
+        std::optional<std::string> list = contentsOfFile(lists[i], mostListBytes);
+        if (!list)
+            return;
+        if (toLines != nullptr)
+            toLines(*list);
+        const std::vector<std::string> paths = wanted.in(*list);
+        const std::lock_guard guard(lock);
+        for (const std::string &path : paths)
+            found.emplace(path, lists[i]);
+    });
+    return found;
+}
+
+std::optional<std::int64_t> sizeInBytes(std::string_view text) {
+    constexpr std::string_view hexadecimal = "0x";
+    const bool isHexadecimal = text.starts_with(hexadecimal);
+    text.remove_prefix(isHexadecimal ? hexadecimal.size() : 0);
+    std::int64_t bytes = 0;
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), bytes, isHexadecimal ? 16 : 10);
+    return error == std::errc() && end == text.data() + text.size() && bytes > 0 ? std::optional(bytes)
+                                                                                 : std::nullopt;
+}
+
 Owners ownersOf(const std::vector<std::string> &paths, const DesktopPlaces &places) {
     const PackageDatabases &databases = places.packages;
     const WantedPaths wanted(paths);
     Owners owners = dpkgOwners(wanted, databases.dpkg);
     owners.merge(pacmanOwners(wanted, databases.pacman));
+    owners.merge(apkOwners(wanted, databases.apk));
+    owners.merge(xbpsOwners(wanted, databases.xbps));
+    owners.merge(portageOwners(wanted, databases.portage));
     owners.merge(rpmOwners(paths, databases));
-    for (auto &[path, package] : owners)
+    for (auto &[path, package] : owners) {
+        const std::string_view plain = std::string_view(package.name).substr(package.name.find('/') + 1);
         for (const std::string &pattern : databases.systemPackages)
-            package.isOfSystem = package.isOfSystem || matchesPattern(package.name, pattern);
+            package.isOfSystem = package.isOfSystem || matchesPattern(plain, pattern);
+    }
     return owners;
 }
 

@@ -43,9 +43,22 @@ private:
     std::vector<std::string> others_;
 };
 
+/// The wanted paths with the list that has each. `lists` are files with the paths of one package each, read
+/// several at a time; `toLines` makes their text one with a path a line, where it is not.
+[[nodiscard]] std::unordered_map<std::string, std::string>
+listsWith(const WantedPaths &wanted, std::vector<std::string> lists,
+          void (*toLines)(std::string &) = nullptr);
+
+/// A size as the databases write it: bytes in decimal, or in hexadecimal after "0x". Nothing for any other
+/// text.
+[[nodiscard]] std::optional<std::int64_t> sizeInBytes(std::string_view text);
+
 // The databases, one each.
+[[nodiscard]] Owners apkOwners(const WantedPaths &wanted, const std::string &database);
 [[nodiscard]] Owners dpkgOwners(const WantedPaths &wanted, const std::string &folder);
 [[nodiscard]] Owners pacmanOwners(const WantedPaths &wanted, const std::string &folder);
+[[nodiscard]] Owners portageOwners(const WantedPaths &wanted, const std::string &folder);
+[[nodiscard]] Owners xbpsOwners(const WantedPaths &wanted, const std::string &folder);
 [[nodiscard]] Owners rpmOwners(const std::vector<std::string> &paths, const PackageDatabases &databases);
 
 } // namespace brimvale::linuxApps

@@ -5,7 +5,6 @@
 #include "Platform/Folder.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace brimvale::linuxApps {
 
@@ -24,12 +23,8 @@ std::string_view lineAfter(std::string_view description, std::string_view headin
 
 Package packageIn(std::string_view description) {
     Package package{.name = std::string(lineAfter(description, "%NAME%")),
-                    .version = std::string(lineAfter(description, "%VERSION%"))};
-    const std::string_view size = lineAfter(description, "%SIZE%");
-    std::int64_t bytes = 0;
-    const auto [end, error] = std::from_chars(size.data(), size.data() + size.size(), bytes);
-    if (error == std::errc() && bytes > 0)
-        package.size = bytes;
+                    .version = std::string(lineAfter(description, "%VERSION%")),
+                    .size = sizeInBytes(lineAfter(description, "%SIZE%"))};
     package.removeCommand = "sudo pacman -Rs " + package.name;
     return package;
 }

@@ -3,7 +3,6 @@
 #include "Platform/ProcessRunner.h"
 
 #include <algorithm>
-#include <charconv>
 #include <span>
 
 namespace brimvale::linuxApps {
@@ -29,11 +28,9 @@ std::optional<Package> packageInAnswer(const std::string &line, const PackageDat
     const std::size_t second = line.find('\t', first + 1);
     if (first == std::string::npos || second == std::string::npos)
         return std::nullopt;
-    Package package{.name = line.substr(0, first), .version = line.substr(first + 1, second - first - 1)};
-    std::int64_t bytes = 0;
-    const auto [end, error] = std::from_chars(line.data() + second + 1, line.data() + line.size(), bytes);
-    if (error == std::errc() && bytes > 0)
-        package.size = bytes;
+    Package package{.name = line.substr(0, first),
+                    .version = line.substr(first + 1, second - first - 1),
+                    .size = sizeInBytes(std::string_view(line).substr(second + 1))};
     package.removeCommand = databases.rpmCommand + package.name;
     return package;
 }
