@@ -37,7 +37,8 @@ constexpr KnownRow browsersAndMail[] = {
     {"waterfox;net.waterfox.waterfox", "!~/.waterfox;$CACHE/waterfox"},
     // The rest of its folders also serves the calendar and the contacts of GNOME.
     {"org.gnome.Evolution;evolution",
-     "!$DATA/evolution/mail;$CACHE/evolution/mail;$DATA/org.gnome.Evolution"},
+     "!$DATA/evolution/mail;$CACHE/evolution/mail;$CONFIG/evolution/mail;$DATA/evolution/mediakeys;"
+     "$DATA/org.gnome.Evolution"},
 };
 
 constexpr KnownRow messengers[] = {
@@ -50,6 +51,7 @@ constexpr KnownRow messengers[] = {
     {"org.telegram.desktop;telegram-desktop;telegramdesktop", "!$DATA/TelegramDesktop;!~/.TelegramDesktop"},
     {"io.github.Hexchat;hexchat", "$CONFIG/hexchat"},
     {"pidgin;im.pidgin.Pidgin", "!~/.purple"},
+    {"quasselclient", "$CONFIG/quassel-irc.org;$CONFIG/quasselrc"},
     {"org.remmina.Remmina;remmina", "$CONFIG/remmina;$DATA/remmina;$CACHE/remmina"},
 };
 
@@ -89,12 +91,18 @@ constexpr KnownRow gamesAndMedia[] = {
     {"net.lutris.Lutris;lutris", "$CONFIG/lutris;!$DATA/lutris;$CACHE/lutris"},
     {"heroic;com.heroicgameslauncher.hgl", "!$CONFIG/heroic"},
     {"org.prismlauncher.PrismLauncher", "!$DATA/PrismLauncher"},
+    {"sol", "!$CONFIG/gnome-games/aisleriot*"},
     {"minecraft-launcher;com.mojang.Minecraft", "!~/.minecraft"},
+    {"org.kde.gwenview", "$CONFIG/gwenviewrc;$DATA/gwenview"},
+    {"org.gnome.eog;eog", "$CONFIG/eog"},
+    {"org.gnome.Dia;dia", "~/.dia"},
     {"gimp;org.gimp.GIMP", "$CONFIG/GIMP/*;$CACHE/gimp"},
     {"org.inkscape.Inkscape;inkscape", "$CONFIG/inkscape"},
-    {"org.kde.krita;krita*", "$CONFIG/kritarc;$CONFIG/kritadisplayrc;$DATA/krita"},
+    {"org.kde.krita;krita*", "$CONFIG/kritarc;$CONFIG/kritadisplayrc;$DATA/krita;$DATA/krita.log;"
+                             "$DATA/krita-sysinfo.log"},
     {"blender;org.blender.Blender", "$CONFIG/blender"},
-    {"org.kde.kdenlive", "$CONFIG/kdenliverc;$CONFIG/kdenlive-layoutsrc;$DATA/kdenlive;$CACHE/kdenlive"},
+    {"org.kde.kdenlive",
+     "$CONFIG/kdenliverc;$CONFIG/kdenlive-layoutsrc;$DATA/kdenlive;$CACHE/kdenlive;$CACHE/audioCache.kcache"},
     {"com.obsproject.Studio", "!$CONFIG/obs-studio"},
     {"org.shotcut.Shotcut", "$CONFIG/Meltytech/Shotcut*;$DATA/Meltytech/Shotcut*"},
     {"fr.handbrake.ghb", "$CONFIG/ghb;~/.ghb"},
@@ -113,7 +121,14 @@ constexpr KnownRow officeAndStorage[] = {
     {"obsidian;md.obsidian.Obsidian", "$CONFIG/obsidian"},
     {"bitwarden;com.bitwarden.desktop", "!$CONFIG/Bitwarden"},
     {"joplin;net.cozic.joplin_desktop;appimagekit-joplin", "!$CONFIG/joplin-desktop;$CONFIG/Joplin"},
-    {"libreoffice-*;org.libreoffice.LibreOffice*", "$CONFIG/libreoffice/4"},
+    // All its programs use the folder, so it belongs to what all of them need.
+    {"libreoffice-startcenter;org.libreoffice.LibreOffice*", "$CONFIG/libreoffice/4"},
+    {"org.kde.ark", "$CONFIG/arkrc;$DATA/ark"},
+    {"org.kde.kate", "$CONFIG/katerc;$CONFIG/kate;!$DATA/kate"},
+    {"org.kde.okular", "$CONFIG/okularrc;$CONFIG/okularpartrc;$DATA/okular"},
+    {"org.kde.kdeconnect*", "$CONFIG/kdeconnect;$CACHE/kdeconnect.app"},
+    {"org.kde.konsole", "$CONFIG/konsolerc;$CONFIG/konsolesshconfig;$DATA/konsole"},
+    {"thunar", "$CONFIG/Thunar;$CONFIG/xfce4/xfconf/xfce-perchannel-xml/thunar.xml"},
     {"org.keepassxc.KeePassXC", "$CONFIG/keepassxc;$CACHE/keepassxc;$STATE/keepassxc"},
     {"calibre-gui;com.calibre_ebook.calibre", "$CONFIG/calibre;$CACHE/calibre;!~/Calibre Library"},
     {"anki;net.ankiweb.Anki", "!$DATA/Anki2"},
@@ -185,13 +200,24 @@ DesktopLeftoverRules desktopLeftoverRules(const Host &host) {
     rules.sharedNames = wordsIn(
         "autostart dconf dbus-1 environment.d enchant evolution fcitx fcitx5 flatpak fontconfig fonts fish "
         "glib-2.0 gnome gnome-session goa-1.0 gtk-2.0 gtk-3.0 gtk-4.0 ibus kdeglobals kde.org kdedefaults "
-        "kwinrc libaccounts-glib libvirt menus mimeapps.list mozilla nautilus pipewire wireplumber plasma* "
+        "libaccounts-glib libvirt menus mimeapps.list mozilla nautilus pipewire wireplumber plasma* "
         "pulse qt5ct qt6ct QtProject QtProject.conf systemd user-dirs.dirs user-dirs.locale xfce4 xsettingsd "
-        "user-places Trolltech.conf applications baloo containers desktop-directories gnome-shell "
-        "gvfs-metadata icc icons keyrings kwalletd mime metainfo pki recently-used.xbel RecentDocuments "
-        "sounds themes tracker tracker3 Trash user-places.xbel webkitgtk xorg zeitgeist babl "
-        "event-sound-cache.* gegl-0.4 gstreamer-1.0 mesa_shader_cache* nvidia obexd thumbnails "
-        "brimvale");
+        "user-places Trolltech.conf applications baloo* containers desktop-directories gnome-shell "
+        "grilo-plugins gvfs-metadata icc icons keyrings kwalletd mime metainfo pki recently-used.xbel* "
+        "RecentDocuments sounds themes tracker tracker3 Trash user-places.xbel* webkitgtk xorg zeitgeist "
+        "babl "
+        "event-sound-cache.* gegl-* gstreamer-* mesa_shader_cache* nvidia obexd qtshadercache* thumbnails "
+        "brimvale "
+        // of the desktops themselves, and of parts that many of their programs have
+        "bluedevilglobalrc breezerc drkonqirc gtkrc* icon-cache.kcache kactivitymanagerd* kateschemarc "
+        "katevirc "
+        "kcminputrc kconf_updaterc kcookiejar kcrash-metadata kded* kglobalshortcutsrc khotkeysrc kio_http "
+        "kiorc "
+        "klipper klipperrc knewstuff* krunner* kscreen kscreenlockerrc kservicemenurc ksmserver* ksplash* "
+        "ksycoca* "
+        "ktimezonedrc kwalletrc kwin* kxkbrc kxmlgui* lxqt phishingurl powerdevilrc "
+        "powermanagementprofilesrc "
+        "session sessions startkderc trashrc xdg-desktop-portal*");
     rules.sharedNamesInHome =
         wordsIn(".cache .config .local .gnupg .ssh .pki .mozilla .java .wine .var .ecryptfs .Private "
                 ".password-store .aws .kube .docker .netrc .bash* .profile .z* .vim .emacs.d .git* .gnome "

@@ -173,6 +173,16 @@ void LeftoverPlaces::addKnown(const InstalledApp &app, std::vector<FileClaim> &c
     }
 }
 
+/// Whether the user lets a program of KDE report how it is used, in a folder that all of them share.
+void LeftoverPlaces::addAnswers(const InstalledApp &app, std::vector<FileClaim> &claims) const {
+    for (const std::string &identifier : app.names.identifiers)
+        if (identifier.starts_with("org.kde.") && isFileName(identifier))
+            for (const std::string &config : places_.config)
+                claims.push_back({joinPath(config, "kde.org/UserFeedback." + identifier + ".conf"),
+                                  "Settings", MatchConfidence::exact, "named after the app's identifier",
+                                  false});
+}
+
 void LeftoverPlaces::addSandbox(const InstalledApp &app, std::vector<FileClaim> &claims) const {
     if (!app.bundleID || !isFileName(*app.bundleID))
         return;
@@ -241,6 +251,7 @@ std::vector<FileClaim> LeftoverPlaces::claimsOf(const InstalledApp &app) const {
     std::vector<FileClaim> claims;
     addSandbox(app, claims);
     addKnown(app, claims);
+    addAnswers(app, claims);
     addStarters(app, claims);
     addDesktopFiles(app, claims);
     addNamed(app, keys, claims);

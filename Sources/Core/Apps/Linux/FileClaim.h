@@ -62,6 +62,7 @@ private:
                       const std::string &category);
     void addNamed(const InstalledApp &app, const NameKeys &keys, std::vector<FileClaim> &claims) const;
     void addKnown(const InstalledApp &app, std::vector<FileClaim> &claims) const;
+    void addAnswers(const InstalledApp &app, std::vector<FileClaim> &claims) const;
     void addSandbox(const InstalledApp &app, std::vector<FileClaim> &claims) const;
     void addStarters(const InstalledApp &app, std::vector<FileClaim> &claims) const;
     void addDesktopFiles(const InstalledApp &app, std::vector<FileClaim> &claims) const;
