@@ -91,6 +91,7 @@ constexpr KnownRow gamesAndMedia[] = {
     {"net.lutris.Lutris;lutris", "$CONFIG/lutris;!$DATA/lutris;$CACHE/lutris"},
     {"heroic;com.heroicgameslauncher.hgl", "!$CONFIG/heroic"},
     {"org.prismlauncher.PrismLauncher", "!$DATA/PrismLauncher"},
+    {"gpodder", "!~/gPodder"},
     {"sol", "!$CONFIG/gnome-games/aisleriot*"},
     {"minecraft-launcher;com.mojang.Minecraft", "!~/.minecraft"},
     {"org.kde.gwenview", "$CONFIG/gwenviewrc;$DATA/gwenview"},
@@ -128,7 +129,7 @@ constexpr KnownRow officeAndStorage[] = {
     {"org.kde.okular", "$CONFIG/okularrc;$CONFIG/okularpartrc;$DATA/okular"},
     {"org.kde.kdeconnect*", "$CONFIG/kdeconnect;$CACHE/kdeconnect.app"},
     {"org.kde.konsole", "$CONFIG/konsolerc;$CONFIG/konsolesshconfig;$DATA/konsole"},
-    {"thunar", "$CONFIG/Thunar;$CONFIG/xfce4/xfconf/xfce-perchannel-xml/thunar.xml"},
+    {"lyx", "~/.lyx;$CONFIG/LyX"},
     {"org.keepassxc.KeePassXC", "$CONFIG/keepassxc;$CACHE/keepassxc;$STATE/keepassxc"},
     {"calibre-gui;com.calibre_ebook.calibre", "$CONFIG/calibre;$CACHE/calibre;!~/Calibre Library"},
     {"anki;net.ankiweb.Anki", "!$DATA/Anki2"},
@@ -211,13 +212,14 @@ DesktopLeftoverRules desktopLeftoverRules(const Host &host) {
         // of the desktops themselves, and of parts that many of their programs have
         "bluedevilglobalrc breezerc drkonqirc gtkrc* icon-cache.kcache kactivitymanagerd* kateschemarc "
         "katevirc "
-        "kcminputrc kconf_updaterc kcookiejar kcrash-metadata kded* kglobalshortcutsrc khotkeysrc kio_http "
+        "emaildefaults emailidentities kcminputrc kconf_updaterc kcookiejar kcrash-metadata kded* "
+        "kglobalshortcutsrc khotkeysrc kio_http "
         "kiorc "
         "klipper klipperrc knewstuff* krunner* kscreen kscreenlockerrc kservicemenurc ksmserver* ksplash* "
         "ksycoca* "
         "ktimezonedrc kwalletrc kwin* kxkbrc kxmlgui* lxqt phishingurl powerdevilrc "
         "powermanagementprofilesrc "
-        "session sessions startkderc trashrc xdg-desktop-portal*");
+        "session sessions shumate startkderc trashrc xdg-desktop-portal*");
     rules.sharedNamesInHome =
         wordsIn(".cache .config .local .gnupg .ssh .pki .mozilla .java .wine .var .ecryptfs .Private "
                 ".password-store .aws .kube .docker .netrc .bash* .profile .z* .vim .emacs.d .git* .gnome "

@@ -66,6 +66,12 @@ LeftoverPlaces::LeftoverPlaces(DesktopPlaces places, DesktopLeftoverRules rules)
     list(places_.state, "State");
     listHome();
     for (const std::string &config : places_.config) {
+        const std::string ofXfce = joinPath(config, "xfce4/xfconf/xfce-perchannel-xml");
+        listings_.push_back({.folder = ofXfce,
+                             .category = "Settings",
+                             .names = sortedNamesIn(ofXfce),
+                             .isOfVendor = true,
+                             .isOfDesktop = true});
         listStarters(joinPath(config, "autostart"), ".desktop", "Exec", "Starts at login");
         listStarters(joinPath(config, "systemd/user"), ".service", "ExecStart", "Background service");
     }
@@ -173,14 +179,22 @@ void LeftoverPlaces::addKnown(const InstalledApp &app, std::vector<FileClaim> &c
     }
 }
 
-/// Whether the user lets a program of KDE report how it is used, in a folder that all of them share.
-void LeftoverPlaces::addAnswers(const InstalledApp &app, std::vector<FileClaim> &claims) const {
-    for (const std::string &identifier : app.names.identifiers)
-        if (identifier.starts_with("org.kde.") && isFileName(identifier))
-            for (const std::string &config : places_.config)
-                claims.push_back({joinPath(config, "kde.org/UserFeedback." + identifier + ".conf"),
-                                  "Settings", MatchConfidence::exact, "named after the app's identifier",
-                                  false});
+/// What a program of KDE has among the files of others: whether it may report how it is used, and pictures of
+/// a game.
+void LeftoverPlaces::addOfKDE(const InstalledApp &app, std::vector<FileClaim> &claims) const {
+    constexpr std::string_view domain = "org.kde.";
+    const auto add = [&](const std::string &folder, const std::string &name, const char *category) {
+        claims.push_back({joinPath(folder, name), category, MatchConfidence::exact,
+                          "named after the app's identifier", false});
+    };
+    for (const std::string &identifier : app.names.identifiers) {
+        if (!identifier.starts_with(domain) || !isFileName(identifier))
+            continue;
+        for (const std::string &config : places_.config)
+            add(config, "kde.org/UserFeedback." + identifier + ".conf", "Settings");
+        for (const std::string &cache : places_.cache)
+            add(cache, "kgamerenderer-" + identifier.substr(domain.size()) + "-themes", cacheCategory);
+    }
 }
 
 void LeftoverPlaces::addSandbox(const InstalledApp &app, std::vector<FileClaim> &claims) const {
@@ -251,7 +265,7 @@ std::vector<FileClaim> LeftoverPlaces::claimsOf(const InstalledApp &app) const {
     std::vector<FileClaim> claims;
     addSandbox(app, claims);
     addKnown(app, claims);
-    addAnswers(app, claims);
+    addOfKDE(app, claims);
     addStarters(app, claims);
     addDesktopFiles(app, claims);
     addNamed(app, keys, claims);

@@ -46,6 +46,7 @@ private:
         std::vector<std::string> names;
         bool isHome = false;
         bool isOfVendor = false;
+        bool isOfDesktop = false; ///< what no application claims is of the desktop
     };
     /// A desktop file or unit of the user that starts a program.
     struct Starter {
@@ -62,7 +63,7 @@ private:
                       const std::string &category);
     void addNamed(const InstalledApp &app, const NameKeys &keys, std::vector<FileClaim> &claims) const;
     void addKnown(const InstalledApp &app, std::vector<FileClaim> &claims) const;
-    void addAnswers(const InstalledApp &app, std::vector<FileClaim> &claims) const;
+    void addOfKDE(const InstalledApp &app, std::vector<FileClaim> &claims) const;
     void addSandbox(const InstalledApp &app, std::vector<FileClaim> &claims) const;
     void addStarters(const InstalledApp &app, std::vector<FileClaim> &claims) const;
     void addDesktopFiles(const InstalledApp &app, std::vector<FileClaim> &claims) const;

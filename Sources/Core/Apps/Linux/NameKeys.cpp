@@ -63,7 +63,7 @@ bool NameKeys::isName(std::string_view name) const {
 }
 
 bool NameKeys::isSettingsFile(std::string_view name) const {
-    for (const std::string_view ending : {"rc", ".conf", "-layoutsrc", "staterc"})
+    for (const std::string_view ending : {"rc", ".conf", ".xml", "-layoutsrc", "staterc"})
         if (name.size() > ending.size() && name.ends_with(ending) &&
             isName(name.substr(0, name.size() - ending.size())))
             return true;

@@ -19,7 +19,7 @@ public:
     [[nodiscard]] bool isIdentifier(std::string_view name) const;
     /// Whether a name is that of the application or its program, whatever the case.
     [[nodiscard]] bool isName(std::string_view name) const;
-    /// Whether it is the name of a settings file of the program: "kritarc", "vlc.conf".
+    /// Whether it is the name of a settings file of the program: "kritarc", "vlc.conf", "thunar.xml".
     [[nodiscard]] bool isSettingsFile(std::string_view name) const;
 
 private:

@@ -53,7 +53,7 @@ std::vector<FileClaim> LeftoverPlaces::withoutOwner() const {
     const std::unordered_set<std::string> commands = commandNames(places_);
     std::vector<FileClaim> claims;
     for (const Listing &listing : listings_) {
-        if (listing.isHome)
+        if (listing.isHome || listing.isOfDesktop)
             continue;
         for (const std::string &name : listing.names)
             if (!isShared(name, false) && !isOfCommand(name, commands))
