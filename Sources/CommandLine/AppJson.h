@@ -1,9 +1,9 @@
 #pragma once
 
-#include "CommandLine/JsonWriter.h"
 #include "Core/Apps/AppRow.h"
 #include "Core/Apps/InstalledApp.h"
 #include "Core/Apps/LeftoverItem.h"
+#include "Core/Text/JsonWriter.h"
 
 #include <vector>
 

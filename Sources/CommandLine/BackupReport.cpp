@@ -1,9 +1,9 @@
 #include "CommandLine/BackupReport.h"
 
-#include "CommandLine/JsonWriter.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Text/Formatting.h"
+#include "Core/Text/JsonWriter.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,10 +1,10 @@
 #include "CommandLine/Commands.h"
 
 #include "CommandLine/GivenPath.h"
-#include "CommandLine/JsonWriter.h"
 #include "CommandLine/PathOperands.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Removal/RemovalGate.h"
+#include "Core/Text/JsonWriter.h"
 
 #include <array>
 #include <optional>

@@ -7,6 +7,9 @@ namespace brimvale::commandLine {
 /// "scan": the tree of a folder with sizes, as text or as JSON.
 extern const Command scanCommand;
 
+/// "open": the tree in a file that "scan --export" or ncdu wrote.
+extern const Command openCommand;
+
 /// "size": the allocated bytes at and under each path.
 extern const Command sizeCommand;
 

@@ -138,7 +138,7 @@ ExitStatus runLeftovers(const Arguments &arguments, Output &output) {
     const std::vector<LeftoverItem> items = leftoverSearch()(*app, cancelled);
     if (arguments.has("--json")) {
         JsonWriter json(output);
-        writeLeftovers(json, items);
+        commandLine::writeLeftovers(json, items);
     } else {
         writeReport(output, items);
     }

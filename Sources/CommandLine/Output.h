@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/FileError.h"
+#include "Base/TextSink.h"
 
 #include <cstdio>
 #include <optional>
@@ -11,17 +12,17 @@ namespace brimvale::commandLine {
 
 /// The output of a command. It goes to a stream through a buffer of fixed size, so the memory does not depend
 /// on the length of a document. Keeps the first failure, and drops all output after it.
-class Output {
+class Output final : public TextSink {
 public:
     explicit Output(std::FILE *stream);
-    ~Output() = default;
+    ~Output() override = default;
     Output(const Output &) = delete;
     Output &operator=(const Output &) = delete;
 
     /// Whether the output goes to a terminal that shows styles, and the variable NO_COLOR is not set.
     [[nodiscard]] bool isStyled() const;
 
-    void write(std::string_view text);
+    void write(std::string_view text) override;
 
     /// Writes out the buffer, so that a reader sees these lines before the next one is ready.
     void flush();

@@ -3,9 +3,9 @@
 #include "Catalogs/CleanupEntry.h"
 #include "Catalogs/CleanupTarget.h"
 #include "Catalogs/StorageCategory.h"
-#include "CommandLine/JsonWriter.h"
 #include "Core/Storage/LocalSnapshot.h"
 #include "Core/Storage/VolumeInfo.h"
+#include "Core/Text/JsonWriter.h"
 
 namespace brimvale::commandLine {
 

@@ -1,9 +1,9 @@
 #include "CommandLine/RemovalOutput.h"
 
-#include "CommandLine/JsonWriter.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Removal/RemovalReport.h"
+#include "Core/Text/JsonWriter.h"
 
 #include <string>
 

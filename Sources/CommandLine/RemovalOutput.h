@@ -1,8 +1,8 @@
 #pragma once
 
 #include "CommandLine/Command.h"
-#include "CommandLine/JsonWriter.h"
 #include "Core/Removal/RemovalResult.h"
+#include "Core/Text/JsonWriter.h"
 #include "Platform/RemovalProgress.h"
 
 #include <string_view>

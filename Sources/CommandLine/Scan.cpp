@@ -2,19 +2,15 @@
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
-#include "CommandLine/JsonWriter.h"
 #include "CommandLine/ProgressLine.h"
-#include "CommandLine/TreeJson.h"
-#include "CommandLine/TreeLimits.h"
-#include "CommandLine/TreeTable.h"
+#include "CommandLine/TreeReport.h"
 #include "Core/Scan/DiskScanner.h"
-#include "Core/Text/Formatting.h"
 
 #include <array>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -24,11 +20,18 @@ namespace brimvale::commandLine {
 
 namespace {
 
+constexpr Option importOption{"--import", Option::Value::text, "FILE",
+                              "Show the tree in FILE, as \"open\" does, and scan nothing."};
+
 constexpr std::array scanCommandOptions = {
     Option{"--min-size", Option::Value::number, "BYTES",
-           "Show a file by itself from this allocated size on (1048576)."},
-    Option{"--depth", Option::Value::number, "N", "Show N levels of folders (2; with --json all)."},
-    Option{"--top", Option::Value::number, "N", "Show the N largest of each folder (10; with --json all)."},
+           "Show a file by itself from this allocated size on (1048576; with --export 0)."},
+    depthOption,
+    topOption,
+    exportOption,
+    outputOption,
+    forceOption,
+    importOption,
 };
 
 struct SizedTree {
@@ -49,35 +52,6 @@ SizedTree scan(const FileURL &url, const ScanOptions &scanOptions, ScanStats &st
     return result;
 }
 
-void writeScan(Output &output, const SizedTree &result, const ScanStats &stats, const TreeLimits &limits) {
-    JsonWriter json(output);
-    json.beginObject();
-    json.key("root");
-    writeTree(json, *result.tree, limits);
-    json.member("files", result.tree->fileCount);
-    json.member("bytes", result.tree->size);
-    json.member("unreadable", stats.unreadable());
-    json.member("elapsed", result.elapsed.count());
-    json.end();
-}
-
-std::string counted(std::int64_t count, std::string_view one, std::string_view many) {
-    return Fmt::count(count).append(" ").append(count == 1 ? one : many);
-}
-
-void writeSummary(Output &output, const SizedTree &result, const ScanStats &stats) {
-    const FSNode &root = *result.tree;
-    std::string line = counted(root.fileCount, "file", "files");
-    line.append(" in ").append(counted(root.dirCount, "folder", "folders"));
-    line.append(", ").append(Fmt::byteFormatter(root.size)).append(" allocated");
-    if (const std::int64_t unreadable = stats.unreadable(); unreadable > 0)
-        line.append(", ").append(Fmt::count(unreadable)).append(" unreadable");
-    std::array<char, 32> seconds{};
-    std::snprintf(seconds.data(), seconds.size(), ", %.2f s\n", result.elapsed.count());
-    output.write("\n");
-    output.write(line.append(seconds.data()));
-}
-
 /// Keeps the tree until the program ends, which frees its memory at once. Destroying a million nodes one by
 /// one takes longer than sorting them.
 void leaveToTheSystem(std::unique_ptr<FSNode> tree) {
@@ -85,31 +59,39 @@ void leaveToTheSystem(std::unique_ptr<FSNode> tree) {
     kept = tree.release();
 }
 
+ScanOptions optionsOf(const Arguments &arguments) {
+    ScanOptions options = ScanOptions::standard();
+    const std::int64_t usual = arguments.has(exportOption.name) ? 0 : options.minimumNodeSize;
+    options.minimumNodeSize = arguments.number("--min-size").value_or(usual);
+    return options;
+}
+
 ExitStatus runScan(const Arguments &arguments, Output &output) {
+    if (const std::optional<std::string> fault = faultOfReport(arguments))
+        return refuseUsage(*fault, &scanCommand);
+    if (const auto file = arguments.text(importOption.name)) {
+        if (!arguments.operands().empty())
+            return refuseUsage("a folder is either scanned or read with \"--import\"", &scanCommand);
+        return reportFile(*file, arguments, output);
+    }
     const std::string_view typed = arguments.operands().empty() ? "." : arguments.operands().front();
     const auto place = placeToScan(typed);
     if (const auto *error = std::get_if<FileError>(&place)) {
         printPathError(typed, *error);
         return ExitStatus::failed;
     }
+    if (!canWriteReport(arguments))
+        return ExitStatus::failed;
 
-    ScanOptions scanOptions = ScanOptions::standard();
-    scanOptions.minimumNodeSize = arguments.number("--min-size").value_or(scanOptions.minimumNodeSize);
     ScanStats stats;
-    SizedTree result = scan(std::get<FileURL>(place), scanOptions, stats);
-
-    const bool isJson = arguments.has("--json");
-    const TreeLimits usual = isJson ? TreeLimits{} : TreeLimits{.depth = 2, .top = 10};
-    const TreeLimits limits{.depth = arguments.number("--depth").value_or(usual.depth),
-                            .top = arguments.number("--top").value_or(usual.top)};
-    if (isJson) {
-        writeScan(output, result, stats, limits);
-    } else {
-        writeTreeTable(output, *result.tree, limits);
-        writeSummary(output, result, stats);
-    }
+    SizedTree result = scan(std::get<FileURL>(place), optionsOf(arguments), stats);
+    const ExitStatus status =
+        stats.cancelled() && arguments.has(exportOption.name)
+            ? ExitStatus::interrupted
+            : reportTree({*result.tree, ScanOrigin::here(stats.unreadable()), result.elapsed.count()},
+                         arguments, output);
     leaveToTheSystem(std::move(result.tree));
-    return stats.cancelled() ? endInterrupted(output) : ExitStatus::done;
+    return stats.cancelled() ? endInterrupted(output) : status;
 }
 
 } // namespace
@@ -123,7 +105,9 @@ constinit const Command scanCommand = {
     .help =
         "\nSizes are allocated bytes. Links are not followed, other volumes and system-managed folders not\n"
         "entered, and a file with several names counts once. Ctrl-C stops early and shows what was\n"
-        "counted until then.\n",
+        "counted until then.\n"
+        "\nWith --export every file is listed, the smallest too, and nothing is exported when the scan is\n"
+        "stopped early.\n",
     .run = runScan,
 };
 

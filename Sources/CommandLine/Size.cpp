@@ -2,12 +2,12 @@
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
-#include "CommandLine/JsonWriter.h"
 #include "CommandLine/PathOperands.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Text/Formatting.h"
+#include "Core/Text/JsonWriter.h"
 
 #include <array>
 #include <cstdint>

@@ -2,10 +2,10 @@
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
-#include "CommandLine/JsonWriter.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Backup/MessagesExport.h"
+#include "Core/Text/JsonWriter.h"
 #include "Platform/AtomicFile.h"
 #include "Platform/FileStatus.h"
 

@@ -2,7 +2,6 @@
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
-#include "CommandLine/JsonWriter.h"
 #include "CommandLine/Question.h"
 #include "CommandLine/RemovalOutput.h"
 #include "CommandLine/StandardStreams.h"
@@ -12,6 +11,7 @@
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Text/Formatting.h"
+#include "Core/Text/JsonWriter.h"
 #include "Core/Trash/PuttingBack.h"
 #include "Core/Trash/TrashRun.h"
 #include "Core/Trash/TrashTexts.h"

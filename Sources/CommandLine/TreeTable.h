@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CommandLine/Output.h"
-#include "CommandLine/TreeLimits.h"
+#include "Core/Export/TreeLimits.h"
 #include "Core/Scan/FSNode.h"
 
 namespace brimvale::commandLine {

@@ -1,8 +1,8 @@
 #include "CommandLine/TreemapSvg.h"
 
 #include "Base/Contrast.h"
-#include "CommandLine/Decimal.h"
 #include "CommandLine/TerminalText.h"
+#include "Core/Text/Decimal.h"
 #include "Core/Treemap/DetailedStyle.h"
 #include "Core/Treemap/TreemapStyle.h"
 

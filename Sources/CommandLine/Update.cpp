@@ -1,8 +1,8 @@
 #include "CommandLine/Commands.h"
 
-#include "CommandLine/JsonWriter.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
+#include "Core/Text/JsonWriter.h"
 #include "Core/Update/Updater.h"
 
 #include <QCoreApplication>

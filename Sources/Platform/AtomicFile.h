@@ -2,7 +2,9 @@
 
 #include "Base/FileError.h"
 #include "Base/StopFlag.h"
+#include "Base/TextSink.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,5 +29,36 @@ enum class Readers {
 /// (a pipe, a device) is written to directly.
 [[nodiscard]] std::optional<FileError>
 replaceFileAtomically(const std::string &path, std::string_view content, Readers readers = Readers::usual);
+
+/// What becomes of a file that has the name already.
+enum class Existing {
+    stays,     ///< EEXIST
+    isReplaced ///< as by `replaceFileAtomically`
+};
+
+/// A file that is written piece by piece, for content that is not wanted in memory at once. What was not
+/// finished leaves nothing.
+class GrowingFile final : public TextSink {
+public:
+    /// Begins a file for an absolute path.
+    GrowingFile(std::string path, Existing existing);
+    ~GrowingFile() override;
+    GrowingFile(const GrowingFile &) = delete;
+    GrowingFile &operator=(const GrowingFile &) = delete;
+
+    /// After a failure, nothing more is written.
+    void write(std::string_view text) override;
+
+    /// Gives the file its name; call it last. The first failure since the beginning.
+    [[nodiscard]] std::optional<FileError> finish();
+
+private:
+    void pass();
+
+    struct Place;
+    std::unique_ptr<Place> place_;
+    std::string buffer_;
+    std::optional<FileError> failure_;
+};
 
 } // namespace brimvale

@@ -1,6 +1,7 @@
-#include "CommandLine/JsonWriter.h"
+#include "Core/Text/JsonWriter.h"
 
-#include "CommandLine/Decimal.h"
+#include "CommandLine/Output.h"
+#include "Core/Text/Decimal.h"
 
 #include <array>
 #include <cstdio>

@@ -67,7 +67,7 @@ TEST(Usage, HelpIsPrinted) {
                   "Usage: brimvalectl ",
                   "\n  --system macos|linux  "},
              Case{{"scan", "--help"},
-                  "Usage: brimvalectl scan [PATH] [--min-size BYTES] [--depth N] [--top N] [--json]\n",
+                  "Usage: brimvalectl scan [PATH] [--min-size BYTES] [--depth N] [--top N] ",
                   "\n  --depth N "},
              Case{{"--version"}, "brimvalectl ", "."},
          }) {

@@ -26,9 +26,15 @@ std::optional<ItemPin> pinOf(const FSNode &node, const FileURL &place) {
         {.file = *item, .isFolder = node.isDirectory, .details = ItemDetails{.length = node.logicalSize}}};
 }
 
+bool areImported(std::span<FSNode *const> nodes) {
+    return !nodes.empty() && nodes.front()->isImported();
+}
+
 } // namespace
 
 std::vector<FSNode *> removableNodes(std::span<FSNode *const> nodes) {
+    if (areImported(nodes))
+        return {};
     std::unordered_set<const FSNode *> taken;
     std::vector<FSNode *> removable;
     for (FSNode *node : nodes)
@@ -38,6 +44,8 @@ std::vector<FSNode *> removableNodes(std::span<FSNode *const> nodes) {
 }
 
 std::vector<CleanupEntry> entriesOf(std::span<FSNode *const> nodes) {
+    if (areImported(nodes))
+        return {};
     std::vector<CleanupEntry> entries;
     entries.reserve(nodes.size());
     for (const FSNode *node : nodes) {

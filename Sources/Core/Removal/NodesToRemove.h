@@ -10,10 +10,11 @@
 namespace brimvale {
 
 /// The nodes that can be removed, in order, each once: without aggregates, and without descendants of other
-/// given nodes. All nodes must be from one tree.
+/// given nodes. All nodes must be from one tree. None of an imported one.
 [[nodiscard]] std::vector<FSNode *> removableNodes(std::span<FSNode *const> nodes);
 
-/// The nodes as entries to remove, with the sizes from the scan, and pinned to the items that it found.
+/// The nodes as entries to remove, with the sizes from the scan, and pinned to the items that it found. None
+/// where the nodes are of an imported tree.
 [[nodiscard]] std::vector<CleanupEntry> entriesOf(std::span<FSNode *const> nodes);
 
 /// The nodes of a tree whose items are gone, without their descendants. The root itself always stays; if it

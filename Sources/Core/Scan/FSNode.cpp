@@ -36,6 +36,13 @@ FSNode::~FSNode() {
     }
 }
 
+bool FSNode::isImported() const {
+    const FSNode *root = this;
+    while (root->parent_ != nullptr)
+        root = root->parent_;
+    return root->rare_ != nullptr && root->rare_->isImported;
+}
+
 std::optional<FileIdentity> FSNode::identity() const {
     return inode_ != 0 ? std::optional(FileIdentity{device, inode_}) : std::nullopt;
 }

@@ -73,6 +73,12 @@ public:
         skipReason = reason;
     }
 
+    /// Whether the tree was read from a file: nothing in it is on this disk, so nothing is removed or shown
+    /// there, even where a path is the same.
+    [[nodiscard]] bool isImported() const;
+    /// Marks the tree of this root so, for ever.
+    void markImported() { rare().isImported = true; }
+
     /// Which entry of the disk this is, as the scan found it; nothing for an aggregate and for an entry whose
     /// status was not read.
     [[nodiscard]] std::optional<FileIdentity> identity() const;
@@ -125,6 +131,7 @@ private:
         std::int64_t removedLogicalSize = 0;  ///< of removed descendants
         std::int64_t removedDirCount = 0;
         bool mayBeOutOfOrder = false; ///< of a folder with descendants that have left or were replaced
+        bool isImported = false; ///< of the root of a tree
     };
 
     void findNewestInAncestors(std::uint32_t earlier, const FSNode *leaving) const;

@@ -22,6 +22,8 @@ constexpr std::string_view skippedBecause(SkipReason reason) {
         return "It shows files of a container, which are counted in the store of the container program.";
     case SkipReason::snapshot:
         return "A read-only snapshot shares most of its files with the folder that it was made of.";
+    case SkipReason::leftOut:
+        return "The list that was imported leaves it out.";
     case SkipReason::managed:
         break;
     }

@@ -11,7 +11,8 @@ enum class SkipReason : std::uint8_t {
     program,      ///< a program answers for its files
     image,        ///< it shows the contents of a file
     container,    ///< it shows layers of a container, which are counted where they are
-    snapshot      ///< it shows the files of another folder as they were
+    snapshot,     ///< it shows the files of another folder as they were
+    leftOut       ///< the program that made an imported list left it out
 };
 
 } // namespace brimvale

@@ -13,6 +13,7 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace brimvale {
 
@@ -106,6 +107,99 @@ std::optional<FileError> replaceFileAtomically(const std::string &path, std::str
     std::error_code error;
     const std::filesystem::path resolved = std::filesystem::canonical(path, error);
     return putInPlace(error ? path : resolved.native(), content, status.st_mode & permissionBits, usual);
+}
+
+namespace {
+
+constexpr std::size_t bufferSize = 1 << 18;
+
+/// Gives a finished file its name, and fails where something has that name. A file system without hard links
+/// has the name reserved first.
+std::optional<FileError> takeFreeName(const std::string &growing, const std::string &path) {
+    if (link(growing.c_str(), path.c_str()) == 0) {
+        unlink(growing.c_str());
+        return std::nullopt;
+    }
+    if (errno == EEXIST)
+        return FileError::posix(EEXIST);
+    if (!Descriptor(
+             open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, usualPermissions))
+             .isOpen())
+        return lastErrorUnless(false);
+    const std::optional<FileError> failure = lastErrorUnless(std::rename(growing.c_str(), path.c_str()) == 0);
+    if (failure)
+        unlink(path.c_str());
+    return failure;
+}
+
+} // namespace
+
+struct GrowingFile::Place {
+    std::string path; ///< links are resolved
+    Existing existing;
+    std::string growing; ///< empty where the place is no file and is written to directly
+    Descriptor file;
+};
+
+GrowingFile::GrowingFile(std::string path, Existing existing)
+    : place_(std::make_unique<Place>(Place{std::move(path), existing, {}, Descriptor(-1)})) {
+    buffer_.reserve(bufferSize);
+    struct stat status {};
+    const bool exists = stat(place_->path.c_str(), &status) == 0 || lstat(place_->path.c_str(), &status) == 0;
+    if (exists && existing == Existing::stays) {
+        failure_ = FileError::posix(EEXIST);
+        return;
+    }
+    if (exists && !S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode)) {
+        place_->file = Descriptor(open(place_->path.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC | O_NOCTTY));
+    } else {
+        std::error_code error;
+        const std::filesystem::path resolved = std::filesystem::canonical(place_->path, error);
+        if (exists && !error)
+            place_->path = resolved.native();
+        const mode_t permissions =
+            exists && S_ISREG(status.st_mode) ? status.st_mode & permissionBits : usualPermissions;
+        place_->file = makeBeside(place_->path, permissions, place_->growing);
+    }
+    failure_ = lastErrorUnless(place_->file.isOpen());
+}
+
+GrowingFile::~GrowingFile() {
+    if (place_->file.isOpen() && !place_->growing.empty())
+        unlink(place_->growing.c_str());
+}
+
+void GrowingFile::write(std::string_view text) {
+    buffer_ += text;
+    if (buffer_.size() >= bufferSize)
+        pass();
+}
+
+void GrowingFile::pass() {
+    if (!failure_)
+        failure_ = lastErrorUnless(writeAll(place_->file.number(), buffer_, {}));
+    buffer_.clear();
+}
+
+std::optional<FileError> GrowingFile::finish() {
+    pass();
+    if (!place_->file.isOpen())
+        return failure_;
+    const bool isBeside = !place_->growing.empty();
+    if (!failure_ && isBeside)
+        failure_ = lastErrorUnless(fsync(place_->file.number()) == 0);
+    std::optional<FileError> ofClosing = closed(place_->file, true);
+    if (!failure_)
+        failure_ = std::move(ofClosing);
+    if (!isBeside)
+        return failure_;
+    if (!failure_)
+        failure_ = place_->existing == Existing::stays
+                       ? takeFreeName(place_->growing, place_->path)
+                       : lastErrorUnless(std::rename(place_->growing.c_str(), place_->path.c_str()) == 0);
+    if (failure_)
+        unlink(place_->growing.c_str());
+    return failure_;
 }
 
 } // namespace brimvale

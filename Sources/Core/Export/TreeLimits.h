@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace brimvale::commandLine {
+namespace brimvale {
 
 /// How much of a sorted tree is printed.
 struct TreeLimits {
@@ -27,4 +27,4 @@ struct TreeLimits {
     }
 };
 
-} // namespace brimvale::commandLine
+} // namespace brimvale

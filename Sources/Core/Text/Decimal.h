@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace brimvale::commandLine {
+namespace brimvale {
 
 /// The shortest decimal that reads back as the same finite `number`: "0.1", "1e+300". Has a point in every
 /// locale.
@@ -12,4 +12,4 @@ namespace brimvale::commandLine {
 /// exponent.
 [[nodiscard]] std::string fixedDecimal(double number, int places);
 
-} // namespace brimvale::commandLine
+} // namespace brimvale

@@ -1,9 +1,9 @@
-#include "CommandLine/TreeJson.h"
+#include "Core/Export/TreeJson.h"
 
 #include <cstddef>
 #include <vector>
 
-namespace brimvale::commandLine {
+namespace brimvale {
 
 namespace {
 
@@ -58,4 +58,4 @@ void writeTree(JsonWriter &json, const FSNode &root, const TreeLimits &limits) {
     }
 }
 
-} // namespace brimvale::commandLine
+} // namespace brimvale

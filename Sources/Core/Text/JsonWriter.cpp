@@ -1,14 +1,14 @@
-#include "CommandLine/JsonWriter.h"
+#include "Core/Text/JsonWriter.h"
 
 #include "Base/Hex.h"
 #include "Base/Text.h"
-#include "CommandLine/Decimal.h"
+#include "Core/Text/Decimal.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 
-namespace brimvale::commandLine {
+namespace brimvale {
 
 namespace {
 
@@ -49,23 +49,23 @@ std::string hexName(std::string_view name) {
 
 void JsonWriter::begin(char bracket) {
     separate();
-    output_.write({&bracket, 1});
+    sink_.write({&bracket, 1});
     open_.push_back(bracket);
     needsComma_ = false;
 }
 
 void JsonWriter::end() {
-    output_.write(open_.back() == '{' ? "}" : "]");
+    sink_.write(open_.back() == '{' ? "}" : "]");
     open_.pop_back();
     needsComma_ = true;
     if (open_.empty())
-        output_.write("\n");
+        sink_.write("\n");
 }
 
 void JsonWriter::key(std::string_view name) {
     separate();
     writeText(name);
-    output_.write(":");
+    sink_.write(":");
     needsComma_ = false;
 }
 
@@ -79,24 +79,24 @@ void JsonWriter::value(std::string_view bytes) {
 
 void JsonWriter::value(std::int64_t number) {
     separate();
-    output_.write(std::to_string(number));
+    sink_.write(std::to_string(number));
 }
 
 void JsonWriter::value(double number) {
     if (!std::isfinite(number))
         return null();
     separate();
-    output_.write(shortestDecimal(number));
+    sink_.write(shortestDecimal(number));
 }
 
 void JsonWriter::value(bool truth) {
     separate();
-    output_.write(truth ? "true" : "false");
+    sink_.write(truth ? "true" : "false");
 }
 
 void JsonWriter::null() {
     separate();
-    output_.write("null");
+    sink_.write("null");
 }
 
 void JsonWriter::path(std::string_view name, std::string_view bytes) {
@@ -127,13 +127,13 @@ void JsonWriter::writePaths(std::string_view name, const std::vector<std::string
 /// Writes the comma before the next value, if one is needed.
 void JsonWriter::separate() {
     if (needsComma_)
-        output_.write(",");
+        sink_.write(",");
     needsComma_ = true;
 }
 
 /// A string in quotes. `text` is well-formed UTF-8.
 void JsonWriter::writeText(std::string_view text) {
-    output_.write("\"");
+    sink_.write("\"");
     std::size_t plain = 0; // the length of the start of `text` that needs no escape
     while (plain < text.size()) {
         const std::size_t length = escapedLength(text.substr(plain));
@@ -141,13 +141,13 @@ void JsonWriter::writeText(std::string_view text) {
             ++plain;
             continue;
         }
-        output_.write(text.substr(0, plain));
-        output_.write(escape(text.substr(plain, length)));
+        sink_.write(text.substr(0, plain));
+        sink_.write(escape(text.substr(plain, length)));
         text.remove_prefix(plain + length);
         plain = 0;
     }
-    output_.write(text);
-    output_.write("\"");
+    sink_.write(text);
+    sink_.write("\"");
 }
 
-} // namespace brimvale::commandLine
+} // namespace brimvale

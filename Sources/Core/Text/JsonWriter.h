@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Base/FileURL.h"
-#include "CommandLine/Output.h"
+#include "Base/TextSink.h"
 
 #include <cstdint>
 #include <optional>
@@ -9,14 +9,14 @@
 #include <string_view>
 #include <vector>
 
-namespace brimvale::commandLine {
+namespace brimvale {
 
 /// Writes one JSON document (RFC 8259) piece by piece, and adds commas and closing brackets itself. The
 /// output is valid UTF-8 and plain text on a terminal. Only the open brackets are kept in memory, so a
 /// document may have any length and any depth.
 class JsonWriter {
 public:
-    explicit JsonWriter(Output &output) : output_(output) {}
+    explicit JsonWriter(TextSink &sink) : sink_(sink) {}
 
     void beginObject() { begin('{'); }
     void beginArray() { begin('['); }
@@ -76,9 +76,9 @@ private:
     void separate();
     void writeText(std::string_view text);
 
-    Output &output_;
+    TextSink &sink_;
     std::string open_; ///< the brackets that are open, outermost first
     bool needsComma_ = false;
 };
 
-} // namespace brimvale::commandLine
+} // namespace brimvale

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "CommandLine/JsonWriter.h"
-#include "CommandLine/TreeLimits.h"
+#include "Core/Export/TreeLimits.h"
 #include "Core/Scan/FSNode.h"
+#include "Core/Text/JsonWriter.h"
 
-namespace brimvale::commandLine {
+namespace brimvale {
 
 /// Writes a node and its descendants as one JSON value, without recursion: an object per node with the stored
 /// members by name, `path` only for `root`, and `children` last, if there are any to write.
 void writeTree(JsonWriter &json, const FSNode &root, const TreeLimits &limits);
 
-} // namespace brimvale::commandLine
+} // namespace brimvale

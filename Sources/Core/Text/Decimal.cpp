@@ -1,11 +1,11 @@
-#include "CommandLine/Decimal.h"
+#include "Core/Text/Decimal.h"
 
 #include <iomanip>
 #include <limits>
 #include <locale>
 #include <sstream>
 
-namespace brimvale::commandLine {
+namespace brimvale {
 
 // std::to_chars could do this, but on a Mac its floating-point forms need macOS 13.3.
 
@@ -31,4 +31,4 @@ std::string fixedDecimal(double number, int places) {
     return stream.str();
 }
 
-} // namespace brimvale::commandLine
+} // namespace brimvale

@@ -1,0 +1,192 @@
+#include "CommandLine/TreeReport.h"
+
+#include "CommandLine/GivenPath.h"
+#include "CommandLine/StandardStreams.h"
+#include "CommandLine/TerminalText.h"
+#include "CommandLine/TreeTable.h"
+#include "Core/Export/Listing.h"
+#include "Core/Export/ListingReader.h"
+#include "Core/Export/TreeJson.h"
+#include "Core/Export/TreeLimits.h"
+#include "Core/Text/Formatting.h"
+#include "Core/Text/JsonWriter.h"
+#include "Platform/AtomicFile.h"
+#include "Platform/FileStatus.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <unistd.h>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+/// The bytes of standard input.
+class StandardInput final : public ByteSource {
+public:
+    [[nodiscard]] std::optional<std::string_view> next() override {
+        for (;;) {
+            const ssize_t count = read(STDIN_FILENO, buffer_.data(), buffer_.size());
+            if (count >= 0)
+                return std::string_view(buffer_.data(), static_cast<std::size_t>(count));
+            if (errno != EINTR)
+                return std::nullopt;
+        }
+    }
+
+private:
+    std::vector<char> buffer_ = std::vector<char>(std::size_t{1} << 18);
+};
+
+std::string counted(std::int64_t count, std::string_view one, std::string_view many) {
+    return Fmt::count(count).append(" ").append(count == 1 ? one : many);
+}
+
+/// "Imported from ncdu 1.18, server, 2026-03-01T09:30:00Z".
+std::string importLine(const ScanOrigin &origin) {
+    std::string line = "Imported; nothing of it is on this disk.";
+    for (const std::string &part :
+         {origin.host, origin.program, origin.date ? iso8601(*origin.date) : std::string()})
+        if (!part.empty())
+            line.append(line.ends_with('.') ? " From " : ", ").append(terminalText(part));
+    return line.append("\n");
+}
+
+void writeSummary(Output &output, const ReportedTree &tree) {
+    std::string line = counted(tree.root.fileCount, "file", "files");
+    line.append(" in ").append(counted(tree.root.dirCount, "folder", "folders"));
+    line.append(", ").append(Fmt::byteFormatter(tree.root.size)).append(" allocated");
+    if (tree.origin.unreadable > 0)
+        line.append(", ").append(Fmt::count(tree.origin.unreadable)).append(" unreadable");
+    if (tree.elapsed) {
+        std::array<char, 32> seconds{};
+        std::snprintf(seconds.data(), seconds.size(), ", %.2f s", *tree.elapsed);
+        line.append(seconds.data());
+    }
+    output.write("\n");
+    output.write(line.append("\n"));
+    if (tree.root.isImported())
+        output.write(importLine(tree.origin));
+}
+
+void writeDocument(Output &output, const ReportedTree &tree, const TreeLimits &limits) {
+    JsonWriter json(output);
+    json.beginObject();
+    if (tree.root.isImported()) {
+        json.member("program", tree.origin.program);
+        json.member("host", tree.origin.host);
+        json.member("date", tree.origin.date ? std::optional(iso8601(*tree.origin.date)) : std::nullopt);
+    }
+    json.key("root");
+    writeTree(json, tree.root, limits);
+    json.member("files", tree.root.fileCount);
+    json.member("bytes", tree.root.size);
+    json.member("unreadable", tree.origin.unreadable);
+    if (tree.elapsed)
+        json.member("elapsed", *tree.elapsed);
+    json.end();
+}
+
+Existing existingOf(const Arguments &arguments) {
+    return arguments.has(forceOption.name) ? Existing::isReplaced : Existing::stays;
+}
+
+void printOutputError(std::string_view typed, const FileError &error) {
+    if (error.code != EEXIST)
+        return printPathError(typed, error);
+    printError(terminalText(typed) + ": this file exists. Use --force to replace it.");
+}
+
+ExitStatus exportTree(const ReportedTree &tree, ListingFormat format, const Arguments &arguments,
+                      Output &output) {
+    const std::optional<std::string_view> typed = arguments.text(outputOption.name);
+    if (!typed) {
+        writeListing(output, tree.root, tree.origin, format);
+        return ExitStatus::done;
+    }
+    const auto place = resolveGivenPath(*typed);
+    const auto *url = std::get_if<FileURL>(&place);
+    if (url == nullptr) {
+        printPathError(*typed, std::get<FileError>(place));
+        return ExitStatus::failed;
+    }
+    GrowingFile file(url->path(), existingOf(arguments));
+    writeListing(file, tree.root, tree.origin, format);
+    const std::optional<FileError> failure = file.finish();
+    if (failure)
+        printOutputError(*typed, *failure);
+    return failure ? ExitStatus::failed : ExitStatus::done;
+}
+
+} // namespace
+
+std::optional<std::string> faultOfReport(const Arguments &arguments) {
+    const std::optional<std::string_view> format = arguments.text(exportOption.name);
+    if (format && !listingFormatNamed(*format))
+        return "\"--export\" takes csv, json or ncdu, not " + inQuotes(*format);
+    if (format && arguments.has("--json"))
+        return "\"--export\" and \"--json\" exclude each other";
+    for (const Option &limit : {depthOption, topOption})
+        if (format && arguments.has(limit.name))
+            return "\"--export\" lists the whole tree, without " + inQuotes(limit.name);
+    if (!format && arguments.has(outputOption.name))
+        return "\"--output\" needs \"--export\"";
+    return std::nullopt;
+}
+
+bool canWriteReport(const Arguments &arguments) {
+    const std::optional<std::string_view> typed = arguments.text(outputOption.name);
+    if (!typed || arguments.has(forceOption.name))
+        return true;
+    const auto place = resolveGivenPath(*typed);
+    const auto *url = std::get_if<FileURL>(&place);
+    if (url == nullptr || !fileStatus(url->path()))
+        return true;
+    printOutputError(*typed, FileError::posix(EEXIST));
+    return false;
+}
+
+ExitStatus reportTree(const ReportedTree &tree, const Arguments &arguments, Output &output) {
+    if (const auto format = arguments.text(exportOption.name))
+        return exportTree(tree, *listingFormatNamed(*format), arguments, output);
+    const bool isJson = arguments.has("--json");
+    const TreeLimits usual = isJson ? TreeLimits{} : TreeLimits{.depth = 2, .top = 10};
+    const TreeLimits limits{.depth = arguments.number(depthOption.name).value_or(usual.depth),
+                            .top = arguments.number(topOption.name).value_or(usual.top)};
+    if (isJson) {
+        writeDocument(output, tree, limits);
+    } else {
+        writeTreeTable(output, tree.root, limits);
+        writeSummary(output, tree);
+    }
+    return ExitStatus::done;
+}
+
+ExitStatus reportFile(std::string_view typed, const Arguments &arguments, Output &output) {
+    Result<ImportedTree, ImportFault> read = ImportFault();
+    if (typed == "-") {
+        StandardInput input;
+        read = readListing(input);
+    } else {
+        const auto place = resolveGivenPath(typed);
+        if (const auto *error = std::get_if<FileError>(&place)) {
+            printPathError(typed, *error);
+            return ExitStatus::failed;
+        }
+        read = readListingAt(std::get<FileURL>(place).path());
+    }
+    if (const auto *fault = std::get_if<ImportFault>(&read)) {
+        printError((typed == "-" ? "standard input" : terminalText(typed)) + ": " + fault->sentence);
+        return ExitStatus::failed;
+    }
+    auto &tree = std::get<ImportedTree>(read);
+    return reportTree({*tree.root, std::move(tree.origin)}, arguments, output);
+}
+
+} // namespace brimvale::commandLine
