@@ -55,8 +55,8 @@ public:
     /// `folder` contains one of its own ancestors, mounted there a second time. It is not entered.
     virtual void containsAncestor(FolderHandle /*folder*/) {}
 
-    /// The status of an entry of `folder` could not be read; errno says why.
-    virtual void noStatus(FolderHandle folder) = 0;
+    /// The status of the entry `name` of `folder` could not be read; errno says why.
+    virtual void noStatus(FolderHandle folder, std::string_view name) = 0;
 
     /// `folder` could not be opened, or not read to its end; errno says why unless `enter` changed it.
     virtual void unreadable(FolderHandle folder) = 0;

@@ -78,9 +78,11 @@ void ScanSession::startScan(std::optional<std::string> path) {
     begun.scanFiles = begun.scanBytes = begun.scanUnreadable = 0;
     begun.scanElapsed = 0;
     begun.scanCurrentPath = begun.scanRootPath;
-    scanStats_ = std::make_shared<ScanStats>();
+    scanStats_ = latestStats_ = std::make_shared<ScanStats>();
+    growth_.begin(begun.scanRootPath, begun.tree);
     setTree(nullptr);
     emit changed();
+    emit grown();
     scanStart_ = std::chrono::steady_clock::now();
     progressTimer_.start(scanInterval);
 
@@ -103,6 +105,8 @@ void ScanSession::takeResult(const std::shared_ptr<Walk> &walk, std::shared_ptr<
         workers_.dispose(std::exchange(found, nullptr));
     if (walk->hasStopped)
         return;
+    if (found != nullptr)
+        latestStats_ = walk->stats;
     finishScan(found);
     if (found == nullptr)
         return;
@@ -129,6 +133,8 @@ void ScanSession::pollScan() {
         state.scanCurrentPath = scanStats_->current();
         state.scanElapsed = elapsed();
     });
+    growth_.take(*scanStats_);
+    emit grown();
 }
 
 double ScanSession::elapsed() const {
@@ -153,11 +159,39 @@ void ScanSession::finishScan(const std::shared_ptr<FSNode> &found) {
     ended.scanElapsed = elapsed();
     ended.isScanning = false;
     ended.scanCurrentPath.clear();
+    endGrowth(found != nullptr);
     scanStats_ = nullptr;
     if (found != nullptr)
         setTree(found);
     emit changed();
+    emit grown();
     volumes_.refreshVolumes();
+}
+
+/// The tree takes the place of the growing picture. Without one, that stays as it is.
+void ScanSession::endGrowth(bool hasTree) {
+    if (hasTree)
+        return growth_.clear();
+    if (scanStats_ != nullptr)
+        growth_.take(*scanStats_);
+    growth_.stop();
+}
+
+void ScanSession::install(std::shared_ptr<FSNode> tree) {
+    if (scanStats_ != nullptr) {
+        scanStats_->cancel();
+        endStopped();
+    }
+    unannounced().scanRootPath = tree->path();
+    unannounced().scanFiles = tree->fileCount;
+    unannounced().scanUnreadable = 0;
+    latestStats_ = nullptr;
+    scanStart_.reset();
+    finishScan(tree);
+}
+
+std::vector<UnreadableItem> ScanSession::unreadableItems() const {
+    return latestStats_ == nullptr ? std::vector<UnreadableItem>() : latestStats_->unreadableItems().listed();
 }
 
 /// Announces another tree, and frees the earlier one in the background, because freeing so many nodes would
@@ -166,6 +200,7 @@ void ScanSession::setTree(std::shared_ptr<FSNode> tree) {
     if (tree == state().tree)
         return;
     waiting_.clear(); // they belong to the earlier tree
+    unannounced().rescannedPath.clear();
     dropping_ = toScanAgain_ = {};
     std::shared_ptr<FSNode> earlier = std::exchange(unannounced().tree, std::move(tree));
     emit treeChanged();
@@ -228,14 +263,59 @@ void ScanSession::detach(FSNode &node) {
     emit nodeAboutToBeDetached(&node);
     node.subtractFromAncestors();
     countFiles(-node.fileCount);
+    forgetUnreadable(node);
     detached_.push_back(parent->release(node));
     emit nodeDetached(&node);
+}
+
+/// What could not be read in a node is of no interest when that leaves the tree.
+void ScanSession::forgetUnreadable(const FSNode &node) {
+    if (!node.isAtLeast() || latestStats_ == nullptr)
+        return;
+    latestStats_->unreadableItems().dropWithin(node.path());
+    unmarkReadable(node.parent());
+}
+
+/// The places were scanned again, with these results.
+void ScanSession::replaceUnreadable(const ScannedPlaces &places, ScanStats &stats) {
+    if (latestStats_ == nullptr)
+        return;
+    UnreadableItems &items = latestStats_->unreadableItems();
+    for (const auto &place : places)
+        items.dropWithin(place.first.path());
+    items.add(stats.unreadableItems());
+}
+
+/// Takes the mark from a folder and its ancestors where everything inside could be read.
+void ScanSession::unmarkReadable(FSNode *folder) {
+    if (latestStats_ == nullptr)
+        return;
+    const UnreadableItems &items = latestStats_->unreadableItems();
+    if (!state().isScanning)
+        unannounced().scanUnreadable = items.count();
+    for (; folder != nullptr; folder = folder->parent())
+        folder->holdsUnreadable = folder->holdsUnreadable && items.reachInto(folder->path());
 }
 
 void ScanSession::measureAgain(const GonePaths &partlyGone) {
     for (const std::shared_ptr<Walk> &walk : walks_)
         walk->partlyGone.add(partlyGone);
     scanAgain(partlyGone);
+}
+
+void ScanSession::rescan(const FileURL &folder) {
+    if (state().tree == nullptr || state().isScanning)
+        return;
+    update([&](SessionState &state) { state.rescannedPath = folder.path(); });
+    scanAgain(GonePaths({folder}));
+}
+
+/// These places were scanned again, or are not in the tree.
+void ScanSession::endUserRescan(const GonePaths &items) {
+    const std::string &path = state().rescannedPath;
+    if (path.empty() || !items.contains(FileURL(path)) || toScanAgain_.contains(FileURL(path)))
+        return;
+    update([](SessionState &state) { state.rescannedPath.clear(); });
 }
 
 void ScanSession::readPlacesAgain(const GonePaths &replaced) {
@@ -265,8 +345,8 @@ void ScanSession::beginRescan() {
     for (const FSNode *node : nodesAt(*state().tree, items))
         places.emplace_back(node->path(), nullptr);
     if (places.empty())
-        return;
-    rescan_ = std::make_shared<Rescan>(Rescan{.tree = state().tree});
+        return endUserRescan(items);
+    rescan_ = std::make_shared<Rescan>(Rescan{.tree = state().tree, .items = items});
     threads_.run(
         this,
         [places = std::move(places), rootPath = state().tree->path(),
@@ -286,10 +366,12 @@ void ScanSession::endRescan(ScannedPlaces found) {
     }
     const std::shared_ptr<Rescan> done = std::exchange(rescan_, nullptr);
     if (state().tree != nullptr && done->tree.lock() == state().tree) {
+        replaceUnreadable(found, *done->stats);
         replace(found);
         scanAgain(dropFromTree(done->gone));
     }
     workers_.dispose(std::move(found));
+    endUserRescan(done->items);
     if (rescan_ == nullptr)
         beginRescan();
 }
@@ -314,6 +396,7 @@ void ScanSession::replaceContents(FSNode &folder, FSNode &found) {
     emit nodesAboutToBeDetached(children);
     emit contentsAboutToBeReplaced(&folder);
     folder.swapContents(found);
+    unmarkReadable(folder.parent() != nullptr ? folder.parent() : &folder);
     countFiles(folder.fileCount - found.fileCount);
     emit contentsReplaced(&folder);
     emit changed();

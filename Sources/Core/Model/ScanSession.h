@@ -2,6 +2,7 @@
 
 #include "Base/Date.h"
 #include "Core/Model/Part.h"
+#include "Core/Model/ScanGrowth.h"
 #include "Core/Model/ScanThreads.h"
 #include "Core/Removal/GonePaths.h"
 #include "Core/Scan/FSNode.h"
@@ -36,6 +37,7 @@ struct SessionState {
     std::int64_t scanUnreadable = 0;
     double scanElapsed = 0; ///< seconds
     std::optional<Date> lastScanDate = {};
+    std::string rescannedPath = {}; ///< the folder that the user had scanned again in place; empty when idle
 };
 
 /// The scan that Browse shows, and its tree.
@@ -79,11 +81,25 @@ public:
     /// again, but never the whole root for an item right in it, only this item.
     void readPlacesAgain(const GonePaths &replaced);
 
+    /// Scans one folder of the tree again, in the background and after any other rescan, and replaces its
+    /// contents. Does nothing without a tree.
+    void rescan(const FileURL &folder);
+
+    /// Takes a finished tree that was not scanned here, in place of a running scan. Sorted.
+    void install(std::shared_ptr<FSNode> tree);
+
+    /// The picture that grows while a scan runs, and stays when it is stopped. `grown` announces changes.
+    [[nodiscard]] const ScanGrowth &growth() const { return growth_; }
+
+    /// What the running, finished or stopped scan could not read, the first 10,000.
+    [[nodiscard]] std::vector<UnreadableItem> unreadableItems() const;
+
     /// Whether removed nodes are still in the tree. `dropped` announces the end.
     [[nodiscard]] bool isDropping() const { return isDropping_; }
 
 signals:
     void treeChanged();
+    void grown();
 
     /// These nodes will be removed from the tree one by one. Drop all pointers to them now.
     void nodesAboutToBeDetached(const std::vector<FSNode *> &nodes);
@@ -113,6 +129,7 @@ private:
 
     struct Rescan {
         std::weak_ptr<FSNode> tree; ///< the one that showed the places
+        GonePaths items;            ///< these places
         std::shared_ptr<ScanStats> stats = std::make_shared<ScanStats>();
         GonePaths gone = {}; ///< since it began
     };
@@ -120,6 +137,7 @@ private:
     void pollScan();
     void takeResult(const std::shared_ptr<Walk> &walk, std::shared_ptr<FSNode> found);
     void endStopped();
+    void endGrowth(bool hasTree);
     void setTree(std::shared_ptr<FSNode> tree);
     [[nodiscard]] double elapsed() const;
     GonePaths dropFromTree(const GonePaths &gone);
@@ -132,11 +150,17 @@ private:
     void endRescan(ScannedPlaces found);
     void replace(const ScannedPlaces &places);
     void replaceContents(FSNode &folder, FSNode &found);
+    void forgetUnreadable(const FSNode &node);
+    void replaceUnreadable(const ScannedPlaces &places, ScanStats &stats);
+    void unmarkReadable(FSNode *folder);
+    void endUserRescan(const GonePaths &items);
 
     Workers &workers_;
     Volumes &volumes_;
     Scan scan_;
     std::shared_ptr<ScanStats> scanStats_;
+    std::shared_ptr<ScanStats> latestStats_; ///< of the scan that is shown, running or not
+    ScanGrowth growth_;
     QTimer progressTimer_;
     std::optional<std::chrono::steady_clock::time_point> scanStart_;
     std::vector<std::shared_ptr<Walk>> walks_; ///< still running, including superseded ones

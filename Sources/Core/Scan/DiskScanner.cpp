@@ -28,7 +28,7 @@ constexpr int namesAfterCancelling = 1024;
 void setFigures(FSNode &node, const FileStatus &status, ScanState &state) {
     if (!state.sums.admits(status)) {
         node.unreadable = true;
-        state.stats.addUnreadable();
+        state.stats.addUnreadable(node.path(), UnreadableItem::claimsTooMuch);
         return;
     }
     node.size = status.allocatedBytes;
@@ -65,6 +65,7 @@ std::unique_ptr<FSNode> fileNode(FSNode &root, const char *name, const FileStatu
     root.fileCount = checkedAdd(root.fileCount, node->fileCount);
     root.modified = std::max(root.modified, node->modified);
     state.stats.add(node->fileCount, node->size);
+    state.stats.growing().addFile(name, node->fileCount, node->size);
     return node;
 }
 
@@ -99,8 +100,10 @@ PendingFolders listRoot(FSNode &root, Folder folder, const std::string &path, Sc
         else if (status->identity.device != device &&
                  kindOnOtherDevice(pending.folder(), name) == SubfolderKind::snapshot)
             nodes.back()->markSkipped(false, SkipReason::snapshot);
-        else
+        else {
             pending.add(name, nodes.back().get(), status->identity);
+            state.stats.growing().addFolder(name, nodes.back().get());
+        }
     }
     root.adopt(nodes);
     return pending;

@@ -163,12 +163,15 @@ void FSNode::swapContents(FSNode &other) {
     const bool wasSkipped = isNotDescended;
     const bool wasCloudProvider = isCloudProvider;
     const bool hadLinkedFiles = hasLinkedFiles;
+    const bool heldUnreadable = holdsUnreadable;
     isNotDescended = other.isNotDescended;
     isCloudProvider = other.isCloudProvider;
     hasLinkedFiles = other.hasLinkedFiles;
+    holdsUnreadable = other.holdsUnreadable;
     other.isNotDescended = wasSkipped;
     other.isCloudProvider = wasCloudProvider;
     other.hasLinkedFiles = hadLinkedFiles;
+    other.holdsUnreadable = heldUnreadable;
     std::swap(skipReason, other.skipReason);
     std::swap(modified, other.modified);
     std::swap(size, other.size);
@@ -187,6 +190,7 @@ void FSNode::swapContents(FSNode &other) {
     for (FSNode *above = parent_; above != nullptr; above = above->parent_) {
         above->hasLinkedFiles = above->hasLinkedFiles || hasLinkedFiles;
         above->modified = std::max(above->modified, modified);
+        above->holdsUnreadable = above->holdsUnreadable || isAtLeast();
         above->size += size - other.size;
         above->logicalSize += logicalSize - other.logicalSize;
         above->fileCount += fileCount - other.fileCount;

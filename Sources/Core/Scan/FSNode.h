@@ -43,6 +43,7 @@ public:
     bool isAggregate : 1 = false;
     bool isNotDescended : 1 = false;  ///< skipped; its sizes stay 0
     bool hasLinkedFiles : 1 = false;  ///< a folder with files that have several names
+    bool holdsUnreadable : 1 = false; ///< a folder in which something could not be read, at any depth
     bool isCloudProvider : 1 = false; ///< skipped because a cloud provider has its contents
     bool unreadable = false;          ///< could not be read, at least in part; other walks may set it
     std::uint8_t marks = 0;           ///< state bits of the outline that shows it
@@ -55,6 +56,9 @@ public:
     std::int64_t logicalSize = 0; ///< the same for the length in bytes
     std::int64_t fileCount = 0;   ///< files, this node and its descendants
     std::int64_t dirCount = 0;    ///< folders among its descendants
+
+    /// Whether the true size may be larger, because not everything could be read.
+    [[nodiscard]] bool isAtLeast() const { return unreadable || holdsUnreadable; }
 
     /// The length and the folders of what is still there. Removals leave `logicalSize` and `dirCount` as the
     /// scan found them.

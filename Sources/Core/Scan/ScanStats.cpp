@@ -2,6 +2,8 @@
 
 #include "Base/Bytes.h"
 
+#include <utility>
+
 namespace brimvale {
 
 using Guard = std::lock_guard<std::mutex>;
@@ -17,8 +19,7 @@ std::int64_t ScanStats::bytes() const {
 }
 
 std::int64_t ScanStats::unreadable() const {
-    const Guard guard(lock_);
-    return unreadable_;
+    return unreadable_.count();
 }
 
 std::string ScanStats::current() const {
@@ -32,9 +33,8 @@ void ScanStats::add(std::int64_t files, std::int64_t bytes) {
     bytes_ = checkedAdd(bytes_, bytes);
 }
 
-void ScanStats::addUnreadable() {
-    const Guard guard(lock_);
-    unreadable_ = checkedAdd(unreadable_, 1);
+void ScanStats::addUnreadable(std::string path, int error) {
+    unreadable_.add(std::move(path), error);
 }
 
 void ScanStats::setCurrent(const std::string &path) {

@@ -97,7 +97,9 @@ public:
     std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
                                           std::string_view name, const FileIdentity &,
                                           SubfolderKind kind) override;
-    void noStatus(FolderHandle folder) override { run_.markIncomplete(itemOf(folder)); }
+    void noStatus(FolderHandle folder, std::string_view /*name*/) override {
+        run_.markIncomplete(itemOf(folder));
+    }
     void unreadable(FolderHandle folder) override { run_.markIncomplete(itemOf(folder)); }
     void containsAncestor(FolderHandle folder) override { run_.markContainsAncestor(itemOf(folder)); }
     void leave(FolderHandle folder) override { run_.close(itemOf(folder), bytes_, begun_); }

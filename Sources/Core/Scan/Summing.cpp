@@ -55,7 +55,7 @@ std::optional<FolderHandle> Summing::subfolder(FolderHandle, const std::string &
     return sums_.skipped.contains(folderPath, name) ? std::nullopt : std::optional<FolderHandle>(nullptr);
 }
 
-void Summing::noStatus(FolderHandle) {
+void Summing::noStatus(FolderHandle /*folder*/, std::string_view /*name*/) {
     noteUnreadable();
 }
 

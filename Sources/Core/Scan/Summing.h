@@ -60,7 +60,7 @@ public:
     void file(FolderHandle, std::string_view, const FileStatus &status) override;
     std::optional<FolderHandle> subfolder(FolderHandle, const std::string &folderPath, std::string_view name,
                                           const FileIdentity &, SubfolderKind) override;
-    void noStatus(FolderHandle) override;
+    void noStatus(FolderHandle folder, std::string_view name) override;
     void unreadable(FolderHandle) override { noteUnreadable(); }
     void leave(FolderHandle) override {}
     void interrupted(FolderHandle) override {}

@@ -4,6 +4,7 @@
 #include "Base/FileURL.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
 #include <utility>
 
@@ -30,11 +31,32 @@ void addFile(FSNode &node, const FileStatus &status, std::uint32_t modified) {
 
 } // namespace
 
-void TreeBuilder::enter(FolderHandle /*folder*/, const std::string &path, int depth) {
-    if (depth > deepestShown)
-        return;
-    publish();
-    state_.stats.setCurrent(path);
+void TreeBuilder::enter(FolderHandle folder, const std::string &path, int depth) {
+    const int error = errno; // of opening the folder
+    if (depth == 0 || !isFollowing_)
+        follow(nodeOf(folder));
+    if (depth <= deepestShown) {
+        publish();
+        state_.stats.setCurrent(path);
+    }
+    errno = error;
+}
+
+/// Finds the entry that the folder belongs to. All folders of a walk that starts deeper belong to one.
+void TreeBuilder::follow(FSNode &folder) {
+    const FSNode *top = &folder;
+    while (top->parent()->parent() != nullptr)
+        top = top->parent();
+    growing_ = state_.stats.growing().entryOf(top);
+    isFollowing_ = true;
+}
+
+/// Shows what was counted in the current folder since the last call.
+void TreeBuilder::grow(const FSNode &folder) {
+    if (growing_ != nullptr)
+        growing_->add(folder.fileCount - grownFiles_, folder.size - grownBytes_);
+    grownFiles_ = folder.fileCount;
+    grownBytes_ = folder.size;
 }
 
 bool TreeBuilder::leavesUnseen(FolderHandle folder, const std::string &folderPath, std::string_view name) {
@@ -52,16 +74,17 @@ void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileSta
         if (!state_.inodes.insert(status.identity.device, status.identity.inode))
             return;
     }
-    if (!state_.sums.admits(status))
-        return noStatus(folder);
-    const std::int64_t size = status.allocatedBytes;
-    unpublishedBytes_ = checkedAdd(unpublishedBytes_, size);
-    if (++unpublishedFiles_ == publishEvery)
-        publish();
-
     FSNode &node = nodeOf(folder);
+    if (!state_.sums.admits(status))
+        return noteUnreadable(node, name, UnreadableItem::claimsTooMuch);
+    const std::int64_t size = status.allocatedBytes;
     const std::uint32_t modified = FSNode::secondsOf(status.modified);
     addFile(node, status, modified);
+    unpublishedBytes_ = checkedAdd(unpublishedBytes_, size);
+    if (++unpublishedFiles_ == publishEvery) {
+        publish();
+        grow(node);
+    }
     if (size >= state_.options.minimumNodeSize) {
         auto child = std::make_unique<FSNode>(std::string(name), node, false);
         child->setIdentity(status.identity);
@@ -87,15 +110,23 @@ std::optional<FolderHandle> TreeBuilder::subfolder(FolderHandle folder, const st
         child->markSkipped(false, SkipReason::snapshot);
     else if (state_.skipped.contains(folderPath, name))
         child->markSkipped(state_.options.cloudProviderPaths.contains(child->path()));
-    else
+    else {
+        ++subfolders_;
         return child;
+    }
     return std::nullopt;
 }
 
-void TreeBuilder::noStatus(FolderHandle folder) {
-    state_.stats.addUnreadable();
+void TreeBuilder::noStatus(FolderHandle folder, std::string_view name) {
+    const int error = errno;
+    noteUnreadable(nodeOf(folder), name, error);
+}
+
+void TreeBuilder::noteUnreadable(FSNode &folder, std::string_view name, int error) {
+    state_.stats.addUnreadable(joinPath(folder.path(), name), error);
+    folder.holdsUnreadable = true;
     // The flag belongs to the top-level entry, which several walks may share.
-    FSNode *top = &nodeOf(folder);
+    FSNode *top = &folder;
     while (top->parent()->parent() != nullptr)
         top = top->parent();
     const std::lock_guard guard(state_.lock);
@@ -103,7 +134,8 @@ void TreeBuilder::noStatus(FolderHandle folder) {
 }
 
 void TreeBuilder::unreadable(FolderHandle folder) {
-    state_.stats.addUnreadable();
+    const int error = errno;
+    state_.stats.addUnreadable(nodeOf(folder).path(), error);
     const std::lock_guard guard(state_.lock);
     nodeOf(folder).unreadable = true;
 }
@@ -117,6 +149,9 @@ void TreeBuilder::leave(FolderHandle folder) {
         children_.back()->modified = smallModified_;
     }
     finishFolder(node);
+    if (growing_ != nullptr)
+        growing_->leaveFolder(subfolders_);
+    subfolders_ = 0;
 }
 
 void TreeBuilder::interrupted(FolderHandle folder) {
@@ -132,6 +167,8 @@ void TreeBuilder::abandoned(FolderHandle folder) {
 
 void TreeBuilder::finishFolder(FSNode &node) {
     node.adopt(children_);
+    grow(node);
+    grownFiles_ = grownBytes_ = 0;
     smallBytes_ = smallLogical_ = smallCount_ = 0;
     smallModified_ = 0;
 }
@@ -151,9 +188,12 @@ void rollUp(FSNode &root, const ScanState &state) {
         if (!state.unentered.empty() &&
             folder.drop([&](const FSNode &child) { return state.unentered.contains(&child); }))
             unfinished.insert(&folder);
-        for (const std::unique_ptr<FSNode> &child : folder.children())
+        for (const std::unique_ptr<FSNode> &child : folder.children()) {
             if (child->isDirectory)
                 folders.push_back(child.get());
+            else if (child->unreadable)
+                folder.holdsUnreadable = true;
+        }
     }
     // Backwards, so every folder comes after its descendants.
     for (std::size_t i = folders.size() - 1; i > 0; --i) {
@@ -166,6 +206,7 @@ void rollUp(FSNode &root, const ScanState &state) {
         }
         parent.hasLinkedFiles = parent.hasLinkedFiles || folder.hasLinkedFiles;
         parent.modified = std::max(parent.modified, folder.modified);
+        parent.holdsUnreadable = parent.holdsUnreadable || folder.isAtLeast();
         parent.size = checkedAdd(parent.size, folder.size);
         parent.fileCount = checkedAdd(parent.fileCount, folder.fileCount);
         parent.dirCount = checkedAdd(parent.dirCount, checkedAdd(folder.dirCount, 1));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Scan/FSNode.h"
+#include "Core/Scan/GrowingEntries.h"
 #include "Core/Scan/InodeSet.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Core/Scan/ScanStats.h"
@@ -48,7 +49,7 @@ public:
     std::optional<FolderHandle> subfolder(FolderHandle folder, const std::string &folderPath,
                                           std::string_view name, const FileIdentity &identity,
                                           SubfolderKind kind) override;
-    void noStatus(FolderHandle folder) override;
+    void noStatus(FolderHandle folder, std::string_view name) override;
     void unreadable(FolderHandle folder) override;
     void leave(FolderHandle folder) override;
     void interrupted(FolderHandle folder) override;
@@ -57,6 +58,9 @@ public:
 private:
     void publish();
     void finishFolder(FSNode &node);
+    void follow(FSNode &folder);
+    void grow(const FSNode &folder);
+    void noteUnreadable(FSNode &folder, std::string_view name, int error);
 
     ScanState &state_;
     std::int64_t unpublishedFiles_ = 0;
@@ -68,6 +72,13 @@ private:
     std::int64_t smallLogical_ = 0;
     std::int64_t smallCount_ = 0;
     std::uint32_t smallModified_ = 0;
+
+    // What the growing picture shows of the entry that the current folder belongs to:
+    GrowingEntries::Entry *growing_ = nullptr; ///< null where there is no picture
+    bool isFollowing_ = false;
+    std::int64_t subfolders_ = 0; ///< of the current folder, to be entered
+    std::int64_t grownFiles_ = 0; ///< of the current folder, already shown
+    std::int64_t grownBytes_ = 0;
 };
 
 /// Adds every folder's figures to its parent's, up to `root`; call it once all walks are done.

@@ -99,7 +99,7 @@ bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity 
             continue;
         const std::optional<FileStatus> status = folder.statusOfEntry(name);
         if (!status) {
-            visitor_.noStatus(handle);
+            visitor_.noStatus(handle, name);
         } else if (status->kind != FileKind::directory) {
             visitor_.file(handle, name, *status);
         } else if (std::find(ancestors_.begin(), ancestors_.end(), status->identity) != ancestors_.end()) {

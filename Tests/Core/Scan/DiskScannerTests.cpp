@@ -7,7 +7,9 @@
 #include "Support/SampleTree.h"
 #include "Support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -61,6 +63,17 @@ void expectLikeReference(const std::string &path, const ScanOptions &options, in
     EXPECT_EQ(stats.unreadable(), reference.unreadable);
 }
 
+/// Whether every folder of the tree has the mark of an incomplete size exactly if it holds one of the items.
+void expectMarksFor(const std::vector<UnreadableItem> &items, FSNode &root) {
+    for (const FSNode *node : testing::everythingBeneath(root)) {
+        const std::string path = node->path();
+        const bool holdsOne = std::any_of(items.begin(), items.end(), [&](const UnreadableItem &item) {
+            return item.path == path || item.path.starts_with(path + "/");
+        });
+        EXPECT_EQ(node->isAtLeast(), holdsOne && node->isDirectory) << path;
+    }
+}
+
 } // namespace
 
 TEST(DiskScanner, ScanMatchesSequentialReference) {
@@ -91,7 +104,54 @@ TEST(DiskScanner, MarksUnreadableFolders) {
         // hostile tree.
         for (const int workers : {0, 7})
             expectLikeReference(folder.path(), optionsFor(8192), workers);
+
+        WalkPool pool(3);
+        ScanStats stats;
+        const auto tree = DiskScanner::scan(folder.path(), {}, stats, pool);
+        const std::vector<UnreadableItem> items = stats.unreadableItems().listed();
+        EXPECT_EQ(static_cast<std::int64_t>(items.size()), stats.unreadable());
+        for (const char *path : {"a/locked", "b/names only/unknown 2", "top"})
+            EXPECT_TRUE(std::find(items.begin(), items.end(), UnreadableItem{folder.path(path), EACCES}) !=
+                        items.end())
+                << path;
+        EXPECT_TRUE(tree->isAtLeast());
+        expectMarksFor(items, *tree);
     });
+}
+
+TEST(DiskScanner, ListsTheFirstItemsThatCouldNotBeRead) {
+    UnreadableItems items;
+    for (std::size_t i = 0; i < UnreadableItems::mostListed + 5; ++i)
+        items.add("/a/" + std::to_string(i), EIO);
+    EXPECT_EQ(items.count(), static_cast<std::int64_t>(UnreadableItems::mostListed) + 5);
+    EXPECT_EQ(items.listed().size(), UnreadableItems::mostListed);
+    EXPECT_TRUE(items.reachInto("/b")) << "the others may be there";
+    items.dropWithin("/a/1");
+    EXPECT_EQ(items.listed().size(), UnreadableItems::mostListed - 1) << "/a/10 is no part of it";
+    items.dropWithin("/a");
+    EXPECT_EQ(items.count(), 5);
+    UnreadableItems more;
+    more.add("/c", EACCES);
+    items.add(more);
+    EXPECT_EQ(items.count(), 6);
+    EXPECT_EQ(reasonFor(items.listed().front()), "You don’t have permission to access it");
+}
+
+TEST(DiskScanner, ShowsTheEntriesOfTheRootWhileItRuns) {
+    const TemporaryFolder folder;
+    makeHostileTree(folder, 6, false);
+    for (int i = 0; i < 30; ++i)
+        folder.makeFile("folder " + std::to_string(i % 5) + "/" + std::to_string(i), 3000);
+    folder.makeFile("file", 70'000);
+    WalkPool pool(3);
+    ScanStats stats;
+    const auto tree = DiskScanner::scan(folder.path(), {}, stats, pool);
+    const std::vector<GrowingRow> rows = stats.growing().rows();
+    EXPECT_EQ(rows.size(), tree->children().size());
+    for (const GrowingRow &row : rows) {
+        const FSNode &node = childOf(*tree, row.name);
+        EXPECT_EQ(row, (GrowingRow{row.name, node.isDirectory, true, node.size, node.fileCount}));
+    }
 }
 
 TEST(DiskScanner, CountsHardLinksOnce) {

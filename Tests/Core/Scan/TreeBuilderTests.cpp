@@ -5,6 +5,7 @@
 #include "Support/TemporaryFolder.h"
 
 #include <deque>
+#include <functional>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -24,14 +25,17 @@ public:
         : state(options, stats), root("root", folder.path(), true) {
         const std::string top = folder.path("top");
         root.adopt(std::make_unique<FSNode>("top", root, true));
+        stats.growing().addFolder("top", root.children().front().get());
         start(PendingFolders(top, root.children().front().get(), fileStatus(top)->identity));
     }
 
     /// Runs a walk chosen at random for a step, until none is left; now and then it hands over some of its
     /// work.
-    void run(unsigned seed) {
+    void run(
+        unsigned seed, const std::function<void()> &beforeStep = [] {}) {
         std::mt19937 random(seed);
         while (!walks_.empty()) {
+            beforeStep();
             const std::size_t chosen = random() % walks_.size();
             Walk &walk = *walks_[chosen];
             if (!walk.walk.step()) {
@@ -132,6 +136,31 @@ TEST(TreeBuilder, HandOverOrderDoesNotChangeTheTree) {
         scan.run(seed);
         const std::string found = describe(scan.root);
         EXPECT_EQ(found.substr(found.find('\n')), expected.substr(expected.find('\n'))) << "seed " << seed;
+    }
+}
+
+TEST(TreeBuilder, ShowsGrowingFiguresThatEndAsTheTree) {
+    const TemporaryFolder folder;
+    for (int i = 0; i < 12; ++i)
+        folder.makeFile("top/" + std::to_string(i % 4) + "/" + std::to_string(i) + "/deep/er/file", i * 1000);
+    for (int i = 0; i < 5000; ++i) // more than are shown at once
+        folder.makeFile("top/many/" + std::to_string(i));
+    for (unsigned seed = 0; seed < 6; ++seed) {
+        SteppedScan scan(folder, {});
+        GrowingRow last{.name = "top", .isDirectory = true};
+        scan.run(seed, [&] {
+            const std::vector<GrowingRow> rows = scan.stats.growing().rows();
+            ASSERT_EQ(rows.size(), 1U);
+            EXPECT_GE(rows.front().size, last.size);
+            EXPECT_GE(rows.front().files, last.files);
+            EXPECT_FALSE(rows.front().isFinished && rows.front().files < 5012);
+            last = rows.front();
+        });
+        EXPECT_EQ(scan.stats.growing().rows(), (std::vector<GrowingRow>{{.name = "top",
+                                                                         .isDirectory = true,
+                                                                         .isFinished = true,
+                                                                         .size = scan.root.size,
+                                                                         .files = 5012}}));
     }
 }
 
