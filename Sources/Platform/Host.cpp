@@ -1,6 +1,9 @@
 #include "Platform/Host.h"
 
+#include "Platform/Confinement.h"
+
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <utility>
 
@@ -23,9 +26,10 @@ Root &chosenRoot() {
 } // namespace
 
 Host Host::current() {
+    const std::shared_ptr<const Confinement> confined = confinement();
     Root &root = chosenRoot();
     const std::lock_guard lock(root.mutex);
-    return {currentSystem(), homeFolder(), platformTools(), root.folder};
+    return {currentSystem(), homeFolder(), confined ? confined->tools : platformTools(), root.folder};
 }
 
 std::string Host::placeOf(std::string_view path) const {

@@ -1,5 +1,6 @@
 #include "Catalogs/Linux/Places.h"
 
+#include "Platform/Confinement.h"
 #include "Platform/Folder.h"
 
 #include <algorithm>
@@ -30,10 +31,10 @@ constexpr std::pair<std::string_view, const char *> usualUserFolders[] = {
     {"XDG_MUSIC_DIR", "Music"},         {"XDG_PICTURES_DIR", "Pictures"},   {"XDG_PUBLICSHARE_DIR", "Public"},
     {"XDG_TEMPLATES_DIR", "Templates"}, {"XDG_VIDEOS_DIR", "Videos"}};
 
-/// The folder that a variable of the environment names, if it does.
+/// The folder that a variable of the environment names, if it does. It never names one on a disk in a folder.
 std::vector<std::string> folderInEnvironment(const std::string &variable, const Host &host) {
     const char *chosen = std::getenv(variable.c_str());
-    if (chosen == nullptr || chosen[0] != '/' || host.home != homeFolder())
+    if (chosen == nullptr || chosen[0] != '/' || host.home != homeFolder() || confinement())
         return {};
     return {FileURL(chosen).standardized().path()};
 }

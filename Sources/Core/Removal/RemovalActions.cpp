@@ -1,5 +1,7 @@
 #include "Core/Removal/RemovalActions.h"
 
+#include "Core/Removal/ConfinedActions.h"
+#include "Platform/Confinement.h"
 #include "Platform/FileRemoval.h"
 #include "Platform/FileSystem.h"
 #include "Platform/Host.h"
@@ -54,6 +56,9 @@ public:
 
 RemovalActions &RemovalActions::platform() {
     static PlatformActions actions;
+    static ConfinedActions confined(actions);
+    if (confinement())
+        return confined;
     return actions;
 }
 

@@ -3,6 +3,7 @@
 #include "Base/Text.h"
 #include "Catalogs/Catalog.h"
 #include "Core/Scan/UsualPath.h"
+#include "Platform/Confinement.h"
 #include "Platform/Subvolumes.h"
 
 #include <algorithm>
@@ -59,9 +60,12 @@ RemovalGate::Answer RemovalGate::open(const FileURL &item, const std::optional<I
     if (const int *error = std::get_if<int>(&found))
         return *error;
     auto &opened = std::get<OpenedItem>(found);
+    if (!isWithinConfinement(opened.ancestors()))
+        return "“" + displayText(opened.name()) +
+               "” is outside the sample. Nothing else is removed while the sample is shown.";
     if (std::optional<std::string> refusal = guards().check(opened, guarded_))
         return *std::move(refusal);
-    for (const std::string &path : mounts_->otherPathsOf(opened.place().path()))
+    for (const std::string &path : otherPathsOf(opened.place().path()))
         if (std::optional<std::string> refusal = guards().checkOtherPath(path, opened.isFolder()))
             return *std::move(refusal);
     if (std::optional<std::string> refusal = mountRefusal(opened))
@@ -70,12 +74,21 @@ RemovalGate::Answer RemovalGate::open(const FileURL &item, const std::optional<I
 }
 
 bool RemovalGate::admits(const PlaceToPutBack &place) const {
-    if (!guards().admits(place, guarded_))
+    if (!isWithinConfinement(place.ancestors()) || !guards().admits(place, guarded_))
         return false;
-    const std::vector<std::string> others = mounts_->otherPathsOf(place.path().path());
+    const std::vector<std::string> others = otherPathsOf(place.path().path());
     return std::none_of(others.begin(), others.end(), [](const std::string &path) {
         return path.rfind('/') == 0 || !RemovalGate::guards().admitsContents(FileURL(path).parent());
     });
+}
+
+/// What else an item at this path is called: on other mounts, and on the disk that the program takes a folder
+/// for.
+std::vector<std::string> RemovalGate::otherPathsOf(const std::string &path) const {
+    std::vector<std::string> paths = mounts_->otherPathsOf(path);
+    if (std::optional<std::string> inside = pathInConfinement(path))
+        paths.push_back(*std::move(inside));
+    return paths;
 }
 
 /// Nothing when nothing is mounted in or at the item; otherwise the reason to keep it, as a sentence.

@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace brimvale {
 
@@ -47,6 +48,7 @@ public:
     [[nodiscard]] static const RemovalGuards &guards();
 
 private:
+    [[nodiscard]] std::vector<std::string> otherPathsOf(const std::string &path) const;
     [[nodiscard]] std::optional<std::string> mountRefusal(const OpenedItem &item) const;
     [[nodiscard]] bool isRunning(const std::shared_ptr<const ProgramSigns> &program);
 

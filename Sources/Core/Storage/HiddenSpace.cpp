@@ -3,6 +3,7 @@
 #include "Base/Bytes.h"
 #include "Base/Text.h"
 #include "Core/Text/Formatting.h"
+#include "Platform/Confinement.h"
 #include "Platform/Host.h"
 
 #include <cstddef>
@@ -50,7 +51,9 @@ bool explainsHiddenSpace() {
 }
 
 HiddenSpace HiddenSpace::on(const FileURL &volume) {
-    return explainsHiddenSpace() ? HiddenSpace{deletedFilesOn(volume.path())} : HiddenSpace{};
+    // The programs of this machine do not run on a disk in a folder.
+    const bool isKnown = explainsHiddenSpace() && !confinement();
+    return isKnown ? HiddenSpace{deletedFilesOn(volume.path())} : HiddenSpace{};
 }
 
 std::vector<std::string> hiddenSpaceSentences(const HiddenSpace &hidden,

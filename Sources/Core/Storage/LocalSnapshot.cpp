@@ -5,6 +5,7 @@
 #include "Core/Removal/Remover.h"
 #include "Core/Text/Shell.h"
 #include "Core/Text/SnapshotName.h"
+#include "Platform/Confinement.h"
 #include "Platform/Host.h"
 #include "Platform/Snapshots.h"
 
@@ -70,9 +71,16 @@ std::vector<LocalSnapshot> timeMachineSnapshots(const std::string &volume, const
     return snapshots;
 }
 
+/// Whether a snapshot is one of this disk. A disk in a folder has those that its own tools list.
+bool isOfThisDisk(const VolumeSnapshot &snapshot) {
+    return !confinement() || (!snapshot.deletion.empty() && pathInConfinement(snapshot.deletion.front()));
+}
+
 std::vector<LocalSnapshot> snapshotsWithTools(const std::string &volume, const Tools &tools) {
     std::vector<LocalSnapshot> snapshots;
-    for (VolumeSnapshot &one : volumeSnapshots(volume, tools))
+    for (VolumeSnapshot &one : volumeSnapshots(volume, tools)) {
+        if (!isOfThisDisk(one))
+            continue;
         snapshots.push_back({.name = std::move(one.name),
                              .date = one.date,
                              .tool = std::move(one.tool),
@@ -81,6 +89,7 @@ std::vector<LocalSnapshot> snapshotsWithTools(const std::string &volume, const T
                                                 : std::optional(std::move(one.description)),
                              .exclusiveBytes = one.exclusiveBytes,
                              .deletion = std::move(one.deletion)});
+    }
     return snapshots;
 }
 

@@ -2,8 +2,10 @@
 
 #include "Catalogs/Catalog.h"
 #include "Core/Text/Formatting.h"
+#include "Platform/Confinement.h"
 
 #include <algorithm>
+#include <memory>
 #include <tuple>
 
 namespace brimvale {
@@ -11,7 +13,8 @@ namespace brimvale {
 std::vector<VolumeInfo> VolumeInfo::current(std::chrono::milliseconds patience) {
     const Host host = Host::current();
     const auto nameOfDistribution = catalogOf(host.system).nameOfDistribution;
-    std::vector<MountedVolume> mounted = mountedVolumes(patience);
+    const std::shared_ptr<const Confinement> confined = confinement();
+    std::vector<MountedVolume> mounted = confined ? confined->volumes() : mountedVolumes(patience);
     if (nameOfDistribution != nullptr)
         return from(mounted, nameOfDistribution(host));
     for (MountedVolume &one : mounted) // a Mac does not tell them

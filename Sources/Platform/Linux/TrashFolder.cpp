@@ -1,5 +1,6 @@
 #include "Platform/Linux/TrashFolder.h"
 
+#include "Platform/Confinement.h"
 #include "Platform/Host.h"
 
 #include <cerrno>
@@ -162,6 +163,11 @@ TrashFolder TrashFolder::forItemsAt(const WayUp &way) {
     }
     trash.isInHome = reached.isKnown && reached.isBeside(way.place);
     trash.isInstead = trash.isInstead || (isUsuallyInHome && !trash.isInHome);
+    // The top of the volume is outside a confinement.
+    if (!trash.isInHome && confinement()) {
+        trash.error = EXDEV;
+        return trash;
+    }
     const Descriptor folder = trash.isInHome ? openInHome(home) : openAtTop(way);
     const std::optional<Place> place = folder.isOpen() ? placeOf(folder.number()) : std::nullopt;
     if (place) {

@@ -4,6 +4,7 @@
 
 #include "Platform/UserDirectories.h"
 
+#include "Platform/Confinement.h"
 #include "Platform/FileContents.h"
 #include "Platform/Host.h"
 
@@ -39,8 +40,8 @@ bool isOwnHome(const FileURL &home) {
 /// base directory standard says to ignore relative paths.
 FileURL configurationFolder(const FileURL &home) {
     const char *chosen = std::getenv("XDG_CONFIG_HOME");
-    return chosen != nullptr && chosen[0] == '/' && isOwnHome(home) ? FileURL(chosen)
-                                                                    : home.appending(".config");
+    const bool isForHome = chosen != nullptr && chosen[0] == '/' && isOwnHome(home) && !confinement();
+    return isForHome ? FileURL(chosen) : home.appending(".config");
 }
 
 std::string_view withoutBlanks(std::string_view text) {

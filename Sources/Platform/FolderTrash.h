@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Base/FileError.h"
+#include "Base/FileURL.h"
+#include "Base/Result.h"
+#include "Platform/OpenedItem.h"
+#include "Platform/Trash.h"
+
+namespace brimvale {
+
+/// Moves the item into a folder that stands for a Trash without records, as a Mac's is, and is made where it
+/// is missing. This is only ever a rename on one volume. A name that is taken gets a number. The errors are
+/// those of `moveToTrash`.
+[[nodiscard]] Result<TrashedItem> moveToFolderTrash(const OpenedItem &item, const FileURL &trash);
+
+} // namespace brimvale
