@@ -3,24 +3,48 @@
 #include "Platform/FileSizeLimit.h"
 #include "Platform/Folder.h"
 #include "Platform/SystemLog.h"
+#include "Sample/Sample.h"
 #include "Views/Window/Application.h"
 #include "Views/Window/Launch.h"
 
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <span>
+#include <string>
 #include <variant>
 
 namespace {
 
 using namespace brimvale;
 
+int fail(const std::string &sentence) {
+    std::fprintf(stderr, "brimvale: %s\n", sentence.c_str());
+    return 1;
+}
+
+int removeSample() {
+    if (const std::optional<std::string> failure = sample::removeSample())
+        return fail(*failure);
+    std::puts("The sample is removed");
+    return 0;
+}
+
 /// Shows the window until the user quits.
 int runWindow(const Launch &launch, char **argv) {
     Host::useSystem(launch.system);
+    std::optional<FileURL> sampleDisk;
+    if (launch.sample) {
+        const auto used = sample::useSample(Host::currentSystem(), *launch.sample == sample::Wish::useNew);
+        if (const auto *failure = std::get_if<std::string>(&used))
+            return fail(*failure);
+        sampleDisk = std::get<FileURL>(used);
+    }
     int ownName = 1; // the other words are not for the toolkit
     Application application(ownName, argv);
+    if (sampleDisk)
+        application.window().showSample(*sampleDisk);
     application.open(launch.folder);
     return Application::run();
 }
@@ -37,7 +61,9 @@ int main(int argc, char **argv) {
         std::fputs(refusal->text.c_str(), refusal->exitStatus == 0 ? stdout : stderr);
         return refusal->exitStatus;
     }
-    const int status = runWindow(std::get<Launch>(read), argv);
+    const auto &launch = std::get<Launch>(read);
+    const bool removesSample = launch.sample == sample::Wish::remove;
+    const int status = removesSample ? removeSample() : runWindow(launch, argv);
     std::fflush(nullptr);
     // A thread that waits in the system may wake up now, and must not find the program's constants destroyed.
     std::_Exit(status);

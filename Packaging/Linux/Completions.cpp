@@ -23,8 +23,9 @@ std::string names(std::span<const Option> options) {
     return all;
 }
 
+/// Whether the next word is its value.
 bool takesValue(const Option &option) {
-    return option.value != Option::Value::none;
+    return option.value == Option::Value::number || option.value == Option::Value::text;
 }
 
 /// The values of an option that names them: "macos|linux".
@@ -89,10 +90,14 @@ std::string zshValues(const Option &option) {
 /// itself are escaped.
 std::string zshOption(const Option &option) {
     std::string word("'");
-    word.append(option.name).append(takesValue(option) ? "=[" : "[");
+    const bool isAttached = option.value == Option::Value::attachedText;
+    word.append(option.name).append(isAttached ? "=-[" : takesValue(option) ? "=[" : "[");
     word.append(betweenQuotes(option.help, "[]:")).append("]");
-    if (takesValue(option))
-        word.append(":").append(betweenQuotes(option.valueName, ":|")).append(":").append(zshValues(option));
+    if (takesValue(option) || isAttached)
+        word.append(isAttached ? "::" : ":")
+            .append(betweenQuotes(option.valueName, ":|"))
+            .append(":")
+            .append(zshValues(option));
     return word.append("'");
 }
 
@@ -108,7 +113,7 @@ std::string bashCompletion() {
     }
     std::string values;
     for (const Option &option : commandLine::programOptions())
-        if (const std::vector<std::string> words = choices(option); !words.empty())
+        if (const std::vector<std::string> words = choices(option); takesValue(option) && !words.empty())
             values += "        " + std::string(option.name) + ") mapfile -t COMPREPLY < <(compgen -W " +
                       quoted(joined(words)) + " -- \"$current\"); return ;;\n";
     return "# Completes command lines of brimvalectl in bash.\n"
@@ -175,7 +180,7 @@ std::string fishCompletion() {
                   std::string(option.name.substr(2)) + " -d " + quoted(option.help, "\\");
         if (takesValue(option))
             script += " -r";
-        if (const std::vector<std::string> words = choices(option); !words.empty())
+        if (const std::vector<std::string> words = choices(option); takesValue(option) && !words.empty())
             script += " -f -a " + quoted(joined(words));
         script += "\n";
     };

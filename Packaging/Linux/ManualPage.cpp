@@ -51,8 +51,14 @@ std::string optionList(std::span<const Option> options) {
     std::string page;
     for (const Option &option : options) {
         page.append(".TP\n\\fB").append(escaped(option.name)).append("\\fR");
+        const bool isAttached = option.value == Option::Value::attachedText;
         if (option.value != Option::Value::none)
-            page.append(" \\fI").append(escaped(option.valueName)).append("\\fR");
+            page.append(isAttached ? "[=" : " ")
+                .append("\\fI")
+                .append(escaped(option.valueName))
+                .append("\\fR");
+        if (isAttached)
+            page.append("]");
         page.append("\n").append(escaped(option.help)).append("\n");
     }
     return page;

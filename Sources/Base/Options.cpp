@@ -21,11 +21,17 @@ bool isOption(std::string_view word) {
     return word.size() > 1 && word.starts_with('-');
 }
 
+bool takesNextWord(const Option &option) {
+    return option.value == Option::Value::number || option.value == Option::Value::text;
+}
+
 /// The fault in an option's value, if any. `value` is nothing if none was given.
 std::optional<UsageError> faultOf(const Option &option, std::optional<std::string_view> value) {
     using Kind = UsageError::Kind;
     if (option.value == Option::Value::none)
         return value ? std::optional(UsageError{Kind::takesNoValue, option, *value}) : std::nullopt;
+    if (option.value == Option::Value::attachedText)
+        return std::nullopt;
     if (!value)
         return UsageError{Kind::needsValue, option};
     if (option.value == Option::Value::number && !wholeNumber(*value))
@@ -58,7 +64,7 @@ std::variant<Arguments, UsageError> Arguments::parse(std::span<const char *const
         std::optional<std::string_view> value;
         if (name.size() < word.size())
             value = word.substr(name.size() + 1);
-        else if (option->value != Option::Value::none && i + 1 < words.size())
+        else if (takesNextWord(*option) && i + 1 < words.size())
             value = words[++i];
         if (const std::optional<UsageError> fault = faultOf(*option, value))
             return *fault;
@@ -82,7 +88,11 @@ std::optional<std::int64_t> Arguments::number(std::string_view option) const {
 
 std::string withValue(const Option &option) {
     std::string text(option.name);
-    return option.valueName.empty() ? text : text.append(" ").append(option.valueName);
+    if (option.valueName.empty())
+        return text;
+    return option.value == Option::Value::attachedText
+               ? text.append("[=").append(option.valueName).append("]")
+               : text.append(" ").append(option.valueName);
 }
 
 HelpRows helpRows(std::span<const Option> options) {

@@ -13,8 +13,8 @@ namespace brimvale {
 
 /// An option, declared once for both the parser and the help.
 struct Option {
-    /// The value it takes: none, a whole number from 0 up, or any text.
-    enum class Value { none, number, text };
+    /// The value it takes: none, a whole number from 0 up, any text, or a text only after "=".
+    enum class Value { none, number, text, attachedText };
 
     std::string_view name; ///< "--depth"
     Value value = Value::none;

@@ -10,9 +10,11 @@
 #include "Platform/Folder.h"
 #include "Platform/Host.h"
 #include "Platform/SystemLog.h"
+#include "Sample/Sample.h"
 
 #include <array>
 #include <cstdio>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -24,6 +26,8 @@ namespace {
 
 constexpr std::array optionsBeforeCommand = {
     Option{"--system", Option::Value::text, "macos|linux", "Look with the catalogs of that system."},
+    Option{"--sample", Option::Value::attachedText, "new|remove",
+           "Show a sample in place of this computer (new: build it again)."},
     Option{.name = "--help", .help = "Print this help."},
     Option{.name = "--version", .help = "Print the version."},
 };
@@ -34,6 +38,31 @@ bool useSystemNamed(std::string_view name) {
         return false;
     Host::useSystem(name == "macos" ? System::macOS : System::linux);
     return true;
+}
+
+ExitStatus removeSample(Output &output) {
+    if (const std::optional<std::string> failure = sample::removeSample()) {
+        printError(terminalText(*failure));
+        return ExitStatus::failed;
+    }
+    output.write("The sample is removed\n");
+    return ExitStatus::done;
+}
+
+/// Confines this run to the sample, or removes that. The status if the run ends with it.
+std::optional<ExitStatus> handleSample(std::string_view value, Output &output) {
+    const std::optional<sample::Wish> wish = sample::wishNamed(value);
+    if (!wish)
+        return refuseUsage("\"--sample\" takes new or remove, not " + inQuotes(value));
+    if (*wish == sample::Wish::remove)
+        return removeSample(output);
+    const auto used = sample::useSample(Host::currentSystem(), *wish == sample::Wish::useNew);
+    if (const auto *failure = std::get_if<std::string>(&used)) {
+        printError(terminalText(*failure));
+        return ExitStatus::failed;
+    }
+    printError(terminalText(sample::noteAbout(std::get<FileURL>(used), "brimvalectl")));
+    return std::nullopt;
 }
 
 ExitStatus runProgram(std::span<const char *const> words, Output &output) {
@@ -52,6 +81,9 @@ ExitStatus runProgram(std::span<const char *const> words, Output &output) {
         output.write(std::string("brimvalectl ") + version + "\n");
         return ExitStatus::done;
     }
+    if (const auto sample = arguments.text("--sample"))
+        if (const std::optional<ExitStatus> status = handleSample(*sample, output))
+            return *status;
     if (arguments.operands().empty())
         return refuseUsage("a command is missing");
 

@@ -1,5 +1,7 @@
 #include "Support/SampleDesktop.h"
 
+#include "Sample/AppRecords.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -121,9 +123,7 @@ Host SampleDesktop::host() const {
 
 void SampleDesktop::makeEntry(std::string_view inside, std::string_view name, std::string_view command,
                               std::string_view keys) const {
-    std::string text = "[Desktop Entry]\nType=Application\nName=";
-    text.append(name).append("\nExec=").append(command).append("\n").append(keys);
-    writeFile(inside, text + "[Desktop Action New]\nName=New Window\nNoDisplay=true\n");
+    writeFile(inside, sample::desktopEntry(name, command, keys));
 }
 
 void SampleDesktop::makeProgram(std::string_view inside, std::int64_t bytes) const {

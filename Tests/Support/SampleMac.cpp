@@ -1,12 +1,10 @@
 #include "Support/SampleMac.h"
 
-#include <cerrno>
+#include "Sample/DiskBuilder.h"
+
 #include <cstdint>
-#include <fcntl.h>
 #include <filesystem>
-#include <sys/stat.h>
-#include <system_error>
-#include <unistd.h>
+#include <stdexcept>
 
 namespace brimvale::testing {
 
@@ -152,28 +150,12 @@ std::string placeIn(const std::string &root, const std::string &path) {
     return path.starts_with("~/") ? homeIn(root) + path.substr(1) : root + path;
 }
 
-/// A file whose bytes are all allocated.
-void makeFile(const std::string &path, std::int64_t bytes) {
-    fs::create_directories(fs::path(path).parent_path());
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-    if (file < 0)
-        throw std::system_error(errno, std::generic_category(), path);
-    const std::string block(64 * 1024, 'x');
-    for (std::int64_t written = 0; written < bytes;) {
-        const auto length = std::min<std::int64_t>(bytes - written, static_cast<std::int64_t>(block.size()));
-        const ssize_t count = write(file, block.data(), static_cast<std::size_t>(length));
-        if (count <= 0)
-            throw std::system_error(errno, std::generic_category(), path);
-        written += count;
-    }
-    close(file);
-}
-
 } // namespace
 
 void makeSampleMac(const std::string &root) {
+    sample::DiskBuilder disk(root, sampleHome, now());
     for (const SampleFile &file : files)
-        makeFile(placeIn(root, file.path), file.bytes);
+        disk.makeFile(file.path, file.bytes, 0);
     for (const char *folder : emptyFolders)
         fs::create_directories(placeIn(root, folder));
     for (const SampleLink &link : links)
@@ -182,13 +164,14 @@ void makeSampleMac(const std::string &root) {
     fs::create_hard_link(pip, placeIn(root, "~/Library/Caches/pip/http/again"));
     fs::create_hard_link(pip, placeIn(root, "~/Documents/the same file"));
     for (const SampleFile &closed : closedFolders) {
-        const std::string path = placeIn(root, closed.path);
-        makeFile(path, closed.bytes);
-        chmod(fs::path(path).parent_path().c_str(), 0000);
+        disk.makeFile(closed.path, closed.bytes, 0);
+        disk.closeFolder(fs::path(closed.path).parent_path().native());
     }
     // A root that cannot be listed itself.
-    makeFile(placeIn(root, "~/.docker/desktop/vm"), 50 * kilobyte);
-    chmod(placeIn(root, "~/.docker/desktop").c_str(), 0000);
+    disk.makeFile("~/.docker/desktop/vm", 50 * kilobyte, 0);
+    disk.closeFolder("~/.docker/desktop");
+    if (disk.failure())
+        throw std::runtime_error(disk.failure()->entry + ": " + disk.failure()->localizedDescription);
 }
 
 } // namespace brimvale::testing

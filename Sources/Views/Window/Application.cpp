@@ -1,8 +1,10 @@
 #include "Views/Window/Application.h"
 
 #include "Base/Version.h"
+#include "Platform/Confinement.h"
 #include "Views/Components/SystemAppearance.h"
 #include "Views/Components/SystemStyle.h"
+#include "Views/Update/SampleFeed.h"
 #include "Views/Window/ApplicationIcon.h"
 #include "Views/Window/WindowStyle.h"
 
@@ -24,9 +26,14 @@ public:
     void closeAllWindows() override { QApplication::closeAllWindows(); }
 };
 
-UpdateEnvironment updateEnvironment() {
+/// With a sample, an update is offered by this program itself, and is only announced.
+UpdateEnvironment updateEnvironment(QObject &owner) {
     UpdateEnvironment environment = UpdateEnvironment::current();
     environment.quit = std::make_shared<WindowedQuit>();
+    if (confinement()) {
+        environment.feedURL = (new SampleFeed(&owner))->url();
+        environment.canInstallItself = false;
+    }
     return environment;
 }
 
@@ -84,7 +91,7 @@ Application::Application(int &argumentCount, char **arguments) {
     // A program with a single window quits with it, on macOS too.
     QApplication::setQuitOnLastWindowClosed(true);
     model_.emplace();
-    updater_.emplace(updateEnvironment());
+    updater_.emplace(updateEnvironment(*toolkit_));
     window_.emplace(*model_, *updater_);
     toolkit_->installEventFilter(
         new OpenRequests([this](const FileURL &folder) { window_->scan(folder); }, &*toolkit_));

@@ -27,6 +27,7 @@
 #include "Views/Window/ClosingQuestion.h"
 #include "Views/Window/RemovalBar.h"
 #include "Views/Window/ResultBanner.h"
+#include "Views/Window/SampleNote.h"
 #include "Views/Window/ShortcutsSheet.h"
 #include "Views/Window/SidebarFooter.h"
 #include "Views/Window/StandardMenus.h"
@@ -313,6 +314,11 @@ void ContentView::scan(const std::optional<FileURL> &folder) {
     goTo({Section::Kind::browse});
     const auto path = folder ? std::optional(folder->path()) : std::nullopt;
     AccessNotice::beforeLook(*this, [this, path] { model_.scan.startScan(path); });
+}
+
+void ContentView::showSample(const FileURL &disk) {
+    setWindowTitle(u"%1 — Sample"_s.arg(windowTitle()));
+    sidebar_->addNote(new SampleNote(disk, sidebar_));
 }
 
 void ContentView::browse(const FileURL &folder) {

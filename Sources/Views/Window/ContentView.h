@@ -37,6 +37,8 @@ public:
     void goTo(const Section &section);
     /// Shows the page that scans, and starts a scan of `folder`, or of the folder chosen there.
     void scan(const std::optional<FileURL> &folder);
+    /// Says that the window shows a sample of a disk, in this folder, and not the computer.
+    void showSample(const FileURL &disk);
     /// Shows the current theme. Needed only if that changes without the palette of the application.
     void applyTheme();
     [[nodiscard]] const Section &currentSection() const { return pages_[current_].section; }

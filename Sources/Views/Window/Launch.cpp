@@ -18,6 +18,8 @@ namespace {
 
 constexpr std::array options = {
     Option{"--system", Option::Value::text, "macos|linux", "Look with the catalogs of that system."},
+    Option{"--sample", Option::Value::attachedText, "new|remove",
+           "Show a sample in place of this computer (new: build it again)."},
     Option{.name = "--help", .help = "Print this help.", .endsReading = true},
     Option{.name = "--version", .help = "Print the version.", .endsReading = true},
 };
@@ -98,6 +100,11 @@ std::variant<Launch, Launch::Refusal> Launch::read(std::span<const char *const> 
         launch.system = systemNamed(*system);
         if (!launch.system)
             return wrongSystem(*system);
+    }
+    if (const auto sample = arguments.text("--sample")) {
+        launch.sample = sample::wishNamed(*sample);
+        if (!launch.sample)
+            return wrongUsage("--sample takes new or remove, not \"" + printable(*sample) + "\"");
     }
     if (arguments.operands().size() > 1)
         return wrongUsage("one folder at a time, not also \"" + printable(arguments.operands()[1]) + "\"");

@@ -2,6 +2,7 @@
 
 #include "Base/FileURL.h"
 #include "Platform/Host.h"
+#include "Sample/Sample.h"
 
 #include <optional>
 #include <span>
@@ -13,8 +14,9 @@ namespace brimvale {
 
 /// The options for opening the window.
 struct Launch {
-    std::optional<System> system;  ///< the system whose catalog is used; nothing: this one
-    std::optional<FileURL> folder; ///< scanned at once
+    std::optional<System> system;            ///< the system whose catalog is used; nothing: this one
+    std::optional<FileURL> folder;           ///< scanned at once
+    std::optional<sample::Wish> sample = {}; ///< what to do with the sample; nothing: this computer is shown
 
     /// What the program prints if it ends without a window. Harmless on a terminal.
     struct Refusal {

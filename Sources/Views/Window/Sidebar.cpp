@@ -79,6 +79,10 @@ void Sidebar::setRowHidden(int row, bool isHidden) {
     list_->item(row)->setHidden(isHidden);
 }
 
+void Sidebar::addNote(QWidget *note) {
+    static_cast<QVBoxLayout *>(layout())->insertWidget(layout()->indexOf(footer_), note);
+}
+
 void Sidebar::setCurrentRow(int row) {
     list_->setCurrentRow(row);
 }

@@ -35,6 +35,9 @@ public:
     /// Leaves a row out or shows it again.
     void setRowHidden(int row, bool isHidden);
 
+    /// Puts a widget between the rows and the footer.
+    void addNote(QWidget *note);
+
     void setCurrentRow(int row);
     [[nodiscard]] SidebarFooter &footer() { return *footer_; }
 

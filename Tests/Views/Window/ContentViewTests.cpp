@@ -85,6 +85,17 @@ TEST_F(ContentViewTest, OpensOnItsFirstPage) {
     EXPECT_EQ(window->currentSection(), Section{Section::Kind::overview});
 }
 
+TEST_F(ContentViewTest, SaysThatItShowsASample) {
+    open();
+    window->showSample(FileURL("/caches/brimvale-sample/linux"));
+    EXPECT_TRUE(window->windowTitle().endsWith(" — Sample"));
+    const auto *note = window->findChild<QWidget *>("sampleNote");
+    ASSERT_NE(note, nullptr);
+    EXPECT_TRUE(note->isVisible());
+    EXPECT_TRUE(note->toolTip().contains("/caches/brimvale-sample/linux"));
+    EXPECT_TRUE(note->toolTip().contains("--sample=remove"));
+}
+
 TEST_F(ContentViewTest, RescansTheCurrentRootOnTheShortcut) {
     home.makeFolder("Library/Messages"); // with Full Disk Access
     open();
