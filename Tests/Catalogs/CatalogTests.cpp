@@ -1,5 +1,6 @@
 #include "Catalogs/Catalog.h"
 
+#include "Catalogs/FileTypes.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Core/Storage/CleanupRiskTexts.h"
 #include "Core/Storage/StorageCategories.h"
@@ -44,6 +45,33 @@ std::vector<std::string> textsOf(const StorageCategory &category) {
 }
 
 } // namespace
+
+TEST(FileTypes, AreToldByTheName) {
+    const std::pair<std::string_view, FileType> cases[] = {{"a.mp4", FileType::video},
+                                                           {"a.JPEG", FileType::picture},
+                                                           {"libz.so.1.3", FileType::program},
+                                                           {"a.tar.gz", FileType::archive},
+                                                           {"disk.iso.001", FileType::diskImage},
+                                                           {"x.AppImage", FileType::program},
+                                                           {"mp4", FileType::other},
+                                                           {".mp4", FileType::other},
+                                                           {"a.", FileType::other},
+                                                           {"", FileType::other},
+                                                           {"1.2.3", FileType::other},
+                                                           {"a.verylongending", FileType::other},
+                                                           {"a.b.c++", FileType::sourceCode},
+                                                           {"a.log", FileType::log},
+                                                           {"a.mp4\xFF", FileType::other},
+                                                           {"a.sqlite3", FileType::database}};
+    for (const auto &[name, type] : cases)
+        EXPECT_EQ(fileTypeOf(name), type) << name;
+    for (std::size_t i = 0; i < fileTypeCount; ++i) {
+        const auto type = static_cast<FileType>(i);
+        EXPECT_EQ(fileTypeWithKey(wordsOf(type).key), type);
+        EXPECT_EQ(fileTypeWithKey(std::string(wordsOf(type).key) + "S"), type);
+    }
+    EXPECT_EQ(fileTypeWithKey(""), std::nullopt);
+}
 
 TEST(Words, AreCompleteForBothSystems) {
     for (const System system : bothSystems)

@@ -31,10 +31,16 @@ std::shared_ptr<FSNode> fileAgain(const std::string &path) {
     return file;
 }
 
+/// The options of a scan that begins at `moment`, in seconds since 1970, or that adds to one that did.
+ScanOptions optionsAt(std::uint32_t moment) {
+    ScanOptions options = ScanOptions::standard();
+    options.moment = Date(std::chrono::seconds(moment));
+    return options;
+}
+
 /// The folder or file as the scan of the tree at `rootPath` would show it now; null if it is gone.
-std::shared_ptr<FSNode> scannedAgain(const std::string &path, const std::string &rootPath, ScanStats &stats,
-                                     WalkPool &pool) {
-    const ScanOptions options = ScanOptions::standard();
+std::shared_ptr<FSNode> scannedAgain(const std::string &path, const std::string &rootPath,
+                                     const ScanOptions &options, ScanStats &stats, WalkPool &pool) {
     std::shared_ptr<FSNode> found = path == rootPath ? DiskScanner::scan(path, options, stats, pool)
                                                      : DiskScanner::scanInside(path, options, stats, pool);
     if (found == nullptr)
@@ -77,6 +83,7 @@ void ScanSession::startScan(std::optional<std::string> path) {
     begun.isScanning = true;
     begun.scanFiles = begun.scanBytes = begun.scanUnreadable = 0;
     begun.scanElapsed = 0;
+    begun.ageMoment = FSNode::secondsOf(now());
     begun.scanCurrentPath = begun.scanRootPath;
     scanStats_ = latestStats_ = std::make_shared<ScanStats>();
     growth_.begin(begun.scanRootPath, begun.tree);
@@ -90,8 +97,9 @@ void ScanSession::startScan(std::optional<std::string> path) {
     walks_.push_back(walk);
     threads_.run(
         this,
-        [scan = scan_, root = state().scanRootPath, stats = scanStats_](WalkPool &pool) {
-            std::shared_ptr<FSNode> found = scan(root, ScanOptions::standard(), *stats, pool);
+        [scan = scan_, root = state().scanRootPath, moment = begun.ageMoment,
+         stats = scanStats_](WalkPool &pool) {
+            std::shared_ptr<FSNode> found = scan(root, optionsAt(moment), *stats, pool);
             found->sortRecursively();
             return found;
         },
@@ -149,6 +157,8 @@ void ScanSession::finishScan(const std::shared_ptr<FSNode> &found) {
     progressTimer_.stop();
     SessionState &ended = unannounced();
     if (found != nullptr) {
+        if (ended.ageMoment == 0)
+            ended.ageMoment = FSNode::secondsOf(now());
         if (scanStats_ != nullptr) {
             ended.scanFiles = scanStats_->files();
             ended.scanUnreadable = scanStats_->unreadable();
@@ -262,6 +272,9 @@ void ScanSession::detach(FSNode &node) {
     FSNode *parent = node.parent();
     emit nodeAboutToBeDetached(&node);
     node.subtractFromAncestors();
+    if (parent->isAggregate)
+        parent->smallFiles.subtract(fileTypeOf(node.name), ageOf(node.modified, state().ageMoment),
+                                    node.size);
     countFiles(-node.fileCount);
     forgetUnreadable(node);
     detached_.push_back(parent->release(node));
@@ -343,16 +356,18 @@ void ScanSession::beginRescan() {
         return;
     ScannedPlaces places;
     for (const FSNode *node : nodesAt(*state().tree, items))
-        places.emplace_back(node->path(), nullptr);
+        places.emplace_back(node->parent() != nullptr && node->parent()->isAggregate ? node->parent()->path()
+                                                                                     : node->path(),
+                            nullptr);
     if (places.empty())
         return endUserRescan(items);
     rescan_ = std::make_shared<Rescan>(Rescan{.tree = state().tree, .items = items});
     threads_.run(
         this,
-        [places = std::move(places), rootPath = state().tree->path(),
+        [places = std::move(places), rootPath = state().tree->path(), moment = state().ageMoment,
          stats = rescan_->stats](WalkPool &pool) mutable {
             for (auto &[path, found] : places)
-                found = scannedAgain(path.path(), rootPath, *stats, pool);
+                found = scannedAgain(path.path(), rootPath, optionsAt(moment), *stats, pool);
             return std::move(places);
         },
         [this](ScannedPlaces found) { endRescan(std::move(found)); });

@@ -38,6 +38,8 @@ struct SessionState {
     double scanElapsed = 0; ///< seconds
     std::optional<Date> lastScanDate = {};
     std::string rescannedPath = {}; ///< the folder that the user had scanned again in place; empty when idle
+    /// The ages of the tree's files count from this moment, in seconds since 1970.
+    std::uint32_t ageMoment = 0;
 };
 
 /// The scan that Browse shows, and its tree.

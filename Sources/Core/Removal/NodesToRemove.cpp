@@ -3,7 +3,10 @@
 #include "Core/Scan/OutermostNodes.h"
 #include "Core/Scan/UsualPath.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -17,7 +20,7 @@ namespace {
 std::optional<ItemPin> pinOf(const FSNode &node, const FileURL &place) {
     const std::optional<FileIdentity> item = node.identity();
     const std::optional<FileIdentity> folder =
-        node.parent() != nullptr ? node.parent()->identity() : std::nullopt;
+        node.folder() != nullptr ? node.folder()->identity() : std::nullopt;
     if (!item || !folder)
         return std::nullopt;
     return ItemPin{
@@ -28,6 +31,19 @@ std::optional<ItemPin> pinOf(const FSNode &node, const FileURL &place) {
 
 bool areImported(std::span<FSNode *const> nodes) {
     return !nodes.empty() && nodes.front()->isImported();
+}
+
+/// The nodes of an aggregate's files that are gone; the aggregate itself if it has no others.
+std::vector<FSNode *> goneFiles(FSNode &aggregate, const FileURL &folder, const GonePaths &gone) {
+    std::vector<FSNode *> files;
+    if (!gone.reachInto(folder))
+        return files;
+    for (const std::unique_ptr<FSNode> &file : aggregate.largestSmallFiles())
+        if (gone.contains(folder.appending(file->name)))
+            files.push_back(file.get());
+    if (static_cast<std::int64_t>(files.size()) == aggregate.fileCount)
+        return {&aggregate};
+    return files;
 }
 
 } // namespace
@@ -68,6 +84,8 @@ std::vector<FSNode *> goneNodes(FSNode &root, const GonePaths &gone) {
             const FileURL url(child->isAggregate ? path : joinPath(path, child->name));
             if (gone.contains(url))
                 found.push_back(child.get());
+            else if (child->isAggregate)
+                std::ranges::copy(goneFiles(*child, url, gone), std::back_inserter(found));
             else if (child->isDirectory && gone.reachInto(url))
                 waiting.push_back(child.get());
         }
@@ -88,8 +106,11 @@ std::vector<FileURL> foldersMissing(FSNode &root, const GonePaths &gone) {
         const auto expected = goneIn.find(url);
         std::size_t found = 0;
         for (const std::unique_ptr<FSNode> &child : folder->children()) {
-            if (child->isAggregate)
+            if (child->isAggregate) {
+                for (const FSNode *file : goneFiles(*child, url, gone))
+                    found += static_cast<std::size_t>(file->fileCount);
                 continue;
+            }
             const FileURL place = url.appending(child->name);
             if (gone.contains(place))
                 ++found;

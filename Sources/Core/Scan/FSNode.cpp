@@ -7,6 +7,14 @@
 
 namespace brimvale {
 
+namespace {
+
+std::string nameOfAggregate(std::int64_t count) {
+    return std::to_string(count) + (count == 1 ? " smaller item" : " smaller items");
+}
+
+} // namespace
+
 FSNode::FSNode(std::string nodeName, std::string path, bool directory)
     : name(std::move(nodeName)), isDirectory(directory) {
     setOwnPath(std::move(path));
@@ -16,8 +24,7 @@ FSNode::FSNode(std::string nodeName, FSNode &parent, bool directory)
     : name(std::move(nodeName)), isDirectory(directory), parent_(&parent) {}
 
 std::unique_ptr<FSNode> FSNode::aggregate(FSNode &parent, std::int64_t count) {
-    auto node = std::make_unique<FSNode>(
-        std::to_string(count) + (count == 1 ? " smaller item" : " smaller items"), parent, false);
+    auto node = std::make_unique<FSNode>(nameOfAggregate(count), parent, false);
     node->isAggregate = true;
     node->fileCount = count;
     return node;
@@ -85,7 +92,10 @@ void FSNode::subtractFromAncestors() const {
         if (folder != parent_) // which keeps the sizes of its other children
             folder->rare().mayBeOutOfOrder = true;
     }
-    findNewestInAncestors(modified, this);
+    if (parent_ != nullptr && parent_->isAggregate) // which stays the newest that it was
+        parent_->name = nameOfAggregate(parent_->fileCount);
+    else
+        findNewestInAncestors(modified, this);
 }
 
 /// Corrects the dates of the ancestors that may have had theirs, which is `earlier`, from this node.
@@ -116,7 +126,8 @@ std::string FSNode::path() const {
     std::size_t length = 0;
     const FSNode *node = top;
     for (; node->ownPath() == nullptr; node = node->parent_)
-        length += node->name.size() + 1;
+        if (!node->isAggregate)
+            length += node->name.size() + 1;
     const std::string &rootPath = *node->ownPath();
     const std::size_t rootLength = rootPath == "/" && node != top ? 0 : rootPath.size();
 
@@ -124,6 +135,8 @@ std::string FSNode::path() const {
     std::copy_n(rootPath.begin(), rootLength, path.begin());
     std::size_t end = path.size();
     for (node = top; node->ownPath() == nullptr; node = node->parent_) {
+        if (node->isAggregate)
+            continue;
         end -= node->name.size();
         std::copy(node->name.begin(), node->name.end(), path.begin() + static_cast<std::ptrdiff_t>(end));
         --end;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Date.h"
+#include "Core/Scan/FileTally.h"
 #include "Core/Scan/SkipReason.h"
 #include "Platform/FileStatus.h"
 
@@ -15,9 +16,10 @@
 namespace brimvale {
 
 /// One node of a scanned tree: a folder, a file large enough to be shown, a folder that was skipped, or an
-/// aggregate that stands for the many small files of one folder. A node owns its children. `parent` is valid
-/// while the node is among the parent's children, and null otherwise. Nodes are equal only to themselves.
-/// Nothing here recurses, so a tree may have any depth.
+/// aggregate that stands for the many small files of one folder. The largest small files of a scan have
+/// nodes, too; their aggregate owns them, beside its children, of which it has none. A node owns its
+/// children. `parent` is valid while the node is among the parent's children, and null otherwise. Nodes are
+/// equal only to themselves. Nothing here recurses, so a tree may have any depth.
 ///
 /// One thread of the scan writes a node. Once scanned and sorted, the tree belongs to the main thread.
 class FSNode {
@@ -36,8 +38,8 @@ public:
     FSNode &operator=(const FSNode &) = delete;
 
     /// The last path component, as bytes. For the root, the displayed name; for an aggregate, its count in
-    /// words.
-    const std::string name;
+    /// words, which changes when it loses files. Any other name stays.
+    std::string name;
     // These share a byte, so that a node stays small; only one thread writes them.
     const bool isDirectory : 1; ///< also true for a skipped folder; false for an aggregate
     bool isAggregate : 1 = false;
@@ -56,6 +58,7 @@ public:
     std::int64_t logicalSize = 0; ///< the same for the length in bytes
     std::int64_t fileCount = 0;   ///< files, this node and its descendants
     std::int64_t dirCount = 0;    ///< folders among its descendants
+    FileTally smallFiles;         ///< of an aggregate: what it stands for
 
     /// Whether the true size may be larger, because not everything could be read.
     [[nodiscard]] bool isAtLeast() const { return unreadable || holdsUnreadable; }
@@ -92,7 +95,17 @@ public:
     [[nodiscard]] std::string path() const;
 
     [[nodiscard]] FSNode *parent() const { return parent_; }
-    [[nodiscard]] std::span<const std::unique_ptr<FSNode>> children() const { return children_; }
+    /// The folder that contains it: the parent, or that of the aggregate if this is one of its small files.
+    [[nodiscard]] FSNode *folder() const {
+        return parent_ != nullptr && parent_->isAggregate ? parent_->parent_ : parent_;
+    }
+    [[nodiscard]] std::span<const std::unique_ptr<FSNode>> children() const {
+        return isAggregate ? std::span<const std::unique_ptr<FSNode>>{} : children_;
+    }
+    /// The small files of an aggregate that have nodes, in no order; none of any other node.
+    [[nodiscard]] std::span<const std::unique_ptr<FSNode>> largestSmallFiles() const {
+        return isAggregate ? children_ : std::span<const std::unique_ptr<FSNode>>{};
+    }
 
     /// The rows of an outline below this node: a folder's children; none for anything else.
     [[nodiscard]] std::span<const std::unique_ptr<FSNode>> outlineChildren() const {

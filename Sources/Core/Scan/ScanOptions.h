@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/Date.h"
 #include "Core/Scan/SkipReason.h"
 #include "Platform/Host.h"
 
@@ -28,6 +29,9 @@ struct ScanOptions {
 
     /// Folders that are not entered, and of which not even the status is read, unless a walk begins there.
     std::unordered_map<std::string, SkipReason> unseenPaths = {};
+
+    /// The ages of files count from this moment; nothing for that of the scan.
+    std::optional<Date> moment = {};
 
     /// The standard options of a scan for `host`, with everything to skip.
     [[nodiscard]] static ScanOptions standard(const Host &host = Host::current());

@@ -91,10 +91,8 @@ void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileSta
         addFile(*child, status, modified);
         children_.push_back(std::move(child));
     } else {
-        smallBytes_ = checkedAdd(smallBytes_, size);
-        smallLogical_ = checkedAdd(smallLogical_, status.length);
-        smallModified_ = std::max(smallModified_, modified);
-        ++smallCount_;
+        small_.add(name, status, modified);
+        largest_.offer(node, name, status, modified);
     }
 }
 
@@ -142,12 +140,8 @@ void TreeBuilder::unreadable(FolderHandle folder) {
 
 void TreeBuilder::leave(FolderHandle folder) {
     FSNode &node = nodeOf(folder);
-    if (smallCount_ > 0) {
-        children_.push_back(FSNode::aggregate(node, smallCount_));
-        children_.back()->size = smallBytes_;
-        children_.back()->logicalSize = smallLogical_;
-        children_.back()->modified = smallModified_;
-    }
+    if (std::unique_ptr<FSNode> aggregate = small_.takeAggregate(node))
+        children_.push_back(std::move(aggregate));
     finishFolder(node);
     if (growing_ != nullptr)
         growing_->leaveFolder(subfolders_);
@@ -169,8 +163,7 @@ void TreeBuilder::finishFolder(FSNode &node) {
     node.adopt(children_);
     grow(node);
     grownFiles_ = grownBytes_ = 0;
-    smallBytes_ = smallLogical_ = smallCount_ = 0;
-    smallModified_ = 0;
+    small_.clear();
 }
 
 void TreeBuilder::publish() {
@@ -180,7 +173,7 @@ void TreeBuilder::publish() {
     unpublishedFiles_ = unpublishedBytes_ = 0;
 }
 
-void rollUp(FSNode &root, const ScanState &state) {
+void rollUp(FSNode &root, ScanState &state) {
     std::unordered_set<const FSNode *> unfinished = state.unfinished;
     std::vector<FSNode *> folders{&root};
     for (std::size_t i = 0; i < folders.size(); ++i) {
@@ -213,6 +206,7 @@ void rollUp(FSNode &root, const ScanState &state) {
         if (!isUnfinished || &parent == &root)
             parent.logicalSize = checkedAdd(parent.logicalSize, folder.logicalSize);
     }
+    state.largest.giveToAggregates();
 }
 
 } // namespace brimvale

@@ -3,8 +3,10 @@
 #include "Core/Scan/FSNode.h"
 #include "Core/Scan/GrowingEntries.h"
 #include "Core/Scan/InodeSet.h"
+#include "Core/Scan/LargestFiles.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Core/Scan/ScanStats.h"
+#include "Core/Scan/SmallFiles.h"
 #include "Core/Scan/SumLimit.h"
 #include "Platform/DirectoryWalk.h"
 
@@ -20,13 +22,16 @@ namespace brimvale {
 /// State shared by all walks of one scan.
 struct ScanState {
     ScanState(const ScanOptions &scanOptions, ScanStats &scanStats)
-        : options(scanOptions), skipped(scanOptions), stats(scanStats) {}
+        : options(scanOptions), skipped(scanOptions), stats(scanStats),
+          moment(FSNode::secondsOf(scanOptions.moment.value_or(now()))) {}
 
     const ScanOptions options;
     const SkipList skipped;
     ScanStats &stats;
+    const std::uint32_t moment; ///< from which the ages of files count, as `FSNode::modified` has it
     InodeSet inodes;
     SumLimit sums;
+    LargestFiles largest;
 
     std::mutex lock;                               ///< protects the two sets
     std::unordered_set<const FSNode *> unentered;  ///< folders that a cancelled scan did not reach
@@ -38,7 +43,7 @@ struct ScanState {
 /// order of the disk, whichever walk made them.
 class TreeBuilder : public WalkVisitor {
 public:
-    explicit TreeBuilder(ScanState &state) : state_(state) {}
+    explicit TreeBuilder(ScanState &state) : state_(state), small_(state.moment), largest_(state.largest) {}
     ~TreeBuilder() override { publish(); }
 
     void enter(FolderHandle folder, const std::string &path, int depth) override;
@@ -68,10 +73,7 @@ private:
 
     // Of the current folder:
     std::vector<std::unique_ptr<FSNode>> children_;
-    std::int64_t smallBytes_ = 0;
-    std::int64_t smallLogical_ = 0;
-    std::int64_t smallCount_ = 0;
-    std::uint32_t smallModified_ = 0;
+    SmallFiles small_;
 
     // What the growing picture shows of the entry that the current folder belongs to:
     GrowingEntries::Entry *growing_ = nullptr; ///< null where there is no picture
@@ -79,9 +81,12 @@ private:
     std::int64_t subfolders_ = 0; ///< of the current folder, to be entered
     std::int64_t grownFiles_ = 0; ///< of the current folder, already shown
     std::int64_t grownBytes_ = 0;
+
+    LargestOfWalk largest_;
 };
 
-/// Adds every folder's figures to its parent's, up to `root`; call it once all walks are done.
-void rollUp(FSNode &root, const ScanState &state);
+/// Adds every folder's figures to its parent's, up to `root`, and gives the aggregates the largest of their
+/// files; call it once all walks are done.
+void rollUp(FSNode &root, ScanState &state);
 
 } // namespace brimvale

@@ -34,7 +34,7 @@ constexpr int buttonIconSize = 14;
 constexpr int figuresInARow = 3;
 
 QString shareText(const FSNode &node) {
-    if (node.parent() == nullptr || node.parent()->size < 1)
+    if (node.folder() == nullptr || node.folder()->size < 1)
         return QStringLiteral("—");
     const double share = 100 * shareOfParent(node);
     return share > 0 && share < 0.1 ? u"under 0.1 %"_s : QStringLiteral("%1 %").arg(share, 0, 'f', 1);

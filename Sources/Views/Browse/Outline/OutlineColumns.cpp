@@ -49,7 +49,7 @@ std::span<const OutlineColumn> outlineColumns() {
 }
 
 double shareOfParent(const FSNode &node) {
-    const FSNode *parent = node.parent();
+    const FSNode *parent = node.folder();
     return parent == nullptr || parent->size < 1
                ? 0
                : static_cast<double>(node.size) / static_cast<double>(parent->size);

@@ -40,7 +40,7 @@ FSNode *OutlineModel::nodeAt(const QModelIndex &index) const {
 }
 
 QModelIndex OutlineModel::indexOf(const FSNode &node, int column) const {
-    if (&node == tree_.get() || !isShown(node))
+    if (&node == tree_.get() || node.parent()->isAggregate || !isShown(node))
         return {};
     const std::vector<FSNode *> &rows = rowsOf(*node.parent());
     std::size_t row = std::min<std::size_t>(node.row, rows.size() - 1);

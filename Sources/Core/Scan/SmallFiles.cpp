@@ -1,0 +1,50 @@
+#include "Core/Scan/SmallFiles.h"
+
+#include "Base/Bytes.h"
+
+#include <algorithm>
+
+namespace brimvale {
+
+void SmallFiles::add(std::string_view name, const FileStatus &status, std::uint32_t modified) {
+    ++count_;
+    bytes_ = checkedAdd(bytes_, status.allocatedBytes);
+    length_ = checkedAdd(length_, status.length);
+    newest_ = std::max(newest_, modified);
+    const std::size_t place = static_cast<std::size_t>(fileTypeOf(name)) * fileAgeCount +
+                              static_cast<std::size_t>(ageOf(modified, moment_));
+    used_.set(place);
+    ++figures_[place].count;
+    figures_[place].bytes += status.allocatedBytes; // no more than all together
+}
+
+std::unique_ptr<FSNode> SmallFiles::takeAggregate(FSNode &folder) {
+    if (count_ == 0)
+        return nullptr;
+    std::unique_ptr<FSNode> aggregate = FSNode::aggregate(folder, count_);
+    aggregate->size = bytes_;
+    aggregate->logicalSize = length_;
+    aggregate->modified = newest_;
+    entries_.clear();
+    for (std::size_t place = 0; place < places; ++place)
+        if (used_.test(place))
+            entries_.push_back({static_cast<FileType>(place / fileAgeCount),
+                                static_cast<FileAge>(place % fileAgeCount), figures_[place].count,
+                                figures_[place].bytes});
+    aggregate->smallFiles = FileTally(entries_);
+    clear();
+    return aggregate;
+}
+
+void SmallFiles::clear() {
+    if (count_ == 0)
+        return;
+    count_ = bytes_ = length_ = 0;
+    newest_ = 0;
+    for (std::size_t place = 0; place < places; ++place)
+        if (used_.test(place))
+            figures_[place] = {};
+    used_.reset();
+}
+
+} // namespace brimvale
