@@ -14,6 +14,7 @@ struct Words {
 
     // About the files of an application:
     std::string whyDefinitely;  ///< why they belong to it: "Matched on bundle identifier."
+    std::string whyPossibly;    ///< why they may belong to it: "Matched on name only, …"
     std::string noOtherFiles;   ///< "No files found outside the bundle."
     std::string stillSearching; ///< "The files outside the bundle are still being looked for."
     std::string chooseApp;      ///< what selecting an application shows

@@ -11,6 +11,8 @@ Words words() {
         .noBytes = "0 bytes",
         .includeSystemApps = "Include system apps",
         .whyDefinitely = "Matched on the app's identifier, or on a list of well-known apps.",
+        .whyPossibly = "Matched on name only, or claimed by another app as well, so check these before "
+                       "removing. Another app or the system itself may own them.",
         .noOtherFiles = "No other files of this app found.",
         .stillSearching = "Other files of this app are still being looked for.",
         .chooseApp = "Select an app to see the files that it keeps elsewhere.",

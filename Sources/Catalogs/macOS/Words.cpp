@@ -10,6 +10,8 @@ Words words() {
         .noBytes = "Zero KB",
         .includeSystemApps = "Include Apple apps",
         .whyDefinitely = "Matched on bundle identifier.",
+        .whyPossibly = "Matched on name only, so check these before removing. Another app or macOS itself "
+                       "may own them.",
         .noOtherFiles = "No files found outside the bundle.",
         .stillSearching = "The files outside the bundle are still being looked for.",
         .chooseApp = "Select an app to see the files that it keeps outside its bundle.",

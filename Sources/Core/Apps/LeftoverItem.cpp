@@ -12,10 +12,8 @@ const char *title(MatchConfidence confidence) {
 }
 
 std::string explanation(MatchConfidence confidence) {
-    if (confidence == MatchConfidence::exact)
-        return Words::current().whyDefinitely;
-    return "Matched on name only, so check these before removing. Another app or " +
-           Words::current().theSystem + " itself may own them.";
+    const Words &words = Words::current();
+    return confidence == MatchConfidence::exact ? words.whyDefinitely : words.whyPossibly;
 }
 
 std::string carefulWarning() {
