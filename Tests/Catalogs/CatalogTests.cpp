@@ -21,13 +21,13 @@ Host hostOf(System system) {
 
 /// Each of the words. A field that is added is missed here by the compiler.
 std::vector<std::string> fieldsOf(const Words &words) {
-    const auto &[thisComputer, theSystem, rootName, noBytes, includeSystemApps, whyDefinitely, noOtherFiles,
+    const auto &[thisComputer, theSystem, rootName, noBytes, includeSystemApps, whyDefinitely, whyPossibly, noOtherFiles,
                  stillSearching, chooseApp, revealItem, openFolder, showBackupCopy, grantAccess,
                  whyGrantAccess, accessNoticeTitle, accessNotice, accessAdvice, measuringHelp, listingHelp,
                  freesAtMost, atMost, purgeableSpace, unreadableSpace, snapshotsTitle, snapshotsRemark] =
         words;
     return {thisComputer,  theSystem,      rootName,        noBytes,        includeSystemApps,
-            whyDefinitely, noOtherFiles,   stillSearching,  chooseApp,      revealItem,
+            whyDefinitely, whyPossibly, noOtherFiles,   stillSearching,  chooseApp,      revealItem,
             openFolder,    showBackupCopy, grantAccess,     whyGrantAccess, accessNoticeTitle,
             accessNotice,  accessAdvice,   measuringHelp,   listingHelp,    freesAtMost,
             atMost,        purgeableSpace, unreadableSpace, snapshotsTitle, snapshotsRemark};

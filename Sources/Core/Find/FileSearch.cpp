@@ -75,7 +75,7 @@ public:
             !search_.inodes.insert(status.identity.device, status.identity.inode))
             return;
         if (!search_.limit.admits(status))
-            return search_.stats.addUnreadable();
+            return search_.stats.addUnreadable(joinPath(folder_, name), UnreadableItem::claimsTooMuch);
         ++visited_;
         visitedBytes_ += status.allocatedBytes; // within the limit of all sums
         const std::uint32_t modified = FSNode::secondsOf(status.modified);
@@ -94,11 +94,15 @@ public:
         return search_.skipped.contains(folderPath, name) ? std::nullopt
                                                           : std::optional<FolderHandle>(nullptr);
     }
-    void noStatus(FolderHandle) override {
-        if (errno != ENOENT)
-            search_.stats.addUnreadable();
+    void noStatus(FolderHandle, std::string_view name) override {
+        const int error = errno;
+        if (error != ENOENT)
+            search_.stats.addUnreadable(joinPath(folder_, name), error);
     }
-    void unreadable(FolderHandle) override { search_.stats.addUnreadable(); }
+    void unreadable(FolderHandle) override {
+        const int error = errno;
+        search_.stats.addUnreadable({}, error); // the path of one that was not opened is not known
+    }
     void leave(FolderHandle) override {}
     void interrupted(FolderHandle) override {}
     void abandoned(FolderHandle) override {}

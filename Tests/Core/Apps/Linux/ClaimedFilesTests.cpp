@@ -287,7 +287,8 @@ TEST(ClaimedFiles, GiveEachFileToTheProgramThatMadeIt) {
     EXPECT_THAT(missed, IsEmpty());
 
     std::vector<std::string> orphans;
-    for (const Orphan &orphan : findOrphans({}, desktop.host()))
+    const Orphans all = findOrphans({}, desktop.host());
+    for (const Orphan &orphan : all.found)
         orphans.push_back(pathIn(desktop, orphan.item));
     EXPECT_THAT(orphans, UnorderedElementsAre(".config/Browser", ".config/Studio", ".config/office",
                                               ".local/share/Player"));
