@@ -33,7 +33,8 @@ public:
     [[nodiscard]] std::vector<FileClaim> claimsOf(const InstalledApp &app) const;
 
     /// What may be of applications that are not installed, by name: everything in these folders that has not
-    /// the name of a command, and data of Flatpaks and snaps that are gone. Applications may claim it.
+    /// the name of a command, known folders in the home, and data of Flatpaks and snaps that are gone.
+    /// Applications may claim it.
     [[nodiscard]] std::vector<FileClaim> withoutOwner() const;
 
     [[nodiscard]] const DesktopPlaces &places() const { return places_; }
@@ -69,6 +70,7 @@ private:
     void addDesktopFiles(const InstalledApp &app, std::vector<FileClaim> &claims) const;
     void addSystemFiles(const InstalledApp &app, std::vector<FileClaim> &claims) const;
     void addSandboxesWithoutApp(std::vector<FileClaim> &claims) const;
+    bool nameKnownApp(FileClaim &claim) const;
     [[nodiscard]] bool isShared(std::string_view name, bool isInHome) const;
 
     DesktopPlaces places_;

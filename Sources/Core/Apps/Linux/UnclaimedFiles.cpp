@@ -49,25 +49,41 @@ std::string plainIdentifier(const KnownApp &known) {
 
 } // namespace
 
+/// Says of a claim that a well-known application keeps files there, if one does.
+bool LeftoverPlaces::nameKnownApp(FileClaim &claim) const {
+    bool isKnown = false;
+    for (const KnownApp &known : rules_.knownApps)
+        for (const KnownPlace &place : known.places)
+            if (matches(claim.path, place.path) || isAtOrUnder(place.path, claim.path)) {
+                claim.reason = "known folder of " + plainIdentifier(known) + ", which is not installed";
+                claim.isCareful = claim.isCareful || place.isCareful;
+                isKnown = true;
+            }
+    return isKnown;
+}
+
 std::vector<FileClaim> LeftoverPlaces::withoutOwner() const {
     const std::unordered_set<std::string> commands = commandNames(places_);
     std::vector<FileClaim> claims;
     for (const Listing &listing : listings_) {
-        if (listing.isHome || listing.isOfDesktop)
+        if (listing.isOfDesktop)
             continue;
-        for (const std::string &name : listing.names)
-            if (!isShared(name, false) && !isOfCommand(name, commands))
-                claims.push_back({joinPath(listing.folder, name), listing.category, MatchConfidence::likely,
-                                  "no app or command has this name", listing.category == "Data"});
+        for (const std::string &name : listing.names) {
+            if (isShared(name, listing.isHome) ||
+                isOfCommand(std::string_view(name).substr(listing.isHome ? 1 : 0), commands))
+                continue;
+            FileClaim claim{joinPath(listing.folder, name), listing.category, MatchConfidence::likely,
+                            "no app or command has this name",
+                            listing.isHome || listing.category == "Data"};
+            // In the home most names are of commands that have other names.
+            if (nameKnownApp(claim) || !listing.isHome)
+                claims.push_back(std::move(claim));
+        }
     }
+    const std::size_t named = claims.size();
     addSandboxesWithoutApp(claims);
-    for (FileClaim &claim : claims)
-        for (const KnownApp &known : rules_.knownApps)
-            for (const KnownPlace &place : known.places)
-                if (matches(claim.path, place.path) || isAtOrUnder(place.path, claim.path)) {
-                    claim.reason = "known folder of " + plainIdentifier(known) + ", which is not installed";
-                    claim.isCareful = claim.isCareful || place.isCareful;
-                }
+    for (std::size_t i = named; i < claims.size(); ++i)
+        nameKnownApp(claims[i]);
     return claims;
 }
 

@@ -385,7 +385,9 @@ TEST(ClaimedFiles, TellWhatNoInstalledApplicationClaims) {
           ".var/app/org.example.Maps", "snap/drawer", ".local/share/applications", ".config/autostart",
           // of what is gone
           ".config/oldtool", ".config/Code", ".local/share/quest", ".config/JetBrains/PyCharm2023.1",
-          ".var/app/org.example.Gone", "snap/gone"})
+          ".var/app/org.example.Gone", "snap/gone", ".thunderbird",
+          // in the home only known folders are told
+          ".viewer", ".something", ".gimp-2.8"})
         desktop.makeFile("home/user/" + std::string(file) + "/x", 10);
     desktop.makeLink("home/user/.config/link", "oldtool");
     std::vector<std::string> lines;
@@ -404,6 +406,7 @@ TEST(ClaimedFiles, TellWhatNoInstalledApplicationClaims) {
             "!.local/share/Steam (known folder of steam, which is not installed)",
             ".config/JetBrains/PyCharm2023.1 (known folder of jetbrains-pycharm, which is not installed)",
             "!.var/app/org.example.Gone (data of a Flatpak that is not installed)",
+            "!.thunderbird (known folder of thunderbird, which is not installed)",
             "!snap/gone (data of a snap that is not installed)"));
 }
 
