@@ -6,6 +6,7 @@
 #include "Views/Apps/LeftoverGroup.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/IconLabel.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/PageParts.h"
 #include "Views/Components/Text.h"
@@ -109,7 +110,7 @@ QWidget *AppDetail::makeBundleChoice() {
     systemApp_->setWordWrap(true);
     auto *choice = new QWidget(this);
     auto *layout = new QHBoxLayout(choice);
-    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setContentsMargins(Metrics::tickBoxLine, 0, 0, 0);
     layout->addWidget(bundle_, 1);
     layout->addWidget(systemApp_, 1);
     layout->addWidget(uninstaller_);

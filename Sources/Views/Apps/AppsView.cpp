@@ -59,7 +59,7 @@ AppsView::AppsView(Apps &apps, OrphanSearch &orphans, const Removals &removals, 
     setObjectName(QStringLiteral("appsPage"));
     message_->setObjectName(QStringLiteral("noApp"));
     auto *sides = new QHBoxLayout;
-    sides->setContentsMargins(Metrics::pageMargin, 0, Metrics::pageMargin, 0);
+    sides->setContentsMargins(Metrics::pageMargin, 0, 0, 0);
     sides->setSpacing(16);
     sides->addWidget(makeListSide());
     sides->addWidget(makeDetailSide(), 1);
@@ -185,7 +185,7 @@ void AppsView::followOrphans() {
 QScrollArea *AppsView::makeDetailArea(QWidget *detail) {
     auto *content = new QWidget(this);
     auto *layout = new QVBoxLayout(content);
-    layout->setContentsMargins(0, 4, 8, 16);
+    layout->setContentsMargins(0, 4, Metrics::pageMargin, 16);
     layout->addWidget(detail);
     return makeScrollArea(content, this);
 }

@@ -2,6 +2,7 @@
 
 #include "Catalogs/CleanupEntry.h"
 #include "Core/Apps/Uninstall.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/TickBox.h"
 #include "Views/Entries/ItemActions.h"
@@ -66,7 +67,7 @@ QWidget *LeftoverGroup::makeHead(const Heading &heading) {
     texts->addWidget(why);
     auto *head = new QWidget(this);
     auto *layout = new QHBoxLayout(head);
-    layout->setContentsMargins(12, 0, 16, 0);
+    layout->setContentsMargins(Metrics::tickBoxLine - tickBoxMargin - 1, 0, 16, 0); // 1: the edge of the card
     layout->setSpacing(8);
     layout->addWidget(all_, 0, Qt::AlignTop);
     layout->addLayout(texts, 1);

@@ -122,9 +122,10 @@ QWidget *BrowseView::makeResults() {
     splitter->setHandleWidth(16);
     splitter->addWidget(makeOutlineSide());
     splitter->addWidget(makeTreemapSide());
-    splitter->setStretchFactor(0, 1);
-    splitter->setStretchFactor(1, 1);
-    splitter->setSizes({1000, 1000}); // equal halves at any width
+    // Names need more room than tiles, at any width.
+    splitter->setStretchFactor(0, 56);
+    splitter->setStretchFactor(1, 44);
+    splitter->setSizes({1120, 880});
     return splitter;
 }
 
@@ -137,7 +138,7 @@ QWidget *BrowseView::makeOutlineSide() {
     filter_->setTextMargins(4, 0, 4, 0);
     outline_->setObjectName(QStringLiteral("outline"));
     auto *head = new QHBoxLayout;
-    head->setContentsMargins(8, 8, 8, 0);
+    head->setContentsMargins(4, 8, 8, 0); // so that the path begins above the title of the names
     head->addWidget(breadcrumb_, 1);
     head->addWidget(filter_);
     auto *card = new Card(this);

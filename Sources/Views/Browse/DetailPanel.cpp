@@ -31,7 +31,10 @@ namespace {
 
 constexpr int pictureSize = 20;
 constexpr int buttonIconSize = 14;
+constexpr int iconButtonWidth = 28;
 constexpr int figuresInARow = 3;
+constexpr int linesOfARow = 3; ///< titles, values and a gap
+constexpr int gapBelowARow = 4;
 
 QString shareText(const FSNode &node) {
     if (node.folder() == nullptr || node.folder()->size < 1)
@@ -44,6 +47,7 @@ QString shareText(const FSNode &node) {
 QPushButton *makeIconButton(const char *objectName, const QString &title, QWidget *parent) {
     QPushButton *button = makeButton(objectName, {}, parent);
     button->setFlat(true);
+    button->setFixedWidth(iconButtonWidth);
     button->setToolTip(title);
     button->setAccessibleName(title);
     return button;
@@ -95,8 +99,10 @@ DetailPanel::DetailPanel(QWidget *parent)
         titles_[i]->setText(titles[i]);
         values_[i] = new TextLabel(Type::Size::body, QFont::Medium, this);
         values_[i]->setObjectName(QLatin1String(objectNames[i]));
-        figures->addWidget(titles_[i], 2 * (place / figuresInARow), place % figuresInARow);
-        figures->addWidget(values_[i], 2 * (place / figuresInARow) + 1, place % figuresInARow);
+        const int row = linesOfARow * (place / figuresInARow);
+        figures->addWidget(titles_[i], row, place % figuresInARow);
+        figures->addWidget(values_[i], row + 1, place % figuresInARow);
+        figures->setRowMinimumHeight(row + 2, gapBelowARow);
         figures->setColumnStretch(place % figuresInARow, 1);
     }
 

@@ -8,6 +8,7 @@
 #include "Views/Components/AccessNotice.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/FolderChooser.h"
+#include "Views/Components/FoldingButton.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/Metrics.h"
 #include "Views/Components/NodeName.h"
@@ -20,7 +21,6 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QVBoxLayout>
 #include <cmath>
 #include <utility>
@@ -53,7 +53,7 @@ QString elapsedText(double seconds) {
 
 ScanBar::ScanBar(ScanSession &scan, QWidget *parent)
     : QWidget(parent), session_(scan), presets_(new QComboBox(this)),
-      choose_(new QPushButton(u"Choose Folder"_s, this)), scan_(new QPushButton(this)),
+      choose_(new FoldingButton(u"Choose Folder"_s, this)), scan_(new FoldingButton({}, this)),
       root_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       files_(makeFigure(this, TextLabel::Tone::primary, "scanFiles", QStringLiteral("8,888,888 files"))),
       bytes_(makeFigure(this, TextLabel::Tone::primary, "scanBytes", QStringLiteral("888.88 GB"))),
@@ -84,11 +84,10 @@ QWidget *ScanBar::makeControls() {
     presets_->setObjectName(QStringLiteral("presets"));
     presets_->setAccessibleName(u"Place to scan"_s);
     presets_->setPlaceholderText(u"Other folder"_s);
-    presets_->setMinimumContentsLength(14);
+    presets_->setMinimumContentsLength(6); // in a narrow window; otherwise as wide as its longest item
     choose_->setObjectName(QStringLiteral("chooseFolder"));
     scan_->setObjectName(QStringLiteral("scan"));
     scan_->setDefault(true);
-    scan_->setMinimumWidth(88);
     root_->setObjectName(QStringLiteral("scanRoot"));
     for (QWidget *widget :
          {static_cast<QWidget *>(presets_), static_cast<QWidget *>(choose_), static_cast<QWidget *>(scan_)})
@@ -98,6 +97,7 @@ QWidget *ScanBar::makeControls() {
     layout->addSpacing(8);
     for (TextLabel *figure : {unreadable_, files_, bytes_, elapsed_})
         layout->addWidget(figure);
+    foldToFit(*controls, {choose_, scan_});
     return controls;
 }
 

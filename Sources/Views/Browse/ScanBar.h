@@ -5,11 +5,11 @@
 #include <string>
 
 class QComboBox;
-class QPushButton;
 
 namespace brimvale {
 
 class ElidedLabel;
+class FoldingButton;
 class ScanSession;
 class TextLabel;
 
@@ -41,8 +41,8 @@ private:
     std::optional<std::string> shownRoot_;
     std::optional<bool> wasScanning_; ///< the state shown
     QComboBox *presets_;
-    QPushButton *choose_;
-    QPushButton *scan_;
+    FoldingButton *choose_;
+    FoldingButton *scan_;
     ElidedLabel *root_;
     TextLabel *files_;
     TextLabel *bytes_;

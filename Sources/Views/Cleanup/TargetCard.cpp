@@ -102,7 +102,7 @@ QWidget *TargetCard::makeHead() {
 
     auto *head = new QWidget(this);
     auto *layout = new QHBoxLayout(head);
-    layout->setContentsMargins(13, 12, 16, 12);
+    layout->setContentsMargins(Metrics::tickBoxLine - tickBoxMargin, 12, 16, 12);
     layout->setSpacing(8);
     layout->addWidget(all_);
     layout->addWidget(disclosure_);

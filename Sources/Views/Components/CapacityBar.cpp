@@ -1,9 +1,9 @@
 #include "Views/Components/CapacityBar.h"
 
+#include "Views/Components/ShareBar.h"
 #include "Views/Components/Theme.h"
 
 #include <QPainter>
-#include <QPainterPath>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -13,7 +13,6 @@ namespace brimvale {
 namespace {
 
 constexpr int barHeight = 6;
-constexpr float trackOpacity = 0.12F;
 
 } // namespace
 
@@ -33,21 +32,8 @@ QSize CapacityBar::sizeHint() const {
 
 void CapacityBar::paintEvent(QPaintEvent *) {
     const Theme &theme = Theme::current();
-    QColor track = theme.text; // visible on any surface, including the sidebar
-    track.setAlphaF(trackOpacity);
-    const QRectF whole = rect();
-    const qreal radius = whole.height() / 2;
-    QRectF used = whole;
-    used.setWidth(whole.width() * usedShare_);
-    QPainterPath outline;
-    outline.addRoundedRect(whole, radius, radius);
-    QPainterPath filled;
-    filled.addRect(used);
-
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(outline, track);
-    painter.fillPath(outline.intersected(filled), theme.tint);
+    paintShareBar(painter, rect(), usedShare_, theme.track, theme.tint);
 }
 
 } // namespace brimvale

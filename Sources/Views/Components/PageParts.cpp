@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace brimvale {
 
@@ -22,6 +23,11 @@ QScrollArea *makeScrollArea(QWidget *content, QWidget *page) {
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);
     area->setFocusPolicy(Qt::NoFocus);
+    area->setVerticalScrollBarPolicy(
+        Qt::ScrollBarAlwaysOn); // it is drawn only if there is something to scroll
+    QMargins margins = content->layout()->contentsMargins();
+    margins.setRight(std::max(margins.right() - Metrics::scrollBarWidth, 0));
+    content->layout()->setContentsMargins(margins);
     return area;
 }
 

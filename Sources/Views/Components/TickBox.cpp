@@ -13,7 +13,6 @@ namespace brimvale {
 namespace {
 
 constexpr qreal boxRadius = 4;
-constexpr int focusMargin = 3;
 
 } // namespace
 
@@ -63,12 +62,12 @@ void TickBox::setState(Qt::CheckState state) {
 }
 
 QSize TickBox::sizeHint() const {
-    return {tickBoxSize + 2 * focusMargin, tickBoxSize + 2 * focusMargin};
+    return {tickBoxSize + 2 * tickBoxMargin, tickBoxSize + 2 * tickBoxMargin};
 }
 
 void TickBox::paintEvent(QPaintEvent * /*event*/) {
     QPainter painter(this);
-    const QRectF box = QRectF(rect()).adjusted(focusMargin, focusMargin, -focusMargin, -focusMargin);
+    const QRectF box = QRectF(rect()).adjusted(tickBoxMargin, tickBoxMargin, -tickBoxMargin, -tickBoxMargin);
     paintTickBox(painter, box, state_, isEnabled());
     if (!hasFocus())
         return;

@@ -13,6 +13,9 @@ void paintTickBox(QPainter &painter, const QRectF &box, Qt::CheckState state, bo
 /// The width and height of a tick box, in points.
 inline constexpr int tickBoxSize = 16;
 
+/// The space around the box of a `TickBox`, for its focus ring, in points.
+inline constexpr int tickBoxMargin = 3;
+
 /// A tick box for a whole list: all, none or some rows are selected. A click on a partly ticked box selects
 /// all. A click only emits a signal; the owner sets the state.
 class TickBox : public QAbstractButton {

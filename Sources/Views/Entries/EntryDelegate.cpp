@@ -1,5 +1,6 @@
 #include "Views/Entries/EntryDelegate.h"
 
+#include "Views/Components/AlignedSize.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/Metrics.h"
 #include "Views/Components/Theme.h"
@@ -103,8 +104,9 @@ void EntryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     paintNotes(*painter, row, notes);
 
     constexpr Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
-    drawWords(*painter, takeRight(row, sizeWidth), right, Type::Size::body, theme.text,
-              index.data(EntryListModel::sizeRole).toString());
+    painter->setFont(Type::font(Type::Size::body));
+    painter->setPen(theme.text);
+    drawAlignedSize(*painter, takeRight(row, sizeWidth), index.data(EntryListModel::sizeRole).toString());
     const QString date = index.data(EntryListModel::dateRole).toString();
     const bool hasRoom = row.width() - dateWidth - gap >= leastNameWidth;
     if (hasRoom)

@@ -1,15 +1,16 @@
 #include "Views/Overview/CategoryRow.h"
 
+#include "Views/Components/AlignedSize.h"
 #include "Views/Components/CategoryStyle.h"
 #include "Views/Components/Contrast.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/Metrics.h"
+#include "Views/Components/ShareBar.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
 
 #include <QKeyEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <algorithm>
 
 namespace brimvale {
@@ -28,17 +29,6 @@ QRect takeRight(QRect &row, int width) {
     const QRect taken(row.right() - width + 1, row.top(), width, row.height());
     row.setRight(taken.left() - gap);
     return taken;
-}
-
-void paintShare(QPainter &painter, const QRect &place, double share, const QColor &color) {
-    QRectF bar(place.left(), place.center().y() - barHeight / 2.0 + 1, place.width(), barHeight);
-    QPainterPath outline;
-    outline.addRoundedRect(bar, barHeight / 2.0, barHeight / 2.0);
-    painter.fillPath(outline, Theme::current().track);
-    QPainterPath filled;
-    filled.addRect(bar.adjusted(0, 0, bar.width() * (share - 1), 0));
-    const QPainterPath shape = outline.intersected(filled);
-    painter.fillPath(shape, markOn(color, Theme::current().track));
 }
 
 } // namespace
@@ -92,8 +82,11 @@ void CategoryRow::paintEvent(QPaintEvent * /*event*/) {
         Icons::pixmap(QStringLiteral("chevron-right"), theme.tertiaryText, chevronSize, devicePixelRatioF()));
     painter.setFont(Type::font(Type::Size::body, QFont::Medium));
     painter.setPen(category_.measured ? theme.text : theme.tertiaryText);
-    painter.drawText(takeRight(row, sizeWidth), Qt::AlignRight | Qt::AlignVCenter, measuredSize());
-    paintShare(painter, takeRight(row, barWidth), share_, color);
+    drawAlignedSize(painter, takeRight(row, sizeWidth), measuredSize());
+    const QRect share = takeRight(row, barWidth);
+    paintShareBar(painter,
+                  QRectF(share.left(), share.center().y() - barHeight / 2 + 1, share.width(), barHeight),
+                  share_, theme.track, markOn(color, theme.track));
 
     painter.setPen(theme.text);
     const QFontMetrics titleMetrics = painter.fontMetrics();

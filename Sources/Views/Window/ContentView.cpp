@@ -77,7 +77,6 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
       stack_(new QStackedWidget(this)),
       closing_(new ClosingQuestion(model.removals, model.backups, model.volumes, *this)) {
     setObjectName(QStringLiteral("contentView"));
-    setWindowTitle(QApplication::applicationName());
     applyTheme();
     setMinimumSize(minimumSizeOfWindow);
     resize(defaultSize);
@@ -231,10 +230,19 @@ void ContentView::followModel() {
     connect(&model_.storage, &Storage::changed, this, &ContentView::showCategorySizes);
     connect(&updater_, &Updater::stateChanged, this, &ContentView::showUpdateLine);
     connect(&footer, &SidebarFooter::updateAsked, this, &ContentView::showUpdateWindow);
+    connect(&model_.scan, &ScanSession::treeChanged, this, &ContentView::showTitle);
+    showTitle();
     showCategorySizes();
     showVolumes();
     showFreed();
     showUpdateLine();
+}
+
+/// Windows of several runs differ by the folder that was scanned.
+void ContentView::showTitle() {
+    const std::shared_ptr<FSNode> &tree = model_.scan->tree;
+    const QString name = QApplication::applicationName();
+    setWindowTitle(tree == nullptr ? name : displayedName(*tree) + u" — "_s + name);
 }
 
 void ContentView::showCategorySizes() {

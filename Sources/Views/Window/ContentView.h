@@ -68,6 +68,7 @@ private:
     void showShortcuts();
     void showAbout();
     void addCategoryPage(const StorageCategory &category);
+    void showTitle();
     void showCategorySizes();
     void checkForUpdates();
     void showUpdateWindow();

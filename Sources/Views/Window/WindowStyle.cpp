@@ -1,6 +1,8 @@
 #include "Views/Window/WindowStyle.h"
 
 #include "Views/Components/Contrast.h"
+#include "Views/Components/Icons.h"
+#include "Views/Components/Metrics.h"
 #include "Views/Components/TickBox.h"
 
 #include <QPainter>
@@ -14,7 +16,9 @@ namespace {
 constexpr qreal buttonRadius = 6;
 constexpr int buttonHeight = 28;
 constexpr int buttonPadding = 8; ///< in addition to Fusion's
-constexpr int scrollBarWidth = 12;
+constexpr int comboPadding = 12; ///< before the words of a combo box, and behind its arrow
+constexpr int comboArrow = 12;
+constexpr int labelGap = 6; ///< between the icon and the words of a button
 
 bool isDefaultButton(const QStyleOption &option) {
     const auto *button = qstyleoption_cast<const QStyleOptionButton *>(&option);
@@ -52,6 +56,53 @@ void paintButton(const QStyleOption &option, QPainter &painter) {
     const qreal inset = hasFocus ? 1 : 0.5;
     painter.drawRoundedRect(QRectF(option.rect).adjusted(inset, inset, -inset, -inset), buttonRadius,
                             buttonRadius);
+    painter.restore();
+}
+
+/// The icon and the words of a button, in its middle.
+void paintButtonLabel(const QStyleOptionButton &button, QPainter &painter) {
+    const bool isEnabled = button.state.testFlag(QStyle::State_Enabled);
+    const QPalette::ColorRole role =
+        isDefaultButton(button) ? QPalette::HighlightedText : QPalette::ButtonText;
+    const QSize icon = button.icon.isNull() ? QSize() : button.iconSize;
+    const int gap = button.icon.isNull() || button.text.isEmpty() ? 0 : labelGap;
+    const int words = button.fontMetrics.size(Qt::TextShowMnemonic, button.text).width();
+    const int iconWidth = std::max(icon.width(), 0);
+    QRect place = button.rect;
+    place.setLeft(place.left() + std::max((place.width() - iconWidth - gap - words) / 2, 0));
+    if (!button.icon.isNull()) {
+        const QRect own = QStyle::visualRect(
+            button.direction, button.rect,
+            QRect(place.left(), place.center().y() - icon.height() / 2 + 1, icon.width(), icon.height()));
+        button.icon.paint(&painter, own, Qt::AlignCenter, isEnabled ? QIcon::Normal : QIcon::Disabled);
+    }
+    place.setLeft(place.left() + iconWidth + gap);
+    painter.setPen(button.palette.color(role));
+    painter.drawText(
+        QStyle::visualRect(button.direction, button.rect, place),
+        static_cast<int>(QStyle::visualAlignment(button.direction, Qt::AlignLeft | Qt::AlignVCenter)) |
+            Qt::TextShowMnemonic | Qt::TextSingleLine,
+        button.text);
+}
+
+/// A combo box looks like a button with an arrow.
+void paintComboBox(const QStyleOptionComboBox &box, QPainter &painter) {
+    paintButton(box, painter);
+    const QRect arrow =
+        QStyle::visualRect(box.direction, box.rect,
+                           QRect(box.rect.right() + 1 - comboPadding - comboArrow,
+                                 box.rect.center().y() - comboArrow / 2 + 1, comboArrow, comboArrow));
+    painter.drawPixmap(arrow.topLeft(),
+                       Icons::pixmap(QStringLiteral("chevron-down"), box.palette.color(QPalette::ButtonText),
+                                     comboArrow, painter.device()->devicePixelRatioF()));
+}
+
+/// The ground of menus, and of the list of a combo box.
+void paintPopup(const QStyleOption &option, QPainter &painter) {
+    painter.save();
+    painter.setPen(option.palette.color(QPalette::Dark));
+    painter.setBrush(option.palette.color(QPalette::Base));
+    painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
     painter.restore();
 }
 
@@ -106,27 +157,31 @@ void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
         paintIndicator(*option, *painter);
     else if (element == PE_PanelLineEdit && frame != nullptr && frame->lineWidth > 0)
         paintField(*option, *painter);
-    else
+    else if (element == PE_PanelMenu)
+        paintPopup(*option, *painter);
+    else if (element != PE_FrameMenu) // which is part of the ground
         QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
 
 void WindowStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                               const QWidget *widget) const {
     const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
-    if (element != CE_PushButtonLabel || button == nullptr || !isDefaultButton(*button)) {
+    if (element == CE_PushButtonLabel && button != nullptr)
+        paintButtonLabel(*button, *painter);
+    else if (element == CE_MenuEmptyArea)
+        painter->fillRect(option->rect, option->palette.color(QPalette::Base));
+    else
         QProxyStyle::drawControl(element, option, painter, widget);
-        return;
-    }
-    QStyleOptionButton onAccent = *button;
-    onAccent.palette.setColor(QPalette::ButtonText, option->palette.color(QPalette::HighlightedText));
-    QProxyStyle::drawControl(element, &onAccent, painter, widget);
 }
 
 // A click on the ends of the bar still scrolls, as if the arrows of other styles were there.
 void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
                                      QPainter *painter, const QWidget *widget) const {
     const auto *scrollBar = qstyleoption_cast<const QStyleOptionSlider *>(option);
-    if (control == CC_ScrollBar && scrollBar != nullptr)
+    const auto *box = qstyleoption_cast<const QStyleOptionComboBox *>(option);
+    if (control == CC_ComboBox && box != nullptr && !box->editable)
+        paintComboBox(*box, *painter);
+    else if (control == CC_ScrollBar && scrollBar != nullptr)
         paintScrollBar(*scrollBar, subControlRect(control, option, SC_ScrollBarSlider, widget), *painter);
     else
         QProxyStyle::drawComplexControl(control, option, painter, widget);
@@ -139,13 +194,28 @@ QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
         whole = {whole.width() + 2 * buttonPadding, std::max(whole.height(), buttonHeight)};
     else if (type == CT_LineEdit || type == CT_ComboBox)
         whole.setHeight(std::max(whole.height(), buttonHeight));
+    const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
+    if (type == CT_PushButton && button != nullptr && !button->icon.isNull() && !button->text.isEmpty())
+        whole.rwidth() += labelGap;
+    if (type == CT_ComboBox)
+        whole.setWidth(size.width() + 2 * comboPadding + comboArrow + labelGap);
     return whole;
+}
+
+QRect WindowStyle::subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,
+                                  const QWidget *widget) const {
+    const auto *box = qstyleoption_cast<const QStyleOptionComboBox *>(option);
+    if (control != CC_ComboBox || part != SC_ComboBoxEditField || box == nullptr || box->editable)
+        return QProxyStyle::subControlRect(control, option, part, widget);
+    return visualRect(box->direction, box->rect,
+                      box->rect.adjusted(comboPadding, 0, -comboPadding - comboArrow - labelGap, 0));
 }
 
 int WindowStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const {
     if (metric == PM_IndicatorWidth || metric == PM_IndicatorHeight)
         return tickBoxSize;
-    return metric == PM_ScrollBarExtent ? scrollBarWidth : QProxyStyle::pixelMetric(metric, option, widget);
+    return metric == PM_ScrollBarExtent ? Metrics::scrollBarWidth
+                                        : QProxyStyle::pixelMetric(metric, option, widget);
 }
 
 int WindowStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,

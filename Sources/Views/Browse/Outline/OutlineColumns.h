@@ -10,8 +10,9 @@ namespace brimvale {
 
 /// One column of an outline.
 struct OutlineColumn {
-    /// How a cell is drawn: the name with its icon, a figure, or a figure as the filled part of a bar.
-    enum class Drawing { name, figure, bar };
+    /// How a cell is drawn: the name with its icon, a figure, a size, words, or the share of the parent as
+    /// the filled part of a bar.
+    enum class Drawing { name, figure, size, words, bar };
 
     /// In points. A column gets its minimum width before any less important column is shown.
     struct Width {
@@ -20,20 +21,25 @@ struct OutlineColumn {
     };
 
     QString title;
+    QString menuTitle; ///< in the menu that chooses columns
     Drawing drawing;
-    QString (*text)(const FSNode &node); ///< the text of a cell
-    std::int64_t FSNode::*figure;        ///< the figure to sort by; null for the names
-    Width (*width)();                    ///< asked when the font is known
-    int importance;                      ///< narrow outlines leave out the least important columns
-    bool isQuiet;                        ///< drawn in a secondary colour
+    QString (*text)(const FSNode &node);        ///< the text of a cell; null if others have to find it
+    std::int64_t (*figure)(const FSNode &node); ///< the figure to sort by; null for the names, and for none
+    Width (*width)(const FSNode &root);         ///< in the tree with this root; asked when the font is known
+    int importance;                             ///< narrow outlines leave out the least important columns
+    bool isUsual;                               ///< shown until the user chooses
+    bool isQuiet;                               ///< drawn in a secondary colour
 
+    [[nodiscard]] bool isRight() const { return drawing == Drawing::figure || drawing == Drawing::size; }
     [[nodiscard]] Qt::Alignment alignment() const {
-        return (drawing == Drawing::figure ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
+        return (isRight() ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
     }
     /// The order after a first click on the header: the largest first, but names from A to Z.
     [[nodiscard]] Qt::SortOrder firstOrder() const {
         return figure == nullptr ? Qt::AscendingOrder : Qt::DescendingOrder;
     }
+    /// What is not known of every node cannot be sorted by.
+    [[nodiscard]] bool isSortable() const { return text != nullptr; }
 };
 
 /// The columns, from left to right. The names come first.

@@ -3,15 +3,16 @@
 #include "Core/Scan/NodeExplanation.h"
 #include "Views/Browse/Outline/OutlineColumns.h"
 #include "Views/Browse/Outline/OutlineModel.h"
+#include "Views/Components/AlignedSize.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/Metrics.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/ShareBar.h"
 #include "Views/Components/Theme.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QToolTip>
 #include <algorithm>
 
@@ -22,6 +23,7 @@ namespace {
 constexpr int gap = 8;
 constexpr int narrowestName = 100; ///< including its icon
 constexpr int barHeight = 6;
+constexpr int nameStart = Metrics::iconSize + gap; ///< of the words in the cell of a name
 constexpr float trackOnAccent = 0.3F;
 
 const FSNode &nodeAt(const QModelIndex &index) {
@@ -33,7 +35,7 @@ QColor iconColor(const FSNode &node, const Theme &theme) {
         return theme.warning;
     if (node.isNotDescended || node.isAggregate)
         return theme.tertiaryText;
-    return node.isDirectory ? theme.accent : theme.secondaryText;
+    return node.isDirectory ? theme.tint : theme.secondaryText;
 }
 
 } // namespace
@@ -62,6 +64,8 @@ void OutlineDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     case OutlineColumn::Drawing::bar:
         return paintShare(*painter, option, shareOfParent(node));
     case OutlineColumn::Drawing::figure:
+    case OutlineColumn::Drawing::size:
+    case OutlineColumn::Drawing::words:
         const QColor color = column.isQuiet ? theme.secondaryText : theme.text;
         return paintText(*painter, option, index, explanation(node) ? theme.tertiaryText : color);
     }
@@ -78,7 +82,7 @@ void OutlineDelegate::paintName(QPainter &painter, const QStyleOptionViewItem &o
                        Icons::pixmap(nodeIconName(node), onAccent ? theme.onAccent : iconColor(node, theme),
                                      Metrics::iconSize, painter.device()->devicePixelRatioF()));
 
-    const QRect words = cell.adjusted(Metrics::iconSize + gap, 0, -margin, 0);
+    const QRect words = cell.adjusted(nameStart, 0, -margin, 0);
     painter.setFont(Type::font(Type::Size::body));
     painter.setPen(onAccent ? theme.onAccent : isDimmed ? theme.tertiaryText : theme.text);
     const QString name =
@@ -88,48 +92,58 @@ void OutlineDelegate::paintName(QPainter &painter, const QStyleOptionViewItem &o
 
 void OutlineDelegate::paintText(QPainter &painter, const QStyleOptionViewItem &option,
                                 const QModelIndex &index, const QColor &color) const {
+    const OutlineColumn &column = outlineColumns()[static_cast<std::size_t>(index.column())];
+    const QRect place = option.rect.adjusted(margin, 0, -margin, 0);
     painter.setFont(Type::font(Type::Size::body));
     painter.setPen(isOnAccent(option) ? Theme::current().onAccent : color);
-    painter.drawText(option.rect.adjusted(margin, 0, -margin, 0),
-                     Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, index.data().toString());
+    const QString text = index.data().toString();
+    if (column.drawing == OutlineColumn::Drawing::size && widestSize(painter.font()) <= place.width())
+        return drawAlignedSize(painter, place, text);
+    painter.drawText(place, static_cast<int>(column.alignment()) | Qt::TextSingleLine,
+                     painter.fontMetrics().elidedText(text, Qt::ElideRight, std::max(place.width(), 0)));
 }
 
 void OutlineDelegate::paintShare(QPainter &painter, const QStyleOptionViewItem &option, double share) const {
     const Theme &theme = Theme::current();
     const bool onAccent = isOnAccent(option);
-    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     QRectF bar = option.rect.adjusted(margin, 0, -margin, 0);
-    const int half = barHeight / 2;
-    bar.setTop(option.rect.center().y() - half + 1);
+    bar.setTop(option.rect.center().y() - barHeight / 2 + 1);
     bar.setHeight(barHeight);
-    QColor track = isSelected ? theme.border : theme.track;
+    QColor track = theme.track;
     if (onAccent) {
         track = theme.onAccent;
         track.setAlphaF(trackOnAccent);
     }
-
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath shape;
-    shape.addRoundedRect(bar, barHeight / 2.0, barHeight / 2.0);
-    painter.fillPath(shape, track);
-    painter.setClipPath(shape, Qt::IntersectClip);
-    bar.setWidth(bar.width() * std::clamp(share, 0.0, 1.0));
-    painter.fillRect(bar, onAccent ? theme.onAccent : theme.accent);
-    painter.restore();
+    paintShareBar(painter, bar, std::clamp(share, 0.0, 1.0), track, onAccent ? theme.onAccent : theme.tint);
 }
 
 QSize OutlineDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const {
     return {0, rowHeight};
 }
 
+/// The text of a cell that has no room for all of it; empty if it is shown in full.
+QString OutlineDelegate::cutText(const QStyleOptionViewItem &option, const QModelIndex &index) {
+    const OutlineColumn &column = outlineColumns()[static_cast<std::size_t>(index.column())];
+    if (column.drawing == OutlineColumn::Drawing::bar)
+        return {};
+    const bool isName = column.drawing == OutlineColumn::Drawing::name;
+    const int room =
+        isName ? nameCell(option.rect).width() - nameStart - margin : option.rect.width() - 2 * margin;
+    const QString text = index.data().toString();
+    return QFontMetrics(Type::font(Type::Size::body)).horizontalAdvance(text) > room ? text : QString();
+}
+
 bool OutlineDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view,
                                 const QStyleOptionViewItem &option, const QModelIndex &index) {
-    const QString text = index.data(Qt::ToolTipRole).toString();
-    if (event->type() != QEvent::ToolTip || text.isEmpty())
+    QStringList texts = {cutText(option, index), index.data(Qt::ToolTipRole).toString()};
+    texts.removeAll(QString());
+    if (event->type() != QEvent::ToolTip || texts.isEmpty())
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     // Tool tips wrap only rich text.
-    QToolTip::showText(event->globalPos(), QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped()), view);
+    QString words;
+    for (const QString &text : texts)
+        words += QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped());
+    QToolTip::showText(event->globalPos(), words, view);
     return true;
 }
 

@@ -25,11 +25,12 @@ public:
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
-    /// Shows the explanation of a node in a tool tip, in lines of readable length.
+    /// Shows a text that is cut, and the explanation of a node, in a tool tip with lines of readable length.
     bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                    const QModelIndex &index) override;
 
 private:
+    [[nodiscard]] static QString cutText(const QStyleOptionViewItem &option, const QModelIndex &index);
     void paintName(QPainter &painter, const QStyleOptionViewItem &option, const FSNode &node) const;
     void paintText(QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index,
                    const QColor &color) const;

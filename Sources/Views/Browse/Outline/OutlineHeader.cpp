@@ -4,13 +4,20 @@
 #include "Views/Browse/Outline/OutlineDelegate.h"
 #include "Views/Browse/Outline/OutlineModel.h"
 #include "Views/Components/Icons.h"
+#include "Views/Components/Popup.h"
 #include "Views/Components/Theme.h"
 
-#include <QEvent>
+#include <QContextMenuEvent>
+#include <QFontMetrics>
+#include <QMenu>
+#include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
-#include <numeric>
-#include <vector>
+#include <cstdlib>
+#include <tuple>
+#include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
@@ -18,29 +25,29 @@ namespace {
 
 constexpr int headerHeight = 32;
 constexpr int arrowSize = 12;
-constexpr int columnsNeverLeftOut = 2; ///< the most important ones
+constexpr int shortestName = 140;   ///< beside columns that the user has chosen
+constexpr int edgeReach = 4;        ///< on both sides of an edge that can be dragged
+constexpr int narrowestColumn = 48; ///< that the user can make
 
-/// The places of the columns, the most important one first.
-std::vector<int> byImportance() {
-    const std::span<const OutlineColumn> columns = outlineColumns();
-    std::vector<int> places(columns.size());
-    std::iota(places.begin(), places.end(), 0);
-    std::sort(places.begin(), places.end(), [&](int a, int b) {
-        return columns[static_cast<std::size_t>(a)].importance >
-               columns[static_cast<std::size_t>(b)].importance;
-    });
-    return places;
+const OutlineColumn &columnOf(int column) {
+    return outlineColumns()[static_cast<std::size_t>(column)];
 }
 
 } // namespace
 
-OutlineHeader::OutlineHeader(QWidget *parent) : QHeaderView(Qt::Horizontal, parent) {
+OutlineHeader::OutlineHeader(QWidget *parent)
+    : QHeaderView(Qt::Horizontal, parent), choices_(outlineColumns().size()),
+      sortedColumn_(OutlineModel::sizeColumn) {
+    setObjectName(QStringLiteral("outlineHeader"));
     setFont(Type::font(Type::Size::caption, QFont::Medium));
     setSectionsClickable(true);
+    setSectionsMovable(true);
+    setFirstSectionMovable(false);
     setSortIndicatorShown(true);
     setHighlightSections(false);
     setStretchLastSection(false);
     setMinimumSectionSize(0); // for hidden columns
+    connect(this, &QHeaderView::sortIndicatorChanged, this, &OutlineHeader::keepSortable);
 }
 
 void OutlineHeader::setModel(QAbstractItemModel *model) {
@@ -49,7 +56,55 @@ void OutlineHeader::setModel(QAbstractItemModel *model) {
         return;
     setSectionResizeMode(Fixed);
     setSectionResizeMode(OutlineModel::nameColumn, Stretch);
+    connect(model, &QAbstractItemModel::modelReset, this, &OutlineHeader::fitSections);
     fitSections();
+}
+
+/// The sort order stays if the user clicks on a column that has none.
+void OutlineHeader::keepSortable(int section, Qt::SortOrder order) {
+    if (section >= 0 && !columnOf(section).isSortable()) {
+        setSortIndicator(sortedColumn_, sortOrder_);
+        return;
+    }
+    sortedColumn_ = section;
+    sortOrder_ = order;
+}
+
+bool OutlineHeader::isChosen(int column) const {
+    const Choice &choice = choices_[static_cast<std::size_t>(column)];
+    return choice.isShown.value_or(columnOf(column).isUsual);
+}
+
+void OutlineHeader::choose(int column, bool isChosen) {
+    if (column == OutlineModel::nameColumn)
+        return;
+    choices_[static_cast<std::size_t>(column)].isShown = isChosen;
+    fitSections();
+}
+
+void OutlineHeader::reset() {
+    choices_.assign(choices_.size(), {});
+    for (int column = 0; column < count(); ++column)
+        moveSection(visualIndex(column), column);
+    fitSections();
+}
+
+QMenu *OutlineHeader::makeMenu() {
+    QMenu *menu = brimvale::makeMenu(this);
+    menu->setObjectName(QStringLiteral("columnMenu"));
+    for (int column = OutlineModel::nameColumn + 1; column < count(); ++column) {
+        QAction *action = menu->addAction(columnOf(column).menuTitle);
+        action->setCheckable(true);
+        action->setChecked(isChosen(column));
+        connect(action, &QAction::toggled, this, [this, column](bool isOn) { choose(column, isOn); });
+    }
+    menu->addSeparator();
+    menu->addAction(u"Usual Columns"_s, this, &OutlineHeader::reset);
+    return menu;
+}
+
+void OutlineHeader::contextMenuEvent(QContextMenuEvent *event) {
+    makeMenu()->popup(event->globalPos());
 }
 
 bool OutlineHeader::viewportEvent(QEvent *event) {
@@ -58,22 +113,101 @@ bool OutlineHeader::viewportEvent(QEvent *event) {
     return QHeaderView::viewportEvent(event);
 }
 
+/// The columns to show, the most important one first: names and sizes, then those that the user has chosen.
+std::vector<int> OutlineHeader::byImportance() const {
+    const auto rank = [this](int column) {
+        const bool isAlways = column == OutlineModel::nameColumn || column == OutlineModel::sizeColumn;
+        const bool isUsersChoice = choices_[static_cast<std::size_t>(column)].isShown.has_value();
+        return std::tuple(isAlways, isUsersChoice, columnOf(column).importance);
+    };
+    std::vector<int> columns;
+    for (int column = 0; column < count(); ++column)
+        if (isChosen(column))
+            columns.push_back(column);
+    std::sort(columns.begin(), columns.end(), [&](int a, int b) { return rank(a) > rank(b); });
+    return columns;
+}
+
 void OutlineHeader::fitSections() {
-    const std::vector<int> columns = byImportance();
-    std::vector<OutlineColumn::Width> widths;
-    int left = viewport()->width();
-    for (const int column : columns) {
-        OutlineColumn::Width width = outlineColumns()[static_cast<std::size_t>(column)].width();
-        if (static_cast<int>(widths.size()) >= columnsNeverLeftOut && left < width.least)
-            width = {0, 0};
+    const auto *outline = qobject_cast<const OutlineModel *>(model());
+    const FSNode *root = outline == nullptr ? nullptr : outline->nodeAt({});
+    if (root == nullptr)
+        return;
+    std::vector<OutlineColumn::Width> widths(outlineColumns().size(), {0, 0});
+    const int leastName = columnOf(OutlineModel::nameColumn).width(*root).least;
+    int left = viewport()->width() - leastName;
+    for (const int column : byImportance()) {
+        if (column == OutlineModel::nameColumn)
+            continue;
+        const Choice &choice = choices_[static_cast<std::size_t>(column)];
+        OutlineColumn::Width width = columnOf(column).width(*root);
+        if (choice.width)
+            width = {*choice.width, *choice.width};
+        const int room = choice.isShown || choice.width ? left + leastName - shortestName : left;
+        if (column != OutlineModel::sizeColumn && room < width.least)
+            continue;
         left -= width.least;
-        widths.push_back(width);
+        widths[static_cast<std::size_t>(column)] = width;
     }
     // Names get more of the remaining width than other columns that can grow.
     const int growth = std::max(left, 0) / 3;
-    for (std::size_t i = 0; i < columns.size(); ++i)
-        if (columns[i] != OutlineModel::nameColumn)
-            resizeSection(columns[i], std::min(widths[i].least + growth, widths[i].most));
+    for (int column = 0; column < count(); ++column)
+        if (const OutlineColumn::Width width = widths[static_cast<std::size_t>(column)];
+            column != OutlineModel::nameColumn)
+            resizeSection(column, std::min(width.least + growth, width.most));
+}
+
+/// The edge between two shown columns at `x`. The columns of no width between them do not count.
+std::optional<OutlineHeader::Edge> OutlineHeader::edgeAt(int x) const {
+    int left = -1;
+    for (int place = 0; place < count(); ++place) {
+        const int column = logicalIndex(place);
+        if (sectionSize(column) == 0)
+            continue;
+        if (left >= 0 && std::abs(sectionViewportPosition(column) - x) <= edgeReach)
+            return Edge{left, column, x, sectionSize(left), sectionSize(column)};
+        left = column;
+    }
+    return std::nullopt;
+}
+
+/// The edge follows the pointer: one column gets what the other loses. The names take what is left, so they
+/// have no width to set.
+void OutlineHeader::dragEdge(int x) {
+    const auto leastOf = [](int column) {
+        return column == OutlineModel::nameColumn ? shortestName : narrowestColumn;
+    };
+    const int leastMove = std::min(leastOf(dragged_->left) - dragged_->leftWidth, 0);
+    const int mostMove = std::max(dragged_->rightWidth - leastOf(dragged_->right), 0);
+    const int move = std::clamp(x - dragged_->pointer, leastMove, mostMove);
+    if (dragged_->left != OutlineModel::nameColumn)
+        choices_[static_cast<std::size_t>(dragged_->left)].width = dragged_->leftWidth + move;
+    choices_[static_cast<std::size_t>(dragged_->right)].width = dragged_->rightWidth - move;
+    fitSections();
+}
+
+void OutlineHeader::mousePressEvent(QMouseEvent *event) {
+    if (event->button() == Qt::LeftButton)
+        dragged_ = edgeAt(event->pos().x());
+    if (!dragged_)
+        return QHeaderView::mousePressEvent(event);
+    // No other column may use the room that this one leaves.
+    for (int column = 0; column < count(); ++column)
+        if (column != OutlineModel::nameColumn && sectionSize(column) > 0)
+            choices_[static_cast<std::size_t>(column)].width = sectionSize(column);
+}
+
+void OutlineHeader::mouseMoveEvent(QMouseEvent *event) {
+    if (dragged_)
+        return dragEdge(event->pos().x());
+    QHeaderView::mouseMoveEvent(event);
+    if (event->buttons() == Qt::NoButton)
+        setCursor(edgeAt(event->pos().x()) ? Qt::SplitHCursor : Qt::ArrowCursor); // after Qt has set another
+}
+
+void OutlineHeader::mouseReleaseEvent(QMouseEvent *event) {
+    if (!std::exchange(dragged_, std::nullopt))
+        QHeaderView::mouseReleaseEvent(event);
 }
 
 QSize OutlineHeader::sectionSizeFromContents(int section) const {
@@ -87,8 +221,9 @@ void OutlineHeader::paintSection(QPainter *painter, const QRect &rect, int secti
     const bool isSorted = sortIndicatorSection() == section;
     const auto alignment =
         model()->headerData(section, orientation(), Qt::TextAlignmentRole).value<Qt::Alignment>();
-    const QString text = model()->headerData(section, orientation()).toString();
     const QRect inner = rect.adjusted(OutlineDelegate::margin, 0, -OutlineDelegate::margin, 0);
+    const QString text = QFontMetrics(font()).elidedText(
+        model()->headerData(section, orientation()).toString(), Qt::ElideRight, inner.width());
 
     painter->setPen(isSorted ? theme.text : theme.secondaryText);
     painter->setFont(font());

@@ -20,6 +20,7 @@ const OutlineColumn &columnAt(int column) {
 
 OutlineModel::OutlineModel(QObject *parent) : QAbstractItemModel(parent) {
     connect(&passTimer_, &QTimer::timeout, this, &OutlineModel::advanceFilter);
+    connect(&owners_, &OutlineOwners::arrived, this, &OutlineModel::textsArrived);
 }
 
 void OutlineModel::setTree(std::shared_ptr<FSNode> tree) {
@@ -30,6 +31,7 @@ void OutlineModel::setTree(std::shared_ptr<FSNode> tree) {
     removal_.reset();
     markFocused(nullptr);
     rows_.clear();
+    owners_.forget();
     tree_ = std::move(tree);
     endResetModel();
     startFilter();
@@ -137,6 +139,7 @@ void OutlineModel::aboutToReplaceContents(const FSNode &folder) {
 }
 
 void OutlineModel::replacedContents(const FSNode &folder) {
+    owners_.forget();
     const bool wasListed = rows_.contains(&folder);
     rows_[&folder].clear();
     if (std::exchange(rowsAreLeaving_, false))
@@ -234,7 +237,7 @@ QVariant OutlineModel::data(const QModelIndex &index, int role) const {
     const FSNode &node = *nodeAt(index);
     switch (role) {
     case Qt::DisplayRole:
-        return columnAt(index.column()).text(node);
+        return textOf(node, index.column());
     case Qt::ToolTipRole:
     case Qt::AccessibleDescriptionRole:
         if (const std::optional<std::string> words = explanation(node))
@@ -247,6 +250,10 @@ QVariant OutlineModel::data(const QModelIndex &index, int role) const {
     }
 }
 
+QString OutlineModel::textOf(const FSNode &node, int column) const {
+    return column == ownerColumn ? owners_.nameFor(node) : columnAt(column).text(node);
+}
+
 QVariant OutlineModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal || section < 0 || section >= columnCount())
         return {};
@@ -256,6 +263,8 @@ QVariant OutlineModel::headerData(int section, Qt::Orientation orientation, int 
         return column.title;
     case Qt::TextAlignmentRole:
         return QVariant::fromValue<Qt::Alignment>(column.alignment());
+    case Qt::ToolTipRole:
+        return column.menuTitle != column.title ? column.menuTitle : QString();
     case Qt::InitialSortOrderRole:
         return static_cast<int>(column.firstOrder());
     default:
@@ -264,6 +273,8 @@ QVariant OutlineModel::headerData(int section, Qt::Orientation orientation, int 
 }
 
 void OutlineModel::sort(int column, Qt::SortOrder order) {
+    if (column >= 0 && !columnAt(column).isSortable())
+        return;
     const OutlineOrder wanted = column < 0
                                     ? OutlineOrder() // no column is chosen
                                     : OutlineOrder{columnAt(column).figure, order == Qt::DescendingOrder};

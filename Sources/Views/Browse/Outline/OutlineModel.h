@@ -3,6 +3,7 @@
 #include "Core/Scan/FSNode.h"
 #include "Views/Browse/Outline/OutlineFilter.h"
 #include "Views/Browse/Outline/OutlineOrder.h"
+#include "Views/Browse/Outline/OutlineOwners.h"
 
 #include <QAbstractItemModel>
 #include <QTimer>
@@ -23,7 +24,16 @@ class OutlineModel : public QAbstractItemModel {
 
 public:
     /// The indices of some `outlineColumns`.
-    enum Column { nameColumn, sizeColumn, shareColumn, itemsColumn };
+    enum Column {
+        nameColumn,
+        sizeColumn,
+        shareColumn,
+        percentColumn,
+        itemsColumn,
+        filesColumn,
+        modifiedColumn,
+        ownerColumn
+    };
 
     explicit OutlineModel(QObject *parent = nullptr);
 
@@ -80,6 +90,8 @@ public:
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 signals:
+    /// Texts of shown cells are known now that were not before; no figure has changed.
+    void textsArrived();
     /// Emitted before and after every change of the rows' order or of the rows shown, except the removal of
     /// one.
     void aboutToRearrange();
@@ -93,6 +105,7 @@ private:
         std::optional<std::size_t> row; ///< if it has one
     };
 
+    [[nodiscard]] QString textOf(const FSNode &node, int column) const;
     [[nodiscard]] bool isFiltered() const { return marksInForce_.has_value(); }
     [[nodiscard]] bool isShown(const FSNode &node) const;
     void startFilter();
@@ -106,6 +119,7 @@ private:
 
     std::shared_ptr<FSNode> tree_;
     OutlineOrder order_;
+    mutable OutlineOwners owners_;
     mutable std::unordered_map<const FSNode *, std::vector<FSNode *>> rows_; ///< of folders already shown
     FSNode *focused_ = nullptr;
     QString filter_;

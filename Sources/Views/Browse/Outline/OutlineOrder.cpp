@@ -7,6 +7,7 @@
 #include <QCollator>
 #include <algorithm>
 #include <cstring>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -23,9 +24,10 @@ bool isDigit(char c) {
 
 template<class Key>
 using Keyed = std::vector<std::pair<Key, FSNode *>>;
+using Nodes = std::span<FSNode *>;
 
 template<class Key>
-void sortByKey(Keyed<Key> &keyed, bool isFalling, std::vector<FSNode *> &nodes) {
+void sortByKey(Keyed<Key> &keyed, bool isFalling, Nodes nodes) {
     const auto precedes = [isFalling](const auto &a, const auto &b) {
         return isFalling ? b.first < a.first : a.first < b.first;
     };
@@ -34,15 +36,7 @@ void sortByKey(Keyed<Key> &keyed, bool isFalling, std::vector<FSNode *> &nodes) 
     std::transform(keyed.begin(), keyed.end(), nodes.begin(), [](const auto &one) { return one.second; });
 }
 
-void sortByNumber(std::int64_t FSNode::*number, bool isFalling, std::vector<FSNode *> &nodes) {
-    Keyed<std::int64_t> keyed;
-    keyed.reserve(nodes.size());
-    for (FSNode *node : nodes)
-        keyed.emplace_back(node->*number, node);
-    sortByKey(keyed, isFalling, nodes);
-}
-
-void sortByCollation(bool isFalling, std::vector<FSNode *> &nodes) {
+void sortByCollation(bool isFalling, Nodes nodes) {
     Keyed<QCollatorSortKey> keyed;
     keyed.reserve(nodes.size());
     for (FSNode *node : nodes)
@@ -86,7 +80,7 @@ FoldedName foldedName(std::string_view bytes) {
     return {start, bytes};
 }
 
-void sortByFoldedName(bool isFalling, std::vector<FSNode *> &nodes) {
+void sortByFoldedName(bool isFalling, Nodes nodes) {
     std::string folded;
     std::vector<std::size_t> ends;
     ends.reserve(nodes.size());
@@ -105,21 +99,42 @@ void sortByFoldedName(bool isFalling, std::vector<FSNode *> &nodes) {
     sortByKey(keyed, isFalling, nodes);
 }
 
-} // namespace
-
-void OutlineOrder::sort(std::vector<FSNode *> &nodes) const {
-    if (figure != nullptr)
-        sortByNumber(figure, isFalling, nodes);
-    else if (nodes.size() <= collatedAtMost)
+/// `siblings` is how many there are in the folder, which decides how exactly names are compared.
+void sortByName(bool isFalling, Nodes nodes, std::size_t siblings) {
+    if (siblings <= collatedAtMost)
         sortByCollation(isFalling, nodes);
     else
         sortByFoldedName(isFalling, nodes);
 }
 
+void sortByNumber(OutlineOrder::Figure figure, bool isFalling, Nodes nodes) {
+    Keyed<std::int64_t> keyed;
+    keyed.reserve(nodes.size());
+    for (FSNode *node : nodes)
+        keyed.emplace_back(figure(*node), node);
+    sortByKey(keyed, isFalling, nodes);
+    for (std::size_t first = 0, next = 0; first < keyed.size(); first = next) {
+        do
+            ++next;
+        while (next < keyed.size() && keyed[next].first == keyed[first].first);
+        if (next - first > 1)
+            sortByName(false, nodes.subspan(first, next - first), nodes.size());
+    }
+}
+
+} // namespace
+
+void OutlineOrder::sort(std::vector<FSNode *> &nodes) const {
+    if (figure != nullptr)
+        sortByNumber(figure, isFalling, nodes);
+    else
+        sortByName(isFalling, nodes, nodes.size());
+}
+
 bool OutlineOrder::allows(const FSNode &first, const FSNode &second) const {
     if (figure == nullptr)
         return true;
-    return isFalling ? first.*figure >= second.*figure : first.*figure <= second.*figure;
+    return isFalling ? figure(first) >= figure(second) : figure(first) <= figure(second);
 }
 
 } // namespace brimvale

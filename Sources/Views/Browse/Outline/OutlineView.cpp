@@ -44,6 +44,7 @@ OutlineView::OutlineView(OutlineModel &model, QWidget *parent) : QTreeView(paren
     setExpandsOnDoubleClick(false);
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollMode(ScrollPerPixel);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // its columns never move; the bar appears when needed
     viewport()->setAttribute(Qt::WA_Hover);
 
     auto *columns = new OutlineHeader(this);
@@ -60,6 +61,7 @@ OutlineView::OutlineView(OutlineModel &model, QWidget *parent) : QTreeView(paren
     connect(&model_, &OutlineModel::aboutToRearrange, this, &OutlineView::setAsideSelection);
     connect(&model_, &OutlineModel::rearranged, this, &OutlineView::putBackSelection);
     connect(&model_, &OutlineModel::filtered, this, &OutlineView::showFiltered);
+    connect(&model_, &OutlineModel::textsArrived, viewport(), qOverload<>(&QWidget::update));
 }
 
 void OutlineView::setFocusFolder(FSNode *folder) {

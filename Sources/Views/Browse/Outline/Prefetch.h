@@ -3,7 +3,7 @@
 #include "Core/Scan/FSNode.h"
 
 #include <algorithm>
-#include <vector>
+#include <span>
 
 namespace brimvale {
 
@@ -13,12 +13,12 @@ namespace brimvale {
 /// They are always inlined, because GCC drops a call of a function that seems to do nothing.
 
 /// For a loop over the nodes that is at `index`.
-[[gnu::always_inline]] inline void prefetchNodes(const std::vector<FSNode *> &nodes, std::size_t index) {
+[[gnu::always_inline]] inline void prefetchNodes(std::span<FSNode *const> nodes, std::size_t index) {
     __builtin_prefetch(nodes[std::min(index + 16, nodes.size() - 1)]);
 }
 
 /// For a loop that also reads their names.
-[[gnu::always_inline]] inline void prefetchNames(const std::vector<FSNode *> &nodes, std::size_t index) {
+[[gnu::always_inline]] inline void prefetchNames(std::span<FSNode *const> nodes, std::size_t index) {
     prefetchNodes(nodes, index);
     __builtin_prefetch(nodes[std::min(index + 8, nodes.size() - 1)]->name.data());
 }

@@ -391,7 +391,8 @@ TEST(ClaimedFiles, TellWhatNoInstalledApplicationClaims) {
         desktop.makeFile("home/user/" + std::string(file) + "/x", 10);
     desktop.makeLink("home/user/.config/link", "oldtool");
     std::vector<std::string> lines;
-    for (const Orphan &orphan : findOrphans({}, desktop.host()).found) {
+    const Orphans all = findOrphans({}, desktop.host());
+    for (const Orphan &orphan : all.found) {
         EXPECT_EQ(orphan.item.confidence, MatchConfidence::likely);
         EXPECT_TRUE(orphan.lastChange);
         lines.push_back((orphan.item.isCareful ? "!" : "") + pathIn(desktop, orphan.item) + " (" +

@@ -72,10 +72,10 @@ TEST(OutlineModel, ShowsTheOldRowsUntilAFilterIsDone) {
     model.setFilter("ab"); // typed on before the first was done
     ASSERT_TRUE(waitUntilFiltered(model));
     EXPECT_EQ(done.count(), 1);
-    EXPECT_THAT(rowsIn(model), ElementsAre("abc", "ab"));
+    EXPECT_THAT(rowsIn(model), ElementsAre("ab", "abc"));
 
     model.setFilter("abc");
-    EXPECT_THAT(rowsIn(model), ElementsAre("abc", "ab"));
+    EXPECT_THAT(rowsIn(model), ElementsAre("ab", "abc"));
     model.setFilter("b");
     model.setFilter("abc");
     ASSERT_TRUE(waitUntilFiltered(model));

@@ -7,6 +7,7 @@
 #include "Views/Components/NodeName.h"
 
 #include <algorithm>
+#include <chrono>
 #include <gmock/gmock.h>
 #include <random>
 
@@ -21,7 +22,10 @@ TEST(OutlineModel, ShowsTheFiguresOfANode) {
     FSNode &file = add(folder, "not\xFFutf8\n\u202Egnp.exe", 3'000'000);
     add(*root, "file", 1'000'000);
     FSNode &empty = addFolder(*root, "empty");
+    const FSNode &crumb = add(*root, "crumb", 12);
     folder.fileCount = 1234;
+    folder.dirCount = 5;
+    folder.modified = FSNode::secondsOf(now() - std::chrono::days(100));
     OutlineModel model;
     model.setTree(root);
     const auto text = [&](const FSNode &node, int column) {
@@ -32,7 +36,12 @@ TEST(OutlineModel, ShowsTheFiguresOfANode) {
     EXPECT_EQ(text(folder, OutlineModel::sizeColumn).toStdString(), Fmt::byteFormatter(3'000'000));
     EXPECT_EQ(text(empty, OutlineModel::sizeColumn).toStdString(), Fmt::byteFormatter(0));
     EXPECT_EQ(text(folder, OutlineModel::shareColumn), "75%");
-    EXPECT_EQ(text(folder, OutlineModel::itemsColumn).toStdString(), Fmt::count(1234));
+    EXPECT_EQ(text(folder, OutlineModel::percentColumn), "75.0%");
+    EXPECT_EQ(text(folder, OutlineModel::filesColumn).toStdString(), Fmt::count(1234));
+    EXPECT_EQ(text(folder, OutlineModel::itemsColumn).toStdString(), Fmt::count(1239));
+    EXPECT_EQ(text(folder, OutlineModel::modifiedColumn), "3 months ago");
+    EXPECT_EQ(text(empty, OutlineModel::modifiedColumn), "") << "nobody knows";
+    EXPECT_EQ(text(crumb, OutlineModel::percentColumn), "<0.1%");
     EXPECT_DOUBLE_EQ(shareOfParent(file), 1);
     EXPECT_EQ(shareOfParent(*root), 0);
     EXPECT_EQ(shareOfParent(add(empty, "nothing", 0)), 0) << "nor is anything divided by zero";
@@ -61,7 +70,7 @@ TEST(OutlineModel, TellsSpecialStatesByIconAndWords) {
     }
 }
 
-TEST(OutlineModel, SortsByEachColumnAndKeepsTheOrderOfEquals) {
+TEST(OutlineModel, SortsByEachColumnAndEqualsByName) {
     const std::shared_ptr<FSNode> root = makeRoot();
     add(*root, "img 10", 5).fileCount = 1;
     add(*root, "IMG 9", 5).fileCount = 3;
@@ -75,7 +84,7 @@ TEST(OutlineModel, SortsByEachColumnAndKeepsTheOrderOfEquals) {
     root->sortRecursively();
     OutlineModel model;
     model.setTree(root);
-    EXPECT_THAT(rowsIn(model), ElementsAre("apple", "img 10", "IMG 9", "éclair", "Zebra"))
+    EXPECT_THAT(rowsIn(model), ElementsAre("apple", "éclair", "IMG 9", "img 10", "Zebra"))
         << "by size, the largest first, until told otherwise";
     struct Case {
         int column;
@@ -85,8 +94,8 @@ TEST(OutlineModel, SortsByEachColumnAndKeepsTheOrderOfEquals) {
     const std::vector<Case> cases = {
         {OutlineModel::nameColumn, Qt::AscendingOrder, {"apple", "éclair", "IMG 9", "img 10", "Zebra"}},
         {OutlineModel::nameColumn, Qt::DescendingOrder, {"Zebra", "img 10", "IMG 9", "éclair", "apple"}},
-        {OutlineModel::sizeColumn, Qt::AscendingOrder, {"Zebra", "img 10", "IMG 9", "éclair", "apple"}},
-        {OutlineModel::shareColumn, Qt::DescendingOrder, {"apple", "img 10", "IMG 9", "éclair", "Zebra"}},
+        {OutlineModel::sizeColumn, Qt::AscendingOrder, {"Zebra", "éclair", "IMG 9", "img 10", "apple"}},
+        {OutlineModel::shareColumn, Qt::DescendingOrder, {"apple", "éclair", "IMG 9", "img 10", "Zebra"}},
         {OutlineModel::itemsColumn, Qt::DescendingOrder, {"IMG 9", "apple", "éclair", "Zebra", "img 10"}},
         {OutlineModel::itemsColumn, Qt::AscendingOrder, {"img 10", "apple", "éclair", "Zebra", "IMG 9"}},
     };
@@ -111,12 +120,14 @@ TEST(OutlineModel, SortsAVeryLargeFolderByTheSameRules) {
         add(*root, shuffled[i], i % 2 == 0 ? 5 : 1);
     OutlineModel model;
     model.setTree(root);
-    std::vector<FSNode *> bySize = everythingBeneath(*root);
-    std::stable_partition(bySize.begin(), bySize.end(), [](const FSNode *node) { return node->size == 5; });
-    EXPECT_EQ(model.rowsOf(*root), bySize) << "equal sizes are in the tree's order";
 
     model.sort(OutlineModel::nameColumn, Qt::AscendingOrder);
     EXPECT_EQ(namesOf(model.rowsOf(*root)), expected);
+    std::vector<FSNode *> bySize = model.rowsOf(*root);
+    std::stable_partition(bySize.begin(), bySize.end(), [](const FSNode *node) { return node->size == 5; });
+    model.sort(OutlineModel::sizeColumn, Qt::DescendingOrder);
+    EXPECT_EQ(model.rowsOf(*root), bySize) << "equal sizes are sorted by name";
+
     model.sort(OutlineModel::nameColumn, Qt::DescendingOrder);
     std::reverse(expected.begin(), expected.end());
     EXPECT_EQ(namesOf(model.rowsOf(*root)), expected);

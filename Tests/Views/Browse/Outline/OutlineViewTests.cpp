@@ -1,16 +1,26 @@
 #include "Views/Browse/Outline/OutlineView.h"
 
 #include "Core/Scan/NodeExplanation.h"
+#include "Platform/FileOwner.h"
+#include "Support/TemporaryFolder.h"
 #include "Views/Browse/Outline/OutlineDelegate.h"
+#include "Views/Browse/Outline/OutlineHeader.h"
 #include "Views/Browse/Outline/OutlineWindow.h"
+#include "Views/Components/AlignedSize.h"
+#include "Views/Components/Theme.h"
 
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QHelpEvent>
+#include <QImage>
+#include <QMenu>
+#include <QPainter>
+#include <QPointer>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QToolTip>
 #include <gmock/gmock.h>
+#include <map>
 
 namespace brimvale {
 
@@ -43,7 +53,7 @@ TEST_F(OutlineWindow, KeepsTheSelectionOverSortAndFilter) {
     QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, nameHeader);
     EXPECT_THAT(rowsIn(model_), ElementsAre("small", "file", "empty", "big"));
     QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
-                      QPoint(header.sectionViewportPosition(OutlineModel::itemsColumn) + 20, 10));
+                      QPoint(header.sectionViewportPosition(OutlineModel::shareColumn) + 20, 10));
     EXPECT_THAT(rowsIn(model_), ElementsAre("big", "file", "small", "empty"))
         << "figures start at the largest";
     EXPECT_THAT(selected(), UnorderedElementsAre("Needle case", "big", "file"));
@@ -195,28 +205,155 @@ TEST_F(OutlineWindow, ExplainsASpecialStateInATooltip) {
 }
 
 TEST_F(OutlineWindow, FitsItsColumnsIntoAnyWidth) {
-    int narrowestWithShare = 0;
-    int narrowestWithItems = 0;
-    for (int width = 900; width >= 300; width -= 25) {
+    std::map<int, int> narrowestWith; // by column
+    for (int width = 1100; width >= 300; width -= 25) {
         SCOPED_TRACE(width);
         view_->resize(width, 400);
         EXPECT_FALSE(view_->horizontalScrollBar()->isVisible());
         EXPECT_EQ(view_->header()->length(), view_->viewport()->width());
-        EXPECT_GE(view_->columnWidth(OutlineModel::nameColumn), 140);
-        for (const auto &[column, narrowest] : {std::pair(OutlineModel::shareColumn, &narrowestWithShare),
-                                                {OutlineModel::itemsColumn, &narrowestWithItems}})
+        EXPECT_GE(view_->columnWidth(OutlineModel::nameColumn), std::min(width - 120, 300));
+        for (int column = 0; column < model_.columnCount(); ++column)
             if (view_->columnWidth(column) > 0)
-                *narrowest = width;
+                narrowestWith[column] = width;
     }
-    EXPECT_LT(narrowestWithShare, narrowestWithItems) << "the items go first";
-    EXPECT_LT(narrowestWithItems, 500);
+    EXPECT_EQ(narrowestWith[OutlineModel::sizeColumn], 300);
+    EXPECT_LE(narrowestWith[OutlineModel::shareColumn], 490) << "in the window as it opens";
+    EXPECT_LT(narrowestWith[OutlineModel::shareColumn], narrowestWith[OutlineModel::modifiedColumn]);
+    EXPECT_LT(narrowestWith[OutlineModel::shareColumn], narrowestWith[OutlineModel::itemsColumn]);
+    EXPECT_THAT(narrowestWith, ::testing::SizeIs(5)) << "others only if the user chooses them";
 
-    // What has no room is selected with its row all the same.
+    // What has no room is selected with its row too.
     view_->resize(300, 400);
     view_->selectAll();
     click(small_, Qt::ControlModifier);
     EXPECT_THAT(selected(), UnorderedElementsAre("big", "file", "empty"));
     EXPECT_THAT(view_->selectionModel()->selectedRows(OutlineModel::itemsColumn), ::testing::SizeIs(3));
+}
+
+TEST_F(OutlineWindow, ShowsTheColumnsThatTheUserChooses) {
+    auto &header = static_cast<OutlineHeader &>(*view_->header());
+    view_->resize(480, 400);
+    const auto shown = [&] {
+        std::vector<int> columns;
+        for (int column = 0; column < model_.columnCount(); ++column)
+            if (view_->columnWidth(column) > 0)
+                columns.push_back(column);
+        return columns;
+    };
+    const std::vector<int> usual = shown();
+    QPointer<QMenu> menu = header.makeMenu();
+    const auto choose = [&](const QString &title) {
+        for (QAction *action : menu->actions())
+            if (action->text() == title)
+                return action->trigger();
+        FAIL() << title.toStdString();
+    };
+    choose(QStringLiteral("Share of the Parent"));
+    choose(QStringLiteral("% of the Parent"));
+    choose(QStringLiteral("Files"));
+    EXPECT_THAT(shown(), ElementsAre(OutlineModel::nameColumn, OutlineModel::sizeColumn,
+                                     OutlineModel::percentColumn, OutlineModel::filesColumn))
+        << "though the names lose room";
+    EXPECT_EQ(header.length(), view_->viewport()->width());
+    header.moveSection(header.visualIndex(OutlineModel::filesColumn), 1);
+    choose(QStringLiteral("Usual Columns"));
+    EXPECT_EQ(shown(), usual);
+    EXPECT_EQ(header.visualIndex(OutlineModel::filesColumn), OutlineModel::filesColumn);
+    delete menu;
+}
+
+TEST_F(OutlineWindow, MovesTheEdgesOfColumnsWithThePointer) {
+    const QHeaderView &header = *view_->header();
+    view_->resize(700, 400);
+    const int names = view_->columnWidth(OutlineModel::nameColumn);
+    const int sizes = view_->columnWidth(OutlineModel::sizeColumn);
+    const auto drag = [&](int column, int distance) {
+        const QPoint edge(header.sectionViewportPosition(column), 10);
+        QTest::mousePress(header.viewport(), Qt::LeftButton, {}, edge);
+        QTest::mouseMove(header.viewport(), edge + QPoint(distance, 0));
+        QTest::mouseRelease(header.viewport(), Qt::LeftButton, {}, edge + QPoint(distance, 0));
+        EXPECT_EQ(header.length(), view_->viewport()->width());
+    };
+    drag(OutlineModel::sizeColumn, -30);
+    EXPECT_EQ(view_->columnWidth(OutlineModel::nameColumn), names - 30);
+    EXPECT_EQ(view_->columnWidth(OutlineModel::sizeColumn), sizes + 30);
+    drag(OutlineModel::shareColumn, 10);
+    EXPECT_EQ(view_->columnWidth(OutlineModel::nameColumn), names - 30);
+    EXPECT_EQ(view_->columnWidth(OutlineModel::sizeColumn), sizes + 40);
+    drag(OutlineModel::sizeColumn, -2000);
+    EXPECT_GE(view_->columnWidth(OutlineModel::nameColumn), 140);
+    EXPECT_THAT(rowsIn(model_), ElementsAre("big", "file", "small", "empty"))
+        << "this is no click on a title";
+}
+
+TEST_F(OutlineWindow, FindsOwnersOfVisibleRowsInTheBackground) {
+    const TemporaryFolder folder;
+    const auto tree = std::make_shared<FSNode>("top", folder.path(), true);
+    FSNode &file = add(*tree, "file", 1);
+    FSNode &gone = add(*tree, "gone", 2);
+    FSNode &some = addAggregate(*tree, 3, 1);
+    folder.makeFile("file");
+    model_.setTree(tree);
+    const auto owner = [&](const FSNode &node) {
+        return model_.indexOf(node, OutlineModel::ownerColumn).data().toString();
+    };
+    EXPECT_EQ(owner(file), "");
+    EXPECT_EQ(owner(gone), "");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !owner(file).isEmpty(); }));
+    EXPECT_EQ(owner(file).toStdString(), ownerOf(folder.path("file")));
+    EXPECT_EQ(owner(gone), "");
+    EXPECT_EQ(owner(some), "");
+    QSignalSpy arrived(&model_, &OutlineModel::textsArrived);
+    view_->header()->setSortIndicator(OutlineModel::ownerColumn, Qt::AscendingOrder);
+    EXPECT_EQ(view_->header()->sortIndicatorSection(), OutlineModel::sizeColumn)
+        << "most owners are not known";
+    model_.setTree(tree);
+    EXPECT_EQ(owner(file), "") << "another scan may find another owner";
+    EXPECT_TRUE(arrived.wait());
+}
+
+TEST_F(OutlineWindow, TellsANameThatIsCut) {
+    FSNode &file = add(*tree_, std::string(200, 'x') + " <b>", 1'000'000);
+    model_.setTree(tree_);
+    const auto tip = [&](int column) {
+        const QPoint point = view_->visualRect(model_.indexOf(file, column)).center();
+        QHelpEvent event(QEvent::ToolTip, point, view_->viewport()->mapToGlobal(point));
+        const QtMessageHandler handler =
+            qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+        QApplication::sendEvent(view_->viewport(), &event);
+        qInstallMessageHandler(handler);
+        const QString text = QToolTip::text();
+        QToolTip::hideText();
+        return text;
+    };
+    EXPECT_EQ(tip(OutlineModel::sizeColumn), "");
+    EXPECT_EQ(tip(OutlineModel::nameColumn), QStringLiteral("<p>%1 &lt;b&gt;</p>").arg(QString(200, u'x')));
+}
+
+TEST_F(OutlineWindow, AlignsThePointsOfSizes) {
+    // Sizes that differ in a trailing digit have equal pixels before it.
+    const auto drawn = [](const char *size) {
+        QImage image(120, 24, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.setFont(Type::font(Type::Size::body));
+        drawAlignedSize(painter, image.rect(), QString::fromUtf8(size));
+        return image;
+    };
+    const auto leftmost = [](const QImage &image) {
+        for (int x = 0; x < image.width(); ++x)
+            for (int y = 0; y < image.height(); ++y)
+                if (image.pixelColor(x, y) != QColor(Qt::white))
+                    return x;
+        return -1;
+    };
+    const int one = leftmost(drawn("3 GB"));
+    EXPECT_GT(one, 0);
+    for (const char *size : {"3.1 GB", "3.14 GB", "3,14 GB", "3 KB", "3 TB"})
+        EXPECT_EQ(leftmost(drawn(size)), one) << size;
+    EXPECT_LT(leftmost(drawn("33.1 GB")), one);
+    for (const char *size : {"Zero KB", "0 bytes", "—", ""})
+        drawn(size);
 }
 
 TEST_F(OutlineWindow, LeavesRoomForTheNamesOfDeepRows) {
@@ -243,9 +380,11 @@ TEST_F(OutlineWindow, NeverMovesAColumnForWhatItShows) {
             all.push_back(view_->columnWidth(column));
         return all;
     };
+    file_.fileCount = tree_->fileCount = 9'999'999;
+    model_.setTree(tree_);
+    view_->resize(900, 400);
     const std::vector<int> before = widths();
-    file_.size = 999'990'000'000;
-    file_.fileCount = 9'999'999;
+    file_.size = 888'880'000'000;
     model_.sort(OutlineModel::nameColumn);
     view_->viewport()->grab();
     EXPECT_EQ(widths(), before);

@@ -1,0 +1,34 @@
+#include "Views/Components/ShareBar.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+
+namespace brimvale {
+
+namespace {
+
+constexpr qreal leastFilled = 2;
+
+} // namespace
+
+void paintShareBar(QPainter &painter, const QRectF &bar, double share, const QColor &track,
+                   const QColor &fill) {
+    const qreal radius = bar.height() / 2;
+    QPainterPath shape;
+    shape.addRoundedRect(bar, radius, radius);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(shape, track);
+    if (share > 0) {
+        QRectF filled = bar;
+        filled.setWidth(std::clamp(bar.width() * share, leastFilled, std::max(leastFilled, bar.width())));
+        QPainterPath part;
+        part.addRect(filled);
+        // The round end would leave hardly anything of a narrow part.
+        painter.fillPath(filled.width() < radius ? part : shape.intersected(part), fill);
+    }
+    painter.restore();
+}
+
+} // namespace brimvale
