@@ -146,6 +146,8 @@ ExitStatus runTreemap(const Arguments &arguments, Output &output) {
     const Rect area = {0, 0, static_cast<double>(width), static_cast<double>(height)};
     const bool isDetailed = arguments.has("--detailed");
     const Treemap usual(*folder, maxTilesOf(arguments));
+    if (isDetailed)
+        folder->sortRecursively();
     DetailedTreemap detailed(*folder);
     const std::vector<TreemapTile> tiles = isDetailed ? detailed.layout(area).tiles : usual.layout(area);
 

@@ -2,6 +2,7 @@
 
 #include "Base/Color.h"
 #include "Core/Treemap/DetailedTreemap.h"
+#include "Core/Treemap/MapColors.h"
 #include "Core/Treemap/TreemapStyle.h"
 
 #include <span>
@@ -20,9 +21,9 @@ inline constexpr double gap = 1;
 inline constexpr double padding = 4;
 
 /// The colours of all tiles over the background: of closed tiles the fill, of open ones the ground of their
-/// contents. A file has the colour of its folder.
+/// contents.
 [[nodiscard]] std::vector<Color> colorsOf(std::span<const TreemapTile> tiles,
-                                          const TreemapStyle::Surface &surface);
+                                          const TreemapStyle::Surface &surface, const MapColors &by = {});
 
 /// A colour that stands back, over the colour of the folder around it.
 [[nodiscard]] Color dimmed(const Color &color, const Color &around);

@@ -38,7 +38,8 @@ public:
         std::size_t visited = 0; ///< how many nodes were looked at
     };
 
-    /// `folder` must outlive this object, and the tree must not change as long as it is used.
+    /// `folder` must outlive this object, and the tree must not change as long as it is used. It must have
+    /// been sorted with `sortRecursively`; what removals and other scans have changed since does not matter.
     explicit DetailedTreemap(FSNode &folder) : folder_(folder) {}
 
     /// The tiles for a rectangle in points. None where the rectangle is 4 points thin or thinner.

@@ -7,10 +7,12 @@
 #include "Support/PageTest.h"
 #include "Support/SampleTree.h"
 #include "Views/Browse/Breadcrumb.h"
+#include "Views/Browse/DetailPanel.h"
 #include "Views/Browse/Outline/OutlineView.h"
 #include "Views/Browse/Treemap/TreemapView.h"
 #include "Views/Components/StateMessage.h"
 
+#include <QAction>
 #include <QClipboard>
 #include <QComboBox>
 #include <QFileDialog>
@@ -170,6 +172,61 @@ TEST_F(BrowsePage, SelectsInOutlineAndTreemapTogether) {
     QTest::keyClick(&outline, Qt::Key_Up, Qt::ShiftModifier);
     EXPECT_EQ(text("detailName"), "2 items selected");
     EXPECT_EQ(text("files"), "2") << "what lies in another folder that is selected counts once";
+}
+
+TEST_F(BrowsePage, SwitchesToADetailedMap) {
+    scan();
+    auto &treemap = find<TreemapView>("treemap");
+    treemap.window()->resize(1400, 900);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(treemap.isDetailed());
+    EXPECT_FALSE(isVisible("mapColors"));
+    click(find<QToolButton>("detailedMapButton"));
+    EXPECT_TRUE(treemap.isDetailed());
+    EXPECT_TRUE(page.detailedMap()->isChecked());
+    FSNode &inner = node({"big", "inner"});
+    clickTile(*inner.children()[0], false);
+    EXPECT_EQ(find<OutlineView>("outline").selectedNodes(), std::vector<FSNode *>{inner.children()[0].get()});
+    treemap.setFocus();
+    QTest::keyClick(&treemap, Qt::Key_Escape);
+    EXPECT_EQ(find<OutlineView>("outline").selectedNodes(), std::vector<FSNode *>{&inner});
+    QTest::keyClick(&treemap, Qt::Key_Return);
+    EXPECT_EQ(treemap.node(), &inner);
+    QTest::keyClick(&page, Qt::Key_Up, Qt::ControlModifier);
+    QTest::keyClick(&page, Qt::Key_Up, Qt::ControlModifier);
+    FSNode &other = node({"big", "other"});
+    auto &outline = find<OutlineView>("outline");
+    const auto &rows = dynamic_cast<const OutlineModel &>(*outline.model());
+    outline.expand(rows.indexOf(node({"big"})));
+    QTest::mouseClick(outline.viewport(), Qt::LeftButton, {},
+                      outline.visualRect(rows.indexOf(other)).center());
+    ASSERT_TRUE(treemap.selectedTile().has_value());
+    EXPECT_EQ(treemap.tiles()[*treemap.selectedTile()].node, &other);
+    EXPECT_EQ(text("detailName"), "other");
+
+    EXPECT_TRUE(isVisible("mapColors"));
+    EXPECT_FALSE(isVisible("mapLegend"));
+    find<QComboBox>("mapColors").setCurrentIndex(2);
+    EXPECT_TRUE(isVisible("mapLegend"));
+    EXPECT_EQ(find<QWidget>("mapLegend").accessibleDescription().section(',', 0, 0), "Up to a month");
+    page.detailedMap()->trigger();
+    EXPECT_FALSE(treemap.isDetailed());
+    EXPECT_FALSE(isVisible("mapLegend"));
+}
+
+TEST_F(BrowsePage, KeepsTheTreemapInItsPlaceWhenARemarkAppears) {
+    scan();
+    page.resize(1100, 700);
+    QCoreApplication::processEvents();
+    const QSize before = find<TreemapView>("treemap").size();
+    auto &details = find<DetailPanel>("detailPanel");
+    for (const bool isThere : {true, false}) {
+        details.showObjection(
+            isThere ? std::optional(DetailPanel::Objection{QStringLiteral("It is protected."), {}})
+                    : std::nullopt);
+        QTest::qWait(0);
+        EXPECT_EQ(find<TreemapView>("treemap").size(), before);
+    }
 }
 
 TEST_F(BrowsePage, EntersFoldersAndComesBack) {

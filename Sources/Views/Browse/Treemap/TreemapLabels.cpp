@@ -55,10 +55,11 @@ void TreemapLabels::writeLine(const Rect &line, const QString &name, const QStri
 }
 
 void TreemapLabels::writeRemark(const Rect &area, const QString &remark, const QColor &color) {
+    if (sizeMetrics_.horizontalAdvance(remark) > area.width)
+        return;
     painter_.setPen(color);
     painter_.setFont(sizeFont_);
-    painter_.drawText(toQRectF(area), Qt::AlignCenter | oneLine,
-                      sizeMetrics_.elidedText(remark, Qt::ElideRight, area.width));
+    painter_.drawText(toQRectF(area), Qt::AlignCenter | oneLine, remark);
 }
 
 } // namespace brimvale

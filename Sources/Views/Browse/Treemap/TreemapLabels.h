@@ -23,7 +23,7 @@ public:
     /// A name at the start of a line and, unless it is empty, a size at its end.
     void writeLine(const Rect &line, const QString &name, const QString &size, const QColor &color);
 
-    /// A remark in the middle of an area.
+    /// A remark in the middle of an area, if there is room for all of it.
     void writeRemark(const Rect &area, const QString &remark, const QColor &color);
 
 private:

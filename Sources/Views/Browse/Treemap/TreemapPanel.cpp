@@ -1,5 +1,6 @@
 #include "Views/Browse/Treemap/TreemapPanel.h"
 
+#include "Views/Browse/Treemap/MapLegend.h"
 #include "Views/Browse/Treemap/TreemapView.h"
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/Icons.h"
@@ -7,6 +8,7 @@
 #include "Views/Components/Theme.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QToolButton>
@@ -19,7 +21,8 @@ namespace brimvale {
 TreemapPanel::TreemapPanel(TreemapView &map, QWidget *parent)
     : Card(parent), map_(map),
       hovered_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
-      detailedMap_(new QAction(u"Detailed Map"_s, this)) {
+      detailedMap_(new QAction(u"Detailed Map"_s, this)), colors_(makeColors()),
+      legend_(new MapLegend(this)) {
     hovered_->setObjectName(QStringLiteral("hovered"));
     detailedMap_->setObjectName(QStringLiteral("detailedMap"));
     detailedMap_->setCheckable(true);
@@ -29,13 +32,28 @@ TreemapPanel::TreemapPanel(TreemapView &map, QWidget *parent)
     layout->setSpacing(8);
     layout->addWidget(makeHead());
     layout->addWidget(&map_, 1);
-    connect(detailedMap_, &QAction::toggled, &map_, &TreemapView::setDetailed);
+    layout->addWidget(legend_);
+    connect(detailedMap_, &QAction::toggled, this, &TreemapPanel::showState);
+    connect(colors_, &QComboBox::currentIndexChanged, this, &TreemapPanel::showState);
+    connect(&map_, &TreemapView::legendChanged, this, &TreemapPanel::showLegend);
     connect(&map_, &TreemapView::hovered, hovered_, &ElidedLabel::setText);
     drawIcon();
+    showState();
+}
+
+/// In the order of `MapColors::By`.
+QComboBox *TreemapPanel::makeColors() {
+    auto *colors = new QComboBox(this);
+    colors->setObjectName(QStringLiteral("mapColors"));
+    colors->setAccessibleName(u"Colors of the map"_s);
+    colors->setToolTip(u"What the colors tell"_s);
+    colors->addItems({u"By folder"_s, u"By type"_s, u"By age"_s});
+    return colors;
 }
 
 QWidget *TreemapPanel::makeHead() {
     auto *head = new QWidget(this);
+    head->setMinimumHeight(colors_->sizeHint().height()); // also while they are hidden
     auto *layout = new QHBoxLayout(head);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
@@ -47,8 +65,23 @@ QWidget *TreemapPanel::makeHead() {
     detailed->setAutoRaise(true);
     detailed->setFocusPolicy(Qt::TabFocus);
     layout->addWidget(hovered_, 1);
+    layout->addWidget(colors_);
     layout->addWidget(detailed);
     return head;
+}
+
+void TreemapPanel::showState() {
+    const bool isDetailed = detailedMap_->isChecked();
+    const auto by = static_cast<MapColors::By>(colors_->currentIndex());
+    colors_->setVisible(isDetailed);
+    legend_->setVisible(isDetailed && by != MapColors::By::folder);
+    map_.setColors(by);
+    map_.setDetailed(isDetailed);
+}
+
+void TreemapPanel::showLegend() {
+    if (!legend_->isHidden())
+        legend_->setEntries(map_.legend());
 }
 
 void TreemapPanel::changeEvent(QEvent *event) {

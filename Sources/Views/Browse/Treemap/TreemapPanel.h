@@ -3,15 +3,16 @@
 #include "Views/Components/Card.h"
 
 class QAction;
-class QToolButton;
+class QComboBox;
 
 namespace brimvale {
 
 class ElidedLabel;
+class MapLegend;
 class TreemapView;
 
 /// The card with the treemap. Above the map it tells what the pointer is over, and has the switch for the
-/// detailed map.
+/// detailed map and the choice of its colours. Below it is their legend.
 class TreemapPanel : public Card {
     Q_OBJECT
 
@@ -26,11 +27,16 @@ protected:
 
 private:
     [[nodiscard]] QWidget *makeHead();
+    [[nodiscard]] QComboBox *makeColors();
+    void showState();
+    void showLegend();
     void drawIcon();
 
     TreemapView &map_;
     ElidedLabel *hovered_;
     QAction *detailedMap_;
+    QComboBox *colors_;
+    MapLegend *legend_;
 };
 
 } // namespace brimvale

@@ -70,7 +70,7 @@ class Painting {
 public:
     Painting(QImage &image, const TreemapPicture::Subject &subject, const Theme &theme,
              qreal devicePixelRatio)
-        : image_(image), subject_(subject), surface_{toColor(theme.card), toColor(theme.secondaryText)},
+        : image_(image), subject_(subject), surface_(TreemapPicture::surface(theme)),
           devicePixelRatio_(devicePixelRatio), remarks_(theme.secondaryText) {}
 
     void paintTiles();
@@ -114,7 +114,7 @@ void Painting::paintSeparators() {
 }
 
 void Painting::paintDetails() {
-    colors_ = DetailedStyle::colorsOf(subject_.tiles, surface_);
+    colors_ = DetailedStyle::colorsOf(subject_.tiles, surface_, subject_.colors);
     QPainter painter(&image_);
     std::vector<std::size_t> open;
     for (std::size_t i = 0; i < subject_.tiles.size(); ++i) {
@@ -178,6 +178,10 @@ QPixmap TreemapPicture::of(const Subject &subject, QSize size, const Theme &them
     QPixmap picture = QPixmap::fromImage(std::move(image));
     picture.setDevicePixelRatio(devicePixelRatio);
     return picture;
+}
+
+TreemapStyle::Surface TreemapPicture::surface(const Theme &theme) {
+    return {toColor(theme.card), toColor(theme.secondaryText)};
 }
 
 QRectF TreemapPicture::drawnRect(const Rect &tile, qreal devicePixelRatio) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "Core/Treemap/DetailedTreemap.h"
+#include "Core/Treemap/MapColors.h"
 #include "Core/Treemap/Treemap.h"
+#include "Core/Treemap/TreemapStyle.h"
 #include "Views/Components/Theme.h"
 
 #include <QPainter>
@@ -23,12 +25,16 @@ struct Subject {
     bool isDetailed = false;
     std::span<const DetailedTreemap::SmallerItems> smaller = {}; ///< of a detailed map
     std::function<bool(const FSNode &)> isHighlighted = {};
+    MapColors colors = {}; ///< of a detailed map
 };
 
 /// The picture in a rectangle of `size` points at the origin. Labels are at the start of lines in
 /// `direction`.
 [[nodiscard]] QPixmap of(const Subject &subject, QSize size, const Theme &theme, qreal devicePixelRatio,
                          Qt::LayoutDirection direction);
+
+/// The surface that is drawn on, a card.
+[[nodiscard]] TreemapStyle::Surface surface(const Theme &theme);
 
 /// The drawn rectangle of a tile: each edge moves to the nearest place between two pixels.
 [[nodiscard]] QRectF drawnRect(const Rect &tile, qreal devicePixelRatio);

@@ -1,5 +1,6 @@
 #include "Views/Browse/Treemap/TreemapView.h"
 
+#include "Base/Date.h"
 #include "Core/Treemap/TreemapStyle.h"
 #include "Views/Browse/Treemap/TreemapPicture.h"
 #include "Views/Components/NodeName.h"
@@ -53,6 +54,17 @@ void TreemapView::setMaxTiles(int maxTiles) {
 void TreemapView::setDetailed(bool isDetailed) {
     if (std::exchange(isDetailed_, isDetailed) != isDetailed)
         rebuild();
+}
+
+void TreemapView::setColors(MapColors::By by) {
+    colors_ = {by, FSNode::secondsOf(now())};
+    forgetPicture();
+}
+
+std::vector<MapColors::Entry> TreemapView::legend() const {
+    if (!isDetailed_)
+        return {};
+    return colors_.legend(tiles_, TreemapPicture::surface(Theme::current()));
 }
 
 void TreemapView::setHighlighted(std::function<bool(const FSNode &)> isHighlighted) {
@@ -132,8 +144,8 @@ void TreemapView::paintEvent(QPaintEvent *) {
     const qreal scale = painter.deviceTransform().m11();
     const qreal ratio = scale > 0 ? scale : devicePixelRatioF();
     if (picture_.isNull() || picture_.devicePixelRatio() != ratio)
-        picture_ = TreemapPicture::of({tiles_, isDetailed_, smaller_, isHighlighted_}, size(), theme, ratio,
-                                      layoutDirection());
+        picture_ = TreemapPicture::of({tiles_, isDetailed_, smaller_, isHighlighted_, colors_}, size(), theme,
+                                      ratio, layoutDirection());
     painter.drawPixmap(0, 0, picture_);
     if (node_ != nullptr && tiles_.empty() && smaller_.empty()) {
         painter.setPen(theme.tertiaryText);
@@ -211,6 +223,7 @@ void TreemapView::layOutDetails(const Rect &place) {
 void TreemapView::forgetPicture() {
     picture_ = {};
     update();
+    emit legendChanged();
 }
 
 std::optional<std::size_t> TreemapView::tileOf(const FSNode *node) const {

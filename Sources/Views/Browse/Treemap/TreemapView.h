@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Treemap/DetailedTreemap.h"
+#include "Core/Treemap/MapColors.h"
 #include "Core/Treemap/Treemap.h"
 #include "Core/Treemap/TreemapNavigation.h"
 
@@ -47,6 +48,11 @@ public:
     void setDetailed(bool isDetailed);
     [[nodiscard]] bool isDetailed() const { return isDetailed_; }
 
+    /// What the colours of a detailed map tell (the folder).
+    void setColors(MapColors::By by);
+    /// The colours on the map as it is now; none where they tell the folder or it is not a detailed map.
+    [[nodiscard]] std::vector<MapColors::Entry> legend() const;
+
     /// From now on the tiles stand back whose nodes do not match, apart from folders whose contents are
     /// drawn. It is also asked about the node of the tile for all others, which is an aggregate with the name
     /// and size that are shown. Empty: none stands back. Call it again when the answers change.
@@ -77,6 +83,8 @@ signals:
     /// The user has selected a tile. The node of the tile for all others is in no tree, and exists until the
     /// next `setNode`.
     void selected(FSNode *node);
+    /// The legend may be another one.
+    void legendChanged();
     /// The pointer is over another tile, of which this tells in one line; empty for none.
     void hovered(const QString &what);
     /// The user wants to enter a folder.
@@ -128,6 +136,7 @@ private:
     std::vector<TreemapTile> tiles_;
     std::vector<DetailedTreemap::SmallerItems> smaller_;
     std::function<bool(const FSNode &)> isHighlighted_;
+    MapColors colors_;
     std::optional<std::size_t> selectedTile_;
     std::optional<std::size_t> hoveredTile_;
     QPixmap picture_; ///< the tiles without selection; null if it must be painted again
