@@ -86,6 +86,9 @@ std::string manualPage(const std::string &version, const std::string &date) {
         ".PP\nMeasuring changes nothing. A removal asks first, and refuses places that the system needs.\n"
         ".SH OPTIONS\nThese come before the command.\n" +
         optionList(commandLine::programOptions()) +
+        ".PP\nThe sample is a disk in a folder of the user's caches, on which everything can be tried. "
+        "Nothing "
+        "outside that folder is changed while it is shown, and no password is asked for.\n"
         ".SH COMMANDS\nEvery command takes\n.BR \\-\\-json ,\n"
         "which prints one JSON document instead, and\n.BR \\-\\-help .\n"
         "Everything after \"\\-\\-\" is an argument and not an option.\n";

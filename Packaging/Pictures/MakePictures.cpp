@@ -100,7 +100,7 @@ bool takeAll(Application &application, const QString &folder) {
     photographer.take("overview-dark", Appearance::dark);
     window.scan(homeFolder());
     wait();
-    photographer.select(1, true);
+    photographer.select(4, true); // the projects
     photographer.take("browse-light", Appearance::light);
     photographer.take("browse-dark", Appearance::dark);
     photographer.take("browse-narrow", Appearance::light, smallestSize);
@@ -110,7 +110,7 @@ bool takeAll(Application &application, const QString &folder) {
     photographer.take("cleanup-narrow", Appearance::light, smallestSize);
     photographer.goTo(Kind::apps);
     wait();
-    photographer.select(3);
+    photographer.select(1);
     wait();
     photographer.take("apps-light", Appearance::light);
     photographer.goTo(Kind::category, "documents");

@@ -135,9 +135,10 @@ void DiskBuilder::makeFiles(std::span<const ManyFiles> all) {
     for (const ManyFiles &many : all) {
         const std::string start = std::string(many.folder).append("/").append(many.before);
         const int span = many.oldestDays - many.newestDays;
-        for (int i = 0; i < many.count; ++i)
+        const int count = std::max(many.count / static_cast<int>(divisor_), 1);
+        for (int i = 0; i < count; ++i)
             makeFile(std::string(start).append(std::to_string(1001 + i)).append(many.after),
-                     many.kilobytes * kilobyte, many.oldestDays - span * i / many.count);
+                     many.kilobytes * kilobyte, many.oldestDays - span * i / count);
     }
 }
 

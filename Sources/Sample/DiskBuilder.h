@@ -35,8 +35,8 @@ struct ManyFiles {
 /// Makes the entries of a disk in a folder. The first failure is kept, and nothing is made after it.
 class DiskBuilder {
 public:
-    /// `root` exists. `home` is a path on the disk, such as "/home/sam". Sizes of a megabyte and more are
-    /// divided by `divisor`.
+    /// `root` exists. `home` is a path on the disk, such as "/home/sam". Sizes of a megabyte and more, and
+    /// the numbers of many files, are divided by `divisor`.
     DiskBuilder(std::string root, std::string home, Date now, std::int64_t divisor = 1);
 
     /// The moment from which days are counted back.

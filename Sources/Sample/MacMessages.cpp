@@ -73,7 +73,9 @@ std::vector<Message> messages(Date today) {
 void makeMacMessages(DiskBuilder &disk) {
     const std::string draft = disk.placeOf(database) + ".new";
     std::optional<std::string> content;
-    if (!disk.failure() && runStatements(draft, statementsOf(chats, messages(disk.today()))))
+    const std::string statements =
+        "PRAGMA synchronous=OFF; BEGIN; " + statementsOf(chats, messages(disk.today())) + "COMMIT;";
+    if (!disk.failure() && runStatements(draft, statements))
         content = contentsOfFile(draft, mostBytes);
     std::error_code ignored;
     std::filesystem::remove(draft, ignored);

@@ -91,7 +91,7 @@ TEST_F(ContentViewTest, SaysThatItShowsASample) {
     EXPECT_TRUE(window->windowTitle().endsWith(" — Sample"));
     const auto *note = window->findChild<QWidget *>("sampleNote");
     ASSERT_NE(note, nullptr);
-    EXPECT_TRUE(note->isVisible());
+    EXPECT_TRUE(testing::eventually([note] { return note->isVisible(); }));
     EXPECT_TRUE(note->toolTip().contains("/caches/brimvale-sample/linux"));
     EXPECT_TRUE(note->toolTip().contains("--sample=remove"));
 }
