@@ -8,6 +8,9 @@ namespace brimvale::sample {
 
 namespace {
 
+/// Nothing is so new that what the window says about its age changes within minutes.
+constexpr std::chrono::minutes notJustNow{200};
+
 /// What stands in a record of the Trash; the date is local time, which nobody compares with the clock.
 std::string trashRecord(std::string_view oldPlace, Date deleted) {
     std::string text = "[Trash Info]\nPath=";
@@ -54,7 +57,7 @@ void makeLastUses(DiskBuilder &disk, Date now) {
     const auto use = [&](const char *program, int days) {
         list.append("<bookmark:application name=\"").append(program).append("\" exec=\"&apos;");
         list.append(program).append(" %u&apos;\" modified=\"");
-        list.append(iso8601(now - std::chrono::days(days))).append("\" count=\"1\"/>\n");
+        list.append(iso8601(now - std::chrono::days(days) - notJustNow)).append("\" count=\"1\"/>\n");
     };
     for (const auto &[program, days] : {std::pair("firefox-esr", 0),
                                         {"gimp-2.10", 75},
@@ -66,13 +69,10 @@ void makeLastUses(DiskBuilder &disk, Date now) {
     disk.writeFile("~/.local/share/recently-used.xbel", list + "</xbel>\n", 0);
 }
 
-/// No snapshot is so new that what the window says about it changes within minutes.
-constexpr std::chrono::minutes madeBefore{200};
-
 void makeSnapshots(DiskBuilder &disk, Date now) {
     std::string table = "number,default,active,date,used-space,description\n";
     const auto add = [&](const char *number, int days, const char *bytes, const char *description) {
-        std::string date = iso8601(now - std::chrono::days(days) - madeBefore).substr(0, 19);
+        std::string date = iso8601(now - std::chrono::days(days) - notJustNow).substr(0, 19);
         date[10] = ' ';
         table.append(number).append(",no,no,").append(date).append(",").append(bytes);
         table.append(",").append(description).append("\n");
