@@ -74,6 +74,7 @@ AppDetail::AppDetail(QWidget *parent)
 QWidget *AppDetail::makeHead() {
     name_->setObjectName(QStringLiteral("appName"));
     name_->setWordWrap(true);
+    name_->setHeading();
     identity_->setObjectName(QStringLiteral("appIdentity"));
     facts_->setObjectName(QStringLiteral("appFacts"));
     facts_->setWordWrap(true);
@@ -110,7 +111,7 @@ QWidget *AppDetail::makeBundleChoice() {
     systemApp_->setWordWrap(true);
     auto *choice = new QWidget(this);
     auto *layout = new QHBoxLayout(choice);
-    layout->setContentsMargins(Metrics::tickBoxLine, 0, 0, 0);
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(bundle_, 1);
     layout->addWidget(systemApp_, 1);
     layout->addWidget(uninstaller_);
@@ -186,6 +187,9 @@ void AppDetail::showBundleChoice() {
         bundle_->setChecked(false);
     bundle_->setEnabled(canTick);
     bundle_->setHidden(!reason.isEmpty());
+    // The box is on one line with those in the cards, the reason with the other words.
+    bundle_->parentWidget()->layout()->setContentsMargins(reason.isEmpty() ? Metrics::tickBoxLine : 0, 0, 0,
+                                                          0);
     systemApp_->setText(reason);
     systemApp_->setHidden(reason.isEmpty());
 }

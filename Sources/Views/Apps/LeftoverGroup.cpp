@@ -58,6 +58,7 @@ QWidget *LeftoverGroup::makeHead(const Heading &heading) {
     auto *words = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
     words->setObjectName(QStringLiteral("confidence"));
     words->setText(heading.words);
+    words->setHeading();
     auto *why = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this);
     why->setText(heading.explanation);
     why->setWordWrap(true);

@@ -25,6 +25,7 @@ CategoryHeader::CategoryHeader(const StorageCategory &category, QWidget *parent)
     auto *title = new TextLabel(Type::Size::title, QFont::Bold, this);
     title->setObjectName(QStringLiteral("pageTitle"));
     title->setText(QString::fromStdString(category.title));
+    title->setHeading();
     auto *detail = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);
     detail->setObjectName(QStringLiteral("categoryDetail"));
     detail->setText(QString::fromStdString(category.detail));

@@ -2,6 +2,7 @@
 
 #include "Core/Storage/CleanupEntries.h"
 #include "Views/Cleanup/CommandList.h"
+#include "Views/Components/DisclosureButton.h"
 #include "Views/Components/IconLabel.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/Metrics.h"
@@ -37,7 +38,7 @@ QString whyEmpty(const CleanupTarget &target) {
 } // namespace
 
 TargetCard::TargetCard(const CleanupTarget &target, TickedEntries &ticked, QWidget *parent)
-    : Card(parent), target_(target), ticked_(ticked), disclosure_(new QToolButton(this)),
+    : Card(parent), target_(target), ticked_(ticked), disclosure_(new DisclosureButton(this)),
       all_(new TickBox(this)), total_(new TextLabel(Type::Size::heading, QFont::DemiBold, this)),
       body_(new QWidget(this)), entries_(new EntryList(&ticked, body_)),
       state_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, body_)),
@@ -63,20 +64,14 @@ TargetCard::TargetCard(const CleanupTarget &target, TickedEntries &ticked, QWidg
     connect(&ticked_, &TickedEntries::changed, this, &TargetCard::showTicks);
     connect(all_, &TickBox::asked, this, [this](bool tick) { ticked_.setTicked(target_.entries, tick); });
     connect(entries_, &EntryList::browseAsked, this, &TargetCard::browseAsked);
-    connect(disclosure_, &QToolButton::toggled, this, [this](bool isOpen) {
-        body_->setVisible(isOpen);
-        drawIcons();
-    });
+    connect(disclosure_, &QToolButton::toggled, body_, &QWidget::setVisible);
     body_->hide();
-    drawIcons();
     showEntries();
 }
 
 QWidget *TargetCard::makeHead() {
     disclosure_->setObjectName(QStringLiteral("disclosure"));
     disclosure_->setAccessibleName(u"Show what is in %1"_s.arg(text(target_.title)));
-    disclosure_->setCheckable(true);
-    disclosure_->setAutoRaise(true);
     all_->setObjectName(QStringLiteral("tickAll"));
     all_->setAccessibleName(u"All of %1"_s.arg(text(target_.title)));
     total_->setObjectName(QStringLiteral("total"));
@@ -84,6 +79,7 @@ QWidget *TargetCard::makeHead() {
     auto *title = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
     title->setObjectName(QStringLiteral("targetTitle"));
     title->setText(text(target_.title));
+    title->setHeading();
     auto *detail = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this);
     detail->setObjectName(QStringLiteral("targetDetail"));
     detail->setText(text(target_.detail));
@@ -157,12 +153,6 @@ void TargetCard::showTicks() {
     all_->setEnabled(ticked_.canTickAny(target_.entries));
 }
 
-void TargetCard::changeEvent(QEvent *event) {
-    Card::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        drawIcons();
-}
-
 void TargetCard::keyPressEvent(QKeyEvent *event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     // In the list, Return is for an entry.
@@ -177,11 +167,6 @@ void TargetCard::mouseReleaseEvent(QMouseEvent *event) {
     Card::mouseReleaseEvent(event);
     if (event->button() == Qt::LeftButton && head_->geometry().contains(event->pos()))
         disclosure_->toggle();
-}
-
-void TargetCard::drawIcons() {
-    const QString name = isOpen() ? QStringLiteral("chevron-down") : QStringLiteral("chevron-right");
-    disclosure_->setIcon(Icons::icon(name, Theme::current().secondaryText, Metrics::iconSize));
 }
 
 } // namespace brimvale

@@ -3,11 +3,10 @@
 #include "Catalogs/CleanupTarget.h"
 #include "Views/Components/Card.h"
 
-class QToolButton;
-
 namespace brimvale {
 
 class CommandList;
+class DisclosureButton;
 class EntryList;
 class TextLabel;
 class TickBox;
@@ -32,7 +31,6 @@ signals:
     void browseAsked(const FileURL &folder);
 
 protected:
-    void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
 
@@ -41,11 +39,10 @@ private:
     void showEntries();
     void showCommands();
     void showTicks();
-    void drawIcons();
 
     CleanupTarget target_;
     TickedEntries &ticked_;
-    QToolButton *disclosure_;
+    DisclosureButton *disclosure_;
     TickBox *all_;
     TextLabel *total_;
     QWidget *head_ = nullptr;

@@ -1,12 +1,11 @@
 #include "Views/Components/CapacityBar.h"
 
+#include "Views/Components/AccessibleControls.h"
 #include "Views/Components/ShareBar.h"
 #include "Views/Components/Theme.h"
 
 #include <QPainter>
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
@@ -17,12 +16,12 @@ constexpr int barHeight = 6;
 } // namespace
 
 CapacityBar::CapacityBar(QWidget *parent) : QWidget(parent) {
+    makeControlsAccessible();
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
 void CapacityBar::setUsedShare(double share) {
     usedShare_ = std::clamp(share, 0.0, 1.0);
-    setAccessibleDescription(u"%1 % used"_s.arg(qRound(usedShare_ * 100)));
     update();
 }
 

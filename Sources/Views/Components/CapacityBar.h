@@ -4,8 +4,8 @@
 
 namespace brimvale {
 
-/// A thin rounded bar, filled to the used share of a volume. Its accessible description gives that share in
-/// percent; its owner sets its accessible name.
+/// A thin rounded bar, filled to the used share of a volume. Screen readers get that share in percent; its
+/// owner sets its accessible name.
 class CapacityBar : public QWidget {
     Q_OBJECT
 

@@ -13,6 +13,7 @@ PageHeader::PageHeader(const QString &title, QWidget *parent)
     auto *heading = new TextLabel(Type::Size::title, QFont::Bold, this);
     heading->setObjectName(QStringLiteral("pageTitle"));
     heading->setText(title);
+    heading->setHeading();
     subtitle_->setObjectName(QStringLiteral("pageSubtitle"));
     subtitle_->setWordWrap(true);
     subtitle_->hide();

@@ -1,5 +1,7 @@
 #include "Views/Components/TextLabel.h"
 
+#include "Views/Components/AccessibleControls.h"
+
 #include <QEvent>
 
 namespace brimvale {
@@ -24,6 +26,7 @@ QColor colorOf(TextLabel::Tone tone) {
 } // namespace
 
 TextLabel::TextLabel(Type::Size size, Tone tone, QWidget *parent) : QLabel(parent), tone_(tone) {
+    makeControlsAccessible();
     setTextFormat(Qt::PlainText);
     setFont(Type::font(size));
     applyTheme();

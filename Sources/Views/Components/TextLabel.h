@@ -16,6 +16,10 @@ public:
     TextLabel(Type::Size size, Tone tone, QWidget *parent = nullptr);
     TextLabel(Type::Size size, QFont::Weight weight, QWidget *parent = nullptr);
 
+    /// Tells screen readers that it is the heading of a part of the page.
+    void setHeading() { isHeading_ = true; }
+    [[nodiscard]] bool isHeading() const { return isHeading_; }
+
 protected:
     void changeEvent(QEvent *event) override;
 
@@ -23,6 +27,7 @@ private:
     void applyTheme();
 
     Tone tone_ = Tone::primary;
+    bool isHeading_ = false;
 };
 
 } // namespace brimvale

@@ -1,12 +1,12 @@
 #include "Views/Components/TickBox.h"
 
+#include "Views/Components/AccessibleControls.h"
 #include "Views/Components/Theme.h"
 
+#include <QAccessible>
 #include <QPainter>
 #include <QPainterPath>
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
@@ -47,6 +47,7 @@ void paintTickBox(QPainter &painter, const QRectF &box, Qt::CheckState state, bo
 }
 
 TickBox::TickBox(QWidget *parent) : QAbstractButton(parent) {
+    makeControlsAccessible();
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(this, &QAbstractButton::clicked, this, [this] { emit asked(state_ != Qt::Checked); });
@@ -54,10 +55,11 @@ TickBox::TickBox(QWidget *parent) : QAbstractButton(parent) {
 
 void TickBox::setState(Qt::CheckState state) {
     state_ = state;
-    const QString word = state == Qt::Checked            ? u"ticked"_s
-                         : state == Qt::PartiallyChecked ? u"partly ticked"_s
-                                                         : u"not ticked"_s;
-    setAccessibleDescription(word);
+    QAccessible::State changed;
+    changed.checked = true;
+    changed.checkStateMixed = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    QAccessible::updateAccessibility(&event);
     update();
 }
 

@@ -41,6 +41,7 @@ QString timeText(Date date) {
 TextLabel *makeHeading(const QString &title, QWidget *parent) {
     auto *heading = new TextLabel(Type::Size::heading, QFont::DemiBold, parent);
     heading->setText(title);
+    heading->setHeading();
     return heading;
 }
 

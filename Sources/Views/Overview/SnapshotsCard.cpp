@@ -41,6 +41,7 @@ SnapshotsCard::SnapshotsCard(QWidget *parent)
     setObjectName(QStringLiteral("snapshotsCard"));
     auto *title = new TextLabel(Type::Size::heading, QFont::DemiBold, this);
     title->setText(text(Words::current().snapshotsTitle));
+    title->setHeading();
     note_->setObjectName(QStringLiteral("snapshotsNote"));
     note_->setWordWrap(true);
     auto *remark = new TextLabel(Type::Size::caption, TextLabel::Tone::tertiary, this);

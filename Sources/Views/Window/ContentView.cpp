@@ -19,6 +19,7 @@
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
+#include "Views/Components/VisualOrder.h"
 #include "Views/Overview/OverviewView.h"
 #include "Views/Removing/SheetOrder.h"
 #include "Views/Update/UpdateView.h"
@@ -305,6 +306,7 @@ void ContentView::showPageOfRow(int row) {
         return;
     if (page->widget == nullptr) {
         page->widget = page->make();
+        putChildrenInVisualOrder(*page->widget);
         stack_->addWidget(page->widget);
     }
     current_ = static_cast<std::size_t>(page - pages_.begin());

@@ -5,6 +5,7 @@
 #include "Views/Components/Metrics.h"
 #include "Views/Components/TickBox.h"
 
+#include <QComboBox>
 #include <QPainter>
 #include <QStyleOption>
 #include <algorithm>
@@ -170,8 +171,12 @@ void WindowStyle::drawControl(ControlElement element, const QStyleOption *option
         paintButtonLabel(*button, *painter);
     else if (element == CE_MenuEmptyArea)
         painter->fillRect(option->rect, option->palette.color(QPalette::Base));
-    else
+    else {
+        // Qt fills the rows in the list of a combo box with the colour of the window.
+        if (element == CE_MenuItem && qobject_cast<const QComboBox *>(widget) != nullptr)
+            painter->fillRect(option->rect, option->palette.color(QPalette::Base));
         QProxyStyle::drawControl(element, option, painter, widget);
+    }
 }
 
 // A click on the ends of the bar still scrolls, as if the arrows of other styles were there.
