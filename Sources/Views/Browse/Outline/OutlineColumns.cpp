@@ -25,8 +25,8 @@ namespace {
 using Drawing = OutlineColumn::Drawing;
 using Width = OutlineColumn::Width;
 
-constexpr int leastName = 300;   ///< 240 points of a name, with its icon and the expansion arrow
-constexpr int longestOwner = 12; ///< in characters of average width
+constexpr int leastNameWidth = 300; ///< 240 points of a name, with its icon and the expansion arrow
+constexpr int longestOwner = 12;    ///< in characters of average width
 constexpr double tenthOfPercent = 0.1;
 
 QFontMetrics bodyMetrics() {
@@ -70,7 +70,7 @@ OutlineColumn columnOfNames() {
             displayedName,
             nullptr,
             [](const FSNode &) {
-                return Width{leastName, std::numeric_limits<int>::max()};
+                return Width{leastNameWidth, std::numeric_limits<int>::max()};
             },
             9,
             true,
