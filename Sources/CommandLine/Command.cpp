@@ -32,7 +32,8 @@ std::string sentenceOf(const UsageError &error) {
 
 std::span<const Command *const> allCommands() {
     static constexpr std::array commands = {
-        &scanCommand,     &openCommand,       &sizeCommand,    &treemapCommand,   &checkCommand,
+        &scanCommand,     &openCommand,       &sizeCommand,    &findCommand,      &treemapCommand,
+        &checkCommand,
         &removeCommand,   &trashCommand,      &volumesCommand, &snapshotsCommand, &cleanupCommand,
         &overviewCommand, &categoryCommand,   &appsCommand,    &leftoversCommand, &uninstallCommand,
         &backupCommand,   &transcriptCommand, &updateCommand};

@@ -13,6 +13,9 @@ extern const Command openCommand;
 /// "size": the allocated bytes at and under each path.
 extern const Command sizeCommand;
 
+/// "find": the files in a folder that filters accept, or their sums by type or age.
+extern const Command findCommand;
+
 /// "treemap": the tiles of a folder's treemap, as text, as JSON or as a picture.
 extern const Command treemapCommand;
 
