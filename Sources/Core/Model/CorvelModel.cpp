@@ -2,6 +2,7 @@
 
 #include "Core/Model/Apps.h"
 #include "Core/Model/Backups.h"
+#include "Core/Model/Basket.h"
 #include "Core/Model/Cleanup.h"
 #include "Core/Model/ModelSources.h"
 #include "Core/Model/OrphanSearch.h"
@@ -32,6 +33,7 @@ struct CorvelModel::Parts {
     OrphanSearch orphans{workers, removals, apps};
     Backups backups{workers, removals};
     Trash trash{workers, removals, storage};
+    Basket basket;
 };
 
 CorvelModel::CorvelModel() : CorvelModel(RemovalActions::platform()) {}
@@ -41,7 +43,11 @@ CorvelModel::CorvelModel(RemovalActions &actions) : CorvelModel(actions, ModelSo
 CorvelModel::CorvelModel(RemovalActions &actions, const ModelSources &sources)
     : parts_(std::make_unique<Parts>(actions, sources)), volumes(parts_->volumes), scan(parts_->scan),
       removals(parts_->removals), cleanup(parts_->cleanup), storage(parts_->storage), apps(parts_->apps),
-      orphans(parts_->orphans), backups(parts_->backups), trash(parts_->trash) {
+      orphans(parts_->orphans), backups(parts_->backups), trash(parts_->trash), basket(parts_->basket) {
+    QObject::connect(&removals, &Removals::gone, &basket, &Basket::drop);
+    QObject::connect(&removals, &Removals::partlyGone, &basket, &Basket::dropChanged);
+    QObject::connect(&removals, &Removals::replaced, &basket, &Basket::dropChanged);
+    QObject::connect(&trash, &Trash::gone, &basket, &Basket::drop);
     QObject::connect(&removals, &Removals::gone, &apps, &Apps::drop);
     QObject::connect(&removals, &Removals::gone, &orphans, &OrphanSearch::drop);
     QObject::connect(&removals, &Removals::gone, &cleanup, &Cleanup::drop);

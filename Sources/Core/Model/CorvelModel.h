@@ -6,6 +6,7 @@ namespace brimvale {
 
 class Apps;
 class Backups;
+class Basket;
 class Cleanup;
 class OrphanSearch;
 class RemovalActions;
@@ -42,6 +43,7 @@ public:
     OrphanSearch &orphans;
     Backups &backups;
     Trash &trash;
+    Basket &basket;
 };
 
 } // namespace brimvale

@@ -83,6 +83,9 @@ CategoryDetailView::CategoryDetailView(std::string id, Storage &storage, Removal
     connect(hiddenSpace_, &HiddenSpaceNotes::measuringAsked, this,
             &CategoryDetailView::measureAsAdministrator);
     connect(entries_, &EntryList::browseAsked, this, &CategoryDetailView::browseAsked);
+    if (std::holds_alternative<RemovableAction>(action_))
+        entries_->offerBasket();
+    connect(entries_, &EntryList::basketAsked, this, &CategoryDetailView::basketAsked);
     showCategory();
     showSelection();
 }

@@ -39,6 +39,8 @@ signals:
     void appsAsked();
     /// The user wants to see what is inside a folder.
     void browseAsked(const FileURL &folder);
+    /// The user wants to put these items into the basket.
+    void basketAsked(const std::vector<CleanupEntry> &entries);
 
 private:
     [[nodiscard]] bool canTick() const;

@@ -140,6 +140,7 @@ void CleanupView::showTargets() {
         targets_.push_back(new TargetCard(targets[i], ticked_, this));
         cards_->insertWidget(static_cast<int>(i), targets_.back());
         connect(targets_.back(), &TargetCard::browseAsked, this, &CleanupView::browseAsked);
+        connect(targets_.back(), &TargetCard::basketAsked, this, &CleanupView::basketAsked);
     }
     std::vector<const std::vector<CleanupEntry> *> lists;
     for (std::size_t i = 0; i < targets.size(); ++i) {

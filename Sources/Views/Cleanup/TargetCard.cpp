@@ -64,6 +64,9 @@ TargetCard::TargetCard(const CleanupTarget &target, TickedEntries &ticked, QWidg
     connect(&ticked_, &TickedEntries::changed, this, &TargetCard::showTicks);
     connect(all_, &TickBox::asked, this, [this](bool tick) { ticked_.setTicked(target_.entries, tick); });
     connect(entries_, &EntryList::browseAsked, this, &TargetCard::browseAsked);
+    if (target.id != "trash")
+        entries_->offerBasket();
+    connect(entries_, &EntryList::basketAsked, this, &TargetCard::basketAsked);
     connect(disclosure_, &QToolButton::toggled, body_, &QWidget::setVisible);
     body_->hide();
     showEntries();

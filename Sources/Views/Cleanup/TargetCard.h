@@ -29,6 +29,8 @@ public:
 signals:
     /// The user wants to see what is inside a folder.
     void browseAsked(const FileURL &folder);
+    /// The user wants to put these items into the basket.
+    void basketAsked(const std::vector<CleanupEntry> &entries);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

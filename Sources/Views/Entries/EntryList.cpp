@@ -34,6 +34,10 @@ void EntryList::showMenu(const QModelIndex &row, const QPoint &place) {
     QMenu *menu = ItemActions::menuFor({urlAt(row)}, this);
     if (isFolder(row))
         ItemActions::addBrowsing(*menu, [this, folder = urlAt(row)] { emit browseAsked(folder); });
+    const CleanupEntry &entry = entries()[static_cast<std::size_t>(row.row())];
+    if (offersBasket_ && row.data(Qt::CheckStateRole).isValid())
+        menu->addAction(u"Add to Basket"_s, this, [this, entry] { emit basketAsked({entry}); })
+            ->setObjectName(QStringLiteral("addToBasket"));
     if (const QString command = row.data(EntryListModel::commandRole).toString(); !command.isEmpty())
         ItemActions::addCommand(*menu, command);
     menu->popup(place);

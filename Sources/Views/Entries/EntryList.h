@@ -25,12 +25,18 @@ public:
     /// What rows say instead of what their entries say.
     void setWords(std::unordered_map<FileURL, RowWords> words);
 
+    /// Offers to put entries that can be ticked into the basket. Only for entries that are removed without
+    /// anything before, such as a backup, and that are not in the Trash.
+    void offerBasket() { offersBasket_ = true; }
+
     /// The message in place of a list whose folder cannot be listed.
     [[nodiscard]] static QString unreadableText();
 
 signals:
     /// The user wants to see what is inside a folder.
     void browseAsked(const FileURL &folder);
+    /// The user wants to put these items into the basket.
+    void basketAsked(const std::vector<CleanupEntry> &entries);
 
 private:
     void open(const QModelIndex &row);
@@ -40,6 +46,7 @@ private:
     [[nodiscard]] bool isFolder(const QModelIndex &row) const;
 
     std::unique_ptr<EntryListModel> model_;
+    bool offersBasket_ = false;
 };
 
 } // namespace brimvale

@@ -1,6 +1,7 @@
 #include "Views/Window/ContentView.h"
 
 #include "Core/Model/Apps.h"
+#include "Core/Model/Basket.h"
 #include "Core/Model/CorvelModel.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
@@ -25,6 +26,7 @@
 #include "Views/Update/UpdateView.h"
 #include "Views/Window/AboutSheet.h"
 #include "Views/Window/BackupReviews.h"
+#include "Views/Window/BasketBar.h"
 #include "Views/Window/ClosingQuestion.h"
 #include "Views/Window/RemovalBar.h"
 #include "Views/Window/ResultBanner.h"
@@ -91,6 +93,7 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     page->setSpacing(0);
     page->addWidget(stack_, 1);
     page->addWidget(new ResultBanner(model_.removals, model_.trash, this));
+    page->addWidget(new BasketBar(model_.basket, model_.removals, this));
     page->addWidget(new RemovalBar(model_.removals, this));
     layout->addLayout(page, 1);
     setCentralWidget(content);
@@ -123,6 +126,7 @@ void ContentView::addPages() {
     addPage({Section::Kind::cleanup}, {u"Cleanup"_s, QStringLiteral("sparkles")}, [this] {
         auto *page = new CleanupView(model_.cleanup, model_.removals, this);
         connect(page, &CleanupView::browseAsked, this, &ContentView::browse);
+        connect(page, &CleanupView::basketAsked, &model_.basket, &Basket::add);
         return page;
     });
     addPage({Section::Kind::apps}, {u"Apps"_s, QStringLiteral("layout-grid")}, [this] {
@@ -143,6 +147,7 @@ void ContentView::addCategoryPage(const StorageCategory &category) {
                                                     model_.trash, this);
                 connect(page, &CategoryDetailView::appsAsked, this, [this] { goTo({Section::Kind::apps}); });
                 connect(page, &CategoryDetailView::browseAsked, this, &ContentView::browse);
+                connect(page, &CategoryDetailView::basketAsked, &model_.basket, &Basket::add);
                 return page;
             });
 }
