@@ -7,6 +7,8 @@
 #include "Core/Removal/NodesToRemove.h"
 #include "Views/Browse/Breadcrumb.h"
 #include "Views/Browse/DetailPanel.h"
+#include "Views/Browse/Find/FindView.h"
+#include "Views/Browse/Find/TabStrip.h"
 #include "Views/Browse/NodeRemoval.h"
 #include "Views/Browse/Outline/OutlineView.h"
 #include "Views/Browse/ScanBar.h"
@@ -20,6 +22,7 @@
 #include "Views/Components/Popup.h"
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/Text.h"
+#include "Views/Components/TextLabel.h"
 #include "Views/Entries/ItemActions.h"
 
 #include <QHBoxLayout>
@@ -67,9 +70,11 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &vol
     : QWidget(parent), scan_(scan), removals_(removals), bar_(new ScanBar(scan, this)),
       message_(new ScanMessage(scan, volumes, this)), body_(new QStackedLayout),
       breadcrumb_(new Breadcrumb(this)), filter_(new QLineEdit(this)),
-      outline_(new OutlineView(outlineModel_, this)), treemap_(new TreemapView(this)),
-      details_(new DetailPanel(this)), removal_(new NodeRemoval(scan, removals, *this)),
-      check_(new SelectionCheck(this)) {
+      outline_(new OutlineView(outlineModel_, this)), tabs_(new TabStrip(this)), find_(new FindView(this)),
+      lists_(new QStackedLayout),
+      filterNote_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
+      treemap_(new TreemapView(this)), details_(new DetailPanel(this)),
+      removal_(new NodeRemoval(scan, removals, *this)), check_(new SelectionCheck(this)) {
     setObjectName(QStringLiteral("browsePage"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(Metrics::pageMargin, Metrics::pageMargin, Metrics::pageMargin,
@@ -95,7 +100,7 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &vol
     connect(treemap_, &TreemapView::drilledIn, this, &BrowseView::focusOn);
     connect(treemap_, &TreemapView::contextMenuRequested, this,
             [this](FSNode *, QPoint place) { showMenu(place); });
-    connect(filter_, &QLineEdit::textChanged, &outlineModel_, &OutlineModel::setFilter);
+    connect(filter_, &QLineEdit::textChanged, this, &BrowseView::applyFilter);
     connect(details_, &DetailPanel::revealRequested, this, &BrowseView::reveal);
     connect(details_, &DetailPanel::copyPathRequested, this, &BrowseView::copyPaths);
     connect(details_, &DetailPanel::removalRequested, this, &BrowseView::confirmRemoval);
@@ -103,7 +108,7 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &vol
     connect(check_, &SelectionCheck::answered, this, &BrowseView::showAnswer);
     connect(removal_, &NodeRemoval::confirmed, this, [this] {
         if (details_->isAncestorOf(window()->focusWidget()))
-            outline_->setFocus(); // a disabled button cannot keep it
+            currentList()->setFocus(); // a disabled button cannot keep it
     });
     connect(&scan_, &ScanSession::nodesAboutToBeDetached, outline_, &OutlineView::deselectWithin);
     connect(&scan_, &ScanSession::nodeAboutToBeDetached, this, &BrowseView::letGoOf);
@@ -146,7 +151,7 @@ QWidget *BrowseView::makeOutlineSide() {
     layout->setContentsMargins(1, 1, 1, 8);
     layout->setSpacing(8);
     layout->addLayout(head);
-    layout->addWidget(outline_, 1);
+    layout->addWidget(makeLists(), 1);
     card->setMinimumWidth(320);
     return card;
 }
@@ -185,8 +190,10 @@ void BrowseView::addShortcuts() {
     clear->setContext(Qt::WidgetShortcut);
     connect(clear, &QShortcut::activated, filter_, [this] {
         filter_->clear();
-        outline_->setFocus();
+        currentList()->setFocus();
     });
+    auto *invert = new QShortcut(Shortcuts::invertSelection(), results_);
+    connect(invert, &QShortcut::activated, this, &BrowseView::invertSelection);
 }
 
 /// Shows the model's current tree, or none, and drops everything of an earlier one.
@@ -197,6 +204,7 @@ void BrowseView::showTree() {
     treemap_->setNode(nullptr);
     showDetails({}, false);
     filter_->clear();
+    find_->letGo();
     outlineModel_.setTree(scan_->tree);
     if (scan_->tree != nullptr)
         focusOn(scan_->tree.get());
@@ -223,6 +231,7 @@ void BrowseView::focusOn(FSNode *folder) {
     treemap_->setNode(folder);
     outline_->setFocusFolder(folder);
     showDetails({folder}, false);
+    listFiles();
 }
 
 void BrowseView::focusOnEnclosing() {
@@ -257,7 +266,7 @@ void BrowseView::showDetails(std::vector<FSNode *> nodes, bool isSelected) {
     shown_ = std::move(nodes);
     isSelected_ = isSelected;
     details_->showNodes(shown_);
-    isRemovalAsked_ = false;
+    isRemovalAsked_ = isBasketAsked_ = false;
     toRemove_ = isSelected_ ? removableNodes(shown_) : std::vector<FSNode *>();
     check_->check({toRemove_.begin(), toRemove_.end()});
     details_->showObjection({});
@@ -276,7 +285,12 @@ void BrowseView::showMenu(const QPoint &place) {
         menu->addAction(text(Words::current().revealItem), this, &BrowseView::reveal);
     }
     menu->addAction(ItemActions::copyTitle(shown_.size()), this, &BrowseView::copyPaths);
+    if (currentList() == find_ && shown_.size() == 1)
+        menu->addAction(u"Show in Folders"_s, this, [this, node = shown_.front()] { showInFolder(node); });
+    menu->addAction(u"Invert Selection"_s, this, &BrowseView::invertSelection);
     if (!toRemove_.empty()) {
+        QAction *gather = menu->addAction(u"Add to Basket"_s, this, &BrowseView::addToBasket);
+        gather->setEnabled(!check_->objection());
         menu->addSeparator();
         QAction *remove = menu->addAction(u"Remove…"_s, this, &BrowseView::confirmRemoval);
         remove->setEnabled(!removals_.isRemoving() && !check_->objection());
@@ -321,6 +335,8 @@ void BrowseView::showAnswer() {
     else if (check_->objection())
         shown = {sentenceOf(std::get<RemovalRefusal>(*check_->objection())), {}};
     details_->showObjection(shown);
+    if (std::exchange(isBasketAsked_, false))
+        addToBasket();
     if (!std::exchange(isRemovalAsked_, false))
         return;
     details_->showNotice({});
@@ -368,6 +384,7 @@ void BrowseView::letGoOf(FSNode *node) {
     std::erase_if(shown_, isGone);
     std::erase_if(toRemove_, isGone);
     showLater();
+    find_->letGo();
     outlineModel_.aboutToRemove(*node);
 }
 
@@ -384,6 +401,7 @@ void BrowseView::letGoOfContents(FSNode *folder) {
     std::erase_if(shown_, isGone);
     std::erase_if(toRemove_, isGone);
     showLater();
+    find_->letGo();
     outlineModel_.aboutToReplaceContents(*folder);
 }
 
@@ -401,7 +419,8 @@ void BrowseView::showAfterRemoval() {
         return;
     isStale_ = false;
     treemap_->setNode(focus_);
-    select(outline_->selectedNodes());
+    listFiles();
+    select(selectedNodes());
     showState();
 }
 

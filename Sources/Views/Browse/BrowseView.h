@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/FileURL.h"
+#include "Catalogs/CleanupEntry.h"
 #include "Views/Browse/Outline/OutlineModel.h"
 
 #include <QWidget>
@@ -16,6 +17,7 @@ namespace brimvale {
 
 class Breadcrumb;
 class DetailPanel;
+class FindView;
 class NodeRemoval;
 class OutlineView;
 class Removals;
@@ -23,13 +25,15 @@ class ScanBar;
 class ScanMessage;
 class ScanSession;
 class SelectionCheck;
+class TabStrip;
+class TextLabel;
 class TreemapPanel;
 class TreemapView;
 class Volumes;
 struct CategoryPolicy;
 
 /// The page that shows the scanned tree as an outline and as a treemap of the focused folder, with equal
-/// selections.
+/// selections. In place of the outline, its files can be listed by size, type or age.
 class BrowseView : public QWidget {
     Q_OBJECT
 
@@ -46,6 +50,8 @@ public:
 signals:
     /// The user wants to see the page of a storage category.
     void categoryAsked(const std::string &id);
+    /// The user wants to put these items into the basket.
+    void basketAsked(const std::vector<CleanupEntry> &entries);
 
 private:
     QWidget *makeResults();
@@ -73,6 +79,18 @@ private:
     void showLater();
     void showAfterRemoval();
 
+    // The lists beside the outline, and the filter:
+    QWidget *makeLists();
+    void applyFilter();
+    void showMatches();
+    void chooseList(int tab);
+    void listFiles();
+    void showInFolder(FSNode *file);
+    void invertSelection();
+    void addToBasket();
+    [[nodiscard]] QWidget *currentList() const;
+    [[nodiscard]] std::vector<FSNode *> selectedNodes() const;
+
     ScanSession &scan_;
     const Removals &removals_;
     FSNode *focus_ = nullptr;        ///< the folder shown in both; null without a tree
@@ -89,12 +107,17 @@ private:
     QLineEdit *filter_;
     OutlineModel outlineModel_;
     OutlineView *outline_;
+    TabStrip *tabs_; ///< the outline, or one of the lists of files
+    FindView *find_;
+    QStackedLayout *lists_;
+    TextLabel *filterNote_; ///< what the filter has found, or what is wrong with it
     TreemapView *treemap_;
     TreemapPanel *map_ = nullptr; ///< around it
     DetailPanel *details_;
     NodeRemoval *removal_;
     SelectionCheck *check_;
     bool isRemovalAsked_ = false; ///< opens the question when the check is answered
+    bool isBasketAsked_ = false;  ///< puts the selection into the basket then
 };
 
 } // namespace brimvale

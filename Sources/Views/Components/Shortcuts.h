@@ -23,6 +23,10 @@ inline QKeySequence enclosingFolder() {
     return Qt::CTRL | Qt::Key_Up;
 }
 
+inline QKeySequence invertSelection() {
+    return Qt::CTRL | Qt::SHIFT | Qt::Key_I;
+}
+
 /// Asks to remove the selection. On a Mac this is Backspace with Command, because Mac keyboards have no other
 /// Delete key, and Backspace alone does not remove anything there.
 inline QList<QKeySequence> removal() {

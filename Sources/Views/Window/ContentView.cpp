@@ -121,6 +121,7 @@ void ContentView::addPages() {
             goTo({Section::Kind::category, id});
         });
         viewMenu_->addAction(browse_->detailedMap());
+        connect(browse_, &BrowseView::basketAsked, &model_.basket, &Basket::add);
         return browse_;
     });
     addPage({Section::Kind::cleanup}, {u"Cleanup"_s, QStringLiteral("sparkles")}, [this] {

@@ -33,6 +33,8 @@ ShortcutsSheet::ShortcutsSheet(QWidget *parent) : Sheet("shortcutsSheet", u"Keyb
         {{Qt::Key_Return}, u"Go into the selected folder"_s},
         {{Shortcuts::enclosingFolder()}, u"Come back out to the folder around it"_s},
         {{QKeySequence(QKeySequence::Find)}, u"Look for a name"_s},
+        {{QKeySequence(QKeySequence::SelectAll)}, u"Select all rows of a list in Browse"_s},
+        {{Shortcuts::invertSelection()}, u"Select the other rows instead"_s},
         {{QKeySequence(QKeySequence::Copy)}, u"Copy the paths of the selection"_s},
         {{Qt::Key_Space}, u"Tick the current row, or take the tick away"_s},
         {Shortcuts::removal(), u"Ask to remove the selection"_s},

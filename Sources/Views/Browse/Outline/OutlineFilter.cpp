@@ -1,8 +1,10 @@
 #include "Views/Browse/Outline/OutlineFilter.h"
 
+#include "Core/Scan/ScanOptions.h"
 #include "Views/Browse/Outline/Prefetch.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace brimvale {
 
@@ -11,15 +13,10 @@ namespace {
 /// The number of nodes visited between two checks of the time.
 constexpr std::size_t batch = 256;
 
-/// Composed, because a file system may return "é" as two characters, while a keyboard types one.
-QString composed(const QString &text) {
-    return text.normalized(QString::NormalizationForm_C);
-}
-
 } // namespace
 
-OutlineFilter::OutlineFilter(FSNode &root, const QString &text, OutlineMark::Filter marks)
-    : text_(composed(text)), marks_(marks), nodes_{&root} {}
+OutlineFilter::OutlineFilter(FSNode &root, FileFilter filter, OutlineMark::Filter marks)
+    : filter_(std::move(filter)), marks_(marks), nodes_{&root} {}
 
 bool OutlineFilter::advance(std::chrono::microseconds time) {
     const auto end = std::chrono::steady_clock::now() + time;
@@ -41,19 +38,41 @@ void OutlineFilter::visit(FSNode &node) {
         nodes_.push_back(child.get());
     if (node.parent() != nullptr && OutlineMark::has(*node.parent(), marks_.matches))
         OutlineMark::add(node, marks_.matches);
-    if (!hasMatchingName(node))
+    if (node.isAggregate)
+        return visitFilesOf(node);
+    if (!accepts(node))
         return;
-    ++matches_;
+    addMatch(node);
     OutlineMark::add(node, marks_.matches);
-    for (FSNode *folder = node.parent(); folder != nullptr && !OutlineMark::has(*folder, marks_.holds);
+}
+
+void OutlineFilter::visitFilesOf(FSNode &aggregate) {
+    std::int64_t unsearched = aggregate.fileCount;
+    for (const std::unique_ptr<FSNode> &file : aggregate.largestSmallFiles()) {
+        --unsearched;
+        if (!filter_.acceptsFile(file->name, file->size, file->modified))
+            continue;
+        addMatch(*file);
+        OutlineMark::add(aggregate, marks_.holds);
+    }
+    if (filter_.acceptsBelow(ScanOptions().minimumNodeSize))
+        result_.unsearched += unsearched;
+}
+
+void OutlineFilter::addMatch(const FSNode &node) {
+    ++result_.matches.count;
+    if (!OutlineMark::has(*node.parent(), marks_.matches))
+        result_.matches.bytes += node.size;
+    for (FSNode *folder = node.folder(); folder != nullptr && !OutlineMark::has(*folder, marks_.holds);
          folder = folder->parent())
         OutlineMark::add(*folder, marks_.holds);
 }
 
-bool OutlineFilter::hasMatchingName(const FSNode &node) const {
-    const bool isRow = node.parent() != nullptr;
-    return isRow && !node.isAggregate &&
-           composed(QString::fromUtf8(node.name)).contains(text_, Qt::CaseInsensitive);
+bool OutlineFilter::accepts(const FSNode &node) const {
+    if (node.parent() == nullptr) // it has no row
+        return false;
+    return node.isDirectory ? filter_.acceptsFolder(node.name, node.size, node.modified)
+                            : filter_.acceptsFile(node.name, node.size, node.modified);
 }
 
 } // namespace brimvale

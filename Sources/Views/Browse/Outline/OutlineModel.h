@@ -43,7 +43,8 @@ public:
 
     /// The node of a row; the root for the invalid index. Null without a tree.
     [[nodiscard]] FSNode *nodeAt(const QModelIndex &index) const;
-    /// The index of a node of the tree; invalid for the root and for nodes that the filter hides.
+    /// The index of a node of the tree; invalid for the root, for a small file with a node, and for nodes
+    /// that the filter hides.
     [[nodiscard]] QModelIndex indexOf(const FSNode &node, int column = nameColumn) const;
     /// The rows of a folder, in order.
     [[nodiscard]] const std::vector<FSNode *> &rowsOf(const FSNode &folder) const;
@@ -51,18 +52,23 @@ public:
     /// Whether `node`, which may be null, is `folder` or one of its descendants.
     [[nodiscard]] static bool isWithin(const FSNode *node, const FSNode &folder);
 
-    /// Shows only the nodes whose names contain `text`, ignoring case, with their descendants and ancestors;
-    /// everything for an empty text. A large tree is searched from the event loop: the rows stay unchanged
-    /// until `filtered`. Setting another filter before that replaces this one.
-    void setFilter(const QString &text);
-    /// The last text set; the rows may not show it yet.
+    /// Shows only the nodes that a filter (`FileFilter`) accepts, with their descendants and ancestors;
+    /// everything for an empty one. Its times count back from `moment`, in seconds since 1970. A large tree
+    /// is searched from the event loop: the rows stay unchanged until `filtered`. Setting another filter
+    /// before that replaces this one. Returns what makes the text no filter, as a sentence, and keeps the
+    /// earlier one then; usually nothing.
+    QString setFilter(const QString &text, std::uint32_t moment = FSNode::secondsOf(now()));
+    /// The text of the filter; the rows may not show it yet.
     [[nodiscard]] const QString &filter() const { return filter_; }
+    [[nodiscard]] const FileFilter &fileFilter() const { return fileFilter_; }
+    /// What the filter has found.
+    [[nodiscard]] const FilterResult &filterResult() const { return result_; }
     /// Whether the rows do not show the last filter yet.
     [[nodiscard]] bool isFiltering() const { return pass_.has_value(); }
 
     /// Whether the current filter hides a node, not considering the outline's focus.
     [[nodiscard]] bool hides(const FSNode &node) const;
-    /// Whether a filter is set and matches the name of a descendant of `folder`.
+    /// Whether a filter is set and accepts a descendant of `folder`.
     [[nodiscard]] bool leadsToMatch(const FSNode &folder) const;
 
     /// Always shows this folder, because the outline is focused on it; null for none.
@@ -96,7 +102,7 @@ signals:
     /// one.
     void aboutToRearrange();
     void rearranged();
-    /// The rows now show the filter, which matches `matches` names in the whole tree; 0 for an empty filter.
+    /// The rows now show the filter, which has this many matches in the whole tree; 0 for an empty filter.
     void filtered(qint64 matches);
 
 private:
@@ -123,6 +129,8 @@ private:
     mutable std::unordered_map<const FSNode *, std::vector<FSNode *>> rows_; ///< of folders already shown
     FSNode *focused_ = nullptr;
     QString filter_;
+    FileFilter fileFilter_;
+    FilterResult result_;
     std::optional<std::size_t> marksInForce_; ///< the filter marks in use, if any
     std::size_t marksOfPass_ = 0;
     std::optional<OutlineFilter> pass_;

@@ -1,6 +1,8 @@
 #include "Views/Browse/Outline/OutlineMarks.h"
 #include "Views/Browse/Outline/OutlineModel.h"
 
+#include <variant>
+
 namespace brimvale {
 
 namespace {
@@ -23,22 +25,28 @@ bool OutlineModel::isShown(const FSNode &node) const {
     return !hides(node) || OutlineMark::has(node, OutlineMark::holdsFocused);
 }
 
-void OutlineModel::setFilter(const QString &text) {
+QString OutlineModel::setFilter(const QString &text, std::uint32_t moment) {
     if (text == filter_)
-        return;
+        return {};
+    const auto read = FileFilter::read(text.toStdString(), moment);
+    if (const auto *fault = std::get_if<FileFilter::Fault>(&read))
+        return QString::fromStdString(fault->sentence);
     filter_ = text;
+    fileFilter_ = std::get<FileFilter>(read);
     startFilter();
+    return {};
 }
 
 void OutlineModel::startFilter() {
     passTimer_.stop();
     pass_.reset();
-    if (!filter_.isEmpty() && tree_ != nullptr) {
+    if (!fileFilter_.acceptsAll() && tree_ != nullptr) {
         marksOfPass_ = marksInForce_ == 0U ? 1 : 0;
-        pass_.emplace(*tree_, filter_, OutlineMark::filters[marksOfPass_]);
+        pass_.emplace(*tree_, fileFilter_, OutlineMark::filters[marksOfPass_]);
         passTimer_.start(0);
     } else if (isFiltered()) {
         rearrange(NoLayoutChangeHint, [this] { marksInForce_.reset(); });
+        result_ = {};
         emit filtered(0);
     }
 }
@@ -46,11 +54,11 @@ void OutlineModel::startFilter() {
 void OutlineModel::advanceFilter() {
     if (!pass_->advance(filterSlice))
         return;
-    const std::int64_t matches = pass_->matches();
+    result_ = pass_->result();
     passTimer_.stop();
     pass_.reset();
     rearrange(NoLayoutChangeHint, [this] { marksInForce_ = marksOfPass_; });
-    emit filtered(matches);
+    emit filtered(result_.matches.count);
 }
 
 void OutlineModel::setFocused(FSNode *folder) {

@@ -1,0 +1,165 @@
+#include "Core/Model/ScanSession.h"
+#include "Core/Removal/NodesToRemove.h"
+#include "Views/Browse/BrowseView.h"
+#include "Views/Browse/DetailPanel.h"
+#include "Views/Browse/Find/FindView.h"
+#include "Views/Browse/Find/TabStrip.h"
+#include "Views/Browse/Outline/OutlineView.h"
+#include "Views/Browse/SelectionCheck.h"
+#include "Views/Browse/Treemap/TreemapView.h"
+#include "Views/Components/Text.h"
+#include "Views/Components/TextLabel.h"
+
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace brimvale {
+
+namespace {
+
+/// Selects the rows of the outline's folder that are not selected and hold nothing selected.
+void invertRows(OutlineView &outline) {
+    const QAbstractItemModel &model = *outline.model();
+    const QModelIndex root = outline.rootIndex();
+    std::vector<bool> isTaken(static_cast<std::size_t>(model.rowCount(root)));
+    for (const QItemSelectionRange &range : outline.selectionModel()->selection()) {
+        QModelIndex above = range.topLeft();
+        while (above.isValid() && above.parent() != root)
+            above = above.parent();
+        const int last = range.parent() == root ? range.bottom() : above.row();
+        for (int row = above.row(); above.isValid() && row <= last; ++row)
+            isTaken[static_cast<std::size_t>(row)] = true;
+    }
+    QItemSelection inverted;
+    const int count = static_cast<int>(isTaken.size());
+    for (int first = 0, next = 0; first < count; first = next) {
+        const bool isFree = !isTaken[static_cast<std::size_t>(first)];
+        while (next < count && isTaken[static_cast<std::size_t>(next)] != isFree)
+            ++next;
+        if (isFree)
+            inverted.append(QItemSelectionRange(model.index(first, 0, root),
+                                                model.index(next - 1, model.columnCount() - 1, root)));
+    }
+    outline.selectionModel()->select(inverted, QItemSelectionModel::ClearAndSelect);
+}
+
+} // namespace
+
+QWidget *BrowseView::makeLists() {
+    tabs_->setObjectName(QStringLiteral("browseTabs"));
+    tabs_->setAccessibleName(u"Lists"_s);
+    for (const QString &title : {u"Folders"_s, u"Largest Files"_s, u"By Type"_s, u"By Age"_s})
+        tabs_->addTab(title);
+    filterNote_->setObjectName(QStringLiteral("filterNote"));
+    filterNote_->setWordWrap(true);
+    filterNote_->setContentsMargins(12, 0, 12, 0);
+    filterNote_->hide();
+    auto *lists = new QWidget(this);
+    auto *layout = new QVBoxLayout(lists);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(6);
+    auto *tabRow = new QHBoxLayout;
+    tabRow->setContentsMargins(4, 0, 4, 0);
+    tabRow->addWidget(tabs_);
+    tabRow->addStretch(1);
+    layout->addLayout(tabRow);
+    layout->addWidget(filterNote_);
+    layout->addLayout(lists_, 1);
+    lists_->addWidget(outline_);
+    lists_->addWidget(find_);
+    filter_->setToolTip(u"A part of the name, or >100M, <1G, older:1y, newer:2w, type:video"_s);
+
+    connect(tabs_, &QTabBar::currentChanged, this, &BrowseView::chooseList);
+    connect(&outlineModel_, &OutlineModel::filtered, this, &BrowseView::showMatches);
+    connect(find_, &FindView::selectionChangedTo, this, &BrowseView::select);
+    connect(find_, &FindView::shownInFolder, this, &BrowseView::showInFolder);
+    connect(find_, &FindView::menuRequested, this, &BrowseView::showMenu);
+    return lists;
+}
+
+void BrowseView::applyFilter() {
+    const QString fault = outlineModel_.setFilter(filter_->text(), scan_->ageMoment);
+    filterNote_->setText(fault);
+    filterNote_->setVisible(!fault.isEmpty());
+    if (!fault.isEmpty())
+        return;
+    listFiles();
+    if (!outlineModel_.isFiltering())
+        showMatches();
+}
+
+/// Tells how much the filter has found. Does not replace what is wrong with a later one.
+void BrowseView::showMatches() {
+    if (filter_->text() != outlineModel_.filter())
+        return;
+    const FilterResult &result = outlineModel_.filterResult();
+    QString words;
+    if (!outlineModel_.fileFilter().acceptsAll())
+        words = counted(result.matches.count, "match")
+                    .replace(u"matchs"_s, u"matches"_s)
+                    .append(u", "_s)
+                    .append(sizeText(result.matches.bytes));
+    if (result.unsearched > 0)
+        words.append(u". %1 not searched."_s.arg(
+            result.unsearched == 1 ? u"1 small file was"_s
+                                   : counted(result.unsearched, "small file") + u" were"_s));
+    filterNote_->setText(words);
+    filterNote_->setVisible(!words.isEmpty());
+}
+
+void BrowseView::chooseList(int tab) {
+    lists_->setCurrentWidget(tab == 0 ? static_cast<QWidget *>(outline_) : find_);
+    outline_->select(nullptr);
+    treemap_->setSelection(nullptr);
+    if (tab == 0)
+        find_->letGo();
+    else
+        listFiles();
+    select({});
+}
+
+void BrowseView::listFiles() {
+    if (focus_ != nullptr && tabs_->currentIndex() > 0)
+        find_->showFiles(static_cast<FindModel::List>(tabs_->currentIndex() - 1), *focus_,
+                         outlineModel_.fileFilter(), scan_->ageMoment);
+}
+
+/// Selects a file in the outline. A small file has no row there, so the row for all of them is selected.
+void BrowseView::showInFolder(FSNode *file) {
+    tabs_->setCurrentIndex(0);
+    if (outlineModel_.hides(*file))
+        filter_->clear();
+    selectNode(file->parent()->isAggregate ? file->parent() : file);
+    outline_->setFocus();
+}
+
+void BrowseView::invertSelection() {
+    if (currentList() == find_)
+        find_->invertSelection();
+    else
+        invertRows(*outline_);
+}
+
+/// What the guards or a storage category keep is not gathered, so this waits for the check.
+void BrowseView::addToBasket() {
+    isBasketAsked_ = check_->isPending();
+    if (isBasketAsked_ || check_->objection() || toRemove_.empty())
+        return;
+    emit basketAsked(entriesOf(toRemove_));
+    details_->showNotice(u"Added to the basket."_s);
+}
+
+QWidget *BrowseView::currentList() const {
+    return lists_->currentWidget();
+}
+
+std::vector<FSNode *> BrowseView::selectedNodes() const {
+    return currentList() == find_ ? find_->selectedNodes() : outline_->selectedNodes();
+}
+
+} // namespace brimvale
