@@ -30,7 +30,9 @@ std::uint64_t take(const std::uint8_t *&bytes) {
 FileTally::FileTally(std::span<const FileTallyEntry> entries) {
     if (entries.empty())
         return;
+    constexpr std::size_t usualBytes = 8; // of an entry
     std::vector<std::uint8_t> bytes;
+    bytes.reserve((entries.size() + 1) * usualBytes);
     append(bytes, entries.size());
     for (const FileTallyEntry &entry : entries) {
         append(bytes,

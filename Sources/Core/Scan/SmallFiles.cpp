@@ -13,8 +13,8 @@ void SmallFiles::add(std::string_view name, const FileStatus &status, std::uint3
     newest_ = std::max(newest_, modified);
     const std::size_t place = static_cast<std::size_t>(fileTypeOf(name)) * fileAgeCount +
                               static_cast<std::size_t>(ageOf(modified, moment_));
-    used_.set(place);
-    ++figures_[place].count;
+    if (++figures_[place].count == 1)
+        used_.push_back(place);
     figures_[place].bytes += status.allocatedBytes; // no more than all together
 }
 
@@ -26,11 +26,10 @@ std::unique_ptr<FSNode> SmallFiles::takeAggregate(FSNode &folder) {
     aggregate->logicalSize = length_;
     aggregate->modified = newest_;
     entries_.clear();
-    for (std::size_t place = 0; place < places; ++place)
-        if (used_.test(place))
-            entries_.push_back({static_cast<FileType>(place / fileAgeCount),
-                                static_cast<FileAge>(place % fileAgeCount), figures_[place].count,
-                                figures_[place].bytes});
+    for (const std::size_t place : used_)
+        entries_.push_back({static_cast<FileType>(place / fileAgeCount),
+                            static_cast<FileAge>(place % fileAgeCount), figures_[place].count,
+                            figures_[place].bytes});
     aggregate->smallFiles = FileTally(entries_);
     clear();
     return aggregate;
@@ -41,10 +40,9 @@ void SmallFiles::clear() {
         return;
     count_ = bytes_ = length_ = 0;
     newest_ = 0;
-    for (std::size_t place = 0; place < places; ++place)
-        if (used_.test(place))
-            figures_[place] = {};
-    used_.reset();
+    for (const std::size_t place : used_)
+        figures_[place] = {};
+    used_.clear();
 }
 
 } // namespace brimvale

@@ -4,7 +4,7 @@
 #include "Platform/FileStatus.h"
 
 #include <array>
-#include <bitset>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -38,7 +38,7 @@ private:
     std::int64_t length_ = 0;
     std::uint32_t newest_ = 0;
     std::array<Figures, places> figures_{}; ///< by type and age
-    std::bitset<places> used_;              ///< the places that are not empty
+    std::vector<std::size_t> used_;         ///< the places that are not empty
     std::vector<FileTallyEntry> entries_;   ///< kept for its memory
 };
 
