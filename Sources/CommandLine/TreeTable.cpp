@@ -24,6 +24,12 @@ std::string_view markOf(const FSNode &node) {
     return node.unreadable ? "[not readable]" : "";
 }
 
+/// Its size, with "≥" if something inside could not be read, so that it may be larger.
+std::string shownSize(const FSNode &node) {
+    const std::string size = Fmt::byteFormatter(node.size);
+    return node.isAtLeast() ? std::string("≥ ").append(size) : size;
+}
+
 class Table {
 public:
     Table(Output &output, const FSNode &root, const TreeLimits &limits)
@@ -63,7 +69,7 @@ private:
 };
 
 void Table::write() {
-    const std::string size = Fmt::byteFormatter(root_.size);
+    const std::string size = shownSize(root_);
     const std::string files = Fmt::count(root_.fileCount);
     const std::string_view filesTitle = "FILES";
     sizeWidth_ = std::max(usualSizeWidth, characterCount(size));
@@ -99,8 +105,8 @@ void Table::writeChild(Level &level) {
     const FSNode &child = *level.node->children()[level.next++];
     const bool isLast = level.next == level.node->children().size();
     const bool isMeasured = !child.isNotDescended;
-    writeLine(isMeasured ? Fmt::byteFormatter(child.size) : "–",
-              isMeasured ? Fmt::count(child.fileCount) : "–", isLast, labelOf(child));
+    writeLine(isMeasured ? shownSize(child) : "–", isMeasured ? Fmt::count(child.fileCount) : "–", isLast,
+              labelOf(child));
     const std::size_t linesLength = lines_.size();
     lines_ += isLast ? "   " : "│  ";
     open(child, linesLength);

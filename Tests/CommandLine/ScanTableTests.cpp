@@ -106,6 +106,7 @@ TEST(ScanTable, MarksSkippedAndUnreadableFolders) {
     EXPECT_EQ(outcome.status, 0);
     EXPECT_THAT(outcome.out, HasSubstr("–      –  ├─ CloudStorage/  [skipped: owned by a cloud provider]\n"));
     EXPECT_THAT(outcome.out, HasSubstr("└─ closed/  [not readable]\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("≥ "));
     EXPECT_THAT(outcome.out, HasSubstr("\n0 files in 2 folders, "));
     EXPECT_THAT(outcome.out, HasSubstr(", 1 unreadable, "));
 }
