@@ -45,7 +45,7 @@ int runWindow(const Launch &launch, char **argv) {
     Application application(ownName, argv);
     if (sampleDisk)
         application.window().showSample(*sampleDisk);
-    application.open(launch.folder);
+    application.open(launch);
     return Application::run();
 }
 

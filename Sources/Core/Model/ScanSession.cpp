@@ -187,19 +187,6 @@ void ScanSession::endGrowth(bool hasTree) {
     growth_.stop();
 }
 
-void ScanSession::install(std::shared_ptr<FSNode> tree) {
-    if (scanStats_ != nullptr) {
-        scanStats_->cancel();
-        endStopped();
-    }
-    unannounced().scanRootPath = tree->path();
-    unannounced().scanFiles = tree->fileCount;
-    unannounced().scanUnreadable = 0;
-    latestStats_ = nullptr;
-    scanStart_.reset();
-    finishScan(tree);
-}
-
 std::vector<UnreadableItem> ScanSession::unreadableItems() const {
     return latestStats_ == nullptr ? std::vector<UnreadableItem>() : latestStats_->unreadableItems().listed();
 }
@@ -408,6 +395,7 @@ void ScanSession::replaceContents(FSNode &folder, FSNode &found) {
     std::vector<FSNode *> children;
     for (const std::unique_ptr<FSNode> &child : folder.children())
         children.push_back(child.get());
+    emit replacementBegins(&folder);
     emit nodesAboutToBeDetached(children);
     emit contentsAboutToBeReplaced(&folder);
     folder.swapContents(found);

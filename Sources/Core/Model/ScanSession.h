@@ -87,9 +87,6 @@ public:
     /// contents. Does nothing without a tree.
     void rescan(const FileURL &folder);
 
-    /// Takes a finished tree that was not scanned here, in place of a running scan. Sorted.
-    void install(std::shared_ptr<FSNode> tree);
-
     /// The picture that grows while a scan runs, and stays when it is stopped. `grown` announces changes.
     [[nodiscard]] const ScanGrowth &growth() const { return growth_; }
 
@@ -110,6 +107,8 @@ signals:
     /// may still point to it, and must stop before the second signal returns.
     void nodeAboutToBeDetached(FSNode *node);
     void nodeDetached(FSNode *node);
+    /// A folder that was scanned again will get new children; everything is still as it was.
+    void replacementBegins(FSNode *folder);
     /// Emitted before and after a folder that was scanned again gets new children. Before, the old ones are
     /// still in their place: drop all pointers to them and their descendants now. After, they no longer exist
     /// and the figures of the folder's ancestors are updated.

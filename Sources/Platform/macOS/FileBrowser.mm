@@ -7,10 +7,10 @@
 
 namespace brimvale {
 
-bool FileBrowser::reveal(const FileURL &item, const Tools & /*tools*/) {
+FileBrowser::Answer FileBrowser::reveal(const FileURL &item, const Tools & /*tools*/) {
     // For a missing item the Finder opens nothing and reports no error.
     if (!fileStatus(item.path()))
-        return false;
+        return Answer::none;
     @autoreleasepool {
         NSURL *url = urlOf(item);
         // AppKit is not documented as safe on other threads.
@@ -18,7 +18,16 @@ bool FileBrowser::reveal(const FileURL &item, const Tools & /*tools*/) {
           [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:@[ url ]];
         });
     }
-    return true;
+    return Answer::shown;
+}
+
+FileBrowser::Answer FileBrowser::showProperties(const FileURL & /*item*/, const Tools & /*tools*/) {
+    return Answer::none;
+}
+
+/// The Finder opens its window with the information only for scripts, which the user would have to allow.
+bool FileBrowser::canShowProperties(const Tools & /*tools*/) {
+    return false;
 }
 
 } // namespace brimvale

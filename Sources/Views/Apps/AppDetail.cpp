@@ -101,7 +101,7 @@ QWidget *AppDetail::makeBundleChoice() {
     QPushButton *reveal = makeButton("reveal", text(Words::current().revealItem), this);
     connect(reveal, &QPushButton::clicked, this, [this] {
         if (row_)
-            ItemActions::reveal(row_->app.url);
+            ItemActions::reveal(row_->app.url, this);
     });
     uninstaller_ = makeButton("showUninstaller", u"Show Uninstaller"_s, this);
     connect(uninstaller_, &QPushButton::clicked, this, [this] {

@@ -32,6 +32,7 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListView>
+#include <QMenu>
 #include <QScrollArea>
 #include <QShortcut>
 #include <QVBoxLayout>
@@ -155,7 +156,9 @@ void AppsView::followListSide() {
     connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this](const QItemSelection &selected) { choose(selected.indexes().value(0)); });
     connect(list_, &QAbstractItemView::activated, this,
-            [this](const QModelIndex &row) { ItemActions::reveal(listModel_.rowAt(row).app.url); });
+            [this](const QModelIndex &row) { ItemActions::reveal(listModel_.rowAt(row).app.url, this); });
+    list_->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(list_, &QWidget::customContextMenuRequested, this, &AppsView::showMenu);
     auto *find = new QShortcut(QKeySequence::Find, this);
     connect(find, &QShortcut::activated, search_, [this] {
         search_->setFocus(Qt::ShortcutFocusReason);
@@ -167,6 +170,13 @@ void AppsView::followListSide() {
         search_->clear();
         list_->setFocus(Qt::ShortcutFocusReason);
     });
+}
+
+void AppsView::showMenu(const QPoint &place) {
+    const QModelIndex row = list_->indexAt(place);
+    if (row.isValid())
+        ItemActions::menuFor({listModel_.rowAt(row).app.url}, this)
+            ->popup(list_->viewport()->mapToGlobal(place));
 }
 
 /// The entry is only there where orphans can be found.

@@ -48,6 +48,7 @@ private:
     QWidget *makeListSide();
     void makeListControls();
     void followListSide();
+    void showMenu(const QPoint &place);
     void followOrphans();
     QScrollArea *makeDetailArea(QWidget *detail);
     QWidget *makeDetailSide();

@@ -41,15 +41,11 @@ void LeftoverGroup::open(const QModelIndex &row) {
     if (item.isFolder && !ticked_.lockReason(item.url).isEmpty())
         emit browseAsked(item.url);
     else
-        ItemActions::reveal(item.url);
+        ItemActions::reveal(item.url, this);
 }
 
 void LeftoverGroup::showMenu(const QModelIndex &row, const QPoint &place) {
-    const LeftoverItem &item = model_.itemAt(row);
-    QMenu *menu = ItemActions::menuFor({item.url}, this);
-    if (item.isFolder)
-        ItemActions::addBrowsing(*menu, [this, folder = item.url] { emit browseAsked(folder); });
-    menu->popup(place);
+    ItemActions::menuFor({model_.itemAt(row).url}, this)->popup(place);
 }
 
 QWidget *LeftoverGroup::makeHead(const Heading &heading) {

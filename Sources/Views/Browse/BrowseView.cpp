@@ -9,6 +9,7 @@
 #include "Views/Browse/DetailPanel.h"
 #include "Views/Browse/Find/FindView.h"
 #include "Views/Browse/Find/TabStrip.h"
+#include "Views/Browse/GrowingView.h"
 #include "Views/Browse/NodeRemoval.h"
 #include "Views/Browse/Outline/OutlineView.h"
 #include "Views/Browse/ScanBar.h"
@@ -67,9 +68,9 @@ QString sentenceOf(const RemovalRefusal &refusal) {
 } // namespace
 
 BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &volumes, QWidget *parent)
-    : QWidget(parent), scan_(scan), removals_(removals), bar_(new ScanBar(scan, this)),
-      message_(new ScanMessage(scan, volumes, this)), body_(new QStackedLayout),
-      breadcrumb_(new Breadcrumb(this)), filter_(new QLineEdit(this)),
+    : QWidget(parent), scan_(scan), removals_(removals), bar_(new ScanBar(scan, volumes, this)),
+      message_(new ScanMessage(scan, volumes, this)), growing_(new GrowingView(scan, this)),
+      body_(new QStackedLayout), breadcrumb_(new Breadcrumb(this)), filter_(new QLineEdit(this)),
       outline_(new OutlineView(outlineModel_, this)), tabs_(new TabStrip(this)), find_(new FindView(this)),
       lists_(new QStackedLayout),
       filterNote_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
@@ -85,6 +86,7 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &vol
     results_ = makeResults();
     body_->addWidget(message_);
     body_->addWidget(results_);
+    body_->addWidget(growing_);
     addShortcuts();
 
     connect(&scan_, &ScanSession::treeChanged, this, &BrowseView::showTree);
@@ -92,12 +94,15 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &vol
         if (std::exchange(wasScanning_, scan_->isScanning) != scan_->isScanning)
             showState();
     });
+    connect(bar_, &ScanBar::unreadableAsked, this, &BrowseView::showUnreadable);
+    connect(growing_, &GrowingView::filled, this, &BrowseView::showState);
     connect(breadcrumb_, &Breadcrumb::chosen, this, &BrowseView::focusOn);
-    connect(outline_, &OutlineView::opened, this, &BrowseView::focusOn);
+    connect(outline_, &OutlineView::opened, this, &BrowseView::enter);
+    connect(outline_, &OutlineView::fileOpened, this, &BrowseView::enter);
     connect(outline_, &OutlineView::selectionChangedTo, this, &BrowseView::select);
     connect(outline_, &OutlineView::menuRequested, this, &BrowseView::showMenu);
     connect(treemap_, &TreemapView::selected, this, &BrowseView::selectNode);
-    connect(treemap_, &TreemapView::drilledIn, this, &BrowseView::focusOn);
+    connect(treemap_, &TreemapView::drilledIn, this, &BrowseView::enter);
     connect(treemap_, &TreemapView::contextMenuRequested, this,
             [this](FSNode *, QPoint place) { showMenu(place); });
     connect(filter_, &QLineEdit::textChanged, this, &BrowseView::applyFilter);
@@ -114,8 +119,11 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &vol
     connect(&scan_, &ScanSession::nodeAboutToBeDetached, this, &BrowseView::letGoOf);
     connect(&scan_, &ScanSession::nodeDetached, &outlineModel_, &OutlineModel::removed);
     connect(&scan_, &ScanSession::contentsAboutToBeReplaced, this, &BrowseView::letGoOfContents);
-    connect(&scan_, &ScanSession::contentsReplaced, this,
-            [this](FSNode *folder) { outlineModel_.replacedContents(*folder); });
+    connect(&scan_, &ScanSession::contentsReplaced, this, &BrowseView::showContents);
+    connect(&scan_, &ScanSession::replacementBegins, this, [this](const FSNode *folder) {
+        if (focus_ != nullptr)
+            kept_ = KeptPlaces(*outline_, *folder, focus_);
+    });
     connect(&removals_, &Removals::changed, this, &BrowseView::showRemoval);
     showTree();
 }
@@ -180,12 +188,11 @@ void BrowseView::addShortcuts() {
         filter_->setFocus(Qt::ShortcutFocusReason);
         filter_->selectAll();
     });
-    auto *up = new QShortcut(Shortcuts::enclosingFolder(), results_);
-    connect(up, &QShortcut::activated, this, &BrowseView::focusOnEnclosing);
-    for (const QKeySequence &key : Shortcuts::removal()) {
-        auto *remove = new QShortcut(key, results_);
-        connect(remove, &QShortcut::activated, this, &BrowseView::confirmRemoval);
-    }
+    addShortcut(Shortcuts::enclosingFolder(), [this] { focusOnEnclosing(); });
+    addShortcut(Shortcuts::back(), [this] { focusOnVisited(history_.back()); });
+    addShortcut(Shortcuts::forward(), [this] { focusOnVisited(history_.forward()); });
+    addShortcut(Shortcuts::rescanFolder(), [this] { rescanFolder(); });
+    addShortcut(Shortcuts::removal(), [this] { confirmRemoval(); });
     auto *clear = new QShortcut(QKeySequence(Qt::Key_Escape), filter_);
     clear->setContext(Qt::WidgetShortcut);
     connect(clear, &QShortcut::activated, filter_, [this] {
@@ -196,9 +203,15 @@ void BrowseView::addShortcuts() {
     connect(invert, &QShortcut::activated, this, &BrowseView::invertSelection);
 }
 
+void BrowseView::addShortcut(const QList<QKeySequence> &keys, const std::function<void()> &act) {
+    for (const QKeySequence &key : keys)
+        connect(new QShortcut(key, results_), &QShortcut::activated, this, act);
+}
+
 /// Shows the model's current tree, or none, and drops everything of an earlier one.
 void BrowseView::showTree() {
     focus_ = nullptr;
+    history_.clear();
     isStale_ = false;
     breadcrumb_->setFolder(nullptr);
     treemap_->setNode(nullptr);
@@ -209,19 +222,29 @@ void BrowseView::showTree() {
     if (scan_->tree != nullptr)
         focusOn(scan_->tree.get());
     showState();
+    selectAsBefore();
 }
 
 void BrowseView::showState() {
     const std::shared_ptr<FSNode> &tree = scan_->tree;
     const bool hasResults = tree != nullptr && !tree->children().empty();
-    body_->setCurrentWidget(hasResults ? results_ : message_);
-    if (!hasResults)
+    const bool isGrowing = tree == nullptr && growing_->hasRows();
+    const bool hadFocus = growing_->isAncestorOf(window()->focusWidget());
+    body_->setCurrentWidget(hasResults ? results_ : isGrowing ? static_cast<QWidget *>(growing_) : message_);
+    if (hasResults && hadFocus)
+        outline_->setFocus();
+    if (!hasResults && !isGrowing)
         message_->showState();
 }
 
 void BrowseView::focusOn(FSNode *folder) {
     if (folder == nullptr || folder->outlineChildren().empty())
         return;
+    history_.visit(FileURL(folder->path()));
+    moveFocus(folder);
+}
+
+void BrowseView::moveFocus(FSNode *folder) {
     if (outlineModel_.hides(*folder))
         filter_->clear(); // it might hide everything
     focus_ = folder;
@@ -278,12 +301,8 @@ void BrowseView::showMenu(const QPoint &place) {
         return;
     QMenu *menu = makeMenu(this);
     menu->setObjectName(QStringLiteral("nodeMenu"));
-    if (shown_.size() == 1) {
-        FSNode *node = shown_.front();
-        if (!node->outlineChildren().empty() && node != focus_)
-            menu->addAction(u"Open"_s, this, [this, node] { focusOn(node); });
-        menu->addAction(text(Words::current().revealItem), this, &BrowseView::reveal);
-    }
+    if (shown_.size() == 1)
+        addActionsFor(*shown_.front(), *menu);
     menu->addAction(ItemActions::copyTitle(shown_.size()), this, &BrowseView::copyPaths);
     if (currentList() == find_ && shown_.size() == 1)
         menu->addAction(u"Show in Folders"_s, this, [this, node = shown_.front()] { showInFolder(node); });
@@ -306,7 +325,7 @@ void BrowseView::showMenu(const QPoint &place) {
 
 void BrowseView::reveal() {
     if (shown_.size() == 1)
-        ItemActions::reveal(FileURL(shown_.front()->path()));
+        ItemActions::reveal(FileURL(shown_.front()->path()), this);
 }
 
 void BrowseView::copyPaths() {
@@ -361,16 +380,6 @@ void BrowseView::followRoute() {
         emit categoryAsked(std::string(one->id));
 }
 
-void BrowseView::open(const FileURL &folder) {
-    if (scan_->tree != nullptr) {
-        const std::vector<FSNode *> found = foldersAt(*scan_->tree, GonePaths({folder}));
-        if (found.size() == 1 && FileURL(found.front()->path()) == folder &&
-            !found.front()->outlineChildren().empty())
-            return focusOn(found.front());
-    }
-    scan_.startScan(folder.path());
-}
-
 /// A node is about to leave the tree: drop all pointers to it and its descendants.
 void BrowseView::letGoOf(FSNode *node) {
     if (focus_ == nullptr)
@@ -394,7 +403,7 @@ void BrowseView::letGoOfContents(FSNode *folder) {
         return;
     check_->forget();
     if (focus_ != folder && OutlineModel::isWithin(focus_, *folder))
-        focusOn(folder);
+        moveFocus(folder);
     const auto isGone = [folder](const FSNode *one) {
         return one != folder && (OutlineModel::isWithin(one, *folder) || !isInTree(*one));
     };

@@ -2,9 +2,15 @@
 
 #include "Base/FileURL.h"
 #include "Catalogs/CleanupEntry.h"
+#include "Views/Browse/FocusHistory.h"
+#include "Views/Browse/KeptPlaces.h"
 #include "Views/Browse/Outline/OutlineModel.h"
 
+#include <QKeySequence>
+#include <QList>
 #include <QWidget>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +24,7 @@ namespace brimvale {
 class Breadcrumb;
 class DetailPanel;
 class FindView;
+class GrowingView;
 class NodeRemoval;
 class OutlineView;
 class Removals;
@@ -43,6 +50,15 @@ public:
 
     /// Shows a folder (absolute): in the scanned tree if it is there, otherwise by scanning it.
     void open(const FileURL &folder);
+    /// Shows an item (absolute), selected in its parent folder: in the scanned tree if it is there. Otherwise
+    /// scans it, or for a file its parent folder, or says in the window that it is gone.
+    void showItem(const FileURL &item);
+    /// Scans a folder, or the parent folder of a file, which is then selected; says if the item is gone.
+    void scanItem(const FileURL &item);
+    /// Lets the user choose a folder, which is scanned at once.
+    void chooseFolder();
+    /// Scans the selected folder again, or the focused one.
+    void rescanFolder();
 
     /// The switch for the detailed map, for a menu.
     [[nodiscard]] QAction *detailedMap() const;
@@ -58,15 +74,21 @@ private:
     QWidget *makeOutlineSide();
     QWidget *makeTreemapSide();
     void addShortcuts();
+    void addShortcut(const QList<QKeySequence> &keys, const std::function<void()> &act);
 
     void showTree();
     void showState();
+    void selectAsBefore();
     void focusOn(FSNode *folder);
+    void enter(FSNode *node);
+    void moveFocus(FSNode *folder);
     void focusOnEnclosing();
+    void focusOnVisited(const std::optional<FileURL> &folder);
     void select(const std::vector<FSNode *> &nodes);
     void selectNode(FSNode *node);
     void showDetails(std::vector<FSNode *> nodes, bool isSelected);
     void showMenu(const QPoint &place);
+    void addActionsFor(FSNode &node, QMenu &menu);
     void reveal();
     Q_INVOKABLE void copyPaths();
     void showRemoval();
@@ -76,6 +98,10 @@ private:
     [[nodiscard]] const CategoryPolicy *policy() const;
     void letGoOf(FSNode *node);
     void letGoOfContents(FSNode *folder);
+    void showContents(FSNode *folder);
+    [[nodiscard]] FSNode *nodeOf(const FileURL &item) const;
+    void startScanOf(const FileURL &folder, const std::optional<FileURL> &item);
+    void showUnreadable();
     void showLater();
     void showAfterRemoval();
 
@@ -101,6 +127,7 @@ private:
     bool isStale_ = false;           ///< nodes were removed since the treemap was drawn
     ScanBar *bar_;
     ScanMessage *message_;
+    GrowingView *growing_;
     QWidget *results_ = nullptr;
     QStackedLayout *body_;
     Breadcrumb *breadcrumb_;
@@ -116,8 +143,11 @@ private:
     DetailPanel *details_;
     NodeRemoval *removal_;
     SelectionCheck *check_;
-    bool isRemovalAsked_ = false; ///< opens the question when the check is answered
-    bool isBasketAsked_ = false;  ///< puts the selection into the basket then
+    FocusHistory history_;
+    std::optional<FileURL> toSelect_; ///< when the running scan is finished
+    KeptPlaces kept_;                 ///< while a folder gets other contents
+    bool isRemovalAsked_ = false;     ///< opens the question when the check is answered
+    bool isBasketAsked_ = false;      ///< puts the selection into the basket then
 };
 
 } // namespace brimvale

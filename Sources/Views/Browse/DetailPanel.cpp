@@ -22,6 +22,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -163,8 +164,11 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
         name_->setText(u"Nothing selected"_s);
         showFigures({none, none, none, none, none});
     } else {
-        showFigures({sizeText(size), sizeText(logicalSize), only != nullptr ? shareText(*only) : none,
-                     text(Fmt::count(fileCount)), text(Fmt::count(dirCount))});
+        const bool isAtLeast =
+            std::any_of(nodes.begin(), nodes.end(), [](const FSNode *node) { return node->isAtLeast(); });
+        showFigures({isAtLeast ? u"≥ %1"_s.arg(sizeText(size)) : sizeText(size), sizeText(logicalSize),
+                     only != nullptr ? shareText(*only) : none, text(Fmt::count(fileCount)),
+                     text(Fmt::count(dirCount))});
     }
     const std::optional<std::string> why = only != nullptr ? explanation(*only) : std::nullopt;
     explanation_->setText(why ? text(*why) : QString());

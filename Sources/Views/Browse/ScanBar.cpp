@@ -1,6 +1,7 @@
 #include "Views/Browse/ScanBar.h"
 
 #include "Core/Model/ScanSession.h"
+#include "Core/Model/Volumes.h"
 #include "Core/Scan/ScanRootPreset.h"
 #include "Core/Scan/ScanStats.h"
 #include "Core/Text/Formatting.h"
@@ -12,6 +13,7 @@
 #include "Views/Components/Icons.h"
 #include "Views/Components/Metrics.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/PageParts.h"
 #include "Views/Components/Popup.h"
 #include "Views/Components/ProgressLine.h"
 #include "Views/Components/Text.h"
@@ -51,25 +53,29 @@ QString elapsedText(double seconds) {
 
 } // namespace
 
-ScanBar::ScanBar(ScanSession &scan, QWidget *parent)
-    : QWidget(parent), session_(scan), presets_(new QComboBox(this)),
+ScanBar::ScanBar(ScanSession &scan, const Volumes &volumes, QWidget *parent)
+    : QWidget(parent), session_(scan), volumes_(volumes), presets_(new QComboBox(this)),
       choose_(new FoldingButton(u"Choose Folder"_s, this)), scan_(new FoldingButton({}, this)),
       root_(new ElidedLabel(Type::Size::body, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       files_(makeFigure(this, TextLabel::Tone::primary, "scanFiles", QStringLiteral("8,888,888 files"))),
       bytes_(makeFigure(this, TextLabel::Tone::primary, "scanBytes", QStringLiteral("888.88 GB"))),
       elapsed_(makeFigure(this, TextLabel::Tone::secondary, "scanElapsed", QStringLiteral("88.8 s"))),
-      unreadable_(makeFigure(this, TextLabel::Tone::warning, "scanUnreadable", {})),
+      unreadable_(makeButton("scanUnreadable", {}, this)),
       current_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::tertiary, Qt::ElideMiddle, this)) {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
     layout->addWidget(makeControls());
     layout->addWidget(makeProgress());
-    fillPresets();
+    unreadable_->setFlat(true);
+    unreadable_->setToolTip(u"Show what could not be read, and why"_s);
+    fillPlaces();
 
     connect(presets_, &QComboBox::activated, this, [this](int index) {
-        session_.chooseScanRoot(ScanRootPreset::allCases().at(static_cast<std::size_t>(index)).path());
+        session_.chooseScanRoot(presets_->itemData(index).toByteArray().toStdString());
     });
+    connect(&volumes_, &Volumes::changed, this, &ScanBar::fillPlaces);
+    connect(unreadable_, &QPushButton::clicked, this, &ScanBar::unreadableAsked);
     connect(choose_, &QPushButton::clicked, this, &ScanBar::chooseFolder);
     connect(scan_, &QPushButton::clicked, this, &ScanBar::startOrStop);
     connect(&session_, &ScanSession::changed, this, &ScanBar::showSession);
@@ -95,7 +101,8 @@ QWidget *ScanBar::makeControls() {
     layout->addSpacing(8);
     layout->addWidget(root_, 1);
     layout->addSpacing(8);
-    for (TextLabel *figure : {unreadable_, files_, bytes_, elapsed_})
+    layout->addWidget(unreadable_);
+    for (TextLabel *figure : {files_, bytes_, elapsed_})
         layout->addWidget(figure);
     foldToFit(*controls, {choose_, scan_});
     return controls;
@@ -118,9 +125,28 @@ QWidget *ScanBar::makeProgress() {
     return progress_;
 }
 
-void ScanBar::fillPresets() {
+/// The presets and, below them, the mounted volumes.
+void ScanBar::fillPlaces() {
+    presets_->clear();
     for (const ScanRootPreset &preset : ScanRootPreset::allCases())
-        presets_->addItem(text(preset.rawValue()));
+        presets_->addItem(text(preset.rawValue()), QByteArray::fromStdString(preset.path()));
+    addVolumes();
+    showPlace();
+}
+
+void ScanBar::addVolumes() {
+    bool hasSeparator = false;
+    for (const VolumeInfo &volume : volumes_->volumes) {
+        const QByteArray path = QByteArray::fromStdString(volume.url.path());
+        if (presets_->findData(path) >= 0)
+            continue;
+        if (!std::exchange(hasSeparator, true))
+            presets_->insertSeparator(presets_->count());
+        presets_->addItem(u"%1, %2 free"_s.arg(displayedText(volume.name), sizeText(volume.shownAvailable())),
+                          path);
+        presets_->setItemData(presets_->count() - 1, asToolTip(displayedText(volume.url.path())),
+                              Qt::ToolTipRole);
+    }
 }
 
 /// During a scan only the figures change, but often.
@@ -134,12 +160,11 @@ void ScanBar::showSession() {
 
 void ScanBar::showScanRoot() {
     root_->setText(displayedText(session_->scanRootPath));
-    int shown = -1;
-    const std::vector<ScanRootPreset> presets = ScanRootPreset::allCases();
-    for (std::size_t i = 0; i < presets.size() && shown < 0; ++i)
-        if (presets[i].path() == session_->scanRootPath)
-            shown = static_cast<int>(i);
-    presets_->setCurrentIndex(shown);
+    showPlace();
+}
+
+void ScanBar::showPlace() {
+    presets_->setCurrentIndex(presets_->findData(QByteArray::fromStdString(session_->scanRootPath)));
 }
 
 void ScanBar::showFigures() {
@@ -151,12 +176,20 @@ void ScanBar::showFigures() {
     elapsed_->setText(elapsedText(session_->scanElapsed));
     unreadable_->setVisible(hasFigures && session_->scanUnreadable > 0);
     unreadable_->setText(u"%1 unreadable"_s.arg(text(Fmt::count(session_->scanUnreadable))));
-    current_->setText(displayedText(session_->scanCurrentPath));
+    if (isRescanning())
+        current_->setText(u"Scanning “%1” again"_s.arg(displayedText(session_->rescannedPath)));
+    else
+        current_->setText(displayedText(session_->scanCurrentPath));
+    progress_->setVisible(session_->isScanning || isRescanning());
+}
+
+/// One folder of the tree, in place.
+bool ScanBar::isRescanning() const {
+    return !session_->isScanning && !session_->rescannedPath.empty();
 }
 
 void ScanBar::showState() {
     scan_->setText(session_->isScanning ? u"Stop"_s : u"Scan"_s);
-    progress_->setVisible(session_->isScanning);
     drawIcons();
 }
 
@@ -201,6 +234,9 @@ void ScanBar::changeEvent(QEvent *event) {
 
 void ScanBar::drawIcons() {
     const Theme &theme = Theme::current();
+    QPalette warning = unreadable_->palette();
+    warning.setColor(QPalette::ButtonText, theme.warning);
+    unreadable_->setPalette(warning);
     choose_->setIcon(Icons::icon(QStringLiteral("folder"), theme.text, Metrics::iconSize));
     scan_->setIcon(Icons::icon(session_->isScanning ? QStringLiteral("square") : QStringLiteral("search"),
                                theme.onAccent, Metrics::iconSize));

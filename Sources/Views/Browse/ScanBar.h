@@ -12,14 +12,22 @@ class ElidedLabel;
 class FoldingButton;
 class ScanSession;
 class TextLabel;
+class Volumes;
 
 /// The control bar of the Browse page: the folder to scan, Start and Stop, and the scan's figures.
 class ScanBar : public QWidget {
     Q_OBJECT
 
 public:
-    /// `scan` must outlive the bar.
-    explicit ScanBar(ScanSession &scan, QWidget *parent = nullptr);
+    /// Both must outlive the bar.
+    ScanBar(ScanSession &scan, const Volumes &volumes, QWidget *parent = nullptr);
+
+    /// Lets the user choose a folder, which is scanned at once.
+    void chooseFolder();
+
+signals:
+    /// The user wants to see what could not be read.
+    void unreadableAsked();
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -27,17 +35,20 @@ protected:
 private:
     QWidget *makeControls();
     QWidget *makeProgress();
-    void fillPresets();
+    void fillPlaces();
     void showSession();
     void showScanRoot();
+    void showPlace();
     void showFigures();
+    [[nodiscard]] bool isRescanning() const;
     void showState();
     void startOrStop();
-    void chooseFolder();
+    void addVolumes();
     void scanChosen(const std::string &path);
     void drawIcons();
 
     ScanSession &session_;
+    const Volumes &volumes_;
     std::optional<std::string> shownRoot_;
     std::optional<bool> wasScanning_; ///< the state shown
     QComboBox *presets_;
@@ -47,7 +58,7 @@ private:
     TextLabel *files_;
     TextLabel *bytes_;
     TextLabel *elapsed_;
-    TextLabel *unreadable_;
+    QPushButton *unreadable_;
     QWidget *progress_ = nullptr;
     ElidedLabel *current_;
 };

@@ -81,7 +81,7 @@ void BackupReviewView::addFolder(QVBoxLayout &layout) {
     path->setObjectName(QStringLiteral("backupFolder"));
     path->setText(displayedText(pending_.destination.path()));
     QPushButton *open = makeButton("openFolder", text(Words::current().openFolder), card);
-    connect(open, &QPushButton::clicked, this, [this] { ItemActions::reveal(pending_.destination); });
+    connect(open, &QPushButton::clicked, this, [this] { ItemActions::reveal(pending_.destination, this); });
     auto *words = new QVBoxLayout;
     words->setSpacing(2);
     words->addWidget(title);

@@ -2,13 +2,21 @@
 
 #include "Base/VisibleText.h"
 #include "Views/Components/Icons.h"
+#include "Views/Components/Text.h"
 
 #include <QTextDocument>
+
+using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
 QString displayedText(std::string_view bytes) {
     return QString::fromStdString(visibleText(bytes));
+}
+
+QString nodeSizeText(const FSNode &node) {
+    const QString size = sizeText(node.size);
+    return node.isAtLeast() ? u"≥ %1"_s.arg(size) : size;
 }
 
 QString nodeIconName(const FSNode &node) {

@@ -13,6 +13,9 @@ namespace brimvale {
     return displayedText(node.name);
 }
 
+/// A node's size, with "≥" if something inside could not be read, so that it may be larger.
+[[nodiscard]] QString nodeSizeText(const FSNode &node);
+
 /// The name of the icon for a node's kind and state.
 [[nodiscard]] QString nodeIconName(const FSNode &node);
 

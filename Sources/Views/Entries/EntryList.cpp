@@ -27,13 +27,11 @@ void EntryList::open(const QModelIndex &row) {
     if (isLocked && isFolder(row))
         emit browseAsked(urlAt(row));
     else
-        ItemActions::reveal(urlAt(row));
+        ItemActions::reveal(urlAt(row), this);
 }
 
 void EntryList::showMenu(const QModelIndex &row, const QPoint &place) {
     QMenu *menu = ItemActions::menuFor({urlAt(row)}, this);
-    if (isFolder(row))
-        ItemActions::addBrowsing(*menu, [this, folder = urlAt(row)] { emit browseAsked(folder); });
     const CleanupEntry &entry = entries()[static_cast<std::size_t>(row.row())];
     if (offersBasket_ && row.data(Qt::CheckStateRole).isValid())
         menu->addAction(u"Add to Basket"_s, this, [this, entry] { emit basketAsked({entry}); })

@@ -7,8 +7,10 @@
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
+#include "Views/Entries/ItemActions.h"
 
 #include <QHBoxLayout>
+#include <QMenu>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -46,6 +48,10 @@ QWidget *VolumesCard::makeRow(const VolumeInfo &volume) {
     auto *row = new QWidget(this);
     row->setObjectName(QStringLiteral("volumeRow"));
     row->setToolTip(asToolTip(displayedText(volume.url.path())));
+    row->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(row, &QWidget::customContextMenuRequested, this, [this, row, volume = volume.url](QPoint place) {
+        ItemActions::menuFor({volume}, this)->popup(row->mapToGlobal(place));
+    });
     auto *name = new ElidedLabel(Type::Size::body, TextLabel::Tone::primary, Qt::ElideMiddle, row);
     name->setText(displayedText(volume.name));
     auto *words = new QVBoxLayout;

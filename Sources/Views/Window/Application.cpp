@@ -97,13 +97,17 @@ Application::Application(int &argumentCount, char **arguments) {
         new OpenRequests([this](const FileURL &folder) { window_->scan(folder); }, &*toolkit_));
 }
 
-void Application::open(const std::optional<FileURL> &folder) {
+void Application::open(const Launch &launch) {
     followSystemAppearance(&*window_, [this] { window_->applyTheme(); });
     window_->show();
     // The start should only show the window.
     new AfterFirstDrawing(window_->windowHandle(), [this] { updater_->check(true); });
-    if (folder)
-        window_->scan(*folder);
+    if (launch.file)
+        window_->showInBrowse(*launch.file);
+    else if (launch.folder)
+        window_->scan(*launch.folder);
+    if (!launch.notice.empty())
+        window_->showNotice(QString::fromStdString(launch.notice));
 }
 
 } // namespace brimvale

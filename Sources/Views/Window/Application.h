@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Base/FileURL.h"
 #include "Core/Model/CorvelModel.h"
 #include "Core/Update/Updater.h"
 #include "Views/Window/ContentView.h"
+#include "Views/Window/Launch.h"
 
 #include <QApplication>
 #include <optional>
@@ -17,7 +17,7 @@ public:
     Application(int &argumentCount, char **arguments);
 
     /// Shows the window; with a folder, on the page that scans it.
-    void open(const std::optional<FileURL> &folder);
+    void open(const Launch &launch);
 
     /// Handles events until the user quits; returns the exit status.
     [[nodiscard]] static int run() { return QApplication::exec(); }

@@ -28,6 +28,8 @@
 #include "Views/Window/BackupReviews.h"
 #include "Views/Window/BasketBar.h"
 #include "Views/Window/ClosingQuestion.h"
+#include "Views/Window/DroppedItem.h"
+#include "Views/Window/NoticeBar.h"
 #include "Views/Window/RemovalBar.h"
 #include "Views/Window/ResultBanner.h"
 #include "Views/Window/SampleNote.h"
@@ -38,10 +40,13 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QStackedWidget>
 #include <QToolTip>
 #include <QVBoxLayout>
@@ -67,6 +72,7 @@ QKeySequence shortcutOf(const Section &section) {
     case Section::Kind::cleanup:
         return Shortcuts::page(3);
     case Section::Kind::apps:
+        return Shortcuts::page(4);
     case Section::Kind::category:
         break;
     }
@@ -77,11 +83,12 @@ QKeySequence shortcutOf(const Section &section) {
 
 ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     : QMainWindow(parent), model_(model), updater_(updater), sidebar_(new Sidebar(this)),
-      stack_(new QStackedWidget(this)),
+      stack_(new QStackedWidget(this)), notice_(new NoticeBar(this)),
       closing_(new ClosingQuestion(model.removals, model.backups, model.volumes, *this)) {
     setObjectName(QStringLiteral("contentView"));
     applyTheme();
     setMinimumSize(minimumSizeOfWindow);
+    setAcceptDrops(true);
     resize(defaultSize);
 
     auto *content = new QWidget(this);
@@ -92,6 +99,7 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     auto *page = new QVBoxLayout;
     page->setSpacing(0);
     page->addWidget(stack_, 1);
+    page->addWidget(notice_);
     page->addWidget(new ResultBanner(model_.removals, model_.trash, this));
     page->addWidget(new BasketBar(model_.basket, model_.removals, this));
     page->addWidget(new RemovalBar(model_.removals, this));
@@ -169,6 +177,9 @@ QMenu *ContentView::addMenu(const QString &title) {
 
 void ContentView::buildMenus() {
     QMenu *file = addMenu(u"&File"_s);
+    QAction *choose = file->addAction(u"&Choose Folder to Scan…"_s, Shortcuts::chooseFolder(), this,
+                                      &ContentView::chooseFolder);
+    choose->setObjectName(QStringLiteral("chooseFolderToScan"));
     QAction *rescan = file->addAction(u"&Rescan"_s, this, &ContentView::rescan);
     rescan->setShortcuts(Shortcuts::rescan());
     rescan->setObjectName(QStringLiteral("rescan"));
@@ -340,6 +351,36 @@ void ContentView::showSample(const FileURL &disk) {
 void ContentView::browse(const FileURL &folder) {
     goTo({Section::Kind::browse});
     browse_->open(folder);
+}
+
+void ContentView::showInBrowse(const FileURL &item) {
+    goTo({Section::Kind::browse});
+    AccessNotice::beforeLook(*this, [this, item] { browse_->showItem(item); });
+}
+
+void ContentView::showNotice(const QString &sentence) {
+    notice_->showNotice(sentence);
+}
+
+void ContentView::chooseFolder() {
+    goTo({Section::Kind::browse});
+    browse_->chooseFolder();
+}
+
+void ContentView::dragEnterEvent(QDragEnterEvent *event) {
+    if (!isSheetOpen() && droppedItem(*event->mimeData()))
+        event->acceptProposedAction();
+}
+
+/// A drop only shows the item. It moves and copies nothing.
+void ContentView::dropEvent(QDropEvent *event) {
+    const std::optional<FileURL> item = droppedItem(*event->mimeData());
+    if (!item)
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    goTo({Section::Kind::browse});
+    AccessNotice::beforeLook(*this, [this, item = *item] { browse_->scanItem(item); });
 }
 
 void ContentView::showShortcuts() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/FileURL.h"
+#include "Views/Components/WindowServices.h"
 #include "Views/Window/Section.h"
 #include "Views/Window/Sidebar.h"
 
@@ -18,7 +19,7 @@ namespace brimvale {
 class BrowseView;
 class ClosingQuestion;
 class CorvelModel;
-class FileURL;
+class NoticeBar;
 class UpdateView;
 class Updater;
 struct StorageCategory;
@@ -26,7 +27,7 @@ struct StorageCategory;
 /// The main window: the sidebar at the left, the current page at the right. A page is built when it is first
 /// shown. The window follows changes of the system's light or dark appearance. During a removal or a backup
 /// it asks before it closes or installs an update.
-class ContentView : public QMainWindow {
+class ContentView : public QMainWindow, public WindowServices {
     Q_OBJECT
 
 public:
@@ -39,6 +40,9 @@ public:
     void scan(const std::optional<FileURL> &folder);
     /// Says that the window shows a sample of a disk, in this folder, and not the computer.
     void showSample(const FileURL &disk);
+    /// Shows a folder, or a file in its parent folder, on the page that scans; scans it if necessary.
+    void showInBrowse(const FileURL &item) override;
+    void showNotice(const QString &sentence) override;
     /// Shows the current theme. Needed only if that changes without the palette of the application.
     void applyTheme();
     [[nodiscard]] const Section &currentSection() const { return pages_[current_].section; }
@@ -46,6 +50,8 @@ public:
 protected:
     bool event(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     struct Page {
@@ -65,6 +71,7 @@ private:
     void showPageOfRow(int row);
     void rescan();
     void browse(const FileURL &folder);
+    void chooseFolder();
     void showShortcuts();
     void showAbout();
     void addCategoryPage(const StorageCategory &category);
@@ -80,6 +87,7 @@ private:
     Sidebar *sidebar_;
     QStackedWidget *stack_;
     QMenu *viewMenu_ = nullptr;
+    NoticeBar *notice_;
     QMenu *goMenu_ = nullptr;
     BrowseView *browse_ = nullptr; ///< null until it is first shown
     std::vector<Page> pages_;

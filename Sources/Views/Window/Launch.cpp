@@ -1,7 +1,9 @@
 #include "Views/Window/Launch.h"
 
+#include "Base/ErrorReason.h"
 #include "Base/Options.h"
 #include "Base/Result.h"
+#include "Platform/FileStatus.h"
 #include "Platform/Folder.h"
 
 #include <QChar>
@@ -25,9 +27,11 @@ constexpr std::array options = {
 };
 
 std::string help() {
-    return "Usage: brimvale [OPTION]… [FOLDER]\n"
+    return "Usage: brimvale [OPTION]… [PATH]\n"
            "\n"
-           "Shows where disk space has gone and gets it back safely. With a folder, scans it at once.\n"
+           "Shows where disk space has gone and gets it back safely. With a folder, scans it at once; with "
+           "a\n"
+           "file, scans its folder and selects it.\n"
            "\n"
            "Options:\n" +
            inColumns(helpRows(options)) +
@@ -66,8 +70,8 @@ Launch::Refusal refusalOf(const UsageError &error) {
     return wrongSystem(error.value);
 }
 
-/// The folder named by `typed`, or the reason why it cannot be used.
-Result<FileURL> folderAt(std::string_view typed) {
+/// The absolute path named by `typed`, or the reason why there is none.
+Result<FileURL> placeAt(std::string_view typed) {
     if (typed.empty())
         return FileError::posix(ENOENT);
     std::string base = "/";
@@ -77,10 +81,31 @@ Result<FileURL> folderAt(std::string_view typed) {
         if (error)
             return FileError::posix(error.value());
     }
-    const FileURL url = FileURL::resolving(typed, FileURL(base)).standardized();
-    if (Folder::at(url.path(), Folder::Links::follow).isOpen() || errno == EACCES || errno == EPERM)
-        return url;
-    return FileError::posix(errno);
+    return FileURL::resolving(typed, FileURL(base)).standardized();
+}
+
+void noteMissing(Launch &launch, std::string_view typed, int error) {
+    launch.notice = "“";
+    launch.notice.append(printable(typed)).append("” cannot be scanned: ");
+    launch.notice.append(reasonOfError(error)).append(".");
+}
+
+/// What to scan and select for the path typed.
+void readPlace(Launch &launch, std::string_view typed) {
+    const Result<FileURL> found = placeAt(typed);
+    if (const auto *error = std::get_if<FileError>(&found))
+        return noteMissing(launch, typed, error->code);
+    const auto &place = std::get<FileURL>(found);
+    if (Folder::at(place.path(), Folder::Links::follow).isOpen() || errno == EACCES || errno == EPERM) {
+        launch.folder = place;
+        return;
+    }
+    const int error = errno;
+    const bool isFile = error == ENOTDIR && fileStatus(place.path()) && !typed.ends_with('/');
+    if (!isFile)
+        return noteMissing(launch, typed, error);
+    launch.folder = place.parent();
+    launch.file = place;
 }
 
 } // namespace
@@ -107,15 +132,10 @@ std::variant<Launch, Launch::Refusal> Launch::read(std::span<const char *const> 
             return wrongUsage("--sample takes new or remove, not \"" + printable(*sample) + "\"");
     }
     if (arguments.operands().size() > 1)
-        return wrongUsage("one folder at a time, not also \"" + printable(arguments.operands()[1]) + "\"");
+        return wrongUsage("one path at a time, not also \"" + printable(arguments.operands()[1]) + "\"");
     if (arguments.operands().empty())
         return launch;
-    const std::string_view folder = arguments.operands().front();
-    Result<FileURL> place = folderAt(folder);
-    if (const auto *error = std::get_if<FileError>(&place))
-        return Refusal{.exitStatus = 1,
-                       .text = "brimvale: " + printable(folder) + ": " + error->localizedDescription + "\n"};
-    launch.folder = std::get<FileURL>(std::move(place));
+    readPlace(launch, arguments.operands().front());
     return launch;
 }
 

@@ -27,11 +27,15 @@ QString text(const QList<QKeySequence> &keys) {
 
 ShortcutsSheet::ShortcutsSheet(QWidget *parent) : Sheet("shortcutsSheet", u"Keyboard Shortcuts"_s, parent) {
     const QList<Row> rows = {
-        {{Shortcuts::page(1), Shortcuts::page(2), Shortcuts::page(3)},
-         u"Go to Overview, Browse or Cleanup"_s},
+        {{Shortcuts::page(1), Shortcuts::page(2), Shortcuts::page(3), Shortcuts::page(4)},
+         u"Go to Overview, Browse, Cleanup or Apps"_s},
+        {{Shortcuts::chooseFolder()}, u"Choose a folder to scan"_s},
         {Shortcuts::rescan(), u"Scan again, or look for apps again"_s},
         {{Qt::Key_Return}, u"Go into the selected folder"_s},
-        {{Shortcuts::enclosingFolder()}, u"Come back out to the folder around it"_s},
+        {Shortcuts::enclosingFolder(), u"Go to the parent folder"_s},
+        {Shortcuts::back(), u"Go back to the previous folder"_s},
+        {Shortcuts::forward(), u"Go forward again"_s},
+        {Shortcuts::rescanFolder(), u"Scan the selected folder again"_s},
         {{QKeySequence(QKeySequence::Find)}, u"Look for a name"_s},
         {{QKeySequence(QKeySequence::SelectAll)}, u"Select all rows of a list in Browse"_s},
         {{Shortcuts::invertSelection()}, u"Select the other rows instead"_s},

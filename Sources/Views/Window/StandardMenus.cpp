@@ -1,5 +1,6 @@
 #include "Views/Window/StandardMenus.h"
 
+#include "Views/Components/Shortcuts.h"
 #include "Views/Components/SystemAppearance.h"
 
 #include <QAbstractItemView>
@@ -67,9 +68,10 @@ void addWindow(QMenu &menu, QMainWindow &window) {
         window.isMaximized() ? window.showNormal() : window.showMaximized();
     });
     zoom->setObjectName(QStringLiteral("zoom"));
-    QAction *fullScreen = menu.addAction(u"&Full Screen"_s, QKeySequence::FullScreen, &window, [&window] {
+    QAction *fullScreen = menu.addAction(u"&Full Screen"_s, &window, [&window] {
         window.setWindowState(window.windowState() ^ Qt::WindowFullScreen);
     });
+    fullScreen->setShortcuts(Shortcuts::fullScreen());
     fullScreen->setObjectName(QStringLiteral("fullScreen"));
 }
 

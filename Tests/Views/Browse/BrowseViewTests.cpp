@@ -3,6 +3,7 @@
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
 #include "Core/Model/Volumes.h"
+#include "Core/Scan/ScanRootPreset.h"
 #include "Core/Scan/ScanStats.h"
 #include "Support/PageTest.h"
 #include "Support/SampleTree.h"
@@ -121,8 +122,8 @@ TEST_F(BrowsePage, SaysWhyThereIsNothingToShow) {
 
 TEST_F(BrowsePage, StartsAndStopsFromTheBar) {
     auto &presets = find<QComboBox>("presets");
-    presets.setCurrentIndex(presets.count() - 1);
-    emit presets.activated(presets.count() - 1);
+    presets.setCurrentIndex(static_cast<int>(ScanRootPreset::allCases().size()) - 1);
+    emit presets.activated(presets.currentIndex());
     EXPECT_EQ(model.scan->scanRootPath, Host::current().root);
     EXPECT_FALSE(model.scan->isScanning) << "choosing a place does not scan it";
     EXPECT_EQ(text("scanRoot"), Host::current().root);
@@ -254,6 +255,102 @@ TEST_F(BrowsePage, EntersFoldersAndComesBack) {
     EXPECT_EQ(treemap.node(), model.scan->tree.get());
     QTest::keyClick(&page, Qt::Key_Up, Qt::ControlModifier);
     EXPECT_EQ(treemap.node(), model.scan->tree.get()) << "nothing lies around the scan root";
+}
+
+TEST_F(BrowsePage, GoesBackForwardAndUpByKeys) {
+    scan();
+    const auto &treemap = find<TreemapView>("treemap");
+    FSNode *root = model.scan->tree.get();
+    clickTile(node({"big"}), true);
+    clickTile(node({"big", "inner"}), true);
+    testing::activate(page);
+    struct Step {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        FSNode *shown;
+    };
+    for (const Step &step : {
+             Step{Qt::Key_Left, Qt::AltModifier, &node({"big"})},
+             Step{Qt::Key_Left, Qt::AltModifier, root},
+             Step{Qt::Key_Left, Qt::AltModifier, root},
+             Step{Qt::Key_Right, Qt::AltModifier, &node({"big"})},
+             Step{Qt::Key_BracketRight, Qt::ControlModifier, &node({"big", "inner"})},
+             Step{Qt::Key_Right, Qt::AltModifier, &node({"big", "inner"})},
+             Step{Qt::Key_Backspace, Qt::NoModifier, &node({"big"})},
+             Step{Qt::Key_Right, Qt::AltModifier, &node({"big"})}, // going up is a step of its own
+             Step{Qt::Key_BracketLeft, Qt::ControlModifier, &node({"big", "inner"})},
+             Step{Qt::Key_Up, Qt::AltModifier, &node({"big"})},
+             Step{Qt::Key_Up, Qt::AltModifier, root},
+         }) {
+        QTest::keyClick(&page, step.key, step.modifiers);
+        EXPECT_EQ(treemap.node(), step.shown) << step.key;
+    }
+    auto &filter = find<QLineEdit>("filter");
+    filter.setFocus();
+    QTest::keyClicks(&filter, "ab");
+    QTest::keyClick(&filter, Qt::Key_Backspace);
+    EXPECT_EQ(filter.text(), "a") << "in a field the key is the field's";
+}
+
+TEST_F(BrowsePage, ScansAFolderAgainInItsPlace) {
+    folder.makeFile("big/inner/deep/file", 30'000);
+    scan();
+    auto &outline = find<OutlineView>("outline");
+    const auto rescan = [&](std::string_view name, std::int64_t files) {
+        testing::activate(page);
+        outline.select(&node({name}));
+        emit outline.selectionChangedTo({&node({name})});
+        QTest::keyClick(&page, Qt::Key_F5, Qt::ShiftModifier);
+        EXPECT_EQ(model.scan->rescannedPath, folder.path(name));
+        EXPECT_TRUE(isVisible("scanProgress"));
+        ASSERT_TRUE(eventually([&] { return model.scan->rescannedPath.empty(); }));
+        EXPECT_EQ(model.scan->tree->fileCount, files);
+        EXPECT_FALSE(isVisible("scanProgress"));
+    };
+    const auto indexOf = [&](FSNode &of) {
+        return static_cast<OutlineModel *>(outline.model())->indexOf(of);
+    };
+    outline.expand(indexOf(node({"big"})));
+    outline.expand(indexOf(node({"big", "inner"})));
+    folder.makeFile("big/more", 10'000);
+    rescan("big", 5);
+    EXPECT_EQ(text("detailName"), "big");
+    EXPECT_TRUE(outline.isExpanded(indexOf(node({"big"}))));
+    EXPECT_TRUE(outline.isExpanded(indexOf(node({"big", "inner"}))));
+
+    // The focus, and a selection below the folder.
+    emit outline.opened(&node({"big", "inner"}));
+    outline.select(&node({"big", "inner", "deep"}));
+    folder.makeFile("big/inner/deep/another", 10'000);
+    model.scan.rescan(FileURL(folder.path("big")));
+    ASSERT_TRUE(eventually([&] { return model.scan->rescannedPath.empty(); }));
+    EXPECT_EQ(outline.focusFolder(), &node({"big", "inner"}));
+    EXPECT_EQ(outline.selectedNodes(), std::vector<FSNode *>{&node({"big", "inner", "deep"})});
+    ASSERT_TRUE(eventually([&] { return text("files") == "2"; }));
+
+    std::filesystem::remove_all(folder.path("big/inner"));
+    model.scan.rescan(FileURL(folder.path("big")));
+    ASSERT_TRUE(eventually([&] { return model.scan->rescannedPath.empty(); }));
+    EXPECT_EQ(outline.focusFolder(), &node({"big"})) << "the nearest ancestor that is left";
+}
+
+TEST_F(BrowsePage, ShowsAnItemInItsFolder) {
+    scan();
+    page.showItem(FileURL(folder.path("big/inner")));
+    auto &outline = find<OutlineView>("outline");
+    EXPECT_EQ(outline.focusFolder(), &node({"big"}));
+    EXPECT_EQ(outline.selectedNodes(), std::vector<FSNode *>{&node({"big", "inner"})});
+
+    // A file that is too small for a node is shown by a scan of its folder.
+    page.showItem(FileURL(folder.path("big/inner/file")));
+    ASSERT_TRUE(eventually([&] { return model.scan->isScanning; }));
+    ASSERT_TRUE(eventually([&] { return model.scan->tree != nullptr; }));
+    EXPECT_EQ(model.scan->tree->path(), folder.path("big/inner"));
+    EXPECT_EQ(outline.selectedNodes(), std::vector<FSNode *>{&node({"file"})});
+    const FSNode *tree = model.scan->tree.get();
+    page.showItem(FileURL(folder.path("missing")));
+    QTest::qWait(100);
+    EXPECT_EQ(model.scan->tree.get(), tree);
 }
 
 TEST_F(BrowsePage, DropsTheSelectionWhenTheFolderShownIsChosenAgain) {

@@ -18,19 +18,25 @@
 #include "Views/Browse/Outline/OutlineView.h"
 #include "Views/Cleanup/CleanupView.h"
 #include "Views/Components/Theme.h"
+#include "Views/Entries/ItemActions.h"
 #include "Views/Overview/OverviewView.h"
 #include "Views/Window/WindowStyle.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QImage>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPointer>
 #include <QToolTip>
+#include <QUrl>
 #include <algorithm>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <utility>
 
@@ -149,7 +155,8 @@ TEST_F(ContentViewTest, LeadsFromPageToPage) {
     testing::makeBundle(home, "Applications/Acme.app");
     home.makeFolder("Library/Messages"); // with Full Disk Access
     open();
-    window->goTo({Section::Kind::apps});
+    QTest::keyClick(window.get(), Qt::Key_4, Qt::ControlModifier);
+    EXPECT_EQ(window->currentSection(), Section{Section::Kind::apps});
     ASSERT_TRUE(
         testing::eventually([&] { return !model->apps->apps.empty() && !model->apps->isLoadingApps; }));
     for (const auto &[key, modifier] :
@@ -172,6 +179,61 @@ TEST_F(ContentViewTest, LeadsFromPageToPage) {
     EXPECT_EQ(window->findChild<OutlineView *>("outline")->focusFolder()->path(), home.path("folder"));
     emit window->findChild<BrowseView *>()->categoryAsked("photos");
     EXPECT_EQ(window->currentSection(), (Section{Section::Kind::category, "photos"}));
+}
+
+TEST_F(ContentViewTest, ScansWhatIsDroppedOnIt) {
+    home.makeFolder("Library/Messages"); // with Full Disk Access
+    const std::string file = home.makeFile("folder/a #1%", 5000);
+    open();
+    const auto drop = [&](const QList<QUrl> &urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent enter({9, 9}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QCoreApplication::sendEvent(window.get(), &enter);
+        if (!enter.isAccepted())
+            return false;
+        QDropEvent dropped({9, 9}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(window.get(), &dropped);
+        EXPECT_EQ(dropped.dropAction(), Qt::CopyAction) << "the other program must not delete it";
+        return true;
+    };
+    const QUrl one = QUrl::fromLocalFile(QString::fromStdString(file));
+    EXPECT_FALSE(drop({QUrl("https://example.com/")}));
+    EXPECT_FALSE(drop({one, QUrl::fromLocalFile("/")}));
+    EXPECT_TRUE(drop({one}));
+    EXPECT_EQ(window->currentSection(), Section{Section::Kind::browse});
+    ASSERT_TRUE(testing::eventually([&] { return model->scan->tree != nullptr; }));
+    EXPECT_EQ(model->scan->tree->path(), home.path("folder"));
+    const auto selected = window->findChild<OutlineView *>("outline")->selectedNodes();
+    ASSERT_EQ(selected.size(), 1U);
+    EXPECT_EQ(selected.front()->path(), file);
+
+    EXPECT_TRUE(drop({QUrl::fromLocalFile(QString::fromStdString(home.path("gone")))}));
+    ASSERT_TRUE(testing::eventually([&] { return !testing::shown(*window, "windowNotice").empty(); }));
+    EXPECT_NE(testing::shown(*window, "windowNotice").find("no longer there"), std::string::npos);
+    testing::click(*window, "closeNotice");
+    EXPECT_EQ(testing::shown(*window, "windowNotice"), "");
+}
+
+TEST_F(ContentViewTest, OffersItsActionsForEveryRow) {
+    home.makeFolder("Library/Messages"); // with Full Disk Access
+    home.makeFile("folder/file");
+    open();
+    window->goTo({Section::Kind::cleanup});
+    Host::useSystem(System::linux);
+    const FileURL file(home.path("folder/file"));
+    const std::unique_ptr<QMenu> menu(ItemActions::menuFor({file}, window->findChild<CleanupView *>()));
+    for (const char *action : {"openItem", "openTerminal", "showInBrowse"})
+        EXPECT_NE(menu->findChild<QAction *>(action), nullptr) << action;
+    menu->findChild<QAction *>("showInBrowse")->trigger();
+    EXPECT_EQ(window->currentSection(), Section{Section::Kind::browse});
+    ASSERT_TRUE(testing::eventually([&] { return model->scan->tree != nullptr; }));
+    EXPECT_EQ(model->scan->tree->path(), home.path("folder"));
+
+    std::filesystem::remove(file.path());
+    menu->findChild<QAction *>("openItem")->trigger();
+    ASSERT_TRUE(testing::eventually([&] { return !testing::shown(*window, "windowNotice").empty(); }));
 }
 
 TEST_F(ContentViewTest, OffersThePermissionUntilItIsGranted) {

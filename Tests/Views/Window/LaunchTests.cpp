@@ -66,41 +66,26 @@ TEST(Launch, ReadsWhatTheWindowIsToShow) {
     }
 }
 
-TEST(Launch, RefusesWhatItCannotShow) {
+TEST(Launch, RefusesWrongUsage) {
     const WorkingDirectory here;
-    here.makeFile("file");
     here.makeFolder("folder");
-    here.makeLink("dangling", "gone");
-    here.makeLink("loop", "loop");
     struct Case {
         std::vector<const char *> words;
-        int exitStatus;
         const char *named;
     };
     for (const Case &one : {
-             Case{{"gone"}, 1, "gone: "},
-             Case{{""}, 1, ": "},
-             Case{{"file"}, 1, "file: "},
-             Case{{"dangling"}, 1, "dangling: "},
-             Case{{"loop"}, 1, "loop: "},
-             Case{{"\x1b[31mgone"}, 1, "?[31mgone: "},
-             Case{{"\xc2\x9b"
-                   "31mgone \xf0\x9f\x93\x81"},
-                  1,
-                  "?31mgone \xf0\x9f\x93\x81: "},
-             Case{{"--", "--version"}, 1, "--version: "},
-             Case{{"folder", "folder"}, 2, "\"folder\""},
-             Case{{"--bogus", "folder"}, 2, "\"--bogus\""},
-             Case{{"--systematic"}, 2, "\"--systematic\""},
-             Case{{"-\x07"}, 2, "\"-?\""},
-             Case{{"--system"}, 2, "--system takes"},
-             Case{{"--system", "windows"}, 2, "\"windows\""},
+             Case{{"folder", "folder"}, "\"folder\""},
+             Case{{"--bogus", "folder"}, "\"--bogus\""},
+             Case{{"--systematic"}, "\"--systematic\""},
+             Case{{"-\x07"}, "\"-?\""},
+             Case{{"--system"}, "--system takes"},
+             Case{{"--system", "windows"}, "\"windows\""},
          }) {
         SCOPED_TRACE(::testing::PrintToString(one.words));
         const auto launch = read(one.words);
         ASSERT_TRUE(std::holds_alternative<Launch::Refusal>(launch));
         const auto &refusal = std::get<Launch::Refusal>(launch);
-        EXPECT_EQ(refusal.exitStatus, one.exitStatus);
+        EXPECT_EQ(refusal.exitStatus, 2);
         EXPECT_THAT(refusal.text, StartsWith("brimvale: "));
         EXPECT_THAT(refusal.text, HasSubstr(one.named));
         EXPECT_THAT(refusal.text, Not(HasSubstr("\x1b")));
@@ -108,13 +93,46 @@ TEST(Launch, RefusesWhatItCannotShow) {
     }
 }
 
-TEST(Launch, RefusesARelativeFolderWhereThereIsNoWorkingDirectory) {
+TEST(Launch, SelectsAFileInItsFolder) {
     const WorkingDirectory here;
+    const std::string file = here.makeFile("folder/file");
+    for (const char *typed : {"folder/file", file.c_str()}) {
+        const auto launch = std::get<Launch>(read({typed}));
+        EXPECT_EQ(launch.folder, FileURL(here.path("folder")));
+        EXPECT_EQ(launch.file, FileURL(file));
+        EXPECT_EQ(launch.notice, "");
+    }
+}
+
+TEST(Launch, OpensTheWindowWithASentenceWhereThereIsNothing) {
+    const WorkingDirectory here;
+    here.makeFile("file");
+    here.makeLink("dangling", "gone");
+    here.makeLink("loop", "loop");
+    struct Case {
+        std::vector<const char *> words;
+        const char *named;
+    };
+    for (const Case &one :
+         {Case{{"gone"}, "“gone”"}, Case{{""}, "“”"}, Case{{"file/"}, "“file/”"},
+          Case{{"dangling"}, "“dangling”"}, Case{{"loop"}, "“loop”"}, Case{{"\x1b[31mgone"}, "“?[31mgone”"},
+          Case{{"\xc2\x9b"
+                "31mgone \xf0\x9f\x93\x81"},
+               "“?31mgone \xf0\x9f\x93\x81”"},
+          Case{{"--", "--version"}, "“--version”"}}) {
+        SCOPED_TRACE(::testing::PrintToString(one.words));
+        const auto launch = std::get<Launch>(read(one.words));
+        EXPECT_FALSE(launch.folder || launch.file);
+        EXPECT_THAT(launch.notice, StartsWith(one.named));
+        EXPECT_THAT(launch.notice, Not(HasSubstr("\x1b")));
+        EXPECT_EQ(launch.notice.find('\n'), std::string::npos);
+    }
+    // A relative path leads nowhere if the working directory is gone.
     const TemporaryFolder other;
     fs::current_path(here.makeFolder("doomed"));
     fs::remove(here.path("doomed"));
-    EXPECT_TRUE(std::holds_alternative<Launch::Refusal>(read({"folder"})));
-    EXPECT_TRUE(std::holds_alternative<Launch>(read({other.path().c_str()})));
+    EXPECT_THAT(std::get<Launch>(read({"folder"})).notice, StartsWith("“folder”"));
+    EXPECT_EQ(std::get<Launch>(read({other.path().c_str()})).notice, "");
 }
 
 TEST(Launch, AnswersWithoutADisplay) {

@@ -103,7 +103,7 @@ TEST_F(StandardMenusTest, ClosesTheWindowInFront) {
 TEST_F(StandardMenusTest, ComesBackFromFullScreenAndZoom) {
     choose("fullScreen");
     EXPECT_TRUE(window.isFullScreen());
-    choose("fullScreen");
+    QTest::keyClick(&window, Qt::Key_F11);
     EXPECT_FALSE(window.isFullScreen());
     choose("zoom");
     EXPECT_TRUE(window.isMaximized());

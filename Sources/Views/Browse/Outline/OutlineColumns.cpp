@@ -81,7 +81,7 @@ OutlineColumn columnOfSizes() {
     return {u"Size"_s,
             u"Size"_s,
             Drawing::size,
-            [](const FSNode &node) { return sizeText(node.size); },
+            nodeSizeText,
             allocatedSize,
             [](const FSNode &) { return fixedWidth(widestSize(Type::font(Type::Size::body))); },
             8,

@@ -179,6 +179,15 @@ void OutlineModel::announceChangedFigures(const FSNode &folder) {
         rearrange(VerticalSortHint, [] {});
 }
 
+void OutlineModel::showFigures(bool inOrder) {
+    if (inOrder)
+        rearrange(VerticalSortHint, [] {});
+    for (const auto &[folder, rows] : rows_)
+        if (!rows.empty())
+            emit dataChanged(createIndex(0, 0, rows.front()),
+                             createIndex(static_cast<int>(rows.size()) - 1, columnCount() - 1, rows.back()));
+}
+
 /// Whether a node is in the right order between its neighbours.
 bool OutlineModel::isInPlace(const FSNode &node) const {
     const QModelIndex index = indexOf(node);

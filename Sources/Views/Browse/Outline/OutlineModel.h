@@ -74,6 +74,9 @@ public:
     /// Always shows this folder, because the outline is focused on it; null for none.
     void setFocused(FSNode *folder);
 
+    /// The figures of many nodes have changed: shows them, and sorts the rows again if they should be.
+    void showFigures(bool inOrder);
+
     /// Call this right before `node`, which is not the root, is removed from the tree, and `removed` when the
     /// figures of its ancestors are updated. An outline focused on `node` or a descendant then shows the
     /// whole tree.

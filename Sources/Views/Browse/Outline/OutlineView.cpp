@@ -82,8 +82,8 @@ FSNode *OutlineView::focusFolder() const {
 
 void OutlineView::open(const QModelIndex &index) {
     FSNode *node = model_.nodeAt(index);
-    if (index.isValid() && node->isDirectory)
-        emit opened(node);
+    if (index.isValid())
+        emit node->isDirectory ? opened(node) : fileOpened(node);
 }
 
 /// The ancestors of a few matches are expanded, but not the matches. Otherwise, and when the filter is

@@ -29,6 +29,8 @@ public:
     /// Selects only this node, expands its ancestors and scrolls to it. Selects nothing for null, a node that
     /// the filter hides, or one outside the focused folder. Emits no signal.
     void select(FSNode *node);
+    /// Expands these folders and selects these nodes, beside those that are. The focus stays.
+    void putBack(const std::vector<FSNode *> &expanded, const std::vector<FSNode *> &selected);
     /// Deselects these nodes and their descendants.
     void deselectWithin(const std::vector<FSNode *> &folders);
     /// The selected nodes, in no particular order.
@@ -42,8 +44,9 @@ public:
 signals:
     /// The user selected these nodes, or selected nodes are no longer shown.
     void selectionChangedTo(const std::vector<brimvale::FSNode *> &nodes);
-    /// A folder was double-clicked, or Return was pressed on it.
+    /// A folder was double-clicked, or Return was pressed on it; and the same for anything else.
     void opened(brimvale::FSNode *folder);
+    void fileOpened(brimvale::FSNode *file);
     /// The user asked for the context menu of the selection, at this point of the screen.
     void menuRequested(const QPoint &position);
 

@@ -27,6 +27,23 @@ void OutlineView::select(FSNode *node) {
     isSilent_ = false;
 }
 
+void OutlineView::putBack(const std::vector<FSNode *> &expanded, const std::vector<FSNode *> &selected) {
+    isSilent_ = true;
+    for (const FSNode *folder : expanded) {
+        const QModelIndex index = model_.indexOf(*folder);
+        if (index.isValid() && model_.hasChildren(index))
+            expand(index);
+    }
+    std::vector<FSNode *> nodes = selectedNodes();
+    for (FSNode *node : selected)
+        if (model_.indexOf(*node).isValid() && OutlineModel::isWithin(node, *focusFolder()))
+            nodes.push_back(node);
+    selectNodes(nodes);
+    if (!nodes.empty() && !currentIndex().isValid())
+        selectionModel()->setCurrentIndex(model_.indexOf(*nodes.front()), QItemSelectionModel::NoUpdate);
+    isSilent_ = false;
+}
+
 /// Updating a large selection node by node would take a second for a hundred nodes.
 void OutlineView::deselectWithin(const std::vector<FSNode *> &folders) {
     const std::unordered_set<const FSNode *> leaving(folders.begin(), folders.end());
