@@ -6,13 +6,13 @@
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/TextTable.h"
-#include "CommandLine/TreemapSvg.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Core/Text/Decimal.h"
 #include "Core/Text/JsonWriter.h"
 #include "Core/Treemap/DetailedTreemap.h"
 #include "Core/Treemap/Treemap.h"
 #include "Core/Treemap/TreemapStyle.h"
+#include "Core/Treemap/TreemapSvg.h"
 #include "Platform/AtomicFile.h"
 
 #include <algorithm>

@@ -106,6 +106,21 @@ void ScanSession::startScan(std::optional<std::string> path) {
         [this, walk](std::shared_ptr<FSNode> found) { takeResult(walk, std::move(found)); });
 }
 
+void ScanSession::showImported(std::shared_ptr<FSNode> tree, ImportedFrom from) {
+    if (scanStats_ != nullptr) {
+        scanStats_->cancel();
+        endStopped();
+    }
+    SessionState &shown = unannounced();
+    shown.scanFiles = tree->fileCount;
+    shown.scanBytes = tree->size;
+    shown.scanUnreadable = from.origin.unreadable;
+    shown.scanElapsed = 0;
+    shown.importedFrom = std::move(from);
+    setTree(std::move(tree));
+    emit changed();
+}
+
 void ScanSession::takeResult(const std::shared_ptr<Walk> &walk, std::shared_ptr<FSNode> found) {
     std::erase(walks_, walk);
     // Checked here, because a scan may be cancelled while its result waits for the event loop.
@@ -191,6 +206,11 @@ std::vector<UnreadableItem> ScanSession::unreadableItems() const {
     return latestStats_ == nullptr ? std::vector<UnreadableItem>() : latestStats_->unreadableItems().listed();
 }
 
+/// Whether there is a tree, and not one of another place or time.
+bool ScanSession::showsThisDisk() const {
+    return state().tree != nullptr && !state().tree->isImported();
+}
+
 /// Announces another tree, and frees the earlier one in the background, because freeing so many nodes would
 /// block the window.
 void ScanSession::setTree(std::shared_ptr<FSNode> tree) {
@@ -200,6 +220,8 @@ void ScanSession::setTree(std::shared_ptr<FSNode> tree) {
     unannounced().rescannedPath.clear();
     dropping_ = toScanAgain_ = {};
     std::shared_ptr<FSNode> earlier = std::exchange(unannounced().tree, std::move(tree));
+    if (!state().tree || !state().tree->isImported())
+        unannounced().importedFrom.reset();
     emit treeChanged();
     if (earlier != nullptr)
         workers_.dispose(std::move(earlier));
@@ -215,7 +237,7 @@ void ScanSession::drop(const GonePaths &gone) {
 
 /// Returns the folders that must be scanned again, because the removed items had no nodes.
 GonePaths ScanSession::dropFromTree(const GonePaths &gone) {
-    if (state().tree == nullptr)
+    if (!showsThisDisk())
         return {};
     GonePaths folders(foldersMissing(*state().tree, gone));
     dropNodes(gone);
@@ -304,7 +326,7 @@ void ScanSession::measureAgain(const GonePaths &partlyGone) {
 }
 
 void ScanSession::rescan(const FileURL &folder) {
-    if (state().tree == nullptr || state().isScanning)
+    if (!showsThisDisk() || state().isScanning)
         return;
     update([&](SessionState &state) { state.rescannedPath = folder.path(); });
     scanAgain(GonePaths({folder}));
@@ -319,7 +341,7 @@ void ScanSession::endUserRescan(const GonePaths &items) {
 }
 
 void ScanSession::readPlacesAgain(const GonePaths &replaced) {
-    if (state().tree == nullptr)
+    if (!showsThisDisk())
         return;
     const FileURL root(state().tree->path());
     std::vector<FileURL> places;
@@ -339,7 +361,7 @@ void ScanSession::scanAgain(const GonePaths &items) {
 
 void ScanSession::beginRescan() {
     const GonePaths items = std::exchange(toScanAgain_, {});
-    if (state().tree == nullptr || items.isEmpty())
+    if (!showsThisDisk() || items.isEmpty())
         return;
     ScannedPlaces places;
     for (const FSNode *node : nodesAt(*state().tree, items))

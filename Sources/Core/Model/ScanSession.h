@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Date.h"
+#include "Core/Export/ScanOrigin.h"
 #include "Core/Model/Part.h"
 #include "Core/Model/ScanGrowth.h"
 #include "Core/Model/ScanThreads.h"
@@ -24,6 +25,12 @@ struct ScanOptions;
 class Volumes;
 class Workers;
 
+/// Where a tree comes from that was not scanned here.
+struct ImportedFrom {
+    std::string file; ///< the path of the list
+    ScanOrigin origin;
+};
+
 struct SessionState {
     std::string scanRootPath;
     /// The last finished scan, sorted; null before the first and during a scan. `treeChanged` announces
@@ -40,6 +47,7 @@ struct SessionState {
     std::string rescannedPath = {}; ///< the folder that the user had scanned again in place; empty when idle
     /// The ages of the tree's files count from this moment, in seconds since 1970.
     std::uint32_t ageMoment = 0;
+    std::optional<ImportedFrom> importedFrom = {}; ///< only while such a tree is shown
 };
 
 /// The scan that Browse shows, and its tree.
@@ -62,6 +70,10 @@ public:
 
     /// Scans `path` if given, else the current scan root. A running scan is cancelled and superseded.
     void startScan(std::optional<std::string> path = std::nullopt);
+
+    /// Shows a tree that was read from a file (`FSNode::isImported`). A running scan is cancelled. No removal
+    /// changes such a tree, and no part of it is scanned again.
+    void showImported(std::shared_ptr<FSNode> tree, ImportedFrom from);
 
     /// The running scan's progress, null when idle. Pages cancel it to stop the scan. That ends the session
     /// at the next look at the progress, even if the scan waits in the system; its result is dropped later.
@@ -141,6 +153,7 @@ private:
     void endGrowth(bool hasTree);
     void setTree(std::shared_ptr<FSNode> tree);
     [[nodiscard]] double elapsed() const;
+    [[nodiscard]] bool showsThisDisk() const;
     GonePaths dropFromTree(const GonePaths &gone);
     void dropNodes(const GonePaths &gone);
     void countFiles(std::int64_t more);

@@ -38,6 +38,8 @@ std::optional<std::string> explanation(const FSNode &node) {
                "down the whole remote tree. Files that are not downloaded take no space here anyway.";
     if (node.isNotDescended)
         return "Skipped. " + std::string(skippedBecause(node.skipReason));
+    if (node.unreadable && node.isImported())
+        return "Not readable when the list was made.";
     if (node.unreadable)
         return "Not readable. " + Words::current().measuringHelp;
     return std::nullopt;

@@ -10,6 +10,7 @@
 #include "Views/Browse/Find/FindView.h"
 #include "Views/Browse/Find/TabStrip.h"
 #include "Views/Browse/GrowingView.h"
+#include "Views/Browse/ImportNote.h"
 #include "Views/Browse/NodeRemoval.h"
 #include "Views/Browse/Outline/OutlineView.h"
 #include "Views/Browse/ScanBar.h"
@@ -82,6 +83,7 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &vol
                                Metrics::pageMargin);
     layout->setSpacing(16);
     layout->addWidget(bar_);
+    layout->addWidget(new ImportNote(scan, this));
     layout->addLayout(body_, 1);
     results_ = makeResults();
     body_->addWidget(message_);
@@ -324,7 +326,7 @@ void BrowseView::showMenu(const QPoint &place) {
 }
 
 void BrowseView::reveal() {
-    if (shown_.size() == 1)
+    if (shown_.size() == 1 && !shown_.front()->isImported())
         ItemActions::reveal(FileURL(shown_.front()->path()), this);
 }
 
@@ -378,6 +380,10 @@ const CategoryPolicy *BrowseView::policy() const {
 void BrowseView::followRoute() {
     if (const CategoryPolicy *one = policy())
         emit categoryAsked(std::string(one->id));
+}
+
+QWidget &BrowseView::map() const {
+    return *treemap_;
 }
 
 /// A node is about to leave the tree: drop all pointers to it and its descendants.

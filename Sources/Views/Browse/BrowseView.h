@@ -63,6 +63,11 @@ public:
     /// The switch for the detailed map, for a menu.
     [[nodiscard]] QAction *detailedMap() const;
 
+    /// The folder whose children the map shows; null without a tree.
+    [[nodiscard]] FSNode *mapFolder() const { return focus_; }
+    /// The map, to draw it into a picture.
+    [[nodiscard]] QWidget &map() const;
+
 signals:
     /// The user wants to see the page of a storage category.
     void categoryAsked(const std::string &id);
@@ -100,6 +105,7 @@ private:
     void letGoOfContents(FSNode *folder);
     void showContents(FSNode *folder);
     [[nodiscard]] FSNode *nodeOf(const FileURL &item) const;
+    [[nodiscard]] FSNode *nodeOnDisk(const FileURL &item) const;
     void startScanOf(const FileURL &folder, const std::optional<FileURL> &item);
     void showUnreadable();
     void showLater();

@@ -44,14 +44,14 @@ void BrowseView::enter(FSNode *node) {
 }
 
 void BrowseView::open(const FileURL &folder) {
-    FSNode *node = nodeOf(folder);
+    FSNode *node = nodeOnDisk(folder);
     if (node != nullptr && !node->outlineChildren().empty())
         return focusOn(node);
     startScanOf(folder, std::nullopt);
 }
 
 void BrowseView::showItem(const FileURL &item) {
-    FSNode *node = nodeOf(item);
+    FSNode *node = nodeOnDisk(item);
     if (node != nullptr && node->parent() != nullptr) {
         focusOn(node->parent());
         return selectNode(node);
@@ -104,6 +104,11 @@ FSNode *BrowseView::nodeOf(const FileURL &item) const {
                : nullptr;
 }
 
+/// The same, but not in a tree that was imported, which may be of another disk.
+FSNode *BrowseView::nodeOnDisk(const FileURL &item) const {
+    return scan_->tree != nullptr && scan_->tree->isImported() ? nullptr : nodeOf(item);
+}
+
 /// Scans the selected folder again, or the focused one.
 void BrowseView::rescanFolder() {
     const FSNode *folder = shown_.size() == 1 && shown_.front()->isDirectory ? shown_.front() : focus_;
@@ -127,7 +132,9 @@ void BrowseView::addActionsFor(FSNode &node, QMenu &menu) {
     const FileURL item(node.path());
     if (node.isDirectory && !node.outlineChildren().empty() && &node != focus_)
         menu.addAction(u"Open"_s, this, [this, folder = &node] { focusOn(folder); });
-    else if (!node.isDirectory && !node.isAggregate)
+    if (node.isImported())
+        return;
+    if (!node.isDirectory && !node.isAggregate)
         menu.addAction(u"Open"_s, this, [this, item] { ItemActions::open(item, this); });
     ItemActions::addOtherPrograms(menu, item, this);
     if (node.isDirectory && !node.isNotDescended)

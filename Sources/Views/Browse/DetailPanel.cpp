@@ -173,7 +173,7 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
     const std::optional<std::string> why = only != nullptr ? explanation(*only) : std::nullopt;
     explanation_->setText(why ? text(*why) : QString());
     explanation_->setVisible(why.has_value());
-    reveal_->setEnabled(only != nullptr);
+    reveal_->setEnabled(only != nullptr && !only->isImported());
     copyPath_->setEnabled(!nodes.empty());
     showNotice({});
     drawIcon();

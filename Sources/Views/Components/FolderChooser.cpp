@@ -9,19 +9,13 @@
 
 namespace brimvale {
 
-namespace {
-
-/// The dialog of Qt keeps its size and its last folders in a file in the home. Below a device no file can be
-/// made, so nothing is kept. (On macOS this has no effect: the system keeps the state of its own panel.)
-void keepNoSettings() {
+void keepNoDialogSettings() {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
 }
 
-} // namespace
-
 void chooseFolder(QWidget &asking, const QString &title, const std::string &start,
                   std::function<void(const std::string &path)> chosen) {
-    keepNoSettings();
+    keepNoDialogSettings();
     auto *dialog =
         new QFileDialog(asking.window(), title, QFile::decodeName(QByteArray::fromStdString(start)));
     dialog->setObjectName(QStringLiteral("folderChooser"));

@@ -36,6 +36,7 @@
 #include "Views/Window/ShortcutsSheet.h"
 #include "Views/Window/SidebarFooter.h"
 #include "Views/Window/StandardMenus.h"
+#include "Views/Window/TreeFiles.h"
 
 #include <QAction>
 #include <QApplication>
@@ -183,6 +184,10 @@ void ContentView::buildMenus() {
     QAction *rescan = file->addAction(u"&Rescan"_s, this, &ContentView::rescan);
     rescan->setShortcuts(Shortcuts::rescan());
     rescan->setObjectName(QStringLiteral("rescan"));
+    file->addSeparator();
+    auto *files = new TreeFiles(model_.scan, *this);
+    connect(files, &TreeFiles::imported, this, [this] { goTo({Section::Kind::browse}); });
+    files->addActions(*file, [this] { return browse_; });
     file->addSeparator();
     StandardMenus::addClosing(*file, *this);
     QAction *quit = file->addAction(u"&Quit"_s, QKeySequence::Quit, this, &QWidget::close);

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace brimvale::commandLine {
+namespace brimvale {
 
 /// A treemap with its layout.
 struct LaidOutTreemap {
@@ -22,4 +22,4 @@ struct LaidOutTreemap {
 /// that are not text, or not allowed in XML, are replaced.
 [[nodiscard]] std::string treemapSvg(const LaidOutTreemap &treemap);
 
-} // namespace brimvale::commandLine
+} // namespace brimvale

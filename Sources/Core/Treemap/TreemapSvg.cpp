@@ -1,7 +1,7 @@
-#include "CommandLine/TreemapSvg.h"
+#include "Core/Treemap/TreemapSvg.h"
 
 #include "Base/Contrast.h"
-#include "CommandLine/TerminalText.h"
+#include "Base/VisibleText.h"
 #include "Core/Text/Decimal.h"
 #include "Core/Treemap/DetailedStyle.h"
 #include "Core/Treemap/TreemapStyle.h"
@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace brimvale::commandLine {
+namespace brimvale {
 
 namespace {
 
@@ -39,7 +39,7 @@ std::string hexadecimal(const Color &color) {
     return text.data();
 }
 
-/// Text from `terminalText`, escaped for XML. XML cannot contain two of its characters in any form.
+/// Text from `visibleText`, escaped for XML. XML cannot contain two of its characters in any form.
 std::string escaped(std::string_view text) {
     std::string xml;
     while (!text.empty()) {
@@ -127,7 +127,7 @@ struct WrittenTile {
 };
 
 std::string tileName(const TreemapTile &tile) {
-    return terminalText(tile.node->name);
+    return visibleText(tile.node->name);
 }
 
 std::string textAt(double x, double baseline, std::string_view attributes, std::string_view words) {
@@ -231,7 +231,7 @@ std::string treemapSvg(const LaidOutTreemap &treemap) {
                "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
                width + "\" height=\"" + height + "\" viewBox=\"0 0 " + width + " " + height +
                "\" font-family=\"Inter, -apple-system, system-ui, sans-serif\" font-size=\"" +
-               decimal(fontSize) + "\">\n<title>" + escaped(terminalText(treemap.title)) + "</title>\n");
+               decimal(fontSize) + "\">\n<title>" + escaped(visibleText(treemap.title)) + "</title>\n");
     svg.append("<rect width=\"" + width + "\" height=\"" + height + "\" fill=\"" +
                hexadecimal(TreemapStyle::paper.background) + "\"/>\n");
     if (treemap.isDetailed)
@@ -242,4 +242,4 @@ std::string treemapSvg(const LaidOutTreemap &treemap) {
     return svg;
 }
 
-} // namespace brimvale::commandLine
+} // namespace brimvale

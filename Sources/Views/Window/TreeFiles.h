@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Core/Export/Listing.h"
+
+#include <QObject>
+#include <functional>
+#include <string>
+
+class QMenu;
+class QMainWindow;
+
+namespace brimvale {
+
+class BrowseView;
+class ScanSession;
+
+/// The entries of the File menu that write the tree into a file, or show one from a file.
+class TreeFiles : public QObject {
+    Q_OBJECT
+
+public:
+    /// Both must outlive it.
+    TreeFiles(ScanSession &scan, QMainWindow &window);
+
+    /// Adds them. `browse` answers the page with the map, or null before it is first shown.
+    void addActions(QMenu &file, std::function<BrowseView *()> browse);
+
+signals:
+    /// A tree from a file is shown now.
+    void imported();
+
+private:
+    enum class Picture { png, svg };
+
+    void exportPicture(Picture picture);
+    void exportList(ListingFormat format);
+    void save(const QString &title, const QString &suffix, const QString &remark,
+              std::function<std::string()> content);
+    void askForList();
+    void import(const std::string &path);
+    void tell(const QString &sentence, const QString &more, bool isFailure);
+
+    ScanSession &scan_;
+    QMainWindow &window_;
+    std::function<BrowseView *()> browse_;
+};
+
+} // namespace brimvale
