@@ -10,6 +10,9 @@ extern const Command scanCommand;
 /// "open": the tree in a file that "scan --export" or ncdu wrote.
 extern const Command openCommand;
 
+/// "compare": what has changed between two scans.
+extern const Command compareCommand;
+
 /// "size": the allocated bytes at and under each path.
 extern const Command sizeCommand;
 

@@ -25,11 +25,12 @@ constexpr Option importOption{"--import", Option::Value::text, "FILE",
 
 constexpr std::array scanCommandOptions = {
     Option{"--min-size", Option::Value::number, "BYTES",
-           "Show a file by itself from this allocated size on (1048576; with --export 0)."},
+           "Show a file by itself from this allocated size on (1048576; with --export or --save 0)."},
     depthOption,
     topOption,
     exportOption,
     outputOption,
+    saveOption,
     forceOption,
     importOption,
 };
@@ -59,9 +60,14 @@ void leaveToTheSystem(std::unique_ptr<FSNode> tree) {
     kept = tree.release();
 }
 
+/// Whether every file is wanted, the smallest too.
+bool listsAll(const Arguments &arguments) {
+    return arguments.has(exportOption.name) || arguments.has(saveOption.name);
+}
+
 ScanOptions optionsOf(const Arguments &arguments) {
     ScanOptions options = ScanOptions::standard();
-    const std::int64_t usual = arguments.has(exportOption.name) ? 0 : options.minimumNodeSize;
+    const std::int64_t usual = listsAll(arguments) ? 0 : options.minimumNodeSize;
     options.minimumNodeSize = arguments.number("--min-size").value_or(usual);
     return options;
 }
@@ -85,11 +91,13 @@ ExitStatus runScan(const Arguments &arguments, Output &output) {
 
     ScanStats stats;
     SizedTree result = scan(std::get<FileURL>(place), optionsOf(arguments), stats);
-    const ExitStatus status =
-        stats.cancelled() && arguments.has(exportOption.name)
-            ? ExitStatus::interrupted
-            : reportTree({*result.tree, ScanOrigin::here(stats.unreadable()), result.elapsed.count()},
-                         arguments, output);
+    const ReportedTree tree{*result.tree, ScanOrigin::here(stats.unreadable()), result.elapsed.count()};
+    const bool isUnfinished = stats.cancelled() && listsAll(arguments);
+    ExitStatus status = ExitStatus::done;
+    if (arguments.has(saveOption.name) && !isUnfinished)
+        status = saveTree(tree, arguments);
+    if (status == ExitStatus::done && !isUnfinished)
+        status = reportTree(tree, arguments, output);
     leaveToTheSystem(std::move(result.tree));
     return stats.cancelled() ? endInterrupted(output) : status;
 }
@@ -106,8 +114,8 @@ constinit const Command scanCommand = {
         "\nSizes are allocated bytes. Links are not followed, other volumes and system-managed folders not\n"
         "entered, and a file with several names counts once. Ctrl-C stops early and shows what was\n"
         "counted until then.\n"
-        "\nWith --export every file is listed, the smallest too, and nothing is exported when the scan is\n"
-        "stopped early.\n",
+        "\nWith --export or --save every file is listed, the smallest too, and nothing is written when the\n"
+        "scan is stopped early.\n",
     .run = runScan,
 };
 

@@ -5,7 +5,7 @@
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/TreeTable.h"
 #include "Core/Export/Listing.h"
-#include "Core/Export/ListingReader.h"
+#include "Core/Export/SavedScan.h"
 #include "Core/Export/TreeJson.h"
 #include "Core/Export/TreeLimits.h"
 #include "Core/Text/Formatting.h"
@@ -103,25 +103,31 @@ void printOutputError(std::string_view typed, const FileError &error) {
     printError(terminalText(typed) + ": this file exists. Use --force to replace it.");
 }
 
-ExitStatus exportTree(const ReportedTree &tree, ListingFormat format, const Arguments &arguments,
-                      Output &output) {
-    const std::optional<std::string_view> typed = arguments.text(outputOption.name);
-    if (!typed) {
-        writeListing(output, tree.root, tree.origin, format);
-        return ExitStatus::done;
-    }
-    const auto place = resolveGivenPath(*typed);
+/// Writes the file that was typed. Reports a failure on standard error.
+template<class Write>
+ExitStatus writeFile(std::string_view typed, const Arguments &arguments, Write write) {
+    const auto place = resolveGivenPath(typed);
     const auto *url = std::get_if<FileURL>(&place);
     if (url == nullptr) {
-        printPathError(*typed, std::get<FileError>(place));
+        printPathError(typed, std::get<FileError>(place));
         return ExitStatus::failed;
     }
     GrowingFile file(url->path(), existingOf(arguments));
-    writeListing(file, tree.root, tree.origin, format);
+    write(file);
     const std::optional<FileError> failure = file.finish();
     if (failure)
-        printOutputError(*typed, *failure);
+        printOutputError(typed, *failure);
     return failure ? ExitStatus::failed : ExitStatus::done;
+}
+
+ExitStatus exportTree(const ReportedTree &tree, ListingFormat format, const Arguments &arguments,
+                      Output &output) {
+    const std::optional<std::string_view> typed = arguments.text(outputOption.name);
+    if (typed)
+        return writeFile(*typed, arguments,
+                         [&](TextSink &file) { writeListing(file, tree.root, tree.origin, format); });
+    writeListing(output, tree.root, tree.origin, format);
+    return ExitStatus::done;
 }
 
 } // namespace
@@ -141,15 +147,23 @@ std::optional<std::string> faultOfReport(const Arguments &arguments) {
 }
 
 bool canWriteReport(const Arguments &arguments) {
-    const std::optional<std::string_view> typed = arguments.text(outputOption.name);
-    if (!typed || arguments.has(forceOption.name))
-        return true;
-    const auto place = resolveGivenPath(*typed);
-    const auto *url = std::get_if<FileURL>(&place);
-    if (url == nullptr || !fileStatus(url->path()))
-        return true;
-    printOutputError(*typed, FileError::posix(EEXIST));
-    return false;
+    for (const Option &option : {outputOption, saveOption}) {
+        const std::optional<std::string_view> typed = arguments.text(option.name);
+        if (!typed || arguments.has(forceOption.name))
+            continue;
+        const auto place = resolveGivenPath(*typed);
+        const auto *url = std::get_if<FileURL>(&place);
+        if (url == nullptr || !fileStatus(url->path()))
+            continue;
+        printOutputError(*typed, FileError::posix(EEXIST));
+        return false;
+    }
+    return true;
+}
+
+ExitStatus saveTree(const ReportedTree &tree, const Arguments &arguments) {
+    return writeFile(*arguments.text(saveOption.name), arguments,
+                     [&](TextSink &file) { writeSavedScan(file, tree.root, tree.origin); });
 }
 
 ExitStatus reportTree(const ReportedTree &tree, const Arguments &arguments, Output &output) {
@@ -168,7 +182,7 @@ ExitStatus reportTree(const ReportedTree &tree, const Arguments &arguments, Outp
     return ExitStatus::done;
 }
 
-ExitStatus reportFile(std::string_view typed, const Arguments &arguments, Output &output) {
+std::optional<ImportedTree> treeInFile(std::string_view typed) {
     Result<ImportedTree, ImportFault> read = ImportFault();
     if (typed == "-") {
         StandardInput input;
@@ -177,16 +191,22 @@ ExitStatus reportFile(std::string_view typed, const Arguments &arguments, Output
         const auto place = resolveGivenPath(typed);
         if (const auto *error = std::get_if<FileError>(&place)) {
             printPathError(typed, *error);
-            return ExitStatus::failed;
+            return std::nullopt;
         }
-        read = readListingAt(std::get<FileURL>(place).path());
+        read = readTreeAt(std::get<FileURL>(place).path());
     }
-    if (const auto *fault = std::get_if<ImportFault>(&read)) {
-        printError((typed == "-" ? "standard input" : terminalText(typed)) + ": " + fault->sentence);
+    if (auto *tree = std::get_if<ImportedTree>(&read))
+        return std::move(*tree);
+    printError((typed == "-" ? "standard input" : terminalText(typed)) + ": " +
+               std::get<ImportFault>(read).sentence);
+    return std::nullopt;
+}
+
+ExitStatus reportFile(std::string_view typed, const Arguments &arguments, Output &output) {
+    std::optional<ImportedTree> tree = treeInFile(typed);
+    if (!tree)
         return ExitStatus::failed;
-    }
-    auto &tree = std::get<ImportedTree>(read);
-    return reportTree({*tree.root, std::move(tree.origin)}, arguments, output);
+    return reportTree({*tree->root, std::move(tree->origin)}, arguments, output);
 }
 
 } // namespace brimvale::commandLine

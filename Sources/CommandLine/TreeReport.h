@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CommandLine/Command.h"
+#include "Core/Export/ListingReader.h"
 #include "Core/Export/ScanOrigin.h"
 #include "Core/Scan/FSNode.h"
 
@@ -18,6 +19,8 @@ inline constexpr Option topOption{"--top", Option::Value::number, "N",
 inline constexpr Option exportOption{"--export", Option::Value::text, "FORMAT",
                                      "List the whole tree as csv, json or ncdu (what ncdu -f reads)."};
 inline constexpr Option outputOption{"--output", Option::Value::text, "FILE", "Export into FILE."};
+inline constexpr Option saveOption{"--save", Option::Value::text, "FILE",
+                                   "Save the whole scan into FILE, for \"compare\" and \"open\"."};
 inline constexpr Option forceOption{.name = "--force", .help = "Replace FILE if it exists."};
 
 /// A tree, sorted, to show.
@@ -37,6 +40,13 @@ struct ReportedTree {
 /// Shows a tree as the options ask: a table, JSON, or a list for another program. Reports a failure on
 /// standard error.
 [[nodiscard]] ExitStatus reportTree(const ReportedTree &tree, const Arguments &arguments, Output &output);
+
+/// Saves a tree into a file as the options ask ("--save"). Reports a failure on standard error.
+[[nodiscard]] ExitStatus saveTree(const ReportedTree &tree, const Arguments &arguments);
+
+/// The tree in a file ("-" is a list on standard input). Reports on standard error why it cannot be read, and
+/// returns nothing.
+[[nodiscard]] std::optional<ImportedTree> treeInFile(std::string_view typed);
 
 /// The same for the tree in a file ("-" is standard input).
 [[nodiscard]] ExitStatus reportFile(std::string_view typed, const Arguments &arguments, Output &output);

@@ -3,8 +3,13 @@
 #include "Core/Export/FileSource.h"
 #include "Core/Export/JsonListingReader.h"
 #include "Core/Export/NcduListingReader.h"
+#include "Core/Export/SavedScan.h"
+#include "Platform/FileContents.h"
 
-#include <cerrno>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <utility>
 
 namespace brimvale {
 
@@ -34,6 +39,17 @@ Result<ImportedTree, ImportFault> readListingAt(const std::string &path) {
     if (const std::optional<FileError> failure = source.failure())
         return ImportFault{failure->localizedDescription};
     return readListing(source);
+}
+
+Result<ImportedTree, ImportFault> readTreeAt(const std::string &path) {
+    FileSource source(path);
+    if (const std::optional<FileError> failure = source.failure())
+        return ImportFault{failure->localizedDescription};
+    if (!beginsSavedScan(source.next().value_or(std::string_view())))
+        return readListingAt(path);
+    constexpr std::size_t longest = std::size_t{1} << 32;
+    const std::optional<std::string> bytes = contentsOfFile(path, longest);
+    return bytes ? readSavedScan(*bytes) : ImportFault{"The saved scan cannot be read."};
 }
 
 } // namespace brimvale

@@ -28,4 +28,7 @@ struct ImportFault {
 /// The same for a file at an absolute path.
 [[nodiscard]] Result<ImportedTree, ImportFault> readListingAt(const std::string &path);
 
+/// The same for a file that may also be a saved scan.
+[[nodiscard]] Result<ImportedTree, ImportFault> readTreeAt(const std::string &path);
+
 } // namespace brimvale

@@ -1,0 +1,180 @@
+#include "CommandLine/Commands.h"
+
+#include "CommandLine/GivenPath.h"
+#include "CommandLine/Interruption.h"
+#include "CommandLine/ProgressLine.h"
+#include "CommandLine/TerminalText.h"
+#include "CommandLine/TextTable.h"
+#include "CommandLine/TreeReport.h"
+#include "Core/Export/Comparison.h"
+#include "Core/Scan/DiskScanner.h"
+#include "Core/Text/Formatting.h"
+#include "Core/Text/JsonWriter.h"
+#include "Platform/FileStatus.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+constexpr std::int64_t usualRows = 20;
+
+constexpr std::array compareOptions = {
+    Option{"--top", Option::Value::number, "N",
+           "Show the N largest changes (20; with --json all), those that grew first."},
+};
+
+std::string_view wordFor(TreeChange::Kind kind) {
+    switch (kind) {
+    case TreeChange::Kind::appeared:
+        return "new";
+    case TreeChange::Kind::gone:
+        return "gone";
+    case TreeChange::Kind::moved:
+        return "moved";
+    case TreeChange::Kind::changed:
+        break;
+    }
+    return "changed";
+}
+
+std::string signedSize(std::int64_t bytes) {
+    return bytes < 0 ? "−" + Fmt::byteFormatter(-bytes) : "+" + Fmt::byteFormatter(bytes);
+}
+
+/// The tree of a folder, with every file; nothing where it cannot be scanned.
+std::unique_ptr<FSNode> scanned(std::string_view typed, ScanStats &stats) {
+    const auto place = placeToScan(typed);
+    if (const auto *error = std::get_if<FileError>(&place)) {
+        printPathError(typed, *error);
+        return nullptr;
+    }
+    ScanOptions options = ScanOptions::standard();
+    options.minimumNodeSize = 0;
+    const Interruption interruption(stats.stopFlag());
+    const ScanProgress progress(stats);
+    return DiskScanner::scan(std::get<FileURL>(place).path(), options, stats);
+}
+
+/// The later tree: in a file, or of a folder on this disk.
+std::unique_ptr<FSNode> laterTree(std::string_view typed, ScanStats &stats) {
+    const auto place = resolveGivenPath(typed);
+    const auto *url = std::get_if<FileURL>(&place);
+    if (url != nullptr && folderIdentity(url->path()))
+        return scanned(typed, stats);
+    std::optional<ImportedTree> tree = treeInFile(typed);
+    return tree ? std::move(tree->root) : nullptr;
+}
+
+std::string placeOf(const TreeChange &change) {
+    std::string place = terminalText(change.path);
+    if (change.isAggregate)
+        return "smaller files in " + place;
+    if (change.isFolder)
+        place += "/";
+    return change.kind == TreeChange::Kind::moved ? place + " (was " + terminalText(change.earlier) + ")"
+                                                  : place;
+}
+
+void writeTable(Output &output, const std::vector<const TreeChange *> &rows) {
+    TextTable table({TextTable::sizeColumn("GROWTH"), TextTable::sizeColumn("NOW"), {"WHAT"}, {"PATH"}});
+    for (const TreeChange *row : rows)
+        table.add({signedSize(row->growth()), Fmt::byteFormatter(row->after), std::string(wordFor(row->kind)),
+                   placeOf(*row)});
+    table.write(output);
+}
+
+void writeChanges(Output &output, const std::vector<const TreeChange *> &rows, const FSNode &before,
+                  const FSNode &after) {
+    JsonWriter json(output);
+    json.beginObject();
+    json.member("before", before.size);
+    json.member("after", after.size);
+    json.key("changes");
+    json.beginArray();
+    for (const TreeChange *row : rows) {
+        json.beginObject();
+        json.member("kind", wordFor(row->kind));
+        json.path("path", row->path);
+        if (row->kind == TreeChange::Kind::moved)
+            json.path("earlier", row->earlier);
+        json.member("isFolder", row->isFolder);
+        json.member("isAggregate", row->isAggregate);
+        json.member("before", row->before);
+        json.member("after", row->after);
+        json.end();
+    }
+    json.end();
+    json.end();
+}
+
+/// The changes to show: what has grown most, and what has shrunk most, in their order.
+std::vector<const TreeChange *> largest(const std::vector<TreeChange> &changes, std::int64_t count) {
+    std::vector<const TreeChange *> rows;
+    const auto most = static_cast<std::size_t>(count);
+    std::size_t first = 0, last = changes.size();
+    while (first < last && rows.size() + (changes.size() - last) < most) {
+        const bool growsMore = changes[first].growth() >= -changes[last - 1].growth();
+        if (growsMore)
+            rows.push_back(&changes[first++]);
+        else
+            --last;
+    }
+    for (; last < changes.size(); ++last)
+        rows.push_back(&changes[last]);
+    return rows;
+}
+
+ExitStatus runCompare(const Arguments &arguments, Output &output) {
+    const std::optional<ImportedTree> before = treeInFile(arguments.operands()[0]);
+    if (!before)
+        return ExitStatus::failed;
+    ScanStats stats;
+    const std::unique_ptr<FSNode> after = laterTree(arguments.operands()[1], stats);
+    if (after == nullptr)
+        return ExitStatus::failed;
+    if (stats.cancelled())
+        return endInterrupted(output);
+
+    const std::vector<TreeChange> changes = compareTrees(*before->root, *after);
+    const bool isJson = arguments.has("--json");
+    const auto all = static_cast<std::int64_t>(changes.size());
+    const auto rows = largest(changes, arguments.number("--top").value_or(isJson ? all : usualRows));
+    if (isJson) {
+        writeChanges(output, rows, *before->root, *after);
+        return ExitStatus::done;
+    }
+    writeTable(output, rows);
+    std::string line = "\n" + Fmt::byteFormatter(before->root->size);
+    line.append(" before, ").append(Fmt::byteFormatter(after->size)).append(" now (");
+    line.append(signedSize(after->size - before->root->size)).append("); ");
+    output.write(line.append(Fmt::count(all)).append(all == 1 ? " change\n" : " changes\n"));
+    return ExitStatus::done;
+}
+
+} // namespace
+
+constinit const Command compareCommand = {
+    .name = "compare",
+    .operands = "OLD NEW",
+    .operandCount = {.minimum = 2, .maximum = 2},
+    .options = compareOptions,
+    .summary = "Shows what has grown between two scans, largest growth first.",
+    .help = "\nOLD is a file of \"scan --save\"; NEW is another one, or a folder, which is scanned now. "
+            "Lists that\n"
+            "\"open\" reads do as well, but only a saved scan knows that something was moved. A new or gone\n"
+            "folder is one row, without what was moved into it or out of it.\n",
+    .run = runCompare,
+};
+
+} // namespace brimvale::commandLine

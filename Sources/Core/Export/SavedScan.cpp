@@ -1,0 +1,325 @@
+#include "Core/Export/SavedScan.h"
+
+#include "Base/Hex.h"
+#include "Core/Export/TreeAssembly.h"
+#include "Core/Export/TreeVisit.h"
+#include "Platform/Digest.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace brimvale {
+
+namespace {
+
+constexpr std::string_view magic = "BRIMSCAN";
+constexpr std::uint64_t formatVersion = 1;
+constexpr std::size_t digestLength = 32;
+constexpr std::int64_t blockSize = 512;
+constexpr std::uint64_t mostReasons = 7; ///< as `SkipReason` has
+
+/// What the byte at the beginning of a node says.
+enum Flag : std::uint8_t {
+    directory = 1,
+    aggregateNode = 2,
+    unreadableNode = 4,
+    skipped = 8,
+    cloudProvider = 16,
+    linkedFiles = 32,
+    otherDevice = 64, ///< than that of the node before
+    noIdentity = 128
+};
+
+/// The figures of a folder that no child has.
+struct OwnFigures {
+    std::int64_t size, length, files;
+};
+
+OwnFigures ownFiguresOf(const FSNode &folder) {
+    OwnFigures own{folder.size, folder.logicalSizeLeft(), folder.fileCount};
+    for (const std::unique_ptr<FSNode> &child : folder.children()) {
+        own.size -= child->size;
+        own.length -= child->logicalSizeLeft();
+        own.files -= child->fileCount;
+    }
+    return own;
+}
+
+std::uint64_t zigzag(std::uint64_t difference) {
+    return (difference << 1) ^ (difference >> 63 != 0 ? ~std::uint64_t{0} : 0);
+}
+
+std::uint64_t unzigzag(std::uint64_t coded) {
+    return (coded >> 1) ^ (coded & 1 ? ~std::uint64_t{0} : 0);
+}
+
+class ScanWriter {
+public:
+    explicit ScanWriter(TextSink &sink) : sink_(sink) {}
+
+    void write(const FSNode &root, const ScanOrigin &origin) {
+        bytes_ += magic;
+        number(formatVersion);
+        text(origin.program);
+        text(origin.host);
+        number(origin.date ? static_cast<std::uint64_t>(secondsOf(*origin.date)) + 1 : 0);
+        number(static_cast<std::uint64_t>(origin.unreadable));
+        text(root.path());
+        visitTree(
+            root, [this](const FSNode &one) { node(one); }, [](const FSNode &) {});
+        pass();
+        sink_.write(*bytesOfHex(digest_.finish()));
+    }
+
+private:
+    void node(const FSNode &one) {
+        const std::optional<FileIdentity> identity = one.identity();
+        const auto flag = [](bool isSet, Flag value) { return isSet ? static_cast<unsigned>(value) : 0U; };
+        bytes_ += static_cast<char>(
+            flag(one.isDirectory, directory) | flag(one.isAggregate, aggregateNode) |
+            flag(one.unreadable, unreadableNode) | flag(one.isNotDescended, skipped) |
+            flag(one.isCloudProvider, cloudProvider) | flag(one.hasLinkedFiles, linkedFiles) |
+            flag(identity && identity->device != last_.device, otherDevice) | flag(!identity, noIdentity));
+        if (!one.isAggregate && one.parent() != nullptr)
+            text(one.name);
+        if (identity)
+            writeIdentity(*identity);
+        if (one.isNotDescended)
+            number(static_cast<std::uint64_t>(one.skipReason));
+        if (one.isDirectory)
+            folder(one);
+        else
+            figures({one.size, one.logicalSize, one.fileCount});
+        if (one.isAggregate)
+            count(one.fileCount);
+        constexpr std::size_t pieceSize = std::size_t{1} << 18;
+        if (bytes_.size() > pieceSize)
+            pass();
+    }
+
+    void folder(const FSNode &one) {
+        const OwnFigures own = ownFiguresOf(one);
+        const bool hasOwn = own.size > 0 || own.length > 0 || own.files > 0;
+        number(one.children().size() * 2 + (hasOwn ? 1 : 0));
+        if (!hasOwn)
+            return;
+        figures(own);
+        count(own.files);
+    }
+
+    void count(std::int64_t files) { number(static_cast<std::uint64_t>(std::max<std::int64_t>(files, 0))); }
+
+    void figures(const OwnFigures &own) {
+        const bool isBlocks = own.size % blockSize == 0;
+        const auto size = static_cast<std::uint64_t>(std::max<std::int64_t>(own.size, 0));
+        number(isBlocks ? size / blockSize * 2 : size * 2 + 1);
+        number(static_cast<std::uint64_t>(std::max<std::int64_t>(own.length, 0)));
+    }
+
+    void writeIdentity(const FileIdentity &identity) {
+        if (identity.device != last_.device)
+            number(identity.device);
+        number(zigzag(identity.inode - last_.inode));
+        last_ = identity;
+    }
+
+    /// Seven bits a byte, the lowest first; the highest bit says that more follow.
+    void number(std::uint64_t value) {
+        for (; value >= 0x80; value >>= 7)
+            bytes_ += static_cast<char>(value | 0x80);
+        bytes_ += static_cast<char>(value);
+    }
+
+    void text(std::string_view value) {
+        number(value.size());
+        bytes_ += value;
+    }
+
+    void pass() {
+        digest_.add(bytes_);
+        sink_.write(bytes_);
+        bytes_.clear();
+    }
+
+    TextSink &sink_;
+    Sha256 digest_;
+    std::string bytes_;
+    FileIdentity last_;
+};
+
+class ScanReader {
+public:
+    explicit ScanReader(std::string_view bytes) : rest_(bytes) {}
+
+    Result<ImportedTree, ImportFault> read() {
+        rest_.remove_prefix(magic.size());
+        if (number() != formatVersion)
+            return ImportFault{"This scan was saved by a later version of the program."};
+        ScanOrigin origin;
+        origin.program = text();
+        origin.host = text();
+        const std::uint64_t date = number();
+        origin.date = date == 0 ? std::nullopt : dateOfSeconds(signedOf(date) - 1);
+        origin.unreadable = signedOf(number());
+        path_ = text();
+        if (path_.empty() || path_.find('\0') != std::string::npos)
+            isDamaged_ = true;
+        do
+            node();
+        while (!isDamaged_ && !folders_.empty());
+        if (isDamaged_ || !rest_.empty())
+            return ImportFault{"The saved scan is damaged."};
+        return ImportedTree{tree_.finish(), std::move(origin)};
+    }
+
+private:
+    struct Folder {
+        ListedEntry entry;
+        std::uint64_t childrenLeft;
+    };
+
+    void node() {
+        const auto flags = static_cast<unsigned>(byte());
+        const bool isRoot = folders_.empty();
+        ListedEntry entry;
+        entry.isDirectory = (flags & directory) != 0;
+        entry.isAggregate = (flags & aggregateNode) != 0;
+        entry.isUnreadable = (flags & unreadableNode) != 0;
+        entry.isCloudProvider = (flags & cloudProvider) != 0;
+        entry.name = isRoot ? path_ : entry.isAggregate ? "0 smaller items" : text();
+        if (!isRoot && TreeAssembly::faultOfName(entry.name))
+            isDamaged_ = true;
+        const std::optional<FileIdentity> identity = readIdentity(flags);
+        if (flags & skipped)
+            entry.skipReason = reason();
+        const std::uint64_t children = entry.isDirectory ? number() : 1;
+        if (children & 1)
+            readFigures(entry);
+        if ((isRoot && !entry.isDirectory) || (entry.isDirectory && entry.isAggregate))
+            isDamaged_ = true;
+        if (!isDamaged_)
+            place(entry, identity, children / 2, (flags & linkedFiles) != 0);
+    }
+
+    void place(const ListedEntry &entry, const std::optional<FileIdentity> &identity, std::uint64_t children,
+               bool hasLinkedFiles) {
+        if (!folders_.empty())
+            --folders_.back().childrenLeft;
+        FSNode *placed = nullptr;
+        if (entry.isDirectory) {
+            placed = &tree_.open(entry);
+            placed->hasLinkedFiles = hasLinkedFiles;
+            folders_.push_back({entry, children});
+        } else {
+            tree_.add(entry);
+            placed = tree_.innermost()->children().back().get();
+        }
+        if (identity)
+            placed->setIdentity(*identity);
+        while (!folders_.empty() && folders_.back().childrenLeft == 0) {
+            tree_.close(folders_.back().entry);
+            folders_.pop_back();
+        }
+    }
+
+    std::optional<FileIdentity> readIdentity(unsigned flags) {
+        if (flags & noIdentity)
+            return std::nullopt;
+        if (flags & otherDevice)
+            last_.device = number();
+        last_.inode += unzigzag(number());
+        return last_;
+    }
+
+    SkipReason reason() {
+        const std::uint64_t value = number();
+        return value < mostReasons ? static_cast<SkipReason>(value) : SkipReason::leftOut;
+    }
+
+    void readFigures(ListedEntry &entry) {
+        const std::uint64_t size = number();
+        const bool isBelieved = size / 2 <= static_cast<std::uint64_t>(mostBelievedBytes);
+        entry.size = isBelieved ? signedOf(size / 2) * (size & 1 ? 1 : blockSize) : -1;
+        entry.logicalSize = signedOf(number());
+        if (entry.isDirectory || entry.isAggregate)
+            entry.fileCount = signedOf(number());
+        else
+            entry.fileCount = entry.isUnreadable ? 0 : 1;
+    }
+
+    static std::int64_t signedOf(std::uint64_t value) {
+        constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
+        return value > most ? -1 : static_cast<std::int64_t>(value);
+    }
+
+    unsigned char byte() {
+        if (rest_.empty()) {
+            isDamaged_ = true;
+            return 0;
+        }
+        const auto first = static_cast<unsigned char>(rest_.front());
+        rest_.remove_prefix(1);
+        return first;
+    }
+
+    std::uint64_t number() {
+        std::uint64_t value = 0;
+        constexpr int bits = 64;
+        for (int shift = 0; shift < bits; shift += 7) {
+            const unsigned char next = byte();
+            value |= std::uint64_t{next & 0x7FU} << shift;
+            if (next < 0x80)
+                return value;
+        }
+        isDamaged_ = true;
+        return 0;
+    }
+
+    std::string text() {
+        const std::uint64_t length = number();
+        if (length > rest_.size()) {
+            isDamaged_ = true;
+            return {};
+        }
+        std::string value(rest_.substr(0, length));
+        rest_.remove_prefix(length);
+        return value;
+    }
+
+    std::string_view rest_;
+    std::string path_;
+    TreeAssembly tree_;
+    std::vector<Folder> folders_; ///< open, outermost first
+    FileIdentity last_;
+    bool isDamaged_ = false;
+};
+
+} // namespace
+
+void writeSavedScan(TextSink &sink, const FSNode &root, const ScanOrigin &origin) {
+    ScanWriter(sink).write(root, origin);
+}
+
+bool beginsSavedScan(std::string_view bytes) {
+    return bytes.starts_with(magic);
+}
+
+Result<ImportedTree, ImportFault> readSavedScan(std::string_view bytes) {
+    if (!beginsSavedScan(bytes))
+        return ImportFault{"This is no saved scan."};
+    if (bytes.size() < magic.size() + 1 + digestLength)
+        return ImportFault{"The saved scan is damaged."};
+    const std::string_view content = bytes.substr(0, bytes.size() - digestLength);
+    Sha256 digest;
+    digest.add(content);
+    if (digest.finish() != hexString(bytes.substr(content.size())))
+        return ImportFault{"The saved scan is damaged."};
+    return ScanReader(content).read();
+}
+
+} // namespace brimvale
