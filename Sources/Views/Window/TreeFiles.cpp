@@ -141,7 +141,7 @@ void TreeFiles::save(const QString &title, const QString &suffix, const QString 
 
 void TreeFiles::askForList() {
     chooseFileToOpen(window_, u"Import a List"_s,
-                     u"Lists of Brimvale or ncdu (*.json *.ncdu);;All files (*)"_s,
+                     u"Lists and saved scans (*.json *.ncdu *.scan);;All files (*)"_s,
                      [this](const std::string &path) { import(path); });
 }
 
@@ -154,7 +154,7 @@ void TreeFiles::import(const std::string &path) {
     inBackground(
         *QThreadPool::globalInstance(), this,
         [path]() -> Read {
-            Result<ImportedTree, ImportFault> read = readListingAt(path);
+            Result<ImportedTree, ImportFault> read = readTreeAt(path);
             if (const auto *fault = std::get_if<ImportFault>(&read))
                 return {.tree = nullptr, .origin = {}, .fault = fault->sentence};
             auto &tree = std::get<ImportedTree>(read);
