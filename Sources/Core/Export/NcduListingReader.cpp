@@ -52,22 +52,22 @@ private:
     void readMetadata() {
         if (json_.next() != Token::beginObject)
             json_.fail("the description of the list is missing");
-        std::string version;
+        std::string programVersion;
         while (json_.next() == Token::key) {
             const std::string key = json_.text();
             const Token value = json_.next();
             if (value == Token::text && key == "progname")
                 origin_.program = json_.text();
             else if (value == Token::text && key == "progver")
-                version = json_.text();
+                programVersion = json_.text();
             else if (value == Token::text && key == "hostname")
                 origin_.host = json_.text();
             else if (value == Token::number && key == "timestamp")
                 origin_.date = dateOfSeconds(json_.integer().value_or(-1));
             json_.skip(value);
         }
-        if (!version.empty())
-            origin_.program.append(" ").append(version);
+        if (!programVersion.empty())
+            origin_.program.append(" ").append(programVersion);
     }
 
     /// After the bracket of a folder: its information comes first.

@@ -97,8 +97,8 @@ private:
             figures({one.size, one.logicalSize, one.fileCount});
         if (one.isAggregate)
             count(one.fileCount);
-        constexpr std::size_t pieceSize = std::size_t{1} << 18;
-        if (bytes_.size() > pieceSize)
+        constexpr std::size_t mostKept = std::size_t{1} << 18;
+        if (bytes_.size() > mostKept)
             pass();
     }
 
