@@ -106,7 +106,7 @@ QWidget *AppDetail::makeBundleChoice() {
     uninstaller_ = makeButton("showUninstaller", u"Show Uninstaller"_s, this);
     connect(uninstaller_, &QPushButton::clicked, this, [this] {
         if (row_)
-            ItemActions::reveal(FileURL(Uninstall::uninstallerOf(row_->app)));
+            ItemActions::reveal(FileURL(Uninstall::uninstallerOf(row_->app)), this);
     });
     systemApp_->setWordWrap(true);
     auto *choice = new QWidget(this);
