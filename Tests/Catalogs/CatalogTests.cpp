@@ -21,16 +21,17 @@ Host hostOf(System system) {
 
 /// Each of the words. A field that is added is missed here by the compiler.
 std::vector<std::string> fieldsOf(const Words &words) {
-    const auto &[thisComputer, theSystem, rootName, noBytes, includeSystemApps, whyDefinitely, whyPossibly, noOtherFiles,
-                 stillSearching, chooseApp, revealItem, openFolder, showBackupCopy, grantAccess,
+    const auto &[thisComputer, theSystem, rootName, noBytes, includeSystemApps, whyDefinitely, whyPossibly,
+                 noOtherFiles, stillSearching, chooseApp, revealItem, openFolder, showBackupCopy, grantAccess,
                  whyGrantAccess, accessNoticeTitle, accessNotice, accessAdvice, measuringHelp, listingHelp,
                  freesAtMost, atMost, purgeableSpace, unreadableSpace, snapshotsTitle, snapshotsRemark] =
         words;
-    return {thisComputer,  theSystem,      rootName,        noBytes,        includeSystemApps,
-            whyDefinitely, whyPossibly, noOtherFiles,   stillSearching,  chooseApp,      revealItem,
-            openFolder,    showBackupCopy, grantAccess,     whyGrantAccess, accessNoticeTitle,
-            accessNotice,  accessAdvice,   measuringHelp,   listingHelp,    freesAtMost,
-            atMost,        purgeableSpace, unreadableSpace, snapshotsTitle, snapshotsRemark};
+    return {thisComputer,      theSystem,    rootName,       noBytes,         includeSystemApps,
+            whyDefinitely,     whyPossibly,  noOtherFiles,   stillSearching,  chooseApp,
+            revealItem,        openFolder,   showBackupCopy, grantAccess,     whyGrantAccess,
+            accessNoticeTitle, accessNotice, accessAdvice,   measuringHelp,   listingHelp,
+            freesAtMost,       atMost,       purgeableSpace, unreadableSpace, snapshotsTitle,
+            snapshotsRemark};
 }
 
 /// What a category says to the user.

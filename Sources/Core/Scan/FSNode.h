@@ -148,7 +148,7 @@ private:
         std::int64_t removedLogicalSize = 0;  ///< of removed descendants
         std::int64_t removedDirCount = 0;
         bool mayBeOutOfOrder = false; ///< of a folder with descendants that have left or were replaced
-        bool isImported = false; ///< of the root of a tree
+        bool isImported = false;      ///< of the root of a tree
     };
 
     void findNewestInAncestors(std::uint32_t earlier, const FSNode *leaving) const;

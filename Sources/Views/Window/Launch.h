@@ -14,10 +14,10 @@ namespace brimvale {
 
 /// The options for opening the window.
 struct Launch {
-    std::optional<System> system;            ///< the system whose catalog is used; nothing: this one
-    std::optional<FileURL> folder;           ///< scanned at once
-    std::optional<FileURL> file = {};        ///< selected in `folder`
-    std::string notice = {};                 ///< shown in the window: why there is nothing to scan; empty for none
+    std::optional<System> system;     ///< the system whose catalog is used; nothing: this one
+    std::optional<FileURL> folder;    ///< scanned at once
+    std::optional<FileURL> file = {}; ///< selected in `folder`
+    std::string notice = {};          ///< shown in the window: why there is nothing to scan; empty for none
     std::optional<sample::Wish> sample = {}; ///< what to do with the sample; nothing: this computer is shown
 
     /// What the program prints if it ends without a window. Harmless on a terminal.

@@ -73,8 +73,7 @@ std::vector<FileClaim> LeftoverPlaces::withoutOwner() const {
                 isOfCommand(std::string_view(name).substr(listing.isHome ? 1 : 0), commands))
                 continue;
             FileClaim claim{joinPath(listing.folder, name), listing.category, MatchConfidence::likely,
-                            "no app or command has this name",
-                            listing.isHome || listing.category == "Data"};
+                            "no app or command has this name", listing.isHome || listing.category == "Data"};
             // In the home most names are of commands that have other names.
             if (nameKnownApp(claim) || !listing.isHome)
                 claims.push_back(std::move(claim));
