@@ -69,6 +69,8 @@ std::string infoOf(const FSNode &node, std::string_view exclusion) {
         (isRoot || !node.parent()->identity() ||
          node.parent()->identity()->device != node.identity()->device))
         appendNumber(info, "dev", static_cast<std::int64_t>(node.identity()->device));
+    if (!node.isDirectory)
+        appendNumber(info, "mtime", node.modified);
     if (node.isAggregate)
         appendNumber(info, NcduNames::filesInAggregate, node.fileCount);
     if (node.unreadable)

@@ -4,6 +4,7 @@
 #include "Core/Scan/InodeSet.h"
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -153,6 +154,8 @@ private:
             info.entry.logicalSize = number;
         else if (key == "dsize")
             info.entry.size = number;
+        else if (key == "mtime" && number > 0 && number <= std::numeric_limits<std::uint32_t>::max())
+            info.entry.modified = static_cast<std::uint32_t>(number);
         else if (key == "dev")
             info.device = number;
         else if (key == "ino")

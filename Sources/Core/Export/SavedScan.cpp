@@ -21,6 +21,7 @@ constexpr std::string_view magic = "BRIMSCAN";
 constexpr std::uint64_t formatVersion = 1;
 constexpr std::size_t digestLength = 32;
 constexpr std::int64_t blockSize = 512;
+constexpr std::uint32_t day = 86'400; ///< in seconds
 constexpr std::uint64_t mostReasons = 7; ///< as `SkipReason` has
 
 /// What the byte at the beginning of a node says.
@@ -97,6 +98,8 @@ private:
             figures({one.size, one.logicalSize, one.fileCount});
         if (one.isAggregate)
             count(one.fileCount);
+        if (!one.isDirectory)
+            date(one.modified);
         constexpr std::size_t mostKept = std::size_t{1} << 18;
         if (bytes_.size() > mostKept)
             pass();
@@ -110,6 +113,12 @@ private:
             return;
         figures(own);
         count(own.files);
+    }
+
+    void date(std::uint32_t modified) {
+        const std::uint64_t days = modified / day;
+        number(zigzag(days - lastDay_));
+        lastDay_ = days;
     }
 
     void count(std::int64_t files) { number(static_cast<std::uint64_t>(std::max<std::int64_t>(files, 0))); }
@@ -150,6 +159,7 @@ private:
     Sha256 digest_;
     std::string bytes_;
     FileIdentity last_;
+    std::uint64_t lastDay_ = 0;
 };
 
 class ScanReader {
@@ -200,6 +210,8 @@ private:
         const std::uint64_t children = entry.isDirectory ? number() : 1;
         if (children & 1)
             readFigures(entry);
+        if (!entry.isDirectory)
+            entry.modified = date();
         if ((isRoot && !entry.isDirectory) || (entry.isDirectory && entry.isAggregate))
             isDamaged_ = true;
         if (!isDamaged_)
@@ -252,6 +264,13 @@ private:
             entry.fileCount = entry.isUnreadable ? 0 : 1;
     }
 
+    /// Noon of the day, so that it is the same day in most places.
+    std::uint32_t date() {
+        lastDay_ += unzigzag(number());
+        constexpr std::uint64_t latest = std::numeric_limits<std::uint32_t>::max() / day - 1;
+        return lastDay_ == 0 || lastDay_ > latest ? 0 : static_cast<std::uint32_t>(lastDay_) * day + day / 2;
+    }
+
     static std::int64_t signedOf(std::uint64_t value) {
         constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
         return value > most ? -1 : static_cast<std::int64_t>(value);
@@ -296,6 +315,7 @@ private:
     TreeAssembly tree_;
     std::vector<Folder> folders_; ///< open, outermost first
     FileIdentity last_;
+    std::uint64_t lastDay_ = 0;
     bool isDamaged_ = false;
 };
 

@@ -30,6 +30,7 @@ std::unique_ptr<FSNode> rootAt(const std::string &listedPath) {
 void addToParent(const FSNode &folder) {
     FSNode &parent = *folder.parent();
     parent.hasLinkedFiles = parent.hasLinkedFiles || folder.hasLinkedFiles;
+    parent.modified = std::max(parent.modified, folder.modified);
     parent.size = checkedAdd(parent.size, folder.size);
     parent.logicalSize = checkedAdd(parent.logicalSize, folder.logicalSize);
     parent.fileCount = checkedAdd(parent.fileCount, folder.fileCount);
@@ -69,6 +70,7 @@ void TreeAssembly::add(const ListedEntry &entry) {
                           : std::make_unique<FSNode>(entry.name, parent, false));
     FSNode &node = *parent.children().back();
     node.fileCount = 0;
+    node.modified = entry.modified;
     parent.hasLinkedFiles = parent.hasLinkedFiles || entry.isLinkedFile;
     ListedEntry counted = entry;
     if (!entry.isAggregate)

@@ -25,9 +25,11 @@ QScrollArea *makeScrollArea(QWidget *content, QWidget *page) {
     area->setFocusPolicy(Qt::NoFocus);
     area->setVerticalScrollBarPolicy(
         Qt::ScrollBarAlwaysOn); // it is drawn only if there is something to scroll
-    QMargins margins = content->layout()->contentsMargins();
-    margins.setRight(std::max(margins.right() - Metrics::scrollBarWidth, 0));
-    content->layout()->setContentsMargins(margins);
+    if (QLayout *layout = content->layout()) {
+        QMargins margins = layout->contentsMargins();
+        margins.setRight(std::max(margins.right() - Metrics::scrollBarWidth, 0));
+        layout->setContentsMargins(margins);
+    }
     return area;
 }
 
