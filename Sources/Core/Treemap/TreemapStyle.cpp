@@ -22,8 +22,8 @@ constexpr double labelHeight = 30;
 
 /// Neighbours share an edge, apart from rounding of their coordinates.
 bool meet(double one, double other) {
-    constexpr double tolerance = 1e-3;
-    return std::abs(one - other) < tolerance;
+    constexpr double nearby = 1e-3;
+    return std::abs(one - other) < nearby;
 }
 
 /// The edge that two tiles share; nothing where they are no neighbours.
