@@ -41,6 +41,7 @@ struct DesktopPlaces {
     std::string snapFiles;             ///< one file for each revision of a snap
     std::string snapMounts;            ///< the contents of snaps, by name and revision
     std::vector<std::string> commands; ///< where a command without a folder is looked for, in order
+    std::string processes;             ///< a folder like "/proc"
     /// Where the programs of package managers are, in order.
     std::vector<std::string> packageCommands;
     std::vector<std::string> appImages; ///< where people keep AppImages; searched two levels deep

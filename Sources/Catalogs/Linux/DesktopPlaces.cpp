@@ -131,6 +131,7 @@ std::optional<DesktopPlaces> desktopPlaces(const Host &host) {
         .snapFiles = host.placeOf("/var/lib/snapd/snaps"),
         .snapMounts = host.placeOf("/snap"),
         .commands = commands,
+        .processes = host.placeOf("/proc"),
         .packageCommands = in({"/usr/bin", "/usr/local/bin", "/bin", "/run/current-system/sw/bin"}),
         .appImages = in({"~/Applications", "~/AppImages", "~/.local/bin", "~/bin", "$XDG_DOWNLOAD_DIR",
                          "$XDG_DESKTOP_DIR", "/opt", "/usr/local/bin"}),

@@ -208,7 +208,7 @@ DesktopLeftoverRules desktopLeftoverRules(const Host &host) {
         "RecentDocuments sounds themes tracker tracker3 Trash user-places.xbel* webkitgtk xorg zeitgeist "
         "babl "
         "event-sound-cache.* gegl-* gstreamer-* mesa_shader_cache* nvidia obexd qtshadercache* thumbnails "
-        "brimvale "
+        "brimvale* "
         // of the desktops themselves, and of parts that many of their programs have
         "bluedevilglobalrc breezerc drkonqirc gtkrc* icon-cache.kcache kactivitymanagerd* kateschemarc "
         "katevirc "

@@ -31,6 +31,7 @@ void addToParent(const FSNode &folder) {
     FSNode &parent = *folder.parent();
     parent.hasLinkedFiles = parent.hasLinkedFiles || folder.hasLinkedFiles;
     parent.modified = std::max(parent.modified, folder.modified);
+    parent.holdsUnreadable = parent.holdsUnreadable || folder.isAtLeast();
     parent.size = checkedAdd(parent.size, folder.size);
     parent.logicalSize = checkedAdd(parent.logicalSize, folder.logicalSize);
     parent.fileCount = checkedAdd(parent.fileCount, folder.fileCount);

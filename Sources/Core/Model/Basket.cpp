@@ -1,6 +1,7 @@
 #include "Core/Model/Basket.h"
 
 #include "Base/FileURL.h"
+#include "Platform/OpenedItem.h"
 
 #include <algorithm>
 
@@ -24,6 +25,9 @@ void Basket::add(const std::vector<CleanupEntry> &entries) {
                 continue;
             std::erase_if(state.entries, [&](const CleanupEntry &one) { return isIn(one, entry); });
             state.entries.push_back(entry);
+            // It may wait here for long, and another item may take its place.
+            if (!entry.pin)
+                state.entries.back().pin = pinOf(entry.url.standardized());
         }
     });
 }

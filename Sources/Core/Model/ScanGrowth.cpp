@@ -9,7 +9,7 @@ namespace brimvale {
 
 void ScanGrowth::begin(const std::string &rootPath, const std::shared_ptr<FSNode> &tree) {
     std::optional<Earlier> earlier;
-    if (tree != nullptr && FileURL(tree->path()) == FileURL(rootPath)) {
+    if (tree != nullptr && !tree->isImported() && FileURL(tree->path()) == FileURL(rootPath)) {
         earlier = Earlier{.files = tree->fileCount, .bytes = tree->size};
         // The largest come first.
         for (const auto &child :

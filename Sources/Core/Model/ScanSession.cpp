@@ -116,6 +116,8 @@ void ScanSession::showImported(std::shared_ptr<FSNode> tree, ImportedFrom from) 
     shown.scanBytes = tree->size;
     shown.scanUnreadable = from.origin.unreadable;
     shown.scanElapsed = 0;
+    shown.ageMoment = FSNode::secondsOf(from.origin.date.value_or(now()));
+    latestStats_ = nullptr; // a list does not say what could not be read
     shown.importedFrom = std::move(from);
     setTree(std::move(tree));
     emit changed();

@@ -27,6 +27,7 @@ struct PartialRemoval {
 /// An item that was moved to the Trash, so that it can be put back.
 struct MovedToTrash {
     FileURL place;          ///< where it was, without links on the way
+    FileIdentity folder;    ///< its parent then
     ItemPin now;            ///< in the Trash
     std::int64_t bytes = 0; ///< allocated
 

@@ -194,7 +194,7 @@ std::optional<FileError> Removal::moveToTrash(const FileURL &url, const OpenedIt
     ++progress_.entriesRemoved;
     const auto &trashed = std::get<TrashedItem>(result);
     if (trashed.now)
-        result_.movedToTrash.push_back({item.place(), *trashed.now, size});
+        result_.movedToTrash.push_back({item.place(), item.pin().folder, *trashed.now, size});
     if (trashed.unusualPlace)
         result_.remarks.push_back({url, "It is now “" + displayText(*trashed.unusualPlace) +
                                             "”, because the Trash in the home folder can’t be used."});

@@ -28,7 +28,8 @@ public:
 private:
     /// Why it failed; nothing on success.
     [[nodiscard]] std::optional<std::string> putBack(const FileURL &url, const OpenedItem &item,
-                                                     const FileURL &oldPlace);
+                                                     const FileURL &oldPlace,
+                                                     const std::optional<FileIdentity> &oldFolder = {});
     void note(const FileURL &url, std::optional<std::string> failure) {
         if (failure)
             result_.failed.push_back({url, *std::move(failure)});
@@ -54,15 +55,19 @@ void PuttingBack::putBack(const MovedToTrash &moved) {
     if (const int *error = std::get_if<int>(&opened))
         return note(moved.place, TrashTexts::putBackError(Remover::isGone(moved.now.place) ? ENOENT : *error,
                                                           moved.now.place, moved.place));
-    note(moved.place, putBack(moved.now.place, std::get<OpenedItem>(opened), moved.place));
+    note(moved.place, putBack(moved.now.place, std::get<OpenedItem>(opened), moved.place, moved.folder));
 }
 
 std::optional<std::string> PuttingBack::putBack(const FileURL &url, const OpenedItem &item,
-                                                const FileURL &oldPlace) {
+                                                const FileURL &oldPlace,
+                                                const std::optional<FileIdentity> &oldFolder) {
     const Result<PlaceToPutBack, int> found = PlaceToPutBack::at(oldPlace);
     if (const int *error = std::get_if<int>(&found))
         return TrashTexts::putBackError(*error, url, oldPlace);
     const auto &place = std::get<PlaceToPutBack>(found);
+    const bool isOtherFolder = oldFolder && place.missing().empty() && place.ancestors().back() != *oldFolder;
+    if (isOtherFolder || (oldFolder && place.path() != oldPlace))
+        return TrashTexts::otherFolder(oldPlace);
     if (!gate_.admits(place))
         return TrashTexts::protectedPlace(oldPlace);
     const Result<FileURL, int> outcome = brimvale::putBack(item, place);
@@ -73,6 +78,9 @@ std::optional<std::string> PuttingBack::putBack(const FileURL &url, const Opened
     if (now != place.path())
         result_.remarks.push_back(
             {url, "Its folder was moved. It is now “" + displayText(now.path()) + "”."});
+    else if (now != oldPlace.standardized())
+        result_.remarks.push_back(
+            {url, "A folder on the way is a link. It is now “" + displayText(now.path()) + "”."});
     else if (!place.missing().empty())
         result_.remarks.push_back({url, TrashTexts::madeFolder(now.parent())});
     return std::nullopt;

@@ -68,6 +68,10 @@ std::string protectedPlace(const FileURL &oldPlace) {
     return "Its old place " + pathInQuotes(oldPlace.path()) + " is protected. Nothing is put back there.";
 }
 
+std::string otherFolder(const FileURL &oldPlace) {
+    return pathInQuotes(oldPlace.parent().path()) + " is another folder now. Nothing is put back there.";
+}
+
 std::string madeFolder(const FileURL &folder) {
     return "Its folder " + pathInQuotes(folder.path()) + " was missing, and was made again.";
 }

@@ -24,6 +24,9 @@ namespace TrashTexts {
 /// The old place is inside a protected folder.
 [[nodiscard]] std::string protectedPlace(const FileURL &oldPlace);
 
+/// Another folder is now where the parent of the old place was.
+[[nodiscard]] std::string otherFolder(const FileURL &oldPlace);
+
 /// The folder of the old place was missing.
 [[nodiscard]] std::string madeFolder(const FileURL &folder);
 

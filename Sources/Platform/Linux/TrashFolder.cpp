@@ -169,6 +169,11 @@ TrashFolder TrashFolder::forItemsAt(const WayUp &way) {
         return trash;
     }
     const Descriptor folder = trash.isInHome ? openInHome(home) : openAtTop(way);
+    // A link may lead out of a confinement.
+    if (folder.isOpen() && !isWithinConfinement(WayUp::from(folder.number()).folders)) {
+        trash.error = EXDEV;
+        return trash;
+    }
     const std::optional<Place> place = folder.isOpen() ? placeOf(folder.number()) : std::nullopt;
     if (place) {
         trash.identity = place->identity;

@@ -175,6 +175,7 @@ void ScanBar::showFigures() {
     bytes_->setText(sizeText(session_->scanBytes));
     elapsed_->setText(elapsedText(session_->scanElapsed));
     unreadable_->setVisible(hasFigures && session_->scanUnreadable > 0);
+    unreadable_->setEnabled(!session_->importedFrom); // a list does not say which they are
     unreadable_->setText(u"%1 unreadable"_s.arg(text(Fmt::count(session_->scanUnreadable))));
     if (isRescanning())
         current_->setText(u"Scanning “%1” again"_s.arg(displayedText(session_->rescannedPath)));

@@ -264,7 +264,7 @@ void ContentView::followModel() {
 /// Windows of several runs differ by the folder that was scanned.
 void ContentView::showTitle() {
     const std::shared_ptr<FSNode> &tree = model_.scan->tree;
-    const QString name = QApplication::applicationName();
+    const QString name = QApplication::applicationName() + (isSample_ ? u" — Sample"_s : QString());
     setWindowTitle(tree == nullptr ? name : displayedName(*tree) + u" — "_s + name);
 }
 
@@ -349,7 +349,8 @@ void ContentView::scan(const std::optional<FileURL> &folder) {
 }
 
 void ContentView::showSample(const FileURL &disk) {
-    setWindowTitle(u"%1 — Sample"_s.arg(windowTitle()));
+    isSample_ = true;
+    showTitle();
     sidebar_->addNote(new SampleNote(disk, sidebar_));
 }
 

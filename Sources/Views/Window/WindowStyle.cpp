@@ -203,7 +203,7 @@ QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
     if (type == CT_PushButton && button != nullptr && !button->icon.isNull() && !button->text.isEmpty())
         whole.rwidth() += labelGap;
     if (type == CT_ComboBox)
-        whole.setWidth(size.width() + 2 * comboPadding + comboArrow + labelGap);
+        whole.setWidth(size.width() + 2 * comboPadding + comboArrow + 2 * labelGap);
     return whole;
 }
 

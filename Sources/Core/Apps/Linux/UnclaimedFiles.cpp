@@ -1,10 +1,14 @@
 #include "Core/Apps/Linux/FileClaim.h"
 
+#include "Base/FileURL.h"
 #include "Platform/Characters.h"
 #include "Platform/FileAccess.h"
+#include "Platform/FileReader.h"
 #include "Platform/Folder.h"
+#include "Platform/Processes.h"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_set>
 #include <utility>
 
@@ -12,12 +16,15 @@ namespace brimvale::linuxApps {
 
 namespace {
 
-/// The names of all commands, case-folded.
+/// The names of all commands, and of the programs that run now, case-folded.
 std::unordered_set<std::string> commandNames(const DesktopPlaces &places) {
     std::unordered_set<std::string> names;
     for (const std::string &folder : places.commands)
         for (const std::string &name : namesIn(folder).value_or(std::vector<std::string>()))
             names.insert(caseFolded(name));
+    for (const std::string &process : processesIn(places.processes))
+        if (const std::optional<std::string> program = linkTarget(joinPath(process, "exe")))
+            names.insert(caseFolded(FileURL(*program).fileName()));
     return names;
 }
 
