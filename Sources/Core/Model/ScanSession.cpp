@@ -346,10 +346,14 @@ void ScanSession::readPlacesAgain(const GonePaths &replaced) {
     if (!showsThisDisk())
         return;
     const FileURL root(state().tree->path());
+    const auto hasNode = [this](const FileURL &place) {
+        const bool isLeaving = isDropping_ && dropping_.contains(place);
+        return !isLeaving && !nodesAt(*state().tree, GonePaths({place})).empty();
+    };
     std::vector<FileURL> places;
     for (const FileURL &place : replaced.outermost()) {
         const FileURL parent = place.parent();
-        places.push_back(parent == root ? place : parent);
+        places.push_back(parent == root && hasNode(place) ? place : parent);
     }
     measureAgain(GonePaths(std::move(places)));
 }

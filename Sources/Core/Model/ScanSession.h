@@ -91,8 +91,8 @@ public:
     /// tree. Also those in the tree of a running scan, when it arrives.
     void measureAgain(const GonePaths &partlyGone);
 
-    /// The same where other items have taken the places of nodes: the parents of these places are scanned
-    /// again, but never the whole root for an item right in it, only this item.
+    /// The same for places with other items than before: their parents are scanned again. Right in the root,
+    /// only the item is, where it has a node.
     void readPlacesAgain(const GonePaths &replaced);
 
     /// Scans one folder of the tree again, in the background and after any other rescan, and replaces its

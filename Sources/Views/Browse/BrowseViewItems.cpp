@@ -119,8 +119,10 @@ void BrowseView::rescanFolder() {
 /// A folder has got other children: focuses on, expands and selects the same ones as before.
 void BrowseView::showContents(FSNode *folder) {
     outlineModel_.replacedContents(*folder);
-    if (focus_ == nullptr)
-        return;
+    if (focus_ == nullptr) { // the tree was empty
+        focusOn(scan_->tree.get());
+        return showState();
+    }
     const KeptPlaces kept = std::exchange(kept_, {});
     if (FSNode *focused = kept.focusIn(*folder))
         moveFocus(focused);

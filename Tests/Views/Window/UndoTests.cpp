@@ -11,6 +11,7 @@
 #include "Views/Window/ResultView.h"
 
 #include <QAction>
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -124,6 +125,23 @@ TEST_F(Undoing, EndsWhereTheTrashWasEmptied) {
     ASSERT_TRUE(eventually([&] { return !fs::exists(home.path(".local/share/Trash/files/a")); }));
     ASSERT_TRUE(testing::waitUntilRemoved(model));
     EXPECT_TRUE(eventually([&] { return !undo().isEnabled(); }));
+}
+
+TEST_F(Undoing, ShowsInTheTreeWhatIsBackInItsRoot) {
+    home.makeFile("a", 5000);
+    home.makeFile("folder/inner", 5000);
+    model.scan.startScan(home.path());
+    ASSERT_TRUE(eventually([&] { return model.scan->tree != nullptr; }));
+    const auto shows = [&](std::string_view name) {
+        const auto children = model.scan->tree->children();
+        return std::any_of(children.begin(), children.end(),
+                           [&](const auto &child) { return child->name == name; });
+    };
+    moveToTrash({"a", "folder"});
+    ASSERT_TRUE(eventually([&] { return !shows("a") && !shows("folder"); }));
+    undo().trigger();
+    EXPECT_TRUE(eventually([&] { return shows("a") && shows("folder"); }));
+    EXPECT_EQ(testing::descendant(*model.scan->tree, {"folder"})->fileCount, 1);
 }
 
 } // namespace brimvale
