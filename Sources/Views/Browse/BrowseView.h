@@ -115,6 +115,8 @@ private:
     QWidget *makeLists();
     void applyFilter();
     void showMatches();
+    void markMatches();
+    [[nodiscard]] bool leadsMapToMatch(const FSNode &node) const;
     void chooseList(int tab);
     void listFiles();
     void showInFolder(FSNode *file);

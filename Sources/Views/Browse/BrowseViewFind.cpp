@@ -15,6 +15,7 @@
 #include <QStackedLayout>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <unordered_set>
 
 using namespace Qt::StringLiterals;
 
@@ -95,6 +96,7 @@ void BrowseView::applyFilter() {
 
 /// Tells how much the filter has found. Does not replace what is wrong with a later one.
 void BrowseView::showMatches() {
+    markMatches();
     if (filter_->text() != outlineModel_.filter())
         return;
     const FilterResult &result = outlineModel_.filterResult();
@@ -110,6 +112,32 @@ void BrowseView::showMatches() {
                                    : counted(result.unsearched, "small file") + u" were"_s));
     filterNote_->setText(words);
     filterNote_->setVisible(!words.isEmpty());
+}
+
+/// In the map, what the outline hides stands back.
+void BrowseView::markMatches() {
+    if (outlineModel_.fileFilter().acceptsAll())
+        treemap_->setHighlighted({});
+    else
+        treemap_->setHighlighted([this](const FSNode &node) { return leadsMapToMatch(node); });
+}
+
+/// Whether a tile is, is in, or contains something that the filter accepts. The tile for all smaller items
+/// has no marks of its own, so the children without a tile are looked at.
+bool BrowseView::leadsMapToMatch(const FSNode &node) const {
+    if (!node.isAggregate || focus_ == nullptr || node.parent() != focus_)
+        return !outlineModel_.hides(node);
+    const auto children = focus_->children();
+    const bool isRow = std::any_of(children.begin(), children.end(),
+                                   [&](const auto &child) { return child.get() == &node; });
+    if (isRow)
+        return !outlineModel_.hides(node);
+    std::unordered_set<const FSNode *> tiles;
+    for (const TreemapTile &tile : treemap_->tiles())
+        tiles.insert(tile.node);
+    return std::any_of(children.begin(), children.end(), [&](const auto &child) {
+        return child->size > 0 && !tiles.contains(child.get()) && !outlineModel_.hides(*child);
+    });
 }
 
 void BrowseView::chooseList(int tab) {

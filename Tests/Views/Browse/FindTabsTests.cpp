@@ -7,6 +7,7 @@
 #include "Views/Browse/Find/FindView.h"
 #include "Views/Browse/Find/TabStrip.h"
 #include "Views/Browse/Outline/OutlineView.h"
+#include "Views/Browse/Treemap/TreemapView.h"
 
 #include <QAccessible>
 #include <QLabel>
@@ -169,6 +170,34 @@ TEST_F(FindTabs, FollowTheFilterTheFolderAndRemovals) {
     model.scan.startScan(folder.path());
     EXPECT_TRUE(rows().isEmpty());
     EXPECT_TRUE(eventually([&] { return model.scan->tree != nullptr; }));
+}
+
+TEST_F(FindTabs, FilterNarrowsTheMap) {
+    for (int i = 0; i < 5; ++i)
+        folder.makeFile("few" + std::to_string(i) + ".txt", 30'000);
+    model.scan.startScan(folder.path());
+    EXPECT_TRUE(eventually([&] { return model.scan->tree != nullptr && !model.scan->isScanning; }));
+    auto &map = find<TreemapView>("treemap");
+    map.setMaxTiles(2); // the films and the documents
+    const auto colorOf = [&](std::size_t tile) {
+        return map.grab().toImage().pixelColor(map.tileArea(tile).bottomRight() - QPoint(4, 4));
+    };
+    ASSERT_EQ(map.tiles().size(), 3U);
+    const std::vector<QColor> usual = {colorOf(0), colorOf(1), colorOf(2)};
+    const auto waitFor = [&](const QString &words, const std::vector<bool> &isBright) {
+        filter.setText(words);
+        EXPECT_TRUE(eventually([&] {
+            for (std::size_t tile = 0; tile < usual.size(); ++tile)
+                if ((colorOf(tile) == usual[tile]) != isBright[tile])
+                    return false;
+            return true;
+        })) << words.toStdString();
+    };
+    waitFor("big", {true, false, false});
+    waitFor("letter", {false, true, false});
+    waitFor("few3", {false, false, true});
+    waitFor("type:video", {true, false, false});
+    waitFor("", {true, true, true});
 }
 
 } // namespace brimvale
