@@ -64,8 +64,10 @@ AppDetail::AppDetail(QWidget *parent)
     connect(&ticked_, &TickedEntries::changed, this, &AppDetail::showBundleChoice);
     connect(&ticked_, &TickedEntries::changed, this, &AppDetail::selectionChanged);
     connect(&ticked_, &TickedEntries::refused, this, &AppDetail::refused);
-    for (const LeftoverGroup *group : {exact_, likely_})
+    for (const LeftoverGroup *group : {exact_, likely_}) {
         connect(group, &LeftoverGroup::browseAsked, this, &AppDetail::browseAsked);
+        connect(group, &LeftoverGroup::basketAsked, this, &AppDetail::basketAsked);
+    }
     connect(bundle_, &QCheckBox::toggled, this, &AppDetail::tickParts);
     connect(bundle_, &QCheckBox::toggled, this, &AppDetail::selectionChanged);
     connect(&icons_, &AppIcons::arrived, this, &AppDetail::showPicture);

@@ -45,6 +45,8 @@ signals:
     /// The user tried to select what can never be removed.
     void refused(const QString &reason);
     void browseAsked(const FileURL &folder);
+    /// The user wants to put these items into the basket.
+    void basketAsked(const std::vector<CleanupEntry> &entries);
 
 private:
     QWidget *makeHead();

@@ -89,6 +89,7 @@ AppsView::AppsView(Apps &apps, OrphanSearch &orphans, const Removals &removals, 
     connect(detail_, &AppDetail::selectionChanged, this, &AppsView::showSelection);
     connect(detail_, &AppDetail::refused, bar_, &ActionBar::showRefusal);
     connect(detail_, &AppDetail::browseAsked, this, &AppsView::browseAsked);
+    connect(detail_, &AppDetail::basketAsked, this, &AppsView::basketAsked);
     connect(bar_, &ActionBar::removalAsked, this, &AppsView::confirmRemoval);
     followOrphans();
     showApps();
@@ -189,6 +190,7 @@ void AppsView::followOrphans() {
     connect(orphanDetail_, &OrphanDetail::selectionChanged, this, &AppsView::showSelection);
     connect(orphanDetail_, &OrphanDetail::refused, bar_, &ActionBar::showRefusal);
     connect(orphanDetail_, &OrphanDetail::browseAsked, this, &AppsView::browseAsked);
+    connect(orphanDetail_, &OrphanDetail::basketAsked, this, &AppsView::basketAsked);
     showOrphans();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Catalogs/CleanupEntry.h"
 #include "Core/Removal/RemovalMode.h"
 #include "Views/Apps/AppIcons.h"
 #include "Views/Apps/AppListModel.h"
@@ -7,6 +8,7 @@
 #include <QTimer>
 #include <QWidget>
 #include <optional>
+#include <vector>
 
 class QCheckBox;
 class QComboBox;
@@ -39,6 +41,8 @@ public:
 signals:
     /// The user wants to see what is inside a folder.
     void browseAsked(const FileURL &folder);
+    /// The user wants to put these items into the basket.
+    void basketAsked(const std::vector<CleanupEntry> &entries);
 
 protected:
     void showEvent(QShowEvent *event) override;

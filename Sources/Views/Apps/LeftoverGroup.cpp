@@ -45,7 +45,12 @@ void LeftoverGroup::open(const QModelIndex &row) {
 }
 
 void LeftoverGroup::showMenu(const QModelIndex &row, const QPoint &place) {
-    ItemActions::menuFor({model_.itemAt(row).url}, this)->popup(place);
+    QMenu *menu = ItemActions::menuFor({model_.itemAt(row).url}, this);
+    if (row.data(Qt::CheckStateRole).isValid())
+        menu->addAction(u"Add to Basket"_s, this,
+                        [this, entry = Uninstall::entryOf(model_.itemAt(row))] { emit basketAsked({entry}); })
+            ->setObjectName(QStringLiteral("addToBasket"));
+    menu->popup(place);
 }
 
 QWidget *LeftoverGroup::makeHead(const Heading &heading) {

@@ -31,6 +31,8 @@ public:
 signals:
     /// The user wants to see what is inside a folder.
     void browseAsked(const FileURL &folder);
+    /// The user wants to put these items into the basket.
+    void basketAsked(const std::vector<CleanupEntry> &entries);
 
 private:
     void open(const QModelIndex &row);

@@ -59,6 +59,7 @@ OrphanDetail::OrphanDetail(QWidget *parent)
     connect(&ticked_, &TickedEntries::changed, this, &OrphanDetail::selectionChanged);
     connect(&ticked_, &TickedEntries::refused, this, &OrphanDetail::refused);
     connect(group_, &LeftoverGroup::browseAsked, this, &OrphanDetail::browseAsked);
+    connect(group_, &LeftoverGroup::basketAsked, this, &OrphanDetail::basketAsked);
     connect(stop_, &QPushButton::clicked, this, &OrphanDetail::stopAsked);
 }
 

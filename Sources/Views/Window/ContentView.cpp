@@ -142,6 +142,7 @@ void ContentView::addPages() {
     addPage({Section::Kind::apps}, {u"Apps"_s, QStringLiteral("layout-grid")}, [this] {
         auto *page = new AppsView(model_.apps, model_.orphans, model_.removals, this);
         connect(page, &AppsView::browseAsked, this, &ContentView::browse);
+        connect(page, &AppsView::basketAsked, &model_.basket, &Basket::add);
         return page;
     });
     sidebar_->addHeading(u"Storage"_s);

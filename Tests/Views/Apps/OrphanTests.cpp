@@ -12,9 +12,12 @@
 #include "Views/Components/StateMessage.h"
 #include "Views/Components/TickBox.h"
 #include "Views/Entries/EntryListModel.h"
+#include "Views/Entries/RowList.h"
 
+#include <QAction>
 #include <QDialog>
 #include <QListView>
+#include <QSignalSpy>
 #include <filesystem>
 #include <gmock/gmock.h>
 
@@ -186,6 +189,20 @@ TEST_F(OrphansOnThePage, SayWhatTheStateIs) {
     EXPECT_EQ(text("orphansIncomplete"),
               "The search was stopped, so there may be more. Reload searches again.\n"
               "/home/user/.config cannot be read, so what is in it is missing.");
+}
+
+TEST_F(OrphansOnThePage, GoIntoTheBasket) {
+    open();
+    search();
+    QSignalSpy asked(page.get(), &AppsView::basketAsked);
+    auto &rows = dynamic_cast<RowList &>(list());
+    emit rows.menuRequested(rows.model()->index(0, 0), {});
+    page->findChild<QAction *>("addToBasket")->trigger();
+    ASSERT_EQ(asked.size(), 1);
+    const auto entries = asked.front().front().value<std::vector<CleanupEntry>>();
+    ASSERT_EQ(entries.size(), 1U);
+    EXPECT_EQ(entries.front().url.path(), inHome(".config/oldtool"));
+    EXPECT_TRUE(entries.front().pin);
 }
 
 } // namespace brimvale
