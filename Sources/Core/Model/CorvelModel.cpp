@@ -1,5 +1,6 @@
 #include "Core/Model/CorvelModel.h"
 
+#include "Core/Model/AdministratorScan.h"
 #include "Core/Model/Apps.h"
 #include "Core/Model/Backups.h"
 #include "Core/Model/Basket.h"
@@ -34,6 +35,7 @@ struct CorvelModel::Parts {
     Backups backups{workers, removals};
     Trash trash{workers, removals, storage};
     Basket basket;
+    AdministratorScan administratorScan{workers, actions, scan};
 };
 
 CorvelModel::CorvelModel() : CorvelModel(RemovalActions::platform()) {}
@@ -43,7 +45,8 @@ CorvelModel::CorvelModel(RemovalActions &actions) : CorvelModel(actions, ModelSo
 CorvelModel::CorvelModel(RemovalActions &actions, const ModelSources &sources)
     : parts_(std::make_unique<Parts>(actions, sources)), volumes(parts_->volumes), scan(parts_->scan),
       removals(parts_->removals), cleanup(parts_->cleanup), storage(parts_->storage), apps(parts_->apps),
-      orphans(parts_->orphans), backups(parts_->backups), trash(parts_->trash), basket(parts_->basket) {
+      orphans(parts_->orphans), backups(parts_->backups), trash(parts_->trash), basket(parts_->basket),
+      administratorScan(parts_->administratorScan) {
     QObject::connect(&removals, &Removals::gone, &basket, &Basket::drop);
     QObject::connect(&removals, &Removals::partlyGone, &basket, &Basket::dropChanged);
     QObject::connect(&removals, &Removals::replaced, &basket, &Basket::dropChanged);

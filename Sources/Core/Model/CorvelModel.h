@@ -4,6 +4,7 @@
 
 namespace brimvale {
 
+class AdministratorScan;
 class Apps;
 class Backups;
 class Basket;
@@ -44,6 +45,7 @@ public:
     Backups &backups;
     Trash &trash;
     Basket &basket;
+    AdministratorScan &administratorScan;
 };
 
 } // namespace brimvale

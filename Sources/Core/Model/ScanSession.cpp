@@ -111,6 +111,7 @@ void ScanSession::showImported(std::shared_ptr<FSNode> tree, ImportedFrom from) 
         scanStats_->cancel();
         endStopped();
     }
+    latestStats_ = nullptr;
     SessionState &shown = unannounced();
     shown.scanFiles = tree->fileCount;
     shown.scanBytes = tree->size;

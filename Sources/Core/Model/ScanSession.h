@@ -27,8 +27,9 @@ class Workers;
 
 /// Where a tree comes from that was not scanned here.
 struct ImportedFrom {
-    std::string file; ///< the path of the list
+    std::string file; ///< the path of the list; empty for a scan as administrator
     ScanOrigin origin;
+    bool isByAdministrator = false; ///< it shows this disk as our command line tool saw it
 };
 
 struct SessionState {

@@ -73,6 +73,8 @@ signals:
     void categoryAsked(const std::string &id);
     /// The user wants to put these items into the basket.
     void basketAsked(const std::vector<CleanupEntry> &entries);
+    /// The user wants to scan a folder as administrator.
+    void administratorScanAsked(const FileURL &folder);
 
 private:
     QWidget *makeResults();

@@ -1,4 +1,5 @@
 #include "Base/Background.h"
+#include "Core/Model/AdministratorScan.h"
 #include "Core/Model/ScanSession.h"
 #include "Core/Removal/NodesToRemove.h"
 #include "Core/Scan/NodeExplanation.h"
@@ -146,7 +147,15 @@ void BrowseView::addActionsFor(FSNode &node, QMenu &menu) {
 }
 
 void BrowseView::showUnreadable() {
-    (new UnreadableSheet(scan_.unreadableItems(), scan_->scanUnreadable, this))->open();
+    auto *sheet = new UnreadableSheet(scan_.unreadableItems(), scan_->scanUnreadable, this);
+    const bool isOfThisDisk = scan_->tree != nullptr && !scan_->tree->isImported();
+    if (isOfThisDisk && AdministratorScan::isPossible())
+        sheet->offerAdministrator();
+    connect(sheet, &UnreadableSheet::administratorAsked, this, [this] {
+        if (scan_->tree != nullptr)
+            emit administratorScanAsked(FileURL(scan_->tree->path()));
+    });
+    sheet->open();
 }
 
 void BrowseView::chooseFolder() {

@@ -31,6 +31,8 @@ void ImportNote::showOrigin() {
     const std::optional<ImportedFrom> &from = scan_->importedFrom;
     if (!from)
         return setText({});
+    if (from->isByAdministrator)
+        return setText(u"Scanned as administrator. Nothing can be removed here; scan again for that."_s);
     QStringList parts;
     if (!from->origin.host.empty())
         parts << displayedText(from->origin.host);

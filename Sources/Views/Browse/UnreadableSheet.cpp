@@ -2,6 +2,7 @@
 
 #include "Views/Components/Metrics.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/PageParts.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Entries/ItemActions.h"
@@ -100,13 +101,22 @@ QTreeView *makeTable(UnreadableModel &model, QWidget *sheet) {
 
 UnreadableSheet::UnreadableSheet(const std::vector<UnreadableItem> &items, std::int64_t count,
                                  QWidget *parent)
-    : Sheet("unreadableSheet", u"Not Readable"_s, parent) {
+    : Sheet("unreadableSheet", u"Not Readable"_s, parent),
+      administrator_(makeButton("scanAsAdministrator", u"Scan as Administrator…"_s, this)) {
     resize(sheetSize);
+    administrator_->setToolTip(u"Asks for an administrator's password once, and only reads."_s);
+    administrator_->hide();
+    connect(administrator_, &QPushButton::clicked, this, [this] {
+        accept();
+        emit administratorAsked();
+    });
     auto *words = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);
     words->setObjectName(QStringLiteral("unreadableWords"));
     words->setWordWrap(true);
     QString sentence = u"Their sizes are missing, and the folders around them show “≥” before their sizes."_s;
-    if (count > static_cast<std::int64_t>(items.size()))
+    if (items.empty())
+        sentence += u" This list only counts them."_s;
+    else if (count > static_cast<std::int64_t>(items.size()))
         sentence +=
             u" The first %1 are listed."_s.arg(counted(static_cast<std::int64_t>(items.size()), "item"));
     words->setText(sentence);
@@ -115,7 +125,11 @@ UnreadableSheet::UnreadableSheet(const std::vector<UnreadableItem> &items, std::
     layout->addWidget(makeHeading("unreadableTitle", u"%1 could not be read"_s.arg(counted(count, "item"))));
     layout->addWidget(words);
     layout->addWidget(makeTable(*model, this), 1);
-    addButtons(*layout, {makeCloseButton("close", u"Close"_s)});
+    addButtons(*layout, {administrator_, makeCloseButton("close", u"Close"_s)});
+}
+
+void UnreadableSheet::offerAdministrator() {
+    administrator_->show();
 }
 
 } // namespace brimvale

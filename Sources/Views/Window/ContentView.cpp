@@ -1,5 +1,6 @@
 #include "Views/Window/ContentView.h"
 
+#include "Core/Model/AdministratorScan.h"
 #include "Core/Model/Apps.h"
 #include "Core/Model/Basket.h"
 #include "Core/Model/CorvelModel.h"
@@ -22,6 +23,7 @@
 #include "Views/Components/Theme.h"
 #include "Views/Components/VisualOrder.h"
 #include "Views/Overview/OverviewView.h"
+#include "Views/Removing/ConfirmationSheet.h"
 #include "Views/Removing/SheetOrder.h"
 #include "Views/Update/UpdateView.h"
 #include "Views/Window/AboutSheet.h"
@@ -48,6 +50,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPointer>
 #include <QStackedWidget>
 #include <QToolTip>
 #include <QVBoxLayout>
@@ -131,6 +134,7 @@ void ContentView::addPages() {
         });
         viewMenu_->addAction(browse_->detailedMap());
         connect(browse_, &BrowseView::basketAsked, &model_.basket, &Basket::add);
+        connect(browse_, &BrowseView::administratorScanAsked, this, &ContentView::scanAsAdministrator);
         return browse_;
     });
     addPage({Section::Kind::cleanup}, {u"Cleanup"_s, QStringLiteral("sparkles")}, [this] {
@@ -367,6 +371,17 @@ void ContentView::showInBrowse(const FileURL &item) {
 
 void ContentView::showNotice(const QString &sentence) {
     notice_->showNotice(sentence);
+}
+
+void ContentView::scanAsAdministrator(const FileURL &folder) {
+    showNotice(u"Scanning “%1” as administrator…"_s.arg(displayedText(folder.path())));
+    model_.administratorScan.start(folder, [window = QPointer(this)](const std::string &reason) {
+        if (window.isNull())
+            return;
+        whenNoSheetIsOpen(window, [window, words = displayedText(reason)] {
+            (new NoticeSheet(u"Nothing was scanned as administrator"_s, words, window))->open();
+        });
+    });
 }
 
 void ContentView::chooseFolder() {

@@ -72,6 +72,7 @@ private:
     void rescan();
     void browse(const FileURL &folder);
     void chooseFolder();
+    void scanAsAdministrator(const FileURL &folder);
     void showShortcuts();
     void showAbout();
     void addCategoryPage(const StorageCategory &category);

@@ -1,8 +1,10 @@
 #include "Views/Browse/BrowseView.h"
 
+#include "Core/Model/AdministratorScan.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
 #include "Core/Model/Volumes.h"
+#include "Core/Removal/NodesToRemove.h"
 #include "Core/Scan/ScanRootPreset.h"
 #include "Core/Scan/ScanStats.h"
 #include "Support/PageTest.h"
@@ -11,6 +13,7 @@
 #include "Views/Browse/DetailPanel.h"
 #include "Views/Browse/Outline/OutlineView.h"
 #include "Views/Browse/Treemap/TreemapView.h"
+#include "Views/Browse/UnreadableSheet.h"
 #include "Views/Components/StateMessage.h"
 
 #include <QAction>
@@ -20,8 +23,11 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSignalSpy>
 #include <QToolButton>
-#include <gtest/gtest.h>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <span>
 
 namespace brimvale {
 
@@ -443,6 +449,73 @@ TEST_F(BrowsePage, CopiesPathsAndLetsGoOfAReplacedTree) {
     EXPECT_FALSE(find<QPushButton>("copyPath").isEnabled());
     ASSERT_TRUE(eventually([&] { return model.scan->tree != nullptr && earlier.expired(); }));
     EXPECT_EQ(find<TreemapView>("treemap").node(), model.scan->tree.get());
+}
+
+TEST_F(BrowsePage, ShowsWhatComesBackIntoAnEmptyTree) {
+    const FileURL item(folder.path("back"));
+    const auto comesBack = [&] {
+        folder.makeFile("back", 9'000);
+        model.scan.readPlacesAgain(GonePaths({item}));
+        return eventually([&] { return isVisible("results"); });
+    };
+    std::filesystem::remove_all(folder.path("big"));
+    std::filesystem::remove_all(folder.path("small"));
+    scan();
+    EXPECT_FALSE(isVisible("results")) << "the folder is empty";
+    EXPECT_TRUE(comesBack());
+    EXPECT_TRUE(eventually([&] { return find<TreemapView>("treemap").tiles().size() == 1; }));
+    std::filesystem::remove(item.path());
+    model.scan.drop(GonePaths({item}));
+    EXPECT_TRUE(eventually([&] { return !isVisible("results"); }));
+    EXPECT_TRUE(comesBack());
+    EXPECT_EQ(find<OutlineView>("outline").model()->rowCount(), 1);
+}
+
+TEST_F(BrowsePage, ShowsAScanAsAdministratorWithoutRemoval) {
+    scan();
+    const std::string root = folder.path();
+    const auto run = [&](const std::string &printed) {
+        std::string failure;
+        actions.printed = printed;
+        model.administratorScan.start(FileURL(root), [&](const std::string &why) { failure = why; });
+        EXPECT_TRUE(eventually([&] { return !model.administratorScan->isRunning; }));
+        return failure;
+    };
+    const std::string list = R"({"root": {"name": "x", "path": ")" + root +
+                             R"(", "isDirectory": true, "children": [
+        {"name": "secret", "isDirectory": true, "size": 70000, "logicalSize": 70000, "fileCount": 1}]}})";
+    EXPECT_EQ(run("no list"), "The program that scans as administrator gave no list.");
+    EXPECT_EQ(run(R"({"root": {"name": "x", "path": "/elsewhere", "isDirectory": true}})"),
+              "The program that scans as administrator gave no list.");
+    EXPECT_FALSE(model.scan->importedFrom);
+    EXPECT_EQ(run(list), "");
+    EXPECT_THAT(actions.calls.back(), ::testing::EndsWith("/brimvalectl scan --json -- " + root));
+    EXPECT_TRUE(text("importNote").starts_with("Scanned as administrator."));
+    FSNode *secret = &node({"secret"});
+    EXPECT_TRUE(secret->isImported());
+    EXPECT_TRUE(removableNodes(std::span(&secret, 1)).empty());
+    EXPECT_TRUE(model.scan.unreadableItems().empty()) << "those of another scan";
+
+    // What the user has asked for since is not replaced.
+    std::string failure;
+    model.administratorScan.start(FileURL(root), [&](const std::string &why) { failure = why; });
+    scan();
+    EXPECT_TRUE(eventually([&] { return !failure.empty() && !model.scan->isScanning; }));
+    EXPECT_FALSE(model.scan->importedFrom);
+
+    actions.privilegedRunError = PrivilegedRunError{};
+    EXPECT_TRUE(run(list).starts_with("The password was not given"));
+}
+
+TEST_F(BrowsePage, OffersAScanAsAdministratorWhereThatIsPossible) {
+    UnreadableSheet sheet({}, 3, &page);
+    sheet.open();
+    EXPECT_FALSE(testing::find(sheet, "scanAsAdministrator").isVisible());
+    sheet.offerAdministrator();
+    QSignalSpy asked(&sheet, &UnreadableSheet::administratorAsked);
+    testing::click(sheet, "scanAsAdministrator");
+    EXPECT_EQ(asked.size(), 1);
+    EXPECT_FALSE(AdministratorScan::isPossible()) << "a Mac has no program for that";
 }
 
 } // namespace brimvale
