@@ -21,7 +21,7 @@ constexpr std::string_view magic = "BRIMSCAN";
 constexpr std::uint64_t formatVersion = 1;
 constexpr std::size_t digestLength = 32;
 constexpr std::int64_t blockSize = 512;
-constexpr std::uint32_t day = 86'400; ///< in seconds
+constexpr std::uint32_t day = 86'400;    ///< in seconds
 constexpr std::uint64_t mostReasons = 7; ///< as `SkipReason` has
 
 /// What the byte at the beginning of a node says.
