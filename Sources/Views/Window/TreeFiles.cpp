@@ -3,6 +3,7 @@
 #include "Base/Background.h"
 #include "Base/FileURL.h"
 #include "Core/Export/ListingReader.h"
+#include "Core/Export/SavedScan.h"
 #include "Core/Model/ScanSession.h"
 #include "Core/Treemap/TreemapSvg.h"
 #include "Platform/AtomicFile.h"
@@ -12,6 +13,7 @@
 #include "Views/Components/Popup.h"
 #include "Views/Components/Text.h"
 
+#include <QAction>
 #include <QBuffer>
 #include <QMainWindow>
 #include <QMenu>
@@ -78,7 +80,12 @@ void TreeFiles::addActions(QMenu &file, std::function<BrowseView *()> browse) {
     add(u"&List (JSON)…"_s, "exportJson", [this] { exportList(ListingFormat::json); });
     add(u"List for &ncdu…"_s, "exportNcdu", [this] { exportList(ListingFormat::ncdu); });
     file.addAction(u"&Import…"_s, this, &TreeFiles::askForList)->setObjectName(QStringLiteral("import"));
-    const auto enable = [this, menu] { menu->setEnabled(scan_->tree != nullptr); };
+    QAction *saving = file.addAction(u"Sa&ve Scan…"_s, this, &TreeFiles::saveScan);
+    saving->setObjectName(QStringLiteral("saveScan"));
+    const auto enable = [this, menu, saving] {
+        menu->setEnabled(scan_->tree != nullptr);
+        saving->setEnabled(scan_->tree != nullptr);
+    };
     connect(&scan_, &ScanSession::changed, menu, enable);
     connect(&scan_, &ScanSession::treeChanged, menu, enable);
     enable();
@@ -106,12 +113,25 @@ void TreeFiles::exportList(ListingFormat format) {
     save(u"Export the Scan"_s, suffix, remark, [this, format] {
         InMemory sink;
         if (scan_->tree != nullptr)
-            writeListing(sink, *scan_->tree,
-                         scan_->importedFrom ? scan_->importedFrom->origin
-                                             : ScanOrigin::here(scan_->scanUnreadable),
-                         format);
+            writeListing(sink, *scan_->tree, origin(), format);
         return std::move(sink.text);
     });
+}
+
+/// For a comparison, or to look at it later.
+void TreeFiles::saveScan() {
+    const QString remark =
+        u"Import shows it again. “brimvalectl compare” tells what has changed between two such files."_s;
+    save(u"Save the Scan"_s, u"scan"_s, remark, [this] {
+        InMemory sink;
+        if (scan_->tree != nullptr)
+            writeSavedScan(sink, *scan_->tree, origin());
+        return std::move(sink.text);
+    });
+}
+
+ScanOrigin TreeFiles::origin() const {
+    return scan_->importedFrom ? scan_->importedFrom->origin : ScanOrigin::here(scan_->scanUnreadable);
 }
 
 /// The tree belongs to this thread, so its text is made here; only the disk is waited for elsewhere.

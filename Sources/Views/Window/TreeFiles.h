@@ -34,6 +34,8 @@ private:
 
     void exportPicture(Picture picture);
     void exportList(ListingFormat format);
+    void saveScan();
+    [[nodiscard]] ScanOrigin origin() const;
     void save(const QString &title, const QString &suffix, const QString &remark,
               std::function<std::string()> content);
     void askForList();

@@ -112,4 +112,16 @@ TEST_F(TreeFilesTest, NothingOfAnImportedTreeIsTouched) {
     EXPECT_EQ(testing::shown(page, "importNote"), "");
 }
 
+TEST_F(TreeFilesTest, SavesAScanAndShowsItAgain) {
+    EXPECT_FALSE(window.findChild<QAction *>("saveScan")->isEnabled());
+    scan();
+    choose("saveScan", home.path("monday.scan"));
+    EXPECT_THAT(notice(), StartsWith("“monday.scan” was written."));
+    const std::int64_t size = model.scan->tree->size;
+    choose("import", home.path("monday.scan"));
+    ASSERT_TRUE(eventually([&] { return model.scan->tree->isImported(); }));
+    EXPECT_EQ(model.scan->tree->size, size);
+    EXPECT_EQ(testing::descendant(*model.scan->tree, {"folder"})->fileCount, 1);
+}
+
 } // namespace brimvale
