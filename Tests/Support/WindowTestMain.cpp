@@ -38,6 +38,7 @@ int main(int argc, char **argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QTemporaryDir runtimeFolder;
     qputenv("XDG_RUNTIME_DIR", runtimeFolder.path().toLocal8Bit());
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS"); // the desktop takes no part
     QStandardPaths::setTestModeEnabled(true);
     replaceMissingFonts();
     const QApplication application(argc, argv);

@@ -34,6 +34,7 @@
 #include "Views/Window/NoticeBar.h"
 #include "Views/Window/RemovalBar.h"
 #include "Views/Window/ResultBanner.h"
+#include "Views/Window/RunningWork.h"
 #include "Views/Window/SampleNote.h"
 #include "Views/Window/ShortcutsSheet.h"
 #include "Views/Window/SidebarFooter.h"
@@ -115,6 +116,7 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     followModel();
     new AccessNotice(*this);
     new BackupReviews(model_.backups, *this);
+    new RunningWork(model_.removals, model_.backups, model_.trash, this);
     connect(sidebar_, &Sidebar::currentRowChanged, this, &ContentView::showPageOfRow);
     goTo(pages_.front().section);
 }

@@ -1,11 +1,9 @@
 #include "Views/Components/Linux/AppearancePortal.h"
 
+#include "Views/Components/Linux/SessionBus.h"
+
 #include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
-#include <QFile>
 #include <QMap>
 #include <QVariantMap>
 #include <algorithm>
@@ -17,16 +15,8 @@ namespace {
 
 constexpr int longestWait = 1000; // milliseconds
 
-constexpr QLatin1String portalService("org.freedesktop.portal.Desktop");
-constexpr QLatin1String portalPath("/org/freedesktop/portal/desktop");
 constexpr QLatin1String settingsInterface("org.freedesktop.portal.Settings");
 constexpr QLatin1String appearanceGroup("org.freedesktop.appearance");
-
-/// Without an address of a bus, the bus library would start one.
-bool hasSessionBus() {
-    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
-           QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
-}
 
 /// 0: no preference, 1: dark, 2: light.
 std::optional<bool> darknessIn(const QVariant &scheme) {
@@ -56,30 +46,23 @@ std::optional<QColor> accentIn(const QVariant &value) {
 } // namespace
 
 AppearancePortal::AppearancePortal(QObject *parent) : QObject(parent) {
-    if (!hasSessionBus())
+    std::optional<QDBusConnection> bus = SessionBus::connection();
+    if (!bus)
         return;
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
-        return;
-    bus.connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"),
-                {appearanceGroup}, QString(), this, SLOT(ask()));
+    bus->connect(SessionBus::portalService, SessionBus::portalPath, settingsInterface,
+                 QStringLiteral("SettingChanged"), {appearanceGroup}, QString(), this, SLOT(ask()));
     // It may start later than this program, or again.
-    auto *starts =
-        new QDBusServiceWatcher(portalService, bus, QDBusServiceWatcher::WatchForRegistration, this);
+    auto *starts = new QDBusServiceWatcher(SessionBus::portalService, *bus,
+                                           QDBusServiceWatcher::WatchForRegistration, this);
     connect(starts, &QDBusServiceWatcher::serviceRegistered, this, &AppearancePortal::ask);
     ask();
 }
 
 void AppearancePortal::ask() {
-    QDBusMessage question = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface,
-                                                           QStringLiteral("ReadAll"));
+    QDBusMessage question = SessionBus::portalCall(settingsInterface, "ReadAll");
     question << QStringList{appearanceGroup};
-    auto *wait =
-        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question, longestWait), this);
-    connect(wait, &QDBusPendingCallWatcher::finished, this, [this, wait] {
-        wait->deleteLater();
-        read(wait->reply());
-    });
+    SessionBus::send(
+        question, this, [this](const QDBusMessage &answer) { read(answer); }, longestWait);
 }
 
 void AppearancePortal::read(const QDBusMessage &answer) {

@@ -1,15 +1,10 @@
+#include "Support/PrivateBus.h"
 #include "Support/Window.h"
 #include "Views/Components/SystemAppearance.h"
 
 #include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusVariant>
-#include <QDBusVirtualObject>
-#include <QMap>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QVariantMap>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -23,25 +18,6 @@ namespace {
 const QString group = QStringLiteral("org.freedesktop.appearance");
 const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
 
-/// A portal with these settings, or one that never answers.
-class FakePortal : public QDBusVirtualObject {
-public:
-    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override {
-        const QList<QVariant> groups = {QStringList{group}};
-        if (message.member() != QStringLiteral("ReadAll") || message.arguments() != groups)
-            return false;
-        ++questions;
-        if (settings)
-            connection.send(
-                message.createReply(QVariant::fromValue(QMap<QString, QVariantMap>{{group, *settings}})));
-        return true;
-    }
-    [[nodiscard]] QString introspect(const QString &) const override { return {}; }
-
-    int questions = 0;
-    std::optional<QVariantMap> settings;
-};
-
 QVariant accent(double red, double green, double blue) {
     QDBusArgument parts;
     parts.beginStructure();
@@ -50,52 +26,32 @@ QVariant accent(double red, double green, double blue) {
     return QVariant::fromValue(parts);
 }
 
-/// A session bus of its own, as long as it lives.
-class PrivateBus {
-public:
-    PrivateBus() {
-        daemon_.start(QStringLiteral("dbus-daemon"), {"--session", "--nofork", "--print-address=1"});
-        daemon_.waitForReadyRead();
-        address_ = daemon_.readLine().trimmed();
-        qputenv("DBUS_SESSION_BUS_ADDRESS", address_);
-    }
-    ~PrivateBus() {
-        daemon_.kill();
-        daemon_.waitForFinished();
-    }
-    PrivateBus(const PrivateBus &) = delete;
-    PrivateBus &operator=(const PrivateBus &) = delete;
-
-    [[nodiscard]] QDBusConnection connection(const QString &name) const {
-        return QDBusConnection::connectToBus(QString::fromLatin1(address_), name);
-    }
-
-private:
-    QProcess daemon_;
-    QByteArray address_;
-};
-
 } // namespace
 
 TEST(AppearancePortalTest, FollowsTheSettingsOfThePortal) {
-    if (QStandardPaths::findExecutable("dbus-daemon").isEmpty())
-        GTEST_SKIP() << "there is no dbus-daemon here";
     qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
-    const PrivateBus bus;
-    QDBusConnection connection = bus.connection("portal");
-    FakePortal portal;
-    ASSERT_TRUE(connection.registerVirtualObject(path, &portal));
+    auto context = std::make_unique<QObject>();
+    int changes = 0;
+    if (!testing::onPrivateBus("user").isConnected())
+        GTEST_SKIP() << "there is no dbus-daemon here";
+    followSystemAppearance(context.get(), [&] { ++changes; });
+    testing::FakeService portal("org.freedesktop.portal.Desktop", path);
+    ASSERT_TRUE(portal.isConnected());
     const auto tellOfChange = [&](const QString &changedGroup) {
         QDBusMessage change =
             QDBusMessage::createSignal(path, "org.freedesktop.portal.Settings", "SettingChanged");
         change << changedGroup << "color-scheme" << QVariant::fromValue(QDBusVariant(1U));
-        connection.send(change);
+        portal.connection().send(change);
     };
-    auto nextQuestion = [&, known = 0]() mutable {
-        return testing::eventually([&] { return portal.questions > known; }) && portal.questions == ++known;
+    auto nextQuestion = [&, known = std::size_t{0}]() mutable {
+        return testing::eventually([&] { return portal.calls.size() > known; }) &&
+               portal.calls.size() == ++known &&
+               portal.calls.back().arguments() == QList<QVariant>{QStringList{group}};
     };
     const auto change = [&](const QVariantMap &settings) {
-        portal.settings = settings;
+        portal.answers["ReadAll"] = [settings](const QDBusMessage &) {
+            return QVariantList{QVariant::fromValue(QMap<QString, QVariantMap>{{group, settings}})};
+        };
         tellOfChange(group);
         EXPECT_TRUE(nextQuestion());
     };
@@ -103,10 +59,6 @@ TEST(AppearancePortalTest, FollowsTheSettingsOfThePortal) {
         return testing::eventually([&] { return systemAppearance() == expected; });
     };
 
-    auto context = std::make_unique<QObject>();
-    int changes = 0;
-    followSystemAppearance(context.get(), [&] { ++changes; });
-    ASSERT_TRUE(connection.registerService("org.freedesktop.portal.Desktop"));
     EXPECT_TRUE(nextQuestion()) << "it asks as soon as there is a portal";
     EXPECT_EQ(systemAppearance(), SystemAppearance()) << "and does not wait for the answer";
 
