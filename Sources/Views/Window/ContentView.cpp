@@ -116,7 +116,7 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     followModel();
     new AccessNotice(*this);
     new BackupReviews(model_.backups, *this);
-    new RunningWork(model_.removals, model_.backups, model_.trash, this);
+    new RunningWork(model_.removals, model_.backups, model_.trash, *this);
     connect(sidebar_, &Sidebar::currentRowChanged, this, &ContentView::showPageOfRow);
     goTo(pages_.front().section);
 }

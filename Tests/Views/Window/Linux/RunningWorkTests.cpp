@@ -1,3 +1,4 @@
+#include "Core/Model/Backups.h"
 #include "Core/Model/CorvelModel.h"
 #include "Core/Model/Removals.h"
 #include "Support/HeldRemoval.h"
@@ -8,6 +9,8 @@
 #include "Views/Window/RunningWork.h"
 
 #include <QDBusObjectPath>
+#include <QWidget>
+#include <chrono>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -55,8 +58,18 @@ protected:
     testing::SampleHome home;
     testing::RecordingActions actions;
     CorvelModel model{actions};
-    RunningWork work{model.removals, model.backups, model.trash, nullptr};
+    QWidget window;
+    RunningWork work{model.removals, model.backups, model.trash, window, std::chrono::milliseconds(0)};
 };
+
+/// What the notifications say.
+std::vector<std::string> shownBy(const testing::FakeService &notifications) {
+    std::vector<std::string> shown;
+    for (const QDBusMessage &call : notifications.calls)
+        shown.push_back(call.arguments()[3].toString().toStdString() + ": " +
+                        call.arguments()[4].toString().toStdString());
+    return shown;
+}
 
 } // namespace
 
@@ -81,6 +94,34 @@ TEST_F(RunningWorkTest, WithdrawsARequestThatIsAnsweredTooLate) {
     portal.connection().send(
         portal.calls.front().createReply(QVariant::fromValue(QDBusObjectPath(requestPath))));
     EXPECT_TRUE(becomes({"Inhibit", "Close"}));
+}
+
+TEST_F(RunningWorkTest, NotifiesOfLongWorkOnlyWhileAnotherProgramIsUsed) {
+    const testing::FakeService notifications("org.freedesktop.Notifications",
+                                             "/org/freedesktop/Notifications");
+    remove();
+    ASSERT_TRUE(testing::waitUntilRemoved(model));
+    const std::vector<std::string> expected = {"Done: Removed 1 item, reclaiming 5 KB"};
+    EXPECT_TRUE(testing::eventually([&] { return shownBy(notifications) == expected; }));
+    EXPECT_EQ(notifications.calls.front().signature(), "susssasa{sv}i");
+
+    testing::activate(window);
+    remove();
+    ASSERT_TRUE(testing::waitUntilRemoved(model));
+    window.hide();
+    RunningWork patient(model.removals, model.backups, model.trash, window);
+    QObject::disconnect(&model.removals, nullptr, &work, nullptr);
+    remove();
+    ASSERT_TRUE(testing::waitUntilRemoved(model));
+
+    const FileURL folder(home.makeFolder("backups"));
+    home.makeFile("kept", 8192);
+    model.backups.archiveThenReview("test", folder, {{FileURL(home.path("kept")), 8192, {}}},
+                                    RemovalMode::trash);
+    ASSERT_TRUE(testing::eventually([&] { return !model.backups->isArchiving; }));
+    EXPECT_TRUE(testing::eventually([&] { return notifications.calls.size() == 2; }));
+    EXPECT_EQ(shownBy(notifications).back(),
+              "Backup complete: 1 item copied, 8 KB. Nothing has been deleted yet.");
 }
 
 } // namespace brimvale
