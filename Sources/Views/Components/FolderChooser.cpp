@@ -1,5 +1,6 @@
 #include "Views/Components/FolderChooser.h"
 
+#include "Views/Components/DesktopDialog.h"
 #include "Views/Components/Popup.h"
 
 #include <QFile>
@@ -9,12 +10,10 @@
 
 namespace brimvale {
 
-void keepNoDialogSettings() {
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
-}
+namespace {
 
-void chooseFolder(QWidget &asking, const QString &title, const std::string &start,
-                  std::function<void(const std::string &path)> chosen) {
+void chooseFolderInQt(QWidget &asking, const QString &title, const std::string &start,
+                      std::function<void(const std::string &path)> chosen) {
     keepNoDialogSettings();
     auto *dialog =
         new QFileDialog(asking.window(), title, QFile::decodeName(QByteArray::fromStdString(start)));
@@ -28,6 +27,20 @@ void chooseFolder(QWidget &asking, const QString &title, const std::string &star
                          chosen(QFile::encodeName(folder).toStdString());
                      });
     dialog->open();
+}
+
+} // namespace
+
+void keepNoDialogSettings() {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
+}
+
+void chooseFolder(QWidget &asking, const QString &title, const std::string &start,
+                  std::function<void(const std::string &path)> chosen) {
+    const auto otherwise = [&asking, title, start, chosen] {
+        chooseFolderInQt(asking, title, start, chosen);
+    };
+    openInDesktop(asking, {title, start, std::move(chosen), otherwise});
 }
 
 } // namespace brimvale

@@ -8,8 +8,8 @@ class QWidget;
 
 namespace brimvale {
 
-/// Opens the system's folder dialog at the folder `start`, over the window of `asking`. Calls `chosen` with
-/// the path, unless the user cancels or `asking` is destroyed first.
+/// Opens the desktop's folder dialog, or Qt's where it has none, at the folder `start`, over the window of
+/// `asking`. Calls `chosen` with the path, unless the user cancels or `asking` is destroyed first.
 void chooseFolder(QWidget &asking, const QString &title, const std::string &start,
                   std::function<void(const std::string &path)> chosen);
 
