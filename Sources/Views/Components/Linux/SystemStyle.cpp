@@ -1,8 +1,10 @@
 #include "Views/Components/SystemStyle.h"
 
+#include "Views/Components/Linux/DesktopFont.h"
 #include "Views/Components/Theme.h"
 
 #include <QFontDatabase>
+#include <QStringList>
 
 // Resources of a static library must be initialised by hand, outside of any namespace.
 static void openFonts() {
@@ -21,6 +23,8 @@ QFont applicationFont() {
         if (!families.isEmpty())
             font.setFamilies({families.first()});
     }
+    if (const QString family = desktopFontFamily(); !family.isEmpty())
+        font.setFamilies(QStringList(family) + font.families());
     font.setPixelSize(static_cast<int>(Type::Size::body));
     return font;
 }
