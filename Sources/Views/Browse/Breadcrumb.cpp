@@ -28,7 +28,7 @@ constexpr std::size_t mostHiddenListed = 30;
 
 Breadcrumb::Breadcrumb(QWidget *parent) : QWidget(parent), layout_(new QHBoxLayout(this)) {
     setObjectName(QStringLiteral("breadcrumb"));
-    setAccessibleName(u"Enclosing folders"_s);
+    setAccessibleName(u"Parent folders"_s);
     layout_->setContentsMargins(0, 0, 0, 0);
     layout_->setSpacing(0);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);

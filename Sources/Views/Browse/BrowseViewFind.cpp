@@ -73,7 +73,7 @@ QWidget *BrowseView::makeLists() {
     layout->addLayout(lists_, 1);
     lists_->addWidget(outline_);
     lists_->addWidget(find_);
-    filter_->setToolTip(u"A part of the name, or >100M, <1G, older:1y, newer:2w, type:video"_s);
+    filter_->setToolTip(u"Part of a name, or >100M, <1G, older:1y, newer:2w, type:video"_s);
 
     connect(tabs_, &QTabBar::currentChanged, this, &BrowseView::chooseList);
     connect(&outlineModel_, &OutlineModel::filtered, this, &BrowseView::showMatches);

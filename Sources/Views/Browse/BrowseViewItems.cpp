@@ -36,12 +36,12 @@ void BrowseView::enter(FSNode *node) {
     if (const std::optional<std::string> why = explanation(*node))
         WindowServices::notify(*this, u"“%1”: %2"_s.arg(name, text(*why)));
     else if (node->isAggregate)
-        WindowServices::notify(*this, u"“%1” have no rows of their own. Scan this folder by itself to see "
-                                      "them."_s.arg(name));
+        WindowServices::notify(
+            *this, u"“%1” are not listed one by one. Scan this folder by itself to see them."_s.arg(name));
     else if (node->isDirectory)
         WindowServices::notify(*this, u"“%1” is empty."_s.arg(name));
     else
-        WindowServices::notify(*this, u"“%1” is a file. “Open” in its menu opens it."_s.arg(name));
+        WindowServices::notify(*this, u"“%1” is a file. To open it, choose Open from its menu."_s.arg(name));
 }
 
 void BrowseView::open(const FileURL &folder) {

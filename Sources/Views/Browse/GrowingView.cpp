@@ -26,7 +26,7 @@ namespace {
 constexpr int stableFor = 1000; // milliseconds
 
 /// The name that the row of all further entries has.
-constexpr const char *otherEntries = "Further items";
+constexpr const char *otherEntries = "More items";
 
 std::unique_ptr<FSNode> nodeOf(const GrowingRow &row, FSNode &root) {
     auto node = std::make_unique<FSNode>(row.name.empty() ? otherEntries : row.name, root, row.isDirectory);
@@ -165,11 +165,10 @@ void GrowingView::showFigures() {
 
 void GrowingView::showWords() {
     const ScanGrowth &growth = scan_.growth();
-    QString words =
-        growth.isStopped()
-            ? u"Stopped and incomplete: %1 in %2 were counted. Scan again for the whole picture."_s.arg(
-                  sizeText(growth.bytes()), counted(growth.files(), "file"))
-            : u"The figures grow until the scan is done."_s;
+    QString words = growth.isStopped()
+                        ? u"Stopped early: %1 in %2 counted. Scan again to see everything."_s.arg(
+                              sizeText(growth.bytes()), counted(growth.files(), "file"))
+                        : u"Sizes grow until the scan is done."_s;
     if (growth.earlier())
         words += u" The last complete scan found %1 in %2."_s.arg(sizeText(growth.earlier()->bytes),
                                                                   counted(growth.earlier()->files, "file"));
@@ -180,7 +179,7 @@ void GrowingView::showSelection() {
     const std::vector<FSNode *> nodes = outline_->selectedNodes();
     treemap_->setSelection(nodes.empty() ? nullptr : nodes.front());
     if (nodes.empty())
-        return chosen_->setText(u"Select a row to see its figures."_s);
+        return chosen_->setText(u"Select a row to see its size."_s);
     const FSNode &node = *nodes.front();
     QString words = u"%1: %2"_s.arg(displayedName(node), nodeSizeText(node));
     const auto &earlier = scan_.growth().earlier();

@@ -26,12 +26,12 @@ ScanMessage::ScanMessage(const ScanSession &scan, const Volumes &volumes, QWidge
 void ScanMessage::showState() {
     if (scan_->isScanning)
         setMessage(QStringLiteral("search"), u"Scanning…"_s,
-                   u"The outline and the treemap appear when the scan is done. You can stop it at any "
-                   "time; nothing on the disk is changed."_s);
+                   u"The outline and the treemap appear when the scan is done. You can stop at any time. "
+                   "Scanning never changes your files."_s);
     else if (scan_->tree == nullptr)
-        setMessage(QStringLiteral("folder-tree"), u"See what takes the space"_s,
-                   u"Press Scan to measure the place chosen above, or choose another folder. A scan only "
-                   "looks; it changes nothing."_s);
+        setMessage(QStringLiteral("folder-tree"), u"See what takes up space"_s,
+                   u"Press Scan to measure the place chosen above, or choose another folder. Scanning "
+                   "never changes your files."_s);
     else
         showWhyItIsEmpty(scan_->tree->path()); // another folder may have been chosen since the scan began
 }
@@ -40,10 +40,12 @@ void ScanMessage::showWhyItIsEmpty(const std::string &path) {
     const QFontMetrics metrics(Type::font(Type::Size::body));
     const QString shown = metrics.elidedText(displayedText(path), Qt::ElideMiddle, widestPath);
     if (Folder::at(path, Folder::Links::follow).isOpen())
-        setMessage(QStringLiteral("folder"), u"Nothing in here"_s, u"“%1” is an empty folder."_s.arg(shown));
+        setMessage(QStringLiteral("folder"), u"This folder is empty"_s,
+                   u"“%1” contains no files or folders."_s.arg(shown));
     else if (fileStatus(path))
-        setMessage(QStringLiteral("lock"), u"This could not be read"_s,
-                   u"“%1” is not a folder that you may list. %2"_s.arg(shown, whatHelps()));
+        setMessage(
+            QStringLiteral("lock"), u"This could not be read"_s,
+            u"“%1” is not a folder, or you don't have permission to open it. %2"_s.arg(shown, whatHelps()));
     else
         setMessage(QStringLiteral("triangle-alert"), u"Nothing to scan"_s,
                    u"There is nothing at “%1”."_s.arg(shown));

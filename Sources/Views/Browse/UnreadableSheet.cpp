@@ -101,7 +101,7 @@ QTreeView *makeTable(UnreadableModel &model, QWidget *sheet) {
 
 UnreadableSheet::UnreadableSheet(const std::vector<UnreadableItem> &items, std::int64_t count,
                                  QWidget *parent)
-    : Sheet("unreadableSheet", u"Not Readable"_s, parent),
+    : Sheet("unreadableSheet", u"Unreadable Items"_s, parent),
       administrator_(makeButton("scanAsAdministrator", u"Scan as Administrator…"_s, this)) {
     resize(sheetSize);
     administrator_->setToolTip(u"Asks for an administrator's password once, and only reads."_s);
@@ -113,7 +113,8 @@ UnreadableSheet::UnreadableSheet(const std::vector<UnreadableItem> &items, std::
     auto *words = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this);
     words->setObjectName(QStringLiteral("unreadableWords"));
     words->setWordWrap(true);
-    QString sentence = u"Their sizes are missing, and the folders around them show “≥” before their sizes."_s;
+    QString sentence = u"Their sizes are missing, so the folders that contain them show “≥” before their "
+                       "sizes."_s;
     if (items.empty())
         sentence += u" This list only counts them."_s;
     else if (count > static_cast<std::int64_t>(items.size()))

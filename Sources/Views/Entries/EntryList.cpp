@@ -57,8 +57,7 @@ void EntryList::setWords(std::unordered_map<FileURL, RowWords> words) {
 }
 
 QString EntryList::unreadableText() {
-    return u"This could not be read: you may not list its folder. %1"_s.arg(
-        text(Words::current().listingHelp));
+    return u"This folder could not be opened. %1"_s.arg(text(Words::current().listingHelp));
 }
 
 bool EntryList::isFolder(const QModelIndex &row) const {

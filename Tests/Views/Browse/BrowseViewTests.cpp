@@ -110,8 +110,8 @@ TEST_F(BrowsePage, SaysWhyThereIsNothingToShow) {
     const std::string longest(255, 'W');
     folder.makeFolder(longest + "/" + longest);
     for (const Case &one :
-         {Case{folder.path(longest + "/" + longest), "Nothing in here"},
-          Case{folder.path("empty"), "Nothing in here"}, Case{folder.path("missing"), "Nothing to scan"},
+         {Case{folder.path(longest + "/" + longest), "This folder is empty"},
+          Case{folder.path("empty"), "This folder is empty"}, Case{folder.path("missing"), "Nothing to scan"},
           Case{folder.path("small/file"), "This could not be read"}}) {
         model.scan.startScan(one.path);
         EXPECT_EQ(message.title(), "Scanning…");

@@ -95,7 +95,7 @@ TEST_F(GrowingPage, StaysWhenTheScanIsStopped) {
     ASSERT_TRUE(eventually([&] { return !session->isScanning; }));
     EXPECT_TRUE(growing().isVisible());
     const std::string words = testing::shown(page, "growingWords");
-    EXPECT_TRUE(words.starts_with("Stopped and incomplete")) << words;
+    EXPECT_TRUE(words.starts_with("Stopped early")) << words;
     EXPECT_NE(words.find("The last complete scan found"), std::string::npos) << words;
     rows().setCurrentIndex(row("big"));
     EXPECT_NE(testing::shown(page, "growingSelection").find("in the last complete scan"), std::string::npos);

@@ -91,7 +91,7 @@ OutlineColumn columnOfSizes() {
 
 OutlineColumn columnOfShares() {
     return {u"Share"_s,
-            u"Share of the Parent"_s,
+            u"Share of Parent"_s,
             Drawing::bar,
             [](const FSNode &node) { return u"%1%"_s.arg(qRound(100 * shareOfParent(node))); },
             allocatedSize,
@@ -105,7 +105,7 @@ OutlineColumn columnOfShares() {
 
 OutlineColumn columnOfPercents() {
     return {u"%"_s,
-            u"% of the Parent"_s,
+            u"% of Parent"_s,
             Drawing::figure,
             percentText,
             allocatedSize,

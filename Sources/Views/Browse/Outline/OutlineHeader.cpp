@@ -99,7 +99,7 @@ QMenu *OutlineHeader::makeMenu() {
         connect(action, &QAction::toggled, this, [this, column](bool isOn) { choose(column, isOn); });
     }
     menu->addSeparator();
-    menu->addAction(u"Usual Columns"_s, this, &OutlineHeader::reset);
+    menu->addAction(u"Default Columns"_s, this, &OutlineHeader::reset);
     return menu;
 }
 

@@ -78,7 +78,7 @@ void OutlineView::paintEvent(QPaintEvent *event) {
     painter.setFont(font());
     const QRect place = viewport()->rect().adjusted(messageMargin, 0, -messageMargin, 0);
     painter.drawText(place, Qt::AlignCenter | Qt::TextWordWrap,
-                     u"No name in this folder contains “%1”."_s.arg(model_.filter()));
+                     u"No matches for “%1” in this folder."_s.arg(model_.filter()));
 }
 
 } // namespace brimvale

@@ -26,7 +26,7 @@ TreemapPanel::TreemapPanel(TreemapView &map, QWidget *parent)
     hovered_->setObjectName(QStringLiteral("hovered"));
     detailedMap_->setObjectName(QStringLiteral("detailedMap"));
     detailedMap_->setCheckable(true);
-    detailedMap_->setToolTip(u"Also shows what is inside the folders"_s);
+    detailedMap_->setToolTip(u"Also show what is inside the folders"_s);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 8, 8, 8);
     layout->setSpacing(8);
@@ -46,7 +46,7 @@ QComboBox *TreemapPanel::makeColors() {
     auto *colors = new QComboBox(this);
     colors->setObjectName(QStringLiteral("mapColors"));
     colors->setAccessibleName(u"Colors of the map"_s);
-    colors->setToolTip(u"What the colors tell"_s);
+    colors->setToolTip(u"What the colors mean"_s);
     colors->addItems({u"By folder"_s, u"By type"_s, u"By age"_s});
     return colors;
 }

@@ -248,15 +248,15 @@ TEST_F(OutlineWindow, ShowsTheColumnsThatTheUserChooses) {
                 return action->trigger();
         FAIL() << title.toStdString();
     };
-    choose(QStringLiteral("Share of the Parent"));
-    choose(QStringLiteral("% of the Parent"));
+    choose(QStringLiteral("Share of Parent"));
+    choose(QStringLiteral("% of Parent"));
     choose(QStringLiteral("Files"));
     EXPECT_THAT(shown(), ElementsAre(OutlineModel::nameColumn, OutlineModel::sizeColumn,
                                      OutlineModel::percentColumn, OutlineModel::filesColumn))
         << "though the names lose room";
     EXPECT_EQ(header.length(), view_->viewport()->width());
     header.moveSection(header.visualIndex(OutlineModel::filesColumn), 1);
-    choose(QStringLiteral("Usual Columns"));
+    choose(QStringLiteral("Default Columns"));
     EXPECT_EQ(shown(), usual);
     EXPECT_EQ(header.visualIndex(OutlineModel::filesColumn), OutlineModel::filesColumn);
     delete menu;
