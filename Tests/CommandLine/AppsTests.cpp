@@ -112,7 +112,7 @@ TEST(Apps, OfLinuxHaveAKindAndAWayOfRemoval) {
     for (const std::string &app :
          {std::string("org.example.Maps"), desktop.path("var/lib/flatpak/app/org.example.Maps")})
         EXPECT_THAT(run({"leftovers", app}).out, HasSubstr("Sandbox data  Flatpak data folder  "));
-    EXPECT_EQ(run({"leftovers", "example-viewer"}).out, "No other files of this app found.\n");
+    EXPECT_EQ(run({"leftovers", "example-viewer"}).out, "No other files found for this app.\n");
 }
 
 TEST(Leftovers, NameTheOtherApplicationsThatClaimThem) {

@@ -13,9 +13,9 @@ Words words() {
         .whyDefinitely = "Matched on the app's identifier, or on a list of well-known apps.",
         .whyPossibly = "Matched on name only, or claimed by another app as well, so check these before "
                        "removing. Another app or the system itself may own them.",
-        .noOtherFiles = "No other files of this app found.",
-        .stillSearching = "Other files of this app are still being looked for.",
-        .chooseApp = "Select an app to see the files that it keeps elsewhere.",
+        .noOtherFiles = "No other files found for this app.",
+        .stillSearching = "Looking for this app's files…",
+        .chooseApp = "Select an app to see its other files.",
         .revealItem = "Show in File Manager",
         .openFolder = "Open in File Manager",
         .showBackupCopy = "Show this copy in the file manager",

@@ -13,8 +13,8 @@ Words words() {
         .whyPossibly = "Matched on name only, so check these before removing. Another app or macOS itself "
                        "may own them.",
         .noOtherFiles = "No files found outside the bundle.",
-        .stillSearching = "The files outside the bundle are still being looked for.",
-        .chooseApp = "Select an app to see the files that it keeps outside its bundle.",
+        .stillSearching = "Looking for this app's files…",
+        .chooseApp = "Select an app to see its files outside the bundle.",
         .revealItem = "Reveal in Finder",
         .openFolder = "Open in Finder",
         .showBackupCopy = "Show this copy in Finder",

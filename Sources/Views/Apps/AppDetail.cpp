@@ -228,16 +228,16 @@ void AppDetail::showFacts() {
         identity.append(u"from %1"_s.arg(displayedText(app.origin)));
     identity_->setText(identity.join(QStringLiteral(" · ")));
     identity_->setHidden(identity.isEmpty());
-    QStringList facts = {!row_->analyzed ? u"Not analysed yet"_s
+    QStringList facts = {!row_->analyzed ? u"Not analyzed yet"_s
                          : app.hasSize() ? sizeText(row_->bundleSize)
-                                         : u"Size not known"_s};
+                                         : u"Size unknown"_s};
     if (app.lastUsed)
         facts.append((app.kind == AppKind::bundle ? u"last used %1"_s : u"opened about %1"_s)
                          .arg(text(Fmt::relativeDate(app.lastUsed))));
     const std::string uninstaller = Uninstall::uninstallerOf(app);
     if (!uninstaller.empty())
         facts.append(
-            u"has its own uninstaller, which is better to use: %1"_s.arg(displayedText(uninstaller)));
+            u"has its own uninstaller, which you should use instead: %1"_s.arg(displayedText(uninstaller)));
     uninstaller_->setHidden(uninstaller.empty());
     facts_->setText(facts.join(QStringLiteral(" · ")));
     path_->setText(displayedText(app.url.path()));
@@ -259,7 +259,7 @@ void AppDetail::showLeftovers(const std::vector<AppRow> &rows, bool isLoading) {
     state_->setText(row_->analyzed ? text(Words::current().noOtherFiles)
                     : isLoading
                         ? text(Words::current().stillSearching)
-                        : u"The analysis was stopped before this app. Reload looks at all apps again."_s);
+                        : u"Stopped before this app was analyzed. Reload to look at all apps again."_s);
 }
 
 std::vector<LeftoverItem> AppDetail::leftovers() const {

@@ -127,7 +127,7 @@ QVariant AppListModel::data(const QModelIndex &index, int role) const {
         return displayedText(row.app.url.path());
     case Qt::AccessibleTextRole:
         return row.analyzed ? displayedText(row.app.name) + QStringLiteral(", ") + bundleSizeText(row)
-                            : u"%1, not analysed yet"_s.arg(displayedText(row.app.name));
+                            : u"%1, not analyzed yet"_s.arg(displayedText(row.app.name));
     case sizeRole:
         return bundleSizeText(row);
     case analyzedRole:

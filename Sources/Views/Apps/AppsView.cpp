@@ -51,7 +51,7 @@ constexpr std::chrono::seconds runningInterval{2};
 
 AppsView::AppsView(Apps &apps, OrphanSearch &orphans, const Removals &removals, QWidget *parent)
     : QWidget(parent), apps_(apps), orphans_(orphans), removals_(removals),
-      reload_(new MeasureButton(u"Analysing apps"_s, MeasureButton::WhileMeasuring::hidden, this)),
+      reload_(new MeasureButton(u"Analyzing apps"_s, MeasureButton::WhileMeasuring::hidden, this)),
       search_(new QLineEdit(this)), order_(new QComboBox(this)),
       system_(new QCheckBox(text(Words::current().includeSystemApps), this)), list_(new QListView(this)),
       noMatch_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
@@ -67,7 +67,7 @@ AppsView::AppsView(Apps &apps, OrphanSearch &orphans, const Removals &removals, 
     auto *header = new PageHeader(u"Apps"_s, this);
     reload_->setObjectName(QStringLiteral("reload"));
     reload_->setText(u"Reload"_s);
-    reload_->setToolTip(u"Looks for apps and their files again"_s);
+    reload_->setToolTip(u"Look for apps and their files again"_s);
     reload_->progress()->setObjectName(QStringLiteral("appProgress"));
     reload_->progress()->setFixedWidth(220);
     for (QWidget *control : {static_cast<QWidget *>(reload_), static_cast<QWidget *>(reload_->progress()),
@@ -133,7 +133,7 @@ QWidget *AppsView::makeListSide() {
     layout->addLayout(controls);
     layout->addWidget(list_, 1);
     noMatch_->setObjectName(QStringLiteral("noMatch"));
-    noMatch_->setText(u"No app matches the search."_s);
+    noMatch_->setText(u"No apps match the search."_s);
     noMatch_->setAlignment(Qt::AlignHCenter);
     noMatch_->setContentsMargins(10, 24, 10, 0);
     layout->addWidget(noMatch_, 1, Qt::AlignTop);
@@ -307,7 +307,7 @@ void AppsView::showNoApp() {
                              u"The list appears in a moment."_s);
     else
         message_->setMessage(QStringLiteral("app-window"), u"No apps found"_s,
-                             u"There is no app in the folders where apps are installed."_s);
+                             u"Apps that you install appear here."_s);
 }
 
 void AppsView::showSelection() {

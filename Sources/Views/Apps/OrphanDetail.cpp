@@ -21,19 +21,18 @@ namespace brimvale {
 namespace {
 
 LeftoverGroup::Heading orphanHeading() {
-    return {
-        "orphanLeftovers", u"Possibly left by apps that are gone"_s,
-        u"No installed app claims these, as far as their names tell. Something else may still use them, so "
-        "look at each before you remove it."_s};
+    return {"orphanLeftovers", u"Possibly left by removed apps"_s,
+            u"No installed app seems to use these, judging by their names. Something else may "
+            "still use them, so check each one before you remove it."_s};
 }
 
 /// Why there may be more; empty where everything was looked at.
 QString incompleteness(const OrphanState &state) {
     QStringList sentences;
     if (state.wasStopped && !state.isSearching)
-        sentences.append(u"The search was stopped, so there may be more. Reload searches again."_s);
+        sentences.append(u"The search was stopped, so there may be more. Reload to search again."_s);
     for (const std::string &folder : state.unreadFolders)
-        sentences.append(u"%1 cannot be read, so what is in it is missing."_s.arg(displayedText(folder)));
+        sentences.append(u"%1 can't be read, so its contents are not listed."_s.arg(displayedText(folder)));
     return sentences.join(QLatin1Char('\n'));
 }
 
@@ -106,10 +105,10 @@ void OrphanDetail::showMessage(const OrphanState &state) {
     message_->setHidden(!state.orphans.empty());
     if (state.isSearching || !state.wasSearched)
         message_->setMessage(QStringLiteral("search"), u"Looking for leftovers…"_s,
-                             u"Settings, data and caches are compared with the installed apps."_s);
+                             u"Comparing settings, data and caches with the installed apps."_s);
     else if (state.wasStopped || !state.unreadFolders.empty())
         message_->setMessage(QStringLiteral("triangle-alert"), u"Nothing found so far"_s,
-                             u"Not everything was looked at."_s);
+                             u"Some places were not searched."_s);
     else
         message_->setMessage(QStringLiteral("circle-check"), u"No leftovers found"_s,
                              u"All settings, data and caches belong to installed apps, to commands, or to "

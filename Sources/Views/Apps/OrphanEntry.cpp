@@ -40,7 +40,7 @@ QString detailOf(const OrphanState &state) {
 OrphanEntry::OrphanEntry(QWidget *parent) : QAbstractButton(parent) {
     setObjectName(QStringLiteral("orphans"));
     setText(u"Leftovers of removed apps"_s);
-    setToolTip(u"Looks for files that no installed app claims"_s);
+    setToolTip(u"Find files of apps that are no longer installed"_s);
     setCheckable(true);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);

@@ -119,14 +119,14 @@ TEST_F(AppsPage, ListsTheAppsBeforeTheyAreAnalysed) {
         EXPECT_EQ(rowOf("Acme").data(AppListModel::sizeRole).toString(), QString());
         EXPECT_TRUE(isVisible("appProgress"));
         list.setCurrentIndex(rowOf("Acme"));
-        EXPECT_EQ(text("appFacts"), "Not analysed yet");
+        EXPECT_EQ(text("appFacts"), "Not analyzed yet");
         EXPECT_FALSE(find<QCheckBox>("includeBundle").isEnabled()) << "nobody knows what that frees";
     });
     open();
     EXPECT_TRUE(wasListed);
     EXPECT_FALSE(isVisible("appProgress"));
     EXPECT_NE(rowOf("Acme").data(AppListModel::sizeRole).toString(), QString());
-    EXPECT_NE(text("appFacts"), "Not analysed yet");
+    EXPECT_NE(text("appFacts"), "Not analyzed yet");
     EXPECT_TRUE(find<QCheckBox>("includeBundle").isEnabled());
 }
 
@@ -445,8 +445,8 @@ TEST_F(AppsPage, CanBeStoppedAndReadAgain) {
         for (AppRow &row : state.apps)
             row = {row.app, 0, {}, false};
     });
-    EXPECT_EQ(text("appFacts"), "Not analysed yet");
-    EXPECT_TRUE(text("leftoverState").starts_with("The analysis was stopped"));
+    EXPECT_EQ(text("appFacts"), "Not analyzed yet");
+    EXPECT_TRUE(text("leftoverState").starts_with("Stopped before this app"));
 
     // Something outside the program has removed one application and installed another.
     std::filesystem::remove_all(home.path("Applications/Bare.app"));
@@ -457,7 +457,7 @@ TEST_F(AppsPage, CanBeStoppedAndReadAgain) {
     EXPECT_TRUE(rowOf("New").isValid());
     EXPECT_EQ(chosen(), "Acme");
     EXPECT_TRUE(isSelected("Acme"));
-    EXPECT_NE(text("appFacts"), "Not analysed yet");
+    EXPECT_NE(text("appFacts"), "Not analyzed yet");
     EXPECT_EQ(leftovers(page, "exactLeftovers").model()->rowCount(), 2);
 }
 

@@ -187,8 +187,8 @@ TEST_F(OrphansOnThePage, SayWhatTheStateIs) {
     show({.orphans = {}, .unreadFolders = {"/home/user/.config"}, .wasSearched = true, .wasStopped = true});
     EXPECT_EQ(message.title(), "Nothing found so far");
     EXPECT_EQ(text("orphansIncomplete"),
-              "The search was stopped, so there may be more. Reload searches again.\n"
-              "/home/user/.config cannot be read, so what is in it is missing.");
+              "The search was stopped, so there may be more. Reload to search again.\n"
+              "/home/user/.config can't be read, so its contents are not listed.");
 }
 
 TEST_F(OrphansOnThePage, GoIntoTheBasket) {
