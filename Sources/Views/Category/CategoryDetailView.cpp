@@ -44,14 +44,14 @@ namespace {
 
 QString whyEmpty(const MeasuredCategory &category) {
     if (!category.measured)
-        return u"Not measured yet. Measure looks at every category and changes nothing."_s;
+        return u"Not measured yet. Press Measure to start. Measuring never changes your files."_s;
     if (category.category.measurement == CategoryMeasurement::remainder)
-        return u"No folder that would explain this figure has been found yet."_s;
+        return u"Nothing explains this figure yet."_s;
     if (category.hasUnreadableRoot)
         return EntryList::unreadableText();
     if (std::holds_alternative<TrashAction>(category.category.action))
         return u"The Trash is empty."_s;
-    return u"Nothing found. There is nothing in here."_s;
+    return u"This category is empty."_s;
 }
 
 } // namespace
@@ -190,9 +190,11 @@ void CategoryDetailView::measureAsAdministrator() {
     storage_.measureAsAdministrator([page = QPointer(this)](const std::optional<PrivilegedRunError> &error) {
         if (!error || page.isNull())
             return;
-        const QString reason = error->message ? text(*error->message)
-                                              : u"The password was not given, or the system did not ask for "
-                                                "it. The figures stay as they were."_s;
+        const QString reason =
+            error->message
+                ? text(*error->message)
+                : u"No password was entered, or the system did not ask for one. The sizes have not "
+                  "changed."_s;
         whenNoSheetIsOpen(page, [page, reason] {
             (new NoticeSheet(u"Nothing was measured as administrator"_s, reason, page))->open();
         });
@@ -284,7 +286,7 @@ void CategoryDetailView::planBackup(RemovalMode mode) {
     if (items.empty())
         return;
     if (const auto refusal = BackupPlan::refusal(items, backups_->backupRoot)) {
-        (new NoticeSheet(u"This cannot be one backup"_s, text(*refusal), this))->open();
+        (new NoticeSheet(u"These items can't go into one backup"_s, text(*refusal), this))->open();
         return;
     }
     const auto shortage =
@@ -293,7 +295,7 @@ void CategoryDetailView::planBackup(RemovalMode mode) {
         backUp(entries, mode);
         return;
     }
-    auto *sheet = new ConfirmationSheet(u"There may be too little room for the backup"_s,
+    auto *sheet = new ConfirmationSheet(u"There may not be enough space for the backup"_s,
                                         text(BackupPlan::sentence(*shortage)), u"Back Up Anyway"_s, this);
     connect(sheet, &QDialog::accepted, this, [this, entries, mode] { backUp(entries, mode); });
     sheet->open();

@@ -108,7 +108,7 @@ QWidget *CleanupView::makeChoices() {
     order_ = new QComboBox(line);
     order_->setObjectName(QStringLiteral("cardOrder"));
     order_->setAccessibleName(u"Order"_s);
-    order_->addItem(u"Usual Order"_s);
+    order_->addItem(u"Default Order"_s);
     order_->addItem(u"Largest First"_s);
     usePaletteOfParent(*order_->view()->window());
     selectSafe_ = makeButton("selectAllSafe", u"Select All Safe"_s, line);
@@ -239,7 +239,7 @@ void CleanupView::ask(const std::vector<CleanupEntry> &entries, RemovalMode mode
     const auto remark = [bytes = CleanupEntries::totalSize(entries), notes, inTrash](RemovalMode chosen) {
         std::string usual = chosen == RemovalMode::trash ? RemovalReport::trashRemark(bytes) : "";
         if (!usual.empty() && inTrash > 0)
-            usual += " What is in the Trash already stays there.";
+            usual += " Items already in the Trash stay there.";
         return notes.empty() || usual.empty() ? notes + usual : notes + "\n\n" + usual;
     };
     const RemovalRequest request{

@@ -22,7 +22,7 @@ CommandList::CommandList(QWidget *parent) : QWidget(parent), rows_(new QVBoxLayo
     rows_->setContentsMargins(16, 2, 16, 8);
     rows_->setSpacing(2);
     auto *title = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this);
-    title->setText(u"Programs that look after these files have commands for a terminal:"_s);
+    title->setText(u"You can also clean these up with commands in a terminal:"_s);
     title->setWordWrap(true);
     rows_->addWidget(title);
     hide();

@@ -29,10 +29,10 @@ namespace {
 
 QString whyEmpty(const CleanupTarget &target) {
     if (!target.scanned)
-        return u"Not measured yet. Measure looks at every place on this page and changes nothing."_s;
+        return u"Not measured yet. Press Measure to start. Measuring never changes your files."_s;
     if (target.hasUnreadableRoot)
         return EntryList::unreadableText();
-    return u"Nothing found. There is nothing here to remove."_s;
+    return u"There is nothing to remove here."_s;
 }
 
 } // namespace

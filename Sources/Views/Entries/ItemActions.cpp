@@ -57,7 +57,7 @@ void withKind(const FileURL &item, QWidget *page, Use use) {
 /// The file browser has not shown the item: opens the parent folder, unless it only does not answer.
 void insteadOfRevealing(const FileURL &item, Answer answer, const QWidget &page) {
     if (answer == Answer::silent)
-        WindowServices::notify(page, u"The file manager does not answer. Try again when it has started."_s);
+        WindowServices::notify(page, u"The file manager is not responding. Try again in a moment."_s);
     else if (!openWithDesktop(item.parent()))
         WindowServices::notify(page, u"No program could show %1."_s.arg(quoted(item)));
 }
@@ -98,7 +98,7 @@ void showProperties(const FileURL &item, QWidget *page) {
             [item, tools = Host::current().tools] { return FileBrowser::showProperties(item, tools); },
             [page](Answer answer) {
                 if (answer == Answer::silent)
-                    WindowServices::notify(*page, u"The file manager does not answer."_s);
+                    WindowServices::notify(*page, u"The file manager is not responding."_s);
                 else if (answer == Answer::none)
                     WindowServices::notify(*page, u"No file manager can show properties."_s);
             });

@@ -138,7 +138,8 @@ void OverviewView::showCategories() {
     else if (storage_->lastCategoryScan)
         header_->setSubtitle(u"Measured at %1"_s.arg(timeText(*storage_->lastCategoryScan)));
     else
-        header_->setSubtitle(u"Not measured yet. Measure looks at every category and changes nothing."_s);
+        header_->setSubtitle(
+            u"Not measured yet. Press Measure to start. Measuring never changes your files."_s);
 }
 
 void OverviewView::showVolumes() {

@@ -110,8 +110,8 @@ TEST_F(CategoryPage, OpensTheApplications) {
 TEST_F(CategoryPage, SaysWhyThereIsNothing) {
     home.makeFile("Music"); // where a folder should be that can be listed
     home.makeFolder("Documents");
-    for (const auto &[id, why] :
-         {std::pair("music", "This could not be read"), std::pair("documents", "Nothing found")}) {
+    for (const auto &[id, why] : {std::pair("music", "This folder could not be opened"),
+                                  std::pair("documents", "This category is empty")}) {
         open(id);
         EXPECT_TRUE(text("categoryState").starts_with("Not measured yet")) << id;
         EXPECT_EQ(text("categorySize"), "—");

@@ -102,8 +102,8 @@ TEST_F(CleanupPage, SaysWhyThereIsNothing) {
 
     EXPECT_EQ(label("logs", "total"),
               sizeText(withId(model.cleanup->cleanupTargets, "logs").entries.at(0).size));
-    EXPECT_TRUE(label("package-caches", "targetState").starts_with("Nothing found"));
-    EXPECT_TRUE(label("android-avd", "targetState").starts_with("This could not be read"));
+    EXPECT_TRUE(label("package-caches", "targetState").starts_with("There is nothing to remove"));
+    EXPECT_TRUE(label("android-avd", "targetState").starts_with("This folder could not"));
     EXPECT_EQ(selection(), "Nothing selected");
     EXPECT_EQ(state("logs", "system.log"), Qt::Unchecked);
 }
@@ -409,7 +409,7 @@ TEST_F(CleanupPage, OnlyDeletesWhatIsInTheTrashOfLinux) {
     click(all("trash"));
     click(all("logs"));
     click("remove");
-    EXPECT_TRUE(testing::shown(*sheet(), "remark").ends_with("What is in the Trash already stays there."));
+    EXPECT_TRUE(testing::shown(*sheet(), "remark").ends_with("Items already in the Trash stay there."));
     EXPECT_FALSE(sheet()->findChild<RemovalModePicker *>()->isHidden());
     testing::click(*sheet(), "cancel");
     ASSERT_TRUE(eventually([&] { return sheet() == nullptr; }));
