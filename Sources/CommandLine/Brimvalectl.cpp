@@ -25,9 +25,9 @@ namespace brimvale::commandLine {
 namespace {
 
 constexpr std::array optionsBeforeCommand = {
-    Option{"--system", Option::Value::text, "macos|linux", "Look with the catalogs of that system."},
+    Option{"--system", Option::Value::text, "macos|linux", "Use the catalogs of that system."},
     Option{"--sample", Option::Value::attachedText, "new|remove",
-           "Show a sample in place of this computer (new: build it again)."},
+           "Show a sample instead of this computer (new: rebuild it)."},
     Option{.name = "--help", .help = "Print this help."},
     Option{.name = "--version", .help = "Print the version."},
 };

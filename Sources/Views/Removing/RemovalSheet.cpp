@@ -37,7 +37,7 @@ std::string remarkOn(const RemovalRequest &request, RemovalMode mode) {
         return request.remark(mode);
     if (mode == RemovalMode::trash)
         return RemovalReport::trashRemark(CleanupEntries::totalSize(request.items));
-    return "What is deleted immediately cannot be put back.";
+    return "This can't be undone.";
 }
 
 } // namespace

@@ -42,18 +42,18 @@ bool ClosingQuestion::administratorRuns() const {
 
 QString ClosingQuestion::question() const {
     if (administratorRuns())
-        return u"Quit while the administrator's command runs?"_s;
+        return u"Quit while an administrator task is running?"_s;
     return removals_.isRemoving() ? u"Stop removing and quit?"_s : u"Stop the backup and quit?"_s;
 }
 
 QString ClosingQuestion::loss() const {
     QStringList sentences;
     if (administratorRuns())
-        sentences.append(u"It goes on until it is done, but you will not be told what became of it."_s);
+        sentences.append(u"It will finish, but you won't see the result."_s);
     if (removals_.isRemoving() && removals_->removalActivity != RemovalActivity::asAdministrator)
-        sentences.append(u"What is gone by now stays gone, the rest stays where it is."_s);
+        sentences.append(u"Items already removed stay removed. The others stay where they are."_s);
     if (backups_->isArchiving)
-        sentences.append(u"The backup remains unfinished. No original of it is touched."_s);
+        sentences.append(u"The backup will be incomplete. Your original files are not changed."_s);
     return sentences.join(' ');
 }
 

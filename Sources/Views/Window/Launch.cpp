@@ -19,9 +19,9 @@ namespace brimvale {
 namespace {
 
 constexpr std::array options = {
-    Option{"--system", Option::Value::text, "macos|linux", "Look with the catalogs of that system."},
+    Option{"--system", Option::Value::text, "macos|linux", "Use the catalogs of that system."},
     Option{"--sample", Option::Value::attachedText, "new|remove",
-           "Show a sample in place of this computer (new: build it again)."},
+           "Show a sample instead of this computer (new: rebuild it)."},
     Option{.name = "--help", .help = "Print this help.", .endsReading = true},
     Option{.name = "--version", .help = "Print the version.", .endsReading = true},
 };
@@ -86,7 +86,7 @@ Result<FileURL> placeAt(std::string_view typed) {
 
 void noteMissing(Launch &launch, std::string_view typed, int error) {
     launch.notice = "“";
-    launch.notice.append(printable(typed)).append("” cannot be scanned: ");
+    launch.notice.append(printable(typed)).append("” can't be scanned: ");
     launch.notice.append(reasonOfError(error)).append(".");
 }
 

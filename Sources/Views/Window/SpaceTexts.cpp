@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 namespace brimvale {
 
 QString trashText(std::int64_t bytes) {
-    return u"%1 moved to the Trash. The space is free once the Trash is emptied."_s.arg(sizeText(bytes));
+    return u"%1 moved to the Trash. Empty the Trash to free the space."_s.arg(sizeText(bytes));
 }
 
 QStringList spaceLines(const RemovalResult &result) {

@@ -108,7 +108,7 @@ void TreeFiles::exportPicture(Picture picture) {
 void TreeFiles::exportList(ListingFormat format) {
     const QString suffix = format == ListingFormat::csv ? u"csv"_s : u"json"_s;
     const QString remark =
-        u"Files under 1 MiB are one row for each folder in it. “brimvalectl scan --export” "
+        u"Files under 1 MiB are grouped into one row per folder. “brimvalectl scan --export” "
         "lists every file."_s;
     save(u"Export the Scan"_s, suffix, remark, [this, format] {
         InMemory sink;

@@ -425,7 +425,7 @@ TEST_F(ContentViewTest, AsksBeforeItClosesOnARemoval) {
 
 TEST_F(ContentViewTest, SaysWhatWouldEndWithIt) {
     open();
-    const std::string backup = "The backup remains unfinished. No original of it is touched.";
+    const std::string backup = "The backup will be incomplete. Your original files are not changed.";
     const auto expectQuestion = [&](const std::string &question, const std::string &loss) {
         window->close();
         auto *sheet = qobject_cast<QDialog *>(QApplication::activeModalWidget());
@@ -437,8 +437,8 @@ TEST_F(ContentViewTest, SaysWhatWouldEndWithIt) {
     PublishedWriter::set(model->backups, &BackupState::isArchiving, true);
     expectQuestion("Stop the backup and quit?", backup);
     PublishedWriter::set(model->removals, &RemovalState::removalActivity, RemovalActivity::asAdministrator);
-    expectQuestion("Quit while the administrator's command runs?",
-                   "It goes on until it is done, but you will not be told what became of it. " + backup);
+    expectQuestion("Quit while an administrator task is running?",
+                   "It will finish, but you won't see the result. " + backup);
     PublishedWriter::set(model->backups, &BackupState::isArchiving, false);
     PublishedWriter::set(model->removals, &RemovalState::removalActivity, RemovalActivity::none);
     window->close();

@@ -146,7 +146,7 @@ TEST_F(ResultInWindow, TellsTheOutcomeAndOffersTheAdministrator) {
                                RemovalMode::trash);
     ASSERT_TRUE(eventually([&] { return !model.removals.isRemoving() && alert() != nullptr; }));
     const std::string moved = Fmt::byteFormatter(model.removals->movedToTrashThisSession) +
-                              " moved to the Trash. The space is free once the Trash is emptied.";
+                              " moved to the Trash. Empty the Trash to free the space.";
     EXPECT_EQ(text("movedToTrash"), moved);
     EXPECT_EQ(labels(*alert(), "space"), std::vector{moved});
     EXPECT_FALSE(isVisible("freedThisSession")) << "nothing is free yet";
@@ -231,11 +231,10 @@ TEST_F(ResultInWindow, TellsWhatDeletingHasFreed) {
                          .bytesDeleted = 4'000,
                          .freeSpaceRemark = "A snapshot keeps it."};
     const ResultView both(result);
-    EXPECT_EQ(
-        labels(both, "space"),
-        (std::vector<std::string>{Fmt::byteFormatter(5'000) +
-                                      " moved to the Trash. The space is free once the Trash is emptied.",
-                                  Fmt::byteFormatter(4'000) + " freed.", "A snapshot keeps it."}));
+    EXPECT_EQ(labels(both, "space"),
+              (std::vector<std::string>{Fmt::byteFormatter(5'000) +
+                                            " moved to the Trash. Empty the Trash to free the space.",
+                                        Fmt::byteFormatter(4'000) + " freed.", "A snapshot keeps it."}));
 }
 
 } // namespace brimvale
