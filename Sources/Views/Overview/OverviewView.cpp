@@ -134,7 +134,7 @@ void OverviewView::showCategories() {
     if (isMeasuring)
         header_->setSubtitle(u"Categories appear as they are measured."_s);
     else if (storage_->wasStopped)
-        header_->setSubtitle(u"Stopped. What has no size was not measured."_s);
+        header_->setSubtitle(u"Stopped. Categories without a size were not measured."_s);
     else if (storage_->lastCategoryScan)
         header_->setSubtitle(u"Measured at %1"_s.arg(timeText(*storage_->lastCategoryScan)));
     else
@@ -177,12 +177,11 @@ void OverviewView::keyPressEvent(QKeyEvent *event) {
 }
 
 void OverviewView::confirmDeletion(const LocalSnapshot &snapshot) {
-    auto *sheet =
-        new ConfirmationSheet(u"Delete this snapshot?"_s,
-                              u"“%1” will be deleted for good. The states of your files that "
-                              "only it holds are gone then. The system "
-                              "asks for an administrator's password."_s.arg(displayedText(snapshot.name)),
-                              u"Delete"_s, this);
+    auto *sheet = new ConfirmationSheet(
+        u"Delete this snapshot?"_s,
+        u"“%1” will be deleted, with the file versions that only it keeps. This can't be "
+        "undone. The system asks for an administrator's password."_s.arg(displayedText(snapshot.name)),
+        u"Delete"_s, this);
     connect(sheet, &QDialog::accepted, this, [this, snapshot] {
         volumes_.deleteSnapshot(snapshot, [this, page = QPointer(this), snapshot](bool isDeleted) {
             if (isDeleted || page.isNull())

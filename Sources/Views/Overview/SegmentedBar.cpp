@@ -42,7 +42,7 @@ SegmentedBar::SegmentedBar(QWidget *parent) : QWidget(parent) {
     setObjectName(QStringLiteral("segmentedBar"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     makeAccessible(); // first, because setting a name makes Qt look up the interface for good
-    setAccessibleName(u"What the used space consists of"_s);
+    setAccessibleName(u"What uses the space"_s);
 }
 
 void SegmentedBar::setSegments(std::vector<BarSegment> segments, std::int64_t whole) {

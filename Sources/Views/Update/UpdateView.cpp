@@ -120,8 +120,7 @@ UpdateView::Content UpdateView::content() const {
         return offer(*available, running);
     if (const auto *downloading = std::get_if<Downloading>(&state))
         return {u"Downloading the update"_s,
-                downloading->progress < 1 ? u"You can go on working meanwhile."_s
-                                          : u"Checking what was downloaded."_s,
+                downloading->progress < 1 ? u"You can keep working."_s : u"Checking the download."_s,
                 {},
                 {}};
     if (std::holds_alternative<ReadyToRelaunch>(state))

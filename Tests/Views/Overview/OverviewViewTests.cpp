@@ -256,7 +256,7 @@ TEST_F(OverviewPage, CanBeStoppedAndPretendsNothing) {
     EXPECT_FALSE(isVisible("stopMeasuring"));
     EXPECT_TRUE(isVisible("measure"));
     EXPECT_FALSE(model.storage->lastCategoryScan);
-    EXPECT_EQ(text("pageSubtitle"), "Stopped. What has no size was not measured.");
+    EXPECT_EQ(text("pageSubtitle"), "Stopped. Categories without a size were not measured.");
 
     model.volumes.refreshVolumes();
     model.storage.resolveRemainder();
