@@ -54,7 +54,7 @@ std::optional<InstalledApp> appMeantBy(std::string_view typed) {
             for (const InstalledApp &app : apps)
                 paths.append(paths.empty() ? "" : ", ").append(inQuotes(app.url.path()));
             printError("several applications are identified by " + inQuotes(typed) +
-                       "; name one by its path: " + paths);
+                       "; give the path of one: " + paths);
             return std::nullopt;
         }
     }

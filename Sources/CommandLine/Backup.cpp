@@ -26,18 +26,18 @@ namespace brimvale::commandLine {
 namespace {
 
 constexpr std::array backupOptions = {
-    Option{"--label", Option::Value::text, "TEXT", "What the folder's name begins with; required."},
+    Option{"--label", Option::Value::text, "TEXT", "How the folder's name begins; required."},
     Option{"--into", Option::Value::text, "FOLDER",
-           "Where the folder is made (\"Brimvale Backups\" among the documents)."},
+           "Where to make the folder (\"Brimvale Backups\" in your documents)."},
     Option{"--verify", Option::Value::text, "FOLDER",
-           "Compare an earlier backup with its manifest, and copy nothing."},
+           "Compare an earlier backup with its manifest, without copying."},
 };
 
 /// The fault in the command line, if any.
 std::optional<std::string> backupFault(const Arguments &arguments) {
     if (arguments.has("--verify")) {
         if (!arguments.operands().empty() || arguments.has("--label") || arguments.has("--into"))
-            return "\"--verify\" goes with nothing else";
+            return "\"--verify\" takes no other option or path";
         return std::nullopt;
     }
     if (arguments.operands().empty())
@@ -144,7 +144,7 @@ ExitStatus verify(std::string_view typed, bool isJson, Output &output) {
     }
     const auto &verification = std::get<BackupManifest::Verification>(verified);
     if (verification.isCancelled) {
-        printError("interrupted: nothing was found out");
+        printError("interrupted: the comparison was not finished");
         return ExitStatus::interrupted;
     }
     if (isJson)
@@ -171,11 +171,12 @@ constinit const Command backupCommand = {
     .options = backupOptions,
     .summary = "Copies items into a dated folder and verifies the copies, or an earlier backup.",
     .help =
-        "\nNothing is removed. The folder is a new one that only you can enter. Every copy is compared with\n"
-        "its original, and a manifest is written, by which the backup can be verified years later. A\n"
-        "link is copied as a link. A Messages database gets a readable page beside it. Files that a\n"
-        "backup has beyond its manifest, and other permissions, are told, but are no failure. Ctrl-C\n"
-        "stops the copying; what was copied until then stays in the folder.\n",
+        "\nNothing is removed. The folder is a new one that only you can open. Every copy is compared with\n"
+        "its original, and a manifest is written, so the backup can be verified years later. Links are\n"
+        "copied as links. A Messages database gets a readable page beside it. \"--verify\" also reports "
+        "extra\n"
+        "files and changed permissions, but they are not failures. Ctrl-C stops; files that were already\n"
+        "copied stay in the folder.\n",
     .run = runBackup,
 };
 

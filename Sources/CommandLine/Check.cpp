@@ -63,10 +63,10 @@ constinit const Command checkCommand = {
     .operands = "PATH…",
     .operandCount = {},
     .options = checkOptions,
-    .summary = "Tells whether each path may be removed at all.",
-    .help = "\nPrints a line for each path, in their order: \"ok\", or the reason why it is never removed. "
-            "Whether\n"
-            "its owner lets you remove it is not looked at.\n",
+    .summary = "Says whether each path may be removed.",
+    .help = "\nPrints one line for each path, in their order: \"ok\", or why it is never removed. Your "
+            "permissions\n"
+            "are not checked.\n",
     .run = runCheck,
 };
 

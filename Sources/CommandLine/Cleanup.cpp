@@ -94,8 +94,8 @@ constinit const Command cleanupCommand = {
     .name = "cleanup",
     .operands = "[ID…]",
     .operandCount = {},
-    .summary = "Measures the places where data collects that comes back on its own.",
-    .help = "\nWith IDs only those, and what lies in each. Nothing is removed.\n",
+    .summary = "Measures caches, logs and other data that you can clean up.",
+    .help = "\nWith IDs, shows only those targets, and the items in each. Nothing is removed.\n",
     .run = runCleanup,
 };
 

@@ -170,10 +170,11 @@ constinit const Command compareCommand = {
     .operandCount = {.minimum = 2, .maximum = 2},
     .options = compareOptions,
     .summary = "Shows what has grown between two scans, largest growth first.",
-    .help = "\nOLD is a file of \"scan --save\"; NEW is another one, or a folder, which is scanned now. "
-            "Lists that\n"
-            "\"open\" reads do as well, but only a saved scan knows that something was moved. A new or gone\n"
-            "folder is one row, without what was moved into it or out of it.\n",
+    .help = "\nOLD is a file from \"scan --save\". NEW is another one, or a folder, which is scanned now. "
+            "Any list\n"
+            "that \"open\" reads works too, but only saved scans can show that something was moved. A folder "
+            "that\n"
+            "is new or gone is one row, without the items that were moved into it or out of it.\n",
     .run = runCompare,
 };
 

@@ -173,13 +173,14 @@ constinit const Command findCommand = {
     .operands = "PATH [FILTER…]",
     .operandCount = {.minimum = 1},
     .options = findOptions,
-    .summary = "Lists the files in a folder that all filters accept, largest first.",
+    .summary = "Lists the files in a folder that match all filters, largest first.",
     .help =
         "\nFilters: \">100M\" and \"<1G\" for the size, older:1y and newer:2w for the last change (d, w, m, "
         "y),\n"
-        "type:video,audio for what the name tells, and any other word for a part of the name. Sizes are\n"
-        "allocated bytes. Links are not followed, other volumes and system-managed folders not entered, and\n"
-        "a file with several names counts once.\n",
+        "type:video,audio for the kind of file, as its name says, and any other word for part of the name.\n"
+        "Sizes are allocated bytes. Links are not followed, other volumes and system-managed folders are "
+        "not\n"
+        "scanned, and a file with several names counts once.\n",
     .run = runFind,
 };
 

@@ -19,7 +19,7 @@ std::string programHelp(std::span<const Option> globalOptions) {
         commands.emplace_back(withOperands(*command), command->summary);
     return "Usage: brimvalectl [OPTION]… COMMAND …\n"
            "\nShows where disk space has gone and gets it back safely.\n"
-           "\nCommands (\"brimvalectl COMMAND --help\" tells more; every command has --json):\n" +
+           "\nCommands (\"brimvalectl COMMAND --help\" says more; every command has --json):\n" +
            inColumns(commands) + "\nOptions, before the command:\n" + inColumns(helpRows(globalOptions)) +
            "\n\"--\" ends options. Exit status: 0 done, 1 something was refused or failed, 2 wrong usage,\n"
            "130 interrupted.\n";

@@ -77,10 +77,10 @@ void writeReport(Output &output, const std::vector<LeftoverItem> &items) {
 
 void writeOrphans(Output &output, const std::vector<Orphan> &orphans) {
     if (orphans.empty()) {
-        output.write("No files of apps that are gone found.\n");
+        output.write("No leftovers of removed applications found.\n");
         return;
     }
-    output.write("Possibly of apps that are gone: look at each before you remove it.\n");
+    output.write("Possibly left by removed applications. Check each one before you remove it:\n");
     TextTable table({TextTable::sizeColumn("SIZE"), {"LAST CHANGE"}, {"CATEGORY"}, {"EVIDENCE"}, {"PATH"}});
     for (const auto &[item, lastChange] : orphans)
         table.add({Fmt::byteFormatter(item.size), Fmt::relativeDate(lastChange), item.category, item.reason,
@@ -108,14 +108,14 @@ ExitStatus runOrphans(const Arguments &arguments, Output &output) {
     if (!arguments.operands().empty())
         return refuseUsage("\"--orphans\" takes no application", &leftoversCommand);
     if (!hasOrphanSearch()) {
-        printError("files of applications that are gone are only looked for on Linux");
+        printError("leftovers of removed applications can only be found on Linux");
         return ExitStatus::failed;
     }
     const StopFlag cancelled;
     const Interruption interruption(cancelled);
     const Orphans orphans = findOrphans(cancelled);
     for (const std::string &folder : orphans.unreadFolders)
-        printError(terminalText(folder) + " cannot be read, so what is in it is missing");
+        printError(terminalText(folder) + " can't be read, so its contents are not listed");
     if (arguments.has("--json")) {
         JsonWriter json(output);
         writeOrphans(json, orphans.found);
@@ -154,13 +154,14 @@ constinit const Command leftoversCommand = {
     .options = leftoversOptions,
     .summary = "Finds the files that an application keeps elsewhere.",
     .help =
-        "\nAPP is the identifier of an installed application, the name of its package or snap, or its "
-        "path as\n"
-        "\"apps\" shows it. What is marked [administrator] can only be removed as one. What is marked\n"
-        "[careful] may hold what you have made. [also NAME] is another installed application with a claim.\n"
+        "\nAPP is the identifier of an installed application, the name of its package or snap, or its path "
+        "as\n"
+        "\"apps\" shows it. Only an administrator can remove what is marked [administrator]. What is\n"
+        "marked [careful] may contain your own work. [also NAME] is another installed application that may\n"
+        "use it.\n"
         "\n"
-        "--orphans takes no APP. It looks in your folders of settings, data and caches, and leaves out what\n"
-        "programs share and what has the name of a command. All it finds is only likely.\n",
+        "--orphans takes no APP. It searches your folders of settings, data and caches, and leaves out what\n"
+        "programs share and what has the name of a command. It goes by names, so check what it finds.\n",
     .run = runLeftovers,
 };
 

@@ -91,10 +91,10 @@ constinit const Command overviewCommand = {
     .name = "overview",
     .operands = "",
     .operandCount = {.minimum = 0, .maximum = 0},
-    .summary = "Measures what the space of the root volume is used for.",
+    .summary = "Measures what uses the space of the root volume.",
     .help =
-        "\nSystem Data is what the other categories leave of the used space. \"brimvalectl category ID\"\n"
-        "shows what lies in one of them.\n",
+        "\nSystem Data is the used space that no other category explains. \"brimvalectl category ID\" shows\n"
+        "what is in one of them.\n",
     .run = runOverview,
 };
 

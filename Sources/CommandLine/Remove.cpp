@@ -96,7 +96,7 @@ std::string question(const RemovalOperands &operands, const std::vector<CleanupE
         return places + "Move " + items + " to the Trash?" + limit;
     return places + "Delete " + items +
            (route == Route::administrator ? " immediately, as the administrator?" : " immediately?") +
-           " This cannot be undone." + limit;
+           " This can't be undone." + limit;
 }
 
 RemovalResult removeBy(Route route, const std::vector<CleanupEntry> &entries, RemovalProgress &progress) {
@@ -162,11 +162,11 @@ constinit const Command removeCommand = {
     .help =
         "\nAsks first, with the number of items and their allocated size; where there is no terminal to ask "
         "on,\n"
-        "--yes is needed. What \"check\" refuses is never removed. A link is removed itself, not what it "
-        "leads\n"
-        "to. A path inside another one that is removed goes with it. Space that the Trash holds comes back\n"
-        "when it is emptied. What a storage category protects, for example other people's files, is only\n"
-        "removed with --anyway, after its warning. Ctrl-C stops, and tells what was removed until then.\n"
+        "--yes is needed. What \"check\" refuses is never removed. A link itself is removed, not what it\n"
+        "leads to. A path inside another one that is removed goes with it. Items in the Trash use space "
+        "until\n"
+        "it is emptied. What a storage category protects, for example other people's files, is only removed\n"
+        "with --anyway, after its warning. Ctrl-C stops, and shows what was already removed.\n"
         "With --from0, the question is asked on the terminal that the program was started from.\n",
     .run = runRemove,
 };

@@ -109,7 +109,7 @@ constinit const Command scanCommand = {
     .operands = "[PATH]",
     .operandCount = {.minimum = 0, .maximum = 1},
     .options = scanCommandOptions,
-    .summary = "Shows what takes the space in a folder (the current one), largest first.",
+    .summary = "Shows what takes up space in a folder (the current one), largest first.",
     .help =
         "\nSizes are allocated bytes. Links are not followed, other volumes and system-managed folders not\n"
         "entered, and a file with several names counts once. Ctrl-C stops early and shows what was\n"

@@ -122,9 +122,8 @@ constinit const Command sizeCommand = {
     .options = sizeOptions,
     .summary = "Prints the allocated size of each path.",
     .help = "\nA link counts itself, and a file with several names counts once a name. Other volumes and\n"
-            "system-managed folders are not entered. What cannot be read is left out, which a message and "
-            "the exit\n"
-            "status 1 tell.\n",
+            "system-managed folders are not entered. Items that can't be read are left out; then a message\n"
+            "says so and the exit status is 1.\n",
     .run = runSize,
 };
 

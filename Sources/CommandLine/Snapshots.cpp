@@ -74,9 +74,9 @@ constinit const Command snapshotsCommand = {
     .operands = "[VOLUME]",
     .operandCount = {.minimum = 0, .maximum = 1},
     .summary = "Lists the local snapshots of a volume (the root volume).",
-    .help = "\nThe newest comes first. These are the snapshots that the file system and its tools keep, as "
-            "far as\n"
-            "you may see them.\n",
+    .help =
+        "\nThe newest comes first. These are the snapshots of the file system and its tools that you have\n"
+        "permission to see.\n",
     .run = runSnapshots,
 };
 

@@ -94,7 +94,7 @@ ExitStatus runTranscript(const Arguments &arguments, Output &output) {
         return ExitStatus::interrupted;
     }
     if (!reading.isComplete) {
-        printError(terminalText(typed) + ": could not be read whole as a Messages database. " +
+        printError(terminalText(typed) + ": could not be fully read as a Messages database. " +
                    terminalText(reading.reason));
         if (reading.conversations.empty())
             return ExitStatus::failed;

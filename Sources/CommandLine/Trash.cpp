@@ -182,7 +182,7 @@ ExitStatus restoreItems(const Arguments &arguments, const TrashItems &items, Out
 std::string emptyingQuestion(const std::vector<CleanupEntry> &entries) {
     const auto count = static_cast<std::int64_t>(entries.size());
     return "Delete " + Fmt::count(count) + (count == 1 ? " item" : " items") + " in the Trash (" +
-           Fmt::byteFormatter(CleanupEntries::totalSize(entries)) + ") immediately? This cannot be undone.";
+           Fmt::byteFormatter(CleanupEntries::totalSize(entries)) + ") immediately? This can't be undone.";
 }
 
 RemovalResult emptyTrash(const std::vector<CleanupEntry> &entries, RemovalProgress &progress) {
@@ -245,7 +245,7 @@ ExitStatus runTrash(const Arguments &arguments, Output &output) {
         items = TrashRun::list(cancelled);
     }
     if (!items) {
-        printError("this system's own file browser puts items of the Trash back, and empties it");
+        printError("use the file browser of this system to put items back and to empty the Trash");
         return ExitStatus::failed;
     }
     const std::string_view action = arguments.operands().front();

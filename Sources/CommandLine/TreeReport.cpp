@@ -50,7 +50,7 @@ std::string counted(std::int64_t count, std::string_view one, std::string_view m
 
 /// "Imported from ncdu 1.18, server, 2026-03-01T09:30:00Z".
 std::string importLine(const ScanOrigin &origin) {
-    std::string line = "Imported; nothing of it is on this disk.";
+    std::string line = "Imported: nothing here is on this disk.";
     for (const std::string &part :
          {origin.host, origin.program, origin.date ? iso8601(*origin.date) : std::string()})
         if (!part.empty())
@@ -137,7 +137,7 @@ std::optional<std::string> faultOfReport(const Arguments &arguments) {
     if (format && !listingFormatNamed(*format))
         return "\"--export\" takes csv, json or ncdu, not " + inQuotes(*format);
     if (format && arguments.has("--json"))
-        return "\"--export\" and \"--json\" exclude each other";
+        return "\"--export\" and \"--json\" can't be combined";
     for (const Option &limit : {depthOption, topOption})
         if (format && arguments.has(limit.name))
             return "\"--export\" lists the whole tree, without " + inQuotes(limit.name);

@@ -131,7 +131,7 @@ ExitStatus runTreemap(const Arguments &arguments, Output &output) {
     if (const auto missing = missingOption(arguments))
         return refuseUsage("missing option: " + std::string(*missing), &treemapCommand);
     if (arguments.has("--detailed") && arguments.has("--max-tiles"))
-        return refuseUsage("\"--max-tiles\" and \"--detailed\" exclude each other", &treemapCommand);
+        return refuseUsage("\"--max-tiles\" and \"--detailed\" can't be combined", &treemapCommand);
     const std::string_view typed = arguments.operands().front();
     const auto place = placeToScan(typed);
     if (const auto *error = std::get_if<FileError>(&place)) {

@@ -28,7 +28,7 @@ namespace brimvale::commandLine {
 namespace {
 
 constexpr std::array uninstallOptions = {
-    Option{.name = "--with-leftovers", .help = "Also remove the files that surely belong to it."},
+    Option{.name = "--with-leftovers", .help = "Also remove the files that definitely belong to it."},
     Option{.name = "--delete", .help = "Delete files for good instead of moving them to the Trash."},
     Option{.name = "--dry-run", .help = "Only show what would be removed, and how."},
     Option{.name = "--yes", .help = "Do not ask."},
@@ -106,8 +106,8 @@ void writePlan(Output &output, const Plan &plan) {
         return;
     }
     if (const std::string uninstaller = Uninstall::uninstallerOf(app); !uninstaller.empty())
-        output.write("It has its own uninstaller, which is better to use: " + terminalText(uninstaller) +
-                     "\n");
+        output.write(
+            "It has its own uninstaller, which you should use instead: " + terminalText(uninstaller) + "\n");
     TextTable table({TextTable::sizeColumn("SIZE"), {"PATH"}});
     for (const CleanupEntry &entry : Uninstall::entries(plan.row, plan.row.leftovers, true))
         table.add({Fmt::byteFormatter(entry.size), terminalText(entry.url.path())});
@@ -166,8 +166,7 @@ ExitStatus carryOut(const Plan &plan, RemovalMode mode, bool asks, bool isJson, 
         if (!isJson)
             writePlan(output, plan);
         std::string question = isJson ? terminalText(plan.row.app.name + ": " + plan.sentence()) + "\n" : "";
-        question += mode == RemovalMode::deleteNow ? "Uninstall it? What is deleted cannot be put back."
-                                                   : "Uninstall it?";
+        question += mode == RemovalMode::deleteNow ? "Uninstall it? This can't be undone." : "Uninstall it?";
         if (!confirm(question, AskedOn::standardStreams))
             return endUnbegunRemoval(output, isJson, ExitStatus::failed);
     }

@@ -21,8 +21,7 @@ namespace {
 using namespace updateState;
 
 constexpr std::array ownOptions = {
-    Option{"--feed", Option::Value::text, "URL",
-           "Look at this feed instead (https, or http on this machine)."},
+    Option{"--feed", Option::Value::text, "URL", "Use this feed instead (https, or http on this machine)."},
 };
 
 /// The state at the end of a check of the feed.
@@ -105,8 +104,8 @@ constinit const Command updateCommand = {
     .operands = "",
     .operandCount = {.maximum = 0},
     .options = ownOptions,
-    .summary = "Looks whether there is a newer Brimvale.",
-    .help = "\nIt only looks: installing is up to the window, or to the package manager of the system.\n",
+    .summary = "Checks for a newer version of Brimvale.",
+    .help = "\nNothing is installed. Install updates in the window, or with the system's package manager.\n",
     .run = runUpdate,
 };
 

@@ -66,7 +66,7 @@ constinit const Command volumesCommand = {
     .operandCount = {.minimum = 0, .maximum = 0},
     .summary = "Lists the mounted volumes with their space.",
     .help =
-        "\nThe root volume comes first. One on a network is missing if it does not answer soon.\n"
+        "\nThe root volume comes first. Network volumes that do not answer soon are left out.\n"
         "RESERVED is free space that the file system keeps for itself and the administrator; it is not part\n"
         "of SIZE.\n",
     .run = runVolumes,

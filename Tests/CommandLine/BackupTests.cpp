@@ -104,7 +104,9 @@ TEST(Backup, CopiesNothingThatCannotBeBackedUpTogether) {
              Case{{folder.path(), "--label", "x"}, 1, "cannot be backed up into a folder inside itself"},
              Case{{folder.path("a")}, 2, "backup: missing option: --label"},
              Case{{folder.path("a"), "--label", "../x"}, 2, "backup: \"--label\" takes"},
-             Case{{folder.path("a"), "--verify", "x"}, 2, "backup: \"--verify\" goes with nothing else"},
+             Case{{folder.path("a"), "--verify", "x"},
+                  2,
+                  "backup: \"--verify\" takes no other option or path"},
          }) {
         std::vector<std::string> arguments = {"backup", "--into", to};
         arguments.insert(arguments.end(), one.operands.begin(), one.operands.end());

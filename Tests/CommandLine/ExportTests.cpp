@@ -52,7 +52,7 @@ TEST(Export, OpensWhatItExported) {
         EXPECT_EQ(outcome.out, "");
         EXPECT_EQ(opened(file), scanned(folder.path())) << format;
         const Outcome shown = runProgram({"scan", "--import", file});
-        EXPECT_THAT(shown.out, HasSubstr("Imported; nothing of it is on this disk. From "));
+        EXPECT_THAT(shown.out, HasSubstr("Imported: nothing here is on this disk. From "));
     }
     // The same list again, from a pipe.
     const std::string list = contentOf(out.path("list.json"));
@@ -99,7 +99,7 @@ TEST(Export, WrongUseAndForeignFilesAreTold) {
     };
     for (const Case &one : {
              Case{{"scan", "--export", "xml"}, 2, "\"--export\" takes csv, json or ncdu, not \"xml\""},
-             Case{{"scan", "--export=csv", "--json"}, 2, "\"--export\" and \"--json\" exclude each other"},
+             Case{{"scan", "--export=csv", "--json"}, 2, "\"--export\" and \"--json\" can't be combined"},
              Case{{"scan", "--export=csv", "--top=1"}, 2, "lists the whole tree, without \"--top\""},
              Case{{"scan", "--output=x"}, 2, "\"--output\" needs \"--export\""},
              Case{{"scan", "--import=x", "y"}, 2, "a folder is either scanned or read with \"--import\""},

@@ -85,7 +85,7 @@ TEST(PathOperands, QuestionAboutAListIsAskedOnTheTerminal) {
         Terminal terminal;
         terminal.type("y\n");
         std::thread user(
-            [&] { terminal.answer(") immediately? This cannot be undone. [y/N] ", agrees ? "y\n" : "n\n"); });
+            [&] { terminal.answer(") immediately? This can't be undone. [y/N] ", agrees ? "y\n" : "n\n"); });
         const Outcome outcome = runProgram(command, [&] {
             setsid();
             ioctl(terminal.device(), TIOCSCTTY, 0);

@@ -154,7 +154,7 @@ TEST(Remove, AsksOnATerminal) {
         EXPECT_EQ(outcome.status, 1) << answer;
         EXPECT_EQ(outcome.out, "");
         EXPECT_THAT(outcome.err, HasSubstr("Delete 2 items ("));
-        EXPECT_THAT(outcome.err, HasSubstr(") immediately? This cannot be undone. [y/N] "));
+        EXPECT_THAT(outcome.err, HasSubstr(") immediately? This can't be undone. [y/N] "));
         EXPECT_THAT(outcome.err, HasSubstr("brimvalectl: nothing was removed\n"));
         EXPECT_EQ(inventory(folder.path()), before);
     }

@@ -60,7 +60,7 @@ TEST(Transcript, InvalidDatabaseIsAnError) {
                                        std::pair(pipe, "It is not a file.")}) {
         const Outcome wrong = runProgram({"transcript", path, "--output", output});
         EXPECT_EQ(wrong.status, 1);
-        EXPECT_THAT(wrong.err, HasSubstr("could not be read whole as a Messages database. "));
+        EXPECT_THAT(wrong.err, HasSubstr("could not be fully read as a Messages database. "));
         EXPECT_THAT(wrong.err, EndsWith(std::string(reason) + "\n"));
     }
     EXPECT_FALSE(std::filesystem::exists(output));

@@ -190,7 +190,7 @@ TEST_F(Uninstalling, RemovesAnAppImageWithItsEntry) {
     EXPECT_TRUE(exists(desktop.path("home/user/.config/painter/x")));
     EXPECT_TRUE(exists(desktop.path("home/user/.config/appimagekit_abc-painter/x")));
     EXPECT_THAT(run({desktop.path("home/user/editor"), "--dry-run"}).out,
-                HasSubstr("better to use: " + desktop.path("home/user/editor/uninstall.sh") + "\n"));
+                HasSubstr("use instead: " + desktop.path("home/user/editor/uninstall.sh") + "\n"));
     EXPECT_THAT(run({"nothing", "--yes"}).err, HasSubstr("neither an application nor"));
 }
 

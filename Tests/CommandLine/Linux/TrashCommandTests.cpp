@@ -160,7 +160,7 @@ TEST(TrashOnMac, IsLeftToTheSystem) {
     const TemporaryFolder disk;
     const Outcome outcome = runProgramOnMac(disk.path(), {"trash", "list"});
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.err, StartsWith("brimvalectl: this system's own file browser"));
+    EXPECT_THAT(outcome.err, StartsWith("brimvalectl: use the file browser of this system"));
 }
 
 } // namespace brimvale::testing
