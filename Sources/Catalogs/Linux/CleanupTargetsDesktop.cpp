@@ -168,7 +168,7 @@ CleanupRecord removedAppData() {
 CleanupRecord gameCaches() {
     return {.target = {.id = "game-caches",
                        .title = "Game caches",
-                       .detail = "Shaders and unfinished downloads of Steam games. Games start slower, once.",
+                       .detail = "Shaders and unfinished downloads of Steam games. Games start slower once.",
                        .risk = CleanupRisk::safe,
                        .roots = {},
                        .symbol = "gamepad-2"},

@@ -31,8 +31,7 @@ CleanupRecord packageCaches() {
         .target = {.id = "package-caches",
                    .title = "Package downloads",
                    .detail =
-                       "What pip, npm, Cargo, Go and friends have downloaded. They fetch it again when they "
-                       "need it.",
+                       "Downloads of pip, npm, Cargo, Go and others. They are downloaded again when needed.",
                    .risk = CleanupRisk::safe,
                    .roots = {},
                    .symbol = "package"},
@@ -99,39 +98,39 @@ CleanupRecord packageCaches() {
 }
 
 CleanupRecord buildCaches() {
-    return {.target = {.id = "build-caches",
-                       .title = "Build caches",
-                       .detail =
-                           "Compiled pieces kept to make the next build faster. The next build takes longer, "
-                           "once.",
-                       .risk = CleanupRisk::safe,
-                       .roots = {},
-                       .symbol = "hammer"},
-            .places =
-                {
-                    {.places = {"$CCACHE_DIR", "~/.ccache", "$CACHE/ccache"},
-                     .leaves = {"ccache.conf"},
-                     .app = "ccache"},
-                    {.places = {"$CACHE/bazel", "$CACHE/bazelisk"},
-                     .program = {.name = "Bazel", .processes = {"bazel", "bazelisk"}}},
-                    // Hundreds of folders with numbers for names are one entry.
-                    {.places = {"$SCCACHE_DIR", "$CACHE/sccache", "$GOCACHE", "$CACHE/go-build", "$CACHE/zig",
-                                "$CACHE/clangd", "$CACHE/vscode-cpptools", "$CACHE/mesa_shader_cache",
-                                "$CACHE/mesa_shader_cache_db", "$CACHE/nvidia", "~/.nv/ComputeCache"},
-                     .itself = true},
-                },
-            .commands = {{"ccache -C", {"$CCACHE_DIR", "~/.ccache", "$CACHE/ccache"}},
-                         {"go clean -cache", {"$GOCACHE", "$CACHE/go-build"}},
-                         {"bazel clean --expunge", {"$CACHE/bazel"}}}};
+    return {
+        .target =
+            {.id = "build-caches",
+             .title = "Build caches",
+             .detail =
+                 "Compiled files kept to make builds faster. Only the next build takes longer without them.",
+             .risk = CleanupRisk::safe,
+             .roots = {},
+             .symbol = "hammer"},
+        .places =
+            {
+                {.places = {"$CCACHE_DIR", "~/.ccache", "$CACHE/ccache"},
+                 .leaves = {"ccache.conf"},
+                 .app = "ccache"},
+                {.places = {"$CACHE/bazel", "$CACHE/bazelisk"},
+                 .program = {.name = "Bazel", .processes = {"bazel", "bazelisk"}}},
+                // Hundreds of folders with numbers for names are one entry.
+                {.places = {"$SCCACHE_DIR", "$CACHE/sccache", "$GOCACHE", "$CACHE/go-build", "$CACHE/zig",
+                            "$CACHE/clangd", "$CACHE/vscode-cpptools", "$CACHE/mesa_shader_cache",
+                            "$CACHE/mesa_shader_cache_db", "$CACHE/nvidia", "~/.nv/ComputeCache"},
+                 .itself = true},
+            },
+        .commands = {{"ccache -C", {"$CCACHE_DIR", "~/.ccache", "$CACHE/ccache"}},
+                     {"go clean -cache", {"$GOCACHE", "$CACHE/go-build"}},
+                     {"bazel clean --expunge", {"$CACHE/bazel"}}}};
 }
 
 CleanupRecord packageStores() {
     return {
         .target = {.id = "package-stores",
                    .title = "Package stores",
-                   .detail =
-                       "Libraries that your projects use directly. They come back by a new install; what "
-                       "you published locally does not.",
+                   .detail = "Libraries that your projects use directly. Installing again downloads them, "
+                             "but not what you published locally.",
                    .risk = CleanupRisk::review,
                    .roots = {},
                    .symbol = "warehouse"},

@@ -82,7 +82,7 @@ void findOldVersions(CleanupSearch &search) {
 CleanupRecord logFiles() {
     return {.target = {.id = "logs",
                        .title = "Logs",
-                       .detail = "What the system and apps wrote about past days. Current logs stay.",
+                       .detail = "Messages that the system and apps wrote in the past. Current logs stay.",
                        .risk = CleanupRisk::safe,
                        .roots = {},
                        .symbol = "scroll-text"},
@@ -207,9 +207,8 @@ CleanupRecord virtualMachines() {
 CleanupRecord oldVersions() {
     return {.target = {.id = "old-versions",
                        .title = "Old versions kept by the system",
-                       .detail =
-                           "Earlier kernels, Snap revisions and Flatpak runtimes. The system removes them on "
-                           "your word.",
+                       .detail = "Earlier kernels, Snap revisions and Flatpak runtimes. The package manager "
+                                 "removes them when you tell it to.",
                        .risk = CleanupRisk::review,
                        .roots = {},
                        .symbol = "history"},

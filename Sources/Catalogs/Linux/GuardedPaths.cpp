@@ -48,12 +48,11 @@ constexpr const char *ofSettings = " holds the settings of the desktop and its a
                                    "it in the file manager instead.";
 constexpr const char *ofEncryption = " holds the encrypted bytes of files that are shown in another folder. "
                                      "Removing it would destroy them.";
-constexpr const char *besideHomes =
-    " is beside the home folders of people. Nothing there is removed as a whole.";
+constexpr const char *besideHomes = " is beside people's home folders. Nothing there is removed as a whole.";
 constexpr const char *ofProgram = " is a folder that a program expects to find. Only its contents can be "
                                   "removed.";
 constexpr const char *ofRepairs =
-    " is where a repair of the file system puts what it finds. Only its contents can be removed.";
+    " is where file system repairs put recovered files. Only its contents can be removed.";
 
 /// Trees that programs look after, and data that nobody can get back.
 const std::initializer_list<GuardedPlace> treesOfPrograms = {{"/var/lib/flatpak/app/", ofFlatpak},

@@ -17,22 +17,20 @@ namespace brimvale::linuxCatalog {
 namespace {
 
 StorageCategory applications() {
-    return {
-        .id = "applications",
-        .title = "Applications",
-        .symbol = "app.badge",
-        .colorName = "blue",
-        .detail = "Flatpak and Snap packages, and programs in /opt and /usr/local.",
-        // Only the repositories of Flatpak: the files of its applications are second names of those.
-        .roots = {"/opt", "/var/lib/flatpak/repo", "$DATA/flatpak/repo", "/var/lib/snapd/snaps",
-                  "/usr/local"},
-        .risk = CleanupRisk::review,
-        .action =
-            ReadOnlyAction{
-                "Remove applications with your software centre or package manager. It knows which parts "
-                "several applications share, and removes their entries from the menus too. What you put into "
-                "/opt or /usr/local yourself can be removed in Browse."},
-        .alsoCovers = {"/var/lib/flatpak", "$DATA/flatpak"}};
+    return {.id = "applications",
+            .title = "Applications",
+            .symbol = "app.badge",
+            .colorName = "blue",
+            .detail = "Flatpak and Snap packages, and programs in /opt and /usr/local.",
+            // Only the repositories of Flatpak: the files of its applications are second names of those.
+            .roots = {"/opt", "/var/lib/flatpak/repo", "$DATA/flatpak/repo", "/var/lib/snapd/snaps",
+                      "/usr/local"},
+            .risk = CleanupRisk::review,
+            .action =
+                ReadOnlyAction{"Remove applications with your software center or package manager. It knows "
+                               "which parts several applications share, and removes their menu entries too. "
+                               "Remove what you put into /opt or /usr/local yourself in Browse."},
+            .alsoCovers = {"/var/lib/flatpak", "$DATA/flatpak"}};
 }
 
 /// The user's own files, without the folders that a cloud program keeps in step.
@@ -69,7 +67,7 @@ std::vector<StorageCategory> ownFiles() {
          .listsContents = true,
          .risk = CleanupRisk::careful,
          .action = RemovableAction{},
-         .caveat = "Videos that you recorded yourself do not come back."},
+         .caveat = "Videos that you recorded yourself can't be downloaded again."},
         {.id = "music",
          .title = "Music",
          .symbol = "music.note",
@@ -79,8 +77,8 @@ std::vector<StorageCategory> ownFiles() {
          .listsContents = true,
          .risk = CleanupRisk::careful,
          .action = RemovableAction{},
-         .caveat = "Music players keep a list of these files. What you ripped or recorded yourself does not "
-                   "come back."},
+         .caveat = "Music players keep a list of these files. What you ripped or recorded yourself can't be "
+                   "downloaded again."},
     };
 }
 
@@ -120,9 +118,8 @@ StorageCategory cloud(const Places &places) {
             .detail = "What Dropbox, Nextcloud, ownCloud and OneDrive keep on this computer.",
             .roots = cloudFolders(places),
             .risk = CleanupRisk::careful,
-            .action = ReadOnlyAction{
-                "These are ordinary files that are kept the same everywhere. Deleting one here deletes it on "
-                "your other devices. Free space in the provider's own settings."}};
+            .action = ReadOnlyAction{"These files are kept in sync. Deleting one here deletes it on your "
+                                     "other devices. Free space in the provider's own settings."}};
 }
 
 StorageCategory developer() {
@@ -138,8 +135,8 @@ StorageCategory developer() {
             .listsContents = true,
             .risk = CleanupRisk::review,
             .action = RemovableAction{},
-            .caveat = "Almost all of this builds or downloads again. Settings, keys and programs that you "
-                      "installed are among it, so look at each one. Cleanup has the caches alone."};
+            .caveat = "Almost all of this builds or downloads again. It includes settings, keys and programs "
+                      "that you installed, so check each one. Cleanup lists only the caches."};
 }
 
 StorageCategory containers() {
@@ -274,7 +271,7 @@ StorageCategory theSystem(const Host &host) {
         .roots = {"/boot", "/efi", "/etc", "/bin", "/sbin", "/lib", "/lib32", "/lib64", "/libx32",
                   "/var/lib/dpkg", "/var/lib/rpm", "/var/lib/pacman", "/var/lib/apt", "/var/lib/dnf"},
         .risk = CleanupRisk::careful,
-        .action = ReadOnlyAction{isImage ? name + " itself. Its files cannot be modified."
+        .action = ReadOnlyAction{isImage ? name + " itself. Its files can't be changed."
                                          : name + " itself. Its package manager looks after it."},
         .alsoCovers = {"/usr"}};
     for (const std::string &folder : namesIn(host.placeOf("/usr")).value_or(std::vector<std::string>()))
@@ -295,11 +292,10 @@ StorageCategory systemData() {
             .risk = CleanupRisk::review,
             .measurement = CategoryMeasurement::remainder,
             .action = RemovableAction{},
-            .caveat =
-                "System Data is not a folder, it is arithmetic: the volume's used space minus everything "
-                "that could be identified. Snapshots, deleted files that a program still has open, and "
-                "folders that only an administrator may read are part of it. The rows below are the "
-                "things that usually make it large, measured on this computer."};
+            .caveat = "System Data is not a folder. It is the volume's used space minus everything that "
+                      "could be identified. Snapshots, deleted files that a program still has open, and "
+                      "folders that only an administrator may read are part of it. The rows below are the "
+                      "things that usually make it large, measured on this computer."};
 }
 
 /// The home folders of other accounts, by what they are: the own home may have two paths. Those on a volume

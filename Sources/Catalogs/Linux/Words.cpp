@@ -26,7 +26,7 @@ Words words() {
                         "them.",
         .accessAdvice = "Folders that you do not allow read as empty.",
         .measuringHelp = "Its owner or an administrator can change that.",
-        .listingHelp = "The rights of the folder's owner, or of an administrator, would help.",
+        .listingHelp = "Its owner or an administrator can change that.",
         .freesAtMost = "Deleting frees at most this size, because files on this volume can share their space "
                        "with snapshots and copies.",
         .atMost = " at most",
@@ -35,8 +35,8 @@ Words words() {
         .unreadableSpace = "mostly snapshots, deleted files that a program still has open, folders that only "
                            "an administrator may read, and what the file system keeps for itself.",
         .snapshotsTitle = "Snapshots",
-        .snapshotsRemark = "A size is what deleting only that snapshot frees. Btrfs knows it only while its "
-                           "quotas are on.",
+        .snapshotsRemark =
+            "A size is what deleting only that snapshot frees. Btrfs knows it only when quotas are on.",
     };
 }
 

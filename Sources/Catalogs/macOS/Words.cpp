@@ -30,7 +30,7 @@ Words words() {
             "With Full Disk Access macOS does not ask. Without it, Mail, Messages and the folders "
             "that you do not allow read as empty.",
         .measuringHelp = "Full Disk Access would let this be measured.",
-        .listingHelp = "Full Disk Access, or the rights of the folder's owner, would help.",
+        .listingHelp = "Allow Full Disk Access, or ask the folder's owner.",
         .freesAtMost = "Deleting frees at most this size, because files on this volume can share their space "
                        "with snapshots and copies.",
         .atMost = " at most",

@@ -15,8 +15,7 @@ using testing::TemporaryFolder;
 constexpr const char *structural = " is a structural directory and is never removed.";
 constexpr const char *isProtected = " lives inside a protected system location.";
 constexpr const char *tooClose = " is too close to the volume root to remove safely.";
-constexpr const char *besideHomes =
-    " is beside the home folders of people. Nothing there is removed as a whole.";
+constexpr const char *besideHomes = " is beside people's home folders. Nothing there is removed as a whole.";
 constexpr const char *gone = " no longer exists."; // the last test, so all others have let it pass
 constexpr const char *admitted = "";
 
@@ -166,7 +165,7 @@ TEST(RemovalGuards, SayWhatATreeOfLinuxBelongsTo) {
                             "it would destroy them.";
     const char *snapshots = " belongs to snapshots. Only the program that makes them can delete them safely.";
     const char *repairs =
-        " is where a repair of the file system puts what it finds. Only its contents can be removed.";
+        " is where file system repairs put recovered files. Only its contents can be removed.";
     expectAnswers(RemovalGuards(hostOf(System::linux, home)),
                   {{"/var/lib/systemd", structural},
                    {"/var/lib/systemd/random-seed", isProtected},
