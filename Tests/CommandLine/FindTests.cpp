@@ -51,7 +51,7 @@ TEST(Find, RefusesWhatIsNoFilter) {
     const TemporaryFolder folder;
     const Outcome size = runProgram({"find", folder.path(), ">many"});
     EXPECT_EQ(size.status, 2);
-    EXPECT_THAT(size.err, ::testing::HasSubstr("find: “>many” is no size."));
+    EXPECT_THAT(size.err, ::testing::HasSubstr("find: “>many” is not a size."));
     EXPECT_EQ(runProgram({"find", folder.path(), "--by", "name"}).status, 2);
     EXPECT_EQ(runProgram({"find", folder.path("missing")}).status, 1);
 }

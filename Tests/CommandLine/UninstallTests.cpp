@@ -101,7 +101,7 @@ TEST_F(Uninstalling, KeepsWhatAStorageCategoryProtectsUnlessTold) {
 }
 
 TEST_F(Uninstalling, KeepsTheFilesOfAnAppThatStays) {
-    const std::string hint = " In a terminal it may work with: flatpak uninstall --system org.example.Maps";
+    const std::string hint = " Try this in a terminal: flatpak uninstall --system org.example.Maps";
     struct Case {
         std::string body;
         std::string reason;
@@ -110,7 +110,8 @@ TEST_F(Uninstalling, KeepsTheFilesOfAnAppThatStays) {
          {Case{"echo Looking; printf 'Error: \\033[1mnot\\033[0m allowed\\n\\n' >&2; exit 1",
                "“flatpak” reports: Error: ␛[1mnot␛[0m allowed" + hint},
           Case{"exit 3", "“flatpak” failed without a message." + hint},
-          Case{"echo Uninstall complete.", "“flatpak” reports no failure, but the app is still there."}}) {
+          Case{"echo Uninstall complete.",
+               "“flatpak” finished without an error, but the app is still there."}}) {
         makeManager("flatpak", body);
         const Outcome outcome = run({"org.example.Maps", "--with-leftovers", "--yes", "--json"});
         EXPECT_EQ(outcome.status, 1) << body;

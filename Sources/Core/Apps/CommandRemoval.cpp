@@ -104,11 +104,11 @@ RemovalResult removeByCommand(const CommandRemoval &removal, RemovalProgress &pr
     std::optional<std::string> failure = commandFailure(*command, progress, actions, host);
     const bool isStillThere = isInstalled(removal.app, host);
     if (!failure && isStillThere)
-        return nothingRemoved(removal,
-                              "“" + command->program + "” reports no failure, but the app is still there.");
+        return nothingRemoved(removal, "“" + command->program +
+                                           "” finished without an error, but the app is still there.");
     if (failure && isStillThere) {
         if (!progress.cancelled.isSet())
-            failure->append(" In a terminal it may work with: ").append(Uninstall::commandFor(removal.app));
+            failure->append(" Try this in a terminal: ").append(Uninstall::commandFor(removal.app));
         return nothingRemoved(removal, *failure);
     }
     RemovalResult result = removeLeftovers(removal, progress, actions);

@@ -60,7 +60,7 @@ std::string otherRemoval(const InstalledApp &app) {
     if (app.isSystemApp)
         return "This is a system app. Brimvale will not remove it.";
     if (const auto *elsewhere = std::get_if<RemovedElsewhere>(&app.removal))
-        return "Remove it with " + elsewhere->program + ", which has added it.";
+        return "Remove it with " + elsewhere->program + ", which added it.";
     const auto *inTerminal = std::get_if<RemovedInTerminal>(&app.removal);
     if (inTerminal == nullptr)
         return "";
@@ -118,7 +118,7 @@ std::string confirmation(const AppRow &row, const std::vector<LeftoverItem> &lef
         text += 's';
     text.append(", freeing about ").append(Fmt::byteFormatter(size));
     if (!app.empty() && row.app.kind == AppKind::snap)
-        text.append(". The data of the app goes too; snap keeps a copy of it for about a month");
+        text.append(". The app's data is removed too; snap keeps a copy for about a month");
     return text;
 }
 

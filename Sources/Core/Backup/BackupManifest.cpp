@@ -148,7 +148,7 @@ Contents readAll(const FileURL &folder, const FileListing &listing, Contents kno
 }
 
 FileError noManifest() {
-    return {FileError::Domain::posix, ENOENT, "There is no manifest of a backup that can be read.", nullptr};
+    return {FileError::Domain::posix, ENOENT, "There is no readable backup manifest.", nullptr};
 }
 
 /// Whether both have the same content; their modification times may differ.

@@ -121,9 +121,9 @@ std::string reasonOf(const ProcessResult &result, const Question &question, std:
         return "It holds more than " + Fmt::byteFormatter(static_cast<std::int64_t>(question.mostBytes)) +
                " of text, too much to read.";
     if (!result.exitStatus)
-        return "sqlite3 was ended before it had read everything.";
+        return "sqlite3 was stopped before it had read everything.";
     if (!hasOpened)
-        return "sqlite3 cannot read it as a database.";
+        return "sqlite3 can't read it as a database.";
     if (!isPlain)
         return "It does not have the plain tables of a Messages database.";
     return result.exitStatus == 0 ? "" : "sqlite3 could not read all of it.";

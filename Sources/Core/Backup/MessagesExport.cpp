@@ -207,7 +207,7 @@ Reading readChecked(const std::string &path, int limitPerChat, const Tools &tool
     if (parsed.isTooMuch)
         answer.reason = "It holds more messages than a page can show.";
     if (answer.reason.empty() && parsed.rowCount == 0 && !answer.rows.empty())
-        answer.reason = "What sqlite3 printed cannot be understood.";
+        answer.reason = "The output of sqlite3 could not be understood.";
     if (answer.reason.empty() && cancelled.isSet())
         answer.reason = "It was cancelled.";
     return {std::move(parsed.conversations), answer.reason.empty(), std::move(answer.reason)};

@@ -19,7 +19,7 @@ std::optional<std::string> reasonToKeepAll(const PendingDeletion &pending, const
     if (pending.quitFirst && isApplicationRunning(*pending.quitFirst))
         return "Its application is running again. Quit it and make another backup.";
     if (pending.verified == nullptr)
-        return "It cannot be compared with the backup any more.";
+        return "It can no longer be compared with the backup.";
     return changeOfBackup(*pending.verified, cancelled);
 }
 

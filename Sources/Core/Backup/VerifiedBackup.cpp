@@ -55,11 +55,11 @@ std::optional<std::string> changeOfContents(const VerifiedBackup &state, const S
         return entryName(state.folder, paths.front());
     };
     if (!found.missing.empty())
-        return "The backup no longer holds " + nameOf(found.missing) + ".";
+        return "The backup no longer contains " + nameOf(found.missing) + ".";
     if (!found.changed.empty())
         return nameOf(found.changed) + " has changed in the backup.";
     if (!found.unreadable.empty())
-        return nameOf(found.unreadable) + " cannot be read in the backup.";
+        return nameOf(found.unreadable) + " can't be read in the backup.";
     return std::nullopt;
 }
 
@@ -68,11 +68,11 @@ std::optional<std::string> changeOfBackup(const VerifiedBackup &state, const Sto
     for (const ListedEntry &copy : state.copies.entries) {
         const ListedEntry *found = now.find(copy.path);
         if (found == nullptr)
-            return "The backup no longer holds " + entryName(state.folder, copy.path) + ".";
+            return "The backup no longer contains " + entryName(state.folder, copy.path) + ".";
         if (!isUnchanged(copy.record, found->record, state.keepsFileNumbers))
             return entryName(state.folder, copy.path) + " has changed in the backup.";
     }
-    return state.copies.entries.empty() ? std::optional<std::string>("The backup could not be looked at.")
+    return state.copies.entries.empty() ? std::optional<std::string>("The backup could not be checked.")
                                         : std::nullopt;
 }
 
@@ -85,7 +85,7 @@ std::optional<std::string> changeOfOriginal(const VerifiedBackup &state, const F
         return "It is not in the backup.";
     const FileListing now = listFiles(source.path(), cancelled);
     if (!now.unreadable.empty())
-        return entryName(source, now.unreadable.front()) + " could not be looked at again.";
+        return entryName(source, now.unreadable.front()) + " could not be checked again.";
     const std::string name(source.fileName());
     for (const ListedEntry &entry : now.entries) {
         const ListedEntry *before = original->listing.find(entry.path);

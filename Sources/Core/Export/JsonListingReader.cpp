@@ -78,7 +78,7 @@ private:
         case Token::endArray:
             return;
         default:
-            json_.fail("a child is no object");
+            json_.fail("a child is not an object");
         }
     }
 
@@ -152,7 +152,7 @@ private:
         else if (key == "nameHex" || key == "pathHex") {
             const std::optional<std::string> bytes = bytesOfHex(json_.text());
             if (!bytes)
-                json_.fail("these are no hexadecimal digits");
+                json_.fail("these are not hexadecimal digits");
             else
                 (key == "nameHex" ? node.entry.name : node.path) = *bytes;
         }

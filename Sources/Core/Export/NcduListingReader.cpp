@@ -43,7 +43,7 @@ public:
 private:
     void readVersion() {
         if (json_.next() != Token::number || json_.integer() != 1) {
-            json_.fail("this is no list of ncdu, version 1");
+            json_.fail("this is not an ncdu list, version 1");
             return;
         }
         if (json_.next() != Token::number)

@@ -331,7 +331,7 @@ bool beginsSavedScan(std::string_view bytes) {
 
 Result<ImportedTree, ImportFault> readSavedScan(std::string_view bytes) {
     if (!beginsSavedScan(bytes))
-        return ImportFault{"This is no saved scan."};
+        return ImportFault{"This is not a saved scan."};
     if (bytes.size() < magic.size() + 1 + digestLength)
         return ImportFault{"The saved scan is damaged."};
     const std::string_view content = bytes.substr(0, bytes.size() - digestLength);

@@ -147,7 +147,7 @@ bool FileFilter::readTerm(std::string_view term, std::uint32_t moment, std::stri
     if (term.front() == '>' || term.front() == '<') {
         const std::optional<std::int64_t> bytes = sizeIn(term.substr(1));
         if (!bytes)
-            fault = quoted(term) + " is no size. Write for example >100M or <1.5G.";
+            fault = quoted(term) + " is not a size. Write >100M or <1.5G, for example.";
         else if (term.front() == '>')
             moreThan_ = std::max(moreThan_, *bytes);
         else
@@ -156,7 +156,8 @@ bool FileFilter::readTerm(std::string_view term, std::uint32_t moment, std::stri
         const std::optional<std::uint32_t> seconds = timeIn(term.substr(6));
         const std::uint32_t then = moment - std::min(moment, seconds.value_or(0));
         if (!seconds)
-            fault = quoted(term) + " is no time. Write for example older:1y or newer:2w, with d, w, m or y.";
+            fault =
+                quoted(term) + " is not a time. Write older:1y or newer:2w, for example, with d, w, m or y.";
         else if (lowered(term.front()) == 'o')
             changedBefore_ = std::min(changedBefore_.value_or(then), then);
         else
@@ -168,7 +169,7 @@ bool FileFilter::readTerm(std::string_view term, std::uint32_t moment, std::stri
             if (const std::optional<FileType> type = fileTypeWithKey(keys.substr(0, length)))
                 types.set(static_cast<std::size_t>(*type));
             else
-                fault = quoted(keys.substr(0, length)) + " is no type. Types are " + typeList() + ".";
+                fault = quoted(keys.substr(0, length)) + " is not a type. Types are " + typeList() + ".";
             if (length == keys.size())
                 break;
             keys.remove_prefix(length + 1);

@@ -33,7 +33,7 @@ std::string marked(std::string_view mark, RemovalObstacle obstacle, const FileUR
 std::optional<std::string> obstacleText(RemovalObstacle obstacle, const FileURL &item, const FileURL &entry) {
     switch (obstacle) {
     case RemovalObstacle::locked:
-        return subject(item, entry) + " is locked. An administrator can remove it all the same.";
+        return subject(item, entry) + " is locked. An administrator can still remove it.";
     case RemovalObstacle::immutable:
         return marked("immutable", obstacle, item, entry);
     case RemovalObstacle::appendOnly:
@@ -46,8 +46,8 @@ std::optional<std::string> obstacleText(RemovalObstacle obstacle, const FileURL 
         return "The system protects " + (entry == item ? "it" : "“" + visibleText(entry.path()) + "”") +
                ", even from an administrator.";
     case RemovalObstacle::privacyProtection:
-        return "The privacy protection of the system keeps it. Full Disk Access, in the system's settings, "
-               "would help.";
+        return "The system's privacy settings prevent this. Allow Full Disk Access in the system settings, "
+               "then try again.";
     case RemovalObstacle::appManagement:
         return "macOS protects applications. Allow Brimvale under Privacy & Security › App Management, "
                "then try again.";

@@ -99,7 +99,7 @@ std::optional<std::string> RemovalGate::mountRefusal(const OpenedItem &item) con
                    ? std::optional(name + " has something mounted over it. Unmount that first.")
                    : std::nullopt;
     if (!mounts_->areKnown())
-        return name + " might contain a mounted volume: the system does not tell what is mounted.";
+        return name + " might contain a mounted volume: the system does not say what is mounted.";
     const std::string &path = item.place().path();
     const std::optional<std::string> otherPath = pathOnJoinedVolume(path);
     std::optional<std::string> mount = mounts_->firstIn(path);

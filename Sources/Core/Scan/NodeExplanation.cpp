@@ -14,8 +14,8 @@ constexpr std::string_view skippedBecause(SkipReason reason) {
     case SkipReason::otherMachine:
         return "Its files are on another machine. Scan this folder by itself to measure it.";
     case SkipReason::program:
-        return "A program answers for its files, which may be on another machine. Scan this folder by itself "
-               "to measure it.";
+        return "A program provides its files, which may be on another machine. Scan this folder by itself to "
+               "measure it.";
     case SkipReason::image:
         return "It shows the contents of a file, which is counted where it is.";
     case SkipReason::container:
@@ -23,7 +23,7 @@ constexpr std::string_view skippedBecause(SkipReason reason) {
     case SkipReason::snapshot:
         return "A read-only snapshot shares most of its files with the folder that it was made of.";
     case SkipReason::leftOut:
-        return "The list that was imported leaves it out.";
+        return "The imported list leaves it out.";
     case SkipReason::managed:
         break;
     }

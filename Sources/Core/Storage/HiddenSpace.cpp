@@ -26,7 +26,7 @@ void addHolders(std::vector<std::string> &sentences, const DeletedFiles &deleted
         if (holder.bytes >= smallestHolder && sentences.size() < mostHolders)
             sentences.push_back(displayText(holder.program) + " still uses " +
                                 Fmt::byteFormatter(holder.bytes) +
-                                " of deleted files. The space is free when it is closed.");
+                                " of deleted files. Close it to free the space.");
     if (deleted.unknownPrograms > 0)
         sentences.push_back(counted(deleted.unknownPrograms, "program") +
                             (deleted.unknownPrograms == 1 ? " of another user" : " of other users") +
@@ -38,10 +38,10 @@ std::string snapshotsSentence(const std::vector<LocalSnapshot> &snapshots) {
     for (const LocalSnapshot &one : snapshots)
         known = checkedAdd(known, one.exclusiveBytes.value_or(0));
     return counted(static_cast<std::int64_t>(snapshots.size()), "snapshot") +
-           (snapshots.size() == 1 ? " keeps" : " keep") + " older states of files. " +
-           (known > 0 ? "Deleting what is listed on the Overview page frees at least " +
-                            Fmt::byteFormatter(known) + "."
-                      : "How much space that takes is unknown.");
+           (snapshots.size() == 1 ? " keeps" : " keep") + " older versions of files. " +
+           (known > 0
+                ? "Deleting what the Overview page lists frees at least " + Fmt::byteFormatter(known) + "."
+                : "How much space that takes is unknown.");
 }
 
 } // namespace
@@ -73,8 +73,8 @@ std::vector<std::string> hiddenSpaceSentences(const HiddenSpace &hidden,
     if (incompletePlaces > 0)
         sentences.push_back(counted(static_cast<std::int64_t>(incompletePlaces), "place") +
                             (incompletePlaces == 1 ? " has" : " have") +
-                            " folders that only an administrator may read. What is in them counts as System "
-                            "Data, and no row shows it.");
+                            " folders that only an administrator may read. Their contents count as System "
+                            "Data, and are not listed.");
     return sentences;
 }
 

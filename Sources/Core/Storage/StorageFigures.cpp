@@ -92,9 +92,8 @@ std::optional<std::string> StorageFigures::elsewhereSentence(const MeasuredCateg
         CleanupEntries::totalSize(category.entries) - CleanupEntries::sizeHere(category.entries);
     if (elsewhere < 1)
         return std::nullopt;
-    return Fmt::byteFormatter(elsewhere) +
-           " of the items above are on other volumes. They are not counted in this figure, because it is a "
-           "part of the space used on the volume of the system.";
+    return Fmt::byteFormatter(elsewhere) + " of the items above are on other volumes. They are not part of "
+                                           "this figure, which counts only the system's volume.";
 }
 
 } // namespace brimvale

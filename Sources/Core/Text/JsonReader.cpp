@@ -166,7 +166,7 @@ JsonReader::Token JsonReader::readValue(int first) {
 JsonReader::Token JsonReader::readWord(std::string_view word, Token token) {
     for (const char expected : word)
         if (take() != static_cast<unsigned char>(expected))
-            return fail("this is no value of JSON");
+            return fail("this is not a JSON value");
     text_ = word;
     return token;
 }

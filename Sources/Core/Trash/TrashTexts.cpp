@@ -25,7 +25,7 @@ std::string whyNotPutBack(TrashRecord::State state) {
     case TrashRecord::State::invalid:
         return "Its record in the Trash is damaged, so its old place is unknown.";
     case TrashRecord::State::outside:
-        return "Its record in the Trash names a place where it cannot have been.";
+        return "Its record in the Trash names a place where it can't have been.";
     case TrashRecord::State::expunged:
         return "It is left over from emptying the Trash, and may be incomplete.";
     case TrashRecord::State::notInTrash:
@@ -39,7 +39,7 @@ std::string putBackError(int errorNumber, const FileURL &item, const std::option
     switch (errorNumber) {
     case EEXIST:
     case ENOTEMPTY:
-        return place + " is there already, and is not replaced.";
+        return place + " already exists, and is not replaced.";
     case ESTALE:
         return "Another item is there now under the name " + pathInQuotes(item.fileName()) + ".";
     case ENOENT:

@@ -97,7 +97,7 @@ TEST_F(TrashCommand, AsksWhichOfSeveralItemsToRestore) {
     const Outcome collision = run({"trash", "restore", "--json", files + "/new"});
     EXPECT_EQ(collision.status, 1);
     EXPECT_EQ(jsonIn(collision)["failed"][0]["reason"].toString().toStdString(),
-              "“" + home + "/file” is there already, and is not replaced.");
+              "“" + home + "/file” already exists, and is not replaced.");
     EXPECT_EQ(contentOf(home + "/file"), "old");
     EXPECT_TRUE(isThere(files + "/new"));
 }

@@ -158,15 +158,15 @@ TEST(MessagesExport, TellsWhyItIsNotComplete) {
     };
     const TemporaryFolder places[4];
     for (const Case &one :
-         {Case{platformTools(), 0, "sqlite3 cannot read it as a database."},
+         {Case{platformTools(), 0, "sqlite3 can't read it as a database."},
           Case{none, 0, "sqlite3 is not installed."},
           // What was printed before a shell failed is kept, and that it failed is told.
           Case{shellThatPrints(places[0], row, "exit 1"), 1, "sqlite3 could not read all of it."},
           Case{shellThatPrints(places[1], row, "kill -9 $$"), 1,
-               "sqlite3 was ended before it had read everything."},
+               "sqlite3 was stopped before it had read everything."},
           // Boxes, as a start file may ask for.
           Case{shellThatPrints(places[2], "┌──────┐\n│ text │\n└──────┘\n"), 0,
-               "What sqlite3 printed cannot be understood."},
+               "The output of sqlite3 could not be understood."},
           Case{shellThatPrints(places[3], ""), 0, ""}}) {
         const auto reading = MessagesExport::readChecked(garbage, 100, one.tools);
         EXPECT_EQ(reading.conversations.size(), one.conversations) << one.reason;

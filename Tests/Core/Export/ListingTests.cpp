@@ -202,7 +202,7 @@ TEST(Listing, FaultsAreToldWithTheirPlace) {
              Case{"\x89PNG\r\n", "Line 1, byte 0: a value is missing."},
              Case{"5", "neither a list of ncdu nor one of brimvalectl."},
              Case{"{}", "there is no folder in this list."},
-             Case{"[2,0,{},[{\"name\":\"/\"}]]", "this is no list of ncdu, version 1."},
+             Case{"[2,0,{},[{\"name\":\"/\"}]]", "this is not an ncdu list, version 1."},
              Case{"[1,0,{},[]]", "the information about a folder is missing."},
              Case{"[1,0,{},[{\"name\":\"\"}]]", "the first folder has no path."},
              Case{"[1,0,{},\n[{\"name\":\"/\"}\n,{\"name\":\"a/b\"}]]",
@@ -220,8 +220,8 @@ TEST(Listing, FaultsAreToldWithTheirPlace) {
              Case{"{\"root\":{\"path\":\"/\",\"isDirectory\":true,\"children\":[],\"children\":[]}}",
                   "a folder has children twice."},
              Case{"{\"root\":{\"path\":\"/\",\"isDirectory\":true,\"children\":[5]}}",
-                  "a child is no object."},
-             Case{"{\"root\":{\"pathHex\":\"4g\"}}", "these are no hexadecimal digits."},
+                  "a child is not an object."},
+             Case{"{\"root\":{\"pathHex\":\"4g\"}}", "these are not hexadecimal digits."},
          })
         EXPECT_THAT(faultIn(one.text), EndsWith(one.sentence)) << one.text;
 }

@@ -122,7 +122,7 @@ TEST(SavedScan, DamageGetsASentence) {
         ASSERT_EQ(fault(changed), damaged) << i;
         ASSERT_EQ(fault(bytes.substr(0, i)), damaged) << i;
     }
-    EXPECT_EQ(fault("PK\3\4"), "This is no saved scan.");
+    EXPECT_EQ(fault("PK\3\4"), "This is not a saved scan.");
     EXPECT_EQ(fault(withChecksum("BRIMSCAN\2something")),
               "This scan was saved by a later version of the program.");
 

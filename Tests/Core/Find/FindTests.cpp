@@ -173,17 +173,17 @@ TEST(FileFilter, ReadsSizesTimesTypesAndWords) {
 }
 
 TEST(FileFilter, TellsWhatIsWrong) {
-    EXPECT_EQ(faultOf(">10X"), "“>10X” is no size. Write for example >100M or <1.5G.");
+    EXPECT_EQ(faultOf(">10X"), "“>10X” is not a size. Write >100M or <1.5G, for example.");
     EXPECT_NE(faultOf("<"), "");
     EXPECT_NE(faultOf(">5"), "") << "without a unit it says little";
     EXPECT_NE(faultOf(">-5M"), "");
     EXPECT_NE(faultOf(">nanM"), "");
     EXPECT_NE(faultOf(">99999999T"), "");
     EXPECT_EQ(faultOf("older:soon"),
-              "“older:soon” is no time. Write for example older:1y or newer:2w, with d, w, m or y.");
+              "“older:soon” is not a time. Write older:1y or newer:2w, for example, with d, w, m or y.");
     EXPECT_NE(faultOf("older:900y"), "");
     EXPECT_THAT(faultOf("name type:film"),
-                ::testing::StartsWith("“film” is no type. Types are video, picture"));
+                ::testing::StartsWith("“film” is not a type. Types are video, picture"));
     EXPECT_NE(faultOf("type:"), "");
     EXPECT_NE(faultOf("type:video,"), "");
 }

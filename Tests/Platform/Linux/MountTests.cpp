@@ -151,10 +151,8 @@ TEST(Mounts, ScansLeaveOutWhatProgramsServe) {
         const FSNode &dead = *tree->children().front(); // skipped ones come first
         EXPECT_EQ(dead.name, "dead");
         EXPECT_TRUE(dead.isNotDescended);
-        EXPECT_EQ(
-            explanation(dead),
-            "Skipped. A program answers for its files, which may be on another machine. Scan this folder "
-            "by itself to measure it.");
+        EXPECT_EQ(explanation(dead), "Skipped. A program provides its files, which may be on another "
+                                     "machine. Scan this folder by itself to measure it.");
         EXPECT_EQ(tree->dirCount, 5);
         EXPECT_EQ(DiskScanner::quickSize(folder.path("disk"), options), 8192);
         EXPECT_EQ(DiskScanner::quickFigures(folder.path("disk"), options).entries, 4);

@@ -146,7 +146,7 @@ TEST_F(FindTabs, FollowTheFilterTheFolderAndRemovals) {
     EXPECT_TRUE(eventually([&] { return text("filterNote").starts_with("2 matches, 2.3"); }))
         << text("filterNote");
     filter.setText(">100K type:");
-    EXPECT_TRUE(text("filterNote").starts_with("“” is no type.")) << text("filterNote");
+    EXPECT_TRUE(text("filterNote").starts_with("“” is not a type.")) << text("filterNote");
     waitForRows({"big.mkv", "paper.pdf"});
     filter.setText("type:video small");
     waitForRows({"small.mp4"});

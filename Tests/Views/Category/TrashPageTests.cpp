@@ -108,7 +108,7 @@ TEST_F(TrashOnItsPage, PutsItemsBackAndSaysWhyOthersStay) {
     ASSERT_NE(notice, nullptr);
     EXPECT_THAT(testing::shown(*notice, "explanation"),
                 ::testing::AllOf(HasSubstr("2 items are back in their old places."),
-                                 HasSubstr("“b”: “" + home.path("Documents/b") + "” is there already"),
+                                 HasSubstr("“b”: “" + home.path("Documents/b") + "” already exists"),
                                  HasSubstr("“stranger”: The Trash has no record")));
     testing::click(*notice, "ok");
     EXPECT_EQ(sizeOf("trash"), 8192);

@@ -122,12 +122,12 @@ TEST(ResultView, TellsWhatIsBack) {
     EXPECT_EQ(shown(done, "resultTitle"), "Done");
     EXPECT_EQ(shown(done, "resultSummary"), "2 items are back in their old places.");
     EXPECT_FALSE(done.needsAttention());
-    result.failed = {{FileURL("/c"), "“/c” is there already, and is not replaced."}};
+    result.failed = {{FileURL("/c"), "“/c” already exists, and is not replaced."}};
     ResultView problem(result);
     problem.show();
     EXPECT_EQ(shown(problem, "resultTitle"), "Some items are still in the Trash");
     EXPECT_EQ(labels(problem, "failure"),
-              std::vector<std::string>{"/c: “/c” is there already, and is not replaced."});
+              std::vector<std::string>{"/c: “/c” already exists, and is not replaced."});
     EXPECT_TRUE(problem.needsAttention());
 }
 
