@@ -28,7 +28,7 @@ struct CleanupNotes {
     }
 };
 
-/// The items of a cleanup target that are to be measured.
+/// The items of a cleanup target to measure.
 struct CleanupFinding {
     struct Item {
         std::string path; ///< absolute

@@ -5,7 +5,7 @@
 
 namespace brimvale {
 
-/// How to see that a program is running whose files are to be removed.
+/// How to see that a program is running before its files are removed.
 struct ProgramSigns {
     std::string name;                        ///< for people: "Steam"
     std::vector<std::string> processes = {}; ///< the names of its program files

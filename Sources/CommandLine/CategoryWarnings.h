@@ -14,7 +14,7 @@ namespace brimvale::commandLine {
 /// The same warnings as reasons why the items are left out.
 [[nodiscard]] std::vector<RemovalResult::Failure> asRefusals(std::vector<RemovalResult::Failure> warnings);
 
-/// Writes the warnings on standard error, for items that are removed all the same.
+/// Writes the warnings on standard error, for items that are removed anyway.
 void printWarnings(const std::vector<RemovalResult::Failure> &warnings);
 
 } // namespace brimvale::commandLine

@@ -58,7 +58,7 @@ std::optional<RemovalOperands> RemovalOperands::from(const std::vector<std::stri
     RemovalOperands result;
     for (std::size_t i = 0; i < operands.size(); ++i) {
         const Operand &operand = operands[i];
-        // A refusal is told even if another path holds the item.
+        // A refusal is reported even if another path holds the item.
         if (operand.isAdmitted && goesWithAnother(operand.place, i, admittedPlaces))
             continue;
         result.items.push_back(operand.item);

@@ -64,7 +64,7 @@ void writeConversations(Output &output, const std::vector<Conversation> &convers
     json.end();
 }
 
-/// Writes the page into the file that was asked for; what was in the way is told on standard error.
+/// Writes the page into the file that was asked for; what was in the way is reported on standard error.
 bool writePage(std::string_view typed, const std::vector<Conversation> &conversations) {
     const auto place = resolveGivenPath(typed);
     const auto *error = std::get_if<FileError>(&place);

@@ -27,7 +27,7 @@ namespace brimvale {
 
 /// Whether deleting one of these items, at absolute paths, may free less than its size because its file
 /// system lets files share their blocks with snapshots and copies. Reads only the mount table. False on a
-/// Mac, whose sizes are told as they are.
+/// Mac, whose sizes are shown as they are.
 [[nodiscard]] bool mayShareBlocks(const std::vector<std::string> &paths);
 
 /// Writes everything in memory to the disk for the file system of the existing item at `path`, so that its

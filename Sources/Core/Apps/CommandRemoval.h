@@ -23,7 +23,7 @@ struct CommandRemoval {
 
 /// Runs the command, looks whether the application is gone, and only then removes the leftovers, which the
 /// guards check like all items. A command that ends well without removing anything is a failure. Its failure
-/// is told with the last line that it printed. Stops the command, and what follows, when `progress` is
+/// is reported with the last line that it printed. Stops the command, and what follows, when `progress` is
 /// cancelled. Blocks, so call it off the main thread.
 [[nodiscard]] RemovalResult removeByCommand(const CommandRemoval &removal, RemovalProgress &progress,
                                             RemovalActions &actions = RemovalActions::platform(),

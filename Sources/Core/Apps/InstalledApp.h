@@ -59,7 +59,7 @@ struct InstalledApp {
     std::optional<std::int64_t> knownSize = {}; ///< bytes, from the package manager; else it is measured
     AppNames names = {};
 
-    /// Whether its size can be told: the package manager has it, or the item at the path is all of it.
+    /// Whether its size is known: the package manager has it, or the item at the path is all of it.
     [[nodiscard]] bool hasSize() const;
 
     friend bool operator==(const InstalledApp &, const InstalledApp &) = default;

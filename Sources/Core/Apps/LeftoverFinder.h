@@ -14,7 +14,7 @@ namespace brimvale {
 
 /// Finds what applications keep outside their bundles. The folders in which every entry is looked at are
 /// listed once, when the finder is made; what has gone by the time it is matched is left out. What cannot be
-/// read or measured is left out or counts nothing, without a word. May serve several threads at once.
+/// read or measured is left out or counts nothing, without a message. May serve several threads at once.
 class LeftoverFinder {
 public:
     explicit LeftoverFinder(const Host &host = Host::current());

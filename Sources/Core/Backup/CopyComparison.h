@@ -34,7 +34,7 @@ struct CopyComparison {
 
 /// Compares every entry of the original at `source` with its copy at `destination` (absolute paths): its
 /// kind, files byte for byte and from the disk where the system allows that, and what belongs to it beside
-/// its content. `relativePath` is where the copy lies in the backup. What only the copy has is no difference.
+/// its content. `relativePath` is where the copy is in the backup. What only the copy has is no difference.
 /// Works on several threads; once `cancelled` is set the result is of no use.
 [[nodiscard]] CopyComparison compareCopy(const std::string &source, const std::string &destination,
                                          const std::string &relativePath, const StopFlag &cancelled);

@@ -26,7 +26,7 @@ std::string originalName(const ArchivedItem &item, const std::string &path) {
     return "“" + displayText(path.empty() ? name : joinPath(name, path)) + "”";
 }
 
-bool changedMeanwhile(const CopyComparison &comparison, const std::string &path, Date started) {
+bool changedDuringCopy(const CopyComparison &comparison, const std::string &path, Date started) {
     const ListedEntry *entry = comparison.originals.find(path);
     return entry != nullptr && entry->record.modified >= started;
 }
@@ -76,7 +76,7 @@ std::string differenceText(const ArchivedItem &item, const CopyComparison &compa
     case Kind::otherContent:
         break;
     }
-    if (cause.empty() && changedMeanwhile(comparison, difference.path, run.started))
+    if (cause.empty() && changedDuringCopy(comparison, difference.path, run.started))
         return name + " changed while it was copied";
     return name + " is not the same in the copy" + end;
 }

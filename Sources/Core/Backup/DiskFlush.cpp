@@ -21,7 +21,7 @@ void syncUntilStopped(const std::string &path, const StopFlag &cancelled) {
     try {
         std::thread(std::move(task)).detach();
     } catch (const std::system_error &) {
-        syncFileSystem(path); // there is no thread to be had
+        syncFileSystem(path); // no thread could be started
         return;
     }
     while (done.wait_for(interval) != std::future_status::ready && !cancelled.isSet()) {

@@ -26,7 +26,7 @@ public:
 
     /// Drops items that are gone.
     void drop(const GonePaths &gone);
-    /// Drops items that are not any more what the user has put in, and those inside and around them.
+    /// Drops items that changed since the user added them, their descendants and ancestors.
     void dropChanged(const GonePaths &changed);
 };
 

@@ -57,7 +57,7 @@ public:
 
     /// Measures the places of which a part could not be read as administrator, once everything is measured,
     /// and gives their rows these sizes. Calls `done` at its end with the reason why it could not, unless
-    /// measuring has begun anew. Does nothing while anything is being measured.
+    /// measuring has begun again. Does nothing while anything is being measured.
     void measureAsAdministrator(const std::function<void(std::optional<PrivilegedRunError>)> &done);
 
     /// The places of which a part could not be read.

@@ -13,7 +13,7 @@ namespace brimvale {
 /// The rows of cleanup targets and storage categories. Unreadable items are left out silently.
 namespace CleanupEntries {
 
-/// The paths to be measured for `roots`: the roots themselves, or what lies right in them, hidden entries
+/// The paths to measure for `roots`: the roots themselves, or the items right in them, hidden entries
 /// included, in the order of the roots and of the system.
 [[nodiscard]] std::vector<std::string> paths(const std::vector<std::string> &roots, bool listsContents);
 

@@ -73,7 +73,7 @@ std::vector<CleanupEntry> systemDataEntries(const std::vector<std::string> &cand
                                             const std::vector<MeasuredItem> &items,
                                             const std::optional<FileURL> &volume) {
     std::vector<CleanupEntry> entries = CleanupEntries::measured(candidates, items, smallestSystemDataRow);
-    // One folder may lie in two of the roots. The sort has kept its two rows in order.
+    // One folder may be in two of the roots. The sort has kept its two rows in order.
     PathSet taken;
     std::erase_if(entries, [&](const CleanupEntry &entry) { return !taken.insert(entry.url.path()).second; });
     if (volume)

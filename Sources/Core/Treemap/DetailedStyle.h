@@ -25,7 +25,7 @@ inline constexpr double padding = 4;
 [[nodiscard]] std::vector<Color> colorsOf(std::span<const TreemapTile> tiles,
                                           const TreemapStyle::Surface &surface, const MapColors &by = {});
 
-/// A colour that stands back, over the colour of the folder around it.
+/// A colour that stands back, over the colour of its parent folder.
 [[nodiscard]] Color dimmed(const Color &color, const Color &around);
 
 /// Whether a closed tile is large enough for its name in one line. For name and size see `TreemapStyle`.

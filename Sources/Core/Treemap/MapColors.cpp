@@ -18,7 +18,7 @@ constexpr double closedFolderOpacity = 0.85;
 constexpr double nestedFileOpacity = 0.7;
 constexpr double nestedAggregateOpacity = 0.4;
 
-/// Of the ground of open tiles, by turns, so that a folder is told apart from the one around it. Every closed
+/// Of the ground of open tiles, by turns, so that a folder stands out from its parent. Every closed
 /// tile stands out from it.
 constexpr std::array groundOpacity = {0.15, 0.24};
 constexpr std::array plainGroundOpacity = {0.06, 0.12};

@@ -199,7 +199,7 @@ void writePlainTiles(std::string &svg, std::span<const TreemapTile> tiles) {
                    "\"/>\n");
 }
 
-/// The tiles of a detailed map. Each covers the folder around it, apart from a gap.
+/// The tiles of a detailed map. Each covers its parent folder, apart from a gap.
 void writeNestedTiles(std::string &svg, std::span<const TreemapTile> tiles) {
     const std::vector<Color> colors = DetailedStyle::colorsOf(tiles, TreemapStyle::paper);
     for (std::size_t i = 0; i < tiles.size(); ++i) {

@@ -44,10 +44,10 @@ UpdateResult<FileURL> makeUnpackFolder(const FileURL &temporaryFolder) {
     const FileURL folder =
         temporaryFolder.appending(std::string(unpackFolderPrefix) +
                                   QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString());
-    const QDir enclosing(QFile::decodeName(temporaryFolder.path().c_str()));
+    const QDir parent(QFile::decodeName(temporaryFolder.path().c_str()));
     const auto onlyOwner = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
-    if (!enclosing.mkpath(QStringLiteral(".")) ||
-        !enclosing.mkdir(QFile::decodeName(folder.path().c_str()), onlyOwner))
+    if (!parent.mkpath(QStringLiteral(".")) ||
+        !parent.mkdir(QFile::decodeName(folder.path().c_str()), onlyOwner))
         return UpdateFailure("The folder " + folder.path() + " could not be made for unpacking the update.");
     return folder;
 }

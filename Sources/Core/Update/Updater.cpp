@@ -151,7 +151,7 @@ void Updater::installAndRelaunch() {
     quitForUpdate(environment_.quit, environment_.log);
 }
 
-/// Verified again just before it starts: it has this program's permissions, and lies where programs of the
+/// Verified again just before it starts: it has this program's permissions, and is where programs of the
 /// user can write.
 std::optional<FileError> Updater::startInstaller(const Installation &installation) const {
     const bool isOurs = installer_ && isSignedByOurTeam(*installer_, environment_.tools);

@@ -13,7 +13,7 @@ ssize_t readAttribute(const char *path, const char *name, char *buffer, std::siz
 }
 
 bool belongsToSystem(std::string_view name) {
-    return name == "security.selinux"; // says where a file lies, not what it is
+    return name == "security.selinux"; // says where a file is, not what it is
 }
 
 } // namespace brimvale

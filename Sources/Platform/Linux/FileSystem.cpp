@@ -65,7 +65,7 @@ bool awaitFreeSpace(const std::string &path) {
     try {
         std::thread(std::move(task)).detach();
     } catch (const std::system_error &) {
-        return false; // there is no thread to be had
+        return false; // no thread could be started
     }
     return done.wait_for(patience) == std::future_status::ready;
 }

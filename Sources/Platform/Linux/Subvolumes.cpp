@@ -19,7 +19,7 @@ bool isOnBtrfs(const Folder &folder) {
     return fstatfs(folder.descriptor(), &figures) == 0 && figures.f_type == BTRFS_SUPER_MAGIC;
 }
 
-/// The path of a subvolume from an open folder around it. Nothing if it is elsewhere.
+/// The path of a subvolume from an open ancestor folder. Nothing if it is elsewhere.
 std::optional<std::string> pathFrom(const Folder &folder, std::uint64_t subvolume, std::uint64_t parent) {
     btrfs_ioctl_ino_lookup_user_args place{};
     place.dirid = parent;

@@ -26,7 +26,7 @@ namespace brimvale {
 ///
 /// A thread enters a folder and stays until no subfolder waits there; other threads take subfolders from any
 /// open folder. Few folders stay open, however deep the tree: a closed one is opened again by the thread that
-/// comes back up to it.
+/// returns to it.
 ///
 /// A folder in the tree that the user owns but may not write to gets that permission back. The parent of the
 /// item keeps its permissions: it is not to be removed. If the removal fails, folders that are still open get

@@ -35,7 +35,7 @@ std::size_t longestPrivilegedRemoval() {
 
 // The system runs only a command, which knows its items by their paths. So they are compared a last time
 // before the question, and nobody else may be able to exchange a folder on the way to them (see
-// `othersMayExchange`). The others are removed all the same.
+// `othersMayExchange`). The others are still removed.
 Result<KeptReasons, PrivilegedRunError> removeAsAdministrator(const std::vector<ItemPin> &items,
                                                               const Tools &tools) {
     KeptReasons reasons(items.size());

@@ -56,7 +56,7 @@ RemovalObstacle removalObstacle(const FileURL &item) {
         return RemovalObstacle::appendOnlyParent;
     if ((own & (UF_IMMUTABLE | UF_APPEND)) != 0)
         return RemovalObstacle::locked;
-    // An administrator's removal unlocks the item itself, but not the folder around it.
+    // An administrator's removal unlocks the item itself, but not its parent folder.
     if ((above & UF_IMMUTABLE) != 0)
         return RemovalObstacle::immutableParent;
     if ((above & UF_APPEND) != 0)

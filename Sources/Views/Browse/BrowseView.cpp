@@ -190,7 +190,7 @@ void BrowseView::addShortcuts() {
         filter_->setFocus(Qt::ShortcutFocusReason);
         filter_->selectAll();
     });
-    addShortcut(Shortcuts::enclosingFolder(), [this] { focusOnEnclosing(); });
+    addShortcut(Shortcuts::parentFolder(), [this] { focusOnParent(); });
     addShortcut(Shortcuts::back(), [this] { focusOnVisited(history_.back()); });
     addShortcut(Shortcuts::forward(), [this] { focusOnVisited(history_.forward()); });
     addShortcut(Shortcuts::rescanFolder(), [this] { rescanFolder(); });
@@ -259,7 +259,7 @@ void BrowseView::moveFocus(FSNode *folder) {
     listFiles();
 }
 
-void BrowseView::focusOnEnclosing() {
+void BrowseView::focusOnParent() {
     if (focus_ == nullptr || focus_->parent() == nullptr)
         return;
     FSNode *left = focus_;

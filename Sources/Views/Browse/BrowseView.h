@@ -89,7 +89,7 @@ private:
     void focusOn(FSNode *folder);
     void enter(FSNode *node);
     void moveFocus(FSNode *folder);
-    void focusOnEnclosing();
+    void focusOnParent();
     void focusOnVisited(const std::optional<FileURL> &folder);
     void select(const std::vector<FSNode *> &nodes);
     void selectNode(FSNode *node);
@@ -149,7 +149,7 @@ private:
     QStackedLayout *lists_;
     TextLabel *filterNote_; ///< what the filter has found, or what is wrong with it
     TreemapView *treemap_;
-    TreemapPanel *map_ = nullptr; ///< around it
+    TreemapPanel *map_ = nullptr; ///< contains it
     DetailPanel *details_;
     NodeRemoval *removal_;
     SelectionCheck *check_;

@@ -121,7 +121,7 @@ void TrashPage::ask(const QString &question, const QString &action, const Entrie
     sheet->open();
 }
 
-/// Success is quiet. What stays in the Trash is told with its reason.
+/// Success is quiet. For items that stay in the Trash it shows the reason.
 void TrashPage::showPutBack(const PutBackResult &result) {
     const std::string summary = TrashTexts::summary(result);
     QStringList lines;

@@ -10,7 +10,7 @@ namespace brimvale {
 /// Sets the margins of a page for its header, with `gap` points below. The page's layout is vertical.
 [[nodiscard]] QWidget *makePageHead(QWidget *header, int gap, QWidget *page);
 
-/// A scroll area for part of a page, which reaches to the right edge of the window. The scroll bar lies in
+/// A scroll area for part of a page, which reaches to the right edge of the window. The scroll bar is in
 /// the right margin of `content`, which has a layout, so everything on a page ends at the same edge with and
 /// without it.
 [[nodiscard]] QScrollArea *makeScrollArea(QWidget *content, QWidget *page);

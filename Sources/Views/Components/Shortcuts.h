@@ -29,7 +29,7 @@ inline QKeySequence chooseFolder() {
 }
 
 /// The first of each is the one of a Mac, where it is with Command.
-inline QList<QKeySequence> enclosingFolder() {
+inline QList<QKeySequence> parentFolder() {
     return {Qt::CTRL | Qt::Key_Up, Qt::ALT | Qt::Key_Up, Qt::Key_Backspace};
 }
 

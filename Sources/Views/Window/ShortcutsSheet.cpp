@@ -32,7 +32,7 @@ ShortcutsSheet::ShortcutsSheet(QWidget *parent) : Sheet("shortcutsSheet", u"Keyb
         {{Shortcuts::chooseFolder()}, u"Choose a folder to scan"_s},
         {Shortcuts::rescan(), u"Scan again, or look for apps again"_s},
         {{Qt::Key_Return}, u"Open the selected folder"_s},
-        {Shortcuts::enclosingFolder(), u"Go to the parent folder"_s},
+        {Shortcuts::parentFolder(), u"Go to the parent folder"_s},
         {Shortcuts::back(), u"Go back to the previous folder"_s},
         {Shortcuts::forward(), u"Go forward"_s},
         {Shortcuts::rescanFolder(), u"Scan the selected folder again"_s},

@@ -60,7 +60,7 @@ std::vector<ClaimedFiles::Claimant> ClaimedFiles::othersWith(const std::string &
 }
 
 /// Whether another application has a better right to the item, or at least the same to something inside it or
-/// to a folder around it. A folder with anything that surely belongs to another one is not this one's.
+/// to an ancestor of it. A folder with anything that surely belongs to another one is not this one's.
 bool ClaimedFiles::belongsToOther(const FileClaim &claim, const std::string &app) const {
     const auto others = [&](const std::vector<Claimant> &claimants, MatchConfidence least) {
         return std::any_of(claimants.begin(), claimants.end(),

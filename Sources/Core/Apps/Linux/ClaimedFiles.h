@@ -22,7 +22,7 @@ public:
     [[nodiscard]] std::vector<LeftoverItem> leftovers(const InstalledApp &app,
                                                       const StopFlag &cancelled) const;
 
-    /// What may be of applications that are not installed: neither it, nor anything inside or around it is
+    /// What may be of applications that are not installed: neither it, nor any descendant or ancestor is
     /// claimed by one that is.
     [[nodiscard]] std::vector<FileClaim> unclaimed() const;
 

@@ -103,7 +103,7 @@ void LeftoverPlaces::addSandboxesWithoutApp(std::vector<FileClaim> &claims) cons
         if (!isInFlatpak(name, places_.flatpaks))
             add(ofFlatpaks, name, "data of a Flatpak that is not installed");
     if (itemExists(places_.snapFiles) && !canListContents(places_.snapFiles))
-        return; // which ones are installed cannot be told
+        return; // it is unknown which ones are installed
     const std::vector<std::string> snaps = namesIn(places_.snapFiles).value_or(std::vector<std::string>());
     const std::string ofSnaps = joinPath(places_.home, "snap");
     for (const std::string &name : namesIn(ofSnaps).value_or(std::vector<std::string>()))

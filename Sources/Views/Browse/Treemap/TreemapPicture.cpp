@@ -59,7 +59,7 @@ void paintTile(QImage &image, const QRect &tile, const QColor &fill, qreal devic
     }
 }
 
-/// Fills a flat tile. At its right and at its bottom, the folder around it shows through.
+/// Fills a flat tile. At its right and at its bottom, its parent folder shows through.
 void fillFlat(QPainter &painter, const QRect &pixels, const QColor &fill, qreal devicePixelRatio) {
     const int gap = std::max(1, qRound(DetailedStyle::gap * devicePixelRatio));
     painter.fillRect(pixels.adjusted(0, 0, -gap, -gap), fill);

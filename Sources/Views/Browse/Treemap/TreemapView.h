@@ -40,7 +40,7 @@ public:
     void setNode(FSNode *node);
     [[nodiscard]] FSNode *node() const { return node_; }
 
-    /// Selects the tile of `node` or, if it has none, of the innermost folder around it with one, without a
+    /// Selects the tile of `node` or, if it has none, of its nearest parent folder with one, without a
     /// signal. Selects nothing where that would be the tile for all others.
     void setSelection(FSNode *node);
 
