@@ -53,14 +53,14 @@ std::optional<InstalledApp> appMeantBy(std::string_view typed) {
             std::string paths;
             for (const InstalledApp &app : apps)
                 paths.append(paths.empty() ? "" : ", ").append(inQuotes(app.url.path()));
-            printError("several applications are identified by " + inQuotes(typed) +
+            printError("several apps are identified by " + inQuotes(typed) +
                        "; give the path of one: " + paths);
             return std::nullopt;
         }
     }
     std::optional<InstalledApp> app = appAt(typed);
     if (!app)
-        printError(inQuotes(typed) + " is neither an application nor the identifier of one");
+        printError(inQuotes(typed) + " is neither an app nor the identifier of one");
     return app;
 }
 

@@ -22,7 +22,7 @@ namespace brimvale::commandLine {
 namespace {
 
 constexpr std::array appsOptions = {
-    Option{.name = "--include-system", .help = "List the applications of the system too."},
+    Option{.name = "--include-system", .help = "List the system's apps too."},
     Option{.name = "--analyze", .help = "Measure each one and its leftovers."},
 };
 
@@ -53,7 +53,7 @@ std::string leftoversSize(const AppRow &row) {
 
 void writeApps(Output &output, const std::vector<AppRow> &rows, bool hasSizes) {
     if (rows.empty()) {
-        output.write("No applications found.\n");
+        output.write("No apps found.\n");
         return;
     }
     std::vector<TextTable::Column> columns;
@@ -114,11 +114,12 @@ constinit const Command appsCommand = {
     .operands = "",
     .operandCount = {.minimum = 0, .maximum = 0},
     .options = appsOptions,
-    .summary = "Lists the installed applications.",
+    .summary = "Lists the installed apps.",
     .help =
-        "\nThese are the applications that a user starts from the desktop, wherever they come from. Without\n"
-        "--analyze sizes are 0 and leftovers are not looked for. With --json each one also says how it is\n"
-        "removed, and whether it is running.\n",
+        "\nThese are the apps that a user starts from the desktop, wherever they come from. Without "
+        "--analyze,\n"
+        "sizes are 0 and leftovers are not searched for. With --json, each app also says how it is removed,\n"
+        "and whether it is running.\n",
     .run = runApps,
 };
 

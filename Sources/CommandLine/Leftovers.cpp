@@ -22,7 +22,7 @@ namespace brimvale::commandLine {
 namespace {
 
 constexpr std::array leftoversOptions = {
-    Option{.name = "--orphans", .help = "Find files that no installed application claims (Linux)."},
+    Option{.name = "--orphans", .help = "Find leftovers of removed apps (Linux)."},
 };
 
 /// The path, and in brackets what to know before it is removed.
@@ -77,10 +77,10 @@ void writeReport(Output &output, const std::vector<LeftoverItem> &items) {
 
 void writeOrphans(Output &output, const std::vector<Orphan> &orphans) {
     if (orphans.empty()) {
-        output.write("No leftovers of removed applications found.\n");
+        output.write("No leftovers of removed apps found.\n");
         return;
     }
-    output.write("Possibly left by removed applications. Check each one before you remove it:\n");
+    output.write("Possibly left by removed apps. Check each one before you remove it:\n");
     TextTable table({TextTable::sizeColumn("SIZE"), {"LAST CHANGE"}, {"CATEGORY"}, {"EVIDENCE"}, {"PATH"}});
     for (const auto &[item, lastChange] : orphans)
         table.add({Fmt::byteFormatter(item.size), Fmt::relativeDate(lastChange), item.category, item.reason,
@@ -106,9 +106,9 @@ void writeOrphans(JsonWriter &json, const std::vector<Orphan> &orphans) {
 
 ExitStatus runOrphans(const Arguments &arguments, Output &output) {
     if (!arguments.operands().empty())
-        return refuseUsage("\"--orphans\" takes no application", &leftoversCommand);
+        return refuseUsage("\"--orphans\" takes no app", &leftoversCommand);
     if (!hasOrphanSearch()) {
-        printError("leftovers of removed applications can only be found on Linux");
+        printError("leftovers of removed apps can only be found on Linux");
         return ExitStatus::failed;
     }
     const StopFlag cancelled;
@@ -152,13 +152,13 @@ constinit const Command leftoversCommand = {
     .operands = "[APP]",
     .operandCount = {.minimum = 0, .maximum = 1},
     .options = leftoversOptions,
-    .summary = "Finds the files that an application keeps elsewhere.",
+    .summary = "Finds the files that an app keeps elsewhere.",
     .help =
-        "\nAPP is the identifier of an installed application, the name of its package or snap, or its path "
-        "as\n"
-        "\"apps\" shows it. Only an administrator can remove what is marked [administrator]. What is\n"
-        "marked [careful] may contain your own work. [also NAME] is another installed application that may\n"
-        "use it.\n"
+        "\nAPP is the identifier of an installed app, the name of its package or snap, or its path as "
+        "\"apps\"\n"
+        "shows it. Only an administrator can remove what is marked [administrator]. What is marked "
+        "[careful]\n"
+        "may contain your own work. [also NAME] is another installed app that may use it.\n"
         "\n"
         "--orphans takes no APP. It searches your folders of settings, data and caches, and leaves out what\n"
         "programs share and what has the name of a command. It goes by names, so check what it finds.\n",

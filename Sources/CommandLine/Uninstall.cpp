@@ -210,17 +210,16 @@ constinit const Command uninstallCommand = {
     .operands = "APP",
     .operandCount = {.minimum = 1, .maximum = 1},
     .options = uninstallOptions,
-    .summary = "Removes an installed application.",
+    .summary = "Removes an installed app.",
     .help =
-        "\nAPP is named as for \"leftovers\". An application that is one file or folder goes to the Trash, "
-        "with\n"
-        "its desktop entry and its icons.\n"
+        "\nAPP is named as for \"leftovers\". An app that is one file or folder goes to the Trash, with its\n"
+        "desktop entry and its icons.\n"
         "A Flatpak or snap is removed by the program that installed it, which asks for the rights that it\n"
-        "needs. For a package of the distribution the command is printed and nothing is removed; then the\n"
+        "needs. For a package of the distribution, the command is printed and nothing is removed; then the\n"
         "exit status is 1.\n"
         "\n"
-        "Asks first; where there is no terminal to ask on, --yes is needed. With --yes an application that\n"
-        "is running is kept. --with-leftovers leaves out what \"leftovers\" marks [careful] or is not sure\n"
+        "Asks first; where there is no terminal to ask on, --yes is needed. With --yes, an app that is\n"
+        "running is kept. --with-leftovers leaves out what \"leftovers\" marks [careful] or is not sure\n"
         "about, and without --anyway what a storage category protects, such as mail. What \"check\" refuses\n"
         "is never removed. What needs an administrator is listed, for \"remove --as-admin\".\n",
     .run = runUninstall,

@@ -166,8 +166,8 @@ TEST(Leftovers, UnknownOrAmbiguousAppIsAnError) {
         const Outcome outcome = runIn(home, {"leftovers", app});
         EXPECT_EQ(outcome.status, 1) << app;
         EXPECT_EQ(outcome.out, "") << app;
-        EXPECT_EQ(outcome.err, "brimvalectl: \"" + std::string(app) +
-                                   "\" is neither an application nor the identifier of one\n");
+        EXPECT_EQ(outcome.err,
+                  "brimvalectl: \"" + std::string(app) + "\" is neither an app nor the identifier of one\n");
     }
     const Outcome ambiguous = runIn(home, {"leftovers", "com.example.same", "--json"});
     EXPECT_EQ(ambiguous.status, 1);

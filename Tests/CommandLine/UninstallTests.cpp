@@ -192,7 +192,7 @@ TEST_F(Uninstalling, RemovesAnAppImageWithItsEntry) {
     EXPECT_TRUE(exists(desktop.path("home/user/.config/appimagekit_abc-painter/x")));
     EXPECT_THAT(run({desktop.path("home/user/editor"), "--dry-run"}).out,
                 HasSubstr("use instead: " + desktop.path("home/user/editor/uninstall.sh") + "\n"));
-    EXPECT_THAT(run({"nothing", "--yes"}).err, HasSubstr("neither an application nor"));
+    EXPECT_THAT(run({"nothing", "--yes"}).err, HasSubstr("neither an app nor"));
 }
 
 TEST_F(Uninstalling, LeavesOrphansToBeFound) {

@@ -65,8 +65,8 @@ TEST(RealFlatpak, IsFoundAndRemovedWithItsData) {
     EXPECT_FALSE(std::filesystem::exists(desktop.path("home/user/.var/app/org.example.Real")));
     EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(
         desktop.path("home/user/.local/share/flatpak/exports/share/applications/org.example.Real.desktop"))));
-    EXPECT_EQ(run({"apps"}).out, "No applications found.\n");
-    EXPECT_THAT(run({"uninstall", "org.example.Real", "--yes"}).err, HasSubstr("neither an application"));
+    EXPECT_EQ(run({"apps"}).out, "No apps found.\n");
+    EXPECT_THAT(run({"uninstall", "org.example.Real", "--yes"}).err, HasSubstr("neither an app"));
 }
 
 } // namespace brimvale::testing
