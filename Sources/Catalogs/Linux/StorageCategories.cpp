@@ -26,10 +26,9 @@ StorageCategory applications() {
             .roots = {"/opt", "/var/lib/flatpak/repo", "$DATA/flatpak/repo", "/var/lib/snapd/snaps",
                       "/usr/local"},
             .risk = CleanupRisk::review,
-            .action =
-                ReadOnlyAction{"Remove applications with your software center or package manager. It knows "
-                               "which parts several applications share, and removes their menu entries too. "
-                               "Remove what you put into /opt or /usr/local yourself in Browse."},
+            .action = ReadOnlyAction{"Remove apps with your software center or package manager. It knows "
+                                     "which parts several apps share, and removes their menu entries too. "
+                                     "Remove what you put into /opt or /usr/local yourself in Browse."},
             .alsoCovers = {"/var/lib/flatpak", "$DATA/flatpak"}};
 }
 

@@ -17,7 +17,7 @@ namespace {
 /// Why no original may be removed now, as a sentence.
 std::optional<std::string> reasonToKeepAll(const PendingDeletion &pending, const StopFlag &cancelled) {
     if (pending.quitFirst && isApplicationRunning(*pending.quitFirst))
-        return "Its application is running again. Quit it and make another backup.";
+        return "Its app is running again. Quit it and make another backup.";
     if (pending.verified == nullptr)
         return "It can no longer be compared with the backup.";
     return changeOfBackup(*pending.verified, cancelled);
