@@ -282,6 +282,7 @@ void BrowseView::select(const std::vector<FSNode *> &nodes) {
 
 /// Selects one node in both. The tile for the many small children has no row in the outline.
 void BrowseView::selectNode(FSNode *node) {
+    find_->clearSelection(); // what is acted on is what is shown as selected
     outline_->select(isInTree(*node) ? node : nullptr);
     treemap_->setSelection(node);
     showDetails({node}, true);

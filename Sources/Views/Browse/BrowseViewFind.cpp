@@ -23,11 +23,13 @@ namespace brimvale {
 
 namespace {
 
-/// Selects the rows of the outline's folder that are not selected and hold nothing selected.
-void invertRows(OutlineView &outline) {
-    const QAbstractItemModel &model = *outline.model();
+/// Selects the rows of the outline's folder that are not selected and hold nothing selected. With a filter,
+/// those that it accepts.
+void invertRows(OutlineView &outline, const OutlineModel &model) {
     const QModelIndex root = outline.rootIndex();
     std::vector<bool> isTaken(static_cast<std::size_t>(model.rowCount(root)));
+    for (int row = 0; row < model.rowCount(root); ++row)
+        isTaken[static_cast<std::size_t>(row)] = !model.isMatch(*model.nodeAt(model.index(row, 0, root)));
     for (const QItemSelectionRange &range : outline.selectionModel()->selection()) {
         QModelIndex above = range.topLeft();
         while (above.isValid() && above.parent() != root)
@@ -170,7 +172,7 @@ void BrowseView::invertSelection() {
     if (currentList() == find_)
         find_->invertSelection();
     else
-        invertRows(*outline_);
+        invertRows(*outline_, outlineModel_);
 }
 
 /// What the guards or a storage category keep is not gathered, so this waits for the check.

@@ -200,4 +200,24 @@ TEST_F(FindTabs, FilterNarrowsTheMap) {
     waitFor("", {true, true, true});
 }
 
+TEST_F(FindTabs, ActOnlyOnWhatIsShownAsSelected) {
+    auto &outline = find<OutlineView>("outline");
+    filter.setText(QStringLiteral("big"));
+    const auto selectedInOutline = [&] {
+        outline.selectAll();
+        const std::vector<FSNode *> nodes = outline.selectedNodes();
+        return nodes.size() == 1 ? nodes.front()->name : std::to_string(nodes.size()) + " nodes";
+    };
+    EXPECT_TRUE(eventually([&] { return selectedInOutline() == "big.mkv"; })) << "not the folder around it";
+
+    filter.clear();
+    tabs.setCurrentIndex(1);
+    waitForRows({"big.mkv", "paper.pdf", "small.mp4", "letter.txt"});
+    list.setCurrentIndex(list.model()->index(0, 0));
+    EXPECT_EQ(selected(), QStringList("big.mkv"));
+    auto &map = find<TreemapView>("treemap");
+    emit map.selected(model.scan->tree->children().back().get());
+    EXPECT_TRUE(selected().isEmpty()) << "the selection is in the map now";
+}
+
 } // namespace brimvale

@@ -68,6 +68,8 @@ public:
 
     /// Whether the current filter hides a node, not considering the outline's focus.
     [[nodiscard]] bool hides(const FSNode &node) const;
+    /// Whether the current filter accepts a node itself, or an ancestor; true without a filter.
+    [[nodiscard]] bool isMatch(const FSNode &node) const;
     /// Whether a filter is set and accepts a descendant of `folder`.
     [[nodiscard]] bool leadsToMatch(const FSNode &folder) const;
 

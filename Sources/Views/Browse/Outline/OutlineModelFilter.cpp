@@ -17,6 +17,10 @@ bool OutlineModel::hides(const FSNode &node) const {
            !OutlineMark::has(node, any(OutlineMark::filters[*marksInForce_]));
 }
 
+bool OutlineModel::isMatch(const FSNode &node) const {
+    return !isFiltered() || OutlineMark::has(node, OutlineMark::filters[*marksInForce_].matches);
+}
+
 bool OutlineModel::leadsToMatch(const FSNode &folder) const {
     return isFiltered() && OutlineMark::has(folder, OutlineMark::filters[*marksInForce_].holds);
 }

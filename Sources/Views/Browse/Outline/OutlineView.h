@@ -52,6 +52,8 @@ signals:
 
 public:
     void reset() override;
+    /// Selects all shown rows. Of those that a filter shows, the folders that only contain matches stay out.
+    void selectAll() override;
 
 protected:
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;

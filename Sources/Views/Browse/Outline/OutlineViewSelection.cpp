@@ -44,6 +44,13 @@ void OutlineView::putBack(const std::vector<FSNode *> &expanded, const std::vect
     isSilent_ = false;
 }
 
+void OutlineView::selectAll() {
+    QTreeView::selectAll();
+    std::vector<FSNode *> nodes = selectedNodes();
+    if (std::erase_if(nodes, [this](const FSNode *node) { return !model_.isMatch(*node); }) > 0)
+        selectNodes(nodes);
+}
+
 /// Updating a large selection node by node would take a second for a hundred nodes.
 void OutlineView::deselectWithin(const std::vector<FSNode *> &folders) {
     const std::unordered_set<const FSNode *> leaving(folders.begin(), folders.end());
