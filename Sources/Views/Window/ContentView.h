@@ -94,7 +94,7 @@ private:
     std::vector<Page> pages_;
     std::size_t current_ = 0;
     ClosingQuestion *closing_;
-    bool isSample_ = false; ///< not the computer is shown
+    bool isSample_ = false;             ///< not the computer is shown
     bool mayClose_ = false;             ///< without a question
     QPointer<UpdateView> updateWindow_; ///< null unless open
 };
