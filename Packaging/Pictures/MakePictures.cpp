@@ -130,7 +130,7 @@ int makePictures(const std::string &folder, char **arguments) {
     int ownName = 1;
     Application application(ownName, arguments);
     application.window().showSample(std::get<FileURL>(sample));
-    application.open(std::nullopt);
+    application.open({});
     wait();
     return takeAll(application, QString::fromStdString(folder)) ? 0 : 1;
 }
