@@ -2,6 +2,7 @@
 
 #include "Base/Version.h"
 
+#include <QString>
 #include <QSysInfo>
 #include <chrono>
 

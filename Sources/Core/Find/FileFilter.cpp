@@ -3,10 +3,10 @@
 #include "Base/Text.h"
 #include "Base/VisibleText.h"
 
+#include <QByteArray>
 #include <QString>
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <utility>
 
@@ -44,13 +44,12 @@ constexpr double day = 24.0 * 60 * 60;
 template<std::size_t count>
 std::optional<double> amount(std::string_view text, const std::array<Unit, count> &units,
                              std::string_view rest = {}) {
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || !(number >= 0))
+    const std::size_t end = std::min(text.find_first_not_of("0123456789."), text.size());
+    bool isNumber = false;
+    const double number = QByteArray(text.data(), static_cast<qsizetype>(end)).toDouble(&isNumber);
+    if (!isNumber)
         return std::nullopt;
-    std::string unit;
-    for (const char *next = end; next != text.data() + text.size(); ++next)
-        unit += lowered(*next);
+    std::string unit = loweredText(text.substr(end));
     if (unit.size() > 1 && unit.substr(1) == rest)
         unit.resize(1);
     if (unit.empty())
