@@ -5,6 +5,7 @@
 #include <string>
 
 class QComboBox;
+class QPushButton;
 
 namespace brimvale {
 

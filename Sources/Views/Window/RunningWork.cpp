@@ -9,6 +9,7 @@
 #include "Views/Components/Text.h"
 
 #include <QApplication>
+#include <QWidget>
 #include <utility>
 
 using namespace Qt::StringLiterals;
