@@ -84,9 +84,9 @@ void CategoryRow::paintEvent(QPaintEvent * /*event*/) {
     painter.setPen(category_.measured ? theme.text : theme.tertiaryText);
     drawAlignedSize(painter, takeRight(row, sizeWidth), measuredSize());
     const QRect share = takeRight(row, barWidth);
-    paintShareBar(painter,
-                  QRectF(share.left(), share.center().y() - barHeight / 2 + 1, share.width(), barHeight),
-                  share_, theme.track, markOn(color, theme.track));
+    const int top = share.center().y() - barHeight / 2 + 1;
+    paintShareBar(painter, QRectF(share.left(), top, share.width(), barHeight), share_, theme.track,
+                  markOn(color, theme.track));
 
     painter.setPen(theme.text);
     const QFontMetrics titleMetrics = painter.fontMetrics();

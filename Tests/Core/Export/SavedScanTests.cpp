@@ -47,7 +47,7 @@ std::unique_ptr<FSNode> scanned(const std::string &path, std::int64_t minimum = 
 }
 
 /// The content with its checksum, as hostile programs also write it.
-std::string withChecksum(std::string content) {
+std::string withChecksum(const std::string &content) {
     Sha256 digest;
     digest.add(content);
     return content + *bytesOfHex(digest.finish());

@@ -63,7 +63,8 @@ void paintLine(QPainter &painter, const QRect &place, Qt::Alignment alignment, T
 }
 
 void paintShareBar(QPainter &painter, const QRect &place, double share, const RowColors &colors) {
-    QRectF bar(place.left(), place.center().y() - shareHeight / 2 + 1, place.width(), shareHeight);
+    const int top = place.center().y() - shareHeight / 2 + 1;
+    QRectF bar(place.left(), top, place.width(), shareHeight);
     QPainterPath shape;
     shape.addRoundedRect(bar, shareHeight / 2.0, shareHeight / 2.0);
     painter.save();

@@ -107,7 +107,8 @@ void OutlineDelegate::paintShare(QPainter &painter, const QStyleOptionViewItem &
     const Theme &theme = Theme::current();
     const bool onAccent = isOnAccent(option);
     QRectF bar = option.rect.adjusted(margin, 0, -margin, 0);
-    bar.setTop(option.rect.center().y() - barHeight / 2 + 1);
+    const int top = option.rect.center().y() - barHeight / 2 + 1;
+    bar.setTop(top);
     bar.setHeight(barHeight);
     QColor track = theme.track;
     if (onAccent) {

@@ -82,7 +82,7 @@ void OutlineHeader::choose(int column, bool isChosen) {
     fitSections();
 }
 
-void OutlineHeader::reset() {
+void OutlineHeader::useDefaults() {
     choices_.assign(choices_.size(), {});
     for (int column = 0; column < count(); ++column)
         moveSection(visualIndex(column), column);
@@ -99,7 +99,7 @@ QMenu *OutlineHeader::makeMenu() {
         connect(action, &QAction::toggled, this, [this, column](bool isOn) { choose(column, isOn); });
     }
     menu->addSeparator();
-    menu->addAction(u"Default Columns"_s, this, &OutlineHeader::reset);
+    menu->addAction(u"Default Columns"_s, this, &OutlineHeader::useDefaults);
     return menu;
 }
 

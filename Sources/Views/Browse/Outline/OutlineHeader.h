@@ -29,8 +29,8 @@ public:
     [[nodiscard]] bool isChosen(int column) const;
     /// Shows a column, or hides it. The names are always shown.
     void choose(int column, bool isChosen);
-    /// The columns, their order and their widths as they are at first.
-    void reset();
+    /// Shows the columns, their order and their widths as they are at first.
+    void useDefaults();
     /// A menu with all columns and the way back to the usual ones. The caller shows it.
     [[nodiscard]] QMenu *makeMenu();
 

@@ -47,7 +47,7 @@ public:
         return view().isDetailed() ? QAccessible::TreeItem : QAccessible::ListItem;
     }
     [[nodiscard]] QAccessibleInterface *parent() const override;
-    [[nodiscard]] QAccessibleInterface *child(int index) const override;
+    [[nodiscard]] QAccessibleInterface *child(int place) const override;
     [[nodiscard]] QAccessibleInterface *childAt(int x, int y) const override;
     [[nodiscard]] int childCount() const override;
     [[nodiscard]] int indexOfChild(const QAccessibleInterface *child) const override;
