@@ -11,6 +11,7 @@
 #include "Views/Window/ResultView.h"
 
 #include <QAction>
+#include <QDialog>
 #include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
