@@ -195,9 +195,7 @@ void CategoryDetailView::measureAsAdministrator() {
                 ? text(*error->message)
                 : u"No password was entered, or the system did not ask for one. The sizes have not "
                   "changed."_s;
-        whenNoSheetIsOpen(page, [page, reason] {
-            (new NoticeSheet(u"Nothing was measured as administrator"_s, reason, page))->open();
-        });
+        showNoticeSheet(*page, u"Nothing was measured as administrator"_s, reason);
     });
 }
 

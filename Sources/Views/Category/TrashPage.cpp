@@ -10,7 +10,6 @@
 #include "Views/Components/Text.h"
 #include "Views/Removing/ConfirmationSheet.h"
 #include "Views/Removing/SelectionTexts.h"
-#include "Views/Removing/SheetOrder.h"
 
 #include <QStringList>
 #include <QWidget>
@@ -132,9 +131,7 @@ void TrashPage::showPutBack(const PutBackResult &result) {
     if (result.failed.empty())
         return;
     const QStringList failures = QStringList(text(summary)) + failureLines(result.failed);
-    whenNoSheetIsOpen(this, [this, failures] {
-        (new NoticeSheet(u"Some items are still in the Trash"_s, failures.join(u"\n\n"_s), &page_))->open();
-    });
+    showNoticeSheet(page_, u"Some items are still in the Trash"_s, failures.join(u"\n\n"_s));
 }
 
 } // namespace brimvale

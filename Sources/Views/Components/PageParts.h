@@ -11,8 +11,8 @@ namespace brimvale {
 [[nodiscard]] QWidget *makePageHead(QWidget *header, int gap, QWidget *page);
 
 /// A scroll area for part of a page, which reaches to the right edge of the window. The scroll bar is in
-/// the right margin of `content`, which has a layout, so everything on a page ends at the same edge with and
-/// without it.
+/// the right margin of the layout of `content`, if it has one, so everything on a page ends at the same edge
+/// with and without it.
 [[nodiscard]] QScrollArea *makeScrollArea(QWidget *content, QWidget *page);
 
 /// A button that Return does not press unless it has the focus.

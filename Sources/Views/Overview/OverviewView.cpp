@@ -16,7 +16,6 @@
 #include "Views/Overview/SnapshotsCard.h"
 #include "Views/Overview/VolumesCard.h"
 #include "Views/Removing/ConfirmationSheet.h"
-#include "Views/Removing/SheetOrder.h"
 
 #include <QDateTime>
 #include <QKeyEvent>
@@ -186,13 +185,9 @@ void OverviewView::confirmDeletion(const LocalSnapshot &snapshot) {
         volumes_.deleteSnapshot(snapshot, [this, page = QPointer(this), snapshot](bool isDeleted) {
             if (isDeleted || page.isNull())
                 return;
-            whenNoSheetIsOpen(this, [this, snapshot] {
-                (new NoticeSheet(u"The snapshot is still there"_s,
-                                 u"“%1” could not be deleted, or the password was not given."_s.arg(
-                                     displayedText(snapshot.name)),
-                                 this))
-                    ->open();
-            });
+            showNoticeSheet(*this, u"The snapshot is still there"_s,
+                            u"“%1” could not be deleted, or the password was not given."_s.arg(
+                                displayedText(snapshot.name)));
         });
     });
     sheet->open();

@@ -2,6 +2,7 @@
 
 #include "Views/Components/DestructiveButton.h"
 #include "Views/Components/TextLabel.h"
+#include "Views/Removing/SheetOrder.h"
 
 #include <QVBoxLayout>
 
@@ -41,6 +42,10 @@ NoticeSheet::NoticeSheet(const QString &title, const QString &text, QWidget *par
     : TextSheet("noticeSheet", title, text, parent) {
     addButtons(content(), {makeCloseButton("ok", u"OK"_s)});
     resize(confirmationWidth, content().totalHeightForWidth(confirmationWidth)); // the text may be long
+}
+
+void showNoticeSheet(QWidget &window, const QString &title, const QString &text) {
+    whenNoSheetIsOpen(&window, [&window, title, text] { (new NoticeSheet(title, text, &window))->open(); });
 }
 
 } // namespace brimvale

@@ -35,4 +35,7 @@ public:
     NoticeSheet(const QString &title, const QString &text, QWidget *parent);
 };
 
+/// Shows a message over a window as soon as no other sheet is open there.
+void showNoticeSheet(QWidget &window, const QString &title, const QString &text);
+
 } // namespace brimvale

@@ -14,7 +14,7 @@ namespace brimvale {
 /// The title of the button that asks for a removal: "Remove 3 Items, 4.2 GB…", or "Remove…" for none.
 [[nodiscard]] QString removalTitle(std::int64_t count, std::int64_t bytes);
 
-/// What deleting these entries for good means: "This deletes 3 items, 4.2 GB. It cannot be undone."
+/// What deleting these entries for good means: "This deletes 3 items, 4.2 GB. It can't be undone."
 [[nodiscard]] QString deletionText(const std::vector<CleanupEntry> &entries);
 
 } // namespace brimvale

@@ -38,8 +38,6 @@
 #include "Views/Window/SampleNote.h"
 #include "Views/Window/ShortcutsSheet.h"
 #include "Views/Window/SidebarFooter.h"
-#include "Views/Window/StandardMenus.h"
-#include "Views/Window/TreeFiles.h"
 
 #include <QAction>
 #include <QApplication>
@@ -49,7 +47,6 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QMenu>
-#include <QMenuBar>
 #include <QMimeData>
 #include <QPointer>
 #include <QStackedWidget>
@@ -175,75 +172,6 @@ void ContentView::addPage(Section section, const Sidebar::Row &row, std::functio
         action->setObjectName(QStringLiteral("goTo") + row.title);
     }
     pages_.push_back({std::move(section), sidebar_->addRow(row), std::move(make)});
-}
-
-QMenu *ContentView::addMenu(const QString &title) {
-    QMenu *menu = menuBar()->addMenu(title);
-    usePaletteOfParent(*menu);
-    return menu;
-}
-
-void ContentView::buildMenus() {
-    QMenu *file = addMenu(u"&File"_s);
-    QAction *choose = file->addAction(u"&Choose Folder to Scan…"_s, Shortcuts::chooseFolder(), this,
-                                      &ContentView::chooseFolder);
-    choose->setObjectName(QStringLiteral("chooseFolderToScan"));
-    QAction *rescan = file->addAction(u"&Rescan"_s, this, &ContentView::rescan);
-    rescan->setShortcuts(Shortcuts::rescan());
-    rescan->setObjectName(QStringLiteral("rescan"));
-    file->addSeparator();
-    auto *files = new TreeFiles(model_.scan, *this);
-    connect(files, &TreeFiles::imported, this, [this] { goTo({Section::Kind::browse}); });
-    files->addActions(*file, [this] { return browse_; });
-    file->addSeparator();
-    StandardMenus::addClosing(*file, *this);
-    QAction *quit = file->addAction(u"&Quit"_s, QKeySequence::Quit, this, &QWidget::close);
-    quit->setObjectName(QStringLiteral("quit"));
-    quit->setMenuRole(QAction::QuitRole);
-
-    QMenu *editing = addMenu(u"&Edit"_s);
-    addUndo(*editing);
-    StandardMenus::addEditing(*editing);
-    viewMenu_ = addMenu(u"&View"_s);
-    QMenu *appearance = viewMenu_->addMenu(u"&Appearance"_s);
-    appearance->setObjectName(QStringLiteral("appearances"));
-    usePaletteOfParent(*appearance);
-    StandardMenus::addAppearances(*appearance, [this](Appearance chosen) {
-        Theme::choose(chosen);
-        applyTheme();
-    });
-    goMenu_ = addMenu(u"&Go"_s);
-    StandardMenus::addWindow(*addMenu(u"&Window"_s), *this);
-
-    // On a Mac, entries with roles move to the application's menu, and an empty menu is not shown.
-    QMenu *help = addMenu(u"&Help"_s);
-    QAction *shortcuts = help->addAction(u"&Keyboard Shortcuts"_s, this, &ContentView::showShortcuts);
-    shortcuts->setObjectName(QStringLiteral("keyboardShortcuts"));
-    QAction *update = help->addAction(u"Check for &Updates…"_s, this, &ContentView::checkForUpdates);
-    update->setObjectName(QStringLiteral("checkForUpdates"));
-    update->setMenuRole(QAction::ApplicationSpecificRole);
-    if (!updater_.canInstallItself()) {
-        QAction *howTo = help->addAction(u"&How to Update…"_s, this, &ContentView::showUpdateWindow);
-        howTo->setObjectName(QStringLiteral("howToUpdate"));
-    }
-    QAction *about = help->addAction(u"&About %1"_s.arg(windowTitle()));
-    about->setObjectName(QStringLiteral("about"));
-    about->setMenuRole(QAction::AboutRole);
-    connect(about, &QAction::triggered, this, &ContentView::showAbout);
-}
-
-/// Puts back what the latest removal has moved to the Trash. A field that has the focus undoes its own text.
-void ContentView::addUndo(QMenu &menu) {
-    QAction *undo = menu.addAction(u"&Undo Move to Trash"_s, QKeySequence::Undo, &model_.trash,
-                                   [this] { model_.trash.undo(); });
-    undo->setObjectName(QStringLiteral("undoRemoval"));
-    const auto allow = [this, undo] {
-        undo->setEnabled(model_.trash->canUndo && !model_.trash->isPuttingBack &&
-                         !model_.removals.isRemoving());
-    };
-    connect(&model_.trash, &Trash::changed, undo, allow);
-    connect(&model_.removals, &Removals::changed, undo, allow);
-    allow();
 }
 
 void ContentView::followModel() {
@@ -378,11 +306,8 @@ void ContentView::showNotice(const QString &sentence) {
 void ContentView::scanAsAdministrator(const FileURL &folder) {
     showNotice(u"Scanning “%1” as administrator…"_s.arg(displayedText(folder.path())));
     model_.administratorScan.start(folder, [window = QPointer(this)](const std::string &reason) {
-        if (window.isNull())
-            return;
-        whenNoSheetIsOpen(window, [window, words = displayedText(reason)] {
-            (new NoticeSheet(u"Nothing was scanned as administrator"_s, words, window))->open();
-        });
+        if (!window.isNull())
+            showNoticeSheet(*window, u"Nothing was scanned as administrator"_s, displayedText(reason));
     });
 }
 

@@ -12,12 +12,13 @@
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Popup.h"
 #include "Views/Components/Text.h"
+#include "Views/Components/WindowServices.h"
+#include "Views/Removing/ConfirmationSheet.h"
 
 #include <QAction>
 #include <QBuffer>
 #include <QMainWindow>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPixmap>
 #include <QPointer>
 #include <cerrno>
@@ -151,10 +152,11 @@ void TreeFiles::save(const QString &title, const QString &suffix, const QString 
                              [this, path, remark](const std::optional<FileError> &failure) {
                                  const QString file = displayedText(FileURL(path).fileName());
                                  if (failure)
-                                     tell(u"“%1” could not be written."_s.arg(file),
-                                          text(failure->localizedDescription), true);
+                                     showNoticeSheet(window_, u"“%1” could not be written"_s.arg(file),
+                                                     text(failure->localizedDescription));
                                  else
-                                     tell(u"“%1” was written."_s.arg(file), remark, false);
+                                     WindowServices::notify(
+                                         window_, u"“%1” was written. %2"_s.arg(file, remark).trimmed());
                              });
                      });
 }
@@ -182,22 +184,12 @@ void TreeFiles::import(const std::string &path) {
         },
         [this, path](Read read) {
             if (read.tree == nullptr)
-                return tell(u"“%1” could not be imported."_s.arg(displayedText(FileURL(path).fileName())),
-                            displayedText(read.fault), true);
+                return showNoticeSheet(
+                    window_, u"“%1” could not be imported"_s.arg(displayedText(FileURL(path).fileName())),
+                    displayedText(read.fault));
             scan_.showImported(std::move(read.tree), {path, std::move(read.origin)});
             emit imported();
         });
-}
-
-void TreeFiles::tell(const QString &sentence, const QString &more, bool isFailure) {
-    auto *alert = new QMessageBox(isFailure ? QMessageBox::Warning : QMessageBox::Information, u"Brimvale"_s,
-                                  sentence, QMessageBox::Ok, &window_);
-    alert->setObjectName(QStringLiteral("fileNotice"));
-    alert->setTextFormat(Qt::PlainText);
-    alert->setInformativeText(more);
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    usePaletteOfParent(*alert);
-    alert->open();
 }
 
 } // namespace brimvale

@@ -40,7 +40,6 @@ private:
               std::function<std::string()> content);
     void askForList();
     void import(const std::string &path);
-    void tell(const QString &sentence, const QString &more, bool isFailure);
 
     ScanSession &scan_;
     QMainWindow &window_;

@@ -9,10 +9,11 @@
 #include "Views/Browse/Outline/OutlineView.h"
 
 #include <QAction>
+#include <QDialog>
 #include <QFileDialog>
 #include <QImage>
 #include <QMenu>
-#include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <gmock/gmock.h>
 
@@ -47,16 +48,25 @@ protected:
         delete dialog;
     }
 
-    /// What the window tells about a file when it is done; the notice is closed.
+    /// What the window says about a file when it is written; the notice is closed.
     std::string notice() {
-        QMessageBox *box = nullptr;
+        EXPECT_TRUE(eventually([&] { return testing::find(window, "noticeBar").isVisible(); }));
+        const std::string words = testing::shown(window, "windowNotice");
+        testing::click(window, "closeNotice");
+        return words;
+    }
+    /// What the window warns of; the warning is closed.
+    std::string warning() {
+        QPointer<QDialog> sheet;
         EXPECT_TRUE(eventually([&] {
-            box = window.findChild<QMessageBox *>("fileNotice");
-            return box != nullptr;
+            sheet = window.findChild<QDialog *>("noticeSheet");
+            return sheet != nullptr;
         }));
-        const std::string told = (box->text() + " " + box->informativeText()).toStdString();
-        delete box;
-        return told;
+        std::string words = sheet->windowTitle().toStdString();
+        for (const std::string &label : testing::labels(*sheet, "explanation"))
+            words.append(". ").append(label);
+        delete sheet;
+        return words;
     }
 
     testing::SampleHome home;
@@ -80,7 +90,7 @@ TEST_F(TreeFilesTest, ExportsPicturesAndLists) {
     EXPECT_THAT(testing::contentOf(home.path("exportSvg")), HasSubstr("folder"));
     EXPECT_THAT(testing::contentOf(home.path("exportCsv")), HasSubstr("/files/folder,folder,"));
     choose("exportJson", "/nowhere/list");
-    EXPECT_THAT(notice(), StartsWith("“list” could not be written. "));
+    EXPECT_THAT(warning(), StartsWith("“list” could not be written. "));
 }
 
 TEST_F(TreeFilesTest, NothingOfAnImportedTreeIsTouched) {
@@ -88,7 +98,7 @@ TEST_F(TreeFilesTest, NothingOfAnImportedTreeIsTouched) {
     choose("exportJson", home.path("list.json"));
     EXPECT_THAT(notice(), HasSubstr("was written"));
     choose("import", home.path("files/other"));
-    EXPECT_THAT(notice(), HasSubstr("could not be imported. Line 1, byte "));
+    EXPECT_THAT(warning(), HasSubstr("could not be imported. Line 1, byte "));
     EXPECT_FALSE(model.scan->tree->isImported());
 
     choose("import", home.path("list.json"));

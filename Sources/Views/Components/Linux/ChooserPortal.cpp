@@ -1,12 +1,12 @@
 #include "Views/Components/Linux/ChooserPortal.h"
 
 #include "Views/Components/Linux/SessionBus.h"
+#include "Views/Components/LocalFile.h"
 
 #include <QDBusArgument>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QGuiApplication>
-#include <QUrl>
 #include <QVariantMap>
 #include <QWidget>
 #include <utility>
@@ -19,7 +19,6 @@ constexpr int longestWaitForVersion = 1000; // milliseconds
 constexpr uint firstVersionWithFolders = 3;
 
 constexpr QLatin1String chooserInterface("org.freedesktop.portal.FileChooser");
-constexpr QLatin1String requestInterface("org.freedesktop.portal.Request");
 
 /// Wayland gives programs no name of their window that others know.
 QString portalNameOf(const QWidget &window) {
@@ -32,14 +31,6 @@ QString portalNameOf(const QWidget &window) {
 QString pathOfRequest(const QString &token) {
     const QString sender = SessionBus::connection()->baseService().mid(1).replace(u'.', u'_');
     return SessionBus::portalPath + QStringLiteral("/request/") + sender + u'/' + token;
-}
-
-/// The path of a local file; empty for others. Decoded here, because a name need not be text.
-std::string pathIn(const QVariantMap &results) {
-    const QStringList uris = results.value(QStringLiteral("uris")).toStringList();
-    const QUrl url(uris.value(0));
-    const QByteArray path = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toUtf8());
-    return url.isLocalFile() && path.startsWith('/') ? path.toStdString() : std::string();
 }
 
 } // namespace
@@ -62,10 +53,7 @@ ChooserPortal::ChooserPortal(QWidget &asking, DesktopDialog dialog)
 }
 
 ChooserPortal::~ChooserPortal() {
-    const auto bus = SessionBus::connection();
-    if (bus && !request_.isEmpty())
-        bus->send(QDBusMessage::createMethodCall(SessionBus::portalService, request_, requestInterface,
-                                                 QStringLiteral("Close")));
+    SessionBus::closeRequest(request_);
 }
 
 void ChooserPortal::begin(const QDBusMessage &version) {
@@ -81,8 +69,8 @@ void ChooserPortal::ask() {
     const QString token = QStringLiteral("brimvale%1").arg(++count);
     request_ = pathOfRequest(token);
     QDBusConnection bus = *SessionBus::connection();
-    bus.connect(SessionBus::portalService, request_, requestInterface, QStringLiteral("Response"), this,
-                SLOT(finish(QDBusMessage)));
+    bus.connect(SessionBus::portalService, request_, SessionBus::requestInterface, QStringLiteral("Response"),
+                this, SLOT(finish(QDBusMessage)));
     // A portal that ends in between never answers.
     auto *ends = new QDBusServiceWatcher(SessionBus::portalService, bus,
                                          QDBusServiceWatcher::WatchForUnregistration, this);
@@ -107,9 +95,9 @@ void ChooserPortal::finish(const QDBusMessage &response) {
     const QList<QVariant> arguments = response.arguments();
     if (response.signature() != QStringLiteral("ua{sv}") || arguments.constFirst().toUInt() != 0)
         return;
-    const std::string path = pathIn(qdbus_cast<QVariantMap>(arguments[1]));
-    if (!path.empty())
-        dialog_.chosen(path);
+    const auto results = qdbus_cast<QVariantMap>(arguments[1]);
+    if (const auto folder = localFileOf(results.value(QStringLiteral("uris")).toStringList().value(0)))
+        dialog_.chosen(folder->path());
 }
 
 void ChooserPortal::giveUp() {

@@ -19,20 +19,13 @@ struct AwakeRequest {
     bool isOver = false;
 };
 
-void withdraw(const QString &request) {
-    if (const auto bus = SessionBus::connection(); bus && !request.isEmpty())
-        bus->send(QDBusMessage::createMethodCall(SessionBus::portalService, request,
-                                                 QStringLiteral("org.freedesktop.portal.Request"),
-                                                 QStringLiteral("Close")));
-}
-
 /// The portal can answer when the work has ended. Then the request is withdrawn at once.
 void noteAnswer(AwakeRequest &request, const QDBusMessage &answer) {
     if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != QStringLiteral("o"))
         return;
     request.path = qvariant_cast<QDBusObjectPath>(answer.arguments().constFirst()).path();
     if (request.isOver)
-        withdraw(request.path);
+        SessionBus::closeRequest(request.path);
 }
 
 } // namespace
@@ -46,7 +39,7 @@ std::unique_ptr<QObject> keepAwake(const QString &reason) {
     auto held = std::make_unique<QObject>();
     QObject::connect(held.get(), &QObject::destroyed, [request] {
         request->isOver = true;
-        withdraw(request->path);
+        SessionBus::closeRequest(request->path);
     });
     return held;
 }

@@ -19,6 +19,12 @@ QDBusMessage SessionBus::portalCall(QLatin1String interface, const char *method)
     return QDBusMessage::createMethodCall(portalService, portalPath, interface, QLatin1String(method));
 }
 
+void SessionBus::closeRequest(const QString &path) {
+    if (const auto bus = connection(); bus && !path.isEmpty())
+        bus->send(
+            QDBusMessage::createMethodCall(portalService, path, requestInterface, QStringLiteral("Close")));
+}
+
 void SessionBus::send(const QDBusMessage &call, QObject *context,
                       std::function<void(const QDBusMessage &)> answered, int longestWait) {
     const std::optional<QDBusConnection> bus = connection();
