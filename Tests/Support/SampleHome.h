@@ -25,4 +25,13 @@ private:
     EnvironmentVariable home_{"HOME", path()};
 };
 
+/// The same for a user of Linux, whose home is all there is of the disk.
+class LinuxHome : public SampleHome {
+public:
+    LinuxHome() {
+        Host::useSystem(System::linux);
+        Host::useRoot(path());
+    }
+};
+
 } // namespace brimvale::testing

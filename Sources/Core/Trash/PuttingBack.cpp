@@ -55,7 +55,10 @@ void PuttingBack::putBack(const MovedToTrash &moved) {
     if (const int *error = std::get_if<int>(&opened))
         return note(moved.place, TrashTexts::putBackError(Remover::isGone(moved.now.place) ? ENOENT : *error,
                                                           moved.now.place, moved.place));
-    note(moved.place, putBack(moved.now.place, std::get<OpenedItem>(opened), moved.place, moved.folder));
+    // The number of a folder may change on file systems where items have details.
+    const bool keepsNumbers = !moved.now.item.details;
+    note(moved.place, putBack(moved.now.place, std::get<OpenedItem>(opened), moved.place,
+                              keepsNumbers ? std::optional(moved.folder) : std::nullopt));
 }
 
 std::optional<std::string> PuttingBack::putBack(const FileURL &url, const OpenedItem &item,

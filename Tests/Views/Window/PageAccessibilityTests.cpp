@@ -1,25 +1,17 @@
 #include "Core/Model/ScanSession.h"
-#include "Core/Model/Storage.h"
 #include "Core/Model/Volumes.h"
-#include "Platform/Host.h"
-#include "Support/Model.h"
 #include "Support/PublishedWriter.h"
-#include "Support/RecordingActions.h"
-#include "Support/SampleHome.h"
-#include "Support/WholeWindow.h"
-#include "Support/Window.h"
+#include "Support/ScannedWindow.h"
 #include "Views/Browse/DetailPanel.h"
 #include "Views/Components/CapacityBar.h"
 #include "Views/Components/DisclosureButton.h"
 #include "Views/Components/TextLabel.h"
 #include "Views/Components/TickBox.h"
-#include "Views/Window/WindowStyle.h"
 
 #include <QAbstractItemView>
 #include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
-#include <QStackedWidget>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -28,45 +20,12 @@ namespace brimvale {
 
 namespace {
 
-/// What a screen reader meets in the window of a user with a scanned home.
-class PageAccessibility : public ::testing::Test {
+/// What a screen reader meets.
+class PageAccessibility : public testing::ScannedWindow {
 protected:
-    PageAccessibility() {
-        QApplication::setStyle(new WindowStyle);
-        Host::useSystem(System::linux);
-        home.makeFile("folder/file", 5'000'000);
-        testing::activate(window);
-        model.scan.startScan(home.path());
-        EXPECT_TRUE(testing::eventually([this] { return !model.scan->isScanning; }));
-    }
-    ~PageAccessibility() override { QApplication::setStyle("Fusion"); }
-
-    std::vector<Section> sections() const {
-        std::vector<Section> all = {{Section::Kind::overview},
-                                    {Section::Kind::browse},
-                                    {Section::Kind::cleanup},
-                                    {Section::Kind::apps}};
-        for (const MeasuredCategory &one : model.storage->categories)
-            if (one.category.hasPlace())
-                all.push_back({Section::Kind::category, one.category.id});
-        return all;
-    }
-
-    QWidget &pageOf(const Section &section) {
-        window.goTo(section);
-        QApplication::sendPostedEvents();
-        QApplication::processEvents();
-        return *window.findChild<QStackedWidget *>()->currentWidget();
-    }
-
     static QAccessibleInterface &reader(QObject &object) {
         return *QAccessible::queryAccessibleInterface(&object);
     }
-
-    testing::SampleHome home;
-    testing::RecordingActions actions;
-    CorvelModel model{actions};
-    testing::WholeWindow window{model};
 };
 
 /// Whether `later` comes before `earlier` for people who see: above it and not in a column to its right, or

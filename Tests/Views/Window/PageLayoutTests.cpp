@@ -1,21 +1,13 @@
 #include "Core/Model/ScanSession.h"
-#include "Core/Model/Storage.h"
-#include "Platform/Host.h"
-#include "Support/Model.h"
 #include "Support/PublishedWriter.h"
-#include "Support/RecordingActions.h"
-#include "Support/SampleHome.h"
-#include "Support/WholeWindow.h"
-#include "Support/Window.h"
+#include "Support/ScannedWindow.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/FoldingButton.h"
 #include "Views/Components/Metrics.h"
-#include "Views/Window/WindowStyle.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
-#include <QStackedWidget>
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <string>
@@ -25,46 +17,14 @@ namespace brimvale {
 
 namespace {
 
-/// A window in the style of the program, with a scanned home of which a part could not be read.
-class PageLayout : public ::testing::Test {
+/// In the smallest window, at first.
+class PageLayout : public testing::ScannedWindow {
 protected:
-    PageLayout() {
-        QApplication::setStyle(new WindowStyle);
-        Host::useSystem(System::linux);
-        home.makeFile("folder/file", 5'000'000);
-        window.resize(900, 600);
-        testing::activate(window);
-        model.scan.startScan(home.path());
-        EXPECT_TRUE(testing::eventually([this] { return !model.scan->isScanning; }));
-    }
-    ~PageLayout() override { QApplication::setStyle("Fusion"); }
-
-    std::vector<Section> sections() const {
-        std::vector<Section> all = {{Section::Kind::overview},
-                                    {Section::Kind::browse},
-                                    {Section::Kind::cleanup},
-                                    {Section::Kind::apps}};
-        for (const MeasuredCategory &one : model.storage->categories)
-            if (one.category.hasPlace())
-                all.push_back({Section::Kind::category, one.category.id});
-        return all;
-    }
-
-    QWidget &pageOf(const Section &section) {
-        window.goTo(section);
-        QApplication::sendPostedEvents();
-        QApplication::processEvents();
-        return *window.findChild<QStackedWidget *>()->currentWidget();
-    }
+    PageLayout() { window.resize(900, 600); }
 
     int rightEdge(const QWidget &widget) const {
         return widget.mapTo(&window, QPoint(widget.width(), 0)).x();
     }
-
-    testing::SampleHome home;
-    testing::RecordingActions actions;
-    CorvelModel model{actions};
-    testing::WholeWindow window{model};
 };
 
 } // namespace

@@ -23,14 +23,6 @@ using testing::eventually;
 
 namespace {
 
-class LinuxHome : public testing::SampleHome {
-public:
-    LinuxHome() {
-        Host::useSystem(System::linux);
-        Host::useRoot(path());
-    }
-};
-
 /// The window of a user of Linux with the real Trash of a home.
 class Undoing : public ::testing::Test {
 protected:
@@ -57,7 +49,7 @@ protected:
         return {};
     }
 
-    LinuxHome home;
+    testing::LinuxHome home;
     CorvelModel model;
     testing::WholeWindow window{model};
 };
