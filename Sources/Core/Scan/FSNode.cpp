@@ -92,10 +92,13 @@ void FSNode::subtractFromAncestors() const {
         if (folder != parent_) // which keeps the sizes of its other children
             folder->rare().mayBeOutOfOrder = true;
     }
-    if (parent_ != nullptr && parent_->isAggregate) // which stays the newest that it was
+    if (parent_ != nullptr && parent_->isAggregate) {
         parent_->name = nameOfAggregate(parent_->fileCount);
-    else
-        findNewestInAncestors(modified, this);
+        // Where files of it have no nodes, their dates are not known, and it keeps the newest that it had.
+        if (std::cmp_less(parent_->children_.size(), parent_->fileCount + 1))
+            return;
+    }
+    findNewestInAncestors(modified, this);
 }
 
 /// Corrects the dates of the ancestors that may have had theirs, which is `earlier`, from this node.

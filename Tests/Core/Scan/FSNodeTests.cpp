@@ -85,6 +85,24 @@ TEST(FSNode, KeepsTheNewestDateOfWhatIsLeft) {
     EXPECT_EQ(std::pair(folder.modified, root.modified), std::pair(0U, 3U));
 }
 
+TEST(FSNode, KeepsTheNewestDateOfSmallFilesWhereItIsKnown) {
+    for (const bool allHaveNodes : {true, false}) {
+        FSNode root("r", "/r", true);
+        std::unique_ptr<FSNode> aggregate = FSNode::aggregate(root, allHaveNodes ? 2 : 3);
+        for (const std::uint32_t modified : {5U, 9U}) {
+            aggregate->adopt(std::make_unique<FSNode>("file", *aggregate, false));
+            aggregate->largestSmallFiles().back()->modified = modified;
+            aggregate->largestSmallFiles().back()->fileCount = 1;
+        }
+        root.modified = aggregate->modified = 9;
+        const FSNode &newest = *aggregate->largestSmallFiles().back();
+        root.adopt(std::move(aggregate));
+        newest.subtractFromAncestors();
+        EXPECT_EQ(root.modified, allHaveNodes ? 5U : 9U);
+        EXPECT_EQ(newest.parent()->modified, root.modified);
+    }
+}
+
 TEST(FSNode, HoldsDatesFrom1970To2106) {
     const auto seconds = [](std::int64_t count) {
         return FSNode::secondsOf(Date(std::chrono::seconds(count)));
