@@ -8,6 +8,8 @@
 #include "Platform/FileStatus.h"
 #include "Platform/Host.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace brimvale {
@@ -302,13 +304,18 @@ void ScanSession::forgetUnreadable(const FSNode &node) {
 }
 
 /// The places were scanned again, with these results.
-void ScanSession::replaceUnreadable(const ScannedPlaces &places, ScanStats &stats) {
+void ScanSession::replaceUnreadable(const ScannedPlaces &places, const std::shared_ptr<ScanStats> &stats) {
     if (latestStats_ == nullptr)
         return;
     UnreadableItems &items = latestStats_->unreadableItems();
-    for (const auto &place : places)
+    for (const auto &place : places) {
+        if (place.first.path() == state().tree->path()) { // its scan found all there are
+            latestStats_ = stats;
+            return;
+        }
         items.dropWithin(place.first.path());
-    items.add(stats.unreadableItems());
+    }
+    items.add(stats->unreadableItems());
 }
 
 /// Takes the mark from a folder and its ancestors where everything inside could be read.
@@ -319,7 +326,8 @@ void ScanSession::unmarkReadable(FSNode *folder) {
     if (!state().isScanning)
         unannounced().scanUnreadable = items.count();
     for (; folder != nullptr; folder = folder->parent())
-        folder->holdsUnreadable = folder->holdsUnreadable && items.reachInto(folder->path());
+        if (folder->isAtLeast() && !items.reachInto(folder->path()))
+            folder->unreadable = folder->holdsUnreadable = false;
 }
 
 void ScanSession::measureAgain(const GonePaths &partlyGone) {
@@ -333,6 +341,24 @@ void ScanSession::rescan(const FileURL &folder) {
         return;
     update([&](SessionState &state) { state.rescannedPath = folder.path(); });
     scanAgain(GonePaths({folder}));
+}
+
+void ScanSession::stopRescan() {
+    if (state().rescannedPath.empty())
+        return;
+    const FileURL stopped(std::exchange(unannounced().rescannedPath, {}));
+    std::vector<FileURL> others;
+    const auto keepOthers = [&](const GonePaths &places) {
+        std::copy_if(places.outermost().begin(), places.outermost().end(), std::back_inserter(others),
+                     [&](const FileURL &place) { return place != stopped; });
+    };
+    keepOthers(toScanAgain_);
+    if (rescan_ != nullptr && rescan_->items.contains(stopped)) {
+        rescan_->stats->cancel();
+        keepOthers(rescan_->items);
+    }
+    toScanAgain_ = GonePaths(std::move(others));
+    emit changed();
 }
 
 /// These places were scanned again, or are not in the tree.
@@ -396,8 +422,9 @@ void ScanSession::endRescan(ScannedPlaces found) {
         return;
     }
     const std::shared_ptr<Rescan> done = std::exchange(rescan_, nullptr);
-    if (state().tree != nullptr && done->tree.lock() == state().tree) {
-        replaceUnreadable(found, *done->stats);
+    const bool isOfThisTree = state().tree != nullptr && done->tree.lock() == state().tree;
+    if (isOfThisTree && !done->stats->cancelled()) {
+        replaceUnreadable(found, done->stats);
         replace(found);
         scanAgain(dropFromTree(done->gone));
     }

@@ -99,6 +99,9 @@ public:
     /// Scans one folder of the tree again, in the background and after any other rescan, and replaces its
     /// contents. Does nothing without a tree.
     void rescan(const FileURL &folder);
+    /// Stops the rescan of `rescannedPath`, whose contents stay as they are. Other places that are scanned
+    /// with it are scanned once more.
+    void stopRescan();
 
     /// The picture that grows while a scan runs, and stays when it is stopped. `grown` announces changes.
     [[nodiscard]] const ScanGrowth &growth() const { return growth_; }
@@ -166,7 +169,7 @@ private:
     void replace(const ScannedPlaces &places);
     void replaceContents(FSNode &folder, FSNode &found);
     void forgetUnreadable(const FSNode &node);
-    void replaceUnreadable(const ScannedPlaces &places, ScanStats &stats);
+    void replaceUnreadable(const ScannedPlaces &places, const std::shared_ptr<ScanStats> &stats);
     void unmarkReadable(FSNode *folder);
     void endUserRescan(const GonePaths &items);
 

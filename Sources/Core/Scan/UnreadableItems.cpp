@@ -2,22 +2,13 @@
 
 #include "Base/Bytes.h"
 #include "Base/ErrorReason.h"
+#include "Base/FileURL.h"
 
 #include <algorithm>
 #include <string_view>
 #include <utility>
 
 namespace brimvale {
-
-namespace {
-
-bool isWithin(std::string_view path, std::string_view folder) {
-    if (!path.starts_with(folder))
-        return false;
-    return folder == "/" || path.size() == folder.size() || path[folder.size()] == '/';
-}
-
-} // namespace
 
 std::string reasonFor(const UnreadableItem &item) {
     if (item.error == UnreadableItem::claimsTooMuch)
@@ -41,15 +32,19 @@ void UnreadableItems::add(std::string path, int error) {
 
 void UnreadableItems::dropWithin(const std::string &path) {
     const std::lock_guard guard(lock_);
-    count_ -= static_cast<std::int64_t>(
-        std::erase_if(listed_, [&](const UnreadableItem &item) { return isWithin(item.path, path); }));
+    const bool wasCut = isCut();
+    const std::size_t dropped =
+        std::erase_if(listed_, [&](const UnreadableItem &item) { return isAtOrUnder(item.path, path); });
+    if (!wasCut)
+        count_ -= static_cast<std::int64_t>(dropped);
 }
 
 void UnreadableItems::add(const UnreadableItems &others) {
     const std::vector<UnreadableItem> more = others.listed();
     const std::int64_t count = others.count();
     const std::lock_guard guard(lock_);
-    count_ = checkedAdd(count_, count);
+    if (!isCut())
+        count_ = checkedAdd(count_, count);
     const std::size_t room = mostListed - listed_.size();
     listed_.insert(listed_.end(), more.begin(),
                    more.begin() + static_cast<std::ptrdiff_t>(std::min(room, more.size())));
@@ -67,9 +62,8 @@ std::vector<UnreadableItem> UnreadableItems::listed() const {
 
 bool UnreadableItems::reachInto(const std::string &path) const {
     const std::lock_guard guard(lock_);
-    return count_ > static_cast<std::int64_t>(listed_.size()) ||
-           std::any_of(listed_.begin(), listed_.end(),
-                       [&](const UnreadableItem &item) { return isWithin(item.path, path); });
+    return isCut() || std::any_of(listed_.begin(), listed_.end(),
+                                  [&](const UnreadableItem &item) { return isAtOrUnder(item.path, path); });
 }
 
 } // namespace brimvale

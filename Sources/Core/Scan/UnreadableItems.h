@@ -21,7 +21,8 @@ struct UnreadableItem {
 /// Why, as a sentence without a full stop: "You don’t have permission to access it".
 [[nodiscard]] std::string reasonFor(const UnreadableItem &item);
 
-/// What a scan could not read: all are counted, and the first ones listed. Thread-safe.
+/// What a scan could not read: all are counted, and the first ones listed. Once not all are listed, it is not
+/// known where the others are, so the count stays when some are dropped or replaced. Thread-safe.
 class UnreadableItems {
 public:
     static constexpr std::size_t mostListed = 10'000;
@@ -39,6 +40,8 @@ public:
     [[nodiscard]] bool reachInto(const std::string &path) const;
 
 private:
+    [[nodiscard]] bool isCut() const { return count_ > static_cast<std::int64_t>(listed_.size()); }
+
     mutable std::mutex lock_;
     std::int64_t count_ = 0;
     std::vector<UnreadableItem> listed_;

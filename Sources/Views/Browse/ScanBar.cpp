@@ -4,6 +4,7 @@
 #include "Core/Model/Volumes.h"
 #include "Core/Scan/ScanRootPreset.h"
 #include "Core/Scan/ScanStats.h"
+#include "Core/Scan/UnreadableItems.h"
 #include "Core/Text/Formatting.h"
 #include "Platform/FileStatus.h"
 #include "Views/Components/AccessNotice.h"
@@ -25,6 +26,7 @@
 #include <QMessageBox>
 #include <QVBoxLayout>
 #include <cmath>
+#include <cstdint>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -49,6 +51,12 @@ QString elapsedText(double seconds) {
         return QStringLiteral("%1 s").arg(seconds, 0, 'f', 1);
     const auto whole = static_cast<int>(std::floor(seconds));
     return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QLatin1Char('0'));
+}
+
+/// Above the number that is listed, the count is not kept exact.
+QString unreadableCount(std::int64_t count) {
+    constexpr auto most = static_cast<std::int64_t>(UnreadableItems::mostListed);
+    return count > most ? u"more than %1"_s.arg(text(Fmt::count(most))) : text(Fmt::count(count));
 }
 
 } // namespace
@@ -153,7 +161,7 @@ void ScanBar::addVolumes() {
 void ScanBar::showSession() {
     if (std::exchange(shownRoot_, session_->scanRootPath) != session_->scanRootPath)
         showScanRoot();
-    if (std::exchange(wasScanning_, session_->isScanning) != session_->isScanning)
+    if (std::exchange(wasBusy_, isBusy()) != isBusy())
         showState();
     showFigures();
 }
@@ -176,12 +184,12 @@ void ScanBar::showFigures() {
     elapsed_->setText(elapsedText(session_->scanElapsed));
     unreadable_->setVisible(hasFigures && session_->scanUnreadable > 0);
     unreadable_->setEnabled(!session_->importedFrom); // a list does not say which they are
-    unreadable_->setText(u"%1 unreadable"_s.arg(text(Fmt::count(session_->scanUnreadable))));
+    unreadable_->setText(u"%1 unreadable"_s.arg(unreadableCount(session_->scanUnreadable)));
     if (isRescanning())
         current_->setText(u"Scanning “%1” again"_s.arg(displayedText(session_->rescannedPath)));
     else
         current_->setText(displayedText(session_->scanCurrentPath));
-    progress_->setVisible(session_->isScanning || isRescanning());
+    progress_->setVisible(isBusy());
 }
 
 /// One folder of the tree, in place.
@@ -189,13 +197,19 @@ bool ScanBar::isRescanning() const {
     return !session_->isScanning && !session_->rescannedPath.empty();
 }
 
+bool ScanBar::isBusy() const {
+    return session_->isScanning || isRescanning();
+}
+
 void ScanBar::showState() {
-    scan_->setText(session_->isScanning ? u"Stop"_s : u"Scan"_s);
+    scan_->setText(isBusy() ? u"Stop"_s : u"Scan"_s);
     drawIcons();
 }
 
 void ScanBar::startOrStop() {
-    if (!session_->isScanning)
+    if (isRescanning())
+        session_.stopRescan();
+    else if (!session_->isScanning)
         AccessNotice::beforeLook(*this, [this] { session_.startScan(); });
     else if (session_.scanStats() != nullptr)
         session_.scanStats()->cancel();
@@ -239,8 +253,8 @@ void ScanBar::drawIcons() {
     warning.setColor(QPalette::ButtonText, theme.warning);
     unreadable_->setPalette(warning);
     choose_->setIcon(Icons::icon(QStringLiteral("folder"), theme.text, Metrics::iconSize));
-    scan_->setIcon(Icons::icon(session_->isScanning ? QStringLiteral("square") : QStringLiteral("search"),
-                               theme.onAccent, Metrics::iconSize));
+    scan_->setIcon(Icons::icon(isBusy() ? QStringLiteral("square") : QStringLiteral("search"), theme.onAccent,
+                               Metrics::iconSize));
 }
 
 } // namespace brimvale

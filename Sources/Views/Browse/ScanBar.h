@@ -42,6 +42,7 @@ private:
     void showPlace();
     void showFigures();
     [[nodiscard]] bool isRescanning() const;
+    [[nodiscard]] bool isBusy() const;
     void showState();
     void startOrStop();
     void addVolumes();
@@ -51,7 +52,7 @@ private:
     ScanSession &session_;
     const Volumes &volumes_;
     std::optional<std::string> shownRoot_;
-    std::optional<bool> wasScanning_; ///< the state shown
+    std::optional<bool> wasBusy_; ///< the state shown
     QComboBox *presets_;
     FoldingButton *choose_;
     FoldingButton *scan_;

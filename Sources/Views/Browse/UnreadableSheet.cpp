@@ -115,15 +115,19 @@ UnreadableSheet::UnreadableSheet(const std::vector<UnreadableItem> &items, std::
     words->setWordWrap(true);
     QString sentence = u"Their sizes are missing, so the folders that contain them show “≥” before their "
                        "sizes."_s;
+    const auto listed = static_cast<std::int64_t>(items.size());
+    constexpr auto most = static_cast<std::int64_t>(UnreadableItems::mostListed);
+    const bool isCut = count > most; // and then the count is not kept exact
     if (items.empty())
         sentence += u" This list only counts them."_s;
-    else if (count > static_cast<std::int64_t>(items.size()))
-        sentence +=
-            u" The first %1 are listed."_s.arg(counted(static_cast<std::int64_t>(items.size()), "item"));
+    else if (isCut)
+        sentence += u" The first %1 are listed."_s.arg(counted(listed, "item"));
     words->setText(sentence);
     auto *model = new UnreadableModel(items, this);
     QVBoxLayout *layout = makeLayout();
-    layout->addWidget(makeHeading("unreadableTitle", u"%1 could not be read"_s.arg(counted(count, "item"))));
+    layout->addWidget(makeHeading(
+        "unreadableTitle", u"%1 could not be read"_s.arg(isCut ? u"More than %1"_s.arg(counted(most, "item"))
+                                                               : counted(count, "item"))));
     layout->addWidget(words);
     layout->addWidget(makeTable(*model, this), 1);
     addButtons(*layout, {administrator_, makeCloseButton("close", u"Close"_s)});

@@ -176,6 +176,7 @@ TEST(ScanSession, ScansAFolderAgainWithWhatCouldNotBeRead) {
             stats.addUnreadable(folder.path(std::string(outer) + "/" + inner), EACCES);
             testing::descendant(root, {outer})->holdsUnreadable = true;
         }
+        testing::descendant(root, {"big"})->unreadable = true; // as the top of a walk
         root.holdsUnreadable = true;
     };
     ScanSession session(workers, volumes, held.scan(change));
@@ -186,6 +187,21 @@ TEST(ScanSession, ScansAFolderAgainWithWhatCouldNotBeRead) {
 
     FSNode &root = *session->tree;
     FSNode &big = *testing::descendant(root, {"big"});
+    const FileURL inner(folder.path("big/inner"));
+    session.rescan(inner);
+    session.stopRescan();
+    EXPECT_TRUE(session->rescannedPath.empty());
+    folder.makeFile("big/inner/new", 70'000);
+    session.rescan(FileURL(folder.path("missing")));
+    ASSERT_TRUE(eventually([&] { return session->rescannedPath.empty(); }));
+    EXPECT_EQ(big.fileCount, 1) << "the stopped one changes nothing";
+    EXPECT_TRUE(big.isAtLeast());
+    session.rescan(inner);
+    ASSERT_TRUE(eventually([&] { return session->rescannedPath.empty(); }));
+    EXPECT_EQ(big.fileCount, 2);
+    EXPECT_FALSE(big.isAtLeast()) << "all of it could be read now";
+    std::filesystem::remove(folder.path("big/inner/new"));
+
     folder.makeFile("big/more", 70'000);
     session.rescan(FileURL(big.path()));
     session.rescan(FileURL(folder.path("missing")));

@@ -338,6 +338,13 @@ TEST_F(BrowsePage, ScansAFolderAgainInItsPlace) {
     model.scan.rescan(FileURL(folder.path("big")));
     ASSERT_TRUE(eventually([&] { return model.scan->rescannedPath.empty(); }));
     EXPECT_EQ(outline.focusFolder(), &node({"big"})) << "the nearest ancestor that is left";
+
+    std::filesystem::remove_all(folder.path("small"));
+    model.scan.rescan(FileURL(folder.path()));
+    EXPECT_EQ(find<QPushButton>("scan").text(), "Stop");
+    testing::click(page, "scan");
+    EXPECT_TRUE(model.scan->rescannedPath.empty());
+    EXPECT_EQ(find<QPushButton>("scan").text(), "Scan");
 }
 
 TEST_F(BrowsePage, ShowsAnItemInItsFolder) {
