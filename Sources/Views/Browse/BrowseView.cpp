@@ -125,6 +125,7 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &vol
     connect(&scan_, &ScanSession::replacementBegins, this, [this](const FSNode *folder) {
         if (focus_ != nullptr)
             kept_ = KeptPlaces(*outline_, *folder, focus_);
+        find_->keepSelection();
     });
     connect(&removals_, &Removals::changed, this, &BrowseView::showRemoval);
     showTree();

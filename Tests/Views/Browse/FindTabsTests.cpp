@@ -94,6 +94,19 @@ TEST_F(FindTabs, AreUsedByKeyboard) {
     EXPECT_TRUE(find<OutlineView>("outline").hasFocus());
 }
 
+TEST_F(FindTabs, KeepTheirSelectionWhenAFolderIsScannedAgain) {
+    tabs.setCurrentIndex(1);
+    waitForRows({"big.mkv", "paper.pdf", "small.mp4", "letter.txt"});
+    list.setFocus();
+    key(Qt::Key_End);
+    key(Qt::Key_Up, Qt::ShiftModifier);
+    folder.makeFile("films/new.mkv", 900'000);
+    model.scan.rescan(FileURL(folder.path("films")));
+    waitForRows({"big.mkv", "new.mkv", "paper.pdf", "small.mp4", "letter.txt"});
+    EXPECT_EQ(selected(), (QStringList{"letter.txt", "small.mp4"}));
+    EXPECT_EQ(text("detailName"), "2 items selected");
+}
+
 TEST_F(FindTabs, GroupFilesByTypeAndAge) {
     const auto now = std::filesystem::file_time_type::clock::now();
     std::filesystem::last_write_time(folder.path("texts/old/letter.txt"), now - std::chrono::hours(24 * 500));

@@ -56,8 +56,10 @@ FindView::~FindView() {
 void FindView::showFiles(FindModel::List list, FSNode &folder, const FileFilter &filter,
                          std::uint32_t moment) {
     letGo();
-    if (std::exchange(list_, list) != list)
+    if (std::exchange(list_, list) != list) {
         openGroups_.clear();
+        kept_.clear();
+    }
     folder_ = &folder;
     survey_.emplace(folder, filter, moment);
     timer_.start(0);
@@ -86,7 +88,40 @@ void FindView::advance() {
         if (model_.isGroup(group) && openGroups_.contains(model_.keyOf(group)))
             expand(group);
     }
+    putBackSelection();
     emit hasCounted();
+}
+
+void FindView::keepSelection() {
+    for (const FSNode *node : selectedNodes())
+        kept_.insert(node->path());
+}
+
+void FindView::putBackSelection() {
+    const std::unordered_set<std::string> kept = std::exchange(kept_, {});
+    QItemSelection found;
+    for (const QModelIndex &index : kept.empty() ? QModelIndexList() : shownFiles())
+        if (kept.contains(model_.nodeAt(index)->path()))
+            found.append(QItemSelectionRange(index));
+    if (found.isEmpty())
+        return;
+    selectionModel()->setCurrentIndex(found.first().topLeft(), QItemSelectionModel::NoUpdate);
+    selectionModel()->select(found, QItemSelectionModel::ClearAndSelect);
+}
+
+/// The rows of files, those of closed groups left out.
+QModelIndexList FindView::shownFiles() const {
+    QModelIndexList files;
+    const auto addFrom = [&](const QModelIndex &parent) {
+        for (int row = 0; row < model_.rowCount(parent); ++row)
+            if (const QModelIndex index = model_.index(row, 0, parent); model_.nodeAt(index) != nullptr)
+                files.append(index);
+    };
+    addFrom({});
+    for (int row = 0; row < model_.rowCount(); ++row)
+        if (isExpanded(model_.index(row, 0)))
+            addFrom(model_.index(row, 0));
+    return files;
 }
 
 std::vector<FSNode *> FindView::selectedNodes() const {
@@ -99,17 +134,9 @@ std::vector<FSNode *> FindView::selectedNodes() const {
 
 void FindView::invertSelection() {
     QItemSelection inverted;
-    const auto invertIn = [&](const QModelIndex &parent) {
-        for (int row = 0; row < model_.rowCount(parent); ++row) {
-            const QModelIndex index = model_.index(row, 0, parent);
-            if (model_.nodeAt(index) != nullptr && !selectionModel()->isSelected(index))
-                inverted.append(QItemSelectionRange(index));
-        }
-    };
-    invertIn({});
-    for (int row = 0; row < model_.rowCount(); ++row)
-        if (isExpanded(model_.index(row, 0)))
-            invertIn(model_.index(row, 0));
+    for (const QModelIndex &index : shownFiles())
+        if (!selectionModel()->isSelected(index))
+            inverted.append(QItemSelectionRange(index));
     selectionModel()->select(inverted, QItemSelectionModel::ClearAndSelect);
 }
 

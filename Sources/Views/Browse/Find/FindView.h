@@ -6,6 +6,8 @@
 #include <QTreeView>
 #include <optional>
 #include <set>
+#include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace brimvale {
@@ -24,6 +26,9 @@ public:
     void showFiles(FindModel::List list, FSNode &folder, const FileFilter &filter, std::uint32_t moment);
     /// Drops all rows and all pointers into the tree.
     void letGo();
+    /// Selects the selected files again, by their paths, when the same list has been counted next. Call it
+    /// before they leave the tree.
+    void keepSelection();
 
     /// The selected files, in no particular order.
     [[nodiscard]] std::vector<FSNode *> selectedNodes() const;
@@ -50,13 +55,16 @@ private:
     void advance();
     void open(const QModelIndex &index);
     void toggle(const QModelIndex &group);
+    void putBackSelection();
+    [[nodiscard]] QModelIndexList shownFiles() const;
 
     FindModel model_;
     FindModel::List list_ = FindModel::List::largest;
     FSNode *folder_ = nullptr;
     std::optional<FileSurvey> survey_; ///< while it is counting
     QTimer timer_;
-    std::set<int> openGroups_; ///< by their keys
+    std::set<int> openGroups_;             ///< by their keys
+    std::unordered_set<std::string> kept_; ///< the paths of files to select
 };
 
 } // namespace brimvale
