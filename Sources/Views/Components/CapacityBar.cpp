@@ -9,12 +9,6 @@
 
 namespace brimvale {
 
-namespace {
-
-constexpr int barHeight = 6;
-
-} // namespace
-
 CapacityBar::CapacityBar(QWidget *parent) : QWidget(parent) {
     makeControlsAccessible();
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -26,7 +20,7 @@ void CapacityBar::setUsedShare(double share) {
 }
 
 QSize CapacityBar::sizeHint() const {
-    return {barHeight, barHeight};
+    return {shareBarHeight, shareBarHeight};
 }
 
 void CapacityBar::paintEvent(QPaintEvent *) {

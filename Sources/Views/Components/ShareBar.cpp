@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QRectF>
 #include <algorithm>
 
 namespace brimvale {
@@ -12,8 +13,9 @@ constexpr qreal leastFilled = 2;
 
 } // namespace
 
-void paintShareBar(QPainter &painter, const QRectF &bar, double share, const QColor &track,
+void paintShareBar(QPainter &painter, const QRect &cell, double share, const QColor &track,
                    const QColor &fill) {
+    const QRectF bar(cell.left(), cell.center().y() - shareBarHeight / 2 + 1, cell.width(), shareBarHeight);
     const qreal radius = bar.height() / 2;
     QPainterPath shape;
     shape.addRoundedRect(bar, radius, radius);

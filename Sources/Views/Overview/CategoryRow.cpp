@@ -21,7 +21,6 @@ constexpr int rowHeight = 54;
 constexpr int rowTileSize = 32;
 constexpr int gap = 12;
 constexpr int barWidth = 120;
-constexpr int barHeight = 6;
 constexpr int sizeWidth = 84;
 constexpr int chevronSize = 16;
 
@@ -83,10 +82,7 @@ void CategoryRow::paintEvent(QPaintEvent * /*event*/) {
     painter.setFont(Type::font(Type::Size::body, QFont::Medium));
     painter.setPen(category_.measured ? theme.text : theme.tertiaryText);
     drawAlignedSize(painter, takeRight(row, sizeWidth), measuredSize());
-    const QRect share = takeRight(row, barWidth);
-    const int top = share.center().y() - barHeight / 2 + 1;
-    paintShareBar(painter, QRectF(share.left(), top, share.width(), barHeight), share_, theme.track,
-                  markOn(color, theme.track));
+    paintShareBar(painter, takeRight(row, barWidth), share_, theme.track, markOn(color, theme.track));
 
     painter.setPen(theme.text);
     const QFontMetrics titleMetrics = painter.fontMetrics();

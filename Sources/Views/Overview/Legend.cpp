@@ -3,21 +3,13 @@
 #include "Views/Components/Contrast.h"
 #include "Views/Components/Theme.h"
 
-#include <QFontMetrics>
 #include <QPainter>
 
 namespace brimvale {
 
 namespace {
 
-constexpr int dotSize = 9;
-constexpr int dotGap = 6;
-constexpr int nameGap = 18;
-constexpr int lineHeight = 20;
-
-QFont legendFont() {
-    return Type::font(Type::Size::caption);
-}
+constexpr LegendStyle legendStyle = {.markSize = 9, .markGap = 6, .nameGap = 18, .lineHeight = 20};
 
 } // namespace
 
@@ -36,22 +28,15 @@ void Legend::setSegments(const std::vector<BarSegment> &segments) {
     update();
 }
 
-std::vector<QPoint> Legend::places(int width) const {
-    const QFontMetrics metrics(legendFont());
-    std::vector<QPoint> places;
-    QPoint next;
-    for (const BarSegment &segment : segments_) {
-        const int taken = dotSize + dotGap + metrics.horizontalAdvance(segment.name);
-        if (next.x() > 0 && next.x() + taken > width)
-            next = {0, next.y() + lineHeight};
-        places.push_back(next);
-        next.rx() += taken + nameGap;
-    }
-    return places;
+std::vector<LegendPlace> Legend::places(int width) const {
+    std::vector<QString> names;
+    for (const BarSegment &segment : segments_)
+        names.push_back(segment.name);
+    return legendPlaces(names, legendStyle, width);
 }
 
 int Legend::heightForWidth(int width) const {
-    return segments_.empty() ? 0 : places(width).back().y() + lineHeight;
+    return segments_.empty() ? 0 : places(width).back().name.bottom() + 1;
 }
 
 QSize Legend::sizeHint() const {
@@ -59,18 +44,17 @@ QSize Legend::sizeHint() const {
 }
 
 void Legend::paintEvent(QPaintEvent * /*event*/) {
-    const std::vector<QPoint> where = places(width());
+    const std::vector<LegendPlace> where = places(width());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(legendFont());
     for (std::size_t i = 0; i < segments_.size(); ++i) {
         painter.setPen(markOn(segments_[i].color, Theme::current().card));
         painter.setBrush(segments_[i].color);
-        painter.drawEllipse(QRectF(where[i].x() + 0.5, where[i].y() + (lineHeight - dotSize) / 2.0 + 0.5,
-                                   dotSize - 1, dotSize - 1));
+        painter.drawEllipse(QRectF(where[i].mark).adjusted(0.5, 0.5, -0.5, -0.5));
         painter.setPen(Theme::current().secondaryText);
-        const QRect place(where[i].x() + dotSize + dotGap, where[i].y(), width(), lineHeight);
-        painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, segments_[i].name);
+        painter.drawText(where[i].name, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip,
+                         segments_[i].name);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Views/Components/LegendLayout.h"
 #include "Views/Overview/SegmentedBar.h"
 
 #include <QWidget>
@@ -24,8 +25,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    /// The top left corner of each name, with its dot, in a legend of this width.
-    [[nodiscard]] std::vector<QPoint> places(int width) const;
+    [[nodiscard]] std::vector<LegendPlace> places(int width) const;
 
     std::vector<BarSegment> segments_;
 };

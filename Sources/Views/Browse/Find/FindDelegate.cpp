@@ -1,12 +1,13 @@
 #include "Views/Browse/Find/FindDelegate.h"
 
 #include "Views/Browse/Find/FindModel.h"
+#include "Views/Browse/Outline/OutlineDelegate.h"
+#include "Views/Components/AlignedSize.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/Metrics.h"
 #include "Views/Components/Theme.h"
 
 #include <QPainter>
-#include <QPainterPath>
 #include <algorithm>
 
 namespace brimvale {
@@ -18,27 +19,7 @@ constexpr int edge = 14;
 constexpr int space = 8;
 constexpr int figureWidth = 104;
 constexpr int lineHeight = 18;
-constexpr int shareHeight = 6;
 constexpr int childIndent = 14;
-
-/// The colours of a row, which are others on the accent.
-struct RowColors {
-    QColor text;
-    QColor quiet;
-    QColor bar;
-    QColor track;
-};
-
-RowColors colorsOf(const QStyleOptionViewItem &option) {
-    const Theme &theme = Theme::current();
-    const bool isOnAccent = option.state.testFlag(QStyle::State_Selected) && option.widget != nullptr &&
-                            option.widget->hasFocus();
-    if (!isOnAccent)
-        return {theme.text, theme.secondaryText, theme.accent, theme.track};
-    QColor track = theme.onAccent;
-    track.setAlphaF(0.3F);
-    return {theme.onAccent, theme.onAccent, theme.onAccent, track};
-}
 
 void paintRowGround(QPainter &painter, const QStyleOptionViewItem &option) {
     const Theme &theme = Theme::current();
@@ -62,25 +43,14 @@ void paintLine(QPainter &painter, const QRect &place, Qt::Alignment alignment, T
                      painter.fontMetrics().elidedText(words, Qt::ElideMiddle, std::max(place.width(), 0)));
 }
 
-void paintShareBar(QPainter &painter, const QRect &place, double share, const RowColors &colors) {
-    const int top = place.center().y() - shareHeight / 2 + 1;
-    QRectF bar(place.left(), top, place.width(), shareHeight);
-    QPainterPath shape;
-    shape.addRoundedRect(bar, shareHeight / 2.0, shareHeight / 2.0);
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(shape, colors.track);
-    painter.setClipPath(shape, Qt::IntersectClip);
-    bar.setWidth(share <= 0 ? 0 : std::max(2.0, bar.width() * std::min(share, 1.0)));
-    painter.fillRect(bar, colors.bar);
-    painter.restore();
-}
-
 } // namespace
 
 void FindDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                          const QModelIndex &index) const {
-    const RowColors colors = colorsOf(option);
+    const Theme &theme = Theme::current();
+    const bool isOnAccent = OutlineDelegate::isOnAccent(option);
+    const QColor &words = isOnAccent ? theme.onAccent : theme.text;
+    const QColor &quiet = isOnAccent ? theme.onAccent : theme.secondaryText;
     paintRowGround(*painter, option);
     const QVariant share = index.data(FindModel::shareRole);
     const bool isOpen = option.state.testFlag(QStyle::State_Open);
@@ -90,7 +60,7 @@ void FindDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     QRect row = option.rect.adjusted(edge + (index.parent().isValid() ? childIndent : 0), 0, -edge, 0);
     painter->drawPixmap(
         row.left(), row.center().y() - Metrics::iconSize / 2 + 1,
-        Icons::pixmap(icon, colors.quiet, Metrics::iconSize, painter->device()->devicePixelRatioF()));
+        Icons::pixmap(icon, quiet, Metrics::iconSize, painter->device()->devicePixelRatioF()));
     row.setLeft(row.left() + Metrics::iconSize + space);
 
     const QString second = index.data(FindModel::lineRole).toString();
@@ -99,17 +69,16 @@ void FindDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     const QRect lower = upper.translated(0, lineHeight);
     const QRect name = upper.adjusted(0, 0, -figureWidth - space, 0);
     const QRect figure(row.right() - figureWidth + 1, top, figureWidth, lineHeight);
-    paintLine(*painter, name, Qt::AlignLeft, Type::Size::body, colors.text, index.data().toString());
-    paintLine(*painter, figure, Qt::AlignRight, Type::Size::body, colors.text,
-              index.data(FindModel::sizeRole).toString());
+    paintLine(*painter, name, Qt::AlignLeft, Type::Size::body, words, index.data().toString());
+    drawAlignedSize(*painter, figure, index.data(FindModel::sizeRole).toString()); // in the name's font
     paintLine(*painter, lower.adjusted(0, 0, -figureWidth - space, 0), Qt::AlignLeft, Type::Size::caption,
-              colors.quiet, second);
+              quiet, second);
     const QRect belowFigure = figure.translated(0, lineHeight);
     if (share.isNull())
-        paintLine(*painter, belowFigure, Qt::AlignRight, Type::Size::caption, colors.quiet,
+        paintLine(*painter, belowFigure, Qt::AlignRight, Type::Size::caption, quiet,
                   index.data(FindModel::dateRole).toString());
     else
-        paintShareBar(*painter, belowFigure, share.toDouble(), colors);
+        OutlineDelegate::paintShare(*painter, option, belowFigure, share.toDouble());
 }
 
 QSize FindDelegate::sizeHint(const QStyleOptionViewItem & /*option*/, const QModelIndex & /*index*/) const {

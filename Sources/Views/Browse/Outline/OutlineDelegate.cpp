@@ -21,8 +21,7 @@ namespace brimvale {
 namespace {
 
 constexpr int gap = 8;
-constexpr int narrowestName = 100; ///< including its icon
-constexpr int barHeight = 6;
+constexpr int narrowestName = 100;                 ///< including its icon
 constexpr int nameStart = Metrics::iconSize + gap; ///< of the words in the cell of a name
 constexpr float trackOnAccent = 0.3F;
 
@@ -62,7 +61,7 @@ void OutlineDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     case OutlineColumn::Drawing::name:
         return paintName(*painter, option, node);
     case OutlineColumn::Drawing::bar:
-        return paintShare(*painter, option, shareOfParent(node));
+        return paintShare(*painter, option, option.rect.adjusted(margin, 0, -margin, 0), shareOfParent(node));
     case OutlineColumn::Drawing::figure:
     case OutlineColumn::Drawing::size:
     case OutlineColumn::Drawing::words:
@@ -103,19 +102,14 @@ void OutlineDelegate::paintText(QPainter &painter, const QStyleOptionViewItem &o
                      painter.fontMetrics().elidedText(text, Qt::ElideRight, std::max(place.width(), 0)));
 }
 
-void OutlineDelegate::paintShare(QPainter &painter, const QStyleOptionViewItem &option, double share) const {
+void OutlineDelegate::paintShare(QPainter &painter, const QStyleOptionViewItem &option, const QRect &cell,
+                                 double share) {
     const Theme &theme = Theme::current();
-    const bool onAccent = isOnAccent(option);
-    QRectF bar = option.rect.adjusted(margin, 0, -margin, 0);
-    const int top = option.rect.center().y() - barHeight / 2 + 1;
-    bar.setTop(top);
-    bar.setHeight(barHeight);
-    QColor track = theme.track;
-    if (onAccent) {
-        track = theme.onAccent;
-        track.setAlphaF(trackOnAccent);
-    }
-    paintShareBar(painter, bar, std::clamp(share, 0.0, 1.0), track, onAccent ? theme.onAccent : theme.tint);
+    if (!isOnAccent(option))
+        return paintShareBar(painter, cell, share, theme.track, theme.tint);
+    QColor track = theme.onAccent;
+    track.setAlphaF(trackOnAccent);
+    paintShareBar(painter, cell, share, track, theme.onAccent);
 }
 
 QSize OutlineDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const {

@@ -22,6 +22,10 @@ public:
     /// Whether a row in this state has the accent colour as background.
     [[nodiscard]] static bool isOnAccent(const QStyleOptionViewItem &option);
 
+    /// Paints a share of 0 to 1 as a bar in a cell of such a row.
+    static void paintShare(QPainter &painter, const QStyleOptionViewItem &option, const QRect &cell,
+                           double share);
+
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
@@ -34,7 +38,6 @@ private:
     void paintName(QPainter &painter, const QStyleOptionViewItem &option, const FSNode &node) const;
     void paintText(QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index,
                    const QColor &color) const;
-    void paintShare(QPainter &painter, const QStyleOptionViewItem &option, double share) const;
 };
 
 } // namespace brimvale

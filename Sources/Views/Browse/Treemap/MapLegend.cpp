@@ -1,14 +1,15 @@
 #include "Views/Browse/Treemap/MapLegend.h"
 
 #include "Views/Components/Contrast.h"
+#include "Views/Components/LegendLayout.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
 
-#include <QFontMetrics>
 #include <QPainter>
 #include <QStringList>
 #include <QStyle>
+#include <cstddef>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -17,15 +18,8 @@ namespace brimvale {
 
 namespace {
 
-constexpr int squareSize = 9;
-constexpr int squareGap = 5;
-constexpr int nameGap = 14;
-constexpr int lineHeight = 17;
-constexpr int lines = 2;
-
-QFont legendFont() {
-    return Type::font(Type::Size::caption);
-}
+constexpr LegendStyle legendStyle = {.markSize = 9, .markGap = 5, .nameGap = 14, .lineHeight = 17};
+constexpr int legendHeight = 2 * legendStyle.lineHeight;
 
 } // namespace
 
@@ -46,38 +40,31 @@ void MapLegend::setEntries(std::vector<MapColors::Entry> entries) {
 }
 
 QSize MapLegend::sizeHint() const {
-    return {200, lines * lineHeight};
+    return {200, legendHeight};
 }
 
 QSize MapLegend::minimumSizeHint() const {
-    return {0, lines * lineHeight};
+    return {0, legendHeight};
 }
 
 void MapLegend::paintEvent(QPaintEvent * /*event*/) {
     QPainter painter(this);
     painter.setFont(legendFont());
-    painter.setLayoutDirection(layoutDirection());
-    const QFontMetrics metrics(legendFont());
-    QPoint next;
-    for (const MapColors::Entry &entry : entries_) {
-        const QString name = text(entry.title);
-        const int taken = squareSize + squareGap + metrics.horizontalAdvance(name);
-        if (next.x() > 0 && next.x() + taken > width())
-            next = {0, next.y() + lineHeight};
-        if (next.y() >= height())
-            break;
-        const auto placed = [&](const QRect &rect) {
-            return QStyle::visualRect(layoutDirection(), this->rect(), rect);
-        };
-        const QColor color = toQColor(entry.color);
+    const auto placed = [this](const QRect &place) {
+        return QStyle::visualRect(layoutDirection(), rect(), place);
+    };
+    std::vector<QString> names;
+    for (const MapColors::Entry &entry : entries_)
+        names.push_back(text(entry.title));
+    const std::vector<LegendPlace> places = legendPlaces(names, legendStyle, width());
+    for (std::size_t i = 0; i < places.size() && places[i].name.bottom() < height(); ++i) {
+        const QColor color = toQColor(entries_[i].color);
         painter.setPen(outlineOf(color));
         painter.setBrush(color);
-        painter.drawRect(
-            placed({next.x(), next.y() + (lineHeight - squareSize) / 2, squareSize - 1, squareSize - 1}));
+        painter.drawRect(placed(places[i].mark).adjusted(0, 0, -1, -1));
         painter.setPen(Theme::current().secondaryText);
-        painter.drawText(placed({next.x() + squareSize + squareGap, next.y(), taken, lineHeight}),
-                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, name);
-        next.rx() += taken + nameGap;
+        painter.drawText(placed(places[i].name),
+                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip, names[i]);
     }
 }
 
