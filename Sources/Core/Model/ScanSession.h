@@ -133,6 +133,8 @@ signals:
     void dropped();
 
 private:
+    static constexpr std::chrono::milliseconds sliceOfDetaching{8};
+
     struct Walk {
         std::shared_ptr<ScanStats> stats;
         // Since it began:
@@ -151,6 +153,7 @@ private:
         GonePaths gone = {}; ///< since it began
     };
 
+    [[nodiscard]] static ScanOptions optionsAt(std::uint32_t moment);
     void pollScan();
     void takeResult(const std::shared_ptr<Walk> &walk, std::shared_ptr<FSNode> found);
     void endStopped();
