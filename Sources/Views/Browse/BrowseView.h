@@ -91,6 +91,7 @@ private:
     void moveFocus(FSNode *folder);
     void focusOnParent();
     void focusOnVisited(const std::optional<FileURL> &folder);
+    [[nodiscard]] static bool isInTree(const FSNode &node);
     void select(const std::vector<FSNode *> &nodes);
     void selectNode(FSNode *node);
     void showDetails(std::vector<FSNode *> nodes, bool isSelected);

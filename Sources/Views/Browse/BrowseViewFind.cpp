@@ -1,11 +1,8 @@
 #include "Core/Model/ScanSession.h"
-#include "Core/Removal/NodesToRemove.h"
 #include "Views/Browse/BrowseView.h"
-#include "Views/Browse/DetailPanel.h"
 #include "Views/Browse/Find/FindView.h"
 #include "Views/Browse/Find/TabStrip.h"
 #include "Views/Browse/Outline/OutlineView.h"
-#include "Views/Browse/SelectionCheck.h"
 #include "Views/Browse/Treemap/TreemapView.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
@@ -104,10 +101,9 @@ void BrowseView::showMatches() {
     const FilterResult &result = outlineModel_.filterResult();
     QString words;
     if (!outlineModel_.fileFilter().acceptsAll())
-        words = counted(result.matches.count, "match")
-                    .replace(u"matchs"_s, u"matches"_s)
-                    .append(u", "_s)
-                    .append(sizeText(result.matches.bytes));
+        words = u"%1 %2, %3"_s.arg(text(Fmt::count(result.matches.count)),
+                                   result.matches.count == 1 ? u"match"_s : u"matches"_s,
+                                   sizeText(result.matches.bytes));
     if (result.unsearched > 0)
         words.append(u". %1 not searched."_s.arg(
             result.unsearched == 1 ? u"1 small file was"_s
@@ -127,16 +123,12 @@ void BrowseView::markMatches() {
 /// Whether a tile is, is in, or contains something that the filter accepts. The tile for all smaller items
 /// has no marks of its own, so the children without a tile are looked at.
 bool BrowseView::leadsMapToMatch(const FSNode &node) const {
-    if (!node.isAggregate || focus_ == nullptr || node.parent() != focus_)
-        return !outlineModel_.hides(node);
-    const auto children = focus_->children();
-    const bool isRow = std::any_of(children.begin(), children.end(),
-                                   [&](const auto &child) { return child.get() == &node; });
-    if (isRow)
+    if (isInTree(node))
         return !outlineModel_.hides(node);
     std::unordered_set<const FSNode *> tiles;
     for (const TreemapTile &tile : treemap_->tiles())
         tiles.insert(tile.node);
+    const auto children = focus_->children();
     return std::any_of(children.begin(), children.end(), [&](const auto &child) {
         return child->size > 0 && !tiles.contains(child.get()) && !outlineModel_.hides(*child);
     });
@@ -173,15 +165,6 @@ void BrowseView::invertSelection() {
         find_->invertSelection();
     else
         invertRows(*outline_, outlineModel_);
-}
-
-/// What the guards or a storage category keep is not gathered, so this waits for the check.
-void BrowseView::addToBasket() {
-    isBasketAsked_ = check_->isPending();
-    if (isBasketAsked_ || check_->objection() || toRemove_.empty())
-        return;
-    emit basketAsked(entriesOf(toRemove_));
-    details_->showNotice(u"Added to the basket."_s);
 }
 
 QWidget *BrowseView::currentList() const {

@@ -1,10 +1,10 @@
 #include "Views/Browse/Find/FindModel.h"
 
+#include "Views/Browse/Outline/OutlineColumns.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -22,10 +22,6 @@ QString titleOf(std::string_view words) {
 
 QString restText(const FileFigures &rest) {
     return u"and "_s + counted(rest.count, "smaller file");
-}
-
-QString dateText(std::uint32_t modified) {
-    return modified == 0 ? QString() : text(Fmt::relativeDate(Date(std::chrono::seconds(modified))));
 }
 
 } // namespace
@@ -190,7 +186,7 @@ QVariant FindModel::fileData(const FSNode &file, int role) const {
     case lineRole:
         return placeOf(file);
     case dateRole:
-        return dateText(file.modified);
+        return modifiedText(file);
     case iconRole:
         return nodeIconName(file);
     case Qt::ToolTipRole:
@@ -198,7 +194,7 @@ QVariant FindModel::fileData(const FSNode &file, int role) const {
     case Qt::AccessibleTextRole:
         return u"%1, %2, in %3, changed %4"_s.arg(displayedName(file), sizeText(file.size), placeOf(file),
                                                   file.modified == 0 ? u"at an unknown time"_s
-                                                                     : dateText(file.modified));
+                                                                     : modifiedText(file));
     default:
         return {};
     }

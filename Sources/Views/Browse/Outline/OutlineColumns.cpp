@@ -58,11 +58,6 @@ QString percentText(const FSNode &node) {
     return u"%1%"_s.arg(percent, 0, 'f', 1);
 }
 
-QString modifiedText(const FSNode &node) {
-    return node.modified == 0 ? QString()
-                              : text(Fmt::relativeDate(Date(std::chrono::seconds(node.modified))));
-}
-
 OutlineColumn columnOfNames() {
     return {u"Name"_s,
             u"Name"_s,
@@ -181,6 +176,11 @@ double shareOfParent(const FSNode &node) {
     return parent == nullptr || parent->size < 1
                ? 0
                : static_cast<double>(node.size) / static_cast<double>(parent->size);
+}
+
+QString modifiedText(const FSNode &node) {
+    return node.modified == 0 ? QString()
+                              : text(Fmt::relativeDate(Date(std::chrono::seconds(node.modified))));
 }
 
 } // namespace brimvale
