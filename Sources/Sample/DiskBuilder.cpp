@@ -131,8 +131,9 @@ void DiskBuilder::makeFiles(std::span<const SizedFile> files) {
         makeFile(file.path, file.kilobytes * kilobyte, file.days);
 }
 
-void DiskBuilder::makeFiles(std::span<const ManyFiles> all) {
-    for (const ManyFiles &many : all) {
+void DiskBuilder::makeFiles(const SpaceFiles &files) {
+    makeFiles(files.sized);
+    for (const ManyFiles &many : files.many) {
         const std::string start = std::string(many.folder).append("/").append(many.before);
         const int span = many.oldestDays - many.newestDays;
         const int count = std::max(many.count / static_cast<int>(divisor_), 1);
@@ -177,13 +178,13 @@ void DiskBuilder::dateFolders() {
             setDate(folder, days);
 }
 
-std::int64_t bytesOf(std::span<const SizedFile> files, std::span<const ManyFiles> many) {
-    std::int64_t bytes = 0;
-    for (const SizedFile &file : files)
-        bytes += file.kilobytes * kilobyte;
+std::int64_t SpaceFiles::bytes() const {
+    std::int64_t kilobytes = 0;
+    for (const SizedFile &file : sized)
+        kilobytes += file.kilobytes;
     for (const ManyFiles &one : many)
-        bytes += one.kilobytes * kilobyte * one.count;
-    return bytes;
+        kilobytes += one.kilobytes * one.count;
+    return kilobytes * kilobyte;
 }
 
 } // namespace brimvale::sample

@@ -32,6 +32,15 @@ struct ManyFiles {
     int oldestDays;
 };
 
+/// All files of a disk that only take space.
+struct SpaceFiles {
+    std::span<const SizedFile> sized;
+    std::span<const ManyFiles> many;
+
+    /// The bytes that they take undivided.
+    [[nodiscard]] std::int64_t bytes() const;
+};
+
 /// Makes the entries of a disk in a folder. The first failure is kept, and nothing is made after it.
 class DiskBuilder {
 public:
@@ -47,7 +56,7 @@ public:
 
     /// Makes files whose space is all allocated, and their missing folders.
     void makeFiles(std::span<const SizedFile> files);
-    void makeFiles(std::span<const ManyFiles> all);
+    void makeFiles(const SpaceFiles &files);
     void makeFile(std::string_view path, std::int64_t bytes, int days);
 
     void writeFile(std::string_view path, std::string_view content, int days);
@@ -77,8 +86,5 @@ private:
     std::map<std::string, int, std::less<>> folders_; ///< the days since the newest entry was made in each
     std::optional<FileError> failure_;
 };
-
-/// The bytes that these files take.
-[[nodiscard]] std::int64_t bytesOf(std::span<const SizedFile> files, std::span<const ManyFiles> many);
 
 } // namespace brimvale::sample

@@ -88,7 +88,6 @@ void makeSnapshots(DiskBuilder &disk, Date now) {
 void makeLinuxDisk(DiskBuilder &disk) {
     const Date today = disk.today();
     disk.makeFiles(linuxFiles());
-    disk.makeFiles(manyLinuxFiles());
     makeLinuxApps(disk);
     makeLinuxTools(disk);
     makeSettings(disk);

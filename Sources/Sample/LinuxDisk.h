@@ -2,15 +2,12 @@
 
 #include "Sample/DiskBuilder.h"
 
-#include <span>
-
 namespace brimvale::sample {
 
 inline constexpr const char *linuxHome = "/home/sam";
 
 /// The files of the sample that only take space.
-[[nodiscard]] std::span<const SizedFile> linuxFiles();
-[[nodiscard]] std::span<const ManyFiles> manyLinuxFiles();
+[[nodiscard]] SpaceFiles linuxFiles();
 
 /// Makes the applications of each kind, with what they leave in the home.
 void makeLinuxApps(DiskBuilder &disk);

@@ -178,12 +178,8 @@ constexpr ManyFiles manyFiles[] = {
 
 } // namespace
 
-std::span<const SizedFile> linuxFiles() {
-    return sizedFiles;
-}
-
-std::span<const ManyFiles> manyLinuxFiles() {
-    return manyFiles;
+SpaceFiles linuxFiles() {
+    return {sizedFiles, manyFiles};
 }
 
 } // namespace brimvale::sample

@@ -72,7 +72,6 @@ void makeMacApps(DiskBuilder &disk) {
 
 void makeMacDisk(DiskBuilder &disk) {
     disk.makeFiles(macFiles());
-    disk.makeFiles(manyMacFiles());
     makeMacApps(disk);
     makeMacMessages(disk);
     makeMacTools(disk);

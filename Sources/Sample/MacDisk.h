@@ -2,15 +2,12 @@
 
 #include "Sample/DiskBuilder.h"
 
-#include <span>
-
 namespace brimvale::sample {
 
 inline constexpr const char *macHome = "/Users/sam";
 
 /// The files of the sample that only take space.
-[[nodiscard]] std::span<const SizedFile> macFiles();
-[[nodiscard]] std::span<const ManyFiles> manyMacFiles();
+[[nodiscard]] SpaceFiles macFiles();
 
 /// Makes the applications with what they leave in the home.
 void makeMacApps(DiskBuilder &disk);

@@ -95,12 +95,8 @@ constexpr ManyFiles manyFilesOfMac[] = {
 
 } // namespace
 
-std::span<const SizedFile> macFiles() {
-    return sizedMacFiles;
-}
-
-std::span<const ManyFiles> manyMacFiles() {
-    return manyFilesOfMac;
+SpaceFiles macFiles() {
+    return {sizedMacFiles, manyFilesOfMac};
 }
 
 } // namespace brimvale::sample

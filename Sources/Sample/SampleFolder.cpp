@@ -96,8 +96,7 @@ std::optional<std::int64_t> divisorFor(std::int64_t bytes, const FileURL &folder
 
 std::optional<std::string> build(System system, const FileURL &disk, Date today) {
     const bool isMac = system == System::macOS;
-    const std::int64_t bytes =
-        isMac ? bytesOf(macFiles(), manyMacFiles()) : bytesOf(linuxFiles(), manyLinuxFiles());
+    const std::int64_t bytes = (isMac ? macFiles() : linuxFiles()).bytes();
     const std::optional<std::int64_t> divisor = divisorFor(bytes, disk.parent());
     if (!divisor)
         return "There is not enough free space for the sample: it takes at least 500 MB.";
