@@ -11,7 +11,9 @@
 #include <gmock/gmock.h>
 #include <map>
 #include <set>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace brimvale::linuxApps {
 
@@ -133,66 +135,21 @@ constexpr WellKnown programs[] = {
     {"com.github.xournalpp.xournalpp", "Xournal++", "xournalpp", "C/xournalpp;H/xournalpp"},
 };
 
-/// What many programs share and some make first.
-const char *const sharedFiles[] = {"C/QtProject.conf",
-                                   "C/dconf",
-                                   "C/enchant",
-                                   "C/evolution/sources",
-                                   "C/gtk-3.0",
-                                   "C/gtkrc-2.0",
-                                   "C/ibus",
-                                   "C/kactivitymanagerdrc",
-                                   "C/kateschemarc",
-                                   "C/katevirc",
-                                   "C/kcminputrc",
-                                   "C/kconf_updaterc",
-                                   "C/kdeglobals",
-                                   "C/kglobalshortcutsrc",
-                                   "C/khotkeysrc",
-                                   "C/ktimezonedrc",
-                                   "C/kwinrulesrc",
-                                   "C/kxkbrc",
-                                   "C/lxqt",
-                                   "C/mimeapps.list",
-
-                                   "C/pulse",
-                                   "C/session",
-                                   "C/xfce4/panel",
-                                   "C/xfce4/xfconf/xfce-perchannel-xml/xsettings.xml",
-                                   "D/applications",
-                                   "D/baloo",
-                                   "D/grilo-plugins",
-                                   "D/gvfs-metadata",
-                                   "D/icc",
-                                   "D/kactivitymanagerd",
-                                   "D/keyrings",
-                                   "D/krunnerstaterc",
-                                   "D/phishingurl",
-                                   "D/recently-used.xbel",
-                                   "D/user-places.xbel.bak",
-                                   "D/user-places.xbel.tbcache",
-                                   "D/webkitgtk",
-                                   "H/babl",
-                                   "H/fontconfig",
-                                   "H/gegl-0.4",
-                                   "H/gstreamer-1.0",
-                                   "H/icon-cache.kcache",
-                                   "H/kio_http",
-                                   "H/ksplash",
-                                   "H/ksycoca5_en_BgiPP9SOHXaaNSfLi85Y3Dm7LUw=",
-                                   "H/mesa_shader_cache",
-                                   "H/qtshadercache-x86_64-little_endian-lp64",
-                                   "H/sessions",
-                                   "H/shumate",
-                                   "H/thumbnails",
-                                   "~/.bashrc",
-                                   "~/.gnupg",
-                                   "~/.java",
-                                   "~/.pki",
-                                   "~/.ssh"};
+/// What many programs share and some make first, written like theirs.
+constexpr std::string_view sharedFiles =
+    "C/QtProject.conf;C/dconf;C/enchant;C/evolution/sources;C/gtk-3.0;C/gtkrc-2.0;C/ibus;"
+    "C/kactivitymanagerdrc;C/kateschemarc;C/katevirc;C/kcminputrc;C/kconf_updaterc;C/kdeglobals;"
+    "C/kglobalshortcutsrc;C/khotkeysrc;C/ktimezonedrc;C/kwinrulesrc;C/kxkbrc;C/lxqt;C/mimeapps.list;"
+    "C/pulse;C/session;C/xfce4/panel;C/xfce4/xfconf/xfce-perchannel-xml/xsettings.xml;D/applications;"
+    "D/baloo;D/grilo-plugins;D/gvfs-metadata;D/icc;D/kactivitymanagerd;D/keyrings;D/krunnerstaterc;"
+    "D/phishingurl;D/recently-used.xbel;D/user-places.xbel.bak;D/user-places.xbel.tbcache;D/webkitgtk;"
+    "H/babl;H/fontconfig;H/gegl-0.4;H/gstreamer-1.0;H/icon-cache.kcache;H/kio_http;H/ksplash;"
+    "H/ksycoca5_en_BgiPP9SOHXaaNSfLi85Y3Dm7LUw=;H/mesa_shader_cache;"
+    "H/qtshadercache-x86_64-little_endian-lp64;H/sessions;H/shumate;H/thumbnails;~/.bashrc;~/.gnupg;"
+    "~/.java;~/.pki;~/.ssh";
 
 /// What is of none of them, with names that say little.
-const char *const otherFiles[] = {"C/Studio", "C/Browser", "D/Player", "~/.app", "C/office"};
+constexpr std::string_view otherFiles = "C/Studio;C/Browser;D/Player;~/.app;C/office";
 
 std::string insideOf(std::string_view file) {
     const std::string rest(file.substr(2));
@@ -208,6 +165,18 @@ std::string insideOf(std::string_view file) {
     default:
         return "home/user/" + rest;
     }
+}
+
+/// Makes files that are written as those of a program. Returns their paths.
+std::vector<std::string> makeFiles(const SampleDesktop &desktop, std::string_view files) {
+    std::vector<std::string> paths;
+    while (!files.empty()) {
+        const std::string inside = insideOf(files.substr(0, files.find(';')));
+        files.remove_prefix(std::min(files.find(';'), files.size() - 1) + 1);
+        desktop.makeFile(inside + "/data", 10);
+        paths.push_back(desktop.path(inside));
+    }
+    return paths;
 }
 
 void install(const SampleDesktop &desktop, const WellKnown &one) {
@@ -249,17 +218,11 @@ std::map<std::string, std::string> makeFilesOfAll(const SampleDesktop &desktop) 
     std::map<std::string, std::string> maker;
     for (const WellKnown &one : programs) {
         install(desktop, one);
-        for (std::string_view rest = one.files; !rest.empty();) {
-            const std::string inside = insideOf(rest.substr(0, rest.find(';')));
-            rest.remove_prefix(std::min(rest.find(';'), rest.size() - 1) + 1);
-            desktop.makeFile(inside + "/data", 10);
-            maker[desktop.path(inside)] = one.id;
-        }
+        for (const std::string &path : makeFiles(desktop, one.files))
+            maker[path] = one.id;
     }
-    for (const char *file : sharedFiles)
-        desktop.makeFile(insideOf(file) + "/data", 10);
-    for (const char *file : otherFiles)
-        desktop.makeFile(insideOf(file) + "/data", 10);
+    makeFiles(desktop, sharedFiles);
+    makeFiles(desktop, otherFiles);
     return maker;
 }
 
