@@ -1,19 +1,27 @@
 // Draws the pictures of README.md: the window with the sample, without a display. Scripts/pictures runs it.
 
+#include "Base/FileURL.h"
 #include "Platform/Host.h"
 #include "Sample/Sample.h"
+#include "Views/Components/SystemAppearance.h"
 #include "Views/Components/Theme.h"
 #include "Views/Window/Application.h"
+#include "Views/Window/ContentView.h"
+#include "Views/Window/Section.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QKeyEvent>
 #include <QPixmap>
 #include <QPushButton>
+#include <QSize>
 #include <QString>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <variant>
 
 namespace brimvale {
