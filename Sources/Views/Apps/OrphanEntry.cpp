@@ -64,13 +64,13 @@ void OrphanEntry::paintEvent(QPaintEvent * /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(hasFocus() && !isChecked() ? QPen(theme.accent, 1.5) : QPen(Qt::NoPen));
     painter.setBrush(isActive       ? theme.accent
-                     : isChecked()  ? theme.track
+                     : isChecked()  ? theme.selection
                      : underMouse() ? theme.hover
                                     : QColor(Qt::transparent));
     painter.drawRoundedRect(QRectF(rect()).adjusted(6, 1, -6, -1), 6, 6);
     painter.drawPixmap(entryMargin + (pictureSpace - symbolSize) / 2,
                        rect().center().y() - symbolSize / 2 + 1,
-                       Icons::pixmap(QStringLiteral("package-x"), isActive ? theme.onAccent : theme.accent,
+                       Icons::pixmap(QStringLiteral("package-x"), isActive ? theme.onAccent : theme.tint,
                                      symbolSize, devicePixelRatioF()));
     QRect line =
         rect().adjusted(entryMargin + pictureSpace + nameGap, lineMargin, -entryMargin, -height() / 2);
