@@ -3,6 +3,7 @@
 #include "Core/Removal/RemovalActions.h"
 #include "Core/Removal/RemovalGate.h"
 #include "Core/Removal/Remover.h"
+#include "Core/Trash/PuttingBack.h"
 #include "Platform/Confinement.h"
 #include "Support/EnvironmentVariable.h"
 #include "Support/TemporaryFolder.h"
@@ -18,8 +19,10 @@ namespace {
 using testing::contentOf;
 using testing::EnvironmentVariable;
 using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 using testing::isThere;
 using testing::listing;
+using ::testing::SizeIs;
 using testing::TemporaryFolder;
 
 /// A folder with a disk, to which the program is confined, beside other items.
@@ -79,11 +82,29 @@ TEST_F(ConfinedProgram, RemovesInsideAndUsesTheTrashThere) {
     EXPECT_TRUE(removed(place.path("disk/home/sam/inside"), RemovalMode::trash).failed.empty());
     EXPECT_FALSE(isThere(place.path("disk/home/sam/inside")));
     EXPECT_TRUE(isThere(place.path("outside/file")));
-    place.makeFile("disk/home/sam/inside", 3);
+}
+
+TEST_F(ConfinedProgram, PutsBackFromTheTrashOfAMac) {
     Host::useSystem(System::macOS);
-    EXPECT_TRUE(removed(place.path("disk/home/sam/inside"), RemovalMode::trash).failed.empty());
+    place.makeFile("disk/home/sam/.Trash/inside", 3);
+    const RemovalResult result = removed(place.path("disk/home/sam/inside"), RemovalMode::trash);
+    EXPECT_THAT(listing(place.path("disk/home/sam/.Trash")), SizeIs(2)) << "The other one stays.";
+    ASSERT_THAT(result.movedToTrash, SizeIs(1));
+    EXPECT_THAT(putBackItems(result.movedToTrash).failed, IsEmpty());
+    EXPECT_TRUE(isThere(place.path("disk/home/sam/inside")));
     Host::useSystem(std::nullopt);
-    EXPECT_TRUE(isThere(place.path("disk/home/sam/.Trash/inside")));
+}
+
+TEST_F(ConfinedProgram, MakesNoTrashThroughALink) {
+    place.makeLink("disk/home/sam/.local", place.path("outside"));
+    place.makeLink("disk/home/way out", place.path("outside"));
+    const auto before = listing(place.path("outside"));
+    EXPECT_THAT(removed(place.path("disk/home/sam/inside"), RemovalMode::trash).failed, SizeIs(1));
+    const EnvironmentVariable home("HOME", place.path("disk/home/way out"));
+    Host::useSystem(System::macOS);
+    EXPECT_THAT(removed(place.path("disk/home/sam/inside"), RemovalMode::trash).failed, SizeIs(1));
+    Host::useSystem(std::nullopt);
+    EXPECT_EQ(listing(place.path("outside")), before);
 }
 
 TEST_F(ConfinedProgram, ProtectsWhatTheSystemProtects) {

@@ -8,6 +8,7 @@
 #include "Platform/ProcessRunner.h"
 
 #include <cerrno>
+#include <optional>
 #include <string_view>
 
 namespace brimvale {
@@ -39,8 +40,8 @@ std::optional<FileError> ConfinedActions::removeItem(const OpenedItem &item, Rem
 Result<TrashedItem> ConfinedActions::moveToTrash(const OpenedItem &item) {
     if (!isWithinConfinement(item.ancestors()))
         return outside(item, FileOperation::trash);
-    if (Host::currentSystem() == System::macOS)
-        return moveToFolderTrash(item, homeFolder().appending(".Trash"));
+    if (const std::optional<FileURL> trash = folderTrash())
+        return moveToFolderTrash(item, *trash);
     return platform_.moveToTrash(item);
 }
 

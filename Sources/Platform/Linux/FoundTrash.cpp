@@ -1,6 +1,5 @@
 #include "Platform/Linux/FoundTrash.h"
 
-#include "Platform/Confinement.h"
 #include "Platform/Folder.h"
 #include "Platform/Linux/MountTable.h"
 #include "Platform/Linux/TrashFolder.h"
@@ -35,8 +34,7 @@ bool isReadOnly(const Descriptor &folder) {
 FoundTrash opened(Descriptor folder, std::string base, bool isInHome) {
     FoundTrash trash;
     const std::optional<Place> place = folder.isOpen() ? placeOf(folder.number()) : std::nullopt;
-    if (!place || !isOwnFolder(folder, *place) || isReadOnly(folder) ||
-        !isWithinConfinement(WayUp::from(folder.number()).folders))
+    if (!place || !isOwnFolder(folder, *place) || isReadOnly(folder) || !isConfined(folder))
         return trash;
     trash.files = openOwn(folder, "files", *place);
     trash.info = openOwn(folder, "info", *place);

@@ -151,6 +151,10 @@ WayUp WayUp::from(int folder) {
     return way;
 }
 
+bool isConfined(const Descriptor &folder) {
+    return isWithinConfinement(WayUp::from(folder.number()).folders);
+}
+
 TrashFolder TrashFolder::forItemsAt(const WayUp &way) {
     TrashFolder trash;
     FileURL home = usualHomeTrash();
@@ -163,17 +167,12 @@ TrashFolder TrashFolder::forItemsAt(const WayUp &way) {
     }
     trash.isInHome = reached.isKnown && reached.isBeside(way.place);
     trash.isInstead = trash.isInstead || (isUsuallyInHome && !trash.isInHome);
-    // The top of the volume is outside a confinement.
-    if (!trash.isInHome && confinement()) {
+    // Before a folder is made: a link on the way may lead out of a confinement.
+    if (!isConfined(trash.isInHome ? reached.folder : way.top)) {
         trash.error = EXDEV;
         return trash;
     }
     const Descriptor folder = trash.isInHome ? openInHome(home) : openAtTop(way);
-    // A link may lead out of a confinement.
-    if (folder.isOpen() && !isWithinConfinement(WayUp::from(folder.number()).folders)) {
-        trash.error = EXDEV;
-        return trash;
-    }
     const std::optional<Place> place = folder.isOpen() ? placeOf(folder.number()) : std::nullopt;
     if (place) {
         trash.identity = place->identity;

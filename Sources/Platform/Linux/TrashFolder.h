@@ -21,6 +21,9 @@ struct WayUp {
     [[nodiscard]] static WayUp from(int folder);
 };
 
+/// Whether an open folder is inside the folder of the program's confinement; true where there is none.
+[[nodiscard]] bool isConfined(const Descriptor &folder);
+
 /// What follows the name of an item in the name of its record.
 constexpr std::string_view trashRecordSuffix = ".trashinfo";
 

@@ -1,5 +1,6 @@
 #include "Platform/PutBack.h"
 
+#include "Platform/FolderTrash.h"
 #include "Platform/Posix/Descriptor.h"
 #include "Platform/Posix/OpenFile.h"
 #include "Platform/Posix/OwnTrash.h"
@@ -61,7 +62,7 @@ private:
 } // namespace
 
 Result<FileURL, int> putBack(const OpenedItem &item, const PlaceToPutBack &place) {
-    if (!isOwnTrash(item.folder()))
+    if (!isOwnTrash(item.folder()) && !isFolderTrash(item.folder()))
         return EINVAL;
     MadeFolders folders(place.folder().descriptor());
     if (const int error = folders.make(place.missing()); error != 0)
