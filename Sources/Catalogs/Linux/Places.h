@@ -29,7 +29,7 @@ public:
 
     /// The paths of these places that exist, each once, whatever its path. Links in the home lead to the
     /// real folder, other links are left out: the system's folders have such second names. A path that was
-    /// taken before is left out, and so are the home and its parent folders.
+    /// taken before is left out, and so are the home and its ancestors.
     [[nodiscard]] std::vector<std::string> take(const std::vector<std::string> &places);
 
     /// Where a path is on the disk of the host; "~" is the home. One in its root or in the home is there
