@@ -44,6 +44,7 @@ struct LeftoverItem {
     bool isCareful = false;      ///< what people make may be inside: mail, saved games, keys
     /// Of no use without the application, of which it is a part: its desktop entry, its icon.
     bool goesWithApp = false;
+    bool isOrphan = false; ///< no installed application claims it
     /// The names of other installed applications with a claim, where the search knows all applications.
     std::vector<std::string> alsoClaimedBy = {};
 

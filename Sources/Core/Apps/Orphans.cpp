@@ -4,7 +4,7 @@
 #include "Catalogs/Catalog.h"
 #include "Core/Apps/AppInventory.h"
 #include "Core/Apps/Linux/ClaimedFiles.h"
-#include "Core/Scan/DiskScanner.h"
+#include "Core/Scan/ScanOptions.h"
 #include "Core/Text/Formatting.h"
 #include "Platform/FileAccess.h"
 #include "Platform/FileStatus.h"
@@ -34,21 +34,12 @@ std::optional<Date> lastChangeOf(const std::string &path, const FileStatus &stat
 
 std::optional<Orphan> orphanAt(const linuxApps::FileClaim &claim, const ScanOptions &measuring,
                                const StopFlag &cancelled) {
-    const FileURL url(claim.path);
     const std::optional<FileStatus> status = fileStatus(claim.path);
     if (!status || status->kind == FileKind::other) // a link may serve another program
         return std::nullopt;
-    const DiskScanner::QuickFigures figures = DiskScanner::quickFigures(claim.path, measuring, cancelled);
-    return Orphan{{.url = url,
-                   .category = claim.category,
-                   .confidence = MatchConfidence::likely,
-                   .size = figures.bytes,
-                   .isFolder = status->kind == FileKind::directory,
-                   .pin = pinOf(url),
-                   .hasLinkedFiles = figures.freedBytes != figures.bytes,
-                   .reason = claim.reason,
-                   .isCareful = claim.isCareful},
-                  lastChangeOf(claim.path, *status)};
+    LeftoverItem item = linuxApps::itemAt(claim, *status, measuring, cancelled);
+    item.isOrphan = true;
+    return Orphan{std::move(item), lastChangeOf(claim.path, *status)};
 }
 
 /// The folders of settings, data and caches that are there but cannot be listed.

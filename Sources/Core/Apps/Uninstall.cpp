@@ -1,9 +1,13 @@
 #include "Core/Apps/Uninstall.h"
 
 #include "Base/Bytes.h"
+#include "Catalogs/CleanupNotes.h"
+#include "Catalogs/ProgramSigns.h"
 #include "Core/Text/Formatting.h"
+#include "Platform/Characters.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <variant>
 
@@ -22,6 +26,17 @@ std::string removedApp(const AppRow &row, bool includeBundle) {
     if (removesBundle(row, includeBundle))
         return row.app.kind == AppKind::bundle ? "the app bundle and " : "the app and ";
     return "";
+}
+
+/// An orphan stays while a program runs that has its name, or that has it open.
+std::shared_ptr<const CleanupNotes> notesOnOrphan(const FileURL &url) {
+    const std::string name(url.fileName());
+    const std::string program = name.substr(name.starts_with('.') ? 1 : 0);
+    return std::make_shared<CleanupNotes>(CleanupNotes{
+        .program = std::make_shared<ProgramSigns>(ProgramSigns{.name = "A program that uses “" + name + "”",
+                                                               .processes = {program, caseFolded(program)},
+                                                               .openFolder = url.path(),
+                                                               .mustNotRun = true})});
 }
 
 bool lists(const AppRow &row, const FileURL &leftover) {
@@ -88,7 +103,8 @@ CleanupEntry entryOf(const LeftoverItem &item) {
             .size = item.size,
             .isFolder = item.isFolder,
             .pin = item.pin,
-            .hasLinkedFiles = item.hasLinkedFiles};
+            .hasLinkedFiles = item.hasLinkedFiles,
+            .notes = item.isOrphan ? notesOnOrphan(item.url) : nullptr};
 }
 
 std::vector<CleanupEntry> entries(const AppRow &row, const std::vector<LeftoverItem> &leftovers,

@@ -130,6 +130,24 @@ TEST_F(OrphansOnThePage, AreSearchedWhenTheyAreOpenedAndRemovedAfterAQuestion) {
     EXPECT_THAT(entry().detail().toStdString(), StartsWith("2 items · "));
 }
 
+TEST_F(OrphansOnThePage, StayWhileAProgramUsesThem) {
+    open();
+    search();
+    desktop.writeFile("proc/77/comm", "oldtool\n");
+    desktop.makeLink("proc/78/fd/3", inHome(".cache/oldgame/x"));
+    tickAll();
+    testing::click(*page, "remove");
+    testing::click(testing::find<QDialog>(*page, "removalSheet"), "confirm");
+    ASSERT_TRUE(testing::waitUntilRemoved(*model));
+    EXPECT_THAT(actions.calls, IsEmpty());
+    EXPECT_EQ(names().size(), 4U);
+    std::vector<std::string> reasons;
+    for (const auto &failed : model->removals->lastResult->failed)
+        reasons.push_back(failed.reason);
+    EXPECT_THAT(reasons, UnorderedElementsAre("A program that uses “oldtool” is running. Quit it first.",
+                                              "A program that uses “oldgame” is running. Quit it first."));
+}
+
 TEST_F(OrphansOnThePage, ShareThePageWithTheApplications) {
     open();
     auto &apps = testing::find<QListView>(*page, "apps");

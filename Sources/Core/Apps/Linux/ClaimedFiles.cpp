@@ -1,9 +1,9 @@
 #include "Core/Apps/Linux/ClaimedFiles.h"
 
 #include "Core/Scan/DiskScanner.h"
-#include "Platform/FileStatus.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace brimvale::linuxApps {
@@ -28,6 +28,22 @@ std::vector<FileClaim> withoutDoubles(std::vector<FileClaim> claims) {
 }
 
 } // namespace
+
+LeftoverItem itemAt(const FileClaim &claim, const FileStatus &status, const ScanOptions &measuring,
+                    const StopFlag &cancelled) {
+    const FileURL url(claim.path);
+    const DiskScanner::QuickFigures figures = DiskScanner::quickFigures(claim.path, measuring, cancelled);
+    return {.url = url,
+            .category = claim.category,
+            .confidence = claim.confidence,
+            .size = figures.bytes,
+            .isFolder = status.kind == FileKind::directory,
+            .pin = pinOf(url),
+            .hasLinkedFiles = figures.freedBytes != figures.bytes,
+            .reason = claim.reason,
+            .isCareful = claim.isCareful,
+            .goesWithApp = claim.goesWithApp};
+}
 
 ClaimedFiles::ClaimedFiles(DesktopPlaces places, DesktopLeftoverRules rules,
                            const std::vector<InstalledApp> &all)
@@ -91,39 +107,30 @@ std::vector<FileClaim> ClaimedFiles::unclaimed() const {
     return claims;
 }
 
-/// The item with its size and with the others that claim it. It is not surely this application's if one of
-/// them has the same right.
-LeftoverItem ClaimedFiles::itemOf(const FileClaim &claim, const std::string &app,
-                                  const StopFlag &cancelled) const {
-    const FileURL url(claim.path);
-    const std::optional<FileStatus> status = fileStatus(claim.path);
-    const DiskScanner::QuickFigures figures = DiskScanner::quickFigures(claim.path, measuring_, cancelled);
-    LeftoverItem item{.url = url,
-                      .category = claim.category,
-                      .confidence = claim.confidence,
-                      .size = figures.bytes,
-                      .requiresAdmin = !isAtOrUnder(claim.path, places_.places().home),
-                      .isFolder = status && status->kind == FileKind::directory,
-                      .pin = pinOf(url),
-                      .hasLinkedFiles = figures.freedBytes != figures.bytes,
-                      .reason = claim.reason,
-                      .isCareful = claim.isCareful,
-                      .goesWithApp = claim.goesWithApp};
-    for (const Claimant &other : othersWith(claim.path, app)) {
+/// Notes the others that claim an item. It is not surely this application's if one of them has the same
+/// right.
+void ClaimedFiles::addOtherClaims(LeftoverItem &item, const std::string &app) const {
+    const MatchConfidence own = item.confidence;
+    for (const Claimant &other : othersWith(item.url.path(), app)) {
         item.alsoClaimedBy.push_back(other.name);
-        if (other.confidence <= claim.confidence)
+        if (other.confidence <= own)
             item.confidence = MatchConfidence::likely;
     }
-    return item;
 }
 
 std::vector<LeftoverItem> ClaimedFiles::leftovers(const InstalledApp &app, const StopFlag &cancelled) const {
     const std::string &path = app.url.path();
+    const std::string &home = places_.places().home;
     std::vector<LeftoverItem> items;
-    for (const FileClaim &claim : withoutDoubles(places_.claimsOf(app)))
-        if (!cancelled.isSet() && fileStatus(claim.path) && !isAtOrUnder(places_.places().home, claim.path) &&
-            !isAtOrUnder(claim.path, path) && !belongsToOther(claim, path))
-            items.push_back(itemOf(claim, path, cancelled));
+    for (const FileClaim &claim : withoutDoubles(places_.claimsOf(app))) {
+        const std::optional<FileStatus> status = fileStatus(claim.path);
+        if (cancelled.isSet() || !status || isAtOrUnder(home, claim.path) || isAtOrUnder(claim.path, path) ||
+            belongsToOther(claim, path))
+            continue;
+        LeftoverItem &item = items.emplace_back(itemAt(claim, *status, measuring_, cancelled));
+        item.requiresAdmin = !isAtOrUnder(claim.path, home);
+        addOtherClaims(item, path);
+    }
     sortLeftovers(items);
     return items;
 }

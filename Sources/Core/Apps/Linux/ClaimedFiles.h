@@ -3,12 +3,17 @@
 #include "Base/StopFlag.h"
 #include "Core/Apps/Linux/FileClaim.h"
 #include "Core/Scan/ScanOptions.h"
+#include "Platform/FileStatus.h"
 
 #include <map>
 #include <string>
 #include <vector>
 
 namespace brimvale::linuxApps {
+
+/// What was found at the path of a claim, measured, with what the claim says of it.
+[[nodiscard]] LeftoverItem itemAt(const FileClaim &claim, const FileStatus &status,
+                                  const ScanOptions &measuring, const StopFlag &cancelled);
 
 /// The files that the applications of a desktop keep outside their packages. What several claim with the same
 /// right is only likely for each of them, and names the others. May serve several threads at once.
@@ -38,8 +43,7 @@ private:
     void note(const InstalledApp &app, const FileClaim &claim);
     [[nodiscard]] bool belongsToOther(const FileClaim &claim, const std::string &app) const;
     [[nodiscard]] std::vector<Claimant> othersWith(const std::string &path, const std::string &app) const;
-    [[nodiscard]] LeftoverItem itemOf(const FileClaim &claim, const std::string &app,
-                                      const StopFlag &cancelled) const;
+    void addOtherClaims(LeftoverItem &item, const std::string &app) const;
 
     LeftoverPlaces places_;
     ScanOptions measuring_;
