@@ -5,6 +5,8 @@
 #include "CommandLine/ProgressLine.h"
 #include "CommandLine/TreeReport.h"
 #include "Core/Scan/DiskScanner.h"
+#include "Platform/Confinement.h"
+#include "Platform/Host.h"
 
 #include <array>
 #include <chrono>
@@ -72,6 +74,12 @@ ScanOptions optionsOf(const Arguments &arguments) {
     return options;
 }
 
+/// The folder that is scanned if none is given. A sample is shown in place of the computer, and its home in
+/// place of the current folder.
+std::string usualFolder() {
+    return confinement() ? homeFolder().path() : ".";
+}
+
 ExitStatus runScan(const Arguments &arguments, Output &output) {
     if (const std::optional<std::string> fault = faultOfReport(arguments))
         return refuseUsage(*fault, &scanCommand);
@@ -80,7 +88,8 @@ ExitStatus runScan(const Arguments &arguments, Output &output) {
             return refuseUsage("a folder is either scanned or read with \"--import\"", &scanCommand);
         return reportFile(*file, arguments, output);
     }
-    const std::string_view typed = arguments.operands().empty() ? "." : arguments.operands().front();
+    const std::string typed =
+        arguments.operands().empty() ? usualFolder() : std::string(arguments.operands().front());
     const auto place = placeToScan(typed);
     if (const auto *error = std::get_if<FileError>(&place)) {
         printPathError(typed, *error);

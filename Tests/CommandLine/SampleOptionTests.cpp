@@ -31,6 +31,9 @@ TEST(SampleOption, ShowsTheSampleAndChangesNothingElse) {
     EXPECT_THAT(cleanup.out, HasSubstr("\"" + disk + "/home/sam/.cache/pip/http-v2\""));
     EXPECT_EQ(cleanup.out.find("\"" + place.path("home") + "\""), std::string::npos);
 
+    const auto scan = runProgram({"--sample", "scan", "--json", "--depth=0"}, inPlace);
+    EXPECT_THAT(scan.out, HasSubstr("\"path\":\"" + disk + "/home/sam\""));
+
     const auto uninstall = runProgram({"--sample", "uninstall", "org.kde.krita", "--yes"}, inPlace);
     EXPECT_EQ(uninstall.status, 0) << uninstall.err;
     EXPECT_FALSE(isThere(disk + "/home/sam/.local/share/flatpak/app/org.kde.krita"));
