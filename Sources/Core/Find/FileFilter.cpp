@@ -70,7 +70,7 @@ std::optional<std::uint32_t> timeIn(std::string_view text) {
     static constexpr std::array units{Unit{'d', day}, Unit{'w', 7 * day}, Unit{'m', 30 * day},
                                       Unit{'y', 365 * day}};
     if (text == "6m" || text == "6M") // half a year, as in the ages
-        return static_cast<std::uint32_t>(182 * day);
+        return rangeOf(FileAge::halfYear).second;
     const std::optional<double> seconds = amount(text, units);
     if (!seconds || *seconds > std::numeric_limits<std::uint32_t>::max())
         return std::nullopt;
@@ -133,51 +133,65 @@ std::variant<FileFilter, FileFilter::Fault> FileFilter::read(std::string_view te
 std::variant<FileFilter, FileFilter::Fault> FileFilter::read(const std::vector<std::string> &terms,
                                                              std::uint32_t moment) {
     FileFilter filter;
-    for (const std::string &term : terms) {
-        Fault fault;
-        if (!term.empty() && !filter.readTerm(term, moment, fault.sentence))
-            return fault;
-    }
+    for (const std::string &term : terms)
+        if (!term.empty())
+            if (std::optional<Fault> fault = filter.readTerm(term, moment))
+                return *std::move(fault);
     return filter;
 }
 
-/// Reads one term; false with the reason if it is wrong.
-bool FileFilter::readTerm(std::string_view term, std::uint32_t moment, std::string &fault) {
-    if (term.front() == '>' || term.front() == '<') {
-        const std::optional<std::int64_t> bytes = sizeIn(term.substr(1));
-        if (!bytes)
-            fault = quoted(term) + " is not a size. Write >100M or <1.5G, for example.";
-        else if (term.front() == '>')
-            moreThan_ = std::max(moreThan_, *bytes);
-        else
-            lessThan_ = std::min(lessThan_, *bytes);
-    } else if (startsWith(term, "older:") || startsWith(term, "newer:")) {
-        const std::optional<std::uint32_t> seconds = timeIn(term.substr(6));
-        const std::uint32_t then = moment - std::min(moment, seconds.value_or(0));
-        if (!seconds)
-            fault =
-                quoted(term) + " is not a time. Write older:1y or newer:2w, for example, with d, w, m or y.";
-        else if (lowered(term.front()) == 'o')
-            changedBefore_ = std::min(changedBefore_.value_or(then), then);
-        else
-            changedAfter_ = std::max(changedAfter_.value_or(then), then);
-    } else if (startsWith(term, "type:")) {
-        std::bitset<fileTypeCount> types;
-        for (std::string_view keys = term.substr(5); fault.empty();) {
-            const std::size_t length = std::min(keys.find(','), keys.size());
-            if (const std::optional<FileType> type = fileTypeWithKey(keys.substr(0, length)))
-                types.set(static_cast<std::size_t>(*type));
-            else
-                fault = quoted(keys.substr(0, length)) + " is not a type. Types are " + typeList() + ".";
-            if (length == keys.size())
-                break;
-            keys.remove_prefix(length + 1);
-        }
-        types_ &= types;
-    } else {
-        words_.push_back({comparable(term).toStdU16String(), isAscii(term) ? loweredText(term) : ""});
+/// Reads one term; what is wrong with it, if anything.
+std::optional<FileFilter::Fault> FileFilter::readTerm(std::string_view term, std::uint32_t moment) {
+    constexpr std::string_view older = "older:", newer = "newer:", type = "type:";
+    if (term.front() == '>' || term.front() == '<')
+        return readSize(term);
+    if (startsWith(term, older) || startsWith(term, newer))
+        return readTime(term, moment);
+    if (startsWith(term, type))
+        return readTypes(term.substr(type.size()));
+    words_.push_back({comparable(term).toStdU16String(), isAscii(term) ? loweredText(term) : ""});
+    return std::nullopt;
+}
+
+std::optional<FileFilter::Fault> FileFilter::readSize(std::string_view term) {
+    const std::optional<std::int64_t> bytes = sizeIn(term.substr(1));
+    if (!bytes)
+        return Fault{quoted(term) + " is not a size. Write >100M or <1.5G, for example."};
+    if (term.front() == '>')
+        moreThan_ = std::max(moreThan_, *bytes);
+    else
+        lessThan_ = std::min(lessThan_, *bytes);
+    return std::nullopt;
+}
+
+std::optional<FileFilter::Fault> FileFilter::readTime(std::string_view term, std::uint32_t moment) {
+    const std::optional<std::uint32_t> seconds = timeIn(term.substr(term.find(':') + 1));
+    if (!seconds)
+        return Fault{quoted(term) +
+                     " is not a time. Write older:1y or newer:2w, for example, with d, w, m or y."};
+    const std::uint32_t then = moment - std::min(moment, *seconds);
+    if (lowered(term.front()) == 'o')
+        changedBefore_ = std::min(changedBefore_.value_or(then), then);
+    else
+        changedAfter_ = std::max(changedAfter_.value_or(then), then);
+    return std::nullopt;
+}
+
+/// Reads keys with commas between them.
+std::optional<FileFilter::Fault> FileFilter::readTypes(std::string_view keys) {
+    std::bitset<fileTypeCount> types;
+    for (;;) {
+        const std::string_view key = keys.substr(0, keys.find(','));
+        const std::optional<FileType> type = fileTypeWithKey(key);
+        if (!type)
+            return Fault{quoted(key) + " is not a type. Types are " + typeList() + "."};
+        types.set(static_cast<std::size_t>(*type));
+        if (key.size() == keys.size())
+            break;
+        keys.remove_prefix(key.size() + 1);
     }
-    return fault.empty();
+    types_ &= types;
+    return std::nullopt;
 }
 
 bool FileFilter::hasConditions() const {
@@ -228,7 +242,7 @@ std::optional<bool> FileFilter::acceptsSmall(FileType type, FileAge age, std::in
         const bool isNewer = isOlder == false && age != FileAge::unknown;
         isOfAge = !isOlder ? std::nullopt : isNewer ? isOfAge : std::optional(false);
     }
-    if (isOfAge == false || !isOfAge || (!sizeMatters && !hasWords()))
+    if (isOfAge != true || (!sizeMatters && !hasWords()))
         return isOfAge;
     return std::nullopt;
 }

@@ -61,7 +61,10 @@ private:
         std::string ascii;   ///< the same, where it has nothing but ASCII
     };
 
-    bool readTerm(std::string_view term, std::uint32_t moment, std::string &fault);
+    std::optional<Fault> readTerm(std::string_view term, std::uint32_t moment);
+    std::optional<Fault> readSize(std::string_view term);
+    std::optional<Fault> readTime(std::string_view term, std::uint32_t moment);
+    std::optional<Fault> readTypes(std::string_view keys);
     [[nodiscard]] bool matchesName(std::string_view name) const;
     [[nodiscard]] bool matchesFigures(std::int64_t bytes, std::uint32_t modified) const;
 
