@@ -3,6 +3,7 @@
 #include "Core/Export/TreeVisit.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <unordered_map>
@@ -125,31 +126,56 @@ private:
     /// A new item that was elsewhere before is moved; of any other, what was moved into it is told apart.
     void tellNew(const FSNode &top) {
         std::int64_t movedInside = 0;
+        const auto isMoved = [&](const FSNode &node) {
+            const FSNode *earlier = earlierOf(node);
+            if (earlier == nullptr || isTaken(*earlier))
+                return false;
+            taken_.insert(earlier);
+            movedInside += node.size;
+            changes_.push_back({.kind = TreeChange::Kind::moved,
+                                .path = node.path(),
+                                .earlier = earlier->path(),
+                                .isFolder = node.isDirectory,
+                                .before = earlier->size,
+                                .after = node.size});
+            return true;
+        };
+        if (!findMoved(top, isMoved))
+            changes_.push_back({.kind = TreeChange::Kind::appeared,
+                                .path = top.path(),
+                                .isFolder = top.isDirectory,
+                                .after = top.size - movedInside});
+    }
+
+    void tellGone(const FSNode &top) {
+        std::int64_t movedAway = 0;
+        const auto isMoved = [&](const FSNode &node) {
+            const bool wasTaken = taken_.contains(&node);
+            movedAway += wasTaken ? node.size : 0;
+            return wasTaken;
+        };
+        if (!findMoved(top, isMoved))
+            changes_.push_back({.kind = TreeChange::Kind::gone,
+                                .path = top.path(),
+                                .isFolder = top.isDirectory,
+                                .before = top.size - movedAway});
+    }
+
+    /// Calls `isMoved` for a node and its descendants, except for those of one that is. Returns whether the
+    /// node itself is.
+    template<class IsMoved>
+    static bool findMoved(const FSNode &top, IsMoved isMoved) {
+        if (isMoved(top))
+            return true;
         std::vector<const FSNode *> waiting{&top};
         while (!waiting.empty()) {
             const FSNode &node = *waiting.back();
             waiting.pop_back();
-            const FSNode *earlier = earlierOf(node);
-            if (earlier != nullptr && !isTaken(*earlier)) {
-                taken_.insert(earlier);
-                movedInside += node.size;
-                changes_.push_back({.kind = TreeChange::Kind::moved,
-                                    .path = node.path(),
-                                    .earlier = earlier->path(),
-                                    .isFolder = node.isDirectory,
-                                    .before = earlier->size,
-                                    .after = node.size});
-                if (&node == &top)
-                    return;
-                continue;
-            }
             for (const std::unique_ptr<FSNode> &child : node.children())
-                waiting.push_back(child.get());
+                if (!isMoved(*child))
+                    waiting.push_back(child.get());
         }
-        changes_.push_back({.kind = TreeChange::Kind::appeared,
-                            .path = top.path(),
-                            .isFolder = top.isDirectory,
-                            .after = top.size - movedInside});
+        return false;
     }
 
     [[nodiscard]] bool isTaken(const FSNode &gone) const {
@@ -157,27 +183,6 @@ private:
             if (taken_.contains(node))
                 return true;
         return false;
-    }
-
-    void tellGone(const FSNode &top) {
-        std::int64_t movedAway = 0;
-        std::vector<const FSNode *> waiting{&top};
-        while (!waiting.empty()) {
-            const FSNode &node = *waiting.back();
-            waiting.pop_back();
-            if (taken_.contains(&node)) {
-                movedAway += node.size;
-                if (&node == &top)
-                    return;
-                continue;
-            }
-            for (const std::unique_ptr<FSNode> &child : node.children())
-                waiting.push_back(child.get());
-        }
-        changes_.push_back({.kind = TreeChange::Kind::gone,
-                            .path = top.path(),
-                            .isFolder = top.isDirectory,
-                            .before = top.size - movedAway});
     }
 
     std::vector<std::pair<const FSNode *, const FSNode *>> folders_; ///< to compare
