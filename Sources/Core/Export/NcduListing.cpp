@@ -2,11 +2,10 @@
 
 #include "Base/Version.h"
 #include "Core/Export/NcduNames.h"
+#include "Core/Export/OwnFigures.h"
 #include "Core/Export/TreeVisit.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -44,27 +43,21 @@ bool isOnOtherVolume(const FSNode &folder) {
 
 /// Why the scan has nothing of this folder, in ncdu's words; empty for all others.
 std::string_view exclusionOf(const FSNode &node) {
+    constexpr std::string_view leftOut = "pattern"; // for its name
+    constexpr std::string_view otherVolume = "otherfs";
     if (node.isNotDescended)
-        return node.skipReason == SkipReason::managed || node.skipReason == SkipReason::leftOut
-                   ? NcduNames::leftOut
-                   : NcduNames::otherVolume;
-    return isOnOtherVolume(node) ? NcduNames::otherVolume : "";
-}
-
-/// The part of a figure that no child has: all of it for a file, and most often nothing for a folder.
-std::int64_t ownPart(const FSNode &node, std::int64_t FSNode::*figure) {
-    std::int64_t own = node.*figure;
-    for (const std::unique_ptr<FSNode> &child : node.children())
-        own -= (*child).*figure;
-    return std::max<std::int64_t>(own, 0);
+        return node.skipReason == SkipReason::managed || node.skipReason == SkipReason::leftOut ? leftOut
+                                                                                                : otherVolume;
+    return isOnOtherVolume(node) ? otherVolume : "";
 }
 
 std::string infoOf(const FSNode &node, std::string_view exclusion) {
     const bool isRoot = node.parent() == nullptr;
     std::string info = "{\"name\":";
     appendText(info, isRoot ? node.path() : node.name);
-    appendNumber(info, "asize", ownPart(node, &FSNode::logicalSize));
-    appendNumber(info, "dsize", ownPart(node, &FSNode::size));
+    const OwnFigures own = OwnFigures::of(node);
+    appendNumber(info, "asize", own.length);
+    appendNumber(info, "dsize", own.size);
     if (node.isDirectory && node.identity() &&
         (isRoot || !node.parent()->identity() ||
          node.parent()->identity()->device != node.identity()->device))

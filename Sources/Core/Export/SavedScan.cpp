@@ -1,14 +1,13 @@
 #include "Core/Export/SavedScan.h"
 
 #include "Base/Hex.h"
+#include "Core/Export/OwnFigures.h"
 #include "Core/Export/TreeAssembly.h"
 #include "Core/Export/TreeVisit.h"
 #include "Platform/Digest.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <limits>
-#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -35,21 +34,6 @@ enum Flag : std::uint8_t {
     otherDevice = 64, ///< than that of the node before
     noIdentity = 128
 };
-
-/// The figures of a folder that no child has.
-struct OwnFigures {
-    std::int64_t size, length, files;
-};
-
-OwnFigures ownFiguresOf(const FSNode &folder) {
-    OwnFigures own{folder.size, folder.logicalSizeLeft(), folder.fileCount};
-    for (const std::unique_ptr<FSNode> &child : folder.children()) {
-        own.size -= child->size;
-        own.length -= child->logicalSizeLeft();
-        own.files -= child->fileCount;
-    }
-    return own;
-}
 
 std::uint64_t zigzag(std::uint64_t difference) {
     return (difference << 1) ^ (difference >> 63 != 0 ? ~std::uint64_t{0} : 0);
@@ -92,27 +76,19 @@ private:
             writeIdentity(*identity);
         if (one.isNotDescended)
             number(static_cast<std::uint64_t>(one.skipReason));
+        const OwnFigures own = OwnFigures::of(one);
+        const bool hasFigures = !one.isDirectory || own.size > 0 || own.length > 0 || own.files > 0;
         if (one.isDirectory)
-            folder(one);
-        else
-            figures({one.size, one.logicalSize, one.fileCount});
-        if (one.isAggregate)
-            count(one.fileCount);
+            number(one.children().size() * 2 + (hasFigures ? 1 : 0));
+        if (hasFigures)
+            figures(own);
+        if (hasFigures && (one.isDirectory || one.isAggregate))
+            number(static_cast<std::uint64_t>(own.files));
         if (!one.isDirectory)
             date(one.modified);
         constexpr std::size_t mostKept = std::size_t{1} << 18;
         if (bytes_.size() > mostKept)
             pass();
-    }
-
-    void folder(const FSNode &one) {
-        const OwnFigures own = ownFiguresOf(one);
-        const bool hasOwn = own.size > 0 || own.length > 0 || own.files > 0;
-        number(one.children().size() * 2 + (hasOwn ? 1 : 0));
-        if (!hasOwn)
-            return;
-        figures(own);
-        count(own.files);
     }
 
     void date(std::uint32_t modified) {
@@ -121,13 +97,11 @@ private:
         lastDay_ = days;
     }
 
-    void count(std::int64_t files) { number(static_cast<std::uint64_t>(std::max<std::int64_t>(files, 0))); }
-
     void figures(const OwnFigures &own) {
+        const auto size = static_cast<std::uint64_t>(own.size);
         const bool isBlocks = own.size % blockSize == 0;
-        const auto size = static_cast<std::uint64_t>(std::max<std::int64_t>(own.size, 0));
         number(isBlocks ? size / blockSize * 2 : size * 2 + 1);
-        number(static_cast<std::uint64_t>(std::max<std::int64_t>(own.length, 0)));
+        number(static_cast<std::uint64_t>(own.length));
     }
 
     void writeIdentity(const FileIdentity &identity) {

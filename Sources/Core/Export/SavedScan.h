@@ -4,8 +4,6 @@
 #include "Base/TextSink.h"
 #include "Core/Export/ListingReader.h"
 
-#include <cstddef>
-#include <string>
 #include <string_view>
 
 namespace brimvale {
