@@ -22,6 +22,14 @@ FSNode &nodeOf(FolderHandle folder) {
     return *static_cast<FSNode *>(folder);
 }
 
+/// The entry of the scan's root that contains this folder, or is it.
+FSNode &topOf(FSNode &folder) {
+    FSNode *top = &folder;
+    while (top->parent()->parent() != nullptr)
+        top = top->parent();
+    return *top;
+}
+
 void addFile(FSNode &node, const FileStatus &status, std::uint32_t modified) {
     node.size = checkedAdd(node.size, status.allocatedBytes);
     node.logicalSize = checkedAdd(node.logicalSize, status.length);
@@ -44,10 +52,7 @@ void TreeBuilder::enter(FolderHandle folder, const std::string &path, int depth)
 
 /// Finds the entry that the folder belongs to. All folders of a walk that starts deeper belong to one.
 void TreeBuilder::follow(FSNode &folder) {
-    const FSNode *top = &folder;
-    while (top->parent()->parent() != nullptr)
-        top = top->parent();
-    growing_ = state_.stats.growing().entryOf(top);
+    growing_ = state_.stats.growing().entryOf(&topOf(folder));
     isFollowing_ = true;
 }
 
@@ -124,11 +129,9 @@ void TreeBuilder::noteUnreadable(FSNode &folder, std::string_view name, int erro
     state_.stats.addUnreadable(joinPath(folder.path(), name), error);
     folder.holdsUnreadable = true;
     // The flag belongs to the top-level entry, which several walks may share.
-    FSNode *top = &folder;
-    while (top->parent()->parent() != nullptr)
-        top = top->parent();
+    FSNode &top = topOf(folder);
     const std::lock_guard guard(state_.lock);
-    top->unreadable = true;
+    top.unreadable = true;
 }
 
 void TreeBuilder::unreadable(FolderHandle folder) {

@@ -275,9 +275,8 @@ void JsonReader::skip(Token first) {
     if (first != Token::beginObject && first != Token::beginArray)
         return;
     const std::size_t around = depth() - 1;
-    while (fault_.empty() && depth() > around)
-        if (next() == Token::end)
-            return;
+    while (depth() > around && next() != Token::fault) {
+    }
 }
 
 } // namespace brimvale
