@@ -7,7 +7,7 @@ namespace brimvale::commandLine {
 /// "scan": the tree of a folder with sizes, as text or as JSON.
 extern const Command scanCommand;
 
-/// "open": the tree in a file that "scan --export" or ncdu wrote.
+/// "open": the tree in a file that "scan --save", "scan --export" or ncdu wrote.
 extern const Command openCommand;
 
 /// "compare": what has changed between two scans.

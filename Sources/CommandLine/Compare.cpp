@@ -158,7 +158,7 @@ ExitStatus runCompare(const Arguments &arguments, Output &output) {
     std::string line = "\n" + Fmt::byteFormatter(before->root->size);
     line.append(" before, ").append(Fmt::byteFormatter(after->size)).append(" now (");
     line.append(signedSize(after->size - before->root->size)).append("); ");
-    output.write(line.append(Fmt::count(all)).append(all == 1 ? " change\n" : " changes\n"));
+    output.write(line.append(Fmt::counted(all, "change")).append("\n"));
     return ExitStatus::done;
 }
 

@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -59,36 +58,42 @@ std::vector<Group> groupsOf(const FileSums &sums, bool isByType) {
     return groups;
 }
 
-std::optional<Date> dateOf(std::uint32_t modified) {
-    return modified == 0 ? std::nullopt : std::optional(Date(std::chrono::seconds(modified)));
+void writeGroups(JsonWriter &json, const std::vector<Group> &groups) {
+    json.key("groups");
+    json.beginArray();
+    for (const Group &group : groups) {
+        json.beginObject();
+        json.member("key", group.key);
+        json.member("files", group.figures.count);
+        json.member("bytes", group.figures.bytes);
+        json.end();
+    }
+    json.end();
+}
+
+void writeFiles(JsonWriter &json, const std::vector<FoundFile> &files) {
+    json.key("files");
+    json.beginArray();
+    for (const FoundFile &file : files) {
+        json.beginObject();
+        json.path("path", file.path);
+        json.member("size", file.size);
+        const std::optional<Date> modified = FSNode::dateOf(file.modified);
+        json.member("modified", modified ? std::optional(iso8601(*modified)) : std::nullopt);
+        json.member("type", wordsOf(fileTypeOf(FileURL(file.path).fileName())).key);
+        json.end();
+    }
+    json.end();
 }
 
 void writeFound(Output &output, const FoundFiles &found, const std::vector<Group> *groups,
                 const ScanStats &stats) {
     JsonWriter json(output);
     json.beginObject();
-    json.key(groups != nullptr ? "groups" : "files");
-    json.beginArray();
-    if (groups != nullptr) {
-        for (const Group &group : *groups) {
-            json.beginObject();
-            json.member("key", group.key);
-            json.member("files", group.figures.count);
-            json.member("bytes", group.figures.bytes);
-            json.end();
-        }
-    } else {
-        for (const FoundFile &file : found.largest) {
-            json.beginObject();
-            json.path("path", file.path);
-            json.member("size", file.size);
-            const std::optional<Date> modified = dateOf(file.modified);
-            json.member("modified", modified ? std::optional(iso8601(*modified)) : std::nullopt);
-            json.member("type", wordsOf(fileTypeOf(FileURL(file.path).fileName())).key);
-            json.end();
-        }
-    }
-    json.end();
+    if (groups != nullptr)
+        writeGroups(json, *groups);
+    else
+        writeFiles(json, found.largest);
     json.member("count", found.sums.total().count);
     json.member("bytes", found.sums.total().bytes);
     json.member("unreadable", stats.unreadable());
@@ -110,7 +115,7 @@ void writeFiles(Output &output, const std::vector<FoundFile> &files) {
         return;
     TextTable table({TextTable::sizeColumn("SIZE"), TextTable::ageColumn("MODIFIED"), {"PATH"}});
     for (const FoundFile &file : files)
-        table.add({Fmt::byteFormatter(file.size), Fmt::relativeDate(dateOf(file.modified)),
+        table.add({Fmt::byteFormatter(file.size), Fmt::relativeDate(FSNode::dateOf(file.modified)),
                    terminalText(file.path)});
     table.write(output);
 }
@@ -118,7 +123,7 @@ void writeFiles(Output &output, const std::vector<FoundFile> &files) {
 void writeTotal(Output &output, const FoundFiles &found, const ScanStats &stats) {
     const FileFigures total = found.sums.total();
     std::string line = "\n";
-    line.append(Fmt::count(total.count)).append(total.count == 1 ? " file, " : " files, ");
+    line.append(Fmt::counted(total.count, "file")).append(", ");
     line.append(Fmt::byteFormatter(total.bytes)).append(" allocated");
     if (stats.unreadable() > 0)
         line.append(", ").append(Fmt::count(stats.unreadable())).append(" unreadable");

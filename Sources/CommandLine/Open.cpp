@@ -25,10 +25,10 @@ constinit const Command openCommand = {
     .operands = "FILE",
     .operandCount = {.minimum = 1, .maximum = 1},
     .options = openOptions,
-    .summary = "Shows the tree in a file that \"scan --export\" (json or ncdu) or \"ncdu -o\" wrote.",
-    .help =
-        "\nThe tree may be of another machine. \"-\" reads standard input. A list of ncdu also counts the\n"
-        "space of the folders themselves.\n",
+    .summary =
+        "Shows the tree in a file from \"scan --save\", \"scan --export\" (json or ncdu) or \"ncdu -o\".",
+    .help = "\nThe tree may be of another machine. \"-\" reads a list from standard input. A list of ncdu\n"
+            "also counts the space of the folders themselves.\n",
     .run = runOpen,
 };
 

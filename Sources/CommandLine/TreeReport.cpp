@@ -4,9 +4,9 @@
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/TreeTable.h"
+#include "Core/Export/JsonListing.h"
 #include "Core/Export/Listing.h"
 #include "Core/Export/SavedScan.h"
-#include "Core/Export/TreeJson.h"
 #include "Core/Export/TreeLimits.h"
 #include "Core/Text/Formatting.h"
 #include "Core/Text/JsonWriter.h"
@@ -44,11 +44,8 @@ private:
     std::vector<char> buffer_ = std::vector<char>(std::size_t{1} << 18);
 };
 
-std::string counted(std::int64_t count, std::string_view one, std::string_view many) {
-    return Fmt::count(count).append(" ").append(count == 1 ? one : many);
-}
-
-/// "Imported from ncdu 1.18, server, 2026-03-01T09:30:00Z".
+/// Says that the tree is from a file, and what that says about its origin: "… From server, ncdu 1.18,
+/// 2026-03-01T09:30:00Z".
 std::string importLine(const ScanOrigin &origin) {
     std::string line = "Imported: nothing here is on this disk.";
     for (const std::string &part :
@@ -59,8 +56,8 @@ std::string importLine(const ScanOrigin &origin) {
 }
 
 void writeSummary(Output &output, const ReportedTree &tree) {
-    std::string line = counted(tree.root.fileCount, "file", "files");
-    line.append(" in ").append(counted(tree.root.dirCount, "folder", "folders"));
+    std::string line = Fmt::counted(tree.root.fileCount, "file");
+    line.append(" in ").append(Fmt::counted(tree.root.dirCount, "folder"));
     line.append(", ").append(Fmt::byteFormatter(tree.root.size)).append(" allocated");
     if (tree.origin.unreadable > 0)
         line.append(", ").append(Fmt::count(tree.origin.unreadable)).append(" unreadable");
@@ -78,16 +75,9 @@ void writeSummary(Output &output, const ReportedTree &tree) {
 void writeDocument(Output &output, const ReportedTree &tree, const TreeLimits &limits) {
     JsonWriter json(output);
     json.beginObject();
-    if (tree.root.isImported()) {
-        json.member("program", tree.origin.program);
-        json.member("host", tree.origin.host);
-        json.member("date", tree.origin.date ? std::optional(iso8601(*tree.origin.date)) : std::nullopt);
-    }
-    json.key("root");
-    writeTree(json, tree.root, limits);
-    json.member("files", tree.root.fileCount);
-    json.member("bytes", tree.root.size);
-    json.member("unreadable", tree.origin.unreadable);
+    if (tree.root.isImported())
+        writeOrigin(json, tree.origin);
+    writeTreeAndTotals(json, tree.root, limits, tree.origin.unreadable);
     if (tree.elapsed)
         json.member("elapsed", *tree.elapsed);
     json.end();

@@ -48,7 +48,7 @@ struct ReportedTree {
 /// returns nothing.
 [[nodiscard]] std::optional<ImportedTree> treeInFile(std::string_view typed);
 
-/// The same for the tree in a file ("-" is standard input).
+/// Shows the tree in a file ("-" is a list on standard input), as `reportTree` does.
 [[nodiscard]] ExitStatus reportFile(std::string_view typed, const Arguments &arguments, Output &output);
 
 } // namespace brimvale::commandLine

@@ -20,7 +20,8 @@ std::string_view markOf(const FSNode &node) {
     if (node.isCloudProvider)
         return "[skipped: owned by a cloud provider]";
     if (node.isNotDescended)
-        return "[skipped: system-managed]";
+        return node.skipReason == SkipReason::leftOut ? "[left out of the list]"
+                                                      : "[skipped: system-managed]";
     return node.unreadable ? "[not readable]" : "";
 }
 

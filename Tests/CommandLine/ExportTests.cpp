@@ -75,7 +75,7 @@ TEST(Export, ReplacesNoFileUnasked) {
     forced.emplace_back("--force");
     EXPECT_EQ(runProgram(forced).status, 0);
     EXPECT_TRUE(fs::is_symlink(link));
-    EXPECT_THAT(contentOf(list), HasSubstr("path,kind,size,length,files,folders,remark\r\n"));
+    EXPECT_THAT(contentOf(list), HasSubstr("path,kind,size,length,files,folders,modified,remark\r\n"));
     EXPECT_EQ(fs::status(list).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 
     // Neither a stopped scan nor a failure leaves anything.
@@ -121,8 +121,8 @@ TEST(Export, NcduReadsAndWritesTheSame) {
     fillWithNames(folder);
     const std::string ours = out.path("ours"), theirs = out.path("theirs"), passedOn = out.path("passed-on");
     ASSERT_EQ(runProgram({"scan", folder.path(), "--export=ncdu", "--output", ours}).status, 0);
-    // It reads our list and writes it again.
-    ASSERT_EQ(ncdu("-f " + ours + " -o " + passedOn), 0);
+    // It reads our list and writes it again, with -e also the dates.
+    ASSERT_EQ(ncdu("-e -f " + ours + " -o " + passedOn), 0);
     EXPECT_EQ(opened(passedOn)["bytes"], opened(ours)["bytes"]);
     EXPECT_EQ(opened(passedOn)["root"], opened(ours)["root"]);
     // We read its list of the same folder, which counts the blocks of folders as well.

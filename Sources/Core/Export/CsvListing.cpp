@@ -1,7 +1,9 @@
 #include "Core/Export/CsvListing.h"
 
+#include "Base/Date.h"
 #include "Core/Export/TreeVisit.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -37,12 +39,15 @@ std::string_view remarkOn(const FSNode &node) {
 } // namespace
 
 void writeCsvListing(TextSink &sink, const FSNode &root) {
-    sink.write("path,kind,size,length,files,folders,remark\r\n");
+    sink.write("path,kind,size,length,files,folders,modified,remark\r\n");
     const auto write = [&](const FSNode &node) {
         std::string line = field(node.path());
         line.append(",").append(kindOf(node));
-        for (const std::int64_t figure : {node.size, node.logicalSize, node.fileCount, node.dirCount})
+        for (const std::int64_t figure :
+             {node.size, node.logicalSizeLeft(), node.fileCount, node.dirCountLeft()})
             line.append(",").append(std::to_string(figure));
+        const std::optional<Date> modified = FSNode::dateOf(node.modified);
+        line.append(",").append(modified ? iso8601(*modified) : "");
         sink.write(line.append(",").append(remarkOn(node)).append("\r\n"));
     };
     visitTree(root, write, [](const FSNode &) {});

@@ -114,10 +114,11 @@ private:
         const bool isRoot = nodes_.size() == 1;
         if (!node.isOpened && (node.entry.isDirectory || isRoot))
             openNode(node);
-        if (node.isOpened)
-            tree_.close(beyondChildren(node.entry));
-        else
-            tree_.add(node.entry);
+        if (!node.isOpened)
+            return tree_.add(node.entry);
+        FSNode &folder = *tree_.innermost();
+        folder.modified = std::max(folder.modified, node.entry.modified);
+        tree_.close(beyondChildren(node.entry));
     }
 
     /// What a folder claims beyond the sum of its children: they may have been left out of the document.
@@ -147,6 +148,8 @@ private:
     void readText(Node &node, const std::string &key) {
         if (key == "name")
             node.entry.name = json_.text();
+        else if (key == "modified")
+            node.entry.modified = FSNode::secondsOf(dateIn(json_.text()));
         else if (key == "path")
             node.path = json_.text();
         else if (key == "nameHex" || key == "pathHex") {

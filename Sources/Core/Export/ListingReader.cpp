@@ -34,19 +34,14 @@ Result<ImportedTree, ImportFault> readListing(ByteSource &source) {
     return ImportedTree{tree.finish(), std::move(origin)};
 }
 
-Result<ImportedTree, ImportFault> readListingAt(const std::string &path) {
-    FileSource source(path);
-    if (const std::optional<FileError> failure = source.failure())
-        return ImportFault{failure->localizedDescription};
-    return readListing(source);
-}
-
 Result<ImportedTree, ImportFault> readTreeAt(const std::string &path) {
     FileSource source(path);
     if (const std::optional<FileError> failure = source.failure())
         return ImportFault{failure->localizedDescription};
-    if (!beginsSavedScan(source.next().value_or(std::string_view())))
-        return readListingAt(path);
+    if (!beginsSavedScan(source.next().value_or(std::string_view()))) {
+        FileSource fromStart(path);
+        return readListing(fromStart);
+    }
     constexpr std::size_t longest = std::size_t{1} << 32;
     const std::optional<std::string> bytes = contentsOfFile(path, longest);
     return bytes ? readSavedScan(*bytes) : ImportFault{"The saved scan can't be read."};

@@ -25,10 +25,7 @@ struct ImportFault {
 /// format. Such a file may be damaged or hostile: anything else than a list gets a sentence.
 [[nodiscard]] Result<ImportedTree, ImportFault> readListing(ByteSource &source);
 
-/// The same for a file at an absolute path.
-[[nodiscard]] Result<ImportedTree, ImportFault> readListingAt(const std::string &path);
-
-/// The same for a file that may also be a saved scan.
+/// The same for the file at an absolute path, which may also be a saved scan.
 [[nodiscard]] Result<ImportedTree, ImportFault> readTreeAt(const std::string &path);
 
 } // namespace brimvale

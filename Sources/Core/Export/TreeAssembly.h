@@ -25,7 +25,7 @@ struct ListedEntry {
     std::int64_t logicalSize = 0;
     std::int64_t fileCount = 0;
     std::int64_t dirCount = 0;
-    std::uint32_t modified = 0; ///< of a file, or the newest of an aggregate; as in `FSNode`
+    std::uint32_t modified = 0; ///< as in `FSNode`; that of a folder follows from its entries
 };
 
 /// Puts together a tree from the entries of a list, in the order of `visitTree`. Figures are treated as those

@@ -1,6 +1,9 @@
 #include "Core/Export/TreeJson.h"
 
+#include "Base/Date.h"
+
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 namespace brimvale {
@@ -20,9 +23,11 @@ void writeMembers(JsonWriter &json, const FSNode &node, bool isRoot) {
         json.path("path", node.path());
     json.member("isDirectory", node.isDirectory);
     json.member("size", node.size);
-    json.member("logicalSize", node.logicalSize);
+    json.member("logicalSize", node.logicalSizeLeft());
     json.member("fileCount", node.fileCount);
-    json.member("dirCount", node.dirCount);
+    json.member("dirCount", node.dirCountLeft());
+    const std::optional<Date> modified = FSNode::dateOf(node.modified);
+    json.member("modified", modified ? std::optional(iso8601(*modified)) : std::nullopt);
     json.member("isAggregate", node.isAggregate);
     json.member("unreadable", node.unreadable);
     json.member("isNotDescended", node.isNotDescended);

@@ -124,6 +124,10 @@ std::uint32_t FSNode::secondsOf(const std::optional<Date> &date) {
     return static_cast<std::uint32_t>(std::clamp<std::int64_t>(seconds, 1, last));
 }
 
+std::optional<Date> FSNode::dateOf(std::uint32_t seconds) {
+    return seconds == 0 ? std::nullopt : std::optional(Date(std::chrono::seconds(seconds)));
+}
+
 std::string FSNode::path() const {
     const FSNode *top = isAggregate && parent_ != nullptr ? parent_ : this;
     std::size_t length = 0;

@@ -136,6 +136,8 @@ public:
 
     /// A file's date as `modified` holds it: to the second, from 1970 to 2106; 0 if there is none.
     [[nodiscard]] static std::uint32_t secondsOf(const std::optional<Date> &date);
+    /// The date that `modified` holds; nothing for 0.
+    [[nodiscard]] static std::optional<Date> dateOf(std::uint32_t seconds);
 
     /// Whether a removal or another scan below has changed the size of a child since the children were
     /// sorted.

@@ -17,10 +17,6 @@ constexpr std::int64_t smallestHolder = 1'000'000;
 
 constexpr std::size_t mostHolders = 5; // to name
 
-std::string counted(std::int64_t number, const std::string &noun) {
-    return Fmt::count(number) + " " + noun + (number == 1 ? "" : "s");
-}
-
 void addHolders(std::vector<std::string> &sentences, const DeletedFiles &deleted) {
     for (const DeletedFiles::Holder &holder : deleted.holders)
         if (holder.bytes >= smallestHolder && sentences.size() < mostHolders)
@@ -28,7 +24,7 @@ void addHolders(std::vector<std::string> &sentences, const DeletedFiles &deleted
                                 Fmt::byteFormatter(holder.bytes) +
                                 " of deleted files. Close it to free the space.");
     if (deleted.unknownPrograms > 0)
-        sentences.push_back(counted(deleted.unknownPrograms, "program") +
+        sentences.push_back(Fmt::counted(deleted.unknownPrograms, "program") +
                             (deleted.unknownPrograms == 1 ? " of another user" : " of other users") +
                             " may still use deleted files, which only an administrator can see.");
 }
@@ -37,7 +33,7 @@ std::string snapshotsSentence(const std::vector<LocalSnapshot> &snapshots) {
     std::int64_t known = 0;
     for (const LocalSnapshot &one : snapshots)
         known = checkedAdd(known, one.exclusiveBytes.value_or(0));
-    return counted(static_cast<std::int64_t>(snapshots.size()), "snapshot") +
+    return Fmt::counted(static_cast<std::int64_t>(snapshots.size()), "snapshot") +
            (snapshots.size() == 1 ? " keeps" : " keep") + " older versions of files. " +
            (known > 0
                 ? "Deleting what the Overview page lists frees at least " + Fmt::byteFormatter(known) + "."
@@ -71,7 +67,7 @@ std::vector<std::string> hiddenSpaceSentences(const HiddenSpace &hidden,
                             " are reserved for the administrator and the file system. They are neither free "
                             "nor a part of System Data.");
     if (incompletePlaces > 0)
-        sentences.push_back(counted(static_cast<std::int64_t>(incompletePlaces), "place") +
+        sentences.push_back(Fmt::counted(static_cast<std::int64_t>(incompletePlaces), "place") +
                             (incompletePlaces == 1 ? " has" : " have") +
                             " folders that only an administrator may read. Their contents count as System "
                             "Data, and are not listed.");

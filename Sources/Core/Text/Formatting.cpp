@@ -13,6 +13,10 @@ std::string Fmt::count(std::int64_t number) {
     return Formatters::number(number);
 }
 
+std::string Fmt::counted(std::int64_t number, std::string_view noun) {
+    return count(number).append(" ").append(noun).append(number == 1 ? "" : "s");
+}
+
 std::string Fmt::relativeDate(std::optional<Date> date, Date reference) {
     return date ? Formatters::relativeDate(*date, reference) : "unknown";
 }

@@ -21,6 +21,9 @@ namespace Fmt {
 /// A whole number with the locale's grouping: "1,234,567".
 [[nodiscard]] std::string count(std::int64_t number);
 
+/// A number with its noun, which gets an "s" for all numbers but one: "1 file", "2,345 files".
+[[nodiscard]] std::string counted(std::int64_t number, std::string_view noun);
+
 /// The distance of a date from `reference`: "2 hours ago", "in 1 day"; "unknown" for no date.
 [[nodiscard]] std::string relativeDate(std::optional<Date> date, Date reference = now());
 

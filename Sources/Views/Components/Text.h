@@ -17,10 +17,9 @@ namespace brimvale {
     return text(Fmt::byteFormatter(bytes));
 }
 
-/// A number with its noun, which gets an "s" for all numbers but one: "1 file", "2,345 files".
+/// A number with its noun: "1 file", "2,345 files".
 [[nodiscard]] inline QString counted(std::int64_t count, const char *noun) {
-    return text(Fmt::count(count)) + QLatin1Char(' ') + QLatin1String(noun) +
-           QLatin1String(count == 1 ? "" : "s");
+    return text(Fmt::counted(count, noun));
 }
 
 } // namespace brimvale

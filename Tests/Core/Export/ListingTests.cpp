@@ -79,7 +79,10 @@ std::shared_ptr<FSNode> sample() {
             allBytes += static_cast<char>(byte);
     add(*root, allBytes, 5'000'000);
     FSNode &folder = addFolder(*root, "Zo\u00EB \u6F22\u5B57 \U0001F600 \u009B");
-    add(folder, "=1+1,\"quoted\"\r\n", 3'000'000).logicalSize = 12;
+    FSNode &quoted = add(folder, "=1+1,\"quoted\"\r\n", 3'000'000);
+    quoted.logicalSize = 12;
+    for (FSNode *node : {&quoted, &folder, root.get()})
+        node->modified = 1'772'357'400;
     addAggregate(folder, 1'234, 70'000);
     folder.logicalSize = root->logicalSize = 12;
     for (FSNode *around : {&folder, root.get()}) {
@@ -116,7 +119,24 @@ TEST(Listing, ComesBackTheSame) {
         EXPECT_EQ(listing(*imported.root, format).size(), text.size());
     }
     EXPECT_THAT(listing(*tree, ListingFormat::csv),
-                HasSubstr("/=1+1,\"\"quoted\"\"\r\n\",file,3000000,12,1,0,\r\n"));
+                HasSubstr("/=1+1,\"\"quoted\"\"\r\n\",file,3000000,12,1,0,2026-03-01T09:30:00Z,\r\n"));
+}
+
+TEST(Listing, WhatWasRemovedIsInNone) {
+    const std::shared_ptr<FSNode> tree = sample();
+    FSNode &folder = *testing::descendant(*tree, {"Zo\u00EB \u6F22\u5B57 \U0001F600 \u009B"});
+    folder.subtractFromAncestors();
+    ASSERT_NE(folder.parent()->release(folder), nullptr);
+    for (const ListingFormat format : {ListingFormat::json, ListingFormat::ncdu}) {
+        const std::unique_ptr<FSNode> left = treeIn(listing(*tree, format));
+        ASSERT_NE(left, nullptr);
+        EXPECT_EQ(left->size, 5'000'000);
+        EXPECT_EQ(left->logicalSize, 0);
+        EXPECT_EQ(left->fileCount, 1);
+        EXPECT_EQ(left->dirCount, 1);
+        EXPECT_EQ(left->modified, 0U);
+    }
+    EXPECT_THAT(listing(*tree, ListingFormat::csv), HasSubstr(",folder,5000000,0,1,1,,\r\n"));
 }
 
 TEST(Listing, DepthIsNoLimit) {
