@@ -348,7 +348,8 @@ void ContentView::applyTheme() {
     const QPalette palette = Theme::current().palette();
     setPalette(palette);
     QToolTip::setPalette(palette);
-    QApplication::setPalette(palette, "QMenu");
+    if (QApplication::palette("QMenu") != palette) // setting it announces a change, which leads here again
+        QApplication::setPalette(palette, "QMenu");
 }
 
 void ContentView::closeEvent(QCloseEvent *event) {

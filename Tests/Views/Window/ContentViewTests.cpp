@@ -38,6 +38,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <map>
 #include <utility>
 
 namespace brimvale {
@@ -70,6 +71,18 @@ protected:
     std::unique_ptr<testing::WholeWindow> window;
 };
 
+/// Counts the events that all objects of the program get.
+class EventCount : public QObject {
+public:
+    EventCount() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override {
+        ++byType[event->type()];
+        return false;
+    }
+
+    std::map<QEvent::Type, int> byType;
+};
+
 QPalette systemPalette(const QColor &window, const QColor &text) {
     QPalette palette(window);
     palette.setColor(QPalette::Window, window);
@@ -89,6 +102,17 @@ TEST_F(ContentViewTest, OpensOnItsFirstPage) {
 
     window->goTo({Section::Kind::category, "unknown"});
     EXPECT_EQ(window->currentSection(), Section{Section::Kind::overview});
+}
+
+TEST_F(ContentViewTest, DoesNothingWhileIdle) {
+    open();
+    QTest::qWait(200);
+    EventCount count;
+    QTest::qWait(200);
+    for (const QEvent::Type type :
+         {QEvent::ApplicationPaletteChange, QEvent::PaletteChange, QEvent::StyleChange, QEvent::FontChange,
+          QEvent::LayoutRequest, QEvent::UpdateRequest, QEvent::Paint})
+        EXPECT_EQ(count.byType[type], 0) << type;
 }
 
 TEST_F(ContentViewTest, SaysThatItShowsASample) {
