@@ -371,7 +371,7 @@ TEST_F(ContentViewTest, LooksTheSameHoweverItBecameDark) {
 
 TEST_F(ContentViewTest, TellsAboutItselfInSheets) {
     open();
-    EXPECT_EQ(window->findChild<QAction *>("about")->text(), "&About Brimvale");
+    EXPECT_EQ(window->findChild<QAction *>("about")->text(), "&About " + QApplication::applicationName());
     QApplication::setPalette(systemPalette(Qt::black, Qt::white));
     QCoreApplication::processEvents();
     for (const auto &[entry, name] :
