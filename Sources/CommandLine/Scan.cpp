@@ -11,6 +11,7 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -80,7 +81,19 @@ std::string usualFolder() {
     return confinement() ? homeFolder().path() : ".";
 }
 
+/// The option that reads or writes a file, if one was given to a scan that `pkexec` has started. The question
+/// that the user has answered there says that nothing is changed.
+std::optional<std::string> fileOptionAsAdministrator(const Arguments &arguments) {
+    if (std::getenv("PKEXEC_UID") != nullptr)
+        for (const Option &one : {outputOption, saveOption, importOption})
+            if (arguments.has(one.name))
+                return "started by pkexec, scan only prints, so it has no " + std::string(one.name);
+    return std::nullopt;
+}
+
 ExitStatus runScan(const Arguments &arguments, Output &output) {
+    if (const std::optional<std::string> fault = fileOptionAsAdministrator(arguments))
+        return refuseUsage(*fault, &scanCommand);
     if (const std::optional<std::string> fault = faultOfReport(arguments))
         return refuseUsage(*fault, &scanCommand);
     if (const auto file = arguments.text(importOption.name)) {

@@ -1,4 +1,5 @@
 #include "CommandLine/Program.h"
+#include "Support/EnvironmentVariable.h"
 #include "Support/HostileTree.h"
 #include "Support/TemporaryFolder.h"
 
@@ -86,6 +87,24 @@ TEST(Export, ReplacesNoFileUnasked) {
     EXPECT_EQ(runProgram({"scan", folder.path(), "--export=json", "--output=/nowhere/list"}).status, 1);
     EXPECT_EQ(runProgram({"scan", folder.path(), "--export=json", "--output=/dev/full", "--force"}).status,
               1);
+}
+
+TEST(Export, TouchesNoFileForPkexec) {
+    const TemporaryFolder folder, out;
+    folder.makeFile("file", 5000);
+    out.writeFile("old", "{}");
+    const EnvironmentVariable pkexec("PKEXEC_UID", "1000");
+    for (const std::vector<std::string> &options : {std::vector<std::string>{"--save", out.path("new")},
+                                                    {"--export=json", "--output", out.path("new")},
+                                                    {"--import", out.path("old")}}) {
+        std::vector<std::string> words{"scan", folder.path()};
+        words.insert(words.end(), options.begin(), options.end());
+        const Outcome outcome = runProgram(words);
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_THAT(outcome.err, HasSubstr("only prints"));
+    }
+    EXPECT_FALSE(isThere(out.path("new")));
+    EXPECT_EQ(runProgram({"scan", "--json", folder.path()}).status, 0);
 }
 
 TEST(Export, WrongUseAndForeignFilesAreTold) {

@@ -6,13 +6,18 @@
 #include "Core/Text/Shell.h"
 #include "Core/Text/SnapshotName.h"
 #include "Platform/Confinement.h"
+#include "Platform/FileStatus.h"
 #include "Platform/Host.h"
+#include "Platform/MainBundle.h"
+#include "Platform/ProcessRunner.h"
 #include "Platform/Snapshots.h"
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <ctime>
 #include <sstream>
+#include <string_view>
 #include <utility>
 #include <variant>
 
@@ -71,6 +76,17 @@ std::vector<LocalSnapshot> timeMachineSnapshots(const std::string &volume, const
     return snapshots;
 }
 
+/// Where the program is from the folder of the installation.
+constexpr std::string_view snapshotDeletionProgram = "libexec/brimvale/brimvale-delete-snapshot-as-root";
+
+NamedSnapshot nameOf(const LocalSnapshot &snapshot, const std::string &volume) {
+    const auto seconds = [](const Date &date) {
+        return std::to_string(
+            std::chrono::duration_cast<std::chrono::seconds>(date.time_since_epoch()).count());
+    };
+    return {volume, snapshot.name, snapshot.date ? seconds(*snapshot.date) : ""};
+}
+
 /// Whether a snapshot is one of this disk. A disk in a folder has those that its own tools list.
 bool isOfThisDisk(const VolumeSnapshot &snapshot) {
     return !confinement() || (!snapshot.deletion.empty() && pathInConfinement(snapshot.deletion.front()));
@@ -91,6 +107,19 @@ std::vector<LocalSnapshot> snapshotsWithTools(const std::string &volume, const T
                              .deletion = std::move(one.deletion)});
     }
     return snapshots;
+}
+
+/// What deletes it when root runs it: a program of ours, for which polkit has a question of its own, or else
+/// its tool. Ours knows only the tools of the platform.
+std::vector<std::string> deletionAsRoot(const LocalSnapshot &snapshot, const FileURL &volume) {
+    const FileURL program = mainBundle().url.parent().parent().appending(snapshotDeletionProgram);
+    const Tools tools = platformTools();
+    const std::string &tool = snapshot.deletion.front();
+    if ((tool != tools.snapper && tool != tools.timeshift) || !fileStatus(program.path()))
+        return snapshot.deletion;
+    std::vector<std::string> words = nameOf(snapshot, volume.path()).arguments();
+    words.insert(words.begin(), program.path());
+    return words;
 }
 
 /// Whether it is listed as it was; what it would free may have changed.
@@ -118,6 +147,23 @@ std::vector<LocalSnapshot> LocalSnapshot::list(const std::string &volume) {
     return list(volume, Host::current());
 }
 
+std::optional<NamedSnapshot> NamedSnapshot::fromArguments(const std::vector<std::string> &arguments) {
+    if (arguments.size() != 3 || !arguments[0].starts_with('/') || arguments[1].empty())
+        return std::nullopt;
+    return NamedSnapshot{arguments[0], arguments[1], arguments[2]};
+}
+
+bool deleteSnapshotAsRoot(const NamedSnapshot &named, const Host &host) {
+    for (const LocalSnapshot &one : LocalSnapshot::list(named.volume, host)) {
+        if (one.deletion.empty() || nameOf(one, named.volume).arguments() != named.arguments())
+            continue;
+        const std::vector<std::string> options(one.deletion.begin() + 1, one.deletion.end());
+        const auto run = runProcess(one.deletion.front(), options, StandardError::discarded);
+        return run && run->hasSucceeded();
+    }
+    return false;
+}
+
 bool deleteSnapshot(const LocalSnapshot &snapshot, const FileURL &volume, RemovalActions &actions,
                     const Host &host) {
     if (!snapshot.tool)
@@ -125,7 +171,7 @@ bool deleteSnapshot(const LocalSnapshot &snapshot, const FileURL &volume, Remova
     // Its number may have been given to another one since it was shown.
     if (snapshot.deletion.empty() || !isListed(snapshot, volume, host))
         return false;
-    const auto run = actions.runProgramAsAdministrator(snapshot.deletion);
+    const auto run = actions.runProgramAsAdministrator(deletionAsRoot(snapshot, volume));
     return std::holds_alternative<ProcessResult>(run) && !isListed(snapshot, volume, host);
 }
 

@@ -36,6 +36,22 @@ struct LocalSnapshot {
     friend bool operator==(const LocalSnapshot &, const LocalSnapshot &) = default;
 };
 
+/// What names a snapshot with a tool to the program that deletes it as root.
+struct NamedSnapshot {
+    std::string volume; ///< the absolute path where it is mounted
+    std::string name;
+    std::string seconds; ///< its date since 1970; empty where it has none
+
+    [[nodiscard]] std::vector<std::string> arguments() const { return {volume, name, seconds}; }
+    /// Nothing if these are other arguments.
+    [[nodiscard]] static std::optional<NamedSnapshot>
+    fromArguments(const std::vector<std::string> &arguments);
+};
+
+/// Deletes the snapshot that is listed under that name, with its tool. This program must run as root. False
+/// where none is listed or its tool fails.
+[[nodiscard]] bool deleteSnapshotAsRoot(const NamedSnapshot &named, const Host &host);
+
 /// Deletes a snapshot of the volume mounted at `volume` as administrator. One with a tool must still be
 /// listed as it was, and is deleted only by its tool. False on failure, also where it is still listed
 /// afterwards.

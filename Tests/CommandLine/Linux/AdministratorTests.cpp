@@ -90,6 +90,17 @@ std::vector<FileURL> makeMany(const TemporaryFolder &folder, std::size_t count) 
 
 } // namespace
 
+TEST(DeleteSnapshotAsRoot, RefusesWhatIsNotListed) {
+    const std::string deletion = FileURL(program()).parent().path() + "/brimvale-delete-snapshot-as-root";
+    const auto status = [&](const std::vector<std::string> &arguments) {
+        const auto run = runProcess(deletion, arguments, StandardError::discarded);
+        return run ? run->exitStatus : std::nullopt;
+    };
+    EXPECT_EQ(status({}), 2);
+    EXPECT_EQ(status({"/", "--delete-all", ""}), 1);
+    EXPECT_EQ(status({"/", "root 4000000", "1777630500"}), 1);
+}
+
 TEST(RemoveAsRoot, RemovesWhatWasSelectedAndTellsOfEachItem) {
     const TemporaryFolder folder;
     folder.makeFile("tree/a/b/file", 10);

@@ -68,6 +68,35 @@ TEST_F(ToolSnapshots, AreDeletedByTheirTool) {
     EXPECT_THAT(actions.calls, ElementsAre(command + "5", command + "4", command + "4"));
 }
 
+TEST_F(ToolSnapshots, AreDeletedAsRootOnlyAsTheyAreListed) {
+    setRows("4,no,no,2026-05-01 10:15:00,,before\n5,no,yes,2026-05-02 10:15:00,,running\n");
+    host.tools.snapper =
+        folder.makeScript("snapper", "case $* in\n*list-configs) printf 'config,subvolume\\nroot,%s\\n' '" +
+                                         folder.path() + "' ;;\n*list*) cat '" + folder.path("rows") +
+                                         "' ;;\n*) echo \"$*\" >'" + folder.path("done") + "' ;;\nesac\n");
+    const std::string date = "1777630500";
+    const auto deleted = [&](const std::vector<std::string> &arguments) {
+        const auto named = NamedSnapshot::fromArguments(arguments);
+        return named && deleteSnapshotAsRoot(*named, host);
+    };
+    const std::string volume = folder.path();
+    for (const std::vector<std::string> &wrong : {std::vector<std::string>{},
+                                                  {volume, "root 4"},
+                                                  {"folder", "root 4", date},
+                                                  {volume, "", date},
+                                                  {volume, "root 4", date, "more"},
+                                                  {volume, "root 4", ""},
+                                                  {volume, "root 4", "1777630501"},
+                                                  {volume, "root 5", "1777716900"},
+                                                  {volume, "root 6", date},
+                                                  {volume, "4", date},
+                                                  {volume, "--help", date}})
+        EXPECT_FALSE(deleted(wrong)) << ::testing::PrintToString(wrong);
+    EXPECT_FALSE(testing::isThere(folder.path("done")));
+    EXPECT_TRUE(deleted({volume, "root 4", date}));
+    EXPECT_EQ(testing::contentOf(folder.path("done")), "-c root delete 4\n");
+}
+
 TEST_F(ToolSnapshots, AreNotDeletedInThePlaceOfAnother) {
     setRows("4,no,no,2026-05-01 10:15:00,,before\n");
     const LocalSnapshot shown = list().at(0);
