@@ -1,21 +1,24 @@
 #pragma once
 
+#include "Views/Components/DesktopDialog.h"
+
 #include <QString>
 #include <functional>
 #include <string>
+#include <vector>
 
 class QWidget;
 
 namespace brimvale {
 
-/// Opens the system's dialog to save a file, over the window of `asking`. It asks itself before a file is
-/// replaced. `suffix` is added to a name without one. Calls `chosen` with the path, unless the user cancels
-/// or `asking` is destroyed first.
+/// Opens the desktop's dialog to save a file, or Qt's where it has none, over the window of `asking`. It asks
+/// itself before a file is replaced. The dialog of Qt adds `suffix` to a name without one. Calls `chosen`
+/// with the path, unless the user cancels or `asking` is destroyed first.
 void chooseFileToSave(QWidget &asking, const QString &title, const QString &name, const QString &suffix,
                       std::function<void(const std::string &path)> chosen);
 
-/// The same to open a file. `filter` names the kinds of files, as `QFileDialog` takes it.
-void chooseFileToOpen(QWidget &asking, const QString &title, const QString &filter,
+/// The same to open a file of these kinds.
+void chooseFileToOpen(QWidget &asking, const QString &title, const std::vector<OfferedFiles> &files,
                       std::function<void(const std::string &path)> chosen);
 
 } // namespace brimvale

@@ -40,7 +40,11 @@ void chooseFolder(QWidget &asking, const QString &title, const std::string &star
     const auto otherwise = [&asking, title, start, chosen] {
         chooseFolderInQt(asking, title, start, chosen);
     };
-    openInDesktop(asking, {title, start, std::move(chosen), otherwise});
+    openInDesktop(asking, {.kind = DesktopDialog::Kind::chooseFolder,
+                           .title = title,
+                           .start = start,
+                           .chosen = std::move(chosen),
+                           .otherwise = otherwise});
 }
 
 } // namespace brimvale

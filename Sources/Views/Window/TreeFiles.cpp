@@ -162,9 +162,10 @@ void TreeFiles::save(const QString &title, const QString &suffix, const QString 
 }
 
 void TreeFiles::askForList() {
-    chooseFileToOpen(window_, u"Import a List"_s,
-                     u"Lists and saved scans (*.json *.ncdu *.scan);;All files (*)"_s,
-                     [this](const std::string &path) { import(path); });
+    chooseFileToOpen(
+        window_, u"Import a List"_s,
+        {{u"Lists and saved scans"_s, {u"*.json"_s, u"*.ncdu"_s, u"*.scan"_s}}, {u"All files"_s, {u"*"_s}}},
+        [this](const std::string &path) { import(path); });
 }
 
 void TreeFiles::import(const std::string &path) {

@@ -4,9 +4,11 @@
 #include "Views/Components/LocalFile.h"
 
 #include <QDBusArgument>
+#include <QDBusMetaType>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QGuiApplication>
+#include <QList>
 #include <QVariantMap>
 #include <QWidget>
 #include <utility>
@@ -16,9 +18,79 @@ namespace brimvale {
 namespace {
 
 constexpr int longestWaitForVersion = 1000; // milliseconds
+constexpr uint firstVersion = 1;
 constexpr uint firstVersionWithFolders = 3;
 
 constexpr QLatin1String chooserInterface("org.freedesktop.portal.FileChooser");
+
+// The files that a dialog offers, as they are sent: each pattern as "(us)", and all of one title as "(sa(us))".
+struct SentPattern {
+    uint type = 0; ///< 0: a pattern with "*"; 1: a MIME type
+    QString text;
+};
+struct SentKind {
+    QString title;
+    QList<SentPattern> patterns;
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const SentPattern &pattern) {
+    argument.beginStructure();
+    argument << pattern.type << pattern.text;
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument &operator<<(QDBusArgument &argument, const SentKind &kind) {
+    argument.beginStructure();
+    argument << kind.title << kind.patterns;
+    argument.endStructure();
+    return argument;
+}
+
+// Qt wants to know how they would be read, too.
+const QDBusArgument &operator>>(const QDBusArgument &argument, SentPattern &pattern) {
+    argument.beginStructure();
+    argument >> pattern.type >> pattern.text;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, SentKind &kind) {
+    argument.beginStructure();
+    argument >> kind.title >> kind.patterns;
+    argument.endStructure();
+    return argument;
+}
+
+QVariant sentKinds(const std::vector<OfferedFiles> &files) {
+    qDBusRegisterMetaType<SentPattern>();
+    qDBusRegisterMetaType<QList<SentPattern>>();
+    qDBusRegisterMetaType<SentKind>();
+    qDBusRegisterMetaType<QList<SentKind>>();
+    QList<SentKind> sent;
+    for (const OfferedFiles &kind : files) {
+        sent.append({kind.title, {}});
+        for (const QString &pattern : kind.patterns)
+            sent.back().patterns.append({0, pattern});
+    }
+    return QVariant::fromValue(sent);
+}
+
+/// What the dialog is asked for, besides its title.
+QVariantMap optionsOf(const DesktopDialog &dialog, const QString &token) {
+    QByteArray start = QByteArray::fromStdString(dialog.start);
+    start.append('\0'); // the portal's paths end with it
+    QVariantMap options{{QStringLiteral("handle_token"), token},
+                        {QStringLiteral("modal"), true},
+                        {QStringLiteral("current_folder"), start}};
+    if (dialog.kind == DesktopDialog::Kind::chooseFolder)
+        options.insert(QStringLiteral("directory"), true);
+    if (!dialog.name.isEmpty())
+        options.insert(QStringLiteral("current_name"), dialog.name);
+    if (!dialog.files.empty())
+        options.insert(QStringLiteral("filters"), sentKinds(dialog.files));
+    return options;
+}
 
 /// Wayland gives programs no name of their window that others know.
 QString portalNameOf(const QWidget &window) {
@@ -59,7 +131,9 @@ ChooserPortal::~ChooserPortal() {
 void ChooserPortal::begin(const QDBusMessage &version) {
     const QVariant value = version.arguments().value(0);
     const bool isKnown = version.type() == QDBusMessage::ReplyMessage && value.canConvert<QDBusVariant>();
-    if (!isKnown || qvariant_cast<QDBusVariant>(value).variant().toUInt() < firstVersionWithFolders)
+    const uint least =
+        dialog_.kind == DesktopDialog::Kind::chooseFolder ? firstVersionWithFolders : firstVersion;
+    if (!isKnown || qvariant_cast<QDBusVariant>(value).variant().toUInt() < least)
         return giveUp();
     ask();
 }
@@ -75,14 +149,9 @@ void ChooserPortal::ask() {
     auto *ends = new QDBusServiceWatcher(SessionBus::portalService, bus,
                                          QDBusServiceWatcher::WatchForUnregistration, this);
     connect(ends, &QDBusServiceWatcher::serviceUnregistered, this, &QObject::deleteLater);
-    QDBusMessage call = SessionBus::portalCall(chooserInterface, "OpenFile");
-    QByteArray start = QByteArray::fromStdString(dialog_.start);
-    start.append('\0'); // the portal's paths end with it
-    call << window_ << dialog_.title
-         << QVariantMap{{QStringLiteral("handle_token"), token},
-                        {QStringLiteral("modal"), true},
-                        {QStringLiteral("directory"), true},
-                        {QStringLiteral("current_folder"), start}};
+    const bool isSaving = dialog_.kind == DesktopDialog::Kind::saveFile;
+    QDBusMessage call = SessionBus::portalCall(chooserInterface, isSaving ? "SaveFile" : "OpenFile");
+    call << window_ << dialog_.title << optionsOf(dialog_, token);
     SessionBus::send(call, this, [this](const QDBusMessage &answer) {
         if (answer.type() == QDBusMessage::ErrorMessage)
             giveUp();

@@ -1,5 +1,6 @@
 #include "Support/PrivateBus.h"
 #include "Support/Window.h"
+#include "Views/Components/FileChooser.h"
 #include "Views/Components/FolderChooser.h"
 
 #include <QDBusArgument>
@@ -25,9 +26,10 @@ class ChooserPortalTest : public ::testing::Test {
 protected:
     ChooserPortalTest() {
         answerVersion(3);
-        portal.answers["OpenFile"] = [](const QDBusMessage &call) {
-            return QVariantList{QVariant::fromValue(QDBusObjectPath(requestOf(call)))};
-        };
+        for (const char *method : {"OpenFile", "SaveFile"})
+            portal.answers[method] = [](const QDBusMessage &call) {
+                return QVariantList{QVariant::fromValue(QDBusObjectPath(requestOf(call)))};
+            };
     }
 
     void SetUp() override {
@@ -101,6 +103,45 @@ TEST_F(ChooserPortalTest, LetsTheDesktopAskForAFolder) {
     EXPECT_EQ(portal.calls.back().member(), "OpenFile") << "nothing to withdraw";
 }
 
+TEST_F(ChooserPortalTest, LetsTheDesktopAskForAFile) {
+    answerVersion(1);
+    const auto take = [this](const std::string &path) { chosen.push_back(path); };
+    chooseFileToSave(*window, "Save", "list.json", "json", take);
+    ASSERT_TRUE(isAsked("SaveFile"));
+    QVariantMap options = optionsOf(portal.calls.back());
+    EXPECT_EQ(options.value("current_name"), "list.json");
+    EXPECT_FALSE(options.contains("directory"));
+    answer(0, {"file:///home/other"});
+    EXPECT_TRUE(testing::eventually([&] { return chosen == std::vector<std::string>{"/home/other"}; }))
+        << "as the user agreed to it";
+
+    EXPECT_TRUE(testing::eventually([&] { return window->children().isEmpty(); }));
+    chooseFileToOpen(*window, "Open", {{"Lists", {"*.json", "*.scan"}}, {"All files", {"*"}}}, take);
+    ASSERT_TRUE(isAsked("OpenFile"));
+    options = optionsOf(portal.calls.back());
+    EXPECT_FALSE(options.contains("current_name"));
+    const auto kinds = options.value("filters").value<QDBusArgument>();
+    ASSERT_EQ(kinds.currentSignature(), "a(sa(us))");
+    QStringList titles;
+    for (kinds.beginArray(); !kinds.atEnd(); kinds.endStructure()) {
+        QString title;
+        kinds.beginStructure();
+        kinds >> title;
+        titles.append(title);
+        for (kinds.beginArray(); !kinds.atEnd(); kinds.endStructure()) {
+            uint type = 9;
+            QString pattern;
+            kinds.beginStructure();
+            kinds >> type >> pattern;
+            titles.append(QString::number(type) + pattern);
+        }
+        kinds.endArray();
+    }
+    EXPECT_EQ(titles, QStringList({"Lists", "0*.json", "0*.scan", "All files", "0*"}));
+    answer(0, {"file:///home/list.json"});
+    EXPECT_TRUE(testing::eventually([&] { return chosen.size() == 2; }));
+}
+
 TEST_F(ChooserPortalTest, WithdrawsTheQuestionWithTheWindow) {
     choose();
     ASSERT_TRUE(isAsked("OpenFile"));
@@ -119,6 +160,10 @@ TEST_F(ChooserPortalTest, ShowsTheDialogOfQtWithoutAPortalThatKnowsFolders) {
     portal.connection().unregisterService("org.freedesktop.portal.Desktop");
     choose();
     EXPECT_TRUE(testing::eventually([&] { return dialogOfQt() != nullptr; }));
+    window = std::make_unique<QWidget>();
+    chooseFileToSave(*window, "Save", "list.json", "json", {});
+    EXPECT_TRUE(testing::eventually([&] { return dialogOfQt() != nullptr; }));
+    EXPECT_EQ(dialogOfQt()->defaultSuffix(), "json");
 }
 
 } // namespace brimvale
