@@ -11,9 +11,11 @@ struct Tools {
     std::string
         administratorRunner; ///< asks for the rights to run PROGRAM ARGUMENT… as pkexec does; empty on macOS
     std::string busCaller;   ///< calls a method on the session bus, as dbus-send does; empty on macOS
-    std::string tmutil;      ///< listlocalsnapshots VOLUME, as Time Machine's does; empty on Linux
-    std::string snapper;   ///< Snapper: --csvout list-configs, -c CONFIGURATION delete NUMBER; empty on macOS
-    std::string timeshift; ///< Timeshift: --delete --snapshot NAME; empty on macOS
+    std::string
+        settings;        ///< the desktop's settings, as gsettings prints them: get SCHEMA KEY; empty on macOS
+    std::string tmutil;  ///< listlocalsnapshots VOLUME, as Time Machine's does; empty on Linux
+    std::string snapper; ///< Snapper: --csvout list-configs, -c CONFIGURATION delete NUMBER; empty on macOS
+    std::string timeshift;     ///< Timeshift: --delete --snapshot NAME; empty on macOS
     std::string fileStatus;    ///< GNU stat: -f -c FORMAT -- PATH; empty on macOS
     std::string databaseShell; ///< sqlite3: -readonly -separator S DATABASE SQL
     std::string copier; ///< copies an item with all its metadata, merging into what exists: … SRC DST

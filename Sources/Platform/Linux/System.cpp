@@ -12,6 +12,7 @@ Tools platformTools() {
     return {.shell = "/bin/sh",
             .administratorRunner = "/usr/bin/pkexec",
             .busCaller = "/usr/bin/dbus-send",
+            .settings = "/usr/bin/gsettings",
             .tmutil = "",
             .snapper = "/usr/bin/snapper",
             .timeshift = "/usr/bin/timeshift",

@@ -12,6 +12,7 @@ Tools platformTools() {
     return {.shell = "/bin/sh",
             .administratorRunner = "",
             .busCaller = "",
+            .settings = "",
             .tmutil = "/usr/bin/tmutil",
             .snapper = "",
             .timeshift = "",

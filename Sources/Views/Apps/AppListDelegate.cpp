@@ -19,7 +19,11 @@ constexpr int sizeWidth = 76;
 constexpr int dotSize = 6;
 constexpr int tallRow = 48;
 constexpr int pictureSide = 28; // in a tall row
-constexpr int textMargin = 5;   // above and below the lines of a tall row
+
+/// Above and below the lines of a tall row.
+int textMargin() {
+    return Type::scaled(5);
+}
 
 } // namespace
 
@@ -53,10 +57,10 @@ QRect AppListDelegate::paintSize(QPainter &painter, const QRect &row, const QMod
     painter.setFont(Type::font(Type::Size::body));
     const QString words = index.data(AppListModel::sizeRole).toString();
     const bool isTall = !index.data(AppListModel::detailRole).toString().isEmpty();
-    const int width = isTall ? painter.fontMetrics().horizontalAdvance(words) : sizeWidth;
-    const QRect place =
-        isTall ? QRect(row.right() - width + 1, row.top() + textMargin, width, row.height() / 2 - textMargin)
-               : QRect(row.right() - width + 1, row.top(), width, row.height());
+    const int width = isTall ? painter.fontMetrics().horizontalAdvance(words) : Type::scaled(sizeWidth);
+    const QRect place = isTall ? QRect(row.right() - width + 1, row.top() + textMargin(), width,
+                                       row.height() / 2 - textMargin())
+                               : QRect(row.right() - width + 1, row.top(), width, row.height());
     if (index.data(AppListModel::analyzedRole).toBool()) {
         painter.setPen(isActive ? theme.onAccent : theme.secondaryText);
         painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter, words);
@@ -83,12 +87,12 @@ void AppListDelegate::paintWords(QPainter &painter, const QRect &place, int righ
         drawLine(place, index.data().toString());
         return;
     }
-    QRect line = place.adjusted(0, textMargin, 0, -place.height() / 2);
+    QRect line = place.adjusted(0, textMargin(), 0, -place.height() / 2);
     drawLine(line, index.data().toString());
     painter.setFont(Type::font(Type::Size::caption));
     painter.setPen(isActive ? theme.onAccent : theme.tertiaryText);
     line.setRight(right);
-    drawLine(line.translated(0, line.height()).adjusted(0, 0, 0, -textMargin), detail);
+    drawLine(line.translated(0, line.height()).adjusted(0, 0, 0, -textMargin()), detail);
 }
 
 /// The application's own picture, or a symbol for all where it has none.
@@ -105,7 +109,8 @@ void AppListDelegate::paintIcon(QPainter &painter, const QRect &place, const QMo
 }
 
 QSize AppListDelegate::sizeHint(const QStyleOptionViewItem & /*option*/, const QModelIndex &index) const {
-    return {0, index.data(AppListModel::detailRole).toString().isEmpty() ? Metrics::rowHeight : tallRow};
+    return {0, index.data(AppListModel::detailRole).toString().isEmpty() ? Metrics::rowHeight()
+                                                                         : Type::scaled(tallRow)};
 }
 
 } // namespace brimvale

@@ -121,7 +121,7 @@ QWidget *AppsView::makeListSide() {
     list_->setAttribute(Qt::WA_MacShowFocusRect, false);
     list_->viewport()->setAutoFillBackground(false);
     auto *card = new Card(this);
-    card->setFixedWidth(listWidth);
+    card->setFixedWidth(Type::scaled(listWidth));
     auto *layout = new QVBoxLayout(card);
     layout->setContentsMargins(1, 10, 1, 8);
     layout->setSpacing(8);

@@ -54,7 +54,7 @@ void OrphanEntry::showState(const OrphanState &state) {
 }
 
 QSize OrphanEntry::sizeHint() const {
-    return {0, entryHeight};
+    return {0, Type::scaled(entryHeight)};
 }
 
 void OrphanEntry::paintEvent(QPaintEvent * /*event*/) {

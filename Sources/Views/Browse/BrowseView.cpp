@@ -116,7 +116,7 @@ QWidget *BrowseView::makeOutlineSide() {
     filter_->setPlaceholderText(u"Filter by name"_s);
     filter_->setAccessibleName(u"Filter by name"_s);
     filter_->setClearButtonEnabled(true);
-    filter_->setFixedWidth(150);
+    filter_->setFixedWidth(Type::scaled(150));
     filter_->setTextMargins(4, 0, 4, 0);
     outline_->setObjectName(QStringLiteral("outline"));
     auto *head = new QHBoxLayout;

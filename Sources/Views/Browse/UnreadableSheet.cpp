@@ -66,7 +66,7 @@ public:
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option,
                                  const QModelIndex &index) const override {
         const QSize size = QStyledItemDelegate::sizeHint(option, index);
-        return {size.width(), Metrics::rowHeight};
+        return {size.width(), Metrics::rowHeight()};
     }
 };
 
@@ -85,7 +85,7 @@ QTreeView *makeTable(UnreadableModel &model, QWidget *sheet) {
     table->setModel(&model);
     table->header()->setStretchLastSection(false);
     table->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    table->header()->resizeSection(1, reasonWidth);
+    table->header()->resizeSection(1, Type::scaled(reasonWidth));
     QObject::connect(table, &QWidget::customContextMenuRequested, sheet,
                      [table, &model, sheet](const QPoint &place) {
                          std::vector<FileURL> items;

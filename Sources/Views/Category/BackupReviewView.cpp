@@ -10,6 +10,7 @@
 #include "Views/Components/NoteLabel.h"
 #include "Views/Components/PageParts.h"
 #include "Views/Components/Text.h"
+#include "Views/Components/Theme.h"
 #include "Views/Entries/ItemActions.h"
 
 #include <QDesktopServices>
@@ -51,7 +52,7 @@ BackupReviewView::BackupReviewView(const PendingDeletion &pending, QWidget *pare
     layout->addWidget(mode);
     layout->addSpacing(2);
     addChoice(*layout);
-    setFixedWidth(sheetWidth);
+    setFixedWidth(Type::scaled(sheetWidth));
 }
 
 void BackupReviewView::addHeading(QVBoxLayout &layout) {

@@ -30,8 +30,8 @@ public:
         layout->addWidget(makeParagraph(Words::current().accessAdvice, TextLabel::Tone::secondary));
         layout->addSpacing(4);
         addChoice(*layout);
-        setFixedWidth(noticeWidth);
-        resize(noticeWidth, layout->totalHeightForWidth(noticeWidth));
+        setFixedWidth(Type::scaled(noticeWidth));
+        resize(width(), layout->totalHeightForWidth(width()));
     }
 
 private:

@@ -10,9 +10,9 @@ namespace brimvale {
 /// The lengths of a legend, in points.
 struct LegendStyle {
     int markSize;
-    int markGap; ///< between a mark and its name
-    int nameGap; ///< between a name and the next mark
-    int lineHeight;
+    int markGap;    ///< between a mark and its name
+    int nameGap;    ///< between a name and the next mark
+    int lineHeight; ///< for texts of the usual size
 };
 
 /// Where an entry of a legend is drawn: its mark in its colour, and its name.

@@ -59,7 +59,7 @@ RiskBadge::RiskBadge(CleanupRisk risk, QWidget *parent)
 }
 
 QSize RiskBadge::sizeHint() const {
-    return {QFontMetrics(badgeFont()).horizontalAdvance(label_) + 2 * sidePadding, badgeHeight};
+    return {QFontMetrics(badgeFont()).horizontalAdvance(label_) + 2 * sidePadding, Type::scaled(badgeHeight)};
 }
 
 void RiskBadge::paintEvent(QPaintEvent * /*event*/) {
@@ -70,7 +70,7 @@ void RiskBadge::paintEvent(QPaintEvent * /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(ground);
-    painter.drawRoundedRect(rect(), badgeHeight / 2.0, badgeHeight / 2.0);
+    painter.drawRoundedRect(rect(), Type::scaled(badgeHeight) / 2.0, Type::scaled(badgeHeight) / 2.0);
     painter.setPen(wordColor(color));
     painter.setFont(badgeFont());
     painter.drawText(rect(), Qt::AlignCenter, label_);

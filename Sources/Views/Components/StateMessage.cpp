@@ -45,7 +45,7 @@ void StateMessage::setMessage(const QString &iconName, const QString &title, con
 
 /// Layouts give an aligned label only one line.
 void StateMessage::fitSentence() {
-    const int width = std::clamp(contentsRect().width() - 2 * margin, 1, textWidth);
+    const int width = std::clamp(contentsRect().width() - 2 * margin, 1, Type::scaled(textWidth));
     sentence_->setFixedSize(width, sentence_->heightForWidth(width));
 }
 

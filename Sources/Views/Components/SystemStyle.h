@@ -4,8 +4,14 @@
 
 namespace brimvale {
 
-/// The window's font at its body size: the system's font if it suits such windows, otherwise the bundled one
-/// or, if that cannot be loaded, the system's default. Needs the application object.
-[[nodiscard]] QFont applicationFont();
+/// The font of the window, and how large its texts are.
+struct SystemFont {
+    QFont font;       ///< at the body size
+    double scale = 1; ///< for `Type::setScale`
+};
+
+/// The system's font if it suits such windows, otherwise the bundled one or, if that cannot be loaded, the
+/// system's default. Needs the application object.
+[[nodiscard]] SystemFont systemFont();
 
 } // namespace brimvale

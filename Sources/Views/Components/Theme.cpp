@@ -55,6 +55,7 @@ const Theme dark = {
 };
 
 Appearance chosenAppearance = Appearance::system;
+double textScale = 1;
 
 /// `color`, with as much of the text's colour as a mark needs to be seen on all of the theme's surfaces.
 QColor visibleOnAll(const Theme &theme, const QColor &color, double least) {
@@ -139,9 +140,17 @@ QPalette Theme::palette() const {
     return palette;
 }
 
+void Type::setScale(double scale) {
+    textScale = scale;
+}
+
+int Type::scaled(int length) {
+    return qRound(length * textScale);
+}
+
 QFont Type::font(Size size, QFont::Weight weight) {
     QFont font = QGuiApplication::font();
-    font.setPixelSize(static_cast<int>(size));
+    font.setPixelSize(scaled(static_cast<int>(size)));
     font.setWeight(weight);
     return font;
 }

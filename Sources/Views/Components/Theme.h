@@ -53,10 +53,17 @@ struct Theme {
     [[nodiscard]] QPalette palette() const;
 };
 
-/// The type sizes of the window, in pixels.
+/// The type sizes of the window, in pixels. All texts are larger or smaller by one factor if the system's
+/// are.
 namespace Type {
 
 enum class Size : int { title = 24, heading = 15, body = 13, caption = 11 };
+
+/// Sets this factor, which is usually 1. Before any window is made.
+void setScale(double scale);
+
+/// A height or width that has room for texts of the usual sizes, made to fit those of the set factor.
+[[nodiscard]] int scaled(int length);
 
 /// The application's font in one of its sizes.
 [[nodiscard]] QFont font(Size size, QFont::Weight weight = QFont::Normal);

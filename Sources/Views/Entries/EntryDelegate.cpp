@@ -19,12 +19,18 @@ namespace brimvale {
 namespace {
 
 constexpr int secondLineHeight = 12;
-constexpr int noteHeight = 16;
 constexpr int margin = 16;
 constexpr int gap = 10;
 constexpr int sizeWidth = 88;
-constexpr int dateWidth = 110;
 constexpr int leastNameWidth = 180; ///< if there is a date beside it
+
+int noteHeight() {
+    return Type::scaled(16);
+}
+
+int dateWidth() {
+    return Type::scaled(110);
+}
 
 QStringList notesOn(const QModelIndex &index) {
     return index.data(EntryListModel::noteRole).toString().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
@@ -56,12 +62,12 @@ QRect takeRight(QRect &row, int width) {
 
 /// The notes, one per line, below the rest. They use the whole width, because they must be readable in full.
 void paintNotes(QPainter &painter, const QRect &above, const QStringList &notes) {
-    constexpr int nearer = 5; // the rest ends a little above the end of its space
-    QRect line(above.left(), above.bottom() + 1 - nearer, above.width(), noteHeight);
+    const int nearer = Type::scaled(5); // the rest ends a little above the end of its space
+    QRect line(above.left(), above.bottom() + 1 - nearer, above.width(), noteHeight());
     for (const QString &note : notes) {
         drawWords(painter, line, Qt::AlignLeft | Qt::AlignVCenter, Type::Size::caption,
                   Theme::current().warning, note);
-        line.translate(0, noteHeight);
+        line.translate(0, noteHeight());
     }
 }
 
@@ -85,7 +91,7 @@ void EntryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     const Theme &theme = Theme::current();
     paintGround(*painter, option);
     const QStringList notes = notesOn(index);
-    const QRect upper = option.rect.adjusted(0, 0, 0, -noteHeight * static_cast<int>(notes.size()));
+    const QRect upper = option.rect.adjusted(0, 0, 0, -noteHeight() * static_cast<int>(notes.size()));
     QRect row = upper.adjusted(margin, 0, -margin, 0);
     const QVariant ticked = index.data(Qt::CheckStateRole);
     const bool isLocked = isLockedRow(index);
@@ -106,11 +112,13 @@ void EntryDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     constexpr Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
     painter->setFont(Type::font(Type::Size::body));
     painter->setPen(theme.text);
-    drawAlignedSize(*painter, takeRight(row, sizeWidth), index.data(EntryListModel::sizeRole).toString());
+    drawAlignedSize(*painter, takeRight(row, Type::scaled(sizeWidth)),
+                    index.data(EntryListModel::sizeRole).toString());
     const QString date = index.data(EntryListModel::dateRole).toString();
-    const bool hasRoom = row.width() - dateWidth - gap >= leastNameWidth;
+    const bool hasRoom = row.width() - dateWidth() - gap >= leastNameWidth;
     if (hasRoom)
-        drawWords(*painter, takeRight(row, dateWidth), right, Type::Size::caption, theme.secondaryText, date);
+        drawWords(*painter, takeRight(row, dateWidth()), right, Type::Size::caption, theme.secondaryText,
+                  date);
     paintLines(*painter, row, index, hasRoom ? QString() : date);
 }
 
@@ -126,17 +134,17 @@ void EntryDelegate::paintLines(QPainter &painter, const QRect &place, const QMod
         drawWords(painter, place, left, Type::Size::body, theme.text, index.data().toString());
         return;
     }
-    const QRect line(place.left(), place.top() + 5, place.width(), 18);
+    const QRect line(place.left(), place.top() + Type::scaled(5), place.width(), Type::scaled(18));
     drawWords(painter, line, left, Type::Size::body, theme.text, index.data().toString());
-    drawWords(painter, QRect(line.left(), line.bottom() + 1, line.width(), 16), left, Type::Size::caption,
-              theme.tertiaryText, folder);
+    drawWords(painter, QRect(line.left(), line.bottom() + 1, line.width(), noteHeight()), left,
+              Type::Size::caption, theme.tertiaryText, folder);
 }
 
 QSize EntryDelegate::sizeHint(const QStyleOptionViewItem & /*option*/, const QModelIndex &index) const {
-    int height = Metrics::rowHeight;
+    int height = Metrics::rowHeight();
     if (!index.data(EntryListModel::folderRole).toString().isEmpty())
-        height += secondLineHeight;
-    return {0, height + noteHeight * static_cast<int>(notesOn(index).size())};
+        height += Type::scaled(secondLineHeight);
+    return {0, height + noteHeight() * static_cast<int>(notesOn(index).size())};
 }
 
 bool EntryDelegate::editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,

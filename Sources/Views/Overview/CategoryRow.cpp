@@ -17,12 +17,15 @@ namespace brimvale {
 
 namespace {
 
-constexpr int rowHeight = 54;
 constexpr int rowTileSize = 32;
 constexpr int gap = 12;
 constexpr int barWidth = 120;
 constexpr int sizeWidth = 84;
 constexpr int chevronSize = 16;
+
+int rowHeight() {
+    return Type::scaled(54);
+}
 
 QRect takeRight(QRect &row, int width) {
     const QRect taken(row.right() - width + 1, row.top(), width, row.height());
@@ -55,7 +58,7 @@ QString CategoryRow::measuredSize() const {
 }
 
 QSize CategoryRow::sizeHint() const {
-    return {400, rowHeight};
+    return {400, rowHeight()};
 }
 
 void CategoryRow::paintEvent(QPaintEvent * /*event*/) {
@@ -69,7 +72,7 @@ void CategoryRow::paintEvent(QPaintEvent * /*event*/) {
     }
     QRect row = rect().adjusted(Metrics::cardMargin, 0, -Metrics::cardMargin, 0);
     const QColor color = categoryColor(category_.category);
-    Icons::paintTile(painter, QRectF(row.left(), (rowHeight - rowTileSize) / 2.0, rowTileSize, rowTileSize),
+    Icons::paintTile(painter, QRectF(row.left(), (rowHeight() - rowTileSize) / 2.0, rowTileSize, rowTileSize),
                      categoryIcon(category_.category), color);
     row.setLeft(row.left() + rowTileSize + gap);
     if (!isLast_)
@@ -81,16 +84,16 @@ void CategoryRow::paintEvent(QPaintEvent * /*event*/) {
         Icons::pixmap(QStringLiteral("chevron-right"), theme.tertiaryText, chevronSize, devicePixelRatioF()));
     painter.setFont(Type::font(Type::Size::body, QFont::Medium));
     painter.setPen(category_.measured ? theme.text : theme.tertiaryText);
-    drawAlignedSize(painter, takeRight(row, sizeWidth), measuredSize());
+    drawAlignedSize(painter, takeRight(row, Type::scaled(sizeWidth)), measuredSize());
     paintShareBar(painter, takeRight(row, barWidth), share_, theme.track, markOn(color, theme.track));
 
     painter.setPen(theme.text);
     const QFontMetrics titleMetrics = painter.fontMetrics();
-    painter.drawText(row.adjusted(0, 9, 0, 0), Qt::AlignLeft | Qt::AlignTop,
+    painter.drawText(row.adjusted(0, Type::scaled(9), 0, 0), Qt::AlignLeft | Qt::AlignTop,
                      titleMetrics.elidedText(text(), Qt::ElideRight, row.width()));
     painter.setFont(Type::font(Type::Size::caption));
     painter.setPen(theme.secondaryText);
-    painter.drawText(row.adjusted(0, 28, 0, 0), Qt::AlignLeft | Qt::AlignTop,
+    painter.drawText(row.adjusted(0, Type::scaled(28), 0, 0), Qt::AlignLeft | Qt::AlignTop,
                      painter.fontMetrics().elidedText(QString::fromStdString(category_.category.detail),
                                                       Qt::ElideRight, row.width()));
 }

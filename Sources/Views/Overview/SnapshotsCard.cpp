@@ -95,7 +95,7 @@ QWidget *SnapshotsCard::makeRow(const LocalSnapshot &snapshot, bool isBusy) {
         size->setObjectName(QStringLiteral("snapshotSize"));
         size->setText(snapshot.exclusiveBytes ? sizeText(*snapshot.exclusiveBytes) : u"size unknown"_s);
         size->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        size->setMinimumWidth(snapshotSizeWidth);
+        size->setMinimumWidth(Type::scaled(snapshotSizeWidth));
         layout->addWidget(size);
         layout->setContentsMargins(0, 3, 0, 3);
     }

@@ -72,7 +72,7 @@ QWidget *VolumesCard::makeRow(const VolumeInfo &volume) {
     auto *free = new TextLabel(Type::Size::body, TextLabel::Tone::secondary, row);
     free->setText(u"%1 free of %2"_s.arg(sizeText(volume.shownAvailable()), sizeText(volume.totalCapacity)));
     free->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    free->setMinimumWidth(freeWidth);
+    free->setMinimumWidth(Type::scaled(freeWidth));
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 4, 0, 4);
     layout->setSpacing(12);

@@ -25,7 +25,7 @@ TextSheet::TextSheet(const char *objectName, const QString &title, const QString
     content_->addWidget(makeHeading("question", title));
     content_->addWidget(explanation);
     content_->addSpacing(4);
-    setFixedWidth(confirmationWidth);
+    setFixedWidth(Type::scaled(confirmationWidth));
 }
 
 ConfirmationSheet::ConfirmationSheet(const QString &question, const QString &explanation,
@@ -41,7 +41,7 @@ ConfirmationSheet::ConfirmationSheet(const QString &question, const QString &exp
 NoticeSheet::NoticeSheet(const QString &title, const QString &text, QWidget *parent)
     : TextSheet("noticeSheet", title, text, parent) {
     addButtons(content(), {makeCloseButton("ok", u"OK"_s)});
-    resize(confirmationWidth, content().totalHeightForWidth(confirmationWidth)); // the text may be long
+    resize(width(), content().totalHeightForWidth(width())); // the text may be long
 }
 
 void showNoticeSheet(QWidget &window, const QString &title, const QString &text) {

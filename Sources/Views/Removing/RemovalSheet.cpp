@@ -66,9 +66,9 @@ RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
     layout->addWidget(remark_);
     layout->addStretch(1);
     addButtons(*layout, {remove_, makeCloseButton("cancel", u"Cancel"_s)});
-    setFixedWidth(sheetWidth);
+    setFixedWidth(Type::scaled(sheetWidth));
     showMode();
-    resize(sheetWidth, layout->totalHeightForWidth(sheetWidth));
+    resize(width(), layout->totalHeightForWidth(width()));
 }
 
 /// The first few items with their sizes, and the number of the others.

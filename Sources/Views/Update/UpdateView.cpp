@@ -55,7 +55,7 @@ UpdateView::UpdateView(Updater &updater, QWidget *parent)
     notes_->setObjectName(QStringLiteral("updateNotes"));
     notes_->setAccessibleName(u"Release notes"_s);
     notes_->setReadOnly(true);
-    notes_->setFixedHeight(notesHeight);
+    notes_->setFixedHeight(Type::scaled(notesHeight));
     notes_->setFrameShape(QFrame::NoFrame);
     progress_->setObjectName(QStringLiteral("updateProgress"));
     progress_->setAccessibleName(u"Download"_s);
@@ -95,7 +95,7 @@ void UpdateView::arrange() {
         layout->addWidget(part);
     layout->addStretch(1);
     layout->addLayout(buttons);
-    setFixedWidth(windowWidth);
+    setFixedWidth(Type::scaled(windowWidth));
 }
 
 UpdateView::Content UpdateView::offer(const updateState::Available &update, const QString &running) const {

@@ -4,6 +4,7 @@
 #include "Platform/Confinement.h"
 #include "Views/Components/SystemAppearance.h"
 #include "Views/Components/SystemStyle.h"
+#include "Views/Components/Theme.h"
 #include "Views/Update/SampleFeed.h"
 #include "Views/Window/ApplicationIcon.h"
 #include "Views/Window/WindowStyle.h"
@@ -87,7 +88,9 @@ Application::Application(int &argumentCount, char **arguments) {
     QApplication::setApplicationVersion(QLatin1String(version));
     QApplication::setDesktopFileName(QStringLiteral("brimvale"));
     QApplication::setWindowIcon(applicationIcon());
-    QApplication::setFont(applicationFont());
+    const SystemFont font = systemFont();
+    Type::setScale(font.scale);
+    QApplication::setFont(font.font);
     // A program with a single window quits with it, on macOS too.
     QApplication::setQuitOnLastWindowClosed(true);
     model_.emplace();

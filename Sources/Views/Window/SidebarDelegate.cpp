@@ -94,7 +94,7 @@ void SidebarDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
 }
 
 QSize SidebarDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const {
-    return {0, isHeading(index) ? headingHeight : Metrics::rowHeight};
+    return {0, isHeading(index) ? Type::scaled(headingHeight) : Metrics::rowHeight()};
 }
 
 } // namespace brimvale

@@ -3,6 +3,7 @@
 #include "Views/Components/Contrast.h"
 #include "Views/Components/Icons.h"
 #include "Views/Components/Metrics.h"
+#include "Views/Components/Theme.h"
 #include "Views/Components/TickBox.h"
 
 #include <QComboBox>
@@ -196,9 +197,9 @@ QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
                                     const QWidget *widget) const {
     QSize whole = QProxyStyle::sizeFromContents(type, option, size, widget);
     if (type == CT_PushButton)
-        whole = {whole.width() + 2 * buttonPadding, std::max(whole.height(), buttonHeight)};
+        whole = {whole.width() + 2 * buttonPadding, std::max(whole.height(), Type::scaled(buttonHeight))};
     else if (type == CT_LineEdit || type == CT_ComboBox)
-        whole.setHeight(std::max(whole.height(), buttonHeight));
+        whole.setHeight(std::max(whole.height(), Type::scaled(buttonHeight)));
     const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
     if (type == CT_PushButton && button != nullptr && !button->icon.isNull() && !button->text.isEmpty())
         whole.rwidth() += labelGap;

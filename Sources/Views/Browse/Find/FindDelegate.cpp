@@ -17,9 +17,15 @@ namespace {
 constexpr int findRowHeight = 44;
 constexpr int edge = 14;
 constexpr int space = 8;
-constexpr int figureWidth = 104;
-constexpr int lineHeight = 18;
 constexpr int childIndent = 14;
+
+int lineHeight() {
+    return Type::scaled(18);
+}
+
+int figureWidth() {
+    return Type::scaled(104);
+}
 
 void paintRowGround(QPainter &painter, const QStyleOptionViewItem &option) {
     const Theme &theme = Theme::current();
@@ -64,16 +70,16 @@ void FindDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     row.setLeft(row.left() + Metrics::iconSize + space);
 
     const QString second = index.data(FindModel::lineRole).toString();
-    const int top = second.isEmpty() ? row.center().y() - lineHeight / 2 : row.top() + 4;
-    const QRect upper(row.left(), top, row.width(), lineHeight);
-    const QRect lower = upper.translated(0, lineHeight);
-    const QRect name = upper.adjusted(0, 0, -figureWidth - space, 0);
-    const QRect figure(row.right() - figureWidth + 1, top, figureWidth, lineHeight);
+    const int top = second.isEmpty() ? row.center().y() - lineHeight() / 2 : row.top() + Type::scaled(4);
+    const QRect upper(row.left(), top, row.width(), lineHeight());
+    const QRect lower = upper.translated(0, lineHeight());
+    const QRect name = upper.adjusted(0, 0, -figureWidth() - space, 0);
+    const QRect figure(row.right() - figureWidth() + 1, top, figureWidth(), lineHeight());
     paintLine(*painter, name, Qt::AlignLeft, Type::Size::body, words, index.data().toString());
     drawAlignedSize(*painter, figure, index.data(FindModel::sizeRole).toString()); // in the name's font
-    paintLine(*painter, lower.adjusted(0, 0, -figureWidth - space, 0), Qt::AlignLeft, Type::Size::caption,
+    paintLine(*painter, lower.adjusted(0, 0, -figureWidth() - space, 0), Qt::AlignLeft, Type::Size::caption,
               quiet, second);
-    const QRect belowFigure = figure.translated(0, lineHeight);
+    const QRect belowFigure = figure.translated(0, lineHeight());
     if (share.isNull())
         paintLine(*painter, belowFigure, Qt::AlignRight, Type::Size::caption, quiet,
                   index.data(FindModel::dateRole).toString());
@@ -82,7 +88,7 @@ void FindDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
 }
 
 QSize FindDelegate::sizeHint(const QStyleOptionViewItem & /*option*/, const QModelIndex & /*index*/) const {
-    return {0, findRowHeight};
+    return {0, Type::scaled(findRowHeight)};
 }
 
 } // namespace brimvale

@@ -26,7 +26,7 @@ TabStrip::TabStrip(QWidget *parent) : QTabBar(parent) {
 QSize TabStrip::tabSizeHint(int index) const {
     // Bold, so that nothing moves when another tab is chosen.
     const QFontMetrics metrics(Type::font(Type::Size::body, QFont::DemiBold));
-    return {metrics.horizontalAdvance(tabText(index)) + 2 * sideMargin, tabHeight};
+    return {metrics.horizontalAdvance(tabText(index)) + 2 * sideMargin, Type::scaled(tabHeight)};
 }
 
 QSize TabStrip::minimumTabSizeHint(int index) const {

@@ -113,7 +113,7 @@ void OutlineDelegate::paintShare(QPainter &painter, const QStyleOptionViewItem &
 }
 
 QSize OutlineDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const {
-    return {0, rowHeight};
+    return {0, Type::scaled(rowHeight)};
 }
 
 /// The text of a cell that has no room for all of it; empty if it is shown in full.

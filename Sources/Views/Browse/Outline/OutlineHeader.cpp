@@ -211,7 +211,7 @@ void OutlineHeader::mouseReleaseEvent(QMouseEvent *event) {
 }
 
 QSize OutlineHeader::sectionSizeFromContents(int section) const {
-    return {QHeaderView::sectionSizeFromContents(section).width(), headerHeight};
+    return {QHeaderView::sectionSizeFromContents(section).width(), Type::scaled(headerHeight)};
 }
 
 void OutlineHeader::paintSection(QPainter *painter, const QRect &rect, int section) const {

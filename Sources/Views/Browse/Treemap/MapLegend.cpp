@@ -40,11 +40,11 @@ void MapLegend::setEntries(std::vector<MapColors::Entry> entries) {
 }
 
 QSize MapLegend::sizeHint() const {
-    return {200, legendHeight};
+    return {200, Type::scaled(legendHeight)};
 }
 
 QSize MapLegend::minimumSizeHint() const {
-    return {0, legendHeight};
+    return {0, Type::scaled(legendHeight)};
 }
 
 void MapLegend::paintEvent(QPaintEvent * /*event*/) {

@@ -1,10 +1,10 @@
 #include "Views/Components/Linux/AppearancePortal.h"
 
 #include "Views/Components/Linux/SessionBus.h"
+#include "Views/Components/Linux/SettingsPortal.h"
 
 #include <QDBusArgument>
 #include <QDBusServiceWatcher>
-#include <QMap>
 #include <QVariantMap>
 #include <algorithm>
 #include <array>
@@ -13,9 +13,6 @@ namespace brimvale {
 
 namespace {
 
-constexpr int longestWait = 1000; // milliseconds
-
-constexpr QLatin1String settingsInterface("org.freedesktop.portal.Settings");
 constexpr QLatin1String appearanceGroup("org.freedesktop.appearance");
 
 /// 0: no preference, 1: dark, 2: light.
@@ -49,7 +46,7 @@ AppearancePortal::AppearancePortal(QObject *parent) : QObject(parent) {
     std::optional<QDBusConnection> bus = SessionBus::connection();
     if (!bus)
         return;
-    bus->connect(SessionBus::portalService, SessionBus::portalPath, settingsInterface,
+    bus->connect(SessionBus::portalService, SessionBus::portalPath, SettingsPortal::interface,
                  QStringLiteral("SettingChanged"), {appearanceGroup}, QString(), this, SLOT(ask()));
     // It may start later than this program, or again.
     auto *starts = new QDBusServiceWatcher(SessionBus::portalService, *bus,
@@ -59,17 +56,16 @@ AppearancePortal::AppearancePortal(QObject *parent) : QObject(parent) {
 }
 
 void AppearancePortal::ask() {
-    QDBusMessage question = SessionBus::portalCall(settingsInterface, "ReadAll");
-    question << QStringList{appearanceGroup};
     SessionBus::send(
-        question, this, [this](const QDBusMessage &answer) { read(answer); }, longestWait);
+        SettingsPortal::question(appearanceGroup), this, [this](const QDBusMessage &answer) { read(answer); },
+        SettingsPortal::longestWait);
 }
 
 void AppearancePortal::read(const QDBusMessage &answer) {
-    if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != QStringLiteral("a{sa{sv}}"))
+    const auto known = SettingsPortal::settingsIn(answer, appearanceGroup);
+    if (!known)
         return;
-    const auto groups = qdbus_cast<QMap<QString, QVariantMap>>(answer.arguments().constFirst());
-    const QVariantMap settings = groups.value(appearanceGroup);
+    const QVariantMap &settings = *known;
     emit answered({.isDark = darknessIn(settings.value(QStringLiteral("color-scheme"))),
                    .accent = accentIn(settings.value(QStringLiteral("accent-color"))),
                    .hasHighContrast = settings.value(QStringLiteral("contrast")).toUInt() == 1});

@@ -23,7 +23,8 @@ constexpr uint firstVersionWithFolders = 3;
 
 constexpr QLatin1String chooserInterface("org.freedesktop.portal.FileChooser");
 
-// The files that a dialog offers, as they are sent: each pattern as "(us)", and all of one title as "(sa(us))".
+// The files that a dialog offers, as they are sent: each pattern as "(us)", and all of one title as
+// "(sa(us))".
 struct SentPattern {
     uint type = 0; ///< 0: a pattern with "*"; 1: a MIME type
     QString text;

@@ -38,4 +38,9 @@ void SessionBus::send(const QDBusMessage &call, QObject *context,
                      });
 }
 
+QDBusMessage SessionBus::wait(const QDBusMessage &call, int longestWait) {
+    const std::optional<QDBusConnection> bus = connection();
+    return bus ? bus->call(call, QDBus::Block, longestWait) : QDBusMessage();
+}
+
 } // namespace brimvale

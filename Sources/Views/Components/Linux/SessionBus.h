@@ -11,7 +11,7 @@ class QObject;
 
 namespace brimvale {
 
-/// The desktop's services on the session bus. Nothing here waits for an answer.
+/// The desktop's services on the session bus. Only `wait` waits for an answer.
 namespace SessionBus {
 
 /// Where the portal is: https://flatpak.github.io/xdg-desktop-portal/docs/
@@ -32,6 +32,10 @@ void closeRequest(const QString &path);
 /// milliseconds after the call, or the usual time of the bus for -1.
 void send(const QDBusMessage &call, QObject *context, std::function<void(const QDBusMessage &)> answered,
           int longestWait = -1);
+
+/// The answer to a call, or an error if there is none after `longestWait` milliseconds. For what must be
+/// known before the window is made.
+[[nodiscard]] QDBusMessage wait(const QDBusMessage &call, int longestWait);
 
 } // namespace SessionBus
 

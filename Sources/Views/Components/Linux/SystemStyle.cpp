@@ -5,6 +5,7 @@
 
 #include <QFontDatabase>
 #include <QStringList>
+#include <algorithm>
 
 // Resources of a static library must be initialised by hand, outside of any namespace.
 static void openFonts() {
@@ -13,7 +14,15 @@ static void openFonts() {
 
 namespace brimvale {
 
-QFont applicationFont() {
+namespace {
+
+// With other sizes the smallest window could not show all its controls, or texts could not be read.
+constexpr double smallestScale = 0.8;
+constexpr double largestScale = 1.6;
+
+} // namespace
+
+SystemFont systemFont() {
     openFonts();
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     for (const char *weight : {"Regular", "Medium", "SemiBold", "Bold"}) {
@@ -23,10 +32,12 @@ QFont applicationFont() {
         if (!families.isEmpty())
             font.setFamilies({families.first()});
     }
-    if (const QString family = desktopFontFamily(); !family.isEmpty())
-        font.setFamilies(QStringList(family) + font.families());
-    font.setPixelSize(static_cast<int>(Type::Size::body));
-    return font;
+    const DesktopFont desktop = desktopFont();
+    if (!desktop.family.isEmpty())
+        font.setFamilies(QStringList(desktop.family) + font.families());
+    const double scale = std::clamp(desktop.scale, smallestScale, largestScale);
+    font.setPixelSize(qRound(static_cast<int>(Type::Size::body) * scale));
+    return {font, scale};
 }
 
 } // namespace brimvale

@@ -6,10 +6,10 @@
 
 namespace brimvale {
 
-QFont applicationFont() {
+SystemFont systemFont() {
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
     font.setPixelSize(static_cast<int>(Type::Size::body));
-    return font;
+    return {font};
 }
 
 } // namespace brimvale
