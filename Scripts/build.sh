@@ -3,7 +3,8 @@
 #   build PRESET [CMAKE-OPTION…]
 #
 # which configures the preset if needed, and builds it. Prints nothing when everything is up to date, one line when
-# it builds, and the whole log when it fails. The build stops after $faults failures (default: 1; 0: never).
+# it builds, and the whole log when it fails. The build stops after $faults failures (default: 1; 0: never). It builds
+# only $target if that is set.
 # shellcheck shell=bash
 
 top=$(CDPATH='' cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -13,7 +14,7 @@ build() {
     shift
     if [ $# -eq 0 ] && [ "$folder/build.ninja" -nt "$top/CMakePresets.json" ]; then
         # Ninja notices by itself when CMake must run again, except for changed presets.
-        case $(cmake --build "$folder" -- -n 2>&1) in
+        case $(cmake --build "$folder" ${target:+--target "$target"} -- -n 2>&1) in
             *'no work to do'*) return ;;
         esac
         echo "Building $preset" >&2
@@ -22,7 +23,7 @@ build() {
         mkdir -p "$top/build"
         (cd "$top" && cmake --preset "$preset" "$@") >"$log" 2>&1 || show_failed_build "$log" || return
     fi
-    cmake --build "$folder" -- -k "${faults:-1}" >"$log" 2>&1 || show_failed_build "$log"
+    cmake --build "$folder" ${target:+--target "$target"} -- -k "${faults:-1}" >"$log" 2>&1 || show_failed_build "$log"
 }
 
 show_failed_build() {
