@@ -119,7 +119,7 @@ UnreadableSheet::UnreadableSheet(const std::vector<UnreadableItem> &items, std::
     constexpr auto most = static_cast<std::int64_t>(UnreadableItems::mostListed);
     const bool isCut = count > most; // and then the count is not kept exact
     if (items.empty())
-        sentence += u" This list only counts them."_s;
+        sentence += u" The imported file has only their number."_s;
     else if (isCut)
         sentence += u" The first %1 are listed."_s.arg(counted(listed, "item"));
     words->setText(sentence);

@@ -132,7 +132,8 @@ std::variant<Launch, Launch::Refusal> Launch::read(std::span<const char *const> 
             return wrongUsage("--sample takes new or remove, not \"" + printable(*sample) + "\"");
     }
     if (arguments.operands().size() > 1)
-        return wrongUsage("one path at a time, not also \"" + printable(arguments.operands()[1]) + "\"");
+        return wrongUsage("only one path can be opened, and not also \"" +
+                          printable(arguments.operands()[1]) + "\"");
     if (arguments.operands().empty())
         return launch;
     readPlace(launch, arguments.operands().front());

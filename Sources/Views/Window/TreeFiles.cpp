@@ -122,7 +122,7 @@ void TreeFiles::exportList(ListingFormat format) {
 /// For a comparison, or to look at it later.
 void TreeFiles::saveScan() {
     const QString remark =
-        u"Import shows it again. “brimvalectl compare” tells what has changed between two such files."_s;
+        u"Import opens it again. “brimvalectl compare” shows what has changed between two such files."_s;
     save(u"Save the Scan"_s, u"scan"_s, remark, [this] {
         InMemory sink;
         if (scan_->tree != nullptr)
