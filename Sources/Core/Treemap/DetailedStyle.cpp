@@ -28,12 +28,12 @@ Color DetailedStyle::dimmed(const Color &color, const Color &around) {
     return TreemapStyle::over(around, {color, dimmedOpacity});
 }
 
-bool DetailedStyle::hasName(const Rect &tile) {
-    return tile.width > nameWidth && tile.height > nameHeight;
+bool DetailedStyle::hasName(const Rect &tile, double textScale) {
+    return tile.width > nameWidth * textScale && tile.height > nameHeight * textScale;
 }
 
-bool DetailedStyle::hasSize(const Rect &heading) {
-    return heading.width > sizeWidth;
+bool DetailedStyle::hasSize(const Rect &heading, double textScale) {
+    return heading.width > sizeWidth * textScale;
 }
 
 } // namespace brimvale

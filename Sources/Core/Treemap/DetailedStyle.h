@@ -28,11 +28,12 @@ inline constexpr double padding = 4;
 /// A colour that stands back, over the colour of its parent folder.
 [[nodiscard]] Color dimmed(const Color &color, const Color &around);
 
-/// Whether a closed tile is large enough for its name in one line. For name and size see `TreemapStyle`.
-[[nodiscard]] bool hasName(const Rect &tile);
+/// Whether a closed tile is large enough for its name in one line, with texts that are `textScale` times as
+/// large as usual. For name and size see `TreemapStyle`.
+[[nodiscard]] bool hasName(const Rect &tile, double textScale = 1);
 
 /// Whether a heading is wide enough for the size after the name.
-[[nodiscard]] bool hasSize(const Rect &heading);
+[[nodiscard]] bool hasSize(const Rect &heading, double textScale = 1);
 
 } // namespace DetailedStyle
 

@@ -15,14 +15,14 @@ constexpr double thinnestVisible = 3;
 constexpr double openWidth = 56;
 constexpr double openHeight = DetailedTreemap::headingHeight + DetailedTreemap::margin + 20;
 
-bool canBeOpen(const TreemapTile &tile) {
-    return tile.rect.width >= openWidth && tile.rect.height >= openHeight &&
+bool canBeOpen(const TreemapTile &tile, double textScale) {
+    return tile.rect.width >= openWidth * textScale && tile.rect.height >= openHeight * textScale &&
            !tile.node->outlineChildren().empty();
 }
 
-Rect contentsOf(const Rect &tile) {
+Rect contentsOf(const Rect &tile, double textScale) {
     constexpr double margin = DetailedTreemap::margin;
-    constexpr double heading = DetailedTreemap::headingHeight;
+    const double heading = DetailedTreemap::headingHeight * textScale;
     return {tile.x + margin, tile.y + heading, tile.width - 2 * margin, tile.height - heading - margin};
 }
 
@@ -44,7 +44,7 @@ void countTilesInside(std::vector<TreemapTile> &tiles) {
 /// it.
 class DetailedTreemap::Pass {
 public:
-    explicit Pass(DetailedTreemap &treemap) : treemap_(treemap) {}
+    Pass(DetailedTreemap &treemap, double textScale) : treemap_(treemap), textScale_(textScale) {}
 
     Layout run(Rect rect) {
         open(treemap_.folder_, rect, 0, wholeMap);
@@ -52,8 +52,8 @@ public:
             const TreemapTile tile = waiting_.back();
             waiting_.pop_back();
             layout_.tiles.push_back(tile);
-            if (canBeOpen(tile))
-                open(*tile.node, contentsOf(tile.rect), tile.depth + 1, layout_.tiles.size() - 1);
+            if (canBeOpen(tile, textScale_))
+                open(*tile.node, contentsOf(tile.rect, textScale_), tile.depth + 1, layout_.tiles.size() - 1);
         }
         countTilesInside(layout_.tiles);
         return std::move(layout_);
@@ -65,6 +65,7 @@ private:
     void addSmaller(const Rect &rect, std::int64_t count, std::size_t tile);
 
     DetailedTreemap &treemap_;
+    double textScale_;
     Layout layout_;
     std::vector<TreemapTile> waiting_; ///< the next one is the last
     std::vector<FSNode *> chosen_;
@@ -135,10 +136,10 @@ const std::vector<FSNode *> &DetailedTreemap::inOrder(const FSNode &folder) {
     return children;
 }
 
-DetailedTreemap::Layout DetailedTreemap::layout(Rect rect) {
+DetailedTreemap::Layout DetailedTreemap::layout(Rect rect, double textScale) {
     if (rect.width <= thinnestMap || rect.height <= thinnestMap || folder_.size < 1)
         return {};
-    return Pass(*this).run(rect);
+    return Pass(*this, textScale).run(rect);
 }
 
 } // namespace brimvale

@@ -17,7 +17,8 @@ namespace brimvale {
 /// children are looked at, up to the first one that is too small. Nothing recurses.
 class DetailedTreemap {
 public:
-    /// An open folder has its name in a heading above its contents, and a margin on the other sides.
+    /// An open folder has its name in a heading above its contents, and a margin on the other sides. This is
+    /// the height for texts of the usual size.
     static constexpr double headingHeight = 17;
     static constexpr double margin = 2;
 
@@ -42,12 +43,13 @@ public:
     /// been sorted with `sortRecursively`; what removals and other scans have changed since does not matter.
     explicit DetailedTreemap(FSNode &folder) : folder_(folder) {}
 
-    /// The tiles for a rectangle in points. None where the rectangle is 4 points thin or thinner.
-    [[nodiscard]] Layout layout(Rect rect);
+    /// The tiles for a rectangle in points, with headings for texts that are `textScale` times as large as
+    /// usual. None where the rectangle is 4 points thin or thinner.
+    [[nodiscard]] Layout layout(Rect rect, double textScale = 1);
 
     /// The heading of an open tile.
-    [[nodiscard]] static Rect heading(const TreemapTile &tile) {
-        return {tile.rect.x, tile.rect.y, tile.rect.width, headingHeight};
+    [[nodiscard]] static Rect heading(const TreemapTile &tile, double textScale = 1) {
+        return {tile.rect.x, tile.rect.y, tile.rect.width, headingHeight * textScale};
     }
 
 private:

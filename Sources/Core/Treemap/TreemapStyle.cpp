@@ -69,8 +69,8 @@ std::vector<TreemapStyle::Separator> TreemapStyle::separators(std::span<const Tr
     return separators;
 }
 
-bool TreemapStyle::hasLabel(const Rect &tile) {
-    return tile.width > labelWidth && tile.height > labelHeight;
+bool TreemapStyle::hasLabel(const Rect &tile, double textScale) {
+    return tile.width > labelWidth * textScale && tile.height > labelHeight * textScale;
 }
 
 Rect TreemapStyle::labelArea(const Rect &tile, double height) {

@@ -58,8 +58,9 @@ struct Separator {
 /// The lines between neighbours of one colour.
 [[nodiscard]] std::vector<Separator> separators(std::span<const TreemapTile> tiles, const Surface &surface);
 
-/// Whether a tile is large enough for its name and size.
-[[nodiscard]] bool hasLabel(const Rect &tile);
+/// Whether a tile is large enough for its name and size, with texts that are `textScale` times as large as
+/// usual.
+[[nodiscard]] bool hasLabel(const Rect &tile, double textScale = 1);
 
 /// The area of a label whose two lines are `height` high together, with padding on all sides. A low tile
 /// loses as much padding above as below.

@@ -19,6 +19,7 @@
 #include "Views/Components/Metrics.h"
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/TextLabel.h"
+#include "Views/Components/Theme.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -129,7 +130,7 @@ QWidget *BrowseView::makeOutlineSide() {
     layout->setSpacing(8);
     layout->addLayout(head);
     layout->addWidget(makeLists(), 1);
-    card->setMinimumWidth(320);
+    card->setMinimumWidth(Type::partlyScaled(320));
     return card;
 }
 
@@ -146,7 +147,7 @@ QWidget *BrowseView::makeTreemapSide() {
     layout->setSpacing(16);
     layout->addWidget(map_, 1);
     layout->addWidget(detailCard);
-    side->setMinimumWidth(260);
+    side->setMinimumWidth(Type::partlyScaled(260));
     return side;
 }
 

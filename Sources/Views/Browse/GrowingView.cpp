@@ -8,6 +8,7 @@
 #include "Views/Components/ElidedLabel.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
+#include "Views/Components/Theme.h"
 #include "Views/Entries/ItemActions.h"
 
 #include <QMenu>
@@ -73,7 +74,7 @@ QWidget *GrowingView::makeRows() {
     auto *layout = new QVBoxLayout(card);
     layout->setContentsMargins(1, 8, 1, 8);
     layout->addWidget(outline_);
-    card->setMinimumWidth(320);
+    card->setMinimumWidth(Type::partlyScaled(320));
     return card;
 }
 
@@ -84,7 +85,7 @@ QWidget *GrowingView::makeMap() {
     layout->setSpacing(8);
     layout->addWidget(treemap_, 1);
     layout->addWidget(chosen_);
-    card->setMinimumWidth(260);
+    card->setMinimumWidth(Type::partlyScaled(260));
     return card;
 }
 

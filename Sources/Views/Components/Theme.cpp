@@ -3,6 +3,7 @@
 #include "Views/Components/Contrast.h"
 
 #include <QGuiApplication>
+#include <algorithm>
 
 namespace brimvale {
 
@@ -144,8 +145,16 @@ void Type::setScale(double scale) {
     textScale = scale;
 }
 
+double Type::scale() {
+    return textScale;
+}
+
 int Type::scaled(int length) {
     return qRound(length * textScale);
+}
+
+int Type::partlyScaled(int length) {
+    return length + std::max(scaled(length) - length, 0) / 2;
 }
 
 QFont Type::font(Size size, QFont::Weight weight) {

@@ -61,9 +61,13 @@ enum class Size : int { title = 24, heading = 15, body = 13, caption = 11 };
 
 /// Sets this factor, which is usually 1. Before any window is made.
 void setScale(double scale);
+[[nodiscard]] double scale();
 
 /// A height or width that has room for texts of the usual sizes, made to fit those of the set factor.
 [[nodiscard]] int scaled(int length);
+
+/// The same for a length of which texts take only a part. It never shrinks.
+[[nodiscard]] int partlyScaled(int length);
 
 /// The application's font in one of its sizes.
 [[nodiscard]] QFont font(Size size, QFont::Weight weight = QFont::Normal);

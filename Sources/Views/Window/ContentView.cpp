@@ -49,6 +49,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QPointer>
+#include <QScreen>
 #include <QStackedWidget>
 #include <QToolTip>
 #include <QVBoxLayout>
@@ -89,7 +90,8 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
       closing_(new ClosingQuestion(model.removals, model.backups, model.volumes, *this)) {
     setObjectName(QStringLiteral("contentView"));
     applyTheme();
-    setMinimumSize(minimumSizeOfWindow);
+    const int widest = std::max(screen()->availableGeometry().width(), minimumSizeOfWindow.width());
+    setMinimumSize(std::min(smallestSize().width(), widest), smallestSize().height());
     setAcceptDrops(true);
     resize(defaultSize);
 
@@ -116,6 +118,10 @@ ContentView::ContentView(CorvelModel &model, Updater &updater, QWidget *parent)
     new RunningWork(model_.removals, model_.backups, model_.trash, *this);
     connect(sidebar_, &Sidebar::currentRowChanged, this, &ContentView::showPageOfRow);
     goTo(pages_.front().section);
+}
+
+QSize ContentView::smallestSize() {
+    return {Type::partlyScaled(minimumSizeOfWindow.width()), minimumSizeOfWindow.height()};
 }
 
 void ContentView::addPages() {

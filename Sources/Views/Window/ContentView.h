@@ -7,6 +7,7 @@
 
 #include <QMainWindow>
 #include <QPointer>
+#include <QSize>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -33,6 +34,9 @@ class ContentView : public QMainWindow, public WindowServices {
 public:
     /// Both must outlive the window.
     ContentView(CorvelModel &model, Updater &updater, QWidget *parent = nullptr);
+
+    /// The size in which all controls can be seen. The window is never smaller, unless the screen is.
+    [[nodiscard]] static QSize smallestSize();
 
     /// Shows a page; does nothing if the window has no such page.
     void goTo(const Section &section);

@@ -34,7 +34,7 @@ protected:
 Sidebar::Sidebar(QWidget *parent)
     : QWidget(parent), list_(new PageList(this)), footer_(new SidebarFooter(this)) {
     setObjectName(QStringLiteral("sidebar"));
-    setFixedWidth(Type::scaled(sidebarWidth));
+    setFixedWidth(Type::partlyScaled(sidebarWidth));
     list_->setObjectName(QStringLiteral("pages"));
     list_->setAccessibleName(u"Pages"_s);
     list_->setItemDelegate(new SidebarDelegate(list_));

@@ -72,7 +72,8 @@ std::vector<std::string> namesOf(const std::vector<TreemapTile> &tiles) {
 TEST(DetailedTreemap, PlacesContentsInTheirFolderInProportion) {
     for (unsigned seed = 1; seed <= 20; ++seed) {
         const std::shared_ptr<FSNode> root = randomTree(seed, 3000);
-        const std::vector<TreemapTile> tiles = DetailedTreemap(*root).layout(window).tiles;
+        const double textScale = seed % 2 == 0 ? 1 : 1.6;
+        const std::vector<TreemapTile> tiles = DetailedTreemap(*root).layout(window, textScale).tiles;
         ASSERT_GT(tiles.size(), 50U);
         bool isNested = false;
         for (std::size_t i = 0; i < tiles.size(); ++i) {
@@ -86,7 +87,7 @@ TEST(DetailedTreemap, PlacesContentsInTheirFolderInProportion) {
                 EXPECT_EQ(inner.node->parent(), tile.node);
                 EXPECT_EQ(inner.depth, tile.depth + 1);
                 EXPECT_TRUE(isInside(inner.rect, tile.rect));
-                EXPECT_FALSE(overlap(inner.rect, DetailedTreemap::heading(tile)));
+                EXPECT_FALSE(overlap(inner.rect, DetailedTreemap::heading(tile, textScale)));
                 // As large to the first of its siblings as its size.
                 const TreemapTile &first = tiles[inside.front()];
                 EXPECT_NEAR(areaOf(inner.rect) / areaOf(first.rect),

@@ -2,12 +2,18 @@
 #include "Support/PublishedWriter.h"
 #include "Support/ScannedWindow.h"
 #include "Views/Components/Card.h"
+#include "Views/Components/ElidedLabel.h"
 #include "Views/Components/FoldingButton.h"
 #include "Views/Components/Metrics.h"
+#include "Views/Components/Theme.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
+#include <QFont>
+#include <QLabel>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <string>
@@ -17,10 +23,29 @@ namespace brimvale {
 
 namespace {
 
+/// Texts of another size, for the windows that are made after it.
+class ScaledTexts {
+public:
+    explicit ScaledTexts(double scale) : before_(QApplication::font()) {
+        Type::setScale(scale);
+        QApplication::setFont(Type::font(Type::Size::body));
+    }
+    ~ScaledTexts() {
+        Type::setScale(1);
+        QApplication::setFont(before_);
+    }
+    ScaledTexts(const ScaledTexts &) = delete;
+    ScaledTexts &operator=(const ScaledTexts &) = delete;
+
+private:
+    QFont before_;
+};
+
 /// In the smallest window, at first.
-class PageLayout : public testing::ScannedWindow {
+class PageLayout : private ScaledTexts, public testing::ScannedWindow {
 protected:
-    PageLayout() { window.resize(900, 600); }
+    explicit PageLayout(double scale) : ScaledTexts(scale) { window.resize(ContentView::smallestSize()); }
+    PageLayout() : PageLayout(1) {}
 
     int rightEdge(const QWidget &widget) const {
         return widget.mapTo(&window, QPoint(widget.width(), 0)).x();
@@ -29,8 +54,15 @@ protected:
 
 } // namespace
 
-TEST_F(PageLayout, HasOneRightEdge) {
-    for (const QSize size : {QSize(900, 600), QSize(1180, 760)}) {
+class PageLayoutWithTexts : public PageLayout, public ::testing::WithParamInterface<double> {
+protected:
+    PageLayoutWithTexts() : PageLayout(GetParam()) {}
+};
+
+INSTANTIATE_TEST_SUITE_P(Scaled, PageLayoutWithTexts, ::testing::Values(0.8, 1, 1.3, 1.6));
+
+TEST_P(PageLayoutWithTexts, HasOneRightEdge) {
+    for (const QSize size : {ContentView::smallestSize(), QSize(1180, 760)}) {
         window.resize(size);
         for (const Section &section : sections()) {
             QWidget &page = pageOf(section);
@@ -47,7 +79,7 @@ TEST_F(PageLayout, HasOneRightEdge) {
     }
 }
 
-TEST_F(PageLayout, CutsNoControlInASmallWindow) {
+TEST_P(PageLayoutWithTexts, CutsNoControlInASmallWindow) {
     PublishedWriter::set(model.scan, &SessionState::scanUnreadable, 1234);
     for (const Section &section : sections()) {
         QWidget &page = pageOf(section);
@@ -62,6 +94,16 @@ TEST_F(PageLayout, CutsNoControlInASmallWindow) {
             EXPECT_GE(widget->width(), std::min(widget->minimumSizeHint().width(), widget->maximumWidth()));
             EXPECT_LE(rightEdge(*widget), window.width() - Metrics::pageMargin);
             EXPECT_GE(widget->mapTo(&window, QPoint()).x(), left);
+        }
+        for (const QScrollArea *area : page.findChildren<QScrollArea *>()) {
+            EXPECT_TRUE(!area->isVisible() || area->horizontalScrollBar()->maximum() == 0)
+                << area->objectName().toStdString();
+        }
+        for (const QLabel *label : page.findChildren<QLabel *>()) {
+            const bool mayBeNarrow = label->wordWrap() || qobject_cast<const ElidedLabel *>(label) != nullptr;
+            EXPECT_TRUE(!label->isVisible() || mayBeNarrow ||
+                        label->width() >= label->minimumSizeHint().width())
+                << label->text().toStdString();
         }
     }
 }

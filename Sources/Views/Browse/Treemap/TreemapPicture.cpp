@@ -140,14 +140,16 @@ void Painting::writeLabels(Qt::LayoutDirection direction) const {
 
 void Painting::writeLabel(TreemapLabels &labels, const TreemapTile &tile, const QColor &color) const {
     if (tile.isOpen()) {
-        const Rect heading = DetailedTreemap::heading(tile);
-        labels.writeLine(
-            heading, displayedName(*tile.node),
-            DetailedStyle::hasSize(heading) ? text(TreemapStyle::sizeText(*tile.node)) : QString(), color);
-    } else if (TreemapStyle::hasLabel(tile.rect)) {
+        const Rect heading = DetailedTreemap::heading(tile, Type::scale());
+        labels.writeLine(heading, displayedName(*tile.node),
+                         DetailedStyle::hasSize(heading, Type::scale())
+                             ? text(TreemapStyle::sizeText(*tile.node))
+                             : QString(),
+                         color);
+    } else if (TreemapStyle::hasLabel(tile.rect, Type::scale())) {
         labels.writeTwoLines(tile.rect, displayedName(*tile.node), text(TreemapStyle::sizeText(*tile.node)),
                              color);
-    } else if (subject_.isDetailed && DetailedStyle::hasName(tile.rect)) {
+    } else if (subject_.isDetailed && DetailedStyle::hasName(tile.rect, Type::scale())) {
         labels.writeLine(tile.rect, displayedName(*tile.node), {}, color);
     }
 }
@@ -155,7 +157,7 @@ void Painting::writeLabel(TreemapLabels &labels, const TreemapTile &tile, const 
 /// Tells how many items are too small for a tile.
 void Painting::writeRemarks(TreemapLabels &labels) const {
     for (const DetailedTreemap::SmallerItems &one : subject_.smaller)
-        if (DetailedStyle::hasName(one.rect)) {
+        if (DetailedStyle::hasName(one.rect, Type::scale())) {
             const QColor color = one.folder == DetailedTreemap::wholeMap
                                      ? remarks_
                                      : toQColor(Contrast::readableOn(colors_[one.folder]));

@@ -215,7 +215,7 @@ void TreemapView::layOut() {
 }
 
 void TreemapView::layOutDetails(const Rect &place) {
-    DetailedTreemap::Layout layout = detailed_->layout(place);
+    DetailedTreemap::Layout layout = detailed_->layout(place, Type::scale());
     tiles_ = std::move(layout.tiles);
     smaller_ = std::move(layout.smaller);
 }
