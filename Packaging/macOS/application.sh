@@ -43,6 +43,7 @@ build() {
     cmake --build "$top/build/package"
     rm -rf "$work"
     cmake --install "$top/build/package" --prefix "$work"
+    [ -e "$contents/PlugIns/brimvale-network.dylib" ] || end 'the library that downloads updates is missing.'
 }
 
 # Copies Qt into the bundle, and those of its plug-ins that the programs use. macdeployqt itself would choose them by

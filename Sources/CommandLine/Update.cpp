@@ -3,6 +3,7 @@
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Text/JsonWriter.h"
+#include "Core/Update/UpdateAddress.h"
 #include "Core/Update/Updater.h"
 
 #include <QCoreApplication>

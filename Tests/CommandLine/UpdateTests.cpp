@@ -1,4 +1,5 @@
 #include "CommandLine/Program.h"
+#include "Platform/FileContents.h"
 #include "Support/LoopbackServer.h"
 
 #include <cstdlib>
@@ -73,6 +74,14 @@ TEST(UpdateCommand, FailurePrintsAMessage) {
         EXPECT_EQ(outcome.status, 2) << feed;
         EXPECT_THAT(outcome.err, HasSubstr("\"--feed\" takes an https address, not \"" + std::string(feed)));
     }
+}
+
+// Its libraries take longer to load than everything else together.
+TEST(UpdateCommand, LoadsTheNetworkForItselfAlone) {
+    const auto program = contentsOfFile(BRIMVALECTL, std::size_t{1} << 30);
+    ASSERT_TRUE(program);
+    for (const char *library : {"libQt6Network", "QtNetwork.framework"})
+        EXPECT_EQ(program->find(library), std::string::npos) << library;
 }
 
 } // namespace brimvale::testing

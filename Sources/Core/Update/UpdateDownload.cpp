@@ -1,5 +1,7 @@
 #include "Core/Update/UpdateDownload.h"
 
+#include "Core/Update/UpdateAddress.h"
+
 #include <QUuid>
 #include <utility>
 
@@ -43,39 +45,40 @@ void DownloadedArchive::remove() {
         file_.remove();
 }
 
-void fetchManifest(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
-                   QObject *context, std::function<void(const UpdateResult<UpdateManifest> &)> done) {
+void fetchManifest(UpdateNetwork &network, const QUrl &url, const TransferLimits &limits, QObject *context,
+                   std::function<void(const UpdateResult<UpdateManifest> &)> done) {
     const auto body = std::make_shared<QByteArray>();
-    auto *transfer = new UpdateTransfer(
-        network, url, limits,
-        [body](const QByteArray &piece) {
-            body->append(piece);
-            return std::nullopt;
-        },
-        context);
-    QObject::connect(transfer, &UpdateTransfer::finished, context,
-                     [body, done = std::move(done)](const std::optional<UpdateFailure> &failure) {
-                         if (failure)
-                             done(*failure);
-                         else
-                             done(manifestIn(*body));
-                     });
+    network.start(url, limits,
+                  {.take =
+                       [body](const QByteArray &piece) {
+                           body->append(piece);
+                           return std::nullopt;
+                       },
+                   .finished =
+                       [body, done = std::move(done)](const std::optional<UpdateFailure> &failure) {
+                           if (failure)
+                               done(*failure);
+                           else
+                               done(manifestIn(*body));
+                       }},
+                  context);
 }
 
-void downloadArchive(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
-                     const FileURL &folder, QObject *context, const std::function<void(double)> &progressed,
+void downloadArchive(UpdateNetwork &network, const QUrl &url, const TransferLimits &limits,
+                     const FileURL &folder, QObject *context, std::function<void(double)> progressed,
                      std::function<void(const UpdateResult<std::shared_ptr<DownloadedArchive>> &)> done) {
     const auto archive = std::make_shared<DownloadedArchive>(folder);
-    auto *transfer = new UpdateTransfer(
-        network, url, limits, [archive](const QByteArray &piece) { return archive->append(piece); }, context);
-    QObject::connect(transfer, &UpdateTransfer::progressed, context, progressed);
-    QObject::connect(transfer, &UpdateTransfer::finished, context,
-                     [archive, done = std::move(done)](const std::optional<UpdateFailure> &failure) {
-                         if (!failure)
-                             return done(archive);
-                         archive->remove();
-                         done(*failure);
-                     });
+    network.start(url, limits,
+                  {.take = [archive](const QByteArray &piece) { return archive->append(piece); },
+                   .progressed = std::move(progressed),
+                   .finished =
+                       [archive, done = std::move(done)](const std::optional<UpdateFailure> &failure) {
+                           if (!failure)
+                               return done(archive);
+                           archive->remove();
+                           done(*failure);
+                       }},
+                  context);
 }
 
 } // namespace brimvale

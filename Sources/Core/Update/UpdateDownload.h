@@ -2,7 +2,7 @@
 
 #include "Base/FileURL.h"
 #include "Core/Update/UpdateManifest.h"
-#include "Core/Update/UpdateTransfer.h"
+#include "Core/Update/UpdateNetwork.h"
 
 #include <QFile>
 #include <functional>
@@ -35,14 +35,14 @@ private:
 /// Fetches the manifest at `url` and calls `done` with it, once, from the event loop. Dropped if `context`,
 /// an object of the main thread, is destroyed first. A manifest whose archive has no safe address is a bad
 /// response.
-void fetchManifest(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
-                   QObject *context, std::function<void(const UpdateResult<UpdateManifest> &)> done);
+void fetchManifest(UpdateNetwork &network, const QUrl &url, const TransferLimits &limits, QObject *context,
+                   std::function<void(const UpdateResult<UpdateManifest> &)> done);
 
 /// Downloads an archive into `folder`, straight to disk. Calls `progressed` with shares from 0 to 1, then
 /// `done`, once, from the event loop. Dropped if `context`, an object of the main thread, is destroyed first.
 /// Never leaves a partial archive behind.
-void downloadArchive(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
-                     const FileURL &folder, QObject *context, const std::function<void(double)> &progressed,
+void downloadArchive(UpdateNetwork &network, const QUrl &url, const TransferLimits &limits,
+                     const FileURL &folder, QObject *context, std::function<void(double)> progressed,
                      std::function<void(const UpdateResult<std::shared_ptr<DownloadedArchive>> &)> done);
 
 } // namespace brimvale

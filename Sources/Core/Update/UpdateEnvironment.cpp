@@ -42,6 +42,7 @@ UpdateEnvironment UpdateEnvironment::current() {
             .tools = platformTools(),
             .feedLimits = brimvale::feedLimits,
             .archiveLimits = brimvale::archiveLimits,
+            .network = updateNetwork,
             .quit = std::make_shared<ApplicationQuit>(),
             .log = writeToSystemLog};
 }

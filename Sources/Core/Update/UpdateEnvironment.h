@@ -3,11 +3,12 @@
 #include "Base/FileURL.h"
 #include "Core/Update/UpdateInstallation.h"
 #include "Core/Update/UpdateManifest.h"
-#include "Core/Update/UpdateTransfer.h"
+#include "Core/Update/UpdateNetwork.h"
 #include "Platform/MainBundle.h"
 #include "Platform/Tools.h"
 
 #include <QUrl>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -27,6 +28,7 @@ struct UpdateEnvironment {
     Tools tools;
     TransferLimits feedLimits;
     TransferLimits archiveLimits;
+    std::function<UpdateNetwork &()> network; ///< called when a transfer starts
     std::shared_ptr<ApplicationQuit> quit;
     LogLine log; ///< thread-safe
 

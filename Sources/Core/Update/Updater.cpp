@@ -9,7 +9,6 @@
 #include "Platform/DetachedProcess.h"
 
 #include <QCoreApplication>
-#include <QNetworkAccessManager>
 #include <utility>
 
 namespace brimvale {
@@ -66,7 +65,7 @@ void Updater::check(bool silent) {
     stateIfStopped_ = isOffered ? *state : updateState::Idle{};
     check_ = new QObject(this);
     state.set(updateState::Checking{});
-    fetchManifest(network(), environment_.feedURL, environment_.feedLimits, check_,
+    fetchManifest(environment_.network(), environment_.feedURL, environment_.feedLimits, check_,
                   [this, silent](const auto &fetched) { conclude(fetched, silent); });
 }
 
@@ -103,7 +102,7 @@ void Updater::downloadAndStage() {
     state.set(updateState::Downloading{});
     const UpdateManifest &manifest = **pending;
     downloadArchive(
-        network(), manifest.url, environment_.archiveLimits, environment_.temporaryFolder, this,
+        environment_.network(), manifest.url, environment_.archiveLimits, environment_.temporaryFolder, this,
         [this](double progress) { state.set(updateState::Downloading{progress}); },
         [this, expected = ExpectedRelease{manifest.sha256, environment_.bundle.identifier, manifest.build}](
             const auto &downloaded) { stage(downloaded, expected); });
@@ -162,12 +161,6 @@ std::optional<FileError> Updater::startInstaller(const Installation &installatio
 
 void Updater::fail(const UpdateFailure &failure) {
     state.set(updateState::Failed{failure.localizedDescription});
-}
-
-QNetworkAccessManager &Updater::network() {
-    if (network_ == nullptr)
-        network_ = new QNetworkAccessManager(this);
-    return *network_;
 }
 
 } // namespace brimvale

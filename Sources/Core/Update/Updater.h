@@ -15,8 +15,6 @@
 #include <string>
 #include <string_view>
 
-class QNetworkAccessManager;
-
 namespace brimvale {
 
 class DownloadedArchive;
@@ -93,12 +91,10 @@ private:
     void finishStaging(const UpdateResult<FileURL> &result);
     [[nodiscard]] std::optional<FileError> startInstaller(const Installation &installation) const;
     void fail(const UpdateFailure &failure);
-    QNetworkAccessManager &network();
 
     UpdateEnvironment environment_;
-    QNetworkAccessManager *network_ = nullptr; ///< a child; created late, because it takes time
-    QObject *check_ = nullptr;                 ///< a child; the running check ends with it
-    UpdateState stateIfStopped_;               ///< of the running check
+    QObject *check_ = nullptr;         ///< a child; the running check ends with it
+    UpdateState stateIfStopped_;       ///< of the running check
     std::optional<FileURL> installer_; ///< the tool for the staged application; without one, the script
     bool isInstalling_ = false;
     QThreadPool workers_; ///< last, so that its work ends before other members are destroyed

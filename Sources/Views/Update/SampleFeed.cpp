@@ -1,8 +1,6 @@
 #include "Views/Update/SampleFeed.h"
 
-#include <QByteArray>
-#include <QHostAddress>
-#include <QTcpSocket>
+#include <utility>
 
 namespace brimvale {
 
@@ -14,26 +12,11 @@ constexpr const char *feed =
 
 } // namespace
 
-SampleFeed::SampleFeed(QObject *parent) : QTcpServer(parent) {
-    connect(this, &QTcpServer::newConnection, this, &SampleFeed::answer);
-    listen(QHostAddress::LocalHost);
-}
-
-QUrl SampleFeed::url() const {
-    return QUrl(QStringLiteral("http://127.0.0.1:%1/appcast.json").arg(serverPort()));
-}
-
-/// Every request gets the feed.
-void SampleFeed::answer() {
-    while (QTcpSocket *socket = nextPendingConnection()) {
-        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-        connect(socket, &QTcpSocket::readyRead, socket, [socket] {
-            const QByteArray body(feed);
-            socket->write("HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: " +
-                          QByteArray::number(body.size()) + "\r\n\r\n" + body);
-            socket->disconnectFromHost();
-        });
-    }
+void SampleFeed::start(const QUrl & /*url*/, const TransferLimits & /*limits*/, TransferReceiver receiver,
+                       QObject *context) {
+    QMetaObject::invokeMethod(
+        context, [receiver = std::move(receiver)] { receiver.finished(receiver.take(feed)); },
+        Qt::QueuedConnection);
 }
 
 } // namespace brimvale

@@ -1,23 +1,16 @@
 #pragma once
 
-#include <QTcpServer>
-#include <QUrl>
+#include "Core/Update/UpdateNetwork.h"
 
 namespace brimvale {
 
-/// Offers an update to a window that shows a sample: a feed on a free port of this machine, for this program
-/// alone. It has no archive, so nothing could be installed from it.
-class SampleFeed : public QTcpServer {
-    Q_OBJECT
-
+/// Offers an update to a window that shows a sample, without any network. It has no archive, so nothing could
+/// be installed from it.
+class SampleFeed : public UpdateNetwork {
 public:
-    explicit SampleFeed(QObject *parent = nullptr);
-
-    /// The address of the feed; nothing answers there if no port was free.
-    [[nodiscard]] QUrl url() const;
-
-private:
-    void answer();
+    /// Whatever the address, the answer is the feed.
+    void start(const QUrl &url, const TransferLimits &limits, TransferReceiver receiver,
+               QObject *context) override;
 };
 
 } // namespace brimvale

@@ -28,11 +28,14 @@ public:
 };
 
 /// With a sample, an update is offered by this program itself, and is only announced.
-UpdateEnvironment updateEnvironment(QObject &owner) {
+UpdateEnvironment updateEnvironment() {
     UpdateEnvironment environment = UpdateEnvironment::current();
     environment.quit = std::make_shared<WindowedQuit>();
     if (confinement()) {
-        environment.feedURL = (new SampleFeed(&owner))->url();
+        environment.network = []() -> UpdateNetwork & {
+            static SampleFeed feed;
+            return feed;
+        };
         environment.canInstallItself = false;
     }
     return environment;
@@ -94,7 +97,7 @@ Application::Application(int &argumentCount, char **arguments) {
     // A program with a single window quits with it, on macOS too.
     QApplication::setQuitOnLastWindowClosed(true);
     model_.emplace();
-    updater_.emplace(updateEnvironment(*toolkit_));
+    updater_.emplace(updateEnvironment());
     window_.emplace(*model_, *updater_);
     toolkit_->installEventFilter(
         new OpenRequests([this](const FileURL &folder) { window_->scan(folder); }, &*toolkit_));

@@ -1,3 +1,4 @@
+#include "Core/Update/UpdateAddress.h"
 #include "Core/Update/UpdateDownload.h"
 #include "Support/SettledUpdater.h"
 #include "Support/UpdateScene.h"
@@ -189,15 +190,16 @@ TEST_F(UpdateCheckTest, FailsWhereNobodyAnswers) {
     }
 }
 
-TEST(UpdateTransfer, TrustsHttpsAndThisMachine) {
+TEST(UpdateAddress, TrustsHttpsAndThisMachine) {
     for (const char *safe :
          {"https://host/x", "HTTPS://host", "https://user@host:8443/", "http://localhost:80/",
           "http://127.0.0.1/", "http://127.8.9.10:1/", "http://[::1]:8080/x"})
         EXPECT_TRUE(isSafeUpdateURL(QUrl(safe))) << safe;
     for (const char *unsafe :
-         {"http://host/x", "http://localhost.evil/", "http://127.0.0.1.evil/", "http://localhost@evil/",
-          "http://10.0.0.1/", "http://[::2]/", "ftp://127.0.0.1/", "file:///etc/passwd",
-          "file://localhost/etc/passwd", "data:,x", "https:///x", "https:", "//127.0.0.1/", "x", ""})
+         {"http://host/x", "http://localhost.evil/", "http://127.0.0.1.evil/", "http://127.0.0.256/",
+          "http://127.0.0.1.5/", "http://localhost@evil/", "http://10.0.0.1/", "http://[::2]/",
+          "ftp://127.0.0.1/", "file:///etc/passwd", "file://localhost/etc/passwd", "data:,x", "https:///x",
+          "https:", "//127.0.0.1/", "x", ""})
         EXPECT_FALSE(isSafeUpdateURL(QUrl(unsafe))) << unsafe;
 }
 

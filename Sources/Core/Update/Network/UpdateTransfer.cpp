@@ -1,6 +1,7 @@
-#include "Core/Update/UpdateTransfer.h"
+#include "Core/Update/Network/UpdateTransfer.h"
 
-#include <QHostAddress>
+#include "Core/Update/UpdateAddress.h"
+
 #include <QNetworkRequest>
 #include <utility>
 
@@ -29,18 +30,9 @@ UpdateFailure timeOut() {
 
 } // namespace
 
-bool isSafeUpdateURL(const QUrl &url) {
-    if (!url.isValid() || url.host().isEmpty())
-        return false;
-    if (url.scheme() == QLatin1String("https"))
-        return true;
-    return url.scheme() == QLatin1String("http") &&
-           (url.host() == QLatin1String("localhost") || QHostAddress(url.host()).isLoopback());
-}
-
-UpdateTransfer::UpdateTransfer(QNetworkAccessManager &network, const QUrl &url, const TransferLimits &limits,
-                               Sink sink, QObject *parent)
-    : QObject(parent), network_(&network), url_(url), limits_(limits), sink_(std::move(sink)) {
+UpdateTransfer::UpdateTransfer(const QUrl &url, const TransferLimits &limits, TransferReceiver receiver,
+                               QObject *parent)
+    : QObject(parent), url_(url), limits_(limits), receiver_(std::move(receiver)) {
     deadline_.setSingleShot(true);
     connect(&deadline_, &QTimer::timeout, this, [this] { finish(timeOut()); });
     if (limits.whole)
@@ -57,13 +49,13 @@ UpdateTransfer::~UpdateTransfer() {
 }
 
 void UpdateTransfer::request() {
-    reply_ = network_->get(requestFor(url_, limits_));
+    reply_ = network_.get(requestFor(url_, limits_));
     reply_->setReadBufferSize(pieceSize);
     connect(reply_, &QNetworkReply::readyRead, this, &UpdateTransfer::receive);
     connect(reply_, &QNetworkReply::finished, this, &UpdateTransfer::conclude);
     connect(reply_, &QNetworkReply::downloadProgress, this, [this](qint64 received, qint64 total) {
         if (total > 0)
-            emit progressed(static_cast<double>(received) / static_cast<double>(total));
+            receiver_.progressed(static_cast<double>(received) / static_cast<double>(total));
     });
 }
 
@@ -94,7 +86,7 @@ void UpdateTransfer::receive() {
         received_ += piece.size();
         if (received_ > limits_.bytes)
             return finish(UpdateError::badResponse);
-        if (const auto fault = sink_(piece))
+        if (const auto fault = receiver_.take(piece))
             return finish(fault);
     }
 }
@@ -141,7 +133,8 @@ void UpdateTransfer::finish(const std::optional<UpdateFailure> &failure) {
     letGo();
     deadline_.stop();
     deleteLater();
-    emit finished(failure);
+    const auto finished = std::move(receiver_.finished); // what it calls may delete this object
+    finished(failure);
 }
 
 void UpdateTransfer::letGo() {
