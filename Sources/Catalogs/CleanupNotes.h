@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Catalogs/CleanupRule.h"
+#include "Catalogs/EqualFile.h"
 #include "Catalogs/ProgramSigns.h"
 #include "Platform/OpenedItem.h"
 
@@ -19,6 +20,7 @@ struct CleanupNotes {
     std::shared_ptr<const ProgramSigns> program = {}; ///< should not run when it is removed
     bool isInUse = false;                             ///< that program was running when it was listed
     std::shared_ptr<const CleanupRule> rule = {};     ///< what it has to be when it is removed
+    std::shared_ptr<const EqualFile> equal = {};      ///< has to stay when it is removed, as a duplicate
     std::vector<ItemPin> companions = {}; ///< files that go when it is gone; its size includes theirs
 
     /// Whether they say the same to the user.

@@ -19,6 +19,9 @@ extern const Command sizeCommand;
 /// "find": the files in a folder that filters accept, or their sums by type or age.
 extern const Command findCommand;
 
+/// "duplicates": files with equal contents; lets them share their space, after a question.
+extern const Command duplicatesCommand;
+
 /// "treemap": the tiles of a folder's treemap, as text, as JSON or as a picture.
 extern const Command treemapCommand;
 

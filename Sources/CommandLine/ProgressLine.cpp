@@ -10,6 +10,7 @@
 #include <sys/ioctl.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace brimvale::commandLine {
 
@@ -58,7 +59,8 @@ void StepProgress::draw() const {
     line_.show("Measuring: " + std::to_string(done_) + " of " + std::to_string(total_));
 }
 
-ScanProgress::ScanProgress(const ScanStats &stats) : stats_(stats) {
+ScanProgress::ScanProgress(const ScanStats &stats, std::function<std::string()> later)
+    : stats_(stats), later_(std::move(later)) {
     if (!line_.isShown())
         return;
     try {
@@ -87,6 +89,8 @@ void ScanProgress::drawUntilEnd() {
 }
 
 void ScanProgress::draw() const {
+    if (const std::string text = later_ ? later_() : std::string(); !text.empty())
+        return line_.show(text);
     line_.show("Scanning: " + Fmt::count(stats_.files()) + " files, " + Fmt::byteFormatter(stats_.bytes()) +
                    "  ",
                terminalText(stats_.current()));

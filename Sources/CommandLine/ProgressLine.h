@@ -4,7 +4,9 @@
 
 #include <condition_variable>
 #include <cstddef>
+#include <functional>
 #include <mutex>
+#include <string>
 #include <string_view>
 #include <thread>
 
@@ -49,7 +51,9 @@ private:
 /// Does nothing if the system gives no thread.
 class ScanProgress {
 public:
-    explicit ScanProgress(const ScanStats &stats);
+    /// `later` is what to show instead once the scan is only a part of the work; empty until then. It is
+    /// called on another thread.
+    explicit ScanProgress(const ScanStats &stats, std::function<std::string()> later = {});
     ~ScanProgress();
     ScanProgress(const ScanProgress &) = delete;
     ScanProgress &operator=(const ScanProgress &) = delete;
@@ -60,6 +64,7 @@ private:
 
     ProgressLine line_;
     const ScanStats &stats_;
+    std::function<std::string()> later_;
     std::mutex lock_;
     std::condition_variable ends_;
     bool isEnding_ = false;

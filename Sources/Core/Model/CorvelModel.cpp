@@ -5,6 +5,7 @@
 #include "Core/Model/Backups.h"
 #include "Core/Model/Basket.h"
 #include "Core/Model/Cleanup.h"
+#include "Core/Model/Duplicates.h"
 #include "Core/Model/ModelSources.h"
 #include "Core/Model/OrphanSearch.h"
 #include "Core/Model/Removals.h"
@@ -35,6 +36,7 @@ struct CorvelModel::Parts {
     Backups backups{workers, removals};
     Trash trash{workers, removals, storage};
     Basket basket;
+    Duplicates duplicates{workers};
     AdministratorScan administratorScan{workers, actions, scan};
 };
 
@@ -46,11 +48,13 @@ CorvelModel::CorvelModel(RemovalActions &actions, const ModelSources &sources)
     : parts_(std::make_unique<Parts>(actions, sources)), volumes(parts_->volumes), scan(parts_->scan),
       removals(parts_->removals), cleanup(parts_->cleanup), storage(parts_->storage), apps(parts_->apps),
       orphans(parts_->orphans), backups(parts_->backups), trash(parts_->trash), basket(parts_->basket),
-      administratorScan(parts_->administratorScan) {
+      duplicates(parts_->duplicates), administratorScan(parts_->administratorScan) {
     QObject::connect(&removals, &Removals::gone, &basket, &Basket::drop);
     QObject::connect(&removals, &Removals::partlyGone, &basket, &Basket::dropChanged);
     QObject::connect(&removals, &Removals::replaced, &basket, &Basket::dropChanged);
     QObject::connect(&trash, &Trash::gone, &basket, &Basket::drop);
+    QObject::connect(&removals, &Removals::gone, &duplicates, &Duplicates::drop);
+    QObject::connect(&trash, &Trash::gone, &duplicates, &Duplicates::drop);
     QObject::connect(&removals, &Removals::gone, &apps, &Apps::drop);
     QObject::connect(&removals, &Removals::gone, &orphans, &OrphanSearch::drop);
     QObject::connect(&removals, &Removals::gone, &cleanup, &Cleanup::drop);

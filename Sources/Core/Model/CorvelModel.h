@@ -9,6 +9,7 @@ class Apps;
 class Backups;
 class Basket;
 class Cleanup;
+class Duplicates;
 class OrphanSearch;
 class RemovalActions;
 class Removals;
@@ -45,6 +46,7 @@ public:
     Backups &backups;
     Trash &trash;
     Basket &basket;
+    Duplicates &duplicates;
     AdministratorScan &administratorScan;
 };
 

@@ -4,10 +4,12 @@
 #include "Catalogs/Catalog.h"
 #include "Core/Scan/UsualPath.h"
 #include "Platform/Confinement.h"
+#include "Platform/EntryRecord.h"
 #include "Platform/Subvolumes.h"
 
 #include <algorithm>
 #include <chrono>
+#include <string_view>
 #include <utility>
 
 namespace brimvale {
@@ -23,6 +25,22 @@ std::optional<std::string> RemovalGate::refusalToDelete(const OpenedItem &item) 
            ". Delete that with “btrfs subvolume delete” first.";
 }
 
+namespace {
+
+/// Why a file may not be removed as a duplicate any more, as a sentence.
+std::optional<std::string> refusalOfDuplicate(const OpenedItem &item, const EqualFile &equal) {
+    const auto hasChanged = [](std::string_view name) {
+        return "“" + displayText(name) + "” has changed since it was compared. Search for duplicates again.";
+    };
+    if (entryRecord(item.folder(), item.name().c_str()) != equal.compared)
+        return hasChanged(item.name());
+    if (entryRecord(equal.staying.path()) != equal.stayingCompared)
+        return "Not removed: " + hasChanged(equal.staying.path());
+    return std::nullopt;
+}
+
+} // namespace
+
 std::optional<std::string> RemovalGate::refusalOfTarget(const OpenedItem &item, const CleanupNotes &notes) {
     if (!notes.keptBecause.empty())
         return notes.keptBecause;
@@ -32,7 +50,7 @@ std::optional<std::string> RemovalGate::refusalOfTarget(const OpenedItem &item, 
                "of Cleanup removes.";
     if (notes.program && notes.program->mustNotRun && isRunning(notes.program))
         return displayText(notes.program->name) + " is running. Quit it first.";
-    return std::nullopt;
+    return notes.equal ? refusalOfDuplicate(item, *notes.equal) : std::nullopt;
 }
 
 /// Many entries have the same program, and looking for it takes milliseconds.

@@ -33,7 +33,8 @@ public:
     [[nodiscard]] static std::optional<std::string> refusalToDelete(const OpenedItem &item);
 
     /// Why a target of Cleanup does not allow the removal of an item any more, as a sentence: it no longer is
-    /// what the target takes, or a program needs it now. Nothing if it does. Not thread-safe.
+    /// what the target takes, or a program needs it now; or why a duplicate may not go: it or the file that
+    /// stays has changed. Nothing if it may be removed. Not thread-safe.
     [[nodiscard]] std::optional<std::string> refusalOfTarget(const OpenedItem &item,
                                                              const CleanupNotes &notes);
 

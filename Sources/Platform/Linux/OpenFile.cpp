@@ -3,11 +3,15 @@
 #include "Platform/Linux/FileSystemTypes.h"
 #include "Platform/OpenedItem.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <sys/uio.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace brimvale {
 
@@ -41,6 +45,29 @@ std::optional<ItemIdentity> identityOfEntry(int folder, const char *name) {
 
 void readFromDisk(int descriptor, std::int64_t start, std::int64_t count) {
     posix_fadvise(descriptor, start, count, POSIX_FADV_DONTNEED);
+}
+
+int openWithoutTrace(int folder, const char *name) {
+    constexpr int flags = O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    const int file = openat(folder, name, flags | O_NOATIME);
+    // Only the owner of a file may leave its date alone.
+    return file >= 0 || errno != EPERM ? file : openat(folder, name, flags);
+}
+
+ssize_t readWithoutTrace(int descriptor, std::span<char> buffer, std::int64_t offset) {
+    const iovec part{buffer.data(), buffer.size()};
+    const ssize_t inMemory = preadv2(descriptor, &part, 1, offset, RWF_NOWAIT);
+    if (inMemory == static_cast<ssize_t>(buffer.size()) || inMemory == 0)
+        return inMemory;
+    const std::size_t known = static_cast<std::size_t>(std::max<ssize_t>(inMemory, 0));
+    const std::span<char> rest = buffer.subspan(known);
+    const auto start = offset + static_cast<std::int64_t>(known);
+    const ssize_t fromDisk = pread(descriptor, rest.data(), rest.size(), start);
+    if (fromDisk > 0)
+        posix_fadvise(descriptor, start, fromDisk, POSIX_FADV_DONTNEED);
+    if (fromDisk < 0)
+        return known > 0 ? inMemory : fromDisk;
+    return static_cast<ssize_t>(known) + fromDisk;
 }
 
 Date modificationDate(const struct stat &record) {

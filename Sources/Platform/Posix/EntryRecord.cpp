@@ -24,19 +24,23 @@ EntryKind kindOf(mode_t mode) {
 }
 
 std::optional<EntryRecord> recordAt(int folder, const char *name) {
-    constexpr std::uint32_t modeBits = 07777;
     struct stat record {};
     if (fstatat(folder, name, &record, AT_SYMLINK_NOFOLLOW) != 0)
         return std::nullopt;
-    return EntryRecord{.kind = kindOf(record.st_mode),
-                       .permissions = record.st_mode & modeBits,
-                       .length = record.st_size,
-                       .modified = modificationDate(record),
-                       .touched = statusChangeDate(record),
-                       .identity = statusOf(record).identity};
+    return recordOf(record);
 }
 
 } // namespace
+
+EntryRecord recordOf(const struct stat &record) {
+    constexpr std::uint32_t modeBits = 07777;
+    return {.kind = kindOf(record.st_mode),
+            .permissions = record.st_mode & modeBits,
+            .length = record.st_size,
+            .modified = modificationDate(record),
+            .touched = statusChangeDate(record),
+            .identity = statusOf(record).identity};
+}
 
 std::optional<EntryRecord> entryRecord(const std::string &path) {
     std::optional<EntryRecord> found;

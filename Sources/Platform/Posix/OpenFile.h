@@ -4,7 +4,9 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
+#include <sys/types.h>
 
 struct stat;
 
@@ -25,6 +27,13 @@ struct ItemIdentity;
 /// Makes the next read of these bytes of the open file come from the disk, where the system allows it for
 /// bytes that are already written out.
 void readFromDisk(int descriptor, std::int64_t start, std::int64_t count);
+
+/// Opens the entry `name` of an open folder to read it, if it is a file: a link is not followed, and a pipe
+/// without a writer does not block. Where the system allows it, the date of the last access stays as it is.
+[[nodiscard]] int openWithoutTrace(int folder, const char *name);
+
+/// Like pread(2). What had to be read from the disk is not kept in memory, where the system allows it.
+[[nodiscard]] ssize_t readWithoutTrace(int descriptor, std::span<char> buffer, std::int64_t offset);
 
 /// Nanoseconds since 1970; dates out of range wrap around, which only matters for showing them.
 [[nodiscard]] constexpr std::int64_t nanosecondsOf(std::int64_t seconds, std::int64_t nanoseconds) {

@@ -11,6 +11,7 @@
 #include <sys/mount.h>
 #include <sys/param.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace brimvale {
 
@@ -56,6 +57,17 @@ bool keepsFileNumbers(const Folder &folder) {
 
 void readFromDisk(int descriptor, std::int64_t /*start*/, std::int64_t /*count*/) {
     fcntl(descriptor, F_NOCACHE, 1);
+}
+
+int openWithoutTrace(int folder, const char *name) {
+    const int file = openat(folder, name, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (file >= 0)
+        fcntl(file, F_NOCACHE, 1);
+    return file;
+}
+
+ssize_t readWithoutTrace(int descriptor, std::span<char> buffer, std::int64_t offset) {
+    return pread(descriptor, buffer.data(), buffer.size(), offset);
 }
 
 Date modificationDate(const struct stat &record) {

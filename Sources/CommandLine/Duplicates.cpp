@@ -1,0 +1,251 @@
+#include "CommandLine/Commands.h"
+
+#include "CommandLine/GivenPath.h"
+#include "CommandLine/Interruption.h"
+#include "CommandLine/ProgressLine.h"
+#include "CommandLine/Question.h"
+#include "CommandLine/RemovalOutput.h"
+#include "CommandLine/StandardStreams.h"
+#include "CommandLine/TerminalText.h"
+#include "CommandLine/TextTable.h"
+#include "Core/Duplicates/DuplicateSearch.h"
+#include "Core/Duplicates/SpaceSharing.h"
+#include "Core/Removal/RemovalReport.h"
+#include "Core/Text/Formatting.h"
+#include "Core/Text/JsonWriter.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace brimvale::commandLine {
+
+namespace {
+
+constexpr std::array duplicatesOptions = {
+    Option{"--min-size", Option::Value::number, "BYTES", "Leave out files that are shorter than this (1)."},
+    Option{.name = "--share",
+           .help = "Let equal files share their space, where the file system can; removes nothing."},
+    Option{.name = "--yes", .help = "With --share, do not ask."},
+};
+
+std::string countOf(std::int64_t count, std::string_view one, std::string_view several) {
+    return Fmt::count(count).append(" ").append(count == 1 ? one : several);
+}
+
+void writeDuplicate(JsonWriter &json, const DuplicateFile &file, bool stays) {
+    json.beginObject();
+    json.path("path", file.url.path());
+    json.member("size", file.size);
+    json.member("modified", iso8601(file.record.modified));
+    json.member("stays", stays);
+    json.member("keptBecause", file.keptBecause.empty() ? std::nullopt : std::optional(file.keptBecause));
+    json.end();
+}
+
+/// The members of a search, in an open object.
+void writeDuplicatesJson(JsonWriter &json, const DuplicatesFound &found) {
+    json.key("groups");
+    json.beginArray();
+    for (const DuplicateGroup &group : found.groups) {
+        json.beginObject();
+        json.member("length", group.length);
+        json.member("frees", group.removableBytes());
+        json.key("files");
+        json.beginArray();
+        for (std::size_t i = 0; i < group.files.size(); ++i)
+            writeDuplicate(json, group.files[i], i == 0);
+        json.end();
+        json.end();
+    }
+    json.end();
+    json.member("frees", found.removableBytes());
+    json.member("files", found.files);
+    json.member("withHoles", found.withHoles);
+    json.member("changed", found.changed);
+    json.member("unreadable", found.unreadable);
+}
+
+void writeDuplicates(Output &output, const DuplicatesFound &found) {
+    if (found.groups.empty())
+        return;
+    TextTable table({TextTable::sizeColumn("FREES"),
+                     TextTable::sizeColumn("SIZE"),
+                     TextTable::ageColumn("MODIFIED"),
+                     {""},
+                     {"PATH"}});
+    for (const DuplicateGroup &group : found.groups)
+        for (std::size_t i = 0; i < group.files.size(); ++i) {
+            const DuplicateFile &file = group.files[i];
+            table.add({i == 0 ? Fmt::byteFormatter(group.removableBytes()) : std::string(),
+                       Fmt::byteFormatter(file.size), Fmt::relativeDate(file.record.modified),
+                       i == 0                     ? "stays"
+                       : file.keptBecause.empty() ? ""
+                                                  : "kept",
+                       terminalText(file.url.path())});
+        }
+    table.write(output);
+    output.write("\n");
+}
+
+/// What was left out, each kind with a reason.
+std::string leftOut(const DuplicatesFound &found) {
+    std::string text;
+    const auto add = [&](std::int64_t count, std::string_view why) {
+        if (count > 0)
+            text.append(countOf(count, "file", "files")).append(why).append("\n");
+    };
+    add(found.withHoles, " not compared: not all of the contents is stored on this disk");
+    add(found.changed, " not compared: changed in the meantime");
+    add(found.unreadable, " not compared: not readable");
+    return text;
+}
+
+void writeFindings(Output &output, const DuplicatesFound &found) {
+    const auto groups = static_cast<std::int64_t>(found.groups.size());
+    std::string text = countOf(groups, "group", "groups").append(" of equal files among ");
+    text.append(countOf(found.files, "file", "files"))
+        .append(". Removing all but one of each group would free ");
+    text.append(Fmt::byteFormatter(found.removableBytes())).append(".\n").append(leftOut(found));
+    if (groups > 0)
+        text.append(ruleOfStaying()).append("\n");
+    output.write(text);
+}
+
+/// Where to search, standardised. Reports a path that cannot be searched, and returns nothing then.
+std::optional<std::vector<FileURL>> placesIn(const Arguments &arguments, const ScanOptions &options) {
+    std::vector<FileURL> places;
+    for (const char *typed : arguments.operands()) {
+        auto place = placeToMeasure(typed, options.skippedPaths);
+        if (const auto *error = std::get_if<FileError>(&place)) {
+            printPathError(typed, *error);
+            return std::nullopt;
+        }
+        places.push_back(std::get<FileURL>(place));
+    }
+    return places;
+}
+
+DuplicatesFound search(const std::vector<FileURL> &places, std::int64_t leastLength,
+                       const ScanOptions &options) {
+    DuplicateProgress progress;
+    const Interruption interruption(progress.stats.stopFlag());
+    const ScanProgress shown(progress.stats, [&progress] {
+        return progress.isReading ? "Comparing: " + Fmt::byteFormatter(progress.haveRead) + " of " +
+                                        Fmt::byteFormatter(progress.toRead)
+                                  : std::string();
+    });
+    return findDuplicates(places, leastLength, options, progress);
+}
+
+/// The files that may share the space of another one, and the bytes of these.
+struct Shareable {
+    std::int64_t files = 0;
+    std::int64_t bytes = 0;
+};
+
+Shareable shareableIn(const DuplicatesFound &found) {
+    Shareable all;
+    for (const DuplicateGroup &group : found.groups) {
+        const std::vector<const DuplicateFile *> files = filesToShare(group);
+        for (std::size_t i = 1; i < files.size(); ++i) {
+            ++all.files;
+            all.bytes += files[i]->size; // of the sums that a search has checked
+        }
+    }
+    return all;
+}
+
+ExitStatus reportSharing(Output &output, const SpaceSharing &done, bool isJson) {
+    if (isJson) {
+        JsonWriter json(output);
+        json.beginObject();
+        json.paths("shared", done.shared);
+        json.member("bytes", done.bytes);
+        writeReasons(json, "failed", done.failed);
+        json.end();
+    } else {
+        output.write(
+            countOf(static_cast<std::int64_t>(done.shared.size()), "file now shares", "files now share") +
+            " the space of an equal one, " + Fmt::byteFormatter(done.bytes) + ".\n");
+    }
+    output.flush();
+    for (const RemovalResult::Failure &failure : done.failed)
+        printError(terminalText(RemovalReport::failureLine(failure)));
+    if (done.wasStopped)
+        return endInterrupted(output);
+    return done.failed.empty() ? ExitStatus::done : ExitStatus::failed;
+}
+
+ExitStatus share(const Arguments &arguments, const DuplicatesFound &found, Output &output) {
+    const bool isJson = arguments.has("--json");
+    const Shareable all = shareableIn(found);
+    if (all.files == 0 && !isJson) {
+        output.write("No equal files can share their space here.\n");
+        return ExitStatus::done;
+    }
+    const std::string question = "Let " + countOf(all.files, "file", "files") + " (" +
+                                 Fmt::byteFormatter(all.bytes) +
+                                 ") share the space of equal ones? No file is removed or changed.";
+    SpaceSharing done;
+    if (all.files > 0 && !arguments.has("--yes") && !confirm(question, AskedOn::standardStreams))
+        return ExitStatus::failed;
+    const StopFlag stopped;
+    const Interruption interruption(stopped);
+    return reportSharing(output, shareSpace(found.groups, stopped), isJson);
+}
+
+ExitStatus runDuplicates(const Arguments &arguments, Output &output) {
+    if (arguments.has("--yes") && !arguments.has("--share"))
+        return refuseUsage("\"--yes\" is only for --share", &duplicatesCommand);
+    if (arguments.has("--share") && !arguments.has("--yes") && !canAsk(AskedOn::standardStreams))
+        return refuseUsage("without a terminal to ask on, nothing is shared unless \"--yes\" is given",
+                           &duplicatesCommand);
+    const ScanOptions options = ScanOptions::standard();
+    const auto places = placesIn(arguments, options);
+    if (!places)
+        return ExitStatus::failed;
+    const DuplicatesFound found = search(*places, arguments.number("--min-size").value_or(1), options);
+    if (arguments.has("--share") && !found.wasStopped)
+        return share(arguments, found, output);
+    if (arguments.has("--json")) {
+        JsonWriter json(output);
+        json.beginObject();
+        writeDuplicatesJson(json, found);
+        json.end();
+    } else {
+        writeDuplicates(output, found);
+        writeFindings(output, found);
+    }
+    return found.wasStopped ? endInterrupted(output) : ExitStatus::done;
+}
+
+} // namespace
+
+constinit const Command duplicatesCommand = {
+    .name = "duplicates",
+    .operands = "PATH…",
+    .operandCount = {.minimum = 1},
+    .options = duplicatesOptions,
+    .summary = "Lists files with equal contents, those that free the most first.",
+    .help =
+        "\nFiles of one length are compared byte by byte or by their SHA-256 digests. A file with several\n"
+        "names counts once, and files that already share their space on the disk are no duplicates. Empty\n"
+        "files, files with holes and files that change while they are read are left out. Links are not\n"
+        "followed, and other volumes and system-managed folders are not searched.\n"
+        "\nOne file of each group stays: first one that can't go, then one outside Downloads and the Trash, "
+        "then\n"
+        "the oldest, then the one with the shortest path, then the first by name. \"kept\" marks other "
+        "files\n"
+        "that cannot be removed, or whose removal would free nothing; --json says why. With --share, equal\n"
+        "files are stored once, where the file system can do that (Btrfs, XFS). It compares them again. All\n"
+        "files stay, with their dates.\n",
+    .run = runDuplicates,
+};
+
+} // namespace brimvale::commandLine
