@@ -4,16 +4,18 @@
 //     SideBySide [OPTION]… + NAME COMMAND… [+ NAME COMMAND…]…
 //
 // The first command is the subject; the others are compared with it by the median of the rounds' own ratios.
-// A command that is not there is listed as not installed. Options:
+// A command that is not there is listed as not installed. The exit status is 1 where a figure misses its
+// target by more than a tenth. Options:
 //     --rounds N              how often each command is measured (11), after one run that is not
 //     --before SCRIPT         before every run, let the shell make what the command uses up; no run goes
-//     unmeasured
+//                             unmeasured
 //     --cold                  before every run, let the system forget what it has read (Linux, as root)
 //     --at-most RATIO NAME    a target: the subject takes at most RATIO times as long as NAME
 //     --faster RATIO NAME     a target: NAME takes at least RATIO times as long as the subject
-//     --memory MIB            a target: the subject's peak memory stays below it
+//     --memory MIB            a target: the subject's peak memory is at most this
 
 #include "MeasuredRun.h"
+#include "Targets.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -182,36 +184,32 @@ void printTable(const Settings &settings) {
     }
 }
 
-void printTarget(const Target &target, const Contender &subject, const Contender *other) {
-    const char *const verdicts[] = {"NOT met", "met"};
+void addTarget(Targets &targets, const Target &target, const Contender &subject, const Contender *other) {
     if (target.kind == Target::Kind::memory) {
         const double peak = *std::max_element(subject.peaks.begin(), subject.peaks.end()) / mebibyte;
-        std::printf("| peak memory below %.0f MiB | %.1f MiB | %s |\n", target.value, peak,
-                    verdicts[peak < target.value]);
+        targets.atMost("peak memory", target.value, peak, " MiB", 1);
     } else if (other == nullptr || !other->absence.empty()) {
-        std::printf("| compared with %s | | not measured |\n", target.name.c_str());
+        targets.notMeasured("compared with " + target.name);
     } else if (target.kind == Target::Kind::atMost) {
-        const double ratio = medianRatio(subject, *other);
-        std::printf("| at most %.2f × the time of %s | %.2f × | %s |\n", target.value, target.name.c_str(),
-                    ratio, verdicts[ratio <= target.value]);
+        targets.atMost("time, as a multiple of " + target.name, target.value, medianRatio(subject, *other),
+                       " ×");
     } else {
-        const double ratio = medianRatio(*other, subject);
-        std::printf("| at least %.1f × faster than %s | %.2f × | %s |\n", target.value, target.name.c_str(),
-                    ratio, verdicts[ratio >= target.value]);
+        targets.atLeast("time of " + target.name + ", as a multiple of ours", target.value,
+                        medianRatio(*other, subject), " ×");
     }
 }
 
-void printTargets(const Settings &settings) {
-    if (settings.targets.empty())
-        return;
-    std::printf("\n| target, %s | measured | |\n|---|---:|---|\n", settings.isCold ? "cold" : "warm");
+/// Prints what was measured beside the targets; returns the exit status.
+int reportTargets(const Settings &settings) {
+    Targets targets;
     for (const Target &target : settings.targets) {
         const auto other =
             std::find_if(settings.contenders.begin(), settings.contenders.end(),
                          [&](const Contender &contender) { return contender.name == target.name; });
-        printTarget(target, settings.contenders.front(),
-                    other == settings.contenders.end() ? nullptr : &*other);
+        addTarget(targets, target, settings.contenders.front(),
+                  other == settings.contenders.end() ? nullptr : &*other);
     }
+    return targets.report(settings.isCold ? "cold" : "warm");
 }
 
 } // namespace
@@ -229,6 +227,5 @@ int main(int argumentCount, char **arguments) {
         return 1;
     }
     printTable(settings);
-    printTargets(settings);
-    return 0;
+    return reportTargets(settings);
 }

@@ -45,6 +45,8 @@ beside() {
         + "$1" env HOME="$home" "$programs/brimvalectl" --system macos "$1" --json \
         + "one walk" env HOME="$home" "$programs/brimvalectl" --system macos size "${@:2}"
 }
-beside cleanup "$home"
+status=0
+beside cleanup "$home" || status=1
 echo
-beside overview "$home" "${system[@]}"
+beside overview "$home" "${system[@]}" || status=1
+exit "$status"

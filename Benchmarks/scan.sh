@@ -48,9 +48,12 @@ contenders=(
     + gdu "$gdu" --non-interactive --no-progress --summarize "$tree")
 
 printf 'Scan of %s on %s\n\n' "$(basename "$tree")" "$(machine)"
-"$programs/SideBySide" --rounds "$rounds" --at-most 1.25 floor --faster 1.8 du --faster 1.8 ncdu --memory 40 \
-    "${contenders[@]}"
+status=0
+"$programs/SideBySide" --rounds "$rounds" --at-most 1.05 floor --faster 2.3 du --faster 2.3 ncdu --memory 20 \
+    "${contenders[@]}" || status=1
 if [ "$coldRounds" -gt 0 ]; then
     echo
-    "$programs/SideBySide" --cold --rounds "$coldRounds" --faster 2.5 du "${contenders[@]}"
+    "$programs/SideBySide" --cold --rounds "$coldRounds" --at-most 1.05 floor --faster 3 du "${contenders[@]}" ||
+        status=1
 fi
+exit "$status"
