@@ -20,7 +20,7 @@ namespace brimvale {
 namespace {
 
 constexpr int chevronSize = 12;
-constexpr int buttonPadding = 14;
+constexpr int buttonPadding = 20;
 constexpr int widestName = 220;
 constexpr std::size_t mostHiddenListed = 30;
 
@@ -109,8 +109,9 @@ QToolButton *Breadcrumb::addFolder(FSNode &folder, bool isFocused) {
     auto *button = new QToolButton(this);
     button->setAutoRaise(true);
     button->setFont(Type::font(Type::Size::body, isFocused ? QFont::DemiBold : QFont::Normal));
-    button->setText(asLabel(button->fontMetrics().elidedText(displayedName(folder), Qt::ElideMiddle,
-                                                             widestName - buttonPadding)));
+    const int widest = std::min(widestName, width()) - buttonPadding;
+    button->setText(
+        asLabel(button->fontMetrics().elidedText(displayedName(folder), Qt::ElideMiddle, widest)));
     button->setToolTip(asToolTip(displayedText(folder.path())));
     button->setAccessibleName(displayedName(folder));
     button->setFocusPolicy(Qt::TabFocus);

@@ -96,7 +96,7 @@ DetailPanel::DetailPanel(QWidget *parent)
                                                                "folders"};
     for (std::size_t i = 0; i < titles.size(); ++i) {
         const int place = static_cast<int>(i);
-        titles_[i] = new TextLabel(Type::Size::caption, TextLabel::Tone::tertiary, this);
+        titles_[i] = new ElidedLabel(Type::Size::caption, TextLabel::Tone::tertiary, Qt::ElideRight, this);
         titles_[i]->setText(titles[i]);
         values_[i] = new TextLabel(Type::Size::body, QFont::Medium, this);
         values_[i]->setObjectName(QLatin1String(objectNames[i]));

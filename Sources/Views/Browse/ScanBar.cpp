@@ -68,13 +68,14 @@ ScanBar::ScanBar(ScanSession &scan, const Volumes &volumes, QWidget *parent)
       files_(makeFigure(this, TextLabel::Tone::primary, "scanFiles", QStringLiteral("8,888,888 files"))),
       bytes_(makeFigure(this, TextLabel::Tone::primary, "scanBytes", QStringLiteral("888.88 GB"))),
       elapsed_(makeFigure(this, TextLabel::Tone::secondary, "scanElapsed", QStringLiteral("88.8 s"))),
-      unreadable_(makeButton("scanUnreadable", {}, this)),
+      unreadable_(new FoldingButton({}, this)),
       current_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::tertiary, Qt::ElideMiddle, this)) {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
     layout->addWidget(makeControls());
     layout->addWidget(makeProgress());
+    unreadable_->setObjectName(QStringLiteral("scanUnreadable"));
     unreadable_->setFlat(true);
     unreadable_->setToolTip(u"Show what could not be read, and why"_s);
     fillPlaces();
@@ -98,7 +99,7 @@ QWidget *ScanBar::makeControls() {
     presets_->setObjectName(QStringLiteral("presets"));
     presets_->setAccessibleName(u"Place to scan"_s);
     presets_->setPlaceholderText(u"Other folder"_s);
-    presets_->setMinimumContentsLength(6); // in a narrow window; otherwise as wide as its longest item
+    presets_->setMinimumContentsLength(4); // in a narrow window; otherwise as wide as its longest item
     choose_->setObjectName(QStringLiteral("chooseFolder"));
     scan_->setObjectName(QStringLiteral("scan"));
     scan_->setDefault(true);
@@ -112,7 +113,7 @@ QWidget *ScanBar::makeControls() {
     layout->addWidget(unreadable_);
     for (TextLabel *figure : {files_, bytes_, elapsed_})
         layout->addWidget(figure);
-    foldToFit(*controls, {choose_, scan_});
+    foldToFit(*controls, {choose_, scan_, unreadable_});
     return controls;
 }
 
@@ -252,6 +253,7 @@ void ScanBar::drawIcons() {
     QPalette warning = unreadable_->palette();
     warning.setColor(QPalette::ButtonText, theme.warning);
     unreadable_->setPalette(warning);
+    unreadable_->setIcon(Icons::icon(QStringLiteral("triangle-alert"), theme.warning, Metrics::iconSize));
     choose_->setIcon(Icons::icon(QStringLiteral("folder"), theme.text, Metrics::iconSize));
     scan_->setIcon(Icons::icon(isBusy() ? QStringLiteral("square") : QStringLiteral("search"), theme.onAccent,
                                Metrics::iconSize));

@@ -60,7 +60,7 @@ private:
     TextLabel *files_;
     TextLabel *bytes_;
     TextLabel *elapsed_;
-    QPushButton *unreadable_;
+    FoldingButton *unreadable_;
     QWidget *progress_ = nullptr;
     ElidedLabel *current_;
 };
