@@ -123,7 +123,7 @@ void Run::runCopier(const FileURL &source, const FileURL &target, std::size_t in
 
 /// Makes the copy. A link is copied here, because some copiers would follow it.
 CopyRun Run::copy(const FileURL &source, const FileURL &target, std::size_t index) {
-    CopyRun run{.started = now(), .words = {}, .bytesDecide = host_.system == System::linux};
+    CopyRun run{.started = now(), .words = {}, .bytesDecide = platformSystem() == System::linux};
     const std::optional<EntryRecord> record = entryRecord(source.path());
     if (!record || record->kind != EntryKind::link) {
         runCopier(source, target, index, run);
