@@ -69,9 +69,11 @@ bool writePage(std::string_view typed, const std::vector<Conversation> &conversa
     const auto place = resolveGivenPath(typed);
     const auto *error = std::get_if<FileError>(&place);
     std::optional<FileError> failure = error == nullptr ? std::nullopt : std::optional(*error);
-    if (!failure)
-        failure = replaceFileAtomically(std::get<FileURL>(place).path(), MessagesExport::html(conversations),
-                                        Readers::owner);
+    if (!failure) {
+        GrowingFile page(std::get<FileURL>(place).path(), Existing::isReplaced, Readers::owner);
+        MessagesExport::writePage(page, conversations);
+        failure = page.finish();
+    }
     if (failure)
         printPathError(typed, *failure);
     return !failure;
@@ -106,7 +108,7 @@ ExitStatus runTranscript(const Arguments &arguments, Output &output) {
     if (arguments.has("--json"))
         writeConversations(output, reading.conversations);
     else if (!page)
-        output.write(MessagesExport::html(reading.conversations));
+        MessagesExport::writePage(output, reading.conversations);
     return reading.isComplete ? ExitStatus::done : ExitStatus::failed;
 }
 

@@ -40,8 +40,9 @@ enum class Existing {
 /// finished leaves nothing.
 class GrowingFile final : public TextSink {
 public:
-    /// Begins a file for an absolute path.
-    GrowingFile(std::string path, Existing existing);
+    /// Begins a file for an absolute path. `readers`: of a new one; one that is replaced passes on its
+    /// permissions.
+    GrowingFile(std::string path, Existing existing, Readers readers = Readers::usual);
     ~GrowingFile() override;
     GrowingFile(const GrowingFile &) = delete;
     GrowingFile &operator=(const GrowingFile &) = delete;

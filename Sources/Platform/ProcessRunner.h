@@ -5,6 +5,7 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brimvale {
@@ -36,6 +37,13 @@ struct ProcessResult {
 runProcess(const std::string &executable, const std::vector<std::string> &arguments,
            StandardError standardError, const std::function<bool()> &isStopped = {},
            std::size_t mostBytes = std::numeric_limits<std::size_t>::max());
+
+/// The same for a tool that prints much: `take` gets its output in pieces on this thread, as they come, and
+/// the result has none.
+[[nodiscard]] std::optional<ProcessResult>
+runProcessInPieces(const std::string &executable, const std::vector<std::string> &arguments,
+                   StandardError standardError, const std::function<void(std::string_view)> &take,
+                   const std::function<bool()> &isStopped, std::size_t mostBytes);
 
 /// The same for a tool whose standard input is a terminal on which nobody types: some programs ask for rights
 /// in a window only if they have one. What it writes to standard error is in the output.

@@ -238,8 +238,11 @@ void Run::writeExport(const std::string &database) {
     if (!reading.isComplete)
         return remark(reading.reason);
     const FileURL file = destination_.appending(exportName);
-    if (const auto error = writeFileAtomically(
-            file.path(), MessagesExport::html(reading.conversations, watch_.cancelled), watch_.cancelled))
+    GrowingFile page(file.path(), Existing::stays, Readers::owner);
+    MessagesExport::writePage(page, reading.conversations, watch_.cancelled);
+    if (watch_.cancelled.isSet())
+        return;
+    if (const auto error = page.finish())
         return remark("Its page could not be written: " + error->localizedDescription + ".");
     result_.readableExport = file;
 }

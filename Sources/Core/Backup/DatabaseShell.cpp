@@ -8,6 +8,8 @@
 #include "Platform/FileStatus.h"
 #include "Platform/ProcessRunner.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
@@ -19,10 +21,9 @@ namespace brimvale::DatabaseShell {
 namespace {
 
 /// The checks print these lines, in this order, before the rows of the query.
-constexpr std::string_view opened = "opened\n";
-constexpr std::string_view plain = "tables\ncolumns\n";
-constexpr std::string_view measured = "measured\n";
-constexpr std::string_view fits = "fits\n";
+constexpr std::string_view opened = "opened", plainTables = "tables", plainColumns = "columns",
+                           measured = "measured", fits = "fits";
+constexpr std::array checkLines = {opened, plainTables, plainColumns, measured, fits};
 
 /// SQL in the database cannot call dangerous functions after this. Needs SQLite 3.31.
 const std::string distrust = "PRAGMA trusted_schema=OFF;";
@@ -104,54 +105,93 @@ std::string checksOf(const Question &question) {
            require("fits", "bytes <= " + std::to_string(question.mostBytes)) + "FROM temp.measured;";
 }
 
-/// Separates the rows from the output of the checks. Returns why rows are missing, or an empty text.
-std::string reasonOf(const ProcessResult &result, const Question &question, std::string &rows) {
-    std::string_view rest = rows;
-    const auto take = [&](std::string_view lines) {
-        const bool isThere = rest.starts_with(lines);
-        rest.remove_prefix(isThere ? lines.size() : 0);
-        return isThere;
-    };
-    const bool hasOpened = take(opened);
-    const bool isPlain = hasOpened && take(plain);
-    const bool isMeasured = isPlain && take(measured);
-    const bool isShort = isMeasured && take(fits) && !result.isTooLong;
-    rows.erase(0, isShort ? rows.size() - rest.size() : std::string::npos);
-    if (result.isTooLong || (isMeasured && !isShort))
+/// Divides the output of sqlite3 into the lines of the checks and the rows, as it comes.
+class RowReader {
+public:
+    explicit RowReader(const TakeRow &take) : take_(take) {}
+
+    void read(std::string_view piece) {
+        while (!piece.empty() && wantsMore_ && !hasFailed_) {
+            const std::size_t end = piece.find('\n');
+            const bool isWhole = end != std::string_view::npos;
+            begun_ += piece.substr(0, end);
+            piece.remove_prefix(isWhole ? end + 1 : piece.size());
+            if (isWhole)
+                finishLine();
+        }
+    }
+
+    /// Call at the end: the last row of a shell that was stopped has no line feed.
+    void finish() {
+        if (!begun_.empty() && wantsMore_ && !hasFailed_)
+            finishLine();
+    }
+
+    [[nodiscard]] bool wantsMore() const { return wantsMore_; }
+
+    /// Whether the check that prints this line has passed, and all before it.
+    [[nodiscard]] bool hasPassed(std::string_view check) const {
+        const auto found = std::find(checkLines.begin(), checkLines.end(), check);
+        return passed_ > static_cast<std::size_t>(found - checkLines.begin());
+    }
+
+private:
+    void finishLine() {
+        if (passed_ == checkLines.size())
+            wantsMore_ = take_(begun_);
+        else if (begun_ == checkLines[passed_])
+            ++passed_;
+        else
+            hasFailed_ = true;
+        begun_.clear();
+    }
+
+    const TakeRow &take_;
+    std::size_t passed_ = 0; ///< of the checks
+    std::string begun_;      ///< the line that is not complete yet
+    bool hasFailed_ = false; ///< a check has: nothing that follows is a row
+    bool wantsMore_ = true;
+};
+
+/// Why rows are missing, or an empty text.
+std::string reasonOf(const ProcessResult &result, const Question &question, const RowReader &reader) {
+    if (result.isTooLong || (reader.hasPassed(measured) && !reader.hasPassed(fits)))
         return "It holds more than " + Fmt::byteFormatter(static_cast<std::int64_t>(question.mostBytes)) +
                " of text, too much to read.";
     if (!result.exitStatus)
         return "sqlite3 was stopped before it had read everything.";
-    if (!hasOpened)
+    if (!reader.hasPassed(opened))
         return "sqlite3 can't read it as a database.";
-    if (!isPlain)
+    if (!reader.hasPassed(plainColumns))
         return "It does not have the plain tables of a Messages database.";
     return result.exitStatus == 0 ? "" : "sqlite3 could not read all of it.";
 }
 
 } // namespace
 
-Answer ask(const Tools &tools, const std::string &path, const Question &question, const StopFlag &cancelled) {
+Answer ask(const Tools &tools, const std::string &path, const Question &question, const TakeRow &take,
+           const StopFlag &cancelled) {
     if (std::optional<std::string> fault = faultOf(path))
-        return {.rows = {}, .reason = *std::move(fault)};
+        return {.reason = *std::move(fault)};
     if (!fileStatus(tools.databaseShell))
-        return {.rows = {}, .reason = "sqlite3 is not installed."};
+        return {.reason = "sqlite3 is not installed."};
     const auto options = safeOptions(tools);
     if (!options)
-        return {.rows = {}, .reason = "The installed sqlite3 does not work or is older than 3.31."};
+        return {.reason = "The installed sqlite3 does not work or is older than 3.31."};
 
     std::vector<std::string> arguments = {"-readonly", "-separator", std::string(1, question.separator)};
     arguments = joined(std::move(arguments), *options);
     arguments = joined(std::move(arguments), {"-cmd", checksOf(question), path, question.query});
+    RowReader reader(take);
     // Read as bytes: as text, a single ill-formed value would make everything unreadable.
-    std::optional<ProcessResult> result = runProcess(
-        tools.databaseShell, arguments, StandardError::discarded, [&] { return cancelled.isSet(); },
-        question.mostBytes);
+    const std::optional<ProcessResult> result = runProcessInPieces(
+        tools.databaseShell, arguments, StandardError::discarded,
+        [&](std::string_view piece) { reader.read(piece); },
+        [&] { return cancelled.isSet() || !reader.wantsMore(); }, question.mostBytes);
     if (!result)
-        return {.rows = {}, .reason = "sqlite3 could not be started."};
-    Answer answer{.rows = std::move(result->output), .reason = {}};
-    answer.reason = reasonOf(*result, question, answer.rows);
-    return answer;
+        return {.reason = "sqlite3 could not be started."};
+    reader.finish();
+    return {.reason = reasonOf(*result, question, reader), .isTooLong = result->isTooLong};
 }
 
 } // namespace brimvale::DatabaseShell

@@ -4,6 +4,7 @@
 #include "Platform/Tools.h"
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,17 +28,21 @@ struct Question {
     std::size_t mostBytes = std::size_t{1} << 30;
 };
 
-/// The answer to a question.
+/// Takes one row, its bytes as printed, and returns whether it wants more.
+using TakeRow = std::function<bool(std::string_view row)>;
+
+/// How a question was answered.
 struct Answer {
-    std::string rows;   ///< the bytes as printed, one line per row; on failure those before it
-    std::string reason; ///< why rows are missing, as a sentence; empty on success
+    std::string reason;     ///< why rows are missing, as a sentence; empty on success
+    bool isTooLong = false; ///< more was printed than allowed: the rows are of no use
 };
 
 /// Reads the database at an absolute path. Fails unless the path is a regular file, no link, all tables of
 /// the question are ordinary tables without generated columns, and the answer is not too long. sqlite3 is
-/// ended once `cancelled` is set. Blocks.
+/// ended once `cancelled` is set, or `take` wants no more. `take` gets the rows as they are printed, on this
+/// thread; on failure those before it. Blocks.
 [[nodiscard]] Answer ask(const Tools &tools, const std::string &path, const Question &question,
-                         const StopFlag &cancelled = {});
+                         const TakeRow &take, const StopFlag &cancelled = {});
 
 } // namespace DatabaseShell
 

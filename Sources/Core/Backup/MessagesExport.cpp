@@ -142,6 +142,8 @@ private:
     Conversation &conversationOf(std::string_view name) {
         // Nearly every row has the same chat as the previous one.
         if (conversations_.empty() || name != currentName_) {
+            if (!conversations_.empty())
+                conversations_[current_].messages.shrink_to_fit();
             const auto [found, isNew] = indices_.try_emplace(std::string(name), conversations_.size());
             if (isNew) {
                 conversations_.push_back({textOf(name), {}});
@@ -158,36 +160,12 @@ private:
     std::vector<Conversation> conversations_;
     std::unordered_map<std::string, std::size_t> indices_; ///< by the name's bytes
     std::size_t current_ = 0;
-    std::string_view currentName_; ///< into the shell's answer
+    std::string currentName_;
 };
 
 /// The most that conversations may take in memory. A page of them can take six times as much, and no browser
 /// shows such a page.
-constexpr std::size_t mostBytesOfConversations = std::size_t{128} << 20;
-
-struct Parsed {
-    std::vector<Conversation> conversations;
-    std::size_t rowCount = 0; ///< of valid rows
-    bool isTooMuch = false;   ///< not all conversations fit
-};
-
-Parsed parse(std::string_view answer, int limitPerChat, const StopFlag &cancelled) {
-    Collector collector(limitPerChat);
-    Parsed parsed;
-    while (!answer.empty()) {
-        const std::string_view line = answer.substr(0, answer.find('\n'));
-        answer.remove_prefix(std::min(line.size() + 1, answer.size()));
-        if (const std::optional<Row> row = rowOf(line)) {
-            collector.add(*row);
-            parsed.isTooMuch = collector.bytes() > mostBytesOfConversations;
-            ++parsed.rowCount;
-            if (parsed.isTooMuch || cancelled.isSet())
-                break;
-        }
-    }
-    parsed.conversations = collector.take();
-    return parsed;
-}
+constexpr std::size_t mostBytesOfConversations = std::size_t{192} << 20;
 
 } // namespace
 
@@ -197,20 +175,32 @@ std::vector<Conversation> read(const std::string &path, int limitPerChat, const 
 
 Reading readChecked(const std::string &path, int limitPerChat, const Tools &tools,
                     const StopFlag &cancelled) {
-    DatabaseShell::Answer answer = DatabaseShell::ask(tools, path,
-                                                      {.tables = {"message", "chat", "chat_message_join"},
-                                                       .query = query,
-                                                       .sizeQuery = sizeQuery(),
-                                                       .separator = separator},
-                                                      cancelled);
-    Parsed parsed = parse(answer.rows, limitPerChat, cancelled);
-    if (parsed.isTooMuch)
+    Collector collector(limitPerChat);
+    bool hasRows = false, hasValidRows = false, isTooMuch = false;
+    DatabaseShell::Answer answer = DatabaseShell::ask(
+        tools, path,
+        {.tables = {"message", "chat", "chat_message_join"},
+         .query = query,
+         .sizeQuery = sizeQuery(),
+         .separator = separator},
+        [&](std::string_view line) {
+            hasRows = true;
+            if (const std::optional<Row> row = rowOf(line)) {
+                hasValidRows = true;
+                collector.add(*row);
+                isTooMuch = collector.bytes() > mostBytesOfConversations;
+            }
+            return !isTooMuch;
+        },
+        cancelled);
+    if (isTooMuch)
         answer.reason = "It holds more messages than a page can show.";
-    if (answer.reason.empty() && parsed.rowCount == 0 && !answer.rows.empty())
+    if (answer.reason.empty() && hasRows && !hasValidRows)
         answer.reason = "The output of sqlite3 could not be understood.";
     if (answer.reason.empty() && cancelled.isSet())
         answer.reason = "It was cancelled.";
-    return {std::move(parsed.conversations), answer.reason.empty(), std::move(answer.reason)};
+    return {answer.isTooLong ? std::vector<Conversation>() : collector.take(), answer.reason.empty(),
+            std::move(answer.reason)};
 }
 
 } // namespace brimvale::MessagesExport

@@ -2,6 +2,7 @@
 
 #include "Base/Date.h"
 #include "Base/StopFlag.h"
+#include "Base/TextSink.h"
 #include "Platform/Tools.h"
 
 #include <cstddef>
@@ -55,11 +56,11 @@ struct Reading {
 [[nodiscard]] Reading readChecked(const std::string &path, int limitPerChat,
                                   const Tools &tools = platformTools(), const StopFlag &cancelled = {});
 
-/// One self-contained HTML page: the conversations on the left, the messages of the selected one on the
-/// right, in local time. Texts of a conversation never become markup or script. Not complete once `cancelled`
-/// is set.
-[[nodiscard]] std::string html(const std::vector<Conversation> &conversations,
-                               const StopFlag &cancelled = {});
+/// Writes one self-contained HTML page, piece by piece: the conversations on the left, the messages of the
+/// selected one on the right, in local time. Texts of a conversation never become markup or script. Not
+/// complete once `cancelled` is set.
+void writePage(TextSink &sink, const std::vector<Conversation> &conversations,
+               const StopFlag &cancelled = {});
 
 /// The text of a message that is stored only as rich text, a serialised attributed string. Nothing where the
 /// text is incomplete or not UTF-8.

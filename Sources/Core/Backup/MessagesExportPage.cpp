@@ -7,6 +7,8 @@
 #include <QTextBoundaryFinder>
 #include <algorithm>
 #include <array>
+#include <string>
+#include <string_view>
 
 namespace brimvale::MessagesExport {
 
@@ -39,8 +41,19 @@ constexpr std::string_view tail = "</main>\n<script>\n"
                                   "  });\n"
                                   "</script>\n</body>\n</html>\n";
 
-/// The approximate markup of one message, in bytes.
-constexpr std::size_t usualMarkup = 64;
+/// The page, as far as it is written.
+class Page {
+public:
+    explicit Page(TextSink &sink) : sink_(sink) {}
+
+    Page &append(std::string_view text) {
+        sink_.write(text);
+        return *this;
+    }
+
+private:
+    TextSink &sink_;
+};
 
 /// The number of messages that a browser lays out together, when they come into view. Laying out all of a
 /// long conversation at once would take a minute.
@@ -69,7 +82,7 @@ std::string_view replacementOf(char character) {
 }
 
 /// Adds text that a browser only displays.
-void addEscaped(std::string &page, std::string_view text) {
+void addEscaped(Page &page, std::string_view text) {
     std::size_t start = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const std::string_view replacement = replacementOf(text[i]);
@@ -108,8 +121,7 @@ std::string_view activeFirst(std::size_t index) {
     return index == 0 ? " active" : "";
 }
 
-void addButton(std::string &page, const Conversation &conversation, std::size_t index,
-               const LocalTimeZone &zone) {
+void addButton(Page &page, const Conversation &conversation, std::size_t index, const LocalTimeZone &zone) {
     page.append("<button type=\"button\" class=\"chat").append(activeFirst(index));
     page.append("\" data-target=\"").append(paneId(index)).append("\"><span class=\"avatar\">");
     addEscaped(page, capitalInitial(conversation.name));
@@ -122,7 +134,7 @@ void addButton(std::string &page, const Conversation &conversation, std::size_t 
     page.append("</span></button>\n");
 }
 
-void addList(std::string &page, const std::vector<Conversation> &conversations, const LocalTimeZone &zone) {
+void addList(Page &page, const std::vector<Conversation> &conversations, const LocalTimeZone &zone) {
     std::size_t count = 0;
     for (const Conversation &conversation : conversations)
         count += conversation.messages.size();
@@ -133,7 +145,7 @@ void addList(std::string &page, const std::vector<Conversation> &conversations, 
     page.append("</aside>\n");
 }
 
-void addMessage(std::string &page, const Message &message) {
+void addMessage(Page &page, const Message &message) {
     page.append(message.fromMe ? "<div class=\"row me\">" : "<div class=\"row\">");
     page.append(message.service == "SMS" ? "<div class=\"bubble sms\">" : "<div class=\"bubble\">");
     addEscaped(page, message.text);
@@ -142,13 +154,13 @@ void addMessage(std::string &page, const Message &message) {
     page.append("</div></div>\n");
 }
 
-void beginChunk(std::string &page, std::size_t count) {
+void beginChunk(Page &page, std::size_t count) {
     page.append("<div style=\"content-visibility:auto;contain-intrinsic-height:auto ");
     page.append(std::to_string(count * usualHeight)).append("px\">\n");
 }
 
-void addPane(std::string &page, const Conversation &conversation, std::size_t index,
-             const LocalTimeZone &zone, const StopFlag &cancelled) {
+void addPane(Page &page, const Conversation &conversation, std::size_t index, const LocalTimeZone &zone,
+             const StopFlag &cancelled) {
     page.append("<section class=\"pane").append(activeFirst(index));
     page.append("\" id=\"").append(paneId(index)).append("\">\n<header>");
     addEscaped(page, conversation.name);
@@ -169,21 +181,10 @@ void addPane(std::string &page, const Conversation &conversation, std::size_t in
     page.append("</div>\n</section>\n");
 }
 
-std::size_t likelySize(const std::vector<Conversation> &conversations) {
-    std::size_t size = headBeforeStyle.size() + transcriptStyle.size() + tail.size();
-    for (const Conversation &conversation : conversations) {
-        size += 8 * usualMarkup + 3 * conversation.name.size();
-        for (const Message &message : conversation.messages)
-            size += usualMarkup + message.text.size();
-    }
-    return size;
-}
-
 } // namespace
 
-std::string html(const std::vector<Conversation> &conversations, const StopFlag &cancelled) {
-    std::string page;
-    page.reserve(likelySize(conversations) * 5 / 4);
+void writePage(TextSink &sink, const std::vector<Conversation> &conversations, const StopFlag &cancelled) {
+    Page page(sink);
     page.append(headBeforeStyle).append(transcriptStyle).append(headAfterStyle);
     const LocalTimeZone zone;
     addList(page, conversations, zone);
@@ -191,7 +192,6 @@ std::string html(const std::vector<Conversation> &conversations, const StopFlag 
     for (std::size_t i = 0; i < conversations.size(); ++i)
         addPane(page, conversations[i], i, zone, cancelled);
     page.append(tail);
-    return page;
 }
 
 } // namespace brimvale::MessagesExport

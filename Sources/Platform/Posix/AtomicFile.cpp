@@ -141,7 +141,7 @@ struct GrowingFile::Place {
     Descriptor file;
 };
 
-GrowingFile::GrowingFile(std::string path, Existing existing)
+GrowingFile::GrowingFile(std::string path, Existing existing, Readers readers)
     : place_(std::make_unique<Place>(Place{std::move(path), existing, {}, Descriptor(-1)})) {
     buffer_.reserve(bufferSize);
     struct stat status {};
@@ -157,8 +157,9 @@ GrowingFile::GrowingFile(std::string path, Existing existing)
         const std::filesystem::path resolved = std::filesystem::canonical(place_->path, error);
         if (exists && !error)
             place_->path = resolved.native();
+        const mode_t ofNew = readers == Readers::owner ? ownerPermissions : usualPermissions;
         const mode_t permissions =
-            exists && S_ISREG(status.st_mode) ? status.st_mode & permissionBits : usualPermissions;
+            exists && S_ISREG(status.st_mode) ? status.st_mode & permissionBits : ofNew;
         place_->file = makeBeside(place_->path, permissions, place_->growing);
     }
     failure_ = lastErrorUnless(place_->file.isOpen());

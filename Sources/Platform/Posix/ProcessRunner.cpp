@@ -123,25 +123,29 @@ bool isStillEmpty() {
     return errno == EAGAIN || errno == EWOULDBLOCK;
 }
 
-/// Everything written until the last writer closes or the child is stopped, which it also is after
-/// `mostBytes`.
-std::string readToEnd(int descriptor, Stopper &stopper, std::size_t mostBytes) {
+using Pieces = std::function<void(std::string_view)>;
+
+/// Passes on everything written until the last writer closes or the child is stopped, which it also is after
+/// `mostBytes`. Returns whether that was too much.
+bool readToEnd(int descriptor, Stopper &stopper, std::size_t mostBytes, const Pieces &take) {
     if (stopper.isNeeded())
         fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) | O_NONBLOCK);
-    std::string bytes;
+    std::size_t length = 0;
     std::array<char, 65536> buffer;
     while (!stopper.hasStopped()) {
         awaitOutput(descriptor, stopper);
         stopper.ask();
         const ssize_t count = read(descriptor, buffer.data(), buffer.size());
-        if (count > 0)
-            bytes.append(buffer.data(), static_cast<std::size_t>(count));
-        else if (count == 0 || (errno != EINTR && !isStillEmpty()))
+        if (count > 0) {
+            length += static_cast<std::size_t>(count);
+            take(std::string_view(buffer.data(), static_cast<std::size_t>(count)));
+        } else if (count == 0 || (errno != EINTR && !isStillEmpty())) {
             break;
-        if (bytes.size() > mostBytes)
+        }
+        if (length > mostBytes)
             stopper.stop();
     }
-    return bytes;
+    return length > mostBytes;
 }
 
 /// Waits for a child that may keep running after its output is closed, and can still stop it.
@@ -197,17 +201,26 @@ private:
     std::thread thread_;
 };
 
-/// Collects what a started tool prints until it ends.
+/// Passes on what a started tool prints until it ends.
 ProcessResult awaitEnd(pid_t child, Pipe output, const std::function<bool()> &isStopped,
-                       std::size_t mostBytes) {
+                       std::size_t mostBytes, const Pieces &take) {
     // The output ends only when every writing end is closed, including this one.
     output.writing.close();
     Stopper stopper(isStopped, child);
-    std::string bytes = readToEnd(output.reading.number(), stopper, mostBytes);
-    const bool isTooLong = bytes.size() > mostBytes;
+    const bool isTooLong = readToEnd(output.reading.number(), stopper, mostBytes, take);
     // If reading failed, the tool must not block on writing while we wait for it.
     output.reading.close();
-    return ProcessResult{std::move(bytes), exitStatusOf(child, stopper), isTooLong};
+    return ProcessResult{{}, exitStatusOf(child, stopper), isTooLong};
+}
+
+/// Collects what a started tool prints until it ends.
+ProcessResult awaitEnd(pid_t child, Pipe output, const std::function<bool()> &isStopped,
+                       std::size_t mostBytes) {
+    std::string bytes;
+    ProcessResult result = awaitEnd(child, std::move(output), isStopped, mostBytes,
+                                    [&](std::string_view piece) { bytes += piece; });
+    result.output = std::move(bytes);
+    return result;
 }
 
 } // namespace
@@ -216,6 +229,20 @@ std::optional<ProcessResult> runProcess(const std::string &executable,
                                         const std::vector<std::string> &arguments,
                                         StandardError standardError, const std::function<bool()> &isStopped,
                                         std::size_t mostBytes) {
+    std::string bytes;
+    std::optional<ProcessResult> result = runProcessInPieces(
+        executable, arguments, standardError, [&](std::string_view piece) { bytes += piece; }, isStopped,
+        mostBytes);
+    if (result)
+        result->output = std::move(bytes);
+    return result;
+}
+
+std::optional<ProcessResult> runProcessInPieces(const std::string &executable,
+                                                const std::vector<std::string> &arguments,
+                                                StandardError standardError, const Pieces &take,
+                                                const std::function<bool()> &isStopped,
+                                                std::size_t mostBytes) {
     if (!canBeStarted(executable, arguments))
         return std::nullopt;
     std::optional<Pipe> output = makePipe();
@@ -225,7 +252,7 @@ std::optional<ProcessResult> runProcess(const std::string &executable,
         start(executable, arguments, standardError, output->writing.number(), std::nullopt);
     if (!child)
         return std::nullopt;
-    return awaitEnd(*child, *std::move(output), isStopped, mostBytes);
+    return awaitEnd(*child, *std::move(output), isStopped, mostBytes, take);
 }
 
 std::optional<ProcessResult> runProcessWithTerminal(const std::string &executable,

@@ -47,6 +47,18 @@ addEventListener('load', () => {
     return page.insert(page.find("</body>"), probe);
 }
 
+class PageInMemory final : public TextSink {
+public:
+    void write(std::string_view piece) override { text += piece; }
+    std::string text;
+};
+
+std::string htmlOf(const std::vector<Conversation> &conversations, const StopFlag &cancelled = {}) {
+    PageInMemory page;
+    MessagesExport::writePage(page, conversations, cancelled);
+    return page.text;
+}
+
 } // namespace
 
 TEST(TranscriptPage, HostileTextsAreShownButNeverRun) {
@@ -58,7 +70,7 @@ TEST(TranscriptPage, HostileTextsAreShownButNeverRun) {
     const std::string count = std::to_string(conversations.size());
     const std::string last = "pane-" + std::to_string(conversations.size() - 1);
 
-    const std::string path = folder.writeFile("page.html", withProbe(MessagesExport::html(conversations)));
+    const std::string path = folder.writeFile("page.html", withProbe(htmlOf(conversations)));
     const auto document = testing::documentAfterLoading(path, folder);
     if (!document)
         GTEST_SKIP() << "there is no browser here";
@@ -70,21 +82,21 @@ TEST(TranscriptPage, HostileTextsAreShownButNeverRun) {
 
 TEST(TranscriptPage, EscapesNamesAndTexts) {
     for (const std::string &text : testing::hostileTexts()) {
-        const std::string page = MessagesExport::html({{text, {{text, true, moment(1, 12), true, text}}}});
+        const std::string page = htmlOf({{text, {{text, true, moment(1, 12), true, text}}}});
         EXPECT_EQ(page.find(text), std::string::npos) << text;
         EXPECT_THAT(page, Not(HasSubstr("<img"))) << text;
     }
-    const std::string page = MessagesExport::html({{"&<>\"'", {{"a\nb&c", false, {}, false, ""}}}});
+    const std::string page = htmlOf({{"&<>\"'", {{"a\nb&c", false, {}, false, ""}}}});
     EXPECT_THAT(page, HasSubstr("<header>&amp;&lt;&gt;&quot;&#39;</header>"));
     EXPECT_THAT(page, HasSubstr("a<br>b&amp;c"));
 }
 
 TEST(TranscriptPage, GroupsMessagesByLocalDay) {
-    const std::string answer = MessagesExport::html({{"élan",
-                                                      {{"late", false, moment(1, 21), false, "SMS"},
-                                                       {"after midnight", true, moment(1, 22), false, "SMS"},
-                                                       {"", true, moment(2, 5), true, "iMessage"}}},
-                                                     {"🇩🇪 Kickers", {}}});
+    const std::string answer = htmlOf({{"élan",
+                                        {{"late", false, moment(1, 21), false, "SMS"},
+                                         {"after midnight", true, moment(1, 22), false, "SMS"},
+                                         {"", true, moment(2, 5), true, "iMessage"}}},
+                                       {"🇩🇪 Kickers", {}}});
     const std::vector<std::string> pieces = {
         "class=\"chat active\" data-target=\"pane-0\"><span class=\"avatar\">É</span>",
         "<span class=\"when\">2 May 2024</span>",
@@ -107,13 +119,12 @@ TEST(TranscriptPage, GroupsMessagesByLocalDay) {
 TEST(TranscriptPage, StopsAtOnce) {
     const StopFlag cancelled;
     cancelled.set();
-    EXPECT_EQ(MessagesExport::html({{"Team", {{"text", true, moment(1, 12), false, "SMS"}}}}, cancelled)
-                  .find("text</div>"),
+    EXPECT_EQ(htmlOf({{"Team", {{"text", true, moment(1, 12), false, "SMS"}}}}, cancelled).find("text</div>"),
               std::string::npos);
 }
 
 TEST(TranscriptPage, WorksWithoutConversations) {
-    const std::string page = MessagesExport::html({});
+    const std::string page = htmlOf({});
     EXPECT_THAT(page, StartsWith("<!doctype html>\n<html lang=\"en\">"));
     EXPECT_THAT(page, HasSubstr("\n.clip,.att{display:block;"));
     EXPECT_THAT(page, HasSubstr("<div class=\"hdr\">0 messages<br>Exported by Brimvale</div>"));
