@@ -9,6 +9,8 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <utility>
@@ -106,6 +108,18 @@ Compared compareEntry(const std::string &source, const std::string &destination,
     return result;
 }
 
+/// Calls `work` with the number of every entry on several threads. Small files are mostly waited for, so many
+/// of them are read at once.
+void forEachBySize(const std::vector<ListedEntry> &entries, const std::function<void(std::size_t)> &work) {
+    constexpr std::int64_t large = 1 << 20;
+    constexpr std::size_t threadsForSmallFiles = 8;
+    std::vector<std::size_t> smallOnes, largeOnes;
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        (entries[i].record.length > large ? largeOnes : smallOnes).push_back(i);
+    forEachInParallel(smallOnes.size(), threadsForSmallFiles, [&](std::size_t n) { work(smallOnes[n]); });
+    forEachInParallel(largeOnes.size(), threadsForReading(), [&](std::size_t n) { work(largeOnes[n]); });
+}
+
 } // namespace
 
 CopyComparison compareCopy(const std::string &source, const std::string &destination,
@@ -116,7 +130,7 @@ CopyComparison compareCopy(const std::string &source, const std::string &destina
     if (entries.empty()) // it has gone since it was copied
         comparison.differing.push_back({"", CopyDifference::Kind::unreadable});
     std::vector<Compared> compared(entries.size());
-    forEachInParallel(compared.size(), threadsForReading(), [&](std::size_t i) {
+    forEachBySize(entries, [&](std::size_t i) {
         if (cancelled.isSet())
             return;
         const std::string &path = entries[i].path;

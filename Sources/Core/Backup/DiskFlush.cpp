@@ -5,6 +5,7 @@
 #include "Platform/FileSystem.h"
 
 #include <chrono>
+#include <cstdint>
 #include <future>
 #include <system_error>
 #include <thread>
@@ -31,10 +32,11 @@ void syncUntilStopped(const std::string &path, const StopFlag &cancelled) {
 } // namespace
 
 void flushToDisk(const std::string &copy, const StopFlag &cancelled) {
+    constexpr std::int64_t large = 1 << 20; // smaller files are written out with the rest
     for (const ListedEntry &entry : listFiles(copy, cancelled).entries) {
         if (cancelled.isSet())
             return;
-        if (entry.record.kind == EntryKind::file)
+        if (entry.record.kind == EntryKind::file && entry.record.length > large)
             writeOut(entry.path.empty() ? copy : joinPath(copy, entry.path), cancelled);
     }
     if (!cancelled.isSet())

@@ -88,15 +88,21 @@ void syncFileSystem(const std::string &path) {
     close(descriptor);
 }
 
+// The disk gets the next pieces while one is waited for.
 void writeOut(const std::string &path, const StopFlag &cancelled) {
     constexpr off_t piece = 4 << 20;
+    constexpr off_t ahead = 4 * piece;
     const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
     struct stat record {};
     if (descriptor >= 0 && fstat(descriptor, &record) == 0 && S_ISREG(record.st_mode) &&
         record.st_size > piece)
-        for (off_t start = 0; start < record.st_size && !cancelled.isSet(); start += piece)
-            sync_file_range(descriptor, start, piece,
-                            SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+        for (off_t start = -ahead; start < record.st_size && !cancelled.isSet(); start += piece) {
+            sync_file_range(descriptor, start + ahead, piece, SYNC_FILE_RANGE_WRITE);
+            if (start >= 0)
+                sync_file_range(descriptor, start, piece,
+                                SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE |
+                                    SYNC_FILE_RANGE_WAIT_AFTER);
+        }
     if (descriptor >= 0)
         close(descriptor);
 }
