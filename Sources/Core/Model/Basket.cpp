@@ -1,9 +1,11 @@
 #include "Core/Model/Basket.h"
 
 #include "Base/FileURL.h"
+#include "Core/Model/Workers.h"
 #include "Platform/OpenedItem.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace brimvale {
 
@@ -16,6 +18,28 @@ bool isIn(const CleanupEntry &item, const CleanupEntry &folder) {
 } // namespace
 
 void Basket::add(const std::vector<CleanupEntry> &entries) {
+    std::vector<CleanupEntry> pinned, others;
+    for (const CleanupEntry &entry : entries)
+        (entry.pin ? pinned : others).push_back(entry);
+    if (!pinned.empty())
+        addPinned(pinned);
+    if (others.empty())
+        return;
+    // They may wait here for long, and other items may take their places.
+    workers_.run(
+        this,
+        [others = std::move(others)]() mutable {
+            for (CleanupEntry &entry : others)
+                entry.pin = pinOf(entry.url.standardized());
+            return std::move(others);
+        },
+        [this, emptied = emptied_](const std::vector<CleanupEntry> &now) {
+            if (emptied == emptied_)
+                addPinned(now);
+        });
+}
+
+void Basket::addPinned(const std::vector<CleanupEntry> &entries) {
     update([&](BasketState &state) {
         for (const CleanupEntry &entry : entries) {
             const auto isAround = [&](const CleanupEntry &one) {
@@ -25,14 +49,12 @@ void Basket::add(const std::vector<CleanupEntry> &entries) {
                 continue;
             std::erase_if(state.entries, [&](const CleanupEntry &one) { return isIn(one, entry); });
             state.entries.push_back(entry);
-            // It may wait here for long, and another item may take its place.
-            if (!entry.pin)
-                state.entries.back().pin = pinOf(entry.url.standardized());
         }
     });
 }
 
 void Basket::clear() {
+    ++emptied_;
     update([](BasketState &state) { state.entries.clear(); });
 }
 

@@ -8,6 +8,8 @@
 
 namespace brimvale {
 
+class Workers;
+
 struct BasketState {
     std::vector<CleanupEntry> entries = {}; ///< none inside another one
 };
@@ -18,9 +20,10 @@ class Basket : public Part<BasketState> {
     Q_OBJECT
 
 public:
-    Basket() = default;
+    explicit Basket(Workers &workers) : workers_(workers) {}
 
-    /// Adds items. One inside an item of the basket is in it already; one around others takes their place.
+    /// Adds items; those without a pin are pinned in the background first. One inside an item of the basket
+    /// is in it already; one around others takes their place.
     void add(const std::vector<CleanupEntry> &entries);
     void clear();
 
@@ -28,6 +31,12 @@ public:
     void drop(const GonePaths &gone);
     /// Drops items that changed since the user added them, their descendants and ancestors.
     void dropChanged(const GonePaths &changed);
+
+private:
+    void addPinned(const std::vector<CleanupEntry> &entries);
+
+    Workers &workers_;
+    int emptied_ = 0; ///< how often; what was added before does not arrive after
 };
 
 } // namespace brimvale

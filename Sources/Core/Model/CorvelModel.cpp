@@ -35,7 +35,7 @@ struct CorvelModel::Parts {
     OrphanSearch orphans{workers, removals, apps};
     Backups backups{workers, removals};
     Trash trash{workers, removals, storage};
-    Basket basket;
+    Basket basket{workers};
     Duplicates duplicates{workers};
     AdministratorScan administratorScan{workers, actions, scan};
 };
