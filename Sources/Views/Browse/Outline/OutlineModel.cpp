@@ -59,12 +59,14 @@ const std::vector<FSNode *> &OutlineModel::rowsOf(const FSNode &folder) const {
         return rows;
     rows.reserve(folder.children().size());
     for (const std::unique_ptr<FSNode> &child : folder.children())
-        if (isShown(*child))
-            rows.push_back(child.get());
+        rows.push_back(child.get());
+    if (isFiltered())
+        std::erase_if(rows, [&](const FSNode *node) { return !isShown(*node); });
     order_.sort(rows);
-    std::uint32_t row = 0;
-    for (FSNode *node : rows)
-        node->row = row++;
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        prefetchNodes(rows, row);
+        rows[row]->row = static_cast<std::uint32_t>(row);
+    }
     return rows;
 }
 
