@@ -5,7 +5,6 @@
 #include "CommandLine/ProgressLine.h"
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/TerminalText.h"
-#include "CommandLine/TextTable.h"
 #include "Core/Storage/CleanupCatalog.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Storage/CleanupRiskTexts.h"
@@ -45,14 +44,6 @@ void measureTargets(Targets &targets, const StopFlag &cancelled) {
         cancelled);
 }
 
-void writeTargets(Output &output, const Targets &targets) {
-    TextTable table({TextTable::sizeColumn("SIZE"), {"RISK"}, {"ID"}, {"TARGET"}});
-    for (const CleanupTarget &target : targets)
-        table.add({Fmt::byteFormatter(CleanupEntries::totalSize(target.entries)),
-                   std::string(label(target.risk)), target.id, target.title});
-    table.write(output);
-}
-
 void writeDetails(Output &output, const CleanupTarget &target) {
     output.write(target.title + ", " + Fmt::byteFormatter(CleanupEntries::totalSize(target.entries)) + " (" +
                  std::string(label(target.risk)) + ")\n" + target.detail + "\n");
@@ -78,7 +69,7 @@ ExitStatus runCleanup(const Arguments &arguments, Output &output) {
         JsonWriter json(output);
         writeRecords(json, targets);
     } else if (ids.empty()) {
-        writeTargets(output, targets);
+        writeTargetTable(output, targets);
     } else {
         for (const CleanupTarget &target : targets) {
             output.write(&target == &targets.front() ? "" : "\n");

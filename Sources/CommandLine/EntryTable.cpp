@@ -2,6 +2,8 @@
 
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/TextTable.h"
+#include "Core/Storage/CleanupEntries.h"
+#include "Core/Storage/CleanupRiskTexts.h"
 #include "Core/Text/Formatting.h"
 
 #include <algorithm>
@@ -50,6 +52,14 @@ void writeEntryTable(Output &output, const std::vector<CleanupEntry> &entries) {
             cells.push_back(noteOn(entry));
         table.add(cells);
     }
+    table.write(output);
+}
+
+void writeTargetTable(Output &output, const std::vector<CleanupTarget> &targets) {
+    TextTable table({TextTable::sizeColumn("SIZE"), {"RISK"}, {"ID"}, {"TARGET"}});
+    for (const CleanupTarget &target : targets)
+        table.add({Fmt::byteFormatter(CleanupEntries::totalSize(target.entries)),
+                   std::string(label(target.risk)), target.id, target.title});
     table.write(output);
 }
 

@@ -1,15 +1,18 @@
 #include "CommandLine/Commands.h"
 
 #include "Base/Text.h"
+#include "CommandLine/EntryTable.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/OverviewRun.h"
 #include "CommandLine/RecordJson.h"
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/TextTable.h"
+#include "Core/Storage/CleanupCatalog.h"
 #include "Core/Storage/StorageFigures.h"
 #include "Core/Text/Formatting.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -36,7 +39,7 @@ void writeHiddenSpace(JsonWriter &json, const OverviewFigures &figures) {
     json.paths("incomplete", StorageFigures::incompletePlaces(figures.categories));
 }
 
-void writeOverview(Output &output, const OverviewFigures &figures) {
+void writeOverview(Output &output, const OverviewFigures &figures, bool hasTargets) {
     JsonWriter json(output);
     json.beginObject();
     json.key("volumes");
@@ -48,6 +51,10 @@ void writeOverview(Output &output, const OverviewFigures &figures) {
     json.member("sentence", StorageFigures::systemDataSentence(figures.categories));
     if (explainsHiddenSpace())
         writeHiddenSpace(json, figures);
+    if (hasTargets) {
+        json.key("cleanup");
+        writeRecords(json, figures.targets);
+    }
     json.end();
 }
 
@@ -69,16 +76,33 @@ void writeCategories(Output &output, const std::vector<MeasuredCategory> &catego
     table.write(output);
 }
 
+constexpr std::array overviewOptions = {
+    Option{.name = "--cleanup", .help = "Measure the cleanup targets too; what both share is read once."},
+};
+
+/// Those with a place on this computer.
+std::vector<CleanupTarget> targetsHere() {
+    std::vector<CleanupTarget> targets = CleanupCatalog::definitions();
+    std::erase_if(targets, [](const CleanupTarget &one) { return !one.hasPlace; });
+    return targets;
+}
+
 ExitStatus runOverview(const Arguments &arguments, Output &output) {
     const StopFlag cancelled;
     const Interruption interruption(cancelled);
-    const OverviewFigures figures = measureOverview(cancelled);
+    const bool hasTargets = arguments.has("--cleanup");
+    const OverviewFigures figures =
+        measureOverview(cancelled, hasTargets ? targetsHere() : std::vector<CleanupTarget>());
     if (arguments.has("--json")) {
-        writeOverview(output, figures);
+        writeOverview(output, figures, hasTargets);
     } else {
         if (const auto root = VolumeInfo::root(figures.volumes))
             writeVolume(output, *root);
         writeCategories(output, figures.categories);
+        if (hasTargets) {
+            output.write("\n");
+            writeTargetTable(output, figures.targets);
+        }
         for (const std::string &sentence : explanationsOf(figures))
             output.write("\n" + sentence + "\n");
     }
@@ -91,6 +115,7 @@ constinit const Command overviewCommand = {
     .name = "overview",
     .operands = "",
     .operandCount = {.minimum = 0, .maximum = 0},
+    .options = overviewOptions,
     .summary = "Measures what uses the space of the root volume.",
     .help =
         "\nSystem Data is the used space that no other category explains. \"brimvalectl category ID\" shows\n"

@@ -99,6 +99,11 @@ TEST_F(Storage, OverviewCategoriesSumToUsedSpace) {
     EXPECT_THAT(overview["sentence"].toString().toStdString(),
                 ::testing::StartsWith(isHere ? "The locations above " : ""));
 
+    QJsonObject both = documentOf(run({"overview", "--cleanup", "--json"})).object();
+    EXPECT_EQ(both.take("cleanup").toArray(), documentOf(run({"cleanup", "--json"})).array());
+    EXPECT_EQ(both["categories"].toArray().size(), categories.size());
+    EXPECT_EQ(withId(both["categories"].toArray(), "documents"), withId(categories, "documents"));
+
     const QJsonObject documents = documentOf(run({"category", "documents", "--json"})).object();
     EXPECT_EQ(documents, withId(categories, "documents"));
     EXPECT_EQ(documents["category"]["action"].toObject(), (QJsonObject{{"case", "removable"}}));

@@ -255,4 +255,21 @@ void SubtreeSizes::measure(const std::vector<Group> &groups, const ScanOptions &
     Run(groups, options, cancelled, finished, pool).measure();
 }
 
+void SubtreeSizes::measureTogether(const std::vector<Request> &requests, const ScanOptions &options,
+                                   const StopFlag &cancelled, WalkPool &pool) {
+    std::vector<Group> groups;
+    std::vector<std::pair<const Request *, std::size_t>> places; // of each group
+    for (const Request &request : requests)
+        for (std::size_t i = 0; i < request.groups.size(); ++i) {
+            groups.push_back(request.groups[i]);
+            places.emplace_back(&request, i);
+        }
+    measure(
+        groups, options, cancelled,
+        [&](std::size_t group, const std::vector<MeasuredItem> &measured) {
+            places[group].first->finished(places[group].second, measured);
+        },
+        pool);
+}
+
 } // namespace brimvale

@@ -28,6 +28,16 @@ using Finished = std::function<void(std::size_t group, const std::vector<Measure
 void measure(const std::vector<Group> &groups, const ScanOptions &options, const StopFlag &cancelled,
              const Finished &finished, WalkPool &pool = WalkPool::shared());
 
+/// Groups, and what takes their sizes, by their numbers among these groups.
+struct Request {
+    std::vector<Group> groups;
+    Finished finished;
+};
+
+/// The same for several requests, which share the walks. Requests are started in order.
+void measureTogether(const std::vector<Request> &requests, const ScanOptions &options,
+                     const StopFlag &cancelled, WalkPool &pool = WalkPool::shared());
+
 } // namespace SubtreeSizes
 
 } // namespace brimvale

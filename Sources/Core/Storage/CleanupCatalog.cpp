@@ -2,7 +2,6 @@
 
 #include "Base/Bytes.h"
 #include "Catalogs/Catalog.h"
-#include "Core/Scan/SubtreeSizes.h"
 #include "Core/Storage/CleanupEntries.h"
 
 #include <algorithm>
@@ -77,23 +76,28 @@ CleanupTarget CleanupCatalog::measure(CleanupTarget target, const StopFlag &canc
     return measured;
 }
 
-void CleanupCatalog::measureAll(const std::vector<CleanupTarget> &targets,
-                                const std::function<void(CleanupTarget)> &finished, const StopFlag &cancelled,
-                                const Host &host, WalkPool &pool) {
-    const std::vector<CleanupFinding> findings = findingsOf(targets, host);
+SubtreeSizes::Request CleanupCatalog::request(const std::vector<CleanupTarget> &targets,
+                                              const std::function<void(CleanupTarget)> &finished,
+                                              const Host &host) {
+    std::vector<CleanupFinding> findings = findingsOf(targets, host);
     std::vector<SubtreeSizes::Group> paths;
     for (const CleanupFinding &finding : findings)
         paths.push_back(pathsToMeasure(finding));
-    SubtreeSizes::measure(
-        paths, ScanOptions::standard(host), cancelled,
-        [&](std::size_t i, const std::vector<MeasuredItem> &items) {
-            CleanupTarget measured = targets[i];
-            measured.entries = entriesOf(findings[i], items);
-            measured.scanned = true;
-            measured.hasUnreadableRoot = CleanupEntries::hasUnreadableRoot(findings[i].roots);
-            finished(std::move(measured));
-        },
-        pool);
+    return {std::move(paths), [targets, finished, findings = std::move(findings)](
+                                  std::size_t i, const std::vector<MeasuredItem> &items) {
+                CleanupTarget measured = targets[i];
+                measured.entries = entriesOf(findings[i], items);
+                measured.scanned = true;
+                measured.hasUnreadableRoot = CleanupEntries::hasUnreadableRoot(findings[i].roots);
+                finished(std::move(measured));
+            }};
+}
+
+void CleanupCatalog::measureAll(const std::vector<CleanupTarget> &targets,
+                                const std::function<void(CleanupTarget)> &finished, const StopFlag &cancelled,
+                                const Host &host, WalkPool &pool) {
+    SubtreeSizes::measureTogether({request(targets, finished, host)}, ScanOptions::standard(host), cancelled,
+                                  pool);
 }
 
 std::vector<std::string> CleanupCatalog::runningPrograms(const std::vector<CleanupEntry> &entries,

@@ -2,6 +2,7 @@
 
 #include "Base/StopFlag.h"
 #include "Catalogs/CleanupTarget.h"
+#include "Core/Scan/SubtreeSizes.h"
 #include "Core/Scan/WalkPool.h"
 #include "Platform/Host.h"
 
@@ -27,6 +28,11 @@ namespace CleanupCatalog {
 void measureAll(const std::vector<CleanupTarget> &targets, const std::function<void(CleanupTarget)> &finished,
                 const StopFlag &cancelled = {}, const Host &host = Host::current(),
                 WalkPool &pool = WalkPool::shared());
+
+/// What `measureAll` asks for, to be measured together with something else.
+[[nodiscard]] SubtreeSizes::Request request(const std::vector<CleanupTarget> &targets,
+                                            const std::function<void(CleanupTarget)> &finished,
+                                            const Host &host = Host::current());
 
 /// The names of the programs that use these entries and are running now, each once. Reads the disk.
 [[nodiscard]] std::vector<std::string> runningPrograms(const std::vector<CleanupEntry> &entries,

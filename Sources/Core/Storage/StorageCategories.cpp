@@ -1,7 +1,6 @@
 #include "Core/Storage/StorageCategories.h"
 
 #include "Catalogs/Catalog.h"
-#include "Core/Scan/SubtreeSizes.h"
 #include "Core/Storage/CleanupEntries.h"
 
 #include <algorithm>
@@ -180,30 +179,35 @@ std::vector<CleanupEntry> StorageCategories::measureSystemDataEntries(const Stop
         .entries;
 }
 
-StorageCategories::SystemDataRows StorageCategories::measureAll(
-    const std::vector<StorageCategory> &categories, const std::function<void(MeasuredCategory)> &finished,
-    const StopFlag &cancelled, const Host &host, WalkPool &pool, const std::optional<FileURL> &volume) {
-    std::vector<const StorageCategory *> measured;
+SubtreeSizes::Request StorageCategories::request(const std::vector<StorageCategory> &categories,
+                                                 const std::function<void(MeasuredCategory)> &finished,
+                                                 SystemDataRows &systemData, const Host &host,
+                                                 const std::optional<FileURL> &volume) {
+    std::vector<StorageCategory> measured;
     std::vector<SubtreeSizes::Group> paths;
     for (const StorageCategory &category : categories) {
         if (category.measurement != CategoryMeasurement::measured)
             continue;
-        measured.push_back(&category);
+        measured.push_back(category);
         paths.push_back(rowPaths(category));
     }
     paths.push_back(systemDataCandidates(host));
+    return {paths, [paths, measured, finished, volume, &systemData](std::size_t i,
+                                                                    const std::vector<MeasuredItem> &items) {
+                if (i < measured.size())
+                    finished(measuredCategory(measured[i], paths[i], items, volume));
+                else
+                    systemData = {systemDataEntries(paths[i], items, volume),
+                                  CleanupEntries::incompletePaths(paths[i], items)};
+            }};
+}
 
+StorageCategories::SystemDataRows StorageCategories::measureAll(
+    const std::vector<StorageCategory> &categories, const std::function<void(MeasuredCategory)> &finished,
+    const StopFlag &cancelled, const Host &host, WalkPool &pool, const std::optional<FileURL> &volume) {
     SystemDataRows systemData;
-    SubtreeSizes::measure(
-        paths, ScanOptions::standard(host), cancelled,
-        [&](std::size_t i, const std::vector<MeasuredItem> &items) {
-            if (i < measured.size())
-                finished(measuredCategory(*measured[i], paths[i], items, volume));
-            else
-                systemData = {systemDataEntries(paths[i], items, volume),
-                              CleanupEntries::incompletePaths(paths[i], items)};
-        },
-        pool);
+    SubtreeSizes::measureTogether({request(categories, finished, systemData, host, volume)},
+                                  ScanOptions::standard(host), cancelled, pool);
     return systemData;
 }
 

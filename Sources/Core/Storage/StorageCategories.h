@@ -3,6 +3,7 @@
 #include "Base/StopFlag.h"
 #include "Catalogs/StorageCategory.h"
 #include "Core/Scan/ScanOptions.h"
+#include "Core/Scan/SubtreeSizes.h"
 #include "Core/Scan/WalkPool.h"
 #include "Core/Text/Formatting.h"
 #include "Platform/Host.h"
@@ -70,6 +71,13 @@ struct SystemDataRows {
                                         const StopFlag &cancelled = {}, const Host &host = Host::current(),
                                         WalkPool &pool = WalkPool::shared(),
                                         const std::optional<FileURL> &volume = std::nullopt);
+
+/// What `measureAll` asks for, to be measured together with something else. `systemData` must outlive it, and
+/// is complete when all of it is measured.
+[[nodiscard]] SubtreeSizes::Request request(const std::vector<StorageCategory> &categories,
+                                            const std::function<void(MeasuredCategory)> &finished,
+                                            SystemDataRows &systemData, const Host &host = Host::current(),
+                                            const std::optional<FileURL> &volume = std::nullopt);
 
 } // namespace StorageCategories
 
