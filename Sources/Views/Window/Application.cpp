@@ -90,7 +90,6 @@ Application::Application(int &argumentCount, char **arguments) {
     QApplication::setApplicationName(QStringLiteral("Brimvale"));
     QApplication::setApplicationVersion(QLatin1String(version));
     QApplication::setDesktopFileName(QStringLiteral("brimvale"));
-    QApplication::setWindowIcon(applicationIcon());
     const SystemFont font = systemFont();
     Type::setScale(font.scale);
     QApplication::setFont(font.font);
@@ -107,7 +106,10 @@ void Application::open(const Launch &launch) {
     followSystemAppearance(&*window_, [this] { window_->applyTheme(); });
     window_->show();
     // The start should only show the window.
-    new AfterFirstDrawing(window_->windowHandle(), [this] { updater_->check(true); });
+    new AfterFirstDrawing(window_->windowHandle(), [this] {
+        QApplication::setWindowIcon(applicationIcon());
+        updater_->check(true);
+    });
     if (launch.file)
         window_->showInBrowse(*launch.file);
     else if (launch.folder)
