@@ -41,7 +41,7 @@ done
 
 printf 'Measuring %s on %s cores, %s\n\n' "$(basename "$home")" "$(getconf _NPROCESSORS_ONLN)" "$(uname -sr)"
 beside() {
-    "$programs/SideBySide" --rounds "$rounds" --at-most 1.3 "one walk" \
+    "$programs/SideBySide" --rounds "$rounds" --at-most 1.1 "one walk" \
         + "$1" env HOME="$home" "$programs/brimvalectl" --system macos "$1" --json \
         + "one walk" env HOME="$home" "$programs/brimvalectl" --system macos size "${@:2}"
 }

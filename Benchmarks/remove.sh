@@ -30,6 +30,6 @@ trap 'rm -rf -- "$own"' EXIT
 make=("$programs/MakeTree" --in "$own/trees" --files "$files" --folders "${folders:-$((files * 2 / 23 + 1))}")
 
 printf 'Removal of %s files on %s cores, %s\n\n' "$files" "$(getconf _NPROCESSORS_ONLN)" "$(uname -sr)"
-"$programs/SideBySide" --rounds "$rounds" --before "$(printf '%q ' "${make[@]}") >/dev/null 2>&1" --faster 1 rm \
+"$programs/SideBySide" --rounds "$rounds" --before "$(printf '%q ' "${make[@]}") >/dev/null 2>&1" --faster 2.2 rm \
     + brimvale "$programs/RemoveItem" "$own/trees" \
     + rm rm -rf -- "$own/trees"
