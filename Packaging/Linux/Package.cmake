@@ -2,6 +2,8 @@
 set(document_folder ${CMAKE_INSTALL_DATADIR}/doc/brimvale) # the name of the package
 install(FILES ${documents}/changelog.gz DESTINATION ${document_folder})
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${document_folder} RENAME copyright)
+install(FILES ${PROJECT_SOURCE_DIR}/Packaging/Linux/lintian-overrides
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME brimvale)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME brimvale)
