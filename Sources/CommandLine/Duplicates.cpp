@@ -113,7 +113,7 @@ void writeFindings(Output &output, const DuplicatesFound &found) {
         .append(". Removing all but one of each group would free ");
     text.append(Fmt::byteFormatter(found.removableBytes())).append(".\n").append(leftOut(found));
     if (groups > 0)
-        text.append(ruleOfStaying()).append("\n");
+        text.append(StayingRule::inWords()).append("\n");
     output.write(text);
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brimvale {
@@ -53,6 +54,9 @@ public:
     /// here; the item itself may be a link, and is not followed. Its parent need not be readable. The errno
     /// on failure.
     [[nodiscard]] static Result<OpenedItem, int> at(const FileURL &item);
+
+    /// Opens another entry of the same folder, which is not looked for again. The errno on failure.
+    [[nodiscard]] static Result<OpenedItem, int> beside(const OpenedItem &other, std::string_view name);
 
     /// Opens the item that was pinned. ESTALE where another item, or none, or another parent is in its place.
     [[nodiscard]] static Result<OpenedItem, int> again(const ItemPin &pin);

@@ -1,6 +1,7 @@
 #include "CommandLine/Program.h"
 #include "Support/TemporaryFolder.h"
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -35,6 +36,26 @@ TEST(Duplicates, AreListedByWhatTheyFree) {
 
     const Outcome none = runProgram({"duplicates", folder.path(), "--min-size", "1000000"});
     EXPECT_THAT(none.out, HasSubstr("0 groups of equal files among 0 files."));
+}
+
+TEST(Duplicates, ProtectedFilesStay) {
+    const TemporaryFolder folder;
+    const std::string home = folder.makeFolder("home");
+    const std::string secret = folder.writeFile("home/.Private/key", "equal");
+    std::filesystem::last_write_time(folder.writeFile("home/old", "equal"),
+                                     std::filesystem::file_time_type::clock::now() -
+                                         std::chrono::hours(9999));
+    folder.writeFile("home/.Private/other", "equal");
+    const QJsonObject json =
+        jsonIn(runProgramOnLinux(folder.path(), {"duplicates", "--json", home}, inHome(home))).object();
+    const QJsonArray files = json["groups"].toArray()[0].toObject()["files"].toArray();
+    ASSERT_EQ(files.size(), 3);
+    EXPECT_EQ(files[0].toObject()["path"].toString().toStdString(), secret);
+    for (const int kept : {0, 1}) // the second was looked for in the same folder
+        EXPECT_THAT(files[kept].toObject()["keptBecause"].toString().toStdString(),
+                    HasSubstr("Removing it would destroy them."));
+    EXPECT_TRUE(files[2].toObject()["keptBecause"].isNull());
+    EXPECT_EQ(json["frees"].toInteger(), allocatedBytes(secret));
 }
 
 TEST(Duplicates, RefuseWrongUsage) {

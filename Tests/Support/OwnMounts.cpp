@@ -137,6 +137,15 @@ void answerEndlessly(int server, const char *request) {
     static_cast<void>(::write(server, reply.data(), reply.size()));
 }
 
+/// Mounts a new file system at `path`, which `maker` makes in an image of this size beside it.
+bool mountImage(const std::string &path, const std::string &size, const std::string &maker) {
+    const std::string commands = "PATH=$PATH:/usr/sbin:/sbin; set -e; truncate -s \"$2\" \"$1.image\"; "
+                                 "\"$3\" -q \"$1.image\"; mount -o loop \"$1.image\" \"$1\"";
+    const auto run = runProcess(platformTools().shell, {"-c", commands, "sh", path, size, maker},
+                                StandardError::withOutput);
+    return run && run->exitStatus == 0;
+}
+
 } // namespace
 
 bool ownMounts() {
@@ -156,11 +165,11 @@ bool mountAlsoAt(const std::string &original, const std::string &path, bool isRe
 }
 
 bool mountBtrfs(const std::string &path) {
-    const std::string commands = "PATH=$PATH:/usr/sbin:/sbin; set -e; truncate -s 128M \"$1.image\"; "
-                                 "mkfs.btrfs -q \"$1.image\"; mount -o loop \"$1.image\" \"$1\"";
-    const auto run =
-        runProcess(platformTools().shell, {"-c", commands, "sh", path}, StandardError::withOutput);
-    return run && run->exitStatus == 0;
+    return mountImage(path, "128M", "mkfs.btrfs");
+}
+
+bool mountXfs(const std::string &path) {
+    return mountImage(path, "320M", "mkfs.xfs"); // the least that it takes
 }
 
 bool makeSubvolume(const std::string &folder, const std::string &name) {

@@ -19,6 +19,9 @@ namespace brimvale::testing {
 /// or no Btrfs.
 [[nodiscard]] bool mountBtrfs(const std::string &path);
 
+/// The same for a new XFS.
+[[nodiscard]] bool mountXfs(const std::string &path);
+
 /// Makes a Btrfs subvolume `name` in a folder. False on failure.
 [[nodiscard]] bool makeSubvolume(const std::string &folder, const std::string &name);
 

@@ -6,6 +6,7 @@
 #include "Platform/DirectoryWalk.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <iterator>
 #include <memory>
@@ -25,6 +26,7 @@ struct CandidateSearch {
     SkipList skipped;
     ScanStats &stats;
     SumLimit limit = {};
+    std::atomic<std::int64_t> dataless = 0;
     std::mutex lock = {}; ///< protects what was found
     std::vector<Candidate> found = {};
 };
@@ -53,8 +55,12 @@ public:
     }
 
     void file(FolderHandle, std::string_view name, const FileStatus &status) override {
-        if (status.kind != FileKind::regularFile || status.isDataless || status.length < search_.leastLength)
+        if (status.kind != FileKind::regularFile || status.length < search_.leastLength)
             return;
+        if (status.isDataless) {
+            ++search_.dataless;
+            return;
+        }
         if (!search_.limit.admits(status))
             return search_.stats.addUnreadable(joinPath(folder_, name), UnreadableItem::claimsTooMuch);
         ++visited_;
@@ -161,8 +167,9 @@ Candidates findCandidates(const std::vector<FileURL> &places, std::int64_t least
     for (const Candidate &file : candidates.files)
         candidates.seenBytes += file.status.length;
     dropSingleLengths(candidates.files);
-    candidates.withoutBytes = static_cast<std::int64_t>(std::erase_if(
-        candidates.files, [](const Candidate &file) { return file.status.allocatedBytes == 0; }));
+    const std::size_t empty = std::erase_if(
+        candidates.files, [](const Candidate &file) { return file.status.allocatedBytes == 0; });
+    candidates.withoutBytes = search.dataless + static_cast<std::int64_t>(empty);
     dropSingleLengths(candidates.files);
     return candidates;
 }

@@ -13,34 +13,13 @@ namespace brimvale {
 
 namespace {
 
-/// The folders in which files often are only for a while.
-class PassingPlaces {
-public:
-    PassingPlaces() {
-        const FileURL home = homeFolder();
-        const auto &folders = userDirectories(home).byKey;
-        const auto downloads = folders.find("XDG_DOWNLOAD_DIR");
-        if (downloads != folders.end() && downloads->second)
-            downloads_ = downloads->second->path();
-        else
-            downloads_ = home.appending("Downloads").path();
-    }
-
-    [[nodiscard]] bool contain(const FileURL &file) const {
-        return isAtOrUnder(file.path(), downloads_) || isInTrash(file.path());
-    }
-
-private:
-    /// The names that folders for the Trash have on all systems.
-    static bool isInTrash(std::string_view path) {
-        constexpr std::array<std::string_view, 4> names = {"/.Trash/", "/.Trashes/", "/.Trash-",
-                                                           "/.local/share/Trash/"};
-        return std::any_of(names.begin(), names.end(),
-                           [&](std::string_view name) { return path.find(name) != std::string_view::npos; });
-    }
-
-    std::string downloads_;
-};
+/// By the names that folders for the Trash have on all systems.
+bool isInTrash(std::string_view path) {
+    constexpr std::array<std::string_view, 4> names = {"/.Trash/", "/.Trashes/", "/.Trash-",
+                                                       "/.local/share/Trash/"};
+    return std::any_of(names.begin(), names.end(),
+                       [&](std::string_view name) { return path.find(name) != std::string_view::npos; });
+}
 
 } // namespace
 
@@ -59,15 +38,27 @@ std::int64_t DuplicatesFound::removableBytes() const {
     return sum;
 }
 
-std::string ruleOfStaying() {
+StayingRule::StayingRule() {
+    const FileURL home = homeFolder();
+    const auto folders = userDirectories(home).byKey;
+    const auto downloads = folders.find("XDG_DOWNLOAD_DIR");
+    const bool isSet = downloads != folders.end() && downloads->second;
+    downloads_ = isSet ? downloads->second->path() : home.appending("Downloads").path();
+}
+
+std::string StayingRule::inWords() {
     return "One file of each group stays: first one that can’t go, then one outside Downloads and the Trash, "
            "then the oldest, then the one with the shortest path, then the first by name.";
 }
 
-void sortByRule(std::vector<DuplicateFile> &files) {
-    const PassingPlaces passing;
+/// Whether the file is where files often are only for a while.
+bool StayingRule::isOnlyForAWhile(const FileURL &file) const {
+    return isAtOrUnder(file.path(), downloads_) || isInTrash(file.path());
+}
+
+void StayingRule::sort(std::vector<DuplicateFile> &files) const {
     const auto rank = [&](const DuplicateFile &file) {
-        return std::tuple(file.keptBecause.empty(), passing.contain(file.url), file.record.modified,
+        return std::tuple(file.keptBecause.empty(), isOnlyForAWhile(file.url), file.record.modified,
                           file.url.path().size(), std::string_view(file.url.path()));
     };
     std::sort(files.begin(), files.end(),

@@ -53,11 +53,22 @@ struct DuplicatesFound {
     [[nodiscard]] std::int64_t removableBytes() const;
 };
 
-/// Says in words which file of a group stays.
-[[nodiscard]] std::string ruleOfStaying();
+/// Decides which file of a group stays. Reads where the folder for downloads is when it is made.
+class StayingRule {
+public:
+    StayingRule();
 
-/// Puts the file that stays first, and the others in the order of the same rule.
-void sortByRule(std::vector<DuplicateFile> &files);
+    /// The rule, for the user.
+    [[nodiscard]] static std::string inWords();
+
+    /// Puts the file that stays first, and the others in the order of the same rule.
+    void sort(std::vector<DuplicateFile> &files) const;
+
+private:
+    [[nodiscard]] bool isOnlyForAWhile(const FileURL &file) const;
+
+    std::string downloads_;
+};
 
 /// Puts the groups that free the most first.
 void sortByFreedBytes(std::vector<DuplicateGroup> &groups);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -137,10 +138,22 @@ private:
                                    .record = file->record,
                                    .size = file->candidate->status.allocatedBytes,
                                    .names = static_cast<std::int64_t>(file->candidate->status.linkCount)});
-        if (!removable_.complete(group))
-            return;
+        std::unique_ptr<RemovableFiles> removable = takeRemovable();
+        const bool hasDuplicates = removable->complete(group);
         const std::lock_guard guard(lock_);
-        groups_.push_back(std::move(group));
+        idle_.push_back(std::move(removable));
+        if (hasDuplicates)
+            groups_.push_back(std::move(group));
+    }
+
+    /// One for each thread, which is used again.
+    std::unique_ptr<RemovableFiles> takeRemovable() {
+        const std::lock_guard guard(lock_);
+        if (idle_.empty())
+            return std::make_unique<RemovableFiles>();
+        std::unique_ptr<RemovableFiles> taken = std::move(idle_.back());
+        idle_.pop_back();
+        return taken;
     }
 
     DuplicatesFound result(const Candidates &candidates) {
@@ -157,10 +170,10 @@ private:
 
     DuplicateProgress &progress_;
     ContentsReader reader_;
-    RemovableFiles removable_;
     std::unordered_set<const ReadFile *> wereDigested_; ///< the first file of each set with equal digests
-    std::mutex lock_;                                   ///< protects the groups
+    std::mutex lock_;                                   ///< protects what follows
     std::vector<DuplicateGroup> groups_;
+    std::vector<std::unique_ptr<RemovableFiles>> idle_;
 };
 
 } // namespace

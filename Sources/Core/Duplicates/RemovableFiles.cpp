@@ -37,12 +37,25 @@ std::optional<std::string> onAllMounts(const EntryRecord &record) {
         .append(std::to_string(record.modified.time_since_epoch().count()));
 }
 
+/// Files by something that they have in common, each group in their order.
+using Sharing = std::map<std::string, std::vector<std::size_t>>;
+
+constexpr std::size_t mostFolders = 16; ///< each keeps a descriptor
+
+} // namespace
+
 /// Where a file is stored, where its file system may store several files in one place. Notes what that means
 /// for the file.
-std::optional<std::string> placeOf(DuplicateFile &file) {
+std::optional<std::string> RemovableFiles::placeOf(DuplicateFile &file) {
+    const auto known = sharingDevices_.find(file.record.identity.device);
+    if (known != sharingDevices_.end() && !known->second)
+        return std::nullopt;
     const SteadyFile opened(file.url.path());
-    const bool isSame = opened.isOpen() && opened.record().identity == file.record.identity;
-    if (!isSame || !mayShareBytes(opened))
+    if (!opened.isOpen() || opened.record().identity != file.record.identity)
+        return std::nullopt;
+    const bool mayShare = mayShareBytes(opened);
+    sharingDevices_[file.record.identity.device] = mayShare;
+    if (!mayShare)
         return std::nullopt;
     file.mayShare = file.pin.has_value(); // the guards admit it
     const std::optional<StoredBytes> stored = storedBytes(opened);
@@ -52,17 +65,17 @@ std::optional<std::string> placeOf(DuplicateFile &file) {
     return stored->place();
 }
 
-/// Files by something that they have in common, each group in their order.
-using Sharing = std::map<std::string, std::vector<std::size_t>>;
-
 /// Keeps files that take no space of their own. Returns how many files are left without the second of each.
-std::size_t keepThoseWithoutSpace(std::vector<DuplicateFile> &files) {
+std::size_t RemovableFiles::keepThoseWithoutSpace(std::vector<DuplicateFile> &files) {
+    const bool areOnOneDevice = std::all_of(files.begin(), files.end(), [&](const DuplicateFile &file) {
+        return file.record.identity.device == files.front().record.identity.device;
+    });
     Sharing byPlace;
     Sharing byMount;
     for (std::size_t i = 0; i < files.size(); ++i) {
         if (const std::optional<std::string> place = placeOf(files[i]))
             byPlace[*place].push_back(i);
-        else if (const std::optional<std::string> self = onAllMounts(files[i].record))
+        else if (const auto self = areOnOneDevice ? std::nullopt : onAllMounts(files[i].record))
             byMount[*self].push_back(i);
     }
     std::size_t count = files.size();
@@ -91,18 +104,31 @@ std::size_t keepThoseWithoutSpace(std::vector<DuplicateFile> &files) {
     return count;
 }
 
-} // namespace
+RemovalGate::Answer RemovableFiles::open(const FileURL &file) {
+    const std::string folder = file.parent().path();
+    const auto known = folders_.find(folder);
+    if (known != folders_.end())
+        return gate_.openBeside(known->second, file);
+    RemovalGate::Answer answer = gate_.open(file, std::nullopt);
+    if (const auto *item = std::get_if<OpenedItem>(&answer)) {
+        if (folders_.size() == mostFolders)
+            folders_.clear();
+        if (Result<OpenedItem, int> again = OpenedItem::beside(*item, file.fileName());
+            auto *opened = std::get_if<OpenedItem>(&again))
+            folders_.emplace(folder, std::move(*opened));
+    }
+    return answer;
+}
 
 void RemovableFiles::admit(DuplicateFile &file) {
-    const std::lock_guard guard(lock_);
-    const RemovalGate::Answer answer = gate_.open(file.url, std::nullopt);
+    const RemovalGate::Answer answer = open(file.url);
     if (const auto *refusal = std::get_if<std::string>(&answer))
         return keep(file, *refusal);
     const auto *item = std::get_if<OpenedItem>(&answer);
     if (item == nullptr || item->identity().file != file.record.identity)
         return keep(file, "It has changed.");
     file.pin = item->pin();
-    if (const std::optional<CategoryPolicy> policy = policies_.of(file.url))
+    if (const std::optional<CategoryPolicy> policy = policies_.ofFile(*item))
         keep(file, policy->title + ": " + policy->warning);
 }
 
@@ -113,7 +139,7 @@ bool RemovableFiles::complete(DuplicateGroup &group) {
             keep(file, "It has " + Fmt::count(file.names) + " names, so removing one of them frees nothing.");
     }
     const std::size_t count = keepThoseWithoutSpace(group.files);
-    sortByRule(group.files);
+    rule_.sort(group.files);
     return count > 1;
 }
 

@@ -3,13 +3,16 @@
 #include "Core/Duplicates/DuplicateGroup.h"
 #include "Core/Removal/RemovalGate.h"
 #include "Core/Storage/CategoryPolicies.h"
+#include "Platform/SharedSpace.h"
 
-#include <mutex>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
 
 namespace brimvale {
 
 /// Finds out which files of a group can be removed, and pins these. Knows what is protected when it is made.
-/// Thread-safe.
 class RemovableFiles {
 public:
     /// Sets the pins and the reasons to keep files of a group, and puts the file that stays first. Files
@@ -20,10 +23,16 @@ public:
 
 private:
     void admit(DuplicateFile &file);
+    [[nodiscard]] RemovalGate::Answer open(const FileURL &file);
+    [[nodiscard]] std::optional<std::string> placeOf(DuplicateFile &file);
+    [[nodiscard]] std::size_t keepThoseWithoutSpace(std::vector<DuplicateFile> &files);
 
-    std::mutex lock_;
     RemovalGate gate_;
     CategoryPolicies policies_;
+    StayingRule rule_;
+    /// An item of each folder that was looked at last: finding a folder takes longer than a file in it.
+    std::unordered_map<std::string, OpenedItem> folders_;
+    std::unordered_map<std::uint64_t, bool> sharingDevices_; ///< whether their file systems may share bytes
 };
 
 } // namespace brimvale

@@ -78,17 +78,34 @@ RemovalGate::Answer RemovalGate::open(const FileURL &item, const std::optional<I
     if (const int *error = std::get_if<int>(&found))
         return *error;
     auto &opened = std::get<OpenedItem>(found);
-    if (!isWithinConfinement(opened.ancestors()))
-        return "“" + displayText(opened.name()) +
-               "” is outside the sample. Nothing else is removed while the sample is shown.";
-    if (std::optional<std::string> refusal = guards().check(opened, guarded_))
-        return *std::move(refusal);
-    for (const std::string &path : otherPathsOf(opened.place().path()))
-        if (std::optional<std::string> refusal = guards().checkOtherPath(path, opened.isFolder()))
-            return *std::move(refusal);
-    if (std::optional<std::string> refusal = mountRefusal(opened))
+    if (std::optional<std::string> refusal = placeRefusal(opened))
         return *std::move(refusal);
     return std::move(opened);
+}
+
+RemovalGate::Answer RemovalGate::openBeside(const OpenedItem &other, const FileURL &item) const {
+    if (std::optional<std::string> refusal = guards().check(usualPath(item)))
+        return *std::move(refusal);
+    Result<OpenedItem, int> found = OpenedItem::beside(other, item.fileName());
+    if (const int *error = std::get_if<int>(&found))
+        return *error;
+    auto &opened = std::get<OpenedItem>(found);
+    if (std::optional<std::string> refusal = placeRefusal(opened))
+        return *std::move(refusal);
+    return std::move(opened);
+}
+
+/// Why an item that was opened stays where it was found, as a sentence.
+std::optional<std::string> RemovalGate::placeRefusal(const OpenedItem &item) const {
+    if (!isWithinConfinement(item.ancestors()))
+        return "“" + displayText(item.name()) +
+               "” is outside the sample. Nothing else is removed while the sample is shown.";
+    if (std::optional<std::string> refusal = guards().check(item, guarded_))
+        return refusal;
+    for (const std::string &path : otherPathsOf(item.place().path()))
+        if (std::optional<std::string> refusal = guards().checkOtherPath(path, item.isFolder()))
+            return refusal;
+    return mountRefusal(item);
 }
 
 bool RemovalGate::admits(const PlaceToPutBack &place) const {

@@ -28,6 +28,9 @@ public:
 
     [[nodiscard]] Answer open(const FileURL &item, const std::optional<ItemPin> &shown) const;
 
+    /// The same for another entry, at this path, of the folder of an item that was opened here before.
+    [[nodiscard]] Answer openBeside(const OpenedItem &other, const FileURL &item) const;
+
     /// Why an item that was opened may not be deleted, as a sentence: it is or has a Btrfs subvolume, which
     /// would stop the deletion half-way. To the Trash it can go. Nothing if it may.
     [[nodiscard]] static std::optional<std::string> refusalToDelete(const OpenedItem &item);
@@ -49,6 +52,7 @@ public:
     [[nodiscard]] static const RemovalGuards &guards();
 
 private:
+    [[nodiscard]] std::optional<std::string> placeRefusal(const OpenedItem &item) const;
     [[nodiscard]] std::vector<std::string> otherPathsOf(const std::string &path) const;
     [[nodiscard]] std::optional<std::string> mountRefusal(const OpenedItem &item) const;
     [[nodiscard]] bool isRunning(const std::shared_ptr<const ProgramSigns> &program);

@@ -2,7 +2,6 @@
 
 #include "Catalogs/Catalog.h"
 #include "Core/Storage/StorageCategories.h"
-#include "Platform/OpenedItem.h"
 
 #include <variant>
 
@@ -57,11 +56,13 @@ const std::optional<CategoryPolicy> *CategoryPolicies::byPath(const FileURL &ite
 const std::optional<CategoryPolicy> *CategoryPolicies::byPlace(const FileURL &item) const {
     const Result<OpenedItem, int> found = OpenedItem::at(item);
     const auto *opened = std::get_if<OpenedItem>(&found);
-    if (opened == nullptr)
-        return nullptr;
-    std::vector<FileIdentity> folders = opened->ancestors();
-    if (opened->isFolder())
-        folders.push_back(opened->identity().file);
+    return opened != nullptr ? byPlace(*opened) : nullptr;
+}
+
+const std::optional<CategoryPolicy> *CategoryPolicies::byPlace(const OpenedItem &item) const {
+    std::vector<FileIdentity> folders = item.ancestors();
+    if (item.isFolder())
+        folders.push_back(item.identity().file);
     for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder)
         if (const auto place = places_.find(*folder); place != places_.end())
             return &policies_[place->second];
@@ -73,6 +74,13 @@ std::optional<CategoryPolicy> CategoryPolicies::ofContents(const FileURL &item) 
     const std::optional<FileStatus> status = fileStatus(item.path());
     const auto found = status ? ancestors_.find(status->identity) : ancestors_.end();
     return found != ancestors_.end() ? policies_[found->second] : std::nullopt;
+}
+
+std::optional<CategoryPolicy> CategoryPolicies::ofFile(const OpenedItem &file) const {
+    const std::optional<CategoryPolicy> *policy = byPlace(file);
+    if (policy == nullptr)
+        policy = byPath(file.place());
+    return policy != nullptr ? *policy : std::nullopt;
 }
 
 std::optional<CategoryPolicy> CategoryPolicies::of(const FileURL &item) const {

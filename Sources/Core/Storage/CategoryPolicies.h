@@ -4,6 +4,7 @@
 #include "Core/Storage/CategoryPolicy.h"
 #include "Platform/FileStatus.h"
 #include "Platform/Host.h"
+#include "Platform/OpenedItem.h"
 
 #include <cstddef>
 #include <optional>
@@ -24,10 +25,14 @@ public:
     /// its policy, too. Links and other spellings of a place do not matter.
     [[nodiscard]] std::optional<CategoryPolicy> of(const FileURL &item) const;
 
+    /// The same for an item that was opened and is no folder.
+    [[nodiscard]] std::optional<CategoryPolicy> ofFile(const OpenedItem &file) const;
+
 private:
     void add(const std::string &folder, const std::optional<CategoryPolicy> &policy);
     [[nodiscard]] const std::optional<CategoryPolicy> *byPath(const FileURL &item) const;
     [[nodiscard]] const std::optional<CategoryPolicy> *byPlace(const FileURL &item) const;
+    [[nodiscard]] const std::optional<CategoryPolicy> *byPlace(const OpenedItem &item) const;
     [[nodiscard]] std::optional<CategoryPolicy> ofContents(const FileURL &item) const;
 
     using Policies = std::vector<std::optional<CategoryPolicy>>;

@@ -58,6 +58,18 @@ Result<OpenedItem, int> OpenedItem::at(const FileURL &item) {
     return OpenedItem(std::move(place), route.takeFolder(), route.takeAncestors(), *identity);
 }
 
+Result<OpenedItem, int> OpenedItem::beside(const OpenedItem &other, std::string_view name) {
+    FileURL place(joinPath(other.place_.parent().path(), name));
+    if (!place.namesEntry())
+        return EINVAL;
+    Folder folder = other.folder_.duplicate();
+    const std::optional<ItemIdentity> identity =
+        identityOfEntry(folder.descriptor(), std::string(name).c_str());
+    if (!identity)
+        return errno;
+    return OpenedItem(std::move(place), std::move(folder), other.ancestors_, *identity);
+}
+
 Result<OpenedItem, int> OpenedItem::again(const ItemPin &pin) {
     Result<OpenedItem, int> found = at(pin.place);
     if (const int *error = std::get_if<int>(&found)) {

@@ -4,6 +4,7 @@
 #include "Core/Model/ScanSession.h"
 #include "Views/Browse/Breadcrumb.h"
 #include "Views/Browse/DetailPanel.h"
+#include "Views/Browse/Duplicates/DuplicatesView.h"
 #include "Views/Browse/Find/FindView.h"
 #include "Views/Browse/Find/TabStrip.h"
 #include "Views/Browse/GrowingView.h"
@@ -35,12 +36,13 @@ using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
-BrowseView::BrowseView(ScanSession &scan, Removals &removals, const Volumes &volumes, QWidget *parent)
+BrowseView::BrowseView(ScanSession &scan, Removals &removals, Duplicates &duplicates, const Volumes &volumes,
+                       QWidget *parent)
     : QWidget(parent), scan_(scan), removals_(removals), bar_(new ScanBar(scan, volumes, this)),
       message_(new ScanMessage(scan, volumes, this)), growing_(new GrowingView(scan, this)),
       body_(new QStackedLayout), breadcrumb_(new Breadcrumb(this)), filter_(new QLineEdit(this)),
       outline_(new OutlineView(outlineModel_, this)), tabs_(new TabStrip(this)), find_(new FindView(this)),
-      lists_(new QStackedLayout),
+      duplicates_(new DuplicatesView(duplicates, removals, this)), lists_(new QStackedLayout),
       filterNote_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       treemap_(new TreemapView(this)), details_(new DetailPanel(this)),
       removal_(new NodeRemoval(scan, removals, *this)), check_(new SelectionCheck(this)) {
@@ -162,7 +164,12 @@ void BrowseView::addShortcuts() {
     addShortcut(Shortcuts::back(), [this] { focusOnVisited(history_.back()); });
     addShortcut(Shortcuts::forward(), [this] { focusOnVisited(history_.forward()); });
     addShortcut(Shortcuts::rescanFolder(), [this] { rescanFolder(); });
-    addShortcut(Shortcuts::removal(), [this] { confirmRemoval(); });
+    addShortcut(Shortcuts::removal(), [this] {
+        if (duplicates_->isAncestorOf(window()->focusWidget()))
+            duplicates_->askForRemoval();
+        else
+            confirmRemoval();
+    });
     auto *clear = new QShortcut(QKeySequence(Qt::Key_Escape), filter_);
     clear->setContext(Qt::WidgetShortcut);
     connect(clear, &QShortcut::activated, filter_, [this] {

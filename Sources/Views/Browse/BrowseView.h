@@ -23,6 +23,8 @@ namespace brimvale {
 
 class Breadcrumb;
 class DetailPanel;
+class Duplicates;
+class DuplicatesView;
 class FindView;
 class GrowingView;
 class NodeRemoval;
@@ -40,13 +42,15 @@ class Volumes;
 struct CategoryPolicy;
 
 /// The page that shows the scanned tree as an outline and as a treemap of the focused folder, with equal
-/// selections. In place of the outline, its files can be listed by size, type or age.
+/// selections. In place of the outline, its files can be listed by size, type or age, or those with equal
+/// contents.
 class BrowseView : public QWidget {
     Q_OBJECT
 
 public:
     /// All must outlive the page.
-    BrowseView(ScanSession &scan, Removals &removals, const Volumes &volumes, QWidget *parent = nullptr);
+    BrowseView(ScanSession &scan, Removals &removals, Duplicates &duplicates, const Volumes &volumes,
+               QWidget *parent = nullptr);
 
     /// Shows a folder (absolute): in the scanned tree if it is there, otherwise by scanning it.
     void open(const FileURL &folder);
@@ -147,6 +151,7 @@ private:
     OutlineView *outline_;
     TabStrip *tabs_; ///< the outline, or one of the lists of files
     FindView *find_;
+    DuplicatesView *duplicates_;
     QStackedLayout *lists_;
     TextLabel *filterNote_; ///< what the filter has found, or what is wrong with it
     TreemapView *treemap_;

@@ -1,5 +1,6 @@
 #include "Core/Model/ScanSession.h"
 #include "Views/Browse/BrowseView.h"
+#include "Views/Browse/Duplicates/DuplicatesView.h"
 #include "Views/Browse/Find/FindView.h"
 #include "Views/Browse/Find/TabStrip.h"
 #include "Views/Browse/Outline/OutlineView.h"
@@ -12,6 +13,7 @@
 #include <QStackedLayout>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <optional>
 #include <unordered_set>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +21,8 @@ using namespace Qt::StringLiterals;
 namespace brimvale {
 
 namespace {
+
+constexpr int duplicatesTab = 4; ///< after the outline and the lists of `FindView`
 
 /// Selects the rows of the outline's folder that are not selected and hold nothing selected. With a filter,
 /// those that it accepts.
@@ -53,7 +57,8 @@ void invertRows(OutlineView &outline, const OutlineModel &model) {
 QWidget *BrowseView::makeLists() {
     tabs_->setObjectName(QStringLiteral("browseTabs"));
     tabs_->setAccessibleName(u"Lists"_s);
-    for (const QString &title : {u"Folders"_s, u"Largest Files"_s, u"By Type"_s, u"By Age"_s})
+    for (const QString &title :
+         {u"Folders"_s, u"Largest Files"_s, u"By Type"_s, u"By Age"_s, u"Duplicates"_s})
         tabs_->addTab(title);
     filterNote_->setObjectName(QStringLiteral("filterNote"));
     filterNote_->setWordWrap(true);
@@ -72,6 +77,7 @@ QWidget *BrowseView::makeLists() {
     layout->addLayout(lists_, 1);
     lists_->addWidget(outline_);
     lists_->addWidget(find_);
+    lists_->addWidget(duplicates_);
     filter_->setToolTip(u"Part of a name, or >100M, <1G, older:1y, newer:2w, type:video"_s);
 
     connect(tabs_, &QTabBar::currentChanged, this, &BrowseView::chooseList);
@@ -79,6 +85,10 @@ QWidget *BrowseView::makeLists() {
     connect(find_, &FindView::selectionChangedTo, this, &BrowseView::select);
     connect(find_, &FindView::shownInFolder, this, &BrowseView::showInFolder);
     connect(find_, &FindView::menuRequested, this, &BrowseView::showMenu);
+    connect(duplicates_, &DuplicatesView::shownInFolder, this, [this](const FileURL &file) {
+        tabs_->setCurrentIndex(0);
+        showItem(file);
+    });
     return lists;
 }
 
@@ -135,18 +145,24 @@ bool BrowseView::leadsMapToMatch(const FSNode &node) const {
 }
 
 void BrowseView::chooseList(int tab) {
-    lists_->setCurrentWidget(tab == 0 ? static_cast<QWidget *>(outline_) : find_);
+    QWidget *const list = tab == 0               ? static_cast<QWidget *>(outline_)
+                          : tab == duplicatesTab ? static_cast<QWidget *>(duplicates_)
+                                                 : find_;
+    lists_->setCurrentWidget(list);
     outline_->select(nullptr);
     treemap_->setSelection(nullptr);
-    if (tab == 0)
+    if (list != find_)
         find_->letGo();
-    else
-        listFiles();
+    listFiles();
     select({});
 }
 
 void BrowseView::listFiles() {
-    if (focus_ != nullptr && tabs_->currentIndex() > 0)
+    if (focus_ == nullptr)
+        return;
+    if (currentList() == duplicates_)
+        duplicates_->setFolder(focus_->isImported() ? std::nullopt : std::optional(FileURL(focus_->path())));
+    if (currentList() == find_)
         find_->showFiles(static_cast<FindModel::List>(tabs_->currentIndex() - 1), *focus_,
                          outlineModel_.fileFilter(), scan_->ageMoment);
 }
@@ -163,7 +179,7 @@ void BrowseView::showInFolder(FSNode *file) {
 void BrowseView::invertSelection() {
     if (currentList() == find_)
         find_->invertSelection();
-    else
+    else if (currentList() == outline_)
         invertRows(*outline_, outlineModel_);
 }
 

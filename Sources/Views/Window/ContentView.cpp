@@ -133,7 +133,7 @@ void ContentView::addPages() {
         return page;
     });
     addPage({Section::Kind::browse}, {u"Browse"_s, QStringLiteral("folder-tree")}, [this] {
-        browse_ = new BrowseView(model_.scan, model_.removals, model_.volumes, this);
+        browse_ = new BrowseView(model_.scan, model_.removals, model_.duplicates, model_.volumes, this);
         connect(browse_, &BrowseView::categoryAsked, this, [this](const std::string &id) {
             goTo({Section::Kind::category, id});
         });

@@ -36,7 +36,8 @@ namespace {
 using testing::eventually;
 
 struct ShownBrowse : BrowseView {
-    explicit ShownBrowse(CorvelModel &model) : BrowseView(model.scan, model.removals, model.volumes) {}
+    explicit ShownBrowse(CorvelModel &model)
+        : BrowseView(model.scan, model.removals, model.duplicates, model.volumes) {}
 };
 
 /// The page with a scanned folder: big/inner/file, big/other, small/file.

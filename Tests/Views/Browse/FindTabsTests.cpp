@@ -23,7 +23,8 @@ namespace {
 using testing::eventually;
 
 struct TabbedBrowse : BrowseView {
-    explicit TabbedBrowse(CorvelModel &model) : BrowseView(model.scan, model.removals, model.volumes) {}
+    explicit TabbedBrowse(CorvelModel &model)
+        : BrowseView(model.scan, model.removals, model.duplicates, model.volumes) {}
 };
 
 /// The page with a scanned folder of a large film, a small one, and documents.

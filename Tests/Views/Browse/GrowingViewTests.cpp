@@ -57,7 +57,7 @@ protected:
                             root.children().front()->unreadable = true;
                             stats.addUnreadable(root.children().front()->path(), EACCES);
                         })};
-    BrowseView page{session, model.removals, model.volumes};
+    BrowseView page{session, model.removals, model.duplicates, model.volumes};
 };
 
 } // namespace

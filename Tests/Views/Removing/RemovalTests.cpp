@@ -43,7 +43,8 @@ bool isSound(const TreemapView &treemap, const FSNode &root) {
 }
 
 struct ShownBrowse : BrowseView {
-    explicit ShownBrowse(CorvelModel &model) : BrowseView(model.scan, model.removals, model.volumes) {}
+    explicit ShownBrowse(CorvelModel &model)
+        : BrowseView(model.scan, model.removals, model.duplicates, model.volumes) {}
 };
 
 /// The page with a scanned folder whose removals the test only records.

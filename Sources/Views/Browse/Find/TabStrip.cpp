@@ -10,6 +10,7 @@ namespace {
 
 constexpr int tabHeight = 30;
 constexpr int sideMargin = 9;
+constexpr int leastSideMargin = 4; ///< where there is no room for more
 constexpr int lineWidth = 2;
 
 } // namespace
@@ -30,7 +31,7 @@ QSize TabStrip::tabSizeHint(int index) const {
 }
 
 QSize TabStrip::minimumTabSizeHint(int index) const {
-    return tabSizeHint(index);
+    return tabSizeHint(index) - QSize(2 * (sideMargin - leastSideMargin), 0);
 }
 
 void TabStrip::paintEvent(QPaintEvent * /*event*/) {
@@ -47,9 +48,10 @@ void TabStrip::paintEvent(QPaintEvent * /*event*/) {
         painter.drawText(tab, Qt::AlignCenter | Qt::TextSingleLine, tabText(i));
         if (!isChosen)
             continue;
-        painter.fillRect(QRect(tab.left() + sideMargin, tab.bottom() + 1 - lineWidth,
-                               tab.width() - 2 * sideMargin, lineWidth),
-                         theme.accent);
+        const int margin = sideMargin - (tabSizeHint(i).width() - tab.width()) / 2;
+        painter.fillRect(
+            QRect(tab.left() + margin, tab.bottom() + 1 - lineWidth, tab.width() - 2 * margin, lineWidth),
+            theme.accent);
         if (hasFocus()) {
             painter.setPen(QPen(theme.accent, 1.5));
             painter.setBrush(Qt::NoBrush);
