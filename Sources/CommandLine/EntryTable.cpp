@@ -46,7 +46,7 @@ void writeEntryTable(Output &output, const std::vector<CleanupEntry> &entries) {
         columns.push_back({"NOTE"});
     TextTable table(columns);
     for (const CleanupEntry &entry : entries) {
-        std::vector<std::string> cells = {Fmt::byteFormatter(entry.size), Fmt::relativeDate(entry.modified),
+        std::vector<std::string> cells = {Fmt::byteFormatter(entry.size), Fmt::recentDate(entry.modified),
                                           terminalText(entry.url.path())};
         if (hasNotes)
             cells.push_back(noteOn(entry));

@@ -56,7 +56,7 @@ void writeTrashTable(Output &output, const TrashItems &items) {
     TextTable table({TextTable::sizeColumn("SIZE"), TextTable::ageColumn("DELETED"), {"OLD PLACE"}});
     for (const TrashRun::Item &item : items)
         table.add(
-            {Fmt::byteFormatter(item.entry.size), Fmt::relativeDate(item.record.deleted), placeText(item)});
+            {Fmt::byteFormatter(item.entry.size), Fmt::recentDate(item.record.deleted), placeText(item)});
     table.write(output);
 }
 
@@ -113,8 +113,8 @@ void refuseSeveral(std::string_view typed, const TrashItems &found) {
                        Fmt::count(static_cast<std::int64_t>(found.size())) +
                        " times. Say which one to restore; the newest is first:";
     for (const TrashRun::Item &item : found)
-        text += "\n  " + terminalText(item.entry.url.path()) + " (" + Fmt::relativeDate(item.record.deleted) +
-                ")";
+        text +=
+            "\n  " + terminalText(item.entry.url.path()) + " (" + Fmt::recentDate(item.record.deleted) + ")";
     printError(text);
 }
 

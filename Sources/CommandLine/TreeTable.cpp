@@ -19,9 +19,12 @@ namespace {
 std::string_view markOf(const FSNode &node) {
     if (node.isCloudProvider)
         return "[skipped: owned by a cloud provider]";
+    if (node.isNotDescended && node.skipReason == SkipReason::leftOut)
+        return "[left out of the list]";
     if (node.isNotDescended)
-        return node.skipReason == SkipReason::leftOut ? "[left out of the list]"
-                                                      : "[skipped: system-managed]";
+        return "[skipped: system-managed]";
+    if (node.isOtherVolume())
+        return "[another volume: not scanned]";
     return node.unreadable ? "[not readable]" : "";
 }
 

@@ -75,6 +75,7 @@ CorvelModel::CorvelModel(RemovalActions &actions, const ModelSources &sources)
     QObject::connect(&removals, &Removals::movedToTrash, &cleanup, &Cleanup::measureAgain);
     QObject::connect(&removals, &Removals::movedToTrash, &storage, &Storage::listTrashAgain);
     QObject::connect(&removals, &Removals::movedToTrash, &storage, &Storage::measureAgain);
+    QObject::connect(&removals, &Removals::movedToTrash, &scan, &ScanSession::readGrownAgain);
     QObject::connect(&trash, &Trash::gone, &cleanup, &Cleanup::drop);
     QObject::connect(&trash, &Trash::gone, &storage, &Storage::drop);
     QObject::connect(&trash, &Trash::gone, &scan, &ScanSession::drop);

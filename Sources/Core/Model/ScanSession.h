@@ -96,6 +96,10 @@ public:
     /// only the item is, where it has a node.
     void readPlacesAgain(const GonePaths &replaced);
 
+    /// The same for folders into which something was moved. One that has no node is new, so its parent is
+    /// scanned again, unless that is the root.
+    void readGrownAgain(const GonePaths &folders);
+
     /// Scans one folder of the tree again, in the background and after any other rescan, and replaces its
     /// contents. Does nothing without a tree.
     void rescan(const FileURL &folder);

@@ -95,6 +95,23 @@ void ScanSession::readPlacesAgain(const GonePaths &replaced) {
     measureAgain(GonePaths(std::move(places)));
 }
 
+void ScanSession::readGrownAgain(const GonePaths &folders) {
+    if (!showsThisDisk())
+        return;
+    const auto isInTree = [this](const FileURL &folder) {
+        return !foldersAt(*state().tree, GonePaths({folder})).empty();
+    };
+    const FileURL root(state().tree->path());
+    std::vector<FileURL> places;
+    for (const FileURL &folder : folders.outermost()) {
+        if (isInTree(folder))
+            places.push_back(folder);
+        else if (folder.parent() != root && isInTree(folder.parent()))
+            places.push_back(folder.parent());
+    }
+    measureAgain(GonePaths(std::move(places)));
+}
+
 /// One rescan follows the other, so no older contents replace newer ones.
 void ScanSession::scanAgain(const GonePaths &items) {
     toScanAgain_.add(items);

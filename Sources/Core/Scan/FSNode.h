@@ -44,12 +44,12 @@ public:
     const bool isDirectory : 1; ///< also true for a skipped folder; false for an aggregate
     bool isAggregate : 1 = false;
     bool isNotDescended : 1 = false;  ///< skipped; its sizes stay 0
-    bool hasLinkedFiles : 1 = false;  ///< a folder with files that have several names
+    bool hasLinkedFiles : 1 = false;  ///< a file that has several names, or a folder with such files
     bool holdsUnreadable : 1 = false; ///< a folder in which something could not be read, at any depth
     bool isCloudProvider : 1 = false; ///< skipped because a cloud provider has its contents
     bool unreadable = false;          ///< could not be read, at least in part; other walks may set it
     std::uint8_t marks = 0;           ///< state bits of the outline that shows it
-    SkipReason skipReason = SkipReason::managed; ///< of a skipped folder
+    SkipReason skipReason = SkipReason::managed; ///< of a skipped folder, and of a mount point
     std::uint32_t modified = 0;   ///< when the file was changed, in seconds since 1970; 0 if unknown. Of a
                                   ///< folder or an aggregate: the newest of its files
     std::uint32_t row = 0;        ///< its position among its siblings in the outline, or a later one
@@ -79,6 +79,9 @@ public:
         isCloudProvider = belongsToCloudProvider;
         skipReason = reason;
     }
+
+    /// Whether another volume is mounted here, which the scan did not enter. It is not marked as skipped.
+    [[nodiscard]] bool isOtherVolume() const { return skipReason == SkipReason::otherVolume; }
 
     /// Whether the tree was read from a file: nothing in it is on this disk, so nothing is removed or shown
     /// there, even where a path is the same.

@@ -24,6 +24,7 @@ constexpr std::string_view skippedBecause(SkipReason reason) {
         return "A read-only snapshot shares most of its files with the folder that it was made of.";
     case SkipReason::leftOut:
         return "The imported list leaves it out.";
+    case SkipReason::otherVolume:
     case SkipReason::managed:
         break;
     }
@@ -38,11 +39,21 @@ std::optional<std::string> explanation(const FSNode &node) {
                "down the whole remote tree. Files that are not downloaded take no space here anyway.";
     if (node.isNotDescended)
         return "Skipped. " + std::string(skippedBecause(node.skipReason));
+    if (node.isOtherVolume())
+        return "Not scanned. Another volume is mounted here. Scan this folder by itself to measure it.";
     if (node.unreadable && node.isImported())
         return "Not readable when the list was made.";
     if (node.unreadable)
         return "Not readable. " + Words::current().measuringHelp;
     return std::nullopt;
+}
+
+std::optional<std::string> remarkOnNames(const FSNode &node) {
+    if (!node.hasLinkedFiles)
+        return std::nullopt;
+    if (!node.isDirectory)
+        return "This file has other names, too. It counts once, where the scan met it first.";
+    return "Some of its files have other names, too. Each counts once, where the scan met it first.";
 }
 
 } // namespace brimvale

@@ -12,7 +12,8 @@ enum class SkipReason : std::uint8_t {
     image,        ///< it shows the contents of a file
     container,    ///< it shows layers of a container, which are counted where they are
     snapshot,     ///< it shows the files of another folder as they were
-    leftOut       ///< the program that made an imported list left it out
+    leftOut,      ///< the program that made an imported list left it out
+    otherVolume   ///< another volume is mounted there
 };
 
 } // namespace brimvale

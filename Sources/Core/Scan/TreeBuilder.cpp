@@ -74,7 +74,8 @@ bool TreeBuilder::leavesUnseen(FolderHandle folder, const std::string &folderPat
 }
 
 void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileStatus &status) {
-    if (status.linkCount > 1 && status.kind == FileKind::regularFile) {
+    const bool hasOtherNames = status.linkCount > 1 && status.kind == FileKind::regularFile;
+    if (hasOtherNames) {
         nodeOf(folder).hasLinkedFiles = true;
         if (!state_.inodes.insert(status.identity.device, status.identity.inode))
             return;
@@ -93,6 +94,7 @@ void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileSta
     if (size >= state_.options.minimumNodeSize) {
         auto child = std::make_unique<FSNode>(std::string(name), node, false);
         child->setIdentity(status.identity);
+        child->hasLinkedFiles = hasOtherNames;
         addFile(*child, status, modified);
         children_.push_back(std::move(child));
     } else {
@@ -111,6 +113,8 @@ std::optional<FolderHandle> TreeBuilder::subfolder(FolderHandle folder, const st
         child->markSkipped(true);
     else if (kind == SubfolderKind::snapshot)
         child->markSkipped(false, SkipReason::snapshot);
+    else if (kind == SubfolderKind::otherVolume)
+        child->skipReason = SkipReason::otherVolume;
     else if (state_.skipped.contains(folderPath, name))
         child->markSkipped(state_.options.cloudProviderPaths.contains(child->path()));
     else {

@@ -3,6 +3,9 @@
 #include "Catalogs/Words.h"
 #include "Platform/Formatters.h"
 
+#include <chrono>
+#include <cmath>
+
 namespace brimvale {
 
 std::string Fmt::byteFormatter(std::int64_t bytes) {
@@ -19,6 +22,14 @@ std::string Fmt::counted(std::int64_t number, std::string_view noun) {
 
 std::string Fmt::relativeDate(std::optional<Date> date, Date reference) {
     return date ? Formatters::relativeDate(*date, reference) : "unknown";
+}
+
+std::string Fmt::recentDate(std::optional<Date> date, Date reference) {
+    using Seconds = std::chrono::duration<double>; // in which no distance is too large
+    if (date &&
+        std::abs((Seconds(date->time_since_epoch()) - Seconds(reference.time_since_epoch())).count()) < 1)
+        return "just now";
+    return relativeDate(date, reference);
 }
 
 Color Palette::color(std::string_view key) {

@@ -27,6 +27,9 @@ namespace Fmt {
 /// The distance of a date from `reference`: "2 hours ago", "in 1 day"; "unknown" for no date.
 [[nodiscard]] std::string relativeDate(std::optional<Date> date, Date reference = now());
 
+/// The same for lists of what was done or changed lately: less than a second away is "just now".
+[[nodiscard]] std::string recentDate(std::optional<Date> date, Date reference = now());
+
 } // namespace Fmt
 
 /// The colours for things identified by name.

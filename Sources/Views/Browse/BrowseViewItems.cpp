@@ -113,7 +113,7 @@ FSNode *BrowseView::nodeOnDisk(const FileURL &item) const {
 /// Scans the selected folder again, or the focused one.
 void BrowseView::rescanFolder() {
     const FSNode *folder = shown_.size() == 1 && shown_.front()->isDirectory ? shown_.front() : focus_;
-    if (folder != nullptr && !folder->isNotDescended)
+    if (folder != nullptr && !folder->isNotDescended && !folder->isOtherVolume())
         scan_.rescan(FileURL(folder->path()));
 }
 
@@ -140,7 +140,7 @@ void BrowseView::addActionsFor(FSNode &node, QMenu &menu) {
     if (!node.isDirectory && !node.isAggregate)
         menu.addAction(u"Open"_s, this, [this, item] { ItemActions::open(item, this); });
     ItemActions::addOtherPrograms(menu, item, this);
-    if (node.isDirectory && !node.isNotDescended)
+    if (node.isDirectory && !node.isNotDescended && !node.isOtherVolume())
         menu.addAction(u"Rescan This Folder"_s, this, &BrowseView::rescanFolder)
             ->setObjectName(QStringLiteral("rescanFolder"));
     menu.addSeparator();

@@ -25,7 +25,7 @@ namespace {
 RowWords wordsOf(const TrashRecord &record, const FileURL &item) {
     RowWords words;
     if (record.deleted)
-        words.date = text(Fmt::relativeDate(record.deleted));
+        words.date = text(Fmt::recentDate(record.deleted));
     words.dateWord = u"deleted"_s;
     if (!record.oldPlace) {
         words.line = text(TrashTexts::whyNotPutBack(record.state));

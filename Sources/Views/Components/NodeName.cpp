@@ -22,6 +22,8 @@ QString nodeSizeText(const FSNode &node) {
 QString nodeIconName(const FSNode &node) {
     if (node.isNotDescended)
         return node.isCloudProvider ? QStringLiteral("cloud-off") : QStringLiteral("ban");
+    if (node.isOtherVolume())
+        return QStringLiteral("hard-drive");
     if (node.unreadable)
         return QStringLiteral("lock");
     if (node.isAggregate)

@@ -79,6 +79,17 @@ TEST(Fmt, RelativeDateUsesLargestCalendarUnit) {
     EXPECT_EQ(Fmt::relativeDate(now() - 90min), "1 hour ago");
 }
 
+TEST(Fmt, RecentDateIsJustNowWithinASecond) {
+    using namespace std::chrono_literals;
+    const Date noon = moment(2026, 3, 31, 12h);
+    for (const Date date : {noon, noon - 999ms, noon + 999ms})
+        EXPECT_EQ(Fmt::recentDate(date, noon), "just now");
+    EXPECT_EQ(Fmt::recentDate(noon - 1s, noon), "1 second ago");
+    EXPECT_EQ(Fmt::recentDate(noon + 3h, noon), "in 3 hours");
+    EXPECT_EQ(Fmt::recentDate(Date::min(), Date::max()), "584 years ago") << "their distance overflows";
+    EXPECT_EQ(Fmt::recentDate(std::nullopt), "unknown");
+}
+
 TEST(Fmt, RelativeDateCountsLocalDays) {
     using namespace std::chrono_literals;
     // The night of 29 March 2026 is an hour short in Berlin, so one calendar day is 23 hours.

@@ -8,6 +8,7 @@
 #include "Support/ChildProcess.h"
 #include "Support/OwnMounts.h"
 #include "Support/ReferenceScan.h"
+#include "Support/SampleTree.h"
 #include "Support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -63,6 +64,12 @@ TEST(Mounts, ScanEntersOnlyMountsDirectlyInRoot) {
             EXPECT_EQ(describe(*tree), describe(*referenceScan(folder.path(), options).root));
             // The file under the mount is hidden, the one in the loop is met once.
             EXPECT_EQ(tree->fileCount, crosses ? 4 : 3);
+            const FSNode *mount = testing::descendant(*tree, {"disk", "mount"});
+            EXPECT_EQ(mount->isOtherVolume(), !crosses);
+            EXPECT_EQ(explanation(*mount).value_or(""),
+                      crosses ? ""
+                              : "Not scanned. Another volume is mounted here. Scan this folder by itself to "
+                                "measure it.");
         }
         const auto size = [&](const char *inFolder) {
             return DiskScanner::quickSize(folder.path(inFolder), {});

@@ -81,6 +81,25 @@ TEST_F(Undoing, PutsBackOneRemovalAfterTheOther) {
     EXPECT_EQ(model.removals->movedToTrashThisSession, 0);
 }
 
+TEST_F(Undoing, TrashGrowsInBrowse) {
+    home.makeFile("a", 2'000'000);
+    home.makeFile("b", 2'000'000);
+    home.makeFile(".local/share/other", 2'000'000);
+    model.scan.startScan(home.path());
+    ASSERT_TRUE(eventually([&] { return model.scan->tree != nullptr; }));
+    const std::int64_t size = model.scan->tree->size;
+    for (const char *name : {"a", "b"}) { // the Trash is new for the first one
+        moveToTrash({name});
+        EXPECT_TRUE(eventually([&] {
+            const FSNode *trash =
+                testing::descendant(*model.scan->tree, {".local", "share", "Trash", "files", name});
+            return trash != nullptr && trash->size >= 2'000'000;
+        })) << name;
+        EXPECT_EQ(testing::descendant(*model.scan->tree, {name}), nullptr);
+        EXPECT_GE(model.scan->tree->size, size);
+    }
+}
+
 TEST_F(Undoing, ReplacesNothing) {
     home.makeFile("a", 5000);
     home.makeFile("b", 5000);
