@@ -15,6 +15,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -34,24 +35,6 @@ constexpr std::array compareOptions = {
            "Show the N largest changes (20; with --json all), those that grew first."},
 };
 
-std::string_view wordFor(TreeChange::Kind kind) {
-    switch (kind) {
-    case TreeChange::Kind::appeared:
-        return "new";
-    case TreeChange::Kind::gone:
-        return "gone";
-    case TreeChange::Kind::moved:
-        return "moved";
-    case TreeChange::Kind::changed:
-        break;
-    }
-    return "changed";
-}
-
-std::string signedSize(std::int64_t bytes) {
-    return bytes < 0 ? "−" + Fmt::byteFormatter(-bytes) : "+" + Fmt::byteFormatter(bytes);
-}
-
 /// The tree of a folder, with every file; nothing where it cannot be scanned.
 std::unique_ptr<FSNode> scanned(std::string_view typed, ScanStats &stats) {
     const auto place = placeToScan(typed);
@@ -66,14 +49,33 @@ std::unique_ptr<FSNode> scanned(std::string_view typed, ScanStats &stats) {
     return DiskScanner::scan(std::get<FileURL>(place).path(), options, stats);
 }
 
-/// The later tree: in a file, or of a folder on this disk.
-std::unique_ptr<FSNode> laterTree(std::string_view typed, ScanStats &stats) {
+bool isFolder(std::string_view typed) {
     const auto place = resolveGivenPath(typed);
     const auto *url = std::get_if<FileURL>(&place);
-    if (url != nullptr && folderIdentity(url->path()))
-        return scanned(typed, stats);
-    std::optional<ImportedTree> tree = treeInFile(typed);
-    return tree ? std::move(tree->root) : nullptr;
+    return url != nullptr && folderIdentity(url->path());
+}
+
+struct Trees {
+    std::unique_ptr<FSNode> before;
+    std::unique_ptr<FSNode> after; ///< in a file, or of a folder on this disk
+};
+
+/// Both trees; one is missing where it cannot be read, which is told. Two files are read at once.
+Trees readTrees(std::string_view earlier, std::string_view later, ScanStats &stats) {
+    const auto read = [](std::string_view typed) {
+        std::optional<ImportedTree> tree = treeInFile(typed);
+        return tree ? std::move(tree->root) : nullptr;
+    };
+    if (!isFolder(later)) {
+        auto before = std::async(std::launch::async, read, earlier);
+        Trees trees{nullptr, read(later)};
+        trees.before = before.get();
+        return trees;
+    }
+    Trees trees{read(earlier), nullptr};
+    if (trees.before != nullptr)
+        trees.after = scanned(later, stats);
+    return trees;
 }
 
 std::string placeOf(const TreeChange &change) {
@@ -136,28 +138,26 @@ std::vector<const TreeChange *> largest(const std::vector<TreeChange> &changes, 
 }
 
 ExitStatus runCompare(const Arguments &arguments, Output &output) {
-    const std::optional<ImportedTree> before = treeInFile(arguments.operands()[0]);
-    if (!before)
-        return ExitStatus::failed;
     ScanStats stats;
-    const std::unique_ptr<FSNode> after = laterTree(arguments.operands()[1], stats);
-    if (after == nullptr)
+    const auto [before, after] = readTrees(arguments.operands()[0], arguments.operands()[1], stats);
+    if (before == nullptr || after == nullptr)
         return ExitStatus::failed;
     if (stats.cancelled())
         return endInterrupted(output);
 
-    const std::vector<TreeChange> changes = compareTrees(*before->root, *after);
+    const TreeComparison comparison(*before, *after);
+    const std::vector<TreeChange> &changes = comparison.changes();
     const bool isJson = arguments.has("--json");
     const auto all = static_cast<std::int64_t>(changes.size());
     const auto rows = largest(changes, arguments.number("--top").value_or(isJson ? all : usualRows));
     if (isJson) {
-        writeChanges(output, rows, *before->root, *after);
+        writeChanges(output, rows, *before, *after);
         return ExitStatus::done;
     }
     writeTable(output, rows);
-    std::string line = "\n" + Fmt::byteFormatter(before->root->size);
+    std::string line = "\n" + Fmt::byteFormatter(before->size);
     line.append(" before, ").append(Fmt::byteFormatter(after->size)).append(" now (");
-    line.append(signedSize(after->size - before->root->size)).append("); ");
+    line.append(signedSize(after->size - before->size)).append("); ");
     output.write(line.append(Fmt::counted(all, "change")).append("\n"));
     return ExitStatus::done;
 }

@@ -1,22 +1,21 @@
 #include "Core/Export/Comparison.h"
 
 #include "Core/Export/TreeVisit.h"
+#include "Core/Scan/ScanOptions.h"
+#include "Core/Text/Formatting.h"
 
 #include <algorithm>
 #include <memory>
-#include <optional>
-#include <string_view>
-#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
 namespace brimvale {
 
-namespace {
-
-class TreeComparison {
+/// One comparison of two trees.
+class TreeComparison::Pass {
 public:
-    TreeComparison(const FSNode &before, const FSNode &after) {
+    Pass(TreeComparison &result, const FSNode &before, const FSNode &after)
+        : changes_(result.changes_), nodes_(result.nodes_) {
         // A volume may have another device number after a restart.
         if (before.identity() && after.identity())
             devices_ = {before.identity()->device, after.identity()->device};
@@ -33,56 +32,78 @@ public:
             tellGone(*node);
     }
 
-    std::vector<TreeChange> sorted() && {
-        std::sort(changes_.begin(), changes_.end(), [](const TreeChange &a, const TreeChange &b) {
-            return a.growth() != b.growth() ? a.growth() > b.growth() : a.path < b.path;
-        });
-        return std::move(changes_);
-    }
-
 private:
+    /// The children of a folder in both trees.
+    struct Children {
+        std::unordered_map<std::string_view, const FSNode *> earlier =
+            {};                               ///< not found in the later tree yet
+        const FSNode *earlierSmall = nullptr; ///< the aggregates
+        const FSNode *laterSmall = nullptr;
+        std::vector<const FSNode *> appeared = {};
+    };
+
     void compareFolders(const FSNode &before, const FSNode &after) {
-        std::unordered_map<std::string_view, const FSNode *> earlier;
-        const FSNode *earlierSmall = nullptr;
+        if (before.size != after.size)
+            nodes_.emplace(&after, Earlier{NodeChange::Kind::unchanged, before.size});
+        Children children;
         for (const std::unique_ptr<FSNode> &child : before.children())
             if (child->isAggregate)
-                earlierSmall = child.get();
+                children.earlierSmall = child.get();
             else
-                earlier.emplace(child->name, child.get());
-        const FSNode *laterSmall = nullptr;
+                children.earlier.emplace(child->name, child.get());
         for (const std::unique_ptr<FSNode> &child : after.children()) {
             if (child->isAggregate) {
-                laterSmall = child.get();
+                children.laterSmall = child.get();
                 continue;
             }
-            const auto found = earlier.find(child->name);
-            if (found == earlier.end() || found->second->isDirectory != child->isDirectory) {
-                new_.push_back(child.get());
+            const auto found = children.earlier.find(child->name);
+            if (found == children.earlier.end() || found->second->isDirectory != child->isDirectory) {
+                children.appeared.push_back(child.get());
                 continue;
             }
             comparePair(*found->second, *child);
-            earlier.erase(found);
+            children.earlier.erase(found);
         }
-        for (const std::unique_ptr<FSNode> &child : before.children())
-            if (const auto found = earlier.find(child->name);
-                !child->isAggregate && found != earlier.end() && found->second == child.get())
-                gone_.push_back(child.get());
-        compareSmall(earlierSmall, laterSmall, after);
+        compareRest(children, before, after);
     }
 
     void comparePair(const FSNode &before, const FSNode &after) {
-        if (after.isDirectory)
+        if (after.isDirectory) {
             folders_.emplace_back(&before, &after);
-        else if (before.size != after.size)
+        } else if (before.size != after.size) {
             changes_.push_back({.path = after.path(), .before = before.size, .after = after.size});
+            nodes_.emplace(&after, Earlier{NodeChange::Kind::unchanged, before.size});
+        }
     }
 
-    void compareSmall(const FSNode *before, const FSNode *after, const FSNode &folder) {
-        const std::int64_t earlier = before != nullptr ? before->size : 0;
-        const std::int64_t later = after != nullptr ? after->size : 0;
-        if (earlier != later)
-            changes_.push_back(
-                {.path = folder.path(), .isAggregate = true, .before = earlier, .after = later});
+    /// What has no partner of the same name, and the aggregates.
+    void compareRest(const Children &children, const FSNode &before, const FSNode &after) {
+        static const std::int64_t leastListed = ScanOptions().minimumNodeSize;
+        const auto isSmall = [](const FSNode &node) { return !node.isDirectory && node.size < leastListed; };
+        std::int64_t earlierSmall = children.earlierSmall != nullptr ? children.earlierSmall->size : 0;
+        std::int64_t laterSmall = children.laterSmall != nullptr ? children.laterSmall->size : 0;
+        const bool isGroupedLater = children.laterSmall != nullptr && children.earlierSmall == nullptr;
+        const bool wasGrouped = children.earlierSmall != nullptr && children.laterSmall == nullptr;
+        for (const FSNode *node : children.appeared)
+            if (wasGrouped && isSmall(*node))
+                laterSmall += node->size;
+            else
+                new_.push_back(node);
+        for (const std::unique_ptr<FSNode> &child : before.children()) {
+            const auto found = children.earlier.find(child->name);
+            if (child->isAggregate || found == children.earlier.end() || found->second != child.get())
+                continue;
+            if (isGroupedLater && isSmall(*child))
+                earlierSmall += child->size;
+            else
+                gone_.push_back(child.get());
+        }
+        if (earlierSmall == laterSmall)
+            return;
+        changes_.push_back(
+            {.path = after.path(), .isAggregate = true, .before = earlierSmall, .after = laterSmall});
+        if (children.laterSmall != nullptr)
+            nodes_.emplace(children.laterSmall, Earlier{NodeChange::Kind::unchanged, earlierSmall});
     }
 
     void indexGone() {
@@ -132,6 +153,7 @@ private:
                 return false;
             taken_.insert(earlier);
             movedInside += node.size;
+            nodes_.emplace(&node, Earlier{NodeChange::Kind::moved, earlier->size, earlier->path()});
             changes_.push_back({.kind = TreeChange::Kind::moved,
                                 .path = node.path(),
                                 .earlier = earlier->path(),
@@ -140,11 +162,13 @@ private:
                                 .after = node.size});
             return true;
         };
-        if (!findMoved(top, isMoved))
-            changes_.push_back({.kind = TreeChange::Kind::appeared,
-                                .path = top.path(),
-                                .isFolder = top.isDirectory,
-                                .after = top.size - movedInside});
+        if (findMoved(top, isMoved))
+            return;
+        nodes_.emplace(&top, Earlier{NodeChange::Kind::appeared, 0});
+        changes_.push_back({.kind = TreeChange::Kind::appeared,
+                            .path = top.path(),
+                            .isFolder = top.isDirectory,
+                            .after = top.size - movedInside});
     }
 
     void tellGone(const FSNode &top) {
@@ -185,19 +209,65 @@ private:
         return false;
     }
 
+    std::vector<TreeChange> &changes_;
+    std::unordered_map<const FSNode *, Earlier> &nodes_;
     std::vector<std::pair<const FSNode *, const FSNode *>> folders_; ///< to compare
     std::vector<const FSNode *> new_;
     std::vector<const FSNode *> gone_;
     std::unordered_map<FileIdentity, const FSNode *> goneByIdentity_; ///< with the later device
     std::unordered_set<const FSNode *> taken_;                        ///< gone items that were moved
     std::pair<std::uint64_t, std::uint64_t> devices_;
-    std::vector<TreeChange> changes_;
 };
 
-} // namespace
+TreeComparison::TreeComparison(const FSNode &before, const FSNode &after) {
+    const Pass pass(*this, before, after);
+    std::sort(changes_.begin(), changes_.end(), [](const TreeChange &a, const TreeChange &b) {
+        return a.growth() != b.growth() ? a.growth() > b.growth() : a.path < b.path;
+    });
+}
 
-std::vector<TreeChange> compareTrees(const FSNode &before, const FSNode &after) {
-    return TreeComparison(before, after).sorted();
+NodeChange TreeComparison::of(const FSNode &node) const {
+    for (const FSNode *one = &node; one != nullptr; one = one->folder()) {
+        const auto found = nodes_.find(one);
+        if (found == nodes_.end())
+            continue;
+        const Earlier &earlier = found->second;
+        if (earlier.kind == NodeChange::Kind::appeared)
+            return {NodeChange::Kind::appeared, node.size};
+        if (earlier.kind == NodeChange::Kind::moved)
+            return {NodeChange::Kind::moved, one == &node ? node.size - earlier.size : 0,
+                    one == &node ? std::string_view(earlier.path) : std::string_view()};
+        const std::int64_t growth = one == &node ? node.size - earlier.size : 0;
+        return {growth > 0   ? NodeChange::Kind::grew
+                : growth < 0 ? NodeChange::Kind::shrank
+                             : NodeChange::Kind::unchanged,
+                growth};
+    }
+    return {};
+}
+
+void TreeComparison::letGoOf(const FSNode &node) {
+    visitTree(
+        node, [this](const FSNode &one) { nodes_.erase(&one); }, [](const FSNode &) {});
+}
+
+std::string_view wordFor(TreeChange::Kind kind) {
+    switch (kind) {
+    case TreeChange::Kind::appeared:
+        return "new";
+    case TreeChange::Kind::gone:
+        return "gone";
+    case TreeChange::Kind::moved:
+        return "moved";
+    case TreeChange::Kind::changed:
+        break;
+    }
+    return "changed";
+}
+
+std::string signedSize(std::int64_t bytes) {
+    const std::string_view sign = bytes < 0 ? "−" : "+";
+    return std::string(sign).append(Fmt::byteFormatter(bytes < 0 ? -bytes : bytes));
 }
 
 } // namespace brimvale

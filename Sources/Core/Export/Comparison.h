@@ -3,7 +3,10 @@
 #include "Core/Scan/FSNode.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace brimvale {
@@ -28,8 +31,50 @@ struct TreeChange {
     [[nodiscard]] std::int64_t growth() const { return after - before; }
 };
 
-/// All changes, what has grown most first. Compares by names from the two roots down, whatever their paths
-/// are, and then looks for gone items among the new ones by identity.
-[[nodiscard]] std::vector<TreeChange> compareTrees(const FSNode &before, const FSNode &after);
+/// "new", "gone", "moved" or "changed".
+[[nodiscard]] std::string_view wordFor(TreeChange::Kind kind);
+
+/// A difference of sizes with its sign: "+1.5 GB", "−20 MB".
+[[nodiscard]] std::string signedSize(std::int64_t bytes);
+
+/// What became of one node of the later tree.
+struct NodeChange {
+    enum class Kind { unchanged, appeared, moved, grew, shrank };
+
+    Kind kind = Kind::unchanged;
+    std::int64_t growth = 0;       ///< in allocated bytes; of what has appeared, all of them
+    std::string_view earlier = {}; ///< the path of what was moved
+};
+
+/// The changes from one tree to another. Compares by names from the two roots down, whatever their paths are,
+/// and then looks for gone items among the new ones by identity. Where one tree lists small files that the
+/// other has as an aggregate, they are compared as an aggregate, too.
+class TreeComparison {
+public:
+    /// Reads both trees and keeps pointers to nodes of the later one.
+    TreeComparison(const FSNode &before, const FSNode &after);
+
+    /// All changes, what has grown most first.
+    [[nodiscard]] const std::vector<TreeChange> &changes() const { return changes_; }
+
+    /// What became of a node of the later tree. What is inside a new or moved folder is new or was moved with
+    /// it.
+    [[nodiscard]] NodeChange of(const FSNode &node) const;
+
+    /// Drops all pointers to a node and its descendants. Call it before they leave the tree.
+    void letGoOf(const FSNode &node);
+
+private:
+    class Pass;
+
+    struct Earlier {
+        NodeChange::Kind kind; ///< `unchanged` where only the sizes say what happened
+        std::int64_t size;
+        std::string path = {};
+    };
+
+    std::vector<TreeChange> changes_;
+    std::unordered_map<const FSNode *, Earlier> nodes_; ///< those that differ from before
+};
 
 } // namespace brimvale

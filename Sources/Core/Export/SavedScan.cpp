@@ -2,6 +2,7 @@
 
 #include "Base/Hex.h"
 #include "Core/Export/OwnFigures.h"
+#include "Core/Export/PackedBlocks.h"
 #include "Core/Export/TreeAssembly.h"
 #include "Core/Export/TreeVisit.h"
 #include "Platform/Digest.h"
@@ -17,7 +18,8 @@ namespace brimvale {
 namespace {
 
 constexpr std::string_view magic = "BRIMSCAN";
-constexpr std::uint64_t formatVersion = 1;
+constexpr std::uint8_t plainVersion = 1; ///< without blocks; it is only read
+constexpr std::uint8_t formatVersion = 2;
 constexpr std::size_t digestLength = 32;
 constexpr std::int64_t blockSize = 512;
 constexpr std::uint32_t day = 86'400;    ///< in seconds
@@ -48,8 +50,7 @@ public:
     explicit ScanWriter(TextSink &sink) : sink_(sink) {}
 
     void write(const FSNode &root, const ScanOrigin &origin) {
-        bytes_ += magic;
-        number(formatVersion);
+        pass(std::string(magic) + static_cast<char>(formatVersion));
         text(origin.program);
         text(origin.host);
         number(origin.date ? static_cast<std::uint64_t>(secondsOf(*origin.date)) + 1 : 0);
@@ -57,7 +58,8 @@ public:
         text(root.path());
         visitTree(
             root, [this](const FSNode &one) { node(one); }, [](const FSNode &) {});
-        pass();
+        passBlock();
+        pass(endOfBlocks());
         sink_.write(*bytesOfHex(digest_.finish()));
     }
 
@@ -86,9 +88,8 @@ private:
             number(static_cast<std::uint64_t>(own.files));
         if (!one.isDirectory)
             date(one.modified);
-        constexpr std::size_t mostKept = std::size_t{1} << 18;
-        if (bytes_.size() > mostKept)
-            pass();
+        if (bytes_.size() > usualBlock)
+            passBlock();
     }
 
     void date(std::uint32_t modified) {
@@ -111,39 +112,37 @@ private:
         last_ = identity;
     }
 
-    /// Seven bits a byte, the lowest first; the highest bit says that more follow.
-    void number(std::uint64_t value) {
-        for (; value >= 0x80; value >>= 7)
-            bytes_ += static_cast<char>(value | 0x80);
-        bytes_ += static_cast<char>(value);
-    }
+    void number(std::uint64_t value) { appendPackedNumber(bytes_, value); }
 
     void text(std::string_view value) {
         number(value.size());
         bytes_ += value;
     }
 
-    void pass() {
-        digest_.add(bytes_);
-        sink_.write(bytes_);
+    void passBlock() {
+        if (!bytes_.empty())
+            pass(packedBlock(bytes_));
         bytes_.clear();
+    }
+
+    void pass(const std::string &more) {
+        digest_.add(more);
+        sink_.write(more);
     }
 
     TextSink &sink_;
     Sha256 digest_;
-    std::string bytes_;
+    std::string bytes_; ///< of the block to come
     FileIdentity last_;
     std::uint64_t lastDay_ = 0;
 };
 
 class ScanReader {
 public:
-    explicit ScanReader(std::string_view bytes) : rest_(bytes) {}
+    /// `content` is what follows the version, without blocks.
+    explicit ScanReader(std::string_view content) : rest_(content) {}
 
     Result<ImportedTree, ImportFault> read() {
-        rest_.remove_prefix(magic.size());
-        if (number() != formatVersion)
-            return ImportFault{"This scan was saved by a later version of the program."};
         ScanOrigin origin;
         origin.program = text();
         origin.host = text();
@@ -199,12 +198,12 @@ private:
         FSNode *placed = nullptr;
         if (entry.isDirectory) {
             placed = &tree_.open(entry);
-            placed->hasLinkedFiles = hasLinkedFiles;
             folders_.push_back({entry, children});
         } else {
             tree_.add(entry);
             placed = tree_.innermost()->children().back().get();
         }
+        placed->hasLinkedFiles = hasLinkedFiles;
         if (identity)
             placed->setIdentity(*identity);
         while (!folders_.empty() && folders_.back().childrenLeft == 0) {
@@ -261,16 +260,9 @@ private:
     }
 
     std::uint64_t number() {
-        std::uint64_t value = 0;
-        constexpr int bits = 64;
-        for (int shift = 0; shift < bits; shift += 7) {
-            const unsigned char next = byte();
-            value |= std::uint64_t{next & 0x7FU} << shift;
-            if (next < 0x80)
-                return value;
-        }
-        isDamaged_ = true;
-        return 0;
+        const std::optional<std::uint64_t> value = takePackedNumber(rest_);
+        isDamaged_ = isDamaged_ || !value;
+        return value.value_or(0);
     }
 
     std::string text() {
@@ -313,7 +305,14 @@ Result<ImportedTree, ImportFault> readSavedScan(std::string_view bytes) {
     digest.add(content);
     if (digest.finish() != hexString(bytes.substr(content.size())))
         return ImportFault{"The saved scan is damaged."};
-    return ScanReader(content).read();
+    const auto format = static_cast<std::uint8_t>(content[magic.size()]);
+    const std::string_view rest = content.substr(magic.size() + 1);
+    if (format == plainVersion)
+        return ScanReader(rest).read();
+    if (format != formatVersion)
+        return ImportFault{"This scan was saved by a later version of the program."};
+    const std::optional<std::string> unpacked = unpackedBlocks(rest);
+    return unpacked ? ScanReader(*unpacked).read() : ImportFault{"The saved scan is damaged."};
 }
 
 } // namespace brimvale

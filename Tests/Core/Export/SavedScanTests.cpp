@@ -2,6 +2,7 @@
 
 #include "Base/Hex.h"
 #include "Core/Export/Comparison.h"
+#include "Core/Export/PackedBlocks.h"
 #include "Core/Scan/DiskScanner.h"
 #include "Platform/Digest.h"
 #include "Support/HostileTree.h"
@@ -22,6 +23,7 @@ namespace brimvale {
 
 using testing::describe;
 using ::testing::ElementsAre;
+using ::testing::UnorderedElementsAre;
 
 namespace {
 
@@ -53,11 +55,19 @@ std::string withChecksum(const std::string &content) {
     return content + *bytesOfHex(digest.finish());
 }
 
+/// A saved scan as the first version wrote it, without its checksum.
+std::string inVersion1(const std::string &saved) {
+    constexpr std::size_t head = 9, digest = 32;
+    const auto content = unpackedBlocks(std::string_view(saved).substr(head, saved.size() - head - digest));
+    return "BRIMSCAN\1" + content.value_or("");
+}
+
 /// The changes as "kind path before after", with paths from the root on.
 std::vector<std::string> changesOf(const FSNode &before, const FSNode &after) {
     std::vector<std::string> lines;
     const std::size_t root = after.path().size() + 1;
-    for (const TreeChange &one : compareTrees(before, after)) {
+    const TreeComparison comparison(before, after);
+    for (const TreeChange &one : comparison.changes()) {
         static constexpr std::array kinds = {"new", "gone", "moved", "changed"};
         std::string line = kinds.at(static_cast<std::size_t>(one.kind));
         line.append(one.isAggregate ? " small " : " ");
@@ -102,7 +112,10 @@ TEST(SavedScan, ComesBackWithIdentities) {
         for (std::size_t i = 0; i < before.size(); ++i)
             ASSERT_EQ(before[i]->identity(), after[i]->identity());
         EXPECT_EQ(saved(*root), bytes);
-        EXPECT_TRUE(compareTrees(*tree, *root).empty());
+        const auto earlier = readSavedScan(withChecksum(inVersion1(bytes)));
+        ASSERT_TRUE(std::holds_alternative<ImportedTree>(earlier)) << "of an earlier version";
+        EXPECT_EQ(describe(*std::get<ImportedTree>(earlier).root), describe(*tree));
+        EXPECT_TRUE(TreeComparison(*tree, *root).changes().empty());
     }
 }
 
@@ -123,18 +136,37 @@ TEST(SavedScan, DamageGetsASentence) {
         ASSERT_EQ(fault(bytes.substr(0, i)), damaged) << i;
     }
     EXPECT_EQ(fault("PK\3\4"), "This is not a saved scan.");
-    EXPECT_EQ(fault(withChecksum("BRIMSCAN\2something")),
+    EXPECT_EQ(fault(withChecksum("BRIMSCAN\3something")),
               "This scan was saved by a later version of the program.");
 
     // What has the right checksum may still be anything.
-    testing::RandomInputs inputs({bytes.substr(0, std::min<std::size_t>(bytes.size() - 32, 3000)),
-                                  saved(*testing::makeRoot()).substr(0, 40)});
+    const std::string plain = inVersion1(bytes);
+    testing::RandomInputs inputs({plain.substr(0, 3000), bytes.substr(0, 200),
+                                  inVersion1(saved(*testing::makeRoot())),
+                                  "BRIMSCAN\2" + packedBlock(plain.substr(9, 200)) + endOfBlocks()});
     for (int i = 0; i < 20'000; ++i) {
         const auto result = readSavedScan(withChecksum(inputs.next()));
         if (const auto *tree = std::get_if<ImportedTree>(&result)) {
             ASSERT_GE(tree->root->size, 0);
             ASSERT_GE(tree->root->fileCount, 0);
         }
+    }
+}
+
+TEST(SavedScan, SmallFileCannotClaimToBeHuge) {
+    std::string claim("BRIMSCAN\2");
+    const std::string block = packedBlock(std::string(usualBlock, 'x'));
+    EXPECT_GT(block.size(), usualBlock) << "it would shrink to nothing, so it is stored as it is";
+    appendPackedNumber(claim, std::uint64_t{1} << 40);
+    appendPackedNumber(claim, 10);
+    const auto result = readSavedScan(withChecksum(claim + std::string(10, 'x') + endOfBlocks()));
+    EXPECT_TRUE(std::holds_alternative<ImportFault>(result));
+    for (const std::size_t length : {std::size_t{1}, usualBlock / 2, 3 * usualBlock}) {
+        std::string content;
+        for (std::size_t i = 0; content.size() < length; ++i)
+            content += std::to_string(i * i);
+        EXPECT_EQ(unpackedBlocks(packedBlock(content) + packedBlock("more") + endOfBlocks()),
+                  content + "more");
     }
 }
 
@@ -172,6 +204,21 @@ TEST(Comparison, TellsNewGoneMovedAndChangedApart) {
                 ElementsAre("changed log 163840", "new new 28672", "moved new/name from old/file 0",
                             "moved new/project 2 from project 0", "gone old -4096"));
     EXPECT_EQ(after->size - before->size, 163'840 + 28'672 - 4'096);
+    const TreeComparison comparison(*before, *after);
+    std::vector<std::string> nodes;
+    for (const FSNode *node : testing::everythingBeneath(*after)) {
+        static constexpr std::array kinds = {"unchanged", "new", "moved", "grew", "shrank"};
+        const NodeChange change = comparison.of(*node);
+        nodes.push_back(std::string(node->name)
+                            .append(" ")
+                            .append(kinds.at(static_cast<std::size_t>(change.kind)))
+                            .append(" ")
+                            .append(std::to_string(change.growth)));
+    }
+    EXPECT_THAT(nodes, UnorderedElementsAre("same unchanged 0", "log grew 163840", "new new 135168",
+                                            "more new 28672", "name moved 0", "project 2 moved 0",
+                                            "a moved 0", "b moved 0"));
+    EXPECT_EQ(comparison.of(*after).growth, after->size - before->size);
     // A tree without identities knows nothing of moves, and counts the same.
     for (FSNode *node : testing::everythingBeneath(*before))
         node->setIdentity({});
@@ -187,7 +234,22 @@ TEST(Comparison, SmallFilesAreComparedTogether) {
         return root;
     };
     EXPECT_THAT(changesOf(*tree(5'000), *tree(9'000)), ElementsAre("changed small folder 4000"));
-    EXPECT_TRUE(compareTrees(*tree(1), *tree(1)).empty());
+    EXPECT_TRUE(TreeComparison(*tree(1), *tree(1)).changes().empty());
+}
+
+// The command line lists every file, the window groups the small ones.
+TEST(Comparison, ListedFilesAreComparedWithAnAggregate) {
+    const testing::TemporaryFolder folder;
+    folder.makeFile("folder/large", 2'097'152);
+    folder.makeFile("folder/small", 8'192);
+    folder.makeFile("folder/tiny", 4'096);
+    const std::unique_ptr<FSNode> all = scanned(folder.path());
+    const std::unique_ptr<FSNode> grouped = scanned(folder.path(), ScanOptions().minimumNodeSize);
+    EXPECT_TRUE(TreeComparison(*all, *grouped).changes().empty());
+    EXPECT_TRUE(TreeComparison(*grouped, *all).changes().empty());
+    folder.makeFile("folder/small", 28'672);
+    EXPECT_THAT(changesOf(*all, *scanned(folder.path(), ScanOptions().minimumNodeSize)),
+                ElementsAre("changed small folder 20480"));
 }
 
 } // namespace brimvale

@@ -1,0 +1,95 @@
+#include "Core/Export/PackedBlocks.h"
+
+#include <QByteArray>
+#include <utility>
+
+namespace brimvale {
+
+namespace {
+
+constexpr int fastest = 1;                             ///< level of compression
+constexpr std::uint64_t mostShrunk = 32;               ///< blocks that shrink more are stored as they are
+constexpr std::uint64_t largestBlock = 4 * usualBlock; ///< that is read
+constexpr qsizetype lengthBytes = 4;                   ///< with which Qt begins compressed data
+
+/// The length of the content as Qt has it: the highest byte first.
+QByteArray lengthForQt(std::uint64_t length) {
+    QByteArray bytes;
+    for (unsigned shift = 32; shift > 0;) {
+        shift -= 8;
+        bytes.append(static_cast<char>(length >> shift & 0xFFU));
+    }
+    return bytes;
+}
+
+/// Appends the content of one block, which is stored as `packed`.
+bool unpack(std::string_view packed, std::uint64_t length, std::string &content) {
+    if (length > largestBlock || length > mostShrunk * packed.size())
+        return false;
+    QByteArray bytes = lengthForQt(length);
+    bytes.append(packed.data(), static_cast<qsizetype>(packed.size()));
+    const QByteArray unpacked = qUncompress(bytes);
+    content.append(unpacked.constData(), static_cast<std::size_t>(unpacked.size()));
+    return static_cast<std::uint64_t>(unpacked.size()) == length;
+}
+
+} // namespace
+
+std::string packedBlock(const std::string &content) {
+    std::string block;
+    appendPackedNumber(block, content.size());
+    const QByteArray packed = qCompress(reinterpret_cast<const uchar *>(content.data()),
+                                        static_cast<qsizetype>(content.size()), fastest)
+                                  .mid(lengthBytes);
+    const auto length = static_cast<std::size_t>(packed.size());
+    if (length >= content.size() || content.size() > mostShrunk * length) {
+        appendPackedNumber(block, 0);
+        return block.append(content);
+    }
+    appendPackedNumber(block, length);
+    return block.append(packed.constData(), length);
+}
+
+std::string endOfBlocks() {
+    return std::string(1, '\0');
+}
+
+std::optional<std::string> unpackedBlocks(std::string_view blocks) {
+    std::string content;
+    while (const std::optional<std::uint64_t> length = takePackedNumber(blocks)) {
+        if (*length == 0)
+            return blocks.empty() ? std::optional(std::move(content)) : std::nullopt;
+        const std::optional<std::uint64_t> packed = takePackedNumber(blocks);
+        const std::uint64_t stored = packed.value_or(0) > 0 ? *packed : *length;
+        if (!packed || stored > blocks.size())
+            return std::nullopt;
+        const std::string_view bytes = blocks.substr(0, stored);
+        blocks.remove_prefix(stored);
+        if (*packed == 0)
+            content.append(bytes);
+        else if (!unpack(bytes, *length, content))
+            return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+void appendPackedNumber(std::string &bytes, std::uint64_t value) {
+    for (; value >= 0x80; value >>= 7)
+        bytes += static_cast<char>(value | 0x80);
+    bytes += static_cast<char>(value);
+}
+
+std::optional<std::uint64_t> takePackedNumber(std::string_view &bytes) {
+    std::uint64_t value = 0;
+    constexpr unsigned bits = 64;
+    for (unsigned shift = 0; shift < bits && !bytes.empty(); shift += 7) {
+        const auto next = static_cast<unsigned char>(bytes.front());
+        bytes.remove_prefix(1);
+        value |= std::uint64_t{next & 0x7FU} << shift;
+        if (next < 0x80)
+            return value;
+    }
+    return std::nullopt;
+}
+
+} // namespace brimvale
