@@ -18,6 +18,7 @@
 #include <cstdio>
 #include <functional>
 #include <memory>
+#include <numeric>
 #include <optional>
 #include <random>
 #include <string>
@@ -338,6 +339,42 @@ private:
     OutlineView view_;
 };
 
+/// A folder of 200,000 files of one size, which are sorted by name.
+void measureEqualSizes(Report &report) {
+    std::mt19937 random(2);
+    std::shared_ptr<FSNode> root = std::make_shared<FSNode>("Macintosh HD", "/", true);
+    FSNode &folder = add(*root, "Equal", true, 0);
+    std::vector<int> numbers(childrenInBigFolder);
+    std::iota(numbers.begin(), numbers.end(), 0);
+    std::shuffle(numbers.begin(), numbers.end(), random);
+    for (const int number : numbers)
+        add(folder, "IMG_" + std::to_string(number) + ".JPG", false, 1'048'576);
+    finish(*root);
+    OutlineModel model;
+    OutlineView view(model);
+    view.resize(640, 640);
+    view.show();
+    QCoreApplication::processEvents();
+    std::vector<Milliseconds> sorting;
+    std::vector<Milliseconds> expanding;
+    for (int i = 0; i < repetitions; ++i) {
+        model.setTree(nullptr);
+        model.setTree(root);
+        view.viewport()->repaint();
+        sorting.push_back(timeOf([&] {
+            if (model.rowsOf(folder).empty())
+                std::puts("no rows");
+        }));
+        expanding.push_back(timeOf([&] {
+            view.expand(model.indexOf(folder));
+            QCoreApplication::sendPostedEvents();
+            view.viewport()->repaint();
+        }));
+    }
+    report.row("Sort 200,000 of one size by name", sorting, Milliseconds(20));
+    report.row("Expand them", expanding, Milliseconds(100));
+}
+
 /// The treemap of the folder with very many children.
 void measureTreemap(const SampleTree &tree, Report &report) {
     constexpr int width = 900;
@@ -408,6 +445,8 @@ int main(int argc, char **argv) {
     report.section("Treemap");
     measureTreemap(tree, report);
     measureDetailedMap(tree, report);
+    report.section("Equal sizes");
+    measureEqualSizes(report);
     report.section("Outline"); // last, since it takes nodes out
     OutlineTimings(tree, report).measure();
 }

@@ -10,6 +10,7 @@
 #include "Views/Window/Section.h"
 
 #include <QAbstractItemView>
+#include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -55,6 +56,12 @@ public:
 
     void goTo(Section::Kind kind, const char *category = "") {
         window_.goTo({kind, category});
+        wait(600);
+    }
+
+    /// Chooses an entry of a menu.
+    void trigger(const char *action) {
+        window_.findChild<QAction *>(QLatin1String(action))->trigger();
         wait(600);
     }
 
@@ -112,6 +119,10 @@ bool takeAll(Application &application, const QString &folder) {
     photographer.take("browse-light", Appearance::light);
     photographer.take("browse-dark", Appearance::dark);
     photographer.take("browse-narrow", Appearance::light, smallestSize);
+    photographer.trigger("detailedMap");
+    photographer.take("map-light", Appearance::light);
+    photographer.take("map-dark", Appearance::dark);
+    photographer.trigger("detailedMap");
     photographer.goTo(Kind::cleanup);
     photographer.measure();
     photographer.take("cleanup-light", Appearance::light);

@@ -44,6 +44,15 @@ constexpr std::array<Color, fileTypeCount> typeColors = {
 /// From new to old: the longer ago, the warmer.
 constexpr std::array<Color, fileAgeCount> ageColors = {ramp[0], ramp[2], ramp[3], ramp[4], ramp[6]};
 
+/// What became of a tile, in the order of `MapGrowth`.
+struct GrowthWords {
+    std::string_view title;
+    std::string_view mark;
+    Color color;
+};
+constexpr std::array<GrowthWords, 4> growthWords = {
+    {{"Grew", "▲ ", ramp[4]}, {"New", "+ ", ramp[2]}, {"Moved", "→ ", ramp[0]}, {"Shrank", "▼ ", ramp[6]}}};
+
 /// The place of the colour of most of an aggregate's bytes.
 template<class Place>
 std::size_t commonest(const FSNode &aggregate, std::size_t otherwise, Place place) {
@@ -108,18 +117,65 @@ TreemapStyle::Fill fillOfAge(std::size_t age, const TreemapStyle::Surface &surfa
     return {ageColors[age], kindOpacity};
 }
 
+TreemapStyle::Fill fillOfGrowth(std::size_t growth, const TreemapStyle::Surface &surface) {
+    if (growth == growthWords.size())
+        return {surface.secondaryText, folderOpacity};
+    return {growthWords[growth].color, kindOpacity};
+}
+
 std::string titleOfType(std::size_t type) {
     return type == folders ? "Folders" : std::string(wordsOf(static_cast<FileType>(type)).title);
 }
 
 } // namespace
 
-TreemapStyle::Fill MapColors::closed(const FSNode &node, const TreemapStyle::Surface &surface) const {
+/// The place of a tile among the colours, of which there are `colorCount`.
+std::size_t MapColors::placeOf(const FSNode &node) const {
+    switch (by) {
+    case By::type:
+        return placeOfType(node);
+    case By::age:
+        return placeOfAge(node, moment);
+    case By::growth:
+        return static_cast<std::size_t>(growthOf(node));
+    case By::folder:
+        break;
+    }
+    return 0;
+}
+
+std::size_t MapColors::colorCount() const {
+    switch (by) {
+    case By::type:
+        return fileTypeCount + 1;
+    case By::age:
+        return fileAgeCount;
+    case By::growth:
+        return growthWords.size() + 1;
+    case By::folder:
+        break;
+    }
+    return 0;
+}
+
+TreemapStyle::Fill MapColors::fillAt(std::size_t place, const TreemapStyle::Surface &surface) const {
+    return by == By::type  ? fillOfType(place, surface)
+           : by == By::age ? fillOfAge(place, surface)
+                           : fillOfGrowth(place, surface);
+}
+
+std::string MapColors::titleAt(std::size_t place) const {
     if (by == By::type)
-        return fillOfType(placeOfType(node), surface);
+        return titleOfType(place);
     if (by == By::age)
-        return fillOfAge(placeOfAge(node, moment), surface);
-    return fillByName(node, surface);
+        return std::string(wordsOf(static_cast<FileAge>(place)).title);
+    if (place == growthWords.size())
+        return "Unchanged";
+    return std::string(growthWords[place].mark).append(growthWords[place].title);
+}
+
+TreemapStyle::Fill MapColors::closed(const FSNode &node, const TreemapStyle::Surface &surface) const {
+    return by == By::folder ? fillByName(node, surface) : fillAt(placeOf(node), surface);
 }
 
 TreemapStyle::Fill MapColors::ground(const FSNode &folder, int depth,
@@ -130,22 +186,20 @@ TreemapStyle::Fill MapColors::ground(const FSNode &folder, int depth,
     return {surface.secondaryText, plainGroundOpacity.at(turn)};
 }
 
+std::string_view MapColors::mark(const FSNode &node) const {
+    const std::size_t place = by == By::growth ? placeOf(node) : growthWords.size();
+    return place < growthWords.size() ? growthWords[place].mark : std::string_view();
+}
+
 std::vector<MapColors::Entry> MapColors::legend(std::span<const TreemapTile> tiles,
                                                 const TreemapStyle::Surface &surface) const {
-    if (by == By::folder)
-        return {};
     std::vector<Entry> entries;
-    for (std::size_t place = 0; place < (by == By::type ? fileTypeCount + 1 : fileAgeCount); ++place) {
-        const TreemapStyle::Fill fill =
-            by == By::type ? fillOfType(place, surface) : fillOfAge(place, surface);
-        const std::string title =
-            by == By::type ? titleOfType(place) : std::string(wordsOf(static_cast<FileAge>(place)).title);
-        entries.push_back({title, TreemapStyle::over(surface.background, fill), 0});
-    }
+    for (std::size_t place = 0; place < colorCount(); ++place)
+        entries.push_back(
+            {titleAt(place), TreemapStyle::over(surface.background, fillAt(place, surface)), 0});
     for (const TreemapTile &tile : tiles)
-        if (!tile.isOpen())
-            entries[by == By::type ? placeOfType(*tile.node) : placeOfAge(*tile.node, moment)].bytes +=
-                tile.node->size;
+        if (!tile.isOpen() && !entries.empty())
+            entries[placeOf(*tile.node)].bytes += tile.node->size;
     std::erase_if(entries, [](const Entry &entry) { return entry.bytes == 0; });
     if (by == By::type)
         std::stable_sort(entries.begin(), entries.end(),

@@ -121,6 +121,7 @@ struct WrittenTile {
     const TreemapTile &tile;
     std::size_t index;
     Color color;
+    std::string name; ///< with its mark
 
     [[nodiscard]] std::string id() const { return "tile" + std::to_string(index); }
     [[nodiscard]] std::string textColor() const { return hexadecimal(Contrast::readableOn(color)); }
@@ -142,7 +143,7 @@ void writeLabel(std::string &svg, const WrittenTile &written) {
     const Rect area = TreemapStyle::labelArea(written.tile.rect, 2 * lineHeight);
     svg.append(clipFor(written.tile.rect, written.id()));
     svg.append("<g clip-path=\"url(#" + written.id() + ")\" fill=\"" + written.textColor() + "\">");
-    svg.append(textAt(area.x, area.y + ascent, nameWeight, fitting(tileName(written.tile), area.width)));
+    svg.append(textAt(area.x, area.y + ascent, nameWeight, fitting(written.name, area.width)));
     svg.append(textAt(area.x, area.y + lineHeight + ascent, {},
                       fitting(TreemapStyle::sizeText(*written.tile.node), area.width)));
     svg.append("</g>\n");
@@ -159,8 +160,7 @@ void writeLine(std::string &svg, const WrittenTile &written, const Rect &line) {
     const double baseline = line.y + (line.height - lineHeight) / 2 + ascent;
     svg.append(clipFor(line, written.id()));
     svg.append("<g clip-path=\"url(#" + written.id() + ")\" fill=\"" + written.textColor() + "\">");
-    svg.append(
-        textAt(line.x + DetailedStyle::padding, baseline, nameWeight, fitting(tileName(written.tile), room)));
+    svg.append(textAt(line.x + DetailedStyle::padding, baseline, nameWeight, fitting(written.name, room)));
     if (!size.empty())
         svg.append(textAt(line.x + line.width - DetailedStyle::padding, baseline, " text-anchor=\"end\"",
                           TreemapStyle::sizeText(*written.tile.node)));
@@ -184,7 +184,8 @@ void writeTile(std::string &svg, const TreemapTile &tile, std::size_t index) {
                decimal(TreemapStyle::borderOpacity) + "\" stroke-width=\"" +
                decimal(TreemapStyle::borderWidth) + "\"/>\n");
     if (TreemapStyle::hasLabel(tile.rect))
-        writeLabel(svg, {tile, index, TreemapStyle::over(TreemapStyle::paper.background, fill)});
+        writeLabel(svg,
+                   {tile, index, TreemapStyle::over(TreemapStyle::paper.background, fill), tileName(tile)});
     svg.append("</g>\n");
 }
 
@@ -200,11 +201,12 @@ void writePlainTiles(std::string &svg, std::span<const TreemapTile> tiles) {
 }
 
 /// The tiles of a detailed map. Each covers its parent folder, apart from a gap.
-void writeNestedTiles(std::string &svg, std::span<const TreemapTile> tiles) {
-    const std::vector<Color> colors = DetailedStyle::colorsOf(tiles, TreemapStyle::paper);
+void writeNestedTiles(std::string &svg, std::span<const TreemapTile> tiles, const MapColors &by) {
+    const std::vector<Color> colors = DetailedStyle::colorsOf(tiles, TreemapStyle::paper, by);
     for (std::size_t i = 0; i < tiles.size(); ++i) {
         const TreemapTile &tile = tiles[i];
-        const WrittenTile written{tile, i, colors[i]};
+        const WrittenTile written{tile, i, colors[i],
+                                  std::string(by.mark(*tile.node)).append(tileName(tile))};
         Rect seen = tile.rect;
         seen.width -= DetailedStyle::gap;
         seen.height -= DetailedStyle::gap;
@@ -235,7 +237,7 @@ std::string treemapSvg(const LaidOutTreemap &treemap) {
     svg.append("<rect width=\"" + width + "\" height=\"" + height + "\" fill=\"" +
                hexadecimal(TreemapStyle::paper.background) + "\"/>\n");
     if (treemap.isDetailed)
-        writeNestedTiles(svg, treemap.tiles);
+        writeNestedTiles(svg, treemap.tiles, treemap.colors);
     else
         writePlainTiles(svg, treemap.tiles);
     svg.append("</svg>\n");

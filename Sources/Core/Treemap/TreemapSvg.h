@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Treemap/MapColors.h"
 #include "Core/Treemap/Treemap.h"
 
 #include <cstdint>
@@ -16,6 +17,7 @@ struct LaidOutTreemap {
     std::int64_t height = 0;
     std::span<const TreemapTile> tiles;
     bool isDetailed = false;
+    MapColors colors = {}; ///< of a detailed one
 };
 
 /// A self-contained picture of it (SVG 1.1, UTF-8), in the light colours of the window. Characters of a name

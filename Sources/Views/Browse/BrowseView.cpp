@@ -3,6 +3,8 @@
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
 #include "Views/Browse/Breadcrumb.h"
+#include "Views/Browse/Compare/ChangeList.h"
+#include "Views/Browse/Compare/CompareNote.h"
 #include "Views/Browse/DetailPanel.h"
 #include "Views/Browse/Duplicates/DuplicatesView.h"
 #include "Views/Browse/Find/FindView.h"
@@ -42,9 +44,10 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, Duplicates &duplic
       message_(new ScanMessage(scan, volumes, this)), growing_(new GrowingView(scan, this)),
       body_(new QStackedLayout), breadcrumb_(new Breadcrumb(this)), filter_(new QLineEdit(this)),
       outline_(new OutlineView(outlineModel_, this)), tabs_(new TabStrip(this)), find_(new FindView(this)),
-      duplicates_(new DuplicatesView(duplicates, removals, this)), lists_(new QStackedLayout),
+      duplicates_(new DuplicatesView(duplicates, removals, this)), changes_(new ChangeList(this)),
+      lists_(new QStackedLayout),
       filterNote_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
-      treemap_(new TreemapView(this)), details_(new DetailPanel(this)),
+      treemap_(new TreemapView(this)), details_(new DetailPanel(this)), note_(new CompareNote(this)),
       removal_(new NodeRemoval(scan, removals, *this)), check_(new SelectionCheck(this)) {
     setObjectName(QStringLiteral("browsePage"));
     auto *layout = new QVBoxLayout(this);
@@ -53,12 +56,14 @@ BrowseView::BrowseView(ScanSession &scan, Removals &removals, Duplicates &duplic
     layout->setSpacing(16);
     layout->addWidget(bar_);
     layout->addWidget(new ImportNote(scan, this));
+    layout->addWidget(note_);
     layout->addLayout(body_, 1);
     results_ = makeResults();
     body_->addWidget(message_);
     body_->addWidget(results_);
     body_->addWidget(growing_);
     addShortcuts();
+    makeComparison();
 
     connect(&scan_, &ScanSession::treeChanged, this, &BrowseView::showTree);
     connect(&scan_, &ScanSession::changed, this, [this] {
@@ -195,9 +200,11 @@ void BrowseView::showTree() {
     showDetails({}, false);
     filter_->clear();
     find_->letGo();
+    letGoOfComparison();
     outlineModel_.setTree(scan_->tree);
     if (scan_->tree != nullptr)
         focusOn(scan_->tree.get());
+    compareAgain();
     showState();
     selectAsBefore();
 }
@@ -246,7 +253,11 @@ QAction *BrowseView::detailedMap() const {
     return map_->detailedMap();
 }
 
-QWidget &BrowseView::map() const {
+void BrowseView::addColumns(QMenu &menu) {
+    outline_->addColumns(menu);
+}
+
+TreemapView &BrowseView::map() const {
     return *treemap_;
 }
 
@@ -255,6 +266,7 @@ void BrowseView::letGoOf(FSNode *node) {
     if (focus_ == nullptr)
         return;
     check_->forget();
+    comparison_.letGoOf(*node);
     if (OutlineModel::isWithin(focus_, *node))
         focusOn(node->parent());
     const auto isGone = [node](const FSNode *one) {
@@ -272,6 +284,8 @@ void BrowseView::letGoOfContents(FSNode *folder) {
     if (focus_ == nullptr)
         return;
     check_->forget();
+    for (const std::unique_ptr<FSNode> &child : folder->children())
+        comparison_.letGoOf(*child);
     if (focus_ != folder && OutlineModel::isWithin(focus_, *folder))
         moveFocus(folder);
     const auto isGone = [folder](const FSNode *one) {
@@ -297,6 +311,7 @@ void BrowseView::showAfterRemoval() {
     if (!isStale_ || focus_ == nullptr)
         return;
     isStale_ = false;
+    compareAgain();
     treemap_->setNode(focus_);
     listFiles();
     select(selectedNodes());

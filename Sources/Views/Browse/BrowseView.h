@@ -2,6 +2,7 @@
 
 #include "Base/FileURL.h"
 #include "Catalogs/CleanupEntry.h"
+#include "Views/Browse/Compare/ScanComparison.h"
 #include "Views/Browse/FocusHistory.h"
 #include "Views/Browse/KeptPlaces.h"
 #include "Views/Browse/Outline/OutlineModel.h"
@@ -22,6 +23,8 @@ class QStackedLayout;
 namespace brimvale {
 
 class Breadcrumb;
+class ChangeList;
+class CompareNote;
 class DetailPanel;
 class Duplicates;
 class DuplicatesView;
@@ -67,12 +70,23 @@ public:
     /// The switch for the detailed map, for a menu.
     [[nodiscard]] QAction *detailedMap() const;
 
+    /// Adds the columns of the outline to a menu, to choose them.
+    void addColumns(QMenu &menu);
+
     /// The folder whose children the map shows; null without a tree.
     [[nodiscard]] FSNode *mapFolder() const { return focus_; }
     /// The map, to draw it into a picture.
-    [[nodiscard]] QWidget &map() const;
+    [[nodiscard]] TreemapView &map() const;
+
+    /// Compares the tree with an earlier scan, until `stopComparing` or a tree of another folder. Does
+    /// nothing without a tree.
+    void compareWith(ScanComparison::Earlier earlier);
+    void stopComparing();
+    [[nodiscard]] bool isComparing() const { return changesTab_.has_value(); }
 
 signals:
+    /// `isComparing` is another answer now.
+    void comparingChanged();
     /// The user wants to see the page of a storage category.
     void categoryAsked(const std::string &id);
     /// The user wants to put these items into the basket.
@@ -118,6 +132,15 @@ private:
     void showLater();
     void showAfterRemoval();
 
+    // The comparison with an earlier scan:
+    void makeComparison();
+    void compareAgain();
+    void letGoOfComparison();
+    void showComparison();
+    void listChanges();
+    void selectChange(const TreeChange *change);
+    void showChange(const TreeChange &change);
+
     // The lists beside the outline, and the filter:
     QWidget *makeLists();
     void applyFilter();
@@ -152,11 +175,15 @@ private:
     TabStrip *tabs_; ///< the outline, or one of the lists of files
     FindView *find_;
     DuplicatesView *duplicates_;
+    ChangeList *changes_;
     QStackedLayout *lists_;
     TextLabel *filterNote_; ///< what the filter has found, or what is wrong with it
     TreemapView *treemap_;
     TreemapPanel *map_ = nullptr; ///< contains it
     DetailPanel *details_;
+    CompareNote *note_;
+    ScanComparison comparison_;
+    std::optional<int> changesTab_; ///< while there is a comparison
     NodeRemoval *removal_;
     SelectionCheck *check_;
     FocusHistory history_;

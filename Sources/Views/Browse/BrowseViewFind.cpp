@@ -1,5 +1,6 @@
 #include "Core/Model/ScanSession.h"
 #include "Views/Browse/BrowseView.h"
+#include "Views/Browse/Compare/ChangeList.h"
 #include "Views/Browse/Duplicates/DuplicatesView.h"
 #include "Views/Browse/Find/FindView.h"
 #include "Views/Browse/Find/TabStrip.h"
@@ -145,12 +146,14 @@ bool BrowseView::leadsMapToMatch(const FSNode &node) const {
 }
 
 void BrowseView::chooseList(int tab) {
-    QWidget *const list = tab == 0               ? static_cast<QWidget *>(outline_)
+    QWidget *const list = tab == 0                ? static_cast<QWidget *>(outline_)
                           : tab == duplicatesTab ? static_cast<QWidget *>(duplicates_)
+                          : tab == changesTab_   ? static_cast<QWidget *>(changes_)
                                                  : find_;
     lists_->setCurrentWidget(list);
     outline_->select(nullptr);
     treemap_->setSelection(nullptr);
+    changes_->clearSelection();
     if (list != find_)
         find_->letGo();
     listFiles();
@@ -158,6 +161,7 @@ void BrowseView::chooseList(int tab) {
 }
 
 void BrowseView::listFiles() {
+    listChanges();
     if (focus_ == nullptr)
         return;
     if (currentList() == duplicates_)

@@ -3,6 +3,8 @@
 #include "Core/Model/ScanSession.h"
 #include "Core/Removal/NodesToRemove.h"
 #include "Views/Browse/BrowseView.h"
+#include "Views/Browse/Compare/ChangeList.h"
+#include "Views/Browse/Compare/ChangeTexts.h"
 #include "Views/Browse/DetailPanel.h"
 #include "Views/Browse/Find/FindView.h"
 #include "Views/Browse/NodeRemoval.h"
@@ -60,6 +62,7 @@ void BrowseView::select(const std::vector<FSNode *> &nodes) {
 /// Selects one node in both. The tile for the many small children has no row in the outline.
 void BrowseView::selectNode(FSNode *node) {
     find_->clearSelection(); // what is acted on is what is shown as selected
+    changes_->clearSelection();
     outline_->select(isInTree(*node) ? node : nullptr);
     treemap_->setSelection(node);
     showDetails({node}, true);
@@ -69,6 +72,7 @@ void BrowseView::showDetails(std::vector<FSNode *> nodes, bool isSelected) {
     shown_ = std::move(nodes);
     isSelected_ = isSelected;
     details_->showNodes(shown_);
+    details_->showChange(shown_.size() == 1 ? changeSentence(comparison_.of(*shown_.front())) : QString());
     isRemovalAsked_ = isBasketAsked_ = false;
     toRemove_ = isSelected_ ? removableNodes(shown_) : std::vector<FSNode *>();
     check_->check({toRemove_.begin(), toRemove_.end()});

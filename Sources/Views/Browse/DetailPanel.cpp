@@ -61,6 +61,7 @@ DetailPanel::DetailPanel(QWidget *parent)
       name_(new ElidedLabel(Type::Size::heading, QFont::DemiBold, Qt::ElideMiddle, this)),
       path_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       explanation_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
+      change_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       notice_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       reveal_(makeIconButton("reveal", text(Words::current().revealItem), this)),
       copyPath_(makeIconButton("copyPath", u"Copy Path"_s, this)),
@@ -71,6 +72,9 @@ DetailPanel::DetailPanel(QWidget *parent)
     path_->setObjectName(QStringLiteral("detailPath"));
     explanation_->setObjectName(QStringLiteral("detailExplanation"));
     explanation_->setWordWrap(true);
+    change_->setObjectName(QStringLiteral("detailChange"));
+    change_->setWordWrap(true);
+    change_->hide();
     notice_->setObjectName(QStringLiteral("notice"));
     objection_->setObjectName(QStringLiteral("objection"));
     objection_->setWordWrap(true);
@@ -98,6 +102,7 @@ DetailPanel::DetailPanel(QWidget *parent)
         const int place = static_cast<int>(i);
         titles_[i] = new ElidedLabel(Type::Size::caption, TextLabel::Tone::tertiary, Qt::ElideRight, this);
         titles_[i]->setText(titles[i]);
+        titles_[i]->setOnlySeen(); // the values have it in their names
         values_[i] = new TextLabel(Type::Size::body, QFont::Medium, this);
         values_[i]->setObjectName(QLatin1String(objectNames[i]));
         const int row = linesOfARow * (place / figuresInARow);
@@ -140,6 +145,7 @@ QWidget *DetailPanel::makeNotes() {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(4);
     layout->addWidget(explanation_);
+    layout->addWidget(change_);
     layout->addWidget(objection_);
     layout->addStretch(1);
     return notes;
@@ -170,13 +176,20 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
                      only != nullptr ? shareText(*only) : none, text(Fmt::count(fileCount)),
                      text(Fmt::count(dirCount))});
     }
-    const std::optional<std::string> why = only != nullptr ? explanation(*only) : std::nullopt;
+    std::optional<std::string> why = only != nullptr ? explanation(*only) : std::nullopt;
+    if (only != nullptr && !why)
+        why = remarkOnNames(*only);
     explanation_->setText(why ? text(*why) : QString());
     explanation_->setVisible(why.has_value());
     reveal_->setEnabled(only != nullptr && !only->isImported());
     copyPath_->setEnabled(!nodes.empty());
     showNotice({});
     drawIcon();
+}
+
+void DetailPanel::showChange(const QString &sentence) {
+    change_->setText(sentence);
+    change_->setHidden(sentence.isEmpty());
 }
 
 void DetailPanel::showRemoval(std::int64_t count, std::int64_t bytes, bool isRemoving) {

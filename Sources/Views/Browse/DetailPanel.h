@@ -26,6 +26,9 @@ public:
     /// Shows one node in full, or several as a sum without counting any twice. Empty for none.
     void showNodes(const std::vector<FSNode *> &nodes);
 
+    /// Tells what became of them since an earlier scan, as a sentence; empty for nothing.
+    void showChange(const QString &sentence);
+
     /// Sets how many of them can be removed, and how much that frees. During a removal nothing can.
     void showRemoval(std::int64_t count, std::int64_t bytes, bool isRemoving);
 
@@ -63,6 +66,7 @@ private:
     std::array<TextLabel *, figureCount> titles_{};
     std::array<TextLabel *, figureCount> values_{};
     TextLabel *explanation_;
+    TextLabel *change_;
     TextLabel *notice_;
     QPushButton *reveal_;
     QPushButton *copyPath_;

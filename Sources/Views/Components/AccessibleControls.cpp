@@ -106,9 +106,12 @@ public:
     [[nodiscard]] QAccessible::State state() const override {
         QAccessible::State state = AccessibleControl::state();
         state.readOnly = true;
+        state.invisible = state.invisible || control().isOnlySeen();
         return state;
     }
     [[nodiscard]] QString text(QAccessible::Text kind) const override {
+        if (control().isOnlySeen())
+            return {};
         const QString text = AccessibleControl::text(kind);
         return kind == QAccessible::Name && text.isEmpty() ? control().text() : text;
     }

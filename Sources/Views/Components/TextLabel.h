@@ -19,6 +19,9 @@ public:
     /// Tells screen readers that it is the heading of a part of the page.
     void setHeading() { isHeading_ = true; }
     [[nodiscard]] bool isHeading() const { return isHeading_; }
+    /// Hides it from screen readers, because the name of another label says the same.
+    void setOnlySeen() { isOnlySeen_ = true; }
+    [[nodiscard]] bool isOnlySeen() const { return isOnlySeen_; }
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -28,6 +31,7 @@ private:
 
     Tone tone_ = Tone::primary;
     bool isHeading_ = false;
+    bool isOnlySeen_ = false;
 };
 
 } // namespace brimvale

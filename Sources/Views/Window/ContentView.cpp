@@ -138,6 +138,7 @@ void ContentView::addPages() {
             goTo({Section::Kind::category, id});
         });
         viewMenu_->addAction(browse_->detailedMap());
+        addColumnMenu();
         connect(browse_, &BrowseView::basketAsked, &model_.basket, &Basket::add);
         connect(browse_, &BrowseView::administratorScanAsked, this, &ContentView::scanAsAdministrator);
         return browse_;

@@ -71,6 +71,7 @@ private:
     void buildMenus();
     QMenu *addMenu(const QString &title);
     void addUndo(QMenu &menu);
+    void addColumnMenu();
     void followModel();
     void showPageOfRow(int row);
     void rescan();

@@ -2,6 +2,7 @@
 #include "Core/Model/Removals.h"
 #include "Core/Model/Trash.h"
 #include "Core/Update/Updater.h"
+#include "Views/Browse/BrowseView.h"
 #include "Views/Components/Popup.h"
 #include "Views/Components/Shortcuts.h"
 #include "Views/Components/Theme.h"
@@ -71,6 +72,19 @@ void ContentView::buildMenus() {
     about->setObjectName(QStringLiteral("about"));
     about->setMenuRole(QAction::AboutRole);
     connect(about, &QAction::triggered, this, &ContentView::showAbout);
+}
+
+/// The columns of Browse, for those who do not use a mouse.
+void ContentView::addColumnMenu() {
+    QMenu *columns = viewMenu_->addMenu(u"&Columns"_s);
+    columns->setObjectName(QStringLiteral("columns"));
+    usePaletteOfParent(*columns);
+    const auto fill = [this, columns] {
+        columns->clear();
+        browse_->addColumns(*columns);
+    };
+    connect(columns, &QMenu::aboutToShow, this, fill);
+    fill(); // a menu bar of a Mac shows no empty menu
 }
 
 /// Puts back what the latest removal has moved to the Trash. A field that has the focus undoes its own text.

@@ -2,12 +2,11 @@
 
 #include "Base/Background.h"
 #include "Base/FileURL.h"
-#include "Core/Export/ListingReader.h"
 #include "Core/Export/SavedScan.h"
 #include "Core/Model/ScanSession.h"
-#include "Core/Treemap/TreemapSvg.h"
 #include "Platform/AtomicFile.h"
 #include "Views/Browse/BrowseView.h"
+#include "Views/Browse/Treemap/TreemapView.h"
 #include "Views/Components/FileChooser.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Popup.h"
@@ -27,6 +26,7 @@
 #include <string_view>
 #include <utility>
 #include <variant>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -53,12 +53,9 @@ std::string pngOf(QWidget &map) {
     return bytes.toStdString();
 }
 
-std::string svgOf(FSNode &folder, QSize size) {
-    const std::vector<TreemapTile> tiles =
-        Treemap(folder, Treemap::usualMaxTiles)
-            .layout({0, 0, static_cast<double>(size.width()), static_cast<double>(size.height())});
-    const std::string path = folder.path();
-    return treemapSvg({path, size.width(), size.height(), tiles});
+std::vector<OfferedFiles> kindsOfFiles() {
+    return {{u"Lists and saved scans"_s, {u"*.json"_s, u"*.ncdu"_s, u"*.scan"_s}},
+            {u"All files"_s, {u"*"_s}}};
 }
 
 } // namespace
@@ -83,13 +80,27 @@ void TreeFiles::addActions(QMenu &file, std::function<BrowseView *()> browse) {
     file.addAction(u"&Import…"_s, this, &TreeFiles::askForList)->setObjectName(QStringLiteral("import"));
     QAction *saving = file.addAction(u"Sa&ve Scan…"_s, this, &TreeFiles::saveScan);
     saving->setObjectName(QStringLiteral("saveScan"));
+    comparing_ = file.addAction(u"Co&mpare With…"_s, this, &TreeFiles::askForEarlierScan);
+    comparing_->setObjectName(QStringLiteral("compareWith"));
+    stopping_ = file.addAction(u"S&top Comparing"_s, this, [this] {
+        if (BrowseView *page = browse_())
+            page->stopComparing();
+    });
+    stopping_->setObjectName(QStringLiteral("stopComparingInMenu"));
+    stopping_->setEnabled(false);
     const auto enable = [this, menu, saving] {
         menu->setEnabled(scan_->tree != nullptr);
         saving->setEnabled(scan_->tree != nullptr);
+        comparing_->setEnabled(scan_->tree != nullptr);
     };
     connect(&scan_, &ScanSession::changed, menu, enable);
     connect(&scan_, &ScanSession::treeChanged, menu, enable);
     enable();
+}
+
+void TreeFiles::showComparing() {
+    const BrowseView *page = browse_();
+    stopping_->setEnabled(page != nullptr && page->isComparing());
 }
 
 void TreeFiles::exportPicture(Picture picture) {
@@ -100,10 +111,8 @@ void TreeFiles::exportPicture(Picture picture) {
         save(u"Export a Picture of the Map"_s, u"png"_s, {},
              [page = QPointer(page)] { return page != nullptr ? pngOf(page->map()) : std::string(); });
     else
-        save(u"Export a Picture of the Map"_s, u"svg"_s, {}, [page = QPointer(page)] {
-            const bool hasMap = page != nullptr && page->mapFolder() != nullptr;
-            return hasMap ? svgOf(*page->mapFolder(), page->map().size()) : std::string();
-        });
+        save(u"Export a Picture of the Map"_s, u"svg"_s, {},
+             [page = QPointer(page)] { return page != nullptr ? page->map().svg() : std::string(); });
 }
 
 void TreeFiles::exportList(ListingFormat format) {
@@ -121,8 +130,7 @@ void TreeFiles::exportList(ListingFormat format) {
 
 /// For a comparison, or to look at it later.
 void TreeFiles::saveScan() {
-    const QString remark =
-        u"Import opens it again. “brimvalectl compare” shows what has changed between two such files."_s;
+    const QString remark = u"Import opens it again. Compare With shows what has changed since then."_s;
     save(u"Save the Scan"_s, u"scan"_s, remark, [this] {
         InMemory sink;
         if (scan_->tree != nullptr)
@@ -162,34 +170,45 @@ void TreeFiles::save(const QString &title, const QString &suffix, const QString 
 }
 
 void TreeFiles::askForList() {
-    chooseFileToOpen(
-        window_, u"Import a List"_s,
-        {{u"Lists and saved scans"_s, {u"*.json"_s, u"*.ncdu"_s, u"*.scan"_s}}, {u"All files"_s, {u"*"_s}}},
-        [this](const std::string &path) { import(path); });
+    chooseFileToOpen(window_, u"Import a List"_s, kindsOfFiles(),
+                     [this](const std::string &path) { import(path); });
 }
 
 void TreeFiles::import(const std::string &path) {
-    struct Read {
-        std::shared_ptr<FSNode> tree;
-        ScanOrigin origin;
-        std::string fault;
-    };
+    read(path, u"“%1” could not be imported"_s, [this, path](ImportedTree found) {
+        scan_.showImported(std::move(found.root), {path, std::move(found.origin)});
+        emit imported();
+    });
+}
+
+void TreeFiles::askForEarlierScan() {
+    chooseFileToOpen(window_, u"Compare With an Earlier Scan"_s, kindsOfFiles(),
+                     [this](const std::string &path) { compareWith(path); });
+}
+
+void TreeFiles::compareWith(const std::string &path) {
+    read(path, u"“%1” could not be compared"_s, [this, path](ImportedTree found) {
+        if (scan_->tree == nullptr)
+            return; // another scan has begun
+        emit imported();
+        BrowseView *page = browse_();
+        connect(page, &BrowseView::comparingChanged, this, &TreeFiles::showComparing, Qt::UniqueConnection);
+        page->compareWith(
+            {std::move(found.root), displayedText(FileURL(path).fileName()), std::move(found.origin)});
+    });
+}
+
+/// Reads a tree in the background. What is wrong with the file is told under `failure`.
+void TreeFiles::read(const std::string &path, const QString &failure, std::function<void(ImportedTree)> use) {
+    using Read = std::shared_ptr<Result<ImportedTree, ImportFault>>;
     inBackground(
         *QThreadPool::globalInstance(), this,
-        [path]() -> Read {
-            Result<ImportedTree, ImportFault> read = readTreeAt(path);
-            if (const auto *fault = std::get_if<ImportFault>(&read))
-                return {.tree = nullptr, .origin = {}, .fault = fault->sentence};
-            auto &tree = std::get<ImportedTree>(read);
-            return {.tree = std::move(tree.root), .origin = std::move(tree.origin), .fault = {}};
-        },
-        [this, path](Read read) {
-            if (read.tree == nullptr)
-                return showNoticeSheet(
-                    window_, u"“%1” could not be imported"_s.arg(displayedText(FileURL(path).fileName())),
-                    displayedText(read.fault));
-            scan_.showImported(std::move(read.tree), {path, std::move(read.origin)});
-            emit imported();
+        [path]() -> Read { return std::make_shared<Result<ImportedTree, ImportFault>>(readTreeAt(path)); },
+        [this, path, failure, use = std::move(use)](const Read &read) {
+            if (const auto *fault = std::get_if<ImportFault>(read.get()))
+                return showNoticeSheet(window_, failure.arg(displayedText(FileURL(path).fileName())),
+                                       displayedText(fault->sentence));
+            use(std::move(std::get<ImportedTree>(*read)));
         });
 }
 

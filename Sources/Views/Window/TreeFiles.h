@@ -1,11 +1,13 @@
 #pragma once
 
 #include "Core/Export/Listing.h"
+#include "Core/Export/ListingReader.h"
 
 #include <QObject>
 #include <functional>
 #include <string>
 
+class QAction;
 class QMenu;
 class QMainWindow;
 
@@ -26,7 +28,7 @@ public:
     void addActions(QMenu &file, std::function<BrowseView *()> browse);
 
 signals:
-    /// A tree from a file is shown now.
+    /// A tree from a file is shown now, or compared with; the page that shows it should be shown.
     void imported();
 
 private:
@@ -40,10 +42,16 @@ private:
               std::function<std::string()> content);
     void askForList();
     void import(const std::string &path);
+    void askForEarlierScan();
+    void compareWith(const std::string &path);
+    void showComparing();
+    void read(const std::string &path, const QString &failure, std::function<void(ImportedTree)> use);
 
     ScanSession &scan_;
     QMainWindow &window_;
     std::function<BrowseView *()> browse_;
+    QAction *comparing_ = nullptr;
+    QAction *stopping_ = nullptr; ///< ends a comparison
 };
 
 } // namespace brimvale

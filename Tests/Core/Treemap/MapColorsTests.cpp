@@ -4,6 +4,8 @@
 #include "Support/SampleTree.h"
 
 #include <gmock/gmock.h>
+#include <map>
+#include <string>
 
 namespace brimvale {
 
@@ -119,6 +121,23 @@ TEST(MapColors, DifferFromEachOtherAndFromTheFolder) {
                 }
             }
         }
+}
+
+TEST(MapColors, TellWhatBecameOfTiles) {
+    const std::shared_ptr<FSNode> root = sampleTree();
+    const std::vector<TreemapTile> tiles = tilesOf(*root);
+    const MapColors colors{By::growth, 0, [](const FSNode &node) {
+                               return node.name == "film.mov"      ? MapGrowth::appeared
+                                      : node.name == "picture.jpg" ? MapGrowth::shrank
+                                                                   : MapGrowth::unchanged;
+                           }};
+    EXPECT_THAT(titlesOf(colors.legend(tiles, dark)), ElementsAre("+ New", "▼ Shrank", "Unchanged"));
+    std::map<std::string, std::string> marks;
+    for (const TreemapTile &tile : tiles)
+        marks[tile.node->name] = colors.mark(*tile.node);
+    EXPECT_EQ(marks["film.mov"], "+ ") << "not by the colour alone";
+    EXPECT_EQ(marks["picture.jpg"], "▼ ");
+    EXPECT_EQ(marks["unknown"], "");
 }
 
 } // namespace brimvale

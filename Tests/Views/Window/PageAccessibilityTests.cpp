@@ -3,6 +3,7 @@
 #include "Support/PublishedWriter.h"
 #include "Support/ScannedWindow.h"
 #include "Views/Browse/DetailPanel.h"
+#include "Views/Browse/Outline/OutlineView.h"
 #include "Views/Components/CapacityBar.h"
 #include "Views/Components/DisclosureButton.h"
 #include "Views/Components/TextLabel.h"
@@ -10,8 +11,10 @@
 
 #include <QAbstractItemView>
 #include <QAccessible>
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QMenu>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -92,6 +95,31 @@ TEST_F(PageAccessibility, TellsWhetherThereIsMoreToShow) {
     EXPECT_FALSE(reader(button).state().checkable) << "it chooses nothing";
     reader(button).actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_TRUE(reader(button).state().expanded);
+}
+
+TEST_F(PageAccessibility, ReadsEachFigureOfTheDetailsOnce) {
+    QWidget &page = pageOf({Section::Kind::browse});
+    auto &details = *page.findChild<DetailPanel *>();
+    int heard = 0;
+    for (TextLabel *label : details.findChildren<TextLabel *>())
+        if (!reader(*label).state().invisible && reader(*label).text(QAccessible::Name).contains("Allocated"))
+            ++heard;
+    EXPECT_EQ(heard, 1);
+    EXPECT_TRUE(reader(*details.findChild<TextLabel *>("allocated"))
+                    .text(QAccessible::Name)
+                    .startsWith("Allocated: "));
+}
+
+TEST_F(PageAccessibility, ColumnsAreChosenFromTheMenuBar) {
+    QWidget &page = pageOf({Section::Kind::browse});
+    const auto &outline = *page.findChild<OutlineView *>();
+    auto &columns = *page.window()->findChild<QMenu *>("columns");
+    emit columns.aboutToShow();
+    EXPECT_EQ(columns.actions().first()->text(), "Size");
+    for (QAction *action : columns.actions())
+        if (action->text() == "Files")
+            action->trigger();
+    EXPECT_GT(outline.columnWidth(OutlineModel::filesColumn), 0);
 }
 
 } // namespace brimvale

@@ -7,6 +7,7 @@
 #include "Support/Window.h"
 #include "Views/Browse/BrowseView.h"
 #include "Views/Browse/Outline/OutlineView.h"
+#include "Views/Browse/Treemap/TreemapView.h"
 
 #include <QAction>
 #include <QDialog>
@@ -15,12 +16,17 @@
 #include <QMenu>
 #include <QPointer>
 #include <QPushButton>
+#include <QTabBar>
+#include <QTreeView>
+#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace brimvale {
 
+using ::testing::ElementsAre;
 using testing::eventually;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 namespace {
@@ -132,6 +138,101 @@ TEST_F(TreeFilesTest, SavesAScanAndShowsItAgain) {
     ASSERT_TRUE(eventually([&] { return model.scan->tree->isImported(); }));
     EXPECT_EQ(model.scan->tree->size, size);
     EXPECT_EQ(testing::descendant(*model.scan->tree, {"folder"})->fileCount, 1);
+}
+
+TEST_F(TreeFilesTest, ComparesWithASavedScan) {
+    EXPECT_FALSE(window.findChild<QAction *>("compareWith")->isEnabled());
+    home.makeFile("files/folder/file", 2'500'000);
+    home.makeFile("files/old/gone", 3'000'000);
+    home.makeFile("files/old/moved", 2'000'000);
+    scan();
+    choose("saveScan", home.path("monday.scan"));
+    EXPECT_THAT(notice(), HasSubstr("Compare With"));
+    home.makeFile("files/new", 5'000'000);
+    home.makeFile("files/folder/file", 4'000'000);
+    std::filesystem::rename(home.path("files/old/moved"), home.path("files/folder/here"));
+    std::filesystem::remove(home.path("files/old/gone"));
+    model.scan.startScan();
+    ASSERT_TRUE(eventually([&] { return model.scan->tree != nullptr; }));
+
+    choose("compareWith", home.path("files/other"));
+    EXPECT_THAT(warning(), HasSubstr("“other” could not be compared. Line 1, byte "));
+    choose("compareWith", home.path("monday.scan"));
+    BrowseView &page = *window.findChild<BrowseView *>();
+    ASSERT_TRUE(eventually([&] { return page.isComparing(); }));
+    EXPECT_THAT(testing::shown(page, "compareWords"), StartsWith("Compared with “monday.scan”, "));
+    EXPECT_THAT(testing::shown(page, "compareWords"), HasSubstr(", 1 new, 1 gone, 1 moved, 1 changed."));
+
+    // The outline, sorted by growth, and the details.
+    auto &outline = testing::find<OutlineView>(page, "outline");
+    const auto cell = [&](int row) {
+        return outline.model()->index(row, OutlineModel::changeColumn).data().toString().toStdString();
+    };
+    EXPECT_THAT(cell(0), StartsWith("new +5"));
+    EXPECT_THAT(cell(1), StartsWith("▲ +3.5")) << "the folder that grew, with what was moved into it";
+    EXPECT_THAT(cell(2), "") << "nothing became of it";
+    EXPECT_THAT(cell(3), StartsWith("▼ −5"));
+    EXPECT_GT(outline.columnWidth(OutlineModel::changeColumn), 0);
+    outline.select(testing::descendant(*model.scan->tree, {"folder", "here"}));
+    emit outline.selectionChangedTo({testing::descendant(*model.scan->tree, {"folder", "here"})});
+    EXPECT_EQ(testing::shown(page, "detailChange"),
+              "Moved here from “" + home.path("files/old/moved") + "”.");
+
+    // The map, and the list, which also has what is gone.
+    auto &map = page.map();
+    EXPECT_TRUE(map.isDetailed());
+    EXPECT_EQ(map.legend().front().title, "▲ Grew");
+    auto &tabs = testing::find<QTabBar>(page, "browseTabs");
+    tabs.setCurrentIndex(tabs.count() - 1);
+    const QAbstractItemModel &changes = *testing::find<QTreeView>(page, "changeList").model();
+    std::vector<std::string> rows;
+    for (int row = 0; row < changes.rowCount(); ++row)
+        rows.push_back(changes.index(row, 0).data(Qt::AccessibleTextRole).toString().toStdString());
+    EXPECT_THAT(rows, ElementsAre(StartsWith("new, new, +5"), StartsWith("file, changed, +"),
+                                  StartsWith("here, moved, 2"), StartsWith("gone, gone, −3")));
+
+    // It follows a removal, and ends with everything as before.
+    model.scan.drop(GonePaths({FileURL(home.path("files/new"))}));
+    ASSERT_TRUE(eventually([&] { return changes.rowCount() == 3; }));
+    testing::click(page, "stopComparing");
+    EXPECT_FALSE(page.isComparing());
+    EXPECT_FALSE(map.isDetailed());
+    EXPECT_EQ(outline.columnWidth(OutlineModel::changeColumn), 0);
+    EXPECT_EQ(changes.rowCount(), 0);
+    EXPECT_EQ(tabs.currentIndex(), 0);
+    EXPECT_FALSE(window.findChild<QAction *>("stopComparingInMenu")->isEnabled());
+}
+
+TEST_F(TreeFilesTest, ComparisonLastsForTheFolder) {
+    scan();
+    choose("saveScan", home.path("monday.scan"));
+    EXPECT_THAT(notice(), HasSubstr("was written"));
+    choose("compareWith", home.path("monday.scan"));
+    BrowseView &page = *window.findChild<BrowseView *>();
+    ASSERT_TRUE(eventually([&] { return page.isComparing(); }));
+    EXPECT_THAT(testing::shown(page, "compareWords"), HasSubstr("nothing has changed"));
+    home.makeFile("files/folder/more", 1'500'000);
+    model.scan.startScan();
+    ASSERT_TRUE(eventually([&] { return model.scan->tree != nullptr; }));
+    EXPECT_THAT(testing::shown(page, "compareWords"), HasSubstr(", 1 new."));
+    home.makeFile("files/folder/even more", 1'500'000);
+    model.scan.rescan(FileURL(home.path("files/folder")));
+    EXPECT_TRUE(eventually(
+        [&] { return testing::shown(page, "compareWords").find(", 2 new.") != std::string::npos; }));
+    model.scan.startScan(home.path("files/folder"));
+    ASSERT_TRUE(eventually([&] { return model.scan->tree != nullptr; }));
+    EXPECT_FALSE(page.isComparing()) << "it is another folder";
+}
+
+TEST_F(TreeFilesTest, PictureShowsTheDetailedMap) {
+    scan();
+    choose("exportSvg", home.path("plain.svg"));
+    EXPECT_THAT(notice(), HasSubstr("was written"));
+    EXPECT_THAT(testing::contentOf(home.path("plain.svg")), Not(HasSubstr(">1 smaller item<")));
+    window.findChild<BrowseView *>()->detailedMap()->trigger();
+    choose("exportSvg", home.path("detailed.svg"));
+    EXPECT_THAT(notice(), HasSubstr("was written"));
+    EXPECT_THAT(testing::contentOf(home.path("detailed.svg")), HasSubstr(">1 smaller item<"));
 }
 
 } // namespace brimvale

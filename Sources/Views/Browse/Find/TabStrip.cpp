@@ -18,7 +18,7 @@ constexpr int lineWidth = 2;
 TabStrip::TabStrip(QWidget *parent) : QTabBar(parent) {
     setDrawBase(false);
     setExpanding(false);
-    setUsesScrollButtons(false);
+    setUsesScrollButtons(true); // where there is no room for all tabs
     setFocusPolicy(Qt::StrongFocus);
     setFont(Type::font(Type::Size::body));
     setAttribute(Qt::WA_Hover);

@@ -84,6 +84,19 @@ OutlineColumn columnOfSizes() {
             false};
 }
 
+OutlineColumn columnOfChanges() {
+    return {u"Change"_s,
+            u"Change since the Earlier Scan"_s,
+            Drawing::figure,
+            nullptr,
+            nullptr,
+            [](const FSNode &) { return widthOf({u"new +888.88 GB"_s}); },
+            8,
+            true,
+            false,
+            true};
+}
+
 OutlineColumn columnOfShares() {
     return {u"Share"_s,
             u"Share of Parent"_s,
@@ -166,8 +179,9 @@ OutlineColumn columnOfOwners() {
 } // namespace
 
 std::span<const OutlineColumn> outlineColumns() {
-    static const std::array columns = {columnOfNames(), columnOfSizes(), columnOfShares(), columnOfPercents(),
-                                       columnOfItems(), columnOfFiles(), columnOfDates(),  columnOfOwners()};
+    static const std::array columns = {columnOfNames(),  columnOfSizes(),    columnOfChanges(),
+                                       columnOfShares(), columnOfPercents(), columnOfItems(),
+                                       columnOfFiles(),  columnOfDates(),    columnOfOwners()};
     return columns;
 }
 
@@ -179,8 +193,7 @@ double shareOfParent(const FSNode &node) {
 }
 
 QString modifiedText(const FSNode &node) {
-    return node.modified == 0 ? QString()
-                              : text(Fmt::relativeDate(Date(std::chrono::seconds(node.modified))));
+    return node.modified == 0 ? QString() : text(Fmt::recentDate(Date(std::chrono::seconds(node.modified))));
 }
 
 } // namespace brimvale

@@ -29,6 +29,7 @@ struct OutlineColumn {
     int importance;                             ///< narrow outlines leave out the least important columns
     bool isUsual;                               ///< shown until the user chooses
     bool isQuiet;                               ///< drawn in a secondary colour
+    bool isOfComparison = false;                ///< there only while an earlier scan is compared with
 
     [[nodiscard]] bool isRight() const { return drawing == Drawing::figure || drawing == Drawing::size; }
     [[nodiscard]] Qt::Alignment alignment() const {
@@ -36,10 +37,10 @@ struct OutlineColumn {
     }
     /// The order after a first click on the header: the largest first, but names from A to Z.
     [[nodiscard]] Qt::SortOrder firstOrder() const {
-        return figure == nullptr ? Qt::AscendingOrder : Qt::DescendingOrder;
+        return figure == nullptr && !isOfComparison ? Qt::AscendingOrder : Qt::DescendingOrder;
     }
     /// What is not known of every node cannot be sorted by.
-    [[nodiscard]] bool isSortable() const { return text != nullptr; }
+    [[nodiscard]] bool isSortable() const { return text != nullptr || isOfComparison; }
 };
 
 /// The columns, from left to right. The names come first.

@@ -57,6 +57,8 @@ void OutlineHeader::setModel(QAbstractItemModel *model) {
     setSectionResizeMode(Fixed);
     setSectionResizeMode(OutlineModel::nameColumn, Stretch);
     connect(model, &QAbstractItemModel::modelReset, this, &OutlineHeader::fitSections);
+    if (auto *outline = qobject_cast<OutlineModel *>(model))
+        connect(outline, &OutlineModel::comparisonChanged, this, &OutlineHeader::showComparison);
     fitSections();
 }
 
@@ -70,7 +72,28 @@ void OutlineHeader::keepSortable(int section, Qt::SortOrder order) {
     sortOrder_ = order;
 }
 
+/// The outline is sorted by growth as long as there is a comparison, unless the user wants something else.
+void OutlineHeader::showComparison() {
+    if (isThere(OutlineModel::changeColumn))
+        setSortIndicator(OutlineModel::changeColumn, Qt::DescendingOrder);
+    else if (sortedColumn_ == OutlineModel::changeColumn)
+        setSortIndicator(OutlineModel::sizeColumn, Qt::DescendingOrder);
+    fitSections();
+}
+
+bool OutlineHeader::isThere(int column) const {
+    const auto *outline = qobject_cast<const OutlineModel *>(model());
+    return !columnOf(column).isOfComparison || (outline != nullptr && outline->hasComparison());
+}
+
+/// Whether the user has chosen it, or wants to see a comparison.
+bool OutlineHeader::isAskedFor(int column) const {
+    return choices_[static_cast<std::size_t>(column)].isShown || columnOf(column).isOfComparison;
+}
+
 bool OutlineHeader::isChosen(int column) const {
+    if (!isThere(column))
+        return false;
     const Choice &choice = choices_[static_cast<std::size_t>(column)];
     return choice.isShown.value_or(columnOf(column).isUsual);
 }
@@ -89,22 +112,24 @@ void OutlineHeader::useDefaults() {
     fitSections();
 }
 
-QMenu *OutlineHeader::makeMenu() {
-    QMenu *menu = brimvale::makeMenu(this);
-    menu->setObjectName(QStringLiteral("columnMenu"));
+void OutlineHeader::addColumns(QMenu &menu) {
     for (int column = OutlineModel::nameColumn + 1; column < count(); ++column) {
-        QAction *action = menu->addAction(columnOf(column).menuTitle);
+        if (!isThere(column))
+            continue;
+        QAction *action = menu.addAction(columnOf(column).menuTitle);
         action->setCheckable(true);
         action->setChecked(isChosen(column));
         connect(action, &QAction::toggled, this, [this, column](bool isOn) { choose(column, isOn); });
     }
-    menu->addSeparator();
-    menu->addAction(u"Default Columns"_s, this, &OutlineHeader::useDefaults);
-    return menu;
+    menu.addSeparator();
+    menu.addAction(u"Default Columns"_s, this, &OutlineHeader::useDefaults);
 }
 
 void OutlineHeader::contextMenuEvent(QContextMenuEvent *event) {
-    makeMenu()->popup(event->globalPos());
+    QMenu *menu = makeMenu(this);
+    menu->setObjectName(QStringLiteral("columnMenu"));
+    addColumns(*menu);
+    menu->popup(event->globalPos());
 }
 
 bool OutlineHeader::viewportEvent(QEvent *event) {
@@ -117,7 +142,7 @@ bool OutlineHeader::viewportEvent(QEvent *event) {
 std::vector<int> OutlineHeader::byImportance() const {
     const auto rank = [this](int column) {
         const bool isAlways = column == OutlineModel::nameColumn || column == OutlineModel::sizeColumn;
-        const bool isUsersChoice = choices_[static_cast<std::size_t>(column)].isShown.has_value();
+        const bool isUsersChoice = isAskedFor(column);
         return std::tuple(isAlways, isUsersChoice, columnOf(column).importance);
     };
     std::vector<int> columns;
@@ -143,7 +168,7 @@ void OutlineHeader::fitSections() {
         OutlineColumn::Width width = columnOf(column).width(*root);
         if (choice.width)
             width = {*choice.width, *choice.width};
-        const int room = choice.isShown || choice.width ? left + leastName - shortestName : left;
+        const int room = isAskedFor(column) || choice.width ? left + leastName - shortestName : left;
         if (column != OutlineModel::sizeColumn && room < width.least)
             continue;
         left -= width.least;

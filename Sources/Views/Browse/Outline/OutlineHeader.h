@@ -31,8 +31,8 @@ public:
     void choose(int column, bool isChosen);
     /// Shows the columns, their order and their widths as they are at first.
     void useDefaults();
-    /// A menu with all columns and the way back to the usual ones. The caller shows it.
-    [[nodiscard]] QMenu *makeMenu();
+    /// Adds all columns to a menu, to choose them, and the way back to the usual ones.
+    void addColumns(QMenu &menu);
 
 protected:
     bool viewportEvent(QEvent *event) override;
@@ -60,6 +60,9 @@ private:
     };
 
     void fitSections();
+    void showComparison();
+    [[nodiscard]] bool isThere(int column) const;
+    [[nodiscard]] bool isAskedFor(int column) const;
     void keepSortable(int section, Qt::SortOrder order);
     [[nodiscard]] std::vector<int> byImportance() const;
     [[nodiscard]] std::optional<Edge> edgeAt(int x) const;

@@ -1,10 +1,12 @@
 #include "Views/Browse/Outline/OutlineModel.h"
 
 #include "Core/Scan/NodeExplanation.h"
+#include "Views/Browse/Compare/ChangeTexts.h"
 #include "Views/Browse/Outline/OutlineColumns.h"
 #include "Views/Browse/Outline/OutlineMarks.h"
 #include "Views/Browse/Outline/Prefetch.h"
 
+#include <QStringList>
 #include <algorithm>
 #include <utility>
 
@@ -181,6 +183,17 @@ void OutlineModel::announceChangedFigures(const FSNode &folder) {
         rearrange(VerticalSortHint, [] {});
 }
 
+/// Without one, what was sorted by growth is sorted by size.
+void OutlineModel::setComparison(const TreeComparison *comparison) {
+    const bool had = std::exchange(comparison_, comparison) != nullptr;
+    const bool isSortedByIt = order_.comparison != nullptr;
+    if (isSortedByIt)
+        order_ = comparison != nullptr ? OutlineOrder{nullptr, order_.isFalling, comparison} : OutlineOrder();
+    showFigures(isSortedByIt);
+    if (had != (comparison != nullptr))
+        emit comparisonChanged();
+}
+
 void OutlineModel::showFigures(bool inOrder) {
     if (inOrder)
         rearrange(VerticalSortHint, [] {});
@@ -251,9 +264,7 @@ QVariant OutlineModel::data(const QModelIndex &index, int role) const {
         return textOf(node, index.column());
     case Qt::ToolTipRole:
     case Qt::AccessibleDescriptionRole:
-        if (const std::optional<std::string> words = explanation(node))
-            return QString::fromStdString(*words);
-        return {};
+        return remarkOn(node);
     case Qt::TextAlignmentRole:
         return headerData(index.column(), Qt::Horizontal, role);
     default:
@@ -261,7 +272,20 @@ QVariant OutlineModel::data(const QModelIndex &index, int role) const {
     }
 }
 
+/// Why its figures are incomplete, and what became of it since the earlier scan.
+QVariant OutlineModel::remarkOn(const FSNode &node) const {
+    QStringList sentences;
+    if (const std::optional<std::string> words = explanation(node))
+        sentences << QString::fromStdString(*words);
+    if (comparison_ != nullptr)
+        sentences << changeSentence(comparison_->of(node));
+    sentences.removeAll(QString());
+    return sentences.isEmpty() ? QVariant() : sentences.join(u' ');
+}
+
 QString OutlineModel::textOf(const FSNode &node, int column) const {
+    if (column == changeColumn)
+        return comparison_ != nullptr ? changeText(comparison_->of(node)) : QString();
     return column == ownerColumn ? owners_.nameFor(node) : columnAt(column).text(node);
 }
 
@@ -286,9 +310,13 @@ QVariant OutlineModel::headerData(int section, Qt::Orientation orientation, int 
 void OutlineModel::sort(int column, Qt::SortOrder order) {
     if (column >= 0 && !columnAt(column).isSortable())
         return;
-    const OutlineOrder wanted = column < 0
-                                    ? OutlineOrder() // no column is chosen
-                                    : OutlineOrder{columnAt(column).figure, order == Qt::DescendingOrder};
+    OutlineOrder wanted; // where no column is chosen
+    if (column >= 0)
+        wanted = {columnAt(column).figure, order == Qt::DescendingOrder};
+    if (column == changeColumn)
+        wanted.comparison = comparison_;
+    if (column == changeColumn && comparison_ == nullptr)
+        return;
     if (wanted == order_)
         return;
     rearrange(VerticalSortHint, [&] { order_ = wanted; });

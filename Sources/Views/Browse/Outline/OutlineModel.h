@@ -27,6 +27,7 @@ public:
     enum Column {
         nameColumn,
         sizeColumn,
+        changeColumn,
         shareColumn,
         percentColumn,
         itemsColumn,
@@ -76,6 +77,11 @@ public:
     /// Always shows this folder, because the outline is focused on it; null for none.
     void setFocused(FSNode *folder);
 
+    /// From now on tells what has changed since an earlier scan; null for nothing. The comparison must stay
+    /// until the next call.
+    void setComparison(const TreeComparison *comparison);
+    [[nodiscard]] bool hasComparison() const { return comparison_ != nullptr; }
+
     /// The figures of many nodes have changed: shows them, and sorts the rows again if they should be.
     void showFigures(bool inOrder);
 
@@ -107,6 +113,8 @@ signals:
     /// one.
     void aboutToRearrange();
     void rearranged();
+    /// There is a comparison now, or none any more.
+    void comparisonChanged();
     /// The rows now show the filter, which has this many matches in the whole tree; 0 for an empty filter.
     void filtered(qint64 matches);
 
@@ -117,6 +125,7 @@ private:
     };
 
     [[nodiscard]] QString textOf(const FSNode &node, int column) const;
+    [[nodiscard]] QVariant remarkOn(const FSNode &node) const;
     [[nodiscard]] bool isFiltered() const { return marksInForce_.has_value(); }
     [[nodiscard]] bool isShown(const FSNode &node) const;
     void startFilter();
@@ -130,6 +139,7 @@ private:
 
     std::shared_ptr<FSNode> tree_;
     OutlineOrder order_;
+    const TreeComparison *comparison_ = nullptr;
     mutable OutlineOwners owners_;
     mutable std::unordered_map<const FSNode *, std::vector<FSNode *>> rows_; ///< of folders already shown
     FSNode *focused_ = nullptr;

@@ -170,12 +170,18 @@ void sortByName(bool isFalling, Nodes nodes, std::size_t siblings) {
         sortByFoldedName(isFalling, nodes);
 }
 
-void sortByNumber(OutlineOrder::Figure figure, bool isFalling, Nodes nodes) {
+} // namespace
+
+std::int64_t OutlineOrder::figureOf(const FSNode &node) const {
+    return comparison != nullptr ? comparison->of(node).growth : figure(node);
+}
+
+void OutlineOrder::sortByNumber(std::span<FSNode *> nodes) const {
     std::vector<Keyed<FSNode *>> keyed;
     keyed.reserve(nodes.size());
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         prefetchNodes(nodes, i);
-        keyed.push_back({keyOf(figure(*nodes[i]), isFalling), nodes[i]});
+        keyed.push_back({keyOf(figureOf(*nodes[i]), isFalling), nodes[i]});
     }
     sortByKey(keyed);
     std::transform(keyed.begin(), keyed.end(), nodes.begin(), [](const auto &one) { return one.value; });
@@ -184,19 +190,17 @@ void sortByNumber(OutlineOrder::Figure figure, bool isFalling, Nodes nodes) {
     });
 }
 
-} // namespace
-
 void OutlineOrder::sort(std::vector<FSNode *> &nodes) const {
-    if (figure != nullptr)
-        sortByNumber(figure, isFalling, nodes);
-    else
+    if (isByName())
         sortByName(isFalling, nodes, nodes.size());
+    else
+        sortByNumber(nodes);
 }
 
 bool OutlineOrder::allows(const FSNode &first, const FSNode &second) const {
-    if (figure == nullptr)
+    if (isByName())
         return true;
-    return isFalling ? figure(first) >= figure(second) : figure(first) <= figure(second);
+    return isFalling ? figureOf(first) >= figureOf(second) : figureOf(first) <= figureOf(second);
 }
 
 } // namespace brimvale

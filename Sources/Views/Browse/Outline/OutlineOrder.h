@@ -1,8 +1,10 @@
 #pragma once
 
+#include "Core/Export/Comparison.h"
 #include "Core/Scan/FSNode.h"
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace brimvale {
@@ -19,6 +21,8 @@ struct OutlineOrder {
     /// ignoring case, with numbers by value.
     Figure figure = allocatedSize;
     bool isFalling = true;
+    /// If set, growth is compared instead.
+    const TreeComparison *comparison = nullptr;
 
     friend bool operator==(const OutlineOrder &, const OutlineOrder &) = default;
 
@@ -30,6 +34,11 @@ struct OutlineOrder {
     /// Whether the current figures allow `first` before `second`; always true for names, which never change,
     /// and for equal figures.
     [[nodiscard]] bool allows(const FSNode &first, const FSNode &second) const;
+
+private:
+    [[nodiscard]] bool isByName() const { return figure == nullptr && comparison == nullptr; }
+    [[nodiscard]] std::int64_t figureOf(const FSNode &node) const;
+    void sortByNumber(std::span<FSNode *> nodes) const;
 };
 
 } // namespace brimvale

@@ -76,6 +76,10 @@ void OutlineView::setFocusFolder(FSNode *folder) {
     announceSelection();
 }
 
+void OutlineView::addColumns(QMenu &menu) {
+    static_cast<OutlineHeader *>(header())->addColumns(menu);
+}
+
 FSNode *OutlineView::focusFolder() const {
     return model_.nodeAt(rootIndex());
 }

@@ -6,6 +6,8 @@
 #include <QTreeView>
 #include <vector>
 
+class QMenu;
+
 namespace brimvale {
 
 /// The outline of a scanned tree: the rows of the focused folder, and of all expanded folders below it. Shown
@@ -37,6 +39,9 @@ public:
     [[nodiscard]] std::vector<FSNode *> selectedNodes() const;
 
     [[nodiscard]] QRect visualRect(const QModelIndex &index) const override;
+
+    /// Adds the columns to a menu, to choose them.
+    void addColumns(QMenu &menu);
 
     /// Type-ahead: moves to the next shown row whose name starts with the text typed in quick succession.
     void keyboardSearch(const QString &typed) override;

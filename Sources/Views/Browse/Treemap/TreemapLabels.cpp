@@ -10,8 +10,6 @@ namespace brimvale {
 
 namespace {
 
-constexpr int oneLine = Qt::TextSingleLine | Qt::TextDontClip;
-
 QRectF toQRectF(const Rect &rect) {
     return {rect.x, rect.y, rect.width, rect.height};
 }
@@ -20,20 +18,16 @@ QRectF toQRectF(const Rect &rect) {
 
 TreemapLabels::TreemapLabels(QPainter &painter)
     : painter_(painter), nameFont_(Type::font(Type::Size::caption, QFont::Medium)),
-      sizeFont_(Type::font(Type::Size::caption)), nameMetrics_(nameFont_), sizeMetrics_(sizeFont_) {}
+      sizeFont_(Type::font(Type::Size::caption)) {}
 
 void TreemapLabels::writeTwoLines(const Rect &tile, const QString &name, const QString &size,
                                   const QColor &color) {
-    const Rect area = TreemapStyle::labelArea(tile, nameMetrics_.height() + sizeMetrics_.height());
-    painter_.setClipRect(toQRectF(tile)); // some scripts are higher than the lines
+    const QRectF area = toQRectF(TreemapStyle::labelArea(tile, nameFont_.height() + sizeFont_.height()));
     painter_.setPen(color);
-    painter_.setFont(nameFont_);
-    painter_.drawText(toQRectF(area), Qt::AlignLeft | Qt::AlignTop | oneLine,
-                      nameMetrics_.elidedText(name, Qt::ElideMiddle, area.width));
-    painter_.setFont(sizeFont_);
-    painter_.drawText(toQRectF(area), Qt::AlignLeft | Qt::AlignBottom | oneLine,
-                      sizeMetrics_.elidedText(size, Qt::ElideRight, area.width));
-    painter_.setClipping(false);
+    const QString shown = nameFont_.elided(name, area.width());
+    write({nameFont_, shown, Side::start}, area, area.top() + nameFont_.ascent(), tile);
+    write({sizeFont_, sizeFont_.elided(size, area.width()), Side::start}, area,
+          area.bottom() - sizeFont_.height() + sizeFont_.ascent(), tile);
 }
 
 void TreemapLabels::writeLine(const Rect &line, const QString &name, const QString &size,
@@ -41,25 +35,42 @@ void TreemapLabels::writeLine(const Rect &line, const QString &name, const QStri
     constexpr double padding = DetailedStyle::padding;
     const QRectF area = toQRectF(line).adjusted(padding, 0, -padding, 0);
     double room = area.width();
-    painter_.setClipRect(toQRectF(line));
     painter_.setPen(color);
     if (!size.isEmpty()) {
-        painter_.setFont(sizeFont_);
-        painter_.drawText(area, Qt::AlignRight | Qt::AlignVCenter | oneLine, size);
-        room -= sizeMetrics_.horizontalAdvance(size) + 2 * padding;
+        write({sizeFont_, size, Side::end}, area, middleBaseline(area, sizeFont_), line);
+        room -= sizeFont_.widthOf(size) + 2 * padding;
     }
-    painter_.setFont(nameFont_);
-    painter_.drawText(area, Qt::AlignLeft | Qt::AlignVCenter | oneLine,
-                      nameMetrics_.elidedText(name, Qt::ElideMiddle, room));
-    painter_.setClipping(false);
+    write({nameFont_, nameFont_.elided(name, room), Side::start}, area, middleBaseline(area, nameFont_),
+          line);
 }
 
 void TreemapLabels::writeRemark(const Rect &area, const QString &remark, const QColor &color) {
-    if (sizeMetrics_.horizontalAdvance(remark) > area.width)
+    const qreal width = sizeFont_.widthOf(remark);
+    if (width > area.width)
         return;
     painter_.setPen(color);
-    painter_.setFont(sizeFont_);
-    painter_.drawText(toQRectF(area), Qt::AlignCenter | oneLine, remark);
+    const QRectF place = toQRectF(area).adjusted((area.width - width) / 2, 0, 0, 0);
+    write({sizeFont_, remark, Side::left}, place, middleBaseline(place, sizeFont_), area);
+}
+
+qreal TreemapLabels::middleBaseline(const QRectF &area, const LabelFont &font) {
+    return area.center().y() - font.height() / 2 + font.ascent();
+}
+
+/// Writes a text that fits into a line. Some scripts are higher than the line, so these are cut at `edge`.
+void TreemapLabels::write(const Text &text, const QRectF &line, qreal baseline, const Rect &edge) {
+    if (text.words.isEmpty())
+        return;
+    const bool isMirrored = painter_.layoutDirection() == Qt::RightToLeft;
+    const bool isLeft = text.side == Side::left || (text.side == Side::start) != isMirrored;
+    const qreal x = isLeft ? line.left() : line.right() - text.font.widthOf(text.words);
+    const bool isCut = !LabelFont::isPlain(text.words);
+    if (isCut)
+        painter_.setClipRect(toQRectF(edge));
+    painter_.setFont(text.font.font());
+    painter_.drawText(QPointF(x, baseline), text.words);
+    if (isCut)
+        painter_.setClipping(false);
 }
 
 } // namespace brimvale

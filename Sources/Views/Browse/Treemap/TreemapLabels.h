@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Core/Treemap/Squarify.h"
+#include "Views/Browse/Treemap/LabelFont.h"
 
 #include <QColor>
-#include <QFont>
-#include <QFontMetricsF>
+#include <QRectF>
 #include <QString>
 
 class QPainter;
@@ -27,11 +27,20 @@ public:
     void writeRemark(const Rect &area, const QString &remark, const QColor &color);
 
 private:
+    enum class Side { left, start, end };
+
+    /// Words that fit into their line, at one side of it.
+    struct Text {
+        const LabelFont &font;
+        const QString &words;
+        Side side;
+    };
+    void write(const Text &text, const QRectF &line, qreal baseline, const Rect &edge);
+    [[nodiscard]] static qreal middleBaseline(const QRectF &area, const LabelFont &font);
+
     QPainter &painter_;
-    const QFont nameFont_;
-    const QFont sizeFont_;
-    const QFontMetricsF nameMetrics_;
-    const QFontMetricsF sizeMetrics_;
+    const LabelFont nameFont_;
+    const LabelFont sizeFont_;
 };
 
 } // namespace brimvale

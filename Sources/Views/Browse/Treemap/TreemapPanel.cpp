@@ -25,6 +25,7 @@ TreemapPanel::TreemapPanel(TreemapView &map, QWidget *parent)
       legend_(new MapLegend(this)) {
     hovered_->setObjectName(QStringLiteral("hovered"));
     detailedMap_->setObjectName(QStringLiteral("detailedMap"));
+    detailedMap_->setIconText(u"\u00a0Detailed Map"_s); // a button puts its title close to the icon
     detailedMap_->setCheckable(true);
     detailedMap_->setToolTip(u"Also show what is inside the folders"_s);
     auto *layout = new QVBoxLayout(this);
@@ -62,6 +63,7 @@ QWidget *TreemapPanel::makeHead() {
     detailed->setDefaultAction(detailedMap_);
     detailed->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     detailed->setIconSize({Metrics::iconSize, Metrics::iconSize});
+    detailed->setAccessibleName(detailedMap_->text());
     detailed->setAutoRaise(true);
     detailed->setFocusPolicy(Qt::TabFocus);
     layout->addWidget(hovered_, 1);
@@ -77,6 +79,22 @@ void TreemapPanel::showState() {
     legend_->setVisible(isDetailed && by != MapColors::By::folder);
     map_.setColors(by);
     map_.setDetailed(isDetailed);
+}
+
+void TreemapPanel::setComparing(bool isComparing) {
+    constexpr int growth = static_cast<int>(MapColors::By::growth);
+    if (isComparing) {
+        wasDetailed_ = detailedMap_->isChecked();
+        colorsBefore_ = colors_->currentIndex();
+        colors_->insertItem(growth, u"By growth"_s);
+        colors_->setCurrentIndex(growth);
+        detailedMap_->setChecked(true);
+        return;
+    }
+    if (colors_->currentIndex() == growth)
+        colors_->setCurrentIndex(colorsBefore_);
+    colors_->removeItem(growth);
+    detailedMap_->setChecked(wasDetailed_);
 }
 
 void TreemapPanel::showLegend() {

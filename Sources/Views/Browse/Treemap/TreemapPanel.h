@@ -22,6 +22,10 @@ public:
     /// The switch for the detailed map, for a menu.
     [[nodiscard]] QAction *detailedMap() const { return detailedMap_; }
 
+    /// Whether the page is compared with an earlier scan: offers the colours for that and chooses them. When
+    /// it ends, the map is as before.
+    void setComparing(bool isComparing);
+
 protected:
     void changeEvent(QEvent *event) override;
 
@@ -37,6 +41,8 @@ private:
     QAction *detailedMap_;
     QComboBox *colors_;
     MapLegend *legend_;
+    bool wasDetailed_ = false; ///< before the comparison
+    int colorsBefore_ = 0;
 };
 
 } // namespace brimvale

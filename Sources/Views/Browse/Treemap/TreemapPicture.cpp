@@ -7,7 +7,6 @@
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 
-#include <QImage>
 #include <QPainterPath>
 #include <QtMath>
 #include <algorithm>
@@ -65,6 +64,23 @@ void fillFlat(QPainter &painter, const QRect &pixels, const QColor &fill, qreal 
     painter.fillRect(pixels.adjusted(0, 0, -gap, -gap), fill);
 }
 
+/// What tells the growth of tiles that are too small for a mark, besides their colour.
+Qt::BrushStyle patternOf(MapGrowth growth) {
+    switch (growth) {
+    case MapGrowth::grew:
+        return Qt::BDiagPattern;
+    case MapGrowth::appeared:
+        return Qt::CrossPattern;
+    case MapGrowth::moved:
+        return Qt::HorPattern;
+    case MapGrowth::shrank:
+        return Qt::FDiagPattern;
+    case MapGrowth::unchanged:
+        break;
+    }
+    return Qt::NoBrush;
+}
+
 /// Paints one picture on an image.
 class Painting {
 public:
@@ -82,8 +98,11 @@ private:
         return subject_.isHighlighted && !tile.isOpen() && !subject_.isHighlighted(*tile.node);
     }
     void paintSeparators();
+    void paintPattern(QPainter &painter, const QRect &pixels, const TreemapTile &tile) const;
+    [[nodiscard]] bool hasWords(const TreemapTile &tile) const;
     void writeLabel(TreemapLabels &labels, const TreemapTile &tile, const QColor &color) const;
     void writeRemarks(TreemapLabels &labels) const;
+    [[nodiscard]] QString nameOf(const FSNode &node) const;
 
     QImage &image_;
     const TreemapPicture::Subject &subject_;
@@ -123,9 +142,22 @@ void Painting::paintDetails() {
         if (standsBack(tile))
             colors_[i] =
                 DetailedStyle::dimmed(colors_[i], open.empty() ? surface_.background : colors_[open.back()]);
-        fillFlat(painter, pixelsOf(tile.rect, devicePixelRatio_), toQColor(colors_[i]), devicePixelRatio_);
+        const QRect pixels = pixelsOf(tile.rect, devicePixelRatio_);
+        fillFlat(painter, pixels, toQColor(colors_[i]), devicePixelRatio_);
+        if (subject_.colors.by == MapColors::By::growth && !tile.isOpen() &&
+            !DetailedStyle::hasName(tile.rect, Type::scale()))
+            paintPattern(painter, pixels, tile);
         open.push_back(i);
     }
+}
+
+void Painting::paintPattern(QPainter &painter, const QRect &pixels, const TreemapTile &tile) const {
+    constexpr float patternOpacity = 0.45F;
+    QColor lines =
+        toQColor(Contrast::readableOn(colors_[static_cast<std::size_t>(&tile - subject_.tiles.data())]));
+    lines.setAlphaF(patternOpacity);
+    painter.fillRect(pixels.adjusted(0, 0, -1, -1),
+                     QBrush(lines, patternOf(subject_.colors.growthOf(*tile.node))));
 }
 
 void Painting::writeLabels(Qt::LayoutDirection direction) const {
@@ -134,23 +166,34 @@ void Painting::writeLabels(Qt::LayoutDirection direction) const {
     painter.setLayoutDirection(direction);
     TreemapLabels labels(painter);
     for (std::size_t i = 0; i < subject_.tiles.size(); ++i)
-        writeLabel(labels, subject_.tiles[i], toQColor(Contrast::readableOn(colors_[i])));
+        if (const TreemapTile &tile = subject_.tiles[i]; hasWords(tile))
+            writeLabel(labels, tile, toQColor(Contrast::readableOn(colors_[i])));
     writeRemarks(labels);
+}
+
+/// With its mark.
+QString Painting::nameOf(const FSNode &node) const {
+    return text(std::string(subject_.colors.mark(node))) + displayedName(node);
+}
+
+/// The colour of words takes some time to find, so most tiles have none.
+bool Painting::hasWords(const TreemapTile &tile) const {
+    return tile.isOpen() || TreemapStyle::hasLabel(tile.rect, Type::scale()) ||
+           (subject_.isDetailed && DetailedStyle::hasName(tile.rect, Type::scale()));
 }
 
 void Painting::writeLabel(TreemapLabels &labels, const TreemapTile &tile, const QColor &color) const {
     if (tile.isOpen()) {
         const Rect heading = DetailedTreemap::heading(tile, Type::scale());
-        labels.writeLine(heading, displayedName(*tile.node),
+        labels.writeLine(heading, nameOf(*tile.node),
                          DetailedStyle::hasSize(heading, Type::scale())
                              ? text(TreemapStyle::sizeText(*tile.node))
                              : QString(),
                          color);
     } else if (TreemapStyle::hasLabel(tile.rect, Type::scale())) {
-        labels.writeTwoLines(tile.rect, displayedName(*tile.node), text(TreemapStyle::sizeText(*tile.node)),
-                             color);
-    } else if (subject_.isDetailed && DetailedStyle::hasName(tile.rect, Type::scale())) {
-        labels.writeLine(tile.rect, displayedName(*tile.node), {}, color);
+        labels.writeTwoLines(tile.rect, nameOf(*tile.node), text(TreemapStyle::sizeText(*tile.node)), color);
+    } else {
+        labels.writeLine(tile.rect, nameOf(*tile.node), {}, color);
     }
 }
 
@@ -167,19 +210,22 @@ void Painting::writeRemarks(TreemapLabels &labels) const {
 
 } // namespace
 
-QPixmap TreemapPicture::of(const Subject &subject, QSize size, const Theme &theme, qreal devicePixelRatio,
-                           Qt::LayoutDirection direction) {
-    QImage image((QSizeF(size) * devicePixelRatio).toSize(), QImage::Format_RGB32);
-    image.fill(theme.card);
-    Painting painting(image, subject, theme, devicePixelRatio);
+QImage TreemapPicture::of(const Subject &subject, const Look &look, std::vector<std::uint32_t> &pixels) {
+    const QSize size = (QSizeF(look.size) * look.devicePixelRatio).toSize();
+    const auto needed = static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height());
+    if (pixels.size() < needed)
+        pixels.resize(needed + needed / 8); // for a window that is being enlarged
+    QImage image(reinterpret_cast<uchar *>(pixels.data()), size.width(), size.height(),
+                 size.width() * qsizetype{sizeof(std::uint32_t)}, QImage::Format_RGB32);
+    image.fill(look.theme.card);
+    Painting painting(image, subject, look.theme, look.devicePixelRatio);
     if (subject.isDetailed)
         painting.paintDetails();
     else
         painting.paintTiles();
-    painting.writeLabels(direction);
-    QPixmap picture = QPixmap::fromImage(std::move(image));
-    picture.setDevicePixelRatio(devicePixelRatio);
-    return picture;
+    painting.writeLabels(look.direction);
+    image.setDevicePixelRatio(look.devicePixelRatio);
+    return image;
 }
 
 TreemapStyle::Surface TreemapPicture::surface(const Theme &theme) {

@@ -6,12 +6,14 @@
 #include "Core/Treemap/TreemapStyle.h"
 #include "Views/Components/Theme.h"
 
+#include <QImage>
 #include <QPainter>
-#include <QPixmap>
 #include <QRectF>
 #include <QSize>
+#include <cstdint>
 #include <functional>
 #include <span>
+#include <vector>
 
 namespace brimvale {
 
@@ -28,10 +30,18 @@ struct Subject {
     MapColors colors = {}; ///< of a detailed map
 };
 
-/// The picture in a rectangle of `size` points at the origin. Labels are at the start of lines in
-/// `direction`.
-[[nodiscard]] QPixmap of(const Subject &subject, QSize size, const Theme &theme, qreal devicePixelRatio,
-                         Qt::LayoutDirection direction);
+/// How the picture is drawn: in a rectangle of `size` points at the origin, with labels at the start of lines
+/// in `direction`.
+struct Look {
+    QSize size;
+    const Theme &theme;
+    qreal devicePixelRatio;
+    Qt::LayoutDirection direction;
+};
+
+/// The picture, in these pixels, which must outlive it. They grow when needed, and are used again for the
+/// next picture: new memory of this size costs as much time as painting.
+[[nodiscard]] QImage of(const Subject &subject, const Look &look, std::vector<std::uint32_t> &pixels);
 
 /// The surface that is drawn on, a card.
 [[nodiscard]] TreemapStyle::Surface surface(const Theme &theme);

@@ -2,6 +2,7 @@
 
 #include "Base/Date.h"
 #include "Core/Treemap/TreemapStyle.h"
+#include "Core/Treemap/TreemapSvg.h"
 #include "Views/Browse/Treemap/TreemapPicture.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Theme.h"
@@ -57,14 +58,47 @@ void TreemapView::setDetailed(bool isDetailed) {
 }
 
 void TreemapView::setColors(MapColors::By by) {
-    colors_ = {by, FSNode::secondsOf(now())};
+    colors_ = {by, FSNode::secondsOf(now()), [this](const FSNode &node) { return growthOf(node); }};
     forgetPicture();
+}
+
+void TreemapView::setChanges(std::function<NodeChange(const FSNode &)> changeOf) {
+    changeOf_ = std::move(changeOf);
+    forgetPicture();
+}
+
+MapGrowth TreemapView::growthOf(const FSNode &node) const {
+    switch (changeOf_ ? changeOf_(node).kind : NodeChange::Kind::unchanged) {
+    case NodeChange::Kind::appeared:
+        return MapGrowth::appeared;
+    case NodeChange::Kind::moved:
+        return MapGrowth::moved;
+    case NodeChange::Kind::grew:
+        return MapGrowth::grew;
+    case NodeChange::Kind::shrank:
+        return MapGrowth::shrank;
+    case NodeChange::Kind::unchanged:
+        break;
+    }
+    return MapGrowth::unchanged;
 }
 
 std::vector<MapColors::Entry> TreemapView::legend() const {
     if (!isDetailed_)
         return {};
     return colors_.legend(tiles_, TreemapPicture::surface(Theme::current()));
+}
+
+std::string TreemapView::svg() const {
+    if (node_ == nullptr)
+        return {};
+    const std::string path = node_->path();
+    if (!isDetailed_)
+        return treemapSvg({path, width(), height(), tiles_});
+    // In the picture, words have their usual size.
+    const DetailedTreemap::Layout layout =
+        DetailedTreemap(*node_).layout({0, 0, static_cast<double>(width()), static_cast<double>(height())});
+    return treemapSvg({path, width(), height(), layout.tiles, true, colors_});
 }
 
 void TreemapView::setHighlighted(std::function<bool(const FSNode &)> isHighlighted) {
@@ -144,9 +178,9 @@ void TreemapView::paintEvent(QPaintEvent *) {
     const qreal scale = painter.deviceTransform().m11();
     const qreal ratio = scale > 0 ? scale : devicePixelRatioF();
     if (picture_.isNull() || picture_.devicePixelRatio() != ratio)
-        picture_ = TreemapPicture::of({tiles_, isDetailed_, smaller_, isHighlighted_, colors_}, size(), theme,
-                                      ratio, layoutDirection());
-    painter.drawPixmap(0, 0, picture_);
+        picture_ = TreemapPicture::of({tiles_, isDetailed_, smaller_, isHighlighted_, colors_},
+                                      {size(), theme, ratio, layoutDirection()}, pixels_);
+    painter.drawImage(0, 0, picture_);
     if (node_ != nullptr && tiles_.empty() && smaller_.empty()) {
         painter.setPen(theme.tertiaryText);
         painter.setFont(Type::font(Type::Size::body));

@@ -1,18 +1,21 @@
 #pragma once
 
+#include "Core/Export/Comparison.h"
 #include "Core/Treemap/DetailedTreemap.h"
 #include "Core/Treemap/MapColors.h"
 #include "Core/Treemap/Treemap.h"
 #include "Core/Treemap/TreemapNavigation.h"
 
-#include <QPixmap>
+#include <QImage>
 #include <QPoint>
 #include <QWidget>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 class QHelpEvent;
@@ -50,6 +53,9 @@ public:
 
     /// What the colours of a detailed map tell (the folder).
     void setColors(MapColors::By by);
+    /// What became of the nodes since an earlier scan, for tool tips and colours; empty where there is none.
+    /// Call it again when the answers change.
+    void setChanges(std::function<NodeChange(const FSNode &)> changeOf);
     /// The colours on the map as it is now; none where they tell the folder or it is not a detailed map.
     [[nodiscard]] std::vector<MapColors::Entry> legend() const;
 
@@ -66,6 +72,8 @@ public:
     [[nodiscard]] std::optional<std::size_t> selectedTile() const { return selectedTile_; }
     /// The innermost tile there.
     [[nodiscard]] std::optional<std::size_t> tileAt(const QPointF &position) const;
+    /// The tiles as a picture (`treemapSvg`), in the light colours; empty without a folder.
+    [[nodiscard]] std::string svg() const;
     /// The pixels of the widget that a tile touches.
     [[nodiscard]] QRect tileArea(std::size_t index) const;
     /// A tile's name (in a detailed map, its path) and, in another line, its size.
@@ -115,6 +123,7 @@ private:
     void layOutDetails(const Rect &place);
     void findSelectedTile();
     void forgetPicture();
+    [[nodiscard]] MapGrowth growthOf(const FSNode &node) const;
     [[nodiscard]] std::optional<std::size_t> tileOf(const FSNode *node) const;
     void drawStates(QPainter &painter, const Theme &theme, qreal devicePixelRatio) const;
     void setHoveredTile(std::optional<std::size_t> index);
@@ -137,9 +146,11 @@ private:
     std::vector<DetailedTreemap::SmallerItems> smaller_;
     std::function<bool(const FSNode &)> isHighlighted_;
     MapColors colors_;
+    std::function<NodeChange(const FSNode &)> changeOf_;
     std::optional<std::size_t> selectedTile_;
     std::optional<std::size_t> hoveredTile_;
-    QPixmap picture_; ///< the tiles without selection; null if it must be painted again
+    std::vector<std::uint32_t> pixels_; ///< of the picture
+    QImage picture_;                    ///< the tiles without selection; null if it must be painted again
 };
 
 } // namespace brimvale

@@ -1,4 +1,5 @@
 #include "Core/Treemap/TreemapStyle.h"
+#include "Views/Browse/Compare/ChangeTexts.h"
 #include "Views/Browse/Treemap/TreemapView.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
@@ -27,7 +28,9 @@ QString TreemapView::toolTipOf(std::size_t index) const {
         lines += QLatin1Char('\n') + displayedText(node.path());
     else if (isDetailed_)
         lines = displayedText(node.path());
-    return lines + QLatin1Char('\n') + text(TreemapStyle::sizeText(node));
+    lines += QLatin1Char('\n') + text(TreemapStyle::sizeText(node));
+    const QString change = changeOf_ ? changeSentence(changeOf_(node)) : QString();
+    return change.isEmpty() ? lines : lines + QLatin1Char('\n') + change;
 }
 
 bool TreemapView::event(QEvent *event) {

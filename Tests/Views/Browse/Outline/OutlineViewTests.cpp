@@ -241,9 +241,10 @@ TEST_F(OutlineWindow, ShowsTheColumnsThatTheUserChooses) {
         return columns;
     };
     const std::vector<int> usual = shown();
-    QPointer<QMenu> menu = header.makeMenu();
+    QMenu menu;
+    header.addColumns(menu);
     const auto choose = [&](const QString &title) {
-        for (QAction *action : menu->actions())
+        for (QAction *action : menu.actions())
             if (action->text() == title)
                 return action->trigger();
         FAIL() << title.toStdString();
@@ -259,7 +260,6 @@ TEST_F(OutlineWindow, ShowsTheColumnsThatTheUserChooses) {
     choose(QStringLiteral("Default Columns"));
     EXPECT_EQ(shown(), usual);
     EXPECT_EQ(header.visualIndex(OutlineModel::filesColumn), OutlineModel::filesColumn);
-    delete menu;
 }
 
 TEST_F(OutlineWindow, MovesTheEdgesOfColumnsWithThePointer) {

@@ -1,14 +1,19 @@
 #include "Core/Text/Formatting.h"
+#include "Views/Browse/Treemap/LabelFont.h"
 #include "Views/Browse/Treemap/ShownTreemap.h"
 #include "Views/Components/Contrast.h"
 #include "Views/Components/Theme.h"
 
 #include <QApplication>
+#include <QFontMetricsF>
 #include <QImage>
 #include <QPaintEvent>
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <set>
+
+using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
@@ -241,6 +246,26 @@ TEST(TreemapPainting, LeavesNothingOfAFolderThatIsGone) {
     QImage card(picture.size(), picture.format());
     card.fill(Theme::current().card);
     EXPECT_EQ(picture, card);
+}
+
+TEST(LabelFont, MeasuresAndCutsLikeATextLayout) {
+    const QFont font = Type::font(Type::Size::caption, QFont::Medium);
+    const LabelFont labels(font);
+    const QFontMetricsF metrics(font);
+    for (const QString &text : {u"IMG_2041.JPG"_s, u"a"_s, u"quarterly report (final).pdf"_s, u"Überblick"_s,
+                                u"データ.bin"_s, QString()}) {
+        SCOPED_TRACE(text.toStdString());
+        const qreal width = metrics.horizontalAdvance(text);
+        EXPECT_NEAR(labels.widthOf(text), width, 0.05 * width + 0.5);
+        EXPECT_EQ(labels.elided(text, width + 3), text);
+        const QString cut = labels.elided(text, width / 2);
+        EXPECT_LE(metrics.horizontalAdvance(cut), std::max(width / 2 + 3, metrics.horizontalAdvance(u'…')));
+        if (text.size() > 8) {
+            EXPECT_TRUE(cut.contains(u'…'));
+            EXPECT_EQ(cut.front(), text.front());
+            EXPECT_EQ(cut.back(), text.back());
+        }
+    }
 }
 
 } // namespace brimvale
