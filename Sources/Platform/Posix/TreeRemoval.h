@@ -111,6 +111,7 @@ private:
     std::list<Branch> branches_; ///< the first is the item's parent folder
     std::vector<Branch *> open_; ///< the open ones after the first, oldest first
     std::size_t mostOpen_;
+    std::size_t mostHelpers_; ///< besides the first thread
     std::vector<std::thread> helpers_;
     std::size_t idleThreads_ = 0;
 };
