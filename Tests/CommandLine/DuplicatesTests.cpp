@@ -40,12 +40,12 @@ TEST(Duplicates, AreListedByWhatTheyFree) {
 
 TEST(Duplicates, ProtectedFilesStay) {
     const TemporaryFolder folder;
-    const std::string home = folder.makeFolder("home");
-    const std::string secret = folder.writeFile("home/.Private/key", "equal");
-    std::filesystem::last_write_time(folder.writeFile("home/old", "equal"),
+    const std::string home = folder.makeFolder("home/sam");
+    const std::string secret = folder.writeFile("home/sam/.Private/key", "equal");
+    std::filesystem::last_write_time(folder.writeFile("home/sam/old", "equal"),
                                      std::filesystem::file_time_type::clock::now() -
                                          std::chrono::hours(9999));
-    folder.writeFile("home/.Private/other", "equal");
+    folder.writeFile("home/sam/.Private/other", "equal");
     const QJsonObject json =
         jsonIn(runProgramOnLinux(folder.path(), {"duplicates", "--json", home}, inHome(home))).object();
     const QJsonArray files = json["groups"].toArray()[0].toObject()["files"].toArray();

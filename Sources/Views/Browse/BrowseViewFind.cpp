@@ -146,7 +146,7 @@ bool BrowseView::leadsMapToMatch(const FSNode &node) const {
 }
 
 void BrowseView::chooseList(int tab) {
-    QWidget *const list = tab == 0                ? static_cast<QWidget *>(outline_)
+    QWidget *const list = tab == 0               ? static_cast<QWidget *>(outline_)
                           : tab == duplicatesTab ? static_cast<QWidget *>(duplicates_)
                           : tab == changesTab_   ? static_cast<QWidget *>(changes_)
                                                  : find_;

@@ -15,6 +15,8 @@ namespace brimvale {
 
 namespace {
 
+constexpr int tabScrollButtonWidth = 24;
+
 constexpr qreal buttonRadius = 6;
 constexpr int buttonHeight = 28;
 constexpr int buttonPadding = 8; ///< in addition to Fusion's
@@ -218,10 +220,17 @@ QRect WindowStyle::subControlRect(ComplexControl control, const QStyleOptionComp
 }
 
 int WindowStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const {
-    if (metric == PM_IndicatorWidth || metric == PM_IndicatorHeight)
+    switch (metric) {
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
         return tickBoxSize;
-    return metric == PM_ScrollBarExtent ? Metrics::scrollBarWidth
-                                        : QProxyStyle::pixelMetric(metric, option, widget);
+    case PM_ScrollBarExtent:
+        return Metrics::scrollBarWidth;
+    case PM_TabBarScrollButtonWidth:
+        return tabScrollButtonWidth;
+    default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
 }
 
 int WindowStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,

@@ -164,7 +164,7 @@ TEST(TreeBuilder, ShowsGrowingFiguresThatEndAsTheTree) {
     }
 }
 
-TEST(TreeBuilder, MarksFoldersOfCloudProviders) {
+TEST(TreeBuilder, MarksFoldersOfCloudProvidersAndOtherVolumes) {
     ScanStats stats;
     ScanState state({}, stats);
     FSNode root("root", "/root", true);
@@ -173,14 +173,14 @@ TEST(TreeBuilder, MarksFoldersOfCloudProviders) {
     {
         TreeBuilder builder(state);
         EXPECT_FALSE(builder.subfolder(top, "/root/top", "cloud", {1, 2}, SubfolderKind::dataless));
-        EXPECT_TRUE(builder.subfolder(top, "/root/top", "volume", {2, 2}, SubfolderKind::otherVolume));
+        EXPECT_FALSE(builder.subfolder(top, "/root/top", "volume", {2, 2}, SubfolderKind::otherVolume));
         builder.leave(top);
     }
     rollUp(root, state);
     ASSERT_EQ(top->children().size(), 2U);
     const FSNode &cloud = *top->children().front();
     EXPECT_TRUE(cloud.isNotDescended && cloud.isCloudProvider);
-    EXPECT_FALSE(top->children().back()->isNotDescended);
+    EXPECT_EQ(top->children().back()->skipReason, SkipReason::otherVolume);
     EXPECT_EQ(top->dirCount, 2);
 }
 
