@@ -1,7 +1,10 @@
-// Makes the tree that the scan benchmark measures: many small files in many folders, all under one top-level
-// folder, so that nothing but the depth of the tree can be shared out between threads.
+// Makes the trees that the benchmarks measure. The usual one has many small files in many folders, all under
+// one top-level folder, so that nothing but the depth of the tree can be shared out between threads.
 //
-//     MakeTree [--in FOLDER] [--files N] [--folders N]
+//     MakeTree [--in FOLDER] [--files N] [--folders N] [--shape usual|empty|chain|flat]
+//
+// The other shapes: "empty" has empty files only, which are made quickly; "chain" is one folder in the other,
+// each with one empty file, --folders of them; "flat" is one folder with all files, which are empty.
 //
 // The same numbers make the same tree everywhere. A tree is made once: a stamp beside it says that it is
 // complete, and one that was broken off is completed. Prints the tree's path.
@@ -30,7 +33,11 @@ constexpr int recipe = 1;
 constexpr int deepest = 12;
 constexpr int kibibyte = 1024;
 
+enum class Shape { usual, empty, chain, flat };
+constexpr std::array<std::string_view, 4> shapeNames = {"usual", "empty", "chain", "flat"};
+
 struct Settings {
+    Shape shape = Shape::usual;
     std::string folder;
     std::size_t files = 460'000;
     std::size_t folders = 40'000;
@@ -117,7 +124,7 @@ void makeFile(int folder, const std::string &name, std::size_t size, const std::
 }
 
 /// One folder's files, some of which are links of both kinds to the file made before.
-void makeFiles(int folder, std::size_t count, Dice &dice, const std::vector<char> &contents) {
+void makeFiles(int folder, std::size_t count, Dice &dice, const std::vector<char> &contents, bool areEmpty) {
     static constexpr std::array<std::string_view, 6> suffixes = {".txt", ".dat",  ".json",
                                                                  ".o",   ".jpeg", ".h"};
     std::string earlier;
@@ -129,7 +136,7 @@ void makeFiles(int folder, std::size_t count, Dice &dice, const std::vector<char
         else if (!earlier.empty() && dice.perMille(10))
             result = symlinkat(earlier.c_str(), folder, name.c_str());
         else
-            makeFile(folder, earlier = name, sizeFrom(dice), contents);
+            makeFile(folder, earlier = name, areEmpty ? 0 : sizeFrom(dice), contents);
         if (result != 0 && errno != EEXIST)
             fail(name);
     }
@@ -149,9 +156,58 @@ void makeTree(const std::string &top, const Settings &settings) {
         const int folder = open(paths[i].c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         if (folder < 0)
             fail(paths[i]);
-        makeFiles(folder, folders[i].files, dice, contents);
+        makeFiles(folder, folders[i].files, dice, contents, settings.shape == Shape::empty);
         close(folder);
     }
+}
+
+int openFolder(int parent, const char *name) {
+    const int folder = openat(parent, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0)
+        fail(name);
+    return folder;
+}
+
+/// Made relative to the folder before, because the paths become longer than the system takes.
+void makeChain(const std::string &top, std::size_t folders) {
+    int folder = openFolder(AT_FDCWD, top.c_str());
+    for (std::size_t i = 0; i < folders; ++i) {
+        makeFile(folder, "file", 0, {});
+        if (mkdirat(folder, "folder", 0755) != 0 && errno != EEXIST)
+            fail("folder");
+        const int next = openFolder(folder, "folder");
+        close(folder);
+        folder = next;
+    }
+    close(folder);
+}
+
+void makeFlat(const std::string &top, std::size_t files) {
+    const std::string path = top + "/folder";
+    if (mkdir(path.c_str(), 0755) != 0 && errno != EEXIST)
+        fail(path);
+    const int folder = openFolder(AT_FDCWD, path.c_str());
+    Dice dice(20'260'101);
+    for (std::size_t i = 0; i < files; ++i)
+        makeFile(folder, nameFrom(dice, i), 0, {});
+    close(folder);
+}
+
+void make(const std::string &top, const Settings &settings) {
+    if (settings.shape == Shape::chain)
+        makeChain(top, settings.folders);
+    else if (settings.shape == Shape::flat)
+        makeFlat(top, settings.files);
+    else
+        makeTree(top, settings);
+}
+
+/// Says what the tree is, so that each is made once.
+std::string nameOf(const Settings &settings) {
+    std::string name = "tree-" + std::to_string(settings.files) + "-in-" + std::to_string(settings.folders);
+    if (settings.shape != Shape::usual)
+        name.append("-").append(shapeNames[static_cast<std::size_t>(settings.shape)]);
+    return name.append("-v").append(std::to_string(recipe));
 }
 
 std::string cacheFolder() {
@@ -172,11 +228,20 @@ Settings settingsFrom(int count, char **arguments) {
             settings.files = std::strtoul(value, nullptr, 10);
         else if (option == "--folders")
             settings.folders = std::strtoul(value, nullptr, 10);
+        else if (const auto *shape = std::find(shapeNames.begin(), shapeNames.end(), std::string_view(value));
+                 option == "--shape" && shape != shapeNames.end())
+            settings.shape = static_cast<Shape>(shape - shapeNames.begin());
         else
             settings.folders = 0;
     }
+    if (settings.shape == Shape::chain)
+        settings.files = settings.folders;
+    else if (settings.shape == Shape::flat)
+        settings.folders = 1;
     if (settings.folder.empty() || settings.folders == 0 || settings.files < settings.folders) {
-        std::fputs("usage: MakeTree [--in FOLDER] [--files N] [--folders N]\n", stderr);
+        std::fputs(
+            "usage: MakeTree [--in FOLDER] [--files N] [--folders N] [--shape usual|empty|chain|flat]\n",
+            stderr);
         std::exit(2);
     }
     return settings;
@@ -186,15 +251,14 @@ Settings settingsFrom(int count, char **arguments) {
 
 int main(int argumentCount, char **arguments) {
     const Settings settings = settingsFrom(argumentCount, arguments);
-    const std::string tree = settings.folder + "/tree-" + std::to_string(settings.files) + "-in-" +
-                             std::to_string(settings.folders) + "-v" + std::to_string(recipe);
+    const std::string tree = settings.folder + "/" + nameOf(settings);
     const std::string stamp = tree + ".complete";
     if (!std::filesystem::exists(stamp)) {
         std::fprintf(stderr, "Making %zu files in %zu folders, once: %s\n", settings.files, settings.folders,
                      tree.c_str());
         std::error_code error;
         std::filesystem::create_directories(tree, error);
-        makeTree(tree, settings);
+        make(tree, settings);
         sync(); // what is still to be written would disturb the first measurements
         std::ofstream(stamp).close();
     }
