@@ -113,10 +113,10 @@ std::optional<FolderHandle> TreeBuilder::subfolder(FolderHandle folder, const st
         child->markSkipped(true);
     else if (kind == SubfolderKind::snapshot)
         child->markSkipped(false, SkipReason::snapshot);
-    else if (kind == SubfolderKind::otherVolume)
-        child->skipReason = SkipReason::otherVolume;
     else if (state_.skipped.contains(folderPath, name))
         child->markSkipped(state_.options.cloudProviderPaths.contains(child->path()));
+    else if (kind == SubfolderKind::otherVolume)
+        child->skipReason = SkipReason::otherVolume;
     else {
         ++subfolders_;
         return child;
