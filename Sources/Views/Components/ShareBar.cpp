@@ -15,7 +15,8 @@ constexpr qreal leastFilled = 2;
 
 void paintShareBar(QPainter &painter, const QRect &cell, double share, const QColor &track,
                    const QColor &fill) {
-    const QRectF bar(cell.left(), cell.center().y() - shareBarHeight / 2 + 1, cell.width(), shareBarHeight);
+    const int top = cell.center().y() - shareBarHeight / 2 + 1; // on a whole pixel
+    const QRectF bar(cell.left(), top, cell.width(), shareBarHeight);
     const qreal radius = bar.height() / 2;
     QPainterPath shape;
     shape.addRoundedRect(bar, radius, radius);

@@ -16,7 +16,7 @@ namespace brimvale {
 namespace {
 
 constexpr int tabScrollButtonWidth = 24;
-
+constexpr int toolButtonIndent = 4; ///< before an icon with words beside it
 constexpr qreal buttonRadius = 6;
 constexpr int buttonHeight = 28;
 constexpr int buttonPadding = 8; ///< in addition to Fusion's
@@ -170,11 +170,17 @@ void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
 void WindowStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                               const QWidget *widget) const {
     const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
+    const auto *toolButton = qstyleoption_cast<const QStyleOptionToolButton *>(option);
     if (element == CE_PushButtonLabel && button != nullptr)
         paintButtonLabel(*button, *painter);
     else if (element == CE_MenuEmptyArea)
         painter->fillRect(option->rect, option->palette.color(QPalette::Base));
-    else {
+    else if (toolButton != nullptr && element == CE_ToolButtonLabel &&
+             toolButton->toolButtonStyle == Qt::ToolButtonTextBesideIcon) {
+        QStyleOptionToolButton indented = *toolButton; // Qt puts the icon at the edge
+        indented.rect.adjust(toolButtonIndent, 0, 0, 0);
+        QProxyStyle::drawControl(element, &indented, painter, widget);
+    } else {
         // Qt fills the rows in the list of a combo box with the colour of the window.
         if (element == CE_MenuItem && qobject_cast<const QComboBox *>(widget) != nullptr)
             painter->fillRect(option->rect, option->palette.color(QPalette::Base));
