@@ -46,7 +46,7 @@ public:
 private:
     /// A node whose object is still open.
     struct Node {
-        ListedEntry entry;
+        TreeEntry entry;
         std::string path; ///< only the root has one
         bool isOpened = false;
     };
@@ -122,12 +122,12 @@ private:
     }
 
     /// What a folder claims beyond the sum of its children: they may have been left out of the document.
-    ListedEntry beyondChildren(const ListedEntry &claimed) const {
+    TreeEntry beyondChildren(const TreeEntry &claimed) const {
         const FSNode &folder = *tree_.innermost();
         const auto beyond = [](std::int64_t claim, std::int64_t counted) {
             return claim < 0 ? claim : std::max<std::int64_t>(claim - counted, 0);
         };
-        ListedEntry own = claimed;
+        TreeEntry own = claimed;
         own.size = beyond(claimed.size, folder.size);
         own.logicalSize = beyond(claimed.logicalSize, folder.logicalSize);
         own.fileCount = beyond(claimed.fileCount, folder.fileCount);
@@ -136,7 +136,7 @@ private:
     }
 
     void readMember(Node &node, const std::string &key, Token value) {
-        ListedEntry &entry = node.entry;
+        TreeEntry &entry = node.entry;
         if (value == Token::text)
             readText(node, key);
         else if (value == Token::number)
@@ -161,7 +161,7 @@ private:
         }
     }
 
-    static void readFigure(ListedEntry &entry, const std::string &key, std::int64_t number) {
+    static void readFigure(TreeEntry &entry, const std::string &key, std::int64_t number) {
         if (key == "size")
             entry.size = number;
         else if (key == "logicalSize")
@@ -172,7 +172,7 @@ private:
             entry.dirCount = number;
     }
 
-    static void readFlag(ListedEntry &entry, const std::string &key, bool truth) {
+    static void readFlag(TreeEntry &entry, const std::string &key, bool truth) {
         if (key == "isDirectory")
             entry.isDirectory = truth;
         else if (key == "isAggregate")

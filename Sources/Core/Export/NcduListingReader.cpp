@@ -14,7 +14,7 @@ namespace {
 
 /// The information that ncdu has about one entry.
 struct Info {
-    ListedEntry entry = {};
+    TreeEntry entry = {};
     std::int64_t device = 0;
     std::int64_t inode = 0;
 };
@@ -133,7 +133,7 @@ private:
     }
 
     void readMember(Info &info, const std::string &key, Token value) {
-        ListedEntry &entry = info.entry;
+        TreeEntry &entry = info.entry;
         if (value == Token::number)
             readFigure(info, key);
         else if (value == Token::text && key == "name")

@@ -162,14 +162,14 @@ public:
 
 private:
     struct Folder {
-        ListedEntry entry;
+        TreeEntry entry;
         std::uint64_t childrenLeft;
     };
 
     void node() {
         const auto flags = static_cast<unsigned>(byte());
         const bool isRoot = folders_.empty();
-        ListedEntry entry;
+        TreeEntry entry;
         entry.isDirectory = (flags & directory) != 0;
         entry.isAggregate = (flags & aggregateNode) != 0;
         entry.isUnreadable = (flags & unreadableNode) != 0;
@@ -191,7 +191,7 @@ private:
             place(entry, identity, children / 2, (flags & linkedFiles) != 0);
     }
 
-    void place(const ListedEntry &entry, const std::optional<FileIdentity> &identity, std::uint64_t children,
+    void place(const TreeEntry &entry, const std::optional<FileIdentity> &identity, std::uint64_t children,
                bool hasLinkedFiles) {
         if (!folders_.empty())
             --folders_.back().childrenLeft;
@@ -226,7 +226,7 @@ private:
         return value < mostReasons ? static_cast<SkipReason>(value) : SkipReason::leftOut;
     }
 
-    void readFigures(ListedEntry &entry) {
+    void readFigures(TreeEntry &entry) {
         const std::uint64_t size = number();
         const bool isBelieved = size / 2 <= static_cast<std::uint64_t>(mostBelievedBytes);
         entry.size = isBelieved ? signedOf(size / 2) * (size & 1 ? 1 : blockSize) : -1;

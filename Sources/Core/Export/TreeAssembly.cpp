@@ -49,7 +49,7 @@ std::optional<std::string_view> TreeAssembly::faultOfName(std::string_view name)
     return std::nullopt;
 }
 
-FSNode &TreeAssembly::open(const ListedEntry &folder) {
+FSNode &TreeAssembly::open(const TreeEntry &folder) {
     if (innermost_ == nullptr) {
         root_ = rootAt(folder.name);
         innermost_ = root_.get();
@@ -60,7 +60,7 @@ FSNode &TreeAssembly::open(const ListedEntry &folder) {
     return *innermost_;
 }
 
-void TreeAssembly::add(const ListedEntry &entry) {
+void TreeAssembly::add(const TreeEntry &entry) {
     if (entry.isDirectory) {
         open(entry);
         return close(entry);
@@ -73,7 +73,7 @@ void TreeAssembly::add(const ListedEntry &entry) {
     node.fileCount = 0;
     node.modified = entry.modified;
     parent.hasLinkedFiles = parent.hasLinkedFiles || entry.isLinkedFile;
-    ListedEntry counted = entry;
+    TreeEntry counted = entry;
     if (!entry.isAggregate)
         counted.fileCount = std::clamp<std::int64_t>(entry.fileCount, 0, 1);
     counted.dirCount = 0;
@@ -81,7 +81,7 @@ void TreeAssembly::add(const ListedEntry &entry) {
     addToParent(node);
 }
 
-void TreeAssembly::close(const ListedEntry &own) {
+void TreeAssembly::close(const TreeEntry &own) {
     FSNode &folder = *innermost_;
     if (own.skipReason)
         folder.markSkipped(own.isCloudProvider, *own.skipReason);
@@ -92,7 +92,7 @@ void TreeAssembly::close(const ListedEntry &own) {
         addToParent(folder);
 }
 
-void TreeAssembly::count(FSNode &node, const ListedEntry &entry) {
+void TreeAssembly::count(FSNode &node, const TreeEntry &entry) {
     const bool isAdmitted = admits(entry);
     node.unreadable = entry.isUnreadable || !isAdmitted;
     unreadable_ += node.unreadable ? 1 : 0;
@@ -104,7 +104,7 @@ void TreeAssembly::count(FSNode &node, const ListedEntry &entry) {
     node.dirCount = checkedAdd(node.dirCount, entry.dirCount);
 }
 
-bool TreeAssembly::admits(const ListedEntry &entry) {
+bool TreeAssembly::admits(const TreeEntry &entry) {
     const bool isCounted = isBelieved(entry.fileCount, mostBelievedFiles) &&
                            isBelieved(entry.dirCount, mostBelievedFiles) &&
                            isBelieved(counted_ + entry.fileCount + entry.dirCount, mostBelievedFiles);

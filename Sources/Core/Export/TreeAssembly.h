@@ -13,7 +13,7 @@
 namespace brimvale {
 
 /// What a list says about one entry. Others wrote it, so every figure may be anything.
-struct ListedEntry {
+struct TreeEntry {
     std::string name = {}; ///< of the root its path
     bool isDirectory = false;
     bool isAggregate = false;
@@ -37,13 +37,13 @@ public:
     [[nodiscard]] static std::optional<std::string_view> faultOfName(std::string_view name);
 
     /// Opens a folder in the innermost open one. The first is the root. Its figures count when it is closed.
-    FSNode &open(const ListedEntry &folder);
+    FSNode &open(const TreeEntry &folder);
 
     /// Adds what has no entries of its own to the innermost open folder.
-    void add(const ListedEntry &entry);
+    void add(const TreeEntry &entry);
 
     /// Closes the innermost folder. `own` is what no entry in it counts.
-    void close(const ListedEntry &own);
+    void close(const TreeEntry &own);
 
     /// The innermost open folder; null before the root and after its end.
     [[nodiscard]] FSNode *innermost() const { return innermost_; }
@@ -58,8 +58,8 @@ public:
     [[nodiscard]] std::int64_t unreadable() const { return unreadable_; }
 
 private:
-    void count(FSNode &node, const ListedEntry &entry);
-    [[nodiscard]] bool admits(const ListedEntry &entry);
+    void count(FSNode &node, const TreeEntry &entry);
+    [[nodiscard]] bool admits(const TreeEntry &entry);
 
     std::unique_ptr<FSNode> root_;
     FSNode *innermost_ = nullptr;

@@ -137,6 +137,7 @@ TEST_F(ChooserPortalTest, LetsTheDesktopAskForAFile) {
         }
         kinds.endArray();
     }
+    kinds.endArray();
     EXPECT_EQ(titles, QStringList({"Lists", "0*.json", "0*.scan", "All files", "0*"}));
     answer(0, {"file:///home/list.json"});
     EXPECT_TRUE(testing::eventually([&] { return chosen.size() == 2; }));
