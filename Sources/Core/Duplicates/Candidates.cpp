@@ -1,13 +1,13 @@
 #include "Core/Duplicates/Candidates.h"
 
+#include "Base/FileURL.h"
+#include "Core/Scan/FileVisitor.h"
 #include "Core/Scan/PlaceOfWalk.h"
-#include "Core/Scan/SumLimit.h"
 #include "Platform/Dataless.h"
 #include "Platform/DirectoryWalk.h"
 
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
 #include <iterator>
 #include <memory>
 #include <mutex>
@@ -21,78 +21,36 @@ namespace brimvale {
 namespace {
 
 /// What all walks of a search share.
-struct CandidateSearch {
-    std::int64_t leastLength;
-    SkipList skipped;
-    ScanStats &stats;
-    SumLimit limit = {};
+struct CandidateSearch : FileSearchState {
+    std::int64_t leastLength = 1;
     std::atomic<std::int64_t> dataless = 0;
     std::mutex lock = {}; ///< protects what was found
     std::vector<Candidate> found = {};
 };
 
 /// Notes the files of one walk, and adds them to the others at its end.
-class CandidateVisitor final : public WalkVisitor {
+class CandidateVisitor final : public FileVisitor {
 public:
-    explicit CandidateVisitor(CandidateSearch &search) : search_(search) {}
+    explicit CandidateVisitor(CandidateSearch &search) : FileVisitor(search), search_(search) {}
 
     ~CandidateVisitor() override {
-        publish();
         const std::lock_guard guard(search_.lock);
         std::move(files_.begin(), files_.end(), std::back_inserter(search_.found));
     }
+    CandidateVisitor(const CandidateVisitor &) = delete;
+    CandidateVisitor &operator=(const CandidateVisitor &) = delete;
 
-    void enter(FolderHandle, const std::string &path, int depth) override {
-        folder_ = path;
-        if (depth > 2)
-            return;
-        publish();
-        search_.stats.setCurrent(path);
-    }
-    bool hasUnseen(const std::string &path) override { return search_.skipped.hasUnseen(path); }
-    bool leavesUnseen(FolderHandle, const std::string &folderPath, std::string_view name) override {
-        return search_.skipped.unseen(joinPath(folderPath, name)).has_value();
-    }
-
-    void file(FolderHandle, std::string_view name, const FileStatus &status) override {
+    void file(FolderHandle /*folder*/, std::string_view name, const FileStatus &status) override {
         if (status.kind != FileKind::regularFile || status.length < search_.leastLength)
             return;
-        if (status.isDataless) {
+        if (status.isDataless)
             ++search_.dataless;
-            return;
-        }
-        if (!search_.limit.admits(status))
-            return search_.stats.addUnreadable(joinPath(folder_, name), UnreadableItem::claimsTooMuch);
-        ++visited_;
-        visitedBytes_ += status.allocatedBytes; // within the limit of all sums
-        files_.push_back({joinPath(folder_, name), status});
+        else if (count(name, status))
+            files_.push_back({pathOf(name), status});
     }
-
-    std::optional<FolderHandle> subfolder(FolderHandle, const std::string &folderPath, std::string_view name,
-                                          const FileIdentity &, SubfolderKind) override {
-        return search_.skipped.contains(folderPath, name) ? std::nullopt
-                                                          : std::optional<FolderHandle>(nullptr);
-    }
-    void noStatus(FolderHandle, std::string_view name) override {
-        const int error = errno;
-        if (error != ENOENT)
-            search_.stats.addUnreadable(joinPath(folder_, name), error);
-    }
-    void unreadable(FolderHandle) override {
-        const int error = errno;
-        search_.stats.addUnreadable({}, error); // the path of one that was not opened is not known
-    }
-    void leave(FolderHandle) override {}
-    void interrupted(FolderHandle) override {}
-    void abandoned(FolderHandle) override {}
 
 private:
-    void publish() { search_.stats.add(std::exchange(visited_, 0), std::exchange(visitedBytes_, 0)); }
-
     CandidateSearch &search_;
-    std::string folder_; ///< the path of the current one
-    std::int64_t visited_ = 0;
-    std::int64_t visitedBytes_ = 0;
     std::vector<Candidate> files_;
 };
 
@@ -156,7 +114,7 @@ void dropSingleLengths(std::vector<Candidate> &files) {
 Candidates findCandidates(const std::vector<FileURL> &places, std::int64_t leastLength,
                           const ScanOptions &options, ScanStats &stats, WalkPool &pool) {
     const NoMaterialization guard;
-    CandidateSearch search{std::max<std::int64_t>(leastLength, 1), SkipList(options), stats};
+    CandidateSearch search{{SkipList(options), stats}, std::max<std::int64_t>(leastLength, 1)};
     walkPlaces(places, options.crossesMountPoints, search, pool);
     Candidates candidates;
     if (stats.cancelled())
