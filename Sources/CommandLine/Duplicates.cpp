@@ -34,10 +34,6 @@ constexpr std::array duplicatesOptions = {
     Option{.name = "--yes", .help = "With --share, do not ask."},
 };
 
-std::string countOf(std::int64_t count, std::string_view one, std::string_view several) {
-    return Fmt::count(count).append(" ").append(count == 1 ? one : several);
-}
-
 void writeDuplicate(JsonWriter &json, const DuplicateFile &file, bool stays) {
     json.beginObject();
     json.path("path", file.url.path());
@@ -98,19 +94,18 @@ std::string leftOut(const DuplicatesFound &found) {
     std::string text;
     const auto add = [&](std::int64_t count, std::string_view why) {
         if (count > 0)
-            text.append(countOf(count, "file", "files")).append(why).append("\n");
+            text.append(Fmt::counted(count, "file")).append(why).append("\n");
     };
-    add(found.withHoles, " not compared: not all of the contents is stored on this disk");
-    add(found.changed, " not compared: changed in the meantime");
+    add(found.withHoles, " not compared: not stored on this disk as a whole");
+    add(found.changed, " not compared: changed while being read");
     add(found.unreadable, " not compared: not readable");
     return text;
 }
 
 void writeFindings(Output &output, const DuplicatesFound &found) {
     const auto groups = static_cast<std::int64_t>(found.groups.size());
-    std::string text = countOf(groups, "group", "groups").append(" of equal files among ");
-    text.append(countOf(found.files, "file", "files"))
-        .append(". Removing all but one of each group would free ");
+    std::string text = Fmt::counted(groups, "group").append(" of equal files among ");
+    text.append(Fmt::counted(found.files, "file")).append(". Removing all but one of each group would free ");
     text.append(Fmt::byteFormatter(found.removableBytes())).append(".\n").append(leftOut(found));
     if (groups > 0)
         text.append(StayingRule::inWords()).append("\n");
@@ -143,24 +138,6 @@ DuplicatesFound search(const std::vector<FileURL> &places, std::int64_t leastLen
     return findDuplicates(places, leastLength, options, progress);
 }
 
-/// The files that may share the space of another one, and the bytes of these.
-struct Shareable {
-    std::int64_t files = 0;
-    std::int64_t bytes = 0;
-};
-
-Shareable shareableIn(const DuplicatesFound &found) {
-    Shareable all;
-    for (const DuplicateGroup &group : found.groups) {
-        const std::vector<const DuplicateFile *> files = filesToShare(group);
-        for (std::size_t i = 1; i < files.size(); ++i) {
-            ++all.files;
-            all.bytes += files[i]->size; // of the sums that a search has checked
-        }
-    }
-    return all;
-}
-
 ExitStatus reportSharing(Output &output, const SpaceSharing &done, bool isJson) {
     if (isJson) {
         JsonWriter json(output);
@@ -170,9 +147,10 @@ ExitStatus reportSharing(Output &output, const SpaceSharing &done, bool isJson) 
         writeReasons(json, "failed", done.failed);
         json.end();
     } else {
+        const auto files = static_cast<std::int64_t>(done.shared.size());
+        std::string text = Fmt::counted(files, "file").append(files == 1 ? " now shares" : " now share");
         output.write(
-            countOf(static_cast<std::int64_t>(done.shared.size()), "file now shares", "files now share") +
-            " the space of an equal one, " + Fmt::byteFormatter(done.bytes) + ".\n");
+            text.append(" the space of an equal one, ").append(Fmt::byteFormatter(done.bytes)).append(".\n"));
     }
     output.flush();
     for (const RemovalResult::Failure &failure : done.failed)
@@ -184,12 +162,12 @@ ExitStatus reportSharing(Output &output, const SpaceSharing &done, bool isJson) 
 
 ExitStatus share(const Arguments &arguments, const DuplicatesFound &found, Output &output) {
     const bool isJson = arguments.has("--json");
-    const Shareable all = shareableIn(found);
+    const SharingFigures all = sharingIn(found.groups);
     if (all.files == 0 && !isJson) {
         output.write("No equal files can share their space here.\n");
         return ExitStatus::done;
     }
-    const std::string question = "Let " + countOf(all.files, "file", "files") + " (" +
+    const std::string question = "Let " + Fmt::counted(all.files, "file") + " (" +
                                  Fmt::byteFormatter(all.bytes) +
                                  ") share the space of equal ones? No file is removed or changed.";
     SpaceSharing done;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <utility>
@@ -75,6 +76,18 @@ std::vector<const DuplicateFile *> filesToShare(const DuplicateGroup &group) {
     if (files.size() < 2)
         files.clear();
     return files;
+}
+
+SharingFigures sharingIn(const std::vector<DuplicateGroup> &groups) {
+    SharingFigures figures;
+    for (const DuplicateGroup &group : groups) {
+        const std::vector<const DuplicateFile *> files = filesToShare(group);
+        for (std::size_t i = 1; i < files.size(); ++i) {
+            ++figures.files;
+            figures.bytes = checkedAdd(figures.bytes, files[i]->size);
+        }
+    }
+    return figures;
 }
 
 SpaceSharing shareSpace(const std::vector<DuplicateGroup> &groups, const StopFlag &stopped,

@@ -34,24 +34,6 @@ namespace {
 
 constexpr int sideSpace = 12;
 
-/// The files that would share the space of another one, and their bytes.
-struct SharingFigures {
-    std::int64_t files = 0;
-    std::int64_t bytes = 0;
-};
-
-SharingFigures sharingIn(const DuplicatesFound &found) {
-    SharingFigures figures;
-    for (const DuplicateGroup &group : found.groups) {
-        const std::vector<const DuplicateFile *> files = filesToShare(group);
-        for (std::size_t i = 1; i < files.size(); ++i) {
-            ++figures.files;
-            figures.bytes += files[i]->size; // of sums that the search has checked
-        }
-    }
-    return figures;
-}
-
 double progressOf(const DuplicatesState &state) {
     return state.bytesToRead < 1
                ? 0
@@ -275,7 +257,7 @@ void DuplicatesView::showTicks() {
     remove_->setText(removals_.isRemoving() ? u"Removing…"_s : removalTitle(count, bytes));
     remove_->setEnabled(count > 0 && !isBusy);
     tickAll_->setEnabled(!isBusy);
-    share_->setVisible(sharingIn(duplicates_->found).files > 0);
+    share_->setVisible(sharingIn(duplicates_->found.groups).files > 0);
     share_->setEnabled(!isBusy);
 }
 
@@ -318,7 +300,7 @@ void DuplicatesView::askForRemoval() {
 }
 
 void DuplicatesView::askForSharing() {
-    const SharingFigures figures = sharingIn(duplicates_->found);
+    const SharingFigures figures = sharingIn(duplicates_->found.groups);
     auto *sheet = new ConfirmationSheet(
         u"Let %1, %2, share the space of equal ones?"_s.arg(counted(figures.files, "file"),
                                                             sizeText(figures.bytes)),
