@@ -1,5 +1,7 @@
 #include "Views/Components/Popup.h"
 
+#include <QAbstractItemView>
+#include <QContextMenuEvent>
 #include <QMenu>
 
 namespace brimvale {
@@ -13,6 +15,13 @@ QMenu *makeMenu(QWidget *parent) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     usePaletteOfParent(*menu);
     return menu;
+}
+
+MenuRow menuRow(const QAbstractItemView &view, const QContextMenuEvent &event) {
+    if (event.reason() != QContextMenuEvent::Keyboard)
+        return {view.indexAt(event.pos()), event.globalPos()};
+    const QModelIndex index = view.currentIndex();
+    return {index, view.viewport()->mapToGlobal(view.visualRect(index).center())};
 }
 
 } // namespace brimvale

@@ -1,5 +1,10 @@
 #pragma once
 
+#include <QModelIndex>
+#include <QPoint>
+
+class QAbstractItemView;
+class QContextMenuEvent;
 class QMenu;
 class QWidget;
 
@@ -11,5 +16,13 @@ void usePaletteOfParent(QWidget &popup);
 
 /// A menu with the palette of its parent's window, which deletes itself when it is closed.
 [[nodiscard]] QMenu *makeMenu(QWidget *parent);
+
+/// The row for which a context menu was asked, by the pointer or the keyboard, and where on the screen the
+/// menu opens. The index is invalid where there is no row.
+struct MenuRow {
+    QModelIndex index;
+    QPoint position;
+};
+[[nodiscard]] MenuRow menuRow(const QAbstractItemView &view, const QContextMenuEvent &event);
 
 } // namespace brimvale

@@ -1,6 +1,7 @@
 #include "Views/Browse/Compare/ChangeList.h"
 
 #include "Views/Browse/Find/FindDelegate.h"
+#include "Views/Components/Popup.h"
 #include "Views/Components/Theme.h"
 
 #include <QContextMenuEvent>
@@ -53,11 +54,9 @@ void ChangeList::keyPressEvent(QKeyEvent *event) {
 }
 
 void ChangeList::contextMenuEvent(QContextMenuEvent *event) {
-    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
-    const QModelIndex index = isByKey ? currentIndex() : indexAt(event->pos());
+    const auto [index, position] = menuRow(*this, *event);
     if (index.isValid() && selectionModel()->hasSelection())
-        emit menuRequested(isByKey ? viewport()->mapToGlobal(visualRect(index).center())
-                                   : event->globalPos());
+        emit menuRequested(position);
 }
 
 void ChangeList::paintEvent(QPaintEvent *event) {

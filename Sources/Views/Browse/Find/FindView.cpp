@@ -1,6 +1,7 @@
 #include "Views/Browse/Find/FindView.h"
 
 #include "Views/Browse/Find/FindDelegate.h"
+#include "Views/Components/Popup.h"
 #include "Views/Components/Theme.h"
 
 #include <QContextMenuEvent>
@@ -169,11 +170,9 @@ void FindView::keyPressEvent(QKeyEvent *event) {
 }
 
 void FindView::contextMenuEvent(QContextMenuEvent *event) {
-    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
-    const QModelIndex index = isByKey ? currentIndex() : indexAt(event->pos());
+    const auto [index, position] = menuRow(*this, *event);
     if (model_.nodeAt(index) != nullptr && selectionModel()->hasSelection())
-        emit menuRequested(isByKey ? viewport()->mapToGlobal(visualRect(index).center())
-                                   : event->globalPos());
+        emit menuRequested(position);
 }
 
 void FindView::paintEvent(QPaintEvent *event) {

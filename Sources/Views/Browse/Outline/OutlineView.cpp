@@ -4,6 +4,7 @@
 #include "Views/Browse/Outline/OutlineHeader.h"
 #include "Views/Browse/Outline/OutlineMarks.h"
 #include "Views/Browse/Outline/Prefetch.h"
+#include "Views/Components/Popup.h"
 #include "Views/Components/Theme.h"
 
 #include <QApplication>
@@ -212,11 +213,9 @@ FSNode *OutlineView::rowBelow(const FSNode &node) const {
 }
 
 void OutlineView::contextMenuEvent(QContextMenuEvent *event) {
-    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
-    const QModelIndex index = isByKey ? currentIndex() : indexAt(event->pos());
+    const auto [index, position] = menuRow(*this, *event);
     if (index.isValid() && selectionModel()->hasSelection())
-        emit menuRequested(isByKey ? viewport()->mapToGlobal(visualRect(index).center())
-                                   : event->globalPos());
+        emit menuRequested(position);
 }
 
 bool OutlineView::viewportEvent(QEvent *event) {
