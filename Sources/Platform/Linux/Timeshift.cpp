@@ -48,7 +48,7 @@ std::vector<VolumeSnapshot> timeshiftSnapshotsIn(const std::string &mountPoint, 
 
 std::string timeshiftNameOf(const std::string &path) {
     for (const std::string_view folder : timeshiftFolders) {
-        const std::string inside = "/" + std::string(folder) + "/";
+        const std::string inside = std::string(1, '/').append(folder).append(1, '/');
         const std::size_t at = path.find(inside);
         if (at == std::string::npos)
             continue;
