@@ -32,11 +32,11 @@ std::string sentenceOf(const UsageError &error) {
 
 std::span<const Command *const> allCommands() {
     static constexpr std::array commands = {
-        &scanCommand,       &openCommand,      &compareCommand,   &sizeCommand,     &findCommand,
-        &duplicatesCommand, &treemapCommand,   &checkCommand,     &removeCommand,   &trashCommand,
-        &volumesCommand,    &snapshotsCommand, &cleanupCommand,   &overviewCommand, &categoryCommand,
-        &appsCommand,       &leftoversCommand, &uninstallCommand, &backupCommand,   &transcriptCommand,
-        &updateCommand};
+        &scanCommand,       &openCommand,    &compareCommand,   &sizeCommand,      &findCommand,
+        &duplicatesCommand, &treemapCommand, &checkCommand,     &reclaimCommand,   &removeCommand,
+        &trashCommand,      &volumesCommand, &snapshotsCommand, &cleanupCommand,   &overviewCommand,
+        &categoryCommand,   &appsCommand,    &leftoversCommand, &uninstallCommand, &backupCommand,
+        &transcriptCommand, &updateCommand};
     return commands;
 }
 

@@ -28,6 +28,9 @@ extern const Command treemapCommand;
 /// "check": whether the removal guards allow each path.
 extern const Command checkCommand;
 
+/// "reclaim": how much deleting some paths would free.
+extern const Command reclaimCommand;
+
 /// "remove": moves items to the Trash or deletes them, after a question.
 extern const Command removeCommand;
 

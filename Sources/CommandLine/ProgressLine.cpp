@@ -59,18 +59,17 @@ void StepProgress::draw() const {
     line_.show("Measuring: " + std::to_string(done_) + " of " + std::to_string(total_));
 }
 
-ScanProgress::ScanProgress(const ScanStats &stats, std::function<std::string()> later)
-    : stats_(stats), later_(std::move(later)) {
+DrawnProgress::DrawnProgress(std::function<void(const ProgressLine &)> draw) : draw_(std::move(draw)) {
     if (!line_.isShown())
         return;
     try {
         thread_ = std::thread([this] { drawUntilEnd(); });
     } catch (const std::system_error &) {
-        // The system gives no thread. The scan works without a progress line.
+        // The system gives no thread. The work needs no progress line.
     }
 }
 
-ScanProgress::~ScanProgress() {
+DrawnProgress::~DrawnProgress() {
     if (!thread_.joinable())
         return;
     {
@@ -81,19 +80,20 @@ ScanProgress::~ScanProgress() {
     thread_.join();
 }
 
-void ScanProgress::drawUntilEnd() {
+void DrawnProgress::drawUntilEnd() {
     std::unique_lock lock(lock_);
     do {
-        draw();
+        draw_(line_);
     } while (!ends_.wait_for(lock, interval, [this] { return isEnding_; }));
 }
 
-void ScanProgress::draw() const {
-    if (const std::string text = later_ ? later_() : std::string(); !text.empty())
-        return line_.show(text);
-    line_.show("Scanning: " + Fmt::count(stats_.files()) + " files, " + Fmt::byteFormatter(stats_.bytes()) +
-                   "  ",
-               terminalText(stats_.current()));
-}
+ScanProgress::ScanProgress(const ScanStats &stats, std::function<std::string()> later)
+    : drawn_([&stats, later = std::move(later)](const ProgressLine &line) {
+          if (const std::string text = later ? later() : std::string(); !text.empty())
+              return line.show(text);
+          line.show("Scanning: " + Fmt::count(stats.files()) + " files, " +
+                        Fmt::byteFormatter(stats.bytes()) + "  ",
+                    terminalText(stats.current()));
+      }) {}
 
 } // namespace brimvale::commandLine

@@ -47,28 +47,36 @@ private:
     std::size_t done_ = 0;
 };
 
-/// The progress of a scan, as a progress line: drawn at once, then ten times a second while the object lives.
-/// Does nothing if the system gives no thread.
+/// A progress line that is drawn at once, then ten times a second while the object lives. Does nothing if the
+/// system gives no thread.
+class DrawnProgress {
+public:
+    /// `draw` shows the progress; it is called on another thread.
+    explicit DrawnProgress(std::function<void(const ProgressLine &)> draw);
+    ~DrawnProgress();
+    DrawnProgress(const DrawnProgress &) = delete;
+    DrawnProgress &operator=(const DrawnProgress &) = delete;
+
+private:
+    void drawUntilEnd();
+
+    ProgressLine line_;
+    std::function<void(const ProgressLine &)> draw_;
+    std::mutex lock_;
+    std::condition_variable ends_;
+    bool isEnding_ = false;
+    std::thread thread_;
+};
+
+/// The progress of a scan.
 class ScanProgress {
 public:
     /// `later` is what to show instead once the scan is only a part of the work; empty until then. It is
     /// called on another thread.
     explicit ScanProgress(const ScanStats &stats, std::function<std::string()> later = {});
-    ~ScanProgress();
-    ScanProgress(const ScanProgress &) = delete;
-    ScanProgress &operator=(const ScanProgress &) = delete;
 
 private:
-    void draw() const;
-    void drawUntilEnd();
-
-    ProgressLine line_;
-    const ScanStats &stats_;
-    std::function<std::string()> later_;
-    std::mutex lock_;
-    std::condition_variable ends_;
-    bool isEnding_ = false;
-    std::thread thread_;
+    DrawnProgress drawn_;
 };
 
 } // namespace brimvale::commandLine

@@ -172,6 +172,10 @@ bool mountXfs(const std::string &path) {
     return mountImage(path, "320M", "mkfs.xfs"); // the least that it takes
 }
 
+bool mountExt4(const std::string &path) {
+    return mountImage(path, "128M", "mkfs.ext4");
+}
+
 bool makeSubvolume(const std::string &folder, const std::string &name) {
     btrfs_ioctl_vol_args arguments{};
     name.copy(arguments.name, sizeof(arguments.name) - 1);

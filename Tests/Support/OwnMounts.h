@@ -19,8 +19,9 @@ namespace brimvale::testing {
 /// or no Btrfs.
 [[nodiscard]] bool mountBtrfs(const std::string &path);
 
-/// The same for a new XFS.
+/// The same for XFS, and for ext4.
 [[nodiscard]] bool mountXfs(const std::string &path);
+[[nodiscard]] bool mountExt4(const std::string &path);
 
 /// Makes a Btrfs subvolume `name` in a folder. False on failure.
 [[nodiscard]] bool makeSubvolume(const std::string &folder, const std::string &name);

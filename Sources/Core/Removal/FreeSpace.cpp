@@ -5,8 +5,10 @@
 #include "Platform/FileStatus.h"
 
 #include <algorithm>
-#include <optional>
+#include <chrono>
+#include <thread>
 #include <unordered_set>
+#include <utility>
 
 namespace brimvale {
 
@@ -14,6 +16,9 @@ namespace {
 
 /// Other programs change the free space by less than this in a short time.
 constexpr std::int64_t smallestDifference = 50'000'000;
+
+constexpr int mostLooks = 5;
+constexpr std::chrono::milliseconds timeBetweenLooks{100};
 
 /// The parent of an item, or the nearest ancestor that is still there.
 FileURL remaining(FileURL folder) {
@@ -25,6 +30,19 @@ FileURL remaining(FileURL folder) {
 /// Differences below a quarter may come from other programs, too.
 bool isMuch(std::int64_t difference, std::int64_t deleted) {
     return difference > std::max(smallestDifference, deleted / 4);
+}
+
+std::string growthRemark(std::int64_t deleted, std::int64_t gained) {
+    if (isMuch(deleted - gained, deleted))
+        return Fmt::byteFormatter(deleted) + " were deleted, but the free space has grown by only " +
+               Fmt::byteFormatter(std::max<std::int64_t>(gained, 0)) +
+               ": snapshots or clones of these items may still use the rest, a program may have them open, "
+               "or other programs have written at the same time.";
+    if (isMuch(gained - deleted, deleted))
+        return "The free space has grown by " + Fmt::byteFormatter(gained) + ", although only " +
+               Fmt::byteFormatter(deleted) +
+               " were deleted: other programs or the system have freed space at the same time.";
+    return "The free space has grown by " + Fmt::byteFormatter(gained) + ".";
 }
 
 } // namespace
@@ -52,25 +70,26 @@ std::string FreeSpace::remarkOn(std::int64_t deleted) const {
         isFinal = actions_.awaitFreeSpace(remaining(volume.folder)) && isFinal;
     if (!isFinal || deleted < smallestDifference)
         return {};
-    std::int64_t gained = 0;
+    std::optional<std::int64_t> gain = gained();
+    for (int i = 0; i < mostLooks && gain && isMuch(deleted - *gain, deleted); ++i) {
+        std::this_thread::sleep_for(timeBetweenLooks); // XFS frees space a moment after it was asked
+        gain = gained();
+    }
+    return gain ? growthRemark(deleted, *gain) : std::string();
+}
+
+/// How much the free space of all volumes has grown; nothing where it is not known.
+std::optional<std::int64_t> FreeSpace::gained() const {
+    std::int64_t sum = 0;
     for (const Volume &volume : volumes_) {
         const FileURL folder = remaining(volume.folder);
         actions_.settle(folder);
         const std::optional<std::int64_t> after = actions_.freeSpace(folder);
         if (!after)
-            return {};
-        gained += *after - volume.freeBefore;
+            return std::nullopt;
+        sum += *after - volume.freeBefore;
     }
-    if (isMuch(deleted - gained, deleted))
-        return Fmt::byteFormatter(deleted) + " were deleted, but the free space has grown by only " +
-               Fmt::byteFormatter(std::max<std::int64_t>(gained, 0)) +
-               ": snapshots or clones of these items may still use the rest, a program may have them open, "
-               "or other programs have written at the same time.";
-    if (isMuch(gained - deleted, deleted))
-        return "The free space has grown by " + Fmt::byteFormatter(gained) + ", although only " +
-               Fmt::byteFormatter(deleted) +
-               " were deleted: other programs or the system have freed space at the same time.";
-    return {};
+    return sum;
 }
 
 } // namespace brimvale

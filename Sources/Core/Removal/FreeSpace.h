@@ -3,6 +3,7 @@
 #include "Base/FileURL.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,13 +18,15 @@ public:
     /// Reads the free space now. `actions` must outlive it.
     FreeSpace(const std::vector<FileURL> &items, RemovalActions &actions);
 
-    /// If the free space has grown by much less or more than the deleted bytes: this, with the likely reason,
-    /// as a sentence. Otherwise empty, also where the free space is not known. Small removals are not
+    /// How much the free space has grown, to stand beside the deleted bytes, as a sentence; with the likely
+    /// reason if that is much less or more. Empty where the free space is not known. Small removals are not
     /// checked, because other programs write at the same time. When this returns, the free space of the
     /// volumes includes what was deleted, unless a disk is slow.
     [[nodiscard]] std::string remarkOn(std::int64_t deleted) const;
 
 private:
+    [[nodiscard]] std::optional<std::int64_t> gained() const;
+
     struct Volume {
         FileURL folder; ///< a parent of items
         std::int64_t freeBefore = 0;

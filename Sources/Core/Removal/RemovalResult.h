@@ -52,8 +52,8 @@ struct RemovalResult {
     /// The bytes that are now in the Trash, and those that were deleted. Only the latter free space.
     std::int64_t bytesMovedToTrash = 0;
     std::int64_t bytesDeleted = 0;
-    /// If the free space of the volume grew by much less or more than `bytesDeleted`: this, with the likely
-    /// reason, as a sentence. Empty if not.
+    /// How much the free space of the volume grew, as a sentence; with the likely reason if that is much less
+    /// or more than `bytesDeleted`. Empty where that was not measured.
     std::string freeSpaceRemark = {};
 
     /// What was deleted of items that are not removed. `bytesFreed` includes it, unless the administrator's

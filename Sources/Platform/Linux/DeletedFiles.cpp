@@ -2,45 +2,22 @@
 
 #include "Base/Bytes.h"
 #include "Base/FileURL.h"
-#include "Base/Text.h"
-#include "Platform/FileContents.h"
 #include "Platform/FileReader.h"
 #include "Platform/FileStatus.h"
 #include "Platform/FileSystem.h"
 #include "Platform/Folder.h"
+#include "Platform/Linux/ProgramName.h"
 #include "Platform/Processes.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <filesystem>
 #include <map>
-#include <string_view>
 #include <sys/stat.h>
-#include <system_error>
 #include <unordered_set>
 
 namespace brimvale {
 
 namespace {
-
-constexpr std::size_t longestProcessFile = 65'536; // of those read here, in bytes
-
-constexpr std::size_t longestKernelName = 15; // of a process; longer ones are cut
-
-/// The name of a process, as its program file has it where the kernel has cut it.
-std::string programName(const std::string &process) {
-    std::string name(trimmed(contentsOfFile(joinPath(process, "comm"), longestProcessFile).value_or("")));
-    std::error_code error;
-    const std::filesystem::path file = std::filesystem::read_symlink(joinPath(process, "exe"), error);
-    const std::string whole = error ? "" : file.filename().native();
-    const std::string_view uncut = std::string_view(whole).substr(0, whole.find(" (deleted)"));
-    return name.size() == longestKernelName && uncut.starts_with(name) ? std::string(uncut) : name;
-}
-
-/// Threads of the kernel have no command line, and no files.
-bool isProgram(const std::string &process) {
-    return !contentsOfFile(joinPath(process, "cmdline"), longestProcessFile).value_or("").empty();
-}
 
 class Search {
 public:

@@ -138,6 +138,8 @@ void BrowseView::showAnswer() {
     else if (check_->objection())
         shown = {sentenceOf(std::get<RemovalRefusal>(*check_->objection())), {}};
     details_->showObjection(shown);
+    if (!shown)
+        details_->showReclaim(check_->items());
     if (std::exchange(isBasketAsked_, false))
         addToBasket();
     if (!std::exchange(isRemovalAsked_, false))

@@ -14,6 +14,7 @@
 #include "Views/Components/PageParts.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/Theme.h"
+#include "Views/Removing/ReclaimLabel.h"
 #include "Views/Removing/SelectionTexts.h"
 
 #include <QEvent>
@@ -23,6 +24,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <chrono>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -62,6 +65,7 @@ DetailPanel::DetailPanel(QWidget *parent)
       path_(new ElidedLabel(Type::Size::caption, TextLabel::Tone::secondary, Qt::ElideMiddle, this)),
       explanation_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       change_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
+      reclaim_(new ReclaimLabel(Type::Size::caption, this)),
       notice_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       reveal_(makeIconButton("reveal", text(Words::current().revealItem), this)),
       copyPath_(makeIconButton("copyPath", u"Copy Path"_s, this)),
@@ -144,6 +148,7 @@ QWidget *DetailPanel::makeNotes() {
     auto *layout = new QVBoxLayout(notes);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(4);
+    layout->addWidget(reclaim_);
     layout->addWidget(explanation_);
     layout->addWidget(change_);
     layout->addWidget(objection_);
@@ -183,6 +188,7 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
     explanation_->setVisible(why.has_value());
     reveal_->setEnabled(only != nullptr && !only->isImported());
     copyPath_->setEnabled(!nodes.empty());
+    reclaim_->ask({});
     showNotice({});
     drawIcon();
 }
@@ -190,6 +196,11 @@ void DetailPanel::showNodes(const std::vector<FSNode *> &nodes) {
 void DetailPanel::showChange(const QString &sentence) {
     change_->setText(sentence);
     change_->setHidden(sentence.isEmpty());
+}
+
+void DetailPanel::showReclaim(std::vector<FileURL> items) {
+    constexpr std::chrono::milliseconds restBefore{400}; // walking through a list asks about none of its rows
+    reclaim_->ask(std::move(items), restBefore);
 }
 
 void DetailPanel::showRemoval(std::int64_t count, std::int64_t bytes, bool isRemoving) {

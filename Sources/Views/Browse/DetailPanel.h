@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Base/FileURL.h"
+
 #include <QWidget>
 #include <array>
 #include <cstdint>
@@ -14,6 +16,7 @@ namespace brimvale {
 class DestructiveButton;
 class ElidedLabel;
 class FSNode;
+class ReclaimLabel;
 class TextLabel;
 
 /// Details of the selected nodes, with the actions for them. Keeps copies of figures, and no node.
@@ -39,6 +42,9 @@ public:
     };
     /// Tells why, and disables the removal or puts the route in its place; nothing allows it again.
     void showObjection(const std::optional<Objection> &objection);
+
+    /// Finds out in the background what deleting these items would free, and shows it.
+    void showReclaim(std::vector<FileURL> items);
 
     /// Shows the outcome of an action below the buttons; empty for none.
     void showNotice(const QString &notice);
@@ -67,6 +73,7 @@ private:
     std::array<TextLabel *, figureCount> values_{};
     TextLabel *explanation_;
     TextLabel *change_;
+    ReclaimLabel *reclaim_;
     TextLabel *notice_;
     QPushButton *reveal_;
     QPushButton *copyPath_;

@@ -5,6 +5,7 @@
 #include "Core/Storage/CategoryPolicies.h"
 
 #include <chrono>
+#include <memory>
 #include <utility>
 
 namespace brimvale {
@@ -46,6 +47,7 @@ void SelectionCheck::check(std::vector<const FSNode *> nodes) {
     nextSlice_.stop();
     nodes_ = std::move(nodes);
     items_.clear();
+    answeredItems_.clear();
     objection_.reset();
     isPending_ = !nodes_.empty();
     if (isPending_)
@@ -78,14 +80,16 @@ void SelectionCheck::askNext() {
     if (!nodes_.empty() || items_.empty() || std::exchange(isAsking_, true))
         return;
     outdated_ = StopFlag();
+    const auto items = std::make_shared<std::vector<FileURL>>(std::exchange(items_, {}));
     inBackground(
         *QThreadPool::globalInstance(), this,
-        [items = std::exchange(items_, {}), outdated = outdated_] { return objectionTo(items, outdated); },
-        [this, outdated = outdated_](std::optional<Objection> found) {
+        [items, outdated = outdated_] { return objectionTo(*items, outdated); },
+        [this, items, outdated = outdated_](std::optional<Objection> found) {
             isAsking_ = false;
             if (outdated.isSet())
                 return askNext();
             objection_ = std::move(found);
+            answeredItems_ = std::move(*items);
             isPending_ = false;
             emit answered();
         });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/FileURL.h"
 #include "Base/StopFlag.h"
 #include "Core/Removal/RemovalRefusals.h"
 #include "Core/Storage/CategoryPolicy.h"
@@ -38,6 +39,9 @@ public:
     /// pending.
     [[nodiscard]] const std::optional<Objection> &objection() const { return objection_; }
 
+    /// The paths of the nodes that were asked about; empty while it is pending.
+    [[nodiscard]] const std::vector<FileURL> &items() const { return answeredItems_; }
+
 signals:
     void answered();
 
@@ -50,6 +54,7 @@ private:
     bool isAsking_ = false;             ///< a question is with the worker, perhaps an earlier one
     std::vector<const FSNode *> nodes_; ///< of the question, until all their paths are read
     std::vector<FileURL> items_;        ///< the paths read
+    std::vector<FileURL> answeredItems_;
     QTimer nextSlice_;
     StopFlag outdated_;
 };

@@ -298,7 +298,7 @@ TEST(FreeSpace, TellsWhatDoesNotFit) {
         EXPECT_EQ(space.remarkOn(deleted), "") << "of a folder that does not exist nothing is known";
         return here.remarkOn(deleted);
     };
-    EXPECT_EQ(remark(800'000'000, 790'000'000), "");
+    EXPECT_EQ(remark(800'000'000, 790'000'000), "The free space has grown by 790 MB.");
     EXPECT_EQ(remark(40'000'000, 0), "") << "small";
     EXPECT_THAT(remark(800'000'000, 12'000'000), ::testing::HasSubstr("snapshots"));
     EXPECT_THAT(remark(800'000'000, 2'000'000'000), ::testing::HasSubstr("other programs"));

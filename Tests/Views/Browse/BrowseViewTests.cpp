@@ -526,4 +526,16 @@ TEST_F(BrowsePage, OffersAScanAsAdministratorWhereThatIsPossible) {
     EXPECT_FALSE(AdministratorScan::isPossible()) << "a Mac has no program for that";
 }
 
+TEST_F(BrowsePage, TellsWhatDeletingTheSelectionFrees) {
+    std::filesystem::create_hard_link(folder.path("small/file"), folder.path("big/linked"));
+    scan();
+    EXPECT_EQ(text("reclaim"), "") << "nothing is selected";
+    clickTile(node({"big"}), false);
+    EXPECT_TRUE(eventually(
+        [&] { return text("reclaim").find("1 file that has other names elsewhere") != std::string::npos; }));
+    EXPECT_THAT(text("reclaim"), ::testing::StartsWith("Frees now: "));
+    emit find<OutlineView>("outline").selectionChangedTo({});
+    EXPECT_EQ(text("reclaim"), "");
+}
+
 } // namespace brimvale

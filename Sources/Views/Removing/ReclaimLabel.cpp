@@ -1,0 +1,95 @@
+#include "Views/Removing/ReclaimLabel.h"
+
+#include "Base/Background.h"
+#include "Core/Reclaim/Reclaim.h"
+#include "Core/Reclaim/ReclaimTexts.h"
+#include "Core/Text/Formatting.h"
+#include "Views/Components/NodeName.h"
+#include "Views/Components/Text.h"
+
+#include <QThreadPool>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace brimvale {
+
+namespace {
+
+constexpr std::chrono::milliseconds timeBetweenTicks{250};
+
+QString linesOf(const Reclaim &reclaim) {
+    QStringList lines;
+    for (const std::string &line : reclaimLines(reclaim))
+        lines.append(displayedText(line));
+    return lines.join(u'\n');
+}
+
+} // namespace
+
+ReclaimLabel::ReclaimLabel(Type::Size size, QWidget *parent) : TextLabel(size, Tone::secondary, parent) {
+    setObjectName(QStringLiteral("reclaim"));
+    setWordWrap(true);
+    hide();
+    wait_.setSingleShot(true);
+    connect(&wait_, &QTimer::timeout, this, &ReclaimLabel::begin);
+    connect(&ticks_, &QTimer::timeout, this, &ReclaimLabel::showProgress);
+}
+
+ReclaimLabel::~ReclaimLabel() {
+    cancel();
+}
+
+void ReclaimLabel::ask(std::vector<FileURL> items, std::chrono::milliseconds delay) {
+    cancel();
+    items_ = std::move(items);
+    showLines(items_.empty() ? QString() : u"Frees now: counting…"_s);
+    if (items_.empty())
+        wait_.stop();
+    else
+        wait_.start(delay);
+}
+
+void ReclaimLabel::cancel() {
+    ticks_.stop();
+    if (progress_ != nullptr)
+        progress_->cancelled.set();
+}
+
+void ReclaimLabel::begin() {
+    if (items_.empty() || progress_ != nullptr) // the answer to a dropped question comes first
+        return;
+    progress_ = std::make_shared<ReclaimProgress>();
+    ticks_.start(timeBetweenTicks);
+    inBackground(
+        *QThreadPool::globalInstance(), this,
+        [items = std::exchange(items_, {}), progress = progress_] { return reclaimOf(items, *progress); },
+        [this](const Reclaim &reclaim) {
+            const bool isDropped = progress_->cancelled.isSet();
+            progress_.reset();
+            if (isDropped) {
+                if (!wait_.isActive())
+                    begin();
+                return;
+            }
+            ticks_.stop();
+            showLines(linesOf(reclaim));
+        });
+}
+
+void ReclaimLabel::showProgress() {
+    const std::int64_t files = progress_ != nullptr ? progress_->files.load() : 0;
+    if (files > 0)
+        showLines(u"Frees now: counting… %1"_s.arg(counted(files, "file")));
+}
+
+void ReclaimLabel::showLines(const QString &lines) {
+    const bool isTaller = lines.count(u'\n') != text().count(u'\n');
+    setText(lines);
+    const bool isShownNow = isHidden() == !lines.isEmpty();
+    setHidden(lines.isEmpty());
+    if (isTaller || isShownNow)
+        emit linesChanged();
+}
+
+} // namespace brimvale
