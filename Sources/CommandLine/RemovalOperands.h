@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Catalogs/CleanupEntry.h"
+#include "Core/Removal/RemovalPlan.h"
+#include "Core/Removal/RemovalResult.h"
 
 #include <optional>
 #include <string>
@@ -18,6 +20,11 @@ struct RemovalOperands {
     /// Reads the paths. An allowed path is left out if another allowed one names the same item or one of its
     /// ancestors. If a path cannot be resolved, reports that on standard error and returns nothing.
     [[nodiscard]] static std::optional<RemovalOperands> from(const std::vector<std::string> &given);
+
+    /// The items of a plan that the guards allow and that are still what the plan names. `others` gets all
+    /// other items, with the reasons.
+    [[nodiscard]] static RemovalOperands from(const RemovalPlan &plan,
+                                              std::vector<RemovalResult::Failure> &others);
 };
 
 } // namespace brimvale::commandLine

@@ -4,11 +4,15 @@
 #include "CommandLine/CategoryWarnings.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/PathOperands.h"
+#include "CommandLine/PlanFile.h"
 #include "CommandLine/Question.h"
 #include "CommandLine/RemovalOperands.h"
 #include "CommandLine/RemovalOutput.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
+#include "CommandLine/TextTable.h"
+#include "Core/Reclaim/Reclaim.h"
+#include "Core/Reclaim/ReclaimTexts.h"
 #include "Core/Removal/FreeSpace.h"
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Removal/Remover.h"
@@ -22,6 +26,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -35,16 +40,78 @@ constexpr std::array removeOptions = {
            .help = "Delete for good as the administrator; the system asks for the password."},
     Option{.name = "--yes", .help = "Do not ask."},
     Option{.name = "--anyway", .help = "Also remove what a storage category protects."},
+    Option{.name = "--plan",
+           .value = Option::Value::text,
+           .valueName = "FILE",
+           .help = "Remove the items of a plan, each only if it is still the same one."},
+    Option{.name = "--dry-run", .help = "Only show what would be removed; with --json as a plan."},
+    savePlanOption,
     hexOption,
     from0Option,
 };
 
 enum class Route { trash, deletion, administrator };
 
+/// What a command line asks to remove, and how.
+struct Request {
+    RemovalOperands operands = {};
+    Route route = Route::trash;
+    std::vector<RemovalResult::Failure> refusals = {}; ///< what else it names, and why that stays
+};
+
+RemovalMode modeOf(Route route) {
+    return route == Route::trash ? RemovalMode::trash : RemovalMode::deleteNow;
+}
+
+bool isDryRun(const Arguments &arguments) {
+    return arguments.has("--dry-run") || arguments.has(savePlanOption.name);
+}
+
+/// What is wrong with how the options are combined, if anything.
+std::optional<std::string> faultOfOptions(const Arguments &arguments, AskedOn terminal) {
+    if (arguments.has("--plan")) {
+        if (!arguments.operands().empty() || arguments.has(from0Option.name))
+            return "with \"--plan\" the paths are in the plan";
+        for (const char *option : {"--delete", "--as-admin"})
+            if (arguments.has(option))
+                return "the plan says how its items are removed, so leave out " + inQuotes(option);
+    }
+    if (!isDryRun(arguments) && !arguments.has("--yes") && !canAsk(terminal))
+        return "without a terminal to ask on, nothing is removed unless \"--yes\" is given";
+    return std::nullopt;
+}
+
 Route routeIn(const Arguments &arguments) {
     if (arguments.has("--as-admin"))
         return Route::administrator;
     return arguments.has("--delete") ? Route::deletion : Route::trash;
+}
+
+/// A plan of other items, perhaps of another machine.
+void noteIfForeign(const RemovalPlan &plan, const RemovalOperands &operands) {
+    if (operands.items.empty() && !plan.items.empty())
+        printError(terminalText("nothing that this plan names can be removed here; it was made on “" +
+                                plan.host + "”"));
+}
+
+/// The items that the command line names. Reports what is wrong with it, and returns the exit status.
+std::variant<Request, ExitStatus> requestIn(const Arguments &arguments) {
+    if (const std::optional<std::string_view> file = arguments.text("--plan")) {
+        const std::optional<RemovalPlan> plan = planInFile(*file);
+        if (!plan)
+            return ExitStatus::failed;
+        Request request{.route = plan->mode == RemovalMode::trash ? Route::trash : Route::deletion};
+        request.operands = RemovalOperands::from(*plan, request.refusals);
+        noteIfForeign(*plan, request.operands);
+        return request;
+    }
+    const auto given = givenPaths(arguments, removeCommand);
+    if (const auto *status = std::get_if<ExitStatus>(&given))
+        return *status;
+    auto operands = RemovalOperands::from(std::get<std::vector<std::string>>(given));
+    if (!operands)
+        return ExitStatus::failed;
+    return Request{.operands = *std::move(operands), .route = routeIn(arguments)};
 }
 
 /// The items with the sizes measured before `stopped` was set: how much deleting them frees, or how much goes
@@ -111,44 +178,90 @@ RemovalResult removeBy(Route route, const std::vector<CleanupEntry> &entries, Re
     return result;
 }
 
+/// What the storage categories protect is left out, unless `removesThem`.
+void applyPolicies(Request &request, bool removesThem) {
+    std::vector<RemovalResult::Failure> warnings = categoryWarnings(request.operands.admitted);
+    if (removesThem)
+        return printWarnings(warnings);
+    const std::vector<RemovalResult::Failure> refusals = asRefusals(std::move(warnings));
+    leaveOut(refusals, request.operands);
+    request.refusals.insert(request.refusals.end(), refusals.begin(), refusals.end());
+}
+
+void showItems(Output &output, const std::vector<CleanupEntry> &entries, Route route) {
+    TextTable table({TextTable::sizeColumn("SIZE"), {"PATH"}});
+    std::vector<FileURL> items;
+    for (const CleanupEntry &entry : entries) {
+        table.add({Fmt::byteFormatter(entry.size), terminalText(entry.url.path())});
+        items.push_back(entry.url);
+    }
+    table.write(output);
+    output.write(route == Route::trash ? "These would be moved to the Trash. If they were deleted:\n"
+                                       : "These would be deleted.\n");
+    ReclaimProgress progress;
+    const Interruption interruption(progress.cancelled);
+    for (const std::string &line : reclaimLines(reclaimOf(items, progress)))
+        output.write(terminalText(line) + "\n");
+}
+
+/// Shows what would be removed, as the options ask, and removes nothing.
+ExitStatus show(const Request &request, std::vector<CleanupEntry> entries, const Arguments &arguments,
+                Output &output) {
+    ExitStatus status = ExitStatus::done;
+    if (const auto file = arguments.text(savePlanOption.name)) {
+        status = savePlan(entries, modeOf(request.route), *file, output);
+    } else if (arguments.has("--json")) {
+        status = printPlan(entries, modeOf(request.route), output);
+    } else {
+        const MadePlan made = planFor(entries, modeOf(request.route));
+        for (const RemovalResult::Failure &one : made.leftOut) {
+            std::erase_if(entries, [&](const CleanupEntry &entry) { return entry.url == one.url; });
+            printError(terminalText(RemovalReport::failureLine(one)));
+        }
+        showItems(output, entries, request.route);
+        status = made.leftOut.empty() ? ExitStatus::done : ExitStatus::failed;
+    }
+    output.flush();
+    printWarnings(request.refusals);
+    return request.refusals.empty() ? status : ExitStatus::failed;
+}
+
+ExitStatus removeAndReport(const Request &request, const std::vector<CleanupEntry> &entries,
+                           RemovalProgress &progress, bool isJson, Output &output) {
+    const Interruption interruption(progress.cancelled);
+    RemovalResult result = removeBy(request.route, entries, progress);
+    result.failed.insert(result.failed.end(), request.refusals.begin(), request.refusals.end());
+    reportRemoval(output, result, isJson);
+    return endRemoval(output, result, progress);
+}
+
 ExitStatus runRemove(const Arguments &arguments, Output &output) {
-    const bool asks = !arguments.has("--yes");
     const AskedOn terminal =
         arguments.has(from0Option.name) ? AskedOn::controllingTerminal : AskedOn::standardStreams;
-    if (asks && !canAsk(terminal))
-        return refuseUsage("without a terminal to ask on, nothing is removed unless \"--yes\" is given",
-                           &removeCommand);
-    const auto given = givenPaths(arguments, removeCommand);
-    if (const auto *status = std::get_if<ExitStatus>(&given))
+    if (const std::optional<std::string> fault = faultOfOptions(arguments, terminal))
+        return refuseUsage(*fault, &removeCommand);
+    std::variant<Request, ExitStatus> found = requestIn(arguments);
+    if (const auto *status = std::get_if<ExitStatus>(&found))
         return *status;
-    auto operands = RemovalOperands::from(std::get<std::vector<std::string>>(given));
-    if (!operands)
-        return ExitStatus::failed;
-    std::vector<RemovalResult::Failure> refusals;
-    if (arguments.has("--anyway"))
-        printWarnings(categoryWarnings(operands->admitted));
-    else
-        refusals = asRefusals(categoryWarnings(operands->admitted));
-    leaveOut(refusals, *operands);
+    auto &request = std::get<Request>(found);
+    applyPolicies(request, arguments.has("--anyway"));
 
-    const Route route = routeIn(arguments);
     const bool isJson = arguments.has("--json");
+    const bool asks = !arguments.has("--yes");
     RemovalProgress progress;
     std::vector<CleanupEntry> entries;
     {
         const Interruption interruption(progress.cancelled);
-        entries = measureOperands(*operands, route, progress.cancelled);
+        entries = measureOperands(request.operands, request.route, progress.cancelled);
     }
-    if (progress.cancelled.isSet() && (asks || route == Route::administrator))
+    if (progress.cancelled.isSet() && (asks || isDryRun(arguments) || request.route == Route::administrator))
         return endUnbegunRemoval(output, isJson, ExitStatus::interrupted);
-    if (asks && !operands->admitted.empty() && !confirm(question(*operands, entries, route), terminal))
+    if (isDryRun(arguments))
+        return show(request, std::move(entries), arguments, output);
+    if (asks && !request.operands.admitted.empty() &&
+        !confirm(question(request.operands, entries, request.route), terminal))
         return endUnbegunRemoval(output, isJson, ExitStatus::failed);
-
-    const Interruption interruption(progress.cancelled);
-    RemovalResult result = removeBy(route, entries, progress);
-    result.failed.insert(result.failed.end(), refusals.begin(), refusals.end());
-    reportRemoval(output, result, isJson);
-    return endRemoval(output, result, progress);
+    return removeAndReport(request, entries, progress, isJson, output);
 }
 
 } // namespace
@@ -167,7 +280,10 @@ constinit const Command removeCommand = {
         "until\n"
         "it is emptied. What a storage category protects, for example other people's files, is only removed\n"
         "with --anyway, after its warning. Ctrl-C stops, and shows what was already removed.\n"
-        "With --from0, the question is asked on the terminal that the program was started from.\n",
+        "With --from0, the question is asked on the terminal that the program was started from.\n"
+        "\n"
+        "A plan is a file with items, their sizes and identities, and whether they go to the Trash. The\n"
+        "window saves one too. It can be carried out later: what is no longer the same item stays.\n",
     .run = runRemove,
 };
 

@@ -2,6 +2,7 @@
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
+#include "CommandLine/PlanFile.h"
 #include "CommandLine/Question.h"
 #include "CommandLine/RemovalOutput.h"
 #include "CommandLine/StandardStreams.h"
@@ -34,6 +35,10 @@ namespace {
 constexpr std::array trashOptions = {
     Option{.name = "--yes", .help = "With empty: do not ask."},
     Option{.name = "--dry-run", .help = "With empty: only show what would be deleted."},
+    Option{.name = savePlanOption.name,
+           .value = savePlanOption.value,
+           .valueName = savePlanOption.valueName,
+           .help = "With empty: delete nothing; write a plan for \"remove --plan\" into FILE."},
 };
 
 using TrashItems = std::vector<TrashRun::Item>;
@@ -202,6 +207,8 @@ ExitStatus emptyItems(const Arguments &arguments, const TrashItems &items, Outpu
         return ExitStatus::done;
     }
     const std::vector<CleanupEntry> entries = entriesOf(items);
+    if (const auto file = arguments.text(savePlanOption.name))
+        return savePlan(entries, RemovalMode::deleteNow, *file, output);
     if (!entries.empty() && !arguments.has("--yes") &&
         !confirm(emptyingQuestion(entries), AskedOn::standardStreams))
         return endUnbegunRemoval(output, isJson, ExitStatus::failed);
@@ -229,8 +236,8 @@ std::optional<std::string> faultIn(const Arguments &arguments) {
     for (const Option &option : trashOptions)
         if (!isEmptying && arguments.has(option.name))
             return inQuotes(option.name) + " is only for empty";
-    if (isEmptying && !arguments.has("--yes") && !arguments.has("--dry-run") &&
-        !canAsk(AskedOn::standardStreams))
+    const bool isDryRun = arguments.has("--dry-run") || arguments.has(savePlanOption.name);
+    if (isEmptying && !arguments.has("--yes") && !isDryRun && !canAsk(AskedOn::standardStreams))
         return "without a terminal to ask on, nothing is deleted unless \"--yes\" is given";
     return std::nullopt;
 }

@@ -5,6 +5,7 @@
 #include "CommandLine/CategoryWarnings.h"
 #include "CommandLine/Commands.h"
 #include "CommandLine/Interruption.h"
+#include "CommandLine/PlanFile.h"
 #include "CommandLine/Question.h"
 #include "CommandLine/RemovalOutput.h"
 #include "CommandLine/StandardStreams.h"
@@ -31,6 +32,7 @@ constexpr std::array uninstallOptions = {
     Option{.name = "--with-leftovers", .help = "Also remove the files that definitely belong to it."},
     Option{.name = "--delete", .help = "Delete files for good instead of moving them to the Trash."},
     Option{.name = "--dry-run", .help = "Only show what would be removed, and how."},
+    savePlanOption,
     Option{.name = "--yes", .help = "Do not ask."},
     Option{.name = "--anyway", .help = "Also remove leftovers that a storage category protects."},
 };
@@ -179,7 +181,8 @@ ExitStatus carryOut(const Plan &plan, RemovalMode mode, bool asks, bool isJson, 
 
 ExitStatus runUninstall(const Arguments &arguments, Output &output) {
     const bool asks = !arguments.has("--yes");
-    const bool isDryRun = arguments.has("--dry-run");
+    const auto planFile = arguments.text(savePlanOption.name);
+    const bool isDryRun = arguments.has("--dry-run") || planFile;
     if (asks && !isDryRun && !canAsk(AskedOn::standardStreams))
         return refuseUsage("without a terminal to ask on, nothing is removed unless \"--yes\" is given",
                            &uninstallCommand);
@@ -195,11 +198,16 @@ ExitStatus runUninstall(const Arguments &arguments, Output &output) {
     askGuards(plan);
     printWarnings(plan.warnings);
     printWarnings(plan.kept);
+    const RemovalMode mode = arguments.has("--delete") ? RemovalMode::deleteNow : RemovalMode::trash;
+    if (planFile && plan.isPossible() && !Uninstall::isRemovedByCommand(plan.row.app))
+        return savePlan(Uninstall::entries(plan.row, plan.row.leftovers, true), mode, *planFile, output);
+    if (planFile)
+        printError("no plan was written: this app is removed by another program");
     if (isDryRun || !plan.isPossible()) {
         showPlan(output, plan, isJson);
-        return plan.isPossible() && plan.refused.empty() ? ExitStatus::done : ExitStatus::failed;
+        const bool isDone = plan.isPossible() && plan.refused.empty() && !planFile;
+        return isDone ? ExitStatus::done : ExitStatus::failed;
     }
-    const RemovalMode mode = arguments.has("--delete") ? RemovalMode::deleteNow : RemovalMode::trash;
     return carryOut(plan, mode, asks, isJson, output);
 }
 

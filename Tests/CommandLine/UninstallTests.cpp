@@ -72,6 +72,10 @@ TEST_F(Uninstalling, LetsFlatpakRemoveAnAppAndThenRemovesItsFiles) {
                 AllOf(StartsWith("Maps: This removes the app with “flatpak uninstall --system "
                                  "org.example.Maps” and 1 supporting item, freeing about 345.7 MB.\n"),
                       HasSubstr(data + "\n")));
+    const Outcome saved = run({"org.example.Maps", "--save-plan", desktop.path("plan")});
+    EXPECT_EQ(saved.status, 1);
+    EXPECT_THAT(saved.err, HasSubstr("no plan was written: this app is removed by another program"));
+    EXPECT_FALSE(exists(desktop.path("plan")));
     EXPECT_FALSE(exists(desktop.path("calls")));
 
     const Outcome outcome = run({"org.example.Maps", "--with-leftovers", "--delete", "--yes", "--json"});

@@ -1,19 +1,27 @@
 #include "Views/Removing/RemovalSheet.h"
 
+#include "Base/Background.h"
 #include "Catalogs/Words.h"
+#include "Core/Removal/RemovalPlan.h"
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Text/Formatting.h"
 #include "Views/Components/Card.h"
 #include "Views/Components/DestructiveButton.h"
 #include "Views/Components/ElidedLabel.h"
+#include "Views/Components/FileChooser.h"
 #include "Views/Components/NodeName.h"
+#include "Views/Components/PageParts.h"
 #include "Views/Components/Text.h"
 #include "Views/Components/TextLabel.h"
+#include "Views/Removing/ReclaimLabel.h"
 #include "Views/Removing/RemovalModePicker.h"
 
 #include <QGridLayout>
+#include <QHBoxLayout>
+#include <QThreadPool>
 #include <QVBoxLayout>
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -32,6 +40,13 @@ QString question(const std::vector<CleanupEntry> &items) {
     return u"Remove %1 items, %2?"_s.arg(text(Fmt::count(static_cast<std::int64_t>(items.size()))), bytes);
 }
 
+std::vector<FileURL> places(const std::vector<CleanupEntry> &items) {
+    std::vector<FileURL> urls;
+    for (const CleanupEntry &item : items)
+        urls.push_back(item.url);
+    return urls;
+}
+
 std::string remarkOn(const RemovalRequest &request, RemovalMode mode) {
     if (request.remark)
         return request.remark(mode);
@@ -46,6 +61,9 @@ RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
     : Sheet("removalSheet", u"Remove"_s, parent), request_(std::move(request)),
       freesAtMost_(RemovalReport::freesAtMost(request_.items)), picker_(new RemovalModePicker(this)),
       remark_(new TextLabel(Type::Size::body, TextLabel::Tone::secondary, this)),
+      reclaim_(new ReclaimLabel(Type::Size::body, this)),
+      savePlan_(makeButton("savePlan", u"Save Plan…"_s, this)),
+      planNote_(new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this)),
       remove_(new DestructiveButton(this)) {
     picker_->setMode(request_.areInTrash ? RemovalMode::deleteNow : request_.mode);
     picker_->setHidden(request_.areInTrash || (request_.uninstalls && request_.items.size() == 1));
@@ -62,13 +80,38 @@ RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
     QVBoxLayout *layout = makeLayout();
     layout->addWidget(makeHeading("question", question(request_.items)));
     layout->addWidget(makeItemList());
-    layout->addWidget(picker_, 0, Qt::AlignLeft);
+    layout->addWidget(reclaim_);
+    layout->addLayout(makeModeRow());
     layout->addWidget(remark_);
+    layout->addWidget(planNote_);
     layout->addStretch(1);
     addButtons(*layout, {remove_, makeCloseButton("cancel", u"Cancel"_s)});
     setFixedWidth(Type::scaled(sheetWidth));
     showMode();
-    resize(width(), layout->totalHeightForWidth(width()));
+    connect(reclaim_, &ReclaimLabel::linesChanged, this, &RemovalSheet::fit);
+    if (!request_.uninstalls)
+        reclaim_->ask(places(request_.items));
+    fit();
+}
+
+QLayout *RemovalSheet::makeModeRow() {
+    savePlan_->setToolTip(u"Write these items into a file, to remove them later with brimvalectl"_s);
+    savePlan_->setHidden(request_.uninstalls); // another program removes it
+    connect(savePlan_, &QPushButton::clicked, this, &RemovalSheet::askForPlanFile);
+    planNote_->setObjectName(QStringLiteral("planNote"));
+    planNote_->setWordWrap(true);
+    planNote_->hide();
+    auto *row = new QHBoxLayout;
+    row->addWidget(picker_);
+    row->addStretch(1);
+    row->addWidget(savePlan_);
+    return row;
+}
+
+/// Gives the sheet the height of what it says now.
+void RemovalSheet::fit() {
+    layout()->activate();
+    resize(width(), layout()->totalHeightForWidth(width()));
 }
 
 /// The first few items with their sizes, and the number of the others.
@@ -96,6 +139,43 @@ QWidget *RemovalSheet::makeItemList() {
         addRow(u"and %1 more"_s.arg(text(Fmt::count(static_cast<std::int64_t>(rest)))),
                u"%1 in all"_s.arg(sizeText(CleanupEntries::totalSize(request_.items))));
     return card;
+}
+
+void RemovalSheet::askForPlanFile() {
+    chooseFileToSave(*this, u"Save the Plan"_s, u"removal-plan.json"_s, u"json"_s,
+                     [this](const std::string &path) { savePlan(path); });
+}
+
+void RemovalSheet::savePlan(const std::string &path) {
+    struct Saved {
+        std::size_t leftOut;
+        std::optional<FileError> failure;
+    };
+    savePlan_->setEnabled(false);
+    inBackground(
+        *QThreadPool::globalInstance(), this,
+        [path, items = request_.items, mode = picker_->mode()] {
+            const MadePlan made = planFor(items, mode);
+            return Saved{made.leftOut.size(), brimvale::savePlan(path, made.plan)};
+        },
+        [this, path](const Saved &saved) {
+            savePlan_->setEnabled(true);
+            const QString file = displayedText(FileURL(path).fileName());
+            if (saved.failure)
+                return showPlanNote(u"“%1” could not be written: %2"_s.arg(
+                    file, displayedText(saved.failure->localizedDescription)));
+            QString note = u"“%1” was written. “brimvalectl remove --plan” carries it out."_s.arg(file);
+            if (saved.leftOut > 0)
+                note += u" Left out, because it can't be removed: %1."_s.arg(
+                    counted(static_cast<std::int64_t>(saved.leftOut), "item"));
+            showPlanNote(note);
+        });
+}
+
+void RemovalSheet::showPlanNote(const QString &note) {
+    planNote_->setText(note);
+    planNote_->show();
+    fit();
 }
 
 void RemovalSheet::showMode() {

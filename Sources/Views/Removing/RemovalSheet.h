@@ -8,9 +8,12 @@
 #include <string>
 #include <vector>
 
+class QLayout;
+
 namespace brimvale {
 
 class DestructiveButton;
+class ReclaimLabel;
 class RemovalModePicker;
 class TextLabel;
 
@@ -24,7 +27,8 @@ struct RemovalRequest {
     bool uninstalls = false; ///< a program removes the first item, which is no choice of the mode
 };
 
-/// Asks before a removal: which items, how many, how large, and how to remove them. Cancel is the default.
+/// Asks before a removal: which items, how many, how large, and how to remove them. Tells what deleting them
+/// frees, and saves a plan to do it later. Cancel is the default.
 class RemovalSheet : public Sheet {
     Q_OBJECT
 
@@ -37,12 +41,20 @@ signals:
 
 private:
     QWidget *makeItemList();
+    QLayout *makeModeRow();
+    void fit();
     void showMode();
+    void askForPlanFile();
+    void savePlan(const std::string &path);
+    void showPlanNote(const QString &note);
 
     RemovalRequest request_;
     bool freesAtMost_; ///< not always the size of the items
     RemovalModePicker *picker_;
     TextLabel *remark_;
+    ReclaimLabel *reclaim_;
+    QPushButton *savePlan_;
+    TextLabel *planNote_; ///< what became of the plan
     DestructiveButton *remove_;
 };
 

@@ -156,6 +156,15 @@ TEST_F(TrashCommand, DeletingAnItemForgetsIt) {
     EXPECT_THAT(left(), ElementsAre());
 }
 
+TEST_F(TrashCommand, CanBeEmptiedByAPlan) {
+    trash(disk.makeFile("home/anna/file", 5000));
+    const Outcome saved = run({"trash", "empty", "--save-plan", disk.path("plan")});
+    EXPECT_EQ(saved.status, 0) << saved.err;
+    EXPECT_THAT(left(), ElementsAre("file", "file.trashinfo"));
+    EXPECT_EQ(run({"remove", "--plan", disk.path("plan"), "--yes"}).status, 0);
+    EXPECT_THAT(left(), ElementsAre());
+}
+
 TEST(TrashOnMac, IsLeftToTheSystem) {
     const TemporaryFolder disk;
     const Outcome outcome = runProgramOnMac(disk.path(), {"trash", "list"});

@@ -1,10 +1,14 @@
+#include "Core/Removal/RemovalPlan.h"
+#include "Support/TemporaryFolder.h"
 #include "Support/Window.h"
 #include "Views/Removing/RemovalModePicker.h"
 #include "Views/Removing/RemovalSheet.h"
 
+#include <QFileDialog>
 #include <QLabel>
 #include <QPointer>
 #include <algorithm>
+#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace brimvale {
@@ -109,6 +113,33 @@ TEST_F(RemovalSheetTest, NamesWhatGoesAndCountsTheRest) {
     ask({.items = {{.url = FileURL("/a/<b>" + std::string(240, 'W') + "</b>"), .size = 1}}});
     EXPECT_EQ(find<QLabel>(*sheet, "question").textFormat(), Qt::PlainText);
     EXPECT_LE(find(*sheet, "question").minimumSizeHint().width(), sheet->width());
+}
+
+TEST_F(RemovalSheetTest, TellsWhatDeletingFreesAndSavesAPlan) {
+    const testing::TemporaryFolder folder;
+    const FileURL file(folder.makeFile("file", 50'000)), linked(folder.makeFile("linked", 30'000));
+    std::filesystem::create_hard_link(linked.path(), folder.path("elsewhere"));
+    ask({.items = {{.url = file, .size = 50'000}, {.url = linked, .size = 30'000}}});
+    EXPECT_THAT(shown(*sheet, "reclaim"), ::testing::StartsWith("Frees now: "));
+    EXPECT_TRUE(eventually([&] {
+        return shown(*sheet, "reclaim").find("1 file that has other names elsewhere") != std::string::npos;
+    }));
+    const QWidget &confirm = find(*sheet, "confirm");
+    EXPECT_TRUE(sheet->rect().contains(confirm.mapTo(sheet.data(), confirm.rect().bottomRight())))
+        << "the sheet has room for the lines";
+
+    testing::click(*sheet, "savePlan");
+    auto *dialog = sheet->findChild<QFileDialog *>("fileChooser");
+    ASSERT_NE(dialog, nullptr);
+    emit dialog->fileSelected(QString::fromStdString(folder.path("plan")));
+    delete dialog;
+    EXPECT_TRUE(eventually([&] { return !shown(*sheet, "planNote").empty(); }));
+    EXPECT_THAT(shown(*sheet, "planNote"), ::testing::StartsWith("“plan” was written."));
+    const auto read = planAt(folder.path("plan"));
+    ASSERT_TRUE(std::holds_alternative<RemovalPlan>(read));
+    EXPECT_EQ(std::get<RemovalPlan>(read).items.size(), 2U);
+    EXPECT_TRUE(testing::isThere(file.path()));
+    EXPECT_TRUE(answers.empty());
 }
 
 } // namespace brimvale

@@ -1,0 +1,153 @@
+#include "CommandLine/Program.h"
+#include "Support/TemporaryFolder.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brimvale::testing {
+
+namespace {
+
+using ::testing::HasSubstr;
+using Paths = std::vector<std::string>;
+
+/// Without a terminal, whoever runs the tests.
+void closeInput() {
+    dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
+}
+
+Outcome run(const std::vector<std::string> &arguments) {
+    return runProgram(arguments, closeInput);
+}
+
+void write(const std::string &path, const std::string &text) {
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+/// Every occurrence of `from` is replaced.
+std::string replaced(std::string text, const std::string &from, const std::string &to) {
+    for (std::size_t place = text.find(from); place != std::string::npos;
+         place = text.find(from, place + to.size()))
+        text.replace(place, from.size(), to);
+    return text;
+}
+
+} // namespace
+
+TEST(ReclaimCommand, TellsWhatDeletingFrees) {
+    const TemporaryFolder folder;
+    const std::string file = folder.makeFile("in/file", 50'000);
+    folder.makeFile("out/file", 30'000);
+    std::filesystem::create_hard_link(folder.path("out/file"), folder.path("in/linked"));
+    const Outcome json = runProgram({"reclaim", "--json", folder.path("in"), file});
+    EXPECT_EQ(json.status, 0) << json.err;
+    const QJsonDocument document = jsonIn(json);
+    EXPECT_EQ(document["freesAtMost"].toInteger(), allocatedBytes(file));
+    EXPECT_EQ(document["linkedElsewhere"].toInteger(), allocatedBytes(folder.path("in/linked")));
+    EXPECT_EQ(document["filesLinkedElsewhere"].toInteger(), 1);
+    EXPECT_EQ(document["unreadable"].toInteger(-1), 0);
+    const Outcome text = runProgram({"reclaim", folder.path("in")});
+    EXPECT_THAT(text.out, ::testing::StartsWith("Frees now: "));
+    EXPECT_THAT(text.out, HasSubstr("1 file that has other names elsewhere\n"));
+    EXPECT_TRUE(isThere(file));
+}
+
+TEST(ReclaimCommand, FailsPlainly) {
+    const TemporaryFolder folder;
+    const Outcome missing = runProgram({"reclaim", folder.path("missing")});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_EQ(missing.out, "");
+    EXPECT_THAT(missing.err, HasSubstr("missing"));
+    EXPECT_EQ(runProgram({"reclaim"}).status, 2);
+    const Outcome stopped = runProgram({"reclaim", folder.path()}, pending(SIGINT));
+    EXPECT_EQ(stopped.status, 130);
+    EXPECT_EQ(stopped.out, "");
+}
+
+TEST(PlanFile, RemovesLaterWhatADryRunHasShown) {
+    const TemporaryFolder folder;
+    const std::string one = folder.makeFile("one", 5'000), two = folder.makeFile("two/inner", 9'000);
+    const Outcome shown = run({"remove", "--dry-run", "--delete", one, folder.path("two")});
+    EXPECT_EQ(shown.status, 0) << shown.err;
+    EXPECT_THAT(shown.out, HasSubstr(one + "\n"));
+    EXPECT_THAT(shown.out, HasSubstr("These would be deleted.\nFrees now: "));
+
+    const std::string plan = folder.path("plan.json");
+    const Outcome saved = run({"remove", "--save-plan", plan, "--delete", one, folder.path("two")});
+    EXPECT_EQ(saved.status, 0) << saved.err;
+    EXPECT_EQ(saved.out, "Wrote a plan of 2 items. Nothing was removed.\n");
+    struct stat status {};
+    ASSERT_EQ(stat(plan.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600U);
+    const Outcome again = run({"remove", "--save-plan", plan, one});
+    EXPECT_EQ(again.status, 1);
+    EXPECT_THAT(again.err, HasSubstr("never replaces a file"));
+    EXPECT_TRUE(isThere(one) && isThere(two));
+
+    EXPECT_EQ(run({"remove", "--plan", plan}).status, 2) << "nobody can be asked";
+    EXPECT_TRUE(isThere(one));
+    const Outcome done = run({"remove", "--plan", plan, "--yes", "--json"});
+    EXPECT_EQ(done.status, 0) << done.err;
+    EXPECT_EQ(pathsIn(jsonIn(done)["succeeded"]), (Paths{one, folder.path("two")}));
+    EXPECT_FALSE(isThere(one) || isThere(two));
+}
+
+TEST(PlanFile, LeavesWhatIsNotTheSameItemAnyMore) {
+    const TemporaryFolder folder;
+    const std::string same = folder.makeFile("same", 5'000), other = folder.makeFile("other", 5'000);
+    const Outcome printed = run({"remove", "--dry-run", "--json", "--delete", same, other});
+    ASSERT_EQ(printed.status, 0) << printed.err;
+    const std::string plan = folder.path("plan.json");
+    write(plan, printed.out);
+    std::filesystem::rename(other, folder.path("kept"));
+    folder.makeFile("other", 5'000);
+    const Outcome done = run({"remove", "--plan", plan, "--yes"});
+    EXPECT_EQ(done.status, 1);
+    EXPECT_THAT(done.err, HasSubstr("“other” is not the item that the plan names"));
+    EXPECT_FALSE(isThere(same));
+    EXPECT_TRUE(isThere(other));
+
+    // Another machine has other devices.
+    const std::string device = jsonIn(printed)["items"][0]["device"].toString().toStdString();
+    write(plan, replaced(run({"remove", "--dry-run", "--json", "--delete", other}).out, "\"" + device + "\"",
+                         "\"" + device + "1\""));
+    const Outcome foreign = run({"remove", "--plan", plan, "--yes"});
+    EXPECT_EQ(foreign.status, 1);
+    EXPECT_THAT(foreign.err, HasSubstr("nothing that this plan names can be removed here; it was made on “"));
+    EXPECT_TRUE(isThere(other));
+}
+
+TEST(PlanFile, AllowsNothingThatRemoveRefuses) {
+    const TemporaryFolder folder;
+    const std::string file = folder.makeFile("file", 5'000);
+    const std::string good = run({"remove", "--dry-run", "--json", "--delete", file}).out;
+    const std::string plan = folder.path("plan.json");
+    write(plan, replaced(good, "\"" + file + "\"", "\"/usr\""));
+    const Outcome guarded = run({"remove", "--plan", plan, "--yes", "--json"});
+    EXPECT_EQ(guarded.status, 1);
+    EXPECT_EQ(jsonIn(guarded)["failed"][0]["reason"].toString().toStdString(),
+              "/usr is a structural directory and is never removed.");
+
+    write(plan, good.substr(0, good.size() / 2));
+    const Outcome damaged = run({"remove", "--plan", plan, "--yes"});
+    EXPECT_EQ(damaged.status, 1);
+    EXPECT_THAT(damaged.err, HasSubstr("The plan is damaged."));
+    EXPECT_THAT(run({"remove", "--plan", file, "--yes"}).err, HasSubstr("This file is no removal plan."));
+    for (const Paths &extra : {Paths{file}, Paths{"--delete"}, Paths{"--as-admin"}, Paths{"--from0", "-"}}) {
+        Paths arguments = {"remove", "--yes", "--plan", plan};
+        arguments.insert(arguments.end(), extra.begin(), extra.end());
+        EXPECT_EQ(run(arguments).status, 2) << extra.front();
+    }
+    EXPECT_TRUE(isThere(file));
+    const Outcome refused = run({"remove", "--dry-run", "--delete", file, "/usr"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err, HasSubstr("never removed"));
+    EXPECT_THAT(refused.out, ::testing::Not(HasSubstr("/usr\n")));
+}
+
+} // namespace brimvale::testing
