@@ -62,6 +62,11 @@ bool fill(int file, std::int64_t bytes) {
     return true;
 }
 
+/// Writes at the start of a file that already has its space.
+bool overwriteStart(int file, std::string_view content) {
+    return lseek(file, 0, SEEK_SET) == 0 && writeAll(file, content);
+}
+
 std::string parentOf(const std::string &place) {
     return place.substr(0, place.rfind('/'));
 }
@@ -117,13 +122,15 @@ void DiskBuilder::make(const std::string &place, std::string_view content, std::
         return;
     makeParents(place, days);
     const OpenFile file(place);
-    if (file.number() < 0 || !writeAll(file.number(), content) || !fill(file.number(), bytes))
+    if (file.number() < 0 || !fill(file.number(), bytes) || !overwriteStart(file.number(), content))
         return noteFailure(place);
     setDate(place, days);
 }
 
 void DiskBuilder::makeFile(std::string_view path, std::int64_t bytes, int days) {
-    make(placeOf(path), "", bytes >= megabyte ? bytes / divisor_ : bytes, days);
+    const std::int64_t taken = bytes >= megabyte ? bytes / divisor_ : bytes;
+    const std::string_view name = path.substr(path.rfind('/') + 1);
+    make(placeOf(path), name.substr(0, static_cast<std::size_t>(taken)), taken, days);
 }
 
 void DiskBuilder::makeFiles(std::span<const SizedFile> files) {

@@ -14,7 +14,7 @@ namespace brimvale::sample {
 
 inline constexpr std::int64_t kilobyte = 1000; // bytes
 
-/// A file that takes space. Its content has no meaning.
+/// A file that takes space. Files of one name and size are duplicates; all others differ in their contents.
 struct SizedFile {
     const char *path; ///< "~" is the home folder
     std::int64_t kilobytes;
@@ -75,6 +75,7 @@ public:
 
 private:
     void makeParents(const std::string &place, int days);
+    /// Makes a file of so many bytes that starts with the content, or is only the content if that is longer.
     void make(const std::string &place, std::string_view content, std::int64_t bytes, int days);
     void setDate(const std::string &place, int days);
     void noteFailure(const std::string &place);

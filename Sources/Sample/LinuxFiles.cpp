@@ -38,6 +38,13 @@ constexpr SizedFile sizedFiles[] = {
     {"~/Pictures/Edited/Panorama.xcf", 7020, 230},
     {"~/Music/Podcasts/Episode 118.mp3", 5110, 45},
     {"~/Music/Podcasts/Episode 119.mp3", 5440, 38},
+    // Copies of files that are elsewhere in the home folder
+    {"~/Videos/Holiday.mp4", 7900, 330},
+    {"~/Downloads/Holiday.mp4", 7900, 320},
+    {"~/Desktop/Passport.pdf", 3100, 130},
+    {"~/Projects/thesis-code/data/Measurements.ods", 4460, 1200},
+    {"~/Projects/website/assets/Lake.png", 2450, 200},
+    {"~/Downloads/Lake.png", 2450, 710},
     // Mail and clouds
     {"~/.thunderbird/k2x9.default/ImapMail/imap.example.org/INBOX", 6120, 1},
     {"~/.thunderbird/k2x9.default/ImapMail/imap.example.org/Archives", 8280, 30},
@@ -145,6 +152,7 @@ constexpr ManyFiles manyFiles[] = {
     {"~/Pictures/2023/Wedding", "DSC_", ".jpg", 90, 192, 860, 861},
     {"~/Pictures/2024/Italy", "DSC_", ".jpg", 70, 210, 420, 432},
     {"~/Pictures/2025/Phone", "PXL_", ".jpg", 120, 111, 5, 320},
+    {"~/Pictures/From the old phone", "PXL_", ".jpg", 24, 111, 290, 320}, // copies
     {"~/Music/Albums/Northern Lights", "Track ", ".flac", 11, 1380, 1100, 1101},
     {"~/Music/Albums/Quiet Rooms", "Track ", ".flac", 9, 1260, 900, 901},
     {"~/Music/Albums/Harbour", "Track ", ".mp3", 14, 432, 2100, 2110},

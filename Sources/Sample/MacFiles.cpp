@@ -59,6 +59,12 @@ constexpr SizedFile sizedMacFiles[] = {
     {"~/Music/Music/Media.localized/Quiet Rooms/02 Snow.m4a", 7200, 900},
     {"~/Movies/Birthday 2022.mov", 22000, 1300},
     {"~/Movies/First steps.mov", 12500, 980},
+    // Copies of files that are elsewhere in the home folder
+    {"~/Movies/Holiday.mov", 9300, 330},
+    {"~/Downloads/Holiday.mov", 9300, 320},
+    {"~/Desktop/Contracts.pdf", 3100, 130},
+    {"~/Downloads/01 Harbour.m4a", 7800, 905},
+    // Clouds and games
     {"~/Library/Application Support/CloudDocs/session/db/client.db", 3400, 1},
     {"~/Library/Application Support/Google/DriveFS/1048/content_cache/d0", 8900, 3},
     {"~/Library/Application Support/OneDrive/settings/Personal/cache.dat", 2100, 3},

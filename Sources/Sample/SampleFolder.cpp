@@ -24,7 +24,7 @@ namespace brimvale::sample {
 namespace {
 
 /// Raised with every change of what is built.
-constexpr const char *version = "1\n";
+constexpr const char *version = "2\n";
 
 constexpr std::int64_t leastFreeAfterwards = 300'000'000; // bytes
 constexpr std::int64_t smallDivisor = 4;

@@ -1,6 +1,7 @@
 // The sample of a disk has something for every page.
 
 #include "Core/Apps/AppInventory.h"
+#include "Core/Duplicates/DuplicateSearch.h"
 #include "Core/Storage/CleanupCatalog.h"
 #include "Core/Storage/LocalSnapshot.h"
 #include "Core/Storage/StorageCategories.h"
@@ -73,6 +74,19 @@ Names emptyCategories(const Host &host) {
     return empty;
 }
 
+/// The names of the files in the home folder that have duplicates, among those that the window would show.
+Names duplicates(const Host &host) {
+    constexpr std::int64_t leastLength = 2'000'000 / divisor;
+    DuplicateProgress progress;
+    Names names;
+    for (const DuplicateGroup &group :
+         findDuplicates({host.home}, leastLength, ScanOptions(), progress).groups)
+        names.insert(std::string(group.files.front().url.fileName())
+                         .append(", ")
+                         .append(std::to_string(group.files.size())));
+    return names;
+}
+
 } // namespace
 
 TEST(SampleDisk, FillsEveryPageOnLinux) {
@@ -87,6 +101,8 @@ TEST(SampleDisk, FillsEveryPageOnLinux) {
     EXPECT_EQ(names,
               (Names{"Blender", "Firefox ESR", "GIMP", "Inkscape", "Joplin", "Krita", "LibreOffice Writer",
                      "Maps", "Pine Valley", "Spotify", "Steam", "Thunderbird", "VLC", "Visual Studio Code"}));
+    EXPECT_EQ(duplicates(sample.host), (Names{"Holiday.mp4, 2", "Lake.png, 3", "Measurements.ods, 2",
+                                              "PXL_1001.jpg, 2", "Passport.pdf, 2"}));
     const std::size_t snapshots = platformSystem() == System::linux ? 3 : 0;
     EXPECT_EQ(LocalSnapshot::list("/", sample.host).size(), snapshots);
 }
@@ -96,6 +112,7 @@ TEST(SampleDisk, FillsEveryPageOfAMac) {
     EXPECT_THAT(emptyTargets(sample.host), IsEmpty());
     EXPECT_THAT(emptyCategories(sample.host), IsEmpty());
     EXPECT_EQ(AppInventory::scan(false, sample.host).size(), 7U);
+    EXPECT_EQ(duplicates(sample.host), (Names{"01 Harbour.m4a, 2", "Contracts.pdf, 2", "Holiday.mov, 2"}));
     EXPECT_EQ(LocalSnapshot::list("/", sample.host).size(), 3U);
 }
 
