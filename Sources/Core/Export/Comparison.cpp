@@ -71,7 +71,8 @@ private:
         if (after.isDirectory) {
             folders_.emplace_back(&before, &after);
         } else if (before.size != after.size) {
-            changes_.push_back({.path = after.path(), .before = before.size, .after = after.size});
+            changes_.push_back(
+                {.path = after.path(), .before = before.size, .after = after.size, .node = &after});
             nodes_.emplace(&after, Earlier{NodeChange::Kind::unchanged, before.size});
         }
     }
@@ -100,8 +101,11 @@ private:
         }
         if (earlierSmall == laterSmall)
             return;
-        changes_.push_back(
-            {.path = after.path(), .isAggregate = true, .before = earlierSmall, .after = laterSmall});
+        changes_.push_back({.path = after.path(),
+                            .isAggregate = true,
+                            .before = earlierSmall,
+                            .after = laterSmall,
+                            .node = children.laterSmall});
         if (children.laterSmall != nullptr)
             nodes_.emplace(children.laterSmall, Earlier{NodeChange::Kind::unchanged, earlierSmall});
     }
@@ -159,7 +163,8 @@ private:
                                 .earlier = earlier->path(),
                                 .isFolder = node.isDirectory,
                                 .before = earlier->size,
-                                .after = node.size});
+                                .after = node.size,
+                                .node = &node});
             return true;
         };
         if (findMoved(top, isMoved))
@@ -168,7 +173,8 @@ private:
         changes_.push_back({.kind = TreeChange::Kind::appeared,
                             .path = top.path(),
                             .isFolder = top.isDirectory,
-                            .after = top.size - movedInside});
+                            .after = top.size - movedInside,
+                            .node = &top});
     }
 
     void tellGone(const FSNode &top) {
@@ -244,6 +250,10 @@ NodeChange TreeComparison::of(const FSNode &node) const {
                 growth};
     }
     return {};
+}
+
+const FSNode *TreeComparison::nodeOf(const TreeChange &change) const {
+    return nodes_.contains(change.node) ? change.node : nullptr; // it has an entry as long as it is there
 }
 
 void TreeComparison::letGoOf(const FSNode &node) {

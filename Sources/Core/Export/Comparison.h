@@ -27,6 +27,8 @@ struct TreeChange {
     bool isAggregate = false; ///< the small files of the folder at `path`
     std::int64_t before = 0;  ///< allocated bytes
     std::int64_t after = 0;
+    /// Of the later tree, in which it may no longer be; ask `TreeComparison::nodeOf`.
+    const FSNode *node = nullptr;
 
     [[nodiscard]] std::int64_t growth() const { return after - before; }
 };
@@ -60,6 +62,9 @@ public:
     /// What became of a node of the later tree. What is inside a new or moved folder is new or was moved with
     /// it.
     [[nodiscard]] NodeChange of(const FSNode &node) const;
+
+    /// The node of one of the changes in the later tree. Null for what is gone, and for nodes that left it.
+    [[nodiscard]] const FSNode *nodeOf(const TreeChange &change) const;
 
     /// Drops all pointers to a node and its descendants. Call it before they leave the tree.
     void letGoOf(const FSNode &node);

@@ -138,6 +138,7 @@ private:
     void letGoOfComparison();
     void showComparison();
     void listChanges();
+    [[nodiscard]] bool acceptsChange(const TreeChange &change, const std::string &earlierRoot) const;
     void selectChange(const TreeChange *change);
     void showChange(const TreeChange &change);
 

@@ -17,6 +17,26 @@ using namespace Qt::StringLiterals;
 
 namespace brimvale {
 
+namespace {
+
+/// Whether a filter accepts something that is gone: by its name and earlier size, or by the name of a folder
+/// between it and the root. Its date is not known.
+bool acceptsGone(const FileFilter &filter, const TreeChange &change, const std::string &root) {
+    const FileURL item(change.path);
+    if (!change.isAggregate && (change.isFolder ? filter.acceptsFolder(item.fileName(), change.before, 0)
+                                                : filter.acceptsFile(item.fileName(), change.before, 0)))
+        return true;
+    if (filter.hasConditions()) // the figures of the folder are not known
+        return false;
+    for (FileURL folder = change.isAggregate ? item : item.parent(); folder.path().size() > root.size();
+         folder = folder.parent())
+        if (filter.acceptsFolder(folder.fileName(), 0, 0))
+            return true;
+    return false;
+}
+
+} // namespace
+
 void BrowseView::makeComparison() {
     lists_->addWidget(changes_);
     connect(note_, &CompareNote::stopAsked, this, &BrowseView::stopComparing);
@@ -90,7 +110,17 @@ void BrowseView::listChanges() {
                                : later == "/"  ? folder
                                                : folder.substr(later.size());
     changes_->changes().show(comparison_.changes()->changes(), folder,
-                             earlier == "/" && !within.empty() ? within : earlier + within);
+                             earlier == "/" && !within.empty() ? within : earlier + within,
+                             [&](const TreeChange &change) { return acceptsChange(change, earlier); });
+}
+
+/// Whether the filter accepts a change, as the outline would. `earlierRoot` is the path of the earlier scan.
+bool BrowseView::acceptsChange(const TreeChange &change, const std::string &earlierRoot) const {
+    const FileFilter &filter = outlineModel_.fileFilter();
+    if (filter.acceptsAll())
+        return true;
+    const FSNode *node = comparison_.changes()->nodeOf(change);
+    return node != nullptr ? !outlineModel_.hides(*node) : acceptsGone(filter, change, earlierRoot);
 }
 
 /// Selects the item of a change, which is acted on like any other. Of what is gone nothing is left to select.
@@ -106,7 +136,8 @@ void BrowseView::selectChange(const TreeChange *change) {
 
 void BrowseView::showChange(const TreeChange &change) {
     if (change.kind == TreeChange::Kind::gone)
-        return WindowServices::notify(*this, u"It is gone. Its folder shows how much smaller it is."_s);
+        return WindowServices::notify(*this,
+                                      u"This item is gone. Its folder shows how much smaller it is now."_s);
     if (FSNode *node = nodeOf(FileURL(change.path)))
         showInFolder(node);
 }

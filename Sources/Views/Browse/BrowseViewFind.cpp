@@ -107,6 +107,7 @@ void BrowseView::applyFilter() {
 /// Tells how much the filter has found. Does not replace what is wrong with a later one.
 void BrowseView::showMatches() {
     markMatches();
+    listChanges();
     if (filter_->text() != outlineModel_.filter())
         return;
     const FilterResult &result = outlineModel_.filterResult();

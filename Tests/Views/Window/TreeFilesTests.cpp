@@ -13,6 +13,7 @@
 #include <QDialog>
 #include <QFileDialog>
 #include <QImage>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
 #include <QPushButton>
@@ -185,11 +186,23 @@ TEST_F(TreeFilesTest, ComparesWithASavedScan) {
     auto &tabs = testing::find<QTabBar>(page, "browseTabs");
     tabs.setCurrentIndex(tabs.count() - 1);
     const QAbstractItemModel &changes = *testing::find<QTreeView>(page, "changeList").model();
-    std::vector<std::string> rows;
-    for (int row = 0; row < changes.rowCount(); ++row)
-        rows.push_back(changes.index(row, 0).data(Qt::AccessibleTextRole).toString().toStdString());
-    EXPECT_THAT(rows, ElementsAre(StartsWith("new, new, +5"), StartsWith("file, changed, +"),
-                                  StartsWith("here, moved, 2"), StartsWith("gone, gone, −3")));
+    const auto rows = [&] {
+        std::vector<std::string> texts;
+        for (int row = 0; row < changes.rowCount(); ++row)
+            texts.push_back(changes.index(row, 0).data(Qt::AccessibleTextRole).toString().toStdString());
+        return texts;
+    };
+    EXPECT_THAT(rows(), ElementsAre(StartsWith("new, new, +5"), StartsWith("file, changed, +"),
+                                    StartsWith("here, moved, 2"), StartsWith("gone, gone, −3")));
+    auto &filter = testing::find<QLineEdit>(page, "filter");
+    for (const auto &[text, name] :
+         {std::pair("HERE", "here"), {">4.5M", "new"}, {"gone >2M", "gone"}, {"old", "gone"}}) {
+        filter.setText(QLatin1String(text));
+        EXPECT_TRUE(eventually([&] { return rows().size() == 1 && rows().front().starts_with(name); }))
+            << name;
+    }
+    filter.clear();
+    ASSERT_TRUE(eventually([&] { return changes.rowCount() == 4; }));
 
     // It follows a removal, and ends with everything as before.
     model.scan.drop(GonePaths({FileURL(home.path("files/new"))}));

@@ -66,7 +66,8 @@ void ChangeList::paintEvent(QPaintEvent *event) {
     QPainter painter(viewport());
     painter.setFont(Type::font(Type::Size::body));
     painter.setPen(Theme::current().secondaryText);
-    painter.drawText(viewport()->rect(), Qt::AlignCenter, u"Nothing has changed here"_s);
+    painter.drawText(viewport()->rect(), Qt::AlignCenter,
+                     model_.hidesSome() ? u"No changes match the filter"_s : u"Nothing has changed here"_s);
 }
 
 } // namespace brimvale

@@ -36,18 +36,26 @@ QString iconOf(const TreeChange &change) {
 } // namespace
 
 void ChangeModel::show(const std::vector<TreeChange> &changes, const std::string &folder,
-                       const std::string &earlierFolder) {
+                       const std::string &earlierFolder,
+                       const std::function<bool(const TreeChange &)> &accepts) {
     beginResetModel();
     rows_.clear();
-    for (const TreeChange &change : changes)
-        if (isAtOrUnder(change.path, change.kind == TreeChange::Kind::gone ? earlierFolder : folder))
+    hidesSome_ = false;
+    for (const TreeChange &change : changes) {
+        if (!isAtOrUnder(change.path, change.kind == TreeChange::Kind::gone ? earlierFolder : folder))
+            continue;
+        if (accepts(change))
             rows_.push_back(&change);
+        else
+            hidesSome_ = true;
+    }
     endResetModel();
 }
 
 void ChangeModel::clear() {
     beginResetModel();
     rows_.clear();
+    hidesSome_ = false;
     endResetModel();
 }
 

@@ -3,6 +3,7 @@
 #include "Core/Export/Comparison.h"
 
 #include <QAbstractListModel>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,11 +17,13 @@ class ChangeModel : public QAbstractListModel {
 public:
     using QAbstractListModel::QAbstractListModel;
 
-    /// Shows the changes at or below a folder. Its path is `earlierFolder` in the earlier scan. `changes`
-    /// must stay until `clear`.
+    /// Shows the changes at or below a folder that `accepts` accepts. Its path is `earlierFolder` in the
+    /// earlier scan. `changes` must stay until `clear`.
     void show(const std::vector<TreeChange> &changes, const std::string &folder,
-              const std::string &earlierFolder);
+              const std::string &earlierFolder, const std::function<bool(const TreeChange &)> &accepts);
     void clear();
+    /// Whether there are changes that were not accepted.
+    [[nodiscard]] bool hidesSome() const { return hidesSome_; }
 
     [[nodiscard]] const TreeChange &changeAt(const QModelIndex &index) const;
 
@@ -31,6 +34,7 @@ public:
 
 private:
     std::vector<const TreeChange *> rows_;
+    bool hidesSome_ = false;
 };
 
 } // namespace brimvale
