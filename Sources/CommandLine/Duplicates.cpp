@@ -167,9 +167,11 @@ ExitStatus share(const Arguments &arguments, const DuplicatesFound &found, Outpu
         output.write("No equal files can share their space here.\n");
         return ExitStatus::done;
     }
-    const std::string question = "Let " + Fmt::counted(all.files, "file") + " (" +
-                                 Fmt::byteFormatter(all.bytes) +
-                                 ") share the space of equal ones? No file is removed or changed.";
+    const std::string question = std::string("Share the space of ")
+                                     .append(Fmt::counted(all.files, "file"))
+                                     .append(" (")
+                                     .append(Fmt::byteFormatter(all.bytes))
+                                     .append(")? No file is removed or changed.");
     SpaceSharing done;
     if (all.files > 0 && !arguments.has("--yes") && !confirm(question, AskedOn::standardStreams))
         return ExitStatus::failed;

@@ -27,8 +27,8 @@ constinit const Command openCommand = {
     .options = openOptions,
     .summary =
         "Shows the tree in a file from \"scan --save\", \"scan --export\" (json or ncdu) or \"ncdu -o\".",
-    .help = "\nThe tree may be of another machine. \"-\" reads a list from standard input. A list of ncdu\n"
-            "also counts the space of the folders themselves.\n",
+    .help = "\nThe tree may come from another machine. \"-\" reads a list from standard input. A list of\n"
+            "ncdu also counts the space of the folders themselves.\n",
     .run = runOpen,
 };
 

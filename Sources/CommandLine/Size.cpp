@@ -121,7 +121,7 @@ constinit const Command sizeCommand = {
     .operandCount = {},
     .options = sizeOptions,
     .summary = "Prints the allocated size of each path.",
-    .help = "\nA link counts itself, and a file with several names counts once a name. Other volumes and\n"
+    .help = "\nA link counts itself, and a file with several names counts once for each. Other volumes and\n"
             "system-managed folders are not entered. Items that can't be read are left out; then a message\n"
             "says so and the exit status is 1.\n",
     .run = runSize,

@@ -60,7 +60,7 @@ Result<FileURL, std::string> useSample(System system, bool isNew) {
         return prepared;
     if (!confine(Confinement{*disk, toolsOn(*disk),
                              [system, disk = *disk] { return sampleVolumes(system, disk); }}))
-        return "The sample in “" + displayText(disk->path()) + "” can't be opened.";
+        return "The sample in “" + displayText(disk->path()) + "” can’t be opened.";
     Host::useSystem(system);
     moveHome(homeOnSample(system, *disk));
     return prepared;

@@ -101,7 +101,7 @@ TEST(Backup, CopiesNothingThatCannotBeBackedUpTogether) {
     for (const Case &one : {
              Case{{folder.path("a/same"), folder.path("b/same"), "--label", "x"}, 1, "Two of the items"},
              Case{{folder.path("a"), folder.path("missing"), "--label", "x"}, 1, "No such file"},
-             Case{{folder.path(), "--label", "x"}, 1, "can't be backed up into a folder inside itself"},
+             Case{{folder.path(), "--label", "x"}, 1, "can’t be backed up into a folder inside itself"},
              Case{{folder.path("a")}, 2, "backup: missing option: --label"},
              Case{{folder.path("a"), "--label", "../x"}, 2, "backup: \"--label\" takes"},
              Case{{folder.path("a"), "--verify", "x"},

@@ -57,7 +57,7 @@ TEST(Transcript, InvalidDatabaseIsAnError) {
     EXPECT_EQ(missing.status, 1);
     EXPECT_THAT(missing.err, EndsWith("missing: No such file or directory\n"));
     for (const auto &[path, reason] :
-         {std::pair(garbage, "sqlite3 can't read it as a database."), std::pair(pipe, "It is not a file.")}) {
+         {std::pair(garbage, "sqlite3 can’t read it as a database."), std::pair(pipe, "It is not a file.")}) {
         const Outcome wrong = runProgram({"transcript", path, "--output", output});
         EXPECT_EQ(wrong.status, 1);
         EXPECT_THAT(wrong.err, HasSubstr("could not be fully read as a Messages database. "));

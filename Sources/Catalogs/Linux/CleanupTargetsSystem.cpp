@@ -18,7 +18,7 @@ const std::vector<std::string> packageLocks = {"/var/lib/dpkg/lock-frontend", "/
 const std::vector<std::string> packageMarks = {"/var/lib/pacman/db.lck"};
 
 constexpr const char *machineAdvice =
-    "Remove a machine in the program that made it, or the program goes on listing it.";
+    "Remove a machine in the program that made it, or the program still lists it.";
 
 const std::vector<std::string> dockerPlaces = {"/var/lib/docker", "$DATA/docker", "~/.docker/desktop"};
 const std::vector<std::string> podmanPlaces = {"/var/lib/containers/storage", "$DATA/containers/storage"};

@@ -48,7 +48,7 @@ constexpr const char *ofSettings = " holds the settings of the desktop and its a
                                    "it in the file manager instead.";
 constexpr const char *ofEncryption = " holds the encrypted bytes of files that are shown in another folder. "
                                      "Removing it would destroy them.";
-constexpr const char *besideHomes = " is beside people's home folders. Nothing there is removed as a whole.";
+constexpr const char *besideHomes = " is beside people’s home folders. Nothing there is removed as a whole.";
 constexpr const char *ofProgram = " is a folder that a program expects to find. Only its contents can be "
                                   "removed.";
 constexpr const char *ofRepairs =

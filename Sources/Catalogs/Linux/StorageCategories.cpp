@@ -66,7 +66,7 @@ std::vector<StorageCategory> ownFiles() {
          .listsContents = true,
          .risk = CleanupRisk::careful,
          .action = RemovableAction{},
-         .caveat = "Videos that you recorded yourself can't be downloaded again."},
+         .caveat = "Videos that you recorded yourself can’t be downloaded again."},
         {.id = "music",
          .title = "Music",
          .symbol = "music.note",
@@ -76,7 +76,7 @@ std::vector<StorageCategory> ownFiles() {
          .listsContents = true,
          .risk = CleanupRisk::careful,
          .action = RemovableAction{},
-         .caveat = "Music players keep a list of these files. What you ripped or recorded yourself can't be "
+         .caveat = "Music players keep a list of these files. What you ripped or recorded yourself can’t be "
                    "downloaded again."},
     };
 }
@@ -118,7 +118,7 @@ StorageCategory cloud(const Places &places) {
             .roots = cloudFolders(places),
             .risk = CleanupRisk::careful,
             .action = ReadOnlyAction{"These files are kept in sync. Deleting one here deletes it on your "
-                                     "other devices. Free space in the provider's own settings."}};
+                                     "other devices. Free space in the provider’s own settings."}};
 }
 
 StorageCategory developer() {
@@ -192,8 +192,8 @@ StorageCategory games() {
             .listsContents = true,
             .risk = CleanupRisk::review,
             .action = RemovableAction{},
-            .caveat = "Saved games may be among these files. Remove the games of Steam in Steam, or it goes "
-                      "on listing them.",
+            .caveat = "Saved games may be among these files. Remove Steam games in Steam, or it still "
+                      "lists them.",
             .alsoCovers = {"$DATA/Steam", "~/.var/app/com.valvesoftware.Steam"}};
 }
 
@@ -240,7 +240,7 @@ StorageCategory otherUsers(std::vector<std::string> others) {
             .roots = std::move(others),
             .risk = CleanupRisk::careful,
             .action = ReadOnlyAction{
-                "This belongs to another account on this computer. Removing it needs that user's consent and "
+                "This belongs to another account on this computer. Removing it needs that user’s consent and "
                 "an administrator, so Brimvale will only measure it."}};
 }
 
@@ -270,7 +270,7 @@ StorageCategory theSystem(const Host &host) {
         .roots = {"/boot", "/efi", "/etc", "/bin", "/sbin", "/lib", "/lib32", "/lib64", "/libx32",
                   "/var/lib/dpkg", "/var/lib/rpm", "/var/lib/pacman", "/var/lib/apt", "/var/lib/dnf"},
         .risk = CleanupRisk::careful,
-        .action = ReadOnlyAction{isImage ? name + " itself. Its files can't be changed."
+        .action = ReadOnlyAction{isImage ? name + " itself. Its files can’t be changed."
                                          : name + " itself. Its package manager looks after it."},
         .alsoCovers = {"/usr"}};
     for (const std::string &folder : namesIn(host.placeOf("/usr")).value_or(std::vector<std::string>()))
@@ -291,7 +291,7 @@ StorageCategory systemData() {
             .risk = CleanupRisk::review,
             .measurement = CategoryMeasurement::remainder,
             .action = RemovableAction{},
-            .caveat = "System Data is not a folder. It is the volume's used space minus everything that "
+            .caveat = "System Data is not a folder. It is the volume’s used space minus everything that "
                       "could be identified. Snapshots, deleted files that a program still has open, and "
                       "folders that only an administrator may read are part of it. The rows below are the "
                       "things that usually make it large, measured on this computer."};

@@ -10,11 +10,11 @@ Words words() {
         .rootName = "File system",
         .noBytes = "0 bytes",
         .includeSystemApps = "Include system apps",
-        .whyDefinitely = "Matched on the app's identifier, or on a list of well-known apps.",
+        .whyDefinitely = "Matched on the app’s identifier, or on a list of well-known apps.",
         .whyPossibly = "Matched on name only, or claimed by another app as well, so check these before "
                        "removing. Another app or the system itself may own them.",
         .noOtherFiles = "No other files found for this app.",
-        .stillSearching = "Looking for this app's files…",
+        .stillSearching = "Looking for this app’s files…",
         .chooseApp = "Select an app to see its other files.",
         .revealItem = "Show in File Manager",
         .openFolder = "Open in File Manager",

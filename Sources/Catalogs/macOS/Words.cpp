@@ -13,7 +13,7 @@ Words words() {
         .whyPossibly = "Matched on name only, so check these before removing. Another app or macOS itself "
                        "may own them.",
         .noOtherFiles = "No files found outside the bundle.",
-        .stillSearching = "Looking for this app's files…",
+        .stillSearching = "Looking for this app’s files…",
         .chooseApp = "Select an app to see its files outside the bundle.",
         .revealItem = "Reveal in Finder",
         .openFolder = "Open in Finder",
@@ -30,7 +30,7 @@ Words words() {
             "With Full Disk Access macOS does not ask. Without it, Mail, Messages and the folders "
             "that you do not allow read as empty.",
         .measuringHelp = "Full Disk Access would let this be measured.",
-        .listingHelp = "Allow Full Disk Access, or ask the folder's owner.",
+        .listingHelp = "Allow Full Disk Access, or ask the folder’s owner.",
         .freesAtMost = "Deleting frees at most this size, because files on this volume can share their space "
                        "with snapshots and copies.",
         .atMost = " at most",

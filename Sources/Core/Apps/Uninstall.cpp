@@ -134,7 +134,7 @@ std::string confirmation(const AppRow &row, const std::vector<LeftoverItem> &lef
         text += 's';
     text.append(", freeing about ").append(Fmt::byteFormatter(size));
     if (!app.empty() && row.app.kind == AppKind::snap)
-        text.append(". The app's data is removed too; snap keeps a copy for about a month");
+        text.append(". The app’s data is removed too; snap keeps a copy for about a month");
     return text;
 }
 

@@ -140,7 +140,7 @@ void Run::archive(const FileURL &source, std::size_t index) {
     if (watch_.cancelled.isSet())
         return fail(source, cancelledReason);
     if (BackupPlan::holds(source, destination_))
-        return fail(source, "An item can't be backed up into itself.");
+        return fail(source, "An item can’t be backed up into itself.");
     const FileURL target = destination_.appending(source.fileName());
     if (fileStatus(target.path()))
         return fail(source, "The backup already holds an item of that name.");
@@ -279,7 +279,7 @@ void Run::writeManifest() {
 
 void Run::remarkNoManifest(const std::string &reason) {
     result_.remarks.push_back(
-        "The manifest was not written, so the backup can't be verified later: " + reason + ".");
+        "The manifest was not written, so the backup can’t be verified later: " + reason + ".");
 }
 
 /// Makes the backup's folder; the reason where that is not possible.

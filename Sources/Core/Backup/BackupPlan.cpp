@@ -51,7 +51,7 @@ std::optional<std::string> refusal(const std::vector<FileURL> &items, const File
     for (auto item = items.begin(); item != items.end(); ++item) {
         const std::string name = displayText(item->fileName());
         if (holds(*item, root))
-            return "“" + name + "” can't be backed up into a folder inside itself.";
+            return "“" + name + "” can’t be backed up into a folder inside itself.";
         const bool isRepeated = std::any_of(items.begin(), item, [&](const FileURL &earlier) {
             return isSameName(earlier.fileName(), item->fileName());
         });

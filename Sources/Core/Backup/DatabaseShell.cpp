@@ -161,7 +161,7 @@ std::string reasonOf(const ProcessResult &result, const Question &question, cons
     if (!result.exitStatus)
         return "sqlite3 was stopped before it had read everything.";
     if (!reader.hasPassed(opened))
-        return "sqlite3 can't read it as a database.";
+        return "sqlite3 can’t read it as a database.";
     if (!reader.hasPassed(plainColumns))
         return "It does not have the plain tables of a Messages database.";
     return result.exitStatus == 0 ? "" : "sqlite3 could not read all of it.";

@@ -59,7 +59,7 @@ std::optional<std::string> changeOfContents(const VerifiedBackup &state, const S
     if (!found.changed.empty())
         return nameOf(found.changed) + " has changed in the backup.";
     if (!found.unreadable.empty())
-        return nameOf(found.unreadable) + " can't be read in the backup.";
+        return nameOf(found.unreadable) + " can’t be read in the backup.";
     return std::nullopt;
 }
 

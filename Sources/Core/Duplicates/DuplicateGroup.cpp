@@ -47,7 +47,7 @@ StayingRule::StayingRule() {
 }
 
 std::string StayingRule::inWords() {
-    return "One file of each group stays: first one that can't go, then one outside Downloads and the Trash, "
+    return "One file of each group stays: first one that can’t go, then one outside Downloads and the Trash, "
            "then the oldest, then the one with the shortest path, then the first by name.";
 }
 

@@ -22,8 +22,8 @@ std::string reasonOf(const SharingFailure &failure, const FileURL &file) {
     if (!failure.error)
         return name + " is not equal to the file that it should share its space with.";
     if (*failure.error == EOPNOTSUPP || *failure.error == EINVAL || *failure.error == ENOTTY)
-        return "The file system can't let " + name + " share its space.";
-    return name + " can't share its space, because " + reasonOfError(*failure.error) + ".";
+        return "The file system can’t let " + name + " share its space.";
+    return name + " can’t share its space, because " + reasonOfError(*failure.error) + ".";
 }
 
 /// Shares the space of one group.

@@ -44,7 +44,7 @@ Result<ImportedTree, ImportFault> readTreeAt(const std::string &path) {
     }
     constexpr std::size_t longest = std::size_t{1} << 32;
     const std::optional<std::string> bytes = contentsOfFile(path, longest);
-    return bytes ? readSavedScan(*bytes) : ImportFault{"The saved scan can't be read."};
+    return bytes ? readSavedScan(*bytes) : ImportFault{"The saved scan can’t be read."};
 }
 
 } // namespace brimvale

@@ -49,7 +49,7 @@ Outcome scanned(const FileURL &folder, RemovalActions &actions) {
         actions.runProgramAsAdministrator({commandLineTool().path(), "scan", "--json", "--", folder.path()});
     if (const auto *error = std::get_if<PrivilegedRunError>(&run))
         return withoutTree(error->message.value_or(
-            "The password was not given, or the system did not ask for it. What is shown stays as it was."));
+            "No password was entered, or the system did not ask for one. Nothing has changed."));
     PrintedText printed(std::get<ProcessResult>(run).output);
     Result<ImportedTree, ImportFault> read = readListing(printed);
     auto *tree = std::get_if<ImportedTree>(&read);

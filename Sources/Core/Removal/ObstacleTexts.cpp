@@ -46,7 +46,7 @@ std::optional<std::string> obstacleText(RemovalObstacle obstacle, const FileURL 
         return "The system protects " + (entry == item ? "it" : "“" + visibleText(entry.path()) + "”") +
                ", even from an administrator.";
     case RemovalObstacle::privacyProtection:
-        return "The system's privacy settings prevent this. Allow Full Disk Access in the system settings, "
+        return "The system’s privacy settings prevent this. Allow Full Disk Access in the system settings, "
                "then try again.";
     case RemovalObstacle::appManagement:
         return "macOS protects applications. Allow Brimvale under Privacy & Security › App Management, "

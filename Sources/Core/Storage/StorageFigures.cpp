@@ -93,7 +93,7 @@ std::optional<std::string> StorageFigures::elsewhereSentence(const MeasuredCateg
     if (elsewhere < 1)
         return std::nullopt;
     return Fmt::byteFormatter(elsewhere) + " of the items above are on other volumes. They are not part of "
-                                           "this figure, which counts only the system's volume.";
+                                           "this figure, which counts only the system’s volume.";
 }
 
 } // namespace brimvale

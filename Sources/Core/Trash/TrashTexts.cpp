@@ -25,7 +25,7 @@ std::string whyNotPutBack(TrashRecord::State state) {
     case TrashRecord::State::invalid:
         return "Its record in the Trash is damaged, so its old place is unknown.";
     case TrashRecord::State::outside:
-        return "Its record in the Trash names a place where it can't have been.";
+        return "Its record in the Trash names a place where it can’t have been.";
     case TrashRecord::State::expunged:
         return "It is left over from emptying the Trash, and may be incomplete.";
     case TrashRecord::State::notInTrash:
@@ -49,10 +49,10 @@ std::string putBackError(int errorNumber, const FileURL &item, const std::option
     case ENOTDIR:
         return "A folder on the way to " + place + " is not a folder any more.";
     case ELOOP:
-        return "The way to " + place + " leads through another user's link, or through too many links.";
+        return "The way to " + place + " leads through another user’s link, or through too many links.";
     case EACCES:
     case EPERM:
-        return "You don't have permission to put it back to " + place + ".";
+        return "You don’t have permission to put it back to " + place + ".";
     case EROFS:
         return "The volume of " + place + " is read-only.";
     case EAGAIN:
@@ -60,7 +60,7 @@ std::string putBackError(int errorNumber, const FileURL &item, const std::option
     case EINVAL:
         return "It is not in the Trash.";
     default:
-        return "It can't be put back to " + place + ": " + FileError::posix(errorNumber).localizedDescription;
+        return "It can’t be put back to " + place + ": " + FileError::posix(errorNumber).localizedDescription;
     }
 }
 

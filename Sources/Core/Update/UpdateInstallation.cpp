@@ -19,7 +19,7 @@ constexpr const char *operation = "[Corvel] installAndRelaunch: ";
 std::optional<UpdateFailure> refusalOfQuotes(const FileURL &url) {
     if (url.path().find('\'') == std::string::npos)
         return std::nullopt;
-    return UpdateFailure("The installer can't work with " + url.path() +
+    return UpdateFailure("The installer can’t work with " + url.path() +
                          ", because a single quote stands in this path. Rename that folder, or install the "
                          "update manually.");
 }
@@ -35,7 +35,7 @@ std::optional<UpdateFailure> refusalOfNames(const FileURL &staged, const FileURL
     if (executableIn(staged) == executableIn(current))
         return UpdateFailure("The downloaded copy is damaged. Download the update again.");
     return UpdateFailure("The app was renamed to " + std::string(current.fileName()) +
-                         ", so the update can't replace it. Quit it, name it " +
+                         ", so the update can’t replace it. Quit it, name it " +
                          std::string(staged.fileName()) + ", open it, and update again.");
 }
 

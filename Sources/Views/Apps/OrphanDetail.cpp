@@ -32,7 +32,7 @@ QString incompleteness(const OrphanState &state) {
     if (state.wasStopped && !state.isSearching)
         sentences.append(u"The search was stopped, so there may be more. Reload to search again."_s);
     for (const std::string &folder : state.unreadFolders)
-        sentences.append(u"%1 can't be read, so its contents are not listed."_s.arg(displayedText(folder)));
+        sentences.append(u"%1 can’t be read, so its contents are not listed."_s.arg(displayedText(folder)));
     return sentences.join(QLatin1Char('\n'));
 }
 

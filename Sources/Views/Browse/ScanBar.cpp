@@ -235,7 +235,7 @@ void ScanBar::scanChosen(const std::string &path) {
                         u"“%1” could not be opened."_s.arg(displayedText(path)), QMessageBox::Ok, window());
     alert->setTextFormat(Qt::PlainText);
     alert->setInformativeText(
-        u"It is no longer there, or the folder chooser can't handle its name. In that case, "
+        u"It is no longer there, or the folder chooser can’t handle its name. In that case, "
         "choose its parent folder."_s);
     alert->setAttribute(Qt::WA_DeleteOnClose);
     usePaletteOfParent(*alert);

@@ -45,7 +45,7 @@ void ScanMessage::showWhyItIsEmpty(const std::string &path) {
     else if (fileStatus(path))
         setMessage(
             QStringLiteral("lock"), u"This could not be read"_s,
-            u"“%1” is not a folder, or you don't have permission to open it. %2"_s.arg(shown, whatHelps()));
+            u"“%1” is not a folder, or you don’t have permission to open it. %2"_s.arg(shown, whatHelps()));
     else
         setMessage(QStringLiteral("triangle-alert"), u"Nothing to scan"_s,
                    u"There is nothing at “%1”."_s.arg(shown));

@@ -104,7 +104,7 @@ UnreadableSheet::UnreadableSheet(const std::vector<UnreadableItem> &items, std::
     : Sheet("unreadableSheet", u"Unreadable Items"_s, parent),
       administrator_(makeButton("scanAsAdministrator", u"Scan as Administrator…"_s, this)) {
     resize(sheetSize);
-    administrator_->setToolTip(u"Asks for an administrator's password once, and only reads."_s);
+    administrator_->setToolTip(u"Asks for an administrator’s password once, and only reads."_s);
     administrator_->hide();
     connect(administrator_, &QPushButton::clicked, this, [this] {
         accept();

@@ -284,7 +284,7 @@ void CategoryDetailView::planBackup(RemovalMode mode) {
     if (items.empty())
         return;
     if (const auto refusal = BackupPlan::refusal(items, backups_->backupRoot)) {
-        (new NoticeSheet(u"These items can't go into one backup"_s, text(*refusal), this))->open();
+        (new NoticeSheet(u"These items can’t go into one backup"_s, text(*refusal), this))->open();
         return;
     }
     const auto shortage =

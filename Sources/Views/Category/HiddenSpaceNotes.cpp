@@ -17,7 +17,7 @@ HiddenSpaceNotes::HiddenSpaceNotes(QWidget *parent)
     text_->setObjectName(QStringLiteral("hiddenSpace"));
     text_->setWordWrap(true);
     measure_->setObjectName(QStringLiteral("measureAsAdministrator"));
-    measure_->setToolTip(u"Asks for an administrator's password once, and only reads sizes."_s);
+    measure_->setToolTip(u"Asks for an administrator’s password once, and only reads sizes."_s);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(10);

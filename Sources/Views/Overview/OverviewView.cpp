@@ -178,15 +178,15 @@ void OverviewView::keyPressEvent(QKeyEvent *event) {
 void OverviewView::confirmDeletion(const LocalSnapshot &snapshot) {
     auto *sheet = new ConfirmationSheet(
         u"Delete this snapshot?"_s,
-        u"“%1” will be deleted, with the file versions that only it keeps. This can't be "
-        "undone. The system asks for an administrator's password."_s.arg(displayedText(snapshot.name)),
+        u"“%1” will be deleted, with the file versions that only it keeps. This can’t be "
+        "undone. The system asks for an administrator’s password."_s.arg(displayedText(snapshot.name)),
         u"Delete"_s, this);
     connect(sheet, &QDialog::accepted, this, [this, snapshot] {
         volumes_.deleteSnapshot(snapshot, [this, page = QPointer(this), snapshot](bool isDeleted) {
             if (isDeleted || page.isNull())
                 return;
             showNoticeSheet(*this, u"The snapshot is still there"_s,
-                            u"“%1” could not be deleted, or the password was not given."_s.arg(
+                            u"“%1” could not be deleted, or no password was entered."_s.arg(
                                 displayedText(snapshot.name)));
         });
     });

@@ -52,7 +52,7 @@ std::string remarkOn(const RemovalRequest &request, RemovalMode mode) {
         return request.remark(mode);
     if (mode == RemovalMode::trash)
         return RemovalReport::trashRemark(CleanupEntries::totalSize(request.items));
-    return "This can't be undone.";
+    return "This can’t be undone.";
 }
 
 } // namespace

@@ -17,7 +17,7 @@ QString removalTitle(std::int64_t count, std::int64_t bytes) {
 }
 
 QString deletionText(const std::vector<CleanupEntry> &entries) {
-    return u"This deletes %1, %2. It can't be undone."_s.arg(
+    return u"This deletes %1, %2. It can’t be undone."_s.arg(
         counted(static_cast<std::int64_t>(entries.size()), "item"),
         sizeText(CleanupEntries::totalSize(entries)));
 }

@@ -103,7 +103,7 @@ UpdateView::Content UpdateView::offer(const updateState::Available &update, cons
     const QString notes = text(update.notes.value_or(""));
     if (updater_.canInstallItself())
         return {title, running, notes, u"Download and Install"_s};
-    const QString advice = u"%1 Install it with your system's package manager, or from the download page."_s;
+    const QString advice = u"%1 Install it with your system’s package manager, or from the download page."_s;
     return {title, advice.arg(running), notes, u"Open Download Page"_s};
 }
 

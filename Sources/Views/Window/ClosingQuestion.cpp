@@ -49,7 +49,7 @@ QString ClosingQuestion::question() const {
 QString ClosingQuestion::loss() const {
     QStringList sentences;
     if (administratorRuns())
-        sentences.append(u"It will finish, but you won't see the result."_s);
+        sentences.append(u"It will finish, but you won’t see the result."_s);
     if (removals_.isRemoving() && removals_->removalActivity != RemovalActivity::asAdministrator)
         sentences.append(u"Items already removed stay removed. The others stay where they are."_s);
     if (backups_->isArchiving)

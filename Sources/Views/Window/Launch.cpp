@@ -86,7 +86,7 @@ Result<FileURL> placeAt(std::string_view typed) {
 
 void noteMissing(Launch &launch, std::string_view typed, int error) {
     launch.notice = "“";
-    launch.notice.append(printable(typed)).append("” can't be scanned: ");
+    launch.notice.append(printable(typed)).append("” can’t be scanned: ");
     launch.notice.append(reasonOfError(error)).append(".");
 }
 

@@ -155,7 +155,7 @@ void ResultView::addAdminSection(const RemovalResult &result) {
     cardLayout->setContentsMargins(6, 6, 6, 6);
     cardLayout->addWidget(makeAdminList(result));
     auto *note = new TextLabel(Type::Size::caption, TextLabel::Tone::secondary, this);
-    note->setText(u"Items removed with admin rights don't go to the Trash. They are deleted immediately."_s);
+    note->setText(u"Items removed with admin rights don’t go to the Trash. They are deleted immediately."_s);
     note->setWordWrap(true);
     details_->addWidget(heading);
     details_->addWidget(card);

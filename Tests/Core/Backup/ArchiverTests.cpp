@@ -365,7 +365,7 @@ TEST(Archiver, MakesABackupAlsoWhereTheMessagesCannotBeRead) {
     if (!testing::runStatements(hostile, testing::hostileDatabases("touch " + trace).front().statements))
         GTEST_SKIP() << "sqlite3 is not installed";
     for (const auto &[name, reason] :
-         {std::pair("garbage", "sqlite3 can't read it as a database."),
+         {std::pair("garbage", "sqlite3 can’t read it as a database."),
           std::pair("hostile", "It does not have the plain tables of a Messages database.")}) {
         const FileURL item(folder.path(name));
         const ArchiveResult result =

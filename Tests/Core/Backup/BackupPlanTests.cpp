@@ -18,12 +18,12 @@ TEST(BackupPlan, RefusesEqualNamesAndFoldersInsideThemselves) {
              Case{{"/a/One", "/b/oNE"}, "/backups", "Two of the items are named “oNE”."},
              Case{{"/a/caf\xE9", "/b/caf\xE9/"}, "/backups", "Two of the items are named “caf\uFFFD”."},
              Case{
-                 {"/a", "/home/u"}, "/home/u/backups", "“u” can't be backed up into a folder inside itself."},
-             Case{{"/home/u/backups"}, "/home/u/backups", "“backups” can't be backed up"},
+                 {"/a", "/home/u"}, "/home/u/backups", "“u” can’t be backed up into a folder inside itself."},
+             Case{{"/home/u/backups"}, "/home/u/backups", "“backups” can’t be backed up"},
              Case{{"/home/u"}, "/home/u2/backups", ""},
              Case{{"/home/u/backups/old"}, "/home/u/backups", ""},
-             Case{{"/"}, "/backups", "“/” can't be backed up"},
-             Case{{"/a/.."}, "/backups", "can't be backed up"},
+             Case{{"/"}, "/backups", "“/” can’t be backed up"},
+             Case{{"/a/.."}, "/backups", "can’t be backed up"},
          }) {
         std::vector<FileURL> items;
         for (const std::string &item : one.items)

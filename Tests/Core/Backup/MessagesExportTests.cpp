@@ -158,7 +158,7 @@ TEST(MessagesExport, TellsWhyItIsNotComplete) {
     };
     const TemporaryFolder places[4];
     for (const Case &one :
-         {Case{platformTools(), 0, "sqlite3 can't read it as a database."},
+         {Case{platformTools(), 0, "sqlite3 can’t read it as a database."},
           Case{none, 0, "sqlite3 is not installed."},
           // What was printed before a shell failed is kept, and that it failed is told.
           Case{shellThatPrints(places[0], row, "exit 1"), 1, "sqlite3 could not read all of it."},

@@ -103,7 +103,7 @@ TEST_F(CorvelModelBackup, IsNotReviewedWhereAnythingFailed) {
                   2},
              Case{"items/two/inside",
                   {entry("two")},
-                  "Nothing was deleted. An item can't be backed up into itself.",
+                  "Nothing was deleted. An item can’t be backed up into itself.",
                   1},
              Case{"backups", {}, "Nothing was deleted. The copy could not be verified.", 0},
          }) {

@@ -15,7 +15,7 @@ using testing::TemporaryFolder;
 constexpr const char *structural = " is a structural directory and is never removed.";
 constexpr const char *isProtected = " lives inside a protected system location.";
 constexpr const char *tooClose = " is too close to the volume root to remove safely.";
-constexpr const char *besideHomes = " is beside people's home folders. Nothing there is removed as a whole.";
+constexpr const char *besideHomes = " is beside people’s home folders. Nothing there is removed as a whole.";
 constexpr const char *gone = " no longer exists."; // the last test, so all others have let it pass
 constexpr const char *admitted = "";
 

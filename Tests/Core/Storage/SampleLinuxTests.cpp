@@ -230,7 +230,7 @@ TEST_F(SampleLinux, NamesTheInstalledSystem) {
     EXPECT_EQ(detail(), "Sample Linux 1 itself. Sample Linux 1 itself. Its package manager looks after it.");
     disk.makeFile("run/ostree-booted");
     disk.writeFile("etc/os-release", "NAME=Sample\nPRETTY_NAME=\"\x1b[31mred\"\n");
-    EXPECT_EQ(detail(), "Sample itself. Sample itself. Its files can't be changed.");
+    EXPECT_EQ(detail(), "Sample itself. Sample itself. Its files can’t be changed.");
 }
 
 TEST(LinuxCategories, LookInTheFoldersOfTheEnvironmentAsWell) {

@@ -205,11 +205,11 @@ TEST(UpdateInstallation, RefusesWithASentenceBeforeAScriptIsWritten) {
                   app,
                   "The downloaded copy is no longer on disk. Download the update again.",
                   {"[Corvel] installAndRelaunch: staged missing at " + gone.path()}},
-             Case{quoted, app, "The installer can't work with " + quoted.path() + quote},
-             Case{staged, quoted, "The installer can't work with " + quoted.path() + quote},
+             Case{quoted, app, "The installer can’t work with " + quoted.path() + quote},
+             Case{staged, quoted, "The installer can’t work with " + quoted.path() + quote},
              Case{staged,
                   renamed,
-                  "The app was renamed to Old one.app, so the update can't replace it. Quit it, name it "
+                  "The app was renamed to Old one.app, so the update can’t replace it. Quit it, name it "
                   "Brimvale.app, open it, and update again.",
                   {calling + renamed.path() + " staged=" + staged.path()}},
              Case{staged,

@@ -264,7 +264,7 @@ TEST_F(UpdaterTest, SaysWhyItCannotInstall) {
     settled(ofRenamed);
     ofRenamed.installAndRelaunch();
     EXPECT_EQ(*ofRenamed.state,
-              UpdateState(Failed{"The app was renamed to Mine.app, so the update can't replace it. Quit it, "
+              UpdateState(Failed{"The app was renamed to Mine.app, so the update can’t replace it. Quit it, "
                                  "name it Brimvale.app, open it, and update again."}));
 
     // Downloading again is possible.

@@ -206,7 +206,7 @@ TEST_F(OrphansOnThePage, SayWhatTheStateIs) {
     EXPECT_EQ(message.title(), "Nothing found so far");
     EXPECT_EQ(text("orphansIncomplete"),
               "The search was stopped, so there may be more. Reload to search again.\n"
-              "/home/user/.config can't be read, so its contents are not listed.");
+              "/home/user/.config can’t be read, so its contents are not listed.");
 }
 
 TEST_F(OrphansOnThePage, GoIntoTheBasket) {

@@ -512,7 +512,7 @@ TEST_F(BrowsePage, ShowsAScanAsAdministratorWithoutRemoval) {
     EXPECT_FALSE(model.scan->importedFrom);
 
     actions.privilegedRunError = PrivilegedRunError{};
-    EXPECT_TRUE(run(list).starts_with("The password was not given"));
+    EXPECT_TRUE(run(list).starts_with("No password was entered"));
 }
 
 TEST_F(BrowsePage, OffersAScanAsAdministratorWhereThatIsPossible) {

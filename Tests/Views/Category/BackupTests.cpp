@@ -191,7 +191,7 @@ TEST_F(MessagesPage, RefusesABackupIntoTheSelection) {
     testing::click(category(), "backUp");
     QDialog *notice = sheet("noticeSheet");
     ASSERT_NE(notice, nullptr);
-    EXPECT_EQ(shown(*notice, "explanation"), "“Attachments” can't be backed up into a folder inside itself.");
+    EXPECT_EQ(shown(*notice, "explanation"), "“Attachments” can’t be backed up into a folder inside itself.");
     EXPECT_FALSE(model.backups->isArchiving);
     closeWith(notice, "ok");
     EXPECT_FALSE(fs::exists(attachments() + "/backups"));

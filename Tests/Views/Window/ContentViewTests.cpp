@@ -463,7 +463,7 @@ TEST_F(ContentViewTest, SaysWhatWouldEndWithIt) {
     expectQuestion("Stop the backup and quit?", backup);
     PublishedWriter::set(model->removals, &RemovalState::removalActivity, RemovalActivity::asAdministrator);
     expectQuestion("Quit while an administrator task is running?",
-                   "It will finish, but you won't see the result. " + backup);
+                   "It will finish, but you won’t see the result. " + backup);
     PublishedWriter::set(model->backups, &BackupState::isArchiving, false);
     PublishedWriter::set(model->removals, &RemovalState::removalActivity, RemovalActivity::none);
     window->close();

@@ -147,7 +147,7 @@ void LeftoverPlaces::addNamed(const InstalledApp &app, const NameKeys &keys,
             const std::string path = joinPath(listing.folder, name);
             if (!listing.isHome && !listing.isOfVendor && keys.isIdentifier(plain))
                 claims.push_back({path, listing.category, MatchConfidence::exact,
-                                  "named after the app's identifier", false});
+                                  "named after the app’s identifier", false});
             else if (keys.isName(plain) || (!listing.isHome && keys.isSettingsFile(plain)))
                 claims.push_back({path, listing.category, MatchConfidence::likely,
                                   isOutsideSandbox(app) ? "same name"
@@ -185,7 +185,7 @@ void LeftoverPlaces::addOfKDE(const InstalledApp &app, std::vector<FileClaim> &c
     constexpr std::string_view domain = "org.kde.";
     const auto add = [&](const std::string &folder, const std::string &name, const char *category) {
         claims.push_back({joinPath(folder, name), category, MatchConfidence::exact,
-                          "named after the app's identifier", false});
+                          "named after the app’s identifier", false});
     };
     for (const std::string &identifier : app.names.identifiers) {
         if (!identifier.starts_with(domain) || !isFileName(identifier))
@@ -222,7 +222,7 @@ void LeftoverPlaces::addStarters(const InstalledApp &app, std::vector<FileClaim>
                 {starter.path, starter.category, MatchConfidence::exact, "starts the app", false});
         else if (std::find(identifiers.begin(), identifiers.end(), starter.id) != identifiers.end())
             claims.push_back({starter.path, starter.category, MatchConfidence::exact,
-                              "named after the app's identifier", false});
+                              "named after the app’s identifier", false});
     }
 }
 
@@ -236,11 +236,11 @@ void LeftoverPlaces::addDesktopFiles(const InstalledApp &app, std::vector<FileCl
         for (const std::string &identifier : app.names.identifiers)
             if (name.starts_with(identifier) && name.substr(identifier.size()).starts_with('.'))
                 claims.push_back({file.path, file.category, MatchConfidence::exact,
-                                  "named after the app's identifier", false});
+                                  "named after the app’s identifier", false});
     }
     if (isAtOrUnder(app.iconPath, places_.home) && !isAtOrUnder(app.iconPath, app.url.path()))
         claims.push_back(
-            {app.iconPath, entryCategory, MatchConfidence::exact, "named in the app's desktop entry", false});
+            {app.iconPath, entryCategory, MatchConfidence::exact, "named in the app’s desktop entry", false});
     for (const char *folder : {".local/bin", "bin"})
         for (const std::string &name : sortedNamesIn(joinPath(places_.home, folder))) {
             const std::string link = joinPath(joinPath(places_.home, folder), name);

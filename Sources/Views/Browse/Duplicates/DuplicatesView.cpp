@@ -59,9 +59,8 @@ DuplicatesView::DuplicatesView(Duplicates &duplicates, Removals &removals, QWidg
       message_(new StateMessage(this)), list_(new QListView(this)), bar_(new QWidget(this)),
       refusal_(new TextLabel(Type::Size::caption, TextLabel::Tone::warning, this)),
       tickAll_(new QPushButton(u"Select All but One in Each Group"_s, this)),
-      letStay_(new QPushButton(u"Let This One Stay"_s, this)),
-      share_(new QPushButton(u"Share Space…"_s, this)), remove_(new DestructiveButton(this)),
-      body_(new QStackedLayout) {
+      letStay_(new QPushButton(u"Keep This One"_s, this)), share_(new QPushButton(u"Share Space…"_s, this)),
+      remove_(new DestructiveButton(this)), body_(new QStackedLayout) {
     setObjectName(QStringLiteral("duplicates"));
     message_->setObjectName(QStringLiteral("duplicatesMessage"));
     auto *layout = new QVBoxLayout(this);
@@ -238,8 +237,8 @@ void DuplicatesView::showMessage() {
     if (!state.folder)
         return message_->setMessage(icon, u"Find files that you have twice"_s,
                                     u"Compares the contents of all files in “%1”. Nothing is selected or "
-                                    "removed by itself."_s.arg(name));
-    QString sentence = u"No two of %1 in “%2” have equal contents."_s.arg(
+                                    "removed until you choose it."_s.arg(name));
+    QString sentence = u"None of the %1 in “%2” is a duplicate."_s.arg(
         counted(state.found.files, "file"), displayedText(state.folder->fileName()));
     if (!state.found.groups.empty())
         sentence = u"All equal files in “%1” are protected or take no space of their own."_s.arg(
@@ -302,8 +301,7 @@ void DuplicatesView::askForRemoval() {
 void DuplicatesView::askForSharing() {
     const SharingFigures figures = sharingIn(duplicates_->found.groups);
     auto *sheet = new ConfirmationSheet(
-        u"Let %1, %2, share the space of equal ones?"_s.arg(counted(figures.files, "file"),
-                                                            sizeText(figures.bytes)),
+        u"Share the space of %1 and free %2?"_s.arg(counted(figures.files, "file"), sizeText(figures.bytes)),
         u"The disk then stores the contents of equal files once. Every file stays where it is, with its "
         "dates, and can be changed without changing the others. The file system compares all of them again "
         "first."_s,
@@ -314,11 +312,11 @@ void DuplicatesView::askForSharing() {
 }
 
 void DuplicatesView::sayShared(const SpaceSharing &done) {
-    QString sentence = u"%1 now share the space of equal ones, %2."_s.arg(
+    QString sentence = u"Shared the space of %1, %2."_s.arg(
         counted(static_cast<std::int64_t>(done.shared.size()), "file"), sizeText(done.bytes));
     if (!done.failed.empty())
-        sentence += u" %1 could not: %2"_s.arg(counted(static_cast<std::int64_t>(done.failed.size()), "file"),
-                                               text(done.failed.front().reason));
+        sentence += u" Not possible for %1: %2"_s.arg(
+            counted(static_cast<std::int64_t>(done.failed.size()), "file"), text(done.failed.front().reason));
     WindowServices::notify(*this, sentence);
 }
 

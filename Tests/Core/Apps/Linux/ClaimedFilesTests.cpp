@@ -268,8 +268,8 @@ TEST(ClaimedFiles, SayWhyAndWhatToLookAtFirst) {
         leftoversOf("org.example.Maps", desktop),
         UnorderedElementsAre(
             "Sandbox data: .var/app/org.example.Maps (Flatpak data folder)",
-            "Starts at login: .config/autostart/org.example.Maps.desktop (named after the app's identifier)",
-            "Settings: .config/org.example.Maps.Helper (named after the app's identifier)"));
+            "Starts at login: .config/autostart/org.example.Maps.desktop (named after the app’s identifier)",
+            "Settings: .config/org.example.Maps.Helper (named after the app’s identifier)"));
 
     desktop.makeFile("home/user/snap/drawer/common/x", 10);
     EXPECT_THAT(leftoversOf("drawer", desktop),
@@ -284,7 +284,7 @@ TEST(ClaimedFiles, SayWhyAndWhatToLookAtFirst) {
             "Desktop files: .local/share/applications/appimagekit_abc-painter.desktop (starts the app)",
             "Desktop files: .local/bin/paint (leads to the app)",
             "Desktop files: .local/share/icons/hicolor/64x64/apps/appimagekit_abc-painter.png "
-            "(named after the app's identifier)",
+            "(named after the app’s identifier)",
             "?Settings: .config/painter (same name)"));
 
     desktop.makeFile("etc/chat/x", 10);
@@ -313,12 +313,12 @@ TEST(ClaimedFiles, AreOnlyLikelyWhereAnotherApplicationHasTheSameRight) {
     desktop.makeFile("home/user/.config/firefox/x", 10);
     EXPECT_THAT(leftoversOf("firefox", desktop),
                 UnorderedElementsAre("!Settings and data: .mozilla/firefox (known folder of this app)",
-                                     "Settings: .config/firefox (named after the app's identifier)"));
+                                     "Settings: .config/firefox (named after the app’s identifier)"));
     install(desktop, {"firefox-esr", "Firefox ESR", "firefox-esr", {}});
     const std::string profiles = "?!Settings and data: .mozilla/firefox (known folder of this app), also ";
     EXPECT_THAT(leftoversOf("firefox", desktop),
                 UnorderedElementsAre(profiles + "Firefox ESR",
-                                     "Settings: .config/firefox (named after the app's identifier)"));
+                                     "Settings: .config/firefox (named after the app’s identifier)"));
     EXPECT_THAT(leftoversOf("firefox-esr", desktop), UnorderedElementsAre(profiles + "Firefox"));
 
     // A weaker claim is named, a stronger one decides.
@@ -327,7 +327,7 @@ TEST(ClaimedFiles, AreOnlyLikelyWhereAnotherApplicationHasTheSameRight) {
     install(desktop, {"other-notes", "org.example.Notes", "other-notes", {}});
     EXPECT_THAT(
         leftoversOf("org.example.Notes", desktop),
-        UnorderedElementsAre("Settings: .config/org.example.Notes (named after the app's identifier), "
+        UnorderedElementsAre("Settings: .config/org.example.Notes (named after the app’s identifier), "
                              "also org.example.Notes"));
     EXPECT_THAT(leftoversOf("other-notes", desktop), IsEmpty());
 
