@@ -43,8 +43,7 @@ constexpr int gapBelowARow = 4;
 QString shareText(const FSNode &node) {
     if (node.folder() == nullptr || node.folder()->size < 1)
         return QStringLiteral("—");
-    const double share = 100 * shareOfParent(node);
-    return share > 0 && share < 0.1 ? u"under 0.1 %"_s : QStringLiteral("%1 %").arg(share, 0, 'f', 1);
+    return percentText(node);
 }
 
 /// A button with only an icon; its title is its tool tip.
@@ -98,7 +97,7 @@ DetailPanel::DetailPanel(QWidget *parent)
     auto *figures = new QGridLayout;
     figures->setHorizontalSpacing(16);
     figures->setVerticalSpacing(2);
-    const std::array<QString, figureCount> titles = {u"Allocated"_s, u"Logical size"_s, u"Share of parent"_s,
+    const std::array<QString, figureCount> titles = {u"Allocated"_s, u"Logical size"_s, u"Share"_s,
                                                      u"Files"_s, u"Folders"_s};
     const std::array<const char *, figureCount> objectNames = {"allocated", "logical", "share", "files",
                                                                "folders"};

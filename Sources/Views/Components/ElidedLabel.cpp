@@ -6,6 +6,13 @@
 
 namespace brimvale {
 
+namespace {
+
+/// Both ends of a path or name say nothing in fewer characters than these.
+constexpr int fewestOfBothEnds = 8;
+
+} // namespace
+
 ElidedLabel::ElidedLabel(Type::Size size, Tone tone, Qt::TextElideMode mode, QWidget *parent)
     : TextLabel(size, tone, parent), mode_(mode) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -30,6 +37,8 @@ void ElidedLabel::paintEvent(QPaintEvent * /*event*/) {
     line.replace(QLatin1Char('\n'), QChar(0x240A));
     const QString shown = fontMetrics().elidedText(line, mode_, width());
     setToolTip(shown == line ? QString() : asToolTip(text()));
+    if (shown != line && mode_ == Qt::ElideMiddle && shown.size() < fewestOfBothEnds)
+        return;
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
     painter.drawText(rect(), Qt::AlignVCenter | Qt::TextSingleLine, shown);

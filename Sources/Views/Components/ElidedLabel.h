@@ -5,7 +5,7 @@
 namespace brimvale {
 
 /// One line of text that never needs more room than there is. A text that does not fit is elided, and the
-/// tool tip shows it in full.
+/// tool tip shows it in full. Where it would be elided to a few characters of both ends, nothing is drawn.
 class ElidedLabel : public TextLabel {
     Q_OBJECT
 

@@ -23,7 +23,7 @@ ProgressNote::ProgressNote(const QString &work, QWidget *parent)
       line_(new ProgressLine(this)) {
     work_->setObjectName(QStringLiteral("progressWork"));
     percent_->setAlignment(Qt::AlignRight);
-    percent_->setMinimumWidth(percent_->fontMetrics().horizontalAdvance(u"%1 %"_s.arg(100)));
+    percent_->setMinimumWidth(percent_->fontMetrics().horizontalAdvance(u"%1%"_s.arg(100)));
     line_->setRange(0, wholeRange);
     auto *words = new QHBoxLayout;
     words->addWidget(work_, 1);
@@ -45,7 +45,7 @@ void ProgressNote::setWork(const QString &work) {
 void ProgressNote::setProgress(double progress) {
     const double share = std::clamp(progress, 0.0, 1.0);
     line_->setValue(static_cast<int>(share * wholeRange));
-    percent_->setText(u"%1 %"_s.arg(static_cast<int>(share * 100)));
+    percent_->setText(u"%1%"_s.arg(static_cast<int>(share * 100)));
 }
 
 } // namespace brimvale

@@ -50,14 +50,6 @@ std::int64_t itemsIn(const FSNode &node) {
     return node.fileCount + node.dirCountLeft();
 }
 
-/// "38.2%". What is there has some share.
-QString percentText(const FSNode &node) {
-    const double percent = 100 * shareOfParent(node);
-    if (percent > 0 && percent < tenthOfPercent)
-        return u"<0.1%"_s;
-    return u"%1%"_s.arg(percent, 0, 'f', 1);
-}
-
 OutlineColumn columnOfNames() {
     return {u"Name"_s,
             u"Name"_s,
@@ -190,6 +182,13 @@ double shareOfParent(const FSNode &node) {
     return parent == nullptr || parent->size < 1
                ? 0
                : static_cast<double>(node.size) / static_cast<double>(parent->size);
+}
+
+QString percentText(const FSNode &node) {
+    const double percent = 100 * shareOfParent(node);
+    if (percent > 0 && percent < tenthOfPercent)
+        return u"<0.1%"_s; // what is there has some share
+    return u"%1%"_s.arg(percent, 0, 'f', 1);
 }
 
 QString modifiedText(const FSNode &node) {

@@ -49,6 +49,9 @@ struct OutlineColumn {
 /// The node's share of the size of its parent, 0 to 1; 0 if that is smaller than a byte.
 [[nodiscard]] double shareOfParent(const FSNode &node);
 
+/// The share in percent: "38.2%".
+[[nodiscard]] QString percentText(const FSNode &node);
+
 /// How long ago a node was changed; empty if that is not known.
 [[nodiscard]] QString modifiedText(const FSNode &node);
 
