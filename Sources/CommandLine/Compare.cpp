@@ -137,28 +137,34 @@ std::vector<const TreeChange *> largest(const std::vector<TreeChange> &changes, 
     return rows;
 }
 
-ExitStatus runCompare(const Arguments &arguments, Output &output) {
-    ScanStats stats;
-    const auto [before, after] = readTrees(arguments.operands()[0], arguments.operands()[1], stats);
-    if (before == nullptr || after == nullptr)
-        return ExitStatus::failed;
-    if (stats.cancelled())
-        return endInterrupted(output);
-
+void writeComparison(const Trees &trees, const Arguments &arguments, Output &output) {
+    const auto &[before, after] = trees;
     const TreeComparison comparison(*before, *after);
     const std::vector<TreeChange> &changes = comparison.changes();
     const bool isJson = arguments.has("--json");
     const auto all = static_cast<std::int64_t>(changes.size());
     const auto rows = largest(changes, arguments.number("--top").value_or(isJson ? all : usualRows));
-    if (isJson) {
-        writeChanges(output, rows, *before, *after);
-        return ExitStatus::done;
-    }
+    if (isJson)
+        return writeChanges(output, rows, *before, *after);
     writeTable(output, rows);
     std::string line = "\n" + Fmt::byteFormatter(before->size);
     line.append(" before, ").append(Fmt::byteFormatter(after->size)).append(" now (");
     line.append(signedSize(after->size - before->size)).append("); ");
     output.write(line.append(Fmt::counted(all, "change")).append("\n"));
+}
+
+ExitStatus runCompare(const Arguments &arguments, Output &output) {
+    ScanStats stats;
+    Trees trees = readTrees(arguments.operands()[0], arguments.operands()[1], stats);
+    if (trees.before == nullptr || trees.after == nullptr)
+        return ExitStatus::failed;
+    if (stats.cancelled())
+        return endInterrupted(output);
+    writeComparison(trees, arguments, output);
+    // Freeing large trees takes as long as comparing them, so both are freed at once.
+    const auto freeing =
+        std::async(std::launch::async, [before = std::move(trees.before)]() mutable { before.reset(); });
+    trees.after.reset();
     return ExitStatus::done;
 }
 

@@ -5,7 +5,9 @@
 #include "Core/Text/Formatting.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
+#include <span>
 #include <unordered_set>
 #include <utility>
 
@@ -46,12 +48,13 @@ private:
         if (before.size != after.size)
             nodes_.emplace(&after, Earlier{NodeChange::Kind::unchanged, before.size});
         Children children;
-        for (const std::unique_ptr<FSNode> &child : before.children())
+        const std::size_t first = compareFirst(before, after, children);
+        for (const std::unique_ptr<FSNode> &child : before.children().subspan(first))
             if (child->isAggregate)
                 children.earlierSmall = child.get();
             else
                 children.earlier.emplace(child->name, child.get());
-        for (const std::unique_ptr<FSNode> &child : after.children()) {
+        for (const std::unique_ptr<FSNode> &child : after.children().subspan(first)) {
             if (child->isAggregate) {
                 children.laterSmall = child.get();
                 continue;
@@ -64,7 +67,27 @@ private:
             comparePair(*found->second, *child);
             children.earlier.erase(found);
         }
-        compareRest(children, before, after);
+        compareRest(children, before.children().subspan(first), after);
+    }
+
+    /// Compares the first children as long as they have the same names in both folders, as most have, because
+    /// both are sorted. Returns how many these are.
+    std::size_t compareFirst(const FSNode &before, const FSNode &after, Children &children) {
+        const std::size_t most = std::min(before.children().size(), after.children().size());
+        for (std::size_t i = 0; i < most; ++i) {
+            const FSNode &earlier = *before.children()[i];
+            const FSNode &later = *after.children()[i];
+            if (earlier.isAggregate && later.isAggregate) {
+                children.earlierSmall = &earlier;
+                children.laterSmall = &later;
+                continue;
+            }
+            if (earlier.isAggregate != later.isAggregate || earlier.isDirectory != later.isDirectory ||
+                earlier.name != later.name)
+                return i;
+            comparePair(earlier, later);
+        }
+        return most;
     }
 
     void comparePair(const FSNode &before, const FSNode &after) {
@@ -78,7 +101,8 @@ private:
     }
 
     /// What has no partner of the same name, and the aggregates.
-    void compareRest(const Children &children, const FSNode &before, const FSNode &after) {
+    void compareRest(const Children &children, std::span<const std::unique_ptr<FSNode>> before,
+                     const FSNode &after) {
         static const std::int64_t leastListed = ScanOptions().minimumNodeSize;
         const auto isSmall = [](const FSNode &node) { return !node.isDirectory && node.size < leastListed; };
         std::int64_t earlierSmall = children.earlierSmall != nullptr ? children.earlierSmall->size : 0;
@@ -90,7 +114,7 @@ private:
                 laterSmall += node->size;
             else
                 new_.push_back(node);
-        for (const std::unique_ptr<FSNode> &child : before.children()) {
+        for (const std::unique_ptr<FSNode> &child : before) {
             const auto found = children.earlier.find(child->name);
             if (child->isAggregate || found == children.earlier.end() || found->second != child.get())
                 continue;

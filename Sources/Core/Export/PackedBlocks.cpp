@@ -1,7 +1,6 @@
 #include "Core/Export/PackedBlocks.h"
 
 #include <QByteArray>
-#include <utility>
 
 namespace brimvale {
 
@@ -54,23 +53,22 @@ std::string endOfBlocks() {
     return std::string(1, '\0');
 }
 
-std::optional<std::string> unpackedBlocks(std::string_view blocks) {
-    std::string content;
-    while (const std::optional<std::uint64_t> length = takePackedNumber(blocks)) {
-        if (*length == 0)
-            return blocks.empty() ? std::optional(std::move(content)) : std::nullopt;
-        const std::optional<std::uint64_t> packed = takePackedNumber(blocks);
-        const std::uint64_t stored = packed.value_or(0) > 0 ? *packed : *length;
-        if (!packed || stored > blocks.size())
-            return std::nullopt;
-        const std::string_view bytes = blocks.substr(0, stored);
-        blocks.remove_prefix(stored);
-        if (*packed == 0)
-            content.append(bytes);
-        else if (!unpack(bytes, *length, content))
-            return std::nullopt;
+bool BlockReader::appendNext(std::string &content) {
+    const std::optional<std::uint64_t> length = takePackedNumber(rest_);
+    if (!length || *length == 0) {
+        isComplete_ = length && rest_.empty();
+        return false;
     }
-    return std::nullopt;
+    const std::optional<std::uint64_t> packed = takePackedNumber(rest_);
+    const std::uint64_t stored = packed.value_or(0) > 0 ? *packed : *length;
+    if (!packed || stored > rest_.size())
+        return false;
+    const std::string_view bytes = rest_.substr(0, stored);
+    rest_.remove_prefix(stored);
+    if (*packed > 0)
+        return unpack(bytes, *length, content);
+    content.append(bytes);
+    return true;
 }
 
 void appendPackedNumber(std::string &bytes, std::uint64_t value) {

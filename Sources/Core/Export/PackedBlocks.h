@@ -19,9 +19,23 @@ inline constexpr std::size_t usualBlock = std::size_t{1} << 18;
 /// What follows the last block.
 [[nodiscard]] std::string endOfBlocks();
 
-/// The content of all blocks, up to their end; nothing where they are damaged or claim to hold far more than
-/// such blocks do. At most 32 times as long as the blocks.
-[[nodiscard]] std::optional<std::string> unpackedBlocks(std::string_view blocks);
+/// Reads blocks one after the other. Together they hold at most 32 times as much as they take.
+class BlockReader {
+public:
+    /// `blocks` must stay until all are read.
+    explicit BlockReader(std::string_view blocks) : rest_(blocks) {}
+
+    /// Appends the content of the next block. False after the last one, and where the blocks are damaged or
+    /// claim to hold far more than such blocks do.
+    [[nodiscard]] bool appendNext(std::string &content);
+
+    /// Whether the end of the blocks was found, with nothing behind it.
+    [[nodiscard]] bool isComplete() const { return isComplete_; }
+
+private:
+    std::string_view rest_;
+    bool isComplete_ = false;
+};
 
 /// Appends a number: seven bits a byte, the lowest first; the highest bit says that more follow.
 void appendPackedNumber(std::string &bytes, std::uint64_t value);

@@ -22,8 +22,9 @@ constexpr std::uint8_t plainVersion = 1; ///< without blocks; it is only read
 constexpr std::uint8_t formatVersion = 2;
 constexpr std::size_t digestLength = 32;
 constexpr std::int64_t blockSize = 512;
-constexpr std::uint32_t day = 86'400;    ///< in seconds
-constexpr std::uint64_t mostReasons = 7; ///< as `SkipReason` has
+constexpr std::uint32_t day = 86'400;     ///< in seconds
+constexpr std::size_t longestNumber = 10; ///< in bytes
+constexpr std::uint64_t mostReasons = 7;  ///< as `SkipReason` has
 
 /// What the byte at the beginning of a node says.
 enum Flag : std::uint8_t {
@@ -141,6 +142,8 @@ class ScanReader {
 public:
     /// `content` is what follows the version, without blocks.
     explicit ScanReader(std::string_view content) : rest_(content) {}
+    /// The blocks that follow the version.
+    explicit ScanReader(const BlockReader &blocks) : blocks_(blocks) {}
 
     Result<ImportedTree, ImportFault> read() {
         ScanOrigin origin;
@@ -155,6 +158,7 @@ public:
         do
             node();
         while (!isDamaged_ && !folders_.empty());
+        need(1);
         if (isDamaged_ || !rest_.empty())
             return ImportFault{"The saved scan is damaged."};
         return ImportedTree{tree_.finish(), std::move(origin)};
@@ -188,19 +192,19 @@ private:
         if ((isRoot && !entry.isDirectory) || (entry.isDirectory && entry.isAggregate))
             isDamaged_ = true;
         if (!isDamaged_)
-            place(entry, identity, children / 2, (flags & linkedFiles) != 0);
+            place(std::move(entry), identity, children / 2, (flags & linkedFiles) != 0);
     }
 
-    void place(const TreeEntry &entry, const std::optional<FileIdentity> &identity, std::uint64_t children,
+    void place(TreeEntry entry, const std::optional<FileIdentity> &identity, std::uint64_t children,
                bool hasLinkedFiles) {
         if (!folders_.empty())
             --folders_.back().childrenLeft;
         FSNode *placed = nullptr;
         if (entry.isDirectory) {
             placed = &tree_.open(entry);
-            folders_.push_back({entry, children});
+            folders_.push_back({std::move(entry), children});
         } else {
-            tree_.add(entry);
+            tree_.add(std::move(entry));
             placed = tree_.innermost()->children().back().get();
         }
         placed->hasLinkedFiles = hasLinkedFiles;
@@ -249,7 +253,21 @@ private:
         return value > most ? -1 : static_cast<std::int64_t>(value);
     }
 
+    /// Unpacks more, so that at least so many bytes are there, or all that are left.
+    void need(std::size_t count) {
+        while (rest_.size() < count && blocks_) {
+            unpacked_.erase(0, unpacked_.size() - rest_.size());
+            const bool hasMore = blocks_->appendNext(unpacked_);
+            rest_ = unpacked_;
+            if (!hasMore) {
+                isDamaged_ = isDamaged_ || !blocks_->isComplete();
+                blocks_.reset();
+            }
+        }
+    }
+
     unsigned char byte() {
+        need(1);
         if (rest_.empty()) {
             isDamaged_ = true;
             return 0;
@@ -260,6 +278,7 @@ private:
     }
 
     std::uint64_t number() {
+        need(longestNumber);
         const std::optional<std::uint64_t> value = takePackedNumber(rest_);
         isDamaged_ = isDamaged_ || !value;
         return value.value_or(0);
@@ -267,6 +286,7 @@ private:
 
     std::string text() {
         const std::uint64_t length = number();
+        need(length);
         if (length > rest_.size()) {
             isDamaged_ = true;
             return {};
@@ -276,7 +296,9 @@ private:
         return value;
     }
 
-    std::string_view rest_;
+    std::optional<BlockReader> blocks_; ///< those that are left; none in version 1
+    std::string unpacked_;              ///< of the blocks read last
+    std::string_view rest_;             ///< of the content that is unpacked
     std::string path_;
     TreeAssembly tree_;
     std::vector<Folder> folders_; ///< open, outermost first
@@ -311,8 +333,7 @@ Result<ImportedTree, ImportFault> readSavedScan(std::string_view bytes) {
         return ScanReader(rest).read();
     if (format != formatVersion)
         return ImportFault{"This scan was saved by a later version of the program."};
-    const std::optional<std::string> unpacked = unpackedBlocks(rest);
-    return unpacked ? ScanReader(*unpacked).read() : ImportFault{"The saved scan is damaged."};
+    return ScanReader(BlockReader(rest)).read();
 }
 
 } // namespace brimvale

@@ -60,7 +60,7 @@ FSNode &TreeAssembly::open(const TreeEntry &folder) {
     return *innermost_;
 }
 
-void TreeAssembly::add(const TreeEntry &entry) {
+void TreeAssembly::add(TreeEntry entry) {
     if (entry.isDirectory) {
         open(entry);
         return close(entry);
@@ -68,16 +68,15 @@ void TreeAssembly::add(const TreeEntry &entry) {
     FSNode &parent = *innermost_;
     const bool hasCount = entry.isAggregate && isBelieved(entry.fileCount, mostBelievedFiles);
     parent.adopt(hasCount ? FSNode::aggregate(parent, entry.fileCount)
-                          : std::make_unique<FSNode>(entry.name, parent, false));
+                          : std::make_unique<FSNode>(std::move(entry.name), parent, false));
     FSNode &node = *parent.children().back();
     node.fileCount = 0;
     node.modified = entry.modified;
     parent.hasLinkedFiles = parent.hasLinkedFiles || entry.isLinkedFile;
-    TreeEntry counted = entry;
     if (!entry.isAggregate)
-        counted.fileCount = std::clamp<std::int64_t>(entry.fileCount, 0, 1);
-    counted.dirCount = 0;
-    count(node, counted);
+        entry.fileCount = std::clamp<std::int64_t>(entry.fileCount, 0, 1);
+    entry.dirCount = 0;
+    count(node, entry);
     addToParent(node);
 }
 

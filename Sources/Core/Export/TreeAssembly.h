@@ -40,7 +40,7 @@ public:
     FSNode &open(const TreeEntry &folder);
 
     /// Adds what has no entries of its own to the innermost open folder.
-    void add(const TreeEntry &entry);
+    void add(TreeEntry entry);
 
     /// Closes the innermost folder. `own` is what no entry in it counts.
     void close(const TreeEntry &own);

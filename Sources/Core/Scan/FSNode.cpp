@@ -236,9 +236,10 @@ void FSNode::sortRecursively() {
         waiting.pop_back();
         if (node->rare_ != nullptr)
             node->rare_->mayBeOutOfOrder = false;
-        if (node->children_.size() > 1) // sorting would allocate memory for a single child, too
-            std::stable_sort(node->children_.begin(), node->children_.end(),
-                             [](const auto &a, const auto &b) { return a->size > b->size; });
+        const auto precedes = [](const auto &a, const auto &b) { return a->size > b->size; };
+        // Sorting allocates memory, even for a single child.
+        if (!std::is_sorted(node->children_.begin(), node->children_.end(), precedes))
+            std::stable_sort(node->children_.begin(), node->children_.end(), precedes);
         for (const std::unique_ptr<FSNode> &child : node->children_)
             if (!child->outlineChildren().empty())
                 waiting.push_back(child.get());
