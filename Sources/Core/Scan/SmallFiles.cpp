@@ -11,11 +11,24 @@ void SmallFiles::add(std::string_view name, const FileStatus &status, std::uint3
     bytes_ = checkedAdd(bytes_, status.allocatedBytes);
     length_ = checkedAdd(length_, status.length);
     newest_ = std::max(newest_, modified);
-    const std::size_t place = static_cast<std::size_t>(fileTypeOf(name)) * fileAgeCount +
-                              static_cast<std::size_t>(ageOf(modified, moment_));
-    if (++figures_[place].count == 1)
+    addToPlace(fileTypeOf(name), ageOf(modified, moment_), 1, status.allocatedBytes);
+}
+
+void SmallFiles::add(const FSNode &aggregate) {
+    count_ += aggregate.fileCount;
+    bytes_ = checkedAdd(bytes_, aggregate.size);
+    length_ = checkedAdd(length_, aggregate.logicalSize);
+    newest_ = std::max(newest_, aggregate.modified);
+    for (const FileTallyEntry &entry : aggregate.smallFiles.entries())
+        addToPlace(entry.type, entry.age, entry.count, entry.bytes);
+}
+
+void SmallFiles::addToPlace(FileType type, FileAge age, std::int64_t count, std::int64_t bytes) {
+    const std::size_t place = static_cast<std::size_t>(type) * fileAgeCount + static_cast<std::size_t>(age);
+    if (figures_[place].count == 0)
         used_.push_back(place);
-    figures_[place].bytes += status.allocatedBytes; // no more than all together
+    figures_[place].count += count;
+    figures_[place].bytes += bytes; // no more than all together
 }
 
 std::unique_ptr<FSNode> SmallFiles::takeAggregate(FSNode &folder) {

@@ -20,12 +20,17 @@ public:
 
     void add(std::string_view name, const FileStatus &status, std::uint32_t modified);
 
+    /// Adds all files of an aggregate.
+    void add(const FSNode &aggregate);
+
     /// The aggregate of `folder` for all files added since the last call; null for none.
     [[nodiscard]] std::unique_ptr<FSNode> takeAggregate(FSNode &folder);
     /// Drops what was added.
     void clear();
 
 private:
+    void addToPlace(FileType type, FileAge age, std::int64_t count, std::int64_t bytes);
+
     struct Figures {
         std::int64_t count = 0;
         std::int64_t bytes = 0;

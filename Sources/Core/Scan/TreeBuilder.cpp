@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <optional>
+#include <span>
 #include <utility>
 
 namespace brimvale {
@@ -35,6 +36,57 @@ void addFile(FSNode &node, const FileStatus &status, std::uint32_t modified) {
     node.logicalSize = checkedAdd(node.logicalSize, status.length);
     node.fileCount = checkedAdd(node.fileCount, 1);
     node.modified = std::max(node.modified, modified);
+}
+
+std::unique_ptr<FSNode> makeFile(FSNode &folder, std::string_view name, const FileStatus &status,
+                                 std::uint32_t modified) {
+    auto node = std::make_unique<FSNode>(std::string(name), folder, false);
+    node->setIdentity(status.identity);
+    addFile(*node, status, modified);
+    return node;
+}
+
+/// Takes the aggregate out of a folder, where it comes last; null where there is none.
+std::unique_ptr<FSNode> releaseAggregate(FSNode &folder) {
+    const auto children = folder.children();
+    return !children.empty() && children.back()->isAggregate ? folder.release(*children.back()) : nullptr;
+}
+
+/// Adds these files, which have other names, to the folder of all of them.
+void addLinkedFiles(FSNode &folder, std::span<const LinkedName> names, ScanState &state, SmallFiles &small,
+                    LargestOfWalk &largest) {
+    std::vector<std::unique_ptr<FSNode>> nodes;
+    std::unique_ptr<FSNode> aggregate = releaseAggregate(folder);
+    if (aggregate != nullptr)
+        small.add(*aggregate);
+    for (const LinkedName &one : names) {
+        const std::uint32_t modified = FSNode::secondsOf(one.status.modified);
+        addFile(folder, one.status, modified);
+        if (one.status.allocatedBytes >= state.options.minimumNodeSize) {
+            nodes.push_back(makeFile(folder, one.name, one.status, modified));
+            nodes.back()->hasLinkedFiles = true;
+        } else {
+            small.add(one.name, one.status, modified);
+            largest.offer(folder, one.name, one.status, modified);
+        }
+    }
+    if (std::unique_ptr<FSNode> all = small.takeAggregate(folder))
+        nodes.push_back(std::move(all));
+    folder.adopt(nodes);
+}
+
+/// Adds all files with several names to the folders where they count.
+void addLinkedFiles(ScanState &state) {
+    const std::vector<LinkedName> names = state.linked.take();
+    SmallFiles small(state.moment);
+    LargestOfWalk largest(state.largest);
+    for (auto first = names.begin(); first != names.end();) {
+        FSNode &folder = *first->folder;
+        const auto next =
+            std::find_if(first, names.end(), [&](const LinkedName &one) { return one.folder != &folder; });
+        addLinkedFiles(folder, {first, next}, state, small, largest);
+        first = next;
+    }
 }
 
 } // namespace
@@ -74,32 +126,43 @@ bool TreeBuilder::leavesUnseen(FolderHandle folder, const std::string &folderPat
 }
 
 void TreeBuilder::file(FolderHandle folder, std::string_view name, const FileStatus &status) {
-    const bool hasOtherNames = status.linkCount > 1 && status.kind == FileKind::regularFile;
-    if (hasOtherNames) {
-        nodeOf(folder).hasLinkedFiles = true;
-        if (!state_.inodes.insert(status.identity.device, status.identity.inode))
-            return;
-    }
     FSNode &node = nodeOf(folder);
+    if (status.linkCount > 1 && status.kind == FileKind::regularFile)
+        return linkedFile(node, name, status);
     if (!state_.sums.admits(status))
         return noteUnreadable(node, name, UnreadableItem::claimsTooMuch);
-    const std::int64_t size = status.allocatedBytes;
     const std::uint32_t modified = FSNode::secondsOf(status.modified);
     addFile(node, status, modified);
-    unpublishedBytes_ = checkedAdd(unpublishedBytes_, size);
-    if (++unpublishedFiles_ == publishEvery) {
-        publish();
-        grow(node);
-    }
-    if (size >= state_.options.minimumNodeSize) {
-        auto child = std::make_unique<FSNode>(std::string(name), node, false);
-        child->setIdentity(status.identity);
-        child->hasLinkedFiles = hasOtherNames;
-        addFile(*child, status, modified);
-        children_.push_back(std::move(child));
+    showProgress(node, status.allocatedBytes);
+    if (status.allocatedBytes >= state_.options.minimumNodeSize) {
+        children_.push_back(makeFile(node, name, status, modified));
     } else {
         small_.add(name, status, modified);
         largest_.offer(node, name, status, modified);
+    }
+}
+
+/// A file with several names is added to the folder where it counts when all names are known. The progress
+/// has it at once.
+void TreeBuilder::linkedFile(FSNode &folder, std::string_view name, const FileStatus &status) {
+    folder.hasLinkedFiles = true;
+    if (!state_.linked.add(folder, name, status))
+        return;
+    if (!state_.sums.admits(status)) {
+        state_.linked.refuse(status.identity);
+        return noteUnreadable(folder, name, UnreadableItem::claimsTooMuch);
+    }
+    showProgress(folder, status.allocatedBytes);
+    if (growing_ != nullptr)
+        growing_->add(1, status.allocatedBytes);
+}
+
+/// A file of this folder was counted.
+void TreeBuilder::showProgress(const FSNode &folder, std::int64_t bytes) {
+    unpublishedBytes_ = checkedAdd(unpublishedBytes_, bytes);
+    if (++unpublishedFiles_ == publishEvery) {
+        publish();
+        grow(folder);
     }
 }
 
@@ -181,6 +244,7 @@ void TreeBuilder::publish() {
 }
 
 void rollUp(FSNode &root, ScanState &state) {
+    addLinkedFiles(state);
     std::unordered_set<const FSNode *> unfinished = state.unfinished;
     std::vector<FSNode *> folders{&root};
     for (std::size_t i = 0; i < folders.size(); ++i) {

@@ -2,8 +2,8 @@
 
 #include "Core/Scan/FSNode.h"
 #include "Core/Scan/GrowingEntries.h"
-#include "Core/Scan/InodeSet.h"
 #include "Core/Scan/LargestFiles.h"
+#include "Core/Scan/LinkedNames.h"
 #include "Core/Scan/ScanOptions.h"
 #include "Core/Scan/ScanStats.h"
 #include "Core/Scan/SmallFiles.h"
@@ -29,7 +29,7 @@ struct ScanState {
     const SkipList skipped;
     ScanStats &stats;
     const std::uint32_t moment; ///< from which the ages of files count, as `FSNode::modified` has it
-    InodeSet inodes;
+    LinkedNames linked;
     SumLimit sums;
     LargestFiles largest;
 
@@ -61,6 +61,8 @@ public:
     void abandoned(FolderHandle folder) override;
 
 private:
+    void linkedFile(FSNode &folder, std::string_view name, const FileStatus &status);
+    void showProgress(const FSNode &folder, std::int64_t bytes);
     void publish();
     void finishFolder(FSNode &node);
     void follow(FSNode &folder);
@@ -85,8 +87,9 @@ private:
     LargestOfWalk largest_;
 };
 
-/// Adds every folder's figures to its parent's, up to `root`, and gives the aggregates the largest of their
-/// files; call it once all walks are done.
+/// Adds the files with several names to the folders where they count, and every folder's figures to its
+/// parent's, up to `root`, and gives the aggregates the largest of their files; call it once all walks are
+/// done.
 void rollUp(FSNode &root, ScanState &state);
 
 } // namespace brimvale

@@ -187,6 +187,43 @@ TEST(DiskScanner, CountsHardLinksOnce) {
     EXPECT_EQ(scan(flat.path())->fileCount, 2);
 }
 
+// Else two scans of the same files would show changes.
+TEST(DiskScanner, TheFirstNameByPathCounts) {
+    const TemporaryFolder folder;
+    folder.makeFile("b/1/alone", 2000);
+    for (const char *other : {"b/2", "c/deep/er", "e"})
+        folder.makeFolder(other);
+    for (int i = 0; i < 300; ++i) {
+        const std::string name = "name " + std::to_string(i);
+        const std::string file = folder.makeFile("d/" + name, i % 3 == 0 ? 2'000'000 : 1000 + i);
+        for (const char *other : {"b/2/", "c/deep/er/", "b/1/", "e/", "b/1/z "})
+            std::filesystem::create_hard_link(file, folder.path(other + name));
+    }
+    std::vector<std::string> scans;
+    for (const int workers : {0, 1, 15, 15, 15, 15}) {
+        WalkPool pool(workers);
+        ScanStats stats;
+        ScanOptions options;
+        options.moment = now();
+        const auto tree = DiskScanner::scan(folder.path(), options, stats, pool);
+        EXPECT_EQ(stats.files(), 301);
+        const FSNode &counted = childOf(childOf(*tree, "b"), "1");
+        EXPECT_EQ(counted.fileCount, 301);
+        EXPECT_EQ(counted.size, tree->size);
+        ASSERT_EQ(counted.children().size(), 101U);
+        const FSNode &small = *counted.children().back();
+        EXPECT_TRUE(small.isAggregate);
+        EXPECT_EQ(small.fileCount, 201);
+        EXPECT_EQ(small.largestSmallFiles().size(), 201U);
+        EXPECT_FALSE(std::string_view(small.largestSmallFiles().front()->name).starts_with("z"));
+        EXPECT_TRUE(childOf(*tree, "e").hasLinkedFiles);
+        tree->sortRecursively();
+        scans.push_back(describe(*tree));
+    }
+    for (const std::string &one : scans)
+        EXPECT_EQ(one, scans.front());
+}
+
 TEST(DiskScanner, TellsWhatDeletingFrees) {
     const TemporaryFolder folder;
     const std::string file = folder.makeFile("item/file", 50'000);
