@@ -24,7 +24,7 @@ constexpr std::size_t digestLength = 32;
 constexpr std::int64_t blockSize = 512;
 constexpr std::uint32_t day = 86'400;     ///< in seconds
 constexpr std::size_t longestNumber = 10; ///< in bytes
-constexpr std::uint64_t mostReasons = 7;  ///< as `SkipReason` has
+constexpr std::uint64_t mostReasons = 8;  ///< as `SkipReason` has
 
 /// What the byte at the beginning of a node says.
 enum Flag : std::uint8_t {
@@ -67,17 +67,18 @@ public:
 private:
     void node(const FSNode &one) {
         const std::optional<FileIdentity> identity = one.identity();
+        const bool hasReason = one.isNotDescended || one.isOtherVolume();
         const auto flag = [](bool isSet, Flag value) { return isSet ? static_cast<unsigned>(value) : 0U; };
         bytes_ += static_cast<char>(
             flag(one.isDirectory, directory) | flag(one.isAggregate, aggregateNode) |
-            flag(one.unreadable, unreadableNode) | flag(one.isNotDescended, skipped) |
+            flag(one.unreadable, unreadableNode) | flag(hasReason, skipped) |
             flag(one.isCloudProvider, cloudProvider) | flag(one.hasLinkedFiles, linkedFiles) |
             flag(identity && identity->device != last_.device, otherDevice) | flag(!identity, noIdentity));
         if (!one.isAggregate && one.parent() != nullptr)
             text(one.name);
         if (identity)
             writeIdentity(*identity);
-        if (one.isNotDescended)
+        if (hasReason)
             number(static_cast<std::uint64_t>(one.skipReason));
         const OwnFigures own = OwnFigures::of(one);
         const bool hasFigures = !one.isDirectory || own.size > 0 || own.length > 0 || own.files > 0;

@@ -82,7 +82,9 @@ void TreeAssembly::add(TreeEntry entry) {
 
 void TreeAssembly::close(const TreeEntry &own) {
     FSNode &folder = *innermost_;
-    if (own.skipReason)
+    if (own.skipReason == SkipReason::otherVolume)
+        folder.skipReason = SkipReason::otherVolume;
+    else if (own.skipReason)
         folder.markSkipped(own.isCloudProvider, *own.skipReason);
     else
         count(folder, own);

@@ -127,6 +127,24 @@ TEST(SavedScan, ComesBackWithIdentities) {
     }
 }
 
+TEST(SavedScan, KeepsWhyFoldersWereNotEntered) {
+    const auto root = testing::makeRoot();
+    constexpr int reasons = static_cast<int>(SkipReason::otherVolume);
+    for (int reason = 0; reason < reasons; ++reason)
+        testing::addFolder(*root, std::to_string(reason))
+            .markSkipped(false, SkipReason{std::uint8_t(reason)});
+    testing::addFolder(*root, "mount point").skipReason = SkipReason::otherVolume;
+    const auto result = readSavedScan(saved(*root));
+    ASSERT_TRUE(std::holds_alternative<ImportedTree>(result));
+    const FSNode &found = *std::get<ImportedTree>(result).root;
+    ASSERT_EQ(found.children().size(), root->children().size());
+    for (std::size_t i = 0; i < found.children().size(); ++i) {
+        const FSNode &before = *root->children()[i], &after = *found.children()[i];
+        EXPECT_EQ(after.skipReason, before.skipReason) << after.name;
+        EXPECT_EQ(after.isNotDescended, before.isNotDescended) << after.name;
+    }
+}
+
 TEST(SavedScan, DamageGetsASentence) {
     const testing::TemporaryFolder folder;
     testing::makeHostileTree(folder, 5, true);
