@@ -1,5 +1,6 @@
 #include "Core/Treemap/MapColors.h"
 
+#include "Base/Contrast.h"
 #include "Catalogs/FileTypes.h"
 #include "Core/Scan/FileAge.h"
 #include "Core/Scan/FileTally.h"
@@ -117,10 +118,14 @@ TreemapStyle::Fill fillOfAge(std::size_t age, const TreemapStyle::Surface &surfa
     return {ageColors[age], kindOpacity};
 }
 
+/// What has changed stands out from what has not, on light and dark grounds.
 TreemapStyle::Fill fillOfGrowth(std::size_t growth, const TreemapStyle::Surface &surface) {
+    const TreemapStyle::Fill unchanged = {surface.secondaryText, folderOpacity};
     if (growth == growthWords.size())
-        return {surface.secondaryText, folderOpacity};
-    return {growthWords[growth].color, kindOpacity};
+        return unchanged;
+    return {Contrast::raised(growthWords[growth].color, Contrast::readableOn(surface.background),
+                             TreemapStyle::over(surface.background, unchanged), Contrast::leastForMarks),
+            1};
 }
 
 std::string titleOfType(std::size_t type) {

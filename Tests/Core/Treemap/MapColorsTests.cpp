@@ -123,6 +123,31 @@ TEST(MapColors, DifferFromEachOtherAndFromTheFolder) {
         }
 }
 
+TEST(MapColors, WhatHasChangedStandsOut) {
+    const std::shared_ptr<FSNode> root = testing::makeRoot();
+    for (const char *growth : {"0", "1", "2", "3", "4"})
+        add(*root, growth, 10'000'000);
+    const MapColors colors{
+        By::growth, 0, [](const FSNode &node) { return static_cast<MapGrowth>(node.name.front() - '0'); }};
+    for (const TreemapStyle::Surface &surface : {TreemapStyle::paper, dark}) {
+        const std::vector<MapColors::Entry> legend = colors.legend(tilesOf(*root), surface);
+        ASSERT_EQ(legend.size(), 5U);
+        const Color unchanged = legend.back().color;
+        for (std::size_t i = 0; i + 1 < legend.size(); ++i) {
+            const Color &one = legend[i].color;
+            EXPECT_GE(Contrast::between(one, unchanged), Contrast::leastForMarks) << legend[i].title;
+            EXPECT_GE(Contrast::between(Contrast::readableOn(one), one), Contrast::leastForText);
+            for (const int depth : {0, 1})
+                EXPECT_GE(Contrast::between(one, TreemapStyle::over(surface.background,
+                                                                    colors.ground(*root, depth, surface))),
+                          Contrast::leastForMarks)
+                    << legend[i].title;
+            for (std::size_t j = 0; j < i; ++j)
+                EXPECT_NE(legend[j].color, one) << legend[i].title << legend[j].title;
+        }
+    }
+}
+
 TEST(MapColors, TellWhatBecameOfTiles) {
     const std::shared_ptr<FSNode> root = sampleTree();
     const std::vector<TreemapTile> tiles = tilesOf(*root);
