@@ -16,13 +16,13 @@ namespace brimvale {
 /// One comparison of two trees.
 class TreeComparison::Pass {
 public:
-    Pass(TreeComparison &result, const FSNode &before, const FSNode &after)
-        : changes_(result.changes_), nodes_(result.nodes_) {
+    Pass(TreeComparison &result, const FSNode &before, const FSNode &after, const StopFlag &stopped)
+        : stopped_(stopped), changes_(result.changes_), nodes_(result.nodes_) {
         // A volume may have another device number after a restart.
         if (before.identity() && after.identity())
             devices_ = {before.identity()->device, after.identity()->device};
         folders_.emplace_back(&before, &after);
-        while (!folders_.empty()) {
+        while (!folders_.empty() && !isStopped()) {
             const auto pair = folders_.back();
             folders_.pop_back();
             compareFolders(*pair.first, *pair.second);
@@ -35,6 +35,8 @@ public:
     }
 
 private:
+    [[nodiscard]] bool isStopped() const { return stopped_.isSet(); }
+
     /// The children of a folder in both trees.
     struct Children {
         std::unordered_map<std::string_view, const FSNode *> earlier =
@@ -49,32 +51,37 @@ private:
             nodes_.emplace(&after, Earlier{NodeChange::Kind::unchanged, before.size});
         Children children;
         const std::size_t first = compareFirst(before, after, children);
-        for (const std::unique_ptr<FSNode> &child : before.children().subspan(first))
-            if (child->isAggregate)
-                children.earlierSmall = child.get();
+        const auto earlier = before.children().subspan(first);
+        for (std::size_t i = 0; i < earlier.size() && !isStopped(); ++i)
+            if (earlier[i]->isAggregate)
+                children.earlierSmall = earlier[i].get();
             else
-                children.earlier.emplace(child->name, child.get());
-        for (const std::unique_ptr<FSNode> &child : after.children().subspan(first)) {
-            if (child->isAggregate) {
-                children.laterSmall = child.get();
-                continue;
-            }
-            const auto found = children.earlier.find(child->name);
-            if (found == children.earlier.end() || found->second->isDirectory != child->isDirectory) {
-                children.appeared.push_back(child.get());
-                continue;
-            }
-            comparePair(*found->second, *child);
-            children.earlier.erase(found);
+                children.earlier.emplace(earlier[i]->name, earlier[i].get());
+        const auto later = after.children().subspan(first);
+        for (std::size_t i = 0; i < later.size() && !isStopped(); ++i)
+            if (later[i]->isAggregate)
+                children.laterSmall = later[i].get();
+            else
+                findPartner(*later[i], children);
+        if (!isStopped())
+            compareRest(children, earlier, after);
+    }
+
+    void findPartner(const FSNode &later, Children &children) {
+        const auto found = children.earlier.find(later.name);
+        if (found == children.earlier.end() || found->second->isDirectory != later.isDirectory) {
+            children.appeared.push_back(&later);
+            return;
         }
-        compareRest(children, before.children().subspan(first), after);
+        comparePair(*found->second, later);
+        children.earlier.erase(found);
     }
 
     /// Compares the first children as long as they have the same names in both folders, as most have, because
     /// both are sorted. Returns how many these are.
     std::size_t compareFirst(const FSNode &before, const FSNode &after, Children &children) {
         const std::size_t most = std::min(before.children().size(), after.children().size());
-        for (std::size_t i = 0; i < most; ++i) {
+        for (std::size_t i = 0; i < most && !isStopped(); ++i) {
             const FSNode &earlier = *before.children()[i];
             const FSNode &later = *after.children()[i];
             if (earlier.isAggregate && later.isAggregate) {
@@ -136,13 +143,11 @@ private:
 
     void indexGone() {
         for (const FSNode *top : gone_)
-            visitTree(
-                *top,
-                [this](const FSNode &node) {
-                    if (const std::optional<FileIdentity> identity = node.identity())
-                        goneByIdentity_.emplace(laterIdentity(*identity), &node);
-                },
-                [](const FSNode &) {});
+            visitUnless(*top, [this](const FSNode &node) {
+                if (const std::optional<FileIdentity> identity = node.identity())
+                    goneByIdentity_.emplace(laterIdentity(*identity), &node);
+                return isStopped();
+            });
     }
 
     [[nodiscard]] FileIdentity laterIdentity(FileIdentity identity) const {
@@ -176,6 +181,8 @@ private:
     void tellNew(const FSNode &top) {
         std::int64_t movedInside = 0;
         const auto isMoved = [&](const FSNode &node) {
+            if (isStopped())
+                return true;
             const FSNode *earlier = earlierOf(node);
             if (earlier == nullptr || isTaken(*earlier))
                 return false;
@@ -191,7 +198,7 @@ private:
                                 .node = &node});
             return true;
         };
-        if (findMoved(top, isMoved))
+        if (visitUnless(top, isMoved))
             return;
         nodes_.emplace(&top, Earlier{NodeChange::Kind::appeared, 0});
         changes_.push_back({.kind = TreeChange::Kind::appeared,
@@ -206,27 +213,27 @@ private:
         const auto isMoved = [&](const FSNode &node) {
             const bool wasTaken = taken_.contains(&node);
             movedAway += wasTaken ? node.size : 0;
-            return wasTaken;
+            return wasTaken || isStopped();
         };
-        if (!findMoved(top, isMoved))
+        if (!visitUnless(top, isMoved))
             changes_.push_back({.kind = TreeChange::Kind::gone,
                                 .path = top.path(),
                                 .isFolder = top.isDirectory,
                                 .before = top.size - movedAway});
     }
 
-    /// Calls `isMoved` for a node and its descendants, except for those of one that is. Returns whether the
-    /// node itself is.
-    template<class IsMoved>
-    static bool findMoved(const FSNode &top, IsMoved isMoved) {
-        if (isMoved(top))
+    /// Calls `isLeftOut` for a node and its descendants, except for those of one for which that is true.
+    /// Returns whether it is true for the node itself.
+    template<class IsLeftOut>
+    static bool visitUnless(const FSNode &top, IsLeftOut isLeftOut) {
+        if (isLeftOut(top))
             return true;
         std::vector<const FSNode *> waiting{&top};
         while (!waiting.empty()) {
             const FSNode &node = *waiting.back();
             waiting.pop_back();
             for (const std::unique_ptr<FSNode> &child : node.children())
-                if (!isMoved(*child))
+                if (!isLeftOut(*child))
                     waiting.push_back(child.get());
         }
         return false;
@@ -239,6 +246,7 @@ private:
         return false;
     }
 
+    const StopFlag &stopped_;
     std::vector<TreeChange> &changes_;
     std::unordered_map<const FSNode *, Earlier> &nodes_;
     std::vector<std::pair<const FSNode *, const FSNode *>> folders_; ///< to compare
@@ -249,8 +257,13 @@ private:
     std::pair<std::uint64_t, std::uint64_t> devices_;
 };
 
-TreeComparison::TreeComparison(const FSNode &before, const FSNode &after) {
-    const Pass pass(*this, before, after);
+TreeComparison::TreeComparison(const FSNode &before, const FSNode &after, const StopFlag &stopped,
+                               const std::function<void()> &hasRead) {
+    const Pass pass(*this, before, after, stopped);
+    if (hasRead)
+        hasRead();
+    if (stopped.isSet())
+        return;
     std::sort(changes_.begin(), changes_.end(), [](const TreeChange &a, const TreeChange &b) {
         return a.growth() != b.growth() ? a.growth() > b.growth() : a.path < b.path;
     });

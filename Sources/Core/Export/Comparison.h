@@ -1,8 +1,10 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Core/Scan/FSNode.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -53,8 +55,11 @@ struct NodeChange {
 /// other has as an aggregate, they are compared as an aggregate, too.
 class TreeComparison {
 public:
-    /// Reads both trees and keeps pointers to nodes of the later one.
-    TreeComparison(const FSNode &before, const FSNode &after);
+    /// Reads both trees and keeps pointers to nodes of the later one. `hasRead` is called as soon as the
+    /// trees are not read any more. Once `stopped` is set, that is within a moment, and the result is of no
+    /// use.
+    TreeComparison(const FSNode &before, const FSNode &after, const StopFlag &stopped = {},
+                   const std::function<void()> &hasRead = {});
 
     /// All changes, what has grown most first.
     [[nodiscard]] const std::vector<TreeChange> &changes() const { return changes_; }

@@ -263,10 +263,10 @@ TreemapView &BrowseView::map() const {
 
 /// A node is about to leave the tree: drop all pointers to it and its descendants.
 void BrowseView::letGoOf(FSNode *node) {
+    comparison_.letGoOf(*node);
     if (focus_ == nullptr)
         return;
     check_->forget();
-    comparison_.letGoOf(*node);
     if (OutlineModel::isWithin(focus_, *node))
         focusOn(node->parent());
     const auto isGone = [node](const FSNode *one) {
@@ -281,11 +281,12 @@ void BrowseView::letGoOf(FSNode *node) {
 
 /// A folder is about to get other children: drop all pointers to the old ones and their descendants.
 void BrowseView::letGoOfContents(FSNode *folder) {
+    comparison_.leaveTree();
+    for (const std::unique_ptr<FSNode> &child : folder->children())
+        comparison_.letGoOf(*child);
     if (focus_ == nullptr)
         return;
     check_->forget();
-    for (const std::unique_ptr<FSNode> &child : folder->children())
-        comparison_.letGoOf(*child);
     if (focus_ != folder && OutlineModel::isWithin(focus_, *folder))
         moveFocus(folder);
     const auto isGone = [folder](const FSNode *one) {

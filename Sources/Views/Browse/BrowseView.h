@@ -183,7 +183,7 @@ private:
     TreemapPanel *map_ = nullptr; ///< contains it
     DetailPanel *details_;
     CompareNote *note_;
-    ScanComparison comparison_;
+    ScanComparison comparison_{this};
     std::optional<int> changesTab_; ///< while there is a comparison
     NodeRemoval *removal_;
     SelectionCheck *check_;

@@ -43,6 +43,8 @@ void BrowseView::makeComparison() {
     connect(changes_, &ChangeList::shownInFolder, this, &BrowseView::showChange);
     connect(changes_, &ChangeList::changeSelected, this, &BrowseView::selectChange);
     connect(changes_, &ChangeList::menuRequested, this, &BrowseView::showMenu);
+    connect(&comparison_, &ScanComparison::compared, this, &BrowseView::showComparison);
+    connect(&scan_, &ScanSession::dropped, this, &BrowseView::compareAgain);
 }
 
 void BrowseView::compareWith(ScanComparison::Earlier earlier) {
@@ -52,7 +54,7 @@ void BrowseView::compareWith(ScanComparison::Earlier earlier) {
     comparison_.begin(std::move(earlier), *scan_->tree);
     changesTab_ = tabs_->addTab(u"Changes"_s);
     map_->setComparing(true);
-    showComparison();
+    note_->showComparison(comparison_);
     emit comparingChanged();
 }
 
@@ -68,16 +70,14 @@ void BrowseView::stopComparing() {
     emit comparingChanged();
 }
 
-/// The tree has changed, or is another one.
+/// The tree may have changed, or is another one. While nodes leave it one by one, it is not compared.
 void BrowseView::compareAgain() {
-    if (!comparison_.isOn() || scan_->tree == nullptr)
+    if (!comparison_.isOn() || scan_->tree == nullptr || scan_.isDropping())
         return;
-    changes_->changes().clear();
     comparison_.compareAgain(*scan_->tree);
-    if (comparison_.isOn())
-        showComparison();
-    else
-        stopComparing(); // it is a tree of another folder
+    if (!comparison_.isOn())
+        return stopComparing(); // it is a tree of another folder
+    note_->showComparison(comparison_);
 }
 
 /// Everything on the page forgets the changes, which point into the tree.

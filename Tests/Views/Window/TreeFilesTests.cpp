@@ -62,6 +62,13 @@ protected:
         testing::click(window, "closeNotice");
         return words;
     }
+    /// What the page says of a comparison when that has ended.
+    static std::string comparison(BrowseView &page) {
+        const auto words = [&page] { return testing::shown(page, "compareWords"); };
+        EXPECT_TRUE(
+            eventually([&] { return words().starts_with("Compared with") && words().ends_with("."); }));
+        return words();
+    }
     /// What the window warns of; the warning is closed.
     std::string warning() {
         QPointer<QDialog> sheet;
@@ -161,8 +168,8 @@ TEST_F(TreeFilesTest, ComparesWithASavedScan) {
     choose("compareWith", home.path("monday.scan"));
     BrowseView &page = *window.findChild<BrowseView *>();
     ASSERT_TRUE(eventually([&] { return page.isComparing(); }));
-    EXPECT_THAT(testing::shown(page, "compareWords"), StartsWith("Compared with “monday.scan”, "));
-    EXPECT_THAT(testing::shown(page, "compareWords"), HasSubstr(", 1 new, 1 gone, 1 moved, 1 changed."));
+    EXPECT_THAT(comparison(page), StartsWith("Compared with “monday.scan”, "));
+    EXPECT_THAT(comparison(page), HasSubstr(", 1 new, 1 gone, 1 moved, 1 changed."));
 
     // The outline, sorted by growth, and the details.
     auto &outline = testing::find<OutlineView>(page, "outline");
@@ -223,11 +230,11 @@ TEST_F(TreeFilesTest, ComparisonLastsForTheFolder) {
     choose("compareWith", home.path("monday.scan"));
     BrowseView &page = *window.findChild<BrowseView *>();
     ASSERT_TRUE(eventually([&] { return page.isComparing(); }));
-    EXPECT_THAT(testing::shown(page, "compareWords"), HasSubstr("nothing has changed"));
+    EXPECT_THAT(comparison(page), HasSubstr("nothing has changed"));
     home.makeFile("files/folder/more", 1'500'000);
     model.scan.startScan();
     ASSERT_TRUE(eventually([&] { return model.scan->tree != nullptr; }));
-    EXPECT_THAT(testing::shown(page, "compareWords"), HasSubstr(", 1 new."));
+    EXPECT_THAT(comparison(page), HasSubstr(", 1 new."));
     home.makeFile("files/folder/even more", 1'500'000);
     model.scan.rescan(FileURL(home.path("files/folder")));
     EXPECT_TRUE(eventually(

@@ -57,15 +57,19 @@ CompareNote::CompareNote(QWidget *parent)
 }
 
 void CompareNote::showComparison(const ScanComparison &comparison) {
-    setHidden(comparison.changes() == nullptr);
+    const bool hasChanges = comparison.changes() != nullptr;
+    setVisible(hasChanges || comparison.isRunning());
     if (isHidden())
         return;
     const ScanComparison::Earlier &earlier = comparison.earlier();
+    if (!hasChanges)
+        return note_->setText(u"Comparing with “%1”…"_s.arg(earlier.file));
     const QString when =
         earlier.origin.date ? u", %1"_s.arg(text(Fmt::recentDate(earlier.origin.date))) : QString();
     const std::vector<TreeChange> &changes = comparison.changes()->changes();
-    note_->setText(u"Compared with “%1”%2: %3, %4."_s.arg(
-        earlier.file, when, text(signedSize(growthOf(changes))), countsOf(changes)));
+    const QString words = u"Compared with “%1”%2: %3, %4."_s.arg(
+        earlier.file, when, text(signedSize(growthOf(changes))), countsOf(changes));
+    note_->setText(comparison.isRunning() ? words + u" Comparing again…"_s : words);
 }
 
 } // namespace brimvale

@@ -7,7 +7,8 @@ namespace brimvale {
 class NoteLabel;
 class ScanComparison;
 
-/// Tells which earlier scan the page is compared with and how much has changed, and ends the comparison.
+/// Tells which earlier scan the page is compared with, whether that is still being done, and how much has
+/// changed; and ends the comparison.
 class CompareNote : public QWidget {
     Q_OBJECT
 

@@ -3,16 +3,22 @@
 #include "Core/Export/Comparison.h"
 #include "Core/Export/ScanOrigin.h"
 
+#include <QObject>
 #include <QString>
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace brimvale {
 
-/// The earlier scan that the page's tree is compared with, and what has changed since. The earlier scan is
-/// kept while another scan of the same folder runs.
-class ScanComparison {
+/// The earlier scan that the page's tree is compared with, and what has changed since. The trees are compared
+/// in the background, and again after every change. The earlier scan is kept while another scan of the same
+/// folder runs.
+///
+/// The comparison reads the page's tree where it is. So whoever changes that tree must call `leaveTree`
+/// before.
+class ScanComparison : public QObject {
+    Q_OBJECT
+
 public:
     /// A scan or list that was read from a file.
     struct Earlier {
@@ -21,6 +27,10 @@ public:
         ScanOrigin origin;
     };
 
+    using QObject::QObject;
+    /// Waits a moment until the later tree is not read any more.
+    ~ScanComparison() override;
+
     /// Compares `later` with an earlier scan from now on.
     void begin(Earlier earlier, const FSNode &later);
     /// Ends that, and drops all pointers.
@@ -28,22 +38,38 @@ public:
     [[nodiscard]] bool isOn() const { return earlier_.tree != nullptr; }
     [[nodiscard]] const Earlier &earlier() const { return earlier_; }
 
-    /// Compares again, because `later` has changed or is another tree. Ends the comparison if it is a tree of
-    /// another folder.
+    /// Compares again if `later` has changed since, or is another tree; `compared` tells the end. Ends the
+    /// comparison if it is a tree of another folder.
     void compareAgain(const FSNode &later);
+    /// Whether a comparison runs. Until it ends, `changes` are those of before.
+    [[nodiscard]] bool isRunning() const { return run_ != nullptr; }
+
+    /// Stops a running comparison, because the later tree is about to change. Waits until that is not read
+    /// any more, which takes a moment only.
+    void leaveTree();
     /// Drops all pointers into the later tree.
-    void letGo() { changes_.reset(); }
+    void letGo();
     /// Drops the pointers to a node and its descendants. Call it before they leave the tree.
     void letGoOf(const FSNode &node);
 
-    /// Null while there is no later tree.
-    [[nodiscard]] const TreeComparison *changes() const { return changes_ ? &*changes_ : nullptr; }
+    /// Null as long as nothing has been compared.
+    [[nodiscard]] const TreeComparison *changes() const { return changes_.get(); }
     [[nodiscard]] NodeChange of(const FSNode &node) const;
 
+signals:
+    /// `changes` are others now. The earlier ones may be used until all listeners have returned.
+    void compared();
+
 private:
+    struct Run;
+
+    void take(std::shared_ptr<TreeComparison> found);
+
     Earlier earlier_;
     std::string laterPath_;
-    std::optional<TreeComparison> changes_;
+    std::shared_ptr<TreeComparison> changes_;
+    std::shared_ptr<Run> run_; ///< null if none is running
+    bool isOutdated_ = false;  ///< the later tree has changed since it was compared
 };
 
 } // namespace brimvale
