@@ -20,6 +20,7 @@ void writeResult(Output &output, const RemovalResult &result) {
     json.member("bytesMovedToTrash", result.bytesMovedToTrash);
     json.member("bytesDeleted", result.bytesDeleted);
     json.member("freeSpaceRemark", result.freeSpaceRemark);
+    json.member("freeSpaceGrowth", result.freeSpaceGrowth);
     json.paths("needsAdmin", result.needsAdmin);
     json.member("needsAppManagement", result.needsAppManagement);
     json.key("partlyRemoved");

@@ -174,7 +174,7 @@ RemovalResult removeBy(Route route, const std::vector<CleanupEntry> &entries, Re
     const RemovalMode mode = route == Route::deletion ? RemovalMode::deleteNow : RemovalMode::trash;
     RemovalResult result = route == Route::administrator ? Remover::removeWithAdmin(entries)
                                                          : Remover::remove(entries, mode, &progress);
-    result.freeSpaceRemark = space.remarkOn(result.bytesDeleted);
+    space.noteGrowth(result);
     return result;
 }
 

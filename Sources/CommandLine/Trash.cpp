@@ -196,7 +196,7 @@ RemovalResult emptyTrash(const std::vector<CleanupEntry> &entries, RemovalProgre
         urls.push_back(entry.url);
     const FreeSpace space(urls, RemovalActions::platform());
     RemovalResult result = TrashRun::empty(entries, progress, RemovalActions::platform());
-    result.freeSpaceRemark = space.remarkOn(result.bytesDeleted);
+    space.noteGrowth(result);
     return result;
 }
 

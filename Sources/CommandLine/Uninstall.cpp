@@ -153,7 +153,7 @@ RemovalResult removeApp(const AppRow &row, RemovalMode mode, RemovalProgress &pr
     const FreeSpace space(urls, RemovalActions::platform());
     RemovalResult result = isByCommand ? removeByCommand({row.app, row.bundleSize, entries, mode}, progress)
                                        : Remover::remove(entries, mode, &progress);
-    result.freeSpaceRemark = space.remarkOn(result.bytesDeleted);
+    space.noteGrowth(result);
     return result;
 }
 

@@ -115,7 +115,7 @@ void Removals::begin(RemovalActivity activity, VolumesAreRead when, std::vector<
             const FreeSpace space(items, actions);
             RemovalResult result = work(*progress);
             if (!progress->abandoned.isSet())
-                result.freeSpaceRemark = space.remarkOn(result.bytesDeleted);
+                space.noteGrowth(result);
             return outcomeOf(std::move(result));
         },
         [this](const Outcome &outcome) { conclude(outcome); });

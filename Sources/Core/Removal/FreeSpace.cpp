@@ -1,11 +1,13 @@
 #include "Core/Removal/FreeSpace.h"
 
 #include "Core/Removal/RemovalActions.h"
+#include "Core/Removal/RemovalResult.h"
 #include "Core/Text/Formatting.h"
 #include "Platform/FileStatus.h"
 
 #include <algorithm>
 #include <chrono>
+#include <string>
 #include <thread>
 #include <unordered_set>
 #include <utility>
@@ -62,20 +64,23 @@ FreeSpace::FreeSpace(const std::vector<FileURL> &items, RemovalActions &actions)
     }
 }
 
-std::string FreeSpace::remarkOn(std::int64_t deleted) const {
+void FreeSpace::noteGrowth(RemovalResult &result) const {
+    const std::int64_t deleted = result.bytesDeleted;
     if (volumes_.empty() || deleted <= 0)
-        return {};
+        return;
     bool isFinal = true; // each volume is waited for
     for (const Volume &volume : volumes_)
         isFinal = actions_.awaitFreeSpace(remaining(volume.folder)) && isFinal;
     if (!isFinal || deleted < smallestDifference)
-        return {};
+        return;
     std::optional<std::int64_t> gain = gained();
     for (int i = 0; i < mostLooks && gain && isMuch(deleted - *gain, deleted); ++i) {
         std::this_thread::sleep_for(timeBetweenLooks); // XFS frees space a moment after it was asked
         gain = gained();
     }
-    return gain ? growthRemark(deleted, *gain) : std::string();
+    result.freeSpaceGrowth = gain;
+    if (gain)
+        result.freeSpaceRemark = growthRemark(deleted, *gain);
 }
 
 /// How much the free space of all volumes has grown; nothing where it is not known.

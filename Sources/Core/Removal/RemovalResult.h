@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <unordered_map>
@@ -55,6 +56,7 @@ struct RemovalResult {
     /// How much the free space of the volume grew, as a sentence; with the likely reason if that is much less
     /// or more than `bytesDeleted`. Empty where that was not measured.
     std::string freeSpaceRemark = {};
+    std::optional<std::int64_t> freeSpaceGrowth = {}; ///< the same in bytes, below 0 if it has shrunk
 
     /// What was deleted of items that are not removed. `bytesFreed` includes it, unless the administrator's
     /// command deleted it.
@@ -85,7 +87,7 @@ struct RemovalResult {
             return std::tie(one.succeeded, one.failed, one.bytesFreed, one.needsAdmin, one.isOfBackup,
                             one.partlyRemoved, one.goneAnyway, one.adminRemarks, one.needsAppManagement,
                             one.remarks, one.changed, one.bytesMovedToTrash, one.bytesDeleted,
-                            one.freeSpaceRemark);
+                            one.freeSpaceRemark, one.freeSpaceGrowth);
         };
         return fields(a) == fields(b);
     }

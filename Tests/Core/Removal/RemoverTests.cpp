@@ -295,8 +295,13 @@ TEST(FreeSpace, TellsWhatDoesNotFit) {
         const FreeSpace space({FileURL(folder.path("gone/item"))}, actions);
         const FreeSpace here({FileURL(folder.path("item")), FileURL(folder.path("other"))}, actions);
         actions.bytes += gained;
-        EXPECT_EQ(space.remarkOn(deleted), "") << "of a folder that does not exist nothing is known";
-        return here.remarkOn(deleted);
+        RemovalResult unknown{.bytesDeleted = deleted}, result{.bytesDeleted = deleted};
+        space.noteGrowth(unknown);
+        EXPECT_EQ(unknown.freeSpaceGrowth, std::nullopt)
+            << "nothing is known of a folder that does not exist";
+        here.noteGrowth(result);
+        EXPECT_EQ(result.freeSpaceGrowth.value_or(gained), gained);
+        return result.freeSpaceRemark;
     };
     EXPECT_EQ(remark(800'000'000, 790'000'000), "The free space has grown by 790 MB.");
     EXPECT_EQ(remark(40'000'000, 0), "") << "small";
