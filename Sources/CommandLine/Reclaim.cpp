@@ -25,7 +25,14 @@ namespace brimvale::commandLine {
 
 namespace {
 
-constexpr std::array reclaimOptions = {hexOption, from0Option};
+constexpr std::array reclaimOptions = {
+    Option{.name = "--names-in",
+           .value = Option::Value::text,
+           .valueName = "FOLDER",
+           .help = "Look for other names of the same files in FOLDER."},
+    hexOption,
+    from0Option,
+};
 
 void writeParts(JsonWriter &json, std::string_view key, std::string_view name,
                 const std::vector<Reclaim::Part> &parts) {
@@ -47,6 +54,18 @@ void writeReclaim(Output &output, const Reclaim &reclaim) {
     json.member("freesAtMost", reclaim.freesAtMost());
     json.member("linkedElsewhere", reclaim.linkedElsewhere);
     json.member("filesLinkedElsewhere", reclaim.filesLinkedElsewhere);
+    json.key("links");
+    json.beginArray();
+    for (const Reclaim::Link &link : reclaim.links) {
+        json.beginObject();
+        json.member("bytes", link.bytes);
+        if (link.otherName.empty())
+            json.member("otherName", std::optional<std::string>());
+        else
+            json.path("otherName", link.otherName);
+        json.end();
+    }
+    json.end();
     json.member("sharedElsewhere", reclaim.sharedElsewhere);
     json.member("heldBySnapshots", reclaim.inSnapshots);
     writeParts(json, "snapshots", "path", reclaim.snapshots);
@@ -75,12 +94,34 @@ std::optional<std::vector<FileURL>> existingItems(const std::vector<std::string>
     return isComplete ? std::optional(std::move(items)) : std::nullopt;
 }
 
+/// The folder in which other names are looked for, if one was typed. Reports a path that is none, and returns
+/// nothing then.
+std::optional<LinkPlaces> linkPlacesIn(const Arguments &arguments) {
+    const std::optional<std::string_view> typed = arguments.text("--names-in");
+    if (!typed)
+        return LinkPlaces{};
+    const Result<FileURL> resolved = resolveGivenPath(*typed);
+    const auto *url = std::get_if<FileURL>(&resolved);
+    if (url == nullptr) {
+        printPathError(*typed, std::get<FileError>(resolved));
+        return std::nullopt;
+    }
+    if (!folderIdentity(url->path())) {
+        printPathError(*typed, FileError::posix(errno == 0 ? ENOTDIR : errno));
+        return std::nullopt;
+    }
+    return LinkPlaces{.folders = {url->path()}, .areDeep = true};
+}
+
 ExitStatus runReclaim(const Arguments &arguments, Output &output) {
     const auto given = givenPaths(arguments, reclaimCommand);
     if (const auto *wrong = std::get_if<ExitStatus>(&given))
         return *wrong;
     const auto items = existingItems(std::get<std::vector<std::string>>(given));
     if (!items)
+        return ExitStatus::failed;
+    const auto linkPlaces = linkPlacesIn(arguments);
+    if (!linkPlaces)
         return ExitStatus::failed;
     ReclaimProgress progress;
     Reclaim reclaim;
@@ -89,7 +130,7 @@ ExitStatus runReclaim(const Arguments &arguments, Output &output) {
         const DrawnProgress drawn([&progress](const ProgressLine &line) {
             line.show("Looking at what would be freed: " + Fmt::count(progress.files) + " files");
         });
-        reclaim = reclaimOf(*items, progress);
+        reclaim = reclaimOf(*items, progress, *linkPlaces);
     }
     if (progress.cancelled.isSet()) {
         printError("interrupted");
@@ -98,7 +139,7 @@ ExitStatus runReclaim(const Arguments &arguments, Output &output) {
     if (arguments.has("--json"))
         writeReclaim(output, reclaim);
     else
-        for (const std::string &line : reclaimLines(reclaim))
+        for (const std::string &line : reclaimLines(reclaim, RemovalMode::deleteNow))
             output.write(terminalText(line) + "\n");
     return reclaim.unreadable > 0 ? ExitStatus::failed : ExitStatus::done;
 }

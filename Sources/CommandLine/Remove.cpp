@@ -196,11 +196,11 @@ void showItems(Output &output, const std::vector<CleanupEntry> &entries, Route r
         items.push_back(entry.url);
     }
     table.write(output);
-    output.write(route == Route::trash ? "These would be moved to the Trash. If they were deleted:\n"
+    output.write(route == Route::trash ? "These would be moved to the Trash.\n"
                                        : "These would be deleted.\n");
     ReclaimProgress progress;
     const Interruption interruption(progress.cancelled);
-    for (const std::string &line : reclaimLines(reclaimOf(items, progress)))
+    for (const std::string &line : reclaimLines(reclaimOf(items, progress), modeOf(route)))
         output.write(terminalText(line) + "\n");
 }
 

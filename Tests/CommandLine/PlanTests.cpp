@@ -52,8 +52,11 @@ TEST(ReclaimCommand, TellsWhatDeletingFrees) {
     EXPECT_EQ(document["filesLinkedElsewhere"].toInteger(), 1);
     EXPECT_EQ(document["unreadable"].toInteger(-1), 0);
     const Outcome text = runProgram({"reclaim", folder.path("in")});
-    EXPECT_THAT(text.out, ::testing::StartsWith("Frees now: "));
+    EXPECT_THAT(text.out, ::testing::StartsWith("Deleting frees now: "));
     EXPECT_THAT(text.out, HasSubstr("1 file that has other names elsewhere\n"));
+    const Outcome named = runProgram({"reclaim", folder.path("in"), "--names-in", folder.path()});
+    EXPECT_THAT(named.out, HasSubstr(" elsewhere (" + folder.path("out/file") + ")\n"));
+    EXPECT_EQ(runProgram({"reclaim", folder.path("in"), "--names-in", file}).status, 1) << "no folder";
     EXPECT_TRUE(isThere(file));
 }
 
@@ -75,7 +78,7 @@ TEST(PlanFile, RemovesLaterWhatADryRunHasShown) {
     const Outcome shown = run({"remove", "--dry-run", "--delete", one, folder.path("two")});
     EXPECT_EQ(shown.status, 0) << shown.err;
     EXPECT_THAT(shown.out, HasSubstr(one + "\n"));
-    EXPECT_THAT(shown.out, HasSubstr("These would be deleted.\nFrees now: "));
+    EXPECT_THAT(shown.out, HasSubstr("These would be deleted.\nDeleting frees now: "));
 
     const std::string plan = folder.path("plan.json");
     const Outcome saved = run({"remove", "--save-plan", plan, "--delete", one, folder.path("two")});

@@ -1,5 +1,6 @@
 #include "Core/Reclaim/Reclaim.h"
 
+#include "Core/Reclaim/LinkNames.h"
 #include "Core/Reclaim/ReclaimRun.h"
 #include "Core/Reclaim/ReclaimWalk.h"
 #include "Core/Removal/GonePaths.h"
@@ -43,7 +44,8 @@ std::vector<FileURL> placesOf(const std::vector<FileURL> &items, const StopFlag 
 
 } // namespace
 
-Reclaim reclaimOf(const std::vector<FileURL> &items, ReclaimProgress &progress, WalkPool &pool) {
+Reclaim reclaimOf(const std::vector<FileURL> &items, ReclaimProgress &progress, const LinkPlaces &linkPlaces,
+                  WalkPool &pool) {
     const NoMaterialization guard;
     std::int64_t unreachable = 0;
     const std::vector<FileURL> places = placesOf(items, progress.cancelled, unreachable);
@@ -68,7 +70,11 @@ Reclaim reclaimOf(const std::vector<FileURL> &items, ReclaimProgress &progress, 
     pool.walk(std::move(folders), false, progress.cancelled,
               [&run] { return std::make_unique<ReclaimWalk>(run); });
     run.add(0, 0, unreachable);
-    return progress.cancelled.isSet() ? Reclaim{} : run.result();
+    if (progress.cancelled.isSet())
+        return {};
+    Reclaim found = run.result();
+    findNames(found.links, linkPlaces, GonePaths(places), progress.cancelled, pool);
+    return progress.cancelled.isSet() ? Reclaim{} : found;
 }
 
 } // namespace brimvale

@@ -12,6 +12,8 @@ namespace brimvale {
 
 namespace {
 
+constexpr std::size_t mostLinks = 100;
+
 void addTo(std::int64_t &sum, std::int64_t bytes) {
     sum = checkedAdd(sum, bytes);
 }
@@ -108,7 +110,11 @@ void ReclaimRun::resolveLinks() {
         }
         addTo(sums_.linkedElsewhere, file.bytes);
         ++sums_.filesLinkedElsewhere;
+        sums_.links.push_back({identity, file.bytes});
     }
+    std::stable_sort(sums_.links.begin(), sums_.links.end(),
+                     [](const Reclaim::Link &a, const Reclaim::Link &b) { return a.bytes > b.bytes; });
+    sums_.links.resize(std::min(sums_.links.size(), mostLinks));
     linked_.clear();
 }
 

@@ -3,6 +3,9 @@
 #include "Base/Text.h"
 #include "Core/Text/Formatting.h"
 
+#include <algorithm>
+#include <cstdint>
+
 namespace brimvale {
 
 namespace {
@@ -11,12 +14,8 @@ std::string freedText(const Reclaim &reclaim) {
     const std::string least = Fmt::byteFormatter(reclaim.freesNow);
     const std::string most = Fmt::byteFormatter(reclaim.freesAtMost());
     if (least == most)
-        return "Frees now: " + least;
-    return reclaim.freesNow == 0 ? "Frees now: at most " + most : "Frees now: " + least + " to " + most;
-}
-
-std::string counted(std::int64_t count, const char *one, const char *several) {
-    return Fmt::count(count) + " " + (count == 1 ? one : several);
+        return least;
+    return reclaim.freesNow == 0 ? "at most " + most : least + " to " + most;
 }
 
 /// The largest one by name, and the number of the others.
@@ -26,14 +25,30 @@ std::string named(const std::vector<Reclaim::Part> &parts) {
     return others == 0 ? first : first + " and " + Fmt::count(others) + " more";
 }
 
+/// The other name of the largest file that has a known one, and the number of the other files.
+std::string linkNames(const Reclaim &reclaim) {
+    const auto known = std::find_if(reclaim.links.begin(), reclaim.links.end(),
+                                    [](const Reclaim::Link &one) { return !one.otherName.empty(); });
+    if (known == reclaim.links.end())
+        return "";
+    const std::int64_t others = reclaim.filesLinkedElsewhere - 1;
+    return " (" + displayText(known->otherName) +
+           (others == 0 ? "" : " and " + Fmt::count(others) + " more") + ")";
+}
+
 } // namespace
 
-std::vector<std::string> reclaimLines(const Reclaim &reclaim) {
-    std::vector<std::string> lines = {freedText(reclaim)};
+std::string_view whenFreed(RemovalMode mode) {
+    return mode == RemovalMode::trash ? "Frees when the Trash is emptied" : "Deleting frees now";
+}
+
+std::vector<std::string> reclaimLines(const Reclaim &reclaim, RemovalMode mode) {
+    std::vector<std::string> lines = {std::string(whenFreed(mode)).append(": ").append(freedText(reclaim))};
     if (reclaim.linkedElsewhere > 0)
         lines.push_back("Shared: " + Fmt::byteFormatter(reclaim.linkedElsewhere) + " of " +
-                        counted(reclaim.filesLinkedElsewhere, "file that has", "files that have") +
-                        " other names elsewhere");
+                        Fmt::counted(reclaim.filesLinkedElsewhere, "file") +
+                        (reclaim.filesLinkedElsewhere == 1 ? " that has" : " that have") +
+                        " other names elsewhere" + linkNames(reclaim));
     if (reclaim.sharedElsewhere > 0)
         lines.push_back("Shared: " + Fmt::byteFormatter(reclaim.sharedElsewhere) +
                         " that copies or snapshots elsewhere also use");
@@ -44,7 +59,7 @@ std::vector<std::string> reclaimLines(const Reclaim &reclaim) {
         lines.push_back("Held by running programs: " + Fmt::byteFormatter(reclaim.inUse) + " (" +
                         named(reclaim.programs) + ")");
     if (reclaim.unreadable > 0)
-        lines.push_back(counted(reclaim.unreadable, "item", "items") + " could not be looked at");
+        lines.push_back(Fmt::counted(reclaim.unreadable, "item") + " could not be looked at");
     return lines;
 }
 

@@ -43,6 +43,7 @@ class TreemapPanel;
 class TreemapView;
 class Volumes;
 struct CategoryPolicy;
+struct LinkPlaces;
 
 /// The page that shows the scanned tree as an outline and as a treemap of the focused folder, with equal
 /// selections. In place of the outline, its files can be listed by size, type or age, or those with equal
@@ -122,6 +123,7 @@ private:
     void confirmRemoval();
     void followRoute();
     [[nodiscard]] const CategoryPolicy *policy() const;
+    [[nodiscard]] LinkPlaces placesOfOtherNames() const;
     void letGoOf(FSNode *node);
     void letGoOfContents(FSNode *folder);
     void showContents(FSNode *folder);

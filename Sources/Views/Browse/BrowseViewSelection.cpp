@@ -1,6 +1,7 @@
 #include "Base/Bytes.h"
 #include "Core/Model/Removals.h"
 #include "Core/Model/ScanSession.h"
+#include "Core/Reclaim/LinkNames.h"
 #include "Core/Removal/NodesToRemove.h"
 #include "Views/Browse/BrowseView.h"
 #include "Views/Browse/Compare/ChangeList.h"
@@ -139,13 +140,20 @@ void BrowseView::showAnswer() {
         shown = {sentenceOf(std::get<RemovalRefusal>(*check_->objection())), {}};
     details_->showObjection(shown);
     if (!shown)
-        details_->showReclaim(check_->items());
+        details_->showReclaim(check_->items(), placesOfOtherNames());
     if (std::exchange(isBasketAsked_, false))
         addToBasket();
     if (!std::exchange(isRemovalAsked_, false))
         return;
     details_->showNotice({});
     confirmRemoval();
+}
+
+/// Where files of the selection may have other names.
+LinkPlaces BrowseView::placesOfOtherNames() const {
+    const bool areLinked = std::any_of(toRemove_.begin(), toRemove_.end(),
+                                       [](const FSNode *node) { return node->hasLinkedFiles; });
+    return areLinked && scan_->tree != nullptr ? foldersWithLinks(*scan_->tree) : LinkPlaces{};
 }
 
 void BrowseView::confirmRemoval() {

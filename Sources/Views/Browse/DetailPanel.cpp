@@ -197,9 +197,9 @@ void DetailPanel::showChange(const QString &sentence) {
     change_->setHidden(sentence.isEmpty());
 }
 
-void DetailPanel::showReclaim(std::vector<FileURL> items) {
+void DetailPanel::showReclaim(std::vector<FileURL> items, LinkPlaces linkPlaces) {
     constexpr std::chrono::milliseconds restBefore{400}; // walking through a list asks about none of its rows
-    reclaim_->ask(std::move(items), restBefore);
+    reclaim_->ask(std::move(items), restBefore, std::move(linkPlaces));
 }
 
 void DetailPanel::showRemoval(std::int64_t count, std::int64_t bytes, bool isRemoving) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/FileURL.h"
+#include "Core/Reclaim/Reclaim.h"
 
 #include <QWidget>
 #include <array>
@@ -43,8 +44,9 @@ public:
     /// Tells why, and disables the removal or puts the route in its place; nothing allows it again.
     void showObjection(const std::optional<Objection> &objection);
 
-    /// Finds out in the background what deleting these items would free, and shows it.
-    void showReclaim(std::vector<FileURL> items);
+    /// Finds out in the background what deleting these items would free, and shows it; with other names that
+    /// their files have in `linkPlaces`.
+    void showReclaim(std::vector<FileURL> items, LinkPlaces linkPlaces);
 
     /// Shows the outcome of an action below the buttons; empty for none.
     void showNotice(const QString &notice);

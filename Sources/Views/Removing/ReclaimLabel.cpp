@@ -1,7 +1,6 @@
 #include "Views/Removing/ReclaimLabel.h"
 
 #include "Base/Background.h"
-#include "Core/Reclaim/Reclaim.h"
 #include "Core/Reclaim/ReclaimTexts.h"
 #include "Core/Text/Formatting.h"
 #include "Views/Components/NodeName.h"
@@ -17,10 +16,11 @@ namespace brimvale {
 namespace {
 
 constexpr std::chrono::milliseconds timeBetweenTicks{250};
+constexpr int longestName = 220; // in points
 
-QString linesOf(const Reclaim &reclaim) {
+QString linesOf(const Reclaim &reclaim, RemovalMode mode) {
     QStringList lines;
-    for (const std::string &line : reclaimLines(reclaim))
+    for (const std::string &line : reclaimLines(reclaim, mode))
         lines.append(displayedText(line));
     return lines.join(u'\n');
 }
@@ -30,6 +30,7 @@ QString linesOf(const Reclaim &reclaim) {
 ReclaimLabel::ReclaimLabel(Type::Size size, QWidget *parent) : TextLabel(size, Tone::secondary, parent) {
     setObjectName(QStringLiteral("reclaim"));
     setWordWrap(true);
+    setAlignment(Qt::AlignTop | Qt::AlignLeading);
     hide();
     wait_.setSingleShot(true);
     connect(&wait_, &QTimer::timeout, this, &ReclaimLabel::begin);
@@ -40,10 +41,13 @@ ReclaimLabel::~ReclaimLabel() {
     cancel();
 }
 
-void ReclaimLabel::ask(std::vector<FileURL> items, std::chrono::milliseconds delay) {
+void ReclaimLabel::ask(std::vector<FileURL> items, std::chrono::milliseconds delay, LinkPlaces linkPlaces) {
     cancel();
     items_ = std::move(items);
-    showLines(items_.empty() ? QString() : u"Frees now: counting…"_s);
+    linkPlaces_ = std::move(linkPlaces);
+    answer_.reset();
+    setToolTip({});
+    showLines(items_.empty() ? QString() : u"Counting what is freed…"_s);
     if (items_.empty())
         wait_.stop();
     else
@@ -63,7 +67,8 @@ void ReclaimLabel::begin() {
     ticks_.start(timeBetweenTicks);
     inBackground(
         *QThreadPool::globalInstance(), this,
-        [items = std::exchange(items_, {}), progress = progress_] { return reclaimOf(items, *progress); },
+        [items = std::exchange(items_, {}), linkPlaces = std::exchange(linkPlaces_, {}),
+         progress = progress_] { return reclaimOf(items, *progress, linkPlaces); },
         [this](const Reclaim &reclaim) {
             const bool isDropped = progress_->cancelled.isSet();
             progress_.reset();
@@ -73,14 +78,45 @@ void ReclaimLabel::begin() {
                 return;
             }
             ticks_.stop();
-            showLines(linesOf(reclaim));
+            answer_ = reclaim;
+            showAnswer();
         });
+}
+
+void ReclaimLabel::setMode(RemovalMode mode) {
+    mode_ = mode;
+    if (answer_)
+        showAnswer();
+}
+
+void ReclaimLabel::showAnswer() {
+    const QString lines = linesOf(*answer_, mode_);
+    const QString shown = linesOf(withShortNames(*answer_), mode_);
+    setToolTip(shown == lines ? QString() : asToolTip(lines));
+    showLines(shown);
+}
+
+/// A path without a space can't be wrapped.
+Reclaim ReclaimLabel::withShortNames(Reclaim reclaim) const {
+    const auto shorten = [this](std::string &name) {
+        name = fontMetrics()
+                   .elidedText(displayedText(name), Qt::ElideMiddle, Type::scaled(longestName))
+                   .toStdString();
+    };
+    for (Reclaim::Part &part : reclaim.snapshots)
+        shorten(part.name);
+    for (Reclaim::Part &part : reclaim.programs)
+        shorten(part.name);
+    for (Reclaim::Link &link : reclaim.links)
+        if (!link.otherName.empty())
+            shorten(link.otherName);
+    return reclaim;
 }
 
 void ReclaimLabel::showProgress() {
     const std::int64_t files = progress_ != nullptr ? progress_->files.load() : 0;
     if (files > 0)
-        showLines(u"Frees now: counting… %1"_s.arg(counted(files, "file")));
+        showLines(u"Counting what is freed… %1"_s.arg(counted(files, "file")));
 }
 
 void ReclaimLabel::showLines(const QString &lines) {

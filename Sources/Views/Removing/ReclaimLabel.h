@@ -1,16 +1,17 @@
 #pragma once
 
 #include "Base/FileURL.h"
+#include "Core/Reclaim/Reclaim.h"
+#include "Core/Removal/RemovalMode.h"
 #include "Views/Components/TextLabel.h"
 
 #include <QTimer>
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace brimvale {
-
-struct ReclaimProgress;
 
 /// Tells what deleting some items would free, in a few lines. Finds that out in the background, one question
 /// at a time, so that a disk that does not answer keeps one thread at most.
@@ -24,7 +25,11 @@ public:
 
     /// Asks about these items, at absolute paths, when this long has passed without another question. An
     /// earlier one is dropped. Hidden without items.
-    void ask(std::vector<FileURL> items, std::chrono::milliseconds delay = std::chrono::milliseconds(0));
+    void ask(std::vector<FileURL> items, std::chrono::milliseconds delay = std::chrono::milliseconds(0),
+             LinkPlaces linkPlaces = {});
+
+    /// How the items would be removed; at first, deleted.
+    void setMode(RemovalMode mode);
 
 signals:
     /// The text has other lines now.
@@ -33,10 +38,15 @@ signals:
 private:
     void begin();
     void cancel();
+    void showAnswer();
+    [[nodiscard]] Reclaim withShortNames(Reclaim reclaim) const;
     void showProgress();
     void showLines(const QString &lines);
 
-    std::vector<FileURL> items_; ///< of the question that waits; empty for none
+    RemovalMode mode_ = RemovalMode::deleteNow;
+    std::optional<Reclaim> answer_; ///< to the latest question
+    std::vector<FileURL> items_;    ///< of the question that waits; empty for none
+    LinkPlaces linkPlaces_;         ///< of that question
     QTimer wait_;
     QTimer ticks_;
     std::shared_ptr<ReclaimProgress> progress_; ///< of the question with the worker, perhaps a dropped one

@@ -180,6 +180,7 @@ void RemovalSheet::showPlanNote(const QString &note) {
 
 void RemovalSheet::showMode() {
     const RemovalMode mode = picker_->mode();
+    reclaim_->setMode(mode);
     remove_->setText(request_.uninstalls          ? u"Uninstall"_s
                      : mode == RemovalMode::trash ? u"Move to Trash"_s
                                                   : u"Delete Immediately"_s);

@@ -42,20 +42,26 @@ TEST(SharedSpans, ACopyCoversOnlyWhatItHas) {
 }
 
 TEST(ReclaimTexts, TellOnlyWhatIsHeld) {
-    EXPECT_THAT(reclaimLines({.freesNow = 1'200'000'000}), ElementsAre("Frees now: 1.2 GB"));
-    EXPECT_THAT(reclaimLines({.mayFree = 2'000}), ElementsAre("Frees now: at most 2 KB"));
+    EXPECT_THAT(reclaimLines({.freesNow = 1'200'000'000}, RemovalMode::deleteNow),
+                ElementsAre("Deleting frees now: 1.2 GB"));
+    EXPECT_THAT(reclaimLines({.mayFree = 2'000}, RemovalMode::trash),
+                ElementsAre("Frees when the Trash is emptied: at most 2 KB"));
     EXPECT_THAT(
-        reclaimLines({.freesNow = 1'000,
-                      .mayFree = 2'000,
-                      .linkedElsewhere = 5'000,
-                      .filesLinkedElsewhere = 1,
-                      .sharedElsewhere = 6'000,
-                      .inSnapshots = 7'000,
-                      .snapshots = {{"/.snapshots/2/snapshot", 4'000}, {"/.snapshots/1/snapshot", 3'000}},
-                      .inUse = 8'000,
-                      .programs = {{"mpv", 8'000}},
-                      .unreadable = 2}),
-        ElementsAre("Frees now: 1 KB to 3 KB", "Shared: 5 KB of 1 file that has other names elsewhere",
+        reclaimLines(
+            {.freesNow = 1'000,
+             .mayFree = 2'000,
+             .linkedElsewhere = 5'000,
+             .filesLinkedElsewhere = 3,
+             .links = {{.file = {}, .bytes = 3'000}, {.file = {}, .bytes = 2'000, .otherName = "/a/b"}},
+             .sharedElsewhere = 6'000,
+             .inSnapshots = 7'000,
+             .snapshots = {{"/.snapshots/2/snapshot", 4'000}, {"/.snapshots/1/snapshot", 3'000}},
+             .inUse = 8'000,
+             .programs = {{"mpv", 8'000}},
+             .unreadable = 2},
+            RemovalMode::deleteNow),
+        ElementsAre("Deleting frees now: 1 KB to 3 KB",
+                    "Shared: 5 KB of 3 files that have other names elsewhere (/a/b and 2 more)",
                     "Shared: 6 KB that copies or snapshots elsewhere also use",
                     "Held by snapshots: 7 KB (/.snapshots/2/snapshot and 1 more)",
                     "Held by running programs: 8 KB (mpv)", "2 items could not be looked at"));
