@@ -1,11 +1,14 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Catalogs/CleanupRule.h"
 #include "Catalogs/EqualFile.h"
 #include "Catalogs/ProgramSigns.h"
 #include "Platform/OpenedItem.h"
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +25,10 @@ struct CleanupNotes {
     std::shared_ptr<const CleanupRule> rule = {};     ///< what it has to be when it is removed
     std::shared_ptr<const EqualFile> equal = {};      ///< has to stay when it is removed, as a duplicate
     std::vector<ItemPin> companions = {}; ///< files that go when it is gone; its size includes theirs
+
+    /// Looks at the item right before it is removed: why it stays, as a sentence; nothing if it may go, or
+    /// once `stopped` is set. Empty for no such look.
+    std::function<std::optional<std::string>(const OpenedItem &item, const StopFlag &stopped)> lastLook = {};
 
     /// Whether they say the same to the user.
     friend bool operator==(const CleanupNotes &a, const CleanupNotes &b) {

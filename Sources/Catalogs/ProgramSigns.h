@@ -15,6 +15,8 @@ struct ProgramSigns {
     std::vector<std::string> marks = {}; ///< absolute paths of files that exist only while it runs
     std::string openFolder = {}; ///< absolute; it runs while a file at or inside this is open. Empty for none
     bool mustNotRun = false;     ///< nothing is removed while it runs; otherwise the user decides
+
+    friend bool operator==(const ProgramSigns &, const ProgramSigns &) = default;
 };
 
 } // namespace brimvale

@@ -2,12 +2,14 @@
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
+#include "CommandLine/PlanFile.h"
 #include "CommandLine/ProgressLine.h"
 #include "CommandLine/Question.h"
 #include "CommandLine/RemovalOutput.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/TextTable.h"
+#include "Core/Duplicates/DuplicateEntries.h"
 #include "Core/Duplicates/DuplicateSearch.h"
 #include "Core/Duplicates/SpaceSharing.h"
 #include "Core/Removal/RemovalReport.h"
@@ -32,6 +34,12 @@ constexpr std::array duplicatesOptions = {
     Option{.name = "--share",
            .help = "Let equal files share their space, where the file system can; removes nothing."},
     Option{.name = "--yes", .help = "With --share, do not ask."},
+    Option{.name = savePlanOption.name,
+           .value = savePlanOption.value,
+           .valueName = savePlanOption.valueName,
+           .help =
+               "Write a plan for \"remove --plan\" into FILE: all but one of each group go to the Trash."},
+    Option{.name = "--delete", .help = "With --save-plan, they are deleted for good."},
 };
 
 void writeDuplicate(JsonWriter &json, const DuplicateFile &file, bool stays) {
@@ -180,12 +188,35 @@ ExitStatus share(const Arguments &arguments, const DuplicatesFound &found, Outpu
     return reportSharing(output, shareSpace(found.groups, stopped), isJson);
 }
 
+/// A plan that removes what may go of each group.
+ExitStatus saveAsPlan(const Arguments &arguments, std::string_view file, const DuplicatesFound &found,
+                      Output &output) {
+    std::vector<CleanupEntry> entries;
+    for (const DuplicateGroup &group : found.groups)
+        for (std::size_t i = 1; i < group.files.size(); ++i)
+            if (group.mayGo(i, 0))
+                entries.push_back(entryToRemove(group, i, 0));
+    return savePlan(entries, arguments.has("--delete") ? RemovalMode::deleteNow : RemovalMode::trash, file,
+                    output);
+}
+
+/// What is wrong with how the options are combined, if anything.
+std::optional<std::string> faultInOptions(const Arguments &arguments) {
+    const bool shares = arguments.has("--share"), savesPlan = arguments.has(savePlanOption.name);
+    if (arguments.has("--yes") && !shares)
+        return "\"--yes\" is only for --share";
+    if (arguments.has("--delete") && !savesPlan)
+        return "\"--delete\" is only for --save-plan";
+    if (shares && savesPlan)
+        return "either equal files share their space, or a plan removes them";
+    if (shares && !arguments.has("--yes") && !canAsk(AskedOn::standardStreams))
+        return "without a terminal to ask on, nothing is shared unless \"--yes\" is given";
+    return std::nullopt;
+}
+
 ExitStatus runDuplicates(const Arguments &arguments, Output &output) {
-    if (arguments.has("--yes") && !arguments.has("--share"))
-        return refuseUsage("\"--yes\" is only for --share", &duplicatesCommand);
-    if (arguments.has("--share") && !arguments.has("--yes") && !canAsk(AskedOn::standardStreams))
-        return refuseUsage("without a terminal to ask on, nothing is shared unless \"--yes\" is given",
-                           &duplicatesCommand);
+    if (const std::optional<std::string> fault = faultInOptions(arguments))
+        return refuseUsage(*fault, &duplicatesCommand);
     const ScanOptions options = ScanOptions::standard();
     const auto places = placesIn(arguments, options);
     if (!places)
@@ -193,6 +224,8 @@ ExitStatus runDuplicates(const Arguments &arguments, Output &output) {
     const DuplicatesFound found = search(*places, arguments.number("--min-size").value_or(1), options);
     if (arguments.has("--share") && !found.wasStopped)
         return share(arguments, found, output);
+    if (const auto file = arguments.text(savePlanOption.name); file && !found.wasStopped)
+        return saveAsPlan(arguments, *file, found, output);
     if (arguments.has("--json")) {
         JsonWriter json(output);
         json.beginObject();
@@ -224,7 +257,9 @@ constinit const Command duplicatesCommand = {
         "files\n"
         "that cannot be removed, or whose removal would free nothing; --json says why. With --share, equal\n"
         "files are stored once, where the file system can do that (Btrfs, XFS). It compares them again. All\n"
-        "files stay, with their dates.\n",
+        "files stay, with their dates. A plan names for each file the one that stays; both are compared "
+        "once\n"
+        "more right before the file is removed.\n",
     .run = runDuplicates,
 };
 

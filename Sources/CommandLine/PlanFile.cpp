@@ -1,6 +1,7 @@
 #include "CommandLine/PlanFile.h"
 
 #include "CommandLine/GivenPath.h"
+#include "CommandLine/Interruption.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Removal/RemovalReport.h"
@@ -17,12 +18,6 @@ namespace brimvale::commandLine {
 
 namespace {
 
-ExitStatus reportLeftOut(const MadePlan &made) {
-    for (const RemovalResult::Failure &one : made.leftOut)
-        printError(terminalText(RemovalReport::failureLine(one)));
-    return made.leftOut.empty() ? ExitStatus::done : ExitStatus::failed;
-}
-
 /// The place that was typed; reports on standard error if it is none.
 std::optional<FileURL> placeTyped(std::string_view typed) {
     Result<FileURL> place = resolveGivenPath(typed);
@@ -34,14 +29,26 @@ std::optional<FileURL> placeTyped(std::string_view typed) {
 
 } // namespace
 
+std::optional<MadePlan> makePlan(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
+    const StopFlag stopped;
+    const Interruption interruption(stopped);
+    MadePlan made = planFor(entries, mode, stopped);
+    if (!stopped.isSet())
+        return made;
+    printError("interrupted");
+    return std::nullopt;
+}
+
 ExitStatus savePlan(const std::vector<CleanupEntry> &entries, RemovalMode mode, std::string_view typed,
                     Output &output) {
     const std::optional<FileURL> place = placeTyped(typed);
     if (!place)
         return ExitStatus::failed;
+    const std::optional<MadePlan> made = makePlan(entries, mode);
+    if (!made)
+        return ExitStatus::interrupted;
     GrowingFile file(place->path(), Existing::stays, Readers::owner);
-    const MadePlan made = planFor(entries, mode);
-    writePlan(file, made.plan);
+    writePlan(file, made->plan);
     if (const std::optional<FileError> failure = file.finish()) {
         if (failure->code == EEXIST)
             printError(terminalText(typed) + ": this file exists. A plan never replaces a file.");
@@ -49,18 +56,16 @@ ExitStatus savePlan(const std::vector<CleanupEntry> &entries, RemovalMode mode, 
             printPathError(typed, *failure);
         return ExitStatus::failed;
     }
-    const auto count = static_cast<std::int64_t>(made.plan.items.size());
-    output.write("Wrote a plan of " + Fmt::count(count) + (count == 1 ? " item." : " items.") +
-                 " Nothing was removed.\n");
+    const auto count = static_cast<std::int64_t>(made->plan.items.size());
+    output.write("Wrote a plan of " + Fmt::counted(count, "item") + ". Nothing was removed.\n");
     output.flush();
-    return reportLeftOut(made);
+    return reportLeftOut(*made);
 }
 
-ExitStatus printPlan(const std::vector<CleanupEntry> &entries, RemovalMode mode, Output &output) {
-    const MadePlan made = planFor(entries, mode);
-    writePlan(output, made.plan);
-    output.flush();
-    return reportLeftOut(made);
+ExitStatus reportLeftOut(const MadePlan &made) {
+    for (const RemovalResult::Failure &one : made.leftOut)
+        printError(terminalText(RemovalReport::failureLine(one)));
+    return made.leftOut.empty() ? ExitStatus::done : ExitStatus::failed;
 }
 
 std::optional<RemovalPlan> planInFile(std::string_view typed) {

@@ -15,14 +15,16 @@ inline constexpr Option savePlanOption{.name = "--save-plan",
                                        .help =
                                            "Remove nothing; write a plan for \"remove --plan\" into FILE."};
 
-/// Writes a plan of these entries into the file that was typed, which must not exist. Reports on standard
-/// error what is left out of it, and a failure.
+/// A plan of these entries. Nothing after Ctrl-C, which is reported on standard error.
+[[nodiscard]] std::optional<MadePlan> makePlan(const std::vector<CleanupEntry> &entries, RemovalMode mode);
+
+/// Makes a plan of these entries and writes it into the file that was typed, which must not exist. Reports on
+/// standard error what is left out of it, and a failure.
 [[nodiscard]] ExitStatus savePlan(const std::vector<CleanupEntry> &entries, RemovalMode mode,
                                   std::string_view typed, Output &output);
 
-/// Writes a plan of these entries as the document that a file would have, and reports what is left out of it.
-[[nodiscard]] ExitStatus printPlan(const std::vector<CleanupEntry> &entries, RemovalMode mode,
-                                   Output &output);
+/// Reports on standard error what is left out of a plan.
+[[nodiscard]] ExitStatus reportLeftOut(const MadePlan &made);
 
 /// The plan in the file that was typed. Reports on standard error why it cannot be read, and returns nothing.
 [[nodiscard]] std::optional<RemovalPlan> planInFile(std::string_view typed);

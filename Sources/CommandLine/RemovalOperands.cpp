@@ -1,11 +1,9 @@
 #include "CommandLine/RemovalOperands.h"
 
-#include "Base/Text.h"
 #include "CommandLine/GivenPath.h"
+#include "Core/Removal/PlannedRemoval.h"
 #include "Core/Removal/RemovalGate.h"
-#include "Platform/FileOperation.h"
 
-#include <cerrno>
 #include <cstddef>
 #include <optional>
 #include <unordered_map>
@@ -31,36 +29,13 @@ bool goesWithAnother(const FileURL &place, std::size_t operand, const Places &ad
     return false;
 }
 
-/// Why an item of a plan is not removed; nothing where it may be.
-std::optional<std::string> objectionTo(const PlannedItem &item, const RemovalGate &gate) {
-    const FileURL &place = item.pin.place;
-    const std::string name = "“" + displayText(place.fileName()) + "”";
-    const RemovalGate::Answer answer = gate.open(place, item.pin);
-    if (const auto *refusal = std::get_if<std::string>(&answer))
-        return *refusal;
-    if (const int *error = std::get_if<int>(&answer))
-        return *error == ESTALE || *error == ENOENT
-                   ? name + " is not the item that the plan names, or it is gone."
-                   : fileError(FileOperation::remove, place, *error).localizedDescription;
-    if (!isUnchanged(item))
-        return name + " has changed since the plan was made.";
-    return std::nullopt;
-}
-
 } // namespace
 
-RemovalOperands RemovalOperands::from(const RemovalPlan &plan, std::vector<RemovalResult::Failure> &others) {
-    const RemovalGate gate;
-    RemovalOperands operands;
-    for (const PlannedItem &item : plan.items) {
-        const FileURL &place = item.pin.place;
-        if (std::optional<std::string> objection = objectionTo(item, gate)) {
-            others.push_back({place, *std::move(objection)});
-            continue;
-        }
-        operands.items.push_back({.url = place, .isFolder = item.pin.item.isFolder, .pin = item.pin});
-        operands.admitted.push_back(place);
-    }
+RemovalOperands RemovalOperands::from(const RemovalPlan &plan, std::vector<RemovalResult::Failure> &others,
+                                      const StopFlag &stopped) {
+    RemovalOperands operands{.items = entriesOf(plan, others, stopped), .admitted = {}};
+    for (const CleanupEntry &item : operands.items)
+        operands.admitted.push_back(item.url);
     return operands;
 }
 

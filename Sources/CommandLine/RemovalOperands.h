@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Catalogs/CleanupEntry.h"
 #include "Core/Removal/RemovalPlan.h"
 #include "Core/Removal/RemovalResult.h"
@@ -22,9 +23,9 @@ struct RemovalOperands {
     [[nodiscard]] static std::optional<RemovalOperands> from(const std::vector<std::string> &given);
 
     /// The items of a plan that the guards allow and that are still what the plan names. `others` gets all
-    /// other items, with the reasons.
-    [[nodiscard]] static RemovalOperands from(const RemovalPlan &plan,
-                                              std::vector<RemovalResult::Failure> &others);
+    /// other items, with the reasons. Not complete once `stopped` is set.
+    [[nodiscard]] static RemovalOperands
+    from(const RemovalPlan &plan, std::vector<RemovalResult::Failure> &others, const StopFlag &stopped);
 };
 
 } // namespace brimvale::commandLine

@@ -14,6 +14,7 @@
 #include "Core/Reclaim/Reclaim.h"
 #include "Core/Reclaim/ReclaimTexts.h"
 #include "Core/Removal/FreeSpace.h"
+#include "Core/Removal/RemovalPlan.h"
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Removal/Remover.h"
 #include "Core/Scan/DiskScanner.h"
@@ -25,6 +26,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <variant>
@@ -57,6 +59,7 @@ struct Request {
     RemovalOperands operands = {};
     Route route = Route::trash;
     std::vector<RemovalResult::Failure> refusals = {}; ///< what else it names, and why that stays
+    std::optional<RemovalPlan> plan = {};              ///< that names them
 };
 
 RemovalMode modeOf(Route route) {
@@ -70,6 +73,8 @@ bool isDryRun(const Arguments &arguments) {
 /// What is wrong with how the options are combined, if anything.
 std::optional<std::string> faultOfOptions(const Arguments &arguments, AskedOn terminal) {
     if (arguments.has("--plan")) {
+        if (arguments.has(savePlanOption.name))
+            return "a plan is saved only of paths";
         if (!arguments.operands().empty() || arguments.has(from0Option.name))
             return "with \"--plan\" the paths are in the plan";
         for (const char *option : {"--delete", "--as-admin"})
@@ -94,17 +99,23 @@ void noteIfForeign(const RemovalPlan &plan, const RemovalOperands &operands) {
                                 plan.host + "”"));
 }
 
-/// The items that the command line names. Reports what is wrong with it, and returns the exit status.
-std::variant<Request, ExitStatus> requestIn(const Arguments &arguments) {
-    if (const std::optional<std::string_view> file = arguments.text("--plan")) {
-        const std::optional<RemovalPlan> plan = planInFile(*file);
-        if (!plan)
-            return ExitStatus::failed;
-        Request request{.route = plan->mode == RemovalMode::trash ? Route::trash : Route::deletion};
-        request.operands = RemovalOperands::from(*plan, request.refusals);
+std::variant<Request, ExitStatus> requestOfPlan(std::string_view file, const StopFlag &stopped) {
+    std::optional<RemovalPlan> plan = planInFile(file);
+    if (!plan)
+        return ExitStatus::failed;
+    const Interruption interruption(stopped);
+    Request request{.route = plan->mode == RemovalMode::trash ? Route::trash : Route::deletion};
+    request.operands = RemovalOperands::from(*plan, request.refusals, stopped);
+    if (!stopped.isSet())
         noteIfForeign(*plan, request.operands);
-        return request;
-    }
+    request.plan = std::move(plan);
+    return request;
+}
+
+/// The items that the command line names. Reports what is wrong with it, and returns the exit status.
+std::variant<Request, ExitStatus> requestIn(const Arguments &arguments, const StopFlag &stopped) {
+    if (const std::optional<std::string_view> file = arguments.text("--plan"))
+        return requestOfPlan(*file, stopped);
     const auto given = givenPaths(arguments, removeCommand);
     if (const auto *status = std::get_if<ExitStatus>(&given))
         return *status;
@@ -133,10 +144,11 @@ std::vector<CleanupEntry> measureOperands(const RemovalOperands &operands, Route
 
 /// Leaves these items out of the operands.
 void leaveOut(const std::vector<RemovalResult::Failure> &items, RemovalOperands &operands) {
-    for (const RemovalResult::Failure &one : items) {
-        std::erase(operands.admitted, one.url);
-        std::erase_if(operands.items, [&](const CleanupEntry &item) { return item.url == one.url; });
-    }
+    std::unordered_set<FileURL> unwanted;
+    for (const RemovalResult::Failure &one : items)
+        unwanted.insert(one.url);
+    std::erase_if(operands.admitted, [&](const FileURL &url) { return unwanted.contains(url); });
+    std::erase_if(operands.items, [&](const CleanupEntry &item) { return unwanted.contains(item.url); });
 }
 
 /// Says for each path that leads through a link where the item really is.
@@ -188,40 +200,59 @@ void applyPolicies(Request &request, bool removesThem) {
     request.refusals.insert(request.refusals.end(), refusals.begin(), refusals.end());
 }
 
-void showItems(Output &output, const std::vector<CleanupEntry> &entries, Route route) {
+void showItems(Output &output, const RemovalPlan &plan) {
     TextTable table({TextTable::sizeColumn("SIZE"), {"PATH"}});
     std::vector<FileURL> items;
-    for (const CleanupEntry &entry : entries) {
-        table.add({Fmt::byteFormatter(entry.size), terminalText(entry.url.path())});
-        items.push_back(entry.url);
+    for (const PlannedItem &item : plan.items) {
+        items.push_back(item.entry.pin.place);
+        table.add({Fmt::byteFormatter(item.size), terminalText(items.back().path())});
     }
     table.write(output);
-    output.write(route == Route::trash ? "These would be moved to the Trash.\n"
-                                       : "These would be deleted.\n");
+    output.write(plan.mode == RemovalMode::trash ? "These would be moved to the Trash.\n"
+                                                 : "These would be deleted.\n");
     ReclaimProgress progress;
     const Interruption interruption(progress.cancelled);
-    for (const std::string &line : reclaimLines(reclaimOf(items, progress), modeOf(route)))
+    const Reclaim reclaim = reclaimOf(items, progress);
+    if (progress.cancelled.isSet())
+        return;
+    for (const std::string &line : reclaimLines(reclaim, plan.mode))
         output.write(terminalText(line) + "\n");
 }
 
+/// A plan of these entries: of a plan that was read, what is left of it.
+std::optional<MadePlan> planOf(const Request &request, const std::vector<CleanupEntry> &entries) {
+    if (!request.plan)
+        return makePlan(entries, modeOf(request.route));
+    std::unordered_map<FileURL, std::int64_t> left; // the sizes now
+    for (const CleanupEntry &entry : entries)
+        left.emplace(entry.url, entry.size);
+    MadePlan made{.plan = *request.plan};
+    for (PlannedItem &item : std::exchange(made.plan.items, {}))
+        if (const auto size = left.find(item.entry.pin.place); size != left.end()) {
+            item.size = size->second;
+            left.erase(size); // the plan may name it twice
+            made.plan.items.push_back(std::move(item));
+        }
+    return made;
+}
+
 /// Shows what would be removed, as the options ask, and removes nothing.
-ExitStatus show(const Request &request, std::vector<CleanupEntry> entries, const Arguments &arguments,
+ExitStatus show(const Request &request, const std::vector<CleanupEntry> &entries, const Arguments &arguments,
                 Output &output) {
     ExitStatus status = ExitStatus::done;
     if (const auto file = arguments.text(savePlanOption.name)) {
         status = savePlan(entries, modeOf(request.route), *file, output);
-    } else if (arguments.has("--json")) {
-        status = printPlan(entries, modeOf(request.route), output);
     } else {
-        const MadePlan made = planFor(entries, modeOf(request.route));
-        for (const RemovalResult::Failure &one : made.leftOut) {
-            std::erase_if(entries, [&](const CleanupEntry &entry) { return entry.url == one.url; });
-            printError(terminalText(RemovalReport::failureLine(one)));
-        }
-        showItems(output, entries, request.route);
-        status = made.leftOut.empty() ? ExitStatus::done : ExitStatus::failed;
+        const std::optional<MadePlan> made = planOf(request, entries);
+        if (!made)
+            return ExitStatus::interrupted;
+        if (arguments.has("--json"))
+            writePlan(output, made->plan);
+        else
+            showItems(output, made->plan);
+        output.flush();
+        status = reportLeftOut(*made);
     }
-    output.flush();
     printWarnings(request.refusals);
     return request.refusals.empty() ? status : ExitStatus::failed;
 }
@@ -240,15 +271,17 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
         arguments.has(from0Option.name) ? AskedOn::controllingTerminal : AskedOn::standardStreams;
     if (const std::optional<std::string> fault = faultOfOptions(arguments, terminal))
         return refuseUsage(*fault, &removeCommand);
-    std::variant<Request, ExitStatus> found = requestIn(arguments);
-    if (const auto *status = std::get_if<ExitStatus>(&found))
-        return *status;
-    auto &request = std::get<Request>(found);
-    applyPolicies(request, arguments.has("--anyway"));
-
     const bool isJson = arguments.has("--json");
     const bool asks = !arguments.has("--yes");
     RemovalProgress progress;
+    std::variant<Request, ExitStatus> found = requestIn(arguments, progress.cancelled);
+    if (const auto *status = std::get_if<ExitStatus>(&found))
+        return *status;
+    if (progress.cancelled.isSet())
+        return endUnbegunRemoval(output, isJson, ExitStatus::interrupted);
+    auto &request = std::get<Request>(found);
+    applyPolicies(request, arguments.has("--anyway"));
+
     std::vector<CleanupEntry> entries;
     {
         const Interruption interruption(progress.cancelled);
@@ -257,7 +290,7 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
     if (progress.cancelled.isSet() && (asks || isDryRun(arguments) || request.route == Route::administrator))
         return endUnbegunRemoval(output, isJson, ExitStatus::interrupted);
     if (isDryRun(arguments))
-        return show(request, std::move(entries), arguments, output);
+        return show(request, entries, arguments, output);
     if (asks && !request.operands.admitted.empty() &&
         !confirm(question(request.operands, entries, request.route), terminal))
         return endUnbegunRemoval(output, isJson, ExitStatus::failed);

@@ -79,26 +79,42 @@ void writeTrashItem(JsonWriter &json, const TrashRun::Item &item) {
     json.end();
 }
 
-void writeTrash(Output &output, const TrashItems &items, bool isJson) {
-    const auto lost = static_cast<std::int64_t>(lostItems(Host::current()).size());
-    if (isJson) {
-        JsonWriter json(output);
-        json.beginObject();
-        json.key("items");
-        json.beginArray();
-        for (const TrashRun::Item &item : items)
-            writeTrashItem(json, item);
-        json.end();
-        json.member("recordsWithoutItem", lost);
-        json.end();
-        return;
+void writeTrashJson(Output &output, const TrashItems &items, std::int64_t lost, const MadePlan *plan) {
+    JsonWriter json(output);
+    json.beginObject();
+    json.key("items");
+    json.beginArray();
+    for (const TrashRun::Item &item : items)
+        writeTrashItem(json, item);
+    json.end();
+    json.member("recordsWithoutItem", lost);
+    if (plan != nullptr) {
+        json.key("plan");
+        writePlan(json, plan->plan);
     }
+    json.end();
+}
+
+/// `plan` is that of emptying it; null where only its contents are asked for.
+void writeTrash(Output &output, const TrashItems &items, bool isJson, const MadePlan *plan = nullptr) {
+    const auto lost = static_cast<std::int64_t>(lostItems(Host::current()).size());
+    if (isJson)
+        return writeTrashJson(output, items, lost, plan);
     if (items.empty())
         output.write("The Trash is empty.\n");
     else
         writeTrashTable(output, items);
     if (lost > 0)
         output.write(TrashTexts::lostItems(lost) + "\n");
+}
+
+ExitStatus showEmptying(Output &output, const TrashItems &items, bool isJson) {
+    const std::optional<MadePlan> made = makePlan(entriesOf(items), RemovalMode::deleteNow);
+    if (!made)
+        return ExitStatus::interrupted;
+    writeTrash(output, items, isJson, &*made);
+    output.flush();
+    return reportLeftOut(*made);
 }
 
 /// The items at this path in the Trash, or with this old place, the newest first.
@@ -202,13 +218,11 @@ RemovalResult emptyTrash(const std::vector<CleanupEntry> &entries, RemovalProgre
 
 ExitStatus emptyItems(const Arguments &arguments, const TrashItems &items, Output &output) {
     const bool isJson = arguments.has("--json");
-    if (arguments.has("--dry-run")) {
-        writeTrash(output, items, isJson);
-        return ExitStatus::done;
-    }
     const std::vector<CleanupEntry> entries = entriesOf(items);
     if (const auto file = arguments.text(savePlanOption.name))
         return savePlan(entries, RemovalMode::deleteNow, *file, output);
+    if (arguments.has("--dry-run"))
+        return showEmptying(output, items, isJson);
     if (!entries.empty() && !arguments.has("--yes") &&
         !confirm(emptyingQuestion(entries), AskedOn::standardStreams))
         return endUnbegunRemoval(output, isJson, ExitStatus::failed);

@@ -121,7 +121,14 @@ void writePlan(Output &output, const Plan &plan) {
         printError(terminalText(failure.reason));
 }
 
-void writePlan(JsonWriter &json, const Plan &plan) {
+/// What a plan file of it would have; nothing where another program removes the app.
+std::optional<MadePlan> planOfItems(const Plan &plan, RemovalMode mode) {
+    if (!plan.isPossible() || Uninstall::isRemovedByCommand(plan.row.app))
+        return std::nullopt;
+    return makePlan(Uninstall::entries(plan.row, plan.row.leftovers, true), mode);
+}
+
+void writePlan(JsonWriter &json, const Plan &plan, RemovalMode mode) {
     json.beginObject();
     json.key("application");
     writeAppRow(json, plan.row, plan.isRunning);
@@ -132,14 +139,18 @@ void writePlan(JsonWriter &json, const Plan &plan) {
     writeReasons(json, "refused", plan.refused);
     writeReasons(json, "warnings", plan.warnings);
     writeReasons(json, "kept", plan.kept);
+    if (const std::optional<MadePlan> made = planOfItems(plan, mode)) {
+        json.key("plan");
+        brimvale::writePlan(json, made->plan);
+    }
     json.end();
 }
 
-void showPlan(Output &output, const Plan &plan, bool isJson) {
+void showPlan(Output &output, const Plan &plan, RemovalMode mode, bool isJson) {
     if (!isJson)
         return writePlan(output, plan);
     JsonWriter json(output);
-    writePlan(json, plan);
+    writePlan(json, plan, mode);
 }
 
 RemovalResult removeApp(const AppRow &row, RemovalMode mode, RemovalProgress &progress) {
@@ -204,7 +215,7 @@ ExitStatus runUninstall(const Arguments &arguments, Output &output) {
     if (planFile)
         printError("no plan was written: this app is removed by another program");
     if (isDryRun || !plan.isPossible()) {
-        showPlan(output, plan, isJson);
+        showPlan(output, plan, mode, isJson);
         const bool isDone = plan.isPossible() && plan.refused.empty() && !planFile;
         return isDone ? ExitStatus::done : ExitStatus::failed;
     }

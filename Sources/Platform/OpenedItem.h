@@ -98,6 +98,9 @@ private:
 /// folder on the way belongs to them, or they may write to it and remove what is not theirs.
 [[nodiscard]] bool othersMayExchange(const OpenedItem &item);
 
+/// The same, or whether they may write to the item itself; it belongs to them, or it is a link.
+[[nodiscard]] bool othersMayChange(const OpenedItem &item);
+
 /// An item that was moved to `place`, as it is now. Nothing if another item is there.
 [[nodiscard]] std::optional<ItemPin> pinOfMoved(const OpenedItem &item, const FileURL &place);
 

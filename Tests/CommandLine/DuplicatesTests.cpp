@@ -58,6 +58,20 @@ TEST(Duplicates, ProtectedFilesStay) {
     EXPECT_EQ(json["frees"].toInteger(), allocatedBytes(secret));
 }
 
+TEST(Duplicates, GoByAPlanWhileOneStays) {
+    const TemporaryFolder folder;
+    const std::string stays = folder.writeFile("in/a", "equal"), second = folder.writeFile("in/bb", "equal");
+    const std::string third = folder.writeFile("in/ccc", "equal"), plan = folder.path("plan");
+    const Outcome saved = runProgram({"duplicates", folder.path("in"), "--save-plan", plan, "--delete"});
+    EXPECT_EQ(saved.status, 0) << saved.err;
+    EXPECT_EQ(saved.out, "Wrote a plan of 2 items. Nothing was removed.\n");
+    std::filesystem::resize_file(third, 4);
+    const Outcome done = runProgram({"remove", "--plan", plan, "--yes"});
+    EXPECT_EQ(done.status, 1);
+    EXPECT_THAT(done.err, HasSubstr("“ccc” has changed since the plan was made."));
+    EXPECT_TRUE(isThere(stays) && !isThere(second) && isThere(third));
+}
+
 TEST(Duplicates, RefuseWrongUsage) {
     const TemporaryFolder folder;
     EXPECT_EQ(runProgram({"duplicates"}).status, 2);
@@ -65,6 +79,7 @@ TEST(Duplicates, RefuseWrongUsage) {
     EXPECT_EQ(runProgram({"duplicates", folder.path(), "--yes"}).status, 2);
     EXPECT_THAT(runProgram({"duplicates", folder.path(), "--share"}).err,
                 HasSubstr("unless \"--yes\" is given"));
+    EXPECT_EQ(runProgram({"duplicates", folder.path(), "--delete"}).status, 2);
     EXPECT_EQ(runProgram({"duplicates", folder.path("missing")}).status, 1);
     folder.writeFile("a", "equal");
     folder.writeFile("b", "equal");

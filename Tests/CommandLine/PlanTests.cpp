@@ -79,6 +79,8 @@ TEST(PlanFile, RemovesLaterWhatADryRunHasShown) {
     EXPECT_EQ(shown.status, 0) << shown.err;
     EXPECT_THAT(shown.out, HasSubstr(one + "\n"));
     EXPECT_THAT(shown.out, HasSubstr("These would be deleted.\nDeleting frees now: "));
+    EXPECT_THAT(run({"remove", "--dry-run", one}).out,
+                HasSubstr("These would be moved to the Trash.\nFrees when the Trash is emptied: "));
 
     const std::string plan = folder.path("plan.json");
     const Outcome saved = run({"remove", "--save-plan", plan, "--delete", one, folder.path("two")});
@@ -93,6 +95,9 @@ TEST(PlanFile, RemovesLaterWhatADryRunHasShown) {
     EXPECT_TRUE(isThere(one) && isThere(two));
 
     EXPECT_EQ(run({"remove", "--plan", plan}).status, 2) << "nobody can be asked";
+    const Outcome shownAgain = run({"remove", "--plan", plan, "--dry-run", "--json"});
+    EXPECT_EQ(shownAgain.status, 0) << shownAgain.err;
+    EXPECT_EQ(shownAgain.out, contentOf(plan));
     EXPECT_TRUE(isThere(one));
     const Outcome done = run({"remove", "--plan", plan, "--yes", "--json"});
     EXPECT_EQ(done.status, 0) << done.err;
@@ -141,7 +146,8 @@ TEST(PlanFile, AllowsNothingThatRemoveRefuses) {
     EXPECT_EQ(damaged.status, 1);
     EXPECT_THAT(damaged.err, HasSubstr("The plan is damaged."));
     EXPECT_THAT(run({"remove", "--plan", file, "--yes"}).err, HasSubstr("This file is no removal plan."));
-    for (const Paths &extra : {Paths{file}, Paths{"--delete"}, Paths{"--as-admin"}, Paths{"--from0", "-"}}) {
+    for (const Paths &extra : {Paths{file}, Paths{"--delete"}, Paths{"--as-admin"}, Paths{"--from0", "-"},
+                               Paths{"--save-plan", folder.path("other-plan")}}) {
         Paths arguments = {"remove", "--yes", "--plan", plan};
         arguments.insert(arguments.end(), extra.begin(), extra.end());
         EXPECT_EQ(run(arguments).status, 2) << extra.front();

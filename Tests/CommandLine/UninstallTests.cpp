@@ -188,6 +188,9 @@ TEST_F(Uninstalling, RemovesAnAppImageWithItsEntry) {
                   .toArray()
                   .size(),
               2);
+    EXPECT_EQ(
+        jsonIn(run({image, "--dry-run", "--json"}))["plan"]["items"][1]["path"].toString().toStdString(),
+        image);
     const Outcome outcome = run({image, "--delete", "--yes"});
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_FALSE(exists(image));

@@ -41,7 +41,8 @@ std::optional<std::string> refusalOfDuplicate(const OpenedItem &item, const Equa
 
 } // namespace
 
-std::optional<std::string> RemovalGate::refusalOfTarget(const OpenedItem &item, const CleanupNotes &notes) {
+std::optional<std::string> RemovalGate::refusalOfTarget(const OpenedItem &item, const CleanupNotes &notes,
+                                                        const StopFlag &stopped) {
     if (!notes.keptBecause.empty())
         return notes.keptBecause;
     if (notes.rule && !allowsItem(*notes.rule, item.place().path()))
@@ -50,7 +51,10 @@ std::optional<std::string> RemovalGate::refusalOfTarget(const OpenedItem &item, 
                "of Cleanup removes.";
     if (notes.program && notes.program->mustNotRun && isRunning(notes.program))
         return displayText(notes.program->name) + " is running. Quit it first.";
-    return notes.equal ? refusalOfDuplicate(item, *notes.equal) : std::nullopt;
+    if (notes.equal)
+        if (std::optional<std::string> refusal = refusalOfDuplicate(item, *notes.equal))
+            return refusal;
+    return notes.lastLook ? notes.lastLook(item, stopped) : std::nullopt;
 }
 
 /// Many entries have the same program, and looking for it takes milliseconds.

@@ -2,6 +2,7 @@
 
 #include "Base/Date.h"
 #include "Base/FileURL.h"
+#include "Base/StopFlag.h"
 #include "Catalogs/CleanupNotes.h"
 #include "Core/Removal/RemovalGuards.h"
 #include "Platform/Mounts.h"
@@ -37,9 +38,10 @@ public:
 
     /// Why a target of Cleanup does not allow the removal of an item any more, as a sentence: it no longer is
     /// what the target takes, or a program needs it now; or why a duplicate may not go: it or the file that
-    /// stays has changed. Nothing if it may be removed. Not thread-safe.
-    [[nodiscard]] std::optional<std::string> refusalOfTarget(const OpenedItem &item,
-                                                             const CleanupNotes &notes);
+    /// stays has changed; or it is not what a plan names. Nothing if it may be removed, perhaps also once
+    /// `stopped` is set. Not thread-safe.
+    [[nodiscard]] std::optional<std::string>
+    refusalOfTarget(const OpenedItem &item, const CleanupNotes &notes, const StopFlag &stopped = {});
 
     /// Whether something may be put back at this place.
     [[nodiscard]] bool admits(const PlaceToPutBack &place) const;

@@ -2,12 +2,15 @@
 
 #include "Base/FileError.h"
 #include "Base/Result.h"
+#include "Base/StopFlag.h"
 #include "Base/TextSink.h"
 #include "Catalogs/CleanupEntry.h"
+#include "Catalogs/ProgramSigns.h"
 #include "Core/Removal/RemovalMode.h"
 #include "Core/Removal/RemovalResult.h"
 #include "Platform/OpenedItem.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,17 +18,30 @@
 
 namespace brimvale {
 
-/// An item of a plan, as it was when the plan was made.
+class JsonWriter;
+
+/// An entry of the disk that a plan names, as it was when the plan was made.
+struct PlannedEntry {
+    ItemPin pin;               ///< its place is a path without links
+    ItemDetails change = {};   ///< its length and last change; of a folder without meaning
+    std::string contents = {}; ///< of a folder, the digest of what is in it (`contentsDigest`)
+
+    friend bool operator==(const PlannedEntry &, const PlannedEntry &) = default;
+};
+
+/// An item that a plan removes.
 struct PlannedItem {
-    ItemPin pin; ///< its place is a path without links
-    std::int64_t size = 0;
-    ItemDetails change = {}; ///< its length and last change
+    PlannedEntry entry;
+    std::int64_t size = 0;                     ///< allocated bytes
+    std::optional<PlannedEntry> equalTo = {};  ///< a file with the same contents, which has to stay
+    std::optional<ProgramSigns> notWhile = {}; ///< a program that must not run then
+    std::vector<PlannedEntry> companions = {}; ///< files that go when the item is gone
 
     friend bool operator==(const PlannedItem &, const PlannedItem &) = default;
 };
 
-/// Items to remove later, perhaps by another program: each only if it is still the same one. A file with a
-/// plan is described in docs/PLAN-FILE.md.
+/// Items to remove later, perhaps by another program: each only if it is still the same one and has not
+/// changed. A file with a plan is described in docs/PLAN-FILE.md.
 struct RemovalPlan {
     RemovalMode mode = RemovalMode::trash;
     std::vector<PlannedItem> items = {};
@@ -42,12 +58,20 @@ struct MadePlan {
     std::vector<RemovalResult::Failure> leftOut = {};
 };
 
-/// A plan for these entries as they are now. Leaves out what the guards refuse and what is no longer the item
-/// that was shown. Reads the disk.
-[[nodiscard]] MadePlan planFor(const std::vector<CleanupEntry> &entries, RemovalMode mode);
+/// A plan for these entries as they are now. Leaves out what would be refused and what is no longer the item
+/// that was shown. Reads the disk, folders with everything in them. Not complete once `stopped` is set.
+[[nodiscard]] MadePlan planFor(const std::vector<CleanupEntry> &entries, RemovalMode mode,
+                               const StopFlag &stopped);
 
-/// Writes the plan as JSON.
+/// What is in the folder at an absolute path, as a SHA-256 digest of names, kinds, numbers, lengths and dates
+/// of change; without the numbers where the file system may change them. Nothing where something inside can't
+/// be read, or once `stopped` is set.
+[[nodiscard]] std::optional<std::string> contentsDigest(const std::string &folder, bool hasSteadyNumbers,
+                                                        const StopFlag &stopped);
+
+/// Writes the plan as a JSON document, or as the next value of one.
 void writePlan(TextSink &sink, const RemovalPlan &plan);
+void writePlan(JsonWriter &json, const RemovalPlan &plan);
 
 /// Puts a file with the plan, which only its owner can read, at an absolute path, in the place of any file
 /// that is there.
@@ -56,11 +80,8 @@ void writePlan(TextSink &sink, const RemovalPlan &plan);
 /// The plan in a text; or what is wrong with it, as a sentence. A text may be damaged or hostile.
 [[nodiscard]] Result<RemovalPlan, std::string> planIn(std::string_view text);
 
-/// The same for the file at an absolute path.
+/// The same for the file at an absolute path. A plan that somebody else than the user and the administrator
+/// may change is not read.
 [[nodiscard]] Result<RemovalPlan, std::string> planAt(const std::string &path);
-
-/// Whether the item has surely been there since the plan was made, as far as its dates tell. Where the file
-/// system keeps no time of creation, a new item may have got the number of the old one.
-[[nodiscard]] bool isUnchanged(const PlannedItem &item);
 
 } // namespace brimvale

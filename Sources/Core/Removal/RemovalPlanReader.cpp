@@ -5,9 +5,8 @@
 #include "Base/Hex.h"
 #include "Core/Text/JsonReader.h"
 #include "Platform/FileContents.h"
-#include "Platform/FileStatus.h"
+#include "Platform/OpenedItem.h"
 
-#include <cerrno>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -40,33 +39,40 @@ std::optional<Number> numberIn(const std::string &digits) {
     return error == std::errc() && rest == end && !digits.empty() ? std::optional(number) : std::nullopt;
 }
 
-/// The members of one item that have been read.
-struct ReadItem {
-    std::optional<std::string> path, pathHex;
+/// The members of one entry that have been read.
+struct ReadEntry {
+    std::optional<std::string> path, pathHex, contents;
     std::optional<bool> isFolder, inodeMayChange;
     std::optional<std::int64_t> size, length, created, modified;
     std::optional<std::uint64_t> device, inode, parentDevice, parentInode;
 };
 
+/// What else is read of an item.
+struct ItemParts {
+    std::optional<PlannedEntry> equalTo;
+    std::optional<ProgramSigns> notWhile;
+    std::vector<PlannedEntry> companions;
+};
+
 /// Nothing where a member is missing, or no plan would have this path.
-std::optional<PlannedItem> itemOf(const ReadItem &read) {
+std::optional<PlannedEntry> entryOf(const ReadEntry &read) {
     const std::optional<std::string> path = read.pathHex ? bytesOfHex(*read.pathHex) : read.path;
-    if (!path || !path->starts_with('/') || !read.isFolder || !read.inodeMayChange || !read.size ||
-        !read.length || !read.device || !read.inode || !read.parentDevice || !read.parentInode ||
-        *read.size < 0)
+    if (!path || !path->starts_with('/') || path->find('\0') != std::string::npos || !read.isFolder ||
+        !read.inodeMayChange || !read.length || !read.device || !read.inode || !read.parentDevice ||
+        !read.parentInode || *read.isFolder != read.contents.has_value())
         return std::nullopt;
     const FileURL place(*path);
     if (!place.namesEntry() || place.standardized() != place)
         return std::nullopt;
-    PlannedItem item{
+    PlannedEntry entry{
         .pin = {place,
                 {*read.parentDevice, *read.parentInode},
                 {.file = {*read.device, *read.inode}, .isFolder = *read.isFolder, .created = read.created}},
-        .size = *read.size,
-        .change = {*read.length, read.modified}};
+        .change = {*read.length, read.modified},
+        .contents = read.contents.value_or("")};
     if (*read.inodeMayChange)
-        item.pin.item.details = item.change;
-    return item;
+        entry.pin.item.details = entry.change;
+    return entry;
 }
 
 class PlanReader {
@@ -121,54 +127,140 @@ private:
 
     void readItems() {
         hasItems_ = true;
+        forEachObject([this] { readItem(); });
+    }
+
+    /// Reads the rest of an array of objects; `readObject` reads one from its first key on.
+    template<class ReadObject>
+    void forEachObject(ReadObject readObject) {
         Token token = json_.next();
-        for (; token == Token::beginObject; token = json_.next()) {
-            ReadItem read;
-            while (json_.next() == Token::key)
-                readMemberOf(read, std::string(json_.text()));
-            std::optional<PlannedItem> item = itemOf(read);
-            if (!item)
-                json_.fail("an item is not complete");
-            else
-                plan_.items.push_back(*std::move(item));
-        }
+        for (; token == Token::beginObject; token = json_.next())
+            readObject();
         if (token != Token::endArray)
             json_.fail("an item is not an object");
     }
 
-    void readMemberOf(ReadItem &item, const std::string &key) {
-        const Token value = json_.next();
+    void readItem() {
+        ItemParts parts;
+        const ReadEntry read = readEntry(&parts);
+        std::optional<PlannedEntry> entry = entryOf(read);
+        if (!entry || read.size.value_or(-1) < 0) {
+            json_.fail("an item is not complete");
+            return;
+        }
+        plan_.items.push_back({.entry = *std::move(entry),
+                               .size = *read.size,
+                               .equalTo = std::move(parts.equalTo),
+                               .notWhile = std::move(parts.notWhile),
+                               .companions = std::move(parts.companions)});
+    }
+
+    /// Reads an entry that belongs to an item.
+    [[nodiscard]] std::optional<PlannedEntry> readInnerEntry() {
+        std::optional<PlannedEntry> entry = entryOf(readEntry(nullptr));
+        if (!entry)
+            json_.fail("an item is not complete");
+        return entry;
+    }
+
+    /// The members of an entry. `item` gets the parts that only an item has; null for an entry inside one.
+    [[nodiscard]] ReadEntry readEntry(ItemParts *item) {
+        ReadEntry read;
+        while (json_.next() == Token::key) {
+            const std::string key = json_.text(); // the value replaces this text
+            const Token value = json_.next();
+            if (item == nullptr || !readPartOf(*item, key, value))
+                readMemberOf(read, key, value);
+        }
+        return read;
+    }
+
+    /// Reads a member that is not a plain value; false for any other.
+    bool readPartOf(ItemParts &item, std::string_view key, Token value) {
+        if (value == Token::beginObject && key == "equalTo")
+            item.equalTo = readInnerEntry();
+        else if (value == Token::beginObject && key == "notWhile")
+            item.notWhile = readProgram();
+        else if (value == Token::beginArray && key == "companions")
+            forEachObject([&] {
+                if (std::optional<PlannedEntry> companion = readInnerEntry())
+                    item.companions.push_back(*std::move(companion));
+            });
+        else if (key == "equalTo" || key == "notWhile" || key == "companions")
+            json_.fail("an item is not complete");
+        else
+            return false;
+        return true;
+    }
+
+    [[nodiscard]] ProgramSigns readProgram() {
+        ProgramSigns program;
+        program.mustNotRun = true;
+        while (json_.next() == Token::key) {
+            const std::string key = json_.text();
+            const Token value = json_.next();
+            if (value == Token::beginArray && key == "processes")
+                program.processes = readTexts();
+            else if (value == Token::beginArray && key == "locks")
+                program.locks = readTexts();
+            else if (value == Token::beginArray && key == "marks")
+                program.marks = readTexts();
+            else if (value == Token::text && key == "name")
+                program.name = json_.text();
+            else if (value == Token::text && key == "openFolder")
+                program.openFolder = json_.text();
+            else if (value == Token::text && key == "openFolderHex")
+                program.openFolder = bytesOfHex(json_.text()).value_or("");
+            else
+                json_.skip(value);
+        }
+        return program;
+    }
+
+    [[nodiscard]] std::vector<std::string> readTexts() {
+        std::vector<std::string> texts;
+        Token token = json_.next();
+        for (; token == Token::text; token = json_.next())
+            texts.push_back(json_.text());
+        if (token != Token::endArray)
+            json_.fail("a text was expected");
+        return texts;
+    }
+
+    void readMemberOf(ReadEntry &entry, std::string_view key, Token value) {
         if (value == Token::text)
-            readText(item, key, json_.text());
+            readText(entry, key, json_.text());
         else if (value == Token::number && key == "size")
-            item.size = json_.integer();
+            entry.size = json_.integer();
         else if (value == Token::number && key == "length")
-            item.length = json_.integer();
+            entry.length = json_.integer();
         else if (value == Token::truth && key == "isFolder")
-            item.isFolder = json_.text() == "true";
+            entry.isFolder = json_.text() == "true";
         else if (value == Token::truth && key == "inodeMayChange")
-            item.inodeMayChange = json_.text() == "true";
+            entry.inodeMayChange = json_.text() == "true";
         else
             json_.skip(value);
     }
 
-    void readText(ReadItem &item, std::string_view key, const std::string &text) {
+    void readText(ReadEntry &entry, std::string_view key, const std::string &text) {
         if (key == "path")
-            item.path = text;
+            entry.path = text;
         else if (key == "pathHex")
-            item.pathHex = text;
+            entry.pathHex = text;
+        else if (key == "contents")
+            entry.contents = text;
         else if (key == "device")
-            item.device = numberIn<std::uint64_t>(text);
+            entry.device = numberIn<std::uint64_t>(text);
         else if (key == "inode")
-            item.inode = numberIn<std::uint64_t>(text);
+            entry.inode = numberIn<std::uint64_t>(text);
         else if (key == "parentDevice")
-            item.parentDevice = numberIn<std::uint64_t>(text);
+            entry.parentDevice = numberIn<std::uint64_t>(text);
         else if (key == "parentInode")
-            item.parentInode = numberIn<std::uint64_t>(text);
+            entry.parentInode = numberIn<std::uint64_t>(text);
         else if (key == "created")
-            readMoment(item.created, text);
+            readMoment(entry.created, text);
         else if (key == "modified")
-            readMoment(item.modified, text);
+            readMoment(entry.modified, text);
     }
 
     /// These may be missing, but what is there must be understood.
@@ -194,9 +286,15 @@ Result<RemovalPlan, std::string> planIn(std::string_view text) {
 }
 
 Result<RemovalPlan, std::string> planAt(const std::string &path) {
-    if (!fileStatus(path))
-        return FileError::posix(errno).localizedDescription;
-    const std::optional<std::string> text = contentsOfFile(path, longestPlan);
+    const Result<OpenedItem, int> found = OpenedItem::at(FileURL(path).standardized());
+    if (const int *error = std::get_if<int>(&found))
+        return FileError::posix(*error).localizedDescription;
+    const auto &file = std::get<OpenedItem>(found);
+    if (othersMayChange(file))
+        return std::string(
+            "Somebody else may change this file or a folder that contains it. Copy it to a place "
+            "that only you can write to.");
+    const std::optional<std::string> text = contentsOfFile(file.place().path(), longestPlan);
     if (!text)
         return std::string("This file can’t be read as a plan.");
     return planIn(*text);

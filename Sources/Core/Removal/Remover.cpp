@@ -149,7 +149,8 @@ void Removal::remove(const Item &asked) {
         if (std::optional<std::string> refusal = RemovalGate::refusalToDelete(item))
             return fail(url, *std::move(refusal));
     if (asked.notes)
-        if (std::optional<std::string> refusal = gate_.refusalOfTarget(item, *asked.notes))
+        if (std::optional<std::string> refusal =
+                gate_.refusalOfTarget(item, *asked.notes, progress_.cancelled))
             return fail(url, *std::move(refusal));
     removeOpened(asked, item);
 }

@@ -5,6 +5,7 @@
 #include "Platform/Posix/PersonalAccounts.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -94,23 +95,36 @@ bool OpenedItem::isReplaced() const {
 
 namespace {
 
-bool othersMayChange(const struct stat &folder) {
-    const bool isOurs = folder.st_uid == 0 || folder.st_uid == geteuid();
-    const bool groupMayWrite = (folder.st_mode & S_IWGRP) != 0 && !isAdministratorGroup(folder.st_gid);
-    const bool othersMayWrite = groupMayWrite || (folder.st_mode & S_IWOTH) != 0;
-    return !isOurs || (othersMayWrite && (folder.st_mode & S_ISVTX) == 0);
+bool isOurs(const struct stat &record) {
+    return record.st_uid == 0 || record.st_uid == geteuid();
+}
+
+bool othersMayWrite(const struct stat &record) {
+    const bool groupMayWrite = (record.st_mode & S_IWGRP) != 0 && !isAdministratorGroup(record.st_gid);
+    return groupMayWrite || (record.st_mode & S_IWOTH) != 0;
+}
+
+bool othersMayExchangeIn(const struct stat &folder) {
+    return !isOurs(folder) || (othersMayWrite(folder) && (folder.st_mode & S_ISVTX) == 0);
 }
 
 } // namespace
 
 bool othersMayExchange(const OpenedItem &item) {
     struct stat record {};
-    if (fstat(item.folder().descriptor(), &record) != 0 || othersMayChange(record))
+    if (fstat(item.folder().descriptor(), &record) != 0 || othersMayExchangeIn(record))
         return true;
     for (FileURL folder = item.place().parent(); folder.path() != "/"; folder = folder.parent())
-        if (lstat(folder.path().c_str(), &record) != 0 || othersMayChange(record))
+        if (lstat(folder.path().c_str(), &record) != 0 || othersMayExchangeIn(record))
             return true;
     return false;
+}
+
+bool othersMayChange(const OpenedItem &item) {
+    struct stat record {};
+    return othersMayExchange(item) ||
+           fstatat(item.folder().descriptor(), item.name().c_str(), &record, AT_SYMLINK_NOFOLLOW) != 0 ||
+           S_ISLNK(record.st_mode) || !isOurs(record) || othersMayWrite(record);
 }
 
 std::optional<ItemPin> pinOfMoved(const OpenedItem &item, const FileURL &place) {

@@ -94,6 +94,10 @@ RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
     fit();
 }
 
+RemovalSheet::~RemovalSheet() {
+    closed_.set();
+}
+
 QLayout *RemovalSheet::makeModeRow() {
     savePlan_->setToolTip(u"Write these items into a file, to remove them later with brimvalectl"_s);
     savePlan_->setHidden(request_.uninstalls); // another program removes it
@@ -148,14 +152,17 @@ void RemovalSheet::askForPlanFile() {
 
 void RemovalSheet::savePlan(const std::string &path) {
     struct Saved {
-        std::size_t leftOut;
-        std::optional<FileError> failure;
+        std::size_t leftOut = 0;
+        std::optional<FileError> failure = {};
     };
     savePlan_->setEnabled(false);
+    showPlanNote(u"Looking at the items…"_s);
     inBackground(
         *QThreadPool::globalInstance(), this,
-        [path, items = request_.items, mode = picker_->mode()] {
-            const MadePlan made = planFor(items, mode);
+        [path, items = request_.items, mode = picker_->mode(), stopped = closed_] {
+            const MadePlan made = planFor(items, mode, stopped);
+            if (stopped.isSet())
+                return Saved{};
             return Saved{made.leftOut.size(), brimvale::savePlan(path, made.plan)};
         },
         [this, path](const Saved &saved) {

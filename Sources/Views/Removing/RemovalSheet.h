@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Base/StopFlag.h"
 #include "Catalogs/CleanupEntry.h"
 #include "Core/Removal/RemovalMode.h"
 #include "Views/Components/Sheet.h"
@@ -34,6 +35,8 @@ class RemovalSheet : public Sheet {
 
 public:
     RemovalSheet(RemovalRequest request, QWidget *parent);
+    /// Stops making a plan.
+    ~RemovalSheet() override;
 
 signals:
     /// The user confirmed the removal in this mode.
@@ -54,6 +57,7 @@ private:
     TextLabel *remark_;
     ReclaimLabel *reclaim_;
     QPushButton *savePlan_;
+    StopFlag closed_;     ///< stops the making of a plan
     TextLabel *planNote_; ///< what became of the plan
     DestructiveButton *remove_;
 };

@@ -136,6 +136,7 @@ TEST_F(TrashCommand, EmptiesWhatItLists) {
     EXPECT_THAT(dry.out, HasSubstr("It is left over from emptying the Trash"));
     EXPECT_THAT(dry.out, EndsWith("1 record in the Trash has no item any more. It is removed when the Trash "
                                   "is emptied.\n"));
+    EXPECT_EQ(jsonIn(run({"trash", "empty", "--dry-run", "--json"}))["plan"]["items"].toArray().size(), 3);
     EXPECT_EQ(run({"trash", "empty", "--yes"}, pending(SIGINT)).status, 130);
     EXPECT_EQ(left(), before);
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace brimvale {
 
@@ -14,6 +15,10 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 using testing::TemporaryFolder;
+
+MadePlan planOf(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
+    return planFor(entries, mode, {});
+}
 
 CleanupEntry entry(const std::string &path, std::int64_t size = 0) {
     return {.url = FileURL(path), .size = size, .pin = pinOf(FileURL(path))};
@@ -39,11 +44,11 @@ TEST(RemovalPlan, KeepsEveryByteAndIdentity) {
     const std::string inner = folder.makeFolder("inner");
     folder.makeLink("link", "inner");
     const MadePlan made =
-        planFor({entry(odd, 8'192), entry(inner), entry(folder.path("link"))}, RemovalMode::deleteNow);
+        planOf({entry(odd, 8'192), entry(inner), entry(folder.path("link"))}, RemovalMode::deleteNow);
     EXPECT_THAT(made.leftOut, IsEmpty());
     ASSERT_THAT(made.plan.items, SizeIs(3));
-    EXPECT_EQ(made.plan.items[0].pin, pinOf(FileURL(odd)));
-    EXPECT_TRUE(made.plan.items[1].pin.item.isFolder);
+    EXPECT_EQ(made.plan.items[0].entry.pin, pinOf(FileURL(odd)));
+    EXPECT_TRUE(made.plan.items[1].entry.pin.item.isFolder);
 
     const std::string file = folder.path("plan");
     EXPECT_EQ(savePlan(file, made.plan), std::nullopt);
@@ -61,7 +66,7 @@ TEST(RemovalPlan, LeavesOutWhatIsRefusedOrReplaced) {
     std::filesystem::rename(shown.url.path(), folder.path("kept"));
     folder.makeFile("file", 5'000);
     const MadePlan made =
-        planFor({shown, {.url = FileURL("/usr")}, {.url = FileURL(folder.path("gone"))}}, RemovalMode::trash);
+        planOf({shown, {.url = FileURL("/usr")}, {.url = FileURL(folder.path("gone"))}}, RemovalMode::trash);
     EXPECT_THAT(made.plan.items, IsEmpty());
     ASSERT_THAT(made.leftOut, SizeIs(3));
     EXPECT_EQ(made.leftOut[0].reason, "“file” changed since you selected it.");
@@ -72,7 +77,7 @@ TEST(RemovalPlan, EveryDamageGetsASentence) {
     const TemporaryFolder folder;
     const std::string file = folder.makeFile("file", 5'000);
     const std::string saved = folder.path("plan");
-    EXPECT_EQ(savePlan(saved, planFor({entry(file)}, RemovalMode::trash).plan), std::nullopt);
+    EXPECT_EQ(savePlan(saved, planOf({entry(file)}, RemovalMode::trash).plan), std::nullopt);
     const std::string text = testing::contentOf(saved);
     ASSERT_EQ(faultOf(text), "");
     for (std::size_t length = 0; length + 1 < text.size();
@@ -92,25 +97,45 @@ TEST(RemovalPlan, EveryDamageGetsASentence) {
                     HasSubstr("not complete"))
             << path;
     EXPECT_NE(faultOf(replaced(text, "\"inode\":\"", "\"inode\":\"-")), "");
+    EXPECT_NE(faultOf(replaced(text, "\"inode\":\"", "\"inode\":\"99999999999999999999")), "");
+    EXPECT_NE(faultOf(replaced(text, "\"size\":0", "\"size\":-1")), "");
+    EXPECT_NE(faultOf(replaced(text, "\"size\":", "\"equalTo\":{},\"size\":")), "");
+    EXPECT_NE(faultOf(replaced(text, "\"size\":", "\"equalTo\":null,\"size\":")), "");
+    EXPECT_THAT(faultOf(replaced(text, "\"isFolder\":false", "\"isFolder\":true")), HasSubstr("not complete"))
+        << "nobody knows what was in it";
+    EXPECT_THAT(faultOf(replaced(text, "\"" + file, "\"" + file + "\\u0000")), HasSubstr("not complete"));
+    EXPECT_NE(
+        faultOf(replaced(text, "\"program\":", "\"deep\":" + std::string(1'000'000, '[') + ",\"program\":")),
+        "");
     EXPECT_NE(faultOf(text + "{}"), "");
     const auto missing = planAt(folder.path("missing"));
     EXPECT_THAT(std::get<std::string>(missing), HasSubstr("No such file"));
     EXPECT_TRUE(std::holds_alternative<std::string>(planAt(folder.path())));
 }
 
-// A new file may get the number of the old one.
-TEST(RemovalPlan, WithoutATimeOfCreationAChangeCounts) {
+TEST(RemovalPlan, IsNotReadWhereOthersMayChangeIt) {
     const TemporaryFolder folder;
     const std::string file = folder.makeFile("file", 5'000);
-    PlannedItem item = planFor({entry(file)}, RemovalMode::trash).plan.items.at(0);
-    item.pin.item.created.reset();
-    item.pin.item.details.reset();
-    EXPECT_TRUE(isUnchanged(item));
-    std::filesystem::last_write_time(file,
-                                     std::filesystem::file_time_type::clock::now() - std::chrono::hours(5));
-    EXPECT_FALSE(isUnchanged(item));
-    item.pin.item.created = 1;
-    EXPECT_TRUE(isUnchanged(item)) << "where the pin tells";
+    const std::string shared = folder.makeFolder("shared"), saved = shared + "/plan";
+    EXPECT_EQ(savePlan(saved, planOf({entry(file)}, RemovalMode::trash).plan), std::nullopt);
+    const auto refusal = [&](const std::string &path) {
+        const auto read = planAt(path);
+        const auto *reason = std::get_if<std::string>(&read);
+        return reason != nullptr ? *reason : "";
+    };
+    EXPECT_EQ(refusal(saved), "");
+    chmod(saved.c_str(), 0602);
+    EXPECT_THAT(refusal(saved), HasSubstr("Somebody else may change this file"));
+    chmod(saved.c_str(), 0600);
+    chmod(shared.c_str(), 0777);
+    EXPECT_THAT(refusal(saved), HasSubstr("Somebody else may change this file"));
+    chmod(shared.c_str(), 0700);
+    folder.makeLink("link", "shared/plan");
+    EXPECT_NE(refusal(folder.path("link")), "");
+    if (geteuid() == 0) {
+        ASSERT_EQ(chown(saved.c_str(), 1, 1), 0);
+        EXPECT_THAT(refusal(saved), HasSubstr("Somebody else may change this file"));
+    }
 }
 
 } // namespace brimvale
