@@ -20,7 +20,9 @@ namespace brimvale {
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 
 /// An ASCII letter in lower case; every other byte as it is.
-[[nodiscard]] char lowered(char byte);
+[[nodiscard]] constexpr char lowered(char byte) {
+    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
 
 /// Bytes as part of a URI (RFC 3986): every byte but ASCII letters, digits and "/-._~" as "%" and two digits.
 [[nodiscard]] std::string percentEncoded(std::string_view bytes);

@@ -214,12 +214,16 @@ bool OutlineModel::isInPlace(const FSNode &node) const {
            (row + 1 == rows.size() || order_.allows(node, *rows[row + 1]));
 }
 
+/// A view asks for every row of a folder that it lays out, and for its flags. So neither reads the node,
+/// which would mean to wait for memory 200,000 times in a folder of that size.
 QModelIndex OutlineModel::index(int row, int column, const QModelIndex &parent) const {
-    if (row < 0 || row >= rowCount(parent) || column < 0 || column >= columnCount())
+    const FSNode *folder = nodeAt(parent);
+    if (row < 0 || column < 0 || column >= columnCount() || parent.column() > 0 || folder == nullptr ||
+        folder->outlineChildren().empty())
         return {};
-    const std::vector<FSNode *> &rows = rowsOf(*nodeAt(parent));
-    prefetchNodes(rows, static_cast<std::size_t>(row)); // views usually ask for one row after another
-    return createIndex(row, column, rows[static_cast<std::size_t>(row)]);
+    const std::vector<FSNode *> &rows = rowsOf(*folder);
+    const auto place = static_cast<std::size_t>(row);
+    return place < rows.size() ? createIndex(row, column, rows[place]) : QModelIndex();
 }
 
 QModelIndex OutlineModel::parent(const QModelIndex &index) const {
@@ -249,10 +253,7 @@ bool OutlineModel::hasChildren(const QModelIndex &parent) const {
 }
 
 Qt::ItemFlags OutlineModel::flags(const QModelIndex &index) const {
-    if (!index.isValid())
-        return Qt::NoItemFlags;
-    const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-    return !nodeAt(index)->outlineChildren().empty() ? flags : flags | Qt::ItemNeverHasChildren;
+    return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable : Qt::NoItemFlags;
 }
 
 QVariant OutlineModel::data(const QModelIndex &index, int role) const {
