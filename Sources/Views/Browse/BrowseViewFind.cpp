@@ -58,8 +58,7 @@ void invertRows(OutlineView &outline, const OutlineModel &model) {
 QWidget *BrowseView::makeLists() {
     tabs_->setObjectName(QStringLiteral("browseTabs"));
     tabs_->setAccessibleName(u"Lists"_s);
-    for (const QString &title :
-         {u"Folders"_s, u"Largest"_s, u"By Type"_s, u"By Age"_s, u"Duplicates"_s})
+    for (const QString &title : {u"Folders"_s, u"Largest"_s, u"By Type"_s, u"By Age"_s, u"Duplicates"_s})
         tabs_->addTab(title);
     filterNote_->setObjectName(QStringLiteral("filterNote"));
     filterNote_->setWordWrap(true);

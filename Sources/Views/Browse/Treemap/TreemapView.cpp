@@ -150,7 +150,7 @@ QSize TreemapView::sizeHint() const {
 }
 
 QSize TreemapView::minimumSizeHint() const {
-    return {160, 120};
+    return {160, 64}; // in a small window, the details below need the room more
 }
 
 void TreemapView::changeEvent(QEvent *event) {
