@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace brimvale {
@@ -154,6 +155,9 @@ private:
     bool read(Folder folder, FolderHandle handle, const FileIdentity &identity);
     void push(Siblings siblings);
     void pop();
+    void pushAncestor(const FileIdentity &identity);
+    void popAncestor();
+    [[nodiscard]] bool isAncestor(const FileIdentity &identity) const;
     [[nodiscard]] Folder open(const char *name);
     bool reopen();
     void abandon(const Siblings &siblings);
@@ -167,9 +171,10 @@ private:
     std::vector<std::size_t> open_;       ///< the frames after the first whose folders are open, in order
     std::size_t waitingCount_ = 0;        ///< in all frames
     std::vector<FileIdentity> ancestors_; ///< of the frames' folders and the ancestors of the first
-    std::string path_;                    ///< of the current folder
-    Folder below_;                        ///< the last folder that had nothing to descend into
-    std::size_t belowDepth_ = 0;          ///< the number of frames above it
+    std::unordered_set<FileIdentity> deepAncestors_; ///< those of them that are not compared one by one
+    std::string path_;                               ///< of the current folder
+    Folder below_;                                   ///< the last folder that had nothing to descend into
+    std::size_t belowDepth_ = 0;                     ///< the number of frames above it
 };
 
 } // namespace brimvale

@@ -6,6 +6,13 @@
 
 namespace brimvale {
 
+namespace {
+
+/// Comparing so many ancestors is faster than looking into a set. Few folders are deeper.
+constexpr std::size_t comparedAncestors = 64;
+
+} // namespace
+
 void PendingFolders::Siblings::add(std::string_view name, FolderHandle handle, const FileIdentity &identity) {
     waiting.push_back({names.size(), handle, identity});
     names.append(name).push_back('\0');
@@ -41,7 +48,9 @@ void PendingFolders::add(std::string_view name, FolderHandle handle, const FileI
 DirectoryWalk::DirectoryWalk(WalkVisitor &visitor, bool crossesMountPoints, PendingFolders start,
                              StopFlag cancelled)
     : visitor_(visitor), crossesMountPoints_(crossesMountPoints), cancelled_(std::move(cancelled)),
-      depth_(start.depth_), ancestors_(std::move(start.ancestors_)), path_(std::move(start.path_)) {
+      depth_(start.depth_), path_(std::move(start.path_)) {
+    for (const FileIdentity &ancestor : start.ancestors_)
+        pushAncestor(ancestor);
     waitingCount_ = start.siblings_.count();
     frames_.push_back({std::move(start.siblings_), path_.size()});
 }
@@ -69,7 +78,7 @@ bool DirectoryWalk::step() {
     path_.append(name);
 
     if (parent > 0 && siblings.count() == 0 && siblings.folder.isOpen()) {
-        siblings.folder.close();
+        siblings = Siblings(); // closes the folder; in a deep chain, the names of every frame add up
         open_.pop_back();
     }
 
@@ -79,7 +88,7 @@ bool DirectoryWalk::step() {
         visitor_.leave(next.handle);
         return true;
     }
-    ancestors_.push_back(next.identity);
+    pushAncestor(next.identity);
     return read(std::move(folder), next.handle, next.identity);
 }
 
@@ -102,7 +111,7 @@ bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity 
             visitor_.noStatus(handle, name);
         } else if (status->kind != FileKind::directory) {
             visitor_.file(handle, name, *status);
-        } else if (std::find(ancestors_.begin(), ancestors_.end(), status->identity) != ancestors_.end()) {
+        } else if (isAncestor(status->identity)) {
             visitor_.containsAncestor(handle);
         } else {
             const bool isOnWalkedDevice = crossesMountPoints_ || status->identity.device == identity.device;
@@ -123,7 +132,7 @@ bool DirectoryWalk::read(Folder folder, FolderHandle handle, const FileIdentity 
         siblings.folder = std::move(folder);
         push(std::move(siblings));
     } else {
-        ancestors_.pop_back();
+        popAncestor();
         below_ = std::move(folder);
         belowDepth_ = frames_.size();
     }
@@ -145,7 +154,26 @@ void DirectoryWalk::pop() {
     if (frames_.back().siblings.folder.isOpen())
         open_.pop_back();
     frames_.pop_back();
+    popAncestor();
+}
+
+void DirectoryWalk::pushAncestor(const FileIdentity &identity) {
+    ancestors_.push_back(identity);
+    if (ancestors_.size() > comparedAncestors)
+        deepAncestors_.insert(identity);
+}
+
+void DirectoryWalk::popAncestor() {
+    if (ancestors_.size() > comparedAncestors)
+        deepAncestors_.erase(ancestors_.back());
     ancestors_.pop_back();
+}
+
+bool DirectoryWalk::isAncestor(const FileIdentity &identity) const {
+    const auto end = ancestors_.size() > comparedAncestors
+                         ? ancestors_.begin() + static_cast<std::ptrdiff_t>(comparedAncestors)
+                         : ancestors_.end();
+    return std::find(ancestors_.begin(), end, identity) != end || deepAncestors_.contains(identity);
 }
 
 /// Opens a waiting subfolder of the last frame. Not open, with errno set, on failure.

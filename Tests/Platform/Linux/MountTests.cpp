@@ -6,6 +6,7 @@
 #include "Platform/FileSystem.h"
 #include "Platform/Mounts.h"
 #include "Support/ChildProcess.h"
+#include "Support/HostileTree.h"
 #include "Support/OwnMounts.h"
 #include "Support/ReferenceScan.h"
 #include "Support/SampleTree.h"
@@ -77,6 +78,30 @@ TEST(Mounts, ScanEntersOnlyMountsDirectlyInRoot) {
         EXPECT_EQ(size("disk"), size("disk/plain"));
         EXPECT_GT(size("volume"), 0);
         EXPECT_EQ(size("loop"), size("loop/file"));
+    });
+}
+
+// Ancestors close to the start and deep ones are recognised in different ways.
+TEST(Mounts, NoFolderIsEnteredWithinItselfAtAnyDepth) {
+    const TemporaryFolder folder;
+    testing::makeChain(folder.makeFolder("chain"), "d", 100);
+    const auto at = [&](int depth) {
+        std::string path = folder.path("chain");
+        for (int i = 0; i < depth; ++i)
+            path += "/d";
+        return path;
+    };
+    testing::inChild([&] {
+        if (!ownMounts() || !mountAlsoAt(at(5), at(90) + "/sibling") ||
+            !mountAlsoAt(at(80), at(95) + "/sibling") || !mountAlsoAt(at(62), at(63) + "/sibling") ||
+            !mountAlsoAt(at(97), at(70) + "/sibling")) // not an ancestor
+            GTEST_SKIP() << "mounting is not permitted here";
+        ScanOptions options;
+        options.crossesMountPoints = true;
+        ScanStats stats;
+        const auto tree = DiskScanner::scan(folder.path(), options, stats);
+        EXPECT_EQ(describe(*tree), describe(*referenceScan(folder.path(), options).root));
+        EXPECT_EQ(tree->fileCount, 103);
     });
 }
 
