@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <dirent.h>
+#include <memory>
 #include <unistd.h>
 #include <utility>
 
@@ -19,6 +20,19 @@ struct Names {
     std::size_t length = 0;
     alignas(dirent64) std::array<char, 32768> entries;
 };
+
+/// Kept between two folders that a thread reads: memory used just now is faster than other memory.
+thread_local std::unique_ptr<Names> spareNames;
+
+Names *takeNames() {
+    Names *names = spareNames != nullptr ? spareNames.release() : new Names;
+    names->next = names->length = 0;
+    return names;
+}
+
+void leaveNames(void *names) {
+    spareNames.reset(static_cast<Names *>(names));
+}
 
 /// False at the end and on failure, which sets errno (0 at the end).
 bool fill(Names &names, int descriptor) {
@@ -38,19 +52,20 @@ const dirent64 &take(Names &names) {
 } // namespace
 
 void Folder::close() {
-    delete static_cast<Names *>(std::exchange(names_, nullptr));
+    if (names_ != nullptr)
+        leaveNames(std::exchange(names_, nullptr));
     if (descriptor_ >= 0)
         ::close(std::exchange(descriptor_, -1));
 }
 
 const char *Folder::nextName() {
     if (names_ == nullptr)
-        names_ = new Names;
+        names_ = takeNames();
     Names &names = *static_cast<Names *>(names_);
     while (true) {
         if (names.next == names.length && !fill(names, descriptor_)) {
             const int error = errno;
-            delete static_cast<Names *>(std::exchange(names_, nullptr));
+            leaveNames(std::exchange(names_, nullptr));
             errno = error;
             return nullptr;
         }
