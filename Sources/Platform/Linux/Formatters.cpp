@@ -40,22 +40,30 @@ constexpr std::array<DateUnit, 7> dateUnits = {{{UCAL_YEAR, UDAT_REL_UNIT_YEAR},
                                                 {UCAL_MINUTE, UDAT_REL_UNIT_MINUTE},
                                                 {UCAL_SECOND, UDAT_REL_UNIT_SECOND}}};
 
-/// Used under one lock: some of these ICU functions are not fully thread-safe, and the calendar is set each
-/// time.
-struct UserFormatters {
+/// Used under a lock: some of these ICU functions are not fully thread-safe.
+struct NumberFormatters {
     std::mutex lock;
     LocalizedNumberFormatter number = icu::number::NumberFormatter::withLocale(userLocale("LC_NUMERIC"));
     std::array<LocalizedNumberFormatter, sizeUnits.size()> sizes;
-    std::unique_ptr<icu::Calendar> calendar;
-    std::unique_ptr<const icu::RelativeDateTimeFormatter> relativeDate;
 
-    UserFormatters() {
+    NumberFormatters() {
         std::transform(sizeUnits.begin(), sizeUnits.end(), sizes.begin(), [this](const SizeUnit &unit) {
             // Scaled in decimal digits, so nothing is lost; a few negative bytes round to "0", not "-0".
             return number.scale(icu::number::Scale::powerOfTen(-unit.powerOfTen))
                 .precision(icu::number::Precision::maxFraction(unit.fractionDigits))
                 .sign(UNUM_SIGN_NEGATIVE);
         });
+    }
+};
+
+/// Apart from numbers, because ICU takes another mebibyte of memory for dates. Used under a lock, too: the
+/// calendar is set each time.
+struct DateFormatters {
+    std::mutex lock;
+    std::unique_ptr<icu::Calendar> calendar;
+    std::unique_ptr<const icu::RelativeDateTimeFormatter> relativeDate;
+
+    DateFormatters() {
         // The program speaks English, so its dates do too.
         const icu::Locale &language = icu::Locale::getUS();
         UErrorCode status = U_ZERO_ERROR;
@@ -66,8 +74,13 @@ struct UserFormatters {
     }
 };
 
-UserFormatters &user() {
-    static UserFormatters formatters;
+NumberFormatters &numbers() {
+    static NumberFormatters formatters;
+    return formatters;
+}
+
+DateFormatters &dates() {
+    static DateFormatters formatters;
     return formatters;
 }
 
@@ -93,18 +106,18 @@ std::string fileSize(std::int64_t bytes) {
     std::size_t unit = 0;
     while (magnitude < sizeUnits[unit].from)
         ++unit;
-    const std::lock_guard guard(user().lock);
-    return text(user().sizes[unit], bytes) + sizeUnits[unit].suffix;
+    const std::lock_guard guard(numbers().lock);
+    return text(numbers().sizes[unit], bytes) + sizeUnits[unit].suffix;
 }
 
 std::string number(std::int64_t number) {
-    const std::lock_guard guard(user().lock);
-    return text(user().number, number);
+    const std::lock_guard guard(numbers().lock);
+    return text(numbers().number, number);
 }
 
 std::string relativeDate(Date date, Date reference) {
-    const std::lock_guard guard(user().lock);
-    icu::Calendar &calendar = *user().calendar;
+    const std::lock_guard guard(dates().lock);
+    icu::Calendar &calendar = *dates().calendar;
     UErrorCode status = U_ZERO_ERROR;
     calendar.setTime(momentOf(reference), status);
     std::int32_t amount = 0;
@@ -115,7 +128,7 @@ std::string relativeDate(Date date, Date reference) {
     }
     icu::UnicodeString words;
     std::string text;
-    user().relativeDate->formatNumeric(amount, unit, words, status).toUTF8String(text);
+    dates().relativeDate->formatNumeric(amount, unit, words, status).toUTF8String(text);
     return text;
 }
 
