@@ -57,7 +57,7 @@ std::string importLine(const ScanOrigin &origin) {
 
 void writeSummary(Output &output, const ReportedTree &tree) {
     std::string line = Fmt::counted(tree.root.fileCount, "file");
-    line.append(" in ").append(Fmt::counted(tree.root.dirCount, "folder"));
+    line.append(" in ").append(Fmt::counted(tree.root.dirCount(), "folder"));
     line.append(", ").append(Fmt::byteFormatter(tree.root.size)).append(" allocated");
     if (tree.origin.unreadable > 0)
         line.append(", ").append(Fmt::count(tree.origin.unreadable)).append(" unreadable");

@@ -33,14 +33,15 @@ QJsonObject documentOf(
 
 /// A node and what is beneath it as a tree, with every figure and flag that the document has.
 void adoptFrom(FSNode &node, const QJsonObject &json) {
-    node.isAggregate = json["isAggregate"].toBool(true);
+    if (json["isAggregate"].toBool(true))
+        node.markAggregate();
     node.unreadable = json["unreadable"].toBool(true);
     node.isNotDescended = json["isNotDescended"].toBool(true);
     node.isCloudProvider = json["isCloudProvider"].toBool(true);
     node.size = json["size"].toInteger(-1);
     node.logicalSize = json["logicalSize"].toInteger(-1);
     node.fileCount = json["fileCount"].toInteger(-1);
-    node.dirCount = json["dirCount"].toInteger(-1);
+    node.setDirCount(json["dirCount"].toInteger(-1));
     if (const QString modified = json["modified"].toString(); !modified.isEmpty())
         node.modified =
             static_cast<std::uint32_t>(QDateTime::fromString(modified, Qt::ISODate).toSecsSinceEpoch());

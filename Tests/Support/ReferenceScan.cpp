@@ -140,7 +140,7 @@ private:
             parent.logicalSize += frame.node->logicalSize;
             parent.fileCount += frame.node->fileCount;
             parent.modified = std::max(parent.modified, frame.node->modified);
-            parent.dirCount += frame.node->dirCount + 1;
+            parent.setDirCount(parent.dirCount() + frame.node->dirCount() + 1);
         }
     }
 
@@ -179,7 +179,7 @@ ReferenceScan referenceScan(const std::string &rootPath, const ScanOptions &opti
             root.logicalSize += node->logicalSize;
             root.fileCount += node->fileCount;
             root.modified = std::max(root.modified, node->modified);
-            root.dirCount += node->dirCount + (node->isDirectory ? 1 : 0);
+            root.setDirCount(root.dirCount() + node->dirCount() + (node->isDirectory ? 1 : 0));
             root.adopt(std::move(node));
         }
     }
@@ -192,10 +192,10 @@ std::string describe(const FSNode &root) {
     while (!waiting.empty()) {
         const auto [node, depth] = waiting.back();
         waiting.pop_back();
-        text << depth << ' ' << node->name << (node->isDirectory ? " folder" : "")
+        text << depth << ' ' << node->name.view() << (node->isDirectory ? " folder" : "")
              << (node->isAggregate ? " aggregate" : "") << (node->unreadable ? " unreadable" : "")
              << (node->isNotDescended ? " skipped" : "") << (node->isCloudProvider ? " cloud" : "") << ' '
-             << node->size << ' ' << node->logicalSize << ' ' << node->fileCount << ' ' << node->dirCount
+             << node->size << ' ' << node->logicalSize << ' ' << node->fileCount << ' ' << node->dirCount()
              << ' ' << node->modified << '\n';
         for (auto child = node->children().rbegin(); child != node->children().rend(); ++child)
             waiting.emplace_back(child->get(), depth + 1);

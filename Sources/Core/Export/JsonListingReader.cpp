@@ -131,7 +131,7 @@ private:
         own.size = beyond(claimed.size, folder.size);
         own.logicalSize = beyond(claimed.logicalSize, folder.logicalSize);
         own.fileCount = beyond(claimed.fileCount, folder.fileCount);
-        own.dirCount = beyond(claimed.dirCount, folder.dirCount);
+        own.dirCount = beyond(claimed.dirCount, folder.dirCount());
         return own;
     }
 

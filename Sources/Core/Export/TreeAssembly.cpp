@@ -35,7 +35,7 @@ void addToParent(const FSNode &folder) {
     parent.size = checkedAdd(parent.size, folder.size);
     parent.logicalSize = checkedAdd(parent.logicalSize, folder.logicalSize);
     parent.fileCount = checkedAdd(parent.fileCount, folder.fileCount);
-    parent.dirCount = checkedAdd(parent.dirCount, folder.dirCount + (folder.isDirectory ? 1 : 0));
+    parent.setDirCount(checkedAdd(parent.dirCount(), folder.dirCount() + (folder.isDirectory ? 1 : 0)));
 }
 
 } // namespace
@@ -102,7 +102,7 @@ void TreeAssembly::count(FSNode &node, const TreeEntry &entry) {
     node.size = checkedAdd(node.size, entry.size);
     node.logicalSize = checkedAdd(node.logicalSize, entry.logicalSize);
     node.fileCount = checkedAdd(node.fileCount, entry.fileCount);
-    node.dirCount = checkedAdd(node.dirCount, entry.dirCount);
+    node.setDirCount(checkedAdd(node.dirCount(), entry.dirCount));
 }
 
 bool TreeAssembly::admits(const TreeEntry &entry) {

@@ -55,7 +55,7 @@ void FileSurvey::visitAggregate(const FSNode &aggregate) {
         if (!all && isAccepted)
             sums_.add(one);
     }
-    std::vector<FileTallyEntry> entries = aggregate.smallFiles.entries();
+    std::vector<FileTallyEntry> entries = aggregate.smallFiles().entries();
     if (entries.empty() && aggregate.fileCount > 0) // nobody has looked at them
         entries.push_back({FileType::other, FileAge::unknown, aggregate.fileCount, aggregate.size});
     for (const FileTallyEntry &entry : entries) {

@@ -258,8 +258,7 @@ void ScanSession::detach(FSNode &node) {
     emit nodeAboutToBeDetached(&node);
     node.subtractFromAncestors();
     if (parent->isAggregate)
-        parent->smallFiles.subtract(fileTypeOf(node.name), ageOf(node.modified, state().ageMoment),
-                                    node.size);
+        parent->subtractSmallFile(fileTypeOf(node.name), ageOf(node.modified, state().ageMoment), node.size);
     countFiles(-node.fileCount);
     forgetUnreadable(node);
     detached_.push_back(parent->release(node));

@@ -189,7 +189,7 @@ std::unique_ptr<FSNode> DiskScanner::scanInside(const std::string &path, const S
         return nullptr;
     const FileURL url(path);
     FSNode parent("", url.parent().path(), true);
-    parent.adopt(std::make_unique<FSNode>(std::string(url.fileName()), parent, true));
+    parent.adopt(std::make_unique<FSNode>(url.fileName(), parent, true));
     FSNode &folder = *parent.children().front();
     folder.setIdentity(status->identity);
     if (status->isDataless) {

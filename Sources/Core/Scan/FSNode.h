@@ -2,15 +2,20 @@
 
 #include "Base/Date.h"
 #include "Core/Scan/FileTally.h"
+#include "Core/Scan/NodeContents.h"
+#include "Core/Scan/NodeMemory.h"
+#include "Core/Scan/PackedText.h"
 #include "Core/Scan/SkipReason.h"
 #include "Platform/FileStatus.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brimvale {
@@ -25,10 +30,10 @@ namespace brimvale {
 class FSNode {
 public:
     /// A node that stands alone, such as the root of a scan. `path` is absolute and standardised.
-    FSNode(std::string name, std::string path, bool isDirectory);
+    FSNode(std::string_view name, std::string path, bool isDirectory);
 
     /// A node in `parent`; add it with `adopt`. Its path is composed from its ancestors' names.
-    FSNode(std::string name, FSNode &parent, bool isDirectory);
+    FSNode(std::string_view name, FSNode &parent, bool isDirectory);
 
     /// The aggregate that stands for `count` small files of `parent`; its path is the parent's.
     [[nodiscard]] static std::unique_ptr<FSNode> aggregate(FSNode &parent, std::int64_t count);
@@ -37,18 +42,27 @@ public:
     FSNode(const FSNode &) = delete;
     FSNode &operator=(const FSNode &) = delete;
 
+    static void *operator new(std::size_t bytes) { return NodeMemory::take(bytes); }
+    static void operator delete(void *node) { NodeMemory::giveBack(node); }
+
     /// The last path component, as bytes. For the root, the displayed name; for an aggregate, its count in
     /// words, which changes when it loses files. Any other name stays.
-    std::string name;
+    PackedText name;
     // These share a byte, so that a node stays small; only one thread writes them.
-    const bool isDirectory : 1; ///< also true for a skipped folder; false for an aggregate
-    bool isAggregate : 1 = false;
+    const bool isDirectory : 1;       ///< also true for a skipped folder; false for an aggregate
+    bool isAggregate : 1 = false;     ///< set by `markAggregate`
     bool isNotDescended : 1 = false;  ///< skipped; its sizes stay 0
     bool hasLinkedFiles : 1 = false;  ///< a file that has several names, or a folder with such files
     bool holdsUnreadable : 1 = false; ///< a folder in which something could not be read, at any depth
     bool isCloudProvider : 1 = false; ///< skipped because a cloud provider has its contents
-    bool unreadable = false;          ///< could not be read, at least in part; other walks may set it
-    std::uint8_t marks = 0;           ///< state bits of the outline that shows it
+
+private:
+    bool mayBeOutOfOrder_ : 1 = false;  ///< of a folder with descendants that have left or were replaced
+    bool isMarkedImported_ : 1 = false; ///< of the root of a tree
+
+public:
+    bool unreadable = false; ///< could not be read, at least in part; other walks may set it
+    std::uint8_t marks = 0;  ///< state bits of the outline that shows it
     SkipReason skipReason = SkipReason::managed; ///< of a skipped folder, and of a mount point
     std::uint32_t modified = 0;   ///< when the file was changed, in seconds since 1970; 0 if unknown. Of a
                                   ///< folder or an aggregate: the newest of its files
@@ -57,8 +71,16 @@ public:
     std::int64_t size = 0;        ///< allocated bytes of this node and its descendants; shown and sorted by
     std::int64_t logicalSize = 0; ///< the same for the length in bytes
     std::int64_t fileCount = 0;   ///< files, this node and its descendants
-    std::int64_t dirCount = 0;    ///< folders among its descendants
-    FileTally smallFiles;         ///< of an aggregate: what it stands for
+
+    /// Folders among its descendants.
+    [[nodiscard]] std::int64_t dirCount() const { return contents_.dirCount(); }
+    void setDirCount(std::int64_t count) { contents_.setDirCount(count); }
+
+    /// Of an aggregate: what it stands for.
+    [[nodiscard]] const FileTally &smallFiles() const;
+    void setSmallFiles(FileTally files);
+    /// Takes one of them off.
+    void subtractSmallFile(FileType type, FileAge age, std::int64_t bytes);
 
     /// Whether the true size may be larger, because not everything could be read.
     [[nodiscard]] bool isAtLeast() const { return unreadable || holdsUnreadable; }
@@ -72,6 +94,9 @@ public:
     /// figures, and its length and folders off what is left of them, and finds the newest of their other
     /// files.
     void subtractFromAncestors() const;
+
+    /// Makes an aggregate of a node that has neither identity nor children yet.
+    void markAggregate();
 
     /// Marks it as skipped.
     void markSkipped(bool belongsToCloudProvider, SkipReason reason = SkipReason::managed) {
@@ -87,7 +112,7 @@ public:
     /// there, even where a path is the same.
     [[nodiscard]] bool isImported() const;
     /// Marks the tree of this root so, for ever.
-    void markImported() { rare().isImported = true; }
+    void markImported() { isMarkedImported_ = true; }
 
     /// Which entry of the disk this is, as the scan found it; nothing for an aggregate and for an entry whose
     /// status was not read.
@@ -103,11 +128,11 @@ public:
         return parent_ != nullptr && parent_->isAggregate ? parent_->parent_ : parent_;
     }
     [[nodiscard]] std::span<const std::unique_ptr<FSNode>> children() const {
-        return isAggregate ? std::span<const std::unique_ptr<FSNode>>{} : children_;
+        return isAggregate ? std::span<const std::unique_ptr<FSNode>>{} : contents_.children();
     }
     /// The small files of an aggregate that have nodes, in no order; none of any other node.
     [[nodiscard]] std::span<const std::unique_ptr<FSNode>> largestSmallFiles() const {
-        return isAggregate ? children_ : std::span<const std::unique_ptr<FSNode>>{};
+        return isAggregate ? contents_.children() : std::span<const std::unique_ptr<FSNode>>{};
     }
 
     /// The rows of an outline below this node: a folder's children; none for anything else.
@@ -144,27 +169,19 @@ public:
 
     /// Whether a removal or another scan below has changed the size of a child since the children were
     /// sorted.
-    [[nodiscard]] bool mayBeOutOfOrder() const { return rare_ != nullptr && rare_->mayBeOutOfOrder; }
+    [[nodiscard]] bool mayBeOutOfOrder() const { return mayBeOutOfOrder_; }
 
 private:
-    /// What few nodes have, kept apart because a tree has many nodes.
-    struct Rare {
-        std::optional<std::string> path = {}; ///< of a node without a parent
-        std::int64_t removedLogicalSize = 0;  ///< of removed descendants
-        std::int64_t removedDirCount = 0;
-        bool mayBeOutOfOrder = false; ///< of a folder with descendants that have left or were replaced
-        bool isImported = false;      ///< of the root of a tree
-    };
-
     void findNewestInAncestors(std::uint32_t earlier, const FSNode *leaving) const;
     [[nodiscard]] const std::string *ownPath() const;
-    void setOwnPath(std::optional<std::string> path);
-    Rare &rare();
+    void setOwnPath(std::string path);
 
-    std::uint64_t inode_ = 0; ///< 0 where it is not known
+    union {
+        std::uint64_t inode_ = 0; ///< of `identity`; 0 where it is not known
+        FileTally smallFiles_;    ///< of an aggregate, which has no identity
+    };
     FSNode *parent_ = nullptr;
-    std::vector<std::unique_ptr<FSNode>> children_;
-    std::unique_ptr<Rare> rare_;
+    NodeContents contents_;
 };
 
 } // namespace brimvale

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 
 namespace brimvale {
 
@@ -9,16 +10,16 @@ namespace {
 
 constexpr std::uint64_t more = 128; ///< set in every byte of a number but the last
 
-void append(std::vector<std::uint8_t> &bytes, std::uint64_t number) {
+void append(std::string &bytes, std::uint64_t number) {
     for (; number >= more; number >>= 7U)
-        bytes.push_back(static_cast<std::uint8_t>(number | more));
-    bytes.push_back(static_cast<std::uint8_t>(number));
+        bytes.push_back(static_cast<char>(number | more));
+    bytes.push_back(static_cast<char>(number));
 }
 
-std::uint64_t take(const std::uint8_t *&bytes) {
+std::uint64_t take(const char *&bytes) {
     std::uint64_t number = 0;
     for (unsigned shift = 0;; shift += 7) {
-        const std::uint8_t byte = *bytes++;
+        const auto byte = static_cast<std::uint8_t>(*bytes++);
         number |= (byte & (more - 1)) << shift;
         if (byte < more)
             return number;
@@ -30,9 +31,7 @@ std::uint64_t take(const std::uint8_t *&bytes) {
 FileTally::FileTally(std::span<const FileTallyEntry> entries) {
     if (entries.empty())
         return;
-    constexpr std::size_t usualBytes = 8; // of an entry
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve((entries.size() + 1) * usualBytes);
+    std::string bytes; // few enough for no memory of its own, mostly
     append(bytes, entries.size());
     for (const FileTallyEntry &entry : entries) {
         append(bytes,
@@ -40,14 +39,13 @@ FileTally::FileTally(std::span<const FileTallyEntry> entries) {
         append(bytes, static_cast<std::uint64_t>(entry.count));
         append(bytes, static_cast<std::uint64_t>(entry.bytes));
     }
-    packed_ = std::make_unique<std::uint8_t[]>(bytes.size());
-    std::copy(bytes.begin(), bytes.end(), packed_.get());
+    packed_ = PackedText(bytes);
 }
 
 std::vector<FileTallyEntry> FileTally::entries() const {
-    if (packed_ == nullptr)
+    if (packed_.empty())
         return {};
-    const std::uint8_t *next = packed_.get();
+    const char *next = packed_.view().data();
     std::vector<FileTallyEntry> entries(take(next));
     for (FileTallyEntry &entry : entries) {
         const std::uint64_t place = take(next);

@@ -2,9 +2,9 @@
 
 #include "Catalogs/FileTypes.h"
 #include "Core/Scan/FileAge.h"
+#include "Core/Scan/PackedText.h"
 
 #include <cstdint>
-#include <memory>
 #include <span>
 #include <vector>
 
@@ -34,8 +34,8 @@ public:
 
 private:
     /// The number of entries, then type and age, count and bytes of each, as numbers of seven bits a byte,
-    /// the lowest first; the last byte of a number is below 128. Null for none.
-    std::unique_ptr<std::uint8_t[]> packed_;
+    /// the lowest first; the last byte of a number is below 128. Empty for none.
+    PackedText packed_;
 };
 
 } // namespace brimvale

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <functional>
 #include <iterator>
-#include <string>
+#include <memory>
+#include <utility>
 
 namespace brimvale {
 
@@ -12,9 +13,19 @@ namespace {
 /// The number of files that a walk collects before it adds them to those of the scan.
 constexpr std::size_t addedAtOnce = 128;
 
+std::unique_ptr<FSNode> makeNode(const LargeFile &file, FSNode &aggregate) {
+    auto node = std::make_unique<FSNode>(file.name, aggregate, false);
+    node->setIdentity(file.identity);
+    node->size = file.size;
+    node->logicalSize = file.length;
+    node->fileCount = 1;
+    node->modified = file.modified;
+    return node;
+}
+
 } // namespace
 
-void LargestFiles::add(std::vector<std::unique_ptr<FSNode>> &files) {
+void LargestFiles::add(std::vector<LargeFile> &files) {
     const std::lock_guard guard(lock_);
     std::move(files.begin(), files.end(), std::back_inserter(files_));
     files.clear();
@@ -26,26 +37,28 @@ void LargestFiles::keepLargest() {
     if (files_.size() <= most)
         return;
     std::nth_element(files_.begin(), files_.begin() + (most - 1), files_.end(),
-                     [](const auto &a, const auto &b) { return a->size > b->size; });
-    files_.resize(most);
-    floor_.store(files_.back()->size, std::memory_order_relaxed);
+                     [](const LargeFile &a, const LargeFile &b) { return a.size > b.size; });
+    files_.erase(files_.begin() + most, files_.end());
+    floor_.store(files_.back().size, std::memory_order_relaxed);
 }
 
 void LargestFiles::giveToAggregates() {
     const std::lock_guard guard(lock_);
     keepLargest();
-    std::sort(files_.begin(), files_.end(), [](const auto &a, const auto &b) {
-        return a->parent() != b->parent() ? std::less<>()(a->parent(), b->parent()) : a->size > b->size;
+    std::sort(files_.begin(), files_.end(), [](const LargeFile &a, const LargeFile &b) {
+        return a.folder != b.folder ? std::less<>()(a.folder, b.folder) : a.size > b.size;
     });
     for (auto file = files_.begin(); file != files_.end();) {
-        const FSNode &folder = *(*file)->parent();
+        const FSNode &folder = *file->folder;
         const auto next =
-            std::find_if(file, files_.end(), [&](const auto &one) { return one->parent() != &folder; });
+            std::find_if(file, files_.end(), [&](const LargeFile &one) { return one.folder != &folder; });
         // It comes last in its folder. One that was not read to its end has none.
         if (!folder.children().empty() && folder.children().back()->isAggregate) {
+            FSNode &aggregate = *folder.children().back();
             std::vector<std::unique_ptr<FSNode>> own;
-            std::move(file, next, std::back_inserter(own));
-            folder.children().back()->adopt(own);
+            std::transform(file, next, std::back_inserter(own),
+                           [&](const LargeFile &one) { return makeNode(one, aggregate); });
+            aggregate.adopt(own);
         }
         file = next;
     }
@@ -56,13 +69,12 @@ void LargestOfWalk::offer(FSNode &folder, std::string_view name, const FileStatu
                           std::uint32_t modified) {
     if (status.allocatedBytes <= ofScan_.floor())
         return;
-    files_.push_back(std::make_unique<FSNode>(std::string(name), folder, false));
-    FSNode &file = *files_.back();
-    file.setIdentity(status.identity);
-    file.size = status.allocatedBytes;
-    file.logicalSize = status.length;
-    file.fileCount = 1;
-    file.modified = modified;
+    files_.push_back({.folder = &folder,
+                      .name = std::string(name),
+                      .size = status.allocatedBytes,
+                      .length = status.length,
+                      .identity = status.identity,
+                      .modified = modified});
     if (files_.size() == addedAtOnce)
         ofScan_.add(files_);
 }

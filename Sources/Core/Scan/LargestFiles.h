@@ -6,12 +6,22 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <mutex>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace brimvale {
+
+/// A file that may be among the largest of a scan.
+struct LargeFile {
+    FSNode *folder;
+    std::string name;
+    std::int64_t size; ///< allocated bytes
+    std::int64_t length;
+    FileIdentity identity;
+    std::uint32_t modified; ///< as `FSNode::modified`
+};
 
 /// The largest files of a scan that are too small for a node in their folder. All its walks share it.
 class LargestFiles {
@@ -22,19 +32,18 @@ public:
     /// Files of this size or less are not among the largest any more.
     [[nodiscard]] std::int64_t floor() const { return floor_.load(std::memory_order_relaxed); }
 
-    /// Adds files, each with its folder as its parent, and drops those that are too small. `files` is left
-    /// empty.
-    void add(std::vector<std::unique_ptr<FSNode>> &files);
+    /// Adds files, and drops those that are too small. `files` is left empty.
+    void add(std::vector<LargeFile> &files);
 
-    /// Gives the files to the aggregates of their folders, when all walks have ended.
+    /// Makes nodes of the files, in the aggregates of their folders, when all walks have ended.
     void giveToAggregates();
 
 private:
     void keepLargest();
 
     std::mutex lock_;
-    std::vector<std::unique_ptr<FSNode>> files_; ///< at most twice as many as will stay
-    std::atomic<std::int64_t> floor_ = 0;        ///< bytes
+    std::vector<LargeFile> files_;        ///< at most twice as many as will stay
+    std::atomic<std::int64_t> floor_ = 0; ///< bytes
 };
 
 /// The largest small files of one walk, on their way to those of the scan.
@@ -50,7 +59,7 @@ public:
 
 private:
     LargestFiles &ofScan_;
-    std::vector<std::unique_ptr<FSNode>> files_;
+    std::vector<LargeFile> files_;
 };
 
 } // namespace brimvale

@@ -19,7 +19,7 @@ void SmallFiles::add(const FSNode &aggregate) {
     bytes_ = checkedAdd(bytes_, aggregate.size);
     length_ = checkedAdd(length_, aggregate.logicalSize);
     newest_ = std::max(newest_, aggregate.modified);
-    for (const FileTallyEntry &entry : aggregate.smallFiles.entries())
+    for (const FileTallyEntry &entry : aggregate.smallFiles().entries())
         addToPlace(entry.type, entry.age, entry.count, entry.bytes);
 }
 
@@ -43,7 +43,7 @@ std::unique_ptr<FSNode> SmallFiles::takeAggregate(FSNode &folder) {
         entries_.push_back({static_cast<FileType>(place / fileAgeCount),
                             static_cast<FileAge>(place % fileAgeCount), figures_[place].count,
                             figures_[place].bytes});
-    aggregate->smallFiles = FileTally(entries_);
+    aggregate->setSmallFiles(FileTally(entries_));
     clear();
     return aggregate;
 }

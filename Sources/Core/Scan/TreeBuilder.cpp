@@ -40,7 +40,7 @@ void addFile(FSNode &node, const FileStatus &status, std::uint32_t modified) {
 
 std::unique_ptr<FSNode> makeFile(FSNode &folder, std::string_view name, const FileStatus &status,
                                  std::uint32_t modified) {
-    auto node = std::make_unique<FSNode>(std::string(name), folder, false);
+    auto node = std::make_unique<FSNode>(name, folder, false);
     node->setIdentity(status.identity);
     addFile(*node, status, modified);
     return node;
@@ -89,6 +89,33 @@ void addLinkedFiles(ScanState &state) {
     }
 }
 
+/// Drops the children that a cancelled scan did not reach, and takes over what its files say.
+void prepare(FSNode &folder, ScanState &state) {
+    if (!state.unentered.empty() &&
+        folder.drop([&](const FSNode &child) { return state.unentered.contains(&child); }))
+        state.unfinished.insert(&folder);
+    for (const std::unique_ptr<FSNode> &child : folder.children())
+        folder.holdsUnreadable = folder.holdsUnreadable || (!child->isDirectory && child->unreadable);
+}
+
+/// Adds a folder whose own folders have been added to it.
+void addToParent(FSNode &folder, FSNode &parent, bool isParentRoot,
+                 std::unordered_set<const FSNode *> &unfinished) {
+    const bool isUnfinished = unfinished.contains(&folder);
+    if (isUnfinished) {
+        folder.drop([](const FSNode &child) { return child.isAggregate; });
+        unfinished.insert(&parent);
+    }
+    parent.hasLinkedFiles = parent.hasLinkedFiles || folder.hasLinkedFiles;
+    parent.modified = std::max(parent.modified, folder.modified);
+    parent.holdsUnreadable = parent.holdsUnreadable || folder.isAtLeast();
+    parent.size = checkedAdd(parent.size, folder.size);
+    parent.fileCount = checkedAdd(parent.fileCount, folder.fileCount);
+    parent.setDirCount(checkedAdd(parent.dirCount(), checkedAdd(folder.dirCount(), 1)));
+    if (!isUnfinished || isParentRoot)
+        parent.logicalSize = checkedAdd(parent.logicalSize, folder.logicalSize);
+}
+
 } // namespace
 
 void TreeBuilder::enter(FolderHandle folder, const std::string &path, int depth) {
@@ -120,7 +147,7 @@ bool TreeBuilder::leavesUnseen(FolderHandle folder, const std::string &folderPat
     const std::optional<SkipReason> reason = state_.skipped.unseen(joinPath(folderPath, name));
     if (!reason)
         return false;
-    children_.push_back(std::make_unique<FSNode>(std::string(name), nodeOf(folder), true));
+    children_.push_back(std::make_unique<FSNode>(name, nodeOf(folder), true));
     children_.back()->markSkipped(false, *reason);
     return true;
 }
@@ -169,7 +196,7 @@ void TreeBuilder::showProgress(const FSNode &folder, std::int64_t bytes) {
 std::optional<FolderHandle> TreeBuilder::subfolder(FolderHandle folder, const std::string &folderPath,
                                                    std::string_view name, const FileIdentity &identity,
                                                    SubfolderKind kind) {
-    children_.push_back(std::make_unique<FSNode>(std::string(name), nodeOf(folder), true));
+    children_.push_back(std::make_unique<FSNode>(name, nodeOf(folder), true));
     FSNode *child = children_.back().get();
     child->setIdentity(identity);
     if (kind == SubfolderKind::dataless)
@@ -245,37 +272,24 @@ void TreeBuilder::publish() {
 
 void rollUp(FSNode &root, ScanState &state) {
     addLinkedFiles(state);
-    std::unordered_set<const FSNode *> unfinished = state.unfinished;
-    std::vector<FSNode *> folders{&root};
-    for (std::size_t i = 0; i < folders.size(); ++i) {
-        FSNode &folder = *folders[i];
-        if (!state.unentered.empty() &&
-            folder.drop([&](const FSNode &child) { return state.unentered.contains(&child); }))
-            unfinished.insert(&folder);
-        for (const std::unique_ptr<FSNode> &child : folder.children()) {
-            if (child->isDirectory)
-                folders.push_back(child.get());
-            else if (child->unreadable)
-                folder.holdsUnreadable = true;
+    // Down to each folder, and up again when all below it is done. `row` counts the children that are done.
+    FSNode *folder = &root;
+    prepare(root, state);
+    while (true) {
+        if (folder->row < folder->children().size()) {
+            FSNode &child = *folder->children()[folder->row++];
+            if (child.isDirectory) {
+                folder = &child;
+                prepare(child, state);
+            }
+            continue;
         }
-    }
-    // Backwards, so every folder comes after its descendants.
-    for (std::size_t i = folders.size() - 1; i > 0; --i) {
-        FSNode &folder = *folders[i];
-        FSNode &parent = *folder.parent();
-        const bool isUnfinished = unfinished.contains(&folder);
-        if (isUnfinished) {
-            folder.drop([](const FSNode &child) { return child.isAggregate; });
-            unfinished.insert(&parent);
-        }
-        parent.hasLinkedFiles = parent.hasLinkedFiles || folder.hasLinkedFiles;
-        parent.modified = std::max(parent.modified, folder.modified);
-        parent.holdsUnreadable = parent.holdsUnreadable || folder.isAtLeast();
-        parent.size = checkedAdd(parent.size, folder.size);
-        parent.fileCount = checkedAdd(parent.fileCount, folder.fileCount);
-        parent.dirCount = checkedAdd(parent.dirCount, checkedAdd(folder.dirCount, 1));
-        if (!isUnfinished || &parent == &root)
-            parent.logicalSize = checkedAdd(parent.logicalSize, folder.logicalSize);
+        folder->row = 0;
+        if (folder == &root)
+            break;
+        FSNode &parent = *folder->parent();
+        addToParent(*folder, parent, &parent == &root, state.unfinished);
+        folder = &parent;
     }
     state.largest.giveToAggregates();
 }

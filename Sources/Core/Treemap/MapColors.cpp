@@ -59,7 +59,7 @@ template<class Place>
 std::size_t commonest(const FSNode &aggregate, std::size_t otherwise, Place place) {
     std::array<std::int64_t, fileTypeCount + fileAgeCount> bytes{};
     std::size_t most = otherwise;
-    for (const FileTallyEntry &entry : aggregate.smallFiles.entries()) {
+    for (const FileTallyEntry &entry : aggregate.smallFiles().entries()) {
         const auto one = static_cast<std::size_t>(place(entry));
         bytes[one] += entry.bytes;
         if (bytes[one] > bytes[most])

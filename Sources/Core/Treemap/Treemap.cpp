@@ -65,7 +65,7 @@ Treemap::Treemap(FSNode &folder, int maxTiles) : folder_(folder) {
         return;
     rest_ =
         std::make_unique<FSNode>(std::to_string(candidates.size() - shown) + " smaller items", folder, false);
-    rest_->isAggregate = true;
+    rest_->markAggregate();
     for (auto candidate = rest; candidate != candidates.end(); ++candidate)
         rest_->size = checkedAdd(rest_->size, candidate->size);
     rest_->logicalSize = logicalSize;

@@ -31,7 +31,8 @@ constexpr const char *otherEntries = "More items";
 
 std::unique_ptr<FSNode> nodeOf(const GrowingRow &row, FSNode &root) {
     auto node = std::make_unique<FSNode>(row.name.empty() ? otherEntries : row.name, root, row.isDirectory);
-    node->isAggregate = row.name.empty();
+    if (row.name.empty())
+        node->markAggregate();
     return node;
 }
 
@@ -95,7 +96,7 @@ bool GrowingView::hasRows() const {
 
 std::optional<std::string> GrowingView::selection() const {
     const std::vector<FSNode *> nodes = outline_->selectedNodes();
-    return nodes.empty() ? std::nullopt : std::optional(nodes.front()->name);
+    return nodes.empty() ? std::nullopt : std::optional(std::string(nodes.front()->name));
 }
 
 void GrowingView::follow() {

@@ -89,8 +89,8 @@ std::shared_ptr<FSNode> sample() {
         around->size += 70'000;
         around->fileCount += 1'234;
     }
-    folder.dirCount = 1;
-    root->dirCount = 3;
+    folder.setDirCount(1);
+    root->setDirCount(3);
     addFolder(folder, "empty").unreadable = true;
     addFolder(*root, "skipped").markSkipped(false);
     root->sortRecursively();
@@ -133,7 +133,7 @@ TEST(Listing, WhatWasRemovedIsInNone) {
         EXPECT_EQ(left->size, 5'000'000);
         EXPECT_EQ(left->logicalSize, 0);
         EXPECT_EQ(left->fileCount, 1);
-        EXPECT_EQ(left->dirCount, 1);
+        EXPECT_EQ(left->dirCount(), 1);
         EXPECT_EQ(left->modified, 0U);
     }
     EXPECT_THAT(listing(*tree, ListingFormat::csv), HasSubstr(",folder,5000000,0,1,1,,\r\n"));
@@ -152,7 +152,7 @@ TEST(Listing, DepthIsNoLimit) {
         Pieces pieces(text, 65'536);
         const auto result = readListing(pieces);
         ASSERT_TRUE(std::holds_alternative<ImportedTree>(result)) << std::get<ImportFault>(result).sentence;
-        EXPECT_EQ(std::get<ImportedTree>(result).root->dirCount, depth);
+        EXPECT_EQ(std::get<ImportedTree>(result).root->dirCount(), depth);
     }
     const std::string brackets(2'000'000, '[');
     EXPECT_THAT(faultIn("[1,2,{\"x\":" + brackets), HasSubstr("ends too early"));
@@ -179,7 +179,7 @@ TEST(Listing, NcdusOwnEntriesAreUnderstood) {
     EXPECT_EQ(tree->path(), "/srv");
     EXPECT_EQ(tree->size, 4096 + 4096 + 512 + 512); // one file on each device
     EXPECT_EQ(tree->fileCount, 2);
-    EXPECT_EQ(tree->dirCount, 4);
+    EXPECT_EQ(tree->dirCount(), 4);
     EXPECT_TRUE(tree->hasLinkedFiles);
     EXPECT_TRUE(testing::descendant(*tree, {"proc"})->isNotDescended);
     EXPECT_TRUE(testing::descendant(*tree, {"locked"})->unreadable);
@@ -209,7 +209,7 @@ TEST(Listing, HostileFiguresCountAsUnreadable) {
     ASSERT_TRUE(files != nullptr && folders != nullptr);
     EXPECT_EQ(files->logicalSize, mostBelievedBytes);
     EXPECT_EQ(folders->size, mostBelievedBytes);
-    EXPECT_LT(folders->dirCount, std::int64_t{1} << 49);
+    EXPECT_LT(folders->dirCount(), std::int64_t{1} << 49);
 }
 
 TEST(Listing, FaultsAreToldWithTheirPlace) {
@@ -261,7 +261,7 @@ TEST(Listing, DamageGetsASentenceOrATree) {
         ++trees;
         const FSNode &root = *std::get<ImportedTree>(result).root;
         ASSERT_TRUE(root.isImported());
-        for (const std::int64_t figure : {root.size, root.logicalSize, root.fileCount, root.dirCount})
+        for (const std::int64_t figure : {root.size, root.logicalSize, root.fileCount, root.dirCount()})
             ASSERT_GE(figure, 0);
     }
     EXPECT_GT(trees, 0);

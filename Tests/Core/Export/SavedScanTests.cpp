@@ -205,7 +205,7 @@ TEST(SavedScan, DepthIsNoLimit) {
     }
     const auto result = readSavedScan(saved(*root));
     ASSERT_TRUE(std::holds_alternative<ImportedTree>(result));
-    EXPECT_EQ(std::get<ImportedTree>(result).root->dirCount, depth);
+    EXPECT_EQ(std::get<ImportedTree>(result).root->dirCount(), depth);
 }
 
 TEST(Comparison, TellsNewGoneMovedAndChangedApart) {

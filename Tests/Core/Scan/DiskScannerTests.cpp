@@ -300,7 +300,7 @@ TEST(DiskScanner, SkippedFoldersAreNotEntered) {
     const FSNode &cloud = *testing::descendant(*tree, {"a", "Library", "CloudStorage"});
     EXPECT_TRUE(cloud.isNotDescended && cloud.isCloudProvider && cloud.size == 0);
     EXPECT_EQ(tree->fileCount, 2);
-    EXPECT_EQ(tree->dirCount, 6);
+    EXPECT_EQ(tree->dirCount(), 6);
 
     EXPECT_EQ(quickSize(folder.path(), options), tree->size);
     EXPECT_EQ(quickSize(folder.path("dev/"), options), 0);
@@ -352,7 +352,7 @@ TEST(DiskScanner, ScansDeepTreeWithFewDescriptors) {
             const auto tree = DiskScanner::scan(folder.path(), {}, stats, pool);
             EXPECT_EQ(stats.unreadable(), 0);
             EXPECT_EQ(tree->fileCount, depth + 400);
-            EXPECT_EQ(tree->dirCount, 2 * (depth + 400) + 2);
+            EXPECT_EQ(tree->dirCount(), 2 * (depth + 400) + 2);
             EXPECT_EQ(DiskScanner::quickSize(folder.path(), {}, {}, pool), tree->size);
         }
     });

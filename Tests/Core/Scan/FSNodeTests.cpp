@@ -3,7 +3,11 @@
 
 #include <chrono>
 #include <gmock/gmock.h>
+#include <memory>
+#include <string>
+#include <thread>
 #include <utility>
+#include <vector>
 
 namespace brimvale {
 
@@ -56,6 +60,104 @@ TEST(FSNode, SortsBySizeAndIsStable) {
     root.sortRecursively();
     EXPECT_THAT(namesIn(root), ::testing::ElementsAre("big", "folder", "first", "second", "small"));
     EXPECT_THAT(namesIn(folder), ::testing::ElementsAre("b", "a"));
+}
+
+TEST(FSNode, KeepsTheOrderOfManyChildren) {
+    FSNode root("r", "/r", true);
+    std::vector<std::string> names;
+    for (int i = 0; i < 400; ++i)
+        add(root, names.emplace_back(std::to_string(i)), 0);
+    for (const int place : {399, 200, 0}) {
+        const auto released = root.release(*root.children()[static_cast<std::size_t>(place)]);
+        EXPECT_EQ(released->name, std::to_string(place));
+        EXPECT_EQ(released->path(), "/r/" + std::to_string(place));
+        names.erase(names.begin() + place);
+    }
+    EXPECT_EQ(namesIn(root), names);
+    EXPECT_TRUE(root.drop([](const FSNode &child) { return child.name.size() == 3; }));
+    EXPECT_FALSE(root.drop([](const FSNode &child) { return child.name.size() == 3; }));
+    names.erase(names.begin() + 99, names.end());
+    EXPECT_EQ(namesIn(root), names);
+}
+
+namespace {
+
+constexpr int branchFolders = 600;
+
+/// A folder with many folders, each with a few small files.
+std::unique_ptr<FSNode> makeBranch(const std::string &name) {
+    auto branch = std::make_unique<FSNode>(name, "/r/" + name, true);
+    branch->setDirCount(branchFolders);
+    for (int i = 0; i < branchFolders; ++i) {
+        FSNode &folder = addFolder(*branch, name + "-" + std::to_string(i));
+        const FileTallyEntry entry{FileType::log, FileAge::year, i + 1, 4096};
+        folder.adopt(FSNode::aggregate(folder, i + 1));
+        folder.children().front()->setSmallFiles(FileTally({&entry, 1}));
+    }
+    return branch;
+}
+
+/// Whether `folder` has all that `makeBranch` has made, with that name.
+void expectBranch(const FSNode &folder, const std::string &name) {
+    ASSERT_EQ(folder.children().size(), static_cast<std::size_t>(branchFolders));
+    EXPECT_EQ(folder.dirCount(), branchFolders);
+    for (int i = 0; i < branchFolders; ++i) {
+        const FSNode &child = *folder.children()[static_cast<std::size_t>(i)];
+        const FSNode &aggregate = *child.children().front();
+        ASSERT_EQ(child.parent(), &folder);
+        ASSERT_EQ(aggregate.path(), folder.path() + "/" + name + "-" + std::to_string(i));
+        ASSERT_EQ(aggregate.name, std::to_string(i + 1) + (i == 0 ? " smaller item" : " smaller items"));
+        ASSERT_EQ(aggregate.smallFiles().entries().front().count, i + 1);
+    }
+}
+
+} // namespace
+
+// The threads of a scan make the branches of one tree. Later each may be dropped by itself, on any thread,
+// while others are shown and new ones are made.
+TEST(FSNode, BranchesOutliveTheirThreadsAndEachOther) {
+    auto root = std::make_unique<FSNode>("r", "/r", true);
+    std::vector<std::unique_ptr<FSNode>> branches(4);
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < branches.size(); ++i)
+        threads.emplace_back([&, i] { branches[i] = makeBranch(std::to_string(i)); });
+    for (std::thread &thread : threads)
+        thread.join();
+    root->adopt(branches);
+
+    std::unique_ptr<FSNode> released = root->release(*root->children()[1]);
+    std::unique_ptr<FSNode> rescanned = makeBranch("2");
+    FSNode &shown = *root->children()[1];
+    shown.swapContents(*rescanned);
+    std::thread dropping([&released, &rescanned] {
+        rescanned.reset();
+        expectBranch(*released, "1");
+        released.reset();
+    });
+    for (int i = 0; i < 3; ++i)
+        expectBranch(*makeBranch("new"), "new");
+    expectBranch(shown, "2");
+    dropping.join();
+
+    released = root->release(*root->children().back());
+    root.reset();
+    EXPECT_EQ(released->path(), "/r/3");
+    expectBranch(*released, "3");
+}
+
+TEST(FSNode, AggregateHasNoIdentity) {
+    FSNode root("r", "/r", true);
+    root.adopt(FSNode::aggregate(root, 200));
+    FSNode &aggregate = *root.children().front();
+    aggregate.setIdentity({1, 2});
+    EXPECT_FALSE(aggregate.identity());
+    const FileTallyEntry entry{FileType::other, FileAge::unknown, 200, 4096};
+    aggregate.setSmallFiles(FileTally({&entry, 1}));
+    root.setSmallFiles(FileTally({&entry, 1}));
+    aggregate.subtractSmallFile(entry.type, entry.age, 96);
+    EXPECT_EQ(aggregate.smallFiles().entries(),
+              (std::vector<FileTallyEntry>{{entry.type, entry.age, 199, 4000}}));
+    EXPECT_TRUE(root.smallFiles().entries().empty());
 }
 
 TEST(FSNode, KeepsTheNewestDateOfWhatIsLeft) {

@@ -111,14 +111,14 @@ void expectPartialSums(const FSNode &root) {
         for (const auto &child : node.children()) {
             fromChildren += child->size;
             filesFromChildren += child->fileCount;
-            folders += child->isDirectory ? child->dirCount + 1 : 0;
+            folders += child->isDirectory ? child->dirCount() + 1 : 0;
             waiting.push_back(child.get());
         }
         if (!node.isDirectory)
             continue;
         EXPECT_LE(fromChildren, node.size) << node.path();
         EXPECT_LE(filesFromChildren, node.fileCount) << node.path();
-        EXPECT_EQ(folders, node.dirCount) << node.path();
+        EXPECT_EQ(folders, node.dirCount()) << node.path();
     }
 }
 
@@ -181,7 +181,7 @@ TEST(TreeBuilder, MarksFoldersOfCloudProvidersAndOtherVolumes) {
     const FSNode &cloud = *top->children().front();
     EXPECT_TRUE(cloud.isNotDescended && cloud.isCloudProvider);
     EXPECT_EQ(top->children().back()->skipReason, SkipReason::otherVolume);
-    EXPECT_EQ(top->dirCount, 2);
+    EXPECT_EQ(top->dirCount(), 2);
 }
 
 TEST(TreeBuilder, CancelLeavesConsistentPartialTree) {

@@ -67,7 +67,7 @@ TEST(MapColors, TellWhatTheLegendSays) {
                 const bool isInLegend =
                     std::any_of(entries.begin(), entries.end(),
                                 [&](const MapColors::Entry &entry) { return entry.color == colors[i]; });
-                EXPECT_NE(isInLegend, tiles[i].isOpen()) << tiles[i].node->name;
+                EXPECT_NE(isInLegend, tiles[i].isOpen()) << tiles[i].node->name.view();
             }
         }
 }
@@ -92,7 +92,7 @@ TEST(MapColors, StandForMostOfAnAggregate) {
     const std::vector<FileTallyEntry> entries = {{FileType::log, FileAge::month, 20, 80'000'000},
                                                  {FileType::mail, FileAge::older, 5, 120'000'000},
                                                  {FileType::log, FileAge::year, 5, 100'000'000}};
-    aggregate.smallFiles = FileTally(entries);
+    aggregate.setSmallFiles(FileTally(entries));
     const std::vector<TreemapTile> tiles = tilesOf(*root);
     EXPECT_THAT(titlesOf(MapColors{By::type, moment}.legend(tiles, dark)), ElementsAre("Logs"));
     EXPECT_THAT(titlesOf(MapColors{By::age, moment}.legend(tiles, dark)), ElementsAre("More than a year"));

@@ -185,7 +185,7 @@ TEST(Mounts, ScansLeaveOutWhatProgramsServe) {
         EXPECT_TRUE(dead.isNotDescended);
         EXPECT_EQ(explanation(dead), "Skipped. A program provides its files, which may be on another "
                                      "machine. Scan this folder by itself to measure it.");
-        EXPECT_EQ(tree->dirCount, 5);
+        EXPECT_EQ(tree->dirCount(), 5);
         EXPECT_EQ(DiskScanner::quickSize(folder.path("disk"), options), 8192);
         EXPECT_EQ(DiskScanner::quickFigures(folder.path("disk"), options).entries, 4);
         SubtreeSizes::measure({{folder.path("disk"), inside}}, options, {},
@@ -336,7 +336,7 @@ TEST(Mounts, LengthsThatNoVolumeHoldsAreUnreadable) {
             EXPECT_EQ(tree->logicalSize, 5000);
             EXPECT_EQ(tree->children().size(), 3U);
             for (const auto &child : tree->children())
-                EXPECT_TRUE(child->unreadable) << child->name;
+                EXPECT_TRUE(child->unreadable) << child->path();
         }
         const auto same = DiskScanner::scan(folder.path("memory/a"), {}, *std::make_unique<ScanStats>());
         EXPECT_TRUE(same->unreadable && same->logicalSize == 0);

@@ -68,7 +68,7 @@ protected:
                     QTest::mouseDClick(&treemap, Qt::LeftButton, {}, treemap.tileArea(i).center());
                 return;
             }
-        FAIL() << of.name << " has no tile";
+        FAIL() << of.name.view() << " has no tile";
     }
 
     /// The button for a folder in the way from the root; null where it is not to be seen.

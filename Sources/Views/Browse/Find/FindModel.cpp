@@ -205,7 +205,7 @@ QString FindModel::placeOf(const FSNode &file) const {
     std::string place;
     for (const FSNode *folder = file.folder(); folder != nullptr && folder != folder_;
          folder = folder->parent())
-        place = place.empty() ? folder->name : folder->name + "/" + place;
+        place.insert(0, place.empty() ? "" : "/").insert(0, folder->name.view());
     return displayedText(place.empty() ? folder_->name : place);
 }
 

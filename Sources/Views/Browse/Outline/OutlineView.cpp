@@ -26,7 +26,7 @@ constexpr int laidOpenFoldersAtMost = 1000;
 bool startsWith(const FSNode &node, const QString &text) {
     const auto longest = static_cast<qsizetype>(node.name.size());
     const auto length = std::min(longest, 3 * text.size()); // in UTF-8 at the most
-    return QString::fromUtf8(node.name.data(), length).startsWith(text, Qt::CaseInsensitive);
+    return QString::fromUtf8(node.name.view().data(), length).startsWith(text, Qt::CaseInsensitive);
 }
 
 } // namespace

@@ -22,7 +22,7 @@ namespace brimvale {
 /// For a loop that also reads their names.
 [[gnu::always_inline]] inline void prefetchNames(std::span<FSNode *const> nodes, std::size_t index) {
     prefetchNodes(nodes, index);
-    __builtin_prefetch(nodes[std::min(index + 8, nodes.size() - 1)]->name.data());
+    __builtin_prefetch(nodes[std::min(index + 8, nodes.size() - 1)]->name.place());
 }
 
 } // namespace brimvale

@@ -24,7 +24,7 @@ TEST(OutlineModel, ShowsTheFiguresOfANode) {
     FSNode &empty = addFolder(*root, "empty");
     const FSNode &crumb = add(*root, "crumb", 12);
     folder.fileCount = 1234;
-    folder.dirCount = 5;
+    folder.setDirCount(5);
     folder.modified = FSNode::secondsOf(now() - std::chrono::days(100));
     OutlineModel model;
     model.setTree(root);

@@ -37,7 +37,7 @@ std::shared_ptr<FSNode> makeRandomTree(std::mt19937 &random, std::size_t nodes) 
 
 bool hasMatchingName(const FSNode &node, const QString &filter) {
     return node.parent() != nullptr && !node.isAggregate &&
-           QString::fromUtf8(node.name).toCaseFolded().contains(filter.toCaseFolded());
+           QString::fromStdString(node.name).toCaseFolded().contains(filter.toCaseFolded());
 }
 
 bool hasMatchWithin(const FSNode &node, const QString &filter) {

@@ -45,7 +45,7 @@ struct ShownDetails : ShownTreemap {
     }
     [[nodiscard]] std::string selectedName() const {
         const std::optional<std::size_t> index = view.selectedTile();
-        return index ? view.tiles()[*index].node->name : "";
+        return index ? std::string(view.tiles()[*index].node->name) : "";
     }
 };
 
