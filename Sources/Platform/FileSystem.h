@@ -16,8 +16,8 @@ namespace brimvale {
 [[nodiscard]] std::optional<std::int64_t> freeSpace(const std::string &path);
 
 /// Which storage holds the existing folder at `path`: equal for folders that share their free space (a file
-/// system with its subvolumes, on a Mac the volumes of one container). Links are followed. Empty if it cannot
-/// be read.
+/// system with its subvolumes, the file systems of a ZFS pool, on a Mac the volumes of one container). Links
+/// are followed. Empty if it cannot be read.
 [[nodiscard]] std::string storageOf(const std::string &path);
 
 /// Waits until `freeSpace` includes what was deleted before in the folder at `path`, where the file system

@@ -4,6 +4,7 @@
 #include "Core/Removal/RemovalResult.h"
 #include "Core/Text/Formatting.h"
 #include "Platform/FileStatus.h"
+#include "Platform/FileSystem.h"
 
 #include <algorithm>
 #include <chrono>
@@ -52,12 +53,14 @@ std::string growthRemark(std::int64_t deleted, std::int64_t gained) {
 FreeSpace::FreeSpace(const std::vector<FileURL> &items, RemovalActions &actions) : actions_(actions) {
     std::unordered_set<FileURL> folders;
     std::unordered_set<std::uint64_t> devices;
+    std::unordered_set<std::string> storages; // parts of a file system have devices of their own
     for (const FileURL &item : items) {
         FileURL folder = item.standardized().parent();
         if (!folders.insert(folder).second)
             continue;
         const std::optional<FileIdentity> identity = folderIdentity(folder.path());
-        if (!identity || !devices.insert(identity->device).second)
+        if (!identity || !devices.insert(identity->device).second ||
+            !storages.insert(storageOf(folder.path())).second)
             continue;
         if (const std::optional<std::int64_t> bytes = actions_.freeSpace(folder))
             volumes_.push_back({std::move(folder), *bytes});

@@ -13,6 +13,7 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
+#include <sys/sysmacros.h>
 #include <sys/vfs.h>
 #include <system_error>
 #include <thread>
@@ -20,6 +21,21 @@
 #include <utility>
 
 namespace brimvale {
+
+namespace {
+
+constexpr std::uint32_t zfsType = 0x2FC12FC1; // not in the kernel's header
+
+/// The pool of the ZFS file system with this device; empty where none is mounted.
+std::string poolWith(dev_t device) {
+    const std::string name = std::to_string(major(device)) + ":" + std::to_string(minor(device));
+    for (const Mount &mount : currentMounts())
+        if (mount.device == name)
+            return poolOf(mount);
+    return {};
+}
+
+} // namespace
 
 std::optional<std::int64_t> freeSpace(const std::string &path) {
     struct statvfs figures {};
@@ -36,6 +52,9 @@ std::string storageOf(const std::string &path) {
     const auto asText = [](const auto &value) {
         return std::string(reinterpret_cast<const char *>(&value), sizeof(value));
     };
+    if (static_cast<std::uint32_t>(figures.f_type) == zfsType)
+        if (const std::string pool = poolWith(record.st_dev); !pool.empty())
+            return "zfs " + pool;
     if (figures.f_type != BTRFS_SUPER_MAGIC)
         return asText(record.st_dev);
     // Every subvolume has a device of its own.

@@ -1,8 +1,10 @@
 #include "Core/Reclaim/Reclaim.h"
 
+#include "Core/Removal/FreeSpace.h"
 #include "Platform/FileSystem.h"
 #include "Support/ChildProcess.h"
 #include "Support/OwnMounts.h"
+#include "Support/RecordingActions.h"
 #include "Support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -13,6 +15,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <linux/fs.h>
+#include <optional>
 #include <random>
 #include <sys/ioctl.h>
 #include <sys/prctl.h>
@@ -217,6 +220,24 @@ TEST(Reclaim, IsWhatBtrfsFrees) {
                     leeway);
         found = reclaim({snapshot});
         EXPECT_EQ(found.freesNow, 7 * MB) << "nothing else has it now";
+    });
+}
+
+TEST(FreeSpace, AsksEachFileSystemOnce) {
+    testing::inChild([] {
+        const Volume volume(testing::mountBtrfs);
+        if (!volume.isThere() || !testing::makeSubvolume(volume.top, "other"))
+            GTEST_SKIP() << "there is no Btrfs here";
+        struct Actions final : testing::RecordingActions {
+            int questions = 0;
+            std::optional<std::int64_t> freeSpace(const FileURL &) override { return ++questions; }
+        } actions;
+        const FreeSpace space({FileURL(volume.part + "/one"), FileURL(volume.top + "/other/two"),
+                               FileURL(volume.top + "/three")},
+                              actions);
+        EXPECT_EQ(actions.questions, 1) << "parts of it grow together";
+        const FreeSpace both({FileURL(volume.part + "/one"), FileURL(volume.folder.path("four"))}, actions);
+        EXPECT_EQ(actions.questions, 3);
     });
 }
 
