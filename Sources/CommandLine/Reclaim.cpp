@@ -71,6 +71,7 @@ void writeReclaim(Output &output, const Reclaim &reclaim) {
     writeParts(json, "snapshots", "path", reclaim.snapshots);
     json.member("heldByPrograms", reclaim.inUse);
     writeParts(json, "programs", "name", reclaim.programs);
+    json.member("unaskedPrograms", reclaim.unaskedPrograms);
     json.member("files", reclaim.files);
     json.member("unreadable", reclaim.unreadable);
     json.end();
@@ -155,9 +156,10 @@ constinit const Command reclaimCommand = {
     .help =
         "\nCounts what nothing else holds, and apart from it what would stay: files with other names\n"
         "elsewhere, blocks that copies or snapshots also use (Btrfs, XFS, APFS), and files that a running\n"
-        "program has open. A range means that compressed files take less than they count, or that copies\n"
-        "among these paths may have others elsewhere. Nothing is removed. If something could not be looked\n"
-        "at, the exit status is 1.\n",
+        "program has open. A range means that compressed files take less than they count, that copies\n"
+        "among these paths may have others elsewhere, or that programs of other users or in containers\n"
+        "may have files open. Nothing is removed. If something could not be looked at, the exit status is "
+        "1.\n",
     .run = runReclaim,
 };
 

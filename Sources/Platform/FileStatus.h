@@ -33,6 +33,7 @@ struct FileStatus {
     std::int64_t length = 0;         ///< the logical length in bytes
     std::uint64_t linkCount = 1;     ///< the number of its names
     FileIdentity identity;
+    std::uint32_t owner = 0;           ///< the number of the user; on a Mac not always known, and then 0
     std::optional<Date> modified = {}; ///< to the second; nothing if it is out of range
 };
 

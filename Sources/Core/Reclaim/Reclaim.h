@@ -42,8 +42,11 @@ struct Reclaim {
     std::vector<Part> snapshots = {}; ///< each with what it was found to hold first, the largest first
     std::int64_t inUse = 0;           ///< freed when the programs that use these files let them go
     std::vector<Part> programs = {};  ///< the largest first
-    std::int64_t files = 0;           ///< seen
-    std::int64_t unreadable = 0;      ///< items that could not be looked at, or only in part
+    /// Programs of other users that could not be asked what they have open. Where there are some, files of
+    /// other users count as `mayFree`.
+    std::int64_t unaskedPrograms = 0;
+    std::int64_t files = 0;      ///< seen
+    std::int64_t unreadable = 0; ///< items that could not be looked at, or only in part
 
     [[nodiscard]] std::int64_t freesAtMost() const { return freesNow + mayFree; }
 

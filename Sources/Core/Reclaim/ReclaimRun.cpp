@@ -138,6 +138,7 @@ Reclaim ReclaimRun::result() {
             sums_.programs.push_back({program, bytes});
     sortBySize(sums_.snapshots);
     sortBySize(sums_.programs);
+    sums_.unaskedPrograms = used.unknownPrograms;
     return sums_;
 }
 

@@ -18,6 +18,21 @@ void ReclaimWalk::enter(FolderHandle, const std::string &path, int) {
     path_ = path;
     folder_ = Folder();
     isOpened_ = false;
+    isInLayer_ = isInLayer(path);
+}
+
+bool ReclaimWalk::isInLayer(std::string_view path) const {
+    if (run_.used.layers.empty())
+        return false;
+    for (; !path.empty(); path = path.substr(0, path.rfind('/')))
+        if (run_.used.layers.contains(std::string(path)))
+            return true;
+    return run_.used.layers.contains("/");
+}
+
+/// Whether something may have a file open that is not known to have it.
+bool ReclaimWalk::mayBeOpen(const FileStatus &status) const {
+    return isInLayer_ || (run_.used.unknownPrograms > 0 && status.owner != run_.used.user);
 }
 
 bool ReclaimWalk::leavesUnseen(FolderHandle, const std::string &folderPath, std::string_view name) {
@@ -68,6 +83,8 @@ FileHoldings ReclaimWalk::holdingsOf(const std::string &name, const FileStatus &
         addShared(file, name, status.identity.device);
     else if (told == BlockSharing::untold)
         file.uncertain = std::exchange(file.own, 0);
+    if (mayBeOpen(status))
+        file.uncertain = checkedAdd(file.uncertain, std::exchange(file.own, 0));
     return file;
 }
 

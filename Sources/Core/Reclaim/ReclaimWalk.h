@@ -32,6 +32,8 @@ public:
 
 private:
     void noteUnreadable();
+    [[nodiscard]] bool isInLayer(std::string_view path) const;
+    [[nodiscard]] bool mayBeOpen(const FileStatus &status) const;
     [[nodiscard]] FileHoldings holdingsOf(const std::string &name, const FileStatus &status);
     [[nodiscard]] BlockSharing sharing(std::uint64_t device);
     void addShared(FileHoldings &file, const std::string &name, std::uint64_t device);
@@ -40,6 +42,7 @@ private:
     std::string path_; ///< of the current folder
     Folder folder_;    ///< the current one, opened for the first file that needs it
     bool isOpened_ = false;
+    bool isInLayer_ = false; ///< the current folder is in one of those that programs see by another mount
     std::optional<std::uint64_t> device_; ///< whose sharing is known
     BlockSharing sharing_ = BlockSharing::never;
     std::int64_t ownBytes_ = 0;

@@ -68,6 +68,7 @@ std::optional<Mount> mountOf(const std::string &line) {
     if (!(fields >> mount.type))
         return std::nullopt;
     fields >> mount.source;
+    mount.options = line.substr(line.rfind(' ') + 1); // the last field, also where the source is empty
     mount.root = decodedField(mount.root);
     mount.point = decodedField(mount.point);
     mount.source = decodedField(mount.source);

@@ -26,6 +26,7 @@ struct Mount {
     std::string point;  ///< the mount point
     std::string type;
     std::string source;
+    std::string options = {}; ///< of the file system, as the kernel writes them: "NAME=FIELD,NAME"
 };
 
 /// The mounts that a path can reach, in the order of the table. Mounts hidden by a later one and invalid

@@ -2,6 +2,7 @@
 
 #include "Platform/FileContents.h"
 #include "Platform/Folder.h"
+#include "Platform/Linux/KernelFiles.h"
 #include "Platform/Linux/MountTable.h"
 #include "Platform/Linux/RemovalRequest.h"
 #include "Platform/MainBundle.h"
@@ -33,35 +34,6 @@ std::vector<std::string> linesOf(const std::string &path) {
         start = end + 1;
     }
     return lines;
-}
-
-/// Each line of proc/swaps begins with a path, and has "file" or "partition" after it (proc_swaps(5)).
-std::vector<std::string> swapFiles(const std::string &root) {
-    std::vector<std::string> files;
-    for (const std::string &line : linesOf(joinPath(root, "proc/swaps"))) {
-        const std::size_t end = std::min(line.find_first_of(" \t"), line.size());
-        const std::size_t type = std::min(line.find_first_not_of(" \t", end), line.size());
-        if (line.starts_with('/') && line.compare(type, 4, "file") == 0)
-            files.push_back(decodedField(std::string_view(line).substr(0, end)));
-    }
-    return files;
-}
-
-/// What loop devices show as disks.
-std::vector<std::string> diskImages(const std::string &root) {
-    const std::string devices = joinPath(root, "sys/block");
-    std::vector<std::string> images;
-    for (const std::string &name : namesIn(devices).value_or(std::vector<std::string>())) {
-        if (!name.starts_with("loop"))
-            continue;
-        std::string image =
-            contentsOfFile(joinPath(devices, name) + "/loop/backing_file", MAXPATHLEN).value_or("");
-        if (image.ends_with('\n'))
-            image.pop_back();
-        if (image.starts_with('/'))
-            images.push_back(std::move(image));
-    }
-    return images;
 }
 
 /// The files that this process runs, which lines of proc/self/maps name: "… r-xp …  /path". Those in the
@@ -109,7 +81,8 @@ UsedPlaces::UsedPlaces(const std::string &root) {
            PlaceUse::program);
     for (const std::string &where : std::set<std::string>{"/", root}) {
         addAll(swapFiles(where), PlaceUse::swap);
-        addAll(diskImages(where), PlaceUse::diskImage);
+        for (const LoopDevice &device : loopDevices(where))
+            addAll(std::vector{device.file}, PlaceUse::diskImage);
         addAll(loadedPrograms(where), PlaceUse::program);
         addAll(mountedSubvolumes(where), PlaceUse::volume);
     }

@@ -21,7 +21,7 @@ std::string programName(const std::string &process) {
 }
 
 bool isProgram(const std::string &process) {
-    return !contentsOfFile(joinPath(process, "cmdline"), longestProcessFile).value_or("").empty();
+    return contentsOfFile(joinPath(process, "cmdline"), longestProcessFile) != "";
 }
 
 } // namespace brimvale

@@ -12,7 +12,8 @@ constexpr std::size_t longestProcessFile = 65'536;
 /// the name, as its program file has it.
 [[nodiscard]] std::string programName(const std::string &process);
 
-/// Whether a process runs a program. Threads of the kernel have no command line, and no files.
+/// Whether a process runs a program. Threads of the kernel have no command line, and no files. True where the
+/// kernel hides the command line, or it is very long.
 [[nodiscard]] bool isProgram(const std::string &process);
 
 } // namespace brimvale

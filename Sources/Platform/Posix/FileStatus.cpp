@@ -40,6 +40,7 @@ FileStatus statusOf(const struct stat &record) {
     }
     status.linkCount = record.st_nlink;
     status.identity = {static_cast<std::uint32_t>(record.st_dev), record.st_ino};
+    status.owner = record.st_uid;
     status.modified = modificationTime(record);
     return status;
 }

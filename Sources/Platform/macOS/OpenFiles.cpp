@@ -2,7 +2,7 @@
 
 namespace brimvale {
 
-OpenFiles filesInUse(const StopFlag & /*cancelled*/) {
+OpenFiles filesInUse(const StopFlag & /*cancelled*/, const std::string & /*root*/) {
     return {};
 }
 
