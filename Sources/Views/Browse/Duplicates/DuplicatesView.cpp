@@ -199,6 +199,9 @@ void DuplicatesView::search() {
 
 void DuplicatesView::showState() {
     const DuplicatesState &state = *duplicates_;
+    const int scrolled = list_->verticalScrollBar()->value();
+    model_.refresh(); // first, because the progress is painted at once and rows of earlier groups with it
+    list_->verticalScrollBar()->setValue(scrolled);
     const bool isBusy = state.isSearching || state.isSharing;
     search_->setText(isBusy                                    ? u"Stop"_s
                      : state.folder && state.folder == folder_ ? u"Search Again"_s
@@ -208,9 +211,6 @@ void DuplicatesView::showState() {
     progress_->setVisible(isBusy);
     progress_->setWork(workText(state));
     progress_->setProgress(progressOf(state));
-    const int scrolled = list_->verticalScrollBar()->value();
-    model_.refresh();
-    list_->verticalScrollBar()->setValue(scrolled);
     const bool hasRows = !state.isSearching && model_.rowCount() > 0;
     rule_->setVisible(hasRows);
     summary_->setVisible(hasRows);
