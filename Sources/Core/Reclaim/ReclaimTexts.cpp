@@ -58,7 +58,7 @@ std::vector<std::string> reclaimLines(const Reclaim &reclaim, RemovalMode mode) 
     if (reclaim.inUse > 0)
         lines.push_back("Held by running programs: " + Fmt::byteFormatter(reclaim.inUse) + " (" +
                         named(reclaim.programs) + ")");
-    if (reclaim.unaskedPrograms > 0)
+    if (reclaim.unaskedPrograms > 0 && reclaim.mayFree > 0)
         lines.emplace_back("Programs of other users may have some of it open. Only an administrator can see "
                            "that.");
     if (reclaim.unreadable > 0)

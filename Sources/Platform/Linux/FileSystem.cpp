@@ -54,7 +54,7 @@ std::string storageOf(const std::string &path) {
     };
     if (static_cast<std::uint32_t>(figures.f_type) == zfsType)
         if (const std::string pool = poolWith(record.st_dev); !pool.empty())
-            return "zfs " + pool;
+            return std::string("zfs ").append(pool);
     if (figures.f_type != BTRFS_SUPER_MAGIC)
         return asText(record.st_dev);
     // Every subvolume has a device of its own.
