@@ -140,8 +140,8 @@ TEST(SavedScan, KeepsWhyFoldersWereNotEntered) {
     ASSERT_EQ(found.children().size(), root->children().size());
     for (std::size_t i = 0; i < found.children().size(); ++i) {
         const FSNode &before = *root->children()[i], &after = *found.children()[i];
-        EXPECT_EQ(after.skipReason, before.skipReason) << after.name;
-        EXPECT_EQ(after.isNotDescended, before.isNotDescended) << after.name;
+        EXPECT_EQ(after.skipReason, before.skipReason) << after.name.view();
+        EXPECT_EQ(after.isNotDescended, before.isNotDescended) << after.name.view();
     }
 }
 

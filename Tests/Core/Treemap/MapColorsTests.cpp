@@ -127,8 +127,9 @@ TEST(MapColors, WhatHasChangedStandsOut) {
     const std::shared_ptr<FSNode> root = testing::makeRoot();
     for (const char *growth : {"0", "1", "2", "3", "4"})
         add(*root, growth, 10'000'000);
-    const MapColors colors{
-        By::growth, 0, [](const FSNode &node) { return static_cast<MapGrowth>(node.name.front() - '0'); }};
+    const MapColors colors{By::growth, 0, [](const FSNode &node) {
+                               return static_cast<MapGrowth>(node.name.view().front() - '0');
+                           }};
     for (const TreemapStyle::Surface &surface : {TreemapStyle::paper, dark}) {
         const std::vector<MapColors::Entry> legend = colors.legend(tilesOf(*root), surface);
         ASSERT_EQ(legend.size(), 5U);

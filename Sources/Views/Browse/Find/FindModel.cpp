@@ -1,5 +1,6 @@
 #include "Views/Browse/Find/FindModel.h"
 
+#include "Base/FileURL.h"
 #include "Views/Browse/Outline/OutlineColumns.h"
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
@@ -205,7 +206,7 @@ QString FindModel::placeOf(const FSNode &file) const {
     std::string place;
     for (const FSNode *folder = file.folder(); folder != nullptr && folder != folder_;
          folder = folder->parent())
-        place.insert(0, place.empty() ? "" : "/").insert(0, folder->name.view());
+        place = place.empty() ? std::string(folder->name) : joinPath(folder->name.view(), place);
     return displayedText(place.empty() ? folder_->name : place);
 }
 
