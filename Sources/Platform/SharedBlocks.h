@@ -24,7 +24,8 @@ struct BlockPlace {
 struct SharedBlocks {
     std::int64_t bytes = 0;              ///< of blocks that other files or snapshots have, too
     std::vector<BlockPlace> places = {}; ///< where these are; empty where the system does not tell
-    std::int64_t packedBytes = 0;        ///< of compressed blocks that only this file has
+    std::int64_t packedBytes = 0; ///< of blocks that only this file has, but which take less than they count:
+                                  ///< they are compressed, or the file is tiny
 };
 
 /// Whether files of a file system can share blocks, and whether it tells which.
@@ -45,7 +46,8 @@ struct SnapshottedFolder {
 };
 
 /// The part of a file system that the folder at an absolute path is in, with the snapshots of the file system
-/// that the user can reach; some may be of other parts. None outside Btrfs.
-[[nodiscard]] SnapshottedFolder snapshottedFolderOf(const std::string &folder);
+/// that the user can reach; some may be of other parts. None outside Btrfs. Once `cancelled` is set, it
+/// returns soon, and some may be missing.
+[[nodiscard]] SnapshottedFolder snapshottedFolderOf(const std::string &folder, const StopFlag &cancelled);
 
 } // namespace brimvale

@@ -30,7 +30,7 @@ using Clock = std::chrono::steady_clock;
 /// What the walks of one search share.
 struct NameSearch {
     const LinkPlaces &places;
-    const GonePaths &items;
+    const SelectedNames &selected;
     std::optional<Clock::time_point> end; ///< nothing for no limit
     const SkipList skipped = SkipList(ScanOptions::standard());
     std::unordered_map<FileIdentity, Reclaim::Link *> wanted = {}; ///< not changed by the walks
@@ -66,15 +66,16 @@ public:
             return;
         const std::string path = joinPath(path_, name);
         const std::lock_guard guard(search_.lock);
-        if (!found->second->otherName.empty() || search_.items.contains(FileURL(path)))
+        if (!found->second->otherName.empty() || search_.selected.items.contains(FileURL(path)))
             return;
         found->second->otherName = path;
         --search_.missing;
     }
     std::optional<FolderHandle> subfolder(FolderHandle, const std::string &folderPath, std::string_view name,
-                                          const FileIdentity &, SubfolderKind) override {
-        const bool isEntered =
-            search_.places.areDeep && !isOver_ && !search_.skipped.contains(folderPath, name);
+                                          const FileIdentity &identity, SubfolderKind) override {
+        const bool isEntered = search_.places.areDeep && !isOver_ &&
+                               !search_.selected.folders.contains(identity) &&
+                               !search_.skipped.contains(folderPath, name);
         return isEntered ? std::optional<FolderHandle>(nullptr) : std::nullopt;
     }
     void noStatus(FolderHandle, std::string_view) override {}
@@ -106,13 +107,13 @@ LinkPlaces foldersWithLinks(const FSNode &root) {
     return places;
 }
 
-void findNames(std::vector<Reclaim::Link> &files, const LinkPlaces &places, const GonePaths &items,
+void findNames(std::vector<Reclaim::Link> &files, const LinkPlaces &places, const SelectedNames &selected,
                const StopFlag &cancelled, WalkPool &pool) {
     if (files.empty() || places.folders.empty())
         return;
     const NoMaterialization guard;
     NameSearch search{.places = places,
-                      .items = items,
+                      .selected = selected,
                       .end = places.areDeep ? std::nullopt
                                             : std::optional(Clock::now() + longestLookIntoFolders)};
     for (Reclaim::Link &file : files)
@@ -120,7 +121,8 @@ void findNames(std::vector<Reclaim::Link> &files, const LinkPlaces &places, cons
     search.missing = files.size();
     std::vector<PendingFolders> folders;
     for (const std::string &path : places.folders)
-        if (const std::optional<FileIdentity> identity = folderIdentity(path))
+        if (const std::optional<FileIdentity> identity = folderIdentity(path);
+            identity && !selected.folders.contains(*identity))
             folders.emplace_back(path, nullptr, *identity);
     pool.walk(std::move(folders), false, cancelled, [&search] { return std::make_unique<NameWalk>(search); });
 }

@@ -4,7 +4,9 @@
 #include "Core/Reclaim/Reclaim.h"
 #include "Core/Removal/GonePaths.h"
 #include "Core/Scan/WalkPool.h"
+#include "Platform/FileStatus.h"
 
+#include <unordered_set>
 #include <vector>
 
 namespace brimvale {
@@ -15,9 +17,15 @@ class FSNode;
 /// longer has; at most some thousands.
 [[nodiscard]] LinkPlaces foldersWithLinks(const FSNode &root);
 
-/// Gives each file a name that it has in these places and outside `items`, where one is found before
+/// Selected items, and the folders among them and inside them, at whatever path they are reached.
+struct SelectedNames {
+    GonePaths items;
+    const std::unordered_set<FileIdentity> &folders;
+};
+
+/// Gives each file a name that it has in these places and outside the selection, where one is found before
 /// `cancelled` is set.
-void findNames(std::vector<Reclaim::Link> &files, const LinkPlaces &places, const GonePaths &items,
+void findNames(std::vector<Reclaim::Link> &files, const LinkPlaces &places, const SelectedNames &selected,
                const StopFlag &cancelled, WalkPool &pool);
 
 } // namespace brimvale

@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 #include <utility>
 #include <variant>
 
@@ -42,6 +43,26 @@ std::vector<FileURL> placesOf(const std::vector<FileURL> &items, const StopFlag 
     return GonePaths(std::move(places)).outermost();
 }
 
+/// A selected item that is no folder.
+struct FoundFile {
+    FileURL place;
+    FileStatus status;
+};
+
+/// Counts the files that the walks have not met, which may have had another path to them.
+void lookAt(const std::vector<FoundFile> &files, ReclaimRun &run) {
+    ReclaimWalk walk(run);
+    for (const FoundFile &file : files) {
+        if (run.progress.cancelled.isSet())
+            return;
+        const std::string parent = file.place.parent().path();
+        if (!run.addItem(folderIdentity(parent).value_or(FileIdentity{}), file.place.fileName()))
+            continue;
+        walk.enter(nullptr, parent, 0);
+        walk.file(nullptr, file.place.fileName(), file.status);
+    }
+}
+
 } // namespace
 
 Reclaim reclaimOf(const std::vector<FileURL> &items, ReclaimProgress &progress, const LinkPlaces &linkPlaces,
@@ -51,29 +72,27 @@ Reclaim reclaimOf(const std::vector<FileURL> &items, ReclaimProgress &progress, 
     const std::vector<FileURL> places = placesOf(items, progress.cancelled, unreachable);
     ReclaimRun run(progress);
     std::vector<PendingFolders> folders;
-    {
-        ReclaimWalk files(run);
-        for (const FileURL &place : places) {
-            if (progress.cancelled.isSet())
-                break;
-            const std::optional<FileStatus> status = fileStatus(place.path());
-            if (!status) {
-                ++unreachable;
-            } else if (status->kind != FileKind::directory) {
-                files.enter(nullptr, place.parent().path(), 0);
-                files.file(nullptr, place.fileName(), *status);
-            } else if (!status->isDataless && !run.skipped.contains(place.path())) {
-                folders.emplace_back(place.path(), nullptr, status->identity);
-            }
-        }
+    std::vector<FoundFile> files;
+    for (const FileURL &place : places) {
+        if (progress.cancelled.isSet())
+            break;
+        const std::optional<FileStatus> status = fileStatus(place.path());
+        if (!status)
+            ++unreachable;
+        else if (status->kind != FileKind::directory)
+            files.push_back({place, *status});
+        else if (!status->isDataless && !run.skipped.contains(place.path()) &&
+                 run.addFolder(status->identity))
+            folders.emplace_back(place.path(), nullptr, status->identity);
     }
     pool.walk(std::move(folders), false, progress.cancelled,
               [&run] { return std::make_unique<ReclaimWalk>(run); });
+    lookAt(files, run);
     run.add(0, 0, unreachable);
     if (progress.cancelled.isSet())
         return {};
     Reclaim found = run.result();
-    findNames(found.links, linkPlaces, GonePaths(places), progress.cancelled, pool);
+    findNames(found.links, linkPlaces, {GonePaths(places), run.folders()}, progress.cancelled, pool);
     return progress.cancelled.isSet() ? Reclaim{} : found;
 }
 

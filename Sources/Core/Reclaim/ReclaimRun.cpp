@@ -55,6 +55,15 @@ void ReclaimRun::include(const FileHoldings &file) {
         spans.addKept(places, snapshot);
 }
 
+bool ReclaimRun::addFolder(const FileIdentity &folder) {
+    const std::lock_guard guard(foldersLock_);
+    return folders_.insert(folder).second;
+}
+
+bool ReclaimRun::addItem(const FileIdentity &parent, std::string_view name) {
+    return !folders_.contains(parent) && items_[parent].emplace(name).second;
+}
+
 bool ReclaimRun::addName(const FileStatus &status) {
     const std::lock_guard guard(lock_);
     const auto [file, isNew] = linked_.try_emplace(
@@ -69,27 +78,32 @@ void ReclaimRun::setLinked(const FileIdentity &file, FileHoldings holdings) {
 }
 
 std::size_t ReclaimRun::storage(std::uint64_t device, const std::string &folder) {
-    const std::lock_guard guard(lock_);
+    const std::lock_guard guard(devicesLock_);
     const auto [known, isNew] = storages_.try_emplace(device, 0);
     if (isNew) // subvolumes have devices of their own
         known->second = storageNames_.try_emplace(storageOf(folder), storageNames_.size()).first->second;
     return known->second;
 }
 
+/// Call it with `devicesLock_` held.
+ReclaimRun::Snapshotted ReclaimRun::snapshottedOf(const std::string &folder) {
+    SnapshottedFolder found = snapshottedFolderOf(folder, progress.cancelled);
+    Snapshotted part{.top = std::move(found.top), .snapshots = {}};
+    for (std::string &path : found.snapshots) {
+        const auto same = std::find(snapshots_.begin(), snapshots_.end(), path);
+        part.snapshots.push_back(static_cast<std::size_t>(same - snapshots_.begin()));
+        if (same == snapshots_.end())
+            snapshots_.push_back(std::move(path));
+    }
+    return part;
+}
+
 std::vector<ReclaimRun::Copy> ReclaimRun::copiesOf(std::uint64_t device, const std::string &folder) {
-    const std::lock_guard guard(lock_);
+    const std::lock_guard guard(devicesLock_);
     const auto [known, isNew] = snapshotted_.try_emplace(device);
     Snapshotted &part = known->second;
-    if (isNew) {
-        SnapshottedFolder found = snapshottedFolderOf(folder);
-        part.top = std::move(found.top);
-        for (std::string &path : found.snapshots) {
-            const auto same = std::find(snapshots_.begin(), snapshots_.end(), path);
-            part.snapshots.push_back(static_cast<std::size_t>(same - snapshots_.begin()));
-            if (same == snapshots_.end())
-                snapshots_.push_back(std::move(path));
-        }
-    }
+    if (isNew)
+        part = snapshottedOf(folder);
     std::vector<Copy> copies;
     if (part.top.empty() || !isAtOrUnder(folder, part.top))
         return copies;
@@ -119,7 +133,7 @@ void ReclaimRun::resolveLinks() {
 }
 
 Reclaim ReclaimRun::result() {
-    const std::lock_guard guard(lock_);
+    const std::scoped_lock guard(lock_, devicesLock_);
     resolveLinks();
     std::map<std::size_t, std::int64_t> kept;
     for (const auto &[storage, spans] : spans_) {

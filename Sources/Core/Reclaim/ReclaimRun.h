@@ -10,10 +10,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <mutex>
+#include <set>
 #include <string>
+#include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace brimvale {
@@ -46,6 +50,16 @@ public:
     /// Adds what is freed without any question, and what could not be looked at.
     void add(std::int64_t ownBytes, std::int64_t files, std::int64_t unreadable);
     void add(const FileHoldings &file);
+
+    /// Notes a folder that is walked; true for the first time. Mounts may show it at several paths.
+    [[nodiscard]] bool addFolder(const FileIdentity &folder);
+
+    /// Notes a file that was selected by itself, by its parent and its name there. True where it counts: for
+    /// the first time, and unless its parent was walked. Call it when the walks have ended.
+    [[nodiscard]] bool addItem(const FileIdentity &parent, std::string_view name);
+
+    /// The folders that were walked; call it when the walks have ended.
+    [[nodiscard]] const std::unordered_set<FileIdentity> &folders() const { return folders_; }
 
     /// Notes one more name of a file with several; true for the first.
     [[nodiscard]] bool addName(const FileStatus &status);
@@ -80,15 +94,22 @@ private:
 
     void include(const FileHoldings &file);
     void resolveLinks();
+    [[nodiscard]] Snapshotted snapshottedOf(const std::string &folder);
 
-    std::mutex lock_;
-    Reclaim sums_;
-    std::map<std::string, std::int64_t> programs_;
-    std::unordered_map<FileIdentity, Linked> linked_;
+    std::mutex foldersLock_;
+    std::unordered_set<FileIdentity> folders_;
+    std::unordered_map<FileIdentity, std::set<std::string, std::less<>>> items_; ///< names, by their parent
+
+    std::mutex devicesLock_;                                  ///< held while the system is asked
     std::unordered_map<std::uint64_t, std::size_t> storages_; ///< by device
     std::map<std::string, std::size_t> storageNames_;
     std::unordered_map<std::uint64_t, Snapshotted> snapshotted_; ///< by device
     std::vector<std::string> snapshots_;
+
+    std::mutex lock_; ///< protects the rest
+    Reclaim sums_;
+    std::map<std::string, std::int64_t> programs_;
+    std::unordered_map<FileIdentity, Linked> linked_;
     std::map<std::size_t, SharedSpans> spans_; ///< by storage
 };
 

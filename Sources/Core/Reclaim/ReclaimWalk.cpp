@@ -42,9 +42,11 @@ bool ReclaimWalk::leavesUnseen(FolderHandle, const std::string &folderPath, std:
 }
 
 std::optional<FolderHandle> ReclaimWalk::subfolder(FolderHandle, const std::string &folderPath,
-                                                   std::string_view name, const FileIdentity &,
-                                                   SubfolderKind) {
-    return run_.skipped.contains(folderPath, name) ? std::nullopt : std::optional<FolderHandle>(nullptr);
+                                                   std::string_view name, const FileIdentity &identity,
+                                                   SubfolderKind kind) {
+    const bool isEntered = kind == SubfolderKind::walkable && !run_.skipped.contains(folderPath, name) &&
+                           run_.addFolder(identity);
+    return isEntered ? std::optional<FolderHandle>(nullptr) : std::nullopt;
 }
 
 /// What another program has removed since its folder was read holds nothing any more.

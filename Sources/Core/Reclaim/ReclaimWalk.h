@@ -23,7 +23,7 @@ public:
                                     std::string_view name) override;
     void file(FolderHandle, std::string_view name, const FileStatus &status) override;
     std::optional<FolderHandle> subfolder(FolderHandle, const std::string &folderPath, std::string_view name,
-                                          const FileIdentity &, SubfolderKind) override;
+                                          const FileIdentity &identity, SubfolderKind kind) override;
     void noStatus(FolderHandle, std::string_view) override { noteUnreadable(); }
     void unreadable(FolderHandle) override { noteUnreadable(); }
     void leave(FolderHandle) override {}

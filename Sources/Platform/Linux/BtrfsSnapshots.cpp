@@ -95,7 +95,7 @@ std::optional<std::int64_t> exclusiveBytes(const std::string &quotas, std::uint6
 
 } // namespace
 
-std::vector<BtrfsSnapshot> btrfsSnapshotsIn(const std::string &mountPoint) {
+std::vector<BtrfsSnapshot> btrfsSnapshotsIn(const std::string &mountPoint, const StopFlag &cancelled) {
     std::vector<BtrfsSnapshot> snapshots;
     const Folder top = Folder::at(mountPoint, Folder::Links::follow);
     const std::string quotas = top.isOpen() ? quotasOf(top) : "";
@@ -105,6 +105,8 @@ std::vector<BtrfsSnapshot> btrfsSnapshotsIn(const std::string &mountPoint) {
         waiting.pop_back();
         const Folder folder = Folder::at(parent, Folder::Links::follow);
         for (const Child &child : folder.isOpen() ? childrenOf(folder) : std::vector<Child>()) {
+            if (cancelled.isSet())
+                return snapshots;
             std::string path = joinPath(parent, child.path);
             const auto info = subvolumeOf(Folder::at(path, Folder::Links::refuse));
             if (!info || info->treeid != child.subvolume) // something is mounted over it

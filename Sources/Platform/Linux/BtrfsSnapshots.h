@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Base/Date.h"
+#include "Base/StopFlag.h"
 
 #include <cstdint>
 #include <optional>
@@ -19,6 +20,8 @@ struct BtrfsSnapshot {
 
 /// The read-only snapshots inside the subvolume that is mounted at `mountPoint`, however deep. Needs no
 /// rights; snapshots in folders that the user may not enter are missing. Empty on any other file system.
-[[nodiscard]] std::vector<BtrfsSnapshot> btrfsSnapshotsIn(const std::string &mountPoint);
+/// Once `cancelled` is set, it returns soon, and some are missing.
+[[nodiscard]] std::vector<BtrfsSnapshot> btrfsSnapshotsIn(const std::string &mountPoint,
+                                                          const StopFlag &cancelled = {});
 
 } // namespace brimvale

@@ -12,6 +12,10 @@ namespace brimvale {
 /// something in a folder does.
 [[nodiscard]] bool givesCopiesNewTimes(std::uint32_t type);
 
+/// Whether each file of file systems of a type (statfs(2)) has its blocks to itself. False for types that are
+/// not known, and for those that show the files of another file system.
+[[nodiscard]] bool keepsBlocksApart(std::uint32_t type);
+
 /// The type of the file system of an open file or folder; 0 where it cannot be asked.
 [[nodiscard]] std::uint32_t fileSystemType(int descriptor);
 

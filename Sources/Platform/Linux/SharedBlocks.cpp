@@ -13,7 +13,6 @@
 #include <cstddef>
 #include <fcntl.h>
 #include <linux/fiemap.h>
-#include <linux/magic.h>
 #include <sys/stat.h>
 #include <unordered_map>
 #include <utility>
@@ -22,10 +21,15 @@ namespace brimvale {
 
 namespace {
 
+/// What a tiny file counts, though it is stored beside its name and takes less.
+constexpr std::int64_t usualBlock = 4096;
+
 /// Adds up the extents of one file.
 class BlockSums {
 public:
     void add(const fiemap_extent &extent) {
+        if ((extent.fe_flags & FIEMAP_EXTENT_DATA_INLINE) != 0)
+            blocks_.packedBytes += usualBlock;
         if (!hasPlace(extent) || extent.fe_length > mostBelievedBytes)
             return;
         const bool isPacked = (extent.fe_flags & FIEMAP_EXTENT_ENCODED) != 0;
@@ -74,12 +78,11 @@ std::string subvolumeTopOf(const std::string &path, const std::string &mountPoin
 } // namespace
 
 BlockSharing blockSharingIn(const Folder &folder) {
-    constexpr std::uint32_t zfs = 0x2FC12FC1; // not in the kernel's header
     const std::uint32_t type = fileSystemType(folder.descriptor());
     if (sharesExtents(type))
         return BlockSharing::told;
-    // Deleting what is in the lower layer of an overlay frees nothing.
-    return type == zfs || type == OVERLAYFS_SUPER_MAGIC ? BlockSharing::untold : BlockSharing::never;
+    // Deleting what is in the lower layer of an overlay frees nothing, and nobody knows what others do.
+    return keepsBlocksApart(type) ? BlockSharing::never : BlockSharing::untold;
 }
 
 std::optional<SharedBlocks> sharedBlocksOf(const Folder &folder, const char *name,
@@ -97,7 +100,7 @@ std::optional<SharedBlocks> sharedBlocksOf(const Folder &folder, const char *nam
     return isTold && !cancelled.isSet() ? std::optional(sums.take()) : std::nullopt;
 }
 
-SnapshottedFolder snapshottedFolderOf(const std::string &folder) {
+SnapshottedFolder snapshottedFolderOf(const std::string &folder, const StopFlag &cancelled) {
     const std::vector<Mount> mounts = currentMounts();
     const Mount *own = mountAt(mounts, folder);
     if (own == nullptr || own->type != "btrfs")
@@ -108,7 +111,7 @@ SnapshottedFolder snapshottedFolderOf(const std::string &folder) {
     std::vector<BtrfsSnapshot> snapshots;
     for (const Mount &mount : mounts)
         if (mount.type == "btrfs" && mount.device == own->device)
-            for (BtrfsSnapshot &one : btrfsSnapshotsIn(mount.point)) {
+            for (BtrfsSnapshot &one : btrfsSnapshotsIn(mount.point, cancelled)) {
                 const auto isKnown = [&](const BtrfsSnapshot &known) {
                     return known.subvolume == one.subvolume;
                 };

@@ -3,6 +3,7 @@
 #include "Platform/Folder.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 #include <sys/attr.h>
 #include <sys/mount.h>
@@ -24,9 +25,15 @@ struct __attribute__((packed, aligned(4))) Answer {
 
 BlockSharing blockSharingIn(const Folder &folder) {
     struct statfs figures {};
-    const bool isApfs =
-        fstatfs(folder.descriptor(), &figures) == 0 && std::string_view(figures.f_fstypename) == "apfs";
-    return isApfs ? BlockSharing::told : BlockSharing::never;
+    if (fstatfs(folder.descriptor(), &figures) != 0)
+        return BlockSharing::untold;
+    const std::string_view type = figures.f_fstypename;
+    if (type == "apfs")
+        return BlockSharing::told;
+    constexpr std::array<std::string_view, 7> plain = {"hfs", "msdos",  "exfat", "ntfs",
+                                                       "udf", "cd9660", "tmpfs"};
+    const bool isPlain = std::find(plain.begin(), plain.end(), type) != plain.end();
+    return isPlain ? BlockSharing::never : BlockSharing::untold;
 }
 
 std::optional<SharedBlocks> sharedBlocksOf(const Folder &folder, const char *name,
@@ -47,7 +54,7 @@ std::optional<SharedBlocks> sharedBlocksOf(const Folder &folder, const char *nam
     return SharedBlocks{.bytes = std::max<std::int64_t>(answer.allocated - answer.ownBytes, 0)};
 }
 
-SnapshottedFolder snapshottedFolderOf(const std::string & /*folder*/) {
+SnapshottedFolder snapshottedFolderOf(const std::string & /*folder*/, const StopFlag & /*cancelled*/) {
     return {}; // snapshots are no folders
 }
 

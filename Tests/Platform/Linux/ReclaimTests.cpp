@@ -18,6 +18,7 @@
 #include <optional>
 #include <random>
 #include <sys/ioctl.h>
+#include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
@@ -180,6 +181,32 @@ TEST(Reclaim, IsWhatExt4Frees) {
     });
 }
 
+TEST(Reclaim, CountsOnceWhatTwoMountsShow) {
+    testing::inChild([] {
+        const Volume volume(testing::mountExt4);
+        const std::string top = volume.top, other = volume.folder.makeFolder("other");
+        if (!volume.isThere() || !testing::mountAlsoAt(top, other))
+            GTEST_SKIP() << "there is no ext4 here";
+        volume.makeFiles();
+        volume.folder.writeFile("volume/part/selected/deep/file", noise(4 * MB));
+        const std::string selected = volume.part + "/selected";
+        const Reclaim once = reclaim({selected});
+        EXPECT_EQ(once.linkedElsewhere, 3 * MB);
+        const std::string again = other + "/part/selected";
+        EXPECT_EQ(reclaim({selected, again}), once);
+        EXPECT_EQ(reclaim({again + "/deep", again + "/one", again + "/linked", selected}), once)
+            << "a part of it, whose parents have other paths";
+        EXPECT_EQ(reclaim({selected + "/plain", again + "/plain"}), reclaim({selected + "/plain"}));
+        ReclaimProgress progress;
+        const LinkPlaces places{.folders = {other}, .areDeep = true};
+        const Reclaim named = reclaimOf({FileURL(selected)}, progress, places);
+        ASSERT_EQ(named.links.size(), 1U);
+        EXPECT_EQ(named.links.front().otherName, other + "/part/outside/linked") << "not the selected one";
+        EXPECT_NEAR(static_cast<double>(volume.freedByDeleting()), static_cast<double>(once.freesNow),
+                    leeway);
+    });
+}
+
 TEST(Reclaim, IsWhatXfsFrees) {
     testing::inChild([] {
         const Volume volume(testing::mountXfs);
@@ -210,7 +237,7 @@ TEST(Reclaim, IsWhatBtrfsFrees) {
         volume.makeFiles();
         volume.makeClones();
         syncFileSystem(volume.top);
-        Reclaim found = reclaim({volume.part + "/selected"});
+        const Reclaim found = reclaim({volume.part + "/selected"});
         EXPECT_EQ(found.freesNow, 7 * MB);
         EXPECT_EQ(found.mayFree, 6 * MB);
         EXPECT_EQ(found.sharedElsewhere, 4 * MB);
@@ -218,8 +245,51 @@ TEST(Reclaim, IsWhatBtrfsFrees) {
         EXPECT_THAT(found.snapshots, ElementsAre(Reclaim::Part{snapshot, 7 * MB}));
         EXPECT_NEAR(static_cast<double>(volume.freedByDeleting()), static_cast<double>(found.freesAtMost()),
                     leeway);
-        found = reclaim({snapshot});
-        EXPECT_EQ(found.freesNow, 7 * MB) << "nothing else has it now";
+    });
+}
+
+TEST(Reclaim, IsWhatBtrfsFreesOfTinyFilesAndSecondMounts) {
+    testing::inChild([] {
+        const Volume volume(testing::mountBtrfs);
+        const std::string other = volume.folder.makeFolder("other");
+        if (!volume.isThere() || !testing::mountAlsoAt(volume.part, other))
+            GTEST_SKIP() << "there is no Btrfs here";
+        volume.folder.writeFile("volume/part/selected/plain", noise(5 * MB));
+        constexpr int files = 1'000;
+        for (int i = 0; i < files; ++i)
+            volume.folder.writeFile("volume/part/selected/tiny/" + std::to_string(i), noise(100));
+        syncFileSystem(volume.top);
+        const Reclaim found = reclaim({other + "/selected/tiny", volume.part + "/selected"});
+        EXPECT_EQ(found, reclaim({volume.part + "/selected"}));
+        EXPECT_EQ(found.freesNow, 5 * MB);
+        EXPECT_EQ(found.mayFree, files * 4096);
+        const std::int64_t freed = volume.freedByDeleting();
+        EXPECT_GE(freed, found.freesNow);
+        EXPECT_LE(freed, found.freesAtMost());
+    });
+}
+
+TEST(Reclaim, PromisesNothingOfWhatAnOverlayShows) {
+    testing::inChild([] {
+        const Volume volume(testing::mountExt4);
+        const std::string shown = volume.folder.makeFolder("shown");
+        if (!volume.isThere())
+            GTEST_SKIP() << "there is no ext4 here";
+        volume.folder.writeFile("volume/part/selected/file", noise(5 * MB));
+        const std::string layers = "lowerdir=" + volume.part +
+                                   ",upperdir=" + volume.folder.makeFolder("volume/upper") +
+                                   ",workdir=" + volume.folder.makeFolder("volume/work");
+        if (mount("overlay", shown.c_str(), "overlay", 0, layers.c_str()) != 0)
+            GTEST_SKIP() << "there is no overlay here";
+        syncFileSystem(volume.top);
+        const Reclaim found = reclaim({shown + "/selected"});
+        EXPECT_EQ(found.freesNow, 0);
+        EXPECT_EQ(found.mayFree, 5 * MB);
+        const std::int64_t before = freeSpace(volume.top).value_or(0);
+        std::filesystem::remove_all(shown + "/selected");
+        syncFileSystem(volume.top);
+        EXPECT_NEAR(static_cast<double>(freeSpace(volume.top).value_or(0)), static_cast<double>(before),
+                    leeway);
     });
 }
 
