@@ -157,7 +157,8 @@ constinit const Command reclaimCommand = {
         "\nCounts what nothing else holds, and apart from it what would stay: files with other names\n"
         "elsewhere, blocks that copies or snapshots also use (Btrfs, XFS, APFS), and files that a running\n"
         "program has open. A range means that compressed and tiny files take less than they count, that\n"
-        "copies among these paths may have others elsewhere, or that programs of other users or in containers\n"
+        "copies among these paths may have others elsewhere, or that programs of other users or in "
+        "containers\n"
         "may have files open. Nothing is removed. If something could not be looked at, the exit status is "
         "1.\n",
     .run = runReclaim,

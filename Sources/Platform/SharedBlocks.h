@@ -26,6 +26,8 @@ struct SharedBlocks {
     std::vector<BlockPlace> places = {}; ///< where these are; empty where the system does not tell
     std::int64_t packedBytes = 0; ///< of blocks that only this file has, but which take less than they count:
                                   ///< they are compressed, or the file is tiny
+    /// Where the system calls blocks shared as soon as a block near them is: how many bytes away that may be.
+    std::int64_t reach = 0;
 };
 
 /// Whether files of a file system can share blocks, and whether it tells which.

@@ -50,7 +50,7 @@ void ReclaimRun::include(const FileHoldings &file) {
     if (file.places.empty())
         return;
     SharedSpans &spans = spans_[file.storage];
-    spans.add(file.places);
+    spans.add(file.places, file.reach);
     for (const auto &[snapshot, places] : file.kept)
         spans.addKept(places, snapshot);
 }

@@ -29,6 +29,7 @@ struct FileHoldings {
     std::int64_t elsewhere = 0; ///< shared, where places are not told
     std::size_t storage = 0;    ///< of the places
     std::vector<BlockPlace> places = {};
+    std::int64_t reach = 0; ///< of these, as `SharedBlocks` has it
     /// What snapshots have of the file, by their number.
     std::map<std::size_t, std::vector<BlockPlace>> kept = {};
     const std::string *program = nullptr; ///< a program that uses it; null for none

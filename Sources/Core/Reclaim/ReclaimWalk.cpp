@@ -122,6 +122,7 @@ void ReclaimWalk::addShared(FileHoldings &file, const std::string &name, std::ui
         return;
     }
     file.places = std::move(blocks->places);
+    file.reach = blocks->reach;
     file.storage = run_.storage(device, path_);
     for (const ReclaimRun::Copy &copy : run_.copiesOf(device, path_)) {
         const Folder kept = Folder::at(copy.folder, Folder::Links::refuse);

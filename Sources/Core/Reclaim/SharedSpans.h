@@ -13,8 +13,9 @@ namespace brimvale {
 /// how much of them is also elsewhere. Not thread-safe.
 class SharedSpans {
 public:
-    /// Adds the shared blocks of one file of the selection.
-    void add(const std::vector<BlockPlace> &places);
+    /// Adds the shared blocks of one file of the selection. Where the system calls blocks shared as soon as a
+    /// block near them is, `reach` tells how many bytes away that may be; otherwise it is 0.
+    void add(const std::vector<BlockPlace> &places, std::int64_t reach = 0);
 
     /// Adds blocks that a snapshot has. `snapshot` is a number of the caller.
     void addKept(const std::vector<BlockPlace> &places, std::size_t snapshot);
@@ -22,7 +23,7 @@ public:
     /// The bytes of the selection's shared blocks, each counted once and in one of these.
     struct Sums {
         std::int64_t elsewhere = 0; ///< only one file of the selection has them, so another one outside does
-        std::int64_t within = 0;    ///< several of its files have them; others may, too
+        std::int64_t within = 0;    ///< several of its files have them, or blocks near them; others may, too
         std::map<std::size_t, std::int64_t> kept = {}; ///< by snapshot
     };
     [[nodiscard]] Sums sums() const;
@@ -34,6 +35,17 @@ private:
         int files;            ///< one more or less
         int copies;           ///< in snapshots
         std::size_t snapshot; ///< where `copies` is not 0
+        int neighbours = 0;   ///< files that have blocks here, and share others near them with the selection
+    };
+    /// Blocks of one file, or what several files have.
+    struct Span {
+        std::uint64_t start;
+        std::uint64_t end;
+    };
+    /// Blocks of one file that are called shared because of others near them.
+    struct Rough {
+        Span span;
+        std::uint64_t reach;
     };
     /// Compressed blocks are shared as a whole.
     struct Packed {
@@ -44,9 +56,12 @@ private:
     };
 
     void addEdges(const BlockPlace &place, int files, int copies, std::size_t snapshot);
+    [[nodiscard]] std::vector<Span> commonSpans() const;
+    [[nodiscard]] std::vector<Edge> edgesOfNeighbours() const;
     static void count(Sums &sums, int files, const std::size_t *snapshot, std::int64_t bytes);
 
     std::vector<Edge> edges_;
+    std::vector<Rough> rough_;
     std::map<std::uint64_t, Packed> packed_;
 };
 

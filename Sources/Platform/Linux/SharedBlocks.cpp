@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <fcntl.h>
 #include <linux/fiemap.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
 #include <unordered_map>
 #include <utility>
@@ -24,9 +25,14 @@ namespace {
 /// What a tiny file counts, though it is stored beside its name and takes less.
 constexpr std::int64_t usualBlock = 4096;
 
+/// Extents of Btrfs are shared and freed as a whole.
+constexpr std::int64_t longestBtrfsExtent = 128 << 20;
+
 /// Adds up the extents of one file.
 class BlockSums {
 public:
+    explicit BlockSums(std::int64_t reach) { blocks_.reach = reach; }
+
     void add(const fiemap_extent &extent) {
         if ((extent.fe_flags & FIEMAP_EXTENT_DATA_INLINE) != 0)
             blocks_.packedBytes += usualBlock;
@@ -92,7 +98,7 @@ std::optional<SharedBlocks> sharedBlocksOf(const Folder &folder, const char *nam
     struct stat status {};
     if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
-    BlockSums sums;
+    BlockSums sums(fileSystemType(file.number()) == BTRFS_SUPER_MAGIC ? longestBtrfsExtent : 0);
     const bool isTold = forEachExtent(file.number(), [&](const fiemap_extent &extent) {
         sums.add(extent);
         return !cancelled.isSet();

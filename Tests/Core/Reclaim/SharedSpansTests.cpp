@@ -35,6 +35,16 @@ TEST(SharedSpans, CompressedBlocksAreSharedAsAWhole) {
     EXPECT_THAT(sums.kept, ElementsAre(Pair(0U, 131'072)));
 }
 
+TEST(SharedSpans, PartsOfAnExtentMayBeSharedWithTheSelectionAlone) {
+    SharedSpans spans;
+    spans.add({{1000, 500}, {4000, 100}}, 150);
+    spans.add({{1200, 10}}, 150);
+    spans.add({{1500, 100}}, 150); // beside the first, but with nothing of it
+    const SharedSpans::Sums sums = spans.sums();
+    EXPECT_EQ(sums.within, 150 + 10 + 150);
+    EXPECT_EQ(sums.elsewhere, 50 + 140 + 100 + 100);
+}
+
 TEST(SharedSpans, ACopyCoversOnlyWhatItHas) {
     EXPECT_TRUE(areCovered({{100, 50}, {400, 10}}, {{90, 40}, {130, 20}, {400, 10}}));
     EXPECT_FALSE(areCovered({{100, 50}}, {{100, 49}}));

@@ -50,10 +50,12 @@ std::string noise(std::int64_t bytes) {
     return text;
 }
 
-[[nodiscard]] bool cloneFile(const std::string &from, const std::string &to) {
+/// Clones so many bytes; all for 0.
+[[nodiscard]] bool cloneFile(const std::string &from, const std::string &to, std::uint64_t bytes = 0) {
     const int source = open(from.c_str(), O_RDONLY | O_CLOEXEC);
     const int copy = open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    const bool isCloned = source >= 0 && copy >= 0 && ioctl(copy, FICLONE, source) == 0;
+    file_clone_range range{.src_fd = source, .src_offset = 0, .src_length = bytes, .dest_offset = 0};
+    const bool isCloned = source >= 0 && copy >= 0 && ioctl(copy, FICLONERANGE, &range) == 0;
     close(source);
     close(copy);
     return isCloned;
@@ -266,6 +268,24 @@ TEST(Reclaim, IsWhatBtrfsFreesOfTinyFilesAndSecondMounts) {
         const std::int64_t freed = volume.freedByDeleting();
         EXPECT_GE(freed, found.freesNow);
         EXPECT_LE(freed, found.freesAtMost());
+    });
+}
+
+TEST(Reclaim, KnowsThatBtrfsSharesWholeExtents) {
+    testing::inChild([] {
+        const Volume volume(testing::mountBtrfs);
+        if (!volume.isThere())
+            GTEST_SKIP() << "there is no Btrfs here";
+        const std::string whole = volume.folder.writeFile("volume/part/outside/whole", noise(8 * MB));
+        std::filesystem::create_directory(volume.part + "/selected");
+        ASSERT_TRUE(cloneFile(whole, volume.part + "/selected/half", 4 * MB));
+        ASSERT_TRUE(cloneFile(whole, volume.part + "/selected/block", 4096));
+        std::filesystem::remove(whole);
+        syncFileSystem(volume.top);
+        const Reclaim found = reclaim({volume.part + "/selected"});
+        EXPECT_EQ(found.sharedElsewhere, 0) << "nothing else has any of it";
+        EXPECT_EQ(found.freesAtMost(), 4 * MB);
+        EXPECT_GE(volume.freedByDeleting(), found.freesAtMost() - leeway);
     });
 }
 
