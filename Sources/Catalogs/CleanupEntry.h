@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace brimvale {
 
@@ -39,5 +40,13 @@ struct CleanupEntry {
         return a.url == b.url && a.size == b.size && a.modified == b.modified;
     }
 };
+
+/// Their paths, in the same order.
+[[nodiscard]] inline std::vector<FileURL> urlsOf(const std::vector<CleanupEntry> &entries) {
+    std::vector<FileURL> urls;
+    for (const CleanupEntry &entry : entries)
+        urls.push_back(entry.url);
+    return urls;
+}
 
 } // namespace brimvale

@@ -196,8 +196,8 @@ ExitStatus saveAsPlan(const Arguments &arguments, std::string_view file, const D
         for (std::size_t i = 1; i < group.files.size(); ++i)
             if (group.mayGo(i, 0))
                 entries.push_back(entryToRemove(group, i, 0));
-    return savePlan(entries, arguments.has("--delete") ? RemovalMode::deleteNow : RemovalMode::trash, file,
-                    output);
+    const RemovalMode mode = arguments.has("--delete") ? RemovalMode::deleteNow : RemovalMode::trash;
+    return savePlan({entries, mode, file, arguments.has("--json")}, output);
 }
 
 /// What is wrong with how the options are combined, if anything.

@@ -2,10 +2,12 @@
 
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
+#include "CommandLine/RemovalOutput.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Text/Formatting.h"
+#include "Core/Text/JsonWriter.h"
 #include "Platform/AtomicFile.h"
 
 #include <cerrno>
@@ -27,6 +29,27 @@ std::optional<FileURL> placeTyped(std::string_view typed) {
     return std::nullopt;
 }
 
+/// False after a failure, which is reported on standard error.
+bool writePlanFile(const FileURL &place, const RemovalPlan &plan, std::string_view typed) {
+    GrowingFile file(place.path(), Existing::stays, Readers::owner);
+    writePlan(file, plan);
+    const std::optional<FileError> failure = file.finish();
+    if (failure && failure->code == EEXIST)
+        printError(terminalText(typed) + ": this file exists. A plan never replaces a file.");
+    else if (failure)
+        printPathError(typed, *failure);
+    return !failure;
+}
+
+void writeSaved(Output &output, const FileURL &place, std::int64_t count, const MadePlan &made) {
+    JsonWriter json(output);
+    json.beginObject();
+    json.path("plan", place.path());
+    json.member("items", count);
+    writeReasons(json, "leftOut", made.leftOut);
+    json.end();
+}
+
 } // namespace
 
 std::optional<MadePlan> makePlan(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
@@ -39,24 +62,21 @@ std::optional<MadePlan> makePlan(const std::vector<CleanupEntry> &entries, Remov
     return std::nullopt;
 }
 
-ExitStatus savePlan(const std::vector<CleanupEntry> &entries, RemovalMode mode, std::string_view typed,
-                    Output &output) {
-    const std::optional<FileURL> place = placeTyped(typed);
+ExitStatus savePlan(const PlanToSave &plan, Output &output) {
+    const std::optional<FileURL> place = placeTyped(plan.typed);
     if (!place)
         return ExitStatus::failed;
-    const std::optional<MadePlan> made = makePlan(entries, mode);
+    std::optional<MadePlan> made = makePlan(plan.entries, plan.mode);
     if (!made)
         return ExitStatus::interrupted;
-    GrowingFile file(place->path(), Existing::stays, Readers::owner);
-    writePlan(file, made->plan);
-    if (const std::optional<FileError> failure = file.finish()) {
-        if (failure->code == EEXIST)
-            printError(terminalText(typed) + ": this file exists. A plan never replaces a file.");
-        else
-            printPathError(typed, *failure);
+    if (!writePlanFile(*place, made->plan, plan.typed))
         return ExitStatus::failed;
-    }
+    made->leftOut.insert(made->leftOut.end(), plan.refusals.begin(), plan.refusals.end());
     const auto count = static_cast<std::int64_t>(made->plan.items.size());
+    if (plan.isJson) {
+        writeSaved(output, *place, count, *made);
+        return made->leftOut.empty() ? ExitStatus::done : ExitStatus::failed;
+    }
     output.write("Wrote a plan of " + Fmt::counted(count, "item") + ". Nothing was removed.\n");
     output.flush();
     return reportLeftOut(*made);

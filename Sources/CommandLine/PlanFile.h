@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace brimvale::commandLine {
 
@@ -18,10 +19,18 @@ inline constexpr Option savePlanOption{.name = "--save-plan",
 /// A plan of these entries. Nothing after Ctrl-C, which is reported on standard error.
 [[nodiscard]] std::optional<MadePlan> makePlan(const std::vector<CleanupEntry> &entries, RemovalMode mode);
 
-/// Makes a plan of these entries and writes it into the file that was typed, which must not exist. Reports on
-/// standard error what is left out of it, and a failure.
-[[nodiscard]] ExitStatus savePlan(const std::vector<CleanupEntry> &entries, RemovalMode mode,
-                                  std::string_view typed, Output &output);
+/// A plan that is to be saved.
+struct PlanToSave {
+    std::vector<CleanupEntry> entries;
+    RemovalMode mode;
+    std::string_view typed;                            ///< the path of the file, which must not exist
+    bool isJson = false;                               ///< what is written about it
+    std::vector<RemovalResult::Failure> refusals = {}; ///< what else was asked for, and why it is left out
+};
+
+/// Makes the plan and writes it into its file. Reports what is left out of it, in the JSON document or on
+/// standard error, and a failure.
+[[nodiscard]] ExitStatus savePlan(const PlanToSave &plan, Output &output);
 
 /// Reports on standard error what is left out of a plan.
 [[nodiscard]] ExitStatus reportLeftOut(const MadePlan &made);

@@ -5,11 +5,27 @@
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Text/JsonWriter.h"
 
+#include <optional>
 #include <string>
 
 namespace brimvale::commandLine {
 
 namespace {
+
+void writePromise(JsonWriter &json, const std::optional<FreePromise> &promise) {
+    if (!promise)
+        return json.member("promise", std::optional<std::string>());
+    json.key("promise");
+    json.beginObject();
+    json.member("freesNow", promise->atLeast);
+    json.member("freesAtMost", promise->atMost);
+    json.key("holders");
+    json.beginArray();
+    for (const std::string &line : promise->holders)
+        json.value(line);
+    json.end();
+    json.end();
+}
 
 void writeResult(Output &output, const RemovalResult &result) {
     JsonWriter json(output);
@@ -21,6 +37,7 @@ void writeResult(Output &output, const RemovalResult &result) {
     json.member("bytesDeleted", result.bytesDeleted);
     json.member("freeSpaceRemark", result.freeSpaceRemark);
     json.member("freeSpaceGrowth", result.freeSpaceGrowth);
+    writePromise(json, result.promise);
     json.paths("needsAdmin", result.needsAdmin);
     json.member("needsAppManagement", result.needsAppManagement);
     json.key("partlyRemoved");
@@ -63,7 +80,7 @@ void reportRemoval(Output &output, const RemovalResult &result, bool isJson) {
     for (const RemovalResult::Failure &remark : result.remarks)
         output.write(terminalText(RemovalReport::failureLine(remark)) + "\n");
     if (!result.freeSpaceRemark.empty())
-        output.write(result.freeSpaceRemark + "\n");
+        output.write(terminalText(result.freeSpaceRemark) + "\n");
     output.flush();
     for (const RemovalResult::Failure &failure : result.failed)
         printError(terminalText(RemovalReport::failureLine(failure)));

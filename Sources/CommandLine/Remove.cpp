@@ -1,23 +1,21 @@
 #include "CommandLine/Commands.h"
 
+#include "Base/TextSink.h"
 #include "Catalogs/Words.h"
-#include "CommandLine/CategoryWarnings.h"
+#include "CommandLine/ExpectedSpace.h"
 #include "CommandLine/Interruption.h"
-#include "CommandLine/PathOperands.h"
 #include "CommandLine/PlanFile.h"
 #include "CommandLine/Question.h"
-#include "CommandLine/RemovalOperands.h"
 #include "CommandLine/RemovalOutput.h"
+#include "CommandLine/RequestedRemoval.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "CommandLine/TextTable.h"
 #include "Core/Reclaim/Reclaim.h"
-#include "Core/Reclaim/ReclaimTexts.h"
 #include "Core/Removal/FreeSpace.h"
 #include "Core/Removal/RemovalPlan.h"
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Removal/Remover.h"
-#include "Core/Scan/DiskScanner.h"
 #include "Core/Storage/CleanupEntries.h"
 #include "Core/Text/Formatting.h"
 
@@ -27,7 +25,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -42,29 +39,12 @@ constexpr std::array removeOptions = {
            .help = "Delete for good as the administrator; the system asks for the password."},
     Option{.name = "--yes", .help = "Do not ask."},
     Option{.name = "--anyway", .help = "Also remove what a storage category protects."},
-    Option{.name = "--plan",
-           .value = Option::Value::text,
-           .valueName = "FILE",
-           .help = "Remove the items of a plan, each only if it is still the same one."},
+    planOption,
     Option{.name = "--dry-run", .help = "Only show what would be removed; with --json as a plan."},
     savePlanOption,
     hexOption,
     from0Option,
 };
-
-enum class Route { trash, deletion, administrator };
-
-/// What a command line asks to remove, and how.
-struct Request {
-    RemovalOperands operands = {};
-    Route route = Route::trash;
-    std::vector<RemovalResult::Failure> refusals = {}; ///< what else it names, and why that stays
-    std::optional<RemovalPlan> plan = {};              ///< that names them
-};
-
-RemovalMode modeOf(Route route) {
-    return route == Route::trash ? RemovalMode::trash : RemovalMode::deleteNow;
-}
 
 bool isDryRun(const Arguments &arguments) {
     return arguments.has("--dry-run") || arguments.has(savePlanOption.name);
@@ -72,83 +52,24 @@ bool isDryRun(const Arguments &arguments) {
 
 /// What is wrong with how the options are combined, if anything.
 std::optional<std::string> faultOfOptions(const Arguments &arguments, AskedOn terminal) {
-    if (arguments.has("--plan")) {
+    if (arguments.has(planOption.name)) {
         if (arguments.has(savePlanOption.name))
             return "a plan is saved only of paths";
-        if (!arguments.operands().empty() || arguments.has(from0Option.name))
+        if (!arguments.operands().empty() || arguments.has(from0Option.name) || arguments.has(hexOption.name))
             return "with \"--plan\" the paths are in the plan";
-        for (const char *option : {"--delete", "--as-admin"})
-            if (arguments.has(option))
-                return "the plan says how its items are removed, so leave out " + inQuotes(option);
+        if (arguments.has("--delete"))
+            return "the plan says how its items are removed, so leave out \"--delete\"";
     }
     if (!isDryRun(arguments) && !arguments.has("--yes") && !canAsk(terminal))
         return "without a terminal to ask on, nothing is removed unless \"--yes\" is given";
     return std::nullopt;
 }
 
-Route routeIn(const Arguments &arguments) {
-    if (arguments.has("--as-admin"))
-        return Route::administrator;
-    return arguments.has("--delete") ? Route::deletion : Route::trash;
-}
-
-/// A plan of other items, perhaps of another machine.
-void noteIfForeign(const RemovalPlan &plan, const RemovalOperands &operands) {
-    if (operands.items.empty() && !plan.items.empty())
-        printError(terminalText("nothing that this plan names can be removed here; it was made on “" +
-                                plan.host + "”"));
-}
-
-std::variant<Request, ExitStatus> requestOfPlan(std::string_view file, const StopFlag &stopped) {
-    std::optional<RemovalPlan> plan = planInFile(file);
-    if (!plan)
-        return ExitStatus::failed;
-    const Interruption interruption(stopped);
-    Request request{.route = plan->mode == RemovalMode::trash ? Route::trash : Route::deletion};
-    request.operands = RemovalOperands::from(*plan, request.refusals, stopped);
-    if (!stopped.isSet())
-        noteIfForeign(*plan, request.operands);
-    request.plan = std::move(plan);
-    return request;
-}
-
-/// The items that the command line names. Reports what is wrong with it, and returns the exit status.
-std::variant<Request, ExitStatus> requestIn(const Arguments &arguments, const StopFlag &stopped) {
-    if (const std::optional<std::string_view> file = arguments.text("--plan"))
-        return requestOfPlan(*file, stopped);
-    const auto given = givenPaths(arguments, removeCommand);
-    if (const auto *status = std::get_if<ExitStatus>(&given))
-        return *status;
-    auto operands = RemovalOperands::from(std::get<std::vector<std::string>>(given));
-    if (!operands)
-        return ExitStatus::failed;
-    return Request{.operands = *std::move(operands), .route = routeIn(arguments)};
-}
-
-/// The items with the sizes measured before `stopped` was set: how much deleting them frees, or how much goes
-/// to the Trash. Items that the guards refuse are not measured, and will not be removed.
-std::vector<CleanupEntry> measureOperands(const RemovalOperands &operands, Route route,
-                                          const StopFlag &stopped) {
-    const ScanOptions scanOptions = ScanOptions::standard();
-    const std::unordered_set<FileURL> admitted(operands.admitted.begin(), operands.admitted.end());
-    std::vector<CleanupEntry> entries = operands.items;
-    for (CleanupEntry &entry : entries) {
-        if (!admitted.contains(entry.url))
-            continue;
-        const FileURL place = entry.pin ? entry.pin->place : entry.url.standardized();
-        const auto figures = DiskScanner::quickFigures(place.path(), scanOptions, stopped);
-        entry.size = route == Route::trash ? figures.bytes : figures.freedBytes;
-    }
-    return entries;
-}
-
-/// Leaves these items out of the operands.
-void leaveOut(const std::vector<RemovalResult::Failure> &items, RemovalOperands &operands) {
-    std::unordered_set<FileURL> unwanted;
-    for (const RemovalResult::Failure &one : items)
-        unwanted.insert(one.url);
-    std::erase_if(operands.admitted, [&](const FileURL &url) { return unwanted.contains(url); });
-    std::erase_if(operands.items, [&](const CleanupEntry &item) { return unwanted.contains(item.url); });
+void writeItems(TextSink &sink, const std::vector<CleanupEntry> &entries) {
+    TextTable table({TextTable::sizeColumn("SIZE"), {"PATH"}});
+    for (const CleanupEntry &entry : entries)
+        table.add({Fmt::byteFormatter(entry.size), terminalText(entry.url.path())});
+    table.write(sink);
 }
 
 /// Says for each path that leads through a link where the item really is.
@@ -160,7 +81,22 @@ std::string realPlaces(const std::vector<CleanupEntry> &entries) {
     return text;
 }
 
-std::string question(const RemovalOperands &operands, const std::vector<CleanupEntry> &entries, Route route) {
+/// What a plan removes and what stays of it, for a user who has not seen it.
+std::string textOfPlan(const RemovalPlan &plan, const std::vector<CleanupEntry> &entries,
+                       const std::vector<RemovalResult::Failure> &refusals) {
+    TextInMemory text;
+    text.write(terminalText("A plan made on “" + plan.host + "” at " + plan.made) + "\n");
+    writeItems(text, entries);
+    if (!refusals.empty())
+        text.write("Not removed:\n");
+    for (const RemovalResult::Failure &one : refusals)
+        text.write(terminalText(RemovalReport::failureLine(one)) + "\n");
+    return std::move(text.text);
+}
+
+/// The sentence at the end.
+std::string shortQuestion(const RemovalOperands &operands, const std::vector<CleanupEntry> &entries,
+                          Route route) {
     const std::int64_t bytes = CleanupEntries::totalSize(entries);
     const auto count = static_cast<std::int64_t>(operands.admitted.size());
     const auto all = static_cast<std::int64_t>(operands.items.size());
@@ -168,59 +104,46 @@ std::string question(const RemovalOperands &operands, const std::vector<CleanupE
     if (count < all)
         items += " of " + Fmt::count(all);
     items += (all == 1 ? " item (" : " items (") + Fmt::byteFormatter(bytes) + ")";
-    const std::string places = realPlaces(entries);
     const std::string limit =
         RemovalReport::freesAtMost(entries) ? " " + Words::current().freesAtMost : std::string();
     if (route == Route::trash)
-        return places + "Move " + items + " to the Trash?" + limit;
-    return places + "Delete " + items +
+        return "Move " + items + " to the Trash?" + limit;
+    return "Delete " + items +
            (route == Route::administrator ? " immediately, as the administrator?" : " immediately?") +
            " This can't be undone." + limit;
 }
 
-RemovalResult removeBy(Route route, const std::vector<CleanupEntry> &entries, RemovalProgress &progress) {
-    std::vector<FileURL> urls;
-    for (const CleanupEntry &entry : entries)
-        urls.push_back(entry.url);
-    const FreeSpace space(urls, RemovalActions::platform());
-    const RemovalMode mode = route == Route::deletion ? RemovalMode::deleteNow : RemovalMode::trash;
-    RemovalResult result = route == Route::administrator ? Remover::removeWithAdmin(entries)
-                                                         : Remover::remove(entries, mode, &progress);
-    space.noteGrowth(result);
-    return result;
+std::string question(const RequestedRemoval &request, const std::vector<CleanupEntry> &entries,
+                     const std::optional<Reclaim> &expected) {
+    return (request.plan ? textOfPlan(*request.plan, entries, request.refusals) : realPlaces(entries)) +
+           expectedLines(expected, modeOf(request.route)) +
+           shortQuestion(request.operands, entries, request.route);
 }
 
-/// What the storage categories protect is left out, unless `removesThem`.
-void applyPolicies(Request &request, bool removesThem) {
-    std::vector<RemovalResult::Failure> warnings = categoryWarnings(request.operands.admitted);
-    if (removesThem)
-        return printWarnings(warnings);
-    const std::vector<RemovalResult::Failure> refusals = asRefusals(std::move(warnings));
-    leaveOut(refusals, request.operands);
-    request.refusals.insert(request.refusals.end(), refusals.begin(), refusals.end());
+RemovalResult removeBy(Route route, const std::vector<CleanupEntry> &entries,
+                       const std::optional<FreePromise> &promise, RemovalProgress &progress) {
+    return removeAndCompare(urlsOf(entries), RemovalActions::platform(), progress, promise, [&] {
+        return route == Route::administrator ? Remover::removeWithAdmin(entries)
+                                             : Remover::remove(entries, modeOf(route), &progress);
+    });
 }
 
 void showItems(Output &output, const RemovalPlan &plan) {
-    TextTable table({TextTable::sizeColumn("SIZE"), {"PATH"}});
-    std::vector<FileURL> items;
-    for (const PlannedItem &item : plan.items) {
-        items.push_back(item.entry.pin.place);
-        table.add({Fmt::byteFormatter(item.size), terminalText(items.back().path())});
-    }
-    table.write(output);
+    std::vector<CleanupEntry> entries;
+    for (const PlannedItem &item : plan.items)
+        entries.push_back({.url = item.entry.pin.place, .size = item.size});
+    writeItems(output, entries);
     output.write(plan.mode == RemovalMode::trash ? "These would be moved to the Trash.\n"
                                                  : "These would be deleted.\n");
     ReclaimProgress progress;
     const Interruption interruption(progress.cancelled);
-    const Reclaim reclaim = reclaimOf(items, progress);
-    if (progress.cancelled.isSet())
-        return;
-    for (const std::string &line : reclaimLines(reclaim, plan.mode))
-        output.write(terminalText(line) + "\n");
+    const Reclaim reclaim = reclaimOf(urlsOf(entries), progress);
+    if (!progress.cancelled.isSet())
+        output.write(expectedLines(reclaim, plan.mode));
 }
 
 /// A plan of these entries: of a plan that was read, what is left of it.
-std::optional<MadePlan> planOf(const Request &request, const std::vector<CleanupEntry> &entries) {
+std::optional<MadePlan> planOf(const RequestedRemoval &request, const std::vector<CleanupEntry> &entries) {
     if (!request.plan)
         return makePlan(entries, modeOf(request.route));
     std::unordered_map<FileURL, std::int64_t> left; // the sizes now
@@ -237,30 +160,32 @@ std::optional<MadePlan> planOf(const Request &request, const std::vector<Cleanup
 }
 
 /// Shows what would be removed, as the options ask, and removes nothing.
-ExitStatus show(const Request &request, const std::vector<CleanupEntry> &entries, const Arguments &arguments,
-                Output &output) {
-    ExitStatus status = ExitStatus::done;
-    if (const auto file = arguments.text(savePlanOption.name)) {
-        status = savePlan(entries, modeOf(request.route), *file, output);
-    } else {
-        const std::optional<MadePlan> made = planOf(request, entries);
-        if (!made)
-            return ExitStatus::interrupted;
-        if (arguments.has("--json"))
-            writePlan(output, made->plan);
-        else
-            showItems(output, made->plan);
-        output.flush();
-        status = reportLeftOut(*made);
-    }
-    printWarnings(request.refusals);
-    return request.refusals.empty() ? status : ExitStatus::failed;
+ExitStatus show(const RequestedRemoval &request, const std::vector<CleanupEntry> &entries,
+                const Arguments &arguments, Output &output) {
+    const bool isJson = arguments.has("--json");
+    const auto file = arguments.text(savePlanOption.name);
+    if (request.route == Route::administrator && (file || isJson))
+        printError("a plan does not say who removes its items; give \"--as-admin\" again with \"--plan\"");
+    if (file)
+        return savePlan({entries, modeOf(request.route), *file, isJson, request.refusals}, output);
+    std::optional<MadePlan> made = planOf(request, entries);
+    if (!made)
+        return ExitStatus::interrupted;
+    if (isJson)
+        writePlan(output, made->plan);
+    else
+        showItems(output, made->plan);
+    output.flush();
+    made->leftOut.insert(made->leftOut.end(), request.refusals.begin(), request.refusals.end());
+    return reportLeftOut(*made);
 }
 
-ExitStatus removeAndReport(const Request &request, const std::vector<CleanupEntry> &entries,
-                           RemovalProgress &progress, bool isJson, Output &output) {
+ExitStatus removeAndReport(const RequestedRemoval &request, const std::vector<CleanupEntry> &entries,
+                           const std::optional<Reclaim> &expected, RemovalProgress &progress, bool isJson,
+                           Output &output) {
     const Interruption interruption(progress.cancelled);
-    RemovalResult result = removeBy(request.route, entries, progress);
+    RemovalResult result =
+        removeBy(request.route, entries, promiseOf(expected, modeOf(request.route)), progress);
     result.failed.insert(result.failed.end(), request.refusals.begin(), request.refusals.end());
     reportRemoval(output, result, isJson);
     return endRemoval(output, result, progress);
@@ -274,27 +199,30 @@ ExitStatus runRemove(const Arguments &arguments, Output &output) {
     const bool isJson = arguments.has("--json");
     const bool asks = !arguments.has("--yes");
     RemovalProgress progress;
-    std::variant<Request, ExitStatus> found = requestIn(arguments, progress.cancelled);
+    std::variant<RequestedRemoval, ExitStatus> found = RequestedRemoval::from(arguments, progress.cancelled);
     if (const auto *status = std::get_if<ExitStatus>(&found))
         return *status;
     if (progress.cancelled.isSet())
         return endUnbegunRemoval(output, isJson, ExitStatus::interrupted);
-    auto &request = std::get<Request>(found);
-    applyPolicies(request, arguments.has("--anyway"));
+    auto &request = std::get<RequestedRemoval>(found);
+    request.applyPolicies(arguments.has("--anyway"));
 
     std::vector<CleanupEntry> entries;
     {
         const Interruption interruption(progress.cancelled);
-        entries = measureOperands(request.operands, request.route, progress.cancelled);
+        entries = request.measured(progress.cancelled);
     }
+    std::optional<Reclaim> expected;
+    if (!isDryRun(arguments))
+        expected = expectedOf(request.admitted(entries), modeOf(request.route), asks, progress.cancelled);
     if (progress.cancelled.isSet() && (asks || isDryRun(arguments) || request.route == Route::administrator))
         return endUnbegunRemoval(output, isJson, ExitStatus::interrupted);
     if (isDryRun(arguments))
         return show(request, entries, arguments, output);
     if (asks && !request.operands.admitted.empty() &&
-        !confirm(question(request.operands, entries, request.route), terminal))
+        !confirm(question(request, entries, expected), terminal))
         return endUnbegunRemoval(output, isJson, ExitStatus::failed);
-    return removeAndReport(request, entries, progress, isJson, output);
+    return removeAndReport(request, entries, expected, progress, isJson, output);
 }
 
 } // namespace

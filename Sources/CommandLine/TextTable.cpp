@@ -16,7 +16,7 @@ TextTable::Column TextTable::ageColumn(std::string_view title) {
     return {.title = title, .side = Column::Side::right, .minimumWidth = 14};
 }
 
-void TextTable::write(Output &output) const {
+void TextTable::write(TextSink &output) const {
     std::vector<std::string> titles;
     std::vector<std::size_t> widths;
     for (const Column &column : columns_) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CommandLine/Output.h"
+#include "Base/TextSink.h"
 
 #include <cstddef>
 #include <string>
@@ -32,7 +32,7 @@ public:
     void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
 
     /// Writes the titles and the rows.
-    void write(Output &output) const;
+    void write(TextSink &output) const;
 
 private:
     std::vector<Column> columns_;

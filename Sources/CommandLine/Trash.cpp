@@ -1,5 +1,6 @@
 #include "CommandLine/Commands.h"
 
+#include "CommandLine/ExpectedSpace.h"
 #include "CommandLine/GivenPath.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/PlanFile.h"
@@ -206,29 +207,30 @@ std::string emptyingQuestion(const std::vector<CleanupEntry> &entries) {
            Fmt::byteFormatter(CleanupEntries::totalSize(entries)) + ") immediately? This can't be undone.";
 }
 
-RemovalResult emptyTrash(const std::vector<CleanupEntry> &entries, RemovalProgress &progress) {
-    std::vector<FileURL> urls;
-    for (const CleanupEntry &entry : entries)
-        urls.push_back(entry.url);
-    const FreeSpace space(urls, RemovalActions::platform());
-    RemovalResult result = TrashRun::empty(entries, progress, RemovalActions::platform());
-    space.noteGrowth(result);
-    return result;
+RemovalResult emptyTrash(const std::vector<CleanupEntry> &entries, const std::optional<Reclaim> &expected,
+                         RemovalProgress &progress) {
+    RemovalActions &actions = RemovalActions::platform();
+    return removeAndCompare(urlsOf(entries), actions, progress, promiseOf(expected, RemovalMode::deleteNow),
+                            [&] { return TrashRun::empty(entries, progress, actions); });
 }
 
 ExitStatus emptyItems(const Arguments &arguments, const TrashItems &items, Output &output) {
     const bool isJson = arguments.has("--json");
     const std::vector<CleanupEntry> entries = entriesOf(items);
     if (const auto file = arguments.text(savePlanOption.name))
-        return savePlan(entries, RemovalMode::deleteNow, *file, output);
+        return savePlan({entries, RemovalMode::deleteNow, *file, isJson}, output);
     if (arguments.has("--dry-run"))
         return showEmptying(output, items, isJson);
-    if (!entries.empty() && !arguments.has("--yes") &&
-        !confirm(emptyingQuestion(entries), AskedOn::standardStreams))
-        return endUnbegunRemoval(output, isJson, ExitStatus::failed);
     RemovalProgress progress;
+    const bool asks = !arguments.has("--yes");
+    const auto expected = expectedOf(entries, RemovalMode::deleteNow, asks, progress.cancelled);
+    if (progress.cancelled.isSet())
+        return endUnbegunRemoval(output, isJson, ExitStatus::interrupted);
+    const std::string lines = expectedLines(expected, RemovalMode::deleteNow);
+    if (!entries.empty() && asks && !confirm(lines + emptyingQuestion(entries), AskedOn::standardStreams))
+        return endUnbegunRemoval(output, isJson, ExitStatus::failed);
     const Interruption interruption(progress.cancelled);
-    const RemovalResult result = emptyTrash(entries, progress);
+    const RemovalResult result = emptyTrash(entries, expected, progress);
     if (entries.empty() && !isJson)
         output.write("The Trash is empty.\n");
     else

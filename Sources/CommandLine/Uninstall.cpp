@@ -4,6 +4,7 @@
 #include "CommandLine/AppOperand.h"
 #include "CommandLine/CategoryWarnings.h"
 #include "CommandLine/Commands.h"
+#include "CommandLine/ExpectedSpace.h"
 #include "CommandLine/Interruption.h"
 #include "CommandLine/PlanFile.h"
 #include "CommandLine/Question.h"
@@ -153,19 +154,24 @@ void showPlan(Output &output, const Plan &plan, RemovalMode mode, bool isJson) {
     writePlan(json, plan, mode);
 }
 
-RemovalResult removeApp(const AppRow &row, RemovalMode mode, RemovalProgress &progress) {
+RemovalResult removeApp(const AppRow &row, RemovalMode mode, const std::optional<Reclaim> &expected,
+                        RemovalProgress &progress) {
     const bool isByCommand = Uninstall::isRemovedByCommand(row.app);
     const std::vector<CleanupEntry> entries = Uninstall::entries(row, row.leftovers, !isByCommand);
-    std::vector<FileURL> urls;
-    for (const CleanupEntry &entry : entries)
-        urls.push_back(entry.url);
+    std::vector<FileURL> urls = urlsOf(entries);
     if (isByCommand)
         urls.push_back(row.app.url);
-    const FreeSpace space(urls, RemovalActions::platform());
-    RemovalResult result = isByCommand ? removeByCommand({row.app, row.bundleSize, entries, mode}, progress)
-                                       : Remover::remove(entries, mode, &progress);
-    space.noteGrowth(result);
-    return result;
+    return removeAndCompare(urls, RemovalActions::platform(), progress, promiseOf(expected, mode), [&] {
+        return isByCommand ? removeByCommand({row.app, row.bundleSize, entries, mode}, progress)
+                           : Remover::remove(entries, mode, &progress);
+    });
+}
+
+/// What removing the files frees; nothing where another program removes the app.
+std::optional<Reclaim> expectedFor(const Plan &plan, RemovalMode mode, bool asks, const StopFlag &stopped) {
+    if (Uninstall::isRemovedByCommand(plan.row.app))
+        return std::nullopt;
+    return expectedOf(Uninstall::entries(plan.row, plan.row.leftovers, true), mode, asks, stopped);
 }
 
 /// Removes what is planned, after the question if `asks`.
@@ -175,17 +181,21 @@ ExitStatus carryOut(const Plan &plan, RemovalMode mode, bool asks, bool isJson, 
                    " is running. Quit it first so it does not rewrite its files.");
     if (plan.isRunning && !asks)
         return endUnbegunRemoval(output, isJson, ExitStatus::failed);
+    RemovalProgress progress;
+    const std::optional<Reclaim> expected = expectedFor(plan, mode, asks, progress.cancelled);
+    if (progress.cancelled.isSet())
+        return endUnbegunRemoval(output, isJson, ExitStatus::interrupted);
     if (asks) {
         if (!isJson)
             writePlan(output, plan);
         std::string question = isJson ? terminalText(plan.row.app.name + ": " + plan.sentence()) + "\n" : "";
+        question += expectedLines(expected, mode);
         question += mode == RemovalMode::deleteNow ? "Uninstall it? This can't be undone." : "Uninstall it?";
         if (!confirm(question, AskedOn::standardStreams))
             return endUnbegunRemoval(output, isJson, ExitStatus::failed);
     }
-    RemovalProgress progress;
     const Interruption interruption(progress.cancelled);
-    const RemovalResult result = removeApp(plan.row, mode, progress);
+    const RemovalResult result = removeApp(plan.row, mode, expected, progress);
     reportRemoval(output, result, isJson);
     return endRemoval(output, result, progress);
 }
@@ -211,7 +221,8 @@ ExitStatus runUninstall(const Arguments &arguments, Output &output) {
     printWarnings(plan.kept);
     const RemovalMode mode = arguments.has("--delete") ? RemovalMode::deleteNow : RemovalMode::trash;
     if (planFile && plan.isPossible() && !Uninstall::isRemovedByCommand(plan.row.app))
-        return savePlan(Uninstall::entries(plan.row, plan.row.leftovers, true), mode, *planFile, output);
+        return savePlan({Uninstall::entries(plan.row, plan.row.leftovers, true), mode, *planFile, isJson},
+                        output);
     if (planFile)
         printError("no plan was written: this app is removed by another program");
     if (isDryRun || !plan.isPossible()) {

@@ -1,4 +1,5 @@
 #include "CommandLine/Program.h"
+#include "CommandLine/Terminal.h"
 #include "Support/TemporaryFolder.h"
 
 #include <csignal>
@@ -127,8 +128,45 @@ TEST(PlanFile, LeavesWhatIsNotTheSameItemAnyMore) {
                          "\"" + device + "1\""));
     const Outcome foreign = run({"remove", "--plan", plan, "--yes"});
     EXPECT_EQ(foreign.status, 1);
-    EXPECT_THAT(foreign.err, HasSubstr("nothing that this plan names can be removed here; it was made on “"));
+    EXPECT_THAT(foreign.err, HasSubstr("nothing that this plan names can be removed here\n"))
+        << "it was made here";
+    const std::string host = jsonIn(printed)["host"].toString().toStdString();
+    write(plan, replaced(contentOf(plan), "\"host\": \"" + host + "\"", "\"host\": \"another\""));
+    write(plan, replaced(contentOf(plan), "\"host\":\"" + host + "\"", "\"host\":\"another\""));
+    EXPECT_THAT(run({"remove", "--plan", plan, "--yes"}).err, HasSubstr("; it was made on “another”\n"));
     EXPECT_TRUE(isThere(other));
+}
+
+TEST(PlanFile, IsShownBeforeTheQuestion) {
+    const TemporaryFolder folder;
+    const std::string same = folder.makeFile("same", 5'000), other = folder.makeFile("other", 5'000);
+    const std::string plan = folder.path("plan.json");
+    ASSERT_EQ(run({"remove", "--save-plan", plan, "--delete", same, other}).status, 0);
+    folder.makeFile("other", 6'000);
+    for (const Paths &more : {Paths{}, Paths{"--json"}}) {
+        Paths arguments = {"remove", "--plan", plan};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        const Outcome asked = runOnTerminal(arguments, "n\n");
+        EXPECT_EQ(asked.status, 1);
+        EXPECT_THAT(asked.err, HasSubstr("A plan made on “"));
+        EXPECT_THAT(asked.err, HasSubstr(same + "\nNot removed:\n" + other));
+        EXPECT_THAT(asked.err, HasSubstr("Deleting frees now: "));
+        EXPECT_THAT(asked.err, HasSubstr("\nDelete 1 item ("));
+    }
+    EXPECT_TRUE(isThere(same));
+}
+
+TEST(PlanFile, IsSavedWithAReportForScripts) {
+    const TemporaryFolder folder;
+    const std::string file = folder.makeFile("file", 5'000), plan = folder.path("plan.json");
+    const Outcome saved = run({"remove", "--json", "--as-admin", "--save-plan", plan, file, "/usr"});
+    EXPECT_EQ(saved.status, 1);
+    EXPECT_THAT(saved.err, HasSubstr("give \"--as-admin\" again with \"--plan\""));
+    const QJsonDocument report = jsonIn(saved);
+    EXPECT_EQ(report["plan"].toString().toStdString(), plan);
+    EXPECT_EQ(report["items"].toInteger(), 1);
+    EXPECT_EQ(pathsIn(report["leftOut"]), Paths{"/usr"});
+    EXPECT_EQ(run({"remove", "--plan", plan, "--as-admin", "--dry-run"}).status, 0);
 }
 
 TEST(PlanFile, AllowsNothingThatRemoveRefuses) {
@@ -147,12 +185,16 @@ TEST(PlanFile, AllowsNothingThatRemoveRefuses) {
     EXPECT_EQ(damaged.status, 1);
     EXPECT_THAT(damaged.err, HasSubstr("The plan is damaged."));
     EXPECT_THAT(run({"remove", "--plan", file, "--yes"}).err, HasSubstr("This file is no removal plan."));
-    for (const Paths &extra : {Paths{file}, Paths{"--delete"}, Paths{"--as-admin"}, Paths{"--from0", "-"},
+    for (const Paths &extra : {Paths{file}, Paths{"--delete"}, Paths{"--hex"}, Paths{"--from0", "-"},
                                Paths{"--save-plan", folder.path("other-plan")}}) {
         Paths arguments = {"remove", "--yes", "--plan", plan};
         arguments.insert(arguments.end(), extra.begin(), extra.end());
         EXPECT_EQ(run(arguments).status, 2) << extra.front();
     }
+    write(plan, run({"remove", "--dry-run", "--json", file}).out);
+    const Outcome ofTrash = run({"remove", "--yes", "--plan", plan, "--as-admin"});
+    EXPECT_EQ(ofTrash.status, 2);
+    EXPECT_THAT(ofTrash.err, HasSubstr("this plan moves its items to the Trash"));
     EXPECT_TRUE(isThere(file));
     const Outcome refused = run({"remove", "--dry-run", "--delete", file, "/usr"});
     EXPECT_EQ(refused.status, 1);

@@ -32,24 +32,6 @@ Paths inventory(const std::string &folder) {
     return paths;
 }
 
-/// Runs the program on a terminal and answers its question, if one is expected.
-Outcome runOnTerminal(const std::vector<std::string> &arguments, std::string_view answer,
-                      std::string_view typedAhead = "") {
-    Terminal terminal;
-    terminal.type(typedAhead);
-    std::thread user([&] {
-        if (!answer.empty())
-            terminal.answer(" [y/N] ", answer);
-    });
-    Outcome outcome = runProgram(arguments, [&] {
-        dup2(terminal.device(), STDIN_FILENO);
-        dup2(terminal.device(), STDERR_FILENO);
-    });
-    user.join();
-    outcome.err = terminal.written();
-    return outcome;
-}
-
 /// Without a terminal, whoever runs the tests.
 void closeInput() {
     dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);

@@ -96,4 +96,21 @@ void Terminal::read() {
     } while (count > 0);
 }
 
+Outcome runOnTerminal(const std::vector<std::string> &arguments, std::string_view answer,
+                      std::string_view typedAhead) {
+    Terminal terminal;
+    terminal.type(typedAhead);
+    std::thread user([&] {
+        if (!answer.empty())
+            terminal.answer(" [y/N] ", answer);
+    });
+    Outcome outcome = runProgram(arguments, [&] {
+        dup2(terminal.device(), STDIN_FILENO);
+        dup2(terminal.device(), STDERR_FILENO);
+    });
+    user.join();
+    outcome.err = terminal.written();
+    return outcome;
+}
+
 } // namespace brimvale::testing

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "CommandLine/Program.h"
+
 #include <array>
 #include <condition_variable>
 #include <mutex>
 #include <string>
 #include <string_view>
 #include <thread>
+#include <vector>
 
 namespace brimvale::testing {
 
@@ -45,5 +48,9 @@ private:
     bool hasEnded_ = false; ///< nothing more will come
     std::thread reader_;
 };
+
+/// Runs brimvalectl on a terminal and answers its question, if an answer is given.
+[[nodiscard]] Outcome runOnTerminal(const std::vector<std::string> &arguments, std::string_view answer,
+                                    std::string_view typedAhead = "");
 
 } // namespace brimvale::testing

@@ -116,7 +116,7 @@ void Apps::show(const AppFigures &figures, double progress) {
 }
 
 void Apps::uninstall(const InstalledApp &app, const std::vector<LeftoverItem> &leftovers, bool includeBundle,
-                     RemovalMode mode) {
+                     RemovalMode mode, const std::optional<FreePromise> &promise) {
     const std::vector<AppRow> &rows = state().apps;
     const auto row =
         std::find_if(rows.begin(), rows.end(), [&](const AppRow &one) { return one.app.url == app.url; });
@@ -127,7 +127,7 @@ void Apps::uninstall(const InstalledApp &app, const std::vector<LeftoverItem> &l
     confirmed.app = app;
     if (includeBundle && Uninstall::isRemovedByCommand(app))
         return removeByCommand(confirmed, leftovers, mode);
-    removals_.removeCleanupEntries(Uninstall::entries(confirmed, leftovers, includeBundle), mode);
+    removals_.removeCleanupEntries(Uninstall::entries(confirmed, leftovers, includeBundle), mode, promise);
 }
 
 void Apps::removeByCommand(const AppRow &row, const std::vector<LeftoverItem> &leftovers, RemovalMode mode) {

@@ -6,7 +6,9 @@
 #include "Core/Model/RowMeasuring.h"
 #include "Core/Removal/GonePaths.h"
 #include "Core/Removal/RemovalMode.h"
+#include "Core/Removal/RemovalResult.h"
 
+#include <optional>
 #include <vector>
 
 namespace brimvale {
@@ -46,7 +48,7 @@ public:
     /// Removes an application's leftovers and, if requested, the application itself. Lists the applications
     /// again after one that its package manager has removed. Does nothing if the application is not listed.
     void uninstall(const InstalledApp &app, const std::vector<LeftoverItem> &leftovers, bool includeBundle,
-                   RemovalMode mode);
+                   RemovalMode mode, const std::optional<FreePromise> &promise = {});
 
     /// Drops the rows of removed applications, and removed leftovers, including those still being analysed,
     /// and measures again what contains removed items. Announces only a change.

@@ -91,11 +91,12 @@ void OrphanSearch::show(Orphans found) {
         search();
 }
 
-void OrphanSearch::remove(const std::vector<LeftoverItem> &items, RemovalMode mode) {
+void OrphanSearch::remove(const std::vector<LeftoverItem> &items, RemovalMode mode,
+                          const std::optional<FreePromise> &promise) {
     std::vector<CleanupEntry> entries;
     for (const LeftoverItem &item : items)
         entries.push_back(Uninstall::entryOf(item));
-    removals_.removeCleanupEntries(entries, mode);
+    removals_.removeCleanupEntries(entries, mode, promise);
 }
 
 void OrphanSearch::drop(const GonePaths &gone) {

@@ -6,7 +6,9 @@
 #include "Core/Model/RowMeasuring.h"
 #include "Core/Removal/GonePaths.h"
 #include "Core/Removal/RemovalMode.h"
+#include "Core/Removal/RemovalResult.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,8 +47,9 @@ public:
     /// Stops the search soon, and keeps what it has found.
     void stop();
 
-    /// Removes some of the orphans.
-    void remove(const std::vector<LeftoverItem> &items, RemovalMode mode);
+    /// Removes some of the orphans, like `Removals`.
+    void remove(const std::vector<LeftoverItem> &items, RemovalMode mode,
+                const std::optional<FreePromise> &promise = {});
 
     /// Drops removed orphans, including those still being searched, and measures again what contains removed
     /// items. Announces only a change.

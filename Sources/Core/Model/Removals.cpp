@@ -18,13 +18,6 @@ namespace {
 
 constexpr std::chrono::milliseconds removalInterval{200};
 
-std::vector<FileURL> urlsOf(const std::vector<CleanupEntry> &entries) {
-    std::vector<FileURL> urls;
-    for (const CleanupEntry &entry : entries)
-        urls.push_back(entry.url);
-    return urls;
-}
-
 GonePaths trashFolders() {
     const FileURL home = homeFolder();
     return GonePaths({home.appending(".Trash"), home.appending(".local/share/Trash")});
@@ -45,17 +38,20 @@ Removals::~Removals() {
     removal_->progress->cancelled.set();
 }
 
-void Removals::removeNodes(const std::vector<FSNode *> &nodes, RemovalMode mode) {
+void Removals::removeNodes(const std::vector<FSNode *> &nodes, RemovalMode mode,
+                           const std::optional<FreePromise> &promise) {
     if (!isRemoving())
-        remove(entriesOf(removableNodes(nodes)), mode, VolumesAreRead::beforeGone);
+        remove(entriesOf(removableNodes(nodes)), mode, VolumesAreRead::beforeGone, promise);
 }
 
-void Removals::removeCleanupEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
-    remove(entries, mode, VolumesAreRead::beforeGone);
+void Removals::removeCleanupEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode,
+                                    const std::optional<FreePromise> &promise) {
+    remove(entries, mode, VolumesAreRead::beforeGone, promise);
 }
 
-void Removals::removeCategoryEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode) {
-    remove(entries, mode, VolumesAreRead::afterGone);
+void Removals::removeCategoryEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode,
+                                     const std::optional<FreePromise> &promise) {
+    remove(entries, mode, VolumesAreRead::afterGone, promise);
 }
 
 void Removals::removeCategoryEntries(const std::vector<FileURL> &items,
@@ -66,11 +62,14 @@ void Removals::removeCategoryEntries(const std::vector<FileURL> &items,
           });
 }
 
-void Removals::remove(const std::vector<CleanupEntry> &entries, RemovalMode mode, VolumesAreRead when) {
-    begin(RemovalActivity::removing, when, urlsOf(entries),
-          [entries, mode, &actions = actions_](RemovalProgress &progress) {
-              return Remover::remove(entries, mode, &progress, actions);
-          });
+void Removals::remove(const std::vector<CleanupEntry> &entries, RemovalMode mode, VolumesAreRead when,
+                      const std::optional<FreePromise> &promise) {
+    begin(
+        RemovalActivity::removing, when, urlsOf(entries),
+        [entries, mode, &actions = actions_](RemovalProgress &progress) {
+            return Remover::remove(entries, mode, &progress, actions);
+        },
+        promise);
 }
 
 void Removals::escalate(const std::vector<FileURL> &urls, const RemovalResult &of) {
@@ -97,7 +96,8 @@ void Removals::stopRemoval() {
 
 /// Runs `work`, which removes the items, in the background, unless another removal is running.
 void Removals::begin(RemovalActivity activity, VolumesAreRead when, std::vector<FileURL> items,
-                     std::function<RemovalResult(RemovalProgress &)> work) {
+                     std::function<RemovalResult(RemovalProgress &)> work,
+                     const std::optional<FreePromise> &promise) {
     if (isRemoving())
         return;
     removal_ = {.progress = std::make_shared<RemovalProgress>(), .volumesAreRead = when};
@@ -110,13 +110,10 @@ void Removals::begin(RemovalActivity activity, VolumesAreRead when, std::vector<
     timer_.start(removalInterval);
     workers_.run(
         this,
-        [work = std::move(work), items = std::move(items), progress = removal_->progress,
+        [work = std::move(work), items = std::move(items), progress = removal_->progress, promise,
          &actions = actions_] {
-            const FreeSpace space(items, actions);
-            RemovalResult result = work(*progress);
-            if (!progress->abandoned.isSet())
-                space.noteGrowth(result);
-            return outcomeOf(std::move(result));
+            return outcomeOf(
+                removeAndCompare(items, actions, *progress, promise, [&] { return work(*progress); }));
         },
         [this](const Outcome &outcome) { conclude(outcome); });
 }

@@ -44,7 +44,8 @@ struct RemovalState {
 };
 
 /// Starts every removal of the program, one at a time, and announces to all parts what is gone. A removal
-/// requested while another one is running is not started.
+/// requested while another one is running is not started. Where the user was told what deleting the items
+/// frees, the result is compared with that promise.
 class Removals : public Part<RemovalState> {
     Q_OBJECT
 
@@ -58,14 +59,17 @@ public:
 
     /// Removes nodes of the scanned tree, except aggregates. Descendants of other given nodes go with those.
     /// The volumes are read before `gone`.
-    void removeNodes(const std::vector<FSNode *> &nodes, RemovalMode mode);
+    void removeNodes(const std::vector<FSNode *> &nodes, RemovalMode mode,
+                     const std::optional<FreePromise> &promise = {});
 
     /// Removes entries of cleanup targets, or an application and its leftovers. The volumes are read before
     /// `gone`.
-    void removeCleanupEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode);
+    void removeCleanupEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode,
+                              const std::optional<FreePromise> &promise = {});
 
     /// Removes rows of storage categories. The volumes are read after `gone`.
-    void removeCategoryEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode);
+    void removeCategoryEntries(const std::vector<CleanupEntry> &entries, RemovalMode mode,
+                               const std::optional<FreePromise> &promise = {});
 
     /// The same, with a removal of its own: `work` removes the items in the background.
     void removeCategoryEntries(const std::vector<FileURL> &items,
@@ -111,9 +115,11 @@ private:
         bool isDone = false; ///< its result has been published
     };
 
-    void remove(const std::vector<CleanupEntry> &entries, RemovalMode mode, VolumesAreRead when);
+    void remove(const std::vector<CleanupEntry> &entries, RemovalMode mode, VolumesAreRead when,
+                const std::optional<FreePromise> &promise);
     void begin(RemovalActivity activity, VolumesAreRead when, std::vector<FileURL> items,
-               std::function<RemovalResult(RemovalProgress &)> work);
+               std::function<RemovalResult(RemovalProgress &)> work,
+               const std::optional<FreePromise> &promise = {});
     /// A result with the paths that it changes, found in the background.
     struct Outcome {
         RemovalResult result;

@@ -66,4 +66,11 @@ std::vector<std::string> reclaimLines(const Reclaim &reclaim, RemovalMode mode) 
     return lines;
 }
 
+FreePromise promiseOf(const Reclaim &reclaim) {
+    const std::vector<std::string> lines = reclaimLines(reclaim, RemovalMode::deleteNow);
+    return {.atLeast = reclaim.freesNow,
+            .atMost = reclaim.freesAtMost(),
+            .holders = {lines.begin() + 1, lines.end()}};
+}
+
 } // namespace brimvale

@@ -2,6 +2,7 @@
 
 #include "Core/Reclaim/Reclaim.h"
 #include "Core/Removal/RemovalMode.h"
+#include "Core/Removal/RemovalResult.h"
 
 #include <string>
 #include <string_view>
@@ -16,5 +17,8 @@ namespace brimvale {
 
 /// The beginning of the first line, without a colon.
 [[nodiscard]] std::string_view whenFreed(RemovalMode mode);
+
+/// What a deletion of the items is compared with afterwards.
+[[nodiscard]] FreePromise promiseOf(const Reclaim &reclaim);
 
 } // namespace brimvale

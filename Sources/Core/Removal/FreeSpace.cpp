@@ -5,6 +5,7 @@
 #include "Core/Text/Formatting.h"
 #include "Platform/FileStatus.h"
 #include "Platform/FileSystem.h"
+#include "Platform/RemovalProgress.h"
 
 #include <algorithm>
 #include <chrono>
@@ -16,9 +17,6 @@
 namespace brimvale {
 
 namespace {
-
-/// Other programs change the free space by less than this in a short time.
-constexpr std::int64_t smallestDifference = 50'000'000;
 
 constexpr int mostLooks = 5;
 constexpr std::chrono::milliseconds timeBetweenLooks{100};
@@ -32,7 +30,7 @@ FileURL remaining(FileURL folder) {
 
 /// Differences below a quarter may come from other programs, too.
 bool isMuch(std::int64_t difference, std::int64_t deleted) {
-    return difference > std::max(smallestDifference, deleted / 4);
+    return difference > std::max(FreeSpace::leastCompared, deleted / 4);
 }
 
 std::string growthRemark(std::int64_t deleted, std::int64_t gained) {
@@ -46,6 +44,32 @@ std::string growthRemark(std::int64_t deleted, std::int64_t gained) {
                Fmt::byteFormatter(deleted) +
                " were deleted: other programs or the system have freed space at the same time.";
     return "The free space has grown by " + Fmt::byteFormatter(gained) + ".";
+}
+
+std::string holdersOf(const FreePromise &promise) {
+    std::string text;
+    for (const std::string &line : promise.holders)
+        text.append(" ").append(line).append(line.ends_with('.') ? "" : ".");
+    return text;
+}
+
+/// The same for items of which it was known what they free.
+std::string promiseRemark(const FreePromise &promise, std::int64_t deleted, std::int64_t gained) {
+    const std::string grown = Fmt::byteFormatter(std::max<std::int64_t>(gained, 0));
+    if (isMuch(promise.atLeast - gained, promise.atLeast))
+        return Fmt::byteFormatter(promise.atLeast) +
+               " should have become free, but the free space has grown by only " + grown +
+               ": something that could not be seen may still use the rest, or other programs have written at "
+               "the same time." +
+               holdersOf(promise);
+    if (!isMuch(deleted - gained, deleted))
+        return growthRemark(deleted, gained);
+    if (isMuch(gained - promise.atMost, promise.atMost))
+        return "The free space has grown by " + grown + ", although only " +
+               Fmt::byteFormatter(promise.atMost) +
+               " were expected: other programs or the system have freed space at the same time." +
+               holdersOf(promise);
+    return "The free space has grown by " + grown + ", as expected." + holdersOf(promise);
 }
 
 } // namespace
@@ -74,16 +98,18 @@ void FreeSpace::noteGrowth(RemovalResult &result) const {
     bool isFinal = true; // each volume is waited for
     for (const Volume &volume : volumes_)
         isFinal = actions_.awaitFreeSpace(remaining(volume.folder)) && isFinal;
-    if (!isFinal || deleted < smallestDifference)
+    if (!isFinal || deleted < leastCompared)
         return;
+    const std::int64_t expected = result.promise ? result.promise->atLeast : deleted;
     std::optional<std::int64_t> gain = gained();
-    for (int i = 0; i < mostLooks && gain && isMuch(deleted - *gain, deleted); ++i) {
+    for (int i = 0; i < mostLooks && gain && isMuch(expected - *gain, expected); ++i) {
         std::this_thread::sleep_for(timeBetweenLooks); // XFS frees space a moment after it was asked
         gain = gained();
     }
     result.freeSpaceGrowth = gain;
     if (gain)
-        result.freeSpaceRemark = growthRemark(deleted, *gain);
+        result.freeSpaceRemark =
+            result.promise ? promiseRemark(*result.promise, deleted, *gain) : growthRemark(deleted, *gain);
 }
 
 /// How much the free space of all volumes has grown; nothing where it is not known.
@@ -98,6 +124,19 @@ std::optional<std::int64_t> FreeSpace::gained() const {
         sum += *after - volume.freeBefore;
     }
     return sum;
+}
+
+RemovalResult removeAndCompare(const std::vector<FileURL> &items, RemovalActions &actions,
+                               const RemovalProgress &progress, const std::optional<FreePromise> &promise,
+                               const std::function<RemovalResult()> &work) {
+    const FreeSpace space(items, actions);
+    RemovalResult result = work();
+    if (progress.abandoned.isSet())
+        return result;
+    if (result.bytesMovedToTrash == 0 && result.failed.empty() && result.needsAdmin.empty())
+        result.promise = promise;
+    space.noteGrowth(result);
+    return result;
 }
 
 } // namespace brimvale

@@ -7,12 +7,6 @@ namespace brimvale {
 
 namespace {
 
-class PlanText final : public TextSink {
-public:
-    void write(std::string_view more) override { text += more; }
-    std::string text;
-};
-
 // As texts: some programs read only numbers up to 2^53.
 void writeNumber(JsonWriter &json, const char *name, std::uint64_t value) {
     json.member(name, std::to_string(value));
@@ -107,7 +101,7 @@ void writePlan(JsonWriter &json, const RemovalPlan &plan) {
 }
 
 std::optional<FileError> savePlan(const std::string &path, const RemovalPlan &plan) {
-    PlanText sink;
+    TextInMemory sink;
     writePlan(sink, plan);
     return writeFileAtomically(path, sink.text);
 }

@@ -35,6 +35,15 @@ struct MovedToTrash {
     friend bool operator==(const MovedToTrash &, const MovedToTrash &) = default;
 };
 
+/// What deleting some items should free, found out before.
+struct FreePromise {
+    std::int64_t atLeast = 0;              ///< bytes that nothing else holds
+    std::int64_t atMost = 0;               ///< with bytes that something unseen may hold
+    std::vector<std::string> holders = {}; ///< what holds the rest, a line each, for display
+
+    friend bool operator==(const FreePromise &, const FreePromise &) = default;
+};
+
 /// The outcome of one removal: every item is in exactly one of the lists `succeeded`, `failed` and
 /// `needsAdmin`. The lists after these say more about the items.
 struct RemovalResult {
@@ -53,10 +62,11 @@ struct RemovalResult {
     /// The bytes that are now in the Trash, and those that were deleted. Only the latter free space.
     std::int64_t bytesMovedToTrash = 0;
     std::int64_t bytesDeleted = 0;
-    /// How much the free space of the volume grew, as a sentence; with the likely reason if that is much less
-    /// or more than `bytesDeleted`. Empty where that was not measured.
+    /// How much the free space of the volume grew, as a sentence; with the known or likely reason if that is
+    /// much less or more than `bytesDeleted`. Empty where that was not measured.
     std::string freeSpaceRemark = {};
     std::optional<std::int64_t> freeSpaceGrowth = {}; ///< the same in bytes, below 0 if it has shrunk
+    std::optional<FreePromise> promise = {}; ///< for the deleted items, if it is known and all are gone
 
     /// What was deleted of items that are not removed. `bytesFreed` includes it, unless the administrator's
     /// command deleted it.
@@ -87,7 +97,7 @@ struct RemovalResult {
             return std::tie(one.succeeded, one.failed, one.bytesFreed, one.needsAdmin, one.isOfBackup,
                             one.partlyRemoved, one.goneAnyway, one.adminRemarks, one.needsAppManagement,
                             one.remarks, one.changed, one.bytesMovedToTrash, one.bytesDeleted,
-                            one.freeSpaceRemark, one.freeSpaceGrowth);
+                            one.freeSpaceRemark, one.freeSpaceGrowth, one.promise);
         };
         return fields(a) == fields(b);
     }

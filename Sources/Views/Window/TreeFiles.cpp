@@ -34,12 +34,6 @@ namespace brimvale {
 
 namespace {
 
-class InMemory final : public TextSink {
-public:
-    void write(std::string_view more) override { text += more; }
-    std::string text;
-};
-
 /// Twice as many dots as on the screen, for printing.
 std::string pngOf(QWidget &map) {
     constexpr int scale = 2;
@@ -121,7 +115,7 @@ void TreeFiles::exportList(ListingFormat format) {
         u"Files under 1 MiB are grouped into one row per folder. “brimvalectl scan --export” "
         "lists every file."_s;
     save(u"Export the Scan"_s, suffix, remark, [this, format] {
-        InMemory sink;
+        TextInMemory sink;
         if (scan_->tree != nullptr)
             writeListing(sink, *scan_->tree, origin(), format);
         return std::move(sink.text);
@@ -132,7 +126,7 @@ void TreeFiles::exportList(ListingFormat format) {
 void TreeFiles::saveScan() {
     const QString remark = u"Import opens it again. Compare With shows what has changed since then."_s;
     save(u"Save the Scan"_s, u"scan"_s, remark, [this] {
-        InMemory sink;
+        TextInMemory sink;
         if (scan_->tree != nullptr)
             writeSavedScan(sink, *scan_->tree, origin());
         return std::move(sink.text);

@@ -309,6 +309,39 @@ TEST(FreeSpace, TellsWhatDoesNotFit) {
     EXPECT_THAT(remark(800'000'000, 2'000'000'000), ::testing::HasSubstr("other programs"));
 }
 
+TEST(FreeSpace, ComparesWithWhatWasPromised) {
+    struct Volume final : RecordingActions {
+        std::int64_t bytes = 9'000'000'000;
+        std::optional<std::int64_t> freeSpace(const FileURL &) override { return bytes; }
+    } actions;
+    const TemporaryFolder folder;
+    const std::vector<FileURL> items = {FileURL(folder.path("item"))};
+    const FreePromise held{
+        .atLeast = 0, .atMost = 100'000'000, .holders = {"Held by snapshots: 700 MB (/s)"}};
+    const auto removed = [&](std::int64_t gained, const FreePromise &promise, RemovalResult result) {
+        result.bytesDeleted = 800'000'000;
+        return removeAndCompare(items, actions, RemovalProgress(), promise, [&] {
+            actions.bytes += gained;
+            return result;
+        });
+    };
+    const RemovalResult expected = removed(0, held, {});
+    EXPECT_EQ(expected.freeSpaceRemark,
+              "The free space has grown by 0 bytes, as expected. Held by snapshots: 700 MB (/s).");
+    EXPECT_EQ(expected.promise, held);
+    EXPECT_THAT(removed(500'000'000, held, {}).freeSpaceRemark,
+                ::testing::HasSubstr("although only 100 MB were expected: other programs"));
+    const FreePromise all{.atLeast = 800'000'000, .atMost = 800'000'000};
+    EXPECT_EQ(removed(790'000'000, all, {}).freeSpaceRemark, "The free space has grown by 790 MB.");
+    EXPECT_THAT(
+        removed(0, all, {}).freeSpaceRemark,
+        ::testing::HasSubstr("800 MB should have become free, but the free space has grown by only 0"));
+    // What was promised for all items says nothing about some of them.
+    const RemovalResult some = removed(0, held, {.failed = {{items.front(), "It is busy."}}});
+    EXPECT_EQ(some.promise, std::nullopt);
+    EXPECT_THAT(some.freeSpaceRemark, ::testing::HasSubstr("800 MB were deleted, but"));
+}
+
 TEST(Remover, CancelStopsBetweenItems) {
     const TemporaryFolder folder;
     Urls urls;
