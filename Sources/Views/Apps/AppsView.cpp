@@ -366,10 +366,11 @@ void AppsView::confirmOrphans(RemovalMode mode) {
     for (const LeftoverItem &item : items)
         request.items.push_back(Uninstall::entryOf(item));
     auto *sheet = new RemovalSheet(request, this);
-    connect(sheet, &RemovalSheet::confirmed, this, [this, items](RemovalMode chosenMode) {
-        orphans_.remove(items, chosenMode);
-        bar_->resetMode();
-    });
+    connect(sheet, &RemovalSheet::confirmed, this,
+            [this, items](RemovalMode chosenMode, const std::optional<FreePromise> &promise) {
+                orphans_.remove(items, chosenMode, promise);
+                bar_->resetMode();
+            });
     sheet->open();
 }
 
@@ -386,8 +387,9 @@ void AppsView::confirmUninstall(const AppRow &row, RemovalMode mode) {
         request.items.push_back(Uninstall::entryOf(item));
     auto *sheet = new RemovalSheet(request, this);
     connect(sheet, &RemovalSheet::confirmed, this,
-            [this, app = row.app, leftovers, includeBundle](RemovalMode chosenMode) {
-                apps_.uninstall(app, leftovers, includeBundle, chosenMode);
+            [this, app = row.app, leftovers, includeBundle](RemovalMode chosenMode,
+                                                            const std::optional<FreePromise> &promise) {
+                apps_.uninstall(app, leftovers, includeBundle, chosenMode, promise);
                 bar_->resetMode();
             });
     sheet->open();

@@ -161,7 +161,7 @@ void BrowseView::confirmRemoval() {
         isRemovalAsked_ = true;
         details_->showNotice(u"Checking the selection…"_s); // a very large one takes a moment
     } else if (!check_->objection()) {
-        removal_->ask(toRemove_);
+        removal_->ask(toRemove_, details_->recentReclaim());
     }
 }
 

@@ -202,6 +202,10 @@ void DetailPanel::showReclaim(std::vector<FileURL> items, LinkPlaces linkPlaces)
     reclaim_->ask(std::move(items), restBefore, std::move(linkPlaces));
 }
 
+std::optional<Reclaim> DetailPanel::recentReclaim() const {
+    return reclaim_->recentAnswer();
+}
+
 void DetailPanel::showRemoval(std::int64_t count, std::int64_t bytes, bool isRemoving) {
     remove_->setText(removalTitle(count, bytes));
     canRemove_ = count > 0 && !isRemoving;

@@ -48,6 +48,9 @@ public:
     /// their files have in `linkPlaces`.
     void showReclaim(std::vector<FileURL> items, LinkPlaces linkPlaces);
 
+    /// What deleting these items frees, if that was found out just now.
+    [[nodiscard]] std::optional<Reclaim> recentReclaim() const;
+
     /// Shows the outcome of an action below the buttons; empty for none.
     void showNotice(const QString &notice);
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "Core/Reclaim/Reclaim.h"
+
 #include <QObject>
+#include <optional>
 #include <vector>
 
 class QWidget;
@@ -21,7 +24,8 @@ public:
 
     /// Asks about removable nodes, and removes them if the user agrees. Does nothing without nodes, or during
     /// a removal. The question closes if the tree is replaced or loses nodes.
-    void ask(const std::vector<FSNode *> &nodes);
+    /// `reclaim` is what deleting them frees, where that is known.
+    void ask(const std::vector<FSNode *> &nodes, const std::optional<Reclaim> &reclaim);
 
 signals:
     /// The user has agreed; all nodes still exist.

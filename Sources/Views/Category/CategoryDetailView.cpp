@@ -237,10 +237,11 @@ void CategoryDetailView::confirmRemoval(RemovalMode mode) {
             return std::string(removalWarning(risk, chosen));
         }};
     auto *sheet = new RemovalSheet(request, this);
-    connect(sheet, &RemovalSheet::confirmed, this, [this, items = request.items](RemovalMode chosen) {
-        removals_.removeCategoryEntries(items, chosen);
-        bar_->resetMode();
-    });
+    connect(sheet, &RemovalSheet::confirmed, this,
+            [this, items = request.items](RemovalMode chosen, const std::optional<FreePromise> &promise) {
+                removals_.removeCategoryEntries(items, chosen, promise);
+                bar_->resetMode();
+            });
     sheet->open();
 }
 

@@ -245,10 +245,11 @@ void CleanupView::ask(const std::vector<CleanupEntry> &entries, RemovalMode mode
     const RemovalRequest request{
         .items = entries, .mode = mode, .areInTrash = inTrash == entries.size(), .remark = remark};
     auto *sheet = new RemovalSheet(request, this);
-    connect(sheet, &RemovalSheet::confirmed, this, [this, items = request.items](RemovalMode chosen) {
-        removals_.removeCleanupEntries(items, chosen);
-        bar_->resetMode();
-    });
+    connect(sheet, &RemovalSheet::confirmed, this,
+            [this, items = request.items](RemovalMode chosen, const std::optional<FreePromise> &promise) {
+                removals_.removeCleanupEntries(items, chosen, promise);
+                bar_->resetMode();
+            });
     sheet->open();
 }
 

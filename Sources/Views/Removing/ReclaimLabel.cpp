@@ -6,6 +6,8 @@
 #include "Views/Components/NodeName.h"
 #include "Views/Components/Text.h"
 
+#include <QAccessible>
+#include <QCoreApplication>
 #include <QThreadPool>
 #include <utility>
 
@@ -16,13 +18,26 @@ namespace brimvale {
 namespace {
 
 constexpr std::chrono::milliseconds timeBetweenTicks{250};
-constexpr int longestName = 220; // in points
+constexpr std::chrono::minutes longestUse{1}; // programs open files, and snapshots are made
+constexpr int longestName = 220;              // in points
+constexpr int mostQuestions = 4;
 
 QString linesOf(const Reclaim &reclaim, RemovalMode mode) {
     QStringList lines;
     for (const std::string &line : reclaimLines(reclaim, mode))
         lines.append(displayedText(line));
     return lines.join(u'\n');
+}
+
+/// Threads of their own: a question to a disk that does not answer must not keep other work waiting.
+QThreadPool &questions() {
+    static QThreadPool *const pool = [] {
+        auto *made = new QThreadPool;
+        made->setMaxThreadCount(mostQuestions);
+        qAddPostRoutine([] { questions().waitForDone(); });
+        return made;
+    }();
+    return *pool;
 }
 
 } // namespace
@@ -66,7 +81,7 @@ void ReclaimLabel::begin() {
     progress_ = std::make_shared<ReclaimProgress>();
     ticks_.start(timeBetweenTicks);
     inBackground(
-        *QThreadPool::globalInstance(), this,
+        questions(), this,
         [items = std::exchange(items_, {}), linkPlaces = std::exchange(linkPlaces_, {}),
          progress = progress_] { return reclaimOf(items, *progress, linkPlaces); },
         [this](const Reclaim &reclaim) {
@@ -79,8 +94,26 @@ void ReclaimLabel::begin() {
             }
             ticks_.stop();
             answer_ = reclaim;
+            isRecent_.setRemainingTime(longestUse);
             showAnswer();
+            announce();
         });
+}
+
+void ReclaimLabel::setAnswer(const Reclaim &answer) {
+    ask({});
+    answer_ = answer;
+    showAnswer();
+}
+
+std::optional<Reclaim> ReclaimLabel::recentAnswer() const {
+    return isRecent_.hasExpired() ? std::nullopt : answer_;
+}
+
+/// Tells screen readers the answer, but not the figures on the way to it.
+void ReclaimLabel::announce() {
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void ReclaimLabel::setMode(RemovalMode mode) {

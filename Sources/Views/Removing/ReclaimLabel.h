@@ -5,6 +5,7 @@
 #include "Core/Removal/RemovalMode.h"
 #include "Views/Components/TextLabel.h"
 
+#include <QDeadlineTimer>
 #include <QTimer>
 #include <chrono>
 #include <memory>
@@ -28,6 +29,15 @@ public:
     void ask(std::vector<FileURL> items, std::chrono::milliseconds delay = std::chrono::milliseconds(0),
              LinkPlaces linkPlaces = {});
 
+    /// Shows an answer that is known already.
+    void setAnswer(const Reclaim &answer);
+
+    /// The answer to the latest question; nothing until it is known.
+    [[nodiscard]] const std::optional<Reclaim> &answer() const { return answer_; }
+
+    /// The same if it is less than a minute old, for another label.
+    [[nodiscard]] std::optional<Reclaim> recentAnswer() const;
+
     /// How the items would be removed; at first, deleted.
     void setMode(RemovalMode mode);
 
@@ -39,12 +49,14 @@ private:
     void begin();
     void cancel();
     void showAnswer();
+    void announce();
     [[nodiscard]] Reclaim withShortNames(Reclaim reclaim) const;
     void showProgress();
     void showLines(const QString &lines);
 
     RemovalMode mode_ = RemovalMode::deleteNow;
     std::optional<Reclaim> answer_; ///< to the latest question
+    QDeadlineTimer isRecent_;       ///< until then
     std::vector<FileURL> items_;    ///< of the question that waits; empty for none
     LinkPlaces linkPlaces_;         ///< of that question
     QTimer wait_;

@@ -2,6 +2,7 @@
 
 #include "Base/Background.h"
 #include "Catalogs/Words.h"
+#include "Core/Reclaim/ReclaimTexts.h"
 #include "Core/Removal/RemovalPlan.h"
 #include "Core/Removal/RemovalReport.h"
 #include "Core/Storage/CleanupEntries.h"
@@ -17,10 +18,12 @@
 #include "Views/Removing/ReclaimLabel.h"
 #include "Views/Removing/RemovalModePicker.h"
 
+#include <QAccessible>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QThreadPool>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -32,6 +35,7 @@ namespace {
 
 constexpr int sheetWidth = 480;
 constexpr std::size_t mostItemsShown = 6;
+constexpr std::size_t mostReasonsShown = 3;
 
 QString question(const std::vector<CleanupEntry> &items) {
     const QString bytes = sizeText(CleanupEntries::totalSize(items));
@@ -40,11 +44,17 @@ QString question(const std::vector<CleanupEntry> &items) {
     return u"Remove %1 items, %2?"_s.arg(text(Fmt::count(static_cast<std::int64_t>(items.size()))), bytes);
 }
 
-std::vector<FileURL> places(const std::vector<CleanupEntry> &items) {
-    std::vector<FileURL> urls;
-    for (const CleanupEntry &item : items)
-        urls.push_back(item.url);
-    return urls;
+/// What is not in a plan and why, in lines, the first `most` of them.
+QString leftOutText(const std::vector<RemovalResult::Failure> &leftOut, std::size_t most) {
+    if (leftOut.empty())
+        return {};
+    QStringList lines = {u"\nLeft out:"_s};
+    for (std::size_t i = 0; i < std::min(leftOut.size(), most); ++i)
+        lines.append(displayedText(RemovalReport::failureLine(leftOut[i])));
+    if (leftOut.size() > most)
+        lines.append(
+            u"and %1 more"_s.arg(text(Fmt::count(static_cast<std::int64_t>(leftOut.size() - most)))));
+    return lines.join(u'\n');
 }
 
 std::string remarkOn(const RemovalRequest &request, RemovalMode mode) {
@@ -73,24 +83,29 @@ RemovalSheet::RemovalSheet(RemovalRequest request, QWidget *parent)
 
     remove_->setObjectName(QStringLiteral("confirm"));
     connect(remove_, &QPushButton::clicked, this, [this] {
-        emit confirmed(picker_->mode());
+        std::optional<FreePromise> promise;
+        if (picker_->mode() == RemovalMode::deleteNow && reclaim_->answer())
+            promise = promiseOf(*reclaim_->answer());
+        emit confirmed(picker_->mode(), promise);
         accept();
     });
 
     QVBoxLayout *layout = makeLayout();
     layout->addWidget(makeHeading("question", question(request_.items)));
     layout->addWidget(makeItemList());
-    layout->addWidget(reclaim_);
     layout->addLayout(makeModeRow());
     layout->addWidget(remark_);
+    layout->addWidget(reclaim_); // after the remark, which it puts right
     layout->addWidget(planNote_);
     layout->addStretch(1);
     addButtons(*layout, {remove_, makeCloseButton("cancel", u"Cancel"_s)});
     setFixedWidth(Type::scaled(sheetWidth));
     showMode();
     connect(reclaim_, &ReclaimLabel::linesChanged, this, &RemovalSheet::fit);
-    if (!request_.uninstalls)
-        reclaim_->ask(places(request_.items));
+    if (request_.reclaim)
+        reclaim_->setAnswer(*request_.reclaim);
+    else if (!request_.uninstalls)
+        reclaim_->ask(urlsOf(request_.items));
     fit();
 }
 
@@ -152,10 +167,11 @@ void RemovalSheet::askForPlanFile() {
 
 void RemovalSheet::savePlan(const std::string &path) {
     struct Saved {
-        std::size_t leftOut = 0;
+        std::vector<RemovalResult::Failure> leftOut = {};
         std::optional<FileError> failure = {};
     };
     savePlan_->setEnabled(false);
+    remove_->setEnabled(false); // the plan has the items as they are before any removal
     showPlanNote(u"Looking at the items…"_s);
     inBackground(
         *QThreadPool::globalInstance(), this,
@@ -163,20 +179,26 @@ void RemovalSheet::savePlan(const std::string &path) {
             const MadePlan made = planFor(items, mode, stopped);
             if (stopped.isSet())
                 return Saved{};
-            return Saved{made.leftOut.size(), brimvale::savePlan(path, made.plan)};
+            return Saved{made.leftOut, brimvale::savePlan(path, made.plan)};
         },
         [this, path](const Saved &saved) {
-            savePlan_->setEnabled(true);
             const QString file = displayedText(FileURL(path).fileName());
             if (saved.failure)
-                return showPlanNote(u"“%1” could not be written: %2"_s.arg(
+                return endPlan(u"“%1” could not be written: %2"_s.arg(
                     file, displayedText(saved.failure->localizedDescription)));
-            QString note = u"“%1” was written. “brimvalectl remove --plan” carries it out."_s.arg(file);
-            if (saved.leftOut > 0)
-                note += u" Left out, because it can't be removed: %1."_s.arg(
-                    counted(static_cast<std::int64_t>(saved.leftOut), "item"));
-            showPlanNote(note);
+            const QString note = u"“%1” was written. “brimvalectl remove --plan” carries it out."_s.arg(file);
+            endPlan(note + leftOutText(saved.leftOut, mostReasonsShown),
+                    leftOutText(saved.leftOut, saved.leftOut.size()).trimmed());
         });
+}
+
+void RemovalSheet::endPlan(const QString &note, const QString &toolTip) {
+    savePlan_->setEnabled(true);
+    remove_->setEnabled(true);
+    planNote_->setToolTip(toolTip.isEmpty() ? QString() : asToolTip(toolTip));
+    showPlanNote(note);
+    QAccessibleEvent alert(planNote_, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void RemovalSheet::showPlanNote(const QString &note) {
@@ -196,6 +218,7 @@ void RemovalSheet::showMode() {
         remark += (remark.isEmpty() ? u""_s : u" "_s) + text(Words::current().freesAtMost);
     remark_->setText(remark);
     remark_->setVisible(!remark.isEmpty());
+    fit();
 }
 
 } // namespace brimvale

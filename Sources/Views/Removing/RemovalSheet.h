@@ -2,10 +2,13 @@
 
 #include "Base/StopFlag.h"
 #include "Catalogs/CleanupEntry.h"
+#include "Core/Reclaim/Reclaim.h"
 #include "Core/Removal/RemovalMode.h"
+#include "Core/Removal/RemovalResult.h"
 #include "Views/Components/Sheet.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,7 +28,8 @@ struct RemovalRequest {
     bool areInTrash = false;               ///< all of them are, so there is no choice
     /// A remark for the chosen mode; empty for none.
     std::function<std::string(RemovalMode mode)> remark = {};
-    bool uninstalls = false; ///< a program removes the first item, which is no choice of the mode
+    std::optional<Reclaim> reclaim = {}; ///< what deleting the items frees, where that is known
+    bool uninstalls = false;             ///< a program removes the first item, which is no choice of the mode
 };
 
 /// Asks before a removal: which items, how many, how large, and how to remove them. Tells what deleting them
@@ -39,8 +43,8 @@ public:
     ~RemovalSheet() override;
 
 signals:
-    /// The user confirmed the removal in this mode.
-    void confirmed(RemovalMode mode);
+    /// The user confirmed the removal in this mode, and was promised this, if it was known by then.
+    void confirmed(RemovalMode mode, const std::optional<FreePromise> &promise);
 
 private:
     QWidget *makeItemList();
@@ -50,6 +54,7 @@ private:
     void askForPlanFile();
     void savePlan(const std::string &path);
     void showPlanNote(const QString &note);
+    void endPlan(const QString &note, const QString &toolTip = {});
 
     RemovalRequest request_;
     bool freesAtMost_; ///< not always the size of the items

@@ -60,10 +60,11 @@ void BasketSheet::ask() {
     std::erase_if(chosen, [this](const CleanupEntry &entry) { return !ticked_.contains(entry.url); });
     auto *question = new RemovalSheet({.items = chosen}, this);
     connect(&basket_, &Basket::changed, question, &QDialog::reject); // an item may be gone
-    connect(question, &RemovalSheet::confirmed, this, [this, chosen](RemovalMode mode) {
-        removals_.removeCleanupEntries(chosen, mode);
-        accept();
-    });
+    connect(question, &RemovalSheet::confirmed, this,
+            [this, chosen](RemovalMode mode, const std::optional<FreePromise> &promise) {
+                removals_.removeCleanupEntries(chosen, mode, promise);
+                accept();
+            });
     question->open();
 }
 

@@ -135,12 +135,48 @@ TEST_F(RemovalSheetTest, TellsWhatDeletingFreesAndSavesAPlan) {
     ASSERT_NE(dialog, nullptr);
     emit dialog->fileSelected(QString::fromStdString(folder.path("plan")));
     delete dialog;
+    EXPECT_FALSE(confirm.isEnabled()) << "while the plan looks at the items";
     EXPECT_TRUE(eventually([&] { return shown(*sheet, "planNote").starts_with("“plan” was written."); }));
     const auto read = planAt(folder.path("plan"));
     ASSERT_TRUE(std::holds_alternative<RemovalPlan>(read));
     EXPECT_EQ(std::get<RemovalPlan>(read).items.size(), 2U);
+    EXPECT_TRUE(confirm.isEnabled());
     EXPECT_TRUE(testing::isThere(file.path()));
     EXPECT_TRUE(answers.empty());
+}
+
+TEST_F(RemovalSheetTest, TellsWhatAPlanLeavesOut) {
+    const testing::TemporaryFolder folder;
+    ask({.items = {{.url = FileURL(folder.makeFile("file", 5'000))}, {.url = FileURL("/usr")}}});
+    testing::click(*sheet, "savePlan");
+    auto *dialog = sheet->findChild<QFileDialog *>("fileChooser");
+    ASSERT_NE(dialog, nullptr);
+    emit dialog->fileSelected(QString::fromStdString(folder.path("plan")));
+    delete dialog;
+    EXPECT_TRUE(eventually([&] {
+        return shown(*sheet, "planNote")
+            .ends_with("\nLeft out:\n/usr is a structural directory and is never removed.");
+    })) << shown(*sheet, "planNote");
+}
+
+TEST_F(RemovalSheetTest, PromisesWhatItHasShown) {
+    const Reclaim known{
+        .freesNow = 40'000, .mayFree = 2'000, .inSnapshots = 70'000'000, .snapshots = {{"/s"}}};
+    std::optional<FreePromise> promised;
+    for (const RemovalMode mode : {RemovalMode::trash, RemovalMode::deleteNow}) {
+        ask({.items = entries(1, 1000), .mode = mode, .reclaim = known});
+        EXPECT_THAT(shown(*sheet, "reclaim"), ::testing::HasSubstr("Held by snapshots: 70 MB (/s)"));
+        EXPECT_GT(find(*sheet, "reclaim").y(), find(*sheet, "remark").y()) << "it puts the remark right";
+        QObject::connect(sheet, &RemovalSheet::confirmed,
+                         [&](RemovalMode, const auto &promise) { promised = promise; });
+        testing::click(*sheet, "confirm");
+        EXPECT_TRUE(eventually([&] { return sheet == nullptr; }));
+        EXPECT_EQ(promised.has_value(), mode == RemovalMode::deleteNow) << "the Trash frees nothing";
+    }
+    ASSERT_TRUE(promised);
+    EXPECT_EQ(promised->atLeast, 40'000);
+    EXPECT_EQ(promised->atMost, 42'000);
+    EXPECT_EQ(promised->holders, std::vector<std::string>{"Held by snapshots: 70 MB (/s)"});
 }
 
 } // namespace brimvale

@@ -293,7 +293,9 @@ void DuplicatesView::askForRemoval() {
         return;
     auto *sheet = new RemovalSheet({.items = entries}, this);
     connect(sheet, &RemovalSheet::confirmed, this,
-            [this, entries](RemovalMode mode) { removals_.removeCleanupEntries(entries, mode); });
+            [this, entries](RemovalMode mode, const std::optional<FreePromise> &promise) {
+                removals_.removeCleanupEntries(entries, mode, promise);
+            });
     connect(&duplicates_, &Duplicates::changed, sheet, &QDialog::reject); // it may ask about other files
     sheet->open();
 }
