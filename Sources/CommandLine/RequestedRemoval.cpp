@@ -34,9 +34,10 @@ Route routeOf(const RemovalPlan &plan, bool isAsAdministrator) {
 void noteIfForeign(const RemovalPlan &plan, const RemovalOperands &operands) {
     if (!operands.items.empty() || plan.items.empty())
         return;
-    const bool isOfThisHost = plan.host == QSysInfo::machineHostName().toStdString();
-    printError(terminalText("nothing that this plan names can be removed here" +
-                            (isOfThisHost ? "" : "; it was made on “" + plan.host + "”")));
+    std::string text = "nothing that this plan names can be removed here";
+    if (plan.host != QSysInfo::machineHostName().toStdString())
+        text.append("; it was made on “").append(plan.host).append("”");
+    printError(terminalText(text));
 }
 
 std::variant<RequestedRemoval, ExitStatus> requestOfPlan(std::string_view file, bool isAsAdministrator,
