@@ -90,15 +90,15 @@ TEST(PlannedRemoval, AFolderGoesOnlyWithWhatWasInIt) {
                                               std::filesystem::file_time_type::clock::now());
          }},
     };
-    for (const auto &[name, change] : changes) {
+    for (const auto &one : changes) {
         const TemporaryFolder folder;
         folder.makeFile("it/deep/file", 5'000);
         const RemovalPlan plan = planOf({entry(folder.path("it"))});
-        const Done late = carryOut(plan, [&] { change(folder); });
+        const Done late = carryOut(plan, [&] { one.second(folder); });
         EXPECT_THAT(late.reasons, ElementsAre("What is in “it” has changed since the plan was made."))
-            << name;
-        EXPECT_THAT(carryOut(plan).reasons, SizeIs(1)) << name;
-        EXPECT_TRUE(std::filesystem::exists(folder.path("it"))) << name;
+            << one.first;
+        EXPECT_THAT(carryOut(plan).reasons, SizeIs(1)) << one.first;
+        EXPECT_TRUE(std::filesystem::exists(folder.path("it"))) << one.first;
     }
     const TemporaryFolder folder;
     folder.makeFile("it/deep/file", 5'000);

@@ -531,9 +531,11 @@ TEST_F(BrowsePage, TellsWhatDeletingTheSelectionFrees) {
     scan();
     EXPECT_EQ(text("reclaim"), "") << "nothing is selected";
     clickTile(node({"big"}), false);
-    const std::string shared = "1 file that has other names elsewhere (" + folder.path("small/file") + ")";
+    const std::string shared = "1 file that has other names elsewhere (";
     EXPECT_TRUE(eventually([&] { return text("reclaim").find(shared) != std::string::npos; }));
     EXPECT_THAT(text("reclaim"), ::testing::StartsWith("Deleting frees now: "));
+    EXPECT_THAT(text("reclaim"), ::testing::HasSubstr("small/file)"))
+        << "the start of a long path may be cut";
     emit find<OutlineView>("outline").selectionChangedTo({});
     EXPECT_EQ(text("reclaim"), "");
 }
