@@ -10,6 +10,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
+#include <QEvent>
 #include <QFont>
 #include <QLabel>
 #include <QScrollArea>
@@ -83,6 +84,8 @@ TEST_P(PageLayoutWithTexts, CutsNoControlInASmallWindow) {
     PublishedWriter::set(model.scan, &SessionState::scanUnreadable, 1234);
     for (const Section &section : sections()) {
         QWidget &page = pageOf(section);
+        // The free space of a place may have changed its text a moment ago.
+        QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
         SCOPED_TRACE(page.objectName().toStdString());
         const int left = page.mapTo(&window, QPoint()).x();
         for (const QWidget *widget : page.findChildren<QWidget *>()) {
