@@ -202,11 +202,11 @@ TEST_F(TreeFilesTest, ComparesWithASavedScan) {
     EXPECT_THAT(rows(), ElementsAre(StartsWith("new, new, +5"), StartsWith("file, changed, +"),
                                     StartsWith("here, moved, 2"), StartsWith("gone, gone, −3")));
     auto &filter = testing::find<QLineEdit>(page, "filter");
-    for (const auto &[text, name] :
+    for (const auto &one :
          {std::pair("HERE", "here"), {">4.5M", "new"}, {"gone >2M", "gone"}, {"old", "gone"}}) {
-        filter.setText(QLatin1String(text));
-        EXPECT_TRUE(eventually([&] { return rows().size() == 1 && rows().front().starts_with(name); }))
-            << name;
+        filter.setText(QLatin1String(one.first));
+        EXPECT_TRUE(eventually([&] { return rows().size() == 1 && rows().front().starts_with(one.second); }))
+            << one.second;
     }
     filter.clear();
     ASSERT_TRUE(eventually([&] { return changes.rowCount() == 4; }));
