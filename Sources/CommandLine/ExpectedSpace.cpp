@@ -35,7 +35,7 @@ public:
     TimeLimit(const TimeLimit &) = delete;
     TimeLimit &operator=(const TimeLimit &) = delete;
 
-    /// Ends the wait; tells whether the time was up before.
+    /// Ends the wait. Whether the time was up before.
     [[nodiscard]] bool wasUp() {
         end();
         return isUp_;
@@ -69,15 +69,20 @@ private:
 
 } // namespace
 
+Reclaim reclaimShown(const std::vector<FileURL> &items, ReclaimProgress &progress,
+                     const LinkPlaces &linkPlaces) {
+    const Interruption interruption(progress.cancelled);
+    const DrawnProgress drawn([&progress](const ProgressLine &line) {
+        line.show("Checking how much would be freed: " + Fmt::count(progress.files) + " files");
+    });
+    return reclaimOf(items, progress, linkPlaces);
+}
+
 std::optional<Reclaim> reclaimWithin(std::chrono::milliseconds limit, const std::vector<FileURL> &items,
                                      const StopFlag &stopped) {
     ReclaimProgress progress;
-    const Interruption interruption(progress.cancelled);
-    const DrawnProgress drawn([&progress](const ProgressLine &line) {
-        line.show("Looking at what would be freed: " + Fmt::count(progress.files) + " files");
-    });
     TimeLimit timeLimit(limit, progress.cancelled);
-    Reclaim reclaim = reclaimOf(items, progress);
+    Reclaim reclaim = reclaimShown(items, progress);
     const bool wasUp = timeLimit.wasUp();
     if (!progress.cancelled.isSet())
         return reclaim;

@@ -13,7 +13,11 @@
 
 namespace brimvale::commandLine {
 
-/// Finds out what deleting these items frees. Nothing if that takes longer than `limit`. Sets `stopped` at an
+/// Finds out what deleting these items frees, and shows the progress. An interruption cancels it.
+[[nodiscard]] Reclaim reclaimShown(const std::vector<FileURL> &items, ReclaimProgress &progress,
+                                   const LinkPlaces &linkPlaces = {});
+
+/// The same for at most some time. Nothing if that takes longer than `limit`. Sets `stopped` at an
 /// interruption.
 [[nodiscard]] std::optional<Reclaim>
 reclaimWithin(std::chrono::milliseconds limit, const std::vector<FileURL> &items, const StopFlag &stopped);

@@ -19,7 +19,7 @@ inline constexpr Option savePlanOption{.name = "--save-plan",
 /// A plan of these entries. Nothing after Ctrl-C, which is reported on standard error.
 [[nodiscard]] std::optional<MadePlan> makePlan(const std::vector<CleanupEntry> &entries, RemovalMode mode);
 
-/// A plan that is to be saved.
+/// What to save as a plan, and where.
 struct PlanToSave {
     std::vector<CleanupEntry> entries;
     RemovalMode mode;

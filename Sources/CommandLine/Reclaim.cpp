@@ -1,14 +1,12 @@
 #include "CommandLine/Commands.h"
 
+#include "CommandLine/ExpectedSpace.h"
 #include "CommandLine/GivenPath.h"
-#include "CommandLine/Interruption.h"
 #include "CommandLine/PathOperands.h"
-#include "CommandLine/ProgressLine.h"
 #include "CommandLine/StandardStreams.h"
 #include "CommandLine/TerminalText.h"
 #include "Core/Reclaim/Reclaim.h"
 #include "Core/Reclaim/ReclaimTexts.h"
-#include "Core/Text/Formatting.h"
 #include "Core/Text/JsonWriter.h"
 #include "Platform/FileStatus.h"
 
@@ -125,14 +123,7 @@ ExitStatus runReclaim(const Arguments &arguments, Output &output) {
     if (!linkPlaces)
         return ExitStatus::failed;
     ReclaimProgress progress;
-    Reclaim reclaim;
-    {
-        const Interruption interruption(progress.cancelled);
-        const DrawnProgress drawn([&progress](const ProgressLine &line) {
-            line.show("Looking at what would be freed: " + Fmt::count(progress.files) + " files");
-        });
-        reclaim = reclaimOf(*items, progress, *linkPlaces);
-    }
+    const Reclaim reclaim = reclaimShown(*items, progress, *linkPlaces);
     if (progress.cancelled.isSet()) {
         printError("interrupted");
         return ExitStatus::interrupted;
@@ -152,7 +143,7 @@ constinit const Command reclaimCommand = {
     .operands = "PATH…",
     .operandCount = {},
     .options = reclaimOptions,
-    .summary = "Tells how much deleting all these paths would free.",
+    .summary = "Shows how much space deleting these paths would free.",
     .help =
         "\nCounts what nothing else holds, and apart from it what would stay: files with other names\n"
         "elsewhere, blocks that copies or snapshots also use (Btrfs, XFS, APFS), and files that a running\n"

@@ -54,7 +54,7 @@ bool isDryRun(const Arguments &arguments) {
 std::optional<std::string> faultOfOptions(const Arguments &arguments, AskedOn terminal) {
     if (arguments.has(planOption.name)) {
         if (arguments.has(savePlanOption.name))
-            return "a plan is saved only of paths";
+            return "the items are already in a plan, so leave out \"--save-plan\"";
         if (!arguments.operands().empty() || arguments.has(from0Option.name) || arguments.has(hexOption.name))
             return "with \"--plan\" the paths are in the plan";
         if (arguments.has("--delete"))
@@ -136,8 +136,7 @@ void showItems(Output &output, const RemovalPlan &plan) {
     output.write(plan.mode == RemovalMode::trash ? "These would be moved to the Trash.\n"
                                                  : "These would be deleted.\n");
     ReclaimProgress progress;
-    const Interruption interruption(progress.cancelled);
-    const Reclaim reclaim = reclaimOf(urlsOf(entries), progress);
+    const Reclaim reclaim = reclaimShown(urlsOf(entries), progress);
     if (!progress.cancelled.isSet())
         output.write(expectedLines(reclaim, plan.mode));
 }

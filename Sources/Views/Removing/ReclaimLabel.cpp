@@ -62,7 +62,7 @@ void ReclaimLabel::ask(std::vector<FileURL> items, std::chrono::milliseconds del
     linkPlaces_ = std::move(linkPlaces);
     answer_.reset();
     setToolTip({});
-    showLines(items_.empty() ? QString() : u"Counting what is freed…"_s);
+    showLines(items_.empty() ? QString() : u"Checking how much this frees…"_s);
     if (items_.empty())
         wait_.stop();
     else
@@ -149,7 +149,7 @@ Reclaim ReclaimLabel::withShortNames(Reclaim reclaim) const {
 void ReclaimLabel::showProgress() {
     const std::int64_t files = progress_ != nullptr ? progress_->files.load() : 0;
     if (files > 0)
-        showLines(u"Counting what is freed… %1"_s.arg(counted(files, "file")));
+        showLines(u"Checking how much this frees… %1"_s.arg(counted(files, "file")));
 }
 
 void ReclaimLabel::showLines(const QString &lines) {

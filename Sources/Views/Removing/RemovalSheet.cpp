@@ -114,7 +114,7 @@ RemovalSheet::~RemovalSheet() {
 }
 
 QLayout *RemovalSheet::makeModeRow() {
-    savePlan_->setToolTip(u"Write these items into a file, to remove them later with brimvalectl"_s);
+    savePlan_->setToolTip(u"Save these items to a file, so that brimvalectl can remove them later"_s);
     savePlan_->setHidden(request_.uninstalls); // another program removes it
     connect(savePlan_, &QPushButton::clicked, this, &RemovalSheet::askForPlanFile);
     planNote_->setObjectName(QStringLiteral("planNote"));
@@ -186,7 +186,8 @@ void RemovalSheet::savePlan(const std::string &path) {
             if (saved.failure)
                 return endPlan(u"“%1” could not be written: %2"_s.arg(
                     file, displayedText(saved.failure->localizedDescription)));
-            const QString note = u"“%1” was written. “brimvalectl remove --plan” carries it out."_s.arg(file);
+            const QString note =
+                u"“%1” was written. Carry it out with “brimvalectl remove --plan”."_s.arg(file);
             endPlan(note + leftOutText(saved.leftOut, mostReasonsShown),
                     leftOutText(saved.leftOut, saved.leftOut.size()).trimmed());
         });

@@ -14,8 +14,8 @@ namespace brimvale {
 /// in the background, and again after every change. The earlier scan is kept while another scan of the same
 /// folder runs.
 ///
-/// The comparison reads the page's tree where it is. So whoever changes that tree must call `leaveTree`
-/// before.
+/// The comparison reads the page's tree where it is. Before that tree is changed, `leaveTree` has to be
+/// called.
 class ScanComparison : public QObject {
     Q_OBJECT
 
