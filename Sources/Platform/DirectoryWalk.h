@@ -32,7 +32,7 @@ public:
     virtual ~WalkVisitor() = default;
 
     /// `folder` is about to be read. `depth` is 0 for the folders that a walk was started with.
-    virtual void enter(FolderHandle folder, const std::string &path, int depth) = 0;
+    virtual void enter(FolderHandle /*folder*/, const std::string & /*path*/, int /*depth*/) {}
 
     /// Whether entries of the folder at `path` may have to be left out unseen.
     [[nodiscard]] virtual bool hasUnseen(const std::string & /*path*/) { return false; }
@@ -63,13 +63,13 @@ public:
     virtual void unreadable(FolderHandle folder) = 0;
 
     /// All entries of `folder` have been reported.
-    virtual void leave(FolderHandle folder) = 0;
+    virtual void leave(FolderHandle /*folder*/) {}
 
     /// The walk was cancelled while `folder` was read.
-    virtual void interrupted(FolderHandle folder) = 0;
+    virtual void interrupted(FolderHandle /*folder*/) {}
 
     /// The walk was cancelled before `folder` was entered.
-    virtual void abandoned(FolderHandle folder) = 0;
+    virtual void abandoned(FolderHandle /*folder*/) {}
 };
 
 /// Subfolders of one folder that wait for a walk: the start of a walk, or the part that one walk hands to

@@ -80,9 +80,6 @@ public:
     }
     void noStatus(FolderHandle, std::string_view) override {}
     void unreadable(FolderHandle) override {}
-    void leave(FolderHandle) override {}
-    void interrupted(FolderHandle) override {}
-    void abandoned(FolderHandle) override {}
 
 private:
     NameSearch &search_;

@@ -26,9 +26,6 @@ public:
                                           const FileIdentity &identity, SubfolderKind kind) override;
     void noStatus(FolderHandle, std::string_view) override { noteUnreadable(); }
     void unreadable(FolderHandle) override { noteUnreadable(); }
-    void leave(FolderHandle) override {}
-    void interrupted(FolderHandle) override {}
-    void abandoned(FolderHandle) override {}
 
 private:
     void noteUnreadable();

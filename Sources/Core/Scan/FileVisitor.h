@@ -37,9 +37,6 @@ public:
                                           SubfolderKind kind) override;
     void noStatus(FolderHandle folder, std::string_view name) override;
     void unreadable(FolderHandle folder) override;
-    void leave(FolderHandle /*folder*/) override {}
-    void interrupted(FolderHandle /*folder*/) override {}
-    void abandoned(FolderHandle /*folder*/) override {}
 
 protected:
     /// Counts a file of the current folder. False for one that claims more than all files may have together,

@@ -53,7 +53,6 @@ public:
     explicit Summing(Sums &sums) : sums_(sums) {}
     ~Summing() override;
 
-    void enter(FolderHandle, const std::string &, int) override {}
     [[nodiscard]] bool hasUnseen(const std::string &path) override { return sums_.skipped.hasUnseen(path); }
     [[nodiscard]] bool leavesUnseen(FolderHandle, const std::string &folderPath,
                                     std::string_view name) override;
@@ -62,9 +61,6 @@ public:
                                           const FileIdentity &, SubfolderKind) override;
     void noStatus(FolderHandle folder, std::string_view name) override;
     void unreadable(FolderHandle) override { noteUnreadable(); }
-    void leave(FolderHandle) override {}
-    void interrupted(FolderHandle) override {}
-    void abandoned(FolderHandle) override {}
 
 private:
     void noteUnreadable();
