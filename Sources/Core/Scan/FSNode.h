@@ -140,6 +140,9 @@ public:
         return isDirectory ? children() : std::span<const std::unique_ptr<FSNode>>{};
     }
 
+    /// Where its children are in memory, to request it in advance.
+    [[nodiscard]] const void *placeOfContents() const { return contents_.place(); }
+
     /// Appends a node that was made for this parent.
     void adopt(std::unique_ptr<FSNode> child);
 

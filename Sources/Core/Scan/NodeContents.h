@@ -46,6 +46,9 @@ public:
     [[nodiscard]] Rare *rare() const;
     Rare &makeRare();
 
+    /// The piece of memory; null where there is none.
+    [[nodiscard]] const void *place() const { return block_; }
+
     void swap(NodeContents &other) noexcept;
     /// Exchanges `rare` alone.
     void swapRare(NodeContents &other);

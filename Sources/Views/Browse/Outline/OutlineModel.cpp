@@ -214,8 +214,9 @@ bool OutlineModel::isInPlace(const FSNode &node) const {
            (row + 1 == rows.size() || order_.allows(node, *rows[row + 1]));
 }
 
-/// A view asks for every row of a folder that it lays out, and for its flags. So neither reads the node,
-/// which would mean to wait for memory 200,000 times in a folder of that size.
+/// A view asks for every row of a folder that it lays out, then for its flags and whether it has children. So
+/// the first two do not read the node, and the last finds it in the cache: a folder of 200,000 rows would
+/// otherwise wait for memory as often.
 QModelIndex OutlineModel::index(int row, int column, const QModelIndex &parent) const {
     const FSNode *folder = nodeAt(parent);
     if (row < 0 || column < 0 || column >= columnCount() || parent.column() > 0 || folder == nullptr ||
@@ -223,7 +224,10 @@ QModelIndex OutlineModel::index(int row, int column, const QModelIndex &parent) 
         return {};
     const std::vector<FSNode *> &rows = rowsOf(*folder);
     const auto place = static_cast<std::size_t>(row);
-    return place < rows.size() ? createIndex(row, column, rows[place]) : QModelIndex();
+    if (place >= rows.size())
+        return {};
+    prefetchContents(rows, place);
+    return createIndex(row, column, rows[place]);
 }
 
 QModelIndex OutlineModel::parent(const QModelIndex &index) const {
