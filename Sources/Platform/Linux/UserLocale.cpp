@@ -1,21 +1,22 @@
 #include "Platform/Linux/UserLocale.h"
 
+#include <QString>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 
 namespace brimvale {
 
-icu::Locale userLocale(const char *category) {
+QLocale userLocale(const char *category) {
+    const QLocale english(QLocale::English, QLocale::UnitedStates);
     for (const char *variable : {"LC_ALL", category, "LANG"}) {
         const char *value = std::getenv(variable);
         if (value == nullptr || *value == '\0')
             continue;
-        const std::string name(value, std::strcspn(value, ".@"));
-        return name == "C" || name == "POSIX" ? icu::Locale::getUS()
-                                              : icu::Locale::createCanonical(name.c_str());
+        const auto length = static_cast<qsizetype>(std::strcspn(value, ".@"));
+        const QLocale named(QString::fromUtf8(value, length));
+        return named.language() == QLocale::C ? english : named;
     }
-    return icu::Locale::getUS();
+    return english;
 }
 
 } // namespace brimvale
