@@ -13,6 +13,7 @@
 #include "Views/Components/Text.h"
 #include "Views/Components/WindowServices.h"
 #include "Views/Removing/ConfirmationSheet.h"
+#include "Views/Window/TreeText.h"
 
 #include <QAction>
 #include <QBuffer>
@@ -55,7 +56,10 @@ std::vector<OfferedFiles> kindsOfFiles() {
 } // namespace
 
 TreeFiles::TreeFiles(ScanSession &scan, QMainWindow &window)
-    : QObject(&window), scan_(scan), window_(window) {}
+    : QObject(&window), scan_(scan), window_(window) {
+    connect(&scan, &ScanSession::nodeAboutToBeDetached, this, &TreeFiles::finishTexts);
+    connect(&scan, &ScanSession::contentsAboutToBeReplaced, this, &TreeFiles::finishTexts);
+}
 
 void TreeFiles::addActions(QMenu &file, std::function<BrowseView *()> browse) {
     browse_ = std::move(browse);
@@ -102,11 +106,11 @@ void TreeFiles::exportPicture(Picture picture) {
     if (page == nullptr || page->mapFolder() == nullptr)
         return;
     if (picture == Picture::png)
-        save(u"Export a Picture of the Map"_s, u"png"_s, {},
-             [page = QPointer(page)] { return page != nullptr ? pngOf(page->map()) : std::string(); });
+        savePicture(u"png"_s,
+                    [page = QPointer(page)] { return page != nullptr ? pngOf(page->map()) : std::string(); });
     else
-        save(u"Export a Picture of the Map"_s, u"svg"_s, {},
-             [page = QPointer(page)] { return page != nullptr ? page->map().svg() : std::string(); });
+        savePicture(u"svg"_s,
+                    [page = QPointer(page)] { return page != nullptr ? page->map().svg() : std::string(); });
 }
 
 void TreeFiles::exportList(ListingFormat format) {
@@ -114,53 +118,76 @@ void TreeFiles::exportList(ListingFormat format) {
     const QString remark =
         u"Files under 1 MiB are grouped into one row per folder. “brimvalectl scan --export” "
         "lists every file."_s;
-    save(u"Export the Scan"_s, suffix, remark, [this, format] {
-        TextInMemory sink;
-        if (scan_->tree != nullptr)
-            writeListing(sink, *scan_->tree, origin(), format);
-        return std::move(sink.text);
-    });
+    saveTree(u"Export the Scan"_s, suffix, remark,
+             [format](TextSink &sink, const FSNode &tree, const ScanOrigin &origin) {
+                 writeListing(sink, tree, origin, format);
+             });
 }
 
 /// For a comparison, or to look at it later.
 void TreeFiles::saveScan() {
-    const QString remark = u"Import opens it again. Compare With shows what has changed since then."_s;
-    save(u"Save the Scan"_s, u"scan"_s, remark, [this] {
-        TextInMemory sink;
-        if (scan_->tree != nullptr)
-            writeSavedScan(sink, *scan_->tree, origin());
-        return std::move(sink.text);
-    });
+    saveTree(u"Save the Scan"_s, u"scan"_s,
+             u"Import opens it again. Compare With shows what has changed since then."_s, writeSavedScan);
 }
 
 ScanOrigin TreeFiles::origin() const {
     return scan_->importedFrom ? scan_->importedFrom->origin : ScanOrigin::here(scan_->scanUnreadable);
 }
 
-/// The tree belongs to this thread, so its text is made here; only the disk is waited for elsewhere.
-void TreeFiles::save(const QString &title, const QString &suffix, const QString &remark,
-                     std::function<std::string()> content) {
+void TreeFiles::chooseFile(const QString &title, const QString &suffix,
+                           std::function<void(const std::string &)> use) {
     const std::string root = scan_->tree->path();
     const QString name = root == "/" ? u"scan"_s : displayedText(FileURL(root).fileName());
-    chooseFileToSave(window_, title, name + u'.' + suffix, suffix,
-                     [this, remark, content = std::move(content)](const std::string &path) {
-                         inBackground(
-                             *QThreadPool::globalInstance(), this,
-                             [path, bytes = content()]() -> std::optional<FileError> {
-                                 if (!bytes.empty())
-                                     return replaceFileAtomically(path, bytes);
-                                 return FileError::posix(ENOENT); // the tree has gone
-                             },
-                             [this, path, remark](const std::optional<FileError> &failure) {
-                                 const QString file = displayedText(FileURL(path).fileName());
-                                 if (failure)
-                                     showNoticeSheet(window_, u"“%1” could not be written"_s.arg(file),
-                                                     text(failure->localizedDescription));
-                                 else
-                                     WindowServices::notify(
-                                         window_, u"“%1” was written. %2"_s.arg(file, remark).trimmed());
-                             });
-                     });
+    chooseFileToSave(window_, title, name + u'.' + suffix, suffix, std::move(use));
+}
+
+/// The picture is drawn on this thread; only the disk is waited for elsewhere.
+void TreeFiles::savePicture(const QString &suffix, std::function<std::string()> content) {
+    chooseFile(u"Export a Picture of the Map"_s, suffix,
+               [this, content = std::move(content)](const std::string &path) {
+                   auto text = std::make_shared<TreeText>([bytes = content()] { return bytes; });
+                   write(path, text, {});
+               });
+}
+
+void TreeFiles::saveTree(const QString &title, const QString &suffix, const QString &remark,
+                         std::function<void(TextSink &, const FSNode &, const ScanOrigin &)> write) {
+    chooseFile(title, suffix, [this, remark, write = std::move(write)](const std::string &path) {
+        auto text = std::make_shared<TreeText>([write, tree = scan_->tree, origin = origin()] {
+            TextInMemory sink;
+            if (tree != nullptr)
+                write(sink, *tree, origin);
+            return std::move(sink.text);
+        });
+        std::erase_if(texts_, [](const auto &one) { return one.expired(); });
+        texts_.push_back(text);
+        this->write(path, text, remark);
+    });
+}
+
+void TreeFiles::write(const std::string &path, const std::shared_ptr<TreeText> &text, const QString &remark) {
+    inBackground(
+        *QThreadPool::globalInstance(), this,
+        [path, text]() -> std::optional<FileError> {
+            if (const std::string &bytes = text->get(); !bytes.empty())
+                return replaceFileAtomically(path, bytes);
+            return FileError::posix(ENOENT); // the tree has gone
+        },
+        [this, path, remark](const std::optional<FileError> &failure) {
+            const QString file = displayedText(FileURL(path).fileName());
+            if (failure)
+                showNoticeSheet(window_, u"“%1” could not be written"_s.arg(file),
+                                brimvale::text(failure->localizedDescription));
+            else
+                WindowServices::notify(window_, u"“%1” was written. %2"_s.arg(file, remark).trimmed());
+        });
+}
+
+/// The tree is about to change.
+void TreeFiles::finishTexts() {
+    for (const std::weak_ptr<TreeText> &one : std::exchange(texts_, {}))
+        if (const std::shared_ptr<TreeText> text = one.lock())
+            text->get();
 }
 
 void TreeFiles::askForList() {

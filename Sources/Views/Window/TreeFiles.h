@@ -5,7 +5,9 @@
 
 #include <QObject>
 #include <functional>
+#include <memory>
 #include <string>
+#include <vector>
 
 class QAction;
 class QMenu;
@@ -14,7 +16,10 @@ class QMainWindow;
 namespace brimvale {
 
 class BrowseView;
+class FSNode;
 class ScanSession;
+class TextSink;
+class TreeText;
 
 /// The entries of the File menu that write the tree into a file, or show one from a file.
 class TreeFiles : public QObject {
@@ -38,8 +43,13 @@ private:
     void exportList(ListingFormat format);
     void saveScan();
     [[nodiscard]] ScanOrigin origin() const;
-    void save(const QString &title, const QString &suffix, const QString &remark,
-              std::function<std::string()> content);
+    void savePicture(const QString &suffix, std::function<std::string()> content);
+    void saveTree(const QString &title, const QString &suffix, const QString &remark,
+                  std::function<void(TextSink &, const FSNode &, const ScanOrigin &)> write);
+    void chooseFile(const QString &title, const QString &suffix,
+                    std::function<void(const std::string &)> use);
+    void write(const std::string &path, const std::shared_ptr<TreeText> &text, const QString &remark);
+    void finishTexts();
     void askForList();
     void import(const std::string &path);
     void askForEarlierScan();
@@ -50,6 +60,7 @@ private:
     ScanSession &scan_;
     QMainWindow &window_;
     std::function<BrowseView *()> browse_;
+    std::vector<std::weak_ptr<TreeText>> texts_; ///< of the tree, maybe still to be written
     QAction *comparing_ = nullptr;
     QAction *stopping_ = nullptr; ///< ends a comparison
 };

@@ -18,6 +18,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QTabBar>
+#include <QThreadPool>
 #include <QTreeView>
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -146,6 +147,21 @@ TEST_F(TreeFilesTest, SavesAScanAndShowsItAgain) {
     ASSERT_TRUE(eventually([&] { return model.scan->tree->isImported(); }));
     EXPECT_EQ(model.scan->tree->size, size);
     EXPECT_EQ(testing::descendant(*model.scan->tree, {"folder"})->fileCount, 1);
+}
+
+TEST_F(TreeFilesTest, SavesTheTreeAsItWasBeforeALaterChange) {
+    scan();
+    QThreadPool &pool = *QThreadPool::globalInstance();
+    const int threads = pool.maxThreadCount();
+    for (int i = 0; i < threads; ++i)
+        pool.reserveThread(); // nothing runs in the background
+    choose("exportCsv", home.path("list.csv"));
+    model.scan.drop(GonePaths({FileURL(home.path("files/folder"))}));
+    EXPECT_EQ(testing::descendant(*model.scan->tree, {"folder"}), nullptr);
+    for (int i = 0; i < threads; ++i)
+        pool.releaseThread();
+    EXPECT_THAT(notice(), StartsWith("“list.csv” was written."));
+    EXPECT_THAT(testing::contentOf(home.path("list.csv")), HasSubstr("/files/folder,folder,"));
 }
 
 TEST_F(TreeFilesTest, ComparesWithASavedScan) {
