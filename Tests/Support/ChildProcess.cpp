@@ -1,11 +1,15 @@
 #include "Support/ChildProcess.h"
 
+#include "Support/TemporaryFolder.h"
+
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <grp.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
@@ -30,6 +34,12 @@ constexpr unsigned ordinaryUser = 65534;
     _exit(status);
 }
 
+/// Lets every user make files in a folder: the child may become another one.
+void makePublic(const std::string &folder) {
+    if (chmod(folder.c_str(), S_ISVTX | S_IRWXU | S_IRWXG | S_IRWXO) != 0)
+        fail("chmod");
+}
+
 /// Ends the program, and so the test, which has a process of its own: skipped, in the words of GoogleTest.
 void skipIfForksMayHang() {
     if (BRIMVALE_FORKS_MAY_HANG == 0)
@@ -43,6 +53,10 @@ void skipIfForksMayHang() {
 
 std::string answerOfChild(const std::function<std::string()> &answer) {
     skipIfForksMayHang();
+    // The child cannot remove a temporary folder in which something is still mounted. This process can, as
+    // the mounts end with the child.
+    const TemporaryFolder folders;
+    makePublic(folders.path());
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0)
         fail("pipe");
@@ -52,6 +66,7 @@ std::string answerOfChild(const std::function<std::string()> &answer) {
         fail("fork");
     if (child == 0) {
         close(ends[0]);
+        setenv("TMPDIR", folders.path().c_str(), 1);
         serve(answer, ends[1]);
     }
     close(ends[1]);

@@ -32,7 +32,7 @@ namespace {
 
 constexpr std::string_view beingRemoved = ".being-removed-";
 
-/// The names in a folder, without those that are being removed.
+/// The names in a folder.
 std::vector<std::string> namesIn(int folder) {
     std::vector<std::string> names;
     DIR *stream = fdopendir(openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -40,7 +40,7 @@ std::vector<std::string> namesIn(int folder) {
         return names;
     while (const dirent *entry = readdir(stream)) {
         const std::string name = entry->d_name;
-        if (name != "." && name != ".." && !name.starts_with(beingRemoved))
+        if (name != "." && name != "..")
             names.push_back(name);
     }
     closedir(stream);
@@ -54,6 +54,8 @@ void empty(const std::string &path) {
     std::vector<std::string> waiting;
     int count = 0;
     const auto isCleared = [&](int folder, const std::string &name) {
+        if (folder == top && name.starts_with(beingRemoved))
+            return false; // waiting
         if (unlinkat(folder, name.c_str(), 0) == 0)
             return true;
         const std::string moved = std::string(beingRemoved) + std::to_string(count++);
