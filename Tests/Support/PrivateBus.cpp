@@ -16,7 +16,7 @@ QString addressOfBus() {
         auto *daemon = new QProcess(QCoreApplication::instance());
         QObject::connect(daemon, &QObject::destroyed, [] { qunsetenv("DBUS_SESSION_BUS_ADDRESS"); });
         QObject::connect(QCoreApplication::instance(), &QObject::destroyed, daemon, [daemon] {
-            daemon->kill();
+            daemon->terminate(); // a killed one leaves its socket behind
             daemon->waitForFinished();
         });
         daemon->start("dbus-daemon", {"--session", "--nofork", "--print-address=1"});
