@@ -1,22 +1,21 @@
 #include "Platform/Linux/UserLocale.h"
 
-#include <QString>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 namespace brimvale {
 
-QLocale userLocale(const char *category) {
-    const QLocale english(QLocale::English, QLocale::UnitedStates);
+icu::Locale userLocale(const char *category) {
     for (const char *variable : {"LC_ALL", category, "LANG"}) {
         const char *value = std::getenv(variable);
         if (value == nullptr || *value == '\0')
             continue;
-        const auto length = static_cast<qsizetype>(std::strcspn(value, ".@"));
-        const QLocale named(QString::fromUtf8(value, length));
-        return named.language() == QLocale::C ? english : named;
+        const std::string name(value, std::strcspn(value, ".@"));
+        return name == "C" || name == "POSIX" ? icu::Locale::getUS()
+                                              : icu::Locale::createCanonical(name.c_str());
     }
-    return english;
+    return icu::Locale::getUS();
 }
 
 } // namespace brimvale

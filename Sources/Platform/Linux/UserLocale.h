@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QLocale>
+#include <unicode/locid.h>
 
 namespace brimvale {
 
-/// The locale that the environment sets for `category` ("LC_NUMERIC"); American English by default, and for
-/// "C", which neither groups digits nor is meant for readers.
-[[nodiscard]] QLocale userLocale(const char *category);
+/// The locale that the environment sets for `category` ("LC_NUMERIC"); American English by default. ICU's own
+/// default ignores the category, and treats "C" as a locale that neither groups digits nor orders names for
+/// readers.
+[[nodiscard]] icu::Locale userLocale(const char *category);
 
 } // namespace brimvale

@@ -21,6 +21,7 @@ TEST(Formatters, FollowLocaleVariables) {
           Case{{{"LANG", "de_DE.UTF-8"}}, "1.234.567", "1,23 GB"},
           Case{{{"LANG", "de_CH@euro"}}, "1’234’567", "1.23 GB"},
           Case{{{"LANG", "hi_IN"}}, "12,34,567", "1.23 GB"},
+          Case{{{"LANG", "es_ES.UTF-8"}}, "1.234.567", "1,23 GB"},
           Case{{{"LANG", "en_US.UTF-8"}, {"LC_NUMERIC", "de_DE.UTF-8"}}, "1.234.567", "1,23 GB"},
           Case{{{"LC_ALL", "C"}, {"LC_NUMERIC", "de_DE"}, {"LANG", "de_DE"}}, "1,234,567", "1.23 GB"},
           Case{{{"LC_ALL", ""}, {"LC_MESSAGES", "de_DE"}}, "1,234,567", "1.23 GB"}}) {
