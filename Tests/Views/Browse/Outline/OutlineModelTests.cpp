@@ -22,7 +22,7 @@ TEST(OutlineModel, ShowsTheFiguresOfANode) {
     FSNode &file = add(folder, "not\xFFutf8\n\u202Egnp.exe", 3'000'000);
     add(*root, "file", 1'000'000);
     FSNode &empty = addFolder(*root, "empty");
-    const FSNode &crumb = add(*root, "crumb", 12);
+    FSNode &crumb = add(*root, "crumb", 12);
     folder.fileCount = 1234;
     folder.setDirCount(5);
     folder.modified = FSNode::secondsOf(now() - std::chrono::days(100));
