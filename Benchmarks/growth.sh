@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# How time and memory of a scan grow with the tree, beside nothing but the system calls that it takes: trees of
-# empty files, a chain of folders one in the other, and one folder with all files. Run by ./bench, which says in
+# How the time and memory of a scan grow with the tree, compared with the bare system calls: trees of empty
+# files, a chain of nested folders, and one folder with all files. Run by ./bench, which says in
 # $programs where everything was built. The trees are removed at the end, because they take many inodes; not sooner,
 # because ext4 makes new files slowly after a large removal. Options:
 #

@@ -25,8 +25,8 @@ namespace brimvale {
 /// nodes, too; their aggregate owns them, beside its children, of which it has none. A node owns its
 /// children. `parent` is valid while the node is among the parent's children, and null otherwise. Nodes are
 /// equal only to themselves. Nothing here recurses, so a tree may have any depth.
-///
-/// One thread of the scan writes a node. Once scanned and sorted, the tree belongs to the main thread.
+/// One thread of the scan writes a node. Once scanned and sorted, only the main thread changes it, and
+/// `ScanSession` announces that before; until then other threads may read all but `marks` and `row`.
 class FSNode {
 public:
     /// A node that stands alone, such as the root of a scan. `path` is absolute and standardised.
@@ -48,7 +48,8 @@ public:
     /// The last path component, as bytes. For the root, the displayed name; for an aggregate, its count in
     /// words, which changes when it loses files. Any other name stays.
     PackedText name;
-    // These share a byte, so that a node stays small; only one thread writes them.
+    // These share a byte, so that a node stays small; only one thread writes them, and none while others
+    // read.
     const bool isDirectory : 1;       ///< also true for a skipped folder; false for an aggregate
     bool isAggregate : 1 = false;     ///< set by `markAggregate`
     bool isNotDescended : 1 = false;  ///< skipped; its sizes stay 0

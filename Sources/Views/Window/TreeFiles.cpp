@@ -59,6 +59,8 @@ TreeFiles::TreeFiles(ScanSession &scan, QMainWindow &window)
     : QObject(&window), scan_(scan), window_(window) {
     connect(&scan, &ScanSession::nodeAboutToBeDetached, this, &TreeFiles::finishTexts);
     connect(&scan, &ScanSession::contentsAboutToBeReplaced, this, &TreeFiles::finishTexts);
+    connect(&scan, &ScanSession::treeChanged, this,
+            [this] { texts_.clear(); }); // an earlier tree stays as it is
 }
 
 void TreeFiles::addActions(QMenu &file, std::function<BrowseView *()> browse) {
@@ -145,8 +147,8 @@ void TreeFiles::chooseFile(const QString &title, const QString &suffix,
 void TreeFiles::savePicture(const QString &suffix, std::function<std::string()> content) {
     chooseFile(u"Export a Picture of the Map"_s, suffix,
                [this, content = std::move(content)](const std::string &path) {
-                   auto text = std::make_shared<TreeText>([bytes = content()] { return bytes; });
-                   write(path, text, {});
+                   writeInBackground(path, [bytes = content()]() -> const std::string & { return bytes; },
+                                     {});
                });
 }
 
@@ -161,15 +163,17 @@ void TreeFiles::saveTree(const QString &title, const QString &suffix, const QStr
         });
         std::erase_if(texts_, [](const auto &one) { return one.expired(); });
         texts_.push_back(text);
-        this->write(path, text, remark);
+        writeInBackground(
+            path, [text]() -> const std::string & { return text->get(); }, remark);
     });
 }
 
-void TreeFiles::write(const std::string &path, const std::shared_ptr<TreeText> &text, const QString &remark) {
+void TreeFiles::writeInBackground(const std::string &path, std::function<const std::string &()> content,
+                                  const QString &remark) {
     inBackground(
         *QThreadPool::globalInstance(), this,
-        [path, text]() -> std::optional<FileError> {
-            if (const std::string &bytes = text->get(); !bytes.empty())
+        [path, content = std::move(content)]() -> std::optional<FileError> {
+            if (const std::string &bytes = content(); !bytes.empty())
                 return replaceFileAtomically(path, bytes);
             return FileError::posix(ENOENT); // the tree has gone
         },
@@ -177,7 +181,7 @@ void TreeFiles::write(const std::string &path, const std::shared_ptr<TreeText> &
             const QString file = displayedText(FileURL(path).fileName());
             if (failure)
                 showNoticeSheet(window_, u"“%1” could not be written"_s.arg(file),
-                                brimvale::text(failure->localizedDescription));
+                                text(failure->localizedDescription));
             else
                 WindowServices::notify(window_, u"“%1” was written. %2"_s.arg(file, remark).trimmed());
         });

@@ -48,7 +48,8 @@ private:
                   std::function<void(TextSink &, const FSNode &, const ScanOrigin &)> write);
     void chooseFile(const QString &title, const QString &suffix,
                     std::function<void(const std::string &)> use);
-    void write(const std::string &path, const std::shared_ptr<TreeText> &text, const QString &remark);
+    void writeInBackground(const std::string &path, std::function<const std::string &()> content,
+                           const QString &remark);
     void finishTexts();
     void askForList();
     void import(const std::string &path);

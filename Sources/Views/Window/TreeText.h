@@ -7,8 +7,8 @@
 
 namespace brimvale {
 
-/// A tree as text. A thread in the background writes it, because that takes a while; but where the tree is
-/// about to change, it is written before that. So it never shows a half of a change.
+/// A tree as text. A thread in the background writes it, because that takes a while; but where a part of the
+/// tree is about to change, it is written before that.
 class TreeText {
 public:
     /// `write` keeps the tree alive, and reads nothing else of the main thread.
@@ -16,7 +16,10 @@ public:
 
     /// The first call writes it; others wait for it.
     const std::string &get() {
-        std::call_once(isWritten_, [this] { text_ = write_(); });
+        std::call_once(isWritten_, [this] {
+            text_ = write_();
+            write_ = nullptr; // with the tree, which may have been replaced
+        });
         return text_;
     }
 

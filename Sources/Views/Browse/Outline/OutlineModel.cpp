@@ -215,8 +215,8 @@ bool OutlineModel::isInPlace(const FSNode &node) const {
 }
 
 /// A view asks for every row of a folder that it lays out, then for its flags and whether it has children. So
-/// the first two do not read the node, and the last finds it in the cache: a folder of 200,000 rows would
-/// otherwise wait for memory as often.
+/// the first two do not read the node they are asked for, and the last finds it in the cache: a folder of
+/// 200,000 rows would otherwise wait for memory as often.
 QModelIndex OutlineModel::index(int row, int column, const QModelIndex &parent) const {
     const FSNode *folder = nodeAt(parent);
     if (row < 0 || column < 0 || column >= columnCount() || parent.column() > 0 || folder == nullptr ||
