@@ -26,6 +26,7 @@
 #include "Views/Entries/ItemActions.h"
 #include "Views/Removing/ActionBar.h"
 #include "Views/Removing/RemovalSheet.h"
+#include "Views/Removing/SelectionTexts.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -37,6 +38,9 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <functional>
+#include <string>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -46,6 +50,13 @@ namespace {
 
 constexpr int listWidth = 260;
 constexpr std::chrono::seconds runningInterval{2};
+
+/// What the question says besides the items.
+std::function<std::string(RemovalMode)> remarkFor(std::string words) {
+    return [words = std::move(words)](RemovalMode mode) {
+        return mode == RemovalMode::trash ? words : words + ". " + cannotBeUndone;
+    };
+}
 
 } // namespace
 
@@ -361,8 +372,7 @@ void AppsView::confirmRemoval(RemovalMode mode) {
 
 void AppsView::confirmOrphans(RemovalMode mode) {
     const std::vector<LeftoverItem> items = orphanDetail_->leftovers();
-    RemovalRequest request{.mode = mode,
-                           .remark = [words = orphanConfirmation(items)](RemovalMode) { return words; }};
+    RemovalRequest request{.mode = mode, .remark = remarkFor(orphanConfirmation(items))};
     for (const LeftoverItem &item : items)
         request.items.push_back(Uninstall::entryOf(item));
     auto *sheet = new RemovalSheet(request, this);
@@ -378,8 +388,7 @@ void AppsView::confirmUninstall(const AppRow &row, RemovalMode mode) {
     const std::vector<LeftoverItem> leftovers = detail_->leftovers();
     const bool includeBundle = detail_->includesBundle();
     RemovalRequest request{.mode = mode,
-                           .remark = [words = Uninstall::confirmation(row, leftovers, includeBundle)](
-                                         RemovalMode) { return words; },
+                           .remark = remarkFor(Uninstall::confirmation(row, leftovers, includeBundle)),
                            .uninstalls = includeBundle && Uninstall::isRemovedByCommand(row.app)};
     if (includeBundle)
         request.items.push_back({.url = row.app.url, .size = row.bundleSize});

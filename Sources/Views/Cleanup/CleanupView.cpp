@@ -21,6 +21,7 @@
 #include "Views/Components/TextLabel.h"
 #include "Views/Removing/ActionBar.h"
 #include "Views/Removing/RemovalSheet.h"
+#include "Views/Removing/SelectionTexts.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -237,10 +238,10 @@ void CleanupView::ask(const std::vector<CleanupEntry> &entries, RemovalMode mode
     const std::string notes = notesBefore(entries, running);
     const std::size_t inTrash = countInTrash(entries);
     const auto remark = [bytes = CleanupEntries::totalSize(entries), notes, inTrash](RemovalMode chosen) {
-        std::string usual = chosen == RemovalMode::trash ? RemovalReport::trashRemark(bytes) : "";
-        if (!usual.empty() && inTrash > 0)
+        std::string usual = chosen == RemovalMode::trash ? RemovalReport::trashRemark(bytes) : cannotBeUndone;
+        if (chosen == RemovalMode::trash && inTrash > 0)
             usual += " Items already in the Trash stay there.";
-        return notes.empty() || usual.empty() ? notes + usual : notes + "\n\n" + usual;
+        return notes.empty() ? usual : notes + "\n\n" + usual;
     };
     const RemovalRequest request{
         .items = entries, .mode = mode, .areInTrash = inTrash == entries.size(), .remark = remark};

@@ -83,6 +83,7 @@ void ActionBar::showSelection() {
     selection_->setText(isBusy_   ? u"Removing…"_s
                         : isLimit ? selected + text(Words::current().atMost)
                                   : selected);
+    picker_->setHidden(isBusy_); // it shows the mode of the next removal already
     remove_->setText(removalTitle(count_, bytes_));
     remove_->setEnabled(count_ > 0 && !isBusy_);
 }

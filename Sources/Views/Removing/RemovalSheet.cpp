@@ -17,6 +17,7 @@
 #include "Views/Components/TextLabel.h"
 #include "Views/Removing/ReclaimLabel.h"
 #include "Views/Removing/RemovalModePicker.h"
+#include "Views/Removing/SelectionTexts.h"
 
 #include <QAccessible>
 #include <QGridLayout>
@@ -62,7 +63,7 @@ std::string remarkOn(const RemovalRequest &request, RemovalMode mode) {
         return request.remark(mode);
     if (mode == RemovalMode::trash)
         return RemovalReport::trashRemark(CleanupEntries::totalSize(request.items));
-    return "This can’t be undone.";
+    return cannotBeUndone;
 }
 
 } // namespace

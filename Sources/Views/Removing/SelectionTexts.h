@@ -8,6 +8,9 @@
 
 namespace brimvale {
 
+/// What every question says where items are deleted immediately.
+inline constexpr const char *cannotBeUndone = "This can’t be undone.";
+
 /// The text for the selected rows and their bytes: "3 items selected, 4.2 GB", or "Nothing selected".
 [[nodiscard]] QString selectionText(std::int64_t count, std::int64_t bytes);
 

@@ -11,6 +11,7 @@
 #include "Views/Apps/AppListModel.h"
 #include "Views/Components/TickBox.h"
 #include "Views/Entries/EntryListModel.h"
+#include "Views/Removing/RemovalModePicker.h"
 
 #include <QCheckBox>
 #include <QClipboard>
@@ -32,6 +33,7 @@ namespace brimvale {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using testing::eventually;
 using testing::find;
 using ::testing::IsEmpty;
@@ -251,6 +253,10 @@ TEST_F(AppsPage, RemovesWhatWasConfirmed) {
     ASSERT_NE(sheet(), nullptr);
     EXPECT_EQ(testing::shown(*sheet(), "remark"),
               "This removes the app bundle and 1 supporting item, freeing about " + size);
+    auto &picker = *sheet()->findChild<RemovalModePicker *>();
+    picker.setMode(RemovalMode::deleteNow);
+    EXPECT_THAT(testing::shown(*sheet(), "remark"), EndsWith(size + ". This can’t be undone."));
+    picker.setMode(RemovalMode::trash);
     confirm();
     EXPECT_THAT(actions.calls, ElementsAre("trash " + home.path("Library/LaunchAgents/Acme.plist"),
                                            "trash " + home.path("Applications/Acme.app")));

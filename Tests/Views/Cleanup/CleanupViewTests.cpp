@@ -219,16 +219,16 @@ TEST_F(CleanupPage, IsWorkedByKeysAlone) {
     EXPECT_TRUE(selection().starts_with("2 items selected"));
 }
 
-TEST_F(CleanupPage, TheConfirmationSpeaksOfTheTrashOnly) {
+TEST_F(CleanupPage, TheConfirmationSpeaksOfTheTrashOrOfDeletingForGood) {
     home.makeFile("Library/Developer/Xcode/Archives/app", 30'000);
     measure();
     tick("xcode-archives", "app");
     find<RemovalModePicker>("modePicker").setMode(RemovalMode::deleteNow);
     click("remove");
     auto &picker = *sheet()->findChild<RemovalModePicker *>();
-    EXPECT_EQ(testing::shown(*sheet(), "remark"), "");
+    EXPECT_EQ(testing::shown(*sheet(), "remark"), "This can’t be undone.");
     picker.setMode(RemovalMode::trash);
-    EXPECT_NE(testing::shown(*sheet(), "remark"), "");
+    EXPECT_TRUE(testing::shown(*sheet(), "remark").starts_with("This frees about "));
     picker.setMode(RemovalMode::deleteNow);
     confirm();
     EXPECT_EQ(actions.calls, std::vector{"delete " + home.path("Library/Developer/Xcode/Archives/app")});
@@ -397,7 +397,7 @@ TEST_F(CleanupPage, AsksBeforeItTakesTheFilesOfARunningProgram) {
     ASSERT_TRUE(eventually([&] { return sheet() != nullptr; }));
     EXPECT_EQ(testing::shown(*sheet(), "remark"),
               "Player is running. Quit it first, or there may be errors until the next start. Other files "
-              "share some of this space, so this may free less.");
+              "share some of this space, so this may free less.\n\nThis can’t be undone.");
 }
 
 TEST_F(CleanupPage, OnlyDeletesWhatIsInTheTrashOfLinux) {
