@@ -35,7 +35,7 @@ public:
     TimeLimit(const TimeLimit &) = delete;
     TimeLimit &operator=(const TimeLimit &) = delete;
 
-    /// Ends the wait. Whether the time was up before.
+    /// Ends the wait, and returns whether the time was up before.
     [[nodiscard]] bool wasUp() {
         end();
         return isUp_;

@@ -8,7 +8,7 @@
 
 namespace brimvale {
 
-/// What every question says where items are deleted immediately.
+/// What the questions say where items are deleted immediately and there is no other warning.
 inline constexpr const char *cannotBeUndone = "This can’t be undone.";
 
 /// The text for the selected rows and their bytes: "3 items selected, 4.2 GB", or "Nothing selected".
